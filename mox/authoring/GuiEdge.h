@@ -1,0 +1,22 @@
+#pragma once
+
+#include <boost/weak_ptr.hpp>
+
+#include <string>
+
+namespace Mox::Materials {
+
+class GuiNode;
+
+/// An edge of the authoring graph. The host creates and keeps it; the library reads the two port
+/// names only.
+class GuiEdge
+{
+public:
+    boost::weak_ptr<GuiNode> Tail; ///< node that the edge leaves
+    boost::weak_ptr<GuiNode> Head; ///< node that the edge arrives at
+    std::string TailPort;          ///< Name of an output port of the tail
+    std::string HeadPort;          ///< Name of an input port of the head
+};
+
+} // namespace Mox::Materials

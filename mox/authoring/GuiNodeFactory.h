@@ -1,0 +1,32 @@
+#pragma once
+
+#include "mox/Export.h"
+#include "mox/authoring/GuiNode.h"
+#include "mox/authoring/GuiNodeDescription.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+#include <vector>
+
+namespace Mox::Materials {
+
+/// What a plug-in offers: a catalogue of node types and their creation. The host owns the factory
+/// and deletes it through the virtual destructor, before it unloads the plug-in.
+class MOX_API GuiNodeFactory
+{
+public:
+    GuiNodeFactory();
+    GuiNodeFactory(const GuiNodeFactory&) = delete;
+    GuiNodeFactory& operator=(const GuiNodeFactory&) = delete;
+    virtual ~GuiNodeFactory();
+
+    /// A new node of a type, compared exactly; also of types that are not listed. The plug-in stays
+    /// loaded until the last handle to the node has gone.
+    /// @throws ShaderError if the factory does not know the type
+    virtual boost::shared_ptr<GuiNode> Create(const std::string& typeName) = 0;
+
+    std::vector<GuiNodeDescription> Descriptions; ///< in catalogue order
+};
+
+} // namespace Mox::Materials

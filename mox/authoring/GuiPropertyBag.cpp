@@ -1,0 +1,45 @@
+#include "mox/authoring/GuiPropertyBag.h"
+
+#include "mox/ShaderError.h"
+#include "mox/Text.h"
+
+namespace Mox::Materials {
+
+GuiPropertyBag::GuiPropertyBag() = default;
+
+GuiPropertyBag::~GuiPropertyBag() = default;
+
+void GuiPropertyBag::Add(const boost::shared_ptr<GuiProperty>& property)
+{
+    // The insertion into Index checks and may fail; so Properties grows first and shrinks again on
+    // failure, which cannot fail, and the two always agree.
+    Properties.push_back(property);
+    try {
+        if (!Index.try_emplace(property->Name, property).second) {
+            throw ShaderError(
+                Compose("property with name \"", property->Name, "\" already exists"));
+        }
+    } catch (...) {
+        Properties.pop_back();
+        throw;
+    }
+}
+
+boost::shared_ptr<GuiProperty>& GuiPropertyBag::Get(const std::string& name)
+{
+    const auto entry = Index.find(name);
+    if (entry == Index.end())
+        throw ShaderError(Compose("failed to find property \"", name, "\""));
+    return entry->second;
+}
+
+void GuiPropertyBag::CopyFrom(const boost::shared_ptr<GuiPropertyBag>& source)
+{
+    for (const auto& property : Properties) {
+        const auto stored = source->Index.find(property->Name);
+        if (stored != source->Index.end())
+            property->CopyFrom(stored->second);
+    }
+}
+
+} // namespace Mox::Materials

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace Mox::Host {
+
+/// Where in a material something is wrong. Empty fields and line 0 mean "not known" or "the whole".
+struct Place
+{
+    std::string File;
+    int Line = 0;     ///< 1-based
+    std::string Node; ///< id of the node in the document
+    std::string Port; ///< Cg name of the port
+
+    /// "file:line: node "id": port "name": ", as far as known.
+    std::string Format() const;
+};
+
+/// A failure of the host, with the place of its cause. what() is place and message in one line.
+class HostError : public std::runtime_error
+{
+public:
+    HostError(const Place& where, const std::string& message);
+
+    Place Where;
+    std::string Message; ///< without the place
+};
+
+} // namespace Mox::Host

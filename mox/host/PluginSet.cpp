@@ -1,0 +1,49 @@
+#include "mox/host/PluginSet.h"
+
+#include "mox/Text.h"
+#include "mox/host/HostError.h"
+
+#include <boost/dll/runtime_symbol_info.hpp>
+
+#include <algorithm>
+#include <system_error>
+
+namespace Mox::Host {
+
+void PluginSet::Load(const std::filesystem::path& file)
+{
+    _plugins.emplace_back(file);
+}
+
+void PluginSet::LoadFolder(const std::filesystem::path& folder)
+{
+    std::error_code error;
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+        if (entry.path().extension() == ".so")
+            files.push_back(entry.path());
+    }
+    if (error) {
+        throw HostError({folder.string(), 0, {}, {}},
+                        Materials::Compose("cannot be searched for plug-ins: ", error.message()));
+    }
+    std::sort(files.begin(), files.end());
+    for (const auto& file : files)
+        Load(file);
+}
+
+boost::shared_ptr<Materials::GuiNode> PluginSet::CreateNode(const std::string& typeName) const
+{
+    for (const Plugin& plugin : _plugins) {
+        if (plugin.Offers(typeName))
+            return plugin.CreateNode(typeName);
+    }
+    return {};
+}
+
+std::filesystem::path DefaultPluginFolder()
+{
+    return boost::dll::program_location().parent_path().parent_path() / "lib" / "mox";
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "mox/host/Plugin.h"
+
+#include <filesystem>
+#include <list>
+#include <string>
+#include <vector>
+
+namespace Mox::Host {
+
+/// The plug-ins of one host. Where two offer one type, the plug-in that was loaded first supplies
+/// it.
+class PluginSet
+{
+public:
+    /// Loads one plug-in more.
+    /// @throws HostError as Plugin does; the set does not change then
+    void Load(const std::filesystem::path& file);
+
+    /// Loads every shared library of a folder, in order of their names.
+    /// @throws HostError if the folder cannot be read or a library is no plug-in
+    void LoadFolder(const std::filesystem::path& folder);
+
+    const std::list<Plugin>& Plugins() const { return _plugins; }
+
+    /// A new node of a type.
+    /// @returns an empty handle if no plug-in offers the type
+    /// @throws ShaderError if the node's construction fails
+    boost::shared_ptr<Materials::GuiNode> CreateNode(const std::string& typeName) const;
+
+private:
+    std::list<Plugin> _plugins;
+};
+
+/// The folder in which a program finds its plug-ins without being told: lib/mox beside the
+/// folder that the program lies in.
+std::filesystem::path DefaultPluginFolder();
+
+} // namespace Mox::Host

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "mox/Export.h"
+#include "mox/authoring/GuiNode.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace Mox::Materials {
+
+/// What a node declares of one port. An absent count or precision is left to resolution.
+struct PortRow
+{
+    const char* Name;
+    const char* Label;
+    std::optional<std::int32_t> ComponentCount = std::nullopt;
+    std::optional<ComponentType> Precision = std::nullopt;
+};
+
+/// Erases all ports, and with them every flag that resolution and the host have set.
+MOX_API void ClearPorts(GuiNode& node);
+
+/// Appends a new port for each row, in order.
+MOX_API void AppendPorts(std::vector<GuiPort>& ports, std::span<const PortRow> rows);
+
+MOX_API void AppendPort(std::vector<GuiPort>& ports, const PortRow& row);
+
+} // namespace Mox::Materials

@@ -1,0 +1,61 @@
+#include "mox/nodekit/PropertyDeclarations.h"
+
+namespace Mox::Materials {
+
+namespace {
+
+template <class SetDefault>
+boost::shared_ptr<GuiProperty> Declare(GuiNode& node, const char* name, const char* help,
+                                       SetDefault setDefault)
+{
+    auto property = GuiProperty::Create(name);
+    property->Help = help;
+    setDefault(*property);
+    node.Properties->Add(property);
+    return property;
+}
+
+} // namespace
+
+boost::shared_ptr<GuiProperty> DeclareBool(GuiNode& node, const char* name, const char* help,
+                                           bool value)
+{
+    return Declare(node, name, help, [=](GuiProperty& property) { property.SetBool(value); });
+}
+
+boost::shared_ptr<GuiProperty> DeclareInt(GuiNode& node, const char* name, const char* help,
+                                          std::int32_t value)
+{
+    return Declare(node, name, help, [=](GuiProperty& property) { property.SetInt(value); });
+}
+
+boost::shared_ptr<GuiProperty> DeclareFloat(GuiNode& node, const char* name, const char* help,
+                                            float value)
+{
+    return Declare(node, name, help, [=](GuiProperty& property) { property.SetFloat(value); });
+}
+
+boost::shared_ptr<GuiProperty> DeclareColour(GuiNode& node, const char* name, const char* help,
+                                             float red, float green, float blue)
+{
+    return Declare(node, name, help,
+                   [=](GuiProperty& property) { property.SetColour(red, green, blue); });
+}
+
+boost::shared_ptr<GuiProperty> DeclareEnum(GuiNode& node, const char* name, const char* help,
+                                           std::span<const char* const> words)
+{
+    return Declare(node, name, help, [=](GuiProperty& property) {
+        for (const char* word : words)
+            property.AddEnum(word);
+    });
+}
+
+boost::shared_ptr<GuiProperty> DeclareNode(GuiNode& node, const char* name, const char* help,
+                                           const char* typeName)
+{
+    return Declare(node, name, help,
+                   [=](GuiProperty& property) { property.AddNodeTypename(typeName); });
+}
+
+} // namespace Mox::Materials

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "mox/authoring/GuiNode.h"
+
+#include <map>
+#include <string>
+
+/// Applies one of sixteen mathematical functions. The function decides the ports, the Cg text and
+/// the level; an input without an edge takes its value from a property.
+class CoreMathsNode : public Mox::Materials::GuiNode
+{
+public:
+    static const char* TypeName();
+
+    CoreMathsNode();
+    ~CoreMathsNode() override;
+
+    void UpdatePorts(const boost::shared_ptr<void>& hostContext) override;
+    std::string GetTitle() override;
+    void GenerateShader(ShaderGraphGenerator& generator) override;
+
+    using PropertyHandle = boost::shared_ptr<Mox::Materials::GuiProperty>;
+
+    PropertyHandle Function;
+    PropertyHandle DefaultValue1;
+    PropertyHandle DefaultValue2;
+    PropertyHandle DefaultBlend;
+    PropertyHandle DefaultMin;
+    PropertyHandle DefaultMax;
+    PropertyHandle DefaultOldMin;
+    PropertyHandle DefaultOldMax;
+    PropertyHandle DefaultTest1;
+    PropertyHandle DefaultTest2;
+    PropertyHandle DefaultPower;
+    PropertyHandle DefaultScale;
+    PropertyHandle ExecutionLevel;
+
+    /// From the Cg name of an input port to the property that holds its value when no edge does.
+    std::map<std::string, PropertyHandle> PortDefaults;
+
+private:
+    float DefaultFor(const Mox::Materials::GuiPort& port) const;
+};

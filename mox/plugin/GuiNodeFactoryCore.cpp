@@ -1,0 +1,62 @@
+#include "mox/plugin/GuiNodeFactoryCore.h"
+
+#include "mox/ShaderError.h"
+#include "mox/Text.h"
+#include "mox/nodes/CoreMathsNode.h"
+#include "mox/plugin/CoreDefaultNode.h"
+
+#include <iterator>
+
+using namespace Mox::Materials;
+
+namespace {
+
+struct CatalogueRow
+{
+    const char* (*TypeName)();
+    boost::shared_ptr<GuiNode> (*Create)();
+    const char* Label;
+    const char* const* Icon;
+    bool Listed = true;
+};
+
+template <class Node>
+boost::shared_ptr<GuiNode> CreateNode()
+{
+    return boost::shared_ptr<GuiNode>(new Node);
+}
+
+template <class Node>
+constexpr CatalogueRow Row(const char* label, const char* const* icon, bool listed = true)
+{
+    return {&Node::TypeName, &CreateNode<Node>, label, icon, listed};
+}
+
+constexpr CatalogueRow catalogue[] = {
+    Row<CoreDefaultNode>("Default", nullptr, false),
+    Row<CoreMathsNode>("Maths", nullptr),
+};
+
+} // namespace
+
+GuiNodeFactoryCore::GuiNodeFactoryCore()
+{
+    Descriptions.reserve(std::size(catalogue));
+    for (const CatalogueRow& row : catalogue) {
+        GuiNodeDescription description(row.TypeName());
+        description.Library = "Core";
+        description.Label = row.Label;
+        description.Listed = row.Listed;
+        description.Icon = row.Icon;
+        Descriptions.push_back(description);
+    }
+}
+
+boost::shared_ptr<GuiNode> GuiNodeFactoryCore::Create(const std::string& typeName)
+{
+    for (const CatalogueRow& row : catalogue) {
+        if (typeName == row.TypeName())
+            return row.Create();
+    }
+    throw ShaderError(Compose("cannot create \"", typeName, "\" node"));
+}

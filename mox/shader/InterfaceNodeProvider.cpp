@@ -1,0 +1,3 @@
+#include "mox/shader/InterfaceNodeProvider.h"
+
+InterfaceNodeProvider::~InterfaceNodeProvider() = default;

@@ -1,0 +1,99 @@
+#include "mox/shader/ShaderFunctionBuilder.h"
+
+#include "mox/ShaderError.h"
+#include "mox/Text.h"
+#include "mox/authoring/GuiPort.h"
+#include "mox/shader/ShaderNode.h"
+
+#include <locale>
+
+using Mox::Materials::Compose;
+using Mox::Materials::FormatFloat;
+using Mox::Materials::GuiPort;
+
+namespace {
+
+const char* LiteralOpening(const ShaderType& type)
+{
+    switch (type.Component) {
+    case ComponentType::Float:
+        return "float( ";
+    case ComponentType::Half:
+        return "half( ";
+    default:
+        throw ShaderError(Compose("cannot determine zero type for ", type.Format()));
+    }
+}
+
+} // namespace
+
+ShaderFunctionBuilder::ShaderFunctionBuilder()
+{
+    Body.imbue(std::locale::classic());
+}
+
+ShaderFunctionBuilder::~ShaderFunctionBuilder() = default;
+
+void ShaderFunctionBuilder::AddInput(const ShaderType& type, const std::string& name)
+{
+    AddParameter(ShaderDirection::Input, type, name);
+}
+
+void ShaderFunctionBuilder::AddOutput(const ShaderType& type, const std::string& name)
+{
+    AddParameter(ShaderDirection::Output, type, name);
+}
+
+void ShaderFunctionBuilder::AddInputPort(const GuiPort& port)
+{
+    AddInput(port.GetShaderType(), port.Name);
+}
+
+void ShaderFunctionBuilder::AddOutputPort(const GuiPort& port)
+{
+    AddOutput(port.GetShaderType(), port.Name);
+}
+
+void ShaderFunctionBuilder::AppendCode(const std::string& text)
+{
+    Body << text;
+}
+
+void ShaderFunctionBuilder::DeclareConstant(const ShaderType& type, const std::string& name,
+                                            float value)
+{
+    Body << '\t' << type.FormatDeclaration(name) << " = ";
+    Body << LiteralOpening(type) << FormatFloat(value) << " ).";
+    for (std::int32_t column = 0; column < type.Columns; ++column)
+        Body << 'x';
+    Body << ";\n";
+}
+
+void ShaderFunctionBuilder::DeclareConstantForPort(const GuiPort& port, float value)
+{
+    DeclareConstant(port.GetShaderType(), port.Name, value);
+}
+
+ShaderNodeHandle ShaderFunctionBuilder::Build(ShaderLevel level, const std::string& name) const
+{
+    ShaderFunction function(*this);
+    function.SetName(name);
+    function.SetLevel(level);
+    function.SetCode(Body.str());
+    return ShaderNode::CreateFunctionNode(function);
+}
+
+void ShaderFunctionBuilder::AddParameter(ShaderDirection direction, const ShaderType& type,
+                                         const std::string& name)
+{
+    for (const ShaderParameter& present : Parameters) {
+        if (present.Name == name) {
+            throw Compose("parameter name \"", name, "\" is duplicated in function \"", Name, "\"");
+        }
+    }
+    ShaderParameter parameter;
+    parameter.Direction = direction;
+    parameter.Type = type;
+    parameter.Name = name;
+    Parameters.push_back(parameter);
+}

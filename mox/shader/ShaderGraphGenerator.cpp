@@ -1,0 +1,115 @@
+#include "mox/shader/ShaderGraphGenerator.h"
+
+#include "mox/ShaderError.h"
+#include "mox/Text.h"
+#include "mox/shader/ShaderFunctionBuilder.h"
+
+#include <utility>
+
+using Mox::Materials::Compose;
+
+namespace {
+
+constexpr const char* adapterInput = "in_value";
+constexpr const char* adapterOutput = "out_value";
+
+bool IsScalarOrVector(const ShaderType& type)
+{
+    return type.Rows == 1 && type.ArrayLength == 1;
+}
+
+bool Converts(const ShaderType& from, const ShaderType& to)
+{
+    return IsScalarOrVector(from) && IsScalarOrVector(to) &&
+           (from.Columns == to.Columns || from.Columns == 1);
+}
+
+ShaderNodeHandle BuildAdapter(const ShaderType& from, const ShaderType& to)
+{
+    ShaderFunctionBuilder builder;
+    builder.AddInput(from, adapterInput);
+    builder.AddOutput(to, adapterOutput);
+    if (from.Columns == to.Columns) {
+        builder.AppendCode("\tout_value = in_value;\n");
+    } else {
+        builder.AppendCode("\tout_value = in_value.");
+        for (std::int32_t column = 0; column < to.Columns; ++column)
+            builder.AppendCode("x");
+        builder.AppendCode(";\n");
+    }
+    return builder.Build(ShaderLevel::Automatic, "promoteAndSplat");
+}
+
+} // namespace
+
+ShaderGraphGenerator::ShaderGraphGenerator(ShaderGraph& graph) : Graph(&graph)
+{}
+
+ShaderGraphGenerator::~ShaderGraphGenerator() = default;
+
+void ShaderGraphGenerator::AddNode(const ShaderNodeHandle& node)
+{
+    const auto [entry, inserted] = NodeMap.try_emplace(node, node);
+    if (!inserted)
+        throw ShaderError(Compose(node->Describe(), " already added to the graph generator"));
+    try {
+        if (node->Kind == ShaderNodeKind::InterfaceParameter &&
+            Graph->HasInterfaceNode(node->Name, node->Flags))
+            entry->second = Graph->GetInterfaceNode(node->Name, node->Flags, node->Type);
+        else
+            Graph->InsertNode(node);
+    } catch (...) {
+        NodeMap.erase(entry);
+        throw;
+    }
+}
+
+ShaderNodeHandle ShaderGraphGenerator::GetShaderNode(const ShaderNodeHandle& node) const
+{
+    const auto entry = NodeMap.find(node);
+    if (entry == NodeMap.end())
+        throw ShaderError(Compose(node->Describe(), " not yet been added to the graph generator"));
+    return entry->second;
+}
+
+void ShaderGraphGenerator::Connect(const ShaderNodeHandle& tail, const std::string& tailPort,
+                                   const ShaderNodeHandle& head, const std::string& headPort)
+{
+    const ShaderNodeHandle from = GetShaderNode(tail);
+    const ShaderNodeHandle to = GetShaderNode(head);
+    const ShaderType fromType = from->GetOutputPort(tailPort).Type;
+    const ShaderType toType = to->GetInputPort(headPort).Type;
+    if (fromType == toType) {
+        Graph->ConnectPorts(from, tailPort, to, headPort, false);
+        return;
+    }
+    if (!Converts(fromType, toType)) {
+        throw ShaderError(Compose("cannot convert ", fromType.Format(), " to ", toType.Format()));
+    }
+    const ShaderNodeHandle adapter = BuildAdapter(fromType, toType);
+    Graph->InsertNode(adapter);
+    Graph->ConnectPorts(from, tailPort, adapter, adapterInput, false);
+    Graph->ConnectPorts(adapter, adapterOutput, to, headPort, false);
+}
+
+void ShaderGraphGenerator::RecordEdgeTail(const GuiEdgeHandle& edge, const ShaderNodeHandle& node,
+                                          const std::string& port)
+{
+    std::string portCopy = port; // taken first, so that a failure leaves no half record
+    ShaderEdgeRecord& record = EdgeMap[edge];
+    record.Tail = node;
+    record.TailPort = std::move(portCopy);
+}
+
+void ShaderGraphGenerator::RecordEdgeHead(const GuiEdgeHandle& edge, const ShaderNodeHandle& node,
+                                          const std::string& port)
+{
+    ShaderEdgeRecord& record = EdgeMap[edge];
+    record.HeadPorts.push_back(port);
+    try {
+        record.Heads.push_back(node);
+    } catch (...) {
+        record.HeadPorts.pop_back();
+        throw;
+    }
+}

@@ -1,0 +1,227 @@
+#include "mox/shader/ShaderNode.h"
+
+#include "mox/ShaderError.h"
+#include "mox/Text.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <algorithm>
+
+using Mox::Materials::Compose;
+
+template class DiGraphNode<ShaderNode, ShaderEdge>;
+
+namespace {
+
+constexpr const char* readPort = "read";
+constexpr const char* writePort = "write";
+
+const char* LevelLetter(ShaderLevel level)
+{
+    switch (level) {
+    case ShaderLevel::Vertex:
+        return "v";
+    case ShaderLevel::Fragment:
+        return "f";
+    case ShaderLevel::Automatic:
+        return "*";
+    }
+    return "";
+}
+
+std::string DescribeNamedParameter(const char* kind, const ShaderNode& node)
+{
+    const bool isBound = node.Register.Type != ShaderRegisterType::RegisterUnknown;
+    const std::string place = isBound ? " : " + node.Register.FormatRegister() : std::string();
+    return Compose(kind, " parameter \"", node.Name, "\" (", node.Type.Format(), place, ")");
+}
+
+void RequireCgName(const char* what, const std::string& name)
+{
+    if (!ShaderNode::IsValidCgName(name))
+        throw ShaderError(Compose(what, " name \"", name, "\" is not a valid Cg variable name"));
+}
+
+std::int32_t FindPort(const std::vector<ShaderPort>& ports, const std::string& name)
+{
+    const auto found = std::find_if(ports.begin(), ports.end(),
+                                    [&](const ShaderPort& port) { return port.Name == name; });
+    return found == ports.end() ? -1 : static_cast<std::int32_t>(found - ports.begin());
+}
+
+} // namespace
+
+ShaderNode::ShaderNode(ShaderNodeKind kind) : Kind(kind)
+{}
+
+ShaderNode::~ShaderNode() = default;
+
+ShaderNodeHandle ShaderNode::CreateFunctionNode(const ShaderFunction& function)
+{
+    auto node = boost::make_shared<ShaderNode>(ShaderNodeKind::Function);
+    node->LoadFunction(function);
+    node->ValidateNames();
+    return node;
+}
+
+ShaderNodeHandle ShaderNode::CreateVaryingParameter(const std::string& name, const ShaderType& type)
+{
+    return CreateNamedParameter(ShaderNodeKind::VaryingParameter, name, type);
+}
+
+ShaderNodeHandle ShaderNode::CreateUniformParameter(const std::string& name, const ShaderType& type)
+{
+    return CreateNamedParameter(ShaderNodeKind::UniformParameter, name, type);
+}
+
+ShaderNodeHandle ShaderNode::CreateInterfaceParameter(const std::string& name, std::int32_t flags,
+                                                      const ShaderType& type)
+{
+    auto node = CreateNamedParameter(ShaderNodeKind::InterfaceParameter, name, type);
+    node->Flags = flags;
+    return node;
+}
+
+ShaderNodeHandle ShaderNode::CreateRegisterParameter(const ShaderRegister& shaderRegister,
+                                                     const ShaderType& type)
+{
+    auto node = boost::make_shared<ShaderNode>(ShaderNodeKind::CgRegisterParameter);
+    node->Register = shaderRegister;
+    node->Type = type;
+    node->CreateParameterPorts();
+    return node;
+}
+
+ShaderNodeHandle ShaderNode::CreateInterpolantParameter(const ShaderType& type)
+{
+    return CreateNamedParameter(ShaderNodeKind::InterpolantParameter, "", type);
+}
+
+ShaderNodeHandle ShaderNode::CreateNamedParameter(ShaderNodeKind kind, const std::string& name,
+                                                  const ShaderType& type)
+{
+    auto node = boost::make_shared<ShaderNode>(kind);
+    node->Name = name;
+    node->Type = type;
+    node->CreateParameterPorts();
+    node->ValidateNames();
+    return node;
+}
+
+void ShaderNode::LoadFunction(const ShaderFunction& function)
+{
+    Name = function.Name;
+    Code = function.Code;
+    Level = function.Level;
+    Inputs.clear();
+    Outputs.clear();
+    for (const ShaderParameter& parameter : function.Parameters) {
+        auto& ports = parameter.Direction != ShaderDirection::Input ? Outputs : Inputs;
+        ports.push_back({parameter.Name, parameter.Type});
+    }
+}
+
+void ShaderNode::CreateParameterPorts()
+{
+    Inputs.clear();
+    Outputs.clear();
+    switch (Kind) {
+    case ShaderNodeKind::InterfaceParameter:
+    case ShaderNodeKind::InterpolantParameter:
+        Outputs.push_back({readPort, Type});
+        Inputs.push_back({writePort, Type});
+        return;
+    case ShaderNodeKind::VaryingParameter:
+    case ShaderNodeKind::UniformParameter:
+        Outputs.push_back({readPort, Type});
+        return;
+    case ShaderNodeKind::CgRegisterParameter:
+        if (Register.IsWritable())
+            Inputs.push_back({writePort, Type});
+        else
+            Outputs.push_back({readPort, Type});
+        return;
+    case ShaderNodeKind::Function:
+        break;
+    }
+    throw ShaderError("internal error: unknown parameter type");
+}
+
+void ShaderNode::ValidateNames() const
+{
+    switch (Kind) {
+    case ShaderNodeKind::VaryingParameter:
+    case ShaderNodeKind::UniformParameter:
+        RequireCgName("parameter", Name);
+        return;
+    case ShaderNodeKind::Function:
+        for (const ShaderPort& port : Inputs)
+            RequireCgName("input port", port.Name);
+        for (const ShaderPort& port : Outputs)
+            RequireCgName("output port", port.Name);
+        return;
+    case ShaderNodeKind::InterfaceParameter:
+    case ShaderNodeKind::CgRegisterParameter:
+    case ShaderNodeKind::InterpolantParameter:
+        return;
+    }
+}
+
+std::string ShaderNode::Describe() const
+{
+    switch (Kind) {
+    case ShaderNodeKind::Function:
+        return Compose("function \"", Name, "\" (", Inputs.size(), "/", Outputs.size(), "/",
+                       LevelLetter(Level), ")");
+    case ShaderNodeKind::InterfaceParameter:
+        return Compose("interface parameter \"", Name, "\" (", Type.Format(), ",flags=", Flags,
+                       ")");
+    case ShaderNodeKind::VaryingParameter:
+        return DescribeNamedParameter("varying", *this);
+    case ShaderNodeKind::UniformParameter:
+        return DescribeNamedParameter("uniform", *this);
+    case ShaderNodeKind::CgRegisterParameter:
+        return Compose("Cg register parameter ", Register.FormatRegister(), " (", Type.Format(),
+                       ")");
+    case ShaderNodeKind::InterpolantParameter:
+        return Compose("interpolant parameter (", Type.Format(), ")");
+    }
+    throw ShaderError("unknown node type");
+}
+
+std::int32_t ShaderNode::FindInputPort(const std::string& name) const
+{
+    return FindPort(Inputs, name);
+}
+
+std::int32_t ShaderNode::FindOutputPort(const std::string& name) const
+{
+    return FindPort(Outputs, name);
+}
+
+const ShaderPort& ShaderNode::GetInputPort(const std::string& name) const
+{
+    const std::int32_t index = FindInputPort(name);
+    if (index < 0)
+        throw ShaderError(Compose(Describe(), ": input port \"", name, "\" does not exist"));
+    return Inputs[static_cast<std::size_t>(index)];
+}
+
+const ShaderPort& ShaderNode::GetOutputPort(const std::string& name) const
+{
+    const std::int32_t index = FindOutputPort(name);
+    if (index < 0)
+        throw ShaderError(Compose(Describe(), ": output port \"", name, "\" does not exist"));
+    return Outputs[static_cast<std::size_t>(index)];
+}
+
+bool ShaderNode::IsValidCgName(const std::string& name)
+{
+    // The character classes of <cctype> would follow the locale.
+    const auto isLetter = [](char c) {
+        return c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    };
+    const auto isFollower = [&](char c) { return isLetter(c) || (c >= '0' && c <= '9'); };
+    return !name.empty() && isLetter(name.front()) &&
+           std::all_of(name.begin() + 1, name.end(), isFollower);
+}

@@ -1,0 +1,121 @@
+#include "mox/host/HostError.h"
+#include "mox/host/Plugin.h"
+#include "mox/host/PluginSet.h"
+#include "mox/shader/ShaderGraphGenerator.h"
+#include "tests/support/Failure.h"
+
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+#include <exception>
+#include <filesystem>
+#include <optional>
+
+using namespace Mox;
+
+namespace {
+
+const std::filesystem::path corePlugin = MOX_CORE_PLUGIN;
+
+bool CoreIsLoaded()
+{
+    void* library = dlopen(corePlugin.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (library)
+        dlclose(library);
+    return library != nullptr;
+}
+
+std::string LoadFailure(const std::filesystem::path& file)
+{
+    try {
+        const Host::Plugin plugin(file);
+    } catch (const Host::HostError& error) {
+        return error.Message;
+    }
+    return "no failure";
+}
+
+TEST(Plugin, CatalogueAndCreation)
+{
+    const Host::Plugin plugin(corePlugin);
+    for (const auto& row : plugin.Descriptions()) {
+        EXPECT_EQ(row.Library, "Core");
+        EXPECT_EQ(row.Listed, row.TypeName != "CoreDefault");
+        const auto node = plugin.CreateNode(row.TypeName);
+        EXPECT_EQ(node->GetType(), row.TypeName);
+        EXPECT_EQ(node->Properties->Version,
+                  row.TypeName == "CoreDefault" ? std::numeric_limits<std::int32_t>::max() : 0);
+    }
+    EXPECT_EQ(plugin.Descriptions().front().TypeName, "CoreDefault");
+    for (const char* type : {"coremaths", "Maths", ""}) {
+        EXPECT_EQ(FailureOf([&] { plugin.CreateNode(type); }),
+                  "cannot create \"" + std::string(type) + "\" node");
+    }
+}
+
+TEST(Plugin, ErrorsAreCaughtByTypeAndOutliveTheLibrary)
+{
+    ASSERT_FALSE(CoreIsLoaded());
+    std::exception_ptr kept;
+    std::optional<Host::Plugin> plugin(corePlugin);
+    try {
+        plugin->CreateNode("nothing");
+    } catch (const ShaderError&) {
+        kept = std::current_exception();
+    }
+    plugin.reset();
+    EXPECT_FALSE(CoreIsLoaded());
+    EXPECT_EQ(FailureOf([&] { std::rethrow_exception(kept); }), "cannot create \"nothing\" node");
+}
+
+TEST(Plugin, NodesKeepTheLibraryLoaded)
+{
+    ASSERT_FALSE(CoreIsLoaded());
+    boost::shared_ptr<Materials::GuiNode> node;
+    {
+        const Host::Plugin plugin(corePlugin);
+        node = plugin.CreateNode("CoreMaths");
+    }
+    EXPECT_TRUE(CoreIsLoaded());
+    EXPECT_EQ(node->GetTitle(), "Multiply");
+    boost::weak_ptr<Materials::GuiNode> watcher = node;
+    node.reset();
+    EXPECT_TRUE(watcher.expired());
+    watcher.reset();
+    EXPECT_FALSE(CoreIsLoaded());
+}
+
+TEST(Plugin, PlaceholderTakesAnyVersionAndRefusesToExport)
+{
+    const Host::Plugin plugin(corePlugin);
+    const auto node = plugin.CreateNode("CoreDefault");
+    EXPECT_EQ(node->GetTitle(), "Default?");
+    EXPECT_EQ(node->Description->GetString(), "");
+    const auto stored = plugin.CreateNode("CoreMaths");
+    stored->SetName("lost");
+    stored->Properties->Version = std::numeric_limits<std::int32_t>::max();
+    node->LoadProperties(stored->Properties);
+    EXPECT_EQ(node->GetType(), "CoreMaths");
+    EXPECT_EQ(node->GetTitle(), "lost?");
+    EXPECT_EQ(node->Properties->Properties.size(), 8u);
+    EXPECT_EQ(node->Description->GetString(),
+              "This node has been created as a placeholder because a node of type \"CoreMaths\" "
+              "could not be created. You need to either reload this material using the correct "
+              "plug-in DLLs or replace this node with alternatives.");
+    ShaderGraph graph;
+    ShaderGraphGenerator generator(graph);
+    EXPECT_EQ(FailureOf([&] { node->GenerateShader(generator); }),
+              "cannot export as the node \"lost\" cannot be properly created. Please either get "
+              "the DLL that can load this node or replace with alternatives.");
+    EXPECT_FALSE(node->HasBinding());
+}
+
+TEST(Plugin, WhatIsNoPluginIsRefused)
+{
+    EXPECT_EQ(LoadFailure("nowhere.so").substr(0, 18), "cannot be loaded: ");
+    EXPECT_EQ(LoadFailure(__FILE__).substr(0, 18), "cannot be loaded: ");
+    EXPECT_EQ(LoadFailure(MOX_MATERIALS_LIBRARY),
+              "is no plug-in: it does not export GetMaterialLibVersion");
+}
+
+} // namespace

@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that are missing for a job. Usage: tools/setup.sh build|test|full
+set -euo pipefail
+
+packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev)
+case "${1:?build, test or full}" in
+build) ;;
+# locales-all: the tests run under a locale with a decimal comma.
+test) packages+=(libgtest-dev locales-all binutils clang-format) ;;
+full) packages+=(libgtest-dev locales-all binutils clang clang-format clang-tidy) ;;
+*)
+    echo "tools/setup.sh: unknown job \"$1\"" >&2
+    exit 2
+    ;;
+esac
+
+missing=()
+for package in "${packages[@]}"; do
+    status=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+    [ "$status" = installed ] || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+as_root=()
+[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+echo "Installing: ${missing[*]}"
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
+    "${missing[@]}" >/dev/null
