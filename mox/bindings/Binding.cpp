@@ -1,0 +1,256 @@
+#include "mox/bindings/Binding.h"
+
+#include "mox/bindings/AttributeWords.h"
+#include "mox/bindings/FloatBinding.h"
+#include "mox/bindings/StreamFormat.h"
+#include "mox/bindings/StringBinding.h"
+#include "mox/bindings/TextureBinding.h"
+#include "mox/bindings/XmlAttributes.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <iterator>
+
+namespace Mox::Materials {
+
+namespace {
+
+using Create = boost::shared_ptr<Binding> (*)(StreamType, const std::string&, std::uint32_t);
+
+template <class Class>
+boost::shared_ptr<Binding> CreateAs(StreamType streamType, const std::string& name,
+                                    std::uint32_t count)
+{
+    return boost::make_shared<Class>(streamType, name, count);
+}
+
+/// All that hangs on a stream type.
+struct StreamRow
+{
+    const char* Word;
+    Create CreateOf; ///< null where there is no class
+    UiType Ui;
+    const char* Format;
+    bool IsNormalised;
+    const char* Modifiers;
+};
+
+// clang-format off
+constexpr StreamRow streamRows[] = {
+    // Word, CreateOf,                         Ui,                      Format, IsNormalised, Modifiers
+    {"invalid",      nullptr,                  UiType::None,            "",     false, ""},
+    {"position",     CreateAs<Binding>,        UiType::None,            "f32",  false, ""},
+    {"normal",       CreateAs<Binding>,        UiType::None,            "f16",  false, ""},
+    {"uv",           CreateAs<StringBinding>,  UiType::UvSet,           "f32",  false, "oneminus|v"},
+    {"tangent",      CreateAs<Binding>,        UiType::None,            "f16",  false, ""},
+    {"binormal",     CreateAs<Binding>,        UiType::None,            "f16",  false, "negate"},
+    {"colour",       CreateAs<StringBinding>,  UiType::VertexColourSet, "u8n",  true,  ""},
+    {"blendindices", CreateAs<Binding>,        UiType::None,            "u8",   false, ""},
+    {"blendweights", CreateAs<Binding>,        UiType::None,            "s16n", true,  ""},
+    {"texture",      CreateAs<TextureBinding>, UiType::Texture,         "",     false, ""},
+    {"float",        CreateAs<FloatBinding>,   UiType::FloatField,      "",     false, ""},
+};
+// clang-format on
+
+constexpr StreamRow unknownRow = {"", nullptr, UiType::None, "", false, ""};
+
+const StreamRow& RowOf(StreamType streamType)
+{
+    const auto index = static_cast<std::uint32_t>(streamType);
+    return index < std::size(streamRows) ? streamRows[index] : unknownRow;
+}
+
+constexpr const char* uiTypeWords[] = {"none",         "slider",    "colour",     "position",
+                                       "direction",    "texture",   "floatfield", "uvset",
+                                       "vtxcolourset", "checkboxes"};
+
+constexpr const char* uiUnitTypeWords[] = {"raw", "linear", "angular", "srgbcolour"};
+
+constexpr const char* trueWords[] = {"1", "y", "yes", "true"};
+
+bool IsTrueWord(const std::string& text)
+{
+    const std::string word = ToLower(text);
+    for (const char* trueWord : trueWords) {
+        if (word == trueWord)
+            return true;
+    }
+    return false;
+}
+
+void WriteUnlessEmpty(xmlNodePtr element, const char* name, const std::string& value)
+{
+    if (!value.empty())
+        SetXmlAttribute(element, name, value);
+}
+
+void ReadIfPresent(xmlNodePtr element, const char* name, std::string& value)
+{
+    if (HasXmlAttribute(element, name))
+        value = GetXmlAttribute(element, name);
+}
+
+} // namespace
+
+Binding::Binding(StreamType newStreamType, const std::string& name, std::uint32_t newCount)
+    : tag(name), streamType(newStreamType), uiType(RowOf(newStreamType).Ui), count(newCount),
+      streamFormat(RowOf(newStreamType).Format), datasetModifiers(RowOf(newStreamType).Modifiers)
+{}
+
+Binding::~Binding() = default;
+
+std::uint32_t Binding::GetCount() const
+{
+    return count;
+}
+
+void Binding::SetCount(std::uint32_t newCount)
+{
+    count = newCount;
+}
+
+float Binding::GetMin(std::uint32_t) const
+{
+    return 0.0f;
+}
+
+float Binding::GetMax(std::uint32_t) const
+{
+    return 0.0f;
+}
+
+float Binding::GetDefault(std::uint32_t) const
+{
+    return 0.0f;
+}
+
+void Binding::SetMin(std::uint32_t, const std::string&)
+{}
+
+void Binding::SetMin(std::uint32_t, float)
+{}
+
+void Binding::SetMax(std::uint32_t, const std::string&)
+{}
+
+void Binding::SetMax(std::uint32_t, float)
+{}
+
+void Binding::SetDefault(std::uint32_t, const std::string&)
+{}
+
+void Binding::SetDefault(std::uint32_t, float)
+{}
+
+std::string Binding::GetMinString(std::uint32_t) const
+{
+    return {};
+}
+
+std::string Binding::GetMaxString(std::uint32_t) const
+{
+    return {};
+}
+
+std::string Binding::GetDefaultString(std::uint32_t) const
+{
+    return {};
+}
+
+void Binding::WriteXml(xmlNodePtr element) const
+{
+    const StreamRow& defaults = RowOf(streamType);
+    SetXmlAttribute(element, "tag", tag);
+    if (uiType != defaults.Ui)
+        SetXmlAttribute(element, "gui", WordOf(uiTypeWords, uiType));
+    WriteUnlessEmpty(element, "cgname", cgName);
+    WriteUnlessEmpty(element, "uv", uv);
+    WriteUnlessEmpty(element, "desc", desc);
+    WriteUnlessEmpty(element, "helpUrl", helpUrl);
+    WriteUnlessEmpty(element, "uilabel", uiLabel);
+    if (uiUnitType != UiUnitType::Raw)
+        SetXmlAttribute(element, "uiunittype", WordOf(uiUnitTypeWords, uiUnitType));
+    WriteUnlessEmpty(element, "min", GetMinText());
+    WriteUnlessEmpty(element, "max", GetMaxText());
+    WriteUnlessEmpty(element, "default", GetDefaultText());
+    if (streamFormat != defaults.Format)
+        SetXmlAttribute(element, "stream_type", streamFormat);
+    if (datasetModifiers != defaults.Modifiers)
+        SetXmlAttribute(element, "dataset_modifiers", datasetModifiers);
+    if (basicColour)
+        SetXmlBool(element, "basic_colour", true);
+}
+
+void Binding::ReadXml(xmlNodePtr element)
+{
+    ReadIfPresent(element, "tag", tag);
+    if (HasXmlAttribute(element, "gui"))
+        uiType = ValueOf<UiType>(uiTypeWords, ToLower(GetXmlAttribute(element, "gui")));
+    ReadIfPresent(element, "cgname", cgName);
+    ReadIfPresent(element, "uv", uv);
+    ReadIfPresent(element, "desc", desc);
+    ReadIfPresent(element, "helpUrl", helpUrl);
+    ReadIfPresent(element, "uilabel", uiLabel);
+    if (HasXmlAttribute(element, "uiunittype")) {
+        uiUnitType =
+            ValueOf<UiUnitType>(uiUnitTypeWords, ToLower(GetXmlAttribute(element, "uiunittype")));
+    }
+    if (HasXmlAttribute(element, "min"))
+        SetMinText(GetXmlAttribute(element, "min"));
+    if (HasXmlAttribute(element, "max"))
+        SetMaxText(GetXmlAttribute(element, "max"));
+    if (HasXmlAttribute(element, "default"))
+        SetDefaultText(GetXmlAttribute(element, "default"));
+
+    std::string format = RowOf(streamType).Format;
+    bool isNormalised = RowOf(streamType).IsNormalised;
+    if (HasXmlAttribute(element, "stream_type"))
+        format = ToLower(GetXmlAttribute(element, "stream_type"));
+    if (HasXmlAttribute(element, "stream_normalize"))
+        isNormalised = IsTrueWord(ToLower(GetXmlAttribute(element, "stream_normalize")));
+    streamFormat = ToStreamFormat(format, isNormalised);
+
+    ReadIfPresent(element, "dataset_modifiers", datasetModifiers);
+    if (HasXmlAttribute(element, "basic_colour"))
+        basicColour = GetXmlBool(element, "basic_colour");
+}
+
+void Binding::SetMinText(const std::string&)
+{}
+
+void Binding::SetMaxText(const std::string&)
+{}
+
+void Binding::SetDefaultText(const std::string&)
+{}
+
+std::string Binding::GetMinText() const
+{
+    return {};
+}
+
+std::string Binding::GetMaxText() const
+{
+    return {};
+}
+
+std::string Binding::GetDefaultText() const
+{
+    return {};
+}
+
+std::string Binding::GetStreamTypeName() const
+{
+    return RowOf(streamType).Word;
+}
+
+boost::shared_ptr<Binding> CreateBinding(StreamType streamType, const std::string& name,
+                                         std::uint32_t count)
+{
+    const Create create = RowOf(streamType).CreateOf;
+    if (!create || count == 0)
+        return {};
+    return create(streamType, name, count);
+}
+
+} // namespace Mox::Materials
