@@ -2,7 +2,8 @@
 # Installs the Debian packages that are missing for a job. Usage: tools/setup.sh build|test|full
 set -euo pipefail
 
-packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev)
+packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-json3-dev
+    libpng-dev libxpm-dev)
 case "${1:?build, test or full}" in
 build) ;;
 # locales-all: the tests run under a locale with a decimal comma.

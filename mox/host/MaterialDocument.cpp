@@ -1,15 +1,13 @@
 #include "mox/host/MaterialDocument.h"
 
 #include "mox/Text.h"
+#include "mox/host/File.h"
 #include "mox/host/HostError.h"
 #include "mox/host/PropertyText.h"
 
 #include <libxml/xmlreader.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
 #include <map>
 #include <memory>
 #include <string_view>
@@ -269,25 +267,11 @@ private:
     int _errorLine = 0;
 };
 
-std::string ReadFile(const std::string& file)
-{
-    constexpr std::size_t largest = std::size_t(1) << 30;
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream || std::filesystem::is_directory(file)) {
-        throw HostError({file, 0, {}, {}},
-                        Compose("cannot be read: ", std::strerror(stream ? EISDIR : errno)));
-    }
-    std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-    if (bytes.size() > largest)
-        throw HostError({file, 0, {}, {}}, "is larger than a material document may be, 1 GiB");
-    return bytes;
-}
-
 } // namespace
 
 MaterialDocument ReadMaterialDocument(const std::filesystem::path& file)
 {
-    const std::string bytes = ReadFile(file.string());
+    const std::string bytes = ReadFile(file);
     if (bytes.empty())
         throw HostError({file.string(), 0, {}, {}}, "the document is empty");
     return DocumentReader(file.string(), bytes).Read();

@@ -42,6 +42,14 @@ std::optional<std::array<float, 3>> ParseColour(std::string_view text)
     return colour;
 }
 
+/// The shortest text that reads back as the same float.
+std::string FormatExactly(float value)
+{
+    std::array<char, 32> buffer;
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
+    return {buffer.data(), end};
+}
+
 } // namespace
 
 std::string_view FormatKind(GuiPropertyKind kind)
@@ -108,6 +116,27 @@ bool SetFromText(GuiProperty& property, GuiPropertyKind kind, const std::string&
         return true;
     }
     return false;
+}
+
+std::string FormatValue(const GuiProperty& property)
+{
+    switch (property.Kind) {
+    case GuiPropertyKind::Bool:
+        return property.Integer == 1 ? "true" : "false";
+    case GuiPropertyKind::Integer:
+        return std::to_string(property.Integer);
+    case GuiPropertyKind::Float:
+        return FormatExactly(property.Floats[0]);
+    case GuiPropertyKind::Colour:
+        return FormatExactly(property.Floats[0]) + " " + FormatExactly(property.Floats[1]) + " " +
+               FormatExactly(property.Floats[2]);
+    case GuiPropertyKind::String:
+    case GuiPropertyKind::Enum:
+        return property.Text;
+    case GuiPropertyKind::Node:
+        break;
+    }
+    return {};
 }
 
 } // namespace Mox::Host

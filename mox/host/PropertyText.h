@@ -28,4 +28,8 @@ std::optional<float> ParseFloat(std::string_view text);
 bool SetFromText(Materials::GuiProperty& property, Materials::GuiPropertyKind kind,
                  const std::string& text);
 
+/// The text that SetFromText reads the value back from, to the last bit. For a Node property it is
+/// empty.
+std::string FormatValue(const Materials::GuiProperty& property);
+
 } // namespace Mox::Host

@@ -31,4 +31,9 @@ void AddFunction(ShaderGraphGenerator& generator, GuiNode& node,
     node.RegisterEdges(generator, function);
 }
 
+ShaderType NodeType(const GuiNode& node)
+{
+    return {node.Precision, node.ComponentCount, 1, 1};
+}
+
 } // namespace Mox::Materials

@@ -32,4 +32,7 @@ MOX_API void AddOutputs(ShaderFunctionBuilder& builder, const GuiNode& node);
 MOX_API void AddFunction(ShaderGraphGenerator& generator, GuiNode& node,
                          const ShaderFunctionBuilder& builder, ShaderLevel level, const char* name);
 
+/// The type that the node has resolved to.
+MOX_API ShaderType NodeType(const GuiNode& node);
+
 } // namespace Mox::Materials

@@ -5,10 +5,8 @@
 #include "mox/nodekit/FunctionNode.h"
 #include "mox/nodekit/PortRebuild.h"
 #include "mox/nodekit/PropertyDeclarations.h"
+#include "mox/nodekit/Rows.h"
 
-#include <algorithm>
-#include <array>
-#include <iterator>
 #include <span>
 
 using namespace Mox::Materials;
@@ -87,23 +85,9 @@ constexpr MathsFunction mathsFunctions[] = {
 };
 // clang-format on
 
-constexpr auto functionNames = [] {
-    std::array<const char*, std::size(mathsFunctions)> names{};
-    std::transform(std::begin(mathsFunctions), std::end(mathsFunctions), names.begin(),
-                   [](const MathsFunction& function) { return function.Name; });
-    return names;
-}();
+constexpr auto functionNames = NamesOf(mathsFunctions);
 
 constexpr const char* levelNames[] = {"Automatic", "Vertex", "Fragment"};
-
-/// The property takes none but the words of the table; should a host have written another one into
-/// it past the setters, the node acts as a new one does.
-const MathsFunction& FindFunction(const std::string& name)
-{
-    const auto* found = std::find_if(std::begin(mathsFunctions), std::end(mathsFunctions),
-                                     [&](const auto& function) { return function.Name == name; });
-    return found == std::end(mathsFunctions) ? mathsFunctions[0] : *found;
-}
 
 ShaderLevel ChooseLevel(const std::string& executionLevel, ShaderLevel otherwise)
 {
@@ -196,7 +180,7 @@ CoreMathsNode::~CoreMathsNode() = default;
 void CoreMathsNode::UpdatePorts(const boost::shared_ptr<void>&)
 {
     ClearPorts(*this);
-    const MathsFunction& function = FindFunction(Function->GetEnum());
+    const MathsFunction& function = RowNamed(mathsFunctions, Function->GetEnum());
     AppendPorts(InputPorts, function.Inputs);
     AppendPort(OutputPorts, function.Output);
 
@@ -211,12 +195,12 @@ std::string CoreMathsNode::GetTitle()
 
 void CoreMathsNode::GenerateShader(ShaderGraphGenerator& generator)
 {
-    const MathsFunction& function = FindFunction(Function->GetEnum());
+    const MathsFunction& function = RowNamed(mathsFunctions, Function->GetEnum());
     ShaderFunctionBuilder builder;
     AddInputs(builder, *this, [this](const GuiPort& port) { return DefaultFor(port); });
     AddOutputs(builder, *this);
     if (function.NeedsReference)
-        builder.DeclareConstant({Precision, ComponentCount, 1, 1}, "in_ref", 1.0f);
+        builder.DeclareConstant(NodeType(*this), "in_ref", 1.0f);
     builder.AppendCode(function.Body);
     const ShaderLevel level = ChooseLevel(ExecutionLevel->GetEnum(), function.Level);
     AddFunction(generator, *this, builder, level, "mathsCode");

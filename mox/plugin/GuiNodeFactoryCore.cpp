@@ -2,7 +2,14 @@
 
 #include "mox/ShaderError.h"
 #include "mox/Text.h"
+#include "mox/nodes/CoreAnimatedUvNode.h"
+#include "mox/nodes/CoreConstantNode.h"
+#include "mox/nodes/CoreLayerBlendNode.h"
 #include "mox/nodes/CoreMathsNode.h"
+#include "mox/nodes/CoreSwizzleNode.h"
+#include "mox/nodes/CoreTextureNode.h"
+#include "mox/nodes/CoreUvNode.h"
+#include "mox/nodes/CoreVertexColourNode.h"
 #include "mox/plugin/CoreDefaultNode.h"
 
 #include <iterator>
@@ -34,7 +41,14 @@ constexpr CatalogueRow Row(const char* label, const char* const* icon, bool list
 
 constexpr CatalogueRow catalogue[] = {
     Row<CoreDefaultNode>("Default", nullptr, false),
+    Row<CoreVertexColourNode>("Vertex Colour Set", nullptr),
+    Row<CoreUvNode>("Uv Set", nullptr),
+    Row<CoreTextureNode>("Texture", nullptr),
+    Row<CoreConstantNode>("Constant", nullptr),
     Row<CoreMathsNode>("Maths", nullptr),
+    Row<CoreSwizzleNode>("Swizzle", nullptr),
+    Row<CoreLayerBlendNode>("Layer Blend", nullptr),
+    Row<CoreAnimatedUvNode>("Animated Uv", nullptr),
 };
 
 } // namespace

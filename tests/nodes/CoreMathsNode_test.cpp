@@ -1,8 +1,7 @@
 #include "mox/Text.h"
 #include "mox/host/Plugin.h"
-#include "mox/shader/ShaderGraphGenerator.h"
-#include "tests/support/Failure.h"
 #include "tests/support/Golden.h"
+#include "tests/support/NodeText.h"
 
 #include <gtest/gtest.h>
 
@@ -28,39 +27,6 @@ void Choose(GuiNode& node, const char* property, const std::string& word)
     node.UpdatePorts({});
 }
 
-/// Resolves a node as if sources of the given width fed its inputs and a sink of the given
-/// precision took its output.
-void Resolve(GuiNode& node, bool isConnected, std::int32_t width, ComponentType precision)
-{
-    for (GuiPort& port : node.InputPorts) {
-        port.Connected = isConnected;
-        if (isConnected && !port.CountFixed) {
-            port.ComponentCount = width;
-            port.CountKnown = true;
-        }
-    }
-    node.ResolveComponentCounts();
-    node.OutputPorts.front().Precision = precision;
-    node.OutputPorts.front().PrecisionKnown = true;
-    node.ResolvePrecisions();
-}
-
-std::string Write(GuiNode& node)
-{
-    ShaderGraph graph;
-    ShaderGraphGenerator generator(graph);
-    const std::string failure = FailureOf([&] { node.GenerateShader(generator); });
-    if (graph.Nodes.empty())
-        return Compose("failure: ", failure, "\n");
-    const ShaderNode& function = *graph.Nodes.front();
-    std::string text = function.Describe() + "\n";
-    for (const ShaderPort& port : function.Inputs)
-        text += Compose("in ", port.Type.FormatDeclaration(port.Name), "\n");
-    for (const ShaderPort& port : function.Outputs)
-        text += Compose("out ", port.Type.FormatDeclaration(port.Name), "\n");
-    return text + function.Code;
-}
-
 TEST_F(CoreMathsNodeTest, WritesEveryFunction)
 {
     const auto node = Create();
@@ -74,9 +40,10 @@ TEST_F(CoreMathsNodeTest, WritesEveryFunction)
               std::tuple(false, 1, ComponentType::Half),
               std::tuple(false, 1, ComponentType::Float)}) {
             node->UpdatePorts({});
-            Resolve(*node, isConnected, width, precision);
+            ResolveAlone(*node, isConnected ? "*" : "", width, precision);
             text += Compose("-- ", isConnected ? "connected, " : "not connected, ",
-                            ShaderType(precision, width, 1, 1).Format(), "\n", Write(*node), "\n");
+                            ShaderType(precision, width, 1, 1).Format(), "\n",
+                            DescribeShader(*node), "\n");
         }
         std::string file = function;
         std::replace(file.begin(), file.end(), ' ', '_');
@@ -132,8 +99,8 @@ TEST_F(CoreMathsNodeTest, ExecutionLevelOverridesTheFunctionsOwn)
         for (const char* level : {"Automatic", "Vertex", "Fragment"}) {
             Choose(*node, "Function", function);
             Choose(*node, "Execution Level", level);
-            Resolve(*node, true, 1, ComponentType::Half);
-            const std::string text = Write(*node);
+            ResolveAlone(*node, "*", 1, ComponentType::Half);
+            const std::string text = DescribeShader(*node);
             levels += text[text.find(')') - 1];
         }
     }
@@ -143,17 +110,18 @@ TEST_F(CoreMathsNodeTest, ExecutionLevelOverridesTheFunctionsOwn)
 TEST_F(CoreMathsNodeTest, FailuresLeaveTheGeneratorAsItWas)
 {
     const auto node = Create();
-    EXPECT_EQ(Write(*node), "failure: cannot read unknown component count\n");
+    EXPECT_EQ(DescribeShader(*node), "failure: cannot read unknown component count\n");
     node->ResolveComponentCounts();
-    EXPECT_EQ(Write(*node), "failure: cannot read unknown precision\n");
+    EXPECT_EQ(DescribeShader(*node), "failure: cannot read unknown precision\n");
     Choose(*node, "Function", "Fresnel");
-    EXPECT_EQ(Write(*node), "failure: a value needs to be supplied to the \"facing\" port on the "
-                            "Fresnel maths node\n");
+    EXPECT_EQ(DescribeShader(*node),
+              "failure: a value needs to be supplied to the \"facing\" port on the "
+              "Fresnel maths node\n");
     Choose(*node, "Function", "Abs");
-    Resolve(*node, true, 3, ComponentType::Half);
+    ResolveAlone(*node, "*", 3, ComponentType::Half);
     node->InputPorts.front().Connected = false;
     node->InputPorts.front().Precision = ComponentType::Int;
-    EXPECT_EQ(Write(*node), "failure: cannot determine zero type for int3\n");
+    EXPECT_EQ(DescribeShader(*node), "failure: cannot determine zero type for int3\n");
 }
 
 } // namespace

@@ -11,7 +11,9 @@ struct CommonOptions
 };
 
 /// Each adds one subcommand with its options; the work runs as the subcommand's callback.
+void AddBindingsCommand(CLI::App& program, const CommonOptions& common);
 void AddCatalogueCommand(CLI::App& program, const CommonOptions& common);
 void AddExportCommand(CLI::App& program, const CommonOptions& common);
+void AddNewCommand(CLI::App& program, const CommonOptions& common);
 
 } // namespace Mox::Tool

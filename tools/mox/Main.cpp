@@ -20,6 +20,8 @@ int main(int argc, char** argv)
                        "Folder with plug-ins, besides the one that belongs to the program");
     Mox::Tool::AddCatalogueCommand(program, common);
     Mox::Tool::AddExportCommand(program, common);
+    Mox::Tool::AddBindingsCommand(program, common);
+    Mox::Tool::AddNewCommand(program, common);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -1,0 +1,31 @@
+#include "mox/host/File.h"
+
+#include "mox/Text.h"
+#include "mox/host/HostError.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+namespace Mox::Host {
+
+std::string ReadFile(const std::filesystem::path& file)
+{
+    constexpr std::size_t largest = std::size_t(1) << 30;
+    const Place where{file.string(), 0, {}, {}};
+    const auto fail = [&](int error) -> HostError {
+        return {where, Materials::Compose("cannot be read: ", std::strerror(error))};
+    };
+    if (std::filesystem::is_directory(file))
+        throw fail(EISDIR);
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream)
+        throw fail(errno);
+    std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    if (bytes.size() > largest)
+        throw HostError(where, "is larger than 1 GiB, the most that is read");
+    return bytes;
+}
+
+} // namespace Mox::Host

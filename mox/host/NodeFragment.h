@@ -1,0 +1,13 @@
+#pragma once
+
+#include "mox/authoring/GuiNode.h"
+
+#include <string>
+
+namespace Mox::Host {
+
+/// A node as it stands in a document, with all its properties in the order of its bag.
+/// @param id under which the node stands in the document
+std::string FormatNodeFragment(const Materials::GuiNode& node, const std::string& id);
+
+} // namespace Mox::Host

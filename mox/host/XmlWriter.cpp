@@ -1,0 +1,59 @@
+#include "mox/host/XmlWriter.h"
+
+#include <new>
+
+namespace Mox::Host {
+
+namespace {
+
+const xmlChar* Bytes(const char* text)
+{
+    return reinterpret_cast<const xmlChar*>(text);
+}
+
+void Require(int result)
+{
+    if (result < 0)
+        throw std::bad_alloc();
+}
+
+} // namespace
+
+XmlWriter::XmlWriter()
+    : _buffer(xmlBufferCreate(), xmlBufferFree),
+      _writer(_buffer ? xmlNewTextWriterMemory(_buffer.get(), 0) : nullptr, xmlFreeTextWriter)
+{
+    if (!_writer)
+        throw std::bad_alloc();
+    Require(xmlTextWriterSetIndent(_writer.get(), 1));
+    Require(xmlTextWriterSetIndentString(_writer.get(), Bytes("  ")));
+}
+
+void XmlWriter::StartDocument()
+{
+    Require(xmlTextWriterStartDocument(_writer.get(), nullptr, "UTF-8", nullptr));
+}
+
+void XmlWriter::StartElement(const char* name)
+{
+    Require(xmlTextWriterStartElement(_writer.get(), Bytes(name)));
+}
+
+void XmlWriter::Attribute(const char* name, const std::string& value)
+{
+    Require(xmlTextWriterWriteAttribute(_writer.get(), Bytes(name), Bytes(value.c_str())));
+}
+
+void XmlWriter::EndElement()
+{
+    Require(xmlTextWriterEndElement(_writer.get()));
+}
+
+std::string XmlWriter::Finish()
+{
+    Require(xmlTextWriterEndDocument(_writer.get()));
+    Require(xmlTextWriterFlush(_writer.get()));
+    return reinterpret_cast<const char*>(xmlBufferContent(_buffer.get()));
+}
+
+} // namespace Mox::Host

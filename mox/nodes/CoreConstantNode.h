@@ -1,0 +1,47 @@
+#pragma once
+
+#include "mox/authoring/GuiNode.h"
+
+/// A value source: a binding with its uniform parameter, or, when locked, literals in a function.
+class CoreConstantNode : public Mox::Materials::GuiNode
+{
+public:
+    static const char* TypeName();
+
+    CoreConstantNode();
+    ~CoreConstantNode() override;
+
+    /// @throws ShaderError if a vector has a count outside 2 to 4; the node has no ports then, and
+    ///         the properties keep their visibility
+    void UpdatePorts(const boost::shared_ptr<void>& hostContext) override;
+    void GenerateShader(ShaderGraphGenerator& generator) override;
+    bool HasBinding() override;
+    void CreateBindings(const boost::shared_ptr<Mox::Materials::Material>& material) override;
+
+    using PropertyHandle = boost::shared_ptr<Mox::Materials::GuiProperty>;
+
+    PropertyHandle ConstantType;
+    PropertyHandle VectorComponentCount;
+    PropertyHandle DefaultColour;
+    PropertyHandle MinScalar;
+    PropertyHandle MaxScalar;
+    PropertyHandle DefaultScalar;
+    PropertyHandle Alpha;
+    PropertyHandle DefaultAlpha;
+    PropertyHandle Lock;
+    PropertyHandle BasicColour;
+
+private:
+    bool IsColour() const;
+
+    /// An alpha that nothing reads costs no fourth component.
+    bool IsAlphaUsed();
+
+    void GenerateLocked(ShaderGraphGenerator& generator);
+    void GenerateUniform(ShaderGraphGenerator& generator);
+    void GenerateSplitUniform(ShaderGraphGenerator& generator);
+
+    /// Lets the node's edges start at a function whose output for the port "read" has another name.
+    void RecordTails(ShaderGraphGenerator& generator, const boost::shared_ptr<ShaderNode>& function,
+                     const char* readName);
+};

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "mox/authoring/GuiNode.h"
+
+/// Splits a vector into one scalar port for each component, or merges scalars into a vector.
+class CoreSwizzleNode : public Mox::Materials::GuiNode
+{
+public:
+    static const char* TypeName();
+
+    CoreSwizzleNode();
+    ~CoreSwizzleNode() override;
+
+    /// Also settles "Component Count", which only a general vector leaves to the user.
+    /// @throws ShaderError if a general vector has a count outside 2 to 4; the node has no ports
+    ///         then
+    void UpdatePorts(const boost::shared_ptr<void>& hostContext) override;
+    std::string GetTitle() override;
+    void GenerateShader(ShaderGraphGenerator& generator) override;
+
+    boost::shared_ptr<Mox::Materials::GuiProperty> VectorType;
+    boost::shared_ptr<Mox::Materials::GuiProperty> VectorComponentCount;
+    boost::shared_ptr<Mox::Materials::GuiProperty> Reverse;
+};

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "mox/authoring/GuiNode.h"
+
+/// Reads a texture at a coordinate. A node that refers to another texture node shares its name,
+/// settings and binding, so that one texture can be read at several coordinates.
+class CoreTextureNode : public Mox::Materials::GuiNode
+{
+public:
+    static const char* TypeName();
+
+    CoreTextureNode();
+    ~CoreTextureNode() override;
+
+    /// Copies the settings of the node that Reference names, as far as they have reached it.
+    void UpdatePorts(const boost::shared_ptr<void>& hostContext) override;
+    std::string GetTitle() override;
+    void GenerateShader(ShaderGraphGenerator& generator) override;
+    bool HasBinding() override;
+    void CreateBindings(const boost::shared_ptr<Mox::Materials::Material>& material) override;
+
+    /// The name of the texture at the end of the chain of references.
+    /// @throws ShaderError if the chain closes into a circle
+    std::string GetBindingName();
+
+    /// A read gives three components unless the fourth is really used.
+    bool IsAlphaUsed();
+
+    using PropertyHandle = boost::shared_ptr<Mox::Materials::GuiProperty>;
+
+    PropertyHandle Reference;
+    PropertyHandle TextureType;
+    PropertyHandle ColourType;
+    PropertyHandle Alpha;
+    PropertyHandle Srgb;
+    PropertyHandle BasicColour;
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "mox/authoring/GuiNode.h"
+
+/// Stands for one vertex colour set of the mesh: a varying parameter, a binding of the same name,
+/// and a function that splits the stream into the outputs.
+class CoreVertexColourNode : public Mox::Materials::GuiNode
+{
+public:
+    static const char* TypeName();
+
+    CoreVertexColourNode();
+    ~CoreVertexColourNode() override;
+
+    /// A vector sets "Alpha" and locks it; the value stays when the type changes again.
+    void UpdatePorts(const boost::shared_ptr<void>& hostContext) override;
+    void GenerateShader(ShaderGraphGenerator& generator) override;
+    bool HasBinding() override;
+    void CreateBindings(const boost::shared_ptr<Mox::Materials::Material>& material) override;
+
+    boost::shared_ptr<Mox::Materials::GuiProperty> ColourType;
+    boost::shared_ptr<Mox::Materials::GuiProperty> Alpha;
+};

@@ -1,0 +1,104 @@
+#include "tests/support/NodeText.h"
+
+#include "mox/Text.h"
+#include "mox/bindings/Material.h"
+#include "mox/host/BindingsDocument.h"
+#include "mox/host/PropertyText.h"
+#include "mox/host/ShaderGraphText.h"
+#include "mox/shader/ShaderGraphGenerator.h"
+#include "tests/support/Failure.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+using namespace Mox;
+using namespace Mox::Materials;
+
+namespace {
+
+bool Names(const std::string& list, const std::string& name)
+{
+    return list == "*" || (" " + list + " ").find(" " + name + " ") != std::string::npos;
+}
+
+std::string DescribePorts(const char* arrow, const std::vector<GuiPort>& ports)
+{
+    std::string text;
+    for (const GuiPort& port : ports) {
+        text += Compose(arrow, port.Name, " \"", port.Label, "\"");
+        if (port.CountFixed)
+            text += Compose(" x", port.ComponentCount);
+        if (port.PrecisionFixed)
+            text += Compose(" ", GetComponentName(port.Precision));
+        text += "\n";
+    }
+    return text;
+}
+
+} // namespace
+
+void ApplySettings(GuiNode& node, const std::string& settings)
+{
+    std::istringstream stream(settings);
+    for (std::string setting; std::getline(stream >> std::ws, setting, ';');) {
+        const std::size_t equals = setting.find('=');
+        GuiProperty& property = *node.Properties->Get(setting.substr(0, equals));
+        ASSERT_TRUE(Host::SetFromText(property, property.Kind, setting.substr(equals + 1)))
+            << setting;
+    }
+}
+
+void ResolveAlone(GuiNode& node, const std::string& connected, std::int32_t width,
+                  ComponentType precision)
+{
+    for (GuiPort& port : node.InputPorts) {
+        port.Connected = Names(connected, port.Name);
+        if (port.Connected && !port.CountFixed) {
+            port.ComponentCount = width;
+            port.CountKnown = true;
+        }
+    }
+    node.ResolveComponentCounts();
+    for (GuiPort& port : node.OutputPorts) {
+        port.Connected = Names(connected, port.Name);
+        port.Precision = precision;
+        port.PrecisionKnown = true;
+    }
+    node.ResolvePrecisions();
+}
+
+std::string DescribeState(const GuiNode& node)
+{
+    constexpr std::size_t standardProperties = 8;
+    std::string hidden;
+    std::string locked;
+    const auto& properties = node.Properties->Properties;
+    for (std::size_t i = standardProperties; i < properties.size(); ++i) {
+        hidden += properties[i]->Visible ? "" : Compose(" \"", properties[i]->Name, "\"");
+        locked += properties[i]->Editable ? "" : Compose(" \"", properties[i]->Name, "\"");
+    }
+    return Compose(DescribePorts("  in  ", node.InputPorts),
+                   DescribePorts("  out ", node.OutputPorts), hidden.empty() ? "" : "  hidden",
+                   hidden, hidden.empty() ? "" : "\n", locked.empty() ? "" : "  locked", locked,
+                   locked.empty() ? "" : "\n");
+}
+
+std::string DescribeShader(GuiNode& node)
+{
+    ShaderGraph graph;
+    ShaderGraphGenerator generator(graph);
+    const std::string failure = FailureOf([&] { node.GenerateShader(generator); });
+    if (failure != "no failure")
+        return Compose("failure: ", failure, "\n");
+    return Host::FormatShaderGraph(graph);
+}
+
+std::string DescribeBindings(GuiNode& node)
+{
+    const auto material = boost::make_shared<Material>();
+    node.CreateBindings(material);
+    EXPECT_EQ(node.HasBinding(), !material->Bindings.empty());
+    return material->Bindings.empty() ? "no binding\n" : Host::FormatBindings(*material);
+}

@@ -1,0 +1,39 @@
+#include "Commands.h"
+#include "LoadPlugins.h"
+#include "mox/host/BindingsDocument.h"
+#include "mox/host/GraphResolver.h"
+#include "mox/host/MaterialLoader.h"
+
+#include <iostream>
+
+namespace Mox::Tool {
+
+namespace {
+
+boost::shared_ptr<Materials::Material> BindingsOfMaterial(const std::string& file,
+                                                          const CommonOptions& common)
+{
+    const Host::PluginSet plugins = LoadPlugins(common);
+    const Host::MaterialGraph graph = Host::LoadMaterial(Host::ReadMaterialDocument(file), plugins);
+    Host::ResolveGraph(graph);
+    return Host::CreateBindings(graph);
+}
+
+} // namespace
+
+void AddBindingsCommand(CLI::App& program, const CommonOptions& common)
+{
+    auto* command = program.add_subcommand(
+        "bindings", "Print the bindings of a material, or of a bindings document, as XML");
+    auto file = std::make_shared<std::string>();
+    auto isRead = std::make_shared<bool>(false);
+    command->add_option("FILE", *file, "Material document")->required();
+    command->add_flag("--read", *isRead, "FILE is a bindings document: read it back");
+    command->callback([=, &common] {
+        const auto bindings =
+            *isRead ? Host::ReadBindings(*file) : BindingsOfMaterial(*file, common);
+        std::cout << Host::FormatBindings(*bindings);
+    });
+}
+
+} // namespace Mox::Tool

@@ -1,0 +1,35 @@
+#include "Commands.h"
+#include "LoadPlugins.h"
+#include "mox/Text.h"
+#include "mox/host/HostError.h"
+#include "mox/host/NodeFragment.h"
+
+#include <iostream>
+
+namespace Mox::Tool {
+
+namespace {
+
+void PrintNew(const std::string& type, const std::string& id, const CommonOptions& common)
+{
+    const Host::PluginSet plugins = LoadPlugins(common);
+    const auto node = plugins.CreateNode(type);
+    if (!node)
+        throw Host::HostError({}, Materials::Compose("no plug-in offers the type \"", type, "\""));
+    std::cout << Host::FormatNodeFragment(*node, id.empty() ? node->GetName() : id);
+}
+
+} // namespace
+
+void AddNewCommand(CLI::App& program, const CommonOptions& common)
+{
+    auto* command = program.add_subcommand(
+        "new", "Print a node of a type, with all its defaults, as a document fragment");
+    auto type = std::make_shared<std::string>();
+    auto id = std::make_shared<std::string>();
+    command->add_option("TYPE", *type, "Node type, as the catalogue lists it")->required();
+    command->add_option("--id", *id, "Id of the node; its name otherwise");
+    command->callback([=, &common] { PrintNew(*type, *id, common); });
+}
+
+} // namespace Mox::Tool
