@@ -11,6 +11,8 @@ std::string Place::Format() const
     std::string text = File;
     if (Line > 0)
         text += Compose(":", Line);
+    if (Line > 0 && Column > 0)
+        text += Compose(":", Column);
     if (!text.empty())
         text += ": ";
     if (!Node.empty())

@@ -12,8 +12,9 @@ struct Place
     int Line = 0;     ///< 1-based
     std::string Node; ///< id of the node in the document
     std::string Port; ///< Cg name of the port
+    int Column = 0;   ///< 1-based
 
-    /// "file:line: node "id": port "name": ", as far as known.
+    /// "file:line:column: node "id": port "name": ", as far as known.
     std::string Format() const;
 };
 

@@ -37,12 +37,32 @@ struct DocumentEdge
     int Line = 0;
 };
 
+/// A named value of the material as a whole, as text.
+struct DocumentValue
+{
+    std::string Name;
+    std::string Value;
+};
+
+/// The host's own values on one binding, such as the file of a texture. They win over what the node
+/// says.
+struct DocumentBinding
+{
+    std::string Stream;                ///< word of the stream type
+    std::string Tag;                   ///< name of the binding
+    std::vector<DocumentValue> Values; ///< attributes of the binding's XML form
+    int Line = 0;
+};
+
 /// A material as it stands in a file, without any knowledge of node types.
 struct MaterialDocument
 {
-    std::string File; ///< as it is named in messages
+    std::string File;                       ///< as it is named in messages
+    std::vector<DocumentValue> Description; ///< what the material is, for people and catalogues
+    std::vector<DocumentValue> RenderState; ///< blending, tests and culling
     std::vector<DocumentNode> Nodes;
     std::vector<DocumentEdge> Edges;
+    std::vector<DocumentBinding> Bindings;
 };
 
 /// Reads a material document. It opens no other file and no network connection, and refuses

@@ -1,0 +1,43 @@
+#include "mox/host/Problem.h"
+
+#include <algorithm>
+
+namespace Mox::Host {
+
+namespace {
+
+bool IsError(const Problem& problem)
+{
+    return problem.Level == Severity::Error;
+}
+
+} // namespace
+
+void ProblemList::Warn(const std::string& rule, const Place& where, const std::string& message)
+{
+    _problems.push_back({Severity::Warning, rule, where, message});
+}
+
+void ProblemList::Fail(const std::string& rule, const Place& where, const std::string& message)
+{
+    _problems.push_back({Severity::Error, rule, where, message});
+}
+
+void ProblemList::Fail(const std::string& rule, const HostError& error)
+{
+    Fail(rule, error.Where, error.Message);
+}
+
+bool ProblemList::HasErrors() const
+{
+    return std::any_of(_problems.begin(), _problems.end(), IsError);
+}
+
+void ProblemList::ThrowFirstError() const
+{
+    const auto first = std::find_if(_problems.begin(), _problems.end(), IsError);
+    if (first != _problems.end())
+        throw HostError(first->Where, first->Message);
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "mox/host/HostError.h"
+
+#include <string>
+#include <vector>
+
+namespace Mox::Host {
+
+enum class Severity
+{
+    Warning, ///< the material can be exported, but somebody should look at it
+    Error,   ///< the material cannot be exported as it stands
+};
+
+/// One thing that is wrong with a material.
+struct Problem
+{
+    Severity Level = Severity::Error;
+    std::string Rule; ///< a stable word for build systems and baselines, such as "unknown-port"
+    Place Where;
+    std::string Message;
+
+    /// "file:line: node "id": port "name": message", as far as the place is known.
+    std::string Format() const { return Where.Format() + Message; }
+};
+
+/// What was found on the way through a material, in the order of finding. Work goes on behind a
+/// problem as far as it makes sense, so that one does not hide the others.
+class ProblemList
+{
+public:
+    void Warn(const std::string& rule, const Place& where, const std::string& message);
+    void Fail(const std::string& rule, const Place& where, const std::string& message);
+
+    /// Takes over a failure of the host.
+    void Fail(const std::string& rule, const HostError& error);
+
+    bool HasErrors() const;
+    const std::vector<Problem>& Problems() const { return _problems; }
+
+    /// For callers that stop at the first error.
+    /// @throws HostError with the first error, if there is one
+    void ThrowFirstError() const;
+
+private:
+    std::vector<Problem> _problems;
+};
+
+} // namespace Mox::Host
