@@ -67,7 +67,7 @@ def maths(base):
 
 
 def layer_blend(base):
-    """Two translucent discs, one over the other. Few colours, so nothing but the discs is shaded."""
+    """Two translucent discs, one over the other, on a flat tile: the few colours are theirs."""
     canvas = tile(base, shade=0)
     back, front = disc(12, 12.5, 7.75), disc(19.5, 19, 7.75)
     canvas.paint(back, colour("#FFE45C"))

@@ -59,7 +59,8 @@ def write(file, name, rows, base):
     strings += [f"{key}\tc {_text(pixel)}" for pixel, key in keys.items()]
     strings += ["".join(keys[pixel] for pixel in row) for row in rows]
     lines = ",\n".join(f'"{string}"' for string in strings)
-    file.write_text(f"/* XPM */\nstatic const char* const {name}[] = {{\n{lines}\n}};\n", "ascii")
+    # Some readers look for the words "static char", so const has to come after them.
+    file.write_text(f"/* XPM */\nstatic char const* const {name}[] = {{\n{lines}\n}};\n", "ascii")
 
 
 def _key(index, length):
