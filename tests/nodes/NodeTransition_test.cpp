@@ -1,9 +1,11 @@
 #include "mox/Text.h"
+#include "mox/bindings/Material.h"
 #include "mox/host/Plugin.h"
 #include "mox/host/PropertyText.h"
 #include "tests/support/Failure.h"
 #include "tests/support/NodeText.h"
 
+#include <boost/smart_ptr/make_shared.hpp>
 #include <gtest/gtest.h>
 
 using namespace Mox;
@@ -146,6 +148,21 @@ TEST(NodeTransition, AnimatedUv)
              "", "Advanced"},
             {"Mode=Basic", "in_frame 1 in_uv 2 -> out_uv1 2 out_uv2 2 out_blend 1", "", "Basic"},
         });
+}
+
+TEST(NodeTransition, BindingOfAVectorFollowsTheProperty)
+{
+    const Host::Plugin plugin(MOX_CORE_PLUGIN);
+    const auto node = plugin.CreateNode("CoreConstant");
+    ApplySettings(*node, "Constant Type=Vector; Component Count=6");
+    EXPECT_NE(DescribeBindings(*node).find("count=\"6\" tag=\"Constant\" gui=\"slider\" "
+                                           "min=\"0, 0, 0, 0, 0, 0\""),
+              std::string::npos);
+    for (const char* count : {"Component Count=0", "Component Count=-1"}) {
+        ApplySettings(*node, count);
+        EXPECT_EQ(FailureOf([&] { node->CreateBindings(boost::make_shared<Material>()); }),
+                  badCount);
+    }
 }
 
 TEST(NodeTransition, LayerBlendKeepsItsPorts)
