@@ -38,6 +38,10 @@ const Case cases[] = {
     {"CoreLayerBlend", "Mode=Difference", "in_value2", 2, f},
     {"CoreLayerBlend", "Mode=Exclusion", ""},
 
+    {"CoreMaths", "Function=Lerp", "in_value1", 3, f},
+    {"CoreMaths", "Function=Fresnel", "in_facing"},
+    {"CoreMaths", "Function=Invert; Default Value 1=0.1", "", 1, f},
+
     {"CoreSwizzle", "", "in_vec", 3, f},
     {"CoreSwizzle", "Vector Type=Uv", "*"},
     {"CoreSwizzle", "Vector Type=Vector; Component Count=4", "*"},
