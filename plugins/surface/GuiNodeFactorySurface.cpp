@@ -4,6 +4,7 @@
 #include "mox/Text.h"
 #include "plugins/surface/SurfaceNode.h"
 #include "plugins/surface/SurfaceSourceNode.h"
+#include "plugins/surface/icons/Surface.xpm"
 
 using namespace Mox::Materials;
 
@@ -22,9 +23,9 @@ GuiNodeDescription CatalogueRow(const char* typeName, const char* label, const c
 
 GuiNodeFactorySurface::GuiNodeFactorySurface()
 {
-    Descriptions.push_back(CatalogueRow(SurfaceNode::TypeName(), "Surface", nullptr));
+    Descriptions.push_back(CatalogueRow(SurfaceNode::TypeName(), "Surface", Surface_xpm));
     for (const SurfaceSource& source : SurfaceSourceNode::Sources())
-        Descriptions.push_back(CatalogueRow(source.TypeName, source.Label, nullptr));
+        Descriptions.push_back(CatalogueRow(source.TypeName, source.Label, source.Icon));
 }
 
 boost::shared_ptr<GuiNode> GuiNodeFactorySurface::Create(const std::string& typeName)

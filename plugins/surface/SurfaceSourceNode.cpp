@@ -1,6 +1,12 @@
 #include "plugins/surface/SurfaceSourceNode.h"
 
 #include "mox/shader/ShaderGraphGenerator.h"
+#include "plugins/surface/icons/SurfaceFacingRatio.xpm"
+#include "plugins/surface/icons/SurfaceFrame.xpm"
+#include "plugins/surface/icons/SurfaceTime.xpm"
+#include "plugins/surface/icons/SurfaceViewDirection.xpm"
+#include "plugins/surface/icons/SurfaceWorldNormal.xpm"
+#include "plugins/surface/icons/SurfaceWorldPosition.xpm"
 
 using namespace Mox::Materials;
 
@@ -10,14 +16,22 @@ constexpr auto f = ComponentType::Float;
 
 // Directions have unit length. The facing ratio is the cosine between normal and view direction: 1
 // where the surface faces the eye, 0 at its outline.
+// clang-format off
 constexpr SurfaceSource sources[] = {
-    {"SurfaceFacingRatio", "Facing Ratio", "facingRatio", {"read", "facing", 1, f}},
-    {"SurfaceTime", "Time", "time", {"read", "seconds", 1, f}},
-    {"SurfaceFrame", "Frame Number", "frame", {"read", "frame", 1, f}},
-    {"SurfaceWorldPosition", "World Position", "worldPosition", {"read", "position", 3, f}},
-    {"SurfaceWorldNormal", "World Normal", "worldNormal", {"read", "normal", 3, f}},
-    {"SurfaceViewDirection", "View Direction", "viewDirection", {"read", "to eye", 3, f}},
+    {"SurfaceFacingRatio", "Facing Ratio", SurfaceFacingRatio_xpm,
+     "facingRatio", {"read", "facing", 1, f}},
+    {"SurfaceTime", "Time", SurfaceTime_xpm,
+     "time", {"read", "seconds", 1, f}},
+    {"SurfaceFrame", "Frame Number", SurfaceFrame_xpm,
+     "frame", {"read", "frame", 1, f}},
+    {"SurfaceWorldPosition", "World Position", SurfaceWorldPosition_xpm,
+     "worldPosition", {"read", "position", 3, f}},
+    {"SurfaceWorldNormal", "World Normal", SurfaceWorldNormal_xpm,
+     "worldNormal", {"read", "normal", 3, f}},
+    {"SurfaceViewDirection", "View Direction", SurfaceViewDirection_xpm,
+     "viewDirection", {"read", "to eye", 3, f}},
 };
+// clang-format on
 
 constexpr std::int32_t flags = 0;
 

@@ -10,7 +10,8 @@ struct SurfaceSource
 {
     const char* TypeName;
     const char* Label;
-    const char* Parameter; ///< name of the interface parameter that a provider serves, flags 0
+    const char* const* Icon; ///< XPM table
+    const char* Parameter;   ///< name of the interface parameter that a provider serves, flags 0
     Mox::Materials::PortRow Output;
 };
 
