@@ -2,8 +2,8 @@
 #include "mox/host/GraphResolver.h"
 #include "mox/host/MaterialLoader.h"
 #include "mox/host/PluginSet.h"
-#include "mox/host/ShaderExport.h"
 #include "mox/host/ShaderGraphText.h"
+#include "mox/program/ShaderGeneration.h"
 #include "tests/support/Failure.h"
 #include "tests/support/Golden.h"
 #include "tests/support/NodeText.h"
@@ -248,11 +248,13 @@ TEST_F(SurfaceTest, ExamplesWriteTheirSurface)
         const auto material = Host::LoadMaterial(
             Host::ReadMaterialDocument(MOX_TEST_DATA "/../examples/" + name + ".xml"), Plugins());
         Host::ResolveGraph(material);
-        ShaderGraph graph;
-        AddEnvironment(graph);
-        Host::GenerateShaderGraph(material, graph);
+        Host::GeneratedShader shader;
+        AddEnvironment(shader.Graph);
+        Host::ProblemList problems;
+        Host::GenerateShaderGraph(material, shader, problems);
+        EXPECT_TRUE(problems.Problems().empty());
         std::string written;
-        for (const auto& [key, node] : graph.InterfaceNodes) {
+        for (const auto& [key, node] : shader.Graph.InterfaceNodes) {
             if (!node->InEdges.empty())
                 written += " " + key.first;
         }
