@@ -1,8 +1,7 @@
-#include "mox/program/MaterialProgram.h"
-
 #include "mox/Text.h"
 #include "mox/host/GraphResolver.h"
 #include "mox/host/MaterialLoader.h"
+#include "mox/program/MaterialProgram.h"
 #include "tests/support/Golden.h"
 #include "tests/support/MaterialText.h"
 
@@ -182,7 +181,8 @@ TEST(MaterialProgram, RunsEachFunctionWhereItMust)
 
 TEST(MaterialProgram, FragmentResultNeededPerVertexIsAnErrorWithThePath)
 {
-    EXPECT_EQ(ProblemsOf(R"(
+    EXPECT_EQ(
+        ProblemsOf(R"(
         uv CoreUv
         height CoreTexture
         scaled CoreMaths
@@ -191,9 +191,9 @@ TEST(MaterialProgram, FragmentResultNeededPerVertexIsAnErrorWithThePath)
         height.out_colour -> scaled.in_value1
         scaled.out_value -> surface.in_offset
     )"),
-              "stage-conflict: test.xml:2: node \"height\": function \"textureCode\" (2/1/f) runs per "
-              "fragment, but its result is needed per vertex: node \"height\" -> node \"scaled\" -> "
-              "function \"clipPositionCode\" (3/1/*) -> Cg register parameter POSITION (float4)\n");
+        "stage-conflict: test.xml:2: node \"height\": function \"textureCode\" (2/1/f) runs per "
+        "fragment, but its result is needed per vertex: node \"height\" -> node \"scaled\" -> "
+        "function \"clipPositionCode\" (3/1/*) -> Cg register parameter POSITION (float4)\n");
 }
 
 TEST(MaterialProgram, NamesThatAreNoCgNamesWork)
@@ -253,9 +253,10 @@ TEST(MaterialProgram, OneNameIsOneParameterOfOneType)
         split.out_x -> surface.in_alpha
         split CoreSwizzle; Vector Type=Uv
     )";
-    EXPECT_EQ(ProblemsOf(twoSets),
-              "two-types: test.xml:1: node \"a\": parameter \"uv0\" is float2 here and half2 at node "
-              "\"b\"\ndead-node: test.xml:4: node \"m\": nothing of this node reaches the surface\n");
+    EXPECT_EQ(
+        ProblemsOf(twoSets),
+        "two-types: test.xml:1: node \"a\": parameter \"uv0\" is float2 here and half2 at node "
+        "\"b\"\ndead-node: test.xml:4: node \"m\": nothing of this node reaches the surface\n");
 }
 
 /// n textures, all added up into the surface's colour.
@@ -276,8 +277,8 @@ std::string TextureSum(int count, bool ownCoordinates)
             last = t + ".out_colour";
             continue;
         }
-        text += Compose("m", i, " CoreMaths; Function=Addition\n", last, " -> m", i,
-                        ".in_value1\n", t, ".out_colour -> m", i, ".in_value2\n");
+        text += Compose("m", i, " CoreMaths; Function=Addition\n", last, " -> m", i, ".in_value1\n",
+                        t, ".out_colour -> m", i, ".in_value2\n");
         last = Compose("m", i, ".out_value");
     }
     return text + last + " -> surface.in_colour\n";
@@ -306,7 +307,8 @@ TEST(MaterialProgram, LimitsOfTheRegistersNameWhatIsInTheWay)
     EXPECT_TRUE(problems.starts_with("too-many-interpolants: what the vertex program hands to the "
                                      "fragment program does not fit into 10 registers"))
         << problems;
-    EXPECT_NE(problems.find("\"out_uv1\" of node \"anim7\" (half2)"), std::string::npos) << problems;
+    EXPECT_NE(problems.find("\"out_uv1\" of node \"anim7\" (half2)"), std::string::npos)
+        << problems;
 }
 
 TEST(MaterialProgram, SharesWhatIsEqual)
