@@ -108,7 +108,6 @@ TEST_F(CoreMathsNodeTest, InputsWithoutEdgeBecomeConstantsAheadOfTheBody)
                                      "}\n"
                                      "\n"
                                      "edges: 0\n"
-                                     "edge to in_value1 ends at [1].in_value1\n"
                                      "edge to in_value1 ends at [1].in_value1\n");
     node->UpdatePorts({});
     EXPECT_FALSE(node->GetInputPort("in_value1").Connected) << "ports are rebuilt, not reused";
