@@ -1,0 +1,22 @@
+#include "Road.h"
+
+#include <benchmark/benchmark.h>
+
+namespace Mox::Bench {
+
+void RegisterNodeBenchmarks(const Workshop& workshop);
+void RegisterRoadBenchmarks(const Workshop& workshop);
+
+} // namespace Mox::Bench
+
+int main(int argumentCount, char** arguments)
+{
+    benchmark::Initialize(&argumentCount, arguments);
+    if (benchmark::ReportUnrecognizedArguments(argumentCount, arguments))
+        return 2;
+    const Mox::Bench::Workshop workshop;
+    Mox::Bench::RegisterNodeBenchmarks(workshop);
+    Mox::Bench::RegisterRoadBenchmarks(workshop);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
