@@ -2,14 +2,15 @@
 
 #include "mox/Text.h"
 #include "mox/host/AtomicFile.h"
+#include "mox/host/File.h"
 
 #include <libxml/parser.h>
 
+#include <algorithm>
 #include <condition_variable>
 #include <map>
 #include <mutex>
 #include <optional>
-#include <system_error>
 #include <thread>
 #include <unordered_map>
 
@@ -83,13 +84,8 @@ std::filesystem::path OutputOf(const ExportJob& job, const std::string& ending)
 
 void WriteText(const std::filesystem::path& output, const std::string& text)
 {
-    std::error_code error;
     if (output.has_parent_path())
-        std::filesystem::create_directories(output.parent_path(), error);
-    if (error) {
-        throw HostError({output.parent_path().string(), 0, {}, {}},
-                        Compose("cannot be created: ", error.message()));
-    }
+        CreateFolder(output.parent_path());
     WriteIfChanged(output, text);
 }
 
@@ -148,13 +144,14 @@ ExportBatch::ExportBatch(const Exporter& exporter, std::vector<ExportJob> jobs)
 void ExportBatch::Run(unsigned workers, const Report& report, const std::stop_token& stop) const
 {
     xmlInitParser(); // only the first call is not safe on several threads
-    OrderedOutcomes outcomes(_jobs.size(), workers);
+    const auto threadCount = static_cast<unsigned>(std::min<std::size_t>(workers, _jobs.size()));
+    OrderedOutcomes outcomes(_jobs.size(), threadCount);
     const auto work = [&](const std::stop_token& end) {
         while (const auto job = outcomes.Take(end))
             outcomes.Put(*job, ExportOne(_exporter, _jobs[*job]));
     };
     std::vector<std::jthread> threads;
-    for (unsigned i = 0; i < workers; ++i)
+    for (unsigned i = 0; i < threadCount; ++i)
         threads.emplace_back(work);
     const std::stop_callback stopAll(stop, [&] {
         for (std::jthread& thread : threads)

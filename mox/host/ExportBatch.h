@@ -40,6 +40,7 @@ public:
     /// Exports everything and writes each text that differs from what its file holds. Reports come
     /// on the calling thread, and an exception of report ends the run. A stop lets the jobs that
     /// have begun finish and report; the others are left out.
+    /// @param workers number of threads, at least 1
     void Run(unsigned workers, const Report& report, const std::stop_token& stop = {}) const;
 
 private:

@@ -1,5 +1,6 @@
 #include "mox/host/ShaderGraphExporter.h"
 
+#include "mox/host/DocumentInputs.h"
 #include "mox/host/GraphResolver.h"
 #include "mox/host/MaterialLoader.h"
 #include "mox/host/ShaderExport.h"
@@ -7,14 +8,16 @@
 
 namespace Mox::Host {
 
-ExportedMaterial ShaderGraphExporter::Export(const std::filesystem::path& document) const
+ExportedMaterial ShaderGraphExporter::Export(const std::filesystem::path& file) const
 {
-    const MaterialGraph graph = LoadMaterial(ReadMaterialDocument(document), _plugins);
+    const MaterialDocument document = ReadMaterialDocument(file);
+    const MaterialGraph graph = LoadMaterial(document, _plugins);
     ResolveGraph(graph);
     ShaderGraph shaderGraph;
     GenerateShaderGraph(graph, shaderGraph);
     ExportedMaterial exported;
     exported.Texts.push_back(FormatShaderGraph(shaderGraph));
+    exported.Inputs = TextureFiles(document);
     // A type comes from the first plug-in that offers it, so the result hangs on all of them.
     for (const Plugin& plugin : _plugins.Plugins())
         exported.Inputs.push_back(plugin.File());

@@ -13,7 +13,7 @@ public:
     explicit ShaderGraphExporter(const PluginSet& plugins) : _plugins(plugins) {}
 
     const std::vector<std::string>& Endings() const override { return _endings; }
-    ExportedMaterial Export(const std::filesystem::path& document) const override;
+    ExportedMaterial Export(const std::filesystem::path& file) const override;
 
 private:
     const PluginSet& _plugins;
