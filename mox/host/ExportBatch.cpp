@@ -64,7 +64,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t window = 1024;
+    static constexpr std::size_t window = 256;
 
     const std::size_t _count;
     std::mutex _mutex;
@@ -74,13 +74,6 @@ private:
     std::size_t _reported = 0;
     unsigned _workers;
 };
-
-std::filesystem::path OutputOf(const ExportJob& job, const std::string& ending)
-{
-    std::filesystem::path output = job.Output;
-    output += ending;
-    return output;
-}
 
 void WriteText(const std::filesystem::path& output, const std::string& text)
 {
@@ -96,11 +89,11 @@ void ExportInto(ExportOutcome& outcome, const Exporter& exporter, const ExportJo
     if (outcome.Problems.HasErrors())
         return;
     for (std::size_t i = 0; i < exported.Texts.size(); ++i) {
-        const std::filesystem::path output = OutputOf(job, exporter.Endings().at(i));
+        const std::filesystem::path output = job.Output + exporter.Endings().at(i);
         WriteText(output, exported.Texts[i]);
         outcome.Outputs.push_back(output);
     }
-    outcome.Inputs.push_back(job.Document);
+    outcome.Inputs.emplace_back(job.Document);
     outcome.Inputs.insert(outcome.Inputs.end(), exported.Inputs.begin(), exported.Inputs.end());
 }
 
@@ -113,10 +106,10 @@ ExportOutcome ExportOne(const Exporter& exporter, const ExportJob& job)
     } catch (const HostError& error) {
         Place where = error.Where;
         if (where.File.empty())
-            where.File = job.Document.string();
+            where.File = job.Document;
         outcome.Problems.Fail(exportRule, where, error.Message);
     } catch (const std::exception& error) {
-        outcome.Problems.Fail(exportRule, {job.Document.string(), 0, {}, {}}, error.what());
+        outcome.Problems.Fail(exportRule, {job.Document, 0, {}, {}}, error.what());
     }
     outcome.Outputs.clear();
     return outcome;
@@ -130,12 +123,13 @@ ExportBatch::ExportBatch(const Exporter& exporter, std::vector<ExportJob> jobs)
     std::unordered_map<std::string, const ExportJob*> writers;
     for (const ExportJob& job : _jobs) {
         for (const std::string& ending : exporter.Endings()) {
-            const std::string output = OutputOf(job, ending).lexically_normal().string();
+            const std::string output =
+                std::filesystem::path(job.Output + ending).lexically_normal().string();
             const auto [entry, isNew] = writers.emplace(output, &job);
             if (!isNew) {
-                throw HostError({output, 0, {}, {}}, Compose("would be written for both ",
-                                                             entry->second->Document.string(),
-                                                             " and ", job.Document.string()));
+                throw HostError({output, 0, {}, {}},
+                                Compose("would be written for both ", entry->second->Document,
+                                        " and ", job.Document));
             }
         }
     }

@@ -5,14 +5,15 @@
 #include <filesystem>
 #include <functional>
 #include <stop_token>
+#include <string>
 #include <vector>
 
 namespace Mox::Host {
 
 struct ExportJob
 {
-    std::filesystem::path Document;
-    std::filesystem::path Output; ///< path of its texts, up to their endings
+    std::string Document;
+    std::string Output; ///< path of its texts, up to their endings
 };
 
 /// How the export of one material went. The texts themselves are on the disk.

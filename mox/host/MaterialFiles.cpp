@@ -33,15 +33,15 @@ bool MayBeMaterial(const path& file)
     return true;
 }
 
-std::vector<path> FindIn(const path& folder)
+std::vector<std::string> FindIn(const path& folder)
 {
-    std::vector<path> found;
+    std::vector<std::string> found;
     std::error_code error;
     std::filesystem::recursive_directory_iterator entry(folder, error);
     for (; !error && entry != std::filesystem::end(entry); entry.increment(error)) {
         if (entry->path().extension() == ".xml" && entry->is_regular_file() &&
             MayBeMaterial(entry->path()))
-            found.push_back(entry->path());
+            found.push_back(entry->path().string());
     }
     const Place where{folder.string(), 0, {}, {}};
     if (error) {
@@ -61,12 +61,12 @@ std::vector<MaterialFile> FindMaterials(const std::vector<path>& filesAndFolders
     std::vector<MaterialFile> materials;
     for (const path& argument : filesAndFolders) {
         if (!std::filesystem::is_directory(argument)) {
-            materials.push_back({argument, argument.stem()});
+            materials.push_back({argument.string(), argument.stem().string()});
             continue;
         }
-        for (const path& document : FindIn(argument)) {
-            path name = document.lexically_relative(argument);
-            materials.push_back({document, name.replace_extension()});
+        for (std::string& document : FindIn(argument)) {
+            path name = path(document).lexically_relative(argument).replace_extension();
+            materials.push_back({std::move(document), name.string()});
         }
     }
     return materials;

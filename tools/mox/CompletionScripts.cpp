@@ -2,7 +2,7 @@
 
 #include "mox/Text.h"
 
-#include <algorithm>
+#include <string_view>
 
 namespace Mox::Tool {
 
@@ -52,20 +52,18 @@ Words OptionNames(const CommandHelp& command)
     return names;
 }
 
-/// In single quotes, with escapes for what cannot stand between them.
-std::string Quote(const std::string& text, const char* escapes, const char* escapedQuote)
+/// Text for between single quotes.
+std::string Escape(const std::string& text, std::string_view specials, const char* escapedQuote)
 {
-    std::string quoted = "'";
+    std::string escaped;
     for (const char c : text) {
-        if (c == '\'') {
-            quoted += escapedQuote;
-            continue;
-        }
-        if (std::string_view(escapes).find(c) != std::string_view::npos)
-            quoted += '\\';
-        quoted += c;
+        if (c == '\'')
+            escaped += escapedQuote;
+        else
+            escaped += specials.find(c) == std::string_view::npos ? std::string(1, c)
+                                                                  : std::string{'\\', c};
     }
-    return quoted + "'";
+    return escaped;
 }
 
 /// Arguments of compgen that list what a value may be.
@@ -82,8 +80,6 @@ std::string BashCommandCase(const CommandHelp& command, const Words& programOpti
 {
     Words options = OptionNames(command);
     options.insert(options.end(), programOptions.begin(), programOptions.end());
-    std::sort(options.begin(), options.end());
-    options.erase(std::unique(options.begin(), options.end()), options.end());
     std::string source;
     for (const ArgumentHelp& argument : command.Arguments) {
         if (argument.IsPositional)
@@ -111,7 +107,7 @@ std::string BashValueCases(const CommandHelp& command, const std::string& patter
 
 std::string ZshEscape(const std::string& text)
 {
-    return Quote(text, "[]:\\", "'\\''");
+    return Escape(text, "[]:\\", "'\\''");
 }
 
 std::string ZshAction(const ArgumentHelp& argument)
@@ -129,14 +125,13 @@ std::string ZshArgument(const ArgumentHelp& argument)
     const std::string value =
         argument.Value.empty() ? "" : Compose(":", argument.Value, ":", ZshAction(argument));
     if (argument.IsPositional)
-        return Compose("'", argument.IsRepeated ? "*" : "", argument.IsRepeated ? "" : "1", value,
-                       "'");
+        return Compose("'", argument.IsRepeated ? "*" : "1", value, "'");
     const std::string names = argument.Names.size() == 1
                                   ? argument.Names.front()
                                   : Compose("{", Join(argument.Names, ","), "}");
-    const std::string others =
-        argument.IsRepeated ? "'*'" : Compose("'(", Join(argument.Names, " "), ")'");
-    return Compose(others, names, "'['", ZshEscape(argument.Text), "']", value, "'");
+    const std::string exclusion =
+        argument.IsRepeated ? "*" : Compose("(", Join(argument.Names, " "), ")");
+    return Compose("'", exclusion, "'", names, "'[", ZshEscape(argument.Text), "]", value, "'");
 }
 
 std::string ZshArguments(const CommandHelp& command, const char* indent)
@@ -149,7 +144,7 @@ std::string ZshArguments(const CommandHelp& command, const char* indent)
 
 std::string FishEscape(const std::string& text)
 {
-    return Quote(text, "\\", "\\'");
+    return Escape(text, "\\", "\\'");
 }
 
 std::string FishArgument(const ArgumentHelp& argument, const std::string& condition)
@@ -158,7 +153,7 @@ std::string FishArgument(const ArgumentHelp& argument, const std::string& condit
     if (!argument.IsPositional) {
         for (const std::string& name : argument.Names)
             text += name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1);
-        text += " -d " + FishEscape(argument.Text);
+        text += Compose(" -d '", FishEscape(argument.Text), "'");
     }
     if (IsFile(argument))
         text += argument.IsPositional ? " -F" : " -r -F";
@@ -223,10 +218,10 @@ std::string FormatZshCompletion(const ProgramHelp& help)
     std::string commands;
     std::string cases;
     for (const CommandHelp& command : help.Commands) {
-        commands +=
-            Compose("            ", command.Name, ":", Quote(command.Text, "", "'\\''"), "\n");
+        commands += Compose("            ", command.Name, ":'", ZshEscape(command.Text), "'\n");
         cases += Compose("        ", command.Name, ")\n            _arguments",
-                         ZshArguments(command, "                "), " ;;\n");
+                         ZshArguments(command, "                "),
+                         ZshArguments(help.Program, "                "), " ;;\n");
     }
     return Compose(R"(#compdef mox
 # Completes the command line of mox in zsh; printed by "mox completion zsh".
@@ -262,8 +257,8 @@ std::string FormatFishCompletion(const ProgramHelp& help)
     for (const ArgumentHelp& argument : help.Program.Arguments)
         text += FishArgument(argument, "");
     for (const CommandHelp& command : help.Commands) {
-        text += Compose("complete -c mox -n __fish_use_subcommand -a ", command.Name, " -d ",
-                        FishEscape(command.Text), "\n");
+        text += Compose("complete -c mox -n __fish_use_subcommand -a ", command.Name, " -d '",
+                        FishEscape(command.Text), "'\n");
     }
     for (const CommandHelp& command : help.Commands) {
         for (const ArgumentHelp& argument : command.Arguments) {

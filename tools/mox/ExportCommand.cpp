@@ -90,12 +90,13 @@ std::optional<Host::Depfile> OpenDepfile(const std::filesystem::path& file)
     return std::optional<Host::Depfile>(std::in_place, file);
 }
 
-void ExportToFolder(const Host::Exporter& exporter,
-                    const std::vector<Host::MaterialFile>& materials, const ExportOptions& options)
+void ExportToFolder(const Host::Exporter& exporter, std::vector<Host::MaterialFile> materials,
+                    const ExportOptions& options)
 {
+    const std::filesystem::path folder = options.Folder;
     std::vector<Host::ExportJob> jobs;
-    for (const Host::MaterialFile& material : materials)
-        jobs.push_back({material.Document, options.Folder / material.Name});
+    for (Host::MaterialFile& material : materials)
+        jobs.push_back({std::move(material.Document), (folder / material.Name).string()});
     const Host::ExportBatch batch(exporter, std::move(jobs));
     std::optional<Host::Depfile> depfile = OpenDepfile(options.Depfile);
     const std::vector<std::filesystem::path> stamp{options.DepfileTarget};
@@ -129,7 +130,7 @@ void ExportToFolder(const Host::Exporter& exporter,
 
 void Export(const ExportOptions& options, const CommonOptions& common)
 {
-    const auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()});
+    auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()});
     if (options.Folder.empty() && materials.size() > 1)
         throw CLI::ValidationError("export", "more than one material needs --output");
     const Host::PluginSet plugins = LoadPlugins(common);
@@ -137,7 +138,7 @@ void Export(const ExportOptions& options, const CommonOptions& common)
     if (options.Folder.empty())
         ExportToOutput(exporter, materials.front().Document);
     else
-        ExportToFolder(exporter, materials, options);
+        ExportToFolder(exporter, std::move(materials), options);
 }
 
 } // namespace

@@ -11,6 +11,24 @@ namespace {
 
 using Materials::Compose;
 
+/// Breaks prose into lines of a length that tools for manual pages like.
+std::string Wrap(const std::string& text)
+{
+    constexpr std::size_t lineLength = 70;
+    std::string wrapped;
+    std::size_t lineStart = 0;
+    std::istringstream words(text);
+    for (std::string word; words >> word;) {
+        const bool isFull = wrapped.size() - lineStart + word.size() > lineLength;
+        if (!wrapped.empty())
+            wrapped += isFull ? '\n' : ' ';
+        if (isFull)
+            lineStart = wrapped.size();
+        wrapped += word;
+    }
+    return wrapped;
+}
+
 /// Text that roff prints as it stands.
 std::string Escape(const std::string& text)
 {
@@ -59,7 +77,7 @@ std::string FormatArgument(const ArgumentHelp& argument)
     std::string choices;
     for (const std::string& choice : argument.Choices)
         choices += (choices.empty() ? "; one of " : ", ") + Bold(choice);
-    return Compose(".TP\n", names, "\n", Escape(argument.Text), choices, ".\n");
+    return Compose(".TP\n", names, "\n", Escape(Wrap(argument.Text)), choices, ".\n");
 }
 
 std::string FormatSynopsis(const CommandHelp& command)
@@ -111,7 +129,7 @@ std::string FormatFooter(const std::string& footer, FormatHeading formatHeading)
 std::string FormatCommand(const CommandHelp& command)
 {
     std::string text = Compose(".SS ", Bold(command.Name), "\n", FormatSynopsis(command), ".PP\n",
-                               Escape(command.Text), ".\n");
+                               Escape(Wrap(command.Text)), ".\n");
     for (const ArgumentHelp& argument : command.Arguments)
         text += FormatArgument(argument);
     return text + FormatFooter(command.Footer, [](const std::string& heading) {
@@ -124,10 +142,11 @@ std::string FormatCommand(const CommandHelp& command)
 std::string FormatManualPage(const ProgramHelp& help, const std::string& version)
 {
     const CommandHelp& program = help.Program;
-    std::string text = Compose(".TH ", ToUpper(program.Name), " 1 \"\" \"", program.Name, " ",
-                               version, "\" \"User Commands\"\n.SH NAME\n", program.Name, " \\- ",
-                               Escape(program.Text), "\n.SH SYNOPSIS\n", Bold(program.Name), " [",
-                               Italic("options"), "] ", Italic("command"), " ...\n.SH OPTIONS\n");
+    std::string text =
+        Compose(".TH ", ToUpper(program.Name), " 1 \"\" \"", program.Name, " ", version,
+                "\" \"User Commands\"\n.SH NAME\n", program.Name, " \\- ",
+                Escape(Wrap(program.Text)), "\n.SH SYNOPSIS\n", Bold(program.Name), " [",
+                Italic("options"), "] ", Italic("command"), " ...\n.SH OPTIONS\n");
     for (const ArgumentHelp& argument : program.Arguments)
         text += FormatArgument(argument);
     text += ".SH COMMANDS\n";

@@ -39,8 +39,11 @@ ArgumentHelp DescribeArgument(const CLI::Option& option)
 CommandHelp DescribeCommand(const CLI::App& command)
 {
     CommandHelp help{command.get_name(), command.get_description(), {}, command.get_footer()};
-    for (const CLI::Option* option : command.get_options({}))
-        help.Arguments.push_back(DescribeArgument(*option));
+    const CLI::App* program = command.get_parent();
+    for (const CLI::Option* option : command.get_options({})) {
+        if (!program || option != command.get_help_ptr())
+            help.Arguments.push_back(DescribeArgument(*option));
+    }
     return help;
 }
 

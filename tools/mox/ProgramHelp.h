@@ -24,8 +24,8 @@ struct CommandHelp
 {
     std::string Name;
     std::string Text;
-    std::vector<ArgumentHelp> Arguments;
-    std::string Footer; ///< lines that begin at the left are headings or prose
+    std::vector<ArgumentHelp> Arguments; ///< of a command its own; those of the program go with all
+    std::string Footer;                  ///< lines that begin at the left are headings or prose
 };
 
 struct ProgramHelp

@@ -1,0 +1,48 @@
+#!/usr/bin/env bash
+# A killed export leaves the old text or the new one under each name, and no part of one. One that is
+# told to end also takes its temporary files away. Usage: killed_export_test.sh MOX DOCUMENT DOCUMENT
+set -euo pipefail
+
+mox=$1
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+mkdir 0 1
+for i in {1..300}; do
+    cp "$2" "0/m$i.xml"
+    cp "$3" "1/m$i.xml"
+done
+"$mox" export 0/m1.xml >text0
+"$mox" export 1/m1.xml >text1
+
+kill_one() {
+    "$mox" export $(($1 % 2)) -o out -j 4 2>messages &
+    sleep "0.0$((RANDOM % 10))"
+    kill "-$2" $! 2>/dev/null || true # unless it is over already
+    status=0
+    wait $! 2>/dev/null || status=$?
+    for file in out/*.txt; do
+        [ -e "$file" ] || continue
+        cmp -s "$file" text0 || cmp -s "$file" text1 || {
+            echo "$file is a part of a text" >&2
+            exit 1
+        }
+    done
+}
+
+killed=0
+for run in {1..12}; do
+    kill_one "$run" KILL
+    [ "$status" -eq 0 ] || killed=$((killed + 1))
+done
+[ "$killed" -gt 0 ] || { echo "every export was over before it was killed" >&2; exit 1; }
+
+rm -rf out
+stopped=0
+for run in {1..12}; do
+    kill_one "$run" TERM
+    if [ "$status" -eq 143 ] && grep -q 'stopped before' messages; then stopped=$((stopped + 1)); fi
+    left=$(find . -name '.mox-*')
+    [ -z "$left" ] || { echo "an ended export left $left" >&2; exit 1; }
+done
+[ "$stopped" -gt 0 ] || { echo "no export was stopped on its way" >&2; exit 1; }
