@@ -16,11 +16,9 @@ sum0=$("$mox" export 0/m1.xml | md5sum | cut -d' ' -f1)
 sum1=$("$mox" export 1/m1.xml | md5sum | cut -d' ' -f1)
 
 kill_one() {
-    "$mox" export $(($1 % 2)) -o out -j 4 2>messages &
-    sleep "0.0$((RANDOM % 10))"
-    kill "-$2" $! 2>/dev/null || true # unless it is over already
     status=0
-    wait $! 2>/dev/null || status=$?
+    timeout --foreground --preserve-status --signal "$2" "0.0$((1 + RANDOM % 9))" \
+        "$mox" export $(($1 % 2)) -o out -j 4 2>messages || status=$?
     local parts
     parts=$(find out -name '*.txt' -exec md5sum {} + 2>/dev/null | grep -v -e "$sum0" -e "$sum1" || true)
     [ -z "$parts" ] || { echo "these are parts of a text: $parts" >&2; exit 1; }

@@ -7,7 +7,7 @@
 #include "mox/host/ExportBatch.h"
 #include "mox/host/File.h"
 #include "mox/host/MaterialFiles.h"
-#include "mox/host/ShaderGraphExporter.h"
+#include "mox/program/ProgramExporter.h"
 
 #include <iostream>
 #include <optional>
@@ -31,7 +31,7 @@ Examples:
   mox export materials extra/rim.xml -o shaders -j 8
       Export all materials of a folder, and one more, on eight threads.
   mox export rim.xml -o shaders --depfile rim.d
-      Tell Make or Ninja what shaders/rim.txt hangs on.
+      Tell Make or Ninja what shaders/rim.vertex.cg and rim.fragment.cg hang on.
   mox export materials -o shaders --depfile all.d --depfile-target all.stamp && touch all.stamp
       The same for a whole folder behind one stamp.
 )";
@@ -43,6 +43,7 @@ struct ExportOptions
     unsigned Workers = std::max(1U, std::thread::hardware_concurrency());
     std::string Depfile;
     std::string DepfileTarget;
+    bool IsPlain = false;
 };
 
 std::string FormatMessage(const Host::Problem& problem)
@@ -58,8 +59,8 @@ void ExportToOutput(const Host::Exporter& exporter, const std::filesystem::path&
         std::cerr << FormatMessage(problem) << '\n';
     if (exported.Problems.HasErrors())
         throw CLI::RuntimeError(failureStatus);
-    for (const std::string& text : exported.Texts)
-        std::cout << text;
+    for (std::size_t i = 0; i < exported.Texts.size(); ++i)
+        std::cout << (i > 0 ? "\n// ------\n" : "") << exported.Texts[i];
 }
 
 struct Tally
@@ -134,7 +135,8 @@ void Export(const ExportOptions& options, const CommonOptions& common)
     if (options.Folder.empty() && materials.size() > 1)
         throw CLI::ValidationError("export", "more than one material needs --output");
     const Host::PluginSet plugins = LoadPlugins(common);
-    const Host::ShaderGraphExporter exporter(plugins);
+    const Host::ProgramExporter exporter(
+        plugins, Host::ReadEnvironment(Host::DefaultEnvironmentFolder()), {!options.IsPlain});
     if (options.Folder.empty())
         ExportToOutput(exporter, materials.front().Document);
     else
@@ -145,8 +147,7 @@ void Export(const ExportOptions& options, const CommonOptions& common)
 
 void AddExportCommand(CLI::App& program, const CommonOptions& common)
 {
-    auto* command =
-        program.add_subcommand("export", "Write the finished shader graphs of materials");
+    auto* command = program.add_subcommand("export", "Write the shader programs of materials");
     const auto options = std::make_shared<ExportOptions>();
     command->add_option("FILE", options->Files, "Material documents and folders")
         ->type_name("")
@@ -172,6 +173,7 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
                      "Target to name in these rules instead of the outputs")
         ->type_name("FILE")
         ->needs(depfile);
+    command->add_flag("--plain", options->IsPlain, "Without comments in the programs");
     command->footer(footer);
     command->callback([options, &common] { Export(*options, common); });
 }
