@@ -47,14 +47,14 @@ rule export
   command = bash export.sh 'a b$$c#1:2'
   depfile = out/d
   restat = 1
-build out/a$ b$$c#1$:2.txt: export
+build out/a$ b$$c#1$:2.vertex.cg out/a$ b$$c#1$:2.fragment.cg: export
 END
 check ninja
 
 cat >Makefile <<'END'
-out/a\ b$$c\#1\:2.txt:
+out/a\ b$$c\#1\:2.vertex.cg out/a\ b$$c\#1\:2.fragment.cg &:
 	bash export.sh 'a b$$c#1:2'
-	touch '$@'
+	touch 'out/a b$$c#1:2.vertex.cg' 'out/a b$$c#1:2.fragment.cg'
 -include out/d
 END
 check make

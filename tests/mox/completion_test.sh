@@ -29,7 +29,7 @@ expect 'folder' mox --plugins f
 expect 'file folder' mox export f
 expect 'a file' mox export a
 expect '--depfile --depfile-target' mox export --dep
-expect '--plugins' mox export --p
+expect '--plain --plugins' mox export --p
 expect 'folder' mox export --output f
 expect '' mox export -j f
 expect '' mox catalogue f
