@@ -5,8 +5,12 @@ namespace Mox::Tool {
 StopOnSignal::StopOnSignal()
 {
     sigemptyset(&_signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-        sigaddset(&_signals, signal);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction current = {};
+        sigaction(signal, nullptr, &current);
+        if (current.sa_handler != SIG_IGN) // nohup and the like
+            sigaddset(&_signals, signal);
+    }
     pthread_sigmask(SIG_BLOCK, &_signals, &_oldMask);
     _watcher = std::jthread([this](const std::stop_token& end) {
         constexpr timespec patience{0, 50'000'000};
