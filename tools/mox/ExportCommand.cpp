@@ -14,8 +14,11 @@ namespace {
 void Export(const std::string& file, const CommonOptions& common)
 {
     const Host::PluginSet plugins = LoadPlugins(common);
-    const Host::MaterialGraph graph = Host::LoadMaterial(Host::ReadMaterialDocument(file), plugins);
-    Host::ResolveGraph(graph);
+    Host::MaterialGraph graph = Host::LoadMaterial(Host::ReadMaterialDocument(file), plugins);
+    Host::ProblemList problems;
+    Host::ResolveGraph(graph, problems);
+    Host::ReportCountConflicts(graph, problems);
+    problems.ThrowFirstError();
     ShaderGraph shaderGraph;
     Host::GenerateShaderGraph(graph, shaderGraph);
     std::cout << Host::FormatShaderGraph(shaderGraph);
