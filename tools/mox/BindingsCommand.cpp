@@ -19,8 +19,11 @@ boost::shared_ptr<Materials::Material> BindingsOfMaterial(const std::string& fil
                                                           const CommonOptions& common)
 {
     const Host::PluginSet plugins = LoadPlugins(common);
-    const Host::MaterialGraph graph = Host::LoadMaterial(Host::ReadMaterialDocument(file), plugins);
-    Host::ResolveGraph(graph);
+    Host::MaterialGraph graph = Host::LoadMaterial(Host::ReadMaterialDocument(file), plugins);
+    Host::ProblemList problems;
+    Host::ResolveGraph(graph, problems);
+    Host::ReportCountConflicts(graph, problems);
+    problems.ThrowFirstError();
     return Host::CreateBindings(graph);
 }
 
