@@ -15,9 +15,12 @@ ProgramExporter::ProgramExporter(const PluginSet& plugins, Environment environme
 ExportedMaterial ProgramExporter::Export(const std::filesystem::path& file) const
 {
     const MaterialDocument document = ReadMaterialDocument(file);
-    const MaterialGraph graph = LoadMaterial(document, _plugins);
-    ResolveGraph(graph);
     ExportedMaterial exported;
+    MaterialGraph graph = LoadMaterial(document, _plugins, exported.Problems);
+    ResolveGraph(graph, exported.Problems);
+    ReportCountConflicts(graph, exported.Problems);
+    if (exported.Problems.HasErrors())
+        return exported;
     CgProgram program = BuildMaterialProgram(graph, _environment, _options, exported.Problems);
     exported.Texts = {std::move(program.Vertex.Text), std::move(program.Fragment.Text)};
 
