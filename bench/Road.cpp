@@ -21,11 +21,12 @@ RoadTimes TravelRoad(const Workshop& workshop, const std::filesystem::path& docu
     Stopwatch watch;
     std::optional<Host::MaterialDocument> records = Host::ReadMaterialDocument(document);
     times.Read = watch.Lap();
-    std::optional<Host::MaterialGraph> graph = Host::LoadMaterial(*records, workshop.Plugins);
-    times.Load = watch.Lap();
-    Host::ResolveGraph(*graph);
-    times.Resolve = watch.Lap();
     std::optional<Host::ProblemList> problems(std::in_place);
+    std::optional<Host::MaterialGraph> graph =
+        Host::LoadMaterial(*records, workshop.Plugins, *problems);
+    times.Load = watch.Lap();
+    Host::ResolveGraph(*graph, *problems);
+    times.Resolve = watch.Lap();
     std::optional<Host::CgProgram> program =
         Host::BuildMaterialProgram(*graph, workshop.Environment, {}, *problems);
     times.Write = watch.Lap();

@@ -41,10 +41,10 @@ void ReleaseNode(boost::shared_ptr<GuiNode>& node)
 
 boost::shared_ptr<GuiProperty> GuiProperty::Create(const std::string& name)
 {
-    return boost::shared_ptr<GuiProperty>(new GuiProperty(name));
+    return boost::make_shared<GuiProperty>(CreateOnly(), name);
 }
 
-GuiProperty::GuiProperty(const std::string& name) : Name(name)
+GuiProperty::GuiProperty(CreateOnly, const std::string& name) : Name(name)
 {}
 
 GuiProperty::~GuiProperty()

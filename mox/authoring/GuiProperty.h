@@ -31,10 +31,15 @@ enum class GuiPropertyKind : std::int32_t
 /// kind from the call; getters are strict about it.
 class MOX_API GuiProperty
 {
+    /// Lets Create alone call the constructor, which has to be public for boost::make_shared.
+    struct CreateOnly
+    {};
+
 public:
     /// A new Bool property with value false; the only way to make one.
     static boost::shared_ptr<GuiProperty> Create(const std::string& name);
 
+    GuiProperty(CreateOnly, const std::string& name);
     GuiProperty(const GuiProperty&) = delete;
     GuiProperty& operator=(const GuiProperty&) = delete;
 
@@ -93,8 +98,6 @@ public:
     std::vector<std::string> Choices; ///< words of an Enum in order; allowed types of a Node
 
 private:
-    explicit GuiProperty(const std::string& name);
-
     void RequireKind(GuiPropertyKind kind, const char* complaint) const;
     bool HasChoice(const std::string& word) const;
 };

@@ -15,7 +15,7 @@ template <class Handle>
 void AddToBoth(std::list<Handle>& list, std::set<Handle>& set, const Handle& handle)
 {
     std::list<Handle> entry{handle};
-    set.insert(handle);
+    set.insert(set.end(), handle); // new objects lie behind older ones more often than not
     list.splice(list.end(), entry);
 }
 

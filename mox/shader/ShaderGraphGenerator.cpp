@@ -40,6 +40,13 @@ ShaderNodeHandle BuildAdapter(const ShaderType& from, const ShaderType& to)
     return builder.Build(ShaderLevel::Automatic, "promoteAndSplat");
 }
 
+/// The record of an edge, new or not. New edges lie behind older ones more often than not.
+ShaderEdgeRecord& RecordOf(std::map<ShaderGraphGenerator::GuiEdgeHandle, ShaderEdgeRecord>& records,
+                           const ShaderGraphGenerator::GuiEdgeHandle& edge)
+{
+    return records.try_emplace(records.end(), edge)->second;
+}
+
 } // namespace
 
 ShaderGraphGenerator::ShaderGraphGenerator(ShaderGraph& graph) : Graph(&graph)
@@ -49,8 +56,9 @@ ShaderGraphGenerator::~ShaderGraphGenerator() = default;
 
 void ShaderGraphGenerator::AddNode(const ShaderNodeHandle& node)
 {
-    const auto [entry, inserted] = NodeMap.try_emplace(node, node);
-    if (!inserted)
+    const std::size_t sizeBefore = NodeMap.size();
+    const auto entry = NodeMap.try_emplace(NodeMap.end(), node, node);
+    if (NodeMap.size() == sizeBefore)
         throw ShaderError(Compose(node->Describe(), " already added to the graph generator"));
     try {
         if (node->Kind == ShaderNodeKind::InterfaceParameter &&
@@ -96,7 +104,7 @@ void ShaderGraphGenerator::RecordEdgeTail(const GuiEdgeHandle& edge, const Shade
                                           const std::string& port)
 {
     std::string portCopy = port; // taken first, so that a failure leaves no half record
-    ShaderEdgeRecord& record = EdgeMap[edge];
+    ShaderEdgeRecord& record = RecordOf(EdgeMap, edge);
     record.Tail = node;
     record.TailPort = std::move(portCopy);
 }
@@ -104,7 +112,7 @@ void ShaderGraphGenerator::RecordEdgeTail(const GuiEdgeHandle& edge, const Shade
 void ShaderGraphGenerator::RecordEdgeHead(const GuiEdgeHandle& edge, const ShaderNodeHandle& node,
                                           const std::string& port)
 {
-    ShaderEdgeRecord& record = EdgeMap[edge];
+    ShaderEdgeRecord& record = RecordOf(EdgeMap, edge);
     record.HeadPorts.push_back(port);
     try {
         record.Heads.push_back(node);
