@@ -4,6 +4,7 @@
 
 namespace Mox::Bench {
 
+void RegisterEditBenchmarks(const Workshop& workshop);
 void RegisterNodeBenchmarks(const Workshop& workshop);
 void RegisterRoadBenchmarks(const Workshop& workshop);
 
@@ -16,6 +17,7 @@ int main(int argumentCount, char** arguments)
         return 2;
     const Mox::Bench::Workshop workshop;
     Mox::Bench::RegisterNodeBenchmarks(workshop);
+    Mox::Bench::RegisterEditBenchmarks(workshop);
     Mox::Bench::RegisterRoadBenchmarks(workshop);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

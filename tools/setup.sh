@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that are missing for a job. Usage: tools/setup.sh build|test|full
+# Installs the Debian packages that are missing for a job. Usage: tools/setup.sh build|test|full|bench
 set -euo pipefail
 
 packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-json3-dev
     libpng-dev libxpm-dev)
-case "${1:?build, test or full}" in
+case "${1:?build, test, full or bench}" in
 build) ;;
 # locales-all: the tests run under a locale with a decimal comma.
-test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils clang-format) ;;
+test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils clang-format valgrind) ;;
 full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils clang clang-format
-    clang-tidy) ;;
+    clang-tidy valgrind) ;;
+bench) packages+=(libbenchmark-dev nodejs npm python3) ;;
 *)
     echo "tools/setup.sh: unknown job \"$1\"" >&2
     exit 2

@@ -2,7 +2,7 @@
 
 import { makeShape, valueOf, report } from './shapes.mjs';
 import {
-  AddBlock, FragmentOutputBlock, InputBlock, Logger, MultiplyBlock, NodeMaterial,
+  AddBlock, ColorMergerBlock, FragmentOutputBlock, InputBlock, Logger, MultiplyBlock, NodeMaterial,
   NodeMaterialSystemValues, NullEngine, Scene, TransformBlock, VertexOutputBlock,
 } from '@babylonjs/core/index.js';
 
@@ -18,6 +18,16 @@ function makeClipPosition() {
   position.connectTo(transform);
   matrix.connectTo(transform);
   return transform;
+}
+
+/// Parsing builds; blocks may load parts of their text first, so the end of a build is an event.
+function finishBuild(material) {
+  if (!material.buildIsInProgress) return undefined;
+  return new Promise((resolve, reject) => {
+    material.onBuildObservable.addOnce(resolve);
+    material.onBuildErrorObservable.addOnce(
+      (message) => reject(new Error(message.replaceAll('\n', ' '))));
+  });
 }
 
 function makeDocument(shape, count) {
@@ -39,10 +49,11 @@ function makeDocument(shape, count) {
     blocks.push(block);
   });
   const fragmentOutput = new FragmentOutputBlock('fragmentOutput');
-  blocks[count - 1].output.connectTo(fragmentOutput.a);
+  const colour = new ColorMergerBlock('colour');
+  for (const port of [colour.r, colour.g, colour.b]) blocks[count - 1].output.connectTo(port);
+  colour.rgbOut.connectTo(fragmentOutput.rgb);
   material.addOutputNode(vertexOutput);
   material.addOutputNode(fragmentOutput);
-  material.build();
   const text = JSON.stringify(material.serialize());
   material.dispose();
   return text;
@@ -53,7 +64,7 @@ await report('Babylon.js', (shape, count) => {
   return async () => {
     text ??= makeDocument(shape, count);
     const material = NodeMaterial.Parse(JSON.parse(text), scene, '');
-    material.build();
+    await finishBuild(material);
     const texts = [material._vertexCompilationState.compilationString,
       material._fragmentCompilationState.compilationString];
     material.dispose();

@@ -46,7 +46,7 @@ export async function report(name, makeRun) {
       try {
         const run = makeRun(shape, count);
         const [vertex, fragment] = await run();
-        if (!vertex.includes('main') || !fragment.includes('main')) throw new Error('no programs');
+        if (!vertex.includes('main') || fragment.length < 10 * count) throw new Error('no programs');
         rows[`${shape}/${count}`] = await measure(count, 5, run);
       } catch (error) {
         rows[`${shape}/${count}`] = `fails: ${String(error.message ?? error).split('\n')[0]}`;
