@@ -10,7 +10,11 @@ build) ;;
 test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils clang-format valgrind) ;;
 full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils clang clang-format
     clang-tidy valgrind) ;;
-bench) packages+=(libbenchmark-dev nodejs npm python3) ;;
+bench)
+    packages+=(libbenchmark-dev python3)
+    # Other packages of Node.js than Debian's bring npm along and do not stand beside Debian's.
+    command -v npm >/dev/null || packages+=(nodejs npm)
+    ;;
 *)
     echo "tools/setup.sh: unknown job \"$1\"" >&2
     exit 2
