@@ -6,6 +6,7 @@
 #include "mox/host/PropertyText.h"
 
 #include <filesystem>
+#include <iomanip>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
@@ -88,48 +89,76 @@ Json DescribeCatalogue(const Host::PluginSet& plugins)
     return rows;
 }
 
+std::string Text(const Json& value)
+{
+    return value.get<std::string>();
+}
+
 std::string FormatPorts(const Json& ports)
 {
     std::string text;
     for (const Json& port : ports) {
-        text += Compose(text.empty() ? "" : ", ", port["name"].get<std::string>(), " \"",
-                        port["label"].get<std::string>(), "\"");
+        text +=
+            Compose(text.empty() ? "" : ", ", Text(port["name"]), " \"", Text(port["label"]), "\"");
         if (port.contains("components"))
             text += Compose(" x", port["components"].get<int>());
         if (port.contains("precision"))
-            text += " " + port["precision"].get<std::string>();
+            text += " " + Text(port["precision"]);
     }
     return text.empty() ? "none" : text;
 }
 
-std::string FormatProperty(const Json& property)
+/// Lines of at most a hundred characters, each behind the indent; only blanks become line ends.
+std::string Wrap(std::string_view text, std::string_view indent)
 {
-    const Json& value = property["default"];
-    std::string text = Compose("    ", property["name"].get<std::string>(), ": ",
-                               property["kind"].get<std::string>(), ", ", value.dump());
+    constexpr std::size_t lineLength = 100;
+    const std::size_t room = lineLength - indent.size();
+    std::string lines;
+    while (text.size() > room) {
+        const std::size_t blank = text.rfind(' ', room);
+        const std::size_t end = blank == std::string_view::npos || blank == 0 ? room : blank;
+        lines += Compose(indent, text.substr(0, end), "\n");
+        text.remove_prefix(end == blank ? end + 1 : end);
+    }
+    return lines + Compose(indent, text, "\n");
+}
+
+void PrintProperty(const Json& property)
+{
+    constexpr std::string_view indent = "      ";
+    const std::string value = property["default"].is_null() ? "none" : property["default"].dump();
+    std::cout << std::left << "  " << std::setw(18) << Text(property["name"]) + " " << std::setw(9)
+              << Text(property["kind"]) << value << (property["visible"] ? "" : "  (hidden)")
+              << (property["editable"] ? "" : "  (locked)") << '\n';
     if (property.contains("choices")) {
         std::string choices;
         for (const Json& choice : property["choices"])
-            choices += (choices.empty() ? "" : ", ") + choice.get<std::string>();
-        text += Compose(", one of: ", choices);
+            choices += Compose(choices.empty() ? "one of: " : ", ", Text(choice));
+        std::cout << Wrap(choices, indent);
     }
-    return Compose(text, property["visible"] ? "" : " (hidden)", "\n",
-                   property["help"].empty() || property["help"] == ""
-                       ? ""
-                       : Compose("        ", property["help"].get<std::string>(), "\n"));
+    if (const std::string help = Text(property["help"]); !help.empty())
+        std::cout << Wrap(help, indent);
 }
 
+/// An overview with a line for each type, then each type by itself.
 void PrintTable(const Json& rows)
 {
+    const auto printRow = [](const auto& type, const auto& label, const auto& library,
+                             const auto& listed) {
+        std::cout << std::left << std::setw(18) << type << std::setw(19) << label << std::setw(9)
+                  << library << listed << '\n';
+    };
+    printRow("TYPE", "LABEL", "LIBRARY", "LISTED");
     for (const Json& row : rows) {
-        std::cout << row["type"].get<std::string>() << "  \"" << row["label"].get<std::string>()
-                  << "\"  library " << row["library"].get<std::string>()
-                  << (row["listed"] ? "" : "  not listed")
-                  << "\n  inputs:  " << FormatPorts(row["inputs"])
-                  << "\n  outputs: " << FormatPorts(row["outputs"]) << "\n  properties:\n";
+        printRow(Text(row["type"]), Text(row["label"]), Text(row["library"]),
+                 row["listed"] ? "yes" : "no");
+    }
+    for (const Json& row : rows) {
+        std::cout << '\n'
+                  << Text(row["type"]) << "\n  inputs   " << FormatPorts(row["inputs"])
+                  << "\n  outputs  " << FormatPorts(row["outputs"]) << "\n\n";
         for (const Json& property : row["properties"])
-            std::cout << FormatProperty(property);
-        std::cout << '\n';
+            PrintProperty(property);
     }
 }
 
