@@ -1,5 +1,6 @@
 #include "mox/compile/FrontEnd.h"
 
+#include "mox/Text.h"
 #include "mox/compile/Prelude.h"
 
 #include <array>
@@ -11,6 +12,8 @@
 
 namespace Mox::Host {
 
+using Materials::Compose;
+
 namespace {
 
 constexpr auto rules = static_cast<EShMessages>(EShMsgSpvRules | EShMsgVulkanRules |
@@ -18,7 +21,22 @@ constexpr auto rules = static_cast<EShMessages>(EShMsgSpvRules | EShMsgVulkanRul
 
 constexpr std::string_view programName = "program";
 
-/// "12: 'x' : unknown variable " as line and "'x': unknown variable".
+/// "'x' : unknown variable" as "'x': unknown variable", "'expression' : Expected" as "expected
+/// expression".
+std::string ToSentence(std::string_view text)
+{
+    constexpr std::string_view separator = "' : ";
+    const std::size_t at = text.find(separator);
+    if (at == text.npos)
+        return std::string(text);
+    const std::string_view subject = text.substr(0, at + 1);
+    const std::string_view predicate = text.substr(at + separator.size());
+    if (predicate == "Expected")
+        return Compose("expected ", subject.substr(1, subject.size() - 2));
+    return Compose(subject, ": ", predicate);
+}
+
+/// The text behind the name of the program, such as "12: 'x' : unknown variable ".
 FrontEndMessage ParseMessage(std::string_view text)
 {
     FrontEndMessage message{0, {}};
@@ -29,9 +47,7 @@ FrontEndMessage ParseMessage(std::string_view text)
         text.remove_prefix(1);
     while (!text.empty() && text.back() == ' ')
         text.remove_suffix(1);
-    message.Text = text;
-    if (const std::size_t blank = message.Text.find("' : "); blank != std::string::npos)
-        message.Text.erase(blank + 1, 1);
+    message.Text = ToSentence(text);
     return message;
 }
 

@@ -55,7 +55,8 @@ std::set<std::string, std::less<>> CollectIdentifiers(std::string_view text)
 {
     std::set<std::string, std::less<>> names;
     RenameIdentifiers(text, [&](std::string_view name, bool afterDot) {
-        if (!afterDot)
+        const bool isAttribute = text.substr(0, name.data() - text.data()).ends_with("[[");
+        if (!afterDot && !isAttribute)
             names.emplace(name);
         return std::string(name);
     });

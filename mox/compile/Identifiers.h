@@ -17,7 +17,7 @@ std::string
 RenameIdentifiers(std::string_view text,
                   const std::function<std::string(std::string_view name, bool afterDot)>& rename);
 
-/// The identifiers of the text, except those behind a dot.
+/// The identifiers of the text, except those behind a dot and attributes such as "[[position]]".
 std::set<std::string, std::less<>> CollectIdentifiers(std::string_view text);
 
 } // namespace Mox::Host

@@ -86,6 +86,22 @@ utextureCube utextureCubeArray varying void volatile while writeonly)"),
     return language;
 }
 
+/// ESSL lets no global thing have the name of one of its functions, called or not.
+const Words& EsslFunctions()
+{
+    static const Words words = Split(R"(
+abs acos acosh all any asin asinh atan atanh ceil clamp cos cosh cross dFdx dFdy degrees
+determinant distance dot equal exp exp2 faceforward floatBitsToInt floatBitsToUint floor fract
+fwidth greaterThan greaterThanEqual intBitsToFloat inverse inversesqrt isinf isnan length lessThan
+lessThanEqual log log2 matrixCompMult max min mix mod modf normalize not notEqual outerProduct
+packHalf2x16 packSnorm2x16 packUnorm2x16 pow radians reflect refract round roundEven sign sin sinh
+smoothstep sqrt step tan tanh texelFetch texelFetchOffset texture textureGrad textureGradOffset
+textureLod textureLodOffset textureOffset textureProj textureProjGrad textureProjGradOffset
+textureProjLod textureProjLodOffset textureProjOffset textureSize transpose trunc
+uintBitsToFloat unpackHalf2x16 unpackSnorm2x16 unpackUnorm2x16)");
+    return words;
+}
+
 const Language& Msl()
 {
     static const Language language{
@@ -155,6 +171,8 @@ bool HasReservedForm(std::string_view name, CompileTarget target)
 bool IsReservedName(std::string_view name, CompileTarget target)
 {
     const Language& language = LanguageOf(target);
+    if (target == CompileTarget::Essl && EsslFunctions().contains(name))
+        return true;
     return HasReservedForm(name, target) || language.Reserved.contains(name) ||
            language.Vectors.contains(WithoutDimensions(name));
 }
