@@ -4,6 +4,8 @@
 #include "mox/compile/Identifiers.h"
 #include "mox/compile/ReservedWords.h"
 
+#include <stdexcept>
+
 namespace Mox::Host {
 
 using Materials::Compose;
@@ -81,6 +83,14 @@ const ProgramParameter* ParameterNames::Find(const std::string& alias) const
 {
     const auto found = _byAlias.find(alias);
     return found == _byAlias.end() ? nullptr : &_parameters[found->second];
+}
+
+const ProgramParameter& ParameterNames::Get(const std::string& alias) const
+{
+    const ProgramParameter* parameter = Find(alias);
+    if (!parameter)
+        throw std::logic_error(Compose("\"", alias, "\" is no parameter of the program"));
+    return *parameter;
 }
 
 std::string ParameterNames::HideNames(const std::string& cgText) const

@@ -31,6 +31,10 @@ public:
     /// The parameter of an alias, or null.
     const ProgramParameter* Find(const std::string& alias) const;
 
+    /// The parameter of an alias.
+    /// @throws std::logic_error if it is no alias: the text declares what is no parameter
+    const ProgramParameter& Get(const std::string& alias) const;
+
     /// A Cg text with aliases for its parameters. Lines stay lines.
     std::string HideNames(const std::string& cgText) const;
 

@@ -4,8 +4,10 @@
 #include "mox/compile/CrossCompiler.h"
 #include "mox/compile/SpirvOptimiser.h"
 
+#include <algorithm>
 #include <exception>
 #include <sstream>
+#include <stdexcept>
 
 namespace Mox::Host {
 
@@ -36,21 +38,29 @@ public:
         : _program(program), _stage(stage), _names(names), _file(file), _problems(problems)
     {}
 
-    /// The valid module in which parameters stand under their aliases; empty after an error.
+    /// Makes the valid module in which parameters stand under their aliases, and reads its
+    /// interface.
+    /// @returns the module; empty after an error
     SpirvWords MakeModule(const FrontEnd& frontEnd,
-                          const std::map<std::string, std::uint32_t>& samplerBindings)
+                          const std::map<std::string, std::uint32_t>& samplerBindings,
+                          StageInterface& interface)
     {
         const FrontEndResult read = frontEnd.Read(_names.HideNames(_program.Text), _stage);
         for (const FrontEndMessage& message : read.Messages)
             Report(message);
         if (read.Module.empty())
             return {};
-        const OptimisedModule optimised =
-            OptimiseModule(LayOutModule(read.Module, _stage, samplerBindings));
-        if (optimised.Failure.empty())
-            return optimised.Module;
-        ReportInternal("spirv", optimised.Failure);
-        return {};
+        try {
+            OptimisedModule optimised =
+                OptimiseModule(LayOutModule(read.Module, _stage, samplerBindings));
+            if (!optimised.Failure.empty())
+                throw std::runtime_error(optimised.Failure);
+            interface = ReadStageInterface(optimised.Module, _names);
+            return std::move(optimised.Module);
+        } catch (const std::exception& error) {
+            ReportInternal("spirv", error.what());
+            return {};
+        }
     }
 
     TargetProgram Write(const SpirvWords& module, CompileTarget target)
@@ -68,6 +78,13 @@ public:
             ReportInternal(GetTargetName(target), error.what());
         }
         return result;
+    }
+
+    void ReportInternal(std::string_view where, const std::string& text)
+    {
+        _problems.Fail(rule, Place{_file, 0, {}, {}},
+                       Compose("internal error of the compiler, ", GetStageName(_stage), " stage, ",
+                               where, ": ", text));
     }
 
 private:
@@ -96,19 +113,25 @@ private:
         _problems.Fail(rule, where, text);
     }
 
-    void ReportInternal(std::string_view where, const std::string& text)
-    {
-        _problems.Fail(rule, Place{_file, 0, {}, {}},
-                       Compose("internal error of the compiler, ", GetStageName(_stage), " stage, ",
-                               where, ": ", text));
-    }
-
     const StageProgram& _program;
     ProgramStage _stage;
     const ParameterNames& _names;
     const std::string& _file;
     ProblemList& _problems;
 };
+
+/// The first interpolant that the fragment stage reads and the vertex stage does not write.
+const StageVariable* FindMissingInterpolant(const CompiledProgram& program)
+{
+    for (const StageVariable& input : program.Fragment.Inputs) {
+        const auto isSame = [&](const StageVariable& output) {
+            return output.Location == input.Location;
+        };
+        if (std::none_of(program.Vertex.Outputs.begin(), program.Vertex.Outputs.end(), isSame))
+            return &input;
+    }
+    return nullptr;
+}
 
 /// Samplers follow one another from the first binding, in the order of the parameters.
 std::map<std::string, std::uint32_t> AssignSamplerBindings(const CgProgram& program,
@@ -132,13 +155,16 @@ CompiledProgram ProgramCompiler::Compile(const CgProgram& program,
     const auto samplerBindings = AssignSamplerBindings(program, names);
     StageCompiler vertex(program.Vertex, ProgramStage::Vertex, names, file, problems);
     StageCompiler fragment(program.Fragment, ProgramStage::Fragment, names, file, problems);
-    const SpirvWords vertexModule = vertex.MakeModule(_frontEnd, samplerBindings);
-    const SpirvWords fragmentModule = fragment.MakeModule(_frontEnd, samplerBindings);
     CompiledProgram result;
+    const SpirvWords vertexModule = vertex.MakeModule(_frontEnd, samplerBindings, result.Vertex);
+    const SpirvWords fragmentModule =
+        fragment.MakeModule(_frontEnd, samplerBindings, result.Fragment);
     if (vertexModule.empty() || fragmentModule.empty())
         return result;
-    result.Vertex = ReadStageInterface(vertexModule, names);
-    result.Fragment = ReadStageInterface(fragmentModule, names);
+    if (const StageVariable* missing = FindMissingInterpolant(result)) {
+        fragment.ReportInternal("link", Compose("nobody writes \"", missing->Name, "\""));
+        return result;
+    }
     for (const CompileTarget target : targets) {
         result.Programs.push_back(vertex.Write(vertexModule, target));
         result.Programs.push_back(fragment.Write(fragmentModule, target));

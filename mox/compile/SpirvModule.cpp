@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <spirv/unified1/spirv.hpp>
+#include <stdexcept>
 #include <string_view>
 
 namespace Mox::Host {
@@ -94,6 +95,15 @@ VariablePlace PlaceOfSemantic(const std::string& semantic, const std::string& na
     return {{}, {}, name};
 }
 
+std::uint32_t BindingOf(const std::string& sampler,
+                        const std::map<std::string, std::uint32_t>& bindings)
+{
+    const auto found = bindings.find(sampler);
+    if (found == bindings.end())
+        throw std::logic_error(Compose("\"", sampler, "\" is no parameter of the program"));
+    return found->second;
+}
+
 Places FindPlaces(const SpirvWords& words, ProgramStage stage,
                   const std::map<std::string, std::uint32_t>& samplerBindings)
 {
@@ -111,7 +121,7 @@ Places FindPlaces(const SpirvWords& words, ProgramStage stage,
             if (instruction[3] == spv::StorageClassUniform)
                 places[id] = {{}, GetBlockBinding(stage), "mox"};
             if (instruction[3] == spv::StorageClassUniformConstant)
-                places[id] = {{}, samplerBindings.at(names[id]), names[id]};
+                places[id] = {{}, BindingOf(names[id], samplerBindings), names[id]};
         }
     });
     return places;

@@ -34,6 +34,7 @@ std::string GetBlockName(ProgramStage stage);
 /// of other things and the marks of the semantics are taken out, so that no name inside a program
 /// stands in the way of one outside.
 /// @param words a well-formed module
+/// @throws std::logic_error if it has another sampler
 SpirvWords LayOutModule(const SpirvWords& words, ProgramStage stage,
                         const std::map<std::string, std::uint32_t>& samplerBindings);
 

@@ -12,7 +12,7 @@ namespace {
 UniformMember ReadMember(const spirv_cross::Compiler& compiler, const spirv_cross::SPIRType& block,
                          std::uint32_t index, const ParameterNames& names)
 {
-    const ProgramParameter& parameter = *names.Find(compiler.get_member_name(block.self, index));
+    const ProgramParameter& parameter = names.Get(compiler.get_member_name(block.self, index));
     const auto& type = compiler.get_type(block.member_types[index]);
     return {parameter.Name,
             parameter.Type,
@@ -69,7 +69,7 @@ StageInterface ReadStageInterface(const SpirvWords& module, const ParameterNames
     for (const auto& resource : resources.uniform_buffers)
         result.Block = ReadBlock(compiler, resource, names);
     for (const auto& resource : resources.sampled_images) {
-        const ProgramParameter& parameter = *names.Find(resource.name);
+        const ProgramParameter& parameter = names.Get(resource.name);
         const std::uint32_t binding = compiler.get_decoration(resource.id, spv::DecorationBinding);
         result.Samplers.push_back(
             {parameter.Name, parameter.Type, binding, GetTextureUnit(binding)});

@@ -57,6 +57,7 @@ struct StageInterface
 };
 
 /// Reads the interface of a module in which parameters stand under their aliases.
+/// @throws std::logic_error if it has a uniform or a sampler that is no parameter
 StageInterface ReadStageInterface(const SpirvWords& module, const ParameterNames& names);
 
 } // namespace Mox::Host

@@ -1,5 +1,6 @@
 #include "mox/Text.h"
 #include "mox/compile/ProgramCompiler.h"
+#include "mox/compile/Reflection.h"
 #include "mox/host/File.h"
 #include "tests/compile/Recheck.h"
 #include "tests/compile/SampleProgram.h"
@@ -58,6 +59,24 @@ TEST(ProgramCompiler, WritesEveryTarget)
             ExpectGolden(Compose("compile/painted/", GetStageName(program.Stage), ".",
                                  GetTargetName(program.Target)),
                          program.Bytes);
+    ExpectGolden("compile/painted/reflection.json", FormatReflection(result));
+}
+
+TEST(ProgramCompiler, TextAndParametersMustMeet)
+{
+    CgProgram program = ReadProgram("painted");
+    std::erase_if(program.Parameters,
+                  [](const auto& p) { return p.Name == "world" || p.Name == "rampTexture"; });
+    EXPECT_EQ(ErrorsOf(program),
+              "test.xml: internal error of the compiler, vertex stage, spirv: \"world\" is no "
+              "parameter of the program\n"
+              "test.xml: internal error of the compiler, fragment stage, spirv: \"rampTexture\" is "
+              "no parameter of the program\n");
+    EXPECT_EQ(ErrorsOf(MakeFragmentProgram("void main( in float4 interpolant3 : TEXCOORD3, "
+                                           "out half4 colour : COLOR0 )\n"
+                                           "{\n\tcolour = interpolant3;\n}\n")),
+              "test.xml: internal error of the compiler, fragment stage, link: nobody writes "
+              "\"interpolant3\"\n");
 }
 
 /// The program that calls one function in each stage with uniforms for its inputs.
