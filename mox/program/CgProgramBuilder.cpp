@@ -33,11 +33,9 @@ std::string NameOfCrossing(const ProgramGraph& graph, const ParameterTable& para
                            const ProgramValue& value)
 {
     const ShaderNode& shader = *graph.Nodes()[value.Node].Shader;
-    if (shader.Kind == ShaderNodeKind::VaryingParameter)
-        return parameters.ParameterOf(value.Node).CgName;
-    constexpr std::string_view direction = "out_";
-    const std::string& port = graph.PortOf(value).Name;
-    return port.starts_with(direction) ? port.substr(direction.size()) : port;
+    return shader.Kind == ShaderNodeKind::VaryingParameter
+               ? parameters.ParameterOf(value.Node).CgName
+               : graph.NameOf(value);
 }
 
 bool CanBeInterpolated(const ShaderType& type)
@@ -82,10 +80,11 @@ void ReportCrowd(const ProgramGraph& graph, const ShaderOrigins& origins, const 
         values += Compose(values.empty() ? "" : ", ", DescribeValue(graph, origins, value), " (",
                           graph.PortOf(value).Type.Format(), ")");
     }
-    problems.Fail("too-many-interpolants", {},
-                  Compose("what the vertex program hands to the fragment program does not fit into ",
-                          GetRegisterInfo(ShaderRegisterType::FragmentTexCoord).Count,
-                          " registers of four components: ", values));
+    problems.Fail(
+        "too-many-interpolants", {},
+        Compose("what the vertex program hands to the fragment program does not fit into ",
+                GetRegisterInfo(ShaderRegisterType::FragmentTexCoord).Count,
+                " registers of four components: ", values));
 }
 
 void ReportWhatCannotCross(const ProgramGraph& graph, const ShaderOrigins& origins,

@@ -73,7 +73,8 @@ public:
             else if (NameOf(child) == "output")
                 ReadOutput(child);
             else
-                throw HostError(PlaceOf(child), "only <code>, <value> and <output> are allowed here");
+                throw HostError(PlaceOf(child),
+                                "only <code>, <value> and <output> are allowed here");
         });
         return std::move(_environment);
     }
@@ -86,7 +87,8 @@ private:
             throw std::bad_alloc();
         _document.reset(xmlCtxtReadMemory(
             parser.get(), bytes.data(), static_cast<int>(bytes.size()), _environment.File.c_str(),
-            nullptr, XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_NOCDATA));
+            nullptr,
+            XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_NOCDATA));
         if (!_document) {
             std::string message = parser->lastError.message ? parser->lastError.message : "";
             while (!message.empty() && message.back() == '\n')
@@ -113,7 +115,9 @@ private:
 
     EnvironmentEntry ReadEntry(const xmlNode* element)
     {
-        EnvironmentEntry entry{Attribute(element, "name"), TypeOf(element)};
+        EnvironmentEntry entry;
+        entry.Name = Attribute(element, "name");
+        entry.Type = TypeOf(element);
         entry.Line = static_cast<int>(xmlGetLineNo(element));
         entry.When = OptionalAttribute(element, "when");
         const std::string level = OptionalAttribute(element, "level");

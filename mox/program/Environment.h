@@ -32,11 +32,11 @@ struct EnvironmentInput
 struct EnvironmentEntry
 {
     std::string Name; ///< of the value that it supplies, or of the output parameter
-    ShaderType Type;
+    ShaderType Type = ShaderType(ComponentType::Unknown, 1, 1, 1);
     ShaderLevel Level = ShaderLevel::Automatic;
     std::string When; ///< counts only if the material writes this value, or always if empty
     std::vector<EnvironmentInput> Inputs;
-    std::string Body;                      ///< empty if the value is its only input
+    std::string Body;                       ///< empty if the value is its only input
     std::optional<ShaderRegister> Register; ///< of an output
     int Line = 0;
 };

@@ -17,8 +17,8 @@ struct ProgramFunction
     std::vector<std::size_t> Nodes; ///< of the program graph
 };
 
-/// The functions of a pair of programs. Equal ones, in name, parameters and body, are one; different
-/// ones of one name get names of their own.
+/// The functions of a pair of programs. Equal ones, in name, parameters and body, are one;
+/// different ones of one name get names of their own.
 class FunctionTable
 {
 public:

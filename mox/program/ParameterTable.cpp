@@ -146,8 +146,7 @@ void ParameterTable::GiveRegisters(ProblemList& problems)
                                  "textures of the vertex program");
     RegisterCount samplers(ShaderRegisterType::FragmentTextureUnit,
                            "textures of the fragment program");
-    RegisterCount constants(ShaderRegisterType::VertexConstant,
-                            "constants of the vertex program");
+    RegisterCount constants(ShaderRegisterType::VertexConstant, "constants of the vertex program");
     for (ProgramParameter& parameter : _parameters) {
         switch (parameter.Kind) {
         case ParameterKind::VertexStream:

@@ -53,6 +53,21 @@ public:
         return std::move(_nodes);
     }
 
+    /// Names that values get from what they are written into; the first one counts.
+    std::map<ProgramValue, std::string> FindNames() const
+    {
+        std::map<ProgramValue, std::string> names;
+        for (std::size_t i = 0; i < _shaders.size(); ++i) {
+            const bool takesValue =
+                _shaders[i]->Kind == ShaderNodeKind::InterfaceParameter || IsOutput(*_shaders[i]);
+            if (!takesValue || _states[i] == State::New || _shaders[i]->Name.empty())
+                continue;
+            if (const auto value = ValueOf(_feeds[i].front()))
+                names.try_emplace(*value, _shaders[i]->Name);
+        }
+        return names;
+    }
+
     std::vector<std::string> FindDeadNodes() const
     {
         std::vector<std::string> dead;
@@ -92,10 +107,9 @@ private:
         Feed& feed = _feeds[_index.at(head.get())][static_cast<std::size_t>(to)];
         if (feed.Node != nowhere) {
             _problems.Fail("fed-twice", PlaceOf(*tail, _origins),
-                           Compose(head->Describe(), " port \"", edge.HeadPort,
-                                   "\" is fed by ", tail->Describe(), " and by ",
-                                   _shaders[feed.Node]->Describe(), " of node \"",
-                                   _origins.Of(*_shaders[feed.Node]).Node, "\""));
+                           Compose(head->Describe(), " port \"", edge.HeadPort, "\" is fed by ",
+                                   tail->Describe(), " and by ", _shaders[feed.Node]->Describe(),
+                                   " of node \"", _origins.Of(*_shaders[feed.Node]).Node, "\""));
             return;
         }
         feed = {_index.at(tail.get()), static_cast<std::size_t>(from)};
@@ -195,6 +209,16 @@ ProgramGraph::ProgramGraph(const ShaderGraph& graph, const ShaderOrigins& origin
     Collector collector(graph, origins, problems);
     _nodes = collector.Collect();
     _deadNodes = collector.FindDeadNodes();
+    _writtenInto = collector.FindNames();
+}
+
+std::string ProgramGraph::NameOf(const ProgramValue& value) const
+{
+    if (const auto name = _writtenInto.find(value); name != _writtenInto.end())
+        return name->second;
+    constexpr std::string_view direction = "out_";
+    const std::string& port = PortOf(value).Name;
+    return port.starts_with(direction) ? port.substr(direction.size()) : port;
 }
 
 Place PlaceOf(const ShaderNode& node, const ShaderOrigins& origins)

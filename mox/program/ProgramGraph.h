@@ -5,6 +5,7 @@
 #include "mox/shader/ShaderGraph.h"
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -46,9 +47,14 @@ public:
         return _nodes[value.Node].Shader->Outputs[value.Port];
     }
 
+    /// What people know a value by: the interface parameter or output that it is written into, or
+    /// else its port without the direction.
+    std::string NameOf(const ProgramValue& value) const;
+
 private:
     std::vector<ProgramNode> _nodes;
     std::vector<std::string> _deadNodes;
+    std::map<ProgramValue, std::string> _writtenInto;
 };
 
 /// The place of the authoring node behind a shader node.

@@ -50,9 +50,8 @@ StagePlan::StagePlan(const ProgramGraph& graph, const ShaderOrigins& origins, Co
             _inVertex[i] = true;
         else if (level == ShaderLevel::Fragment)
             _inFragment[i] = true;
-        const bool isHandedOn = level == ShaderLevel::Automatic && _inVertex[i] &&
-                                _inFragment[i] && copies == Copies::HandedOn &&
-                                IsMereCopy(*node.Shader);
+        const bool isHandedOn = level == ShaderLevel::Automatic && _inVertex[i] && _inFragment[i] &&
+                                copies == Copies::HandedOn && IsMereCopy(*node.Shader);
         if (isHandedOn) {
             _inFragment[i] = false;
             const auto end = _wanted.lower_bound({i + 1, 0});

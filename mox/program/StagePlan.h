@@ -26,7 +26,8 @@ public:
         MadeTwice,
     };
 
-    /// @param problems takes a function that must run per fragment and is needed per vertex, with the
+    /// @param problems takes a function that must run per fragment and is needed per vertex, with
+    /// the
     ///        path from the one to the other
     StagePlan(const ProgramGraph& graph, const ShaderOrigins& origins, Copies copies,
               ProblemList& problems);

@@ -24,11 +24,16 @@ std::string QuoteForComment(const std::string& id)
     return text + "\"";
 }
 
-/// The name of a value without the direction that its port's name begins with.
-std::string WithoutDirection(const std::string& port)
+/// The head of a function, with a line for each parameter if it were too long.
+std::string WrapSignature(std::string signature)
 {
-    constexpr std::string_view direction = "out_";
-    return port.starts_with(direction) ? port.substr(direction.size()) : port;
+    constexpr std::size_t longestLine = 100;
+    if (signature.size() <= longestLine)
+        return signature;
+    for (std::size_t at = signature.find(", "); at != std::string::npos;
+         at = signature.find(", ", at))
+        signature.replace(at, 2, ",\n\t");
+    return signature.replace(signature.find("( "), 2, "(\n\t");
 }
 
 /// Each line indented by at least a tab; a node's text may come without.
@@ -50,7 +55,8 @@ bool HasWord(const std::string& text, const std::string& word)
     const auto isWordPart = [](char c) { return ShaderNode::IsValidCgName({'_', c}); };
     for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1)) {
         const std::size_t end = at + word.size();
-        if ((at == 0 || !isWordPart(text[at - 1])) && (end == text.size() || !isWordPart(text[end])))
+        if ((at == 0 || !isWordPart(text[at - 1])) &&
+            (end == text.size() || !isWordPart(text[end])))
             return true;
     }
     return false;
@@ -79,6 +85,13 @@ private:
         return _isVertex ? _parts.Plan.InVertex(node) : _parts.Plan.InFragment(node);
     }
 
+    /// Whether a function that this stage calls gives the value.
+    bool IsCall(const ProgramValue& value) const
+    {
+        return RunsHere(value.Node) &&
+               _parts.Graph.Nodes()[value.Node].Shader->Kind == ShaderNodeKind::Function;
+    }
+
     void WriteUniforms()
     {
         for (const ProgramParameter& parameter : _parts.Parameters.Parameters()) {
@@ -87,7 +100,8 @@ private:
                 continue;
             const bool isBound = parameter.Register.Type != ShaderRegisterType::RegisterUnknown;
             _text.Append(Compose("uniform ", parameter.Type.FormatDeclaration(parameter.CgName),
-                                 isBound ? " : " + parameter.Register.FormatRegister() : "", ";\n"));
+                                 isBound ? " : " + parameter.Register.FormatRegister() : "",
+                                 ";\n"));
         }
     }
 
@@ -113,7 +127,9 @@ private:
         for (bool isGrowing = true; isGrowing;) {
             isGrowing = false;
             for (std::size_t i = 0; i < code.size(); ++i) {
-                const auto isCalled = [&](const std::string& name) { return HasWord(bodies, name); };
+                const auto isCalled = [&](const std::string& name) {
+                    return HasWord(bodies, name);
+                };
                 if (isNeeded[i] ||
                     std::none_of(code[i].Provides.begin(), code[i].Provides.end(), isCalled))
                     continue;
@@ -138,7 +154,7 @@ private:
             _text.Separate();
             if (_parts.Options.WithComments)
                 _text.Append(DescribeOrigins(*function));
-            _text.Append(FormatSignature(shader, function->CgName), node);
+            _text.Append(WrapSignature(FormatSignature(shader, function->CgName)), node);
             _text.Append("{\n");
             _text.Append(Indent(shader.Code), node);
             _text.Append("}\n");
@@ -163,7 +179,6 @@ private:
     void WriteMain()
     {
         _text.Separate();
-        // Names that others claim first: whatever stands in the head of the entry point.
         WriteHead();
         _text.Append("{\n");
         if (!_isVertex)
@@ -198,12 +213,16 @@ private:
             if (shader.Kind != ShaderNodeKind::CgRegisterParameter || !RunsHere(node))
                 continue;
             const bool isOutput = shader.Register.IsWritable();
-            const std::string& name = _registers
-                                          .emplace(node, _names.Claim(shader.Name.empty()
-                                                                          ? "register"
-                                                                          : shader.Name))
-                                          .first->second;
+            const std::string& name =
+                _registers
+                    .emplace(node, _names.Claim(shader.Name.empty() ? "register" : shader.Name))
+                    .first->second;
             add(isOutput ? "out" : "in", shader.Type, name, shader.Register);
+            // The function that computes an output may write right into it.
+            const bool isComputedHere =
+                isOutput && IsCall(_parts.Graph.Nodes()[node].Inputs.front());
+            if (isComputedHere)
+                _values.try_emplace(_parts.Graph.Nodes()[node].Inputs.front(), name);
         }
         if (_isVertex)
             AddInterpolantRegisters(parameters, "out");
@@ -223,8 +242,7 @@ private:
                 types.try_emplace(interpolant.Register, ShaderType(ComponentType::Half, 1, 1, 1))
                     .first;
             ShaderType& type = entry->second;
-            type.Columns =
-                std::max(type.Columns, interpolant.Component + interpolant.Type.Columns);
+            type.Columns = std::max(type.Columns, interpolant.Component + interpolant.Type.Columns);
             if (interpolant.Type.Component == ComponentType::Float)
                 type.Component = ComponentType::Float;
         }
@@ -233,9 +251,9 @@ private:
                 _interpolants.emplace(index, _names.Claim(Compose("interpolant", index)))
                     .first->second;
             _widths.emplace(index, type.Columns);
-            parameters.push_back(Compose("\t", direction, " ", type.FormatDeclaration(name), " : ",
-                                         ShaderRegister(ShaderRegisterType::VertexTexCoord, index)
-                                             .FormatRegister()));
+            parameters.push_back(Compose(
+                "\t", direction, " ", type.FormatDeclaration(name), " : ",
+                ShaderRegister(ShaderRegisterType::VertexTexCoord, index).FormatRegister()));
         }
     }
 
@@ -285,12 +303,11 @@ private:
         if (node.Shader->Kind == ShaderNodeKind::Function) {
             WriteCall(index);
         } else if (const auto name = _registers.find(index); name != _registers.end()) {
-            if (node.Shader->Register.IsWritable()) {
-                _text.Append(
-                    Compose("\t", name->second, " = ", Expression(node.Inputs.front()), ";\n"));
-            } else {
+            if (!node.Shader->Register.IsWritable())
                 _values[{index, 0}] = name->second;
-            }
+            else if (const std::string value = Expression(node.Inputs.front());
+                     value != name->second)
+                _text.Append(Compose("\t", name->second, " = ", value, ";\n"));
         }
     }
 
@@ -311,10 +328,14 @@ private:
         const std::string& origin = _parts.Origins.Of(*node.Shader).Node;
         for (std::size_t port = 0; port < node.Shader->Outputs.size(); ++port) {
             const ShaderPort& output = node.Shader->Outputs[port];
-            const std::string variable = _names.Claim(WithoutDirection(output.Name));
-            _text.Append(Compose("\t", output.Type.FormatDeclaration(variable), ";\n"), origin);
-            arguments += Compose(arguments.empty() ? " " : ", ", variable);
-            _values[{index, port}] = variable;
+            const ProgramValue value{index, port};
+            const auto [variable, isNewVariable] = _values.try_emplace(value);
+            if (isNewVariable) {
+                variable->second = _names.Claim(_parts.Graph.NameOf(value));
+                _text.Append(Compose("\t", output.Type.FormatDeclaration(variable->second), ";\n"),
+                             origin);
+            }
+            arguments += Compose(arguments.empty() ? " " : ", ", variable->second);
         }
         _text.Append(Compose("\t", name, "(", arguments, arguments.empty() ? ");\n" : " );\n"),
                      origin);
@@ -333,11 +354,11 @@ private:
     CgNames _names; ///< a copy: names of variables are the stage's own
     ProgramText _text;
     std::vector<const ProgramFunction*> _called;
-    std::map<std::size_t, std::string> _registers;      ///< names of register parameters, by node
-    std::map<std::int32_t, std::string> _interpolants;  ///< names of registers, by number
-    std::map<std::int32_t, std::int32_t> _widths;       ///< of the same registers
-    std::map<std::string, std::size_t> _calls;          ///< node of a call, by its text
-    std::map<ProgramValue, std::string> _values;        ///< expressions for values
+    std::map<std::size_t, std::string> _registers;     ///< names of register parameters, by node
+    std::map<std::int32_t, std::string> _interpolants; ///< names of registers, by number
+    std::map<std::int32_t, std::int32_t> _widths;      ///< of the same registers
+    std::map<std::string, std::size_t> _calls;         ///< node of a call, by its text
+    std::map<ProgramValue, std::string> _values;       ///< expressions for values
 };
 
 } // namespace

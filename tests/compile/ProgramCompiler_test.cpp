@@ -2,9 +2,13 @@
 #include "mox/compile/ProgramCompiler.h"
 #include "mox/compile/Reflection.h"
 #include "mox/host/File.h"
+#include "mox/host/GraphResolver.h"
+#include "mox/host/MaterialLoader.h"
+#include "mox/program/MaterialProgram.h"
 #include "tests/compile/Recheck.h"
 #include "tests/compile/SampleProgram.h"
 #include "tests/support/Golden.h"
+#include "tests/support/MaterialText.h"
 
 #include <gtest/gtest.h>
 
@@ -176,6 +180,50 @@ TEST(ProgramCompiler, ErrorsNameTheNode)
             "\tcolour = value.xyzz;\n}\n"));
         EXPECT_EQ(ErrorsOf(program), expected);
     }
+}
+
+CgProgram BuildMaterial(const MaterialDocument& document, ProblemList& problems)
+{
+    static const Environment environment = ReadEnvironment(MOX_ENVIRONMENT_FOLDER);
+    const MaterialGraph graph = LoadMaterial(document, TestPlugins());
+    ResolveGraph(graph);
+    return BuildMaterialProgram(graph, environment, {}, problems);
+}
+
+TEST(ProgramCompiler, EveryExample)
+{
+    const ProgramCompiler compiler;
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(MOX_EXAMPLES)) {
+        if (entry.path().extension() != ".xml")
+            continue;
+        ++count;
+        SCOPED_TRACE(entry.path());
+        ProblemList problems;
+        const CgProgram program = BuildMaterial(ReadMaterialDocument(entry.path()), problems);
+        ASSERT_FALSE(problems.HasErrors()) << Describe(problems);
+        CompileAndRecheck(compiler, program);
+    }
+    EXPECT_GT(count, 5);
+}
+
+TEST(ProgramCompiler, ErrorsNameTheNodeOfAMaterial)
+{
+    ProblemList problems;
+    const CgProgram program = BuildMaterial(MaterialFromText(R"(
+        uv CoreUv
+        flip book CoreAnimatedUv; Columns=0; Execution Level=Fragment
+        paint CoreTexture
+        surface Surface
+        uv.read -> flip book.in_uv
+        flip book.out_uv1 -> paint.in_uv
+        paint.out_colour -> surface.in_colour
+    )"),
+                                            problems);
+    EXPECT_EQ(
+        ErrorsOf(program),
+        "test.xml: node \"flip book\": does not compile for the fragment stage: 'inf': unknown "
+        "variable, in \"float numColsRcp = float( inf ).x;\"\n");
 }
 
 /// A pair of programs that reads one parameter of a kind for each name.

@@ -155,7 +155,7 @@ TEST(Program, NewNodesAndTheCatalogue)
 
     ExpectGolden("mox/catalogue.txt", RunMox("catalogue").Text);
     const auto rows = nlohmann::json::parse(RunMox("catalogue --json").Text);
-    ASSERT_EQ(rows.size(), 9u);
+    ASSERT_EQ(rows.size(), 16u);
     EXPECT_EQ(rows[0]["listed"], false);
     const auto& reference = rows[3]["properties"][8];
     EXPECT_EQ(reference["name"], "Reference");

@@ -25,10 +25,21 @@ struct ExpectedIcon
 };
 
 const std::map<std::string, ExpectedIcon> expectedIcons = {
-    {"CoreVertexColour", {443, 2, "#FDCFFD"}}, {"CoreUv", {233, 2, "#CFCFFC"}},
-    {"CoreTexture", {632, 2, "#EEF48F"}},      {"CoreConstant", {129, 2, "#CDF5CD"}},
-    {"CoreMaths", {265, 2, "#F59090"}},        {"CoreSwizzle", {230, 2, "#9090F5"}},
-    {"CoreLayerBlend", {12, 1, "#71B631"}},    {"CoreAnimatedUv", {258, 2, "#C1ACB7"}},
+    {"CoreVertexColour", {443, 2, "#FDCFFD"}},
+    {"CoreUv", {233, 2, "#CFCFFC"}},
+    {"CoreTexture", {632, 2, "#EEF48F"}},
+    {"CoreConstant", {129, 2, "#CDF5CD"}},
+    {"CoreMaths", {265, 2, "#F59090"}},
+    {"CoreSwizzle", {230, 2, "#9090F5"}},
+    {"CoreLayerBlend", {12, 1, "#71B631"}},
+    {"CoreAnimatedUv", {258, 2, "#C1ACB7"}},
+    {"Surface", {240, 2, "#FFB24D"}},
+    {"SurfaceFacingRatio", {200, 2, "#99E6E6"}},
+    {"SurfaceTime", {160, 2, "#99E6E6"}},
+    {"SurfaceFrame", {160, 2, "#99E6E6"}},
+    {"SurfaceWorldPosition", {200, 2, "#99E6E6"}},
+    {"SurfaceWorldNormal", {200, 2, "#99E6E6"}},
+    {"SurfaceViewDirection", {200, 2, "#99E6E6"}},
 };
 
 bool IsUpperCaseColour(std::string_view text)
@@ -93,16 +104,18 @@ void CheckIcon(const char* const* table, const ExpectedIcon& expected)
 
 TEST(Icons, EveryTableIsWellFormedAndDecodes)
 {
-    const Host::Plugin plugin(MOX_CORE_PLUGIN);
     std::size_t iconCount = 0;
-    for (const auto& row : plugin.Descriptions()) {
-        SCOPED_TRACE(row.TypeName);
-        const auto expected = expectedIcons.find(row.TypeName);
-        ASSERT_EQ(row.Icon != nullptr, expected != expectedIcons.end());
-        if (!row.Icon)
-            continue;
-        ++iconCount;
-        CheckIcon(row.Icon, expected->second);
+    for (const char* file : {MOX_CORE_PLUGIN, MOX_SURFACE_PLUGIN}) {
+        const Host::Plugin plugin(file);
+        for (const auto& row : plugin.Descriptions()) {
+            SCOPED_TRACE(row.TypeName);
+            const auto expected = expectedIcons.find(row.TypeName);
+            ASSERT_EQ(row.Icon != nullptr, expected != expectedIcons.end());
+            if (!row.Icon)
+                continue;
+            ++iconCount;
+            CheckIcon(row.Icon, expected->second);
+        }
     }
     EXPECT_EQ(iconCount, expectedIcons.size());
 }

@@ -5,6 +5,7 @@
 #include "mox/host/Icon.h"
 #include "mox/host/PropertyText.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
@@ -140,13 +141,31 @@ void PrintProperty(const Json& property)
         std::cout << Wrap(help, indent);
 }
 
+/// The text behind a heading, further lines below its first.
+std::string WrapBehind(std::string_view heading, std::string_view text)
+{
+    return Wrap(text, std::string(heading.size(), ' ')).replace(0, heading.size(), heading);
+}
+
+/// The width of an overview column: two blanks behind the longest entry.
+int WidthOf(const Json& rows, const char* key, std::string_view title)
+{
+    std::size_t longest = title.size();
+    for (const Json& row : rows)
+        longest = std::max(longest, Text(row[key]).size());
+    return static_cast<int>(longest + 2);
+}
+
 /// An overview with a line for each type, then each type by itself.
 void PrintTable(const Json& rows)
 {
-    const auto printRow = [](const auto& type, const auto& label, const auto& library,
-                             const auto& listed) {
-        std::cout << std::left << std::setw(18) << type << std::setw(19) << label << std::setw(9)
-                  << library << listed << '\n';
+    const int typeWidth = WidthOf(rows, "type", "TYPE");
+    const int labelWidth = WidthOf(rows, "label", "LABEL");
+    const int libraryWidth = WidthOf(rows, "library", "LIBRARY");
+    const auto printRow = [=](const auto& type, const auto& label, const auto& library,
+                              const auto& listed) {
+        std::cout << std::left << std::setw(typeWidth) << type << std::setw(labelWidth) << label
+                  << std::setw(libraryWidth) << library << listed << '\n';
     };
     printRow("TYPE", "LABEL", "LIBRARY", "LISTED");
     for (const Json& row : rows) {
@@ -155,8 +174,9 @@ void PrintTable(const Json& rows)
     }
     for (const Json& row : rows) {
         std::cout << '\n'
-                  << Text(row["type"]) << "\n  inputs   " << FormatPorts(row["inputs"])
-                  << "\n  outputs  " << FormatPorts(row["outputs"]) << "\n\n";
+                  << Text(row["type"]) << '\n'
+                  << WrapBehind("  inputs   ", FormatPorts(row["inputs"]))
+                  << WrapBehind("  outputs  ", FormatPorts(row["outputs"])) << '\n';
         for (const Json& property : row["properties"])
             PrintProperty(property);
     }

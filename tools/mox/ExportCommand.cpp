@@ -2,8 +2,7 @@
 #include "LoadPlugins.h"
 #include "mox/host/GraphResolver.h"
 #include "mox/host/MaterialLoader.h"
-#include "mox/host/ShaderExport.h"
-#include "mox/host/ShaderGraphText.h"
+#include "mox/program/MaterialProgram.h"
 
 #include <iostream>
 
@@ -11,14 +10,19 @@ namespace Mox::Tool {
 
 namespace {
 
-void Export(const std::string& file, const CommonOptions& common)
+void Export(const std::string& file, bool isPlain, const CommonOptions& common)
 {
     const Host::PluginSet plugins = LoadPlugins(common);
+    const Host::Environment environment = Host::ReadEnvironment(Host::DefaultEnvironmentFolder());
     const Host::MaterialGraph graph = Host::LoadMaterial(Host::ReadMaterialDocument(file), plugins);
     Host::ResolveGraph(graph);
-    ShaderGraph shaderGraph;
-    Host::GenerateShaderGraph(graph, shaderGraph);
-    std::cout << Host::FormatShaderGraph(shaderGraph);
+    Host::ProblemList problems;
+    const Host::CgProgram program =
+        Host::BuildMaterialProgram(graph, environment, {!isPlain}, problems);
+    for (const Host::Problem& problem : problems.Problems())
+        std::cerr << "mox: " << problem.Format() << '\n';
+    problems.ThrowFirstError();
+    std::cout << program.Vertex.Text << "\n// ------\n" << program.Fragment.Text;
 }
 
 } // namespace
@@ -29,7 +33,9 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
         program.add_subcommand("export", "Print the finished shader graph of a material");
     auto file = std::make_shared<std::string>();
     command->add_option("FILE", *file, "Material document")->required();
-    command->callback([file, &common] { Export(*file, common); });
+    auto isPlain = std::make_shared<bool>(false);
+    command->add_flag("--plain", *isPlain, "Without comments");
+    command->callback([=, &common] { Export(*file, *isPlain, common); });
 }
 
 } // namespace Mox::Tool
