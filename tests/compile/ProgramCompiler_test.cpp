@@ -188,8 +188,8 @@ TEST(ProgramCompiler, ErrorsNameTheNode)
 CgProgram BuildMaterial(const MaterialDocument& document, ProblemList& problems)
 {
     static const Environment environment = ReadEnvironment(MOX_ENVIRONMENT_FOLDER);
-    const MaterialGraph graph = LoadMaterial(document, TestPlugins());
-    ResolveGraph(graph);
+    MaterialGraph graph = LoadMaterial(document, TestPlugins());
+    ResolveGraph(graph, problems);
     return BuildMaterialProgram(graph, environment, {}, problems);
 }
 
