@@ -65,7 +65,7 @@ TEST(ExportCommand, ProgressBarOnTerminalsOnly)
                         "\" /dev/null </dev/null")
             .Text;
     };
-    const std::string summary = "mox: 2 exported, 2 distinct, 0 failed, 0 warnings";
+    const std::string summary = "mox: 2 exported, 1 distinct, 0 failed, 0 warnings";
     const std::string bar = "\r\x1b[K[####################....................] 1/2\r\x1b[K";
     EXPECT_EQ(onTerminal("TERM=xterm"), bar + summary + "\r\n");
     EXPECT_EQ(onTerminal("TERM=dumb"), summary + "\r\n");
