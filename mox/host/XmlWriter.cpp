@@ -1,5 +1,10 @@
 #include "mox/host/XmlWriter.h"
 
+#include "mox/Text.h"
+#include "mox/host/HostError.h"
+
+#include <libxml/parserInternals.h>
+
 #include <new>
 
 namespace Mox::Host {
@@ -15,6 +20,20 @@ void Require(int result)
 {
     if (result < 0)
         throw std::bad_alloc();
+}
+
+/// Whether a document can hold the text: it is UTF-8 without control characters but tab and line
+/// ends.
+bool IsXmlText(const std::string& text)
+{
+    for (std::size_t i = 0; i < text.size();) {
+        int length = static_cast<int>(text.size() - i);
+        const int character = xmlGetUTF8Char(Bytes(text.data() + i), &length);
+        if (character < 0 || !IS_CHAR(character))
+            return false;
+        i += static_cast<std::size_t>(length);
+    }
+    return true;
 }
 
 } // namespace
@@ -41,6 +60,10 @@ void XmlWriter::StartElement(const char* name)
 
 void XmlWriter::Attribute(const char* name, const std::string& value)
 {
+    if (!IsXmlText(value)) {
+        throw HostError(
+            {}, Materials::Compose("the value of \"", name, "\" has bytes that XML cannot hold"));
+    }
     Require(xmlTextWriterWriteAttribute(_writer.get(), Bytes(name), Bytes(value.c_str())));
 }
 

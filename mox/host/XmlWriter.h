@@ -17,6 +17,8 @@ public:
 
     void StartDocument();
     void StartElement(const char* name);
+
+    /// @throws HostError if the value is no UTF-8 or has control characters but tab and line ends
     void Attribute(const char* name, const std::string& value);
     void EndElement();
 
