@@ -15,9 +15,11 @@ ProgramExporter::ProgramExporter(const PluginSet& plugins, Environment environme
 ExportedMaterial ProgramExporter::Export(const std::filesystem::path& file) const
 {
     const MaterialDocument document = ReadMaterialDocument(file);
-    const MaterialGraph graph = LoadMaterial(document, _plugins);
-    ResolveGraph(graph);
     ExportedMaterial exported;
+    MaterialGraph graph = LoadMaterial(document, _plugins);
+    ResolveGraph(graph, exported.Problems);
+    ReportCountConflicts(graph, exported.Problems);
+    exported.Problems.ThrowFirstError();
     CgProgram program = BuildMaterialProgram(graph, _environment, _options, exported.Problems);
     exported.Texts = {std::move(program.Vertex.Text), std::move(program.Fragment.Text)};
 

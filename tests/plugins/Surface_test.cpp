@@ -245,12 +245,12 @@ TEST_F(SurfaceTest, ExamplesWriteTheirSurface)
     };
     for (const auto& [name, expected] : examples) {
         SCOPED_TRACE(name);
-        const auto material = Host::LoadMaterial(
+        auto material = Host::LoadMaterial(
             Host::ReadMaterialDocument(MOX_TEST_DATA "/../examples/" + name + ".xml"), Plugins());
-        Host::ResolveGraph(material);
+        Host::ProblemList problems;
+        Host::ResolveGraph(material, problems);
         Host::GeneratedShader shader;
         AddEnvironment(shader.Graph);
-        Host::ProblemList problems;
         Host::GenerateShaderGraph(material, shader, problems);
         EXPECT_TRUE(problems.Problems().empty());
         std::string written;
