@@ -1,6 +1,5 @@
 #include "mox/Text.h"
-#include "mox/host/GraphResolver.h"
-#include "mox/host/MaterialLoader.h"
+#include "mox/host/OpenMaterial.h"
 #include "mox/host/PluginSet.h"
 #include "mox/host/ShaderGraphText.h"
 #include "mox/program/ShaderGeneration.h"
@@ -245,10 +244,9 @@ TEST_F(SurfaceTest, ExamplesWriteTheirSurface)
     };
     for (const auto& [name, expected] : examples) {
         SCOPED_TRACE(name);
-        auto material = Host::LoadMaterial(
-            Host::ReadMaterialDocument(MOX_TEST_DATA "/../examples/" + name + ".xml"), Plugins());
         Host::ProblemList problems;
-        Host::ResolveGraph(material, problems);
+        const auto material = Host::OpenMaterial(MOX_TEST_DATA "/../examples/" + name + ".xml",
+                                                 Plugins(), problems);
         Host::GeneratedShader shader;
         AddEnvironment(shader.Graph);
         Host::GenerateShaderGraph(material, shader, problems);
