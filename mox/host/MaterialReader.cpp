@@ -12,6 +12,8 @@ namespace {
 
 using Materials::Compose;
 
+constexpr std::size_t mostFailures = 1000;
+
 const std::string* FindAttribute(const XmlElement& element, std::string_view name)
 {
     for (const DocumentValue& attribute : element.Attributes) {
@@ -144,6 +146,8 @@ bool MaterialReader::IsOtherVersion(const ElementRule& rule, const XmlElement& e
 void MaterialReader::CheckAttributes(const ElementRule& rule, const XmlElement& element)
 {
     for (const AttributeProblem& problem : rule.Check(element.Attributes)) {
+        if (_failureCount > mostFailures)
+            return; // finding the place of an attribute takes its time
         Fail("schema",
              problem.Attribute.empty() ? element.PlaceIn(_document.File)
                                        : element.PlaceOf(problem.Attribute, _document.File),
@@ -274,17 +278,14 @@ void MaterialReader::EndRecord(const std::string& name, SectionComments comments
 
 void MaterialReader::Fail(const std::string& rule, Place where, const std::string& message)
 {
-    constexpr std::size_t mostFailures = 1000;
-    if (_failureCount == mostFailures) {
-        where.Column = 0;
+    if (_failureCount > mostFailures)
+        return;
+    if (_failureCount++ == mostFailures) {
         _problems.Fail(
             "too-many-problems", where,
             Compose("more than ", mostFailures, " problems; what follows was not looked at"));
         return _parser.Stop();
     }
-    if (_failureCount > mostFailures)
-        return;
-    ++_failureCount;
     if (_node)
         where.Node = _node->Id;
     _problems.Fail(rule, where, message);

@@ -45,10 +45,10 @@ int ColumnOf(std::string_view text, std::size_t place)
 /// Where an attribute begins in the start tag that begins at a place.
 std::size_t FindInTag(std::string_view text, std::size_t begin, std::string_view attribute)
 {
-    std::size_t place = text.find_first_of(Compose(blanks, "/>"), begin);
+    std::size_t place = text.find_first_of(" \t\r\n/>", begin);
     while (true) {
         const std::size_t name = text.find_first_not_of(blanks, place);
-        const std::size_t end = text.find_first_of(Compose(blanks, "=>"), name);
+        const std::size_t end = text.find_first_of(" \t\r\n=>", name);
         if (end == std::string_view::npos || text[end] == '>')
             return begin;
         if (text.substr(name, end - name) == attribute)
@@ -59,6 +59,37 @@ std::size_t FindInTag(std::string_view text, std::size_t begin, std::string_view
             return begin;
         ++place;
     }
+}
+
+/// Line of the first start tag that has too many attributes, or 0: libxml2 compares every two of
+/// them.
+int FindCrowdedTag(std::string_view text, int mostAttributes)
+{
+    std::size_t place = 0;
+    while ((place = text.find('<', place)) != std::string_view::npos) {
+        const std::string_view markup = text.substr(place, 9);
+        if (markup.starts_with("<!--")) {
+            place = text.find("-->", place + 4);
+        } else if (markup == "<![CDATA[") {
+            place = text.find("]]>", place);
+        } else if (markup.starts_with("<?")) {
+            place = text.find("?>", place);
+        } else {
+            const std::size_t begin = place;
+            int count = 0;
+            while ((place = text.find_first_of("\"'<>", place + 1)) != std::string_view::npos &&
+                   text[place] != '<' && text[place] != '>') {
+                if (++count > mostAttributes)
+                    return 1 + CountLines(text.substr(0, begin));
+                place = text.find(text[place], place + 1);
+                if (place == std::string_view::npos)
+                    return 0;
+            }
+        }
+        if (place == std::string_view::npos)
+            return 0;
+    }
+    return 0;
 }
 
 std::string NameOf(const xmlNs* space, const xmlChar* name)
@@ -112,6 +143,11 @@ void XmlParser::Parse(std::string_view text)
         return Fail("not-well-formed", 0, 0, "the document is empty");
     if (text.substr(0, 100).find('\0') != std::string_view::npos)
         return Fail("encoding", 0, 0, "the text is no UTF-8, the one encoding that is read");
+    constexpr int mostAttributes = 256;
+    if (const int line = FindCrowdedTag(text, mostAttributes)) {
+        return Fail("too-many-attributes", line, 0,
+                    Compose("an element has more than ", mostAttributes, " attributes"));
+    }
 
     const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> context(xmlNewParserCtxt(),
                                                                                xmlFreeParserCtxt);
@@ -167,8 +203,7 @@ void XmlParser::OnStartDocument(void* context)
         const xmlChar* encoding =
             self._context->encoding ? self._context->encoding : self._context->input->encoding;
         if (encoding && xmlStrcasecmp(encoding, BAD_CAST "UTF-8") != 0) {
-            self.FailHere("encoding", Compose("the encoding is ", Excerpt(ViewOf(encoding)),
-                                              ", expected \"UTF-8\""));
+            self.FailEncoding(ViewOf(encoding));
         }
     });
 }
@@ -240,21 +275,18 @@ void XmlParser::OnError(void* context, xmlErrorPtr error)
     Guard(context, [&](XmlParser& self) {
         if (error->level < XML_ERR_ERROR)
             return;
-        switch (error->code) {
-        case XML_ERR_NO_MEMORY:
+        if (error->code == XML_ERR_NO_MEMORY)
             throw std::bad_alloc();
-        case XML_ERR_INVALID_ENCODING:
-        case XML_I18N_CONV_FAILED:
-        case XML_ERR_UNSUPPORTED_ENCODING:
-            self.Fail("encoding", error->line, 0,
-                      "the text is no UTF-8, the one encoding that is read");
-            break;
-        default: {
-            const std::string_view message = ViewOf(reinterpret_cast<xmlChar*>(error->message));
-            self.Fail("not-well-formed", error->line, error->int2,
-                      Compose("not well-formed: ", message.substr(0, message.find('\n'))));
-        }
-        }
+        if (error->code == XML_ERR_UNSUPPORTED_ENCODING)
+            return self.FailEncoding(ViewOf(reinterpret_cast<xmlChar*>(error->str1)));
+        std::string_view message = ViewOf(reinterpret_cast<xmlChar*>(error->message));
+        message = message.substr(0, message.find('\n'));
+        const xmlParserInput& input = *self._context->input;
+        int size = static_cast<int>(std::min<std::ptrdiff_t>(input.end - input.cur, 4));
+        const bool isBadCharacter = size > 0 && xmlGetUTF8Char(input.cur, &size) < 0;
+        self.Fail(isBadCharacter ? "encoding" : "not-well-formed", error->line, error->int2,
+                  isBadCharacter ? "the text is no UTF-8, the one encoding that is read"
+                                 : Compose("not well-formed: ", message));
     });
 }
 
@@ -278,6 +310,11 @@ void XmlParser::Fail(const std::string& rule, int line, int column, const std::s
     _problems.Fail(rule, {_file, line, {}, {}, column}, message);
     if (_context)
         Stop();
+}
+
+void XmlParser::FailEncoding(std::string_view encoding)
+{
+    Fail("encoding", 1, 0, Compose("the encoding is ", Excerpt(encoding), ", expected \"UTF-8\""));
 }
 
 void XmlParser::FailHere(const std::string& rule, const std::string& message)

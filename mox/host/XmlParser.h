@@ -47,7 +47,7 @@ public:
 
 /// Parses XML in UTF-8 from memory and keeps no more of it than the open elements. It opens no file
 /// and no network connection, and refuses document type declarations, and with them entities;
-/// processing instructions; and elements nested too deep.
+/// processing instructions; elements nested too deep; and elements with very many attributes.
 class XmlParser
 {
 public:
@@ -81,6 +81,7 @@ private:
 
     XmlElement DescribeElement(xmlNodePtr node, std::size_t end) const;
     void Fail(const std::string& rule, int line, int column, const std::string& message);
+    void FailEncoding(std::string_view encoding);
     void FailHere(const std::string& rule, const std::string& message);
 
     std::string _file;
