@@ -62,19 +62,21 @@ MaterialDocument MaterialReader::Read(std::string_view text)
 void MaterialReader::StartElement(const XmlElement& element)
 {
     const ElementRule* rule = FindRule(element);
-    _open.push_back({rule, 0, false, std::exchange(_comments, {})});
+    _open.push_back({rule, 0, false, std::exchange(_comments, {}), element.Line});
     if (!rule)
         return;
     if (IsOtherVersion(*rule, element))
         return _parser.Stop();
     StartRecord(element);
     CheckAttributes(*rule, element);
-    Validate(element);
+    _validator.Start(element.Node);
+    ReportValidation(element.Line);
 }
 
 void MaterialReader::EndElement(xmlNodePtr node)
 {
     _validator.End(node);
+    ReportValidation(_open.back().Line);
     OpenElement element = std::move(_open.back());
     _open.pop_back();
     DocumentComments last = std::exchange(_comments, {});
@@ -157,13 +159,12 @@ void MaterialReader::CheckAttributes(const ElementRule& rule, const XmlElement& 
 }
 
 /// The rules explain and libxml2 decides: what only it refuses is told in its words.
-void MaterialReader::Validate(const XmlElement& element)
+void MaterialReader::ReportValidation(int line)
 {
-    if (_failureCount > 0)
-        return;
-    _validator.Start(element.Node);
-    if (!_validator.IsValid())
-        Fail("schema", element.PlaceIn(_document.File), _validator.Message());
+    if (_failureCount == 0 && !_validator.IsValid()) {
+        Fail("schema", {_document.File, line, {}, {}},
+             Compose("does not follow the schema: ", _validator.Message()));
+    }
 }
 
 void MaterialReader::StartRecord(const XmlElement& element)

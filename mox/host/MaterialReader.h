@@ -35,6 +35,7 @@ private:
         std::size_t NextChild = 0;         ///< the first child of the rule that may still come
         bool HasText = false;              ///< which has been reported
         DocumentComments Comments;         ///< in front of it
+        int Line = 0;
     };
 
     void StartElement(const XmlElement& element) override;
@@ -45,7 +46,7 @@ private:
     const ElementRule* FindRule(const XmlElement& element);
     bool IsOtherVersion(const ElementRule& rule, const XmlElement& element);
     void CheckAttributes(const ElementRule& rule, const XmlElement& element);
-    void Validate(const XmlElement& element);
+    void ReportValidation(int line);
 
     void StartRecord(const XmlElement& element);
     void StartNode(const XmlElement& element);
