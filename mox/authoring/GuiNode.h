@@ -98,8 +98,8 @@ public:
     float BackgroundColour[4] = {0.9f, 0.9f, 0.9f, 0.9f}; ///< red, green, blue, alpha
     std::vector<GuiPort> InputPorts;                      ///< in display order
     std::vector<GuiPort> OutputPorts;                     ///< in display order
-    std::int32_t ComponentCount; ///< no value until ResolveComponentCounts has run
-    ComponentType Precision;     ///< no value until ResolvePrecisions has run
+    std::int32_t ComponentCount = 0;               ///< of no use before ResolveComponentCounts
+    ComponentType Precision = ComponentType::Void; ///< of no use before ResolvePrecisions
     boost::shared_ptr<GuiPropertyBag> Properties;
 
     /// The standard properties; they head the bag in this order.

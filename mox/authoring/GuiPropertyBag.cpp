@@ -11,16 +11,14 @@ GuiPropertyBag::~GuiPropertyBag() = default;
 
 void GuiPropertyBag::Add(const boost::shared_ptr<GuiProperty>& property)
 {
-    // The insertion into Index checks and may fail; so Properties grows first and shrinks again on
-    // failure, which cannot fail, and the two always agree.
-    Properties.push_back(property);
+    // Properties grows last: property may be a reference to one of its own entries.
+    const auto [entry, inserted] = Index.try_emplace(property->Name, property);
+    if (!inserted)
+        throw ShaderError(Compose("property with name \"", property->Name, "\" already exists"));
     try {
-        if (!Index.try_emplace(property->Name, property).second) {
-            throw ShaderError(
-                Compose("property with name \"", property->Name, "\" already exists"));
-        }
+        Properties.push_back(property);
     } catch (...) {
-        Properties.pop_back();
+        Index.erase(entry);
         throw;
     }
 }

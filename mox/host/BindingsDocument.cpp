@@ -29,6 +29,8 @@ using XmlDocument = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
 
 constexpr const char* rootElement = "bindings";
 constexpr const char* bindingElement = "binding";
+constexpr const char* versionAttribute = "version";
+constexpr const char* documentVersion = "1";
 constexpr const char* streamAttribute = "stream";
 constexpr const char* countAttribute = "count";
 constexpr const char* groupAttribute = "group";
@@ -50,6 +52,12 @@ bool IsElement(const xmlNode* node, const char* name)
     return node->type == XML_ELEMENT_NODE && xmlStrEqual(node->name, Bytes(name));
 }
 
+/// What stands between elements without a meaning.
+bool IsAside(const xmlNode* node)
+{
+    return node->type == XML_COMMENT_NODE || node->type == XML_PI_NODE || xmlIsBlankNode(node);
+}
+
 XmlDocument ParseXml(const std::filesystem::path& file)
 {
     const std::string bytes = ReadFile(file);
@@ -57,15 +65,16 @@ XmlDocument ParseXml(const std::filesystem::path& file)
                                                                               xmlFreeParserCtxt);
     if (!parser)
         throw std::bad_alloc();
-    XmlDocument document(
-        xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), file.c_str(),
-                          nullptr, XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
-        xmlFreeDoc);
+    XmlDocument document(xmlCtxtReadMemory(parser.get(), bytes.data(),
+                                           static_cast<int>(bytes.size()), file.c_str(), nullptr,
+                                           XML_PARSE_NONET | XML_PARSE_BIG_LINES |
+                                               XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
+                         xmlFreeDoc);
     if (!document) {
-        std::string message = parser->lastError.message ? parser->lastError.message : "";
-        while (!message.empty() && message.back() == '\n')
-            message.pop_back();
-        throw HostError({file.string(), parser->lastError.line, {}, {}}, message);
+        // Further lines of a message quote the bytes concerned.
+        const std::string message = parser->lastError.message ? parser->lastError.message : "";
+        throw HostError({file.string(), parser->lastError.line, {}, {}},
+                        message.substr(0, message.find('\n')));
     }
     if (document->intSubset)
         throw HostError({file.string(), 0, {}, {}}, "document type declarations are not allowed");
@@ -129,7 +138,7 @@ std::string FormatBindings(const Material& material)
         throw std::bad_alloc();
     xmlNodePtr root = Require(xmlNewNode(nullptr, Bytes(rootElement)));
     xmlDocSetRootElement(document.get(), root);
-    SetXmlAttribute(root, "version", "1");
+    SetXmlAttribute(root, versionAttribute, documentVersion);
     for (const auto& binding : material.Bindings) {
         xmlNodePtr element = Require(xmlNewChild(root, nullptr, Bytes(bindingElement), nullptr));
         SetXmlAttribute(element, streamAttribute, binding->GetStreamTypeName());
@@ -157,12 +166,23 @@ boost::shared_ptr<Material> ReadBindings(const std::filesystem::path& file)
     xmlNodePtr root = xmlDocGetRootElement(document.get());
     if (!IsElement(root, rootElement))
         throw HostError(placeOf(root), "the root element is not <bindings>");
+    const std::string version =
+        CallLibrary(placeOf(root), [&] { return GetXmlAttribute(root, versionAttribute); });
+    if (version != documentVersion) {
+        throw HostError(placeOf(root), Compose("bindings version \"", version,
+                                               "\" is not supported; this program reads version ",
+                                               documentVersion));
+    }
     auto material = boost::make_shared<Material>();
     for (xmlNodePtr child = root->children; child; child = child->next) {
-        if (child->type == XML_COMMENT_NODE || xmlIsBlankNode(child))
+        if (IsAside(child))
             continue;
         if (!IsElement(child, bindingElement))
             throw HostError(placeOf(child), "only <binding> elements are allowed here");
+        for (xmlNodePtr content = child->children; content; content = content->next) {
+            if (!IsAside(content))
+                throw HostError(placeOf(content), "a <binding> element must be empty");
+        }
         material->AddBinding(ReadBinding(child, placeOf(child)));
     }
     return material;

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <system_error>
 #include <vector>
 
 namespace Mox::Host {
@@ -34,6 +35,16 @@ std::string ReadFile(const std::filesystem::path& file)
     if (stream.bad())
         throw fail(errno);
     return bytes;
+}
+
+void CreateFolder(const std::filesystem::path& folder)
+{
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) {
+        throw HostError({folder.string(), 0, {}, {}},
+                        Materials::Compose("cannot be created: ", error.message()));
+    }
 }
 
 } // namespace Mox::Host

@@ -50,10 +50,10 @@ void MaterialWriter::WriteDocument(const MaterialDocument& document)
 
 void MaterialWriter::WriteNode(const DocumentNode& node)
 {
-    _place.Node = node.Id;
     WriteComments(node.Comments);
     _writer.StartElement("node");
     WriteAttribute("id", node.Id);
+    _place.Node = node.Id;
     WriteAttribute("type", node.Type);
     WriteAttribute("version", std::to_string(node.Version));
     for (const DocumentProperty& property : node.Properties)

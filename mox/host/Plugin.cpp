@@ -1,5 +1,6 @@
 #include "mox/host/Plugin.h"
 
+#include "mox/InterfaceVersion.h"
 #include "mox/Text.h"
 #include "mox/host/HostError.h"
 #include "mox/host/LibraryCall.h"
@@ -15,8 +16,7 @@ namespace Mox::Host {
 namespace {
 
 using Materials::Compose;
-
-constexpr std::int32_t interfaceVersion = 5;
+using Materials::InterfaceVersion;
 
 /// Releases the node first and only then its library, in whose code the node's destructor lies.
 struct NodeRelease
@@ -49,9 +49,9 @@ Plugin::Plugin(const std::filesystem::path& file) : _file(file)
     }
 
     const auto version = FindExport<std::int32_t()>(*_library, where, "GetMaterialLibVersion")();
-    if (version != interfaceVersion) {
+    if (version != InterfaceVersion) {
         throw HostError(where, Compose("has interface version ", version, ", but version ",
-                                       interfaceVersion, " is needed"));
+                                       InterfaceVersion, " is needed"));
     }
     auto& create = FindExport<Materials::GuiNodeFactory*()>(*_library, where, "CreateNodeFactory");
     _factory.reset(CallLibrary(where, [&] { return create(); }));

@@ -24,6 +24,10 @@ public:
     /// @throws HostError naming the file, if any of that fails
     explicit Plugin(const std::filesystem::path& file);
 
+    // Assignment would let the old library go ahead of its factory.
+    Plugin(const Plugin&) = delete;
+    Plugin& operator=(const Plugin&) = delete;
+
     const std::filesystem::path& File() const { return _file; }
 
     /// The catalogue. Icons point into the library.

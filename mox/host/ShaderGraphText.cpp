@@ -1,6 +1,7 @@
 #include "mox/host/ShaderGraphText.h"
 
 #include "mox/Text.h"
+#include "mox/program/FunctionTable.h"
 
 #include <unordered_map>
 
@@ -12,17 +13,7 @@ namespace {
 
 std::string FormatFunction(const ShaderNode& node)
 {
-    std::string parameters;
-    const auto append = [&](const char* direction, const ShaderPort& port) {
-        parameters += Compose(parameters.empty() ? " " : ", ", direction, " ",
-                              port.Type.FormatDeclaration(port.Name));
-    };
-    for (const ShaderPort& port : node.Inputs)
-        append("in", port);
-    for (const ShaderPort& port : node.Outputs)
-        append("out", port);
-    return Compose("void ", node.Name, "(", parameters, parameters.empty() ? ")" : " )", "\n{\n",
-                   node.Code, "}\n");
+    return Compose(FormatSignature(node, node.Name), "\n{\n", node.Code, "}\n");
 }
 
 } // namespace

@@ -20,6 +20,14 @@ constexpr const char* vectorLabels[] = {"xy", "xyz", "xyzw"};
 constexpr PortRow componentOutputs[] = {
     {"red", "red", 1}, {"green", "green", 1}, {"blue", "blue", 1}};
 
+/// The components of a vector's binding: as many as the property says, even if no port has that
+/// many. Of none at all there is no binding.
+std::uint32_t BindingCount(const GuiProperty& property)
+{
+    const std::int32_t count = property.GetInt();
+    return static_cast<std::uint32_t>(count > 0 ? count : GetVectorCount(property));
+}
+
 } // namespace
 
 const char* CoreConstantNode::TypeName()
@@ -136,8 +144,7 @@ void CoreConstantNode::CreateBindings(const boost::shared_ptr<Material>& materia
         binding->basicColour = BasicColour->GetBool();
     } else {
         const bool isVector = ConstantType->GetEnum() == "Vector";
-        const auto count =
-            isVector ? static_cast<std::uint32_t>(GetVectorCount(*VectorComponentCount)) : 1u;
+        const std::uint32_t count = isVector ? BindingCount(*VectorComponentCount) : 1;
         binding = CreateBinding(StreamType::Float, name, count);
         binding->uiType = UiType::Slider;
         for (std::uint32_t i = 0; i < count; ++i) {

@@ -16,6 +16,8 @@ public:
     void UpdatePorts(const boost::shared_ptr<void>& hostContext) override;
     void GenerateShader(ShaderGraphGenerator& generator) override;
     bool HasBinding() override;
+
+    /// @throws ShaderError if a vector has a count of 0 or less
     void CreateBindings(const boost::shared_ptr<Mox::Materials::Material>& material) override;
 
     using PropertyHandle = boost::shared_ptr<Mox::Materials::GuiProperty>;

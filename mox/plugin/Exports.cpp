@@ -1,4 +1,5 @@
 #include "mox/Export.h"
+#include "mox/InterfaceVersion.h"
 #include "mox/plugin/GuiNodeFactoryCore.h"
 
 #include <cstdint>
@@ -7,7 +8,7 @@
 /// Version of the interface between host and plug-ins, for the host to compare.
 MOX_PLUGIN_EXPORT std::int32_t GetMaterialLibVersion()
 {
-    return 5;
+    return Mox::Materials::InterfaceVersion;
 }
 
 /// A new factory that the caller owns and deletes through its virtual destructor, or null if there

@@ -11,6 +11,14 @@
 #include "mox/nodes/CoreUvNode.h"
 #include "mox/nodes/CoreVertexColourNode.h"
 #include "mox/plugin/CoreDefaultNode.h"
+#include "mox/plugin/icons/CoreAnimatedUv.xpm"
+#include "mox/plugin/icons/CoreConstant.xpm"
+#include "mox/plugin/icons/CoreLayerBlend.xpm"
+#include "mox/plugin/icons/CoreMaths.xpm"
+#include "mox/plugin/icons/CoreSwizzle.xpm"
+#include "mox/plugin/icons/CoreTexture.xpm"
+#include "mox/plugin/icons/CoreUv.xpm"
+#include "mox/plugin/icons/CoreVertexColour.xpm"
 
 #include <iterator>
 
@@ -41,14 +49,14 @@ constexpr CatalogueRow Row(const char* label, const char* const* icon, bool list
 
 constexpr CatalogueRow catalogue[] = {
     Row<CoreDefaultNode>("Default", nullptr, false),
-    Row<CoreVertexColourNode>("Vertex Colour Set", nullptr),
-    Row<CoreUvNode>("Uv Set", nullptr),
-    Row<CoreTextureNode>("Texture", nullptr),
-    Row<CoreConstantNode>("Constant", nullptr),
-    Row<CoreMathsNode>("Maths", nullptr),
-    Row<CoreSwizzleNode>("Swizzle", nullptr),
-    Row<CoreLayerBlendNode>("Layer Blend", nullptr),
-    Row<CoreAnimatedUvNode>("Animated Uv", nullptr),
+    Row<CoreVertexColourNode>("Vertex Colour Set", CoreVertexColour_xpm),
+    Row<CoreUvNode>("Uv Set", CoreUv_xpm),
+    Row<CoreTextureNode>("Texture", CoreTexture_xpm),
+    Row<CoreConstantNode>("Constant", CoreConstant_xpm),
+    Row<CoreMathsNode>("Maths", CoreMaths_xpm),
+    Row<CoreSwizzleNode>("Swizzle", CoreSwizzle_xpm),
+    Row<CoreLayerBlendNode>("Layer Blend", CoreLayerBlend_xpm),
+    Row<CoreAnimatedUvNode>("Animated Uv", CoreAnimatedUv_xpm),
 };
 
 } // namespace

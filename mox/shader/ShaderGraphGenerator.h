@@ -35,9 +35,8 @@ public:
 
     /// Enters a shader node. An interface parameter whose key the graph holds folds into that one;
     /// the caller goes on using its own handle.
-    /// @throws ShaderError if the handle was added before, or if a folding parameter's type
-    /// differs;
-    ///         nothing changes then
+    /// @throws ShaderError if the handle was added before, or if the type of a folding parameter
+    ///         differs; nothing changes then
     void AddNode(const ShaderNodeHandle& node);
 
     /// The node that stands in the graph for an added handle.

@@ -31,9 +31,16 @@ const char* LevelLetter(ShaderLevel level)
 
 std::string DescribeNamedParameter(const char* kind, const ShaderNode& node)
 {
-    const bool isBound = node.Register.Type != ShaderRegisterType::RegisterUnknown;
-    const std::string place = isBound ? " : " + node.Register.FormatRegister() : std::string();
-    return Compose(kind, " parameter \"", node.Name, "\" (", node.Type.Format(), place, ")");
+    std::string value = node.Type.Format();
+    if (node.Register.Type != ShaderRegisterType::RegisterUnknown)
+        value += " : " + node.Register.FormatRegister();
+    return Compose(kind, " parameter \"", node.Name, "\" (", value, ")");
+}
+
+std::string DescribeRegisterParameter(const ShaderNode& node)
+{
+    const std::string place = node.Register.FormatRegister();
+    return Compose("Cg register parameter ", place, " (", node.Type.Format(), ")");
 }
 
 void RequireCgName(const char* what, const std::string& name)
@@ -181,8 +188,7 @@ std::string ShaderNode::Describe() const
     case ShaderNodeKind::UniformParameter:
         return DescribeNamedParameter("uniform", *this);
     case ShaderNodeKind::CgRegisterParameter:
-        return Compose("Cg register parameter ", Register.FormatRegister(), " (", Type.Format(),
-                       ")");
+        return DescribeRegisterParameter(*this);
     case ShaderNodeKind::InterpolantParameter:
         return Compose("interpolant parameter (", Type.Format(), ")");
     }

@@ -110,6 +110,9 @@ TEST(GuiPropertyBag, KeepsOrderAndRefusesDoubles)
     auto b = GuiProperty::Create("b");
     bag.Add(b);
     bag.Add(GuiProperty::Create("a"));
+    EXPECT_EQ(FailureOf([&] { bag.Add(bag.Properties.front()); }),
+              "property with name \"b\" already exists")
+        << "the handle inside the full bag itself";
     bag.Add(GuiProperty::Create("B"));
     EXPECT_EQ(FailureOf([&] { bag.Add(b); }), "property with name \"b\" already exists");
     EXPECT_EQ(bag.Properties.size(), 3u);

@@ -1,3 +1,4 @@
+#include "mox/Text.h"
 #include "mox/bindings/Binding.h"
 #include "mox/bindings/FloatBinding.h"
 #include "mox/bindings/StreamFormat.h"
@@ -128,6 +129,39 @@ TEST(Binding, WritesFourteenAttributesInTheirOrderAndReadsThemBack)
     EXPECT_EQ(other.group, "");
 }
 
+TEST(Binding, RoundTripOfEveryStreamType)
+{
+    struct Case
+    {
+        StreamType Type;
+        const char* Stored; ///< in the order of writing, without what is default
+    };
+    for (const Case& c :
+         {Case{StreamType::Position, "gui=\"position\" uv=\"u\" stream_type=\"s16\""},
+          {StreamType::Normal, "cgname=\"n\" desc=\"d\" stream_type=\"f32\" "
+                               "dataset_modifiers=\"negate\""},
+          {StreamType::Uv, "gui=\"none\" default=\"map1\" dataset_modifiers=\"\""},
+          {StreamType::Tangent, "helpUrl=\"h\" dataset_modifiers=\"oneminus|v\""},
+          {StreamType::Binormal, "uilabel=\"l\" dataset_modifiers=\"\""},
+          {StreamType::Colour, "default=\"set, 1\" stream_type=\"f32\" basic_colour=\"Yes\""},
+          {StreamType::BlendIndices, "stream_type=\"u8n\""},
+          {StreamType::BlendWeights, "gui=\"checkboxes\" stream_type=\"s16\""},
+          {StreamType::Texture, "gui=\"none\" default=\"a.png\" stream_type=\"u8\" "
+                                "basic_colour=\"Yes\" srgb=\"Yes\" signed_expanded=\"Yes\" "
+                                "normalised=\"No\" usage_hint=\"DXT5 Normal\" "
+                                "using_alpha=\"Yes\""},
+          {StreamType::Float, "gui=\"slider\" uiunittype=\"angular\" min=\"-1, 0.333333\" "
+                              "max=\"1e+20, inf\" default=\"0, 1\""}}) {
+        const std::string stored = Compose("tag=\"t\" ", c.Stored);
+        const auto binding = CreateBinding(c.Type, "a", 2);
+        EXPECT_EQ(Read(*binding, stored), "no failure");
+        EXPECT_EQ(Written(*binding), stored);
+        const auto other = CreateBinding(c.Type, "b", 2);
+        EXPECT_EQ(Read(*other, Written(*binding)), "no failure");
+        EXPECT_EQ(Written(*other), stored);
+    }
+}
+
 TEST(Binding, ReadingTouchesOnlyWhatIsThereButTheFormat)
 {
     Binding binding(StreamType::Position, "a", 1);
@@ -248,6 +282,29 @@ TEST(Binding, HostileAttributes)
             }
         }
     }
+}
+
+/// A host may hand over an element that no parser has checked.
+TEST(Binding, BytesThatAreNoUtf8)
+{
+    for (const char* name : {"tag", "gui", "uiunittype", "min", "default", "stream_type"}) {
+        const XmlElement element(std::string(name) + "='zzzz'");
+        xmlChar* content = element.Get()->properties->children->content;
+        for (const xmlChar byte : {0xff, 0xc3, 0x80, 0xf4})
+            *content++ = byte;
+        for (const StreamCase& c : streamCases) {
+            if (const auto binding = CreateBinding(static_cast<StreamType>(c.Value), "a", 2)) {
+                const std::string before = binding->tag;
+                binding->ReadXml(element.Get());
+                EXPECT_EQ(binding->tag, name == std::string("tag") ? "\xff\xc3\x80\xf4" : before);
+            }
+        }
+    }
+    Binding flag(StreamType::Normal, "a", 1);
+    const XmlElement element("basic_colour='z'");
+    element.Get()->properties->children->content[0] = 0xff;
+    EXPECT_EQ(FailureOf([&] { flag.ReadXml(element.Get()); }),
+              "attribute \"basic_colour\" contains invalid boolean data \"\xff\"");
 }
 
 } // namespace

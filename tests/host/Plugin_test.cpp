@@ -38,7 +38,9 @@ std::string LoadFailure(const std::filesystem::path& file)
 TEST(Plugin, CatalogueAndCreation)
 {
     const Host::Plugin plugin(corePlugin);
+    std::string rows;
     for (const auto& row : plugin.Descriptions()) {
+        rows += row.TypeName + " \"" + row.Label + "\"\n";
         EXPECT_EQ(row.Library, "Core");
         EXPECT_EQ(row.Listed, row.TypeName != "CoreDefault");
         const auto node = plugin.CreateNode(row.TypeName);
@@ -46,7 +48,15 @@ TEST(Plugin, CatalogueAndCreation)
         EXPECT_EQ(node->Properties->Version,
                   row.TypeName == "CoreDefault" ? std::numeric_limits<std::int32_t>::max() : 0);
     }
-    EXPECT_EQ(plugin.Descriptions().front().TypeName, "CoreDefault");
+    EXPECT_EQ(rows, "CoreDefault \"Default\"\n"
+                    "CoreVertexColour \"Vertex Colour Set\"\n"
+                    "CoreUv \"Uv Set\"\n"
+                    "CoreTexture \"Texture\"\n"
+                    "CoreConstant \"Constant\"\n"
+                    "CoreMaths \"Maths\"\n"
+                    "CoreSwizzle \"Swizzle\"\n"
+                    "CoreLayerBlend \"Layer Blend\"\n"
+                    "CoreAnimatedUv \"Animated Uv\"\n");
     for (const char* type : {"coremaths", "Maths", ""}) {
         EXPECT_EQ(FailureOf([&] { plugin.CreateNode(type); }),
                   "cannot create \"" + std::string(type) + "\" node");

@@ -91,6 +91,28 @@ TEST_F(CoreMathsNodeTest, PortsAndVisibleDefaultsFollowTheFunction)
               "Abs: in_value1/in -> free; Value 1\n");
 }
 
+TEST_F(CoreMathsNodeTest, InputsWithoutEdgeBecomeConstantsAheadOfTheBody)
+{
+    const auto node = Create();
+    Choose(*node, "Function", "Lerp");
+    node->Properties->Get("Default Value 2")->SetFloat(1234567.0f);
+    ResolveAlone(*node, "in_value1", 3, ComponentType::Float);
+    EXPECT_EQ(DescribeShader(*node), "nodes: 1\n"
+                                     "\n"
+                                     "[1] function \"mathsCode\" (1/1/*)\n"
+                                     "void mathsCode( in float3 in_value1, out float3 out_value )\n"
+                                     "{\n"
+                                     "\tfloat3 in_value2 = float( 1.23457e+06 ).xxx;\n"
+                                     "\tfloat in_blend = float( 0.5 ).x;\n"
+                                     "\tout_value = lerp( in_value1, in_value2, in_blend );\n"
+                                     "}\n"
+                                     "\n"
+                                     "edges: 0\n"
+                                     "edge to in_value1 ends at [1].in_value1\n");
+    node->UpdatePorts({});
+    EXPECT_FALSE(node->GetInputPort("in_value1").Connected) << "ports are rebuilt, not reused";
+}
+
 TEST_F(CoreMathsNodeTest, ExecutionLevelOverridesTheFunctionsOwn)
 {
     const auto node = Create();

@@ -82,13 +82,38 @@ TEST_F(CoreTextureNodeTest, CircleOfReferencesIsAFailureThatNamesTheNode)
     a->Properties->Get("Reference")->Node.reset();
 }
 
+TEST_F(CoreTextureNodeTest, LettingGoOfAReferenceKeepsTheSettings)
+{
+    const NodeHandle source = Create("source");
+    ApplySettings(*source, "Colour Type=Normal; Alpha=true; Texture Type=1D; Basic Colour=true");
+    source->UpdatePorts({});
+    const NodeHandle node = Create("node", source);
+    node->Properties->Get("Reference")->Node.reset();
+    node->UpdatePorts({});
+    EXPECT_EQ(DescribeState(*node), "  in  in_uv \"u\" x1 float\n"
+                                    "  out out_colour \"normal\" x3\n"
+                                    "  out out_alpha \"alpha\" x1\n"
+                                    "  hidden \"sRGB\" \"Basic Colour\"\n");
+    EXPECT_TRUE(node->Description->Editable);
+    EXPECT_EQ(node->ForegroundColour[0], 0.0f);
+    EXPECT_EQ(node->GetTitle(), "node");
+    EXPECT_TRUE(node->HasBinding());
+}
+
 TEST_F(CoreTextureNodeTest, LongChainOfReferences)
 {
-    NodeHandle last = Create("end");
+    const NodeHandle end = Create("end");
+    NodeHandle last = end;
     for (int i = 0; i < 100000; ++i)
         last = Create("link", last);
     EXPECT_EQ(last->GetTitle(), "end");
+    ResolveAlone(*last, "in_uv", 2, ComponentType::Half);
+    EXPECT_NE(DescribeShader(*last).find("uniform parameter \"end\" (sampler2D)"),
+              std::string::npos);
+    EXPECT_EQ(DescribeBindings(*last), "no binding\n");
+    EXPECT_NE(DescribeBindings(*end).find("tag=\"end\""), std::string::npos);
     last.reset();
+    EXPECT_EQ(end.use_count(), 1) << "the whole chain has gone";
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <locale>
 #include <map>
 
 using namespace Mox;
@@ -36,6 +37,10 @@ const Case cases[] = {
     {"CoreLayerBlend", "Mode=Vivid Light", "*", 3, f},
     {"CoreLayerBlend", "Mode=Difference", "in_value2", 2, f},
     {"CoreLayerBlend", "Mode=Exclusion", ""},
+
+    {"CoreMaths", "Function=Lerp", "in_value1", 3, f},
+    {"CoreMaths", "Function=Fresnel", "in_facing"},
+    {"CoreMaths", "Function=Invert; Default Value 1=0.1", "", 1, f},
 
     {"CoreSwizzle", "", "in_vec", 3, f},
     {"CoreSwizzle", "Vector Type=Uv", "*"},
@@ -101,7 +106,8 @@ const Case cases[] = {
     {"CoreVertexColour", "Name=", "*"},
 };
 
-TEST(NodeGolden, WhatEveryNodeWritesInEveryMode)
+/// From the type of a node to what it writes in each of its cases.
+std::map<std::string, std::string> DescribeCases()
 {
     const Host::Plugin plugin(MOX_CORE_PLUGIN);
     std::map<std::string, std::string> texts;
@@ -121,8 +127,22 @@ TEST(NodeGolden, WhatEveryNodeWritesInEveryMode)
             texts[c.Type] += DescribeBindings(*node);
         texts[c.Type] += "\n";
     }
-    for (const auto& [type, text] : texts)
+    return texts;
+}
+
+TEST(NodeGolden, WhatEveryNodeWritesInEveryMode)
+{
+    for (const auto& [type, text] : DescribeCases())
         ExpectGolden("nodes/" + type + ".txt", text);
+}
+
+TEST(NodeGolden, GlobalLocaleChangesNothing)
+{
+    const auto expected = DescribeCases();
+    const std::locale before = std::locale::global(std::locale("de_DE.UTF-8"));
+    const auto texts = DescribeCases();
+    std::locale::global(before);
+    EXPECT_EQ(texts, expected) << "a decimal comma or grouped digits reached a text";
 }
 
 } // namespace

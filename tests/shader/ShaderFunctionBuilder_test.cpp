@@ -57,6 +57,8 @@ TEST(ShaderFunctionBuilder, Constants)
                                   "\thalf2x0 odd[3] = half( 1e+07 ).;\n");
     EXPECT_EQ(FailureOf([&] { builder.DeclareConstant(TypeOf(ComponentType::Fixed, 2), "n", 0); }),
               "cannot determine zero type for fixed2");
+    EXPECT_TRUE(builder.Body.str().ends_with("\tfixed2 n = ")) << "the line so far stays";
+    EXPECT_EQ(builder.GetParameterCount(), 0) << "constants are no parameters";
 }
 
 TEST(ShaderFunctionBuilder, PortsMustBeResolved)

@@ -111,6 +111,13 @@ TEST(ShaderGraphGenerator, UnknownHandlesComeBeforePorts)
               "uniform parameter \"h\" (float) not yet been added to the graph generator");
     EXPECT_EQ(FailureOf([&] { generator.Connect(known, "o", known, "i"); }),
               "edge head and tail are the same node");
+    EXPECT_EQ(FailureOf([&] { generator.Connect(known, "i", known, "?"); }),
+              "function \"f\" (1/1/*): output port \"i\" does not exist")
+        << "the tail's port is looked at first";
+    EXPECT_EQ(FailureOf([&] { generator.Connect(known, "o", known, "o"); }),
+              "function \"f\" (1/1/*): input port \"o\" does not exist");
+    EXPECT_EQ(graph.Nodes.size(), 1u);
+    EXPECT_TRUE(graph.Edges.empty());
 }
 
 TEST(GuiNode, RegisterEdgesRecordsBothEnds)
@@ -132,6 +139,10 @@ TEST(GuiNode, RegisterEdgesRecordsBothEnds)
     EXPECT_EQ(generator.EdgeMap.at(in).HeadPorts.at(1), "in_a");
     EXPECT_EQ(generator.EdgeMap.at(out).Tail, shaderNode);
     EXPECT_EQ(generator.EdgeMap.at(out).TailPort, "out_a");
+    const auto other = FunctionFrom({f, 1, 1, 1}, {f, 1, 1, 1});
+    generator.RecordEdgeTail(out, other, "out_b");
+    EXPECT_EQ(generator.EdgeMap.at(out).Tail, other) << "the last tail stands";
+    EXPECT_EQ(generator.EdgeMap.at(out).TailPort, "out_b");
     generator.EdgeMap.clear();
     in.reset();
     EXPECT_THROW(node.RegisterEdges(generator, shaderNode), boost::bad_weak_ptr);

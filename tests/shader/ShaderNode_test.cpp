@@ -49,7 +49,15 @@ TEST(ShaderNode, DescribesItself)
     const ShaderNode unknown(ShaderNodeKind(6));
     EXPECT_EQ(FailureOf([&] { unknown.Describe(); }), "unknown node type");
     varying->Type.Component = ComponentType(77);
-    EXPECT_EQ(FailureOf([&] { varying->Describe(); }), "unknown component type");
+    varying->Register.Type = ShaderRegisterType(18);
+    EXPECT_EQ(FailureOf([&] { varying->Describe(); }), "unknown component type")
+        << "the type is written ahead of the register";
+    const ShaderNodeHandle face =
+        ShaderNode::CreateRegisterParameter({ShaderRegisterType::FragmentFace, 0}, float3);
+    face->Type.Component = ComponentType(77);
+    face->Register.Type = ShaderRegisterType(18);
+    EXPECT_EQ(FailureOf([&] { face->Describe(); }), "invalid register type")
+        << "here the register comes first";
 }
 
 TEST(ShaderNode, PortsFollowTheKind)

@@ -11,6 +11,8 @@
 #include <boost/smart_ptr/make_shared.hpp>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
 #include <sstream>
 
 using namespace Mox;
@@ -36,6 +38,65 @@ std::string DescribePorts(const char* arrow, const std::vector<GuiPort>& ports)
     }
     return text;
 }
+
+/// Lays an edge at each port that counts as connected, for as long as it lives.
+class LooseEdges
+{
+public:
+    explicit LooseEdges(GuiNode& node) : _node(node)
+    {
+        for (const GuiPort& port : node.InputPorts) {
+            if (port.Connected)
+                node.AddInEdge(Lay(port.Name, &GuiEdge::HeadPort));
+        }
+        for (const GuiPort& port : node.OutputPorts) {
+            if (port.Connected)
+                node.AddOutEdge(Lay(port.Name, &GuiEdge::TailPort));
+        }
+    }
+
+    ~LooseEdges()
+    {
+        _node.InEdges.clear();
+        _node.OutEdges.clear();
+    }
+
+    /// Where each edge has found its shader node.
+    std::string DescribeEnds(const ShaderGraphGenerator& generator) const
+    {
+        std::string text;
+        for (const auto& edge : _edges) {
+            const ShaderEdgeRecord& record = generator.EdgeMap.at(edge);
+            for (std::size_t i = 0; i < record.Heads.size(); ++i)
+                text += Compose("edge to ", edge->HeadPort, " ends at ",
+                                EndOf(generator, record.Heads[i], record.HeadPorts[i]));
+            if (record.Tail)
+                text += Compose("edge from ", edge->TailPort, " starts at ",
+                                EndOf(generator, record.Tail, record.TailPort));
+        }
+        return text;
+    }
+
+private:
+    boost::shared_ptr<GuiEdge> Lay(const std::string& port, std::string GuiEdge::*end)
+    {
+        _edges.push_back(boost::make_shared<GuiEdge>());
+        (*_edges.back()).*end = port;
+        return _edges.back();
+    }
+
+    static std::string EndOf(const ShaderGraphGenerator& generator, const ShaderNodeHandle& node,
+                             const std::string& port)
+    {
+        const auto& nodes = generator.Graph->Nodes;
+        const auto position =
+            std::distance(nodes.begin(), std::find(nodes.begin(), nodes.end(), node));
+        return Compose("[", position + 1, "].", port, "\n");
+    }
+
+    GuiNode& _node;
+    std::vector<boost::shared_ptr<GuiEdge>> _edges;
+};
 
 } // namespace
 
@@ -89,10 +150,13 @@ std::string DescribeShader(GuiNode& node)
 {
     ShaderGraph graph;
     ShaderGraphGenerator generator(graph);
+    const LooseEdges edges(node);
     const std::string failure = FailureOf([&] { node.GenerateShader(generator); });
-    if (failure != "no failure")
+    if (failure != "no failure") {
+        EXPECT_TRUE(graph.Nodes.empty() && generator.EdgeMap.empty()) << failure;
         return Compose("failure: ", failure, "\n");
-    return Host::FormatShaderGraph(graph);
+    }
+    return Host::FormatShaderGraph(graph) + edges.DescribeEnds(generator);
 }
 
 std::string DescribeBindings(GuiNode& node)

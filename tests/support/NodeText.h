@@ -17,7 +17,8 @@ void ResolveAlone(Mox::Materials::GuiNode& node, const std::string& connected, s
 /// Ports with label and fixed values, and which of the node's own properties are hidden or locked.
 std::string DescribeState(const Mox::Materials::GuiNode& node);
 
-/// The shader graph that the node alone generates, or its failure.
+/// The shader graph that the node alone generates, and the ends that its edges have found in it; or
+/// its failure, which must leave the graph empty.
 std::string DescribeShader(Mox::Materials::GuiNode& node);
 
 /// The bindings that the node creates, as a document, or "no binding".

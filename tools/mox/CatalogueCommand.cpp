@@ -1,17 +1,25 @@
 #include "Commands.h"
 #include "LoadPlugins.h"
 #include "mox/Text.h"
-#include "mox/host/HostError.h"
+#include "mox/host/File.h"
 #include "mox/host/Icon.h"
 #include "mox/host/PropertyText.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <iomanip>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
 namespace Mox::Tool {
 
 namespace {
+
+constexpr const char* footer = R"(Examples:
+  mox catalogue
+  mox catalogue --json | jq '.[].type'
+  mox catalogue --icons icons
+)";
 
 using Json = nlohmann::ordered_json;
 using Materials::Compose;
@@ -88,59 +96,101 @@ Json DescribeCatalogue(const Host::PluginSet& plugins)
     return rows;
 }
 
+std::string Text(const Json& value)
+{
+    return value.get<std::string>();
+}
+
 std::string FormatPorts(const Json& ports)
 {
     std::string text;
     for (const Json& port : ports) {
-        text += Compose(text.empty() ? "" : ", ", port["name"].get<std::string>(), " \"",
-                        port["label"].get<std::string>(), "\"");
+        text +=
+            Compose(text.empty() ? "" : ", ", Text(port["name"]), " \"", Text(port["label"]), "\"");
         if (port.contains("components"))
             text += Compose(" x", port["components"].get<int>());
         if (port.contains("precision"))
-            text += " " + port["precision"].get<std::string>();
+            text += " " + Text(port["precision"]);
     }
     return text.empty() ? "none" : text;
 }
 
-std::string FormatProperty(const Json& property)
+/// Lines of at most a hundred characters, each behind the indent; only blanks become line ends.
+std::string Wrap(std::string_view text, std::string_view indent)
 {
-    const Json& value = property["default"];
-    std::string text = Compose("    ", property["name"].get<std::string>(), ": ",
-                               property["kind"].get<std::string>(), ", ", value.dump());
+    constexpr std::size_t lineLength = 100;
+    const std::size_t room = lineLength - indent.size();
+    std::string lines;
+    while (text.size() > room) {
+        const std::size_t blank = text.rfind(' ', room);
+        const std::size_t end = blank == std::string_view::npos || blank == 0 ? room : blank;
+        lines += Compose(indent, text.substr(0, end), "\n");
+        text.remove_prefix(end == blank ? end + 1 : end);
+    }
+    return lines + Compose(indent, text, "\n");
+}
+
+void PrintProperty(const Json& property)
+{
+    constexpr std::string_view indent = "      ";
+    const std::string value = property["default"].is_null() ? "none" : property["default"].dump();
+    std::cout << std::left << "  " << std::setw(18) << Text(property["name"]) + " " << std::setw(9)
+              << Text(property["kind"]) << value << (property["visible"] ? "" : "  (hidden)")
+              << (property["editable"] ? "" : "  (locked)") << '\n';
     if (property.contains("choices")) {
         std::string choices;
         for (const Json& choice : property["choices"])
-            choices += (choices.empty() ? "" : ", ") + choice.get<std::string>();
-        text += Compose(", one of: ", choices);
+            choices += Compose(choices.empty() ? "one of: " : ", ", Text(choice));
+        std::cout << Wrap(choices, indent);
     }
-    return Compose(text, property["visible"] ? "" : " (hidden)", "\n",
-                   property["help"].empty() || property["help"] == ""
-                       ? ""
-                       : Compose("        ", property["help"].get<std::string>(), "\n"));
+    if (const std::string help = Text(property["help"]); !help.empty())
+        std::cout << Wrap(help, indent);
 }
 
+/// The text behind a heading, further lines below its first.
+std::string WrapBehind(std::string_view heading, std::string_view text)
+{
+    return Wrap(text, std::string(heading.size(), ' ')).replace(0, heading.size(), heading);
+}
+
+/// The width of an overview column: two blanks behind the longest entry.
+int WidthOf(const Json& rows, const char* key, std::string_view title)
+{
+    std::size_t longest = title.size();
+    for (const Json& row : rows)
+        longest = std::max(longest, Text(row[key]).size());
+    return static_cast<int>(longest + 2);
+}
+
+/// An overview with a line for each type, then each type by itself.
 void PrintTable(const Json& rows)
 {
+    const int typeWidth = WidthOf(rows, "type", "TYPE");
+    const int labelWidth = WidthOf(rows, "label", "LABEL");
+    const int libraryWidth = WidthOf(rows, "library", "LIBRARY");
+    const auto printRow = [=](const auto& type, const auto& label, const auto& library,
+                              const auto& listed) {
+        std::cout << std::left << std::setw(typeWidth) << type << std::setw(labelWidth) << label
+                  << std::setw(libraryWidth) << library << listed << '\n';
+    };
+    printRow("TYPE", "LABEL", "LIBRARY", "LISTED");
     for (const Json& row : rows) {
-        std::cout << row["type"].get<std::string>() << "  \"" << row["label"].get<std::string>()
-                  << "\"  library " << row["library"].get<std::string>()
-                  << (row["listed"] ? "" : "  not listed")
-                  << "\n  inputs:  " << FormatPorts(row["inputs"])
-                  << "\n  outputs: " << FormatPorts(row["outputs"]) << "\n  properties:\n";
+        printRow(Text(row["type"]), Text(row["label"]), Text(row["library"]),
+                 row["listed"] ? "yes" : "no");
+    }
+    for (const Json& row : rows) {
+        std::cout << '\n'
+                  << Text(row["type"]) << '\n'
+                  << WrapBehind("  inputs   ", FormatPorts(row["inputs"]))
+                  << WrapBehind("  outputs  ", FormatPorts(row["outputs"])) << '\n';
         for (const Json& property : row["properties"])
-            std::cout << FormatProperty(property);
-        std::cout << '\n';
+            PrintProperty(property);
     }
 }
 
 void WriteIcons(const Host::PluginSet& plugins, const std::filesystem::path& folder)
 {
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error) {
-        throw Host::HostError({folder.string(), 0, {}, {}},
-                              Compose("cannot be created: ", error.message()));
-    }
+    Host::CreateFolder(folder);
     for (const Host::Plugin& plugin : plugins.Plugins()) {
         for (const auto& row : plugin.Descriptions()) {
             if (row.Icon)
@@ -157,8 +207,10 @@ void AddCatalogueCommand(CLI::App& program, const CommonOptions& common)
     auto isJson = std::make_shared<bool>(false);
     auto iconFolder = std::make_shared<std::string>();
     command->add_flag("--json", *isJson, "Print JSON for programs");
-    command->add_option("--icons", *iconFolder,
-                        "Also write each type's icon to this folder, as PNG");
+    command
+        ->add_option("--icons", *iconFolder, "Also write each type's icon to this folder, as PNG")
+        ->type_name("DIR");
+    command->footer(footer);
     command->callback([=, &common] {
         const Host::PluginSet plugins = LoadPlugins(common);
         const Json rows = DescribeCatalogue(plugins);

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "mox/shader/ShaderFunction.h"
+#include "mox/shader/ShaderRegister.h"
+#include "mox/shader/ShaderType.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Mox::Host {
+
+/// Where an input of the environment takes its value from.
+enum class EnvironmentSource
+{
+    Stream,  ///< an input for each vertex
+    Uniform, ///< a run-time constant
+    Value,   ///< a value that the material writes or the environment supplies
+};
+
+struct EnvironmentInput
+{
+    std::string Name; ///< as the body reads it
+    ShaderType Type;
+    EnvironmentSource Source;
+    std::string SourceName;
+    std::string Default; ///< Cg expression for a value that nobody writes, or nothing
+};
+
+/// One value or output, with the function that computes it.
+struct EnvironmentEntry
+{
+    std::string Name; ///< of the value that it supplies, or of the output parameter
+    ShaderType Type = ShaderType(ComponentType::Unknown, 1, 1, 1);
+    ShaderLevel Level = ShaderLevel::Automatic;
+    std::string When; ///< counts only if the material writes this value, or always if empty
+    std::vector<EnvironmentInput> Inputs;
+    std::string Body;                       ///< empty if the value is its only input
+    std::optional<ShaderRegister> Register; ///< of an output
+    int Line = 0;
+};
+
+/// Functions that bodies may call.
+struct EnvironmentCode
+{
+    std::vector<std::string> Provides; ///< their names
+    std::string Text;
+};
+
+/// What surrounds every material: values that nodes read by name, and how what a material writes
+/// becomes the position and the colour of a program. Plain data, read from a folder of files.
+struct Environment
+{
+    std::filesystem::path File;               ///< the manifest
+    std::vector<std::filesystem::path> Files; ///< all files read, the manifest first
+    std::vector<EnvironmentCode> Code;
+    std::vector<EnvironmentEntry> Values;
+    std::vector<EnvironmentEntry> Outputs;
+};
+
+/// Reads environment.xml of a folder and the files that it names.
+/// @throws HostError with file and line if a file cannot be read or does not say what it must
+Environment ReadEnvironment(const std::filesystem::path& folder);
+
+/// The folder in which a program finds the environment without being told: share/mox/environment
+/// beside the folder that the program lies in.
+std::filesystem::path DefaultEnvironmentFolder();
+
+} // namespace Mox::Host

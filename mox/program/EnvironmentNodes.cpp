@@ -1,0 +1,183 @@
+#include "mox/program/EnvironmentNodes.h"
+
+#include "mox/Text.h"
+#include "mox/host/LibraryCall.h"
+#include "mox/shader/ShaderFunctionBuilder.h"
+#include "mox/shader/ShaderGraphGenerator.h"
+
+#include <map>
+#include <set>
+#include <utility>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+constexpr std::int32_t environmentFlags = 0;
+constexpr const char* readPort = "read";
+constexpr const char* writePort = "write";
+constexpr const char* outputName = "out_value";
+
+const EnvironmentEntry* FindValue(const Environment& environment, const std::string& name)
+{
+    for (const EnvironmentEntry& value : environment.Values) {
+        if (value.Name == name)
+            return &value;
+    }
+    return nullptr;
+}
+
+ShaderNodeHandle InsertInterfaceNode(const EnvironmentEntry& value, ShaderGraph& graph)
+{
+    auto node = ShaderNode::CreateInterfaceParameter(value.Name, environmentFlags, value.Type);
+    graph.InsertNode(node);
+    return node;
+}
+
+class Completion
+{
+public:
+    Completion(const Environment& environment, ShaderGraph& graph)
+        : _environment(environment), _graph(graph), _generator(graph)
+    {
+        for (const auto& [key, node] : graph.InterfaceNodes) {
+            if (!node->InEdges.empty())
+                _written.insert(key.first);
+        }
+    }
+
+    void Complete()
+    {
+        std::set<std::pair<std::int32_t, std::int32_t>> done;
+        for (const EnvironmentEntry& output : _environment.Outputs) {
+            const auto type = static_cast<std::int32_t>(output.Register->Type);
+            if (Holds(output) && done.emplace(type, output.Register->Index).second)
+                AddOutput(output);
+        }
+        // Feeding a value may ask for further ones, which the list takes behind the last.
+        for (const ShaderNodeHandle& node : _graph.Nodes) {
+            if (node->Kind != ShaderNodeKind::InterfaceParameter || !node->InEdges.empty())
+                continue;
+            for (const EnvironmentEntry& value : _environment.Values) {
+                if (value.Name == node->Name && Holds(value)) {
+                    Feed(value, node);
+                    break;
+                }
+            }
+        }
+    }
+
+private:
+    bool Holds(const EnvironmentEntry& entry) const
+    {
+        return entry.When.empty() || _written.contains(entry.When);
+    }
+
+    void AddOutput(const EnvironmentEntry& output)
+    {
+        const auto node = ShaderNode::CreateRegisterParameter(*output.Register, output.Type);
+        node->Name = output.Name;
+        _generator.AddNode(node);
+        Feed(output, node);
+    }
+
+    void Feed(const EnvironmentEntry& entry, const ShaderNodeHandle& target)
+    {
+        const Place where{_environment.File.string(), entry.Line, {}, {}};
+        CallLibrary(where, [&] {
+            if (entry.Body.empty()) {
+                const ShaderNodeHandle source = FindSource(entry.Inputs.front());
+                if (!source)
+                    throw HostError(where, MissingValue(entry.Inputs.front()));
+                _generator.Connect(source, readPort, Enter(target), writePort);
+                return;
+            }
+            std::vector<std::pair<ShaderNodeHandle, const EnvironmentInput*>> sources;
+            ShaderFunctionBuilder builder;
+            for (const EnvironmentInput& input : entry.Inputs) {
+                if (const ShaderNodeHandle source = FindSource(input)) {
+                    builder.AddInput(input.Type, input.Name);
+                    sources.emplace_back(source, &input);
+                } else if (!input.Default.empty()) {
+                    builder.AppendCode(Compose("\t", input.Type.FormatDeclaration(input.Name),
+                                               " = ", input.Default, ";\n"));
+                } else {
+                    throw HostError(where, MissingValue(input));
+                }
+            }
+            builder.AddOutput(entry.Type, outputName);
+            builder.AppendCode(entry.Body);
+            const ShaderNodeHandle function = builder.Build(entry.Level, entry.Name + "Code");
+            _generator.AddNode(function);
+            for (const auto& [source, input] : sources)
+                _generator.Connect(source, readPort, function, input->Name);
+            _generator.Connect(function, outputName, Enter(target), writePort);
+        });
+    }
+
+    static std::string MissingValue(const EnvironmentInput& input)
+    {
+        return Compose("nobody writes the value \"", input.SourceName, "\", and input \"",
+                       input.Name, "\" has no default");
+    }
+
+    /// The parameter that an input reads, or nothing if it is a value that nobody writes.
+    ShaderNodeHandle FindSource(const EnvironmentInput& input)
+    {
+        if (input.Source != EnvironmentSource::Value)
+            return FindParameter(input);
+        const EnvironmentEntry* value = FindValue(_environment, input.SourceName);
+        if (!value && !_written.contains(input.SourceName))
+            return {};
+        if (_graph.HasInterfaceNode(input.SourceName, environmentFlags))
+            return Enter(_graph.FindInterfaceNode(input.SourceName, environmentFlags));
+        return value ? Enter(InsertInterfaceNode(*value, _graph)) : ShaderNodeHandle();
+    }
+
+    ShaderNodeHandle FindParameter(const EnvironmentInput& input)
+    {
+        ShaderNodeHandle& node = _parameters[{input.Source, input.SourceName, input.Type.Format()}];
+        if (!node) {
+            node = input.Source == EnvironmentSource::Stream
+                       ? ShaderNode::CreateVaryingParameter(input.SourceName, input.Type)
+                       : ShaderNode::CreateUniformParameter(input.SourceName, input.Type);
+            _generator.AddNode(node);
+        }
+        return node;
+    }
+
+    /// Makes a node of the graph known to the generator.
+    const ShaderNodeHandle& Enter(const ShaderNodeHandle& node)
+    {
+        _generator.NodeMap.try_emplace(node, node);
+        return node;
+    }
+
+    const Environment& _environment;
+    ShaderGraph& _graph;
+    ShaderGraphGenerator _generator;
+    std::set<std::string> _written; ///< values that the material writes
+    std::map<std::tuple<EnvironmentSource, std::string, std::string>, ShaderNodeHandle> _parameters;
+};
+
+} // namespace
+
+EnvironmentProvider::EnvironmentProvider(const Environment& environment) : _environment(environment)
+{}
+
+ShaderNodeHandle EnvironmentProvider::ProvideInterfaceNode(const std::string& name,
+                                                           std::int32_t flags, ShaderGraph& graph)
+{
+    const EnvironmentEntry* value = FindValue(_environment, name);
+    return value && flags == environmentFlags ? InsertInterfaceNode(*value, graph)
+                                              : ShaderNodeHandle();
+}
+
+void CompleteShaderGraph(const Environment& environment, ShaderGraph& graph)
+{
+    Completion(environment, graph).Complete();
+}
+
+} // namespace Mox::Host

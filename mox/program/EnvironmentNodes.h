@@ -1,0 +1,29 @@
+#pragma once
+
+#include "mox/program/Environment.h"
+#include "mox/shader/InterfaceNodeProvider.h"
+#include "mox/shader/ShaderGraph.h"
+
+namespace Mox::Host {
+
+/// Lets nodes find the environment's values by name, with flags 0. What a node finds is a bare
+/// parameter: it is fed by CompleteShaderGraph, when it is known what the material writes.
+class EnvironmentProvider : public InterfaceNodeProvider
+{
+public:
+    /// @param environment is kept by reference
+    explicit EnvironmentProvider(const Environment& environment);
+
+    ShaderNodeHandle ProvideInterfaceNode(const std::string& name, std::int32_t flags,
+                                          ShaderGraph& graph) override;
+
+private:
+    const Environment& _environment;
+};
+
+/// Feeds every value of the environment that the graph asks for, and adds the outputs, which take
+/// what the material writes.
+/// @throws HostError with file and line of the environment if an entry needs what nobody supplies
+void CompleteShaderGraph(const Environment& environment, ShaderGraph& graph);
+
+} // namespace Mox::Host

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "mox/program/CgNames.h"
+#include "mox/program/ProgramGraph.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Mox::Host {
+
+/// One function of a program, with all nodes that are calls of it.
+struct ProgramFunction
+{
+    std::string CgName;
+    const ShaderNode* Shader;       ///< one of those that are equal
+    std::vector<std::size_t> Nodes; ///< of the program graph
+};
+
+/// The functions of a pair of programs. Equal ones, in name, parameters and body, are one;
+/// different ones of one name get names of their own.
+class FunctionTable
+{
+public:
+    FunctionTable(const ProgramGraph& graph, CgNames& names);
+
+    const std::vector<ProgramFunction>& Functions() const { return _functions; }
+    const ProgramFunction& FunctionOf(std::size_t node) const
+    {
+        return _functions[_indices.at(node)];
+    }
+
+private:
+    std::vector<ProgramFunction> _functions;
+    std::map<std::size_t, std::size_t> _indices; ///< from a node of the program
+};
+
+/// The head of a function or entry point: name and parameters in brackets.
+std::string FormatSignature(const ShaderNode& function, const std::string& name);
+
+} // namespace Mox::Host

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "mox/host/MaterialGraph.h"
+#include "mox/host/Problem.h"
+#include "mox/program/CgProgramBuilder.h"
+#include "mox/program/Environment.h"
+#include "mox/program/ShaderGeneration.h"
+
+namespace Mox::Host {
+
+/// The complete shader graph of a resolved material: its own nodes and those of the environment.
+/// @param shader has an empty graph without providers
+/// @param problems takes all that went wrong; with an error among them the graph is not complete
+void CompleteShader(const MaterialGraph& graph, const Environment& environment,
+                    GeneratedShader& shader, ProblemList& problems);
+
+/// The Cg programs of a resolved material. Nodes of which nothing reaches the surface are left out
+/// and reported as warnings.
+/// @param problems takes all that stands in the way; with an error among them the result is of no
+///        use
+CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& environment,
+                               const ProgramOptions& options, ProblemList& problems);
+
+} // namespace Mox::Host

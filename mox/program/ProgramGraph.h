@@ -1,0 +1,63 @@
+#pragma once
+
+#include "mox/host/Problem.h"
+#include "mox/program/ShaderOrigins.h"
+#include "mox/shader/ShaderGraph.h"
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Mox::Host {
+
+/// What one output port of a program's node gives.
+struct ProgramValue
+{
+    std::size_t Node; ///< index into ProgramGraph::Nodes
+    std::size_t Port; ///< index into the outputs of the shader node
+
+    friend auto operator<=>(const ProgramValue& a, const ProgramValue& b) = default;
+};
+
+struct ProgramNode
+{
+    const ShaderNode* Shader;
+    std::vector<ProgramValue> Inputs; ///< what feeds each input port
+};
+
+/// The part of a shader graph that reaches an output of the program, as plain indices.
+///
+/// Interface parameters are left out: who reads one reads what was written into it. Nodes stand in
+/// an order in which each comes behind all that it reads, and close to where it is read.
+class ProgramGraph
+{
+public:
+    /// @param graph is referred to and must live as long as the result
+    /// @param problems takes an input that is fed twice or not at all, and a circle
+    ProgramGraph(const ShaderGraph& graph, const ShaderOrigins& origins, ProblemList& problems);
+
+    const std::vector<ProgramNode>& Nodes() const { return _nodes; }
+
+    /// Ids of the authoring nodes of whose shader nodes none is in the program, in graph order.
+    const std::vector<std::string>& DeadNodes() const { return _deadNodes; }
+
+    const ShaderPort& PortOf(const ProgramValue& value) const
+    {
+        return _nodes[value.Node].Shader->Outputs[value.Port];
+    }
+
+    /// What people know a value by: the interface parameter or output that it is written into, or
+    /// else its port without the direction.
+    std::string NameOf(const ProgramValue& value) const;
+
+private:
+    std::vector<ProgramNode> _nodes;
+    std::vector<std::string> _deadNodes;
+    std::map<ProgramValue, std::string> _writtenInto;
+};
+
+/// The place of the authoring node behind a shader node.
+Place PlaceOf(const ShaderNode& node, const ShaderOrigins& origins);
+
+} // namespace Mox::Host

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "mox/host/MaterialGraph.h"
+#include "mox/host/Problem.h"
+#include "mox/program/ShaderOrigins.h"
+#include "mox/shader/ShaderGraph.h"
+#include "mox/shader/ShaderGraphGenerator.h"
+
+#include <map>
+#include <string>
+
+namespace Mox::Host {
+
+/// The shader graph of one material, with what is known of its nodes.
+struct GeneratedShader
+{
+    ShaderGraph Graph;
+    ShaderOrigins Origins;
+    std::map<std::string, std::string> OriginalNames; ///< of parameters whose names are stand-ins
+};
+
+/// Lets every node of a resolved graph write itself into shader.Graph, in the order of the nodes,
+/// and joins the results. A node that fails does not keep the others from writing.
+/// @param shader has an empty graph; its providers answer what nodes ask for
+/// @param problems takes each node that cannot be exported, and each edge that does not convert
+void GenerateShaderGraph(const MaterialGraph& graph, GeneratedShader& shader,
+                         ProblemList& problems);
+
+} // namespace Mox::Host

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "mox/shader/ShaderNode.h"
+
+#include <string>
+#include <unordered_map>
+
+namespace Mox::Host {
+
+/// Where a shader node comes from.
+struct ShaderOrigin
+{
+    std::string Node; ///< id of the authoring node; empty for the environment
+    std::string Type; ///< type of that node, or "conversion"
+};
+
+/// Origins of the nodes of one shader graph. Nodes without an entry belong to the environment.
+class ShaderOrigins
+{
+public:
+    void Set(const ShaderNode& node, const ShaderOrigin& origin) { _origins[&node] = origin; }
+
+    const ShaderOrigin& Of(const ShaderNode& node) const
+    {
+        static const ShaderOrigin environment;
+        const auto entry = _origins.find(&node);
+        return entry == _origins.end() ? environment : entry->second;
+    }
+
+private:
+    std::unordered_map<const ShaderNode*, ShaderOrigin> _origins;
+};
+
+} // namespace Mox::Host

@@ -1,0 +1,116 @@
+#include "mox/program/StagePlan.h"
+
+#include "mox/Text.h"
+#include "mox/program/CopyProof.h"
+
+#include <algorithm>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+constexpr std::size_t nobody = static_cast<std::size_t>(-1);
+
+/// The stage in which a node must run, or Automatic.
+ShaderLevel LevelOf(const ShaderNode& node)
+{
+    switch (node.Kind) {
+    case ShaderNodeKind::Function:
+        return node.Level == ShaderLevel::Vertex || node.Level == ShaderLevel::Fragment
+                   ? node.Level
+                   : ShaderLevel::Automatic;
+    case ShaderNodeKind::VaryingParameter:
+    case ShaderNodeKind::InterpolantParameter:
+        return ShaderLevel::Vertex;
+    case ShaderNodeKind::CgRegisterParameter:
+        return static_cast<ShaderLevel>(GetRegisterInfo(node.Register.Type).Level);
+    case ShaderNodeKind::UniformParameter:
+    case ShaderNodeKind::InterfaceParameter:
+        break;
+    }
+    return ShaderLevel::Automatic;
+}
+
+} // namespace
+
+StagePlan::StagePlan(const ProgramGraph& graph, const ShaderOrigins& origins, Copies copies,
+                     ProblemList& problems)
+    : _graph(graph), _origins(origins), _problems(problems), _inVertex(graph.Nodes().size()),
+      _inFragment(graph.Nodes().size()), _vertexReader(graph.Nodes().size(), nobody)
+{
+    // From the last node to the first: whoever reads a node is settled before it.
+    for (std::size_t i = graph.Nodes().size(); i-- > 0;) {
+        const ProgramNode& node = graph.Nodes()[i];
+        const ShaderLevel level = LevelOf(*node.Shader);
+        if (node.Inputs.empty() && node.Shader->Kind != ShaderNodeKind::Function)
+            continue; // a parameter reads nothing
+        if (level == ShaderLevel::Vertex)
+            _inVertex[i] = true;
+        else if (level == ShaderLevel::Fragment)
+            _inFragment[i] = true;
+        const bool isHandedOn = level == ShaderLevel::Automatic && _inVertex[i] && _inFragment[i] &&
+                                copies == Copies::HandedOn && IsMereCopy(*node.Shader);
+        if (isHandedOn) {
+            _inFragment[i] = false;
+            const auto end = _wanted.lower_bound({i + 1, 0});
+            _crossing.insert(_wanted.lower_bound({i, 0}), end);
+        }
+        for (const ProgramValue& input : node.Inputs) {
+            if (_inVertex[i])
+                NeedInVertex(input, i);
+            if (_inFragment[i])
+                NeedInFragment(input);
+        }
+    }
+}
+
+ProgramValue StagePlan::SourceOf(ProgramValue value) const
+{
+    while (_graph.Nodes()[value.Node].Shader->Kind == ShaderNodeKind::InterpolantParameter)
+        value = _graph.Nodes()[value.Node].Inputs.front();
+    return value;
+}
+
+void StagePlan::NeedInVertex(const ProgramValue& value, std::size_t reader)
+{
+    if (_inVertex[value.Node])
+        return;
+    _inVertex[value.Node] = true;
+    _vertexReader[value.Node] = reader;
+    if (LevelOf(*_graph.Nodes()[value.Node].Shader) == ShaderLevel::Fragment)
+        ReportConflict(value.Node);
+}
+
+void StagePlan::NeedInFragment(const ProgramValue& value)
+{
+    if (LevelOf(*_graph.Nodes()[value.Node].Shader) == ShaderLevel::Vertex) {
+        const ProgramValue source = SourceOf(value);
+        _inVertex[source.Node] = true;
+        _crossing.insert(source);
+        return;
+    }
+    _inFragment[value.Node] = true;
+    _wanted.insert(value);
+}
+
+void StagePlan::ReportConflict(std::size_t node)
+{
+    const auto nameOf = [&](std::size_t i) {
+        const ShaderNode& shader = *_graph.Nodes()[i].Shader;
+        const std::string& origin = _origins.Of(shader).Node;
+        return origin.empty() ? shader.Describe() : Compose("node \"", origin, "\"");
+    };
+    std::string path = nameOf(node);
+    for (std::size_t i = _vertexReader[node]; i != nobody; i = _vertexReader[i]) {
+        if (!path.ends_with(nameOf(i)))
+            path += " -> " + nameOf(i);
+    }
+    const ShaderNode& shader = *_graph.Nodes()[node].Shader;
+    _problems.Fail("stage-conflict", PlaceOf(shader, _origins),
+                   Compose(shader.Describe(),
+                           " runs per fragment, but its result is needed per vertex: ", path));
+}
+
+} // namespace Mox::Host

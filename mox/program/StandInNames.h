@@ -1,0 +1,33 @@
+#pragma once
+
+#include "mox/host/MaterialGraph.h"
+
+#include <boost/noncopyable.hpp>
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Mox::Host {
+
+/// While it lives, nodes whose binding names are no Cg names bear stand-ins that are, since a node
+/// refuses to make a parameter of such a name. No two names share a stand-in.
+class StandInNames : private boost::noncopyable
+{
+public:
+    explicit StandInNames(const MaterialGraph& graph);
+    ~StandInNames();
+
+    /// From a stand-in to the name that it stands for.
+    const std::map<std::string, std::string>& Originals() const { return _originals; }
+
+    /// A message of a node with the names that its author knows.
+    std::string Translate(std::string message) const;
+
+private:
+    std::map<std::string, std::string> _originals;
+    std::vector<std::pair<boost::shared_ptr<Materials::GuiNode>, std::string>> _renamed;
+};
+
+} // namespace Mox::Host

@@ -1,0 +1,65 @@
+#include "plugins/surface/SurfaceSourceNode.h"
+
+#include "mox/shader/ShaderGraphGenerator.h"
+#include "plugins/surface/icons/SurfaceFacingRatio.xpm"
+#include "plugins/surface/icons/SurfaceFrame.xpm"
+#include "plugins/surface/icons/SurfaceTime.xpm"
+#include "plugins/surface/icons/SurfaceViewDirection.xpm"
+#include "plugins/surface/icons/SurfaceWorldNormal.xpm"
+#include "plugins/surface/icons/SurfaceWorldPosition.xpm"
+
+using namespace Mox::Materials;
+
+namespace {
+
+constexpr auto f = ComponentType::Float;
+
+// Directions have unit length. The facing ratio is the cosine between normal and view direction: 1
+// where the surface faces the eye, 0 at its outline.
+// clang-format off
+constexpr SurfaceSource sources[] = {
+    {"SurfaceFacingRatio", "Facing Ratio", SurfaceFacingRatio_xpm,
+     "facingRatio", {"read", "facing", 1, f}},
+    {"SurfaceTime", "Time", SurfaceTime_xpm,
+     "time", {"read", "seconds", 1, f}},
+    {"SurfaceFrame", "Frame Number", SurfaceFrame_xpm,
+     "frame", {"read", "frame", 1, f}},
+    {"SurfaceWorldPosition", "World Position", SurfaceWorldPosition_xpm,
+     "worldPosition", {"read", "position", 3, f}},
+    {"SurfaceWorldNormal", "World Normal", SurfaceWorldNormal_xpm,
+     "worldNormal", {"read", "normal", 3, f}},
+    {"SurfaceViewDirection", "View Direction", SurfaceViewDirection_xpm,
+     "viewDirection", {"read", "to eye", 3, f}},
+};
+// clang-format on
+
+constexpr std::int32_t flags = 0;
+
+} // namespace
+
+std::span<const SurfaceSource> SurfaceSourceNode::Sources()
+{
+    return sources;
+}
+
+SurfaceSourceNode::SurfaceSourceNode(const SurfaceSource& source)
+    : GuiNode(source.TypeName), _source(source)
+{
+    SetName(source.Label);
+    SetBackgroundColour(0.6f, 0.9f, 0.9f);
+    Name->Visible = false;
+
+    AppendPort(OutputPorts, source.Output);
+}
+
+void SurfaceSourceNode::GenerateShader(ShaderGraphGenerator& generator)
+{
+    const ShaderType type = GetOutputPort(_source.Output.Name).GetShaderType();
+    // A provider enters its parameter in the graph when asked, so that this node's own folds into
+    // it.
+    generator.Graph->GetInterfaceNode(_source.Parameter, flags, type);
+    const ShaderNodeHandle parameter =
+        ShaderNode::CreateInterfaceParameter(_source.Parameter, flags, type);
+    generator.AddNode(parameter);
+    RegisterEdges(generator, parameter);
+}

@@ -1,0 +1,123 @@
+#include "mox/host/Icon.h"
+#include "mox/host/Plugin.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+
+using namespace Mox;
+
+namespace {
+
+constexpr std::size_t side = 32;
+
+struct ExpectedIcon
+{
+    std::size_t Colours; ///< with the transparent one
+    std::size_t KeyLength;
+    std::string Base; ///< the colour that follows the transparent one
+};
+
+const std::map<std::string, ExpectedIcon> expectedIcons = {
+    {"CoreVertexColour", {443, 2, "#FDCFFD"}},
+    {"CoreUv", {233, 2, "#CFCFFC"}},
+    {"CoreTexture", {632, 2, "#EEF48F"}},
+    {"CoreConstant", {129, 2, "#CDF5CD"}},
+    {"CoreMaths", {265, 2, "#F59090"}},
+    {"CoreSwizzle", {230, 2, "#9090F5"}},
+    {"CoreLayerBlend", {12, 1, "#71B631"}},
+    {"CoreAnimatedUv", {258, 2, "#C1ACB7"}},
+    {"Surface", {240, 2, "#FFB24D"}},
+    {"SurfaceFacingRatio", {200, 2, "#99E6E6"}},
+    {"SurfaceTime", {160, 2, "#99E6E6"}},
+    {"SurfaceFrame", {160, 2, "#99E6E6"}},
+    {"SurfaceWorldPosition", {200, 2, "#99E6E6"}},
+    {"SurfaceWorldNormal", {200, 2, "#99E6E6"}},
+    {"SurfaceViewDirection", {200, 2, "#99E6E6"}},
+};
+
+bool IsUpperCaseColour(std::string_view text)
+{
+    return text.size() == 7 && text[0] == '#' &&
+           text.find_first_not_of("0123456789ABCDEF", 1) == text.npos;
+}
+
+std::array<std::uint8_t, 4> Rgba(std::string_view colour)
+{
+    std::array<std::uint8_t, 4> channels{};
+    if (colour == "None")
+        return channels;
+    for (std::size_t i = 0; i < 3; ++i) {
+        const char* digits = colour.data() + 1 + 2 * i;
+        std::from_chars(digits, digits + 2, channels[i], 16);
+    }
+    channels[3] = 255;
+    return channels;
+}
+
+void CheckIcon(const char* const* table, const ExpectedIcon& expected)
+{
+    const std::size_t keyLength = expected.KeyLength;
+    ASSERT_EQ(std::string(table[0]),
+              "32 32 " + std::to_string(expected.Colours) + " " + std::to_string(keyLength));
+
+    std::map<std::string_view, std::string_view> colours;
+    std::set<std::string_view> distinct;
+    for (std::size_t i = 0; i < expected.Colours; ++i) {
+        const std::string_view text = table[1 + i];
+        ASSERT_GT(text.size(), keyLength + 3) << text;
+        const std::string_view key = text.substr(0, keyLength);
+        const std::string_view colour = text.substr(keyLength + 3);
+        EXPECT_EQ(text.substr(keyLength, 3), "\tc ");
+        EXPECT_TRUE(i == 0 ? colour == "None" : IsUpperCaseColour(colour)) << text;
+        EXPECT_EQ(i == 0, key.find_first_not_of(' ') == key.npos) << text;
+        EXPECT_TRUE(colours.emplace(key, colour).second) << "key twice: " << text;
+        EXPECT_TRUE(distinct.insert(colour).second) << "colour twice: " << text;
+    }
+    EXPECT_EQ(std::string_view(table[2]).substr(keyLength + 3), expected.Base);
+
+    const Host::Icon icon = Host::DecodeXpm(table);
+    ASSERT_EQ(icon.Width, side);
+    ASSERT_EQ(icon.Height, side);
+    ASSERT_EQ(icon.Pixels.size(), side * side * 4);
+    std::set<std::string_view> used;
+    for (std::size_t y = 0; y < side; ++y) {
+        const std::string_view row = table[1 + expected.Colours + y];
+        ASSERT_EQ(row.size(), side * keyLength) << "row " << y;
+        for (std::size_t x = 0; x < side; ++x) {
+            const auto found = colours.find(row.substr(x * keyLength, keyLength));
+            ASSERT_NE(found, colours.end()) << "row " << y << ", column " << x;
+            used.insert(found->first);
+            const auto rgba = Rgba(found->second);
+            EXPECT_TRUE(std::equal(rgba.begin(), rgba.end(), &icon.Pixels[(y * side + x) * 4]))
+                << "row " << y << ", column " << x;
+        }
+    }
+    EXPECT_EQ(used.size(), expected.Colours);
+}
+
+TEST(Icons, EveryTableIsWellFormedAndDecodes)
+{
+    std::size_t iconCount = 0;
+    for (const char* file : {MOX_CORE_PLUGIN, MOX_SURFACE_PLUGIN}) {
+        const Host::Plugin plugin(file);
+        for (const auto& row : plugin.Descriptions()) {
+            SCOPED_TRACE(row.TypeName);
+            const auto expected = expectedIcons.find(row.TypeName);
+            ASSERT_EQ(row.Icon != nullptr, expected != expectedIcons.end());
+            if (!row.Icon)
+                continue;
+            ++iconCount;
+            CheckIcon(row.Icon, expected->second);
+        }
+    }
+    EXPECT_EQ(iconCount, expectedIcons.size());
+}
+
+} // namespace
