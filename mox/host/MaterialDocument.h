@@ -21,7 +21,7 @@ struct DocumentProperty
     Materials::GuiPropertyKind Kind = Materials::GuiPropertyKind::Bool;
     std::string Value;
     int Line = 0;
-    DocumentComments Comments; ///< in front of the property
+    DocumentComments Comments = {}; ///< in front of the property
 };
 
 struct DocumentNode
@@ -31,8 +31,8 @@ struct DocumentNode
     std::int32_t Version = 0; ///< of the stored set of properties
     std::vector<DocumentProperty> Properties;
     int Line = 0;
-    DocumentComments Comments;     ///< in front of the node
-    DocumentComments LastComments; ///< behind its last property
+    DocumentComments Comments = {};     ///< in front of the node
+    DocumentComments LastComments = {}; ///< behind its last property
 };
 
 /// Ends are node ids and Cg names of ports.
@@ -43,7 +43,7 @@ struct DocumentEdge
     std::string Head;
     std::string HeadPort;
     int Line = 0;
-    DocumentComments Comments; ///< in front of the edge
+    DocumentComments Comments = {}; ///< in front of the edge
 };
 
 /// A named value of the material as a whole, as text.
@@ -61,7 +61,7 @@ struct DocumentBinding
     std::string Tag;                   ///< name of the binding
     std::vector<DocumentValue> Values; ///< attributes of the binding's XML form
     int Line = 0;
-    DocumentComments Comments; ///< in front of the binding
+    DocumentComments Comments = {}; ///< in front of the binding
 };
 
 /// Comments of one of the parts of a document.
@@ -69,6 +69,17 @@ struct SectionComments
 {
     DocumentComments Before; ///< in front of the part
     DocumentComments Last;   ///< behind all that it holds
+};
+
+/// Comments that stand with no node, edge or binding.
+struct MaterialComments
+{
+    SectionComments Document;
+    DocumentComments Description; ///< in front of it
+    DocumentComments RenderState; ///< in front of it
+    SectionComments Nodes;
+    SectionComments Edges;
+    SectionComments Bindings;
 };
 
 /// A material as it stands in a file, without any knowledge of node types.
@@ -80,13 +91,7 @@ struct MaterialDocument
     std::vector<DocumentNode> Nodes;
     std::vector<DocumentEdge> Edges;
     std::vector<DocumentBinding> Bindings;
-
-    SectionComments Comments;             ///< of the document as a whole
-    DocumentComments DescriptionComments; ///< in front of it
-    DocumentComments RenderStateComments; ///< in front of it
-    SectionComments NodesComments;
-    SectionComments EdgesComments;
-    SectionComments BindingsComments;
+    MaterialComments Comments;
 };
 
 /// Reads a material document. It opens no other file and no network connection, and refuses

@@ -55,7 +55,7 @@ MaterialReader::MaterialReader(const std::string& file, ProblemList& problems)
 MaterialDocument MaterialReader::Read(std::string_view text)
 {
     _parser.Parse(text);
-    Append(_document.Comments.Last, std::move(_comments));
+    Append(_document.Comments.Document.Last, std::move(_comments));
     return std::move(_document);
 }
 
@@ -155,6 +155,8 @@ void MaterialReader::CheckAttributes(const ElementRule& rule, const XmlElement& 
                                        : element.PlaceOf(problem.Attribute, _document.File),
              _property ? Compose("property ", Excerpt(_property->Name), ": ", problem.Message)
                        : problem.Message);
+        if (problem.Attribute == "value")
+            _property.reset();
     }
 }
 
@@ -196,8 +198,9 @@ void MaterialReader::StartNode(const XmlElement& element)
     if (const std::string* version = FindAttribute(element, "version"))
         _node->Version = ParseInteger(*version).value_or(0);
     const auto [other, isNew] = _lineOfId.emplace(*id, element.Line);
-    if (!isNew) {
-        Fail("duplicate-id", element.PlaceOf("id", _document.File),
+    _isDoubled = !isNew;
+    if (_isDoubled) {
+        Fail("doubled-id", element.PlaceOf("id", _document.File),
              Compose("the node on line ", other->second, " has this id already"));
     }
 }
@@ -235,7 +238,7 @@ void MaterialReader::StartBinding(const XmlElement& element)
     }
     const auto [other, isNew] = _lineOfBinding.emplace(std::pair(*stream, *tag), element.Line);
     if (!isNew) {
-        Fail("duplicate-binding", element.PlaceOf("tag", _document.File),
+        Fail("doubled-binding", element.PlaceOf("tag", _document.File),
              Compose("the binding on line ", other->second, " has this stream and tag already"));
     }
 }
@@ -253,6 +256,8 @@ void MaterialReader::EndRecord(const std::string& name, SectionComments comments
             _node->Comments = std::move(comments.Before);
             _node->LastComments = std::move(comments.Last);
         }
+        if (_isDoubled)
+            _node.reset();
         MoveInto(_document.Nodes, _node);
     } else if (name == "edge") {
         if (_edge)
@@ -263,17 +268,17 @@ void MaterialReader::EndRecord(const std::string& name, SectionComments comments
             _binding->Comments = Flatten(std::move(comments));
         MoveInto(_document.Bindings, _binding);
     } else if (name == "description") {
-        _document.DescriptionComments = Flatten(std::move(comments));
+        _document.Comments.Description = Flatten(std::move(comments));
     } else if (name == "renderState") {
-        _document.RenderStateComments = Flatten(std::move(comments));
+        _document.Comments.RenderState = Flatten(std::move(comments));
     } else if (name == "nodes") {
-        _document.NodesComments = std::move(comments);
+        _document.Comments.Nodes = std::move(comments);
     } else if (name == "edges") {
-        _document.EdgesComments = std::move(comments);
+        _document.Comments.Edges = std::move(comments);
     } else if (name == "bindings") {
-        _document.BindingsComments = std::move(comments);
+        _document.Comments.Bindings = std::move(comments);
     } else {
-        _document.Comments = std::move(comments);
+        _document.Comments.Document = std::move(comments);
     }
 }
 

@@ -66,6 +66,7 @@ private:
     std::vector<OpenElement> _open;
     DocumentComments _comments; ///< since the last tag
     std::optional<DocumentNode> _node;
+    bool _isDoubled = false; ///< the node has the id of another one and is left out
     std::optional<DocumentProperty> _property;
     std::optional<DocumentEdge> _edge;
     std::optional<DocumentBinding> _binding;

@@ -15,36 +15,36 @@ MaterialWriter::MaterialWriter(const std::string& file) : _place{file, 0, {}, {}
 void MaterialWriter::WriteDocument(const MaterialDocument& document)
 {
     _writer.StartDocument();
-    WriteComments(document.Comments.Before);
+    WriteComments(document.Comments.Document.Before);
     const ElementRule& root = _schema.Root();
     _writer.StartElement(root.Name);
     WriteAttribute("version", root.FindAttribute("version")->Value.Words().front());
-    WriteValues("description", document.Description, document.DescriptionComments);
-    WriteValues("renderState", document.RenderState, document.RenderStateComments);
+    WriteValues("description", document.Description, document.Comments.Description);
+    WriteValues("renderState", document.RenderState, document.Comments.RenderState);
 
-    WriteComments(document.NodesComments.Before);
+    WriteComments(document.Comments.Nodes.Before);
     _writer.StartElement("nodes");
     for (const DocumentNode& node : document.Nodes)
         WriteNode(node);
-    WriteComments(document.NodesComments.Last);
+    WriteComments(document.Comments.Nodes.Last);
     _writer.EndElement();
 
-    WriteComments(document.EdgesComments.Before);
+    WriteComments(document.Comments.Edges.Before);
     _writer.StartElement("edges");
     for (const DocumentEdge& edge : document.Edges)
         WriteEdge(edge);
-    WriteComments(document.EdgesComments.Last);
+    WriteComments(document.Comments.Edges.Last);
     _writer.EndElement();
 
-    WriteComments(document.BindingsComments.Before);
-    if (!document.Bindings.empty() || !document.BindingsComments.Last.empty()) {
+    WriteComments(document.Comments.Bindings.Before);
+    if (!document.Bindings.empty() || !document.Comments.Bindings.Last.empty()) {
         _writer.StartElement("bindings");
         for (const DocumentBinding& binding : document.Bindings)
             WriteBinding(binding);
-        WriteComments(document.BindingsComments.Last);
+        WriteComments(document.Comments.Bindings.Last);
         _writer.EndElement();
     }
-    WriteComments(document.Comments.Last);
+    WriteComments(document.Comments.Document.Last);
     _writer.EndElement();
 }
 
