@@ -96,9 +96,8 @@ struct MaterialDocument
 
 /// Reads a material document. It opens no other file and no network connection, and refuses
 /// document type declarations, and with them entities.
-/// @throws HostError if the file cannot be read, is not well-formed or does not follow the schema
-/// of
-///         material documents: the first error, with its line
+/// @throws HostError for the first error: the file cannot be read, is not well-formed or does not
+///         follow the schema of material documents
 MaterialDocument ReadMaterialDocument(const std::filesystem::path& file);
 
 /// The same for callers that want to know all that is wrong.

@@ -54,7 +54,12 @@ MaterialReader::MaterialReader(const std::string& file, ProblemList& problems)
 
 MaterialDocument MaterialReader::Read(std::string_view text)
 {
-    _parser.Parse(text);
+    if (!_parser.Parse(text)) {
+        // Of a part nobody can say what is missing in it.
+        MaterialDocument nothing;
+        nothing.File = _document.File;
+        return nothing;
+    }
     Append(_document.Comments.Document.Last, std::move(_comments));
     return std::move(_document);
 }

@@ -134,7 +134,7 @@ XmlParser::XmlParser(std::string file, XmlHandler& handler, ProblemList& problem
     : _file(std::move(file)), _handler(handler), _problems(problems)
 {}
 
-void XmlParser::Parse(std::string_view text)
+bool XmlParser::Parse(std::string_view text)
 {
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     if (text.substr(0, byteOrderMark.size()) == byteOrderMark)
@@ -173,6 +173,7 @@ void XmlParser::Parse(std::string_view text)
     _context = nullptr;
     if (_failure)
         std::rethrow_exception(std::exchange(_failure, nullptr));
+    return !_isStopped;
 }
 
 void XmlParser::Stop()
@@ -305,11 +306,13 @@ XmlElement XmlParser::DescribeElement(xmlNodePtr node, std::size_t end) const
     return element;
 }
 
-void XmlParser::Fail(const std::string& rule, int line, int column, const std::string& message)
+/// @returns false, for callers that give up
+bool XmlParser::Fail(const std::string& rule, int line, int column, const std::string& message)
 {
     _problems.Fail(rule, {_file, line, {}, {}, column}, message);
     if (_context)
         Stop();
+    return false;
 }
 
 void XmlParser::FailEncoding(std::string_view encoding)

@@ -57,7 +57,8 @@ public:
 
     /// Parses to the end or to the first error in the form of the text. What the handler throws
     /// passes through.
-    void Parse(std::string_view text);
+    /// @returns whether it came to the end
+    bool Parse(std::string_view text);
 
     /// Ends parsing; to be called by the handler.
     void Stop();
@@ -80,7 +81,7 @@ private:
     static void Guard(void* context, Action action);
 
     XmlElement DescribeElement(xmlNodePtr node, std::size_t end) const;
-    void Fail(const std::string& rule, int line, int column, const std::string& message);
+    bool Fail(const std::string& rule, int line, int column, const std::string& message);
     void FailEncoding(std::string_view encoding);
     void FailHere(const std::string& rule, const std::string& message);
 
