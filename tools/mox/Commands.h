@@ -14,6 +14,7 @@ struct CommonOptions
 void AddBindingsCommand(CLI::App& program, const CommonOptions& common);
 void AddCatalogueCommand(CLI::App& program, const CommonOptions& common);
 void AddExportCommand(CLI::App& program, const CommonOptions& common);
+void AddGraphCommand(CLI::App& program, const CommonOptions& common);
 void AddNewCommand(CLI::App& program, const CommonOptions& common);
 
 } // namespace Mox::Tool

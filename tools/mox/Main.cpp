@@ -21,9 +21,14 @@ int main(int argc, char** argv)
     Mox::Tool::AddCatalogueCommand(program, common);
     Mox::Tool::AddExportCommand(program, common);
     Mox::Tool::AddBindingsCommand(program, common);
+#ifdef MOX_BUILD_PICTURES
+    Mox::Tool::AddGraphCommand(program, common);
+#endif
     Mox::Tool::AddNewCommand(program, common);
     try {
         program.parse(argc, argv);
+    } catch (const CLI::RuntimeError& error) {
+        return error.get_exit_code();
     } catch (const CLI::ParseError& error) {
         return program.exit(error) == 0 ? 0 : usageStatus;
     } catch (const std::exception& error) {

@@ -1,0 +1,157 @@
+#include "mox/pictures/DotText.h"
+
+#include "mox/Text.h"
+
+#include <libxml/parserInternals.h>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+constexpr std::string_view replacement = "\xEF\xBF\xBD";
+
+/// Length in bytes of the character that text starts with, or 0 if no picture can show it.
+std::size_t CharacterLength(std::string_view text)
+{
+    // The reader of single characters wants to see a few bytes behind the end, as zeros.
+    const std::string head(text.substr(0, 4));
+    int length = static_cast<int>(head.size());
+    const int character =
+        xmlGetUTF8Char(reinterpret_cast<const unsigned char*>(head.c_str()), &length);
+    constexpr int firstPrintable = 0x20;
+    constexpr int deleteCharacter = 0x7f;
+    constexpr int lastControl = 0x9f;
+    const bool isControl =
+        character < firstPrintable || (character >= deleteCharacter && character <= lastControl);
+    return isControl || !IS_CHAR(character) ? 0 : static_cast<std::size_t>(length);
+}
+
+/// Calls take with each character, cleaned; a line end, however it is written, is "\n".
+template <class Take>
+void ForEachCharacter(std::string_view text, Take take)
+{
+    while (!text.empty()) {
+        const bool isLineEnd = text.front() == '\n' || text.front() == '\r';
+        const std::size_t length =
+            isLineEnd ? (text.starts_with("\r\n") ? 2 : 1) : CharacterLength(text);
+        if (isLineEnd)
+            take(std::string_view("\n"));
+        else if (text.front() == '\t')
+            take(std::string_view(" "));
+        else
+            take(length == 0 ? replacement : text.substr(0, length));
+        text.remove_prefix(length == 0 ? 1 : length);
+    }
+}
+
+std::string EscapeTags(std::string_view text)
+{
+    std::string escaped;
+    for (const char c : text) {
+        switch (c) {
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '>':
+            escaped += "&gt;";
+            break;
+        case '"':
+            escaped += "&quot;";
+            break;
+        case '\n':
+            escaped += "&#10;";
+            break;
+        default:
+            escaped += c;
+        }
+    }
+    return escaped;
+}
+
+/// Printable text whose backslashes, which start escape sequences everywhere, mean themselves.
+std::string Clean(std::string_view text, bool keepsLines)
+{
+    std::string cleaned;
+    ForEachCharacter(text, [&](std::string_view character) {
+        if (character == "\\")
+            cleaned += "\\\\";
+        else
+            cleaned += character == "\n" && !keepsLines ? " " : character;
+    });
+    return cleaned;
+}
+
+} // namespace
+
+std::string QuoteDot(std::string_view text)
+{
+    return Compose("\"", EscapeTags(Clean(text, true)), "\"");
+}
+
+std::string EscapeLabel(std::string_view text)
+{
+    return EscapeTags(Clean(text, false));
+}
+
+std::string EscapeTooltip(std::string_view text)
+{
+    // Entities are looked for again when the picture is written.
+    return EscapeTags(EscapeTags(Clean(text, true)));
+}
+
+std::string Shorten(std::string_view text, std::size_t maxLength)
+{
+    std::string shortened;
+    std::size_t lastStart = 0;
+    std::size_t length = 0;
+    ForEachCharacter(text, [&](std::string_view character) {
+        if (++length > maxLength)
+            return;
+        lastStart = shortened.size();
+        shortened += character;
+    });
+    return length <= maxLength ? shortened : shortened.substr(0, lastStart) + "…";
+}
+
+std::string WrapLabel(std::string_view text, std::size_t lineLength)
+{
+    constexpr std::string_view lineEnd = "<BR ALIGN=\"LEFT\"/>";
+    std::string lines;
+    std::string line;
+    std::string word;
+    std::size_t lineSize = 0;
+    std::size_t wordSize = 0;
+    const auto endLine = [&] {
+        lines += Compose(EscapeLabel(line), lineEnd);
+        line.clear();
+        lineSize = 0;
+    };
+    const auto endWord = [&] {
+        if (lineSize > 0 && lineSize + 1 + wordSize > lineLength)
+            endLine();
+        line += (lineSize > 0 ? " " : "") + word;
+        lineSize += wordSize + (lineSize > 0 ? 1 : 0);
+        word.clear();
+        wordSize = 0;
+    };
+    ForEachCharacter(text, [&](std::string_view character) {
+        if (character == " " || character == "\n") {
+            endWord();
+            return;
+        }
+        if (wordSize == lineLength)
+            endWord();
+        word += character;
+        ++wordSize;
+    });
+    endWord();
+    endLine();
+    return lines;
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,59 @@
+#include "mox/pictures/ProblemMarks.h"
+
+namespace Mox::Host {
+
+namespace {
+
+/// The mark under a key, or one without a problem.
+template <class Marks>
+const ProblemMark& Find(const Marks& marks, const typename Marks::key_type& key)
+{
+    static const ProblemMark none;
+    const auto mark = marks.find(key);
+    return mark == marks.end() ? none : mark->second;
+}
+
+} // namespace
+
+void ProblemMark::Add(Severity level, const std::string& message)
+{
+    if (!IsProblem || level == Severity::Error)
+        Level = level;
+    IsProblem = true;
+    Text += (Text.empty() ? "" : "\n") + message;
+}
+
+ProblemMarks::ProblemMarks(const ProblemList& problems)
+{
+    for (const Problem& problem : problems.Problems()) {
+        const Place& where = problem.Where;
+        // The file is known, and its lines are not in the picture.
+        const Place port{{}, 0, {}, where.Port};
+        _nodes[where.Node].Add(problem.Level, port.Format() + problem.Message);
+        if (!where.Port.empty())
+            _ports[{where.Node, where.Port}].Add(problem.Level, problem.Message);
+    }
+}
+
+const ProblemMark& ProblemMarks::OfNode(const std::string& id) const
+{
+    return Find(_nodes, id);
+}
+
+const ProblemMark& ProblemMarks::OfPort(const std::string& id, const std::string& port) const
+{
+    return Find(_ports, {id, port});
+}
+
+ProblemMark ProblemMarks::Elsewhere(const std::unordered_set<std::string>& drawnIds) const
+{
+    ProblemMark all;
+    for (const auto& [id, mark] : _nodes) {
+        const Place where{{}, 0, id, {}};
+        if (!drawnIds.contains(id))
+            all.Add(mark.Level, where.Format() + mark.Text);
+    }
+    return all;
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,117 @@
+#include "Commands.h"
+#include "LoadPlugins.h"
+#include "mox/Text.h"
+#include "mox/host/GraphResolver.h"
+#include "mox/host/MaterialLoader.h"
+#include "mox/pictures/Graphviz.h"
+#include "mox/pictures/MaterialPicture.h"
+#include "mox/pictures/ShaderPicture.h"
+#include "mox/program/MaterialProgram.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+
+namespace Mox::Tool {
+
+namespace {
+
+struct GraphOptions
+{
+    std::string File;
+    std::string Output; ///< empty for standard output
+    std::string Format; ///< empty for that of the output's name
+    bool IsShader = false;
+};
+
+/// The word for a format.
+std::string FormatOf(const GraphOptions& options)
+{
+    if (!options.Format.empty())
+        return options.Format;
+    if (options.Output.empty())
+        return "dot";
+    const std::string extension = std::filesystem::path(options.Output).extension();
+    for (const char* format : {"svg", "png", "dot"}) {
+        if (extension == std::string(".") + format)
+            return format;
+    }
+    throw Host::HostError({options.Output, 0, {}, {}},
+                          "the name says no format; it must end in .svg, .png or .dot, unless "
+                          "--format is given");
+}
+
+/// Images are left out of text: it could only name files that are not there.
+Host::Picture Draw(const GraphOptions& options, bool withImages, const CommonOptions& common,
+                   Host::ProblemList& problems)
+{
+    const Host::PluginSet plugins = LoadPlugins(common);
+    const Host::MaterialGraph graph =
+        Host::LoadMaterial(Host::ReadMaterialDocument(options.File), plugins);
+    try {
+        Host::ResolveGraph(graph);
+    } catch (const Host::HostError& error) {
+        problems.Fail("not-resolved", error);
+    }
+    if (!options.IsShader) {
+        return Host::DrawMaterial(graph, problems,
+                                  withImages ? Host::IconsOfNodes(graph, plugins)
+                                             : std::map<std::string, Host::Icon>());
+    }
+    const Host::Environment environment = Host::ReadEnvironment(Host::DefaultEnvironmentFolder());
+    Host::GeneratedShader shader;
+    Host::CompleteShader(graph, environment, shader, problems);
+    return Host::DrawShader(shader, problems);
+}
+
+void Write(const std::string& bytes, const std::string& output)
+{
+    if (output.empty()) {
+        std::cout << bytes;
+        return;
+    }
+    std::ofstream stream(output, std::ios::binary);
+    stream << bytes;
+    stream.close();
+    if (!stream)
+        throw Host::HostError({output, 0, {}, {}}, "cannot be written");
+}
+
+void PrintGraph(const GraphOptions& options, const CommonOptions& common)
+{
+    const std::string format = FormatOf(options);
+    Host::ProblemList problems;
+    const Host::Picture picture = Draw(options, format != "dot", common, problems);
+    for (const Host::Problem& problem : problems.Problems())
+        std::cerr << "mox: " << problem.Format() << '\n';
+    if (format == "dot") {
+        Write(picture.Dot, options.Output);
+    } else {
+        Write(Host::RenderPicture(picture, format == "svg" ? Host::PictureFormat::Svg
+                                                           : Host::PictureFormat::Png),
+              options.Output);
+    }
+    if (problems.HasErrors())
+        throw CLI::RuntimeError(1);
+}
+
+} // namespace
+
+void AddGraphCommand(CLI::App& program, const CommonOptions& common)
+{
+    auto* command =
+        program.add_subcommand("graph", "Draw the graph of a material, wrong parts in red");
+    auto options = std::make_shared<GraphOptions>();
+    command->add_option("FILE", options->File, "Material document")->required();
+    command->add_option("-o,--output", options->Output,
+                        "Picture file; without it the picture goes to standard output");
+    command
+        ->add_option("--format", options->Format,
+                     "svg, png or dot; that of the file's name otherwise, dot without a file")
+        ->check(CLI::IsMember({"svg", "png", "dot"}));
+    command->add_flag("--shader", options->IsShader,
+                      "Draw the finished shader graph with its stages");
+    command->callback([=, &common] { PrintGraph(*options, common); });
+}
+
+} // namespace Mox::Tool
