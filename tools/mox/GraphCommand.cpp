@@ -1,6 +1,8 @@
 #include "Commands.h"
 #include "LoadPlugins.h"
+#include "ProblemMessage.h"
 #include "mox/Text.h"
+#include "mox/host/AtomicFile.h"
 #include "mox/host/GraphResolver.h"
 #include "mox/host/MaterialLoader.h"
 #include "mox/pictures/Graphviz.h"
@@ -9,12 +11,24 @@
 #include "mox/program/MaterialProgram.h"
 
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 
 namespace Mox::Tool {
 
 namespace {
+
+constexpr const char* footer =
+    R"(A material with errors is drawn as far as it goes. What is wrong is red, and
+amber where it is only a warning.
+
+Examples:
+  mox graph rim.xml -o rim.svg
+      Draw the nodes and edges of a material, with the types at the ports.
+  mox graph rim.xml --shader -o rim.png
+      Draw the functions that it becomes, in the stages in which they run.
+  mox graph rim.xml | dot -Tpdf -o rim.pdf
+      Have it drawn in any other format of Graphviz, without icons.
+)";
 
 struct GraphOptions
 {
@@ -46,13 +60,10 @@ Host::Picture Draw(const GraphOptions& options, bool withImages, const CommonOpt
                    Host::ProblemList& problems)
 {
     const Host::PluginSet plugins = LoadPlugins(common);
-    const Host::MaterialGraph graph =
-        Host::LoadMaterial(Host::ReadMaterialDocument(options.File), plugins);
-    try {
-        Host::ResolveGraph(graph);
-    } catch (const Host::HostError& error) {
-        problems.Fail("not-resolved", error);
-    }
+    Host::MaterialGraph graph =
+        Host::LoadMaterial(Host::ReadMaterialDocument(options.File), plugins, problems);
+    Host::ResolveGraph(graph, problems);
+    Host::ReportCountConflicts(graph, problems);
     if (!options.IsShader) {
         return Host::DrawMaterial(graph, problems,
                                   withImages ? Host::IconsOfNodes(graph, plugins)
@@ -66,15 +77,10 @@ Host::Picture Draw(const GraphOptions& options, bool withImages, const CommonOpt
 
 void Write(const std::string& bytes, const std::string& output)
 {
-    if (output.empty()) {
+    if (output.empty())
         std::cout << bytes;
-        return;
-    }
-    std::ofstream stream(output, std::ios::binary);
-    stream << bytes;
-    stream.close();
-    if (!stream)
-        throw Host::HostError({output, 0, {}, {}}, "cannot be written");
+    else
+        Host::WriteIfChanged(output, bytes);
 }
 
 void PrintGraph(const GraphOptions& options, const CommonOptions& common)
@@ -83,7 +89,7 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
     Host::ProblemList problems;
     const Host::Picture picture = Draw(options, format != "dot", common, problems);
     for (const Host::Problem& problem : problems.Problems())
-        std::cerr << "mox: " << problem.Format() << '\n';
+        std::cerr << FormatMessage(problem) << '\n';
     if (format == "dot") {
         Write(picture.Dot, options.Output);
     } else {
@@ -92,7 +98,7 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
               options.Output);
     }
     if (problems.HasErrors())
-        throw CLI::RuntimeError(1);
+        throw CLI::RuntimeError(failureStatus);
 }
 
 } // namespace
@@ -101,17 +107,22 @@ void AddGraphCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command =
         program.add_subcommand("graph", "Draw the graph of a material, wrong parts in red");
-    auto options = std::make_shared<GraphOptions>();
-    command->add_option("FILE", options->File, "Material document")->required();
-    command->add_option("-o,--output", options->Output,
-                        "Picture file; without it the picture goes to standard output");
+    const auto options = std::make_shared<GraphOptions>();
+    command->add_option("FILE", options->File, "Material document")->type_name("")->required();
+    command
+        ->add_option("-o,--output", options->Output,
+                     "Picture file; without it the picture goes to standard output")
+        ->type_name("FILE");
     command
         ->add_option("--format", options->Format,
-                     "svg, png or dot; that of the file's name otherwise, dot without a file")
-        ->check(CLI::IsMember({"svg", "png", "dot"}));
+                     "svg, png or dot; what the name of the file ends in otherwise, and dot without "
+                     "a file")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember({"svg", "png", "dot"}).description(""));
     command->add_flag("--shader", options->IsShader,
                       "Draw the finished shader graph with its stages");
-    command->callback([=, &common] { PrintGraph(*options, common); });
+    command->footer(footer);
+    command->callback([options, &common] { PrintGraph(*options, common); });
 }
 
 } // namespace Mox::Tool
