@@ -195,7 +195,7 @@ private:
         if (rows > 0)
             table += "<HR/>";
         for (std::size_t i = 0; i < rows; ++i) {
-            table += Compose("<TR>", DrawPort(node, node.Inputs, i, 'i'),
+            table += Compose("<TR>", DrawPort(node, node.Inputs, i, 'i'), "<TD></TD>",
                              DrawPort(node, node.Outputs, i, 'o'), "</TR>");
         }
         table += FormatProblemRow(mark) + "</TABLE>";
@@ -208,15 +208,18 @@ private:
         const GuiNode& gui = *node.Node->Gui;
         const Colour text = TextColourOf(gui);
         const Colour muted = MutedColourOf(gui);
+        // Room to spare is shared out among the columns: these keep icon and title together.
+        constexpr const char* filler = "<TD COLSPAN=\"12\"></TD>";
         std::string id = EscapeLabel(Shorten(node.Node->Id, maxNameLength));
         if (node.Node->IsPlaceholder)
             id += Compose(" (", EscapeLabel(Shorten(gui.GetType(), maxNameLength)), ")");
         const std::string title = EscapeLabel(Shorten(TitleOf(*node.Node), maxNameLength));
-        return Compose("<TR><TD COLSPAN=\"2\"><TABLE BORDER=\"0\" CELLBORDER=\"0\" "
+        return Compose("<TR><TD COLSPAN=\"3\" ALIGN=\"LEFT\"><TABLE BORDER=\"0\" CELLBORDER=\"0\" "
                        "CELLSPACING=\"0\" CELLPADDING=\"2\"><TR>",
                        DrawImage(node), "<TD ALIGN=\"LEFT\" BALIGN=\"LEFT\">",
                        FontText(titleSize, text, Compose("<B>", title, "</B>")), "<BR/>",
-                       FontText(smallSize, muted, id), "</TD></TR></TABLE></TD></TR>");
+                       FontText(smallSize, muted, id), "</TD>", filler,
+                       "</TR></TABLE></TD></TR>");
     }
 
     std::string DrawImage(const DrawnNode& node)
@@ -248,12 +251,13 @@ private:
         const Colour text = mark.IsProblem ? LineColourOf(mark.Level) : TextColourOf(gui);
         const Colour muted = mark.IsProblem ? LineColourOf(mark.Level) : MutedColourOf(gui);
         const std::string pin = port.IsConnected ? "●" : "○";
-        const std::string label =
-            FontText(portSize, text, EscapeLabel(Shorten(port.Label, maxNameLength)));
+        const std::string label = EscapeLabel(Shorten(port.Label, maxNameLength));
         const std::string type =
             FontText(smallSize, muted, port.Type.empty() ? "missing" : port.Type);
+        const bool isInput = side == 'i';
         const std::string row =
-            side == 'i' ? Compose(pin, " ", label, " ", type) : Compose(type, " ", label, " ", pin);
+            isInput ? FontText(portSize, text, Compose(pin, " ", label, " ")) + type
+                    : type + FontText(portSize, text, Compose(" ", label, " ", pin));
         std::string tooltip = port.Name;
         if (mark.IsProblem && !mark.Text.empty())
             tooltip += "\n" + mark.Text;
@@ -261,7 +265,7 @@ private:
             "<TD PORT=\"", std::string(1, side), index, "\" ALIGN=\"",
             side == 'i' ? "LEFT" : "RIGHT", "\" TITLE=\"", EscapeTooltip(tooltip), "\"",
             mark.IsProblem ? Compose(" BGCOLOR=\"", AreaColourOf(mark.Level).Format(), "\"") : "",
-            ">", FontText(portSize, text, row), "</TD>");
+            ">", row, "</TD>");
     }
 
     /// The background as it looks on a white page.

@@ -52,7 +52,7 @@ std::string FormatProblemRow(const ProblemMark& mark)
 {
     if (!mark.IsProblem)
         return {};
-    return Compose("<TR><TD COLSPAN=\"2\" ALIGN=\"LEFT\" BALIGN=\"LEFT\" BGCOLOR=\"",
+    return Compose("<TR><TD COLSPAN=\"3\" ALIGN=\"LEFT\" BALIGN=\"LEFT\" BGCOLOR=\"",
                    AreaColourOf(mark.Level).Format(), "\">",
                    FontText(messageSize, LineColourOf(mark.Level),
                             WrapLabel(Shorten(mark.Text, maxMessageLength), messageWidth)),

@@ -128,7 +128,7 @@ private:
                            ? ""
                            : FontText(titleSize, text, EscapeLabel(Shorten(name, maxNameLength))) +
                                  "<BR/>",
-                       FontText(smallSize, grey, EscapeLabel(type)), ">");
+                       FontText(smallSize, MutedOn(style, text), EscapeLabel(type)), ">");
     }
 
     /// Values that materials and host share by name are no values of the program themselves.
@@ -156,7 +156,7 @@ private:
         std::string table = Compose(
             "<TABLE BORDER=\"", mark.IsProblem ? 3 : 1, "\" CELLBORDER=\"0\" CELLSPACING=\"0\" ",
             "CELLPADDING=\"3\" STYLE=\"ROUNDED\" COLOR=\"", line.Format(), "\" BGCOLOR=\"",
-            style.Area.Format(), "\"><TR><TD COLSPAN=\"2\">",
+            style.Area.Format(), "\"><TR><TD COLSPAN=\"3\">",
             FontText(titleSize, text,
                      Compose("<B>", EscapeLabel(Shorten(node.Name, maxNameLength)), "</B>")),
             "<BR/>",
@@ -166,7 +166,7 @@ private:
             "</TD></TR><HR/>");
         const std::size_t rows = std::max(node.Inputs.size(), node.Outputs.size());
         for (std::size_t i = 0; i < rows; ++i) {
-            table += Compose("<TR>", FormatPort(node.Inputs, i, 'i', style, text),
+            table += Compose("<TR>", FormatPort(node.Inputs, i, 'i', style, text), "<TD></TD>",
                              FormatPort(node.Outputs, i, 'o', style, text), "</TR>");
         }
         return Compose("label=<", table, FormatProblemRow(mark), "</TABLE>>");
@@ -248,6 +248,9 @@ private:
                                  style.Line.Format(), "\">", style.Name, "</TD>");
             }
         }
+        if (!cells.empty())
+            cells += "<TD BORDER=\"0\">thick lines are handed from the vertex to the fragment "
+                     "program</TD>";
         return cells;
     }
 
