@@ -46,7 +46,8 @@ void ForEachCharacter(std::string_view text, Take take)
     }
 }
 
-std::string EscapeTags(std::string_view text)
+/// @param backslash stands for one, which starts escape sequences
+std::string EscapeTags(std::string_view text, std::string_view backslash)
 {
     std::string escaped;
     for (const char c : text) {
@@ -66,6 +67,9 @@ std::string EscapeTags(std::string_view text)
         case '\n':
             escaped += "&#10;";
             break;
+        case '\\':
+            escaped += backslash;
+            break;
         default:
             escaped += c;
         }
@@ -73,35 +77,36 @@ std::string EscapeTags(std::string_view text)
     return escaped;
 }
 
-/// Printable text whose backslashes, which start escape sequences everywhere, mean themselves.
-std::string Clean(std::string_view text, bool keepsLines)
+std::string Clean(std::string_view text, std::string_view lineEnd)
 {
     std::string cleaned;
     ForEachCharacter(text, [&](std::string_view character) {
-        if (character == "\\")
-            cleaned += "\\\\";
-        else
-            cleaned += character == "\n" && !keepsLines ? " " : character;
+        cleaned += character == "\n" ? lineEnd : character;
     });
     return cleaned;
 }
 
+// Labels are searched once for escape sequences, other attributes twice.
+constexpr std::string_view labelBackslash = R"(\\)";
+constexpr std::string_view attributeBackslash = R"(\\\\)";
+constexpr std::string_view plainBackslash = R"(\)";
+
 } // namespace
 
-std::string QuoteDot(std::string_view text)
+std::string QuoteTooltip(std::string_view text)
 {
-    return Compose("\"", EscapeTags(Clean(text, true)), "\"");
+    return Compose("\"", EscapeTags(Clean(text, "\n"), attributeBackslash), "\"");
 }
 
 std::string EscapeLabel(std::string_view text)
 {
-    return EscapeTags(Clean(text, false));
+    return EscapeTags(Clean(text, " "), labelBackslash);
 }
 
 std::string EscapeTooltip(std::string_view text)
 {
     // Entities are looked for again when the picture is written.
-    return EscapeTags(EscapeTags(Clean(text, true)));
+    return EscapeTags(EscapeTags(Clean(text, "\n"), labelBackslash), plainBackslash);
 }
 
 std::string Shorten(std::string_view text, std::size_t maxLength)
@@ -142,6 +147,8 @@ std::string WrapLabel(std::string_view text, std::size_t lineLength)
     ForEachCharacter(text, [&](std::string_view character) {
         if (character == " " || character == "\n") {
             endWord();
+            if (character == "\n")
+                endLine();
             return;
         }
         if (wordSize == lineLength)

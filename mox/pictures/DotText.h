@@ -9,13 +9,13 @@ namespace Mox::Host {
 /// Text of users inside the DOT language. Whatever the text holds, it is shown as it stands, but
 /// for what no picture can show: control characters and bytes that are no UTF-8 become U+FFFD.
 
-/// A quoted string, for attributes such as tooltip; line ends stay line ends.
-std::string QuoteDot(std::string_view text);
+/// The value of a tooltip attribute, in quotes; line ends stay line ends, as in EscapeTooltip.
+std::string QuoteTooltip(std::string_view text);
 
 /// For text between the tags of an HTML-like label, as one line.
 std::string EscapeLabel(std::string_view text);
 
-/// For the tooltip attribute of a tag, between quotes.
+/// For the tooltip of a tag in a label, between quotes.
 std::string EscapeTooltip(std::string_view text);
 
 /// At most maxLength characters; what is longer ends in an ellipsis.

@@ -27,7 +27,7 @@ struct DrawnPort
 {
     std::string Name;
     std::string Label;
-    std::string Type; ///< empty if not even the node knows the port
+    std::string Type; ///< with a question mark for what is not known
     bool IsConflict = false;
     bool IsConnected = false;
 };
@@ -40,7 +40,6 @@ struct DrawnNode
     std::vector<DrawnPort> Outputs;
 };
 
-/// The type of a port as far as it is known; a question mark stands for what is not.
 std::string FormatPortType(const GuiPort& port)
 {
     std::string precision = "?";
@@ -75,7 +74,7 @@ std::size_t FindOrAddPort(std::vector<DrawnPort>& ports, const std::string& name
     });
     const auto index = static_cast<std::size_t>(port - ports.begin());
     if (port == ports.end())
-        ports.push_back({name, name, {}});
+        ports.push_back({name, name, "?"});
     ports[index].IsConnected = true;
     return index;
 }
@@ -134,8 +133,8 @@ private:
         const std::size_t input = FindOrAddPort(head->Inputs, edge.HeadPort);
         const ProblemMark mark = MarkOf(*head, head->Inputs[input]);
         std::string attributes =
-            Compose("tooltip=", QuoteDot(Compose(tail->Node->Id, ".", edge.TailPort, " -> ",
-                                                 head->Node->Id, ".", edge.HeadPort)));
+            Compose("tooltip=", QuoteTooltip(Compose(tail->Node->Id, ".", edge.TailPort, " -> ",
+                                                     head->Node->Id, ".", edge.HeadPort)));
         if (mark.IsProblem && mark.Level == Severity::Error)
             attributes += Compose(", color=\"", LineColourOf(mark.Level).Format(), "\"");
         return Compose("  ", tail->Name, ":o", output, ":e -> ", head->Name, ":i", input, ":w [",
@@ -152,7 +151,7 @@ private:
                 continue;
             lines += Compose("  ", target->Name, " -> ", node.Name,
                              " [style=dotted, arrowhead=vee, constraint=false, tooltip=",
-                             QuoteDot(Compose(node.Node->Id, ": ", property->Name)), "]\n");
+                             QuoteTooltip(Compose(node.Node->Id, ": ", property->Name)), "]\n");
         }
         return lines;
     }
@@ -199,7 +198,7 @@ private:
                              DrawPort(node, node.Outputs, i, 'o'), "</TR>");
         }
         table += FormatProblemRow(mark) + "</TABLE>";
-        return Compose("  ", node.Name, " [tooltip=", QuoteDot(tooltip), ", label=<", table,
+        return Compose("  ", node.Name, " [tooltip=", QuoteTooltip(tooltip), ", label=<", table,
                        ">]\n");
     }
 
@@ -218,8 +217,7 @@ private:
                        "CELLSPACING=\"0\" CELLPADDING=\"2\"><TR>",
                        DrawImage(node), "<TD ALIGN=\"LEFT\" BALIGN=\"LEFT\">",
                        FontText(titleSize, text, Compose("<B>", title, "</B>")), "<BR/>",
-                       FontText(smallSize, muted, id), "</TD>", filler,
-                       "</TR></TABLE></TD></TR>");
+                       FontText(smallSize, muted, id), "</TD>", filler, "</TR></TABLE></TD></TR>");
     }
 
     std::string DrawImage(const DrawnNode& node)
@@ -252,8 +250,7 @@ private:
         const Colour muted = mark.IsProblem ? LineColourOf(mark.Level) : MutedColourOf(gui);
         const std::string pin = port.IsConnected ? "●" : "○";
         const std::string label = EscapeLabel(Shorten(port.Label, maxNameLength));
-        const std::string type =
-            FontText(smallSize, muted, port.Type.empty() ? "missing" : port.Type);
+        const std::string type = FontText(smallSize, muted, port.Type);
         const bool isInput = side == 'i';
         const std::string row =
             isInput ? FontText(portSize, text, Compose(pin, " ", label, " ")) + type
@@ -263,7 +260,7 @@ private:
             tooltip += "\n" + mark.Text;
         return Compose(
             "<TD PORT=\"", std::string(1, side), index, "\" ALIGN=\"",
-            side == 'i' ? "LEFT" : "RIGHT", "\" TITLE=\"", EscapeTooltip(tooltip), "\"",
+            side == 'i' ? "LEFT" : "RIGHT", "\" HREF=\"\" TITLE=\"", EscapeTooltip(tooltip), "\"",
             mark.IsProblem ? Compose(" BGCOLOR=\"", AreaColourOf(mark.Level).Format(), "\"") : "",
             ">", row, "</TD>");
     }

@@ -23,11 +23,10 @@ void ProblemMark::Add(Severity level, const std::string& message)
     Text += (Text.empty() ? "" : "\n") + message;
 }
 
-ProblemMarks::ProblemMarks(const ProblemList& problems)
+ProblemMarks::ProblemMarks(const ProblemList& problems) : _problems(problems)
 {
     for (const Problem& problem : problems.Problems()) {
         const Place& where = problem.Where;
-        // The file is known, and its lines are not in the picture.
         const Place port{{}, 0, {}, where.Port};
         _nodes[where.Node].Add(problem.Level, port.Format() + problem.Message);
         if (!where.Port.empty())
@@ -48,10 +47,10 @@ const ProblemMark& ProblemMarks::OfPort(const std::string& id, const std::string
 ProblemMark ProblemMarks::Elsewhere(const std::unordered_set<std::string>& drawnIds) const
 {
     ProblemMark all;
-    for (const auto& [id, mark] : _nodes) {
-        const Place where{{}, 0, id, {}};
-        if (!drawnIds.contains(id))
-            all.Add(mark.Level, where.Format() + mark.Text);
+    for (const Problem& problem : _problems.Problems()) {
+        const Place where{{}, 0, problem.Where.Node, problem.Where.Port};
+        if (!drawnIds.contains(where.Node))
+            all.Add(problem.Level, where.Format() + problem.Message);
     }
     return all;
 }

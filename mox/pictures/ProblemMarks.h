@@ -23,6 +23,7 @@ struct ProblemMark
 class ProblemMarks
 {
 public:
+    /// @param problems is kept by reference
     explicit ProblemMarks(const ProblemList& problems);
 
     /// All problems of a node, those of its ports included.
@@ -34,6 +35,7 @@ public:
     ProblemMark Elsewhere(const std::unordered_set<std::string>& drawnIds) const;
 
 private:
+    const ProblemList& _problems;
     std::map<std::string, ProblemMark> _nodes;
     std::map<std::pair<std::string, std::string>, ProblemMark> _ports;
 };

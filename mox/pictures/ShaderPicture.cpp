@@ -100,7 +100,7 @@ private:
         else
             attributes = FormatFunction(node, style, line, text, mark);
         return Compose("  ", _names.at(&node), " [", attributes,
-                       ", tooltip=", QuoteDot(TooltipOf(node, mark)), "]\n");
+                       ", tooltip=", QuoteTooltip(TooltipOf(node, mark)), "]\n");
     }
 
     /// Problems without a node are not those of the environment's nodes.
@@ -215,15 +215,15 @@ private:
         const bool isDead = _stages.StageOf(*tail) == DrawnStage::Dead ||
                             _stages.StageOf(*head) == DrawnStage::Dead;
         std::string attributes =
-            Compose("tooltip=", QuoteDot(Compose(tail->Name, ".", edge.TailPort, " -> ", head->Name,
-                                                 ".", edge.HeadPort)));
+            Compose("tooltip=", QuoteTooltip(Compose(tail->Name, ".", edge.TailPort, " -> ",
+                                                     head->Name, ".", edge.HeadPort)));
         if (isDead)
             attributes += Compose(", color=\"", StyleOf(DrawnStage::Dead).Line.Format(), "\"");
         if (const auto crossing = _stages.CrossingOf(edge)) {
             attributes +=
                 Compose(", penwidth=3, color=\"", StyleOf(DrawnStage::Vertex).Line.Format(), "\"");
             if (!crossing->empty())
-                attributes += Compose(", label=", QuoteDot(*crossing));
+                attributes += Compose(", label=\"", *crossing, "\"");
         }
         return Compose("  ", EndOf(*tail, tail->FindOutputPort(edge.TailPort), 'o'), " -> ",
                        EndOf(*head, head->FindInputPort(edge.HeadPort), 'i'), " [", attributes,
