@@ -2,9 +2,9 @@
 #include "LoadPlugins.h"
 #include "ProblemMessage.h"
 #include "mox/Text.h"
+#include "mox/check/MaterialCheck.h"
 #include "mox/host/AtomicFile.h"
-#include "mox/host/GraphResolver.h"
-#include "mox/host/MaterialLoader.h"
+#include "mox/host/OpenMaterial.h"
 #include "mox/pictures/Graphviz.h"
 #include "mox/pictures/MaterialPicture.h"
 #include "mox/pictures/ShaderPicture.h"
@@ -56,20 +56,17 @@ std::string FormatOf(const GraphOptions& options)
 }
 
 /// Images are left out of text: it could only name files that are not there.
-Host::Picture Draw(const GraphOptions& options, bool withImages, const CommonOptions& common,
-                   Host::ProblemList& problems)
+Host::Picture DrawNodes(const Host::MaterialGraph& graph, const Host::PluginSet& plugins,
+                        bool withImages, const Host::ProblemList& problems)
 {
-    const Host::PluginSet plugins = LoadPlugins(common);
-    Host::MaterialGraph graph =
-        Host::LoadMaterial(Host::ReadMaterialDocument(options.File), plugins, problems);
-    Host::ResolveGraph(graph, problems);
-    Host::ReportCountConflicts(graph, problems);
-    if (!options.IsShader) {
-        return Host::DrawMaterial(graph, problems,
-                                  withImages ? Host::IconsOfNodes(graph, plugins)
-                                             : std::map<std::string, Host::Icon>());
-    }
-    const Host::Environment environment = Host::ReadEnvironment(Host::DefaultEnvironmentFolder());
+    return Host::DrawMaterial(graph, problems,
+                              withImages ? Host::IconsOfNodes(graph, plugins)
+                                         : std::map<std::string, Host::Icon>());
+}
+
+Host::Picture DrawFunctions(const Host::MaterialGraph& graph, const Host::Environment& environment,
+                            Host::ProblemList& problems)
+{
     Host::GeneratedShader shader;
     Host::CompleteShader(graph, environment, shader, problems);
     return Host::DrawShader(shader, problems);
@@ -86,17 +83,24 @@ void Write(const std::string& bytes, const std::string& output)
 void PrintGraph(const GraphOptions& options, const CommonOptions& common)
 {
     const std::string format = FormatOf(options);
+    const Host::PluginSet plugins = LoadPlugins(common);
+    const Host::Environment environment = Host::ReadEnvironment(Host::DefaultEnvironmentFolder());
     Host::ProblemList problems;
-    const Host::Picture picture = Draw(options, format != "dot", common, problems);
+    const Host::MaterialGraph graph = Host::OpenMaterial(options.File, plugins, problems);
+    if (graph.Nodes().size() == 0)
+        problems.ThrowFirstError(); // there is nothing to draw
+    if (!options.IsShader)
+        problems = Host::CheckMaterial(options.File, plugins, environment);
+    const Host::Picture picture = options.IsShader
+                                      ? DrawFunctions(graph, environment, problems)
+                                      : DrawNodes(graph, plugins, format != "dot", problems);
     for (const Host::Problem& problem : problems.Problems())
         std::cerr << FormatMessage(problem) << '\n';
-    if (format == "dot") {
-        Write(picture.Dot, options.Output);
-    } else {
-        Write(Host::RenderPicture(picture, format == "svg" ? Host::PictureFormat::Svg
-                                                           : Host::PictureFormat::Png),
-              options.Output);
-    }
+    Write(format == "dot"
+              ? picture.Dot
+              : Host::RenderPicture(picture, format == "svg" ? Host::PictureFormat::Svg
+                                                             : Host::PictureFormat::Png),
+          options.Output);
     if (problems.HasErrors())
         throw CLI::RuntimeError(failureStatus);
 }
@@ -114,9 +118,10 @@ void AddGraphCommand(CLI::App& program, const CommonOptions& common)
                      "Picture file; without it the picture goes to standard output")
         ->type_name("FILE");
     command
-        ->add_option("--format", options->Format,
-                     "svg, png or dot; what the name of the file ends in otherwise, and dot without "
-                     "a file")
+        ->add_option(
+            "--format", options->Format,
+            "svg, png or dot; what the name of the file ends in otherwise, and dot without "
+            "a file")
         ->type_name("FORMAT")
         ->check(CLI::IsMember({"svg", "png", "dot"}).description(""));
     command->add_flag("--shader", options->IsShader,
