@@ -12,20 +12,27 @@ using Materials::Compose;
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD";
 
-/// Length in bytes of the character that text starts with, or 0 if no picture can show it.
-std::size_t CharacterLength(std::string_view text)
+struct Character
 {
-    // The reader of single characters wants to see a few bytes behind the end, as zeros.
+    std::size_t Length; ///< in bytes
+    bool IsPrintable;
+};
+
+/// The character that text, which is not empty, starts with.
+Character FirstCharacter(std::string_view text)
+{
+    // The decoder wants to see a few bytes behind the end, as zeros.
     const std::string head(text.substr(0, 4));
     int length = static_cast<int>(head.size());
-    const int character =
-        xmlGetUTF8Char(reinterpret_cast<const unsigned char*>(head.c_str()), &length);
+    const int code = xmlGetUTF8Char(reinterpret_cast<const unsigned char*>(head.c_str()), &length);
+    if (code <= 0)
+        return {1, false};
     constexpr int firstPrintable = 0x20;
     constexpr int deleteCharacter = 0x7f;
     constexpr int lastControl = 0x9f;
     const bool isControl =
-        character < firstPrintable || (character >= deleteCharacter && character <= lastControl);
-    return isControl || !IS_CHAR(character) ? 0 : static_cast<std::size_t>(length);
+        code < firstPrintable || (code >= deleteCharacter && code <= lastControl);
+    return {static_cast<std::size_t>(length), !isControl && IS_CHAR(code)};
 }
 
 /// Calls take with each character, cleaned; a line end, however it is written, is "\n".
@@ -33,16 +40,17 @@ template <class Take>
 void ForEachCharacter(std::string_view text, Take take)
 {
     while (!text.empty()) {
-        const bool isLineEnd = text.front() == '\n' || text.front() == '\r';
-        const std::size_t length =
-            isLineEnd ? (text.starts_with("\r\n") ? 2 : 1) : CharacterLength(text);
-        if (isLineEnd)
-            take(std::string_view("\n"));
-        else if (text.front() == '\t')
-            take(std::string_view(" "));
-        else
-            take(length == 0 ? replacement : text.substr(0, length));
-        text.remove_prefix(length == 0 ? 1 : length);
+        const Character first = FirstCharacter(text);
+        std::string_view character = first.IsPrintable ? text.substr(0, first.Length) : replacement;
+        std::size_t length = first.Length;
+        if (text.front() == '\n' || text.front() == '\r') {
+            character = "\n";
+            length = text.starts_with("\r\n") ? 2 : 1;
+        } else if (text.front() == '\t') {
+            character = " ";
+        }
+        take(character);
+        text.remove_prefix(length);
     }
 }
 
@@ -89,7 +97,6 @@ std::string Clean(std::string_view text, std::string_view lineEnd)
 // Labels are searched once for escape sequences, other attributes twice.
 constexpr std::string_view labelBackslash = R"(\\)";
 constexpr std::string_view attributeBackslash = R"(\\\\)";
-constexpr std::string_view plainBackslash = R"(\)";
 
 } // namespace
 
@@ -105,8 +112,7 @@ std::string EscapeLabel(std::string_view text)
 
 std::string EscapeTooltip(std::string_view text)
 {
-    // Entities are looked for again when the picture is written.
-    return EscapeTags(EscapeTags(Clean(text, "\n"), labelBackslash), plainBackslash);
+    return EscapeTags(Clean(text, "\n"), labelBackslash);
 }
 
 std::string Shorten(std::string_view text, std::size_t maxLength)

@@ -50,9 +50,9 @@ std::string FormatOf(const GraphOptions& options)
         if (extension == std::string(".") + format)
             return format;
     }
-    throw Host::HostError({options.Output, 0, {}, {}},
-                          "the name says no format; it must end in .svg, .png or .dot, unless "
-                          "--format is given");
+    throw CLI::ValidationError("--output",
+                               "the name of the file must end in .svg, .png or .dot, unless "
+                               "--format is given");
 }
 
 /// Images are left out of text: it could only name files that are not there.
