@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "LoadEnvironment.h"
 #include "LoadPlugins.h"
 #include "ProblemMessage.h"
 #include "mox/Text.h"
@@ -35,6 +36,7 @@ struct GraphOptions
     std::string File;
     std::string Output; ///< empty for standard output
     std::string Format; ///< empty for that of the output's name
+    std::string Environment;
     bool IsShader = false;
 };
 
@@ -84,7 +86,7 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
 {
     const std::string format = FormatOf(options);
     const Host::PluginSet plugins = LoadPlugins(common);
-    const Host::Environment environment = Host::ReadEnvironment(Host::DefaultEnvironmentFolder());
+    const Host::Environment environment = LoadEnvironment(options.Environment);
     Host::ProblemList problems;
     const Host::MaterialGraph graph = Host::OpenMaterial(options.File, plugins, problems);
     if (graph.Nodes().size() == 0)
@@ -126,6 +128,7 @@ void AddGraphCommand(CLI::App& program, const CommonOptions& common)
         ->check(CLI::IsMember({"svg", "png", "dot"}).description(""));
     command->add_flag("--shader", options->IsShader,
                       "Draw the finished shader graph with its stages");
+    AddEnvironmentOption(*command, options->Environment);
     command->footer(footer);
     command->callback([options, &common] { PrintGraph(*options, common); });
 }
