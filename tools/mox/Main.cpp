@@ -44,6 +44,9 @@ int main(int argc, char** argv)
     AddFormatCommand(program);
     AddBindingsCommand(program, common);
     AddCatalogueCommand(program, common);
+#ifdef MOX_BUILD_PICTURES
+    AddGraphCommand(program, common);
+#endif
     AddNewCommand(program, common);
     AddCompletionCommand(program);
     AddManualCommand(program);
