@@ -211,7 +211,7 @@ std::string ResolveAnew(MaterialGraph& graph)
 
 TEST(ChangeHistory, RandomEditsEndWhereTheyBegan)
 {
-    constexpr unsigned runs = 60;
+    constexpr unsigned runs = 30;
     constexpr int editsOfRun = 150;
     const unsigned firstSeed = FirstSeed();
     std::cout << "seeds from " << firstSeed << " (MOX_TEST_SEED)\n";

@@ -39,8 +39,14 @@ int main(int argc, char** argv)
         ->type_name("DIR")
         ->allow_extra_args(false);
     AddExportCommand(program, common);
+    AddCheckCommand(program, common);
+    AddDiffCommand(program, common);
+    AddFormatCommand(program);
     AddBindingsCommand(program, common);
     AddCatalogueCommand(program, common);
+#ifdef MOX_BUILD_PICTURES
+    AddGraphCommand(program, common);
+#endif
     AddNewCommand(program, common);
     AddCompletionCommand(program);
     AddManualCommand(program);
