@@ -42,8 +42,7 @@ std::vector<std::byte> PackTexels(const TextureImage& image)
     for (std::size_t i = 0; i < count; ++i) {
         float value;
         std::memcpy(&value, image.Bytes.data() + i * sizeof(value), sizeof(value));
-        const std::uint16_t half =
-            glm::packHalf1x16(std::clamp(value, -largestHalf, largestHalf));
+        const std::uint16_t half = glm::packHalf1x16(std::clamp(value, -largestHalf, largestHalf));
         std::memcpy(packed.data() + i * sizeof(half), &half, sizeof(half));
     }
     return packed;
@@ -120,21 +119,20 @@ void GpuDraw::UploadTexture(const DrawTexture& texture)
     const auto heightOf = [&](const TextureImage& level) {
         return texture.Is1D ? 1u : level.Height;
     };
-    GpuImage image = _device.MakeImage(
-        {{},
-         texture.Is1D ? vk::ImageType::e1D : vk::ImageType::e2D,
-         FormatOf(top),
-         {top.Width, heightOf(top), 1},
-         levelCount,
-         1,
-         vk::SampleCountFlagBits::e1,
-         vk::ImageTiling::eOptimal,
-         vk::ImageUsageFlagBits::eTransferDst | vk::ImageUsageFlagBits::eSampled},
-        vk::ImageAspectFlagBits::eColor);
+    GpuImage image =
+        _device.MakeImage({{},
+                           texture.Is1D ? vk::ImageType::e1D : vk::ImageType::e2D,
+                           FormatOf(top),
+                           {top.Width, heightOf(top), 1},
+                           levelCount,
+                           1,
+                           vk::SampleCountFlagBits::e1,
+                           vk::ImageTiling::eOptimal,
+                           vk::ImageUsageFlagBits::eTransferDst | vk::ImageUsageFlagBits::eSampled},
+                          vk::ImageAspectFlagBits::eColor);
     std::vector<GpuBuffer> staged;
     for (const TextureImage& level : texture.Levels)
-        staged.push_back(
-            Upload(_device, PackTexels(level), vk::BufferUsageFlagBits::eTransferSrc));
+        staged.push_back(Upload(_device, PackTexels(level), vk::BufferUsageFlagBits::eTransferSrc));
     _device.Run([&](const vk::raii::CommandBuffer& commands) {
         using Access = vk::AccessFlagBits;
         using Layout = vk::ImageLayout;
@@ -198,18 +196,16 @@ void GpuDraw::MakeDescriptors(const DrawCall& call)
 
     for (const Block& block : _blocks) {
         const vk::DescriptorBufferInfo buffer(*block.Buffer.Buffer, 0, VK_WHOLE_SIZE);
-        device.updateDescriptorSets(
-            vk::WriteDescriptorSet(*_sets.front(), block.Binding, 0, Kind::eUniformBuffer, {},
-                                   buffer),
-            {});
+        device.updateDescriptorSets(vk::WriteDescriptorSet(*_sets.front(), block.Binding, 0,
+                                                           Kind::eUniformBuffer, {}, buffer),
+                                    {});
     }
     for (const Texture& texture : _textures) {
         const vk::DescriptorImageInfo image(*_sampler, *texture.Image.View,
                                             vk::ImageLayout::eShaderReadOnlyOptimal);
-        device.updateDescriptorSets(
-            vk::WriteDescriptorSet(*_sets.front(), texture.Binding, 0,
-                                   Kind::eCombinedImageSampler, image),
-            {});
+        device.updateDescriptorSets(vk::WriteDescriptorSet(*_sets.front(), texture.Binding, 0,
+                                                           Kind::eCombinedImageSampler, image),
+                                    {});
     }
 }
 
@@ -230,8 +226,7 @@ void GpuDraw::MakePipeline(const DrawCall& call, vk::RenderPass pass,
     std::vector<vk::VertexInputAttributeDescription> attributes;
     for (const DrawStream& stream : call.Streams) {
         const auto buffer = static_cast<std::uint32_t>(buffers.size());
-        buffers.emplace_back(buffer,
-                             stream.Components * static_cast<std::uint32_t>(sizeof(float)));
+        buffers.emplace_back(buffer, stream.Components * static_cast<std::uint32_t>(sizeof(float)));
         attributes.emplace_back(stream.Location, buffer, streamFormats[stream.Components - 1]);
     }
     const vk::PipelineVertexInputStateCreateInfo input({}, buffers, attributes);
@@ -254,20 +249,19 @@ void GpuDraw::MakePipeline(const DrawCall& call, vk::RenderPass pass,
     const vk::PipelineColorBlendStateCreateInfo blending({}, false, {}, blend);
     const std::array dynamicStates = {vk::DynamicState::eViewport, vk::DynamicState::eScissor};
     const vk::PipelineDynamicStateCreateInfo dynamic({}, dynamicStates);
-    _pipeline = device.createGraphicsPipeline(
-        nullptr, {{},
-                  stages,
-                  &input,
-                  &assembly,
-                  nullptr,
-                  &viewport,
-                  &rasterization,
-                  &multisample,
-                  &depth,
-                  &blending,
-                  &dynamic,
-                  *_layout,
-                  pass});
+    _pipeline = device.createGraphicsPipeline(nullptr, {{},
+                                                        stages,
+                                                        &input,
+                                                        &assembly,
+                                                        nullptr,
+                                                        &viewport,
+                                                        &rasterization,
+                                                        &multisample,
+                                                        &depth,
+                                                        &blending,
+                                                        &dynamic,
+                                                        *_layout,
+                                                        pass});
 }
 
 } // namespace Mox::Host

@@ -1,14 +1,17 @@
 #include "mox/preview/MeshFile.h"
 
 #include "mox/Text.h"
-#include "mox/bindings/AttributeWords.h"
 #include "mox/host/HostError.h"
 #include "mox/preview/MeshShapes.h"
 
+#include <boost/algorithm/string/predicate.hpp>
+
 #include <algorithm>
+#include <array>
 #include <assimp/Importer.hpp>
 #include <assimp/postprocess.h>
 #include <assimp/scene.h>
+#include <locale>
 #include <span>
 
 namespace Mox::Host {
@@ -21,6 +24,14 @@ constexpr unsigned int preparation =
     aiProcess_Triangulate | aiProcess_SortByPType | aiProcess_GenSmoothNormals |
     aiProcess_CalcTangentSpace | aiProcess_PreTransformVertices | aiProcess_JoinIdenticalVertices |
     aiProcess_ValidateDataStructure;
+
+bool IsMeshFile(const std::filesystem::path& file)
+{
+    constexpr std::array extensions = {".obj", ".gltf", ".glb"};
+    return std::any_of(extensions.begin(), extensions.end(), [&](const char* extension) {
+        return boost::iequals(file.extension().string(), extension, std::locale::classic());
+    });
+}
 
 glm::vec3 ToVector(const aiVector3D& vector)
 {
@@ -62,16 +73,15 @@ private:
         }
         for (unsigned int set = 0; set < _uvSets; ++set) {
             for (unsigned int i = 0; i < part.mNumVertices; ++i) {
-                _mesh.UvSets[set].emplace_back(
-                    part.HasTextureCoords(set) ? ToVector(part.mTextureCoords[set][i])
-                                               : glm::vec3(0.0f));
+                _mesh.UvSets[set].emplace_back(part.HasTextureCoords(set)
+                                                   ? ToVector(part.mTextureCoords[set][i])
+                                                   : glm::vec3(0.0f));
             }
         }
         for (unsigned int set = 0; set < _colourSets; ++set) {
             for (unsigned int i = 0; i < part.mNumVertices; ++i) {
                 const aiColor4D white(1.0f, 1.0f, 1.0f, 1.0f);
-                const aiColor4D& colour =
-                    part.HasVertexColors(set) ? part.mColors[set][i] : white;
+                const aiColor4D& colour = part.HasVertexColors(set) ? part.mColors[set][i] : white;
                 _mesh.ColourSets[set].emplace_back(colour.r, colour.g, colour.b, colour.a);
             }
         }
@@ -100,8 +110,7 @@ private:
 Mesh ReadMesh(const std::filesystem::path& file)
 {
     const Place where{file.string(), 0, {}, {}};
-    const std::string extension = Materials::ToLower(file.extension().string());
-    if (extension != ".obj" && extension != ".gltf" && extension != ".glb")
+    if (!IsMeshFile(file))
         throw HostError(where, "a mesh must be an .obj, .gltf or .glb file");
     if (!std::filesystem::exists(file))
         throw HostError(where, "cannot be read: there is no such file");

@@ -17,8 +17,8 @@ constexpr std::size_t bytesPerPixel = 4;
 
 vk::SampleCountFlagBits ChooseSamples(const VulkanDevice& device)
 {
-    const vk::SampleCountFlags supported = device.Limits().framebufferColorSampleCounts &
-                                           device.Limits().framebufferDepthSampleCounts;
+    const vk::SampleCountFlags supported =
+        device.Limits().framebufferColorSampleCounts & device.Limits().framebufferDepthSampleCounts;
     return supported & vk::SampleCountFlagBits::e4 ? vk::SampleCountFlagBits::e4
                                                    : vk::SampleCountFlagBits::e1;
 }
@@ -89,9 +89,9 @@ void Renderer::MakeTargets()
     _depth = make(_depthFormat, _samples, Usage::eDepthStencilAttachment,
                   vk::ImageAspectFlagBits::eDepth);
     if (_samples != vk::SampleCountFlagBits::e1) {
-        _resolved = make(colourFormat, vk::SampleCountFlagBits::e1,
-                         Usage::eColorAttachment | Usage::eTransferSrc,
-                         vk::ImageAspectFlagBits::eColor);
+        _resolved =
+            make(colourFormat, vk::SampleCountFlagBits::e1,
+                 Usage::eColorAttachment | Usage::eTransferSrc, vk::ImageAspectFlagBits::eColor);
     }
     _readback = _device.MakeBuffer(std::size_t(_width) * _height * bytesPerPixel,
                                    vk::BufferUsageFlagBits::eTransferDst);
@@ -165,15 +165,15 @@ void Renderer::Record(const vk::raii::CommandBuffer& commands) const
         draw.Record(commands);
     commands.endRenderPass();
     const vk::Image source = *(_samples == vk::SampleCountFlagBits::e1 ? _colour : _resolved).Image;
-    commands.copyImageToBuffer(
-        source, vk::ImageLayout::eTransferSrcOptimal, *_readback.Buffer,
-        vk::BufferImageCopy(0, 0, 0, {vk::ImageAspectFlagBits::eColor, 0, 0, 1}, {},
-                            {_width, _height, 1}));
+    commands.copyImageToBuffer(source, vk::ImageLayout::eTransferSrcOptimal, *_readback.Buffer,
+                               vk::BufferImageCopy(0, 0, 0,
+                                                   {vk::ImageAspectFlagBits::eColor, 0, 0, 1}, {},
+                                                   {_width, _height, 1}));
     const vk::BufferMemoryBarrier visible(
         vk::AccessFlagBits::eTransferWrite, vk::AccessFlagBits::eHostRead, VK_QUEUE_FAMILY_IGNORED,
         VK_QUEUE_FAMILY_IGNORED, *_readback.Buffer, 0, VK_WHOLE_SIZE);
-    commands.pipelineBarrier(vk::PipelineStageFlagBits::eTransfer,
-                             vk::PipelineStageFlagBits::eHost, {}, {}, visible, {});
+    commands.pipelineBarrier(vk::PipelineStageFlagBits::eTransfer, vk::PipelineStageFlagBits::eHost,
+                             {}, {}, visible, {});
 }
 
 } // namespace Mox::Host

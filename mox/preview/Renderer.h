@@ -33,7 +33,7 @@ private:
     std::uint32_t _height;
     vk::SampleCountFlagBits _samples;
     vk::Format _depthFormat;
-    GpuImage _colour;   ///< several samples for each pixel
+    GpuImage _colour; ///< several samples for each pixel
     GpuImage _depth;
     GpuImage _resolved; ///< one sample for each pixel
     vk::raii::RenderPass _pass = nullptr;

@@ -44,8 +44,8 @@ Camera PlaceCamera(const Mesh& mesh, float aspect)
     float radius = 0.0f;
     for (const glm::vec3& position : mesh.Positions) {
         const glm::vec3 offset = position - middle;
-        const float across = std::max(std::abs(glm::dot(offset, right)) / aspect,
-                                      std::abs(glm::dot(offset, up)));
+        const float across =
+            std::max(std::abs(glm::dot(offset, right)) / aspect, std::abs(glm::dot(offset, up)));
         distance = std::max(distance, glm::dot(offset, back) + across / (slope * filledPart));
         radius = std::max(radius, glm::length(offset));
     }

@@ -33,9 +33,8 @@ constexpr float brightest = 255.0f;
 template <class Value>
 TextureImage MakeImage(int width, int height, TexelFormat format, const Value* values)
 {
-    TextureImage image{static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height),
-                       format,
-                       {}};
+    TextureImage image{
+        static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height), format, {}};
     image.Bytes.resize(std::size_t(image.Width) * image.Height * channels * sizeof(Value));
     std::memcpy(image.Bytes.data(), values, image.Bytes.size());
     return image;
@@ -51,8 +50,7 @@ float ToLinear(float srgb)
 
 float ToSrgb(float linear)
 {
-    return linear <= 0.0031308f ? linear * 12.92f
-                                : 1.055f * std::pow(linear, 1.0f / 2.4f) - 0.055f;
+    return linear <= 0.0031308f ? linear * 12.92f : 1.055f * std::pow(linear, 1.0f / 2.4f) - 0.055f;
 }
 
 /// What bytes stand for.
@@ -110,8 +108,8 @@ private:
 
 TextureImage Halve(const TextureImage& image, const TexelCodec& codec)
 {
-    TextureImage half{std::max(1u, image.Width / 2), std::max(1u, image.Height / 2), image.Format,
-                      {}};
+    TextureImage half{
+        std::max(1u, image.Width / 2), std::max(1u, image.Height / 2), image.Format, {}};
     for (std::uint32_t y = 0; y < half.Height; ++y) {
         for (std::uint32_t x = 0; x < half.Width; ++x) {
             glm::vec4 sum(0.0f);
@@ -143,9 +141,9 @@ TextureImage ReadTextureImage(const std::filesystem::path& file)
     int fileChannels = 0;
     const auto require = [&](const auto& decoded) {
         if (!decoded) {
-            throw HostError({file.string(), 0, {}, {}},
-                            Compose("is no PNG, JPEG or HDR image that can be read: ",
-                                    stbi_failure_reason()));
+            throw HostError(
+                {file.string(), 0, {}, {}},
+                Compose("is no PNG, JPEG or HDR image that can be read: ", stbi_failure_reason()));
         }
     };
     if (stbi_is_hdr_from_memory(data, size)) {

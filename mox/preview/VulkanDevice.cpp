@@ -98,8 +98,8 @@ void VulkanDevice::MakeInstance(bool withValidation)
     const vk::DebugUtilsMessengerCreateInfoEXT messenger(
         {}, Severity::eWarning | Severity::eError,
         Kind::eGeneral | Kind::eValidation | Kind::ePerformance, TakeMessage, &_messages);
-    _instance = _context.createInstance(
-        {{}, &application, 1, &validationLayer, 1, &extension, &messenger});
+    _instance =
+        _context.createInstance({{}, &application, 1, &validationLayer, 1, &extension, &messenger});
     _messenger = _instance.createDebugUtilsMessengerEXT(messenger);
 }
 

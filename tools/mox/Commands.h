@@ -15,5 +15,6 @@ void AddBindingsCommand(CLI::App& program, const CommonOptions& common);
 void AddCatalogueCommand(CLI::App& program, const CommonOptions& common);
 void AddExportCommand(CLI::App& program, const CommonOptions& common);
 void AddNewCommand(CLI::App& program, const CommonOptions& common);
+void AddPreviewCommand(CLI::App& program, const CommonOptions& common);
 
 } // namespace Mox::Tool

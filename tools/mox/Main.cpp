@@ -22,6 +22,9 @@ int main(int argc, char** argv)
     Mox::Tool::AddExportCommand(program, common);
     Mox::Tool::AddBindingsCommand(program, common);
     Mox::Tool::AddNewCommand(program, common);
+#ifdef MOX_WITH_PREVIEW
+    Mox::Tool::AddPreviewCommand(program, common);
+#endif
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -1,0 +1,241 @@
+#include "mox/preview/MaterialPreview.h"
+
+#include "mox/Text.h"
+#include "mox/bindings/FloatBinding.h"
+#include "mox/host/GraphResolver.h"
+#include "mox/host/MaterialLoader.h"
+#include "mox/preview/Background.h"
+#include "mox/preview/DrawBuilder.h"
+#include "mox/preview/NodeProbe.h"
+#include "mox/preview/Renderer.h"
+#include "mox/program/MaterialProgram.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <algorithm>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+constexpr const char* materialRule = "material";
+constexpr float framesPerSecond = 30.0f;
+constexpr std::size_t bytesPerPixel = 4;
+
+/// A material that is ready to be compiled.
+struct PreparedMaterial
+{
+    MaterialGraph Graph;
+    CgProgram Program;
+};
+
+/// Prepares one picture of one material.
+class PreviewJob
+{
+public:
+    PreviewJob(const PluginSet& plugins, const Environment& environment,
+               const MaterialDocument& document, const PreviewOptions& options,
+               ProblemList& problems)
+        : _plugins(plugins), _environment(environment), _document(document), _options(options),
+          _problems(problems)
+    {}
+
+    PreparedMaterial Prepare()
+    {
+        return _options.Node.empty() ? PrepareMaterial()
+                                     : PrepareNode(FindNodeOutput(_document, _options.Node));
+    }
+
+private:
+    PreparedMaterial PrepareMaterial()
+    {
+        PreparedMaterial material{LoadMaterial(_document, _plugins), {}};
+        ResolveGraph(material.Graph);
+        material.Program = BuildMaterialProgram(material.Graph, _environment, {}, _problems);
+        return material;
+    }
+
+    PreparedMaterial PrepareNode(NodeOutput output)
+    {
+        PreparedMaterial material{LoadMaterial(CutUpstream(_document, output.Node), _plugins), {}};
+        MaterialGraph& graph = material.Graph;
+        const Place where{_document.File, 0, output.Node, output.Port};
+        const auto& node = graph.Nodes()[graph.FindNode(output.Node, where)];
+        if (output.Port.empty()) {
+            if (node.Gui->OutputPorts.empty())
+                throw HostError(node.Where, "the node has no output that could be shown");
+            output.Port = node.Gui->OutputPorts.front().Name;
+        }
+        std::string probeId = "probe";
+        while (std::any_of(graph.Nodes().begin(), graph.Nodes().end(),
+                           [&](const auto& other) { return other.Id == probeId; }))
+            probeId += "_";
+        const auto probe = boost::make_shared<NodeProbe>();
+        graph.AddNode(probeId, probe, false, where);
+        const std::string input = probe->InputPorts.front().Name;
+        graph.Connect(output.Node, output.Port, probeId, input, where);
+        ResolveGraph(graph);
+        const std::int32_t count = probe->InputPorts.front().GetComponentCount();
+        material.Program =
+            BuildMaterialProgram(graph, MakeProbeEnvironment(_environment, count), {}, _problems);
+        return material;
+    }
+
+    const PluginSet& _plugins;
+    const Environment& _environment;
+    const MaterialDocument& _document;
+    const PreviewOptions& _options;
+    ProblemList& _problems;
+};
+
+/// Gives the caller's values to the bindings, or else to what the environment supplies.
+void SetValues(const PreviewOptions& options, PreviewBindings& bindings, UniformValues& scene)
+{
+    for (const auto& [name, value] : options.Values) {
+        if (bindings.Set(name, value))
+            continue;
+        if (const auto entry = scene.find(name); entry != scene.end()) {
+            std::vector<float> numbers;
+            if (!Materials::ParseFloatList(value, numbers) ||
+                numbers.size() != entry->second.size()) {
+                throw HostError({}, Compose("\"", value, "\" is no value for \"", name,
+                                            "\", which takes ", entry->second.size(),
+                                            " numbers with commas between them"));
+            }
+            entry->second = numbers;
+        } else if (options.Node.empty()) {
+            // Of a single node only a part of the bindings is known.
+            throw HostError({}, Compose("the material has no binding \"", name, "\"; it has ",
+                                        bindings.ListNames()));
+        }
+    }
+}
+
+UniformValues AtFrame(UniformValues scene, const PreviewOptions& options, std::uint32_t index)
+{
+    const auto offset = static_cast<float>(index);
+    const float frame = options.FirstFrame + offset;
+    const float time =
+        options.Time ? *options.Time + offset / framesPerSecond : frame / framesPerSecond;
+    scene["frame"] = {frame};
+    scene["time"] = {time};
+    return scene;
+}
+
+Picture JoinPictures(const std::vector<Picture>& pictures)
+{
+    Picture strip{0, pictures.front().Height, {}};
+    for (const Picture& picture : pictures)
+        strip.Width += picture.Width;
+    for (std::uint32_t row = 0; row < strip.Height; ++row) {
+        for (const Picture& picture : pictures) {
+            const std::size_t size = picture.Width * bytesPerPixel;
+            const auto begin = picture.Pixels.begin() + static_cast<std::ptrdiff_t>(row * size);
+            strip.Pixels.insert(strip.Pixels.end(), begin,
+                                begin + static_cast<std::ptrdiff_t>(size));
+        }
+    }
+    return strip;
+}
+
+void CheckSize(const PreviewOptions& options)
+{
+    constexpr std::uint64_t mostPixels = 1u << 28;
+    const std::uint64_t row = std::uint64_t(options.Width) * options.FrameCount;
+    if (options.FrameCount == 0 || row == 0 || options.Height == 0 ||
+        options.Height > mostPixels / row) {
+        throw HostError({}, Compose("a picture must have 1 to ", mostPixels, " pixels"));
+    }
+}
+
+} // namespace
+
+MaterialPreview::MaterialPreview(const PluginSet& plugins, Environment environment,
+                                 bool withValidation)
+    : _plugins(plugins), _environment(std::move(environment)),
+      _device(std::make_unique<VulkanDevice>(withValidation))
+{}
+
+MaterialPreview::~MaterialPreview() = default;
+
+std::string MaterialPreview::DeviceName() const
+{
+    return _device->Name();
+}
+
+const std::vector<std::string>& MaterialPreview::ValidationMessages() const
+{
+    return _device->ValidationMessages();
+}
+
+Picture MaterialPreview::RenderMaterial(const MaterialDocument& document, const Mesh& mesh,
+                                        const PreviewOptions& options, ProblemList& problems) const
+{
+    CheckSize(options);
+    const auto loudPattern = [&] {
+        return MakeLoudPattern(options.Width * options.FrameCount, options.Height);
+    };
+    PreparedMaterial material;
+    std::optional<PreviewBindings> bindings;
+    try {
+        material = PreviewJob(_plugins, _environment, document, options, problems).Prepare();
+        bindings.emplace(material.Graph, document);
+    } catch (const HostError& error) {
+        problems.Fail(materialRule, error);
+    }
+    if (problems.HasErrors())
+        return loudPattern();
+    const CompiledProgram program =
+        _compiler.Compile(material.Program, {CompileTarget::Spirv}, document.File, problems);
+    if (problems.HasErrors())
+        return loudPattern();
+
+    UniformValues scene = MakeSceneValues(mesh, static_cast<float>(options.Width) /
+                                                    static_cast<float>(options.Height));
+    scene = AtFrame(std::move(scene), options, 0);
+    SetValues(options, *bindings, scene);
+    const std::filesystem::path folder = std::filesystem::path(document.File).parent_path();
+    DrawCall surface = BuildDraw(program, {mesh, &*bindings, folder}, problems);
+    surface.Uniforms = FillUniforms(program, &*bindings, scene, problems);
+    if (problems.HasErrors())
+        return loudPattern();
+
+    const CompiledProgram backgroundProgram =
+        _compiler.Compile(MakeBackgroundProgram(), {CompileTarget::Spirv}, "background", problems);
+    const Mesh backgroundMesh = MakeBackgroundMesh();
+    DrawCall background = BuildDraw(backgroundProgram, {backgroundMesh, nullptr, {}}, problems);
+    background.Uniforms = FillUniforms(backgroundProgram, nullptr, scene, problems);
+    background.State.TestsDepth = false;
+    background.State.WritesDepth = false;
+    if (problems.HasErrors())
+        return loudPattern();
+
+    Renderer renderer(*_device, options.Width, options.Height, {background, surface});
+    std::vector<Picture> pictures;
+    for (std::uint32_t i = 0; i < options.FrameCount; ++i) {
+        const UniformValues values = AtFrame(scene, options, i);
+        for (const DrawUniforms& uniforms : FillUniforms(program, &*bindings, values, problems))
+            renderer.SetUniforms(1, uniforms);
+        pictures.push_back(renderer.Render());
+    }
+    return JoinPictures(pictures);
+}
+
+Picture MakeLoudPattern(std::uint32_t width, std::uint32_t height)
+{
+    constexpr std::uint32_t checkSize = 16;
+    Picture picture{width, height, {}};
+    picture.Pixels.reserve(std::size_t(width) * height * bytesPerPixel);
+    for (std::uint32_t y = 0; y < height; ++y) {
+        for (std::uint32_t x = 0; x < width; ++x) {
+            const bool isMagenta = (x / checkSize + y / checkSize) % 2 == 0;
+            const std::uint8_t light = isMagenta ? 255 : 0;
+            picture.Pixels.insert(picture.Pixels.end(), {light, 0, light, 255});
+        }
+    }
+    return picture;
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "mox/bindings/Material.h"
+#include "mox/host/MaterialDocument.h"
+#include "mox/host/MaterialGraph.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <map>
+#include <string>
+
+namespace Mox::Host {
+
+/// The run-time parameters of a material with their values: those that the document states win over
+/// those of the nodes, and those of the caller win over both.
+class PreviewBindings
+{
+public:
+    /// @throws HostError naming the node that fails, or the place of a value that is none
+    PreviewBindings(const MaterialGraph& graph, const MaterialDocument& document);
+
+    /// Gives the bindings of that name a value in its attribute form: numbers with commas between
+    /// them, or the file of a texture.
+    /// @returns false if there is no such binding
+    /// @throws HostError if the text is no value for it
+    bool Set(const std::string& name, const std::string& value, const Place& where = {});
+
+    /// The binding of a vertex stream, of a texture, or of a uniform; or null.
+    const Materials::Binding* FindStream(const std::string& name) const;
+    const Materials::Binding* FindTexture(const std::string& name) const;
+    const Materials::Binding* FindFloat(const std::string& name) const;
+
+    /// The names in quotes, with commas between them.
+    std::string ListNames() const;
+
+private:
+    boost::shared_ptr<Materials::Material> _material;
+};
+
+} // namespace Mox::Host
