@@ -47,8 +47,8 @@ bool IsReservedCgWord(const std::string& word)
 {
     static const std::regex families(
         "(bool|double|fixed|float|half|int|short|char|long|unsigned)[1-4](x[1-4])?"
-        "|[fhx]?[1-4]?tex(1D|2D|3D|CUBE|RECT)\\w*"
-        "|(un)?pack_\\w+",
+        "|[fhx]?[1-4]?tex(1D|2D|3D|CUBE|RECT)[a-z0-9]*"
+        "|(un)?pack_(2half|2ushort|4byte|4ubyte)",
         std::regex::optimize);
     return ReservedWords().contains(word) || std::regex_match(word, families);
 }

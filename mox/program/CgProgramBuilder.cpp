@@ -24,8 +24,9 @@ std::string DescribeValue(const ProgramGraph& graph, const ShaderOrigins& origin
     const std::string& node = origins.Of(shader).Node;
     if (shader.Kind != ShaderNodeKind::Function)
         return Compose("\"", shader.Name, "\"");
-    const std::string port = Compose("\"", graph.PortOf(value).Name, "\" of ");
-    return port + (node.empty() ? shader.Describe() : Compose("node \"", node, "\""));
+    if (node.empty())
+        return Compose("\"", graph.NameOf(value), "\" of the environment");
+    return Compose("\"", graph.PortOf(value).Name, "\" of node \"", node, "\"");
 }
 
 /// The name of a value as a variable of the fragment program.

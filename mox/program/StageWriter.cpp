@@ -284,7 +284,10 @@ private:
     void ReadInterpolants()
     {
         for (const auto& [value, interpolant] : SortedInterpolants()) {
-            const std::string name = _names.Claim(interpolant->Name);
+            // A stream keeps its name, which means nothing else in this program.
+            const bool isStream =
+                _parts.Graph.Nodes()[value.Node].Shader->Kind == ShaderNodeKind::VaryingParameter;
+            const std::string name = isStream ? interpolant->Name : _names.Claim(interpolant->Name);
             _text.Append(Compose("\t", interpolant->Type.FormatDeclaration(name), " = ",
                                  SlotOf(*interpolant), ";\n"));
             _values[value] = name;

@@ -9,11 +9,14 @@
 #include "tests/compile/SampleProgram.h"
 #include "tests/support/Golden.h"
 #include "tests/support/MaterialText.h"
+#include "tests/support/RandomMaterial.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <iterator>
+#include <random>
 #include <regex>
 #include <sstream>
 #include <thread>
@@ -205,6 +208,31 @@ TEST(ProgramCompiler, EveryExample)
         CompileAndRecheck(compiler, program);
     }
     EXPECT_GT(count, 5);
+}
+
+/// MOX_RANDOM_MATERIALS in the environment asks for more of them.
+TEST(ProgramCompiler, RandomMaterials)
+{
+    const char* wanted = std::getenv("MOX_RANDOM_MATERIALS");
+    const std::uint32_t count = wanted ? std::stoul(wanted) : 100;
+    const std::uint32_t first = std::random_device()();
+    const ProgramCompiler compiler;
+    std::uint32_t compiled = 0;
+    for (std::uint32_t seed = first; seed - first < count && !HasFailure(); ++seed) {
+        SCOPED_TRACE(Compose("seed ", seed));
+        ProblemList problems;
+        const CgProgram program =
+            BuildMaterial(MakeRandomMaterial(seed, 1 + static_cast<int>(seed % 30)), problems);
+        if (problems.HasErrors()) {
+            // Values that cross the stages are limited; everything else must work.
+            EXPECT_NE(Describe(problems).find("interpolant"), std::string::npos);
+            continue;
+        }
+        ++compiled;
+        CompileAndRecheck(compiler, program);
+    }
+    EXPECT_GT(compiled, count * 9 / 10);
+    RecordProperty("compiled", static_cast<int>(compiled));
 }
 
 TEST(ProgramCompiler, ErrorsNameTheNodeOfAMaterial)

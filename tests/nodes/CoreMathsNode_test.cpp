@@ -107,7 +107,8 @@ TEST_F(CoreMathsNodeTest, InputsWithoutEdgeBecomeConstantsAheadOfTheBody)
                                      "\tout_value = lerp( in_value1, in_value2, in_blend );\n"
                                      "}\n"
                                      "\n"
-                                     "edges: 0\n");
+                                     "edges: 0\n"
+                                     "edge to in_value1 ends at [1].in_value1\n");
     node->UpdatePorts({});
     EXPECT_FALSE(node->GetInputPort("in_value1").Connected) << "ports are rebuilt, not reused";
 }

@@ -4,11 +4,13 @@
 #include "mox/program/MaterialProgram.h"
 #include "tests/support/Golden.h"
 #include "tests/support/MaterialText.h"
+#include "tests/support/RandomMaterial.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <random>
 
 using namespace Mox;
 using namespace Mox::Host;
@@ -255,8 +257,8 @@ TEST(MaterialProgram, OneNameIsOneParameterOfOneType)
     )";
     EXPECT_EQ(
         ProblemsOf(twoSets),
-        "two-types: test.xml:1: node \"a\": parameter \"uv0\" is float2 here and half2 at node "
-        "\"b\"\ndead-node: test.xml:4: node \"m\": nothing of this node reaches the surface\n");
+        "two-types: test.xml:2: node \"b\": parameter \"uv0\" is half2 here and float2 at node "
+        "\"a\"\ndead-node: test.xml:4: node \"m\": nothing of this node reaches the surface\n");
 }
 
 /// n textures, all added up into the surface's colour.
@@ -307,8 +309,26 @@ TEST(MaterialProgram, LimitsOfTheRegistersNameWhatIsInTheWay)
     EXPECT_TRUE(problems.starts_with("too-many-interpolants: what the vertex program hands to the "
                                      "fragment program does not fit into 10 registers"))
         << problems;
-    EXPECT_NE(problems.find("\"out_uv1\" of node \"anim7\" (half2)"), std::string::npos)
+    EXPECT_NE(problems.find("\"out_uv1\" of node \"anim7\" (float2)"), std::string::npos)
         << problems;
+}
+
+TEST(MaterialProgram, RandomMaterialsExportAndRepeatToTheByte)
+{
+    const std::uint32_t first = std::random_device()();
+    for (std::uint32_t seed = first; seed < first + 300; ++seed) {
+        SCOPED_TRACE(seed);
+        const MaterialDocument document = MakeRandomMaterial(seed, 1 + static_cast<int>(seed % 20));
+        ProblemList problems;
+        const std::string text = BothTexts(Build(document, problems));
+        for (const Problem& problem : problems.Problems()) {
+            // Values that cross are limited; everything else must work.
+            ASSERT_TRUE(problem.Level == Severity::Warning ||
+                        problem.Rule == "too-many-interpolants")
+                << problem.Format();
+        }
+        EXPECT_EQ(BothTexts(Build(document, problems)), text);
+    }
 }
 
 TEST(MaterialProgram, SharesWhatIsEqual)

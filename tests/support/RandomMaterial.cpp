@@ -1,0 +1,227 @@
+#include "tests/support/RandomMaterial.h"
+
+#include "mox/Text.h"
+#include "mox/host/PropertyText.h"
+#include "tests/support/MaterialText.h"
+
+#include <random>
+#include <stdexcept>
+#include <vector>
+
+using namespace Mox::Host;
+using namespace Mox::Materials;
+
+namespace {
+
+constexpr const char* nodeTypes[] = {
+    "CoreMaths",
+    "CoreMaths",
+    "CoreMaths",
+    "CoreMaths",
+    "CoreMaths",
+    "CoreLayerBlend",
+    "CoreLayerBlend",
+    "CoreSwizzle",
+    "CoreSwizzle",
+    "CoreConstant",
+    "CoreTexture",
+    "CoreAnimatedUv",
+    "CoreUv",
+    "CoreVertexColour",
+    "SurfaceFacingRatio",
+    "SurfaceTime",
+    "SurfaceFrame",
+    "SurfaceWorldPosition",
+    "SurfaceWorldNormal",
+    "SurfaceViewDirection",
+};
+
+constexpr int mostTextures = 12;
+
+/// An output that later nodes may read.
+struct Source
+{
+    std::string Node;
+    std::string Port;
+    std::int32_t Width;
+    bool IsPerFragment; ///< computed from something that only runs per fragment
+};
+
+/// The random choices of one seed.
+class Choice
+{
+public:
+    explicit Choice(std::uint32_t seed) : _random(seed) {}
+
+    std::uint32_t Below(std::size_t count) { return static_cast<std::uint32_t>(_random() % count); }
+
+    template <class Container>
+    decltype(auto) Pick(const Container& container)
+    {
+        return container[Below(std::size(container))];
+    }
+
+private:
+    std::mt19937 _random;
+};
+
+class RandomMaterial
+{
+public:
+    explicit RandomMaterial(std::uint32_t seed) : _choice(seed)
+    {
+        _document.File = Compose("random_", seed, ".xml");
+    }
+
+    MaterialDocument Make(int nodeCount)
+    {
+        AddNode("CoreUv"); // so that there is always something to read
+        for (int i = 1; i < nodeCount; ++i)
+            AddNode(_choice.Pick(nodeTypes));
+        AddNode("Surface");
+        return std::move(_document);
+    }
+
+private:
+    void AddNode(std::string type)
+    {
+        if (type == "CoreTexture" && ++_textures > mostTextures)
+            type = "CoreMaths";
+        const std::string id = Compose("n", _document.Nodes.size());
+        const auto node = TestPlugins().CreateNode(type);
+        DocumentNode record;
+        record.Id = id;
+        record.Type = type;
+        const std::size_t standardProperties = 8;
+        for (std::size_t i = standardProperties; i < node->Properties->Properties.size(); ++i)
+            Settle(*node->Properties->Properties[i], record);
+        if (node->HasBinding())
+            Store(*node->Name, id + "_name", record);
+        node->UpdatePorts({});
+        Feed(*node, record);
+        _document.Nodes.push_back(std::move(record));
+    }
+
+    void Store(GuiProperty& property, const std::string& value, DocumentNode& record)
+    {
+        if (!SetFromText(property, property.Kind, value))
+            throw std::logic_error("a random value does not fit its property");
+        record.Properties.push_back({property.Name, property.Kind, value});
+    }
+
+    void Settle(GuiProperty& property, DocumentNode& record)
+    {
+        if (property.Kind == GuiPropertyKind::Node || _choice.Below(3) == 0)
+            return;
+        switch (property.Kind) {
+        case GuiPropertyKind::Bool:
+            Store(property, _choice.Below(2) ? "true" : "false", record);
+            break;
+        case GuiPropertyKind::Integer:
+            Store(property, std::to_string(2 + _choice.Below(3)), record);
+            break;
+        case GuiPropertyKind::Float:
+            Store(property, FormatFloat(static_cast<float>(_choice.Below(9)) * 0.25f - 0.5f),
+                  record);
+            break;
+        case GuiPropertyKind::Colour:
+            Store(property, _choice.Below(2) ? "1 0.5 0" : "0.2 0.4 0.8", record);
+            break;
+        case GuiPropertyKind::Enum:
+            Store(property, _choice.Pick(property.Choices), record);
+            break;
+        case GuiPropertyKind::String:
+        case GuiPropertyKind::Node:
+            break;
+        }
+    }
+
+    /// A function of the node's that must or must not run per vertex.
+    static bool RunsPerVertex(const GuiNode& node)
+    {
+        const auto level = node.Properties->Index.find("Execution Level");
+        return level != node.Properties->Index.end() && level->second->GetEnum() == "Vertex";
+    }
+
+    static bool RunsPerFragment(const GuiNode& node)
+    {
+        const auto level = node.Properties->Index.find("Execution Level");
+        if (level != node.Properties->Index.end() && level->second->GetEnum() != "Automatic")
+            return level->second->GetEnum() == "Fragment";
+        if (node.GetType() == "CoreTexture")
+            return true;
+        const auto function = node.Properties->Index.find("Function");
+        if (function == node.Properties->Index.end())
+            return false;
+        for (const char* name :
+             {"Power", "SmoothStep", "Compare", "Ceil", "Floor", "Frac", "Abs"}) {
+            if (function->second->GetEnum() == name)
+                return true;
+        }
+        return false;
+    }
+
+    void Feed(GuiNode& node, DocumentNode& record)
+    {
+        const bool perVertex = RunsPerVertex(node);
+        bool isPerFragment = RunsPerFragment(node);
+        std::int32_t width = 1;
+        for (GuiPort& port : node.InputPorts) {
+            const bool mustBeFed = port.Name == "in_uv" || port.Name == "in_facing" ||
+                                   (node.GetType() == "Surface" && port.Name == "in_colour");
+            if (!mustBeFed && _choice.Below(4) == 0)
+                continue;
+            const bool needsVertex = perVertex || port.Name == "in_offset";
+            const Source* source =
+                Find(port.CountFixed ? port.ComponentCount : 0, width, needsVertex);
+            if (!source)
+                source = MakeSource();
+            if (!port.CountFixed) {
+                width = std::max(width, source->Width);
+                port.ComponentCount = source->Width;
+                port.CountKnown = true;
+            }
+            isPerFragment = isPerFragment || source->IsPerFragment;
+            _document.Edges.push_back({source->Node, source->Port, record.Id, port.Name});
+        }
+        node.ResolveComponentCounts();
+        for (const GuiPort& port : node.OutputPorts)
+            _sources.push_back({record.Id, port.Name, port.ComponentCount, isPerFragment});
+    }
+
+    /// @param fixedWidth of the port, or 0
+    /// @param width of what the node's free ports take so far
+    const Source* Find(std::int32_t fixedWidth, std::int32_t width, bool needsVertex)
+    {
+        std::vector<const Source*> fitting;
+        for (const Source& source : _sources) {
+            const bool fits =
+                source.Width == 1 ||
+                (fixedWidth > 0 ? source.Width == fixedWidth : width == 1 || source.Width == width);
+            if (fits && !(needsVertex && source.IsPerFragment))
+                fitting.push_back(&source);
+        }
+        return fitting.empty() ? nullptr : _choice.Pick(fitting);
+    }
+
+    /// A scalar that fits everywhere.
+    const Source* MakeSource()
+    {
+        const std::string id = Compose("n", _document.Nodes.size(), "_", _sources.size());
+        _document.Nodes.push_back({id, "SurfaceTime", 0, {}});
+        _sources.push_back({id, "read", 1, false});
+        return &_sources.back();
+    }
+
+    Choice _choice;
+    MaterialDocument _document;
+    std::vector<Source> _sources;
+    int _textures = 0;
+};
+
+} // namespace
+
+MaterialDocument MakeRandomMaterial(std::uint32_t seed, int nodeCount)
+{
+    return RandomMaterial(seed).Make(nodeCount);
+}
