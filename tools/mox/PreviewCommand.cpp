@@ -15,8 +15,6 @@ namespace {
 
 using Materials::Compose;
 
-constexpr int failureStatus = 1; ///< the material is bad
-
 constexpr const char* footer =
     R"(Textures whose names are relative lie beside the material. --set takes numbers
 with commas between them for a constant, a file for a texture, and a number for

@@ -1,0 +1,20 @@
+#include "mox/host/DocumentInputs.h"
+
+namespace Mox::Host {
+
+std::vector<std::filesystem::path> TextureFiles(const MaterialDocument& document)
+{
+    const std::filesystem::path folder = std::filesystem::path(document.File).parent_path();
+    std::vector<std::filesystem::path> files;
+    for (const DocumentBinding& binding : document.Bindings) {
+        if (binding.Stream != "texture")
+            continue;
+        for (const DocumentValue& value : binding.Values) {
+            if (value.Name == "default" && !value.Value.empty())
+                files.push_back(folder / value.Value);
+        }
+    }
+    return files;
+}
+
+} // namespace Mox::Host
