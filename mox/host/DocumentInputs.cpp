@@ -2,11 +2,12 @@
 
 namespace Mox::Host {
 
-std::vector<std::filesystem::path> TextureFiles(const MaterialDocument& document)
+std::vector<std::filesystem::path> TextureFiles(const std::vector<DocumentBinding>& bindings,
+                                                const std::filesystem::path& document)
 {
-    const std::filesystem::path folder = std::filesystem::path(document.File).parent_path();
+    const std::filesystem::path folder = document.parent_path();
     std::vector<std::filesystem::path> files;
-    for (const DocumentBinding& binding : document.Bindings) {
+    for (const DocumentBinding& binding : bindings) {
         if (binding.Stream != "texture")
             continue;
         for (const DocumentValue& value : binding.Values) {

@@ -4,6 +4,7 @@
 #include "mox/bindings/FloatBinding.h"
 #include "mox/host/GraphResolver.h"
 #include "mox/host/MaterialLoader.h"
+#include "mox/host/NodeMaker.h"
 #include "mox/preview/Background.h"
 #include "mox/preview/DrawBuilder.h"
 #include "mox/preview/NodeProbe.h"
@@ -27,67 +28,75 @@ constexpr std::size_t bytesPerPixel = 4;
 /// A material that is ready to be compiled.
 struct PreparedMaterial
 {
-    MaterialGraph Graph;
     CgProgram Program;
+    PreviewBindings Bindings;
 };
 
-/// Prepares one picture of one material.
+/// Makes the program of what is to be seen: of the material, or of one node.
 class PreviewJob
 {
 public:
     PreviewJob(const PluginSet& plugins, const Environment& environment,
                const MaterialDocument& document, const PreviewOptions& options,
                ProblemList& problems)
-        : _plugins(plugins), _environment(environment), _document(document), _options(options),
-          _problems(problems)
+        : _environment(environment), _document(document), _options(options), _problems(problems),
+          _maker([&plugins](const std::string& type) {
+              return type == NodeProbe::TypeName() ? boost::make_shared<NodeProbe>()
+                                                   : plugins.CreateNode(type);
+          })
     {}
 
-    PreparedMaterial Prepare()
+    /// @returns nothing after an error
+    std::optional<PreparedMaterial> Prepare()
     {
-        return _options.Node.empty() ? PrepareMaterial()
-                                     : PrepareNode(FindNodeOutput(_document, _options.Node));
+        if (_options.Node.empty())
+            return Finish(Load(_document), _environment);
+        const NodeOutput output = FindNodeOutput(_document, _options.Node);
+        MaterialGraph graph = Load(CutUpstream(_document, output.Node));
+        AttachProbe(graph, output);
+        return Finish(std::move(graph), MakeProbeEnvironment(_environment));
     }
 
 private:
-    PreparedMaterial PrepareMaterial()
+    MaterialGraph Load(const MaterialDocument& document)
     {
-        PreparedMaterial material{LoadMaterial(_document, _plugins), {}};
-        ResolveGraph(material.Graph);
-        material.Program = BuildMaterialProgram(material.Graph, _environment, {}, _problems);
-        return material;
+        return LoadMaterial(document, _maker, _problems);
     }
 
-    PreparedMaterial PrepareNode(NodeOutput output)
+    static void AttachProbe(MaterialGraph& graph, const NodeOutput& output)
     {
-        PreparedMaterial material{LoadMaterial(CutUpstream(_document, output.Node), _plugins), {}};
-        MaterialGraph& graph = material.Graph;
-        const Place where{_document.File, 0, output.Node, output.Port};
-        const auto& node = graph.Nodes()[graph.FindNode(output.Node, where)];
-        if (output.Port.empty()) {
+        const GraphNode& node = graph.Nodes()[graph.FindNode(output.Node, {})];
+        std::string port = output.Port;
+        if (port.empty()) {
             if (node.Gui->OutputPorts.empty())
                 throw HostError(node.Where, "the node has no output that could be shown");
-            output.Port = node.Gui->OutputPorts.front().Name;
+            port = node.Gui->OutputPorts.front().Name;
         }
-        std::string probeId = "probe";
-        while (std::any_of(graph.Nodes().begin(), graph.Nodes().end(),
-                           [&](const auto& other) { return other.Id == probeId; }))
-            probeId += "_";
-        const auto probe = boost::make_shared<NodeProbe>();
-        graph.AddNode(probeId, probe, false, where);
-        const std::string input = probe->InputPorts.front().Name;
-        graph.Connect(output.Node, output.Port, probeId, input, where);
-        ResolveGraph(graph);
-        const std::int32_t count = probe->InputPorts.front().GetComponentCount();
-        material.Program =
-            BuildMaterialProgram(graph, MakeProbeEnvironment(_environment, count), {}, _problems);
+        std::string id = NodeProbe::TypeName();
+        while (graph.Store().FindNode(id))
+            id += "_";
+        graph.AddNode(id, NodeProbe::TypeName());
+        graph.Connect(output.Node, port, id, NodeProbe::PortName());
+    }
+
+    std::optional<PreparedMaterial> Finish(MaterialGraph graph, const Environment& environment)
+    {
+        ResolveGraph(graph, _problems);
+        ReportCountConflicts(graph, _problems);
+        if (_problems.HasErrors())
+            return std::nullopt;
+        PreparedMaterial material{BuildMaterialProgram(graph, environment, {}, _problems),
+                                  PreviewBindings(graph, _document)};
+        if (_problems.HasErrors())
+            return std::nullopt;
         return material;
     }
 
-    const PluginSet& _plugins;
     const Environment& _environment;
     const MaterialDocument& _document;
     const PreviewOptions& _options;
     ProblemList& _problems;
+    NodeMaker _maker;
 };
 
 /// Gives the caller's values to the bindings, or else to what the environment supplies.
@@ -177,28 +186,27 @@ Picture MaterialPreview::RenderMaterial(const MaterialDocument& document, const 
     const auto loudPattern = [&] {
         return MakeLoudPattern(options.Width * options.FrameCount, options.Height);
     };
-    PreparedMaterial material;
-    std::optional<PreviewBindings> bindings;
+    std::optional<PreparedMaterial> material;
     try {
         material = PreviewJob(_plugins, _environment, document, options, problems).Prepare();
-        bindings.emplace(material.Graph, document);
     } catch (const HostError& error) {
         problems.Fail(materialRule, error);
     }
-    if (problems.HasErrors())
+    if (!material)
         return loudPattern();
+    PreviewBindings& bindings = material->Bindings;
     const CompiledProgram program =
-        _compiler.Compile(material.Program, {CompileTarget::Spirv}, document.File, problems);
+        _compiler.Compile(material->Program, {CompileTarget::Spirv}, document.File, problems);
     if (problems.HasErrors())
         return loudPattern();
 
     UniformValues scene = MakeSceneValues(mesh, static_cast<float>(options.Width) /
                                                     static_cast<float>(options.Height));
     scene = AtFrame(std::move(scene), options, 0);
-    SetValues(options, *bindings, scene);
+    SetValues(options, bindings, scene);
     const std::filesystem::path folder = std::filesystem::path(document.File).parent_path();
-    DrawCall surface = BuildDraw(program, {mesh, &*bindings, folder}, problems);
-    surface.Uniforms = FillUniforms(program, &*bindings, scene, problems);
+    DrawCall surface = BuildDraw(program, {mesh, &bindings, folder}, problems);
+    surface.Uniforms = FillUniforms(program, &bindings, scene, problems);
     if (problems.HasErrors())
         return loudPattern();
 
@@ -216,7 +224,7 @@ Picture MaterialPreview::RenderMaterial(const MaterialDocument& document, const 
     std::vector<Picture> pictures;
     for (std::uint32_t i = 0; i < options.FrameCount; ++i) {
         const UniformValues values = AtFrame(scene, options, i);
-        for (const DrawUniforms& uniforms : FillUniforms(program, &*bindings, values, problems))
+        for (const DrawUniforms& uniforms : FillUniforms(program, &bindings, values, problems))
             renderer.SetUniforms(1, uniforms);
         pictures.push_back(renderer.Render());
     }

@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/host/HostError.h"
+#include "mox/shader/ShaderFunctionBuilder.h"
 #include "mox/shader/ShaderGraphGenerator.h"
 
 #include <algorithm>
@@ -13,10 +14,14 @@ namespace Mox::Host {
 namespace {
 
 using Materials::Compose;
+using Materials::GuiPort;
 
-constexpr const char* probePort = "write";
-constexpr const char* probeValue = "probeValue";
-constexpr std::int32_t probeFlags = 0;
+constexpr const char* inputPort = "in_value";
+constexpr const char* outputPort = "out_value";
+constexpr const char* parameterName = "probeColour";
+constexpr std::int32_t parameterFlags = 0;
+
+const ShaderType colourType(ComponentType::Float, 3, 1, 1);
 
 bool HasNode(const MaterialDocument& document, const std::string& id)
 {
@@ -39,17 +44,15 @@ std::multimap<std::string, std::string> FindSources(const MaterialDocument& docu
     return sources;
 }
 
-std::string BodyOf(std::int32_t count)
+const char* BodyOf(std::int32_t count)
 {
     switch (count) {
     case 1:
-        return "out_value = float4( in_value, in_value, in_value, 1.0 );";
+        return "\tout_value = float3( in_value, in_value, in_value );\n";
     case 2:
-        return "out_value = float4( in_value, 0.0, 1.0 );";
-    case 3:
-        return "out_value = float4( in_value, 1.0 );";
+        return "\tout_value = float3( in_value, 0.0 );\n";
     default:
-        return "out_value = float4( in_value.xyz, 1.0 );";
+        return "\tout_value = in_value.xyz;\n";
     }
 }
 
@@ -85,32 +88,46 @@ MaterialDocument CutUpstream(const MaterialDocument& document, const std::string
     return part;
 }
 
-NodeProbe::NodeProbe() : GuiNode("NodeProbe")
+const char* NodeProbe::TypeName()
 {
-    InputPorts.emplace_back(probePort, "value");
+    return "NodeProbe";
+}
+
+const char* NodeProbe::PortName()
+{
+    return inputPort;
+}
+
+NodeProbe::NodeProbe() : GuiNode(TypeName())
+{
+    InputPorts.emplace_back(inputPort, "value");
     InputPorts.back().SetPrecision(ComponentType::Float);
 }
 
 void NodeProbe::GenerateShader(ShaderGraphGenerator& generator)
 {
-    const ShaderNodeHandle parameter = ShaderNode::CreateInterfaceParameter(
-        probeValue, probeFlags, GetInputPort(probePort).GetShaderType());
+    const GuiPort& port = GetInputPort(inputPort);
+    ShaderFunctionBuilder builder;
+    builder.AddInputPort(port);
+    builder.AddOutput(colourType, outputPort);
+    builder.AppendCode(BodyOf(port.GetComponentCount()));
+    const ShaderNodeHandle function = builder.Build(ShaderLevel::Automatic, "probeCode");
+    const ShaderNodeHandle parameter =
+        ShaderNode::CreateInterfaceParameter(parameterName, parameterFlags, colourType);
+    generator.AddNode(function);
     generator.AddNode(parameter);
-    RegisterEdges(generator, parameter);
+    generator.Connect(function, outputPort, parameter, "write");
+    RegisterEdges(generator, function);
 }
 
-Environment MakeProbeEnvironment(Environment environment, std::int32_t count)
+Environment MakeProbeEnvironment(Environment environment)
 {
     for (EnvironmentEntry& output : environment.Outputs) {
         if (output.Register->Type != ShaderRegisterType::FragmentColorOut)
             continue;
         output.When.clear();
-        output.Inputs = {{"in_value",
-                          ShaderType(ComponentType::Float, count, 1, 1),
-                          EnvironmentSource::Value,
-                          probeValue,
-                          {}}};
-        output.Body = BodyOf(count);
+        output.Inputs = {{"in_colour", colourType, EnvironmentSource::Value, parameterName, {}}};
+        output.Body = "out_value = float4( in_colour, 1.0 );";
     }
     return environment;
 }

@@ -21,19 +21,21 @@ NodeOutput FindNodeOutput(const MaterialDocument& document, const std::string& t
 /// stands though the rest may be broken.
 MaterialDocument CutUpstream(const MaterialDocument& document, const std::string& node);
 
-/// The end of a material that shows what a node puts out: hands the value that enters "write" to
-/// the environment of MakeProbeEnvironment.
+/// The end of a material that shows what a node puts out: hands it as a colour to the environment
+/// of MakeProbeEnvironment. One component becomes grey, two red and green, and of four the first
+/// three count.
 class NodeProbe : public Materials::GuiNode
 {
 public:
+    static const char* TypeName();
+    static const char* PortName(); ///< of the one input
+
     NodeProbe();
 
     void GenerateShader(ShaderGraphGenerator& generator) override;
 };
 
-/// An environment in which a surface shows the value of a probe as colour, without any light: one
-/// component as grey, two as red and green, and of four the first three.
-/// @param count components of the value, 1 to 4
-Environment MakeProbeEnvironment(Environment environment, std::int32_t count);
+/// An environment in which a surface has the colour of a probe, without any light.
+Environment MakeProbeEnvironment(Environment environment);
 
 } // namespace Mox::Host

@@ -1,8 +1,7 @@
 #include "mox/program/ProgramExporter.h"
 
 #include "mox/host/DocumentInputs.h"
-#include "mox/host/GraphResolver.h"
-#include "mox/host/MaterialLoader.h"
+#include "mox/host/OpenMaterial.h"
 #include "mox/program/MaterialProgram.h"
 
 namespace Mox::Host {
@@ -14,14 +13,14 @@ ProgramExporter::ProgramExporter(const PluginSet& plugins, Environment environme
 
 ExportedMaterial ProgramExporter::Export(const std::filesystem::path& file) const
 {
-    const MaterialDocument document = ReadMaterialDocument(file);
-    const MaterialGraph graph = LoadMaterial(document, _plugins);
-    ResolveGraph(graph);
     ExportedMaterial exported;
+    const MaterialGraph graph = OpenMaterial(file, _plugins, exported.Problems);
+    if (exported.Problems.HasErrors())
+        return exported;
     CgProgram program = BuildMaterialProgram(graph, _environment, _options, exported.Problems);
     exported.Texts = {std::move(program.Vertex.Text), std::move(program.Fragment.Text)};
 
-    exported.Inputs = TextureFiles(document);
+    exported.Inputs = TextureFiles(graph.Bindings, file);
     exported.Inputs.insert(exported.Inputs.end(), _environment.Files.begin(),
                            _environment.Files.end());
     // A type comes from the first plug-in that offers it, so the result hangs on all of them.

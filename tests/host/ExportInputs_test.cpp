@@ -51,7 +51,7 @@ TEST(DocumentInputs, TexturesOfBindings)
                          {"float", "tint", {{"default", "1"}}, 0},
                          {"texture", "empty", {{"default", ""}}, 0},
                          {"texture", "far", {{"default", "/t/b.png"}}, 0}};
-    EXPECT_EQ(TextureFiles(document),
+    EXPECT_EQ(TextureFiles(document.Bindings, document.File),
               (std::vector<std::filesystem::path>{"in/t/a.png", "/t/b.png"}));
 }
 

@@ -1,8 +1,7 @@
 #include "Commands.h"
 #include "LoadPlugins.h"
 #include "mox/host/BindingsDocument.h"
-#include "mox/host/GraphResolver.h"
-#include "mox/host/MaterialLoader.h"
+#include "mox/host/OpenMaterial.h"
 
 #include <iostream>
 
@@ -19,10 +18,8 @@ boost::shared_ptr<Materials::Material> BindingsOfMaterial(const std::string& fil
                                                           const CommonOptions& common)
 {
     const Host::PluginSet plugins = LoadPlugins(common);
-    Host::MaterialGraph graph = Host::LoadMaterial(Host::ReadMaterialDocument(file), plugins);
     Host::ProblemList problems;
-    Host::ResolveGraph(graph, problems);
-    Host::ReportCountConflicts(graph, problems);
+    const Host::MaterialGraph graph = Host::OpenMaterial(file, plugins, problems);
     problems.ThrowFirstError();
     return Host::CreateBindings(graph);
 }

@@ -96,6 +96,7 @@ void ExportToFolder(const Host::Exporter& exporter, std::vector<Host::MaterialFi
 {
     const std::filesystem::path folder = options.Folder;
     std::vector<Host::ExportJob> jobs;
+    jobs.reserve(materials.size());
     for (Host::MaterialFile& material : materials)
         jobs.push_back({std::move(material.Document), (folder / material.Name).string()});
     const Host::ExportBatch batch(exporter, std::move(jobs));
