@@ -18,6 +18,7 @@
 #include <iterator>
 #include <random>
 #include <regex>
+#include <span>
 #include <sstream>
 #include <thread>
 
@@ -38,8 +39,7 @@ std::string Describe(const ProblemList& problems)
 CompiledProgram CompileAndRecheck(const ProgramCompiler& compiler, const CgProgram& program)
 {
     ProblemList problems;
-    const CompiledProgram result =
-        compiler.Compile(program, AllCompileTargets(), "test.xml", problems);
+    CompiledProgram result = compiler.Compile(program, AllCompileTargets(), "test.xml", problems);
     EXPECT_EQ(Describe(problems), "") << program.Vertex.Text << program.Fragment.Text;
     for (const TargetProgram& target : result.Programs)
         EXPECT_EQ(Recheck(target), "") << GetTargetName(target.Target) << "\n" << target.Bytes;
@@ -188,8 +188,8 @@ TEST(ProgramCompiler, ErrorsNameTheNode)
 CgProgram BuildMaterial(const MaterialDocument& document, ProblemList& problems)
 {
     static const Environment environment = ReadEnvironment(MOX_ENVIRONMENT_FOLDER);
-    const MaterialGraph graph = LoadMaterial(document, TestPlugins());
-    ResolveGraph(graph);
+    MaterialGraph graph = LoadMaterial(document, TestPlugins());
+    ResolveGraph(graph, problems);
     return BuildMaterialProgram(graph, environment, {}, problems);
 }
 
@@ -223,11 +223,14 @@ TEST(ProgramCompiler, RandomMaterials)
         ProblemList problems;
         const CgProgram program =
             BuildMaterial(MakeRandomMaterial(seed, 1 + static_cast<int>(seed % 30)), problems);
-        if (problems.HasErrors()) {
+        for (const Problem& problem : problems.Problems()) {
             // Values that cross the stages are limited; everything else must work.
-            EXPECT_NE(Describe(problems).find("interpolant"), std::string::npos);
-            continue;
+            ASSERT_TRUE(problem.Level == Severity::Warning ||
+                        problem.Rule == "too-many-interpolants")
+                << problem.Format();
         }
+        if (problems.HasErrors())
+            continue;
         ++compiled;
         CompileAndRecheck(compiler, program);
     }
@@ -292,9 +295,10 @@ TEST(ProgramCompiler, ParametersMayBeCalledAnything)
     const ProgramCompiler compiler;
     for (const auto kind :
          {ParameterKind::Uniform, ParameterKind::Sampler, ParameterKind::VertexStream}) {
-        for (std::size_t begin = 0; begin < words.size(); begin += 16) {
-            const std::vector<std::string> names(
-                words.begin() + begin, words.begin() + std::min(begin + 16, words.size()));
+        for (auto rest = std::span(words); !rest.empty();) {
+            const auto part = rest.first(std::min<std::size_t>(rest.size(), 16));
+            rest = rest.subspan(part.size());
+            const std::vector<std::string> names(part.begin(), part.end());
             for (const TargetProgram& program :
                  CompileAndRecheck(compiler, ProgramWithNames(kind, names)).Programs) {
                 if (kind == ParameterKind::VertexStream && program.Stage == ProgramStage::Fragment)
@@ -348,6 +352,7 @@ TEST(ProgramCompiler, SameBytesEveryTime)
     const ProgramCompiler shared;
     std::array<std::string, 8> results;
     std::vector<std::thread> threads;
+    threads.reserve(results.size());
     for (std::string& result : results)
         threads.emplace_back([&] {
             result = compile(shared);
