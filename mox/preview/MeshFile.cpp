@@ -55,7 +55,7 @@ public:
     Mesh Join()
     {
         for (const aiMesh* part : _parts) {
-            if (part->mPrimitiveTypes == aiPrimitiveType_TRIANGLE)
+            if ((part->mPrimitiveTypes & aiPrimitiveType_TRIANGLE) != 0)
                 Append(*part);
         }
         return std::move(_mesh);

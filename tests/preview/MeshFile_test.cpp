@@ -1,6 +1,5 @@
-#include "mox/preview/MeshFile.h"
-
 #include "mox/host/HostError.h"
+#include "mox/preview/MeshFile.h"
 #include "tests/preview/SampleMeshes.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -15,8 +14,8 @@ namespace {
 TEST(MeshFile, OfEitherFormatIsTheSameSquare)
 {
     const TemporaryFolder folder;
-    for (const auto& file : {folder.Write("square.obj", squareObj),
-                             folder.Write("square.gltf", MakeSquareGltf())}) {
+    for (const auto& file :
+         {folder.Write("square.obj", squareObj), folder.Write("square.gltf", MakeSquareGltf())}) {
         SCOPED_TRACE(file);
         const Mesh mesh = ReadMesh(file);
         ASSERT_EQ(mesh.Indices.size(), 6u);
@@ -73,14 +72,18 @@ TEST(MeshFile, SaysWhyItIsNone)
     };
     EXPECT_EQ(failureOf(folder.Path() / "gone.obj"), "cannot be read: there is no such file");
     EXPECT_EQ(failureOf(folder.Write("a.fbx")), "a mesh must be an .obj, .gltf or .glb file");
-    for (const auto& [name, text] : {std::pair("a.gltf", "{"), std::pair("b.glb", "glTF"),
-                                     std::pair("c.obj", "no mesh"), std::pair("d.obj", "")}) {
+    for (const auto& [name, text] :
+         {std::pair("a.gltf", "{"), std::pair("b.glb", "glTF"), std::pair("c.obj", "no mesh"),
+          std::pair("d.obj", ""), std::pair("e.obj", "v 0 0 0\nv 1 0 0\nl 1 2\n")}) {
         const std::string failure = failureOf(folder.Write(name, text));
         EXPECT_EQ(failure.find("cannot be read: "), 0u) << name << ": " << failure;
         EXPECT_EQ(failure.find('\n'), failure.npos);
     }
-    EXPECT_EQ(failureOf(folder.Write("points.obj", "v 0 0 0\nv 1 0 0\nl 1 2\n")),
-              "the mesh has no triangles");
+    EXPECT_EQ(
+        failureOf(folder.Write(
+            "empty.gltf",
+            R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":[{}]})")),
+        "the mesh has no triangles");
 }
 
 } // namespace

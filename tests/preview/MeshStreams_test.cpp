@@ -1,7 +1,6 @@
-#include "mox/preview/MeshStreams.h"
-
 #include "mox/host/HostError.h"
 #include "mox/preview/MeshShapes.h"
+#include "mox/preview/MeshStreams.h"
 
 #include <gtest/gtest.h>
 
@@ -19,10 +18,10 @@ TEST(MeshStreams, ModifiersChangeTheComponentsThatTheyName)
         const char* Modifiers;
         std::vector<float> Values;
     };
-    for (const Case& expected : {Case{"", {0.25f, 0.5f}}, Case{"oneminus|v", {0.25f, 0.5f}},
-                                 Case{"oneminus|u", {0.75f, 0.5f}}, Case{"negate", {-0.25f, -0.5f}},
-                                 Case{"negate|y", {0.25f, -0.5f}},
-                                 Case{"negate|v oneminus|v", {0.25f, 1.5f}}}) {
+    for (const Case& expected :
+         {Case{"", {0.25f, 0.5f}}, Case{"oneminus|v", {0.25f, 0.5f}},
+          Case{"oneminus|u", {0.75f, 0.5f}}, Case{"negate", {-0.25f, -0.5f}},
+          Case{"negate|y", {0.25f, -0.5f}}, Case{"negate|v oneminus|v", {0.25f, 1.5f}}}) {
         MeshStream stream{2, {0.25f, 0.5f}};
         ApplyModifiers(expected.Modifiers, stream);
         EXPECT_EQ(stream.Values, expected.Values) << expected.Modifiers;
@@ -63,10 +62,9 @@ TEST(MeshStreams, SayWhatTheMeshLacks)
         }
         return std::string("no failure");
     };
-    EXPECT_EQ(failureOf([&] {
-                  ReadBoundStream(mesh, *CreateBinding(StreamType::Colour, "mask", 1));
-              }),
-              "the mesh \"bare.obj\" has no vertex colours, which the material reads as \"mask\"");
+    EXPECT_EQ(
+        failureOf([&] { ReadBoundStream(mesh, *CreateBinding(StreamType::Colour, "mask", 1)); }),
+        "the mesh \"bare.obj\" has no vertex colours, which the material reads as \"mask\"");
     EXPECT_EQ(failureOf([&] { ReadNamedStream(mesh, "tangent"); }),
               "the mesh \"bare.obj\" has no tangents, which are worked out from texture "
               "coordinates");

@@ -35,9 +35,9 @@ std::string BytesOf(const std::vector<Value>& values)
 
 std::string MakeSquareGltf()
 {
-    const std::string bytes =
-        BytesOf<float>({-1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1, 0}) +
-        BytesOf<float>({0, 1, 1, 1, 1, 0, 0, 0}) + BytesOf<std::uint16_t>({0, 1, 2, 0, 2, 3});
+    const std::string bytes = BytesOf<float>({-1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1, 0}) +
+                              BytesOf<float>({0, 1, 1, 1, 1, 0, 0, 0}) +
+                              BytesOf<std::uint16_t>({0, 1, 2, 0, 2, 3});
     return R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":[{"mesh":0}],
 "meshes":[{"primitives":[{"attributes":{"POSITION":0,"TEXCOORD_0":1},"indices":2}]}],
 "buffers":[{"byteLength":92,"uri":"data:application/octet-stream;base64,)" +

@@ -1,6 +1,5 @@
-#include "mox/preview/TextureImage.h"
-
 #include "mox/host/HostError.h"
+#include "mox/preview/TextureImage.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -40,12 +39,12 @@ TEST(TextureImage, SmallerLevelsKeepTheLight)
 TEST(TextureImage, OddSizesLeaveNoTexelOut)
 {
     const std::vector<TextureImage> levels =
-        MakeMipLevels(MakeImage(5, 3, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 240}), false);
+        MakeMipLevels(MakeImage(5, 3, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 234}), false);
     ASSERT_EQ(levels.size(), 3u);
     EXPECT_EQ(levels[1].Width, 2u);
     EXPECT_EQ(levels[1].Height, 1u);
     EXPECT_EQ(RedOf(levels[1]), 0);
-    EXPECT_EQ(RedOf(levels[2]), 13) << "a ninth of 240 in one of two texels";
+    EXPECT_EQ(RedOf(levels[2]), 13) << "a ninth of 234 in one of two texels";
 }
 
 TEST(TextureImage, HdrFilesKeepTheirRange)
@@ -53,8 +52,8 @@ TEST(TextureImage, HdrFilesKeepTheirRange)
     const TemporaryFolder folder;
     // One texel, 4 by 2 by 1: mantissas times two to the power of the exponent less 136.
     const std::string texel = {char(128), char(64), char(32), char(131)};
-    const TextureImage image = ReadTextureImage(folder.Write(
-        "sun.hdr", "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 1 +X 1\n" + texel));
+    const TextureImage image = ReadTextureImage(
+        folder.Write("sun.hdr", "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 1 +X 1\n" + texel));
     ASSERT_EQ(image.Format, TexelFormat::Float);
     float values[4];
     ASSERT_EQ(image.Bytes.size(), sizeof(values));
