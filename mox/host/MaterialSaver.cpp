@@ -11,7 +11,6 @@ namespace Mox::Host {
 
 namespace {
 
-using Materials::GuiNode;
 using Materials::GuiProperty;
 using Materials::GuiPropertyKind;
 

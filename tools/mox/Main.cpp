@@ -44,7 +44,7 @@ int main(int argc, char** argv)
     AddBindingsCommand(program, common);
     AddCatalogueCommand(program, common);
     AddNewCommand(program, common);
-#ifdef MOX_WITH_PREVIEW
+#ifdef MOX_HAS_PREVIEW
     AddPreviewCommand(program, common);
 #endif
     AddCompletionCommand(program);
