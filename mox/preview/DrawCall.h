@@ -39,13 +39,17 @@ struct DrawShader
     std::string EntryPoint;
 };
 
-/// How what is drawn meets what is there.
+/// How what is drawn meets what is there. Factors and comparisons are words of the render state in
+/// material documents.
 struct DrawState
 {
+    bool BlendsAlpha = false; ///< else alpha has no effect
+    std::string SourceBlend = "sourceAlpha";
+    std::string DestBlend = "oneMinusSourceAlpha";
     bool TestsDepth = true;
+    std::string DepthFunc = "lessOrEqual";
     bool WritesDepth = true;
     bool CullsBack = false;
-    bool BlendsAlpha = false; ///< else alpha has no effect
 };
 
 /// Triangles, and all that is needed to draw them. A stage without uniforms has no block.

@@ -1,19 +1,71 @@
 #include "mox/preview/GpuDraw.h"
 
+#include "mox/Text.h"
+#include "mox/host/HostError.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <glm/gtc/packing.hpp>
+#include <string_view>
 
 namespace Mox::Host {
 
 namespace {
+
+using Materials::Compose;
 
 constexpr float mostAnisotropy = 16.0f;
 
 constexpr std::array streamFormats = {vk::Format::eR32Sfloat, vk::Format::eR32G32Sfloat,
                                       vk::Format::eR32G32B32Sfloat,
                                       vk::Format::eR32G32B32A32Sfloat};
+
+template <class Value>
+struct Word
+{
+    std::string_view Text;
+    Value Meaning;
+};
+
+constexpr Word<vk::BlendFactor> blendFactors[] = {
+    {"zero", vk::BlendFactor::eZero},
+    {"one", vk::BlendFactor::eOne},
+    {"sourceColour", vk::BlendFactor::eSrcColor},
+    {"oneMinusSourceColour", vk::BlendFactor::eOneMinusSrcColor},
+    {"destColour", vk::BlendFactor::eDstColor},
+    {"oneMinusDestColour", vk::BlendFactor::eOneMinusDstColor},
+    {"sourceAlpha", vk::BlendFactor::eSrcAlpha},
+    {"oneMinusSourceAlpha", vk::BlendFactor::eOneMinusSrcAlpha},
+    {"destAlpha", vk::BlendFactor::eDstAlpha},
+    {"oneMinusDestAlpha", vk::BlendFactor::eOneMinusDstAlpha},
+    {"constantColour", vk::BlendFactor::eConstantColor},
+    {"oneMinusConstantColour", vk::BlendFactor::eOneMinusConstantColor},
+    {"constantAlpha", vk::BlendFactor::eConstantAlpha},
+    {"oneMinusConstantAlpha", vk::BlendFactor::eOneMinusConstantAlpha},
+    {"sourceAlphaSaturate", vk::BlendFactor::eSrcAlphaSaturate},
+};
+
+constexpr Word<vk::CompareOp> comparisons[] = {
+    {"never", vk::CompareOp::eNever},
+    {"less", vk::CompareOp::eLess},
+    {"equal", vk::CompareOp::eEqual},
+    {"lessOrEqual", vk::CompareOp::eLessOrEqual},
+    {"greater", vk::CompareOp::eGreater},
+    {"notEqual", vk::CompareOp::eNotEqual},
+    {"greaterOrEqual", vk::CompareOp::eGreaterOrEqual},
+    {"always", vk::CompareOp::eAlways},
+};
+
+template <class Value, std::size_t Count>
+Value MeaningOf(const Word<Value> (&words)[Count], const std::string& text)
+{
+    for (const Word<Value>& word : words) {
+        if (word.Text == text)
+            return word.Meaning;
+    }
+    throw HostError({}, Compose("the render state has no word \"", text, "\""));
+}
 
 template <class Value>
 GpuBuffer Upload(const VulkanDevice& device, const std::vector<Value>& values,
@@ -116,6 +168,12 @@ void GpuDraw::UploadTexture(const DrawTexture& texture)
 {
     const auto levelCount = static_cast<std::uint32_t>(texture.Levels.size());
     const TextureImage& top = texture.Levels.front();
+    const std::uint32_t widest =
+        texture.Is1D ? _device.Limits().maxImageDimension1D : _device.Limits().maxImageDimension2D;
+    if (std::max(top.Width, top.Height) > widest) {
+        throw HostError({}, Compose("a texture of ", top.Width, " by ", top.Height,
+                                    " texels is larger than the Vulkan device takes: ", widest));
+    }
     const auto heightOf = [&](const TextureImage& level) {
         return texture.Is1D ? 1u : level.Height;
     };
@@ -239,13 +297,14 @@ void GpuDraw::MakePipeline(const DrawCall& call, vk::RenderPass pass,
         vk::FrontFace::eCounterClockwise, false, 0.0f, 0.0f, 0.0f, 1.0f);
     const vk::PipelineMultisampleStateCreateInfo multisample({}, samples);
     const vk::PipelineDepthStencilStateCreateInfo depth(
-        {}, call.State.TestsDepth, call.State.WritesDepth, vk::CompareOp::eLessOrEqual);
+        {}, call.State.TestsDepth, call.State.WritesDepth,
+        MeaningOf(comparisons, call.State.DepthFunc));
     using Component = vk::ColorComponentFlagBits;
     // The picture stays opaque.
     const vk::PipelineColorBlendAttachmentState blend(
-        call.State.BlendsAlpha, vk::BlendFactor::eSrcAlpha, vk::BlendFactor::eOneMinusSrcAlpha,
-        vk::BlendOp::eAdd, vk::BlendFactor::eOne, vk::BlendFactor::eZero, vk::BlendOp::eAdd,
-        Component::eR | Component::eG | Component::eB);
+        call.State.BlendsAlpha, MeaningOf(blendFactors, call.State.SourceBlend),
+        MeaningOf(blendFactors, call.State.DestBlend), vk::BlendOp::eAdd, vk::BlendFactor::eOne,
+        vk::BlendFactor::eZero, vk::BlendOp::eAdd, Component::eR | Component::eG | Component::eB);
     const vk::PipelineColorBlendStateCreateInfo blending({}, false, {}, blend);
     const std::array dynamicStates = {vk::DynamicState::eViewport, vk::DynamicState::eScissor};
     const vk::PipelineDynamicStateCreateInfo dynamic({}, dynamicStates);

@@ -122,6 +122,30 @@ void SetValues(const PreviewOptions& options, PreviewBindings& bindings, Uniform
     }
 }
 
+/// The render state of a document. A test of alpha is left to games: it would need another program.
+DrawState ReadDrawState(const MaterialDocument& document)
+{
+    DrawState state;
+    for (const DocumentValue& value : document.RenderState) {
+        const bool isYes = value.Value == "Yes";
+        if (value.Name == "alphaBlend")
+            state.BlendsAlpha = isYes;
+        else if (value.Name == "sourceBlend")
+            state.SourceBlend = value.Value;
+        else if (value.Name == "destBlend")
+            state.DestBlend = value.Value;
+        else if (value.Name == "zTest")
+            state.TestsDepth = isYes;
+        else if (value.Name == "zTestFunc")
+            state.DepthFunc = value.Value;
+        else if (value.Name == "zWriteEnabled")
+            state.WritesDepth = isYes;
+        else if (value.Name == "backFaceCullEnabled")
+            state.CullsBack = isYes;
+    }
+    return state;
+}
+
 UniformValues AtFrame(UniformValues scene, const PreviewOptions& options, std::uint32_t index)
 {
     const auto offset = static_cast<float>(index);
@@ -207,6 +231,8 @@ Picture MaterialPreview::RenderMaterial(const MaterialDocument& document, const 
     const std::filesystem::path folder = std::filesystem::path(document.File).parent_path();
     DrawCall surface = BuildDraw(program, {mesh, &bindings, folder}, problems);
     surface.Uniforms = FillUniforms(program, &bindings, scene, problems);
+    if (options.Node.empty())
+        surface.State = ReadDrawState(document);
     if (problems.HasErrors())
         return loudPattern();
 

@@ -44,8 +44,9 @@ public:
     /// The picture of a material under a sky and one light. Textures whose names are relative lie
     /// beside the document. A material with an error comes out as a pattern that nobody takes for a
     /// material.
-    /// @param problems takes what is wrong with the material
-    /// @throws HostError if the options do not fit the material or the device
+    /// @param problems takes what is wrong with the material; an error that is there already, from
+    ///        reading the document, counts too
+    /// @throws HostError if a size or a value does not fit the material or the device
     Picture RenderMaterial(const MaterialDocument& document, const Mesh& mesh,
                            const PreviewOptions& options, ProblemList& problems) const;
 

@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "LoadEnvironment.h"
 #include "LoadPlugins.h"
 #include "mox/Text.h"
 #include "mox/host/PropertyText.h"
@@ -42,6 +43,7 @@ struct PreviewArguments
     std::string Frames;
     std::string Node;
     std::vector<std::string> Values;
+    std::string Environment;
 };
 
 /// Two whole numbers with a separator between them.
@@ -85,18 +87,23 @@ Host::PreviewOptions ReadOptions(const PreviewArguments& arguments)
     return options;
 }
 
+std::string FormatMessage(const Host::Problem& problem)
+{
+    return Compose("mox: ", problem.Level == Host::Severity::Warning ? "warning: " : "",
+                   problem.Format());
+}
+
 void Preview(const PreviewArguments& arguments, const CommonOptions& common)
 {
     const Host::PreviewOptions options = ReadOptions(arguments);
     const Host::Mesh mesh = Host::FindMesh(arguments.Mesh);
     const Host::PluginSet plugins = LoadPlugins(common);
-    const Host::MaterialPreview preview(plugins,
-                                        Host::ReadEnvironment(Host::DefaultEnvironmentFolder()));
+    const Host::MaterialPreview preview(plugins, LoadEnvironment(arguments.Environment));
     Host::ProblemList problems;
-    const Host::Picture picture =
-        preview.RenderMaterial(Host::ReadMaterialDocument(arguments.File), mesh, options, problems);
+    const Host::MaterialDocument document = Host::ReadMaterialDocument(arguments.File, problems);
+    const Host::Picture picture = preview.RenderMaterial(document, mesh, options, problems);
     for (const Host::Problem& problem : problems.Problems())
-        std::cerr << "mox: " << problem.Format() << '\n';
+        std::cerr << FormatMessage(problem) << '\n';
     Host::WritePng(picture, arguments.Output);
     if (problems.HasErrors())
         throw CLI::RuntimeError(failureStatus);
@@ -133,6 +140,7 @@ void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
     command->add_option("--set", arguments->Values, "Value of a binding; may be repeated")
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false);
+    AddEnvironmentOption(*command, arguments->Environment);
     command->footer(footer);
     command->callback([arguments, &common] { Preview(*arguments, common); });
 }
