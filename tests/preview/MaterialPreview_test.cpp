@@ -360,6 +360,41 @@ TEST_F(MaterialPreviewTest, MovesVerticesAndDrawsOnADifferentlyShapedPicture)
     EXPECT_LT(LightAt(picture, 0.2f, 0.25f), 600) << "the square is still a square";
 }
 
+TEST_F(MaterialPreviewTest, TakesTheRenderStateOfTheDocument)
+{
+    const std::string material = R"(
+        half CoreConstant; Name=half; Constant Type=Scalar; Default Scalar=0.5
+        glow CoreConstant; Name=glow; Default Colour=1 0 0
+        black CoreConstant; Name=black; Default Colour=0 0 0
+        surface Surface
+        black.read -> surface.in_colour
+        glow.read -> surface.in_emission
+        half.read -> surface.in_alpha
+    )";
+    PreviewOptions options;
+    options.Width = options.Height = 32;
+    options.Values = {{"skyColour", "0,1,0"}, {"groundColour", "0,1,0"}};
+    Mesh back = MakePlane();
+    back.ViewFrom = {0.0f, 0.0f, -1.0f};
+    const auto expect = [&](const std::vector<DocumentValue>& state, const Mesh& mesh,
+                            const Rgb& colour) {
+        MaterialDocument document = MaterialFromText(material);
+        document.RenderState = state;
+        ProblemList problems;
+        const Picture picture = _preview->RenderMaterial(document, mesh, options, problems);
+        EXPECT_FALSE(problems.HasErrors());
+        ExpectPixel(picture, 0.5f, 0.5f, colour);
+    };
+    expect({}, MakePlane(), red);
+    expect({{"alphaBlend", "Yes"}}, MakePlane(), {halfLight, halfLight, 0});
+    expect({{"alphaBlend", "Yes"}, {"sourceBlend", "one"}, {"destBlend", "one"}}, MakePlane(),
+           {255, 255, 0});
+    expect({{"zTestFunc", "never"}}, MakePlane(), green);
+    expect({}, back, red);
+    expect({{"backFaceCullEnabled", "Yes"}}, MakePlane(), red);
+    expect({{"backFaceCullEnabled", "Yes"}}, back, green);
+}
+
 TEST_F(MaterialPreviewTest, ShowsALoudPatternForWhatIsBroken)
 {
     Mesh bare = MakePlane();
@@ -370,7 +405,6 @@ TEST_F(MaterialPreviewTest, ShowsALoudPatternForWhatIsBroken)
         const char* Message; ///< a part of it
         std::map<std::string, std::string> Values;
     };
-    const std::string unknownType = "a NoSuchNode\nsurface Surface\na.out -> surface.in_colour\n";
     const std::string unfed = "paint CoreTexture\nsurface Surface\n"
                               "paint.out_colour -> surface.in_colour\n";
     const std::string masked = "mask CoreVertexColour; Name=mask\nsurface Surface\n"

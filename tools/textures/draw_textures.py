@@ -64,8 +64,8 @@ def rock(u, v):
 def moss(u, v):
     clumps = Noise(19, 4).fractal(u, v, 20, 3)
     patch = Noise(23, 6).fractal(u, v, 5, 3)
-    colour = mix((44, 62, 18), (134, 156, 52), smooth((clumps - 0.25) / 0.5))
-    return mix(colour, (92, 104, 40), 0.5 * patch)
+    colour = mix((40, 84, 10), (150, 205, 40), smooth((clumps - 0.25) / 0.5))
+    return mix(colour, (96, 140, 30), 0.5 * patch)
 
 
 def noise(u, v):
