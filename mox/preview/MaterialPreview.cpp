@@ -17,6 +17,13 @@
 
 namespace Mox::Host {
 
+/// A material that is ready to be compiled.
+struct PreparedMaterial
+{
+    CgProgram Program;
+    PreviewBindings Bindings;
+};
+
 namespace {
 
 using Materials::Compose;
@@ -24,13 +31,6 @@ using Materials::Compose;
 constexpr const char* materialRule = "material";
 constexpr float framesPerSecond = 30.0f;
 constexpr std::size_t bytesPerPixel = 4;
-
-/// A material that is ready to be compiled.
-struct PreparedMaterial
-{
-    CgProgram Program;
-    PreviewBindings Bindings;
-};
 
 /// Makes the program of what is to be seen: of the material, or of one node.
 class PreviewJob
@@ -86,7 +86,7 @@ private:
         if (_problems.HasErrors())
             return std::nullopt;
         PreparedMaterial material{BuildMaterialProgram(graph, environment, {}, _problems),
-                                  PreviewBindings(graph, _document)};
+                                  PreviewBindings(graph)};
         if (_problems.HasErrors())
             return std::nullopt;
         return material;
@@ -146,15 +146,26 @@ DrawState ReadDrawState(const MaterialDocument& document)
     return state;
 }
 
-UniformValues AtFrame(UniformValues scene, const PreviewOptions& options, std::uint32_t index)
+void SetFrame(UniformValues& scene, const PreviewOptions& options, std::uint32_t index)
 {
     const auto offset = static_cast<float>(index);
     const float frame = options.FirstFrame + offset;
-    const float time =
-        options.Time ? *options.Time + offset / framesPerSecond : frame / framesPerSecond;
+    const float start = options.Time.value_or(options.FirstFrame / framesPerSecond);
     scene["frame"] = {frame};
-    scene["time"] = {time};
-    return scene;
+    scene["time"] = {start + offset / framesPerSecond};
+}
+
+DrawCall MakeBackground(const ProgramCompiler& compiler, const UniformValues& scene,
+                        ProblemList& problems)
+{
+    const CompiledProgram program =
+        compiler.Compile(MakeBackgroundProgram(), {CompileTarget::Spirv}, "background", problems);
+    const Mesh mesh = MakeBackgroundMesh();
+    DrawCall background = BuildDraw(program, {mesh, nullptr, {}}, problems);
+    background.Uniforms = FillUniforms(program, nullptr, scene, problems);
+    background.State.TestsDepth = false;
+    background.State.WritesDepth = false;
+    return background;
 }
 
 Picture JoinPictures(const std::vector<Picture>& pictures)
@@ -207,54 +218,54 @@ Picture MaterialPreview::RenderMaterial(const MaterialDocument& document, const 
                                         const PreviewOptions& options, ProblemList& problems) const
 {
     CheckSize(options);
-    const auto loudPattern = [&] {
-        return MakeLoudPattern(options.Width * options.FrameCount, options.Height);
-    };
     std::optional<PreparedMaterial> material;
     try {
         material = PreviewJob(_plugins, _environment, document, options, problems).Prepare();
     } catch (const HostError& error) {
         problems.Fail(materialRule, error);
     }
-    if (!material)
-        return loudPattern();
-    PreviewBindings& bindings = material->Bindings;
-    const CompiledProgram program =
-        _compiler.Compile(material->Program, {CompileTarget::Spirv}, document.File, problems);
+    std::vector<Picture> frames;
+    if (material)
+        frames = RenderFrames(*material, document, mesh, options, problems);
     if (problems.HasErrors())
-        return loudPattern();
+        return MakeLoudPattern(options.Width * options.FrameCount, options.Height);
+    return JoinPictures(frames);
+}
 
+std::vector<Picture> MaterialPreview::RenderFrames(PreparedMaterial& material,
+                                                   const MaterialDocument& document,
+                                                   const Mesh& mesh, const PreviewOptions& options,
+                                                   ProblemList& problems) const
+{
+    const CompiledProgram program =
+        _compiler.Compile(material.Program, {CompileTarget::Spirv}, document.File, problems);
+    if (problems.HasErrors())
+        return {};
     UniformValues scene = MakeSceneValues(mesh, static_cast<float>(options.Width) /
                                                     static_cast<float>(options.Height));
-    scene = AtFrame(std::move(scene), options, 0);
-    SetValues(options, bindings, scene);
+    SetValues(options, material.Bindings, scene);
+    SetFrame(scene, options, 0);
+
     const std::filesystem::path folder = std::filesystem::path(document.File).parent_path();
-    DrawCall surface = BuildDraw(program, {mesh, &bindings, folder}, problems);
-    surface.Uniforms = FillUniforms(program, &bindings, scene, problems);
+    DrawCall surface = BuildDraw(program, {mesh, &material.Bindings, folder}, problems);
+    surface.Uniforms = FillUniforms(program, &material.Bindings, scene, problems);
     if (options.Node.empty())
         surface.State = ReadDrawState(document);
+    const DrawCall background = MakeBackground(_compiler, scene, problems);
     if (problems.HasErrors())
-        return loudPattern();
-
-    const CompiledProgram backgroundProgram =
-        _compiler.Compile(MakeBackgroundProgram(), {CompileTarget::Spirv}, "background", problems);
-    const Mesh backgroundMesh = MakeBackgroundMesh();
-    DrawCall background = BuildDraw(backgroundProgram, {backgroundMesh, nullptr, {}}, problems);
-    background.Uniforms = FillUniforms(backgroundProgram, nullptr, scene, problems);
-    background.State.TestsDepth = false;
-    background.State.WritesDepth = false;
-    if (problems.HasErrors())
-        return loudPattern();
+        return {};
 
     Renderer renderer(*_device, options.Width, options.Height, {background, surface});
-    std::vector<Picture> pictures;
+    constexpr std::size_t surfaceDraw = 1;
+    std::vector<Picture> frames;
     for (std::uint32_t i = 0; i < options.FrameCount; ++i) {
-        const UniformValues values = AtFrame(scene, options, i);
-        for (const DrawUniforms& uniforms : FillUniforms(program, &bindings, values, problems))
-            renderer.SetUniforms(1, uniforms);
-        pictures.push_back(renderer.Render());
+        SetFrame(scene, options, i);
+        for (const DrawUniforms& uniforms :
+             FillUniforms(program, &material.Bindings, scene, problems))
+            renderer.SetUniforms(surfaceDraw, uniforms);
+        frames.push_back(renderer.Render());
     }
-    return JoinPictures(pictures);
+    return frames;
 }
 
 Picture MakeLoudPattern(std::uint32_t width, std::uint32_t height)

@@ -18,6 +18,7 @@
 namespace Mox::Host {
 
 class VulkanDevice;
+struct PreparedMaterial;
 
 struct PreviewOptions
 {
@@ -57,6 +58,11 @@ public:
     const std::vector<std::string>& ValidationMessages() const;
 
 private:
+    /// @returns no pictures after an error
+    std::vector<Picture> RenderFrames(PreparedMaterial& material, const MaterialDocument& document,
+                                      const Mesh& mesh, const PreviewOptions& options,
+                                      ProblemList& problems) const;
+
     const PluginSet& _plugins;
     Environment _environment;
     ProgramCompiler _compiler;

@@ -24,42 +24,28 @@ const Binding* Find(const Materials::Material& material, const std::string& name
     return nullptr;
 }
 
-void SetValue(Binding& binding, const std::string& value, const Place& where)
+void SetValue(Binding& binding, const std::string& value)
 {
     std::vector<float> numbers;
     if (binding.streamType == StreamType::Float && !Materials::ParseFloatList(value, numbers)) {
-        throw HostError(where, Compose("\"", value, "\" is no value for \"", binding.tag,
-                                       "\", which takes numbers with commas between them"));
+        throw HostError({}, Compose("\"", value, "\" is no value for \"", binding.tag,
+                                    "\", which takes numbers with commas between them"));
     }
     binding.SetDefaultText(value);
 }
 
 } // namespace
 
-PreviewBindings::PreviewBindings(const MaterialGraph& graph, const MaterialDocument& document)
-    : _material(CreateBindings(graph))
-{
-    for (const DocumentBinding& stated : document.Bindings) {
-        for (const auto& binding : _material->Bindings) {
-            if (binding->tag != stated.Tag || binding->GetStreamTypeName() != stated.Stream)
-                continue;
-            for (const DocumentValue& value : stated.Values) {
-                if (value.Name == "default")
-                    SetValue(*binding, value.Value, {document.File, stated.Line, {}, {}});
-                else if (value.Name == "dataset_modifiers")
-                    binding->datasetModifiers = value.Value;
-            }
-        }
-    }
-}
+PreviewBindings::PreviewBindings(const MaterialGraph& graph) : _material(CreateBindings(graph))
+{}
 
-bool PreviewBindings::Set(const std::string& name, const std::string& value, const Place& where)
+bool PreviewBindings::Set(const std::string& name, const std::string& value)
 {
     bool isKnown = false;
     for (const auto& binding : _material->Bindings) {
         if (binding->tag != name)
             continue;
-        SetValue(*binding, value, where);
+        SetValue(*binding, value);
         isKnown = true;
     }
     return isKnown;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "mox/bindings/Material.h"
-#include "mox/host/MaterialDocument.h"
 #include "mox/host/MaterialGraph.h"
 
 #include <boost/shared_ptr.hpp>
@@ -11,19 +10,19 @@
 
 namespace Mox::Host {
 
-/// The run-time parameters of a material with their values: those that the document states win over
-/// those of the nodes, and those of the caller win over both.
+/// The run-time parameters of a material with their values: those of the caller win over those of
+/// the document, and these over the nodes' own.
 class PreviewBindings
 {
 public:
-    /// @throws HostError naming the node that fails, or the place of a value that is none
-    PreviewBindings(const MaterialGraph& graph, const MaterialDocument& document);
+    /// @throws HostError naming the node that fails
+    explicit PreviewBindings(const MaterialGraph& graph);
 
     /// Gives the bindings of that name a value in its attribute form: numbers with commas between
     /// them, or the file of a texture.
     /// @returns false if there is no such binding
     /// @throws HostError if the text is no value for it
-    bool Set(const std::string& name, const std::string& value, const Place& where = {});
+    bool Set(const std::string& name, const std::string& value);
 
     /// The binding of a vertex stream, of a texture, or of a uniform; or null.
     const Materials::Binding* FindStream(const std::string& name) const;
