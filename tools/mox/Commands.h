@@ -22,6 +22,7 @@ void AddCatalogueCommand(CLI::App& program, const CommonOptions& common);
 void AddCheckCommand(CLI::App& program, const CommonOptions& common);
 void AddDiffCommand(CLI::App& program, const CommonOptions& common);
 void AddExportCommand(CLI::App& program, const CommonOptions& common);
+void AddFormatCommand(CLI::App& program);
 void AddGraphCommand(CLI::App& program, const CommonOptions& common);
 void AddNewCommand(CLI::App& program, const CommonOptions& common);
 

@@ -41,6 +41,7 @@ int main(int argc, char** argv)
     AddExportCommand(program, common);
     AddCheckCommand(program, common);
     AddDiffCommand(program, common);
+    AddFormatCommand(program);
     AddBindingsCommand(program, common);
     AddCatalogueCommand(program, common);
 #ifdef MOX_BUILD_PICTURES
