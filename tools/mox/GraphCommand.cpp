@@ -92,7 +92,7 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
     if (graph.Nodes().size() == 0)
         problems.ThrowFirstError(); // there is nothing to draw
     if (!options.IsShader)
-        problems = Host::CheckMaterial(options.File, plugins, environment);
+        problems = Host::CheckMaterial(options.File, plugins, environment, nullptr);
     const Host::Picture picture = options.IsShader
                                       ? DrawFunctions(graph, environment, problems)
                                       : DrawNodes(graph, plugins, format != "dot", problems);
