@@ -48,6 +48,9 @@ int main(int argc, char** argv)
     AddGraphCommand(program, common);
 #endif
     AddNewCommand(program, common);
+#ifdef MOX_HAS_PREVIEW
+    AddPreviewCommand(program, common);
+#endif
     AddCompletionCommand(program);
     AddManualCommand(program);
     program.footer(footer); // commands would inherit it if it came before them
