@@ -64,6 +64,7 @@ void WriteText(const fs::path& file, const std::string& text)
 int RunProgram(std::vector<std::string> arguments, const fs::path& messages)
 {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);

@@ -59,6 +59,7 @@ std::string FormatPortType(const GuiPort& port)
 std::vector<DrawnPort> DrawnPortsOf(const std::vector<GuiPort>& ports)
 {
     std::vector<DrawnPort> drawn;
+    drawn.reserve(ports.size());
     for (const GuiPort& port : ports) {
         drawn.push_back({port.Name, port.Label.empty() ? port.Name : port.Label,
                          FormatPortType(port), port.CountConflict});
