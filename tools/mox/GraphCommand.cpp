@@ -58,15 +58,15 @@ std::string FormatOf(const GraphOptions& options)
 }
 
 /// Images are left out of text: it could only name files that are not there.
-Host::Picture DrawNodes(const Host::MaterialGraph& graph, const Host::PluginSet& plugins,
+Host::Drawing DrawNodes(const Host::MaterialGraph& graph, const Host::PluginSet& plugins,
                         bool withImages, const Host::ProblemList& problems)
 {
     return Host::DrawMaterial(graph, problems,
                               withImages ? Host::IconsOfNodes(graph, plugins)
-                                         : std::map<std::string, Host::Icon>());
+                                         : std::map<std::string, Host::Picture>());
 }
 
-Host::Picture DrawFunctions(const Host::MaterialGraph& graph, const Host::Environment& environment,
+Host::Drawing DrawFunctions(const Host::MaterialGraph& graph, const Host::Environment& environment,
                             Host::ProblemList& problems)
 {
     Host::GeneratedShader shader;
@@ -93,7 +93,7 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
         problems.ThrowFirstError(); // there is nothing to draw
     if (!options.IsShader)
         problems = Host::CheckMaterial(options.File, plugins, environment, nullptr);
-    const Host::Picture picture = options.IsShader
+    const Host::Drawing picture = options.IsShader
                                       ? DrawFunctions(graph, environment, problems)
                                       : DrawNodes(graph, plugins, format != "dot", problems);
     for (const Host::Problem& problem : problems.Problems())
