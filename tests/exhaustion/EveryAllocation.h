@@ -1,0 +1,70 @@
+#pragma once
+
+#include "tests/exhaustion/Allocations.h"
+
+#include <gtest/gtest.h>
+#include <libxml/xmlerror.h>
+
+#include <new>
+#include <string>
+
+/// Lets the first allocation of an operation fail, then the second and so on, until the operation
+/// succeeds; each time on a new subject, and both with one failure and with all from there on.
+///
+/// Expected of every failure: std::bad_alloc arrives, nothing leaks, the subject reads as it must,
+/// and the same call succeeds on it once there is memory, with the very result that it has where
+/// nothing failed.
+///
+/// @param make gives a new subject
+/// @param call the operation on the subject
+/// @param describe the subject as text
+/// @param check (before, after): expects what the operation promises of a failure, from the texts
+template <class Make, class Call, class Describe, class Check>
+void ExpectSurvival(Make make, Call call, Describe describe, Check check)
+{
+    const std::string expected = [&] {
+        auto subject = make();
+        call(subject);
+        return describe(subject);
+    }();
+    for (const auto shortage : {Allocations::Shortage::Once, Allocations::Shortage::Lasting}) {
+        std::size_t number = 0;
+        for (bool hasFailed = true; hasFailed && !::testing::Test::HasFailure();) {
+            ++number;
+            SCOPED_TRACE("allocation " + std::to_string(number) +
+                         (shortage == Allocations::Shortage::Once ? "" : " and all behind it"));
+            const std::size_t live = Allocations::LiveCount();
+            {
+                auto subject = make();
+                std::string before = describe(subject);
+                bool isReported = false;
+                Allocations::FailAt(number, shortage);
+                try {
+                    call(subject);
+                } catch (const std::bad_alloc&) {
+                    isReported = true;
+                }
+                hasFailed = Allocations::EndFailing();
+                xmlResetLastError();
+                EXPECT_EQ(isReported, hasFailed);
+                if (hasFailed) {
+                    check(before, describe(subject));
+                    call(subject);
+                }
+                EXPECT_EQ(describe(subject), expected);
+            }
+            EXPECT_EQ(Allocations::LiveCount(), live) << "blocks leak";
+        }
+        EXPECT_GT(number, 1u) << "the operation does not allocate";
+    }
+}
+
+/// A failure changes nothing.
+inline void ExpectUnchanged(const std::string& before, const std::string& after)
+{
+    EXPECT_EQ(after, before);
+}
+
+/// A failure may leave the subject half done; it is only to be destroyed or to be tried again.
+inline void ExpectUsable(const std::string&, const std::string&)
+{}
