@@ -7,8 +7,9 @@ packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-j
 case "${1:?build, test or full}" in
 build) ;;
 # locales-all: the tests run under a locale with a decimal comma.
-test) packages+=(libgtest-dev locales-all binutils clang-format) ;;
-full) packages+=(libgtest-dev locales-all binutils clang clang-format clang-tidy) ;;
+test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils clang-format) ;;
+full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils clang clang-format
+    clang-tidy) ;;
 *)
     echo "tools/setup.sh: unknown job \"$1\"" >&2
     exit 2

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <system_error>
 
 namespace Mox::Host {
 
@@ -26,6 +27,16 @@ std::string ReadFile(const std::filesystem::path& file)
     if (bytes.size() > largest)
         throw HostError(where, "is larger than 1 GiB, the most that is read");
     return bytes;
+}
+
+void CreateFolder(const std::filesystem::path& folder)
+{
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) {
+        throw HostError({folder.string(), 0, {}, {}},
+                        Materials::Compose("cannot be created: ", error.message()));
+    }
 }
 
 } // namespace Mox::Host

@@ -9,4 +9,8 @@ namespace Mox::Host {
 /// @throws HostError if it cannot be read or is larger than 1 GiB
 std::string ReadFile(const std::filesystem::path& file);
 
+/// Makes a folder and those above it, as far as they are missing.
+/// @throws HostError naming the folder
+void CreateFolder(const std::filesystem::path& folder);
+
 } // namespace Mox::Host

@@ -1,98 +1,80 @@
 #include "mox/host/MaterialGraph.h"
 
 #include "mox/Text.h"
-#include "mox/host/LibraryCall.h"
+#include "mox/host/GraphEdit.h"
 
-#include <boost/smart_ptr/make_shared.hpp>
+#include <algorithm>
 
 namespace Mox::Host {
 
 using Materials::Compose;
-using Materials::GuiEdge;
-using Materials::GuiNode;
-using Materials::GuiPort;
 
-MaterialGraph::~MaterialGraph()
+MaterialGraph::MaterialGraph(NodeMaker maker, std::string file)
+    : _graph(std::move(maker), std::move(file))
+{}
+
+GraphChange MaterialGraph::Apply(const GraphChange& change)
 {
-    for (const Node& node : _nodes) {
-        for (const auto& property : node.Gui->Properties->Properties)
-            property->Node.reset();
-    }
+    GraphEdit edit(_graph);
+    for (const GraphStep& step : change.Steps)
+        std::visit(edit, step);
+    return edit.Finish();
 }
 
-bool MaterialGraph::IsLoose(const Edge& edge) const
+GraphChange MaterialGraph::AddNode(const std::string& id, const std::string& type,
+                                   const std::string& before)
 {
-    return _nodes[edge.Tail].IsPlaceholder || _nodes[edge.Head].IsPlaceholder;
+    const MadeNode sample = _graph.Maker().Make(type, {_graph.File(), 0, id, {}});
+    const std::int32_t version = sample.IsPlaceholder ? 0 : sample.Gui->Properties->Version;
+    return Apply({{Host::AddNode{{id, type, version, {}, 0}, {}, before}}});
 }
 
-void MaterialGraph::AddNode(const std::string& id, const boost::shared_ptr<GuiNode>& node,
-                            bool isPlaceholder, const Place& where)
+GraphChange MaterialGraph::RemoveNode(const std::string& id)
 {
-    if (_index.contains(id))
-        throw HostError(where, "another node has this id already");
-    _nodes.push_back({id, node, isPlaceholder, where});
-    try {
-        _index.emplace(id, _nodes.size() - 1);
-    } catch (...) {
-        _nodes.pop_back();
-        throw;
-    }
+    return Apply({{Host::RemoveNode{id}}});
 }
 
-void MaterialGraph::Connect(const std::string& tail, const std::string& tailPort,
-                            const std::string& head, const std::string& headPort,
-                            const Place& where)
+GraphChange MaterialGraph::RenameNode(const std::string& id, const std::string& newId)
 {
-    Edge edge{boost::make_shared<GuiEdge>(), FindNode(tail, where), FindNode(head, where), where};
-    const Node& tailNode = _nodes[edge.Tail];
-    const Node& headNode = _nodes[edge.Head];
-    edge.Gui->Tail = tailNode.Gui;
-    edge.Gui->Head = headNode.Gui;
-    edge.Gui->TailPort = tailPort;
-    edge.Gui->HeadPort = headPort;
-    if (IsLoose(edge)) {
-        _edges.push_back(std::move(edge));
-        return;
-    }
-    if (edge.Tail == edge.Head)
-        throw HostError(where, Compose("node \"", tail, "\" cannot feed itself"));
+    return Apply({{Host::RenameNode{id, newId}}});
+}
 
-    const auto placeOf = [&](const std::string& node) {
-        return Place{where.File, where.Line, node, {}};
-    };
-    GuiPort& output = CallLibrary(
-        placeOf(tail), [&]() -> GuiPort& { return tailNode.Gui->GetOutputPort(tailPort); });
-    GuiPort& input = CallLibrary(
-        placeOf(head), [&]() -> GuiPort& { return headNode.Gui->GetInputPort(headPort); });
-    if (input.Connected) {
-        throw HostError(where, Compose("input port \"", headPort, "\" of node \"", head,
-                                       "\" has an edge already, so output port \"", tailPort,
-                                       "\" of node \"", tail, "\" cannot feed it too"));
-    }
+GraphChange MaterialGraph::Connect(const std::string& tail, const std::string& tailPort,
+                                   const std::string& head, const std::string& headPort)
+{
+    return Apply({{AddEdge{{tail, tailPort, head, headPort, 0}, {}, {}}}});
+}
 
-    _edges.push_back(edge);
-    try {
-        tailNode.Gui->AddOutEdge(edge.Gui);
-        try {
-            headNode.Gui->AddInEdge(edge.Gui);
-        } catch (...) {
-            tailNode.Gui->OutEdges.pop_back();
-            throw;
+GraphChange MaterialGraph::Disconnect(const std::string& tail, const std::string& tailPort,
+                                      const std::string& head, const std::string& headPort)
+{
+    return Apply({{RemoveEdge{{tail, tailPort, head, headPort, 0}}}});
+}
+
+GraphChange MaterialGraph::SetProperty(const std::string& node, const std::string& property,
+                                       const std::string& value)
+{
+    const Node& changed = Nodes()[FindNode(node, {_graph.File(), 0, {}, {}})];
+    const auto& index = changed.Gui->Properties->Index;
+    const auto& stored = changed.Stored.Properties;
+    DocumentProperty setting{property, Materials::GuiPropertyKind::String, value};
+    if (const auto known = index.find(property); known != index.end()) {
+        setting.Kind = known->second->Kind;
+    } else {
+        for (const DocumentProperty& unknown : stored) {
+            if (unknown.Name == property)
+                setting.Kind = unknown.Kind;
         }
-    } catch (...) {
-        _edges.pop_back();
-        throw;
     }
-    output.Connected = true;
-    input.Connected = true;
+    return Apply({{SetProperties{{{node, setting}}}}});
 }
 
 std::size_t MaterialGraph::FindNode(const std::string& id, const Place& where) const
 {
-    const auto entry = _index.find(id);
-    if (entry == _index.end())
+    const auto index = _graph.FindNode(id);
+    if (!index)
         throw HostError(where, Compose("there is no node \"", id, "\""));
-    return entry->second;
+    return *index;
 }
 
 } // namespace Mox::Host

@@ -1,72 +1,94 @@
 #pragma once
 
-#include "mox/authoring/GuiNode.h"
-#include "mox/host/HostError.h"
-
-#include <boost/shared_ptr.hpp>
+#include "mox/host/GraphChange.h"
+#include "mox/host/GraphStore.h"
+#include "mox/host/MaterialDocument.h"
+#include "mox/host/NodeMaker.h"
 
 #include <cstddef>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace Mox::Host {
 
-/// The authoring graph of one material: its nodes and the edges between them. It owns both and
-/// keeps the edge lists and Connected flags of the nodes right.
+/// The authoring graph of one material: its nodes, the edges between them, and what the document
+/// says about the material as a whole. It owns all of it, and keeps the edge lists and Connected
+/// flags of the nodes right through every change.
+///
+/// Each change is done whole or not at all, whatever a node's construction or UpdatePorts raises,
+/// and gives back the change that undoes it. Nodes and edges have indices that stay theirs as long
+/// as they are there. Values and ports of nodes may be read freely but are changed here only.
 class MaterialGraph
 {
 public:
-    struct Node
-    {
-        std::string Id;
-        boost::shared_ptr<Materials::GuiNode> Gui;
-        bool IsPlaceholder; ///< stands for a type that no plug-in offers; it has no ports
-        Place Where;
-    };
+    using Node = GraphNode;
+    using Edge = GraphEdge;
 
-    struct Edge
-    {
-        boost::shared_ptr<Materials::GuiEdge> Gui;
-        std::size_t Tail; ///< index into Nodes()
-        std::size_t Head; ///< index into Nodes()
-        Place Where;
-    };
+    /// An empty graph.
+    /// @param file as it is named in messages
+    explicit MaterialGraph(NodeMaker maker, std::string file = {});
+
+    explicit MaterialGraph(GraphStore graph) : _graph(std::move(graph)) {}
+
+    /// Does the steps of a change one after another.
+    ///
+    /// A node whose property is set rebuilds its ports, and so do all nodes that refer to it, each
+    /// after those that it refers to itself; only the properties that the host alone keeps
+    /// ("BindingIndex", "PositionX", "PositionY") leave ports alone. An edge whose port vanishes by
+    /// that is dropped; undoing the change brings it back to its old place.
+    ///
+    /// Removing a node drops its edges and empties the properties that refer to it. An edge at a
+    /// placeholder is kept, though it joins nothing, and the placeholder's port is taken on trust.
+    /// @returns the inverse: applied next, it leaves the graph as it was, in the same order, except
+    ///          that indices may differ and nodes that were gone are new objects
+    /// @throws HostError naming nodes and ports if a step does not fit: a missing node, port or
+    ///         edge, an id that is taken, a second edge into an input, a circle of edges or
+    ///         references with the whole way round, a value that a property does not take, a node
+    ///         that cannot be made or cannot build its ports; nothing has changed then
+    GraphChange Apply(const GraphChange& change);
+
+    /// The single steps; each returns its inverse and raises what Apply raises.
+
+    /// Adds a new node of a type, ahead of another one or at the end.
+    GraphChange AddNode(const std::string& id, const std::string& type,
+                        const std::string& before = {});
+    GraphChange RemoveNode(const std::string& id);
+    GraphChange RenameNode(const std::string& id, const std::string& newId);
+    GraphChange Connect(const std::string& tail, const std::string& tailPort,
+                        const std::string& head, const std::string& headPort);
+    GraphChange Disconnect(const std::string& tail, const std::string& tailPort,
+                           const std::string& head, const std::string& headPort);
+
+    /// Gives a property the value that a text means for its kind.
+    GraphChange SetProperty(const std::string& node, const std::string& property,
+                            const std::string& value);
+
+    /// In document order; [] takes an index, which may lie in gaps between 0 and IndexEnd().
+    const OrderedSlots<GraphNode>& Nodes() const { return _graph.Nodes(); }
+    const OrderedSlots<GraphEdge>& Edges() const { return _graph.Edges(); }
+
+    /// The edges at each node, by index, those at placeholders included.
+    const LinkTable& Links() const { return _graph.Links(); }
 
     /// Whether a placeholder stands at one of the edge's ends, so that it joins no ports.
-    bool IsLoose(const Edge& edge) const;
+    bool IsLoose(const Edge& edge) const { return _graph.IsLoose(edge); }
 
-    MaterialGraph() = default;
-    MaterialGraph(MaterialGraph&&) = default;
-    MaterialGraph& operator=(MaterialGraph&&) = default;
-
-    /// Empties the references between nodes first, since a circle of them would never be released.
-    ~MaterialGraph();
-
-    /// Adds a node under an id.
-    /// @throws HostError if the id is taken
-    void AddNode(const std::string& id, const boost::shared_ptr<Materials::GuiNode>& node,
-                 bool isPlaceholder, const Place& where);
-
-    /// Lays an edge, enters it in both nodes' lists and sets the Connected flags of its ports. An
-    /// edge that ends at a placeholder is kept but joins nothing.
-    /// @throws HostError if a node or port does not exist, if both ends are one node, or if the
-    ///         input has an edge already; nothing changes then
-    void Connect(const std::string& tail, const std::string& tailPort, const std::string& head,
-                 const std::string& headPort, const Place& where);
-
-    /// In order of addition.
-    const std::vector<Node>& Nodes() const { return _nodes; }
-    const std::vector<Edge>& Edges() const { return _edges; }
-
-    /// Position of a node in Nodes().
+    /// Index of a node.
     /// @throws HostError if there is no such node
     std::size_t FindNode(const std::string& id, const Place& where) const;
 
+    /// The parts behind all of this, to read.
+    const GraphStore& Store() const { return _graph; }
+
+    /// The nodes that must be resolved again since the last call; some may have gone.
+    std::vector<std::size_t> TakeTouched() { return _graph.TakeTouched(); }
+
+    std::vector<DocumentValue> Description; ///< what the material is, for people and catalogues
+    std::vector<DocumentValue> RenderState; ///< blending, tests and culling
+    std::vector<DocumentBinding> Bindings;  ///< the host's own values
+
 private:
-    std::vector<Node> _nodes;
-    std::vector<Edge> _edges;
-    std::unordered_map<std::string, std::size_t> _index;
+    GraphStore _graph;
 };
 
 } // namespace Mox::Host

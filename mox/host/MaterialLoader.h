@@ -3,13 +3,24 @@
 #include "mox/host/MaterialDocument.h"
 #include "mox/host/MaterialGraph.h"
 #include "mox/host/PluginSet.h"
+#include "mox/host/Problem.h"
 
 namespace Mox::Host {
 
 /// Makes the authoring graph of a document: creates the nodes, loads their stored properties, lets
 /// them build their ports, and lays the edges. A type that no plug-in offers becomes a placeholder.
-/// @throws HostError with the line of what does not fit: a value, a reference to a missing node or
-///         round in a circle, a set of properties that is too new, an edge
+///
+/// Whatever does not fit is reported with its line, and skipped; loading goes on behind it. So the
+/// graph holds the document without what the errors name. Types and properties that are not known
+/// are warnings only, since nothing of them is lost.
+MaterialGraph LoadMaterial(const MaterialDocument& document, NodeMaker maker,
+                           ProblemList& problems);
+
+MaterialGraph LoadMaterial(const MaterialDocument& document, const PluginSet& plugins,
+                           ProblemList& problems);
+
+/// The same for callers that stop at the first error.
+/// @throws HostError with it
 MaterialGraph LoadMaterial(const MaterialDocument& document, const PluginSet& plugins);
 
 } // namespace Mox::Host

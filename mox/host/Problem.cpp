@@ -28,6 +28,11 @@ void ProblemList::Fail(const std::string& rule, const HostError& error)
     Fail(rule, error.Where, error.Message);
 }
 
+void ProblemList::Append(const ProblemList& other)
+{
+    _problems.insert(_problems.end(), other._problems.begin(), other._problems.end());
+}
+
 bool ProblemList::HasErrors() const
 {
     return std::any_of(_problems.begin(), _problems.end(), IsError);

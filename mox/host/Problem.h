@@ -36,6 +36,9 @@ public:
     /// Takes over a failure of the host.
     void Fail(const std::string& rule, const HostError& error);
 
+    /// Takes over the problems of a step that kept a list of its own.
+    void Append(const ProblemList& other);
+
     bool HasErrors() const;
     const std::vector<Problem>& Problems() const { return _problems; }
 

@@ -1,6 +1,7 @@
 #include "mox/Text.h"
 #include "mox/bindings/Material.h"
 #include "mox/host/BindingsDocument.h"
+#include "mox/host/HostError.h"
 #include "mox/host/Plugin.h"
 #include "mox/host/PropertyText.h"
 #include "mox/host/ShaderGraphText.h"
@@ -147,7 +148,15 @@ TEST(PluginExhaustion, CreateThroughTheHost)
                    ExpectUnchanged);
     ExpectSurvival(
         [] { return std::optional<Host::Plugin>(); },
-        [](auto& loaded) { loaded.emplace(MOX_CORE_PLUGIN); },
+        [](auto& loaded) {
+            try {
+                loaded.emplace(MOX_CORE_PLUGIN);
+            } catch (const Host::HostError& error) {
+                // The plug-in's way to say that it has no memory for a factory.
+                EXPECT_EQ(error.Message, "gave no factory");
+                throw std::bad_alloc();
+            }
+        },
         [](const auto& loaded) { return loaded ? loaded->File().string() : std::string("none"); },
         ExpectUnchanged);
 }
@@ -194,7 +203,7 @@ struct Generation
     explicit Generation(const NodeHandle& node) : Node(node)
     {
         Node->UpdatePorts({});
-        ResolveAlone(*Node, "*", 3, ComponentType::Half);
+        ResolveAlone(*Node, "*", 3, ComponentType::Float);
         for (const GuiPort& port : Node->InputPorts) {
             Edges.push_back(boost::make_shared<GuiEdge>());
             Edges.back()->HeadPort = port.Name;
@@ -270,7 +279,13 @@ TEST(PluginExhaustion, EdgesThatHaveGone)
             generation->Edges.pop_back();
             return generation;
         },
-        [](const auto& generation) { EXPECT_THROW(generation->Run(), boost::bad_weak_ptr); },
+        [](const auto& generation) {
+            try {
+                generation->Run();
+                ADD_FAILURE() << "the edge is not missed";
+            } catch (const boost::bad_weak_ptr&) {
+            }
+        },
         [](const auto& generation) { return generation->Node->Describe(); }, ExpectUsable);
 }
 

@@ -150,47 +150,41 @@ TEST(ShaderExhaustion, EdgeRecordsAreWhole)
         Describe, ExpectUnchanged);
 }
 
+/// A failure ends the work on a builder, so each attempt takes a new one.
 TEST(ShaderExhaustion, BuildersKeepEveryCharacter)
 {
-    const auto make = [] { return std::make_unique<ShaderFunctionBuilder>(); };
-    const auto describe = [](const std::unique_ptr<ShaderFunctionBuilder>& builder) {
-        return Compose(builder->Parameters.size(), " ", builder->Body.str());
+    const auto expect = [](auto call) {
+        ExpectSurvival([] { return std::make_unique<ShaderFunctionBuilder>(); },
+                       [&](auto& builder) {
+                           builder = std::make_unique<ShaderFunctionBuilder>();
+                           call(*builder);
+                       },
+                       [](const auto& builder) {
+                           std::string text = builder->Body.good() ? builder->Body.str() : "";
+                           for (const ShaderParameter& parameter : builder->Parameters)
+                               text += parameter.Name;
+                           return text;
+                       },
+                       ExpectUsable);
     };
-    const auto expect = [&](auto call, auto check) {
-        ExpectSurvival(
-            make, [&](const auto& builder) { call(*builder); }, describe, check);
-    };
-    const std::string code(1000, 'c');
-    expect([](auto& builder) { builder.AddInput(half3, longName); }, ExpectUnchanged);
-    expect([](auto& builder) { builder.AddOutput(half3, longName); }, ExpectUnchanged);
-    expect([&](auto& builder) { builder.AppendCode(code); }, ExpectUnchanged);
-    // Texts that were begun stay; the failure ends the work on the builder.
-    ExpectSurvival(
-        make,
-        [](auto& builder) {
-            builder = std::make_unique<ShaderFunctionBuilder>();
-            builder->DeclareConstant(half3, longName, 1.0f);
-            builder->DeclareConstant(float3, longName, 1.0f);
-        },
-        describe, ExpectUsable);
-
     Materials::GuiPort port(longName, "label");
     port.SetComponentCount(3);
     port.SetPrecision(ComponentType::Half);
-    expect([&](auto& builder) { builder.AddInputPort(port); }, ExpectUnchanged);
-    expect(
-        [](auto& builder) {
-            builder.Parameters.clear();
-            builder.AddInput(half3, longName);
-            try {
-                builder.AddOutput(half3, longName);
-                ADD_FAILURE();
-            } catch (const std::string& message) {
-                EXPECT_EQ(message, "parameter name \"" + longName +
-                                       "\" is duplicated in function \"unknown\"");
-            }
-        },
-        ExpectUsable);
+    const std::string code(1000, 'c');
+    expect([&](auto& builder) { builder.AppendCode(code); });
+    expect([&](auto& builder) { builder.DeclareConstant(half3, longName, 1.0f); });
+    expect([&](auto& builder) { builder.DeclareConstantForPort(port, 1.0f); });
+    expect([&](auto& builder) { builder.AddInputPort(port); });
+    expect([&](auto& builder) {
+        builder.AddInput(half3, longName);
+        try {
+            builder.AddOutput(half3, longName);
+            ADD_FAILURE() << "the name is taken";
+        } catch (const std::string& message) {
+            EXPECT_EQ(message,
+                      "parameter name \"" + longName + "\" is duplicated in function \"unknown\"");
+        }
+    });
 }
 
 TEST(ShaderExhaustion, ShaderNodesAreBuiltOrNot)

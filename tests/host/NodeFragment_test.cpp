@@ -34,7 +34,7 @@ protected:
                             << "</nodes><edges/></material>";
         const Host::MaterialGraph graph =
             Host::LoadMaterial(Host::ReadMaterialDocument(file), _plugins);
-        const auto& node = graph.Nodes().at(0);
+        const auto& node = *graph.Nodes().begin();
         return Host::FormatNodeFragment(*node.Gui, node.Id);
     }
 

@@ -1,38 +1,15 @@
 #include "tests/support/Golden.h"
+#include "tests/support/RunMox.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <sys/wait.h>
 
 namespace {
-
-struct Outcome
-{
-    int Status;
-    std::string Text; ///< standard output and standard error
-};
-
-Outcome RunMox(const std::string& arguments)
-{
-    const std::string command =
-        "cd '" MOX_TEST_DATA "' && '" MOX_PROGRAM "' " + arguments + " 2>&1";
-    FILE* pipe = popen(command.c_str(), "r");
-    if (!pipe)
-        return {-1, "popen failed"};
-    Outcome outcome{};
-    std::array<char, 4096> buffer;
-    while (const std::size_t size = fread(buffer.data(), 1, buffer.size(), pipe))
-        outcome.Text.append(buffer.data(), size);
-    outcome.Status = WEXITSTATUS(pclose(pipe));
-    return outcome;
-}
 
 TEST(Program, ExportsTheExample)
 {
@@ -172,10 +149,12 @@ TEST(Program, MissingFilesAndBadUsage)
     const Outcome missing = RunMox("export nowhere.xml");
     EXPECT_EQ(missing.Status, 1);
     EXPECT_EQ(missing.Text, "mox: nowhere.xml: cannot be read: No such file or directory\n");
-    const Outcome folder = RunMox("export mox");
+    const Outcome folder = RunMox("export shader");
     EXPECT_EQ(folder.Status, 1);
-    EXPECT_EQ(folder.Text, "mox: mox: cannot be read: Is a directory\n");
-    for (const char* arguments : {"", "export", "fly", "export --nonsense x.xml"})
+    EXPECT_EQ(folder.Text, "mox: shader: holds no material\n");
+    for (const char* arguments :
+         {"", "export", "fly", "export --nonsense x.xml", "export mox", "export x.xml --depfile d",
+          "export -j 0 -o o x.xml", "export -j some -o o x.xml", "completion csh"})
         EXPECT_EQ(RunMox(arguments).Status, 2) << arguments;
     EXPECT_EQ(RunMox("--help").Status, 0);
     EXPECT_EQ(RunMox("export ../examples/two_maths.xml > /dev/full").Status, 1);

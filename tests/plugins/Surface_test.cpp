@@ -1,6 +1,5 @@
 #include "mox/Text.h"
-#include "mox/host/GraphResolver.h"
-#include "mox/host/MaterialLoader.h"
+#include "mox/host/OpenMaterial.h"
 #include "mox/host/PluginSet.h"
 #include "mox/host/ShaderGraphText.h"
 #include "mox/program/ShaderGeneration.h"
@@ -245,12 +244,11 @@ TEST_F(SurfaceTest, ExamplesWriteTheirSurface)
     };
     for (const auto& [name, expected] : examples) {
         SCOPED_TRACE(name);
-        const auto material = Host::LoadMaterial(
-            Host::ReadMaterialDocument(MOX_TEST_DATA "/../examples/" + name + ".xml"), Plugins());
-        Host::ResolveGraph(material);
+        Host::ProblemList problems;
+        const auto material = Host::OpenMaterial(MOX_TEST_DATA "/../examples/" + name + ".xml",
+                                                 Plugins(), problems);
         Host::GeneratedShader shader;
         AddEnvironment(shader.Graph);
-        Host::ProblemList problems;
         Host::GenerateShaderGraph(material, shader, problems);
         EXPECT_TRUE(problems.Problems().empty());
         std::string written;

@@ -27,8 +27,8 @@ const Environment& TestEnvironment()
 CgProgram Build(const MaterialDocument& document, ProblemList& problems,
                 const ProgramOptions& options = {})
 {
-    const MaterialGraph graph = LoadMaterial(document, TestPlugins());
-    ResolveGraph(graph);
+    MaterialGraph graph = LoadMaterial(document, TestPlugins());
+    ResolveGraph(graph, problems);
     return BuildMaterialProgram(graph, TestEnvironment(), options, problems);
 }
 

@@ -1,8 +1,7 @@
 #include "Commands.h"
 #include "LoadPlugins.h"
 #include "mox/host/BindingsDocument.h"
-#include "mox/host/GraphResolver.h"
-#include "mox/host/MaterialLoader.h"
+#include "mox/host/OpenMaterial.h"
 
 #include <iostream>
 
@@ -10,12 +9,18 @@ namespace Mox::Tool {
 
 namespace {
 
+constexpr const char* footer = R"(Examples:
+  mox bindings rim.xml > rim.bindings.xml
+  mox bindings --read rim.bindings.xml
+)";
+
 boost::shared_ptr<Materials::Material> BindingsOfMaterial(const std::string& file,
                                                           const CommonOptions& common)
 {
     const Host::PluginSet plugins = LoadPlugins(common);
-    const Host::MaterialGraph graph = Host::LoadMaterial(Host::ReadMaterialDocument(file), plugins);
-    Host::ResolveGraph(graph);
+    Host::ProblemList problems;
+    const Host::MaterialGraph graph = Host::OpenMaterial(file, plugins, problems);
+    problems.ThrowFirstError();
     return Host::CreateBindings(graph);
 }
 
@@ -27,8 +32,9 @@ void AddBindingsCommand(CLI::App& program, const CommonOptions& common)
         "bindings", "Print the bindings of a material, or of a bindings document, as XML");
     auto file = std::make_shared<std::string>();
     auto isRead = std::make_shared<bool>(false);
-    command->add_option("FILE", *file, "Material document")->required();
+    command->add_option("FILE", *file, "Material document")->type_name("")->required();
     command->add_flag("--read", *isRead, "FILE is a bindings document: read it back");
+    command->footer(footer);
     command->callback([=, &common] {
         const auto bindings =
             *isRead ? Host::ReadBindings(*file) : BindingsOfMaterial(*file, common);

@@ -1,7 +1,7 @@
 #include "Commands.h"
 #include "LoadPlugins.h"
 #include "mox/Text.h"
-#include "mox/host/HostError.h"
+#include "mox/host/File.h"
 #include "mox/host/Icon.h"
 #include "mox/host/PropertyText.h"
 
@@ -14,6 +14,12 @@
 namespace Mox::Tool {
 
 namespace {
+
+constexpr const char* footer = R"(Examples:
+  mox catalogue
+  mox catalogue --json | jq '.[].type'
+  mox catalogue --icons icons
+)";
 
 using Json = nlohmann::ordered_json;
 using Materials::Compose;
@@ -184,12 +190,7 @@ void PrintTable(const Json& rows)
 
 void WriteIcons(const Host::PluginSet& plugins, const std::filesystem::path& folder)
 {
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error) {
-        throw Host::HostError({folder.string(), 0, {}, {}},
-                              Compose("cannot be created: ", error.message()));
-    }
+    Host::CreateFolder(folder);
     for (const Host::Plugin& plugin : plugins.Plugins()) {
         for (const auto& row : plugin.Descriptions()) {
             if (row.Icon)
@@ -206,8 +207,10 @@ void AddCatalogueCommand(CLI::App& program, const CommonOptions& common)
     auto isJson = std::make_shared<bool>(false);
     auto iconFolder = std::make_shared<std::string>();
     command->add_flag("--json", *isJson, "Print JSON for programs");
-    command->add_option("--icons", *iconFolder,
-                        "Also write each type's icon to this folder, as PNG");
+    command
+        ->add_option("--icons", *iconFolder, "Also write each type's icon to this folder, as PNG")
+        ->type_name("DIR");
+    command->footer(footer);
     command->callback([=, &common] {
         const Host::PluginSet plugins = LoadPlugins(common);
         const Json rows = DescribeCatalogue(plugins);

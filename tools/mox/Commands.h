@@ -4,16 +4,26 @@
 
 namespace Mox::Tool {
 
+/// Exit statuses of the program.
+constexpr int failureStatus = 1;  ///< the input is bad
+constexpr int usageStatus = 2;    ///< the command line is bad
+constexpr int signalStatus = 128; ///< plus the number of the signal that ended the work
+
 /// Options that every command shares.
 struct CommonOptions
 {
-    std::vector<std::string> PluginFolders; ///< searched besides the default one
+    std::vector<std::string> PluginFolders; ///< searched before the default one
 };
 
-/// Each adds one subcommand with its options; the work runs as the subcommand's callback.
+/// Each adds one subcommand with its options; the work runs as the subcommand's callback. A
+/// callback that has told its failures itself throws CLI::RuntimeError with the exit status.
 void AddBindingsCommand(CLI::App& program, const CommonOptions& common);
 void AddCatalogueCommand(CLI::App& program, const CommonOptions& common);
 void AddExportCommand(CLI::App& program, const CommonOptions& common);
 void AddNewCommand(CLI::App& program, const CommonOptions& common);
+
+/// These two write down the command line itself, so they see all that is in it when they run.
+void AddCompletionCommand(CLI::App& program);
+void AddManualCommand(CLI::App& program);
 
 } // namespace Mox::Tool

@@ -1,41 +1,182 @@
 #include "Commands.h"
 #include "LoadPlugins.h"
-#include "mox/host/GraphResolver.h"
-#include "mox/host/MaterialLoader.h"
-#include "mox/program/MaterialProgram.h"
+#include "ProgressBar.h"
+#include "StopOnSignal.h"
+#include "mox/Text.h"
+#include "mox/host/Depfile.h"
+#include "mox/host/ExportBatch.h"
+#include "mox/host/File.h"
+#include "mox/host/MaterialFiles.h"
+#include "mox/program/ProgramExporter.h"
 
 #include <iostream>
+#include <optional>
+#include <thread>
 
 namespace Mox::Tool {
 
 namespace {
 
-void Export(const std::string& file, bool isPlain, const CommonOptions& common)
+using Materials::Compose;
+
+constexpr const char* footer =
+    R"(A folder stands for every material in it and below. The texts of a material
+lie under its name in the output folder, and those of a material in a folder
+under the path that it has there. A text that comes out as it is on the disk
+is not touched.
+
+Examples:
+  mox export rim.xml
+      Print the result of one material.
+  mox export materials extra/rim.xml -o shaders -j 8
+      Export all materials of a folder, and one more, on eight threads.
+  mox export rim.xml -o shaders --depfile rim.d
+      Tell Make or Ninja what shaders/rim.vertex.cg and rim.fragment.cg hang on.
+  mox export materials -o shaders --depfile all.d --depfile-target all.stamp && touch all.stamp
+      The same for a whole folder behind one stamp.
+)";
+
+struct ExportOptions
 {
+    std::vector<std::string> Files;
+    std::string Folder;
+    unsigned Workers = std::max(1U, std::thread::hardware_concurrency());
+    std::string Depfile;
+    std::string DepfileTarget;
+    bool IsPlain = false;
+};
+
+std::string FormatMessage(const Host::Problem& problem)
+{
+    return Compose("mox: ", problem.Level == Host::Severity::Warning ? "warning: " : "",
+                   problem.Format());
+}
+
+void ExportToOutput(const Host::Exporter& exporter, const std::filesystem::path& document)
+{
+    const Host::ExportedMaterial exported = exporter.Export(document);
+    for (const Host::Problem& problem : exported.Problems.Problems())
+        std::cerr << FormatMessage(problem) << '\n';
+    if (exported.Problems.HasErrors())
+        throw CLI::RuntimeError(failureStatus);
+    for (std::size_t i = 0; i < exported.Texts.size(); ++i)
+        std::cout << (i > 0 ? "\n// ------\n" : "") << exported.Texts[i];
+}
+
+struct Tally
+{
+    std::size_t Exported = 0;
+    std::size_t Failed = 0;
+    std::size_t Warnings = 0;
+
+    void Add(const Host::ProblemList& problems)
+    {
+        ++(problems.HasErrors() ? Failed : Exported);
+        for (const Host::Problem& problem : problems.Problems())
+            Warnings += problem.Level == Host::Severity::Warning ? 1 : 0;
+    }
+
+    std::string Format() const
+    {
+        return Compose(Exported, " exported, ", Failed, " failed, ", Warnings, " warnings");
+    }
+};
+
+std::optional<Host::Depfile> OpenDepfile(const std::filesystem::path& file)
+{
+    if (file.empty())
+        return {};
+    if (file.has_parent_path())
+        Host::CreateFolder(file.parent_path());
+    return std::optional<Host::Depfile>(std::in_place, file);
+}
+
+void ExportToFolder(const Host::Exporter& exporter, std::vector<Host::MaterialFile> materials,
+                    const ExportOptions& options)
+{
+    const std::filesystem::path folder = options.Folder;
+    std::vector<Host::ExportJob> jobs;
+    jobs.reserve(materials.size());
+    for (Host::MaterialFile& material : materials)
+        jobs.push_back({std::move(material.Document), (folder / material.Name).string()});
+    const Host::ExportBatch batch(exporter, std::move(jobs));
+    std::optional<Host::Depfile> depfile = OpenDepfile(options.Depfile);
+    const std::vector<std::filesystem::path> stamp{options.DepfileTarget};
+
+    const StopOnSignal stop;
+    Tally tally;
+    {
+        ProgressBar bar(batch.Size());
+        const auto report = [&](const Host::ExportJob&, const Host::ExportOutcome& outcome) {
+            for (const Host::Problem& problem : outcome.Problems.Problems())
+                bar.Print(FormatMessage(problem));
+            tally.Add(outcome.Problems);
+            if (depfile && !outcome.Problems.HasErrors()) {
+                depfile->Add(options.DepfileTarget.empty() ? outcome.Outputs : stamp,
+                             outcome.Inputs);
+            }
+            bar.Advance();
+        };
+        batch.Run(options.Workers, report, stop.Token());
+    }
+    const std::size_t left = batch.Size() - tally.Exported - tally.Failed;
+    std::cerr << Compose("mox: ", tally.Format(),
+                         left > 0 ? Compose("; stopped before ", left, " more") : "", "\n");
+    if (stop.Signal() != 0)
+        throw CLI::RuntimeError(signalStatus + stop.Signal());
+    if (tally.Failed > 0)
+        throw CLI::RuntimeError(failureStatus);
+    if (depfile)
+        depfile->Commit();
+}
+
+void Export(const ExportOptions& options, const CommonOptions& common)
+{
+    auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()});
+    if (options.Folder.empty() && materials.size() > 1)
+        throw CLI::ValidationError("export", "more than one material needs --output");
     const Host::PluginSet plugins = LoadPlugins(common);
-    const Host::Environment environment = Host::ReadEnvironment(Host::DefaultEnvironmentFolder());
-    const Host::MaterialGraph graph = Host::LoadMaterial(Host::ReadMaterialDocument(file), plugins);
-    Host::ResolveGraph(graph);
-    Host::ProblemList problems;
-    const Host::CgProgram program =
-        Host::BuildMaterialProgram(graph, environment, {!isPlain}, problems);
-    for (const Host::Problem& problem : problems.Problems())
-        std::cerr << "mox: " << problem.Format() << '\n';
-    problems.ThrowFirstError();
-    std::cout << program.Vertex.Text << "\n// ------\n" << program.Fragment.Text;
+    const Host::ProgramExporter exporter(
+        plugins, Host::ReadEnvironment(Host::DefaultEnvironmentFolder()), {!options.IsPlain});
+    if (options.Folder.empty())
+        ExportToOutput(exporter, materials.front().Document);
+    else
+        ExportToFolder(exporter, std::move(materials), options);
 }
 
 } // namespace
 
 void AddExportCommand(CLI::App& program, const CommonOptions& common)
 {
-    auto* command =
-        program.add_subcommand("export", "Print the finished shader graph of a material");
-    auto file = std::make_shared<std::string>();
-    command->add_option("FILE", *file, "Material document")->required();
-    auto isPlain = std::make_shared<bool>(false);
-    command->add_flag("--plain", *isPlain, "Without comments");
-    command->callback([=, &common] { Export(*file, *isPlain, common); });
+    auto* command = program.add_subcommand("export", "Write the shader programs of materials");
+    const auto options = std::make_shared<ExportOptions>();
+    command->add_option("FILE", options->Files, "Material documents and folders")
+        ->type_name("")
+        ->required();
+    auto* output =
+        command
+            ->add_option("-o,--output", options->Folder,
+                         "Folder to write to; without it one material goes to standard output")
+            ->type_name("DIR");
+    command
+        ->add_option("-j,--jobs", options->Workers,
+                     "Number of threads; as many as there are processors otherwise")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1024).description(""));
+    auto* depfile =
+        command
+            ->add_option("--depfile", options->Depfile,
+                         "Write what the outputs hang on to this file, as rules for Make and Ninja")
+            ->type_name("FILE")
+            ->needs(output);
+    command
+        ->add_option("--depfile-target", options->DepfileTarget,
+                     "Target to name in these rules instead of the outputs")
+        ->type_name("FILE")
+        ->needs(depfile);
+    command->add_flag("--plain", options->IsPlain, "Without comments in the programs");
+    command->footer(footer);
+    command->callback([options, &common] { Export(*options, common); });
 }
 
 } // namespace Mox::Tool

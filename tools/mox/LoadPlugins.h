@@ -5,7 +5,9 @@
 
 namespace Mox::Tool {
 
-/// The plug-ins beside the program and those of the folders that the user named.
+/// The plug-ins of the folders that the user named as options, of those in the environment variable
+/// MOX_PLUGIN_PATH, and those beside the program, in this order: the first to offer a type supplies
+/// it. A folder that is named twice is searched once.
 /// @throws Host::HostError as PluginSet::LoadFolder does
 Host::PluginSet LoadPlugins(const CommonOptions& common);
 

@@ -5,25 +5,50 @@
 
 namespace {
 
-constexpr int failureStatus = 1; ///< the input is bad
-constexpr int usageStatus = 2;   ///< the command line is bad
+constexpr const char* footer = R"(Environment:
+  MOX_PLUGIN_PATH  Folders with plug-ins, separated by colons; searched behind those of --plugins and
+                   before the one that belongs to the program.
+
+Exit status:
+  0  All went well.
+  1  An input is bad, or an output cannot be written.
+  2  The command line is bad.
+
+Examples:
+  mox export examples/two_maths.xml
+  mox export materials -o shaders
+  mox catalogue
+  mox export --help
+)";
 
 } // namespace
 
 int main(int argc, char** argv)
 {
+    using namespace Mox::Tool;
     CLI::App program("Works with materials: their documents, node types and shader programs.",
                      "mox");
     program.require_subcommand(1);
-    Mox::Tool::CommonOptions common;
-    program.add_option("--plugins", common.PluginFolders,
-                       "Folder with plug-ins, besides the one that belongs to the program");
-    Mox::Tool::AddCatalogueCommand(program, common);
-    Mox::Tool::AddExportCommand(program, common);
-    Mox::Tool::AddBindingsCommand(program, common);
-    Mox::Tool::AddNewCommand(program, common);
+    program.fallthrough();
+    program.set_version_flag("--version", "mox " MOX_VERSION, "Print the version and exit");
+    CommonOptions common;
+    program
+        .add_option("--plugins", common.PluginFolders,
+                    "Folder with plug-ins, besides the one that belongs to the program; may be "
+                    "given several times")
+        ->type_name("DIR")
+        ->allow_extra_args(false);
+    AddExportCommand(program, common);
+    AddBindingsCommand(program, common);
+    AddCatalogueCommand(program, common);
+    AddNewCommand(program, common);
+    AddCompletionCommand(program);
+    AddManualCommand(program);
+    program.footer(footer); // commands would inherit it if it came before them
     try {
         program.parse(argc, argv);
+    } catch (const CLI::RuntimeError& error) {
+        return error.get_exit_code();
     } catch (const CLI::ParseError& error) {
         return program.exit(error) == 0 ? 0 : usageStatus;
     } catch (const std::exception& error) {

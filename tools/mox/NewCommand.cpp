@@ -10,6 +10,11 @@ namespace Mox::Tool {
 
 namespace {
 
+constexpr const char* footer = R"(Examples:
+  mox new CoreTexture
+  mox new CoreMaths --id rim
+)";
+
 void PrintNew(const std::string& type, const std::string& id, const CommonOptions& common)
 {
     const Host::PluginSet plugins = LoadPlugins(common);
@@ -27,8 +32,11 @@ void AddNewCommand(CLI::App& program, const CommonOptions& common)
         "new", "Print a node of a type, with all its defaults, as a document fragment");
     auto type = std::make_shared<std::string>();
     auto id = std::make_shared<std::string>();
-    command->add_option("TYPE", *type, "Node type, as the catalogue lists it")->required();
-    command->add_option("--id", *id, "Id of the node; its name otherwise");
+    command->add_option("TYPE", *type, "Node type, as the catalogue lists it")
+        ->type_name("")
+        ->required();
+    command->add_option("--id", *id, "Id of the node; its name otherwise")->type_name("ID");
+    command->footer(footer);
     command->callback([=, &common] { PrintNew(*type, *id, common); });
 }
 

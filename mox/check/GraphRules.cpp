@@ -1,0 +1,169 @@
+#include "mox/check/GraphRules.h"
+
+#include "mox/Text.h"
+#include "mox/bindings/Material.h"
+#include "mox/host/LibraryCall.h"
+#include "mox/program/CgNames.h"
+#include "mox/shader/ShaderNode.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <map>
+#include <set>
+#include <utility>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Binding;
+using Materials::Compose;
+using Materials::GuiPort;
+using Materials::Material;
+using Materials::StreamType;
+
+/// Calls visit with each binding and the node that makes it. A node that fails makes none.
+template <class Visit>
+void ForEachBinding(const MaterialGraph& graph, Visit visit)
+{
+    for (const MaterialGraph::Node& node : graph.Nodes()) {
+        const auto material = boost::make_shared<Material>();
+        try {
+            if (node.Gui->HasBinding())
+                CallLibrary(node.Where, [&] { node.Gui->CreateBindings(material); });
+        } catch (const HostError&) {
+            continue; // generation says what is wrong with the node
+        }
+        for (const auto& binding : material->Bindings)
+            visit(node, *binding);
+    }
+}
+
+using BindingKey = std::pair<std::string, std::string>; ///< word of the stream type, name
+
+std::set<BindingKey> FindBindings(const MaterialGraph& graph)
+{
+    std::set<BindingKey> keys;
+    ForEachBinding(graph, [&](const MaterialGraph::Node&, const Binding& binding) {
+        keys.emplace(binding.GetStreamTypeName(), binding.tag);
+    });
+    return keys;
+}
+
+/// Ports that read as 0 without an edge. Others have a default of their own, or the node refuses
+/// to be exported without the edge.
+bool ReadsAsZero(const std::string& type)
+{
+    return type == "CoreLayerBlend" || type == "CoreSwizzle" || type == "CoreAnimatedUv";
+}
+
+} // namespace
+
+void WarnOfAwkwardNames(const MaterialGraph& graph, ProblemList& problems)
+{
+    ForEachBinding(graph, [&](const MaterialGraph::Node& node, const Binding& binding) {
+        const std::string safe = ToSafeCgName(binding.tag);
+        if (!ShaderNode::IsValidCgName(binding.tag)) {
+            problems.Warn("name-no-cg-name", node.Where,
+                          Compose("the name \"", binding.tag,
+                                  "\" is no Cg name; programs call the binding \"", safe, "\""));
+        } else if (IsReservedCgWord(binding.tag)) {
+            problems.Warn("name-reserved", node.Where,
+                          Compose("the name \"", binding.tag,
+                                  "\" is a word of Cg; programs call the binding \"", safe, "\""));
+        }
+    });
+}
+
+void WarnOfEqualBindings(const MaterialGraph& graph, ProblemList& problems)
+{
+    std::map<std::string, std::string> owners;
+    ForEachBinding(graph, [&](const MaterialGraph::Node& node, const Binding& binding) {
+        const auto [owner, isFirst] = owners.emplace(binding.tag, node.Id);
+        if (!isFirst) {
+            problems.Warn(
+                "equal-bindings", node.Where,
+                Compose("node \"", owner->second, "\" has a binding \"", binding.tag, "\" too"));
+        }
+    });
+}
+
+void WarnOfBasicColours(const MaterialGraph& graph, ProblemList& problems)
+{
+    std::map<StreamType, std::string> owners;
+    ForEachBinding(graph, [&](const MaterialGraph::Node& node, const Binding& binding) {
+        if (!binding.basicColour)
+            return;
+        const auto [owner, isFirst] = owners.emplace(binding.streamType, node.Id);
+        if (!isFirst) {
+            problems.Warn("two-basic-colours", node.Where,
+                          Compose("node \"", owner->second, "\" forms the basic colour already"));
+        }
+    });
+}
+
+void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems)
+{
+    for (const MaterialGraph::Node& node : graph.Nodes()) {
+        if (node.IsPlaceholder || node.Gui->GetType() != "CoreAnimatedUv")
+            continue;
+        for (const char* name : {"Rows", "Columns"}) {
+            const std::int32_t count = node.Gui->Properties->Get(name)->GetInt();
+            if (count <= 0) {
+                problems.Warn("empty-grid", node.Where,
+                              Compose("property \"", name, "\" is ", count,
+                                      ", so the Cg text of the node does not compile"));
+            }
+        }
+    }
+}
+
+void WarnOfOpenInputs(const MaterialGraph& graph, ProblemList& problems)
+{
+    for (const MaterialGraph::Node& node : graph.Nodes()) {
+        if (node.IsPlaceholder || !ReadsAsZero(node.Gui->GetType()))
+            continue;
+        for (const GuiPort& port : node.Gui->InputPorts) {
+            if (port.Connected)
+                continue;
+            Place where = node.Where;
+            where.Port = port.Name;
+            problems.Warn("open-input", where, "the input has no edge and reads as 0");
+        }
+    }
+}
+
+void WarnOfMissingTextures(const MaterialGraph& graph, const std::filesystem::path& document,
+                           ProblemList& problems)
+{
+    for (const DocumentBinding& binding : graph.Bindings) {
+        if (binding.Stream != "texture")
+            continue;
+        for (const DocumentValue& value : binding.Values) {
+            std::error_code error;
+            if (value.Name != "default" || value.Value.empty() ||
+                std::filesystem::exists(document.parent_path() / value.Value, error))
+                continue;
+            problems.Warn(
+                "missing-texture", {document.string(), binding.Line, {}, {}},
+                Compose("binding \"", binding.Tag, "\": there is no file \"", value.Value, "\""));
+        }
+    }
+}
+
+void WarnOfStrayBindings(const MaterialGraph& graph, const std::filesystem::path& document,
+                         ProblemList& problems)
+{
+    if (graph.Bindings.empty())
+        return;
+    const std::set<BindingKey> made = FindBindings(graph);
+    for (const DocumentBinding& binding : graph.Bindings) {
+        if (!made.contains({binding.Stream, binding.Tag})) {
+            problems.Warn(
+                "stray-binding", {document.string(), binding.Line, {}, {}},
+                Compose("no node makes a ", binding.Stream, " binding \"", binding.Tag, "\""));
+        }
+    }
+}
+
+} // namespace Mox::Host

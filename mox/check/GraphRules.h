@@ -1,0 +1,34 @@
+#pragma once
+
+#include "mox/host/MaterialGraph.h"
+#include "mox/host/Problem.h"
+
+namespace Mox::Host {
+
+/// Warnings about a material that exports all the same, found on its authoring graph. Each function
+/// has one rule.
+
+/// A name of a binding that is no Cg name, or a word that Cg has itself: the program bears another.
+void WarnOfAwkwardNames(const MaterialGraph& graph, ProblemList& problems);
+
+/// Two bindings with one name, which the host cannot tell apart.
+void WarnOfEqualBindings(const MaterialGraph& graph, ProblemList& problems);
+
+/// More than one constant, or more than one texture, as the basic colour.
+void WarnOfBasicColours(const MaterialGraph& graph, ProblemList& problems);
+
+/// A grid of frames without rows or columns, whose text does not compile.
+void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems);
+
+/// An input without an edge that reads as 0, while no property gives it another value.
+void WarnOfOpenInputs(const MaterialGraph& graph, ProblemList& problems);
+
+/// A texture file that is not there, relative to the document.
+void WarnOfMissingTextures(const MaterialGraph& graph, const std::filesystem::path& document,
+                           ProblemList& problems);
+
+/// Values that the document holds for a binding that no node makes.
+void WarnOfStrayBindings(const MaterialGraph& graph, const std::filesystem::path& document,
+                         ProblemList& problems);
+
+} // namespace Mox::Host

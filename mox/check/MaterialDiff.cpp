@@ -1,0 +1,273 @@
+#include "mox/check/MaterialDiff.h"
+
+#include "mox/Text.h"
+#include "mox/host/PropertyText.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <algorithm>
+#include <map>
+#include <tuple>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+using Materials::GuiProperty;
+using Materials::GuiPropertyKind;
+
+using Values = std::map<std::string, std::string>;
+
+/// A value in its one text form, so that "1" and "1.0" are the same.
+std::string Normalise(const DocumentProperty& property)
+{
+    const auto parsed = GuiProperty::Create(property.Name);
+    return property.Kind != GuiPropertyKind::Node &&
+                   SetFromText(*parsed, property.Kind, property.Value)
+               ? FormatValue(*parsed)
+               : property.Value;
+}
+
+struct ComparedNode
+{
+    std::string Type;
+    Values Properties; ///< but for those that refer to nodes
+    Values References; ///< ids, by name of the property
+
+    friend bool operator==(const ComparedNode& a, const ComparedNode& b) = default;
+};
+
+using ComparedNodes = std::map<std::string, ComparedNode>;
+
+/// From the input that an edge feeds to the output that feeds it, both as (node, port).
+using End = std::pair<std::string, std::string>;
+using ComparedEdges = std::map<End, End>;
+
+class Reader
+{
+public:
+    explicit Reader(const PluginSet& plugins) : _plugins(plugins) {}
+
+    ComparedNodes ReadNodes(const MaterialDocument& document)
+    {
+        ComparedNodes nodes;
+        for (const DocumentNode& node : document.Nodes) {
+            ComparedNode& compared = nodes[node.Id];
+            compared.Type = node.Type;
+            compared.Properties = DefaultsOf(node.Type);
+            for (const DocumentProperty& property : node.Properties) {
+                Values& values = property.Kind == GuiPropertyKind::Node ? compared.References
+                                                                        : compared.Properties;
+                values[property.Name] = Normalise(property);
+            }
+        }
+        return nodes;
+    }
+
+private:
+    const Values& DefaultsOf(const std::string& type)
+    {
+        const auto [entry, isNew] = _defaults.try_emplace(type);
+        if (!isNew)
+            return entry->second;
+        if (const auto node = _plugins.CreateNode(type)) {
+            for (const auto& property : node->Properties->Properties) {
+                if (property != node->Type && property->Kind != GuiPropertyKind::Node)
+                    entry->second[property->Name] = FormatValue(*property);
+            }
+        }
+        return entry->second;
+    }
+
+    const PluginSet& _plugins;
+    std::map<std::string, Values> _defaults;
+};
+
+ComparedEdges ReadEdges(const MaterialDocument& document)
+{
+    ComparedEdges edges;
+    for (const DocumentEdge& edge : document.Edges)
+        edges[{edge.Head, edge.HeadPort}] = {edge.Tail, edge.TailPort};
+    return edges;
+}
+
+std::string Quote(const std::string& text)
+{
+    return "\"" + text + "\"";
+}
+
+std::string FormatEnd(const End& end)
+{
+    return Compose("\"", end.first, "\" port \"", end.second, "\"");
+}
+
+class Comparison
+{
+public:
+    Comparison(const MaterialDocument& before, const MaterialDocument& after,
+               const PluginSet& plugins)
+        : _before(before), _after(after)
+    {
+        Reader reader(plugins);
+        _nodesBefore = reader.ReadNodes(before);
+        _nodesAfter = reader.ReadNodes(after);
+    }
+
+    std::vector<std::string> Describe()
+    {
+        CompareValues("description", ToMap(_before.Description), ToMap(_after.Description));
+        CompareValues("render state", ToMap(_before.RenderState), ToMap(_after.RenderState));
+        FindRenamed();
+        CompareNodes();
+        CompareEdges();
+        CompareBindings();
+        return std::move(_lines);
+    }
+
+private:
+    template <class... Parts>
+    void Say(const Parts&... parts)
+    {
+        _lines.push_back(Compose(parts...));
+    }
+
+    static Values ToMap(const std::vector<DocumentValue>& values)
+    {
+        Values map;
+        for (const DocumentValue& value : values)
+            map[value.Name] = value.Value;
+        return map;
+    }
+
+    void CompareValues(const std::string& owner, const Values& before, const Values& after)
+    {
+        for (const auto& [name, value] : before) {
+            const auto now = after.find(name);
+            if (now == after.end())
+                Say(owner, ": \"", name, "\" is gone, it was ", Quote(value));
+            else if (now->second != value)
+                Say(owner, ": \"", name, "\" changed from ", Quote(value), " to ",
+                    Quote(now->second));
+        }
+        for (const auto& [name, value] : after) {
+            if (!before.contains(name))
+                Say(owner, ": \"", name, "\" is new, it is ", Quote(value));
+        }
+    }
+
+    /// A node that went is the same as one that came if they are equal and no other pair is.
+    void FindRenamed()
+    {
+        for (const auto& [id, node] : _nodesBefore) {
+            if (_nodesAfter.contains(id))
+                continue;
+            std::vector<std::string> twins;
+            for (const auto& [otherId, other] : _nodesAfter) {
+                if (!_nodesBefore.contains(otherId) && other == node)
+                    twins.push_back(otherId);
+            }
+            const auto isTwin = [&](const auto& entry) {
+                return !_nodesAfter.contains(entry.first) && entry.second == node;
+            };
+            if (twins.size() != 1 ||
+                std::count_if(_nodesBefore.begin(), _nodesBefore.end(), isTwin) != 1)
+                continue;
+            _renamed.emplace(id, twins.front());
+            Say("node \"", id, "\" is renamed to ", Quote(twins.front()));
+        }
+    }
+
+    const std::string& IdAfter(const std::string& idBefore) const
+    {
+        const auto renamed = _renamed.find(idBefore);
+        return renamed == _renamed.end() ? idBefore : renamed->second;
+    }
+
+    void CompareNodes()
+    {
+        std::map<std::string, std::string> cameFrom;
+        for (const auto& [id, node] : _nodesBefore) {
+            const auto now = _nodesAfter.find(IdAfter(id));
+            cameFrom.emplace(IdAfter(id), id);
+            if (now == _nodesAfter.end())
+                Say("node \"", id, "\" (", node.Type, ") is gone");
+            else if (now->second.Type != node.Type)
+                Say("node \"", id, "\" changed its type from ", Quote(node.Type), " to ",
+                    Quote(now->second.Type));
+            else
+                CompareNode(Compose("node \"", now->first, "\" (", node.Type, ")"), node,
+                            now->second);
+        }
+        for (const auto& [id, node] : _nodesAfter) {
+            if (!cameFrom.contains(id))
+                Say("node \"", id, "\" (", node.Type, ") is new");
+        }
+    }
+
+    void CompareNode(const std::string& name, const ComparedNode& before, const ComparedNode& after)
+    {
+        CompareValues(name, before.Properties, after.Properties);
+        Values references;
+        for (const auto& [property, id] : before.References)
+            references.emplace(property, IdAfter(id));
+        CompareValues(name, references, after.References);
+    }
+
+    void CompareEdges()
+    {
+        ComparedEdges before;
+        for (const auto& [head, tail] : ReadEdges(_before))
+            before[{IdAfter(head.first), head.second}] = {IdAfter(tail.first), tail.second};
+        const ComparedEdges after = ReadEdges(_after);
+        for (const auto& [head, tail] : before) {
+            const auto now = after.find(head);
+            if (now == after.end())
+                Say("edge from ", FormatEnd(tail), " to ", FormatEnd(head), " is gone");
+            else if (now->second != tail)
+                Say(FormatEnd(head), " is fed by ", FormatEnd(now->second), " instead of ",
+                    FormatEnd(tail));
+        }
+        for (const auto& [head, tail] : after) {
+            if (!before.contains(head))
+                Say("edge from ", FormatEnd(tail), " to ", FormatEnd(head), " is new");
+        }
+    }
+
+    void CompareBindings()
+    {
+        const auto read = [](const MaterialDocument& document) {
+            std::map<std::string, Values> bindings;
+            for (const DocumentBinding& binding : document.Bindings)
+                bindings[Compose("binding \"", binding.Tag, "\" (", binding.Stream, ")")] =
+                    ToMap(binding.Values);
+            return bindings;
+        };
+        std::map<std::string, Values> before = read(_before);
+        std::map<std::string, Values> after = read(_after);
+        for (const auto& [name, values] : before)
+            CompareValues(name, values, after[name]);
+        for (const auto& [name, values] : after) {
+            if (!before.contains(name))
+                CompareValues(name, {}, values);
+        }
+    }
+
+    const MaterialDocument& _before;
+    const MaterialDocument& _after;
+    ComparedNodes _nodesBefore;
+    ComparedNodes _nodesAfter;
+    std::map<std::string, std::string> _renamed;
+    std::vector<std::string> _lines;
+};
+
+} // namespace
+
+std::vector<std::string> DescribeDifferences(const MaterialDocument& before,
+                                             const MaterialDocument& after,
+                                             const PluginSet& plugins)
+{
+    return Comparison(before, after, plugins).Describe();
+}
+
+} // namespace Mox::Host

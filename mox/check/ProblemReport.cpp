@@ -1,0 +1,109 @@
+#include "mox/check/ProblemReport.h"
+
+#include "mox/Text.h"
+
+#include <nlohmann/json.hpp>
+#include <set>
+
+namespace Mox::Host {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+using Materials::Compose;
+
+constexpr int indent = 2;
+
+const char* WordOf(Severity severity)
+{
+    return severity == Severity::Error ? "error" : "warning";
+}
+
+/// JSON holds UTF-8 only; what is none in a message is replaced.
+std::string Dump(const Json& json)
+{
+    return json.dump(indent, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+Json LocationOf(const Place& place)
+{
+    Json location = Json::object();
+    if (!place.File.empty()) {
+        Json physical = {{"artifactLocation", {{"uri", place.File}}}};
+        if (place.Line > 0) {
+            physical["region"] = {{"startLine", place.Line}};
+            if (place.Column > 0)
+                physical["region"]["startColumn"] = place.Column;
+        }
+        location["physicalLocation"] = physical;
+    }
+    if (!place.Node.empty()) {
+        const std::string name =
+            place.Port.empty() ? place.Node : Compose(place.Node, ".", place.Port);
+        location["logicalLocations"] = Json::array({{{"fullyQualifiedName", name}}});
+    }
+    return location;
+}
+
+} // namespace
+
+std::string FormatProblemsAsText(const std::vector<Problem>& problems)
+{
+    std::string text;
+    for (const Problem& problem : problems) {
+        Place line = problem.Where;
+        line.Node.clear();
+        line.Port.clear();
+        Place node;
+        node.Node = problem.Where.Node;
+        node.Port = problem.Where.Port;
+        text += Compose(line.Format(), WordOf(problem.Level), ": ", node.Format(), problem.Message,
+                        " [", problem.Rule, "]\n");
+    }
+    return text;
+}
+
+std::string FormatProblemsAsJson(const std::vector<Problem>& problems)
+{
+    Json list = Json::array();
+    for (const Problem& problem : problems) {
+        const Place& place = problem.Where;
+        Json row = {{"severity", WordOf(problem.Level)}, {"rule", problem.Rule}};
+        if (!place.File.empty())
+            row["file"] = place.File;
+        if (place.Line > 0)
+            row["line"] = place.Line;
+        if (place.Column > 0)
+            row["column"] = place.Column;
+        if (!place.Node.empty())
+            row["node"] = place.Node;
+        if (!place.Port.empty())
+            row["port"] = place.Port;
+        row["message"] = problem.Message;
+        list.push_back(row);
+    }
+    return Dump(list);
+}
+
+std::string FormatProblemsAsSarif(const std::vector<Problem>& problems, const std::string& version)
+{
+    std::set<std::string> rules;
+    Json results = Json::array();
+    for (const Problem& problem : problems) {
+        rules.insert(problem.Rule);
+        results.push_back({{"ruleId", problem.Rule},
+                           {"level", WordOf(problem.Level)},
+                           {"message", {{"text", problem.Message}}},
+                           {"locations", Json::array({LocationOf(problem.Where)})}});
+    }
+    Json ruleList = Json::array();
+    for (const std::string& rule : rules)
+        ruleList.push_back({{"id", rule}});
+    const Json driver = {{"name", "mox"}, {"version", version}, {"rules", ruleList}};
+    const Json run = {{"tool", {{"driver", driver}}}, {"results", results}};
+    return Dump({{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
+                 {"version", "2.1.0"},
+                 {"runs", Json::array({run})}});
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,101 @@
+#include "mox/host/AtomicFile.h"
+
+#include "mox/Text.h"
+#include "mox/host/File.h"
+#include "mox/host/HostError.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+constexpr mode_t newFileMode = 0666; ///< less the process's mask
+constexpr mode_t permissionBits = 07777;
+
+HostError WriteError(const std::filesystem::path& file, int error)
+{
+    return {{file.string(), 0, {}, {}},
+            Compose("cannot be written: ", std::generic_category().message(error))};
+}
+
+} // namespace
+
+AtomicFile::AtomicFile(const std::filesystem::path& file) : _file(file)
+{
+    std::error_code error;
+    _target = std::filesystem::weakly_canonical(file, error);
+    if (error)
+        throw WriteError(file, error.value());
+    struct stat old = {};
+    const bool isThere = stat(_target.c_str(), &old) == 0;
+    if (isThere && !S_ISREG(old.st_mode)) {
+        throw HostError({file.string(), 0, {}, {}},
+                        "cannot be written: something else than a regular file has this name");
+    }
+    // Processes on other machines may share the folder and the number, hence the search.
+    for (int i = 0; _descriptor < 0; ++i) {
+        _temporary = _target.parent_path() / Compose(".mox-", getpid(), "-", i, ".tmp");
+        _descriptor =
+            open(_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, newFileMode);
+        if (_descriptor < 0 && errno != EEXIST)
+            throw WriteError(file, errno);
+    }
+    if (isThere && fchmod(_descriptor, old.st_mode & permissionBits) != 0) {
+        const int cause = errno;
+        close(_descriptor);
+        unlink(_temporary.c_str());
+        throw WriteError(file, cause);
+    }
+}
+
+AtomicFile::~AtomicFile()
+{
+    if (_descriptor >= 0)
+        close(_descriptor);
+    if (!_temporary.empty())
+        unlink(_temporary.c_str());
+}
+
+void AtomicFile::Write(std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const ssize_t count = write(_descriptor, bytes.data(), bytes.size());
+        if (count < 0 && errno != EINTR)
+            throw WriteError(_file, errno);
+        if (count > 0)
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+}
+
+void AtomicFile::Commit()
+{
+    // Without it a loss of power could leave the new name with none of the bytes.
+    if (fsync(_descriptor) != 0)
+        throw WriteError(_file, errno);
+    const int descriptor = std::exchange(_descriptor, -1);
+    if (close(descriptor) != 0 || rename(_temporary.c_str(), _target.c_str()) != 0)
+        throw WriteError(_file, errno);
+    _temporary.clear();
+}
+
+bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes)
+{
+    std::error_code error;
+    const auto size = std::filesystem::file_size(file, error);
+    if (!error && size == bytes.size() && ReadFile(file) == bytes)
+        return false;
+    AtomicFile output(file);
+    output.Write(bytes);
+    output.Commit();
+    return true;
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace Mox::Host {
+
+/// A file that appears under its name only when it is whole. The bytes go to a hidden temporary
+/// file in the same folder, which Commit moves to the name, so that a reader finds the old file or
+/// the new one whatever happens in between. A file that is replaced keeps its permissions, and a
+/// symbolic link goes on pointing to it.
+class AtomicFile
+{
+public:
+    /// Creates the temporary file.
+    /// @throws HostError naming the file, if that fails or the name belongs to something else than
+    /// a
+    ///         regular file
+    explicit AtomicFile(const std::filesystem::path& file);
+
+    /// Removes the temporary file unless it was committed.
+    ~AtomicFile();
+
+    AtomicFile(const AtomicFile&) = delete;
+    AtomicFile& operator=(const AtomicFile&) = delete;
+
+    /// @throws HostError naming the file, for example when the disk is full
+    void Write(std::string_view bytes);
+
+    /// Moves what was written to the name, once it lies safely on the disk. Nothing may be written
+    /// behind it.
+    /// @throws HostError naming the file; the old file stands then
+    void Commit();
+
+private:
+    std::filesystem::path _file;   ///< as it is named in messages
+    std::filesystem::path _target; ///< behind symbolic links
+    std::filesystem::path _temporary;
+    int _descriptor = -1;
+};
+
+/// Makes a file hold these bytes. One that does so already is not touched, so that build systems
+/// see no change.
+/// @returns whether the file was written
+/// @throws HostError as AtomicFile does
+bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes);
+
+} // namespace Mox::Host

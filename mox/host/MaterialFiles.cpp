@@ -1,0 +1,75 @@
+#include "mox/host/MaterialFiles.h"
+
+#include "mox/Text.h"
+#include "mox/host/HostError.h"
+
+#include <libxml/xmlreader.h>
+
+#include <algorithm>
+#include <memory>
+#include <string_view>
+#include <system_error>
+
+namespace Mox::Host {
+
+namespace {
+
+using std::filesystem::path;
+
+bool MayBeMaterial(const path& file)
+{
+    const std::unique_ptr<xmlTextReader, decltype(&xmlFreeTextReader)> reader(
+        xmlReaderForFile(file.c_str(), nullptr,
+                         XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
+        xmlFreeTextReader);
+    if (!reader)
+        return true;
+    while (xmlTextReaderRead(reader.get()) == 1) {
+        if (xmlTextReaderNodeType(reader.get()) == XML_READER_TYPE_ELEMENT) {
+            const xmlChar* name = xmlTextReaderConstName(reader.get());
+            return std::string_view(reinterpret_cast<const char*>(name)) == "material";
+        }
+    }
+    return true;
+}
+
+std::vector<std::string> FindIn(const path& folder)
+{
+    std::vector<std::string> found;
+    std::error_code error;
+    std::filesystem::recursive_directory_iterator entry(folder, error);
+    for (; !error && entry != std::filesystem::end(entry); entry.increment(error)) {
+        if (entry->path().extension() == ".xml" && entry->is_regular_file() &&
+            MayBeMaterial(entry->path()))
+            found.push_back(entry->path().string());
+    }
+    const Place where{folder.string(), 0, {}, {}};
+    if (error) {
+        throw HostError(where,
+                        Materials::Compose("cannot be searched for materials: ", error.message()));
+    }
+    if (found.empty())
+        throw HostError(where, "holds no material");
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+} // namespace
+
+std::vector<MaterialFile> FindMaterials(const std::vector<path>& filesAndFolders)
+{
+    std::vector<MaterialFile> materials;
+    for (const path& argument : filesAndFolders) {
+        if (!std::filesystem::is_directory(argument)) {
+            materials.push_back({argument.string(), argument.stem().string()});
+            continue;
+        }
+        for (std::string& document : FindIn(argument)) {
+            path name = path(document).lexically_relative(argument).replace_extension();
+            materials.push_back({std::move(document), name.string()});
+        }
+    }
+    return materials;
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "mox/authoring/GuiNode.h"
+#include "mox/host/HostError.h"
+#include "mox/host/PluginSet.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <functional>
+#include <string>
+
+namespace Mox::Host {
+
+struct MadeNode
+{
+    boost::shared_ptr<Materials::GuiNode> Gui;
+    bool IsPlaceholder = false; ///< stands for a type that nothing offers
+};
+
+/// Makes the nodes of a graph, and placeholders for types that nothing offers.
+class NodeMaker
+{
+public:
+    /// A new node of a type, or an empty handle if the type is not offered.
+    using Factory = std::function<boost::shared_ptr<Materials::GuiNode>(const std::string& type)>;
+
+    explicit NodeMaker(Factory factory) : _factory(std::move(factory)) {}
+
+    /// Makes what plug-ins offer; they must outlive the maker and the graph that has it.
+    explicit NodeMaker(const PluginSet& plugins);
+
+    /// @throws HostError if the node's construction fails, or if there is no placeholder either
+    MadeNode Make(const std::string& type, const Place& where) const;
+
+    /// @throws HostError if there is no placeholder
+    boost::shared_ptr<Materials::GuiNode> MakePlaceholder(const std::string& type,
+                                                          const Place& where) const;
+
+private:
+    Factory _factory;
+};
+
+} // namespace Mox::Host

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "mox/host/MaterialDocument.h"
+#include "mox/host/MaterialGraph.h"
+#include "mox/host/Problem.h"
+
+#include <string>
+
+/// All records of a document, lines excepted.
+std::string FormatDocument(const Mox::Host::MaterialDocument& document);
+
+/// What a document does not have: values and flags of all properties, ports with all they hold, and
+/// the edge lists of the nodes, sorted. The description of a placeholder is left out, since it is
+/// another one after loading.
+std::string DescribeNodes(const Mox::Host::MaterialGraph& graph);
+
+/// One line for each problem: level, rule, place and message.
+std::string FormatProblems(const Mox::Host::ProblemList& problems);
+
+/// The message of the HostError that call raises, or "no failure".
+template <class Call>
+std::string HostFailureOf(Call call)
+{
+    try {
+        call();
+    } catch (const Mox::Host::HostError& error) {
+        return error.what();
+    }
+    return "no failure";
+}
