@@ -9,7 +9,7 @@ build) ;;
 # locales-all: the tests run under a locale with a decimal comma.
 test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils clang-format) ;;
 full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils clang clang-format
-    clang-tidy) ;;
+    clang-tidy abigail-tools debootstrap dpkg-dev pkgconf xz-utils) ;;
 *)
     echo "tools/setup.sh: unknown job \"$1\"" >&2
     exit 2

@@ -3,10 +3,10 @@
 #include "mox/Text.h"
 #include "mox/host/File.h"
 #include "mox/host/HostError.h"
+#include "mox/host/LibraryFolder.h"
 #include "mox/program/ShaderTypeText.h"
 #include "mox/shader/ShaderNode.h"
 
-#include <boost/dll/runtime_symbol_info.hpp>
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
@@ -241,8 +241,7 @@ Environment ReadEnvironment(const std::filesystem::path& folder)
 
 std::filesystem::path DefaultEnvironmentFolder()
 {
-    return boost::dll::program_location().parent_path().parent_path() / "share" / "mox" /
-           "environment";
+    return (LibraryFolder() / MOX_DATA_FROM_LIBRARIES / "environment").lexically_normal();
 }
 
 } // namespace Mox::Host
