@@ -104,7 +104,7 @@ TEST(AuthoringExhaustion, AChainIsReleasedWithoutMemory)
 {
     const std::size_t live = Allocations::LiveCount();
     boost::shared_ptr<GuiNode> first;
-    for (int i = 0; i < 200000; ++i) {
+    for (int i = 0; i < 50000; ++i) {
         const auto node = boost::make_shared<TestNode>("test");
         node->Name->Node = first;
         first = node;

@@ -5,19 +5,23 @@
 #include <gtest/gtest.h>
 #include <libxml/xmlerror.h>
 
+#include <cstdlib>
 #include <new>
 #include <string>
 
 /// Lets the first allocation of an operation fail, then the second and so on, until the operation
 /// succeeds; each time on a new subject, and both with one failure and with all from there on.
 ///
-/// Expected of every failure: std::bad_alloc arrives, nothing leaks, the subject reads as it must,
-/// and the same call succeeds on it once there is memory, with the very result that it has where
-/// nothing failed.
+/// Expected of every failure: std::bad_alloc arrives, or the operation could do without the memory
+/// and has its whole result all the same; nothing leaks; the subject reads as it must, and the same
+/// call succeeds on it once there is memory, with the very result that it has where nothing failed.
 ///
 /// @param make gives a new subject
 /// @param call the operation on the subject
 /// @param describe the subject as text
+/// Operations with thousands of allocations take long, so the steps between the numbers grow slowly
+/// with them; with MOX_EXHAUST_ALL in the environment every single number is tried.
+///
 /// @param check (before, after): expects what the operation promises of a failure, from the texts
 template <class Make, class Call, class Describe, class Check>
 void ExpectSurvival(Make make, Call call, Describe describe, Check check)
@@ -27,10 +31,12 @@ void ExpectSurvival(Make make, Call call, Describe describe, Check check)
         call(subject);
         return describe(subject);
     }();
+    constexpr std::size_t sparseness = 100;
+    const bool isThorough = std::getenv("MOX_EXHAUST_ALL") != nullptr;
     for (const auto shortage : {Allocations::Shortage::Once, Allocations::Shortage::Lasting}) {
         std::size_t number = 0;
         for (bool hasFailed = true; hasFailed && !::testing::Test::HasFailure();) {
-            ++number;
+            number += isThorough ? 1 : 1 + number / sparseness;
             SCOPED_TRACE("allocation " + std::to_string(number) +
                          (shortage == Allocations::Shortage::Once ? "" : " and all behind it"));
             const std::size_t live = Allocations::LiveCount();
@@ -46,8 +52,7 @@ void ExpectSurvival(Make make, Call call, Describe describe, Check check)
                 }
                 hasFailed = Allocations::EndFailing();
                 xmlResetLastError();
-                EXPECT_EQ(isReported, hasFailed);
-                if (hasFailed) {
+                if (isReported) {
                     check(before, describe(subject));
                     call(subject);
                 }

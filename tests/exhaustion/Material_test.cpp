@@ -1,0 +1,110 @@
+#include "mox/Text.h"
+#include "mox/host/BindingsDocument.h"
+#include "mox/host/GraphResolver.h"
+#include "mox/host/MaterialDocument.h"
+#include "mox/host/MaterialLoader.h"
+#include "mox/host/MaterialSaver.h"
+#include "mox/host/PluginSet.h"
+#include "mox/program/Environment.h"
+#include "mox/program/ProgramExporter.h"
+#include "tests/exhaustion/EveryAllocation.h"
+
+#include <filesystem>
+#include <fstream>
+#include <optional>
+
+using namespace Mox;
+using Materials::Compose;
+
+namespace {
+
+const std::filesystem::path example = std::filesystem::path(MOX_EXAMPLES) / "rim_light.xml";
+
+const Host::PluginSet& Plugins()
+{
+    static const Host::PluginSet plugins = [] {
+        Host::PluginSet set;
+        set.LoadFolder(MOX_PLUGIN_FOLDER);
+        return set;
+    }();
+    return plugins;
+}
+
+std::string Describe(const Host::MaterialDocument& document)
+{
+    std::string text = document.File;
+    for (const auto& node : document.Nodes) {
+        text += Compose("\n", node.Id, " ", node.Type, " ", node.Version, " ", node.Line);
+        for (const auto& property : node.Properties)
+            text += Compose("; ", property.Name, "=", property.Value);
+    }
+    for (const auto& edge : document.Edges)
+        text += Compose("\n", edge.Tail, ".", edge.TailPort, " ", edge.Head, ".", edge.HeadPort);
+    return text;
+}
+
+/// For operations that make something from nothing: call gives the result as text.
+template <class Call>
+void ExpectResult(Call call)
+{
+    ExpectSurvival([] { return std::string(); }, [&](std::string& text) { text = call(); },
+                   [](const std::string& text) { return text; }, ExpectUnchanged);
+}
+
+TEST(MaterialExhaustion, DocumentsAreReadWholeOrNotAtAll)
+{
+    ExpectResult([] { return Describe(Host::ReadMaterialDocument(example)); });
+}
+
+TEST(MaterialExhaustion, EnvironmentIsReadWholeOrNotAtAll)
+{
+    ExpectResult([] {
+        const Host::Environment environment = Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER);
+        std::string text;
+        for (const auto& code : environment.Code)
+            text += code.Text + Compose(code.Provides.size(), "\n");
+        for (const auto* entries : {&environment.Values, &environment.Outputs}) {
+            for (const auto& entry : *entries)
+                text += Compose(entry.Name, " ", entry.Inputs.size(), entry.Body, "\n");
+        }
+        return text;
+    });
+}
+
+TEST(MaterialExhaustion, BindingsAreWrittenAndReadWholeOrNotAtAll)
+{
+    const auto graph = Host::LoadMaterial(Host::ReadMaterialDocument(example), Plugins());
+    const auto bindings = Host::CreateBindings(graph);
+    ExpectResult([&] { return Host::FormatBindings(*Host::CreateBindings(graph)); });
+    const auto file = std::filesystem::temp_directory_path() / "mox_exhausted_bindings.xml";
+    std::ofstream(file) << Host::FormatBindings(*bindings);
+    ExpectResult([&] { return Host::FormatBindings(*Host::ReadBindings(file)); });
+    std::filesystem::remove(file);
+}
+
+TEST(MaterialExhaustion, MaterialsAreLoadedAndSaved)
+{
+    const Host::MaterialDocument document = Host::ReadMaterialDocument(example);
+    ExpectResult([&] {
+        Host::ProblemList problems;
+        const auto graph = Host::LoadMaterial(document, Plugins(), problems);
+        return Describe(Host::SaveMaterial(graph)) + Compose(problems.Problems().size());
+    });
+}
+
+TEST(MaterialExhaustion, MaterialsAreExported)
+{
+    const Host::ProgramExporter exporter(Plugins(), Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER),
+                                         {true});
+    ExpectResult([&] {
+        const Host::ExportedMaterial exported = exporter.Export(example);
+        std::string text;
+        for (const auto& problem : exported.Problems.Problems())
+            text += problem.Format() + "\n";
+        for (const auto& program : exported.Texts)
+            text += program;
+        return text;
+    });
+}
+
+} // namespace
