@@ -3,7 +3,8 @@
 set -euo pipefail
 
 packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-json3-dev
-    libpng-dev libxpm-dev)
+    libpng-dev libxpm-dev libxxhash-dev
+    glslang-dev spirv-headers spirv-tools libspirv-cross-c-shared-dev)
 case "${1:?build, test or full}" in
 build) ;;
 # locales-all: the tests run under a locale with a decimal comma.

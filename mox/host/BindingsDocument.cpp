@@ -70,6 +70,9 @@ XmlDocument ParseXml(const std::filesystem::path& file)
                                            XML_PARSE_NONET | XML_PARSE_BIG_LINES |
                                                XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
                          xmlFreeDoc);
+    const int code = parser->lastError.code;
+    if (code == XML_ERR_NO_MEMORY || (!document && code == XML_ERR_OK))
+        throw std::bad_alloc();
     if (!document) {
         // Further lines of a message quote the bytes concerned.
         const std::string message = parser->lastError.message ? parser->lastError.message : "";

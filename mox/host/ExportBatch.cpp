@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/host/AtomicFile.h"
+#include "mox/host/ContentHash.h"
 #include "mox/host/File.h"
 
 #include <libxml/parser.h>
@@ -21,6 +22,9 @@ namespace {
 using Materials::Compose;
 
 constexpr const char* exportRule = "export";
+
+/// Of the file that names a material's programs.
+constexpr const char* contentEnding = ".programs";
 
 /// Brings the outcomes of several workers back into the order of the jobs. A slow job lets the
 /// others run ahead no further than the window, which bounds what waits.
@@ -82,26 +86,77 @@ void WriteText(const std::filesystem::path& output, const std::string& text)
     WriteIfChanged(output, text);
 }
 
-void ExportInto(ExportOutcome& outcome, const Exporter& exporter, const ExportJob& job)
+} // namespace
+
+ExportBatch::ExportBatch(const Exporter& exporter, std::vector<ExportJob> jobs, ExportLayout layout,
+                         std::filesystem::path folder)
+    : _exporter(exporter), _jobs(std::move(jobs)), _layout(layout), _folder(std::move(folder))
 {
-    ExportedMaterial exported = exporter.Export(job.Document);
+    std::unordered_map<std::string, const ExportJob*> writers;
+    for (const ExportJob& job : _jobs) {
+        for (const std::string& path : OutputsOf(job)) {
+            const std::string output = std::filesystem::path(path).lexically_normal().string();
+            const auto [entry, isNew] = writers.emplace(output, &job);
+            if (!isNew) {
+                throw HostError({output, 0, {}, {}},
+                                Compose("would be written for both ", entry->second->Document,
+                                        " and ", job.Document));
+            }
+        }
+    }
+}
+
+/// The files that belong to a job alone.
+std::vector<std::string> ExportBatch::OutputsOf(const ExportJob& job) const
+{
+    if (_layout == ExportLayout::ByContent)
+        return {job.Output + contentEnding};
+    std::vector<std::string> outputs;
+    for (const std::string& ending : _exporter.Endings())
+        outputs.push_back(job.Output + ending);
+    return outputs;
+}
+
+void ExportBatch::WriteTexts(ExportOutcome& outcome, const ExportJob& job,
+                             const std::vector<std::string>& texts) const
+{
+    const auto write = [&](const std::filesystem::path& output, const std::string& text) {
+        WriteText(output, text);
+        outcome.Outputs.push_back(output);
+    };
+    const std::vector<std::string> own = OutputsOf(job);
+    if (_layout == ExportLayout::ByMaterial) {
+        for (std::size_t i = 0; i < texts.size(); ++i)
+            write(own.at(i), texts[i]);
+        return;
+    }
+    const std::filesystem::path programs = _folder / "programs";
+    std::string names;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        const std::string name = outcome.Content + _exporter.Endings().at(i);
+        write(programs / name, texts[i]);
+        names += name + "\n";
+    }
+    write(own.front(), names);
+}
+
+void ExportBatch::ExportInto(ExportOutcome& outcome, const ExportJob& job) const
+{
+    ExportedMaterial exported = _exporter.Export(job.Document);
     outcome.Problems = std::move(exported.Problems);
     if (outcome.Problems.HasErrors())
         return;
-    for (std::size_t i = 0; i < exported.Texts.size(); ++i) {
-        const std::filesystem::path output = job.Output + exporter.Endings().at(i);
-        WriteText(output, exported.Texts[i]);
-        outcome.Outputs.push_back(output);
-    }
+    outcome.Content = HashContent(exported.Texts);
+    WriteTexts(outcome, job, exported.Texts);
     outcome.Inputs.emplace_back(job.Document);
     outcome.Inputs.insert(outcome.Inputs.end(), exported.Inputs.begin(), exported.Inputs.end());
 }
 
-ExportOutcome ExportOne(const Exporter& exporter, const ExportJob& job)
+ExportOutcome ExportBatch::ExportOne(const ExportJob& job) const
 {
     ExportOutcome outcome;
     try {
-        ExportInto(outcome, exporter, job);
+        ExportInto(outcome, job);
         return outcome;
     } catch (const HostError& error) {
         Place where = error.Where;
@@ -115,26 +170,6 @@ ExportOutcome ExportOne(const Exporter& exporter, const ExportJob& job)
     return outcome;
 }
 
-} // namespace
-
-ExportBatch::ExportBatch(const Exporter& exporter, std::vector<ExportJob> jobs)
-    : _exporter(exporter), _jobs(std::move(jobs))
-{
-    std::unordered_map<std::string, const ExportJob*> writers;
-    for (const ExportJob& job : _jobs) {
-        for (const std::string& ending : exporter.Endings()) {
-            const std::string output =
-                std::filesystem::path(job.Output + ending).lexically_normal().string();
-            const auto [entry, isNew] = writers.emplace(output, &job);
-            if (!isNew) {
-                throw HostError({output, 0, {}, {}},
-                                Compose("would be written for both ", entry->second->Document,
-                                        " and ", job.Document));
-            }
-        }
-    }
-}
-
 void ExportBatch::Run(unsigned workers, const Report& report, const std::stop_token& stop) const
 {
     xmlInitParser(); // only the first call is not safe on several threads
@@ -142,7 +177,7 @@ void ExportBatch::Run(unsigned workers, const Report& report, const std::stop_to
     OrderedOutcomes outcomes(_jobs.size(), threadCount);
     const auto work = [&](const std::stop_token& end) {
         while (const auto job = outcomes.Take(end))
-            outcomes.Put(*job, ExportOne(_exporter, _jobs[*job]));
+            outcomes.Put(*job, ExportOne(_jobs[*job]));
     };
     std::vector<std::jthread> threads;
     for (unsigned i = 0; i < threadCount; ++i)

@@ -10,6 +10,14 @@
 
 namespace Mox::Host {
 
+/// Where the texts of a batch lie.
+enum class ExportLayout
+{
+    ByMaterial, ///< each material has its own
+    ByContent,  ///< equal programs lie once, in the folder "programs" beside the outputs, named
+               ///< after their content; a material has a file that names them
+};
+
 struct ExportJob
 {
     std::string Document;
@@ -22,6 +30,7 @@ struct ExportOutcome
     ProblemList Problems;
     std::vector<std::filesystem::path> Outputs; ///< what stands on the disk; none after an error
     std::vector<std::filesystem::path> Inputs;  ///< the document, and whatever else they hang on
+    std::string Content; ///< name of the texts after their content; equal for equal programs
 };
 
 /// Exports many materials on several threads. A material that fails stops no other one, and what is
@@ -32,9 +41,11 @@ public:
     /// Called for one job after another, in their order.
     using Report = std::function<void(const ExportJob&, const ExportOutcome&)>;
 
-    /// exporter must live as long as this object.
+    /// @param exporter must live as long as this object
+    /// @param folder the output folder, into which programs by content go
     /// @throws HostError if two jobs would write one file
-    ExportBatch(const Exporter& exporter, std::vector<ExportJob> jobs);
+    ExportBatch(const Exporter& exporter, std::vector<ExportJob> jobs,
+                ExportLayout layout = ExportLayout::ByMaterial, std::filesystem::path folder = {});
 
     std::size_t Size() const { return _jobs.size(); }
 
@@ -45,8 +56,16 @@ public:
     void Run(unsigned workers, const Report& report, const std::stop_token& stop = {}) const;
 
 private:
+    ExportOutcome ExportOne(const ExportJob& job) const;
+    void ExportInto(ExportOutcome& outcome, const ExportJob& job) const;
+    void WriteTexts(ExportOutcome& outcome, const ExportJob& job,
+                    const std::vector<std::string>& texts) const;
+    std::vector<std::string> OutputsOf(const ExportJob& job) const;
+
     const Exporter& _exporter;
     std::vector<ExportJob> _jobs;
+    ExportLayout _layout;
+    std::filesystem::path _folder;
 };
 
 } // namespace Mox::Host

@@ -1,7 +1,7 @@
 #include "mox/program/ProgramExporter.h"
 
-#include "mox/host/DocumentInputs.h"
 #include "mox/host/OpenMaterial.h"
+#include "mox/program/ExportInputs.h"
 #include "mox/program/MaterialProgram.h"
 
 namespace Mox::Host {
@@ -20,12 +20,7 @@ ExportedMaterial ProgramExporter::Export(const std::filesystem::path& file) cons
     CgProgram program = BuildMaterialProgram(graph, _environment, _options, exported.Problems);
     exported.Texts = {std::move(program.Vertex.Text), std::move(program.Fragment.Text)};
 
-    exported.Inputs = TextureFiles(graph.Bindings, file);
-    exported.Inputs.insert(exported.Inputs.end(), _environment.Files.begin(),
-                           _environment.Files.end());
-    // A type comes from the first plug-in that offers it, so the result hangs on all of them.
-    for (const Plugin& plugin : _plugins.Plugins())
-        exported.Inputs.push_back(plugin.File());
+    exported.Inputs = ExportInputs(graph, file, _environment, _plugins);
     return exported;
 }
 

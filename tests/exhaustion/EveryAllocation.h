@@ -39,6 +39,7 @@ void ExpectSurvival(Make make, Call call, Describe describe, Check check)
             number += isThorough ? 1 : 1 + number / sparseness;
             SCOPED_TRACE("allocation " + std::to_string(number) +
                          (shortage == Allocations::Shortage::Once ? "" : " and all behind it"));
+            xmlResetLastError();
             const std::size_t live = Allocations::LiveCount();
             {
                 auto subject = make();

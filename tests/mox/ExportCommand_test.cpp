@@ -23,7 +23,7 @@ TEST(ExportCommand, OneFailureStopsNoOtherMaterial)
         EXPECT_EQ(outcome.Status, 1);
         EXPECT_EQ(outcome.Text, "mox: mox/bad/empty.xml: the document is empty\n"
                                 "mox: nowhere.xml: cannot be read: No such file or directory\n"
-                                "mox: 2 exported, 2 failed, 0 warnings\n");
+                                "mox: 2 exported, 2 distinct, 2 failed, 0 warnings\n");
     }
     for (const std::string name : {"rim_light", "waving_flag"}) {
         EXPECT_EQ(RunMox("export ../examples/" + name + ".xml").Text,
@@ -65,7 +65,7 @@ TEST(ExportCommand, ProgressBarOnTerminalsOnly)
                         "\" /dev/null </dev/null")
             .Text;
     };
-    const std::string summary = "mox: 2 exported, 0 failed, 0 warnings";
+    const std::string summary = "mox: 2 exported, 1 distinct, 0 failed, 0 warnings";
     const std::string bar = "\r\x1b[K[####################....................] 1/2\r\x1b[K";
     EXPECT_EQ(onTerminal("TERM=xterm"), bar + summary + "\r\n");
     EXPECT_EQ(onTerminal("TERM=dumb"), summary + "\r\n");

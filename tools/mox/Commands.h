@@ -19,6 +19,8 @@ struct CommonOptions
 /// callback that has told its failures itself throws CLI::RuntimeError with the exit status.
 void AddBindingsCommand(CLI::App& program, const CommonOptions& common);
 void AddCatalogueCommand(CLI::App& program, const CommonOptions& common);
+void AddCheckCommand(CLI::App& program, const CommonOptions& common);
+void AddDiffCommand(CLI::App& program, const CommonOptions& common);
 void AddExportCommand(CLI::App& program, const CommonOptions& common);
 void AddNewCommand(CLI::App& program, const CommonOptions& common);
 

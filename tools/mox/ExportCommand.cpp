@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "LoadEnvironment.h"
 #include "LoadPlugins.h"
 #include "ProgressBar.h"
 #include "StopOnSignal.h"
@@ -8,10 +9,12 @@
 #include "mox/host/File.h"
 #include "mox/host/MaterialFiles.h"
 #include "mox/program/ProgramExporter.h"
+#include "mox/program/ShaderGraphExporter.h"
 
 #include <iostream>
 #include <optional>
 #include <thread>
+#include <unordered_set>
 
 namespace Mox::Tool {
 
@@ -44,6 +47,9 @@ struct ExportOptions
     std::string Depfile;
     std::string DepfileTarget;
     bool IsPlain = false;
+    bool IsByContent = false;
+    bool IsShaderGraph = false;
+    std::string Environment;
 };
 
 std::string FormatMessage(const Host::Problem& problem)
@@ -69,16 +75,21 @@ struct Tally
     std::size_t Failed = 0;
     std::size_t Warnings = 0;
 
-    void Add(const Host::ProblemList& problems)
+    std::unordered_set<std::string> Contents;
+
+    void Add(const Host::ExportOutcome& outcome)
     {
-        ++(problems.HasErrors() ? Failed : Exported);
-        for (const Host::Problem& problem : problems.Problems())
+        ++(outcome.Problems.HasErrors() ? Failed : Exported);
+        for (const Host::Problem& problem : outcome.Problems.Problems())
             Warnings += problem.Level == Host::Severity::Warning ? 1 : 0;
+        if (!outcome.Content.empty())
+            Contents.insert(outcome.Content);
     }
 
     std::string Format() const
     {
-        return Compose(Exported, " exported, ", Failed, " failed, ", Warnings, " warnings");
+        return Compose(Exported, " exported, ", Contents.size(), " distinct, ", Failed, " failed, ",
+                       Warnings, " warnings");
     }
 };
 
@@ -99,7 +110,10 @@ void ExportToFolder(const Host::Exporter& exporter, std::vector<Host::MaterialFi
     jobs.reserve(materials.size());
     for (Host::MaterialFile& material : materials)
         jobs.push_back({std::move(material.Document), (folder / material.Name).string()});
-    const Host::ExportBatch batch(exporter, std::move(jobs));
+    const Host::ExportBatch batch(exporter, std::move(jobs),
+                                  options.IsByContent ? Host::ExportLayout::ByContent
+                                                      : Host::ExportLayout::ByMaterial,
+                                  folder);
     std::optional<Host::Depfile> depfile = OpenDepfile(options.Depfile);
     const std::vector<std::filesystem::path> stamp{options.DepfileTarget};
 
@@ -110,7 +124,7 @@ void ExportToFolder(const Host::Exporter& exporter, std::vector<Host::MaterialFi
         const auto report = [&](const Host::ExportJob&, const Host::ExportOutcome& outcome) {
             for (const Host::Problem& problem : outcome.Problems.Problems())
                 bar.Print(FormatMessage(problem));
-            tally.Add(outcome.Problems);
+            tally.Add(outcome);
             if (depfile && !outcome.Problems.HasErrors()) {
                 depfile->Add(options.DepfileTarget.empty() ? outcome.Outputs : stamp,
                              outcome.Inputs);
@@ -130,18 +144,27 @@ void ExportToFolder(const Host::Exporter& exporter, std::vector<Host::MaterialFi
         depfile->Commit();
 }
 
+std::unique_ptr<Host::Exporter> MakeExporter(const ExportOptions& options,
+                                             const Host::PluginSet& plugins)
+{
+    Host::Environment environment = LoadEnvironment(options.Environment);
+    if (options.IsShaderGraph)
+        return std::make_unique<Host::ShaderGraphExporter>(plugins, std::move(environment));
+    return std::make_unique<Host::ProgramExporter>(plugins, std::move(environment),
+                                                   Host::ProgramOptions{!options.IsPlain});
+}
+
 void Export(const ExportOptions& options, const CommonOptions& common)
 {
     auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()});
     if (options.Folder.empty() && materials.size() > 1)
         throw CLI::ValidationError("export", "more than one material needs --output");
     const Host::PluginSet plugins = LoadPlugins(common);
-    const Host::ProgramExporter exporter(
-        plugins, Host::ReadEnvironment(Host::DefaultEnvironmentFolder()), {!options.IsPlain});
+    const std::unique_ptr<Host::Exporter> exporter = MakeExporter(options, plugins);
     if (options.Folder.empty())
-        ExportToOutput(exporter, materials.front().Document);
+        ExportToOutput(*exporter, materials.front().Document);
     else
-        ExportToFolder(exporter, std::move(materials), options);
+        ExportToFolder(*exporter, std::move(materials), options);
 }
 
 } // namespace
@@ -175,6 +198,15 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
         ->type_name("FILE")
         ->needs(depfile);
     command->add_flag("--plain", options->IsPlain, "Without comments in the programs");
+    command
+        ->add_flag(
+            "--by-content", options->IsByContent,
+            "Store equal programs once, in the folder \"programs\" of the output, and for each "
+            "material a file that names them")
+        ->needs(output);
+    command->add_flag("--shader-graph", options->IsShaderGraph,
+                      "Instead of programs, the finished shader graph as text");
+    AddEnvironmentOption(*command, options->Environment);
     command->footer(footer);
     command->callback([options, &common] { Export(*options, common); });
 }

@@ -39,6 +39,8 @@ int main(int argc, char** argv)
         ->type_name("DIR")
         ->allow_extra_args(false);
     AddExportCommand(program, common);
+    AddCheckCommand(program, common);
+    AddDiffCommand(program, common);
     AddBindingsCommand(program, common);
     AddCatalogueCommand(program, common);
     AddNewCommand(program, common);

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace Mox::Host {
+
+enum class ProgramStage
+{
+    Vertex,
+    Fragment,
+};
+
+/// "vertex" or "fragment".
+std::string_view GetStageName(ProgramStage stage);
+
+/// A language that programs are compiled to.
+enum class CompileTarget
+{
+    Hlsl,       ///< shader model 5.0
+    Glsl,       ///< 4.50 for OpenGL, with explicit bindings and locations
+    GlslVulkan, ///< 4.50 for Vulkan, with descriptor sets
+    Essl,       ///< 3.00, as OpenGL ES 3 and browsers read it
+    Msl,        ///< 2.0
+    Spirv,      ///< 1.0 for Vulkan 1.0, binary
+};
+
+/// Every target, in the order of the enumeration.
+const std::vector<CompileTarget>& AllCompileTargets();
+
+/// The word on command lines and in reflection files: "hlsl", "glsl", "glsl-vulkan", "essl", "msl",
+/// "spirv".
+std::string_view GetTargetName(CompileTarget target);
+
+/// The target of such a word, or nothing.
+std::optional<CompileTarget> FindTarget(std::string_view name);
+
+} // namespace Mox::Host

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "mox/compile/FrontEnd.h"
+#include "mox/compile/StageInterface.h"
+#include "mox/host/Problem.h"
+#include "mox/program/CgProgram.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Mox::Host {
+
+/// One stage in one target.
+struct TargetProgram
+{
+    CompileTarget Target;
+    ProgramStage Stage;
+    std::string Bytes;      ///< text, or the words of the module in the machine's byte order
+    std::string EntryPoint; ///< name of the function at which it starts
+    std::map<std::string, std::string> Names; ///< what the parameters in it are called, by Name
+};
+
+/// A pair of programs in all wanted targets.
+struct CompiledProgram
+{
+    StageInterface Vertex;
+    StageInterface Fragment;
+    std::vector<TargetProgram> Programs; ///< vertex before fragment for each target, in their order
+};
+
+/// Compiles pairs of Cg programs. Making the first one costs some milliseconds, so keep it for
+/// many programs. Nothing of it stays behind when the last one goes.
+class ProgramCompiler
+{
+public:
+    /// Compiles both stages to each of the targets. The result is the same to the byte for the
+    /// same program, whatever was compiled before. Safe in parallel.
+    /// @param file of the material, for messages
+    /// @param problems gets an error of the rule "compile" with the node of each faulty line
+    /// @return incomplete if errors were added
+    CompiledProgram Compile(const CgProgram& program, const std::vector<CompileTarget>& targets,
+                            const std::string& file, ProblemList& problems) const;
+
+private:
+    FrontEnd _frontEnd;
+};
+
+} // namespace Mox::Host

@@ -1,0 +1,154 @@
+#include "mox/compile/Reflection.h"
+
+#include "mox/Text.h"
+
+#include <nlohmann/json.hpp>
+
+namespace Mox::Host {
+
+using Json = nlohmann::ordered_json;
+using Materials::Compose;
+
+namespace {
+
+Json DescribeMember(const UniformMember& member)
+{
+    Json json{{"name", member.Name},
+              {"type", member.Type.Format()},
+              {"offset", member.Offset},
+              {"size", member.Size}};
+    if (member.ArrayStride > 0)
+        json["arrayStride"] = member.ArrayStride;
+    if (member.MatrixStride > 0)
+        json["matrixStride"] = member.MatrixStride;
+    return json;
+}
+
+Json DescribeVariables(const std::vector<StageVariable>& variables)
+{
+    Json json = Json::array();
+    for (const StageVariable& variable : variables)
+        json.push_back({{"name", variable.Name},
+                        {"type", variable.Type.Format()},
+                        {"location", variable.Location}});
+    return json;
+}
+
+Json DescribeStage(const StageInterface& stage)
+{
+    Json json;
+    if (stage.Block) {
+        Json members = Json::array();
+        for (const UniformMember& member : stage.Block->Members)
+            members.push_back(DescribeMember(member));
+        json["uniformBlock"] = {
+            {"name", stage.Block->Name}, {"set", descriptorSet}, {"binding", stage.Block->Binding},
+            {"size", stage.Block->Size}, {"layout", "std140"},   {"members", members}};
+    }
+    json["samplers"] = Json::array();
+    for (const SamplerSlot& sampler : stage.Samplers)
+        json["samplers"].push_back({{"name", sampler.Name},
+                                    {"type", sampler.Type.Format()},
+                                    {"set", descriptorSet},
+                                    {"binding", sampler.Binding},
+                                    {"unit", sampler.Unit}});
+    json["inputs"] = DescribeVariables(stage.Inputs);
+    json["outputs"] = DescribeVariables(stage.Outputs);
+    return json;
+}
+
+/// Where the uniform block stands in a target, in the words of that target.
+Json PlaceBlock(const UniformBlock& block, CompileTarget target)
+{
+    Json json{{"name", block.Name}};
+    switch (target) {
+    case CompileTarget::Hlsl:
+        json["register"] = Compose("b", block.Binding);
+        break;
+    case CompileTarget::Glsl:
+        json["binding"] = block.Binding;
+        break;
+    case CompileTarget::GlslVulkan:
+    case CompileTarget::Spirv:
+        json["set"] = descriptorSet;
+        json["binding"] = block.Binding;
+        break;
+    case CompileTarget::Essl:
+        break;
+    case CompileTarget::Msl:
+        json["buffer"] = block.Binding;
+        break;
+    }
+    return json;
+}
+
+Json PlaceSampler(const SamplerSlot& sampler, const std::string& name, CompileTarget target)
+{
+    switch (target) {
+    case CompileTarget::Hlsl:
+        return {{"texture", name},
+                {"textureRegister", Compose("t", sampler.Unit)},
+                {"sampler", name + "Sampler"},
+                {"samplerRegister", Compose("s", sampler.Unit)}};
+    case CompileTarget::Glsl:
+        return {{"name", name}, {"binding", sampler.Unit}};
+    case CompileTarget::GlslVulkan:
+    case CompileTarget::Spirv:
+        return {{"name", name}, {"set", descriptorSet}, {"binding", sampler.Binding}};
+    case CompileTarget::Essl:
+        return {{"name", name}};
+    case CompileTarget::Msl:
+        return {{"texture", name},
+                {"textureIndex", sampler.Unit},
+                {"sampler", name + "Sampler"},
+                {"samplerIndex", sampler.Unit}};
+    }
+    return {};
+}
+
+Json PlaceInput(const StageVariable& input, const std::string& name, CompileTarget target)
+{
+    Json json{{"name", name}};
+    if (target == CompileTarget::Hlsl)
+        json["semantic"] = Compose("ATTR", input.Location);
+    else
+        json[target == CompileTarget::Msl ? "attribute" : "location"] = input.Location;
+    return json;
+}
+
+Json DescribeTarget(const TargetProgram& program, const StageInterface& stage)
+{
+    Json json{{"entryPoint", program.EntryPoint}};
+    if (stage.Block) {
+        json["uniformBlock"] = PlaceBlock(*stage.Block, program.Target);
+        for (const UniformMember& member : stage.Block->Members)
+            json["uniforms"][member.Name] = program.Names.at(member.Name);
+    }
+    for (const SamplerSlot& sampler : stage.Samplers)
+        json["samplers"][sampler.Name] =
+            PlaceSampler(sampler, program.Names.at(sampler.Name), program.Target);
+    if (program.Stage == ProgramStage::Vertex)
+        for (const StageVariable& input : stage.Inputs)
+            json["inputs"][input.Name] =
+                PlaceInput(input, program.Names.at(input.Name), program.Target);
+    return json;
+}
+
+} // namespace
+
+std::string FormatReflection(const CompiledProgram& program)
+{
+    Json json{{"version", 1},
+              {"stages",
+               {{GetStageName(ProgramStage::Vertex), DescribeStage(program.Vertex)},
+                {GetStageName(ProgramStage::Fragment), DescribeStage(program.Fragment)}}},
+              {"targets", Json::object()}};
+    for (const TargetProgram& target : program.Programs) {
+        const bool isVertex = target.Stage == ProgramStage::Vertex;
+        json["targets"][GetTargetName(target.Target)][GetStageName(target.Stage)] =
+            DescribeTarget(target, isVertex ? program.Vertex : program.Fragment);
+    }
+    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+} // namespace Mox::Host

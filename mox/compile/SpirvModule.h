@@ -1,0 +1,45 @@
+#pragma once
+
+#include "mox/compile/CompileTarget.h"
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Mox::Host {
+
+/// A SPIR-V module as a stream of words.
+using SpirvWords = std::vector<std::uint32_t>;
+
+/// Where the fixed things of a program stand.
+constexpr std::uint32_t descriptorSet = 0;
+constexpr std::uint32_t vertexBlockBinding = 0;
+constexpr std::uint32_t fragmentBlockBinding = 1;
+constexpr std::uint32_t firstSamplerBinding = 2;
+
+inline std::uint32_t GetBlockBinding(ProgramStage stage)
+{
+    return stage == ProgramStage::Vertex ? vertexBlockBinding : fragmentBlockBinding;
+}
+
+/// "VertexUniforms" or "FragmentUniforms".
+std::string GetBlockName(ProgramStage stage);
+
+/// Gives a module of the front end its final places. Attribute ATTRn stands on location n; a value
+/// in TEXCOORDn on location n, called "interpolant<n>" in both stages; the fragment's colour n on
+/// location n, called "fragmentColour<n>"; the uniform block on the binding of the stage, its
+/// variable called "mox"; each sampler on the binding that samplerBindings has for its name. Names
+/// of other things and the marks of the semantics are taken out, so that no name inside a program
+/// stands in the way of one outside.
+/// @param words a well-formed module
+/// @throws std::logic_error if it has another sampler
+SpirvWords LayOutModule(const SpirvWords& words, ProgramStage stage,
+                        const std::map<std::string, std::uint32_t>& samplerBindings);
+
+/// Replaces the names of the module by what rename makes of them; nothing drops a name.
+SpirvWords RenameModule(const SpirvWords& words,
+                        const std::function<std::string(const std::string& name)>& rename);
+
+} // namespace Mox::Host

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "mox/compile/ParameterNames.h"
+#include "mox/compile/SpirvModule.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Mox::Host {
+
+/// A uniform in its block.
+struct UniformMember
+{
+    std::string Name;
+    ShaderType Type;
+    std::uint32_t Offset;       ///< bytes from the start of the block
+    std::uint32_t Size;         ///< bytes
+    std::uint32_t ArrayStride;  ///< bytes from element to element; 0 if it is no array
+    std::uint32_t MatrixStride; ///< bytes from column to column; 0 if it is no matrix
+};
+
+/// The uniforms of one stage, in the layout "std140".
+struct UniformBlock
+{
+    std::string Name;
+    std::uint32_t Binding;
+    std::uint32_t Size; ///< bytes
+    std::vector<UniformMember> Members;
+};
+
+/// A texture with its sampler.
+struct SamplerSlot
+{
+    std::string Name;
+    ShaderType Type;
+    std::uint32_t Binding; ///< of the descriptor set
+    std::uint32_t Unit;    ///< where the target counts textures apart
+};
+
+/// A vertex input or an interpolant.
+struct StageVariable
+{
+    std::string Name;
+    ShaderType Type;
+    std::uint32_t Location;
+};
+
+/// What one stage reads and writes, the same in every target. What the program declares and the
+/// stage has no use for does not stand here, except in the block.
+struct StageInterface
+{
+    std::optional<UniformBlock> Block;
+    std::vector<SamplerSlot> Samplers;
+    std::vector<StageVariable> Inputs;
+    std::vector<StageVariable> Outputs;
+};
+
+/// Reads the interface of a module in which parameters stand under their aliases.
+/// @throws std::logic_error if it has a uniform or a sampler that is no parameter
+StageInterface ReadStageInterface(const SpirvWords& module, const ParameterNames& names);
+
+} // namespace Mox::Host

@@ -1,0 +1,160 @@
+// What Cg has and the HLSL front end lacks. It stands before each program; MOX_VERTEX is defined
+// for the vertex stage.
+
+// Types. A fixed number may have more precision than its name says, as half may.
+
+#define fixed half
+#define fixed1 half1
+#define fixed2 half2
+#define fixed3 half3
+#define fixed4 half4
+
+// Semantics.
+
+#define POSITION SV_Position
+#define COLOR SV_Target0
+#define COLOR0 SV_Target0
+#define COLOR1 SV_Target1
+#define COLOR2 SV_Target2
+#define COLOR3 SV_Target3
+
+// Texture reads. Outside the fragment stage there are no derivatives and the finest level is read.
+
+#ifdef MOX_VERTEX
+half4 MoxRead1D( sampler1D s, float c ) { return tex1Dlod( s, float4( c, 0, 0, 0 ) ); }
+half4 MoxRead2D( sampler2D s, float2 c ) { return tex2Dlod( s, float4( c, 0, 0 ) ); }
+half4 MoxRead3D( sampler3D s, float3 c ) { return tex3Dlod( s, float4( c, 0 ) ); }
+half4 MoxReadCUBE( samplerCUBE s, float3 c ) { return texCUBElod( s, float4( c, 0 ) ); }
+#else
+half4 MoxRead1D( sampler1D s, float c ) { return tex1D( s, c ); }
+half4 MoxRead2D( sampler2D s, float2 c ) { return tex2D( s, c ); }
+half4 MoxRead3D( sampler3D s, float3 c ) { return tex3D( s, c ); }
+half4 MoxReadCUBE( samplerCUBE s, float3 c ) { return texCUBE( s, c ); }
+#endif
+
+#define tex1D( s, c ) MoxRead1D( s, c )
+#define h1tex1D( s, c ) MoxRead1D( s, c ).x
+#define h2tex1D( s, c ) MoxRead1D( s, c ).xy
+#define h3tex1D( s, c ) MoxRead1D( s, c ).xyz
+#define h4tex1D( s, c ) MoxRead1D( s, c )
+#define f1tex1D( s, c ) MoxRead1D( s, c ).x
+#define f2tex1D( s, c ) MoxRead1D( s, c ).xy
+#define f3tex1D( s, c ) MoxRead1D( s, c ).xyz
+#define f4tex1D( s, c ) MoxRead1D( s, c )
+#define x1tex1D( s, c ) MoxRead1D( s, c ).x
+#define x2tex1D( s, c ) MoxRead1D( s, c ).xy
+#define x3tex1D( s, c ) MoxRead1D( s, c ).xyz
+#define x4tex1D( s, c ) MoxRead1D( s, c )
+
+#define tex2D( s, c ) MoxRead2D( s, c )
+#define h1tex2D( s, c ) MoxRead2D( s, c ).x
+#define h2tex2D( s, c ) MoxRead2D( s, c ).xy
+#define h3tex2D( s, c ) MoxRead2D( s, c ).xyz
+#define h4tex2D( s, c ) MoxRead2D( s, c )
+#define f1tex2D( s, c ) MoxRead2D( s, c ).x
+#define f2tex2D( s, c ) MoxRead2D( s, c ).xy
+#define f3tex2D( s, c ) MoxRead2D( s, c ).xyz
+#define f4tex2D( s, c ) MoxRead2D( s, c )
+#define x1tex2D( s, c ) MoxRead2D( s, c ).x
+#define x2tex2D( s, c ) MoxRead2D( s, c ).xy
+#define x3tex2D( s, c ) MoxRead2D( s, c ).xyz
+#define x4tex2D( s, c ) MoxRead2D( s, c )
+
+#define tex3D( s, c ) MoxRead3D( s, c )
+#define h1tex3D( s, c ) MoxRead3D( s, c ).x
+#define h2tex3D( s, c ) MoxRead3D( s, c ).xy
+#define h3tex3D( s, c ) MoxRead3D( s, c ).xyz
+#define h4tex3D( s, c ) MoxRead3D( s, c )
+#define f1tex3D( s, c ) MoxRead3D( s, c ).x
+#define f2tex3D( s, c ) MoxRead3D( s, c ).xy
+#define f3tex3D( s, c ) MoxRead3D( s, c ).xyz
+#define f4tex3D( s, c ) MoxRead3D( s, c )
+#define x1tex3D( s, c ) MoxRead3D( s, c ).x
+#define x2tex3D( s, c ) MoxRead3D( s, c ).xy
+#define x3tex3D( s, c ) MoxRead3D( s, c ).xyz
+#define x4tex3D( s, c ) MoxRead3D( s, c )
+
+#define texCUBE( s, c ) MoxReadCUBE( s, c )
+#define h1texCUBE( s, c ) MoxReadCUBE( s, c ).x
+#define h2texCUBE( s, c ) MoxReadCUBE( s, c ).xy
+#define h3texCUBE( s, c ) MoxReadCUBE( s, c ).xyz
+#define h4texCUBE( s, c ) MoxReadCUBE( s, c )
+#define f1texCUBE( s, c ) MoxReadCUBE( s, c ).x
+#define f2texCUBE( s, c ) MoxReadCUBE( s, c ).xy
+#define f3texCUBE( s, c ) MoxReadCUBE( s, c ).xyz
+#define f4texCUBE( s, c ) MoxReadCUBE( s, c )
+#define x1texCUBE( s, c ) MoxReadCUBE( s, c ).x
+#define x2texCUBE( s, c ) MoxReadCUBE( s, c ).xy
+#define x3texCUBE( s, c ) MoxReadCUBE( s, c ).xyz
+#define x4texCUBE( s, c ) MoxReadCUBE( s, c )
+
+// Words that the front end keeps for itself and Cg leaves to programs.
+
+#define BlendState MoxWord_BlendState
+#define Buffer MoxWord_Buffer
+#define ByteAddressBuffer MoxWord_ByteAddressBuffer
+#define ConstantBuffer MoxWord_ConstantBuffer
+#define DepthStencilState MoxWord_DepthStencilState
+#define InputPatch MoxWord_InputPatch
+#define LineStream MoxWord_LineStream
+#define OutputPatch MoxWord_OutputPatch
+#define PointStream MoxWord_PointStream
+#define RWBuffer MoxWord_RWBuffer
+#define RWByteAddressBuffer MoxWord_RWByteAddressBuffer
+#define RWStructuredBuffer MoxWord_RWStructuredBuffer
+#define RWTexture1D MoxWord_RWTexture1D
+#define RWTexture2D MoxWord_RWTexture2D
+#define RWTexture3D MoxWord_RWTexture3D
+#define RasterizerState MoxWord_RasterizerState
+#define SamplerComparisonState MoxWord_SamplerComparisonState
+#define SamplerState MoxWord_SamplerState
+#define StructuredBuffer MoxWord_StructuredBuffer
+#define SubpassInput MoxWord_SubpassInput
+#define Texture1D MoxWord_Texture1D
+#define Texture1DArray MoxWord_Texture1DArray
+#define Texture2D MoxWord_Texture2D
+#define Texture2DArray MoxWord_Texture2DArray
+#define Texture2DMS MoxWord_Texture2DMS
+#define Texture3D MoxWord_Texture3D
+#define TextureBuffer MoxWord_TextureBuffer
+#define TextureCube MoxWord_TextureCube
+#define TextureCubeArray MoxWord_TextureCubeArray
+#define TriangleStream MoxWord_TriangleStream
+#define cbuffer MoxWord_cbuffer
+#define centroid MoxWord_centroid
+#define export MoxWord_export
+#define globallycoherent MoxWord_globallycoherent
+#define groupshared MoxWord_groupshared
+#define layout MoxWord_layout
+#define line MoxWord_line
+#define lineadj MoxWord_lineadj
+#define linear MoxWord_linear
+#define min10float MoxWord_min10float
+#define min12int MoxWord_min12int
+#define min16float MoxWord_min16float
+#define min16int MoxWord_min16int
+#define min16uint MoxWord_min16uint
+#define nointerpolation MoxWord_nointerpolation
+#define noperspective MoxWord_noperspective
+#define packoffset MoxWord_packoffset
+#define point MoxWord_point
+#define precise MoxWord_precise
+#define precision MoxWord_precision
+#define sample MoxWord_sample
+#define snorm MoxWord_snorm
+#define tbuffer MoxWord_tbuffer
+#define triangle MoxWord_triangle
+#define triangleadj MoxWord_triangleadj
+#define uint MoxWord_uint
+#define uint1 MoxWord_uint1
+#define uint2 MoxWord_uint2
+#define uint3 MoxWord_uint3
+#define uint4 MoxWord_uint4
+#define unorm MoxWord_unorm
+#define AppendStructuredBuffer MoxWord_AppendStructuredBuffer
+#define ConsumeStructuredBuffer MoxWord_ConsumeStructuredBuffer
+#define SubpassInputMS MoxWord_SubpassInputMS
+#define Texture2DMSArray MoxWord_Texture2DMSArray
+#define RWTexture1DArray MoxWord_RWTexture1DArray
+#define RWTexture2DArray MoxWord_RWTexture2DArray
+#define uint64_t MoxWord_uint64_t

@@ -1,0 +1,367 @@
+#include "mox/Text.h"
+#include "mox/compile/ProgramCompiler.h"
+#include "mox/compile/Reflection.h"
+#include "mox/host/File.h"
+#include "mox/host/GraphResolver.h"
+#include "mox/host/MaterialLoader.h"
+#include "mox/program/MaterialProgram.h"
+#include "tests/compile/Recheck.h"
+#include "tests/compile/SampleProgram.h"
+#include "tests/support/Golden.h"
+#include "tests/support/MaterialText.h"
+#include "tests/support/RandomMaterial.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <iterator>
+#include <random>
+#include <regex>
+#include <span>
+#include <sstream>
+#include <thread>
+
+using namespace Mox::Host;
+using Mox::Materials::Compose;
+
+namespace {
+
+std::string Describe(const ProblemList& problems)
+{
+    std::string text;
+    for (const Problem& problem : problems.Problems())
+        text += problem.Format() + "\n";
+    return text;
+}
+
+/// Compiles to all targets and reads every result again.
+CompiledProgram CompileAndRecheck(const ProgramCompiler& compiler, const CgProgram& program)
+{
+    ProblemList problems;
+    CompiledProgram result = compiler.Compile(program, AllCompileTargets(), "test.xml", problems);
+    EXPECT_EQ(Describe(problems), "") << program.Vertex.Text << program.Fragment.Text;
+    for (const TargetProgram& target : result.Programs)
+        EXPECT_EQ(Recheck(target), "") << GetTargetName(target.Target) << "\n" << target.Bytes;
+    return result;
+}
+
+std::string ErrorsOf(const CgProgram& program)
+{
+    ProblemList problems;
+    const CompiledProgram result =
+        ProgramCompiler().Compile(program, AllCompileTargets(), "test.xml", problems);
+    EXPECT_TRUE(result.Programs.empty());
+    for (const Problem& problem : problems.Problems())
+        EXPECT_EQ(problem.Rule, "compile");
+    return Describe(problems);
+}
+
+TEST(ProgramCompiler, WritesEveryTarget)
+{
+    const CompiledProgram result = CompileAndRecheck(ProgramCompiler(), ReadProgram("painted"));
+    ASSERT_EQ(result.Programs.size(), 2 * AllCompileTargets().size());
+    for (const TargetProgram& program : result.Programs)
+        if (program.Target != CompileTarget::Spirv)
+            ExpectGolden(Compose("compile/painted/", GetStageName(program.Stage), ".",
+                                 GetTargetName(program.Target)),
+                         program.Bytes);
+    ExpectGolden("compile/painted/reflection.json", FormatReflection(result));
+}
+
+TEST(ProgramCompiler, TextAndParametersMustMeet)
+{
+    CgProgram program = ReadProgram("painted");
+    std::erase_if(program.Parameters,
+                  [](const auto& p) { return p.Name == "world" || p.Name == "rampTexture"; });
+    EXPECT_EQ(ErrorsOf(program),
+              "test.xml: internal error of the compiler, vertex stage, spirv: \"world\" is no "
+              "parameter of the program\n"
+              "test.xml: internal error of the compiler, fragment stage, spirv: \"rampTexture\" is "
+              "no parameter of the program\n");
+    EXPECT_EQ(ErrorsOf(MakeFragmentProgram("void main( in float4 interpolant3 : TEXCOORD3, "
+                                           "out half4 colour : COLOR0 )\n"
+                                           "{\n\tcolour = interpolant3;\n}\n")),
+              "test.xml: internal error of the compiler, fragment stage, link: nobody writes "
+              "\"interpolant3\"\n");
+}
+
+/// The program that calls one function in each stage with uniforms for its inputs.
+CgProgram WrapFunction(const std::string& function)
+{
+    static const std::regex parameter(R"((in|out) (\w+?)(\d?) (\w+))");
+    const std::string name = function.substr(5, function.find('(') - 5);
+    const std::string signature = function.substr(0, function.find('\n'));
+    std::string uniforms, locals, arguments, sum = "0.0.xxxx";
+    int unit = 0;
+    for (std::sregex_iterator it(signature.begin(), signature.end(), parameter), end; it != end;
+         ++it) {
+        const std::string type = (*it)[2].str() + (*it)[3].str();
+        const std::string variable = "the_" + (*it)[4].str();
+        arguments += (arguments.empty() ? " " : ", ") + variable;
+        if ((*it)[1] == "out") {
+            locals += Compose("\t", type, " ", variable, ";\n");
+            const std::string count = (*it)[3].str();
+            const std::string swizzle = count.empty()  ? ".xxxx"
+                                        : count == "2" ? ".xyxy"
+                                        : count == "3" ? ".xyzx"
+                                                       : ".xyzw";
+            sum += Compose(" + ", variable, swizzle);
+        } else if (type.starts_with("sampler")) {
+            uniforms += Compose("uniform ", type, " ", variable, " : TEXUNIT", unit++, ";\n");
+        } else {
+            uniforms += Compose("uniform ", type, " ", variable, ";\n");
+        }
+    }
+    const std::string head =
+        uniforms + "half3 MoxSrgbToLinear( half3 colour ) { return colour*colour; }\n" + function;
+    const std::string body = Compose("{\n", locals, "\t", name, "(", arguments, " );\n");
+    return MakeProgram(Compose(head,
+                               "void main( out float4 clip : POSITION, "
+                               "out float4 interpolant0 : TEXCOORD0 )\n",
+                               body, "\tclip = float4( 0, 0, 0, 1 );\n\tinterpolant0 = ", sum,
+                               ";\n}\n"),
+                       Compose(head,
+                               "void main( in float4 interpolant0 : TEXCOORD0, "
+                               "out half4 colour : COLOR0 )\n",
+                               body, "\tcolour = interpolant0 + ", sum, ";\n}\n"));
+}
+
+TEST(ProgramCompiler, EveryBodyThatANodeWrites)
+{
+    std::set<std::string> functions;
+    static const std::regex pattern(R"(void \w+\([^\n]*\n\{\n[^}]*\n\}\n)");
+    for (const auto& entry :
+         std::filesystem::recursive_directory_iterator(MOX_TEST_DATA "/nodes")) {
+        if (entry.path().extension() != ".txt")
+            continue;
+        const std::string text = ReadFile(entry.path());
+        for (std::sregex_iterator it(text.begin(), text.end(), pattern), end; it != end; ++it)
+            functions.insert(it->str());
+    }
+    EXPECT_GT(functions.size(), 100u);
+    const ProgramCompiler compiler;
+    for (const std::string& function : functions) {
+        SCOPED_TRACE(function);
+        if (function.find("float( inf )") == std::string::npos)
+            CompileAndRecheck(compiler, WrapFunction(function));
+        else
+            EXPECT_NE(ErrorsOf(WrapFunction(function)).find("'inf'"), std::string::npos);
+    }
+}
+
+TEST(ProgramCompiler, ErrorsNameTheNode)
+{
+    const struct
+    {
+        const char* Body;
+        const char* Expected;
+    } cases[] = {
+        {"\tout_value = in_value*inf;", "test.xml: node \"Glow\": does not compile for the "
+                                        "fragment stage: 'inf': unknown variable, "
+                                        "in \"out_value = in_value*inf;\"\n"},
+        {"\tout_value = strength*missing( in_value );",
+         "test.xml: node \"Glow\": does not compile for the fragment stage: 'missing': no matching "
+         "overloaded function found, in \"out_value = strength*missing( in_value );\"\n"},
+        {"\tout_value = in_value*other;\n\tout_value = strange;",
+         "test.xml: node \"Glow\": does not compile for the fragment stage: 'other': unknown "
+         "variable, in \"out_value = in_value*other;\"\n"},
+        {"\tout_value = strength.xyw;",
+         "test.xml: node \"Glow\": does not compile for the fragment stage: 'xyw': vector swizzle "
+         "selection out of range, in \"out_value = strength.xyw;\"\n"},
+        {"\tout_value = ;",
+         "test.xml: node \"Glow\": does not compile for the fragment stage: expected assignment "
+         "expression, in \"out_value = ;\"\n"},
+    };
+    for (const auto& [body, expected] : cases) {
+        const CgProgram program = MakeFragmentProgram(Compose(
+            "uniform half3 strength;\n\n// node \"Glow\"\n"
+            "void glow( in half3 in_value, out half3 out_value )\n{\n",
+            body,
+            "\n}\n\nvoid main( in float4 interpolant0 : TEXCOORD0, out half4 colour : COLOR0 "
+            ")\n{\n\thalf3 value;\n\tglow( interpolant0.xyz, value );\n"
+            "\tcolour = value.xyzz;\n}\n"));
+        EXPECT_EQ(ErrorsOf(program), expected);
+    }
+}
+
+CgProgram BuildMaterial(const MaterialDocument& document, ProblemList& problems)
+{
+    static const Environment environment = ReadEnvironment(MOX_ENVIRONMENT_FOLDER);
+    MaterialGraph graph = LoadMaterial(document, TestPlugins());
+    ResolveGraph(graph, problems);
+    return BuildMaterialProgram(graph, environment, {}, problems);
+}
+
+TEST(ProgramCompiler, EveryExample)
+{
+    const ProgramCompiler compiler;
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(MOX_EXAMPLES)) {
+        if (entry.path().extension() != ".xml")
+            continue;
+        ++count;
+        SCOPED_TRACE(entry.path());
+        ProblemList problems;
+        const CgProgram program = BuildMaterial(ReadMaterialDocument(entry.path()), problems);
+        ASSERT_FALSE(problems.HasErrors()) << Describe(problems);
+        CompileAndRecheck(compiler, program);
+    }
+    EXPECT_GT(count, 5);
+}
+
+/// MOX_RANDOM_MATERIALS in the environment asks for more of them.
+TEST(ProgramCompiler, RandomMaterials)
+{
+    const char* wanted = std::getenv("MOX_RANDOM_MATERIALS");
+    const std::uint32_t count = wanted ? std::stoul(wanted) : 100;
+    const std::uint32_t first = std::random_device()();
+    const ProgramCompiler compiler;
+    std::uint32_t compiled = 0;
+    for (std::uint32_t seed = first; seed - first < count && !HasFailure(); ++seed) {
+        SCOPED_TRACE(Compose("seed ", seed));
+        ProblemList problems;
+        const CgProgram program =
+            BuildMaterial(MakeRandomMaterial(seed, 1 + static_cast<int>(seed % 30)), problems);
+        for (const Problem& problem : problems.Problems()) {
+            // Values that cross the stages are limited; everything else must work.
+            ASSERT_TRUE(problem.Level == Severity::Warning ||
+                        problem.Rule == "too-many-interpolants")
+                << problem.Format();
+        }
+        if (problems.HasErrors())
+            continue;
+        ++compiled;
+        CompileAndRecheck(compiler, program);
+    }
+    EXPECT_GT(compiled, count * 9 / 10);
+    RecordProperty("compiled", static_cast<int>(compiled));
+}
+
+TEST(ProgramCompiler, ErrorsNameTheNodeOfAMaterial)
+{
+    ProblemList problems;
+    const CgProgram program = BuildMaterial(MaterialFromText(R"(
+        uv CoreUv
+        flip book CoreAnimatedUv; Columns=0; Execution Level=Fragment
+        paint CoreTexture
+        surface Surface
+        uv.read -> flip book.in_uv
+        flip book.out_uv1 -> paint.in_uv
+        paint.out_colour -> surface.in_colour
+    )"),
+                                            problems);
+    EXPECT_EQ(
+        ErrorsOf(program),
+        "test.xml: node \"flip book\": does not compile for the fragment stage: 'inf': unknown "
+        "variable, in \"float numColsRcp = float( inf ).x;\"\n");
+}
+
+/// A pair of programs that reads one parameter of a kind for each name.
+CgProgram ProgramWithNames(ParameterKind kind, const std::vector<std::string>& names)
+{
+    std::string declarations, inputs, sum = "float4( 0, 0, 0, 1 )";
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (kind == ParameterKind::Uniform) {
+            declarations += Compose("uniform half4 given_", i, ";\n");
+            sum += Compose(" + given_", i);
+        } else if (kind == ParameterKind::Sampler) {
+            declarations += Compose("uniform sampler2D given_", i, " : TEXUNIT", i, ";\n");
+            sum += Compose(" + h4tex2D( given_", i, ", float2( 0, 0 ) )");
+        } else {
+            inputs += Compose("in half4 given_", i, " : ATTR", i, ", ");
+            sum += Compose(" + given_", i);
+        }
+    }
+    const std::string fragmentSum = inputs.empty() ? sum : "interpolant0";
+    CgProgram program = MakeProgram(
+        Compose(declarations, "void main( ", inputs,
+                "out float4 clip : POSITION, out float4 interpolant0 : TEXCOORD0 )\n"
+                "{\n\tclip = interpolant0 = ",
+                sum, ";\n}\n"),
+        Compose(declarations,
+                "void main( in float4 interpolant0 : TEXCOORD0, out half4 colour : COLOR0 )\n"
+                "{\n\tcolour = pow( interpolant0, 2 )*lerp( 1, interpolant0, 0.5 ) + ",
+                fragmentSum, ";\n}\n"));
+    for (std::size_t i = 0; i < names.size(); ++i)
+        program.Parameters[i].Name = names[i];
+    return program;
+}
+
+TEST(ProgramCompiler, ParametersMayBeCalledAnything)
+{
+    std::istringstream stream(ReadFile(MOX_TEST_DATA "/compile/words.txt"));
+    const std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
+    const ProgramCompiler compiler;
+    for (const auto kind :
+         {ParameterKind::Uniform, ParameterKind::Sampler, ParameterKind::VertexStream}) {
+        for (auto rest = std::span(words); !rest.empty();) {
+            const auto part = rest.first(std::min<std::size_t>(rest.size(), 16));
+            rest = rest.subspan(part.size());
+            const std::vector<std::string> names(part.begin(), part.end());
+            for (const TargetProgram& program :
+                 CompileAndRecheck(compiler, ProgramWithNames(kind, names)).Programs) {
+                if (kind == ParameterKind::VertexStream && program.Stage == ProgramStage::Fragment)
+                    continue;
+                std::set<std::string> distinct;
+                for (const std::string& name : names) {
+                    const std::string& there = program.Names.at(name);
+                    EXPECT_NE(program.Bytes.find(there), std::string::npos) << name;
+                    distinct.insert(there);
+                }
+                EXPECT_EQ(distinct.size(), names.size());
+            }
+        }
+    }
+}
+
+TEST(ProgramCompiler, NamesStayWhereTheLanguageAllows)
+{
+    const std::vector<std::string> names{"sample", "texture2D", "input",     "half4", "gl_x",
+                                         "a__b",   "vec4",      "two words", "tint"};
+    const CompiledProgram result =
+        CompileAndRecheck(ProgramCompiler(), ProgramWithNames(ParameterKind::Uniform, names));
+    std::string text;
+    for (const TargetProgram& program : result.Programs) {
+        if (program.Stage == ProgramStage::Vertex)
+            continue;
+        text += Compose(GetTargetName(program.Target), ":");
+        for (const std::string& name : names)
+            text += " " + program.Names.at(name);
+        text += "\n";
+    }
+    EXPECT_EQ(text, R"(hlsl: sample_ texture2D_ input half4_ gl_x a__b vec4 given_7 tint
+glsl: sample_ texture2D_ input_ half4 _gl_x a_b vec4_ given_7 tint
+glsl-vulkan: sample_ texture2D_ input_ half4 _gl_x a_b vec4_ given_7 tint
+essl: sample_ texture2D_ input_ half4 _gl_x a_b vec4_ given_7 tint
+msl: sample texture2D input half4_ gl_x a_b vec4 given_7 tint
+spirv: sample texture2D input half4 gl_x a__b vec4 two words tint
+)");
+}
+
+TEST(ProgramCompiler, SameBytesEveryTime)
+{
+    const CgProgram program = ReadProgram("painted");
+    const auto compile = [&](const ProgramCompiler& compiler) {
+        std::string bytes;
+        for (const TargetProgram& target : CompileAndRecheck(compiler, program).Programs)
+            bytes += target.Bytes;
+        return bytes;
+    };
+    const std::string expected = compile(ProgramCompiler());
+    const ProgramCompiler shared;
+    std::array<std::string, 8> results;
+    std::vector<std::thread> threads;
+    threads.reserve(results.size());
+    for (std::string& result : results)
+        threads.emplace_back([&] {
+            result = compile(shared);
+            result += compile(ProgramCompiler());
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const std::string& result : results)
+        EXPECT_EQ(result, expected + expected);
+}
+
+} // namespace

@@ -1,0 +1,104 @@
+#include "tests/compile/SampleProgram.h"
+
+#include "mox/host/File.h"
+
+#include <algorithm>
+#include <regex>
+#include <sstream>
+
+using namespace Mox::Host;
+
+namespace {
+
+ShaderType ParseType(const std::string& text, const std::string& arrayLength)
+{
+    const std::int32_t length = arrayLength.empty() ? 1 : std::stoi(arrayLength);
+    for (int word = 2; word <= 10; ++word) {
+        const auto component = static_cast<ComponentType>(word);
+        const std::string name = GetComponentName(component);
+        for (std::int32_t columns = 1; columns <= 4; ++columns)
+            for (std::int32_t rows = 1; rows <= 4; ++rows) {
+                const ShaderType type(component, columns, rows, 1);
+                if (type.Format() == text)
+                    return {component, columns, rows, length};
+            }
+    }
+    return {ComponentType::Unknown, 1, 1, 1};
+}
+
+void CollectParameters(const std::string& text, bool isVertex,
+                       std::vector<ProgramParameter>& parameters)
+{
+    static const std::regex pattern(
+        R"((uniform|\bin) (\w+) (\w+)(?:\[(\d+)\])?(?: : (TEXUNIT|ATTR)(\d+))?)");
+    for (std::sregex_iterator it(text.begin(), text.end(), pattern), end; it != end; ++it) {
+        const std::smatch& match = *it;
+        if (match[1] == "in" && match[5] != "ATTR")
+            continue;
+        const auto known = std::find_if(parameters.begin(), parameters.end(),
+                                        [&](const auto& p) { return p.CgName == match[3]; });
+        if (known != parameters.end()) {
+            known->InFragment = true;
+            continue;
+        }
+        ProgramParameter parameter{ParameterKind::Uniform,
+                                   match[3],
+                                   match[3],
+                                   ParseType(match[2], match[4]),
+                                   {},
+                                   true,
+                                   isVertex,
+                                   !isVertex};
+        if (match[5] == "TEXUNIT") {
+            parameter.Kind = ParameterKind::Sampler;
+            parameter.Register = {ShaderRegisterType::FragmentTextureUnit, std::stoi(match[6])};
+        } else if (match[5] == "ATTR") {
+            parameter.Kind = ParameterKind::VertexStream;
+            parameter.Register = {ShaderRegisterType::VertexAttribute, std::stoi(match[6])};
+        }
+        parameters.push_back(parameter);
+    }
+}
+
+StageProgram MakeStage(const std::string& text)
+{
+    static const std::regex origin(R"re(// node "(.*)")re");
+    StageProgram stage{text, {}};
+    std::string node;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        std::smatch match;
+        if (std::regex_match(line, match, origin))
+            node = match[1];
+        else if (line.empty())
+            node.clear();
+        stage.LineNodes.push_back(node);
+    }
+    return stage;
+}
+
+} // namespace
+
+CgProgram MakeProgram(const std::string& vertex, const std::string& fragment)
+{
+    CgProgram program;
+    program.Vertex = MakeStage(vertex);
+    program.Fragment = MakeStage(fragment);
+    CollectParameters(vertex, true, program.Parameters);
+    CollectParameters(fragment, false, program.Parameters);
+    return program;
+}
+
+CgProgram ReadProgram(const std::string& name)
+{
+    const std::string stem = MOX_TEST_DATA "/compile/programs/" + name;
+    return MakeProgram(ReadFile(stem + ".vert.cg"), ReadFile(stem + ".frag.cg"));
+}
+
+CgProgram MakeFragmentProgram(const std::string& fragment)
+{
+    return MakeProgram("void main( in float4 position : ATTR0, out float4 clip : POSITION, "
+                       "out float4 interpolant0 : TEXCOORD0 )\n"
+                       "{\n\tclip = position;\n\tinterpolant0 = position;\n}\n",
+                       fragment);
+}

@@ -1,0 +1,74 @@
+#include "Commands.h"
+#include "LoadEnvironment.h"
+#include "LoadPlugins.h"
+#include "mox/check/MaterialCheck.h"
+#include "mox/check/ProblemReport.h"
+#include "mox/host/MaterialFiles.h"
+
+#include <iostream>
+
+namespace Mox::Tool {
+
+namespace {
+
+constexpr const char* footer =
+    R"(A folder stands for every material in it and below. All problems of a material are
+found in one go. The exit status is 1 if there is an error, or with --strict a
+warning, and 0 otherwise.
+
+Examples:
+  mox check rim.xml
+  mox check materials --strict
+  mox check materials --sarif >problems.sarif
+)";
+
+struct CheckOptions
+{
+    std::vector<std::string> Files;
+    std::string Environment;
+    bool IsJson = false;
+    bool IsSarif = false;
+    bool IsStrict = false;
+};
+
+std::string Format(const std::vector<Host::Problem>& problems, const CheckOptions& options)
+{
+    if (options.IsJson)
+        return Host::FormatProblemsAsJson(problems);
+    if (options.IsSarif)
+        return Host::FormatProblemsAsSarif(problems, MOX_VERSION);
+    return Host::FormatProblemsAsText(problems);
+}
+
+void Check(const CheckOptions& options, const CommonOptions& common)
+{
+    const auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()});
+    const Host::PluginSet plugins = LoadPlugins(common);
+    const Host::Environment environment = LoadEnvironment(options.Environment);
+    Host::ProblemList problems;
+    for (const Host::MaterialFile& material : materials)
+        problems.Append(Host::CheckMaterial(material.Document, plugins, environment));
+    std::cout << Format(problems.Problems(), options);
+    if (problems.HasErrors() || (options.IsStrict && !problems.Problems().empty()))
+        throw CLI::RuntimeError(failureStatus);
+}
+
+} // namespace
+
+void AddCheckCommand(CLI::App& program, const CommonOptions& common)
+{
+    auto* command = program.add_subcommand("check", "Find all problems of materials");
+    const auto options = std::make_shared<CheckOptions>();
+    command->add_option("FILE", options->Files, "Material documents and folders")
+        ->type_name("")
+        ->required();
+    auto* json = command->add_flag("--json", options->IsJson, "A list for programs");
+    command->add_flag("--sarif", options->IsSarif, "A SARIF log for build systems and code review")
+        ->excludes(json);
+    command->add_flag("--strict", options->IsStrict, "Warnings count as errors");
+    AddEnvironmentOption(*command, options->Environment);
+    command->footer(footer);
+    command->callback([options, &common] { Check(*options, common); });
+}
+
+} // namespace Mox::Tool
