@@ -40,9 +40,10 @@ const xmlChar* Bytes(const char* text)
     return reinterpret_cast<const xmlChar*>(text);
 }
 
+/// A new node that libxml2 had the memory for; a lack for its name it does not report.
 xmlNodePtr Require(xmlNodePtr node)
 {
-    if (!node)
+    if (!node || !node->name)
         throw std::bad_alloc();
     return node;
 }
@@ -139,8 +140,9 @@ std::string FormatBindings(const Material& material)
     const XmlDocument document(xmlNewDoc(Bytes("1.0")), xmlFreeDoc);
     if (!document)
         throw std::bad_alloc();
-    xmlNodePtr root = Require(xmlNewNode(nullptr, Bytes(rootElement)));
+    xmlNodePtr root = xmlNewNode(nullptr, Bytes(rootElement));
     xmlDocSetRootElement(document.get(), root);
+    Require(root);
     SetXmlAttribute(root, versionAttribute, documentVersion);
     for (const auto& binding : material.Bindings) {
         xmlNodePtr element = Require(xmlNewChild(root, nullptr, Bytes(bindingElement), nullptr));

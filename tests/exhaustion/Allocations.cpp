@@ -12,14 +12,17 @@ namespace {
 
 constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
 
-std::size_t liveCount = 0;
+using Allocations::Owner;
+
+std::size_t liveCounts[2] = {}; ///< of New and of Xml
+Owner failingOwner = Owner::All;
 std::size_t untilFailure = never; ///< allocations that succeed before one fails
 bool isLasting = false;
 bool hasFailed = false;
 
-bool MayAllocate()
+bool MayAllocate(Owner owner)
 {
-    if (untilFailure == never)
+    if (untilFailure == never || (failingOwner != Owner::All && failingOwner != owner))
         return true;
     if (untilFailure > 0) {
         --untilFailure;
@@ -31,47 +34,62 @@ bool MayAllocate()
     return false;
 }
 
-void* Allocate(std::size_t size)
+void* Allocate(std::size_t size, Owner owner)
 {
-    void* block = MayAllocate() ? std::malloc(size > 0 ? size : 1) : nullptr;
-    liveCount += block ? 1 : 0;
+    void* block = MayAllocate(owner) ? std::malloc(size > 0 ? size : 1) : nullptr;
+    liveCounts[static_cast<int>(owner)] += block ? 1 : 0;
     return block;
 }
 
-void Release(void* block)
+void Release(void* block, Owner owner)
 {
-    liveCount -= block ? 1 : 0;
+    liveCounts[static_cast<int>(owner)] -= block ? 1 : 0;
     std::free(block);
 }
 
-void* Reallocate(void* block, std::size_t size)
+void* AllocateXml(std::size_t size)
 {
-    if (!block)
-        return Allocate(size);
-    return MayAllocate() ? std::realloc(block, size) : nullptr;
+    return Allocate(size, Owner::Xml);
 }
 
-char* Duplicate(const char* text)
+void ReleaseXml(void* block)
+{
+    Release(block, Owner::Xml);
+}
+
+void* ReallocateXml(void* block, std::size_t size)
+{
+    if (!block)
+        return AllocateXml(size);
+    return MayAllocate(Owner::Xml) ? std::realloc(block, size) : nullptr;
+}
+
+char* DuplicateXml(const char* text)
 {
     const std::size_t size = std::strlen(text) + 1;
-    void* block = Allocate(size);
+    void* block = AllocateXml(size);
     return block ? static_cast<char*>(std::memcpy(block, text, size)) : nullptr;
 }
 
 void IgnoreXmlErrors(void*, xmlErrorPtr)
 {}
 
+void IgnoreXmlMessages(void*, const char*, ...)
+{}
+
 } // namespace
 
 namespace Allocations {
 
-std::size_t LiveCount()
+std::size_t LiveCount(Owner owner)
 {
-    return liveCount;
+    return owner == Owner::All ? liveCounts[0] + liveCounts[1]
+                               : liveCounts[static_cast<int>(owner)];
 }
 
-void FailAt(std::size_t number, Shortage shortage)
+void FailAt(std::size_t number, Shortage shortage, Owner owner)
 {
+    failingOwner = owner;
     untilFailure = number - 1;
     isLasting = shortage == Shortage::Lasting;
     hasFailed = false;
@@ -85,16 +103,17 @@ bool EndFailing()
 
 void TakeOverXml()
 {
-    xmlMemSetup(Release, Allocate, Reallocate, Duplicate);
+    xmlMemSetup(ReleaseXml, AllocateXml, ReallocateXml, DuplicateXml);
     xmlInitParser();
     xmlSetStructuredErrorFunc(nullptr, IgnoreXmlErrors);
+    xmlSetGenericErrorFunc(nullptr, IgnoreXmlMessages);
 }
 
 } // namespace Allocations
 
 void* operator new(std::size_t size)
 {
-    void* block = Allocate(size);
+    void* block = Allocate(size, Owner::New);
     if (!block)
         throw std::bad_alloc();
     return block;
@@ -102,10 +121,10 @@ void* operator new(std::size_t size)
 
 void operator delete(void* block) noexcept
 {
-    Release(block);
+    Release(block, Owner::New);
 }
 
 void operator delete(void* block, std::size_t) noexcept
 {
-    Release(block);
+    Release(block, Owner::New);
 }

@@ -13,11 +13,19 @@ enum class Shortage
     Lasting ///< the given one and all behind it, so that cleaning up must do without
 };
 
-/// Blocks that are allocated now.
-std::size_t LiveCount();
+/// Whose allocations.
+enum class Owner
+{
+    New, ///< operator new
+    Xml, ///< libxml2
+    All,
+};
 
-/// From now on the number-th allocation fails.
-void FailAt(std::size_t number, Shortage shortage);
+/// Blocks that are allocated now.
+std::size_t LiveCount(Owner owner);
+
+/// From now on the number-th allocation of an owner fails.
+void FailAt(std::size_t number, Shortage shortage, Owner owner = Owner::All);
 
 /// Ends the failing.
 /// @returns whether an allocation has failed

@@ -102,7 +102,7 @@ TEST(AuthoringExhaustion, EdgeLists)
 /// Nodes that refer to each other in a chain, so many that their release must not recurse.
 TEST(AuthoringExhaustion, AChainIsReleasedWithoutMemory)
 {
-    const std::size_t live = Allocations::LiveCount();
+    const std::size_t live = Allocations::LiveCount(Allocations::Owner::All);
     boost::shared_ptr<GuiNode> first;
     for (int i = 0; i < 50000; ++i) {
         const auto node = boost::make_shared<TestNode>("test");
@@ -112,13 +112,13 @@ TEST(AuthoringExhaustion, AChainIsReleasedWithoutMemory)
     Allocations::FailAt(1, Allocations::Shortage::Lasting);
     first.reset();
     EXPECT_FALSE(Allocations::EndFailing());
-    EXPECT_EQ(Allocations::LiveCount(), live);
+    EXPECT_EQ(Allocations::LiveCount(Allocations::Owner::All), live);
 }
 
 /// Several references of one node need a list; without memory for it they are released at once.
 TEST(AuthoringExhaustion, ATreeIsReleasedWithoutMemory)
 {
-    const std::size_t live = Allocations::LiveCount();
+    const std::size_t live = Allocations::LiveCount(Allocations::Owner::All);
     boost::shared_ptr<GuiNode> root;
     for (int i = 0; i < 100; ++i) {
         const auto node = boost::make_shared<TestNode>("test");
@@ -130,7 +130,7 @@ TEST(AuthoringExhaustion, ATreeIsReleasedWithoutMemory)
     Allocations::FailAt(1, Allocations::Shortage::Lasting);
     root.reset();
     EXPECT_TRUE(Allocations::EndFailing());
-    EXPECT_EQ(Allocations::LiveCount(), live);
+    EXPECT_EQ(Allocations::LiveCount(Allocations::Owner::All), live);
 }
 
 } // namespace

@@ -16,6 +16,7 @@
 /// and has its whole result all the same; nothing leaks; the subject reads as it must, and the same
 /// call succeeds on it once there is memory, with the very result that it has where nothing failed.
 ///
+/// @param owner whose allocations fail
 /// @param make gives a new subject
 /// @param call the operation on the subject
 /// @param describe the subject as text
@@ -24,7 +25,7 @@
 ///
 /// @param check (before, after): expects what the operation promises of a failure, from the texts
 template <class Make, class Call, class Describe, class Check>
-void ExpectSurvival(Make make, Call call, Describe describe, Check check)
+void ExpectSurvival(Allocations::Owner owner, Make make, Call call, Describe describe, Check check)
 {
     const std::string expected = [&] {
         auto subject = make();
@@ -40,12 +41,12 @@ void ExpectSurvival(Make make, Call call, Describe describe, Check check)
             SCOPED_TRACE("allocation " + std::to_string(number) +
                          (shortage == Allocations::Shortage::Once ? "" : " and all behind it"));
             xmlResetLastError();
-            const std::size_t live = Allocations::LiveCount();
+            const std::size_t live = Allocations::LiveCount(owner);
             {
                 auto subject = make();
                 std::string before = describe(subject);
                 bool isReported = false;
-                Allocations::FailAt(number, shortage);
+                Allocations::FailAt(number, shortage, owner);
                 try {
                     call(subject);
                 } catch (const std::bad_alloc&) {
@@ -59,10 +60,16 @@ void ExpectSurvival(Make make, Call call, Describe describe, Check check)
                 }
                 EXPECT_EQ(describe(subject), expected);
             }
-            EXPECT_EQ(Allocations::LiveCount(), live) << "blocks leak";
+            EXPECT_EQ(Allocations::LiveCount(owner), live) << "blocks leak";
         }
         EXPECT_GT(number, 1u) << "the operation does not allocate";
     }
+}
+
+template <class Make, class Call, class Describe, class Check>
+void ExpectSurvival(Make make, Call call, Describe describe, Check check)
+{
+    ExpectSurvival(Allocations::Owner::All, make, call, describe, check);
 }
 
 /// A failure changes nothing.
