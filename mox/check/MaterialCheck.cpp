@@ -7,7 +7,7 @@
 namespace Mox::Host {
 
 ProblemList CheckMaterial(const std::filesystem::path& file, const PluginSet& plugins,
-                          const Environment& environment)
+                          const Environment& environment, const ProgramFormat* proof)
 {
     ProblemList problems;
     const MaterialGraph graph = OpenMaterial(file, plugins, problems);
@@ -20,7 +20,9 @@ ProblemList CheckMaterial(const std::filesystem::path& file, const PluginSet& pl
     WarnOfStrayBindings(graph, file, problems);
 
     ProblemList found;
-    BuildMaterialProgram(graph, environment, {}, found);
+    const CgProgram program = BuildMaterialProgram(graph, environment, {}, found);
+    if (proof && !problems.HasErrors() && !found.HasErrors())
+        WriteProgram(*proof, program, graph, file, found);
     problems.Append(found);
     return problems;
 }

@@ -3,6 +3,7 @@
 #include "mox/host/PluginSet.h"
 #include "mox/host/Problem.h"
 #include "mox/program/Environment.h"
+#include "mox/program/ProgramFormat.h"
 
 #include <filesystem>
 
@@ -11,7 +12,8 @@ namespace Mox::Host {
 /// Finds all that can be found out about one material in one go: what keeps it from being exported,
 /// and what somebody should look at, such as two bindings of one name. The rules are listed in
 /// docs/checks.md.
+/// @param proof a format in which the programs are written to see that they can be, or null
 ProblemList CheckMaterial(const std::filesystem::path& file, const PluginSet& plugins,
-                          const Environment& environment);
+                          const Environment& environment, const ProgramFormat* proof);
 
 } // namespace Mox::Host

@@ -6,8 +6,8 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <system_error>
+#include <vector>
 
 namespace Mox::Host {
 
@@ -23,9 +23,17 @@ std::string ReadFile(const std::filesystem::path& file)
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
         throw fail(errno);
-    std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-    if (bytes.size() > largest)
-        throw HostError(where, "is larger than 1 GiB, the most that is read");
+    // What is no regular file may have no end, and its size is only known behind it.
+    std::string bytes;
+    std::vector<char> chunk(std::size_t(1) << 16);
+    while (stream) {
+        stream.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
+        bytes.append(chunk.data(), static_cast<std::size_t>(stream.gcount()));
+        if (bytes.size() > largest)
+            throw HostError(where, "is larger than 1 GiB, the most that is read");
+    }
+    if (stream.bad())
+        throw fail(errno);
     return bytes;
 }
 

@@ -150,7 +150,8 @@ void GraphEdit::operator()(const AddEdge& step)
     }
     problems.ThrowFirstError();
 
-    const std::size_t index = _graph.CreateEdge(tail, edge.TailPort, head, edge.HeadPort, where);
+    const std::size_t index =
+        _graph.CreateEdge(tail, edge.TailPort, head, edge.HeadPort, where, edge.Comments);
     _rollback.Add([this, index] { _graph.ReleaseEdge(index); });
     _graph.AttachEdge(index, before);
     _rollback.Add([this, index] { _graph.DetachEdge(index); });

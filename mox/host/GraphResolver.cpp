@@ -137,7 +137,7 @@ void GraphResolver::ResolvePrecisions(std::size_t index, Agenda& agenda, Problem
     ForgetPrecisions(gui.InputPorts);
     ForgetPrecisions(gui.OutputPorts);
     for (const std::size_t edge : _graph.Links().Out(index)) {
-        if (_graph.IsLoose(_graph.Edges()[edge]) || !_carried[edge].IsFloat)
+        if (!_carried[edge].IsFloat || _graph.IsLoose(_graph.Edges()[edge]))
             continue;
         GuiPort& output = gui.GetOutputPort(_graph.Edges()[edge].Gui->TailPort);
         if (output.PrecisionFixed)

@@ -62,8 +62,8 @@ std::optional<std::size_t> GraphStore::FindEdge(std::size_t head, const std::str
 
 DocumentEdge GraphStore::Describe(const GraphEdge& edge) const
 {
-    return {_nodes[edge.Tail].Id, edge.Gui->TailPort, _nodes[edge.Head].Id, edge.Gui->HeadPort,
-            edge.Where.Line};
+    return {_nodes[edge.Tail].Id, edge.Gui->TailPort, _nodes[edge.Head].Id,
+            edge.Gui->HeadPort,   edge.Where.Line,    edge.Comments};
 }
 
 DocumentProperty GraphStore::Describe(const GuiProperty& property) const
@@ -199,7 +199,8 @@ std::vector<std::size_t> GraphStore::JoinPorts(std::size_t index)
 }
 
 std::size_t GraphStore::CreateEdge(std::size_t tail, const std::string& tailPort, std::size_t head,
-                                   const std::string& headPort, const Place& where)
+                                   const std::string& headPort, const Place& where,
+                                   DocumentComments comments)
 {
     GraphEdge edge;
     edge.Gui = boost::make_shared<GuiEdge>();
@@ -210,6 +211,7 @@ std::size_t GraphStore::CreateEdge(std::size_t tail, const std::string& tailPort
     edge.Tail = tail;
     edge.Head = head;
     edge.Where = where;
+    edge.Comments = std::move(comments);
     edge.SpareOut.emplace_back(edge.Gui);
     edge.SpareIn.emplace_back(edge.Gui);
     edge.OutEntry = edge.SpareOut.begin();

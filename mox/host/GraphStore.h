@@ -61,6 +61,7 @@ struct GraphEdge
     std::size_t Tail = 0; ///< index of the node that it leaves
     std::size_t Head = 0; ///< index of the node that it arrives at
     Place Where;
+    DocumentComments Comments; ///< in front of it in the document
 
 private:
     friend class GraphStore;
@@ -143,7 +144,8 @@ public:
     std::vector<std::size_t> JoinPorts(std::size_t index);
 
     std::size_t CreateEdge(std::size_t tail, const std::string& tailPort, std::size_t head,
-                           const std::string& headPort, const Place& where);
+                           const std::string& headPort, const Place& where,
+                           DocumentComments comments);
     void AttachEdge(std::size_t index, std::size_t before);
     void DetachEdge(std::size_t index) noexcept;
     void ReleaseEdge(std::size_t index) noexcept;

@@ -1,13 +1,18 @@
 #pragma once
 
 #include "mox/authoring/GuiProperty.h"
+#include "mox/host/Problem.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Mox::Host {
+
+/// XML comments, without their brackets.
+using DocumentComments = std::vector<std::string>;
 
 /// One stored property, as text; the value's form hangs on the kind.
 struct DocumentProperty
@@ -16,6 +21,7 @@ struct DocumentProperty
     Materials::GuiPropertyKind Kind = Materials::GuiPropertyKind::Bool;
     std::string Value;
     int Line = 0;
+    DocumentComments Comments = {}; ///< in front of the property
 };
 
 struct DocumentNode
@@ -25,6 +31,8 @@ struct DocumentNode
     std::int32_t Version = 0; ///< of the stored set of properties
     std::vector<DocumentProperty> Properties;
     int Line = 0;
+    DocumentComments Comments = {};     ///< in front of the node
+    DocumentComments LastComments = {}; ///< behind its last property
 };
 
 /// Ends are node ids and Cg names of ports.
@@ -35,6 +43,7 @@ struct DocumentEdge
     std::string Head;
     std::string HeadPort;
     int Line = 0;
+    DocumentComments Comments = {}; ///< in front of the edge
 };
 
 /// A named value of the material as a whole, as text.
@@ -52,6 +61,25 @@ struct DocumentBinding
     std::string Tag;                   ///< name of the binding
     std::vector<DocumentValue> Values; ///< attributes of the binding's XML form
     int Line = 0;
+    DocumentComments Comments = {}; ///< in front of the binding
+};
+
+/// Comments of one of the parts of a document.
+struct SectionComments
+{
+    DocumentComments Before; ///< in front of the part
+    DocumentComments Last;   ///< behind all that it holds
+};
+
+/// Comments that stand with no node, edge or binding.
+struct MaterialComments
+{
+    SectionComments Document;
+    DocumentComments Description; ///< in front of it
+    DocumentComments RenderState; ///< in front of it
+    SectionComments Nodes;
+    SectionComments Edges;
+    SectionComments Bindings;
 };
 
 /// A material as it stands in a file, without any knowledge of node types.
@@ -63,12 +91,31 @@ struct MaterialDocument
     std::vector<DocumentNode> Nodes;
     std::vector<DocumentEdge> Edges;
     std::vector<DocumentBinding> Bindings;
+    MaterialComments Comments;
 };
 
 /// Reads a material document. It opens no other file and no network connection, and refuses
 /// document type declarations, and with them entities.
-/// @throws HostError if the file cannot be read, is not well-formed or is no material document; the
-///         place has the line
+/// @throws HostError for the first error: the file cannot be read, is not well-formed or does not
+///         follow the schema of material documents
 MaterialDocument ReadMaterialDocument(const std::filesystem::path& file);
+
+/// The same for callers that want to know all that is wrong.
+/// @param problems takes what is wrong with the document, or why the file cannot be read
+/// @returns what could be understood; only without new errors in problems is that the whole
+/// document
+MaterialDocument ReadMaterialDocument(const std::filesystem::path& file, ProblemList& problems);
+
+/// The same for a document in memory.
+/// @param file the name that messages are to give the document
+MaterialDocument ParseMaterialDocument(const std::string& file, std::string_view text,
+                                       ProblemList& problems);
+
+/// The one form in which a document is written: the parts and attributes in the order of the
+/// schema, nodes, edges and bindings in their own order, one element on a line. What is read from
+/// it has this form again, to the byte, and a changed value changes one line.
+/// @throws HostError if a text has a character that XML cannot hold, or if the description, the
+///         render state or a binding has a value that the schema does not know
+std::string FormatMaterialDocument(const MaterialDocument& document);
 
 } // namespace Mox::Host

@@ -86,6 +86,7 @@ public:
     std::vector<DocumentValue> Description; ///< what the material is, for people and catalogues
     std::vector<DocumentValue> RenderState; ///< blending, tests and culling
     std::vector<DocumentBinding> Bindings;  ///< the host's own values
+    MaterialComments Comments;              ///< of the document
 
 private:
     GraphStore _graph;

@@ -44,6 +44,7 @@ public:
         material.Description = _document.Description;
         material.RenderState = _document.RenderState;
         material.Bindings = _document.Bindings;
+        material.Comments = _document.Comments;
         return material;
     }
 
@@ -70,6 +71,8 @@ private:
         node.Stored.Type = stored.Type;
         node.Stored.Version = stored.Version;
         node.Stored.Line = stored.Line;
+        node.Stored.Comments = stored.Comments;
+        node.Stored.LastComments = stored.LastComments;
         const std::size_t index = _graph.CreateNode(std::move(node));
         _graph.AttachNode(index, GraphStore::None);
         _created.emplace_back(index, &stored);
@@ -170,7 +173,7 @@ private:
         if (!CheckEdge(_graph, *tail, edge.TailPort, *head, edge.HeadPort, where, _problems))
             return;
         const std::size_t index =
-            _graph.CreateEdge(*tail, edge.TailPort, *head, edge.HeadPort, where);
+            _graph.CreateEdge(*tail, edge.TailPort, *head, edge.HeadPort, where, edge.Comments);
         _graph.AttachEdge(index, GraphStore::None);
     }
 

@@ -11,11 +11,14 @@ namespace Mox::Host {
 /// them build their ports, and lays the edges. A type that no plug-in offers becomes a placeholder.
 ///
 /// Whatever does not fit is reported with its line, and skipped; loading goes on behind it. So the
-/// graph holds the document without what the errors name. Types and properties that are not known
-/// are warnings only, since nothing of them is lost.
+/// graph holds the document without what the errors name, and without the edges of a node that
+/// cannot build its ports. Types and properties that are not known are warnings only, since nothing
+/// of them is lost.
+/// @param maker what it makes nodes from must outlive the graph
 MaterialGraph LoadMaterial(const MaterialDocument& document, NodeMaker maker,
                            ProblemList& problems);
 
+/// The same with the nodes of plug-ins, which must outlive the graph.
 MaterialGraph LoadMaterial(const MaterialDocument& document, const PluginSet& plugins,
                            ProblemList& problems);
 

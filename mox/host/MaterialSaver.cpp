@@ -11,7 +11,6 @@ namespace Mox::Host {
 
 namespace {
 
-using Materials::GuiNode;
 using Materials::GuiProperty;
 using Materials::GuiPropertyKind;
 
@@ -40,7 +39,10 @@ public:
             const DocumentProperty* stored = FindStored(_properties[i]->Name);
             if (_isEdited[i]) {
                 saved.Properties.push_back(_graph.Describe(*_properties[i]));
-                saved.Properties.back().Line = stored ? stored->Line : 0;
+                if (stored) {
+                    saved.Properties.back().Line = stored->Line;
+                    saved.Properties.back().Comments = stored->Comments;
+                }
             } else if (stored) {
                 saved.Properties.push_back(*stored);
                 saved.Properties.back().Value = ValueOf(*stored);
@@ -117,6 +119,7 @@ MaterialDocument SaveMaterial(const MaterialGraph& material)
     document.Description = material.Description;
     document.RenderState = material.RenderState;
     document.Bindings = material.Bindings;
+    document.Comments = material.Comments;
     for (const MaterialGraph::Node& node : material.Nodes())
         document.Nodes.push_back(NodeSaver(material.Store(), node).Save());
     for (const MaterialGraph::Edge& edge : material.Edges())

@@ -8,12 +8,7 @@ namespace Mox::Host {
 MaterialGraph OpenMaterial(const std::filesystem::path& file, const PluginSet& plugins,
                            ProblemList& problems)
 {
-    MaterialDocument document;
-    try {
-        document = ReadMaterialDocument(file);
-    } catch (const HostError& error) {
-        problems.Fail("document", error);
-    }
+    const MaterialDocument document = ReadMaterialDocument(file, problems);
     MaterialGraph graph = LoadMaterial(document, plugins, problems);
     ResolveGraph(graph, problems);
     ReportCountConflicts(graph, problems);

@@ -36,6 +36,8 @@ public:
     /// Takes over a failure of the host.
     void Fail(const std::string& rule, const HostError& error);
 
+    void Add(const Problem& problem) { _problems.push_back(problem); }
+
     /// Takes over the problems of a step that kept a list of its own.
     void Append(const ProblemList& other);
 

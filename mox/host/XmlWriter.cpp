@@ -1,82 +1,131 @@
 #include "mox/host/XmlWriter.h"
 
-#include "mox/Text.h"
-#include "mox/host/HostError.h"
-
 #include <libxml/parserInternals.h>
+#include <libxml/xmlstring.h>
 
-#include <new>
+#include <algorithm>
+#include <utility>
 
 namespace Mox::Host {
 
 namespace {
 
-const xmlChar* Bytes(const char* text)
+void AppendEscaped(std::string& text, std::string_view value)
 {
-    return reinterpret_cast<const xmlChar*>(text);
-}
-
-void Require(int result)
-{
-    if (result < 0)
-        throw std::bad_alloc();
-}
-
-/// Whether a document can hold the text: it is UTF-8 without control characters but tab and line
-/// ends.
-bool IsXmlText(const std::string& text)
-{
-    for (std::size_t i = 0; i < text.size();) {
-        int length = static_cast<int>(text.size() - i);
-        const int character = xmlGetUTF8Char(Bytes(text.data() + i), &length);
-        if (character < 0 || !IS_CHAR(character))
-            return false;
-        i += static_cast<std::size_t>(length);
+    for (const char c : value) {
+        switch (c) {
+        case '&':
+            text += "&amp;";
+            break;
+        case '<':
+            text += "&lt;";
+            break;
+        case '>':
+            text += "&gt;";
+            break;
+        case '"':
+            text += "&quot;";
+            break;
+        case '\t':
+            text += "&#9;";
+            break;
+        case '\n':
+            text += "&#10;";
+            break;
+        case '\r':
+            text += "&#13;";
+            break;
+        default:
+            text += c;
+        }
     }
-    return true;
 }
 
 } // namespace
 
-XmlWriter::XmlWriter()
-    : _buffer(xmlBufferCreate(), xmlBufferFree),
-      _writer(_buffer ? xmlNewTextWriterMemory(_buffer.get(), 0) : nullptr, xmlFreeTextWriter)
+bool IsXmlText(std::string_view text)
 {
-    if (!_writer)
-        throw std::bad_alloc();
-    Require(xmlTextWriterSetIndent(_writer.get(), 1));
-    Require(xmlTextWriterSetIndentString(_writer.get(), Bytes("  ")));
+    while (!text.empty()) {
+        int size = static_cast<int>(std::min<std::size_t>(text.size(), 4));
+        const int character =
+            xmlGetUTF8Char(reinterpret_cast<const unsigned char*>(text.data()), &size);
+        if (character < 0 || !IS_CHAR(character))
+            return false;
+        text.remove_prefix(static_cast<std::size_t>(size));
+    }
+    return true;
 }
 
 void XmlWriter::StartDocument()
 {
-    Require(xmlTextWriterStartDocument(_writer.get(), nullptr, "UTF-8", nullptr));
+    _text += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 }
 
-void XmlWriter::StartElement(const char* name)
+void XmlWriter::StartElement(std::string_view name)
 {
-    Require(xmlTextWriterStartElement(_writer.get(), Bytes(name)));
+    CloseStartTag();
+    Indent();
+    _text += '<';
+    _text += name;
+    _open.emplace_back(name);
+    _isInStartTag = true;
 }
 
-void XmlWriter::Attribute(const char* name, const std::string& value)
+void XmlWriter::Attribute(std::string_view name, std::string_view value)
 {
-    if (!IsXmlText(value)) {
-        throw HostError(
-            {}, Materials::Compose("the value of \"", name, "\" has bytes that XML cannot hold"));
+    _text += ' ';
+    _text += name;
+    _text += "=\"";
+    AppendEscaped(_text, value);
+    _text += '"';
+}
+
+void XmlWriter::Comment(std::string_view text)
+{
+    CloseStartTag();
+    Indent();
+    _text += "<!--";
+    for (const char c : text) {
+        // A carriage return would be read as a line end.
+        if (c == '\r')
+            continue;
+        if (c == '-' && _text.back() == '-')
+            _text += ' ';
+        _text += c;
     }
-    Require(xmlTextWriterWriteAttribute(_writer.get(), Bytes(name), Bytes(value.c_str())));
+    if (!text.empty() && _text.back() == '-')
+        _text += ' ';
+    _text += "-->\n";
 }
 
 void XmlWriter::EndElement()
 {
-    Require(xmlTextWriterEndElement(_writer.get()));
+    const std::string name = std::move(_open.back());
+    _open.pop_back();
+    if (std::exchange(_isInStartTag, false)) {
+        _text += "/>\n";
+        return;
+    }
+    Indent();
+    _text += "</";
+    _text += name;
+    _text += ">\n";
 }
 
 std::string XmlWriter::Finish()
 {
-    Require(xmlTextWriterEndDocument(_writer.get()));
-    Require(xmlTextWriterFlush(_writer.get()));
-    return reinterpret_cast<const char*>(xmlBufferContent(_buffer.get()));
+    return std::move(_text);
+}
+
+void XmlWriter::CloseStartTag()
+{
+    if (std::exchange(_isInStartTag, false))
+        _text += ">\n";
+}
+
+void XmlWriter::Indent()
+{
+    _text.append(2 * _open.size(), ' ');
 }
 
 } // namespace Mox::Host

@@ -1,33 +1,38 @@
 #pragma once
 
-#include <libxml/xmlwriter.h>
-
-#include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace Mox::Host {
 
-/// Writes XML text with one element on a line, indented by two blanks; attributes are escaped so
-/// that reading gives the same characters, line ends included.
+/// Whether XML can hold a text: it is UTF-8 and has no control characters but tabs and line ends.
+bool IsXmlText(std::string_view text);
+
+/// Writes XML in UTF-8 with one element or comment on a line, indented by two blanks. Attributes
+/// are escaped so that reading gives the same characters, line ends included; other characters than
+/// ASCII stand for themselves. All values must be texts that XML can hold.
 class XmlWriter
 {
 public:
-    /// @throws std::bad_alloc, as all operations do, if libxml2 has no memory
-    XmlWriter();
-
     void StartDocument();
-    void StartElement(const char* name);
+    void StartElement(std::string_view name);
+    void Attribute(std::string_view name, std::string_view value);
 
-    /// @throws HostError if the value is no UTF-8 or has control characters but tab and line ends
-    void Attribute(const char* name, const std::string& value);
+    /// Two hyphens in a row, which a comment may not have, get a blank between them.
+    void Comment(std::string_view text);
     void EndElement();
 
-    /// Ends what is open and gives the text.
+    /// Gives the text, to be called when all elements have ended.
     std::string Finish();
 
 private:
-    std::unique_ptr<xmlBuffer, decltype(&xmlBufferFree)> _buffer;
-    std::unique_ptr<xmlTextWriter, decltype(&xmlFreeTextWriter)> _writer;
+    void CloseStartTag();
+    void Indent();
+
+    std::string _text;
+    std::vector<std::string> _open;
+    bool _isInStartTag = false;
 };
 
 } // namespace Mox::Host

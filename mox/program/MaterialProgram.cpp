@@ -8,6 +8,35 @@
 
 namespace Mox::Host {
 
+namespace {
+
+/// Where nodes stand in their document. What comes behind the authoring graph knows their ids only.
+class NodePlaces
+{
+public:
+    explicit NodePlaces(const MaterialGraph& graph)
+    {
+        for (const MaterialGraph::Node& node : graph.Nodes())
+            _places.emplace(node.Id, node.Where);
+    }
+
+    const Place& Of(const std::string& node) const { return _places.at(node); }
+
+    void Append(const ProblemList& found, ProblemList& problems) const
+    {
+        for (const Problem& problem : found.Problems()) {
+            const auto place = _places.find(problem.Where.Node);
+            problems.Add({problem.Level, problem.Rule,
+                          place == _places.end() ? problem.Where : place->second, problem.Message});
+        }
+    }
+
+private:
+    std::unordered_map<std::string, Place> _places;
+};
+
+} // namespace
+
 void CompleteShader(const MaterialGraph& graph, const Environment& environment,
                     GeneratedShader& shader, ProblemList& problems)
 {
@@ -32,18 +61,21 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
     ProblemList found;
     CgProgram program = BuildCgProgram(shader.Graph, shader.Origins, shader.OriginalNames,
                                        environment, options, found);
-    // The shader graph knows nodes by their ids only.
-    std::unordered_map<std::string, Place> places;
-    for (const MaterialGraph::Node& node : graph.Nodes())
-        places.emplace(node.Id, node.Where);
-    for (const Problem& problem : found.Problems()) {
-        const auto place = places.find(problem.Where.Node);
-        problems.Fail(problem.Rule, place == places.end() ? problem.Where : place->second,
-                      problem.Message);
-    }
+    const NodePlaces places(graph);
+    places.Append(found, problems);
     for (const std::string& node : program.DeadNodes)
-        problems.Warn("dead-node", places.at(node), "nothing of this node reaches the surface");
+        problems.Warn("dead-node", places.Of(node), "nothing of this node reaches the surface");
     return program;
+}
+
+std::vector<std::string> WriteProgram(const ProgramFormat& format, const CgProgram& program,
+                                      const MaterialGraph& graph, const std::filesystem::path& file,
+                                      ProblemList& problems)
+{
+    ProblemList found;
+    std::vector<std::string> texts = format.Write(program, file.string(), found);
+    NodePlaces(graph).Append(found, problems);
+    return texts;
 }
 
 } // namespace Mox::Host

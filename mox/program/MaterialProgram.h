@@ -4,7 +4,10 @@
 #include "mox/host/Problem.h"
 #include "mox/program/CgProgramBuilder.h"
 #include "mox/program/Environment.h"
+#include "mox/program/ProgramFormat.h"
 #include "mox/program/ShaderGeneration.h"
+
+#include <filesystem>
 
 namespace Mox::Host {
 
@@ -20,5 +23,11 @@ void CompleteShader(const MaterialGraph& graph, const Environment& environment,
 ///        use
 CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& environment,
                                const ProgramOptions& options, ProblemList& problems);
+
+/// The texts of a material's program in a format.
+/// @param problems takes what the format has against it, at the lines of the material's nodes
+std::vector<std::string> WriteProgram(const ProgramFormat& format, const CgProgram& program,
+                                      const MaterialGraph& graph, const std::filesystem::path& file,
+                                      ProblemList& problems);
 
 } // namespace Mox::Host

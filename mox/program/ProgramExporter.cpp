@@ -4,12 +4,19 @@
 #include "mox/program/ExportInputs.h"
 #include "mox/program/MaterialProgram.h"
 
+#include <iterator>
+
 namespace Mox::Host {
 
 ProgramExporter::ProgramExporter(const PluginSet& plugins, Environment environment,
-                                 const ProgramOptions& options)
-    : _plugins(plugins), _environment(std::move(environment)), _options(options)
-{}
+                                 const ProgramOptions& options,
+                                 std::vector<std::unique_ptr<ProgramFormat>> formats)
+    : _plugins(plugins), _environment(std::move(environment)), _options(options),
+      _formats(std::move(formats))
+{
+    for (const auto& format : _formats)
+        _endings.insert(_endings.end(), format->Endings().begin(), format->Endings().end());
+}
 
 ExportedMaterial ProgramExporter::Export(const std::filesystem::path& file) const
 {
@@ -17,9 +24,15 @@ ExportedMaterial ProgramExporter::Export(const std::filesystem::path& file) cons
     const MaterialGraph graph = OpenMaterial(file, _plugins, exported.Problems);
     if (exported.Problems.HasErrors())
         return exported;
-    CgProgram program = BuildMaterialProgram(graph, _environment, _options, exported.Problems);
-    exported.Texts = {std::move(program.Vertex.Text), std::move(program.Fragment.Text)};
-
+    const CgProgram program =
+        BuildMaterialProgram(graph, _environment, _options, exported.Problems);
+    if (exported.Problems.HasErrors())
+        return exported;
+    for (const auto& format : _formats) {
+        std::vector<std::string> texts =
+            WriteProgram(*format, program, graph, file, exported.Problems);
+        std::move(texts.begin(), texts.end(), std::back_inserter(exported.Texts));
+    }
     exported.Inputs = ExportInputs(graph, file, _environment, _plugins);
     return exported;
 }

@@ -4,16 +4,21 @@
 #include "mox/host/PluginSet.h"
 #include "mox/program/CgProgramBuilder.h"
 #include "mox/program/Environment.h"
+#include "mox/program/ProgramFormat.h"
+
+#include <memory>
 
 namespace Mox::Host {
 
-/// Exports the Cg programs of a material, one text for each stage.
+/// Exports the programs of a material in one or more formats.
 class ProgramExporter : public Exporter
 {
 public:
     /// @param plugins must live as long as this object
+    /// @param formats whose texts are exported, in this order
     ProgramExporter(const PluginSet& plugins, Environment environment,
-                    const ProgramOptions& options);
+                    const ProgramOptions& options,
+                    std::vector<std::unique_ptr<ProgramFormat>> formats);
 
     const std::vector<std::string>& Endings() const override { return _endings; }
     ExportedMaterial Export(const std::filesystem::path& file) const override;
@@ -22,7 +27,8 @@ private:
     const PluginSet& _plugins;
     const Environment _environment;
     const ProgramOptions _options;
-    const std::vector<std::string> _endings{".vertex.cg", ".fragment.cg"};
+    const std::vector<std::unique_ptr<ProgramFormat>> _formats;
+    std::vector<std::string> _endings;
 };
 
 } // namespace Mox::Host

@@ -1,5 +1,5 @@
-#include "mox/host/ChangeHistory.h"
 #include "mox/Text.h"
+#include "mox/host/ChangeHistory.h"
 #include "mox/host/GraphCopy.h"
 #include "mox/host/GraphResolver.h"
 #include "mox/host/MaterialLoader.h"
@@ -32,29 +32,41 @@ constexpr auto b = GuiPropertyKind::Bool;
 
 /// Some fit one type, some another, some none.
 constexpr Setting settings[] = {
-    {"Function", e, "Clamp"},         {"Function", e, "Blend"},
-    {"Function", e, "Lerp"},          {"Function", e, "Fresnel"},
-    {"Function", e, "Multiply"},      {"Vector Type", e, "Uv"},
-    {"Vector Type", e, "Vector"},     {"Vector Type", e, "Colour"},
-    {"Component Count", i, "2"},      {"Component Count", i, "4"},
-    {"Component Count", i, "7"},      {"Reverse", b, "true"},
-    {"Reverse", b, "false"},          {"Constant Type", e, "Scalar"},
-    {"Constant Type", e, "Vector"},   {"Constant Type", e, "Component"},
-    {"Alpha", b, "true"},             {"Alpha", b, "false"},
-    {"Colour Type", e, "Vector"},     {"Colour Type", e, "Normal"},
-    {"Colour Type", e, "Component"},  {"Texture Type", e, "1D"},
-    {"Mode", e, "Advanced"},          {"Mode", e, "Basic"},
-    {"Mode", e, "Screen"},            {"PositionX", GuiPropertyKind::Float, "-0"},
+    {"Function", e, "Clamp"},
+    {"Function", e, "Blend"},
+    {"Function", e, "Lerp"},
+    {"Function", e, "Fresnel"},
+    {"Function", e, "Multiply"},
+    {"Vector Type", e, "Uv"},
+    {"Vector Type", e, "Vector"},
+    {"Vector Type", e, "Colour"},
+    {"Component Count", i, "2"},
+    {"Component Count", i, "4"},
+    {"Component Count", i, "7"},
+    {"Reverse", b, "true"},
+    {"Reverse", b, "false"},
+    {"Constant Type", e, "Scalar"},
+    {"Constant Type", e, "Vector"},
+    {"Constant Type", e, "Component"},
+    {"Alpha", b, "true"},
+    {"Alpha", b, "false"},
+    {"Colour Type", e, "Vector"},
+    {"Colour Type", e, "Normal"},
+    {"Colour Type", e, "Component"},
+    {"Texture Type", e, "1D"},
+    {"Mode", e, "Advanced"},
+    {"Mode", e, "Basic"},
+    {"Mode", e, "Screen"},
+    {"PositionX", GuiPropertyKind::Float, "-0"},
     {"Name", GuiPropertyKind::String, " a\n\"b\""},
     {"Default Min", GuiPropertyKind::Float, "1e-45"},
     {"Description", GuiPropertyKind::String, "notes"},
     {"Default Colour", GuiPropertyKind::Colour, "0.1 nan -inf"},
 };
 
-constexpr const char* types[] = {"CoreMaths",   "CoreMaths",      "CoreLayerBlend",
-                                 "CoreSwizzle", "CoreConstant",   "CoreTexture",
-                                 "CoreTexture", "CoreAnimatedUv", "CoreUv",
-                                 "NoSuchType"};
+constexpr const char* types[] = {"CoreMaths",    "CoreMaths",   "CoreLayerBlend", "CoreSwizzle",
+                                 "CoreConstant", "CoreTexture", "CoreTexture",    "CoreAnimatedUv",
+                                 "CoreUv",       "NoSuchType"};
 
 /// Random changes of a graph, more or less sensible ones.
 class RandomEditor
@@ -131,10 +143,10 @@ private:
     {
         const MaterialGraph::Node& tail = AnyNode();
         const MaterialGraph::Node& head = AnyNode();
-        return {{AddEdge{{tail.Id, AnyPort(tail.Gui->OutputPorts), head.Id,
-                          AnyPort(head.Gui->InputPorts)},
-                         {},
-                         {}}}};
+        return {{AddEdge{
+            {tail.Id, AnyPort(tail.Gui->OutputPorts), head.Id, AnyPort(head.Gui->InputPorts)},
+            {},
+            {}}}};
     }
 
     GraphChange RemoveSomeEdge()
@@ -199,7 +211,7 @@ std::string ResolveAnew(MaterialGraph& graph)
 
 TEST(ChangeHistory, RandomEditsEndWhereTheyBegan)
 {
-    constexpr unsigned runs = 60;
+    constexpr unsigned runs = 30;
     constexpr int editsOfRun = 150;
     const unsigned firstSeed = FirstSeed();
     std::cout << "seeds from " << firstSeed << " (MOX_TEST_SEED)\n";

@@ -15,7 +15,7 @@ cd "$installed"
 for file in bin/mox lib*/libmox_materials.so lib*/libmox_host.a lib*/mox/mox_core.so \
     lib*/mox/mox_surface.so lib*/cmake/Mox/MoxConfig.cmake lib*/pkgconfig/mox.pc \
     include/mox/authoring/GuiNode.h include/mox/host/PluginSet.h share/man/man1/mox.1 \
-    share/mox/environment/environment.xml share/bash-completion/completions/mox; do
+    share/mox/environment/environment.xml share/mox/material.rng share/bash-completion/completions/mox; do
     [ -s "$file" ] || { echo "$file is missing"; exit 1; }
 done
 [ ! -e include/mox/nodes ] && [ ! -e include/mox/plugin ]

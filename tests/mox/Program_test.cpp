@@ -139,7 +139,7 @@ TEST(Program, NewNodesAndTheCatalogue)
     EXPECT_EQ(unknown.Status, 1);
     EXPECT_EQ(unknown.Text, "mox: no plug-in offers the type \"nothing\"\n");
     EXPECT_EQ(RunMox("new CoreUv --id \"$(printf '\\001')\"").Text,
-              "mox: the value of \"id\" has bytes that XML cannot hold\n");
+              "mox: cannot be written: attribute \"id\" has a character that XML cannot hold\n");
 
     ExpectGolden("mox/catalogue.txt", RunMox("catalogue").Text);
     const auto rows = nlohmann::json::parse(RunMox("catalogue --json").Text);

@@ -1,6 +1,7 @@
 #include "Commands.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
+#include "Targets.h"
 #include "mox/check/MaterialCheck.h"
 #include "mox/check/ProblemReport.h"
 #include "mox/host/MaterialFiles.h"
@@ -45,9 +46,10 @@ void Check(const CheckOptions& options, const CommonOptions& common)
     const auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()});
     const Host::PluginSet plugins = LoadPlugins(common);
     const Host::Environment environment = LoadEnvironment(options.Environment);
+    const auto proof = MakeProof();
     Host::ProblemList problems;
     for (const Host::MaterialFile& material : materials)
-        problems.Append(Host::CheckMaterial(material.Document, plugins, environment));
+        problems.Append(Host::CheckMaterial(material.Document, plugins, environment, proof.get()));
     std::cout << Format(problems.Problems(), options);
     if (problems.HasErrors() || (options.IsStrict && !problems.Problems().empty()))
         throw CLI::RuntimeError(failureStatus);

@@ -3,6 +3,7 @@
 #include "LoadPlugins.h"
 #include "ProgressBar.h"
 #include "StopOnSignal.h"
+#include "Targets.h"
 #include "mox/Text.h"
 #include "mox/host/Depfile.h"
 #include "mox/host/ExportBatch.h"
@@ -33,6 +34,8 @@ Examples:
       Print the result of one material.
   mox export materials extra/rim.xml -o shaders -j 8
       Export all materials of a folder, and one more, on eight threads.
+  mox export materials -o shaders --target cg,glsl,spirv
+      Write programs in several languages, with a file that says what stands where.
   mox export rim.xml -o shaders --depfile rim.d
       Tell Make or Ninja what shaders/rim.vertex.cg and rim.fragment.cg hang on.
   mox export materials -o shaders --depfile all.d --depfile-target all.stamp && touch all.stamp
@@ -46,6 +49,7 @@ struct ExportOptions
     unsigned Workers = std::max(1U, std::thread::hardware_concurrency());
     std::string Depfile;
     std::string DepfileTarget;
+    std::vector<std::string> Targets{"cg"};
     bool IsPlain = false;
     bool IsByContent = false;
     bool IsShaderGraph = false;
@@ -151,7 +155,8 @@ std::unique_ptr<Host::Exporter> MakeExporter(const ExportOptions& options,
     if (options.IsShaderGraph)
         return std::make_unique<Host::ShaderGraphExporter>(plugins, std::move(environment));
     return std::make_unique<Host::ProgramExporter>(plugins, std::move(environment),
-                                                   Host::ProgramOptions{!options.IsPlain});
+                                                   Host::ProgramOptions{!options.IsPlain},
+                                                   MakeFormats(options.Targets));
 }
 
 void Export(const ExportOptions& options, const CommonOptions& common)
@@ -197,6 +202,12 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
                      "Target to name in these rules instead of the outputs")
         ->type_name("FILE")
         ->needs(depfile);
+    command
+        ->add_option("--target", options->Targets,
+                     "Languages to write, with commas between them; cg otherwise")
+        ->type_name("LIST")
+        ->delimiter(',')
+        ->check(CLI::IsMember(TargetWords()));
     command->add_flag("--plain", options->IsPlain, "Without comments in the programs");
     command
         ->add_flag(

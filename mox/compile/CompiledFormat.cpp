@@ -1,0 +1,55 @@
+#include "mox/compile/CompiledFormat.h"
+
+#include "mox/Text.h"
+#include "mox/compile/Reflection.h"
+
+namespace Mox::Host {
+
+namespace {
+
+/// Of a file in the target's language, as other tools know it.
+const char* EndingOf(CompileTarget target)
+{
+    switch (target) {
+    case CompileTarget::Hlsl:
+        return "hlsl";
+    case CompileTarget::Glsl:
+        return "glsl";
+    case CompileTarget::GlslVulkan:
+        return "vulkan.glsl";
+    case CompileTarget::Essl:
+        return "essl";
+    case CompileTarget::Msl:
+        return "metal";
+    case CompileTarget::Spirv:
+        return "spv";
+    }
+    return "";
+}
+
+} // namespace
+
+CompiledFormat::CompiledFormat(std::vector<CompileTarget> targets) : _targets(std::move(targets))
+{
+    for (const CompileTarget target : _targets) {
+        for (const ProgramStage stage : {ProgramStage::Vertex, ProgramStage::Fragment})
+            _endings.push_back(Materials::Compose(".", GetStageName(stage), ".", EndingOf(target)));
+    }
+    _endings.emplace_back(".reflection.json");
+}
+
+std::vector<std::string> CompiledFormat::Write(const CgProgram& program, const std::string& file,
+                                               ProblemList& problems) const
+{
+    CompiledProgram compiled = _compiler.Compile(program, _targets, file, problems);
+    if (problems.HasErrors())
+        return {};
+    std::vector<std::string> texts;
+    const std::string reflection = FormatReflection(compiled);
+    for (TargetProgram& target : compiled.Programs)
+        texts.push_back(std::move(target.Bytes));
+    texts.push_back(reflection);
+    return texts;
+}
+
+} // namespace Mox::Host

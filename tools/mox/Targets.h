@@ -1,0 +1,22 @@
+#pragma once
+
+#include "mox/program/ProgramFormat.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Mox::Tool {
+
+/// The words that name what programs can be exported as: "cg", and the languages of the compiler if
+/// it is built in.
+std::vector<std::string> TargetWords();
+
+/// The formats of these words, in order and without doubles.
+std::vector<std::unique_ptr<Host::ProgramFormat>>
+MakeFormats(const std::vector<std::string>& words);
+
+/// A format that shows whether programs compile; empty if no compiler is built in.
+std::unique_ptr<Host::ProgramFormat> MakeProof();
+
+} // namespace Mox::Tool
