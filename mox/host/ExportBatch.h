@@ -15,7 +15,7 @@ enum class ExportLayout
 {
     ByMaterial, ///< each material has its own
     ByContent,  ///< equal programs lie once, in the folder "programs" beside the outputs, named
-               ///< after their content; a material has a file that names them
+                ///< after their content; a material has a file that names them
 };
 
 struct ExportJob

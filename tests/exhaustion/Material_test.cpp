@@ -6,13 +6,15 @@
 #include "mox/host/MaterialLoader.h"
 #include "mox/host/MaterialSaver.h"
 #include "mox/host/PluginSet.h"
+#include "mox/program/CgFormat.h"
 #include "mox/program/Environment.h"
 #include "mox/program/ProgramExporter.h"
 #include "tests/exhaustion/EveryAllocation.h"
 
 #include <filesystem>
 #include <fstream>
-#include <optional>
+#include <memory>
+#include <utility>
 
 using namespace Mox;
 using Materials::Compose;
@@ -122,8 +124,10 @@ TEST(MaterialExhaustion, MaterialsAreLoadedAndSaved)
 
 TEST(MaterialExhaustion, MaterialsAreExported)
 {
+    std::vector<std::unique_ptr<Host::ProgramFormat>> formats;
+    formats.push_back(std::make_unique<Host::CgFormat>());
     const Host::ProgramExporter exporter(Plugins(), Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER),
-                                         {true});
+                                         {true}, std::move(formats));
     ExpectResult([&] {
         const Host::ExportedMaterial exported = exporter.Export(example);
         exported.Problems.ThrowFirstError();

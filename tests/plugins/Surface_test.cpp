@@ -245,8 +245,8 @@ TEST_F(SurfaceTest, ExamplesWriteTheirSurface)
     for (const auto& [name, expected] : examples) {
         SCOPED_TRACE(name);
         Host::ProblemList problems;
-        const auto material = Host::OpenMaterial(MOX_TEST_DATA "/../examples/" + name + ".xml",
-                                                 Plugins(), problems);
+        const auto material =
+            Host::OpenMaterial(MOX_TEST_DATA "/../examples/" + name + ".xml", Plugins(), problems);
         Host::GeneratedShader shader;
         AddEnvironment(shader.Graph);
         Host::GenerateShaderGraph(material, shader, problems);
