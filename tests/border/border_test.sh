@@ -47,4 +47,5 @@ LD_LIBRARY_PATH=$work/installed/lib "$work/border-g++/host" "$work/checker.so"
 
 # Where a plug-in is installed beside the others, the program finds it by itself.
 cmake --install "$work/plugin-clang++" --prefix "$work/installed" >/dev/null
-"$work/installed/bin/mox" catalogue | grep -q '^Checker '
+"$work/installed/bin/mox" catalogue >"$work/catalogue"
+grep -q '^Checker ' "$work/catalogue"
