@@ -13,7 +13,7 @@ cpack --config "$build/CPackConfig.cmake" -B "$work/packages" >"$work/log" || { 
 
 machine=$work/machine
 mirror=$(sed -nE 's/^(URIs:|deb) *(\[.*\] *)?(https?:[^ ]+).*/\3/p' /etc/apt/sources.list \
-    /etc/apt/sources.list.d/* 2>/dev/null | head -1)
+    /etc/apt/sources.list.d/* 2>/dev/null | sed -n 1p || true)
 debootstrap --variant=minbase bookworm "$machine" "${mirror:-http://deb.debian.org/debian}" \
     >"$work/log" || { tail -20 "$work/log"; exit 1; }
 cp "$work"/packages/*.deb "$machine/root"
