@@ -56,13 +56,14 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME mox-materials)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION graphics)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS graphviz)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
   "Materials for shader programs\nThe program mox, its node types and what surrounds every material.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME mox-materials-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
   "mox-materials (= ${PROJECT_VERSION}), libboost-dev, libxml2-dev")
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "libpng-dev, libxpm-dev, nlohmann-json3-dev")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "libpng-dev, libxpm-dev, libxxhash-dev, nlohmann-json3-dev")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
   "Materials for shader programs: development files\nHeaders, libraries and build rules for plug-ins and hosts.")
 include(CPack)

@@ -4,13 +4,16 @@ set -euo pipefail
 
 packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-json3-dev
     libpng-dev libxpm-dev libxxhash-dev
-    glslang-dev spirv-headers spirv-tools libspirv-cross-c-shared-dev)
+    glslang-dev spirv-headers spirv-tools libspirv-cross-c-shared-dev
+    graphviz fonts-dejavu-core
+    libvulkan-dev mesa-vulkan-drivers libglm-dev libstb-dev libassimp-dev)
 case "${1:?build, test or full}" in
 build) ;;
 # locales-all: the tests run under a locale with a decimal comma.
-test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils clang-format) ;;
-full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils clang clang-format
-    clang-tidy abigail-tools debootstrap dpkg-dev pkgconf xz-utils) ;;
+test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
+    clang-format) ;;
+full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
+    clang clang-format clang-tidy abigail-tools debootstrap dpkg-dev pkgconf xz-utils) ;;
 *)
     echo "tools/setup.sh: unknown job \"$1\"" >&2
     exit 2

@@ -11,6 +11,7 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
+#include <algorithm>
 #include <memory>
 #include <new>
 #include <optional>
@@ -123,6 +124,20 @@ boost::shared_ptr<Binding> ReadBinding(xmlNodePtr element, const Place& where)
 
 } // namespace
 
+void ApplyValues(const DocumentBinding& values, Binding& binding)
+{
+    const XmlDocument document(xmlNewDoc(Bytes("1.0")), xmlFreeDoc);
+    if (!document)
+        throw std::bad_alloc();
+    xmlNodePtr element = Require(xmlNewNode(nullptr, Bytes(bindingElement)));
+    xmlDocSetRootElement(document.get(), element);
+    // What the document leaves out must stay, so it is laid over what the binding has.
+    binding.WriteXml(element);
+    for (const DocumentValue& value : values.Values)
+        SetXmlAttribute(element, value.Name, value.Value);
+    binding.ReadXml(element);
+}
+
 boost::shared_ptr<Material> CreateBindings(const MaterialGraph& graph)
 {
     auto material = boost::make_shared<Material>();
@@ -131,6 +146,15 @@ boost::shared_ptr<Material> CreateBindings(const MaterialGraph& graph)
             if (node.Gui->HasBinding())
                 node.Gui->CreateBindings(material);
         });
+    }
+    for (const DocumentBinding& values : graph.Bindings) {
+        const auto binding = std::find_if(
+            material->Bindings.begin(), material->Bindings.end(), [&](const auto& candidate) {
+                return candidate->tag == values.Tag &&
+                       candidate->GetStreamTypeName() == values.Stream;
+            });
+        if (binding != material->Bindings.end())
+            CallLibrary({{}, values.Line, {}, {}}, [&] { ApplyValues(values, **binding); });
     }
     return material;
 }

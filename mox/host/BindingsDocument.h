@@ -10,7 +10,12 @@
 
 namespace Mox::Host {
 
-/// The run-time parameters of a material, in the order of its nodes.
+/// Lays values of a document over those of a binding; what the document leaves out stays.
+/// @throws ShaderError if a value is none that the binding's reader takes
+void ApplyValues(const DocumentBinding& values, Materials::Binding& binding);
+
+/// The run-time parameters of a material, in the order of its nodes, with the document's own values
+/// on them.
 /// @throws HostError naming the node that fails
 boost::shared_ptr<Materials::Material> CreateBindings(const MaterialGraph& graph);
 

@@ -82,7 +82,8 @@ private:
     {
         try {
             MadeNode made = _graph.Maker().Make(type, where);
-            if (made.IsPlaceholder) {
+            // A document without the type has been reported by its reader.
+            if (made.IsPlaceholder && !type.empty()) {
                 _problems.Warn("unknown-type", where,
                                Compose("no plug-in offers the type \"", type, "\""));
             }

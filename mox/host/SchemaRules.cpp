@@ -53,6 +53,7 @@ std::vector<std::string> Quote(std::vector<std::string> words)
 std::vector<std::string> NamesOf(const std::vector<AttributeRule>& rules)
 {
     std::vector<std::string> names;
+    names.reserve(rules.size());
     for (const AttributeRule& rule : rules)
         names.push_back(rule.Name);
     return names;

@@ -15,7 +15,7 @@ record=mox_materials.$version.abi.xz
 # Types are read from debugging information, and one compiler is to describe them.
 cmake -G Ninja -S "$source" -B "$work/build" -DCMAKE_CXX_COMPILER=g++ -DCMAKE_BUILD_TYPE=Debug \
     -DCMAKE_CXX_FLAGS="-ffile-prefix-map=$source/=" -DMOX_BUILD_TESTS=OFF \
-    -DMOX_BUILD_COMPILER=OFF >"$work/log" && cmake --build "$work/build" --target mox_materials \
+    -DMOX_BUILD_COMPILER=OFF -DMOX_BUILD_PICTURES=OFF -DMOX_BUILD_PREVIEW=OFF >"$work/log" && cmake --build "$work/build" --target mox_materials \
     >>"$work/log" || { cat "$work/log"; exit 1; }
 abidw --headers-dir "$source/mox" --drop-private-types --no-show-locs --no-corpus-path \
     --no-comp-dir-path --suppressions suppressions.ini \

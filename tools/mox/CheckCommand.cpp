@@ -13,9 +13,9 @@ namespace Mox::Tool {
 namespace {
 
 constexpr const char* footer =
-    R"(A folder stands for every material in it and below. All problems of a material are
-found in one go. The exit status is 1 if there is an error, or with --strict a
-warning, and 0 otherwise.
+    R"(A folder stands for every material in it and below. All problems of a
+material are found in one go. The exit status is 1 if there is an error, or
+with --strict a warning, and 0 otherwise.
 
 Examples:
   mox check rim.xml

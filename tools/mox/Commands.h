@@ -22,7 +22,10 @@ void AddCatalogueCommand(CLI::App& program, const CommonOptions& common);
 void AddCheckCommand(CLI::App& program, const CommonOptions& common);
 void AddDiffCommand(CLI::App& program, const CommonOptions& common);
 void AddExportCommand(CLI::App& program, const CommonOptions& common);
+void AddFormatCommand(CLI::App& program);
+void AddGraphCommand(CLI::App& program, const CommonOptions& common);
 void AddNewCommand(CLI::App& program, const CommonOptions& common);
+void AddPreviewCommand(CLI::App& program, const CommonOptions& common);
 
 /// These two write down the command line itself, so they see all that is in it when they run.
 void AddCompletionCommand(CLI::App& program);

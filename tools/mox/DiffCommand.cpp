@@ -10,7 +10,8 @@ namespace {
 
 constexpr const char* footer =
     R"(The order of nodes, edges and properties does not count, nor how a number is
-written. The exit status is 0 if the materials mean the same and 1 if they differ.
+written. The exit status is 0 if the materials mean the same and 1 if they
+differ.
 
 Examples:
   mox diff old/rim.xml new/rim.xml

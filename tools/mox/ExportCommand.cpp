@@ -1,6 +1,7 @@
 #include "Commands.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
+#include "ProblemMessage.h"
 #include "ProgressBar.h"
 #include "StopOnSignal.h"
 #include "Targets.h"
@@ -55,12 +56,6 @@ struct ExportOptions
     bool IsShaderGraph = false;
     std::string Environment;
 };
-
-std::string FormatMessage(const Host::Problem& problem)
-{
-    return Compose("mox: ", problem.Level == Host::Severity::Warning ? "warning: " : "",
-                   problem.Format());
-}
 
 void ExportToOutput(const Host::Exporter& exporter, const std::filesystem::path& document)
 {

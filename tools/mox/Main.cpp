@@ -41,9 +41,16 @@ int main(int argc, char** argv)
     AddExportCommand(program, common);
     AddCheckCommand(program, common);
     AddDiffCommand(program, common);
+    AddFormatCommand(program);
     AddBindingsCommand(program, common);
     AddCatalogueCommand(program, common);
+#ifdef MOX_HAS_PICTURES
+    AddGraphCommand(program, common);
+#endif
     AddNewCommand(program, common);
+#ifdef MOX_HAS_PREVIEW
+    AddPreviewCommand(program, common);
+#endif
     AddCompletionCommand(program);
     AddManualCommand(program);
     program.footer(footer); // commands would inherit it if it came before them

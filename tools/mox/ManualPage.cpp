@@ -76,7 +76,7 @@ std::string FormatArgument(const ArgumentHelp& argument)
         names += " " + Italic(argument.Value);
     std::string choices;
     for (const std::string& choice : argument.Choices)
-        choices += (choices.empty() ? "; one of " : ", ") + Bold(choice);
+        choices += (choices.empty() ? ";\none of\n" : ",\n") + Bold(choice);
     return Compose(".TP\n", names, "\n", Escape(Wrap(argument.Text)), choices, ".\n");
 }
 

@@ -1,0 +1,159 @@
+#include "mox/pictures/Graphviz.h"
+
+#include "mox/Text.h"
+#include "mox/host/File.h"
+#include "mox/host/HostError.h"
+
+#include <boost/archive/iterators/base64_from_binary.hpp>
+#include <boost/archive/iterators/transform_width.hpp>
+#include <boost/noncopyable.hpp>
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <vector>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+namespace fs = std::filesystem;
+
+/// An empty folder that goes with the object.
+class TemporaryFolder : private boost::noncopyable
+{
+public:
+    TemporaryFolder()
+    {
+        std::string name = fs::temp_directory_path() / "mox-XXXXXX";
+        if (!mkdtemp(name.data()))
+            throw HostError({name, 0, {}, {}}, Compose("cannot be created: ", strerror(errno)));
+        _path = name;
+    }
+
+    ~TemporaryFolder()
+    {
+        std::error_code ignored;
+        fs::remove_all(_path, ignored);
+    }
+
+    fs::path operator/(const std::string& name) const { return _path / name; }
+    const fs::path& Path() const { return _path; }
+
+private:
+    fs::path _path;
+};
+
+void WriteText(const fs::path& file, const std::string& text)
+{
+    std::ofstream stream(file, std::ios::binary);
+    stream << text;
+    stream.close();
+    if (!stream)
+        throw HostError({file.string(), 0, {}, {}}, "cannot be written");
+}
+
+/// Runs a program without input; what it prints goes to a file.
+/// @returns its exit status, or 128 and the number of the signal that ended it
+int RunProgram(std::vector<std::string> arguments, const fs::path& messages)
+{
+    std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
+    for (std::string& argument : arguments)
+        pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    posix_spawn_file_actions_t files;
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, messages.c_str(),
+                                     O_WRONLY | O_CREAT | O_APPEND, 0600);
+    posix_spawn_file_actions_adddup2(&files, STDOUT_FILENO, STDERR_FILENO);
+    pid_t child = 0;
+    const int error =
+        posix_spawnp(&child, pointers.front(), &files, nullptr, pointers.data(), environ);
+    posix_spawn_file_actions_destroy(&files);
+    if (error != 0)
+        throw HostError({}, Compose("\"", arguments.front(), "\" cannot run: ", strerror(error)));
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0) {
+        if (errno != EINTR)
+            throw std::system_error(errno, std::generic_category(), "waitpid");
+    }
+    constexpr int signalStatus = 128;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : signalStatus + WTERMSIG(status);
+}
+
+/// Raises what went wrong when Graphviz ran under "env" and "timeout".
+void RequireSuccess(int status, const fs::path& messages)
+{
+    constexpr int timedOut = 124;
+    constexpr int killed = 137;
+    constexpr int notFound = 127;
+    if (status == 0)
+        return;
+    if (status == notFound)
+        throw HostError({}, "the program \"dot\" of Graphviz, which draws pictures, is not there");
+    if (status == timedOut || status == killed)
+        throw HostError({}, "Graphviz is not done with the drawing in two minutes");
+    const std::string text = ReadFile(messages);
+    throw HostError({}, Compose("Graphviz cannot draw the graph: status ", status, " ",
+                                text.substr(0, text.find('\n'))));
+}
+
+std::string EncodeBase64(const std::string& bytes)
+{
+    using namespace boost::archive::iterators;
+    using Digits = base64_from_binary<transform_width<std::string::const_iterator, 6, 8>>;
+    std::string text(Digits(bytes.begin()), Digits(bytes.end()));
+    text.append((3 - bytes.size() % 3) % 3, '=');
+    return text;
+}
+
+/// Puts images in the place of the names of their files. No text of a drawing can look like the
+/// start of an element.
+std::string EmbedImages(const std::string& svg, const TemporaryFolder& folder)
+{
+    constexpr std::string_view opening = "<image xlink:href=\"";
+    std::string embedded;
+    std::size_t done = 0;
+    for (std::size_t start = 0; (start = svg.find(opening, done)) != std::string::npos;) {
+        start += opening.size();
+        const std::size_t end = svg.find('"', start);
+        const std::string file = svg.substr(start, end - start);
+        embedded += Compose(std::string_view(svg).substr(done, start - done),
+                            "data:image/png;base64,", EncodeBase64(ReadFile(folder / file)));
+        done = end;
+    }
+    return embedded + svg.substr(done);
+}
+
+} // namespace
+
+std::string RenderPicture(const Drawing& drawing, PictureFormat format)
+{
+    constexpr std::size_t maxDotSize = std::size_t(32) << 20; // takes longer than anyone waits
+    if (drawing.Dot.size() > maxDotSize)
+        throw HostError({}, "the graph is too large to be drawn");
+    const TemporaryFolder folder;
+    WriteText(folder / "drawing.dot", drawing.Dot);
+    for (const auto& [file, image] : drawing.Images)
+        WritePng(image, folder / file);
+    const bool isSvg = format == PictureFormat::Svg;
+    const fs::path messages = folder / "messages";
+    // The locale would make commas of the points in numbers.
+    RequireSuccess(RunProgram({"env", "--chdir=" + folder.Path().string(), "LC_ALL=C", "timeout",
+                               "--kill-after=5", "2m", "dot", isSvg ? "-Tsvg" : "-Tpng", "-o",
+                               "drawn", "drawing.dot"},
+                              messages),
+                   messages);
+    std::string drawn = ReadFile(folder / "drawn");
+    return isSvg ? EmbedImages(drawn, folder) : drawn;
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,321 @@
+#include "mox/pictures/MaterialPicture.h"
+
+#include "mox/Text.h"
+#include "mox/host/Icon.h"
+#include "mox/pictures/DotText.h"
+#include "mox/pictures/PictureStyle.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+using Materials::GuiNode;
+using Materials::GuiPort;
+
+constexpr float titleSize = 11;
+constexpr float portSize = 9;
+constexpr float smallSize = 8;
+constexpr float mutedShare = 0.25f; ///< of the background in text that is less important
+constexpr float lineShare = 0.45f;  ///< of black in lines around a background
+
+/// A port as it is drawn.
+struct DrawnPort
+{
+    std::string Name;
+    std::string Label;
+    std::string Type; ///< with a question mark for what is not known
+    bool IsConflict = false;
+    bool IsConnected = false;
+};
+
+struct DrawnNode
+{
+    std::string Name; ///< in the text
+    const MaterialGraph::Node* Node;
+    std::vector<DrawnPort> Inputs;
+    std::vector<DrawnPort> Outputs;
+};
+
+std::string FormatPortType(const GuiPort& port)
+{
+    std::string precision = "?";
+    if (port.PrecisionKnown) {
+        try {
+            precision = GetComponentName(port.Precision);
+        } catch (const ShaderError&) {
+            // a node may set what is no precision
+        }
+    }
+    if (port.PrecisionKnown && port.CountKnown && port.ComponentCount == 1)
+        return precision;
+    const std::string count = port.CountKnown ? Compose(port.ComponentCount) : "?";
+    return precision == count ? "?" : precision + count;
+}
+
+std::vector<DrawnPort> DrawnPortsOf(const std::vector<GuiPort>& ports)
+{
+    std::vector<DrawnPort> drawn;
+    drawn.reserve(ports.size());
+    for (const GuiPort& port : ports) {
+        drawn.push_back({port.Name, port.Label.empty() ? port.Name : port.Label,
+                         FormatPortType(port), port.CountConflict});
+    }
+    return drawn;
+}
+
+/// Position of a port, which is added if the node has none of that name.
+std::size_t FindOrAddPort(std::vector<DrawnPort>& ports, const std::string& name)
+{
+    const auto port = std::find_if(ports.begin(), ports.end(), [&](const DrawnPort& candidate) {
+        return candidate.Name == name;
+    });
+    const auto index = static_cast<std::size_t>(port - ports.begin());
+    if (port == ports.end())
+        ports.push_back({name, name, "?"});
+    ports[index].IsConnected = true;
+    return index;
+}
+
+std::string TitleOf(const MaterialGraph::Node& node)
+{
+    try {
+        return node.Gui->GetTitle();
+    } catch (const ShaderError&) {
+        return node.Id;
+    }
+}
+
+class MaterialDrawing
+{
+public:
+    MaterialDrawing(const MaterialGraph& graph, const ProblemList& problems,
+                    const std::map<std::string, Picture>& images)
+        : _graph(graph), _marks(problems), _images(images)
+    {
+        for (const MaterialGraph::Node& node : graph.Nodes()) {
+            _index.emplace(node.Gui.get(), _nodes.size());
+            _nodes.push_back({Compose("n", _nodes.size() + 1), &node,
+                              DrawnPortsOf(node.Gui->InputPorts),
+                              DrawnPortsOf(node.Gui->OutputPorts)});
+        }
+    }
+
+    Drawing Draw()
+    {
+        // Edges first: they settle which ports there are.
+        std::string edges;
+        for (const auto& edge : _graph.Edges())
+            edges += DrawEdge(*edge.Gui);
+        std::unordered_set<std::string> ids;
+        for (const DrawnNode& node : _nodes)
+            ids.insert(node.Node->Id);
+        _drawing.Dot = OpenDot() + FormatCaption(_marks.Elsewhere(ids));
+        for (const DrawnNode& node : _nodes)
+            _drawing.Dot += DrawNode(node);
+        _drawing.Dot += edges;
+        for (const DrawnNode& node : _nodes)
+            _drawing.Dot += DrawReferences(node);
+        _drawing.Dot += "}\n";
+        return std::move(_drawing);
+    }
+
+private:
+    std::string DrawEdge(const Materials::GuiEdge& edge)
+    {
+        DrawnNode* tail = Find(edge.Tail.lock().get());
+        DrawnNode* head = Find(edge.Head.lock().get());
+        if (!tail || !head)
+            return {};
+        const std::size_t output = FindOrAddPort(tail->Outputs, edge.TailPort);
+        const std::size_t input = FindOrAddPort(head->Inputs, edge.HeadPort);
+        const ProblemMark mark = MarkOf(*head, head->Inputs[input]);
+        std::string attributes =
+            Compose("tooltip=", QuoteTooltip(Compose(tail->Node->Id, ".", edge.TailPort, " -> ",
+                                                     head->Node->Id, ".", edge.HeadPort)));
+        if (mark.IsProblem && mark.Level == Severity::Error)
+            attributes += Compose(", color=\"", LineColourOf(mark.Level).Format(), "\"");
+        return Compose("  ", tail->Name, ":o", output, ":e -> ", head->Name, ":i", input, ":w [",
+                       attributes, "]\n");
+    }
+
+    /// Lines from the nodes that a node refers to. They have no influence on the layout.
+    std::string DrawReferences(const DrawnNode& node)
+    {
+        std::string lines;
+        for (const auto& property : node.Node->Gui->Properties->Properties) {
+            const DrawnNode* target = Find(property->Node.get());
+            if (!target)
+                continue;
+            lines += Compose("  ", target->Name, " -> ", node.Name,
+                             " [style=dotted, arrowhead=vee, constraint=false, tooltip=",
+                             QuoteTooltip(Compose(node.Node->Id, ": ", property->Name)), "]\n");
+        }
+        return lines;
+    }
+
+    DrawnNode* Find(const GuiNode* node)
+    {
+        const auto entry = _index.find(node);
+        return entry == _index.end() ? nullptr : &_nodes[entry->second];
+    }
+
+    /// Counts that do not agree show even if nobody has reported them.
+    ProblemMark MarkOf(const DrawnNode& node, const DrawnPort& port) const
+    {
+        ProblemMark mark = _marks.OfPort(node.Node->Id, port.Name);
+        if (port.IsConflict && mark.Level != Severity::Error) {
+            mark.IsProblem = true;
+            mark.Level = Severity::Error;
+        }
+        return mark;
+    }
+
+    std::string DrawNode(const DrawnNode& node)
+    {
+        const GuiNode& gui = *node.Node->Gui;
+        const ProblemMark& mark = _marks.OfNode(node.Node->Id);
+        const Colour background = BackgroundOf(gui);
+        const Colour line =
+            mark.IsProblem ? LineColourOf(mark.Level) : Mix(background, {0, 0, 0}, lineShare);
+        std::string tooltip = gui.Describe();
+        if (const std::string& text = gui.Description->Text; !text.empty())
+            tooltip += "\n" + text;
+        if (mark.IsProblem)
+            tooltip += "\n" + mark.Text;
+        std::string table =
+            Compose("<TABLE BORDER=\"", mark.IsProblem ? 3 : 1,
+                    "\" CELLBORDER=\"0\" CELLSPACING=\"0\" ", "CELLPADDING=\"3\" STYLE=\"ROUNDED",
+                    node.Node->IsPlaceholder ? ",DASHED" : "", "\" COLOR=\"", line.Format(),
+                    "\" BGCOLOR=\"", background.Format(), "\">", DrawHeader(node));
+        const std::size_t rows = std::max(node.Inputs.size(), node.Outputs.size());
+        if (rows > 0)
+            table += "<HR/>";
+        for (std::size_t i = 0; i < rows; ++i) {
+            table += Compose("<TR>", DrawPort(node, node.Inputs, i, 'i'), "<TD></TD>",
+                             DrawPort(node, node.Outputs, i, 'o'), "</TR>");
+        }
+        table += FormatProblemRow(mark) + "</TABLE>";
+        return Compose("  ", node.Name, " [tooltip=", QuoteTooltip(tooltip), ", label=<", table,
+                       ">]\n");
+    }
+
+    std::string DrawHeader(const DrawnNode& node)
+    {
+        const GuiNode& gui = *node.Node->Gui;
+        const Colour text = TextColourOf(gui);
+        const Colour muted = MutedColourOf(gui);
+        // Room to spare is shared out among the columns: these keep icon and title together.
+        constexpr const char* filler = "<TD COLSPAN=\"12\"></TD>";
+        std::string id = EscapeLabel(Shorten(node.Node->Id, maxNameLength));
+        if (node.Node->IsPlaceholder)
+            id += Compose(" (", EscapeLabel(Shorten(gui.GetType(), maxNameLength)), ")");
+        const std::string title = EscapeLabel(Shorten(TitleOf(*node.Node), maxNameLength));
+        return Compose("<TR><TD COLSPAN=\"3\" ALIGN=\"LEFT\"><TABLE BORDER=\"0\" CELLBORDER=\"0\" "
+                       "CELLSPACING=\"0\" CELLPADDING=\"2\"><TR>",
+                       DrawImage(node), "<TD ALIGN=\"LEFT\" BALIGN=\"LEFT\">",
+                       FontText(titleSize, text, Compose("<B>", title, "</B>")), "<BR/>",
+                       FontText(smallSize, muted, id), "</TD>", filler, "</TR></TABLE></TD></TR>");
+    }
+
+    std::string DrawImage(const DrawnNode& node)
+    {
+        const auto image = _images.find(node.Node->Id);
+        if (image == _images.end() || image->second.Width == 0 || image->second.Height == 0)
+            return {};
+        constexpr float pointsPerPixel = 0.75f;
+        constexpr float maxSide = 96;
+        const auto width = static_cast<float>(image->second.Width) * pointsPerPixel;
+        const auto height = static_cast<float>(image->second.Height) * pointsPerPixel;
+        const float scale = std::min(1.0f, maxSide / std::max(width, height));
+        const std::string file = node.Name + ".png";
+        _drawing.Images.emplace(file, image->second);
+        return Compose("<TD FIXEDSIZE=\"TRUE\" CELLPADDING=\"0\" WIDTH=\"", width * scale,
+                       "\" HEIGHT=\"", height * scale, "\"><IMG SCALE=\"TRUE\" SRC=\"", file,
+                       "\"/></TD>");
+    }
+
+    /// One cell of a port's row; it is empty where one side has fewer ports.
+    std::string DrawPort(const DrawnNode& node, const std::vector<DrawnPort>& ports,
+                         std::size_t index, char side) const
+    {
+        if (index >= ports.size())
+            return "<TD></TD>";
+        const DrawnPort& port = ports[index];
+        const ProblemMark mark = MarkOf(node, port);
+        const GuiNode& gui = *node.Node->Gui;
+        const Colour text = mark.IsProblem ? LineColourOf(mark.Level) : TextColourOf(gui);
+        const Colour muted = mark.IsProblem ? LineColourOf(mark.Level) : MutedColourOf(gui);
+        const std::string pin = port.IsConnected ? "●" : "○";
+        const std::string label = EscapeLabel(Shorten(port.Label, maxNameLength));
+        const std::string type = FontText(smallSize, muted, port.Type);
+        const bool isInput = side == 'i';
+        const std::string row =
+            isInput ? FontText(portSize, text, Compose(pin, " ", label, " ")) + type
+                    : type + FontText(portSize, text, Compose(" ", label, " ", pin));
+        std::string tooltip = port.Name;
+        if (mark.IsProblem && !mark.Text.empty())
+            tooltip += "\n" + mark.Text;
+        return Compose(
+            "<TD PORT=\"", std::string(1, side), index, "\" ALIGN=\"",
+            side == 'i' ? "LEFT" : "RIGHT", "\" HREF=\"\" TITLE=\"", EscapeTooltip(tooltip), "\"",
+            mark.IsProblem ? Compose(" BGCOLOR=\"", AreaColourOf(mark.Level).Format(), "\"") : "",
+            ">", row, "</TD>");
+    }
+
+    /// The background as it looks on a white page.
+    static Colour BackgroundOf(const GuiNode& node)
+    {
+        const float* colour = node.BackgroundColour;
+        return Mix({1, 1, 1}, {colour[0], colour[1], colour[2]}, std::clamp(colour[3], 0.0f, 1.0f));
+    }
+
+    static Colour TextColourOf(const GuiNode& node)
+    {
+        const float* colour = node.ForegroundColour;
+        return ReadableOn(BackgroundOf(node), {colour[0], colour[1], colour[2]});
+    }
+
+    static Colour MutedColourOf(const GuiNode& node)
+    {
+        return ReadableOn(BackgroundOf(node),
+                          Mix(TextColourOf(node), BackgroundOf(node), mutedShare));
+    }
+
+    const MaterialGraph& _graph;
+    ProblemMarks _marks;
+    const std::map<std::string, Picture>& _images;
+    std::vector<DrawnNode> _nodes;
+    std::unordered_map<const GuiNode*, std::size_t> _index;
+    Drawing _drawing;
+};
+
+} // namespace
+
+std::map<std::string, Picture> IconsOfNodes(const MaterialGraph& graph, const PluginSet& plugins)
+{
+    std::unordered_map<std::string, const char* const*> tables;
+    for (const Plugin& plugin : plugins.Plugins()) {
+        for (const auto& row : plugin.Descriptions())
+            tables.emplace(row.TypeName, row.Icon);
+    }
+    std::map<std::string, Picture> icons;
+    for (const MaterialGraph::Node& node : graph.Nodes()) {
+        const auto table = tables.find(node.Gui->GetType());
+        if (table != tables.end() && table->second)
+            icons.emplace(node.Id, DecodeXpm(table->second));
+    }
+    return icons;
+}
+
+Drawing DrawMaterial(const MaterialGraph& graph, const ProblemList& problems,
+                     const std::map<std::string, Picture>& images)
+{
+    return MaterialDrawing(graph, problems, images).Draw();
+}
+
+} // namespace Mox::Host

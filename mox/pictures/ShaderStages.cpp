@@ -1,0 +1,159 @@
+#include "mox/pictures/ShaderStages.h"
+
+#include "mox/Text.h"
+#include "mox/program/InterpolantPacking.h"
+
+#include <string_view>
+#include <vector>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+bool IsInterface(const ShaderNode& node)
+{
+    return node.Kind == ShaderNodeKind::InterfaceParameter;
+}
+
+} // namespace
+
+ShaderStages::ShaderStages(const GeneratedShader& shader, ProblemList& problems)
+{
+    if (problems.HasErrors())
+        return;
+    _program.emplace(shader.Graph, shader.Origins, problems);
+    if (problems.HasErrors())
+        return;
+    MakePlan(shader, problems);
+    for (std::size_t i = 0; i < _program->Nodes().size(); ++i)
+        _index.emplace(_program->Nodes()[i].Shader, i);
+    CollectReadNames();
+}
+
+void ShaderStages::MakePlan(const GeneratedShader& shader, ProblemList& problems)
+{
+    // Copies are handed on only if there is room for them.
+    ProblemList found;
+    _plan.emplace(*_program, shader.Origins, StagePlan::Copies::HandedOn, found);
+    if (!LayOutRegisters()) {
+        found = {};
+        _plan.emplace(*_program, shader.Origins, StagePlan::Copies::MadeTwice, found);
+        LayOutRegisters();
+    }
+    for (const Problem& problem : found.Problems())
+        problems.Fail(problem.Rule, problem.Where, problem.Message);
+}
+
+bool ShaderStages::LayOutRegisters()
+{
+    constexpr std::string_view components = "xyzw";
+    std::vector<std::int32_t> widths;
+    for (const ProgramValue& value : _plan->Crossing()) {
+        const std::int32_t width = _program->PortOf(value).Type.Columns;
+        if (width < 1 || width > static_cast<std::int32_t>(components.size()))
+            return false;
+        widths.push_back(width);
+    }
+    const std::vector<InterpolantSlot> slots = PackInterpolants(widths);
+    const ShaderRegisterInfo& info = GetRegisterInfo(ShaderRegisterType::FragmentTexCoord);
+    auto slot = slots.begin();
+    _registers.clear();
+    for (const ProgramValue& value : _plan->Crossing()) {
+        if (slot->Register >= info.Count) {
+            _registers.clear();
+            return false;
+        }
+        const auto width = static_cast<std::size_t>(_program->PortOf(value).Type.Columns);
+        const auto start = static_cast<std::size_t>(slot->Component);
+        const ShaderRegister place(ShaderRegisterType::FragmentTexCoord, slot->Register);
+        _registers.emplace(value,
+                           Compose(place.FormatRegister(), ".", components.substr(start, width)));
+        ++slot;
+    }
+    return true;
+}
+
+void ShaderStages::CollectReadNames()
+{
+    // Back from every node of the program through chains of names.
+    struct Reader
+    {
+        const ShaderNode* Node;
+        bool IsInFragment;
+    };
+    std::vector<Reader> readers;
+    for (std::size_t i = 0; i < _program->Nodes().size(); ++i)
+        readers.push_back({_program->Nodes()[i].Shader, _plan->InFragment(i)});
+    while (!readers.empty()) {
+        const Reader reader = readers.back();
+        readers.pop_back();
+        for (const auto& weak : reader.Node->InEdges) {
+            const ShaderEdgeHandle edge = weak.lock();
+            const ShaderNodeHandle name = edge ? edge->Tail.lock() : nullptr;
+            if (!name || !IsInterface(*name))
+                continue;
+            const bool isNew = _read.insert(name.get()).second;
+            const bool isNewInFragment =
+                reader.IsInFragment && _readInFragment.insert(name.get()).second;
+            if (isNew || isNewInFragment)
+                readers.push_back({name.get(), reader.IsInFragment});
+        }
+    }
+}
+
+DrawnStage ShaderStages::StageOf(const ShaderNode& node) const
+{
+    if (!IsKnown())
+        return DrawnStage::None;
+    const auto entry = _index.find(&node);
+    if (entry == _index.end())
+        return _read.contains(&node) ? DrawnStage::None : DrawnStage::Dead;
+    const bool isInVertex = _plan->InVertex(entry->second);
+    const bool isInFragment = _plan->InFragment(entry->second);
+    if (isInVertex && isInFragment)
+        return DrawnStage::Both;
+    return isInVertex ? DrawnStage::Vertex : DrawnStage::Fragment;
+}
+
+std::optional<std::string> ShaderStages::CrossingOf(const ShaderEdge& edge) const
+{
+    const ShaderNodeHandle head = edge.Head.lock();
+    if (!IsKnown() || !head)
+        return std::nullopt;
+    const auto reader = _index.find(head.get());
+    const bool isReadInFragment = reader == _index.end() ? _readInFragment.contains(head.get())
+                                                         : _plan->InFragment(reader->second);
+    const std::optional<ProgramValue> value =
+        isReadInFragment ? ValueOf(edge) : std::optional<ProgramValue>();
+    if (!value)
+        return std::nullopt;
+    const ProgramValue source = _plan->SourceOf(*value);
+    if (!_plan->Crossing().contains(source))
+        return std::nullopt;
+    const ShaderNodeHandle tail = edge.Tail.lock();
+    const auto place = _registers.find(source);
+    return place == _registers.end() || IsInterface(*tail) ? "" : place->second;
+}
+
+/// What the edge hands on, looked for through chains of names.
+std::optional<ProgramValue> ShaderStages::ValueOf(const ShaderEdge& edge) const
+{
+    ShaderNodeHandle tail = edge.Tail.lock();
+    std::string port = edge.TailPort;
+    while (tail && IsInterface(*tail)) {
+        // What the program reads runs in no circle, so this ends.
+        const ShaderEdgeHandle write =
+            tail->InEdges.empty() ? nullptr : tail->InEdges.front().lock();
+        port = write ? write->TailPort : "";
+        tail = write ? write->Tail.lock() : nullptr;
+    }
+    const auto entry = _index.find(tail.get());
+    const std::int32_t index = tail ? tail->FindOutputPort(port) : -1;
+    if (entry == _index.end() || index < 0)
+        return std::nullopt;
+    return ProgramValue{entry->second, static_cast<std::size_t>(index)};
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,136 @@
+#include "Commands.h"
+#include "LoadEnvironment.h"
+#include "LoadPlugins.h"
+#include "ProblemMessage.h"
+#include "mox/Text.h"
+#include "mox/check/MaterialCheck.h"
+#include "mox/host/AtomicFile.h"
+#include "mox/host/OpenMaterial.h"
+#include "mox/pictures/Graphviz.h"
+#include "mox/pictures/MaterialPicture.h"
+#include "mox/pictures/ShaderPicture.h"
+#include "mox/program/MaterialProgram.h"
+
+#include <filesystem>
+#include <iostream>
+
+namespace Mox::Tool {
+
+namespace {
+
+constexpr const char* footer =
+    R"(A material with errors is drawn as far as it goes. What is wrong is red, and
+amber where it is only a warning.
+
+Examples:
+  mox graph rim.xml -o rim.svg
+      Draw the nodes and edges of a material, with the types at the ports.
+  mox graph rim.xml --shader -o rim.png
+      Draw the functions that it becomes, in the stages in which they run.
+  mox graph rim.xml | dot -Tpdf -o rim.pdf
+      Have it drawn in any other format of Graphviz, without icons.
+)";
+
+struct GraphOptions
+{
+    std::string File;
+    std::string Output; ///< empty for standard output
+    std::string Format; ///< empty for that of the output's name
+    std::string Environment;
+    bool IsShader = false;
+};
+
+/// The word for a format.
+std::string FormatOf(const GraphOptions& options)
+{
+    if (!options.Format.empty())
+        return options.Format;
+    if (options.Output.empty())
+        return "dot";
+    const std::string extension = std::filesystem::path(options.Output).extension();
+    for (const char* format : {"svg", "png", "dot"}) {
+        if (extension == std::string(".") + format)
+            return format;
+    }
+    throw CLI::ValidationError("--output",
+                               "the name of the file must end in .svg, .png or .dot, unless "
+                               "--format is given");
+}
+
+/// Images are left out of text: it could only name files that are not there.
+Host::Drawing DrawNodes(const Host::MaterialGraph& graph, const Host::PluginSet& plugins,
+                        bool withImages, const Host::ProblemList& problems)
+{
+    return Host::DrawMaterial(graph, problems,
+                              withImages ? Host::IconsOfNodes(graph, plugins)
+                                         : std::map<std::string, Host::Picture>());
+}
+
+Host::Drawing DrawFunctions(const Host::MaterialGraph& graph, const Host::Environment& environment,
+                            Host::ProblemList& problems)
+{
+    Host::GeneratedShader shader;
+    Host::CompleteShader(graph, environment, shader, problems);
+    return Host::DrawShader(shader, problems);
+}
+
+void Write(const std::string& bytes, const std::string& output)
+{
+    if (output.empty())
+        std::cout << bytes;
+    else
+        Host::WriteIfChanged(output, bytes);
+}
+
+void PrintGraph(const GraphOptions& options, const CommonOptions& common)
+{
+    const std::string format = FormatOf(options);
+    const Host::PluginSet plugins = LoadPlugins(common);
+    const Host::Environment environment = LoadEnvironment(options.Environment);
+    Host::ProblemList problems;
+    const Host::MaterialGraph graph = Host::OpenMaterial(options.File, plugins, problems);
+    if (graph.Nodes().size() == 0)
+        problems.ThrowFirstError(); // there is nothing to draw
+    if (!options.IsShader)
+        problems = Host::CheckMaterial(options.File, plugins, environment, nullptr);
+    const Host::Drawing picture = options.IsShader
+                                      ? DrawFunctions(graph, environment, problems)
+                                      : DrawNodes(graph, plugins, format != "dot", problems);
+    for (const Host::Problem& problem : problems.Problems())
+        std::cerr << FormatMessage(problem) << '\n';
+    Write(format == "dot"
+              ? picture.Dot
+              : Host::RenderPicture(picture, format == "svg" ? Host::PictureFormat::Svg
+                                                             : Host::PictureFormat::Png),
+          options.Output);
+    if (problems.HasErrors())
+        throw CLI::RuntimeError(failureStatus);
+}
+
+} // namespace
+
+void AddGraphCommand(CLI::App& program, const CommonOptions& common)
+{
+    auto* command =
+        program.add_subcommand("graph", "Draw the graph of a material, wrong parts in red");
+    const auto options = std::make_shared<GraphOptions>();
+    command->add_option("FILE", options->File, "Material document")->type_name("")->required();
+    command
+        ->add_option("-o,--output", options->Output,
+                     "Picture file; without it the picture goes to standard output")
+        ->type_name("FILE");
+    command
+        ->add_option(
+            "--format", options->Format,
+            "svg, png or dot; what the name of the file ends in otherwise, and dot without "
+            "a file")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember({"svg", "png", "dot"}).description(""));
+    command->add_flag("--shader", options->IsShader,
+                      "Draw the finished shader graph with its stages");
+    AddEnvironmentOption(*command, options->Environment);
+    command->footer(footer);
+    command->callback([options, &common] { PrintGraph(*options, common); });
+}
+
+} // namespace Mox::Tool
