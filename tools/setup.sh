@@ -15,7 +15,7 @@ run) packages+=(imagemagick) ;;
 test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
     clang-format) ;;
 full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
-    clang clang-format clang-tidy) ;;
+    clang clang-format clang-tidy abigail-tools debootstrap dpkg-dev pkgconf xz-utils) ;;
 *)
     echo "tools/setup.sh: unknown job \"$1\"" >&2
     exit 2

@@ -10,6 +10,7 @@ bool IsMereCopy(const ShaderNode& function)
     static const std::regex assignment(R"(\t?(\w+)(\.[xyzwrgba]+)? = (\w+)(\.[xyzwrgba]+)?;)",
                                        std::regex::optimize);
     std::istringstream lines(function.Code);
+    lines.exceptions(std::ios::badbit); // otherwise a lack of memory looks like the end
     for (std::string line; std::getline(lines, line);) {
         std::smatch match;
         if (!std::regex_match(line, match, assignment))

@@ -30,6 +30,8 @@ const char* LiteralOpening(const ShaderType& type)
 ShaderFunctionBuilder::ShaderFunctionBuilder()
 {
     Body.imbue(std::locale::classic());
+    // Otherwise the stream keeps a lack of memory to itself, and the text breaks off.
+    Body.exceptions(std::ios::badbit);
 }
 
 ShaderFunctionBuilder::~ShaderFunctionBuilder() = default;

@@ -2,7 +2,10 @@
 
 #include "mox/ShaderError.h"
 #include "mox/Text.h"
+#include "mox/shader/GraphAddition.h"
 #include "mox/shader/ShaderFunctionBuilder.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
 
 #include <utility>
 
@@ -87,9 +90,11 @@ void ShaderGraphGenerator::Connect(const ShaderNodeHandle& tail, const std::stri
         throw ShaderError(Compose("cannot convert ", fromType.Format(), " to ", toType.Format()));
     }
     const ShaderNodeHandle adapter = BuildAdapter(fromType, toType);
-    Graph->InsertNode(adapter);
-    Graph->ConnectPorts(from, tailPort, adapter, adapterInput, false);
-    Graph->ConnectPorts(adapter, adapterOutput, to, headPort, false);
+    GraphAddition addition(*Graph);
+    addition.AddNode(adapter);
+    addition.AddEdge(boost::make_shared<ShaderEdge>(from, tailPort, adapter, adapterInput, false));
+    addition.AddEdge(boost::make_shared<ShaderEdge>(adapter, adapterOutput, to, headPort, false));
+    addition.Commit();
 }
 
 void ShaderGraphGenerator::RecordEdgeTail(const GuiEdgeHandle& edge, const ShaderNodeHandle& node,
@@ -104,12 +109,16 @@ void ShaderGraphGenerator::RecordEdgeTail(const GuiEdgeHandle& edge, const Shade
 void ShaderGraphGenerator::RecordEdgeHead(const GuiEdgeHandle& edge, const ShaderNodeHandle& node,
                                           const std::string& port)
 {
-    ShaderEdgeRecord& record = EdgeMap[edge];
-    record.HeadPorts.push_back(port);
+    const auto [entry, isNew] = EdgeMap.try_emplace(edge);
+    ShaderEdgeRecord& record = entry->second;
+    const std::size_t count = record.Heads.size();
     try {
         record.Heads.push_back(node);
+        record.HeadPorts.push_back(port);
     } catch (...) {
-        record.HeadPorts.pop_back();
+        record.Heads.resize(count);
+        if (isNew)
+            EdgeMap.erase(entry);
         throw;
     }
 }
