@@ -1,17 +1,22 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that are missing for a job. Usage: tools/setup.sh build|test|full|bench
+# Installs the Debian packages that are missing for a job. Usage: tools/setup.sh build|run|test|full|bench
 set -euo pipefail
 
 packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-json3-dev
     libpng-dev libxpm-dev libxxhash-dev
     glslang-dev spirv-headers spirv-tools libspirv-cross-c-shared-dev
-    graphviz fonts-dejavu-core)
-case "${1:?build, test, full or bench}" in
+    graphviz fonts-dejavu-core
+    libvulkan-dev mesa-vulkan-drivers libglm-dev libstb-dev libassimp-dev)
+case "${1:?build, run, test, full or bench}" in
 build) ;;
+# imagemagick: puts the pictures onto one sheet.
+run) packages+=(imagemagick) ;;
 # locales-all: the tests run under a locale with a decimal comma.
-test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils clang-format valgrind) ;;
-full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils clang clang-format
-    clang-tidy valgrind) ;;
+test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
+    clang-format valgrind) ;;
+full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
+    clang clang-format clang-tidy abigail-tools debootstrap dpkg-dev pkgconf xz-utils
+    valgrind) ;;
 bench)
     packages+=(libbenchmark-dev python3)
     # Other packages of Node.js than Debian's bring npm along and do not stand beside Debian's.

@@ -98,6 +98,8 @@ public:
     std::vector<std::string> Choices; ///< words of an Enum in order; allowed types of a Node
 
 private:
+    explicit GuiProperty(const std::string& name);
+
     void RequireKind(GuiPropertyKind kind, const char* complaint) const;
     bool HasChoice(const std::string& word) const;
 };

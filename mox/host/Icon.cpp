@@ -1,13 +1,11 @@
 #include "mox/host/Icon.h"
 
-#include "mox/Text.h"
 #include "mox/host/HostError.h"
 
 #include <X11/xpm.h>
 #include <array>
 #include <charconv>
 #include <memory>
-#include <png.h>
 #include <string_view>
 
 namespace Mox::Host {
@@ -30,14 +28,14 @@ Rgba ParseColour(std::string_view text)
 
 } // namespace
 
-Icon DecodeXpm(const char* const* table)
+Picture DecodeXpm(const char* const* table)
 {
     XpmImage image{};
     // libXpm only reads the table, but its interface predates const.
     if (XpmCreateXpmImageFromData(const_cast<char**>(table), &image, nullptr) != XpmSuccess)
         throw HostError({}, "the icon is no XPM image");
     const std::unique_ptr<XpmImage, void (*)(XpmImage*)> owner(&image, XpmFreeXpmImage);
-    Icon icon{image.width, image.height, {}};
+    Picture icon{image.width, image.height, {}};
     const std::size_t pixelCount = std::size_t(image.width) * image.height;
     icon.Pixels.reserve(pixelCount * 4);
     for (std::size_t i = 0; i < pixelCount; ++i) {
@@ -45,19 +43,6 @@ Icon DecodeXpm(const char* const* table)
         icon.Pixels.insert(icon.Pixels.end(), colour.begin(), colour.end());
     }
     return icon;
-}
-
-void WritePng(const Icon& icon, const std::filesystem::path& file)
-{
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    image.width = icon.Width;
-    image.height = icon.Height;
-    image.format = PNG_FORMAT_RGBA;
-    if (!png_image_write_to_file(&image, file.c_str(), 0, icon.Pixels.data(), 0, nullptr)) {
-        throw HostError({file.string(), 0, {}, {}},
-                        Materials::Compose("cannot be written: ", image.message));
-    }
 }
 
 } // namespace Mox::Host

@@ -38,6 +38,8 @@ ShaderFunctionBuilder::ShaderFunctionBuilder()
     // would cost as much as the rest of a small function.
     if (Body.getloc() != std::locale::classic())
         Body.imbue(std::locale::classic());
+    // Otherwise the stream keeps a lack of memory to itself, and the text breaks off.
+    Body.exceptions(std::ios::badbit);
 }
 
 ShaderFunctionBuilder::~ShaderFunctionBuilder() = default;

@@ -82,7 +82,7 @@ void CheckIcon(const char* const* table, const ExpectedIcon& expected)
     }
     EXPECT_EQ(std::string_view(table[2]).substr(keyLength + 3), expected.Base);
 
-    const Host::Icon icon = Host::DecodeXpm(table);
+    const Host::Picture icon = Host::DecodeXpm(table);
     ASSERT_EQ(icon.Width, side);
     ASSERT_EQ(icon.Height, side);
     ASSERT_EQ(icon.Pixels.size(), side * side * 4);

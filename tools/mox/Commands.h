@@ -25,6 +25,7 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common);
 void AddFormatCommand(CLI::App& program);
 void AddGraphCommand(CLI::App& program, const CommonOptions& common);
 void AddNewCommand(CLI::App& program, const CommonOptions& common);
+void AddPreviewCommand(CLI::App& program, const CommonOptions& common);
 
 /// These two write down the command line itself, so they see all that is in it when they run.
 void AddCompletionCommand(CLI::App& program);

@@ -44,10 +44,13 @@ int main(int argc, char** argv)
     AddFormatCommand(program);
     AddBindingsCommand(program, common);
     AddCatalogueCommand(program, common);
-#ifdef MOX_BUILD_PICTURES
+#ifdef MOX_HAS_PICTURES
     AddGraphCommand(program, common);
 #endif
     AddNewCommand(program, common);
+#ifdef MOX_HAS_PREVIEW
+    AddPreviewCommand(program, common);
+#endif
     AddCompletionCommand(program);
     AddManualCommand(program);
     program.footer(footer); // commands would inherit it if it came before them

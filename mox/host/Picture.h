@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <vector>
+
+namespace Mox::Host {
+
+/// Rows from top to bottom, four bytes for each pixel: red, green, blue in sRGB, and alpha.
+struct Picture
+{
+    std::uint32_t Width = 0;
+    std::uint32_t Height = 0;
+    std::vector<std::uint8_t> Pixels;
+};
+
+/// @throws HostError if the file cannot be written
+void WritePng(const Picture& picture, const std::filesystem::path& file);
+
+} // namespace Mox::Host

@@ -1,0 +1,170 @@
+#include "mox/preview/DrawBuilder.h"
+
+#include "mox/Text.h"
+#include "mox/bindings/TextureBinding.h"
+#include "mox/preview/MeshStreams.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Binding;
+using Materials::Compose;
+
+constexpr const char* streamRule = "preview-stream";
+constexpr const char* textureRule = "preview-texture";
+constexpr const char* uniformRule = "preview-uniform";
+
+DrawShader TakeShader(const CompiledProgram& program, ProgramStage stage)
+{
+    for (const TargetProgram& target : program.Programs) {
+        if (target.Target != CompileTarget::Spirv || target.Stage != stage)
+            continue;
+        DrawShader shader{SpirvWords(target.Bytes.size() / sizeof(std::uint32_t)),
+                          target.EntryPoint};
+        std::memcpy(shader.Module.data(), target.Bytes.data(), target.Bytes.size());
+        return shader;
+    }
+    return {};
+}
+
+MeshStream ReadStream(const StageVariable& input, const DrawSources& sources)
+{
+    const Binding* binding = sources.Bindings ? sources.Bindings->FindStream(input.Name) : nullptr;
+    return binding ? ReadBoundStream(sources.Geometry, *binding)
+                   : ReadNamedStream(sources.Geometry, input.Name);
+}
+
+TextureImage MakeStandIn(const Materials::TextureBinding& binding)
+{
+    const bool isNormal = binding.usageHint == "Normal" || binding.usageHint == "DXT5 Normal";
+    return isNormal ? MakeFlatNormalImage() : MakeCheckerImage();
+}
+
+std::vector<TextureImage> ReadLevels(const SamplerSlot& slot, const DrawSources& sources)
+{
+    const Binding* found = sources.Bindings ? sources.Bindings->FindTexture(slot.Name) : nullptr;
+    const auto* binding = dynamic_cast<const Materials::TextureBinding*>(found);
+    if (!binding) {
+        throw HostError({}, Compose("the environment asks for the texture \"", slot.Name,
+                                    "\", which a preview does not have"));
+    }
+    if (slot.Type.Component != ComponentType::Sampler1D &&
+        slot.Type.Component != ComponentType::Sampler2D) {
+        throw HostError({}, Compose("the texture \"", slot.Name, "\" is a ", slot.Type.Format(),
+                                    ", which a preview cannot fill"));
+    }
+    const std::string& file = binding->value;
+    return MakeMipLevels(file.empty() ? MakeStandIn(*binding)
+                                      : ReadTextureImage(sources.Folder / file),
+                         binding->srgb);
+}
+
+std::vector<float> FindValues(const std::string& name, const PreviewBindings* bindings,
+                              const UniformValues& scene)
+{
+    if (const Binding* binding = bindings ? bindings->FindFloat(name) : nullptr) {
+        std::vector<float> values;
+        for (std::uint32_t i = 0; i < binding->GetCount(); ++i)
+            values.push_back(binding->GetDefault(i));
+        return values;
+    }
+    const auto found = scene.find(name);
+    return found == scene.end() ? std::vector<float>() : found->second;
+}
+
+/// Writes values into a member, column by column. The last value serves where there is no further
+/// one.
+void WriteMember(const UniformMember& member, const std::vector<float>& values,
+                 std::vector<std::byte>& block)
+{
+    // In a vector the components are the columns of a row.
+    const bool isMatrix = member.Type.Rows > 1;
+    const std::int32_t columns = isMatrix ? member.Type.Columns : 1;
+    const std::int32_t rows = isMatrix ? member.Type.Rows : member.Type.Columns;
+    std::size_t next = 0;
+    for (std::int32_t element = 0; element < member.Type.ArrayLength; ++element) {
+        for (std::int32_t column = 0; column < columns; ++column) {
+            for (std::int32_t row = 0; row < rows; ++row) {
+                const float value = values[std::min(next++, values.size() - 1)];
+                const std::size_t offset = member.Offset +
+                                           static_cast<std::size_t>(element) * member.ArrayStride +
+                                           static_cast<std::size_t>(column) * member.MatrixStride +
+                                           static_cast<std::size_t>(row) * sizeof(value);
+                if (member.Type.Component == ComponentType::Int ||
+                    member.Type.Component == ComponentType::Bool) {
+                    const auto whole = static_cast<std::int32_t>(value);
+                    std::memcpy(block.data() + offset, &whole, sizeof(whole));
+                } else {
+                    std::memcpy(block.data() + offset, &value, sizeof(value));
+                }
+            }
+        }
+    }
+}
+
+} // namespace
+
+DrawCall BuildDraw(const CompiledProgram& program, const DrawSources& sources,
+                   ProblemList& problems)
+{
+    DrawCall draw;
+    draw.Vertex = TakeShader(program, ProgramStage::Vertex);
+    draw.Fragment = TakeShader(program, ProgramStage::Fragment);
+    draw.Indices = sources.Geometry.Indices;
+    for (const StageVariable& input : program.Vertex.Inputs) {
+        try {
+            MeshStream stream = ReadStream(input, sources);
+            draw.Streams.push_back({input.Location, stream.Components, std::move(stream.Values)});
+        } catch (const HostError& error) {
+            problems.Fail(streamRule, error);
+        }
+    }
+    for (const StageInterface* stage : {&program.Vertex, &program.Fragment}) {
+        for (const SamplerSlot& slot : stage->Samplers) {
+            const auto isSame = [&](const auto& texture) {
+                return texture.Binding == slot.Binding;
+            };
+            if (std::any_of(draw.Textures.begin(), draw.Textures.end(), isSame))
+                continue;
+            try {
+                draw.Textures.push_back({slot.Binding,
+                                         slot.Type.Component == ComponentType::Sampler1D,
+                                         ReadLevels(slot, sources)});
+            } catch (const HostError& error) {
+                problems.Fail(textureRule, error);
+            }
+        }
+    }
+    return draw;
+}
+
+std::vector<DrawUniforms> FillUniforms(const CompiledProgram& program,
+                                       const PreviewBindings* bindings, const UniformValues& scene,
+                                       ProblemList& problems)
+{
+    std::vector<DrawUniforms> blocks;
+    for (const StageInterface* stage : {&program.Vertex, &program.Fragment}) {
+        if (!stage->Block)
+            continue;
+        DrawUniforms& uniforms = blocks.emplace_back();
+        uniforms.Binding = stage->Block->Binding;
+        uniforms.Bytes.resize(stage->Block->Size);
+        for (const UniformMember& member : stage->Block->Members) {
+            const std::vector<float> values = FindValues(member.Name, bindings, scene);
+            if (values.empty()) {
+                problems.Fail(uniformRule, {},
+                              Compose("the environment asks for the value \"", member.Name,
+                                      "\", which a preview does not have"));
+                continue;
+            }
+            WriteMember(member, values, uniforms.Bytes);
+        }
+    }
+    return blocks;
+}
+
+} // namespace Mox::Host

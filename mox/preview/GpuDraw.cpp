@@ -1,0 +1,326 @@
+#include "mox/preview/GpuDraw.h"
+
+#include "mox/Text.h"
+#include "mox/host/HostError.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <glm/gtc/packing.hpp>
+#include <string_view>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+constexpr float mostAnisotropy = 16.0f;
+
+constexpr std::array streamFormats = {vk::Format::eR32Sfloat, vk::Format::eR32G32Sfloat,
+                                      vk::Format::eR32G32B32Sfloat,
+                                      vk::Format::eR32G32B32A32Sfloat};
+
+template <class Value>
+struct Word
+{
+    std::string_view Text;
+    Value Meaning;
+};
+
+constexpr Word<vk::BlendFactor> blendFactors[] = {
+    {"zero", vk::BlendFactor::eZero},
+    {"one", vk::BlendFactor::eOne},
+    {"sourceColour", vk::BlendFactor::eSrcColor},
+    {"oneMinusSourceColour", vk::BlendFactor::eOneMinusSrcColor},
+    {"destColour", vk::BlendFactor::eDstColor},
+    {"oneMinusDestColour", vk::BlendFactor::eOneMinusDstColor},
+    {"sourceAlpha", vk::BlendFactor::eSrcAlpha},
+    {"oneMinusSourceAlpha", vk::BlendFactor::eOneMinusSrcAlpha},
+    {"destAlpha", vk::BlendFactor::eDstAlpha},
+    {"oneMinusDestAlpha", vk::BlendFactor::eOneMinusDstAlpha},
+    {"constantColour", vk::BlendFactor::eConstantColor},
+    {"oneMinusConstantColour", vk::BlendFactor::eOneMinusConstantColor},
+    {"constantAlpha", vk::BlendFactor::eConstantAlpha},
+    {"oneMinusConstantAlpha", vk::BlendFactor::eOneMinusConstantAlpha},
+    {"sourceAlphaSaturate", vk::BlendFactor::eSrcAlphaSaturate},
+};
+
+constexpr Word<vk::CompareOp> comparisons[] = {
+    {"never", vk::CompareOp::eNever},
+    {"less", vk::CompareOp::eLess},
+    {"equal", vk::CompareOp::eEqual},
+    {"lessOrEqual", vk::CompareOp::eLessOrEqual},
+    {"greater", vk::CompareOp::eGreater},
+    {"notEqual", vk::CompareOp::eNotEqual},
+    {"greaterOrEqual", vk::CompareOp::eGreaterOrEqual},
+    {"always", vk::CompareOp::eAlways},
+};
+
+template <class Value, std::size_t Count>
+Value MeaningOf(const Word<Value> (&words)[Count], const std::string& text)
+{
+    for (const Word<Value>& word : words) {
+        if (word.Text == text)
+            return word.Meaning;
+    }
+    throw HostError({}, Compose("the render state has no word \"", text, "\""));
+}
+
+template <class Value>
+GpuBuffer Upload(const VulkanDevice& device, const std::vector<Value>& values,
+                 vk::BufferUsageFlags usage)
+{
+    GpuBuffer buffer = device.MakeBuffer(values.size() * sizeof(Value), usage);
+    std::memcpy(buffer.Mapped, values.data(), values.size() * sizeof(Value));
+    return buffer;
+}
+
+/// Every device can filter halfs, and not every one can filter floats.
+vk::Format FormatOf(const TextureImage& image)
+{
+    return image.Format == TexelFormat::Float ? vk::Format::eR16G16B16A16Sfloat
+                                              : vk::Format::eR8G8B8A8Unorm;
+}
+
+/// The bytes of an image in the form in which the device takes them.
+std::vector<std::byte> PackTexels(const TextureImage& image)
+{
+    if (image.Format == TexelFormat::Unorm8)
+        return image.Bytes;
+    constexpr float largestHalf = 65504.0f;
+    const std::size_t count = image.Bytes.size() / sizeof(float);
+    std::vector<std::byte> packed(count * sizeof(std::uint16_t));
+    for (std::size_t i = 0; i < count; ++i) {
+        float value;
+        std::memcpy(&value, image.Bytes.data() + i * sizeof(value), sizeof(value));
+        const std::uint16_t half = glm::packHalf1x16(std::clamp(value, -largestHalf, largestHalf));
+        std::memcpy(packed.data() + i * sizeof(half), &half, sizeof(half));
+    }
+    return packed;
+}
+
+vk::ImageMemoryBarrier MakeBarrier(vk::Image image, std::uint32_t levels, vk::AccessFlags from,
+                                   vk::AccessFlags to, vk::ImageLayout oldLayout,
+                                   vk::ImageLayout newLayout)
+{
+    return {from,
+            to,
+            oldLayout,
+            newLayout,
+            VK_QUEUE_FAMILY_IGNORED,
+            VK_QUEUE_FAMILY_IGNORED,
+            image,
+            {vk::ImageAspectFlagBits::eColor, 0, levels, 0, 1}};
+}
+
+vk::raii::ShaderModule MakeModule(const VulkanDevice& device, const DrawShader& shader)
+{
+    return device.Get().createShaderModule({{}, shader.Module});
+}
+
+} // namespace
+
+GpuDraw::GpuDraw(const VulkanDevice& device, const DrawCall& call, vk::RenderPass pass,
+                 vk::SampleCountFlagBits samples)
+    : _device(device), _indexCount(static_cast<std::uint32_t>(call.Indices.size()))
+{
+    UploadGeometry(call);
+    for (const DrawTexture& texture : call.Textures)
+        UploadTexture(texture);
+    for (const DrawUniforms& uniforms : call.Uniforms) {
+        _blocks.push_back({uniforms.Binding, Upload(device, uniforms.Bytes,
+                                                    vk::BufferUsageFlagBits::eUniformBuffer)});
+    }
+    MakeDescriptors(call);
+    MakePipeline(call, pass, samples);
+}
+
+void GpuDraw::SetUniforms(const DrawUniforms& uniforms)
+{
+    for (const Block& block : _blocks) {
+        if (block.Binding == uniforms.Binding)
+            std::memcpy(block.Buffer.Mapped, uniforms.Bytes.data(), uniforms.Bytes.size());
+    }
+}
+
+void GpuDraw::Record(const vk::raii::CommandBuffer& commands) const
+{
+    commands.bindPipeline(vk::PipelineBindPoint::eGraphics, *_pipeline);
+    commands.bindDescriptorSets(vk::PipelineBindPoint::eGraphics, *_layout, descriptorSet,
+                                *_sets.front(), {});
+    for (std::size_t i = 0; i < _streams.size(); ++i) {
+        commands.bindVertexBuffers(static_cast<std::uint32_t>(i), *_streams[i].Buffer,
+                                   vk::DeviceSize(0));
+    }
+    commands.bindIndexBuffer(*_indices.Buffer, 0, vk::IndexType::eUint32);
+    commands.drawIndexed(_indexCount, 1, 0, 0, 0);
+}
+
+void GpuDraw::UploadGeometry(const DrawCall& call)
+{
+    for (const DrawStream& stream : call.Streams)
+        _streams.push_back(Upload(_device, stream.Values, vk::BufferUsageFlagBits::eVertexBuffer));
+    _indices = Upload(_device, call.Indices, vk::BufferUsageFlagBits::eIndexBuffer);
+}
+
+void GpuDraw::UploadTexture(const DrawTexture& texture)
+{
+    const auto levelCount = static_cast<std::uint32_t>(texture.Levels.size());
+    const TextureImage& top = texture.Levels.front();
+    const std::uint32_t widest =
+        texture.Is1D ? _device.Limits().maxImageDimension1D : _device.Limits().maxImageDimension2D;
+    if (std::max(top.Width, top.Height) > widest) {
+        throw HostError({}, Compose("a texture of ", top.Width, " by ", top.Height,
+                                    " texels is larger than the Vulkan device takes: ", widest));
+    }
+    const auto heightOf = [&](const TextureImage& level) {
+        return texture.Is1D ? 1u : level.Height;
+    };
+    GpuImage image =
+        _device.MakeImage({{},
+                           texture.Is1D ? vk::ImageType::e1D : vk::ImageType::e2D,
+                           FormatOf(top),
+                           {top.Width, heightOf(top), 1},
+                           levelCount,
+                           1,
+                           vk::SampleCountFlagBits::e1,
+                           vk::ImageTiling::eOptimal,
+                           vk::ImageUsageFlagBits::eTransferDst | vk::ImageUsageFlagBits::eSampled},
+                          vk::ImageAspectFlagBits::eColor);
+    std::vector<GpuBuffer> staged;
+    for (const TextureImage& level : texture.Levels)
+        staged.push_back(Upload(_device, PackTexels(level), vk::BufferUsageFlagBits::eTransferSrc));
+    _device.Run([&](const vk::raii::CommandBuffer& commands) {
+        using Access = vk::AccessFlagBits;
+        using Layout = vk::ImageLayout;
+        using Stage = vk::PipelineStageFlagBits;
+        commands.pipelineBarrier(Stage::eTopOfPipe, Stage::eTransfer, {}, {}, {},
+                                 MakeBarrier(*image.Image, levelCount, {}, Access::eTransferWrite,
+                                             Layout::eUndefined, Layout::eTransferDstOptimal));
+        for (std::uint32_t i = 0; i < levelCount; ++i) {
+            const TextureImage& level = texture.Levels[i];
+            commands.copyBufferToImage(
+                *staged[i].Buffer, *image.Image, Layout::eTransferDstOptimal,
+                vk::BufferImageCopy(0, 0, 0, {vk::ImageAspectFlagBits::eColor, i, 0, 1}, {},
+                                    {level.Width, heightOf(level), 1}));
+        }
+        commands.pipelineBarrier(
+            Stage::eTransfer, Stage::eVertexShader | Stage::eFragmentShader, {}, {}, {},
+            MakeBarrier(*image.Image, levelCount, Access::eTransferWrite, Access::eShaderRead,
+                        Layout::eTransferDstOptimal, Layout::eShaderReadOnlyOptimal));
+    });
+    _textures.push_back({texture.Binding, std::move(image)});
+}
+
+void GpuDraw::MakeDescriptors(const DrawCall& call)
+{
+    using Kind = vk::DescriptorType;
+    const vk::raii::Device& device = _device.Get();
+    const bool isAnisotropic = _device.HasAnisotropy();
+    _sampler = device.createSampler(
+        {{},
+         vk::Filter::eLinear,
+         vk::Filter::eLinear,
+         vk::SamplerMipmapMode::eLinear,
+         vk::SamplerAddressMode::eRepeat,
+         vk::SamplerAddressMode::eRepeat,
+         vk::SamplerAddressMode::eRepeat,
+         0.0f,
+         isAnisotropic,
+         isAnisotropic ? std::min(mostAnisotropy, _device.Limits().maxSamplerAnisotropy) : 1.0f,
+         false,
+         {},
+         0.0f,
+         VK_LOD_CLAMP_NONE});
+
+    const auto stages = vk::ShaderStageFlagBits::eVertex | vk::ShaderStageFlagBits::eFragment;
+    std::vector<vk::DescriptorSetLayoutBinding> bindings;
+    for (const DrawUniforms& uniforms : call.Uniforms)
+        bindings.emplace_back(uniforms.Binding, Kind::eUniformBuffer, 1, stages);
+    for (const DrawTexture& texture : call.Textures)
+        bindings.emplace_back(texture.Binding, Kind::eCombinedImageSampler, 1, stages);
+    _setLayout = device.createDescriptorSetLayout({{}, bindings});
+
+    // A pool must have room for something.
+    const std::array sizes = {
+        vk::DescriptorPoolSize(Kind::eUniformBuffer,
+                               static_cast<std::uint32_t>(call.Uniforms.size() + 1)),
+        vk::DescriptorPoolSize(Kind::eCombinedImageSampler,
+                               static_cast<std::uint32_t>(call.Textures.size() + 1))};
+    _pool = device.createDescriptorPool(
+        {vk::DescriptorPoolCreateFlagBits::eFreeDescriptorSet, 1, sizes});
+    _sets = vk::raii::DescriptorSets(device, {*_pool, *_setLayout});
+
+    for (const Block& block : _blocks) {
+        const vk::DescriptorBufferInfo buffer(*block.Buffer.Buffer, 0, VK_WHOLE_SIZE);
+        device.updateDescriptorSets(vk::WriteDescriptorSet(*_sets.front(), block.Binding, 0,
+                                                           Kind::eUniformBuffer, {}, buffer),
+                                    {});
+    }
+    for (const Texture& texture : _textures) {
+        const vk::DescriptorImageInfo image(*_sampler, *texture.Image.View,
+                                            vk::ImageLayout::eShaderReadOnlyOptimal);
+        device.updateDescriptorSets(vk::WriteDescriptorSet(*_sets.front(), texture.Binding, 0,
+                                                           Kind::eCombinedImageSampler, image),
+                                    {});
+    }
+}
+
+void GpuDraw::MakePipeline(const DrawCall& call, vk::RenderPass pass,
+                           vk::SampleCountFlagBits samples)
+{
+    const vk::raii::Device& device = _device.Get();
+    _layout = device.createPipelineLayout({{}, *_setLayout});
+    const vk::raii::ShaderModule vertex = MakeModule(_device, call.Vertex);
+    const vk::raii::ShaderModule fragment = MakeModule(_device, call.Fragment);
+    const std::array stages = {
+        vk::PipelineShaderStageCreateInfo({}, vk::ShaderStageFlagBits::eVertex, *vertex,
+                                          call.Vertex.EntryPoint.c_str()),
+        vk::PipelineShaderStageCreateInfo({}, vk::ShaderStageFlagBits::eFragment, *fragment,
+                                          call.Fragment.EntryPoint.c_str())};
+
+    std::vector<vk::VertexInputBindingDescription> buffers;
+    std::vector<vk::VertexInputAttributeDescription> attributes;
+    for (const DrawStream& stream : call.Streams) {
+        const auto buffer = static_cast<std::uint32_t>(buffers.size());
+        buffers.emplace_back(buffer, stream.Components * static_cast<std::uint32_t>(sizeof(float)));
+        attributes.emplace_back(stream.Location, buffer, streamFormats[stream.Components - 1]);
+    }
+    const vk::PipelineVertexInputStateCreateInfo input({}, buffers, attributes);
+    const vk::PipelineInputAssemblyStateCreateInfo assembly({},
+                                                            vk::PrimitiveTopology::eTriangleList);
+    const vk::PipelineViewportStateCreateInfo viewport({}, 1, nullptr, 1, nullptr);
+    const vk::PipelineRasterizationStateCreateInfo rasterization(
+        {}, false, false, vk::PolygonMode::eFill,
+        call.State.CullsBack ? vk::CullModeFlagBits::eBack : vk::CullModeFlagBits::eNone,
+        vk::FrontFace::eCounterClockwise, false, 0.0f, 0.0f, 0.0f, 1.0f);
+    const vk::PipelineMultisampleStateCreateInfo multisample({}, samples);
+    const vk::PipelineDepthStencilStateCreateInfo depth(
+        {}, call.State.TestsDepth, call.State.WritesDepth,
+        MeaningOf(comparisons, call.State.DepthFunc));
+    using Component = vk::ColorComponentFlagBits;
+    // The picture stays opaque.
+    const vk::PipelineColorBlendAttachmentState blend(
+        call.State.BlendsAlpha, MeaningOf(blendFactors, call.State.SourceBlend),
+        MeaningOf(blendFactors, call.State.DestBlend), vk::BlendOp::eAdd, vk::BlendFactor::eOne,
+        vk::BlendFactor::eZero, vk::BlendOp::eAdd, Component::eR | Component::eG | Component::eB);
+    const vk::PipelineColorBlendStateCreateInfo blending({}, false, {}, blend);
+    const std::array dynamicStates = {vk::DynamicState::eViewport, vk::DynamicState::eScissor};
+    const vk::PipelineDynamicStateCreateInfo dynamic({}, dynamicStates);
+    _pipeline = device.createGraphicsPipeline(nullptr, {{},
+                                                        stages,
+                                                        &input,
+                                                        &assembly,
+                                                        nullptr,
+                                                        &viewport,
+                                                        &rasterization,
+                                                        &multisample,
+                                                        &depth,
+                                                        &blending,
+                                                        &dynamic,
+                                                        *_layout,
+                                                        pass});
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "mox/preview/DrawCall.h"
+#include "mox/preview/VulkanDevice.h"
+
+namespace Mox::Host {
+
+/// A draw call that has moved to the device.
+class GpuDraw
+{
+public:
+    /// @param device must outlive the object
+    GpuDraw(const VulkanDevice& device, const DrawCall& call, vk::RenderPass pass,
+            vk::SampleCountFlagBits samples);
+
+    void SetUniforms(const DrawUniforms& uniforms);
+    void Record(const vk::raii::CommandBuffer& commands) const;
+
+private:
+    void UploadGeometry(const DrawCall& call);
+    void UploadTexture(const DrawTexture& texture);
+    void MakeDescriptors(const DrawCall& call);
+    void MakePipeline(const DrawCall& call, vk::RenderPass pass, vk::SampleCountFlagBits samples);
+
+    struct Texture
+    {
+        std::uint32_t Binding;
+        GpuImage Image;
+    };
+
+    struct Block
+    {
+        std::uint32_t Binding;
+        GpuBuffer Buffer;
+    };
+
+    const VulkanDevice& _device;
+    std::vector<GpuBuffer> _streams;
+    GpuBuffer _indices;
+    std::uint32_t _indexCount;
+    std::vector<Texture> _textures;
+    std::vector<Block> _blocks;
+    vk::raii::Sampler _sampler = nullptr;
+    vk::raii::DescriptorSetLayout _setLayout = nullptr;
+    vk::raii::DescriptorPool _pool = nullptr;
+    vk::raii::DescriptorSets _sets = nullptr;
+    vk::raii::PipelineLayout _layout = nullptr;
+    vk::raii::Pipeline _pipeline = nullptr;
+};
+
+} // namespace Mox::Host

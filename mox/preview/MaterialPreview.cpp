@@ -1,0 +1,286 @@
+#include "mox/preview/MaterialPreview.h"
+
+#include "mox/Text.h"
+#include "mox/bindings/FloatBinding.h"
+#include "mox/host/GraphResolver.h"
+#include "mox/host/MaterialLoader.h"
+#include "mox/host/NodeMaker.h"
+#include "mox/preview/Background.h"
+#include "mox/preview/DrawBuilder.h"
+#include "mox/preview/NodeProbe.h"
+#include "mox/preview/Renderer.h"
+#include "mox/program/MaterialProgram.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <algorithm>
+
+namespace Mox::Host {
+
+/// A material that is ready to be compiled.
+struct PreparedMaterial
+{
+    CgProgram Program;
+    PreviewBindings Bindings;
+};
+
+namespace {
+
+using Materials::Compose;
+
+constexpr const char* materialRule = "material";
+constexpr float framesPerSecond = 30.0f;
+constexpr std::size_t bytesPerPixel = 4;
+
+/// Makes the program of what is to be seen: of the material, or of one node.
+class PreviewJob
+{
+public:
+    PreviewJob(const PluginSet& plugins, const Environment& environment,
+               const MaterialDocument& document, const PreviewOptions& options,
+               ProblemList& problems)
+        : _environment(environment), _document(document), _options(options), _problems(problems),
+          _maker([&plugins](const std::string& type) {
+              return type == NodeProbe::TypeName() ? boost::make_shared<NodeProbe>()
+                                                   : plugins.CreateNode(type);
+          })
+    {}
+
+    /// @returns nothing after an error
+    std::optional<PreparedMaterial> Prepare()
+    {
+        if (_options.Node.empty())
+            return Finish(Load(_document), _environment);
+        const NodeOutput output = FindNodeOutput(_document, _options.Node);
+        MaterialGraph graph = Load(CutUpstream(_document, output.Node));
+        AttachProbe(graph, output);
+        return Finish(std::move(graph), MakeProbeEnvironment(_environment));
+    }
+
+private:
+    MaterialGraph Load(const MaterialDocument& document)
+    {
+        return LoadMaterial(document, _maker, _problems);
+    }
+
+    static void AttachProbe(MaterialGraph& graph, const NodeOutput& output)
+    {
+        const GraphNode& node = graph.Nodes()[graph.FindNode(output.Node, {})];
+        std::string port = output.Port;
+        if (port.empty()) {
+            if (node.Gui->OutputPorts.empty())
+                throw HostError(node.Where, "the node has no output that could be shown");
+            port = node.Gui->OutputPorts.front().Name;
+        }
+        std::string id = NodeProbe::TypeName();
+        while (graph.Store().FindNode(id))
+            id += "_";
+        graph.AddNode(id, NodeProbe::TypeName());
+        graph.Connect(output.Node, port, id, NodeProbe::PortName());
+    }
+
+    std::optional<PreparedMaterial> Finish(MaterialGraph graph, const Environment& environment)
+    {
+        ResolveGraph(graph, _problems);
+        ReportCountConflicts(graph, _problems);
+        if (_problems.HasErrors())
+            return std::nullopt;
+        PreparedMaterial material{BuildMaterialProgram(graph, environment, {}, _problems),
+                                  PreviewBindings(graph)};
+        if (_problems.HasErrors())
+            return std::nullopt;
+        return material;
+    }
+
+    const Environment& _environment;
+    const MaterialDocument& _document;
+    const PreviewOptions& _options;
+    ProblemList& _problems;
+    NodeMaker _maker;
+};
+
+/// Gives the caller's values to the bindings, or else to what the environment supplies.
+void SetValues(const PreviewOptions& options, PreviewBindings& bindings, UniformValues& scene)
+{
+    for (const auto& [name, value] : options.Values) {
+        if (bindings.Set(name, value))
+            continue;
+        if (const auto entry = scene.find(name); entry != scene.end()) {
+            std::vector<float> numbers;
+            if (!Materials::ParseFloatList(value, numbers) ||
+                numbers.size() != entry->second.size()) {
+                throw HostError({}, Compose("\"", value, "\" is no value for \"", name,
+                                            "\", which takes ", entry->second.size(),
+                                            " numbers with commas between them"));
+            }
+            entry->second = numbers;
+        } else if (options.Node.empty()) {
+            // Of a single node only a part of the bindings is known.
+            throw HostError({}, Compose("the material has no binding \"", name, "\"; it has ",
+                                        bindings.ListNames()));
+        }
+    }
+}
+
+/// The render state of a document. A test of alpha is left to games: it would need another program.
+DrawState ReadDrawState(const MaterialDocument& document)
+{
+    DrawState state;
+    for (const DocumentValue& value : document.RenderState) {
+        const bool isYes = value.Value == "Yes";
+        if (value.Name == "alphaBlend")
+            state.BlendsAlpha = isYes;
+        else if (value.Name == "sourceBlend")
+            state.SourceBlend = value.Value;
+        else if (value.Name == "destBlend")
+            state.DestBlend = value.Value;
+        else if (value.Name == "zTest")
+            state.TestsDepth = isYes;
+        else if (value.Name == "zTestFunc")
+            state.DepthFunc = value.Value;
+        else if (value.Name == "zWriteEnabled")
+            state.WritesDepth = isYes;
+        else if (value.Name == "backFaceCullEnabled")
+            state.CullsBack = isYes;
+    }
+    return state;
+}
+
+void SetFrame(UniformValues& scene, const PreviewOptions& options, std::uint32_t index)
+{
+    const auto offset = static_cast<float>(index);
+    const float frame = options.FirstFrame + offset;
+    const float start = options.Time.value_or(options.FirstFrame / framesPerSecond);
+    scene["frame"] = {frame};
+    scene["time"] = {start + offset / framesPerSecond};
+}
+
+DrawCall MakeBackground(const ProgramCompiler& compiler, const UniformValues& scene,
+                        ProblemList& problems)
+{
+    const CompiledProgram program =
+        compiler.Compile(MakeBackgroundProgram(), {CompileTarget::Spirv}, "background", problems);
+    const Mesh mesh = MakeBackgroundMesh();
+    DrawCall background = BuildDraw(program, {mesh, nullptr, {}}, problems);
+    background.Uniforms = FillUniforms(program, nullptr, scene, problems);
+    background.State.TestsDepth = false;
+    background.State.WritesDepth = false;
+    return background;
+}
+
+Picture JoinPictures(const std::vector<Picture>& pictures)
+{
+    Picture strip{0, pictures.front().Height, {}};
+    for (const Picture& picture : pictures)
+        strip.Width += picture.Width;
+    for (std::uint32_t row = 0; row < strip.Height; ++row) {
+        for (const Picture& picture : pictures) {
+            const std::size_t size = picture.Width * bytesPerPixel;
+            const auto begin = picture.Pixels.begin() + static_cast<std::ptrdiff_t>(row * size);
+            strip.Pixels.insert(strip.Pixels.end(), begin,
+                                begin + static_cast<std::ptrdiff_t>(size));
+        }
+    }
+    return strip;
+}
+
+void CheckSize(const PreviewOptions& options)
+{
+    constexpr std::uint64_t mostPixels = 1u << 28;
+    const std::uint64_t row = std::uint64_t(options.Width) * options.FrameCount;
+    if (options.FrameCount == 0 || row == 0 || options.Height == 0 ||
+        options.Height > mostPixels / row) {
+        throw HostError({}, Compose("a picture must have 1 to ", mostPixels, " pixels"));
+    }
+}
+
+} // namespace
+
+MaterialPreview::MaterialPreview(const PluginSet& plugins, Environment environment,
+                                 bool withValidation)
+    : _plugins(plugins), _environment(std::move(environment)),
+      _device(std::make_unique<VulkanDevice>(withValidation))
+{}
+
+MaterialPreview::~MaterialPreview() = default;
+
+std::string MaterialPreview::DeviceName() const
+{
+    return _device->Name();
+}
+
+const std::vector<std::string>& MaterialPreview::ValidationMessages() const
+{
+    return _device->ValidationMessages();
+}
+
+Picture MaterialPreview::RenderMaterial(const MaterialDocument& document, const Mesh& mesh,
+                                        const PreviewOptions& options, ProblemList& problems) const
+{
+    CheckSize(options);
+    std::optional<PreparedMaterial> material;
+    try {
+        material = PreviewJob(_plugins, _environment, document, options, problems).Prepare();
+    } catch (const HostError& error) {
+        problems.Fail(materialRule, error);
+    }
+    std::vector<Picture> frames;
+    if (material)
+        frames = RenderFrames(*material, document, mesh, options, problems);
+    if (problems.HasErrors())
+        return MakeLoudPattern(options.Width * options.FrameCount, options.Height);
+    return JoinPictures(frames);
+}
+
+std::vector<Picture> MaterialPreview::RenderFrames(PreparedMaterial& material,
+                                                   const MaterialDocument& document,
+                                                   const Mesh& mesh, const PreviewOptions& options,
+                                                   ProblemList& problems) const
+{
+    const CompiledProgram program =
+        _compiler.Compile(material.Program, {CompileTarget::Spirv}, document.File, problems);
+    if (problems.HasErrors())
+        return {};
+    UniformValues scene = MakeSceneValues(mesh, static_cast<float>(options.Width) /
+                                                    static_cast<float>(options.Height));
+    SetValues(options, material.Bindings, scene);
+    SetFrame(scene, options, 0);
+
+    const std::filesystem::path folder = std::filesystem::path(document.File).parent_path();
+    DrawCall surface = BuildDraw(program, {mesh, &material.Bindings, folder}, problems);
+    surface.Uniforms = FillUniforms(program, &material.Bindings, scene, problems);
+    if (options.Node.empty())
+        surface.State = ReadDrawState(document);
+    const DrawCall background = MakeBackground(_compiler, scene, problems);
+    if (problems.HasErrors())
+        return {};
+
+    Renderer renderer(*_device, options.Width, options.Height, {background, surface});
+    constexpr std::size_t surfaceDraw = 1;
+    std::vector<Picture> frames;
+    for (std::uint32_t i = 0; i < options.FrameCount; ++i) {
+        SetFrame(scene, options, i);
+        for (const DrawUniforms& uniforms :
+             FillUniforms(program, &material.Bindings, scene, problems))
+            renderer.SetUniforms(surfaceDraw, uniforms);
+        frames.push_back(renderer.Render());
+    }
+    return frames;
+}
+
+Picture MakeLoudPattern(std::uint32_t width, std::uint32_t height)
+{
+    constexpr std::uint32_t checkSize = 16;
+    Picture picture{width, height, {}};
+    picture.Pixels.reserve(std::size_t(width) * height * bytesPerPixel);
+    for (std::uint32_t y = 0; y < height; ++y) {
+        for (std::uint32_t x = 0; x < width; ++x) {
+            const bool isMagenta = (x / checkSize + y / checkSize) % 2 == 0;
+            const std::uint8_t light = isMagenta ? 255 : 0;
+            picture.Pixels.insert(picture.Pixels.end(), {light, 0, light, 255});
+        }
+    }
+    return picture;
+}
+
+} // namespace Mox::Host

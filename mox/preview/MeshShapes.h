@@ -1,0 +1,20 @@
+#pragma once
+
+#include "mox/preview/Mesh.h"
+
+namespace Mox::Host {
+
+/// The built-in meshes. Their one vertex colour set holds (u, v, 0, 1), so that masks and weights
+/// that artists would paint have a gradient to show.
+
+/// A globe of radius 1. The image goes round it once; its middle column faces the eye.
+Mesh MakeSphere();
+
+/// A square from -1 to 1 that faces the eye and shows the whole image upright. Fine enough for
+/// materials that move vertices.
+Mesh MakePlane();
+
+/// A cube from -1 to 1 with the whole image on each side.
+Mesh MakeCube();
+
+} // namespace Mox::Host

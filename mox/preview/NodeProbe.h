@@ -1,0 +1,41 @@
+#pragma once
+
+#include "mox/authoring/GuiNode.h"
+#include "mox/host/MaterialDocument.h"
+#include "mox/program/Environment.h"
+
+namespace Mox::Host {
+
+/// One output of a node. An empty port is the first one.
+struct NodeOutput
+{
+    std::string Node;
+    std::string Port;
+};
+
+/// Reads "id" or "id.port". Ids may hold dots themselves: the whole text is tried as an id first.
+/// @throws HostError if the document has no such node
+NodeOutput FindNodeOutput(const MaterialDocument& document, const std::string& text);
+
+/// The part of a document that a node hangs on, the node included, so that a picture of the node
+/// stands though the rest may be broken.
+MaterialDocument CutUpstream(const MaterialDocument& document, const std::string& node);
+
+/// The end of a material that shows what a node puts out: hands it as a colour to the environment
+/// of MakeProbeEnvironment. One component becomes grey, two red and green, and of four the first
+/// three count.
+class NodeProbe : public Materials::GuiNode
+{
+public:
+    static const char* TypeName();
+    static const char* PortName(); ///< of the one input
+
+    NodeProbe();
+
+    void GenerateShader(ShaderGraphGenerator& generator) override;
+};
+
+/// An environment in which a surface has the colour of a probe, without any light.
+Environment MakeProbeEnvironment(Environment environment);
+
+} // namespace Mox::Host

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "mox/bindings/Material.h"
+#include "mox/host/MaterialGraph.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <map>
+#include <string>
+
+namespace Mox::Host {
+
+/// The run-time parameters of a material with their values: those of the caller win over those of
+/// the document, and these over the nodes' own.
+class PreviewBindings
+{
+public:
+    /// @throws HostError naming the node that fails
+    explicit PreviewBindings(const MaterialGraph& graph);
+
+    /// Gives the bindings of that name a value in its attribute form: numbers with commas between
+    /// them, or the file of a texture.
+    /// @returns false if there is no such binding
+    /// @throws HostError if the text is no value for it
+    bool Set(const std::string& name, const std::string& value);
+
+    /// The binding of a vertex stream, of a texture, or of a uniform; or null.
+    const Materials::Binding* FindStream(const std::string& name) const;
+    const Materials::Binding* FindTexture(const std::string& name) const;
+    const Materials::Binding* FindFloat(const std::string& name) const;
+
+    /// The names in quotes, with commas between them.
+    std::string ListNames() const;
+
+private:
+    boost::shared_ptr<Materials::Material> _material;
+};
+
+} // namespace Mox::Host

@@ -1,0 +1,206 @@
+#include "mox/preview/TextureImage.h"
+
+#include "mox/Text.h"
+#include "mox/host/File.h"
+#include "mox/host/HostError.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <glm/common.hpp>
+#include <glm/vec3.hpp>
+#include <glm/vec4.hpp>
+#include <memory>
+
+#define STB_IMAGE_IMPLEMENTATION
+#define STB_IMAGE_STATIC
+#define STBI_NO_STDIO
+#define STBI_ONLY_PNG
+#define STBI_ONLY_JPEG
+#define STBI_ONLY_HDR
+#include <stb/stb_image.h>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+constexpr std::size_t channels = 4;
+constexpr float brightest = 255.0f;
+
+template <class Value>
+TextureImage MakeImage(int width, int height, TexelFormat format, const Value* values)
+{
+    TextureImage image{
+        static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height), format, {}};
+    image.Bytes.resize(std::size_t(image.Width) * image.Height * channels * sizeof(Value));
+    std::memcpy(image.Bytes.data(), values, image.Bytes.size());
+    return image;
+}
+
+template <class Value>
+using Decoded = std::unique_ptr<Value, decltype(&stbi_image_free)>;
+
+float ToLinear(float srgb)
+{
+    return srgb <= 0.04045f ? srgb / 12.92f : std::pow((srgb + 0.055f) / 1.055f, 2.4f);
+}
+
+float ToSrgb(float linear)
+{
+    return linear <= 0.0031308f ? linear * 12.92f : 1.055f * std::pow(linear, 1.0f / 2.4f) - 0.055f;
+}
+
+/// What bytes stand for.
+std::array<float, 256> MakeByteTable(bool isSrgb)
+{
+    std::array<float, 256> table{};
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        const float value = static_cast<float>(i) / brightest;
+        table[i] = isSrgb ? ToLinear(value) : value;
+    }
+    return table;
+}
+
+/// Reads and writes texels of images of one format as values that may be averaged.
+class TexelCodec
+{
+public:
+    TexelCodec(TexelFormat format, bool isSrgb)
+        : _format(format), _isSrgb(isSrgb), _colours(MakeByteTable(isSrgb)),
+          _alphas(MakeByteTable(false))
+    {}
+
+    glm::vec4 Read(const TextureImage& image, std::uint32_t x, std::uint32_t y) const
+    {
+        const std::size_t texel = std::size_t(y) * image.Width + x;
+        if (_format == TexelFormat::Float) {
+            glm::vec4 value;
+            std::memcpy(&value, image.Bytes.data() + texel * sizeof(value), sizeof(value));
+            return value;
+        }
+        const std::byte* bytes = image.Bytes.data() + texel * channels;
+        const auto at = [&](std::size_t i) { return std::to_integer<std::size_t>(bytes[i]); };
+        return {_colours[at(0)], _colours[at(1)], _colours[at(2)], _alphas[at(3)]};
+    }
+
+    void Append(const glm::vec4& value, TextureImage& image) const
+    {
+        if (_format == TexelFormat::Float) {
+            const auto* bytes = reinterpret_cast<const std::byte*>(&value);
+            image.Bytes.insert(image.Bytes.end(), bytes, bytes + sizeof(value));
+            return;
+        }
+        for (glm::length_t i = 0; i < value.length(); ++i) {
+            const float stored = _isSrgb && i < 3 ? ToSrgb(value[i]) : value[i];
+            image.Bytes.push_back(static_cast<std::byte>(std::lround(stored * brightest)));
+        }
+    }
+
+private:
+    TexelFormat _format;
+    bool _isSrgb;
+    std::array<float, 256> _colours;
+    std::array<float, 256> _alphas;
+};
+
+TextureImage Halve(const TextureImage& image, const TexelCodec& codec)
+{
+    TextureImage half{
+        std::max(1u, image.Width / 2), std::max(1u, image.Height / 2), image.Format, {}};
+    for (std::uint32_t y = 0; y < half.Height; ++y) {
+        for (std::uint32_t x = 0; x < half.Width; ++x) {
+            glm::vec4 sum(0.0f);
+            float count = 0.0f;
+            // Odd sizes make some texels cover three.
+            for (std::uint32_t j = y * image.Height / half.Height;
+                 j < (y + 1) * image.Height / half.Height; ++j) {
+                for (std::uint32_t i = x * image.Width / half.Width;
+                     i < (x + 1) * image.Width / half.Width; ++i) {
+                    sum += codec.Read(image, i, j);
+                    count += 1.0f;
+                }
+            }
+            codec.Append(sum / count, half);
+        }
+    }
+    return half;
+}
+
+} // namespace
+
+TextureImage ReadTextureImage(const std::filesystem::path& file)
+{
+    const std::string bytes = ReadFile(file);
+    const auto* data = reinterpret_cast<const stbi_uc*>(bytes.data());
+    const int size = static_cast<int>(bytes.size());
+    int width = 0;
+    int height = 0;
+    int fileChannels = 0;
+    const auto require = [&](const auto& decoded) {
+        if (!decoded) {
+            throw HostError(
+                {file.string(), 0, {}, {}},
+                Compose("is no PNG, JPEG or HDR image that can be read: ", stbi_failure_reason()));
+        }
+    };
+    if (stbi_is_hdr_from_memory(data, size)) {
+        const Decoded<float> decoded(
+            stbi_loadf_from_memory(data, size, &width, &height, &fileChannels, channels),
+            stbi_image_free);
+        require(decoded);
+        return MakeImage(width, height, TexelFormat::Float, decoded.get());
+    }
+    if (stbi_is_16_bit_from_memory(data, size)) {
+        constexpr float brightest16 = 65535.0f;
+        const Decoded<stbi_us> decoded(
+            stbi_load_16_from_memory(data, size, &width, &height, &fileChannels, channels),
+            stbi_image_free);
+        require(decoded);
+        std::vector<float> values(std::size_t(width) * std::size_t(height) * channels);
+        std::transform(decoded.get(), decoded.get() + values.size(), values.begin(),
+                       [](stbi_us value) { return static_cast<float>(value) / brightest16; });
+        return MakeImage(width, height, TexelFormat::Float, values.data());
+    }
+    const Decoded<stbi_uc> decoded(
+        stbi_load_from_memory(data, size, &width, &height, &fileChannels, channels),
+        stbi_image_free);
+    require(decoded);
+    return MakeImage(width, height, TexelFormat::Unorm8, decoded.get());
+}
+
+TextureImage MakeCheckerImage()
+{
+    constexpr std::uint32_t size = 256;
+    constexpr std::uint32_t checkSize = 32;
+    constexpr std::uint8_t light = 200;
+    constexpr std::uint8_t dark = 120;
+    std::vector<std::uint8_t> pixels;
+    for (std::uint32_t y = 0; y < size; ++y) {
+        for (std::uint32_t x = 0; x < size; ++x) {
+            const std::uint8_t grey = (x / checkSize + y / checkSize) % 2 == 0 ? light : dark;
+            pixels.insert(pixels.end(), {grey, grey, grey, 255});
+        }
+    }
+    return MakeImage(size, size, TexelFormat::Unorm8, pixels.data());
+}
+
+TextureImage MakeFlatNormalImage()
+{
+    // Bytes have no middle between 0 and 1.
+    constexpr float flat[] = {0.5f, 0.5f, 1.0f, 0.5f};
+    return MakeImage(1, 1, TexelFormat::Float, flat);
+}
+
+std::vector<TextureImage> MakeMipLevels(TextureImage image, bool isSrgb)
+{
+    const TexelCodec codec(image.Format, isSrgb);
+    std::vector<TextureImage> levels{std::move(image)};
+    while (levels.back().Width > 1 || levels.back().Height > 1)
+        levels.push_back(Halve(levels.back(), codec));
+    return levels;
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,75 @@
+#include "mox/host/HostError.h"
+#include "mox/preview/MeshShapes.h"
+#include "mox/preview/MeshStreams.h"
+
+#include <gtest/gtest.h>
+
+using namespace Mox;
+using namespace Mox::Host;
+using Materials::CreateBinding;
+using Materials::StreamType;
+
+namespace {
+
+TEST(MeshStreams, ModifiersChangeTheComponentsThatTheyName)
+{
+    struct Case
+    {
+        const char* Modifiers;
+        std::vector<float> Values;
+    };
+    for (const Case& expected :
+         {Case{"", {0.25f, 0.5f}}, Case{"oneminus|v", {0.25f, 0.5f}},
+          Case{"oneminus|u", {0.75f, 0.5f}}, Case{"negate", {-0.25f, -0.5f}},
+          Case{"negate|y", {0.25f, -0.5f}}, Case{"negate|v oneminus|v", {0.25f, 1.5f}}}) {
+        MeshStream stream{2, {0.25f, 0.5f}};
+        ApplyModifiers(expected.Modifiers, stream);
+        EXPECT_EQ(stream.Values, expected.Values) << expected.Modifiers;
+    }
+    MeshStream stream{2, {0.25f, 0.5f}};
+    EXPECT_THROW(ApplyModifiers("halve", stream), HostError);
+    EXPECT_THROW(ApplyModifiers("negate|z", stream), HostError);
+    EXPECT_THROW(ApplyModifiers("negate|q", stream), HostError);
+}
+
+TEST(MeshStreams, SetsGoByTheNumberInTheBinding)
+{
+    Mesh mesh;
+    mesh.Positions = {{}};
+    mesh.UvSets = {{{0.0f, 1.0f}}, {{1.0f, 1.0f}}};
+    const auto setOf = [&](const std::string& tag, const std::string& value) {
+        const auto binding = CreateBinding(StreamType::Uv, tag, 1);
+        binding->SetDefaultText(value);
+        return ReadBoundStream(mesh, *binding).Values.front();
+    };
+    EXPECT_EQ(setOf("base", ""), 0.0f);
+    EXPECT_EQ(setOf("uv1", ""), 1.0f);
+    EXPECT_EQ(setOf("uv1", "TEXCOORD_0"), 0.0f);
+    EXPECT_EQ(setOf("base", "1"), 1.0f);
+    EXPECT_EQ(setOf("uv7", ""), 0.0f) << "the mesh has no eighth set";
+}
+
+TEST(MeshStreams, SayWhatTheMeshLacks)
+{
+    Mesh mesh;
+    mesh.Name = "bare.obj";
+    mesh.Positions = {{}};
+    const auto failureOf = [](auto read) {
+        try {
+            read();
+        } catch (const HostError& error) {
+            return error.Message;
+        }
+        return std::string("no failure");
+    };
+    EXPECT_EQ(
+        failureOf([&] { ReadBoundStream(mesh, *CreateBinding(StreamType::Colour, "mask", 1)); }),
+        "the mesh \"bare.obj\" has no vertex colours, which the material reads as \"mask\"");
+    EXPECT_EQ(failureOf([&] { ReadNamedStream(mesh, "tangent"); }),
+              "the mesh \"bare.obj\" has no tangents, which are worked out from texture "
+              "coordinates");
+    EXPECT_EQ(failureOf([&] { ReadNamedStream(mesh, "windWeight"); }),
+              "the mesh \"bare.obj\" has no stream \"windWeight\"");
+}
+
+} // namespace

@@ -1,0 +1,143 @@
+#include "Commands.h"
+#include "LoadEnvironment.h"
+#include "LoadPlugins.h"
+#include "ProblemMessage.h"
+#include "mox/Text.h"
+#include "mox/host/PropertyText.h"
+#include "mox/preview/MaterialPreview.h"
+#include "mox/preview/MeshFile.h"
+
+#include <iostream>
+#include <optional>
+#include <utility>
+
+namespace Mox::Tool {
+
+namespace {
+
+using Materials::Compose;
+
+constexpr const char* footer =
+    R"(Textures whose names are relative lie beside the material. --set takes numbers
+with commas between them for a constant, a file for a texture, and a number for
+the uv or vertex colour set of the mesh that a stream reads. It also takes what
+the environment supplies, such as lightDirection=0,1,0.
+
+Examples:
+  mox preview rim.xml -o rim.png
+      Draw a material on a sphere.
+  mox preview brick.xml -o brick.png --mesh house.glb --set tint=1,0.5,0.5
+      Draw it on a mesh, with another colour.
+  mox preview brick.xml -o mask.png --node noise.out_red --mesh plane
+      Show what one output of a node puts out.
+  mox preview fire.xml -o fire.png --frames 0..7 --size 128x128
+      Draw eight frames side by side.
+)";
+
+struct PreviewArguments
+{
+    std::string File;
+    std::string Output;
+    std::string Size = "512x512";
+    std::string Mesh = "sphere";
+    float Frame = 0.0f;
+    std::string Frames;
+    std::string Node;
+    std::vector<std::string> Values;
+    std::string Environment;
+};
+
+/// Two whole numbers with a separator between them.
+std::optional<std::pair<std::int32_t, std::int32_t>> ParsePair(const std::string& text,
+                                                               const std::string& separator)
+{
+    const std::size_t position = text.find(separator);
+    if (position == text.npos)
+        return std::nullopt;
+    const auto first = Host::ParseInteger(text.substr(0, position));
+    const auto second = Host::ParseInteger(text.substr(position + separator.size()));
+    if (!first || !second)
+        return std::nullopt;
+    return std::pair(*first, *second);
+}
+
+Host::PreviewOptions ReadOptions(const PreviewArguments& arguments)
+{
+    Host::PreviewOptions options;
+    const auto size = ParsePair(arguments.Size, "x");
+    if (!size || size->first < 1 || size->second < 1)
+        throw CLI::ValidationError("--size", "must be a width and a height, such as 640x480");
+    options.Width = static_cast<std::uint32_t>(size->first);
+    options.Height = static_cast<std::uint32_t>(size->second);
+    options.FirstFrame = arguments.Frame;
+    if (!arguments.Frames.empty()) {
+        const auto frames = ParsePair(arguments.Frames, "..");
+        if (!frames || frames->second < frames->first)
+            throw CLI::ValidationError("--frames", "must be a range, such as 0..7");
+        options.FirstFrame = static_cast<float>(frames->first);
+        options.FrameCount = static_cast<std::uint32_t>(frames->second) -
+                             static_cast<std::uint32_t>(frames->first) + 1;
+    }
+    options.Node = arguments.Node;
+    for (const std::string& value : arguments.Values) {
+        const std::size_t sign = value.find('=');
+        if (sign == value.npos || sign == 0)
+            throw CLI::ValidationError("--set", "must be a name and a value, such as tint=1,0,0");
+        options.Values[value.substr(0, sign)] = value.substr(sign + 1);
+    }
+    return options;
+}
+
+void Preview(const PreviewArguments& arguments, const CommonOptions& common)
+{
+    const Host::PreviewOptions options = ReadOptions(arguments);
+    const Host::Mesh mesh = Host::FindMesh(arguments.Mesh);
+    const Host::PluginSet plugins = LoadPlugins(common);
+    const Host::MaterialPreview preview(plugins, LoadEnvironment(arguments.Environment));
+    Host::ProblemList problems;
+    const Host::MaterialDocument document = Host::ReadMaterialDocument(arguments.File, problems);
+    const Host::Picture picture = preview.RenderMaterial(document, mesh, options, problems);
+    for (const Host::Problem& problem : problems.Problems())
+        std::cerr << FormatMessage(problem) << '\n';
+    Host::WritePng(picture, arguments.Output);
+    if (problems.HasErrors())
+        throw CLI::RuntimeError(failureStatus);
+}
+
+} // namespace
+
+void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
+{
+    auto* command = program.add_subcommand("preview", "Draw a picture of a material");
+    const auto arguments = std::make_shared<PreviewArguments>();
+    command->add_option("FILE", arguments->File, "Material document")->type_name("")->required();
+    command->add_option("-o,--output", arguments->Output, "Picture to write, a PNG file")
+        ->type_name("FILE")
+        ->required();
+    command->add_option("--size", arguments->Size, "Size of the picture, or of each frame")
+        ->type_name("WxH")
+        ->capture_default_str();
+    command
+        ->add_option("--mesh", arguments->Mesh,
+                     "\"sphere\", \"plane\", \"cube\", or an .obj, .gltf or .glb file")
+        ->type_name("MESH")
+        ->capture_default_str();
+    auto* frame = command->add_option("--frame", arguments->Frame, "Number of the frame")
+                      ->type_name("N")
+                      ->capture_default_str();
+    command
+        ->add_option("--frames", arguments->Frames,
+                     "Frames to draw side by side, the last included")
+        ->type_name("A..B")
+        ->excludes(frame);
+    command->add_option("--node", arguments->Node, "Show what a node puts out instead")
+        ->type_name("ID[.PORT]");
+    command->add_option("--set", arguments->Values, "Value of a binding; may be repeated")
+        ->type_name("NAME=VALUE")
+        ->allow_extra_args(false);
+    AddEnvironmentOption(*command, arguments->Environment);
+    command->footer(footer);
+    command->callback([arguments, &common] { Preview(*arguments, common); });
+}
+
+} // namespace Mox::Tool
