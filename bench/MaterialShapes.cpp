@@ -105,12 +105,18 @@ std::string MakeDocument(Shape shape, std::size_t nodeCount)
                        "<material version=\"1\">\n"
                        "  <nodes>\n"
                        "    <node id=\"facing\" type=\"SurfaceFacingRatio\" version=\"0\"/>\n";
+    const auto appendProperty = [&](const char* name, const char* kind, const auto& value) {
+        text += Compose("      <property name=\"", name, "\" kind=\"", kind, "\" value=\"", value,
+                        "\"/>\n");
+    };
     for (std::size_t i = 0; i < nodeCount; ++i) {
-        text += Compose("    <node id=\"n", i, "\" type=\"CoreMaths\" version=\"0\">\n",
-                        "      <property name=\"Function\" kind=\"enum\" value=\"",
-                        i % 2 == 0 ? "Multiply" : "Addition", "\"/>\n",
-                        "      <property name=\"Default Value 2\" kind=\"float\" value=\"",
-                        nodes[i].Value, "\"/>\n    </node>\n");
+        text += Compose("    <node id=\"n", i, "\" type=\"CoreMaths\" version=\"0\">\n");
+        appendProperty("Function", "enum", i % 2 == 0 ? "Multiply" : "Addition");
+        if (i > 0 && nodes[i].First == ShapeNode::none)
+            appendProperty("Default Value 1", "float", nodes[i].Value);
+        if (nodes[i].Second == ShapeNode::none)
+            appendProperty("Default Value 2", "float", nodes[i].Value);
+        text += "    </node>\n";
     }
     text += "    <node id=\"surface\" type=\"Surface\" version=\"0\"/>\n  </nodes>\n  <edges>\n";
     const auto appendEdge = [&](const std::string& tail, const char* tailPort,
@@ -119,10 +125,9 @@ std::string MakeDocument(Shape shape, std::size_t nodeCount)
                         "\" headPort=\"", headPort, "\"/>\n");
     };
     const auto id = [](std::size_t node) { return Compose("n", node); };
+    appendEdge("facing", "read", id(0), "in_value1");
     for (std::size_t i = 0; i < nodeCount; ++i) {
-        if (nodes[i].First == ShapeNode::none)
-            appendEdge("facing", "read", id(i), "in_value1");
-        else
+        if (nodes[i].First != ShapeNode::none)
             appendEdge(id(nodes[i].First), "out_value", id(i), "in_value1");
         if (nodes[i].Second != ShapeNode::none)
             appendEdge(id(nodes[i].Second), "out_value", id(i), "in_value2");

@@ -24,15 +24,15 @@ struct ShapeNode
 {
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
-    std::size_t First = none;  ///< node that feeds the first input; without one the surface does
-    std::size_t Second = none; ///< node that feeds the second input; without one it has a value
-    std::size_t Value = 0;
+    std::size_t First = none;  ///< node that feeds the first input
+    std::size_t Second = none; ///< node that feeds the second input
+    std::size_t Value = 0;     ///< of the inputs that no node feeds
 };
 
 /// The nodes in order, each behind those it reads, the root last.
 std::vector<ShapeNode> MakeShape(Shape shape, std::size_t nodeCount);
 
-/// A document of the shape. Nodes multiply and add in turn.
+/// A document of the shape. Nodes multiply and add in turn; the first one reads the facing ratio.
 std::string MakeDocument(Shape shape, std::size_t nodeCount);
 
 } // namespace Mox::Bench

@@ -5,8 +5,8 @@
 
 #include <exception>
 #include <iostream>
-#include <stdexcept>
 #include <malloc.h>
+#include <stdexcept>
 #include <string>
 #include <sys/resource.h>
 #include <vector>
