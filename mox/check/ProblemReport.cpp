@@ -1,7 +1,9 @@
 #include "mox/check/ProblemReport.h"
 
 #include "mox/Text.h"
+#include "mox/host/Excerpt.h"
 
+#include <cctype>
 #include <nlohmann/json.hpp>
 #include <set>
 
@@ -25,11 +27,27 @@ std::string Dump(const Json& json)
     return json.dump(indent, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
+/// A path as a reference within a SARIF log, where other characters than these are escaped.
+std::string ToUri(const std::string& path)
+{
+    constexpr std::string_view unescaped = "-._~/";
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string uri;
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 128 && (std::isalnum(byte) != 0 || unescaped.find(c) != unescaped.npos))
+            uri += c;
+        else
+            uri += {'%', digits[byte / 16], digits[byte % 16]};
+    }
+    return uri;
+}
+
 Json LocationOf(const Place& place)
 {
     Json location = Json::object();
     if (!place.File.empty()) {
-        Json physical = {{"artifactLocation", {{"uri", place.File}}}};
+        Json physical = {{"artifactLocation", {{"uri", ToUri(place.File)}}}};
         if (place.Line > 0) {
             physical["region"] = {{"startLine", place.Line}};
             if (place.Column > 0)
@@ -57,8 +75,9 @@ std::string FormatProblemsAsText(const std::vector<Problem>& problems)
         Place node;
         node.Node = problem.Where.Node;
         node.Port = problem.Where.Port;
-        text += Compose(line.Format(), WordOf(problem.Level), ": ", node.Format(), problem.Message,
-                        " [", problem.Rule, "]\n");
+        text += ToOneLine(Compose(line.Format(), WordOf(problem.Level), ": ", node.Format(),
+                                  problem.Message, " [", problem.Rule, "]"));
+        text += '\n';
     }
     return text;
 }

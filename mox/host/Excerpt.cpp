@@ -1,6 +1,17 @@
 #include "mox/host/Excerpt.h"
 
+#include <algorithm>
+
 namespace Mox::Host {
+
+std::string ToOneLine(std::string text)
+{
+    const auto isControl = [](char c) {
+        return static_cast<unsigned char>(c) < ' ' || c == '\x7F';
+    };
+    std::replace_if(text.begin(), text.end(), isControl, ' ');
+    return text;
+}
 
 std::string Excerpt(std::string_view text)
 {
@@ -14,10 +25,8 @@ std::string Excerpt(std::string_view text)
         while (end > 0 && continues(end))
             --end;
     }
-    std::string excerpt = "\"";
-    for (const char c : text.substr(0, end))
-        excerpt += static_cast<unsigned char>(c) < ' ' || c == '\x7F' ? ' ' : c;
-    return excerpt + (end < text.size() ? "...\"" : "\"");
+    return "\"" + ToOneLine(std::string(text.substr(0, end))) +
+           (end < text.size() ? "...\"" : "\"");
 }
 
 } // namespace Mox::Host

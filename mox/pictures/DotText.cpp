@@ -107,7 +107,8 @@ std::string QuoteTooltip(std::string_view text)
 
 std::string EscapeLabel(std::string_view text)
 {
-    return EscapeTags(Clean(text, " "), labelBackslash);
+    constexpr std::string_view blank = "&#160;"; // tags around nothing are no label
+    return text.empty() ? std::string(blank) : EscapeTags(Clean(text, " "), labelBackslash);
 }
 
 std::string EscapeTooltip(std::string_view text)

@@ -85,6 +85,18 @@ bool IsTextureRead(std::string_view word)
     return false;
 }
 
+/// A place of a parameter, with or without a number: "POSITION", "TEXCOORD3". A parameter of that
+/// name would be legal, but not every compiler tells the two apart.
+bool IsSemantic(std::string_view word)
+{
+    while (!word.empty() && word.back() >= '0' && word.back() <= '9')
+        word.remove_suffix(1);
+    constexpr std::string_view semantics[] = {"ATTR",     "BCOLOR",  "COLOR", "DEPTH",
+                                              "FACE",     "FOG",     "PSIZE", "POSITION",
+                                              "TEXCOORD", "TEXUNIT", "WPOS"};
+    return std::find(std::begin(semantics), std::end(semantics), word) != std::end(semantics);
+}
+
 /// What no Cg name may hold becomes one underscore.
 std::string ReplaceBadCharacters(const std::string& text)
 {
@@ -107,7 +119,8 @@ std::string ReplaceBadCharacters(const std::string& text)
 
 bool IsReservedCgWord(const std::string& word)
 {
-    return ReservedWords().contains(word) || IsNumberedType(word) || IsTextureRead(word);
+    return ReservedWords().contains(word) || IsNumberedType(word) || IsTextureRead(word) ||
+           IsSemantic(word);
 }
 
 std::string ToSafeCgName(const std::string& text)

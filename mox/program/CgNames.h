@@ -5,7 +5,7 @@
 
 namespace Mox::Host {
 
-/// Whether Cg has the word itself: a keyword, a type or a function of its library.
+/// Whether Cg has the word itself: a keyword, a type, a function of its library or a semantic.
 bool IsReservedCgWord(const std::string& word);
 
 /// A Cg name as close as possible to any text: what no Cg name may hold becomes one underscore, an

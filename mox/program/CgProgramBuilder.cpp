@@ -118,15 +118,16 @@ CgProgram BuildCgProgram(const ShaderGraph& shaderGraph, const ShaderOrigins& or
     std::optional<StagePlan> plan(std::in_place, graph, origins, StagePlan::Copies::HandedOn,
                                   problems);
     ReportWhatCannotCross(graph, origins, *plan, problems);
-    if (problems.Problems().size() > problemsBefore)
-        return program;
-    std::optional<Interpolants> interpolants = LayOut(graph, *plan);
-    if (!interpolants) {
-        plan.emplace(graph, origins, StagePlan::Copies::MadeTwice, problems);
+    std::optional<Interpolants> interpolants;
+    if (problems.Problems().size() == problemsBefore) {
         interpolants = LayOut(graph, *plan);
+        if (!interpolants) {
+            plan.emplace(graph, origins, StagePlan::Copies::MadeTwice, problems);
+            interpolants = LayOut(graph, *plan);
+        }
+        if (!interpolants)
+            ReportCrowd(graph, origins, *plan, problems);
     }
-    if (!interpolants)
-        ReportCrowd(graph, origins, *plan, problems);
 
     CgNames names;
     for (const EnvironmentCode& code : environment.Code) {

@@ -10,11 +10,12 @@ namespace Mox::Host {
 
 namespace {
 
-/// Where nodes stand in their document. What comes behind the authoring graph knows their ids only.
+/// Where nodes stand in their document. What comes behind the authoring graph knows their ids only,
+/// and of problems of the whole material not even the file.
 class NodePlaces
 {
 public:
-    explicit NodePlaces(const MaterialGraph& graph)
+    explicit NodePlaces(const MaterialGraph& graph) : _file(graph.Store().File())
     {
         for (const MaterialGraph::Node& node : graph.Nodes())
             _places.emplace(node.Id, node.Where);
@@ -24,14 +25,18 @@ public:
 
     void Append(const ProblemList& found, ProblemList& problems) const
     {
-        for (const Problem& problem : found.Problems()) {
+        for (Problem problem : found.Problems()) {
             const auto place = _places.find(problem.Where.Node);
-            problems.Add({problem.Level, problem.Rule,
-                          place == _places.end() ? problem.Where : place->second, problem.Message});
+            if (place != _places.end())
+                problem.Where = place->second;
+            else if (problem.Where.File.empty())
+                problem.Where.File = _file;
+            problems.Add(problem);
         }
     }
 
 private:
+    std::string _file;
     std::unordered_map<std::string, Place> _places;
 };
 
@@ -42,8 +47,6 @@ void CompleteShader(const MaterialGraph& graph, const Environment& environment,
 {
     shader.Graph.Providers.push_back(boost::make_shared<EnvironmentProvider>(environment));
     GenerateShaderGraph(graph, shader, problems);
-    if (problems.HasErrors())
-        return;
     try {
         CompleteShaderGraph(environment, shader.Graph);
     } catch (const HostError& error) {
@@ -55,14 +58,17 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
                                const ProgramOptions& options, ProblemList& problems)
 {
     GeneratedShader shader;
-    CompleteShader(graph, environment, shader, problems);
-    if (problems.HasErrors())
-        return {};
     ProblemList found;
+    CompleteShader(graph, environment, shader, found);
+    const bool isComplete = !found.HasErrors();
+    problems.Append(found);
+    found = {};
     CgProgram program = BuildCgProgram(shader.Graph, shader.Origins, shader.OriginalNames,
                                        environment, options, found);
     const NodePlaces places(graph);
     places.Append(found, problems);
+    if (!isComplete)
+        return program; // what only a failed node reads is not dead
     for (const std::string& node : program.DeadNodes)
         problems.Warn("dead-node", places.Of(node), "nothing of this node reaches the surface");
     return program;

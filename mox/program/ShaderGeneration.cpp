@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <tuple>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace Mox::Host {
@@ -31,6 +32,7 @@ public:
                 CallLibrary(node.Where, [&] { node.Gui->GenerateShader(_generator); });
             } catch (const HostError& error) {
                 _problems.Fail("node-failed", error.Where, names.Translate(error.Message));
+                _failed.insert(node.Gui.get());
             }
             NoteOrigins({node.Id, node.Gui->GetType()});
         }
@@ -79,9 +81,14 @@ private:
     void JoinEdge(const MaterialGraph::Edge& edge)
     {
         const ShaderEdgeRecord& record = _generator.EdgeMap.at(edge.Gui);
-        if (!record.Tail)
+        const bool hasFailed = _failed.contains(edge.Gui->Tail.lock().get());
+        if (!record.Tail && !hasFailed)
             return;
         for (std::size_t i = 0; i < record.Heads.size(); ++i) {
+            if (hasFailed) {
+                FeedStandIn(edge, record.Heads[i], record.HeadPorts[i]);
+                continue;
+            }
             try {
                 CallLibrary(edge.Where, [&] {
                     _generator.Connect(record.Tail, record.TailPort, record.Heads[i],
@@ -92,9 +99,26 @@ private:
                                Compose("edge from \"", IdOf(edge.Gui->Tail), "\" port \"",
                                        edge.Gui->TailPort, "\" to \"", IdOf(edge.Gui->Head),
                                        "\" port \"", edge.Gui->HeadPort, "\": ", error.Message));
+                FeedStandIn(edge, record.Heads[i], record.HeadPorts[i]);
             }
         }
         NoteOrigins({IdOf(edge.Gui->Head), "conversion"});
+    }
+
+    /// Feeds an input with a uniform in place of the value that a failure keeps from it, so that
+    /// the rest of the program can be checked as if that value were there.
+    void FeedStandIn(const MaterialGraph::Edge& edge, const ShaderNodeHandle& head,
+                     const std::string& port)
+    {
+        const std::int32_t input = head->FindInputPort(port);
+        if (input < 0 || !_generator.NodeMap.contains(head))
+            return;
+        const ShaderNodeHandle value = ShaderNode::CreateUniformParameter(
+            Compose("failed_", ++_standIns), head->Inputs[static_cast<std::size_t>(input)].Type);
+        _generator.AddNode(value);
+        _generator.Connect(value, value->Outputs.front().Name, head, port);
+        const auto tail = edge.Gui->Tail.lock();
+        NoteOrigins({IdOf(tail), tail->GetType()});
     }
 
     const std::string& IdOf(const boost::weak_ptr<Materials::GuiNode>& node) const
@@ -119,6 +143,8 @@ private:
     ProblemList& _problems;
     ShaderGraphGenerator _generator;
     std::unordered_map<const Materials::GuiNode*, NodePlace> _places;
+    std::unordered_set<const Materials::GuiNode*> _failed;
+    std::size_t _standIns = 0;
     std::size_t _noted = 0; ///< nodes of the graph that have their origins
 };
 

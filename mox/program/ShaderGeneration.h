@@ -20,7 +20,8 @@ struct GeneratedShader
 };
 
 /// Lets every node of a resolved graph write itself into shader.Graph, in the order of the nodes,
-/// and joins the results. A node that fails does not keep the others from writing.
+/// and joins the results. A node that fails does not keep the others from writing: where its
+/// results are missing stand uniforms, so that what comes next can go on looking for problems.
 /// @param shader has an empty graph; its providers answer what nodes ask for
 /// @param problems takes each node that cannot be exported, and each edge that does not convert
 void GenerateShaderGraph(const MaterialGraph& graph, GeneratedShader& shader,

@@ -10,7 +10,7 @@ namespace {
 
 const std::vector<Problem> problems = {
     {Severity::Error, "unknown-port", {"a \"b\".xml", 3, "n", "in_x", 7}, "no such port"},
-    {Severity::Warning, "dead-node", {"", 0, "", ""}, "bytes \xff that are no UTF-8"},
+    {Severity::Warning, "dead-node", {"", 0, "", ""}, "bytes \xff that\nare no UTF-8"},
 };
 
 TEST(ProblemReport, TextIsWhatCompilersPrint)
@@ -41,6 +41,7 @@ TEST(ProblemReport, JsonAndSarifHoldTheSame)
     EXPECT_EQ(run["tool"]["driver"]["rules"],
               (nlohmann::json{{{"id", "dead-node"}}, {{"id", "unknown-port"}}}));
     const auto& location = run["results"][0]["locations"][0];
+    EXPECT_EQ(location["physicalLocation"]["artifactLocation"]["uri"], "a%20%22b%22.xml");
     EXPECT_EQ(location["physicalLocation"]["region"],
               (nlohmann::json{{"startLine", 3}, {"startColumn", 7}}));
     EXPECT_EQ(location["logicalLocations"][0]["fullyQualifiedName"], "n.in_x");

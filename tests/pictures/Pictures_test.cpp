@@ -166,6 +166,7 @@ TEST(Pictures, ShowEveryNameAsItStands)
     // What is no text at all is seen as that.
     EXPECT_EQ(EscapeLabel(std::string("a\x01\xff\xc3\0z\xef\xbf\xbf", 9)),
               "a\uFFFD\uFFFD\uFFFD\uFFFDz\uFFFD");
+    EXPECT_EQ(EscapeLabel(""), "&#160;");
 
     ProblemList problems;
     MaterialDocument document;

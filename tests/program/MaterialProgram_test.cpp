@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <random>
+#include <sstream>
 
 using namespace Mox;
 using namespace Mox::Host;
@@ -286,12 +287,39 @@ std::string TextureSum(int count, bool ownCoordinates)
     return text + last + " -> surface.in_colour\n";
 }
 
+TEST(MaterialProgram, AProblemDoesNotHideThoseBehindIt)
+{
+    const std::string problems = ProblemsOf(R"(
+        uv CoreUv; Name=uv0
+        lost CoreTexture
+        behind CoreMaths
+        bumps CoreTexture
+        height CoreMaths
+        a CoreUv; Name=uv0
+        split CoreSwizzle; Vector Type=Uv
+        surface Surface
+        lost.out_colour -> behind.in_value1
+        behind.out_value -> surface.in_colour
+        uv.read -> bumps.in_uv
+        bumps.out_colour -> height.in_value1
+        height.out_value -> surface.in_offset
+        a.read -> split.in_vec
+        split.out_x -> surface.in_alpha
+    )");
+    std::string rules;
+    std::istringstream lines(problems);
+    for (std::string line; std::getline(lines, line);)
+        rules += line.substr(0, line.find(':')) + " ";
+    EXPECT_EQ(rules, "node-failed stage-conflict two-types ") << problems;
+}
+
 TEST(MaterialProgram, LimitsOfTheRegistersNameWhatIsInTheWay)
 {
     EXPECT_EQ(ProblemsOf(TextureSum(16, false)), "");
     const std::string samplers = ProblemsOf(TextureSum(17, false));
-    EXPECT_TRUE(samplers.starts_with("too-many-registers: textures of the fragment program need 17 "
-                                     "registers, but there are 16: \"t"))
+    EXPECT_TRUE(
+        samplers.starts_with("too-many-registers: test.xml: textures of the fragment program "
+                             "need 17 registers, but there are 16: \"t"))
         << samplers;
     // Each coordinate takes two components, and the normal takes three of the forty.
     EXPECT_EQ(ProblemsOf(TextureSum(16, true)), "");
@@ -306,8 +334,9 @@ TEST(MaterialProgram, LimitsOfTheRegistersNameWhatIsInTheWay)
     crowd += "split CoreSwizzle; Vector Type=Vector; Component Count=4\nmix3.out_value -> "
              "split.in_vec\nsplit.out_w -> surface.in_alpha\n";
     const std::string problems = ProblemsOf(crowd);
-    EXPECT_TRUE(problems.starts_with("too-many-interpolants: what the vertex program hands to the "
-                                     "fragment program does not fit into 10 registers"))
+    EXPECT_TRUE(
+        problems.starts_with("too-many-interpolants: test.xml: what the vertex program hands to "
+                             "the fragment program does not fit into 10 registers"))
         << problems;
     EXPECT_NE(problems.find("\"out_uv1\" of node \"anim7\" (float2)"), std::string::npos)
         << problems;

@@ -81,7 +81,7 @@ struct Tally
         ++(outcome.Problems.HasErrors() ? Failed : Exported);
         for (const Host::Problem& problem : outcome.Problems.Problems())
             Warnings += problem.Level == Host::Severity::Warning ? 1 : 0;
-        if (!outcome.Content.empty())
+        if (!outcome.Problems.HasErrors() && !outcome.Content.empty())
             Contents.insert(outcome.Content);
     }
 
