@@ -4,36 +4,19 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <unordered_map>
-
 namespace Mox::Host {
 
 namespace {
 
-/// Where nodes stand in their document. What comes behind the authoring graph knows their ids only.
-class NodePlaces
+/// Takes over what was found behind the authoring graph, where only the ids of nodes are known.
+void Append(const ProblemList& found, const MaterialGraph& graph, ProblemList& problems)
 {
-public:
-    explicit NodePlaces(const MaterialGraph& graph)
-    {
-        for (const MaterialGraph::Node& node : graph.Nodes())
-            _places.emplace(node.Id, node.Where);
+    for (const Problem& problem : found.Problems()) {
+        const auto node = graph.Store().FindNode(problem.Where.Node);
+        problems.Add({problem.Level, problem.Rule,
+                      node ? graph.Nodes()[*node].Where : problem.Where, problem.Message});
     }
-
-    const Place& Of(const std::string& node) const { return _places.at(node); }
-
-    void Append(const ProblemList& found, ProblemList& problems) const
-    {
-        for (const Problem& problem : found.Problems()) {
-            const auto place = _places.find(problem.Where.Node);
-            problems.Add({problem.Level, problem.Rule,
-                          place == _places.end() ? problem.Where : place->second, problem.Message});
-        }
-    }
-
-private:
-    std::unordered_map<std::string, Place> _places;
-};
+}
 
 } // namespace
 
@@ -61,10 +44,11 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
     ProblemList found;
     CgProgram program = BuildCgProgram(shader.Graph, shader.Origins, shader.OriginalNames,
                                        environment, options, found);
-    const NodePlaces places(graph);
-    places.Append(found, problems);
-    for (const std::string& node : program.DeadNodes)
-        problems.Warn("dead-node", places.Of(node), "nothing of this node reaches the surface");
+    Append(found, graph, problems);
+    for (const std::string& node : program.DeadNodes) {
+        problems.Warn("dead-node", graph.Nodes()[graph.FindNode(node, {})].Where,
+                      "nothing of this node reaches the surface");
+    }
     return program;
 }
 
@@ -74,7 +58,7 @@ std::vector<std::string> WriteProgram(const ProgramFormat& format, const CgProgr
 {
     ProblemList found;
     std::vector<std::string> texts = format.Write(program, file.string(), found);
-    NodePlaces(graph).Append(found, problems);
+    Append(found, graph, problems);
     return texts;
 }
 

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <tuple>
-#include <unordered_map>
 #include <vector>
 
 namespace Mox::Host {
@@ -14,6 +13,7 @@ namespace Mox::Host {
 namespace {
 
 using Materials::Compose;
+using Materials::GuiNode;
 
 class ShaderGeneration
 {
@@ -32,18 +32,12 @@ public:
             } catch (const HostError& error) {
                 _problems.Fail("node-failed", error.Where, names.Translate(error.Message));
             }
-            NoteOrigins({node.Id, node.Gui->GetType()});
+            NoteOrigins(node.Id, node.Gui->GetType());
         }
         JoinEdges();
     }
 
 private:
-    struct NodePlace
-    {
-        std::size_t Position;
-        const std::string* Id;
-    };
-
     struct Join
     {
         std::size_t Head;
@@ -59,15 +53,17 @@ private:
     /// output or input took no part in what the node wrote, and the value is read nowhere.
     void JoinEdges()
     {
-        for (const MaterialGraph::Node& node : _graph.Nodes())
-            _places.emplace(node.Gui.get(), NodePlace{_places.size(), &node.Id});
+        std::vector<std::size_t> positions(_graph.Nodes().IndexEnd());
+        std::size_t position = 0;
+        for (auto node = _graph.Nodes().begin(); node != _graph.Nodes().end(); ++node)
+            positions[node.Index()] = position++;
         std::vector<Join> joins;
+        joins.reserve(_graph.Edges().size());
         for (const MaterialGraph::Edge& edge : _graph.Edges()) {
             if (!_generator.EdgeMap.contains(edge.Gui))
                 continue;
-            const auto head = edge.Gui->Head.lock();
-            joins.push_back(
-                {_places.at(head.get()).Position, head->FindInputPort(edge.Gui->HeadPort), &edge});
+            const GuiNode& head = *_graph.Nodes()[edge.Head].Gui;
+            joins.push_back({positions[edge.Head], head.FindInputPort(edge.Gui->HeadPort), &edge});
         }
         std::sort(joins.begin(), joins.end(), [](const Join& a, const Join& b) {
             return std::tie(a.Head, a.HeadPort) < std::tie(b.Head, b.HeadPort);
@@ -89,27 +85,23 @@ private:
                 });
             } catch (const HostError& error) {
                 _problems.Fail("edge-failed", error.Where,
-                               Compose("edge from \"", IdOf(edge.Gui->Tail), "\" port \"",
-                                       edge.Gui->TailPort, "\" to \"", IdOf(edge.Gui->Head),
+                               Compose("edge from \"", _graph.Nodes()[edge.Tail].Id, "\" port \"",
+                                       edge.Gui->TailPort, "\" to \"", _graph.Nodes()[edge.Head].Id,
                                        "\" port \"", edge.Gui->HeadPort, "\": ", error.Message));
             }
         }
-        NoteOrigins({IdOf(edge.Gui->Head), "conversion"});
-    }
-
-    const std::string& IdOf(const boost::weak_ptr<Materials::GuiNode>& node) const
-    {
-        return *_places.at(node.lock().get()).Id;
+        NoteOrigins(_graph.Nodes()[edge.Head].Id, "conversion");
     }
 
     /// Gives an origin to the nodes that the graph has taken since the last call.
-    void NoteOrigins(const ShaderOrigin& origin)
+    void NoteOrigins(const std::string& node, const std::string& type)
     {
-        auto node = _shader.Graph.Nodes.rbegin();
-        for (std::size_t i = _shader.Graph.Nodes.size(); i > _noted; --i, ++node) {
+        auto entry = _shader.Graph.Nodes.rbegin();
+        for (std::size_t i = _shader.Graph.Nodes.size(); i > _noted; --i, ++entry) {
             // What a provider inserted on the way is the environment's.
-            if (_generator.NodeMap.contains(*node) || (*node)->Kind == ShaderNodeKind::Function)
-                _shader.Origins.Set(**node, origin);
+            const ShaderNode& shader = **entry;
+            if (shader.Kind == ShaderNodeKind::Function || _generator.NodeMap.contains(*entry))
+                _shader.Origins.Set(shader, {node, type});
         }
         _noted = _shader.Graph.Nodes.size();
     }
@@ -118,7 +110,6 @@ private:
     GeneratedShader& _shader;
     ProblemList& _problems;
     ShaderGraphGenerator _generator;
-    std::unordered_map<const Materials::GuiNode*, NodePlace> _places;
     std::size_t _noted = 0; ///< nodes of the graph that have their origins
 };
 
