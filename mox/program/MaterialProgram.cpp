@@ -4,41 +4,22 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <unordered_map>
-
 namespace Mox::Host {
 
 namespace {
 
-/// Where nodes stand in their document. What comes behind the authoring graph knows their ids only,
-/// and of problems of the whole material not even the file.
-class NodePlaces
+/// Takes over what was found behind the authoring graph, where only the ids of nodes are known, and
+/// of problems of the whole material not even the file.
+void Append(const ProblemList& found, const MaterialGraph& graph, ProblemList& problems)
 {
-public:
-    explicit NodePlaces(const MaterialGraph& graph) : _file(graph.Store().File())
-    {
-        for (const MaterialGraph::Node& node : graph.Nodes())
-            _places.emplace(node.Id, node.Where);
+    for (Problem problem : found.Problems()) {
+        if (const auto node = graph.Store().FindNode(problem.Where.Node))
+            problem.Where = graph.Nodes()[*node].Where;
+        else if (problem.Where.File.empty())
+            problem.Where.File = graph.Store().File();
+        problems.Add(problem);
     }
-
-    const Place& Of(const std::string& node) const { return _places.at(node); }
-
-    void Append(const ProblemList& found, ProblemList& problems) const
-    {
-        for (Problem problem : found.Problems()) {
-            const auto place = _places.find(problem.Where.Node);
-            if (place != _places.end())
-                problem.Where = place->second;
-            else if (problem.Where.File.empty())
-                problem.Where.File = _file;
-            problems.Add(problem);
-        }
-    }
-
-private:
-    std::string _file;
-    std::unordered_map<std::string, Place> _places;
-};
+}
 
 } // namespace
 
@@ -65,12 +46,13 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
     found = {};
     CgProgram program = BuildCgProgram(shader.Graph, shader.Origins, shader.OriginalNames,
                                        environment, options, found);
-    const NodePlaces places(graph);
-    places.Append(found, problems);
+    Append(found, graph, problems);
     if (!isComplete)
         return program; // what only a failed node reads is not dead
-    for (const std::string& node : program.DeadNodes)
-        problems.Warn("dead-node", places.Of(node), "nothing of this node reaches the surface");
+    for (const std::string& node : program.DeadNodes) {
+        problems.Warn("dead-node", graph.Nodes()[graph.FindNode(node, {})].Where,
+                      "nothing of this node reaches the surface");
+    }
     return program;
 }
 
@@ -80,7 +62,7 @@ std::vector<std::string> WriteProgram(const ProgramFormat& format, const CgProgr
 {
     ProblemList found;
     std::vector<std::string> texts = format.Write(program, file.string(), found);
-    NodePlaces(graph).Append(found, problems);
+    Append(found, graph, problems);
     return texts;
 }
 

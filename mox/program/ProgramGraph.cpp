@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 
+#include <algorithm>
 #include <optional>
 #include <unordered_map>
 #include <unordered_set>
@@ -71,6 +72,8 @@ public:
     std::vector<std::string> FindDeadNodes() const
     {
         std::vector<std::string> dead;
+        if (std::find(_states.begin(), _states.end(), State::New) == _states.end())
+            return dead;
         std::unordered_set<std::string> seen;
         for (std::size_t i = 0; i < _shaders.size(); ++i) {
             if (_states[i] != State::New)

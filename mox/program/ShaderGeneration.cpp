@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <tuple>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -15,6 +14,7 @@ namespace Mox::Host {
 namespace {
 
 using Materials::Compose;
+using Materials::GuiNode;
 
 class ShaderGeneration
 {
@@ -34,18 +34,12 @@ public:
                 _problems.Fail("node-failed", error.Where, names.Translate(error.Message));
                 _failed.insert(node.Gui.get());
             }
-            NoteOrigins({node.Id, node.Gui->GetType()});
+            NoteOrigins(node.Id, node.Gui->GetType());
         }
         JoinEdges();
     }
 
 private:
-    struct NodePlace
-    {
-        std::size_t Position;
-        const std::string* Id;
-    };
-
     struct Join
     {
         std::size_t Head;
@@ -61,15 +55,17 @@ private:
     /// output or input took no part in what the node wrote, and the value is read nowhere.
     void JoinEdges()
     {
-        for (const MaterialGraph::Node& node : _graph.Nodes())
-            _places.emplace(node.Gui.get(), NodePlace{_places.size(), &node.Id});
+        std::vector<std::size_t> positions(_graph.Nodes().IndexEnd());
+        std::size_t position = 0;
+        for (auto node = _graph.Nodes().begin(); node != _graph.Nodes().end(); ++node)
+            positions[node.Index()] = position++;
         std::vector<Join> joins;
+        joins.reserve(_graph.Edges().size());
         for (const MaterialGraph::Edge& edge : _graph.Edges()) {
             if (!_generator.EdgeMap.contains(edge.Gui))
                 continue;
-            const auto head = edge.Gui->Head.lock();
-            joins.push_back(
-                {_places.at(head.get()).Position, head->FindInputPort(edge.Gui->HeadPort), &edge});
+            const GuiNode& head = *_graph.Nodes()[edge.Head].Gui;
+            joins.push_back({positions[edge.Head], head.FindInputPort(edge.Gui->HeadPort), &edge});
         }
         std::sort(joins.begin(), joins.end(), [](const Join& a, const Join& b) {
             return std::tie(a.Head, a.HeadPort) < std::tie(b.Head, b.HeadPort);
@@ -96,13 +92,13 @@ private:
                 });
             } catch (const HostError& error) {
                 _problems.Fail("edge-failed", error.Where,
-                               Compose("edge from \"", IdOf(edge.Gui->Tail), "\" port \"",
-                                       edge.Gui->TailPort, "\" to \"", IdOf(edge.Gui->Head),
+                               Compose("edge from \"", _graph.Nodes()[edge.Tail].Id, "\" port \"",
+                                       edge.Gui->TailPort, "\" to \"", _graph.Nodes()[edge.Head].Id,
                                        "\" port \"", edge.Gui->HeadPort, "\": ", error.Message));
                 FeedStandIn(edge, record.Heads[i], record.HeadPorts[i]);
             }
         }
-        NoteOrigins({IdOf(edge.Gui->Head), "conversion"});
+        NoteOrigins(_graph.Nodes()[edge.Head].Id, "conversion");
     }
 
     /// Feeds an input with a uniform in place of the value that a failure keeps from it, so that
@@ -117,23 +113,19 @@ private:
             Compose("failed_", ++_standIns), head->Inputs[static_cast<std::size_t>(input)].Type);
         _generator.AddNode(value);
         _generator.Connect(value, value->Outputs.front().Name, head, port);
-        const auto tail = edge.Gui->Tail.lock();
-        NoteOrigins({IdOf(tail), tail->GetType()});
-    }
-
-    const std::string& IdOf(const boost::weak_ptr<Materials::GuiNode>& node) const
-    {
-        return *_places.at(node.lock().get()).Id;
+        const MaterialGraph::Node& tail = _graph.Nodes()[edge.Tail];
+        NoteOrigins(tail.Id, tail.Gui->GetType());
     }
 
     /// Gives an origin to the nodes that the graph has taken since the last call.
-    void NoteOrigins(const ShaderOrigin& origin)
+    void NoteOrigins(const std::string& node, const std::string& type)
     {
-        auto node = _shader.Graph.Nodes.rbegin();
-        for (std::size_t i = _shader.Graph.Nodes.size(); i > _noted; --i, ++node) {
+        auto entry = _shader.Graph.Nodes.rbegin();
+        for (std::size_t i = _shader.Graph.Nodes.size(); i > _noted; --i, ++entry) {
             // What a provider inserted on the way is the environment's.
-            if (_generator.NodeMap.contains(*node) || (*node)->Kind == ShaderNodeKind::Function)
-                _shader.Origins.Set(**node, origin);
+            const ShaderNode& shader = **entry;
+            if (shader.Kind == ShaderNodeKind::Function || _generator.NodeMap.contains(*entry))
+                _shader.Origins.Set(shader, {node, type});
         }
         _noted = _shader.Graph.Nodes.size();
     }
@@ -142,7 +134,6 @@ private:
     GeneratedShader& _shader;
     ProblemList& _problems;
     ShaderGraphGenerator _generator;
-    std::unordered_map<const Materials::GuiNode*, NodePlace> _places;
     std::unordered_set<const Materials::GuiNode*> _failed;
     std::size_t _standIns = 0;
     std::size_t _noted = 0; ///< nodes of the graph that have their origins

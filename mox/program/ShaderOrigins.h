@@ -4,6 +4,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 namespace Mox::Host {
 
@@ -18,7 +19,7 @@ struct ShaderOrigin
 class ShaderOrigins
 {
 public:
-    void Set(const ShaderNode& node, const ShaderOrigin& origin) { _origins[&node] = origin; }
+    void Set(const ShaderNode& node, ShaderOrigin origin) { _origins[&node] = std::move(origin); }
 
     const ShaderOrigin& Of(const ShaderNode& node) const
     {
