@@ -89,40 +89,59 @@ struct MathsFunction
 };
 
 const MathsFunction mathsFunctions[] = {
-    {"Multiply", {value1, value2}, once,
+    {"Multiply",
+     {value1, value2},
+     once,
      [](const Arguments& in) -> std::optional<Expected> { return Rounded(in[0] * in[1]); }},
-    {"Addition", {value1, value2}, once,
+    {"Addition",
+     {value1, value2},
+     once,
      [](const Arguments& in) -> std::optional<Expected> { return Rounded(in[0] + in[1]); }},
-    {"Subtraction", {value1, value2}, once,
+    {"Subtraction",
+     {value1, value2},
+     once,
      [](const Arguments& in) -> std::optional<Expected> { return Rounded(in[0] - in[1]); }},
-    {"Invert", {value1}, once,
+    {"Invert",
+     {value1},
+     once,
      [](const Arguments& in) -> std::optional<Expected> { return Rounded(1.0 - in[0]); }},
-    {"Power", {value1, power}, powered,
-     [](const Arguments& in) { return Power(in[0], in[1]); }},
-    {"Clamp", {value1, minimum, maximum}, exact,
+    {"Power", {value1, power}, powered, [](const Arguments& in) { return Power(in[0], in[1]); }},
+    {"Clamp",
+     {value1, minimum, maximum},
+     exact,
      [](const Arguments& in) -> std::optional<Expected> {
          if (in[1] > in[2])
              return std::nullopt;
          return Rounded(in[0] < in[1] ? in[1] : in[0] > in[2] ? in[2] : in[0]);
      }},
-    {"Range", {value1, minimum, maximum, oldMinimum, oldMaximum}, divided,
+    {"Range",
+     {value1, minimum, maximum, oldMinimum, oldMaximum},
+     divided,
      [](const Arguments& in) -> std::optional<Expected> {
          if (in[3] == in[4])
              return std::nullopt;
          return Mix(in[1], in[2], Saturate((in[0] - in[3]) / (in[4] - in[3])));
      }},
-    {"Lerp", {value1, value2, blend}, mixed,
+    {"Lerp",
+     {value1, value2, blend},
+     mixed,
      [](const Arguments& in) -> std::optional<Expected> { return Mix(in[0], in[1], in[2]); }},
-    {"SmoothStep", {value1, value2, blend}, smoothed,
+    {"SmoothStep",
+     {value1, value2, blend},
+     smoothed,
      [](const Arguments& in) -> std::optional<Expected> {
          const double x = Saturate(in[2]);
          return Mix(in[0], in[1], 3.0 * x * x - 2.0 * x * x * x);
      }},
-    {"Compare", {value1, value2, test1, test2}, exact,
+    {"Compare",
+     {value1, value2, test1, test2},
+     exact,
      [](const Arguments& in) -> std::optional<Expected> {
          return Rounded(in[2] < in[3] ? in[0] : in[1]);
      }},
-    {"Dot Product", {value1, value2}, summed,
+    {"Dot Product",
+     {value1, value2},
+     summed,
      [](const Arguments& in) -> std::optional<Expected> {
          Expected sum{0.0, 0.0};
          for (std::size_t i = 0; i < in.Count; ++i) {
@@ -130,24 +149,36 @@ const MathsFunction mathsFunctions[] = {
              sum = {sum.Value + product, sum.Scale + std::abs(product)};
          }
          return sum;
-     }, true},
-    {"Fresnel", {facing, minimum, scale, power}, powered,
+     },
+     true},
+    {"Fresnel",
+     {facing, minimum, scale, power},
+     powered,
      [](const Arguments& in) -> std::optional<Expected> {
          const auto raised = Power(Saturate(1.0 - in[0]), in[3]);
          if (!raised)
              return std::nullopt;
          return Expected{in[1] + in[2] * raised->Value,
                          std::abs(in[1]) + std::abs(in[2]) * raised->Scale};
-     }, true},
-    {"Ceil", {value1}, exact,
+     },
+     true},
+    {"Ceil",
+     {value1},
+     exact,
      [](const Arguments& in) -> std::optional<Expected> { return Rounded(std::ceil(in[0])); }},
-    {"Floor", {value1}, exact,
+    {"Floor",
+     {value1},
+     exact,
      [](const Arguments& in) -> std::optional<Expected> { return Rounded(std::floor(in[0])); }},
-    {"Frac", {value1}, {1.0, "one rounding at most, of numbers below one"},
+    {"Frac",
+     {value1},
+     {1.0, "one rounding at most, of numbers below one"},
      [](const Arguments& in) -> std::optional<Expected> {
          return Expected{in[0] - std::floor(in[0]), 1.0};
      }},
-    {"Abs", {value1}, exact,
+    {"Abs",
+     {value1},
+     exact,
      [](const Arguments& in) -> std::optional<Expected> { return Rounded(std::abs(in[0])); }},
 };
 
@@ -178,8 +209,8 @@ protected:
 
     static std::string WriteMaterial(const MathsFunction& function, const Use& use)
     {
-        std::string node = Compose("node CoreMaths; Function=", function.Name,
-                                   "; Execution Level=", use.Level);
+        std::string node =
+            Compose("node CoreMaths; Function=", function.Name, "; Execution Level=", use.Level);
         std::string rest = Compose("sink Sink:", use.Precision, "\nnode.out_value -> sink.in_0\n");
         for (std::size_t i = 0; i < function.Ports.size(); ++i) {
             const Port& port = function.Ports[i];
@@ -220,8 +251,8 @@ protected:
             for (std::size_t c = 0; c < 4; ++c) {
                 arguments.Ports[i][c] =
                     IsConnected(function, use, i)
-                        ? inputs.Streams.at(Compose("feed", i))[index]
-                                           [IsNarrow(function, use, i) ? 0 : c]
+                        ? inputs.Streams.at(
+                              Compose("feed", i))[index][IsNarrow(function, use, i) ? 0 : c]
                         : function.Ports[i].Default;
             }
         }

@@ -58,7 +58,7 @@ boost::shared_ptr<GuiNode> MakeNode(const std::string& type)
             return boost::make_shared<FeedNode>(*exact);
         return boost::make_shared<FeedNode>(std::stoi(kind));
     }
-    if (type.starts_with("Sink:=")) 
+    if (type.starts_with("Sink:="))
         return boost::make_shared<SinkNode>(*ParseShaderType(rest("Sink:=")));
     if (type.starts_with("Sink:"))
         return boost::make_shared<SinkNode>(ParseShaderType(rest("Sink:"))->Component);
@@ -104,7 +104,8 @@ std::vector<DrawTexture> MakeTextures(const CompiledProgram& program, const RunI
 {
     std::vector<DrawTexture> textures;
     for (const SamplerSlot& slot : program.Fragment.Samplers) {
-        textures.push_back({slot.Binding, slot.Type.Component == ComponentType::Sampler1D,
+        textures.push_back({slot.Binding,
+                            slot.Type.Component == ComponentType::Sampler1D,
                             {inputs.Textures.at(slot.Name)}});
     }
     return textures;
