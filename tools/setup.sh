@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that are missing for a job. Usage: tools/setup.sh build|test|full
+# Installs the Debian packages that are missing for a job. Usage: tools/setup.sh build|run|test|full|bench
 set -euo pipefail
 
 packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-json3-dev
@@ -7,13 +7,21 @@ packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-j
     glslang-dev spirv-headers spirv-tools libspirv-cross-c-shared-dev
     graphviz fonts-dejavu-core
     libvulkan-dev mesa-vulkan-drivers libglm-dev libstb-dev libassimp-dev)
-case "${1:?build, test or full}" in
+case "${1:?build, run, test, full or bench}" in
 build) ;;
+# imagemagick: puts the pictures onto one sheet.
+run) packages+=(imagemagick) ;;
 # locales-all: the tests run under a locale with a decimal comma.
 test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
-    clang-format) ;;
+    clang-format valgrind) ;;
 full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
-    clang clang-format clang-tidy) ;;
+    clang clang-format clang-tidy abigail-tools debootstrap dpkg-dev pkgconf xz-utils
+    valgrind) ;;
+bench)
+    packages+=(libbenchmark-dev python3)
+    # Other packages of Node.js than Debian's bring npm along and do not stand beside Debian's.
+    command -v npm >/dev/null || packages+=(nodejs npm)
+    ;;
 *)
     echo "tools/setup.sh: unknown job \"$1\"" >&2
     exit 2

@@ -25,17 +25,28 @@ public:
     /// @throws boost::bad_weak_ptr on meeting an entry whose edge has gone
     void AddInEdge(const EdgeHandle& edge)
     {
-        if (Contains(InEdges, edge))
-            throw ShaderError("in-edge entry for addition already exists on node");
+        RequireNewInEdge(edge);
         InEdges.emplace_back(edge);
     }
 
     /// Appends edge to OutEdges; failures as with AddInEdge.
     void AddOutEdge(const EdgeHandle& edge)
     {
+        RequireNewOutEdge(edge);
+        OutEdges.emplace_back(edge);
+    }
+
+    /// The checks of AddInEdge and AddOutEdge by themselves.
+    void RequireNewInEdge(const EdgeHandle& edge) const
+    {
+        if (Contains(InEdges, edge))
+            throw ShaderError("in-edge entry for addition already exists on node");
+    }
+
+    void RequireNewOutEdge(const EdgeHandle& edge) const
+    {
         if (Contains(OutEdges, edge))
             throw ShaderError("out-edge entry for addition already exists on node");
-        OutEdges.emplace_back(edge);
     }
 
     EdgeList InEdges;  ///< edges whose head is this node, in order of addition

@@ -12,28 +12,57 @@ namespace Mox::Materials {
 
 namespace {
 
-/// Nodes that wait for their release while an outer property's node is being released. It points
-/// into the stack frame of the outermost release, so it needs no clean-up at thread exit.
-thread_local std::vector<boost::shared_ptr<GuiNode>>* pendingNodes = nullptr;
+/// Nodes that wait for their release while an outer property's node is being released. A chain has
+/// one of them at a time and so needs no memory.
+class PendingNodes
+{
+public:
+    void Add(boost::shared_ptr<GuiNode>& node)
+    {
+        if (!_first) {
+            _first.swap(node);
+            return;
+        }
+        try {
+            _others.push_back(node);
+        } catch (const std::bad_alloc&) {
+            // Out of memory: the stack has to do.
+        }
+        node.reset();
+    }
+
+    /// The next one, or an empty handle at the end.
+    boost::shared_ptr<GuiNode> Take()
+    {
+        boost::shared_ptr<GuiNode> next;
+        if (_first) {
+            next.swap(_first);
+        } else if (!_others.empty()) {
+            next.swap(_others.back());
+            _others.pop_back();
+        }
+        return next;
+    }
+
+private:
+    boost::shared_ptr<GuiNode> _first;
+    std::vector<boost::shared_ptr<GuiNode>> _others;
+};
+
+/// Points into the stack frame of the outermost release, so it needs no clean-up at thread exit.
+thread_local PendingNodes* pendingNodes = nullptr;
 
 void ReleaseNode(boost::shared_ptr<GuiNode>& node)
 {
     if (pendingNodes) {
-        try {
-            pendingNodes->push_back(std::move(node));
-        } catch (const std::bad_alloc&) {
-            node.reset(); // out of memory: the stack has to do
-        }
+        pendingNodes->Add(node);
         return;
     }
-    std::vector<boost::shared_ptr<GuiNode>> pending;
+    PendingNodes pending;
     pendingNodes = &pending;
     node.reset();
-    while (!pending.empty()) {
-        auto next = std::move(pending.back());
-        pending.pop_back();
+    while (auto next = pending.Take())
         next.reset();
-    }
     pendingNodes = nullptr;
 }
 
@@ -41,8 +70,11 @@ void ReleaseNode(boost::shared_ptr<GuiNode>& node)
 
 boost::shared_ptr<GuiProperty> GuiProperty::Create(const std::string& name)
 {
-    return boost::shared_ptr<GuiProperty>(new GuiProperty(name));
+    return boost::make_shared<GuiProperty>(CreateOnly(), name);
 }
+
+GuiProperty::GuiProperty(CreateOnly, const std::string& name) : GuiProperty(name)
+{}
 
 GuiProperty::GuiProperty(const std::string& name) : Name(name)
 {}

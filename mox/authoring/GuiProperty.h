@@ -31,10 +31,15 @@ enum class GuiPropertyKind : std::int32_t
 /// kind from the call; getters are strict about it.
 class MOX_API GuiProperty
 {
+    /// Lets Create alone call the constructor, which has to be public for boost::make_shared.
+    struct CreateOnly
+    {};
+
 public:
     /// A new Bool property with value false; the only way to make one.
     static boost::shared_ptr<GuiProperty> Create(const std::string& name);
 
+    GuiProperty(CreateOnly, const std::string& name);
     GuiProperty(const GuiProperty&) = delete;
     GuiProperty& operator=(const GuiProperty&) = delete;
 

@@ -12,7 +12,7 @@ GuiPropertyBag::~GuiPropertyBag() = default;
 void GuiPropertyBag::Add(const boost::shared_ptr<GuiProperty>& property)
 {
     // Properties grows last: property may be a reference to one of its own entries.
-    const auto [entry, inserted] = Index.try_emplace(property->Name, property);
+    const auto [entry, inserted] = Index.insert({property->Name, property});
     if (!inserted)
         throw ShaderError(Compose("property with name \"", property->Name, "\" already exists"));
     try {

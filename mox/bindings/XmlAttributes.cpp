@@ -25,6 +25,14 @@ struct XmlFree
     void operator()(xmlChar* text) const { xmlFree(text); }
 };
 
+/// Whether an attribute is whole. libxml2 reports a lack of memory for its record only and not for
+/// its name and text.
+bool Holds(const xmlAttr& attribute, const std::string& value)
+{
+    const xmlNode* text = attribute.children;
+    return attribute.name && text && xmlStrEqual(text->content, Bytes(value));
+}
+
 } // namespace
 
 bool HasXmlAttribute(xmlNodePtr element, const std::string& name)
@@ -34,8 +42,12 @@ bool HasXmlAttribute(xmlNodePtr element, const std::string& name)
 
 void SetXmlAttribute(xmlNodePtr element, const std::string& name, const std::string& value)
 {
-    if (!xmlSetProp(element, Bytes(name), Bytes(value)))
-        throw std::bad_alloc();
+    const xmlAttrPtr attribute = xmlSetProp(element, Bytes(name), Bytes(value));
+    if (attribute && Holds(*attribute, value))
+        return;
+    if (attribute)
+        xmlRemoveProp(attribute);
+    throw std::bad_alloc();
 }
 
 void SetXmlBool(xmlNodePtr element, const std::string& name, bool value)
@@ -45,11 +57,13 @@ void SetXmlBool(xmlNodePtr element, const std::string& name, bool value)
 
 std::string GetXmlAttribute(xmlNodePtr element, const std::string& name)
 {
-    const std::unique_ptr<xmlChar, XmlFree> value(xmlGetProp(element, Bytes(name)));
-    if (!value) {
+    if (!HasXmlAttribute(element, name)) {
         throw ShaderError(Compose("failed to find \"", name, "\" attribute on \"",
                                   ToString(element->name), "\" element"));
     }
+    const std::unique_ptr<xmlChar, XmlFree> value(xmlGetProp(element, Bytes(name)));
+    if (!value)
+        throw std::bad_alloc();
     return ToString(value.get());
 }
 

@@ -13,7 +13,8 @@ namespace Mox::Materials {
 MOX_API bool HasXmlAttribute(xmlNodePtr element, const std::string& name);
 
 /// Sets an attribute, replacing one of that name.
-/// @throws std::bad_alloc if libxml2 has no memory, as SetXmlBool does
+/// @throws std::bad_alloc if libxml2 has no memory, as SetXmlBool does; the element has no such
+///         attribute then
 MOX_API void SetXmlAttribute(xmlNodePtr element, const std::string& name, const std::string& value);
 
 /// Sets an attribute to "Yes" or "No".

@@ -41,9 +41,10 @@ const xmlChar* Bytes(const char* text)
     return reinterpret_cast<const xmlChar*>(text);
 }
 
+/// A new node that libxml2 had the memory for; a lack for its name it does not report.
 xmlNodePtr Require(xmlNodePtr node)
 {
-    if (!node)
+    if (!node || !node->name)
         throw std::bad_alloc();
     return node;
 }
@@ -71,6 +72,9 @@ XmlDocument ParseXml(const std::filesystem::path& file)
                                            XML_PARSE_NONET | XML_PARSE_BIG_LINES |
                                                XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
                          xmlFreeDoc);
+    const int code = parser->lastError.code;
+    if (code == XML_ERR_NO_MEMORY || (!document && code == XML_ERR_OK))
+        throw std::bad_alloc();
     if (!document) {
         // Further lines of a message quote the bytes concerned.
         const std::string message = parser->lastError.message ? parser->lastError.message : "";
@@ -160,8 +164,9 @@ std::string FormatBindings(const Material& material)
     const XmlDocument document(xmlNewDoc(Bytes("1.0")), xmlFreeDoc);
     if (!document)
         throw std::bad_alloc();
-    xmlNodePtr root = Require(xmlNewNode(nullptr, Bytes(rootElement)));
+    xmlNodePtr root = xmlNewNode(nullptr, Bytes(rootElement));
     xmlDocSetRootElement(document.get(), root);
+    Require(root);
     SetXmlAttribute(root, versionAttribute, documentVersion);
     for (const auto& binding : material.Bindings) {
         xmlNodePtr element = Require(xmlNewChild(root, nullptr, Bytes(bindingElement), nullptr));

@@ -172,6 +172,8 @@ ExportOutcome ExportBatch::ExportOne(const ExportJob& job) const
 
 void ExportBatch::Run(unsigned workers, const Report& report, const std::stop_token& stop) const
 {
+    if (stop.stop_requested())
+        return;
     xmlInitParser(); // only the first call is not safe on several threads
     const auto threadCount = static_cast<unsigned>(std::min<std::size_t>(workers, _jobs.size()));
     OrderedOutcomes outcomes(_jobs.size(), threadCount);

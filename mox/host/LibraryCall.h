@@ -5,13 +5,18 @@
 
 #include <boost/smart_ptr/bad_weak_ptr.hpp>
 
+#include <exception>
+#include <new>
 #include <string>
 
 namespace Mox::Host {
 
 /// Calls into the library or a plug-in and gives every failure the place that it belongs to: a
-/// ShaderError, the plain string of a doubled parameter name, or an edge that has gone.
-/// @throws HostError for these; anything else, such as std::bad_alloc, passes unchanged
+/// ShaderError, the plain string of a doubled parameter name, an edge that has gone, and whatever
+/// else a plug-in throws. The code of its own exceptions may be unloaded before somebody higher up
+/// reads them, so they end here.
+/// @throws HostError for these; std::bad_alloc, and HostErrors of the host's own code that the
+///         library calls, pass unchanged
 template <class Call>
 decltype(auto) CallLibrary(const Place& where, Call call)
 {
@@ -23,6 +28,14 @@ decltype(auto) CallLibrary(const Place& where, Call call)
         throw HostError(where, message);
     } catch (const boost::bad_weak_ptr&) {
         throw HostError(where, "an edge was destroyed while the node still lists it");
+    } catch (const HostError&) {
+        throw;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& error) {
+        throw HostError(where, error.what());
+    } catch (...) {
+        throw HostError(where, "failed without a message");
     }
 }
 

@@ -27,7 +27,8 @@ public:
     /// @throws std::out_of_range if the schema has no such element
     const ElementRule& Element(const std::string& name) const { return _elements.at(name); }
 
-    /// For a validation context; many of them may use it at the same time.
+    /// For a validation context; many of them may use it at the same time. Regular expressions are
+    /// left to the rules.
     xmlRelaxNGPtr Grammar() const { return _grammar.get(); }
 
 private:

@@ -53,8 +53,10 @@ public:
     };
 
     OrderedSlots() = default;
-    OrderedSlots(OrderedSlots&& other) noexcept { Swap(other); }
-    OrderedSlots& operator=(OrderedSlots&& other) noexcept
+    /// What is left behind is empty, and even that takes memory, so moving may fail; nothing has
+    /// changed then.
+    OrderedSlots(OrderedSlots&& other) { Swap(other); }
+    OrderedSlots& operator=(OrderedSlots&& other)
     {
         OrderedSlots(std::move(other)).Swap(*this);
         return *this;

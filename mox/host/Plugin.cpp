@@ -48,7 +48,8 @@ Plugin::Plugin(const std::filesystem::path& file) : _file(file)
         throw HostError(where, Compose("cannot be loaded: ", error.what()));
     }
 
-    const auto version = FindExport<std::int32_t()>(*_library, where, "GetMaterialLibVersion")();
+    auto& getVersion = FindExport<std::int32_t()>(*_library, where, "GetMaterialLibVersion");
+    const std::int32_t version = CallLibrary(where, [&] { return getVersion(); });
     if (version != InterfaceVersion) {
         throw HostError(where, Compose("has interface version ", version, ", but version ",
                                        InterfaceVersion, " is needed"));

@@ -2,8 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/host/HostError.h"
-
-#include <boost/dll/runtime_symbol_info.hpp>
+#include "mox/host/LibraryFolder.h"
 
 #include <algorithm>
 #include <system_error>
@@ -43,7 +42,7 @@ boost::shared_ptr<Materials::GuiNode> PluginSet::CreateNode(const std::string& t
 
 std::filesystem::path DefaultPluginFolder()
 {
-    return boost::dll::program_location().parent_path().parent_path() / "lib" / "mox";
+    return LibraryFolder() / "mox";
 }
 
 } // namespace Mox::Host

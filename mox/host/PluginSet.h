@@ -33,8 +33,8 @@ private:
     std::list<Plugin> _plugins;
 };
 
-/// The folder in which a program finds its plug-ins without being told: lib/mox beside the
-/// folder that the program lies in.
+/// The folder in which a program finds its plug-ins without being told: mox, beside the library
+/// mox_materials.
 std::filesystem::path DefaultPluginFolder();
 
 } // namespace Mox::Host

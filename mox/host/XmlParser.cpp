@@ -98,6 +98,23 @@ std::string NameOf(const xmlNs* space, const xmlChar* name)
     return prefix.empty() ? std::string(ViewOf(name)) : Compose(prefix, ":", ViewOf(name));
 }
 
+/// Whether libxml2 had the memory for an element with all its attributes, as the parser found them;
+/// what it cannot keep it leaves out without a word.
+bool IsWhole(const xmlNode* node, int attributeCount, const xmlChar** found)
+{
+    constexpr int fields = 5; // name, prefix, namespace, begin and end of the value
+    if (!node)
+        return false;
+    const xmlAttr* attribute = node->properties;
+    for (int i = 0; i < attributeCount; ++i) {
+        const bool isEmpty = found[i * fields + 3] == found[i * fields + 4];
+        if (!attribute || (!isEmpty && (!attribute->children || !attribute->children->content)))
+            return false;
+        attribute = attribute->next;
+    }
+    return true;
+}
+
 std::vector<DocumentValue> AttributesOf(xmlNodePtr node)
 {
     std::vector<DocumentValue> attributes;
@@ -110,6 +127,8 @@ std::vector<DocumentValue> AttributesOf(xmlNodePtr node)
         const std::unique_ptr<xmlChar, void (*)(xmlChar*)> value(
             xmlNodeListGetString(node->doc, attribute->children, 1),
             [](xmlChar* text) { xmlFree(text); });
+        if (!value && attribute->children)
+            throw std::bad_alloc();
         attributes.push_back(
             {NameOf(attribute->ns, attribute->name), std::string(ViewOf(value.get()))});
     }
@@ -168,11 +187,17 @@ bool XmlParser::Parse(std::string_view text)
     _context = context.get();
     _text = text;
     _isStopped = false;
-    xmlFreeDoc(xmlCtxtReadMemory(context.get(), text.data(), static_cast<int>(text.size()), nullptr,
-                                 nullptr, XML_PARSE_NONET | XML_PARSE_BIG_LINES));
+    const xmlDocPtr document =
+        xmlCtxtReadMemory(context.get(), text.data(), static_cast<int>(text.size()), nullptr,
+                          nullptr, XML_PARSE_NONET | XML_PARSE_BIG_LINES);
+    const bool isRead = document != nullptr;
+    xmlFreeDoc(document);
     _context = nullptr;
     if (_failure)
         std::rethrow_exception(std::exchange(_failure, nullptr));
+    // Without memory to begin with, libxml2 gives up without a word.
+    if (!isRead && !_isStopped)
+        throw std::bad_alloc();
     return !_isStopped;
 }
 
@@ -215,14 +240,14 @@ void XmlParser::OnStartElement(void* context, const xmlChar* name, const xmlChar
 {
     xmlSAX2StartElementNs(context, name, prefix, uri, namespaceCount, namespaces, attributeCount,
                           defaultedCount, attributes);
-    Guard(context, [](XmlParser& self) {
+    Guard(context, [&](XmlParser& self) {
         constexpr int deepest = 32;
         if (self._context->nodeNr > deepest) {
             return self.FailHere("too-deep",
                                  Compose("elements are nested more than ", deepest, " deep"));
         }
         const long end = xmlByteConsumed(self._context);
-        if (end < 0 || !self._context->node)
+        if (end < 0 || !IsWhole(self._context->node, attributeCount, attributes))
             throw std::bad_alloc();
         self._handler.StartElement(
             self.DescribeElement(self._context->node, static_cast<std::size_t>(end)));

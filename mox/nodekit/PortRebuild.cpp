@@ -10,6 +10,7 @@ void ClearPorts(GuiNode& node)
 
 void AppendPorts(std::vector<GuiPort>& ports, std::span<const PortRow> rows)
 {
+    ports.reserve(ports.size() + rows.size());
     for (const PortRow& row : rows)
         AppendPort(ports, row);
 }

@@ -46,6 +46,7 @@ boost::shared_ptr<GuiProperty> DeclareEnum(GuiNode& node, const char* name, cons
                                            std::span<const char* const> words)
 {
     return Declare(node, name, help, [=](GuiProperty& property) {
+        property.Choices.reserve(words.size());
         for (const char* word : words)
             property.AddEnum(word);
     });

@@ -64,6 +64,7 @@ void WriteText(const fs::path& file, const std::string& text)
 int RunProgram(std::vector<std::string> arguments, const fs::path& messages)
 {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);
@@ -99,7 +100,7 @@ void RequireSuccess(int status, const fs::path& messages)
     if (status == notFound)
         throw HostError({}, "the program \"dot\" of Graphviz, which draws pictures, is not there");
     if (status == timedOut || status == killed)
-        throw HostError({}, "Graphviz is not done with the picture in two minutes");
+        throw HostError({}, "Graphviz is not done with the drawing in two minutes");
     const std::string text = ReadFile(messages);
     throw HostError({}, Compose("Graphviz cannot draw the graph: status ", status, " ",
                                 text.substr(0, text.find('\n'))));
@@ -114,7 +115,7 @@ std::string EncodeBase64(const std::string& bytes)
     return text;
 }
 
-/// Puts images in the place of the names of their files. No text of a picture can look like the
+/// Puts images in the place of the names of their files. No text of a drawing can look like the
 /// start of an element.
 std::string EmbedImages(const std::string& svg, const TemporaryFolder& folder)
 {
@@ -134,21 +135,21 @@ std::string EmbedImages(const std::string& svg, const TemporaryFolder& folder)
 
 } // namespace
 
-std::string RenderPicture(const Picture& picture, PictureFormat format)
+std::string RenderPicture(const Drawing& drawing, PictureFormat format)
 {
     constexpr std::size_t maxDotSize = std::size_t(32) << 20; // takes longer than anyone waits
-    if (picture.Dot.size() > maxDotSize)
+    if (drawing.Dot.size() > maxDotSize)
         throw HostError({}, "the graph is too large to be drawn");
     const TemporaryFolder folder;
-    WriteText(folder / "picture.dot", picture.Dot);
-    for (const auto& [file, image] : picture.Images)
+    WriteText(folder / "drawing.dot", drawing.Dot);
+    for (const auto& [file, image] : drawing.Images)
         WritePng(image, folder / file);
     const bool isSvg = format == PictureFormat::Svg;
     const fs::path messages = folder / "messages";
     // The locale would make commas of the points in numbers.
     RequireSuccess(RunProgram({"env", "--chdir=" + folder.Path().string(), "LC_ALL=C", "timeout",
                                "--kill-after=5", "2m", "dot", isSvg ? "-Tsvg" : "-Tpng", "-o",
-                               "drawn", "picture.dot"},
+                               "drawn", "drawing.dot"},
                               messages),
                    messages);
     std::string drawn = ReadFile(folder / "drawn");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/pictures/Picture.h"
+#include "mox/pictures/Drawing.h"
 
 #include <string>
 
@@ -17,6 +17,6 @@ enum class PictureFormat
 /// too large for it would take the host along.
 /// @returns the bytes of the file
 /// @throws HostError if Graphviz is missing, fails, or is not done within two minutes
-std::string RenderPicture(const Picture& picture, PictureFormat format);
+std::string RenderPicture(const Drawing& drawing, PictureFormat format);
 
 } // namespace Mox::Host

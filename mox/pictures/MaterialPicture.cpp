@@ -1,6 +1,7 @@
 #include "mox/pictures/MaterialPicture.h"
 
 #include "mox/Text.h"
+#include "mox/host/Icon.h"
 #include "mox/pictures/DotText.h"
 #include "mox/pictures/PictureStyle.h"
 
@@ -59,6 +60,7 @@ std::string FormatPortType(const GuiPort& port)
 std::vector<DrawnPort> DrawnPortsOf(const std::vector<GuiPort>& ports)
 {
     std::vector<DrawnPort> drawn;
+    drawn.reserve(ports.size());
     for (const GuiPort& port : ports) {
         drawn.push_back({port.Name, port.Label.empty() ? port.Name : port.Label,
                          FormatPortType(port), port.CountConflict});
@@ -92,7 +94,7 @@ class MaterialDrawing
 {
 public:
     MaterialDrawing(const MaterialGraph& graph, const ProblemList& problems,
-                    const std::map<std::string, Icon>& images)
+                    const std::map<std::string, Picture>& images)
         : _graph(graph), _marks(problems), _images(images)
     {
         for (const MaterialGraph::Node& node : graph.Nodes()) {
@@ -103,7 +105,7 @@ public:
         }
     }
 
-    Picture Draw()
+    Drawing Draw()
     {
         // Edges first: they settle which ports there are.
         std::string edges;
@@ -112,14 +114,14 @@ public:
         std::unordered_set<std::string> ids;
         for (const DrawnNode& node : _nodes)
             ids.insert(node.Node->Id);
-        _picture.Dot = OpenDot() + FormatCaption(_marks.Elsewhere(ids));
+        _drawing.Dot = OpenDot() + FormatCaption(_marks.Elsewhere(ids));
         for (const DrawnNode& node : _nodes)
-            _picture.Dot += DrawNode(node);
-        _picture.Dot += edges;
+            _drawing.Dot += DrawNode(node);
+        _drawing.Dot += edges;
         for (const DrawnNode& node : _nodes)
-            _picture.Dot += DrawReferences(node);
-        _picture.Dot += "}\n";
-        return std::move(_picture);
+            _drawing.Dot += DrawReferences(node);
+        _drawing.Dot += "}\n";
+        return std::move(_drawing);
     }
 
 private:
@@ -231,7 +233,7 @@ private:
         const auto height = static_cast<float>(image->second.Height) * pointsPerPixel;
         const float scale = std::min(1.0f, maxSide / std::max(width, height));
         const std::string file = node.Name + ".png";
-        _picture.Images.emplace(file, image->second);
+        _drawing.Images.emplace(file, image->second);
         return Compose("<TD FIXEDSIZE=\"TRUE\" CELLPADDING=\"0\" WIDTH=\"", width * scale,
                        "\" HEIGHT=\"", height * scale, "\"><IMG SCALE=\"TRUE\" SRC=\"", file,
                        "\"/></TD>");
@@ -286,22 +288,22 @@ private:
 
     const MaterialGraph& _graph;
     ProblemMarks _marks;
-    const std::map<std::string, Icon>& _images;
+    const std::map<std::string, Picture>& _images;
     std::vector<DrawnNode> _nodes;
     std::unordered_map<const GuiNode*, std::size_t> _index;
-    Picture _picture;
+    Drawing _drawing;
 };
 
 } // namespace
 
-std::map<std::string, Icon> IconsOfNodes(const MaterialGraph& graph, const PluginSet& plugins)
+std::map<std::string, Picture> IconsOfNodes(const MaterialGraph& graph, const PluginSet& plugins)
 {
     std::unordered_map<std::string, const char* const*> tables;
     for (const Plugin& plugin : plugins.Plugins()) {
         for (const auto& row : plugin.Descriptions())
             tables.emplace(row.TypeName, row.Icon);
     }
-    std::map<std::string, Icon> icons;
+    std::map<std::string, Picture> icons;
     for (const MaterialGraph::Node& node : graph.Nodes()) {
         const auto table = tables.find(node.Gui->GetType());
         if (table != tables.end() && table->second)
@@ -310,8 +312,8 @@ std::map<std::string, Icon> IconsOfNodes(const MaterialGraph& graph, const Plugi
     return icons;
 }
 
-Picture DrawMaterial(const MaterialGraph& graph, const ProblemList& problems,
-                     const std::map<std::string, Icon>& images)
+Drawing DrawMaterial(const MaterialGraph& graph, const ProblemList& problems,
+                     const std::map<std::string, Picture>& images)
 {
     return MaterialDrawing(graph, problems, images).Draw();
 }

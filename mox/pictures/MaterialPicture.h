@@ -3,7 +3,7 @@
 #include "mox/host/MaterialGraph.h"
 #include "mox/host/PluginSet.h"
 #include "mox/host/Problem.h"
-#include "mox/pictures/Picture.h"
+#include "mox/pictures/Drawing.h"
 
 #include <map>
 #include <string>
@@ -11,7 +11,7 @@
 namespace Mox::Host {
 
 /// The icon of each node's type, by node id. Nodes of types without an icon have none.
-std::map<std::string, Icon> IconsOfNodes(const MaterialGraph& graph, const PluginSet& plugins);
+std::map<std::string, Picture> IconsOfNodes(const MaterialGraph& graph, const PluginSet& plugins);
 
 /// Draws an authoring graph as far as it goes, be it resolved or not: each node in its own colours
 /// with its title, id and ports, and each port by its label with the type that is known by then.
@@ -20,7 +20,7 @@ std::map<std::string, Icon> IconsOfNodes(const MaterialGraph& graph, const Plugi
 /// nevertheless. References between nodes are dotted lines.
 /// @param problems what is red in the picture, or amber if it is a warning, and said at its node
 /// @param images a picture for nodes by id, such as the icon of the type or a thumbnail
-Picture DrawMaterial(const MaterialGraph& graph, const ProblemList& problems,
-                     const std::map<std::string, Icon>& images);
+Drawing DrawMaterial(const MaterialGraph& graph, const ProblemList& problems,
+                     const std::map<std::string, Picture>& images);
 
 } // namespace Mox::Host

@@ -65,7 +65,7 @@ public:
             _names.emplace(node.get(), Compose("s", _names.size() + 1));
     }
 
-    Picture Draw() const
+    Drawing Draw() const
     {
         std::unordered_set<std::string> origins;
         for (const ShaderNodeHandle& node : _shader.Graph.Nodes)
@@ -262,7 +262,7 @@ private:
 
 } // namespace
 
-Picture DrawShader(const GeneratedShader& shader, ProblemList& problems)
+Drawing DrawShader(const GeneratedShader& shader, ProblemList& problems)
 {
     const ShaderStages stages(shader, problems);
     return ShaderDrawing(shader, stages, ProblemMarks(problems)).Draw();

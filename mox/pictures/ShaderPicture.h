@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mox/host/Problem.h"
-#include "mox/pictures/Picture.h"
+#include "mox/pictures/Drawing.h"
 #include "mox/program/ShaderGeneration.h"
 
 namespace Mox::Host {
@@ -14,6 +14,6 @@ namespace Mox::Host {
 /// A graph with errors, which is not complete, is drawn without stages.
 /// @param problems what is red in the picture, as in DrawMaterial; takes what stands in the way of
 ///        the stages
-Picture DrawShader(const GeneratedShader& shader, ProblemList& problems);
+Drawing DrawShader(const GeneratedShader& shader, ProblemList& problems);
 
 } // namespace Mox::Host

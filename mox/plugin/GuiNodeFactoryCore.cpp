@@ -20,6 +20,8 @@
 #include "mox/plugin/icons/CoreUv.xpm"
 #include "mox/plugin/icons/CoreVertexColour.xpm"
 
+#include <boost/smart_ptr/make_shared.hpp>
+
 #include <iterator>
 
 using namespace Mox::Materials;
@@ -38,7 +40,7 @@ struct CatalogueRow
 template <class Node>
 boost::shared_ptr<GuiNode> CreateNode()
 {
-    return boost::shared_ptr<GuiNode>(new Node);
+    return boost::make_shared<Node>();
 }
 
 template <class Node>

@@ -3,7 +3,10 @@
 #include "mox/Text.h"
 #include "mox/shader/ShaderNode.h"
 
-#include <regex>
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+#include <unordered_set>
 
 namespace Mox::Host {
 
@@ -33,27 +36,57 @@ const std::unordered_set<std::string>& ReservedWords()
         "ddy", "degrees", "determinant", "distance", "dot", "exp", "exp2", "faceforward", "findLSB",
         "findMSB", "floatToIntBits", "floatToRawIntBits", "floor", "fmod", "frac", "frexp", "fwidth",
         "intBitsToFloat", "inverse", "isfinite", "isinf", "isnan", "ldexp", "length", "lerp", "lit",
-        "log", "log10", "log2", "max", "min", "modf", "mul", "normalize", "pack", "pow", "radians",
-        "reflect", "refract", "round", "rsqrt", "saturate", "sign", "sin", "sincos", "sinh",
-        "smoothstep", "sqrt", "step", "tan", "tanh", "transpose", "trunc", "unpack",
+        "log", "log10", "log2", "max", "min", "modf", "mul", "normalize", "pack", "pack_2half",
+        "pack_2ushort", "pack_4byte", "pack_4ubyte", "pow", "radians", "reflect", "refract", "round",
+        "rsqrt", "saturate", "sign", "sin", "sincos", "sinh", "smoothstep", "sqrt", "step", "tan",
+        "tanh", "transpose", "trunc", "unpack", "unpack_2half", "unpack_2ushort", "unpack_4byte",
+        "unpack_4ubyte",
     };
     return words;
 }
 // clang-format on
 
-} // namespace
+constexpr std::string_view scalarTypes[] = {"bool", "double", "fixed", "float", "half",
+                                            "int",  "short",  "char",  "long",  "unsigned"};
 
-bool IsReservedCgWord(const std::string& word)
+bool IsSize(char c)
 {
-    static const std::regex families(
-        "(bool|double|fixed|float|half|int|short|char|long|unsigned)[1-4](x[1-4])?"
-        "|[fhx]?[1-4]?tex(1D|2D|3D|CUBE|RECT)[a-z0-9]*"
-        "|(un)?pack_(2half|2ushort|4byte|4ubyte)",
-        std::regex::optimize);
-    return ReservedWords().contains(word) || std::regex_match(word, families);
+    return c >= '1' && c <= '4';
 }
 
-std::string ToSafeCgName(const std::string& text)
+/// A vector or matrix: "half3", "float4x4".
+bool IsNumberedType(std::string_view word)
+{
+    const std::size_t length = word.size();
+    if (length > 3 && IsSize(word[length - 1]) && word[length - 2] == 'x' &&
+        IsSize(word[length - 3]))
+        word.remove_suffix(2);
+    if (word.empty() || !IsSize(word.back()))
+        return false;
+    word.remove_suffix(1);
+    return std::find(std::begin(scalarTypes), std::end(scalarTypes), word) != std::end(scalarTypes);
+}
+
+/// A texture read with its precision, width and variant: "tex2D", "h4texCUBEproj".
+bool IsTextureRead(std::string_view word)
+{
+    if (word.starts_with('f') || word.starts_with('h') || word.starts_with('x'))
+        word.remove_prefix(1);
+    if (!word.empty() && IsSize(word.front()))
+        word.remove_prefix(1);
+    for (const std::string_view read : {"tex1D", "tex2D", "tex3D", "texCUBE", "texRECT"}) {
+        if (word.starts_with(read)) {
+            word.remove_prefix(read.size());
+            return std::all_of(word.begin(), word.end(), [](char c) {
+                return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
+            });
+        }
+    }
+    return false;
+}
+
+/// What no Cg name may hold becomes one underscore.
+std::string ReplaceBadCharacters(const std::string& text)
 {
     std::string name;
     bool isReplacing = false;
@@ -67,6 +100,19 @@ std::string ToSafeCgName(const std::string& text)
     }
     if (!ShaderNode::IsValidCgName(name))
         name.insert(0, 1, '_');
+    return name;
+}
+
+} // namespace
+
+bool IsReservedCgWord(const std::string& word)
+{
+    return ReservedWords().contains(word) || IsNumberedType(word) || IsTextureRead(word);
+}
+
+std::string ToSafeCgName(const std::string& text)
+{
+    std::string name = ShaderNode::IsValidCgName(text) ? text : ReplaceBadCharacters(text);
     if (IsReservedCgWord(name))
         name += '_';
     return name;
@@ -74,10 +120,15 @@ std::string ToSafeCgName(const std::string& text)
 
 std::string CgNames::Claim(const std::string& wanted)
 {
-    const std::string safe = ToSafeCgName(wanted);
-    std::string name = safe;
-    for (int number = 2; !_taken.insert(name).second; ++number)
-        name = Materials::Compose(safe, "_", number);
+    std::string name = ToSafeCgName(wanted);
+    const auto [entry, isNew] = _taken.try_emplace(name, firstNumber);
+    if (isNew)
+        return name;
+    const std::string& safe = entry->first;
+    int& number = entry->second;
+    do
+        name = Materials::Compose(safe, "_", number++);
+    while (!_taken.try_emplace(name, firstNumber).second);
     return name;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
 
 namespace Mox::Host {
 
@@ -17,7 +17,7 @@ class CgNames
 {
 public:
     /// Takes a name that the text uses already.
-    void Take(const std::string& name) { _taken.insert(name); }
+    void Take(const std::string& name) { _taken.try_emplace(name, firstNumber); }
 
     bool IsTaken(const std::string& name) const { return _taken.contains(name); }
 
@@ -26,7 +26,10 @@ public:
     std::string Claim(const std::string& wanted);
 
 private:
-    std::unordered_set<std::string> _taken;
+    static constexpr int firstNumber = 2;
+
+    /// For each name that is taken the number to try behind it when it is wanted again.
+    std::unordered_map<std::string, int> _taken;
 };
 
 } // namespace Mox::Host

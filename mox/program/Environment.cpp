@@ -3,10 +3,10 @@
 #include "mox/Text.h"
 #include "mox/host/File.h"
 #include "mox/host/HostError.h"
+#include "mox/host/LibraryFolder.h"
 #include "mox/program/ShaderTypeText.h"
 #include "mox/shader/ShaderNode.h"
 
-#include <boost/dll/runtime_symbol_info.hpp>
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
@@ -42,6 +42,7 @@ std::string ToString(const xmlChar* text)
 std::string Indent(const std::string& body)
 {
     std::istringstream lines(body);
+    lines.exceptions(std::ios::badbit); // otherwise a lack of memory looks like the end
     std::string text;
     for (std::string line; std::getline(lines, line);)
         text += "\t" + line + "\n";
@@ -89,6 +90,9 @@ private:
             parser.get(), bytes.data(), static_cast<int>(bytes.size()), _environment.File.c_str(),
             nullptr,
             XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_NOCDATA));
+        const int code = parser->lastError.code;
+        if (code == XML_ERR_NO_MEMORY || (!_document && code == XML_ERR_OK))
+            throw std::bad_alloc();
         if (!_document) {
             std::string message = parser->lastError.message ? parser->lastError.message : "";
             while (!message.empty() && message.back() == '\n')
@@ -106,6 +110,7 @@ private:
         const std::filesystem::path file = _folder / Attribute(element, "file");
         EnvironmentCode code;
         std::istringstream names(Attribute(element, "provides"));
+        names.exceptions(std::ios::badbit);
         for (std::string name; names >> name;)
             code.Provides.push_back(name);
         code.Text = ReadFile(file);
@@ -132,6 +137,8 @@ private:
                 entry.Inputs.push_back(ReadInput(child));
             } else if (NameOf(child) == "body") {
                 const std::unique_ptr<xmlChar, XmlFree> text(xmlNodeGetContent(child));
+                if (!text)
+                    throw std::bad_alloc();
                 entry.Body = Indent(ToString(text.get()));
             } else {
                 throw HostError(PlaceOf(child), "only <in> and <body> are allowed here");
@@ -210,7 +217,11 @@ private:
 
     static std::string OptionalAttribute(const xmlNode* element, const char* name)
     {
+        if (!xmlHasProp(element, Bytes(name)))
+            return {};
         const std::unique_ptr<xmlChar, XmlFree> text(xmlGetProp(element, Bytes(name)));
+        if (!text)
+            throw std::bad_alloc();
         return ToString(text.get());
     }
 
@@ -241,8 +252,7 @@ Environment ReadEnvironment(const std::filesystem::path& folder)
 
 std::filesystem::path DefaultEnvironmentFolder()
 {
-    return boost::dll::program_location().parent_path().parent_path() / "share" / "mox" /
-           "environment";
+    return (LibraryFolder() / MOX_DATA_FROM_LIBRARIES / "environment").lexically_normal();
 }
 
 } // namespace Mox::Host

@@ -64,7 +64,7 @@ struct Environment
 Environment ReadEnvironment(const std::filesystem::path& folder);
 
 /// The folder in which a program finds the environment without being told: share/mox/environment
-/// beside the folder that the program lies in.
+/// of the tree in which the library mox_materials lies.
 std::filesystem::path DefaultEnvironmentFolder();
 
 } // namespace Mox::Host

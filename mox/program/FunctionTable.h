@@ -3,7 +3,6 @@
 #include "mox/program/CgNames.h"
 #include "mox/program/ProgramGraph.h"
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -25,14 +24,11 @@ public:
     FunctionTable(const ProgramGraph& graph, CgNames& names);
 
     const std::vector<ProgramFunction>& Functions() const { return _functions; }
-    const ProgramFunction& FunctionOf(std::size_t node) const
-    {
-        return _functions[_indices.at(node)];
-    }
+    const ProgramFunction& FunctionOf(std::size_t node) const { return _functions[_indices[node]]; }
 
 private:
     std::vector<ProgramFunction> _functions;
-    std::map<std::size_t, std::size_t> _indices; ///< from a node of the program
+    std::vector<std::size_t> _indices; ///< of the function of each node that calls one
 };
 
 /// The head of a function or entry point: name and parameters in brackets.

@@ -210,6 +210,10 @@ ProgramGraph::ProgramGraph(const ShaderGraph& graph, const ShaderOrigins& origin
     _nodes = collector.Collect();
     _deadNodes = collector.FindDeadNodes();
     _writtenInto = collector.FindNames();
+    _firstNumbers.reserve(_nodes.size() + 1);
+    _firstNumbers.push_back(0);
+    for (const ProgramNode& node : _nodes)
+        _firstNumbers.push_back(_firstNumbers.back() + node.Shader->Outputs.size());
 }
 
 std::string ProgramGraph::NameOf(const ProgramValue& value) const

@@ -47,12 +47,21 @@ public:
         return _nodes[value.Node].Shader->Outputs[value.Port];
     }
 
+    /// A number for each value, from 0 to ValueCount() - 1, in the order of the values.
+    std::size_t NumberOf(const ProgramValue& value) const
+    {
+        return _firstNumbers[value.Node] + value.Port;
+    }
+
+    std::size_t ValueCount() const { return _firstNumbers.back(); }
+
     /// What people know a value by: the interface parameter or output that it is written into, or
     /// else its port without the direction.
     std::string NameOf(const ProgramValue& value) const;
 
 private:
     std::vector<ProgramNode> _nodes;
+    std::vector<std::size_t> _firstNumbers; ///< of each node's values, and one more for the end
     std::vector<std::string> _deadNodes;
     std::map<ProgramValue, std::string> _writtenInto;
 };

@@ -38,7 +38,8 @@ ShaderLevel LevelOf(const ShaderNode& node)
 StagePlan::StagePlan(const ProgramGraph& graph, const ShaderOrigins& origins, Copies copies,
                      ProblemList& problems)
     : _graph(graph), _origins(origins), _problems(problems), _inVertex(graph.Nodes().size()),
-      _inFragment(graph.Nodes().size()), _vertexReader(graph.Nodes().size(), nobody)
+      _inFragment(graph.Nodes().size()), _vertexReader(graph.Nodes().size(), nobody),
+      _wanted(graph.ValueCount())
 {
     // From the last node to the first: whoever reads a node is settled before it.
     for (std::size_t i = graph.Nodes().size(); i-- > 0;) {
@@ -54,8 +55,10 @@ StagePlan::StagePlan(const ProgramGraph& graph, const ShaderOrigins& origins, Co
                                 copies == Copies::HandedOn && IsMereCopy(*node.Shader);
         if (isHandedOn) {
             _inFragment[i] = false;
-            const auto end = _wanted.lower_bound({i + 1, 0});
-            _crossing.insert(_wanted.lower_bound({i, 0}), end);
+            for (std::size_t port = 0; port < node.Shader->Outputs.size(); ++port) {
+                if (_wanted[graph.NumberOf({i, port})])
+                    _crossing.insert({i, port});
+            }
         }
         for (const ProgramValue& input : node.Inputs) {
             if (_inVertex[i])
@@ -92,7 +95,7 @@ void StagePlan::NeedInFragment(const ProgramValue& value)
         return;
     }
     _inFragment[value.Node] = true;
-    _wanted.insert(value);
+    _wanted[_graph.NumberOf(value)] = true;
 }
 
 void StagePlan::ReportConflict(std::size_t node)

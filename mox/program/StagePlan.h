@@ -52,7 +52,8 @@ private:
     std::vector<bool> _inVertex;
     std::vector<bool> _inFragment;
     std::vector<std::size_t> _vertexReader; ///< who needs a node per vertex
-    std::set<ProgramValue> _wanted; ///< what the fragment stage reads of nodes that may run there
+    std::vector<bool> _wanted; ///< by value number: the fragment stage reads it, of a node that may
+                               ///< run there
     std::set<ProgramValue> _crossing;
 };
 

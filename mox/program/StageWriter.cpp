@@ -5,7 +5,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <set>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace Mox::Host {
 
@@ -66,7 +67,8 @@ class StageWriter
 {
 public:
     StageWriter(const ProgramParts& parts, Stage stage)
-        : _parts(parts), _isVertex(stage == Stage::Vertex), _names(parts.Names)
+        : _parts(parts), _isVertex(stage == Stage::Vertex), _names(parts.Names),
+          _values(parts.Graph.ValueCount())
     {}
 
     StageProgram Write()
@@ -167,7 +169,7 @@ private:
         if (type.empty())
             return "// environment\n";
         std::string nodes;
-        std::set<std::string> seen;
+        std::unordered_set<std::string> seen;
         for (const std::size_t node : function.Nodes) {
             const std::string& id = _parts.Origins.Of(*_parts.Graph.Nodes()[node].Shader).Node;
             if (RunsHere(node) && seen.insert(id).second)
@@ -221,8 +223,11 @@ private:
             // The function that computes an output may write right into it.
             const bool isComputedHere =
                 isOutput && IsCall(_parts.Graph.Nodes()[node].Inputs.front());
-            if (isComputedHere)
-                _values.try_emplace(_parts.Graph.Nodes()[node].Inputs.front(), name);
+            if (!isComputedHere)
+                continue;
+            std::string& variable = ExpressionOf(_parts.Graph.Nodes()[node].Inputs.front());
+            if (variable.empty())
+                variable = name;
         }
         if (_isVertex)
             AddInterpolantRegisters(parameters, "out");
@@ -290,7 +295,7 @@ private:
             const std::string name = isStream ? interpolant->Name : _names.Claim(interpolant->Name);
             _text.Append(Compose("\t", interpolant->Type.FormatDeclaration(name), " = ",
                                  SlotOf(*interpolant), ";\n"));
-            _values[value] = name;
+            ExpressionOf(value) = name;
         }
     }
 
@@ -307,8 +312,8 @@ private:
             WriteCall(index);
         } else if (const auto name = _registers.find(index); name != _registers.end()) {
             if (!node.Shader->Register.IsWritable())
-                _values[{index, 0}] = name->second;
-            else if (const std::string value = Expression(node.Inputs.front());
+                ExpressionOf({index, 0}) = name->second;
+            else if (const std::string& value = Expression(node.Inputs.front());
                      value != name->second)
                 _text.Append(Compose("\t", name->second, " = ", value, ";\n"));
         }
@@ -320,35 +325,44 @@ private:
         const ProgramNode& node = _parts.Graph.Nodes()[index];
         const std::string& name = _parts.Functions.FunctionOf(index).CgName;
         std::string arguments;
-        for (const ProgramValue& input : node.Inputs)
-            arguments += Compose(arguments.empty() ? " " : ", ", Expression(input));
+        for (const ProgramValue& input : node.Inputs) {
+            arguments += arguments.empty() ? " " : ", ";
+            arguments += Expression(input);
+        }
         const auto [known, isNew] = _calls.try_emplace(name + "(" + arguments, index);
         if (!isNew) {
             for (std::size_t port = 0; port < node.Shader->Outputs.size(); ++port)
-                _values[{index, port}] = _values.at({known->second, port});
+                ExpressionOf({index, port}) = ExpressionOf({known->second, port});
             return;
         }
         const std::string& origin = _parts.Origins.Of(*node.Shader).Node;
         for (std::size_t port = 0; port < node.Shader->Outputs.size(); ++port) {
             const ShaderPort& output = node.Shader->Outputs[port];
             const ProgramValue value{index, port};
-            const auto [variable, isNewVariable] = _values.try_emplace(value);
-            if (isNewVariable) {
-                variable->second = _names.Claim(_parts.Graph.NameOf(value));
-                _text.Append(Compose("\t", output.Type.FormatDeclaration(variable->second), ";\n"),
-                             origin);
+            std::string& variable = ExpressionOf(value);
+            if (variable.empty()) {
+                variable = _names.Claim(_parts.Graph.NameOf(value));
+                _text.Append(Compose("\t", output.Type.FormatDeclaration(variable), ";\n"), origin);
             }
-            arguments += Compose(arguments.empty() ? " " : ", ", variable->second);
+            arguments += arguments.empty() ? " " : ", ";
+            arguments += variable;
         }
         _text.Append(Compose("\t", name, "(", arguments, arguments.empty() ? ");\n" : " );\n"),
                      origin);
     }
 
-    std::string Expression(const ProgramValue& wanted) const
+    std::string& ExpressionOf(const ProgramValue& value)
+    {
+        return _values[_parts.Graph.NumberOf(value)];
+    }
+
+    /// How the text reads a value.
+    const std::string& Expression(const ProgramValue& wanted) const
     {
         const ProgramValue value = _parts.Plan.SourceOf(wanted);
-        if (const auto known = _values.find(value); known != _values.end())
-            return known->second;
+        const std::string& known = _values[_parts.Graph.NumberOf(value)];
+        if (!known.empty())
+            return known;
         return _parts.Parameters.ParameterOf(value.Node).CgName;
     }
 
@@ -357,11 +371,11 @@ private:
     CgNames _names; ///< a copy: names of variables are the stage's own
     ProgramText _text;
     std::vector<const ProgramFunction*> _called;
-    std::map<std::size_t, std::string> _registers;     ///< names of register parameters, by node
-    std::map<std::int32_t, std::string> _interpolants; ///< names of registers, by number
-    std::map<std::int32_t, std::int32_t> _widths;      ///< of the same registers
-    std::map<std::string, std::size_t> _calls;         ///< node of a call, by its text
-    std::map<ProgramValue, std::string> _values;       ///< expressions for values
+    std::map<std::size_t, std::string> _registers;       ///< names of register parameters, by node
+    std::map<std::int32_t, std::string> _interpolants;   ///< names of registers, by number
+    std::map<std::int32_t, std::int32_t> _widths;        ///< of the same registers
+    std::unordered_map<std::string, std::size_t> _calls; ///< node of a call, by its text
+    std::vector<std::string> _values; ///< expressions by value number; empty if there is none yet
 };
 
 } // namespace

@@ -5,10 +5,13 @@
 #include "mox/authoring/GuiPort.h"
 #include "mox/shader/ShaderNode.h"
 
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <algorithm>
 #include <locale>
+#include <utility>
 
 using Mox::Materials::Compose;
-using Mox::Materials::FormatFloat;
 using Mox::Materials::GuiPort;
 
 namespace {
@@ -29,7 +32,14 @@ const char* LiteralOpening(const ShaderType& type)
 
 ShaderFunctionBuilder::ShaderFunctionBuilder()
 {
-    Body.imbue(std::locale::classic());
+    constexpr std::size_t usualParameterCount = 4;
+    Parameters.reserve(usualParameterCount);
+    // A new stream has the global locale, which is the classic one as a rule; setting it once more
+    // would cost as much as the rest of a small function.
+    if (Body.getloc() != std::locale::classic())
+        Body.imbue(std::locale::classic());
+    // Otherwise the stream keeps a lack of memory to itself, and the text breaks off.
+    Body.exceptions(std::ios::badbit);
 }
 
 ShaderFunctionBuilder::~ShaderFunctionBuilder() = default;
@@ -62,11 +72,9 @@ void ShaderFunctionBuilder::AppendCode(const std::string& text)
 void ShaderFunctionBuilder::DeclareConstant(const ShaderType& type, const std::string& name,
                                             float value)
 {
-    Body << '\t' << type.FormatDeclaration(name) << " = ";
-    Body << LiteralOpening(type) << FormatFloat(value) << " ).";
-    for (std::int32_t column = 0; column < type.Columns; ++column)
-        Body << 'x';
-    Body << ";\n";
+    Body << Compose("\t", type.FormatDeclaration(name), " = ");
+    const std::string splat(static_cast<std::size_t>(std::max(type.Columns, 0)), 'x');
+    Body << Compose(LiteralOpening(type), value, " ).", splat, ";\n");
 }
 
 void ShaderFunctionBuilder::DeclareConstantForPort(const GuiPort& port, float value)
@@ -76,11 +84,13 @@ void ShaderFunctionBuilder::DeclareConstantForPort(const GuiPort& port, float va
 
 ShaderNodeHandle ShaderFunctionBuilder::Build(ShaderLevel level, const std::string& name) const
 {
-    ShaderFunction function(*this);
-    function.SetName(name);
-    function.SetLevel(level);
-    function.SetCode(Body.str());
-    return ShaderNode::CreateFunctionNode(function);
+    auto node = boost::make_shared<ShaderNode>(ShaderNodeKind::Function);
+    node->LoadFunction(*this);
+    node->Name = name;
+    node->Level = level;
+    node->Code = Body.str();
+    node->ValidateNames();
+    return node;
 }
 
 void ShaderFunctionBuilder::AddParameter(ShaderDirection direction, const ShaderType& type,
@@ -95,5 +105,5 @@ void ShaderFunctionBuilder::AddParameter(ShaderDirection direction, const Shader
     parameter.Direction = direction;
     parameter.Type = type;
     parameter.Name = name;
-    Parameters.push_back(parameter);
+    Parameters.push_back(std::move(parameter));
 }

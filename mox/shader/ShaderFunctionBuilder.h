@@ -14,7 +14,8 @@ class GuiPort;
 
 /// Composes one Cg function: parameters and body text in any interleaving, then Build.
 ///
-/// While it is being filled, its own Level, Name and Code stay at their defaults.
+/// While it is being filled, its own Level, Name and Code stay at their defaults. A builder that
+/// ran out of memory is of no use any more.
 class MOX_API ShaderFunctionBuilder : public ShaderFunction
 {
 public:

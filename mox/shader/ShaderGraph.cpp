@@ -2,24 +2,11 @@
 
 #include "mox/ShaderError.h"
 #include "mox/Text.h"
+#include "mox/shader/GraphAddition.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
 using Mox::Materials::Compose;
-
-namespace {
-
-/// Keeps list and set of the graph's nodes or edges in agreement: the list entry is made before the
-/// set may fail, and is only moved, which cannot fail, after the set has taken the handle.
-template <class Handle>
-void AddToBoth(std::list<Handle>& list, std::set<Handle>& set, const Handle& handle)
-{
-    std::list<Handle> entry{handle};
-    set.insert(handle);
-    list.splice(list.end(), entry);
-}
-
-} // namespace
 
 ShaderGraph::ShaderGraph() = default;
 
@@ -27,23 +14,9 @@ ShaderGraph::~ShaderGraph() = default;
 
 void ShaderGraph::InsertNode(const ShaderNodeHandle& node)
 {
-    auto key = InterfaceNodes.end();
-    if (node->Kind == ShaderNodeKind::InterfaceParameter) {
-        const auto [entry, inserted] =
-            InterfaceNodes.try_emplace(InterfaceKey(node->Name, node->Flags), node);
-        if (!inserted)
-            throw ShaderError(Compose(node->Describe(), " already exists in graph"));
-        key = entry;
-    }
-    try {
-        if (NodeSet.contains(node))
-            throw ShaderError("node for addition already exists in graph");
-        AddToBoth(Nodes, NodeSet, node);
-    } catch (...) {
-        if (key != InterfaceNodes.end())
-            InterfaceNodes.erase(key);
-        throw;
-    }
+    GraphAddition addition(*this);
+    addition.AddNode(node);
+    addition.Commit();
 }
 
 void ShaderGraph::ConnectPorts(const ShaderNodeHandle& tail, const std::string& tailPort,
@@ -54,35 +27,9 @@ void ShaderGraph::ConnectPorts(const ShaderNodeHandle& tail, const std::string& 
 
 void ShaderGraph::InsertEdge(const ShaderEdgeHandle& edge)
 {
-    const ShaderNodeHandle tail = edge->Tail.lock();
-    if (!tail)
-        throw ShaderError("edge tail node has been deleted");
-    const ShaderNodeHandle head = edge->Head.lock();
-    if (!head)
-        throw ShaderError("edge head node has been deleted");
-    if (tail == head)
-        throw ShaderError("edge head and tail are the same node");
-    if (EdgeSet.contains(edge))
-        throw ShaderError("edge for addition already exists in graph");
-    if (!NodeSet.contains(tail))
-        throw ShaderError("tail node on edge for addition does not exist in graph");
-    if (!NodeSet.contains(head))
-        throw ShaderError("head node on edge for addition does not exist in graph");
-
-    AddToBoth(Edges, EdgeSet, edge);
-    try {
-        tail->AddOutEdge(edge);
-        try {
-            head->AddInEdge(edge);
-        } catch (...) {
-            tail->OutEdges.pop_back();
-            throw;
-        }
-    } catch (...) {
-        EdgeSet.erase(edge);
-        Edges.pop_back();
-        throw;
-    }
+    GraphAddition addition(*this);
+    addition.AddEdge(edge);
+    addition.Commit();
 }
 
 bool ShaderGraph::HasInterfaceNode(const std::string& name, std::int32_t flags) const

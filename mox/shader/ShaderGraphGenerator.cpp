@@ -2,7 +2,10 @@
 
 #include "mox/ShaderError.h"
 #include "mox/Text.h"
+#include "mox/shader/GraphAddition.h"
 #include "mox/shader/ShaderFunctionBuilder.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
 
 #include <utility>
 
@@ -40,6 +43,17 @@ ShaderNodeHandle BuildAdapter(const ShaderType& from, const ShaderType& to)
     return builder.Build(ShaderLevel::Automatic, "promoteAndSplat");
 }
 
+/// As Map::try_emplace; a search is saved where the key goes behind all others, as the addresses of
+/// new objects do more often than not.
+template <class Map, class... Value>
+std::pair<typename Map::iterator, bool> Enter(Map& map, const typename Map::key_type& key,
+                                              const Value&... value)
+{
+    const std::size_t sizeBefore = map.size();
+    const auto entry = map.try_emplace(map.end(), key, value...);
+    return {entry, map.size() > sizeBefore};
+}
+
 } // namespace
 
 ShaderGraphGenerator::ShaderGraphGenerator(ShaderGraph& graph) : Graph(&graph)
@@ -49,7 +63,7 @@ ShaderGraphGenerator::~ShaderGraphGenerator() = default;
 
 void ShaderGraphGenerator::AddNode(const ShaderNodeHandle& node)
 {
-    const auto [entry, inserted] = NodeMap.try_emplace(node, node);
+    const auto [entry, inserted] = Enter(NodeMap, node, node);
     if (!inserted)
         throw ShaderError(Compose(node->Describe(), " already added to the graph generator"));
     try {
@@ -87,16 +101,18 @@ void ShaderGraphGenerator::Connect(const ShaderNodeHandle& tail, const std::stri
         throw ShaderError(Compose("cannot convert ", fromType.Format(), " to ", toType.Format()));
     }
     const ShaderNodeHandle adapter = BuildAdapter(fromType, toType);
-    Graph->InsertNode(adapter);
-    Graph->ConnectPorts(from, tailPort, adapter, adapterInput, false);
-    Graph->ConnectPorts(adapter, adapterOutput, to, headPort, false);
+    GraphAddition addition(*Graph);
+    addition.AddNode(adapter);
+    addition.AddEdge(boost::make_shared<ShaderEdge>(from, tailPort, adapter, adapterInput, false));
+    addition.AddEdge(boost::make_shared<ShaderEdge>(adapter, adapterOutput, to, headPort, false));
+    addition.Commit();
 }
 
 void ShaderGraphGenerator::RecordEdgeTail(const GuiEdgeHandle& edge, const ShaderNodeHandle& node,
                                           const std::string& port)
 {
     std::string portCopy = port; // taken first, so that a failure leaves no half record
-    ShaderEdgeRecord& record = EdgeMap[edge];
+    ShaderEdgeRecord& record = Enter(EdgeMap, edge).first->second;
     record.Tail = node;
     record.TailPort = std::move(portCopy);
 }
@@ -104,12 +120,16 @@ void ShaderGraphGenerator::RecordEdgeTail(const GuiEdgeHandle& edge, const Shade
 void ShaderGraphGenerator::RecordEdgeHead(const GuiEdgeHandle& edge, const ShaderNodeHandle& node,
                                           const std::string& port)
 {
-    ShaderEdgeRecord& record = EdgeMap[edge];
-    record.HeadPorts.push_back(port);
+    const auto [entry, isNew] = Enter(EdgeMap, edge);
+    ShaderEdgeRecord& record = entry->second;
+    const std::size_t count = record.Heads.size();
     try {
         record.Heads.push_back(node);
+        record.HeadPorts.push_back(port);
     } catch (...) {
-        record.HeadPorts.pop_back();
+        record.Heads.resize(count);
+        if (isNew)
+            EdgeMap.erase(entry);
         throw;
     }
 }

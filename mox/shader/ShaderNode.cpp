@@ -117,41 +117,46 @@ ShaderNodeHandle ShaderNode::CreateNamedParameter(ShaderNodeKind kind, const std
 
 void ShaderNode::LoadFunction(const ShaderFunction& function)
 {
-    Name = function.Name;
-    Code = function.Code;
-    Level = function.Level;
-    Inputs.clear();
-    Outputs.clear();
+    std::string name = function.Name;
+    std::string code = function.Code;
+    std::vector<ShaderPort> inputs;
+    std::vector<ShaderPort> outputs;
     for (const ShaderParameter& parameter : function.Parameters) {
-        auto& ports = parameter.Direction != ShaderDirection::Input ? Outputs : Inputs;
+        auto& ports = parameter.Direction != ShaderDirection::Input ? outputs : inputs;
         ports.push_back({parameter.Name, parameter.Type});
     }
+    Name.swap(name);
+    Code.swap(code);
+    Level = function.Level;
+    Inputs.swap(inputs);
+    Outputs.swap(outputs);
 }
 
 void ShaderNode::CreateParameterPorts()
 {
-    Inputs.clear();
-    Outputs.clear();
+    std::vector<ShaderPort> inputs;
+    std::vector<ShaderPort> outputs;
     switch (Kind) {
     case ShaderNodeKind::InterfaceParameter:
     case ShaderNodeKind::InterpolantParameter:
-        Outputs.push_back({readPort, Type});
-        Inputs.push_back({writePort, Type});
-        return;
+        outputs.push_back({readPort, Type});
+        inputs.push_back({writePort, Type});
+        break;
     case ShaderNodeKind::VaryingParameter:
     case ShaderNodeKind::UniformParameter:
-        Outputs.push_back({readPort, Type});
-        return;
+        outputs.push_back({readPort, Type});
+        break;
     case ShaderNodeKind::CgRegisterParameter:
         if (Register.IsWritable())
-            Inputs.push_back({writePort, Type});
+            inputs.push_back({writePort, Type});
         else
-            Outputs.push_back({readPort, Type});
-        return;
-    case ShaderNodeKind::Function:
+            outputs.push_back({readPort, Type});
         break;
+    default:
+        throw ShaderError("internal error: unknown parameter type");
     }
-    throw ShaderError("internal error: unknown parameter type");
+    Inputs.swap(inputs);
+    Outputs.swap(outputs);
 }
 
 void ShaderNode::ValidateNames() const

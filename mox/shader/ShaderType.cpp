@@ -6,6 +6,7 @@
 #include <iterator>
 #include <ostream>
 
+using Mox::Materials::AppendPart;
 using Mox::Materials::Compose;
 
 namespace {
@@ -15,19 +16,22 @@ constexpr const char* componentNames[] = {
     "bool",    "sampler1D", "sampler2D", "sampler3D", "samplerCUBE", "samplerRECT",
 };
 
-std::string FormatElement(const ShaderType& type)
+void AppendElement(std::string& text, const ShaderType& type)
 {
-    const char* component = GetComponentName(type.Component);
-    if (type.Rows > 1)
-        return Compose(component, type.Rows, "x", type.Columns);
-    if (type.Columns > 1)
-        return Compose(component, type.Columns);
-    return component;
+    AppendPart(text, GetComponentName(type.Component));
+    if (type.Rows > 1) {
+        AppendPart(text, type.Rows);
+        AppendPart(text, "x");
+        AppendPart(text, type.Columns);
+    } else if (type.Columns > 1) {
+        AppendPart(text, type.Columns);
+    }
 }
 
-std::string FormatBrackets(const ShaderType& type)
+void AppendBrackets(std::string& text, const ShaderType& type)
 {
-    return type.ArrayLength > 1 ? Compose("[", type.ArrayLength, "]") : std::string();
+    if (type.ArrayLength > 1)
+        text += Compose("[", type.ArrayLength, "]");
 }
 
 } // namespace
@@ -47,12 +51,22 @@ ShaderType::ShaderType(ComponentType component, std::int32_t columns, std::int32
 
 std::string ShaderType::Format() const
 {
-    return FormatElement(*this) + FormatBrackets(*this);
+    std::string text;
+    AppendElement(text, *this);
+    AppendBrackets(text, *this);
+    return text;
 }
 
 std::string ShaderType::FormatDeclaration(const std::string& name) const
 {
-    return Compose(FormatElement(*this), " ", name, FormatBrackets(*this));
+    constexpr std::size_t longestElement = 16;
+    std::string text;
+    text.reserve(longestElement + name.size());
+    AppendElement(text, *this);
+    text += ' ';
+    text += name;
+    AppendBrackets(text, *this);
+    return text;
 }
 
 std::ostream& operator<<(std::ostream& stream, const ShaderType& type)

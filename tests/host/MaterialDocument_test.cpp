@@ -47,6 +47,20 @@ std::string Rewrite(const std::string& text)
     return FormatMaterialDocument(Parse(text));
 }
 
+/// The whole schema, regular expressions and all.
+xmlRelaxNGPtr WholeSchema()
+{
+    static const std::unique_ptr<xmlRelaxNG, decltype(&xmlRelaxNGFree)> schema = [] {
+        const std::string text = MaterialSchema::Text;
+        const std::unique_ptr<xmlRelaxNGParserCtxt, decltype(&xmlRelaxNGFreeParserCtxt)> parser(
+            xmlRelaxNGNewMemParserCtxt(text.data(), static_cast<int>(text.size())),
+            xmlRelaxNGFreeParserCtxt);
+        return std::unique_ptr<xmlRelaxNG, decltype(&xmlRelaxNGFree)>(xmlRelaxNGParse(parser.get()),
+                                                                      xmlRelaxNGFree);
+    }();
+    return schema.get();
+}
+
 /// Whether libxml2 alone, with the whole document in memory, finds that it follows the schema.
 bool IsValid(const std::string& text)
 {
@@ -56,7 +70,7 @@ bool IsValid(const std::string& text)
                       XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
         xmlFreeDoc);
     const std::unique_ptr<xmlRelaxNGValidCtxt, decltype(&xmlRelaxNGFreeValidCtxt)> context(
-        xmlRelaxNGNewValidCtxt(MaterialSchema::Get().Grammar()), xmlRelaxNGFreeValidCtxt);
+        xmlRelaxNGNewValidCtxt(WholeSchema()), xmlRelaxNGFreeValidCtxt);
     xmlRelaxNGSetValidStructuredErrors(context.get(), ignore, nullptr);
     return document && xmlRelaxNGValidateDoc(context.get(), document.get()) == 0;
 }

@@ -17,12 +17,17 @@ namespace {
 
 const std::filesystem::path corePlugin = MOX_CORE_PLUGIN;
 
-bool CoreIsLoaded()
+bool IsLoaded(const std::filesystem::path& file)
 {
-    void* library = dlopen(corePlugin.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    void* library = dlopen(file.c_str(), RTLD_NOW | RTLD_NOLOAD);
     if (library)
         dlclose(library);
     return library != nullptr;
+}
+
+bool CoreIsLoaded()
+{
+    return IsLoaded(corePlugin);
 }
 
 std::string LoadFailure(const std::filesystem::path& file)
@@ -124,10 +129,34 @@ TEST(Plugin, PlaceholderTakesAnyVersionAndRefusesToExport)
 
 TEST(Plugin, WhatIsNoPluginIsRefused)
 {
-    EXPECT_EQ(LoadFailure("nowhere.so").substr(0, 18), "cannot be loaded: ");
-    EXPECT_EQ(LoadFailure(__FILE__).substr(0, 18), "cannot be loaded: ");
-    EXPECT_EQ(LoadFailure(MOX_MATERIALS_LIBRARY),
-              "is no plug-in: it does not export GetMaterialLibVersion");
+    const struct
+    {
+        std::filesystem::path File;
+        std::string Message; ///< or the beginning of it, before the dynamic loader's own words
+    } cases[] = {
+        {"nowhere.so", "cannot be loaded: "},
+        {__FILE__, "cannot be loaded: "},
+        {MOX_PLUGIN_FOLDER, "cannot be loaded: "},
+        {MOX_MATERIALS_LIBRARY, "is no plug-in: it does not export GetMaterialLibVersion"},
+        {"odd_version.so", "has interface version 4, but version 5 is needed"},
+        {"odd_version_throws.so", "failed without a message"},
+        {"odd_no_factory_export.so", "is no plug-in: it does not export CreateNodeFactory"},
+        {"odd_null.so", "gave no factory"},
+        {"odd_shader_error.so", "no licence"},
+        {"odd_string.so", "a plain string"},
+        {"odd_own_failure.so", "an exception of the module's own"},
+        {"odd_number.so", "failed without a message"},
+        {"odd_symbol.so", "cannot be loaded: "},
+    };
+    for (const auto& [name, message] : cases) {
+        const bool isOdd = name.string().starts_with("odd_");
+        const auto file = isOdd ? MOX_ODD_PLUGIN_FOLDER / name : name;
+        const std::string failure = LoadFailure(file);
+        EXPECT_EQ(message.ends_with(": ") ? failure.substr(0, message.size()) : failure, message)
+            << name;
+        EXPECT_EQ(failure.find('\n'), std::string::npos) << failure;
+        EXPECT_FALSE(IsLoaded(file) && isOdd) << name;
+    }
 }
 
 } // namespace

@@ -55,4 +55,26 @@ TEST(GraphCommand, DrawsWhatIsWrongAndFails)
               "mox: the program \"dot\" of Graphviz, which draws pictures, is not there\n");
 }
 
+#ifdef MOX_HAS_PREVIEW
+TEST(GraphCommand, ThumbnailsShowWhatEachNodePutsOut)
+{
+    const Outcome icons = RunMox("graph ../examples/tinted_texture.xml --format svg");
+    const Outcome outcome =
+        RunMox("graph ../examples/tinted_texture.xml --thumbnails --format svg");
+    if (outcome.Text.find("no Vulkan device") != std::string::npos)
+        GTEST_SKIP() << outcome.Text;
+    ASSERT_EQ(outcome.Status, 0) << outcome.Text;
+    const auto countImages = [](const std::string& svg) {
+        int count = 0;
+        for (auto at = svg.find("data:image/png"); at != svg.npos;
+             at = svg.find("data:image/png", at + 1))
+            ++count;
+        return count;
+    };
+    EXPECT_EQ(countImages(outcome.Text), 6);
+    EXPECT_EQ(countImages(icons.Text), 6);
+    EXPECT_NE(outcome.Text, icons.Text);
+}
+#endif
+
 } // namespace

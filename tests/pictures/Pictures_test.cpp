@@ -37,7 +37,7 @@ constexpr const char* wrong = R"(
     product.out_value -> surface.in_colour
 )";
 
-Picture DrawDocument(const MaterialDocument& document, ProblemList& problems)
+Drawing DrawDocument(const MaterialDocument& document, ProblemList& problems)
 {
     MaterialGraph graph = LoadMaterial(document, TestPlugins(), problems);
     ResolveGraph(graph, problems);
@@ -45,7 +45,7 @@ Picture DrawDocument(const MaterialDocument& document, ProblemList& problems)
     return DrawMaterial(graph, problems, IconsOfNodes(graph, TestPlugins()));
 }
 
-Picture DrawExampleShader(const std::string& name)
+Drawing DrawExampleShader(const std::string& name)
 {
     static const Environment environment = ReadEnvironment(MOX_ENVIRONMENT_FOLDER);
     ProblemList problems;
@@ -57,11 +57,11 @@ Picture DrawExampleShader(const std::string& name)
 }
 
 /// The line of the text that declares a node.
-std::string LineOf(const Picture& picture, const std::string& node)
+std::string LineOf(const Drawing& drawing, const std::string& node)
 {
-    const std::size_t start = picture.Dot.find("\n  " + node + " [");
+    const std::size_t start = drawing.Dot.find("\n  " + node + " [");
     EXPECT_NE(start, std::string::npos) << node;
-    return picture.Dot.substr(start + 1, picture.Dot.find('\n', start + 1) - start - 1);
+    return drawing.Dot.substr(start + 1, drawing.Dot.find('\n', start + 1) - start - 1);
 }
 
 bool Contains(const std::string& text, const std::string& part)
@@ -114,7 +114,7 @@ SvgTexts ReadSvg(const std::string& svg)
 TEST(Pictures, OfAnExample)
 {
     ProblemList problems;
-    const Picture picture =
+    const Drawing picture =
         DrawDocument(ReadMaterialDocument(MOX_EXAMPLES "/tinted_texture.xml"), problems);
     ExpectGolden("pictures/tinted_texture.dot", picture.Dot);
     EXPECT_EQ(picture.Images.size(), 6u);
@@ -125,8 +125,8 @@ TEST(Pictures, AreTheSameEachTimeAndHoldTheirImages)
 {
     ProblemList problems;
     const MaterialDocument document = ReadMaterialDocument(MOX_EXAMPLES "/flip_book.xml");
-    const Picture picture = DrawDocument(document, problems);
-    const Picture again = DrawDocument(document, problems);
+    const Drawing picture = DrawDocument(document, problems);
+    const Drawing again = DrawDocument(document, problems);
     EXPECT_EQ(picture.Dot, again.Dot);
     EXPECT_EQ(DrawExampleShader("waving_flag").Dot, DrawExampleShader("waving_flag").Dot);
 
@@ -141,7 +141,7 @@ TEST(Pictures, AreTheSameEachTimeAndHoldTheirImages)
     EXPECT_EQ(RenderPicture(picture, PictureFormat::Png).substr(0, 8), "\x89PNG\r\n\x1a\n");
 
     // An image of another size under the same name is another picture.
-    Picture larger = picture;
+    Drawing larger = picture;
     larger.Images.begin()->second = {2, 1, std::vector<std::uint8_t>(8, 0xff)};
     EXPECT_NE(RenderPicture(larger, PictureFormat::Svg), svg);
 }
@@ -237,7 +237,7 @@ TEST(Pictures, MarkWhatIsWrong)
     const std::string red = "#cc0d0d";
     const std::string amber = "#b36b00";
     ProblemList problems;
-    const Picture picture = DrawDocument(MaterialFromText(wrong), problems);
+    const Drawing picture = DrawDocument(MaterialFromText(wrong), problems);
     ASSERT_EQ(problems.Problems().size(), 1u);
     const std::string product = LineOf(picture, "n3");
     EXPECT_TRUE(Contains(product, "COLOR=\"" + red + "\""));
@@ -255,7 +255,7 @@ TEST(Pictures, MarkWhatIsWrong)
     ResolveGraph(graph, others);
     others.Warn("test", {{}, 0, "uv", "read"}, "look here");
     others.Fail("test", {{}, 0, "gone", {}}, "not in the picture");
-    const Picture second = DrawMaterial(graph, others, {});
+    const Drawing second = DrawMaterial(graph, others, {});
     EXPECT_TRUE(Contains(LineOf(second, "n3"), red));
     EXPECT_TRUE(Contains(LineOf(second, "n1"), amber));
     EXPECT_TRUE(Contains(LineOf(second, "n1"), "TITLE=\"read&#10;look here\""));
@@ -274,7 +274,7 @@ TEST(Pictures, DrawPlaceholdersWithThePortsOfTheirEdges)
                       {"uv", "read", "wobble", "in_a", 0},
                       {"wobble", "out_uv", "paint", "in_uv", 0}};
     ProblemList problems;
-    const Picture picture = DrawDocument(document, problems);
+    const Drawing picture = DrawDocument(document, problems);
     const std::string line = LineOf(picture, "n3");
     EXPECT_TRUE(Contains(line, "STYLE=\"ROUNDED,DASHED\""));
     EXPECT_TRUE(Contains(line, "wobble (StudioWobble)"));

@@ -12,8 +12,8 @@ namespace {
 
 constexpr const char* footer =
     R"(A document in the one form stays as it is when it is written again, and a
-changed value changes one line. Nothing of a document is lost. With --check the
-exit status is 1 if a document is in another form.
+changed value changes one line. Nothing of a document is lost. With --check
+the exit status is 1 if a document is in another form.
 
 Examples:
   mox format rim.xml

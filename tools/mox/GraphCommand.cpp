@@ -10,6 +10,9 @@
 #include "mox/pictures/MaterialPicture.h"
 #include "mox/pictures/ShaderPicture.h"
 #include "mox/program/MaterialProgram.h"
+#ifdef MOX_HAS_PREVIEW
+#include "Thumbnails.h"
+#endif
 
 #include <filesystem>
 #include <iostream>
@@ -25,6 +28,8 @@ amber where it is only a warning.
 Examples:
   mox graph rim.xml -o rim.svg
       Draw the nodes and edges of a material, with the types at the ports.
+  mox graph rim.xml --thumbnails -o rim.png
+      Show at each node what it puts out.
   mox graph rim.xml --shader -o rim.png
       Draw the functions that it becomes, in the stages in which they run.
   mox graph rim.xml | dot -Tpdf -o rim.pdf
@@ -38,6 +43,7 @@ struct GraphOptions
     std::string Format; ///< empty for that of the output's name
     std::string Environment;
     bool IsShader = false;
+    bool HasThumbnails = false;
 };
 
 /// The word for a format.
@@ -57,16 +63,22 @@ std::string FormatOf(const GraphOptions& options)
                                "--format is given");
 }
 
-/// Images are left out of text: it could only name files that are not there.
-Host::Picture DrawNodes(const Host::MaterialGraph& graph, const Host::PluginSet& plugins,
-                        bool withImages, const Host::ProblemList& problems)
+std::map<std::string, Host::Picture> MakeImages(const GraphOptions& options,
+                                                const Host::MaterialGraph& graph,
+                                                const Host::PluginSet& plugins,
+                                                const Host::Environment& environment)
 {
-    return Host::DrawMaterial(graph, problems,
-                              withImages ? Host::IconsOfNodes(graph, plugins)
-                                         : std::map<std::string, Host::Icon>());
+#ifdef MOX_HAS_PREVIEW
+    if (options.HasThumbnails)
+        return DrawThumbnails(options.File, graph, plugins, environment);
+#else
+    static_cast<void>(options);
+    static_cast<void>(environment);
+#endif
+    return Host::IconsOfNodes(graph, plugins);
 }
 
-Host::Picture DrawFunctions(const Host::MaterialGraph& graph, const Host::Environment& environment,
+Host::Drawing DrawFunctions(const Host::MaterialGraph& graph, const Host::Environment& environment,
                             Host::ProblemList& problems)
 {
     Host::GeneratedShader shader;
@@ -93,9 +105,12 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
         problems.ThrowFirstError(); // there is nothing to draw
     if (!options.IsShader)
         problems = Host::CheckMaterial(options.File, plugins, environment, nullptr);
-    const Host::Picture picture = options.IsShader
-                                      ? DrawFunctions(graph, environment, problems)
-                                      : DrawNodes(graph, plugins, format != "dot", problems);
+    // Images are left out of text: it could only name files that are not there.
+    std::map<std::string, Host::Picture> images;
+    if (!options.IsShader && format != "dot")
+        images = MakeImages(options, graph, plugins, environment);
+    const Host::Drawing picture = options.IsShader ? DrawFunctions(graph, environment, problems)
+                                                   : Host::DrawMaterial(graph, problems, images);
     for (const Host::Problem& problem : problems.Problems())
         std::cerr << FormatMessage(problem) << '\n';
     Write(format == "dot"
@@ -126,8 +141,16 @@ void AddGraphCommand(CLI::App& program, const CommonOptions& common)
             "a file")
         ->type_name("FORMAT")
         ->check(CLI::IsMember({"svg", "png", "dot"}).description(""));
-    command->add_flag("--shader", options->IsShader,
-                      "Draw the finished shader graph with its stages");
+    auto* shader = command->add_flag("--shader", options->IsShader,
+                                     "Draw the finished shader graph with its stages");
+#ifdef MOX_HAS_PREVIEW
+    command
+        ->add_flag("--thumbnails", options->HasThumbnails,
+                   "Show at each node a picture of what it puts out instead of its icon")
+        ->excludes(shader);
+#else
+    static_cast<void>(shader);
+#endif
     AddEnvironmentOption(*command, options->Environment);
     command->footer(footer);
     command->callback([options, &common] { PrintGraph(*options, common); });

@@ -44,7 +44,7 @@ int main(int argc, char** argv)
     AddFormatCommand(program);
     AddBindingsCommand(program, common);
     AddCatalogueCommand(program, common);
-#ifdef MOX_BUILD_PICTURES
+#ifdef MOX_HAS_PICTURES
     AddGraphCommand(program, common);
 #endif
     AddNewCommand(program, common);

@@ -1,6 +1,7 @@
 #include "Commands.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
+#include "ProblemMessage.h"
 #include "mox/Text.h"
 #include "mox/host/PropertyText.h"
 #include "mox/preview/MaterialPreview.h"
@@ -85,12 +86,6 @@ Host::PreviewOptions ReadOptions(const PreviewArguments& arguments)
         options.Values[value.substr(0, sign)] = value.substr(sign + 1);
     }
     return options;
-}
-
-std::string FormatMessage(const Host::Problem& problem)
-{
-    return Compose("mox: ", problem.Level == Host::Severity::Warning ? "warning: " : "",
-                   problem.Format());
 }
 
 void Preview(const PreviewArguments& arguments, const CommonOptions& common)

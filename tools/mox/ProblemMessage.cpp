@@ -6,8 +6,7 @@ namespace Mox::Tool {
 
 std::string FormatMessage(const Host::Problem& problem)
 {
-    return Materials::Compose("mox: ",
-                              problem.Level == Host::Severity::Warning ? "warning: " : "",
+    return Materials::Compose("mox: ", problem.Level == Host::Severity::Warning ? "warning: " : "",
                               problem.Format());
 }
 

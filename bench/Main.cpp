@@ -1,0 +1,24 @@
+#include "Road.h"
+
+#include <benchmark/benchmark.h>
+
+namespace Mox::Bench {
+
+void RegisterEditBenchmarks(const Workshop& workshop);
+void RegisterNodeBenchmarks(const Workshop& workshop);
+void RegisterRoadBenchmarks(const Workshop& workshop);
+
+} // namespace Mox::Bench
+
+int main(int argumentCount, char** arguments)
+{
+    benchmark::Initialize(&argumentCount, arguments);
+    if (benchmark::ReportUnrecognizedArguments(argumentCount, arguments))
+        return 2;
+    const Mox::Bench::Workshop workshop;
+    Mox::Bench::RegisterNodeBenchmarks(workshop);
+    Mox::Bench::RegisterEditBenchmarks(workshop);
+    Mox::Bench::RegisterRoadBenchmarks(workshop);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

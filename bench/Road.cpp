@@ -1,0 +1,43 @@
+#include "Road.h"
+
+#include "Stopwatch.h"
+#include "mox/host/GraphResolver.h"
+#include "mox/host/MaterialDocument.h"
+#include "mox/host/MaterialLoader.h"
+#include "mox/program/MaterialProgram.h"
+
+#include <optional>
+
+namespace Mox::Bench {
+
+Workshop::Workshop() : Environment(Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER))
+{
+    Plugins.LoadFolder(MOX_PLUGIN_FOLDER);
+}
+
+RoadTimes TravelRoad(const Workshop& workshop, const std::filesystem::path& document)
+{
+    RoadTimes times;
+    Stopwatch watch;
+    std::optional<Host::MaterialDocument> records = Host::ReadMaterialDocument(document);
+    times.Read = watch.Lap();
+    std::optional<Host::ProblemList> problems(std::in_place);
+    std::optional<Host::MaterialGraph> graph =
+        Host::LoadMaterial(*records, workshop.Plugins, *problems);
+    times.Load = watch.Lap();
+    Host::ResolveGraph(*graph, *problems);
+    times.Resolve = watch.Lap();
+    std::optional<Host::CgProgram> program =
+        Host::BuildMaterialProgram(*graph, workshop.Environment, {}, *problems);
+    times.Write = watch.Lap();
+    problems->ThrowFirstError();
+    watch.Lap();
+    program.reset();
+    problems.reset();
+    graph.reset();
+    records.reset();
+    times.Free = watch.Lap();
+    return times;
+}
+
+} // namespace Mox::Bench

@@ -1,0 +1,56 @@
+#include "MaterialShapes.h"
+#include "Road.h"
+#include "RoadFiles.h"
+
+#include <benchmark/benchmark.h>
+#include <string>
+
+namespace Mox::Bench {
+
+namespace {
+
+void MeasureRoad(benchmark::State& state, const Workshop& workshop, Shape shape)
+{
+    const std::filesystem::path file = FileOf(shape, static_cast<std::size_t>(state.range(0)));
+    RoadTimes sum;
+    for ([[maybe_unused]] auto _ : state) {
+        const RoadTimes times = TravelRoad(workshop, file);
+        sum.Read += times.Read;
+        sum.Load += times.Load;
+        sum.Resolve += times.Resolve;
+        sum.Write += times.Write;
+        sum.Free += times.Free;
+    }
+    const double total =
+        static_cast<double>(state.iterations()) * static_cast<double>(state.range(0));
+    state.counters["read"] = sum.Read / total;
+    state.counters["load"] = sum.Load / total;
+    state.counters["resolve"] = sum.Resolve / total;
+    state.counters["write"] = sum.Write / total;
+    state.counters["free"] = sum.Free / total;
+    state.counters["road"] = sum.Total() / total;
+}
+
+} // namespace
+
+void RegisterRoadBenchmarks(const Workshop& workshop)
+{
+    // Each node looks through the edges at its ports whenever one comes, so a fan of n edges at one
+    // port costs n squares; its largest size would take minutes.
+    constexpr std::int64_t largestFan = 10000;
+    for (const char* word : {"chain", "values", "tree", "fan", "layered"}) {
+        const Shape shape = ParseShape(word);
+        for (std::int64_t count = 10; count <= (shape == Shape::Fan ? largestFan : 100000);
+             count *= 10) {
+            auto* benchmark = benchmark::RegisterBenchmark(
+                (std::string("road/") + word).c_str(), [&workshop, shape](benchmark::State& state) {
+                    MeasureRoad(state, workshop, shape);
+                });
+            benchmark->Arg(count)->Unit(benchmark::kMillisecond);
+            if (count >= 10000)
+                benchmark->Iterations(1);
+        }
+    }
+}
+
+} // namespace Mox::Bench

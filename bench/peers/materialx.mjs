@@ -1,0 +1,55 @@
+// MaterialX's shader generator, compiled to WebAssembly: from MaterialX XML text to GLSL ES text.
+// The standard libraries are loaded beforehand and not measured.
+
+import fs from 'node:fs';
+import path from 'node:path';
+import { createRequire } from 'node:module';
+import { makeShape, valueOf, report } from './shapes.mjs';
+
+const bin = path.join(import.meta.dirname, 'node_modules/@needle-tools/materialx/bin');
+
+// The package ships one script for browsers, in the syntax of a module; here it runs as CommonJS.
+const source = fs.readFileSync(path.join(bin, 'JsMaterialXGenShader.js'), 'utf8')
+  .replace(/export default MaterialX;\s*$/, '');
+const exported = { exports: {} };
+new Function('module', 'exports', 'require', '__filename', '__dirname', source)(
+  exported, exported.exports, createRequire(import.meta.url), path.join(bin, 'x.js'), bin);
+const data = fs.readFileSync(path.join(bin, 'JsMaterialXGenShader.data.txt'));
+const mx = await exported.exports({
+  locateFile: (name) => path.join(bin, name),
+  wasmBinary: fs.readFileSync(path.join(bin, 'JsMaterialXGenShader.wasm')),
+  getPreloadedPackage: () => data.buffer.slice(data.byteOffset, data.byteOffset + data.length),
+});
+const generator = mx.EsslShaderGenerator.create();
+const context = new mx.GenContext(generator);
+const library = mx.loadStandardLibraries(context);
+
+function makeDocument(shape, count) {
+  const nodes = makeShape(shape, count);
+  let text = '<?xml version="1.0"?>\n<materialx version="1.38">\n<nodegraph name="g">\n';
+  nodes.forEach((node, i) => {
+    const input = (name, source, value) => source === undefined
+      ? `<input name="${name}" type="float" value="${value}"/>`
+      : `<input name="${name}" type="float" nodename="n${source}"/>`;
+    text += `<${i % 2 === 0 ? 'multiply' : 'add'} name="n${i}" type="float">` +
+      `${input('in1', node.first, i)}${input('in2', node.second, valueOf(shape, i))}` +
+      `</${i % 2 === 0 ? 'multiply' : 'add'}>\n`;
+  });
+  return text + `<convert name="c" type="color3"><input name="in" type="float" nodename="n${count - 1}"/>` +
+    '</convert>\n<output name="out" type="color3" nodename="c"/>\n</nodegraph>\n</materialx>\n';
+}
+
+await report('MaterialX', (shape, count) => {
+  const text = makeDocument(shape, count);
+  return async () => {
+    const document = mx.createDocument();
+    document.setDataLibrary(library);
+    await mx.readFromXmlString(document, text, '');
+    const output = document.getNodeGraph('g').getOutput('out');
+    const shader = generator.generate('material', output, context);
+    const texts = [shader.getSourceCode('vertex'), shader.getSourceCode('pixel')];
+    shader.delete();
+    document.delete();
+    return texts;
+  };
+});

@@ -1,0 +1,126 @@
+"""Turns the figures of one run into the table of ratios. Usage: report.py FOLDER MATERIALS"""
+
+import json
+import os
+import platform
+import statistics
+import sys
+from pathlib import Path
+
+SIZES = [10, 100, 1000, 10000, 100000]
+STAGES = ["read", "load", "resolve", "write", "free"]
+NATIVE_MICROSECONDS = 37  # the lower end of what MaterialX's native generator takes for a node
+NATIVE_LOAD_MILLISECONDS = 31
+
+
+def read_medians(file):
+    """From a benchmark's name to its medians."""
+    rows = {}
+    for row in json.loads(file.read_text())["benchmarks"]:
+        if row.get("aggregate_name") == "median":
+            rows[row["run_name"].split("/iterations")[0]] = row
+    return rows
+
+
+def table(head, rows):
+    lines = ["| " + " | ".join(head) + " |", "|" + "---|" * len(head)]
+    lines += ["| " + " | ".join(row) + " |" for row in rows]
+    return "\n".join(lines)
+
+
+def ratio(value, bar=None, at_most=True):
+    if bar is None:
+        return f"{value:.2f}"
+    return f"{value:.3g}" + (" (reached)" if (value <= bar) == at_most else " (not reached)")
+
+
+def main(folder, materials):
+    rows = read_medians(folder / "mox.json")
+    beside = read_medians(folder / "beside.json")
+    road = lambda shape, size: rows[f"road/{shape}/{size}"]
+    plain = {size: rows[f"plain/CoreMaths/{size}"] for size in (1000, 100000)}
+    floor = {size: row["create"] + row["free"] for size, row in plain.items()}
+
+    print("# Results of a run\n")
+    print(f"Written by `bench/run` on {os.cpu_count()} processors ({platform.machine()}), "
+          f"one-minute load {os.getloadavg()[0]:.1f} at the end. Every figure is a ratio of medians "
+          "of this run; the times are processor time of one thread unless it says otherwise.\n")
+
+    print("## Bars\n")
+    bars = []
+    for size in (1000, 100000):
+        bars.append([f"whole road / plain baseline, chain of {size:,}", "at most 1.25",
+                     ratio(road("chain", size)["road"] / floor[size], 1.25)])
+    bars.append([f"{NATIVE_MICROSECONDS} µs (MaterialX native, another machine) / whole road, chain of 1,000",
+                 "at least 4", ratio(NATIVE_MICROSECONDS * 1e-6 / road("chain", 1000)["road"], 4, False)])
+    loaded = rows["plug-in/load"]
+    bars.append([f"plug-in load / {NATIVE_LOAD_MILLISECONDS} ms", "at most 0.01",
+                 ratio(loaded["real_time"] * 1e-9 / (NATIVE_LOAD_MILLISECONDS * 1e-3), 0.01)])
+    for peer, file in (("MaterialX", "materialx.json"), ("Babylon.js", "babylon.json")):
+        for key, seconds in json.loads((folder / file).read_text())[peer].items():
+            shape, size = key.split("/")
+            if isinstance(seconds, str):
+                bars.append([f"{peer} / whole road, {shape} of {size}", "at least 10", seconds])
+                continue
+            own = beside[f"road/{key}"]["real_time"] * 1e-3 / int(size)  # the wall's time, as theirs
+            bars.append([f"{peer} / whole road, {shape} of {size}, time of day",
+                         "at least 10" if size == "1000" else "",
+                         ratio(seconds / own, 10 if size == "1000" else None, False)])
+    for shape in ("chain", "tree", "layered"):
+        bars.append([f"node of 100,000 / node of 1,000, {shape}", "at most 1.25",
+                     ratio(road(shape, 100000)["road"] / road(shape, 1000)["road"], 1.25)])
+    edit = rows["edit/100000"]
+    bars.append(["resolving and checking after one changed value / the first time, chain of 100,000",
+                 "at most 0.001", ratio(edit["again"] / edit["first"], 0.001)])
+    batch = {1: [], 2: []}
+    for line in (folder / "batch.txt").read_text().splitlines():
+        workers, start, end = line.split()
+        batch[int(workers)].append(float(end) - float(start))
+    bars.append([f"`-j 1` / `-j 2`, {int(materials):,} materials, time of day", "at least 1.7",
+                 ratio(statistics.median(batch[1]) / statistics.median(batch[2]), 1.7, False)])
+    for line in (folder / "memory.txt").read_text().splitlines():
+        count, fields, peak = map(int, line.split())
+        bars.append([f"peak / fields of nodes, ports and edges, chain of {count:,} ({peak:,} / {fields:,} bytes)",
+                     "at most 1.5", ratio(peak / fields, 1.5)])
+    print(table(["ratio", "bar", "this run"], bars))
+
+    print("\n## Size\n\nTime for each node against that of the same shape at 1,000 nodes. `values` is a "
+          "chain in which every node has a value, and so a function, of its own; a wide fan stops at "
+          "10,000.\n")
+    print(table(["shape"] + [f"{size:,}" for size in SIZES],
+                [[shape] + [ratio(road(shape, size)["road"] / road(shape, 1000)["road"])
+                            if f"road/{shape}/{size}" in rows else "" for size in SIZES]
+                 for shape in ("chain", "values", "tree", "fan", "layered")]))
+
+    print("\n## Stages\n\nEach stage of a chain against the plain baseline of the nearest size: a plain "
+          "struct with the same properties is created and freed. `read` is the document, `load` makes "
+          "nodes and edges, `write` is every node's shader, the final pass and both programs.\n")
+    near = lambda size: floor[1000 if size <= 10000 else 100000]
+    print(table(["nodes"] + STAGES + ["road"],
+                [[f"{size:,}"] + [ratio(road("chain", size)[stage] / near(size))
+                                  for stage in STAGES + ["road"]] for size in SIZES]))
+
+    print("\n## Nodes\n\nCreating and freeing a node of each type, 1,000 at a time, against the plain "
+          "maths node.\n")
+    print(table(["type", "create", "free"],
+                [[name.split("/")[1], ratio(row["create"] / plain[1000]["create"]),
+                  ratio(row["free"] / plain[1000]["free"])]
+                 for name, row in rows.items() if name.startswith("node/") and name.endswith("/1000")]))
+    copy = rows["copy bytes/4096"]["cpu_time"]
+    print(f"\nA bag's `CopyFrom` takes {rows['bag/CopyFrom']['cpu_time'] / copy:.1f} times as long as "
+          f"allocating and copying 4 KiB, and creating and freeing the plain node "
+          f"{floor[1000] * 1e9 / copy:.0f} times.")
+
+    print("\n## What the peers leave out\n\n"
+          "All run warm, in one process, with documents of the same number of maths nodes in turn "
+          "multiplying and adding, as text in memory; ours comes from a file. MaterialX "
+          "(`@needle-tools/materialx`, the official generator as WebAssembly) has no stages to divide "
+          "a graph between and leaves constants as uniforms; its standard libraries are loaded "
+          "beforehand. Babylon.js (`@babylonjs/core`, engine without a screen) resolves types while "
+          "its graph is built, knows no file with lines, and takes one more block for each "
+          "unconnected input, which is not counted. Neither checks a document against a schema, nor "
+          "maps lines of the text back to nodes. We leave out lights and the tone mapping that they "
+          "write around a material.")
+
+
+main(Path(sys.argv[1]), sys.argv[2])

@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# Hosts and plug-ins that know the installed package only, each built by either compiler, work with
+# each other and with the library of this build. Usage: border_test.sh BUILD-FOLDER
+set -euo pipefail
+build=$1
+source=$(cd "$(dirname "$0")/../.." && pwd)
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+cmake --install "$build" --prefix "$work/installed" >/dev/null
+
+build_apart() { # compiler, source folder
+    local name
+    name=$work/$(basename "$2")-$1
+    cmake -G Ninja -S "$2" -B "$name" -DCMAKE_CXX_COMPILER="$1" -DCMAKE_BUILD_TYPE=Release \
+        -DCMAKE_CXX_FLAGS="-Wall -Wextra -Werror" -DCMAKE_PREFIX_PATH="$work/installed" >"$work/log" &&
+        cmake --build "$name" >>"$work/log" || {
+        cat "$work/log"
+        exit 1
+    }
+}
+
+# A copy, so that nothing of the source tree can help.
+cp -r "$source/examples/plugin" "$source/tests/border" "$work"
+compilers=(g++ clang++)
+for compiler in "${compilers[@]}"; do
+    build_apart "$compiler" "$work/plugin"
+    build_apart "$compiler" "$work/border"
+done
+for host in "${compilers[@]}"; do
+    for plugin in "${compilers[@]}"; do
+        "$work/border-$host/host" "$work/plugin-$plugin/checker.so" || {
+            echo "a host by $host with a plug-in by $plugin"
+            exit 1
+        }
+    done
+done
+"$source/tests/plugin/exports_test.sh" "$work/plugin-g++/checker.so"
+"$source/tests/plugin/exports_test.sh" "$work/plugin-clang++/checker.so"
+
+# The same plug-in once more, without CMake.
+export PKG_CONFIG_PATH=$work/installed/lib/pkgconfig
+read -ra flags < <(pkg-config --cflags --libs mox)
+g++ -std=c++20 -fPIC -shared -fvisibility=hidden -o "$work/checker.so" "$work"/plugin/*.cpp \
+    -Wl,--version-script="$(pkg-config --variable=pluginmap mox)" "${flags[@]}"
+LD_LIBRARY_PATH=$work/installed/lib "$work/border-g++/host" "$work/checker.so"
+
+# Where a plug-in is installed beside the others, the program finds it by itself.
+cmake --install "$work/plugin-clang++" --prefix "$work/installed" >/dev/null
+"$work/installed/bin/mox" catalogue >"$work/catalogue"
+grep -q '^Checker ' "$work/catalogue"

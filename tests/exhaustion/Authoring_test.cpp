@@ -1,0 +1,136 @@
+#include "mox/Text.h"
+#include "mox/authoring/GuiNode.h"
+#include "tests/exhaustion/EveryAllocation.h"
+#include "tests/support/Failure.h"
+#include "tests/support/TestNode.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <functional>
+
+using namespace Mox::Materials;
+
+namespace {
+
+const std::string longText(100, 'x'); ///< too long for a string's own buffer
+
+using PropertyHandle = boost::shared_ptr<GuiProperty>;
+
+std::string Describe(const PropertyHandle& property)
+{
+    std::string text = Compose(static_cast<int>(property->Kind), " ", property->Text, " ",
+                               property->Integer, " ", property->Floats[0]);
+    for (const std::string& choice : property->Choices)
+        text += " " + choice;
+    return text;
+}
+
+PropertyHandle MakeEnum()
+{
+    auto property = GuiProperty::Create("choice");
+    property->AddEnum("short");
+    property->AddEnum(longText);
+    property->Integer = 7;
+    return property;
+}
+
+TEST(AuthoringExhaustion, PropertiesKeepTheirValue)
+{
+    const auto plain = [] { return GuiProperty::Create(longText); };
+    const auto expect = [](auto make, const std::function<void(GuiProperty&)>& call) {
+        ExpectSurvival(
+            make, [&](const PropertyHandle& property) { call(*property); }, Describe,
+            ExpectUnchanged);
+    };
+    expect(plain, [](GuiProperty& property) { property.SetString(longText); });
+    expect(plain, [](GuiProperty& property) { property.AddNodeTypename(longText); });
+    expect(plain, [](GuiProperty& property) { property.AddEnum(longText); });
+    expect(MakeEnum, [](GuiProperty& property) { property.AddEnum(longText + "3"); });
+    expect(MakeEnum, [](GuiProperty& property) {
+        EXPECT_NE(FailureOf([&] { property.AddEnum(longText); }), "no failure");
+    });
+    expect(MakeEnum, [](GuiProperty& property) { property.SetEnum(longText); });
+    expect(MakeEnum, [](GuiProperty& property) {
+        EXPECT_NE(FailureOf([&] { property.SetEnum(longText + "3"); }), "no failure");
+    });
+    const PropertyHandle source = MakeEnum();
+    source->SetEnum(longText);
+    source->Integer = 8;
+    expect(MakeEnum, [&](GuiProperty& property) { property.CopyFrom(source); });
+}
+
+TEST(AuthoringExhaustion, ListAndIndexOfABagAgree)
+{
+    const auto make = [] {
+        auto bag = boost::make_shared<GuiPropertyBag>();
+        bag->Add(GuiProperty::Create(longText));
+        return bag;
+    };
+    const auto describe = [](const boost::shared_ptr<GuiPropertyBag>& bag) {
+        std::string text;
+        for (const auto& property : bag->Properties)
+            text += property->Name + " ";
+        for (const auto& [name, property] : bag->Index)
+            text += "; " + name + " " + property->Name;
+        return text;
+    };
+    const PropertyHandle added = GuiProperty::Create(longText + "2");
+    ExpectSurvival(
+        make, [&](const auto& bag) { bag->Add(added); }, describe, ExpectUnchanged);
+    ExpectSurvival(
+        make,
+        [](const auto& bag) {
+            const PropertyHandle doubled = bag->Properties.front();
+            EXPECT_NE(FailureOf([&] { bag->Add(doubled); }), "no failure");
+        },
+        describe, ExpectUnchanged);
+}
+
+TEST(AuthoringExhaustion, EdgeLists)
+{
+    const auto edge = boost::make_shared<GuiEdge>();
+    const auto make = [] { return boost::make_shared<TestNode>("test"); };
+    const auto describe = [](const auto& node) {
+        return Compose(node->InEdges.size(), " ", node->OutEdges.size());
+    };
+    ExpectSurvival(
+        make, [&](const auto& node) { node->AddInEdge(edge); }, describe, ExpectUnchanged);
+    ExpectSurvival(
+        make, [&](const auto& node) { node->AddOutEdge(edge); }, describe, ExpectUnchanged);
+}
+
+/// Nodes that refer to each other in a chain, so many that their release must not recurse.
+TEST(AuthoringExhaustion, AChainIsReleasedWithoutMemory)
+{
+    const std::size_t live = Allocations::LiveCount(Allocations::Owner::All);
+    boost::shared_ptr<GuiNode> first;
+    for (int i = 0; i < 50000; ++i) {
+        const auto node = boost::make_shared<TestNode>("test");
+        node->Name->Node = first;
+        first = node;
+    }
+    Allocations::FailAt(1, Allocations::Shortage::Lasting);
+    first.reset();
+    EXPECT_FALSE(Allocations::EndFailing());
+    EXPECT_EQ(Allocations::LiveCount(Allocations::Owner::All), live);
+}
+
+/// Several references of one node need a list; without memory for it they are released at once.
+TEST(AuthoringExhaustion, ATreeIsReleasedWithoutMemory)
+{
+    const std::size_t live = Allocations::LiveCount(Allocations::Owner::All);
+    boost::shared_ptr<GuiNode> root;
+    for (int i = 0; i < 100; ++i) {
+        const auto node = boost::make_shared<TestNode>("test");
+        for (const auto& property : {node->Name, node->Type, node->PositionX})
+            property->Node = boost::make_shared<TestNode>("leaf");
+        node->PositionY->Node = root;
+        root = node;
+    }
+    Allocations::FailAt(1, Allocations::Shortage::Lasting);
+    root.reset();
+    EXPECT_TRUE(Allocations::EndFailing());
+    EXPECT_EQ(Allocations::LiveCount(Allocations::Owner::All), live);
+}
+
+} // namespace

@@ -1,0 +1,134 @@
+#include "mox/Text.h"
+#include "mox/bindings/FloatBinding.h"
+#include "mox/bindings/TextureBinding.h"
+#include "mox/bindings/XmlAttributes.h"
+#include "tests/exhaustion/EveryAllocation.h"
+#include "tests/support/Failure.h"
+#include "tests/support/XmlElement.h"
+
+#include <memory>
+#include <set>
+#include <sstream>
+
+using namespace Mox::Materials;
+
+namespace {
+
+const std::string longText(50, 't'); ///< too long for a string's own buffer
+
+/// A binding in which every field differs from its default.
+boost::shared_ptr<Binding> MakeFull(StreamType type)
+{
+    auto binding = CreateBinding(type, longText, 3);
+    for (std::string* field :
+         {&binding->desc, &binding->helpUrl, &binding->uiLabel, &binding->uv, &binding->cgName,
+          &binding->streamFormat, &binding->datasetModifiers})
+        *field = longText;
+    binding->uiType = UiType::Position;
+    binding->uiUnitType = UiUnitType::Angular;
+    binding->basicColour = true;
+    binding->SetMinText("1.25, 2.5, 3.75");
+    binding->SetMaxText("4, 5, 6");
+    binding->SetDefaultText("1234.5, 1234.5, 1234.5");
+    if (type == StreamType::Texture) {
+        const auto texture = AsTextureBinding(binding);
+        texture->srgb = true;
+        texture->signedExpanded = true;
+        texture->normalised = false;
+        texture->usageHint = longText;
+        texture->usingAlpha = true;
+    }
+    return binding;
+}
+
+std::string Describe(const boost::shared_ptr<Binding>& binding)
+{
+    const XmlElement element;
+    binding->WriteXml(element.Get());
+    return element.Attributes();
+}
+
+/// Attributes one in a line; one that was lost on the way and written again stands last.
+std::string Sorted(const std::string& attributes)
+{
+    std::set<std::string> parts;
+    const std::string end = "\" ";
+    const std::string text = attributes + " ";
+    for (std::size_t begin = 0; begin + 1 < text.size();) {
+        const std::size_t next = text.find(end, begin) + end.size();
+        parts.insert(text.substr(begin, next - begin));
+        begin = next;
+    }
+    std::string lines;
+    for (const std::string& part : parts)
+        lines += part + "\n";
+    return lines;
+}
+
+TEST(BindingExhaustion, AttributesAreWrittenWhole)
+{
+    for (const auto type : {StreamType::Float, StreamType::Texture, StreamType::Uv}) {
+        const auto binding = MakeFull(type);
+        const std::string whole = Describe(binding) + " ";
+        for (const char* present : {"", "tag='old' cgname='old'"}) {
+            ExpectSurvival([&] { return std::make_unique<XmlElement>(present); },
+                           [&](const auto& element) { binding->WriteXml(element->Get()); },
+                           [](const auto& element) { return Sorted(element->Attributes()); },
+                           [&](const std::string&, const std::string& after) {
+                               std::istringstream attributes(after);
+                               for (std::string attribute; std::getline(attributes, attribute);) {
+                                   EXPECT_TRUE(whole.find(attribute) != std::string::npos ||
+                                               attribute.find("=\"old\" ") != std::string::npos)
+                                       << attribute;
+                               }
+                           });
+        }
+    }
+}
+
+TEST(BindingExhaustion, AttributesAreReadOrReported)
+{
+    for (const auto type : {StreamType::Float, StreamType::Texture, StreamType::Uv}) {
+        const XmlElement element;
+        MakeFull(type)->WriteXml(element.Get());
+        ExpectSurvival([&] { return CreateBinding(type, longText + "2", 3); },
+                       [&](const auto& binding) { binding->ReadXml(element.Get()); }, Describe,
+                       ExpectUsable);
+    }
+}
+
+TEST(BindingExhaustion, AttributeCalls)
+{
+    const XmlElement element("present='" + longText + "' wrong='" + longText + "'");
+    const auto make = [] { return std::string(); };
+    const auto describe = [](const std::string& text) { return text; };
+    ExpectSurvival(
+        make, [&](auto& text) { text = GetXmlAttribute(element.Get(), "present"); }, describe,
+        ExpectUnchanged);
+    ExpectSurvival(
+        make,
+        [&](auto& text) {
+            text = FailureOf([&] { GetXmlAttribute(element.Get(), "absent" + longText); });
+        },
+        describe, ExpectUnchanged);
+    ExpectSurvival(
+        make, [&](auto& text) { text = FailureOf([&] { GetXmlBool(element.Get(), "wrong"); }); },
+        describe, ExpectUnchanged);
+}
+
+TEST(BindingExhaustion, ValuesAreSetWhole)
+{
+    const auto expect = [](StreamType type, auto call) {
+        ExpectSurvival([=] { return CreateBinding(type, longText, 3); },
+                       [&](const auto& binding) { call(*binding); }, Describe, ExpectUnchanged);
+    };
+    const auto setTexts = [](Binding& binding) { binding.SetDefaultText("1.5, 2.5, 3.5, 4.5"); };
+    expect(StreamType::Float, setTexts);
+    expect(StreamType::Texture, setTexts);
+    expect(StreamType::Float, [](Binding& binding) { binding.SetCount(100); });
+    ExpectSurvival([] { return CreateBinding(StreamType::Position, longText, 1); },
+                   [](auto& binding) { binding = CreateBinding(StreamType::Float, "new", 4); },
+                   Describe, ExpectUnchanged);
+}
+
+} // namespace

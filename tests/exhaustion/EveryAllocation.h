@@ -1,0 +1,77 @@
+#pragma once
+
+#include "tests/exhaustion/Allocations.h"
+
+#include <gtest/gtest.h>
+#include <libxml/xmlerror.h>
+
+#include <new>
+#include <string>
+
+/// Lets the first allocation of an operation fail, then the second and so on, until the operation
+/// succeeds; each time on a new subject, and both with one failure and with all from there on.
+///
+/// Expected of every failure: std::bad_alloc arrives, or the operation could do without the memory
+/// and has its whole result all the same; nothing leaks; the subject reads as it must, and the same
+/// call succeeds on it once there is memory, with the very result that it has where nothing failed.
+///
+/// @param owner whose allocations fail
+/// @param make gives a new subject
+/// @param call the operation on the subject
+/// @param describe the subject as text
+/// @param check (before, after): expects what the operation promises of a failure, from the texts
+template <class Make, class Call, class Describe, class Check>
+void ExpectSurvival(Allocations::Owner owner, Make make, Call call, Describe describe, Check check)
+{
+    const std::string expected = [&] {
+        auto subject = make();
+        call(subject);
+        return describe(subject);
+    }();
+    for (const auto shortage : {Allocations::Shortage::Once, Allocations::Shortage::Lasting}) {
+        std::size_t number = 0;
+        for (bool hasFailed = true; hasFailed && !::testing::Test::HasFailure();) {
+            ++number;
+            SCOPED_TRACE("allocation " + std::to_string(number) +
+                         (shortage == Allocations::Shortage::Once ? "" : " and all behind it"));
+            xmlResetLastError();
+            const std::size_t live = Allocations::LiveCount(owner);
+            {
+                auto subject = make();
+                std::string before = describe(subject);
+                bool isReported = false;
+                Allocations::FailAt(number, shortage, owner);
+                try {
+                    call(subject);
+                } catch (const std::bad_alloc&) {
+                    isReported = true;
+                }
+                hasFailed = Allocations::EndFailing();
+                xmlResetLastError();
+                if (isReported) {
+                    check(before, describe(subject));
+                    call(subject);
+                }
+                EXPECT_EQ(describe(subject), expected);
+            }
+            EXPECT_EQ(Allocations::LiveCount(owner), live) << "blocks leak";
+        }
+        EXPECT_GT(number, 1u) << "the operation does not allocate";
+    }
+}
+
+template <class Make, class Call, class Describe, class Check>
+void ExpectSurvival(Make make, Call call, Describe describe, Check check)
+{
+    ExpectSurvival(Allocations::Owner::All, make, call, describe, check);
+}
+
+/// A failure changes nothing.
+inline void ExpectUnchanged(const std::string& before, const std::string& after)
+{
+    EXPECT_EQ(after, before);
+}
+
+/// A failure may leave the subject half done; it is only to be destroyed or to be tried again.
+inline void ExpectUsable(const std::string&, const std::string&)
+{}

@@ -1,0 +1,188 @@
+#include "mox/Text.h"
+#include "mox/host/BindingsDocument.h"
+#include "mox/host/GraphResolver.h"
+#include "mox/host/HostError.h"
+#include "mox/host/MaterialDocument.h"
+#include "mox/host/MaterialLoader.h"
+#include "mox/host/MaterialSaver.h"
+#include "mox/host/PluginSet.h"
+#include "mox/host/XmlParser.h"
+#include "mox/program/CgFormat.h"
+#include "mox/program/Environment.h"
+#include "mox/program/ProgramExporter.h"
+#include "tests/exhaustion/EveryAllocation.h"
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <utility>
+
+using namespace Mox;
+using Materials::Compose;
+
+namespace {
+
+const std::filesystem::path example = std::filesystem::path(MOX_EXAMPLES) / "rim_light.xml";
+
+const Host::PluginSet& Plugins()
+{
+    static const Host::PluginSet plugins = [] {
+        Host::PluginSet set;
+        set.LoadFolder(MOX_PLUGIN_FOLDER);
+        return set;
+    }();
+    return plugins;
+}
+
+std::string Describe(const Host::MaterialDocument& document)
+{
+    std::string text = document.File;
+    for (const auto& node : document.Nodes) {
+        text += Compose("\n", node.Id, " ", node.Type, " ", node.Version, " ", node.Line);
+        for (const auto& property : node.Properties)
+            text += Compose("; ", property.Name, "=", property.Value);
+    }
+    for (const auto& edge : document.Edges)
+        text += Compose("\n", edge.Tail, ".", edge.TailPort, " ", edge.Head, ".", edge.HeadPort);
+    return text;
+}
+
+/// For operations that make something from nothing, while operator new fails; call gives the result
+/// as text.
+template <class Call>
+void ExpectResult(Call call)
+{
+    ExpectSurvival(
+        Allocations::Owner::New, [] { return std::string(); },
+        [&](std::string& text) { text = call(); }, [](const std::string& text) { return text; },
+        ExpectUnchanged);
+}
+
+/// The same while libxml2's allocations fail. It loses blocks then, and takes what it has lost for
+/// a fault of the document, so no more is expected than that no wrong result comes of it, and that
+/// nothing else leaks.
+template <class Call>
+void ExpectNoFalseResult(Call call)
+{
+    const std::string expected = call();
+    for (const auto shortage : {Allocations::Shortage::Once, Allocations::Shortage::Lasting}) {
+        bool hasFailed = true;
+        for (std::size_t number = 1; hasFailed && !::testing::Test::HasFailure(); ++number) {
+            SCOPED_TRACE(Compose("allocation ", number, " of libxml2"));
+            const std::size_t live = Allocations::LiveCount(Allocations::Owner::New);
+            {
+                std::string result = expected;
+                Allocations::FailAt(number, shortage, Allocations::Owner::Xml);
+                try {
+                    result = call();
+                } catch (const std::bad_alloc&) {
+                } catch (const Host::HostError&) {
+                }
+                hasFailed = Allocations::EndFailing();
+                EXPECT_EQ(result, expected);
+            }
+            EXPECT_EQ(Allocations::LiveCount(Allocations::Owner::New), live) << "blocks leak";
+        }
+    }
+}
+
+/// Keeps what a parser says.
+class Events : public Host::XmlHandler
+{
+public:
+    void StartElement(const Host::XmlElement& element) override
+    {
+        Said += element.Name;
+        for (const auto& attribute : element.Attributes)
+            Said += Compose(" ", attribute.Name, "=", attribute.Value);
+    }
+    void EndElement(xmlNodePtr) override { Said += ";"; }
+    void Text(int line) override { Said += Compose(" text in ", line); }
+    void Comment(const std::string& text) override { Said += text; }
+
+    std::string Said;
+};
+
+/// libxml2's schema engine, through which documents go too, crashes when its allocations fail; so
+/// of the reading of documents the parser alone is put to that test.
+TEST(MaterialExhaustion, ParserLosesNothing)
+{
+    const std::string text = "<a one='1' empty='' long='" + std::string(100, 'x') +
+                             "' escaped='&lt;&#65;'><!-- words --><b/><c x='" +
+                             std::string(3000, 'y') + "'/></a>";
+    const auto read = [&] {
+        Events events;
+        Host::ProblemList problems;
+        Host::XmlParser("test.xml", events, problems).Parse(text);
+        problems.ThrowFirstError();
+        return events.Said;
+    };
+    ExpectResult(read);
+    ExpectNoFalseResult(read);
+}
+
+TEST(MaterialExhaustion, DocumentsAreReadWholeOrNotAtAll)
+{
+    ExpectResult([] { return Describe(Host::ReadMaterialDocument(example)); });
+}
+
+TEST(MaterialExhaustion, EnvironmentIsReadWholeOrNotAtAll)
+{
+    const auto read = [] {
+        const Host::Environment environment = Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER);
+        std::string text;
+        for (const auto& code : environment.Code)
+            text += code.Text + Compose(code.Provides.size(), "\n");
+        for (const auto* entries : {&environment.Values, &environment.Outputs}) {
+            for (const auto& entry : *entries)
+                text += Compose(entry.Name, " ", entry.Inputs.size(), entry.Body, "\n");
+        }
+        return text;
+    };
+    ExpectResult(read);
+    ExpectNoFalseResult(read);
+}
+
+TEST(MaterialExhaustion, BindingsAreWrittenAndReadWholeOrNotAtAll)
+{
+    const auto graph = Host::LoadMaterial(Host::ReadMaterialDocument(example), Plugins());
+    const auto bindings = Host::CreateBindings(graph);
+    ExpectResult([&] { return Host::FormatBindings(*Host::CreateBindings(graph)); });
+    ExpectNoFalseResult([&] { return Host::FormatBindings(*bindings); });
+    const auto file = std::filesystem::temp_directory_path() / "mox_exhausted_bindings.xml";
+    std::ofstream(file) << Host::FormatBindings(*bindings);
+    const auto read = [&] { return Host::FormatBindings(*Host::ReadBindings(file)); };
+    ExpectResult(read);
+    ExpectNoFalseResult(read);
+    std::filesystem::remove(file);
+}
+
+TEST(MaterialExhaustion, MaterialsAreLoadedAndSaved)
+{
+    const Host::MaterialDocument document = Host::ReadMaterialDocument(example);
+    ExpectResult([&] {
+        Host::ProblemList problems;
+        const auto graph = Host::LoadMaterial(document, Plugins(), problems);
+        return Describe(Host::SaveMaterial(graph)) + Compose(problems.Problems().size());
+    });
+}
+
+TEST(MaterialExhaustion, MaterialsAreExported)
+{
+    std::vector<std::unique_ptr<Host::ProgramFormat>> formats;
+    formats.push_back(std::make_unique<Host::CgFormat>());
+    const Host::ProgramExporter exporter(Plugins(), Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER),
+                                         {true}, std::move(formats));
+    ExpectResult([&] {
+        const Host::ExportedMaterial exported = exporter.Export(example);
+        exported.Problems.ThrowFirstError();
+        std::string text;
+        for (const auto& problem : exported.Problems.Problems())
+            text += problem.Format() + "\n";
+        for (const auto& program : exported.Texts)
+            text += program;
+        return text;
+    });
+}
+
+} // namespace

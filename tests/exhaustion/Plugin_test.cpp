@@ -1,0 +1,292 @@
+#include "mox/Text.h"
+#include "mox/bindings/Material.h"
+#include "mox/host/BindingsDocument.h"
+#include "mox/host/HostError.h"
+#include "mox/host/Plugin.h"
+#include "mox/host/PropertyText.h"
+#include "mox/host/ShaderGraphText.h"
+#include "mox/shader/ShaderGraphGenerator.h"
+#include "tests/exhaustion/EveryAllocation.h"
+#include "tests/support/NodeText.h"
+
+#include <boost/dll/shared_library.hpp>
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <memory>
+#include <optional>
+
+using namespace Mox;
+using namespace Mox::Materials;
+
+namespace {
+
+constexpr std::size_t standardProperties = 8;
+const std::string longText(50, 't'); ///< too long for a string's own buffer
+
+using NodeHandle = boost::shared_ptr<GuiNode>;
+using Factory = std::unique_ptr<GuiNodeFactory>;
+
+const boost::dll::shared_library& Library(const char* file)
+{
+    static const boost::dll::shared_library core(MOX_CORE_PLUGIN);
+    static const boost::dll::shared_library surface(MOX_SURFACE_PLUGIN);
+    return std::string_view(file) == MOX_CORE_PLUGIN ? core : surface;
+}
+
+Factory CreateFactory(const char* file)
+{
+    return Factory(Library(file).get<GuiNodeFactory*()>("CreateNodeFactory")());
+}
+
+constexpr const char* pluginFiles[] = {MOX_CORE_PLUGIN, MOX_SURFACE_PLUGIN};
+
+/// Calls for a factory and each of its types.
+template <class Call>
+void ForEachType(Call call)
+{
+    for (const char* file : pluginFiles) {
+        const Factory factory = CreateFactory(file);
+        for (const auto& row : factory->Descriptions) {
+            SCOPED_TRACE(row.TypeName);
+            call(*factory, row.TypeName);
+        }
+    }
+}
+
+/// Settings for every combination of the words and switches of a node.
+std::vector<std::string> ModesOf(const GuiNode& node)
+{
+    std::vector<std::string> modes = {""};
+    const auto& properties = node.Properties->Properties;
+    for (std::size_t i = standardProperties; i < properties.size(); ++i) {
+        std::vector<std::string> values = properties[i]->Choices;
+        if (properties[i]->Kind == GuiPropertyKind::Bool)
+            values = {"false", "true"};
+        else if (properties[i]->Kind != GuiPropertyKind::Enum)
+            continue;
+        std::vector<std::string> longer;
+        for (const std::string& mode : modes) {
+            for (const std::string& value : values)
+                longer.push_back(Compose(mode, properties[i]->Name, "=", value, "; "));
+        }
+        modes = longer;
+    }
+    return modes;
+}
+
+/// Calls for a factory, each of its types and each mode of the type.
+template <class Call>
+void ForEachMode(Call call)
+{
+    ForEachType([&](GuiNodeFactory& factory, const std::string& type) {
+        for (const std::string& mode : ModesOf(*factory.Create(type))) {
+            SCOPED_TRACE(mode);
+            call([&, mode] {
+                NodeHandle node = factory.Create(type);
+                ApplySettings(*node, mode);
+                return node;
+            });
+        }
+    });
+}
+
+std::string DescribeNode(const NodeHandle& node)
+{
+    if (!node)
+        return "none";
+    std::string text = Compose(node->Describe(), "\n", DescribeState(*node));
+    for (const auto& property : node->Properties->Properties)
+        text += Compose(property->Name, "=", Host::FormatValue(*property), "\n");
+    return text;
+}
+
+TEST(PluginExhaustion, FactoryWithoutMemoryIsNull)
+{
+    for (const char* file : pluginFiles) {
+        const boost::dll::shared_library& library = Library(file);
+        auto& create = library.get<GuiNodeFactory*()>("CreateNodeFactory");
+        Allocations::FailAt(1, Allocations::Shortage::Lasting);
+        const GuiNodeFactory* factory = create();
+        EXPECT_TRUE(Allocations::EndFailing()) << "the plug-in has another operator new";
+        EXPECT_EQ(factory, nullptr);
+    }
+}
+
+TEST(PluginExhaustion, Factory)
+{
+    for (const char* file : pluginFiles) {
+        ExpectSurvival([] { return Factory(); },
+                       [&](Factory& factory) {
+                           factory = CreateFactory(file);
+                           if (!factory)
+                               throw std::bad_alloc();
+                       },
+                       [](const Factory& factory) {
+                           std::string text;
+                           for (std::size_t i = 0; factory && i < factory->Descriptions.size(); ++i)
+                               text += factory->Descriptions[i].Label + "\n";
+                           return text;
+                       },
+                       ExpectUnchanged);
+    }
+}
+
+TEST(PluginExhaustion, Create)
+{
+    ForEachType([](GuiNodeFactory& factory, const std::string& type) {
+        ExpectSurvival([] { return NodeHandle(); },
+                       [&](NodeHandle& node) { node = factory.Create(type); }, DescribeNode,
+                       ExpectUnchanged);
+    });
+}
+
+TEST(PluginExhaustion, CreateThroughTheHost)
+{
+    const Host::Plugin plugin(MOX_CORE_PLUGIN);
+    ExpectSurvival([] { return NodeHandle(); },
+                   [&](NodeHandle& node) { node = plugin.CreateNode("CoreMaths"); }, DescribeNode,
+                   ExpectUnchanged);
+    ExpectSurvival(
+        [] { return std::optional<Host::Plugin>(); },
+        [](auto& loaded) {
+            try {
+                loaded.emplace(MOX_CORE_PLUGIN);
+            } catch (const Host::HostError& error) {
+                // The plug-in's way to say that it has no memory for a factory.
+                EXPECT_EQ(error.Message, "gave no factory");
+                throw std::bad_alloc();
+            }
+        },
+        [](const auto& loaded) { return loaded ? loaded->File().string() : std::string("none"); },
+        ExpectUnchanged);
+}
+
+TEST(PluginExhaustion, UpdatePorts)
+{
+    ForEachMode([](auto make) {
+        if (make()->InputPorts.empty() && make()->OutputPorts.empty())
+            return;
+        ExpectSurvival(
+            [&] {
+                auto node = make();
+                for (auto* ports : {&node->InputPorts, &node->OutputPorts})
+                    std::vector<GuiPort>().swap(*ports);
+                return node;
+            },
+            [](const NodeHandle& node) {
+                node->UpdatePorts({});
+                // A type whose ports never change does nothing.
+                const GuiPort atLeastOne(longText, "");
+            },
+            DescribeNode, ExpectUsable);
+    });
+}
+
+TEST(PluginExhaustion, LoadProperties)
+{
+    ForEachType([](GuiNodeFactory& factory, const std::string& type) {
+        const NodeHandle stored = factory.Create(type);
+        for (const auto& property : stored->Properties->Properties) {
+            if (property->Kind == GuiPropertyKind::String)
+                property->Text = longText;
+            property->Floats[0] = 0.5f;
+        }
+        ExpectSurvival([&] { return factory.Create(type); },
+                       [&](const NodeHandle& node) { node->LoadProperties(stored->Properties); },
+                       DescribeNode, ExpectUsable);
+    });
+}
+
+/// A node with an edge at every port, and what it writes.
+struct Generation
+{
+    explicit Generation(const NodeHandle& node) : Node(node)
+    {
+        Node->UpdatePorts({});
+        ResolveAlone(*Node, "*", 3, ComponentType::Float);
+        for (const GuiPort& port : Node->InputPorts) {
+            Edges.push_back(boost::make_shared<GuiEdge>());
+            Edges.back()->HeadPort = port.Name;
+            Node->AddInEdge(Edges.back());
+        }
+        for (const GuiPort& port : Node->OutputPorts) {
+            Edges.push_back(boost::make_shared<GuiEdge>());
+            Edges.back()->TailPort = port.Name;
+            Node->AddOutEdge(Edges.back());
+        }
+    }
+
+    /// Begins anew, as a host does after a failure.
+    void Run()
+    {
+        Generator.reset();
+        Graph.emplace();
+        Generator.emplace(*Graph);
+        for (const char* name : {"facingRatio", "time", "frame"})
+            Graph->InsertNode(ShaderNode::CreateInterfaceParameter(
+                name, 0, ShaderType(ComponentType::Float, 1, 1, 1)));
+        for (const char* name : {"worldPosition", "worldNormal", "viewDirection"})
+            Graph->InsertNode(ShaderNode::CreateInterfaceParameter(
+                name, 0, ShaderType(ComponentType::Float, 3, 1, 1)));
+        Node->GenerateShader(*Generator);
+    }
+
+    NodeHandle Node;
+    std::vector<boost::shared_ptr<GuiEdge>> Edges;
+    std::optional<ShaderGraph> Graph;
+    std::optional<ShaderGraphGenerator> Generator;
+};
+
+TEST(PluginExhaustion, GenerateShader)
+{
+    ForEachMode([](auto make) {
+        if (make()->GetType() == "CoreDefault")
+            return;
+        ExpectSurvival([&] { return std::make_unique<Generation>(make()); },
+                       [](const auto& generation) { generation->Run(); },
+                       [](const auto& generation) {
+                           if (!generation->Graph)
+                               return std::string("nothing");
+                           return Compose(Host::FormatShaderGraph(*generation->Graph),
+                                          generation->Generator->EdgeMap.size());
+                       },
+                       ExpectUsable);
+    });
+}
+
+TEST(PluginExhaustion, CreateBindings)
+{
+    ForEachMode([](auto make) {
+        const NodeHandle node = make();
+        node->UpdatePorts({});
+        if (!node->HasBinding())
+            return;
+        node->Description->SetString(longText);
+        ExpectSurvival([] { return boost::make_shared<Material>(); },
+                       [&](const auto& material) { node->CreateBindings(material); },
+                       [](const auto& material) { return Host::FormatBindings(*material); },
+                       ExpectUnchanged);
+    });
+}
+
+/// An edge that has gone is reported as such, or there is no memory for it; nothing else.
+TEST(PluginExhaustion, EdgesThatHaveGone)
+{
+    const Factory factory = CreateFactory(MOX_CORE_PLUGIN);
+    ExpectSurvival(
+        [&] {
+            auto generation = std::make_unique<Generation>(factory->Create("CoreMaths"));
+            generation->Edges.pop_back();
+            return generation;
+        },
+        [](const auto& generation) {
+            try {
+                generation->Run();
+                ADD_FAILURE() << "the edge is not missed";
+            } catch (const boost::bad_weak_ptr&) {
+            }
+        },
+        [](const auto& generation) { return generation->Node->Describe(); }, ExpectUsable);
+}
+
+} // namespace

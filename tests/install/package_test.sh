@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# The Debian packages install on a bare machine, and what they bring works there: the program with
+# the first alone, and with the second a plug-in can be built. Needs root and the network.
+# Usage: package_test.sh BUILD-FOLDER SOURCE-FOLDER
+set -euo pipefail
+build=$1
+source=$2
+work=$(mktemp -d)
+trap 'rm -rf --one-file-system "$work"' EXIT
+
+[ "$(id -u)" -eq 0 ] || { echo "skipped: only root can set up a bare machine"; exit 77; }
+cpack --config "$build/CPackConfig.cmake" -B "$work/packages" >"$work/log" || { cat "$work/log"; exit 1; }
+
+machine=$work/machine
+mirror=$(sed -nE 's/^(URIs:|deb) *(\[.*\] *)?(https?:[^ ]+).*/\3/p' /etc/apt/sources.list \
+    /etc/apt/sources.list.d/* 2>/dev/null | sed -n 1p || true)
+debootstrap --variant=minbase bookworm "$machine" "${mirror:-http://deb.debian.org/debian}" \
+    >"$work/log" || { tail -20 "$work/log"; exit 1; }
+cp "$work"/packages/*.deb "$machine/root"
+cp -r "$source/examples" "$machine/root"
+
+inside() { chroot "$machine" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin DEBIAN_FRONTEND=noninteractive sh -euc "$1"; }
+install='apt-get install -y -qq --no-install-recommends'
+inside "$install /root/mox-materials_*.deb >/dev/null"
+inside 'mox catalogue | grep -q ^CoreMaths'
+inside 'mox export /root/examples/rim_light.xml' >"$work/export"
+"$build/bin/mox" export "$source/examples/rim_light.xml" | cmp - "$work/export"
+
+inside "$install /root/mox-materials-dev_*.deb g++ cmake make >/dev/null"
+inside 'cmake -S /root/examples/plugin -B /root/checker >/dev/null && cmake --build /root/checker >/dev/null'
+inside 'mox --plugins /root/checker catalogue | grep -q "^Checker "'
+inside 'apt-get purge -y -qq mox-materials mox-materials-dev >/dev/null; ! find /usr -name "*mox*" | grep .'
