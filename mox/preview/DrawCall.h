@@ -50,6 +50,7 @@ struct DrawState
     std::string DepthFunc = "lessOrEqual";
     bool WritesDepth = true;
     bool CullsBack = false;
+    bool WritesAlpha = false; ///< else pictures stay opaque
 };
 
 /// Triangles, and all that is needed to draw them. A stage without uniforms has no block.

@@ -119,7 +119,10 @@ void VulkanDevice::ChooseDevice()
     }
     if (bestRate == 0)
         throw HostError({}, noDevice);
-    _hasAnisotropy = _physical.getFeatures().samplerAnisotropy;
+    // Mesa's processor device (22.3) cannot compile an anisotropic read of a 1D texture, and gives
+    // wrong texels where a coordinate stands still.
+    _hasAnisotropy = _properties.deviceType != vk::PhysicalDeviceType::eCpu &&
+                     _physical.getFeatures().samplerAnisotropy;
 }
 
 void VulkanDevice::MakeDevice()

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "mox/preview/DrawCall.h"
+#include "mox/preview/VulkanDevice.h"
+
+#include <array>
+#include <vector>
+
+using Numbers = std::array<float, 4>;
+
+/// An image of four floats for each pixel, as programs put them out: no conversion, no blending.
+class FloatTarget
+{
+public:
+    /// @param device must outlive the object
+    FloatTarget(const Mox::Host::VulkanDevice& device, std::uint32_t width, std::uint32_t height);
+
+    std::uint32_t Width() const { return _width; }
+    std::uint32_t Height() const { return _height; }
+
+    /// Draws on zeros.
+    /// @returns the pixels, row by row from y = -1 of the clip space on
+    std::vector<Numbers> Draw(const Mox::Host::DrawCall& call) const;
+
+private:
+    void MakePass();
+
+    const Mox::Host::VulkanDevice& _device;
+    std::uint32_t _width;
+    std::uint32_t _height;
+    Mox::Host::GpuImage _image;
+    Mox::Host::GpuBuffer _readback;
+    vk::raii::RenderPass _pass = nullptr;
+    vk::raii::Framebuffer _framebuffer = nullptr;
+};

@@ -1,0 +1,209 @@
+#include "tests/numbers/ValueRunner.h"
+
+#include "mox/Text.h"
+#include "mox/host/GraphResolver.h"
+#include "mox/host/MaterialLoader.h"
+#include "mox/preview/DrawBuilder.h"
+#include "mox/program/MaterialProgram.h"
+#include "mox/program/ShaderTypeText.h"
+#include "tests/numbers/FeedNode.h"
+#include "tests/numbers/SinkNode.h"
+#include "tests/support/MaterialText.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <algorithm>
+#include <cstring>
+#include <numeric>
+
+using namespace Mox::Host;
+using Mox::Materials::Compose;
+using Mox::Materials::GuiNode;
+
+namespace {
+
+constexpr const char* positionStream = "clipPosition";
+constexpr std::uint32_t caseColumns = 64;
+
+/// A place without a transform, and the sink's numbers as they are.
+Environment MakeBareEnvironment()
+{
+    const ShaderType place(ComponentType::Float, 2, 1, 1);
+    const ShaderType four(ComponentType::Float, 4, 1, 1);
+    Environment environment = ReadEnvironment(MOX_ENVIRONMENT_FOLDER);
+    environment.Values.clear();
+    environment.Outputs.clear();
+    EnvironmentEntry position;
+    position.Name = "position";
+    position.Type = four;
+    position.Inputs = {{"in_place", place, EnvironmentSource::Stream, positionStream, {}}};
+    position.Body = "\tout_value = float4( in_place, 0.0, 1.0 );\n";
+    position.Register = ShaderRegister(ShaderRegisterType::VertexPosition, 0);
+    environment.Outputs.push_back(position);
+    EnvironmentEntry colour;
+    colour.Name = "colour";
+    colour.Type = four;
+    colour.Inputs = {{"in_numbers", four, EnvironmentSource::Value, SinkNode::ValueName(), {}}};
+    colour.Register = ShaderRegister(ShaderRegisterType::FragmentColorOut, 0);
+    environment.Outputs.push_back(colour);
+    return environment;
+}
+
+boost::shared_ptr<GuiNode> MakeNode(const std::string& type)
+{
+    const auto rest = [&](const std::string& prefix) { return type.substr(prefix.size()); };
+    if (type.starts_with("Feed:")) {
+        const std::string kind = rest("Feed:");
+        if (const auto exact = ParseShaderType(kind))
+            return boost::make_shared<FeedNode>(*exact);
+        return boost::make_shared<FeedNode>(std::stoi(kind));
+    }
+    if (type.starts_with("Sink:="))
+        return boost::make_shared<SinkNode>(*ParseShaderType(rest("Sink:=")));
+    if (type.starts_with("Sink:"))
+        return boost::make_shared<SinkNode>(ParseShaderType(rest("Sink:"))->Component);
+    return TestPlugins().CreateNode(type);
+}
+
+/// A resolved graph in which feeds read the streams of their names.
+MaterialGraph MakeGraph(const std::string& material, ProblemList& problems)
+{
+    MaterialGraph graph = LoadMaterial(MaterialFromText(material), NodeMaker(MakeNode), problems);
+    std::vector<std::string> feeds;
+    for (const GraphNode& node : graph.Nodes()) {
+        if (dynamic_cast<const FeedNode*>(node.Gui.get()))
+            feeds.push_back(node.Id);
+    }
+    for (const std::string& feed : feeds)
+        graph.SetProperty(feed, "Name", feed);
+    ResolveGraph(graph, problems);
+    ReportCountConflicts(graph, problems);
+    return graph;
+}
+
+DrawShader FindShader(const CompiledProgram& program, ProgramStage stage)
+{
+    const auto found =
+        std::find_if(program.Programs.begin(), program.Programs.end(),
+                     [stage](const TargetProgram& other) { return other.Stage == stage; });
+    DrawShader shader{SpirvWords(found->Bytes.size() / sizeof(std::uint32_t)), found->EntryPoint};
+    std::memcpy(shader.Module.data(), found->Bytes.data(), found->Bytes.size());
+    return shader;
+}
+
+DrawStream MakeStream(const StageVariable& input, const RunInputs& inputs)
+{
+    const auto components = static_cast<std::uint32_t>(input.Type.Columns);
+    DrawStream stream{input.Location, components, {}};
+    for (const Numbers& value : inputs.Streams.at(input.Name))
+        stream.Values.insert(stream.Values.end(), value.begin(), value.begin() + components);
+    return stream;
+}
+
+std::vector<DrawTexture> MakeTextures(const CompiledProgram& program, const RunInputs& inputs)
+{
+    std::vector<DrawTexture> textures;
+    for (const SamplerSlot& slot : program.Fragment.Samplers) {
+        textures.push_back({slot.Binding,
+                            slot.Type.Component == ComponentType::Sampler1D,
+                            {inputs.Textures.at(slot.Name)}});
+    }
+    return textures;
+}
+
+} // namespace
+
+ValueRunner::ValueRunner() : _device(true), _environment(MakeBareEnvironment())
+{}
+
+std::vector<Numbers> ValueRunner::Evaluate(const std::string& material, const RunInputs& inputs)
+{
+    // Each case has a triangle about the middle of its pixel.
+    constexpr std::array<std::array<float, 2>, 3> corners = {
+        {{0.0f, 0.0f}, {1.0f, 0.0f}, {0.5f, 1.0f}}};
+    RunInputs vertices = inputs;
+    for (auto& [name, values] : vertices.Streams) {
+        std::vector<Numbers> repeated;
+        for (const Numbers& value : values)
+            repeated.insert(repeated.end(), corners.size(), value);
+        values = std::move(repeated);
+    }
+    const std::size_t count = inputs.Streams.empty() ? 1 : inputs.Streams.begin()->second.size();
+    const auto rows = static_cast<std::uint32_t>((count + caseColumns - 1) / caseColumns);
+    std::vector<Numbers>& places = vertices.Streams[positionStream];
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto column = static_cast<float>(i % caseColumns);
+        const auto row = static_cast<float>(i / caseColumns);
+        for (const auto& [x, y] : corners) {
+            places.push_back({2.0f * (column + x) / caseColumns - 1.0f,
+                              2.0f * (row + y) / static_cast<float>(rows) - 1.0f});
+        }
+    }
+    std::vector<std::uint32_t> indices(places.size());
+    std::iota(indices.begin(), indices.end(), 0u);
+    std::vector<Numbers> pixels = Draw(material, vertices, indices, caseColumns, rows);
+    pixels.resize(count);
+    return pixels;
+}
+
+std::vector<Numbers> ValueRunner::DrawOnGrid(const std::string& material, const RunInputs& inputs,
+                                             const GridSize& grid)
+{
+    RunInputs vertices = inputs;
+    std::vector<Numbers>& places = vertices.Streams[positionStream];
+    for (const auto& [x, y] : GridPlaces(grid.Squares))
+        places.push_back({2.0f * x - 1.0f, 2.0f * y - 1.0f});
+    std::vector<std::uint32_t> indices;
+    for (std::uint32_t y = 0; y < grid.Squares; ++y) {
+        for (std::uint32_t x = 0; x < grid.Squares; ++x) {
+            const std::uint32_t corner = y * (grid.Squares + 1) + x;
+            const std::uint32_t above = corner + grid.Squares + 1;
+            indices.insert(indices.end(),
+                           {corner, corner + 1, above, above, corner + 1, above + 1});
+        }
+    }
+    return Draw(material, vertices, indices, grid.Pixels, grid.Pixels);
+}
+
+std::vector<Numbers> ValueRunner::Draw(const std::string& material, const RunInputs& inputs,
+                                       const std::vector<std::uint32_t>& indices,
+                                       std::uint32_t width, std::uint32_t height)
+{
+    ProblemList problems;
+    const MaterialGraph graph = MakeGraph(material, problems);
+    problems.ThrowFirstError();
+    const CgProgram program = BuildMaterialProgram(graph, _environment, {}, problems);
+    problems.ThrowFirstError();
+    const CompiledProgram compiled =
+        _compiler.Compile(program, {CompileTarget::Spirv}, "test.xml", problems);
+    problems.ThrowFirstError();
+
+    PreviewBindings bindings(graph);
+    for (const auto& [name, value] : inputs.Values)
+        bindings.Set(name, value);
+    DrawCall call;
+    call.Vertex = FindShader(compiled, ProgramStage::Vertex);
+    call.Fragment = FindShader(compiled, ProgramStage::Fragment);
+    for (const StageVariable& input : compiled.Vertex.Inputs)
+        call.Streams.push_back(MakeStream(input, inputs));
+    call.Textures = MakeTextures(compiled, inputs);
+    call.Uniforms = FillUniforms(compiled, &bindings, {}, problems);
+    problems.ThrowFirstError();
+    call.Indices = indices;
+    call.State.TestsDepth = false;
+    call.State.WritesDepth = false;
+    call.State.WritesAlpha = true;
+    return FloatTarget(_device, width, height).Draw(call);
+}
+
+std::vector<std::array<float, 2>> GridPlaces(std::uint32_t squares)
+{
+    std::vector<std::array<float, 2>> places;
+    for (std::uint32_t y = 0; y <= squares; ++y) {
+        for (std::uint32_t x = 0; x <= squares; ++x) {
+            places.push_back({static_cast<float>(x) / static_cast<float>(squares),
+                              static_cast<float>(y) / static_cast<float>(squares)});
+        }
+    }
+    return places;
+}
