@@ -97,7 +97,7 @@ TEST_F(AnimatedUvNumbers, OfBasicMode)
                 for (std::size_t i = 0; i < results.size(); ++i) {
                     const double frame = inputs.Streams["frame"][i][0];
                     const auto describe = [&] {
-                        return Compose("frame ", frame, " in\n", material);
+                        return Compose("frame ", static_cast<float>(frame), " in\n", material);
                     };
                     for (std::size_t at = 0; at < 4; ++at) {
                         const auto cell = FindCell(frame + (at < 2 ? 0.0 : 1.0), grid.Columns);
