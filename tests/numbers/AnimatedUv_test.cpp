@@ -48,7 +48,7 @@ std::vector<Numbers> MakeFrames()
 {
     std::vector<Numbers> frames;
     for (int frame = -20; frame < 300; ++frame) {
-        for (const float part : {0.0f, 0.25f, 0.96875f})
+        for (const float part : {0.0f, 0.25f, 0.9990234375f})
             frames.push_back({static_cast<float>(frame) + part});
     }
     return frames;
