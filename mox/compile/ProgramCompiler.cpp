@@ -8,6 +8,7 @@
 #include <exception>
 #include <sstream>
 #include <stdexcept>
+#include <unordered_set>
 
 namespace Mox::Host {
 
@@ -50,17 +51,24 @@ public:
             Report(message);
         if (read.Module.empty())
             return {};
-        try {
-            OptimisedModule optimised =
-                OptimiseModule(LayOutModule(read.Module, _stage, samplerBindings));
-            if (!optimised.Failure.empty())
-                throw std::runtime_error(optimised.Failure);
-            interface = ReadStageInterface(optimised.Module, _names);
-            return std::move(optimised.Module);
-        } catch (const std::exception& error) {
-            ReportInternal("spirv", error.what());
-            return {};
-        }
+        return Finish(
+            [&] { return OptimiseModule(LayOutModule(read.Module, _stage, samplerBindings)); },
+            interface);
+    }
+
+    /// Takes out of the vertex module what the fragment stage does not read after all.
+    /// @returns the module; empty after an error
+    SpirvWords DropUnread(const SpirvWords& module, const StageInterface& fragment,
+                          StageInterface& interface)
+    {
+        std::unordered_set<std::uint32_t> read;
+        for (const StageVariable& input : fragment.Inputs)
+            read.insert(input.Location);
+        if (std::all_of(
+                interface.Outputs.begin(), interface.Outputs.end(),
+                [&](const StageVariable& output) { return read.contains(output.Location); }))
+            return module;
+        return Finish([&] { return DropOutputs(module, read); }, interface);
     }
 
     TargetProgram Write(const SpirvWords& module, CompileTarget target)
@@ -88,6 +96,22 @@ public:
     }
 
 private:
+    /// @param optimise makes the module
+    template <class Optimise>
+    SpirvWords Finish(Optimise optimise, StageInterface& interface)
+    {
+        try {
+            OptimisedModule optimised = optimise();
+            if (!optimised.Failure.empty())
+                throw std::runtime_error(optimised.Failure);
+            interface = ReadStageInterface(optimised.Module, _names);
+            return std::move(optimised.Module);
+        } catch (const std::exception& error) {
+            ReportInternal("spirv", error.what());
+            return {};
+        }
+    }
+
     void WriteModule(const SpirvWords& module, TargetProgram& result) const
     {
         const SpirvWords words = RenameModule(module, [&](const std::string& name) {
@@ -156,7 +180,7 @@ CompiledProgram ProgramCompiler::Compile(const CgProgram& program,
     StageCompiler vertex(program.Vertex, ProgramStage::Vertex, names, file, problems);
     StageCompiler fragment(program.Fragment, ProgramStage::Fragment, names, file, problems);
     CompiledProgram result;
-    const SpirvWords vertexModule = vertex.MakeModule(_frontEnd, samplerBindings, result.Vertex);
+    SpirvWords vertexModule = vertex.MakeModule(_frontEnd, samplerBindings, result.Vertex);
     const SpirvWords fragmentModule =
         fragment.MakeModule(_frontEnd, samplerBindings, result.Fragment);
     if (vertexModule.empty() || fragmentModule.empty())
@@ -165,6 +189,9 @@ CompiledProgram ProgramCompiler::Compile(const CgProgram& program,
         fragment.ReportInternal("link", Compose("nobody writes \"", missing->Name, "\""));
         return result;
     }
+    vertexModule = vertex.DropUnread(vertexModule, result.Fragment, result.Vertex);
+    if (vertexModule.empty())
+        return result;
     for (const CompileTarget target : targets) {
         result.Programs.push_back(vertex.Write(vertexModule, target));
         result.Programs.push_back(fragment.Write(fragmentModule, target));

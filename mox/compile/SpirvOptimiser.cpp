@@ -5,9 +5,14 @@
 
 namespace Mox::Host {
 
-OptimisedModule OptimiseModule(const SpirvWords& words)
+namespace {
+
+constexpr spv_target_env environment = SPV_ENV_VULKAN_1_0;
+
+/// Runs the passes that are registered by a function, and the validator.
+template <class RegisterPasses>
+OptimisedModule Optimise(const SpirvWords& words, RegisterPasses registerPasses)
 {
-    constexpr spv_target_env environment = SPV_ENV_VULKAN_1_0;
     OptimisedModule result;
     const auto listen = [&](spv_message_level_t level, const char*, const spv_position_t&,
                             const char* message) {
@@ -17,8 +22,7 @@ OptimisedModule OptimiseModule(const SpirvWords& words)
 
     spvtools::Optimizer optimiser(environment);
     optimiser.SetMessageConsumer(listen);
-    optimiser.RegisterLegalizationPasses();
-    optimiser.RegisterPerformancePasses();
+    registerPasses(optimiser);
     optimiser.RegisterPass(spvtools::CreateCompactIdsPass());
     spvtools::OptimizerOptions options;
     options.set_run_validator(false); // samplers as function parameters are not legal yet
@@ -33,6 +37,31 @@ OptimisedModule OptimiseModule(const SpirvWords& words)
     if (!validator.Validate(result.Module) && result.Failure.empty())
         result.Failure = "the module is not valid";
     return result;
+}
+
+} // namespace
+
+OptimisedModule OptimiseModule(const SpirvWords& words)
+{
+    return Optimise(words, [](spvtools::Optimizer& optimiser) {
+        optimiser.RegisterLegalizationPasses();
+        optimiser.RegisterPerformancePasses();
+    });
+}
+
+OptimisedModule DropOutputs(const SpirvWords& words,
+                            const std::unordered_set<std::uint32_t>& wantedLocations)
+{
+    std::unordered_set<std::uint32_t> locations = wantedLocations;
+    std::unordered_set<std::uint32_t> builtIns; // the position counts without standing here
+    return Optimise(words, [&](spvtools::Optimizer& optimiser) {
+        constexpr bool keepsInterface = false;
+        constexpr bool dropsOutputs = true;
+        optimiser.RegisterPass(
+            spvtools::CreateEliminateDeadOutputStoresPass(&locations, &builtIns));
+        optimiser.RegisterPass(spvtools::CreateAggressiveDCEPass(keepsInterface, dropsOutputs));
+        optimiser.RegisterPass(spvtools::CreateRemoveUnusedInterfaceVariablesPass());
+    });
 }
 
 } // namespace Mox::Host

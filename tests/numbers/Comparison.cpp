@@ -70,3 +70,10 @@ std::string Show(const Numbers& numbers, std::size_t count)
     text << ")";
     return text.str();
 }
+
+std::string Show(double number)
+{
+    std::ostringstream text;
+    text << std::setprecision(9) << number;
+    return text.str();
+}

@@ -52,3 +52,4 @@ private:
 
 /// Numbers as a message shows them, all digits given.
 std::string Show(const Numbers& numbers, std::size_t count = 4);
+std::string Show(double number);

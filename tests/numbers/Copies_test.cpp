@@ -210,9 +210,9 @@ TEST_F(CopiedNumbers, OfConstantsOfAllSizes)
 {
     Comparison comparison("Locked scalar", printed);
     for (const double value : {0.0, -0.0, 1e-30, -1e30, 16777216.0, 1234567.0, 0.000123456}) {
-        const std::string material =
-            Compose("node CoreConstant; Constant Type=Scalar; Lock=true; Default Scalar=", value,
-                    "\nsink Sink:float\nnode.read -> sink.in_0\n");
+        const std::string material = Compose(
+            "node CoreConstant; Constant Type=Scalar; Lock=true; Default Scalar=", Show(value),
+            "\nsink Sink:float\nnode.read -> sink.in_0\n");
         Compare(
             material, {}, 1, [&](const RunInputs&, std::size_t, std::size_t) { return value; },
             comparison);

@@ -129,8 +129,9 @@ protected:
             for (std::size_t c = 0; c < width; ++c) {
                 const double a = valueOf("a", widths.A, i, c);
                 const double b = valueOf("b", widths.B, i, c);
-                comparison.Check(results[i][c], mode.Of(a, b),
-                                 [&] { return Compose(a, " and ", b, " in\n", material); });
+                comparison.Check(results[i][c], mode.Of(a, b), [&] {
+                    return Compose(Show(a), " and ", Show(b), " in\n", material);
+                });
             }
         }
     }

@@ -215,7 +215,7 @@ protected:
         for (std::size_t i = 0; i < function.Ports.size(); ++i) {
             const Port& port = function.Ports[i];
             if (port.Property)
-                node += Compose("; ", port.Property, "=", port.Default);
+                node += Compose("; ", port.Property, "=", Show(port.Default));
             if (!IsConnected(function, use, i))
                 continue;
             rest += Compose("feed", i, " Feed:", IsNarrow(function, use, i) ? 1 : use.Count, "\n");

@@ -80,7 +80,7 @@ TEST_F(StageNumbers, AgreeTheBetterTheFinerTheMesh)
                 EXPECT_GE(distance, bound / 4.0);
             }
             RecordProperty(Compose(staged.Name, " on ", squares, " squares"),
-                           Compose(distance, " of ", bound));
+                           Compose(Show(distance), " of ", Show(bound)));
         }
     }
 }
