@@ -66,11 +66,11 @@ void WarnOfAwkwardNames(const MaterialGraph& graph, ProblemList& problems)
         if (!ShaderNode::IsValidCgName(binding.tag)) {
             problems.Warn("name-no-cg-name", node.Where,
                           Compose("the name \"", binding.tag,
-                                  "\" is no Cg name; programs call the binding \"", safe, "\""));
+                                  "\" is no Cg name; made safe it is \"", safe, "\""));
         } else if (IsReservedCgWord(binding.tag)) {
             problems.Warn("name-reserved", node.Where,
                           Compose("the name \"", binding.tag,
-                                  "\" is a word of Cg; programs call the binding \"", safe, "\""));
+                                  "\" is a word of Cg; made safe it is \"", safe, "\""));
         }
     });
 }
