@@ -5,7 +5,10 @@ function(mox_add_plugin name)
   add_library(${name} MODULE ${ARGN})
   target_link_libraries(${name} PRIVATE Mox::materials)
   # Templates of the standard library have default visibility, so hiding needs the linker's help.
-  target_link_options(${name} PRIVATE -Wl,--version-script=${exports} -Wl,--no-undefined)
+  target_link_options(${name} PRIVATE -Wl,--version-script=${exports})
+  if(NOT MOX_BUILD_FUZZERS) # with fuzzers, clang leaves parts of the sanitizers to the program
+    target_link_options(${name} PRIVATE -Wl,--no-undefined)
+  endif()
   set_target_properties(${name} PROPERTIES
     PREFIX ""
     CXX_VISIBILITY_PRESET hidden

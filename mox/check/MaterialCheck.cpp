@@ -11,6 +11,14 @@ ProblemList CheckMaterial(const std::filesystem::path& file, const PluginSet& pl
 {
     ProblemList problems;
     const MaterialGraph graph = OpenMaterial(file, plugins, problems);
+    CheckMaterial(graph, file, environment, proof, problems);
+    return problems;
+}
+
+void CheckMaterial(const MaterialGraph& graph, const std::filesystem::path& file,
+                   const Environment& environment, const ProgramFormat* proof,
+                   ProblemList& problems)
+{
     WarnOfAwkwardNames(graph, problems);
     WarnOfEqualBindings(graph, problems);
     WarnOfBasicColours(graph, problems);
@@ -24,7 +32,6 @@ ProblemList CheckMaterial(const std::filesystem::path& file, const PluginSet& pl
     if (proof && !problems.HasErrors() && !found.HasErrors())
         WriteProgram(*proof, program, graph, file, found);
     problems.Append(found);
-    return problems;
 }
 
 } // namespace Mox::Host

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mox/host/MaterialGraph.h"
 #include "mox/host/PluginSet.h"
 #include "mox/host/Problem.h"
 #include "mox/program/Environment.h"
@@ -15,5 +16,12 @@ namespace Mox::Host {
 /// @param proof a format in which the programs are written to see that they can be, or null
 ProblemList CheckMaterial(const std::filesystem::path& file, const PluginSet& plugins,
                           const Environment& environment, const ProgramFormat* proof);
+
+/// The same for a graph that has been opened.
+/// @param file from which texture files are looked for
+/// @param problems of opening the graph; takes what else is found
+void CheckMaterial(const MaterialGraph& graph, const std::filesystem::path& file,
+                   const Environment& environment, const ProgramFormat* proof,
+                   ProblemList& problems);
 
 } // namespace Mox::Host

@@ -167,8 +167,8 @@ private:
                 if (!_nodesBefore.contains(otherId) && other == node)
                     twins.push_back(otherId);
             }
-            const auto isTwin = [&](const auto& entry) {
-                return !_nodesAfter.contains(entry.first) && entry.second == node;
+            const auto isTwin = [this, &gone = node](const auto& entry) {
+                return !_nodesAfter.contains(entry.first) && entry.second == gone;
             };
             if (twins.size() != 1 ||
                 std::count_if(_nodesBefore.begin(), _nodesBefore.end(), isTwin) != 1)

@@ -74,6 +74,11 @@ std::optional<std::int32_t> ParseInteger(std::string_view text)
 
 std::optional<float> ParseFloat(std::string_view text)
 {
+    // from_chars knows more words than documents do, such as "INFINITY" and "nan(7)".
+    const std::string_view size = text.substr(text.starts_with('-') ? 1 : 0);
+    const bool isWord = size == "inf" || size == "nan";
+    if (!isWord && size.find_first_not_of("0123456789.eE+-") != std::string_view::npos)
+        return std::nullopt;
     return ParseNumber<float>(text);
 }
 

@@ -18,7 +18,8 @@ std::optional<Materials::GuiPropertyKind> ParseKind(std::string_view word);
 /// A whole decimal number of 32 bits, without blanks; else nothing.
 std::optional<std::int32_t> ParseInteger(std::string_view text);
 
-/// A decimal number with a point, without blanks, or one of "inf", "-inf", "nan"; else nothing.
+/// A decimal number with a point, without blanks, or "inf" or "nan", perhaps with a minus; else
+/// nothing.
 std::optional<float> ParseFloat(std::string_view text);
 
 /// Gives property the kind and the value of a text: "true" or "false", a whole number, a number,

@@ -1,0 +1,43 @@
+// Runs a fuzz target over inputs that are known, without the fuzzer. Usage: PROGRAM FILE|FOLDER...
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <string>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+namespace {
+
+int count = 0;
+
+void Replay(const std::filesystem::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    std::cout << file.string() << std::endl; // now, so that it is known what a crash came from
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+    ++count;
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    for (int i = 1; i < argumentCount; ++i) {
+        const std::filesystem::path path = arguments[i];
+        if (!std::filesystem::is_directory(path)) {
+            Replay(path);
+            continue;
+        }
+        for (const auto& entry : std::filesystem::directory_iterator(path))
+            Replay(entry.path());
+    }
+    if (count == 0) {
+        std::cerr << "there is no input\n";
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "mox/host/GraphChange.h"
+#include "mox/host/MaterialGraph.h"
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+/// Makes up changes of a graph, more or less sensible ones, from choices that somebody else makes.
+class GraphEditor
+{
+public:
+    /// One of the numbers below end.
+    using Choice = std::function<std::size_t(std::size_t end)>;
+
+    GraphEditor(const Mox::Host::MaterialGraph& graph, Choice choose);
+
+    /// A change of the graph as it is now; it need not fit. The graph has a node at least.
+    Mox::Host::GraphChange Next();
+
+private:
+    const Mox::Host::MaterialGraph::Node& AnyNode() const;
+    std::string AnyId() const { return AnyNode().Id; }
+    std::string AnyPort(const std::vector<Mox::Materials::GuiPort>& ports) const;
+    Mox::Host::DocumentNode StoredNode() const;
+    Mox::Host::PropertySetting AnySetting() const;
+    Mox::Host::GraphChange AddSomeEdge() const;
+    Mox::Host::GraphChange RemoveSomeEdge() const;
+
+    const Mox::Host::MaterialGraph& _graph;
+    Choice _choose;
+};
+
+/// Where the edge lists of the nodes, the Connected flags of their ports or the topological order
+/// do not agree with the edges of the graph: a line for each.
+std::string FindDisagreement(const Mox::Host::MaterialGraph& graph);
