@@ -1,6 +1,7 @@
 #include "mox/check/ProblemReport.h"
 
 #include "mox/Text.h"
+#include "mox/host/Excerpt.h"
 
 #include <nlohmann/json.hpp>
 #include <set>
@@ -57,8 +58,9 @@ std::string FormatProblemsAsText(const std::vector<Problem>& problems)
         Place node;
         node.Node = problem.Where.Node;
         node.Port = problem.Where.Port;
-        text += Compose(line.Format(), WordOf(problem.Level), ": ", node.Format(), problem.Message,
-                        " [", problem.Rule, "]\n");
+        text += MessageLine(
+            Compose(line.Format(), WordOf(problem.Level), ": ", node.Format(), problem.Message));
+        text += Compose(" [", problem.Rule, "]\n");
     }
     return text;
 }

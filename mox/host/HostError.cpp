@@ -1,6 +1,7 @@
 #include "mox/host/HostError.h"
 
 #include "mox/Text.h"
+#include "mox/host/Excerpt.h"
 
 namespace Mox::Host {
 
@@ -23,7 +24,7 @@ std::string Place::Format() const
 }
 
 HostError::HostError(const Place& where, const std::string& message)
-    : std::runtime_error(where.Format() + message), Where(where), Message(message)
+    : std::runtime_error(MessageLine(where.Format() + message)), Where(where), Message(message)
 {}
 
 } // namespace Mox::Host

@@ -1,5 +1,7 @@
 #include "mox/host/Problem.h"
 
+#include "mox/host/Excerpt.h"
+
 #include <algorithm>
 
 namespace Mox::Host {
@@ -12,6 +14,11 @@ bool IsError(const Problem& problem)
 }
 
 } // namespace
+
+std::string Problem::Format() const
+{
+    return MessageLine(Where.Format() + Message);
+}
 
 void ProblemList::Warn(const std::string& rule, const Place& where, const std::string& message)
 {

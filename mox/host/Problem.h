@@ -21,8 +21,9 @@ struct Problem
     Place Where;
     std::string Message;
 
-    /// "file:line: node "id": port "name": message", as far as the place is known.
-    std::string Format() const { return Where.Format() + Message; }
+    /// "file:line: node "id": port "name": message", as far as the place is known: one line, the
+    /// end of which is cut if it is very long.
+    std::string Format() const;
 };
 
 /// What was found on the way through a material, in the order of finding. Work goes on behind a

@@ -3,7 +3,9 @@
 #include "mox/Text.h"
 #include "mox/shader/ShaderNode.h"
 
-#include <regex>
+#include <algorithm>
+#include <initializer_list>
+#include <string_view>
 
 namespace Mox::Host {
 
@@ -36,21 +38,56 @@ const std::unordered_set<std::string>& ReservedWords()
         "log", "log10", "log2", "max", "min", "modf", "mul", "normalize", "pack", "pow", "radians",
         "reflect", "refract", "round", "rsqrt", "saturate", "sign", "sin", "sincos", "sinh",
         "smoothstep", "sqrt", "step", "tan", "tanh", "transpose", "trunc", "unpack",
+        "pack_2half", "pack_2ushort", "pack_4byte", "pack_4ubyte", "unpack_2half",
+        "unpack_2ushort", "unpack_4byte", "unpack_4ubyte",
     };
     return words;
 }
 // clang-format on
 
+/// Takes one of the words away from the front of a text.
+bool EatOne(std::string_view& text, std::initializer_list<std::string_view> words)
+{
+    for (const std::string_view word : words) {
+        if (text.starts_with(word)) {
+            text.remove_prefix(word.size());
+            return true;
+        }
+    }
+    return false;
+}
+
+bool EatSize(std::string_view& text)
+{
+    return EatOne(text, {"1", "2", "3", "4"});
+}
+
+/// "float3", "half4x4"
+bool IsVectorType(std::string_view word)
+{
+    if (!EatOne(word, {"bool", "double", "fixed", "float", "half", "int", "short", "char", "long",
+                       "unsigned"}) ||
+        !EatSize(word))
+        return false;
+    return word.empty() || (EatOne(word, {"x"}) && EatSize(word) && word.empty());
+}
+
+/// "tex2Dproj", "h4texCUBE"
+bool IsTextureFunction(std::string_view word)
+{
+    EatOne(word, {"f", "h", "x"});
+    EatSize(word);
+    if (!EatOne(word, {"tex"}) || !EatOne(word, {"1D", "2D", "3D", "CUBE", "RECT"}))
+        return false;
+    return std::all_of(word.begin(), word.end(),
+                       [](char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9'); });
+}
+
 } // namespace
 
 bool IsReservedCgWord(const std::string& word)
 {
-    static const std::regex families(
-        "(bool|double|fixed|float|half|int|short|char|long|unsigned)[1-4](x[1-4])?"
-        "|[fhx]?[1-4]?tex(1D|2D|3D|CUBE|RECT)[a-z0-9]*"
-        "|(un)?pack_(2half|2ushort|4byte|4ubyte)",
-        std::regex::optimize);
-    return ReservedWords().contains(word) || std::regex_match(word, families);
+    return ReservedWords().contains(word) || IsVectorType(word) || IsTextureFunction(word);
 }
 
 std::string ToSafeCgName(const std::string& text)
@@ -75,9 +112,14 @@ std::string ToSafeCgName(const std::string& text)
 std::string CgNames::Claim(const std::string& wanted)
 {
     const std::string safe = ToSafeCgName(wanted);
-    std::string name = safe;
-    for (int number = 2; !_taken.insert(name).second; ++number)
-        name = Materials::Compose(safe, "_", number);
+    if (_taken.insert(safe).second)
+        return safe;
+    // Names are never given back, so that all lower numbers stay taken.
+    int& number = _lastNumbers.try_emplace(safe, 1).first->second;
+    std::string name;
+    do {
+        name = Materials::Compose(safe, "_", ++number);
+    } while (!_taken.insert(name).second);
     return name;
 }
 

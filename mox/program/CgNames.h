@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace Mox::Host {
@@ -27,6 +28,7 @@ public:
 
 private:
     std::unordered_set<std::string> _taken;
+    std::unordered_map<std::string, int> _lastNumbers; ///< behind each name that was wanted again
 };
 
 } // namespace Mox::Host
