@@ -39,6 +39,9 @@ void ClaimClear(const ProblemList& problems)
 {
     for (const Problem& problem : problems.Problems()) {
         Claim(!problem.Rule.empty() && !problem.Message.empty(), "a problem has a rule and a text");
+        const std::string line = problem.Format();
+        Claim(line.find('\n') == std::string::npos && line.size() < 5000,
+              "a problem is one line of bearable length");
         ClaimEqual(problem.Where.File, "fuzz.xml", "a problem names the document");
     }
 }

@@ -75,9 +75,9 @@ std::string FormatProblemsAsText(const std::vector<Problem>& problems)
         Place node;
         node.Node = problem.Where.Node;
         node.Port = problem.Where.Port;
-        text += ToOneLine(Compose(line.Format(), WordOf(problem.Level), ": ", node.Format(),
-                                  problem.Message, " [", problem.Rule, "]"));
-        text += '\n';
+        text += MessageLine(
+            Compose(line.Format(), WordOf(problem.Level), ": ", node.Format(), problem.Message));
+        text += Compose(" [", problem.Rule, "]\n");
     }
     return text;
 }

@@ -24,7 +24,7 @@ std::string Place::Format() const
 }
 
 HostError::HostError(const Place& where, const std::string& message)
-    : std::runtime_error(ToOneLine(where.Format() + message)), Where(where), Message(message)
+    : std::runtime_error(MessageLine(where.Format() + message)), Where(where), Message(message)
 {}
 
 } // namespace Mox::Host

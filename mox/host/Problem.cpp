@@ -17,7 +17,7 @@ bool IsError(const Problem& problem)
 
 std::string Problem::Format() const
 {
-    return ToOneLine(Where.Format() + Message);
+    return MessageLine(Where.Format() + Message);
 }
 
 void ProblemList::Warn(const std::string& rule, const Place& where, const std::string& message)

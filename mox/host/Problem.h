@@ -21,7 +21,8 @@ struct Problem
     Place Where;
     std::string Message;
 
-    /// "file:line: node "id": port "name": message", as far as the place is known, in one line.
+    /// "file:line: node "id": port "name": message", as far as the place is known: one line, the
+    /// end of which is cut if it is very long.
     std::string Format() const;
 };
 

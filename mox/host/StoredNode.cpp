@@ -1,6 +1,7 @@
 #include "mox/host/StoredNode.h"
 
 #include "mox/Text.h"
+#include "mox/host/Excerpt.h"
 #include "mox/host/LibraryCall.h"
 #include "mox/host/NodeSnapshot.h"
 #include "mox/host/PropertyText.h"
@@ -31,8 +32,8 @@ bool Parse(const GraphStore& graph, GuiProperty& property, const DocumentPropert
 {
     if (!SetFromText(property, value.Kind, value.Value)) {
         problems.Fail("bad-value", where,
-                      Compose("property \"", value.Name, "\": \"", value.Value, "\" is no ",
-                              FormatKind(value.Kind), " value"));
+                      Compose("property ", Excerpt(value.Name), ": ", Excerpt(value.Value),
+                              " is no ", FormatKind(value.Kind), " value"));
         return false;
     }
     if (value.Kind != GuiPropertyKind::Node || value.Value.empty())

@@ -149,18 +149,20 @@ std::string CoreTextureNode::GetTitle()
 
 std::string CoreTextureNode::GetBindingName()
 {
-    // The second walker goes at half the speed; in a circle the first one meets it.
+    // A mark is left behind after 1, 2, 4... steps; in a circle the walk comes back to one of them.
     const CoreTextureNode* node = this;
-    const CoreTextureNode* slower = this;
-    bool isSlowersTurn = false;
+    const CoreTextureNode* mark = this;
+    std::size_t steps = 0;
+    std::size_t stepsToMark = 1;
     while (const CoreTextureNode* next = Referred(*node)) {
         node = next;
-        if (isSlowersTurn)
-            slower = Referred(*slower);
-        isSlowersTurn = !isSlowersTurn;
-        if (node == slower) {
+        if (node == mark) {
             throw ShaderError(
                 Compose(Describe(), ": its chain of references closes into a circle"));
+        }
+        if (++steps == stepsToMark) {
+            mark = node;
+            stepsToMark *= 2;
         }
     }
     const boost::shared_ptr<GuiNode>& end = node->Reference->GetNode();

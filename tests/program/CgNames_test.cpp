@@ -27,6 +27,12 @@ TEST(CgNames, EveryTextBecomesALegalName)
         {"float4x4", "float4x4_"},
         {"lerp", "lerp_"},
         {"h4tex2D", "h4tex2D_"},
+        {"texCUBEproj", "texCUBEproj_"},
+        {"f1tex1Dlod2", "f1tex1Dlod2_"},
+        {"tex2DProj", "tex2DProj"},
+        {"unpack_4ubyte", "unpack_4ubyte_"},
+        {"float4x5", "float4x5"},
+        {"int1x", "int1x"},
         {"main", "main_"},
         {"return", "return_"},
         {"texture2D", "texture2D_"},
@@ -46,6 +52,22 @@ TEST(CgNames, EveryTextBecomesALegalName)
         EXPECT_TRUE(ShaderNode::IsValidCgName(ToSafeCgName(c.Text)));
         EXPECT_FALSE(IsReservedCgWord(ToSafeCgName(c.Text)));
     }
+}
+
+/// Names come from documents, in which a text may be very long.
+TEST(CgNames, LengthOfANameUsesNoStack)
+{
+    const std::string name = "tex2D" + std::string(2'000'000, 'a');
+    EXPECT_EQ(ToSafeCgName(name), name + "_");
+}
+
+TEST(CgNames, EqualNamesCostNoMoreThanOthers)
+{
+    CgNames names;
+    std::string last;
+    for (int i = 0; i < 200'000; ++i)
+        last = names.Claim("mulCode");
+    EXPECT_EQ(last, "mulCode_200000");
 }
 
 TEST(CgNames, NoTwoNamesAreOne)
