@@ -16,6 +16,23 @@ namespace {
 using Materials::Compose;
 using Materials::GuiNode;
 
+/// Keeps the entries of an edge list away from an operation that would walk them to see whether its
+/// edge is among them, and puts them back in front. The edges of a graph that only grows are alive,
+/// and a new one is in no list, so the walk finds nothing; it makes wide fans dear.
+class ParkedEntries
+{
+public:
+    explicit ParkedEntries(ShaderNode::EdgeList& list) : _list(list) { _entries.swap(_list); }
+    ~ParkedEntries() { _list.splice(_list.begin(), _entries); }
+
+    ParkedEntries(const ParkedEntries&) = delete;
+    ParkedEntries& operator=(const ParkedEntries&) = delete;
+
+private:
+    ShaderNode::EdgeList& _list;
+    ShaderNode::EdgeList _entries;
+};
+
 class ShaderGeneration
 {
 public:
@@ -87,6 +104,8 @@ private:
             }
             try {
                 CallLibrary(edge.Where, [&] {
+                    const ShaderNodeHandle tail = _generator.GetShaderNode(record.Tail);
+                    const ParkedEntries parked(tail->OutEdges);
                     _generator.Connect(record.Tail, record.TailPort, record.Heads[i],
                                        record.HeadPorts[i]);
                 });
