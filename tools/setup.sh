@@ -13,10 +13,10 @@ build) ;;
 run) packages+=(imagemagick) ;;
 # locales-all: the tests run under a locale with a decimal comma.
 test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
-    clang-format valgrind) ;;
+    clang libclang-rt-dev clang-format valgrind) ;;
 full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
-    clang clang-format clang-tidy abigail-tools debootstrap dpkg-dev pkgconf xz-utils
-    valgrind) ;;
+    clang libclang-rt-dev clang-format clang-tidy abigail-tools debootstrap dpkg-dev pkgconf
+    xz-utils valgrind) ;;
 bench)
     packages+=(libbenchmark-dev python3)
     # Other packages of Node.js than Debian's bring npm along and do not stand beside Debian's.

@@ -32,8 +32,10 @@ int main(int argumentCount, char** arguments)
             Replay(path);
             continue;
         }
-        for (const auto& entry : std::filesystem::directory_iterator(path))
-            Replay(entry.path());
+        for (const auto& entry : std::filesystem::directory_iterator(path)) {
+            if (entry.is_regular_file())
+                Replay(entry.path());
+        }
     }
     if (count == 0) {
         std::cerr << "there is no input\n";
