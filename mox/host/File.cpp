@@ -18,7 +18,8 @@ std::string ReadFile(const std::filesystem::path& file)
     const auto fail = [&](int error) -> HostError {
         return {where, Materials::Compose("cannot be read: ", std::strerror(error))};
     };
-    if (std::filesystem::is_directory(file))
+    std::error_code error;
+    if (std::filesystem::is_directory(file, error))
         throw fail(EISDIR);
     std::ifstream stream(file, std::ios::binary);
     if (!stream)

@@ -6,6 +6,7 @@
 #include <libxml/xmlreader.h>
 
 #include <algorithm>
+#include <fstream>
 #include <memory>
 #include <string_view>
 #include <system_error>
@@ -18,6 +19,8 @@ using std::filesystem::path;
 
 bool MayBeMaterial(const path& file)
 {
+    if (!std::ifstream(file))
+        return true; // libxml2 would print the reason
     const std::unique_ptr<xmlTextReader, decltype(&xmlFreeTextReader)> reader(
         xmlReaderForFile(file.c_str(), nullptr,
                          XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
@@ -33,13 +36,20 @@ bool MayBeMaterial(const path& file)
     return true;
 }
 
+/// What cannot be looked at counts, so that its reader says why.
+bool MayBeFile(const std::filesystem::directory_entry& entry)
+{
+    std::error_code error;
+    return entry.is_regular_file(error) || error;
+}
+
 std::vector<std::string> FindIn(const path& folder)
 {
     std::vector<std::string> found;
     std::error_code error;
     std::filesystem::recursive_directory_iterator entry(folder, error);
     for (; !error && entry != std::filesystem::end(entry); entry.increment(error)) {
-        if (entry->path().extension() == ".xml" && entry->is_regular_file() &&
+        if (entry->path().extension() == ".xml" && MayBeFile(*entry) &&
             MayBeMaterial(entry->path()))
             found.push_back(entry->path().string());
     }
@@ -60,7 +70,8 @@ std::vector<MaterialFile> FindMaterials(const std::vector<path>& filesAndFolders
 {
     std::vector<MaterialFile> materials;
     for (const path& argument : filesAndFolders) {
-        if (!std::filesystem::is_directory(argument)) {
+        std::error_code error;
+        if (!std::filesystem::is_directory(argument, error)) {
             materials.push_back({argument.string(), argument.stem().string()});
             continue;
         }

