@@ -2,8 +2,8 @@
 #include "Road.h"
 #include "RoadFiles.h"
 #include "Stopwatch.h"
-#include "mox/host/GraphResolver.h"
-#include "mox/host/MaterialLoader.h"
+#include "mox/graph/GraphResolver.h"
+#include "mox/graph/MaterialLoader.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,9 +1,9 @@
 #include "Road.h"
 
 #include "Stopwatch.h"
-#include "mox/host/GraphResolver.h"
-#include "mox/host/MaterialDocument.h"
-#include "mox/host/MaterialLoader.h"
+#include "mox/document/MaterialDocument.h"
+#include "mox/graph/GraphResolver.h"
+#include "mox/graph/MaterialLoader.h"
 #include "mox/program/MaterialProgram.h"
 
 #include <optional>

@@ -1,7 +1,7 @@
 #include "mox/check/MaterialCheck.h"
 
 #include "mox/check/GraphRules.h"
-#include "mox/host/OpenMaterial.h"
+#include "mox/graph/OpenMaterial.h"
 #include "mox/program/MaterialProgram.h"
 
 namespace Mox::Host {

@@ -1,7 +1,7 @@
 #include "mox/check/MaterialDiff.h"
 
 #include "mox/Text.h"
-#include "mox/host/PropertyText.h"
+#include "mox/document/PropertyText.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/host/MaterialDocument.h"
+#include "mox/document/MaterialDocument.h"
 #include "mox/host/PluginSet.h"
 
 #include <string>

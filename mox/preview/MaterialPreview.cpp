@@ -2,9 +2,9 @@
 
 #include "mox/Text.h"
 #include "mox/bindings/FloatBinding.h"
-#include "mox/host/GraphResolver.h"
-#include "mox/host/MaterialLoader.h"
-#include "mox/host/NodeMaker.h"
+#include "mox/graph/GraphResolver.h"
+#include "mox/graph/MaterialLoader.h"
+#include "mox/graph/NodeMaker.h"
 #include "mox/preview/Background.h"
 #include "mox/preview/DrawBuilder.h"
 #include "mox/preview/NodeProbe.h"

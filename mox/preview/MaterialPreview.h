@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mox/compile/ProgramCompiler.h"
-#include "mox/host/MaterialDocument.h"
+#include "mox/document/MaterialDocument.h"
 #include "mox/host/Picture.h"
 #include "mox/host/PluginSet.h"
 #include "mox/host/Problem.h"

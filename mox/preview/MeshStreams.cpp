@@ -2,8 +2,8 @@
 
 #include "mox/Text.h"
 #include "mox/bindings/FloatBinding.h"
+#include "mox/document/PropertyText.h"
 #include "mox/host/HostError.h"
-#include "mox/host/PropertyText.h"
 
 #include <glm/gtc/type_ptr.hpp>
 #include <string_view>

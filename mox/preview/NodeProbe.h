@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mox/authoring/GuiNode.h"
-#include "mox/host/MaterialDocument.h"
+#include "mox/document/MaterialDocument.h"
 #include "mox/program/Environment.h"
 
 namespace Mox::Host {

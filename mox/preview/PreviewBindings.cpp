@@ -2,7 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/bindings/FloatBinding.h"
-#include "mox/host/BindingsDocument.h"
+#include "mox/graph/BindingsDocument.h"
 
 #include <set>
 

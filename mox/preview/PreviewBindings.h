@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mox/bindings/Material.h"
-#include "mox/host/MaterialGraph.h"
+#include "mox/graph/MaterialGraph.h"
 
 #include <boost/shared_ptr.hpp>
 

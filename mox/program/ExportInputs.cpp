@@ -1,6 +1,6 @@
 #include "mox/program/ExportInputs.h"
 
-#include "mox/host/DocumentInputs.h"
+#include "mox/document/DocumentInputs.h"
 
 namespace Mox::Host {
 

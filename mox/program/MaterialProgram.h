@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/host/MaterialGraph.h"
+#include "mox/graph/MaterialGraph.h"
 #include "mox/host/Problem.h"
 #include "mox/program/CgProgramBuilder.h"
 #include "mox/program/Environment.h"

@@ -1,6 +1,6 @@
 #include "mox/program/ProgramExporter.h"
 
-#include "mox/host/OpenMaterial.h"
+#include "mox/graph/OpenMaterial.h"
 #include "mox/program/ExportInputs.h"
 #include "mox/program/MaterialProgram.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/host/Exporter.h"
+#include "mox/batch/Exporter.h"
 #include "mox/host/PluginSet.h"
 #include "mox/program/CgProgramBuilder.h"
 #include "mox/program/Environment.h"

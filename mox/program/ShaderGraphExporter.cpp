@@ -1,10 +1,10 @@
 #include "mox/program/ShaderGraphExporter.h"
 
-#include "mox/host/OpenMaterial.h"
-#include "mox/host/ShaderGraphText.h"
+#include "mox/graph/OpenMaterial.h"
 #include "mox/program/EnvironmentNodes.h"
 #include "mox/program/ExportInputs.h"
 #include "mox/program/ShaderGeneration.h"
+#include "mox/program/ShaderGraphText.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 

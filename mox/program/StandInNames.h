@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/host/MaterialGraph.h"
+#include "mox/graph/MaterialGraph.h"
 
 #include <boost/noncopyable.hpp>
 

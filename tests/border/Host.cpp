@@ -6,8 +6,8 @@
 #include <iostream>
 #include <mox/ShaderError.h>
 #include <mox/host/PluginSet.h>
-#include <mox/host/ShaderGraphText.h>
 #include <mox/program/Environment.h>
+#include <mox/program/ShaderGraphText.h>
 #include <mox/shader/ShaderGraphGenerator.h>
 
 using namespace Mox;

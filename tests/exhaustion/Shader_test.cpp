@@ -1,6 +1,6 @@
 #include "mox/Text.h"
 #include "mox/authoring/GuiPort.h"
-#include "mox/host/ShaderGraphText.h"
+#include "mox/program/ShaderGraphText.h"
 #include "mox/shader/ShaderFunctionBuilder.h"
 #include "mox/shader/ShaderGraphGenerator.h"
 #include "tests/exhaustion/EveryAllocation.h"

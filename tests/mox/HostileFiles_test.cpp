@@ -1,4 +1,4 @@
-#include "mox/host/MaterialDocument.h"
+#include "mox/document/MaterialDocument.h"
 #include "tests/support/RunMox.h"
 #include "tests/support/TemporaryFolder.h"
 

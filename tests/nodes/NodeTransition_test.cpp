@@ -1,7 +1,7 @@
 #include "mox/Text.h"
 #include "mox/bindings/Material.h"
+#include "mox/document/PropertyText.h"
 #include "mox/host/Plugin.h"
-#include "mox/host/PropertyText.h"
 #include "tests/support/Failure.h"
 #include "tests/support/NodeText.h"
 

@@ -1,8 +1,8 @@
 #include "tests/numbers/ValueRunner.h"
 
 #include "mox/Text.h"
-#include "mox/host/GraphResolver.h"
-#include "mox/host/MaterialLoader.h"
+#include "mox/graph/GraphResolver.h"
+#include "mox/graph/MaterialLoader.h"
 #include "mox/preview/DrawBuilder.h"
 #include "mox/program/MaterialProgram.h"
 #include "mox/program/ShaderTypeText.h"

@@ -1,6 +1,6 @@
 #include "mox/Text.h"
-#include "mox/host/GraphResolver.h"
-#include "mox/host/MaterialLoader.h"
+#include "mox/graph/GraphResolver.h"
+#include "mox/graph/MaterialLoader.h"
 #include "mox/program/MaterialProgram.h"
 #include "tests/support/Golden.h"
 #include "tests/support/MaterialText.h"

@@ -1,7 +1,7 @@
 #include "tests/support/GraphEditor.h"
 
 #include "mox/Text.h"
-#include "mox/host/GraphCopy.h"
+#include "mox/graph/GraphCopy.h"
 
 #include <iterator>
 #include <map>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "mox/host/GraphChange.h"
-#include "mox/host/MaterialGraph.h"
+#include "mox/graph/GraphChange.h"
+#include "mox/graph/MaterialGraph.h"
 
 #include <cstddef>
 #include <functional>

@@ -1,7 +1,7 @@
 #include "tests/support/GraphText.h"
 
 #include "mox/Text.h"
-#include "mox/host/PropertyText.h"
+#include "mox/document/PropertyText.h"
 
 #include <set>
 

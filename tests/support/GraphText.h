@@ -1,7 +1,7 @@
 #pragma once
 
-#include "mox/host/MaterialDocument.h"
-#include "mox/host/MaterialGraph.h"
+#include "mox/document/MaterialDocument.h"
+#include "mox/graph/MaterialGraph.h"
 #include "mox/host/Problem.h"
 
 #include <string>

@@ -2,9 +2,9 @@
 
 #include "mox/Text.h"
 #include "mox/bindings/Material.h"
-#include "mox/host/BindingsDocument.h"
-#include "mox/host/PropertyText.h"
-#include "mox/host/ShaderGraphText.h"
+#include "mox/document/PropertyText.h"
+#include "mox/graph/BindingsDocument.h"
+#include "mox/program/ShaderGraphText.h"
 #include "mox/shader/ShaderGraphGenerator.h"
 #include "tests/support/Failure.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mox/ShaderError.h"
-#include "mox/host/NodeMaker.h"
+#include "mox/graph/NodeMaker.h"
 #include "tests/support/TestNode.h"
 
 #include <boost/smart_ptr/make_shared.hpp>

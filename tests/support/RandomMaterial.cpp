@@ -1,7 +1,7 @@
 #include "tests/support/RandomMaterial.h"
 
 #include "mox/Text.h"
-#include "mox/host/PropertyText.h"
+#include "mox/document/PropertyText.h"
 #include "tests/support/MaterialText.h"
 
 #include <random>

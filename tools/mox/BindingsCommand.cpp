@@ -1,7 +1,7 @@
 #include "Commands.h"
 #include "LoadPlugins.h"
-#include "mox/host/BindingsDocument.h"
-#include "mox/host/OpenMaterial.h"
+#include "mox/graph/BindingsDocument.h"
+#include "mox/graph/OpenMaterial.h"
 
 #include <iostream>
 

@@ -1,9 +1,9 @@
 #include "Commands.h"
 #include "LoadPlugins.h"
 #include "mox/Text.h"
+#include "mox/document/PropertyText.h"
 #include "mox/host/File.h"
 #include "mox/host/Icon.h"
-#include "mox/host/PropertyText.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -2,9 +2,9 @@
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
 #include "Targets.h"
+#include "mox/batch/MaterialFiles.h"
 #include "mox/check/MaterialCheck.h"
 #include "mox/check/ProblemReport.h"
-#include "mox/host/MaterialFiles.h"
 
 #include <iostream>
 

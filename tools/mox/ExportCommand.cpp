@@ -6,10 +6,10 @@
 #include "StopOnSignal.h"
 #include "Targets.h"
 #include "mox/Text.h"
-#include "mox/host/Depfile.h"
-#include "mox/host/ExportBatch.h"
+#include "mox/batch/Depfile.h"
+#include "mox/batch/ExportBatch.h"
+#include "mox/batch/MaterialFiles.h"
 #include "mox/host/File.h"
-#include "mox/host/MaterialFiles.h"
 #include "mox/program/ProgramExporter.h"
 #include "mox/program/ShaderGraphExporter.h"
 

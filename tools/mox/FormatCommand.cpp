@@ -1,8 +1,8 @@
 #include "Commands.h"
+#include "mox/batch/MaterialFiles.h"
+#include "mox/document/MaterialDocument.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
-#include "mox/host/MaterialDocument.h"
-#include "mox/host/MaterialFiles.h"
 
 #include <iostream>
 

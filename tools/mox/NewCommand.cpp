@@ -1,8 +1,8 @@
 #include "Commands.h"
 #include "LoadPlugins.h"
 #include "mox/Text.h"
+#include "mox/document/NodeFragment.h"
 #include "mox/host/HostError.h"
-#include "mox/host/NodeFragment.h"
 
 #include <iostream>
 

@@ -3,7 +3,7 @@
 #include "LoadPlugins.h"
 #include "ProblemMessage.h"
 #include "mox/Text.h"
-#include "mox/host/PropertyText.h"
+#include "mox/document/PropertyText.h"
 #include "mox/preview/MaterialPreview.h"
 #include "mox/preview/MeshFile.h"
 

@@ -1,6 +1,6 @@
 #include "Thumbnails.h"
 
-#include "mox/host/MaterialDocument.h"
+#include "mox/document/MaterialDocument.h"
 #include "mox/preview/MaterialPreview.h"
 #include "mox/preview/MeshFile.h"
 

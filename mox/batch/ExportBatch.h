@@ -1,0 +1,71 @@
+#pragma once
+
+#include "mox/batch/Exporter.h"
+
+#include <filesystem>
+#include <functional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace Mox::Host {
+
+/// Where the texts of a batch lie.
+enum class ExportLayout
+{
+    ByMaterial, ///< each material has its own
+    ByContent,  ///< equal programs lie once, in the folder "programs" beside the outputs, named
+                ///< after their content; a material has a file that names them
+};
+
+struct ExportJob
+{
+    std::string Document;
+    std::string Output; ///< path of its texts, up to their endings
+};
+
+/// How the export of one material went. The texts themselves are on the disk.
+struct ExportOutcome
+{
+    ProblemList Problems;
+    std::vector<std::filesystem::path> Outputs; ///< what stands on the disk; none after an error
+    std::vector<std::filesystem::path> Inputs;  ///< the document, and whatever else they hang on
+    std::string Content; ///< name of the texts after their content; equal for equal programs
+};
+
+/// Exports many materials on several threads. A material that fails stops no other one, and what is
+/// kept in memory does not grow with the number of materials.
+class ExportBatch
+{
+public:
+    /// Called for one job after another, in their order.
+    using Report = std::function<void(const ExportJob&, const ExportOutcome&)>;
+
+    /// @param exporter must live as long as this object
+    /// @param folder the output folder, into which programs by content go
+    /// @throws HostError if two jobs would write one file
+    ExportBatch(const Exporter& exporter, std::vector<ExportJob> jobs,
+                ExportLayout layout = ExportLayout::ByMaterial, std::filesystem::path folder = {});
+
+    std::size_t Size() const { return _jobs.size(); }
+
+    /// Exports everything and writes each text that differs from what its file holds. Reports come
+    /// on the calling thread, and an exception of report ends the run. A stop lets the jobs that
+    /// have begun finish and report; the others are left out.
+    /// @param workers number of threads, at least 1
+    void Run(unsigned workers, const Report& report, const std::stop_token& stop = {}) const;
+
+private:
+    ExportOutcome ExportOne(const ExportJob& job) const;
+    void ExportInto(ExportOutcome& outcome, const ExportJob& job) const;
+    void WriteTexts(ExportOutcome& outcome, const ExportJob& job,
+                    const std::vector<std::string>& texts) const;
+    std::vector<std::string> OutputsOf(const ExportJob& job) const;
+
+    const Exporter& _exporter;
+    std::vector<ExportJob> _jobs;
+    ExportLayout _layout;
+    std::filesystem::path _folder;
+};
+
+} // namespace Mox::Host

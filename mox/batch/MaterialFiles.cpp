@@ -1,0 +1,86 @@
+#include "mox/batch/MaterialFiles.h"
+
+#include "mox/Text.h"
+#include "mox/host/HostError.h"
+
+#include <libxml/xmlreader.h>
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+#include <string_view>
+#include <system_error>
+
+namespace Mox::Host {
+
+namespace {
+
+using std::filesystem::path;
+
+bool MayBeMaterial(const path& file)
+{
+    if (!std::ifstream(file))
+        return true; // libxml2 would print the reason
+    const std::unique_ptr<xmlTextReader, decltype(&xmlFreeTextReader)> reader(
+        xmlReaderForFile(file.c_str(), nullptr,
+                         XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
+        xmlFreeTextReader);
+    if (!reader)
+        return true;
+    while (xmlTextReaderRead(reader.get()) == 1) {
+        if (xmlTextReaderNodeType(reader.get()) == XML_READER_TYPE_ELEMENT) {
+            const xmlChar* name = xmlTextReaderConstName(reader.get());
+            return std::string_view(reinterpret_cast<const char*>(name)) == "material";
+        }
+    }
+    return true;
+}
+
+/// What cannot be looked at counts, so that its reader says why.
+bool MayBeFile(const std::filesystem::directory_entry& entry)
+{
+    std::error_code error;
+    return entry.is_regular_file(error) || error;
+}
+
+std::vector<std::string> FindIn(const path& folder)
+{
+    std::vector<std::string> found;
+    std::error_code error;
+    std::filesystem::recursive_directory_iterator entry(folder, error);
+    for (; !error && entry != std::filesystem::end(entry); entry.increment(error)) {
+        if (entry->path().extension() == ".xml" && MayBeFile(*entry) &&
+            MayBeMaterial(entry->path()))
+            found.push_back(entry->path().string());
+    }
+    const Place where{folder.string(), 0, {}, {}};
+    if (error) {
+        throw HostError(where,
+                        Materials::Compose("cannot be searched for materials: ", error.message()));
+    }
+    if (found.empty())
+        throw HostError(where, "holds no material");
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+} // namespace
+
+std::vector<MaterialFile> FindMaterials(const std::vector<path>& filesAndFolders)
+{
+    std::vector<MaterialFile> materials;
+    for (const path& argument : filesAndFolders) {
+        std::error_code error;
+        if (!std::filesystem::is_directory(argument, error)) {
+            materials.push_back({argument.string(), argument.stem().string()});
+            continue;
+        }
+        for (std::string& document : FindIn(argument)) {
+            path name = path(document).lexically_relative(argument).replace_extension();
+            materials.push_back({std::move(document), name.string()});
+        }
+    }
+    return materials;
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "mox/document/MaterialDocument.h"
+
+#include <filesystem>
+#include <vector>
+
+namespace Mox::Host {
+
+/// The texture files that a document puts into its bindings, as paths from where the program runs:
+/// the document names them from its own folder. They need not exist.
+std::vector<std::filesystem::path> TextureFiles(const std::vector<DocumentBinding>& bindings,
+                                                const std::filesystem::path& document);
+
+} // namespace Mox::Host

@@ -1,0 +1,305 @@
+#include "mox/document/MaterialReader.h"
+
+#include "mox/Text.h"
+#include "mox/document/PropertyText.h"
+#include "mox/host/Excerpt.h"
+
+#include <iterator>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+constexpr std::size_t mostFailures = 1000;
+
+const std::string* FindAttribute(const XmlElement& element, std::string_view name)
+{
+    for (const DocumentValue& attribute : element.Attributes) {
+        if (attribute.Name == name)
+            return &attribute.Value;
+    }
+    return nullptr;
+}
+
+void Append(DocumentComments& comments, DocumentComments more)
+{
+    comments.insert(comments.end(), std::make_move_iterator(more.begin()),
+                    std::make_move_iterator(more.end()));
+}
+
+/// An element without children keeps what stands inside it in front of itself.
+DocumentComments Flatten(SectionComments comments)
+{
+    Append(comments.Before, std::move(comments.Last));
+    return std::move(comments.Before);
+}
+
+template <class Record>
+void MoveInto(std::vector<Record>& records, std::optional<Record>& record)
+{
+    if (record)
+        records.push_back(std::move(*record));
+    record.reset();
+}
+
+} // namespace
+
+MaterialReader::MaterialReader(const std::string& file, ProblemList& problems)
+    : _problems(problems), _parser(file, *this, problems)
+{
+    _document.File = file;
+}
+
+MaterialDocument MaterialReader::Read(std::string_view text)
+{
+    if (!_parser.Parse(text)) {
+        // Of a part nobody can say what is missing in it.
+        MaterialDocument nothing;
+        nothing.File = _document.File;
+        return nothing;
+    }
+    Append(_document.Comments.Document.Last, std::move(_comments));
+    return std::move(_document);
+}
+
+void MaterialReader::StartElement(const XmlElement& element)
+{
+    const ElementRule* rule = FindRule(element);
+    _open.push_back({rule, 0, false, std::exchange(_comments, {}), element.Line});
+    if (!rule)
+        return;
+    if (IsOtherVersion(*rule, element))
+        return _parser.Stop();
+    StartRecord(element);
+    CheckAttributes(*rule, element);
+    _validator.Start(element.Node);
+    ReportValidation(element.Line);
+}
+
+void MaterialReader::EndElement(xmlNodePtr node)
+{
+    _validator.End(node);
+    ReportValidation(_open.back().Line);
+    OpenElement element = std::move(_open.back());
+    _open.pop_back();
+    DocumentComments last = std::exchange(_comments, {});
+    if (element.Rule)
+        EndRecord(element.Rule->Name, {std::move(element.Comments), std::move(last)});
+}
+
+void MaterialReader::Text(int line)
+{
+    if (_open.empty() || _open.back().HasText || !_open.back().Rule)
+        return;
+    OpenElement& parent = _open.back();
+    parent.HasText = true;
+    Fail("schema", {_document.File, line, {}, {}},
+         Compose("unexpected text, expected ", parent.Rule->ExpectedChildren(parent.NextChild)));
+}
+
+void MaterialReader::Comment(const std::string& text)
+{
+    _comments.push_back(text);
+}
+
+/// The rule of an element whose parent may have it, be it at another place.
+const ElementRule* MaterialReader::FindRule(const XmlElement& element)
+{
+    const auto fail = [&](const std::string& expected) {
+        Fail("schema", element.PlaceIn(_document.File),
+             Compose("unexpected element <", element.Name, ">, expected ", expected));
+    };
+    if (_open.empty()) {
+        if (element.Name == _schema.Root().Name)
+            return &_schema.Root();
+        fail(Compose("<", _schema.Root().Name, ">"));
+        return nullptr;
+    }
+    OpenElement& parent = _open.back();
+    if (!parent.Rule)
+        return nullptr;
+    const std::vector<ElementRule::Child>& children = parent.Rule->Children;
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        if (children[i].Name != element.Name)
+            continue;
+        if (i < parent.NextChild)
+            fail(parent.Rule->ExpectedChildren(parent.NextChild));
+        else
+            parent.NextChild = children[i].IsRepeated ? i : i + 1;
+        return &_schema.Element(element.Name);
+    }
+    fail(parent.Rule->ExpectedChildren(parent.NextChild));
+    return nullptr;
+}
+
+/// A document of another version is not compared with this schema.
+bool MaterialReader::IsOtherVersion(const ElementRule& rule, const XmlElement& element)
+{
+    if (&rule != &_schema.Root())
+        return false;
+    constexpr const char* name = "version";
+    const std::string* version = FindAttribute(element, name);
+    const ValueRule& expected = rule.FindAttribute(name)->Value;
+    if (!version || !ParseInteger(*version) || expected.Accepts(*version))
+        return false;
+    Fail("document-version", element.PlaceOf(name, _document.File),
+         Compose("document version ", *version, " is not supported, expected ",
+                 expected.Expected()));
+    return true;
+}
+
+void MaterialReader::CheckAttributes(const ElementRule& rule, const XmlElement& element)
+{
+    for (const AttributeProblem& problem : rule.Check(element.Attributes)) {
+        if (_failureCount > mostFailures)
+            return; // finding the place of an attribute takes its time
+        Fail("schema",
+             problem.Attribute.empty() ? element.PlaceIn(_document.File)
+                                       : element.PlaceOf(problem.Attribute, _document.File),
+             _property ? Compose("property ", Excerpt(_property->Name), ": ", problem.Message)
+                       : problem.Message);
+        if (problem.Attribute == "value")
+            _property.reset();
+    }
+}
+
+/// The rules explain and libxml2 decides: what only it refuses is told in its words.
+void MaterialReader::ReportValidation(int line)
+{
+    if (_failureCount == 0 && !_validator.IsValid()) {
+        Fail("schema", {_document.File, line, {}, {}},
+             Compose("does not follow the schema: ", _validator.Message()));
+    }
+}
+
+void MaterialReader::StartRecord(const XmlElement& element)
+{
+    if (element.Name == "node")
+        StartNode(element);
+    else if (element.Name == "property")
+        StartProperty(element);
+    else if (element.Name == "edge")
+        StartEdge(element);
+    else if (element.Name == "binding")
+        StartBinding(element);
+    else if (element.Name == "description")
+        _document.Description = element.Attributes;
+    else if (element.Name == "renderState")
+        _document.RenderState = element.Attributes;
+}
+
+void MaterialReader::StartNode(const XmlElement& element)
+{
+    const std::string* id = FindAttribute(element, "id");
+    if (!id || id->empty())
+        return;
+    _node.emplace();
+    _node->Id = *id;
+    _node->Line = element.Line;
+    if (const std::string* type = FindAttribute(element, "type"))
+        _node->Type = *type;
+    if (const std::string* version = FindAttribute(element, "version"))
+        _node->Version = ParseInteger(*version).value_or(0);
+    const auto [other, isNew] = _lineOfId.emplace(*id, element.Line);
+    _isDoubled = !isNew;
+    if (_isDoubled) {
+        Fail("doubled-id", element.PlaceOf("id", _document.File),
+             Compose("the node on line ", other->second, " has this id already"));
+    }
+}
+
+void MaterialReader::StartProperty(const XmlElement& element)
+{
+    const std::string* name = FindAttribute(element, "name");
+    const std::string* kind = FindAttribute(element, "kind");
+    const std::string* value = FindAttribute(element, "value");
+    const auto parsed = kind ? ParseKind(*kind) : std::nullopt;
+    if (name && parsed && value)
+        _property = DocumentProperty{*name, *parsed, *value, element.Line, {}};
+}
+
+void MaterialReader::StartEdge(const XmlElement& element)
+{
+    const std::string* tail = FindAttribute(element, "tail");
+    const std::string* tailPort = FindAttribute(element, "tailPort");
+    const std::string* head = FindAttribute(element, "head");
+    const std::string* headPort = FindAttribute(element, "headPort");
+    if (tail && tailPort && head && headPort)
+        _edge = DocumentEdge{*tail, *tailPort, *head, *headPort, element.Line, {}};
+}
+
+void MaterialReader::StartBinding(const XmlElement& element)
+{
+    const std::string* stream = FindAttribute(element, "stream");
+    const std::string* tag = FindAttribute(element, "tag");
+    if (!stream || !tag)
+        return;
+    _binding = DocumentBinding{*stream, *tag, {}, element.Line, {}};
+    for (const DocumentValue& value : element.Attributes) {
+        if (&value.Value != stream && &value.Value != tag)
+            _binding->Values.push_back(value);
+    }
+    const auto [other, isNew] = _lineOfBinding.emplace(std::pair(*stream, *tag), element.Line);
+    if (!isNew) {
+        Fail("doubled-binding", element.PlaceOf("tag", _document.File),
+             Compose("the binding on line ", other->second, " has this stream and tag already"));
+    }
+}
+
+void MaterialReader::EndRecord(const std::string& name, SectionComments comments)
+{
+    if (name == "property") {
+        if (_property)
+            _property->Comments = Flatten(std::move(comments));
+        if (_node)
+            MoveInto(_node->Properties, _property);
+        _property.reset();
+    } else if (name == "node") {
+        if (_node) {
+            _node->Comments = std::move(comments.Before);
+            _node->LastComments = std::move(comments.Last);
+        }
+        if (_isDoubled)
+            _node.reset();
+        MoveInto(_document.Nodes, _node);
+    } else if (name == "edge") {
+        if (_edge)
+            _edge->Comments = Flatten(std::move(comments));
+        MoveInto(_document.Edges, _edge);
+    } else if (name == "binding") {
+        if (_binding)
+            _binding->Comments = Flatten(std::move(comments));
+        MoveInto(_document.Bindings, _binding);
+    } else if (name == "description") {
+        _document.Comments.Description = Flatten(std::move(comments));
+    } else if (name == "renderState") {
+        _document.Comments.RenderState = Flatten(std::move(comments));
+    } else if (name == "nodes") {
+        _document.Comments.Nodes = std::move(comments);
+    } else if (name == "edges") {
+        _document.Comments.Edges = std::move(comments);
+    } else if (name == "bindings") {
+        _document.Comments.Bindings = std::move(comments);
+    } else {
+        _document.Comments.Document = std::move(comments);
+    }
+}
+
+void MaterialReader::Fail(const std::string& rule, Place where, const std::string& message)
+{
+    if (_failureCount > mostFailures)
+        return;
+    if (_failureCount++ == mostFailures) {
+        _problems.Fail(
+            "too-many-problems", where,
+            Compose("more than ", mostFailures, " problems; what follows was not looked at"));
+        return _parser.Stop();
+    }
+    if (_node)
+        where.Node = _node->Id;
+    _problems.Fail(rule, where, message);
+}
+
+} // namespace Mox::Host

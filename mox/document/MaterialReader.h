@@ -1,0 +1,79 @@
+#pragma once
+
+#include "mox/document/MaterialDocument.h"
+#include "mox/document/MaterialSchema.h"
+#include "mox/document/SchemaValidator.h"
+#include "mox/document/XmlParser.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace Mox::Host {
+
+/// Reads one material document. Whatever the schema does not allow becomes a problem that says what
+/// was expected there, and reading goes on.
+class MaterialReader : private XmlHandler
+{
+public:
+    /// @param file as it is named in messages
+    /// @param problems must outlive the reader
+    MaterialReader(const std::string& file, ProblemList& problems);
+
+    /// To be called once.
+    MaterialDocument Read(std::string_view text);
+
+private:
+    /// An element whose end has not come yet.
+    struct OpenElement
+    {
+        const ElementRule* Rule = nullptr; ///< null in what the schema does not know
+        std::size_t NextChild = 0;         ///< the first child of the rule that may still come
+        bool HasText = false;              ///< which has been reported
+        DocumentComments Comments;         ///< in front of it
+        int Line = 0;
+    };
+
+    void StartElement(const XmlElement& element) override;
+    void EndElement(xmlNodePtr node) override;
+    void Text(int line) override;
+    void Comment(const std::string& text) override;
+
+    const ElementRule* FindRule(const XmlElement& element);
+    bool IsOtherVersion(const ElementRule& rule, const XmlElement& element);
+    void CheckAttributes(const ElementRule& rule, const XmlElement& element);
+    void ReportValidation(int line);
+
+    void StartRecord(const XmlElement& element);
+    void StartNode(const XmlElement& element);
+    void StartProperty(const XmlElement& element);
+    void StartEdge(const XmlElement& element);
+    void StartBinding(const XmlElement& element);
+    void EndRecord(const std::string& name, SectionComments comments);
+
+    void Fail(const std::string& rule, Place where, const std::string& message);
+
+    const MaterialSchema& _schema = MaterialSchema::Get();
+    SchemaValidator _validator{_schema};
+    ProblemList& _problems;
+    XmlParser _parser;
+    MaterialDocument _document;
+
+    std::vector<OpenElement> _open;
+    DocumentComments _comments; ///< since the last tag
+    std::optional<DocumentNode> _node;
+    bool _isDoubled = false; ///< the node has the id of another one and is left out
+    std::optional<DocumentProperty> _property;
+    std::optional<DocumentEdge> _edge;
+    std::optional<DocumentBinding> _binding;
+
+    std::unordered_map<std::string, int> _lineOfId;
+    std::map<std::pair<std::string, std::string>, int> _lineOfBinding; ///< by stream and tag
+    std::size_t _failureCount = 0;
+};
+
+} // namespace Mox::Host

@@ -1,0 +1,150 @@
+#include "mox/document/MaterialWriter.h"
+
+#include "mox/Text.h"
+#include "mox/document/PropertyText.h"
+
+#include <algorithm>
+
+namespace Mox::Host {
+
+using Materials::Compose;
+
+MaterialWriter::MaterialWriter(const std::string& file) : _place{file, 0, {}, {}}
+{}
+
+void MaterialWriter::WriteDocument(const MaterialDocument& document)
+{
+    _writer.StartDocument();
+    WriteComments(document.Comments.Document.Before);
+    const ElementRule& root = _schema.Root();
+    _writer.StartElement(root.Name);
+    WriteAttribute("version", root.FindAttribute("version")->Value.Words().front());
+    WriteValues("description", document.Description, document.Comments.Description);
+    WriteValues("renderState", document.RenderState, document.Comments.RenderState);
+
+    WriteComments(document.Comments.Nodes.Before);
+    _writer.StartElement("nodes");
+    for (const DocumentNode& node : document.Nodes)
+        WriteNode(node);
+    WriteComments(document.Comments.Nodes.Last);
+    _writer.EndElement();
+
+    WriteComments(document.Comments.Edges.Before);
+    _writer.StartElement("edges");
+    for (const DocumentEdge& edge : document.Edges)
+        WriteEdge(edge);
+    WriteComments(document.Comments.Edges.Last);
+    _writer.EndElement();
+
+    WriteComments(document.Comments.Bindings.Before);
+    if (!document.Bindings.empty() || !document.Comments.Bindings.Last.empty()) {
+        _writer.StartElement("bindings");
+        for (const DocumentBinding& binding : document.Bindings)
+            WriteBinding(binding);
+        WriteComments(document.Comments.Bindings.Last);
+        _writer.EndElement();
+    }
+    WriteComments(document.Comments.Document.Last);
+    _writer.EndElement();
+}
+
+void MaterialWriter::WriteNode(const DocumentNode& node)
+{
+    WriteComments(node.Comments);
+    _writer.StartElement("node");
+    WriteAttribute("id", node.Id);
+    _place.Node = node.Id;
+    WriteAttribute("type", node.Type);
+    WriteAttribute("version", std::to_string(node.Version));
+    for (const DocumentProperty& property : node.Properties)
+        WriteProperty(property);
+    WriteComments(node.LastComments);
+    _writer.EndElement();
+    _place.Node.clear();
+}
+
+std::string MaterialWriter::Finish()
+{
+    return _writer.Finish();
+}
+
+void MaterialWriter::WriteProperty(const DocumentProperty& property)
+{
+    WriteComments(property.Comments);
+    _writer.StartElement("property");
+    WriteAttribute("name", property.Name);
+    WriteAttribute("kind", std::string(FormatKind(property.Kind)));
+    WriteAttribute("value", property.Value);
+    _writer.EndElement();
+}
+
+void MaterialWriter::WriteEdge(const DocumentEdge& edge)
+{
+    WriteComments(edge.Comments);
+    _writer.StartElement("edge");
+    WriteAttribute("tail", edge.Tail);
+    WriteAttribute("tailPort", edge.TailPort);
+    WriteAttribute("head", edge.Head);
+    WriteAttribute("headPort", edge.HeadPort);
+    _writer.EndElement();
+}
+
+void MaterialWriter::WriteBinding(const DocumentBinding& binding)
+{
+    WriteComments(binding.Comments);
+    _writer.StartElement("binding");
+    WriteAttribute("stream", binding.Stream);
+    WriteAttribute("tag", binding.Tag);
+    WriteAttributes(_schema.Element("binding"), binding.Values);
+    _writer.EndElement();
+}
+
+/// An element of attributes alone, which is left out if there are none.
+void MaterialWriter::WriteValues(const char* element, const std::vector<DocumentValue>& values,
+                                 const DocumentComments& comments)
+{
+    WriteComments(comments);
+    if (values.empty())
+        return;
+    _writer.StartElement(element);
+    WriteAttributes(_schema.Element(element), values);
+    _writer.EndElement();
+}
+
+void MaterialWriter::WriteAttributes(const ElementRule& rule, std::vector<DocumentValue> values)
+{
+    for (const DocumentValue& value : values) {
+        if (!rule.FindAttribute(value.Name)) {
+            throw HostError(_place, Compose("cannot be written: <", rule.Name,
+                                            "> has no attribute \"", value.Name, "\""));
+        }
+    }
+    std::sort(values.begin(), values.end(),
+              [&](const DocumentValue& left, const DocumentValue& right) {
+                  return rule.OrderOf(left.Name) < rule.OrderOf(right.Name);
+              });
+    for (const DocumentValue& value : values)
+        WriteAttribute(value.Name, value.Value);
+}
+
+void MaterialWriter::WriteAttribute(std::string_view name, const std::string& value)
+{
+    if (!IsXmlText(value)) {
+        throw HostError(_place, Compose("cannot be written: attribute \"", name,
+                                        "\" has a character that XML cannot hold"));
+    }
+    _writer.Attribute(name, value);
+}
+
+void MaterialWriter::WriteComments(const DocumentComments& comments)
+{
+    for (const std::string& comment : comments) {
+        if (!IsXmlText(comment)) {
+            throw HostError(_place,
+                            "cannot be written: a comment has a character that XML cannot hold");
+        }
+        _writer.Comment(comment);
+    }
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "mox/document/MaterialDocument.h"
+#include "mox/document/MaterialSchema.h"
+#include "mox/document/XmlWriter.h"
+#include "mox/host/HostError.h"
+
+#include <string>
+#include <string_view>
+
+namespace Mox::Host {
+
+/// Writes documents, or single nodes as they stand in one, in the canonical form.
+/// All operations throw HostError if a text has a character that XML cannot hold.
+class MaterialWriter
+{
+public:
+    /// @param file as it is named in messages
+    explicit MaterialWriter(const std::string& file);
+
+    /// @throws HostError also for a value of the description, the render state or a binding that
+    ///         the schema does not know
+    void WriteDocument(const MaterialDocument& document);
+    void WriteNode(const DocumentNode& node);
+
+    std::string Finish();
+
+private:
+    void WriteProperty(const DocumentProperty& property);
+    void WriteEdge(const DocumentEdge& edge);
+    void WriteBinding(const DocumentBinding& binding);
+    void WriteValues(const char* element, const std::vector<DocumentValue>& values,
+                     const DocumentComments& comments);
+    void WriteAttributes(const ElementRule& rule, std::vector<DocumentValue> values);
+    void WriteAttribute(std::string_view name, const std::string& value);
+    void WriteComments(const DocumentComments& comments);
+
+    const MaterialSchema& _schema = MaterialSchema::Get();
+    XmlWriter _writer;
+    Place _place;
+};
+
+} // namespace Mox::Host

@@ -1,0 +1,131 @@
+#include "mox/document/XmlWriter.h"
+
+#include <libxml/parserInternals.h>
+#include <libxml/xmlstring.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace Mox::Host {
+
+namespace {
+
+void AppendEscaped(std::string& text, std::string_view value)
+{
+    for (const char c : value) {
+        switch (c) {
+        case '&':
+            text += "&amp;";
+            break;
+        case '<':
+            text += "&lt;";
+            break;
+        case '>':
+            text += "&gt;";
+            break;
+        case '"':
+            text += "&quot;";
+            break;
+        case '\t':
+            text += "&#9;";
+            break;
+        case '\n':
+            text += "&#10;";
+            break;
+        case '\r':
+            text += "&#13;";
+            break;
+        default:
+            text += c;
+        }
+    }
+}
+
+} // namespace
+
+bool IsXmlText(std::string_view text)
+{
+    while (!text.empty()) {
+        int size = static_cast<int>(std::min<std::size_t>(text.size(), 4));
+        const int character =
+            xmlGetUTF8Char(reinterpret_cast<const unsigned char*>(text.data()), &size);
+        if (character < 0 || !IS_CHAR(character))
+            return false;
+        text.remove_prefix(static_cast<std::size_t>(size));
+    }
+    return true;
+}
+
+void XmlWriter::StartDocument()
+{
+    _text += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+}
+
+void XmlWriter::StartElement(std::string_view name)
+{
+    CloseStartTag();
+    Indent();
+    _text += '<';
+    _text += name;
+    _open.emplace_back(name);
+    _isInStartTag = true;
+}
+
+void XmlWriter::Attribute(std::string_view name, std::string_view value)
+{
+    _text += ' ';
+    _text += name;
+    _text += "=\"";
+    AppendEscaped(_text, value);
+    _text += '"';
+}
+
+void XmlWriter::Comment(std::string_view text)
+{
+    CloseStartTag();
+    Indent();
+    _text += "<!--";
+    for (const char c : text) {
+        // A carriage return would be read as a line end.
+        if (c == '\r')
+            continue;
+        if (c == '-' && _text.back() == '-')
+            _text += ' ';
+        _text += c;
+    }
+    if (!text.empty() && _text.back() == '-')
+        _text += ' ';
+    _text += "-->\n";
+}
+
+void XmlWriter::EndElement()
+{
+    const std::string name = std::move(_open.back());
+    _open.pop_back();
+    if (std::exchange(_isInStartTag, false)) {
+        _text += "/>\n";
+        return;
+    }
+    Indent();
+    _text += "</";
+    _text += name;
+    _text += ">\n";
+}
+
+std::string XmlWriter::Finish()
+{
+    return std::move(_text);
+}
+
+void XmlWriter::CloseStartTag()
+{
+    if (std::exchange(_isInStartTag, false))
+        _text += ">\n";
+}
+
+void XmlWriter::Indent()
+{
+    _text.append(2 * _open.size(), ' ');
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,81 @@
+#include "mox/graph/GraphChange.h"
+
+#include "mox/Text.h"
+#include "mox/document/PropertyText.h"
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+std::string FormatProperty(const DocumentProperty& property)
+{
+    return Compose("\"", property.Name, "\" = ", FormatKind(property.Kind), " \"", property.Value,
+                   "\"");
+}
+
+std::string FormatEdge(const DocumentEdge& edge)
+{
+    return Compose("edge \"", edge.Tail, "\" port \"", edge.TailPort, "\" -> \"", edge.Head,
+                   "\" port \"", edge.HeadPort, "\"");
+}
+
+struct StepFormatter
+{
+    std::string operator()(const AddNode& step) const
+    {
+        std::string text =
+            Compose("add node \"", step.Node.Id, "\" (", step.Node.Type, ")",
+                    step.Before.empty() ? "" : Compose(" before \"", step.Before, "\""), "\n");
+        for (const DocumentProperty& property : step.Node.Properties)
+            text += Compose("  stored ", FormatProperty(property), "\n");
+        for (const DocumentProperty& property : step.Values)
+            text += Compose("  set ", FormatProperty(property), "\n");
+        return text;
+    }
+
+    std::string operator()(const RemoveNode& step) const
+    {
+        return Compose("remove node \"", step.Id, "\"\n");
+    }
+
+    std::string operator()(const RenameNode& step) const
+    {
+        return Compose("rename node \"", step.Id, "\" to \"", step.NewId, "\"\n");
+    }
+
+    std::string operator()(const AddEdge& step) const
+    {
+        return Compose("add ", FormatEdge(step.Edge),
+                       step.BeforeHead.empty() ? ""
+                                               : Compose(" before that of \"", step.BeforeHead,
+                                                         "\" port \"", step.BeforeHeadPort, "\""),
+                       "\n");
+    }
+
+    std::string operator()(const RemoveEdge& step) const
+    {
+        return Compose("remove ", FormatEdge(step.Edge), "\n");
+    }
+
+    std::string operator()(const SetProperties& step) const
+    {
+        std::string text;
+        for (const auto& [node, property] : step.Settings)
+            text += Compose("set node \"", node, "\" ", FormatProperty(property), "\n");
+        return text;
+    }
+};
+
+} // namespace
+
+std::string GraphChange::Format() const
+{
+    std::string text;
+    for (const GraphStep& step : Steps)
+        text += std::visit(StepFormatter(), step);
+    return text;
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "mox/document/MaterialDocument.h"
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace Mox::Host {
+
+/// Changes of a material graph as plain values. They name nodes by id and hold values as documents
+/// do, so that they can be printed, stored and applied to any graph in which they make sense.
+
+/// A node comes.
+struct AddNode
+{
+    DocumentNode Node; ///< as a document has it; references must be there already
+    std::vector<DocumentProperty> Values; ///< set over the stored ones, as if by a user
+    std::string Before;                   ///< node that it stands ahead of; empty: at the end
+};
+
+/// A node goes, and with it its edges; references to it are emptied.
+struct RemoveNode
+{
+    std::string Id;
+};
+
+/// A node gets another id; references and edges follow.
+struct RenameNode
+{
+    std::string Id;
+    std::string NewId;
+};
+
+/// An edge comes.
+struct AddEdge
+{
+    DocumentEdge Edge;
+    std::string BeforeHead;     ///< the edge that it stands ahead of feeds this node; empty: last
+    std::string BeforeHeadPort; ///< and this input
+};
+
+/// An edge goes.
+struct RemoveEdge
+{
+    DocumentEdge Edge;
+};
+
+struct PropertySetting
+{
+    std::string Node;
+    DocumentProperty Property;
+};
+
+/// Properties get values, all of them before any node rebuilds its ports.
+struct SetProperties
+{
+    std::vector<PropertySetting> Settings;
+};
+
+using GraphStep = std::variant<AddNode, RemoveNode, RenameNode, AddEdge, RemoveEdge, SetProperties>;
+
+/// Steps that are done together or not at all.
+struct GraphChange
+{
+    std::vector<GraphStep> Steps;
+
+    /// One line for each step.
+    std::string Format() const;
+};
+
+} // namespace Mox::Host

@@ -1,0 +1,107 @@
+#include "mox/graph/OnlineOrder.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace Mox::Host {
+
+namespace {
+
+/// The nodes that a search has met, in the order of meeting, each with the one it was met from.
+class Search
+{
+public:
+    explicit Search(std::size_t start) : _nodes{start}, _from{{start, start}} {}
+
+    void Meet(std::size_t node, std::size_t from)
+    {
+        if (_from.try_emplace(node, from).second)
+            _nodes.push_back(node);
+    }
+
+    std::vector<std::size_t>& Nodes() { return _nodes; }
+
+    /// The way by which the search came to a node, backwards.
+    std::vector<std::size_t> WayBack(std::size_t node) const
+    {
+        std::vector<std::size_t> way{node};
+        for (std::size_t from = _from.at(node); from != way.back(); from = _from.at(from))
+            way.push_back(from);
+        return way;
+    }
+
+private:
+    std::vector<std::size_t> _nodes;
+    std::unordered_map<std::size_t, std::size_t> _from;
+};
+
+} // namespace
+
+void OnlineOrder::Append(std::size_t node)
+{
+    if (node >= _position.size())
+        _position.resize(node + 1);
+    _position[node] = _end++;
+}
+
+void OnlineOrder::Assign(const std::vector<std::size_t>& order)
+{
+    _position.clear();
+    _end = 0;
+    for (const std::size_t node : order)
+        Append(node);
+}
+
+std::vector<std::size_t> OnlineOrder::Admit(const LinkTable& links, std::size_t tail,
+                                            std::size_t head)
+{
+    if (tail == head)
+        return {tail};
+    if (_position[tail] < _position[head])
+        return {};
+
+    Search forward(head);
+    for (std::size_t done = 0; done < forward.Nodes().size(); ++done) {
+        const std::size_t node = forward.Nodes()[done];
+        for (const std::size_t link : links.Out(node)) {
+            const std::size_t next = links.Head(link);
+            if (_position[next] <= _position[tail])
+                forward.Meet(next, node);
+            if (next == tail) {
+                std::vector<std::size_t> way = forward.WayBack(tail);
+                std::reverse(way.begin() + 1, way.end());
+                return way;
+            }
+        }
+    }
+    Search backward(tail);
+    for (std::size_t done = 0; done < backward.Nodes().size(); ++done) {
+        const std::size_t node = backward.Nodes()[done];
+        for (const std::size_t link : links.In(node)) {
+            const std::size_t next = links.Tail(link);
+            if (_position[next] >= _position[head])
+                backward.Meet(next, node);
+        }
+    }
+
+    // What leads to the tail takes the first of all these places, what follows the head the rest;
+    // among themselves both keep their order.
+    const auto isAhead = [this](std::size_t left, std::size_t right) {
+        return _position[left] < _position[right];
+    };
+    std::vector<std::size_t> nodes = std::move(backward.Nodes());
+    std::sort(nodes.begin(), nodes.end(), isAhead);
+    std::vector<std::size_t>& followers = forward.Nodes();
+    std::sort(followers.begin(), followers.end(), isAhead);
+    nodes.insert(nodes.end(), followers.begin(), followers.end());
+    std::vector<std::size_t> places;
+    places.reserve(nodes.size());
+    for (const std::size_t node : nodes)
+        places.push_back(_position[node]);
+    std::sort(places.begin(), places.end());
+    for (std::size_t i = 0; i < nodes.size(); ++i)
+        _position[nodes[i]] = places[i];
+    return {};
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "mox/graph/LinkTable.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace Mox::Host {
+
+/// A topological order of nodes that is kept up as links come (after Pearce and Kelly): a new link
+/// that agrees with the order costs nothing, and one that does not moves only the nodes between its
+/// ends. Without recursion. Links may go without notice, since the order stays right.
+class OnlineOrder
+{
+public:
+    /// Puts a new node behind all others.
+    void Append(std::size_t node);
+
+    /// Takes over a whole order.
+    void Assign(const std::vector<std::size_t>& order);
+
+    /// Makes a link from tail to head possible, before it is laid in links.
+    /// @returns the way round that the link would close, from tail over head until just before tail
+    ///          again; nothing changes then. Empty if there is none.
+    std::vector<std::size_t> Admit(const LinkTable& links, std::size_t tail, std::size_t head);
+
+    /// Grows along every link.
+    std::size_t Position(std::size_t node) const { return _position[node]; }
+
+private:
+    std::vector<std::size_t> _position; ///< by node
+    std::size_t _end = 0;               ///< behind all positions
+};
+
+} // namespace Mox::Host

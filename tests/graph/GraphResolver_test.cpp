@@ -1,0 +1,137 @@
+#include "mox/Text.h"
+#include "mox/graph/GraphResolver.h"
+#include "mox/graph/MaterialLoader.h"
+#include "tests/support/GraphText.h"
+#include "tests/support/ProbeNode.h"
+
+#include <gtest/gtest.h>
+
+using namespace Mox::Host;
+using Mox::Materials::Compose;
+
+namespace {
+
+/// Probes "0" -> "1" -> ... in a row; the document has them and their edges in reverse.
+MaterialDocument Chain(int count)
+{
+    MaterialDocument document;
+    for (int i = count - 1; i >= 0; --i) {
+        document.Nodes.push_back({std::to_string(i), "Probe", 0, {}, 0});
+        if (i > 0)
+            document.Edges.push_back({std::to_string(i - 1), "out", std::to_string(i), "in_1", 0});
+    }
+    return document;
+}
+
+class Resolution
+{
+public:
+    explicit Resolution(const MaterialDocument& document)
+        : Graph(LoadMaterial(document, ProbeMaker(), Problems)), Resolver(Graph)
+    {
+        Resolver.Resolve(Problems);
+        ForgetCalls();
+    }
+
+    ProbeNode& At(int id) const
+    {
+        return dynamic_cast<ProbeNode&>(*Graph.Nodes()[Graph.FindNode(std::to_string(id), {})].Gui);
+    }
+
+    /// Resolves and gives "node:count calls/precision calls" for each node called.
+    std::string Calls()
+    {
+        Resolver.Resolve(Problems);
+        std::string calls;
+        for (int i = 0; i < static_cast<int>(Graph.Nodes().size()); ++i) {
+            const ProbeNode& node = At(i);
+            if (node.CountCalls + node.PrecisionCalls > 0)
+                calls += Compose(i, ":", node.CountCalls, "/", node.PrecisionCalls, " ");
+        }
+        ForgetCalls();
+        return calls;
+    }
+
+    void ForgetCalls() const
+    {
+        for (int i = 0; i < static_cast<int>(Graph.Nodes().size()); ++i)
+            At(i).CountCalls = At(i).PrecisionCalls = 0;
+    }
+
+    ProblemList Problems;
+    MaterialGraph Graph;
+    GraphResolver Resolver;
+};
+
+TEST(GraphResolver, CallsOnlyWhatAChangeReaches)
+{
+    Resolution chain(Chain(8));
+    EXPECT_EQ(chain.Calls(), "");
+    chain.Graph.SetProperty("3", "PositionX", "5");
+    EXPECT_EQ(chain.Calls(), "");
+    chain.Graph.SetProperty("3", "Failure", "");
+    EXPECT_EQ(chain.Calls(), "");
+
+    // A wider output changes all that follow up to the node whose own output is fixed.
+    chain.Graph.SetProperty("6", "Width", "2");
+    EXPECT_EQ(chain.Calls(), "6:1/1 7:1/1 ");
+    chain.Graph.SetProperty("3", "Width", "3");
+    EXPECT_EQ(chain.Calls(), "3:1/1 4:1/1 5:1/1 6:1/1 ");
+    EXPECT_EQ(chain.At(6).InputPorts[0].GetComponentCount(), 3);
+    EXPECT_EQ(chain.At(7).InputPorts[0].GetComponentCount(), 2);
+    chain.Graph.SetProperty("3", "Inputs", "3");
+    EXPECT_EQ(chain.Calls(), "3:1/1 ");
+
+    // Precision runs the other way.
+    chain.Graph.SetProperty("4", "Float", "true");
+    EXPECT_EQ(chain.Calls(), "0:0/1 1:0/1 2:0/1 3:0/1 4:1/1 ");
+    EXPECT_EQ(chain.At(0).OutputPorts[0].GetPrecision(), ComponentType::Float);
+    EXPECT_EQ(chain.At(5).OutputPorts[0].GetPrecision(), ComponentType::Half);
+
+    // Both ends of an edge are concerned.
+    const GraphChange inverse = chain.Graph.Disconnect("1", "out", "2", "in_1");
+    EXPECT_EQ(chain.Calls(), "0:0/1 1:1/1 2:1/1 ");
+    chain.Graph.Apply(inverse);
+    EXPECT_EQ(chain.Calls(), "0:0/1 1:1/1 2:1/1 ");
+}
+
+TEST(GraphResolver, ConflictsAreShownToldAndForgotten)
+{
+    Resolution chain(Chain(3));
+    chain.Graph.SetProperty("0", "Width", "3");
+    chain.Graph.AddNode("3", "Probe");
+    chain.Graph.SetProperty("3", "Width", "4");
+    chain.Graph.Connect("3", "out", "1", "in_2");
+    chain.Resolver.Resolve(chain.Problems);
+    ProblemList problems;
+    ReportCountConflicts(chain.Graph, problems);
+    EXPECT_EQ(FormatProblems(problems),
+              "error count-conflict: node \"1\": component counts do not agree: \"in_1\" has 3, "
+              "\"in_2\" has 4\n");
+    EXPECT_FALSE(chain.At(2).InputPorts[0].CountKnown && chain.At(2).InEdges.empty());
+    chain.Graph.SetProperty("3", "Width", "1");
+    chain.Resolver.Resolve(chain.Problems);
+    problems = {};
+    ReportCountConflicts(chain.Graph, problems);
+    EXPECT_TRUE(problems.Problems().empty());
+    EXPECT_EQ(chain.At(2).InputPorts[0].GetComponentCount(), 3);
+}
+
+TEST(GraphResolver, LongChainInAnyOrder)
+{
+    constexpr int count = 200000;
+    Resolution chain(Chain(count));
+    EXPECT_TRUE(chain.Problems.Problems().empty());
+    EXPECT_NE(HostFailureOf([&] {
+                  chain.Graph.Connect(std::to_string(count - 1), "out", "0", "in_1");
+              }).find(Compose("edges run in a circle: \"", count - 1, "\" -> \"0\" -> \"1\"")),
+              std::string::npos);
+    chain.Graph.SetProperty("0", "Width", "4");
+    const auto called = chain.Resolver.Resolve(chain.Problems);
+    EXPECT_EQ(called.size(), static_cast<std::size_t>(count));
+    EXPECT_EQ(chain.At(count - 1).OutputPorts[0].GetComponentCount(), 4);
+    chain.Graph.SetProperty("100", "Inputs", "1");
+    EXPECT_EQ(chain.Resolver.Resolve(chain.Problems).size(), 1u);
+}
+
+} // namespace
