@@ -93,6 +93,9 @@ TEST(DiffCommand, SaysWhatChanged)
     EXPECT_EQ(differ.Status, 1);
     EXPECT_EQ(differ.Text,
               "node \"a\" (CoreMaths): \"Default Blend\" changed from \"0.5\" to \"1\"\n");
+    const Outcome trouble = RunMox("diff " + one + " nowhere.xml");
+    EXPECT_EQ(trouble.Status, 2);
+    EXPECT_EQ(trouble.Text, "mox: nowhere.xml: cannot be read: No such file or directory\n");
 }
 
 TEST(FormatCommand, BringsDocumentsIntoTheOneForm)
