@@ -196,7 +196,7 @@ TEST(MaterialProgram, FragmentResultNeededPerVertexIsAnErrorWithThePath)
     )"),
         "stage-conflict: test.xml:2: node \"height\": function \"textureCode\" (2/1/f) runs per "
         "fragment, but its result is needed per vertex: node \"height\" -> node \"scaled\" -> "
-        "function \"clipPositionCode\" (3/1/*) -> Cg register parameter POSITION (float4)\n");
+        "node \"surface\" port \"in_offset\"\n");
 }
 
 TEST(MaterialProgram, NamesThatAreNoCgNamesWork)
