@@ -287,6 +287,26 @@ std::string TextureSum(int count, bool ownCoordinates)
     return text + last + " -> surface.in_colour\n";
 }
 
+TEST(MaterialProgram, TwoEndsAreToldWhateverTheyWrite)
+{
+    const std::string ends = R"(
+        uv CoreUv
+        paint CoreTexture
+        one Surface
+        idle Surface
+        two Surface
+        uv.read -> paint.in_uv
+        paint.out_colour -> one.in_colour
+    )";
+    const std::string warning =
+        "two-ends: test.xml:5: node \"two\": the material ends in node \"one\" too, and takes "
+        "what both write\n";
+    EXPECT_EQ(ProblemsOf(ends), "");
+    EXPECT_EQ(ProblemsOf(ends + "paint.out_colour -> two.in_emission"), warning);
+    EXPECT_EQ(ProblemsOf(ends + "paint.out_colour -> two.in_colour").substr(0, warning.size()),
+              warning);
+}
+
 TEST(MaterialProgram, AProblemDoesNotHideThoseBehindIt)
 {
     const std::string problems = ProblemsOf(R"(
