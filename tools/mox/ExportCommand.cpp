@@ -88,7 +88,7 @@ struct Tally
     std::string Format() const
     {
         return Compose(Exported, " exported, ", Contents.size(), " distinct, ", Failed, " failed, ",
-                       Warnings, " warnings");
+                       Warnings, Warnings == 1 ? " warning" : " warnings");
     }
 };
 
