@@ -119,6 +119,11 @@ void* operator new(std::size_t size)
     return block;
 }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return Allocate(size, Owner::New);
+}
+
 void operator delete(void* block) noexcept
 {
     Release(block, Owner::New);
