@@ -133,3 +133,8 @@ void operator delete(void* block, std::size_t) noexcept
 {
     Release(block, Owner::New);
 }
+
+void operator delete(void* block, const std::nothrow_t&) noexcept
+{
+    Release(block, Owner::New);
+}
