@@ -31,10 +31,17 @@ TEST(ExportCommand, OneFailureStopsNoOtherMaterial)
                       folder.Read("out/" + name + ".fragment.cg"));
     }
 
-    const Outcome twice = RunMox("export ../examples ../examples/flip_book.xml -o out");
-    EXPECT_EQ(twice.Status, 1);
-    EXPECT_EQ(twice.Text, "mox: out/flip_book.vertex.cg: would be written for both "
-                          "../examples/flip_book.xml and ../examples/flip_book.xml\n");
+    // One file by three roads is one material; two files for one output are refused.
+    const std::string two = "export ../examples ../examples/flip_book.xml "
+                            "mox/../../examples/flip_book.xml -o " +
+                            Quote(folder.Path() / "two");
+    EXPECT_NE(RunMox(two).Text.find("\nmox: 7 exported, 7 distinct,"), std::string::npos);
+    const auto other = folder.Write("flip_book.xml");
+    const Outcome clash = RunMox("export ../examples " + Quote(other) + " -o out");
+    EXPECT_EQ(clash.Status, 1);
+    EXPECT_EQ(clash.Text, "mox: out/flip_book.vertex.cg: would be written for both "
+                          "../examples/flip_book.xml and " +
+                              other.string() + "\n");
 }
 
 TEST(ExportCommand, ManyAtOnceComeOutAsOneByOne)
