@@ -144,7 +144,9 @@ bool XmlParser::Parse(std::string_view text)
 void XmlParser::Stop()
 {
     _isStopped = true;
-    xmlStopParser(_context);
+    // xmlStopParser would free the text, from which libxml2 still reads when it tells of an error.
+    _context->disableSAX = 1;
+    _context->instate = XML_PARSER_EOF;
 }
 
 /// Exceptions cannot pass through libxml2: they wait until it has returned.

@@ -1,8 +1,12 @@
 #include "mox/program/MaterialProgram.h"
 
+#include "mox/Text.h"
 #include "mox/program/EnvironmentNodes.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
+
+#include <algorithm>
+#include <map>
 
 namespace Mox::Host {
 
@@ -18,6 +22,26 @@ void Append(const ProblemList& found, const MaterialGraph& graph, ProblemList& p
         else if (problem.Where.File.empty())
             problem.Where.File = graph.Store().File();
         problems.Add(problem);
+    }
+}
+
+/// Warns of nodes in which the material ends once more.
+void WarnOfSecondEnds(const MaterialGraph& graph, ProblemList& problems)
+{
+    std::map<std::string, std::string> firstEnds; // ids by type
+    for (const MaterialGraph::Node& node : graph.Nodes()) {
+        const auto& inputs = node.Gui->InputPorts;
+        const bool isEnd = node.Gui->OutputPorts.empty() &&
+                           std::any_of(inputs.begin(), inputs.end(),
+                                       [](const auto& port) { return port.Connected; });
+        if (!isEnd || node.IsPlaceholder)
+            continue;
+        const auto [first, isNew] = firstEnds.emplace(node.Gui->GetType(), node.Id);
+        if (!isNew) {
+            problems.Warn("two-ends", node.Where,
+                          Materials::Compose("the material ends in node \"", first->second,
+                                             "\" too, and takes what both write"));
+        }
     }
 }
 
@@ -38,6 +62,7 @@ void CompleteShader(const MaterialGraph& graph, const Environment& environment,
 CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& environment,
                                const ProgramOptions& options, ProblemList& problems)
 {
+    WarnOfSecondEnds(graph, problems);
     GeneratedShader shader;
     ProblemList found;
     CompleteShader(graph, environment, shader, found);

@@ -93,6 +93,9 @@ TEST(DiffCommand, SaysWhatChanged)
     EXPECT_EQ(differ.Status, 1);
     EXPECT_EQ(differ.Text,
               "node \"a\" (CoreMaths): \"Default Blend\" changed from \"0.5\" to \"1\"\n");
+    const Outcome trouble = RunMox("diff " + one + " nowhere.xml");
+    EXPECT_EQ(trouble.Status, 2);
+    EXPECT_EQ(trouble.Text, "mox: nowhere.xml: cannot be read: No such file or directory\n");
 }
 
 TEST(FormatCommand, BringsDocumentsIntoTheOneForm)
@@ -131,10 +134,12 @@ TEST(ExportTargets, WriteEveryLanguageWithAReflection)
 <edge tail="uv" tailPort="read" head="grid" headPort="in_uv"/>
 <edge tail="grid" tailPort="out_uv1" head="t" headPort="in_uv"/>
 <edge tail="t" tailPort="out_colour" head="s" headPort="in_colour"/></edges>)");
-    const Outcome failure = RunMox("export --target spirv " + broken);
-    EXPECT_EQ(failure.Status, 1);
-    EXPECT_NE(failure.Text.find("grid.xml:5: node \"grid\": does not compile"), std::string::npos)
-        << failure.Text;
+    for (const char* command : {"export --target spirv ", "check "}) {
+        const Outcome failure = RunMox(command + broken);
+        EXPECT_EQ(failure.Status, 1);
+        EXPECT_NE(failure.Text.find("node \"grid\": does not compile"), std::string::npos)
+            << failure.Text;
+    }
 }
 #endif
 

@@ -11,8 +11,8 @@ constexpr const char* footer = R"(Environment:
 
 Exit status:
   0  All went well.
-  1  An input is bad, or an output cannot be written.
-  2  The command line is bad.
+  1  An input is bad, or an output cannot be written; of mox diff, the materials differ.
+  2  The command line is bad; of mox diff, also an input.
 
 Examples:
   mox export examples/two_maths.xml

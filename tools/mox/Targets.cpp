@@ -5,6 +5,7 @@
 #include <algorithm>
 #ifdef MOX_HAS_COMPILER
 #include "mox/compile/CompiledFormat.h"
+#include "mox/compile/ProofFormat.h"
 #endif
 
 namespace Mox::Tool {
@@ -50,8 +51,7 @@ std::vector<std::unique_ptr<Host::ProgramFormat>> MakeFormats(const std::vector<
 std::unique_ptr<Host::ProgramFormat> MakeProof()
 {
 #ifdef MOX_HAS_COMPILER
-    return std::make_unique<Host::CompiledFormat>(
-        std::vector<Host::CompileTarget>{Host::CompileTarget::Spirv});
+    return std::make_unique<Host::ProofFormat>();
 #else
     return {};
 #endif
