@@ -201,9 +201,8 @@ private:
         if (call == 17 && use == 0)
             return Expect(_model.AddOutEdge(node, edge),
                           [&] { Node(node)->AddOutEdge(Edge(edge)); });
-        if (call == 17 && use == 1) {
+        if (call == 17 && use == 1)
             return Expect(_model.AddInEdge(node, edge), [&] { Node(node)->AddInEdge(Edge(edge)); });
-        }
         if (call == 17) {
             _model.Edge(edge).IsHeld = false;
             Edge(edge).reset();
@@ -219,23 +218,18 @@ private:
         model.Type = Pick(types);
         switch (_choices.Below(6)) {
         case 0:
-            model.Kind = ShaderNodeKind::InterfaceParameter;
             model.Flags = Pick(flags);
-            Add(model, ShaderNode::CreateInterfaceParameter(model.Name, model.Flags, model.Type));
-            break;
+            model.Inputs = {{"write", model.Type}};
+            return Add(model,
+                       ShaderNode::CreateInterfaceParameter(model.Name, model.Flags, model.Type));
         case 1:
-            model.Kind = ShaderNodeKind::VaryingParameter;
-            Add(model, ShaderNode::CreateVaryingParameter(model.Name, model.Type));
-            break;
+            return Add(model, ShaderNode::CreateVaryingParameter(model.Name, model.Type));
         case 2:
-            model.Kind = ShaderNodeKind::UniformParameter;
-            Add(model, ShaderNode::CreateUniformParameter(model.Name, model.Type));
-            break;
+            return Add(model, ShaderNode::CreateUniformParameter(model.Name, model.Type));
         case 3:
-            model.Kind = ShaderNodeKind::InterpolantParameter;
-            Add(model, ShaderNode::CreateInterpolantParameter(model.Type));
-            break;
-        default: {
+            model.Inputs = {{"write", model.Type}};
+            return Add(model, ShaderNode::CreateInterpolantParameter(model.Type));
+        default:
             model.Inputs = {{"i", model.Type}};
             model.Outputs = {{"o", Pick(types)}};
             ShaderFunctionBuilder builder;
@@ -243,16 +237,13 @@ private:
             builder.AddOutput(model.Outputs[0].Type, "o");
             Add(model, builder.Build(ShaderLevel::Automatic, model.Name));
         }
-        }
     }
 
     void Add(NodeModel& model, const ShaderNodeHandle& node)
     {
-        if (model.Kind != ShaderNodeKind::Function)
+        model.Kind = node->Kind;
+        if (model.Outputs.empty())
             model.Outputs = {{"read", model.Type}};
-        if (model.Kind == ShaderNodeKind::InterfaceParameter ||
-            model.Kind == ShaderNodeKind::InterpolantParameter)
-            model.Inputs = {{"write", model.Type}};
         _model.Nodes.push_back(model);
         _nodes.push_back(node);
         _weakNodes.emplace_back(node);
