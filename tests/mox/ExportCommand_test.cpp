@@ -44,6 +44,24 @@ TEST(ExportCommand, OneFailureStopsNoOtherMaterial)
                               other.string() + "\n");
 }
 
+TEST(ExportCommand, ManyAtOnceComeOutAsOneByOne)
+{
+#ifdef MOX_HAS_COMPILER
+    const std::string target = "spirv,hlsl";
+#else
+    const std::string target = "cg";
+#endif
+    const TemporaryFolder folder;
+    const Outcome outcome = RunShell(
+        "cd " + Quote(folder.Path()) +
+        " && for i in 1 2 3 4 5; do mkdir -p in/$i && cp '" MOX_EXAMPLES "'/*.xml in/$i; done; "
+        "for j in 1 8; do " +
+        Quote(MOX_PROGRAM) + " export in -o out$j -j $j --target " + target +
+        " 2>messages || { cat messages; exit 1; }; done; diff -r out1 out8");
+    EXPECT_EQ(outcome.Status, 0);
+    EXPECT_EQ(outcome.Text, "");
+}
+
 /// A dependency file that left out a failed material would hide what that hangs on.
 TEST(ExportCommand, FailureKeepsTheOldDependencies)
 {

@@ -31,7 +31,7 @@ Examples:
       Draw it on a mesh, with another colour.
   mox preview brick.xml -o mask.png --node noise.out_red --mesh plane
       Show what one output of a node puts out.
-  mox preview fire.xml -o fire.png --frames 0..7 --size 128x128
+  mox preview fire.xml -o fire.png --frames 0..7 --size 128
       Draw eight frames side by side.
 )";
 
@@ -62,15 +62,24 @@ std::optional<std::pair<std::int32_t, std::int32_t>> ParsePair(const std::string
     return std::pair(*first, *second);
 }
 
+/// A width and a height; one number stands for both.
+std::optional<std::pair<std::int32_t, std::int32_t>> ParseSize(const std::string& text)
+{
+    if (const auto side = Host::ParseInteger(text))
+        return std::pair(*side, *side);
+    return ParsePair(text, "x");
+}
+
 Host::PreviewOptions ReadOptions(const PreviewArguments& arguments)
 {
     Host::PreviewOptions options;
     const std::string ending = std::filesystem::path(arguments.Output).extension().string();
     if (!ending.empty() && ending != ".png" && ending != ".PNG")
         throw CLI::ValidationError("--output", "is a PNG file, so its name must end in .png");
-    const auto size = ParsePair(arguments.Size, "x");
+    const auto size = ParseSize(arguments.Size);
     if (!size || size->first < 1 || size->second < 1)
-        throw CLI::ValidationError("--size", "must be a width and a height, such as 640x480");
+        throw CLI::ValidationError("--size",
+                                   "must be a width and a height, such as 640x480, or one number");
     options.Width = static_cast<std::uint32_t>(size->first);
     options.Height = static_cast<std::uint32_t>(size->second);
     options.FirstFrame = arguments.Frame;
@@ -119,7 +128,7 @@ void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
         ->type_name("FILE")
         ->required();
     command->add_option("--size", arguments->Size, "Size of the picture, or of each frame")
-        ->type_name("WxH")
+        ->type_name("W[xH]")
         ->capture_default_str();
     command
         ->add_option("--mesh", arguments->Mesh,
