@@ -299,8 +299,7 @@ TEST(MaterialProgram, TwoEndsAreToldWhateverTheyWrite)
         paint.out_colour -> one.in_colour
     )";
     const std::string warning =
-        "two-ends: test.xml:5: node \"two\": the material ends in node \"one\" too, and takes "
-        "what both write\n";
+        "two-ends: test.xml:5: node \"two\": the material ends in node \"one\" too\n";
     EXPECT_EQ(ProblemsOf(ends), "");
     EXPECT_EQ(ProblemsOf(ends + "paint.out_colour -> two.in_emission"), warning);
     EXPECT_EQ(ProblemsOf(ends + "paint.out_colour -> two.in_colour").substr(0, warning.size()),
