@@ -97,16 +97,20 @@ private:
 
     void LoadNode(std::size_t index, const DocumentNode& stored)
     {
-        _graph.SetStoredProperties(index, LoadStored(_graph, _graph.Nodes()[index],
-                                                     WithoutMissing(stored), {}, _problems));
+        const auto load = [&](const DocumentNode& fitting) {
+            _graph.SetStoredProperties(
+                index, LoadStored(_graph, _graph.Nodes()[index], fitting, {}, _problems));
+        };
+        if (_missing.empty())
+            load(stored);
+        else
+            load(WithoutMissing(stored));
         _graph.RefreshReferences(index);
     }
 
     /// References to nodes that could not be made are no problem of their own.
     DocumentNode WithoutMissing(DocumentNode stored) const
     {
-        if (_missing.empty())
-            return stored;
         std::erase_if(stored.Properties, [this](const DocumentProperty& property) {
             return property.Kind == GuiPropertyKind::Node && _missing.contains(property.Value);
         });
