@@ -84,11 +84,6 @@ DocumentProperty GraphStore::Describe(const GuiProperty& property) const
                                                    : FormatValue(property)};
 }
 
-bool GraphStore::IsLoose(const GraphEdge& edge) const
-{
-    return _nodes[edge.Tail].IsPlaceholder || _nodes[edge.Head].IsPlaceholder;
-}
-
 std::size_t GraphStore::CreateNode(GraphNode node)
 {
     const std::size_t index = _nodes.Add(std::move(node));
@@ -221,6 +216,7 @@ std::size_t GraphStore::CreateEdge(std::size_t tail, const std::string& tailPort
     edge.Gui->HeadPort = headPort;
     edge.Tail = tail;
     edge.Head = head;
+    edge.IsLoose = _nodes[tail].IsPlaceholder || _nodes[head].IsPlaceholder;
     edge.Where = std::move(where);
     edge.Comments = std::move(comments);
     edge.SpareOut.emplace_back(edge.Gui);

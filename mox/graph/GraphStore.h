@@ -68,6 +68,8 @@ private:
 
     using Entries = Materials::GuiNode::EdgeList;
 
+    bool IsLoose = false; ///< kept here, since looking at both nodes is dear in a large graph
+
     /// Its entries in lists and maps while the edge is in none, so that it goes in without fail.
     Entries SpareOut;
     Entries SpareIn;
@@ -122,7 +124,7 @@ public:
     DocumentProperty Describe(const Materials::GuiProperty& property) const;
 
     /// Whether a placeholder stands at one of the edge's ends, so that it joins no ports.
-    bool IsLoose(const GraphEdge& edge) const;
+    bool IsLoose(const GraphEdge& edge) const { return edge.IsLoose; }
 
     std::size_t CreateNode(GraphNode node);
     void AttachNode(std::size_t index, std::size_t before);
