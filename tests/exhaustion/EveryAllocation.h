@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/exhaustion/Allocations.h"
+#include "tests/support/Failure.h"
 
 #include <gtest/gtest.h>
 #include <libxml/xmlerror.h>
@@ -60,12 +61,6 @@ void ExpectSurvival(Allocations::Owner owner, Make make, Call call, Describe des
     }
 }
 
-template <class Make, class Call, class Describe, class Check>
-void ExpectSurvival(Make make, Call call, Describe describe, Check check)
-{
-    ExpectSurvival(Allocations::Owner::All, make, call, describe, check);
-}
-
 /// A failure changes nothing.
 inline void ExpectUnchanged(const std::string& before, const std::string& after)
 {
@@ -75,3 +70,31 @@ inline void ExpectUnchanged(const std::string& before, const std::string& after)
 /// A failure may leave the subject half done; it is only to be destroyed or to be tried again.
 inline void ExpectUsable(const std::string&, const std::string&)
 {}
+
+template <class Make, class Call, class Describe, class Check = decltype(&ExpectUnchanged)>
+void ExpectSurvival(Make make, Call call, Describe describe, Check check = ExpectUnchanged)
+{
+    ExpectSurvival(Allocations::Owner::All, make, call, describe, check);
+}
+
+/// The same for operations that make something from nothing.
+template <class Call, class Describe>
+void ExpectMade(Call make, Describe describe)
+{
+    using Made = decltype(make());
+    ExpectSurvival([] { return Made(); }, [&](Made& made) { made = make(); }, describe);
+}
+
+/// The same for operations that give a text.
+template <class Call>
+void ExpectText(Call call)
+{
+    ExpectMade(call, [](const std::string& text) { return text; });
+}
+
+/// Operations must refuse what they are given, whatever they say.
+template <class Call>
+void ExpectRefused(Call call)
+{
+    EXPECT_NE(FailureOf(call), "no failure");
+}

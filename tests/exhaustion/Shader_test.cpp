@@ -71,64 +71,47 @@ template <class Call>
 void ExpectNoChange(Call call)
 {
     ExpectSurvival(
-        MakeWork, [&](const std::unique_ptr<Work>& work) { call(*work); }, Describe,
-        ExpectUnchanged);
+        MakeWork, [&](const std::unique_ptr<Work>& work) { call(*work); }, Describe);
 }
 
 TEST(ShaderExhaustion, GraphTakesNodesAndEdgesWholeOrNotAtAll)
 {
+    const auto connect = [](Work& work, const ShaderNodeHandle& head) {
+        work.Graph.ConnectPorts(work.Source, "read", head, "write" + longName, false);
+    };
     ExpectNoChange([](Work& work) { work.Graph.InsertNode(work.Other); });
     ExpectNoChange([](Work& work) {
         work.Graph.InsertNode(ShaderNode::CreateInterfaceParameter("other", 1, half3));
     });
-    ExpectNoChange([](Work& work) {
-        EXPECT_NE(FailureOf([&] { work.Graph.InsertNode(work.Sink); }), "no failure");
-    });
-    ExpectNoChange([](Work& work) {
-        work.Graph.ConnectPorts(work.Source, "read", work.Sink, "write" + longName, false);
-    });
-    ExpectNoChange([](Work& work) {
-        EXPECT_NE(FailureOf([&] {
-                      work.Graph.ConnectPorts(work.Source, "read", work.Other, "write", false);
-                  }),
-                  "no failure");
-    });
+    ExpectNoChange([](Work& work) { ExpectRefused([&] { work.Graph.InsertNode(work.Sink); }); });
+    ExpectNoChange([&](Work& work) { connect(work, work.Sink); });
+    ExpectNoChange([&](Work& work) { ExpectRefused([&] { connect(work, work.Other); }); });
 }
 
 TEST(ShaderExhaustion, GeneratorTakesNodesWholeOrNotAtAll)
 {
+    const auto addShared = [](Work& work, const ShaderType& type) {
+        work.Generator.AddNode(ShaderNode::CreateInterfaceParameter("shared" + longName, 0, type));
+    };
     ExpectNoChange([](Work& work) { work.Generator.AddNode(work.Other); });
-    ExpectNoChange([](Work& work) {
-        work.Generator.AddNode(ShaderNode::CreateInterfaceParameter("shared" + longName, 0, half3));
-    });
-    ExpectNoChange([](Work& work) {
-        EXPECT_NE(FailureOf([&] {
-                      work.Generator.AddNode(
-                          ShaderNode::CreateInterfaceParameter("shared" + longName, 0, float3));
-                  }),
-                  "no failure");
-    });
-    ExpectNoChange([](Work& work) {
-        EXPECT_NE(FailureOf([&] { work.Generator.AddNode(work.Source); }), "no failure");
-    });
+    ExpectNoChange([&](Work& work) { addShared(work, half3); });
+    ExpectNoChange([&](Work& work) { ExpectRefused([&] { addShared(work, float3); }); });
+    ExpectNoChange([](Work& work) { ExpectRefused([&] { work.Generator.AddNode(work.Source); }); });
 }
 
 TEST(ShaderExhaustion, ConnectionsAreLaidWholeOrNotAtAll)
 {
-    ExpectNoChange(
-        [](Work& work) { work.Generator.Connect(work.Source, "read", work.Sink, "write"); });
-    for (const ShaderType& type : {float3, half1}) {
-        ExpectSurvival(
-            [&] {
-                auto work = MakeWork();
-                work->Other = ShaderNode::CreateUniformParameter("other" + longName, type);
-                work->Generator.AddNode(work->Other);
-                return work;
-            },
-            [](const auto& work) {
-                work->Generator.Connect(work->Other, "read", work->Sink, "write");
-            },
-            Describe, ExpectUnchanged);
+    for (const ShaderType& type : {half3, float3, half1}) {
+        const auto make = [&] {
+            auto work = MakeWork();
+            work->Other = ShaderNode::CreateUniformParameter("other" + longName, type);
+            work->Generator.AddNode(work->Other);
+            return work;
+        };
+        const auto connect = [](const auto& work) {
+            work->Generator.Connect(work->Other, "read", work->Sink, "write");
+        };
+        ExpectSurvival(make, connect, Describe);
     }
 }
 
@@ -136,18 +119,16 @@ TEST(ShaderExhaustion, EdgeRecordsAreWhole)
 {
     ExpectNoChange(
         [](Work& work) { work.Generator.RecordEdgeTail(work.Edge, work.Source, longName); });
-    ExpectNoChange(
-        [](Work& work) { work.Generator.RecordEdgeHead(work.Edge, work.Sink, longName); });
-    ExpectSurvival(
-        [] {
-            auto work = MakeWork();
-            work->Generator.RecordEdgeHead(work->Edge, work->Sink, longName);
-            return work;
-        },
-        [](const auto& work) {
-            work->Generator.RecordEdgeHead(work->Edge, work->Other, longName + "2");
-        },
-        Describe, ExpectUnchanged);
+    const auto makeWithHead = [] {
+        auto work = MakeWork();
+        work->Generator.RecordEdgeHead(work->Edge, work->Sink, longName);
+        return work;
+    };
+    const auto addHead = [](const auto& work) {
+        work->Generator.RecordEdgeHead(work->Edge, work->Other, longName + "2");
+    };
+    ExpectSurvival(MakeWork, addHead, Describe);
+    ExpectSurvival(makeWithHead, addHead, Describe);
 }
 
 /// A failure ends the work on a builder, so each attempt takes a new one.
@@ -195,6 +176,7 @@ TEST(ShaderExhaustion, ShaderNodesAreBuiltOrNot)
     builder.AppendCode(std::string(1000, 'c'));
     const auto make = [] {
         auto node = boost::make_shared<ShaderNode>(ShaderNodeKind::InterfaceParameter);
+        node->Type = half3;
         node->CreateParameterPorts();
         return node;
     };
@@ -206,32 +188,15 @@ TEST(ShaderExhaustion, ShaderNodesAreBuiltOrNot)
         }
         return text;
     };
-    ExpectSurvival(
-        make, [&](auto& node) { node = builder.Build(ShaderLevel::Automatic, longName); }, describe,
-        ExpectUnchanged);
-    ExpectSurvival(
-        make, [](auto& node) { node = ShaderNode::CreateInterfaceParameter(longName, 1, half3); },
-        describe, ExpectUnchanged);
-    ExpectSurvival(
-        make,
-        [](auto& node) {
-            node = ShaderNode::CreateRegisterParameter({ShaderRegisterType::VertexPosition, 0},
-                                                       float3);
-        },
-        describe, ExpectUnchanged);
-    ExpectSurvival(
-        make, [&](const auto& node) { node->LoadFunction(builder); }, describe, ExpectUnchanged);
-    ExpectSurvival(
-        make,
-        [](const auto& node) {
-            node->Type = half3;
-            node->CreateParameterPorts();
-        },
-        [](const auto& node) {
-            return Compose(node->Inputs.size(), " ", node->Outputs.size(), " ",
-                           node->Inputs.at(0).Name, " ", node->Outputs.at(0).Name);
-        },
-        ExpectUnchanged);
+    const auto expect = [&](auto call) { ExpectSurvival(make, call, describe); };
+    expect([&](auto& node) { node = builder.Build(ShaderLevel::Automatic, longName); });
+    expect([](auto& node) { node = ShaderNode::CreateInterfaceParameter(longName, 1, half3); });
+    expect([](auto& node) {
+        const ShaderRegister position(ShaderRegisterType::VertexPosition, 0);
+        node = ShaderNode::CreateRegisterParameter(position, float3);
+    });
+    expect([&](const auto& node) { node->LoadFunction(builder); });
+    expect([](const auto& node) { node->CreateParameterPorts(); });
 }
 
 } // namespace

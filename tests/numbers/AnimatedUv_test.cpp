@@ -2,7 +2,6 @@
 #include "tests/numbers/NumbersTest.h"
 
 #include <cmath>
-#include <sstream>
 
 using Mox::Materials::Compose;
 
@@ -58,67 +57,79 @@ constexpr Tolerance printed = {
     50.0, "the size of a cell has six digits: up to 5e-6, times the frame's number"};
 constexpr Tolerance exact = {0.0, "floor, and a difference of neighbours"};
 
+std::string WriteMaterial(const FrameGrid& grid, const std::string& settings)
+{
+    return Compose("frame Feed:1\nnode CoreAnimatedUv; Rows=", grid.Rows,
+                   "; Columns=", grid.Columns, settings, "\nframe.read -> node.in_frame\n");
+}
+
 class AnimatedUvNumbers : public NumbersTest
 {
 protected:
-    /// @param ports with blanks between them
-    static std::string WriteMaterial(const FrameGrid& grid, const char* settings, const char* ports,
-                                     const char* precision)
+    AnimatedUvNumbers()
     {
-        std::string material = Compose(
-            "frame Feed:1\nnode CoreAnimatedUv; Rows=", grid.Rows, "; Columns=", grid.Columns, "; ",
-            settings, "\nsink Sink:", precision, "\nframe.read -> node.in_frame\n");
-        std::istringstream names(ports);
-        int input = 0;
-        for (std::string port; names >> port; ++input)
-            material += Compose("node.", port, " -> sink.in_", input, "\n");
-        return material;
+        _inputs.Streams["frame"] = MakeFrames();
+        _inputs.Streams["uv"] = MakeValues(71, FrameCount());
     }
-};
 
-constexpr const char* levels[] = {"Execution Level=Vertex", "Execution Level=Fragment"};
+    std::size_t FrameCount() const { return _inputs.Streams.at("frame").size(); }
+    double FrameAt(std::size_t index) const { return _inputs.Streams.at("frame")[index][0]; }
+    double UvAt(std::size_t index, std::size_t at) const
+    {
+        return _inputs.Streams.at("uv")[index][at];
+    }
+
+    /// What an output must have of the cell of a frame and of the next one.
+    using OfCell = std::function<Expected(double cell, std::size_t index, std::size_t at)>;
+
+    Expectation OfCells(const FrameGrid& grid, const OfCell& expected) const
+    {
+        return [=, this](std::size_t index, std::size_t at) -> Result {
+            const auto cell = FindCell(FrameAt(index) + (at < 2 ? 0.0 : 1.0), grid.Columns);
+            if (!cell)
+                return std::nullopt;
+            return expected(at % 2 == 0 ? cell->X : cell->Y, index, at % 2);
+        };
+    }
+
+    Result Blend(std::size_t index) const
+    {
+        return Expected{FrameAt(index) - std::floor(FrameAt(index)), 1.0};
+    }
+
+    /// Calls for each grid with the size of its cells, and for each level and precision.
+    template <class Call>
+    static void ForEach(Call call)
+    {
+        for (const FrameGrid& grid : frameGrids) {
+            const std::array size = {1.0 / grid.Columns, 1.0 / grid.Rows};
+            for (const char* level : {"; Execution Level=Vertex", "; Execution Level=Fragment"}) {
+                for (const char* precision : {"float", "half"})
+                    call(grid, size, level, precision);
+            }
+        }
+    }
+
+    RunInputs _inputs;
+};
 
 TEST_F(AnimatedUvNumbers, OfBasicMode)
 {
     Comparison places("uv1 and uv2", printed);
     Comparison blends("blend", exact);
-    for (const FrameGrid& grid : frameGrids) {
-        for (const char* level : levels) {
-            for (const char* precision : {"float", "half"}) {
-                RunInputs inputs;
-                inputs.Streams["frame"] = MakeFrames();
-                inputs.Streams["uv"] = MakeValues(71, inputs.Streams["frame"].size());
-                const std::string uv = "uv Feed:2\nuv.read -> node.in_uv\n";
-                const std::string material =
-                    WriteMaterial(grid, level, "out_uv1 out_uv2", precision) + uv;
-                const std::vector<Numbers> results = Evaluate(material, inputs);
-                const std::vector<Numbers> shares =
-                    Evaluate(WriteMaterial(grid, level, "out_blend", precision) + uv, inputs);
-                for (std::size_t i = 0; i < results.size(); ++i) {
-                    const double frame = inputs.Streams["frame"][i][0];
-                    const auto describe = [&] {
-                        return Compose("frame ", Show(frame), " in\n", material);
-                    };
-                    for (std::size_t at = 0; at < 4; ++at) {
-                        const auto cell = FindCell(frame + (at < 2 ? 0.0 : 1.0), grid.Columns);
-                        if (!cell) {
-                            places.Check(results[i][at], std::nullopt, describe);
-                            continue;
-                        }
-                        const bool isU = at % 2 == 0;
-                        const double uvValue = inputs.Streams["uv"][i][at % 2];
-                        const double sum = uvValue + (isU ? cell->X : cell->Y);
-                        const double size = 1.0 / (isU ? grid.Columns : grid.Rows);
-                        places.Check(
-                            results[i][at],
-                            Expected{sum * size, (std::abs(sum) + std::abs(uvValue)) * size},
-                            describe);
-                    }
-                    blends.Check(shares[i][0], Expected{frame - std::floor(frame), 1.0}, describe);
-                }
-            }
-        }
-    }
+    ForEach([&](const FrameGrid& grid, const auto& size, const char* level, const char* precision) {
+        const auto place = [&](double cell, std::size_t index, std::size_t at) {
+            const double uv = UvAt(index, at);
+            return Expected{(uv + cell) * size[at],
+                            (std::abs(uv + cell) + std::abs(uv)) * size[at]};
+        };
+        const auto blend = [&](std::size_t index, std::size_t) { return Blend(index); };
+        const std::string material =
+            WriteMaterial(grid, level) + "uv Feed:2\nuv.read -> node.in_uv\n";
+        Compare(material + WriteSink(precision, "out_uv1 out_uv2"), _inputs, 4,
+                OfCells(grid, place), places);
+        Compare(material + WriteSink(precision, "out_blend"), _inputs, 1, blend, blends);
+    });
 }
 
 TEST_F(AnimatedUvNumbers, OfAdvancedMode)
@@ -126,37 +137,20 @@ TEST_F(AnimatedUvNumbers, OfAdvancedMode)
     Comparison offsets("offset1 and offset2", exact);
     Comparison scales("scale", printed);
     Comparison blends("blend", exact);
-    for (const FrameGrid& grid : frameGrids) {
-        for (const char* level : levels) {
-            RunInputs inputs;
-            inputs.Streams["frame"] = MakeFrames();
-            const std::string settings = Compose("Mode=Advanced; ", level);
-            const std::string material =
-                WriteMaterial(grid, settings.c_str(), "out_offset1 out_offset2", "float");
-            const std::vector<Numbers> results = Evaluate(material, inputs);
-            const std::vector<Numbers> others = Evaluate(
-                WriteMaterial(grid, settings.c_str(), "out_scale out_blend", "half"), inputs);
-            for (std::size_t i = 0; i < results.size(); ++i) {
-                const double frame = inputs.Streams["frame"][i][0];
-                const auto describe = [&] {
-                    return Compose("frame ", Show(frame), " in\n", material);
-                };
-                for (std::size_t at = 0; at < 4; ++at) {
-                    const auto cell = FindCell(frame + (at < 2 ? 0.0 : 1.0), grid.Columns);
-                    if (cell)
-                        offsets.Check(results[i][at],
-                                      Expected{at % 2 == 0 ? cell->X : cell->Y, 1.0}, describe);
-                    else
-                        offsets.Check(results[i][at], std::nullopt, describe);
-                }
-                for (std::size_t at = 0; at < 2; ++at) {
-                    const double size = 1.0 / (at == 0 ? grid.Columns : grid.Rows);
-                    scales.Check(others[i][at], Expected{size, size}, describe);
-                }
-                blends.Check(others[i][2], Expected{frame - std::floor(frame), 1.0}, describe);
-            }
-        }
-    }
+    ForEach([&](const FrameGrid& grid, const auto& size, const char* level, const char* precision) {
+        const auto offset = [](double cell, std::size_t, std::size_t) {
+            return Expected{cell, 1.0};
+        };
+        const auto scale = [&](std::size_t, std::size_t at) {
+            return Expected{size[at], size[at]};
+        };
+        const auto blend = [&](std::size_t index, std::size_t) { return Blend(index); };
+        const std::string material = WriteMaterial(grid, Compose("; Mode=Advanced", level));
+        Compare(material + WriteSink(precision, "out_offset1 out_offset2"), _inputs, 4,
+                OfCells(grid, offset), offsets);
+        Compare(material + WriteSink(precision, "out_scale"), _inputs, 2, scale, scales);
+        Compare(material + WriteSink(precision, "out_blend"), _inputs, 1, blend, blends);
+    });
 }
 
 /// Where it is that six digits fall short: whole rows from the first one on. A change of this is
@@ -167,8 +161,9 @@ TEST_F(AnimatedUvNumbers, TakeTheFirstFrameOfARowForTheLastRowsWhereSixDigitsFal
         RunInputs inputs;
         const auto first = static_cast<float>(columns);
         inputs.Streams["frame"] = {{first - 1.0f}, {first}, {first + 0.25f}, {2.0f * first}};
-        const std::vector<Numbers> results =
-            Evaluate(WriteMaterial({1, columns}, "Mode=Advanced", "out_offset1", "float"), inputs);
+        const std::vector<Numbers> results = Evaluate(
+            WriteMaterial({1, columns}, "; Mode=Advanced") + WriteSink("float", "out_offset1"),
+            inputs);
         ASSERT_EQ(results.size(), 4u);
         const std::array<float, 4> rows = {results[0][1], results[1][1], results[2][1],
                                            results[3][1]};
@@ -178,9 +173,8 @@ TEST_F(AnimatedUvNumbers, TakeTheFirstFrameOfARowForTheLastRowsWhereSixDigitsFal
 
 TEST_F(AnimatedUvNumbers, OfInputsWithoutEdges)
 {
-    const std::string material = "node CoreAnimatedUv\nsink Sink:float\n"
-                                 "node.out_uv1 -> sink.in_0\nnode.out_uv2 -> sink.in_1\n";
-    const std::vector<Numbers> results = Evaluate(material, {});
+    const std::vector<Numbers> results =
+        Evaluate("node CoreAnimatedUv\n" + WriteSink("float", "out_uv1 out_uv2"), {});
     ASSERT_EQ(results.size(), 1u);
     EXPECT_EQ(results[0], (Numbers{0.0f, 0.0f, 0.25f, 0.0f}));
 }

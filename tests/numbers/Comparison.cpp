@@ -39,7 +39,7 @@ Comparison::~Comparison()
     testing::Test::RecordProperty(_name, text.str());
 }
 
-void Comparison::Check(float result, const std::optional<Expected>& expected,
+void Comparison::Check(float result, const Result& expected,
                        const std::function<std::string()>& describe)
 {
     if (!expected || !(expected->Scale <= largest)) {

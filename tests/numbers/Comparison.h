@@ -15,6 +15,9 @@ struct Expected
     double Scale; ///< size of the largest number on the way, at least that of Value
 };
 
+/// Nothing where the language leaves the result open.
+using Result = std::optional<Expected>;
+
 /// How far off the result of an operation may be.
 struct Tolerance
 {
@@ -35,11 +38,9 @@ public:
     /// of what it was given has failed.
     ~Comparison();
 
-    /// @param expected nothing where the language leaves the result open; a scale beyond the floats
-    ///        is left out too
+    /// @param expected left out if there is nothing, or a scale beyond the floats
     /// @param describe the inputs, for the message
-    void Check(float result, const std::optional<Expected>& expected,
-               const std::function<std::string()>& describe);
+    void Check(float result, const Result& expected, const std::function<std::string()>& describe);
 
 private:
     std::string _name;

@@ -3,7 +3,6 @@
 #include "tests/numbers/NumbersTest.h"
 
 #include <cmath>
-#include <sstream>
 
 using Mox::Materials::Compose;
 
@@ -12,31 +11,26 @@ namespace {
 constexpr std::size_t caseCount = 256;
 constexpr Tolerance exact = {0.0, "values are copied"};
 constexpr Tolerance printed = {50.0, "text holds six digits: up to 5e-6 of the value"};
+constexpr const char* precisions[] = {"float", "half"};
+constexpr const char* letters[] = {"x", "y", "z", "w"};
+
+Result Exactly(double value)
+{
+    return Expected{value, std::abs(value)};
+}
 
 /// Nodes that only move components from one place to another.
 class CopiedNumbers : public NumbersTest
 {
 protected:
-    /// What one material puts out for one set of streams.
-    using Expectation = std::function<double(const RunInputs&, std::size_t index, std::size_t at)>;
-
-    void Compare(const std::string& material, const RunInputs& inputs, std::size_t width,
-                 const Expectation& expected, Comparison& comparison) const
+    /// The numbers of a stream come out in their order.
+    void CompareWithStream(const std::string& material, const char* stream, std::size_t count,
+                           Comparison& comparison) const
     {
-        const std::vector<Numbers> results = Evaluate(material, inputs);
-        for (std::size_t i = 0; i < results.size(); ++i) {
-            for (std::size_t c = 0; c < width; ++c) {
-                const double value = expected(inputs, i, c);
-                comparison.Check(results[i][c], Expected{value, std::abs(value)}, [&] {
-                    return Compose("number ", c, " of ", Show(results[i]), " in\n", material);
-                });
-            }
-        }
-    }
-
-    static double StreamValue(const RunInputs& inputs, std::size_t index, std::size_t at)
-    {
-        return inputs.Streams.begin()->second[index][at];
+        RunInputs inputs;
+        const auto& values = inputs.Streams[stream] = MakeValues(21, caseCount);
+        const auto same = [&](std::size_t i, std::size_t at) { return Exactly(values[i][at]); };
+        Compare(material, inputs, count, same, comparison);
     }
 };
 
@@ -54,21 +48,17 @@ constexpr VectorKind vectorKinds[] = {
     {"Vector Type=Vector; Component Count=4", 4},
 };
 
-constexpr const char* letters[] = {"x", "y", "z", "w"};
-
 TEST_F(CopiedNumbers, OfASplitVector)
 {
     Comparison comparison("Swizzle", exact);
     for (const VectorKind& kind : vectorKinds) {
-        for (const char* precision : {"float", "half"}) {
-            std::string material =
-                Compose("v Feed:", kind.Count, "\nnode CoreSwizzle; ", kind.Settings,
-                        "\nsink Sink:", precision, "\nv.read -> node.in_vec\n");
-            for (std::size_t i = 0; i < kind.Count; ++i)
-                material += Compose("node.out_", letters[i], " -> sink.in_", i, "\n");
-            RunInputs inputs;
-            inputs.Streams["v"] = MakeValues(21, caseCount);
-            Compare(material, inputs, kind.Count, StreamValue, comparison);
+        std::string ports;
+        for (std::size_t i = 0; i < kind.Count; ++i)
+            ports += Compose("out_", letters[i], " ");
+        for (const char* precision : precisions) {
+            CompareWithStream(Compose("v Feed:", kind.Count, "\nnode CoreSwizzle; ", kind.Settings,
+                                      "\nv.read -> node.in_vec\n", WriteSink(precision, ports)),
+                              "v", kind.Count, comparison);
         }
     }
 }
@@ -80,24 +70,20 @@ TEST_F(CopiedNumbers, OfAMergedVector)
     for (const VectorKind& kind : vectorKinds) {
         for (unsigned connected = 0; connected < 1u << kind.Count; ++connected) {
             std::string material = Compose("node CoreSwizzle; ", kind.Settings, "; Reverse=true\n",
-                                           "sink Sink:", connected % 2 == 0 ? "float" : "half",
-                                           "\nnode.out_vec -> sink.in_0\n");
+                                           WriteSink(precisions[connected % 2], "out_vec"));
             RunInputs inputs;
             for (std::size_t i = 0; i < kind.Count; ++i) {
                 if ((connected >> i & 1u) == 0)
                     continue;
-                material += Compose(letters[i], " Feed:1\n", letters[i], ".read -> node.in_",
-                                    letters[i], "\n");
-                inputs.Streams[letters[i]] =
-                    MakeValues(static_cast<std::uint32_t>(31 + i), caseCount);
+                const char* name = letters[i];
+                material += Compose(name, " Feed:1\n", name, ".read -> node.in_", name, "\n");
+                inputs.Streams[name] = MakeValues(31 + i, caseCount);
             }
-            Compare(
-                material, inputs, kind.Count,
-                [&](const RunInputs& fed, std::size_t index, std::size_t at) {
-                    const auto stream = fed.Streams.find(letters[at]);
-                    return stream == fed.Streams.end() ? 0.0f : stream->second[index][0];
-                },
-                comparison);
+            const auto expected = [&](std::size_t i, std::size_t at) {
+                const auto stream = inputs.Streams.find(letters[at]);
+                return Exactly(stream == inputs.Streams.end() ? 0.0 : stream->second[i][0]);
+            };
+            Compare(material, inputs, kind.Count, expected, comparison);
         }
     }
 }
@@ -109,38 +95,24 @@ struct Outputs
     std::size_t Count; ///< of all numbers of the ports
 };
 
-std::string Connect(const Outputs& outputs)
-{
-    std::string edges;
-    std::istringstream ports(outputs.Ports);
-    int input = 0;
-    for (std::string port; ports >> port; ++input)
-        edges += Compose("node.", port, " -> sink.in_", input, "\n");
-    return edges;
-}
-
 /// An output of alpha without an edge takes no part; with one it stands behind the others.
 TEST_F(CopiedNumbers, OfVertexColours)
 {
+    constexpr Outputs cases[] = {
+        {"Colour", "out_colour", 3},
+        {"Colour; Alpha=true", "out_colour", 3},
+        {"Colour; Alpha=true", "out_colour out_alpha", 4},
+        {"Component", "out_red out_green out_blue", 3},
+        {"Component; Alpha=true", "out_red out_green out_blue", 3},
+        {"Component; Alpha=true", "out_red out_green out_blue out_alpha", 4},
+        {"Vector", "out_colour", 4},
+    };
     Comparison comparison("Vertex colour", exact);
-    for (const Outputs& outputs : {
-             Outputs{"Colour Type=Colour", "out_colour", 3},
-             Outputs{"Colour Type=Colour; Alpha=true", "out_colour", 3},
-             Outputs{"Colour Type=Colour; Alpha=true", "out_colour out_alpha", 4},
-             Outputs{"Colour Type=Component", "out_red out_green out_blue", 3},
-             Outputs{"Colour Type=Component; Alpha=true", "out_red out_green out_blue", 3},
-             Outputs{"Colour Type=Component; Alpha=true", "out_red out_green out_blue out_alpha",
-                     4},
-             Outputs{"Colour Type=Vector", "out_colour", 4},
-         }) {
-        for (const char* precision : {"float", "half"}) {
-            const std::string material =
-                Compose("node CoreVertexColour; Name=mask; ", outputs.Settings,
-                        "\nsink Sink:", precision, "\n", Connect(outputs));
-            RunInputs inputs;
-            inputs.Streams["mask"] = MakeValues(41, caseCount);
-            Compare(material, inputs, outputs.Count, StreamValue, comparison);
-        }
+    for (const auto& [settings, ports, count] : cases) {
+        for (const char* precision : precisions)
+            CompareWithStream(Compose("node CoreVertexColour; Name=mask; Colour Type=", settings,
+                                      "\n", WriteSink(precision, ports)),
+                              "mask", count, comparison);
     }
 }
 
@@ -154,53 +126,43 @@ struct ConstantKind
 /// A third has no end in tenths, so that text rounds it.
 constexpr const char* constantDefaults =
     "; Default Colour=0.25 0.333333333 -1.5; Default Scalar=0.1428571429; Default Alpha=0.0625";
+constexpr std::array<double, 4> colour = {0.25, 1.0 / 3.0, -1.5, 0.0625};
+constexpr std::array<double, 4> sevenths = {1.0 / 7.0, 1.0 / 7.0, 1.0 / 7.0, 1.0 / 7.0};
 
-const ConstantKind constantKinds[] = {
-    {{"Constant Type=Colour", "read", 3}, {0.25, 1.0 / 3.0, -1.5}, "1,0,-0.0078125"},
-    {{"Constant Type=Colour; Alpha=true", "read", 3}, {0.25, 1.0 / 3.0, -1.5}, "1,0,100"},
-    {{"Constant Type=Colour; Alpha=true", "read alpha", 4},
-     {0.25, 1.0 / 3.0, -1.5, 0.0625},
-     "0.125,1,-2,0.75"},
-    {{"Constant Type=Component", "red green blue", 3}, {0.25, 1.0 / 3.0, -1.5}, "1,0,-0.0078125"},
-    {{"Constant Type=Component; Alpha=true", "red green blue alpha", 4},
-     {0.25, 1.0 / 3.0, -1.5, 0.0625},
-     "0.125,1,-2,0.75"},
-    {{"Constant Type=Scalar", "read", 1}, {1.0 / 7.0}, "-3.5"},
-    {{"Constant Type=Vector; Component Count=2", "read", 2}, {1.0 / 7.0, 1.0 / 7.0}, "4,-5"},
-    {{"Constant Type=Vector; Component Count=3", "read", 3},
-     {1.0 / 7.0, 1.0 / 7.0, 1.0 / 7.0},
-     "4,-5,0.5"},
-    {{"Constant Type=Vector; Component Count=4", "read", 4},
-     {1.0 / 7.0, 1.0 / 7.0, 1.0 / 7.0, 1.0 / 7.0},
-     "4,-5,0.5,1024"},
+constexpr ConstantKind constantKinds[] = {
+    {{"Colour", "read", 3}, colour, "1,0,-0.0078125"},
+    {{"Colour; Alpha=true", "read", 3}, colour, "1,0,100"},
+    {{"Colour; Alpha=true", "read alpha", 4}, colour, "0.125,1,-2,0.75"},
+    {{"Component", "red green blue", 3}, colour, "1,0,-0.0078125"},
+    {{"Component; Alpha=true", "red green blue alpha", 4}, colour, "0.125,1,-2,0.75"},
+    {{"Scalar", "read", 1}, sevenths, "-3.5"},
+    {{"Vector; Component Count=2", "read", 2}, sevenths, "4,-5"},
+    {{"Vector; Component Count=3", "read", 3}, sevenths, "4,-5,0.5"},
+    {{"Vector; Component Count=4", "read", 4}, sevenths, "4,-5,0.5,1024"},
 };
 
 TEST_F(CopiedNumbers, OfConstants)
 {
     Comparison locked("Locked constant", printed);
     Comparison unlocked("Unlocked constant", {1.0, "the document's digits become a float"});
-    for (const ConstantKind& kind : constantKinds) {
-        for (const char* precision : {"float", "half"}) {
+    for (const auto& [type, defaults, value] : constantKinds) {
+        std::vector<float> set;
+        ASSERT_TRUE(Mox::Materials::ParseFloatList(value, set));
+        const auto asDefault = [&](std::size_t, std::size_t at) { return Exactly(defaults[at]); };
+        const auto asSet = [&](std::size_t, std::size_t at) { return Exactly(set[at]); };
+        for (const char* precision : precisions) {
             const auto write = [&](const char* lock) {
-                return Compose("node CoreConstant; Name=tint; ", kind.Type.Settings,
-                               constantDefaults, "; Lock=", lock, "\nsink Sink:", precision, "\n",
-                               Connect(kind.Type));
+                return Compose("node CoreConstant; Name=tint; Lock=", lock, constantDefaults,
+                               "; Constant Type=", type.Settings, "\n",
+                               WriteSink(precision, type.Ports));
             };
-            const auto defaults = [&](const RunInputs&, std::size_t, std::size_t at) {
-                return kind.Defaults[at];
-            };
-            RunInputs inputs;
-            Compare(write("true"), inputs, kind.Type.Count, defaults, locked);
-            Compare(write("false"), inputs, kind.Type.Count, defaults, unlocked);
-            inputs.Values["tint"] = kind.Value;
+            const RunInputs nothing;
+            const RunInputs given{{}, {{"tint", value}}, {}};
             // A locked constant has no binding that a host could set.
-            Compare(write("true"), inputs, kind.Type.Count, defaults, locked);
-            std::vector<float> values;
-            ASSERT_TRUE(Mox::Materials::ParseFloatList(kind.Value, values));
-            Compare(
-                write("false"), inputs, kind.Type.Count,
-                [&](const RunInputs&, std::size_t, std::size_t at) -> double { return values[at]; },
-                unlocked);
+            Compare(write("true"), nothing, type.Count, asDefault, locked);
+            Compare(write("true"), given, type.Count, asDefault, locked);
+            Compare(write("false"), nothing, type.Count, asDefault, unlocked);
+            Compare(write("false"), given, type.Count, asSet, unlocked);
         }
     }
 }
@@ -210,12 +172,10 @@ TEST_F(CopiedNumbers, OfConstantsOfAllSizes)
 {
     Comparison comparison("Locked scalar", printed);
     for (const double value : {0.0, -0.0, 1e-30, -1e30, 16777216.0, 1234567.0, 0.000123456}) {
-        const std::string material = Compose(
-            "node CoreConstant; Constant Type=Scalar; Lock=true; Default Scalar=", Show(value),
-            "\nsink Sink:float\nnode.read -> sink.in_0\n");
         Compare(
-            material, {}, 1, [&](const RunInputs&, std::size_t, std::size_t) { return value; },
-            comparison);
+            Compose("node CoreConstant; Constant Type=Scalar; Lock=true; Default Scalar=",
+                    Show(value), "\n", WriteSink("float", "read")),
+            {}, 1, [&](std::size_t, std::size_t) { return Exactly(value); }, comparison);
     }
 }
 
@@ -235,25 +195,27 @@ double Keep(const std::string& word, double value)
 TEST_F(CopiedNumbers, OfAllTypesThatConvert)
 {
     Comparison comparison("promoteAndSplat", exact);
+    RunInputs inputs;
+    const auto& values = inputs.Streams["v"] = MakeValues(51, caseCount);
+    const auto compare = [&](const std::string& from, const std::string& to, std::size_t count,
+                             bool isSplat) {
+        const std::string width = count == 1 ? "" : Compose(count);
+        Compare(
+            Compose("v Feed:", from, isSplat ? "" : width, "\nsink Sink:=", to, width,
+                    "\nv.read -> sink.in_0\n"),
+            inputs, count,
+            [&](std::size_t i, std::size_t at) {
+                return Exactly(Keep(to, Keep(from, values[i][isSplat ? 0 : at])));
+            },
+            comparison);
+    };
     for (const std::string from : componentWords) {
         for (const std::string to : componentWords) {
             for (std::size_t count = 1; count <= 4; ++count) {
-                for (const bool isSplat : {false, true}) {
-                    if ((isSplat && count == 1) || (!isSplat && from == to))
-                        continue; // the same types need no conversion
-                    const std::string width = count == 1 ? "" : Compose(count);
-                    const std::string material =
-                        Compose("v Feed:", from, isSplat ? "" : width, "\nsink Sink:=", to, width,
-                                "\nv.read -> sink.in_0\n");
-                    RunInputs inputs;
-                    inputs.Streams["v"] = MakeValues(51, caseCount);
-                    Compare(
-                        material, inputs, count,
-                        [&](const RunInputs& fed, std::size_t index, std::size_t at) {
-                            return Keep(to, Keep(from, StreamValue(fed, index, isSplat ? 0 : at)));
-                        },
-                        comparison);
-                }
+                if (from != to) // the same types need no conversion
+                    compare(from, to, count, false);
+                if (count > 1)
+                    compare(from, to, count, true);
             }
         }
     }

@@ -15,9 +15,6 @@ public:
     /// @param device must outlive the object
     FloatTarget(const Mox::Host::VulkanDevice& device, std::uint32_t width, std::uint32_t height);
 
-    std::uint32_t Width() const { return _width; }
-    std::uint32_t Height() const { return _height; }
-
     /// Draws on zeros.
     /// @returns the pixels, row by row from y = -1 of the clip space on
     std::vector<Numbers> Draw(const Mox::Host::DrawCall& call) const;

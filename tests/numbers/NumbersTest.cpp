@@ -1,10 +1,14 @@
 #include "tests/numbers/NumbersTest.h"
 
+#include "mox/Text.h"
 #include "mox/host/HostError.h"
 
+#include <algorithm>
 #include <cmath>
+#include <sstream>
 
 using namespace Mox::Host;
+using Mox::Materials::Compose;
 
 namespace {
 
@@ -66,35 +70,48 @@ std::vector<Numbers> NumbersTest::Evaluate(const std::string& material,
     }
 }
 
-std::vector<Numbers> NumbersTest::MakeValues(std::uint32_t seed, std::size_t count)
+void NumbersTest::Compare(const std::string& material, const RunInputs& inputs, std::size_t count,
+                          const Expectation& expected, Comparison& comparison) const
 {
-    const float special[] = {0.0f,
-                             1.0f,
-                             -1.0f,
-                             0.5f,
-                             std::nextafter(0.5f, 0.0f),
-                             std::nextafter(0.5f, 1.0f),
-                             std::nextafter(1.0f, 0.0f),
-                             std::nextafter(1.0f, 2.0f),
-                             2.0f,
-                             -2.0f,
-                             -0.5f,
-                             0.25f,
-                             1e-3f,
-                             -1e-3f,
-                             100.0f};
-    constexpr std::size_t specialCount = std::size(special);
-    std::mt19937 random(seed);
+    const std::vector<Numbers> results = Evaluate(material, inputs);
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        for (std::size_t at = 0; at < count; ++at) {
+            comparison.Check(results[i][at], expected(i, at), [&] {
+                std::string text = Compose("number ", at, " of");
+                for (const auto& [name, values] : inputs.Streams)
+                    text += Compose(" ", name, " ", Show(values[i]));
+                return text + " in\n" + material;
+            });
+        }
+    }
+}
+
+std::vector<Numbers> NumbersTest::MakeValues(std::size_t seed, std::size_t count)
+{
+    std::vector<float> special = {0.0f,  1.0f,  -1.0f, 0.5f,   2.0f,  -2.0f,
+                                  -0.5f, 0.25f, 1e-3f, -1e-3f, 100.0f};
+    for (const auto& [value, side] : {std::pair(0.5f, 0.0f), std::pair(0.5f, 1.0f),
+                                      std::pair(1.0f, 0.0f), std::pair(1.0f, 2.0f)})
+        special.push_back(std::nextafter(value, side));
+    std::mt19937 random(static_cast<std::uint32_t>(seed));
     // Distributions differ between libraries, the engine does not.
     const auto next = [&] {
         const std::uint32_t bits = random();
-        return bits % 2 == 0 ? special[bits / 2 % specialCount]
+        return bits % 2 == 0 ? special[bits / 2 % special.size()]
                              : static_cast<float>(bits / 2) / 268435456.0f - 4.0f;
     };
     std::vector<Numbers> values(count);
-    for (Numbers& value : values) {
-        for (float& number : value)
-            number = next();
-    }
+    for (Numbers& value : values)
+        std::generate(value.begin(), value.end(), next);
     return values;
+}
+
+std::string WriteSink(const char* precision, const std::string& ports)
+{
+    std::string text = Compose("sink Sink:", precision, "\n");
+    std::istringstream names(ports);
+    int input = 0;
+    for (std::string name; names >> name; ++input)
+        text += Compose("node.", name, " -> sink.in_", input, "\n");
+    return text;
 }

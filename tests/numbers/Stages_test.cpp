@@ -40,8 +40,8 @@ protected:
                                      std::uint32_t squares)
     {
         const std::string material =
-            Compose("uv Feed:2\nnode ", staged.Node, "; Execution Level=", level,
-                    "\nsink Sink:float\n", staged.Edges, "node.", staged.Output, " -> sink.in_0\n");
+            Compose("uv Feed:2\nnode ", staged.Node, "; Execution Level=", level, "\n",
+                    staged.Edges, WriteSink("float", staged.Output));
         RunInputs inputs;
         for (const auto& [x, y] : GridPlaces(squares)) {
             inputs.Streams["uv"].push_back({x, y});

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <sstream>
 
 using namespace Mox::Host;
 using Mox::Materials::Compose;
@@ -109,15 +108,15 @@ struct ColourType
 };
 
 constexpr ColourType colourTypes[] = {
-    {"Colour Type=Colour", "out_colour", 3},
-    {"Colour Type=Colour; Alpha=true", "out_colour", 3},
-    {"Colour Type=Colour; Alpha=true", "out_colour out_alpha", 4},
-    {"Colour Type=Normal", "out_colour", 3, true},
-    {"Colour Type=Normal; Alpha=true", "out_colour out_alpha", 4, true},
-    {"Colour Type=Component", "out_red out_green out_blue", 3},
-    {"Colour Type=Component; Alpha=true", "out_red out_green out_blue out_alpha", 4},
-    {"Colour Type=Vector", "out_colour", 4},
-    {"Colour Type=DXT5 Normal", "out_colour", 3, true, true},
+    {"Colour", "out_colour", 3},
+    {"Colour; Alpha=true", "out_colour", 3},
+    {"Colour; Alpha=true", "out_colour out_alpha", 4},
+    {"Normal", "out_colour", 3, true},
+    {"Normal; Alpha=true", "out_colour out_alpha", 4, true},
+    {"Component", "out_red out_green out_blue", 3},
+    {"Component; Alpha=true", "out_red out_green out_blue out_alpha", 4},
+    {"Vector", "out_colour", 4},
+    {"DXT5 Normal", "out_colour", 3, true, true},
 };
 
 /// How a texture is read.
@@ -145,22 +144,17 @@ class TextureNumbers : public NumbersTest
 protected:
     static std::string WriteMaterial(const ColourType& type, const Reading& reading)
     {
-        std::string material =
-            Compose("place Feed:", reading.Is1D ? 1 : 2,
-                    "\nnode CoreTexture; Name=image; Texture Type=", reading.Is1D ? "1D" : "2D",
-                    "; ", type.Settings, "; sRGB=", reading.IsSrgb ? "true" : "false",
-                    "\nsink Sink:", reading.Precision, "\nplace.read -> node.in_uv\n");
-        std::istringstream ports(type.Ports);
-        int input = 0;
-        for (std::string port; ports >> port; ++input)
-            material += Compose("node.", port, " -> sink.in_", input, "\n");
-        return material;
+        return Compose("place Feed:", reading.Is1D ? 1 : 2,
+                       "\nnode CoreTexture; Name=image; Texture Type=", reading.Is1D ? "1D" : "2D",
+                       "; Colour Type=", type.Settings,
+                       "; sRGB=", reading.IsSrgb ? "true" : "false", "\nplace.read -> node.in_uv\n",
+                       WriteSink(reading.Precision, type.Ports));
     }
 
     /// What mathematics makes of a texel.
     /// @param slip how far off the texel's values may be; scales go by its unit
-    static std::optional<Expected> Decode(const ColourType& type, const Reading& reading,
-                                          const Texel& texel, std::size_t at, const Slip& slip)
+    static Result Decode(const ColourType& type, const Reading& reading, const Texel& texel,
+                         std::size_t at, const Slip& slip)
     {
         const double value = texel[at];
         if (type.IsPacked)
@@ -176,8 +170,7 @@ protected:
 
     /// The third component makes the length one. Beyond the unit circle there is none, and on it
     /// the slope of the root has no bounds.
-    static std::optional<Expected> Unpack(double storedX, double storedY, std::size_t at,
-                                          const Slip& slip)
+    static Result Unpack(double storedX, double storedY, std::size_t at, const Slip& slip)
     {
         const double x = 2.0 * storedX - 1.0;
         const double y = 2.0 * storedY - 1.0;
@@ -193,8 +186,8 @@ protected:
     }
 
     /// Reads the image at the middle of each texel, or anywhere in and around it.
-    void Compare(const ColourType& type, const Reading& reading, bool isAnywhere,
-                 Comparison& comparison) const
+    void CompareReading(const ColourType& type, const Reading& reading, bool isAnywhere,
+                        Comparison& comparison) const
     {
         constexpr std::uint32_t width = 16;
         const std::uint32_t height = reading.Is1D ? 1 : 8;
@@ -215,16 +208,13 @@ protected:
         }
         const Slip slip{reading.Format == TexelFormat::Unorm8 ? 1.0 : 4.0,
                         (isAnywhere ? mixed : whole).Steps * std::numeric_limits<float>::epsilon()};
-        const std::string material = WriteMaterial(type, reading);
-        const std::vector<Numbers> results = Evaluate(material, inputs);
-        for (std::size_t i = 0; i < results.size(); ++i) {
-            const Texel texel = ReadLinear(image, places[i][0], places[i][1], reading.Is1D);
-            for (std::size_t at = 0; at < type.Count; ++at) {
-                comparison.Check(results[i][at], Decode(type, reading, texel, at, slip), [&] {
-                    return Compose("number ", at, " at ", Show(places[i], 2), " in\n", material);
-                });
-            }
-        }
+        Compare(
+            WriteMaterial(type, reading), inputs, type.Count,
+            [&](std::size_t i, std::size_t at) {
+                const Texel texel = ReadLinear(image, places[i][0], places[i][1], reading.Is1D);
+                return Decode(type, reading, texel, at, slip);
+            },
+            comparison);
     }
 
     void CompareAll(bool isAnywhere) const
@@ -236,8 +226,8 @@ protected:
                 for (const bool isSrgb : {false, true}) {
                     for (const char* precision : {"float", "half"}) {
                         for (const auto format : {TexelFormat::Unorm8, TexelFormat::Float})
-                            Compare(type, {is1D, isSrgb, format, precision}, isAnywhere,
-                                    comparison);
+                            CompareReading(type, {is1D, isSrgb, format, precision}, isAnywhere,
+                                           comparison);
                     }
                 }
             }

@@ -1,3 +1,4 @@
+#include "mox/Text.h"
 #include "mox/preview/MaterialPreview.h"
 #include "mox/preview/MeshFile.h"
 #include "mox/preview/MeshShapes.h"
@@ -10,21 +11,23 @@
 
 #include <array>
 #include <cmath>
+#include <cstdio>
+#include <fstream>
 #include <functional>
+#include <sstream>
 
 using namespace Mox::Host;
+using Mox::Materials::Compose;
 
 namespace {
 
 using Rgb = std::array<int, 3>;
 
+constexpr Rgb black = {0, 0, 0};
 constexpr Rgb red = {255, 0, 0};
 constexpr Rgb green = {0, 255, 0};
 constexpr Rgb blue = {0, 0, 255};
 constexpr Rgb white = {255, 255, 255};
-
-/// sRGB of half the light.
-constexpr int halfLight = 188;
 
 Rgb PixelAt(const Picture& picture, float x, float y)
 {
@@ -37,10 +40,8 @@ Rgb PixelAt(const Picture& picture, float x, float y)
 void ExpectPixel(const Picture& picture, float x, float y, const Rgb& expected, int tolerance = 1)
 {
     const Rgb pixel = PixelAt(picture, x, y);
-    for (std::size_t i = 0; i < 3; ++i) {
-        EXPECT_NEAR(pixel[i], expected[i], tolerance)
-            << "component " << i << " at " << x << ", " << y;
-    }
+    for (std::size_t i = 0; i < 3; ++i)
+        EXPECT_NEAR(pixel[i], expected[i], tolerance) << i << " at " << x << ", " << y;
 }
 
 int LightAt(const Picture& picture, float x, float y)
@@ -50,22 +51,21 @@ int LightAt(const Picture& picture, float x, float y)
 }
 
 /// Writes a texture whose colours a function of u to the right and v downwards gives.
-std::filesystem::path WriteTexture(const TemporaryFolder& folder, const std::string& name,
-                                   std::uint32_t size,
-                                   const std::function<Rgb(float u, float v)>& colourAt)
+void WriteTexture(const std::filesystem::path& file, std::uint32_t size,
+                  const std::function<Rgb(float u, float v)>& colourAt)
 {
     Picture picture{size, size, {}};
+    const auto middle = [size](std::uint32_t texel) {
+        return (static_cast<float>(texel) + 0.5f) / static_cast<float>(size);
+    };
     for (std::uint32_t y = 0; y < size; ++y) {
         for (std::uint32_t x = 0; x < size; ++x) {
-            const Rgb colour = colourAt((static_cast<float>(x) + 0.5f) / static_cast<float>(size),
-                                        (static_cast<float>(y) + 0.5f) / static_cast<float>(size));
-            for (const int component : colour)
+            for (const int component : colourAt(middle(x), middle(y)))
                 picture.Pixels.push_back(static_cast<std::uint8_t>(component));
             picture.Pixels.push_back(255);
         }
     }
-    WritePng(picture, folder.Path() / name);
-    return folder.Path() / name;
+    WritePng(picture, file);
 }
 
 /// Shares one device among the tests; the validation layer watches all of them.
@@ -99,32 +99,57 @@ protected:
             ADD_FAILURE() << _preview->ValidationMessages()[_messagesSeen];
     }
 
-    Picture Render(const std::string& material, const Mesh& mesh, PreviewOptions options,
+    /// A small picture, unless a size is wanted.
+    Picture Render(MaterialDocument document, const Mesh& mesh, PreviewOptions options,
                    ProblemList& problems) const
     {
         if (options.Width == PreviewOptions().Width)
             options.Width = options.Height = 96;
-        MaterialDocument document = MaterialFromText(material);
         document.File = (_folder.Path() / "material.xml").string();
         return _preview->RenderMaterial(document, mesh, options, problems);
     }
 
-    Picture Render(const std::string& material, const Mesh& mesh,
-                   const PreviewOptions& options = {}) const
+    Picture Render(const MaterialDocument& document, const Mesh& mesh,
+                   const PreviewOptions& options) const
     {
         ProblemList problems;
-        Picture picture = Render(material, mesh, options, problems);
+        Picture picture = Render(document, mesh, options, problems);
         for (const Problem& problem : problems.Problems())
             ADD_FAILURE() << problem.Format();
         return picture;
     }
 
-    /// One node, without light, on the plane.
-    Picture RenderNode(const std::string& material, const std::string& node,
-                       PreviewOptions options = {}) const
+    /// @param words keys and values as pixels.txt has them
+    Picture Draw(const std::string& material, std::istream& words) const
     {
-        options.Node = node;
-        return Render(material, MakePlane(), options);
+        MaterialDocument document = MaterialFromText(material);
+        PreviewOptions options;
+        Mesh mesh = MakePlane();
+        for (std::string word; words >> word;) {
+            const std::size_t split = word.find('=');
+            const std::string key = word.substr(0, split);
+            const std::string value = word.substr(split + 1);
+            if (key == "node") {
+                options.Node = value;
+            } else if (key == "mesh") {
+                mesh = value == "sphere" ? MakeSphere() : ReadMesh(_folder.Path() / value);
+            } else if (key == "view") {
+                std::sscanf(value.c_str(), "%f,%f,%f", &mesh.ViewFrom.x, &mesh.ViewFrom.y,
+                            &mesh.ViewFrom.z);
+            } else if (key == "size") {
+                std::sscanf(value.c_str(), "%ux%u", &options.Width, &options.Height);
+            } else if (key == "frames") {
+                options.FirstFrame = 1.0f;
+                options.FrameCount = std::stoul(value);
+            } else if (key.starts_with("state.")) {
+                document.RenderState.push_back({key.substr(6), value});
+            } else {
+                options.Values[key] = value;
+            }
+        }
+        const Picture picture = Render(document, mesh, options);
+        EXPECT_TRUE(options.FrameCount == 1 || picture.Width == options.FrameCount * options.Width);
+        return picture;
     }
 
     TemporaryFolder _folder;
@@ -137,80 +162,54 @@ std::unique_ptr<MaterialPreview> MaterialPreviewTest::_preview;
 std::string MaterialPreviewTest::_failure;
 std::size_t MaterialPreviewTest::_messagesSeen = 0;
 
-const std::string textured = R"(
-    uv CoreUv; Name=uv0
-    paint CoreTexture; Name=image
-    surface Surface
-    uv.read -> paint.in_uv
-    paint.out_colour -> surface.in_colour
-)";
-
-TEST_F(MaterialPreviewTest, ShowsImagesUpright)
+TEST_F(MaterialPreviewTest, PixelsAreThoseOfTheFile)
 {
-    WriteTexture(_folder, "corners.png", 64, [](float u, float v) {
+    WriteTexture(_folder.Path() / "corners.png", 64, [](float u, float v) {
         if (v < 0.5f)
             return u < 0.5f ? red : green;
         return u < 0.5f ? blue : white;
     });
-    PreviewOptions options;
-    options.Values = {{"image", "corners.png"}};
-    options.Node = "paint";
-    for (const Mesh& mesh : {MakePlane(), ReadMesh(_folder.Write("a.gltf", MakeSquareGltf()))}) {
-        Mesh fromFront = mesh;
-        fromFront.ViewFrom = {0.0f, 0.0f, 1.0f};
-        const Picture picture = Render(textured, fromFront, options);
-        ExpectPixel(picture, 0.3f, 0.3f, red);
-        ExpectPixel(picture, 0.7f, 0.3f, green);
-        ExpectPixel(picture, 0.3f, 0.7f, blue);
-        ExpectPixel(picture, 0.7f, 0.7f, white);
-    }
-    // Half a turn of the globe shows its middle columns.
-    const Picture globe = Render(textured, MakeSphere(), options);
-    ExpectPixel(globe, 0.4f, 0.4f, red);
-    ExpectPixel(globe, 0.6f, 0.4f, green);
-    ExpectPixel(globe, 0.4f, 0.6f, blue);
-}
-
-TEST_F(MaterialPreviewTest, ConvertsSrgbOnceOnTheWayInAndOut)
-{
-    WriteTexture(_folder, "grey.png", 4, [](float, float) { return Rgb{100, 128, 200}; });
-    PreviewOptions options;
-    options.Values = {{"image", "grey.png"}};
-    ExpectPixel(RenderNode(textured, "paint", options), 0.5f, 0.5f, {100, 128, 200});
-
-    // Read as they are, values are light, and the picture stores light as sRGB.
-    const std::string raw = R"(
-        uv CoreUv
-        paint CoreTexture; Name=image; sRGB=false
-        uv.read -> paint.in_uv
-    )";
-    ExpectPixel(RenderNode(raw, "paint", options), 0.5f, 0.5f, {168, halfLight, 229});
-
+    WriteTexture(_folder.Path() / "grey.png", 4, [](float, float) { return Rgb{100, 128, 200}; });
+    WriteTexture(_folder.Path() / "fine.png", 1024, [](float u, float v) {
+        return (static_cast<int>(u * 1024) + static_cast<int>(v * 1024)) % 2 == 0 ? white : black;
+    });
     // A quarter in every component: mantissa 128 of 256, two to the power of minus one.
     const std::string texel = {char(128), char(128), char(128), char(127)};
     _folder.Write("quarter.hdr", "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 1 +X 1\n" + texel);
-    options.Values = {{"image", "quarter.hdr"}};
-    ExpectPixel(RenderNode(raw, "paint", options), 0.5f, 0.5f, {137, 137, 137});
-}
+    _folder.Write("square.gltf", MakeSquareGltf());
 
-TEST_F(MaterialPreviewTest, FiltersWhatIsTooFineToSee)
-{
-    WriteTexture(_folder, "fine.png", 1024, [](float u, float v) {
-        const bool isWhite = (static_cast<int>(u * 1024) + static_cast<int>(v * 1024)) % 2 == 0;
-        return isWhite ? white : Rgb{};
-    });
-    PreviewOptions options;
-    options.Values = {{"image", "fine.png"}};
-    const Picture picture = RenderNode(textured, "paint", options);
-    for (const float place : {0.2f, 0.41f, 0.5f, 0.77f})
-        ExpectPixel(picture, place, place, {halfLight, halfLight, halfLight}, 2);
+    std::ifstream file(MOX_TEST_DATA "/preview/pixels.txt");
+    std::string material;
+    Picture picture;
+    int number = 0;
+    int checked = 0;
+    for (std::string line; std::getline(file, line);) {
+        SCOPED_TRACE(Compose("pixels.txt:", ++number, ": ", line));
+        std::istringstream words(line);
+        std::string first, y, equals, within;
+        Rgb colour;
+        int tolerance = 1;
+        words >> first;
+        if (line.starts_with("    ")) {
+            material += line + "\n";
+        } else if (first == "material") {
+            material.clear();
+        } else if (first == "draw") {
+            picture = Draw(material, words);
+        } else if (words >> y >> equals >> colour[0] >> colour[1] >> colour[2]) {
+            words >> within >> tolerance;
+            ExpectPixel(picture, std::stof(first), std::stof(y), colour, tolerance);
+            ++checked;
+        }
+    }
+    EXPECT_GT(checked, 40);
 }
 
 /// A dome that rises out of the middle of the image: it is bright on the side of the light, on
 /// every mesh, whoever worked out its tangents.
 TEST_F(MaterialPreviewTest, LightsNormalMapsFromTheRightSide)
 {
-    WriteTexture(_folder, "dome.png", 128, [](float u, float v) {
+    WriteTexture(_folder.Path() / "dome.png", 128, [](float u, float v) {
         const float x = (u - 0.5f) / 0.4f;
         const float y = (0.5f - v) / 0.4f;
         const float square = x * x + y * y;
@@ -221,13 +220,13 @@ TEST_F(MaterialPreviewTest, LightsNormalMapsFromTheRightSide)
         };
         return Rgb{store(x), store(y), store(std::sqrt(1.0f - square))};
     });
-    const std::string bumpy = R"(
+    const MaterialDocument bumpy = MaterialFromText(R"(
         uv CoreUv
         bumps CoreTexture; Name=bumps; Colour Type=Normal
         surface Surface
         uv.read -> bumps.in_uv
         bumps.out_colour -> surface.in_normal
-    )";
+    )");
     struct Case
     {
         const char* Light;
@@ -256,144 +255,13 @@ TEST_F(MaterialPreviewTest, LightsNormalMapsFromTheRightSide)
     }
 }
 
-TEST_F(MaterialPreviewTest, WithoutImagesShowsChecksAndNoBumps)
-{
-    const std::string material = R"(
-        uv CoreUv
-        paint CoreTexture; Name=image
-        normal CoreTexture; Name=bumps; Colour Type=Normal
-        packed CoreTexture; Name=packed; Colour Type=DXT5 Normal
-        uv.read -> paint.in_uv
-        uv.read -> normal.in_uv
-        uv.read -> packed.in_uv
-    )";
-    ExpectPixel(RenderNode(material, "normal"), 0.5f, 0.5f, blue);
-    ExpectPixel(RenderNode(material, "packed"), 0.5f, 0.5f, blue);
-    const Picture checks = RenderNode(material, "paint");
-    EXPECT_NE(PixelAt(checks, 0.45f, 0.45f), PixelAt(checks, 0.55f, 0.45f));
-}
-
-TEST_F(MaterialPreviewTest, FillsUniformsByTheNamesOfBindings)
-{
-    const std::string material = R"(
-        tint CoreConstant; Name=tint; Default Colour=1 0 0.5; Alpha=true; Default Alpha=0.5
-        some CoreConstant; Name=sample; Constant Type=Scalar; Default Scalar=0.5
-        both CoreMaths
-        tint.read -> both.in_value1
-        some.read -> both.in_value2
-    )";
-    ExpectPixel(RenderNode(material, "tint"), 0.5f, 0.5f, {255, 0, halfLight});
-    ExpectPixel(RenderNode(material, "both"), 0.5f, 0.5f, {halfLight, 0, 137});
-    PreviewOptions options;
-    options.Values = {{"tint", "0,1,0.5"}, {"sample", "1"}};
-    ExpectPixel(RenderNode(material, "both", options), 0.5f, 0.5f, {0, 255, halfLight});
-}
-
-/// The middle of the plane has u and v of one half, and its vertex colour is (u, v, 0).
-TEST_F(MaterialPreviewTest, ShowsOutputsOfOneToFourComponents)
-{
-    const std::string material = R"(
-        uv CoreUv
-        colour CoreVertexColour; Name=mask; Colour Type=Component
-        all CoreVertexColour; Name=rgba; Colour Type=Vector
-        probe CoreMaths; Function=Addition; Default Value 2=0.5
-        lonely CoreTexture
-        broken CoreTexture; Name=broken
-        surface Surface
-        uv.read -> probe.in_value1
-        broken.out_colour -> surface.in_colour
-    )";
-    struct Case
-    {
-        const char* Node;
-        Rgb Colour;
-    };
-    // A node that cannot be exported does not stand in the way of the others.
-    for (const Case& shown :
-         {Case{"colour", {halfLight, halfLight, halfLight}}, Case{"colour.out_blue", {0, 0, 0}},
-          Case{"uv", {halfLight, halfLight, 0}}, Case{"probe", {255, 255, 0}},
-          Case{"all", {halfLight, halfLight, 0}}}) {
-        SCOPED_TRACE(shown.Node);
-        ExpectPixel(RenderNode(material, shown.Node), 0.5f, 0.5f, shown.Colour, 2);
-    }
-}
-
-TEST_F(MaterialPreviewTest, DrawsFramesSideBySide)
-{
-    const std::string material = R"(
-        frame SurfaceFrame
-        time SurfaceTime
-        share CoreMaths; Default Value 2=0.25
-        shareOfTime CoreMaths; Default Value 2=7.5
-        frame.read -> share.in_value1
-        time.read -> shareOfTime.in_value1
-    )";
-    for (const char* node : {"share", "shareOfTime"}) {
-        PreviewOptions options;
-        options.Width = options.Height = 32;
-        options.FirstFrame = 1.0f;
-        options.FrameCount = 4;
-        const Picture strip = RenderNode(material, node, options);
-        EXPECT_EQ(strip.Width, 128u);
-        EXPECT_EQ(strip.Height, 32u);
-        ExpectPixel(strip, 0.125f, 0.5f, {137, 137, 137});
-        ExpectPixel(strip, 0.375f, 0.5f, {halfLight, halfLight, halfLight});
-        ExpectPixel(strip, 0.875f, 0.5f, white);
-    }
-}
-
-TEST_F(MaterialPreviewTest, MovesVerticesAndDrawsOnADifferentlyShapedPicture)
-{
-    const std::string material = R"(
-        up CoreConstant; Name=up; Default Colour=0 1 0
-        glow CoreConstant; Name=glow; Default Colour=1 1 1
-        surface Surface
-        up.read -> surface.in_offset
-        glow.read -> surface.in_emission
-    )";
-    PreviewOptions options;
-    options.Width = 200;
-    options.Height = 100;
-    const Picture picture = Render(material, MakePlane(), options);
-    ExpectPixel(picture, 0.5f, 0.25f, white);
-    EXPECT_LT(LightAt(picture, 0.5f, 0.75f), 600) << "the square has left the lower half";
-    EXPECT_LT(LightAt(picture, 0.2f, 0.25f), 600) << "the square is still a square";
-}
-
-TEST_F(MaterialPreviewTest, TakesTheRenderStateOfTheDocument)
-{
-    const std::string material = R"(
-        half CoreConstant; Name=half; Constant Type=Scalar; Default Scalar=0.5
-        glow CoreConstant; Name=glow; Default Colour=1 0 0
-        black CoreConstant; Name=black; Default Colour=0 0 0
-        surface Surface
-        black.read -> surface.in_colour
-        glow.read -> surface.in_emission
-        half.read -> surface.in_alpha
-    )";
-    PreviewOptions options;
-    options.Width = options.Height = 32;
-    options.Values = {{"skyColour", "0,1,0"}, {"groundColour", "0,1,0"}};
-    Mesh back = MakePlane();
-    back.ViewFrom = {0.0f, 0.0f, -1.0f};
-    const auto expect = [&](const std::vector<DocumentValue>& state, const Mesh& mesh,
-                            const Rgb& colour) {
-        MaterialDocument document = MaterialFromText(material);
-        document.RenderState = state;
-        ProblemList problems;
-        const Picture picture = _preview->RenderMaterial(document, mesh, options, problems);
-        EXPECT_FALSE(problems.HasErrors());
-        ExpectPixel(picture, 0.5f, 0.5f, colour);
-    };
-    expect({}, MakePlane(), red);
-    expect({{"alphaBlend", "Yes"}}, MakePlane(), {halfLight, halfLight, 0});
-    expect({{"alphaBlend", "Yes"}, {"sourceBlend", "one"}, {"destBlend", "one"}}, MakePlane(),
-           {255, 255, 0});
-    expect({{"zTestFunc", "never"}}, MakePlane(), green);
-    expect({}, back, red);
-    expect({{"backFaceCullEnabled", "Yes"}}, MakePlane(), red);
-    expect({{"backFaceCullEnabled", "Yes"}}, back, green);
-}
+constexpr const char* textured = R"(
+    uv CoreUv; Name=uv0
+    paint CoreTexture; Name=image
+    surface Surface
+    uv.read -> paint.in_uv
+    paint.out_colour -> surface.in_colour
+)";
 
 TEST_F(MaterialPreviewTest, ShowsALoudPatternForWhatIsBroken)
 {
@@ -405,20 +273,20 @@ TEST_F(MaterialPreviewTest, ShowsALoudPatternForWhatIsBroken)
         const char* Message; ///< a part of it
         std::map<std::string, std::string> Values;
     };
-    const std::string unfed = "paint CoreTexture\nsurface Surface\n"
-                              "paint.out_colour -> surface.in_colour\n";
-    const std::string masked = "mask CoreVertexColour; Name=mask\nsurface Surface\n"
-                               "mask.out_colour -> surface.in_colour\n";
+    const char* unfed = "paint CoreTexture\nsurface Surface\n"
+                        "paint.out_colour -> surface.in_colour\n";
+    const char* masked = "mask CoreVertexColour; Name=mask\nsurface Surface\n"
+                         "mask.out_colour -> surface.in_colour\n";
     for (const Case& broken :
-         {Case{unfed.c_str(), "please attach a texture coordinate", {}},
-          Case{masked.c_str(), "has no vertex colours, which the material reads as \"mask\"", {}},
-          Case{textured.c_str(), "gone.png: cannot be read", {{"image", "gone.png"}}}}) {
+         {Case{unfed, "please attach a texture coordinate", {}},
+          Case{masked, "has no vertex colours, which the material reads as \"mask\"", {}},
+          Case{textured, "gone.png: cannot be read", {{"image", "gone.png"}}}}) {
         SCOPED_TRACE(broken.Message);
         PreviewOptions options;
         options.Width = options.Height = 64;
         options.Values = broken.Values;
         ProblemList problems;
-        const Picture picture = Render(broken.Material, bare, options, problems);
+        const Picture picture = Render(MaterialFromText(broken.Material), bare, options, problems);
         EXPECT_EQ(picture.Pixels, MakeLoudPattern(64, 64).Pixels);
         ASSERT_TRUE(problems.HasErrors());
         EXPECT_NE(problems.Problems().back().Format().find(broken.Message), std::string::npos)
@@ -434,11 +302,11 @@ TEST_F(MaterialPreviewTest, RefusesOptionsThatDoNotFit)
                                       std::pair("skyColour", "blue")}) {
         PreviewOptions options;
         options.Values = {{name, value}};
-        EXPECT_THROW(Render(textured, MakePlane(), options), HostError) << name;
+        EXPECT_THROW(Render(MaterialFromText(textured), MakePlane(), options), HostError) << name;
     }
     PreviewOptions options;
     options.Width = 1u << 20;
-    EXPECT_THROW(Render(textured, MakePlane(), options), HostError);
+    EXPECT_THROW(Render(MaterialFromText(textured), MakePlane(), options), HostError);
 }
 
 TEST_F(MaterialPreviewTest, EveryExampleIsDrawn)
@@ -474,6 +342,9 @@ TEST_F(MaterialPreviewTest, ProgramWritesPictures)
     EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --size big " + output).Status, 2);
     EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --frames 3..1 " + output).Status, 2);
     EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --set tint " + output).Status, 2);
+    EXPECT_EQ(RunMox("preview ../examples/rim_light.xml -o picture.jpg").Status, 2);
+    EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --set baseColour=1,2,3,4 " + output).Status,
+              1);
 }
 
 TEST(MaterialPreview, SaysInOneLineThatThereIsNoDevice)
