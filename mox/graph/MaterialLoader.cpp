@@ -32,6 +32,7 @@ public:
 
     MaterialGraph Load()
     {
+        _graph.Reserve(_document.Nodes.size(), _document.Edges.size());
         for (const DocumentNode& node : _document.Nodes)
             CreateNode(node);
         for (const auto& [index, stored] : _created)
@@ -97,14 +98,11 @@ private:
 
     void LoadNode(std::size_t index, const DocumentNode& stored)
     {
-        const auto load = [&](const DocumentNode& fitting) {
-            _graph.SetStoredProperties(
-                index, LoadStored(_graph, _graph.Nodes()[index], fitting, {}, _problems));
-        };
-        if (_missing.empty())
-            load(stored);
-        else
-            load(WithoutMissing(stored));
+        const GraphNode& node = _graph.Nodes()[index];
+        _graph.SetStoredProperties(
+            index, _missing.empty()
+                       ? LoadStored(_graph, node, stored, {}, _problems)
+                       : LoadStored(_graph, node, WithoutMissing(stored), {}, _problems));
         _graph.RefreshReferences(index);
     }
 
