@@ -10,6 +10,7 @@
 #include <memory>
 #include <string_view>
 #include <system_error>
+#include <unordered_set>
 
 namespace Mox::Host {
 
@@ -64,21 +65,33 @@ std::vector<std::string> FindIn(const path& folder)
     return found;
 }
 
+/// A folder as it is called when all roads to it have one name. What does not exist keeps its own.
+path WithoutLinks(const path& folder)
+{
+    std::error_code error;
+    const path real = std::filesystem::canonical(folder.empty() ? "." : folder, error);
+    return error ? folder : real;
+}
+
 } // namespace
 
 std::vector<MaterialFile> FindMaterials(const std::vector<path>& filesAndFolders)
 {
     std::vector<MaterialFile> materials;
+    std::unordered_set<std::string> seen;
+    const auto add = [&](const path& folder, const path& name, const std::string& document) {
+        if (seen.insert((folder / name).string()).second)
+            materials.push_back({document, path(name).replace_extension().string()});
+    };
     for (const path& argument : filesAndFolders) {
         std::error_code error;
         if (!std::filesystem::is_directory(argument, error)) {
-            materials.push_back({argument.string(), argument.stem().string()});
+            add(WithoutLinks(argument.parent_path()), argument.filename(), argument.string());
             continue;
         }
-        for (std::string& document : FindIn(argument)) {
-            path name = path(document).lexically_relative(argument).replace_extension();
-            materials.push_back({std::move(document), name.string()});
-        }
+        const path folder = WithoutLinks(argument);
+        for (const std::string& document : FindIn(argument))
+            add(folder, path(document).lexically_relative(argument), document);
     }
     return materials;
 }

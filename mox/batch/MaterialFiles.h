@@ -17,7 +17,8 @@ struct MaterialFile
 /// The materials of files and folders. A file counts whatever it holds. A folder stands for every
 /// material in it and below, in the order of their names' bytes: each .xml file whose root is
 /// <material>, and each that breaks before its root, so that a damaged material is not passed over
-/// in silence.
+/// in silence. A file that is named more than once, be it by another road or in a folder, is taken
+/// once, as it was named first; links with names of their own are files of their own.
 /// @throws HostError if a folder cannot be read or holds no material
 std::vector<MaterialFile> FindMaterials(const std::vector<std::filesystem::path>& filesAndFolders);
 

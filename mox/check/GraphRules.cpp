@@ -4,10 +4,13 @@
 #include "mox/bindings/Material.h"
 #include "mox/host/LibraryCall.h"
 #include "mox/program/CgNames.h"
+#include "mox/shader/ShaderFunctionBuilder.h"
+#include "mox/shader/ShaderGraphGenerator.h"
 #include "mox/shader/ShaderNode.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <utility>
@@ -18,7 +21,9 @@ namespace {
 
 using Materials::Binding;
 using Materials::Compose;
+using Materials::GuiNode;
 using Materials::GuiPort;
+using Materials::GuiPropertyKind;
 using Materials::Material;
 using Materials::StreamType;
 
@@ -50,11 +55,42 @@ std::set<BindingKey> FindBindings(const MaterialGraph& graph)
     return keys;
 }
 
-/// Ports that read as 0 without an edge. Others have a default of their own, or the node refuses
-/// to be exported without the edge.
-bool ReadsAsZero(const std::string& type)
+/// Whether the user can say numbers at the node, which may stand in for inputs.
+bool HasNumbers(const GuiNode& node)
 {
-    return type == "CoreLayerBlend" || type == "CoreSwizzle" || type == "CoreAnimatedUv";
+    const auto& properties = node.Properties->Properties;
+    return std::any_of(properties.begin(), properties.end(), [](const auto& property) {
+        return property->Visible && (property->Kind == GuiPropertyKind::Float ||
+                                     property->Kind == GuiPropertyKind::Colour);
+    });
+}
+
+/// The bodies of the functions that a node writes by itself; nothing if it fails.
+std::string WriteBodies(const MaterialGraph::Node& node)
+{
+    ShaderGraph graph;
+    ShaderGraphGenerator generator(graph);
+    try {
+        CallLibrary(node.Where, [&] { node.Gui->GenerateShader(generator); });
+    } catch (const HostError&) {
+        return {}; // generation says what is wrong with the node
+    }
+    std::string bodies;
+    for (const ShaderNodeHandle& function : graph.Nodes)
+        bodies += function->Code;
+    return bodies;
+}
+
+/// The line with which a function begins whose input has no edge and reads as 0.
+std::string ZeroLine(const GuiPort& port)
+{
+    ShaderFunctionBuilder builder;
+    try {
+        builder.DeclareConstantForPort(port, 0.0f);
+    } catch (const ShaderError&) {
+        return {}; // the port has no type
+    }
+    return builder.Body.str();
 }
 
 } // namespace
@@ -121,10 +157,16 @@ void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems)
 void WarnOfOpenInputs(const MaterialGraph& graph, ProblemList& problems)
 {
     for (const MaterialGraph::Node& node : graph.Nodes()) {
-        if (node.IsPlaceholder || !ReadsAsZero(node.Gui->GetType()))
+        if (node.IsPlaceholder || HasNumbers(*node.Gui))
             continue;
+        std::string bodies;
         for (const GuiPort& port : node.Gui->InputPorts) {
             if (port.Connected)
+                continue;
+            if (bodies.empty())
+                bodies = WriteBodies(node);
+            const std::string line = ZeroLine(port);
+            if (line.empty() || bodies.find(line) == std::string::npos)
                 continue;
             Place where = node.Where;
             where.Port = port.Name;

@@ -20,7 +20,8 @@ void WarnOfBasicColours(const MaterialGraph& graph, ProblemList& problems);
 /// A grid of frames without rows or columns, whose text does not compile.
 void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems);
 
-/// An input without an edge that reads as 0, while no property gives it another value.
+/// An input without an edge that reads as 0 at a node without a number, so that no value of its own
+/// can be meant.
 void WarnOfOpenInputs(const MaterialGraph& graph, ProblemList& problems);
 
 /// A texture file that is not there, relative to the document.

@@ -1,8 +1,34 @@
 #include "mox/compile/CompileTarget.h"
 
-#include <algorithm>
+#include <cstddef>
 
 namespace Mox::Host {
+
+namespace {
+
+struct TargetRow
+{
+    CompileTarget Target;
+    std::string_view Name;
+    std::string_view Ending;
+};
+
+/// In the order of the enumeration.
+constexpr TargetRow rows[] = {
+    {CompileTarget::Hlsl, "hlsl", "hlsl"},
+    {CompileTarget::Glsl, "glsl", "glsl"},
+    {CompileTarget::GlslVulkan, "glsl-vulkan", "vulkan.glsl"},
+    {CompileTarget::Essl, "essl", "essl"},
+    {CompileTarget::Msl, "msl", "metal"},
+    {CompileTarget::Spirv, "spirv", "spv"},
+};
+
+const TargetRow& RowOf(CompileTarget target)
+{
+    return rows[static_cast<std::size_t>(target)];
+}
+
+} // namespace
 
 std::string_view GetStageName(ProgramStage stage)
 {
@@ -11,38 +37,23 @@ std::string_view GetStageName(ProgramStage stage)
 
 const std::vector<CompileTarget>& AllCompileTargets()
 {
-    static const std::vector<CompileTarget> targets{
-        CompileTarget::Hlsl, CompileTarget::Glsl, CompileTarget::GlslVulkan,
-        CompileTarget::Essl, CompileTarget::Msl,  CompileTarget::Spirv};
+    static const std::vector<CompileTarget> targets = [] {
+        std::vector<CompileTarget> all;
+        for (const TargetRow& row : rows)
+            all.push_back(row.Target);
+        return all;
+    }();
     return targets;
 }
 
 std::string_view GetTargetName(CompileTarget target)
 {
-    switch (target) {
-    case CompileTarget::Hlsl:
-        return "hlsl";
-    case CompileTarget::Glsl:
-        return "glsl";
-    case CompileTarget::GlslVulkan:
-        return "glsl-vulkan";
-    case CompileTarget::Essl:
-        return "essl";
-    case CompileTarget::Msl:
-        return "msl";
-    case CompileTarget::Spirv:
-        return "spirv";
-    }
-    return {};
+    return RowOf(target).Name;
 }
 
-std::optional<CompileTarget> FindTarget(std::string_view name)
+std::string_view GetTargetEnding(CompileTarget target)
 {
-    const auto& targets = AllCompileTargets();
-    const auto found = std::find_if(targets.begin(), targets.end(), [&](CompileTarget target) {
-        return GetTargetName(target) == name;
-    });
-    return found == targets.end() ? std::nullopt : std::optional(*found);
+    return RowOf(target).Ending;
 }
 
 } // namespace Mox::Host

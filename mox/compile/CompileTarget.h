@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -33,7 +32,7 @@ const std::vector<CompileTarget>& AllCompileTargets();
 /// "spirv".
 std::string_view GetTargetName(CompileTarget target);
 
-/// The target of such a word, or nothing.
-std::optional<CompileTarget> FindTarget(std::string_view name);
+/// What files in the language end in, as other tools know it, without the dot in front.
+std::string_view GetTargetEnding(CompileTarget target);
 
 } // namespace Mox::Host

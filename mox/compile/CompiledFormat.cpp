@@ -5,35 +5,12 @@
 
 namespace Mox::Host {
 
-namespace {
-
-/// Of a file in the target's language, as other tools know it.
-const char* EndingOf(CompileTarget target)
-{
-    switch (target) {
-    case CompileTarget::Hlsl:
-        return "hlsl";
-    case CompileTarget::Glsl:
-        return "glsl";
-    case CompileTarget::GlslVulkan:
-        return "vulkan.glsl";
-    case CompileTarget::Essl:
-        return "essl";
-    case CompileTarget::Msl:
-        return "metal";
-    case CompileTarget::Spirv:
-        return "spv";
-    }
-    return "";
-}
-
-} // namespace
-
 CompiledFormat::CompiledFormat(std::vector<CompileTarget> targets) : _targets(std::move(targets))
 {
     for (const CompileTarget target : _targets) {
         for (const ProgramStage stage : {ProgramStage::Vertex, ProgramStage::Fragment})
-            _endings.push_back(Materials::Compose(".", GetStageName(stage), ".", EndingOf(target)));
+            _endings.push_back(
+                Materials::Compose(".", GetStageName(stage), ".", GetTargetEnding(target)));
     }
     _endings.emplace_back(".reflection.json");
 }

@@ -39,21 +39,27 @@ public:
         : _program(program), _stage(stage), _names(names), _file(file), _problems(problems)
     {}
 
-    /// Makes the valid module in which parameters stand under their aliases, and reads its
-    /// interface.
+    /// The module as the front end makes it, in which parameters stand under their aliases.
+    /// @returns the module; empty after an error
+    SpirvWords Read(const FrontEnd& frontEnd)
+    {
+        const FrontEndResult read = frontEnd.Read(_names.HideNames(_program.Text), _stage);
+        for (const FrontEndMessage& message : read.Messages)
+            Report(message);
+        return read.Module;
+    }
+
+    /// Makes the valid module and reads its interface.
     /// @returns the module; empty after an error
     SpirvWords MakeModule(const FrontEnd& frontEnd,
                           const std::map<std::string, std::uint32_t>& samplerBindings,
                           StageInterface& interface)
     {
-        const FrontEndResult read = frontEnd.Read(_names.HideNames(_program.Text), _stage);
-        for (const FrontEndMessage& message : read.Messages)
-            Report(message);
-        if (read.Module.empty())
+        const SpirvWords read = Read(frontEnd);
+        if (read.empty())
             return {};
-        return Finish(
-            [&] { return OptimiseModule(LayOutModule(read.Module, _stage, samplerBindings)); },
-            interface);
+        return Finish([&] { return OptimiseModule(LayOutModule(read, _stage, samplerBindings)); },
+                      interface);
     }
 
     /// Takes out of the vertex module what the fragment stage does not read after all.
@@ -197,6 +203,14 @@ CompiledProgram ProgramCompiler::Compile(const CgProgram& program,
         result.Programs.push_back(fragment.Write(fragmentModule, target));
     }
     return result;
+}
+
+void ProgramCompiler::Check(const CgProgram& program, const std::string& file,
+                            ProblemList& problems) const
+{
+    const ParameterNames names(program.Parameters);
+    StageCompiler(program.Vertex, ProgramStage::Vertex, names, file, problems).Read(_frontEnd);
+    StageCompiler(program.Fragment, ProgramStage::Fragment, names, file, problems).Read(_frontEnd);
 }
 
 } // namespace Mox::Host

@@ -42,6 +42,11 @@ public:
     CompiledProgram Compile(const CgProgram& program, const std::vector<CompileTarget>& targets,
                             const std::string& file, ProblemList& problems) const;
 
+    /// Finds what Compile would find wrong with the texts of both stages, and nothing else: a text
+    /// that the front end takes fails later only by an error of the compiler itself. Takes a small
+    /// part of the time. Safe in parallel.
+    void Check(const CgProgram& program, const std::string& file, ProblemList& problems) const;
+
 private:
     FrontEnd _frontEnd;
 };

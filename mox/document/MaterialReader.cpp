@@ -14,19 +14,24 @@ using Materials::Compose;
 
 constexpr std::size_t mostFailures = 1000;
 
-const std::string* FindAttribute(const XmlElement& element, std::string_view name)
-{
-    for (const DocumentValue& attribute : element.Attributes) {
-        if (attribute.Name == name)
-            return &attribute.Value;
-    }
-    return nullptr;
-}
-
 void Append(DocumentComments& comments, DocumentComments more)
 {
     comments.insert(comments.end(), std::make_move_iterator(more.begin()),
                     std::make_move_iterator(more.end()));
+}
+
+DocumentValue ValueOf(const XmlAttribute& attribute)
+{
+    return {std::string(attribute.Name), std::string(attribute.Value)};
+}
+
+std::vector<DocumentValue> ValuesOf(const XmlElement& element)
+{
+    std::vector<DocumentValue> values;
+    values.reserve(element.Attributes.size());
+    for (const XmlAttribute& attribute : element.Attributes)
+        values.push_back(ValueOf(attribute));
+    return values;
 }
 
 /// An element without children keeps what stands inside it in front of itself.
@@ -67,21 +72,17 @@ MaterialDocument MaterialReader::Read(std::string_view text)
 void MaterialReader::StartElement(const XmlElement& element)
 {
     const ElementRule* rule = FindRule(element);
-    _open.push_back({rule, 0, false, std::exchange(_comments, {}), element.Line});
+    _open.push_back({rule, 0, false, std::exchange(_comments, {})});
     if (!rule)
         return;
     if (IsOtherVersion(*rule, element))
         return _parser.Stop();
     StartRecord(element);
     CheckAttributes(*rule, element);
-    _validator.Start(element.Node);
-    ReportValidation(element.Line);
 }
 
-void MaterialReader::EndElement(xmlNodePtr node)
+void MaterialReader::EndElement()
 {
-    _validator.End(node);
-    ReportValidation(_open.back().Line);
     OpenElement element = std::move(_open.back());
     _open.pop_back();
     DocumentComments last = std::exchange(_comments, {});
@@ -99,9 +100,9 @@ void MaterialReader::Text(int line)
          Compose("unexpected text, expected ", parent.Rule->ExpectedChildren(parent.NextChild)));
 }
 
-void MaterialReader::Comment(const std::string& text)
+void MaterialReader::Comment(std::string_view text)
 {
-    _comments.push_back(text);
+    _comments.emplace_back(text);
 }
 
 /// The rule of an element whose parent may have it, be it at another place.
@@ -122,13 +123,13 @@ const ElementRule* MaterialReader::FindRule(const XmlElement& element)
         return nullptr;
     const std::vector<ElementRule::Child>& children = parent.Rule->Children;
     for (std::size_t i = 0; i < children.size(); ++i) {
-        if (children[i].Name != element.Name)
+        if (children[i].Rule->Name != element.Name)
             continue;
         if (i < parent.NextChild)
             fail(parent.Rule->ExpectedChildren(parent.NextChild));
         else
             parent.NextChild = children[i].IsRepeated ? i : i + 1;
-        return &_schema.Element(element.Name);
+        return children[i].Rule;
     }
     fail(parent.Rule->ExpectedChildren(parent.NextChild));
     return nullptr;
@@ -140,7 +141,7 @@ bool MaterialReader::IsOtherVersion(const ElementRule& rule, const XmlElement& e
     if (&rule != &_schema.Root())
         return false;
     constexpr const char* name = "version";
-    const std::string* version = FindAttribute(element, name);
+    const std::string_view* version = element.Find(name);
     const ValueRule& expected = rule.FindAttribute(name)->Value;
     if (!version || !ParseInteger(*version) || expected.Accepts(*version))
         return false;
@@ -165,15 +166,6 @@ void MaterialReader::CheckAttributes(const ElementRule& rule, const XmlElement& 
     }
 }
 
-/// The rules explain and libxml2 decides: what only it refuses is told in its words.
-void MaterialReader::ReportValidation(int line)
-{
-    if (_failureCount == 0 && !_validator.IsValid()) {
-        Fail("schema", {_document.File, line, {}, {}},
-             Compose("does not follow the schema: ", _validator.Message()));
-    }
-}
-
 void MaterialReader::StartRecord(const XmlElement& element)
 {
     if (element.Name == "node")
@@ -185,24 +177,24 @@ void MaterialReader::StartRecord(const XmlElement& element)
     else if (element.Name == "binding")
         StartBinding(element);
     else if (element.Name == "description")
-        _document.Description = element.Attributes;
+        _document.Description = ValuesOf(element);
     else if (element.Name == "renderState")
-        _document.RenderState = element.Attributes;
+        _document.RenderState = ValuesOf(element);
 }
 
 void MaterialReader::StartNode(const XmlElement& element)
 {
-    const std::string* id = FindAttribute(element, "id");
+    const std::string_view* id = element.Find("id");
     if (!id || id->empty())
         return;
     _node.emplace();
     _node->Id = *id;
     _node->Line = element.Line;
-    if (const std::string* type = FindAttribute(element, "type"))
+    if (const std::string_view* type = element.Find("type"))
         _node->Type = *type;
-    if (const std::string* version = FindAttribute(element, "version"))
+    if (const std::string_view* version = element.Find("version"))
         _node->Version = ParseInteger(*version).value_or(0);
-    const auto [other, isNew] = _lineOfId.emplace(*id, element.Line);
+    const auto [other, isNew] = _lineOfId.emplace(_node->Id, element.Line);
     _isDoubled = !isNew;
     if (_isDoubled) {
         Fail("doubled-id", element.PlaceOf("id", _document.File),
@@ -212,36 +204,38 @@ void MaterialReader::StartNode(const XmlElement& element)
 
 void MaterialReader::StartProperty(const XmlElement& element)
 {
-    const std::string* name = FindAttribute(element, "name");
-    const std::string* kind = FindAttribute(element, "kind");
-    const std::string* value = FindAttribute(element, "value");
+    const std::string_view* name = element.Find("name");
+    const std::string_view* kind = element.Find("kind");
+    const std::string_view* value = element.Find("value");
     const auto parsed = kind ? ParseKind(*kind) : std::nullopt;
     if (name && parsed && value)
-        _property = DocumentProperty{*name, *parsed, *value, element.Line, {}};
+        _property = {std::string(*name), *parsed, std::string(*value), element.Line, {}};
 }
 
 void MaterialReader::StartEdge(const XmlElement& element)
 {
-    const std::string* tail = FindAttribute(element, "tail");
-    const std::string* tailPort = FindAttribute(element, "tailPort");
-    const std::string* head = FindAttribute(element, "head");
-    const std::string* headPort = FindAttribute(element, "headPort");
+    const std::string_view* tail = element.Find("tail");
+    const std::string_view* tailPort = element.Find("tailPort");
+    const std::string_view* head = element.Find("head");
+    const std::string_view* headPort = element.Find("headPort");
     if (tail && tailPort && head && headPort)
-        _edge = DocumentEdge{*tail, *tailPort, *head, *headPort, element.Line, {}};
+        _edge = {std::string(*tail),     std::string(*tailPort), std::string(*head),
+                 std::string(*headPort), element.Line,           {}};
 }
 
 void MaterialReader::StartBinding(const XmlElement& element)
 {
-    const std::string* stream = FindAttribute(element, "stream");
-    const std::string* tag = FindAttribute(element, "tag");
+    const std::string_view* stream = element.Find("stream");
+    const std::string_view* tag = element.Find("tag");
     if (!stream || !tag)
         return;
-    _binding = DocumentBinding{*stream, *tag, {}, element.Line, {}};
-    for (const DocumentValue& value : element.Attributes) {
-        if (&value.Value != stream && &value.Value != tag)
-            _binding->Values.push_back(value);
+    _binding = {std::string(*stream), std::string(*tag), {}, element.Line, {}};
+    for (const XmlAttribute& attribute : element.Attributes) {
+        if (&attribute.Value != stream && &attribute.Value != tag)
+            _binding->Values.push_back(ValueOf(attribute));
     }
-    const auto [other, isNew] = _lineOfBinding.emplace(std::pair(*stream, *tag), element.Line);
+    const auto [other, isNew] =
+        _lineOfBinding.emplace(std::pair(_binding->Stream, _binding->Tag), element.Line);
     if (!isNew) {
         Fail("doubled-binding", element.PlaceOf("tag", _document.File),
              Compose("the binding on line ", other->second, " has this stream and tag already"));

@@ -2,7 +2,6 @@
 
 #include "mox/document/MaterialDocument.h"
 #include "mox/document/MaterialSchema.h"
-#include "mox/document/SchemaValidator.h"
 #include "mox/document/XmlParser.h"
 
 #include <map>
@@ -35,18 +34,16 @@ private:
         std::size_t NextChild = 0;         ///< the first child of the rule that may still come
         bool HasText = false;              ///< which has been reported
         DocumentComments Comments;         ///< in front of it
-        int Line = 0;
     };
 
     void StartElement(const XmlElement& element) override;
-    void EndElement(xmlNodePtr node) override;
+    void EndElement() override;
     void Text(int line) override;
-    void Comment(const std::string& text) override;
+    void Comment(std::string_view text) override;
 
     const ElementRule* FindRule(const XmlElement& element);
     bool IsOtherVersion(const ElementRule& rule, const XmlElement& element);
     void CheckAttributes(const ElementRule& rule, const XmlElement& element);
-    void ReportValidation(int line);
 
     void StartRecord(const XmlElement& element);
     void StartNode(const XmlElement& element);
@@ -58,7 +55,6 @@ private:
     void Fail(const std::string& rule, Place where, const std::string& message);
 
     const MaterialSchema& _schema = MaterialSchema::Get();
-    SchemaValidator _validator{_schema};
     ProblemList& _problems;
     XmlParser _parser;
     MaterialDocument _document;

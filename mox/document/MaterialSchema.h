@@ -2,17 +2,15 @@
 
 #include "mox/document/SchemaRules.h"
 
-#include <libxml/relaxng.h>
-
 #include <map>
-#include <memory>
 #include <string>
 #include <string_view>
 
 namespace Mox::Host {
 
-/// The schema of material documents in two forms: as libxml2 checks by it, and as rules that say
-/// what was expected where a document breaks it. Both come from the one text, so they agree.
+/// The schema of material documents as rules, by which documents are judged and which say what was
+/// expected where one breaks them. They are made of the schema's RELAX NG, of which they know a
+/// part; whatever else stands in it is refused, so that they allow exactly what it allows.
 class MaterialSchema
 {
 public:
@@ -22,21 +20,21 @@ public:
     /// RELAX NG in XML form, as it was when the program was built.
     static const char Text[];
 
+    /// @param text RELAX NG in XML form
+    /// @throws std::logic_error if there are no rules for something in it
+    explicit MaterialSchema(std::string_view text);
+
+    MaterialSchema(const MaterialSchema&) = delete;
+    MaterialSchema& operator=(const MaterialSchema&) = delete;
+
     const ElementRule& Root() const { return *_root; }
 
     /// @throws std::out_of_range if the schema has no such element
     const ElementRule& Element(const std::string& name) const { return _elements.at(name); }
 
-    /// For a validation context; many of them may use it at the same time. Regular expressions are
-    /// left to the rules.
-    xmlRelaxNGPtr Grammar() const { return _grammar.get(); }
-
 private:
-    MaterialSchema();
-
-    std::map<std::string, ElementRule> _elements;
+    std::map<std::string, ElementRule> _elements; ///< they refer to each other
     const ElementRule* _root = nullptr;
-    std::unique_ptr<xmlRelaxNG, decltype(&xmlRelaxNGFree)> _grammar;
 };
 
 } // namespace Mox::Host

@@ -5,7 +5,7 @@
 #include "mox/host/Excerpt.h"
 
 #include <algorithm>
-#include <stdexcept>
+#include <utility>
 
 namespace Mox::Host {
 
@@ -13,9 +13,9 @@ using Materials::Compose;
 
 namespace {
 
-const std::string* FindValue(const std::vector<DocumentValue>& values, std::string_view name)
+const std::string_view* FindValue(std::span<const XmlAttribute> values, std::string_view name)
 {
-    for (const DocumentValue& value : values) {
+    for (const XmlAttribute& value : values) {
         if (value.Name == name)
             return &value.Value;
     }
@@ -29,6 +29,12 @@ const AttributeRule* FindRule(const std::vector<AttributeRule>& rules, std::stri
             return &rule;
     }
     return nullptr;
+}
+
+std::ptrdiff_t CountRequired(const std::vector<AttributeRule>& rules)
+{
+    return std::count_if(rules.begin(), rules.end(),
+                         [](const AttributeRule& rule) { return rule.IsRequired; });
 }
 
 /// "a", "b" or "c"
@@ -64,41 +70,34 @@ std::vector<std::string> NamesOf(const std::vector<AttributeRule>& rules)
 ValueRule::ValueRule(std::vector<std::string> words) : _words(std::move(words))
 {}
 
-ValueRule::ValueRule(const std::string& pattern, bool isInteger, std::string meaning)
-    : _isInteger(isInteger), _meaning(std::move(meaning))
-{
-    if (pattern.empty())
-        return;
-    _pattern.reset(xmlRegexpCompile(reinterpret_cast<const xmlChar*>(pattern.c_str())),
-                   xmlRegFreeRegexp);
-    if (!_pattern)
-        throw std::logic_error(Compose("the schema has a bad pattern: ", pattern));
-}
+ValueRule::ValueRule(DataType type) : _type(std::move(type))
+{}
 
-bool ValueRule::Accepts(const std::string& value) const
+bool ValueRule::Accepts(std::string_view value) const
 {
     if (!_words.empty())
         return std::find(_words.begin(), _words.end(), value) != _words.end();
-    if (_isInteger && !ParseInteger(value))
-        return false;
-    return !_pattern ||
-           xmlRegexpExec(_pattern.get(), reinterpret_cast<const xmlChar*>(value.c_str())) == 1;
+    return (_type.IsEmptyAllowed || !value.empty()) &&
+           (!_type.Pattern || _type.Pattern->Matches(value)) &&
+           (!_type.IsInteger || ParseInteger(value));
 }
 
 std::string ValueRule::Expected() const
 {
-    return _words.empty() ? _meaning : Join(Quote(_words), "or");
+    return _words.empty() ? _type.Meaning : Join(Quote(_words), "or");
 }
 
-std::vector<AttributeProblem> ElementRule::Check(const std::vector<DocumentValue>& values) const
+std::vector<AttributeProblem> ElementRule::Check(std::span<const XmlAttribute> values) const
 {
     std::vector<AttributeProblem> problems;
-    const std::vector<AttributeRule>* variant = FindVariant(values);
-    const auto checkValue = [&](const DocumentValue& value, const ValueRule& rule) {
+    const std::string_view* selector =
+        Variants.empty() ? nullptr : FindValue(values, SelectorName());
+    const std::vector<AttributeRule>* variant = selector ? FindVariant(*selector) : nullptr;
+    const auto checkValue = [&](const XmlAttribute& value, const ValueRule& rule) {
         if (!rule.Accepts(value.Value)) {
-            problems.push_back(
-                {value.Name, Compose("attribute \"", value.Name, "\" is ", Excerpt(value.Value),
-                                     ", expected ", rule.Expected())});
+            problems.push_back({std::string(value.Name),
+                                Compose("attribute \"", value.Name, "\" is ", Excerpt(value.Value),
+                                        ", expected ", rule.Expected())});
         }
     };
     const auto require = [&](const std::string& name, const ValueRule& rule) {
@@ -107,31 +106,37 @@ std::vector<AttributeProblem> ElementRule::Check(const std::vector<DocumentValue
                 {"", Compose("attribute \"", name, "\" is missing, expected ", rule.Expected())});
         }
     };
-
-    for (const DocumentValue& value : values) {
-        const AttributeRule* rule = FindRule(Attributes, value.Name);
-        if (!rule && variant)
-            rule = FindRule(*variant, value.Name);
-        if (rule)
-            checkValue(value, rule->Value);
-        else if (variant || !FindAttribute(value.Name))
-            problems.push_back({value.Name, DescribeUnexpected(value.Name, values, variant)});
-        else if (value.Name == SelectorName())
-            checkValue(value, Selector());
-        // Without a known word in the selector the rest of the set cannot be judged.
-    }
-    for (const AttributeRule& rule : Attributes) {
-        if (rule.IsRequired)
-            require(rule.Name, rule.Value);
-    }
-    if (variant) {
-        for (const AttributeRule& rule : *variant) {
+    const auto requireAll = [&](const std::vector<AttributeRule>& rules) {
+        for (const AttributeRule& rule : rules) {
             if (rule.IsRequired)
                 require(rule.Name, rule.Value);
         }
-    } else if (!Variants.empty()) {
-        require(SelectorName(), Selector());
+    };
+
+    // No name is there twice, so counting tells whether any of the required ones is missing.
+    auto missing = CountRequired(Attributes) + (variant ? CountRequired(*variant) : 0);
+    for (const XmlAttribute& value : values) {
+        const AttributeRule* rule = FindRule(Attributes, value.Name);
+        if (!rule && variant)
+            rule = FindRule(*variant, value.Name);
+        if (rule) {
+            missing -= rule->IsRequired;
+            checkValue(value, rule->Value);
+        } else if (variant || !FindAttribute(value.Name)) {
+            problems.push_back(
+                {std::string(value.Name),
+                 DescribeUnexpected(value.Name, selector ? *selector : "", variant)});
+        } else if (value.Name == SelectorName()) {
+            checkValue(value, Selector());
+        }
+        // Without a known word in the selector the rest of the set cannot be judged.
     }
+    if (missing > 0)
+        requireAll(Attributes);
+    if (missing > 0 && variant)
+        requireAll(*variant);
+    if (!variant && !Variants.empty())
+        require(SelectorName(), Selector());
     return problems;
 }
 
@@ -168,23 +173,20 @@ std::string ElementRule::ExpectedChildren(std::size_t first) const
 {
     std::vector<std::string> names;
     for (std::size_t i = first; i < Children.size(); ++i)
-        names.push_back(Compose("<", Children[i].Name, ">"));
+        names.push_back(Compose("<", Children[i].Rule->Name, ">"));
     return names.empty() ? Compose("the end of <", Name, ">") : Join(names, "or");
 }
 
-const std::vector<AttributeRule>*
-ElementRule::FindVariant(const std::vector<DocumentValue>& values) const
+const std::vector<AttributeRule>* ElementRule::FindVariant(std::string_view selector) const
 {
     for (const auto& variant : Variants) {
-        const std::string* value = FindValue(values, variant.front().Name);
-        if (value && variant.front().Value.Accepts(*value))
+        if (variant.front().Value.Accepts(selector))
             return &variant;
     }
     return nullptr;
 }
 
-std::string ElementRule::DescribeUnexpected(const std::string& attribute,
-                                            const std::vector<DocumentValue>& values,
+std::string ElementRule::DescribeUnexpected(std::string_view attribute, std::string_view selector,
                                             const std::vector<AttributeRule>* variant) const
 {
     std::vector<std::string> names = NamesOf(Attributes);
@@ -192,8 +194,7 @@ std::string ElementRule::DescribeUnexpected(const std::string& attribute,
     if (variant) {
         for (const std::string& name : NamesOf(*variant))
             names.push_back(name);
-        beside =
-            Compose(" beside ", SelectorName(), " \"", *FindValue(values, SelectorName()), "\"");
+        beside = Compose(" beside ", SelectorName(), " \"", selector, "\"");
     }
     return Compose("unexpected attribute ", Excerpt(attribute), beside, ", expected ",
                    names.empty() ? "none here" : "only " + Join(Quote(names), "and"));

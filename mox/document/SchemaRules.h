@@ -1,32 +1,36 @@
 #pragma once
 
-#include "mox/document/MaterialDocument.h"
-
-#include <libxml/xmlregexp.h>
+#include "mox/document/TextPattern.h"
+#include "mox/document/XmlElement.h"
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace Mox::Host {
 
-/// What an attribute may hold: any text, one of some words, or a text of a pattern.
+/// What an attribute may hold: any text, one of some words, or what a data type allows.
 class ValueRule
 {
 public:
+    /// The facets of a data type.
+    struct DataType
+    {
+        bool IsInteger = false; ///< only numbers of 32 bits are right
+        bool IsEmptyAllowed = true;
+        std::shared_ptr<const TextPattern> Pattern; ///< null for any text
+        std::string Meaning = "a text";             ///< to be put behind "expected"
+    };
+
     /// Any text.
     ValueRule() = default;
 
     explicit ValueRule(std::vector<std::string> words);
+    explicit ValueRule(DataType type);
 
-    /// @param pattern a regular expression, or empty for any text
-    /// @param isInteger only numbers of 32 bits are right
-    /// @param meaning what the attribute says, to be put behind "expected"
-    /// @throws std::logic_error if the pattern is none
-    ValueRule(const std::string& pattern, bool isInteger, std::string meaning);
-
-    bool Accepts(const std::string& value) const;
+    bool Accepts(std::string_view value) const;
 
     /// What the attribute may hold, in words, to be put behind "expected".
     std::string Expected() const;
@@ -35,9 +39,7 @@ public:
 
 private:
     std::vector<std::string> _words;
-    std::shared_ptr<xmlRegexp> _pattern;
-    bool _isInteger = false;
-    std::string _meaning = "a text";
+    DataType _type;
 };
 
 struct AttributeRule
@@ -59,7 +61,7 @@ struct ElementRule
 {
     struct Child
     {
-        std::string Name;
+        const ElementRule* Rule = nullptr;
         bool IsRepeated = false;
     };
 
@@ -72,7 +74,7 @@ struct ElementRule
     /// its word.
     std::vector<std::vector<AttributeRule>> Variants;
 
-    std::vector<AttributeProblem> Check(const std::vector<DocumentValue>& values) const;
+    std::vector<AttributeProblem> Check(std::span<const XmlAttribute> values) const;
 
     /// @returns null if no such element has an attribute of that name
     const AttributeRule* FindAttribute(std::string_view name) const;
@@ -86,9 +88,9 @@ struct ElementRule
     std::string ExpectedChildren(std::size_t first) const;
 
 private:
-    const std::vector<AttributeRule>* FindVariant(const std::vector<DocumentValue>& values) const;
-    std::string DescribeUnexpected(const std::string& attribute,
-                                   const std::vector<DocumentValue>& values,
+    /// @param selector the value of the attribute that selects a set
+    const std::vector<AttributeRule>* FindVariant(std::string_view selector) const;
+    std::string DescribeUnexpected(std::string_view attribute, std::string_view selector,
                                    const std::vector<AttributeRule>* variant) const;
 
     /// The first attribute of every set.

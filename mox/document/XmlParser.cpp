@@ -7,8 +7,10 @@
 #include <libxml/xmlerror.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 
 namespace Mox::Host {
 
@@ -16,138 +18,74 @@ namespace {
 
 using Materials::Compose;
 
-constexpr std::string_view blanks = " \t\r\n";
-
 std::string_view ViewOf(const xmlChar* text)
 {
     return text ? reinterpret_cast<const char*>(text) : std::string_view();
 }
 
+bool IsBlank(char c)
+{
+    return c == ' ' || c == '\n' || c == '\r' || c == '\t';
+}
+
+/// The same as rfind, which goes byte by byte.
+std::size_t FindLast(std::string_view text, char character)
+{
+    const void* place = ::memrchr(text.data(), character, text.size());
+    return place ? static_cast<std::size_t>(static_cast<const char*>(place) - text.data())
+                 : std::string_view::npos;
+}
+
 int CountLines(std::string_view text)
 {
-    return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+    int count = 0;
+    for (std::size_t end = text.find('\n'); end != std::string_view::npos;
+         end = text.find('\n', end + 1))
+        ++count;
+    return count;
 }
 
-/// Column of a place in a text, in characters; 0, not known, if the line is very long.
-int ColumnOf(std::string_view text, std::size_t place)
+/// Whether a start tag has more than a number of attributes.
+bool IsCrowded(std::string_view tag, std::size_t mostAttributes)
 {
-    constexpr std::size_t longest = 10000;
-    int column = 1;
-    for (std::size_t i = place; i > 0 && text[i - 1] != '\n'; --i) {
-        if (place - i >= longest)
-            return 0;
-        if ((static_cast<unsigned char>(text[i - 1]) & 0xC0) != 0x80)
-            ++column;
-    }
-    return column;
-}
-
-/// Where an attribute begins in the start tag that begins at a place.
-std::size_t FindInTag(std::string_view text, std::size_t begin, std::string_view attribute)
-{
-    std::size_t place = text.find_first_of(" \t\r\n/>", begin);
-    while (true) {
-        const std::size_t name = text.find_first_not_of(blanks, place);
-        const std::size_t end = text.find_first_of(" \t\r\n=>", name);
-        if (end == std::string_view::npos || text[end] == '>')
-            return begin;
-        if (text.substr(name, end - name) == attribute)
-            return name;
-        const std::size_t quote = text.find_first_of("\"'", end);
-        place = quote == std::string_view::npos ? quote : text.find(text[quote], quote + 1);
+    if (tag.size() < 2 * mostAttributes)
+        return false; // as nearly all: not even the quotes of so many find room
+    std::size_t count = 0;
+    for (std::size_t place = tag.find_first_of("\"'>");
+         place != std::string_view::npos && tag[place] != '>';
+         place = tag.find_first_of("\"'>", place + 1)) {
+        if (++count > mostAttributes)
+            return true;
+        place = tag.find(tag[place], place + 1);
         if (place == std::string_view::npos)
-            return begin;
-        ++place;
+            return false;
     }
+    return false;
 }
 
 /// Line of the first start tag that has too many attributes, or 0: libxml2 compares every two of
 /// them.
-int FindCrowdedTag(std::string_view text, int mostAttributes)
+int FindCrowdedTag(std::string_view text, std::size_t mostAttributes)
 {
-    std::size_t place = 0;
-    while ((place = text.find('<', place)) != std::string_view::npos) {
+    std::size_t place = text.find('<');
+    while (place != std::string_view::npos) {
         const std::string_view markup = text.substr(place, 9);
-        if (markup.starts_with("<!--")) {
-            place = text.find("-->", place + 4);
-        } else if (markup == "<![CDATA[") {
-            place = text.find("]]>", place);
-        } else if (markup.starts_with("<?")) {
-            place = text.find("?>", place);
-        } else {
-            const std::size_t begin = place;
-            int count = 0;
-            while ((place = text.find_first_of("\"'<>", place + 1)) != std::string_view::npos &&
-                   text[place] != '<' && text[place] != '>') {
-                if (++count > mostAttributes)
-                    return 1 + CountLines(text.substr(0, begin));
-                place = text.find(text[place], place + 1);
-                if (place == std::string_view::npos)
-                    return 0;
-            }
-        }
-        if (place == std::string_view::npos)
-            return 0;
+        std::size_t end = place + 1;
+        if (markup.starts_with("<!--"))
+            end = text.find("-->", place + 4);
+        else if (markup == "<![CDATA[")
+            end = text.find("]]>", place);
+        else if (markup.starts_with("<?"))
+            end = text.find("?>", place);
+        const std::size_t next = text.find('<', end);
+        if (end == place + 1 && IsCrowded(text.substr(place, next - place), mostAttributes))
+            return 1 + CountLines(text.substr(0, place));
+        place = next;
     }
     return 0;
 }
 
-std::string NameOf(const xmlNs* space, const xmlChar* name)
-{
-    const std::string_view prefix = space ? ViewOf(space->prefix) : std::string_view();
-    return prefix.empty() ? std::string(ViewOf(name)) : Compose(prefix, ":", ViewOf(name));
-}
-
-/// Whether libxml2 had the memory for an element with all its attributes, as the parser found them;
-/// what it cannot keep it leaves out without a word.
-bool IsWhole(const xmlNode* node, int attributeCount, const xmlChar** found)
-{
-    constexpr int fields = 5; // name, prefix, namespace, begin and end of the value
-    if (!node)
-        return false;
-    const xmlAttr* attribute = node->properties;
-    for (int i = 0; i < attributeCount; ++i) {
-        const bool isEmpty = found[i * fields + 3] == found[i * fields + 4];
-        if (!attribute || (!isEmpty && (!attribute->children || !attribute->children->content)))
-            return false;
-        attribute = attribute->next;
-    }
-    return true;
-}
-
-std::vector<DocumentValue> AttributesOf(xmlNodePtr node)
-{
-    std::vector<DocumentValue> attributes;
-    for (const xmlNs* space = node->nsDef; space; space = space->next) {
-        const std::string_view prefix = ViewOf(space->prefix);
-        attributes.push_back({prefix.empty() ? "xmlns" : Compose("xmlns:", prefix),
-                              std::string(ViewOf(space->href))});
-    }
-    for (xmlAttrPtr attribute = node->properties; attribute; attribute = attribute->next) {
-        const std::unique_ptr<xmlChar, void (*)(xmlChar*)> value(
-            xmlNodeListGetString(node->doc, attribute->children, 1),
-            [](xmlChar* text) { xmlFree(text); });
-        if (!value && attribute->children)
-            throw std::bad_alloc();
-        attributes.push_back(
-            {NameOf(attribute->ns, attribute->name), std::string(ViewOf(value.get()))});
-    }
-    return attributes;
-}
-
 } // namespace
-
-Place XmlElement::PlaceIn(const std::string& file) const
-{
-    return {file, Line, {}, {}, ColumnOf(Text, Begin)};
-}
-
-Place XmlElement::PlaceOf(const std::string& attribute, const std::string& file) const
-{
-    const std::size_t place = FindInTag(Text, Begin, attribute);
-    return {
-        file, Line + CountLines(Text.substr(Begin, place - Begin)), {}, {}, ColumnOf(Text, place)};
-}
 
 XmlParser::XmlParser(std::string file, XmlHandler& handler, ProblemList& problems)
     : _file(std::move(file)), _handler(handler), _problems(problems)
@@ -162,7 +100,7 @@ bool XmlParser::Parse(std::string_view text)
         return Fail("not-well-formed", 0, 0, "the document is empty");
     if (text.substr(0, 100).find('\0') != std::string_view::npos)
         return Fail("encoding", 0, 0, "the text is no UTF-8, the one encoding that is read");
-    constexpr int mostAttributes = 256;
+    constexpr std::size_t mostAttributes = 256;
     if (const int line = FindCrowdedTag(text, mostAttributes)) {
         return Fail("too-many-attributes", line, 0,
                     Compose("an element has more than ", mostAttributes, " attributes"));
@@ -187,9 +125,11 @@ bool XmlParser::Parse(std::string_view text)
     _context = context.get();
     _text = text;
     _isStopped = false;
-    const xmlDocPtr document =
-        xmlCtxtReadMemory(context.get(), text.data(), static_cast<int>(text.size()), nullptr,
-                          nullptr, XML_PARSE_NONET | XML_PARSE_BIG_LINES);
+    _depth = 0;
+    // There are no entities but those of XML itself, and they are to stand for their characters.
+    constexpr int options = XML_PARSE_NONET | XML_PARSE_BIG_LINES | XML_PARSE_NOENT;
+    const xmlDocPtr document = xmlCtxtReadMemory(
+        context.get(), text.data(), static_cast<int>(text.size()), nullptr, nullptr, options);
     const bool isRead = document != nullptr;
     xmlFreeDoc(document);
     _context = nullptr;
@@ -204,7 +144,9 @@ bool XmlParser::Parse(std::string_view text)
 void XmlParser::Stop()
 {
     _isStopped = true;
-    xmlStopParser(_context);
+    // xmlStopParser would free the text while libxml2, which tells of an error, may be amid a tag.
+    _context->disableSAX = 1;
+    _context->instate = XML_PARSER_EOF;
 }
 
 /// Exceptions cannot pass through libxml2: they wait until it has returned.
@@ -235,54 +177,49 @@ void XmlParser::OnStartDocument(void* context)
 }
 
 void XmlParser::OnStartElement(void* context, const xmlChar* name, const xmlChar* prefix,
-                               const xmlChar* uri, int namespaceCount, const xmlChar** namespaces,
-                               int attributeCount, int defaultedCount, const xmlChar** attributes)
+                               const xmlChar*, int namespaceCount, const xmlChar** namespaces,
+                               int attributeCount, int, const xmlChar** attributes)
 {
-    xmlSAX2StartElementNs(context, name, prefix, uri, namespaceCount, namespaces, attributeCount,
-                          defaultedCount, attributes);
     Guard(context, [&](XmlParser& self) {
         const xmlChar* next = self._context->input->cur;
         if (next[0] != '>' && (next[0] != '/' || next[1] != '>'))
             return; // a part of a tag, of which libxml2 is about to complain
         constexpr int deepest = 32;
-        if (self._context->nodeNr > deepest) {
+        if (++self._depth > deepest) {
             return self.FailHere("too-deep",
                                  Compose("elements are nested more than ", deepest, " deep"));
         }
-        const long end = xmlByteConsumed(self._context);
-        if (end < 0 || !IsWhole(self._context->node, attributeCount, attributes))
-            throw std::bad_alloc();
-        self._handler.StartElement(
-            self.DescribeElement(self._context->node, static_cast<std::size_t>(end)));
+        self._attributes.clear();
+        self._prefixedNames.clear();
+        self.AddDeclarations(namespaceCount, namespaces);
+        self.AddAttributes(attributeCount, attributes);
+        self._handler.StartElement(self.DescribeElement(name, prefix));
     });
 }
 
-void XmlParser::OnEndElement(void* context, const xmlChar* name, const xmlChar* prefix,
-                             const xmlChar* uri)
+void XmlParser::OnEndElement(void* context, const xmlChar*, const xmlChar*, const xmlChar*)
 {
-    xmlNodePtr node = static_cast<xmlParserCtxtPtr>(context)->node;
-    Guard(context, [&](XmlParser& self) { self._handler.EndElement(node); });
-    xmlSAX2EndElementNs(context, name, prefix, uri);
-    xmlUnlinkNode(node);
-    xmlFreeNode(node);
+    Guard(context, [](XmlParser& self) {
+        --self._depth;
+        self._handler.EndElement();
+    });
 }
 
 void XmlParser::OnText(void* context, const xmlChar* text, int size)
 {
+    const auto* begin = reinterpret_cast<const char*>(text);
+    const char* end = begin + size;
+    const char* first = std::find_if_not(begin, end, IsBlank);
+    if (first == end)
+        return;
     Guard(context, [&](XmlParser& self) {
-        std::string_view characters(reinterpret_cast<const char*>(text),
-                                    static_cast<std::size_t>(size));
-        const std::size_t begin = characters.find_first_not_of(blanks);
-        if (begin == std::string_view::npos)
-            return;
-        characters.remove_prefix(begin);
-        self._handler.Text(self._context->input->line - CountLines(characters));
+        self._handler.Text(self._context->input->line - CountLines({first, end}));
     });
 }
 
 void XmlParser::OnComment(void* context, const xmlChar* text)
 {
-    Guard(context, [&](XmlParser& self) { self._handler.Comment(std::string(ViewOf(text))); });
+    Guard(context, [&](XmlParser& self) { self._handler.Comment(ViewOf(text)); });
 }
 
 void XmlParser::OnInstruction(void* context, const xmlChar*, const xmlChar*)
@@ -324,19 +261,49 @@ void XmlParser::OnError(void* context, xmlErrorPtr error)
     });
 }
 
-/// @param end a place behind the element's last attribute and not behind the next tag
-XmlElement XmlParser::DescribeElement(xmlNodePtr node, std::size_t end) const
+XmlElement XmlParser::DescribeElement(const xmlChar* name, const xmlChar* prefix)
 {
+    const long end = xmlByteConsumed(_context);
+    if (end < 0)
+        throw std::bad_alloc();
+    const std::string_view before = _text.substr(0, static_cast<std::size_t>(end));
     XmlElement element;
-    element.Name = NameOf(node->ns, node->name);
-    element.Attributes = AttributesOf(node);
-    element.Node = node;
+    element.Name = QualifiedName(prefix, name);
+    element.Attributes = _attributes;
     element.Text = _text;
     // No attribute may hold this character itself.
-    element.Begin = _text.rfind('<', end - 1);
-    element.Line =
-        _context->input->line - CountLines(_text.substr(element.Begin, end - element.Begin));
+    element.Begin = FindLast(before, '<');
+    element.Line = _context->input->line - CountLines(before.substr(element.Begin));
     return element;
+}
+
+std::string_view XmlParser::QualifiedName(const xmlChar* prefix, const xmlChar* name)
+{
+    if (!prefix)
+        return ViewOf(name);
+    return _prefixedNames.emplace_front(Compose(ViewOf(prefix), ":", ViewOf(name)));
+}
+
+void XmlParser::AddDeclarations(int count, const xmlChar** namespaces)
+{
+    constexpr int fields = 2; // prefix and namespace
+    for (const xmlChar** field = namespaces; field != namespaces + count * fields;
+         field += fields) {
+        const xmlChar* xmlns = BAD_CAST "xmlns";
+        const std::string_view name = field[0] ? QualifiedName(xmlns, field[0]) : ViewOf(xmlns);
+        _attributes.push_back({name, ViewOf(field[1])});
+    }
+}
+
+void XmlParser::AddAttributes(int count, const xmlChar** attributes)
+{
+    constexpr int fields = 5; // name, prefix, namespace, begin and end of the value
+    for (const xmlChar** field = attributes; field != attributes + count * fields;
+         field += fields) {
+        const auto* begin = reinterpret_cast<const char*>(field[3]);
+        const auto* end = reinterpret_cast<const char*>(field[4]);
+        _attributes.push_back({QualifiedName(field[1], field[0]), {begin, end}});
+    }
 }
 
 /// @returns false, for callers that give up

@@ -1,33 +1,17 @@
 #pragma once
 
-#include "mox/document/MaterialDocument.h"
+#include "mox/document/XmlElement.h"
 #include "mox/host/Problem.h"
 
 #include <libxml/parser.h>
 
 #include <exception>
+#include <forward_list>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace Mox::Host {
-
-/// An element at its start tag.
-struct XmlElement
-{
-    std::string Name;
-    std::vector<DocumentValue> Attributes; ///< namespace declarations too
-    xmlNodePtr Node = nullptr;             ///< lives until the handler was told of the end
-    int Line = 0;
-    std::string_view Text; ///< the whole document
-    std::size_t Begin = 0; ///< of the start tag in the text
-
-    /// The place of the start tag in a file.
-    Place PlaceIn(const std::string& file) const;
-
-    /// The place of one of the attributes.
-    Place PlaceOf(const std::string& attribute, const std::string& file) const;
-};
 
 /// What an XmlParser finds, in the order of the document.
 class XmlHandler
@@ -36,18 +20,18 @@ public:
     virtual ~XmlHandler() = default;
 
     virtual void StartElement(const XmlElement& element) = 0;
-    virtual void EndElement(xmlNodePtr node) = 0;
+    virtual void EndElement() = 0;
 
     /// Characters that are not all blank.
     /// @param line where the first of them stands that is not blank
     virtual void Text(int line) = 0;
 
-    virtual void Comment(const std::string& text) = 0;
+    virtual void Comment(std::string_view text) = 0;
 };
 
-/// Parses XML in UTF-8 from memory and keeps no more of it than the open elements. It opens no file
-/// and no network connection, and refuses document type declarations, and with them entities;
-/// processing instructions; elements nested too deep; and elements with very many attributes.
+/// Parses XML in UTF-8 from memory and keeps nothing of it. It opens no file and no network
+/// connection, and refuses document type declarations, and with them entities; processing
+/// instructions; elements nested too deep; and elements with very many attributes.
 class XmlParser
 {
 public:
@@ -80,7 +64,10 @@ private:
     template <class Action>
     static void Guard(void* context, Action action);
 
-    XmlElement DescribeElement(xmlNodePtr node, std::size_t end) const;
+    XmlElement DescribeElement(const xmlChar* name, const xmlChar* prefix);
+    std::string_view QualifiedName(const xmlChar* prefix, const xmlChar* name);
+    void AddDeclarations(int count, const xmlChar** namespaces);
+    void AddAttributes(int count, const xmlChar** attributes);
     bool Fail(const std::string& rule, int line, int column, const std::string& message);
     void FailEncoding(std::string_view encoding);
     void FailHere(const std::string& rule, const std::string& message);
@@ -91,6 +78,9 @@ private:
     std::string_view _text;
     xmlParserCtxtPtr _context = nullptr;
     bool _isStopped = false;
+    int _depth = 0;                                ///< of open elements
+    std::vector<XmlAttribute> _attributes;         ///< of the last start tag
+    std::forward_list<std::string> _prefixedNames; ///< in the last start tag
     std::exception_ptr _failure;
 };
 

@@ -59,7 +59,7 @@ std::string FormatProblemRow(const ProblemMark& mark)
                    "</TD></TR>");
 }
 
-std::string FormatCaption(const ProblemMark& mark, const std::string& legendCells)
+std::string FormatCaption(const std::vector<ProblemMark>& marks, const std::string& legendCells)
 {
     constexpr std::size_t captionWidth = 90;
     std::string rows;
@@ -67,7 +67,7 @@ std::string FormatCaption(const ProblemMark& mark, const std::string& legendCell
         rows += Compose("<TR><TD ALIGN=\"LEFT\"><TABLE BORDER=\"0\" CELLSPACING=\"6\">", "<TR>",
                         legendCells, "</TR></TABLE></TD></TR>");
     }
-    if (mark.IsProblem) {
+    for (const ProblemMark& mark : marks) {
         rows += Compose(
             "<TR><TD ALIGN=\"LEFT\" BALIGN=\"LEFT\">",
             FontText(messageSize + 1, LineColourOf(mark.Level), WrapLabel(mark.Text, captionWidth)),

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Mox::Host {
 
@@ -29,8 +30,9 @@ std::string FontText(float points, const Colour& colour, std::string_view markup
 std::string FormatProblemRow(const ProblemMark& mark);
 
 /// What stands below the graph, as its attributes: a legend and the messages of what has no node in
-/// the picture; nothing if there are none.
+/// the picture, each in its colour; nothing if there are none.
 /// @param legendCells cells of a table
-std::string FormatCaption(const ProblemMark& mark, const std::string& legendCells = {});
+std::string FormatCaption(const std::vector<ProblemMark>& marks,
+                          const std::string& legendCells = {});
 
 } // namespace Mox::Host

@@ -44,13 +44,14 @@ const ProblemMark& ProblemMarks::OfPort(const std::string& id, const std::string
     return Find(_ports, {id, port});
 }
 
-ProblemMark ProblemMarks::Elsewhere(const std::unordered_set<std::string>& drawnIds) const
+std::vector<ProblemMark>
+ProblemMarks::Elsewhere(const std::unordered_set<std::string>& drawnIds) const
 {
-    ProblemMark all;
+    std::vector<ProblemMark> all;
     for (const Problem& problem : _problems.Problems()) {
         const Place where{{}, 0, problem.Where.Node, problem.Where.Port};
         if (!drawnIds.contains(where.Node))
-            all.Add(problem.Level, where.Format() + problem.Message);
+            all.push_back({true, problem.Level, where.Format() + problem.Message});
     }
     return all;
 }

@@ -6,6 +6,7 @@
 #include <string>
 #include <unordered_set>
 #include <utility>
+#include <vector>
 
 namespace Mox::Host {
 
@@ -31,8 +32,9 @@ public:
 
     const ProblemMark& OfPort(const std::string& id, const std::string& port) const;
 
-    /// Problems of the material as a whole, and of nodes that are not among those drawn.
-    ProblemMark Elsewhere(const std::unordered_set<std::string>& drawnIds) const;
+    /// Problems of the material as a whole, and of nodes that are not among those drawn, each by
+    /// itself.
+    std::vector<ProblemMark> Elsewhere(const std::unordered_set<std::string>& drawnIds) const;
 
 private:
     const ProblemList& _problems;

@@ -1,9 +1,7 @@
 #include "mox/pictures/ShaderStages.h"
 
 #include "mox/Text.h"
-#include "mox/program/InterpolantPacking.h"
 
-#include <string_view>
 #include <vector>
 
 namespace Mox::Host {
@@ -26,53 +24,10 @@ ShaderStages::ShaderStages(const GeneratedShader& shader, ProblemList& problems)
     _program.emplace(shader.Graph, shader.Origins, problems);
     if (problems.HasErrors())
         return;
-    MakePlan(shader, problems);
+    _layout.emplace(*_program, shader.Origins, problems);
     for (std::size_t i = 0; i < _program->Nodes().size(); ++i)
         _index.emplace(_program->Nodes()[i].Shader, i);
     CollectReadNames();
-}
-
-void ShaderStages::MakePlan(const GeneratedShader& shader, ProblemList& problems)
-{
-    // Copies are handed on only if there is room for them.
-    ProblemList found;
-    _plan.emplace(*_program, shader.Origins, StagePlan::Copies::HandedOn, found);
-    if (!LayOutRegisters()) {
-        found = {};
-        _plan.emplace(*_program, shader.Origins, StagePlan::Copies::MadeTwice, found);
-        LayOutRegisters();
-    }
-    for (const Problem& problem : found.Problems())
-        problems.Fail(problem.Rule, problem.Where, problem.Message);
-}
-
-bool ShaderStages::LayOutRegisters()
-{
-    constexpr std::string_view components = "xyzw";
-    std::vector<std::int32_t> widths;
-    for (const ProgramValue& value : _plan->Crossing()) {
-        const std::int32_t width = _program->PortOf(value).Type.Columns;
-        if (width < 1 || width > static_cast<std::int32_t>(components.size()))
-            return false;
-        widths.push_back(width);
-    }
-    const std::vector<InterpolantSlot> slots = PackInterpolants(widths);
-    const ShaderRegisterInfo& info = GetRegisterInfo(ShaderRegisterType::FragmentTexCoord);
-    auto slot = slots.begin();
-    _registers.clear();
-    for (const ProgramValue& value : _plan->Crossing()) {
-        if (slot->Register >= info.Count) {
-            _registers.clear();
-            return false;
-        }
-        const auto width = static_cast<std::size_t>(_program->PortOf(value).Type.Columns);
-        const auto start = static_cast<std::size_t>(slot->Component);
-        const ShaderRegister place(ShaderRegisterType::FragmentTexCoord, slot->Register);
-        _registers.emplace(value,
-                           Compose(place.FormatRegister(), ".", components.substr(start, width)));
-        ++slot;
-    }
-    return true;
 }
 
 void ShaderStages::CollectReadNames()
@@ -85,7 +40,7 @@ void ShaderStages::CollectReadNames()
     };
     std::vector<Reader> readers;
     for (std::size_t i = 0; i < _program->Nodes().size(); ++i)
-        readers.push_back({_program->Nodes()[i].Shader, _plan->InFragment(i)});
+        readers.push_back({_program->Nodes()[i].Shader, _layout->Plan().InFragment(i)});
     while (!readers.empty()) {
         const Reader reader = readers.back();
         readers.pop_back();
@@ -110,8 +65,8 @@ DrawnStage ShaderStages::StageOf(const ShaderNode& node) const
     const auto entry = _index.find(&node);
     if (entry == _index.end())
         return _read.contains(&node) ? DrawnStage::None : DrawnStage::Dead;
-    const bool isInVertex = _plan->InVertex(entry->second);
-    const bool isInFragment = _plan->InFragment(entry->second);
+    const bool isInVertex = _layout->Plan().InVertex(entry->second);
+    const bool isInFragment = _layout->Plan().InFragment(entry->second);
     if (isInVertex && isInFragment)
         return DrawnStage::Both;
     return isInVertex ? DrawnStage::Vertex : DrawnStage::Fragment;
@@ -123,18 +78,23 @@ std::optional<std::string> ShaderStages::CrossingOf(const ShaderEdge& edge) cons
     if (!IsKnown() || !head)
         return std::nullopt;
     const auto reader = _index.find(head.get());
-    const bool isReadInFragment = reader == _index.end() ? _readInFragment.contains(head.get())
-                                                         : _plan->InFragment(reader->second);
+    const bool isReadInFragment = reader == _index.end()
+                                      ? _readInFragment.contains(head.get())
+                                      : _layout->Plan().InFragment(reader->second);
     const std::optional<ProgramValue> value =
         isReadInFragment ? ValueOf(edge) : std::optional<ProgramValue>();
     if (!value)
         return std::nullopt;
-    const ProgramValue source = _plan->SourceOf(*value);
-    if (!_plan->Crossing().contains(source))
+    const ProgramValue source = _layout->Plan().SourceOf(*value);
+    if (!_layout->Plan().Crossing().contains(source))
         return std::nullopt;
     const ShaderNodeHandle tail = edge.Tail.lock();
-    const auto place = _registers.find(source);
-    return place == _registers.end() || IsInterface(*tail) ? "" : place->second;
+    const auto slot = _layout->Slots().find(source);
+    if (slot == _layout->Slots().end() || IsInterface(*tail))
+        return "";
+    const ShaderRegister place(ShaderRegisterType::FragmentTexCoord, slot->second.Register);
+    return Compose(place.FormatRegister(), ".",
+                   LettersOf(slot->second.Component, _program->PortOf(source).Type.Columns));
 }
 
 /// What the edge hands on, looked for through chains of names.

@@ -3,11 +3,10 @@
 #include "mox/host/Problem.h"
 #include "mox/program/ProgramGraph.h"
 #include "mox/program/ShaderGeneration.h"
-#include "mox/program/StagePlan.h"
+#include "mox/program/StageLayout.h"
 
 #include <boost/noncopyable.hpp>
 
-#include <map>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -34,29 +33,26 @@ public:
     ///        their way
     ShaderStages(const GeneratedShader& shader, ProblemList& problems);
 
-    bool IsKnown() const { return _plan.has_value(); }
+    bool IsKnown() const { return _layout.has_value(); }
 
     DrawnStage StageOf(const ShaderNode& node) const;
 
     /// The register in which the edge's value comes to the fragment program, or nothing if the
     /// value does not cross. The text is empty if the edge starts at a mere name of the value, or
-    /// if there are too many values for the registers.
+    /// if something stands in the way of the registers.
     std::optional<std::string> CrossingOf(const ShaderEdge& edge) const;
 
 private:
     using NodeSet = std::unordered_set<const ShaderNode*>;
 
-    void MakePlan(const GeneratedShader& shader, ProblemList& problems);
-    bool LayOutRegisters();
     void CollectReadNames();
     std::optional<ProgramValue> ValueOf(const ShaderEdge& edge) const;
 
     std::optional<ProgramGraph> _program;
-    std::optional<StagePlan> _plan;
+    std::optional<StageLayout> _layout;
     std::unordered_map<const ShaderNode*, std::size_t> _index; ///< in the program
     NodeSet _read;           ///< interface parameters that a function of the program reads
     NodeSet _readInFragment; ///< interface parameters that one of the fragment stage reads
-    std::map<ProgramValue, std::string> _registers;
 };
 
 } // namespace Mox::Host

@@ -28,4 +28,10 @@ std::vector<InterpolantSlot> PackInterpolants(const std::vector<std::int32_t>& w
     return slots;
 }
 
+std::string_view LettersOf(std::int32_t first, std::int32_t width)
+{
+    constexpr std::string_view letters = "xyzw";
+    return letters.substr(static_cast<std::size_t>(first), static_cast<std::size_t>(width));
+}
+
 } // namespace Mox::Host

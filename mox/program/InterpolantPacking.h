@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 namespace Mox::Host {
@@ -18,5 +19,9 @@ struct InterpolantSlot
 /// @param widths components of each value, 1 to 4
 /// @returns a slot for each value
 std::vector<InterpolantSlot> PackInterpolants(const std::vector<std::int32_t>& widths);
+
+/// The letters of a value's components in its register, such as "yz".
+/// @param first, width within the four of a register
+std::string_view LettersOf(std::int32_t first, std::int32_t width);
 
 } // namespace Mox::Host

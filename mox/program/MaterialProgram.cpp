@@ -1,8 +1,12 @@
 #include "mox/program/MaterialProgram.h"
 
+#include "mox/Text.h"
 #include "mox/program/EnvironmentNodes.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
+
+#include <algorithm>
+#include <map>
 
 namespace Mox::Host {
 
@@ -19,6 +23,35 @@ void Append(const ProblemList& found, const MaterialGraph& graph, ProblemList& p
             problem.Where.File = graph.Store().File();
         problems.Add(problem);
     }
+}
+
+/// Warns of nodes in which the material ends once more.
+void WarnOfSecondEnds(const MaterialGraph& graph, ProblemList& problems)
+{
+    std::map<std::string, std::string> firstEnds; // ids by type
+    for (const MaterialGraph::Node& node : graph.Nodes()) {
+        const auto& inputs = node.Gui->InputPorts;
+        const bool isEnd = node.Gui->OutputPorts.empty() &&
+                           std::any_of(inputs.begin(), inputs.end(),
+                                       [](const auto& port) { return port.Connected; });
+        if (!isEnd || node.IsPlaceholder)
+            continue;
+        const auto [first, isNew] = firstEnds.emplace(node.Gui->GetType(), node.Id);
+        if (!isNew) {
+            problems.Warn(
+                "two-ends", node.Where,
+                Materials::Compose("the material ends in node \"", first->second, "\" too"));
+        }
+    }
+}
+
+/// Whether something arrives at an end of the material.
+bool HasEnd(const GeneratedShader& shader)
+{
+    const auto& nodes = shader.Graph.Nodes;
+    return std::any_of(nodes.begin(), nodes.end(), [&](const ShaderNodeHandle& node) {
+        return !shader.Origins.Of(*node).Port.empty();
+    });
 }
 
 } // namespace
@@ -38,6 +71,7 @@ void CompleteShader(const MaterialGraph& graph, const Environment& environment,
 CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& environment,
                                const ProgramOptions& options, ProblemList& problems)
 {
+    WarnOfSecondEnds(graph, problems);
     GeneratedShader shader;
     ProblemList found;
     CompleteShader(graph, environment, shader, found);
@@ -49,6 +83,13 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
     Append(found, graph, problems);
     if (!isComplete)
         return program; // what only a failed node reads is not dead
+    if (!program.DeadNodes.empty() && !HasEnd(shader)) {
+        problems.Warn(
+            "no-end", {graph.Store().File(), 0, {}, {}},
+            "nothing reaches the surface: no edge leads to a node that ends the material, "
+            "such as a \"Surface\" node");
+        return program; // which says it of all nodes
+    }
     for (const std::string& node : program.DeadNodes) {
         problems.Warn("dead-node", graph.Nodes()[graph.FindNode(node, {})].Where,
                       "nothing of this node reaches the surface");

@@ -69,6 +69,20 @@ public:
         return names;
     }
 
+    /// Ends of the material by the node and the input that reads through them.
+    std::map<std::pair<std::size_t, std::size_t>, const ShaderNode*> FindEnds() const
+    {
+        std::map<std::pair<std::size_t, std::size_t>, const ShaderNode*> ends;
+        for (std::size_t i = 0; i < _shaders.size(); ++i) {
+            for (std::size_t input = 0; _places[i] != nowhere && input < _feeds[i].size();
+                 ++input) {
+                if (const ShaderNode* end = FindEnd(_feeds[i][input]))
+                    ends.emplace(std::pair(_places[i], input), end);
+            }
+        }
+        return ends;
+    }
+
     std::vector<std::string> FindDeadNodes() const
     {
         std::vector<std::string> dead;
@@ -179,6 +193,19 @@ private:
         return ProgramValue{_places[feed.Node], feed.Port};
     }
 
+    /// Of the interface parameters that a feed is looked up through, the last that takes what
+    /// arrives at a port of the material. The feed is that of a node in the program, so it ends.
+    const ShaderNode* FindEnd(Feed feed) const
+    {
+        const ShaderNode* end = nullptr;
+        for (; _shaders[feed.Node]->Kind == ShaderNodeKind::InterfaceParameter;
+             feed = _feeds[feed.Node].front()) {
+            if (!_origins.Of(*_shaders[feed.Node]).Port.empty())
+                end = _shaders[feed.Node];
+        }
+        return end;
+    }
+
     void ReportCircle(std::size_t start)
     {
         std::size_t first = _path.size();
@@ -213,10 +240,17 @@ ProgramGraph::ProgramGraph(const ShaderGraph& graph, const ShaderOrigins& origin
     _nodes = collector.Collect();
     _deadNodes = collector.FindDeadNodes();
     _writtenInto = collector.FindNames();
+    _ends = collector.FindEnds();
     _firstNumbers.reserve(_nodes.size() + 1);
     _firstNumbers.push_back(0);
     for (const ProgramNode& node : _nodes)
         _firstNumbers.push_back(_firstNumbers.back() + node.Shader->Outputs.size());
+}
+
+const ShaderNode* ProgramGraph::EndBefore(std::size_t node, std::size_t input) const
+{
+    const auto end = _ends.find({node, input});
+    return end == _ends.end() ? nullptr : end->second;
 }
 
 std::string ProgramGraph::NameOf(const ProgramValue& value) const

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Mox::Host {
@@ -55,6 +56,10 @@ public:
 
     std::size_t ValueCount() const { return _firstNumbers.back(); }
 
+    /// The parameter through which a node's input takes what arrives at a port of the material;
+    /// null if there is none.
+    const ShaderNode* EndBefore(std::size_t node, std::size_t input) const;
+
     /// What people know a value by: the interface parameter or output that it is written into, or
     /// else its port without the direction.
     std::string NameOf(const ProgramValue& value) const;
@@ -64,6 +69,7 @@ private:
     std::vector<std::size_t> _firstNumbers; ///< of each node's values, and one more for the end
     std::vector<std::string> _deadNodes;
     std::map<ProgramValue, std::string> _writtenInto;
+    std::map<std::pair<std::size_t, std::size_t>, const ShaderNode*> _ends; ///< by node and input
 };
 
 /// The place of the authoring node behind a shader node.

@@ -104,6 +104,7 @@ private:
             }
             try {
                 CallLibrary(edge.Where, [&] {
+                    NotePort(*_generator.GetShaderNode(record.Heads[i]), edge);
                     const ShaderNodeHandle tail = _generator.GetShaderNode(record.Tail);
                     const ParkedEntries parked(tail->OutEdges);
                     _generator.Connect(record.Tail, record.TailPort, record.Heads[i],
@@ -136,6 +137,14 @@ private:
         NoteOrigins(tail.Id, tail.Gui->GetType());
     }
 
+    void NotePort(const ShaderNode& head, const MaterialGraph::Edge& edge)
+    {
+        if (head.Kind == ShaderNodeKind::InterfaceParameter) {
+            const MaterialGraph::Node& node = _graph.Nodes()[edge.Head];
+            _shader.Origins.Set(head, {node.Id, node.Gui->GetType(), edge.Gui->HeadPort});
+        }
+    }
+
     /// Gives an origin to the nodes that the graph has taken since the last call.
     void NoteOrigins(const std::string& node, const std::string& type)
     {
@@ -144,7 +153,7 @@ private:
             // What a provider inserted on the way is the environment's.
             const ShaderNode& shader = **entry;
             if (shader.Kind == ShaderNodeKind::Function || _generator.NodeMap.contains(*entry))
-                _shader.Origins.Set(shader, {node, type});
+                _shader.Origins.Set(shader, {node, type, {}});
         }
         _noted = _shader.Graph.Nodes.size();
     }

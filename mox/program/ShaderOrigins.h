@@ -13,6 +13,7 @@ struct ShaderOrigin
 {
     std::string Node; ///< id of the authoring node; empty for the environment
     std::string Type; ///< type of that node, or "conversion"
+    std::string Port; ///< input of that node, of a parameter that takes what arrives there
 };
 
 /// Origins of the nodes of one shader graph. Nodes without an entry belong to the environment.

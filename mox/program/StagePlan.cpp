@@ -98,22 +98,51 @@ void StagePlan::NeedInFragment(const ProgramValue& value)
     _wanted[_graph.NumberOf(value)] = true;
 }
 
-void StagePlan::ReportConflict(std::size_t node)
+/// The path from a node to the one that forces it into the vertex stage. What the environment does
+/// behind the material's end is left out.
+std::string StagePlan::FormatPath(std::size_t node) const
 {
-    const auto nameOf = [&](std::size_t i) {
+    std::string path;
+    std::string last;
+    std::size_t materialLength = 0;
+    const auto add = [&](const std::string& step, bool isOfMaterial) {
+        if (step != last)
+            path += (path.empty() ? "" : " -> ") + step;
+        last = step;
+        if (isOfMaterial)
+            materialLength = path.size();
+    };
+    for (std::size_t i = node; i != nobody; i = _vertexReader[i]) {
         const ShaderNode& shader = *_graph.Nodes()[i].Shader;
         const std::string& origin = _origins.Of(shader).Node;
-        return origin.empty() ? shader.Describe() : Compose("node \"", origin, "\"");
-    };
-    std::string path = nameOf(node);
-    for (std::size_t i = _vertexReader[node]; i != nobody; i = _vertexReader[i]) {
-        if (!path.ends_with(nameOf(i)))
-            path += " -> " + nameOf(i);
+        add(origin.empty() ? shader.Describe() : Compose("node \"", origin, "\""), !origin.empty());
+        if (const ShaderNode* end = EndBehind(i)) {
+            const ShaderOrigin& place = _origins.Of(*end);
+            add(Compose("node \"", place.Node, "\" port \"", place.Port, "\""), true);
+        }
     }
+    return materialLength > 0 ? path.substr(0, materialLength) : path;
+}
+
+/// The end of the material between a node and who needs it per vertex, or null.
+const ShaderNode* StagePlan::EndBehind(std::size_t node) const
+{
+    const std::size_t reader = _vertexReader[node];
+    if (reader == nobody)
+        return nullptr;
+    const std::vector<ProgramValue>& inputs = _graph.Nodes()[reader].Inputs;
+    const auto input = std::find_if(inputs.begin(), inputs.end(),
+                                    [&](const ProgramValue& value) { return value.Node == node; });
+    return _graph.EndBefore(reader, static_cast<std::size_t>(input - inputs.begin()));
+}
+
+void StagePlan::ReportConflict(std::size_t node)
+{
     const ShaderNode& shader = *_graph.Nodes()[node].Shader;
-    _problems.Fail("stage-conflict", PlaceOf(shader, _origins),
-                   Compose(shader.Describe(),
-                           " runs per fragment, but its result is needed per vertex: ", path));
+    _problems.Fail(
+        "stage-conflict", PlaceOf(shader, _origins),
+        Compose(shader.Describe(),
+                " runs per fragment, but its result is needed per vertex: ", FormatPath(node)));
 }
 
 } // namespace Mox::Host

@@ -4,6 +4,7 @@
 #include "mox/program/ProgramGraph.h"
 
 #include <set>
+#include <string>
 #include <vector>
 
 namespace Mox::Host {
@@ -45,6 +46,8 @@ private:
     void NeedInVertex(const ProgramValue& value, std::size_t reader);
     void NeedInFragment(const ProgramValue& value);
     void ReportConflict(std::size_t node);
+    std::string FormatPath(std::size_t node) const;
+    const ShaderNode* EndBehind(std::size_t node) const;
 
     const ProgramGraph& _graph;
     const ShaderOrigins& _origins;

@@ -1,6 +1,7 @@
 #include "mox/program/StageWriter.h"
 
 #include "mox/Text.h"
+#include "mox/program/InterpolantPacking.h"
 #include "mox/program/ProgramText.h"
 
 #include <algorithm>
@@ -13,8 +14,6 @@ namespace Mox::Host {
 namespace {
 
 using Materials::Compose;
-
-constexpr std::string_view componentLetters = "xyzw";
 
 /// An id as it may stand in a comment of one line.
 std::string QuoteForComment(const std::string& id)
@@ -268,8 +267,7 @@ private:
         std::string text = _interpolants.at(interpolant.Register);
         if (interpolant.Type.Columns < _widths.at(interpolant.Register)) {
             text += '.';
-            text += componentLetters.substr(static_cast<std::size_t>(interpolant.Component),
-                                            static_cast<std::size_t>(interpolant.Type.Columns));
+            text += LettersOf(interpolant.Component, interpolant.Type.Columns);
         }
         return text;
     }

@@ -31,10 +31,35 @@ TEST(ExportCommand, OneFailureStopsNoOtherMaterial)
                       folder.Read("out/" + name + ".fragment.cg"));
     }
 
-    const Outcome twice = RunMox("export ../examples ../examples/flip_book.xml -o out");
-    EXPECT_EQ(twice.Status, 1);
-    EXPECT_EQ(twice.Text, "mox: out/flip_book.vertex.cg: would be written for both "
-                          "../examples/flip_book.xml and ../examples/flip_book.xml\n");
+    // One file by three roads is one material; two files for one output are refused.
+    const std::string two = "export ../examples ../examples/flip_book.xml "
+                            "mox/../../examples/flip_book.xml -o " +
+                            Quote(folder.Path() / "two");
+    EXPECT_NE(RunMox(two).Text.find("\nmox: 7 exported, 7 distinct,"), std::string::npos);
+    const auto other = folder.Write("flip_book.xml");
+    const Outcome clash = RunMox("export ../examples " + Quote(other) + " -o out");
+    EXPECT_EQ(clash.Status, 1);
+    EXPECT_EQ(clash.Text, "mox: out/flip_book.vertex.cg: would be written for both "
+                          "../examples/flip_book.xml and " +
+                              other.string() + "\n");
+}
+
+TEST(ExportCommand, ManyAtOnceComeOutAsOneByOne)
+{
+#ifdef MOX_HAS_COMPILER
+    const std::string target = "spirv,hlsl";
+#else
+    const std::string target = "cg";
+#endif
+    const TemporaryFolder folder;
+    const Outcome outcome = RunShell(
+        "cd " + Quote(folder.Path()) +
+        " && for i in 1 2 3 4 5; do mkdir -p in/$i && cp '" MOX_EXAMPLES "'/*.xml in/$i; done; "
+        "for j in 1 8; do " +
+        Quote(MOX_PROGRAM) + " export in -o out$j -j $j --target " + target +
+        " 2>messages || { cat messages; exit 1; }; done; diff -r out1 out8");
+    EXPECT_EQ(outcome.Status, 0);
+    EXPECT_EQ(outcome.Text, "");
 }
 
 /// A dependency file that left out a failed material would hide what that hangs on.

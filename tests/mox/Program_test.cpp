@@ -165,10 +165,14 @@ TEST(Program, MissingFilesAndBadUsage)
     EXPECT_EQ(folder.Text, "mox: shader: holds no material\n");
     for (const char* arguments :
          {"", "export", "fly", "export --nonsense x.xml", "export mox", "export x.xml --depfile d",
-          "export -j 0 -o o x.xml", "export -j some -o o x.xml", "completion csh"})
+          "export -j 0 -o o x.xml", "export -j some -o o x.xml", "export --target spirv x.xml",
+          "export --shader-graph --target cg x.xml", "completion csh"})
         EXPECT_EQ(RunMox(arguments).Status, 2) << arguments;
+    EXPECT_EQ(RunMox("fly away").Text,
+              "mox: \"fly\" was not expected\nRun with --help for more information.\n");
     EXPECT_EQ(RunMox("--help").Status, 0);
     EXPECT_EQ(RunMox("export ../examples/two_maths.xml > /dev/full").Status, 1);
+    EXPECT_EQ(RunMox("check nowhere.xml > /dev/full").Text, "mox: the output cannot be written\n");
 }
 
 } // namespace

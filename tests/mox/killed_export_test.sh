@@ -17,9 +17,16 @@ for i in 0 1; do
 done
 md5sum whole?/* | cut -d' ' -f1 >sums
 
+start=$(date +%s%N)
+"$mox" export 0 -o out -j 4 2>/dev/null
+duration=$(($(date +%s%N) - start))
+
+# Sends a signal somewhere in the time that a whole export takes on this machine.
 kill_one() {
     status=0
-    timeout --foreground --preserve-status --signal "$2" "0.0$((1 + RANDOM % 9))" \
+    delay=$(((1 + RANDOM % 9) * duration / 10))
+    timeout --foreground --preserve-status --signal "$2" \
+        "$(printf '%d.%09d' $((delay / 1000000000)) $((delay % 1000000000)))" \
         "$mox" export $(($1 % 2)) -o out -j 4 2>messages || status=$?
     local parts
     parts=$(find out -name '*.cg' -exec md5sum {} + 2>/dev/null | grep -v -F -f sums || true)

@@ -256,11 +256,13 @@ TEST(Pictures, MarkWhatIsWrong)
     ResolveGraph(graph, others);
     others.Warn("test", {{}, 0, "uv", "read"}, "look here");
     others.Fail("test", {{}, 0, "gone", {}}, "not in the picture");
+    others.Warn("test", {}, "nor this");
     const Drawing second = DrawMaterial(graph, others, {});
     EXPECT_TRUE(Contains(LineOf(second, "n3"), red));
     EXPECT_TRUE(Contains(LineOf(second, "n1"), amber));
     EXPECT_TRUE(Contains(LineOf(second, "n1"), "TITLE=\"read&#10;look here\""));
-    EXPECT_TRUE(Contains(second.Dot, "node &quot;gone&quot;: not in the picture"));
+    EXPECT_TRUE(Contains(second.Dot, red + "\">node &quot;gone&quot;: not in the picture"));
+    EXPECT_TRUE(Contains(second.Dot, amber + "\">nor this"));
     ReadSvg(RenderPicture(second, PictureFormat::Svg));
 }
 

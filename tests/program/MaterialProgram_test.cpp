@@ -196,7 +196,7 @@ TEST(MaterialProgram, FragmentResultNeededPerVertexIsAnErrorWithThePath)
     )"),
         "stage-conflict: test.xml:2: node \"height\": function \"textureCode\" (2/1/f) runs per "
         "fragment, but its result is needed per vertex: node \"height\" -> node \"scaled\" -> "
-        "function \"clipPositionCode\" (3/1/*) -> Cg register parameter POSITION (float4)\n");
+        "node \"surface\" port \"in_offset\"\n");
 }
 
 TEST(MaterialProgram, NamesThatAreNoCgNamesWork)
@@ -285,6 +285,25 @@ std::string TextureSum(int count, bool ownCoordinates)
         last = Compose("m", i, ".out_value");
     }
     return text + last + " -> surface.in_colour\n";
+}
+
+TEST(MaterialProgram, TwoEndsAreToldWhateverTheyWrite)
+{
+    const std::string ends = R"(
+        uv CoreUv
+        paint CoreTexture
+        one Surface
+        idle Surface
+        two Surface
+        uv.read -> paint.in_uv
+        paint.out_colour -> one.in_colour
+    )";
+    const std::string warning =
+        "two-ends: test.xml:5: node \"two\": the material ends in node \"one\" too\n";
+    EXPECT_EQ(ProblemsOf(ends), "");
+    EXPECT_EQ(ProblemsOf(ends + "paint.out_colour -> two.in_emission"), warning);
+    EXPECT_EQ(ProblemsOf(ends + "paint.out_colour -> two.in_colour").substr(0, warning.size()),
+              warning);
 }
 
 TEST(MaterialProgram, AProblemDoesNotHideThoseBehindIt)

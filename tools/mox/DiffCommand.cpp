@@ -8,24 +8,37 @@ namespace Mox::Tool {
 
 namespace {
 
+constexpr int differentStatus = 1;
+constexpr int troubleStatus = 2; ///< as people and scripts know it from other comparing programs
+
 constexpr const char* footer =
     R"(The order of nodes, edges and properties does not count, nor how a number is
-written. The exit status is 0 if the materials mean the same and 1 if they
-differ.
+written. The exit status is 0 if the materials mean the same, 1 if they differ
+and 2 if one of them cannot be read.
 
 Examples:
   mox diff old/rim.xml new/rim.xml
 )";
 
+std::vector<std::string> FindDifferences(const std::string& before, const std::string& after,
+                                         const CommonOptions& common)
+{
+    try {
+        return Host::DescribeDifferences(Host::ReadMaterialDocument(before),
+                                         Host::ReadMaterialDocument(after), LoadPlugins(common));
+    } catch (const std::exception& error) {
+        std::cerr << "mox: " << error.what() << '\n';
+        throw CLI::RuntimeError(troubleStatus);
+    }
+}
+
 void Diff(const std::string& before, const std::string& after, const CommonOptions& common)
 {
-    const Host::PluginSet plugins = LoadPlugins(common);
-    const auto differences = Host::DescribeDifferences(Host::ReadMaterialDocument(before),
-                                                       Host::ReadMaterialDocument(after), plugins);
+    const std::vector<std::string> differences = FindDifferences(before, after, common);
     for (const std::string& line : differences)
         std::cout << line << '\n';
     if (!differences.empty())
-        throw CLI::RuntimeError(failureStatus);
+        throw CLI::RuntimeError(differentStatus);
 }
 
 } // namespace

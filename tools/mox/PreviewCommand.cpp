@@ -19,9 +19,10 @@ using Materials::Compose;
 
 constexpr const char* footer =
     R"(Textures whose names are relative lie beside the material. --set takes numbers
-with commas between them for a constant, a file for a texture, and a number for
-the uv or vertex colour set of the mesh that a stream reads. It also takes what
-the environment supplies, such as lightDirection=0,1,0.
+with commas between them for a constant, the last of which counts for all that
+are left out; a file for a texture; and a number for the uv or vertex colour
+set of the mesh that a stream reads. It also takes what the environment
+supplies, such as lightDirection=0,1,0.
 
 Examples:
   mox preview rim.xml -o rim.png
@@ -30,7 +31,7 @@ Examples:
       Draw it on a mesh, with another colour.
   mox preview brick.xml -o mask.png --node noise.out_red --mesh plane
       Show what one output of a node puts out.
-  mox preview fire.xml -o fire.png --frames 0..7 --size 128x128
+  mox preview fire.xml -o fire.png --frames 0..7 --size 128
       Draw eight frames side by side.
 )";
 
@@ -61,12 +62,24 @@ std::optional<std::pair<std::int32_t, std::int32_t>> ParsePair(const std::string
     return std::pair(*first, *second);
 }
 
+/// A width and a height; one number stands for both.
+std::optional<std::pair<std::int32_t, std::int32_t>> ParseSize(const std::string& text)
+{
+    if (const auto side = Host::ParseInteger(text))
+        return std::pair(*side, *side);
+    return ParsePair(text, "x");
+}
+
 Host::PreviewOptions ReadOptions(const PreviewArguments& arguments)
 {
     Host::PreviewOptions options;
-    const auto size = ParsePair(arguments.Size, "x");
+    const std::string ending = std::filesystem::path(arguments.Output).extension().string();
+    if (!ending.empty() && ending != ".png" && ending != ".PNG")
+        throw CLI::ValidationError("--output", "is a PNG file, so its name must end in .png");
+    const auto size = ParseSize(arguments.Size);
     if (!size || size->first < 1 || size->second < 1)
-        throw CLI::ValidationError("--size", "must be a width and a height, such as 640x480");
+        throw CLI::ValidationError("--size",
+                                   "must be a width and a height, such as 640x480, or one number");
     options.Width = static_cast<std::uint32_t>(size->first);
     options.Height = static_cast<std::uint32_t>(size->second);
     options.FirstFrame = arguments.Frame;
@@ -115,7 +128,7 @@ void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
         ->type_name("FILE")
         ->required();
     command->add_option("--size", arguments->Size, "Size of the picture, or of each frame")
-        ->type_name("WxH")
+        ->type_name("W[xH]")
         ->capture_default_str();
     command
         ->add_option("--mesh", arguments->Mesh,

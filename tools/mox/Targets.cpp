@@ -5,6 +5,7 @@
 #include <algorithm>
 #ifdef MOX_HAS_COMPILER
 #include "mox/compile/CompiledFormat.h"
+#include "mox/compile/ProofFormat.h"
 #endif
 
 namespace Mox::Tool {
@@ -30,6 +31,15 @@ std::vector<std::string> TargetWords()
     return words;
 }
 
+bool IsBinaryTarget([[maybe_unused]] std::string_view word)
+{
+#ifdef MOX_HAS_COMPILER
+    return word == Host::GetTargetName(Host::CompileTarget::Spirv);
+#else
+    return false;
+#endif
+}
+
 std::vector<std::unique_ptr<Host::ProgramFormat>> MakeFormats(const std::vector<std::string>& words)
 {
     std::vector<std::unique_ptr<Host::ProgramFormat>> formats;
@@ -50,8 +60,7 @@ std::vector<std::unique_ptr<Host::ProgramFormat>> MakeFormats(const std::vector<
 std::unique_ptr<Host::ProgramFormat> MakeProof()
 {
 #ifdef MOX_HAS_COMPILER
-    return std::make_unique<Host::CompiledFormat>(
-        std::vector<Host::CompileTarget>{Host::CompileTarget::Spirv});
+    return std::make_unique<Host::ProofFormat>();
 #else
     return {};
 #endif
