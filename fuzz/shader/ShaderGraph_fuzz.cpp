@@ -13,6 +13,7 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <memory>
+#include <type_traits>
 
 using Mox::Materials::Compose;
 using Mox::Materials::GuiEdge;

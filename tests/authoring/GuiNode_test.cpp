@@ -1,4 +1,5 @@
 #include "mox/authoring/GuiNode.h"
+#include "mox/program/ShaderTypeText.h"
 #include "tests/support/Failure.h"
 #include "tests/support/Session.h"
 #include "tests/support/TestNode.h"
@@ -49,44 +50,30 @@ TEST(GuiNode, ResolveComponentCounts)
     });
 }
 
+/// Lines of what is known of the outputs, with "?" for nothing; "none" stands for no output.
 TEST(GuiNode, ResolvePrecisions)
 {
-    constexpr auto unknown = ComponentType::Unknown; // stands for "not known" in this table
-    constexpr auto f = ComponentType::Float;
-    constexpr auto h = ComponentType::Half;
-    struct Case
-    {
-        std::vector<ComponentType> Outputs;
-        ComponentType Node;
-        std::vector<ComponentType> OutputsAfter;
-    };
-    const Case cases[] = {
-        {{}, h, {}},
-        {{unknown}, h, {h}},
-        {{f}, f, {f}},
-        {{h, f, unknown}, f, {h, f, f}},
-        {{ComponentType::Fixed, ComponentType::Int, unknown},
-         h,
-         {ComponentType::Fixed, ComponentType::Int, h}},
-    };
-    for (const Case& c : cases) {
+    ExpectSession("authoring/precisions.txt", [](const std::string& line) {
         TestNode node("T");
         node.InputPorts = {GuiPort("free", ""), GuiPort("fixed", "")};
         node.InputPorts[0].Precision = ComponentType::Int;
         node.InputPorts[0].PrecisionKnown = true;
         node.InputPorts[1].SetPrecision(ComponentType::Bool);
-        for (const ComponentType precision : c.Outputs) {
-            node.OutputPorts.emplace_back("out", "");
-            node.OutputPorts.back().Precision = precision;
-            node.OutputPorts.back().PrecisionKnown = precision != unknown;
+        std::istringstream words(line);
+        for (std::string word; words >> word && word != "none";) {
+            GuiPort& port = node.OutputPorts.emplace_back("out", "");
+            port.PrecisionKnown = word != "?";
+            if (port.PrecisionKnown)
+                port.Precision = Mox::Host::ParseShaderType(word)->Component;
         }
         node.ResolvePrecisions();
-        EXPECT_EQ(node.Precision, c.Node);
-        EXPECT_EQ(node.InputPorts[0].GetPrecision(), c.Node);
-        EXPECT_EQ(node.InputPorts[1].GetPrecision(), ComponentType::Bool);
-        for (std::size_t i = 0; i < c.OutputsAfter.size(); ++i)
-            EXPECT_EQ(node.OutputPorts[i].GetPrecision(), c.OutputsAfter[i]);
-    }
+        std::string text = std::string(GetComponentName(node.Precision)) + ":";
+        for (const auto* ports : {&node.InputPorts, &node.OutputPorts}) {
+            for (const GuiPort& port : *ports)
+                text += " " + std::string(GetComponentName(port.GetPrecision()));
+        }
+        return text + "\n";
+    });
 }
 
 TEST(GuiNode, StandardPropertiesHeadTheBag)

@@ -64,8 +64,10 @@ std::string DescribeReads(const std::string& type, std::istream& words)
     const auto read = [&] {
         const std::string failure = Read(*binding, attributes);
         text += Compose(failure == "no failure" ? "" : failure + ": ", Written(*binding), "\n");
+        const XmlElement stored;
+        binding->WriteXml(stored.Get());
         const auto other = CreateBinding(binding->streamType, "b", 2);
-        EXPECT_EQ(Read(*other, Written(*binding)), "no failure");
+        other->ReadXml(stored.Get());
         // All formats are read in lower case.
         EXPECT_TRUE(Written(*other) == Written(*binding) || binding->streamFormat == "X11Y11Z10n");
         attributes.clear();
@@ -95,39 +97,6 @@ TEST(Binding, AsTheFileSays)
     });
 }
 
-TEST(Binding, WritesFourteenAttributesInTheirOrderAndReadsThemBack)
-{
-    const auto fill = [](Binding& binding) {
-        binding.uiType = UiType::Slider;
-        binding.cgName = "cg";
-        binding.uv = "set";
-        binding.desc = "says <what> & \"more\"";
-        binding.helpUrl = "http://help";
-        binding.uiLabel = "Label";
-        binding.uiUnitType = UiUnitType::SrgbColour;
-        binding.SetMin(0, 0.5f);
-        binding.SetMax(1, 2.0f);
-        binding.SetDefault(0, 1e-7f);
-        binding.streamFormat = "u8n";
-        binding.datasetModifiers = "negate";
-        binding.basicColour = true;
-        binding.group = "not stored";
-    };
-    FloatBinding binding(StreamType::Float, "tag", 2);
-    fill(binding);
-    const XmlElement element;
-    binding.WriteXml(element.Get());
-    EXPECT_EQ(element.Attributes(),
-              "tag=\"tag\" gui=\"slider\" cgname=\"cg\" uv=\"set\" desc=\"says <what> & "
-              "\"more\"\" helpUrl=\"http://help\" uilabel=\"Label\" uiunittype=\"srgbcolour\" "
-              "min=\"0.5, 0\" max=\"0, 2\" default=\"1e-07, 0\" stream_type=\"u8n\" "
-              "dataset_modifiers=\"negate\" basic_colour=\"Yes\"");
-    FloatBinding other(StreamType::Float, "other", 2);
-    other.ReadXml(element.Get());
-    EXPECT_EQ(Written(other), element.Attributes());
-    EXPECT_EQ(other.group, "");
-}
-
 TEST(Binding, ReadingTouchesOnlyWhatIsThereButTheFormat)
 {
     Binding binding(StreamType::Position, "a", 1);
@@ -141,6 +110,7 @@ TEST(Binding, ReadingTouchesOnlyWhatIsThereButTheFormat)
 TEST(Binding, WordsOfValuesOutOfRangeAreEmpty)
 {
     Binding binding(StreamType::Normal, "a", 1);
+    binding.group = "not stored";
     binding.uiType = static_cast<UiType>(10);
     binding.uiUnitType = static_cast<UiUnitType>(4);
     EXPECT_EQ(Written(binding), "tag=\"a\" gui=\"\" uiunittype=\"\"");

@@ -1,11 +1,13 @@
-#include "mox/bindings/Material.h"
+#include "mox/Text.h"
 #include "mox/host/Plugin.h"
-#include "mox/shader/ShaderGraphGenerator.h"
 #include "tests/support/Failure.h"
 #include "tests/support/NodeText.h"
+#include "tests/support/Session.h"
 
-#include <boost/smart_ptr/make_shared.hpp>
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
 
 using namespace Mox;
 using namespace Mox::Materials;
@@ -14,98 +16,64 @@ namespace {
 
 using NodeHandle = boost::shared_ptr<GuiNode>;
 
-class CoreTextureNodeTest : public testing::Test
+NodeHandle& ReferenceOf(GuiNode& node)
 {
-protected:
-    NodeHandle Create(const std::string& name, const NodeHandle& reference = {}) const
-    {
-        NodeHandle node = _plugin.CreateNode("CoreTexture");
-        node->SetName(name);
-        node->Properties->Get("Reference")->Node = reference;
+    return node.Properties->Get("Reference")->Node;
+}
+
+std::string Describe(GuiNode& node)
+{
+    std::string title;
+    const std::string failure = FailureOf([&] { title = node.GetTitle(); });
+    if (failure != "no failure")
+        return Compose("  ", failure, "\n  ", DescribeShader(node), "  ", DescribeBindings(node));
+    return Compose("  title ", title, node.ForegroundColour[2] == 0.6f ? ", grey" : "",
+                   node.Description->Editable ? "" : ", description locked",
+                   node.HasBinding() ? "" : ", no binding", "\n", DescribeState(node));
+}
+
+/// Each line makes a node, changes its reference or its settings, and updates it:
+///     a
+///     b -> a
+///     b ->
+///     b Alpha=true
+TEST(CoreTextureNode, References)
+{
+    const Host::Plugin plugin(MOX_CORE_PLUGIN);
+    std::map<std::string, NodeHandle> nodes;
+    ExpectSession("nodes/references.txt", [&](const std::string& line) {
+        const std::string name = line.substr(0, line.find(' '));
+        const std::string rest = line.substr(std::min(name.size() + 1, line.size()));
+        NodeHandle& node = nodes[name];
+        if (!node) {
+            node = plugin.CreateNode("CoreTexture");
+            node->SetName(name);
+        }
+        if (rest == "->")
+            ReferenceOf(*node).reset();
+        else if (rest.starts_with("-> "))
+            ReferenceOf(*node) = nodes.at(rest.substr(3));
+        else
+            ApplySettings(*node, rest);
         node->UpdatePorts({});
-        return node;
-    }
-
-private:
-    const Host::Plugin _plugin{MOX_CORE_PLUGIN};
-};
-
-TEST_F(CoreTextureNodeTest, ReferringNodeSharesNameAndLagsInSettings)
-{
-    const NodeHandle c = Create("c");
-    const NodeHandle b = Create("b", c);
-    const NodeHandle a = Create("a", b);
-    ApplySettings(*c, "Colour Type=Vector");
-    c->UpdatePorts({});
-    a->UpdatePorts({});
-    EXPECT_EQ(a->GetTitle(), "c");
-    EXPECT_EQ(a->Properties->Get("Colour Type")->GetEnum(), "Colour") << "b has not copied it yet";
-    b->UpdatePorts({});
-    a->UpdatePorts({});
-    EXPECT_EQ(a->Properties->Get("Colour Type")->GetEnum(), "Vector");
-    EXPECT_EQ(a->ForegroundColour[2], 0.6f);
-    EXPECT_FALSE(a->HasBinding());
-    EXPECT_EQ(DescribeState(*a), "  in  in_uv \"uv\" x2 float\n"
-                                 "  out out_colour \"rgba\" x4\n"
-                                 "  locked \"Texture Type\" \"Colour Type\" \"Alpha\" \"sRGB\" "
-                                 "\"Basic Colour\"\n");
-    EXPECT_FALSE(a->Description->Editable);
-    EXPECT_TRUE(a->Name->Editable);
-
-    ApplySettings(*c, "Colour Type=Colour");
-    c->UpdatePorts({});
-    EXPECT_GE(c->FindOutputPort("out_alpha"), 0) << "alpha stays true after a vector";
-    EXPECT_EQ(DescribeBindings(*a), "no binding\n");
+        return Describe(*node);
+    });
+    for (const auto& [name, node] : nodes)
+        ReferenceOf(*node).reset(); // else those of a circle keep each other
 }
 
-TEST_F(CoreTextureNodeTest, CircleOfReferencesIsAFailureThatNamesTheNode)
+TEST(CoreTextureNode, LongChainOfReferences)
 {
-    const NodeHandle a = Create("a");
-    const NodeHandle b = Create("b", a);
-    const NodeHandle outside = Create("outside", b);
-    a->Properties->Get("Reference")->Node = b;
-    const auto message = [](const char* name) {
-        return "node \"" + std::string(name) +
-               "\" (CoreTexture): its chain of references closes into a circle";
-    };
-    EXPECT_EQ(FailureOf([&] { a->GetTitle(); }), message("a"));
-    EXPECT_EQ(FailureOf([&] { outside->GetTitle(); }), message("outside"));
-    ShaderGraph graph;
-    ShaderGraphGenerator generator(graph);
-    EXPECT_EQ(FailureOf([&] { outside->GenerateShader(generator); }), message("outside"));
-    const auto material = boost::make_shared<Material>();
-    outside->CreateBindings(material);
-    EXPECT_TRUE(material->Bindings.empty());
-    a->Properties->Get("Reference")->Node = a;
-    EXPECT_EQ(FailureOf([&] { a->GetTitle(); }), message("a"));
-    a->UpdatePorts({});
-    a->Properties->Get("Reference")->Node.reset();
-}
-
-TEST_F(CoreTextureNodeTest, LettingGoOfAReferenceKeepsTheSettings)
-{
-    const NodeHandle source = Create("source");
-    ApplySettings(*source, "Colour Type=Normal; Alpha=true; Texture Type=1D; Basic Colour=true");
-    source->UpdatePorts({});
-    const NodeHandle node = Create("node", source);
-    node->Properties->Get("Reference")->Node.reset();
-    node->UpdatePorts({});
-    EXPECT_EQ(DescribeState(*node), "  in  in_uv \"u\" x1 float\n"
-                                    "  out out_colour \"normal\" x3\n"
-                                    "  out out_alpha \"alpha\" x1\n"
-                                    "  hidden \"sRGB\" \"Basic Colour\"\n");
-    EXPECT_TRUE(node->Description->Editable);
-    EXPECT_EQ(node->ForegroundColour[0], 0.0f);
-    EXPECT_EQ(node->GetTitle(), "node");
-    EXPECT_TRUE(node->HasBinding());
-}
-
-TEST_F(CoreTextureNodeTest, LongChainOfReferences)
-{
-    const NodeHandle end = Create("end");
+    const Host::Plugin plugin(MOX_CORE_PLUGIN);
+    const NodeHandle end = plugin.CreateNode("CoreTexture");
+    end->SetName("end");
     NodeHandle last = end;
-    for (int i = 0; i < 100000; ++i)
-        last = Create("link", last);
+    for (int i = 0; i < 100000; ++i) {
+        const NodeHandle node = plugin.CreateNode("CoreTexture");
+        ReferenceOf(*node) = last;
+        node->UpdatePorts({});
+        last = node;
+    }
     EXPECT_EQ(last->GetTitle(), "end");
     ResolveAlone(*last, "in_uv", 2, ComponentType::Half);
     EXPECT_NE(DescribeShader(*last).find("uniform parameter \"end\" (sampler2D)"),

@@ -57,100 +57,98 @@ constexpr Tolerance printed = {
     50.0, "the size of a cell has six digits: up to 5e-6, times the frame's number"};
 constexpr Tolerance exact = {0.0, "floor, and a difference of neighbours"};
 
+/// Where a number of an output comes from.
+struct Source
+{
+    double Frame;
+    double Uv; ///< along the axis of the number
+    FrameGrid Grid;
+    std::size_t At; ///< numbers of two outputs alternate between both axes
+
+    bool IsAlongU() const { return At % 2 == 0; }
+    double Size() const { return 1.0 / (IsAlongU() ? Grid.Columns : Grid.Rows); }
+
+    /// The cell of the frame for the first output, and that of the next frame for the second.
+    std::optional<double> Cell() const
+    {
+        const auto cell = FindCell(Frame + (At < 2 ? 0.0 : 1.0), Grid.Columns);
+        if (!cell)
+            return std::nullopt;
+        return IsAlongU() ? cell->X : cell->Y;
+    }
+};
+
+Result Place(const Source& source)
+{
+    const auto cell = source.Cell();
+    if (!cell)
+        return std::nullopt;
+    const double sum = source.Uv + *cell;
+    return Expected{sum * source.Size(), (std::abs(sum) + std::abs(source.Uv)) * source.Size()};
+}
+
+Result Offset(const Source& source)
+{
+    const auto cell = source.Cell();
+    return cell ? Result(Expected{*cell, 1.0}) : std::nullopt;
+}
+
+Result Scale(const Source& source)
+{
+    return Expected{source.Size(), source.Size()};
+}
+
+Result Blend(const Source& source)
+{
+    return Expected{source.Frame - std::floor(source.Frame), 1.0};
+}
+
+struct Output
+{
+    const char* Mode;
+    const char* Ports;
+    std::size_t Count; ///< of numbers
+    Tolerance Allowed;
+    Result (*Of)(const Source& source);
+};
+
+constexpr Output outputs[] = {
+    {"Basic", "out_uv1 out_uv2", 4, printed, Place},
+    {"Basic", "out_blend", 1, exact, Blend},
+    {"Advanced", "out_offset1 out_offset2", 4, exact, Offset},
+    {"Advanced", "out_scale", 2, printed, Scale},
+    {"Advanced", "out_blend", 1, exact, Blend},
+};
+
 std::string WriteMaterial(const FrameGrid& grid, const std::string& settings)
 {
     return Compose("frame Feed:1\nnode CoreAnimatedUv; Rows=", grid.Rows,
-                   "; Columns=", grid.Columns, settings, "\nframe.read -> node.in_frame\n");
+                   "; Columns=", grid.Columns, "; ", settings, "\nframe.read -> node.in_frame\n");
 }
 
-class AnimatedUvNumbers : public NumbersTest
+using AnimatedUvNumbers = NumbersTest;
+
+TEST_F(AnimatedUvNumbers, OfAllOutputs)
 {
-protected:
-    AnimatedUvNumbers()
-    {
-        _inputs.Streams["frame"] = MakeFrames();
-        _inputs.Streams["uv"] = MakeValues(71, FrameCount());
-    }
-
-    std::size_t FrameCount() const { return _inputs.Streams.at("frame").size(); }
-    double FrameAt(std::size_t index) const { return _inputs.Streams.at("frame")[index][0]; }
-    double UvAt(std::size_t index, std::size_t at) const
-    {
-        return _inputs.Streams.at("uv")[index][at];
-    }
-
-    /// What an output must have of the cell of a frame and of the next one.
-    using OfCell = std::function<Expected(double cell, std::size_t index, std::size_t at)>;
-
-    Expectation OfCells(const FrameGrid& grid, const OfCell& expected) const
-    {
-        return [=, this](std::size_t index, std::size_t at) -> Result {
-            const auto cell = FindCell(FrameAt(index) + (at < 2 ? 0.0 : 1.0), grid.Columns);
-            if (!cell)
-                return std::nullopt;
-            return expected(at % 2 == 0 ? cell->X : cell->Y, index, at % 2);
-        };
-    }
-
-    Result Blend(std::size_t index) const
-    {
-        return Expected{FrameAt(index) - std::floor(FrameAt(index)), 1.0};
-    }
-
-    /// Calls for each grid with the size of its cells, and for each level and precision.
-    template <class Call>
-    static void ForEach(Call call)
-    {
+    RunInputs inputs;
+    const auto& frames = inputs.Streams["frame"] = MakeFrames();
+    const auto& uvs = inputs.Streams["uv"] = MakeValues(71, frames.size());
+    for (const auto& [mode, ports, count, allowed, reference] : outputs) {
+        Comparison comparison(Compose(mode, " ", ports), allowed);
+        const std::string feed =
+            mode == std::string("Basic") ? "uv Feed:2\nuv.read -> node.in_uv\n" : "";
         for (const FrameGrid& grid : frameGrids) {
-            const std::array size = {1.0 / grid.Columns, 1.0 / grid.Rows};
+            const auto expected = [&, of = reference](std::size_t i, std::size_t at) {
+                return of({frames[i][0], uvs[i][at % 2], grid, at});
+            };
             for (const char* level : {"; Execution Level=Vertex", "; Execution Level=Fragment"}) {
+                const std::string material = WriteMaterial(grid, Compose("Mode=", mode, level));
                 for (const char* precision : {"float", "half"})
-                    call(grid, size, level, precision);
+                    Compare(material + feed + WriteSink(precision, ports), inputs, count, expected,
+                            comparison);
             }
         }
     }
-
-    RunInputs _inputs;
-};
-
-TEST_F(AnimatedUvNumbers, OfBasicMode)
-{
-    Comparison places("uv1 and uv2", printed);
-    Comparison blends("blend", exact);
-    ForEach([&](const FrameGrid& grid, const auto& size, const char* level, const char* precision) {
-        const auto place = [&](double cell, std::size_t index, std::size_t at) {
-            const double uv = UvAt(index, at);
-            return Expected{(uv + cell) * size[at],
-                            (std::abs(uv + cell) + std::abs(uv)) * size[at]};
-        };
-        const auto blend = [&](std::size_t index, std::size_t) { return Blend(index); };
-        const std::string material =
-            WriteMaterial(grid, level) + "uv Feed:2\nuv.read -> node.in_uv\n";
-        Compare(material + WriteSink(precision, "out_uv1 out_uv2"), _inputs, 4,
-                OfCells(grid, place), places);
-        Compare(material + WriteSink(precision, "out_blend"), _inputs, 1, blend, blends);
-    });
-}
-
-TEST_F(AnimatedUvNumbers, OfAdvancedMode)
-{
-    Comparison offsets("offset1 and offset2", exact);
-    Comparison scales("scale", printed);
-    Comparison blends("blend", exact);
-    ForEach([&](const FrameGrid& grid, const auto& size, const char* level, const char* precision) {
-        const auto offset = [](double cell, std::size_t, std::size_t) {
-            return Expected{cell, 1.0};
-        };
-        const auto scale = [&](std::size_t, std::size_t at) {
-            return Expected{size[at], size[at]};
-        };
-        const auto blend = [&](std::size_t index, std::size_t) { return Blend(index); };
-        const std::string material = WriteMaterial(grid, Compose("; Mode=Advanced", level));
-        Compare(material + WriteSink(precision, "out_offset1 out_offset2"), _inputs, 4,
-                OfCells(grid, offset), offsets);
-        Compare(material + WriteSink(precision, "out_scale"), _inputs, 2, scale, scales);
-        Compare(material + WriteSink(precision, "out_blend"), _inputs, 1, blend, blends);
-    });
 }
 
 /// Where it is that six digits fall short: whole rows from the first one on. A change of this is
@@ -161,9 +159,9 @@ TEST_F(AnimatedUvNumbers, TakeTheFirstFrameOfARowForTheLastRowsWhereSixDigitsFal
         RunInputs inputs;
         const auto first = static_cast<float>(columns);
         inputs.Streams["frame"] = {{first - 1.0f}, {first}, {first + 0.25f}, {2.0f * first}};
-        const std::vector<Numbers> results = Evaluate(
-            WriteMaterial({1, columns}, "; Mode=Advanced") + WriteSink("float", "out_offset1"),
-            inputs);
+        const std::vector<Numbers> results = Evaluate(WriteMaterial({1, columns}, "Mode=Advanced") +
+                                                          WriteSink("float", "out_offset1"),
+                                                      inputs);
         ASSERT_EQ(results.size(), 4u);
         const std::array<float, 4> rows = {results[0][1], results[1][1], results[2][1],
                                            results[3][1]};

@@ -122,24 +122,26 @@ TEST_F(CopiedNumbers, OfConstants)
 {
     Comparison locked("Locked constant", printed);
     Comparison unlocked("Unlocked constant", {1.0, "the document's digits become a float"});
-    for (const auto& [type, defaults, value] : constantKinds) {
+    for (const ConstantKind& kind : constantKinds) {
         std::vector<float> set;
-        ASSERT_TRUE(Mox::Materials::ParseFloatList(value, set));
-        const auto asDefault = [&](std::size_t, std::size_t at) { return Exactly(defaults[at]); };
+        ASSERT_TRUE(Mox::Materials::ParseFloatList(kind.Value, set));
+        const auto asDefault = [&](std::size_t, std::size_t at) {
+            return Exactly(kind.Defaults[at]);
+        };
         const auto asSet = [&](std::size_t, std::size_t at) { return Exactly(set[at]); };
         for (const char* precision : precisions) {
             const auto write = [&](const char* lock) {
                 return Compose("node CoreConstant; Name=tint; Lock=", lock, constantDefaults,
-                               "; Constant Type=", type.Settings, "\n",
-                               WriteSink(precision, type.Ports));
+                               "; Constant Type=", kind.Type.Settings, "\n",
+                               WriteSink(precision, kind.Type.Ports));
             };
             const RunInputs nothing;
-            const RunInputs given{{}, {{"tint", value}}, {}};
+            const RunInputs given{{}, {{"tint", kind.Value}}, {}};
             // A locked constant has no binding that a host could set.
-            Compare(write("true"), nothing, type.Count, asDefault, locked);
-            Compare(write("true"), given, type.Count, asDefault, locked);
-            Compare(write("false"), nothing, type.Count, asDefault, unlocked);
-            Compare(write("false"), given, type.Count, asSet, unlocked);
+            Compare(write("true"), nothing, kind.Type.Count, asDefault, locked);
+            Compare(write("true"), given, kind.Type.Count, asDefault, locked);
+            Compare(write("false"), nothing, kind.Type.Count, asDefault, unlocked);
+            Compare(write("false"), given, kind.Type.Count, asSet, unlocked);
         }
     }
 }

@@ -1,5 +1,6 @@
 #include "mox/host/HostError.h"
 #include "mox/preview/MeshFile.h"
+#include "tests/support/GraphText.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -60,12 +61,9 @@ TEST(MeshFile, SaysWhyItIsNone)
 {
     const TemporaryFolder folder;
     const auto failureOf = [](const std::filesystem::path& file) {
-        try {
-            ReadMesh(file);
-        } catch (const HostError& error) {
-            return error.Message;
-        }
-        return std::string("no failure");
+        const std::string failure = HostFailureOf([&] { ReadMesh(file); });
+        EXPECT_EQ(failure.find(file.string() + ": "), 0u) << failure;
+        return failure.substr(std::min(failure.size(), file.string().size() + 2));
     };
     EXPECT_EQ(failureOf(folder.Path() / "gone.obj"), "cannot be read: there is no such file");
     EXPECT_EQ(failureOf(folder.Write("a.fbx")),

@@ -1,6 +1,7 @@
 #include "mox/host/HostError.h"
 #include "mox/preview/MeshShapes.h"
 #include "mox/preview/MeshStreams.h"
+#include "tests/support/GraphText.h"
 
 #include <gtest/gtest.h>
 
@@ -54,21 +55,13 @@ TEST(MeshStreams, SayWhatTheMeshLacks)
     Mesh mesh;
     mesh.Name = "bare.obj";
     mesh.Positions = {{}};
-    const auto failureOf = [](auto read) {
-        try {
-            read();
-        } catch (const HostError& error) {
-            return error.Message;
-        }
-        return std::string("no failure");
-    };
-    EXPECT_EQ(
-        failureOf([&] { ReadBoundStream(mesh, *CreateBinding(StreamType::Colour, "mask", 1)); }),
-        "the mesh \"bare.obj\" has no vertex colours, which the material reads as \"mask\"");
-    EXPECT_EQ(failureOf([&] { ReadNamedStream(mesh, "tangent"); }),
+    EXPECT_EQ(HostFailureOf(
+                  [&] { ReadBoundStream(mesh, *CreateBinding(StreamType::Colour, "mask", 1)); }),
+              "the mesh \"bare.obj\" has no vertex colours, which the material reads as \"mask\"");
+    EXPECT_EQ(HostFailureOf([&] { ReadNamedStream(mesh, "tangent"); }),
               "the mesh \"bare.obj\" has no tangents, which are worked out from texture "
               "coordinates");
-    EXPECT_EQ(failureOf([&] { ReadNamedStream(mesh, "windWeight"); }),
+    EXPECT_EQ(HostFailureOf([&] { ReadNamedStream(mesh, "windWeight"); }),
               "the mesh \"bare.obj\" has no stream \"windWeight\"");
 }
 
