@@ -47,7 +47,7 @@ TEST(ExportCommand, OneFailureStopsNoOtherMaterial)
 TEST(ExportCommand, ManyAtOnceComeOutAsOneByOne)
 {
 #ifdef MOX_HAS_COMPILER
-    const std::string target = "spirv,hlsl";
+    const std::string target = "hlsl,msl";
 #else
     const std::string target = "cg";
 #endif

@@ -332,6 +332,33 @@ TEST(MaterialProgram, AProblemDoesNotHideThoseBehindIt)
     EXPECT_EQ(rules, "node-failed stage-conflict two-types ") << problems;
 }
 
+TEST(MaterialProgram, WhatTheEnvironmentLacksIsToldOnce)
+{
+    Environment environment = TestEnvironment();
+    const auto normal =
+        std::find_if(environment.Values.begin(), environment.Values.end(),
+                     [](const EnvironmentEntry& value) { return value.Name == "worldNormal"; });
+    ASSERT_NE(normal, environment.Values.end());
+    normal->Inputs.front().SourceName = "lost";
+    ProblemList problems;
+    MaterialGraph graph = LoadMaterial(MaterialFromText(R"(
+        facing SurfaceFacingRatio
+        one CoreMaths
+        two CoreMaths
+        surface Surface
+        facing.read -> one.in_value1
+        one.out_value -> two.in_value1
+        two.out_value -> surface.in_alpha
+    )"),
+                                       TestPlugins(), problems);
+    ResolveGraph(graph, problems);
+    BuildMaterialProgram(graph, environment, {}, problems);
+    std::string rules;
+    for (const Problem& problem : problems.Problems())
+        rules += problem.Rule + " ";
+    EXPECT_EQ(rules, "environment unfed-input ");
+}
+
 TEST(MaterialProgram, LimitsOfTheRegistersNameWhatIsInTheWay)
 {
     EXPECT_EQ(ProblemsOf(TextureSum(16, false)), "");
