@@ -227,7 +227,7 @@ Answer WorldModel::Connect(GraphModel& graph, int tail, const std::string& tailP
 }
 
 /// All or nothing, so both ends are looked at before the first change.
-Answer WorldModel::Convert(GraphModel& graph, EdgeModel ends, const ShaderType& from,
+Answer WorldModel::Convert(GraphModel& graph, const EdgeModel& ends, const ShaderType& from,
                            const ShaderType& to)
 {
     const Answer out = CheckNewEntry(Node(ends.Tail).OutEdges, -1, "");

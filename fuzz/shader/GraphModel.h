@@ -105,7 +105,8 @@ private:
     Answer AddEntry(std::vector<int>& list, int edge, const std::string& which) const;
     Answer CheckNewEntry(const std::vector<int>& list, int edge, const std::string& which) const;
     Answer CheckEdge(const GraphModel& graph, int edge) const;
-    Answer Convert(GraphModel& graph, EdgeModel ends, const ShaderType& from, const ShaderType& to);
+    Answer Convert(GraphModel& graph, const EdgeModel& ends, const ShaderType& from,
+                   const ShaderType& to);
 };
 
 /// The type of what providers give.
