@@ -110,8 +110,8 @@ def main(folder, materials):
                  for shape in ("chain", "values", "tree", "fan", "layered")]))
 
     print("\n## Stages\n\nEach stage of a chain against the plain baseline of the nearest size: a plain "
-          "struct with the same properties is created and freed, with the same allocator. `read` is the document, `load` makes "
-          "nodes and edges, `write` is every node's shader, the final pass and both programs.\n")
+          "struct with the same properties is created and freed, with the same allocator. `read` "
+          "is the document, `load` makes nodes and edges, `write` is every node's shader, the final pass and both programs.\n")
     near = lambda size: floor[1000 if size <= 10000 else 100000]
     print(table(["nodes"] + STAGES + ["road"],
                 [[f"{size:,}"] + [ratio(road("chain", size)[stage] / near(size))

@@ -33,6 +33,9 @@ public:
     Collector(const ShaderGraph& graph, const ShaderOrigins& origins, ProblemList& problems)
         : _origins(origins), _problems(problems)
     {
+        _index.reserve(graph.Nodes.size());
+        _shaders.reserve(graph.Nodes.size());
+        _feeds.reserve(graph.Nodes.size());
         for (const ShaderNodeHandle& node : graph.Nodes) {
             _index.emplace(node.get(), _shaders.size());
             _shaders.push_back(node.get());

@@ -44,6 +44,7 @@ public:
     {
         const StandInNames names(_graph);
         _shader.OriginalNames = names.Originals();
+        _shader.Origins.Reserve(_graph.Nodes().size());
         for (const MaterialGraph::Node& node : _graph.Nodes()) {
             try {
                 CallLibrary(node.Where, [&] { node.Gui->GenerateShader(_generator); });

@@ -110,13 +110,16 @@ private:
     std::string FindCalledFunctions()
     {
         std::string bodies;
+        std::size_t calls = 0;
         for (const ProgramFunction& function : _parts.Functions.Functions()) {
             if (std::none_of(function.Nodes.begin(), function.Nodes.end(),
                              [this](std::size_t node) { return RunsHere(node); }))
                 continue;
             _called.push_back(&function);
+            calls += function.Nodes.size();
             bodies += function.Shader->Code;
         }
+        _calls.reserve(calls);
         return bodies;
     }
 
