@@ -13,28 +13,26 @@ using namespace Mox::Materials;
 
 namespace {
 
-constexpr const char* nodeTypes[] = {
-    "CoreMaths",
-    "CoreMaths",
-    "CoreMaths",
-    "CoreMaths",
-    "CoreMaths",
-    "CoreLayerBlend",
-    "CoreLayerBlend",
-    "CoreSwizzle",
-    "CoreSwizzle",
-    "CoreConstant",
-    "CoreTexture",
-    "CoreAnimatedUv",
-    "CoreUv",
-    "CoreVertexColour",
-    "SurfaceFacingRatio",
-    "SurfaceTime",
-    "SurfaceFrame",
-    "SurfaceWorldPosition",
-    "SurfaceWorldNormal",
-    "SurfaceViewDirection",
-};
+constexpr const char* nodeTypes[] = {"CoreMaths",
+                                     "CoreMaths",
+                                     "CoreMaths",
+                                     "CoreMaths",
+                                     "CoreMaths",
+                                     "CoreLayerBlend",
+                                     "CoreLayerBlend",
+                                     "CoreSwizzle",
+                                     "CoreSwizzle",
+                                     "CoreConstant",
+                                     "CoreTexture",
+                                     "CoreAnimatedUv",
+                                     "CoreUv",
+                                     "CoreVertexColour",
+                                     "SurfaceFacingRatio",
+                                     "SurfaceTime",
+                                     "SurfaceFrame",
+                                     "SurfaceWorldPosition",
+                                     "SurfaceWorldNormal",
+                                     "SurfaceViewDirection"};
 
 constexpr int mostTextures = 12;
 
