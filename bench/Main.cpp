@@ -6,6 +6,7 @@ namespace Mox::Bench {
 
 void RegisterEditBenchmarks(const Workshop& workshop);
 void RegisterNodeBenchmarks(const Workshop& workshop);
+void RegisterPlainBenchmarks(const Workshop& workshop);
 void RegisterRoadBenchmarks(const Workshop& workshop);
 
 } // namespace Mox::Bench
@@ -16,6 +17,7 @@ int main(int argumentCount, char** arguments)
     if (benchmark::ReportUnrecognizedArguments(argumentCount, arguments))
         return 2;
     const Mox::Bench::Workshop workshop;
+    Mox::Bench::RegisterPlainBenchmarks(workshop);
     Mox::Bench::RegisterNodeBenchmarks(workshop);
     Mox::Bench::RegisterEditBenchmarks(workshop);
     Mox::Bench::RegisterRoadBenchmarks(workshop);

@@ -21,26 +21,14 @@ using Materials::Compose;
 
 using XmlDocument = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
 
-std::string AttributeOf(xmlNodePtr node, const char* name)
+std::string_view ViewOf(const xmlChar* text)
 {
-    const std::unique_ptr<xmlChar, void (*)(xmlChar*)> value(
-        xmlGetNoNsProp(node, reinterpret_cast<const xmlChar*>(name)),
-        [](xmlChar* text) { xmlFree(text); });
-    return value ? reinterpret_cast<const char*>(value.get()) : "";
+    return text ? reinterpret_cast<const char*>(text) : std::string_view();
 }
 
-std::string TextOf(xmlNodePtr node)
+std::string_view NameOf(xmlNodePtr node)
 {
-    const std::unique_ptr<xmlChar, void (*)(xmlChar*)> value(xmlNodeGetContent(node),
-                                                             [](xmlChar* text) { xmlFree(text); });
-    if (!value)
-        throw std::bad_alloc();
-    return reinterpret_cast<const char*>(value.get());
-}
-
-std::string NameOf(xmlNodePtr node)
-{
-    return reinterpret_cast<const char*>(node->name);
+    return ViewOf(node->name);
 }
 
 /// The schema uses a form that has no rule.
@@ -48,6 +36,21 @@ std::string NameOf(xmlNodePtr node)
 {
     throw std::logic_error(
         Compose("line ", xmlGetLineNo(node), " of the schema: no rule for <", NameOf(node), ">"));
+}
+
+/// The text that is all that an attribute or an element has in it.
+std::string_view ContentOf(xmlNodePtr node, xmlNodePtr content)
+{
+    if (!content)
+        return {};
+    if (content->type != XML_TEXT_NODE || content->next)
+        Refuse(node);
+    return ViewOf(content->content);
+}
+
+std::string_view TextOf(xmlNodePtr node)
+{
+    return ContentOf(node, node->children);
 }
 
 /// The elements directly in another one, in a range.
@@ -79,6 +82,15 @@ private:
     xmlNodePtr _first;
 };
 
+std::string_view AttributeOf(xmlNodePtr node, std::string_view name)
+{
+    for (const xmlAttr* attribute = node->properties; attribute; attribute = attribute->next) {
+        if (ViewOf(attribute->name) == name)
+            return ContentOf(node, attribute->children);
+    }
+    return {};
+}
+
 /// What the rules know of a form of the schema. With another attribute it would mean something
 /// else.
 struct Form
@@ -109,19 +121,19 @@ constexpr Form forms[] = {
 /// Refuses what stands in a schema and would be passed over.
 void CheckForms(xmlNodePtr node)
 {
-    const std::string name = NameOf(node);
+    const std::string_view name = NameOf(node);
     const auto* form = std::find_if(std::begin(forms), std::end(forms),
                                     [&](const Form& known) { return known.Name == name; });
     if (form == std::end(forms))
         Refuse(node);
-    const std::string value = AttributeOf(node, std::string(form->Attribute).c_str());
+    const std::string_view value = AttributeOf(node, form->Attribute);
     const xmlAttr* attribute = node->properties;
     const bool isAlone = attribute && !attribute->next && !attribute->ns && !value.empty();
     if (form->Attribute.empty() ? attribute != nullptr : !isAlone)
         Refuse(node);
     if (!form->Value.empty() && value != form->Value)
         Refuse(node);
-    if (form->Attribute == "name" && value.find(':') != std::string::npos)
+    if (form->Attribute == "name" && value.find(':') != std::string_view::npos)
         Refuse(node);
     if (form->HasOneChild && xmlChildElementCount(node) != 1)
         Refuse(node);
@@ -151,7 +163,7 @@ public:
         // First they all get a place, as they refer to each other.
         for (const auto& [name, pattern] : _definitions) {
             if (NameOf(pattern) == "element" &&
-                !_elements.emplace(AttributeOf(pattern, "name"), ElementRule()).second)
+                !_elements.emplace(std::string(AttributeOf(pattern, "name")), ElementRule()).second)
                 Refuse(pattern);
         }
         for (const auto& [name, pattern] : _definitions) {
@@ -182,15 +194,15 @@ private:
         const xmlNodePtr element = Resolve(reference);
         if (element == reference || NameOf(element) != "element")
             Refuse(reference);
-        return &_elements.at(AttributeOf(element, "name"));
+        return &_elements.at(std::string(AttributeOf(element, "name")));
     }
 
     void BuildElement(xmlNodePtr element)
     {
-        ElementRule& rule = _elements.at(AttributeOf(element, "name"));
+        ElementRule& rule = _elements.at(std::string(AttributeOf(element, "name")));
         rule.Name = AttributeOf(element, "name");
         for (xmlNodePtr child : Children(element)) {
-            const std::string form = NameOf(child);
+            const std::string_view form = NameOf(child);
             const bool isCounted = form == "optional" || form == "zeroOrMore";
             if (isCounted && NameOf(xmlFirstElementChild(child)) == "ref")
                 AddChild(rule, child);
@@ -246,15 +258,15 @@ private:
 
     static ValueRule BuildValue(xmlNodePtr pattern)
     {
-        const std::string form = NameOf(pattern);
+        const std::string_view form = NameOf(pattern);
         if (form == "value")
-            return ValueRule({TextOf(pattern)});
+            return ValueRule({std::string(TextOf(pattern))});
         if (form == "choice") {
             std::vector<std::string> words;
             for (xmlNodePtr value : Children(pattern)) {
                 if (NameOf(value) != "value")
                     Refuse(value);
-                words.push_back(TextOf(value));
+                words.emplace_back(TextOf(value));
             }
             return ValueRule(std::move(words));
         }
@@ -270,8 +282,8 @@ private:
         if (!type.IsInteger && AttributeOf(data, "type") != "string")
             Refuse(data);
         for (xmlNodePtr part : Children(data)) {
-            const std::string text = TextOf(part);
-            const std::string facet = AttributeOf(part, "name");
+            const std::string_view text = TextOf(part);
+            const std::string_view facet = AttributeOf(part, "name");
             if (NameOf(part) == "documentation")
                 type.Meaning = text;
             else if (NameOf(part) == "param" && facet == "pattern" && !type.Pattern)
@@ -288,7 +300,7 @@ private:
     }
 
     std::map<std::string, ElementRule>& _elements;
-    std::map<std::string, xmlNodePtr> _definitions; ///< "" is the start
+    std::map<std::string_view, xmlNodePtr> _definitions; ///< "" is the start
 };
 
 } // namespace

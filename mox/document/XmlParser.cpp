@@ -144,7 +144,7 @@ bool XmlParser::Parse(std::string_view text)
 void XmlParser::Stop()
 {
     _isStopped = true;
-    // xmlStopParser would free the text, from which libxml2 still reads when it tells of an error.
+    // xmlStopParser would free the text while libxml2, which tells of an error, may be amid a tag.
     _context->disableSAX = 1;
     _context->instate = XML_PARSER_EOF;
 }

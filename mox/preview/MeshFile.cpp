@@ -111,7 +111,8 @@ Mesh ReadMesh(const std::filesystem::path& file)
 {
     const Place where{file.string(), 0, {}, {}};
     if (!IsMeshFile(file))
-        throw HostError(where, "a mesh must be an .obj, .gltf or .glb file");
+        throw HostError(where,
+                        "is neither sphere, plane nor cube, nor an .obj, .gltf or .glb file");
     if (!std::filesystem::exists(file))
         throw HostError(where, "cannot be read: there is no such file");
     Assimp::Importer importer;

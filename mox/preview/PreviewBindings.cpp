@@ -27,9 +27,11 @@ const Binding* Find(const Materials::Material& material, const std::string& name
 void SetValue(Binding& binding, const std::string& value)
 {
     std::vector<float> numbers;
-    if (binding.streamType == StreamType::Float && !Materials::ParseFloatList(value, numbers)) {
+    if (binding.streamType == StreamType::Float &&
+        (!Materials::ParseFloatList(value, numbers) || numbers.size() > binding.GetCount())) {
         throw HostError({}, Compose("\"", value, "\" is no value for \"", binding.tag,
-                                    "\", which takes numbers with commas between them"));
+                                    "\", which takes numbers with commas between them, at most ",
+                                    binding.GetCount()));
     }
     binding.SetDefaultText(value);
 }

@@ -38,11 +38,20 @@ void WarnOfSecondEnds(const MaterialGraph& graph, ProblemList& problems)
             continue;
         const auto [first, isNew] = firstEnds.emplace(node.Gui->GetType(), node.Id);
         if (!isNew) {
-            problems.Warn("two-ends", node.Where,
-                          Materials::Compose("the material ends in node \"", first->second,
-                                             "\" too, and takes what both write"));
+            problems.Warn(
+                "two-ends", node.Where,
+                Materials::Compose("the material ends in node \"", first->second, "\" too"));
         }
     }
+}
+
+/// Whether something arrives at an end of the material.
+bool HasEnd(const GeneratedShader& shader)
+{
+    const auto& nodes = shader.Graph.Nodes;
+    return std::any_of(nodes.begin(), nodes.end(), [&](const ShaderNodeHandle& node) {
+        return !shader.Origins.Of(*node).Port.empty();
+    });
 }
 
 } // namespace
@@ -74,6 +83,13 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
     Append(found, graph, problems);
     if (!isComplete)
         return program; // what only a failed node reads is not dead
+    if (!program.DeadNodes.empty() && !HasEnd(shader)) {
+        problems.Warn(
+            "no-end", {graph.Store().File(), 0, {}, {}},
+            "nothing reaches the surface: no edge leads to a node that ends the material, "
+            "such as a \"Surface\" node");
+        return program; // which says it of all nodes
+    }
     for (const std::string& node : program.DeadNodes) {
         problems.Warn("dead-node", graph.Nodes()[graph.FindNode(node, {})].Where,
                       "nothing of this node reaches the surface");

@@ -18,7 +18,7 @@ void CompleteShader(const MaterialGraph& graph, const Environment& environment,
                     GeneratedShader& shader, ProblemList& problems);
 
 /// The Cg programs of a resolved material. Nodes of which nothing reaches the surface are left out
-/// and reported as warnings, as are further ends of the material.
+/// and reported as warnings, as are further ends of the material and that there is none.
 /// @param problems takes all that stands in the way; with an error among them the result is of no
 ///        use
 CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& environment,

@@ -119,12 +119,22 @@ void* operator new(std::size_t size)
     return block;
 }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return Allocate(size, Owner::New);
+}
+
 void operator delete(void* block) noexcept
 {
     Release(block, Owner::New);
 }
 
 void operator delete(void* block, std::size_t) noexcept
+{
+    Release(block, Owner::New);
+}
+
+void operator delete(void* block, const std::nothrow_t&) noexcept
 {
     Release(block, Owner::New);
 }

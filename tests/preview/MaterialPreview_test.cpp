@@ -342,6 +342,9 @@ TEST_F(MaterialPreviewTest, ProgramWritesPictures)
     EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --size big " + output).Status, 2);
     EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --frames 3..1 " + output).Status, 2);
     EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --set tint " + output).Status, 2);
+    EXPECT_EQ(RunMox("preview ../examples/rim_light.xml -o picture.jpg").Status, 2);
+    EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --set baseColour=1,2,3,4 " + output).Status,
+              1);
 }
 
 TEST(MaterialPreview, SaysInOneLineThatThereIsNoDevice)

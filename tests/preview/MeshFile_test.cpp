@@ -71,7 +71,8 @@ TEST(MeshFile, SaysWhyItIsNone)
         return std::string("no failure");
     };
     EXPECT_EQ(failureOf(folder.Path() / "gone.obj"), "cannot be read: there is no such file");
-    EXPECT_EQ(failureOf(folder.Write("a.fbx")), "a mesh must be an .obj, .gltf or .glb file");
+    EXPECT_EQ(failureOf(folder.Write("a.fbx")),
+              "is neither sphere, plane nor cube, nor an .obj, .gltf or .glb file");
     for (const auto& [name, text] :
          {std::pair("a.gltf", "{"), std::pair("b.glb", "glTF"), std::pair("c.obj", "no mesh"),
           std::pair("d.obj", ""), std::pair("e.obj", "v 0 0 0\nv 1 0 0\nl 1 2\n")}) {

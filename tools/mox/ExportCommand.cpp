@@ -88,7 +88,7 @@ struct Tally
     std::string Format() const
     {
         return Compose(Exported, " exported, ", Contents.size(), " distinct, ", Failed, " failed, ",
-                       Warnings, " warnings");
+                       Warnings, Warnings == 1 ? " warning" : " warnings");
     }
 };
 
@@ -159,6 +159,10 @@ void Export(const ExportOptions& options, const CommonOptions& common)
     auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()});
     if (options.Folder.empty() && materials.size() > 1)
         throw CLI::ValidationError("export", "more than one material needs --output");
+    for (const std::string& word : options.Targets) {
+        if (options.Folder.empty() && IsBinaryTarget(word))
+            throw CLI::ValidationError("--target", word + " is no text and needs --output");
+    }
     const Host::PluginSet plugins = LoadPlugins(common);
     const std::unique_ptr<Host::Exporter> exporter = MakeExporter(options, plugins);
     if (options.Folder.empty())
@@ -197,12 +201,12 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
                      "Target to name in these rules instead of the outputs")
         ->type_name("FILE")
         ->needs(depfile);
-    command
-        ->add_option("--target", options->Targets,
-                     "Languages to write, with commas between them; cg otherwise")
-        ->type_name("LIST")
-        ->delimiter(',')
-        ->check(CLI::IsMember(TargetWords()));
+    auto* target = command
+                       ->add_option("--target", options->Targets,
+                                    "Languages to write, with commas between them; cg otherwise")
+                       ->type_name("LIST")
+                       ->delimiter(',')
+                       ->check(CLI::IsMember(TargetWords()));
     command->add_flag("--plain", options->IsPlain, "Without comments in the programs");
     command
         ->add_flag(
@@ -210,8 +214,10 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
             "Store equal programs once, in the folder \"programs\" of the output, and for each "
             "material a file that names them")
         ->needs(output);
-    command->add_flag("--shader-graph", options->IsShaderGraph,
-                      "Instead of programs, the finished shader graph as text");
+    command
+        ->add_flag("--shader-graph", options->IsShaderGraph,
+                   "Instead of programs, the finished shader graph as text")
+        ->excludes(target);
     AddEnvironmentOption(*command, options->Environment);
     command->footer(footer);
     command->callback([options, &common] { Export(*options, common); });

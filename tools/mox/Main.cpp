@@ -1,5 +1,6 @@
 #include "Commands.h"
 
+#include <algorithm>
 #include <exception>
 #include <iostream>
 
@@ -11,8 +12,8 @@ constexpr const char* footer = R"(Environment:
 
 Exit status:
   0  All went well.
-  1  An input is bad, or an output cannot be written; of mox diff, the materials differ.
-  2  The command line is bad; of mox diff, also an input.
+  1  An input is bad, or an output cannot be written; or the materials of mox diff differ.
+  2  The command line is bad; or an input of mox diff is.
 
 Examples:
   mox export examples/two_maths.xml
@@ -20,6 +21,16 @@ Examples:
   mox catalogue
   mox export --help
 )";
+
+/// A word that nobody knows tells more than what is missing in its place.
+std::string FormatUsageError(const CLI::App* program, const CLI::Error& error)
+{
+    constexpr bool withCommands = true;
+    const std::vector<std::string> unknown = program->remaining(withCommands);
+    const std::string text =
+        unknown.empty() ? error.what() : "\"" + unknown.front() + "\" was not expected";
+    return "mox: " + text + "\nRun with --help for more information.\n";
+}
 
 } // namespace
 
@@ -30,6 +41,7 @@ int main(int argc, char** argv)
                      "mox");
     program.require_subcommand(1);
     program.fallthrough();
+    program.failure_message(FormatUsageError);
     program.set_version_flag("--version", "mox " MOX_VERSION, "Print the version and exit");
     CommonOptions common;
     program
@@ -54,10 +66,11 @@ int main(int argc, char** argv)
     AddCompletionCommand(program);
     AddManualCommand(program);
     program.footer(footer); // commands would inherit it if it came before them
+    int status = 0;
     try {
         program.parse(argc, argv);
     } catch (const CLI::RuntimeError& error) {
-        return error.get_exit_code();
+        status = error.get_exit_code();
     } catch (const CLI::ParseError& error) {
         return program.exit(error) == 0 ? 0 : usageStatus;
     } catch (const std::exception& error) {
@@ -67,7 +80,7 @@ int main(int argc, char** argv)
     std::cout.flush();
     if (!std::cout) {
         std::cerr << "mox: the output cannot be written\n";
-        return failureStatus;
+        return std::max(status, failureStatus);
     }
-    return 0;
+    return status;
 }

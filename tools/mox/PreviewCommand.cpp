@@ -19,9 +19,10 @@ using Materials::Compose;
 
 constexpr const char* footer =
     R"(Textures whose names are relative lie beside the material. --set takes numbers
-with commas between them for a constant, a file for a texture, and a number for
-the uv or vertex colour set of the mesh that a stream reads. It also takes what
-the environment supplies, such as lightDirection=0,1,0.
+with commas between them for a constant, the last of which counts for all that
+are left out; a file for a texture; and a number for the uv or vertex colour
+set of the mesh that a stream reads. It also takes what the environment
+supplies, such as lightDirection=0,1,0.
 
 Examples:
   mox preview rim.xml -o rim.png
@@ -72,6 +73,9 @@ std::optional<std::pair<std::int32_t, std::int32_t>> ParseSize(const std::string
 Host::PreviewOptions ReadOptions(const PreviewArguments& arguments)
 {
     Host::PreviewOptions options;
+    const std::string ending = std::filesystem::path(arguments.Output).extension().string();
+    if (!ending.empty() && ending != ".png" && ending != ".PNG")
+        throw CLI::ValidationError("--output", "is a PNG file, so its name must end in .png");
     const auto size = ParseSize(arguments.Size);
     if (!size || size->first < 1 || size->second < 1)
         throw CLI::ValidationError("--size",

@@ -31,6 +31,15 @@ std::vector<std::string> TargetWords()
     return words;
 }
 
+bool IsBinaryTarget([[maybe_unused]] std::string_view word)
+{
+#ifdef MOX_HAS_COMPILER
+    return word == Host::GetTargetName(Host::CompileTarget::Spirv);
+#else
+    return false;
+#endif
+}
+
 std::vector<std::unique_ptr<Host::ProgramFormat>> MakeFormats(const std::vector<std::string>& words)
 {
     std::vector<std::unique_ptr<Host::ProgramFormat>> formats;

@@ -8,7 +8,6 @@
 #include <malloc.h>
 #include <stdexcept>
 #include <string>
-#include <sys/resource.h>
 #include <vector>
 
 namespace {
@@ -19,13 +18,6 @@ std::size_t BytesInUse()
 {
     const struct mallinfo2 info = mallinfo2();
     return info.uordblks + info.hblkhd;
-}
-
-std::size_t PeakBytes()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<std::size_t>(usage.ru_maxrss) * 1024;
 }
 
 /// Bytes of nodes with ports and of the edges of a chain, as the classes of the interface hold
@@ -54,27 +46,19 @@ std::size_t MeasureFields(const Bench::Workshop& workshop, std::size_t count)
 
 } // namespace
 
-/// Prints bytes for each node of a chain: mox_bench_memory COUNT for the fields alone, and
-/// mox_bench_memory COUNT DOCUMENT for the peak of the whole road of that document.
+/// Prints bytes for each node of a chain of COUNT nodes, of its fields alone. The C library's
+/// allocator tells them.
 int main(int argumentCount, char** arguments)
 {
     try {
-        if (argumentCount < 2)
-            throw std::invalid_argument("usage: mox_bench_memory COUNT [DOCUMENT]");
+        if (argumentCount != 2)
+            throw std::invalid_argument("usage: mox_bench_fields COUNT");
         const Bench::Workshop workshop;
         const std::size_t count = std::stoul(arguments[1]);
-        std::size_t bytes = 0;
-        if (argumentCount == 2) {
-            bytes = MeasureFields(workshop, count);
-        } else {
-            const std::size_t before = PeakBytes();
-            Bench::TravelRoad(workshop, arguments[2]);
-            bytes = PeakBytes() - before;
-        }
-        std::cout << bytes / count << '\n';
+        std::cout << MeasureFields(workshop, count) / count << '\n';
         return 0;
     } catch (const std::exception& error) {
-        std::cerr << "mox_bench_memory: " << error.what() << '\n';
+        std::cerr << "mox_bench_fields: " << error.what() << '\n';
         return 1;
     }
 }

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <string>
+
+/// Whether libxml2, with the whole document and all of the schema of material documents, finds that
+/// a text is a well-formed document that follows it.
+bool FollowsSchema(const std::string& text);

@@ -1,0 +1,68 @@
+// mimalloc brings operators new and delete of its own. It is C, though, and its new ends the
+// program when memory runs out, where these throw. They stand in the program, which comes before
+// any library.
+
+#include <cstddef>
+#include <mimalloc.h>
+#include <new>
+
+namespace {
+
+void* OrThrow(void* block)
+{
+    if (!block)
+        throw std::bad_alloc();
+    return block;
+}
+
+} // namespace
+
+void* operator new(std::size_t size)
+{
+    return OrThrow(mi_malloc(size));
+}
+
+void* operator new[](std::size_t size)
+{
+    return OrThrow(mi_malloc(size));
+}
+
+void* operator new(std::size_t size, std::align_val_t alignment)
+{
+    return OrThrow(mi_malloc_aligned(size, static_cast<std::size_t>(alignment)));
+}
+
+void* operator new[](std::size_t size, std::align_val_t alignment)
+{
+    return OrThrow(mi_malloc_aligned(size, static_cast<std::size_t>(alignment)));
+}
+
+void operator delete(void* block) noexcept
+{
+    mi_free(block);
+}
+
+void operator delete[](void* block) noexcept
+{
+    mi_free(block);
+}
+
+void operator delete(void* block, std::size_t) noexcept
+{
+    mi_free(block);
+}
+
+void operator delete[](void* block, std::size_t) noexcept
+{
+    mi_free(block);
+}
+
+void operator delete(void* block, std::align_val_t) noexcept
+{
+    mi_free(block);
+}
+
+void operator delete[](void* block, std::align_val_t) noexcept
+{
+    mi_free(block);
+}
