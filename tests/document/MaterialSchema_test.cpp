@@ -7,6 +7,7 @@
 
 #include <iterator>
 #include <span>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -64,6 +65,15 @@ private:
         std::size_t Begin = 0;
         std::size_t End = 0;
     };
+
+    static std::vector<std::string> Split(const std::string& text)
+    {
+        std::vector<std::string> parts;
+        std::istringstream stream(text);
+        for (std::string part; std::getline(stream, part, '|');)
+            parts.push_back(part);
+        return parts;
+    }
 
     const char* Pick(std::span<const char* const> texts)
     {
@@ -157,83 +167,18 @@ private:
 
     void ChangeValue(std::string& text)
     {
-        static constexpr const char* values[] = {"",
-                                                 "0",
-                                                 "1",
-                                                 "2",
-                                                 "-1",
-                                                 "+1",
-                                                 "-0",
-                                                 "007",
-                                                 " 1",
-                                                 "1 ",
-                                                 "2147483647",
-                                                 "2147483648",
-                                                 "1.5",
-                                                 "1.",
-                                                 ".5",
-                                                 ".",
-                                                 "-2147483648",
-                                                 "-2147483649",
-                                                 "1e5",
-                                                 "1e",
-                                                 "1E+5",
-                                                 "1e-5",
-                                                 "e5",
-                                                 "--1",
-                                                 "inf",
-                                                 "-inf",
-                                                 "nan",
-                                                 "INF",
-                                                 "1,2",
-                                                 "1, 2",
-                                                 "1 ,2",
-                                                 "1,",
-                                                 ",1",
-                                                 "1,  2",
-                                                 "1 2 3",
-                                                 "1  2 3",
-                                                 "1 2",
-                                                 "1 2 3 ",
-                                                 "1 2 3 4",
-                                                 "inf 1 nan",
-                                                 "0.5",
-                                                 "0.",
-                                                 "1.0",
-                                                 "1.01",
-                                                 "1.00",
-                                                 "01",
-                                                 "true",
-                                                 "True",
-                                                 "false",
-                                                 "Yes",
-                                                 "yes",
-                                                 "No",
-                                                 "string",
-                                                 "enum",
-                                                 "float",
-                                                 "bool",
-                                                 "colour",
-                                                 "integer",
-                                                 "node",
-                                                 "texture",
-                                                 "uv",
-                                                 "normal",
-                                                 "slider",
-                                                 "linear",
-                                                 "zero",
-                                                 "always",
-                                                 "less",
-                                                 " ",
-                                                 "&#10;",
-                                                 "&#9;1",
-                                                 "1&#10;",
-                                                 "\xC3\xA9",
-                                                 "00000000000000000001"};
+        // With a bar between them.
+        static const std::vector<std::string> values =
+            Split("|0|1|2|-1|+1|-0|007| 1|1 |2147483647|2147483648|1.5|1.|.5|.|-2147483648|"
+                  "-2147483649|1e5|1e|1E+5|1e-5|e5|--1|inf|-inf|nan|INF|1,2|1, 2|1 ,2|1,|,1|"
+                  "1,  2|1 2 3|1  2 3|1 2|1 2 3 |1 2 3 4|inf 1 nan|0.5|0.|1.0|1.01|1.00|01|"
+                  "true|True|false|Yes|yes|No|string|enum|float|bool|colour|integer|node|"
+                  "texture|uv|normal|slider|linear|zero|always|less| |&#10;|&#9;1|1&#10;|"
+                  "\xC3\xA9|0000000000000000000000000000000000000000000000001");
         const Range range = FindAttribute(text);
         const std::size_t value = text.find("=\"", range.Begin);
         if (range.End > 0)
-            text.replace(value + 2, range.End - value - 3, Pick(values));
+            text.replace(value + 2, range.End - value - 3, values[_random.Below(values.size())]);
     }
 
     const char* PickName()
