@@ -117,37 +117,18 @@ private:
 
     void AddMarkup(std::string& text)
     {
-        // The last but one is a blank, but not in XML.
-        static constexpr const char* pieces[] = {
-            "<node/>",
-            "<property/>",
-            "<nodes/>",
-            "<edges/>",
-            "<bindings/>",
-            "<renderState/>",
-            "<description/>",
-            "<material version=\"1\"/>",
-            "<a/>",
-            "<edge tail=\"\" tailPort=\"\" head=\"\" headPort=\"\"/>",
-            "<nodes><node id=\"z\" type=\"\" version=\"0\"/></nodes>",
-            "<property name=\"\" kind=\"bool\" value=\"true\"/>",
-            "<binding stream=\"float\" tag=\"q\" min=\"0,  1\"/>",
-            "<binding stream=\"uv\" tag=\"q\"></binding>",
-            "<q:edges xmlns:q=\"urn:q\"/>",
-            "<edges xmlns=\"urn:q\"/>",
-            "<edges xmlns=\"\"/>",
-            "<!-- -->",
-            "<![CDATA[ ]]>",
-            "<![CDATA[a]]>",
-            "<![CDATA[]]>",
-            "<?a b?>",
-            "a",
-            "&#32;",
-            "&#65;",
-            "&amp;",
-            "\xC2\xA0",
-            " \t\r\n"};
-        text.insert(FindTag(text).Begin, Pick(pieces));
+        // \xC2\xA0 is a blank, but not one of XML.
+        static const std::vector<std::string> pieces =
+            Split("<node/>|<property/>|<nodes/>|<edges/>|<bindings/>|<renderState/>|"
+                  "<description/>|<material version=\"1\"/>|<a/>|"
+                  "<edge tail=\"\" tailPort=\"\" head=\"\" headPort=\"\"/>|"
+                  "<nodes><node id=\"z\" type=\"\" version=\"0\"/></nodes>|"
+                  "<property name=\"\" kind=\"bool\" value=\"true\"/>|"
+                  "<binding stream=\"float\" tag=\"q\" min=\"0,  1\"/>|"
+                  "<binding stream=\"uv\" tag=\"q\"></binding>|<q:edges xmlns:q=\"urn:q\"/>|"
+                  "<edges xmlns=\"urn:q\"/>|<edges xmlns=\"\"/>|<!-- -->|<![CDATA[ ]]>|"
+                  "<![CDATA[a]]>|<![CDATA[]]>|<?a b?>|a|&#32;|&#65;|&amp;|\xC2\xA0| \t\r\n");
+        text.insert(FindTag(text).Begin, pieces[_random.Below(pieces.size())]);
     }
 
     void MoveTag(std::string& text)
