@@ -16,7 +16,7 @@ test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-v
     clang libclang-rt-dev clang-format valgrind) ;;
 full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
     clang libclang-rt-dev clang-format clang-tidy abigail-tools debootstrap dpkg-dev pkgconf
-    xz-utils valgrind) ;;
+    xz-utils valgrind libbenchmark-dev) ;;
 bench)
     packages+=(libbenchmark-dev python3)
     # Other packages of Node.js than Debian's bring npm along and do not stand beside Debian's.

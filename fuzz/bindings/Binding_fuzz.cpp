@@ -6,10 +6,8 @@
 #include "mox/ShaderError.h"
 #include "mox/bindings/Binding.h"
 #include "mox/bindings/FloatBinding.h"
+#include "tests/support/XmlElement.h"
 
-#include <libxml/tree.h>
-
-#include <memory>
 #include <string_view>
 
 using namespace Mox::Materials;
@@ -17,59 +15,16 @@ using namespace Mox::Materials;
 namespace {
 
 constexpr const char* names[] = {
-    "tag",
-    "gui",
-    "cgname",
-    "uv",
-    "desc",
-    "helpUrl",
-    "uilabel",
-    "min",
-    "uiunittype",
-    "max",
-    "default",
-    "stream_type",
-    "srgb",
-    "None",
-    "stream_normalize",
-    "normalised",
-    "usage_hint",
-    "dataset_modifiers",
-    "using_alpha",
-    "x",
-    "basic_colour",
-    "",
-    "signed_expanded",
-};
-
-class Element
-{
-public:
-    Element() : _node(xmlNewNode(nullptr, BAD_CAST "binding"), xmlFreeNode) {}
-
-    xmlNodePtr Get() const { return _node.get(); }
-
-    /// All attributes with their bytes, each on its line.
-    std::string Format() const
-    {
-        std::string text;
-        for (const xmlAttr* attribute = _node->properties; attribute; attribute = attribute->next) {
-            const auto* value = attribute->children ? attribute->children->content : nullptr;
-            text += Compose(reinterpret_cast<const char*>(attribute->name), "=",
-                            value ? reinterpret_cast<const char*>(value) : "", "\n");
-        }
-        return text;
-    }
-
-private:
-    std::unique_ptr<xmlNode, decltype(&xmlFreeNode)> _node;
-};
+    "tag",         "gui",  "cgname",           "uv",         "desc",           "helpUrl",
+    "uilabel",     "min",  "uiunittype",       "max",        "default",        "stream_type",
+    "srgb",        "None", "stream_normalize", "normalised", "usage_hint",     "dataset_modifiers",
+    "using_alpha", "x",    "basic_colour",     "",           "signed_expanded"};
 
 std::string Written(const Binding& binding)
 {
-    const Element element;
+    const XmlElement element;
     binding.WriteXml(element.Get());
-    return element.Format();
+    return element.Attributes();
 }
 
 /// Calls that are made between reading and writing.
@@ -111,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto binding = CreateBinding(type, "a", count);
     ChangeValues(*binding, choices);
 
-    Element element;
+    XmlElement element;
     while (!choices.IsAtEnd()) {
         const std::string name = names[choices.Below(std::size(names))];
         if (!name.empty())
@@ -126,7 +81,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
 
     const std::string first = Written(*binding);
-    const Element stored;
+    const XmlElement stored;
     binding->WriteXml(stored.Get());
     const auto again = CreateBinding(type, "b", count);
     again->SetCount(binding->GetCount());
@@ -136,7 +91,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (binding->streamFormat != "X11Y11Z10n")
         ClaimEqual(second, first, "what is written reads back as the same");
 
-    const Element storedAgain;
+    const XmlElement storedAgain;
     again->WriteXml(storedAgain.Get());
     again->ReadXml(storedAgain.Get());
     ClaimEqual(Written(*again), second, "reading its own text changes nothing");

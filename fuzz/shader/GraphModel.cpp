@@ -22,36 +22,21 @@ const ShaderPort* FindPort(const std::vector<ShaderPort>& ports, const std::stri
     return nullptr;
 }
 
-std::string Text(const ShaderType& type)
-{
-    const bool isHalf = type.Component == ComponentType::Half;
-    std::string text = type.Component == ComponentType::Sampler2D ? "sampler2D"
-                       : isHalf                                   ? "half"
-                                                                  : "float";
-    if (type.Rows != 1)
-        text += Compose(type.Rows, "x", type.Columns);
-    else if (type.Columns != 1)
-        text += Compose(type.Columns);
-    if (type.ArrayLength != 1)
-        text += Compose("[", type.ArrayLength, "]");
-    return text;
-}
-
 } // namespace
 
 std::string WorldModel::Describe(int number) const
 {
-    const NodeModel& node = Nodes[static_cast<std::size_t>(number)];
+    const NodeModel& node = Node(number);
     switch (node.Kind) {
     case ShaderNodeKind::InterfaceParameter:
-        return Compose("interface parameter \"", node.Name, "\" (", Text(node.Type),
+        return Compose("interface parameter \"", node.Name, "\" (", node.Type.Format(),
                        ",flags=", node.Flags, ")");
     case ShaderNodeKind::VaryingParameter:
-        return Compose("varying parameter \"", node.Name, "\" (", Text(node.Type), ")");
+        return Compose("varying parameter \"", node.Name, "\" (", node.Type.Format(), ")");
     case ShaderNodeKind::UniformParameter:
-        return Compose("uniform parameter \"", node.Name, "\" (", Text(node.Type), ")");
+        return Compose("uniform parameter \"", node.Name, "\" (", node.Type.Format(), ")");
     case ShaderNodeKind::InterpolantParameter:
-        return Compose("interpolant parameter (", Text(node.Type), ")");
+        return Compose("interpolant parameter (", node.Type.Format(), ")");
     default:
         return Compose("function \"", node.Name, "\" (1/1/*)");
     }
@@ -59,7 +44,7 @@ std::string WorldModel::Describe(int number) const
 
 bool WorldModel::IsNodeAlive(int number) const
 {
-    if (Nodes[static_cast<std::size_t>(number)].IsHeld)
+    if (Node(number).IsHeld)
         return true;
     for (const GraphModel& graph : Graphs) {
         if (Contains(graph.Nodes, number))
@@ -78,7 +63,7 @@ bool WorldModel::IsNodeAlive(int number) const
 
 bool WorldModel::IsEdgeAlive(int number) const
 {
-    return Edges[static_cast<std::size_t>(number)].IsHeld ||
+    return Edge(number).IsHeld ||
            std::any_of(Graphs.begin(), Graphs.end(),
                        [number](const GraphModel& graph) { return Contains(graph.Edges, number); });
 }
@@ -95,19 +80,9 @@ Answer WorldModel::CheckNewEntry(const std::vector<int>& list, int edge,
     return {};
 }
 
-Answer WorldModel::AddOutEdge(int node, int edge)
+Answer WorldModel::AddEntry(std::vector<int>& list, int edge, const std::string& which) const
 {
-    auto& list = Nodes[static_cast<std::size_t>(node)].OutEdges;
-    Answer answer = CheckNewEntry(list, edge, "out");
-    if (answer.Failure.empty())
-        list.push_back(edge);
-    return answer;
-}
-
-Answer WorldModel::AddInEdge(int node, int edge)
-{
-    auto& list = Nodes[static_cast<std::size_t>(node)].InEdges;
-    Answer answer = CheckNewEntry(list, edge, "in");
+    Answer answer = CheckNewEntry(list, edge, which);
     if (answer.Failure.empty())
         list.push_back(edge);
     return answer;
@@ -115,7 +90,7 @@ Answer WorldModel::AddInEdge(int node, int edge)
 
 Answer WorldModel::InsertNode(GraphModel& graph, int number)
 {
-    const NodeModel& node = Nodes[static_cast<std::size_t>(number)];
+    const NodeModel& node = Node(number);
     const bool hasKey = node.Kind == ShaderNodeKind::InterfaceParameter;
     if (hasKey && graph.InterfaceNodes.contains({node.Name, node.Flags}))
         return {Describe(number) + " already exists in graph"};
@@ -129,7 +104,7 @@ Answer WorldModel::InsertNode(GraphModel& graph, int number)
 
 Answer WorldModel::CheckEdge(const GraphModel& graph, int number) const
 {
-    const EdgeModel& edge = Edges[static_cast<std::size_t>(number)];
+    const EdgeModel& edge = Edge(number);
     if (!IsNodeAlive(edge.Tail))
         return {"edge tail node has been deleted"};
     if (!IsNodeAlive(edge.Head))
@@ -142,10 +117,10 @@ Answer WorldModel::CheckEdge(const GraphModel& graph, int number) const
         return {"tail node on edge for addition does not exist in graph"};
     if (!Contains(graph.Nodes, edge.Head))
         return {"head node on edge for addition does not exist in graph"};
-    Answer out = CheckNewEntry(Nodes[static_cast<std::size_t>(edge.Tail)].OutEdges, number, "out");
+    Answer out = CheckNewEntry(Node(edge.Tail).OutEdges, number, "out");
     if (!out.Failure.empty())
         return out;
-    return CheckNewEntry(Nodes[static_cast<std::size_t>(edge.Head)].InEdges, number, "in");
+    return CheckNewEntry(Node(edge.Head).InEdges, number, "in");
 }
 
 Answer WorldModel::InsertEdge(GraphModel& graph, int number)
@@ -153,10 +128,10 @@ Answer WorldModel::InsertEdge(GraphModel& graph, int number)
     Answer answer = CheckEdge(graph, number);
     if (!answer.Failure.empty())
         return answer;
-    const EdgeModel& edge = Edges[static_cast<std::size_t>(number)];
+    const EdgeModel& edge = Edge(number);
     graph.Edges.push_back(number);
-    Nodes[static_cast<std::size_t>(edge.Tail)].OutEdges.push_back(number);
-    Nodes[static_cast<std::size_t>(edge.Head)].InEdges.push_back(number);
+    Node(edge.Tail).OutEdges.push_back(number);
+    Node(edge.Head).InEdges.push_back(number);
     return {};
 }
 
@@ -187,22 +162,21 @@ Answer WorldModel::GetInterfaceNode(const GraphModel& graph, const GraphModel::K
     Answer answer = FindInterfaceNode(graph, key);
     if (!answer.Failure.empty())
         return answer;
-    const ShaderType& type =
-        answer.IsProvided ? providedType : Nodes[static_cast<std::size_t>(answer.Node)].Type;
+    const ShaderType& type = answer.IsProvided ? providedType : Node(answer.Node).Type;
     if (type == expected)
         return answer;
     const std::string found = answer.IsProvided
-                                  ? Compose("interface parameter \"", key.first, "\" (", Text(type),
-                                            ",flags=", key.second, ")")
+                                  ? Compose("interface parameter \"", key.first, "\" (",
+                                            type.Format(), ",flags=", key.second, ")")
                                   : Describe(answer.Node);
-    return {Compose(found, " expected to have type ", Text(expected))};
+    return {Compose(found, " expected to have type ", expected.Format())};
 }
 
 Answer WorldModel::AddNode(GraphModel& graph, int number)
 {
     if (graph.NodeMap.contains(number))
         return {Describe(number) + " already added to the graph generator"};
-    const NodeModel& node = Nodes[static_cast<std::size_t>(number)];
+    const NodeModel& node = Node(number);
     int standing = number;
     if (node.Kind == ShaderNodeKind::InterfaceParameter &&
         graph.InterfaceNodes.contains({node.Name, node.Flags})) {
@@ -236,10 +210,10 @@ Answer WorldModel::Connect(GraphModel& graph, int tail, const std::string& tailP
     const Answer to = GetShaderNode(graph, head);
     if (!to.Failure.empty())
         return to;
-    const auto* output = FindPort(Nodes[static_cast<std::size_t>(from.Node)].Outputs, tailPort);
+    const auto* output = FindPort(Node(from.Node).Outputs, tailPort);
     if (!output)
         return {Compose(Describe(from.Node), ": output port \"", tailPort, "\" does not exist")};
-    const auto* input = FindPort(Nodes[static_cast<std::size_t>(to.Node)].Inputs, headPort);
+    const auto* input = FindPort(Node(to.Node).Inputs, headPort);
     if (!input)
         return {Compose(Describe(to.Node), ": input port \"", headPort, "\" does not exist")};
     const ShaderType a = output->Type;
@@ -248,18 +222,18 @@ Answer WorldModel::Connect(GraphModel& graph, int tail, const std::string& tailP
         return ConnectPorts(graph, from.Node, tailPort, to.Node, headPort);
     if (a.Rows != 1 || b.Rows != 1 || a.ArrayLength != 1 || b.ArrayLength != 1 ||
         (a.Columns != b.Columns && a.Columns != 1))
-        return {Compose("cannot convert ", Text(a), " to ", Text(b))};
+        return {Compose("cannot convert ", a.Format(), " to ", b.Format())};
     return Convert(graph, {from.Node, tailPort, to.Node, headPort}, a, b);
 }
 
 /// All or nothing, so both ends are looked at before the first change.
-Answer WorldModel::Convert(GraphModel& graph, EdgeModel ends, const ShaderType& from,
+Answer WorldModel::Convert(GraphModel& graph, const EdgeModel& ends, const ShaderType& from,
                            const ShaderType& to)
 {
-    const Answer out = CheckNewEntry(Nodes[static_cast<std::size_t>(ends.Tail)].OutEdges, -1, "");
+    const Answer out = CheckNewEntry(Node(ends.Tail).OutEdges, -1, "");
     if (!out.Failure.empty())
         return out;
-    const Answer in = CheckNewEntry(Nodes[static_cast<std::size_t>(ends.Head)].InEdges, -1, "");
+    const Answer in = CheckNewEntry(Node(ends.Head).InEdges, -1, "");
     if (!in.Failure.empty())
         return in;
     NodeModel adapter;

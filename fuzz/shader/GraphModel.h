@@ -76,8 +76,13 @@ public:
     bool IsNodeAlive(int node) const;
     bool IsEdgeAlive(int edge) const;
 
-    Answer AddOutEdge(int node, int edge);
-    Answer AddInEdge(int node, int edge);
+    NodeModel& Node(int number) { return Nodes[static_cast<std::size_t>(number)]; }
+    const NodeModel& Node(int number) const { return Nodes[static_cast<std::size_t>(number)]; }
+    EdgeModel& Edge(int number) { return Edges[static_cast<std::size_t>(number)]; }
+    const EdgeModel& Edge(int number) const { return Edges[static_cast<std::size_t>(number)]; }
+
+    Answer AddOutEdge(int node, int edge) { return AddEntry(Node(node).OutEdges, edge, "out"); }
+    Answer AddInEdge(int node, int edge) { return AddEntry(Node(node).InEdges, edge, "in"); }
 
     Answer InsertNode(GraphModel& graph, int node);
     Answer InsertEdge(GraphModel& graph, int edge);
@@ -97,9 +102,11 @@ public:
     std::vector<GraphModel> Graphs;
 
 private:
+    Answer AddEntry(std::vector<int>& list, int edge, const std::string& which) const;
     Answer CheckNewEntry(const std::vector<int>& list, int edge, const std::string& which) const;
     Answer CheckEdge(const GraphModel& graph, int edge) const;
-    Answer Convert(GraphModel& graph, EdgeModel ends, const ShaderType& from, const ShaderType& to);
+    Answer Convert(GraphModel& graph, const EdgeModel& ends, const ShaderType& from,
+                   const ShaderType& to);
 };
 
 /// The type of what providers give.

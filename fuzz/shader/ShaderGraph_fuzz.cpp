@@ -92,8 +92,14 @@ private:
         return held.empty() ? -1 : Pick(held);
     }
 
-    const ShaderNodeHandle& Node(int number) { return _nodes[static_cast<std::size_t>(number)]; }
-    const ShaderEdgeHandle& Edge(int number) { return _edges[static_cast<std::size_t>(number)]; }
+    template <class Handle>
+    static Handle& At(std::vector<Handle>& handles, int number)
+    {
+        return handles[static_cast<std::size_t>(number)];
+    }
+
+    ShaderNodeHandle& Node(int number) { return At(_nodes, number); }
+    ShaderEdgeHandle& Edge(int number) { return At(_edges, number); }
 
     /// Makes a call and compares what comes out.
     template <class Call>
@@ -102,7 +108,10 @@ private:
         std::string failure;
         ShaderNodeHandle node;
         try {
-            node = call();
+            if constexpr (std::is_void_v<decltype(call())>)
+                call();
+            else
+                node = call();
         } catch (const ShaderError& error) {
             failure = error.Message;
         } catch (const boost::bad_weak_ptr&) {
@@ -110,7 +119,7 @@ private:
         }
         ClaimEqual(failure, expected.Failure, "the call says what it must");
         if (expected.Node >= 0)
-            Claim(node == _weakNodes[static_cast<std::size_t>(expected.Node)].lock(),
+            Claim(node == At(_weakNodes, expected.Node).lock(),
                   "the call gives the node that it must");
         if (expected.IsProvided && failure.empty())
             Claim(node && node->Type == providedType, "a provider answers");
@@ -132,10 +141,7 @@ private:
         case 3:
             return MakeEdge(node, other);
         case 4:
-            return Expect(_model.InsertNode(model, node), [&] {
-                graph.InsertNode(Node(node));
-                return ShaderNodeHandle();
-            });
+            return Expect(_model.InsertNode(model, node), [&] { graph.InsertNode(Node(node)); });
         case 5:
             return FindNode(model, graph);
         case 6: {
@@ -143,7 +149,6 @@ private:
             const std::string headPort = Pick(ports);
             return Expect(_model.ConnectPorts(model, node, tailPort, other, headPort), [&] {
                 graph.ConnectPorts(Node(node), tailPort, Node(other), headPort, false);
-                return ShaderNodeHandle();
             });
         }
         case 7: {
@@ -153,16 +158,13 @@ private:
         }
         case 8: {
             const std::int32_t newFlags = Pick(flags);
-            _model.Nodes[static_cast<std::size_t>(node)].Flags = newFlags;
+            _model.Node(node).Flags = newFlags;
             Node(node)->Flags = newFlags;
             return;
         }
         case 9:
         case 10:
-            return Expect(_model.AddNode(model, node), [&] {
-                generator.AddNode(Node(node));
-                return ShaderNodeHandle();
-            });
+            return Expect(_model.AddNode(model, node), [&] { generator.AddNode(Node(node)); });
         case 11:
             return Expect(_model.GetShaderNode(model, node),
                           [&] { return generator.GetShaderNode(Node(node)); });
@@ -170,10 +172,8 @@ private:
         case 13: {
             const std::string tailPort = Pick(ports);
             const std::string headPort = Pick(ports);
-            return Expect(_model.Connect(model, node, tailPort, other, headPort), [&] {
-                generator.Connect(Node(node), tailPort, Node(other), headPort);
-                return ShaderNodeHandle();
-            });
+            return Expect(_model.Connect(model, node, tailPort, other, headPort),
+                          [&] { generator.Connect(Node(node), tailPort, Node(other), headPort); });
         }
         case 14:
             return Record(model, generator, node);
@@ -185,8 +185,8 @@ private:
             _graphs[which] = std::make_unique<RealGraph>();
             return;
         case 16:
-            _model.Nodes[static_cast<std::size_t>(node)].IsHeld = false;
-            _nodes[static_cast<std::size_t>(node)].reset();
+            _model.Node(node).IsHeld = false;
+            Node(node).reset();
             return;
         default:
             return StepWithEdge(model, graph, call, node, edge);
@@ -198,27 +198,17 @@ private:
         if (edge < 0)
             return;
         const std::size_t use = _choices.Below(8);
-        if (call == 17 && use == 0) {
-            return Expect(_model.AddOutEdge(node, edge), [&] {
-                Node(node)->AddOutEdge(Edge(edge));
-                return ShaderNodeHandle();
-            });
-        }
-        if (call == 17 && use == 1) {
-            return Expect(_model.AddInEdge(node, edge), [&] {
-                Node(node)->AddInEdge(Edge(edge));
-                return ShaderNodeHandle();
-            });
-        }
+        if (call == 17 && use == 0)
+            return Expect(_model.AddOutEdge(node, edge),
+                          [&] { Node(node)->AddOutEdge(Edge(edge)); });
+        if (call == 17 && use == 1)
+            return Expect(_model.AddInEdge(node, edge), [&] { Node(node)->AddInEdge(Edge(edge)); });
         if (call == 17) {
-            _model.Edges[static_cast<std::size_t>(edge)].IsHeld = false;
-            _edges[static_cast<std::size_t>(edge)].reset();
+            _model.Edge(edge).IsHeld = false;
+            Edge(edge).reset();
             return;
         }
-        Expect(_model.InsertEdge(model, edge), [&] {
-            graph.InsertEdge(Edge(edge));
-            return ShaderNodeHandle();
-        });
+        Expect(_model.InsertEdge(model, edge), [&] { graph.InsertEdge(Edge(edge)); });
     }
 
     void MakeNode()
@@ -228,23 +218,18 @@ private:
         model.Type = Pick(types);
         switch (_choices.Below(6)) {
         case 0:
-            model.Kind = ShaderNodeKind::InterfaceParameter;
             model.Flags = Pick(flags);
-            Add(model, ShaderNode::CreateInterfaceParameter(model.Name, model.Flags, model.Type));
-            break;
+            model.Inputs = {{"write", model.Type}};
+            return Add(model,
+                       ShaderNode::CreateInterfaceParameter(model.Name, model.Flags, model.Type));
         case 1:
-            model.Kind = ShaderNodeKind::VaryingParameter;
-            Add(model, ShaderNode::CreateVaryingParameter(model.Name, model.Type));
-            break;
+            return Add(model, ShaderNode::CreateVaryingParameter(model.Name, model.Type));
         case 2:
-            model.Kind = ShaderNodeKind::UniformParameter;
-            Add(model, ShaderNode::CreateUniformParameter(model.Name, model.Type));
-            break;
+            return Add(model, ShaderNode::CreateUniformParameter(model.Name, model.Type));
         case 3:
-            model.Kind = ShaderNodeKind::InterpolantParameter;
-            Add(model, ShaderNode::CreateInterpolantParameter(model.Type));
-            break;
-        default: {
+            model.Inputs = {{"write", model.Type}};
+            return Add(model, ShaderNode::CreateInterpolantParameter(model.Type));
+        default:
             model.Inputs = {{"i", model.Type}};
             model.Outputs = {{"o", Pick(types)}};
             ShaderFunctionBuilder builder;
@@ -252,16 +237,13 @@ private:
             builder.AddOutput(model.Outputs[0].Type, "o");
             Add(model, builder.Build(ShaderLevel::Automatic, model.Name));
         }
-        }
     }
 
     void Add(NodeModel& model, const ShaderNodeHandle& node)
     {
-        if (model.Kind != ShaderNodeKind::Function)
+        model.Kind = node->Kind;
+        if (model.Outputs.empty())
             model.Outputs = {{"read", model.Type}};
-        if (model.Kind == ShaderNodeKind::InterfaceParameter ||
-            model.Kind == ShaderNodeKind::InterpolantParameter)
-            model.Inputs = {{"write", model.Type}};
         _model.Nodes.push_back(model);
         _nodes.push_back(node);
         _weakNodes.emplace_back(node);
@@ -368,7 +350,7 @@ private:
         Claim(list.size() == model.size(), "a node lists as many edges as it must");
         auto entry = list.begin();
         for (const int number : model) {
-            const auto& edge = _weakEdges[static_cast<std::size_t>(number)];
+            const auto& edge = At(_weakEdges, number);
             Claim(!(*entry < edge) && !(edge < *entry), "a node lists its edges in order");
             ++entry;
         }
@@ -384,13 +366,11 @@ private:
               "list and set of edges agree");
         auto node = graph.Nodes.begin();
         for (const int number : model.Nodes)
-            Claim(*node++ == _weakNodes[static_cast<std::size_t>(number)].lock(),
-                  "the graph has its nodes in order");
+            Claim(*node++ == At(_weakNodes, number).lock(), "the graph has its nodes in order");
         auto edge = graph.Edges.begin();
         for (const int number : model.Edges) {
-            const EdgeModel& ends = _model.Edges[static_cast<std::size_t>(number)];
-            Claim(*edge == _weakEdges[static_cast<std::size_t>(number)].lock(),
-                  "the graph has its edges in order");
+            const EdgeModel& ends = _model.Edge(number);
+            Claim(*edge == At(_weakEdges, number).lock(), "the graph has its edges in order");
             Claim((*edge)->TailPort == ends.TailPort && (*edge)->HeadPort == ends.HeadPort &&
                       NumberOf(_weakNodes, (*edge)->Tail.lock().get()) == ends.Tail &&
                       NumberOf(_weakNodes, (*edge)->Head.lock().get()) == ends.Head &&
@@ -401,8 +381,7 @@ private:
         Claim(graph.InterfaceNodes.size() == model.InterfaceNodes.size(),
               "the graph has its interface parameters");
         for (const auto& [key, number] : model.InterfaceNodes)
-            Claim(graph.InterfaceNodes.at(key) ==
-                      _weakNodes[static_cast<std::size_t>(number)].lock(),
+            Claim(graph.InterfaceNodes.at(key) == At(_weakNodes, number).lock(),
                   "the graph has its interface parameters");
     }
 

@@ -18,11 +18,12 @@ std::string FormatCircle(const GraphStore& graph, const std::vector<std::size_t>
     return Compose(path, "\"", graph.Nodes()[circle.front()].Id, "\"");
 }
 
-/// Looks a port up and reports the failure.
+/// Reports the failure of looking a port up that has not been found.
 template <class LookUp>
-bool HasPort(const GraphNode& node, const Place& where, ProblemList& problems, LookUp lookUp)
+bool HasPort(const GraphNode& node, std::int32_t found, const Place& where, ProblemList& problems,
+             LookUp lookUp)
 {
-    if (node.IsPlaceholder)
+    if (node.IsPlaceholder || found >= 0)
         return true;
     try {
         CallLibrary({where.File, where.Line, node.Id, {}}, lookUp);
@@ -45,10 +46,10 @@ bool CheckEdge(const GraphStore& graph, std::size_t tail, const std::string& tai
         problems.Fail("self-edge", where, Compose("node \"", tailNode.Id, "\" cannot feed itself"));
         return false;
     }
-    const bool hasOutput =
-        HasPort(tailNode, where, problems, [&] { tailNode.Gui->GetOutputPort(tailPort); });
-    const bool hasInput =
-        HasPort(headNode, where, problems, [&] { headNode.Gui->GetInputPort(headPort); });
+    const bool hasOutput = HasPort(tailNode, tailNode.Gui->FindOutputPort(tailPort), where,
+                                   problems, [&] { tailNode.Gui->GetOutputPort(tailPort); });
+    const bool hasInput = HasPort(headNode, headNode.Gui->FindInputPort(headPort), where, problems,
+                                  [&] { headNode.Gui->GetInputPort(headPort); });
     if (!hasOutput || !hasInput)
         return false;
     if (graph.FindEdge(head, headPort)) {

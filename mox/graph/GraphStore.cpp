@@ -16,12 +16,11 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-/// A map entry on its own.
+/// A map entry on its own, made in an empty map that keeps its buckets for the next one.
 template <class Map>
-typename Map::node_type MakeEntry(typename Map::key_type key, std::size_t value)
+typename Map::node_type MakeEntry(Map& empty, typename Map::key_type key, std::size_t value)
 {
-    Map map;
-    return map.extract(map.emplace(std::move(key), value).first);
+    return empty.extract(empty.emplace(std::move(key), value).first);
 }
 
 } // namespace
@@ -32,10 +31,22 @@ GraphStore::GraphStore(NodeMaker maker, std::string file)
 
 GraphStore::~GraphStore()
 {
-    for (const GraphNode& node : _nodes) {
-        for (const auto& property : node.Gui->Properties->Properties)
+    for (std::size_t index = 0; index < _nodes.IndexEnd(); ++index) {
+        if (!_nodes.Holds(index))
+            continue;
+        for (const auto& property : _nodes[index].Gui->Properties->Properties)
             property->Node.reset();
+        _nodes[index].Gui.reset(); // now, while the properties are in the cache
     }
+}
+
+void GraphStore::Reserve(std::size_t nodes, std::size_t edges)
+{
+    _index.reserve(nodes);
+    _byGui.reserve(nodes);
+    _isTouched.reserve(nodes);
+    _touched.reserve(nodes);
+    _edgeOfInput.reserve(edges);
 }
 
 std::optional<std::size_t> GraphStore::FindNode(const std::string& id) const
@@ -73,17 +84,12 @@ DocumentProperty GraphStore::Describe(const GuiProperty& property) const
                                                    : FormatValue(property)};
 }
 
-bool GraphStore::IsLoose(const GraphEdge& edge) const
-{
-    return _nodes[edge.Tail].IsPlaceholder || _nodes[edge.Head].IsPlaceholder;
-}
-
 std::size_t GraphStore::CreateNode(GraphNode node)
 {
     const std::size_t index = _nodes.Add(std::move(node));
     try {
         GraphNode& added = _nodes[index];
-        added.IdEntry = MakeEntry<decltype(_index)>(added.Id, index);
+        added.IdEntry = MakeEntry(_newId, added.Id, index);
         added.OutputUses.resize(added.Gui->OutputPorts.size());
         _byGui.emplace(added.Gui.get(), index);
         if (_isTouched.size() < _nodes.IndexEnd())
@@ -199,7 +205,7 @@ std::vector<std::size_t> GraphStore::JoinPorts(std::size_t index)
 }
 
 std::size_t GraphStore::CreateEdge(std::size_t tail, const std::string& tailPort, std::size_t head,
-                                   const std::string& headPort, const Place& where,
+                                   const std::string& headPort, Place where,
                                    DocumentComments comments)
 {
     GraphEdge edge;
@@ -210,7 +216,8 @@ std::size_t GraphStore::CreateEdge(std::size_t tail, const std::string& tailPort
     edge.Gui->HeadPort = headPort;
     edge.Tail = tail;
     edge.Head = head;
-    edge.Where = where;
+    edge.IsLoose = _nodes[tail].IsPlaceholder || _nodes[head].IsPlaceholder;
+    edge.Where = std::move(where);
     edge.Comments = std::move(comments);
     edge.SpareOut.emplace_back(edge.Gui);
     edge.SpareIn.emplace_back(edge.Gui);
@@ -218,8 +225,7 @@ std::size_t GraphStore::CreateEdge(std::size_t tail, const std::string& tailPort
     edge.InEntry = edge.SpareIn.begin();
     const std::size_t index = _edges.Add(std::move(edge));
     try {
-        _edges[index].InputEntry =
-            MakeEntry<decltype(_edgeOfInput)>(GraphInput{head, headPort}, index);
+        _edges[index].InputEntry = MakeEntry(_newInput, GraphInput{head, headPort}, index);
         _links.Reserve(index, tail, head);
     } catch (...) {
         ReleaseEdge(index);

@@ -68,6 +68,8 @@ private:
 
     using Entries = Materials::GuiNode::EdgeList;
 
+    bool IsLoose = false; ///< kept here, since looking at both nodes is dear in a large graph
+
     /// Its entries in lists and maps while the edge is in none, so that it goes in without fail.
     Entries SpareOut;
     Entries SpareIn;
@@ -105,6 +107,9 @@ public:
     OnlineOrder& Order() { return _order; }
     const OnlineOrder& Order() const { return _order; }
 
+    /// Makes room for so many nodes and edges in all, so that they come quicker.
+    void Reserve(std::size_t nodes, std::size_t edges);
+
     std::optional<std::size_t> FindNode(const std::string& id) const;
 
     /// The id under which a node object stands here, or an empty text.
@@ -119,7 +124,7 @@ public:
     DocumentProperty Describe(const Materials::GuiProperty& property) const;
 
     /// Whether a placeholder stands at one of the edge's ends, so that it joins no ports.
-    bool IsLoose(const GraphEdge& edge) const;
+    bool IsLoose(const GraphEdge& edge) const { return edge.IsLoose; }
 
     std::size_t CreateNode(GraphNode node);
     void AttachNode(std::size_t index, std::size_t before);
@@ -144,8 +149,7 @@ public:
     std::vector<std::size_t> JoinPorts(std::size_t index);
 
     std::size_t CreateEdge(std::size_t tail, const std::string& tailPort, std::size_t head,
-                           const std::string& headPort, const Place& where,
-                           DocumentComments comments);
+                           const std::string& headPort, Place where, DocumentComments comments);
     void AttachEdge(std::size_t index, std::size_t before);
     void DetachEdge(std::size_t index) noexcept;
     void ReleaseEdge(std::size_t index) noexcept;
@@ -169,6 +173,8 @@ private:
     std::unordered_map<std::string, std::size_t> _index;
     std::unordered_map<const Materials::GuiNode*, std::size_t> _byGui;
     std::unordered_map<GraphInput, std::size_t, GraphInputHash> _edgeOfInput;
+    std::unordered_map<std::string, std::size_t> _newId; ///< where entries are made; empty
+    std::unordered_map<GraphInput, std::size_t, GraphInputHash> _newInput; ///< likewise
     std::vector<std::size_t> _touched; ///< each once, with room for all
     std::vector<bool> _isTouched;      ///< by node
 };

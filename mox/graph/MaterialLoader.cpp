@@ -32,6 +32,7 @@ public:
 
     MaterialGraph Load()
     {
+        _graph.Reserve(_document.Nodes.size(), _document.Edges.size());
         for (const DocumentNode& node : _document.Nodes)
             CreateNode(node);
         for (const auto& [index, stored] : _created)
@@ -97,16 +98,17 @@ private:
 
     void LoadNode(std::size_t index, const DocumentNode& stored)
     {
-        _graph.SetStoredProperties(index, LoadStored(_graph, _graph.Nodes()[index],
-                                                     WithoutMissing(stored), {}, _problems));
+        const GraphNode& node = _graph.Nodes()[index];
+        _graph.SetStoredProperties(
+            index, _missing.empty()
+                       ? LoadStored(_graph, node, stored, {}, _problems)
+                       : LoadStored(_graph, node, WithoutMissing(stored), {}, _problems));
         _graph.RefreshReferences(index);
     }
 
     /// References to nodes that could not be made are no problem of their own.
     DocumentNode WithoutMissing(DocumentNode stored) const
     {
-        if (_missing.empty())
-            return stored;
         std::erase_if(stored.Properties, [this](const DocumentProperty& property) {
             return property.Kind == GuiPropertyKind::Node && _missing.contains(property.Value);
         });

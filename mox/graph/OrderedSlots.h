@@ -55,12 +55,14 @@ public:
     OrderedSlots() = default;
     /// What is left behind is empty, and even that takes memory, so moving may fail; nothing has
     /// changed then.
+    // NOLINTBEGIN(performance-noexcept-move-constructor)
     OrderedSlots(OrderedSlots&& other) { Swap(other); }
     OrderedSlots& operator=(OrderedSlots&& other)
     {
         OrderedSlots(std::move(other)).Swap(*this);
         return *this;
     }
+    // NOLINTEND(performance-noexcept-move-constructor)
     ~OrderedSlots() = default;
 
     /// Keeps a record, detached, and gives its number.

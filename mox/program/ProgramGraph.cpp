@@ -3,7 +3,6 @@
 #include "mox/Text.h"
 
 #include <algorithm>
-#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -63,8 +62,9 @@ public:
                 _shaders[i]->Kind == ShaderNodeKind::InterfaceParameter || IsOutput(*_shaders[i]);
             if (!takesValue || _states[i] == State::New || _shaders[i]->Name.empty())
                 continue;
-            if (const auto value = ValueOf(_feeds[i].front()))
-                names.try_emplace(*value, _shaders[i]->Name);
+            const Feed source = SourceOf(_feeds[i].front());
+            if (source.Node != nowhere && _places[source.Node] != nowhere)
+                names.try_emplace({_places[source.Node], source.Port}, _shaders[i]->Name);
         }
         return names;
     }
@@ -167,30 +167,30 @@ private:
             return;
         ProgramNode entry{&shader, {}};
         for (std::size_t i = 0; i < _feeds[node].size(); ++i) {
-            const std::optional<ProgramValue> value = ValueOf(_feeds[node][i]);
-            if (!value) {
+            const Feed source = SourceOf(_feeds[node][i]);
+            if (source.Node == nowhere) {
                 _problems.Fail("unfed-input", PlaceOf(shader, _origins),
                                Compose(shader.Describe(), ": nothing feeds input port \"",
                                        shader.Inputs[i].Name, "\""));
                 return;
             }
-            entry.Inputs.push_back(*value);
+            if (_places[source.Node] == nowhere)
+                return; // the source has a problem of its own, which has been told
+            entry.Inputs.push_back({_places[source.Node], source.Port});
         }
         _places[node] = _nodes.size();
         _nodes.push_back(std::move(entry));
     }
 
-    /// Looks through interface parameters; nothing behind a node with a problem of its own.
-    std::optional<ProgramValue> ValueOf(Feed feed) const
+    /// Looks through interface parameters.
+    Feed SourceOf(Feed feed) const
     {
-        std::size_t steps = 0;
+        std::size_t steps = 0; // parameters may run in a circle
         while (feed.Node != nowhere &&
                _shaders[feed.Node]->Kind == ShaderNodeKind::InterfaceParameter &&
                steps++ < _shaders.size())
             feed = _feeds[feed.Node].front();
-        if (feed.Node == nowhere || _places[feed.Node] == nowhere)
-            return std::nullopt;
-        return ProgramValue{_places[feed.Node], feed.Port};
+        return feed;
     }
 
     /// Of the interface parameters that a feed is looked up through, the last that takes what

@@ -62,6 +62,7 @@ private:
         std::size_t Head;
         std::int32_t HeadPort;
         const MaterialGraph::Edge* Edge;
+        const ShaderEdgeRecord* Record;
     };
 
     /// The final pass: lays the recorded edges between the shader nodes that the authoring nodes
@@ -79,22 +80,23 @@ private:
         std::vector<Join> joins;
         joins.reserve(_graph.Edges().size());
         for (const MaterialGraph::Edge& edge : _graph.Edges()) {
-            if (!_generator.EdgeMap.contains(edge.Gui))
+            const auto record = _generator.EdgeMap.find(edge.Gui);
+            if (record == _generator.EdgeMap.end())
                 continue;
             const GuiNode& head = *_graph.Nodes()[edge.Head].Gui;
-            joins.push_back({positions[edge.Head], head.FindInputPort(edge.Gui->HeadPort), &edge});
+            joins.push_back({positions[edge.Head], head.FindInputPort(edge.Gui->HeadPort), &edge,
+                             &record->second});
         }
         std::sort(joins.begin(), joins.end(), [](const Join& a, const Join& b) {
             return std::tie(a.Head, a.HeadPort) < std::tie(b.Head, b.HeadPort);
         });
         for (const Join& join : joins)
-            JoinEdge(*join.Edge);
+            JoinEdge(*join.Edge, *join.Record);
     }
 
-    void JoinEdge(const MaterialGraph::Edge& edge)
+    void JoinEdge(const MaterialGraph::Edge& edge, const ShaderEdgeRecord& record)
     {
-        const ShaderEdgeRecord& record = _generator.EdgeMap.at(edge.Gui);
-        const bool hasFailed = _failed.contains(edge.Gui->Tail.lock().get());
+        const bool hasFailed = !_failed.empty() && _failed.contains(edge.Gui->Tail.lock().get());
         if (!record.Tail && !hasFailed)
             return;
         for (std::size_t i = 0; i < record.Heads.size(); ++i) {

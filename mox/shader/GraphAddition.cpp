@@ -5,6 +5,27 @@
 
 using Mox::Materials::Compose;
 
+namespace {
+
+/// As Set::contains; a search is saved where the key lies behind all others, as the addresses of
+/// new objects do more often than not.
+template <class Set>
+bool Holds(const Set& set, const typename Set::key_type& key)
+{
+    const bool isBehind = set.empty() || set.key_comp()(*set.rbegin(), key);
+    return !isBehind && set.contains(key);
+}
+
+/// As Set::merge, likewise.
+template <class Set>
+void MoveEntries(Set& from, Set& to) noexcept
+{
+    while (!from.empty())
+        to.insert(to.end(), from.extract(from.begin()));
+}
+
+} // namespace
+
 void GraphAddition::AddNode(const ShaderNodeHandle& node)
 {
     if (node->Kind == ShaderNodeKind::InterfaceParameter) {
@@ -29,7 +50,7 @@ void GraphAddition::AddEdge(const ShaderEdgeHandle& edge)
         throw ShaderError("edge head node has been deleted");
     if (tail == head)
         throw ShaderError("edge head and tail are the same node");
-    if (_graph.EdgeSet.contains(edge))
+    if (Holds(_graph.EdgeSet, edge))
         throw ShaderError("edge for addition already exists in graph");
     if (!HasNode(tail))
         throw ShaderError("tail node on edge for addition does not exist in graph");
@@ -53,13 +74,13 @@ void GraphAddition::Commit() noexcept
         inEdges.splice(inEdges.end(), _inEntries, _inEntries.begin());
     }
     _graph.Edges.splice(_graph.Edges.end(), _edges);
-    _graph.EdgeSet.merge(_edgeSet);
+    MoveEntries(_edgeSet, _graph.EdgeSet);
     _graph.Nodes.splice(_graph.Nodes.end(), _nodes);
-    _graph.NodeSet.merge(_nodeSet);
+    MoveEntries(_nodeSet, _graph.NodeSet);
     _graph.InterfaceNodes.merge(_interfaceNodes);
 }
 
 bool GraphAddition::HasNode(const ShaderNodeHandle& node) const
 {
-    return _graph.NodeSet.contains(node) || _nodeSet.contains(node);
+    return Holds(_graph.NodeSet, node) || _nodeSet.contains(node);
 }

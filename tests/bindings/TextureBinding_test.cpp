@@ -8,15 +8,6 @@ using namespace Mox::Materials;
 
 namespace {
 
-std::string ReadAndWrite(TextureBinding& binding, const std::string& attributes)
-{
-    const XmlElement source(attributes);
-    binding.ReadXml(source.Get());
-    const XmlElement target;
-    binding.WriteXml(target.Get());
-    return target.Attributes();
-}
-
 TEST(StringBinding, HasOneValueWhateverTheIndex)
 {
     StringBinding binding(StreamType::Uv, "a", 1);
@@ -33,30 +24,6 @@ TEST(StringBinding, HasOneValueWhateverTheIndex)
     const XmlElement element;
     binding.WriteXml(element.Get());
     EXPECT_EQ(element.Attributes(), "tag=\"a\"");
-}
-
-TEST(TextureBinding, AMissingAttributeResetsItsField)
-{
-    TextureBinding binding(StreamType::Texture, "a", 1);
-    const char* all = "srgb=\"Yes\" signed_expanded=\"Yes\" normalised=\"No\" "
-                      "usage_hint=\"Normal\" using_alpha=\"Yes\"";
-    EXPECT_EQ(ReadAndWrite(binding, all), "tag=\"a\" " + std::string(all));
-    EXPECT_EQ(ReadAndWrite(binding, "default='rock.png'"), "tag=\"a\" default=\"rock.png\"");
-    EXPECT_EQ(ReadAndWrite(binding, "srgb='No' normalised='Yes'"),
-              "tag=\"a\" default=\"rock.png\"");
-}
-
-TEST(TextureBinding, ABadBooleanStopsTheReadBehindTheBaseFields)
-{
-    for (const char* name : {"srgb", "signed_expanded", "normalised", "using_alpha"}) {
-        TextureBinding binding(StreamType::Texture, "a", 1);
-        binding.usageHint = "Normal";
-        EXPECT_EQ(
-            FailureOf([&] { ReadAndWrite(binding, "tag='b' " + std::string(name) + "='yes'"); }),
-            "attribute \"" + std::string(name) + "\" contains invalid boolean data \"yes\"");
-        EXPECT_EQ(binding.tag, "b");
-        EXPECT_EQ(binding.usageHint, "");
-    }
 }
 
 TEST(TextureBinding, IsToldByItsStreamTypeAlone)

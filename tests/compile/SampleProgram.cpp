@@ -1,6 +1,7 @@
 #include "tests/compile/SampleProgram.h"
 
 #include "mox/host/File.h"
+#include "mox/program/ShaderTypeText.h"
 
 #include <algorithm>
 #include <regex>
@@ -12,18 +13,8 @@ namespace {
 
 ShaderType ParseType(const std::string& text, const std::string& arrayLength)
 {
-    const std::int32_t length = arrayLength.empty() ? 1 : std::stoi(arrayLength);
-    for (int word = 2; word <= 10; ++word) {
-        const auto component = static_cast<ComponentType>(word);
-        const std::string name = GetComponentName(component);
-        for (std::int32_t columns = 1; columns <= 4; ++columns)
-            for (std::int32_t rows = 1; rows <= 4; ++rows) {
-                const ShaderType type(component, columns, rows, 1);
-                if (type.Format() == text)
-                    return {component, columns, rows, length};
-            }
-    }
-    return {ComponentType::Unknown, 1, 1, 1};
+    const ShaderType one = ParseShaderType(text).value();
+    return {one.Component, one.Columns, one.Rows, arrayLength.empty() ? 1 : std::stoi(arrayLength)};
 }
 
 void CollectParameters(const std::string& text, bool isVertex,

@@ -6,11 +6,12 @@
 #include "mox/graph/MaterialLoader.h"
 #include "mox/graph/MaterialSaver.h"
 #include "mox/host/HostError.h"
-#include "mox/host/PluginSet.h"
 #include "mox/program/CgFormat.h"
 #include "mox/program/Environment.h"
 #include "mox/program/ProgramExporter.h"
 #include "tests/exhaustion/EveryAllocation.h"
+#include "tests/support/GraphText.h"
+#include "tests/support/MaterialText.h"
 
 #include <filesystem>
 #include <fstream>
@@ -23,29 +24,6 @@ using Materials::Compose;
 namespace {
 
 const std::filesystem::path example = std::filesystem::path(MOX_EXAMPLES) / "rim_light.xml";
-
-const Host::PluginSet& Plugins()
-{
-    static const Host::PluginSet plugins = [] {
-        Host::PluginSet set;
-        set.LoadFolder(MOX_PLUGIN_FOLDER);
-        return set;
-    }();
-    return plugins;
-}
-
-std::string Describe(const Host::MaterialDocument& document)
-{
-    std::string text = document.File;
-    for (const auto& node : document.Nodes) {
-        text += Compose("\n", node.Id, " ", node.Type, " ", node.Version, " ", node.Line);
-        for (const auto& property : node.Properties)
-            text += Compose("; ", property.Name, "=", property.Value);
-    }
-    for (const auto& edge : document.Edges)
-        text += Compose("\n", edge.Tail, ".", edge.TailPort, " ", edge.Head, ".", edge.HeadPort);
-    return text;
-}
 
 /// For operations that make something from nothing, while operator new fails; call gives the result
 /// as text.
@@ -121,7 +99,7 @@ TEST(MaterialExhaustion, ParserLosesNothing)
 
 TEST(MaterialExhaustion, DocumentsAreReadWholeOrNotAtAll)
 {
-    const auto read = [] { return Describe(Host::ReadMaterialDocument(example)); };
+    const auto read = [] { return FormatDocument(Host::ReadMaterialDocument(example)); };
     ExpectResult(read);
     ExpectNoFalseResult(read);
 }
@@ -145,7 +123,7 @@ TEST(MaterialExhaustion, EnvironmentIsReadWholeOrNotAtAll)
 
 TEST(MaterialExhaustion, BindingsAreWrittenAndReadWholeOrNotAtAll)
 {
-    const auto graph = Host::LoadMaterial(Host::ReadMaterialDocument(example), Plugins());
+    const auto graph = Host::LoadMaterial(Host::ReadMaterialDocument(example), TestPlugins());
     const auto bindings = Host::CreateBindings(graph);
     ExpectResult([&] { return Host::FormatBindings(*Host::CreateBindings(graph)); });
     ExpectNoFalseResult([&] { return Host::FormatBindings(*bindings); });
@@ -162,8 +140,8 @@ TEST(MaterialExhaustion, MaterialsAreLoadedAndSaved)
     const Host::MaterialDocument document = Host::ReadMaterialDocument(example);
     ExpectResult([&] {
         Host::ProblemList problems;
-        const auto graph = Host::LoadMaterial(document, Plugins(), problems);
-        return Describe(Host::SaveMaterial(graph)) + Compose(problems.Problems().size());
+        const auto graph = Host::LoadMaterial(document, TestPlugins(), problems);
+        return FormatDocument(Host::SaveMaterial(graph)) + Compose(problems.Problems().size());
     });
 }
 
@@ -171,8 +149,8 @@ TEST(MaterialExhaustion, MaterialsAreExported)
 {
     std::vector<std::unique_ptr<Host::ProgramFormat>> formats;
     formats.push_back(std::make_unique<Host::CgFormat>());
-    const Host::ProgramExporter exporter(Plugins(), Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER),
-                                         {true}, std::move(formats));
+    const Host::ProgramExporter exporter(
+        TestPlugins(), Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER), {true}, std::move(formats));
     ExpectResult([&] {
         const Host::ExportedMaterial exported = exporter.Export(example);
         exported.Problems.ThrowFirstError();

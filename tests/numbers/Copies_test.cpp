@@ -20,46 +20,51 @@ Result Exactly(double value)
 }
 
 /// Nodes that only move components from one place to another.
-class CopiedNumbers : public NumbersTest
-{
-protected:
-    /// The numbers of a stream come out in their order.
-    void CompareWithStream(const std::string& material, const char* stream, std::size_t count,
-                           Comparison& comparison) const
-    {
-        RunInputs inputs;
-        const auto& values = inputs.Streams[stream] = MakeValues(21, caseCount);
-        const auto same = [&](std::size_t i, std::size_t at) { return Exactly(values[i][at]); };
-        Compare(material, inputs, count, same, comparison);
-    }
-};
+using CopiedNumbers = NumbersTest;
 
-struct VectorKind
+struct Outputs
 {
     const char* Settings;
-    std::size_t Count;
+    const char* Ports; ///< with blanks between them
+    std::size_t Count; ///< of all numbers of the ports
 };
 
-constexpr VectorKind vectorKinds[] = {
-    {"Vector Type=Colour", 3},
-    {"Vector Type=Uv", 2},
-    {"Vector Type=Vector; Component Count=2", 2},
-    {"Vector Type=Vector; Component Count=3", 3},
-    {"Vector Type=Vector; Component Count=4", 4},
+constexpr Outputs splitVectors[] = {
+    {"Vector Type=Colour", "out_x out_y out_z", 3},
+    {"Vector Type=Uv", "out_x out_y", 2},
+    {"Vector Type=Vector; Component Count=2", "out_x out_y", 2},
+    {"Vector Type=Vector; Component Count=3", "out_x out_y out_z", 3},
+    {"Vector Type=Vector; Component Count=4", "out_x out_y out_z out_w", 4},
 };
 
-TEST_F(CopiedNumbers, OfASplitVector)
+/// An output of alpha without an edge takes no part; with one it stands behind the others.
+constexpr Outputs vertexColours[] = {
+    {"Colour Type=Colour", "out_colour", 3},
+    {"Colour Type=Colour; Alpha=true", "out_colour", 3},
+    {"Colour Type=Colour; Alpha=true", "out_colour out_alpha", 4},
+    {"Colour Type=Component", "out_red out_green out_blue", 3},
+    {"Colour Type=Component; Alpha=true", "out_red out_green out_blue", 3},
+    {"Colour Type=Component; Alpha=true", "out_red out_green out_blue out_alpha", 4},
+    {"Colour Type=Vector", "out_colour", 4},
+};
+
+/// The numbers of a stream come out in their order.
+TEST_F(CopiedNumbers, OfSplitVectorsAndVertexColours)
 {
-    Comparison comparison("Swizzle", exact);
-    for (const VectorKind& kind : vectorKinds) {
-        std::string ports;
-        for (std::size_t i = 0; i < kind.Count; ++i)
-            ports += Compose("out_", letters[i], " ");
-        for (const char* precision : precisions) {
-            CompareWithStream(Compose("v Feed:", kind.Count, "\nnode CoreSwizzle; ", kind.Settings,
-                                      "\nv.read -> node.in_vec\n", WriteSink(precision, ports)),
-                              "v", kind.Count, comparison);
-        }
+    RunInputs inputs;
+    const auto& values = inputs.Streams["v"] = MakeValues(21, caseCount);
+    const auto same = [&](std::size_t i, std::size_t at) { return Exactly(values[i][at]); };
+    Comparison split("Swizzle", exact);
+    Comparison colours("Vertex colour", exact);
+    for (const char* precision : precisions) {
+        for (const auto& [settings, ports, count] : splitVectors)
+            Compare(Compose("v Feed:", count, "\nnode CoreSwizzle; ", settings,
+                            "\nv.read -> node.in_vec\n", WriteSink(precision, ports)),
+                    inputs, count, same, split);
+        for (const auto& [settings, ports, count] : vertexColours)
+            Compare(Compose("node CoreVertexColour; Name=v; ", settings, "\n",
+                            WriteSink(precision, ports)),
+                    inputs, count, same, colours);
     }
 }
 
@@ -67,7 +72,7 @@ TEST_F(CopiedNumbers, OfASplitVector)
 TEST_F(CopiedNumbers, OfAMergedVector)
 {
     Comparison comparison("Merge", exact);
-    for (const VectorKind& kind : vectorKinds) {
+    for (const Outputs& kind : splitVectors) {
         for (unsigned connected = 0; connected < 1u << kind.Count; ++connected) {
             std::string material = Compose("node CoreSwizzle; ", kind.Settings, "; Reverse=true\n",
                                            WriteSink(precisions[connected % 2], "out_vec"));
@@ -85,34 +90,6 @@ TEST_F(CopiedNumbers, OfAMergedVector)
             };
             Compare(material, inputs, kind.Count, expected, comparison);
         }
-    }
-}
-
-struct Outputs
-{
-    const char* Settings;
-    const char* Ports; ///< with blanks between them
-    std::size_t Count; ///< of all numbers of the ports
-};
-
-/// An output of alpha without an edge takes no part; with one it stands behind the others.
-TEST_F(CopiedNumbers, OfVertexColours)
-{
-    constexpr Outputs cases[] = {
-        {"Colour", "out_colour", 3},
-        {"Colour; Alpha=true", "out_colour", 3},
-        {"Colour; Alpha=true", "out_colour out_alpha", 4},
-        {"Component", "out_red out_green out_blue", 3},
-        {"Component; Alpha=true", "out_red out_green out_blue", 3},
-        {"Component; Alpha=true", "out_red out_green out_blue out_alpha", 4},
-        {"Vector", "out_colour", 4},
-    };
-    Comparison comparison("Vertex colour", exact);
-    for (const auto& [settings, ports, count] : cases) {
-        for (const char* precision : precisions)
-            CompareWithStream(Compose("node CoreVertexColour; Name=mask; Colour Type=", settings,
-                                      "\n", WriteSink(precision, ports)),
-                              "mask", count, comparison);
     }
 }
 

@@ -148,6 +148,33 @@ std::string TextureSum(int count, bool ownCoordinates)
     return text + Compose("m", count - 1, ".out_value -> surface.in_colour\n");
 }
 
+TEST(MaterialProgram, WhatTheEnvironmentLacksIsToldOnce)
+{
+    Environment environment = TestEnvironment();
+    const auto normal =
+        std::find_if(environment.Values.begin(), environment.Values.end(),
+                     [](const EnvironmentEntry& value) { return value.Name == "worldNormal"; });
+    ASSERT_NE(normal, environment.Values.end());
+    normal->Inputs.front().SourceName = "lost";
+    ProblemList problems;
+    MaterialGraph graph = LoadMaterial(MaterialFromText(R"(
+        facing SurfaceFacingRatio
+        one CoreMaths
+        two CoreMaths
+        surface Surface
+        facing.read -> one.in_value1
+        one.out_value -> two.in_value1
+        two.out_value -> surface.in_alpha
+    )"),
+                                       TestPlugins(), problems);
+    ResolveGraph(graph, problems);
+    BuildMaterialProgram(graph, environment, {}, problems);
+    std::string rules;
+    for (const Problem& problem : problems.Problems())
+        rules += problem.Rule + " ";
+    EXPECT_EQ(rules, "environment unfed-input ");
+}
+
 TEST(MaterialProgram, LimitsOfTheRegistersNameWhatIsInTheWay)
 {
     const auto problemsOf = [](const std::string& text) {

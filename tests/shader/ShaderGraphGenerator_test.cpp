@@ -73,53 +73,6 @@ TEST(ShaderGraphGenerator, ConnectConverts)
     }
 }
 
-TEST(ShaderGraphGenerator, InterfaceParametersFold)
-{
-    ShaderGraph graph;
-    ShaderGraphGenerator generator(graph);
-    const auto first = ShaderNode::CreateInterfaceParameter("k", 0, {f, 1, 1, 1});
-    const auto second = ShaderNode::CreateInterfaceParameter("k", 0, {f, 1, 1, 1});
-    const auto wide = ShaderNode::CreateInterfaceParameter("k", 0, {f, 3, 1, 1});
-    const auto flagged = ShaderNode::CreateInterfaceParameter("k", 1, {f, 3, 1, 1});
-    generator.AddNode(first);
-    generator.AddNode(second);
-    generator.AddNode(flagged);
-    EXPECT_EQ(generator.GetShaderNode(second), first);
-    EXPECT_EQ(FailureOf([&] { generator.AddNode(wide); }),
-              "interface parameter \"k\" (float,flags=0) expected to have type float3");
-    EXPECT_FALSE(generator.NodeMap.contains(wide));
-    EXPECT_EQ(FailureOf([&] { generator.AddNode(second); }),
-              "interface parameter \"k\" (float,flags=0) already added to the graph generator");
-    const auto head = FunctionFrom({f, 1, 1, 1}, {f, 1, 1, 1});
-    generator.AddNode(head);
-    generator.Connect(second, "read", head, "i");
-    EXPECT_EQ(graph.Edges.front()->Tail.lock(), first);
-    EXPECT_EQ(graph.Nodes.size(), 3u);
-}
-
-TEST(ShaderGraphGenerator, UnknownHandlesComeBeforePorts)
-{
-    ShaderGraph graph;
-    ShaderGraphGenerator generator(graph);
-    const auto known = FunctionFrom({f, 1, 1, 1}, {f, 1, 1, 1});
-    const auto tail = ShaderNode::CreateUniformParameter("t", {f, 1, 1, 1});
-    const auto head = ShaderNode::CreateUniformParameter("h", {f, 1, 1, 1});
-    EXPECT_EQ(FailureOf([&] { generator.Connect(tail, "?", head, "?"); }),
-              "uniform parameter \"t\" (float) not yet been added to the graph generator");
-    generator.AddNode(known);
-    EXPECT_EQ(FailureOf([&] { generator.Connect(known, "?", head, "?"); }),
-              "uniform parameter \"h\" (float) not yet been added to the graph generator");
-    EXPECT_EQ(FailureOf([&] { generator.Connect(known, "o", known, "i"); }),
-              "edge head and tail are the same node");
-    EXPECT_EQ(FailureOf([&] { generator.Connect(known, "i", known, "?"); }),
-              "function \"f\" (1/1/*): output port \"i\" does not exist")
-        << "the tail's port is looked at first";
-    EXPECT_EQ(FailureOf([&] { generator.Connect(known, "o", known, "o"); }),
-              "function \"f\" (1/1/*): input port \"o\" does not exist");
-    EXPECT_EQ(graph.Nodes.size(), 1u);
-    EXPECT_TRUE(graph.Edges.empty());
-}
-
 TEST(GuiNode, RegisterEdgesRecordsBothEnds)
 {
     ShaderGraph graph;
@@ -139,10 +92,6 @@ TEST(GuiNode, RegisterEdgesRecordsBothEnds)
     EXPECT_EQ(generator.EdgeMap.at(in).HeadPorts.at(1), "in_a");
     EXPECT_EQ(generator.EdgeMap.at(out).Tail, shaderNode);
     EXPECT_EQ(generator.EdgeMap.at(out).TailPort, "out_a");
-    const auto other = FunctionFrom({f, 1, 1, 1}, {f, 1, 1, 1});
-    generator.RecordEdgeTail(out, other, "out_b");
-    EXPECT_EQ(generator.EdgeMap.at(out).Tail, other) << "the last tail stands";
-    EXPECT_EQ(generator.EdgeMap.at(out).TailPort, "out_b");
     generator.EdgeMap.clear();
     in.reset();
     EXPECT_THROW(node.RegisterEdges(generator, shaderNode), boost::bad_weak_ptr);

@@ -1,5 +1,6 @@
 #include "mox/shader/ShaderNode.h"
 #include "tests/support/Failure.h"
+#include "tests/support/Golden.h"
 
 #include <gtest/gtest.h>
 
@@ -25,64 +26,54 @@ ShaderFunction TwoToOne(ShaderLevel level)
     return function;
 }
 
-TEST(ShaderNode, DescribesItself)
+TEST(ShaderNode, DescriptionAndPortsFollowTheKind)
 {
-    EXPECT_EQ(ShaderNode::CreateFunctionNode(TwoToOne(ShaderLevel::Automatic))->Describe(),
-              "function \"f\" (2/1/*)");
-    EXPECT_EQ(ShaderNode::CreateFunctionNode(TwoToOne(ShaderLevel::Fragment))->Describe(),
-              "function \"f\" (2/1/f)");
-    EXPECT_EQ(ShaderNode::CreateFunctionNode(TwoToOne(ShaderLevel(9)))->Describe(),
-              "function \"f\" (2/1/)");
-    EXPECT_EQ(ShaderNode::CreateInterfaceParameter("time", -2, float3)->Describe(),
-              "interface parameter \"time\" (float3,flags=-2)");
-    const ShaderNodeHandle varying = ShaderNode::CreateVaryingParameter("uv", float3);
-    EXPECT_EQ(varying->Describe(), "varying parameter \"uv\" (float3)");
-    varying->Register = {ShaderRegisterType::VertexAttribute, 2};
-    EXPECT_EQ(varying->Describe(), "varying parameter \"uv\" (float3 : ATTR2)");
-    EXPECT_EQ(ShaderNode::CreateUniformParameter("u", float3)->Describe(),
-              "uniform parameter \"u\" (float3)");
-    EXPECT_EQ(ShaderNode::CreateRegisterParameter({ShaderRegisterType::FragmentFace, 0}, float3)
-                  ->Describe(),
-              "Cg register parameter FACE (float3)");
-    EXPECT_EQ(ShaderNode::CreateInterpolantParameter(float3)->Describe(),
-              "interpolant parameter (float3)");
-    const ShaderNode unknown(ShaderNodeKind(6));
-    EXPECT_EQ(FailureOf([&] { unknown.Describe(); }), "unknown node type");
-    varying->Type.Component = ComponentType(77);
-    varying->Register.Type = ShaderRegisterType(18);
-    EXPECT_EQ(FailureOf([&] { varying->Describe(); }), "unknown component type")
-        << "the type is written ahead of the register";
-    const ShaderNodeHandle face =
-        ShaderNode::CreateRegisterParameter({ShaderRegisterType::FragmentFace, 0}, float3);
-    face->Type.Component = ComponentType(77);
-    face->Register.Type = ShaderRegisterType(18);
-    EXPECT_EQ(FailureOf([&] { face->Describe(); }), "invalid register type")
-        << "here the register comes first";
-}
-
-TEST(ShaderNode, PortsFollowTheKind)
-{
-    const auto portsOf = [](const ShaderNodeHandle& node) {
-        std::string text;
+    using T = ShaderRegisterType;
+    const auto function = [](ShaderLevel level) {
+        return ShaderNode::CreateFunctionNode(TwoToOne(level));
+    };
+    const auto parameter = [](const ShaderRegister& where) {
+        return ShaderNode::CreateRegisterParameter(where, float3);
+    };
+    const ShaderNodeHandle varying = ShaderNode::CreateVaryingParameter("float", float3);
+    varying->Register = {T::VertexAttribute, 2};
+    std::string text;
+    for (const ShaderNodeHandle& node :
+         {function(ShaderLevel::Automatic), function(ShaderLevel::Vertex),
+          function(ShaderLevel::Fragment), function(ShaderLevel(9)),
+          ShaderNode::CreateFunctionNode({}), ShaderNode::CreateInterfaceParameter("!", -2, float3),
+          ShaderNode::CreateInterpolantParameter(float3), varying,
+          ShaderNode::CreateVaryingParameter("uv", float3),
+          ShaderNode::CreateUniformParameter("u", float3), parameter({T::VertexTexCoord, 0}),
+          parameter({T::FragmentTexCoord, 0}), parameter({T::FragmentFace, 0})}) {
+        text += node->Describe() + ":";
         for (const ShaderPort& port : node->Inputs)
-            text += port.Name + " ";
-        text += "->";
+            text += " " + port.Name;
+        text += " ->";
         for (const ShaderPort& port : node->Outputs)
             text += " " + port.Name;
-        return text;
-    };
-    EXPECT_EQ(portsOf(ShaderNode::CreateFunctionNode(TwoToOne(ShaderLevel::Vertex))), "a b -> o");
-    EXPECT_EQ(portsOf(ShaderNode::CreateFunctionNode({})), "->");
-    EXPECT_EQ(portsOf(ShaderNode::CreateInterfaceParameter("!", 0, float3)), "write -> read");
-    EXPECT_EQ(portsOf(ShaderNode::CreateInterpolantParameter(float3)), "write -> read");
-    EXPECT_EQ(portsOf(ShaderNode::CreateVaryingParameter("float", float3)), "-> read");
-    EXPECT_EQ(portsOf(ShaderNode::CreateRegisterParameter({ShaderRegisterType::VertexTexCoord, 0},
-                                                          float3)),
-              "write ->");
-    EXPECT_EQ(portsOf(ShaderNode::CreateRegisterParameter({ShaderRegisterType::FragmentTexCoord, 0},
-                                                          float3)),
-              "-> read");
+        text += "\n";
+    }
+    ExpectGolden("shader/nodes.txt", text);
+}
 
+TEST(ShaderNode, DescriptionNamesTheFirstUnknownPart)
+{
+    const ShaderNode unknown(ShaderNodeKind(6));
+    EXPECT_EQ(FailureOf([&] { unknown.Describe(); }), "unknown node type");
+    const auto varying = ShaderNode::CreateVaryingParameter("uv", float3);
+    const auto face =
+        ShaderNode::CreateRegisterParameter({ShaderRegisterType::FragmentFace, 0}, float3);
+    for (const auto& node : {varying, face}) {
+        node->Type.Component = ComponentType(77);
+        node->Register.Type = ShaderRegisterType(18);
+    }
+    EXPECT_EQ(FailureOf([&] { varying->Describe(); }), "unknown component type");
+    EXPECT_EQ(FailureOf([&] { face->Describe(); }), "invalid register type");
+}
+
+TEST(ShaderNode, MissingPortsAndParameters)
+{
     const ShaderNodeHandle uniform = ShaderNode::CreateUniformParameter("u", float3);
     EXPECT_EQ(uniform->FindInputPort("read"), -1);
     EXPECT_EQ(FailureOf([&] { uniform->GetInputPort("write"); }),

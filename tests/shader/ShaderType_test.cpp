@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <cmath>
 #include <limits>
 #include <locale>
 #include <random>
@@ -93,31 +92,16 @@ TEST(FormatFloat, PrintsWhatAClassicStreamPrints)
         stream << value;
         EXPECT_EQ(Mox::Materials::FormatFloat(value), stream.str());
     };
-    using Limits = std::numeric_limits<float>;
-    for (const float value : {0.0f,
-                              -0.0f,
-                              1.0f,
-                              0.8f,
-                              0.25f,
-                              1.0f / 3,
-                              99999.95f,
-                              999999.5f,
-                              1e6f,
-                              123456.5f,
-                              0.0001f,
-                              0.00001f,
-                              1e10f,
-                              Limits::max(),
-                              Limits::min(),
-                              Limits::denorm_min(),
-                              Limits::infinity(),
-                              -Limits::infinity(),
-                              Limits::quiet_NaN(),
-                              -Limits::quiet_NaN()})
+    for (const float value : {0.0f, -0.0f, 1.0f, 0.8f, 0.25f, 0.33333333f, 99999.95f, 999999.5f,
+                              1e6f, 123456.5f, 0.0001f, 0.00001f, 1e10f})
         expectSame(value);
-    std::mt19937 bits(20260724);
+    // The largest and the smallest ones, what is infinite and what is no number.
+    for (const std::uint32_t bits :
+         {0x7f7fffffu, 0x00800000u, 1u, 0x7f800000u, 0xff800000u, 0x7fc00000u, 0xffc00000u})
+        expectSame(std::bit_cast<float>(bits));
+    std::mt19937 random(20260724);
     for (int i = 0; i < 100000; ++i)
-        expectSame(std::bit_cast<float>(static_cast<std::uint32_t>(bits())));
+        expectSame(std::bit_cast<float>(static_cast<std::uint32_t>(random())));
 }
 
 } // namespace
