@@ -1,5 +1,6 @@
 #include "mox/batch/ExportBatch.h"
 #include "mox/host/HostError.h"
+#include "tests/support/GraphText.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -46,30 +47,41 @@ private:
     std::vector<std::string> _endings{".one", ".two"};
 };
 
-std::vector<ExportJob> JobsOf(const std::vector<std::string>& names,
-                              const std::filesystem::path& folder)
+/// These names and as many others.
+std::vector<std::string> Names(std::vector<std::string> names, int count)
 {
-    std::vector<ExportJob> jobs;
-    for (const std::string& name : names)
-        jobs.push_back({name, (folder / name).string()});
-    return jobs;
+    for (int i = 0; i < count; ++i)
+        names.push_back("m" + std::to_string(i));
+    return names;
 }
 
-TEST(ExportBatch, WritesTextsAndReportsInOrder)
+/// Exports into a folder of its own.
+class ExportBatchTest : public testing::Test
 {
-    std::vector<std::string> names{"bad", "odd", "sub/worse", "sub/fine"};
-    for (int i = 0; i < 200; ++i)
-        names.push_back("m" + std::to_string(i));
+protected:
+    ExportBatch MakeBatch(const std::vector<std::string>& names) const
+    {
+        std::vector<ExportJob> jobs;
+        for (const std::string& name : names)
+            jobs.push_back({name, (Folder.Path() / name).string()});
+        return {Exporter, jobs};
+    }
+
+    const TemporaryFolder Folder;
+    NameExporter Exporter;
+};
+
+TEST_F(ExportBatchTest, WritesTextsAndReportsInOrder)
+{
+    const std::vector<std::string> names = Names({"bad", "odd", "sub/worse", "sub/fine"}, 200);
     for (const unsigned workers : {1u, 8u, 500u}) {
-        const TemporaryFolder folder;
-        const NameExporter exporter;
-        const ExportBatch batch(exporter, JobsOf(names, folder.Path()));
+        for (const auto& entry : std::filesystem::directory_iterator(Folder.Path()))
+            std::filesystem::remove_all(entry);
         std::vector<std::string> reported;
         std::string problems;
-        batch.Run(workers, [&](const ExportJob& job, const ExportOutcome& outcome) {
+        MakeBatch(names).Run(workers, [&](const ExportJob& job, const ExportOutcome& outcome) {
             reported.push_back(job.Document);
-            for (const Problem& problem : outcome.Problems.Problems())
-                problems += problem.Format() + "\n";
+            problems += FormatProblems(outcome.Problems);
             const bool hasFailed = outcome.Problems.HasErrors();
             EXPECT_EQ(outcome.Outputs.size(), hasFailed ? 0u : 2u);
             EXPECT_EQ(std::filesystem::exists(job.Output + ".one"), !hasFailed);
@@ -79,105 +91,80 @@ TEST(ExportBatch, WritesTextsAndReportsInOrder)
             }
         });
         EXPECT_EQ(reported, names);
-        EXPECT_EQ(problems, "bad:7: node \"node\": is bad\nodd: is odd\n"
-                            "sub/worse: came to an end\n");
-        EXPECT_EQ(folder.Read("sub/fine.two"), "two of fine");
+        EXPECT_EQ(problems, "error export: bad:7: node \"node\": is bad\nwarning odd: odd: is odd\n"
+                            "error export: sub/worse: came to an end\n");
+        EXPECT_EQ(Folder.Read("sub/fine.two"), "two of fine");
     }
 }
 
 /// A failure to write counts like any other failure of the one material.
-TEST(ExportBatch, OneOutputThatCannotBeWritten)
+TEST_F(ExportBatchTest, OneOutputThatCannotBeWritten)
 {
-    const TemporaryFolder folder;
-    folder.Write("a.two/in the way");
-    const NameExporter exporter;
+    Folder.Write("a.two/in the way");
     std::string failures;
-    ExportBatch(exporter, JobsOf({"a", "b"}, folder.Path()))
-        .Run(2, [&](const ExportJob& job, const ExportOutcome& outcome) {
-            failures += outcome.Problems.HasErrors() ? job.Document : "";
-        });
+    MakeBatch({"a", "b"}).Run(2, [&](const ExportJob& job, const ExportOutcome& outcome) {
+        failures += outcome.Problems.HasErrors() ? job.Document : "";
+    });
     EXPECT_EQ(failures, "a");
-    EXPECT_EQ(folder.Read("b.two"), "two of b");
+    EXPECT_EQ(Folder.Read("b.two"), "two of b");
 }
 
-TEST(ExportBatch, RefusesTwoWritersOfOneFile)
+TEST_F(ExportBatchTest, RefusesTwoWritersOfOneFile)
 {
-    const NameExporter exporter;
-    try {
-        const ExportBatch batch(exporter, {{"a.xml", "out/a"}, {"b", "o/b"}, {"x/a", "out/./a"}});
-        FAIL();
-    } catch (const HostError& error) {
-        EXPECT_STREQ(error.what(), "out/a.one: would be written for both a.xml and x/a");
-    }
-    EXPECT_EQ(exporter.Begun, 0);
+    EXPECT_EQ(HostFailureOf([this] {
+                  const ExportBatch batch(Exporter,
+                                          {{"a.xml", "out/a"}, {"b", "o/b"}, {"x/a", "out/./a"}});
+              }),
+              "out/a.one: would be written for both a.xml and x/a");
+    EXPECT_EQ(Exporter.Begun, 0);
 }
 
-TEST(ExportBatch, StopsBetweenMaterials)
+TEST_F(ExportBatchTest, StopsBetweenMaterials)
 {
-    const TemporaryFolder folder;
-    const NameExporter exporter;
-    const ExportBatch batch(exporter, JobsOf(std::vector<std::string>(1, "a"), folder.Path()));
     std::stop_source stopped;
     stopped.request_stop();
-    batch.Run(
+    MakeBatch({"a"}).Run(
         3, [](const ExportJob&, const ExportOutcome&) { FAIL(); }, stopped.get_token());
-    EXPECT_EQ(exporter.Begun, 0);
+    EXPECT_EQ(Exporter.Begun, 0);
 
-    std::vector<std::string> names;
-    for (int i = 0; i < 2000; ++i)
-        names.push_back("m" + std::to_string(i));
-    const ExportBatch many(exporter, JobsOf(names, folder.Path()));
+    const std::vector<std::string> names = Names({}, 2000);
     std::stop_source source;
     std::size_t reported = 0;
-    many.Run(
-        4,
-        [&](const ExportJob& job, const ExportOutcome&) {
-            EXPECT_EQ(job.Document, names[reported]);
-            if (++reported == 10)
-                source.request_stop();
-        },
-        source.get_token());
-    EXPECT_EQ(static_cast<int>(reported), exporter.Begun);
+    const auto report = [&](const ExportJob& job, const ExportOutcome&) {
+        EXPECT_EQ(job.Document, names[reported]);
+        if (++reported == 10)
+            source.request_stop();
+    };
+    MakeBatch(names).Run(4, report, source.get_token());
+    EXPECT_EQ(static_cast<int>(reported), Exporter.Begun);
     EXPECT_LT(reported, 1000u);
 }
 
-TEST(ExportBatch, FailingReportEndsTheRun)
+TEST_F(ExportBatchTest, FailingReportEndsTheRun)
 {
-    const TemporaryFolder folder;
-    const NameExporter exporter;
-    std::vector<std::string> names;
-    for (int i = 0; i < 1000; ++i)
-        names.push_back("m" + std::to_string(i));
-    const ExportBatch batch(exporter, JobsOf(names, folder.Path()));
-    EXPECT_THROW(
-        batch.Run(4, [](const ExportJob&, const ExportOutcome&) { throw std::bad_alloc(); }),
-        std::bad_alloc);
-    EXPECT_LT(exporter.Begun, 1000);
+    const auto fail = [](const ExportJob&, const ExportOutcome&) { throw std::bad_alloc(); };
+    EXPECT_THROW(MakeBatch(Names({}, 1000)).Run(4, fail), std::bad_alloc);
+    EXPECT_LT(Exporter.Begun, 1000);
 }
 
 /// While the first material takes its time the others do not run far ahead, so what waits for its
 /// report stays small.
-TEST(ExportBatch, WaitsForASlowMaterial)
+TEST_F(ExportBatchTest, WaitsForASlowMaterial)
 {
-    const TemporaryFolder folder;
-    NameExporter exporter;
-    exporter.SlowUntil = 600;
-    std::vector<std::string> names{"slow"};
-    for (int i = 1; i < 600; ++i)
-        names.push_back("m" + std::to_string(i));
-    const ExportBatch batch(exporter, JobsOf(names, folder.Path()));
-    std::jthread watcher([&] {
+    Exporter.SlowUntil = 600;
+    std::jthread watcher([this] {
         int seen = -1;
-        while (seen != exporter.Begun) { // until nothing goes on
-            seen = exporter.Begun;
+        while (seen != Exporter.Begun) { // until nothing goes on
+            seen = Exporter.Begun;
             std::this_thread::sleep_for(std::chrono::milliseconds(100));
         }
         EXPECT_LT(seen, 300);
-        exporter.IsOver = true;
+        Exporter.IsOver = true;
     });
-    std::size_t reported = 0;
-    batch.Run(4, [&](const ExportJob&, const ExportOutcome&) { ++reported; });
-    EXPECT_EQ(reported, names.size());
+    int reported = 0;
+    const auto count = [&](const ExportJob&, const ExportOutcome&) { ++reported; };
+    MakeBatch(Names({"slow"}, 599)).Run(4, count);
+    EXPECT_EQ(reported, 600);
 }
 
 } // namespace

@@ -1,4 +1,6 @@
+#include "mox/Text.h"
 #include "mox/check/MaterialDiff.h"
+#include "tests/support/Golden.h"
 #include "tests/support/MaterialText.h"
 
 #include <gtest/gtest.h>
@@ -6,10 +8,9 @@
 #include <algorithm>
 
 using namespace Mox::Host;
+using Mox::Materials::Compose;
 
 namespace {
-
-using Lines = std::vector<std::string>;
 
 const std::string material = R"(
     uv CoreUv; Name=uv0
@@ -32,9 +33,13 @@ std::string Replaced(const std::string& from, const std::string& to)
     return text;
 }
 
-Lines Differences(const MaterialDocument& before, const MaterialDocument& after)
+/// A line for each difference.
+std::string Differences(const MaterialDocument& before, const MaterialDocument& after)
 {
-    return DescribeDifferences(before, after, TestPlugins());
+    std::string text;
+    for (const std::string& line : DescribeDifferences(before, after, TestPlugins()))
+        text += line + "\n";
+    return text;
 }
 
 TEST(MaterialDiff, MeaningCountsAndNotWriting)
@@ -45,69 +50,42 @@ TEST(MaterialDiff, MeaningCountsAndNotWriting)
     std::reverse(after.Edges.begin(), after.Edges.end());
     after.Nodes[1].Properties.push_back(
         {"Function", Mox::Materials::GuiPropertyKind::Enum, "Multiply"});
-    EXPECT_EQ(Differences(before, after), Lines{});
-    EXPECT_EQ(Differences(after, before), Lines{});
+    EXPECT_EQ(Differences(before, after), "");
+    EXPECT_EQ(Differences(after, before), "");
 }
 
 TEST(MaterialDiff, SaysInWordsWhatChanged)
 {
-    struct Case
+    const struct
     {
         const char* From;
         const char* To;
-        Lines Differences;
+    } changes[] = {
+        {"=0.5", "=0.25"},
+        {"Name=rock", "Name=moss"},
+        {"half CoreMaths; Default Value 2=0.5", "half CoreLayerBlend"},
+        {"uv.read -> again.in_uv\n", ""},
+        {"surface.in_colour", "surface.in_emission"},
+        {"paint.out_colour -> half", "again.out_colour -> half"},
+        {"paint", "stone"}, // a new id is told once, although edges and references carry it too
+        {"; Reference=paint", ""},
     };
-    const Case cases[] = {
-        {"=0.5",
-         "=0.25",
-         {"node \"half\" (CoreMaths): \"Default Value 2\" changed from \"0.5\" to \"0.25\""}},
-        {"Name=rock",
-         "Name=moss",
-         {"node \"paint\" (CoreTexture): \"Name\" changed from \"rock\" to \"moss\""}},
-        {"half CoreMaths; Default Value 2=0.5",
-         "half CoreLayerBlend",
-         {"node \"half\" changed its type from \"CoreMaths\" to \"CoreLayerBlend\""}},
-        {"uv.read -> again.in_uv\n",
-         "",
-         {"edge from \"uv\" port \"read\" to \"again\" port \"in_uv\" is gone"}},
-        {"surface.in_colour",
-         "surface.in_emission",
-         {"edge from \"half\" port \"out_value\" to \"surface\" port \"in_colour\" is gone",
-          "edge from \"half\" port \"out_value\" to \"surface\" port \"in_emission\" is new"}},
-        {"paint.out_colour -> half",
-         "again.out_colour -> half",
-         {"\"half\" port \"in_value1\" is fed by \"again\" port \"out_colour\" instead of "
-          "\"paint\" port "
-          "\"out_colour\""}},
-        // A new id is told once, although edges and references carry it too.
-        {"paint", "stone", {"node \"paint\" is renamed to \"stone\""}},
-        {"; Reference=paint",
-         "",
-         {"node \"again\" (CoreTexture): \"Reference\" is gone, it was \"paint\""}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.To);
-        EXPECT_EQ(Differences(MaterialFromText(material), MaterialFromText(Replaced(c.From, c.To))),
-                  c.Differences);
+    const MaterialDocument before = MaterialFromText(material);
+    std::string text;
+    for (const auto& [from, to] : changes) {
+        text += Compose("\"", from, "\" becomes \"", to, "\"\n");
+        text += Differences(before, MaterialFromText(Replaced(from, to)));
     }
-}
 
-TEST(MaterialDiff, WholeNodesDescriptionsAndBindings)
-{
-    MaterialDocument before = MaterialFromText(material);
-    MaterialDocument after = MaterialFromText(material + "extra CoreUv\n");
-    before.Description = {{"name", "Rock"}, {"desc", "Old"}};
-    after.Description = {{"name", "Stone"}};
-    after.RenderState = {{"alphaTest", "Yes"}};
-    before.Bindings = {{"texture", "rock", {{"default", "a.png"}}}};
-    after.Bindings = {{"texture", "rock", {{"default", "b.png"}}}};
-    EXPECT_EQ(
-        Differences(before, after),
-        (Lines{"description: \"desc\" is gone, it was \"Old\"",
-               "description: \"name\" changed from \"Rock\" to \"Stone\"",
-               "render state: \"alphaTest\" is new, it is \"Yes\"",
-               "node \"extra\" (CoreUv) is new",
-               "binding \"rock\" (texture): \"default\" changed from \"a.png\" to \"b.png\""}));
+    MaterialDocument old = before;
+    MaterialDocument other = MaterialFromText(material + "extra CoreUv\n");
+    old.Description = {{"name", "Rock"}, {"desc", "Old"}};
+    other.Description = {{"name", "Stone"}};
+    other.RenderState = {{"alphaTest", "Yes"}};
+    old.Bindings = {{"texture", "rock", {{"default", "a.png"}}}};
+    other.Bindings = {{"texture", "rock", {{"default", "b.png"}}}};
+    text += "nodes, descriptions and bindings\n" + Differences(old, other);
+    ExpectGolden("check/differences.txt", text);
 }
 
 } // namespace

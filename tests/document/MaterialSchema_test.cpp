@@ -7,6 +7,7 @@
 
 #include <iterator>
 #include <span>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -65,6 +66,15 @@ private:
         std::size_t End = 0;
     };
 
+    static std::vector<std::string> Split(const std::string& text)
+    {
+        std::vector<std::string> parts;
+        std::istringstream stream(text);
+        for (std::string part; std::getline(stream, part, '|');)
+            parts.push_back(part);
+        return parts;
+    }
+
     const char* Pick(std::span<const char* const> texts)
     {
         return texts[_random.Below(texts.size())];
@@ -107,37 +117,18 @@ private:
 
     void AddMarkup(std::string& text)
     {
-        static constexpr const char* pieces[] = {
-            "<node/>",
-            "<property/>",
-            "<nodes/>",
-            "<edges/>",
-            "<bindings/>",
-            "<renderState/>",
-            "<description/>",
-            "<material version=\"1\"/>",
-            "<a/>",
-            "<edge tail=\"\" tailPort=\"\" head=\"\" headPort=\"\"/>",
-            "<nodes><node id=\"z\" type=\"\" version=\"0\"/></nodes>",
-            "<property name=\"\" kind=\"bool\" value=\"true\"/>",
-            "<binding stream=\"float\" tag=\"q\" min=\"0,  1\"/>",
-            "<binding stream=\"uv\" tag=\"q\"></binding>",
-            "<q:edges xmlns:q=\"urn:q\"/>",
-            "<edges xmlns=\"urn:q\"/>",
-            "<edges xmlns=\"\"/>",
-            "<!-- -->",
-            "<![CDATA[ ]]>",
-            "<![CDATA[a]]>",
-            "<![CDATA[]]>",
-            "<?a b?>",
-            "a",
-            "&#32;",
-            "&#65;",
-            "&amp;",
-            "\xC2\xA0", // blank, but not in XML
-            " \t\r\n",
-        };
-        text.insert(FindTag(text).Begin, Pick(pieces));
+        // \xC2\xA0 is a blank, but not one of XML.
+        static const std::vector<std::string> pieces =
+            Split("<node/>|<property/>|<nodes/>|<edges/>|<bindings/>|<renderState/>|"
+                  "<description/>|<material version=\"1\"/>|<a/>|"
+                  "<edge tail=\"\" tailPort=\"\" head=\"\" headPort=\"\"/>|"
+                  "<nodes><node id=\"z\" type=\"\" version=\"0\"/></nodes>|"
+                  "<property name=\"\" kind=\"bool\" value=\"true\"/>|"
+                  "<binding stream=\"float\" tag=\"q\" min=\"0,  1\"/>|"
+                  "<binding stream=\"uv\" tag=\"q\"></binding>|<q:edges xmlns:q=\"urn:q\"/>|"
+                  "<edges xmlns=\"urn:q\"/>|<edges xmlns=\"\"/>|<!-- -->|<![CDATA[ ]]>|"
+                  "<![CDATA[a]]>|<![CDATA[]]>|<?a b?>|a|&#32;|&#65;|&amp;|\xC2\xA0| \t\r\n");
+        text.insert(FindTag(text).Begin, pieces[_random.Below(pieces.size())]);
     }
 
     void MoveTag(std::string& text)
@@ -157,85 +148,18 @@ private:
 
     void ChangeValue(std::string& text)
     {
-        static constexpr const char* values[] = {
-            "",
-            "0",
-            "1",
-            "2",
-            "-1",
-            "+1",
-            "-0",
-            "007",
-            " 1",
-            "1 ",
-            "2147483647",
-            "2147483648",
-            "1.5",
-            "1.",
-            ".5",
-            ".",
-            "-2147483648",
-            "-2147483649",
-            "1e5",
-            "1e",
-            "1E+5",
-            "1e-5",
-            "e5",
-            "--1",
-            "inf",
-            "-inf",
-            "nan",
-            "INF",
-            "1,2",
-            "1, 2",
-            "1 ,2",
-            "1,",
-            ",1",
-            "1,  2",
-            "1 2 3",
-            "1  2 3",
-            "1 2",
-            "1 2 3 ",
-            "1 2 3 4",
-            "inf 1 nan",
-            "0.5",
-            "0.",
-            "1.0",
-            "1.01",
-            "1.00",
-            "01",
-            "true",
-            "True",
-            "false",
-            "Yes",
-            "yes",
-            "No",
-            "string",
-            "enum",
-            "float",
-            "bool",
-            "colour",
-            "integer",
-            "node",
-            "texture",
-            "uv",
-            "normal",
-            "slider",
-            "linear",
-            "zero",
-            "always",
-            "less",
-            " ",
-            "&#10;",
-            "&#9;1",
-            "1&#10;",
-            "\xC3\xA9",
-            "0000000000000000000000000000000000000000000000001",
-        };
+        // With a bar between them.
+        static const std::vector<std::string> values =
+            Split("|0|1|2|-1|+1|-0|007| 1|1 |2147483647|2147483648|1.5|1.|.5|.|-2147483648|"
+                  "-2147483649|1e5|1e|1E+5|1e-5|e5|--1|inf|-inf|nan|INF|1,2|1, 2|1 ,2|1,|,1|"
+                  "1,  2|1 2 3|1  2 3|1 2|1 2 3 |1 2 3 4|inf 1 nan|0.5|0.|1.0|1.01|1.00|01|"
+                  "true|True|false|Yes|yes|No|string|enum|float|bool|colour|integer|node|"
+                  "texture|uv|normal|slider|linear|zero|always|less| |&#10;|&#9;1|1&#10;|"
+                  "\xC3\xA9|0000000000000000000000000000000000000000000000001");
         const Range range = FindAttribute(text);
         const std::size_t value = text.find("=\"", range.Begin);
         if (range.End > 0)
-            text.replace(value + 2, range.End - value - 3, Pick(values));
+            text.replace(value + 2, range.End - value - 3, values[_random.Below(values.size())]);
     }
 
     const char* PickName()

@@ -156,26 +156,10 @@ TEST(TextPattern, WhatIsNotUnderstoodIsRefused)
 {
     const std::string tooLong(TextPattern::mostPositions + 1, 'a');
     EXPECT_NO_THROW(TextPattern(tooLong.substr(1)));
-    for (const std::string& expression : {tooLong,
-                                          std::string("("),
-                                          std::string(")"),
-                                          std::string("a)"),
-                                          std::string("[a"),
-                                          std::string("[]"),
-                                          std::string("[^a]"),
-                                          std::string("[b-a]"),
-                                          std::string("[a-]"),
-                                          std::string("a**"),
-                                          std::string("*"),
-                                          std::string("a{2,3}"),
-                                          std::string("a{0}"),
-                                          std::string("a{12}"),
-                                          std::string("."),
-                                          std::string("^a$"),
-                                          std::string("\\d"),
-                                          std::string("\\"),
-                                          std::string("\\n"),
-                                          std::string("\xC3\xA9")})
+    const std::string refused[] = {tooLong, "(",    ")",   "a)", "[a",     "[]",      "[^a]",
+                                   "[b-a]", "[a-]", "a**", "*",  "a{2,3}", "a{0}",    "a{12}",
+                                   ".",     "^a$",  "\\d", "\\", "\\n",    "\xC3\xA9"};
+    for (const std::string& expression : refused)
         EXPECT_THROW(TextPattern{expression}, std::logic_error) << expression;
 }
 

@@ -1,5 +1,5 @@
 #include "mox/host/AtomicFile.h"
-#include "mox/host/HostError.h"
+#include "tests/support/GraphText.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -11,15 +11,9 @@ using namespace Mox::Host;
 
 namespace {
 
-std::string WriteFailure(const std::filesystem::path& file)
+std::string WriteFailure(const std::filesystem::path& file, const std::string& text = "new")
 {
-    try {
-        WriteIfChanged(file, "new");
-    } catch (const HostError& error) {
-        EXPECT_EQ(error.Where.File, file.string());
-        return error.Message;
-    }
-    return "no failure";
+    return HostFailureOf([&] { WriteIfChanged(file, text); });
 }
 
 TEST(AtomicFile, AppearsWithItsCommitOnly)
@@ -79,12 +73,14 @@ TEST(AtomicFile, LeavesWhatIsTheSame)
 TEST(AtomicFile, WhatCannotBeWritten)
 {
     const TemporaryFolder folder;
-    EXPECT_EQ(WriteFailure(folder.Path() / "no" / "file"),
-              "cannot be written: No such file or directory");
+    const auto absent = folder.Path() / "no" / "file";
+    EXPECT_EQ(WriteFailure(absent),
+              absent.string() + ": cannot be written: No such file or directory");
     folder.Write("folder/file");
     for (const auto& name : {folder.Path() / "folder", std::filesystem::path("/dev/full")}) {
         EXPECT_EQ(WriteFailure(name),
-                  "cannot be written: something else than a regular file has this name");
+                  name.string() +
+                      ": cannot be written: something else than a regular file has this name");
     }
 }
 
@@ -98,15 +94,10 @@ TEST(AtomicFile, FullDiskLeavesTheOldFile)
     const rlimit small = {4096, old.rlim_max};
     const auto oldHandler = signal(SIGXFSZ, SIG_IGN);
     setrlimit(RLIMIT_FSIZE, &small);
-    std::string failure = "no failure";
-    try {
-        WriteIfChanged(file, std::string(10000, 'x'));
-    } catch (const HostError& error) {
-        failure = error.Message;
-    }
+    const std::string failure = WriteFailure(file, std::string(10000, 'x'));
     setrlimit(RLIMIT_FSIZE, &old);
     signal(SIGXFSZ, oldHandler);
-    EXPECT_EQ(failure, "cannot be written: File too large");
+    EXPECT_EQ(failure, file.string() + ": cannot be written: File too large");
     EXPECT_EQ(folder.Read("file"), "old");
     EXPECT_EQ(folder.Count(), 1);
 }

@@ -13,75 +13,53 @@ std::uint32_t DrawSeed()
     return seed;
 }
 
+DocumentMaker::DocumentMaker(std::uint32_t seed)
+    : _random(seed), _everything(ReadMaterialDocument(MOX_TEST_DATA "/document/everything.xml"))
+{}
+
 MaterialDocument DocumentMaker::Make()
 {
-    MaterialDocument document;
-    document.Comments.Document = {Comments(), Comments()};
-    document.Comments.Nodes = {Comments(), Comments()};
-    document.Comments.Edges = {Comments(), Comments()};
-    document.Comments.Bindings = {Comments(), Comments()};
-    if (Below(2) == 0) {
-        document.Description = {{"desc", Text()}, {"name", Text()}, {"visibleinmayaui", "No"}};
-        document.Comments.Description = Comments();
+    MaterialDocument document = _everything;
+    MaterialComments& comments = document.Comments;
+    for (auto* part : {&comments.Document, &comments.Nodes, &comments.Edges, &comments.Bindings})
+        *part = {Comments(), Comments()};
+    Thin(document.Nodes);
+    Thin(document.Edges);
+    Thin(document.Bindings);
+    if (Below(2) == 0)
+        document.Description.clear();
+    comments.Description = document.Description.empty() ? DocumentComments() : Comments();
+    for (DocumentValue& value : document.Description)
+        value.Value = value.Name == "visibleinmayaui" ? "No" : Text();
+    for (DocumentNode& node : document.Nodes) {
+        Thin(node.Properties);
+        node.Id += Text();
+        node.Type = Text();
+        node.Version = static_cast<std::int32_t>(_random());
+        node.Comments = Comments();
+        node.LastComments = Comments();
+        for (DocumentProperty& property : node.Properties) {
+            property.Name = Text();
+            property.Comments = Comments();
+            if (property.Kind == GuiPropertyKind::String)
+                property.Value = Text();
+        }
     }
-    if (Below(2) == 0) {
-        document.RenderState = {{"zTestFunc", "lessOrEqual"}, {"alphaRef", "0.25"}};
-        document.Comments.RenderState = Comments();
+    for (DocumentEdge& edge : document.Edges)
+        edge = {Text(), Text(), Text(), Text(), 0, Comments()};
+    for (DocumentBinding& binding : document.Bindings) {
+        binding.Comments = Comments();
+        for (DocumentValue& value : binding.Values) {
+            if (value.Name == "desc" || value.Value.empty())
+                value.Value = Text();
+        }
     }
-    for (std::size_t i = Below(5); i > 0; --i)
-        document.Nodes.push_back(MakeNode(std::to_string(i)));
-    for (std::size_t i = Below(5); i > 0; --i)
-        document.Edges.push_back({Text(), Text(), Text(), Text(), 0, Comments()});
-    for (std::size_t i = Below(4); i > 0; --i)
-        document.Bindings.push_back(MakeBinding(std::to_string(i)));
     return document;
 }
 
 std::size_t DocumentMaker::Below(std::size_t end)
 {
     return std::uniform_int_distribution(std::size_t(0), end - 1)(_random);
-}
-
-DocumentNode DocumentMaker::MakeNode(const std::string& id)
-{
-    DocumentNode node;
-    node.Id = id + Text();
-    node.Type = Text();
-    node.Version = static_cast<std::int32_t>(_random());
-    for (std::size_t i = Below(4); i > 0; --i)
-        node.Properties.push_back(MakeProperty());
-    node.Comments = Comments();
-    node.LastComments = Comments();
-    return node;
-}
-
-DocumentProperty DocumentMaker::MakeProperty()
-{
-    static const DocumentProperty samples[] = {
-        {"", GuiPropertyKind::Bool, "true", 0, {}},
-        {"", GuiPropertyKind::Integer, "-2147483648", 0, {}},
-        {"", GuiPropertyKind::Float, "-1.5e-07", 0, {}},
-        {"", GuiPropertyKind::Float, "-nan", 0, {}},
-        {"", GuiPropertyKind::Colour, "1 .5 inf", 0, {}},
-    };
-    DocumentProperty property = {Text(), GuiPropertyKind::String, Text(), 0, {}};
-    if (const std::size_t i = Below(2 * std::size(samples)); i < std::size(samples))
-        property = samples[i];
-    property.Comments = Comments();
-    return property;
-}
-
-DocumentBinding DocumentMaker::MakeBinding(const std::string& tag)
-{
-    DocumentBinding samples[] = {
-        {"float", tag, {{"default", "1, -0.5"}, {"min", "0"}, {"gui", "slider"}}, 0, {}},
-        {"texture", tag, {{"srgb", "Yes"}, {"default", Text()}, {"desc", Text()}}, 0, {}},
-        {"uv", tag, {{"default", Text()}, {"basic_colour", "No"}}, 0, {}},
-        {"tangent", tag, {{"stream_type", "half"}}, 0, {}},
-    };
-    DocumentBinding binding = samples[Below(std::size(samples))];
-    binding.Comments = Comments();
-    return binding;
 }
 
 DocumentComments DocumentMaker::Comments()

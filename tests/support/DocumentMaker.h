@@ -6,16 +6,17 @@
 #include <cstdint>
 #include <random>
 #include <string>
+#include <vector>
 
 /// A new random seed, which is printed too, so that a failure can be seen again.
 std::uint32_t DrawSeed();
 
-/// Documents that follow the schema, and nothing else, from a random source: their texts are wild
-/// and their nodes and edges mean nothing.
+/// Documents that follow the schema, and nothing else, from a random source: parts of the one with
+/// everything, whose texts are wild and whose nodes and edges mean nothing.
 class DocumentMaker
 {
 public:
-    explicit DocumentMaker(std::uint32_t seed) : _random(seed) {}
+    explicit DocumentMaker(std::uint32_t seed);
 
     Mox::Host::MaterialDocument Make();
 
@@ -23,11 +24,15 @@ public:
     std::size_t Below(std::size_t end);
 
 private:
-    Mox::Host::DocumentNode MakeNode(const std::string& id);
-    Mox::Host::DocumentProperty MakeProperty();
-    Mox::Host::DocumentBinding MakeBinding(const std::string& tag);
+    template <class Record>
+    void Thin(std::vector<Record>& records)
+    {
+        std::erase_if(records, [this](const Record&) { return Below(2) == 0; });
+    }
+
     Mox::Host::DocumentComments Comments();
     std::string Text();
 
     std::mt19937 _random;
+    const Mox::Host::MaterialDocument _everything;
 };

@@ -1,7 +1,8 @@
 #include "tests/support/MaterialText.h"
 
+#include "mox/document/PropertyText.h"
+
 #include <sstream>
-#include <stdexcept>
 
 using namespace Mox::Host;
 
@@ -21,24 +22,39 @@ DocumentEdge ParseEdge(const std::string& line, std::size_t arrow)
     return edge;
 }
 
-DocumentNode ParseNode(const std::string& line)
+/// @param text such as " Name=rock; Twin:node=paint"
+void ParseProperties(const std::string& text, int line, DocumentNode& node)
 {
-    std::istringstream parts(line);
-    DocumentNode node;
-    std::string words;
-    std::getline(parts, words, ';');
-    const std::size_t blank = words.rfind(' ');
-    node.Id = words.substr(0, blank);
-    node.Type = words.substr(blank + 1);
-    const auto fresh = TestPlugins().CreateNode(node.Type);
-    for (std::string setting; std::getline(parts >> std::ws, setting, ';');) {
+    std::istringstream settings(text);
+    for (std::string setting; std::getline(settings >> std::ws, setting, ';');) {
         const std::size_t equals = setting.find('=');
-        DocumentProperty property;
-        property.Name = setting.substr(0, equals);
-        property.Kind = fresh->Properties->Get(property.Name)->Kind;
-        property.Value = setting.substr(equals + 1);
-        node.Properties.push_back(property);
+        std::string name = setting.substr(0, equals);
+        std::string kind;
+        if (const std::size_t colon = name.find(':'); colon != std::string::npos) {
+            kind = name.substr(colon + 1);
+            name.resize(colon);
+        }
+        node.Properties.push_back(
+            {name,
+             kind.empty() ? TestPlugins().CreateNode(node.Type)->Properties->Get(name)->Kind
+                          : ParseKind(kind).value(),
+             setting.substr(equals + 1), line});
     }
+}
+
+DocumentNode ParseNode(const std::string& line, int number)
+{
+    const std::size_t semicolon = line.find(';');
+    const std::string words = line.substr(0, semicolon);
+    const std::size_t blank = words.rfind(' ');
+    const std::size_t at = words.find('@', blank);
+    DocumentNode node;
+    node.Id = words.substr(0, blank);
+    node.Type = words.substr(blank + 1, at == std::string::npos ? at : at - blank - 1);
+    node.Version = at == std::string::npos ? 0 : std::stoi(words.substr(at + 1));
+    node.Line = number;
+    if (semicolon != std::string::npos)
+        ParseProperties(line.substr(semicolon + 1), number, node);
     return node;
 }
 
@@ -62,12 +78,15 @@ MaterialDocument MaterialFromText(const std::string& text)
     int number = 0;
     for (std::string line; std::getline(lines >> std::ws, line);) {
         ++number;
+        if (line.front() == '#')
+            continue;
         if (const std::size_t arrow = line.find(" -> "); arrow != std::string::npos) {
             document.Edges.push_back(ParseEdge(line, arrow));
             document.Edges.back().Line = number;
+        } else if (line.front() == ';') {
+            ParseProperties(line.substr(1), number, document.Nodes.back());
         } else {
-            document.Nodes.push_back(ParseNode(line));
-            document.Nodes.back().Line = number;
+            document.Nodes.push_back(ParseNode(line, number));
         }
     }
     return document;

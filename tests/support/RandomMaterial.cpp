@@ -5,6 +5,7 @@
 #include "tests/support/MaterialText.h"
 
 #include <random>
+#include <set>
 #include <stdexcept>
 #include <vector>
 
@@ -13,28 +14,26 @@ using namespace Mox::Materials;
 
 namespace {
 
-constexpr const char* nodeTypes[] = {
-    "CoreMaths",
-    "CoreMaths",
-    "CoreMaths",
-    "CoreMaths",
-    "CoreMaths",
-    "CoreLayerBlend",
-    "CoreLayerBlend",
-    "CoreSwizzle",
-    "CoreSwizzle",
-    "CoreConstant",
-    "CoreTexture",
-    "CoreAnimatedUv",
-    "CoreUv",
-    "CoreVertexColour",
-    "SurfaceFacingRatio",
-    "SurfaceTime",
-    "SurfaceFrame",
-    "SurfaceWorldPosition",
-    "SurfaceWorldNormal",
-    "SurfaceViewDirection",
-};
+constexpr const char* nodeTypes[] = {"CoreMaths",
+                                     "CoreMaths",
+                                     "CoreMaths",
+                                     "CoreMaths",
+                                     "CoreMaths",
+                                     "CoreLayerBlend",
+                                     "CoreLayerBlend",
+                                     "CoreSwizzle",
+                                     "CoreSwizzle",
+                                     "CoreConstant",
+                                     "CoreTexture",
+                                     "CoreAnimatedUv",
+                                     "CoreUv",
+                                     "CoreVertexColour",
+                                     "SurfaceFacingRatio",
+                                     "SurfaceTime",
+                                     "SurfaceFrame",
+                                     "SurfaceWorldPosition",
+                                     "SurfaceWorldNormal",
+                                     "SurfaceViewDirection"};
 
 constexpr int mostTextures = 12;
 
@@ -93,8 +92,13 @@ private:
         record.Id = id;
         record.Type = type;
         const std::size_t standardProperties = 8;
-        for (std::size_t i = standardProperties; i < node->Properties->Properties.size(); ++i)
-            Settle(*node->Properties->Properties[i], record);
+        for (std::size_t i = standardProperties; i < node->Properties->Properties.size(); ++i) {
+            GuiProperty& property = *node->Properties->Properties[i];
+            const bool isLeft =
+                property.Kind == GuiPropertyKind::Node || property.Kind == GuiPropertyKind::String;
+            if (!isLeft && _choice.Below(3) > 0)
+                Store(property, AnyValue(property), record);
+        }
         if (node->HasBinding())
             Store(*node->Name, id + "_name", record);
         node->UpdatePorts({});
@@ -109,61 +113,46 @@ private:
         record.Properties.push_back({property.Name, property.Kind, value});
     }
 
-    void Settle(GuiProperty& property, DocumentNode& record)
+    /// A text that the property, which is neither a reference nor any text, may have.
+    std::string AnyValue(const GuiProperty& property)
     {
-        if (property.Kind == GuiPropertyKind::Node || _choice.Below(3) == 0)
-            return;
         switch (property.Kind) {
         case GuiPropertyKind::Bool:
-            Store(property, _choice.Below(2) ? "true" : "false", record);
-            break;
+            return _choice.Below(2) ? "true" : "false";
         case GuiPropertyKind::Integer:
-            Store(property, std::to_string(2 + _choice.Below(3)), record);
-            break;
+            return std::to_string(2 + _choice.Below(3));
         case GuiPropertyKind::Float:
-            Store(property, FormatFloat(static_cast<float>(_choice.Below(9)) * 0.25f - 0.5f),
-                  record);
-            break;
+            return FormatFloat(static_cast<float>(_choice.Below(9)) * 0.25f - 0.5f);
         case GuiPropertyKind::Colour:
-            Store(property, _choice.Below(2) ? "1 0.5 0" : "0.2 0.4 0.8", record);
-            break;
+            return _choice.Below(2) ? "1 0.5 0" : "0.2 0.4 0.8";
         case GuiPropertyKind::Enum:
-            Store(property, _choice.Pick(property.Choices), record);
-            break;
-        case GuiPropertyKind::String:
-        case GuiPropertyKind::Node:
-            break;
+            return _choice.Pick(property.Choices);
+        default:
+            return "";
         }
     }
 
-    /// A function of the node's that must or must not run per vertex.
-    static bool RunsPerVertex(const GuiNode& node)
+    /// The word that a property has, or nothing if the node lacks it.
+    static std::string WordOf(const GuiNode& node, const std::string& property)
     {
-        const auto level = node.Properties->Index.find("Execution Level");
-        return level != node.Properties->Index.end() && level->second->GetEnum() == "Vertex";
+        const auto found = node.Properties->Index.find(property);
+        return found == node.Properties->Index.end() ? "" : found->second->GetEnum();
     }
 
+    /// Whether a function of the node's cannot run per vertex.
     static bool RunsPerFragment(const GuiNode& node)
     {
-        const auto level = node.Properties->Index.find("Execution Level");
-        if (level != node.Properties->Index.end() && level->second->GetEnum() != "Automatic")
-            return level->second->GetEnum() == "Fragment";
-        if (node.GetType() == "CoreTexture")
-            return true;
-        const auto function = node.Properties->Index.find("Function");
-        if (function == node.Properties->Index.end())
-            return false;
-        for (const char* name :
-             {"Power", "SmoothStep", "Compare", "Ceil", "Floor", "Frac", "Abs"}) {
-            if (function->second->GetEnum() == name)
-                return true;
-        }
-        return false;
+        static const std::set<std::string> perFragment = {"Power", "SmoothStep", "Compare", "Ceil",
+                                                          "Floor", "Frac",       "Abs"};
+        const std::string level = WordOf(node, "Execution Level");
+        if (level == "Vertex" || level == "Fragment")
+            return level == "Fragment";
+        return node.GetType() == "CoreTexture" || perFragment.contains(WordOf(node, "Function"));
     }
 
     void Feed(GuiNode& node, DocumentNode& record)
     {
-        const bool perVertex = RunsPerVertex(node);
+        const bool perVertex = WordOf(node, "Execution Level") == "Vertex";
         bool isPerFragment = RunsPerFragment(node);
         std::int32_t width = 1;
         for (GuiPort& port : node.InputPorts) {

@@ -11,7 +11,7 @@ Outcome RunMox(const std::string& arguments, const std::string& environment)
 
 Outcome RunShell(const std::string& command)
 {
-    FILE* pipe = popen(("{ " + command + "; } 2>&1").c_str(), "r");
+    FILE* pipe = popen(("{ " + command + "\n} 2>&1").c_str(), "r");
     if (!pipe)
         return {-1, "popen failed"};
     Outcome outcome{};
