@@ -15,7 +15,6 @@
 #include <memory>
 #include <type_traits>
 
-using Mox::Materials::Compose;
 using Mox::Materials::GuiEdge;
 
 namespace {

@@ -286,7 +286,7 @@ std::string_view XmlParser::QualifiedName(const xmlChar* prefix, const xmlChar* 
 
 void XmlParser::AddDeclarations(int count, const xmlChar** namespaces)
 {
-    constexpr int fields = 2; // prefix and namespace
+    constexpr std::ptrdiff_t fields = 2; // prefix and namespace
     for (const xmlChar** field = namespaces; field != namespaces + count * fields;
          field += fields) {
         const xmlChar* xmlns = BAD_CAST "xmlns";
@@ -297,7 +297,7 @@ void XmlParser::AddDeclarations(int count, const xmlChar** namespaces)
 
 void XmlParser::AddAttributes(int count, const xmlChar** attributes)
 {
-    constexpr int fields = 5; // name, prefix, namespace, begin and end of the value
+    constexpr std::ptrdiff_t fields = 5; // name, prefix, namespace, begin and end of the value
     for (const xmlChar** field = attributes; field != attributes + count * fields;
          field += fields) {
         const auto* begin = reinterpret_cast<const char*>(field[3]);
