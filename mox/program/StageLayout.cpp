@@ -82,7 +82,7 @@ StageLayout::StageLayout(const ProgramGraph& graph, const ShaderOrigins& origins
 bool StageLayout::LayOut(const ProgramGraph& graph)
 {
     const std::int32_t limit = GetRegisterInfo(ShaderRegisterType::FragmentTexCoord).Count;
-    constexpr std::int32_t registerWidth = 4;
+    constexpr std::int64_t registerWidth = 4;
     std::vector<std::int32_t> widths;
     for (const ProgramValue& value : _plan->Crossing())
         widths.push_back(graph.PortOf(value).Type.Columns);

@@ -62,6 +62,7 @@ protected:
     ExportBatch MakeBatch(const std::vector<std::string>& names) const
     {
         std::vector<ExportJob> jobs;
+        jobs.reserve(names.size());
         for (const std::string& name : names)
             jobs.push_back({name, (Folder.Path() / name).string()});
         return {Exporter, jobs};

@@ -119,7 +119,8 @@ void ExpectFailures(const Host::PluginSet& plugins, const Host::Plugin& checkers
 
 } // namespace
 
-int main(int argc, char** argv)
+// What nobody catches shall end the test.
+int main(int argc, char** argv) // NOLINT(bugprone-exception-escape)
 {
     if (argc != 2) {
         std::cerr << "usage: host PLUG-IN\n";

@@ -80,7 +80,8 @@ void NumbersTest::Compare(const std::string& material, const RunInputs& inputs, 
                 std::string text = Compose("number ", at, " of");
                 for (const auto& [name, values] : inputs.Streams)
                     text += Compose(" ", name, " ", Show(values[i]));
-                return text + " in\n" + material;
+                text += Compose(" in\n", material);
+                return text;
             });
         }
     }
@@ -97,8 +98,9 @@ std::vector<Numbers> NumbersTest::MakeValues(std::size_t seed, std::size_t count
     // Distributions differ between libraries, the engine does not.
     const auto next = [&] {
         const std::uint32_t bits = random();
-        return bits % 2 == 0 ? special[bits / 2 % special.size()]
-                             : static_cast<float>(bits / 2) / 268435456.0f - 4.0f;
+        const std::uint32_t rest = bits / 2;
+        return bits % 2 == 0 ? special[rest % special.size()]
+                             : static_cast<float>(rest) / 268435456.0f - 4.0f;
     };
     std::vector<Numbers> values(count);
     for (Numbers& value : values)

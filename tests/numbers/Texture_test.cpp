@@ -37,8 +37,9 @@ Image MakeImage(std::uint32_t width, std::uint32_t height, TexelFormat format)
     for (std::uint32_t i = 0; i < width * height; ++i) {
         Texel texel;
         for (double& value : texel) {
-            value = format == TexelFormat::Unorm8 ? random() % 256 / 255.0
-                                                  : random() % 1024 / 256.0 - 1.0;
+            value = format == TexelFormat::Unorm8
+                        ? static_cast<double>(random() % 256) / 255.0
+                        : static_cast<double>(random() % 1024) / 256.0 - 1.0;
         }
         image.Texels.push_back(texel);
     }

@@ -17,7 +17,6 @@
 #include <numeric>
 
 using namespace Mox::Host;
-using Mox::Materials::Compose;
 using Mox::Materials::GuiNode;
 
 namespace {
@@ -132,8 +131,9 @@ std::vector<Numbers> ValueRunner::Evaluate(const std::string& material, const Ru
     const auto rows = static_cast<std::uint32_t>((count + caseColumns - 1) / caseColumns);
     std::vector<Numbers>& places = vertices.Streams[positionStream];
     for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t caseRow = i / caseColumns;
         const auto column = static_cast<float>(i % caseColumns);
-        const auto row = static_cast<float>(i / caseColumns);
+        const auto row = static_cast<float>(caseRow);
         for (const auto& [x, y] : corners) {
             places.push_back({2.0f * (column + x) / caseColumns - 1.0f,
                               2.0f * (row + y) / static_cast<float>(rows) - 1.0f});
