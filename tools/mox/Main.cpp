@@ -32,9 +32,8 @@ std::string FormatUsageError(const CLI::App* program, const CLI::Error& error)
     return "mox: " + text + "\nRun with --help for more information.\n";
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+/// @returns the exit status
+int RunProgram(int argc, char** argv)
 {
     using namespace Mox::Tool;
     CLI::App program("Works with materials: their documents, node types and shader programs.",
@@ -73,9 +72,6 @@ int main(int argc, char** argv)
         status = error.get_exit_code();
     } catch (const CLI::ParseError& error) {
         return program.exit(error) == 0 ? 0 : usageStatus;
-    } catch (const std::exception& error) {
-        std::cerr << "mox: " << error.what() << '\n';
-        return failureStatus;
     }
     std::cout.flush();
     if (!std::cout) {
@@ -83,4 +79,16 @@ int main(int argc, char** argv)
         return std::max(status, failureStatus);
     }
     return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return RunProgram(argc, argv);
+    } catch (const std::exception& error) {
+        std::cerr << "mox: " << error.what() << '\n';
+        return Mox::Tool::failureStatus;
+    }
 }

@@ -15,8 +15,6 @@ namespace Mox::Tool {
 
 namespace {
 
-using Materials::Compose;
-
 constexpr const char* footer =
     R"(Textures whose names are relative lie beside the material. --set takes numbers
 with commas between them for a constant, the last of which counts for all that
