@@ -83,7 +83,9 @@ void WriteText(const std::filesystem::path& output, const std::string& text)
 {
     if (output.has_parent_path())
         CreateFolder(output.parent_path());
-    WriteIfChanged(output, text);
+    // To wait for the disk after each text takes longer than to make them. One that a loss of power
+    // empties is not what the next export wants to write, and so comes back.
+    WriteIfChanged(output, text, Durability::Deferred);
 }
 
 } // namespace

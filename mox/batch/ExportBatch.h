@@ -49,9 +49,10 @@ public:
 
     std::size_t Size() const { return _jobs.size(); }
 
-    /// Exports everything and writes each text that differs from what its file holds. Reports come
-    /// on the calling thread, and an exception of report ends the run. A stop lets the jobs that
-    /// have begun finish and report; the others are left out.
+    /// Exports everything and writes each text that differs from what its file holds; a loss of
+    /// power may cost what FlushFolder has not brought to the disk. Reports come on the calling
+    /// thread, and an exception of report ends the run. A stop lets the jobs that have begun finish
+    /// and report; the others are left out.
     /// @param workers number of threads, at least 1
     void Run(unsigned workers, const Report& report, const std::stop_token& stop = {}) const;
 

@@ -75,10 +75,10 @@ void AtomicFile::Write(std::string_view bytes)
     }
 }
 
-void AtomicFile::Commit()
+void AtomicFile::Commit(Durability durability)
 {
     // Without it a loss of power could leave the new name with none of the bytes.
-    if (fsync(_descriptor) != 0)
+    if (durability == Durability::Immediate && fsync(_descriptor) != 0)
         throw WriteError(_file, errno);
     const int descriptor = std::exchange(_descriptor, -1);
     if (close(descriptor) != 0 || rename(_temporary.c_str(), _target.c_str()) != 0)
@@ -86,7 +86,8 @@ void AtomicFile::Commit()
     _temporary.clear();
 }
 
-bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes)
+bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes,
+                    Durability durability)
 {
     std::error_code error;
     const auto size = std::filesystem::file_size(file, error);
@@ -94,8 +95,19 @@ bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes)
         return false;
     AtomicFile output(file);
     output.Write(bytes);
-    output.Commit();
+    output.Commit(durability);
     return true;
+}
+
+void FlushFolder(const std::filesystem::path& folder)
+{
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const bool isFlushed = descriptor >= 0 && syncfs(descriptor) == 0;
+    const int cause = errno;
+    if (descriptor >= 0)
+        close(descriptor);
+    if (!isFlushed)
+        throw WriteError(folder, cause);
 }
 
 } // namespace Mox::Host

@@ -6,6 +6,13 @@
 
 namespace Mox::Host {
 
+/// When written bytes outlive a loss of power.
+enum class Durability
+{
+    Immediate, ///< as soon as they stand under their name
+    Deferred,  ///< once the system, or FlushFolder, has brought them to the disk
+};
+
 /// A file that appears under its name only when it is whole. The bytes go to a hidden temporary
 /// file in the same folder, which Commit moves to the name, so that a reader finds the old file or
 /// the new one whatever happens in between. A file that is replaced keeps its permissions, and a
@@ -28,10 +35,9 @@ public:
     /// @throws HostError naming the file, for example when the disk is full
     void Write(std::string_view bytes);
 
-    /// Moves what was written to the name, once it lies safely on the disk. Nothing may be written
-    /// behind it.
+    /// Moves what was written to the name. Nothing may be written behind it.
     /// @throws HostError naming the file; the old file stands then
-    void Commit();
+    void Commit(Durability durability = Durability::Immediate);
 
 private:
     std::filesystem::path _file;   ///< as it is named in messages
@@ -44,6 +50,11 @@ private:
 /// see no change.
 /// @returns whether the file was written
 /// @throws HostError as AtomicFile does
-bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes);
+bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes,
+                    Durability durability = Durability::Immediate);
+
+/// Brings all that was written to the file system of a folder to the disk.
+/// @throws HostError naming the folder
+void FlushFolder(const std::filesystem::path& folder);
 
 } // namespace Mox::Host

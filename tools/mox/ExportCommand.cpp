@@ -9,6 +9,7 @@
 #include "mox/batch/Depfile.h"
 #include "mox/batch/ExportBatch.h"
 #include "mox/batch/MaterialFiles.h"
+#include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
 #include "mox/program/ProgramExporter.h"
 #include "mox/program/ShaderGraphExporter.h"
@@ -139,6 +140,9 @@ void ExportToFolder(const Host::Exporter& exporter, std::vector<Host::MaterialFi
         throw CLI::RuntimeError(signalStatus + stop.Signal());
     if (tally.Failed > 0)
         throw CLI::RuntimeError(failureStatus);
+    // Who finds the dependency file, or status 0, relies on the texts.
+    if (tally.Exported > 0)
+        Host::FlushFolder(folder);
     if (depfile)
         depfile->Commit();
 }
