@@ -147,8 +147,9 @@ void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems)
             const std::int32_t count = node.Gui->Properties->Get(name)->GetInt();
             if (count <= 0) {
                 problems.Warn("empty-grid", node.Where,
-                              Compose("property \"", name, "\" is ", count,
-                                      ", so the Cg text of the node does not compile"));
+                              Compose("property \"", name, "\" is ", count, ", so the ",
+                                      count == 0 ? "Cg text of the node does not compile"
+                                                 : "node reads frames that are not there"));
             }
         }
     }
