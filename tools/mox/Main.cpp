@@ -71,7 +71,7 @@ int RunProgram(int argc, char** argv)
     } catch (const CLI::RuntimeError& error) {
         status = error.get_exit_code();
     } catch (const CLI::ParseError& error) {
-        return program.exit(error) == 0 ? 0 : usageStatus;
+        status = program.exit(error) == 0 ? 0 : usageStatus;
     }
     std::cout.flush();
     if (!std::cout) {
