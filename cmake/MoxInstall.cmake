@@ -21,10 +21,11 @@ install(FILES ${PROJECT_BINARY_DIR}/help/mox.fish
 install(FILES ${PROJECT_BINARY_DIR}/help/mox.zsh
   DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions RENAME _mox COMPONENT Runtime)
 
-# For authors of plug-ins and hosts. The nodes and the plug-in's own headers are nobody else's.
+# For authors of plug-ins and hosts: the headers of the two libraries that come with them.
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Mox)
 install(DIRECTORY mox DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development
-  FILES_MATCHING PATTERN "*.h" PATTERN nodes EXCLUDE PATTERN plugin EXCLUDE)
+  FILES_MATCHING PATTERN "*.h" PATTERN nodes EXCLUDE PATTERN plugin EXCLUDE
+  PATTERN compile EXCLUDE PATTERN pictures EXCLUDE PATTERN preview EXCLUDE)
 install(TARGETS mox_host EXPORT MoxHost ARCHIVE COMPONENT Development)
 foreach(part Materials Host)
   install(EXPORT Mox${part} NAMESPACE Mox:: DESTINATION ${package_folder} COMPONENT Development)
