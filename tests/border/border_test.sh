@@ -21,11 +21,14 @@ build_apart() { # compiler, source folder
 }
 
 # A copy, so that nothing of the source tree can help.
-cp -r "$source/examples/plugin" "$source/tests/border" "$work"
+cp -r "$source/examples/plugin" "$source/examples/host" "$source/tests/border" "$work"
 compilers=(g++ clang++)
 for compiler in "${compilers[@]}"; do
     build_apart "$compiler" "$work/plugin"
     build_apart "$compiler" "$work/border"
+    build_apart "$compiler" "$work/host"
+    "$work/host-$compiler/print_material" "$source/examples/rim_light.xml" |
+        diff - <("$work/installed/bin/mox" export "$source/examples/rim_light.xml")
 done
 for host in "${compilers[@]}"; do
     for plugin in "${compilers[@]}"; do
