@@ -42,8 +42,9 @@ TEST(Depfile, RulesAppearTogether)
     EXPECT_EQ(folder.Read("d"), "");
     EXPECT_THROW(depfile.Add({"o"}, {"a\nb"}), HostError);
     depfile.Commit();
-    EXPECT_EQ(folder.Read("d"), "o/a.cg o/a\\ b.cg: \\\n  a.xml \\\n  p.so\np.so:\n"
-                                "\\#\\: \\\n  $$x\\\\\\ y\\:z.xml \\\n  p.so \\\n  t\nt:\n");
+    EXPECT_EQ(folder.Read("d"), "o/a.cg o/a\\ b.cg: \\\n  a.xml \\\n  p.so\na.xml:\np.so:\n"
+                                "\\#\\: \\\n  $$x\\\\\\ y\\:z.xml \\\n  p.so \\\n  t\n"
+                                "$$x\\\\\\ y\\:z.xml:\nt:\n");
 }
 
 TEST(DocumentInputs, TexturesOfBindings)
