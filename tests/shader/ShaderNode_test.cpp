@@ -83,6 +83,7 @@ TEST(ShaderNode, MissingPortsAndParameters)
               "function \"f\" (2/1/v): output port \"a\" does not exist");
     EXPECT_EQ(FailureOf([&] { function->CreateParameterPorts(); }),
               "internal error: unknown parameter type");
+    EXPECT_TRUE(function->Inputs.empty() && function->Outputs.empty());
     EXPECT_EQ(FailureOf([] { TwoToOne(ShaderLevel::Vertex).GetParameter(3); }),
               "index out of range");
     EXPECT_EQ(FailureOf([] { TwoToOne(ShaderLevel::Vertex).GetParameter(-1); }),
