@@ -57,7 +57,8 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME mox-materials)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION graphics)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS graphviz)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS
+  "fonts-dejavu-core, graphviz, libvulkan1, mesa-vulkan-drivers")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
   "Materials for shader programs\nThe program mox, its node types and what surrounds every material.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME mox-materials-dev)
