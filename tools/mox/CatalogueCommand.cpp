@@ -140,6 +140,12 @@ Json DescribeType(const Host::Plugin& plugin, const Materials::GuiNodeDescriptio
             {"properties", properties}};
 }
 
+/// @param types nothing asks for all
+bool IsAskedFor(const std::string& type, const std::vector<std::string>& types)
+{
+    return types.empty() || std::find(types.begin(), types.end(), type) != types.end();
+}
+
 /// One row for each type: the one source of the table for people and of the JSON for programs.
 /// @param types the only ones, or nothing for all
 /// @throws HostError if no plug-in offers one of them, or if a type cannot be created
@@ -150,7 +156,7 @@ Json DescribeCatalogue(const Host::PluginSet& plugins, const std::vector<std::st
     for (const Host::Plugin& plugin : plugins.Plugins()) {
         for (const auto& description : plugin.Descriptions()) {
             const std::string& type = description.TypeName;
-            if (!types.empty() && std::find(types.begin(), types.end(), type) == types.end())
+            if (!IsAskedFor(type, types))
                 continue;
             unknown.erase(type);
             rows.push_back(Host::CallLibrary({plugin.File().string(), 0, type, {}},
@@ -268,12 +274,13 @@ void PrintTable(const Json& rows)
     }
 }
 
-void WriteIcons(const Host::PluginSet& plugins, const std::filesystem::path& folder)
+void WriteIcons(const Host::PluginSet& plugins, const std::vector<std::string>& types,
+                const std::filesystem::path& folder)
 {
     Host::CreateFolder(folder);
     for (const Host::Plugin& plugin : plugins.Plugins()) {
         for (const auto& row : plugin.Descriptions()) {
-            if (row.Icon)
+            if (row.Icon && IsAskedFor(row.TypeName, types))
                 Host::WritePng(Host::DecodeXpm(row.Icon), folder / (row.TypeName + ".png"));
         }
     }
@@ -298,7 +305,7 @@ void AddCatalogueCommand(CLI::App& program, const CommonOptions& common)
         const Host::PluginSet plugins = LoadPlugins(common);
         const Json rows = DescribeCatalogue(plugins, *types);
         if (!iconFolder->empty())
-            WriteIcons(plugins, *iconFolder);
+            WriteIcons(plugins, *types, *iconFolder);
         if (*isJson)
             std::cout << rows.dump(2) << '\n';
         else
