@@ -42,8 +42,10 @@ install(FILES ${PROJECT_BINARY_DIR}/MoxConfig.cmake ${PROJECT_BINARY_DIR}/MoxCon
 set(pkgconfig_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH pkgconfig_to_prefix
   ${CMAKE_INSTALL_PREFIX}/${pkgconfig_folder} ${CMAKE_INSTALL_PREFIX})
-configure_file(cmake/mox.pc.in ${PROJECT_BINARY_DIR}/mox.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/mox.pc DESTINATION ${pkgconfig_folder} COMPONENT Development)
+foreach(package mox mox-host)
+  configure_file(cmake/${package}.pc.in ${PROJECT_BINARY_DIR}/${package}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${pkgconfig_folder} COMPONENT Development)
+endforeach()
 
 # Debian packages: cpack in the build folder.
 set(CPACK_GENERATOR DEB)

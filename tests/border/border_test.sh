@@ -41,8 +41,12 @@ done
 "$source/tests/plugin/exports_test.sh" "$work/plugin-g++/checker.so"
 "$source/tests/plugin/exports_test.sh" "$work/plugin-clang++/checker.so"
 
-# The same plug-in once more, without CMake.
+# The same plug-in and host once more, without CMake.
 export PKG_CONFIG_PATH=$work/installed/lib/pkgconfig
+read -ra flags < <(pkg-config --cflags --libs mox-host)
+g++ -std=c++20 -o "$work/print_material" "$work/host/Main.cpp" "${flags[@]}"
+LD_LIBRARY_PATH=$work/installed/lib "$work/print_material" "$source/examples/rim_light.xml" |
+    diff - <("$work/installed/bin/mox" export "$source/examples/rim_light.xml")
 read -ra flags < <(pkg-config --cflags --libs mox)
 g++ -std=c++20 -fPIC -shared -fvisibility=hidden -o "$work/checker.so" "$work"/plugin/*.cpp \
     -Wl,--version-script="$(pkg-config --variable=pluginmap mox)" "${flags[@]}"
