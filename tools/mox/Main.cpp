@@ -1,6 +1,7 @@
 #include "Commands.h"
 
 #include <algorithm>
+#include <csignal>
 #include <exception>
 #include <iostream>
 
@@ -85,6 +86,7 @@ int RunProgram(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    std::signal(SIGXFSZ, SIG_IGN); // so that writing fails, as on a full disk, and says so
     try {
         return RunProgram(argc, argv);
     } catch (const std::exception& error) {
