@@ -109,11 +109,10 @@ def main(folder, materials):
           "also has to fetch pages from the system.")
 
     print("\n## Size\n\nTime for each node against that of the same shape at 1,000 nodes. `values` is a "
-          "chain in which every node has a value, and so a function, of its own; a wide fan stops at "
-          "10,000.\n")
+          "chain in which every node has a value, and so a function, of its own.\n")
     print(table(["shape"] + [f"{size:,}" for size in SIZES],
                 [[shape] + [ratio(road(shape, size)["road"] / road(shape, 1000)["road"])
-                            if f"road/{shape}/{size}" in rows else "" for size in SIZES]
+                            for size in SIZES]
                  for shape in ("chain", "values", "tree", "fan", "layered")]))
 
     print("\n## Stages\n\nEach stage of a chain against the plain baseline of the nearest size: a plain "

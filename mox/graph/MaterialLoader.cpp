@@ -86,7 +86,8 @@ private:
         const std::size_t index = _graph.CreateNode(std::move(node));
         _graph.AttachNode(index, GraphStore::None);
         _created.push_back({index, &stored});
-        if (!HasReferences(stored))
+        // A placeholder gets the type that others may refer to only as it is loaded.
+        if (!_graph.Nodes()[index].IsPlaceholder && !HasReferences(stored))
             FinishNode(_created.back());
     }
 
