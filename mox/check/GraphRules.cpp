@@ -157,12 +157,14 @@ void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems)
 
 void WarnOfOpenInputs(const MaterialGraph& graph, ProblemList& problems)
 {
-    for (const MaterialGraph::Node& node : graph.Nodes()) {
+    for (auto entry = graph.Nodes().begin(); entry != graph.Nodes().end(); ++entry) {
+        const MaterialGraph::Node& node = *entry;
         if (node.IsPlaceholder || HasNumbers(*node.Gui))
             continue;
         std::string bodies;
         for (const GuiPort& port : node.Gui->InputPorts) {
-            if (port.Connected)
+            // The edge of a placeholder joins nothing.
+            if (port.Connected || graph.Store().FindEdge(entry.Index(), port.Name))
                 continue;
             if (bodies.empty())
                 bodies = WriteBodies(node);
