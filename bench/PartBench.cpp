@@ -107,7 +107,7 @@ void RegisterPartBenchmarks(const Workshop& workshop)
 {
     // With the library alone a fan costs the square of its edges: a node looks through its list
     // whenever one is added.
-    constexpr int largestFan = 10000;
+    constexpr int largestFan = 1000;
     for (const char* word : {"chain", "tree", "fan", "layered"}) {
         const Shape shape = ParseShape(word);
         for (int count = 10; count <= (shape == Shape::Fan ? largestFan : 100000); count *= 100) {

@@ -38,7 +38,7 @@ def ratio(value, bar=None, at_most=True):
 
 
 def main(folder, materials):
-    rows = read_medians(sorted(folder.glob("mox-*.json")))
+    rows = read_medians([folder / "all.json"]) | read_medians(sorted(folder.glob("mox-*.json")))
     beside = read_medians([folder / "beside.json"])
     system = read_medians(sorted(folder.glob("plain-*.json")))
     road = lambda shape, size: rows[f"road/{shape}/{size}"]

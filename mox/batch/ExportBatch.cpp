@@ -2,18 +2,16 @@
 
 #include "mox/Text.h"
 #include "mox/batch/ContentHash.h"
+#include "mox/batch/StartThreads.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
 #include "mox/host/HostError.h"
-
-#include <libxml/parser.h>
 
 #include <algorithm>
 #include <condition_variable>
 #include <map>
 #include <mutex>
 #include <optional>
-#include <system_error>
 #include <thread>
 #include <unordered_map>
 
@@ -33,14 +31,7 @@ constexpr const char* contentEnding = ".programs";
 class OrderedOutcomes
 {
 public:
-    OrderedOutcomes(std::size_t count, unsigned workers) : _count(count), _workers(workers) {}
-
-    /// Says that some of the workers will not come.
-    void Miss(unsigned workers)
-    {
-        const std::lock_guard lock(_mutex);
-        _workers -= workers;
-    }
+    explicit OrderedOutcomes(std::size_t count) : _count(count) {}
 
     /// The next job for a worker; nothing when the worker is to end.
     std::optional<std::size_t> Take(const std::stop_token& stop)
@@ -49,7 +40,7 @@ public:
         const bool isFree =
             _advanced.wait(lock, stop, [this] { return _taken < _reported + window; });
         if (!isFree || stop.stop_requested() || _taken == _count) {
-            --_workers;
+            ++_ended;
             _arrived.notify_one();
             return {};
         }
@@ -64,11 +55,12 @@ public:
             _arrived.notify_one();
     }
 
-    /// Waits for the outcome of the next job in order; nothing when no more will come.
-    std::optional<ExportOutcome> Next()
+    /// Waits for the outcome of the next job in order; nothing when all workers have ended without
+    /// it.
+    std::optional<ExportOutcome> Next(std::size_t workers)
     {
         std::unique_lock lock(_mutex);
-        _arrived.wait(lock, [this] { return _waiting.contains(_reported) || _workers == 0; });
+        _arrived.wait(lock, [&] { return _waiting.contains(_reported) || _ended == workers; });
         auto outcome = _waiting.extract(_reported);
         if (!outcome)
             return {};
@@ -89,7 +81,7 @@ private:
     std::map<std::size_t, ExportOutcome> _waiting;
     std::size_t _taken = 0;
     std::size_t _reported = 0;
-    unsigned _workers;
+    std::size_t _ended = 0; ///< workers that have nothing more to do
 };
 
 void WriteText(const std::filesystem::path& output, const std::string& text)
@@ -189,28 +181,17 @@ void ExportBatch::Run(unsigned workers, const Report& report, const std::stop_to
 {
     if (stop.stop_requested())
         return;
-    xmlInitParser(); // only the first call is not safe on several threads
-    const auto threadCount = static_cast<unsigned>(std::min<std::size_t>(workers, _jobs.size()));
-    OrderedOutcomes outcomes(_jobs.size(), threadCount);
-    const auto work = [&](const std::stop_token& end) {
-        while (const auto job = outcomes.Take(end))
-            outcomes.Put(*job, ExportOne(_jobs[*job]));
-    };
-    std::vector<std::jthread> threads;
-    try {
-        while (threads.size() < threadCount)
-            threads.emplace_back(work);
-    } catch (const std::system_error& error) {
-        // The machine gives no more; those that it gave do all the work.
-        if (threads.empty())
-            throw HostError({}, Compose("cannot start a thread: ", error.what()));
-        outcomes.Miss(threadCount - static_cast<unsigned>(threads.size()));
-    }
+    OrderedOutcomes outcomes(_jobs.size());
+    std::vector<std::jthread> threads =
+        StartThreads(std::min<std::size_t>(workers, _jobs.size()), [&](const std::stop_token& end) {
+            while (const auto job = outcomes.Take(end))
+                outcomes.Put(*job, ExportOne(_jobs[*job]));
+        });
     const std::stop_callback stopAll(stop, [&] {
         for (std::jthread& thread : threads)
             thread.request_stop();
     });
-    for (std::size_t i = 0; const auto outcome = outcomes.Next(); ++i)
+    for (std::size_t i = 0; const auto outcome = outcomes.Next(threads.size()); ++i)
         report(_jobs[i], *outcome);
 }
 

@@ -1,19 +1,19 @@
 #include "mox/batch/MaterialFiles.h"
 
 #include "mox/Text.h"
+#include "mox/batch/StartThreads.h"
 #include "mox/host/HostError.h"
 
 #include <libxml/xmlreader.h>
 
 #include <algorithm>
 #include <atomic>
-#include <fcntl.h>
-#include <future>
 #include <memory>
 #include <string_view>
 #include <system_error>
 #include <unistd.h>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace Mox::Host {
@@ -22,31 +22,14 @@ namespace {
 
 using std::filesystem::path;
 
-class FileDescriptor
+/// Whether a document's root is that of a material, or is not to be seen.
+bool MayBeMaterial(const std::string& file) noexcept
 {
-public:
-    explicit FileDescriptor(int number) : _number(number) {}
-    ~FileDescriptor()
-    {
-        if (_number >= 0)
-            close(_number);
-    }
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-
-    int Number() const { return _number; }
-
-private:
-    int _number;
-};
-
-bool MayBeMaterial(const path& file)
-{
-    // Given the name, libxml2 would print why it cannot open it.
-    const FileDescriptor descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    if (access(file.c_str(), R_OK) != 0)
+        return true; // libxml2 would print the reason
     const std::unique_ptr<xmlTextReader, decltype(&xmlFreeTextReader)> reader(
-        xmlReaderForFd(descriptor.Number(), file.c_str(), nullptr,
-                       XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
+        xmlReaderForFile(file.c_str(), nullptr,
+                         XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
         xmlFreeTextReader);
     if (!reader)
         return true;
@@ -66,29 +49,22 @@ bool MayBeFile(const std::filesystem::directory_entry& entry)
     return entry.is_regular_file(error) || error;
 }
 
-std::vector<std::string> KeepMaterials(const std::vector<std::string>& files, unsigned workers)
+std::vector<std::string> KeepMaterials(std::vector<std::string> files, unsigned workers)
 {
-    xmlInitParser(); // only the first call is not safe on several threads
     std::vector<char> mayBeMaterial(files.size()); // threads may write side by side, as not to bits
     std::atomic<std::size_t> next = 0;
-    const auto look = [&] {
+    const auto look = [&](const std::stop_token&) {
         for (std::size_t i = next++; i < files.size(); i = next++)
             mayBeMaterial[i] = MayBeMaterial(files[i]) ? 1 : 0;
     };
-    std::vector<std::future<void>> others;
-    try {
-        while (others.size() + 1 < std::min<std::size_t>(workers, files.size()))
-            others.push_back(std::async(std::launch::async, look));
-    } catch (const std::system_error&) {
-        // The machine gives no more threads; those that it gave, with this one, do all the work.
+    {
+        const std::vector<std::jthread> others = StartThreads(workers - 1, look);
+        look({});
     }
-    look();
-    for (std::future<void>& other : others)
-        other.get();
     std::vector<std::string> materials;
     for (std::size_t i = 0; i < files.size(); ++i) {
         if (mayBeMaterial[i] != 0)
-            materials.push_back(files[i]);
+            materials.push_back(std::move(files[i]));
     }
     return materials;
 }
@@ -107,7 +83,7 @@ std::vector<std::string> FindIn(const path& folder, unsigned workers)
         throw HostError(where,
                         Materials::Compose("cannot be searched for materials: ", error.message()));
     }
-    std::vector<std::string> found = KeepMaterials(files, workers);
+    std::vector<std::string> found = KeepMaterials(std::move(files), workers);
     if (found.empty())
         throw HostError(where, "holds no material");
     std::sort(found.begin(), found.end());

@@ -22,6 +22,6 @@ struct MaterialFile
 /// @param workers number of threads that look into the files, at least 1
 /// @throws HostError if a folder cannot be read or holds no material
 std::vector<MaterialFile> FindMaterials(const std::vector<std::filesystem::path>& filesAndFolders,
-                                        unsigned workers = 1);
+                                        unsigned workers);
 
 } // namespace Mox::Host

@@ -128,8 +128,7 @@ public:
 
 /// A new binding of the class that belongs to the stream type.
 /// @returns an empty handle for StreamType::Invalid, for a value that is none of those named and
-/// for
-///          a count of 0
+///          for a count of 0
 MOX_API boost::shared_ptr<Binding> CreateBinding(StreamType streamType, const std::string& name,
                                                  std::uint32_t count);
 

@@ -163,8 +163,7 @@ void WarnOfOpenInputs(const MaterialGraph& graph, ProblemList& problems)
             continue;
         std::string bodies;
         for (const GuiPort& port : node.Gui->InputPorts) {
-            // The edge of a placeholder joins nothing.
-            if (port.Connected || graph.Store().FindEdge(entry.Index(), port.Name))
+            if (port.Connected || graph.Store().HasLooseEdge(entry.Index(), port.Name))
                 continue;
             if (bodies.empty())
                 bodies = WriteBodies(node);

@@ -127,6 +127,7 @@ const ElementRule* MaterialReader::FindRule(const XmlElement& element)
     for (std::size_t i = 0; i < children.size(); ++i) {
         if (children[i].Rule->Name != element.Name)
             continue;
+        parent.Stranger.clear();
         if (i < parent.NextChild) {
             fail(Compose(" behind <", parent.LastChild->Name, ">"),
                  parent.Rule->ExpectedChildren(parent.NextChild));

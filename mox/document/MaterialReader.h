@@ -32,7 +32,7 @@ private:
     {
         const ElementRule* Rule = nullptr;      ///< null in what the schema does not know
         std::size_t NextChild = 0;              ///< the first child of the rule that may still come
-        const ElementRule* LastChild = nullptr; ///< the child in front of NextChild
+        const ElementRule* LastChild = nullptr; ///< the last child that came in its place
         std::string Stranger; ///< the last child that the rule does not have, which was reported
         bool HasText = false; ///< which has been reported
         DocumentComments Comments; ///< in front of it

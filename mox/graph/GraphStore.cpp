@@ -71,6 +71,12 @@ std::optional<std::size_t> GraphStore::FindEdge(std::size_t head, const std::str
     return entry->second;
 }
 
+bool GraphStore::HasLooseEdge(std::size_t head, const std::string& headPort) const
+{
+    const auto edge = FindEdge(head, headPort);
+    return edge && IsLoose(_edges[*edge]);
+}
+
 DocumentEdge GraphStore::Describe(const GraphEdge& edge) const
 {
     return {_nodes[edge.Tail].Id, edge.Gui->TailPort, _nodes[edge.Head].Id,

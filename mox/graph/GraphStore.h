@@ -126,6 +126,9 @@ public:
     /// Whether a placeholder stands at one of the edge's ends, so that it joins no ports.
     bool IsLoose(const GraphEdge& edge) const { return edge.IsLoose; }
 
+    /// Whether the edge that leads to an input is loose.
+    bool HasLooseEdge(std::size_t head, const std::string& headPort) const;
+
     std::size_t CreateNode(GraphNode&& node);
     void AttachNode(std::size_t index, std::size_t before);
     void DetachNode(std::size_t index) noexcept; ///< the node has no edges any more

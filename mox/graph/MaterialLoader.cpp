@@ -53,10 +53,9 @@ public:
 private:
     struct CreatedNode
     {
-        std::size_t Index;
         const DocumentNode* Stored;
         bool IsLoaded = false;
-        bool HasPorts = false; ///< or has refused to build them
+        bool IsBuilt = false; ///< has its ports or has refused them
     };
 
     void CreateNode(const DocumentNode& stored)
@@ -85,10 +84,9 @@ private:
         node.Stored.LastComments = stored.LastComments;
         const std::size_t index = _graph.CreateNode(std::move(node));
         _graph.AttachNode(index, GraphStore::None);
-        _created.push_back({index, &stored});
-        // A placeholder gets the type that others may refer to only as it is loaded.
-        if (!_graph.Nodes()[index].IsPlaceholder && !HasReferences(stored))
-            FinishNode(_created.back());
+        _created.push_back({&stored});
+        if (!HasReferences(stored))
+            FinishNode(index);
     }
 
     static bool HasReferences(const DocumentNode& stored)
@@ -101,14 +99,13 @@ private:
 
     /// A node that needs no other one is finished while it is in the cache. What is wrong with it
     /// waits until all nodes are made, as that of the others does.
-    void FinishNode(CreatedNode& node)
+    void FinishNode(std::size_t index)
     {
         ProblemList found;
-        LoadNode(node, found);
+        LoadNode(index, found);
         if (!found.Problems().empty())
-            _found.emplace(node.Index, std::move(found));
-        if (_graph.References().Targets(node.Index).empty())
-            BuildPorts(node);
+            _found.emplace(index, std::move(found));
+        BuildPorts(index);
     }
 
     MadeNode Make(const std::string& type, const Place& where)
@@ -130,24 +127,24 @@ private:
 
     void LoadNodes()
     {
-        for (CreatedNode& node : _created) {
-            if (!node.IsLoaded)
-                LoadNode(node, _problems);
-            else if (const auto found = _found.find(node.Index); found != _found.end())
+        for (std::size_t index = 0; index < _created.size(); ++index) {
+            if (!_created[index].IsLoaded)
+                LoadNode(index, _problems);
+            else if (const auto found = _found.find(index); found != _found.end())
                 _problems.Append(found->second);
         }
     }
 
-    void LoadNode(CreatedNode& created, ProblemList& problems)
+    void LoadNode(std::size_t index, ProblemList& problems)
     {
-        const GraphNode& node = _graph.Nodes()[created.Index];
-        const DocumentNode& stored = *created.Stored;
+        const GraphNode& node = _graph.Nodes()[index];
+        const DocumentNode& stored = *_created[index].Stored;
         _graph.SetStoredProperties(
-            created.Index, _missing.empty()
-                               ? LoadStored(_graph, node, stored, {}, problems)
-                               : LoadStored(_graph, node, WithoutMissing(stored), {}, problems));
-        _graph.RefreshReferences(created.Index);
-        created.IsLoaded = true;
+            index, _missing.empty()
+                       ? LoadStored(_graph, node, stored, {}, problems)
+                       : LoadStored(_graph, node, WithoutMissing(stored), {}, problems));
+        _graph.RefreshReferences(index);
+        _created[index].IsLoaded = true;
     }
 
     /// References to nodes that could not be made are no problem of their own.
@@ -163,23 +160,23 @@ private:
     void BuildPorts()
     {
         for (const std::size_t index : OrderByReference()) {
-            if (!_created[index].HasPorts)
-                BuildPorts(_created[index]);
+            if (!_created[index].IsBuilt)
+                BuildPorts(index);
             if (const auto refusal = _portless.find(index); refusal != _portless.end())
                 _problems.Fail("ports-refused", refusal->second);
         }
     }
 
-    void BuildPorts(CreatedNode& created)
+    void BuildPorts(std::size_t index)
     {
-        const GraphNode& node = _graph.Nodes()[created.Index];
+        const GraphNode& node = _graph.Nodes()[index];
         try {
             CallLibrary(node.Where, [&] { node.Gui->UpdatePorts({}); });
         } catch (const HostError& error) {
-            _portless.emplace(created.Index, error);
+            _portless.emplace(index, error);
         }
-        _graph.JoinPorts(created.Index);
-        created.HasPorts = true;
+        _graph.JoinPorts(index);
+        _created[index].IsBuilt = true;
     }
 
     std::vector<std::size_t> OrderByReference()

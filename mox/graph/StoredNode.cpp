@@ -103,9 +103,9 @@ private:
     bool TryLoad()
     {
         try {
-            _gui.LoadProperties(_bag);
+            CallLibrary(PlaceOf(_stored.Line), [&] { _gui.LoadProperties(_bag); });
             return true;
-        } catch (const ShaderError&) {
+        } catch (const HostError&) {
             return false;
         }
     }

@@ -29,14 +29,16 @@ HostError WriteError(const std::filesystem::path& file, int error)
 /// The file itself, or what a symbolic link of that name points to, there or not.
 std::filesystem::path TargetOf(const std::filesystem::path& file)
 {
-    struct stat entry = {};
-    if (lstat(file.c_str(), &entry) != 0 || !S_ISLNK(entry.st_mode))
-        return file;
-    std::error_code error;
-    std::filesystem::path target = std::filesystem::weakly_canonical(file, error);
-    if (error)
-        throw WriteError(file, error.value());
-    return target;
+    constexpr int mostLinks = 40; // as many as the system follows
+    std::filesystem::path target = file;
+    for (int i = 0; i < mostLinks; ++i) {
+        std::error_code error;
+        const std::filesystem::path next = std::filesystem::read_symlink(target, error);
+        if (error)
+            return target; // which is no link
+        target = target.parent_path() / next;
+    }
+    throw WriteError(file, ELOOP);
 }
 
 } // namespace

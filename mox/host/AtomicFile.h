@@ -22,8 +22,7 @@ class AtomicFile
 public:
     /// Creates the temporary file.
     /// @throws HostError naming the file, if that fails or the name belongs to something else than
-    /// a
-    ///         regular file
+    ///         a regular file
     explicit AtomicFile(const std::filesystem::path& file);
 
     /// Removes the temporary file unless it was committed.

@@ -75,8 +75,7 @@ boost::shared_ptr<Materials::GuiNode> Plugin::CreateNode(const std::string& type
 {
     boost::shared_ptr<Materials::GuiNode> node = _factory->Create(typeName);
     if (!node) {
-        throw ShaderError(
-            Compose("\"", _file.string(), "\" gave no node of the type \"", typeName, "\""));
+        throw ShaderError(Compose("the plug-in gave no node of the type \"", typeName, "\""));
     }
     Materials::GuiNode* address = node.get();
     return {address, NodeRelease{_library, std::move(node)}};

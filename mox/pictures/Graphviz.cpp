@@ -35,7 +35,8 @@ public:
         std::string name = fs::temp_directory_path(error) / "mox-XXXXXX";
         if (error) {
             throw HostError(
-                {}, Compose("TMPDIR names no folder for temporary files: ", error.message()));
+                {}, Compose("there is no folder for temporary files (TMPDIR, TMP, TEMP, TEMPDIR): ",
+                            error.message()));
         }
         if (!mkdtemp(name.data()))
             throw HostError({name, 0, {}, {}}, Compose("cannot be created: ", strerror(errno)));

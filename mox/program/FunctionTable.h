@@ -13,10 +13,11 @@ struct ProgramFunction
 {
     std::string CgName;
     const ShaderNode* Definition;
-    std::vector<std::size_t> Nodes; ///< of the program graph, the one that has the definition first
+    std::vector<std::size_t> Nodes; ///< of the program graph
 };
 
-/// The functions of a pair of programs. Different ones of one name get names of their own.
+/// The functions of a pair of programs: one for each definition. Different ones of one name get
+/// names of their own.
 class FunctionTable
 {
 public:

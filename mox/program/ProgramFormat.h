@@ -20,8 +20,7 @@ public:
     /// The texts of a program, one for each ending.
     /// @param file of the material, for messages
     /// @param problems takes what stands in the way, with the nodes by id; with an error among it
-    /// the
-    ///        texts do not count
+    ///        the texts do not count
     virtual std::vector<std::string> Write(const CgProgram& program, const std::string& file,
                                            ProblemList& problems) const = 0;
 };

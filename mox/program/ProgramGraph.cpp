@@ -1,7 +1,7 @@
 #include "mox/program/ProgramGraph.h"
 
 #include "mox/Text.h"
-#include "mox/program/FunctionNumbers.h"
+#include "mox/program/FunctionSet.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -55,20 +55,18 @@ public:
         : _origins(origins), _problems(problems)
     {
         _index.reserve(graph.Nodes.size());
-        _sources.reserve(graph.Nodes.size() + 1);
+        _sources.reserve(graph.Nodes.size());
         for (const ShaderNodeHandle& node : graph.Nodes)
             AddSource(*node);
-        _sources.push_back({nullptr, nullptr, ShaderLevel::Automatic, false, 0, _feeds.size()});
-        _definitions.assign(_functions.Count(), nullptr);
         for (const ShaderEdgeHandle& edge : graph.Edges)
             Enter(*edge);
-        _places.assign(NodeCount(), nowhere);
-        _states.assign(NodeCount(), State::New);
+        _places.assign(_sources.size(), nowhere);
+        _states.assign(_sources.size(), State::New);
     }
 
     std::vector<ProgramNode> Collect()
     {
-        for (std::size_t i = 0; i < NodeCount(); ++i) {
+        for (std::size_t i = 0; i < _sources.size(); ++i) {
             if (IsOutput(*_sources[i].Shader))
                 Visit(i);
         }
@@ -79,7 +77,7 @@ public:
     std::map<ProgramValue, std::string> FindNames() const
     {
         std::map<ProgramValue, std::string> names;
-        for (std::size_t i = 0; i < NodeCount(); ++i) {
+        for (std::size_t i = 0; i < _sources.size(); ++i) {
             const Source& target = _sources[i];
             const bool takesValue = target.IsInterface || IsOutput(*target.Shader);
             if (!takesValue || _states[i] == State::New || target.Shader->Name.empty())
@@ -95,8 +93,9 @@ public:
     std::map<std::pair<std::size_t, std::size_t>, const ShaderOrigin*> FindEnds() const
     {
         std::map<std::pair<std::size_t, std::size_t>, const ShaderOrigin*> ends;
-        for (std::size_t i = 0; i < NodeCount(); ++i) {
-            for (std::size_t input = 0; _places[i] != nowhere && input < FeedCount(i); ++input) {
+        for (std::size_t i = 0; i < _sources.size(); ++i) {
+            for (std::size_t input = 0; _places[i] != nowhere && input < _sources[i].InputCount;
+                 ++input) {
                 if (const ShaderOrigin* end = FindEnd(FeedOf(i, input)))
                     ends.emplace(std::pair(_places[i], input), end);
             }
@@ -110,11 +109,11 @@ public:
         if (std::find(_states.begin(), _states.end(), State::New) == _states.end())
             return dead;
         std::unordered_set<std::string> seen;
-        for (std::size_t i = 0; i < NodeCount(); ++i) {
+        for (std::size_t i = 0; i < _sources.size(); ++i) {
             if (_states[i] != State::New)
                 seen.insert(_sources[i].Origin->Node);
         }
-        for (std::size_t i = 0; i < NodeCount(); ++i) {
+        for (std::size_t i = 0; i < _sources.size(); ++i) {
             const std::string& node = _sources[i].Origin->Node;
             if (!node.empty() && seen.insert(node).second)
                 dead.push_back(node);
@@ -130,15 +129,17 @@ private:
         Done,
     };
 
-    /// A node of the shader graph, in short: from here on they are met far from each other.
+    /// What is asked of a node of the shader graph again and again, noted in the order in which the
+    /// nodes lie, since they are visited far from each other.
     struct Source
     {
         const ShaderNode* Shader;
+        const ShaderNode* Definition;
         const ShaderOrigin* Origin;
         ShaderLevel Level;
         bool IsInterface;
-        std::size_t Function;  ///< number of the function, if it is one
         std::size_t FirstFeed; ///< of its inputs
+        std::size_t InputCount;
     };
 
     struct Visited
@@ -146,13 +147,6 @@ private:
         std::size_t Node;
         std::size_t NextInput = 0;
     };
-
-    std::size_t NodeCount() const { return _sources.size() - 1; }
-
-    std::size_t FeedCount(std::size_t node) const
-    {
-        return _sources[node + 1].FirstFeed - _sources[node].FirstFeed;
-    }
 
     Feed& FeedOf(std::size_t node, std::size_t input)
     {
@@ -167,9 +161,10 @@ private:
     {
         const bool isFunction = node.Kind == ShaderNodeKind::Function;
         _index.emplace(&node, _sources.size());
-        _sources.push_back({&node, &_origins.Of(node), LevelOf(node),
-                            node.Kind == ShaderNodeKind::InterfaceParameter,
-                            isFunction ? _functions.NumberOf(node) : nowhere, _feeds.size()});
+        _sources.push_back({&node, isFunction ? &_functions.DefinitionOf(node) : &node,
+                            &_origins.Of(node), LevelOf(node),
+                            node.Kind == ShaderNodeKind::InterfaceParameter, _feeds.size(),
+                            node.Inputs.size()});
         _feeds.resize(_feeds.size() + node.Inputs.size());
     }
 
@@ -197,7 +192,7 @@ private:
         Open(root);
         while (!_path.empty()) {
             Visited& top = _path.back();
-            if (top.NextInput == FeedCount(top.Node)) {
+            if (top.NextInput == _sources[top.Node].InputCount) {
                 Close(top.Node);
                 _path.pop_back();
                 continue;
@@ -224,9 +219,9 @@ private:
         const Source& source = _sources[node];
         if (source.IsInterface)
             return;
-        ProgramNode entry{source.Shader, source.Shader, source.Origin, source.Level, {}};
-        entry.Inputs.reserve(FeedCount(node));
-        for (std::size_t i = 0; i < FeedCount(node); ++i) {
+        ProgramNode entry{source.Shader, source.Definition, source.Origin, source.Level, {}};
+        entry.Inputs.reserve(source.InputCount);
+        for (std::size_t i = 0; i < source.InputCount; ++i) {
             const Feed feed = SourceOf(FeedOf(node, i));
             if (feed.Node == nowhere) {
                 _problems.Fail("unfed-input", PlaceOf(*source.Origin),
@@ -238,12 +233,6 @@ private:
                 return; // the source has a problem of its own, which has been told
             entry.Inputs.push_back({_places[feed.Node], feed.Port});
         }
-        if (source.Function != nowhere) {
-            const ShaderNode*& definition = _definitions[source.Function];
-            if (!definition)
-                definition = source.Shader;
-            entry.Definition = definition;
-        }
         _places[node] = _nodes.size();
         _nodes.push_back(std::move(entry));
     }
@@ -252,7 +241,7 @@ private:
     Feed SourceOf(Feed feed) const
     {
         std::size_t steps = 0; // parameters may run in a circle
-        while (feed.Node != nowhere && _sources[feed.Node].IsInterface && steps++ < NodeCount())
+        while (feed.Node != nowhere && _sources[feed.Node].IsInterface && steps++ < _sources.size())
             feed = FeedOf(feed.Node, 0);
         return feed;
     }
@@ -287,10 +276,9 @@ private:
     const ShaderOrigins& _origins;
     ProblemList& _problems;
     std::unordered_map<const ShaderNode*, std::size_t> _index;
-    std::vector<Source> _sources; ///< and one more for the end
-    std::vector<Feed> _feeds;     ///< of all input ports
-    FunctionNumbers _functions;
-    std::vector<const ShaderNode*> _definitions; ///< by number of the function
+    std::vector<Source> _sources;
+    std::vector<Feed> _feeds; ///< of all input ports
+    FunctionSet _functions;
     std::vector<State> _states;
     std::vector<std::size_t> _places; ///< of each node in _nodes
     std::vector<Visited> _path;

@@ -27,8 +27,8 @@ struct ProgramValue
 struct ProgramNode
 {
     const ShaderNode* Shader;
-    const ShaderNode* Definition; ///< of functions that are equal the first in the program; of any
-                                  ///< other node itself
+    const ShaderNode* Definition; ///< one of the functions that are equal in name, ports and body,
+                                  ///< but perhaps not in level; of any other node itself
     const ShaderOrigin* Origin;
     ShaderLevel Level;                ///< the stage in which it must run, or Automatic
     std::vector<ProgramValue> Inputs; ///< what feeds each input port
@@ -41,7 +41,8 @@ struct ProgramNode
 class ProgramGraph
 {
 public:
-    /// @param graph is referred to, as origins are, and must live as long as the result
+    /// @param graph is referred to and must live as long as the result
+    /// @param origins likewise
     /// @param problems takes an input that is fed twice or not at all, and a circle
     ProgramGraph(const ShaderGraph& graph, const ShaderOrigins& origins, ProblemList& problems);
 

@@ -73,7 +73,7 @@ private:
     {
         const auto& inputs = _graph.Nodes()[node].Gui->InputPorts;
         return std::any_of(inputs.begin(), inputs.end(), [&](const Materials::GuiPort& port) {
-            return !port.Connected && _graph.Store().FindEdge(node, port.Name);
+            return _graph.Store().HasLooseEdge(node, port.Name);
         });
     }
 

@@ -14,8 +14,9 @@ namespace Mox::Host {
 class StageLayout
 {
 public:
-    /// @param graph, origins, problems are referred to and must live as long as the result
-    /// @param problems takes what cannot be had where it is needed, and values that do not fit into
+    /// @param graph is referred to and must live as long as the result, as what it refers to must
+    /// @param problems is referred to likewise; takes what cannot be had where it is needed, and
+    /// values that do not fit into
     ///        the registers or cannot be interpolated
     StageLayout(const ProgramGraph& graph, ProblemList& problems);
 

@@ -93,7 +93,7 @@ std::string StagePlan::FormatPath(std::size_t node) const
     };
     for (std::size_t i = node; i != nobody; i = _vertexReader[i]) {
         const std::string& origin = _graph.Nodes()[i].Origin->Node;
-        add(origin.empty() ? _graph.Nodes()[i].Definition->Describe()
+        add(origin.empty() ? _graph.Nodes()[i].Shader->Describe()
                            : Compose("node \"", origin, "\""),
             !origin.empty());
         if (const ShaderOrigin* end = EndBehind(i))
@@ -118,7 +118,7 @@ void StagePlan::ReportConflict(std::size_t node)
 {
     _problems.Fail(
         "stage-conflict", PlaceOf(*_graph.Nodes()[node].Origin),
-        Compose(_graph.Nodes()[node].Definition->Describe(),
+        Compose(_graph.Nodes()[node].Shader->Describe(),
                 " runs per fragment, but its result is needed per vertex: ", FormatPath(node)));
 }
 

@@ -28,8 +28,7 @@ public:
     };
 
     /// @param problems takes a function that must run per fragment and is needed per vertex, with
-    /// the
-    ///        path from the one to the other
+    ///        the path from the one to the other
     StagePlan(const ProgramGraph& graph, Copies copies, ProblemList& problems);
 
     bool InVertex(std::size_t node) const { return _inVertex[node]; }

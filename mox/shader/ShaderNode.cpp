@@ -136,6 +136,8 @@ void ShaderNode::CreateParameterPorts()
 {
     Inputs.clear();
     Outputs.clear();
+    Inputs.reserve(1); // from here on memory is not what fails
+    Outputs.reserve(1);
     switch (Kind) {
     case ShaderNodeKind::InterfaceParameter:
     case ShaderNodeKind::InterpolantParameter:

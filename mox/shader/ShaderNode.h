@@ -64,8 +64,8 @@ public:
     void LoadFunction(const ShaderFunction& function);
 
     /// Replaces the ports by those that a parameter of this Kind, Type and Register has.
-    /// @throws ShaderError if Kind is no parameter or the register's class is unknown; the node has
-    ///         no ports then
+    /// @throws ShaderError if Kind is no parameter or the register's class is unknown. After a
+    ///         failure the node has no ports.
     void CreateParameterPorts();
 
     /// Checks the name of a varying or uniform parameter, and of a function its port names, inputs

@@ -25,12 +25,12 @@ TEST(MaterialFiles, FoldersStandForTheirMaterials)
     std::filesystem::create_symlink("b.xml", root + "/link.xml");
     std::filesystem::create_directory_symlink("m", root + "2");
     for (const MaterialFile& file :
-         FindMaterials({"gone/x.y.xml", root, root + "/", root + "/b/../b.xml", root + "2"})) {
+         FindMaterials({"gone/x.y.xml", root, root + "/", root + "/b/../b.xml", root + "2"}, 2)) {
         EXPECT_TRUE(file.Document == "gone/x.y.xml" || std::filesystem::exists(file.Document));
         found += file.Name + " ";
     }
     EXPECT_EQ(found, "x.y a.b b b/late empty link ");
-    EXPECT_THROW(FindMaterials({folder.Path() / "m/folder.xml"}), HostError);
+    EXPECT_THROW(FindMaterials({folder.Path() / "m/folder.xml"}, 1), HostError);
 }
 
 TEST(Depfile, RulesAppearTogether)

@@ -134,7 +134,7 @@ TEST(MaterialDocument, AllProblemsOfADocumentAreFound)
     // What could be understood is there for further checks.
     ProblemList problems;
     const MaterialDocument document = ParseMaterialDocument("x.xml", text, problems);
-    EXPECT_EQ(document.Nodes.size(), 4u);
+    EXPECT_EQ(document.Nodes.size(), 5u);
     EXPECT_EQ(document.Edges.size(), 1u);
     EXPECT_EQ(document.Bindings.size(), 5u);
     EXPECT_THROW(ReadMaterialDocument(folder / "many_problems.xml"), HostError);

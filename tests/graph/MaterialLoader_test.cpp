@@ -22,6 +22,19 @@ TEST(MaterialLoader, FindsEverythingInOneGo)
     EXPECT_EQ(graph.Edges().size(), 4u);
 }
 
+TEST(MaterialLoader, JudgesReferencesInAnyOrder)
+{
+    const auto judge = [](const char* document) {
+        ProblemList problems;
+        LoadMaterial(MaterialFromText(document), TestPlugins(), problems);
+        return problems.Problems().back().Message;
+    };
+    const std::string expected =
+        "cannot copy property \"Reference\" as node typename \"Alien\" is not a valid typename";
+    EXPECT_EQ(judge("t CoreTexture; Reference=a\na Alien"), expected);
+    EXPECT_EQ(judge("a Alien\nt CoreTexture; Reference=a"), expected);
+}
+
 /// Documents full of circles end all the same.
 TEST(MaterialLoader, GivesUpOnVeryManyCircles)
 {

@@ -51,6 +51,11 @@ TEST(AtomicFile, KeepsPermissionsAndLinks)
     EXPECT_TRUE(std::filesystem::is_symlink(folder.Path() / "link"));
     EXPECT_EQ(folder.Read("file"), "new");
     EXPECT_EQ(modeOf("file"), 0640u);
+    std::filesystem::create_symlink("nothing", folder.Path() / "dangling");
+    EXPECT_TRUE(WriteIfChanged(folder.Path() / "dangling", "new"));
+    EXPECT_EQ(folder.Read("nothing"), "new");
+    std::filesystem::create_symlink("circle", folder.Path() / "circle");
+    EXPECT_THROW(WriteIfChanged(folder.Path() / "circle", "new"), HostError);
 
     const mode_t mask = umask(027);
     WriteIfChanged(folder.Path() / "fresh", "new");

@@ -81,7 +81,7 @@ TEST(MaterialProgram, OfMaterialsWithAPoint)
         const std::string golden = "program/materials/" + entry.path().stem().string() + ".cg";
         ExpectGolden(golden, Describe(MaterialFromText(ReadText(entry.path()))));
     }
-    EXPECT_EQ(count, 12);
+    EXPECT_EQ(count, 13);
 }
 
 TEST(MaterialProgram, HasANodeForEveryLineThatOneWrote)

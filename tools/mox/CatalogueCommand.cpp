@@ -81,20 +81,14 @@ Json DescribeProperty(const GuiProperty& property)
     return row;
 }
 
-/// Turns a property to each of its values, as far as there is a list of them.
-void ForEachValue(GuiProperty& property, const std::function<void(const std::string& value)>& visit)
+/// All values of a property, as far as there is a list of them.
+std::vector<std::string> ListValues(const GuiProperty& property)
 {
-    if (property.Kind == GuiPropertyKind::Enum) {
-        for (const std::string& word : property.Choices) {
-            property.SetEnum(word);
-            visit(word);
-        }
-    } else if (property.Kind == GuiPropertyKind::Bool) {
-        for (const bool value : {false, true}) {
-            property.SetBool(value);
-            visit(Host::FormatValue(property));
-        }
-    }
+    if (property.Kind == GuiPropertyKind::Enum)
+        return property.Choices;
+    if (property.Kind == GuiPropertyKind::Bool)
+        return {"false", "true"};
+    return {};
 }
 
 /// The ports that a single property gives a new node, for each value that makes them others.
@@ -104,19 +98,22 @@ Json DescribeVariants(const std::function<boost::shared_ptr<GuiNode>()>& create)
     const Json inputs = DescribePorts(usual->InputPorts);
     const Json outputs = DescribePorts(usual->OutputPorts);
     Json list = Json::array();
-    for (std::size_t i = 0; i < usual->Properties->Properties.size(); ++i) {
-        const auto node = create();
-        GuiProperty& property = *node->Properties->Properties[i];
-        ForEachValue(property, [&](const std::string& value) {
+    for (const auto& property : usual->Properties->Properties) {
+        if (!property->Editable)
+            continue;
+        for (const std::string& value : ListValues(*property)) {
+            const auto node =
+                create(); // what one value sets besides the ports is not the next one's
+            Host::SetFromText(*node->Properties->Get(property->Name), property->Kind, value);
             node->UpdatePorts({});
-            Json row = {{"property", property.Name}, {"value", value}};
+            Json row = {{"property", property->Name}, {"value", value}};
             if (Json ports = DescribePorts(node->InputPorts); ports != inputs)
                 row["inputs"] = std::move(ports);
             if (Json ports = DescribePorts(node->OutputPorts); ports != outputs)
                 row["outputs"] = std::move(ports);
             if (row.contains("inputs") || row.contains("outputs"))
                 list.push_back(std::move(row));
-        });
+        }
     }
     return list;
 }
@@ -159,7 +156,7 @@ Json DescribeCatalogue(const Host::PluginSet& plugins, const std::vector<std::st
             if (!IsAskedFor(type, types))
                 continue;
             unknown.erase(type);
-            rows.push_back(Host::CallLibrary({plugin.File().string(), 0, type, {}},
+            rows.push_back(Host::CallLibrary({plugin.File().string(), 0, {}, {}},
                                              [&] { return DescribeType(plugin, description); }));
         }
     }

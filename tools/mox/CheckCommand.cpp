@@ -43,7 +43,7 @@ std::string Format(const std::vector<Host::Problem>& problems, const CheckOption
 
 void Check(const CheckOptions& options, const CommonOptions& common)
 {
-    const auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()});
+    const auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()}, 1);
     const Host::PluginSet plugins = LoadPlugins(common);
     const Host::Environment environment = LoadEnvironment(options.Environment);
     const auto proof = MakeProof();

@@ -39,7 +39,8 @@ bool FormatDocument(const std::string& file, bool isCheck)
 void FormatDocuments(const std::vector<std::string>& files, bool isCheck)
 {
     bool isInForm = true;
-    for (const Host::MaterialFile& material : Host::FindMaterials({files.begin(), files.end()})) {
+    for (const Host::MaterialFile& material :
+         Host::FindMaterials({files.begin(), files.end()}, 1)) {
         try {
             isInForm &= FormatDocument(material.Document, isCheck);
         } catch (const Host::HostError& error) {

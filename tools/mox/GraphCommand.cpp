@@ -106,7 +106,7 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
         problems.ThrowFirstError(); // there is nothing to draw
     if (!options.IsShader) {
         const auto proof = MakeProof();
-        problems = Host::CheckMaterial(options.File, plugins, environment, proof.get());
+        Host::CheckMaterial(graph, options.File, environment, proof.get(), problems);
     }
     // Images are left out of text: it could only name files that are not there.
     std::map<std::string, Host::Picture> images;

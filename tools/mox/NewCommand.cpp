@@ -17,8 +17,7 @@ constexpr const char* footer = R"(Examples:
 void PrintNew(const std::string& type, const std::string& id, const CommonOptions& common)
 {
     const Host::PluginSet plugins = LoadPlugins(common);
-    const auto node =
-        Host::CallLibrary({{}, 0, type, {}}, [&] { return plugins.CreateNode(type); });
+    const auto node = Host::CallLibrary({}, [&] { return plugins.CreateNode(type); });
     if (!node)
         throw UnknownType(type);
     std::cout << Host::FormatNodeFragment(*node, id.empty() ? node->GetName() : id);

@@ -1,4 +1,4 @@
-#include "mox/program/FunctionNumbers.h"
+#include "mox/program/FunctionSet.h"
 
 #include <algorithm>
 #include <vector>
@@ -17,7 +17,7 @@ bool HaveSamePorts(const std::vector<ShaderPort>& a, const std::vector<ShaderPor
 
 } // namespace
 
-bool FunctionNumbers::Same::operator()(const ShaderNode* a, const ShaderNode* b) const
+bool FunctionSet::Same::operator()(const ShaderNode* a, const ShaderNode* b) const
 {
     return a->Code == b->Code && a->Name == b->Name && HaveSamePorts(a->Inputs, b->Inputs) &&
            HaveSamePorts(a->Outputs, b->Outputs);
