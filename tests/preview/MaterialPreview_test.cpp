@@ -3,7 +3,6 @@
 #include "mox/preview/MeshFile.h"
 #include "mox/preview/MeshShapes.h"
 #include "tests/support/MaterialText.h"
-#include "tests/support/RunMox.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -240,37 +239,6 @@ TEST_F(MaterialPreviewTest, EveryExampleIsDrawn)
         EXPECT_FALSE(problems.HasErrors());
         EXPECT_NE(PixelAt(picture, 0.5f, 0.5f), PixelAt(picture, 0.02f, 0.02f));
     }
-}
-
-TEST_F(MaterialPreviewTest, ProgramWritesPictures)
-{
-    const std::string output = "-o '" + (_folder.Path() / "out.png").string() + "' --size 32x24 ";
-    const Outcome drawn = RunMox("preview ../examples/rim_light.xml --frames 0..1 " + output);
-    EXPECT_EQ(drawn.Status, 0);
-    EXPECT_EQ(drawn.Text, "");
-    const std::string header = _folder.Read("out.png").substr(0, 24);
-    EXPECT_EQ(header.substr(1, 3), "PNG");
-    EXPECT_EQ(header[19], 64);
-    EXPECT_EQ(header[23], 24);
-
-    const Outcome broken = RunMox("preview mox/bad/missing_facing.xml " + output);
-    EXPECT_EQ(broken.Status, 1);
-    EXPECT_NE(broken.Text.find("missing_facing.xml:"), std::string::npos) << broken.Text;
-    EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --size big " + output).Status, 2);
-    EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --frames 3..1 " + output).Status, 2);
-    EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --set tint " + output).Status, 2);
-    EXPECT_EQ(RunMox("preview ../examples/rim_light.xml -o picture.jpg").Status, 2);
-    EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --set baseColour=1,2,3,4 " + output).Status,
-              1);
-}
-
-TEST(MaterialPreview, SaysInOneLineThatThereIsNoDevice)
-{
-    const Outcome outcome = RunMox("preview ../examples/rim_light.xml -o /dev/null",
-                                   "VK_ICD_FILENAMES=/dev/null VK_DRIVER_FILES=/dev/null");
-    EXPECT_EQ(outcome.Status, 1);
-    EXPECT_EQ(outcome.Text.find("mox: no Vulkan device was found"), 0u) << outcome.Text;
-    EXPECT_EQ(outcome.Text.find('\n'), outcome.Text.size() - 1) << outcome.Text;
 }
 
 } // namespace
