@@ -3,11 +3,11 @@
 
 #include "fuzz/shader/GraphModel.h"
 #include "fuzz/support/Choices.h"
-#include "fuzz/support/Claim.h"
 #include "mox/ShaderError.h"
 #include "mox/authoring/GuiEdge.h"
 #include "mox/shader/ShaderFunctionBuilder.h"
 #include "mox/shader/ShaderGraphGenerator.h"
+#include "tests/support/Claim.h"
 
 #include <boost/smart_ptr/bad_weak_ptr.hpp>
 #include <boost/smart_ptr/make_shared.hpp>

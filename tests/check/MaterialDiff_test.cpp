@@ -1,5 +1,6 @@
 #include "mox/Text.h"
 #include "mox/check/MaterialDiff.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/Golden.h"
 #include "tests/support/MaterialText.h"
 

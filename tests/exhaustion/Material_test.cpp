@@ -10,6 +10,7 @@
 #include "mox/program/Environment.h"
 #include "mox/program/ProgramExporter.h"
 #include "tests/exhaustion/EveryAllocation.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/MaterialText.h"
 
@@ -107,7 +108,8 @@ TEST(MaterialExhaustion, DocumentsAreReadWholeOrNotAtAll)
 TEST(MaterialExhaustion, EnvironmentIsReadWholeOrNotAtAll)
 {
     const auto read = [] {
-        const Host::Environment environment = Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER);
+        const Host::Environment environment =
+            Host::ReadEnvironment(Host::DefaultEnvironmentFolder());
         std::string text;
         for (const auto& code : environment.Code)
             text += code.Text + Compose(code.Provides.size(), "\n");
@@ -149,8 +151,8 @@ TEST(MaterialExhaustion, MaterialsAreExported)
 {
     std::vector<std::unique_ptr<Host::ProgramFormat>> formats;
     formats.push_back(std::make_unique<Host::CgFormat>());
-    const Host::ProgramExporter exporter(
-        TestPlugins(), Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER), {true}, std::move(formats));
+    const Host::ProgramExporter exporter(TestPlugins(), TestEnvironment(), {true},
+                                         std::move(formats));
     ExpectResult([&] {
         const Host::ExportedMaterial exported = exporter.Export(example);
         exported.Problems.ThrowFirstError();

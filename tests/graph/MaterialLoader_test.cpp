@@ -1,5 +1,6 @@
 #include "mox/graph/MaterialLoader.h"
 #include "mox/graph/MaterialSaver.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/Files.h"
 #include "tests/support/Golden.h"
 #include "tests/support/GraphText.h"

@@ -8,6 +8,7 @@
 #include "mox/program/ShaderTypeText.h"
 #include "tests/numbers/FeedNode.h"
 #include "tests/numbers/SinkNode.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/MaterialText.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -29,7 +30,7 @@ Environment MakeBareEnvironment()
 {
     const ShaderType place(ComponentType::Float, 2, 1, 1);
     const ShaderType four(ComponentType::Float, 4, 1, 1);
-    Environment environment = ReadEnvironment(MOX_ENVIRONMENT_FOLDER);
+    Environment environment = TestEnvironment();
     environment.Values.clear();
     environment.Outputs.clear();
     EnvironmentEntry position;

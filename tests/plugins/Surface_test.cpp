@@ -3,6 +3,7 @@
 #include "mox/graph/MaterialLoader.h"
 #include "mox/program/ShaderGeneration.h"
 #include "mox/program/ShaderGraphText.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/Golden.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/MaterialText.h"

@@ -2,6 +2,8 @@
 #include "mox/preview/MaterialPreview.h"
 #include "mox/preview/MeshFile.h"
 #include "mox/preview/MeshShapes.h"
+#include "tests/support/BuildTree.h"
+#include "tests/support/Files.h"
 #include "tests/support/MaterialText.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -75,8 +77,7 @@ protected:
     static void SetUpTestSuite()
     {
         try {
-            _preview = std::make_unique<MaterialPreview>(
-                TestPlugins(), ReadEnvironment(MOX_ENVIRONMENT_FOLDER), true);
+            _preview = std::make_unique<MaterialPreview>(TestPlugins(), TestEnvironment(), true);
         } catch (const HostError& error) {
             _failure = error.what();
         }
@@ -227,15 +228,13 @@ TEST_F(MaterialPreviewTest, PixelsAreThoseOfTheFile)
 
 TEST_F(MaterialPreviewTest, EveryExampleIsDrawn)
 {
-    for (const auto& entry : std::filesystem::directory_iterator(MOX_EXAMPLES)) {
-        if (entry.path().extension() != ".xml")
-            continue;
-        SCOPED_TRACE(entry.path());
+    for (const std::filesystem::path& file : ExampleDocuments()) {
+        SCOPED_TRACE(file);
         PreviewOptions options;
         options.Width = options.Height = 64;
         ProblemList problems;
-        const Picture picture = _preview->RenderMaterial(ReadMaterialDocument(entry.path()),
-                                                         MakeSphere(), options, problems);
+        const Picture picture =
+            _preview->RenderMaterial(ReadMaterialDocument(file), MakeSphere(), options, problems);
         EXPECT_FALSE(problems.HasErrors());
         EXPECT_NE(PixelAt(picture, 0.5f, 0.5f), PixelAt(picture, 0.02f, 0.02f));
     }

@@ -4,12 +4,10 @@
 #include "mox/graph/GraphCopy.h"
 
 #include <iterator>
-#include <map>
 #include <utility>
 
 using namespace Mox::Host;
 using Mox::Materials::Compose;
-using Mox::Materials::GuiNode;
 using Mox::Materials::GuiPort;
 using Mox::Materials::GuiPropertyKind;
 
@@ -146,35 +144,4 @@ GraphChange GraphEditor::RemoveSomeEdge() const
     auto edge = _graph.Edges().begin();
     std::advance(edge, _choose(_graph.Edges().size()));
     return {{RemoveEdge{_graph.Store().Describe(*edge)}}};
-}
-
-std::string FindDisagreement(const MaterialGraph& graph)
-{
-    std::string found;
-    std::map<const GuiPort*, bool> isConnected;
-    std::map<const GuiNode*, std::pair<std::size_t, std::size_t>> edges; ///< in, out
-    for (const MaterialGraph::Edge& edge : graph.Edges()) {
-        if (graph.IsLoose(edge))
-            continue;
-        auto& tail = *graph.Nodes()[edge.Tail].Gui;
-        auto& head = *graph.Nodes()[edge.Head].Gui;
-        isConnected[&tail.GetOutputPort(edge.Gui->TailPort)] = true;
-        isConnected[&head.GetInputPort(edge.Gui->HeadPort)] = true;
-        ++edges[&tail].second;
-        ++edges[&head].first;
-        const OnlineOrder& order = graph.Store().Order();
-        if (order.Position(edge.Tail) >= order.Position(edge.Head))
-            found += Compose("order of \"", graph.Nodes()[edge.Tail].Id, "\" and its reader\n");
-    }
-    for (const MaterialGraph::Node& node : graph.Nodes()) {
-        if (std::pair(node.Gui->InEdges.size(), node.Gui->OutEdges.size()) != edges[node.Gui.get()])
-            found += Compose("edge lists of \"", node.Id, "\"\n");
-        for (const auto* ports : {&node.Gui->InputPorts, &node.Gui->OutputPorts}) {
-            for (const GuiPort& port : *ports) {
-                if (port.Connected != isConnected[&port])
-                    found += Compose("flag of \"", node.Id, "\" port \"", port.Name, "\"\n");
-            }
-        }
-    }
-    return found;
 }

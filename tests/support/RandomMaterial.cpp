@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/MaterialText.h"
 
 #include <random>
