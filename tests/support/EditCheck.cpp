@@ -92,6 +92,8 @@ public:
         Resolve();
     }
 
+    bool CanRedo() const { return _history.CanRedo(); }
+
     void Redo()
     {
         _history.Redo();
@@ -137,11 +139,17 @@ int CheckEdits(MaterialGraph& graph, const GraphEditor::Choice& choose,
         const std::string after = describe(graph);
         if (!isDone)
             ClaimEqual(after, before, "a refused change changes nothing");
-        if (after != before && choose(8) == 1) { // else nothing was remembered
-            history.Undo();
-            ClaimEqual(describe(graph), before, "undoing restores what was");
-            history.Redo();
-            ClaimEqual(describe(graph), after, "redoing does it again");
+        if (after != before) { // else nothing was remembered
+            Claim(!history.CanRedo(), "a new change forgets what was undone");
+            const std::size_t fate = choose(8);
+            if (fate < 2) {
+                history.Undo();
+                ClaimEqual(describe(graph), before, "undoing restores what was");
+            }
+            if (fate == 1) {
+                history.Redo();
+                ClaimEqual(describe(graph), after, "redoing does it again");
+            }
         }
         if (graph.Nodes().size() == 0)
             history.Undo();
