@@ -1,5 +1,6 @@
 #include "mox/batch/ExportBatch.h"
 #include "mox/host/HostError.h"
+#include "tests/support/Failure.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,6 +1,7 @@
 #include "mox/document/MaterialDocument.h"
 #include "mox/host/HostError.h"
 #include "tests/support/DocumentMaker.h"
+#include "tests/support/Failure.h"
 #include "tests/support/Files.h"
 #include "tests/support/Golden.h"
 #include "tests/support/GraphText.h"

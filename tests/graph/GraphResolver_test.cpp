@@ -1,6 +1,7 @@
 #include "mox/Text.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/MaterialLoader.h"
+#include "tests/support/Failure.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/ProbeNode.h"
 

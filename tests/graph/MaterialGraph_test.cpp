@@ -1,5 +1,6 @@
 #include "mox/graph/MaterialLoader.h"
 #include "mox/graph/MaterialSaver.h"
+#include "tests/support/Failure.h"
 #include "tests/support/Golden.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/MaterialText.h"

@@ -1,5 +1,5 @@
 #include "mox/host/AtomicFile.h"
-#include "tests/support/GraphText.h"
+#include "tests/support/Failure.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "mox/host/HostError.h"
 #include "mox/preview/MeshFile.h"
-#include "tests/support/GraphText.h"
+#include "tests/support/Failure.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -7,6 +7,7 @@
 #include "mox/graph/MaterialSaver.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/Claim.h"
+#include "tests/support/Failure.h"
 #include "tests/support/GraphText.h"
 
 #include <map>
