@@ -32,19 +32,36 @@ constexpr std::int32_t flags[] = {0, 1, -1};
 class Provider : public InterfaceNodeProvider
 {
 public:
-    explicit Provider(std::string name) : _name(std::move(name)) {}
+    explicit Provider(ProviderModel does) : Does(std::move(does)) {}
 
     ShaderNodeHandle ProvideInterfaceNode(const std::string& name, std::int32_t nodeFlags,
                                           ShaderGraph&) override
     {
-        if (name != _name)
+        ++Does.Asked;
+        if (name != Does.Name)
             return {};
-        return ShaderNode::CreateInterfaceParameter(name, nodeFlags, providedType);
+        return ShaderNode::CreateInterfaceParameter(name, nodeFlags, Does.Type);
     }
 
-private:
-    std::string _name;
+    ProviderModel Does;
 };
+
+/// What a call gives, and the failure with which it ends.
+template <class Result, class Call>
+std::pair<Result, std::string> Try(Call call)
+{
+    try {
+        if constexpr (!std::is_void_v<decltype(call())>)
+            return {call(), ""};
+        else
+            call();
+    } catch (const ShaderError& error) {
+        return {Result(), error.Message};
+    } catch (const boost::bad_weak_ptr&) {
+        return {Result(), "bad_weak_ptr"};
+    }
+    return {};
+}
 
 /// The real objects of a GraphModel.
 struct RealGraph
@@ -101,28 +118,18 @@ private:
     ShaderNodeHandle& Node(int number) { return At(_nodes, number); }
     ShaderEdgeHandle& Edge(int number) { return At(_edges, number); }
 
-    /// Makes a call and compares what comes out.
-    template <class Call>
-    void Expect(const Answer& expected, Call call)
+    /// Makes a call on the model and the real one, and compares what comes out.
+    template <class ModelCall, class Call>
+    void Expect(ModelCall modelCall, Call call)
     {
-        std::string failure;
-        ShaderNodeHandle node;
-        try {
-            if constexpr (std::is_void_v<decltype(call())>)
-                call();
-            else
-                node = call();
-        } catch (const ShaderError& error) {
-            failure = error.Message;
-        } catch (const boost::bad_weak_ptr&) {
-            failure = "bad_weak_ptr";
-        }
-        ClaimEqual(failure, expected.Failure, "the call says what it must");
+        const auto [expected, expectedFailure] = Try<Found>(modelCall);
+        const auto [node, failure] = Try<ShaderNodeHandle>(call);
+        ClaimEqual(failure, expectedFailure, "the call says what it must");
         if (expected.Node >= 0)
             Claim(node == At(_weakNodes, expected.Node).lock(),
                   "the call gives the node that it must");
-        if (expected.IsProvided && failure.empty())
-            Claim(node && node->Type == providedType, "a provider answers");
+        if (expected.Provided)
+            Claim(node && node->Type == *expected.Provided, "the last provider answers");
     }
 
     void Step()
@@ -141,20 +148,22 @@ private:
         case 3:
             return MakeEdge(node, other);
         case 4:
-            return Expect(_model.InsertNode(model, node), [&] { graph.InsertNode(Node(node)); });
+            return Expect([&] { _model.InsertNode(model, node); },
+                          [&] { graph.InsertNode(Node(node)); });
         case 5:
             return FindNode(model, graph);
         case 6: {
-            const std::string tailPort = Pick(ports);
-            const std::string headPort = Pick(ports);
-            return Expect(_model.ConnectPorts(model, node, tailPort, other, headPort), [&] {
-                graph.ConnectPorts(Node(node), tailPort, Node(other), headPort, false);
-            });
+            const EdgeModel ends{node, Pick(ports), other, Pick(ports), false};
+            return Expect([&] { _model.ConnectPorts(model, ends); },
+                          [&] {
+                              graph.ConnectPorts(Node(node), ends.TailPort, Node(other),
+                                                 ends.HeadPort, false);
+                          });
         }
         case 7: {
-            const std::string name = Pick(names);
-            model.Providers.push_back(name);
-            return graph.Providers.push_back(boost::make_shared<Provider>(name));
+            const auto columns = static_cast<std::int32_t>(1 + model.Providers.size() % 4);
+            model.Providers.push_back({Pick(names), ShaderType(f, columns, 1, 1)});
+            return graph.Providers.push_back(boost::make_shared<Provider>(model.Providers.back()));
         }
         case 8: {
             const std::int32_t newFlags = Pick(flags);
@@ -164,16 +173,17 @@ private:
         }
         case 9:
         case 10:
-            return Expect(_model.AddNode(model, node), [&] { generator.AddNode(Node(node)); });
+            return Expect([&] { _model.AddNode(model, node); },
+                          [&] { generator.AddNode(Node(node)); });
         case 11:
-            return Expect(_model.GetShaderNode(model, node),
+            return Expect([&] { return _model.GetShaderNode(model, node); },
                           [&] { return generator.GetShaderNode(Node(node)); });
         case 12:
         case 13: {
-            const std::string tailPort = Pick(ports);
-            const std::string headPort = Pick(ports);
-            return Expect(_model.Connect(model, node, tailPort, other, headPort),
-                          [&] { generator.Connect(Node(node), tailPort, Node(other), headPort); });
+            const EdgeModel ends{node, Pick(ports), other, Pick(ports), false};
+            return Expect(
+                [&] { _model.Connect(model, ends); },
+                [&] { generator.Connect(Node(node), ends.TailPort, Node(other), ends.HeadPort); });
         }
         case 14:
             return Record(model, generator, node);
@@ -199,16 +209,17 @@ private:
             return;
         const std::size_t use = _choices.Below(8);
         if (call == 17 && use == 0)
-            return Expect(_model.AddOutEdge(node, edge),
+            return Expect([&] { _model.AddOutEdge(node, edge); },
                           [&] { Node(node)->AddOutEdge(Edge(edge)); });
         if (call == 17 && use == 1)
-            return Expect(_model.AddInEdge(node, edge), [&] { Node(node)->AddInEdge(Edge(edge)); });
+            return Expect([&] { _model.AddInEdge(node, edge); },
+                          [&] { Node(node)->AddInEdge(Edge(edge)); });
         if (call == 17) {
             _model.Edge(edge).IsHeld = false;
             Edge(edge).reset();
             return;
         }
-        Expect(_model.InsertEdge(model, edge), [&] { graph.InsertEdge(Edge(edge)); });
+        Expect([&] { _model.InsertEdge(model, edge); }, [&] { graph.InsertEdge(Edge(edge)); });
     }
 
     void MakeNode()
@@ -259,15 +270,15 @@ private:
         _model.Edges.push_back({tail, tailPort, head, headPort, true});
     }
 
-    void FindNode(const GraphModel& model, ShaderGraph& graph)
+    void FindNode(GraphModel& model, ShaderGraph& graph)
     {
         const GraphModel::Key key(Pick(names), Pick(flags));
         const ShaderType& type = Pick(types);
         Claim(graph.HasInterfaceNode(key.first, key.second) == model.InterfaceNodes.contains(key),
               "the graph knows its own keys");
-        Expect(_model.FindInterfaceNode(model, key),
+        Expect([&] { return _model.FindInterfaceNode(model, key); },
                [&] { return graph.FindInterfaceNode(key.first, key.second); });
-        Expect(_model.GetInterfaceNode(model, key, type),
+        Expect([&] { return _model.GetInterfaceNode(model, key, type); },
                [&] { return graph.GetInterfaceNode(key.first, key.second, type); });
     }
 
@@ -380,6 +391,10 @@ private:
         }
         Claim(graph.InterfaceNodes.size() == model.InterfaceNodes.size(),
               "the graph has its interface parameters");
+        auto provider = graph.Providers.begin();
+        for (const ProviderModel& expected : model.Providers)
+            Claim(static_cast<const Provider&>(**provider++).Does.Asked == expected.Asked,
+                  "providers are asked last first");
         for (const auto& [key, number] : model.InterfaceNodes)
             Claim(graph.InterfaceNodes.at(key) == At(_weakNodes, number).lock(),
                   "the graph has its interface parameters");
