@@ -15,26 +15,21 @@ using namespace Mox::Materials;
 
 namespace {
 
-constexpr const char* nodeTypes[] = {"CoreMaths",
-                                     "CoreMaths",
-                                     "CoreMaths",
-                                     "CoreMaths",
-                                     "CoreMaths",
-                                     "CoreLayerBlend",
-                                     "CoreLayerBlend",
-                                     "CoreSwizzle",
-                                     "CoreSwizzle",
-                                     "CoreConstant",
-                                     "CoreTexture",
-                                     "CoreAnimatedUv",
-                                     "CoreUv",
-                                     "CoreVertexColour",
-                                     "SurfaceFacingRatio",
-                                     "SurfaceTime",
-                                     "SurfaceFrame",
-                                     "SurfaceWorldPosition",
-                                     "SurfaceWorldNormal",
-                                     "SurfaceViewDirection"};
+/// All types but the ends of materials.
+const std::vector<std::string>& NodeTypes()
+{
+    static const std::vector<std::string> types = [] {
+        std::vector<std::string> listed;
+        for (const Plugin& plugin : TestPlugins().Plugins()) {
+            for (const GuiNodeDescription& row : plugin.Descriptions()) {
+                if (row.Listed && row.TypeName != "Surface")
+                    listed.push_back(row.TypeName);
+            }
+        }
+        return listed;
+    }();
+    return types;
+}
 
 constexpr int mostTextures = 12;
 
@@ -77,7 +72,7 @@ public:
     {
         AddNode("CoreUv"); // so that there is always something to read
         for (int i = 1; i < nodeCount; ++i)
-            AddNode(_choice.Pick(nodeTypes));
+            AddNode(_choice.Below(3) == 0 ? "CoreMaths" : _choice.Pick(NodeTypes()));
         AddNode("Surface");
         return std::move(_document);
     }
