@@ -3,6 +3,7 @@
 #include "mox/preview/MeshFile.h"
 #include "mox/preview/MeshShapes.h"
 #include "tests/support/BuildTree.h"
+#include "tests/support/DeviceTest.h"
 #include "tests/support/Files.h"
 #include "tests/support/MaterialText.h"
 #include "tests/support/TemporaryFolder.h"
@@ -70,36 +71,14 @@ void WriteTexture(const std::filesystem::path& file, std::uint32_t size,
     WritePng(picture, file);
 }
 
-/// Shares one device among the tests; the validation layer watches all of them.
-class MaterialPreviewTest : public testing::Test
+struct WatchedPreview : MaterialPreview
+{
+    WatchedPreview() : MaterialPreview(TestPlugins(), TestEnvironment(), true) {}
+};
+
+class MaterialPreviewTest : public DeviceTest<WatchedPreview>
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        try {
-            _preview = std::make_unique<MaterialPreview>(TestPlugins(), TestEnvironment(), true);
-        } catch (const HostError& error) {
-            _failure = error.what();
-        }
-    }
-
-    static void TearDownTestSuite() { _preview.reset(); }
-
-    void SetUp() override
-    {
-        if (_failure.find("no Vulkan device was found") == 0)
-            GTEST_SKIP() << _failure;
-        ASSERT_TRUE(_preview) << _failure;
-    }
-
-    void TearDown() override
-    {
-        if (!_preview)
-            return;
-        for (; _messagesSeen < _preview->ValidationMessages().size(); ++_messagesSeen)
-            ADD_FAILURE() << _preview->ValidationMessages()[_messagesSeen];
-    }
-
     /// @param words keys and values as pixels.txt has them
     /// @param complaint takes what is wrong
     Picture Draw(const std::string& material, std::istream& words, std::string& complaint) const
@@ -133,7 +112,7 @@ protected:
         }
         try {
             ProblemList problems;
-            const Picture picture = _preview->RenderMaterial(document, mesh, options, problems);
+            const Picture picture = Get().RenderMaterial(document, mesh, options, problems);
             EXPECT_EQ(picture.Width, options.FrameCount * options.Width);
             if (!problems.Problems().empty())
                 complaint = problems.Problems().back().Format();
@@ -147,14 +126,7 @@ protected:
     }
 
     TemporaryFolder _folder;
-    static std::unique_ptr<MaterialPreview> _preview;
-    static std::string _failure;
-    static std::size_t _messagesSeen;
 };
-
-std::unique_ptr<MaterialPreview> MaterialPreviewTest::_preview;
-std::string MaterialPreviewTest::_failure;
-std::size_t MaterialPreviewTest::_messagesSeen = 0;
 
 TEST_F(MaterialPreviewTest, PixelsAreThoseOfTheFile)
 {
@@ -234,7 +206,7 @@ TEST_F(MaterialPreviewTest, EveryExampleIsDrawn)
         options.Width = options.Height = 64;
         ProblemList problems;
         const Picture picture =
-            _preview->RenderMaterial(ReadMaterialDocument(file), MakeSphere(), options, problems);
+            Get().RenderMaterial(ReadMaterialDocument(file), MakeSphere(), options, problems);
         EXPECT_FALSE(problems.HasErrors());
         EXPECT_NE(PixelAt(picture, 0.5f, 0.5f), PixelAt(picture, 0.02f, 0.02f));
     }
