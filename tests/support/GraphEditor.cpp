@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/graph/GraphCopy.h"
+#include "tests/support/MaterialText.h"
 
 #include <iterator>
 #include <utility>
@@ -13,50 +14,23 @@ using Mox::Materials::GuiPropertyKind;
 
 namespace {
 
-struct Setting
-{
-    const char* Property;
-    GuiPropertyKind Kind;
-    const char* Value;
-};
-
-constexpr auto e = GuiPropertyKind::Enum;
-constexpr auto i = GuiPropertyKind::Integer;
-constexpr auto b = GuiPropertyKind::Bool;
-
 /// Some fit one type, some another, some none.
-constexpr Setting settings[] = {
-    {"Function", e, "Clamp"},
-    {"Function", e, "Blend"},
-    {"Function", e, "Lerp"},
-    {"Function", e, "Fresnel"},
-    {"Function", e, "Multiply"},
-    {"Vector Type", e, "Uv"},
-    {"Vector Type", e, "Vector"},
-    {"Vector Type", e, "Colour"},
-    {"Component Count", i, "2"},
-    {"Component Count", i, "4"},
-    {"Component Count", i, "7"},
-    {"Reverse", b, "true"},
-    {"Reverse", b, "false"},
-    {"Constant Type", e, "Scalar"},
-    {"Constant Type", e, "Vector"},
-    {"Constant Type", e, "Component"},
-    {"Alpha", b, "true"},
-    {"Alpha", b, "false"},
-    {"Colour Type", e, "Vector"},
-    {"Colour Type", e, "Normal"},
-    {"Colour Type", e, "Component"},
-    {"Texture Type", e, "1D"},
-    {"Mode", e, "Advanced"},
-    {"Mode", e, "Basic"},
-    {"Mode", e, "Screen"},
-    {"PositionX", GuiPropertyKind::Float, "-0"},
-    {"Name", GuiPropertyKind::String, " a\n\"b\""},
-    {"Default Min", GuiPropertyKind::Float, "1e-45"},
-    {"Description", GuiPropertyKind::String, "notes"},
-    {"Default Colour", GuiPropertyKind::Colour, "0.1 nan -inf"},
-};
+const std::vector<DocumentProperty>& Settings()
+{
+    static const MaterialDocument settings = MaterialFromText(R"(
+            node Type; Function:enum=Clamp; Function:enum=Blend; Function:enum=Lerp
+            ; Function:enum=Fresnel; Function:enum=Multiply; Vector Type:enum=Uv
+            ; Vector Type:enum=Vector; Vector Type:enum=Colour; Component Count:integer=2
+            ; Component Count:integer=4; Component Count:integer=7; Reverse:bool=true
+            ; Reverse:bool=false; Constant Type:enum=Scalar; Constant Type:enum=Vector
+            ; Constant Type:enum=Component; Alpha:bool=true; Alpha:bool=false
+            ; Colour Type:enum=Vector; Colour Type:enum=Normal; Colour Type:enum=Component
+            ; Texture Type:enum=1D; Mode:enum=Advanced; Mode:enum=Basic; Mode:enum=Screen
+            ; PositionX:float=-0; Name:string= a "b"; Default Min:float=1e-45
+            ; Description:string=notes; Default Colour:colour=0.1 nan -inf
+        )");
+    return settings.Nodes[0].Properties;
+}
 
 constexpr const char* types[] = {"CoreMaths",    "CoreMaths",   "CoreLayerBlend", "CoreSwizzle",
                                  "CoreConstant", "CoreTexture", "CoreTexture",    "CoreAnimatedUv",
@@ -113,8 +87,7 @@ DocumentNode GraphEditor::StoredNode() const
 {
     DocumentNode node{Compose("n", _choose(idCount)), types[_choose(std::size(types))], 0, {}, 0};
     while (_choose(3) == 1) {
-        const Setting& setting = settings[_choose(std::size(settings))];
-        node.Properties.push_back({setting.Property, setting.Kind, setting.Value});
+        node.Properties.push_back(Settings()[_choose(Settings().size())]);
     }
     if (_choose(3) == 0)
         node.Properties.push_back({"Elsewhere", GuiPropertyKind::Node, AnyId()});
@@ -123,8 +96,7 @@ DocumentNode GraphEditor::StoredNode() const
 
 PropertySetting GraphEditor::AnySetting() const
 {
-    const Setting& setting = settings[_choose(std::size(settings))];
-    return {AnyId(), {setting.Property, setting.Kind, setting.Value}};
+    return {AnyId(), Settings()[_choose(Settings().size())]};
 }
 
 GraphChange GraphEditor::AddSomeEdge() const
