@@ -44,25 +44,24 @@ template <class Call>
 void ExpectNoFalseResult(Call call)
 {
     const std::string expected = call();
-    for (const auto shortage : {Allocations::Shortage::Once, Allocations::Shortage::Lasting}) {
-        bool hasFailed = true;
-        for (std::size_t number = 1; hasFailed && !::testing::Test::HasFailure(); ++number) {
-            SCOPED_TRACE(Compose("allocation ", number, " of libxml2"));
-            const std::size_t live = Allocations::LiveCount(Allocations::Owner::New);
-            {
-                std::string result = expected;
-                Allocations::FailAt(number, shortage, Allocations::Owner::Xml);
-                try {
-                    result = call();
-                } catch (const std::bad_alloc&) {
-                } catch (const Host::HostError&) {
-                }
-                hasFailed = Allocations::EndFailing();
-                EXPECT_EQ(result, expected);
+    using Allocations::Owner;
+    ForEachAllocation(Owner::Xml, Owner::New, [&](auto isOutOfMemory) {
+        std::string result = expected;
+        isOutOfMemory([&] {
+            try {
+                result = call();
+            } catch (const Host::HostError&) {
             }
-            EXPECT_EQ(Allocations::LiveCount(Allocations::Owner::New), live) << "blocks leak";
-        }
-    }
+        });
+        EXPECT_EQ(result, expected);
+    });
+}
+
+template <class Call>
+void ExpectAllOrNothing(Call call)
+{
+    ExpectResult(call);
+    ExpectNoFalseResult(call);
 }
 
 /// Keeps what a parser says.
@@ -94,15 +93,13 @@ TEST(MaterialExhaustion, ParserLosesNothing)
         problems.ThrowFirstError();
         return events.Said;
     };
-    ExpectResult(read);
-    ExpectNoFalseResult(read);
+    ExpectAllOrNothing(read);
 }
 
 TEST(MaterialExhaustion, DocumentsAreReadWholeOrNotAtAll)
 {
     const auto read = [] { return FormatDocument(Host::ReadMaterialDocument(example)); };
-    ExpectResult(read);
-    ExpectNoFalseResult(read);
+    ExpectAllOrNothing(read);
 }
 
 TEST(MaterialExhaustion, EnvironmentIsReadWholeOrNotAtAll)
@@ -119,8 +116,7 @@ TEST(MaterialExhaustion, EnvironmentIsReadWholeOrNotAtAll)
         }
         return text;
     };
-    ExpectResult(read);
-    ExpectNoFalseResult(read);
+    ExpectAllOrNothing(read);
 }
 
 TEST(MaterialExhaustion, BindingsAreWrittenAndReadWholeOrNotAtAll)
@@ -132,8 +128,7 @@ TEST(MaterialExhaustion, BindingsAreWrittenAndReadWholeOrNotAtAll)
     const auto file = std::filesystem::temp_directory_path() / "mox_exhausted_bindings.xml";
     std::ofstream(file) << Host::FormatBindings(*bindings);
     const auto read = [&] { return Host::FormatBindings(*Host::ReadBindings(file)); };
-    ExpectResult(read);
-    ExpectNoFalseResult(read);
+    ExpectAllOrNothing(read);
     std::filesystem::remove(file);
 }
 
