@@ -111,41 +111,6 @@ TEST(MaterialGraph, RefusalsChangeNothing)
     ExpectGolden("graph/refusals.txt", refusals);
 }
 
-TEST(MaterialGraph, EdgesOfVanishedPortsComeBack)
-{
-    MaterialGraph graph = Row();
-    graph.Connect("d", "out", "c", "in_2");
-    graph.SetProperty("c", "Master", "b");
-    const std::string before = Describe(graph);
-    // The number of inputs of "b" decides on that of "c", which refers to it.
-    const GraphChange inverse = graph.SetProperty("b", "Inputs", "1");
-    EXPECT_EQ(Probe(graph, "c").InEdges.size(), 1u);
-    EXPECT_FALSE(Probe(graph, "d").OutputPorts[0].Connected);
-    EXPECT_EQ(inverse.Format(), "set node \"b\" \"Inputs\" = integer \"2\"\n"
-                                "set node \"c\" \"Inputs\" = integer \"2\"\n"
-                                "add edge \"d\" port \"out\" -> \"c\" port \"in_2\"\n");
-    const GraphChange again = graph.Apply(inverse);
-    EXPECT_EQ(Describe(graph), before);
-    graph.Apply(again);
-    graph.Apply(graph.SetProperty("b", "Inputs", "0"));
-    EXPECT_EQ(Probe(graph, "b").InputPorts.size(), 1u);
-}
-
-TEST(MaterialGraph, RemovalEmptiesReferencesAndComesBackInPlace)
-{
-    MaterialGraph graph = Row();
-    graph.SetProperty("c", "Master", "b");
-    graph.SetProperty("d", "Master", "b");
-    graph.SetProperty("b", "PositionX", "1.5");
-    const std::string before = Describe(graph);
-    const GraphChange inverse = graph.RemoveNode("b");
-    EXPECT_FALSE(Probe(graph, "c").Master->Node);
-    EXPECT_EQ(graph.Nodes().size(), 4u);
-    EXPECT_EQ(graph.Edges().size(), 1u);
-    graph.Apply(inverse);
-    EXPECT_EQ(Describe(graph), before);
-}
-
 TEST(MaterialGraph, PortsAreBuiltOnlyWhereTheyMayChange)
 {
     MaterialGraph graph = Row();
