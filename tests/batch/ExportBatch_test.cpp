@@ -99,28 +99,6 @@ TEST_F(ExportBatchTest, WritesTextsAndReportsInOrder)
     }
 }
 
-/// A failure to write counts like any other failure of the one material.
-TEST_F(ExportBatchTest, OneOutputThatCannotBeWritten)
-{
-    Folder.Write("a.two/in the way");
-    std::string failures;
-    MakeBatch({"a", "b"}).Run(2, [&](const ExportJob& job, const ExportOutcome& outcome) {
-        failures += outcome.Problems.HasErrors() ? job.Document : "";
-    });
-    EXPECT_EQ(failures, "a");
-    EXPECT_EQ(Folder.Read("b.two"), "two of b");
-}
-
-TEST_F(ExportBatchTest, RefusesTwoWritersOfOneFile)
-{
-    EXPECT_EQ(HostFailureOf([this] {
-                  const ExportBatch batch(Exporter,
-                                          {{"a.xml", "out/a"}, {"b", "o/b"}, {"x/a", "out/./a"}});
-              }),
-              "out/a.one: would be written for both a.xml and x/a");
-    EXPECT_EQ(Exporter.Begun, 0);
-}
-
 TEST_F(ExportBatchTest, StopsBetweenMaterials)
 {
     std::stop_source stopped;
