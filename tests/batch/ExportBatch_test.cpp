@@ -99,6 +99,16 @@ TEST_F(ExportBatchTest, WritesTextsAndReportsInOrder)
     }
 }
 
+TEST_F(ExportBatchTest, RefusesTwoWritersOfOneFile)
+{
+    EXPECT_EQ(HostFailureOf([this] {
+                  const ExportBatch batch(Exporter,
+                                          {{"a.xml", "out/a"}, {"b", "o/b"}, {"x/a", "out/./a"}});
+              }),
+              "out/a.one: would be written for both a.xml and x/a");
+    EXPECT_EQ(Exporter.Begun, 0);
+}
+
 TEST_F(ExportBatchTest, StopsBetweenMaterials)
 {
     std::stop_source stopped;
