@@ -1,9 +1,8 @@
 #include "mox/document/TextPattern.h"
-#include "tests/support/DocumentMaker.h"
+#include "tests/support/Random.h"
 
 #include <gtest/gtest.h>
 
-#include <iterator>
 #include <memory>
 #include <regex.h>
 #include <stdexcept>
@@ -15,16 +14,15 @@ namespace {
 using namespace Mox::Host;
 
 /// Any expression: alternatives of sequences of parts, down to a depth of groups.
-std::string MakeExpression(DocumentMaker& random, int depth)
+std::string MakeExpression(Random& random, int depth)
 {
     static constexpr const char* parts[] = {"a", "b", "-", "\\.", "[ab]", "[.]", "[a-b\\-]"};
     static constexpr const char* repeats[] = {"", "", "", "", "?", "*", "+", "{2}", "{3}"};
     std::string text;
     for (std::size_t count = random.Below(4); count > 0; --count) {
         const bool isGroup = depth > 0 && random.Below(3) == 0;
-        text += isGroup ? "(" + MakeExpression(random, depth - 1) + ")"
-                        : parts[random.Below(std::size(parts))];
-        text += repeats[random.Below(std::size(repeats))];
+        text += isGroup ? "(" + MakeExpression(random, depth - 1) + ")" : random.Pick(parts);
+        text += random.Pick(repeats);
     }
     return random.Below(3) == 0 ? text + "|" + MakeExpression(random, depth) : text;
 }
@@ -64,7 +62,7 @@ private:
 
 TEST(TextPattern, MatchesWhatTheExpressionMeans)
 {
-    DocumentMaker random(DrawSeed());
+    Random random(DrawSeed());
     int compared = 0;
     for (int i = 0; i < 3000; ++i) {
         const std::string expression = MakeExpression(random, 2);

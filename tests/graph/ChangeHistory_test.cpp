@@ -1,10 +1,9 @@
 #include "mox/graph/MaterialLoader.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/EditCheck.h"
+#include "tests/support/Random.h"
 
 #include <gtest/gtest.h>
-
-#include <random>
 
 using namespace Mox::Host;
 
@@ -17,10 +16,8 @@ TEST(ChangeHistory, RandomEditsEndWhereTheyBegan)
     const MaterialDocument document = ReadMaterialDocument(MOX_EXAMPLES "/flip_book.xml");
     for (unsigned seed = 1; seed <= 30 && !HasFailure(); ++seed) {
         MaterialGraph graph = LoadMaterial(document, TestPlugins());
-        std::mt19937 random(seed);
-        const auto choose = [&](std::size_t end) {
-            return std::uniform_int_distribution<std::size_t>(0, end - 1)(random);
-        };
+        Random random(seed);
+        const auto choose = [&](std::size_t end) { return random.Below(end); };
         int edits = 0;
         const auto isOver = [&] { return ++edits > mostEdits; };
         int done = 0;
