@@ -68,41 +68,33 @@ TEST(ProgramCompiler, TextAndParametersMustMeet)
     CgProgram program = ReadProgram("painted");
     std::erase_if(program.Parameters,
                   [](const auto& p) { return p.Name == "world" || p.Name == "rampTexture"; });
-    EXPECT_EQ(ErrorsOf(program), "error compile: test.xml: internal error of the compiler, vertex "
-                                 "stage, spirv: \"world\" is no "
-                                 "parameter of the program\n"
-                                 "error compile: test.xml: internal error of the compiler, "
-                                 "fragment stage, spirv: \"rampTexture\" is "
-                                 "no parameter of the program\n");
+    const std::string internal = "error compile: test.xml: internal error of the compiler, ";
+    EXPECT_EQ(ErrorsOf(program),
+              internal + "vertex stage, spirv: \"world\" is no parameter of the program\n" +
+                  internal +
+                  "fragment stage, spirv: \"rampTexture\" is no parameter of the program\n");
     EXPECT_EQ(ErrorsOf(MakeFragmentProgram("void main( in float4 interpolant3 : TEXCOORD3, "
                                            "out half4 colour : COLOR0 )\n"
                                            "{\n\tcolour = interpolant3;\n}\n")),
-              "error compile: test.xml: internal error of the compiler, fragment stage, link: "
-              "nobody writes "
-              "\"interpolant3\"\n");
+              internal + "fragment stage, link: nobody writes \"interpolant3\"\n");
 }
 
 /// The program that calls one function in each stage with uniforms for its inputs.
 CgProgram WrapFunction(const std::string& function)
 {
-    static const std::regex parameter(R"((in|out) (\w+?)(\d?) (\w+))");
+    static const std::regex parameter(R"((in|out) (\w+) (\w+))");
     const std::string name = function.substr(5, function.find('(') - 5);
     const std::string signature = function.substr(0, function.find('\n'));
-    std::string uniforms, locals, arguments, sum = "0.0.xxxx";
+    std::string uniforms, locals, arguments, sum = "0.0";
     int unit = 0;
     for (std::sregex_iterator it(signature.begin(), signature.end(), parameter), end; it != end;
          ++it) {
-        const std::string type = (*it)[2].str() + (*it)[3].str();
-        const std::string variable = "the_" + (*it)[4].str();
+        const std::string type = (*it)[2];
+        const std::string variable = "the_" + (*it)[3].str();
         arguments += (arguments.empty() ? " " : ", ") + variable;
         if ((*it)[1] == "out") {
             locals += Compose("\t", type, " ", variable, ";\n");
-            const std::string count = (*it)[3].str();
-            const std::string swizzle = count.empty()  ? ".xxxx"
-                                        : count == "2" ? ".xyxy"
-                                        : count == "3" ? ".xyzx"
-                                                       : ".xyzw";
-            sum += Compose(" + ", variable, swizzle);
+            sum += Compose(" + dot( ", variable, ", ", variable, " )");
         } else if (type.starts_with("sampler")) {
             uniforms += Compose("uniform ", type, " ", variable, " : TEXUNIT", unit++, ";\n");
         } else {
@@ -222,8 +214,8 @@ TEST(ProgramCompiler, ErrorsNameTheNodeOfAMaterial)
     )"),
                                             problems);
     EXPECT_EQ(ErrorsOf(program), "error compile: test.xml: node \"flip book\": does not compile "
-                                 "for the fragment stage: 'inf': unknown "
-                                 "variable, in \"float numColsRcp = float( inf ).x;\"\n");
+                                 "for the fragment stage: 'inf': unknown variable, "
+                                 "in \"float numColsRcp = float( inf ).x;\"\n");
 }
 
 /// A pair of programs that reads one parameter of a kind for each name.
