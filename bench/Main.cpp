@@ -6,6 +6,7 @@ namespace Mox::Bench {
 
 void RegisterEditBenchmarks(const Workshop& workshop);
 void RegisterNodeBenchmarks(const Workshop& workshop);
+void RegisterPartBenchmarks(const Workshop& workshop);
 void RegisterPlainBenchmarks(const Workshop& workshop);
 void RegisterRoadBenchmarks(const Workshop& workshop);
 
@@ -21,6 +22,7 @@ int main(int argumentCount, char** arguments)
     Mox::Bench::RegisterNodeBenchmarks(workshop);
     Mox::Bench::RegisterEditBenchmarks(workshop);
     Mox::Bench::RegisterRoadBenchmarks(workshop);
+    Mox::Bench::RegisterPartBenchmarks(workshop);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }

@@ -8,6 +8,21 @@
 
 namespace Mox::Bench {
 
+/// A property as a program's text has it.
+struct PlainRow
+{
+    const char* Name;
+    const char* Help;
+    bool Editable;
+    bool Visible;
+    int Style;
+    int Kind;
+    const char* Text;
+    int Integer;
+    const float* Floats;
+    std::vector<const char*> Choices;
+};
+
 /// The floor: what creating and freeing a maths node costs if one writes it down without a thought
 /// about speed. It has the fields of a property and of a node, and nothing behind them.
 struct PlainProperty
@@ -38,7 +53,7 @@ struct PlainNode
     boost::shared_ptr<PlainBag> Properties;
 };
 
-/// A node with a property for each row, which is copied field by field.
-boost::shared_ptr<PlainNode> CreatePlainNode(const std::vector<PlainProperty>& rows);
+/// A node with a property for each row.
+boost::shared_ptr<PlainNode> CreatePlainNode(const std::vector<PlainRow>& rows);
 
 } // namespace Mox::Bench

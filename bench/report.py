@@ -13,13 +13,16 @@ NATIVE_MICROSECONDS = 37  # the lower end of what MaterialX's native generator t
 NATIVE_LOAD_MILLISECONDS = 31
 
 
-def read_medians(file):
-    """From a benchmark's name to its medians."""
-    rows = {}
-    for row in json.loads(file.read_text())["benchmarks"]:
-        if row.get("aggregate_name") == "median":
-            rows[row["run_name"].split("/iterations")[0]] = row
-    return rows
+def read_medians(files):
+    """From a benchmark's name to the medians of its figures over the processes that measured it."""
+    found = {}
+    for file in files:
+        for row in json.loads(file.read_text())["benchmarks"]:
+            if row.get("aggregate_name") == "median":
+                found.setdefault(row["run_name"].split("/iterations")[0], []).append(row)
+    return {name: {key: statistics.median(row[key] for row in rows)
+                   for key, value in rows[0].items() if isinstance(value, float)}
+            for name, rows in found.items()}
 
 
 def table(head, rows):
@@ -35,9 +38,9 @@ def ratio(value, bar=None, at_most=True):
 
 
 def main(folder, materials):
-    rows = read_medians(folder / "mox.json")
-    beside = read_medians(folder / "beside.json")
-    system = read_medians(folder / "plain.json")
+    rows = read_medians(sorted(folder.glob("mox-*.json")))
+    beside = read_medians([folder / "beside.json"])
+    system = read_medians(sorted(folder.glob("plain-*.json")))
     road = lambda shape, size: rows[f"road/{shape}/{size}"]
     plain = {size: rows[f"plain/CoreMaths/{size}"] for size in (1000, 100000)}
     cost = lambda row: row["create"] + row["free"]
@@ -73,6 +76,10 @@ def main(folder, materials):
     for shape in ("chain", "tree", "layered"):
         bars.append([f"node of 100,000 / node of 1,000, {shape}", "at most 1.25",
                      ratio(road(shape, 100000)["road"] / road(shape, 1000)["road"], 1.25)])
+    bars.append(["the same of the plain baseline, on the C library's allocator", "",
+                 ratio(cost(system["plain/CoreMaths/100000"]) / cost(system["plain/CoreMaths/1000"]))])
+    bars.append(["the same of the plain baseline, on the road's allocator", "",
+                 ratio(floor[100000] / floor[1000])])
     first = json.loads((folder / "first.json").read_text())["benchmarks"][0]["road"]
     bars.append(["first road of a process / a later one, chain of 100,000", "",
                  ratio(first / road("chain", 100000)["road"])])
@@ -102,11 +109,10 @@ def main(folder, materials):
           "also has to fetch pages from the system.")
 
     print("\n## Size\n\nTime for each node against that of the same shape at 1,000 nodes. `values` is a "
-          "chain in which every node has a value, and so a function, of its own; a wide fan stops at "
-          "10,000.\n")
+          "chain in which every node has a value, and so a function, of its own.\n")
     print(table(["shape"] + [f"{size:,}" for size in SIZES],
                 [[shape] + [ratio(road(shape, size)["road"] / road(shape, 1000)["road"])
-                            if f"road/{shape}/{size}" in rows else "" for size in SIZES]
+                            for size in SIZES]
                  for shape in ("chain", "values", "tree", "fan", "layered")]))
 
     print("\n## Stages\n\nEach stage of a chain against the plain baseline of the nearest size: a plain "
@@ -116,6 +122,18 @@ def main(folder, materials):
     print(table(["nodes"] + STAGES + ["road"],
                 [[f"{size:,}"] + [ratio(road("chain", size)[stage] / near(size))
                                   for stage in STAGES + ["road"]] for size in SIZES]))
+
+    print("\n## Parts\n\nWhat becomes of a resolved graph, for each node against the plain baseline of the "
+          "nearest size. `generate` is every node's shader and `join` the final pass, both with the "
+          "library alone; `programs` is the text of both stages, `save` a document of the graph.\n")
+    parts = ["generate", "join", "programs", "save"]
+    print(table(["shape", "nodes"] + parts,
+                [[name.split("/")[1], f"{int(name.split('/')[2]):,}"] +
+                 [ratio(row[part] / near(int(name.split("/")[2]))) for part in parts]
+                 for name, row in rows.items() if name.startswith("parts/")]))
+    bindings = rows["bindings/1000"]
+    print(f"\nA binding of four floats takes {ratio(bindings['write'] / floor[1000])} of the baseline "
+          f"to write as XML and {ratio(bindings['read'] / floor[1000])} to read from a file.")
 
     print("\n## Nodes\n\nCreating and freeing a node of each type, 1,000 at a time, against the plain "
           "maths node with the same allocator.\n")

@@ -38,10 +38,10 @@ public:
     {
         std::unique_lock lock(_mutex);
         const bool isFree =
-            _changed.wait(lock, stop, [this] { return _taken < _reported + window; });
+            _advanced.wait(lock, stop, [this] { return _taken < _reported + window; });
         if (!isFree || stop.stop_requested() || _taken == _count) {
             --_workers;
-            _changed.notify_all();
+            _arrived.notify_one();
             return {};
         }
         return _taken++;
@@ -51,19 +51,22 @@ public:
     {
         const std::lock_guard lock(_mutex);
         _waiting.emplace(job, std::move(outcome));
-        _changed.notify_all();
+        if (job == _reported)
+            _arrived.notify_one();
     }
 
     /// Waits for the outcome of the next job in order; nothing when no more will come.
     std::optional<ExportOutcome> Next()
     {
         std::unique_lock lock(_mutex);
-        _changed.wait(lock, [this] { return _waiting.contains(_reported) || _workers == 0; });
+        _arrived.wait(lock, [this] { return _waiting.contains(_reported) || _workers == 0; });
         auto outcome = _waiting.extract(_reported);
         if (!outcome)
             return {};
+        const bool wasFull = _taken == _reported + window;
         ++_reported;
-        _changed.notify_all();
+        if (wasFull)
+            _advanced.notify_all();
         return std::move(outcome.mapped());
     }
 
@@ -72,7 +75,8 @@ private:
 
     const std::size_t _count;
     std::mutex _mutex;
-    std::condition_variable_any _changed;
+    std::condition_variable _arrived;      ///< the next outcome, or the end of a worker
+    std::condition_variable_any _advanced; ///< the window, which was full
     std::map<std::size_t, ExportOutcome> _waiting;
     std::size_t _taken = 0;
     std::size_t _reported = 0;

@@ -6,11 +6,15 @@
 #include <libxml/xmlreader.h>
 
 #include <algorithm>
-#include <fstream>
+#include <atomic>
+#include <fcntl.h>
+#include <future>
 #include <memory>
 #include <string_view>
 #include <system_error>
+#include <unistd.h>
 #include <unordered_set>
+#include <vector>
 
 namespace Mox::Host {
 
@@ -18,13 +22,31 @@ namespace {
 
 using std::filesystem::path;
 
+class FileDescriptor
+{
+public:
+    explicit FileDescriptor(int number) : _number(number) {}
+    ~FileDescriptor()
+    {
+        if (_number >= 0)
+            close(_number);
+    }
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+
+    int Number() const { return _number; }
+
+private:
+    int _number;
+};
+
 bool MayBeMaterial(const path& file)
 {
-    if (!std::ifstream(file))
-        return true; // libxml2 would print the reason
+    // Given the name, libxml2 would print why it cannot open it.
+    const FileDescriptor descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC));
     const std::unique_ptr<xmlTextReader, decltype(&xmlFreeTextReader)> reader(
-        xmlReaderForFile(file.c_str(), nullptr,
-                         XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
+        xmlReaderForFd(descriptor.Number(), file.c_str(), nullptr,
+                       XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
         xmlFreeTextReader);
     if (!reader)
         return true;
@@ -44,21 +66,44 @@ bool MayBeFile(const std::filesystem::directory_entry& entry)
     return entry.is_regular_file(error) || error;
 }
 
-std::vector<std::string> FindIn(const path& folder)
+std::vector<std::string> KeepMaterials(const std::vector<std::string>& files, unsigned workers)
 {
-    std::vector<std::string> found;
+    xmlInitParser(); // only the first call is not safe on several threads
+    std::vector<char> mayBeMaterial(files.size()); // threads may write side by side, as not to bits
+    std::atomic<std::size_t> next = 0;
+    const auto look = [&] {
+        for (std::size_t i = next++; i < files.size(); i = next++)
+            mayBeMaterial[i] = MayBeMaterial(files[i]) ? 1 : 0;
+    };
+    std::vector<std::future<void>> others;
+    for (std::size_t i = 1; i < std::min<std::size_t>(workers, files.size()); ++i)
+        others.push_back(std::async(std::launch::async, look));
+    look();
+    for (std::future<void>& other : others)
+        other.get();
+    std::vector<std::string> materials;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (mayBeMaterial[i] != 0)
+            materials.push_back(files[i]);
+    }
+    return materials;
+}
+
+std::vector<std::string> FindIn(const path& folder, unsigned workers)
+{
+    std::vector<std::string> files;
     std::error_code error;
     std::filesystem::recursive_directory_iterator entry(folder, error);
     for (; !error && entry != std::filesystem::end(entry); entry.increment(error)) {
-        if (entry->path().extension() == ".xml" && MayBeFile(*entry) &&
-            MayBeMaterial(entry->path()))
-            found.push_back(entry->path().string());
+        if (entry->path().extension() == ".xml" && MayBeFile(*entry))
+            files.push_back(entry->path().string());
     }
     const Place where{folder.string(), 0, {}, {}};
     if (error) {
         throw HostError(where,
                         Materials::Compose("cannot be searched for materials: ", error.message()));
     }
+    std::vector<std::string> found = KeepMaterials(files, workers);
     if (found.empty())
         throw HostError(where, "holds no material");
     std::sort(found.begin(), found.end());
@@ -75,7 +120,7 @@ path WithoutLinks(const path& folder)
 
 } // namespace
 
-std::vector<MaterialFile> FindMaterials(const std::vector<path>& filesAndFolders)
+std::vector<MaterialFile> FindMaterials(const std::vector<path>& filesAndFolders, unsigned workers)
 {
     std::vector<MaterialFile> materials;
     std::unordered_set<std::string> seen;
@@ -90,7 +135,7 @@ std::vector<MaterialFile> FindMaterials(const std::vector<path>& filesAndFolders
             continue;
         }
         const path folder = WithoutLinks(argument);
-        for (const std::string& document : FindIn(argument))
+        for (const std::string& document : FindIn(argument, workers))
             add(folder, path(document).lexically_relative(argument), document);
     }
     return materials;

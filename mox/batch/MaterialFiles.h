@@ -19,7 +19,9 @@ struct MaterialFile
 /// <material>, and each that breaks before its root, so that a damaged material is not passed over
 /// in silence. A file that is named more than once, be it by another road or in a folder, is taken
 /// once, as it was named first; links with names of their own are files of their own.
+/// @param workers number of threads that look into the files, at least 1
 /// @throws HostError if a folder cannot be read or holds no material
-std::vector<MaterialFile> FindMaterials(const std::vector<std::filesystem::path>& filesAndFolders);
+std::vector<MaterialFile> FindMaterials(const std::vector<std::filesystem::path>& filesAndFolders,
+                                        unsigned workers = 1);
 
 } // namespace Mox::Host

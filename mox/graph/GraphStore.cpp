@@ -84,7 +84,7 @@ DocumentProperty GraphStore::Describe(const GuiProperty& property) const
                                                    : FormatValue(property)};
 }
 
-std::size_t GraphStore::CreateNode(GraphNode node)
+std::size_t GraphStore::CreateNode(GraphNode&& node)
 {
     const std::size_t index = _nodes.Add(std::move(node));
     try {

@@ -126,7 +126,7 @@ public:
     /// Whether a placeholder stands at one of the edge's ends, so that it joins no ports.
     bool IsLoose(const GraphEdge& edge) const { return edge.IsLoose; }
 
-    std::size_t CreateNode(GraphNode node);
+    std::size_t CreateNode(GraphNode&& node);
     void AttachNode(std::size_t index, std::size_t before);
     void DetachNode(std::size_t index) noexcept; ///< the node has no edges any more
     void ReleaseNode(std::size_t index) noexcept;

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -33,10 +34,10 @@ public:
     MaterialGraph Load()
     {
         _graph.Reserve(_document.Nodes.size(), _document.Edges.size());
+        _created.reserve(_document.Nodes.size());
         for (const DocumentNode& node : _document.Nodes)
             CreateNode(node);
-        for (const auto& [index, stored] : _created)
-            LoadNode(index, *stored);
+        LoadNodes();
         BuildPorts();
         for (const DocumentEdge& edge : _document.Edges)
             LayEdge(edge);
@@ -50,6 +51,14 @@ public:
     }
 
 private:
+    struct CreatedNode
+    {
+        std::size_t Index;
+        const DocumentNode* Stored;
+        bool IsLoaded = false;
+        bool HasPorts = false; ///< or has refused to build them
+    };
+
     void CreateNode(const DocumentNode& stored)
     {
         GraphNode node;
@@ -76,7 +85,30 @@ private:
         node.Stored.LastComments = stored.LastComments;
         const std::size_t index = _graph.CreateNode(std::move(node));
         _graph.AttachNode(index, GraphStore::None);
-        _created.emplace_back(index, &stored);
+        _created.push_back({index, &stored});
+        // A placeholder gets the type that others may refer to only as it is loaded.
+        if (!_graph.Nodes()[index].IsPlaceholder && !HasReferences(stored))
+            FinishNode(_created.back());
+    }
+
+    static bool HasReferences(const DocumentNode& stored)
+    {
+        return std::any_of(stored.Properties.begin(), stored.Properties.end(),
+                           [](const DocumentProperty& property) {
+                               return property.Kind == GuiPropertyKind::Node;
+                           });
+    }
+
+    /// A node that needs no other one is finished while it is in the cache. What is wrong with it
+    /// waits until all nodes are made, as that of the others does.
+    void FinishNode(CreatedNode& node)
+    {
+        ProblemList found;
+        LoadNode(node, found);
+        if (!found.Problems().empty())
+            _found.emplace(node.Index, std::move(found));
+        if (_graph.References().Targets(node.Index).empty())
+            BuildPorts(node);
     }
 
     MadeNode Make(const std::string& type, const Place& where)
@@ -96,14 +128,26 @@ private:
         }
     }
 
-    void LoadNode(std::size_t index, const DocumentNode& stored)
+    void LoadNodes()
     {
-        const GraphNode& node = _graph.Nodes()[index];
+        for (CreatedNode& node : _created) {
+            if (!node.IsLoaded)
+                LoadNode(node, _problems);
+            else if (const auto found = _found.find(node.Index); found != _found.end())
+                _problems.Append(found->second);
+        }
+    }
+
+    void LoadNode(CreatedNode& created, ProblemList& problems)
+    {
+        const GraphNode& node = _graph.Nodes()[created.Index];
+        const DocumentNode& stored = *created.Stored;
         _graph.SetStoredProperties(
-            index, _missing.empty()
-                       ? LoadStored(_graph, node, stored, {}, _problems)
-                       : LoadStored(_graph, node, WithoutMissing(stored), {}, _problems));
-        _graph.RefreshReferences(index);
+            created.Index, _missing.empty()
+                               ? LoadStored(_graph, node, stored, {}, problems)
+                               : LoadStored(_graph, node, WithoutMissing(stored), {}, problems));
+        _graph.RefreshReferences(created.Index);
+        created.IsLoaded = true;
     }
 
     /// References to nodes that could not be made are no problem of their own.
@@ -119,15 +163,23 @@ private:
     void BuildPorts()
     {
         for (const std::size_t index : OrderByReference()) {
-            const GraphNode& node = _graph.Nodes()[index];
-            try {
-                CallLibrary(node.Where, [&] { node.Gui->UpdatePorts({}); });
-            } catch (const HostError& error) {
-                _problems.Fail("ports-refused", error);
-                _portless.insert(index);
-            }
-            _graph.JoinPorts(index);
+            if (!_created[index].HasPorts)
+                BuildPorts(_created[index]);
+            if (const auto refusal = _portless.find(index); refusal != _portless.end())
+                _problems.Fail("ports-refused", refusal->second);
         }
+    }
+
+    void BuildPorts(CreatedNode& created)
+    {
+        const GraphNode& node = _graph.Nodes()[created.Index];
+        try {
+            CallLibrary(node.Where, [&] { node.Gui->UpdatePorts({}); });
+        } catch (const HostError& error) {
+            _portless.emplace(created.Index, error);
+        }
+        _graph.JoinPorts(created.Index);
+        created.HasPorts = true;
     }
 
     std::vector<std::size_t> OrderByReference()
@@ -168,15 +220,15 @@ private:
 
     void LayEdge(const DocumentEdge& edge)
     {
-        const Place where{_document.File, edge.Line, {}, {}};
+        Place where{_document.File, edge.Line, {}, {}};
         const auto tail = FindEnd(edge.Tail, where);
         const auto head = FindEnd(edge.Head, where);
         if (!tail || !head || _portless.contains(*tail) || _portless.contains(*head))
             return;
         if (!CheckEdge(_graph, *tail, edge.TailPort, *head, edge.HeadPort, where, _problems))
             return;
-        const std::size_t index =
-            _graph.CreateEdge(*tail, edge.TailPort, *head, edge.HeadPort, where, edge.Comments);
+        const std::size_t index = _graph.CreateEdge(*tail, edge.TailPort, *head, edge.HeadPort,
+                                                    std::move(where), edge.Comments);
         _graph.AttachEdge(index, GraphStore::None);
     }
 
@@ -232,9 +284,11 @@ private:
     const MaterialDocument& _document;
     ProblemList& _problems;
     GraphStore _graph;
-    std::vector<std::pair<std::size_t, const DocumentNode*>> _created;
-    std::unordered_set<std::string> _missing;  ///< ids of nodes that could not be made
-    std::unordered_set<std::size_t> _portless; ///< nodes that could not build their ports
+    std::vector<CreatedNode> _created; ///< by index
+    std::unordered_map<std::size_t, ProblemList>
+        _found;                               ///< in loading nodes, until it is their turn
+    std::unordered_set<std::string> _missing; ///< ids of nodes that could not be made
+    std::unordered_map<std::size_t, HostError> _portless; ///< nodes that refused to build ports
 };
 
 } // namespace

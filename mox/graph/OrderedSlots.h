@@ -66,10 +66,10 @@ public:
     ~OrderedSlots() = default;
 
     /// Keeps a record, detached, and gives its number.
-    std::size_t Add(Record record)
+    std::size_t Add(Record&& record)
     {
         if (_firstFree == None) {
-            _slots.push_back({std::move(record), None, None});
+            _slots.emplace_back(std::move(record));
             return _slots.size() - 1;
         }
         const std::size_t index = _firstFree;
@@ -128,9 +128,11 @@ public:
 private:
     struct Slot
     {
+        explicit Slot(Record&& record) : Content(std::move(record)) {}
+
         std::optional<Record> Content;
-        std::size_t Previous;
-        std::size_t Next; ///< of a free slot: the next free one
+        std::size_t Previous = None;
+        std::size_t Next = None; ///< of a free slot: the next free one
     };
 
     void Swap(OrderedSlots& other) noexcept

@@ -27,20 +27,20 @@ bool HasName(const std::vector<DocumentProperty>& properties, const std::string&
 }
 
 /// Gives property the kind and value of a text.
-bool Parse(const GraphStore& graph, GuiProperty& property, const DocumentProperty& value,
-           const Place& where, ProblemList& problems)
+/// @param fail is called with rule and message if that cannot be
+template <class Fail>
+bool Parse(const GraphStore& graph, GuiProperty& property, const DocumentProperty& value, Fail fail)
 {
     if (!SetFromText(property, value.Kind, value.Value)) {
-        problems.Fail("bad-value", where,
-                      Compose("property ", Excerpt(value.Name), ": ", Excerpt(value.Value),
-                              " is no ", FormatKind(value.Kind), " value"));
+        fail("bad-value", Compose("property ", Excerpt(value.Name), ": ", Excerpt(value.Value),
+                                  " is no ", FormatKind(value.Kind), " value"));
         return false;
     }
     if (value.Kind != GuiPropertyKind::Node || value.Value.empty())
         return true;
     const auto target = graph.FindNode(value.Value);
     if (!target) {
-        problems.Fail("unknown-node", where, Compose("there is no node \"", value.Value, "\""));
+        fail("unknown-node", Compose("there is no node \"", value.Value, "\""));
         return false;
     }
     property.Node = graph.Nodes()[*target].Gui;
@@ -78,20 +78,22 @@ private:
 
     bool FillIn(const DocumentProperty& stored, const std::vector<DocumentProperty>& values)
     {
-        const Place where = PlaceOf(stored.Line);
+        const auto fail = [&](const char* rule, const std::string& message) {
+            _problems.Fail(rule, PlaceOf(stored.Line), message);
+        };
         auto property = GuiProperty::Create(stored.Name);
         if (stored.Kind == GuiPropertyKind::Node && HasName(values, stored.Name))
             property->Kind = GuiPropertyKind::Node;
-        else if (!Parse(_graph, *property, stored, where, _problems))
+        else if (!Parse(_graph, *property, stored, fail))
             return false;
         try {
-            CallLibrary(where, [&] { _bag->Add(property); });
-        } catch (const HostError& error) {
-            _problems.Fail("doubled-property", error);
+            _bag->Add(property);
+        } catch (const ShaderError& error) {
+            fail("doubled-property", error.Message);
             return false;
         }
         if (!_node.IsPlaceholder && !_gui.Properties->Index.contains(stored.Name)) {
-            _problems.Warn("unknown-property", where,
+            _problems.Warn("unknown-property", PlaceOf(stored.Line),
                            Compose("the type \"", _stored.Type, "\" has no property \"",
                                    stored.Name, "\"; it is kept but has no effect"));
         }
@@ -157,7 +159,10 @@ bool SetFromDocument(const GraphStore& graph, GuiProperty& property, const Docum
                      const Place& where, ProblemList& problems)
 {
     const auto parsed = GuiProperty::Create(value.Name);
-    if (!Parse(graph, *parsed, value, where, problems))
+    const auto fail = [&](const char* rule, const std::string& message) {
+        problems.Fail(rule, where, message);
+    };
+    if (!Parse(graph, *parsed, value, fail))
         return false;
     try {
         CallLibrary(where, [&] { property.CopyFrom(parsed); });

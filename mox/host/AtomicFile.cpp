@@ -26,14 +26,23 @@ HostError WriteError(const std::filesystem::path& file, int error)
             Compose("cannot be written: ", std::generic_category().message(error))};
 }
 
-} // namespace
-
-AtomicFile::AtomicFile(const std::filesystem::path& file) : _file(file)
+/// The file itself, or what a symbolic link of that name points to, there or not.
+std::filesystem::path TargetOf(const std::filesystem::path& file)
 {
+    struct stat entry = {};
+    if (lstat(file.c_str(), &entry) != 0 || !S_ISLNK(entry.st_mode))
+        return file;
     std::error_code error;
-    _target = std::filesystem::weakly_canonical(file, error);
+    std::filesystem::path target = std::filesystem::weakly_canonical(file, error);
     if (error)
         throw WriteError(file, error.value());
+    return target;
+}
+
+} // namespace
+
+AtomicFile::AtomicFile(const std::filesystem::path& file) : _file(file), _target(TargetOf(file))
+{
     struct stat old = {};
     const bool isThere = stat(_target.c_str(), &old) == 0;
     if (isThere && !S_ISREG(old.st_mode)) {

@@ -11,7 +11,7 @@ namespace {
 std::string NameOfCrossing(const ProgramGraph& graph, const ParameterTable& parameters,
                            const ProgramValue& value)
 {
-    const ShaderNode& shader = *graph.Nodes()[value.Node].Shader;
+    const ShaderNode& shader = *graph.Nodes()[value.Node].Definition;
     return shader.Kind == ShaderNodeKind::VaryingParameter
                ? parameters.ParameterOf(value.Node).CgName
                : graph.NameOf(value);
@@ -31,13 +31,13 @@ CgProgram BuildCgProgram(const ShaderGraph& shaderGraph, const ShaderOrigins& or
     if (problems.Problems().size() > problemsBefore)
         return program;
 
-    const StageLayout layout(graph, origins, problems);
+    const StageLayout layout(graph, problems);
     CgNames names;
     for (const EnvironmentCode& code : environment.Code) {
         for (const std::string& name : code.Provides)
             names.Take(name);
     }
-    const ParameterTable parameters(graph, layout.Plan(), origins, originalNames, names, problems);
+    const ParameterTable parameters(graph, layout.Plan(), originalNames, names, problems);
     const FunctionTable functions(graph, names);
     if (problems.Problems().size() > problemsBefore)
         return program;
@@ -48,8 +48,8 @@ CgProgram BuildCgProgram(const ShaderGraph& shaderGraph, const ShaderOrigins& or
                              {NameOfCrossing(graph, parameters, value), graph.PortOf(value).Type,
                               slot.Register, slot.Component}});
     }
-    const ProgramParts parts{graph,   layout.Plan(), parameters,   functions, environment,
-                             origins, names,         interpolants, options};
+    const ProgramParts parts{graph,       layout.Plan(), parameters,   functions,
+                             environment, names,         interpolants, options};
     program.Vertex = WriteStage(parts, Stage::Vertex);
     program.Fragment = WriteStage(parts, Stage::Fragment);
     program.Parameters = parameters.Parameters();

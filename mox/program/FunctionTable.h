@@ -12,12 +12,11 @@ namespace Mox::Host {
 struct ProgramFunction
 {
     std::string CgName;
-    const ShaderNode* Shader;       ///< one of those that are equal
-    std::vector<std::size_t> Nodes; ///< of the program graph
+    const ShaderNode* Definition;
+    std::vector<std::size_t> Nodes; ///< of the program graph, the one that has the definition first
 };
 
-/// The functions of a pair of programs. Equal ones, in name, parameters and body, are one;
-/// different ones of one name get names of their own.
+/// The functions of a pair of programs. Different ones of one name get names of their own.
 class FunctionTable
 {
 public:

@@ -75,27 +75,25 @@ std::int32_t ConstantRegisters(const ShaderType& type)
 } // namespace
 
 ParameterTable::ParameterTable(const ProgramGraph& graph, const StagePlan& plan,
-                               const ShaderOrigins& origins,
                                const std::map<std::string, std::string>& originalNames,
                                CgNames& names, ProblemList& problems)
 {
-    Collect(graph, plan, origins, originalNames, problems);
+    Collect(graph, plan, originalNames, problems);
     GiveNames(names);
     GiveRegisters(problems);
 }
 
 void ParameterTable::Collect(const ProgramGraph& graph, const StagePlan& plan,
-                             const ShaderOrigins& origins,
                              const std::map<std::string, std::string>& originalNames,
                              ProblemList& problems)
 {
     std::map<std::tuple<ParameterKind, bool, std::string>, std::size_t> known;
     std::vector<std::string> owners;
     for (std::size_t i = 0; i < graph.Nodes().size(); ++i) {
-        const ShaderNode& node = *graph.Nodes()[i].Shader;
+        const ShaderNode& node = *graph.Nodes()[i].Definition;
         if (!IsParameter(node))
             continue;
-        const std::string& owner = origins.Of(node).Node;
+        const std::string& owner = graph.Nodes()[i].Origin->Node;
         const auto original = originalNames.find(node.Name);
         const std::string& name = original == originalNames.end() ? node.Name : original->second;
         // Whoever gives one name to a texture and to a number means one binding, and is told so.
@@ -111,7 +109,7 @@ void ParameterTable::Collect(const ProgramGraph& graph, const StagePlan& plan,
         }
         ProgramParameter& parameter = _parameters[entry->second];
         if (parameter.Type != node.Type) {
-            problems.Fail("two-types", PlaceOf(node, origins),
+            problems.Fail("two-types", PlaceOf(*graph.Nodes()[i].Origin),
                           Compose("parameter \"", name, "\" is ", node.Type.Format(), " here and ",
                                   parameter.Type.Format(), " at ",
                                   DescribeOwner(owners[entry->second])));

@@ -19,7 +19,7 @@ public:
     /// @param originalNames what a node calls a parameter whose name in the graph is a stand-in
     /// @param problems takes a name with two types, and more samplers, streams or constants than
     ///        there are registers for
-    ParameterTable(const ProgramGraph& graph, const StagePlan& plan, const ShaderOrigins& origins,
+    ParameterTable(const ProgramGraph& graph, const StagePlan& plan,
                    const std::map<std::string, std::string>& originalNames, CgNames& names,
                    ProblemList& problems);
 
@@ -32,7 +32,7 @@ public:
     }
 
 private:
-    void Collect(const ProgramGraph& graph, const StagePlan& plan, const ShaderOrigins& origins,
+    void Collect(const ProgramGraph& graph, const StagePlan& plan,
                  const std::map<std::string, std::string>& originalNames, ProblemList& problems);
     void GiveNames(CgNames& names);
     void GiveRegisters(ProblemList& problems);

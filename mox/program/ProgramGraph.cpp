@@ -1,6 +1,7 @@
 #include "mox/program/ProgramGraph.h"
 
 #include "mox/Text.h"
+#include "mox/program/FunctionNumbers.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -26,6 +27,26 @@ bool IsOutput(const ShaderNode& node)
     return node.Kind == ShaderNodeKind::CgRegisterParameter && node.Register.IsWritable();
 }
 
+/// The stage in which a node must run, or Automatic.
+ShaderLevel LevelOf(const ShaderNode& node)
+{
+    switch (node.Kind) {
+    case ShaderNodeKind::Function:
+        return node.Level == ShaderLevel::Vertex || node.Level == ShaderLevel::Fragment
+                   ? node.Level
+                   : ShaderLevel::Automatic;
+    case ShaderNodeKind::VaryingParameter:
+    case ShaderNodeKind::InterpolantParameter:
+        return ShaderLevel::Vertex;
+    case ShaderNodeKind::CgRegisterParameter:
+        return static_cast<ShaderLevel>(GetRegisterInfo(node.Register.Type).Level);
+    case ShaderNodeKind::UniformParameter:
+    case ShaderNodeKind::InterfaceParameter:
+        break;
+    }
+    return ShaderLevel::Automatic;
+}
+
 /// Finds, from the outputs backwards, what the program computes.
 class Collector
 {
@@ -34,23 +55,21 @@ public:
         : _origins(origins), _problems(problems)
     {
         _index.reserve(graph.Nodes.size());
-        _shaders.reserve(graph.Nodes.size());
-        _feeds.reserve(graph.Nodes.size());
-        for (const ShaderNodeHandle& node : graph.Nodes) {
-            _index.emplace(node.get(), _shaders.size());
-            _shaders.push_back(node.get());
-            _feeds.emplace_back(node->Inputs.size());
-        }
+        _sources.reserve(graph.Nodes.size() + 1);
+        for (const ShaderNodeHandle& node : graph.Nodes)
+            AddSource(*node);
+        _sources.push_back({nullptr, nullptr, ShaderLevel::Automatic, false, 0, _feeds.size()});
+        _definitions.assign(_functions.Count(), nullptr);
         for (const ShaderEdgeHandle& edge : graph.Edges)
             Enter(*edge);
-        _places.assign(_shaders.size(), nowhere);
-        _states.assign(_shaders.size(), State::New);
+        _places.assign(NodeCount(), nowhere);
+        _states.assign(NodeCount(), State::New);
     }
 
     std::vector<ProgramNode> Collect()
     {
-        for (std::size_t i = 0; i < _shaders.size(); ++i) {
-            if (IsOutput(*_shaders[i]))
+        for (std::size_t i = 0; i < NodeCount(); ++i) {
+            if (IsOutput(*_sources[i].Shader))
                 Visit(i);
         }
         return std::move(_nodes);
@@ -60,26 +79,25 @@ public:
     std::map<ProgramValue, std::string> FindNames() const
     {
         std::map<ProgramValue, std::string> names;
-        for (std::size_t i = 0; i < _shaders.size(); ++i) {
-            const bool takesValue =
-                _shaders[i]->Kind == ShaderNodeKind::InterfaceParameter || IsOutput(*_shaders[i]);
-            if (!takesValue || _states[i] == State::New || _shaders[i]->Name.empty())
+        for (std::size_t i = 0; i < NodeCount(); ++i) {
+            const Source& target = _sources[i];
+            const bool takesValue = target.IsInterface || IsOutput(*target.Shader);
+            if (!takesValue || _states[i] == State::New || target.Shader->Name.empty())
                 continue;
-            const Feed source = SourceOf(_feeds[i].front());
+            const Feed source = SourceOf(_feeds[target.FirstFeed]);
             if (source.Node != nowhere && _places[source.Node] != nowhere)
-                names.try_emplace({_places[source.Node], source.Port}, _shaders[i]->Name);
+                names.try_emplace({_places[source.Node], source.Port}, target.Shader->Name);
         }
         return names;
     }
 
     /// Ends of the material by the node and the input that reads through them.
-    std::map<std::pair<std::size_t, std::size_t>, const ShaderNode*> FindEnds() const
+    std::map<std::pair<std::size_t, std::size_t>, const ShaderOrigin*> FindEnds() const
     {
-        std::map<std::pair<std::size_t, std::size_t>, const ShaderNode*> ends;
-        for (std::size_t i = 0; i < _shaders.size(); ++i) {
-            for (std::size_t input = 0; _places[i] != nowhere && input < _feeds[i].size();
-                 ++input) {
-                if (const ShaderNode* end = FindEnd(_feeds[i][input]))
+        std::map<std::pair<std::size_t, std::size_t>, const ShaderOrigin*> ends;
+        for (std::size_t i = 0; i < NodeCount(); ++i) {
+            for (std::size_t input = 0; _places[i] != nowhere && input < FeedCount(i); ++input) {
+                if (const ShaderOrigin* end = FindEnd(FeedOf(i, input)))
                     ends.emplace(std::pair(_places[i], input), end);
             }
         }
@@ -92,12 +110,12 @@ public:
         if (std::find(_states.begin(), _states.end(), State::New) == _states.end())
             return dead;
         std::unordered_set<std::string> seen;
-        for (std::size_t i = 0; i < _shaders.size(); ++i) {
+        for (std::size_t i = 0; i < NodeCount(); ++i) {
             if (_states[i] != State::New)
-                seen.insert(_origins.Of(*_shaders[i]).Node);
+                seen.insert(_sources[i].Origin->Node);
         }
-        for (const ShaderNode* shader : _shaders) {
-            const std::string& node = _origins.Of(*shader).Node;
+        for (std::size_t i = 0; i < NodeCount(); ++i) {
+            const std::string& node = _sources[i].Origin->Node;
             if (!node.empty() && seen.insert(node).second)
                 dead.push_back(node);
         }
@@ -112,11 +130,48 @@ private:
         Done,
     };
 
+    /// A node of the shader graph, in short: from here on they are met far from each other.
+    struct Source
+    {
+        const ShaderNode* Shader;
+        const ShaderOrigin* Origin;
+        ShaderLevel Level;
+        bool IsInterface;
+        std::size_t Function;  ///< number of the function, if it is one
+        std::size_t FirstFeed; ///< of its inputs
+    };
+
     struct Visited
     {
         std::size_t Node;
         std::size_t NextInput = 0;
     };
+
+    std::size_t NodeCount() const { return _sources.size() - 1; }
+
+    std::size_t FeedCount(std::size_t node) const
+    {
+        return _sources[node + 1].FirstFeed - _sources[node].FirstFeed;
+    }
+
+    Feed& FeedOf(std::size_t node, std::size_t input)
+    {
+        return _feeds[_sources[node].FirstFeed + input];
+    }
+    const Feed& FeedOf(std::size_t node, std::size_t input) const
+    {
+        return _feeds[_sources[node].FirstFeed + input];
+    }
+
+    void AddSource(const ShaderNode& node)
+    {
+        const bool isFunction = node.Kind == ShaderNodeKind::Function;
+        _index.emplace(&node, _sources.size());
+        _sources.push_back({&node, &_origins.Of(node), LevelOf(node),
+                            node.Kind == ShaderNodeKind::InterfaceParameter,
+                            isFunction ? _functions.NumberOf(node) : nowhere, _feeds.size()});
+        _feeds.resize(_feeds.size() + node.Inputs.size());
+    }
 
     void Enter(const ShaderEdge& edge)
     {
@@ -124,12 +179,13 @@ private:
         const ShaderNodeHandle head = edge.Head.lock();
         const std::int32_t from = tail->FindOutputPort(edge.TailPort);
         const std::int32_t to = head->FindInputPort(edge.HeadPort);
-        Feed& feed = _feeds[_index.at(head.get())][static_cast<std::size_t>(to)];
+        Feed& feed = FeedOf(_index.at(head.get()), static_cast<std::size_t>(to));
         if (feed.Node != nowhere) {
-            _problems.Fail("fed-twice", PlaceOf(*tail, _origins),
+            const Source& other = _sources[feed.Node];
+            _problems.Fail("fed-twice", PlaceOf(_origins.Of(*tail)),
                            Compose(head->Describe(), " port \"", edge.HeadPort, "\" is fed by ",
-                                   tail->Describe(), " and by ", _shaders[feed.Node]->Describe(),
-                                   " of node \"", _origins.Of(*_shaders[feed.Node]).Node, "\""));
+                                   tail->Describe(), " and by ", other.Shader->Describe(),
+                                   " of node \"", other.Origin->Node, "\""));
             return;
         }
         feed = {_index.at(tail.get()), static_cast<std::size_t>(from)};
@@ -141,12 +197,12 @@ private:
         Open(root);
         while (!_path.empty()) {
             Visited& top = _path.back();
-            if (top.NextInput == _feeds[top.Node].size()) {
+            if (top.NextInput == FeedCount(top.Node)) {
                 Close(top.Node);
                 _path.pop_back();
                 continue;
             }
-            const std::size_t source = _feeds[top.Node][top.NextInput++].Node;
+            const std::size_t source = FeedOf(top.Node, top.NextInput++).Node;
             if (source == nowhere)
                 continue;
             if (_states[source] == State::New)
@@ -165,21 +221,28 @@ private:
     void Close(std::size_t node)
     {
         _states[node] = State::Done;
-        const ShaderNode& shader = *_shaders[node];
-        if (shader.Kind == ShaderNodeKind::InterfaceParameter)
+        const Source& source = _sources[node];
+        if (source.IsInterface)
             return;
-        ProgramNode entry{&shader, {}};
-        for (std::size_t i = 0; i < _feeds[node].size(); ++i) {
-            const Feed source = SourceOf(_feeds[node][i]);
-            if (source.Node == nowhere) {
-                _problems.Fail("unfed-input", PlaceOf(shader, _origins),
-                               Compose(shader.Describe(), ": nothing feeds input port \"",
-                                       shader.Inputs[i].Name, "\""));
+        ProgramNode entry{source.Shader, source.Shader, source.Origin, source.Level, {}};
+        entry.Inputs.reserve(FeedCount(node));
+        for (std::size_t i = 0; i < FeedCount(node); ++i) {
+            const Feed feed = SourceOf(FeedOf(node, i));
+            if (feed.Node == nowhere) {
+                _problems.Fail("unfed-input", PlaceOf(*source.Origin),
+                               Compose(source.Shader->Describe(), ": nothing feeds input port \"",
+                                       source.Shader->Inputs[i].Name, "\""));
                 return;
             }
-            if (_places[source.Node] == nowhere)
+            if (_places[feed.Node] == nowhere)
                 return; // the source has a problem of its own, which has been told
-            entry.Inputs.push_back({_places[source.Node], source.Port});
+            entry.Inputs.push_back({_places[feed.Node], feed.Port});
+        }
+        if (source.Function != nowhere) {
+            const ShaderNode*& definition = _definitions[source.Function];
+            if (!definition)
+                definition = source.Shader;
+            entry.Definition = definition;
         }
         _places[node] = _nodes.size();
         _nodes.push_back(std::move(entry));
@@ -189,22 +252,20 @@ private:
     Feed SourceOf(Feed feed) const
     {
         std::size_t steps = 0; // parameters may run in a circle
-        while (feed.Node != nowhere &&
-               _shaders[feed.Node]->Kind == ShaderNodeKind::InterfaceParameter &&
-               steps++ < _shaders.size())
-            feed = _feeds[feed.Node].front();
+        while (feed.Node != nowhere && _sources[feed.Node].IsInterface && steps++ < NodeCount())
+            feed = FeedOf(feed.Node, 0);
         return feed;
     }
 
-    /// Of the interface parameters that a feed is looked up through, the last that takes what
-    /// arrives at a port of the material. The feed is that of a node in the program, so it ends.
-    const ShaderNode* FindEnd(Feed feed) const
+    /// Of the interface parameters that a feed is looked up through, the origin of the last that
+    /// takes what arrives at a port of the material. The feed is that of a node in the program, so
+    /// it ends.
+    const ShaderOrigin* FindEnd(Feed feed) const
     {
-        const ShaderNode* end = nullptr;
-        for (; _shaders[feed.Node]->Kind == ShaderNodeKind::InterfaceParameter;
-             feed = _feeds[feed.Node].front()) {
-            if (!_origins.Of(*_shaders[feed.Node]).Port.empty())
-                end = _shaders[feed.Node];
+        const ShaderOrigin* end = nullptr;
+        for (; _sources[feed.Node].IsInterface; feed = FeedOf(feed.Node, 0)) {
+            if (!_sources[feed.Node].Origin->Port.empty())
+                end = _sources[feed.Node].Origin;
         }
         return end;
     }
@@ -217,17 +278,19 @@ private:
         // The path runs from readers to what they read.
         std::string text;
         for (std::size_t i = _path.size(); i-- > first;)
-            text += Compose(_shaders[_path[i].Node]->Describe(), " -> ");
-        _problems.Fail("circle", PlaceOf(*_shaders[start], _origins),
+            text += Compose(_sources[_path[i].Node].Shader->Describe(), " -> ");
+        _problems.Fail("circle", PlaceOf(*_sources[start].Origin),
                        Compose("the shader graph runs in a circle: ", text,
-                               _shaders[_path.back().Node]->Describe()));
+                               _sources[_path.back().Node].Shader->Describe()));
     }
 
     const ShaderOrigins& _origins;
     ProblemList& _problems;
     std::unordered_map<const ShaderNode*, std::size_t> _index;
-    std::vector<const ShaderNode*> _shaders;
-    std::vector<std::vector<Feed>> _feeds; ///< for each node and input port
+    std::vector<Source> _sources; ///< and one more for the end
+    std::vector<Feed> _feeds;     ///< of all input ports
+    FunctionNumbers _functions;
+    std::vector<const ShaderNode*> _definitions; ///< by number of the function
     std::vector<State> _states;
     std::vector<std::size_t> _places; ///< of each node in _nodes
     std::vector<Visited> _path;
@@ -250,7 +313,7 @@ ProgramGraph::ProgramGraph(const ShaderGraph& graph, const ShaderOrigins& origin
         _firstNumbers.push_back(_firstNumbers.back() + node.Shader->Outputs.size());
 }
 
-const ShaderNode* ProgramGraph::EndBefore(std::size_t node, std::size_t input) const
+const ShaderOrigin* ProgramGraph::EndBefore(std::size_t node, std::size_t input) const
 {
     const auto end = _ends.find({node, input});
     return end == _ends.end() ? nullptr : end->second;
@@ -265,10 +328,10 @@ std::string ProgramGraph::NameOf(const ProgramValue& value) const
     return port.starts_with(direction) ? port.substr(direction.size()) : port;
 }
 
-Place PlaceOf(const ShaderNode& node, const ShaderOrigins& origins)
+Place PlaceOf(const ShaderOrigin& origin)
 {
     Place place;
-    place.Node = origins.Of(node).Node;
+    place.Node = origin.Node;
     return place;
 }
 

@@ -22,9 +22,15 @@ struct ProgramValue
     friend auto operator<=>(const ProgramValue& a, const ProgramValue& b) = default;
 };
 
+/// A node of the program, with what is asked of it again and again: in a large graph shader nodes
+/// lie far from each other.
 struct ProgramNode
 {
     const ShaderNode* Shader;
+    const ShaderNode* Definition; ///< of functions that are equal the first in the program; of any
+                                  ///< other node itself
+    const ShaderOrigin* Origin;
+    ShaderLevel Level;                ///< the stage in which it must run, or Automatic
     std::vector<ProgramValue> Inputs; ///< what feeds each input port
 };
 
@@ -35,7 +41,7 @@ struct ProgramNode
 class ProgramGraph
 {
 public:
-    /// @param graph is referred to and must live as long as the result
+    /// @param graph is referred to, as origins are, and must live as long as the result
     /// @param problems takes an input that is fed twice or not at all, and a circle
     ProgramGraph(const ShaderGraph& graph, const ShaderOrigins& origins, ProblemList& problems);
 
@@ -46,7 +52,7 @@ public:
 
     const ShaderPort& PortOf(const ProgramValue& value) const
     {
-        return _nodes[value.Node].Shader->Outputs[value.Port];
+        return _nodes[value.Node].Definition->Outputs[value.Port];
     }
 
     /// A number for each value, from 0 to ValueCount() - 1, in the order of the values.
@@ -57,9 +63,8 @@ public:
 
     std::size_t ValueCount() const { return _firstNumbers.back(); }
 
-    /// The parameter through which a node's input takes what arrives at a port of the material;
-    /// null if there is none.
-    const ShaderNode* EndBefore(std::size_t node, std::size_t input) const;
+    /// The port of the material at which a node's input takes what it reads; null if there is none.
+    const ShaderOrigin* EndBefore(std::size_t node, std::size_t input) const;
 
     /// What people know a value by: the interface parameter or output that it is written into, or
     /// else its port without the direction.
@@ -70,10 +75,10 @@ private:
     std::vector<std::size_t> _firstNumbers; ///< of each node's values, and one more for the end
     std::vector<std::string> _deadNodes;
     std::map<ProgramValue, std::string> _writtenInto;
-    std::map<std::pair<std::size_t, std::size_t>, const ShaderNode*> _ends; ///< by node and input
+    std::map<std::pair<std::size_t, std::size_t>, const ShaderOrigin*> _ends; ///< by node and input
 };
 
 /// The place of the authoring node behind a shader node.
-Place PlaceOf(const ShaderNode& node, const ShaderOrigins& origins);
+Place PlaceOf(const ShaderOrigin& origin);
 
 } // namespace Mox::Host

@@ -13,11 +13,10 @@ namespace {
 using Materials::Compose;
 
 /// What people know a value by: the parameter's name, or node and port.
-std::string DescribeValue(const ProgramGraph& graph, const ShaderOrigins& origins,
-                          const ProgramValue& value)
+std::string DescribeValue(const ProgramGraph& graph, const ProgramValue& value)
 {
-    const ShaderNode& shader = *graph.Nodes()[value.Node].Shader;
-    const std::string& node = origins.Of(shader).Node;
+    const ShaderNode& shader = *graph.Nodes()[value.Node].Definition;
+    const std::string& node = graph.Nodes()[value.Node].Origin->Node;
     if (shader.Kind != ShaderNodeKind::Function)
         return Compose("\"", shader.Name, "\"");
     if (node.empty())
@@ -35,12 +34,11 @@ bool CanBeInterpolated(const ShaderType& type)
            type.Columns <= widest;
 }
 
-void ReportCrowd(const ProgramGraph& graph, const ShaderOrigins& origins, const StagePlan& plan,
-                 ProblemList& problems)
+void ReportCrowd(const ProgramGraph& graph, const StagePlan& plan, ProblemList& problems)
 {
     std::string values;
     for (const ProgramValue& value : plan.Crossing()) {
-        values += Compose(values.empty() ? "" : ", ", DescribeValue(graph, origins, value), " (",
+        values += Compose(values.empty() ? "" : ", ", DescribeValue(graph, value), " (",
                           graph.PortOf(value).Type.Format(), ")");
     }
     problems.Fail(
@@ -50,32 +48,30 @@ void ReportCrowd(const ProgramGraph& graph, const ShaderOrigins& origins, const 
                 " registers of four components: ", values));
 }
 
-void ReportWhatCannotCross(const ProgramGraph& graph, const ShaderOrigins& origins,
-                           const StagePlan& plan, ProblemList& problems)
+void ReportWhatCannotCross(const ProgramGraph& graph, const StagePlan& plan, ProblemList& problems)
 {
     for (const ProgramValue& value : plan.Crossing()) {
         const ShaderType& type = graph.PortOf(value).Type;
         if (CanBeInterpolated(type))
             continue;
-        problems.Fail("cannot-cross", PlaceOf(*graph.Nodes()[value.Node].Shader, origins),
-                      Compose(DescribeValue(graph, origins, value), " is ", type.Format(),
+        problems.Fail("cannot-cross", PlaceOf(*graph.Nodes()[value.Node].Origin),
+                      Compose(DescribeValue(graph, value), " is ", type.Format(),
                               ", which cannot be handed from the vertex to the fragment program"));
     }
 }
 
 } // namespace
 
-StageLayout::StageLayout(const ProgramGraph& graph, const ShaderOrigins& origins,
-                         ProblemList& problems)
+StageLayout::StageLayout(const ProgramGraph& graph, ProblemList& problems)
 {
     const std::size_t problemsBefore = problems.Problems().size();
-    _plan.emplace(graph, origins, StagePlan::Copies::HandedOn, problems);
-    ReportWhatCannotCross(graph, origins, *_plan, problems);
+    _plan.emplace(graph, StagePlan::Copies::HandedOn, problems);
+    ReportWhatCannotCross(graph, *_plan, problems);
     if (problems.Problems().size() > problemsBefore || LayOut(graph))
         return;
-    _plan.emplace(graph, origins, StagePlan::Copies::MadeTwice, problems);
+    _plan.emplace(graph, StagePlan::Copies::MadeTwice, problems);
     if (!LayOut(graph))
-        ReportCrowd(graph, origins, *_plan, problems);
+        ReportCrowd(graph, *_plan, problems);
 }
 
 /// @returns false if the crossing values do not fit into the registers

@@ -17,7 +17,7 @@ public:
     /// @param graph, origins, problems are referred to and must live as long as the result
     /// @param problems takes what cannot be had where it is needed, and values that do not fit into
     ///        the registers or cannot be interpolated
-    StageLayout(const ProgramGraph& graph, const ShaderOrigins& origins, ProblemList& problems);
+    StageLayout(const ProgramGraph& graph, ProblemList& problems);
 
     const StagePlan& Plan() const { return *_plan; }
 

@@ -13,49 +13,28 @@ using Materials::Compose;
 
 constexpr std::size_t nobody = static_cast<std::size_t>(-1);
 
-/// The stage in which a node must run, or Automatic.
-ShaderLevel LevelOf(const ShaderNode& node)
-{
-    switch (node.Kind) {
-    case ShaderNodeKind::Function:
-        return node.Level == ShaderLevel::Vertex || node.Level == ShaderLevel::Fragment
-                   ? node.Level
-                   : ShaderLevel::Automatic;
-    case ShaderNodeKind::VaryingParameter:
-    case ShaderNodeKind::InterpolantParameter:
-        return ShaderLevel::Vertex;
-    case ShaderNodeKind::CgRegisterParameter:
-        return static_cast<ShaderLevel>(GetRegisterInfo(node.Register.Type).Level);
-    case ShaderNodeKind::UniformParameter:
-    case ShaderNodeKind::InterfaceParameter:
-        break;
-    }
-    return ShaderLevel::Automatic;
-}
-
 } // namespace
 
-StagePlan::StagePlan(const ProgramGraph& graph, const ShaderOrigins& origins, Copies copies,
-                     ProblemList& problems)
-    : _graph(graph), _origins(origins), _problems(problems), _inVertex(graph.Nodes().size()),
+StagePlan::StagePlan(const ProgramGraph& graph, Copies copies, ProblemList& problems)
+    : _graph(graph), _problems(problems), _inVertex(graph.Nodes().size()),
       _inFragment(graph.Nodes().size()), _vertexReader(graph.Nodes().size(), nobody),
       _wanted(graph.ValueCount())
 {
     // From the last node to the first: whoever reads a node is settled before it.
     for (std::size_t i = graph.Nodes().size(); i-- > 0;) {
         const ProgramNode& node = graph.Nodes()[i];
-        const ShaderLevel level = LevelOf(*node.Shader);
-        if (node.Inputs.empty() && node.Shader->Kind != ShaderNodeKind::Function)
+        const ShaderLevel level = node.Level;
+        if (node.Inputs.empty() && node.Definition->Kind != ShaderNodeKind::Function)
             continue; // a parameter reads nothing
         if (level == ShaderLevel::Vertex)
             _inVertex[i] = true;
         else if (level == ShaderLevel::Fragment)
             _inFragment[i] = true;
         const bool isHandedOn = level == ShaderLevel::Automatic && _inVertex[i] && _inFragment[i] &&
-                                copies == Copies::HandedOn && IsMereCopy(*node.Shader);
+                                copies == Copies::HandedOn && IsMereCopy(*node.Definition);
         if (isHandedOn) {
             _inFragment[i] = false;
-            for (std::size_t port = 0; port < node.Shader->Outputs.size(); ++port) {
+            for (std::size_t port = 0; port < node.Definition->Outputs.size(); ++port) {
                 if (_wanted[graph.NumberOf({i, port})])
                     _crossing.insert({i, port});
             }
@@ -71,7 +50,7 @@ StagePlan::StagePlan(const ProgramGraph& graph, const ShaderOrigins& origins, Co
 
 ProgramValue StagePlan::SourceOf(ProgramValue value) const
 {
-    while (_graph.Nodes()[value.Node].Shader->Kind == ShaderNodeKind::InterpolantParameter)
+    while (_graph.Nodes()[value.Node].Definition->Kind == ShaderNodeKind::InterpolantParameter)
         value = _graph.Nodes()[value.Node].Inputs.front();
     return value;
 }
@@ -82,13 +61,13 @@ void StagePlan::NeedInVertex(const ProgramValue& value, std::size_t reader)
         return;
     _inVertex[value.Node] = true;
     _vertexReader[value.Node] = reader;
-    if (LevelOf(*_graph.Nodes()[value.Node].Shader) == ShaderLevel::Fragment)
+    if (_graph.Nodes()[value.Node].Level == ShaderLevel::Fragment)
         ReportConflict(value.Node);
 }
 
 void StagePlan::NeedInFragment(const ProgramValue& value)
 {
-    if (LevelOf(*_graph.Nodes()[value.Node].Shader) == ShaderLevel::Vertex) {
+    if (_graph.Nodes()[value.Node].Level == ShaderLevel::Vertex) {
         const ProgramValue source = SourceOf(value);
         _inVertex[source.Node] = true;
         _crossing.insert(source);
@@ -113,19 +92,18 @@ std::string StagePlan::FormatPath(std::size_t node) const
             materialLength = path.size();
     };
     for (std::size_t i = node; i != nobody; i = _vertexReader[i]) {
-        const ShaderNode& shader = *_graph.Nodes()[i].Shader;
-        const std::string& origin = _origins.Of(shader).Node;
-        add(origin.empty() ? shader.Describe() : Compose("node \"", origin, "\""), !origin.empty());
-        if (const ShaderNode* end = EndBehind(i)) {
-            const ShaderOrigin& place = _origins.Of(*end);
-            add(Compose("node \"", place.Node, "\" port \"", place.Port, "\""), true);
-        }
+        const std::string& origin = _graph.Nodes()[i].Origin->Node;
+        add(origin.empty() ? _graph.Nodes()[i].Definition->Describe()
+                           : Compose("node \"", origin, "\""),
+            !origin.empty());
+        if (const ShaderOrigin* end = EndBehind(i))
+            add(Compose("node \"", end->Node, "\" port \"", end->Port, "\""), true);
     }
     return materialLength > 0 ? path.substr(0, materialLength) : path;
 }
 
 /// The end of the material between a node and who needs it per vertex, or null.
-const ShaderNode* StagePlan::EndBehind(std::size_t node) const
+const ShaderOrigin* StagePlan::EndBehind(std::size_t node) const
 {
     const std::size_t reader = _vertexReader[node];
     if (reader == nobody)
@@ -138,10 +116,9 @@ const ShaderNode* StagePlan::EndBehind(std::size_t node) const
 
 void StagePlan::ReportConflict(std::size_t node)
 {
-    const ShaderNode& shader = *_graph.Nodes()[node].Shader;
     _problems.Fail(
-        "stage-conflict", PlaceOf(shader, _origins),
-        Compose(shader.Describe(),
+        "stage-conflict", PlaceOf(*_graph.Nodes()[node].Origin),
+        Compose(_graph.Nodes()[node].Definition->Describe(),
                 " runs per fragment, but its result is needed per vertex: ", FormatPath(node)));
 }
 

@@ -30,8 +30,7 @@ public:
     /// @param problems takes a function that must run per fragment and is needed per vertex, with
     /// the
     ///        path from the one to the other
-    StagePlan(const ProgramGraph& graph, const ShaderOrigins& origins, Copies copies,
-              ProblemList& problems);
+    StagePlan(const ProgramGraph& graph, Copies copies, ProblemList& problems);
 
     bool InVertex(std::size_t node) const { return _inVertex[node]; }
     bool InFragment(std::size_t node) const { return _inFragment[node]; }
@@ -47,10 +46,9 @@ private:
     void NeedInFragment(const ProgramValue& value);
     void ReportConflict(std::size_t node);
     std::string FormatPath(std::size_t node) const;
-    const ShaderNode* EndBehind(std::size_t node) const;
+    const ShaderOrigin* EndBehind(std::size_t node) const;
 
     const ProgramGraph& _graph;
-    const ShaderOrigins& _origins;
     ProblemList& _problems;
     std::vector<bool> _inVertex;
     std::vector<bool> _inFragment;

@@ -86,11 +86,16 @@ private:
         return _isVertex ? _parts.Plan.InVertex(node) : _parts.Plan.InFragment(node);
     }
 
+    const ShaderOrigin& OriginOf(std::size_t node) const
+    {
+        return *_parts.Graph.Nodes()[node].Origin;
+    }
+
     /// Whether a function that this stage calls gives the value.
     bool IsCall(const ProgramValue& value) const
     {
         return RunsHere(value.Node) &&
-               _parts.Graph.Nodes()[value.Node].Shader->Kind == ShaderNodeKind::Function;
+               _parts.Graph.Nodes()[value.Node].Definition->Kind == ShaderNodeKind::Function;
     }
 
     void WriteUniforms()
@@ -117,7 +122,7 @@ private:
                 continue;
             _called.push_back(&function);
             calls += function.Nodes.size();
-            bodies += function.Shader->Code;
+            bodies += function.Definition->Code;
         }
         _calls.reserve(calls);
         return bodies;
@@ -153,8 +158,8 @@ private:
     void WriteFunctions()
     {
         for (const ProgramFunction* function : _called) {
-            const ShaderNode& shader = *function->Shader;
-            const std::string& node = _parts.Origins.Of(shader).Node;
+            const ShaderNode& shader = *function->Definition;
+            const std::string& node = OriginOf(function->Nodes.front()).Node;
             _text.Separate();
             if (_parts.Options.WithComments)
                 _text.Append(DescribeOrigins(*function));
@@ -167,14 +172,16 @@ private:
 
     std::string DescribeOrigins(const ProgramFunction& function) const
     {
-        const std::string& type = _parts.Origins.Of(*function.Shader).Type;
+        const std::string& type = OriginOf(function.Nodes.front()).Type;
         if (type.empty())
             return "// environment\n";
         std::string nodes;
         std::unordered_set<std::string> seen;
         for (const std::size_t node : function.Nodes) {
-            const std::string& id = _parts.Origins.Of(*_parts.Graph.Nodes()[node].Shader).Node;
-            if (RunsHere(node) && seen.insert(id).second)
+            if (!RunsHere(node))
+                continue;
+            const std::string& id = OriginOf(node).Node;
+            if (seen.insert(id).second)
                 nodes += Compose(nodes.empty() ? "" : ", ", QuoteForComment(id));
         }
         return Compose("// ", nodes, " (", type, ")\n");
@@ -213,7 +220,7 @@ private:
             AddInterpolantRegisters(parameters, "in");
         }
         for (std::size_t node = 0; node < _parts.Graph.Nodes().size(); ++node) {
-            const ShaderNode& shader = *_parts.Graph.Nodes()[node].Shader;
+            const ShaderNode& shader = *_parts.Graph.Nodes()[node].Definition;
             if (shader.Kind != ShaderNodeKind::CgRegisterParameter || !RunsHere(node))
                 continue;
             const bool isOutput = shader.Register.IsWritable();
@@ -291,8 +298,8 @@ private:
     {
         for (const auto& [value, interpolant] : SortedInterpolants()) {
             // A stream keeps its name, which means nothing else in this program.
-            const bool isStream =
-                _parts.Graph.Nodes()[value.Node].Shader->Kind == ShaderNodeKind::VaryingParameter;
+            const bool isStream = _parts.Graph.Nodes()[value.Node].Definition->Kind ==
+                                  ShaderNodeKind::VaryingParameter;
             const std::string name = isStream ? interpolant->Name : _names.Claim(interpolant->Name);
             _text.Append(Compose("\t", interpolant->Type.FormatDeclaration(name), " = ",
                                  SlotOf(*interpolant), ";\n"));
@@ -309,10 +316,10 @@ private:
     void WriteNode(std::size_t index)
     {
         const ProgramNode& node = _parts.Graph.Nodes()[index];
-        if (node.Shader->Kind == ShaderNodeKind::Function) {
+        if (node.Definition->Kind == ShaderNodeKind::Function) {
             WriteCall(index);
         } else if (const auto name = _registers.find(index); name != _registers.end()) {
-            if (!node.Shader->Register.IsWritable())
+            if (!node.Definition->Register.IsWritable())
                 ExpressionOf({index, 0}) = name->second;
             else if (const std::string& value = Expression(node.Inputs.front());
                      value != name->second)
@@ -332,13 +339,13 @@ private:
         }
         const auto [known, isNew] = _calls.try_emplace(name + "(" + arguments, index);
         if (!isNew) {
-            for (std::size_t port = 0; port < node.Shader->Outputs.size(); ++port)
+            for (std::size_t port = 0; port < node.Definition->Outputs.size(); ++port)
                 ExpressionOf({index, port}) = ExpressionOf({known->second, port});
             return;
         }
-        const std::string& origin = _parts.Origins.Of(*node.Shader).Node;
-        for (std::size_t port = 0; port < node.Shader->Outputs.size(); ++port) {
-            const ShaderPort& output = node.Shader->Outputs[port];
+        const std::string& origin = node.Origin->Node;
+        for (std::size_t port = 0; port < node.Definition->Outputs.size(); ++port) {
+            const ShaderPort& output = node.Definition->Outputs[port];
             const ProgramValue value{index, port};
             std::string& variable = ExpressionOf(value);
             if (variable.empty()) {

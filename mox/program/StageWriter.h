@@ -21,7 +21,6 @@ struct ProgramParts
     const ParameterTable& Parameters;
     const FunctionTable& Functions;
     const Environment& Surroundings;
-    const ShaderOrigins& Origins;
     const CgNames& Names;
     const std::map<ProgramValue, ProgramInterpolant>& Interpolants;
     const ProgramOptions& Options;

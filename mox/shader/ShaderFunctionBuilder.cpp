@@ -72,9 +72,10 @@ void ShaderFunctionBuilder::AppendCode(const std::string& text)
 void ShaderFunctionBuilder::DeclareConstant(const ShaderType& type, const std::string& name,
                                             float value)
 {
-    Body << Compose("\t", type.FormatDeclaration(name), " = ");
-    const std::string splat(static_cast<std::size_t>(std::max(type.Columns, 0)), 'x');
-    Body << Compose(LiteralOpening(type), value, " ).", splat, ";\n");
+    Body << '\t';
+    Body << Compose(type.FormatDeclaration(name), " = ");
+    Body << Compose(LiteralOpening(type), value, " ).");
+    Body << std::string(static_cast<std::size_t>(std::max(type.Columns, 0)), 'x') << ";\n";
 }
 
 void ShaderFunctionBuilder::DeclareConstantForPort(const GuiPort& port, float value)

@@ -134,29 +134,27 @@ void ShaderNode::LoadFunction(const ShaderFunction& function)
 
 void ShaderNode::CreateParameterPorts()
 {
-    std::vector<ShaderPort> inputs;
-    std::vector<ShaderPort> outputs;
+    Inputs.clear();
+    Outputs.clear();
     switch (Kind) {
     case ShaderNodeKind::InterfaceParameter:
     case ShaderNodeKind::InterpolantParameter:
-        outputs.push_back({readPort, Type});
-        inputs.push_back({writePort, Type});
+        Outputs.push_back({readPort, Type});
+        Inputs.push_back({writePort, Type});
         break;
     case ShaderNodeKind::VaryingParameter:
     case ShaderNodeKind::UniformParameter:
-        outputs.push_back({readPort, Type});
+        Outputs.push_back({readPort, Type});
         break;
     case ShaderNodeKind::CgRegisterParameter:
         if (Register.IsWritable())
-            inputs.push_back({writePort, Type});
+            Inputs.push_back({writePort, Type});
         else
-            outputs.push_back({readPort, Type});
+            Outputs.push_back({readPort, Type});
         break;
     default:
         throw ShaderError("internal error: unknown parameter type");
     }
-    Inputs.swap(inputs);
-    Outputs.swap(outputs);
 }
 
 void ShaderNode::ValidateNames() const

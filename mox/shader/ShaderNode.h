@@ -64,7 +64,8 @@ public:
     void LoadFunction(const ShaderFunction& function);
 
     /// Replaces the ports by those that a parameter of this Kind, Type and Register has.
-    /// @throws ShaderError if Kind is no parameter
+    /// @throws ShaderError if Kind is no parameter or the register's class is unknown; the node has
+    ///         no ports then
     void CreateParameterPorts();
 
     /// Checks the name of a varying or uniform parameter, and of a function its port names, inputs

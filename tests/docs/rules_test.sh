@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$1"
 
-raised=$(grep -rhozE '(Fail|FailHere|Warn)\(\s*"[a-z-]+"|[rR]ule = "[a-z-]+"' mox | tr '\0' '\n' |
+raised=$(grep -rhozE '([Ff]ail|FailHere|Warn)\(\s*"[a-z-]+"|[rR]ule = "[a-z-]+"' mox | tr '\0' '\n' |
     grep -oE '"[a-z-]+"' | tr -d '"' | sort -u)
 told=$(grep -E '^\| `' docs/checks.md | cut -d'|' -f2 | grep -oE '`[a-z-]+`' | tr -d '`' | sort -u)
 diff <(echo "$raised") <(echo "$told")

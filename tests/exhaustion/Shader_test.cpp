@@ -196,7 +196,6 @@ TEST(ShaderExhaustion, ShaderNodesAreBuiltOrNot)
         node = ShaderNode::CreateRegisterParameter(position, float3);
     });
     expect([&](const auto& node) { node->LoadFunction(builder); });
-    expect([](const auto& node) { node->CreateParameterPorts(); });
 }
 
 } // namespace

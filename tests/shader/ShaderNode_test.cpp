@@ -75,8 +75,10 @@ TEST(ShaderNode, DescriptionNamesTheFirstUnknownPart)
 TEST(ShaderNode, FunctionsHaveTheirOwnPortsAndParameters)
 {
     const ShaderFunction function = TwoToOne(ShaderLevel::Vertex);
-    EXPECT_EQ(FailureOf([&] { ShaderNode::CreateFunctionNode(function)->CreateParameterPorts(); }),
+    const auto node = ShaderNode::CreateFunctionNode(function);
+    EXPECT_EQ(FailureOf([&] { node->CreateParameterPorts(); }),
               "internal error: unknown parameter type");
+    EXPECT_TRUE(node->Inputs.empty() && node->Outputs.empty());
     for (const int index : {3, -1})
         EXPECT_EQ(FailureOf([&] { function.GetParameter(index); }), "index out of range");
 }

@@ -160,7 +160,8 @@ std::unique_ptr<Host::Exporter> MakeExporter(const ExportOptions& options,
 
 void Export(const ExportOptions& options, const CommonOptions& common)
 {
-    auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()});
+    auto materials =
+        Host::FindMaterials({options.Files.begin(), options.Files.end()}, options.Workers);
     if (options.Folder.empty() && materials.size() > 1)
         throw CLI::ValidationError("export", "more than one material needs --output");
     for (const std::string& word : options.Targets) {
