@@ -42,6 +42,15 @@ TEST(MaterialLoader, GivesUpOnVeryManyCircles)
     EXPECT_EQ(problems.Problems().size(), 202u);
 }
 
+/// Values that nodes settle by themselves, other spellings, other orders, unknown things.
+TEST(MaterialLoader, SavingGivesTheDocumentAgain)
+{
+    const MaterialDocument document = ReadMaterialDocument(
+        MOX_TEST_DATA "/../fuzz/corpus/fuzz_material_document/settled_by_nodes.xml");
+    EXPECT_EQ(FormatDocument(SaveMaterial(LoadMaterial(document, TestPlugins()))),
+              FormatDocument(document));
+}
+
 /// One edited value is one changed line, and what its node does not own stays out.
 TEST(MaterialLoader, SavingWritesWhatWasEdited)
 {
