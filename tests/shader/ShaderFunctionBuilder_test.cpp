@@ -31,19 +31,6 @@ TEST(ShaderFunctionBuilder, ComposesAndBuildsAgain)
     EXPECT_EQ(builder.Code, "");
 }
 
-TEST(ShaderFunctionBuilder, DoubledParameterIsAPlainString)
-{
-    ShaderFunctionBuilder builder;
-    builder.AddInput(TypeOf(ComponentType::Float, 1), "a");
-    try {
-        builder.AddOutput(TypeOf(ComponentType::Float, 1), "a");
-        FAIL();
-    } catch (const std::string& message) {
-        EXPECT_EQ(message, "parameter name \"a\" is duplicated in function \"unknown\"");
-    }
-    EXPECT_EQ(builder.GetParameterCount(), 1);
-}
-
 /// Under a locale with decimal commas and grouped digits, of which nothing may be seen.
 TEST(ShaderFunctionBuilder, Constants)
 {
