@@ -21,10 +21,11 @@ install(FILES ${PROJECT_BINARY_DIR}/help/mox.fish
 install(FILES ${PROJECT_BINARY_DIR}/help/mox.zsh
   DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions RENAME _mox COMPONENT Runtime)
 
-# For authors of plug-ins and hosts. The nodes and the plug-in's own headers are nobody else's.
+# For authors of plug-ins and hosts: the headers of the two libraries that come with them.
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Mox)
 install(DIRECTORY mox DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development
-  FILES_MATCHING PATTERN "*.h" PATTERN nodes EXCLUDE PATTERN plugin EXCLUDE)
+  FILES_MATCHING PATTERN "*.h" PATTERN nodes EXCLUDE PATTERN plugin EXCLUDE
+  PATTERN compile EXCLUDE PATTERN pictures EXCLUDE PATTERN preview EXCLUDE)
 install(TARGETS mox_host EXPORT MoxHost ARCHIVE COMPONENT Development)
 foreach(part Materials Host)
   install(EXPORT Mox${part} NAMESPACE Mox:: DESTINATION ${package_folder} COMPONENT Development)
@@ -41,8 +42,10 @@ install(FILES ${PROJECT_BINARY_DIR}/MoxConfig.cmake ${PROJECT_BINARY_DIR}/MoxCon
 set(pkgconfig_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH pkgconfig_to_prefix
   ${CMAKE_INSTALL_PREFIX}/${pkgconfig_folder} ${CMAKE_INSTALL_PREFIX})
-configure_file(cmake/mox.pc.in ${PROJECT_BINARY_DIR}/mox.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/mox.pc DESTINATION ${pkgconfig_folder} COMPONENT Development)
+foreach(package mox mox-host)
+  configure_file(cmake/${package}.pc.in ${PROJECT_BINARY_DIR}/${package}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${pkgconfig_folder} COMPONENT Development)
+endforeach()
 
 # Debian packages: cpack in the build folder.
 set(CPACK_GENERATOR DEB)
@@ -56,7 +59,8 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME mox-materials)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION graphics)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS graphviz)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS
+  "fonts-dejavu-core, graphviz, libvulkan1, mesa-vulkan-drivers")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
   "Materials for shader programs\nThe program mox, its node types and what surrounds every material.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME mox-materials-dev)

@@ -42,10 +42,10 @@ void Depfile::Add(const std::vector<std::filesystem::path>& outputs,
         rule += (rule.empty() ? "" : " ") + Escape(output);
     rule += ":";
     std::string emptyRules;
-    for (std::size_t i = 0; i < inputs.size(); ++i) {
-        const std::string input = Escape(inputs[i]);
+    for (const auto& path : inputs) {
+        const std::string input = Escape(path);
         rule += " \\\n  " + input;
-        if (i > 0 && _emptyRules.insert(input).second)
+        if (_emptyRules.insert(input).second)
             emptyRules += input + ":\n";
     }
     _file.Write(rule + "\n" + emptyRules);

@@ -17,8 +17,8 @@ public:
     /// @throws HostError as AtomicFile does
     explicit Depfile(const std::filesystem::path& file) : _file(file) {}
 
-    /// A rule for outputs, of which the first input is the document. The other inputs get an empty
-    /// rule too: then Make runs again, and does not complain, when one of them has gone.
+    /// A rule for outputs. The inputs get empty rules too: then Make runs again, and does not
+    /// complain, when one of them has gone.
     /// @throws HostError if a name holds a line break, which no rule can hold, or as AtomicFile
     /// does
     void Add(const std::vector<std::filesystem::path>& outputs,

@@ -4,6 +4,7 @@
 #include "mox/batch/ContentHash.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
+#include "mox/host/HostError.h"
 
 #include <libxml/parser.h>
 
@@ -12,6 +13,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <unordered_map>
 
@@ -32,6 +34,13 @@ class OrderedOutcomes
 {
 public:
     OrderedOutcomes(std::size_t count, unsigned workers) : _count(count), _workers(workers) {}
+
+    /// Says that some of the workers will not come.
+    void Miss(unsigned workers)
+    {
+        const std::lock_guard lock(_mutex);
+        _workers -= workers;
+    }
 
     /// The next job for a worker; nothing when the worker is to end.
     std::optional<std::size_t> Take(const std::stop_token& stop)
@@ -188,8 +197,15 @@ void ExportBatch::Run(unsigned workers, const Report& report, const std::stop_to
             outcomes.Put(*job, ExportOne(_jobs[*job]));
     };
     std::vector<std::jthread> threads;
-    for (unsigned i = 0; i < threadCount; ++i)
-        threads.emplace_back(work);
+    try {
+        while (threads.size() < threadCount)
+            threads.emplace_back(work);
+    } catch (const std::system_error& error) {
+        // The machine gives no more; those that it gave do all the work.
+        if (threads.empty())
+            throw HostError({}, Compose("cannot start a thread: ", error.what()));
+        outcomes.Miss(threadCount - static_cast<unsigned>(threads.size()));
+    }
     const std::stop_callback stopAll(stop, [&] {
         for (std::jthread& thread : threads)
             thread.request_stop();

@@ -53,7 +53,8 @@ public:
     /// power may cost what FlushFolder has not brought to the disk. Reports come on the calling
     /// thread, and an exception of report ends the run. A stop lets the jobs that have begun finish
     /// and report; the others are left out.
-    /// @param workers number of threads, at least 1
+    /// @param workers number of threads, at least 1; fewer do if the machine gives no more
+    /// @throws HostError if it gives none
     void Run(unsigned workers, const Report& report, const std::stop_token& stop = {}) const;
 
 private:

@@ -76,8 +76,12 @@ std::vector<std::string> KeepMaterials(const std::vector<std::string>& files, un
             mayBeMaterial[i] = MayBeMaterial(files[i]) ? 1 : 0;
     };
     std::vector<std::future<void>> others;
-    for (std::size_t i = 1; i < std::min<std::size_t>(workers, files.size()); ++i)
-        others.push_back(std::async(std::launch::async, look));
+    try {
+        while (others.size() + 1 < std::min<std::size_t>(workers, files.size()))
+            others.push_back(std::async(std::launch::async, look));
+    } catch (const std::system_error&) {
+        // The machine gives no more threads; those that it gave, with this one, do all the work.
+    }
     look();
     for (std::future<void>& other : others)
         other.get();

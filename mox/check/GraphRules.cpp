@@ -147,8 +147,9 @@ void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems)
             const std::int32_t count = node.Gui->Properties->Get(name)->GetInt();
             if (count <= 0) {
                 problems.Warn("empty-grid", node.Where,
-                              Compose("property \"", name, "\" is ", count,
-                                      ", so the Cg text of the node does not compile"));
+                              Compose("property \"", name, "\" is ", count, ", so the ",
+                                      count == 0 ? "Cg text of the node does not compile"
+                                                 : "node reads frames that are not there"));
             }
         }
     }
@@ -156,12 +157,14 @@ void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems)
 
 void WarnOfOpenInputs(const MaterialGraph& graph, ProblemList& problems)
 {
-    for (const MaterialGraph::Node& node : graph.Nodes()) {
+    for (auto entry = graph.Nodes().begin(); entry != graph.Nodes().end(); ++entry) {
+        const MaterialGraph::Node& node = *entry;
         if (node.IsPlaceholder || HasNumbers(*node.Gui))
             continue;
         std::string bodies;
         for (const GuiPort& port : node.Gui->InputPorts) {
-            if (port.Connected)
+            // The edge of a placeholder joins nothing.
+            if (port.Connected || graph.Store().FindEdge(entry.Index(), port.Name))
                 continue;
             if (bodies.empty())
                 bodies = WriteBodies(node);

@@ -3,6 +3,7 @@
 #include "mox/Text.h"
 #include "mox/compile/Prelude.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <glslang/Public/ResourceLimits.h>
@@ -51,14 +52,29 @@ FrontEndMessage ParseMessage(std::string_view text)
     return message;
 }
 
+/// The line in "program(12): error at column 4, HLSL parsing failed.", which stands behind all
+/// other messages and alone where a declaration is missing; 0 in other lines.
+int ParseEnd(std::string_view text)
+{
+    int line = 0;
+    if (text.starts_with(programName)) {
+        text.remove_prefix(programName.size());
+        if (text.starts_with('('))
+            std::from_chars(text.data() + 1, text.data() + text.size(), line);
+    }
+    return line;
+}
+
 /// The first message of each line; what follows on a line is a consequence.
 std::vector<FrontEndMessage> ParseLog(const std::string& log)
 {
     constexpr std::string_view error = "ERROR: ";
     std::vector<FrontEndMessage> messages;
+    int end = 0;
     std::istringstream stream(log);
     for (std::string line; std::getline(stream, line);) {
         std::string_view text = line;
+        end = std::max(end, ParseEnd(text));
         if (!text.starts_with(error))
             continue;
         text.remove_prefix(error.size());
@@ -70,7 +86,7 @@ std::vector<FrontEndMessage> ParseLog(const std::string& log)
             messages.push_back(message);
     }
     if (messages.empty())
-        messages.push_back({0, log});
+        messages.push_back({end, end > 0 ? "expected a declaration" : log});
     return messages;
 }
 

@@ -72,7 +72,9 @@ MaterialDocument MaterialReader::Read(std::string_view text)
 void MaterialReader::StartElement(const XmlElement& element)
 {
     const ElementRule* rule = FindRule(element);
-    _open.push_back({rule, 0, false, std::exchange(_comments, {})});
+    OpenElement& open = _open.emplace_back();
+    open.Rule = rule;
+    open.Comments = std::exchange(_comments, {});
     if (!rule)
         return;
     if (IsOtherVersion(*rule, element))
@@ -108,14 +110,14 @@ void MaterialReader::Comment(std::string_view text)
 /// The rule of an element whose parent may have it, be it at another place.
 const ElementRule* MaterialReader::FindRule(const XmlElement& element)
 {
-    const auto fail = [&](const std::string& expected) {
+    const auto fail = [&](const std::string& place, const std::string& expected) {
         Fail("schema", element.PlaceIn(_document.File),
-             Compose("unexpected element <", element.Name, ">, expected ", expected));
+             Compose("unexpected element <", element.Name, ">", place, ", expected ", expected));
     };
     if (_open.empty()) {
         if (element.Name == _schema.Root().Name)
             return &_schema.Root();
-        fail(Compose("<", _schema.Root().Name, ">"));
+        fail({}, Compose("<", _schema.Root().Name, ">"));
         return nullptr;
     }
     OpenElement& parent = _open.back();
@@ -125,13 +127,19 @@ const ElementRule* MaterialReader::FindRule(const XmlElement& element)
     for (std::size_t i = 0; i < children.size(); ++i) {
         if (children[i].Rule->Name != element.Name)
             continue;
-        if (i < parent.NextChild)
-            fail(parent.Rule->ExpectedChildren(parent.NextChild));
-        else
+        if (i < parent.NextChild) {
+            fail(Compose(" behind <", parent.LastChild->Name, ">"),
+                 parent.Rule->ExpectedChildren(parent.NextChild));
+        } else {
             parent.NextChild = children[i].IsRepeated ? i : i + 1;
+            parent.LastChild = children[i].Rule;
+        }
         return children[i].Rule;
     }
-    fail(parent.Rule->ExpectedChildren(parent.NextChild));
+    // Behind an end tag that is missing all that follows is out of place.
+    if (parent.Stranger != element.Name)
+        fail({}, parent.Rule->ExpectedChildren(parent.NextChild));
+    parent.Stranger = element.Name;
     return nullptr;
 }
 

@@ -30,10 +30,12 @@ private:
     /// An element whose end has not come yet.
     struct OpenElement
     {
-        const ElementRule* Rule = nullptr; ///< null in what the schema does not know
-        std::size_t NextChild = 0;         ///< the first child of the rule that may still come
-        bool HasText = false;              ///< which has been reported
-        DocumentComments Comments;         ///< in front of it
+        const ElementRule* Rule = nullptr;      ///< null in what the schema does not know
+        std::size_t NextChild = 0;              ///< the first child of the rule that may still come
+        const ElementRule* LastChild = nullptr; ///< the child in front of NextChild
+        std::string Stranger; ///< the last child that the rule does not have, which was reported
+        bool HasText = false; ///< which has been reported
+        DocumentComments Comments; ///< in front of it
     };
 
     void StartElement(const XmlElement& element) override;

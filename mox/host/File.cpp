@@ -14,6 +14,8 @@ namespace Mox::Host {
 std::string ReadFile(const std::filesystem::path& file)
 {
     constexpr std::size_t largest = std::size_t(1) << 30;
+    if (file.empty())
+        throw HostError({}, "the name of a file is empty");
     const Place where{file.string(), 0, {}, {}};
     const auto fail = [&](int error) -> HostError {
         return {where, Materials::Compose("cannot be read: ", std::strerror(error))};

@@ -74,6 +74,10 @@ bool Plugin::Offers(const std::string& typeName) const
 boost::shared_ptr<Materials::GuiNode> Plugin::CreateNode(const std::string& typeName) const
 {
     boost::shared_ptr<Materials::GuiNode> node = _factory->Create(typeName);
+    if (!node) {
+        throw ShaderError(
+            Compose("\"", _file.string(), "\" gave no node of the type \"", typeName, "\""));
+    }
     Materials::GuiNode* address = node.get();
     return {address, NodeRelease{_library, std::move(node)}};
 }

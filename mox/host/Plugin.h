@@ -36,7 +36,7 @@ public:
     bool Offers(const std::string& typeName) const;
 
     /// A new node that keeps the library loaded.
-    /// @throws ShaderError if the factory cannot create the type
+    /// @throws ShaderError if the factory cannot create the type or gives nothing
     boost::shared_ptr<Materials::GuiNode> CreateNode(const std::string& typeName) const;
 
 private:

@@ -31,7 +31,12 @@ class TemporaryFolder : private boost::noncopyable
 public:
     TemporaryFolder()
     {
-        std::string name = fs::temp_directory_path() / "mox-XXXXXX";
+        std::error_code error;
+        std::string name = fs::temp_directory_path(error) / "mox-XXXXXX";
+        if (error) {
+            throw HostError(
+                {}, Compose("TMPDIR names no folder for temporary files: ", error.message()));
+        }
         if (!mkdtemp(name.data()))
             throw HostError({name, 0, {}, {}}, Compose("cannot be created: ", strerror(errno)));
         _path = name;

@@ -44,7 +44,22 @@ TextureImage MakeStandIn(const Materials::TextureBinding& binding)
     return isNormal ? MakeFlatNormalImage() : MakeCheckerImage();
 }
 
-std::vector<TextureImage> ReadLevels(const SamplerSlot& slot, const DrawSources& sources)
+/// The file of a texture, and a stand-in if there is none or it cannot be read.
+TextureImage ReadImage(const Materials::TextureBinding& binding,
+                       const std::filesystem::path& folder, ProblemList& problems)
+{
+    if (!binding.value.empty()) {
+        try {
+            return ReadTextureImage(folder / binding.value);
+        } catch (const HostError& error) {
+            problems.Warn(textureRule, error.Where, error.Message);
+        }
+    }
+    return MakeStandIn(binding);
+}
+
+std::vector<TextureImage> ReadLevels(const SamplerSlot& slot, const DrawSources& sources,
+                                     ProblemList& problems)
 {
     const Binding* found = sources.Bindings ? sources.Bindings->FindTexture(slot.Name) : nullptr;
     const auto* binding = dynamic_cast<const Materials::TextureBinding*>(found);
@@ -57,10 +72,7 @@ std::vector<TextureImage> ReadLevels(const SamplerSlot& slot, const DrawSources&
         throw HostError({}, Compose("the texture \"", slot.Name, "\" is a ", slot.Type.Format(),
                                     ", which a preview cannot fill"));
     }
-    const std::string& file = binding->value;
-    return MakeMipLevels(file.empty() ? MakeStandIn(*binding)
-                                      : ReadTextureImage(sources.Folder / file),
-                         binding->srgb);
+    return MakeMipLevels(ReadImage(*binding, sources.Folder, problems), binding->srgb);
 }
 
 std::vector<float> FindValues(const std::string& name, const PreviewBindings* bindings,
@@ -133,9 +145,9 @@ DrawCall BuildDraw(const CompiledProgram& program, const DrawSources& sources,
             try {
                 draw.Textures.push_back({slot.Binding,
                                          slot.Type.Component == ComponentType::Sampler1D,
-                                         ReadLevels(slot, sources)});
+                                         ReadLevels(slot, sources, problems)});
             } catch (const HostError& error) {
-                problems.Fail(textureRule, error);
+                problems.Fail(uniformRule, error);
             }
         }
     }

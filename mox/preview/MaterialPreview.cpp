@@ -17,10 +17,10 @@
 
 namespace Mox::Host {
 
-/// A material that is ready to be compiled.
+/// A material that is ready to be drawn.
 struct PreparedMaterial
 {
-    CgProgram Program;
+    CompiledProgram Program;
     PreviewBindings Bindings;
 };
 
@@ -37,10 +37,10 @@ class PreviewJob
 {
 public:
     PreviewJob(const PluginSet& plugins, const Environment& environment,
-               const MaterialDocument& document, const PreviewOptions& options,
-               ProblemList& problems)
-        : _environment(environment), _document(document), _options(options), _problems(problems),
-          _maker([&plugins](const std::string& type) {
+               const ProgramCompiler& compiler, const MaterialDocument& document,
+               const PreviewOptions& options, ProblemList& problems)
+        : _compiler(compiler), _environment(environment), _document(document), _options(options),
+          _problems(problems), _maker([&plugins](const std::string& type) {
               return type == NodeProbe::TypeName() ? boost::make_shared<NodeProbe>()
                                                    : plugins.CreateNode(type);
           })
@@ -85,13 +85,19 @@ private:
         ReportCountConflicts(graph, _problems);
         if (_problems.HasErrors())
             return std::nullopt;
-        PreparedMaterial material{BuildMaterialProgram(graph, environment, {}, _problems),
-                                  PreviewBindings(graph)};
+        const CgProgram program = BuildMaterialProgram(graph, environment, {}, _problems);
         if (_problems.HasErrors())
             return std::nullopt;
-        return material;
+        ProblemList found;
+        CompiledProgram compiled =
+            _compiler.Compile(program, {CompileTarget::Spirv}, _document.File, found);
+        AppendWithLines(found, graph, _problems);
+        if (_problems.HasErrors())
+            return std::nullopt;
+        return PreparedMaterial{std::move(compiled), PreviewBindings(graph)};
     }
 
+    const ProgramCompiler& _compiler;
     const Environment& _environment;
     const MaterialDocument& _document;
     const PreviewOptions& _options;
@@ -220,7 +226,8 @@ Picture MaterialPreview::RenderMaterial(const MaterialDocument& document, const 
     CheckSize(options);
     std::optional<PreparedMaterial> material;
     try {
-        material = PreviewJob(_plugins, _environment, document, options, problems).Prepare();
+        material =
+            PreviewJob(_plugins, _environment, _compiler, document, options, problems).Prepare();
     } catch (const HostError& error) {
         problems.Fail(materialRule, error);
     }
@@ -237,10 +244,7 @@ std::vector<Picture> MaterialPreview::RenderFrames(PreparedMaterial& material,
                                                    const Mesh& mesh, const PreviewOptions& options,
                                                    ProblemList& problems) const
 {
-    const CompiledProgram program =
-        _compiler.Compile(material.Program, {CompileTarget::Spirv}, document.File, problems);
-    if (problems.HasErrors())
-        return {};
+    const CompiledProgram& program = material.Program;
     UniformValues scene = MakeSceneValues(mesh, static_cast<float>(options.Width) /
                                                     static_cast<float>(options.Height));
     SetValues(options, material.Bindings, scene);

@@ -12,19 +12,6 @@ namespace Mox::Host {
 
 namespace {
 
-/// Takes over what was found behind the authoring graph, where only the ids of nodes are known, and
-/// of problems of the whole material not even the file.
-void Append(const ProblemList& found, const MaterialGraph& graph, ProblemList& problems)
-{
-    for (Problem problem : found.Problems()) {
-        if (const auto node = graph.Store().FindNode(problem.Where.Node))
-            problem.Where = graph.Nodes()[*node].Where;
-        else if (problem.Where.File.empty())
-            problem.Where.File = graph.Store().File();
-        problems.Add(problem);
-    }
-}
-
 /// Warns of nodes in which the material ends once more.
 void WarnOfSecondEnds(const MaterialGraph& graph, ProblemList& problems)
 {
@@ -56,6 +43,17 @@ bool HasEnd(const GeneratedShader& shader)
 
 } // namespace
 
+void AppendWithLines(const ProblemList& found, const MaterialGraph& graph, ProblemList& problems)
+{
+    for (Problem problem : found.Problems()) {
+        if (const auto node = graph.Store().FindNode(problem.Where.Node))
+            problem.Where = graph.Nodes()[*node].Where;
+        else if (problem.Where.File.empty())
+            problem.Where.File = graph.Store().File();
+        problems.Add(problem);
+    }
+}
+
 void CompleteShader(const MaterialGraph& graph, const Environment& environment,
                     GeneratedShader& shader, ProblemList& problems)
 {
@@ -80,7 +78,7 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
     found = {};
     CgProgram program = BuildCgProgram(shader.Graph, shader.Origins, shader.OriginalNames,
                                        environment, options, found);
-    Append(found, graph, problems);
+    AppendWithLines(found, graph, problems);
     if (!isComplete)
         return program; // what only a failed node reads is not dead
     if (!program.DeadNodes.empty() && !HasEnd(shader)) {
@@ -103,7 +101,7 @@ std::vector<std::string> WriteProgram(const ProgramFormat& format, const CgProgr
 {
     ProblemList found;
     std::vector<std::string> texts = format.Write(program, file.string(), found);
-    Append(found, graph, problems);
+    AppendWithLines(found, graph, problems);
     return texts;
 }
 

@@ -11,6 +11,10 @@
 
 namespace Mox::Host {
 
+/// Takes over what was found behind the authoring graph, where only the ids of nodes are known, and
+/// of problems of the whole material not even the file.
+void AppendWithLines(const ProblemList& found, const MaterialGraph& graph, ProblemList& problems);
+
 /// The complete shader graph of a resolved material: its own nodes and those of the environment.
 /// @param shader has an empty graph without providers
 /// @param problems takes all that went wrong; with an error among them the graph is not complete

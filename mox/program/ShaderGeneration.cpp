@@ -45,11 +45,13 @@ public:
         const StandInNames names(_graph);
         _shader.OriginalNames = names.Originals();
         _shader.Origins.Reserve(_graph.Nodes().size());
-        for (const MaterialGraph::Node& node : _graph.Nodes()) {
+        for (auto entry = _graph.Nodes().begin(); entry != _graph.Nodes().end(); ++entry) {
+            const MaterialGraph::Node& node = *entry;
             try {
                 CallLibrary(node.Where, [&] { node.Gui->GenerateShader(_generator); });
             } catch (const HostError& error) {
-                _problems.Fail("node-failed", error.Where, names.Translate(error.Message));
+                if (!MissesPlaceholder(entry.Index()))
+                    _problems.Fail("node-failed", error.Where, names.Translate(error.Message));
                 _failed.insert(node.Gui.get());
             }
             NoteOrigins(node.Id, node.Gui->GetType());
@@ -65,6 +67,15 @@ private:
         const MaterialGraph::Edge* Edge;
         const ShaderEdgeRecord* Record;
     };
+
+    /// Whether an edge of the node joins nothing for the sake of a placeholder, which is told.
+    bool MissesPlaceholder(std::size_t node) const
+    {
+        const auto& inputs = _graph.Nodes()[node].Gui->InputPorts;
+        return std::any_of(inputs.begin(), inputs.end(), [&](const Materials::GuiPort& port) {
+            return !port.Connected && _graph.Store().FindEdge(node, port.Name);
+        });
+    }
 
     /// The final pass: lays the recorded edges between the shader nodes that the authoring nodes
     /// became. It goes by node and port, so that the result hangs neither on addresses nor on the

@@ -1,6 +1,7 @@
 #include "mox/Export.h"
 #include "mox/InterfaceVersion.h"
 #include "mox/ShaderError.h"
+#include "mox/authoring/GuiNodeFactory.h"
 
 // A module that is no proper plug-in. The build says in which way: ODD_VERSION and ODD_FACTORY are
 // what the two exports do, and without ODD_FACTORY there is one only.
@@ -18,6 +19,13 @@ public:
 {
     throw OwnFailure();
 }
+
+/// A factory that creates nothing.
+class EmptyFactory : public Mox::Materials::GuiNodeFactory
+{
+public:
+    boost::shared_ptr<Mox::Materials::GuiNode> Create(const std::string&) override { return {}; }
+};
 
 } // namespace
 

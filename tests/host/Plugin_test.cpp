@@ -39,6 +39,13 @@ TEST(Plugin, MakesWhatItLists)
                   "cannot create \"" + type + "\" node");
 }
 
+TEST(Plugin, GivesNoEmptyNode)
+{
+    const auto file = MOX_ODD_PLUGIN_FOLDER / std::filesystem::path("odd_no_node.so");
+    EXPECT_EQ(FailureOf([&] { Host::Plugin(file).CreateNode("Odd"); }),
+              "\"" + file.string() + "\" gave no node of the type \"Odd\"");
+}
+
 /// A library goes after its last node, and errors outlive it.
 TEST(Plugin, StaysLoadedForItsNodes)
 {

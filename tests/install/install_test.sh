@@ -14,12 +14,15 @@ cd "$installed"
 
 interface=$(sed -nE 's/.*InterfaceVersion = ([0-9]+);/\1/p' include/mox/InterfaceVersion.h)
 for file in bin/mox lib*/libmox_materials.so lib*/libmox_materials.so."$interface" lib*/libmox_host.a lib*/mox/mox_core.so \
-    lib*/mox/mox_surface.so lib*/cmake/Mox/MoxConfig.cmake lib*/pkgconfig/mox.pc \
+    lib*/mox/mox_surface.so lib*/cmake/Mox/MoxConfig.cmake lib*/pkgconfig/mox.pc lib*/pkgconfig/mox-host.pc \
     include/mox/authoring/GuiNode.h include/mox/host/PluginSet.h share/man/man1/mox.1 \
     share/mox/environment/environment.xml share/mox/material.rng share/bash-completion/completions/mox; do
     [ -s "$file" ] || { echo "$file is missing"; exit 1; }
 done
-[ ! -e include/mox/nodes ] && [ ! -e include/mox/plugin ]
+# A header whose library is not there helps nobody.
+for room in nodes plugin compile pictures preview; do
+    [ ! -e include/mox/$room ] || { echo "the headers of $room are installed"; exit 1; }
+done
 
 # A header needs nothing that is not installed.
 grep -rhoE '#include "[^"]+"' include | sort -u | sed -E 's/#include "(.*)"/\1/' |

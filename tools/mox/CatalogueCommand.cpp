@@ -4,25 +4,34 @@
 #include "mox/document/PropertyText.h"
 #include "mox/host/File.h"
 #include "mox/host/Icon.h"
+#include "mox/host/LibraryCall.h"
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <iomanip>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <set>
 
 namespace Mox::Tool {
 
 namespace {
 
-constexpr const char* footer = R"(Examples:
+constexpr const char* footer =
+    R"(Where the ports hang on a property, those of its other values stand below
+those of a new node, as far as they differ.
+
+Examples:
   mox catalogue
+  mox catalogue CoreMaths CoreSwizzle
   mox catalogue --json | jq '.[].type'
   mox catalogue --icons icons
 )";
 
 using Json = nlohmann::ordered_json;
 using Materials::Compose;
+using Materials::GuiNode;
 using Materials::GuiPort;
 using Materials::GuiProperty;
 using Materials::GuiPropertyKind;
@@ -72,27 +81,90 @@ Json DescribeProperty(const GuiProperty& property)
     return row;
 }
 
-/// One row for each type: the one source of the table for people and of the JSON for programs.
-Json DescribeCatalogue(const Host::PluginSet& plugins)
+/// Turns a property to each of its values, as far as there is a list of them.
+void ForEachValue(GuiProperty& property, const std::function<void(const std::string& value)>& visit)
 {
-    Json rows = Json::array();
-    for (const Host::Plugin& plugin : plugins.Plugins()) {
-        for (const auto& description : plugin.Descriptions()) {
-            const auto node = plugin.CreateNode(description.TypeName);
-            Json properties = Json::array();
-            for (const auto& property : node->Properties->Properties)
-                properties.push_back(DescribeProperty(*property));
-            rows.push_back({{"type", description.TypeName},
-                            {"label", description.Label},
-                            {"library", description.Library},
-                            {"listed", description.Listed},
-                            {"hasIcon", description.Icon != nullptr},
-                            {"version", node->Properties->Version},
-                            {"inputs", DescribePorts(node->InputPorts)},
-                            {"outputs", DescribePorts(node->OutputPorts)},
-                            {"properties", properties}});
+    if (property.Kind == GuiPropertyKind::Enum) {
+        for (const std::string& word : property.Choices) {
+            property.SetEnum(word);
+            visit(word);
+        }
+    } else if (property.Kind == GuiPropertyKind::Bool) {
+        for (const bool value : {false, true}) {
+            property.SetBool(value);
+            visit(Host::FormatValue(property));
         }
     }
+}
+
+/// The ports that a single property gives a new node, for each value that makes them others.
+Json DescribeVariants(const std::function<boost::shared_ptr<GuiNode>()>& create)
+{
+    const auto usual = create();
+    const Json inputs = DescribePorts(usual->InputPorts);
+    const Json outputs = DescribePorts(usual->OutputPorts);
+    Json list = Json::array();
+    for (std::size_t i = 0; i < usual->Properties->Properties.size(); ++i) {
+        const auto node = create();
+        GuiProperty& property = *node->Properties->Properties[i];
+        ForEachValue(property, [&](const std::string& value) {
+            node->UpdatePorts({});
+            Json row = {{"property", property.Name}, {"value", value}};
+            if (Json ports = DescribePorts(node->InputPorts); ports != inputs)
+                row["inputs"] = std::move(ports);
+            if (Json ports = DescribePorts(node->OutputPorts); ports != outputs)
+                row["outputs"] = std::move(ports);
+            if (row.contains("inputs") || row.contains("outputs"))
+                list.push_back(std::move(row));
+        });
+    }
+    return list;
+}
+
+Json DescribeType(const Host::Plugin& plugin, const Materials::GuiNodeDescription& description)
+{
+    const auto create = [&] { return plugin.CreateNode(description.TypeName); };
+    const auto node = create();
+    Json properties = Json::array();
+    for (const auto& property : node->Properties->Properties)
+        properties.push_back(DescribeProperty(*property));
+    return {{"type", description.TypeName},
+            {"label", description.Label},
+            {"library", description.Library},
+            {"listed", description.Listed},
+            {"hasIcon", description.Icon != nullptr},
+            {"version", node->Properties->Version},
+            {"inputs", DescribePorts(node->InputPorts)},
+            {"outputs", DescribePorts(node->OutputPorts)},
+            {"variants", DescribeVariants(create)},
+            {"properties", properties}};
+}
+
+/// @param types nothing asks for all
+bool IsAskedFor(const std::string& type, const std::vector<std::string>& types)
+{
+    return types.empty() || std::find(types.begin(), types.end(), type) != types.end();
+}
+
+/// One row for each type: the one source of the table for people and of the JSON for programs.
+/// @param types the only ones, or nothing for all
+/// @throws HostError if no plug-in offers one of them, or if a type cannot be created
+Json DescribeCatalogue(const Host::PluginSet& plugins, const std::vector<std::string>& types)
+{
+    Json rows = Json::array();
+    std::set<std::string> unknown(types.begin(), types.end());
+    for (const Host::Plugin& plugin : plugins.Plugins()) {
+        for (const auto& description : plugin.Descriptions()) {
+            const std::string& type = description.TypeName;
+            if (!IsAskedFor(type, types))
+                continue;
+            unknown.erase(type);
+            rows.push_back(Host::CallLibrary({plugin.File().string(), 0, type, {}},
+                                             [&] { return DescribeType(plugin, description); }));
+        }
+    }
+    if (!unknown.empty())
+        throw UnknownType(*unknown.begin());
     return rows;
 }
 
@@ -130,6 +202,23 @@ std::string Wrap(std::string_view text, std::string_view indent)
     return lines + Compose(indent, text, "\n");
 }
 
+/// The text behind a heading, further lines below its first.
+std::string WrapBehind(std::string_view heading, std::string_view text)
+{
+    return Wrap(text, std::string(heading.size(), ' ')).replace(0, heading.size(), heading);
+}
+
+void PrintVariant(const Json& variant)
+{
+    std::cout << "  with \"" << Text(variant["property"]) << "\" = " << Text(variant["value"])
+              << '\n';
+    for (const auto& [key, heading] :
+         {std::pair("inputs", "    inputs   "), std::pair("outputs", "    outputs  ")}) {
+        if (variant.contains(key))
+            std::cout << WrapBehind(heading, FormatPorts(variant[key]));
+    }
+}
+
 void PrintProperty(const Json& property)
 {
     constexpr std::string_view indent = "      ";
@@ -145,12 +234,6 @@ void PrintProperty(const Json& property)
     }
     if (const std::string help = Text(property["help"]); !help.empty())
         std::cout << Wrap(help, indent);
-}
-
-/// The text behind a heading, further lines below its first.
-std::string WrapBehind(std::string_view heading, std::string_view text)
-{
-    return Wrap(text, std::string(heading.size(), ' ')).replace(0, heading.size(), heading);
 }
 
 /// The width of an overview column: two blanks behind the longest entry.
@@ -182,18 +265,22 @@ void PrintTable(const Json& rows)
         std::cout << '\n'
                   << Text(row["type"]) << '\n'
                   << WrapBehind("  inputs   ", FormatPorts(row["inputs"]))
-                  << WrapBehind("  outputs  ", FormatPorts(row["outputs"])) << '\n';
+                  << WrapBehind("  outputs  ", FormatPorts(row["outputs"]));
+        for (const Json& variant : row["variants"])
+            PrintVariant(variant);
+        std::cout << '\n';
         for (const Json& property : row["properties"])
             PrintProperty(property);
     }
 }
 
-void WriteIcons(const Host::PluginSet& plugins, const std::filesystem::path& folder)
+void WriteIcons(const Host::PluginSet& plugins, const std::vector<std::string>& types,
+                const std::filesystem::path& folder)
 {
     Host::CreateFolder(folder);
     for (const Host::Plugin& plugin : plugins.Plugins()) {
         for (const auto& row : plugin.Descriptions()) {
-            if (row.Icon)
+            if (row.Icon && IsAskedFor(row.TypeName, types))
                 Host::WritePng(Host::DecodeXpm(row.Icon), folder / (row.TypeName + ".png"));
         }
     }
@@ -203,9 +290,12 @@ void WriteIcons(const Host::PluginSet& plugins, const std::filesystem::path& fol
 
 void AddCatalogueCommand(CLI::App& program, const CommonOptions& common)
 {
-    auto* command = program.add_subcommand("catalogue", "List the node types of all plug-ins");
+    auto* command =
+        program.add_subcommand("catalogue", "List node types with their ports and properties");
+    auto types = std::make_shared<std::vector<std::string>>();
     auto isJson = std::make_shared<bool>(false);
     auto iconFolder = std::make_shared<std::string>();
+    command->add_option("TYPE", *types, "The only node types to list")->type_name("");
     command->add_flag("--json", *isJson, "Print JSON for programs");
     command
         ->add_option("--icons", *iconFolder, "Also write each type's icon to this folder, as PNG")
@@ -213,13 +303,13 @@ void AddCatalogueCommand(CLI::App& program, const CommonOptions& common)
     command->footer(footer);
     command->callback([=, &common] {
         const Host::PluginSet plugins = LoadPlugins(common);
-        const Json rows = DescribeCatalogue(plugins);
+        const Json rows = DescribeCatalogue(plugins, *types);
+        if (!iconFolder->empty())
+            WriteIcons(plugins, *types, *iconFolder);
         if (*isJson)
             std::cout << rows.dump(2) << '\n';
         else
             PrintTable(rows);
-        if (!iconFolder->empty())
-            WriteIcons(plugins, *iconFolder);
     });
 }
 

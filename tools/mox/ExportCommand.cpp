@@ -41,7 +41,8 @@ Examples:
   mox export rim.xml -o shaders --depfile rim.d
       Tell Make or Ninja what shaders/rim.vertex.cg and rim.fragment.cg hang on.
   mox export materials -o shaders --depfile all.d --depfile-target all.stamp && touch all.stamp
-      The same for a whole folder behind one stamp.
+      The same for a whole folder behind one stamp. A rule for it should name the
+      materials too, as the file cannot say that one is new.
 )";
 
 struct ExportOptions

@@ -2,6 +2,7 @@
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
 #include "ProblemMessage.h"
+#include "Targets.h"
 #include "mox/Text.h"
 #include "mox/check/MaterialCheck.h"
 #include "mox/graph/OpenMaterial.h"
@@ -103,8 +104,10 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
     const Host::MaterialGraph graph = Host::OpenMaterial(options.File, plugins, problems);
     if (graph.Nodes().size() == 0)
         problems.ThrowFirstError(); // there is nothing to draw
-    if (!options.IsShader)
-        problems = Host::CheckMaterial(options.File, plugins, environment, nullptr);
+    if (!options.IsShader) {
+        const auto proof = MakeProof();
+        problems = Host::CheckMaterial(options.File, plugins, environment, proof.get());
+    }
     // Images are left out of text: it could only name files that are not there.
     std::map<std::string, Host::Picture> images;
     if (!options.IsShader && format != "dot")

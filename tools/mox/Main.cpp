@@ -1,6 +1,7 @@
 #include "Commands.h"
 
 #include <algorithm>
+#include <csignal>
 #include <exception>
 #include <iostream>
 
@@ -71,7 +72,7 @@ int RunProgram(int argc, char** argv)
     } catch (const CLI::RuntimeError& error) {
         status = error.get_exit_code();
     } catch (const CLI::ParseError& error) {
-        return program.exit(error) == 0 ? 0 : usageStatus;
+        status = program.exit(error) == 0 ? 0 : usageStatus;
     }
     std::cout.flush();
     if (!std::cout) {
@@ -85,6 +86,7 @@ int RunProgram(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    std::signal(SIGXFSZ, SIG_IGN); // so that writing fails, as on a full disk, and says so
     try {
         return RunProgram(argc, argv);
     } catch (const std::exception& error) {

@@ -74,10 +74,12 @@ std::string FormatArgument(const ArgumentHelp& argument)
     }
     if (!argument.IsPositional && !argument.Value.empty())
         names += " " + Italic(argument.Value);
-    std::string choices;
+    std::string values;
     for (const std::string& choice : argument.Choices)
-        choices += (choices.empty() ? ";\none of\n" : ",\n") + Bold(choice);
-    return Compose(".TP\n", names, "\n", Escape(Wrap(argument.Text)), choices, ".\n");
+        values += (values.empty() ? ";\none of\n" : ",\n") + Bold(choice);
+    if (!argument.Default.empty())
+        values += ";\n" + Bold(argument.Default) + "\notherwise";
+    return Compose(".TP\n", names, "\n", Escape(Wrap(argument.Text)), values, ".\n");
 }
 
 std::string FormatSynopsis(const CommandHelp& command)

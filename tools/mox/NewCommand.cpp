@@ -1,8 +1,7 @@
 #include "Commands.h"
 #include "LoadPlugins.h"
-#include "mox/Text.h"
 #include "mox/document/NodeFragment.h"
-#include "mox/host/HostError.h"
+#include "mox/host/LibraryCall.h"
 
 #include <iostream>
 
@@ -18,9 +17,10 @@ constexpr const char* footer = R"(Examples:
 void PrintNew(const std::string& type, const std::string& id, const CommonOptions& common)
 {
     const Host::PluginSet plugins = LoadPlugins(common);
-    const auto node = plugins.CreateNode(type);
+    const auto node =
+        Host::CallLibrary({{}, 0, type, {}}, [&] { return plugins.CreateNode(type); });
     if (!node)
-        throw Host::HostError({}, Materials::Compose("no plug-in offers the type \"", type, "\""));
+        throw UnknownType(type);
     std::cout << Host::FormatNodeFragment(*node, id.empty() ? node->GetName() : id);
 }
 

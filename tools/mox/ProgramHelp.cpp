@@ -4,7 +4,13 @@ namespace Mox::Tool {
 
 namespace {
 
-/// CLI11 appends the choices to the placeholder: "SHELL:{bash,fish}".
+// CLI11 appends the choices to the placeholder: "LIST:{cg,hlsl}".
+
+std::string PlaceholderIn(const std::string& typeName)
+{
+    return typeName.substr(0, typeName.find(':'));
+}
+
 std::vector<std::string> ChoicesIn(const std::string& typeName)
 {
     const std::size_t begin = typeName.find('{');
@@ -32,7 +38,8 @@ ArgumentHelp DescribeArgument(const CLI::Option& option)
     for (const std::string& name : option.get_lnames())
         help.Names.push_back("--" + name);
     if (option.get_expected_max() > 0 && option.get_type_size() > 0)
-        help.Value = option.get_type_name();
+        help.Value = PlaceholderIn(option.get_type_name());
+    help.Default = option.get_default_str();
     return help;
 }
 

@@ -13,6 +13,7 @@ struct ArgumentHelp
     std::vector<std::string> Names;   ///< as they are typed; of a positional its placeholder
     std::string Value;                ///< placeholder, such as "DIR"; empty for a flag
     std::vector<std::string> Choices; ///< all values, where they are few
+    std::string Default;              ///< value where the option is not given, if the help shows it
     std::string Text;
     bool IsPositional;
     bool IsRequired;
