@@ -1,6 +1,5 @@
 #include "mox/Text.h"
-#include "mox/bindings/FloatBinding.h"
-#include "mox/bindings/TextureBinding.h"
+#include "mox/bindings/Binding.h"
 #include "mox/bindings/XmlAttributes.h"
 #include "tests/exhaustion/EveryAllocation.h"
 #include "tests/support/XmlElement.h"
@@ -18,25 +17,15 @@ const std::string longText(50, 't'); ///< too long for a string's own buffer
 /// A binding in which every field differs from its default.
 boost::shared_ptr<Binding> MakeFull(StreamType type)
 {
+    std::string attributes =
+        "gui='position' uiunittype='angular' min='1.25, 2.5, 3.75' max='4, 5, 6' "
+        "default='1234.5, 1234.5, 1234.5' basic_colour='Yes' srgb='Yes' signed_expanded='Yes' "
+        "normalised='No' using_alpha='Yes'";
+    for (const char* text : {"cgname", "uv", "desc", "helpUrl", "uilabel", "stream_type",
+                             "dataset_modifiers", "usage_hint"})
+        attributes += Compose(" ", text, "='", longText, "'");
     auto binding = CreateBinding(type, longText, 3);
-    for (std::string* field :
-         {&binding->desc, &binding->helpUrl, &binding->uiLabel, &binding->uv, &binding->cgName,
-          &binding->streamFormat, &binding->datasetModifiers})
-        *field = longText;
-    binding->uiType = UiType::Position;
-    binding->uiUnitType = UiUnitType::Angular;
-    binding->basicColour = true;
-    binding->SetMinText("1.25, 2.5, 3.75");
-    binding->SetMaxText("4, 5, 6");
-    binding->SetDefaultText("1234.5, 1234.5, 1234.5");
-    if (type == StreamType::Texture) {
-        const auto texture = AsTextureBinding(binding);
-        texture->srgb = true;
-        texture->signedExpanded = true;
-        texture->normalised = false;
-        texture->usageHint = longText;
-        texture->usingAlpha = true;
-    }
+    binding->ReadXml(XmlElement(attributes).Get());
     return binding;
 }
 

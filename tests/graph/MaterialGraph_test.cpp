@@ -34,11 +34,6 @@ ProbeNode& Probe(const MaterialGraph& graph, const std::string& id)
     return dynamic_cast<ProbeNode&>(*graph.Nodes()[graph.FindNode(id, {})].Gui);
 }
 
-std::string Describe(const MaterialGraph& graph)
-{
-    return FormatDocument(SaveMaterial(graph)) + DescribeNodes(graph);
-}
-
 GraphStep Add(const char* node)
 {
     return AddNode{MaterialFromText(node).Nodes[0], {}, {}};
@@ -93,7 +88,7 @@ TEST(MaterialGraph, RefusalsChangeNothing)
     MaterialGraph graph = Row();
     graph.SetProperty("a", "Master", "b");
     graph.SetProperty("b", "Master", "c");
-    const std::string before = Describe(graph);
+    const std::string before = DescribeGraph(graph);
     std::string refusals;
     for (const GraphStep& step : refused) {
         refusals += GraphChange{{step}}.Format();
@@ -106,7 +101,7 @@ TEST(MaterialGraph, RefusalsChangeNothing)
                               Edge("a.out -> b.in_1"), Edge("b.out -> c.in_1"), step}});
             }) +
             "\n";
-        EXPECT_EQ(Describe(graph), before) << refusals;
+        EXPECT_EQ(DescribeGraph(graph), before) << refusals;
     }
     ExpectGolden("graph/refusals.txt", refusals);
 }
@@ -133,7 +128,7 @@ TEST(MaterialGraph, PlaceholdersKeepWhatTheyDoNotShow)
     MaterialGraph graph = Row();
     graph.Apply({{Add("alien Alien@7; Description:string=mine; Twist:colour=1 2 3; Twin:node=a"),
                   Edge("alien.o -> d.in_2"), Edge("a.out -> alien.i")}});
-    const std::string before = Describe(graph);
+    const std::string before = DescribeGraph(graph);
     std::vector<GraphChange> inverses;
     inverses.push_back(graph.SetProperty("alien", "PositionY", "2"));
     inverses.push_back(graph.RenameNode("a", "first"));
@@ -148,7 +143,7 @@ TEST(MaterialGraph, PlaceholdersKeepWhatTheyDoNotShow)
     inverses.push_back(graph.RemoveNode("alien"));
     for (auto inverse = inverses.rbegin(); inverse != inverses.rend(); ++inverse)
         graph.Apply(*inverse);
-    EXPECT_EQ(Describe(graph), before);
+    EXPECT_EQ(DescribeGraph(graph), before);
 }
 
 /// One output with very many readers must not make each further edge, or its removal, dearer.

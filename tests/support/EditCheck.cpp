@@ -19,12 +19,6 @@ using Mox::Materials::GuiPort;
 
 namespace {
 
-/// Nodes, and what the graph is saved as.
-std::string Describe(const MaterialGraph& graph)
-{
-    return FormatDocument(SaveMaterial(graph)) + DescribeNodes(graph);
-}
-
 void ResolveAnew(MaterialGraph& graph)
 {
     ProblemList problems;
@@ -136,12 +130,12 @@ int CheckEdits(MaterialGraph& graph, const GraphEditor::Choice& choose,
                const std::function<bool()>& isOver)
 {
     ResolvedHistory history(graph);
-    const std::string start = Describe(graph);
+    const std::string start = DescribeGraph(graph);
     GraphEditor editor(graph, choose);
     int doneCount = 0;
     for (int edit = 0; !isOver(); ++edit) {
         // Saving is dear, so that not every change is watched that far.
-        const auto describe = edit % 8 == 0 ? Describe : DescribeNodes;
+        const auto describe = edit % 8 == 0 ? DescribeGraph : DescribeNodes;
         const std::string before = describe(graph);
         const bool isDone = history.Do(editor.Next());
         doneCount += isDone;
@@ -162,13 +156,13 @@ int CheckEdits(MaterialGraph& graph, const GraphEditor::Choice& choose,
             history.Undo();
     }
 
-    const std::string end = Describe(graph);
+    const std::string end = DescribeGraph(graph);
     MaterialGraph reloaded = LoadMaterial(SaveMaterial(graph), TestPlugins());
     ResolveAnew(reloaded);
-    ClaimEqual(Describe(reloaded), end, "what is saved is the graph");
+    ClaimEqual(DescribeGraph(reloaded), end, "what is saved is the graph");
     const int undone = history.UndoAll();
-    ClaimEqual(Describe(graph), start, "undoing everything restores the start");
+    ClaimEqual(DescribeGraph(graph), start, "undoing everything restores the start");
     history.RedoAll(undone);
-    ClaimEqual(Describe(graph), end, "redoing everything comes to the end");
+    ClaimEqual(DescribeGraph(graph), end, "redoing everything comes to the end");
     return doneCount;
 }
