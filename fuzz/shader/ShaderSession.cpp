@@ -339,86 +339,92 @@ private:
         return -1;
     }
 
+    /// Whether both refer to one object, be it alive or not.
+    template <class Object>
+    static bool AreSame(const boost::weak_ptr<Object>& one, const boost::weak_ptr<Object>& other)
+    {
+        return !(one < other) && !(other < one);
+    }
+
     void CompareAll()
     {
-        for (std::size_t i = 0; i < _model.Graphs.size(); ++i)
-            Learn(_model.Graphs[i], _graphs[i]->Graph);
-        for (std::size_t i = 0; i < _model.Nodes.size(); ++i) {
-            const int number = static_cast<int>(i);
-            const ShaderNodeHandle node = _weakNodes[i].lock();
-            Claim((node != nullptr) == _model.IsNodeAlive(number), "a node lives while it is kept");
-            if (!node)
-                continue;
-            ClaimEqual(node->Describe(), _model.Describe(number), "a node says what it is");
-            Claim(node->Code == _model.Nodes[i].Code, "a function has its code");
-            CompareList(node->OutEdges, _model.Nodes[i].OutEdges);
-            CompareList(node->InEdges, _model.Nodes[i].InEdges);
+        for (std::size_t i = 0; i < _model.Graphs.size(); ++i) {
+            Learn(_model.Graphs[i].Nodes, _graphs[i]->Graph.Nodes, _nodes, _weakNodes);
+            Learn(_model.Graphs[i].Edges, _graphs[i]->Graph.Edges, _edges, _weakEdges);
         }
+        for (std::size_t i = 0; i < _model.Nodes.size(); ++i)
+            CompareNode(static_cast<int>(i));
         for (std::size_t i = 0; i < _model.Edges.size(); ++i)
-            Claim(_weakEdges[i].expired() != _model.IsEdgeAlive(static_cast<int>(i)),
-                  "an edge lives while it is kept");
+            CompareEdge(static_cast<int>(i));
         for (std::size_t i = 0; i < _model.Graphs.size(); ++i) {
             CompareGraph(_model.Graphs[i], _graphs[i]->Graph);
             CompareGenerator(_model.Graphs[i], _graphs[i]->Generator);
         }
     }
 
-    /// Meets the nodes and edges that the graph has made itself.
-    void Learn(const GraphModel& model, const ShaderGraph& graph)
+    /// Meets the nodes or edges that a graph has made itself.
+    template <class List, class Handle, class Object>
+    static void Learn(const std::vector<int>& model, const List& list, std::vector<Handle>& held,
+                      std::vector<boost::weak_ptr<Object>>& all)
     {
-        Claim(graph.Nodes.size() == model.Nodes.size(), "the graph has as many nodes as it must");
-        Claim(graph.Edges.size() == model.Edges.size(), "the graph has as many edges as it must");
-        auto node = graph.Nodes.begin();
-        for (const int number : model.Nodes) {
-            if (static_cast<std::size_t>(number) == _nodes.size()) {
-                _nodes.emplace_back();
-                _weakNodes.emplace_back(*node);
-            }
-            ++node;
-        }
-        auto edge = graph.Edges.begin();
-        for (const int number : model.Edges) {
-            if (static_cast<std::size_t>(number) == _edges.size()) {
-                _edges.emplace_back();
-                _weakEdges.emplace_back(*edge);
-            }
-            ++edge;
-        }
-    }
-
-    void CompareList(const ShaderNode::EdgeList& list, const std::vector<int>& model)
-    {
-        Claim(list.size() == model.size(), "a node lists as many edges as it must");
+        Claim(list.size() == model.size(), "the graph has as many nodes and edges as it must");
         auto entry = list.begin();
         for (const int number : model) {
-            const auto& edge = At(_weakEdges, number);
-            Claim(!(*entry < edge) && !(edge < *entry), "a node lists its edges in order");
+            if (static_cast<std::size_t>(number) == all.size()) {
+                held.emplace_back();
+                all.emplace_back(*entry);
+            }
             ++entry;
         }
     }
 
+    void CompareNode(int number)
+    {
+        const ShaderNodeHandle node = At(_weakNodes, number).lock();
+        const NodeModel& model = _model.Node(number);
+        Claim((node != nullptr) == _model.IsNodeAlive(number), "a node lives while it is kept");
+        if (!node)
+            return;
+        ClaimEqual(node->Describe(), _model.Describe(number), "a node says what it is");
+        Claim(node->Code == model.Code, "a function has its code");
+        CompareList(model.OutEdges, node->OutEdges, _weakEdges);
+        CompareList(model.InEdges, node->InEdges, _weakEdges);
+    }
+
+    void CompareEdge(int number)
+    {
+        const ShaderEdgeHandle edge = At(_weakEdges, number).lock();
+        const EdgeModel& model = _model.Edge(number);
+        Claim((edge != nullptr) == _model.IsEdgeAlive(number), "an edge lives while it is kept");
+        Claim(!edge || (edge->TailPort == model.TailPort && edge->HeadPort == model.HeadPort &&
+                        AreSame(edge->Tail, At(_weakNodes, model.Tail)) &&
+                        AreSame(edge->Head, At(_weakNodes, model.Head)) && !edge->EdgeFlag),
+              "an edge has its ends");
+    }
+
+    template <class List, class Object>
+    static void CompareList(const std::vector<int>& model, const List& list,
+                            std::vector<boost::weak_ptr<Object>>& all)
+    {
+        Claim(list.size() == model.size(), "a list is as long as it must be");
+        auto entry = list.begin();
+        for (const int number : model)
+            Claim(AreSame<Object>(*entry++, At(all, number)), "a list has its order");
+    }
+
+    template <class List, class Set>
+    static void CompareSet(const List& list, const Set& set)
+    {
+        Claim(set.size() == list.size() && set == Set(list.begin(), list.end()),
+              "list and set agree");
+    }
+
     void CompareGraph(const GraphModel& model, const ShaderGraph& graph)
     {
-        Claim(graph.NodeSet == std::set<ShaderNodeHandle>(graph.Nodes.begin(), graph.Nodes.end()) &&
-                  graph.NodeSet.size() == graph.Nodes.size(),
-              "list and set of nodes agree");
-        Claim(graph.EdgeSet == std::set<ShaderEdgeHandle>(graph.Edges.begin(), graph.Edges.end()) &&
-                  graph.EdgeSet.size() == graph.Edges.size(),
-              "list and set of edges agree");
-        auto node = graph.Nodes.begin();
-        for (const int number : model.Nodes)
-            Claim(*node++ == At(_weakNodes, number).lock(), "the graph has its nodes in order");
-        auto edge = graph.Edges.begin();
-        for (const int number : model.Edges) {
-            const EdgeModel& ends = _model.Edge(number);
-            Claim(*edge == At(_weakEdges, number).lock(), "the graph has its edges in order");
-            Claim((*edge)->TailPort == ends.TailPort && (*edge)->HeadPort == ends.HeadPort &&
-                      NumberOf(_weakNodes, (*edge)->Tail.lock().get()) == ends.Tail &&
-                      NumberOf(_weakNodes, (*edge)->Head.lock().get()) == ends.Head &&
-                      !(*edge)->EdgeFlag,
-                  "an edge has its ends");
-            ++edge;
-        }
+        CompareSet(graph.Nodes, graph.NodeSet);
+        CompareSet(graph.Edges, graph.EdgeSet);
+        CompareList(model.Nodes, graph.Nodes, _weakNodes);
+        CompareList(model.Edges, graph.Edges, _weakEdges);
         Claim(graph.InterfaceNodes.size() == model.InterfaceNodes.size(),
               "the graph has its interface parameters");
         for (const auto& [key, number] : model.InterfaceNodes)
