@@ -185,9 +185,9 @@ TEST(MaterialSchema, RulesAndLibxml2JudgeValuesAlike)
         std::string value;
         for (std::size_t count = random.Below(7); count > 0; --count)
             value += random.Pick(pieces);
-        std::string text = random.Pick(frames);
+        std::string text = std::string("<material version=\"1\">") + random.Pick(frames);
+        text += "</material>";
         text.replace(text.find('@'), 1, value);
-        text = "<material version=\"1\">" + text + "</material>";
         const std::string problems = Judge(text).Problems;
         ASSERT_EQ(problems.empty(), FollowsSchema(text)) << problems << text;
         valid += problems.empty();
