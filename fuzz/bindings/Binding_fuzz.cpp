@@ -2,10 +2,10 @@
 // written reads back as the same.
 
 #include "fuzz/support/Choices.h"
-#include "fuzz/support/Claim.h"
 #include "mox/ShaderError.h"
 #include "mox/bindings/Binding.h"
 #include "mox/bindings/FloatBinding.h"
+#include "tests/support/Claim.h"
 #include "tests/support/XmlElement.h"
 
 #include <string_view>

@@ -1,14 +1,14 @@
 // Material documents: whatever stands in the file, it is read, loaded, settled, checked and saved,
 // or refused with a place and one line.
 
-#include "fuzz/support/Claim.h"
 #include "mox/check/MaterialCheck.h"
 #include "mox/document/MaterialDocument.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/MaterialLoader.h"
 #include "mox/graph/MaterialSaver.h"
 #include "mox/program/CgFormat.h"
-#include "mox/program/Environment.h"
+#include "tests/support/BuildTree.h"
+#include "tests/support/Claim.h"
 #include "tests/support/GraphText.h"
 
 #include <algorithm>
@@ -18,22 +18,6 @@
 using namespace Mox::Host;
 
 namespace {
-
-const PluginSet& Plugins()
-{
-    static const PluginSet plugins = [] {
-        PluginSet set;
-        set.LoadFolder(DefaultPluginFolder());
-        return set;
-    }();
-    return plugins;
-}
-
-const Environment& TheEnvironment()
-{
-    static const Environment environment = ReadEnvironment(DefaultEnvironmentFolder());
-    return environment;
-}
 
 void ClaimClear(const ProblemList& problems)
 {
@@ -61,7 +45,7 @@ void ClaimSavedLoads(const MaterialGraph& graph, bool isWhole)
     ProblemList problems;
     const MaterialDocument document = Parse(saved, problems);
     Claim(!problems.HasErrors(), "what is saved can be read");
-    MaterialGraph again = LoadMaterial(document, Plugins(), problems);
+    MaterialGraph again = LoadMaterial(document, TestPlugins(), problems);
     Claim(!isWhole || !problems.HasErrors(), "what is saved loads without an error");
     ResolveGraph(again, problems);
     ClaimEqual(FormatMaterialDocument(SaveMaterial(again)), saved, "what is saved stays");
@@ -83,7 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Claim(!problems.HasErrors(), "what is written can be read");
     }
 
-    MaterialGraph graph = LoadMaterial(document, Plugins(), problems);
+    MaterialGraph graph = LoadMaterial(document, TestPlugins(), problems);
     const bool isWhole = !problems.HasErrors();
     if (isWhole)
         ClaimEqual(FormatMaterialDocument(SaveMaterial(graph)), written, "loading loses nothing");
@@ -94,7 +78,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     ProblemList found;
     const CgFormat proof;
-    CheckMaterial(graph, "fuzz.xml", TheEnvironment(), &proof, found);
+    CheckMaterial(graph, "fuzz.xml", TestEnvironment(), &proof, found);
     ClaimClear(found);
     return 0;
 }

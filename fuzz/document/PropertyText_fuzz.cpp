@@ -2,8 +2,8 @@
 // value changes nothing.
 
 #include "fuzz/support/Choices.h"
-#include "fuzz/support/Claim.h"
 #include "mox/document/PropertyText.h"
+#include "tests/support/Claim.h"
 
 #include <bit>
 #include <regex>

@@ -1,6 +1,9 @@
 #include "fuzz/shader/GraphModel.h"
 
+#include "mox/ShaderError.h"
 #include "mox/Text.h"
+
+#include <boost/smart_ptr/bad_weak_ptr.hpp>
 
 #include <algorithm>
 
@@ -8,18 +11,20 @@ using Mox::Materials::Compose;
 
 namespace {
 
+void RefuseIf(bool isWrong, const std::string& message)
+{
+    if (isWrong)
+        throw ShaderError(message);
+}
+
 bool Contains(const std::vector<int>& numbers, int number)
 {
     return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
 }
 
-const ShaderPort* FindPort(const std::vector<ShaderPort>& ports, const std::string& name)
+bool HasKey(const NodeModel& node)
 {
-    for (const ShaderPort& port : ports) {
-        if (port.Name == name)
-            return &port;
-    }
-    return nullptr;
+    return node.Kind == ShaderNodeKind::InterfaceParameter;
 }
 
 } // namespace
@@ -68,174 +73,145 @@ bool WorldModel::IsEdgeAlive(int number) const
                        [number](const GraphModel& graph) { return Contains(graph.Edges, number); });
 }
 
-Answer WorldModel::CheckNewEntry(const std::vector<int>& list, int edge,
-                                 const std::string& which) const
+void WorldModel::CheckNewEntry(const std::vector<int>& list, int number,
+                               const std::string& which) const
 {
     for (const int entry : list) {
         if (!IsEdgeAlive(entry))
-            return {"bad_weak_ptr"};
-        if (entry == edge)
-            return {which + "-edge entry for addition already exists on node"};
+            throw boost::bad_weak_ptr();
+        RefuseIf(entry == number, which + "-edge entry for addition already exists on node");
     }
-    return {};
 }
 
-Answer WorldModel::AddEntry(std::vector<int>& list, int edge, const std::string& which) const
+void WorldModel::AddEntry(std::vector<int>& list, int edge, const std::string& which) const
 {
-    Answer answer = CheckNewEntry(list, edge, which);
-    if (answer.Failure.empty())
-        list.push_back(edge);
-    return answer;
+    CheckNewEntry(list, edge, which);
+    list.push_back(edge);
 }
 
-Answer WorldModel::InsertNode(GraphModel& graph, int number)
+void WorldModel::InsertNode(GraphModel& graph, int number)
 {
     const NodeModel& node = Node(number);
-    const bool hasKey = node.Kind == ShaderNodeKind::InterfaceParameter;
-    if (hasKey && graph.InterfaceNodes.contains({node.Name, node.Flags}))
-        return {Describe(number) + " already exists in graph"};
-    if (Contains(graph.Nodes, number))
-        return {"node for addition already exists in graph"};
-    if (hasKey)
+    RefuseIf(HasKey(node) && graph.InterfaceNodes.contains({node.Name, node.Flags}),
+             Describe(number) + " already exists in graph");
+    RefuseIf(Contains(graph.Nodes, number), "node for addition already exists in graph");
+    if (HasKey(node))
         graph.InterfaceNodes[{node.Name, node.Flags}] = number;
     graph.Nodes.push_back(number);
-    return {};
 }
 
-Answer WorldModel::CheckEdge(const GraphModel& graph, int number) const
+void WorldModel::CheckEdge(const GraphModel& graph, const EdgeModel& edge, int number) const
 {
-    const EdgeModel& edge = Edge(number);
-    if (!IsNodeAlive(edge.Tail))
-        return {"edge tail node has been deleted"};
-    if (!IsNodeAlive(edge.Head))
-        return {"edge head node has been deleted"};
-    if (edge.Tail == edge.Head)
-        return {"edge head and tail are the same node"};
-    if (Contains(graph.Edges, number))
-        return {"edge for addition already exists in graph"};
-    if (!Contains(graph.Nodes, edge.Tail))
-        return {"tail node on edge for addition does not exist in graph"};
-    if (!Contains(graph.Nodes, edge.Head))
-        return {"head node on edge for addition does not exist in graph"};
-    Answer out = CheckNewEntry(Node(edge.Tail).OutEdges, number, "out");
-    if (!out.Failure.empty())
-        return out;
-    return CheckNewEntry(Node(edge.Head).InEdges, number, "in");
+    RefuseIf(!IsNodeAlive(edge.Tail), "edge tail node has been deleted");
+    RefuseIf(!IsNodeAlive(edge.Head), "edge head node has been deleted");
+    RefuseIf(edge.Tail == edge.Head, "edge head and tail are the same node");
+    RefuseIf(Contains(graph.Edges, number), "edge for addition already exists in graph");
+    RefuseIf(!Contains(graph.Nodes, edge.Tail),
+             "tail node on edge for addition does not exist in graph");
+    RefuseIf(!Contains(graph.Nodes, edge.Head),
+             "head node on edge for addition does not exist in graph");
+    CheckNewEntry(Node(edge.Tail).OutEdges, number, "out");
+    CheckNewEntry(Node(edge.Head).InEdges, number, "in");
 }
 
-Answer WorldModel::InsertEdge(GraphModel& graph, int number)
+void WorldModel::LayEdge(GraphModel& graph, int number)
 {
-    Answer answer = CheckEdge(graph, number);
-    if (!answer.Failure.empty())
-        return answer;
-    const EdgeModel& edge = Edge(number);
     graph.Edges.push_back(number);
-    Node(edge.Tail).OutEdges.push_back(number);
-    Node(edge.Head).InEdges.push_back(number);
-    return {};
+    Node(Edge(number).Tail).OutEdges.push_back(number);
+    Node(Edge(number).Head).InEdges.push_back(number);
 }
 
-Answer WorldModel::ConnectPorts(GraphModel& graph, int tail, const std::string& tailPort, int head,
-                                const std::string& headPort)
+void WorldModel::InsertEdge(GraphModel& graph, int number)
 {
-    Edges.push_back({tail, tailPort, head, headPort, false});
-    Answer answer = InsertEdge(graph, static_cast<int>(Edges.size()) - 1);
-    if (!answer.Failure.empty())
-        Edges.pop_back();
-    return answer;
+    CheckEdge(graph, Edge(number), number);
+    LayEdge(graph, number);
 }
 
-Answer WorldModel::FindInterfaceNode(const GraphModel& graph, const GraphModel::Key& key) const
+void WorldModel::ConnectPorts(GraphModel& graph, const EdgeModel& edge)
+{
+    const int number = static_cast<int>(Edges.size());
+    CheckEdge(graph, edge, number);
+    Edges.push_back(edge);
+    LayEdge(graph, number);
+}
+
+Found WorldModel::FindInterfaceNode(GraphModel& graph, const GraphModel::Key& key) const
 {
     const auto entry = graph.InterfaceNodes.find(key);
     if (entry != graph.InterfaceNodes.end())
-        return {"", entry->second};
-    if (std::find(graph.Providers.begin(), graph.Providers.end(), key.first) !=
-        graph.Providers.end())
-        return {"", -1, true};
-    return {Compose("failed to find interface node \"", key.first, "\" (flags=", key.second, ")")};
+        return {entry->second, {}};
+    for (auto provider = graph.Providers.rbegin(); provider != graph.Providers.rend(); ++provider) {
+        ++provider->Asked;
+        if (provider->Name == key.first)
+            return {-1, provider->Type};
+    }
+    throw ShaderError(
+        Compose("failed to find interface node \"", key.first, "\" (flags=", key.second, ")"));
 }
 
-Answer WorldModel::GetInterfaceNode(const GraphModel& graph, const GraphModel::Key& key,
-                                    const ShaderType& expected) const
+Found WorldModel::GetInterfaceNode(GraphModel& graph, const GraphModel::Key& key,
+                                   const ShaderType& expected) const
 {
-    Answer answer = FindInterfaceNode(graph, key);
-    if (!answer.Failure.empty())
-        return answer;
-    const ShaderType& type = answer.IsProvided ? providedType : Node(answer.Node).Type;
-    if (type == expected)
-        return answer;
-    const std::string found = answer.IsProvided
-                                  ? Compose("interface parameter \"", key.first, "\" (",
-                                            type.Format(), ",flags=", key.second, ")")
-                                  : Describe(answer.Node);
-    return {Compose(found, " expected to have type ", expected.Format())};
+    const Found found = FindInterfaceNode(graph, key);
+    const ShaderType type = found.Provided ? *found.Provided : Node(found.Node).Type;
+    RefuseIf(type != expected,
+             Compose("interface parameter \"", key.first, "\" (", type.Format(),
+                     ",flags=", found.Provided ? key.second : Node(found.Node).Flags,
+                     ") expected to have type ", expected.Format()));
+    return found;
 }
 
-Answer WorldModel::AddNode(GraphModel& graph, int number)
+void WorldModel::AddNode(GraphModel& graph, int number)
 {
-    if (graph.NodeMap.contains(number))
-        return {Describe(number) + " already added to the graph generator"};
+    RefuseIf(graph.NodeMap.contains(number),
+             Describe(number) + " already added to the graph generator");
     const NodeModel& node = Node(number);
     int standing = number;
-    if (node.Kind == ShaderNodeKind::InterfaceParameter &&
-        graph.InterfaceNodes.contains({node.Name, node.Flags})) {
-        Answer found = GetInterfaceNode(graph, {node.Name, node.Flags}, node.Type);
-        if (!found.Failure.empty())
-            return found;
-        standing = found.Node;
-    } else {
-        Answer inserted = InsertNode(graph, number);
-        if (!inserted.Failure.empty())
-            return inserted;
-    }
+    if (HasKey(node) && graph.InterfaceNodes.contains({node.Name, node.Flags}))
+        standing = GetInterfaceNode(graph, {node.Name, node.Flags}, node.Type).Node;
+    else
+        InsertNode(graph, number);
     graph.NodeMap[number] = standing;
-    return {};
 }
 
-Answer WorldModel::GetShaderNode(const GraphModel& graph, int node) const
+Found WorldModel::GetShaderNode(const GraphModel& graph, int node) const
 {
     const auto entry = graph.NodeMap.find(node);
-    if (entry == graph.NodeMap.end())
-        return {Describe(node) + " not yet been added to the graph generator"};
-    return {"", entry->second};
+    RefuseIf(entry == graph.NodeMap.end(),
+             Describe(node) + " not yet been added to the graph generator");
+    return {entry->second, {}};
 }
 
-Answer WorldModel::Connect(GraphModel& graph, int tail, const std::string& tailPort, int head,
-                           const std::string& headPort)
+ShaderType WorldModel::TypeOfPort(int node, const std::string& port, const std::string& which) const
 {
-    const Answer from = GetShaderNode(graph, tail);
-    if (!from.Failure.empty())
-        return from;
-    const Answer to = GetShaderNode(graph, head);
-    if (!to.Failure.empty())
-        return to;
-    const auto* output = FindPort(Node(from.Node).Outputs, tailPort);
-    if (!output)
-        return {Compose(Describe(from.Node), ": output port \"", tailPort, "\" does not exist")};
-    const auto* input = FindPort(Node(to.Node).Inputs, headPort);
-    if (!input)
-        return {Compose(Describe(to.Node), ": input port \"", headPort, "\" does not exist")};
-    const ShaderType a = output->Type;
-    const ShaderType b = input->Type;
-    if (a == b)
-        return ConnectPorts(graph, from.Node, tailPort, to.Node, headPort);
-    if (a.Rows != 1 || b.Rows != 1 || a.ArrayLength != 1 || b.ArrayLength != 1 ||
-        (a.Columns != b.Columns && a.Columns != 1))
-        return {Compose("cannot convert ", a.Format(), " to ", b.Format())};
-    return Convert(graph, {from.Node, tailPort, to.Node, headPort}, a, b);
+    for (const ShaderPort& own : which == "input" ? Node(node).Inputs : Node(node).Outputs) {
+        if (own.Name == port)
+            return own.Type;
+    }
+    throw ShaderError(Compose(Describe(node), ": ", which, " port \"", port, "\" does not exist"));
+}
+
+void WorldModel::Connect(GraphModel& graph, const EdgeModel& given)
+{
+    EdgeModel ends = given;
+    ends.Tail = GetShaderNode(graph, given.Tail).Node;
+    ends.Head = GetShaderNode(graph, given.Head).Node;
+    const ShaderType from = TypeOfPort(ends.Tail, ends.TailPort, "output");
+    const ShaderType to = TypeOfPort(ends.Head, ends.HeadPort, "input");
+    if (from == to)
+        return ConnectPorts(graph, ends);
+    RefuseIf(from.Rows != 1 || to.Rows != 1 || from.ArrayLength != 1 || to.ArrayLength != 1 ||
+                 (from.Columns != to.Columns && from.Columns != 1),
+             Compose("cannot convert ", from.Format(), " to ", to.Format()));
+    Convert(graph, ends, from, to);
 }
 
 /// All or nothing, so both ends are looked at before the first change.
-Answer WorldModel::Convert(GraphModel& graph, const EdgeModel& ends, const ShaderType& from,
-                           const ShaderType& to)
+void WorldModel::Convert(GraphModel& graph, const EdgeModel& ends, const ShaderType& from,
+                         const ShaderType& to)
 {
-    const Answer out = CheckNewEntry(Node(ends.Tail).OutEdges, -1, "");
-    if (!out.Failure.empty())
-        return out;
-    const Answer in = CheckNewEntry(Node(ends.Head).InEdges, -1, "");
-    if (!in.Failure.empty())
-        return in;
+    CheckNewEntry(Node(ends.Tail).OutEdges, -1, "");
+    CheckNewEntry(Node(ends.Head).InEdges, -1, "");
     NodeModel adapter;
     adapter.Name = "promoteAndSplat";
     adapter.Inputs = {{"in_value", from}};
@@ -248,7 +224,6 @@ Answer WorldModel::Convert(GraphModel& graph, const EdgeModel& ends, const Shade
     const int number = static_cast<int>(Nodes.size());
     Nodes.push_back(std::move(adapter));
     InsertNode(graph, number);
-    ConnectPorts(graph, ends.Tail, ends.TailPort, number, "in_value");
-    ConnectPorts(graph, number, "out_value", ends.Head, ends.HeadPort);
-    return {};
+    ConnectPorts(graph, {ends.Tail, ends.TailPort, number, "in_value", false});
+    ConnectPorts(graph, {number, "out_value", ends.Head, ends.HeadPort, false});
 }

@@ -12,12 +12,13 @@
 /// A plain account of what shader graphs, their nodes and their generators must hold and answer.
 /// It knows nodes and edges by numbers and takes every decision anew from lists of these.
 
-/// What an operation must answer: nothing, a failure, or a node.
-struct Answer
+/// What it must refuse it refuses with the very exception, before any change.
+
+/// The node that an operation must give.
+struct Found
 {
-    std::string Failure; ///< message; "bad_weak_ptr" for an edge that has gone; empty: none
     int Node = -1;
-    bool IsProvided = false; ///< a node that a provider makes and nobody keeps
+    std::optional<ShaderType> Provided; ///< of a node that a provider makes and nobody keeps
 };
 
 struct NodeModel
@@ -51,6 +52,13 @@ struct RecordModel
     std::vector<std::string> HeadPorts;
 };
 
+struct ProviderModel
+{
+    std::string Name; ///< of the parameters that it makes
+    ShaderType Type;
+    int Asked = 0; ///< how often
+};
+
 /// One graph and the generator that fills it.
 struct GraphModel
 {
@@ -59,7 +67,7 @@ struct GraphModel
     std::vector<int> Nodes;
     std::vector<int> Edges;
     std::map<Key, int> InterfaceNodes;
-    std::vector<std::string> Providers; ///< the name that each of them serves
+    std::vector<ProviderModel> Providers;
     std::map<int, int> NodeMap;
     std::map<int, RecordModel> EdgeMap; ///< by number of the authoring edge
 };
@@ -81,33 +89,32 @@ public:
     EdgeModel& Edge(int number) { return Edges[static_cast<std::size_t>(number)]; }
     const EdgeModel& Edge(int number) const { return Edges[static_cast<std::size_t>(number)]; }
 
-    Answer AddOutEdge(int node, int edge) { return AddEntry(Node(node).OutEdges, edge, "out"); }
-    Answer AddInEdge(int node, int edge) { return AddEntry(Node(node).InEdges, edge, "in"); }
+    void AddOutEdge(int node, int edge) { AddEntry(Node(node).OutEdges, edge, "out"); }
+    void AddInEdge(int node, int edge) { AddEntry(Node(node).InEdges, edge, "in"); }
 
-    Answer InsertNode(GraphModel& graph, int node);
-    Answer InsertEdge(GraphModel& graph, int edge);
-    Answer ConnectPorts(GraphModel& graph, int tail, const std::string& tailPort, int head,
-                        const std::string& headPort);
-    Answer FindInterfaceNode(const GraphModel& graph, const GraphModel::Key& key) const;
-    Answer GetInterfaceNode(const GraphModel& graph, const GraphModel::Key& key,
-                            const ShaderType& expected) const;
+    void InsertNode(GraphModel& graph, int node);
+    void InsertEdge(GraphModel& graph, int edge);
+    void ConnectPorts(GraphModel& graph, const EdgeModel& edge);
+    Found FindInterfaceNode(GraphModel& graph, const GraphModel::Key& key) const;
+    Found GetInterfaceNode(GraphModel& graph, const GraphModel::Key& key,
+                           const ShaderType& expected) const;
 
-    Answer AddNode(GraphModel& graph, int node);
-    Answer GetShaderNode(const GraphModel& graph, int node) const;
-    Answer Connect(GraphModel& graph, int tail, const std::string& tailPort, int head,
-                   const std::string& headPort);
+    void AddNode(GraphModel& graph, int node);
+    Found GetShaderNode(const GraphModel& graph, int node) const;
+    void Connect(GraphModel& graph, const EdgeModel& ends);
 
     std::vector<NodeModel> Nodes;
     std::vector<EdgeModel> Edges;
     std::vector<GraphModel> Graphs;
 
 private:
-    Answer AddEntry(std::vector<int>& list, int edge, const std::string& which) const;
-    Answer CheckNewEntry(const std::vector<int>& list, int edge, const std::string& which) const;
-    Answer CheckEdge(const GraphModel& graph, int edge) const;
-    Answer Convert(GraphModel& graph, const EdgeModel& ends, const ShaderType& from,
-                   const ShaderType& to);
-};
+    void AddEntry(std::vector<int>& list, int edge, const std::string& which) const;
+    void CheckNewEntry(const std::vector<int>& list, int number, const std::string& which) const;
+    void CheckEdge(const GraphModel& graph, const EdgeModel& edge, int number) const;
+    void LayEdge(GraphModel& graph, int number);
 
-/// The type of what providers give.
-inline const ShaderType providedType(ComponentType::Float, 3, 1, 1);
+    /// @param which "input" or "output"
+    ShaderType TypeOfPort(int node, const std::string& port, const std::string& which) const;
+    void Convert(GraphModel& graph, const EdgeModel& ends, const ShaderType& from,
+                 const ShaderType& to);
+};

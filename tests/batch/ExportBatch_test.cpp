@@ -1,5 +1,6 @@
 #include "mox/batch/ExportBatch.h"
 #include "mox/host/HostError.h"
+#include "tests/support/Failure.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -96,18 +97,6 @@ TEST_F(ExportBatchTest, WritesTextsAndReportsInOrder)
                             "error export: sub/worse: came to an end\n");
         EXPECT_EQ(Folder.Read("sub/fine.two"), "two of fine");
     }
-}
-
-/// A failure to write counts like any other failure of the one material.
-TEST_F(ExportBatchTest, OneOutputThatCannotBeWritten)
-{
-    Folder.Write("a.two/in the way");
-    std::string failures;
-    MakeBatch({"a", "b"}).Run(2, [&](const ExportJob& job, const ExportOutcome& outcome) {
-        failures += outcome.Problems.HasErrors() ? job.Document : "";
-    });
-    EXPECT_EQ(failures, "a");
-    EXPECT_EQ(Folder.Read("b.two"), "two of b");
 }
 
 TEST_F(ExportBatchTest, RefusesTwoWritersOfOneFile)

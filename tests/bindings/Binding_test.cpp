@@ -3,7 +3,6 @@
 #include "mox/bindings/FloatBinding.h"
 #include "mox/bindings/StreamFormat.h"
 #include "mox/bindings/TextureBinding.h"
-#include "mox/bindings/XmlAttributes.h"
 #include "tests/support/Failure.h"
 #include "tests/support/Session.h"
 #include "tests/support/XmlElement.h"
@@ -114,17 +113,6 @@ TEST(Binding, WordsOfValuesOutOfRangeAreEmpty)
     binding.uiType = static_cast<UiType>(10);
     binding.uiUnitType = static_cast<UiUnitType>(4);
     EXPECT_EQ(Written(binding), "tag=\"a\" gui=\"\" uiunittype=\"\"");
-}
-
-TEST(Binding, AttributesOfAnElement)
-{
-    const XmlElement element("yes='Yes' no='No' odd='yes'");
-    EXPECT_TRUE(GetXmlBool(element.Get(), "yes"));
-    EXPECT_FALSE(GetXmlBool(element.Get(), "no"));
-    EXPECT_EQ(FailureOf([&] { GetXmlBool(element.Get(), "odd"); }),
-              "attribute \"odd\" contains invalid boolean data \"yes\"");
-    EXPECT_EQ(FailureOf([&] { GetXmlAttribute(element.Get(), "none"); }),
-              "failed to find \"none\" attribute on \"binding\" element");
 }
 
 /// Sanitizers watch over this one.

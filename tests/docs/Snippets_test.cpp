@@ -1,7 +1,7 @@
+#include "tests/support/Files.h"
+
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 
@@ -9,19 +9,10 @@ namespace {
 
 const std::filesystem::path root = std::filesystem::path(MOX_TEST_DATA) / "..";
 
-std::string TextOf(const std::filesystem::path& file)
-{
-    std::ifstream stream(file);
-    EXPECT_TRUE(stream) << file << " is missing";
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-}
-
 /// A snippet whose opening line names a file after its language stands word for word in that file.
 TEST(Snippets, PluginGuideShowsTheCodeAsItIs)
 {
-    std::istringstream guide(TextOf(root / "docs/plugin-guide.md"));
+    std::istringstream guide(ReadText(root / "docs/plugin-guide.md"));
     int count = 0;
     for (std::string line; std::getline(guide, line);) {
         if (line.substr(0, 3) != "```")
@@ -34,7 +25,7 @@ TEST(Snippets, PluginGuideShowsTheCodeAsItIs)
         if (file.empty())
             continue;
         ++count;
-        EXPECT_NE(TextOf(root / file).find(snippet), std::string::npos)
+        EXPECT_NE(ReadText(root / file).find(snippet), std::string::npos)
             << file << " has no longer:\n"
             << snippet;
     }

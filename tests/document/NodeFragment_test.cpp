@@ -1,5 +1,6 @@
 #include "mox/document/NodeFragment.h"
 #include "mox/graph/MaterialLoader.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/MaterialText.h"
 #include "tests/support/NodeText.h"

@@ -91,38 +91,48 @@ TEST(AuthoringExhaustion, EdgeLists)
         make, [&](const auto& node) { node->AddOutEdge(edge); }, describe);
 }
 
+/// @param make gives a handle that keeps many nodes
+/// @returns whether their release asked for memory, which it could do without
+template <class Make>
+bool ReleaseWithoutMemory(Make make)
+{
+    const std::size_t live = Allocations::LiveCount(Allocations::Owner::All);
+    boost::shared_ptr<GuiNode> node = make();
+    Allocations::FailAt(1, Allocations::Shortage::Lasting);
+    node.reset();
+    const bool hasAsked = Allocations::EndFailing();
+    EXPECT_EQ(Allocations::LiveCount(Allocations::Owner::All), live);
+    return hasAsked;
+}
+
 /// Nodes that refer to each other in a chain, so many that their release must not recurse.
 TEST(AuthoringExhaustion, AChainIsReleasedWithoutMemory)
 {
-    const std::size_t live = Allocations::LiveCount(Allocations::Owner::All);
-    boost::shared_ptr<GuiNode> first;
-    for (int i = 0; i < 50000; ++i) {
-        const auto node = boost::make_shared<TestNode>("test");
-        node->Name->Node = first;
-        first = node;
-    }
-    Allocations::FailAt(1, Allocations::Shortage::Lasting);
-    first.reset();
-    EXPECT_FALSE(Allocations::EndFailing());
-    EXPECT_EQ(Allocations::LiveCount(Allocations::Owner::All), live);
+    EXPECT_FALSE(ReleaseWithoutMemory([] {
+        boost::shared_ptr<GuiNode> first;
+        for (int i = 0; i < 50000; ++i) {
+            const auto node = boost::make_shared<TestNode>("test");
+            node->Name->Node = first;
+            first = node;
+        }
+        return first;
+    }));
 }
 
 /// Several references of one node need a list; without memory for it they are released at once.
 TEST(AuthoringExhaustion, ATreeIsReleasedWithoutMemory)
 {
-    const std::size_t live = Allocations::LiveCount(Allocations::Owner::All);
-    boost::shared_ptr<GuiNode> root;
-    for (int i = 0; i < 100; ++i) {
-        const auto node = boost::make_shared<TestNode>("test");
-        for (const auto& property : {node->Name, node->Type, node->PositionX})
-            property->Node = boost::make_shared<TestNode>("leaf");
-        node->PositionY->Node = root;
-        root = node;
-    }
-    Allocations::FailAt(1, Allocations::Shortage::Lasting);
-    root.reset();
-    EXPECT_TRUE(Allocations::EndFailing());
-    EXPECT_EQ(Allocations::LiveCount(Allocations::Owner::All), live);
+    EXPECT_TRUE(ReleaseWithoutMemory([] {
+        boost::shared_ptr<GuiNode> root;
+        for (int i = 0; i < 100; ++i) {
+            const auto node = boost::make_shared<TestNode>("test");
+            for (const auto& property : {node->Name, node->Type, node->PositionX})
+                property->Node = boost::make_shared<TestNode>("leaf");
+            node->PositionY->Node = root;
+            root = node;
+        }
+        return root;
+    }));
 }
 
 } // namespace

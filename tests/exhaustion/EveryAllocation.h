@@ -9,8 +9,43 @@
 #include <new>
 #include <string>
 
-/// Lets the first allocation of an operation fail, then the second and so on, until the operation
-/// succeeds; each time on a new subject, and both with one failure and with all from there on.
+/// Makes an attempt in which the first allocation fails, then one with the second and so on, until
+/// none fails any more; both with one failure and with all from there on. Expects that nothing
+/// leaks.
+/// @param failing whose allocations fail
+/// @param watched whose blocks must not leak
+/// @param attempt takes a function that makes a call without memory and returns whether
+///        std::bad_alloc came out of it
+template <class Attempt>
+void ForEachAllocation(Allocations::Owner failing, Allocations::Owner watched, Attempt attempt)
+{
+    for (const auto shortage : {Allocations::Shortage::Once, Allocations::Shortage::Lasting}) {
+        std::size_t number = 0;
+        for (bool hasFailed = true; hasFailed && !::testing::Test::HasFailure();) {
+            ++number;
+            SCOPED_TRACE("allocation " + std::to_string(number) +
+                         (shortage == Allocations::Shortage::Once ? "" : " and all behind it"));
+            xmlResetLastError();
+            const std::size_t live = Allocations::LiveCount(watched);
+            attempt([&](auto call) {
+                bool isReported = false;
+                Allocations::FailAt(number, shortage, failing);
+                try {
+                    call();
+                } catch (const std::bad_alloc&) {
+                    isReported = true;
+                }
+                hasFailed = Allocations::EndFailing();
+                xmlResetLastError();
+                return isReported;
+            });
+            EXPECT_EQ(Allocations::LiveCount(watched), live) << "blocks leak";
+        }
+        EXPECT_GT(number, 1u) << "the operation does not allocate";
+    }
+}
+
+/// Lets each allocation of an operation fail in turn, each time on a new subject.
 ///
 /// Expected of every failure: std::bad_alloc arrives, or the operation could do without the memory
 /// and has its whole result all the same; nothing leaks; the subject reads as it must, and the same
@@ -29,36 +64,15 @@ void ExpectSurvival(Allocations::Owner owner, Make make, Call call, Describe des
         call(subject);
         return describe(subject);
     }();
-    for (const auto shortage : {Allocations::Shortage::Once, Allocations::Shortage::Lasting}) {
-        std::size_t number = 0;
-        for (bool hasFailed = true; hasFailed && !::testing::Test::HasFailure();) {
-            ++number;
-            SCOPED_TRACE("allocation " + std::to_string(number) +
-                         (shortage == Allocations::Shortage::Once ? "" : " and all behind it"));
-            xmlResetLastError();
-            const std::size_t live = Allocations::LiveCount(owner);
-            {
-                auto subject = make();
-                std::string before = describe(subject);
-                bool isReported = false;
-                Allocations::FailAt(number, shortage, owner);
-                try {
-                    call(subject);
-                } catch (const std::bad_alloc&) {
-                    isReported = true;
-                }
-                hasFailed = Allocations::EndFailing();
-                xmlResetLastError();
-                if (isReported) {
-                    check(before, describe(subject));
-                    call(subject);
-                }
-                EXPECT_EQ(describe(subject), expected);
-            }
-            EXPECT_EQ(Allocations::LiveCount(owner), live) << "blocks leak";
+    ForEachAllocation(owner, owner, [&](auto isOutOfMemory) {
+        auto subject = make();
+        const std::string before = describe(subject);
+        if (isOutOfMemory([&] { call(subject); })) {
+            check(before, describe(subject));
+            call(subject);
         }
-        EXPECT_GT(number, 1u) << "the operation does not allocate";
-    }
+        EXPECT_EQ(describe(subject), expected);
+    });
 }
 
 /// A failure changes nothing.

@@ -10,6 +10,7 @@
 #include "mox/program/Environment.h"
 #include "mox/program/ProgramExporter.h"
 #include "tests/exhaustion/EveryAllocation.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/MaterialText.h"
 
@@ -43,25 +44,24 @@ template <class Call>
 void ExpectNoFalseResult(Call call)
 {
     const std::string expected = call();
-    for (const auto shortage : {Allocations::Shortage::Once, Allocations::Shortage::Lasting}) {
-        bool hasFailed = true;
-        for (std::size_t number = 1; hasFailed && !::testing::Test::HasFailure(); ++number) {
-            SCOPED_TRACE(Compose("allocation ", number, " of libxml2"));
-            const std::size_t live = Allocations::LiveCount(Allocations::Owner::New);
-            {
-                std::string result = expected;
-                Allocations::FailAt(number, shortage, Allocations::Owner::Xml);
-                try {
-                    result = call();
-                } catch (const std::bad_alloc&) {
-                } catch (const Host::HostError&) {
-                }
-                hasFailed = Allocations::EndFailing();
-                EXPECT_EQ(result, expected);
+    using Allocations::Owner;
+    ForEachAllocation(Owner::Xml, Owner::New, [&](auto isOutOfMemory) {
+        std::string result = expected;
+        isOutOfMemory([&] {
+            try {
+                result = call();
+            } catch (const Host::HostError&) {
             }
-            EXPECT_EQ(Allocations::LiveCount(Allocations::Owner::New), live) << "blocks leak";
-        }
-    }
+        });
+        EXPECT_EQ(result, expected);
+    });
+}
+
+template <class Call>
+void ExpectAllOrNothing(Call call)
+{
+    ExpectResult(call);
+    ExpectNoFalseResult(call);
 }
 
 /// Keeps what a parser says.
@@ -93,21 +93,20 @@ TEST(MaterialExhaustion, ParserLosesNothing)
         problems.ThrowFirstError();
         return events.Said;
     };
-    ExpectResult(read);
-    ExpectNoFalseResult(read);
+    ExpectAllOrNothing(read);
 }
 
 TEST(MaterialExhaustion, DocumentsAreReadWholeOrNotAtAll)
 {
     const auto read = [] { return FormatDocument(Host::ReadMaterialDocument(example)); };
-    ExpectResult(read);
-    ExpectNoFalseResult(read);
+    ExpectAllOrNothing(read);
 }
 
 TEST(MaterialExhaustion, EnvironmentIsReadWholeOrNotAtAll)
 {
     const auto read = [] {
-        const Host::Environment environment = Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER);
+        const Host::Environment environment =
+            Host::ReadEnvironment(Host::DefaultEnvironmentFolder());
         std::string text;
         for (const auto& code : environment.Code)
             text += code.Text + Compose(code.Provides.size(), "\n");
@@ -117,8 +116,7 @@ TEST(MaterialExhaustion, EnvironmentIsReadWholeOrNotAtAll)
         }
         return text;
     };
-    ExpectResult(read);
-    ExpectNoFalseResult(read);
+    ExpectAllOrNothing(read);
 }
 
 TEST(MaterialExhaustion, BindingsAreWrittenAndReadWholeOrNotAtAll)
@@ -130,8 +128,7 @@ TEST(MaterialExhaustion, BindingsAreWrittenAndReadWholeOrNotAtAll)
     const auto file = std::filesystem::temp_directory_path() / "mox_exhausted_bindings.xml";
     std::ofstream(file) << Host::FormatBindings(*bindings);
     const auto read = [&] { return Host::FormatBindings(*Host::ReadBindings(file)); };
-    ExpectResult(read);
-    ExpectNoFalseResult(read);
+    ExpectAllOrNothing(read);
     std::filesystem::remove(file);
 }
 
@@ -149,8 +146,8 @@ TEST(MaterialExhaustion, MaterialsAreExported)
 {
     std::vector<std::unique_ptr<Host::ProgramFormat>> formats;
     formats.push_back(std::make_unique<Host::CgFormat>());
-    const Host::ProgramExporter exporter(
-        TestPlugins(), Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER), {true}, std::move(formats));
+    const Host::ProgramExporter exporter(TestPlugins(), TestEnvironment(), {true},
+                                         std::move(formats));
     ExpectResult([&] {
         const Host::ExportedMaterial exported = exporter.Export(example);
         exported.Problems.ThrowFirstError();

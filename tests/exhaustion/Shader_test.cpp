@@ -1,13 +1,14 @@
+#include "fuzz/shader/ShaderSession.h"
 #include "mox/Text.h"
 #include "mox/authoring/GuiPort.h"
-#include "mox/program/ShaderGraphText.h"
+#include "mox/host/File.h"
 #include "mox/shader/ShaderFunctionBuilder.h"
-#include "mox/shader/ShaderGraphGenerator.h"
+#include "mox/shader/ShaderNode.h"
 #include "tests/exhaustion/EveryAllocation.h"
-#include "tests/support/Failure.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <filesystem>
 #include <memory>
 
 using namespace Mox;
@@ -15,120 +16,37 @@ using Materials::Compose;
 
 namespace {
 
+constexpr const char* fuzzInputs = MOX_TEST_DATA "/../fuzz/corpus/fuzz_shader_graph";
 const std::string longName(40, 'n'); ///< too long for a string's own buffer
 const ShaderType float3(ComponentType::Float, 3, 1, 1);
 const ShaderType half3(ComponentType::Half, 3, 1, 1);
 const ShaderType half1(ComponentType::Half, 1, 1, 1);
 
-/// A graph that is being filled, with two nodes to connect and others that are not in it yet.
-struct Work
+/// Every call that the fuzzer's inputs make, with all that graphs, generators and nodes hold then.
+TEST(ShaderExhaustion, CallsOnGraphsAreWholeOrNotAtAll)
 {
-    Work()
-    {
-        Generator.AddNode(Source);
-        Generator.AddNode(Sink);
-        Graph.InsertNode(ShaderNode::CreateInterfaceParameter("shared" + longName, 0, half3));
+    for (const auto& input : std::filesystem::directory_iterator(fuzzInputs)) {
+        SCOPED_TRACE(input.path());
+        const std::string bytes = Host::ReadFile(input.path());
+        const Choices choices(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+        for (const auto shortage : {Allocations::Shortage::Once, Allocations::Shortage::Lasting}) {
+            const std::size_t live = Allocations::LiveCount(Allocations::Owner::All);
+            RunShaderSession(choices, [&](const auto& call, const auto& compare) {
+                for (std::size_t number = 1;; ++number) {
+                    Allocations::FailAt(number, shortage);
+                    try {
+                        call();
+                        Allocations::EndFailing();
+                        return;
+                    } catch (const std::bad_alloc&) {
+                        Allocations::EndFailing();
+                    }
+                    compare();
+                }
+            });
+            EXPECT_EQ(Allocations::LiveCount(Allocations::Owner::All), live) << "blocks leak";
+        }
     }
-
-    ShaderGraph Graph;
-    ShaderGraphGenerator Generator{Graph};
-    ShaderNodeHandle Source = ShaderNode::CreateUniformParameter("source" + longName, half3);
-    ShaderNodeHandle Sink = ShaderNode::CreateInterfaceParameter("sink" + longName, 0, half3);
-    ShaderNodeHandle Other = ShaderNode::CreateUniformParameter("other" + longName, half3);
-    boost::shared_ptr<Materials::GuiEdge> Edge = boost::make_shared<Materials::GuiEdge>();
-};
-
-std::unique_ptr<Work> MakeWork()
-{
-    return std::make_unique<Work>();
-}
-
-/// Everything that list, set, table and the nodes' own lists say of the graph.
-std::string Describe(const std::unique_ptr<Work>& work)
-{
-    const ShaderGraph& graph = work->Graph;
-    std::string text = Host::FormatShaderGraph(graph);
-    text += Compose(graph.Nodes.size(), " ", graph.NodeSet.size(), " ", graph.Edges.size(), " ",
-                    graph.EdgeSet.size(), " ", graph.InterfaceNodes.size(), "\n");
-    for (const auto& node : graph.Nodes)
-        text += Compose(graph.NodeSet.contains(node), " ", node->InEdges.size(), " ",
-                        node->OutEdges.size(), "\n");
-    for (const auto& edge : graph.Edges)
-        text += Compose(graph.EdgeSet.contains(edge), "\n");
-    text += Compose(work->Generator.NodeMap.size(), " added\n");
-    for (const auto& [key, node] : work->Generator.NodeMap)
-        text += Compose(graph.NodeSet.contains(node), "\n");
-    for (const auto& [edge, record] : work->Generator.EdgeMap) {
-        text += Compose("edge: ", record.Tail != nullptr, " ", record.TailPort, " ",
-                        record.Heads.size(), "\n");
-        for (const std::string& port : record.HeadPorts)
-            text += Compose("to ", port, "\n");
-    }
-    return text;
-}
-
-template <class Call>
-void ExpectNoChange(Call call)
-{
-    ExpectSurvival(
-        MakeWork, [&](const std::unique_ptr<Work>& work) { call(*work); }, Describe);
-}
-
-TEST(ShaderExhaustion, GraphTakesNodesAndEdgesWholeOrNotAtAll)
-{
-    const auto connect = [](Work& work, const ShaderNodeHandle& head) {
-        work.Graph.ConnectPorts(work.Source, "read", head, "write" + longName, false);
-    };
-    ExpectNoChange([](Work& work) { work.Graph.InsertNode(work.Other); });
-    ExpectNoChange([](Work& work) {
-        work.Graph.InsertNode(ShaderNode::CreateInterfaceParameter("other", 1, half3));
-    });
-    ExpectNoChange([](Work& work) { ExpectRefused([&] { work.Graph.InsertNode(work.Sink); }); });
-    ExpectNoChange([&](Work& work) { connect(work, work.Sink); });
-    ExpectNoChange([&](Work& work) { ExpectRefused([&] { connect(work, work.Other); }); });
-}
-
-TEST(ShaderExhaustion, GeneratorTakesNodesWholeOrNotAtAll)
-{
-    const auto addShared = [](Work& work, const ShaderType& type) {
-        work.Generator.AddNode(ShaderNode::CreateInterfaceParameter("shared" + longName, 0, type));
-    };
-    ExpectNoChange([](Work& work) { work.Generator.AddNode(work.Other); });
-    ExpectNoChange([&](Work& work) { addShared(work, half3); });
-    ExpectNoChange([&](Work& work) { ExpectRefused([&] { addShared(work, float3); }); });
-    ExpectNoChange([](Work& work) { ExpectRefused([&] { work.Generator.AddNode(work.Source); }); });
-}
-
-TEST(ShaderExhaustion, ConnectionsAreLaidWholeOrNotAtAll)
-{
-    for (const ShaderType& type : {half3, float3, half1}) {
-        const auto make = [&] {
-            auto work = MakeWork();
-            work->Other = ShaderNode::CreateUniformParameter("other" + longName, type);
-            work->Generator.AddNode(work->Other);
-            return work;
-        };
-        const auto connect = [](const auto& work) {
-            work->Generator.Connect(work->Other, "read", work->Sink, "write");
-        };
-        ExpectSurvival(make, connect, Describe);
-    }
-}
-
-TEST(ShaderExhaustion, EdgeRecordsAreWhole)
-{
-    ExpectNoChange(
-        [](Work& work) { work.Generator.RecordEdgeTail(work.Edge, work.Source, longName); });
-    const auto makeWithHead = [] {
-        auto work = MakeWork();
-        work->Generator.RecordEdgeHead(work->Edge, work->Sink, longName);
-        return work;
-    };
-    const auto addHead = [](const auto& work) {
-        work->Generator.RecordEdgeHead(work->Edge, work->Other, longName + "2");
-    };
-    ExpectSurvival(MakeWork, addHead, Describe);
-    ExpectSurvival(makeWithHead, addHead, Describe);
 }
 
 /// A failure ends the work on a builder, so each attempt takes a new one.

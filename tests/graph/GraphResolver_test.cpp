@@ -1,6 +1,7 @@
 #include "mox/Text.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/MaterialLoader.h"
+#include "tests/support/Failure.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/ProbeNode.h"
 
@@ -93,28 +94,6 @@ TEST(GraphResolver, CallsOnlyWhatAChangeReaches)
     EXPECT_EQ(chain.Calls(), "0:0/1 1:1/1 2:1/1 ");
     chain.Graph.Apply(inverse);
     EXPECT_EQ(chain.Calls(), "0:0/1 1:1/1 2:1/1 ");
-}
-
-TEST(GraphResolver, ConflictsAreShownToldAndForgotten)
-{
-    Resolution chain(Chain(3));
-    chain.Graph.SetProperty("0", "Width", "3");
-    chain.Graph.AddNode("3", "Probe");
-    chain.Graph.SetProperty("3", "Width", "4");
-    chain.Graph.Connect("3", "out", "1", "in_2");
-    chain.Resolver.Resolve(chain.Problems);
-    ProblemList problems;
-    ReportCountConflicts(chain.Graph, problems);
-    EXPECT_EQ(FormatProblems(problems),
-              "error count-conflict: node \"1\": component counts do not agree: \"in_1\" has 3, "
-              "\"in_2\" has 4\n");
-    EXPECT_FALSE(chain.At(2).InputPorts[0].CountKnown && chain.At(2).InEdges.empty());
-    chain.Graph.SetProperty("3", "Width", "1");
-    chain.Resolver.Resolve(chain.Problems);
-    problems = {};
-    ReportCountConflicts(chain.Graph, problems);
-    EXPECT_TRUE(problems.Problems().empty());
-    EXPECT_EQ(chain.At(2).InputPorts[0].GetComponentCount(), 3);
 }
 
 TEST(GraphResolver, LongChainInAnyOrder)

@@ -1,5 +1,6 @@
 #include "mox/graph/MaterialLoader.h"
 #include "mox/graph/MaterialSaver.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/Files.h"
 #include "tests/support/Golden.h"
 #include "tests/support/GraphText.h"
@@ -54,31 +55,13 @@ TEST(MaterialLoader, GivesUpOnVeryManyCircles)
     EXPECT_EQ(problems.Problems().size(), 202u);
 }
 
-std::string LoadAndSave(const MaterialDocument& document)
-{
-    return FormatDocument(SaveMaterial(LoadMaterial(document, TestPlugins())));
-}
-
+/// Values that nodes settle by themselves, other spellings, other orders, unknown things.
 TEST(MaterialLoader, SavingGivesTheDocumentAgain)
 {
-    for (const std::filesystem::path& file : ExampleDocuments()) {
-        const MaterialDocument document = ReadMaterialDocument(file);
-        EXPECT_EQ(LoadAndSave(document), FormatDocument(document));
-    }
-
-    // Values that nodes settle by themselves, other spellings, other orders, unknown things.
-    MaterialDocument odd = MaterialFromText(R"(
-        swizzle CoreSwizzle@-3; Vector Type=Uv; PositionX=1.50
-        stated CoreSwizzle; Component Count=4; Later:string=
-        copy CoreTexture; Reference=original
-        original CoreTexture; Colour Type=DXT5 Normal
-        lost Alien@9; Twin:node=copy; Description:string=mine; Level:enum=High
-        lost.a -> copy.in_uv
-    )");
-    odd.Description = {{"title", "odd"}};
-    odd.RenderState = {{"cull", "none"}};
-    odd.Bindings = {{"texture", "t", {{"file", "a.png"}}, 0}};
-    EXPECT_EQ(LoadAndSave(odd), FormatDocument(odd));
+    const MaterialDocument document = ReadMaterialDocument(
+        MOX_TEST_DATA "/../fuzz/corpus/fuzz_material_document/settled_by_nodes.xml");
+    EXPECT_EQ(FormatDocument(SaveMaterial(LoadMaterial(document, TestPlugins()))),
+              FormatDocument(document));
 }
 
 /// One edited value is one changed line, and what its node does not own stays out.

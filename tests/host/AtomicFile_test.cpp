@@ -1,5 +1,5 @@
 #include "mox/host/AtomicFile.h"
-#include "tests/support/GraphText.h"
+#include "tests/support/Failure.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -73,20 +73,6 @@ TEST(AtomicFile, LeavesWhatIsTheSame)
     EXPECT_EQ(std::filesystem::last_write_time(file), longAgo);
     EXPECT_TRUE(WriteIfChanged(file, "sane"));
     EXPECT_GT(std::filesystem::last_write_time(file), longAgo);
-}
-
-TEST(AtomicFile, WhatCannotBeWritten)
-{
-    const TemporaryFolder folder;
-    const auto absent = folder.Path() / "no" / "file";
-    EXPECT_EQ(WriteFailure(absent),
-              absent.string() + ": cannot be written: No such file or directory");
-    folder.Write("folder/file");
-    for (const auto& name : {folder.Path() / "folder", std::filesystem::path("/dev/full")}) {
-        EXPECT_EQ(WriteFailure(name),
-                  name.string() +
-                      ": cannot be written: something else than a regular file has this name");
-    }
 }
 
 /// A limit on the size of files stands for a disk that gets full on the way.

@@ -3,7 +3,6 @@
 #include "mox/host/PluginSet.h"
 #include "mox/shader/ShaderGraphGenerator.h"
 #include "tests/support/Failure.h"
-#include "tests/support/GraphText.h"
 
 #include <gtest/gtest.h>
 

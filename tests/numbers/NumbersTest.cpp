@@ -1,69 +1,19 @@
 #include "tests/numbers/NumbersTest.h"
 
 #include "mox/Text.h"
-#include "mox/host/HostError.h"
 
 #include <algorithm>
 #include <cmath>
+#include <random>
 #include <sstream>
 
-using namespace Mox::Host;
 using Mox::Materials::Compose;
-
-namespace {
-
-struct SharedRunner
-{
-    std::unique_ptr<ValueRunner> Runner;
-    std::string Failure;
-    std::size_t MessagesSeen = 0;
-};
-
-/// Goes before the loader of the device does.
-SharedRunner& Shared()
-{
-    static SharedRunner shared = [] {
-        SharedRunner made;
-        try {
-            made.Runner = std::make_unique<ValueRunner>();
-        } catch (const HostError& error) {
-            made.Failure = error.what();
-        }
-        return made;
-    }();
-    return shared;
-}
-
-} // namespace
-
-void NumbersTest::SetUp()
-{
-    const SharedRunner& shared = Shared();
-    if (shared.Failure.find("no Vulkan device was found") == 0)
-        GTEST_SKIP() << shared.Failure;
-    ASSERT_TRUE(shared.Runner) << shared.Failure;
-}
-
-void NumbersTest::TearDown()
-{
-    SharedRunner& shared = Shared();
-    if (!shared.Runner)
-        return;
-    const auto& messages = shared.Runner->Device().ValidationMessages();
-    for (; shared.MessagesSeen < messages.size(); ++shared.MessagesSeen)
-        ADD_FAILURE() << messages[shared.MessagesSeen];
-}
-
-ValueRunner& NumbersTest::Runner()
-{
-    return *Shared().Runner;
-}
 
 std::vector<Numbers> NumbersTest::Evaluate(const std::string& material,
                                            const RunInputs& inputs) const
 {
     try {
-        return Runner().Evaluate(material, inputs);
+        return Get().Evaluate(material, inputs);
     } catch (const std::exception& error) {
         ADD_FAILURE() << error.what() << "\n" << material;
         return {};

@@ -2,14 +2,10 @@
 
 #include "tests/numbers/Comparison.h"
 #include "tests/numbers/ValueRunner.h"
+#include "tests/support/DeviceTest.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <random>
-
-/// Shares one device among all tests; the validation layer watches all of them.
-class NumbersTest : public testing::Test
+/// Runs materials and compares what comes out.
+class NumbersTest : public DeviceTest<ValueRunner>
 {
 public:
     /// Values that programs are likely to get wrong: whole numbers, negative ones, those beside
@@ -17,11 +13,6 @@ public:
     static std::vector<Numbers> MakeValues(std::size_t seed, std::size_t count);
 
 protected:
-    void SetUp() override;
-    void TearDown() override;
-
-    static ValueRunner& Runner();
-
     /// The same as of the runner; a material without a program fails the test and gives nothing.
     std::vector<Numbers> Evaluate(const std::string& material, const RunInputs& inputs) const;
 

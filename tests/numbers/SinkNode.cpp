@@ -27,11 +27,6 @@ SinkNode::SinkNode(const ShaderType& type) : SinkNode(type.Component)
         port.SetComponentCount(type.Columns);
 }
 
-const char* SinkNode::ValueName()
-{
-    return "numbers";
-}
-
 void SinkNode::ResolveComponentCounts()
 {
     // Each input keeps the count that comes in; they need not agree.
@@ -55,7 +50,7 @@ void SinkNode::GenerateShader(ShaderGraphGenerator& generator)
     builder.AddOutput(numbers, outputName);
     builder.AppendCode(Compose("\t", outputName, " = float4( ", parts, " );\n"));
     const ShaderNodeHandle function = builder.Build(ShaderLevel::Fragment, "sinkCode");
-    const ShaderNodeHandle value = ShaderNode::CreateInterfaceParameter(ValueName(), 0, numbers);
+    const ShaderNodeHandle value = ShaderNode::CreateInterfaceParameter("numbers", 0, numbers);
     generator.AddNode(function);
     generator.AddNode(value);
     generator.Connect(function, outputName, value, "write");

@@ -3,7 +3,8 @@
 #include "mox/authoring/GuiNode.h"
 
 /// The end of a material under test: writes what reaches "in_0" to "in_3" one behind the other into
-/// four numbers, and zeros behind that. What a fifth number would be is cut off.
+/// the value "numbers" of the environment, and zeros behind that. What a fifth number would be is
+/// cut off.
 class SinkNode : public Mox::Materials::GuiNode
 {
 public:
@@ -12,8 +13,6 @@ public:
 
     /// Inputs of just this type.
     explicit SinkNode(const ShaderType& type);
-
-    static const char* ValueName(); ///< of the float4 that the environment gets
 
     void ResolveComponentCounts() override;
     void GenerateShader(ShaderGraphGenerator& generator) override;

@@ -47,7 +47,7 @@ protected:
             inputs.Streams["uv"].push_back({x, y});
             inputs.Streams["frame"].push_back({5.5f});
         }
-        return Runner().DrawOnGrid(material, inputs, {squares, pixels});
+        return Get().DrawOnGrid(material, inputs, {squares, pixels});
     }
 
     /// The largest distance between two images.

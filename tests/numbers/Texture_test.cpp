@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <random>
 
 using namespace Mox::Host;
 using Mox::Materials::Compose;

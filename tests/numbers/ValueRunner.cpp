@@ -8,6 +8,7 @@
 #include "mox/program/ShaderTypeText.h"
 #include "tests/numbers/FeedNode.h"
 #include "tests/numbers/SinkNode.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/MaterialText.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -23,30 +24,6 @@ namespace {
 
 constexpr const char* positionStream = "clipPosition";
 constexpr std::uint32_t caseColumns = 64;
-
-/// A place without a transform, and the sink's numbers as they are.
-Environment MakeBareEnvironment()
-{
-    const ShaderType place(ComponentType::Float, 2, 1, 1);
-    const ShaderType four(ComponentType::Float, 4, 1, 1);
-    Environment environment = ReadEnvironment(MOX_ENVIRONMENT_FOLDER);
-    environment.Values.clear();
-    environment.Outputs.clear();
-    EnvironmentEntry position;
-    position.Name = "position";
-    position.Type = four;
-    position.Inputs = {{"in_place", place, EnvironmentSource::Stream, positionStream, {}}};
-    position.Body = "\tout_value = float4( in_place, 0.0, 1.0 );\n";
-    position.Register = ShaderRegister(ShaderRegisterType::VertexPosition, 0);
-    environment.Outputs.push_back(position);
-    EnvironmentEntry colour;
-    colour.Name = "colour";
-    colour.Type = four;
-    colour.Inputs = {{"in_numbers", four, EnvironmentSource::Value, SinkNode::ValueName(), {}}};
-    colour.Register = ShaderRegister(ShaderRegisterType::FragmentColorOut, 0);
-    environment.Outputs.push_back(colour);
-    return environment;
-}
 
 boost::shared_ptr<GuiNode> MakeNode(const std::string& type)
 {
@@ -112,7 +89,8 @@ std::vector<DrawTexture> MakeTextures(const CompiledProgram& program, const RunI
 
 } // namespace
 
-ValueRunner::ValueRunner() : _device(true), _environment(MakeBareEnvironment())
+ValueRunner::ValueRunner()
+    : _device(true), _environment(ReadEnvironment(MOX_TEST_DATA "/numbers/environment"))
 {}
 
 std::vector<Numbers> ValueRunner::Evaluate(const std::string& material, const RunInputs& inputs)

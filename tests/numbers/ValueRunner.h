@@ -49,7 +49,10 @@ public:
     std::vector<Numbers> DrawOnGrid(const std::string& material, const RunInputs& inputs,
                                     const GridSize& grid);
 
-    const Mox::Host::VulkanDevice& Device() const { return _device; }
+    const std::vector<std::string>& ValidationMessages() const
+    {
+        return _device.ValidationMessages();
+    }
 
 private:
     std::vector<Numbers> Draw(const std::string& material, const RunInputs& inputs,

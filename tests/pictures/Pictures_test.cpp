@@ -8,6 +8,7 @@
 #include "mox/pictures/MaterialPicture.h"
 #include "mox/pictures/ShaderPicture.h"
 #include "mox/program/MaterialProgram.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/Golden.h"
 #include "tests/support/MaterialText.h"
 
@@ -46,12 +47,11 @@ Drawing DrawDocument(const MaterialDocument& document, ProblemList& problems)
 
 Drawing DrawExampleShader(const std::string& name)
 {
-    static const Environment environment = ReadEnvironment(MOX_ENVIRONMENT_FOLDER);
     ProblemList problems;
     const MaterialGraph graph =
         OpenMaterial(Compose(MOX_EXAMPLES "/", name, ".xml"), TestPlugins(), problems);
     GeneratedShader shader;
-    CompleteShader(graph, environment, shader, problems);
+    CompleteShader(graph, TestEnvironment(), shader, problems);
     return DrawShader(shader, problems);
 }
 

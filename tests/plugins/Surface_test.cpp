@@ -3,15 +3,19 @@
 #include "mox/graph/MaterialLoader.h"
 #include "mox/program/ShaderGeneration.h"
 #include "mox/program/ShaderGraphText.h"
+#include "mox/program/ShaderTypeText.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/Golden.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/MaterialText.h"
 #include "tests/support/NodeText.h"
+#include "tests/support/Session.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <map>
+#include <sstream>
 
 using namespace Mox;
 using namespace Mox::Materials;
@@ -76,46 +80,18 @@ TEST(Surface, WhatEachTypeShowsAndWrites)
     ExpectGolden("plugins/Surface.txt", text);
 }
 
+/// The first line of each material has the types that are to be had, where it is not everything.
 TEST(Surface, Materials)
 {
-    const struct
-    {
-        const char* Point;
-        const char* Material;
-        Types Provided;
-    } cases[] = {
-        {"each input writes one parameter",
-         R"(colour CoreConstant; Name=colour
-            surface Surface
-            colour.read -> surface.in_colour
-            colour.read -> surface.in_normal
-            colour.read -> surface.in_offset
-            colour.read -> surface.in_emission
-            time SurfaceTime
-            time.read -> surface.in_alpha)",
-         everything},
-        {"sources of one type read one parameter, which is converted at the surface",
-         R"(surface Surface
-            second SurfaceWorldNormal
-            first SurfaceWorldNormal
-            first.read -> surface.in_offset
-            second.read -> surface.in_normal)",
-         everything},
-        {"a source needs a provider of its key", "time SurfaceTime", {{"frame", scalar}}},
-        {"and of its type", "time SurfaceTime", {{"time", {ComponentType::Half, 1, 1, 1}}}},
-        {"a second surface may not write what the first writes, and does nothing then",
-         R"(first Surface
-            other Surface; Name=other
-            time SurfaceTime
-            time.read -> first.in_alpha
-            time.read -> other.in_colour
-            time.read -> other.in_alpha)",
-         everything},
-    };
-    std::string text;
-    for (const auto& [point, material, provided] : cases)
-        text += Compose("== ", point, "\n", Generate(material, provided));
-    ExpectGolden("plugins/SurfaceMaterials.txt", text);
+    ExpectSession("plugins/SurfaceMaterials.txt", [](const std::string& text) {
+        const std::size_t end = text.find('\n');
+        std::istringstream words(text.substr(0, end));
+        Types provided = everything;
+        std::string name, type;
+        if (words >> name >> type)
+            provided = {{name, Host::ParseShaderType(type).value()}};
+        return Generate(text.substr(end + 1), provided);
+    });
 }
 
 } // namespace

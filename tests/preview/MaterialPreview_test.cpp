@@ -2,8 +2,10 @@
 #include "mox/preview/MaterialPreview.h"
 #include "mox/preview/MeshFile.h"
 #include "mox/preview/MeshShapes.h"
+#include "tests/support/BuildTree.h"
+#include "tests/support/DeviceTest.h"
+#include "tests/support/Files.h"
 #include "tests/support/MaterialText.h"
-#include "tests/support/RunMox.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -69,37 +71,14 @@ void WriteTexture(const std::filesystem::path& file, std::uint32_t size,
     WritePng(picture, file);
 }
 
-/// Shares one device among the tests; the validation layer watches all of them.
-class MaterialPreviewTest : public testing::Test
+struct WatchedPreview : MaterialPreview
+{
+    WatchedPreview() : MaterialPreview(TestPlugins(), TestEnvironment(), true) {}
+};
+
+class MaterialPreviewTest : public DeviceTest<WatchedPreview>
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        try {
-            _preview = std::make_unique<MaterialPreview>(
-                TestPlugins(), ReadEnvironment(MOX_ENVIRONMENT_FOLDER), true);
-        } catch (const HostError& error) {
-            _failure = error.what();
-        }
-    }
-
-    static void TearDownTestSuite() { _preview.reset(); }
-
-    void SetUp() override
-    {
-        if (_failure.find("no Vulkan device was found") == 0)
-            GTEST_SKIP() << _failure;
-        ASSERT_TRUE(_preview) << _failure;
-    }
-
-    void TearDown() override
-    {
-        if (!_preview)
-            return;
-        for (; _messagesSeen < _preview->ValidationMessages().size(); ++_messagesSeen)
-            ADD_FAILURE() << _preview->ValidationMessages()[_messagesSeen];
-    }
-
     /// @param words keys and values as pixels.txt has them
     /// @param complaint takes what is wrong
     Picture Draw(const std::string& material, std::istream& words, std::string& complaint) const
@@ -133,7 +112,7 @@ protected:
         }
         try {
             ProblemList problems;
-            const Picture picture = _preview->RenderMaterial(document, mesh, options, problems);
+            const Picture picture = Get().RenderMaterial(document, mesh, options, problems);
             EXPECT_EQ(picture.Width, options.FrameCount * options.Width);
             if (!problems.Problems().empty())
                 complaint = problems.Problems().back().Format();
@@ -147,14 +126,7 @@ protected:
     }
 
     TemporaryFolder _folder;
-    static std::unique_ptr<MaterialPreview> _preview;
-    static std::string _failure;
-    static std::size_t _messagesSeen;
 };
-
-std::unique_ptr<MaterialPreview> MaterialPreviewTest::_preview;
-std::string MaterialPreviewTest::_failure;
-std::size_t MaterialPreviewTest::_messagesSeen = 0;
 
 TEST_F(MaterialPreviewTest, PixelsAreThoseOfTheFile)
 {
@@ -228,49 +200,16 @@ TEST_F(MaterialPreviewTest, PixelsAreThoseOfTheFile)
 
 TEST_F(MaterialPreviewTest, EveryExampleIsDrawn)
 {
-    for (const auto& entry : std::filesystem::directory_iterator(MOX_EXAMPLES)) {
-        if (entry.path().extension() != ".xml")
-            continue;
-        SCOPED_TRACE(entry.path());
+    for (const std::filesystem::path& file : ExampleDocuments()) {
+        SCOPED_TRACE(file);
         PreviewOptions options;
         options.Width = options.Height = 64;
         ProblemList problems;
-        const Picture picture = _preview->RenderMaterial(ReadMaterialDocument(entry.path()),
-                                                         MakeSphere(), options, problems);
+        const Picture picture =
+            Get().RenderMaterial(ReadMaterialDocument(file), MakeSphere(), options, problems);
         EXPECT_FALSE(problems.HasErrors());
         EXPECT_NE(PixelAt(picture, 0.5f, 0.5f), PixelAt(picture, 0.02f, 0.02f));
     }
-}
-
-TEST_F(MaterialPreviewTest, ProgramWritesPictures)
-{
-    const std::string output = "-o '" + (_folder.Path() / "out.png").string() + "' --size 32x24 ";
-    const Outcome drawn = RunMox("preview ../examples/rim_light.xml --frames 0..1 " + output);
-    EXPECT_EQ(drawn.Status, 0);
-    EXPECT_EQ(drawn.Text, "");
-    const std::string header = _folder.Read("out.png").substr(0, 24);
-    EXPECT_EQ(header.substr(1, 3), "PNG");
-    EXPECT_EQ(header[19], 64);
-    EXPECT_EQ(header[23], 24);
-
-    const Outcome broken = RunMox("preview mox/bad/missing_facing.xml " + output);
-    EXPECT_EQ(broken.Status, 1);
-    EXPECT_NE(broken.Text.find("missing_facing.xml:"), std::string::npos) << broken.Text;
-    EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --size big " + output).Status, 2);
-    EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --frames 3..1 " + output).Status, 2);
-    EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --set tint " + output).Status, 2);
-    EXPECT_EQ(RunMox("preview ../examples/rim_light.xml -o picture.jpg").Status, 2);
-    EXPECT_EQ(RunMox("preview ../examples/rim_light.xml --set baseColour=1,2,3,4 " + output).Status,
-              1);
-}
-
-TEST(MaterialPreview, SaysInOneLineThatThereIsNoDevice)
-{
-    const Outcome outcome = RunMox("preview ../examples/rim_light.xml -o /dev/null",
-                                   "VK_ICD_FILENAMES=/dev/null VK_DRIVER_FILES=/dev/null");
-    EXPECT_EQ(outcome.Status, 1);
-    EXPECT_EQ(outcome.Text.find("mox: no Vulkan device was found"), 0u) << outcome.Text;
-    EXPECT_EQ(outcome.Text.find('\n'), outcome.Text.size() - 1) << outcome.Text;
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "mox/host/HostError.h"
 #include "mox/preview/MeshFile.h"
-#include "tests/support/GraphText.h"
+#include "tests/support/Failure.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -10,26 +10,6 @@
 using namespace Mox::Host;
 
 namespace {
-
-TEST(MeshFile, OfEitherFormatIsTheSameSquare)
-{
-    for (const char* file : {"square.obj", "square.gltf"}) {
-        SCOPED_TRACE(file);
-        const Mesh mesh = ReadMesh(std::filesystem::path(MOX_TEST_DATA "/preview") / file);
-        ASSERT_EQ(mesh.Indices.size(), 6u);
-        ASSERT_EQ(mesh.UvSets.size(), 1u);
-        ASSERT_EQ(mesh.Tangents.size(), mesh.Positions.size());
-        for (std::size_t i = 0; i < mesh.Positions.size(); ++i) {
-            const glm::vec3& position = mesh.Positions[i];
-            // v points up in the image, whatever the format says.
-            EXPECT_NEAR(mesh.UvSets[0][i].x, 0.5f + 0.5f * position.x, 1e-5f);
-            EXPECT_NEAR(mesh.UvSets[0][i].y, 0.5f + 0.5f * position.y, 1e-5f);
-            EXPECT_NEAR(mesh.Normals[i].z, 1.0f, 1e-5f);
-            EXPECT_NEAR(mesh.Tangents[i].x, 1.0f, 1e-5f);
-            EXPECT_NEAR(mesh.Binormals[i].y, 1.0f, 1e-5f);
-        }
-    }
-}
 
 TEST(MeshFile, KeepsVertexColours)
 {

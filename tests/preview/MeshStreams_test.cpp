@@ -1,7 +1,7 @@
 #include "mox/host/HostError.h"
 #include "mox/preview/MeshShapes.h"
 #include "mox/preview/MeshStreams.h"
-#include "tests/support/GraphText.h"
+#include "tests/support/Failure.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
 #include "mox/program/InterpolantPacking.h"
+#include "tests/support/Random.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <map>
 #include <numeric>
-#include <random>
 
 using namespace Mox::Host;
 
@@ -13,14 +13,12 @@ namespace {
 
 TEST(InterpolantPacking, IsAsDenseAsCanBeAndNeverOverlaps)
 {
-    const auto seed = std::random_device()();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
+    Random random(DrawSeed());
     for (int run = 0; run < 200; ++run) {
-        std::vector<std::int32_t> widths(random() % 40);
+        std::vector<std::int32_t> widths(random.Below(40));
         std::map<std::int32_t, std::int32_t> counts;
         for (std::int32_t& width : widths) {
-            width = static_cast<std::int32_t>(random() % 4) + 1;
+            width = static_cast<std::int32_t>(random.Below(4)) + 1;
             ++counts[width];
         }
         const std::vector<InterpolantSlot> slots = PackInterpolants(widths);

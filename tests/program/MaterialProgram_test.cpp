@@ -2,6 +2,7 @@
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/MaterialLoader.h"
 #include "mox/program/MaterialProgram.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/Files.h"
 #include "tests/support/Golden.h"
 #include "tests/support/GraphText.h"
@@ -19,12 +20,6 @@ using namespace Mox::Host;
 using Materials::Compose;
 
 namespace {
-
-const Environment& TestEnvironment()
-{
-    static const Environment environment = ReadEnvironment(MOX_ENVIRONMENT_FOLDER);
-    return environment;
-}
 
 CgProgram Build(const MaterialDocument& document, ProblemList& problems,
                 const ProgramOptions& options = {})

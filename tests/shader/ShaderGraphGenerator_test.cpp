@@ -3,9 +3,7 @@
 #include "mox/shader/ShaderGraphGenerator.h"
 #include "tests/support/Failure.h"
 #include "tests/support/Session.h"
-#include "tests/support/TestNode.h"
 
-#include <boost/smart_ptr/make_shared.hpp>
 #include <gtest/gtest.h>
 
 using namespace Mox::Materials;
@@ -53,30 +51,6 @@ TEST(ShaderGraphGenerator, ConnectConverts)
             text += edge->TailPort + " -> " + edge->HeadPort + "\n";
         return text;
     });
-}
-
-TEST(GuiNode, RegisterEdgesRecordsBothEnds)
-{
-    ShaderGraph graph;
-    ShaderGraphGenerator generator(graph);
-    TestNode node("T");
-    auto in = boost::make_shared<GuiEdge>();
-    in->HeadPort = "in_a";
-    auto out = boost::make_shared<GuiEdge>();
-    out->TailPort = "out_a";
-    node.AddInEdge(in);
-    node.AddOutEdge(out);
-    const auto shaderNode = FunctionOf({ComponentType::Float, 1, 1, 1});
-    node.RegisterEdges(generator, shaderNode);
-    node.RegisterEdges(generator, shaderNode);
-    EXPECT_FALSE(generator.EdgeMap.at(in).Tail);
-    EXPECT_EQ(generator.EdgeMap.at(in).Heads.size(), 2u) << "heads gather, nothing is examined";
-    EXPECT_EQ(generator.EdgeMap.at(in).HeadPorts.at(1), "in_a");
-    EXPECT_EQ(generator.EdgeMap.at(out).Tail, shaderNode);
-    EXPECT_EQ(generator.EdgeMap.at(out).TailPort, "out_a");
-    generator.EdgeMap.clear();
-    in.reset();
-    EXPECT_THROW(node.RegisterEdges(generator, shaderNode), boost::bad_weak_ptr);
 }
 
 } // namespace

@@ -72,22 +72,15 @@ TEST(ShaderNode, DescriptionNamesTheFirstUnknownPart)
     EXPECT_EQ(FailureOf([&] { face->Describe(); }), "invalid register type");
 }
 
-TEST(ShaderNode, MissingPortsAndParameters)
+TEST(ShaderNode, FunctionsHaveTheirOwnPortsAndParameters)
 {
-    const ShaderNodeHandle uniform = ShaderNode::CreateUniformParameter("u", float3);
-    EXPECT_EQ(uniform->FindInputPort("read"), -1);
-    EXPECT_EQ(FailureOf([&] { uniform->GetInputPort("write"); }),
-              "uniform parameter \"u\" (float3): input port \"write\" does not exist");
-    const auto function = ShaderNode::CreateFunctionNode(TwoToOne(ShaderLevel::Vertex));
-    EXPECT_EQ(FailureOf([&] { function->GetOutputPort("a"); }),
-              "function \"f\" (2/1/v): output port \"a\" does not exist");
-    EXPECT_EQ(FailureOf([&] { function->CreateParameterPorts(); }),
+    const ShaderFunction function = TwoToOne(ShaderLevel::Vertex);
+    const auto node = ShaderNode::CreateFunctionNode(function);
+    EXPECT_EQ(FailureOf([&] { node->CreateParameterPorts(); }),
               "internal error: unknown parameter type");
-    EXPECT_TRUE(function->Inputs.empty() && function->Outputs.empty());
-    EXPECT_EQ(FailureOf([] { TwoToOne(ShaderLevel::Vertex).GetParameter(3); }),
-              "index out of range");
-    EXPECT_EQ(FailureOf([] { TwoToOne(ShaderLevel::Vertex).GetParameter(-1); }),
-              "index out of range");
+    EXPECT_TRUE(node->Inputs.empty() && node->Outputs.empty());
+    for (const int index : {3, -1})
+        EXPECT_EQ(FailureOf([&] { function.GetParameter(index); }), "index out of range");
 }
 
 TEST(ShaderNode, NamesAreCgNames)

@@ -1,20 +1,10 @@
 #include "tests/support/DocumentMaker.h"
 
-#include <iostream>
-#include <iterator>
-
 using namespace Mox::Host;
 using Mox::Materials::GuiPropertyKind;
 
-std::uint32_t DrawSeed()
-{
-    const std::uint32_t seed = std::random_device()();
-    std::cout << "seed " << seed << "\n";
-    return seed;
-}
-
-DocumentMaker::DocumentMaker(std::uint32_t seed)
-    : _random(seed), _everything(ReadMaterialDocument(MOX_TEST_DATA "/document/everything.xml"))
+DocumentMaker::DocumentMaker(Random& random)
+    : _random(random), _everything(ReadMaterialDocument(MOX_TEST_DATA "/document/everything.xml"))
 {}
 
 MaterialDocument DocumentMaker::Make()
@@ -26,7 +16,7 @@ MaterialDocument DocumentMaker::Make()
     Thin(document.Nodes);
     Thin(document.Edges);
     Thin(document.Bindings);
-    if (Below(2) == 0)
+    if (_random.Below(2) == 0)
         document.Description.clear();
     comments.Description = document.Description.empty() ? DocumentComments() : Comments();
     for (DocumentValue& value : document.Description)
@@ -35,7 +25,7 @@ MaterialDocument DocumentMaker::Make()
         Thin(node.Properties);
         node.Id += Text();
         node.Type = Text();
-        node.Version = static_cast<std::int32_t>(_random());
+        node.Version = static_cast<std::int32_t>(_random.Below(1ull << 32));
         node.Comments = Comments();
         node.LastComments = Comments();
         for (DocumentProperty& property : node.Properties) {
@@ -57,15 +47,10 @@ MaterialDocument DocumentMaker::Make()
     return document;
 }
 
-std::size_t DocumentMaker::Below(std::size_t end)
-{
-    return std::uniform_int_distribution(std::size_t(0), end - 1)(_random);
-}
-
 DocumentComments DocumentMaker::Comments()
 {
     DocumentComments comments;
-    while (Below(4) == 0)
+    while (_random.Below(4) == 0)
         comments.push_back(Text());
     return comments;
 }
@@ -78,7 +63,7 @@ std::string DocumentMaker::Text()
         "]]>", "&#10;", "<!--", "%",  "\xC3\xA9", "\xE2\x80\xA8", "\xF0\x9F\x98\x80",
     };
     std::string text;
-    while (Below(4) != 0)
-        text += pieces[Below(std::size(pieces))];
+    while (_random.Below(4) != 0)
+        text += _random.Pick(pieces);
     return text;
 }

@@ -1,17 +1,25 @@
 #pragma once
 
 #include "mox/ShaderError.h"
+#include "mox/host/HostError.h"
 
 #include <string>
 
-/// The message of the ShaderError that call raises, or "no failure".
-template <class Call>
+/// The message of the error of a type that call raises, or "no failure".
+template <class Error = ShaderError, class Call>
 std::string FailureOf(Call call)
 {
     try {
         call();
-    } catch (const ShaderError& error) {
+    } catch (const Error& error) {
         return error.what();
     }
     return "no failure";
+}
+
+/// The same for failures of the host.
+template <class Call>
+std::string HostFailureOf(Call call)
+{
+    return FailureOf<Mox::Host::HostError>(call);
 }

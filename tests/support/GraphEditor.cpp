@@ -2,63 +2,35 @@
 
 #include "mox/Text.h"
 #include "mox/graph/GraphCopy.h"
+#include "tests/support/MaterialText.h"
 
 #include <iterator>
-#include <map>
 #include <utility>
 
 using namespace Mox::Host;
 using Mox::Materials::Compose;
-using Mox::Materials::GuiNode;
 using Mox::Materials::GuiPort;
 using Mox::Materials::GuiPropertyKind;
 
 namespace {
 
-struct Setting
-{
-    const char* Property;
-    GuiPropertyKind Kind;
-    const char* Value;
-};
-
-constexpr auto e = GuiPropertyKind::Enum;
-constexpr auto i = GuiPropertyKind::Integer;
-constexpr auto b = GuiPropertyKind::Bool;
-
 /// Some fit one type, some another, some none.
-constexpr Setting settings[] = {
-    {"Function", e, "Clamp"},
-    {"Function", e, "Blend"},
-    {"Function", e, "Lerp"},
-    {"Function", e, "Fresnel"},
-    {"Function", e, "Multiply"},
-    {"Vector Type", e, "Uv"},
-    {"Vector Type", e, "Vector"},
-    {"Vector Type", e, "Colour"},
-    {"Component Count", i, "2"},
-    {"Component Count", i, "4"},
-    {"Component Count", i, "7"},
-    {"Reverse", b, "true"},
-    {"Reverse", b, "false"},
-    {"Constant Type", e, "Scalar"},
-    {"Constant Type", e, "Vector"},
-    {"Constant Type", e, "Component"},
-    {"Alpha", b, "true"},
-    {"Alpha", b, "false"},
-    {"Colour Type", e, "Vector"},
-    {"Colour Type", e, "Normal"},
-    {"Colour Type", e, "Component"},
-    {"Texture Type", e, "1D"},
-    {"Mode", e, "Advanced"},
-    {"Mode", e, "Basic"},
-    {"Mode", e, "Screen"},
-    {"PositionX", GuiPropertyKind::Float, "-0"},
-    {"Name", GuiPropertyKind::String, " a\n\"b\""},
-    {"Default Min", GuiPropertyKind::Float, "1e-45"},
-    {"Description", GuiPropertyKind::String, "notes"},
-    {"Default Colour", GuiPropertyKind::Colour, "0.1 nan -inf"},
-};
+const std::vector<DocumentProperty>& Settings()
+{
+    static const MaterialDocument settings = MaterialFromText(R"(
+            node Type; Function:enum=Clamp; Function:enum=Blend; Function:enum=Lerp
+            ; Function:enum=Fresnel; Function:enum=Multiply; Vector Type:enum=Uv
+            ; Vector Type:enum=Vector; Vector Type:enum=Colour; Component Count:integer=2
+            ; Component Count:integer=4; Component Count:integer=7; Reverse:bool=true
+            ; Reverse:bool=false; Constant Type:enum=Scalar; Constant Type:enum=Vector
+            ; Constant Type:enum=Component; Alpha:bool=true; Alpha:bool=false
+            ; Colour Type:enum=Vector; Colour Type:enum=Normal; Colour Type:enum=Component
+            ; Texture Type:enum=1D; Mode:enum=Advanced; Mode:enum=Basic; Mode:enum=Screen
+            ; PositionX:float=-0; Name:string= a "b"; Default Min:float=1e-45
+            ; Description:string=notes; Default Colour:colour=0.1 nan -inf
+        )");
+    return settings.Nodes[0].Properties;
+}
 
 constexpr const char* types[] = {"CoreMaths",    "CoreMaths",   "CoreLayerBlend", "CoreSwizzle",
                                  "CoreConstant", "CoreTexture", "CoreTexture",    "CoreAnimatedUv",
@@ -115,8 +87,7 @@ DocumentNode GraphEditor::StoredNode() const
 {
     DocumentNode node{Compose("n", _choose(idCount)), types[_choose(std::size(types))], 0, {}, 0};
     while (_choose(3) == 1) {
-        const Setting& setting = settings[_choose(std::size(settings))];
-        node.Properties.push_back({setting.Property, setting.Kind, setting.Value});
+        node.Properties.push_back(Settings()[_choose(Settings().size())]);
     }
     if (_choose(3) == 0)
         node.Properties.push_back({"Elsewhere", GuiPropertyKind::Node, AnyId()});
@@ -125,8 +96,7 @@ DocumentNode GraphEditor::StoredNode() const
 
 PropertySetting GraphEditor::AnySetting() const
 {
-    const Setting& setting = settings[_choose(std::size(settings))];
-    return {AnyId(), {setting.Property, setting.Kind, setting.Value}};
+    return {AnyId(), Settings()[_choose(Settings().size())]};
 }
 
 GraphChange GraphEditor::AddSomeEdge() const
@@ -146,35 +116,4 @@ GraphChange GraphEditor::RemoveSomeEdge() const
     auto edge = _graph.Edges().begin();
     std::advance(edge, _choose(_graph.Edges().size()));
     return {{RemoveEdge{_graph.Store().Describe(*edge)}}};
-}
-
-std::string FindDisagreement(const MaterialGraph& graph)
-{
-    std::string found;
-    std::map<const GuiPort*, bool> isConnected;
-    std::map<const GuiNode*, std::pair<std::size_t, std::size_t>> edges; ///< in, out
-    for (const MaterialGraph::Edge& edge : graph.Edges()) {
-        if (graph.IsLoose(edge))
-            continue;
-        auto& tail = *graph.Nodes()[edge.Tail].Gui;
-        auto& head = *graph.Nodes()[edge.Head].Gui;
-        isConnected[&tail.GetOutputPort(edge.Gui->TailPort)] = true;
-        isConnected[&head.GetInputPort(edge.Gui->HeadPort)] = true;
-        ++edges[&tail].second;
-        ++edges[&head].first;
-        const OnlineOrder& order = graph.Store().Order();
-        if (order.Position(edge.Tail) >= order.Position(edge.Head))
-            found += Compose("order of \"", graph.Nodes()[edge.Tail].Id, "\" and its reader\n");
-    }
-    for (const MaterialGraph::Node& node : graph.Nodes()) {
-        if (std::pair(node.Gui->InEdges.size(), node.Gui->OutEdges.size()) != edges[node.Gui.get()])
-            found += Compose("edge lists of \"", node.Id, "\"\n");
-        for (const auto* ports : {&node.Gui->InputPorts, &node.Gui->OutputPorts}) {
-            for (const GuiPort& port : *ports) {
-                if (port.Connected != isConnected[&port])
-                    found += Compose("flag of \"", node.Id, "\" port \"", port.Name, "\"\n");
-            }
-        }
-    }
-    return found;
 }

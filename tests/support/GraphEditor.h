@@ -32,7 +32,3 @@ private:
     const Mox::Host::MaterialGraph& _graph;
     Choice _choose;
 };
-
-/// Where the edge lists of the nodes, the Connected flags of their ports or the topological order
-/// do not agree with the edges of the graph: a line for each.
-std::string FindDisagreement(const Mox::Host::MaterialGraph& graph);

@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
+#include "mox/graph/MaterialSaver.h"
 
 #include <set>
 
@@ -84,6 +85,11 @@ std::string DescribeNodes(const MaterialGraph& graph)
                         FormatEdges(node.Gui->OutEdges));
     }
     return text;
+}
+
+std::string DescribeGraph(const MaterialGraph& graph)
+{
+    return FormatDocument(SaveMaterial(graph)) + DescribeNodes(graph);
 }
 
 std::string FormatProblems(const ProblemList& problems)

@@ -14,17 +14,8 @@ std::string FormatDocument(const Mox::Host::MaterialDocument& document);
 /// another one after loading.
 std::string DescribeNodes(const Mox::Host::MaterialGraph& graph);
 
+/// Nodes, and what the graph is saved as.
+std::string DescribeGraph(const Mox::Host::MaterialGraph& graph);
+
 /// One line for each problem: level, rule, place and message.
 std::string FormatProblems(const Mox::Host::ProblemList& problems);
-
-/// The message of the HostError that call raises, or "no failure".
-template <class Call>
-std::string HostFailureOf(Call call)
-{
-    try {
-        call();
-    } catch (const Mox::Host::HostError& error) {
-        return error.what();
-    }
-    return "no failure";
-}

@@ -1,6 +1,7 @@
 #include "tests/support/MaterialText.h"
 
 #include "mox/document/PropertyText.h"
+#include "tests/support/BuildTree.h"
 
 #include <sstream>
 
@@ -59,16 +60,6 @@ DocumentNode ParseNode(const std::string& line, int number)
 }
 
 } // namespace
-
-const PluginSet& TestPlugins()
-{
-    static const PluginSet plugins = [] {
-        PluginSet set;
-        set.LoadFolder(MOX_PLUGIN_FOLDER);
-        return set;
-    }();
-    return plugins;
-}
 
 MaterialDocument MaterialFromText(const std::string& text)
 {

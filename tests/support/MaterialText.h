@@ -1,12 +1,8 @@
 #pragma once
 
 #include "mox/document/MaterialDocument.h"
-#include "mox/host/PluginSet.h"
 
 #include <string>
-
-/// The plug-ins of the build tree.
-const Mox::Host::PluginSet& TestPlugins();
 
 /// A material from lines such as
 ///     paint CoreTexture; Name=rock; Alpha=true

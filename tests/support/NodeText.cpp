@@ -45,6 +45,7 @@ class LooseEdges
 public:
     explicit LooseEdges(GuiNode& node) : _node(node)
     {
+        Clear(); // of what a construction that failed has left
         for (const GuiPort& port : node.InputPorts) {
             if (port.Connected)
                 node.AddInEdge(Lay(port.Name, &GuiEdge::HeadPort));
@@ -55,11 +56,7 @@ public:
         }
     }
 
-    ~LooseEdges()
-    {
-        _node.InEdges.clear();
-        _node.OutEdges.clear();
-    }
+    ~LooseEdges() { Clear(); }
 
     /// Where each edge has found its shader node.
     std::string DescribeEnds(const ShaderGraphGenerator& generator) const
@@ -78,6 +75,12 @@ public:
     }
 
 private:
+    void Clear()
+    {
+        _node.InEdges.clear();
+        _node.OutEdges.clear();
+    }
+
     boost::shared_ptr<GuiEdge> Lay(const std::string& port, std::string GuiEdge::*end)
     {
         _edges.push_back(boost::make_shared<GuiEdge>());
@@ -149,11 +152,17 @@ std::string DescribeState(const GuiNode& node)
 std::string DescribeShader(GuiNode& node)
 {
     ShaderGraph graph;
+    return DescribeShader(node, graph);
+}
+
+std::string DescribeShader(GuiNode& node, ShaderGraph& graph)
+{
+    const std::size_t nodeCount = graph.Nodes.size();
     ShaderGraphGenerator generator(graph);
     const LooseEdges edges(node);
     const std::string failure = FailureOf([&] { node.GenerateShader(generator); });
     if (failure != "no failure") {
-        EXPECT_TRUE(graph.Nodes.empty() && generator.EdgeMap.empty()) << failure;
+        EXPECT_TRUE(graph.Nodes.size() == nodeCount && generator.EdgeMap.empty()) << failure;
         return Compose("failure: ", failure, "\n");
     }
     return Host::FormatShaderGraph(graph) + edges.DescribeEnds(generator);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mox/authoring/GuiNode.h"
+#include "mox/shader/ShaderGraph.h"
 
 #include <cstdint>
 #include <string>
@@ -20,6 +21,9 @@ std::string DescribeState(const Mox::Materials::GuiNode& node);
 /// The shader graph that the node alone generates, and the ends that its edges have found in it; or
 /// its failure, which must leave the graph empty.
 std::string DescribeShader(Mox::Materials::GuiNode& node);
+
+/// The same in a graph that has what the node asks for.
+std::string DescribeShader(Mox::Materials::GuiNode& node, ShaderGraph& graph);
 
 /// The bindings that the node creates, as a document, or "no binding".
 std::string DescribeBindings(Mox::Materials::GuiNode& node);

@@ -2,9 +2,10 @@
 
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/MaterialText.h"
+#include "tests/support/Random.h"
 
-#include <random>
 #include <set>
 #include <stdexcept>
 #include <vector>
@@ -14,26 +15,21 @@ using namespace Mox::Materials;
 
 namespace {
 
-constexpr const char* nodeTypes[] = {"CoreMaths",
-                                     "CoreMaths",
-                                     "CoreMaths",
-                                     "CoreMaths",
-                                     "CoreMaths",
-                                     "CoreLayerBlend",
-                                     "CoreLayerBlend",
-                                     "CoreSwizzle",
-                                     "CoreSwizzle",
-                                     "CoreConstant",
-                                     "CoreTexture",
-                                     "CoreAnimatedUv",
-                                     "CoreUv",
-                                     "CoreVertexColour",
-                                     "SurfaceFacingRatio",
-                                     "SurfaceTime",
-                                     "SurfaceFrame",
-                                     "SurfaceWorldPosition",
-                                     "SurfaceWorldNormal",
-                                     "SurfaceViewDirection"};
+/// All types but the ends of materials.
+const std::vector<std::string>& NodeTypes()
+{
+    static const std::vector<std::string> types = [] {
+        std::vector<std::string> listed;
+        for (const Plugin& plugin : TestPlugins().Plugins()) {
+            for (const GuiNodeDescription& row : plugin.Descriptions()) {
+                if (row.Listed && row.TypeName != "Surface")
+                    listed.push_back(row.TypeName);
+            }
+        }
+        return listed;
+    }();
+    return types;
+}
 
 constexpr int mostTextures = 12;
 
@@ -46,28 +42,10 @@ struct Source
     bool IsPerFragment; ///< computed from something that only runs per fragment
 };
 
-/// The random choices of one seed.
-class Choice
-{
-public:
-    explicit Choice(std::uint32_t seed) : _random(seed) {}
-
-    std::uint32_t Below(std::size_t count) { return static_cast<std::uint32_t>(_random() % count); }
-
-    template <class Container>
-    decltype(auto) Pick(const Container& container)
-    {
-        return container[Below(std::size(container))];
-    }
-
-private:
-    std::mt19937 _random;
-};
-
 class RandomMaterial
 {
 public:
-    explicit RandomMaterial(std::uint32_t seed) : _choice(seed)
+    explicit RandomMaterial(std::uint32_t seed) : _random(seed)
     {
         _document.File = Compose("random_", seed, ".xml");
     }
@@ -76,7 +54,7 @@ public:
     {
         AddNode("CoreUv"); // so that there is always something to read
         for (int i = 1; i < nodeCount; ++i)
-            AddNode(_choice.Pick(nodeTypes));
+            AddNode(_random.Below(3) == 0 ? "CoreMaths" : _random.Pick(NodeTypes()));
         AddNode("Surface");
         return std::move(_document);
     }
@@ -96,7 +74,7 @@ private:
             GuiProperty& property = *node->Properties->Properties[i];
             const bool isLeft =
                 property.Kind == GuiPropertyKind::Node || property.Kind == GuiPropertyKind::String;
-            if (!isLeft && _choice.Below(3) > 0)
+            if (!isLeft && _random.Below(3) > 0)
                 Store(property, AnyValue(property), record);
         }
         if (node->HasBinding())
@@ -118,15 +96,15 @@ private:
     {
         switch (property.Kind) {
         case GuiPropertyKind::Bool:
-            return _choice.Below(2) ? "true" : "false";
+            return _random.Below(2) ? "true" : "false";
         case GuiPropertyKind::Integer:
-            return std::to_string(2 + _choice.Below(3));
+            return std::to_string(2 + _random.Below(3));
         case GuiPropertyKind::Float:
-            return FormatFloat(static_cast<float>(_choice.Below(9)) * 0.25f - 0.5f);
+            return FormatFloat(static_cast<float>(_random.Below(9)) * 0.25f - 0.5f);
         case GuiPropertyKind::Colour:
-            return _choice.Below(2) ? "1 0.5 0" : "0.2 0.4 0.8";
+            return _random.Below(2) ? "1 0.5 0" : "0.2 0.4 0.8";
         case GuiPropertyKind::Enum:
-            return _choice.Pick(property.Choices);
+            return _random.Pick(property.Choices);
         default:
             return "";
         }
@@ -158,7 +136,7 @@ private:
         for (GuiPort& port : node.InputPorts) {
             const bool mustBeFed = port.Name == "in_uv" || port.Name == "in_facing" ||
                                    (node.GetType() == "Surface" && port.Name == "in_colour");
-            if (!mustBeFed && _choice.Below(4) == 0)
+            if (!mustBeFed && _random.Below(4) == 0)
                 continue;
             const bool needsVertex = perVertex || port.Name == "in_offset";
             const Source* source =
@@ -190,7 +168,7 @@ private:
             if (fits && !(needsVertex && source.IsPerFragment))
                 fitting.push_back(&source);
         }
-        return fitting.empty() ? nullptr : _choice.Pick(fitting);
+        return fitting.empty() ? nullptr : _random.Pick(fitting);
     }
 
     /// A scalar that fits everywhere.
@@ -202,7 +180,7 @@ private:
         return &_sources.back();
     }
 
-    Choice _choice;
+    Random _random;
     MaterialDocument _document;
     std::vector<Source> _sources;
     int _textures = 0;

@@ -6,20 +6,30 @@
 
 #include <fstream>
 
-void ExpectSession(const std::string& name,
-                   const std::function<std::string(const std::string& line)>& attempt)
+void ExpectSession(const std::string& name, const SessionAttempt& attempt)
 {
     std::ifstream file(MOX_TEST_DATA "/" + name);
     std::string text;
-    int count = 0;
+    bool isProse = true;
     for (std::string line; std::getline(file, line);) {
-        if (line.starts_with("> ") || line.starts_with("# "))
-            text += line + "\n";
-        if (line.starts_with("> ")) {
-            text += attempt(line.substr(2));
-            ++count;
+        if (line.starts_with("# ")) {
+            text += (isProse ? "" : "\n") + line + "\n";
+            isProse = true;
         }
+        if (!line.starts_with("$ "))
+            continue;
+        isProse = false;
+        text += line + "\n";
+        std::string tried = line.substr(2);
+        while (file.peek() == '>' && std::getline(file, line)) {
+            text += line + "\n";
+            tried += "\n" + line.substr(2);
+        }
+        const std::optional<std::string> outcome = attempt(tried);
+        if (!outcome)
+            return;
+        text += *outcome;
     }
-    EXPECT_GT(count, 0) << name << " has nothing to try";
+    EXPECT_FALSE(isProse) << name << " has nothing to try";
     ExpectGolden(name, text);
 }

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
-/// Goes through the file tests/<name>, in which each line behind "> " is something to try, lines
-/// behind "# " are comments, and all others are what has come of the line above them. Tries
-/// everything again and expects the very same file. With MOX_UPDATE_GOLDEN set in the environment
-/// the file is written anew instead, for review in the diff.
-/// @param attempt takes a line and returns what has come of it, as whole lines
-void ExpectSession(const std::string& name,
-                   const std::function<std::string(const std::string& line)>& attempt);
+/// Tries something and returns what has come of it, as whole lines; nothing if the rest of the
+/// session cannot be had here.
+using SessionAttempt = std::function<std::optional<std::string>(const std::string& tried)>;
+
+/// Goes through the file tests/<name>, which has lines of prose ("# ") and things to try ("$ ",
+/// further lines of one with "> "); all other lines are what has come of the thing above them.
+/// Tries everything again and expects the very same file. With MOX_UPDATE_GOLDEN set in the
+/// environment the file is written anew instead, for review in the diff.
+void ExpectSession(const std::string& name, const SessionAttempt& attempt);

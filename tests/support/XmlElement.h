@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 /// One XML element with its document.
 class XmlElement
@@ -20,18 +21,26 @@ public:
 
     xmlNodePtr Get() const { return xmlDocGetRootElement(_document.get()); }
 
-    /// The attributes in the order in which they were set.
-    std::string Attributes() const
+    /// The attributes in the order in which they were set, such as `gui="slider"`.
+    std::vector<std::string> AttributeList() const
     {
-        std::string text;
+        std::vector<std::string> list;
         for (const xmlAttr* attribute = Get()->properties; attribute; attribute = attribute->next) {
-            text += text.empty() ? "" : " ";
-            text += reinterpret_cast<const char*>(attribute->name);
+            std::string& text = list.emplace_back(reinterpret_cast<const char*>(attribute->name));
             text += "=\"";
             if (attribute->children)
                 text += reinterpret_cast<const char*>(attribute->children->content);
             text += "\"";
         }
+        return list;
+    }
+
+    /// The same as one text, with blanks between them.
+    std::string Attributes() const
+    {
+        std::string text;
+        for (const std::string& attribute : AttributeList())
+            text += (text.empty() ? "" : " ") + attribute;
         return text;
     }
 
