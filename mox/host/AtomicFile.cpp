@@ -41,6 +41,30 @@ std::filesystem::path TargetOf(const std::filesystem::path& file)
     throw WriteError(file, ELOOP);
 }
 
+/// Under which the system knows an open file, whether that has a name or not.
+std::string NumberedName(int descriptor)
+{
+    return Compose("/proc/self/fd/", descriptor);
+}
+
+/// A file that no folder has yet. Making it and giving it a name takes the lock of the folder once,
+/// for which several threads would wait twice with a temporary name.
+/// @returns -1 where that cannot be
+int OpenUnnamed(const std::filesystem::path& folder)
+{
+    const int descriptor = open(folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, newFileMode);
+    if (descriptor < 0 || access(NumberedName(descriptor).c_str(), F_OK) == 0)
+        return descriptor;
+    close(descriptor); // without /proc it could not be given a name
+    return -1;
+}
+
+bool GiveName(int descriptor, const std::filesystem::path& name)
+{
+    return linkat(AT_FDCWD, NumberedName(descriptor).c_str(), AT_FDCWD, name.c_str(),
+                  AT_SYMLINK_FOLLOW) == 0;
+}
+
 } // namespace
 
 AtomicFile::AtomicFile(const std::filesystem::path& file) : _file(file), _target(TargetOf(file))
@@ -51,13 +75,14 @@ AtomicFile::AtomicFile(const std::filesystem::path& file) : _file(file), _target
         throw HostError({file.string(), 0, {}, {}},
                         "cannot be written: something else than a regular file has this name");
     }
-    // Processes on other machines may share the folder and the number, hence the search.
-    for (int i = 0; _descriptor < 0; ++i) {
-        _temporary = _target.parent_path() / Compose(".mox-", getpid(), "-", i, ".tmp");
-        _descriptor =
-            open(_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, newFileMode);
-        if (_descriptor < 0 && errno != EEXIST)
-            throw WriteError(file, errno);
+    if (!isThere)
+        _descriptor = OpenUnnamed(_target.has_parent_path() ? _target.parent_path() : ".");
+    if (_descriptor < 0) {
+        TakeTemporaryName([this] {
+            _descriptor =
+                open(_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, newFileMode);
+            return _descriptor >= 0;
+        });
     }
     if (isThere && fchmod(_descriptor, old.st_mode & permissionBits) != 0) {
         const int cause = errno;
@@ -86,13 +111,34 @@ void AtomicFile::Write(std::string_view bytes)
     }
 }
 
+/// Processes on other machines may share the folder and the number, hence the search.
+template <class Take>
+void AtomicFile::TakeTemporaryName(Take take)
+{
+    int i = 0;
+    do {
+        _temporary = _target.parent_path() / Compose(".mox-", getpid(), "-", i++, ".tmp");
+        if (take())
+            return;
+    } while (errno == EEXIST);
+    const int cause = errno;
+    _temporary.clear();
+    throw WriteError(_file, cause);
+}
+
 void AtomicFile::Commit(Durability durability)
 {
     // Without it a loss of power could leave the new name with none of the bytes.
     if (durability == Durability::Immediate && fsync(_descriptor) != 0)
         throw WriteError(_file, errno);
+    bool isInPlace = false;
+    if (_temporary.empty()) {
+        isInPlace = GiveName(_descriptor, _target);
+        if (!isInPlace) // another file may have come to the place
+            TakeTemporaryName([this] { return GiveName(_descriptor, _temporary); });
+    }
     const int descriptor = std::exchange(_descriptor, -1);
-    if (close(descriptor) != 0 || rename(_temporary.c_str(), _target.c_str()) != 0)
+    if (close(descriptor) != 0 || (!isInPlace && rename(_temporary.c_str(), _target.c_str()) != 0))
         throw WriteError(_file, errno);
     _temporary.clear();
 }

@@ -13,19 +13,20 @@ enum class Durability
     Deferred,  ///< once the system, or FlushFolder, has brought them to the disk
 };
 
-/// A file that appears under its name only when it is whole. The bytes go to a hidden temporary
-/// file in the same folder, which Commit moves to the name, so that a reader finds the old file or
-/// the new one whatever happens in between. A file that is replaced keeps its permissions, and a
+/// A file that appears under its name only when it is whole. The bytes go to a file without a name,
+/// or where there is something to replace to a hidden temporary file in the same folder; Commit
+/// moves it to the name, so that a reader finds the old file or the new one whatever happens in
+/// between. A file that is replaced keeps its permissions, and a
 /// symbolic link goes on pointing to it.
 class AtomicFile
 {
 public:
-    /// Creates the temporary file.
+    /// Opens the file for writing.
     /// @throws HostError naming the file, if that fails or the name belongs to something else than
     ///         a regular file
     explicit AtomicFile(const std::filesystem::path& file);
 
-    /// Removes the temporary file unless it was committed.
+    /// What was not committed is gone.
     ~AtomicFile();
 
     AtomicFile(const AtomicFile&) = delete;
@@ -39,9 +40,12 @@ public:
     void Commit(Durability durability = Durability::Immediate);
 
 private:
-    std::filesystem::path _file;   ///< as it is named in messages
-    std::filesystem::path _target; ///< behind symbolic links
-    std::filesystem::path _temporary;
+    template <class Take>
+    void TakeTemporaryName(Take take);
+
+    std::filesystem::path _file;      ///< as it is named in messages
+    std::filesystem::path _target;    ///< behind symbolic links
+    std::filesystem::path _temporary; ///< empty while the file has no name
     int _descriptor = -1;
 };
 
