@@ -130,7 +130,9 @@ def main(folder, materials):
     print(table(["shape", "nodes"] + parts,
                 [[name.split("/")[1], f"{int(name.split('/')[2]):,}"] +
                  [ratio(row[part] / near(int(name.split("/")[2]))) for part in parts]
-                 for name, row in rows.items() if name.startswith("parts/")]))
+                 for name, row in sorted(rows.items(), key=lambda entry: (
+                     entry[0].split("/")[0], entry[0].split("/")[1], len(entry[0])))
+                 if name.startswith("parts/")]))
     bindings = rows["bindings/1000"]
     print(f"\nA binding of four floats takes {ratio(bindings['write'] / floor[1000])} of the baseline "
           f"to write as XML and {ratio(bindings['read'] / floor[1000])} to read from a file.")

@@ -8,6 +8,7 @@
 #include "mox/host/HostError.h"
 
 #include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <map>
 #include <mutex>
@@ -51,7 +52,7 @@ public:
     {
         const std::lock_guard lock(_mutex);
         _waiting.emplace(job, std::move(outcome));
-        if (job == _reported)
+        if (_waiting.size() > window / 2)
             _arrived.notify_one();
     }
 
@@ -60,7 +61,9 @@ public:
     std::optional<ExportOutcome> Next(std::size_t workers)
     {
         std::unique_lock lock(_mutex);
-        _arrived.wait(lock, [&] { return _waiting.contains(_reported) || _ended == workers; });
+        const auto hasArrived = [&] { return _waiting.contains(_reported) || _ended == workers; };
+        while (!_arrived.wait_for(lock, patience, hasArrived)) {
+        }
         auto outcome = _waiting.extract(_reported);
         if (!outcome)
             return {};
@@ -73,10 +76,13 @@ public:
 
 private:
     static constexpr std::size_t window = 256;
+    /// Whoever reports looks by itself now and then: woken for each small job, it would take a
+    /// processor from the workers all the time.
+    static constexpr std::chrono::milliseconds patience{10};
 
     const std::size_t _count;
     std::mutex _mutex;
-    std::condition_variable _arrived;      ///< the next outcome, or the end of a worker
+    std::condition_variable _arrived;      ///< very many outcomes, or the end of a worker
     std::condition_variable_any _advanced; ///< the window, which was full
     std::map<std::size_t, ExportOutcome> _waiting;
     std::size_t _taken = 0;
