@@ -113,8 +113,8 @@ public:
             if (_states[i] != State::New)
                 seen.insert(_sources[i].Origin->Node);
         }
-        for (std::size_t i = 0; i < _sources.size(); ++i) {
-            const std::string& node = _sources[i].Origin->Node;
+        for (const Source& source : _sources) {
+            const std::string& node = source.Origin->Node;
             if (!node.empty() && seen.insert(node).second)
                 dead.push_back(node);
         }
