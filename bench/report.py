@@ -9,7 +9,7 @@ from pathlib import Path
 
 SIZES = [10, 100, 1000, 10000, 100000]
 STAGES = ["read", "load", "resolve", "write", "free"]
-NATIVE_MICROSECONDS = 37  # the lower end of what MaterialX's native generator takes for a node
+NATIVE_MICROSECONDS = {1000: 37, 100000: 57}  # of MaterialX's native generator, for a node of a chain
 NATIVE_LOAD_MILLISECONDS = 31
 
 
@@ -58,8 +58,9 @@ def main(folder, materials):
                                     ("same", floor[size])):
             bars.append([f"whole road / plain baseline on the {allocator} allocator, chain of {size:,}",
                          "at most 1.25", ratio(road("chain", size)["road"] / baseline, 1.25)])
-    bars.append([f"{NATIVE_MICROSECONDS} µs (MaterialX native, another machine) / whole road, chain of 1,000",
-                 "at least 4", ratio(NATIVE_MICROSECONDS * 1e-6 / road("chain", 1000)["road"], 4, False)])
+    for size, microseconds in NATIVE_MICROSECONDS.items():
+        bars.append([f"{microseconds} µs (MaterialX native, another machine) / whole road, chain of {size:,}",
+                     "at least 4", ratio(microseconds * 1e-6 / road("chain", size)["road"], 4, False)])
     loaded = rows["plug-in/load"]
     bars.append([f"plug-in load / {NATIVE_LOAD_MILLISECONDS} ms", "at most 0.01",
                  ratio(loaded["real_time"] * 1e-9 / (NATIVE_LOAD_MILLISECONDS * 1e-3), 0.01)])
