@@ -58,6 +58,14 @@ def main(folder, materials):
                                     ("same", floor[size])):
             bars.append([f"whole road / plain baseline on the {allocator} allocator, chain of {size:,}",
                          "at most 1.25", ratio(road("chain", size)["road"] / baseline, 1.25)])
+    small, large = ([int(word) for word in line.split()]
+                    for line in (folder / "instructions.txt").read_text().splitlines())
+    road_instructions, system_instructions, floor_instructions = (
+        (many - few) / (large[0] - small[0]) for few, many in zip(small[1:], large[1:]))
+    for allocator, baseline in (("C library's", system_instructions), ("same", floor_instructions)):
+        bars.append([f"instructions of `mox export` / of the plain baseline on the {allocator} allocator, "
+                     f"a further node of a chain ({road_instructions:,.0f} / {baseline:,.0f})",
+                     "", ratio(road_instructions / baseline)])
     for size, microseconds in NATIVE_MICROSECONDS.items():
         bars.append([f"{microseconds} µs (MaterialX native, another machine) / whole road, chain of {size:,}",
                      "at least 4", ratio(microseconds * 1e-6 / road("chain", size)["road"], 4, False)])

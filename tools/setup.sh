@@ -18,7 +18,7 @@ full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-v
     clang libclang-rt-dev clang-format clang-tidy abigail-tools debootstrap dpkg-dev pkgconf
     xz-utils valgrind libbenchmark-dev) ;;
 bench)
-    packages+=(libbenchmark-dev python3)
+    packages+=(libbenchmark-dev python3 valgrind)
     # Other packages of Node.js than Debian's bring npm along and do not stand beside Debian's.
     command -v npm >/dev/null || packages+=(nodejs npm)
     ;;
