@@ -25,6 +25,15 @@ def read_medians(files):
             for name, rows in found.items()}
 
 
+def read_instructions(file):
+    """From what was run to its instructions for one node more."""
+    counted = {}
+    for line in file.read_text().splitlines():
+        name, nodes, count = line.split()
+        counted.setdefault(name, []).append((int(nodes), int(count)))
+    return {name: (many[1] - few[1]) / (many[0] - few[0]) for name, (few, many) in counted.items()}
+
+
 def table(head, rows):
     lines = ["| " + " | ".join(head) + " |", "|" + "---|" * len(head)]
     lines += ["| " + " | ".join(row) + " |" for row in rows]
@@ -58,14 +67,11 @@ def main(folder, materials):
                                     ("same", floor[size])):
             bars.append([f"whole road / plain baseline on the {allocator} allocator, chain of {size:,}",
                          "at most 1.25", ratio(road("chain", size)["road"] / baseline, 1.25)])
-    small, large = ([int(word) for word in line.split()]
-                    for line in (folder / "instructions.txt").read_text().splitlines())
-    road_instructions, system_instructions, floor_instructions = (
-        (many - few) / (large[0] - small[0]) for few, many in zip(small[1:], large[1:]))
-    for allocator, baseline in (("C library's", system_instructions), ("same", floor_instructions)):
-        bars.append([f"instructions of `mox export` / of the plain baseline on the {allocator} allocator, "
-                     f"a further node of a chain ({road_instructions:,.0f} / {baseline:,.0f})",
-                     "", ratio(road_instructions / baseline)])
+    instructions = read_instructions(folder / "instructions.txt")
+    for allocator, program in (("C library's", "mox_bench_plain"), ("same", "mox_bench")):
+        bars.append([f"instructions: `mox export` / plain baseline on the {allocator} allocator, for each node "
+                     f"({instructions['road']:,.0f} / {instructions[program]:,.0f})",
+                     "", ratio(instructions["road"] / instructions[program])])
     for size, microseconds in NATIVE_MICROSECONDS.items():
         bars.append([f"{microseconds} µs (MaterialX native, another machine) / whole road, chain of {size:,}",
                      "at least 4", ratio(microseconds * 1e-6 / road("chain", size)["road"], 4, False)])
