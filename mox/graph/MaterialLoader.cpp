@@ -229,15 +229,12 @@ private:
         _graph.AttachEdge(index, GraphStore::None);
     }
 
-    /// Many an edge leaves where the last one arrived.
     std::optional<std::size_t> FindEnd(const std::string& id, const Place& where)
     {
-        if (_lastEnd && _graph.Nodes()[*_lastEnd].Id == id)
-            return _lastEnd;
-        _lastEnd = _graph.FindNode(id);
-        if (!_lastEnd && !_missing.contains(id))
+        const auto index = _graph.FindNode(id);
+        if (!index && !_missing.contains(id))
             _problems.Fail("unknown-node", where, Compose("there is no node \"", id, "\""));
-        return _lastEnd;
+        return index;
     }
 
     /// One pass over all edges, whatever the order in which the document has them.
@@ -284,8 +281,7 @@ private:
     const MaterialDocument& _document;
     ProblemList& _problems;
     GraphStore _graph;
-    std::vector<CreatedNode> _created;   ///< by index
-    std::optional<std::size_t> _lastEnd; ///< of the edges laid so far
+    std::vector<CreatedNode> _created; ///< by index
     std::unordered_map<std::size_t, ProblemList>
         _found;                               ///< in loading nodes, until it is their turn
     std::unordered_set<std::string> _missing; ///< ids of nodes that could not be made
