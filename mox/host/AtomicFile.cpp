@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <list>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -47,9 +48,8 @@ std::string NumberedName(int descriptor)
     return Compose("/proc/self/fd/", descriptor);
 }
 
-/// A file that no folder has yet. Making it and giving it a name takes the lock of the folder once,
-/// for which several threads would wait twice with a temporary name.
-/// @returns -1 where that cannot be
+/// A file that no folder has yet, so nothing remains of it if the process is killed.
+/// @returns -1 where the file system cannot do that
 int OpenUnnamed(const std::filesystem::path& folder)
 {
     const int descriptor = open(folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, newFileMode);
@@ -57,6 +57,14 @@ int OpenUnnamed(const std::filesystem::path& folder)
         return descriptor;
     close(descriptor); // without /proc it could not be given a name
     return -1;
+}
+
+/// Whether a file holds these bytes.
+bool Holds(const std::filesystem::path& file, std::string_view bytes)
+{
+    std::error_code error;
+    const auto size = std::filesystem::file_size(file, error);
+    return !error && size == bytes.size() && ReadFile(file) == bytes;
 }
 
 bool GiveName(int descriptor, const std::filesystem::path& name)
@@ -75,8 +83,7 @@ AtomicFile::AtomicFile(const std::filesystem::path& file) : _file(file), _target
         throw HostError({file.string(), 0, {}, {}},
                         "cannot be written: something else than a regular file has this name");
     }
-    if (!isThere)
-        _descriptor = OpenUnnamed(_target.has_parent_path() ? _target.parent_path() : ".");
+    _descriptor = OpenUnnamed(_target.has_parent_path() ? _target.parent_path() : ".");
     if (_descriptor < 0) {
         TakeTemporaryName([this] {
             _descriptor =
@@ -87,7 +94,7 @@ AtomicFile::AtomicFile(const std::filesystem::path& file) : _file(file), _target
     if (isThere && fchmod(_descriptor, old.st_mode & permissionBits) != 0) {
         const int cause = errno;
         close(_descriptor);
-        unlink(_temporary.c_str());
+        RemoveTemporary();
         throw WriteError(file, cause);
     }
 }
@@ -96,6 +103,11 @@ AtomicFile::~AtomicFile()
 {
     if (_descriptor >= 0)
         close(_descriptor);
+    RemoveTemporary();
+}
+
+void AtomicFile::RemoveTemporary()
+{
     if (!_temporary.empty())
         unlink(_temporary.c_str());
 }
@@ -115,6 +127,8 @@ void AtomicFile::Write(std::string_view bytes)
 template <class Take>
 void AtomicFile::TakeTemporaryName(Take take)
 {
+    const auto delay = DelayEnd();
+    _cleanup.emplace([this] { RemoveTemporary(); });
     int i = 0;
     do {
         _temporary = _target.parent_path() / Compose(".mox-", getpid(), "-", i++, ".tmp");
@@ -131,6 +145,7 @@ void AtomicFile::Commit(Durability durability)
     // Without it a loss of power could leave the new name with none of the bytes.
     if (durability == Durability::Immediate && fsync(_descriptor) != 0)
         throw WriteError(_file, errno);
+    const auto delay = DelayEnd();
     bool isInPlace = false;
     if (_temporary.empty()) {
         isInPlace = GiveName(_descriptor, _target);
@@ -141,19 +156,38 @@ void AtomicFile::Commit(Durability durability)
     if (close(descriptor) != 0 || (!isInPlace && rename(_temporary.c_str(), _target.c_str()) != 0))
         throw WriteError(_file, errno);
     _temporary.clear();
+    _cleanup.reset();
 }
 
-bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes,
-                    Durability durability)
+bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes)
 {
-    std::error_code error;
-    const auto size = std::filesystem::file_size(file, error);
-    if (!error && size == bytes.size() && ReadFile(file) == bytes)
+    if (Holds(file, bytes))
         return false;
     AtomicFile output(file);
     output.Write(bytes);
-    output.Commit(durability);
+    output.Commit();
     return true;
+}
+
+void WriteTogether(const std::vector<FileContent>& files)
+{
+    constexpr int mostRounds = 20;
+    for (int round = 0; round < mostRounds; ++round) {
+        std::list<AtomicFile> changed;
+        for (const FileContent& file : files) {
+            if (!Holds(file.File, file.Bytes))
+                changed.emplace_back(file.File).Write(file.Bytes);
+        }
+        // The process that replaces a file last finds all files its own in a later round, or it
+        // was not the last.
+        if (changed.empty())
+            return;
+        const auto delay = DelayEnd();
+        for (AtomicFile& file : changed)
+            file.Commit(Durability::Deferred);
+    }
+    throw HostError({files.front().File.string(), 0, {}, {}},
+                    "another process keeps replacing this file");
 }
 
 void FlushFolder(const std::filesystem::path& folder)

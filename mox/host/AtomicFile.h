@@ -1,8 +1,12 @@
 #pragma once
 
+#include "mox/host/EndCleanup.h"
+
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Mox::Host {
 
@@ -14,10 +18,10 @@ enum class Durability
 };
 
 /// A file that appears under its name only when it is whole. The bytes go to a file without a name,
-/// or where there is something to replace to a hidden temporary file in the same folder; Commit
-/// moves it to the name, so that a reader finds the old file or the new one whatever happens in
-/// between. A file that is replaced keeps its permissions, and a
-/// symbolic link goes on pointing to it.
+/// or to a hidden temporary file in the same folder where the file system has no files without
+/// names. Commit gives it its name, so that a reader finds the old file or the new one whatever
+/// happens in between. A file that is replaced keeps its permissions, and a symbolic link keeps
+/// pointing to it. CleanUpForEnd removes temporary files, and no file gets its name after it.
 class AtomicFile
 {
 public:
@@ -42,10 +46,12 @@ public:
 private:
     template <class Take>
     void TakeTemporaryName(Take take);
+    void RemoveTemporary();
 
-    std::filesystem::path _file;      ///< as it is named in messages
-    std::filesystem::path _target;    ///< behind symbolic links
-    std::filesystem::path _temporary; ///< empty while the file has no name
+    std::filesystem::path _file;        ///< as it is named in messages
+    std::filesystem::path _target;      ///< behind symbolic links
+    std::filesystem::path _temporary;   ///< empty while the file has no name
+    std::optional<EndCleanup> _cleanup; ///< of the temporary name
     int _descriptor = -1;
 };
 
@@ -53,8 +59,22 @@ private:
 /// see no change.
 /// @returns whether the file was written
 /// @throws HostError as AtomicFile does
-bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes,
-                    Durability durability = Durability::Immediate);
+bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes);
+
+/// A file and the bytes that it is to hold.
+struct FileContent
+{
+    std::filesystem::path File;
+    std::string_view Bytes;
+};
+
+/// Makes files hold these bytes that mean something only together. All are written before the first
+/// one is replaced, so a full disk leaves all old files. If several processes do this with the same
+/// files at the same time, the files that remain are all from one of them. Files that have their
+/// bytes already are not touched. A loss of power may cost what FlushFolder has not brought to the
+/// disk.
+/// @throws HostError as AtomicFile does, or if another process does not stop replacing the files
+void WriteTogether(const std::vector<FileContent>& files);
 
 /// Brings all that was written to the file system of a folder to the disk.
 /// @throws HostError naming the folder

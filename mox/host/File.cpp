@@ -50,4 +50,19 @@ void CreateFolder(const std::filesystem::path& folder)
     }
 }
 
+bool IsSameFile(const std::filesystem::path& a, const std::filesystem::path& b)
+{
+    std::error_code error;
+    return a == b || std::filesystem::equivalent(a, b, error);
+}
+
+void RequireNoInput(const std::filesystem::path& output,
+                    const std::vector<std::filesystem::path>& inputs)
+{
+    for (const std::filesystem::path& input : inputs) {
+        if (IsSameFile(output, input))
+            throw HostError({output.string(), 0, {}, {}}, "is an input, so it is not overwritten");
+    }
+}
+
 } // namespace Mox::Host

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace Mox::Host {
 
@@ -12,5 +13,12 @@ std::string ReadFile(const std::filesystem::path& file);
 /// Makes a folder and those above it, as far as they are missing.
 /// @throws HostError naming the folder
 void CreateFolder(const std::filesystem::path& folder);
+
+/// Whether two names belong to one file. Names of files that do not exist are compared as they are.
+bool IsSameFile(const std::filesystem::path& a, const std::filesystem::path& b);
+
+/// @throws HostError naming the output, if it is one of the inputs
+void RequireNoInput(const std::filesystem::path& output,
+                    const std::vector<std::filesystem::path>& inputs);
 
 } // namespace Mox::Host

@@ -4,17 +4,18 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
 
 using namespace Mox::Host;
 
 namespace {
-
-std::string WriteFailure(const std::filesystem::path& file, const std::string& text = "new")
-{
-    return HostFailureOf([&] { WriteIfChanged(file, text); });
-}
 
 TEST(AtomicFile, AppearsWithItsCommitOnly)
 {
@@ -25,7 +26,7 @@ TEST(AtomicFile, AppearsWithItsCommitOnly)
         output.Write("ne");
         output.Write("w");
         EXPECT_EQ(folder.Read("file"), "old");
-        EXPECT_EQ(folder.Count(), 2);
+        EXPECT_EQ(folder.Count(), 1);
     }
     EXPECT_EQ(folder.Read("file"), "old");
     EXPECT_EQ(folder.Count(), 1);
@@ -75,22 +76,81 @@ TEST(AtomicFile, LeavesWhatIsTheSame)
     EXPECT_GT(std::filesystem::last_write_time(file), longAgo);
 }
 
-/// A limit on the size of files stands for a disk that gets full on the way.
-TEST(AtomicFile, FullDiskLeavesTheOldFile)
+/// A limit on the size of files stands for a disk that gets full on the way. Files that belong
+/// together all stay as they were then.
+TEST(AtomicFile, FullDiskLeavesTheOldFiles)
 {
     const TemporaryFolder folder;
+    const auto small = folder.Write("small", "old");
     const auto file = folder.Write("file", "old");
     rlimit old = {};
     getrlimit(RLIMIT_FSIZE, &old);
-    const rlimit small = {4096, old.rlim_max};
+    const rlimit limit = {4096, old.rlim_max};
     const auto oldHandler = signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &small);
-    const std::string failure = WriteFailure(file, std::string(10000, 'x'));
+    setrlimit(RLIMIT_FSIZE, &limit);
+    const std::string large(10000, 'x');
+    const std::string failure = HostFailureOf([&] {
+        WriteTogether({{small, "new"}, {file, large}});
+    });
     setrlimit(RLIMIT_FSIZE, &old);
     signal(SIGXFSZ, oldHandler);
     EXPECT_EQ(failure, file.string() + ": cannot be written: File too large");
+    EXPECT_EQ(folder.Read("small"), "old");
     EXPECT_EQ(folder.Read("file"), "old");
-    EXPECT_EQ(folder.Count(), 1);
+    EXPECT_EQ(folder.Count(), 2);
+}
+
+/// Processes that write the same files at the same time leave those of one of them.
+TEST(AtomicFile, FilesThatBelongTogetherAreOfOneProcess)
+{
+    const TemporaryFolder folder;
+    constexpr int processes = 3;
+    constexpr int names = 300;
+    std::vector<pid_t> children;
+    for (int i = 0; i < processes; ++i) {
+        const pid_t child = fork();
+        if (child == 0) {
+            for (int name = 0; name < names; ++name) {
+                const std::string text = std::to_string(i);
+                const auto file = folder.Path() / std::to_string(name);
+                WriteTogether({{file.string() + "a", text}, {file.string() + "b", text}});
+            }
+            _exit(0);
+        }
+        children.push_back(child);
+    }
+    for (const pid_t child : children) {
+        int status = -1;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+    for (int name = 0; name < names; ++name) {
+        EXPECT_EQ(folder.Read(std::to_string(name) + "a"), folder.Read(std::to_string(name) + "b"))
+            << name;
+    }
+}
+
+/// Afterwards nothing appears any more, as the process is about to end.
+TEST(AtomicFile, EndCleansUp)
+{
+    const TemporaryFolder folder;
+    const auto end = [&] {
+        const EndCleanup first([&] { folder.Write("first"); });
+        const EndCleanup second([&] { EXPECT_EQ(folder.Count(), 1); });
+        {
+            const EndCleanup forgotten([&] { folder.Write("forgotten"); });
+        }
+        AtomicFile output(folder.Write("file", "old"));
+        output.Write("new");
+        CleanUpForEnd();
+        const std::thread commit([&] { output.Commit(); });
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        _exit(testing::Test::HasFailure() ? 1 : 0);
+    };
+    EXPECT_EXIT(end(), testing::ExitedWithCode(0), "");
+    EXPECT_EQ(folder.Read("file"), "old");
+    EXPECT_TRUE(std::filesystem::exists(folder.Path() / "first"));
+    EXPECT_EQ(folder.Count(), 2);
 }
 
 } // namespace
