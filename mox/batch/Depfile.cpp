@@ -1,26 +1,66 @@
 #include "mox/batch/Depfile.h"
 
-#include "mox/Text.h"
-#include "mox/host/HostError.h"
+#include "mox/host/File.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace Mox::Host {
 
 namespace {
 
-/// A name as a rule spells it, which both Make and Ninja read back: backslashes before blanks and
-/// signs with a meaning, those that lead up to one doubled, and two dollars for one.
-std::string Escape(const std::filesystem::path& name)
+using std::filesystem::path;
+
+/// A name without "./" in front, which both programs take off.
+std::string_view WithoutDot(std::string_view name)
+{
+    while (name.starts_with("./"))
+        name = name.substr(std::min(name.find_first_not_of('/', 1), name.size()));
+    return name;
+}
+
+/// Whether a character means the same to both programs: Ninja ends a name at most of these signs,
+/// whether escaped or not, and Make has its own meanings for the others.
+bool IsCommon(char c)
+{
+    constexpr std::string_view refused = "\"%&'*;<=>?[^`|\x7f";
+    const auto byte = static_cast<unsigned char>(c);
+    return byte >= ' ' && refused.find(c) == std::string_view::npos;
+}
+
+/// Make knows targets such as .PHONY by their names.
+bool IsSpecialTarget(std::string_view name)
+{
+    return name.size() > 1 && name[0] == '.' && name[1] >= 'A' && name[1] <= 'Z' &&
+           name.find('/') == std::string_view::npos;
+}
+
+/// Whether the end of a name would be taken for something else: for an escape, for a blank between
+/// names, for the end of a target, or for a member of an archive.
+bool HasCommonEnd(std::string_view name)
+{
+    return !name.empty() && std::string_view("\\ :)").find(name.back()) == std::string_view::npos;
+}
+
+/// Whether backslashes stay what they are: those before the signs that are escaped with another
+/// one are counted differently by the two programs.
+bool HasCommonBackslashes(std::string_view name)
+{
+    for (const std::string_view pair : {"\\#", "\\:", "\\$"}) {
+        if (name.find(pair) != std::string_view::npos)
+            return false;
+    }
+    return true;
+}
+
+/// A name as rules spell it: backslashes before blanks and signs with a meaning, those that precede
+/// a blank doubled, and two dollars for one.
+std::string Escape(const path& name)
 {
     std::string text;
     std::size_t backslashes = 0;
     for (const char c : name.native()) {
-        if (c == '\n' || c == '\r') {
-            throw HostError({name.string(), 0, {}, {}},
-                            "a name with a line break cannot stand in a dependency file");
-        }
-        if (c == ' ' || c == '\t')
+        if (c == ' ')
             text.append(backslashes + 1, '\\');
         else if (c == '#' || c == ':')
             text += '\\';
@@ -32,23 +72,90 @@ std::string Escape(const std::filesystem::path& name)
     return text;
 }
 
+void WarnOfName(const path& name, ProblemList& problems)
+{
+    problems.Warn("dependency-file", {name.string(), 0, {}, {}},
+                  "is left out of the dependency file, since Make and Ninja read such a name in "
+                  "different ways");
+}
+
 } // namespace
 
-void Depfile::Add(const std::vector<std::filesystem::path>& outputs,
-                  const std::vector<std::filesystem::path>& inputs)
+bool IsDepfileName(const path& file)
 {
-    std::string rule;
-    for (const auto& output : outputs)
-        rule += (rule.empty() ? "" : " ") + Escape(output);
-    rule += ":";
-    std::string emptyRules;
-    for (const auto& path : inputs) {
-        const std::string input = Escape(path);
-        rule += " \\\n  " + input;
-        if (_emptyRules.insert(input).second)
-            emptyRules += input + ":\n";
+    const std::string_view name = WithoutDot(file.native());
+    return std::all_of(name.begin(), name.end(), IsCommon) && HasCommonEnd(name) &&
+           HasCommonBackslashes(name) && !name.starts_with('~') && !IsSpecialTarget(name);
+}
+
+void Depfile::Add(const std::vector<path>& outputs, const std::vector<path>& inputs,
+                  ProblemList& problems)
+{
+    std::string targets;
+    const path* leftOut = nullptr;
+    for (const path& output : outputs) {
+        RequireOther(output);
+        if (IsDepfileName(output))
+            targets += (targets.empty() ? "" : " ") + Escape(output);
+        else if (!leftOut)
+            leftOut = &output;
     }
-    _file.Write(rule + "\n" + emptyRules);
+    if (leftOut) // the others have the same name but for their extensions
+        WarnOfName(*leftOut, problems);
+    std::string prerequisites;
+    std::string emptyRules;
+    for (const path& input : inputs) {
+        const bool isNew = !_inputs.contains(input.native());
+        if (isNew)
+            RequireOther(input);
+        if (targets.empty())
+            continue;
+        _inputs.insert(input.native());
+        if (IsDepfileName(input)) {
+            const std::string escaped = Escape(input);
+            prerequisites += " \\\n  " + escaped;
+            emptyRules += isNew ? escaped + ":\n" : "";
+        } else if (isNew) {
+            WarnOfName(input, problems);
+        }
+    }
+    if (!targets.empty())
+        Write(targets + ":" + prerequisites + "\n" + emptyRules);
+}
+
+void Depfile::Commit()
+{
+    if (_failure)
+        throw HostError(*_failure);
+    _file->Commit();
+}
+
+void Depfile::Write(const std::string& rules)
+{
+    if (_failure)
+        return;
+    try {
+        _file->Write(rules);
+    } catch (const HostError& error) {
+        Fail(error);
+    }
+}
+
+/// The outputs are on the disk by now, so their names lead to files.
+void Depfile::RequireOther(const path& named)
+{
+    if (IsSameFile(named, _name)) {
+        Fail({{_name.string(), 0, {}, {}},
+              "is an input or output of the export, so it is not overwritten"});
+    }
+}
+
+/// The first failure counts. What has been written goes at once, which helps where a disk is full.
+void Depfile::Fail(const HostError& error)
+{
+    if (!_failure)
+        _failure = error;
+    _file.reset();
 }
 
 } // namespace Mox::Host

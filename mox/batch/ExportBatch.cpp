@@ -2,18 +2,15 @@
 
 #include "mox/Text.h"
 #include "mox/batch/ContentHash.h"
+#include "mox/batch/OrderedOutcomes.h"
 #include "mox/batch/StartThreads.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
 #include "mox/host/HostError.h"
 
 #include <algorithm>
-#include <chrono>
-#include <condition_variable>
-#include <map>
-#include <mutex>
-#include <optional>
-#include <thread>
+#include <exception>
+#include <new>
 #include <unordered_map>
 
 namespace Mox::Host {
@@ -27,76 +24,25 @@ constexpr const char* exportRule = "export";
 /// Of the file that names a material's programs.
 constexpr const char* contentEnding = ".programs";
 
-/// Brings the outcomes of several workers back into the order of the jobs. A slow job lets the
-/// others run ahead no further than the window, which bounds what waits.
-class OrderedOutcomes
+/// Puts into words what stopped a job.
+void AddFailure(const std::exception_ptr& failure, const ExportJob& job, ExportOutcome& outcome)
 {
-public:
-    explicit OrderedOutcomes(std::size_t count) : _count(count) {}
-
-    /// The next job for a worker; nothing when the worker is to end.
-    std::optional<std::size_t> Take(const std::stop_token& stop)
-    {
-        std::unique_lock lock(_mutex);
-        const bool isFree =
-            _advanced.wait(lock, stop, [this] { return _taken < _reported + window; });
-        if (!isFree || stop.stop_requested() || _taken == _count) {
-            ++_ended;
-            _arrived.notify_one();
-            return {};
-        }
-        return _taken++;
+    outcome.Outputs.clear();
+    const Place document{job.Document, 0, {}, {}};
+    try {
+        std::rethrow_exception(failure);
+    } catch (const HostError& error) {
+        Place where = error.Where;
+        if (where.File.empty())
+            where.File = job.Document;
+        outcome.Problems.Fail(exportRule, where, error.Message);
+    } catch (const std::bad_alloc&) {
+        outcome.Problems.Fail(exportRule, document, "there is not enough memory");
+    } catch (const std::exception& error) {
+        outcome.Problems.Fail(exportRule, document, error.what());
+    } catch (...) {
+        outcome.Problems.Fail(exportRule, document, "an exception of an unknown type");
     }
-
-    void Put(std::size_t job, ExportOutcome outcome)
-    {
-        const std::lock_guard lock(_mutex);
-        _waiting.emplace(job, std::move(outcome));
-        if (_waiting.size() > window / 2)
-            _arrived.notify_one();
-    }
-
-    /// Waits for the outcome of the next job in order; nothing when all workers have ended without
-    /// it.
-    std::optional<ExportOutcome> Next(std::size_t workers)
-    {
-        std::unique_lock lock(_mutex);
-        const auto hasArrived = [&] { return _waiting.contains(_reported) || _ended == workers; };
-        while (!_arrived.wait_for(lock, patience, hasArrived)) {
-        }
-        auto outcome = _waiting.extract(_reported);
-        if (!outcome)
-            return {};
-        const bool wasFull = _taken == _reported + window;
-        ++_reported;
-        if (wasFull)
-            _advanced.notify_all();
-        return std::move(outcome.mapped());
-    }
-
-private:
-    static constexpr std::size_t window = 256;
-    /// Whoever reports looks by itself now and then: woken for each small job, it would take a
-    /// processor from the workers all the time.
-    static constexpr std::chrono::milliseconds patience{10};
-
-    const std::size_t _count;
-    std::mutex _mutex;
-    std::condition_variable _arrived;      ///< very many outcomes, or the end of a worker
-    std::condition_variable_any _advanced; ///< the window, which was full
-    std::map<std::size_t, ExportOutcome> _waiting;
-    std::size_t _taken = 0;
-    std::size_t _reported = 0;
-    std::size_t _ended = 0; ///< workers that have nothing more to do
-};
-
-void WriteText(const std::filesystem::path& output, const std::string& text)
-{
-    if (output.has_parent_path())
-        CreateFolder(output.parent_path());
-    // To wait for the disk after each text takes longer than to make them. One that a loss of power
-    // empties is not what the next export wants to write, and so comes back.
-    WriteIfChanged(output, text, Durability::Deferred);
 }
 
 } // namespace
@@ -130,75 +76,86 @@ std::vector<std::string> ExportBatch::OutputsOf(const ExportJob& job) const
     return outputs;
 }
 
-void ExportBatch::WriteTexts(ExportOutcome& outcome, const ExportJob& job,
-                             const std::vector<std::string>& texts) const
+void ExportBatch::WriteTexts(const ExportJob& job, const ExportedMaterial& exported,
+                             ExportOutcome& outcome) const
 {
-    const auto write = [&](const std::filesystem::path& output, const std::string& text) {
-        WriteText(output, text);
-        outcome.Outputs.push_back(output);
-    };
+    const std::vector<std::string>& endings = _exporter.Endings();
     const std::vector<std::string> own = OutputsOf(job);
-    if (_layout == ExportLayout::ByMaterial) {
-        for (std::size_t i = 0; i < texts.size(); ++i)
-            write(own.at(i), texts[i]);
-        return;
-    }
-    const std::filesystem::path programs = _folder / "programs";
+    const bool isByContent = _layout == ExportLayout::ByContent;
+    std::vector<FileContent> files;
     std::string names;
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        const std::string name = outcome.Content + _exporter.Endings().at(i);
-        write(programs / name, texts[i]);
+    for (std::size_t i = 0; i < exported.Texts.size(); ++i) {
+        const std::string name = outcome.Content + endings.at(i);
+        const std::filesystem::path file =
+            isByContent ? _folder / "programs" / name : std::filesystem::path(own.at(i));
+        files.push_back({file, exported.Texts[i]});
         names += name + "\n";
     }
-    write(own.front(), names);
-}
-
-void ExportBatch::ExportInto(ExportOutcome& outcome, const ExportJob& job) const
-{
-    ExportedMaterial exported = _exporter.Export(job.Document);
-    outcome.Problems = std::move(exported.Problems);
-    if (outcome.Problems.HasErrors())
-        return;
-    outcome.Content = HashContent(exported.Texts);
-    WriteTexts(outcome, job, exported.Texts);
-    outcome.Inputs.emplace_back(job.Document);
-    outcome.Inputs.insert(outcome.Inputs.end(), exported.Inputs.begin(), exported.Inputs.end());
-}
-
-ExportOutcome ExportBatch::ExportOne(const ExportJob& job) const
-{
-    ExportOutcome outcome;
-    try {
-        ExportInto(outcome, job);
-        return outcome;
-    } catch (const HostError& error) {
-        Place where = error.Where;
-        if (where.File.empty())
-            where.File = job.Document;
-        outcome.Problems.Fail(exportRule, where, error.Message);
-    } catch (const std::exception& error) {
-        outcome.Problems.Fail(exportRule, {job.Document, 0, {}, {}}, error.what());
+    if (isByContent)
+        files.push_back({own.front(), names});
+    for (const FileContent& file : files) {
+        if (file.File.has_parent_path())
+            CreateFolder(file.File.parent_path());
     }
-    outcome.Outputs.clear();
-    return outcome;
+    WriteTogether(files);
+    for (FileContent& file : files)
+        outcome.Outputs.push_back(std::move(file.File));
 }
 
-void ExportBatch::Run(unsigned workers, const Report& report, const std::stop_token& stop) const
+/// Memory is allocated within the two blocks only, so that the thread survives a lack of it. What
+/// went wrong is put into words by the thread that reports it.
+void ExportBatch::Work(OrderedOutcomes& outcomes) const
 {
-    if (stop.stop_requested())
-        return;
+    while (const auto index = outcomes.Take()) {
+        const ExportJob& job = _jobs[*index];
+        WorkerOutcome result;
+        ExportedMaterial exported;
+        try {
+            exported = _exporter.Export(job.Document);
+            if (!exported.Problems.HasErrors())
+                result.Outcome.Content = HashContent(exported.Texts);
+        } catch (...) {
+            result.Failure = std::current_exception();
+        }
+        if (!outcomes.BeginWriting(*index))
+            continue;
+        result.Outcome.Problems = std::move(exported.Problems);
+        try {
+            if (!result.Failure && !result.Outcome.Problems.HasErrors()) {
+                exported.Inputs.emplace(exported.Inputs.begin(), job.Document);
+                WriteTexts(job, exported, result.Outcome);
+                result.Outcome.Inputs = std::move(exported.Inputs);
+            }
+        } catch (...) {
+            result.Failure = std::current_exception();
+        }
+        outcomes.Put(*index, std::move(result));
+    }
+}
+
+void ExportBatch::Run(unsigned workers, const Report& report, const std::stop_token& stop,
+                      const std::function<void()>& whenStopped) const
+{
     OrderedOutcomes outcomes(_jobs.size());
-    std::vector<std::jthread> threads =
-        StartThreads(std::min<std::size_t>(workers, _jobs.size()), [&](const std::stop_token& end) {
-            while (const auto job = outcomes.Take(end))
-                outcomes.Put(*job, ExportOne(_jobs[*job]));
-        });
-    const std::stop_callback stopAll(stop, [&] {
-        for (std::jthread& thread : threads)
-            thread.request_stop();
-    });
-    for (std::size_t i = 0; const auto outcome = outcomes.Next(threads.size()); ++i)
-        report(_jobs[i], *outcome);
+    const std::stop_callback stopWorkers(stop, [&] { outcomes.Stop(); });
+    const std::vector<std::jthread> threads =
+        StartThreads(std::min<std::size_t>(workers, _jobs.size()), [&] { Work(outcomes); });
+    std::exception_ptr failure;
+    std::size_t index = 0;
+    while (auto result = outcomes.Next(index)) {
+        try {
+            if (result->Failure)
+                AddFailure(result->Failure, _jobs[index], result->Outcome);
+            report(_jobs[index], result->Outcome);
+        } catch (...) {
+            failure = failure ? failure : std::current_exception();
+            outcomes.Stop();
+        }
+    }
+    if (stop.stop_requested() && whenStopped)
+        whenStopped();
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 } // namespace Mox::Host

@@ -24,6 +24,8 @@ struct ExportJob
     std::string Output; ///< path of its texts, up to their endings
 };
 
+class OrderedOutcomes;
+
 /// How the export of one material went. The texts themselves are on the disk.
 struct ExportOutcome
 {
@@ -38,7 +40,7 @@ struct ExportOutcome
 class ExportBatch
 {
 public:
-    /// Called for one job after another, in their order.
+    /// Called for one job after another, in their order, on the thread that called Run.
     using Report = std::function<void(const ExportJob&, const ExportOutcome&)>;
 
     /// @param exporter must live as long as this object
@@ -49,19 +51,25 @@ public:
 
     std::size_t Size() const { return _jobs.size(); }
 
-    /// Exports everything and writes each text that differs from what its file holds; a loss of
-    /// power may cost what FlushFolder has not brought to the disk. Reports come on the calling
-    /// thread, and an exception of report ends the run. A stop lets the jobs that have begun finish
-    /// and report; the others are left out.
-    /// @param workers number of threads, at least 1; fewer do if the machine gives no more
-    /// @throws HostError if it gives none
-    void Run(unsigned workers, const Report& report, const std::stop_token& stop = {}) const;
+    /// Exports everything and writes each material whose texts differ from what their files hold; a
+    /// loss of power may cost what FlushFolder has not brought to the disk. A material for which
+    /// the memory is not enough fails like any other.
+    ///
+    /// A stop, or an exception of report, ends the run early: of the materials that have begun only
+    /// those that are being written are finished and reported. The others leave nothing.
+    /// @param workers number of threads, at least 1; fewer if the machine has no room for them
+    /// @param whenStopped is called after a stop and the last report. The exporter may still be
+    ///        working then, and Run does not return before it is done. A program that cannot wait
+    ///        so long can end itself here.
+    /// @throws HostError if no thread can be started
+    /// @throws the first exception of report, at the end of the run
+    void Run(unsigned workers, const Report& report, const std::stop_token& stop = {},
+             const std::function<void()>& whenStopped = {}) const;
 
 private:
-    ExportOutcome ExportOne(const ExportJob& job) const;
-    void ExportInto(ExportOutcome& outcome, const ExportJob& job) const;
-    void WriteTexts(ExportOutcome& outcome, const ExportJob& job,
-                    const std::vector<std::string>& texts) const;
+    void Work(OrderedOutcomes& outcomes) const;
+    void WriteTexts(const ExportJob& job, const ExportedMaterial& exported,
+                    ExportOutcome& outcome) const;
     std::vector<std::string> OutputsOf(const ExportJob& job) const;
 
     const Exporter& _exporter;

@@ -53,13 +53,13 @@ std::vector<std::string> KeepMaterials(std::vector<std::string> files, unsigned 
 {
     std::vector<char> mayBeMaterial(files.size()); // threads may write side by side, as not to bits
     std::atomic<std::size_t> next = 0;
-    const auto look = [&](const std::stop_token&) {
+    const auto look = [&] {
         for (std::size_t i = next++; i < files.size(); i = next++)
             mayBeMaterial[i] = MayBeMaterial(files[i]) ? 1 : 0;
     };
     {
         const std::vector<std::jthread> others = StartThreads(workers - 1, look);
-        look({});
+        look();
     }
     std::vector<std::string> materials;
     for (std::size_t i = 0; i < files.size(); ++i) {

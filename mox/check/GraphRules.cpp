@@ -177,24 +177,6 @@ void WarnOfOpenInputs(const MaterialGraph& graph, ProblemList& problems)
     }
 }
 
-void WarnOfMissingTextures(const MaterialGraph& graph, const std::filesystem::path& document,
-                           ProblemList& problems)
-{
-    for (const DocumentBinding& binding : graph.Bindings) {
-        if (binding.Stream != "texture")
-            continue;
-        for (const DocumentValue& value : binding.Values) {
-            std::error_code error;
-            if (value.Name != "default" || value.Value.empty() ||
-                std::filesystem::exists(document.parent_path() / value.Value, error))
-                continue;
-            problems.Warn(
-                "missing-texture", {document.string(), binding.Line, {}, {}},
-                Compose("binding \"", binding.Tag, "\": there is no file \"", value.Value, "\""));
-        }
-    }
-}
-
 void WarnOfStrayBindings(const MaterialGraph& graph, const std::filesystem::path& document,
                          ProblemList& problems)
 {

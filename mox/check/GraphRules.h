@@ -24,10 +24,6 @@ void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems);
 /// can be meant.
 void WarnOfOpenInputs(const MaterialGraph& graph, ProblemList& problems);
 
-/// A texture file that is not there, relative to the document.
-void WarnOfMissingTextures(const MaterialGraph& graph, const std::filesystem::path& document,
-                           ProblemList& problems);
-
 /// Values that the document holds for a binding that no node makes.
 void WarnOfStrayBindings(const MaterialGraph& graph, const std::filesystem::path& document,
                          ProblemList& problems);

@@ -1,6 +1,7 @@
 #include "mox/check/MaterialCheck.h"
 
 #include "mox/check/GraphRules.h"
+#include "mox/document/DocumentInputs.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/program/MaterialProgram.h"
 
@@ -24,7 +25,7 @@ void CheckMaterial(const MaterialGraph& graph, const std::filesystem::path& file
     WarnOfBasicColours(graph, problems);
     WarnOfEmptyGrids(graph, problems);
     WarnOfOpenInputs(graph, problems);
-    WarnOfMissingTextures(graph, file, problems);
+    WarnOfMissingTextures(graph.Bindings, file, problems);
     WarnOfStrayBindings(graph, file, problems);
 
     ProblemList found;

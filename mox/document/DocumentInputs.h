@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mox/document/MaterialDocument.h"
+#include "mox/host/Problem.h"
 
 #include <filesystem>
 #include <vector>
@@ -11,5 +12,9 @@ namespace Mox::Host {
 /// the document names them from its own folder. They need not exist.
 std::vector<std::filesystem::path> TextureFiles(const std::vector<DocumentBinding>& bindings,
                                                 const std::filesystem::path& document);
+
+/// Warns of each of these files that does not exist.
+void WarnOfMissingTextures(const std::vector<DocumentBinding>& bindings,
+                           const std::filesystem::path& document, ProblemList& problems);
 
 } // namespace Mox::Host

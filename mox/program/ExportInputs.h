@@ -1,6 +1,5 @@
 #pragma once
 
-#include "mox/graph/MaterialGraph.h"
 #include "mox/host/PluginSet.h"
 #include "mox/program/Environment.h"
 
@@ -9,11 +8,10 @@
 
 namespace Mox::Host {
 
-/// The files besides the document that an export hangs on: textures, the environment, and all
-/// plug-ins, since a type comes from the first one that offers it.
-std::vector<std::filesystem::path> ExportInputs(const MaterialGraph& graph,
-                                                const std::filesystem::path& document,
-                                                const Environment& environment,
+/// The files besides the document on which programs depend: the environment, and all plug-ins,
+/// since a type comes from the first one that offers it. Textures are not among them: programs name
+/// their parameters and contain nothing of their pixels.
+std::vector<std::filesystem::path> ExportInputs(const Environment& environment,
                                                 const PluginSet& plugins);
 
 } // namespace Mox::Host

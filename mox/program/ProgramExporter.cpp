@@ -1,5 +1,6 @@
 #include "mox/program/ProgramExporter.h"
 
+#include "mox/document/DocumentInputs.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/program/ExportInputs.h"
 #include "mox/program/MaterialProgram.h"
@@ -24,6 +25,7 @@ ExportedMaterial ProgramExporter::Export(const std::filesystem::path& file) cons
     const MaterialGraph graph = OpenMaterial(file, _plugins, exported.Problems);
     if (exported.Problems.HasErrors())
         return exported;
+    WarnOfMissingTextures(graph.Bindings, file, exported.Problems);
     const CgProgram program =
         BuildMaterialProgram(graph, _environment, _options, exported.Problems);
     if (exported.Problems.HasErrors())
@@ -33,7 +35,7 @@ ExportedMaterial ProgramExporter::Export(const std::filesystem::path& file) cons
             WriteProgram(*format, program, graph, file, exported.Problems);
         std::move(texts.begin(), texts.end(), std::back_inserter(exported.Texts));
     }
-    exported.Inputs = ExportInputs(graph, file, _environment, _plugins);
+    exported.Inputs = ExportInputs(_environment, _plugins);
     return exported;
 }
 

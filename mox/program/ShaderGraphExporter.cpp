@@ -1,5 +1,6 @@
 #include "mox/program/ShaderGraphExporter.h"
 
+#include "mox/document/DocumentInputs.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/program/EnvironmentNodes.h"
 #include "mox/program/ExportInputs.h"
@@ -20,11 +21,12 @@ ExportedMaterial ShaderGraphExporter::Export(const std::filesystem::path& file) 
     const MaterialGraph graph = OpenMaterial(file, _plugins, exported.Problems);
     if (exported.Problems.HasErrors())
         return exported;
+    WarnOfMissingTextures(graph.Bindings, file, exported.Problems);
     GeneratedShader shader;
     shader.Graph.Providers.push_back(boost::make_shared<EnvironmentProvider>(_environment));
     GenerateShaderGraph(graph, shader, exported.Problems);
     exported.Texts = {FormatShaderGraph(shader.Graph)};
-    exported.Inputs = ExportInputs(graph, file, _environment, _plugins);
+    exported.Inputs = ExportInputs(_environment, _plugins);
     return exported;
 }
 

@@ -8,13 +8,16 @@
 
 #include <atomic>
 #include <chrono>
+#include <limits>
+#include <new>
 #include <thread>
 
 using namespace Mox::Host;
 
 namespace {
 
-/// Exports a document by what its name begins with: "bad" and "worse" fail, "odd" warns.
+/// Exports a document by what its name begins with: "bad", "worse", "big" and "wild" fail, "odd"
+/// warns, "slow" waits.
 class NameExporter : public Exporter
 {
 public:
@@ -32,6 +35,10 @@ public:
             throw HostError({{}, 7, "node", {}}, "is bad");
         if (name.starts_with("worse"))
             throw std::runtime_error("came to an end");
+        if (name.starts_with("big"))
+            throw std::bad_alloc();
+        if (name.starts_with("wild"))
+            throw 5;
         ExportedMaterial exported;
         exported.Texts = {"one of " + name, "two of " + name};
         exported.Inputs = {"texture"};
@@ -75,7 +82,8 @@ protected:
 
 TEST_F(ExportBatchTest, WritesTextsAndReportsInOrder)
 {
-    const std::vector<std::string> names = Names({"bad", "odd", "sub/worse", "sub/fine"}, 200);
+    const std::vector<std::string> names =
+        Names({"bad", "odd", "sub/worse", "sub/fine", "big", "wild"}, 200);
     for (const unsigned workers : {1u, 8u, 500u}) {
         for (const auto& entry : std::filesystem::directory_iterator(Folder.Path()))
             std::filesystem::remove_all(entry);
@@ -94,7 +102,9 @@ TEST_F(ExportBatchTest, WritesTextsAndReportsInOrder)
         });
         EXPECT_EQ(reported, names);
         EXPECT_EQ(problems, "error export: bad:7: node \"node\": is bad\nwarning odd: odd: is odd\n"
-                            "error export: sub/worse: came to an end\n");
+                            "error export: sub/worse: came to an end\n"
+                            "error export: big: there is not enough memory\n"
+                            "error export: wild: an exception of an unknown type\n");
         EXPECT_EQ(Folder.Read("sub/fine.two"), "two of fine");
     }
 }
@@ -109,7 +119,7 @@ TEST_F(ExportBatchTest, RefusesTwoWritersOfOneFile)
     EXPECT_EQ(Exporter.Begun, 0);
 }
 
-TEST_F(ExportBatchTest, StopsBetweenMaterials)
+TEST_F(ExportBatchTest, StopLeavesOutWhatHasNotBegun)
 {
     std::stop_source stopped;
     stopped.request_stop();
@@ -125,9 +135,37 @@ TEST_F(ExportBatchTest, StopsBetweenMaterials)
         if (++reported == 10)
             source.request_stop();
     };
-    MakeBatch(names).Run(4, report, source.get_token());
-    EXPECT_EQ(static_cast<int>(reported), Exporter.Begun);
+    MakeBatch(names).Run(1, report, source.get_token());
+    EXPECT_EQ(static_cast<std::size_t>(Folder.Count()), 2 * reported);
     EXPECT_LT(reported, 1000u);
+}
+
+/// The caller learns of a stop while materials are still in the middle. Of these nothing is left,
+/// and those that are finished are reported although an earlier one is not.
+TEST_F(ExportBatchTest, StopCutsMaterialsOff)
+{
+    Exporter.SlowUntil = std::numeric_limits<int>::max();
+    std::stop_source source;
+    std::jthread stopper([&] {
+        while (Exporter.Begun < 4 || Folder.Count() < 4)
+            std::this_thread::yield();
+        source.request_stop();
+    });
+    std::vector<std::string> reported;
+    bool isTold = false;
+    MakeBatch({"slow1", "a", "b", "slow2"})
+        .Run(
+            4,
+            [&](const ExportJob& job, const ExportOutcome&) { reported.push_back(job.Document); },
+            source.get_token(),
+            [&] {
+                EXPECT_EQ(reported, (std::vector<std::string>{"a", "b"}));
+                isTold = true;
+                Exporter.IsOver = true;
+            });
+    EXPECT_TRUE(isTold);
+    EXPECT_EQ(reported.size(), 2u);
+    EXPECT_EQ(Folder.Count(), 4);
 }
 
 TEST_F(ExportBatchTest, FailingReportEndsTheRun)
