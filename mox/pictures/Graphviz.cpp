@@ -1,6 +1,8 @@
 #include "mox/pictures/Graphviz.h"
 
 #include "mox/Text.h"
+#include "mox/host/AtomicFile.h"
+#include "mox/host/EndCleanup.h"
 #include "mox/host/File.h"
 #include "mox/host/HostError.h"
 
@@ -8,11 +10,13 @@
 #include <boost/archive/iterators/transform_width.hpp>
 #include <boost/noncopyable.hpp>
 
+#include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
+#include <optional>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <system_error>
@@ -25,7 +29,7 @@ namespace {
 using Materials::Compose;
 namespace fs = std::filesystem;
 
-/// An empty folder that goes with the object.
+/// An empty folder that is removed with the object.
 class TemporaryFolder : private boost::noncopyable
 {
 public:
@@ -38,31 +42,37 @@ public:
                 {}, Compose("there is no folder for temporary files (TMPDIR, TMP, TEMP, TEMPDIR): ",
                             error.message()));
         }
+        const auto delay = DelayEnd();
         if (!mkdtemp(name.data()))
             throw HostError({name, 0, {}, {}}, Compose("cannot be created: ", strerror(errno)));
         _path = name;
     }
 
-    ~TemporaryFolder()
-    {
-        std::error_code ignored;
-        fs::remove_all(_path, ignored);
-    }
+    ~TemporaryFolder() { Remove(); }
 
     fs::path operator/(const std::string& name) const { return _path / name; }
     const fs::path& Path() const { return _path; }
 
 private:
-    fs::path _path;
+    void Remove()
+    {
+        std::error_code ignored;
+        fs::remove_all(_path, ignored);
+    }
+
+    fs::path _path; ///< empty until the folder is there
+    const EndCleanup _cleanup{[this] { Remove(); }};
 };
 
-void WriteText(const fs::path& file, const std::string& text)
+/// @returns what waitpid says of a child; nothing if another thread has been told already
+std::optional<int> WaitFor(pid_t child)
 {
-    std::ofstream stream(file, std::ios::binary);
-    stream << text;
-    stream.close();
-    if (!stream)
-        throw HostError({file.string(), 0, {}, {}}, "cannot be written");
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0) {
+        if (errno != EINTR)
+            return {};
+    }
+    return status;
 }
 
 /// Runs a program without input; what it prints goes to a file.
@@ -80,17 +90,32 @@ int RunProgram(std::vector<std::string> arguments, const fs::path& messages)
     posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, messages.c_str(),
                                      O_WRONLY | O_CREAT | O_APPEND, 0600);
     posix_spawn_file_actions_adddup2(&files, STDOUT_FILENO, STDERR_FILENO);
-    pid_t child = 0;
-    const int error =
-        posix_spawnp(&child, pointers.front(), &files, nullptr, pointers.data(), environ);
-    posix_spawn_file_actions_destroy(&files);
-    if (error != 0)
-        throw HostError({}, Compose("\"", arguments.front(), "\" cannot run: ", strerror(error)));
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0) {
-        if (errno != EINTR)
-            throw std::system_error(errno, std::generic_category(), "waitpid");
+    posix_spawnattr_t ownGroup; // so that the programs that it starts can be killed with it
+    posix_spawnattr_init(&ownGroup);
+    posix_spawnattr_setflags(&ownGroup, POSIX_SPAWN_SETPGROUP);
+    std::atomic<pid_t> child = 0;
+    const EndCleanup killGroup([&child] {
+        if (child != 0 && kill(-child, SIGKILL) == 0)
+            WaitFor(child);
+    });
+    {
+        const auto delay = DelayEnd();
+        pid_t started = 0;
+        const int error =
+            posix_spawnp(&started, pointers.front(), &files, &ownGroup, pointers.data(), environ);
+        posix_spawn_file_actions_destroy(&files);
+        posix_spawnattr_destroy(&ownGroup);
+        if (error != 0) {
+            throw HostError({},
+                            Compose("\"", arguments.front(), "\" cannot run: ", strerror(error)));
+        }
+        child = started;
     }
+    const std::optional<int> result = WaitFor(child);
+    child = 0;
+    if (!result)
+        throw HostError({}, "the process that runs Graphviz is lost");
+    const int status = *result;
     constexpr int signalStatus = 128;
     return WIFEXITED(status) ? WEXITSTATUS(status) : signalStatus + WTERMSIG(status);
 }
@@ -147,7 +172,9 @@ std::string RenderPicture(const Drawing& drawing, PictureFormat format)
     if (drawing.Dot.size() > maxDotSize)
         throw HostError({}, "the graph is too large to be drawn");
     const TemporaryFolder folder;
-    WriteText(folder / "drawing.dot", drawing.Dot);
+    AtomicFile dot(folder / "drawing.dot");
+    dot.Write(drawing.Dot);
+    dot.Commit(Durability::Deferred);
     for (const auto& [file, image] : drawing.Images)
         WritePng(image, folder / file);
     const bool isSvg = format == PictureFormat::Svg;

@@ -16,6 +16,25 @@ for limit in 250000 300000 350000; do
     status=0
     (ulimit -v $limit && exec "$mox" export chain.xml -o out) 2>messages || status=$?
     [ "$status" -le 1 ] || { echo "$limit kB: status $status: $(cat messages)" >&2; exit 1; }
-    if [ "$status" -eq 1 ] && grep -q '^mox: .*bad_alloc' messages; then failed=$((failed + 1)); fi
+    if [ "$status" -eq 1 ] && grep -q '^mox: chain.xml: there is not enough memory' messages; then failed=$((failed + 1)); fi
 done
 [ "$failed" -gt 0 ] || { echo "memory did not run out: $(cat messages)" >&2; exit 1; }
+
+# Many materials at a time: those for which the memory is not enough fail, and the summary counts them.
+mkdir many
+"$2" chain 2000 >many/1.xml
+for i in {2..12}; do
+    cp many/1.xml "many/$i.xml"
+done
+failed=0
+for limit in 150000 180000 210000 250000 300000 400000; do
+    status=0
+    rm -rf out
+    (ulimit -v $limit && exec "$mox" export many -o out -j 8) 2>messages || status=$?
+    [ "$status" -le 1 ] || { echo "$limit kB: status $status: $(cat messages)" >&2; exit 1; }
+    exported=$(sed -n 's/^mox: \([0-9]*\) exported.*/\1/p' messages)
+    [ "$(find out -type f 2>/dev/null | wc -l)" -eq $((2 * ${exported:-0})) ] ||
+        { echo "$limit kB: $(cat messages; ls out)" >&2; exit 1; }
+    if grep -q '^mox: many/.*there is not enough memory' messages; then failed=$((failed + 1)); fi
+done
+[ "$failed" -gt 0 ] || { echo "memory did not run out for materials: $(cat messages)" >&2; exit 1; }

@@ -3,7 +3,7 @@
 #include "LoadPlugins.h"
 #include "ProblemMessage.h"
 #include "ProgressBar.h"
-#include "StopOnSignal.h"
+#include "Signals.h"
 #include "Targets.h"
 #include "mox/Text.h"
 #include "mox/batch/Depfile.h"
@@ -39,7 +39,7 @@ Examples:
   mox export materials -o shaders --target cg,glsl,spirv
       Write programs in several languages, with a file that says what stands where.
   mox export rim.xml -o shaders --depfile rim.d
-      Tell Make or Ninja what shaders/rim.vertex.cg and rim.fragment.cg hang on.
+      Tell Make or Ninja what shaders/rim.vertex.cg and rim.fragment.cg depend on.
   mox export materials -o shaders --depfile all.d --depfile-target all.stamp && touch all.stamp
       The same for a whole folder behind one stamp. A rule for it should name the
       materials too, as the file cannot say that one is new.
@@ -75,22 +75,21 @@ struct Tally
     std::size_t Exported = 0;
     std::size_t Failed = 0;
     std::size_t Warnings = 0;
-
     std::unordered_set<std::string> Contents;
 
     void Add(const Host::ExportOutcome& outcome)
     {
         ++(outcome.Problems.HasErrors() ? Failed : Exported);
-        for (const Host::Problem& problem : outcome.Problems.Problems())
-            Warnings += problem.Level == Host::Severity::Warning ? 1 : 0;
-        if (!outcome.Problems.HasErrors() && !outcome.Content.empty())
+        if (!outcome.Problems.HasErrors())
             Contents.insert(outcome.Content);
     }
 
-    std::string Format() const
+    /// @param left number of materials that were not exported
+    std::string Format(std::size_t left) const
     {
-        return Compose(Exported, " exported, ", Contents.size(), " distinct, ", Failed, " failed, ",
-                       Warnings, Warnings == 1 ? " warning" : " warnings");
+        return Compose("mox: ", Exported, " exported, ", Contents.size(), " distinct, ", Failed,
+                       " failed, ", Warnings, Warnings == 1 ? " warning" : " warnings",
+                       left > 0 ? Compose("; stopped before ", left, " more") : "");
     }
 };
 
@@ -101,6 +100,50 @@ std::optional<Host::Depfile> OpenDepfile(const std::filesystem::path& file)
     if (file.has_parent_path())
         Host::CreateFolder(file.parent_path());
     return std::optional<Host::Depfile>(std::in_place, file);
+}
+
+/// Exports everything and prints what happened. Only whole materials are on the disk when a signal
+/// stops it, so it does not wait for those that are in the middle.
+Tally RunBatch(const Host::ExportBatch& batch, std::optional<Host::Depfile>& depfile,
+               const ExportOptions& options)
+{
+    const std::vector<std::filesystem::path> stamp{options.DepfileTarget};
+    Tally tally;
+    ProgressBar bar(batch.Size());
+    const auto print = [&](const Host::ProblemList& problems) {
+        for (const Host::Problem& problem : problems.Problems()) {
+            tally.Warnings += problem.Level == Host::Severity::Warning ? 1 : 0;
+            bar.Print(FormatMessage(problem));
+        }
+    };
+    const auto report = [&](const Host::ExportJob&, const Host::ExportOutcome& outcome) {
+        tally.Add(outcome);
+        print(outcome.Problems);
+        if (depfile && !outcome.Problems.HasErrors()) {
+            Host::ProblemList problems;
+            depfile->Add(options.DepfileTarget.empty() ? outcome.Outputs : stamp, outcome.Inputs,
+                         problems);
+            print(problems);
+        }
+        bar.Advance();
+    };
+    const auto printSummary = [&] {
+        bar.Print(tally.Format(batch.Size() - tally.Exported - tally.Failed));
+    };
+    StopOnSignal stop;
+    try {
+        batch.Run(options.Workers, report, stop.Token(), [&] {
+            printSummary();
+            EndBySignal(stop.Signal());
+        });
+    } catch (...) {
+        printSummary();
+        throw;
+    }
+    printSummary();
+    if (stop.Signal() != 0)
+        EndBySignal(stop.Signal());
+    return tally;
 }
 
 void ExportToFolder(const Host::Exporter& exporter, std::vector<Host::MaterialFile> materials,
@@ -116,32 +159,10 @@ void ExportToFolder(const Host::Exporter& exporter, std::vector<Host::MaterialFi
                                                       : Host::ExportLayout::ByMaterial,
                                   folder);
     std::optional<Host::Depfile> depfile = OpenDepfile(options.Depfile);
-    const std::vector<std::filesystem::path> stamp{options.DepfileTarget};
-
-    const StopOnSignal stop;
-    Tally tally;
-    {
-        ProgressBar bar(batch.Size());
-        const auto report = [&](const Host::ExportJob&, const Host::ExportOutcome& outcome) {
-            for (const Host::Problem& problem : outcome.Problems.Problems())
-                bar.Print(FormatMessage(problem));
-            tally.Add(outcome);
-            if (depfile && !outcome.Problems.HasErrors()) {
-                depfile->Add(options.DepfileTarget.empty() ? outcome.Outputs : stamp,
-                             outcome.Inputs);
-            }
-            bar.Advance();
-        };
-        batch.Run(options.Workers, report, stop.Token());
-    }
-    const std::size_t left = batch.Size() - tally.Exported - tally.Failed;
-    std::cerr << Compose("mox: ", tally.Format(),
-                         left > 0 ? Compose("; stopped before ", left, " more") : "", "\n");
-    if (stop.Signal() != 0)
-        throw CLI::RuntimeError(signalStatus + stop.Signal());
+    const Tally tally = RunBatch(batch, depfile, options);
     if (tally.Failed > 0)
         throw CLI::RuntimeError(failureStatus);
-    // Who finds the dependency file, or status 0, relies on the texts.
+    // Whoever finds the dependency file, or status 0, relies on the programs.
     if (tally.Exported > 0)
         Host::FlushFolder(folder);
     if (depfile)
@@ -168,6 +189,10 @@ void Export(const ExportOptions& options, const CommonOptions& common)
     for (const std::string& word : options.Targets) {
         if (options.Folder.empty() && IsBinaryTarget(word))
             throw CLI::ValidationError("--target", word + " is no text and needs --output");
+    }
+    if (!options.DepfileTarget.empty() && !Host::IsDepfileName(options.DepfileTarget)) {
+        throw CLI::ValidationError("--depfile-target",
+                                   "Make and Ninja read such a name in different ways");
     }
     const Host::PluginSet plugins = LoadPlugins(common);
     const std::unique_ptr<Host::Exporter> exporter = MakeExporter(options, plugins);
@@ -198,8 +223,9 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
         ->check(CLI::Range(1, 1024).description(""));
     auto* depfile =
         command
-            ->add_option("--depfile", options->Depfile,
-                         "Write what the outputs hang on to this file, as rules for Make and Ninja")
+            ->add_option(
+                "--depfile", options->Depfile,
+                "Write what the outputs depend on to this file, as rules for Make and Ninja")
             ->type_name("FILE")
             ->needs(output);
     command

@@ -5,11 +5,14 @@
 #include "Targets.h"
 #include "mox/Text.h"
 #include "mox/check/MaterialCheck.h"
+#include "mox/document/DocumentInputs.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/host/AtomicFile.h"
+#include "mox/host/File.h"
 #include "mox/pictures/Graphviz.h"
 #include "mox/pictures/MaterialPicture.h"
 #include "mox/pictures/ShaderPicture.h"
+#include "mox/program/ExportInputs.h"
 #include "mox/program/MaterialProgram.h"
 #ifdef MOX_HAS_PREVIEW
 #include "Thumbnails.h"
@@ -87,6 +90,17 @@ Host::Drawing DrawFunctions(const Host::MaterialGraph& graph, const Host::Enviro
     return Host::DrawShader(shader, problems);
 }
 
+/// @throws HostError if the output is a file that the drawing is made from
+void RequireSeparateOutput(const GraphOptions& options, const Host::MaterialGraph& graph,
+                           const Host::Environment& environment, const Host::PluginSet& plugins)
+{
+    std::vector<std::filesystem::path> inputs = Host::ExportInputs(environment, plugins);
+    for (std::filesystem::path& texture : Host::TextureFiles(graph.Bindings, options.File))
+        inputs.push_back(std::move(texture));
+    inputs.emplace_back(options.File);
+    Host::RequireNoInput(options.Output, inputs);
+}
+
 void Write(const std::string& bytes, const std::string& output)
 {
     if (output.empty())
@@ -104,6 +118,7 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
     const Host::MaterialGraph graph = Host::OpenMaterial(options.File, plugins, problems);
     if (graph.Nodes().size() == 0)
         problems.ThrowFirstError(); // there is nothing to draw
+    RequireSeparateOutput(options, graph, environment, plugins);
     if (!options.IsShader) {
         const auto proof = MakeProof();
         Host::CheckMaterial(graph, options.File, environment, proof.get(), problems);

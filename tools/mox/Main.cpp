@@ -1,9 +1,13 @@
 #include "Commands.h"
+#include "Signals.h"
 
 #include <algorithm>
 #include <csignal>
 #include <exception>
+#include <fcntl.h>
 #include <iostream>
+#include <new>
+#include <unistd.h>
 
 namespace {
 
@@ -31,6 +35,17 @@ std::string FormatUsageError(const CLI::App* program, const CLI::Error& error)
     const std::string text =
         unknown.empty() ? error.what() : "\"" + unknown.front() + "\" was not expected";
     return "mox: " + text + "\nRun with --help for more information.\n";
+}
+
+/// Occupies the descriptors of the standard streams that are closed, so that no file gets the
+/// number of one and, with it, what the program prints. They stay unusable: input cannot be read
+/// from a file that is open for writing, and the other way round.
+void OccupyStandardStreams()
+{
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0)
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY); // the lowest number
+    }
 }
 
 /// @returns the exit status
@@ -86,9 +101,14 @@ int RunProgram(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    OccupyStandardStreams();
     std::signal(SIGXFSZ, SIG_IGN); // so that writing fails, as on a full disk, and says so
+    Mox::Tool::CleanUpOnSignals();
     try {
         return RunProgram(argc, argv);
+    } catch (const std::bad_alloc&) {
+        std::cerr << "mox: there is not enough memory\n";
+        return Mox::Tool::failureStatus;
     } catch (const std::exception& error) {
         std::cerr << "mox: " << error.what() << '\n';
         return Mox::Tool::failureStatus;

@@ -3,7 +3,9 @@
 #include "LoadPlugins.h"
 #include "ProblemMessage.h"
 #include "mox/Text.h"
+#include "mox/document/DocumentInputs.h"
 #include "mox/document/PropertyText.h"
+#include "mox/host/File.h"
 #include "mox/preview/MaterialPreview.h"
 #include "mox/preview/MeshFile.h"
 
@@ -107,6 +109,7 @@ void Preview(const PreviewArguments& arguments, const CommonOptions& common)
     const Host::MaterialPreview preview(plugins, LoadEnvironment(arguments.Environment));
     Host::ProblemList problems;
     const Host::MaterialDocument document = Host::ReadMaterialDocument(arguments.File, problems);
+    Host::RequireNoInput(arguments.Output, Host::TextureFiles(document.Bindings, arguments.File));
     const Host::Picture picture = preview.RenderMaterial(document, mesh, options, problems);
     for (const Host::Problem& problem : problems.Problems())
         std::cerr << FormatMessage(problem) << '\n';

@@ -1,35 +1,93 @@
-#include "StopOnSignal.h"
+#include "Signals.h"
+
+#include "Commands.h"
+#include "mox/host/EndCleanup.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <mutex>
+#include <semaphore.h>
+#include <system_error>
+#include <thread>
 
 namespace Mox::Tool {
 
+namespace {
+
+constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP};
+
+sem_t arrival;
+std::atomic<int> arrived = 0; // the latest signal
+std::mutex receiverMutex;
+StopOnSignal* receiver = nullptr;
+
+/// A handler may do next to nothing, so a thread does the work.
+void Note(int signal)
+{
+    arrived = signal;
+    sem_post(&arrival);
+}
+
+void HandleSignals()
+{
+    for (;;) {
+        while (sem_wait(&arrival) != 0) {
+        }
+        const int signal = arrived;
+        {
+            const std::lock_guard lock(receiverMutex);
+            if (receiver && receiver->Take(signal))
+                continue;
+        }
+        EndBySignal(signal);
+    }
+}
+
+} // namespace
+
+void CleanUpOnSignals()
+{
+    sem_init(&arrival, 0, 0);
+    try {
+        std::thread(HandleSignals).detach();
+    } catch (const std::system_error&) {
+        return; // without a thread the signals keep their effect
+    }
+    for (const int signal : endingSignals) {
+        struct sigaction action = {};
+        sigaction(signal, nullptr, &action);
+        if (action.sa_handler == SIG_IGN) // by nohup and the like
+            continue;
+        action.sa_handler = Note;
+        action.sa_flags = SA_RESTART;
+        sigaction(signal, &action, nullptr);
+    }
+}
+
+void EndBySignal(int signal)
+{
+    Host::CleanUpForEnd();
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+    std::_Exit(signalStatus + signal); // where the signal is blocked
+}
+
 StopOnSignal::StopOnSignal()
 {
-    sigemptyset(&_signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        struct sigaction current = {};
-        sigaction(signal, nullptr, &current);
-        if (current.sa_handler != SIG_IGN) // nohup and the like
-            sigaddset(&_signals, signal);
-    }
-    pthread_sigmask(SIG_BLOCK, &_signals, &_oldMask);
-    _watcher = std::jthread([this](const std::stop_token& end) {
-        constexpr timespec patience{0, 50'000'000};
-        while (!end.stop_requested()) {
-            const int signal = sigtimedwait(&_signals, nullptr, &patience);
-            if (signal > 0) {
-                _signal = signal;
-                _source.request_stop();
-                return;
-            }
-        }
-    });
+    const std::lock_guard lock(receiverMutex);
+    receiver = this;
 }
 
 StopOnSignal::~StopOnSignal()
 {
-    _watcher.request_stop();
-    _watcher.join();
-    pthread_sigmask(SIG_SETMASK, &_oldMask, nullptr);
+    const std::lock_guard lock(receiverMutex);
+    receiver = nullptr;
+}
+
+bool StopOnSignal::Take(int signal)
+{
+    _signal = signal;
+    return _source.request_stop();
 }
 
 } // namespace Mox::Tool

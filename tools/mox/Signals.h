@@ -1,14 +1,20 @@
 #pragma once
 
 #include <atomic>
-#include <csignal>
 #include <stop_token>
-#include <thread>
 
 namespace Mox::Tool {
 
-/// Turns the signals by which people and build systems end a program into a stop request, as long
-/// as it lives. It must come before the threads of the work, which inherit its signal mask.
+/// From now on the signals with which people and build systems end a program (SIGINT, SIGTERM,
+/// SIGHUP, unless they are ignored) make it remove what it would leave behind before it ends. To be
+/// called once.
+void CleanUpOnSignals();
+
+/// Removes what the program would leave behind and ends it as the signal would have.
+[[noreturn]] void EndBySignal(int signal);
+
+/// While an object of this class exists, the first signal requests a stop and does not end the
+/// program. There is at most one object at a time.
 class StopOnSignal
 {
 public:
@@ -20,15 +26,16 @@ public:
 
     std::stop_token Token() const { return _source.get_token(); }
 
-    /// The signal that came, or 0.
+    /// The signal that arrived, or 0.
     int Signal() const { return _signal; }
 
+    /// Requests the stop.
+    /// @returns false if that was done before
+    bool Take(int signal);
+
 private:
-    sigset_t _signals;
-    sigset_t _oldMask;
     std::stop_source _source;
     std::atomic<int> _signal = 0;
-    std::jthread _watcher;
 };
 
 } // namespace Mox::Tool

@@ -1,0 +1,80 @@
+#!/usr/bin/env bash
+# A program that a signal ends stops in the middle of its work and leaves no parts of files, temporary
+# files or child processes. Usage: signals_test.sh MOX MATERIAL_MAKER
+set -euo pipefail
+
+mox=$1
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+mkdir tmp
+export TMPDIR=$work/tmp
+
+fail() {
+    echo "$*" >&2
+    exit 1
+}
+
+# await COMMAND...: until it succeeds.
+await() {
+    local i
+    for i in {1..3000}; do
+        ! "$@" 2>/dev/null || return 0
+        sleep 0.02
+    done
+    fail "this does not happen: $*"
+}
+
+# end PID: as a build system does, and expects that the program ends by the signal.
+end() {
+    local status=0
+    kill -TERM "$1"
+    wait "$1" || status=$?
+    [ "$status" -eq 143 ] || fail "status $status: $(cat messages)"
+}
+
+# The first material takes long, so the second one is written while it is in the middle. An export that
+# waited for it would report both.
+"$2" chain 100000 >long.xml
+"$2" chain 2 >short.xml
+"$mox" export long.xml short.xml -o out -j 2 --depfile out.d 2>messages &
+await test -s out/short.fragment.cg
+end $!
+grep -q '^mox: 1 exported, 1 distinct, 0 failed, .*; stopped before 1 more$' messages ||
+    fail "another summary: $(cat messages)"
+[ "$(find . -newer short.xml -type f | sort | tr '\n' ' ')" = \
+    "./messages ./out/short.fragment.cg ./out/short.vertex.cg " ] || fail "$(find .)"
+rm long.xml
+
+# Every name of a document has the old text or the new one.
+mkdir documents
+for i in {1..60}; do
+    "$2" chain 20 | sed 's/^ *//' >"documents/$i.xml"
+done
+cp documents/1.xml old.xml
+cp old.xml new.xml
+"$mox" format new.xml
+for run in {1..6}; do
+    "$mox" format documents &
+    sleep "0.0$((RANDOM % 10))"
+    kill -TERM $! 2>/dev/null || true
+    wait $! || true
+    for document in documents/*; do
+        cmp -s "$document" old.xml || cmp -s "$document" new.xml || fail "$document is broken"
+    done
+    [ -z "$(find . -name '.mox-*')" ] || fail "left: $(find . -name '.mox-*')"
+    cp old.xml "documents/$run.xml"
+done
+
+# A diagram that takes Graphviz long. Whether processes work in the temporary folder:
+is_drawing() {
+    [ -n "$(find /proc -maxdepth 2 -path '/proc/[0-9]*/cwd' -lname "$TMPDIR/*" 2>/dev/null)" ]
+}
+"$mox" --help | grep -q '^  graph ' || exit 0
+"$2" chain 3000 >wide.xml
+"$mox" graph wide.xml -o wide.svg 2>messages &
+await is_drawing
+end $!
+! is_drawing || fail "a process is left"
+[ -z "$(ls -A tmp)" ] || fail "left: $(find tmp)"
+[ ! -e wide.svg ] || fail "a diagram is there"
