@@ -3,15 +3,11 @@
 #include "mox/Text.h"
 #include "mox/batch/StartThreads.h"
 #include "mox/host/HostError.h"
-
-#include <libxml/xmlreader.h>
+#include "mox/xml/RootElement.h"
 
 #include <algorithm>
 #include <atomic>
-#include <memory>
-#include <string_view>
 #include <system_error>
-#include <unistd.h>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -21,26 +17,6 @@ namespace Mox::Host {
 namespace {
 
 using std::filesystem::path;
-
-/// Whether a document's root is that of a material, or is not to be seen.
-bool MayBeMaterial(const std::string& file) noexcept
-{
-    if (access(file.c_str(), R_OK) != 0)
-        return true; // libxml2 would print the reason
-    const std::unique_ptr<xmlTextReader, decltype(&xmlFreeTextReader)> reader(
-        xmlReaderForFile(file.c_str(), nullptr,
-                         XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
-        xmlFreeTextReader);
-    if (!reader)
-        return true;
-    while (xmlTextReaderRead(reader.get()) == 1) {
-        if (xmlTextReaderNodeType(reader.get()) == XML_READER_TYPE_ELEMENT) {
-            const xmlChar* name = xmlTextReaderConstName(reader.get());
-            return std::string_view(reinterpret_cast<const char*>(name)) == "material";
-        }
-    }
-    return true;
-}
 
 /// What cannot be looked at counts, so that its reader says why.
 bool MayBeFile(const std::filesystem::directory_entry& entry)
@@ -55,7 +31,7 @@ std::vector<std::string> KeepMaterials(std::vector<std::string> files, unsigned 
     std::atomic<std::size_t> next = 0;
     const auto look = [&] {
         for (std::size_t i = next++; i < files.size(); i = next++)
-            mayBeMaterial[i] = MayBeMaterial(files[i]) ? 1 : 0;
+            mayBeMaterial[i] = MayHaveRoot(files[i], "material") ? 1 : 0;
     };
     {
         const std::vector<std::jthread> others = StartThreads(workers - 1, look);

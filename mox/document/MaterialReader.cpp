@@ -92,9 +92,9 @@ void MaterialReader::EndElement()
         EndRecord(element.Rule->Name, {std::move(element.Comments), std::move(last)});
 }
 
-void MaterialReader::Text(int line)
+void MaterialReader::Text(std::string_view, int line)
 {
-    if (_open.empty() || _open.back().HasText || !_open.back().Rule)
+    if (line == 0 || _open.empty() || _open.back().HasText || !_open.back().Rule)
         return;
     OpenElement& parent = _open.back();
     parent.HasText = true;
@@ -105,6 +105,13 @@ void MaterialReader::Text(int line)
 void MaterialReader::Comment(std::string_view text)
 {
     _comments.emplace_back(text);
+}
+
+void MaterialReader::Instruction(int line)
+{
+    _problems.Fail("processing-instruction", {_document.File, line, {}, {}},
+                   "processing instructions are not allowed");
+    _parser.Stop();
 }
 
 /// The rule of an element whose parent may have it, be it at another place.

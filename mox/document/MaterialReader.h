@@ -2,7 +2,7 @@
 
 #include "mox/document/MaterialDocument.h"
 #include "mox/document/MaterialSchema.h"
-#include "mox/document/XmlParser.h"
+#include "mox/xml/XmlParser.h"
 
 #include <map>
 #include <optional>
@@ -40,8 +40,9 @@ private:
 
     void StartElement(const XmlElement& element) override;
     void EndElement() override;
-    void Text(int line) override;
+    void Text(std::string_view text, int line) override;
     void Comment(std::string_view text) override;
+    void Instruction(int line) override;
 
     const ElementRule* FindRule(const XmlElement& element);
     bool IsOtherVersion(const ElementRule& rule, const XmlElement& element);

@@ -9,8 +9,10 @@ namespace Mox::Host {
 
 using Materials::Compose;
 
-MaterialWriter::MaterialWriter(const std::string& file) : _place{file, 0, {}, {}}
-{}
+MaterialWriter::MaterialWriter(const std::string& file)
+{
+    _writer.Where = {file, 0, {}, {}};
+}
 
 void MaterialWriter::WriteDocument(const MaterialDocument& document)
 {
@@ -18,7 +20,7 @@ void MaterialWriter::WriteDocument(const MaterialDocument& document)
     WriteComments(document.Comments.Document.Before);
     const ElementRule& root = _schema.Root();
     _writer.StartElement(root.Name);
-    WriteAttribute("version", root.FindAttribute("version")->Value.Words().front());
+    _writer.Attribute("version", root.FindAttribute("version")->Value.Words().front());
     WriteValues("description", document.Description, document.Comments.Description);
     WriteValues("renderState", document.RenderState, document.Comments.RenderState);
 
@@ -52,15 +54,15 @@ void MaterialWriter::WriteNode(const DocumentNode& node)
 {
     WriteComments(node.Comments);
     _writer.StartElement("node");
-    WriteAttribute("id", node.Id);
-    _place.Node = node.Id;
-    WriteAttribute("type", node.Type);
-    WriteAttribute("version", std::to_string(node.Version));
+    _writer.Attribute("id", node.Id);
+    _writer.Where.Node = node.Id;
+    _writer.Attribute("type", node.Type);
+    _writer.Attribute("version", std::to_string(node.Version));
     for (const DocumentProperty& property : node.Properties)
         WriteProperty(property);
     WriteComments(node.LastComments);
     _writer.EndElement();
-    _place.Node.clear();
+    _writer.Where.Node.clear();
 }
 
 std::string MaterialWriter::Finish()
@@ -72,9 +74,9 @@ void MaterialWriter::WriteProperty(const DocumentProperty& property)
 {
     WriteComments(property.Comments);
     _writer.StartElement("property");
-    WriteAttribute("name", property.Name);
-    WriteAttribute("kind", std::string(FormatKind(property.Kind)));
-    WriteAttribute("value", property.Value);
+    _writer.Attribute("name", property.Name);
+    _writer.Attribute("kind", FormatKind(property.Kind));
+    _writer.Attribute("value", property.Value);
     _writer.EndElement();
 }
 
@@ -82,10 +84,10 @@ void MaterialWriter::WriteEdge(const DocumentEdge& edge)
 {
     WriteComments(edge.Comments);
     _writer.StartElement("edge");
-    WriteAttribute("tail", edge.Tail);
-    WriteAttribute("tailPort", edge.TailPort);
-    WriteAttribute("head", edge.Head);
-    WriteAttribute("headPort", edge.HeadPort);
+    _writer.Attribute("tail", edge.Tail);
+    _writer.Attribute("tailPort", edge.TailPort);
+    _writer.Attribute("head", edge.Head);
+    _writer.Attribute("headPort", edge.HeadPort);
     _writer.EndElement();
 }
 
@@ -93,8 +95,8 @@ void MaterialWriter::WriteBinding(const DocumentBinding& binding)
 {
     WriteComments(binding.Comments);
     _writer.StartElement("binding");
-    WriteAttribute("stream", binding.Stream);
-    WriteAttribute("tag", binding.Tag);
+    _writer.Attribute("stream", binding.Stream);
+    _writer.Attribute("tag", binding.Tag);
     WriteAttributes(_schema.Element("binding"), binding.Values);
     _writer.EndElement();
 }
@@ -115,8 +117,8 @@ void MaterialWriter::WriteAttributes(const ElementRule& rule, std::vector<Docume
 {
     for (const DocumentValue& value : values) {
         if (!rule.FindAttribute(value.Name)) {
-            throw HostError(_place, Compose("cannot be written: <", rule.Name,
-                                            "> has no attribute \"", value.Name, "\""));
+            throw HostError(_writer.Where, Compose("cannot be written: <", rule.Name,
+                                                   "> has no attribute \"", value.Name, "\""));
         }
     }
     std::sort(values.begin(), values.end(),
@@ -124,27 +126,13 @@ void MaterialWriter::WriteAttributes(const ElementRule& rule, std::vector<Docume
                   return rule.OrderOf(left.Name) < rule.OrderOf(right.Name);
               });
     for (const DocumentValue& value : values)
-        WriteAttribute(value.Name, value.Value);
-}
-
-void MaterialWriter::WriteAttribute(std::string_view name, const std::string& value)
-{
-    if (!IsXmlText(value)) {
-        throw HostError(_place, Compose("cannot be written: attribute \"", name,
-                                        "\" has a character that XML cannot hold"));
-    }
-    _writer.Attribute(name, value);
+        _writer.Attribute(value.Name, value.Value);
 }
 
 void MaterialWriter::WriteComments(const DocumentComments& comments)
 {
-    for (const std::string& comment : comments) {
-        if (!IsXmlText(comment)) {
-            throw HostError(_place,
-                            "cannot be written: a comment has a character that XML cannot hold");
-        }
+    for (const std::string& comment : comments)
         _writer.Comment(comment);
-    }
 }
 
 } // namespace Mox::Host

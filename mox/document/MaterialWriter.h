@@ -2,11 +2,9 @@
 
 #include "mox/document/MaterialDocument.h"
 #include "mox/document/MaterialSchema.h"
-#include "mox/document/XmlWriter.h"
-#include "mox/host/HostError.h"
+#include "mox/xml/XmlWriter.h"
 
 #include <string>
-#include <string_view>
 
 namespace Mox::Host {
 
@@ -32,12 +30,10 @@ private:
     void WriteValues(const char* element, const std::vector<DocumentValue>& values,
                      const DocumentComments& comments);
     void WriteAttributes(const ElementRule& rule, std::vector<DocumentValue> values);
-    void WriteAttribute(std::string_view name, const std::string& value);
     void WriteComments(const DocumentComments& comments);
 
     const MaterialSchema& _schema = MaterialSchema::Get();
     XmlWriter _writer;
-    Place _place;
 };
 
 } // namespace Mox::Host

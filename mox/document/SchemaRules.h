@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mox/document/TextPattern.h"
-#include "mox/document/XmlElement.h"
+#include "mox/xml/XmlElement.h"
 
 #include <memory>
 #include <span>

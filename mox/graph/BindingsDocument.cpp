@@ -4,12 +4,11 @@
 #include "mox/bindings/Binding.h"
 #include "mox/bindings/XmlAttributes.h"
 #include "mox/document/PropertyText.h"
-#include "mox/host/File.h"
 #include "mox/host/LibraryCall.h"
+#include "mox/xml/XmlTree.h"
+#include "mox/xml/XmlWriter.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
-#include <libxml/parser.h>
-#include <libxml/tree.h>
 
 #include <algorithm>
 #include <memory>
@@ -26,8 +25,6 @@ using Materials::GetXmlAttribute;
 using Materials::Material;
 using Materials::SetXmlAttribute;
 
-using XmlDocument = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
-
 constexpr const char* rootElement = "bindings";
 constexpr const char* bindingElement = "binding";
 constexpr const char* versionAttribute = "version";
@@ -36,55 +33,39 @@ constexpr const char* streamAttribute = "stream";
 constexpr const char* countAttribute = "count";
 constexpr const char* groupAttribute = "group";
 
-const xmlChar* Bytes(const char* text)
+/// An element outside any document, which bindings write themselves to and read themselves from.
+class BindingElement
 {
-    return reinterpret_cast<const xmlChar*>(text);
-}
-
-/// A new node that libxml2 had the memory for; a lack for its name it does not report.
-xmlNodePtr Require(xmlNodePtr node)
-{
-    if (!node || !node->name)
-        throw std::bad_alloc();
-    return node;
-}
-
-bool IsElement(const xmlNode* node, const char* name)
-{
-    return node->type == XML_ELEMENT_NODE && xmlStrEqual(node->name, Bytes(name));
-}
-
-/// What stands between elements without a meaning.
-bool IsAside(const xmlNode* node)
-{
-    return node->type == XML_COMMENT_NODE || node->type == XML_PI_NODE || xmlIsBlankNode(node);
-}
-
-XmlDocument ParseXml(const std::filesystem::path& file)
-{
-    const std::string bytes = ReadFile(file);
-    const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(xmlNewParserCtxt(),
-                                                                              xmlFreeParserCtxt);
-    if (!parser)
-        throw std::bad_alloc();
-    XmlDocument document(xmlCtxtReadMemory(parser.get(), bytes.data(),
-                                           static_cast<int>(bytes.size()), file.c_str(), nullptr,
-                                           XML_PARSE_NONET | XML_PARSE_BIG_LINES |
-                                               XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
-                         xmlFreeDoc);
-    const int code = parser->lastError.code;
-    if (code == XML_ERR_NO_MEMORY || (!document && code == XML_ERR_OK))
-        throw std::bad_alloc();
-    if (!document) {
-        // Further lines of a message quote the bytes concerned.
-        const std::string message = parser->lastError.message ? parser->lastError.message : "";
-        throw HostError({file.string(), parser->lastError.line, {}, {}},
-                        message.substr(0, message.find('\n')));
+public:
+    explicit BindingElement(const std::string& name)
+        : _node(xmlNewNode(nullptr, reinterpret_cast<const xmlChar*>(name.c_str())), xmlFreeNode)
+    {
+        // libxml2 does not report that it had no memory for the name.
+        if (!_node || !_node->name)
+            throw std::bad_alloc();
     }
-    if (document->intSubset)
-        throw HostError({file.string(), 0, {}, {}}, "document type declarations are not allowed");
-    return document;
-}
+
+    explicit BindingElement(const XmlTree& element) : BindingElement(element.Name)
+    {
+        for (const XmlTree::Attribute& attribute : element.Attributes)
+            SetXmlAttribute(Get(), attribute.Name, attribute.Value);
+    }
+
+    xmlNodePtr Get() const { return _node.get(); }
+
+    void WriteTo(XmlWriter& writer) const
+    {
+        writer.StartElement(bindingElement);
+        for (const xmlAttr* attribute = _node->properties; attribute; attribute = attribute->next) {
+            const std::string name = reinterpret_cast<const char*>(attribute->name);
+            writer.Attribute(name, GetXmlAttribute(Get(), name));
+        }
+        writer.EndElement();
+    }
+
+private:
+    std::unique_ptr<xmlNode, decltype(&xmlFreeNode)> _node;
+};
 
 /// The stream type with that word.
 std::optional<Materials::StreamType> ParseStreamType(const std::string& word)
@@ -99,15 +80,17 @@ std::optional<Materials::StreamType> ParseStreamType(const std::string& word)
     }
 }
 
-boost::shared_ptr<Binding> ReadBinding(xmlNodePtr element, const Place& where)
+boost::shared_ptr<Binding> ReadBinding(const XmlTree& tree)
 {
+    const Place& where = tree.Where;
     return CallLibrary(where, [&] {
+        const BindingElement element(tree);
         constexpr std::int32_t mostComponents = 1024;
-        const std::string word = GetXmlAttribute(element, streamAttribute);
+        const std::string word = GetXmlAttribute(element.Get(), streamAttribute);
         const auto streamType = ParseStreamType(word);
         if (!streamType)
             throw HostError(where, Compose("there is no stream type \"", word, "\""));
-        const std::string countText = GetXmlAttribute(element, countAttribute);
+        const std::string countText = GetXmlAttribute(element.Get(), countAttribute);
         const auto count = ParseInteger(countText);
         if (!count || *count < 1 || *count > mostComponents) {
             throw HostError(where,
@@ -115,9 +98,9 @@ boost::shared_ptr<Binding> ReadBinding(xmlNodePtr element, const Place& where)
         }
         const auto binding =
             Materials::CreateBinding(*streamType, "", static_cast<std::uint32_t>(*count));
-        binding->ReadXml(element);
-        if (xmlHasProp(element, Bytes(groupAttribute)))
-            binding->group = GetXmlAttribute(element, groupAttribute);
+        binding->ReadXml(element.Get());
+        if (const std::string* group = tree.Find(groupAttribute))
+            binding->group = *group;
         return binding;
     });
 }
@@ -126,16 +109,12 @@ boost::shared_ptr<Binding> ReadBinding(xmlNodePtr element, const Place& where)
 
 void ApplyValues(const DocumentBinding& values, Binding& binding)
 {
-    const XmlDocument document(xmlNewDoc(Bytes("1.0")), xmlFreeDoc);
-    if (!document)
-        throw std::bad_alloc();
-    xmlNodePtr element = Require(xmlNewNode(nullptr, Bytes(bindingElement)));
-    xmlDocSetRootElement(document.get(), element);
-    // What the document leaves out must stay, so it is laid over what the binding has.
-    binding.WriteXml(element);
+    const BindingElement element(bindingElement);
+    // The element starts with what the binding has, so that values the document leaves out stay.
+    binding.WriteXml(element.Get());
     for (const DocumentValue& value : values.Values)
-        SetXmlAttribute(element, value.Name, value.Value);
-    binding.ReadXml(element);
+        SetXmlAttribute(element.Get(), value.Name, value.Value);
+    binding.ReadXml(element.Get());
 }
 
 boost::shared_ptr<Material> CreateBindings(const MaterialGraph& graph)
@@ -161,58 +140,45 @@ boost::shared_ptr<Material> CreateBindings(const MaterialGraph& graph)
 
 std::string FormatBindings(const Material& material)
 {
-    const XmlDocument document(xmlNewDoc(Bytes("1.0")), xmlFreeDoc);
-    if (!document)
-        throw std::bad_alloc();
-    xmlNodePtr root = xmlNewNode(nullptr, Bytes(rootElement));
-    xmlDocSetRootElement(document.get(), root);
-    Require(root);
-    SetXmlAttribute(root, versionAttribute, documentVersion);
+    XmlWriter writer;
+    writer.StartDocument();
+    writer.StartElement(rootElement);
+    writer.Attribute(versionAttribute, documentVersion);
     for (const auto& binding : material.Bindings) {
-        xmlNodePtr element = Require(xmlNewChild(root, nullptr, Bytes(bindingElement), nullptr));
-        SetXmlAttribute(element, streamAttribute, binding->GetStreamTypeName());
-        SetXmlAttribute(element, countAttribute, std::to_string(binding->GetCount()));
+        const BindingElement element(bindingElement);
+        SetXmlAttribute(element.Get(), streamAttribute, binding->GetStreamTypeName());
+        SetXmlAttribute(element.Get(), countAttribute, std::to_string(binding->GetCount()));
         if (!binding->group.empty())
-            SetXmlAttribute(element, groupAttribute, binding->group);
-        binding->WriteXml(element);
+            SetXmlAttribute(element.Get(), groupAttribute, binding->group);
+        binding->WriteXml(element.Get());
+        element.WriteTo(writer);
     }
-    xmlChar* bytes = nullptr;
-    int size = 0;
-    xmlDocDumpFormatMemoryEnc(document.get(), &bytes, &size, "UTF-8", 1);
-    const std::unique_ptr<xmlChar, void (*)(xmlChar*)> owner(bytes,
-                                                             [](xmlChar* text) { xmlFree(text); });
-    if (!bytes)
-        throw std::bad_alloc();
-    return {reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(size)};
+    writer.EndElement();
+    return writer.Finish();
 }
 
 boost::shared_ptr<Material> ReadBindings(const std::filesystem::path& file)
 {
-    const XmlDocument document = ParseXml(file);
-    const auto placeOf = [&](const xmlNode* node) {
-        return Place{file.string(), static_cast<int>(xmlGetLineNo(node)), {}, {}};
-    };
-    xmlNodePtr root = xmlDocGetRootElement(document.get());
-    if (!IsElement(root, rootElement))
-        throw HostError(placeOf(root), "the root element is not <bindings>");
-    const std::string version =
-        CallLibrary(placeOf(root), [&] { return GetXmlAttribute(root, versionAttribute); });
+    const XmlTree root = ReadXmlTree(file);
+    if (root.Name != rootElement)
+        throw HostError(root.Where, "the root element is not <bindings>");
+    const std::string version = CallLibrary(
+        root.Where, [&] { return GetXmlAttribute(BindingElement(root).Get(), versionAttribute); });
     if (version != documentVersion) {
-        throw HostError(placeOf(root), Compose("bindings version \"", version,
-                                               "\" is not supported; this program reads version ",
-                                               documentVersion));
+        throw HostError(root.Where, Compose("bindings version \"", version,
+                                            "\" is not supported; this program reads version ",
+                                            documentVersion));
     }
+    constexpr const char* onlyBindings = "only <binding> elements are allowed here";
+    if (root.WhereText.Line > 0)
+        throw HostError(root.WhereText, onlyBindings);
     auto material = boost::make_shared<Material>();
-    for (xmlNodePtr child = root->children; child; child = child->next) {
-        if (IsAside(child))
-            continue;
-        if (!IsElement(child, bindingElement))
-            throw HostError(placeOf(child), "only <binding> elements are allowed here");
-        for (xmlNodePtr content = child->children; content; content = content->next) {
-            if (!IsAside(content))
-                throw HostError(placeOf(content), "a <binding> element must be empty");
-        }
-        material->AddBinding(ReadBinding(child, placeOf(child)));
+    for (const XmlTree& child : root.Children) {
+        if (child.Name != bindingElement)
+            throw HostError(child.Where, onlyBindings);
+        if (!child.Children.empty() || child.WhereText.Line > 0)
+            throw HostError(child.Where, "a <binding> element must be empty");
+        material->AddBinding(ReadBinding(child));
     }
     return material;
 }

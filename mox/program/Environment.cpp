@@ -6,13 +6,8 @@
 #include "mox/host/LibraryFolder.h"
 #include "mox/program/ShaderTypeText.h"
 #include "mox/shader/ShaderNode.h"
+#include "mox/xml/XmlTree.h"
 
-#include <libxml/parser.h>
-#include <libxml/tree.h>
-
-#include <algorithm>
-#include <memory>
-#include <new>
 #include <sstream>
 
 namespace Mox::Host {
@@ -20,23 +15,6 @@ namespace Mox::Host {
 namespace {
 
 using Materials::Compose;
-
-struct XmlFree
-{
-    void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
-    void operator()(xmlParserCtxt* context) const { xmlFreeParserCtxt(context); }
-    void operator()(xmlChar* text) const { xmlFree(text); }
-};
-
-const xmlChar* Bytes(const char* text)
-{
-    return reinterpret_cast<const xmlChar*>(text);
-}
-
-std::string ToString(const xmlChar* text)
-{
-    return text ? reinterpret_cast<const char*>(text) : std::string();
-}
 
 /// Each line with one tab before it and a newline behind it.
 std::string Indent(const std::string& body)
@@ -60,52 +38,26 @@ public:
 
     Environment Read()
     {
-        Parse(ReadFile(_environment.File));
-        const xmlNode* root = xmlDocGetRootElement(_document.get());
-        if (NameOf(root) != "environment")
-            throw HostError(PlaceOf(root), "the root element is not <environment>");
+        const XmlTree root = ReadXmlTree(_environment.File);
+        if (root.Name != "environment")
+            throw HostError(root.Where, "the root element is not <environment>");
         if (Attribute(root, "version") != "1")
-            throw HostError(PlaceOf(root), "only version 1 of an environment is read");
-        ForEachChild(root, [this](const xmlNode* child) {
-            if (NameOf(child) == "code")
+            throw HostError(root.Where, "only version 1 of an environment is read");
+        for (const XmlTree& child : ChildrenOf(root)) {
+            if (child.Name == "code")
                 ReadCode(child);
-            else if (NameOf(child) == "value")
+            else if (child.Name == "value")
                 _environment.Values.push_back(ReadEntry(child));
-            else if (NameOf(child) == "output")
+            else if (child.Name == "output")
                 ReadOutput(child);
             else
-                throw HostError(PlaceOf(child),
-                                "only <code>, <value> and <output> are allowed here");
-        });
+                throw HostError(child.Where, "only <code>, <value> and <output> are allowed here");
+        }
         return std::move(_environment);
     }
 
 private:
-    void Parse(const std::string& bytes)
-    {
-        const std::unique_ptr<xmlParserCtxt, XmlFree> parser(xmlNewParserCtxt());
-        if (!parser)
-            throw std::bad_alloc();
-        _document.reset(xmlCtxtReadMemory(
-            parser.get(), bytes.data(), static_cast<int>(bytes.size()), _environment.File.c_str(),
-            nullptr,
-            XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_NOCDATA));
-        const int code = parser->lastError.code;
-        if (code == XML_ERR_NO_MEMORY || (!_document && code == XML_ERR_OK))
-            throw std::bad_alloc();
-        if (!_document) {
-            std::string message = parser->lastError.message ? parser->lastError.message : "";
-            while (!message.empty() && message.back() == '\n')
-                message.pop_back();
-            throw HostError({_environment.File.string(), parser->lastError.line, {}, {}}, message);
-        }
-        if (_document->intSubset) {
-            throw HostError({_environment.File.string(), 0, {}, {}},
-                            "document type declarations are not allowed");
-        }
-    }
-
-    void ReadCode(const xmlNode* element)
+    void ReadCode(const XmlTree& element)
     {
         const std::filesystem::path file = _folder / Attribute(element, "file");
         EnvironmentCode code;
@@ -118,12 +70,12 @@ private:
         _environment.Code.push_back(std::move(code));
     }
 
-    EnvironmentEntry ReadEntry(const xmlNode* element)
+    EnvironmentEntry ReadEntry(const XmlTree& element)
     {
         EnvironmentEntry entry;
         entry.Name = Attribute(element, "name");
         entry.Type = TypeOf(element);
-        entry.Line = static_cast<int>(xmlGetLineNo(element));
+        entry.Line = element.Where.Line;
         entry.When = OptionalAttribute(element, "when");
         const std::string level = OptionalAttribute(element, "level");
         if (level == "vertex")
@@ -131,25 +83,28 @@ private:
         else if (level == "fragment")
             entry.Level = ShaderLevel::Fragment;
         else if (!level.empty())
-            throw HostError(PlaceOf(element), "level is neither \"vertex\" nor \"fragment\"");
-        ForEachChild(element, [&](const xmlNode* child) {
-            if (NameOf(child) == "in") {
+            throw HostError(element.Where, "level is neither \"vertex\" nor \"fragment\"");
+        for (const XmlTree& child : ChildrenOf(element)) {
+            if (child.Name == "in")
                 entry.Inputs.push_back(ReadInput(child));
-            } else if (NameOf(child) == "body") {
-                const std::unique_ptr<xmlChar, XmlFree> text(xmlNodeGetContent(child));
-                if (!text)
-                    throw std::bad_alloc();
-                entry.Body = Indent(ToString(text.get()));
-            } else {
-                throw HostError(PlaceOf(child), "only <in> and <body> are allowed here");
-            }
-        });
+            else if (child.Name == "body")
+                entry.Body = ReadBody(child);
+            else
+                throw HostError(child.Where, "only <in> and <body> are allowed here");
+        }
         if (entry.Body.empty() && entry.Inputs.size() != 1)
-            throw HostError(PlaceOf(element), "without a <body> there must be exactly one <in>");
+            throw HostError(element.Where, "without a <body> there must be exactly one <in>");
         return entry;
     }
 
-    void ReadOutput(const xmlNode* element)
+    static std::string ReadBody(const XmlTree& element)
+    {
+        if (!element.Children.empty())
+            throw HostError(element.Children.front().Where, "only text is allowed here");
+        return Indent(element.Text);
+    }
+
+    void ReadOutput(const XmlTree& element)
     {
         EnvironmentEntry entry = ReadEntry(element);
         const std::string word = Attribute(element, "register");
@@ -160,12 +115,12 @@ private:
         else if (word == "FragmentDepth")
             entry.Register = ShaderRegister(ShaderRegisterType::FragmentDepth, 0);
         else
-            throw HostError(PlaceOf(element), "register is none of \"VertexPosition\", "
-                                              "\"FragmentColorOut\" and \"FragmentDepth\"");
+            throw HostError(element.Where, "register is none of \"VertexPosition\", "
+                                           "\"FragmentColorOut\" and \"FragmentDepth\"");
         _environment.Outputs.push_back(std::move(entry));
     }
 
-    EnvironmentInput ReadInput(const xmlNode* element)
+    EnvironmentInput ReadInput(const XmlTree& element)
     {
         EnvironmentInput input{Attribute(element, "name"), TypeOf(element),
                                EnvironmentSource::Value, "", OptionalAttribute(element, "default")};
@@ -174,7 +129,7 @@ private:
         const std::string uniform = OptionalAttribute(element, "uniform");
         const std::string value = OptionalAttribute(element, "value");
         if (stream.empty() + uniform.empty() + value.empty() != 2) {
-            throw HostError(PlaceOf(element),
+            throw HostError(element.Where,
                             "exactly one of \"stream\", \"uniform\" and \"value\" must be there");
         }
         if (!stream.empty())
@@ -187,60 +142,44 @@ private:
         return input;
     }
 
-    void RequireCgName(const xmlNode* element, const std::string& name) const
+    void RequireCgName(const XmlTree& element, const std::string& name) const
     {
         if (!ShaderNode::IsValidCgName(name))
-            throw HostError(PlaceOf(element), Compose("\"", name, "\" is no Cg name"));
+            throw HostError(element.Where, Compose("\"", name, "\" is no Cg name"));
     }
 
-    ShaderType TypeOf(const xmlNode* element) const
+    ShaderType TypeOf(const XmlTree& element) const
     {
         const std::string text = Attribute(element, "type");
         const auto type = ParseShaderType(text);
         if (!type)
-            throw HostError(PlaceOf(element), Compose("\"", text, "\" is no Cg type"));
+            throw HostError(element.Where, Compose("\"", text, "\" is no Cg type"));
         return *type;
     }
 
-    template <class Visit>
-    void ForEachChild(const xmlNode* parent, Visit visit) const
+    static const std::vector<XmlTree>& ChildrenOf(const XmlTree& element)
     {
-        for (const xmlNode* child = parent->children; child; child = child->next) {
-            if (child->type == XML_ELEMENT_NODE)
-                visit(child);
-            else if (child->type != XML_COMMENT_NODE && !xmlIsBlankNode(child))
-                throw HostError(PlaceOf(child), "text is not allowed here");
-        }
+        if (element.WhereText.Line > 0)
+            throw HostError(element.WhereText, "text is not allowed here");
+        return element.Children;
     }
 
-    static std::string NameOf(const xmlNode* element) { return ToString(element->name); }
-
-    static std::string OptionalAttribute(const xmlNode* element, const char* name)
+    static std::string OptionalAttribute(const XmlTree& element, const char* name)
     {
-        if (!xmlHasProp(element, Bytes(name)))
-            return {};
-        const std::unique_ptr<xmlChar, XmlFree> text(xmlGetProp(element, Bytes(name)));
-        if (!text)
-            throw std::bad_alloc();
-        return ToString(text.get());
+        const std::string* value = element.Find(name);
+        return value ? *value : std::string();
     }
 
-    std::string Attribute(const xmlNode* element, const char* name) const
+    static std::string Attribute(const XmlTree& element, const char* name)
     {
         std::string value = OptionalAttribute(element, name);
         if (value.empty())
-            throw HostError(PlaceOf(element), Compose("attribute \"", name, "\" is missing"));
+            throw HostError(element.Where, Compose("attribute \"", name, "\" is missing"));
         return value;
-    }
-
-    Place PlaceOf(const xmlNode* node) const
-    {
-        return {_environment.File.string(), static_cast<int>(xmlGetLineNo(node)), {}, {}};
     }
 
     std::filesystem::path _folder;
     Environment _environment;
-    std::unique_ptr<xmlDoc, XmlFree> _document;
 };
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "mox/Text.h"
 #include "mox/document/MaterialDocument.h"
-#include "mox/document/XmlParser.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/MaterialLoader.h"
@@ -9,6 +8,7 @@
 #include "mox/program/CgFormat.h"
 #include "mox/program/Environment.h"
 #include "mox/program/ProgramExporter.h"
+#include "mox/xml/XmlParser.h"
 #include "tests/exhaustion/EveryAllocation.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/GraphText.h"
@@ -75,7 +75,11 @@ public:
             Said += Compose(" ", attribute.Name, "=", attribute.Value);
     }
     void EndElement() override { Said += ";"; }
-    void Text(int line) override { Said += Compose(" text in ", line); }
+    void Text(std::string_view text, int line) override
+    {
+        Said += Compose(" ", text, " in ", line);
+    }
+    void Instruction(int) override {}
     void Comment(std::string_view text) override { Said += text; }
 
     std::string Said;

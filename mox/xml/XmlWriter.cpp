@@ -1,4 +1,6 @@
-#include "mox/document/XmlWriter.h"
+#include "mox/xml/XmlWriter.h"
+
+#include "mox/Text.h"
 
 #include <libxml/parserInternals.h>
 #include <libxml/xmlstring.h>
@@ -9,6 +11,8 @@
 namespace Mox::Host {
 
 namespace {
+
+using Materials::Compose;
 
 void AppendEscaped(std::string& text, std::string_view value)
 {
@@ -41,8 +45,7 @@ void AppendEscaped(std::string& text, std::string_view value)
     }
 }
 
-} // namespace
-
+/// Whether XML can hold a text.
 bool IsXmlText(std::string_view text)
 {
     while (!text.empty()) {
@@ -55,6 +58,8 @@ bool IsXmlText(std::string_view text)
     }
     return true;
 }
+
+} // namespace
 
 void XmlWriter::StartDocument()
 {
@@ -73,6 +78,8 @@ void XmlWriter::StartElement(std::string_view name)
 
 void XmlWriter::Attribute(std::string_view name, std::string_view value)
 {
+    if (!IsXmlText(value))
+        Refuse(Compose("attribute \"", name, "\""));
     _text += ' ';
     _text += name;
     _text += "=\"";
@@ -82,6 +89,8 @@ void XmlWriter::Attribute(std::string_view name, std::string_view value)
 
 void XmlWriter::Comment(std::string_view text)
 {
+    if (!IsXmlText(text))
+        Refuse("a comment");
     CloseStartTag();
     Indent();
     _text += "<!--";
@@ -115,6 +124,12 @@ void XmlWriter::EndElement()
 std::string XmlWriter::Finish()
 {
     return std::move(_text);
+}
+
+void XmlWriter::Refuse(const std::string& what) const
+{
+    throw HostError(Where,
+                    Compose("cannot be written: ", what, " has a character that XML cannot hold"));
 }
 
 void XmlWriter::CloseStartTag()

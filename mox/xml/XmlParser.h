@@ -1,7 +1,7 @@
 #pragma once
 
-#include "mox/document/XmlElement.h"
 #include "mox/host/Problem.h"
+#include "mox/xml/XmlElement.h"
 
 #include <libxml/parser.h>
 
@@ -13,7 +13,7 @@
 
 namespace Mox::Host {
 
-/// What an XmlParser finds, in the order of the document.
+/// Receives the contents of a document from an XmlParser, in their order.
 class XmlHandler
 {
 public:
@@ -22,16 +22,20 @@ public:
     virtual void StartElement(const XmlElement& element) = 0;
     virtual void EndElement() = 0;
 
-    /// Characters that are not all blank.
-    /// @param line where the first of them stands that is not blank
-    virtual void Text(int line) = 0;
+    /// A part of the characters in the innermost open element.
+    /// @param line of the first character that is not a space, 0 if all are spaces
+    virtual void Text(std::string_view text, int line) = 0;
 
     virtual void Comment(std::string_view text) = 0;
+
+    /// A processing instruction.
+    /// @param line of its end
+    virtual void Instruction(int line) = 0;
 };
 
 /// Parses XML in UTF-8 from memory and keeps nothing of it. It opens no file and no network
-/// connection, and refuses document type declarations, and with them entities; processing
-/// instructions; elements nested too deep; and elements with very many attributes.
+/// connection, and refuses document type declarations, and with them entities; elements nested too
+/// deep; and elements with very many attributes.
 class XmlParser
 {
 public:

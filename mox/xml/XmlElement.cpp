@@ -1,4 +1,4 @@
-#include "mox/document/XmlElement.h"
+#include "mox/xml/XmlElement.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "mox/document/XmlParser.h"
+#include "mox/xml/XmlParser.h"
 
 #include "mox/Text.h"
 #include "mox/host/Excerpt.h"
@@ -7,7 +7,6 @@
 #include <libxml/xmlerror.h>
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 #include <new>
 #include <utility>
@@ -26,14 +25,6 @@ std::string_view ViewOf(const xmlChar* text)
 bool IsBlank(char c)
 {
     return c == ' ' || c == '\n' || c == '\r' || c == '\t';
-}
-
-/// The same as rfind, which goes byte by byte.
-std::size_t FindLast(std::string_view text, char character)
-{
-    const void* place = ::memrchr(text.data(), character, text.size());
-    return place ? static_cast<std::size_t>(static_cast<const char*>(place) - text.data())
-                 : std::string_view::npos;
 }
 
 int CountLines(std::string_view text)
@@ -210,10 +201,9 @@ void XmlParser::OnText(void* context, const xmlChar* text, int size)
     const auto* begin = reinterpret_cast<const char*>(text);
     const char* end = begin + size;
     const char* first = std::find_if_not(begin, end, IsBlank);
-    if (first == end)
-        return;
     Guard(context, [&](XmlParser& self) {
-        self._handler.Text(self._context->input->line - CountLines({first, end}));
+        const int line = first == end ? 0 : self._context->input->line - CountLines({first, end});
+        self._handler.Text({begin, end}, line);
     });
 }
 
@@ -224,9 +214,7 @@ void XmlParser::OnComment(void* context, const xmlChar* text)
 
 void XmlParser::OnInstruction(void* context, const xmlChar*, const xmlChar*)
 {
-    Guard(context, [](XmlParser& self) {
-        self.FailHere("processing-instruction", "processing instructions are not allowed");
-    });
+    Guard(context, [](XmlParser& self) { self._handler.Instruction(self._context->input->line); });
 }
 
 void XmlParser::OnDocumentType(void* context, const xmlChar*, const xmlChar*, const xmlChar*)
@@ -272,7 +260,7 @@ XmlElement XmlParser::DescribeElement(const xmlChar* name, const xmlChar* prefix
     element.Attributes = _attributes;
     element.Text = _text;
     // No attribute may hold this character itself.
-    element.Begin = FindLast(before, '<');
+    element.Begin = before.rfind('<');
     element.Line = _context->input->line - CountLines(before.substr(element.Begin));
     return element;
 }

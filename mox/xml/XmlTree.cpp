@@ -1,0 +1,73 @@
+#include "mox/xml/XmlTree.h"
+
+#include "mox/host/File.h"
+#include "mox/xml/XmlParser.h"
+
+#include <utility>
+
+namespace Mox::Host {
+
+namespace {
+
+class TreeBuilder : public XmlHandler
+{
+public:
+    explicit TreeBuilder(std::string file) : _file(std::move(file)) {}
+
+    void StartElement(const XmlElement& element) override
+    {
+        XmlTree& tree = _open.emplace_back();
+        tree.Name = element.Name;
+        for (const XmlAttribute& attribute : element.Attributes)
+            tree.Attributes.push_back({std::string(attribute.Name), std::string(attribute.Value)});
+        tree.Where = {_file, element.Line, {}, {}};
+        tree.WhereText = {_file, 0, {}, {}};
+    }
+
+    void EndElement() override
+    {
+        XmlTree tree = std::move(_open.back());
+        _open.pop_back();
+        _open.back().Children.push_back(std::move(tree));
+    }
+
+    void Text(std::string_view text, int line) override
+    {
+        XmlTree& tree = _open.back();
+        tree.Text += text;
+        if (tree.WhereText.Line == 0)
+            tree.WhereText.Line = line;
+    }
+
+    void Comment(std::string_view) override {}
+    void Instruction(int) override {}
+
+    /// To be called once, after the end of the document.
+    XmlTree TakeRoot() { return std::move(_open.front().Children.front()); }
+
+private:
+    std::string _file;
+    std::vector<XmlTree> _open{1}; ///< from the document itself down to the innermost element
+};
+
+} // namespace
+
+const std::string* XmlTree::Find(std::string_view attribute) const
+{
+    for (const Attribute& candidate : Attributes) {
+        if (candidate.Name == attribute)
+            return &candidate.Value;
+    }
+    return nullptr;
+}
+
+XmlTree ReadXmlTree(const std::filesystem::path& file)
+{
+    TreeBuilder builder(file.string());
+    ProblemList problems;
+    XmlParser(file.string(), builder, problems).Parse(ReadFile(file));
+    problems.ThrowFirstError();
+    return builder.TakeRoot();
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "mox/host/HostError.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Mox::Host {
+
+/// An element of an XML document that is small enough to be held in memory as a whole.
+struct XmlTree
+{
+    struct Attribute
+    {
+        std::string Name; ///< with its prefix, if it has one
+        std::string Value;
+    };
+
+    /// The value of an attribute, or null.
+    const std::string* Find(std::string_view attribute) const;
+
+    std::string Name;                  ///< with its prefix, if it has one
+    std::vector<Attribute> Attributes; ///< namespace declarations too
+    std::vector<XmlTree> Children;
+    std::string Text; ///< all characters directly in the element
+    Place Where;      ///< file and line of the start tag
+    Place WhereText;  ///< of the first character of Text that is not a space; line 0 if all are
+};
+
+/// Reads an XML document. Comments and processing instructions are left out; all that an XmlParser
+/// refuses is an error.
+/// @returns the root element
+/// @throws HostError if the file cannot be read or is not a well-formed document
+XmlTree ReadXmlTree(const std::filesystem::path& file);
+
+} // namespace Mox::Host
