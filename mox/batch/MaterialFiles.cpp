@@ -3,7 +3,7 @@
 #include "mox/Text.h"
 #include "mox/batch/StartThreads.h"
 #include "mox/host/HostError.h"
-#include "mox/xml/RootElement.h"
+#include "mox/xml/XmlTree.h"
 
 #include <algorithm>
 #include <atomic>

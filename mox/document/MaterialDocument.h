@@ -97,7 +97,7 @@ struct MaterialDocument
 /// Reads a material document. It opens no other file and no network connection, and refuses
 /// document type declarations, and with them entities.
 /// @throws HostError for the first error: the file cannot be read, is not well-formed or does not
-///         follow the schema of material documents
+///         follow the rules of material documents
 MaterialDocument ReadMaterialDocument(const std::filesystem::path& file);
 
 /// The same for callers that want to know all that is wrong.
@@ -111,11 +111,11 @@ MaterialDocument ReadMaterialDocument(const std::filesystem::path& file, Problem
 MaterialDocument ParseMaterialDocument(const std::string& file, std::string_view text,
                                        ProblemList& problems);
 
-/// The one form in which a document is written: the parts and attributes in the order of the
-/// schema, nodes, edges and bindings in their own order, one element on a line. What is read from
-/// it has this form again, to the byte, and a changed value changes one line.
+/// The canonical form of a document: the parts and attributes in the order of the rules, nodes,
+/// edges and bindings in their own order, one element on a line. What is read from it has this form
+/// again, to the byte, and a changed value changes one line.
 /// @throws HostError if a text has a character that XML cannot hold, or if the description, the
-///         render state or a binding has a value that the schema does not know
+///         render state or a binding has a value that the rules do not know
 std::string FormatMaterialDocument(const MaterialDocument& document);
 
 } // namespace Mox::Host

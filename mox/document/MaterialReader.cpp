@@ -1,6 +1,7 @@
 #include "mox/document/MaterialReader.h"
 
 #include "mox/Text.h"
+#include "mox/document/MaterialRules.h"
 #include "mox/document/PropertyText.h"
 #include "mox/host/Excerpt.h"
 
@@ -122,15 +123,15 @@ const ElementRule* MaterialReader::FindRule(const XmlElement& element)
              Compose("unexpected element <", element.Name, ">", place, ", expected ", expected));
     };
     if (_open.empty()) {
-        if (element.Name == _schema.Root().Name)
-            return &_schema.Root();
-        fail({}, Compose("<", _schema.Root().Name, ">"));
+        if (element.Name == MaterialRule.Name)
+            return &MaterialRule;
+        fail({}, Compose("<", MaterialRule.Name, ">"));
         return nullptr;
     }
     OpenElement& parent = _open.back();
     if (!parent.Rule)
         return nullptr;
-    const std::vector<ElementRule::Child>& children = parent.Rule->Children;
+    const std::span<const ElementRule::Child> children = parent.Rule->Children;
     for (std::size_t i = 0; i < children.size(); ++i) {
         if (children[i].Rule->Name != element.Name)
             continue;
@@ -151,19 +152,18 @@ const ElementRule* MaterialReader::FindRule(const XmlElement& element)
     return nullptr;
 }
 
-/// A document of another version is not compared with this schema.
+/// The rules are those of one version, so documents of others are not judged by them.
 bool MaterialReader::IsOtherVersion(const ElementRule& rule, const XmlElement& element)
 {
-    if (&rule != &_schema.Root())
+    if (&rule != &MaterialRule)
         return false;
     constexpr const char* name = "version";
     const std::string_view* version = element.Find(name);
-    const ValueRule& expected = rule.FindAttribute(name)->Value;
-    if (!version || !ParseInteger(*version) || expected.Accepts(*version))
+    if (!version || !ParseInteger(*version) || *version == DocumentVersion)
         return false;
     Fail("document-version", element.PlaceOf(name, _document.File),
-         Compose("document version ", *version, " is not supported, expected ",
-                 expected.Expected()));
+         Compose("document version ", *version, " is not supported, expected \"", DocumentVersion,
+                 "\""));
     return true;
 }
 
@@ -258,7 +258,7 @@ void MaterialReader::StartBinding(const XmlElement& element)
     }
 }
 
-void MaterialReader::EndRecord(const std::string& name, SectionComments comments)
+void MaterialReader::EndRecord(std::string_view name, SectionComments comments)
 {
     if (name == "property") {
         if (_property)

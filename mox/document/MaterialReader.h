@@ -1,7 +1,7 @@
 #pragma once
 
+#include "mox/document/ElementRule.h"
 #include "mox/document/MaterialDocument.h"
-#include "mox/document/MaterialSchema.h"
 #include "mox/xml/XmlParser.h"
 
 #include <map>
@@ -14,8 +14,8 @@
 
 namespace Mox::Host {
 
-/// Reads one material document. Whatever the schema does not allow becomes a problem that says what
-/// was expected there, and reading goes on.
+/// Reads one material document. Whatever the rules of documents do not allow becomes a problem that
+/// says what was expected there, and reading goes on.
 class MaterialReader : private XmlHandler
 {
 public:
@@ -53,11 +53,10 @@ private:
     void StartProperty(const XmlElement& element);
     void StartEdge(const XmlElement& element);
     void StartBinding(const XmlElement& element);
-    void EndRecord(const std::string& name, SectionComments comments);
+    void EndRecord(std::string_view name, SectionComments comments);
 
     void Fail(const std::string& rule, Place where, const std::string& message);
 
-    const MaterialSchema& _schema = MaterialSchema::Get();
     ProblemList& _problems;
     XmlParser _parser;
     MaterialDocument _document;

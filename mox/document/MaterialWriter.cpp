@@ -1,6 +1,7 @@
 #include "mox/document/MaterialWriter.h"
 
 #include "mox/Text.h"
+#include "mox/document/MaterialRules.h"
 #include "mox/document/PropertyText.h"
 
 #include <algorithm>
@@ -18,11 +19,10 @@ void MaterialWriter::WriteDocument(const MaterialDocument& document)
 {
     _writer.StartDocument();
     WriteComments(document.Comments.Document.Before);
-    const ElementRule& root = _schema.Root();
-    _writer.StartElement(root.Name);
-    _writer.Attribute("version", root.FindAttribute("version")->Value.Words().front());
-    WriteValues("description", document.Description, document.Comments.Description);
-    WriteValues("renderState", document.RenderState, document.Comments.RenderState);
+    _writer.StartElement(MaterialRule.Name);
+    _writer.Attribute("version", DocumentVersion);
+    WriteValues(DescriptionRule, document.Description, document.Comments.Description);
+    WriteValues(RenderStateRule, document.RenderState, document.Comments.RenderState);
 
     WriteComments(document.Comments.Nodes.Before);
     _writer.StartElement("nodes");
@@ -97,26 +97,26 @@ void MaterialWriter::WriteBinding(const DocumentBinding& binding)
     _writer.StartElement("binding");
     _writer.Attribute("stream", binding.Stream);
     _writer.Attribute("tag", binding.Tag);
-    WriteAttributes(_schema.Element("binding"), binding.Values);
+    WriteAttributes(BindingRule, binding.Values);
     _writer.EndElement();
 }
 
 /// An element of attributes alone, which is left out if there are none.
-void MaterialWriter::WriteValues(const char* element, const std::vector<DocumentValue>& values,
+void MaterialWriter::WriteValues(const ElementRule& rule, const std::vector<DocumentValue>& values,
                                  const DocumentComments& comments)
 {
     WriteComments(comments);
     if (values.empty())
         return;
-    _writer.StartElement(element);
-    WriteAttributes(_schema.Element(element), values);
+    _writer.StartElement(rule.Name);
+    WriteAttributes(rule, values);
     _writer.EndElement();
 }
 
 void MaterialWriter::WriteAttributes(const ElementRule& rule, std::vector<DocumentValue> values)
 {
     for (const DocumentValue& value : values) {
-        if (!rule.FindAttribute(value.Name)) {
+        if (!rule.OrderOf(value.Name)) {
             throw HostError(_writer.Where, Compose("cannot be written: <", rule.Name,
                                                    "> has no attribute \"", value.Name, "\""));
         }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "mox/document/ElementRule.h"
 #include "mox/document/MaterialDocument.h"
-#include "mox/document/MaterialSchema.h"
 #include "mox/xml/XmlWriter.h"
 
 #include <string>
@@ -17,7 +17,7 @@ public:
     explicit MaterialWriter(const std::string& file);
 
     /// @throws HostError also for a value of the description, the render state or a binding that
-    ///         the schema does not know
+    ///         the rules of documents do not know
     void WriteDocument(const MaterialDocument& document);
     void WriteNode(const DocumentNode& node);
 
@@ -27,12 +27,11 @@ private:
     void WriteProperty(const DocumentProperty& property);
     void WriteEdge(const DocumentEdge& edge);
     void WriteBinding(const DocumentBinding& binding);
-    void WriteValues(const char* element, const std::vector<DocumentValue>& values,
+    void WriteValues(const ElementRule& rule, const std::vector<DocumentValue>& values,
                      const DocumentComments& comments);
     void WriteAttributes(const ElementRule& rule, std::vector<DocumentValue> values);
     void WriteComments(const DocumentComments& comments);
 
-    const MaterialSchema& _schema = MaterialSchema::Get();
     XmlWriter _writer;
 };
 

@@ -2,7 +2,7 @@
 
 #include <array>
 #include <charconv>
-#include <iterator>
+#include <system_error>
 
 namespace Mox::Host {
 
@@ -11,35 +11,46 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-/// In the order of GuiPropertyKind.
-constexpr std::string_view kindWords[] = {"bool",   "integer", "float", "string",
-                                          "colour", "enum",    "node"};
-
+/// Reads the whole of a text as a number.
 template <class Number>
-std::optional<Number> ParseNumber(std::string_view text)
+std::errc ReadNumber(std::string_view text, Number& value)
 {
-    Number value{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size())
-        return std::nullopt;
-    return value;
+    return end == text.data() + text.size() ? error : std::errc::invalid_argument;
+}
+
+std::errc ReadFloat(std::string_view text, float& value)
+{
+    // from_chars knows more words than documents do, such as "INFINITY" and "nan(7)".
+    const std::string_view size = text.substr(text.starts_with('-') ? 1 : 0);
+    const bool isWord = size == "inf" || size == "nan";
+    if (!isWord && size.find_first_not_of("0123456789.eE+-") != std::string_view::npos)
+        return std::errc::invalid_argument;
+    return ReadNumber(text, value);
+}
+
+/// Calls take with each of three texts that have one space between them.
+/// @returns false if there are fewer, or if take returned false
+template <class Take>
+bool ForEachOfThree(std::string_view text, Take take)
+{
+    for (int i = 0; i < 2; ++i) {
+        const std::size_t end = text.find(' ');
+        if (end == std::string_view::npos || !take(text.substr(0, end)))
+            return false;
+        text.remove_prefix(end + 1);
+    }
+    return take(text);
 }
 
 std::optional<std::array<float, 3>> ParseColour(std::string_view text)
 {
     std::array<float, 3> colour{};
-    for (std::size_t i = 0; i < colour.size(); ++i) {
-        const bool isLast = i + 1 == colour.size();
-        const std::size_t end = isLast ? text.size() : text.find(' ');
-        if (end == std::string_view::npos)
-            return std::nullopt;
-        const auto value = ParseFloat(text.substr(0, end));
-        if (!value)
-            return std::nullopt;
-        colour[i] = *value;
-        text.remove_prefix(isLast ? end : end + 1);
-    }
-    return colour;
+    auto next = colour.begin();
+    const auto take = [&](std::string_view number) {
+        return ReadFloat(number, *next++) == std::errc();
+    };
+    return ForEachOfThree(text, take) ? std::optional(colour) : std::nullopt;
 }
 
 /// The shortest text that reads back as the same float.
@@ -52,34 +63,37 @@ std::string FormatExactly(float value)
 
 } // namespace
 
-std::string_view FormatKind(GuiPropertyKind kind)
-{
-    const auto index = static_cast<std::size_t>(kind);
-    return index < std::size(kindWords) ? kindWords[index] : std::string_view();
-}
-
 std::optional<GuiPropertyKind> ParseKind(std::string_view word)
 {
-    for (std::size_t i = 0; i < std::size(kindWords); ++i) {
-        if (kindWords[i] == word)
-            return static_cast<GuiPropertyKind>(i);
+    for (auto kind = GuiPropertyKind(); !FormatKind(kind).empty();
+         kind = static_cast<GuiPropertyKind>(static_cast<int>(kind) + 1)) {
+        if (FormatKind(kind) == word)
+            return kind;
     }
     return std::nullopt;
 }
 
 std::optional<std::int32_t> ParseInteger(std::string_view text)
 {
-    return ParseNumber<std::int32_t>(text);
+    std::int32_t value = 0;
+    return ReadNumber(text, value) == std::errc() ? std::optional(value) : std::nullopt;
+}
+
+bool IsNumber(std::string_view text)
+{
+    float value = 0;
+    return ReadFloat(text, value) != std::errc::invalid_argument;
 }
 
 std::optional<float> ParseFloat(std::string_view text)
 {
-    // from_chars knows more words than documents do, such as "INFINITY" and "nan(7)".
-    const std::string_view size = text.substr(text.starts_with('-') ? 1 : 0);
-    const bool isWord = size == "inf" || size == "nan";
-    if (!isWord && size.find_first_not_of("0123456789.eE+-") != std::string_view::npos)
-        return std::nullopt;
-    return ParseNumber<float>(text);
+    float value = 0;
+    return ReadFloat(text, value) == std::errc() ? std::optional(value) : std::nullopt;
+}
+
+bool IsColour(std::string_view text)
+{
+    return ForEachOfThree(text, IsNumber);
 }
 
 bool SetFromText(GuiProperty& property, GuiPropertyKind kind, const std::string& text)

@@ -78,6 +78,16 @@ int FindCrowdedTag(std::string_view text, std::size_t mostAttributes)
 
 } // namespace
 
+QuietErrors::QuietErrors() : _handler(xmlStructuredError), _context(xmlStructuredErrorContext)
+{
+    xmlSetStructuredErrorFunc(nullptr, [](void*, xmlErrorPtr) {});
+}
+
+QuietErrors::~QuietErrors()
+{
+    xmlSetStructuredErrorFunc(_context, _handler);
+}
+
 XmlParser::XmlParser(std::string file, XmlHandler& handler, ProblemList& problems)
     : _file(std::move(file)), _handler(handler), _problems(problems)
 {}
@@ -117,6 +127,7 @@ bool XmlParser::Parse(std::string_view text)
     _text = text;
     _isStopped = false;
     _depth = 0;
+    const QuietErrors quiet;
     // There are no entities but those of XML itself, and they are to stand for their characters.
     constexpr int options = XML_PARSE_NONET | XML_PARSE_BIG_LINES | XML_PARSE_NOENT;
     const xmlDocPtr document = xmlCtxtReadMemory(

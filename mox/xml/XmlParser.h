@@ -4,6 +4,7 @@
 #include "mox/xml/XmlElement.h"
 
 #include <libxml/parser.h>
+#include <libxml/xmlerror.h>
 
 #include <exception>
 #include <forward_list>
@@ -31,6 +32,22 @@ public:
     /// A processing instruction.
     /// @param line of its end
     virtual void Instruction(int line) = 0;
+};
+
+/// As long as it lives, keeps libxml2 from printing what it reports to no parser, such as errors of
+/// converting from another encoding. To be used on one thread, whose state it changes.
+class QuietErrors
+{
+public:
+    QuietErrors();
+    ~QuietErrors();
+
+    QuietErrors(const QuietErrors&) = delete;
+    QuietErrors& operator=(const QuietErrors&) = delete;
+
+private:
+    xmlStructuredErrorFunc _handler;
+    void* _context;
 };
 
 /// Parses XML in UTF-8 from memory and keeps nothing of it. It opens no file and no network

@@ -3,6 +3,9 @@
 #include "mox/host/File.h"
 #include "mox/xml/XmlParser.h"
 
+#include <libxml/xmlreader.h>
+
+#include <memory>
 #include <utility>
 
 namespace Mox::Host {
@@ -68,6 +71,22 @@ XmlTree ReadXmlTree(const std::filesystem::path& file)
     XmlParser(file.string(), builder, problems).Parse(ReadFile(file));
     problems.ThrowFirstError();
     return builder.TakeRoot();
+}
+
+bool MayHaveRoot(const std::string& file, std::string_view name) noexcept
+{
+    const QuietErrors quiet;
+    const std::unique_ptr<xmlTextReader, decltype(&xmlFreeTextReader)> reader(
+        xmlReaderForFile(file.c_str(), nullptr, XML_PARSE_NONET), xmlFreeTextReader);
+    if (!reader)
+        return true;
+    while (xmlTextReaderRead(reader.get()) == 1) {
+        if (xmlTextReaderNodeType(reader.get()) == XML_READER_TYPE_ELEMENT) {
+            const xmlChar* root = xmlTextReaderConstName(reader.get());
+            return std::string_view(reinterpret_cast<const char*>(root)) == name;
+        }
+    }
+    return true;
 }
 
 } // namespace Mox::Host

@@ -1,7 +1,5 @@
 #include "tests/support/SchemaVerdict.h"
 
-#include "mox/document/MaterialSchema.h"
-
 #include <libxml/parser.h>
 #include <libxml/relaxng.h>
 
@@ -15,10 +13,8 @@ using Schema = std::unique_ptr<xmlRelaxNG, decltype(&xmlRelaxNGFree)>;
 xmlRelaxNGPtr TheSchema()
 {
     static const Schema schema = [] {
-        const std::string text = Mox::Host::MaterialSchema::Text;
         const std::unique_ptr<xmlRelaxNGParserCtxt, decltype(&xmlRelaxNGFreeParserCtxt)> parser(
-            xmlRelaxNGNewMemParserCtxt(text.data(), static_cast<int>(text.size())),
-            xmlRelaxNGFreeParserCtxt);
+            xmlRelaxNGNewParserCtxt(MOX_SCHEMA), xmlRelaxNGFreeParserCtxt);
         return Schema(xmlRelaxNGParse(parser.get()), xmlRelaxNGFree);
     }();
     if (!schema)

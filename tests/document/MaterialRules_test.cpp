@@ -1,20 +1,21 @@
+#include "mox/Text.h"
 #include "mox/document/MaterialDocument.h"
-#include "mox/document/MaterialSchema.h"
+#include "mox/document/MaterialRules.h"
 #include "tests/support/DocumentMaker.h"
-#include "tests/support/Failure.h"
+#include "tests/support/Files.h"
 #include "tests/support/SchemaVerdict.h"
-#include "tests/support/Session.h"
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace {
 
 using namespace Mox::Host;
+using Mox::Materials::Compose;
 
 /// What the reader says of a text, but for what is no matter of the schema.
 struct Verdict
@@ -139,9 +140,8 @@ private:
     Random& _random;
 };
 
-/// The rules are made of the schema; libxml2 knows all of RELAX NG and says of every document what
-/// the schema means.
-TEST(MaterialSchema, RulesAndLibxml2JudgeAlike)
+/// libxml2 judges by the schema.
+TEST(MaterialRules, RulesAndSchemaJudgeAlike)
 {
     Random random(DrawSeed());
     DocumentMaker maker(random);
@@ -164,7 +164,7 @@ TEST(MaterialSchema, RulesAndLibxml2JudgeAlike)
 }
 
 /// The same for the values of every attribute that has a data type of its own.
-TEST(MaterialSchema, RulesAndLibxml2JudgeValuesAlike)
+TEST(MaterialRules, RulesAndSchemaJudgeValuesAlike)
 {
     static constexpr const char* frames[] = {
         R"(<nodes><node type="" version="0" id="@"/></nodes>)",
@@ -195,17 +195,68 @@ TEST(MaterialSchema, RulesAndLibxml2JudgeValuesAlike)
     EXPECT_GT(valid, 2000);
 }
 
-/// What the rules could not follow would be allowed by them and forbidden by the schema, or the
-/// other way round. Each line changes the schema.
-TEST(MaterialSchema, FormsWithoutARuleAreRefused)
+/// All attributes of an element and those below it, and all words that an attribute may hold.
+void Collect(const ElementRule& rule, std::set<std::string>& names, std::set<std::string>& words)
 {
-    EXPECT_NO_THROW(MaterialSchema{MaterialSchema::Text});
-    ExpectSession("document/schemas.txt", [](const std::string& change) {
-        const std::size_t arrow = change.find(" => ");
-        std::string schema = MaterialSchema::Text;
-        schema.replace(schema.find(change.substr(0, arrow)), arrow, change.substr(arrow + 4));
-        return FailureOf<std::logic_error>([&] { MaterialSchema{schema}; }) + "\n";
-    });
+    const auto add = [&](std::span<const AttributeRule> attributes) {
+        for (const AttributeRule& attribute : attributes) {
+            names.emplace(attribute.Name);
+            words.insert(attribute.Value.Words.begin(), attribute.Value.Words.end());
+        }
+    };
+    add(rule.Attributes);
+    for (const ElementRule::Variant& variant : rule.Variants) {
+        names.emplace(rule.Selector);
+        words.emplace(variant.Word);
+        add(variant.Attributes);
+    }
+    for (const ElementRule::Child& child : rule.Children)
+        Collect(*child.Rule, names, words);
+}
+
+/// The same of the schema.
+void Collect(const std::string& schema, std::set<std::string>& names, std::set<std::string>& words)
+{
+    const auto collect = [&](const std::string& begin, char end, std::set<std::string>& found) {
+        for (std::size_t place = 0; (place = schema.find(begin, place)) != std::string::npos;) {
+            place += begin.size();
+            found.insert(schema.substr(place, schema.find(end, place) - place));
+        }
+    };
+    collect("<attribute name=\"", '"', names);
+    collect("<value type=\"string\">", '<', words);
+}
+
+TEST(MaterialRules, EveryWordInEveryAttributeIsJudgedAlike)
+{
+    std::set<std::string> names;
+    std::set<std::string> words;
+    Collect(MaterialRule, names, words);
+    Collect(ReadText(MOX_SCHEMA), names, words);
+    std::vector<std::string> frames = {
+        "<description @/>",
+        "<renderState @/>",
+        R"(<nodes><node id="a" type="" version="0" @/></nodes>)",
+        R"(<nodes><node id="a" type="" version="0"><property name="" value="1" @/></node></nodes>)",
+        R"(<edges><edge tail="" tailPort="" head="" headPort="" @/></edges>)",
+        R"(<bindings><binding tag="a" @/></bindings>)",
+    };
+    for (const ElementRule::Variant& variant : BindingRule.Variants)
+        frames.push_back(
+            Compose("<bindings><binding tag='a' stream='", variant.Word, "' @/></bindings>"));
+    int valid = 0;
+    for (const std::string& frame : frames) {
+        for (const std::string& name : names) {
+            for (const std::string& word : words) {
+                std::string text = "<material version='1'>" + frame + "</material>";
+                text.replace(text.find('@'), 1, Compose(name, "='", word, "'"));
+                const std::string problems = Judge(text).Problems;
+                ASSERT_EQ(problems.empty(), FollowsSchema(text)) << problems << text;
+                valid += problems.empty();
+            }
+        }
+    }
+    EXPECT_GT(valid, 1000);
 }
 
 } // namespace

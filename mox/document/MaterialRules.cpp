@@ -1,0 +1,205 @@
+#include "mox/document/MaterialRules.h"
+
+#include "mox/document/PropertyText.h"
+
+#include <algorithm>
+
+namespace Mox::Host {
+
+using Materials::GuiPropertyKind;
+
+namespace {
+
+bool IsNotEmpty(std::string_view text)
+{
+    return !text.empty();
+}
+
+bool IsWholeNumber(std::string_view text)
+{
+    return ParseInteger(text).has_value();
+}
+
+/// Whether a text is numbers with a comma between two, and perhaps spaces after it. A
+/// binding would ignore anything else without an error.
+bool IsNumberList(std::string_view text)
+{
+    while (true) {
+        const std::size_t comma = text.find(',');
+        const std::string_view number = text.substr(0, comma);
+        const bool isWord = number.ends_with("inf") || number.ends_with("nan");
+        if (isWord || !IsNumber(number))
+            return false;
+        if (comma == std::string_view::npos)
+            return true;
+        text.remove_prefix(comma + 1);
+        text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+    }
+}
+
+/// Whether a text is a decimal number from 0 to 1.
+bool IsFraction(std::string_view text)
+{
+    const std::string_view digits = text.starts_with('0') ? "0123456789" : "0";
+    if (!text.starts_with('0') && !text.starts_with('1'))
+        return false;
+    if (text.size() == 1)
+        return true;
+    return text[1] == '.' && text.size() > 2 &&
+           text.find_first_not_of(digits, 2) == std::string_view::npos;
+}
+
+constexpr ValueRule anyText;
+constexpr ValueRule someText = {{}, IsNotEmpty, "a text that is not empty"};
+constexpr ValueRule typeKey = {{}, nullptr, "the key of a node type"};
+constexpr ValueRule nodeId = {{}, nullptr, "the id of a node"};
+constexpr ValueRule portName = {{}, nullptr, "the Cg name of a port"};
+constexpr ValueRule propertyName = {{}, nullptr, "the name of a property"};
+constexpr ValueRule wholeNumber = {{}, IsWholeNumber, "a whole number of 32 bits"};
+constexpr ValueRule number = {
+    {}, IsNumber, "a number with a decimal point, or \"inf\", \"-inf\" or \"nan\""};
+constexpr ValueRule colour = {{}, IsColour, "three numbers with one blank between them"};
+constexpr ValueRule numberList = {{}, IsNumberList, "numbers with commas between them"};
+constexpr ValueRule fraction = {{}, IsFraction, "a number from 0 to 1"};
+
+constexpr std::string_view versionWords[] = {DocumentVersion};
+constexpr std::string_view booleans[] = {"true", "false"};
+constexpr std::string_view yesOrNo[] = {"Yes", "No"};
+constexpr std::string_view comparisons[] = {"never",   "less",     "equal",          "lessOrEqual",
+                                            "greater", "notEqual", "greaterOrEqual", "always"};
+constexpr std::string_view blendFactors[] = {"zero",
+                                             "one",
+                                             "sourceColour",
+                                             "oneMinusSourceColour",
+                                             "destColour",
+                                             "oneMinusDestColour",
+                                             "sourceAlpha",
+                                             "oneMinusSourceAlpha",
+                                             "destAlpha",
+                                             "oneMinusDestAlpha",
+                                             "constantColour",
+                                             "oneMinusConstantColour",
+                                             "constantAlpha",
+                                             "oneMinusConstantAlpha",
+                                             "sourceAlphaSaturate"};
+constexpr std::string_view controls[] = {"none",         "slider",    "colour",     "position",
+                                         "direction",    "texture",   "floatfield", "uvset",
+                                         "vtxcolourset", "checkboxes"};
+constexpr std::string_view units[] = {"raw", "linear", "angular", "srgbcolour"};
+
+constexpr AttributeRule Required(std::string_view name, const ValueRule& value)
+{
+    return {name, true, value};
+}
+
+constexpr AttributeRule Optional(std::string_view name, const ValueRule& value)
+{
+    return {name, false, value};
+}
+
+constexpr AttributeRule materialAttributes[] = {Required("version", {versionWords})};
+
+constexpr AttributeRule descriptionAttributes[] = {
+    Optional("name", anyText),       Optional("desc", anyText),
+    Optional("categories", anyText), Optional("helpUrl", anyText),
+    Optional("preview", anyText),    Optional("visibleinmayaui", {yesOrNo}),
+};
+
+constexpr AttributeRule renderStateAttributes[] = {
+    Optional("alphaBlend", {yesOrNo}),     Optional("sourceBlend", {blendFactors}),
+    Optional("destBlend", {blendFactors}), Optional("alphaTest", {yesOrNo}),
+    Optional("alphaFunc", {comparisons}),  Optional("alphaRef", fraction),
+    Optional("zWriteEnabled", {yesOrNo}),  Optional("zTest", {yesOrNo}),
+    Optional("zTestFunc", {comparisons}),  Optional("backFaceCullEnabled", {yesOrNo}),
+};
+
+constexpr AttributeRule nodeAttributes[] = {
+    Required("id", someText),
+    Required("type", typeKey),
+    Required("version", wholeNumber),
+};
+
+constexpr AttributeRule propertyAttributes[] = {Required("name", propertyName)};
+constexpr AttributeRule booleanValue[] = {Required("value", {booleans})};
+constexpr AttributeRule integerValue[] = {Required("value", wholeNumber)};
+constexpr AttributeRule floatValue[] = {Required("value", number)};
+constexpr AttributeRule colourValue[] = {Required("value", colour)};
+constexpr AttributeRule textValue[] = {Required("value", anyText)};
+constexpr ElementRule::Variant kinds[] = {
+    {FormatKind(GuiPropertyKind::Bool), booleanValue},
+    {FormatKind(GuiPropertyKind::Integer), integerValue},
+    {FormatKind(GuiPropertyKind::Float), floatValue},
+    {FormatKind(GuiPropertyKind::Colour), colourValue},
+    {FormatKind(GuiPropertyKind::String), textValue},
+    {FormatKind(GuiPropertyKind::Enum), textValue},
+    {FormatKind(GuiPropertyKind::Node), textValue},
+};
+
+constexpr AttributeRule edgeAttributes[] = {
+    Required("tail", nodeId),
+    Required("tailPort", portName),
+    Required("head", nodeId),
+    Required("headPort", portName),
+};
+
+// What a binding would ignore without an error as it reads its values is not allowed.
+constexpr AttributeRule bindingAttributes[] = {
+    Required("tag", someText),
+    Optional("gui", {controls}),
+    Optional("cgname", anyText),
+    Optional("uv", anyText),
+    Optional("desc", anyText),
+    Optional("helpUrl", anyText),
+    Optional("uilabel", anyText),
+    Optional("uiunittype", {units}),
+    Optional("stream_type", anyText),
+    Optional("stream_normalize", {yesOrNo}),
+    Optional("dataset_modifiers", anyText),
+    Optional("basic_colour", {yesOrNo}),
+};
+constexpr AttributeRule floatAttributes[] = {
+    Optional("min", numberList),
+    Optional("max", numberList),
+    Optional("default", numberList),
+};
+constexpr AttributeRule textureAttributes[] = {
+    Optional("default", anyText),           Optional("srgb", {yesOrNo}),
+    Optional("signed_expanded", {yesOrNo}), Optional("normalised", {yesOrNo}),
+    Optional("usage_hint", anyText),        Optional("using_alpha", {yesOrNo}),
+};
+constexpr AttributeRule setAttributes[] = {Optional("default", anyText)};
+constexpr ElementRule::Variant streams[] = {
+    {"float", floatAttributes},
+    {"texture", textureAttributes},
+    {"uv", setAttributes},
+    {"colour", setAttributes},
+    {"position"},
+    {"normal"},
+    {"tangent"},
+    {"binormal"},
+    {"blendindices"},
+    {"blendweights"},
+};
+
+constexpr ElementRule propertyRule = {"property", propertyAttributes, {}, "kind", kinds};
+constexpr ElementRule::Child nodeChildren[] = {{&propertyRule, true}};
+constexpr ElementRule nodeRule = {"node", nodeAttributes, nodeChildren};
+constexpr ElementRule edgeRule = {"edge", edgeAttributes};
+constexpr ElementRule::Child nodesChildren[] = {{&nodeRule, true}};
+constexpr ElementRule::Child edgesChildren[] = {{&edgeRule, true}};
+constexpr ElementRule::Child bindingsChildren[] = {{&BindingRule, true}};
+constexpr ElementRule nodesRule = {"nodes", {}, nodesChildren};
+constexpr ElementRule edgesRule = {"edges", {}, edgesChildren};
+constexpr ElementRule bindingsRule = {"bindings", {}, bindingsChildren};
+constexpr ElementRule::Child materialChildren[] = {
+    {&DescriptionRule}, {&RenderStateRule}, {&nodesRule}, {&edgesRule}, {&bindingsRule},
+};
+
+} // namespace
+
+constexpr ElementRule DescriptionRule = {"description", descriptionAttributes};
+constexpr ElementRule RenderStateRule = {"renderState", renderStateAttributes};
+constexpr ElementRule BindingRule = {"binding", bindingAttributes, {}, "stream", streams};
+constexpr ElementRule MaterialRule = {"material", materialAttributes, materialChildren};
+
+} // namespace Mox::Host

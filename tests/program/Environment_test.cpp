@@ -1,0 +1,52 @@
+#include "mox/program/Environment.h"
+#include "tests/support/Failure.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+using namespace Mox::Host;
+
+TEST(Environment, EachFaultIsNamedWithItsLine)
+{
+    static constexpr struct
+    {
+        const char* Content; ///< of the root element
+        const char* Failure;
+    } cases[] = {
+        {"words", "1: text is not allowed here"},
+        {"\n<node/>", "2: only <code>, <value> and <output> are allowed here"},
+        {"<code\n/>", "1: attribute \"file\" is missing"},
+        {"\n\n<value name=''/>", "3: attribute \"name\" is missing"},
+        {"<value name='a' type='float5'/>", "1: \"float5\" is no Cg type"},
+        {"<value name='a' type='half' level='pixel'/>",
+         "1: level is neither \"vertex\" nor \"fragment\""},
+        {"<value name='a' type='half'/>", "1: without a <body> there must be exactly one <in>"},
+        {"<value name='a' type='half'>\n<out/></value>",
+         "2: only <in> and <body> are allowed here"},
+        {"<value name='a' type='half'><body>b\n<c/></body></value>",
+         "2: only text is allowed here"},
+        {"<value name='a' type='half'><in name='2' type='half' value='b'/></value>",
+         "1: \"2\" is no Cg name"},
+        {"<value name='a' type='half'><in name='b' type='half' value='c' stream='d'/></value>",
+         "1: exactly one of \"stream\", \"uniform\" and \"value\" must be there"},
+        {"<output name='a' type='half' register='X'><body>b</body></output>",
+         "1: register is none of \"VertexPosition\", \"FragmentColorOut\" and \"FragmentDepth\""},
+    };
+    const TemporaryFolder folder;
+    const auto failure = [&](const std::string& text) {
+        const auto file = folder.Write("environment.xml", text);
+        return HostFailureOf([&] { ReadEnvironment(folder.Path()); })
+            .substr(file.string().size() + 1);
+    };
+    for (const auto& [content, expected] : cases)
+        EXPECT_EQ(failure(std::string("<environment version='1'>") + content + "</environment>"),
+                  expected);
+    EXPECT_EQ(failure("<material version='1'/>"), "1: the root element is not <environment>");
+    EXPECT_EQ(failure("<environment version='2'/>"), "1: only version 1 of an environment is read");
+}
+
+} // namespace
