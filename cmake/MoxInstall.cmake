@@ -25,7 +25,9 @@ install(FILES ${PROJECT_BINARY_DIR}/help/mox.zsh
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Mox)
 install(DIRECTORY mox DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development
   FILES_MATCHING PATTERN "*.h" PATTERN nodes EXCLUDE PATTERN plugin EXCLUDE
-  PATTERN compile EXCLUDE PATTERN pictures EXCLUDE PATTERN preview EXCLUDE)
+  PATTERN compile EXCLUDE PATTERN pictures EXCLUDE PATTERN preview EXCLUDE
+  PATTERN xml EXCLUDE PATTERN ElementRule.h EXCLUDE PATTERN MaterialReader.h EXCLUDE
+  PATTERN MaterialRules.h EXCLUDE PATTERN MaterialWriter.h EXCLUDE)
 install(TARGETS mox_host EXPORT MoxHost ARCHIVE COMPONENT Development)
 foreach(part Materials Host)
   install(EXPORT Mox${part} NAMESPACE Mox:: DESTINATION ${package_folder} COMPONENT Development)
