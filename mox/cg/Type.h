@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Mox::Cg {
+
+/// What a value consists of. The numbers are in the order of Cg's arithmetic conversions: of two
+/// operands the one of the lower kind is converted.
+enum class Element : std::uint8_t
+{
+    Void,
+    Bool,
+    Int,
+    Fixed,
+    Half,
+    Float,
+    Sampler1D,
+    Sampler2D,
+    Sampler3D,
+    SamplerCube,
+    SamplerRect,
+    Struct,
+};
+
+struct StructType;
+
+/// The type of a value: a scalar, vector, matrix, sampler or struct, or an array of one of these.
+struct Type
+{
+    Element Of = Element::Void;
+    std::uint8_t Rows = 1;    ///< of a matrix, 2 to 4; else 1
+    std::uint8_t Columns = 1; ///< of a matrix, or the components of a vector; else 1
+    std::uint16_t Length = 0; ///< elements of an array; else 0
+    const StructType* Structure = nullptr;
+
+    friend bool operator==(const Type& a, const Type& b) = default;
+
+    bool IsArray() const { return Length > 0; }
+    bool IsSampler() const { return Of >= Element::Sampler1D && Of <= Element::SamplerRect; }
+
+    /// A scalar, vector or matrix.
+    bool IsNumeric() const { return Of >= Element::Bool && Of <= Element::Float && !IsArray(); }
+    bool IsScalar() const { return IsNumeric() && Rows == 1 && Columns == 1; }
+    bool IsVector() const { return IsNumeric() && Rows == 1 && Columns > 1; }
+    bool IsMatrix() const { return IsNumeric() && Rows > 1; }
+    bool HasFloats() const { return Of >= Element::Fixed && Of <= Element::Float; }
+
+    /// The same shape of other elements.
+    Type With(Element element) const;
+
+    /// What an index selects: an element of an array, a row of a matrix, a component of a vector.
+    Type Selected() const;
+
+    /// The type as Cg writes it, such as "float4x3" or "half3[2]".
+    std::string Format() const;
+};
+
+/// A scalar, or a vector of up to four components.
+Type VectorType(Element element, int columns);
+
+struct StructMember
+{
+    std::string_view Name;
+    Type Of;
+};
+
+struct StructType
+{
+    std::string_view Name;
+    std::vector<StructMember> Members;
+};
+
+/// The built-in type that a word names, such as "half3" or "sampler2D". Matrices of a single row or
+/// column are not among them, as most languages have none.
+/// @returns whether there is one
+bool FindBuiltInType(std::string_view word, Type& type);
+
+} // namespace Mox::Cg
