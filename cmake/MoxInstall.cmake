@@ -7,6 +7,11 @@ set_target_properties(mox PROPERTIES INSTALL_RPATH $ORIGIN/${programs_to_librari
 
 # For users.
 install(TARGETS mox RUNTIME COMPONENT Runtime)
+if(MOX_BUILD_DECODE)
+  # It needs no library of this tree.
+  install(TARGETS mox_decode_program
+    RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/mox COMPONENT Runtime)
+endif()
 install(TARGETS mox_materials EXPORT MoxMaterials
   LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development)
 install(TARGETS mox_core mox_surface LIBRARY DESTINATION ${MOX_PLUGIN_FOLDER} COMPONENT Runtime)
@@ -26,7 +31,7 @@ set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Mox)
 install(DIRECTORY mox DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development
   FILES_MATCHING PATTERN "*.h" PATTERN nodes EXCLUDE PATTERN plugin EXCLUDE
   PATTERN compile EXCLUDE PATTERN pictures EXCLUDE PATTERN preview EXCLUDE
-  PATTERN xml EXCLUDE PATTERN ElementRule.h EXCLUDE PATTERN MaterialReader.h EXCLUDE
+  PATTERN decode EXCLUDE PATTERN decoders EXCLUDE PATTERN xml EXCLUDE PATTERN ElementRule.h EXCLUDE PATTERN MaterialReader.h EXCLUDE
   PATTERN MaterialRules.h EXCLUDE PATTERN MaterialWriter.h EXCLUDE)
 install(TARGETS mox_host EXPORT MoxHost ARCHIVE COMPONENT Development)
 foreach(part Materials Host)

@@ -6,7 +6,8 @@ packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-j
     libpng-dev libxpm-dev libxxhash-dev libmimalloc-dev
     glslang-dev glslang-tools spirv-headers spirv-tools libspirv-cross-c-shared-dev
     graphviz fonts-dejavu-core
-    libvulkan-dev mesa-vulkan-drivers libglm-dev libstb-dev libassimp-dev)
+    libvulkan-dev mesa-vulkan-drivers libglm-dev
+    libassimp-dev libopenexr-dev libturbojpeg0-dev)
 case "${1:?build, run, test, full or bench}" in
 build) ;;
 # imagemagick: puts the pictures onto one sheet.

@@ -37,6 +37,8 @@ public:
         return text;
     }
 
+    std::string_view Rest() const { return _bytes; }
+
 private:
     std::string_view _bytes;
 };

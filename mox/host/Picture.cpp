@@ -8,6 +8,8 @@
 
 namespace Mox::Host {
 
+static_assert(maxPngSide == PNG_USER_WIDTH_MAX && maxPngSide == PNG_USER_HEIGHT_MAX);
+
 void WritePng(const Picture& picture, const std::filesystem::path& file)
 {
     png_image image{};

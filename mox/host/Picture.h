@@ -14,6 +14,9 @@ struct Picture
     std::vector<std::uint8_t> Pixels;
 };
 
+/// Largest width and height of a picture in a PNG file.
+constexpr std::uint32_t maxPngSide = 1'000'000;
+
 /// @throws HostError if the file cannot be written
 void WritePng(const Picture& picture, const std::filesystem::path& file);
 

@@ -15,7 +15,6 @@ using Materials::Binding;
 using Materials::Compose;
 
 constexpr const char* streamRule = "preview-stream";
-constexpr const char* textureRule = "preview-texture";
 constexpr const char* uniformRule = "preview-uniform";
 
 DrawShader TakeShader(const CompiledProgram& program, ProgramStage stage)
@@ -38,28 +37,7 @@ MeshStream ReadStream(const StageVariable& input, const DrawSources& sources)
                    : ReadNamedStream(sources.Geometry, input.Name);
 }
 
-TextureImage MakeStandIn(const Materials::TextureBinding& binding)
-{
-    const bool isNormal = binding.usageHint == "Normal" || binding.usageHint == "DXT5 Normal";
-    return isNormal ? MakeFlatNormalImage() : MakeCheckerImage();
-}
-
-/// The file of a texture, and a stand-in if there is none or it cannot be read.
-TextureImage ReadImage(const Materials::TextureBinding& binding,
-                       const std::filesystem::path& folder, ProblemList& problems)
-{
-    if (!binding.value.empty()) {
-        try {
-            return ReadTextureImage(folder / binding.value);
-        } catch (const HostError& error) {
-            problems.Warn(textureRule, error.Where, error.Message);
-        }
-    }
-    return MakeStandIn(binding);
-}
-
-std::vector<TextureImage> ReadLevels(const SamplerSlot& slot, const DrawSources& sources,
-                                     ProblemList& problems)
+std::vector<TextureImage> LoadLevels(const SamplerSlot& slot, const DrawSources& sources)
 {
     const Binding* found = sources.Bindings ? sources.Bindings->FindTexture(slot.Name) : nullptr;
     const auto* binding = dynamic_cast<const Materials::TextureBinding*>(found);
@@ -72,7 +50,7 @@ std::vector<TextureImage> ReadLevels(const SamplerSlot& slot, const DrawSources&
         throw HostError({}, Compose("the texture \"", slot.Name, "\" is a ", slot.Type.Format(),
                                     ", which a preview cannot fill"));
     }
-    return MakeMipLevels(ReadImage(*binding, sources.Folder, problems), binding->srgb);
+    return sources.Textures->Load(*binding);
 }
 
 std::vector<float> FindValues(const std::string& name, const PreviewBindings* bindings,
@@ -145,7 +123,7 @@ DrawCall BuildDraw(const CompiledProgram& program, const DrawSources& sources,
             try {
                 draw.Textures.push_back({slot.Binding,
                                          slot.Type.Component == ComponentType::Sampler1D,
-                                         ReadLevels(slot, sources, problems)});
+                                         LoadLevels(slot, sources)});
             } catch (const HostError& error) {
                 problems.Fail(uniformRule, error);
             }

@@ -5,8 +5,7 @@
 #include "mox/preview/DrawCall.h"
 #include "mox/preview/PreviewBindings.h"
 #include "mox/preview/Scene.h"
-
-#include <filesystem>
+#include "mox/preview/TextureLoader.h"
 
 namespace Mox::Host {
 
@@ -15,7 +14,7 @@ struct DrawSources
 {
     const Mesh& Geometry;
     const PreviewBindings* Bindings; ///< null for a program without a material
-    std::filesystem::path Folder;    ///< in which relative names of textures start
+    TextureLoader* Textures;         ///< the same
 };
 
 /// Makes a draw call of a program and the values for its vertex inputs and textures; uniforms come

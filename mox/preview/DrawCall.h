@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mox/compile/StageInterface.h"
-#include "mox/preview/TextureImage.h"
+#include "mox/decode/TextureImage.h"
 
 #include <cstddef>
 #include <cstdint>

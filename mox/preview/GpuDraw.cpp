@@ -168,12 +168,6 @@ void GpuDraw::UploadTexture(const DrawTexture& texture)
 {
     const auto levelCount = static_cast<std::uint32_t>(texture.Levels.size());
     const TextureImage& top = texture.Levels.front();
-    const std::uint32_t widest =
-        texture.Is1D ? _device.Limits().maxImageDimension1D : _device.Limits().maxImageDimension2D;
-    if (std::max(top.Width, top.Height) > widest) {
-        throw HostError({}, Compose("a texture of ", top.Width, " by ", top.Height,
-                                    " texels is larger than the Vulkan device takes: ", widest));
-    }
     const auto heightOf = [&](const TextureImage& level) {
         return texture.Is1D ? 1u : level.Height;
     };

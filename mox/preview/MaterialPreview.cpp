@@ -167,7 +167,7 @@ DrawCall MakeBackground(const ProgramCompiler& compiler, const UniformValues& sc
     const CompiledProgram program =
         compiler.Compile(MakeBackgroundProgram(), {CompileTarget::Spirv}, "background", problems);
     const Mesh mesh = MakeBackgroundMesh();
-    DrawCall background = BuildDraw(program, {mesh, nullptr, {}}, problems);
+    DrawCall background = BuildDraw(program, {mesh, nullptr, nullptr}, problems);
     background.Uniforms = FillUniforms(program, nullptr, scene, problems);
     background.State.TestsDepth = false;
     background.State.WritesDepth = false;
@@ -198,13 +198,18 @@ void CheckSize(const PreviewOptions& options)
         options.Height > mostPixels / row) {
         throw HostError({}, Compose("a picture must have 1 to ", mostPixels, " pixels"));
     }
+    if (row > maxPngSide || options.Height > maxPngSide) {
+        throw HostError({}, Compose("a picture of ", row, " by ", options.Height,
+                                    " pixels is larger than the limit of PNG files, ", maxPngSide,
+                                    " on a side"));
+    }
 }
 
 } // namespace
 
 MaterialPreview::MaterialPreview(const PluginSet& plugins, Environment environment,
-                                 bool withValidation)
-    : _plugins(plugins), _environment(std::move(environment)),
+                                 FileDecoder& files, bool withValidation)
+    : _plugins(plugins), _environment(std::move(environment)), _files(files),
       _device(std::make_unique<VulkanDevice>(withValidation))
 {}
 
@@ -250,8 +255,11 @@ std::vector<Picture> MaterialPreview::RenderFrames(PreparedMaterial& material,
     SetValues(options, material.Bindings, scene);
     SetFrame(scene, options, 0);
 
-    const std::filesystem::path folder = std::filesystem::path(document.File).parent_path();
-    DrawCall surface = BuildDraw(program, {mesh, &material.Bindings, folder}, problems);
+    TextureLoader textures(
+        _files, std::filesystem::path(document.File).parent_path(),
+        std::min(_device->Limits().maxImageDimension1D, _device->Limits().maxImageDimension2D),
+        problems);
+    DrawCall surface = BuildDraw(program, {mesh, &material.Bindings, &textures}, problems);
     surface.Uniforms = FillUniforms(program, &material.Bindings, scene, problems);
     if (options.Node.empty())
         surface.State = ReadDrawState(document);

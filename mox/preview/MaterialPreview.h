@@ -1,11 +1,11 @@
 #pragma once
 
 #include "mox/compile/ProgramCompiler.h"
+#include "mox/decode/FileDecoder.h"
 #include "mox/document/MaterialDocument.h"
 #include "mox/host/Picture.h"
 #include "mox/host/PluginSet.h"
 #include "mox/host/Problem.h"
-#include "mox/preview/Mesh.h"
 #include "mox/program/Environment.h"
 
 #include <cstdint>
@@ -37,14 +37,16 @@ class MaterialPreview
 {
 public:
     /// @param plugins must outlive the object
+    /// @param files reads the textures; must outlive the object
     /// @param withValidation lets the Vulkan validation layer watch
     /// @throws HostError if there is no Vulkan device
-    MaterialPreview(const PluginSet& plugins, Environment environment, bool withValidation = false);
+    MaterialPreview(const PluginSet& plugins, Environment environment, FileDecoder& files,
+                    bool withValidation = false);
     ~MaterialPreview();
 
     /// The picture of a material under a sky and one light. Textures whose names are relative lie
-    /// beside the document. A material with an error comes out as a pattern that nobody takes for a
-    /// material.
+    /// beside the document; one that cannot be read is a warning, and a stand-in takes its place. A
+    /// material with an error comes out as a pattern that nobody takes for a material.
     /// @param problems takes what is wrong with the material; an error that is there already, from
     ///        reading the document, counts too
     /// @throws HostError if a size or a value does not fit the material or the device
@@ -65,6 +67,7 @@ private:
 
     const PluginSet& _plugins;
     Environment _environment;
+    FileDecoder& _files;
     ProgramCompiler _compiler;
     std::unique_ptr<VulkanDevice> _device;
 };

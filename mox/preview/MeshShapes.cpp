@@ -1,5 +1,7 @@
 #include "mox/preview/MeshShapes.h"
 
+#include "mox/host/HostError.h"
+
 #include <cmath>
 #include <glm/geometric.hpp>
 #include <numbers>
@@ -103,6 +105,23 @@ Mesh MakeCube()
     AddSquare(mesh, quads, z, y, 1.0f);
     AddSquare(mesh, quads, x, -z, 1.0f);
     AddSquare(mesh, quads, x, z, 1.0f);
+    return mesh;
+}
+
+Mesh FindMesh(const std::string& nameOrFile, const FileDecoder& files)
+{
+    if (nameOrFile == "sphere")
+        return MakeSphere();
+    if (nameOrFile == "plane")
+        return MakePlane();
+    if (nameOrFile == "cube")
+        return MakeCube();
+    if (!IsMeshFile(nameOrFile)) {
+        throw HostError({nameOrFile, 0, {}, {}},
+                        "is neither sphere, plane nor cube, nor an .obj, .gltf or .glb file");
+    }
+    Mesh mesh = files.ReadMesh(nameOrFile);
+    mesh.ViewFrom = {0.5f, 0.4f, 1.0f};
     return mesh;
 }
 

@@ -1,6 +1,9 @@
 #pragma once
 
-#include "mox/preview/Mesh.h"
+#include "mox/decode/FileDecoder.h"
+#include "mox/decode/Mesh.h"
+
+#include <string>
 
 namespace Mox::Host {
 
@@ -16,5 +19,9 @@ Mesh MakePlane();
 
 /// A cube from -1 to 1 with the whole image on each side.
 Mesh MakeCube();
+
+/// A built-in mesh by its name, "sphere", "plane" or "cube", or else that of a mesh file.
+/// @throws HostError if it is none of these, or as FileDecoder::ReadMesh does
+Mesh FindMesh(const std::string& nameOrFile, const FileDecoder& files);
 
 } // namespace Mox::Host

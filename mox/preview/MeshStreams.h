@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mox/bindings/Binding.h"
-#include "mox/preview/Mesh.h"
+#include "mox/decode/Mesh.h"
 
 #include <cstdint>
 #include <string>

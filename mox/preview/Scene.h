@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/preview/Mesh.h"
+#include "mox/decode/Mesh.h"
 
 #include <map>
 #include <string>

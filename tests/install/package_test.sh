@@ -25,6 +25,7 @@ inside "$install /root/mox-materials_*.deb >/dev/null"
 inside 'mox catalogue | grep -q ^CoreMaths'
 inside 'mox export /root/examples/rim_light.xml' >"$work/export"
 "$build/bin/mox" export "$source/examples/rim_light.xml" | cmp - "$work/export"
+inside '/usr/libexec/mox/mox-decode image 16384 536870912 60 </root/examples/textures/paint.png | head -c 8 | grep -q moxdec'
 
 inside "$install /root/mox-materials-dev_*.deb g++ cmake make >/dev/null"
 inside 'cmake -S /root/examples/plugin -B /root/checker >/dev/null && cmake --build /root/checker >/dev/null'

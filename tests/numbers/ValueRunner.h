@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mox/compile/ProgramCompiler.h"
-#include "mox/preview/TextureImage.h"
+#include "mox/decode/TextureImage.h"
 #include "mox/program/Environment.h"
 #include "tests/numbers/FloatTarget.h"
 

@@ -1,6 +1,5 @@
 #include "mox/Text.h"
 #include "mox/preview/MaterialPreview.h"
-#include "mox/preview/MeshFile.h"
 #include "mox/preview/MeshShapes.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/DeviceTest.h"
@@ -73,7 +72,13 @@ void WriteTexture(const std::filesystem::path& file, std::uint32_t size,
 
 struct WatchedPreview : MaterialPreview
 {
-    WatchedPreview() : MaterialPreview(TestPlugins(), TestEnvironment(), true) {}
+    WatchedPreview() : MaterialPreview(TestPlugins(), TestEnvironment(), Files(), true) {}
+
+    static FileDecoder& Files()
+    {
+        static FileDecoder files;
+        return files;
+    }
 };
 
 class MaterialPreviewTest : public DeviceTest<WatchedPreview>
@@ -95,7 +100,8 @@ protected:
             if (key == "node") {
                 options.Node = value;
             } else if (key == "mesh") {
-                mesh = value == "sphere" ? MakeSphere() : ReadMesh(testData / value);
+                mesh = value == "sphere" ? MakeSphere()
+                                         : FindMesh(testData / value, WatchedPreview::Files());
             } else if (key == "view") {
                 std::sscanf(value.c_str(), "%f,%f,%f", &mesh.ViewFrom.x, &mesh.ViewFrom.y,
                             &mesh.ViewFrom.z);

@@ -15,6 +15,7 @@
 #include "mox/program/ExportInputs.h"
 #include "mox/program/MaterialProgram.h"
 #ifdef MOX_HAS_PREVIEW
+#include "DecodeOptions.h"
 #include "Thumbnails.h"
 #endif
 
@@ -48,6 +49,9 @@ struct GraphOptions
     std::string Environment;
     bool IsShader = false;
     bool HasThumbnails = false;
+#ifdef MOX_HAS_PREVIEW
+    Host::DecodeLimits Limits;
+#endif
 };
 
 /// The word for a format.
@@ -70,14 +74,17 @@ std::string FormatOf(const GraphOptions& options)
 std::map<std::string, Host::Picture> MakeImages(const GraphOptions& options,
                                                 const Host::MaterialGraph& graph,
                                                 const Host::PluginSet& plugins,
-                                                const Host::Environment& environment)
+                                                const Host::Environment& environment,
+                                                Host::ProblemList& problems)
 {
 #ifdef MOX_HAS_PREVIEW
-    if (options.HasThumbnails)
-        return DrawThumbnails(options.File, graph, plugins, environment);
+    if (options.HasThumbnails) {
+        return DrawThumbnails(options.File, graph, plugins, environment, options.Limits, problems);
+    }
 #else
     static_cast<void>(options);
     static_cast<void>(environment);
+    static_cast<void>(problems);
 #endif
     return Host::IconsOfNodes(graph, plugins);
 }
@@ -126,7 +133,7 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
     // Images are left out of text: it could only name files that are not there.
     std::map<std::string, Host::Picture> images;
     if (!options.IsShader && format != "dot")
-        images = MakeImages(options, graph, plugins, environment);
+        images = MakeImages(options, graph, plugins, environment, problems);
     const Host::Drawing picture = options.IsShader ? DrawFunctions(graph, environment, problems)
                                                    : Host::DrawMaterial(graph, problems, images);
     for (const Host::Problem& problem : problems.Problems())
@@ -166,6 +173,7 @@ void AddGraphCommand(CLI::App& program, const CommonOptions& common)
         ->add_flag("--thumbnails", options->HasThumbnails,
                    "Show at each node a picture of what it puts out instead of its icon")
         ->excludes(shader);
+    AddDecodeOptions(*command, options->Limits);
 #else
     static_cast<void>(shader);
 #endif

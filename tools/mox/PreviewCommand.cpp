@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "DecodeOptions.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
 #include "ProblemMessage.h"
@@ -7,7 +8,7 @@
 #include "mox/document/PropertyText.h"
 #include "mox/host/File.h"
 #include "mox/preview/MaterialPreview.h"
-#include "mox/preview/MeshFile.h"
+#include "mox/preview/MeshShapes.h"
 
 #include <iostream>
 #include <optional>
@@ -46,6 +47,7 @@ struct PreviewArguments
     std::string Node;
     std::vector<std::string> Values;
     std::string Environment;
+    Host::DecodeSettings Files;
 };
 
 /// Two whole numbers with a separator between them.
@@ -104,9 +106,10 @@ Host::PreviewOptions ReadOptions(const PreviewArguments& arguments)
 void Preview(const PreviewArguments& arguments, const CommonOptions& common)
 {
     const Host::PreviewOptions options = ReadOptions(arguments);
-    const Host::Mesh mesh = Host::FindMesh(arguments.Mesh);
+    Host::FileDecoder files(arguments.Files);
+    const Host::Mesh mesh = Host::FindMesh(arguments.Mesh, files);
     const Host::PluginSet plugins = LoadPlugins(common);
-    const Host::MaterialPreview preview(plugins, LoadEnvironment(arguments.Environment));
+    const Host::MaterialPreview preview(plugins, LoadEnvironment(arguments.Environment), files);
     Host::ProblemList problems;
     const Host::MaterialDocument document = Host::ReadMaterialDocument(arguments.File, problems);
     Host::RequireNoInput(arguments.Output, Host::TextureFiles(document.Bindings, arguments.File));
@@ -150,6 +153,7 @@ void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false);
     AddEnvironmentOption(*command, arguments->Environment);
+    AddDecodeOptions(*command, arguments->Files.Limits);
     command->footer(footer);
     command->callback([arguments, &common] { Preview(*arguments, common); });
 }

@@ -1,8 +1,4 @@
-#include "mox/preview/TextureImage.h"
-
-#include "mox/Text.h"
-#include "mox/host/File.h"
-#include "mox/host/HostError.h"
+#include "mox/preview/TextureLevels.h"
 
 #include <algorithm>
 #include <array>
@@ -11,37 +7,23 @@
 #include <glm/common.hpp>
 #include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
-#include <memory>
-
-#define STB_IMAGE_IMPLEMENTATION
-#define STB_IMAGE_STATIC
-#define STBI_NO_STDIO
-#define STBI_ONLY_PNG
-#define STBI_ONLY_JPEG
-#define STBI_ONLY_HDR
-#include <stb/stb_image.h>
 
 namespace Mox::Host {
 
 namespace {
 
-using Materials::Compose;
-
 constexpr std::size_t channels = 4;
 constexpr float brightest = 255.0f;
 
 template <class Value>
-TextureImage MakeImage(int width, int height, TexelFormat format, const Value* values)
+TextureImage MakeImage(std::uint32_t width, std::uint32_t height, TexelFormat format,
+                       const Value* values)
 {
-    TextureImage image{
-        static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height), format, {}};
+    TextureImage image{width, height, format, {}};
     image.Bytes.resize(std::size_t(image.Width) * image.Height * channels * sizeof(Value));
     std::memcpy(image.Bytes.data(), values, image.Bytes.size());
     return image;
 }
-
-template <class Value>
-using Decoded = std::unique_ptr<Value, decltype(&stbi_image_free)>;
 
 float ToLinear(float srgb)
 {
@@ -130,46 +112,6 @@ TextureImage Halve(const TextureImage& image, const TexelCodec& codec)
 }
 
 } // namespace
-
-TextureImage ReadTextureImage(const std::filesystem::path& file)
-{
-    const std::string bytes = ReadFile(file);
-    const auto* data = reinterpret_cast<const stbi_uc*>(bytes.data());
-    const int size = static_cast<int>(bytes.size());
-    int width = 0;
-    int height = 0;
-    int fileChannels = 0;
-    const auto require = [&](const auto& decoded) {
-        if (!decoded) {
-            throw HostError(
-                {file.string(), 0, {}, {}},
-                Compose("is no PNG, JPEG or HDR image that can be read: ", stbi_failure_reason()));
-        }
-    };
-    if (stbi_is_hdr_from_memory(data, size)) {
-        const Decoded<float> decoded(
-            stbi_loadf_from_memory(data, size, &width, &height, &fileChannels, channels),
-            stbi_image_free);
-        require(decoded);
-        return MakeImage(width, height, TexelFormat::Float, decoded.get());
-    }
-    if (stbi_is_16_bit_from_memory(data, size)) {
-        constexpr float brightest16 = 65535.0f;
-        const Decoded<stbi_us> decoded(
-            stbi_load_16_from_memory(data, size, &width, &height, &fileChannels, channels),
-            stbi_image_free);
-        require(decoded);
-        std::vector<float> values(std::size_t(width) * std::size_t(height) * channels);
-        std::transform(decoded.get(), decoded.get() + values.size(), values.begin(),
-                       [](stbi_us value) { return static_cast<float>(value) / brightest16; });
-        return MakeImage(width, height, TexelFormat::Float, values.data());
-    }
-    const Decoded<stbi_uc> decoded(
-        stbi_load_from_memory(data, size, &width, &height, &fileChannels, channels),
-        stbi_image_free);
-    require(decoded);
-    return MakeImage(width, height, TexelFormat::Unorm8, decoded.get());
-}
 
 TextureImage MakeCheckerImage()
 {

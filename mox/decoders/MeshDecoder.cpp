@@ -1,36 +1,63 @@
-#include "mox/preview/MeshFile.h"
+#include "mox/decoders/MeshDecoder.h"
 
-#include "mox/Text.h"
-#include "mox/host/HostError.h"
-#include "mox/preview/MeshShapes.h"
-
-#include <boost/algorithm/string/predicate.hpp>
+#include "mox/decode/DecodeError.h"
+#include "mox/decoders/MeshInput.h"
 
 #include <algorithm>
-#include <array>
 #include <assimp/Importer.hpp>
+#include <assimp/importerdesc.h>
 #include <assimp/postprocess.h>
 #include <assimp/scene.h>
-#include <locale>
+#include <exception>
+#include <new>
 #include <span>
+#include <string_view>
 
 namespace Mox::Host {
 
 namespace {
-
-using Materials::Compose;
 
 constexpr unsigned int preparation =
     aiProcess_Triangulate | aiProcess_SortByPType | aiProcess_GenSmoothNormals |
     aiProcess_CalcTangentSpace | aiProcess_PreTransformVertices | aiProcess_JoinIdenticalVertices |
     aiProcess_ValidateDataStructure;
 
-bool IsMeshFile(const std::filesystem::path& file)
+/// assimp chooses among all its importers, by a file's name and content. The others are taken away.
+void KeepImporters(Assimp::Importer& importer, std::string_view extension)
 {
-    constexpr std::array extensions = {".obj", ".gltf", ".glb"};
-    return std::any_of(extensions.begin(), extensions.end(), [&](const char* extension) {
-        return boost::iequals(file.extension().string(), extension, std::locale::classic());
-    });
+    for (std::size_t i = importer.GetImporterCount(); i-- > 0;) {
+        const std::string_view extensions = importer.GetImporterInfo(i)->mFileExtensions;
+        if (extensions.find(extension) == extensions.npos)
+            importer.UnregisterLoader(importer.GetImporter(i));
+    }
+}
+
+/// @returns a name for the file, from which assimp takes its form
+std::string NameMesh(FileBytes file, MeshFormat format)
+{
+    if (format == MeshFormat::Obj)
+        return "mesh.obj";
+    if (StartsWith(file, "glTF"))
+        return "mesh.glb";
+    const std::string_view text(reinterpret_cast<const char*>(file.data()), file.size());
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    if (first == text.npos || text[first] != '{')
+        throw DecodeError("it is not a glTF file");
+    return "mesh.gltf";
+}
+
+[[noreturn]] void ThrowFailure(const Assimp::Importer& importer)
+{
+    if (importer.GetException()) {
+        try {
+            std::rethrow_exception(importer.GetException());
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::exception&) {
+            // Its text is the importer's, too.
+        }
+    }
+    throw DecodeError(importer.GetErrorString());
 }
 
 glm::vec3 ToVector(const aiVector3D& vector)
@@ -50,6 +77,20 @@ public:
         }
         _mesh.UvSets.resize(_uvSets);
         _mesh.ColourSets.resize(_colourSets);
+    }
+
+    /// Of the joined mesh.
+    std::uint64_t CountBytes() const
+    {
+        const std::size_t vectors = _uvSets > 0 ? 4 : 2;
+        const std::uint64_t vertexSize = vectors * sizeof(glm::vec3) + _uvSets * sizeof(glm::vec2) +
+                                         _colourSets * sizeof(glm::vec4);
+        std::uint64_t bytes = 0;
+        for (const aiMesh* part : _parts) {
+            bytes += part->mNumVertices * vertexSize +
+                     std::uint64_t(part->mNumFaces) * 3 * sizeof(std::uint32_t);
+        }
+        return bytes;
     }
 
     Mesh Join()
@@ -107,38 +148,31 @@ private:
 
 } // namespace
 
-Mesh ReadMesh(const std::filesystem::path& file)
+Mesh DecodeMesh(FileBytes file, MeshFormat format, const ReadBeside& readBeside,
+                const DecodeLimits& limits)
 {
-    const Place where{file.string(), 0, {}, {}};
-    if (!IsMeshFile(file))
-        throw HostError(where,
-                        "is neither sphere, plane nor cube, nor an .obj, .gltf or .glb file");
-    if (!std::filesystem::exists(file))
-        throw HostError(where, "cannot be read: there is no such file");
+    const std::string name = NameMesh(file, format);
     Assimp::Importer importer;
+    KeepImporters(importer, format == MeshFormat::Obj ? "obj" : "gltf");
+    auto* input = new MeshInput(name, file, readBeside);
+    importer.SetIOHandler(input); // which owns it now
     // Only triangles are drawn.
     importer.SetPropertyInteger(AI_CONFIG_PP_SBP_REMOVE,
                                 aiPrimitiveType_POINT | aiPrimitiveType_LINE);
-    const aiScene* scene = importer.ReadFile(file.string(), preparation);
+    const aiScene* scene = importer.ReadFile(name, preparation);
+    if (!input->Failure().empty())
+        throw DecodeError(input->Failure());
     if (!scene)
-        throw HostError(where, Compose("cannot be read: ", importer.GetErrorString()));
-    Mesh mesh = MeshJoiner(*scene).Join();
+        ThrowFailure(importer);
+    MeshJoiner joiner(*scene);
+    if (joiner.CountBytes() > limits.Bytes) {
+        throw DecodeError("the mesh takes more memory than the limit of " +
+                          std::to_string(limits.Bytes >> 20) + " MB");
+    }
+    Mesh mesh = joiner.Join();
     if (mesh.Indices.empty())
-        throw HostError(where, "the mesh has no triangles");
-    mesh.Name = file.filename().string();
-    mesh.ViewFrom = {0.5f, 0.4f, 1.0f};
+        throw DecodeError("the mesh has no triangles");
     return mesh;
-}
-
-Mesh FindMesh(const std::string& nameOrFile)
-{
-    if (nameOrFile == "sphere")
-        return MakeSphere();
-    if (nameOrFile == "plane")
-        return MakePlane();
-    if (nameOrFile == "cube")
-        return MakeCube();
-    return ReadMesh(nameOrFile);
 }
 
 } // namespace Mox::Host

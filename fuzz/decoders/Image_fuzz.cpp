@@ -1,0 +1,25 @@
+// Image files: whatever they hold, a decoder makes an image within the limits, or says why not.
+
+#include "mox/decode/DecodeError.h"
+#include "mox/decode/DecodedStream.h"
+#include "mox/decoders/ImageDecoder.h"
+#include "tests/support/Claim.h"
+#include "tests/support/Tape.h"
+
+using namespace Mox::Host;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const DecodeLimits limits = {.Side = 256, .Bytes = 1 << 18};
+    TextureImage image;
+    try {
+        image = DecodeImage(std::as_bytes(std::span(data, size)), limits);
+    } catch (const DecodeError& error) {
+        Claim(*error.what() != '\0', "a failure has a message");
+        return 0;
+    }
+    Tape tape;
+    WriteImage(image, tape.Writer());
+    Claim(ReadImage(tape.Reader(), limits).Bytes == image.Bytes, "an image is within its limits");
+    return 0;
+}

@@ -1,0 +1,143 @@
+#include "SampleImages.h"
+#include "mox/Text.h"
+#include "mox/decode/FileDecoder.h"
+#include "mox/host/HostError.h"
+#include "tests/support/Failure.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Mox::Host;
+using Mox::Materials::Compose;
+
+namespace {
+
+class FileDecoderTest : public testing::Test
+{
+protected:
+    /// Lets a shell script stand for the decoding program.
+    void UseScript(const std::string& lines)
+    {
+        _settings.Program = _folder.Write("decode.sh", "#!/bin/sh\n" + lines + "\n");
+        std::filesystem::permissions(_settings.Program, std::filesystem::perms::owner_all);
+    }
+
+    std::string FailureOfTexture(const std::filesystem::path& file)
+    {
+        const std::string failure =
+            HostFailureOf([&] { FileDecoder(_settings).ReadTexture(file); });
+        const std::string start = file.string() + ": cannot be read: ";
+        EXPECT_TRUE(failure.starts_with(start)) << failure;
+        return failure.substr(std::min(start.size(), failure.size()));
+    }
+
+    TemporaryFolder _folder;
+    std::filesystem::path _white = _folder.Write("white.png", MakePng(1, 1, {255, 255, 255, 255}));
+    DecodeSettings _settings;
+};
+
+TEST_F(FileDecoderTest, ReadsRegularFilesOnly)
+{
+    const std::filesystem::path pipe = _folder.Path() / "pipe.png";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const std::filesystem::path link = _folder.Path() / "link.png";
+    std::filesystem::create_symlink("/dev/zero", link);
+    const std::string irregular = "it is not a regular file";
+    EXPECT_EQ(FailureOfTexture(pipe), irregular);
+    EXPECT_EQ(FailureOfTexture("/dev/zero"), irregular);
+    EXPECT_EQ(FailureOfTexture(link), irregular);
+    EXPECT_EQ(FailureOfTexture(_folder.Path()), irregular);
+    EXPECT_EQ(FailureOfTexture(_folder.Path() / "gone.png"), "No such file or directory");
+    EXPECT_EQ(FailureOfTexture(_folder.Write("empty.png")),
+              "it is not a PNG, JPEG, OpenEXR or HDR image");
+}
+
+TEST_F(FileDecoderTest, SurvivesItsProgram)
+{
+    const std::string program = DefaultDecodeProgram();
+    const std::pair<std::string, std::string> cases[] = {
+        {"exec sleep 600", "it is not decoded within 1 seconds, the most that a file may take"},
+        {"exec >&-; exec sleep 600", "the decoder failed: Killed"},
+        {"kill -SEGV $$", "the decoder failed: Segmentation fault"},
+        {"kill -KILL $$", "the decoder failed: Killed"},
+        {"exit 3", "the decoder failed: its answer ends too early"},
+        {"printf moxdec01", "the decoder failed: its answer ends too early"},
+        {"'" + program + "' \"$@\" | head -c 50", "the decoder failed: its answer ends too early"},
+        {"'" + program + "' \"$@\"; echo", "the decoder failed: its answer is too long"},
+        {"yes", "the decoder's answer is not valid"},
+        {"'" + program + "' obj 1 1 1", "it is larger than the limit of 0 MB"},
+    };
+    _settings.Limits.Seconds = 1;
+    for (const auto& [script, message] : cases) {
+        UseScript(script);
+        EXPECT_EQ(FailureOfTexture(_white), message) << script;
+    }
+    for (const char* name : {"gone", "white.png"}) {
+        _settings.Program = _folder.Path() / name;
+        EXPECT_EQ(FailureOfTexture(_white),
+                  Compose("the program \"", _settings.Program.string(),
+                          "\", which decodes files, cannot run: ",
+                          name == std::string("gone") ? "No such file or directory"
+                                                      : "Permission denied"));
+    }
+}
+
+TEST_F(FileDecoderTest, WorksWhateverTheHostDoesWithSignalsAndFiles)
+{
+    const auto before = std::signal(SIGCHLD, SIG_IGN); // children leave no status
+    EXPECT_EQ(FileDecoder().ReadTexture(_white)->Width, 1u);
+    std::signal(SIGCHLD, before);
+    // A decoder has nothing of the host's.
+    constexpr int hostsFile = 40;
+    dup2(STDOUT_FILENO, hostsFile);
+    UseScript(Compose("[ -e /proc/$$/fd/", hostsFile, " ] || [ -e /proc/$$/fd/3 ] || exec '",
+                      DefaultDecodeProgram().string(), "' \"$@\""));
+    EXPECT_EQ(FileDecoder(_settings).ReadTexture(_white)->Width, 1u);
+    close(hostsFile);
+    // The standard files closed, so that others get their numbers.
+    EXPECT_EXIT(
+        {
+            for (int i = 0; i < 3; ++i)
+                close(i);
+            _exit(FileDecoder().ReadTexture(_white)->Width == 1 ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST_F(FileDecoderTest, DecodesEachFileOnce)
+{
+    UseScript(Compose("echo >>'", (_folder.Path() / "runs").string(), "'\nexec '",
+                      DefaultDecodeProgram().string(), "' \"$@\""));
+    FileDecoder decoder(_settings);
+    const auto runs = [&] { return _folder.Read("runs").size(); };
+    const auto first = decoder.ReadTexture(_white);
+    std::filesystem::create_hard_link(_white, _folder.Path() / "same.png");
+    EXPECT_EQ(decoder.ReadTexture(_folder.Path() / "same.png"), first);
+    EXPECT_EQ(runs(), 1u);
+    // Neither is one tried again that fails, until it changes.
+    const std::filesystem::path bad = _folder.Write("bad.png", "bad");
+    for (int i = 0; i < 2; ++i)
+        EXPECT_THROW(decoder.ReadTexture(bad), HostError);
+    EXPECT_EQ(runs(), 2u);
+    _folder.Write("bad.png", MakePng(2, 1, {0, 0, 0, 255, 0, 0, 0, 255}));
+    EXPECT_EQ(decoder.ReadTexture(bad)->Width, 2u);
+    EXPECT_EQ(runs(), 3u);
+}
+
+TEST_F(FileDecoderTest, ForgetsWhatTakesTooMuchMemory)
+{
+    _settings.Limits.Bytes = 4096;
+    FileDecoder decoder(_settings);
+    const std::vector<std::uint8_t> components(std::size_t(4) * 30 * 30, 255);
+    const std::filesystem::path large = _folder.Write("a.png", MakePng(30, 30, components));
+    const auto first = decoder.ReadTexture(large);
+    EXPECT_EQ(decoder.ReadTexture(large), first);
+    decoder.ReadTexture(_folder.Write("b.png", MakePng(30, 30, components)));
+    EXPECT_NE(decoder.ReadTexture(large), first);
+}
+
+} // namespace

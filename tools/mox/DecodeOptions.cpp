@@ -1,0 +1,31 @@
+#include "DecodeOptions.h"
+
+#include <cstdint>
+
+namespace Mox::Tool {
+
+void AddDecodeOptions(CLI::App& command, Host::DecodeLimits& limits)
+{
+    constexpr std::uint64_t largestSide = 1'000'000;
+    constexpr std::uint64_t mostMegabytes = 1'000'000;
+    constexpr std::uint64_t mostSeconds = 86'400;
+    constexpr int bitsOfMegabyte = 20;
+    const auto add = [&](const char* name, const char* help, const char* unit, std::uint64_t most,
+                         std::uint64_t now, const std::function<void(std::uint64_t)>& set) {
+        command.add_option_function<std::uint64_t>(name, set, help)
+            ->type_name(unit)
+            ->check(CLI::Range(std::uint64_t(1), most).description(""))
+            ->default_str(std::to_string(now))
+            ->group("Limits of textures and meshes");
+    };
+    add("--max-texture", "Largest width and height of a texture", "TEXELS", largestSide,
+        limits.Side,
+        [&limits](std::uint64_t side) { limits.Side = static_cast<std::uint32_t>(side); });
+    add("--max-decoded", "Most memory of a decoded file, and largest file", "MB", mostMegabytes,
+        limits.Bytes >> bitsOfMegabyte,
+        [&limits](std::uint64_t megabytes) { limits.Bytes = megabytes << bitsOfMegabyte; });
+    add("--max-decode-time", "Most time to decode a file", "SECONDS", mostSeconds, limits.Seconds,
+        [&limits](std::uint64_t seconds) { limits.Seconds = static_cast<std::uint32_t>(seconds); });
+}
+
+} // namespace Mox::Tool

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "mox/decode/DecodeLimits.h"
+
+#include <CLI/CLI.hpp>
+
+namespace Mox::Tool {
+
+/// Adds the options that change the limits of textures and meshes.
+/// @param limits must live as long as the command
+void AddDecodeOptions(CLI::App& command, Host::DecodeLimits& limits);
+
+} // namespace Mox::Tool
