@@ -89,7 +89,10 @@ pid_t Start(const std::filesystem::path& program, std::vector<std::string> argum
 DecodeProcess::DecodeProcess(const std::filesystem::path& program, const std::string& what,
                              OpenFile file, OpenFile folder, const DecodeLimits& limits)
     : _deadline(std::chrono::steady_clock::now() + std::chrono::seconds(limits.Seconds)),
-      _seconds(limits.Seconds), _answer(-1)
+      _seconds(limits.Seconds), _answer(-1), _cleanup([this] {
+          if (_process != 0)
+              kill(_process, SIGKILL);
+      })
 {
     std::array<int, 2> ends = {};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
@@ -100,6 +103,7 @@ DecodeProcess::DecodeProcess(const std::filesystem::path& program, const std::st
     file = std::move(file).Above(folderDescriptor);
     if (folder.IsOpen())
         folder = std::move(folder).Above(folderDescriptor);
+    const auto delay = DelayEnd();
     _process =
         Start(program, {what, Compose(limits.Side), Compose(limits.Bytes), Compose(limits.Seconds)},
               SpawnSettings(file, output, folder));
@@ -158,6 +162,7 @@ std::size_t DecodeProcess::ReadSome(std::span<std::byte> bytes)
 
 int DecodeProcess::End()
 {
+    const auto delay = DelayEnd();
     if (_process == 0)
         return 0;
     // One that has closed its answer may still run. One that has ended keeps its status.

@@ -2,9 +2,11 @@
 
 #include "mox/decode/DecodeLimits.h"
 #include "mox/decode/OpenFile.h"
+#include "mox/host/EndCleanup.h"
 
 #include <boost/noncopyable.hpp>
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
@@ -45,8 +47,9 @@ private:
 
     std::chrono::steady_clock::time_point _deadline;
     std::uint32_t _seconds;
-    pid_t _process = 0; ///< 0 if it has ended
     OpenFile _answer;
+    std::atomic<pid_t> _process = 0; ///< 0 if it has ended
+    const EndCleanup _cleanup;       ///< ends it with this process
 };
 
 } // namespace Mox::Host

@@ -83,21 +83,24 @@ vk::Format FormatOf(const TextureImage& image)
                                               : vk::Format::eR8G8B8A8Unorm;
 }
 
-/// The bytes of an image in the form in which the device takes them.
-std::vector<std::byte> PackTexels(const TextureImage& image)
+/// The floats of an image as halfs.
+std::vector<std::uint16_t> PackHalfs(const TextureImage& image)
 {
-    if (image.Format == TexelFormat::Unorm8)
-        return image.Bytes;
     constexpr float largestHalf = 65504.0f;
-    const std::size_t count = image.Bytes.size() / sizeof(float);
-    std::vector<std::byte> packed(count * sizeof(std::uint16_t));
-    for (std::size_t i = 0; i < count; ++i) {
+    std::vector<std::uint16_t> halfs(image.Bytes.size() / sizeof(float));
+    for (std::size_t i = 0; i < halfs.size(); ++i) {
         float value;
         std::memcpy(&value, image.Bytes.data() + i * sizeof(value), sizeof(value));
-        const std::uint16_t half = glm::packHalf1x16(std::clamp(value, -largestHalf, largestHalf));
-        std::memcpy(packed.data() + i * sizeof(half), &half, sizeof(half));
+        halfs[i] = glm::packHalf1x16(std::clamp(value, -largestHalf, largestHalf));
     }
-    return packed;
+    return halfs;
+}
+
+GpuBuffer UploadTexels(const VulkanDevice& device, const TextureImage& image)
+{
+    constexpr auto usage = vk::BufferUsageFlagBits::eTransferSrc;
+    return image.Format == TexelFormat::Float ? Upload(device, PackHalfs(image), usage)
+                                              : Upload(device, image.Bytes, usage);
 }
 
 vk::ImageMemoryBarrier MakeBarrier(vk::Image image, std::uint32_t levels, vk::AccessFlags from,
@@ -184,7 +187,7 @@ void GpuDraw::UploadTexture(const DrawTexture& texture)
                           vk::ImageAspectFlagBits::eColor);
     std::vector<GpuBuffer> staged;
     for (const TextureImage& level : texture.Levels)
-        staged.push_back(Upload(_device, PackTexels(level), vk::BufferUsageFlagBits::eTransferSrc));
+        staged.push_back(UploadTexels(_device, level));
     _device.Run([&](const vk::raii::CommandBuffer& commands) {
         using Access = vk::AccessFlagBits;
         using Layout = vk::ImageLayout;

@@ -139,7 +139,8 @@ TextureImage MakeFlatNormalImage()
 std::vector<TextureImage> MakeMipLevels(TextureImage image, bool isSrgb)
 {
     const TexelCodec codec(image.Format, isSrgb);
-    std::vector<TextureImage> levels{std::move(image)};
+    std::vector<TextureImage> levels;
+    levels.push_back(std::move(image));
     while (levels.back().Width > 1 || levels.back().Height > 1)
         levels.push_back(Halve(levels.back(), codec));
     return levels;

@@ -39,7 +39,7 @@ std::vector<TextureImage> TextureLoader::Load(const Materials::TextureBinding& b
 
 TextureImage TextureLoader::Read(const std::filesystem::path& file)
 {
-    constexpr std::uint64_t largestTextures = 4; // fit into one picture
+    constexpr std::uint64_t largestTextures = 2; // fit into one picture
     const Place where{file.string(), 0, {}, {}};
     const std::shared_ptr<const TextureImage> image = _files.ReadTexture(file);
     if (std::max(image->Width, image->Height) > _deviceSide) {
