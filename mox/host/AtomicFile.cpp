@@ -4,11 +4,15 @@
 #include "mox/host/File.h"
 #include "mox/host/HostError.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <list>
+#include <random>
 #include <sys/stat.h>
 #include <system_error>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -71,6 +75,19 @@ bool GiveName(int descriptor, const std::filesystem::path& name)
 {
     return linkat(AT_FDCWD, NumberedName(descriptor).c_str(), AT_FDCWD, name.c_str(),
                   AT_SYMLINK_FOLLOW) == 0;
+}
+
+/// Replaces the files that do not have their bytes, as close together as can be.
+void ReplaceOthers(const std::vector<FileContent>& files)
+{
+    std::list<AtomicFile> changed;
+    for (const FileContent& file : files) {
+        if (!Holds(file.File, file.Bytes))
+            changed.emplace_back(file.File).Write(file.Bytes);
+    }
+    const auto delay = DelayEnd();
+    for (AtomicFile& file : changed)
+        file.Commit(Durability::Deferred);
 }
 
 } // namespace
@@ -171,20 +188,18 @@ bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes)
 
 void WriteTogether(const std::vector<FileContent>& files)
 {
-    constexpr int mostRounds = 20;
-    for (int round = 0; round < mostRounds; ++round) {
-        std::list<AtomicFile> changed;
-        for (const FileContent& file : files) {
-            if (!Holds(file.File, file.Bytes))
-                changed.emplace_back(file.File).Write(file.Bytes);
-        }
-        // The process that replaces a file last finds all files its own in a later round, or it
-        // was not the last.
-        if (changed.empty())
+    constexpr unsigned mostRounds = 12;
+    const auto isDone = [](const FileContent& file) { return Holds(file.File, file.Bytes); };
+    // Whoever replaces a file last finds all files its own afterwards, or was not the last.
+    for (unsigned round = 0; round < mostRounds; ++round) {
+        if (std::all_of(files.begin(), files.end(), isDone))
             return;
-        const auto delay = DelayEnd();
-        for (AtomicFile& file : changed)
-            file.Commit(Durability::Deferred);
+        // Processes in step with each other would not come to an end.
+        if (round > 0) {
+            const unsigned limit = 4U << round;
+            std::this_thread::sleep_for(std::chrono::milliseconds(std::random_device()() % limit));
+        }
+        ReplaceOthers(files);
     }
     throw HostError({files.front().File.string(), 0, {}, {}},
                     "another process keeps replacing this file");

@@ -4,8 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <csignal>
+#include <iostream>
+#include <new>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -105,17 +109,33 @@ TEST(AtomicFile, FilesThatBelongTogetherAreOfOneProcess)
 {
     const TemporaryFolder folder;
     constexpr int processes = 3;
-    constexpr int names = 300;
+    constexpr int rounds = 100;
+    constexpr int files = 12;
+    const auto nameOf = [](int round, int file) {
+        return std::to_string(round) + "-" + std::to_string(file);
+    };
+    // In memory that the processes share; so that all begin a round together.
+    auto* begun = new (mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE,
+                            MAP_SHARED | MAP_ANONYMOUS, -1, 0)) std::atomic<int>(0);
+    const auto writeAll = [&](const std::string& text) {
+        for (int round = 0; round < rounds; ++round) {
+            std::vector<FileContent> contents;
+            for (int file = 0; file < files; ++file)
+                contents.push_back({folder.Path() / nameOf(round, file), text});
+            ++*begun;
+            while (*begun < processes * (round + 1))
+                std::this_thread::yield();
+            WriteTogether(contents);
+        }
+    };
     std::vector<pid_t> children;
     for (int i = 0; i < processes; ++i) {
         const pid_t child = fork();
         if (child == 0) {
-            for (int name = 0; name < names; ++name) {
-                const std::string text = std::to_string(i);
-                const auto file = folder.Path() / std::to_string(name);
-                WriteTogether({{file.string() + "a", text}, {file.string() + "b", text}});
-            }
-            _exit(0);
+            const std::string failure = HostFailureOf([&] { writeAll(std::to_string(i)); });
+            *begun += processes * rounds; // so that no other one waits
+            std::cerr << failure << "\n";
+            _exit(failure == "no failure" ? 0 : 1);
         }
         children.push_back(child);
     }
@@ -124,9 +144,9 @@ TEST(AtomicFile, FilesThatBelongTogetherAreOfOneProcess)
         waitpid(child, &status, 0);
         EXPECT_EQ(status, 0);
     }
-    for (int name = 0; name < names; ++name) {
-        EXPECT_EQ(folder.Read(std::to_string(name) + "a"), folder.Read(std::to_string(name) + "b"))
-            << name;
+    for (int round = 0; round < rounds; ++round) {
+        for (int file = 1; file < files; ++file)
+            EXPECT_EQ(folder.Read(nameOf(round, file)), folder.Read(nameOf(round, 0))) << round;
     }
 }
 
