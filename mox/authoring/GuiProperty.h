@@ -31,9 +31,12 @@ enum class GuiPropertyKind : std::int32_t
 /// kind from the call; getters are strict about it.
 class MOX_API GuiProperty
 {
-    /// Lets Create alone call the constructor, which has to be public for boost::make_shared.
+    /// Lets only Create call the constructor, which has to be public for boost::make_shared. Its
+    /// own constructor is explicit, so that nobody else can write it as {}.
     struct CreateOnly
-    {};
+    {
+        explicit CreateOnly() = default;
+    };
 
 public:
     /// A new Bool property with value false; the only way to make one.

@@ -2,7 +2,6 @@
 
 #include "mox/Export.h"
 
-#include <boost/noncopyable.hpp>
 #include <boost/shared_ptr.hpp>
 #include <libxml/tree.h>
 
@@ -56,12 +55,14 @@ enum class UiUnitType : std::uint32_t
 ///
 /// Stored as the attributes of one XML element that the host supplies. The stream type, the count
 /// and the group are not among them: the host knows them before it creates the binding.
-class MOX_API Binding : private boost::noncopyable
+class MOX_API Binding
 {
 public:
     /// @param streamType one of the named values; CreateBinding picks the class that belongs to it
     /// @param count number of components
     Binding(StreamType streamType, const std::string& name, std::uint32_t count);
+    Binding(const Binding&) = delete;
+    Binding& operator=(const Binding&) = delete;
     virtual ~Binding();
 
     virtual std::uint32_t GetCount() const;

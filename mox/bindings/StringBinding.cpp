@@ -11,7 +11,8 @@ StringBinding::~StringBinding() = default;
 
 void StringBinding::SetDefault(std::uint32_t, const std::string& newValue)
 {
-    SetDefaultText(newValue);
+    value = newValue;
+    hasDefault = true;
 }
 
 std::string StringBinding::GetDefaultString(std::uint32_t) const

@@ -57,13 +57,11 @@ void SetXmlBool(xmlNodePtr element, const std::string& name, bool value)
 
 std::string GetXmlAttribute(xmlNodePtr element, const std::string& name)
 {
-    if (!HasXmlAttribute(element, name)) {
+    const std::unique_ptr<xmlChar, XmlFree> value(xmlGetProp(element, Bytes(name)));
+    if (!value) {
         throw ShaderError(Compose("failed to find \"", name, "\" attribute on \"",
                                   ToString(element->name), "\" element"));
     }
-    const std::unique_ptr<xmlChar, XmlFree> value(xmlGetProp(element, Bytes(name)));
-    if (!value)
-        throw std::bad_alloc();
     return ToString(value.get());
 }
 

@@ -20,11 +20,12 @@ MOX_API void SetXmlAttribute(xmlNodePtr element, const std::string& name, const 
 /// Sets an attribute to "Yes" or "No".
 MOX_API void SetXmlBool(xmlNodePtr element, const std::string& name, bool value);
 
-/// @throws ShaderError if the element has no such attribute
+/// @throws ShaderError if libxml2 returns no value, because the element has no such attribute or
+///         because memory has run out
 MOX_API std::string GetXmlAttribute(xmlNodePtr element, const std::string& name);
 
 /// Exactly "Yes" is true and exactly "No" is false.
-/// @throws ShaderError for any other text and if the element has no such attribute
+/// @throws ShaderError for any other text, and where GetXmlAttribute does
 MOX_API bool GetXmlBool(xmlNodePtr element, const std::string& name);
 
 } // namespace Mox::Materials

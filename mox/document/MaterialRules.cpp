@@ -1,5 +1,6 @@
 #include "mox/document/MaterialRules.h"
 
+#include "mox/bindings/DocumentKeys.h"
 #include "mox/document/PropertyText.h"
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 namespace Mox::Host {
 
 using Materials::GuiPropertyKind;
+namespace DocumentKeys = Materials::DocumentKeys;
 
 namespace {
 
@@ -100,17 +102,22 @@ constexpr AttributeRule Optional(std::string_view name, const ValueRule& value)
 constexpr AttributeRule materialAttributes[] = {Required("version", {versionWords})};
 
 constexpr AttributeRule descriptionAttributes[] = {
-    Optional("name", anyText),       Optional("desc", anyText),
-    Optional("categories", anyText), Optional("helpUrl", anyText),
-    Optional("preview", anyText),    Optional("visibleinmayaui", {yesOrNo}),
+    Optional(DocumentKeys::Name, anyText),       Optional(DocumentKeys::Desc, anyText),
+    Optional(DocumentKeys::Categories, anyText), Optional(DocumentKeys::HelpUrl, anyText),
+    Optional(DocumentKeys::Preview, anyText),    Optional(DocumentKeys::VisibleInMayaUi, {yesOrNo}),
 };
 
 constexpr AttributeRule renderStateAttributes[] = {
-    Optional("alphaBlend", {yesOrNo}),     Optional("sourceBlend", {blendFactors}),
-    Optional("destBlend", {blendFactors}), Optional("alphaTest", {yesOrNo}),
-    Optional("alphaFunc", {comparisons}),  Optional("alphaRef", fraction),
-    Optional("zWriteEnabled", {yesOrNo}),  Optional("zTest", {yesOrNo}),
-    Optional("zTestFunc", {comparisons}),  Optional("backFaceCullEnabled", {yesOrNo}),
+    Optional(DocumentKeys::AlphaBlend, {yesOrNo}),
+    Optional(DocumentKeys::SourceBlend, {blendFactors}),
+    Optional(DocumentKeys::DestBlend, {blendFactors}),
+    Optional(DocumentKeys::AlphaTest, {yesOrNo}),
+    Optional(DocumentKeys::AlphaFunc, {comparisons}),
+    Optional(DocumentKeys::AlphaRef, fraction),
+    Optional(DocumentKeys::ZWriteEnabled, {yesOrNo}),
+    Optional(DocumentKeys::ZTest, {yesOrNo}),
+    Optional(DocumentKeys::ZTestFunc, {comparisons}),
+    Optional(DocumentKeys::BackFaceCullEnabled, {yesOrNo}),
 };
 
 constexpr AttributeRule nodeAttributes[] = {
@@ -197,9 +204,9 @@ constexpr ElementRule::Child materialChildren[] = {
 
 } // namespace
 
-constexpr ElementRule DescriptionRule = {"description", descriptionAttributes};
+constexpr ElementRule DescriptionRule = {DocumentKeys::Description, descriptionAttributes};
 constexpr ElementRule RenderStateRule = {"renderState", renderStateAttributes};
 constexpr ElementRule BindingRule = {"binding", bindingAttributes, {}, "stream", streams};
-constexpr ElementRule MaterialRule = {"material", materialAttributes, materialChildren};
+constexpr ElementRule MaterialRule = {DocumentKeys::Material, materialAttributes, materialChildren};
 
 } // namespace Mox::Host

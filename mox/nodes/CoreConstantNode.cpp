@@ -20,12 +20,15 @@ constexpr const char* vectorLabels[] = {"xy", "xyz", "xyzw"};
 constexpr PortRow componentOutputs[] = {
     {"red", "red", 1}, {"green", "green", 1}, {"blue", "blue", 1}};
 
-/// The components of a vector's binding: as many as the property says, even if no port has that
-/// many. Of none at all there is no binding.
+/// The component count of a vector's binding: the value of the property, even one above 4, for
+/// which the node has no ports. No binding has fewer components than one.
+/// @throws ShaderError if the value is 0 or less
 std::uint32_t BindingCount(const GuiProperty& property)
 {
     const std::int32_t count = property.GetInt();
-    return static_cast<std::uint32_t>(count > 0 ? count : GetVectorCount(property));
+    if (count < 1)
+        return static_cast<std::uint32_t>(GetVectorCount(property)); // which throws
+    return static_cast<std::uint32_t>(count);
 }
 
 } // namespace

@@ -56,11 +56,17 @@ const ColourKind& KindOf(const CoreTextureNode& node)
     return RowNamed(colourKinds, node.ColourType->GetEnum());
 }
 
-/// The texture node that a node refers to, or null at the end of a chain. A stand-in for a texture
-/// node that could not be created ends a chain too.
+/// The texture node that a node refers to, or null at the end of a chain.
+/// @throws ShaderError if the reference leads to a placeholder for a texture node
 CoreTextureNode* Referred(const CoreTextureNode& node)
 {
-    return dynamic_cast<CoreTextureNode*>(node.Reference->GetNode().get());
+    GuiNode* referred = node.Reference->GetNode().get();
+    auto* texture = dynamic_cast<CoreTextureNode*>(referred);
+    if (referred && !texture) {
+        throw ShaderError(Compose(node.Describe(), ": it refers to ", referred->Describe(),
+                                  ", which is a placeholder and not a texture node"));
+    }
+    return texture;
 }
 
 } // namespace
@@ -116,13 +122,12 @@ CoreTextureNode::~CoreTextureNode() = default;
 void CoreTextureNode::UpdatePorts(const boost::shared_ptr<void>&)
 {
     ClearPorts(*this);
-    const boost::shared_ptr<GuiNode> referred = Reference->GetNode();
-    const bool isReferring = referred != nullptr;
+    const bool isReferring = Reference->GetNode() != nullptr;
     for (const auto& property : {Description, TextureType, ColourType, Alpha, Srgb, BasicColour})
         property->Editable = !isReferring;
     const float grey = isReferring ? 0.6f : 0.0f;
     SetForegroundColour(grey, grey, grey);
-    if (isReferring) {
+    if (const CoreTextureNode* referred = Referred(*this)) {
         for (const auto& property : {TextureType, ColourType, Alpha, Srgb, BasicColour})
             property->CopyFrom(referred->Properties->Get(property->Name));
     }
@@ -165,14 +170,15 @@ std::string CoreTextureNode::GetBindingName()
             stepsToMark *= 2;
         }
     }
-    const boost::shared_ptr<GuiNode>& end = node->Reference->GetNode();
-    return end ? end->GetName() : node->GetName();
+    return node->GetName();
 }
 
 bool CoreTextureNode::IsAlphaUsed()
 {
-    return KindOf(*this).ForcesAlpha ||
-           (Alpha->GetBool() && GetOutputPort(alphaOutput.Name).Connected);
+    if (KindOf(*this).ForcesAlpha)
+        return true;
+    const std::int32_t port = FindOutputPort(alphaOutput.Name);
+    return Alpha->GetBool() && port >= 0 && OutputPorts[static_cast<std::size_t>(port)].Connected;
 }
 
 bool CoreTextureNode::HasBinding()

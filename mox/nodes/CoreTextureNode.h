@@ -13,6 +13,7 @@ public:
     ~CoreTextureNode() override;
 
     /// Copies the settings of the node that Reference names, as far as they have reached it.
+    /// @throws ShaderError if that node is a placeholder; the node then has no ports
     void UpdatePorts(const boost::shared_ptr<void>& hostContext) override;
     std::string GetTitle() override;
     void GenerateShader(ShaderGraphGenerator& generator) override;
@@ -20,10 +21,11 @@ public:
     void CreateBindings(const boost::shared_ptr<Mox::Materials::Material>& material) override;
 
     /// The name of the texture at the end of the chain of references.
-    /// @throws ShaderError if the chain closes into a circle
+    /// @throws ShaderError if the chain closes into a circle or leads to a placeholder
     std::string GetBindingName();
 
-    /// A read gives three components unless the fourth is really used.
+    /// Whether the fourth component is read: the colour type includes it, or "Alpha" is true and
+    /// the port "out_alpha" exists and has an edge.
     bool IsAlphaUsed();
 
     using PropertyHandle = boost::shared_ptr<Mox::Materials::GuiProperty>;

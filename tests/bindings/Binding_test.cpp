@@ -106,6 +106,18 @@ TEST(Binding, ReadingTouchesOnlyWhatIsThereButTheFormat)
     EXPECT_EQ(Written(binding), "tag=\"a\" gui=\"direction\" desc=\"kept\"");
 }
 
+TEST(Binding, SettingAStringCallsNoOtherOperation)
+{
+    struct Watched : StringBinding
+    {
+        using StringBinding::StringBinding;
+        void SetDefaultText(const std::string&) override { ADD_FAILURE(); }
+    };
+    Watched binding(StreamType::Uv, "a", 1);
+    static_cast<Binding&>(binding).SetDefault(7, "map1");
+    EXPECT_EQ(binding.GetDefaultText(), "map1");
+}
+
 TEST(Binding, WordsOfValuesOutOfRangeAreEmpty)
 {
     Binding binding(StreamType::Normal, "a", 1);

@@ -62,6 +62,31 @@ TEST(CoreTextureNode, References)
         ReferenceOf(*node).reset(); // else those of a circle keep each other
 }
 
+/// A plug-in may offer the type and fail to create the node.
+TEST(CoreTextureNode, ReferenceToAPlaceholderForATexture)
+{
+    const Host::Plugin plugin(MOX_CORE_PLUGIN);
+    const NodeHandle placeholder = plugin.CreateNode("CoreDefault");
+    placeholder->Type->SetString("CoreTexture");
+    const NodeHandle near = plugin.CreateNode("CoreTexture");
+    const NodeHandle far = plugin.CreateNode("CoreTexture");
+    near->SetName("near");
+    ReferenceOf(*near) = placeholder;
+    ReferenceOf(*far) = near;
+    const auto* expected = "node \"near\" (CoreTexture): it refers to node \"Default\" "
+                           "(CoreTexture), which is a placeholder and not a texture node";
+    EXPECT_EQ(FailureOf([&] { near->UpdatePorts({}); }), expected);
+    EXPECT_EQ(FailureOf([&] { far->GetTitle(); }), expected);
+}
+
+TEST(CoreTextureNode, AlphaWithoutItsPortIsNotUsed)
+{
+    const Host::Plugin plugin(MOX_CORE_PLUGIN);
+    const NodeHandle node = plugin.CreateNode("CoreTexture");
+    ApplySettings(*node, "Alpha=true");
+    EXPECT_EQ(DescribeBindings(*node).find("using_alpha"), std::string::npos);
+}
+
 TEST(CoreTextureNode, LongChainOfReferences)
 {
     const Host::Plugin plugin(MOX_CORE_PLUGIN);
