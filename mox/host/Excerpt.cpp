@@ -1,36 +1,54 @@
 #include "mox/host/Excerpt.h"
 
-#include <algorithm>
-
 namespace Mox::Host {
 
 namespace {
 
-/// Where a text is cut so that no more bytes are left than that, and no half character.
-std::size_t FindCut(std::string_view text, std::size_t mostBytes)
+struct Character
 {
-    if (text.size() <= mostBytes)
-        return text.size();
-    const auto continues = [&](std::size_t i) {
-        return (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80;
-    };
-    std::size_t end = mostBytes;
-    while (end > 0 && continues(end))
-        --end;
-    return end;
+    char32_t Code;
+    std::size_t Length; ///< in bytes
+};
+
+/// The character at the start of a text that is not empty. A byte that begins no UTF-8 character
+/// stands for the code of its own value.
+Character FirstCharacter(std::string_view text)
+{
+    const auto lead = static_cast<unsigned char>(text.front());
+    const std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    char32_t code = length == 1 ? lead : lead & (0x7Fu >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        if (i >= text.size() || (static_cast<unsigned char>(text[i]) & 0xC0) != 0x80)
+            return {lead, 1};
+        code = (code << 6) | (static_cast<unsigned char>(text[i]) & 0x3Fu);
+    }
+    return {code, length};
 }
 
-bool IsControl(char c)
+/// Whether a terminal acts on a character or starts a line at it, or it changes the direction in
+/// which its neighbours are shown.
+bool IsControl(char32_t code)
 {
-    return static_cast<unsigned char>(c) < ' ' || c == '\x7F';
+    const bool isC0OrC1 = code < 0x20 || (code >= 0x7F && code <= 0x9F);
+    const bool isSeparatorOrEmbedding = code >= 0x2028 && code <= 0x202E;
+    const bool isIsolate = code >= 0x2066 && code <= 0x2069;
+    const bool isDirectionMark = code == 0x200E || code == 0x200F || code == 0x061C;
+    return isC0OrC1 || isSeparatorOrEmbedding || isIsolate || isDirectionMark;
 }
 
 std::string Shorten(std::string_view text, std::size_t mostBytes)
 {
-    std::string line(text.substr(0, FindCut(text, mostBytes)));
-    std::replace_if(line.begin(), line.end(), IsControl, ' ');
-    if (line.size() < text.size())
-        line += "...";
+    std::string line;
+    while (!text.empty()) {
+        const Character next = FirstCharacter(text);
+        if (line.size() + next.Length > mostBytes)
+            return line + "...";
+        if (IsControl(next.Code))
+            line += ' ';
+        else
+            line += text.substr(0, next.Length);
+        text.remove_prefix(next.Length);
+    }
     return line;
 }
 

@@ -3,6 +3,7 @@
 #include "mox/Text.h"
 #include "mox/host/HostError.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
@@ -63,6 +64,11 @@ void RequireNoInput(const std::filesystem::path& output,
         if (IsSameFile(output, input))
             throw HostError({output.string(), 0, {}, {}}, "is an input, so it is not overwritten");
     }
+}
+
+bool StaysInFolder(const std::filesystem::path& name)
+{
+    return name.is_relative() && std::find(name.begin(), name.end(), "..") == name.end();
 }
 
 } // namespace Mox::Host

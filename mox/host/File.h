@@ -21,4 +21,8 @@ bool IsSameFile(const std::filesystem::path& a, const std::filesystem::path& b);
 void RequireNoInput(const std::filesystem::path& output,
                     const std::vector<std::filesystem::path>& inputs);
 
+/// Whether a file name that is looked up in a folder cannot lead out of it: it is relative and has
+/// no "..". Symbolic links in the folder are the business of its owner.
+bool StaysInFolder(const std::filesystem::path& name);
+
 } // namespace Mox::Host

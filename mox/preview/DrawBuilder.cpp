@@ -5,7 +5,9 @@
 #include "mox/preview/MeshStreams.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <limits>
 
 namespace Mox::Host {
 
@@ -66,6 +68,19 @@ std::vector<float> FindValues(const std::string& name, const PreviewBindings* bi
     return found == scene.end() ? std::vector<float>() : found->second;
 }
 
+/// The whole number of a value: without its fraction, within the range of 32 bits, and 0 for what
+/// is not a number.
+std::int32_t ToInteger(float value)
+{
+    constexpr float end = 2147483648.0f; // one more than the largest
+    if (std::isnan(value))
+        return 0;
+    if (value >= end)
+        return std::numeric_limits<std::int32_t>::max();
+    return value < -end ? std::numeric_limits<std::int32_t>::min()
+                        : static_cast<std::int32_t>(value);
+}
+
 /// Writes values into a member, column by column. The last value serves where there is no further
 /// one.
 void WriteMember(const UniformMember& member, const std::vector<float>& values,
@@ -86,7 +101,7 @@ void WriteMember(const UniformMember& member, const std::vector<float>& values,
                                            static_cast<std::size_t>(row) * sizeof(value);
                 if (member.Type.Component == ComponentType::Int ||
                     member.Type.Component == ComponentType::Bool) {
-                    const auto whole = static_cast<std::int32_t>(value);
+                    const std::int32_t whole = ToInteger(value);
                     std::memcpy(block.data() + offset, &whole, sizeof(whole));
                 } else {
                     std::memcpy(block.data() + offset, &value, sizeof(value));

@@ -1,7 +1,7 @@
 #include "mox/preview/MaterialPreview.h"
 
 #include "mox/Text.h"
-#include "mox/bindings/FloatBinding.h"
+#include "mox/bindings/DocumentKeys.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/MaterialLoader.h"
 #include "mox/graph/NodeMaker.h"
@@ -27,6 +27,7 @@ struct PreparedMaterial
 namespace {
 
 using Materials::Compose;
+namespace DocumentKeys = Materials::DocumentKeys;
 
 constexpr const char* materialRule = "material";
 constexpr float framesPerSecond = 30.0f;
@@ -112,14 +113,13 @@ void SetValues(const PreviewOptions& options, PreviewBindings& bindings, Uniform
         if (bindings.Set(name, value))
             continue;
         if (const auto entry = scene.find(name); entry != scene.end()) {
-            std::vector<float> numbers;
-            if (!Materials::ParseFloatList(value, numbers) ||
-                numbers.size() != entry->second.size()) {
+            const auto numbers = ParseNumbers(value);
+            if (!numbers || numbers->size() != entry->second.size()) {
                 throw HostError({}, Compose("\"", value, "\" is no value for \"", name,
                                             "\", which takes ", entry->second.size(),
                                             " numbers with commas between them"));
             }
-            entry->second = numbers;
+            entry->second = *numbers;
         } else if (options.Node.empty()) {
             // Of a single node only a part of the bindings is known.
             throw HostError({}, Compose("the material has no binding \"", name, "\"; it has ",
@@ -134,19 +134,19 @@ DrawState ReadDrawState(const MaterialDocument& document)
     DrawState state;
     for (const DocumentValue& value : document.RenderState) {
         const bool isYes = value.Value == "Yes";
-        if (value.Name == "alphaBlend")
+        if (value.Name == DocumentKeys::AlphaBlend)
             state.BlendsAlpha = isYes;
-        else if (value.Name == "sourceBlend")
+        else if (value.Name == DocumentKeys::SourceBlend)
             state.SourceBlend = value.Value;
-        else if (value.Name == "destBlend")
+        else if (value.Name == DocumentKeys::DestBlend)
             state.DestBlend = value.Value;
-        else if (value.Name == "zTest")
+        else if (value.Name == DocumentKeys::ZTest)
             state.TestsDepth = isYes;
-        else if (value.Name == "zTestFunc")
+        else if (value.Name == DocumentKeys::ZTestFunc)
             state.DepthFunc = value.Value;
-        else if (value.Name == "zWriteEnabled")
+        else if (value.Name == DocumentKeys::ZWriteEnabled)
             state.WritesDepth = isYes;
-        else if (value.Name == "backFaceCullEnabled")
+        else if (value.Name == DocumentKeys::BackFaceCullEnabled)
             state.CullsBack = isYes;
     }
     return state;

@@ -1,9 +1,11 @@
 #include "mox/preview/PreviewBindings.h"
 
 #include "mox/Text.h"
-#include "mox/bindings/FloatBinding.h"
+#include "mox/document/PropertyText.h"
 #include "mox/graph/BindingsDocument.h"
 
+#include <algorithm>
+#include <cmath>
 #include <set>
 
 namespace Mox::Host {
@@ -26,17 +28,37 @@ const Binding* Find(const Materials::Material& material, const std::string& name
 
 void SetValue(Binding& binding, const std::string& value)
 {
-    std::vector<float> numbers;
-    if (binding.streamType == StreamType::Float &&
-        (!Materials::ParseFloatList(value, numbers) || numbers.size() > binding.GetCount())) {
-        throw HostError({}, Compose("\"", value, "\" is no value for \"", binding.tag,
+    if (binding.streamType == StreamType::Float) {
+        const auto numbers = ParseNumbers(value);
+        if (!numbers || numbers->size() > binding.GetCount()) {
+            throw HostError({},
+                            Compose("\"", value, "\" is no value for \"", binding.tag,
                                     "\", which takes numbers with commas between them, at most ",
                                     binding.GetCount()));
+        }
     }
     binding.SetDefaultText(value);
 }
 
 } // namespace
+
+std::optional<std::vector<float>> ParseNumbers(std::string_view text)
+{
+    std::vector<float> numbers;
+    for (bool isLast = false; !isLast;) {
+        const std::size_t comma = text.find(',');
+        isLast = comma == std::string_view::npos;
+        std::string_view part = text.substr(0, comma);
+        part.remove_prefix(std::min(part.find_first_not_of(' '), part.size()));
+        part = part.substr(0, part.find_last_not_of(' ') + 1);
+        const auto number = ParseFloat(part);
+        if (!number || !std::isfinite(*number))
+            return std::nullopt;
+        numbers.push_back(*number);
+        text.remove_prefix(isLast ? text.size() : comma + 1);
+    }
+    return numbers;
+}
 
 PreviewBindings::PreviewBindings(const MaterialGraph& graph) : _material(CreateBindings(graph))
 {}

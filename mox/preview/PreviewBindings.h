@@ -5,10 +5,17 @@
 
 #include <boost/shared_ptr.hpp>
 
-#include <map>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace Mox::Host {
+
+/// The numbers of a value such as "1, 0.5, 0", with one comma between two of them; spaces around a
+/// number are ignored.
+/// @returns nothing if a part is not a finite decimal number
+std::optional<std::vector<float>> ParseNumbers(std::string_view text);
 
 /// The run-time parameters of a material with their values: those of the caller win over those of
 /// the document, and these over the nodes' own.

@@ -1,7 +1,10 @@
 #include "mox/Export.h"
 #include "mox/InterfaceVersion.h"
 #include "mox/ShaderError.h"
+#include "mox/authoring/GuiNode.h"
 #include "mox/authoring/GuiNodeFactory.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
 
 // A module that is no proper plug-in. The build says in which way: ODD_VERSION and ODD_FACTORY are
 // what the two exports do, and without ODD_FACTORY there is one only.
@@ -25,6 +28,33 @@ class EmptyFactory : public Mox::Materials::GuiNodeFactory
 {
 public:
     boost::shared_ptr<Mox::Materials::GuiNode> Create(const std::string&) override { return {}; }
+};
+
+class PlainNode : public Mox::Materials::GuiNode
+{
+public:
+    PlainNode() : GuiNode("../../odd") {}
+    void GenerateShader(ShaderGraphGenerator&) override {}
+};
+
+constexpr const char* icon[] = {"1 1 1 1", " \tc None", " "};
+
+/// A factory whose texts are no file names, no UTF-8 and no text.
+class RudeFactory : public Mox::Materials::GuiNodeFactory
+{
+public:
+    RudeFactory()
+    {
+        Mox::Materials::GuiNodeDescription row("../../odd");
+        row.Label = "\xff\x1b[31mred";
+        row.Icon = icon;
+        Descriptions.push_back(row);
+    }
+
+    boost::shared_ptr<Mox::Materials::GuiNode> Create(const std::string&) override
+    {
+        return boost::make_shared<PlainNode>();
+    }
 };
 
 } // namespace

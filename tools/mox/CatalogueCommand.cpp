@@ -165,6 +165,12 @@ Json DescribeCatalogue(const Host::PluginSet& plugins, const std::vector<std::st
     return rows;
 }
 
+/// JSON as a string; it holds only UTF-8, so other bytes of a plug-in's texts are replaced.
+std::string Dump(const Json& json, int indent = -1)
+{
+    return json.dump(indent, ' ', false, Json::error_handler_t::replace);
+}
+
 std::string Text(const Json& value)
 {
     return value.get<std::string>();
@@ -219,7 +225,7 @@ void PrintVariant(const Json& variant)
 void PrintProperty(const Json& property)
 {
     constexpr std::string_view indent = "      ";
-    const std::string value = property["default"].is_null() ? "none" : property["default"].dump();
+    const std::string value = property["default"].is_null() ? "none" : Dump(property["default"]);
     std::cout << std::left << "  " << std::setw(18) << Text(property["name"]) + " " << std::setw(9)
               << Text(property["kind"]) << value << (property["visible"] ? "" : "  (hidden)")
               << (property["editable"] ? "" : "  (locked)") << '\n';
@@ -277,8 +283,15 @@ void WriteIcons(const Host::PluginSet& plugins, const std::vector<std::string>& 
     Host::CreateFolder(folder);
     for (const Host::Plugin& plugin : plugins.Plugins()) {
         for (const auto& row : plugin.Descriptions()) {
-            if (row.Icon && IsAskedFor(row.TypeName, types))
-                Host::WritePng(Host::DecodeXpm(row.Icon), folder / (row.TypeName + ".png"));
+            if (!row.Icon || !IsAskedFor(row.TypeName, types))
+                continue;
+            const std::string name = row.TypeName + ".png";
+            if (!Host::StaysInFolder(name)) {
+                throw Host::HostError({plugin.File().string(), 0, {}, {}},
+                                      Compose("the icon of the type \"", row.TypeName,
+                                              "\" would be written outside the folder"));
+            }
+            Host::WritePng(Host::DecodeXpm(row.Icon), folder / name);
         }
     }
 }
@@ -304,7 +317,7 @@ void AddCatalogueCommand(CLI::App& program, const CommonOptions& common)
         if (!iconFolder->empty())
             WriteIcons(plugins, *types, *iconFolder);
         if (*isJson)
-            std::cout << rows.dump(2) << '\n';
+            std::cout << Dump(rows, 2) << '\n';
         else
             PrintTable(rows);
     });

@@ -1,6 +1,7 @@
 #include "Commands.h"
 #include "LoadPlugins.h"
 #include "mox/check/MaterialDiff.h"
+#include "mox/host/Excerpt.h"
 
 #include <iostream>
 
@@ -27,7 +28,7 @@ std::vector<std::string> FindDifferences(const std::string& before, const std::s
         return Host::DescribeDifferences(Host::ReadMaterialDocument(before),
                                          Host::ReadMaterialDocument(after), LoadPlugins(common));
     } catch (const std::exception& error) {
-        std::cerr << "mox: " << error.what() << '\n';
+        std::cerr << "mox: " << Host::MessageLine(error.what()) << '\n';
         throw CLI::RuntimeError(troubleStatus);
     }
 }
@@ -36,7 +37,7 @@ void Diff(const std::string& before, const std::string& after, const CommonOptio
 {
     const std::vector<std::string> differences = FindDifferences(before, after, common);
     for (const std::string& line : differences)
-        std::cout << line << '\n';
+        std::cout << Host::MessageLine(line) << '\n';
     if (!differences.empty())
         throw CLI::RuntimeError(differentStatus);
 }

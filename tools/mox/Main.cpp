@@ -1,5 +1,6 @@
 #include "Commands.h"
 #include "Signals.h"
+#include "mox/host/Excerpt.h"
 
 #include <algorithm>
 #include <csignal>
@@ -34,7 +35,7 @@ std::string FormatUsageError(const CLI::App* program, const CLI::Error& error)
     const std::vector<std::string> unknown = program->remaining(withCommands);
     const std::string text =
         unknown.empty() ? error.what() : "\"" + unknown.front() + "\" was not expected";
-    return "mox: " + text + "\nRun with --help for more information.\n";
+    return "mox: " + Mox::Host::MessageLine(text) + "\nRun with --help for more information.\n";
 }
 
 /// Occupies the descriptors of the standard streams that are closed, so that no file gets the
@@ -110,7 +111,7 @@ int main(int argc, char** argv)
         std::cerr << "mox: there is not enough memory\n";
         return Mox::Tool::failureStatus;
     } catch (const std::exception& error) {
-        std::cerr << "mox: " << error.what() << '\n';
+        std::cerr << "mox: " << Mox::Host::MessageLine(error.what()) << '\n';
         return Mox::Tool::failureStatus;
     }
 }

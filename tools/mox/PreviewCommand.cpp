@@ -10,6 +10,7 @@
 #include "mox/preview/MaterialPreview.h"
 #include "mox/preview/MeshShapes.h"
 
+#include <cmath>
 #include <iostream>
 #include <optional>
 #include <utility>
@@ -84,6 +85,8 @@ Host::PreviewOptions ReadOptions(const PreviewArguments& arguments)
                                    "must be a width and a height, such as 640x480, or one number");
     options.Width = static_cast<std::uint32_t>(size->first);
     options.Height = static_cast<std::uint32_t>(size->second);
+    if (!std::isfinite(arguments.Frame))
+        throw CLI::ValidationError("--frame", "must be a finite number");
     options.FirstFrame = arguments.Frame;
     if (!arguments.Frames.empty()) {
         const auto frames = ParsePair(arguments.Frames, "..");
