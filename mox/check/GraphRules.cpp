@@ -1,19 +1,18 @@
 #include "mox/check/GraphRules.h"
 
 #include "mox/Text.h"
-#include "mox/bindings/Material.h"
+#include "mox/graph/BindingsDocument.h"
 #include "mox/host/LibraryCall.h"
 #include "mox/program/CgNames.h"
 #include "mox/shader/ShaderFunctionBuilder.h"
 #include "mox/shader/ShaderGraphGenerator.h"
 #include "mox/shader/ShaderNode.h"
 
-#include <boost/smart_ptr/make_shared.hpp>
-
 #include <algorithm>
 #include <map>
 #include <set>
 #include <utility>
+#include <vector>
 
 namespace Mox::Host {
 
@@ -24,7 +23,6 @@ using Materials::Compose;
 using Materials::GuiNode;
 using Materials::GuiPort;
 using Materials::GuiPropertyKind;
-using Materials::Material;
 using Materials::StreamType;
 
 /// Calls visit with each binding and the node that makes it. A node that fails makes none.
@@ -32,14 +30,13 @@ template <class Visit>
 void ForEachBinding(const MaterialGraph& graph, Visit visit)
 {
     for (const MaterialGraph::Node& node : graph.Nodes()) {
-        const auto material = boost::make_shared<Material>();
+        std::vector<boost::shared_ptr<Binding>> bindings;
         try {
-            if (node.Gui->HasBinding())
-                CallLibrary(node.Where, [&] { node.Gui->CreateBindings(material); });
+            bindings = CreateNodeBindings(node);
         } catch (const HostError&) {
-            continue; // generation says what is wrong with the node
+            continue; // generation reports what is wrong with the node
         }
-        for (const auto& binding : material->Bindings)
+        for (const auto& binding : bindings)
             visit(node, *binding);
     }
 }

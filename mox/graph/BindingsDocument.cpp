@@ -14,6 +14,7 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <utility>
 
 namespace Mox::Host {
 
@@ -117,14 +118,22 @@ void ApplyValues(const DocumentBinding& values, Binding& binding)
     binding.ReadXml(element.Get());
 }
 
+std::vector<boost::shared_ptr<Binding>> CreateNodeBindings(const GraphNode& node)
+{
+    const auto material = boost::make_shared<Material>();
+    CallLibrary(node.Where, [&] {
+        if (!node.HasRefusedPorts && node.Gui->HasBinding())
+            node.Gui->CreateBindings(material);
+    });
+    return std::move(material->Bindings);
+}
+
 boost::shared_ptr<Material> CreateBindings(const MaterialGraph& graph)
 {
     auto material = boost::make_shared<Material>();
     for (const MaterialGraph::Node& node : graph.Nodes()) {
-        CallLibrary(node.Where, [&] {
-            if (node.Gui->HasBinding())
-                node.Gui->CreateBindings(material);
-        });
+        for (const auto& binding : CreateNodeBindings(node))
+            material->AddBinding(binding);
     }
     for (const DocumentBinding& values : graph.Bindings) {
         const auto binding = std::find_if(

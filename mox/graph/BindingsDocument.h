@@ -7,12 +7,18 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace Mox::Host {
 
 /// Lays values of a document over those of a binding; what the document leaves out stays.
 /// @throws ShaderError if a value is none that the binding's reader takes
 void ApplyValues(const DocumentBinding& values, Materials::Binding& binding);
+
+/// The run-time parameters that one node makes. A node that has refused to build its ports makes
+/// none: what made it refuse, such as a count, may size its bindings too.
+/// @throws HostError if the node fails
+std::vector<boost::shared_ptr<Materials::Binding>> CreateNodeBindings(const GraphNode& node);
 
 /// The run-time parameters of a material, in the order of its nodes, with the document's own values
 /// on them.

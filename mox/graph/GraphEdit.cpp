@@ -254,6 +254,10 @@ void GraphEdit::Rebuild(std::size_t node, Snapshots& snapshots)
     const GraphNode& rebuilt = _graph.Nodes()[node];
     _graph.Touch(node);
     CallLibrary(rebuilt.Where, [&] { rebuilt.Gui->UpdatePorts({}); });
+    if (rebuilt.HasRefusedPorts) {
+        _graph.SetRefusedPorts(node, false);
+        _rollback.Add([this, node] { _graph.SetRefusedPorts(node, true); });
+    }
     for (const std::size_t edge : _graph.JoinPorts(node))
         DropEdge(edge);
 }

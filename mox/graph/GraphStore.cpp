@@ -154,6 +154,11 @@ void GraphStore::SetStoredValue(std::size_t node, std::size_t property, const st
     _nodes[node].Stored.Properties[property].Value = value;
 }
 
+void GraphStore::SetRefusedPorts(std::size_t node, bool hasRefused) noexcept
+{
+    _nodes[node].HasRefusedPorts = hasRefused;
+}
+
 void GraphStore::RefreshReferences(std::size_t index)
 {
     const GraphNode& node = _nodes[index];

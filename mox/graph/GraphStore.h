@@ -27,6 +27,8 @@ struct GraphNode
     std::string Id;
     boost::shared_ptr<Materials::GuiNode> Gui;
     bool IsPlaceholder = false; ///< stands for a type that no plug-in offers; it has no ports
+    bool HasRefusedPorts =
+        false; ///< its class could not build the ports that its properties ask for
     Place Where;
     DocumentNode Stored; ///< as the document has it; what only the document knows is kept here
 
@@ -140,6 +142,9 @@ public:
 
     /// Replaces the value of a stored property that the node's bag does not have.
     void SetStoredValue(std::size_t node, std::size_t property, const std::string& value);
+
+    /// Notes whether the node has refused to build its ports.
+    void SetRefusedPorts(std::size_t node, bool hasRefused) noexcept;
 
     /// Reads anew what a node refers to.
     void RefreshReferences(std::size_t index);

@@ -174,6 +174,7 @@ private:
             CallLibrary(node.Where, [&] { node.Gui->UpdatePorts({}); });
         } catch (const HostError& error) {
             _portless.emplace(index, error);
+            _graph.SetRefusedPorts(index, true);
         }
         _graph.JoinPorts(index);
         _created[index].IsBuilt = true;

@@ -117,6 +117,19 @@ std::string ReplaceBadCharacters(const std::string& text)
 
 } // namespace
 
+std::size_t FindCgWord(std::string_view text, std::string_view word, std::size_t from)
+{
+    const auto isWordPart = [](char c) { return ShaderNode::IsValidCgName({'_', c}); };
+    std::size_t at = text.find(word, from);
+    for (; at != std::string_view::npos; at = text.find(word, at + 1)) {
+        const std::size_t end = at + word.size();
+        if ((at == 0 || !isWordPart(text[at - 1])) &&
+            (end == text.size() || !isWordPart(text[end])))
+            break;
+    }
+    return at;
+}
+
 bool IsReservedCgWord(const std::string& word)
 {
     return ReservedWords().contains(word) || IsNumberedType(word) || IsTextureRead(word) ||

@@ -1,9 +1,13 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 namespace Mox::Host {
+
+/// The position of the first whole word of a Cg text from a position on, or npos.
+std::size_t FindCgWord(std::string_view text, std::string_view word, std::size_t from = 0);
 
 /// Whether Cg has the word itself: a keyword, a type, a function of its library or a semantic.
 bool IsReservedCgWord(const std::string& word);

@@ -1,5 +1,6 @@
 #include "mox/program/CgProgramBuilder.h"
 
+#include "mox/program/ProgramLimits.h"
 #include "mox/program/StageLayout.h"
 #include "mox/program/StageWriter.h"
 
@@ -31,6 +32,7 @@ CgProgram BuildCgProgram(const ShaderGraph& shaderGraph, const ShaderOrigins& or
     if (problems.Problems().size() > problemsBefore)
         return program;
 
+    CheckProgramLimits(graph, originalNames, problems);
     const StageLayout layout(graph, problems);
     CgNames names;
     for (const EnvironmentCode& code : environment.Code) {

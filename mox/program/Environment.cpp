@@ -59,7 +59,12 @@ public:
 private:
     void ReadCode(const XmlTree& element)
     {
-        const std::filesystem::path file = _folder / Attribute(element, "file");
+        const std::string fileName = Attribute(element, "file");
+        if (!StaysInFolder(fileName)) {
+            throw HostError(element.Where, Compose("the file \"", fileName,
+                                                   "\" is outside the environment's folder"));
+        }
+        const std::filesystem::path file = _folder / fileName;
         EnvironmentCode code;
         std::istringstream names(Attribute(element, "provides"));
         names.exceptions(std::ios::badbit);

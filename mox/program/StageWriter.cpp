@@ -50,18 +50,6 @@ std::string Indent(const std::string& code)
     return text;
 }
 
-bool HasWord(const std::string& text, const std::string& word)
-{
-    const auto isWordPart = [](char c) { return ShaderNode::IsValidCgName({'_', c}); };
-    for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1)) {
-        const std::size_t end = at + word.size();
-        if ((at == 0 || !isWordPart(text[at - 1])) &&
-            (end == text.size() || !isWordPart(text[end])))
-            return true;
-    }
-    return false;
-}
-
 class StageWriter
 {
 public:
@@ -137,7 +125,7 @@ private:
             isGrowing = false;
             for (std::size_t i = 0; i < code.size(); ++i) {
                 const auto isCalled = [&](const std::string& name) {
-                    return HasWord(bodies, name);
+                    return FindCgWord(bodies, name) != std::string::npos;
                 };
                 if (isNeeded[i] ||
                     std::none_of(code[i].Provides.begin(), code[i].Provides.end(), isCalled))
