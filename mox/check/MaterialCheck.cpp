@@ -1,6 +1,5 @@
 #include "mox/check/MaterialCheck.h"
 
-#include "mox/check/CodeCheck.h"
 #include "mox/check/GraphRules.h"
 #include "mox/document/DocumentInputs.h"
 #include "mox/graph/OpenMaterial.h"
@@ -31,11 +30,6 @@ void CheckMaterial(const MaterialGraph& graph, const std::filesystem::path& file
 
     ProblemList found;
     const CgProgram program = BuildMaterialProgram(graph, environment, {}, found);
-    if (!problems.HasErrors() && !found.HasErrors()) {
-        ProblemList code;
-        CheckCode(program, file.string(), code);
-        AppendWithLines(code, graph, found);
-    }
     if (proof && !problems.HasErrors() && !found.HasErrors())
         WriteProgram(*proof, program, graph, file, found);
     problems.Append(found);

@@ -1,7 +1,6 @@
 #include "mox/compile/FrontEnd.h"
 
 #include "mox/Text.h"
-#include "mox/compile/NestingLimit.h"
 #include "mox/compile/Prelude.h"
 
 #include <algorithm>
@@ -11,7 +10,6 @@
 #include <glslang/Public/ShaderLang.h>
 #include <glslang/SPIRV/GlslangToSpv.h>
 #include <sstream>
-#include <utility>
 
 namespace Mox::Host {
 
@@ -106,8 +104,6 @@ FrontEnd::~FrontEnd()
 
 FrontEndResult FrontEnd::Read(const std::string& text, ProgramStage stage) const
 {
-    if (auto message = FindDeepNesting(text))
-        return {{}, {std::move(*message)}};
     const EShLanguage language = stage == ProgramStage::Vertex ? EShLangVertex : EShLangFragment;
     const std::array<const char*, 2> strings{prelude.data(), text.data()};
     const std::array<int, 2> lengths{static_cast<int>(prelude.size()),

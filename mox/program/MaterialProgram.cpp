@@ -1,6 +1,7 @@
 #include "mox/program/MaterialProgram.h"
 
 #include "mox/Text.h"
+#include "mox/program/CodeCheck.h"
 #include "mox/program/EnvironmentNodes.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -78,6 +79,8 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
     found = {};
     CgProgram program = BuildCgProgram(shader.Graph, shader.Origins, shader.OriginalNames,
                                        environment, options, found);
+    if (isComplete && !found.HasErrors())
+        CheckCode(program, graph.Store().File(), found);
     AppendWithLines(found, graph, problems);
     if (!isComplete)
         return program; // what only a failed node reads is not dead

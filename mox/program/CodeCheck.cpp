@@ -1,4 +1,4 @@
-#include "mox/check/CodeCheck.h"
+#include "mox/program/CodeCheck.h"
 
 #include "mox/Text.h"
 #include "mox/cg/Module.h"
