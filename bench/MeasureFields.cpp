@@ -1,5 +1,6 @@
 #include "Road.h"
 #include "mox/authoring/GuiEdge.h"
+#include "mox/authoring/GuiNode.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -30,7 +31,7 @@ std::size_t MeasureFields(const Bench::Workshop& workshop, std::size_t count)
     edges.reserve(count);
     const std::size_t before = BytesInUse();
     for (std::size_t i = 0; i < count; ++i) {
-        nodes.push_back(workshop.Plugins.CreateNode("CoreMaths"));
+        nodes.push_back(workshop.Plugins.CreateNode("CoreMaths").Handle());
         if (i == 0)
             continue;
         const auto& edge = edges.emplace_back(boost::make_shared<Materials::GuiEdge>());

@@ -1,5 +1,6 @@
 #include "MeasureNodes.h"
 #include "Road.h"
+#include "mox/authoring/GuiNode.h"
 #include "mox/host/Plugin.h"
 
 #include <benchmark/benchmark.h>
@@ -11,8 +12,8 @@ namespace {
 
 void MeasureCopy(benchmark::State& state, const Workshop& workshop)
 {
-    const auto source = workshop.Plugins.CreateNode("CoreMaths");
-    const auto target = workshop.Plugins.CreateNode("CoreMaths");
+    const auto source = workshop.Plugins.CreateNode("CoreMaths").Handle();
+    const auto target = workshop.Plugins.CreateNode("CoreMaths").Handle();
     for ([[maybe_unused]] auto _ : state)
         target->Properties->CopyFrom(source->Properties);
 }
@@ -31,7 +32,7 @@ void MeasurePluginLoad(benchmark::State& state)
 {
     for ([[maybe_unused]] auto _ : state) {
         const Host::Plugin plugin(MOX_CORE_PLUGIN);
-        benchmark::DoNotOptimize(plugin.Descriptions().data());
+        benchmark::DoNotOptimize(plugin.Types().data());
     }
 }
 
@@ -43,17 +44,17 @@ void RegisterNodeBenchmarks(const Workshop& workshop)
     benchmark::RegisterBenchmark("plug-in/load", MeasurePluginLoad);
     for (const std::int64_t count : {1000, 100000}) {
         benchmark::RegisterBenchmark("node/CoreMaths", [&workshop](benchmark::State& state) {
-            MeasureNodes(state, [&] { return workshop.Plugins.CreateNode("CoreMaths"); });
+            MeasureNodes(state, [&] { return workshop.Plugins.CreateNode("CoreMaths").Handle(); });
         })->Arg(count);
     }
     for (const Host::Plugin& plugin : workshop.Plugins.Plugins()) {
-        for (const auto& description : plugin.Descriptions()) {
+        for (const auto& description : plugin.Types()) {
             if (!description.Listed || description.TypeName == "CoreMaths")
                 continue;
             benchmark::RegisterBenchmark(
                 ("node/" + description.TypeName).c_str(),
                 [&plugin, type = description.TypeName](benchmark::State& state) {
-                    MeasureNodes(state, [&] { return plugin.CreateNode(type); });
+                    MeasureNodes(state, [&] { return plugin.CreateNode(type).Handle(); });
                 })
                 ->Arg(1000);
         }

@@ -3,6 +3,7 @@
 #include "RoadFiles.h"
 #include "Stopwatch.h"
 #include "mox/Text.h"
+#include "mox/bindings/Binding.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/MaterialLoader.h"
@@ -53,7 +54,7 @@ void MeasureParts(benchmark::State& state, const Workshop& workshop, Shape shape
             ShaderGraphGenerator generator(shaderGraph);
             Stopwatch watch;
             for (const Host::GraphNode& node : graph.Nodes())
-                node.Gui->GenerateShader(generator);
+                node.Gui.GenerateShader(node.Where, generator);
             generate += watch.Lap();
             JoinEdges(generator);
             join += watch.Lap();
@@ -79,16 +80,16 @@ void MeasureParts(benchmark::State& state, const Workshop& workshop, Shape shape
 /// Bindings to XML and back, for each binding.
 void MeasureBindings(benchmark::State& state)
 {
-    Materials::Material material;
+    std::vector<Host::PluginBinding> bindings;
     for (std::int64_t i = 0; i < state.range(0); ++i)
-        material.AddBinding(
+        bindings.emplace_back(
             Materials::CreateBinding(Materials::StreamType::Float, Compose("value", i), 4));
     const std::filesystem::path file = TemporaryFolder() / "bindings.xml";
     double write = 0;
     double read = 0;
     for ([[maybe_unused]] auto _ : state) {
         Stopwatch watch;
-        const std::string text = Host::FormatBindings(material);
+        const std::string text = Host::FormatBindings(bindings);
         write += watch.Lap();
         std::ofstream(file) << text;
         watch.Lap();

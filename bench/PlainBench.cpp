@@ -1,6 +1,7 @@
 #include "MeasureNodes.h"
 #include "PlainNode.h"
 #include "Road.h"
+#include "mox/authoring/GuiNode.h"
 
 #include <benchmark/benchmark.h>
 #include <string>
@@ -32,7 +33,7 @@ std::vector<PlainRow> RowsOf(const Materials::GuiNode& node)
 
 void RegisterPlainBenchmarks(const Workshop& workshop)
 {
-    const auto node = workshop.Plugins.CreateNode("CoreMaths");
+    const auto node = workshop.Plugins.CreateNode("CoreMaths").Handle();
     const std::vector<PlainRow> rows = RowsOf(*node);
     for (const std::int64_t count : {1000, 100000}) {
         benchmark::RegisterBenchmark("plain/CoreMaths", [node, rows](benchmark::State& state) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mox/Export.h"
+#include "mox/bindings/StreamType.h"
 
 #include <boost/shared_ptr.hpp>
 #include <libxml/tree.h>
@@ -9,22 +10,6 @@
 #include <string>
 
 namespace Mox::Materials {
-
-/// What a binding carries. It picks the class and the defaults. Any 32-bit value can be held.
-enum class StreamType : std::uint32_t
-{
-    Invalid = 0,
-    Position = 1,
-    Normal = 2,
-    Uv = 3,
-    Tangent = 4,
-    Binormal = 5,
-    Colour = 6,
-    BlendIndices = 7,
-    BlendWeights = 8,
-    Texture = 9,
-    Float = 10,
-};
 
 /// The control that the host presents. Any 32-bit value can be held.
 enum class UiType : std::uint32_t

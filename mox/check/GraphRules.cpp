@@ -2,7 +2,6 @@
 
 #include "mox/Text.h"
 #include "mox/graph/BindingsDocument.h"
-#include "mox/host/LibraryCall.h"
 #include "mox/program/CgNames.h"
 #include "mox/shader/ShaderFunctionBuilder.h"
 #include "mox/shader/ShaderGraphGenerator.h"
@@ -18,9 +17,7 @@ namespace Mox::Host {
 
 namespace {
 
-using Materials::Binding;
 using Materials::Compose;
-using Materials::GuiNode;
 using Materials::GuiPort;
 using Materials::GuiPropertyKind;
 using Materials::StreamType;
@@ -30,14 +27,14 @@ template <class Visit>
 void ForEachBinding(const MaterialGraph& graph, Visit visit)
 {
     for (const MaterialGraph::Node& node : graph.Nodes()) {
-        std::vector<boost::shared_ptr<Binding>> bindings;
+        std::vector<PluginBinding> bindings;
         try {
             bindings = CreateNodeBindings(node);
         } catch (const HostError&) {
             continue; // generation reports what is wrong with the node
         }
-        for (const auto& binding : bindings)
-            visit(node, *binding);
+        for (const PluginBinding& binding : bindings)
+            visit(node, binding);
     }
 }
 
@@ -46,16 +43,16 @@ using BindingKey = std::pair<std::string, std::string>; ///< word of the stream 
 std::set<BindingKey> FindBindings(const MaterialGraph& graph)
 {
     std::set<BindingKey> keys;
-    ForEachBinding(graph, [&](const MaterialGraph::Node&, const Binding& binding) {
-        keys.emplace(binding.GetStreamTypeName(), binding.tag);
+    ForEachBinding(graph, [&](const MaterialGraph::Node&, const PluginBinding& binding) {
+        keys.emplace(binding.StreamName(), binding.Tag());
     });
     return keys;
 }
 
 /// Whether the user can say numbers at the node, which may stand in for inputs.
-bool HasNumbers(const GuiNode& node)
+bool HasNumbers(const PluginNode& node)
 {
-    const auto& properties = node.Properties->Properties;
+    const auto& properties = node.Properties().Properties;
     return std::any_of(properties.begin(), properties.end(), [](const auto& property) {
         return property->Visible && (property->Kind == GuiPropertyKind::Float ||
                                      property->Kind == GuiPropertyKind::Colour);
@@ -68,7 +65,7 @@ std::string WriteBodies(const MaterialGraph::Node& node)
     ShaderGraph graph;
     ShaderGraphGenerator generator(graph);
     try {
-        CallLibrary(node.Where, [&] { node.Gui->GenerateShader(generator); });
+        node.Gui.GenerateShader(node.Where, generator);
     } catch (const HostError&) {
         return {}; // generation says what is wrong with the node
     }
@@ -94,15 +91,15 @@ std::string ZeroLine(const GuiPort& port)
 
 void WarnOfAwkwardNames(const MaterialGraph& graph, ProblemList& problems)
 {
-    ForEachBinding(graph, [&](const MaterialGraph::Node& node, const Binding& binding) {
-        const std::string safe = ToSafeCgName(binding.tag);
-        if (!ShaderNode::IsValidCgName(binding.tag)) {
+    ForEachBinding(graph, [&](const MaterialGraph::Node& node, const PluginBinding& binding) {
+        const std::string safe = ToSafeCgName(binding.Tag());
+        if (!ShaderNode::IsValidCgName(binding.Tag())) {
             problems.Warn("name-no-cg-name", node.Where,
-                          Compose("the name \"", binding.tag,
+                          Compose("the name \"", binding.Tag(),
                                   "\" is no Cg name; made safe it is \"", safe, "\""));
-        } else if (IsReservedCgWord(binding.tag)) {
+        } else if (IsReservedCgWord(binding.Tag())) {
             problems.Warn("name-reserved", node.Where,
-                          Compose("the name \"", binding.tag,
+                          Compose("the name \"", binding.Tag(),
                                   "\" is a word of Cg; made safe it is \"", safe, "\""));
         }
     });
@@ -111,12 +108,12 @@ void WarnOfAwkwardNames(const MaterialGraph& graph, ProblemList& problems)
 void WarnOfEqualBindings(const MaterialGraph& graph, ProblemList& problems)
 {
     std::map<std::string, std::string> owners;
-    ForEachBinding(graph, [&](const MaterialGraph::Node& node, const Binding& binding) {
-        const auto [owner, isFirst] = owners.emplace(binding.tag, node.Id);
+    ForEachBinding(graph, [&](const MaterialGraph::Node& node, const PluginBinding& binding) {
+        const auto [owner, isFirst] = owners.emplace(binding.Tag(), node.Id);
         if (!isFirst) {
             problems.Warn(
                 "equal-bindings", node.Where,
-                Compose("node \"", owner->second, "\" has a binding \"", binding.tag, "\" too"));
+                Compose("node \"", owner->second, "\" has a binding \"", binding.Tag(), "\" too"));
         }
     });
 }
@@ -124,10 +121,10 @@ void WarnOfEqualBindings(const MaterialGraph& graph, ProblemList& problems)
 void WarnOfBasicColours(const MaterialGraph& graph, ProblemList& problems)
 {
     std::map<StreamType, std::string> owners;
-    ForEachBinding(graph, [&](const MaterialGraph::Node& node, const Binding& binding) {
-        if (!binding.basicColour)
+    ForEachBinding(graph, [&](const MaterialGraph::Node& node, const PluginBinding& binding) {
+        if (!binding.IsBasicColour())
             return;
-        const auto [owner, isFirst] = owners.emplace(binding.streamType, node.Id);
+        const auto [owner, isFirst] = owners.emplace(binding.Stream(), node.Id);
         if (!isFirst) {
             problems.Warn("two-basic-colours", node.Where,
                           Compose("node \"", owner->second, "\" forms the basic colour already"));
@@ -138,10 +135,10 @@ void WarnOfBasicColours(const MaterialGraph& graph, ProblemList& problems)
 void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems)
 {
     for (const MaterialGraph::Node& node : graph.Nodes()) {
-        if (node.IsPlaceholder || node.Gui->GetType() != "CoreAnimatedUv")
+        if (node.IsPlaceholder || node.Gui.Type() != "CoreAnimatedUv")
             continue;
         for (const char* name : {"Rows", "Columns"}) {
-            const std::int32_t count = node.Gui->Properties->Get(name)->GetInt();
+            const std::int32_t count = node.Gui.Properties().Get(name)->GetInt();
             if (count <= 0) {
                 problems.Warn("empty-grid", node.Where,
                               Compose("property \"", name, "\" is ", count, ", so the ",
@@ -156,10 +153,10 @@ void WarnOfOpenInputs(const MaterialGraph& graph, ProblemList& problems)
 {
     for (auto entry = graph.Nodes().begin(); entry != graph.Nodes().end(); ++entry) {
         const MaterialGraph::Node& node = *entry;
-        if (node.IsPlaceholder || HasNumbers(*node.Gui))
+        if (node.IsPlaceholder || HasNumbers(node.Gui))
             continue;
         std::string bodies;
-        for (const GuiPort& port : node.Gui->InputPorts) {
+        for (const GuiPort& port : node.Gui.InputPorts()) {
             if (port.Connected || graph.Store().HasLooseEdge(entry.Index(), port.Name))
                 continue;
             if (bodies.empty())

@@ -55,7 +55,7 @@ public:
         for (const DocumentNode& node : document.Nodes) {
             ComparedNode& compared = nodes[node.Id];
             compared.Type = node.Type;
-            compared.Properties = DefaultsOf(node.Type);
+            compared.Properties = DefaultsOf(node.Type, Place(document.File, node.Line, node.Id));
             for (const DocumentProperty& property : node.Properties) {
                 Values& values = property.Kind == GuiPropertyKind::Node ? compared.References
                                                                         : compared.Properties;
@@ -66,14 +66,14 @@ public:
     }
 
 private:
-    const Values& DefaultsOf(const std::string& type)
+    const Values& DefaultsOf(const std::string& type, const Place& where)
     {
         const auto [entry, isNew] = _defaults.try_emplace(type);
         if (!isNew)
             return entry->second;
-        if (const auto node = _plugins.CreateNode(type)) {
-            for (const auto& property : node->Properties->Properties) {
-                if (property != node->Type && property->Kind != GuiPropertyKind::Node)
+        if (const auto node = _plugins.CreateNode(type, where)) {
+            for (const auto& property : node.Properties().Properties) {
+                if (property != node.TypeProperty() && property->Kind != GuiPropertyKind::Node)
                     entry->second[property->Name] = FormatValue(*property);
             }
         }

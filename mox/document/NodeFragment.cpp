@@ -5,14 +5,14 @@
 
 namespace Mox::Host {
 
-std::string FormatNodeFragment(const Materials::GuiNode& node, const std::string& id)
+std::string FormatNodeFragment(const PluginNode& node, const std::string& id)
 {
     DocumentNode record;
     record.Id = id;
-    record.Type = node.GetType();
-    record.Version = node.Properties->Version;
-    for (const auto& property : node.Properties->Properties) {
-        if (property != node.Type) // which the element's attribute says
+    record.Type = node.Type();
+    record.Version = node.Properties().Version;
+    for (const auto& property : node.Properties().Properties) {
+        if (property != node.TypeProperty()) // which the element's attribute says
             record.Properties.push_back(
                 {property->Name, property->Kind, FormatValue(*property), 0, {}});
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/authoring/GuiNode.h"
+#include "mox/host/PluginNode.h"
 
 #include <string>
 
@@ -8,6 +8,6 @@ namespace Mox::Host {
 
 /// A node as it stands in a document, with all its properties in the order of its bag.
 /// @param id under which the node stands in the document
-std::string FormatNodeFragment(const Materials::GuiNode& node, const std::string& id);
+std::string FormatNodeFragment(const PluginNode& node, const std::string& id);
 
 } // namespace Mox::Host

@@ -1,29 +1,23 @@
 #include "mox/graph/BindingsDocument.h"
 
 #include "mox/Text.h"
-#include "mox/bindings/Binding.h"
 #include "mox/bindings/XmlAttributes.h"
 #include "mox/document/PropertyText.h"
 #include "mox/host/LibraryCall.h"
 #include "mox/xml/XmlTree.h"
 #include "mox/xml/XmlWriter.h"
 
-#include <boost/smart_ptr/make_shared.hpp>
-
 #include <algorithm>
 #include <memory>
 #include <new>
-#include <optional>
 #include <utility>
 
 namespace Mox::Host {
 
 namespace {
 
-using Materials::Binding;
 using Materials::Compose;
 using Materials::GetXmlAttribute;
-using Materials::Material;
 using Materials::SetXmlAttribute;
 
 constexpr const char* rootElement = "bindings";
@@ -68,20 +62,7 @@ private:
     std::unique_ptr<xmlNode, decltype(&xmlFreeNode)> _node;
 };
 
-/// The stream type with that word.
-std::optional<Materials::StreamType> ParseStreamType(const std::string& word)
-{
-    for (std::uint32_t value = 1;; ++value) {
-        const auto streamType = static_cast<Materials::StreamType>(value);
-        const auto binding = Materials::CreateBinding(streamType, "", 1);
-        if (!binding)
-            return std::nullopt;
-        if (binding->GetStreamTypeName() == word)
-            return streamType;
-    }
-}
-
-boost::shared_ptr<Binding> ReadBinding(const XmlTree& tree)
+PluginBinding ReadBinding(const XmlTree& tree)
 {
     const Place& where = tree.Where;
     return CallLibrary(where, [&] {
@@ -98,75 +79,72 @@ boost::shared_ptr<Binding> ReadBinding(const XmlTree& tree)
                             Compose("\"", countText, "\" is no count from 1 to ", mostComponents));
         }
         const auto binding =
-            Materials::CreateBinding(*streamType, "", static_cast<std::uint32_t>(*count));
-        binding->ReadXml(element.Get());
+            PluginBinding::Create(*streamType, static_cast<std::uint32_t>(*count), where);
+        binding.ReadXml(where, element.Get());
         if (const std::string* group = tree.Find(groupAttribute))
-            binding->group = *group;
+            binding.SetGroup(*group);
         return binding;
     });
 }
 
-} // namespace
-
-void ApplyValues(const DocumentBinding& values, Binding& binding)
+/// Lays values of a document over those of a binding; what the document leaves out stays.
+void ApplyValues(const Place& where, const DocumentBinding& values, const PluginBinding& binding)
 {
     const BindingElement element(bindingElement);
     // The element starts with what the binding has, so that values the document leaves out stay.
     binding.WriteXml(element.Get());
     for (const DocumentValue& value : values.Values)
         SetXmlAttribute(element.Get(), value.Name, value.Value);
-    binding.ReadXml(element.Get());
+    binding.ReadXml(where, element.Get());
 }
 
-std::vector<boost::shared_ptr<Binding>> CreateNodeBindings(const GraphNode& node)
+} // namespace
+
+std::vector<PluginBinding> CreateNodeBindings(const GraphNode& node)
 {
-    const auto material = boost::make_shared<Material>();
-    CallLibrary(node.Where, [&] {
-        if (!node.HasRefusedPorts && node.Gui->HasBinding())
-            node.Gui->CreateBindings(material);
-    });
-    return std::move(material->Bindings);
+    if (node.HasRefusedPorts)
+        return {};
+    return node.Gui.CreateBindings(node.Where);
 }
 
-boost::shared_ptr<Material> CreateBindings(const MaterialGraph& graph)
+std::vector<PluginBinding> CreateBindings(const MaterialGraph& graph)
 {
-    auto material = boost::make_shared<Material>();
+    std::vector<PluginBinding> bindings;
     for (const MaterialGraph::Node& node : graph.Nodes()) {
-        for (const auto& binding : CreateNodeBindings(node))
-            material->AddBinding(binding);
+        for (PluginBinding& binding : CreateNodeBindings(node))
+            bindings.push_back(std::move(binding));
     }
     for (const DocumentBinding& values : graph.Bindings) {
-        const auto binding = std::find_if(
-            material->Bindings.begin(), material->Bindings.end(), [&](const auto& candidate) {
-                return candidate->tag == values.Tag &&
-                       candidate->GetStreamTypeName() == values.Stream;
+        const auto binding =
+            std::find_if(bindings.begin(), bindings.end(), [&](const PluginBinding& candidate) {
+                return candidate.Tag() == values.Tag && candidate.StreamName() == values.Stream;
             });
-        if (binding != material->Bindings.end())
-            CallLibrary({{}, values.Line, {}, {}}, [&] { ApplyValues(values, **binding); });
+        if (binding != bindings.end())
+            ApplyValues(Place(graph.Store().File(), values.Line), values, *binding);
     }
-    return material;
+    return bindings;
 }
 
-std::string FormatBindings(const Material& material)
+std::string FormatBindings(const std::vector<PluginBinding>& bindings)
 {
     XmlWriter writer;
     writer.StartDocument();
     writer.StartElement(rootElement);
     writer.Attribute(versionAttribute, documentVersion);
-    for (const auto& binding : material.Bindings) {
+    for (const PluginBinding& binding : bindings) {
         const BindingElement element(bindingElement);
-        SetXmlAttribute(element.Get(), streamAttribute, binding->GetStreamTypeName());
-        SetXmlAttribute(element.Get(), countAttribute, std::to_string(binding->GetCount()));
-        if (!binding->group.empty())
-            SetXmlAttribute(element.Get(), groupAttribute, binding->group);
-        binding->WriteXml(element.Get());
+        SetXmlAttribute(element.Get(), streamAttribute, binding.StreamName());
+        SetXmlAttribute(element.Get(), countAttribute, std::to_string(binding.GetCount()));
+        if (!binding.Group().empty())
+            SetXmlAttribute(element.Get(), groupAttribute, binding.Group());
+        binding.WriteXml(element.Get());
         element.WriteTo(writer);
     }
     writer.EndElement();
     return writer.Finish();
 }
 
-boost::shared_ptr<Material> ReadBindings(const std::filesystem::path& file)
+std::vector<PluginBinding> ReadBindings(const std::filesystem::path& file)
 {
     const XmlTree root = ReadXmlTree(file);
     if (root.Name != rootElement)
@@ -181,15 +159,15 @@ boost::shared_ptr<Material> ReadBindings(const std::filesystem::path& file)
     constexpr const char* onlyBindings = "only <binding> elements are allowed here";
     if (root.WhereText.Line > 0)
         throw HostError(root.WhereText, onlyBindings);
-    auto material = boost::make_shared<Material>();
+    std::vector<PluginBinding> bindings;
     for (const XmlTree& child : root.Children) {
         if (child.Name != bindingElement)
             throw HostError(child.Where, onlyBindings);
         if (!child.Children.empty() || child.WhereText.Line > 0)
             throw HostError(child.Where, "a <binding> element must be empty");
-        material->AddBinding(ReadBinding(child));
+        bindings.push_back(ReadBinding(child));
     }
-    return material;
+    return bindings;
 }
 
 } // namespace Mox::Host

@@ -1,7 +1,6 @@
 #include "mox/graph/EdgeRules.h"
 
 #include "mox/Text.h"
-#include "mox/host/LibraryCall.h"
 
 namespace Mox::Host {
 
@@ -26,7 +25,7 @@ bool HasPort(const GraphNode& node, std::int32_t found, const Place& where, Prob
     if (node.IsPlaceholder || found >= 0)
         return true;
     try {
-        CallLibrary({where.File, where.Line, node.Id, {}}, lookUp);
+        lookUp(Place(where.File, where.Line, node.Id));
         return true;
     } catch (const HostError& error) {
         problems.Fail("unknown-port", error);
@@ -46,10 +45,12 @@ bool CheckEdge(const GraphStore& graph, std::size_t tail, const std::string& tai
         problems.Fail("self-edge", where, Compose("node \"", tailNode.Id, "\" cannot feed itself"));
         return false;
     }
-    const bool hasOutput = HasPort(tailNode, tailNode.Gui->FindOutputPort(tailPort), where,
-                                   problems, [&] { tailNode.Gui->GetOutputPort(tailPort); });
-    const bool hasInput = HasPort(headNode, headNode.Gui->FindInputPort(headPort), where, problems,
-                                  [&] { headNode.Gui->GetInputPort(headPort); });
+    const bool hasOutput =
+        HasPort(tailNode, tailNode.Gui.FindOutputPort(tailPort), where, problems,
+                [&](const Place& place) { tailNode.Gui.GetOutputPort(place, tailPort); });
+    const bool hasInput =
+        HasPort(headNode, headNode.Gui.FindInputPort(headPort), where, problems,
+                [&](const Place& place) { headNode.Gui.GetInputPort(place, headPort); });
     if (!hasOutput || !hasInput)
         return false;
     if (graph.FindEdge(head, headPort)) {

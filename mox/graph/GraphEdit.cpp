@@ -4,7 +4,6 @@
 #include "mox/graph/EdgeRules.h"
 #include "mox/graph/GraphOrder.h"
 #include "mox/graph/StoredNode.h"
-#include "mox/host/LibraryCall.h"
 
 #include <algorithm>
 #include <iterator>
@@ -54,7 +53,7 @@ void GraphEdit::operator()(const AddNode& step)
     ProblemList problems;
     LoadStored(_graph, node, step.Node, step.Values, problems);
     problems.ThrowFirstError();
-    CallLibrary(where, [&] { made.Gui->UpdatePorts({}); });
+    made.Gui.UpdatePorts(where);
 
     const std::size_t index = _graph.CreateNode(std::move(node));
     _rollback.Add([this, index] { _graph.ReleaseNode(index); });
@@ -75,10 +74,10 @@ void GraphEdit::operator()(const RemoveNode& step)
     SetProperties emptied;
     for (const std::size_t referrer : _graph.References().Referrers(index)) {
         const GraphNode& node = _graph.Nodes()[referrer];
-        const auto& bag = *node.Gui->Properties;
+        const auto& bag = node.Gui.Properties();
         for (const auto& property : bag.Properties) {
             if (property->Kind == GuiPropertyKind::Node &&
-                property->Node == _graph.Nodes()[index].Gui)
+                property->Node == _graph.Nodes()[index].Gui.Handle())
                 emptied.Settings.push_back({node.Id, {property->Name, GuiPropertyKind::Node, {}}});
         }
         for (const DocumentProperty& property : node.Stored.Properties) {
@@ -118,7 +117,7 @@ void GraphEdit::operator()(const RenameNode& step)
         for (std::size_t i = 0; i < node.Stored.Properties.size(); ++i) {
             const DocumentProperty& property = node.Stored.Properties[i];
             if (property.Kind == GuiPropertyKind::Node && property.Value == step.Id &&
-                !node.Gui->Properties->Index.contains(property.Name))
+                !node.Gui.Properties().Index.contains(property.Name))
                 WriteStored(referrer, i, step.NewId);
         }
     }
@@ -253,7 +252,7 @@ void GraphEdit::Rebuild(std::size_t node, Snapshots& snapshots)
     Remember(node, snapshots);
     const GraphNode& rebuilt = _graph.Nodes()[node];
     _graph.Touch(node);
-    CallLibrary(rebuilt.Where, [&] { rebuilt.Gui->UpdatePorts({}); });
+    rebuilt.Gui.UpdatePorts(rebuilt.Where);
     if (rebuilt.HasRefusedPorts) {
         _graph.SetRefusedPorts(node, false);
         _rollback.Add([this, node] { _graph.SetRefusedPorts(node, true); });
@@ -266,12 +265,12 @@ void GraphEdit::SetProperty(std::size_t node, const DocumentProperty& value, Sna
                             std::vector<PropertySetting>& old)
 {
     const GraphNode& changed = _graph.Nodes()[node];
-    const auto property = changed.Gui->Properties->Index.find(value.Name);
-    if (property == changed.Gui->Properties->Index.end()) {
+    const auto property = changed.Gui.Properties().Index.find(value.Name);
+    if (property == changed.Gui.Properties().Index.end()) {
         SetStoredProperty(node, value, old);
         return;
     }
-    if (property->second == changed.Gui->Type)
+    if (property->second == changed.Gui.TypeProperty())
         throw HostError(changed.Where, "the type of a node cannot be changed");
     Remember(node, snapshots);
     ProblemList problems;

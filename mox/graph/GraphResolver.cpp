@@ -1,7 +1,6 @@
 #include "mox/graph/GraphResolver.h"
 
 #include "mox/Text.h"
-#include "mox/host/LibraryCall.h"
 
 #include <algorithm>
 #include <utility>
@@ -9,7 +8,6 @@
 namespace Mox::Host {
 
 using Materials::Compose;
-using Materials::GuiNode;
 using Materials::GuiPort;
 
 namespace {
@@ -103,27 +101,27 @@ std::vector<std::size_t> GraphResolver::Resolve(ProblemList& problems)
 void GraphResolver::ResolveCounts(std::size_t index, Agenda& agenda, ProblemList& problems)
 {
     const MaterialGraph::Node& node = _graph.Nodes()[index];
-    GuiNode& gui = *node.Gui;
-    ForgetCounts(gui.InputPorts);
-    ForgetCounts(gui.OutputPorts);
+    const PluginNode& gui = node.Gui;
+    ForgetCounts(gui.InputPorts());
+    ForgetCounts(gui.OutputPorts());
     for (const std::size_t edge : _graph.Links().In(index)) {
         if (_graph.IsLoose(_graph.Edges()[edge]))
             continue;
-        GuiPort& input = gui.GetInputPort(_graph.Edges()[edge].Gui->HeadPort);
+        GuiPort& input = gui.GetInputPort(node.Where, _graph.Edges()[edge].Gui->HeadPort);
         if (input.CountFixed || _carried[edge].Count == 0)
             continue;
         input.ComponentCount = _carried[edge].Count;
         input.CountKnown = true;
     }
     try {
-        CallLibrary(node.Where, [&] { gui.ResolveComponentCounts(); });
+        gui.ResolveComponentCounts(node.Where);
     } catch (const HostError& error) {
         problems.Fail("counts-refused", error);
     }
     for (const std::size_t edge : _graph.Links().Out(index)) {
         if (_graph.IsLoose(_graph.Edges()[edge]))
             continue;
-        const GuiPort& output = gui.GetOutputPort(_graph.Edges()[edge].Gui->TailPort);
+        const GuiPort& output = gui.GetOutputPort(node.Where, _graph.Edges()[edge].Gui->TailPort);
         const std::int32_t count = output.CountKnown ? output.ComponentCount : 0;
         if (std::exchange(_carried[edge].Count, count) != count)
             agenda.Add(_graph.Edges()[edge].Head);
@@ -133,27 +131,27 @@ void GraphResolver::ResolveCounts(std::size_t index, Agenda& agenda, ProblemList
 void GraphResolver::ResolvePrecisions(std::size_t index, Agenda& agenda, ProblemList& problems)
 {
     const MaterialGraph::Node& node = _graph.Nodes()[index];
-    GuiNode& gui = *node.Gui;
-    ForgetPrecisions(gui.InputPorts);
-    ForgetPrecisions(gui.OutputPorts);
+    const PluginNode& gui = node.Gui;
+    ForgetPrecisions(gui.InputPorts());
+    ForgetPrecisions(gui.OutputPorts());
     for (const std::size_t edge : _graph.Links().Out(index)) {
         if (!_carried[edge].IsFloat || _graph.IsLoose(_graph.Edges()[edge]))
             continue;
-        GuiPort& output = gui.GetOutputPort(_graph.Edges()[edge].Gui->TailPort);
+        GuiPort& output = gui.GetOutputPort(node.Where, _graph.Edges()[edge].Gui->TailPort);
         if (output.PrecisionFixed)
             continue;
         output.Precision = ComponentType::Float;
         output.PrecisionKnown = true;
     }
     try {
-        CallLibrary(node.Where, [&] { gui.ResolvePrecisions(); });
+        gui.ResolvePrecisions(node.Where);
     } catch (const HostError& error) {
         problems.Fail("precisions-refused", error);
     }
     for (const std::size_t edge : _graph.Links().In(index)) {
         if (_graph.IsLoose(_graph.Edges()[edge]))
             continue;
-        const GuiPort& input = gui.GetInputPort(_graph.Edges()[edge].Gui->HeadPort);
+        const GuiPort& input = gui.GetInputPort(node.Where, _graph.Edges()[edge].Gui->HeadPort);
         const bool isFloat = input.PrecisionKnown && input.Precision == ComponentType::Float;
         if (std::exchange(_carried[edge].IsFloat, isFloat) != isFloat)
             agenda.Add(_graph.Edges()[edge].Tail);
@@ -168,7 +166,7 @@ void ResolveGraph(MaterialGraph& graph, ProblemList& problems)
 void ReportCountConflict(const MaterialGraph::Node& node, ProblemList& problems)
 {
     std::string counts;
-    for (const GuiPort& port : node.Gui->InputPorts) {
+    for (const GuiPort& port : node.Gui.InputPorts()) {
         if (!port.CountConflict)
             continue;
         counts += Compose(counts.empty() ? "" : ", ", "\"", port.Name, "\"");

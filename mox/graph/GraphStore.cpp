@@ -34,9 +34,9 @@ GraphStore::~GraphStore()
     for (std::size_t index = 0; index < _nodes.IndexEnd(); ++index) {
         if (!_nodes.Holds(index))
             continue;
-        for (const auto& property : _nodes[index].Gui->Properties->Properties)
+        for (const auto& property : _nodes[index].Gui.Properties().Properties)
             property->Node.reset();
-        _nodes[index].Gui.reset(); // now, while the properties are in the cache
+        _nodes[index].Gui = {}; // now, while the properties are in the cache
     }
 }
 
@@ -96,8 +96,8 @@ std::size_t GraphStore::CreateNode(GraphNode&& node)
     try {
         GraphNode& added = _nodes[index];
         added.IdEntry = MakeEntry(_newId, added.Id, index);
-        added.OutputUses.resize(added.Gui->OutputPorts.size());
-        _byGui.emplace(added.Gui.get(), index);
+        added.OutputUses.resize(added.Gui.OutputPorts().size());
+        _byGui.emplace(added.Gui.Handle().get(), index);
         if (_isTouched.size() < _nodes.IndexEnd())
             _isTouched.resize(_nodes.IndexEnd());
         if (_touched.capacity() < _nodes.IndexEnd())
@@ -125,7 +125,7 @@ void GraphStore::DetachNode(std::size_t index) noexcept
 
 void GraphStore::ReleaseNode(std::size_t index) noexcept
 {
-    _byGui.erase(_nodes[index].Gui.get());
+    _byGui.erase(_nodes[index].Gui.Handle().get());
     _nodes.Release(index);
 }
 
@@ -163,7 +163,7 @@ void GraphStore::RefreshReferences(std::size_t index)
 {
     const GraphNode& node = _nodes[index];
     std::vector<std::size_t> targets;
-    for (const auto& property : node.Gui->Properties->Properties) {
+    for (const auto& property : node.Gui.Properties().Properties) {
         if (property->Kind != GuiPropertyKind::Node || !property->Node)
             continue;
         const auto target = _byGui.find(property->Node.get());
@@ -172,7 +172,7 @@ void GraphStore::RefreshReferences(std::size_t index)
     }
     for (const DocumentProperty& property : node.Stored.Properties) {
         if (property.Kind != GuiPropertyKind::Node ||
-            node.Gui->Properties->Index.contains(property.Name))
+            node.Gui.Properties().Index.contains(property.Name))
             continue;
         if (const auto target = FindNode(property.Value))
             targets.push_back(*target);
@@ -188,28 +188,29 @@ void GraphStore::SetReferences(std::size_t index, const std::vector<std::size_t>
 std::vector<std::size_t> GraphStore::JoinPorts(std::size_t index)
 {
     GraphNode& node = _nodes[index];
-    for (GuiPort& port : node.Gui->InputPorts)
+    for (GuiPort& port : node.Gui.InputPorts())
         port.Connected = false;
-    for (GuiPort& port : node.Gui->OutputPorts)
+    for (GuiPort& port : node.Gui.OutputPorts())
         port.Connected = false;
-    node.OutputUses.assign(node.Gui->OutputPorts.size(), 0);
+    node.OutputUses.assign(node.Gui.OutputPorts().size(), 0);
     std::vector<std::size_t> lost;
     if (node.IsPlaceholder)
         return lost;
     for (const std::size_t link : _links.In(index)) {
-        const std::int32_t port = node.Gui->FindInputPort(_edges[link].Gui->HeadPort);
+        const std::int32_t port = node.Gui.FindInputPort(_edges[link].Gui->HeadPort);
         if (port < 0)
             lost.push_back(link);
         else
-            node.Gui->InputPorts[static_cast<std::size_t>(port)].Connected = !IsLoose(_edges[link]);
+            node.Gui.InputPorts()[static_cast<std::size_t>(port)].Connected =
+                !IsLoose(_edges[link]);
     }
     for (const std::size_t link : _links.Out(index)) {
-        const std::int32_t port = node.Gui->FindOutputPort(_edges[link].Gui->TailPort);
+        const std::int32_t port = node.Gui.FindOutputPort(_edges[link].Gui->TailPort);
         if (port < 0) {
             lost.push_back(link);
         } else if (!IsLoose(_edges[link])) {
             ++node.OutputUses[static_cast<std::size_t>(port)];
-            node.Gui->OutputPorts[static_cast<std::size_t>(port)].Connected = true;
+            node.Gui.OutputPorts()[static_cast<std::size_t>(port)].Connected = true;
         }
     }
     return lost;
@@ -221,8 +222,8 @@ std::size_t GraphStore::CreateEdge(std::size_t tail, const std::string& tailPort
 {
     GraphEdge edge;
     edge.Gui = boost::make_shared<GuiEdge>();
-    edge.Gui->Tail = _nodes[tail].Gui;
-    edge.Gui->Head = _nodes[head].Gui;
+    edge.Gui->Tail = _nodes[tail].Gui.Handle();
+    edge.Gui->Head = _nodes[head].Gui.Handle();
     edge.Gui->TailPort = tailPort;
     edge.Gui->HeadPort = headPort;
     edge.Tail = tail;
@@ -253,10 +254,10 @@ void GraphStore::AttachEdge(std::size_t index, std::size_t before)
     _edges.Attach(index, before);
     if (!IsLoose(edge)) {
         // An edge lies in its spare lists or in those of the nodes, so it cannot be there already.
-        GuiNode& tail = *_nodes[edge.Tail].Gui;
-        GuiNode& head = *_nodes[edge.Head].Gui;
-        tail.OutEdges.splice(tail.OutEdges.end(), edge.SpareOut);
-        head.InEdges.splice(head.InEdges.end(), edge.SpareIn);
+        auto& out = _nodes[edge.Tail].Gui.OutEdges();
+        auto& in = _nodes[edge.Head].Gui.InEdges();
+        out.splice(out.end(), edge.SpareOut);
+        in.splice(in.end(), edge.SpareIn);
         CountUse(edge, true);
     }
     Touch(edge.Tail);
@@ -270,8 +271,8 @@ void GraphStore::DetachEdge(std::size_t index) noexcept
     _links.Remove(index);
     _edges.Detach(index);
     if (!IsLoose(edge)) {
-        edge.SpareOut.splice(edge.SpareOut.end(), _nodes[edge.Tail].Gui->OutEdges, edge.OutEntry);
-        edge.SpareIn.splice(edge.SpareIn.end(), _nodes[edge.Head].Gui->InEdges, edge.InEntry);
+        edge.SpareOut.splice(edge.SpareOut.end(), _nodes[edge.Tail].Gui.OutEdges(), edge.OutEntry);
+        edge.SpareIn.splice(edge.SpareIn.end(), _nodes[edge.Head].Gui.InEdges(), edge.InEntry);
         CountUse(edge, false);
     }
     Touch(edge.Tail);
@@ -286,16 +287,16 @@ void GraphStore::ReleaseEdge(std::size_t index) noexcept
 void GraphStore::CountUse(GraphEdge& edge, bool isUsed) noexcept
 {
     GraphNode& tail = _nodes[edge.Tail];
-    const std::int32_t output = tail.Gui->FindOutputPort(edge.Gui->TailPort);
+    const std::int32_t output = tail.Gui.FindOutputPort(edge.Gui->TailPort);
     if (output >= 0) {
         std::size_t& uses = tail.OutputUses[static_cast<std::size_t>(output)];
         isUsed ? ++uses : --uses;
-        tail.Gui->OutputPorts[static_cast<std::size_t>(output)].Connected = uses > 0;
+        tail.Gui.OutputPorts()[static_cast<std::size_t>(output)].Connected = uses > 0;
     }
-    GuiNode& head = *_nodes[edge.Head].Gui;
+    const PluginNode& head = _nodes[edge.Head].Gui;
     const std::int32_t input = head.FindInputPort(edge.Gui->HeadPort);
     if (input >= 0)
-        head.InputPorts[static_cast<std::size_t>(input)].Connected = isUsed;
+        head.InputPorts()[static_cast<std::size_t>(input)].Connected = isUsed;
 }
 
 void GraphStore::Touch(std::size_t node) noexcept

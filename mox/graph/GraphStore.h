@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/authoring/GuiNode.h"
+#include "mox/authoring/GuiEdge.h"
 #include "mox/document/MaterialDocument.h"
 #include "mox/graph/LinkTable.h"
 #include "mox/graph/NodeMaker.h"
@@ -25,7 +25,7 @@ class GraphStore;
 struct GraphNode
 {
     std::string Id;
-    boost::shared_ptr<Materials::GuiNode> Gui;
+    PluginNode Gui;
     bool IsPlaceholder = false; ///< stands for a type that no plug-in offers; it has no ports
     bool HasRefusedPorts =
         false; ///< its class could not build the ports that its properties ask for
@@ -68,7 +68,7 @@ struct GraphEdge
 private:
     friend class GraphStore;
 
-    using Entries = Materials::GuiNode::EdgeList;
+    using Entries = PluginNode::EdgeList;
 
     bool IsLoose = false; ///< kept here, since looking at both nodes is dear in a large graph
 

@@ -25,7 +25,7 @@ GraphChange MaterialGraph::AddNode(const std::string& id, const std::string& typ
                                    const std::string& before)
 {
     const MadeNode sample = _graph.Maker().Make(type, {_graph.File(), 0, id, {}});
-    const std::int32_t version = sample.IsPlaceholder ? 0 : sample.Gui->Properties->Version;
+    const std::int32_t version = sample.IsPlaceholder ? 0 : sample.Gui.Properties().Version;
     return Apply({{Host::AddNode{{id, type, version, {}, 0}, {}, before}}});
 }
 
@@ -55,7 +55,7 @@ GraphChange MaterialGraph::SetProperty(const std::string& node, const std::strin
                                        const std::string& value)
 {
     const Node& changed = Nodes()[FindNode(node, {_graph.File(), 0, {}, {}})];
-    const auto& index = changed.Gui->Properties->Index;
+    const auto& index = changed.Gui.Properties().Index;
     const auto& stored = changed.Stored.Properties;
     DocumentProperty setting{property, Materials::GuiPropertyKind::String, value};
     if (const auto known = index.find(property); known != index.end()) {

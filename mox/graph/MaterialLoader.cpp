@@ -4,7 +4,6 @@
 #include "mox/graph/EdgeRules.h"
 #include "mox/graph/GraphOrder.h"
 #include "mox/graph/StoredNode.h"
-#include "mox/host/LibraryCall.h"
 
 #include <algorithm>
 #include <string>
@@ -171,7 +170,7 @@ private:
     {
         const GraphNode& node = _graph.Nodes()[index];
         try {
-            CallLibrary(node.Where, [&] { node.Gui->UpdatePorts({}); });
+            node.Gui.UpdatePorts(node.Where);
         } catch (const HostError& error) {
             _portless.emplace(index, error);
             _graph.SetRefusedPorts(index, true);
@@ -204,8 +203,8 @@ private:
     void EmptyReferences(std::size_t index, const GraphNode& target)
     {
         const GraphNode& node = _graph.Nodes()[index];
-        for (const auto& property : node.Gui->Properties->Properties) {
-            if (property->Node == target.Gui)
+        for (const auto& property : node.Gui.Properties().Properties) {
+            if (property->Node == target.Gui.Handle())
                 property->Node.reset();
         }
         std::vector<DocumentProperty> stored = node.Stored.Properties;

@@ -1,6 +1,5 @@
 #include "mox/graph/MaterialSaver.h"
 
-#include "mox/ShaderError.h"
 #include "mox/graph/NodeSnapshot.h"
 #include "mox/graph/StoredNode.h"
 
@@ -19,7 +18,7 @@ class NodeSaver
 {
 public:
     NodeSaver(const GraphStore& graph, const GraphNode& node)
-        : _graph(graph), _node(node), _properties(node.Gui->Properties->Properties)
+        : _graph(graph), _node(node), _properties(node.Gui.Properties().Properties)
     {
         FindEdited();
     }
@@ -33,7 +32,7 @@ public:
             return saved;
         }
         if (!_node.IsPlaceholder)
-            saved.Version = _node.Gui->Properties->Version;
+            saved.Version = _node.Gui.Properties().Version;
         saved.Properties.clear();
         for (std::size_t i = 0; i < _properties.size(); ++i) {
             const DocumentProperty* stored = FindStored(_properties[i]->Name);
@@ -49,7 +48,7 @@ public:
             }
         }
         for (const DocumentProperty& stored : _node.Stored.Properties) {
-            if (!_node.Gui->Properties->Index.contains(stored.Name))
+            if (!_node.Gui.Properties().Index.contains(stored.Name))
                 saved.Properties.push_back(stored);
         }
         return saved;
@@ -60,7 +59,7 @@ private:
     void FindEdited()
     {
         const auto other = MakeAsStored(_graph, _node);
-        const auto& others = other->Properties->Properties;
+        const auto& others = other.Properties().Properties;
         _isEdited.resize(_properties.size());
         bool hasSettled = false;
         for (std::size_t i = 0; i < others.size(); ++i) {
@@ -75,8 +74,8 @@ private:
         if (!hasSettled)
             return;
         try {
-            other->UpdatePorts({});
-        } catch (const ShaderError&) {
+            other.UpdatePorts(_node.Where);
+        } catch (const HostError&) {
             return; // no help: all that differs is written
         }
         for (std::size_t i = 0; i < others.size(); ++i) {
@@ -97,8 +96,8 @@ private:
     /// The stored text, but for references: a stored id may mean another node by now.
     std::string ValueOf(const DocumentProperty& stored) const
     {
-        const auto property = _node.Gui->Properties->Index.find(stored.Name);
-        const bool isKnown = property != _node.Gui->Properties->Index.end();
+        const auto property = _node.Gui.Properties().Index.find(stored.Name);
+        const bool isKnown = property != _node.Gui.Properties().Index.end();
         if (stored.Kind == GuiPropertyKind::Node && isKnown)
             return _graph.IdOf(property->second->Node.get());
         return stored.Value;

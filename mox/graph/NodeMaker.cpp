@@ -6,7 +6,6 @@
 namespace Mox::Host {
 
 using Materials::Compose;
-using Materials::GuiNode;
 
 namespace {
 
@@ -15,21 +14,22 @@ constexpr const char* placeholderType = "CoreDefault";
 } // namespace
 
 NodeMaker::NodeMaker(const PluginSet& plugins)
-    : _factory([&plugins](const std::string& type) { return plugins.CreateNode(type); })
+    : _factory([&plugins](const std::string& type, const Place& where) {
+          return plugins.CreateNode(type, where);
+      })
 {}
 
 MadeNode NodeMaker::Make(const std::string& type, const Place& where) const
 {
-    auto node = CallLibrary(where, [&] { return _factory(type); });
+    auto node = CallLibrary(where, [&] { return _factory(type, where); });
     if (node)
         return {node, false};
     return {MakePlaceholder(type, where), true};
 }
 
-boost::shared_ptr<GuiNode> NodeMaker::MakePlaceholder(const std::string& type,
-                                                      const Place& where) const
+PluginNode NodeMaker::MakePlaceholder(const std::string& type, const Place& where) const
 {
-    auto node = CallLibrary(where, [&] { return _factory(placeholderType); });
+    auto node = CallLibrary(where, [&] { return _factory(placeholderType, where); });
     if (!node) {
         throw HostError(
             where, Compose("no plug-in offers the type \"", type, "\", nor a placeholder for it"));

@@ -1,10 +1,7 @@
 #pragma once
 
-#include "mox/authoring/GuiNode.h"
 #include "mox/host/HostError.h"
 #include "mox/host/PluginSet.h"
-
-#include <boost/shared_ptr.hpp>
 
 #include <functional>
 #include <string>
@@ -13,7 +10,7 @@ namespace Mox::Host {
 
 struct MadeNode
 {
-    boost::shared_ptr<Materials::GuiNode> Gui;
+    PluginNode Gui;
     bool IsPlaceholder = false; ///< stands for a type that nothing offers
 };
 
@@ -22,7 +19,7 @@ class NodeMaker
 {
 public:
     /// A new node of a type, or an empty handle if the type is not offered.
-    using Factory = std::function<boost::shared_ptr<Materials::GuiNode>(const std::string& type)>;
+    using Factory = std::function<PluginNode(const std::string& type, const Place& where)>;
 
     explicit NodeMaker(Factory factory) : _factory(std::move(factory)) {}
 
@@ -33,8 +30,7 @@ public:
     MadeNode Make(const std::string& type, const Place& where) const;
 
     /// @throws HostError if there is no placeholder
-    boost::shared_ptr<Materials::GuiNode> MakePlaceholder(const std::string& type,
-                                                          const Place& where) const;
+    PluginNode MakePlaceholder(const std::string& type, const Place& where) const;
 
 private:
     Factory _factory;

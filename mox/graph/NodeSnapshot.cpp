@@ -7,7 +7,6 @@
 
 namespace Mox::Host {
 
-using Materials::GuiNode;
 using Materials::GuiProperty;
 using Materials::GuiPropertyKind;
 
@@ -67,30 +66,30 @@ bool HaveSameValue(const GuiProperty& left, const GuiProperty& right)
     return false;
 }
 
-NodeSnapshot::NodeSnapshot(const boost::shared_ptr<GuiNode>& node)
-    : _node(node), _inputs(node->InputPorts), _outputs(node->OutputPorts)
+NodeSnapshot::NodeSnapshot(const PluginNode& node)
+    : _node(node), _inputs(node.InputPorts()), _outputs(node.OutputPorts())
 {
-    for (const auto& property : node->Properties->Properties)
+    for (const auto& property : node.Properties().Properties)
         _properties.push_back(Copy(*property));
-    std::copy(std::begin(node->ForegroundColour), std::end(node->ForegroundColour), _foreground);
-    std::copy(std::begin(node->BackgroundColour), std::end(node->BackgroundColour), _background);
+    std::copy(std::begin(node.ForegroundColour()), std::end(node.ForegroundColour()), _foreground);
+    std::copy(std::begin(node.BackgroundColour()), std::end(node.BackgroundColour()), _background);
 }
 
 void NodeSnapshot::Restore() noexcept
 {
     for (std::size_t i = 0; i < _properties.size(); ++i)
-        Exchange(*_node->Properties->Properties[i], *_properties[i]);
-    _node->InputPorts.swap(_inputs);
-    _node->OutputPorts.swap(_outputs);
-    std::copy(std::begin(_foreground), std::end(_foreground), _node->ForegroundColour);
-    std::copy(std::begin(_background), std::end(_background), _node->BackgroundColour);
+        Exchange(*_node.Properties().Properties[i], *_properties[i]);
+    _node.InputPorts().swap(_inputs);
+    _node.OutputPorts().swap(_outputs);
+    std::copy(std::begin(_foreground), std::end(_foreground), _node.ForegroundColour());
+    std::copy(std::begin(_background), std::end(_background), _node.BackgroundColour());
 }
 
 std::vector<boost::shared_ptr<GuiProperty>> NodeSnapshot::ChangedProperties() const
 {
     std::vector<boost::shared_ptr<GuiProperty>> changed;
     for (std::size_t i = 0; i < _properties.size(); ++i) {
-        if (!HaveSameValue(*_node->Properties->Properties[i], *_properties[i]))
+        if (!HaveSameValue(*_node.Properties().Properties[i], *_properties[i]))
             changed.push_back(_properties[i]);
     }
     return changed;

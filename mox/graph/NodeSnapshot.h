@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/authoring/GuiNode.h"
+#include "mox/host/PluginNode.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -17,7 +17,7 @@ bool HaveSameValue(const Materials::GuiProperty& left, const Materials::GuiPrope
 class NodeSnapshot
 {
 public:
-    explicit NodeSnapshot(const boost::shared_ptr<Materials::GuiNode>& node);
+    explicit NodeSnapshot(const PluginNode& node);
 
     /// Gives the node back what it had. Only once, since nothing is copied.
     void Restore() noexcept;
@@ -26,7 +26,7 @@ public:
     std::vector<boost::shared_ptr<Materials::GuiProperty>> ChangedProperties() const;
 
 private:
-    boost::shared_ptr<Materials::GuiNode> _node;
+    PluginNode _node;
     std::vector<boost::shared_ptr<Materials::GuiProperty>> _properties; ///< in the bag's order
     std::vector<Materials::GuiPort> _inputs;
     std::vector<Materials::GuiPort> _outputs;

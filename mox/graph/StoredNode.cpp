@@ -1,5 +1,6 @@
 #include "mox/graph/StoredNode.h"
 
+#include "mox/ShaderError.h"
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
 #include "mox/graph/NodeSnapshot.h"
@@ -13,7 +14,6 @@
 namespace Mox::Host {
 
 using Materials::Compose;
-using Materials::GuiNode;
 using Materials::GuiProperty;
 using Materials::GuiPropertyBag;
 using Materials::GuiPropertyKind;
@@ -43,7 +43,7 @@ bool Parse(const GraphStore& graph, GuiProperty& property, const DocumentPropert
         fail("unknown-node", Compose("there is no node \"", value.Value, "\""));
         return false;
     }
-    property.Node = graph.Nodes()[*target].Gui;
+    property.Node = graph.Nodes()[*target].Gui.Handle();
     return true;
 }
 
@@ -53,7 +53,7 @@ class StoredLoader
 public:
     StoredLoader(const GraphStore& graph, const GraphNode& node, const DocumentNode& stored,
                  ProblemList& problems)
-        : _graph(graph), _node(node), _gui(*node.Gui), _stored(stored), _problems(problems),
+        : _graph(graph), _node(node), _gui(node.Gui), _stored(stored), _problems(problems),
           _bag(boost::make_shared<GuiPropertyBag>())
     {
         _bag->Version = stored.Version;
@@ -92,7 +92,7 @@ private:
             fail("doubled-property", error.Message);
             return false;
         }
-        if (!_node.IsPlaceholder && !_gui.Properties->Index.contains(stored.Name)) {
+        if (!_node.IsPlaceholder && !_gui.Properties().Index.contains(stored.Name)) {
             _problems.Warn("unknown-property", PlaceOf(stored.Line),
                            Compose("the type \"", _stored.Type, "\" has no property \"",
                                    stored.Name, "\"; it is kept but has no effect"));
@@ -103,7 +103,7 @@ private:
     bool TryLoad()
     {
         try {
-            CallLibrary(PlaceOf(_stored.Line), [&] { _gui.LoadProperties(_bag); });
+            _gui.LoadProperties(PlaceOf(_stored.Line), _bag);
             return true;
         } catch (const HostError&) {
             return false;
@@ -113,9 +113,9 @@ private:
     /// A set that is refused as a whole is searched for the properties that are the cause.
     void LoadWhatFits()
     {
-        for (const auto& property : _gui.Properties->Properties) {
+        for (const auto& property : _gui.Properties().Properties) {
             const auto stored = _bag->Index.find(property->Name);
-            if (_bag->Version > _gui.Properties->Version || stored == _bag->Index.end())
+            if (_bag->Version > _gui.Properties().Version || stored == _bag->Index.end())
                 continue;
             try {
                 property->CopyFrom(stored->second);
@@ -124,7 +124,7 @@ private:
             }
         }
         try {
-            CallLibrary(PlaceOf(_stored.Line), [&] { _gui.LoadProperties(_bag); });
+            _gui.LoadProperties(PlaceOf(_stored.Line), _bag);
         } catch (const HostError& error) {
             _problems.Fail("properties-refused", error);
         }
@@ -146,7 +146,7 @@ private:
 
     const GraphStore& _graph;
     const GraphNode& _node;
-    GuiNode& _gui;
+    const PluginNode& _gui;
     const DocumentNode& _stored;
     ProblemList& _problems;
     boost::shared_ptr<GuiPropertyBag> _bag;
@@ -180,14 +180,14 @@ std::vector<DocumentProperty> LoadStored(const GraphStore& graph, const GraphNod
 {
     auto fitting = StoredLoader(graph, node, stored, problems).Load(values);
     for (const DocumentProperty& value : values) {
-        const auto property = node.Gui->Properties->Index.find(value.Name);
-        if (property != node.Gui->Properties->Index.end())
+        const auto property = node.Gui.Properties().Index.find(value.Name);
+        if (property != node.Gui.Properties().Index.end())
             SetFromDocument(graph, *property->second, value, node.Where, problems);
     }
     return fitting;
 }
 
-boost::shared_ptr<GuiNode> MakeAsStored(const GraphStore& graph, const GraphNode& node)
+PluginNode MakeAsStored(const GraphStore& graph, const GraphNode& node)
 {
     GraphNode copy;
     copy.Id = node.Id;
@@ -205,12 +205,12 @@ AddNode DescribeNode(const GraphStore& graph, std::size_t index)
     const GraphNode& node = graph.Nodes()[index];
     AddNode step{node.Stored, {}, {}};
     const auto asStored = MakeAsStored(graph, node);
-    for (std::size_t i = 0; i < asStored->Properties->Properties.size(); ++i) {
-        const GuiProperty& property = *node.Gui->Properties->Properties[i];
+    for (std::size_t i = 0; i < asStored.Properties().Properties.size(); ++i) {
+        const GuiProperty& property = *node.Gui.Properties().Properties[i];
         // The id in a stored reference may mean another node by now, or none.
         const bool isStoredReference = property.Kind == GuiPropertyKind::Node &&
                                        HasName(node.Stored.Properties, property.Name);
-        if (isStoredReference || !HaveSameValue(property, *asStored->Properties->Properties[i]))
+        if (isStoredReference || !HaveSameValue(property, *asStored.Properties().Properties[i]))
             step.Values.push_back(graph.Describe(property));
     }
     const std::size_t next = graph.Nodes().Next(index);

@@ -4,8 +4,6 @@
 #include "mox/graph/GraphStore.h"
 #include "mox/host/Problem.h"
 
-#include <boost/shared_ptr.hpp>
-
 #include <string>
 #include <vector>
 
@@ -29,7 +27,7 @@ std::vector<DocumentProperty> LoadStored(const GraphStore& graph, const GraphNod
 
 /// A new object with the stored properties of a node, before ports are built: what of the node
 /// differs from it was set since, or settled by the node itself.
-boost::shared_ptr<Materials::GuiNode> MakeAsStored(const GraphStore& graph, const GraphNode& node);
+PluginNode MakeAsStored(const GraphStore& graph, const GraphNode& node);
 
 /// The change that adds a node as it stands, at the place at which it stands.
 AddNode DescribeNode(const GraphStore& graph, std::size_t index);

@@ -2,12 +2,22 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace Mox::Host {
 
 /// Where in a material something is wrong. Empty fields and line 0 mean "not known" or "the whole".
 struct Place
 {
+    Place() = default;
+
+    /// What is left out is not known.
+    Place(std::string file, int line = 0, std::string node = {}, std::string port = {},
+          int column = 0)
+        : File(std::move(file)), Line(line), Node(std::move(node)), Port(std::move(port)),
+          Column(column)
+    {}
+
     std::string File;
     int Line = 0;     ///< 1-based
     std::string Node; ///< id of the node in the document

@@ -1,17 +1,20 @@
 #include "mox/host/Icon.h"
 
+#include "mox/Text.h"
 #include "mox/host/HostError.h"
 
 #include <X11/xpm.h>
 #include <array>
 #include <charconv>
 #include <memory>
+#include <sstream>
 #include <string_view>
 
 namespace Mox::Host {
 
 namespace {
 
+using Materials::Compose;
 using Rgba = std::array<std::uint8_t, 4>;
 
 /// "None" or "#RRGGBB".
@@ -26,13 +29,79 @@ Rgba ParseColour(std::string_view text)
             static_cast<std::uint8_t>(value), opaque};
 }
 
+struct XpmHeader
+{
+    std::size_t Width = 0;
+    std::size_t Height = 0;
+    std::size_t ColourCount = 0;
+    std::size_t KeyLength = 0;
+};
+
+XpmHeader ReadHeader(const std::string& row)
+{
+    constexpr std::size_t mostPixels = 1024; // on a side
+    constexpr std::size_t mostColours = 65536;
+    constexpr std::size_t longestKey = 4;
+    XpmHeader header;
+    std::istringstream stream(row);
+    stream >> header.Width >> header.Height >> header.ColourCount >> header.KeyLength;
+    const auto isWithin = [](std::size_t value, std::size_t most) {
+        return value > 0 && value <= most;
+    };
+    if (!stream || !(stream >> std::ws).eof() || !isWithin(header.Width, mostPixels) ||
+        !isWithin(header.Height, mostPixels) || !isWithin(header.ColourCount, mostColours) ||
+        !isWithin(header.KeyLength, longestKey)) {
+        throw HostError({}, Compose("the header of the icon is not width, height, number of "
+                                    "colours and length of keys, but \"",
+                                    row, "\""));
+    }
+    return header;
+}
+
+/// Whether a colour row has a colour for colour screens, "c" and a value, after its key.
+bool HasColour(const std::string& row, std::size_t keyLength)
+{
+    if (row.size() < keyLength)
+        return false;
+    std::istringstream stream(row.substr(keyLength));
+    for (std::string visual, value; stream >> visual >> value;) {
+        if (visual == "c")
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
-Picture DecodeXpm(const char* const* table)
+XpmTable CopyXpm(const char* const* table)
 {
+    XpmTable rows;
+    const auto copyRow = [&]() -> const std::string& {
+        const char* row = table[rows.size()];
+        if (!row)
+            throw HostError({}, Compose("row ", rows.size() + 1, " of the icon is null"));
+        return rows.emplace_back(row);
+    };
+    const XpmHeader header = ReadHeader(copyRow());
+    for (std::size_t i = 0; i < header.ColourCount; ++i) {
+        if (!HasColour(copyRow(), header.KeyLength))
+            throw HostError({}, Compose("row ", rows.size(), " of the icon has no colour"));
+    }
+    for (std::size_t i = 0; i < header.Height; ++i) {
+        if (copyRow().size() < header.Width * header.KeyLength)
+            throw HostError({}, Compose("row ", rows.size(), " of the icon is too short"));
+    }
+    return rows;
+}
+
+Picture DecodeXpm(const XpmTable& table)
+{
+    std::vector<char*> rows;
+    for (const std::string& row : table)
+        rows.push_back(
+            const_cast<char*>(row.c_str())); // libXpm only reads, but is older than const
     XpmImage image{};
-    // libXpm only reads the table, but its interface predates const.
-    if (XpmCreateXpmImageFromData(const_cast<char**>(table), &image, nullptr) != XpmSuccess)
+    if (XpmCreateXpmImageFromData(rows.data(), &image, nullptr) != XpmSuccess)
         throw HostError({}, "the icon is no XPM image");
     const std::unique_ptr<XpmImage, void (*)(XpmImage*)> owner(&image, XpmFreeXpmImage);
     Picture icon{image.width, image.height, {}};

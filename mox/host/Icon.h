@@ -2,11 +2,22 @@
 
 #include "mox/host/Picture.h"
 
+#include <string>
+#include <vector>
+
 namespace Mox::Host {
 
-/// Decodes an XPM table such as stands in a catalogue row. The table must be well-formed: its
-/// length is not known here.
-/// @throws HostError if it cannot be decoded
-Picture DecodeXpm(const char* const* table);
+/// The rows of an XPM image: header, colours, pixels.
+using XpmTable = std::vector<std::string>;
+
+/// Copies the icon of a catalogue row and checks that it can be decoded: a header of four numbers,
+/// every row that it promises, a colour in each colour row, and pixel rows of the full width. The
+/// length of the table itself is unknown here, so a table that has fewer rows than it promises and
+/// does not end with a null is read beyond its end.
+/// @throws HostError naming the row that is wrong
+XpmTable CopyXpm(const char* const* table);
+
+/// @throws HostError if the pixels use keys that the table does not define
+Picture DecodeXpm(const XpmTable& table);
 
 } // namespace Mox::Host

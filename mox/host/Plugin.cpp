@@ -2,10 +2,11 @@
 
 #include "mox/InterfaceVersion.h"
 #include "mox/Text.h"
-#include "mox/host/HostError.h"
+#include "mox/authoring/GuiNodeFactory.h"
 #include "mox/host/LibraryCall.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
+#include <libxml/xmlstring.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -16,15 +17,18 @@ namespace Mox::Host {
 namespace {
 
 using Materials::Compose;
+using Materials::GuiNode;
+using Materials::GuiNodeDescription;
+using Materials::GuiNodeFactory;
 using Materials::InterfaceVersion;
 
 /// Releases the node first and only then its library, in whose code the node's destructor lies.
 struct NodeRelease
 {
     boost::shared_ptr<boost::dll::shared_library> Library;
-    boost::shared_ptr<Materials::GuiNode> Node;
+    boost::shared_ptr<GuiNode> Node;
 
-    void operator()(Materials::GuiNode*) { Node.reset(); }
+    void operator()(GuiNode*) { Node.reset(); }
 };
 
 template <class Function>
@@ -36,11 +40,40 @@ Function& FindExport(const boost::dll::shared_library& library, const Place& whe
     return library.get<Function>(name);
 }
 
+/// What an exported function returns.
+template <class Result>
+Result CallExport(const boost::dll::shared_library& library, const Place& where, const char* name)
+{
+    auto& function = FindExport<Result()>(library, where, name);
+    try {
+        return function();
+    } catch (...) {
+        ThrowAsHostError(where, name);
+    }
+}
+
+PluginType CopyRow(const GuiNodeDescription& row, const Place& where)
+{
+    for (const auto& [text, field] :
+         {std::pair(&row.TypeName, "type name"), std::pair(&row.Library, "library"),
+          std::pair(&row.Label, "label")}) {
+        if (!xmlCheckUTF8(reinterpret_cast<const unsigned char*>(text->c_str()))) {
+            throw HostError(where, Compose("the ", field, " \"", *text, "\" is not UTF-8"));
+        }
+    }
+    try {
+        return {row.TypeName, row.Library, row.Label, row.Listed,
+                row.Icon ? CopyXpm(row.Icon) : XpmTable()};
+    } catch (const HostError& error) {
+        throw HostError(where, Compose("type \"", row.TypeName, "\": ", error.Message));
+    }
+}
+
 } // namespace
 
 Plugin::Plugin(const std::filesystem::path& file) : _file(file)
 {
-    const Place where{file.string(), 0, {}, {}};
+    const Place where(file.string());
     try {
         _library =
             boost::make_shared<boost::dll::shared_library>(file, boost::dll::load_mode::rtld_now);
@@ -48,37 +81,39 @@ Plugin::Plugin(const std::filesystem::path& file) : _file(file)
         throw HostError(where, Compose("cannot be loaded: ", error.what()));
     }
 
-    auto& getVersion = FindExport<std::int32_t()>(*_library, where, "GetMaterialLibVersion");
-    const std::int32_t version = CallLibrary(where, [&] { return getVersion(); });
+    const auto version = CallExport<std::int32_t>(*_library, where, "GetMaterialLibVersion");
     if (version != InterfaceVersion) {
         throw HostError(where, Compose("has interface version ", version, ", but version ",
                                        InterfaceVersion, " is needed"));
     }
-    auto& create = FindExport<Materials::GuiNodeFactory*()>(*_library, where, "CreateNodeFactory");
-    _factory.reset(CallLibrary(where, [&] { return create(); }));
+    _factory.reset(CallExport<GuiNodeFactory*>(*_library, where, "CreateNodeFactory"));
     if (!_factory)
         throw HostError(where, "gave no factory");
+    for (const GuiNodeDescription& row : _factory->Descriptions)
+        _types.push_back(CopyRow(row, where));
 }
 
-const std::vector<Materials::GuiNodeDescription>& Plugin::Descriptions() const
-{
-    return _factory->Descriptions;
-}
+Plugin::~Plugin() = default;
 
 bool Plugin::Offers(const std::string& typeName) const
 {
-    return std::any_of(Descriptions().begin(), Descriptions().end(),
-                       [&](const auto& row) { return row.TypeName == typeName; });
+    return std::any_of(_types.begin(), _types.end(),
+                       [&](const PluginType& type) { return type.TypeName == typeName; });
 }
 
-boost::shared_ptr<Materials::GuiNode> Plugin::CreateNode(const std::string& typeName) const
+PluginNode Plugin::CreateNode(const std::string& typeName, const Place& where) const
 {
-    boost::shared_ptr<Materials::GuiNode> node = _factory->Create(typeName);
-    if (!node) {
-        throw ShaderError(Compose("the plug-in gave no node of the type \"", typeName, "\""));
+    boost::shared_ptr<GuiNode> node;
+    try {
+        node = _factory->Create(typeName);
+    } catch (...) {
+        ThrowAsHostError(where, Compose("Create of the type \"", typeName, "\""));
     }
-    Materials::GuiNode* address = node.get();
-    return {address, NodeRelease{_library, std::move(node)}};
+    if (!node) {
+        throw HostError(where, Compose("the plug-in gave no node of the type \"", typeName, "\""));
+    }
+    GuiNode* address = node.get();
+    return PluginNode({address, NodeRelease{_library, std::move(node)}}, where);
 }
 
 } // namespace Mox::Host

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "mox/authoring/GuiNodeFactory.h"
+#include "mox/host/Icon.h"
+#include "mox/host/PluginNode.h"
 
 #include <boost/dll/shared_library.hpp>
 #include <boost/shared_ptr.hpp>
@@ -10,39 +11,58 @@
 #include <string>
 #include <vector>
 
+namespace Mox::Materials {
+
+class GuiNodeFactory;
+
+} // namespace Mox::Materials
+
 namespace Mox::Host {
+
+/// A node type that a plug-in offers. The texts are UTF-8.
+struct PluginType
+{
+    std::string TypeName;
+    std::string Library; ///< name of the library that supplies the type
+    std::string Label;   ///< text that hosts show for the type
+    bool Listed = true;  ///< whether hosts offer the type to the user
+    XpmTable Icon;       ///< empty if the type has none
+};
 
 /// A loaded plug-in with its factory.
 ///
 /// Its library stays loaded as long as this object or any node that it created lives: each node
-/// handle carries the library along. Errors need no such care, since their code lies in
-/// mox_materials.
+/// handle carries the library along.
 class Plugin
 {
 public:
-    /// Loads a plug-in, checks its interface version and creates its factory.
+    /// Loads a plug-in, checks its interface version, creates its factory, and copies and checks
+    /// its catalogue.
     /// @throws HostError naming the file, if any of that fails
     explicit Plugin(const std::filesystem::path& file);
 
-    // Assignment would let the old library go ahead of its factory.
+    // Assignment would let the old library go before its factory.
     Plugin(const Plugin&) = delete;
     Plugin& operator=(const Plugin&) = delete;
+    ~Plugin();
 
     const std::filesystem::path& File() const { return _file; }
 
-    /// The catalogue. Icons point into the library.
-    const std::vector<Materials::GuiNodeDescription>& Descriptions() const;
+    /// The catalogue, in the order of the plug-in.
+    const std::vector<PluginType>& Types() const { return _types; }
 
     bool Offers(const std::string& typeName) const;
 
     /// A new node that keeps the library loaded.
-    /// @throws ShaderError if the factory cannot create the type or gives nothing
-    boost::shared_ptr<Materials::GuiNode> CreateNode(const std::string& typeName) const;
+    /// @param where the place of the node in its document, for failures
+    /// @throws HostError if the factory cannot create the type or returns nothing
+    PluginNode CreateNode(const std::string& typeName, const Place& where = {}) const;
 
 private:
     std::filesystem::path _file;
     boost::shared_ptr<boost::dll::shared_library> _library;
-    std::unique_ptr<Materials::GuiNodeFactory> _factory; ///< behind _library, so destroyed first
+    std::unique_ptr<Materials::GuiNodeFactory> _factory; ///< after _library, so destroyed first
+    std::vector<PluginType> _types;
 };
 
 } // namespace Mox::Host

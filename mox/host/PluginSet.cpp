@@ -23,7 +23,7 @@ void PluginSet::LoadFolder(const std::filesystem::path& folder)
             files.push_back(entry.path());
     }
     if (error) {
-        throw HostError({folder.string(), 0, {}, {}},
+        throw HostError(Place(folder.string()),
                         Materials::Compose("cannot be searched for plug-ins: ", error.message()));
     }
     std::sort(files.begin(), files.end());
@@ -31,11 +31,11 @@ void PluginSet::LoadFolder(const std::filesystem::path& folder)
         Load(file);
 }
 
-boost::shared_ptr<Materials::GuiNode> PluginSet::CreateNode(const std::string& typeName) const
+PluginNode PluginSet::CreateNode(const std::string& typeName, const Place& where) const
 {
     for (const Plugin& plugin : _plugins) {
         if (plugin.Offers(typeName))
-            return plugin.CreateNode(typeName);
+            return plugin.CreateNode(typeName, where);
     }
     return {};
 }

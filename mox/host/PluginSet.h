@@ -25,9 +25,10 @@ public:
     const std::list<Plugin>& Plugins() const { return _plugins; }
 
     /// A new node of a type.
+    /// @param where the place of the node in its document, for failures
     /// @returns an empty handle if no plug-in offers the type
-    /// @throws ShaderError if the node's construction fails
-    boost::shared_ptr<Materials::GuiNode> CreateNode(const std::string& typeName) const;
+    /// @throws HostError if the node's construction fails
+    PluginNode CreateNode(const std::string& typeName, const Place& where = {}) const;
 
 private:
     std::list<Plugin> _plugins;

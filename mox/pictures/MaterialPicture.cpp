@@ -1,5 +1,6 @@
 #include "mox/pictures/MaterialPicture.h"
 
+#include "mox/ShaderError.h"
 #include "mox/Text.h"
 #include "mox/host/Icon.h"
 #include "mox/pictures/DotText.h"
@@ -84,8 +85,8 @@ std::size_t FindOrAddPort(std::vector<DrawnPort>& ports, const std::string& name
 std::string TitleOf(const MaterialGraph::Node& node)
 {
     try {
-        return node.Gui->GetTitle();
-    } catch (const ShaderError&) {
+        return node.Gui.GetTitle(node.Where);
+    } catch (const HostError&) {
         return node.Id;
     }
 }
@@ -98,10 +99,10 @@ public:
         : _graph(graph), _marks(problems), _images(images)
     {
         for (const MaterialGraph::Node& node : graph.Nodes()) {
-            _index.emplace(node.Gui.get(), _nodes.size());
+            _index.emplace(node.Gui.Handle().get(), _nodes.size());
             _nodes.push_back({Compose("n", _nodes.size() + 1), &node,
-                              DrawnPortsOf(node.Gui->InputPorts),
-                              DrawnPortsOf(node.Gui->OutputPorts)});
+                              DrawnPortsOf(node.Gui.InputPorts()),
+                              DrawnPortsOf(node.Gui.OutputPorts())});
         }
     }
 
@@ -147,7 +148,7 @@ private:
     std::string DrawReferences(const DrawnNode& node)
     {
         std::string lines;
-        for (const auto& property : node.Node->Gui->Properties->Properties) {
+        for (const auto& property : node.Node->Gui.Properties().Properties) {
             const DrawnNode* target = Find(property->Node.get());
             if (!target)
                 continue;
@@ -177,13 +178,13 @@ private:
 
     std::string DrawNode(const DrawnNode& node)
     {
-        const GuiNode& gui = *node.Node->Gui;
+        const PluginNode& gui = node.Node->Gui;
         const ProblemMark& mark = _marks.OfNode(node.Node->Id);
         const Colour background = BackgroundOf(gui);
         const Colour line =
             mark.IsProblem ? LineColourOf(mark.Level) : Mix(background, {0, 0, 0}, lineShare);
         std::string tooltip = gui.Describe();
-        if (const std::string& text = gui.Description->Text; !text.empty())
+        if (const std::string& text = gui.Description(); !text.empty())
             tooltip += "\n" + text;
         if (mark.IsProblem)
             tooltip += "\n" + mark.Text;
@@ -206,14 +207,14 @@ private:
 
     std::string DrawHeader(const DrawnNode& node)
     {
-        const GuiNode& gui = *node.Node->Gui;
+        const PluginNode& gui = node.Node->Gui;
         const Colour text = TextColourOf(gui);
         const Colour muted = MutedColourOf(gui);
         // Room to spare is shared out among the columns: these keep icon and title together.
         constexpr const char* filler = "<TD COLSPAN=\"12\"></TD>";
         std::string id = EscapeLabel(Shorten(node.Node->Id, maxNameLength));
         if (node.Node->IsPlaceholder)
-            id += Compose(" (", EscapeLabel(Shorten(gui.GetType(), maxNameLength)), ")");
+            id += Compose(" (", EscapeLabel(Shorten(gui.Type(), maxNameLength)), ")");
         const std::string title = EscapeLabel(Shorten(TitleOf(*node.Node), maxNameLength));
         return Compose("<TR><TD COLSPAN=\"3\" ALIGN=\"LEFT\"><TABLE BORDER=\"0\" CELLBORDER=\"0\" "
                        "CELLSPACING=\"0\" CELLPADDING=\"2\"><TR>",
@@ -247,7 +248,7 @@ private:
             return "<TD></TD>";
         const DrawnPort& port = ports[index];
         const ProblemMark mark = MarkOf(node, port);
-        const GuiNode& gui = *node.Node->Gui;
+        const PluginNode& gui = node.Node->Gui;
         const Colour text = mark.IsProblem ? LineColourOf(mark.Level) : TextColourOf(gui);
         const Colour muted = mark.IsProblem ? LineColourOf(mark.Level) : MutedColourOf(gui);
         const std::string pin = port.IsConnected ? "●" : "○";
@@ -268,19 +269,19 @@ private:
     }
 
     /// The background as it looks on a white page.
-    static Colour BackgroundOf(const GuiNode& node)
+    static Colour BackgroundOf(const PluginNode& node)
     {
-        const float* colour = node.BackgroundColour;
+        const float* colour = node.BackgroundColour();
         return Mix({1, 1, 1}, {colour[0], colour[1], colour[2]}, std::clamp(colour[3], 0.0f, 1.0f));
     }
 
-    static Colour TextColourOf(const GuiNode& node)
+    static Colour TextColourOf(const PluginNode& node)
     {
-        const float* colour = node.ForegroundColour;
+        const float* colour = node.ForegroundColour();
         return ReadableOn(BackgroundOf(node), {colour[0], colour[1], colour[2]});
     }
 
-    static Colour MutedColourOf(const GuiNode& node)
+    static Colour MutedColourOf(const PluginNode& node)
     {
         return ReadableOn(BackgroundOf(node),
                           Mix(TextColourOf(node), BackgroundOf(node), mutedShare));
@@ -298,16 +299,16 @@ private:
 
 std::map<std::string, Picture> IconsOfNodes(const MaterialGraph& graph, const PluginSet& plugins)
 {
-    std::unordered_map<std::string, const char* const*> tables;
+    std::unordered_map<std::string, const XpmTable*> tables;
     for (const Plugin& plugin : plugins.Plugins()) {
-        for (const auto& row : plugin.Descriptions())
-            tables.emplace(row.TypeName, row.Icon);
+        for (const PluginType& type : plugin.Types())
+            tables.emplace(type.TypeName, &type.Icon);
     }
     std::map<std::string, Picture> icons;
     for (const MaterialGraph::Node& node : graph.Nodes()) {
-        const auto table = tables.find(node.Gui->GetType());
-        if (table != tables.end() && table->second)
-            icons.emplace(node.Id, DecodeXpm(table->second));
+        const auto table = tables.find(node.Gui.Type());
+        if (table != tables.end() && !table->second->empty())
+            icons.emplace(node.Id, DecodeXpm(*table->second));
     }
     return icons;
 }

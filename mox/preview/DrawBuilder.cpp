@@ -1,7 +1,6 @@
 #include "mox/preview/DrawBuilder.h"
 
 #include "mox/Text.h"
-#include "mox/bindings/TextureBinding.h"
 #include "mox/preview/MeshStreams.h"
 
 #include <algorithm>
@@ -13,7 +12,6 @@ namespace Mox::Host {
 
 namespace {
 
-using Materials::Binding;
 using Materials::Compose;
 
 constexpr const char* streamRule = "preview-stream";
@@ -34,15 +32,17 @@ DrawShader TakeShader(const CompiledProgram& program, ProgramStage stage)
 
 MeshStream ReadStream(const StageVariable& input, const DrawSources& sources)
 {
-    const Binding* binding = sources.Bindings ? sources.Bindings->FindStream(input.Name) : nullptr;
+    const PluginBinding* binding =
+        sources.Bindings ? sources.Bindings->FindStream(input.Name) : nullptr;
     return binding ? ReadBoundStream(sources.Geometry, *binding)
                    : ReadNamedStream(sources.Geometry, input.Name);
 }
 
 std::vector<TextureImage> LoadLevels(const SamplerSlot& slot, const DrawSources& sources)
 {
-    const Binding* found = sources.Bindings ? sources.Bindings->FindTexture(slot.Name) : nullptr;
-    const auto* binding = dynamic_cast<const Materials::TextureBinding*>(found);
+    const PluginBinding* found =
+        sources.Bindings ? sources.Bindings->FindTexture(slot.Name) : nullptr;
+    const auto binding = found ? found->Texture() : std::nullopt;
     if (!binding) {
         throw HostError({}, Compose("the environment asks for the texture \"", slot.Name,
                                     "\", which a preview does not have"));
@@ -58,7 +58,7 @@ std::vector<TextureImage> LoadLevels(const SamplerSlot& slot, const DrawSources&
 std::vector<float> FindValues(const std::string& name, const PreviewBindings* bindings,
                               const UniformValues& scene)
 {
-    if (const Binding* binding = bindings ? bindings->FindFloat(name) : nullptr) {
+    if (const PluginBinding* binding = bindings ? bindings->FindFloat(name) : nullptr) {
         std::vector<float> values;
         for (std::uint32_t i = 0; i < binding->GetCount(); ++i)
             values.push_back(binding->GetDefault(i));

@@ -11,8 +11,6 @@
 #include "mox/preview/Renderer.h"
 #include "mox/program/MaterialProgram.h"
 
-#include <boost/smart_ptr/make_shared.hpp>
-
 #include <algorithm>
 
 namespace Mox::Host {
@@ -41,9 +39,9 @@ public:
                const ProgramCompiler& compiler, const MaterialDocument& document,
                const PreviewOptions& options, ProblemList& problems)
         : _compiler(compiler), _environment(environment), _document(document), _options(options),
-          _problems(problems), _maker([&plugins](const std::string& type) {
-              return type == NodeProbe::TypeName() ? boost::make_shared<NodeProbe>()
-                                                   : plugins.CreateNode(type);
+          _problems(problems), _maker([&plugins](const std::string& type, const Place& where) {
+              return type == NodeProbe::TypeName() ? NodeProbe::Create(where)
+                                                   : plugins.CreateNode(type, where);
           })
     {}
 
@@ -69,9 +67,9 @@ private:
         const GraphNode& node = graph.Nodes()[graph.FindNode(output.Node, {})];
         std::string port = output.Port;
         if (port.empty()) {
-            if (node.Gui->OutputPorts.empty())
+            if (node.Gui.OutputPorts().empty())
                 throw HostError(node.Where, "the node has no output that could be shown");
-            port = node.Gui->OutputPorts.front().Name;
+            port = node.Gui.OutputPorts().front().Name;
         }
         std::string id = NodeProbe::TypeName();
         while (graph.Store().FindNode(id))

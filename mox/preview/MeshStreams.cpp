@@ -1,9 +1,8 @@
 #include "mox/preview/MeshStreams.h"
 
 #include "mox/Text.h"
-#include "mox/bindings/FloatBinding.h"
+#include "mox/bindings/FloatList.h"
 #include "mox/document/PropertyText.h"
-#include "mox/host/HostError.h"
 
 #include <glm/gtc/type_ptr.hpp>
 #include <string_view>
@@ -12,7 +11,6 @@ namespace Mox::Host {
 
 namespace {
 
-using Materials::Binding;
 using Materials::Compose;
 using Materials::StreamType;
 
@@ -92,26 +90,22 @@ std::size_t ComponentOf(char letter)
 
 } // namespace
 
-MeshStream ReadBoundStream(const Mesh& mesh, const Binding& binding)
+MeshStream ReadBoundStream(const Mesh& mesh, const PluginBinding& binding)
 {
     const std::string value = binding.GetDefaultText();
     MeshStream stream = Require(
-        ReadStream(mesh, binding.streamType, NumberAtEnd(value.empty() ? binding.tag : value)),
+        ReadStream(mesh, binding.Stream(), NumberAtEnd(value.empty() ? binding.Tag() : value)),
         mesh,
-        Compose(DescribeStream(binding.GetStreamTypeName()), ", which the material reads as \"",
-                binding.tag, "\""));
-    ApplyModifiers(binding.datasetModifiers, stream);
+        Compose(DescribeStream(binding.StreamName()), ", which the material reads as \"",
+                binding.Tag(), "\""));
+    ApplyModifiers(binding.DatasetModifiers(), stream);
     return stream;
 }
 
 MeshStream ReadNamedStream(const Mesh& mesh, const std::string& name)
 {
-    for (const StreamType type : {StreamType::Position, StreamType::Normal, StreamType::Uv,
-                                  StreamType::Tangent, StreamType::Binormal, StreamType::Colour}) {
-        if (Binding(type, {}, 1).GetStreamTypeName() == name)
-            return Require(ReadStream(mesh, type, 0), mesh, DescribeStream(name));
-    }
-    return Require({}, mesh, DescribeStream(name));
+    const auto type = ParseStreamType(name);
+    return Require(type ? ReadStream(mesh, *type, 0) : MeshStream(), mesh, DescribeStream(name));
 }
 
 void ApplyModifiers(const std::string& modifiers, MeshStream& stream)

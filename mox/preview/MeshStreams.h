@@ -1,7 +1,7 @@
 #pragma once
 
-#include "mox/bindings/Binding.h"
 #include "mox/decode/Mesh.h"
+#include "mox/host/PluginBinding.h"
 
 #include <cstdint>
 #include <string>
@@ -20,7 +20,7 @@ struct MeshStream
 /// it is the one whose number stands at the end of the binding's value, or else of its name; the
 /// first one if there is no such set. The binding's dataset modifiers are applied.
 /// @throws HostError if the mesh has no such stream, or if a modifier is unknown
-MeshStream ReadBoundStream(const Mesh& mesh, const Materials::Binding& binding);
+MeshStream ReadBoundStream(const Mesh& mesh, const PluginBinding& binding);
 
 /// What a mesh holds for a vertex input of the environment, by its word: "position", "normal",
 /// "uv", "tangent", "binormal" or "colour".

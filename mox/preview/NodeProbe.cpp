@@ -1,9 +1,12 @@
 #include "mox/preview/NodeProbe.h"
 
 #include "mox/Text.h"
+#include "mox/authoring/GuiNode.h"
 #include "mox/host/HostError.h"
 #include "mox/shader/ShaderFunctionBuilder.h"
 #include "mox/shader/ShaderGraphGenerator.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
 #include <map>
@@ -14,6 +17,7 @@ namespace Mox::Host {
 namespace {
 
 using Materials::Compose;
+using Materials::GuiNode;
 using Materials::GuiPort;
 
 constexpr const char* inputPort = "in_value";
@@ -55,6 +59,32 @@ const char* BodyOf(std::int32_t count)
         return "\tout_value = in_value.xyz;\n";
     }
 }
+
+class ProbeNode : public GuiNode
+{
+public:
+    ProbeNode() : GuiNode(NodeProbe::TypeName())
+    {
+        InputPorts.emplace_back(inputPort, "value");
+        InputPorts.back().SetPrecision(ComponentType::Float);
+    }
+
+    void GenerateShader(ShaderGraphGenerator& generator) override
+    {
+        const GuiPort& port = GetInputPort(inputPort);
+        ShaderFunctionBuilder builder;
+        builder.AddInputPort(port);
+        builder.AddOutput(colourType, outputPort);
+        builder.AppendCode(BodyOf(port.GetComponentCount()));
+        const ShaderNodeHandle function = builder.Build(ShaderLevel::Automatic, "probeCode");
+        const ShaderNodeHandle parameter =
+            ShaderNode::CreateInterfaceParameter(parameterName, parameterFlags, colourType);
+        generator.AddNode(function);
+        generator.AddNode(parameter);
+        generator.Connect(function, outputPort, parameter, "write");
+        RegisterEdges(generator, function);
+    }
+};
 
 } // namespace
 
@@ -98,26 +128,9 @@ const char* NodeProbe::PortName()
     return inputPort;
 }
 
-NodeProbe::NodeProbe() : GuiNode(TypeName())
+PluginNode NodeProbe::Create(const Place& where)
 {
-    InputPorts.emplace_back(inputPort, "value");
-    InputPorts.back().SetPrecision(ComponentType::Float);
-}
-
-void NodeProbe::GenerateShader(ShaderGraphGenerator& generator)
-{
-    const GuiPort& port = GetInputPort(inputPort);
-    ShaderFunctionBuilder builder;
-    builder.AddInputPort(port);
-    builder.AddOutput(colourType, outputPort);
-    builder.AppendCode(BodyOf(port.GetComponentCount()));
-    const ShaderNodeHandle function = builder.Build(ShaderLevel::Automatic, "probeCode");
-    const ShaderNodeHandle parameter =
-        ShaderNode::CreateInterfaceParameter(parameterName, parameterFlags, colourType);
-    generator.AddNode(function);
-    generator.AddNode(parameter);
-    generator.Connect(function, outputPort, parameter, "write");
-    RegisterEdges(generator, function);
+    return PluginNode(boost::make_shared<ProbeNode>(), where);
 }
 
 Environment MakeProbeEnvironment(Environment environment)

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "mox/authoring/GuiNode.h"
 #include "mox/document/MaterialDocument.h"
+#include "mox/host/PluginNode.h"
 #include "mox/program/Environment.h"
 
 namespace Mox::Host {
@@ -24,15 +24,12 @@ MaterialDocument CutUpstream(const MaterialDocument& document, const std::string
 /// The end of a material that shows what a node puts out: hands it as a colour to the environment
 /// of MakeProbeEnvironment. One component becomes grey, two red and green, and of four the first
 /// three count.
-class NodeProbe : public Materials::GuiNode
+struct NodeProbe
 {
-public:
     static const char* TypeName();
     static const char* PortName(); ///< of the one input
 
-    NodeProbe();
-
-    void GenerateShader(ShaderGraphGenerator& generator) override;
+    static PluginNode Create(const Place& where);
 };
 
 /// An environment in which a surface has the colour of a probe, without any light.

@@ -12,27 +12,27 @@ namespace Mox::Host {
 
 namespace {
 
-using Materials::Binding;
 using Materials::Compose;
 using Materials::StreamType;
 
 template <class Matches>
-const Binding* Find(const Materials::Material& material, const std::string& name, Matches matches)
+const PluginBinding* Find(const std::vector<PluginBinding>& bindings, const std::string& name,
+                          Matches matches)
 {
-    for (const auto& binding : material.Bindings) {
-        if (binding->tag == name && matches(binding->streamType))
-            return binding.get();
+    for (const PluginBinding& binding : bindings) {
+        if (binding.Tag() == name && matches(binding.Stream()))
+            return &binding;
     }
     return nullptr;
 }
 
-void SetValue(Binding& binding, const std::string& value)
+void SetValue(const PluginBinding& binding, const std::string& value)
 {
-    if (binding.streamType == StreamType::Float) {
+    if (binding.Stream() == StreamType::Float) {
         const auto numbers = ParseNumbers(value);
         if (!numbers || numbers->size() > binding.GetCount()) {
             throw HostError({},
-                            Compose("\"", value, "\" is no value for \"", binding.tag,
+                            Compose("\"", value, "\" is no value for \"", binding.Tag(),
                                     "\", which takes numbers with commas between them, at most ",
                                     binding.GetCount()));
         }
@@ -60,43 +60,43 @@ std::optional<std::vector<float>> ParseNumbers(std::string_view text)
     return numbers;
 }
 
-PreviewBindings::PreviewBindings(const MaterialGraph& graph) : _material(CreateBindings(graph))
+PreviewBindings::PreviewBindings(const MaterialGraph& graph) : _bindings(CreateBindings(graph))
 {}
 
 bool PreviewBindings::Set(const std::string& name, const std::string& value)
 {
     bool isKnown = false;
-    for (const auto& binding : _material->Bindings) {
-        if (binding->tag != name)
+    for (const PluginBinding& binding : _bindings) {
+        if (binding.Tag() != name)
             continue;
-        SetValue(*binding, value);
+        SetValue(binding, value);
         isKnown = true;
     }
     return isKnown;
 }
 
-const Binding* PreviewBindings::FindStream(const std::string& name) const
+const PluginBinding* PreviewBindings::FindStream(const std::string& name) const
 {
-    return Find(*_material, name, [](StreamType type) {
+    return Find(_bindings, name, [](StreamType type) {
         return type != StreamType::Texture && type != StreamType::Float;
     });
 }
 
-const Binding* PreviewBindings::FindTexture(const std::string& name) const
+const PluginBinding* PreviewBindings::FindTexture(const std::string& name) const
 {
-    return Find(*_material, name, [](StreamType type) { return type == StreamType::Texture; });
+    return Find(_bindings, name, [](StreamType type) { return type == StreamType::Texture; });
 }
 
-const Binding* PreviewBindings::FindFloat(const std::string& name) const
+const PluginBinding* PreviewBindings::FindFloat(const std::string& name) const
 {
-    return Find(*_material, name, [](StreamType type) { return type == StreamType::Float; });
+    return Find(_bindings, name, [](StreamType type) { return type == StreamType::Float; });
 }
 
 std::string PreviewBindings::ListNames() const
 {
     std::set<std::string> names;
-    for (const auto& binding : _material->Bindings)
-        names.insert(binding->tag);
+    for (const PluginBinding& binding : _bindings)
+        names.insert(binding.Tag());
     std::string text;
     for (const std::string& name : names)
         text += Compose(text.empty() ? "\"" : ", \"", name, "\"");

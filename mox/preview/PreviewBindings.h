@@ -1,9 +1,6 @@
 #pragma once
 
-#include "mox/bindings/Material.h"
 #include "mox/graph/MaterialGraph.h"
-
-#include <boost/shared_ptr.hpp>
 
 #include <optional>
 #include <string>
@@ -32,15 +29,15 @@ public:
     bool Set(const std::string& name, const std::string& value);
 
     /// The binding of a vertex stream, of a texture, or of a uniform; or null.
-    const Materials::Binding* FindStream(const std::string& name) const;
-    const Materials::Binding* FindTexture(const std::string& name) const;
-    const Materials::Binding* FindFloat(const std::string& name) const;
+    const PluginBinding* FindStream(const std::string& name) const;
+    const PluginBinding* FindTexture(const std::string& name) const;
+    const PluginBinding* FindFloat(const std::string& name) const;
 
     /// The names in quotes, with commas between them.
     std::string ListNames() const;
 
 private:
-    boost::shared_ptr<Materials::Material> _material;
+    std::vector<PluginBinding> _bindings;
 };
 
 } // namespace Mox::Host

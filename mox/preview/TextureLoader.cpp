@@ -12,9 +12,9 @@ namespace {
 
 using Materials::Compose;
 
-TextureImage MakeStandIn(const Materials::TextureBinding& binding)
+TextureImage MakeStandIn(const TextureSettings& binding)
 {
-    const bool isNormal = binding.usageHint == "Normal" || binding.usageHint == "DXT5 Normal";
+    const bool isNormal = binding.UsageHint == "Normal" || binding.UsageHint == "DXT5 Normal";
     return isNormal ? MakeFlatNormalImage() : MakeCheckerImage();
 }
 
@@ -25,16 +25,16 @@ TextureLoader::TextureLoader(FileDecoder& files, std::filesystem::path folder,
     : _files(files), _folder(std::move(folder)), _deviceSide(deviceSide), _problems(problems)
 {}
 
-std::vector<TextureImage> TextureLoader::Load(const Materials::TextureBinding& binding)
+std::vector<TextureImage> TextureLoader::Load(const TextureSettings& binding)
 {
-    if (!binding.value.empty()) {
+    if (!binding.File.empty()) {
         try {
-            return MakeMipLevels(Read(_folder / binding.value), binding.srgb);
+            return MakeMipLevels(Read(_folder / binding.File), binding.IsSrgb);
         } catch (const HostError& error) {
             _problems.Warn("preview-texture", error.Where, error.Message);
         }
     }
-    return MakeMipLevels(MakeStandIn(binding), binding.srgb);
+    return MakeMipLevels(MakeStandIn(binding), binding.IsSrgb);
 }
 
 TextureImage TextureLoader::Read(const std::filesystem::path& file)

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "mox/bindings/TextureBinding.h"
 #include "mox/decode/FileDecoder.h"
+#include "mox/host/PluginBinding.h"
 #include "mox/host/Problem.h"
 #include "mox/preview/TextureLevels.h"
 
@@ -24,7 +24,7 @@ public:
                   ProblemList& problems);
 
     /// The file that the binding names, with its smaller levels, or a stand-in.
-    std::vector<TextureImage> Load(const Materials::TextureBinding& binding);
+    std::vector<TextureImage> Load(const TextureSettings& binding);
 
 private:
     TextureImage Read(const std::filesystem::path& file);

@@ -18,13 +18,13 @@ void WarnOfSecondEnds(const MaterialGraph& graph, ProblemList& problems)
 {
     std::map<std::string, std::string> firstEnds; // ids by type
     for (const MaterialGraph::Node& node : graph.Nodes()) {
-        const auto& inputs = node.Gui->InputPorts;
-        const bool isEnd = node.Gui->OutputPorts.empty() &&
+        const auto& inputs = node.Gui.InputPorts();
+        const bool isEnd = node.Gui.OutputPorts().empty() &&
                            std::any_of(inputs.begin(), inputs.end(),
                                        [](const auto& port) { return port.Connected; });
         if (!isEnd || node.IsPlaceholder)
             continue;
-        const auto [first, isNew] = firstEnds.emplace(node.Gui->GetType(), node.Id);
+        const auto [first, isNew] = firstEnds.emplace(node.Gui.Type(), node.Id);
         if (!isNew) {
             problems.Warn(
                 "two-ends", node.Where,

@@ -14,7 +14,6 @@ namespace Mox::Host {
 namespace {
 
 using Materials::Compose;
-using Materials::GuiNode;
 
 /// Keeps the entries of an edge list away from an operation that would walk them to see whether its
 /// edge is among them, and puts them back in front. The edges of a graph that only grows are alive,
@@ -48,13 +47,13 @@ public:
         for (auto entry = _graph.Nodes().begin(); entry != _graph.Nodes().end(); ++entry) {
             const MaterialGraph::Node& node = *entry;
             try {
-                CallLibrary(node.Where, [&] { node.Gui->GenerateShader(_generator); });
+                node.Gui.GenerateShader(node.Where, _generator);
             } catch (const HostError& error) {
                 if (!MissesPlaceholder(entry.Index()))
                     _problems.Fail("node-failed", error.Where, names.Translate(error.Message));
-                _failed.insert(node.Gui.get());
+                _failed.insert(entry.Index());
             }
-            NoteOrigins(node.Id, node.Gui->GetType());
+            NoteOrigins(node.Id, node.Gui.Type());
         }
         JoinEdges();
     }
@@ -71,7 +70,7 @@ private:
     /// Whether an edge of the node joins nothing for the sake of a placeholder, which is told.
     bool MissesPlaceholder(std::size_t node) const
     {
-        const auto& inputs = _graph.Nodes()[node].Gui->InputPorts;
+        const auto& inputs = _graph.Nodes()[node].Gui.InputPorts();
         return std::any_of(inputs.begin(), inputs.end(), [&](const Materials::GuiPort& port) {
             return _graph.Store().HasLooseEdge(node, port.Name);
         });
@@ -95,7 +94,7 @@ private:
             const auto record = _generator.EdgeMap.find(edge.Gui);
             if (record == _generator.EdgeMap.end())
                 continue;
-            const GuiNode& head = *_graph.Nodes()[edge.Head].Gui;
+            const PluginNode& head = _graph.Nodes()[edge.Head].Gui;
             joins.push_back({positions[edge.Head], head.FindInputPort(edge.Gui->HeadPort), &edge,
                              &record->second});
         }
@@ -108,7 +107,7 @@ private:
 
     void JoinEdge(const MaterialGraph::Edge& edge, const ShaderEdgeRecord& record)
     {
-        const bool hasFailed = !_failed.empty() && _failed.contains(edge.Gui->Tail.lock().get());
+        const bool hasFailed = _failed.contains(edge.Tail);
         if (!record.Tail && !hasFailed)
             return;
         for (std::size_t i = 0; i < record.Heads.size(); ++i) {
@@ -148,14 +147,14 @@ private:
         _generator.AddNode(value);
         _generator.Connect(value, value->Outputs.front().Name, head, port);
         const MaterialGraph::Node& tail = _graph.Nodes()[edge.Tail];
-        NoteOrigins(tail.Id, tail.Gui->GetType());
+        NoteOrigins(tail.Id, tail.Gui.Type());
     }
 
     void NotePort(const ShaderNode& head, const MaterialGraph::Edge& edge)
     {
         if (head.Kind == ShaderNodeKind::InterfaceParameter) {
             const MaterialGraph::Node& node = _graph.Nodes()[edge.Head];
-            _shader.Origins.Set(head, {node.Id, node.Gui->GetType(), edge.Gui->HeadPort});
+            _shader.Origins.Set(head, {node.Id, node.Gui.Type(), edge.Gui->HeadPort});
         }
     }
 
@@ -176,7 +175,7 @@ private:
     GeneratedShader& _shader;
     ProblemList& _problems;
     ShaderGraphGenerator _generator;
-    std::unordered_set<const Materials::GuiNode*> _failed;
+    std::unordered_set<std::size_t> _failed; ///< nodes by index
     std::size_t _standIns = 0;
     std::size_t _noted = 0; ///< nodes of the graph that have their origins
 };

@@ -5,27 +5,41 @@
 
 namespace Mox::Host {
 
+namespace {
+
+/// A node that fails keeps its name; generation reports what is wrong with it.
+bool HasBinding(const MaterialGraph::Node& node)
+{
+    try {
+        return node.Gui.HasBinding(node.Where);
+    } catch (const HostError&) {
+        return false;
+    }
+}
+
+} // namespace
+
 StandInNames::StandInNames(const MaterialGraph& graph)
 {
     CgNames names;
     std::map<std::string, std::string> standIns;
-    std::vector<boost::shared_ptr<Materials::GuiNode>> nodes;
+    std::vector<PluginNode> nodes;
     for (const MaterialGraph::Node& node : graph.Nodes()) {
-        if (ShaderNode::IsValidCgName(node.Gui->GetName()))
-            names.Take(node.Gui->GetName());
-        else if (node.Gui->HasBinding())
+        if (ShaderNode::IsValidCgName(node.Gui.Name()))
+            names.Take(node.Gui.Name());
+        else if (HasBinding(node))
             nodes.push_back(node.Gui);
     }
     for (const auto& node : nodes)
-        standIns.emplace(node->GetName(), "");
+        standIns.emplace(node.Name(), "");
     for (auto& [name, standIn] : standIns) {
         standIn = names.Claim(name);
         _originals.emplace(standIn, name);
     }
     _renamed.reserve(nodes.size());
     for (const auto& node : nodes) {
-        _renamed.emplace_back(node, node->GetName());
-        node->SetName(standIns.at(node->GetName()));
+        _renamed.emplace_back(node, node.Name());
+        node.NameProperty()->SetString(standIns.at(node.Name()));
     }
 }
 
@@ -33,7 +47,7 @@ StandInNames::~StandInNames()
 {
     // Swapping back cannot fail.
     for (auto& [node, name] : _renamed)
-        node->Name->Text.swap(name);
+        node.NameProperty()->Text.swap(name);
 }
 
 std::string StandInNames::Translate(std::string message) const

@@ -27,7 +27,7 @@ public:
 
 private:
     std::map<std::string, std::string> _originals;
-    std::vector<std::pair<boost::shared_ptr<Materials::GuiNode>, std::string>> _renamed;
+    std::vector<std::pair<PluginNode, std::string>> _renamed;
 };
 
 } // namespace Mox::Host

@@ -1,10 +1,12 @@
 // A host that is built apart from the library, perhaps by another compiler, loads the installed
 // plug-ins and one more, and works with the nodes and the failures of both.
 
+
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <iostream>
 #include <mox/ShaderError.h>
+#include <mox/authoring/GuiNode.h>
 #include <mox/host/PluginSet.h>
 #include <mox/program/Environment.h>
 #include <mox/program/ShaderGraphText.h>
@@ -35,6 +37,8 @@ std::string Thrown(Call call)
         call();
     } catch (const ShaderError& error) {
         return std::string("ShaderError ") + error.what();
+    } catch (const Host::HostError& error) {
+        return "HostError " + error.Message;
     } catch (const std::string& message) {
         return "string " + message;
     } catch (const boost::bad_weak_ptr&) {
@@ -63,8 +67,8 @@ void Resolve(GuiNode& node)
 /// A connection from a node of one plug-in to a node of another, down to the shader graph.
 void ExpectGraph(const Host::PluginSet& plugins)
 {
-    const NodeHandle uv = plugins.CreateNode("CoreUv");
-    const NodeHandle checker = plugins.CreateNode("Checker");
+    const NodeHandle uv = plugins.CreateNode("CoreUv").Handle();
+    const NodeHandle checker = plugins.CreateNode("Checker").Handle();
     const auto edge = boost::make_shared<GuiEdge>();
     edge->Tail = uv;
     edge->TailPort = "read";
@@ -91,10 +95,10 @@ void ExpectGraph(const Host::PluginSet& plugins)
 void ExpectFailures(const Host::PluginSet& plugins, const Host::Plugin& checkers)
 {
     Expect(Thrown([&] { checkers.CreateNode("nothing"); }) ==
-               "ShaderError cannot create \"nothing\" node",
-           "a ShaderError of the factory arrives");
+               "HostError cannot create \"nothing\" node",
+           "a ShaderError of the factory arrives as the host's own");
 
-    const NodeHandle wrong = plugins.CreateNode("Checker");
+    const NodeHandle wrong = plugins.CreateNode("Checker").Handle();
     Resolve(*wrong);
     wrong->Properties->Get("Squares")->SetInt(0);
     Expect(Thrown([&] { Generate(*wrong); }) ==
@@ -102,7 +106,7 @@ void ExpectFailures(const Host::PluginSet& plugins, const Host::Plugin& checkers
            "a ShaderError of a node arrives");
 
     for (const char* type : {"CoreMaths", "Checker"}) {
-        const NodeHandle doubled = plugins.CreateNode(type);
+        const NodeHandle doubled = plugins.CreateNode(type).Handle();
         Resolve(*doubled);
         doubled->InputPorts.push_back(doubled->InputPorts.front());
         Expect(Thrown([&] { Generate(*doubled); }) ==
@@ -110,7 +114,7 @@ void ExpectFailures(const Host::PluginSet& plugins, const Host::Plugin& checkers
                        "\" is duplicated in function \"unknown\"",
                "the plain string arrives");
 
-        const NodeHandle orphan = plugins.CreateNode(type);
+        const NodeHandle orphan = plugins.CreateNode(type).Handle();
         Resolve(*orphan);
         orphan->AddOutEdge(boost::make_shared<GuiEdge>());
         Expect(Thrown([&] { Generate(*orphan); }) == "bad_weak_ptr", "bad_weak_ptr arrives");
@@ -136,7 +140,7 @@ int main(int argc, char** argv) // NOLINT(bugprone-exception-escape)
                "the environment is found");
         ExpectGraph(plugins);
         ExpectFailures(plugins, plugins.Plugins().back());
-        survivor = plugins.CreateNode("Checker");
+        survivor = plugins.CreateNode("Checker").Handle();
     }
     Expect(survivor->GetTitle() == "Checker", "a node outlives its plug-in's handle");
     return failures == 0 ? 0 : 1;

@@ -22,25 +22,26 @@ std::string LoadAndFormat(const std::string& fragment)
     const MaterialGraph graph = LoadMaterial(document, TestPlugins(), problems);
     EXPECT_EQ(FormatProblems(problems), "");
     const auto& node = *graph.Nodes().begin();
-    return FormatNodeFragment(*node.Gui, node.Id);
+    return FormatNodeFragment(node.Gui, node.Id);
 }
 
 TEST(NodeFragment, LoadsBackTheSame)
 {
     int count = 0;
     for (const Plugin& plugin : TestPlugins().Plugins()) {
-        for (const auto& row : plugin.Descriptions()) {
+        for (const auto& row : plugin.Types()) {
             if (!row.Listed) // the placeholder, which rewrites its description
                 continue;
             ++count;
-            const auto node = plugin.CreateNode(row.TypeName);
-            const std::string fresh = FormatNodeFragment(*node, "id");
+            const PluginNode made = plugin.CreateNode(row.TypeName);
+            const auto& node = made.Handle();
+            const std::string fresh = FormatNodeFragment(made, "id");
             EXPECT_EQ(LoadAndFormat(fresh), fresh);
 
             node->SetName("a <b> & \"c\"\t\xc3\xa9");
             ApplySettings(*node, "PositionX=0.1; PositionY=-1e-30; BindingIndex=-2147483648");
             node->Description->SetString("two\r\nlines");
-            const std::string odd = FormatNodeFragment(*node, "id & more");
+            const std::string odd = FormatNodeFragment(made, "id & more");
             EXPECT_EQ(LoadAndFormat(odd), odd);
             EXPECT_NE(odd, fresh);
         }

@@ -127,11 +127,11 @@ TEST(MaterialExhaustion, BindingsAreWrittenAndReadWholeOrNotAtAll)
 {
     const auto graph = Host::LoadMaterial(Host::ReadMaterialDocument(example), TestPlugins());
     const auto bindings = Host::CreateBindings(graph);
-    ExpectResult([&] { return Host::FormatBindings(*Host::CreateBindings(graph)); });
-    ExpectNoFalseResult([&] { return Host::FormatBindings(*bindings); });
+    ExpectResult([&] { return Host::FormatBindings(Host::CreateBindings(graph)); });
+    ExpectNoFalseResult([&] { return Host::FormatBindings(bindings); });
     const auto file = std::filesystem::temp_directory_path() / "mox_exhausted_bindings.xml";
-    std::ofstream(file) << Host::FormatBindings(*bindings);
-    const auto read = [&] { return Host::FormatBindings(*Host::ReadBindings(file)); };
+    std::ofstream(file) << Host::FormatBindings(bindings);
+    const auto read = [&] { return Host::FormatBindings(Host::ReadBindings(file)); };
     ExpectAllOrNothing(read);
     std::filesystem::remove(file);
 }

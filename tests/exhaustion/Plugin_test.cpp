@@ -1,4 +1,5 @@
 #include "mox/Text.h"
+#include "mox/authoring/GuiNodeFactory.h"
 #include "mox/bindings/Material.h"
 #include "mox/document/PropertyText.h"
 #include "mox/graph/BindingsDocument.h"
@@ -138,7 +139,7 @@ TEST(PluginExhaustion, Create)
 TEST(PluginExhaustion, CreateThroughTheHost)
 {
     const Host::Plugin plugin(MOX_CORE_PLUGIN);
-    ExpectMade([&] { return plugin.CreateNode("CoreMaths"); }, DescribeNode);
+    ExpectMade([&] { return plugin.CreateNode("CoreMaths").Handle(); }, DescribeNode);
     const auto load = [] {
         try {
             return std::make_unique<Host::Plugin>(MOX_CORE_PLUGIN);
@@ -225,7 +226,7 @@ TEST(PluginExhaustion, CreateBindings)
         node->Description->SetString(longText);
         ExpectSurvival([] { return boost::make_shared<Material>(); },
                        [&](const auto& material) { node->CreateBindings(material); },
-                       [](const auto& material) { return Host::FormatBindings(*material); });
+                       [](const auto& material) { return FormatBindings(*material); });
     });
 }
 

@@ -36,7 +36,8 @@ public:
 
     ProbeNode& At(int id) const
     {
-        return dynamic_cast<ProbeNode&>(*Graph.Nodes()[Graph.FindNode(std::to_string(id), {})].Gui);
+        return dynamic_cast<ProbeNode&>(
+            *Graph.Nodes()[Graph.FindNode(std::to_string(id), {})].Gui.Handle());
     }
 
     /// Resolves and gives "node:count calls/precision calls" for each node called.

@@ -31,7 +31,7 @@ MaterialGraph Row()
 
 ProbeNode& Probe(const MaterialGraph& graph, const std::string& id)
 {
-    return dynamic_cast<ProbeNode&>(*graph.Nodes()[graph.FindNode(id, {})].Gui);
+    return dynamic_cast<ProbeNode&>(*graph.Nodes()[graph.FindNode(id, {})].Gui.Handle());
 }
 
 GraphStep Add(const char* node)

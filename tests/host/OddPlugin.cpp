@@ -46,7 +46,7 @@ public:
     RudeFactory()
     {
         Mox::Materials::GuiNodeDescription row("../../odd");
-        row.Label = "\xff\x1b[31mred";
+        row.Label = "\x1b[31mred";
         row.Icon = icon;
         Descriptions.push_back(row);
     }

@@ -1,3 +1,4 @@
+#include "mox/authoring/GuiNode.h"
 #include "mox/host/HostError.h"
 #include "mox/host/Plugin.h"
 #include "mox/host/PluginSet.h"
@@ -28,21 +29,21 @@ bool IsLoaded(const std::filesystem::path& file)
 TEST(Plugin, MakesWhatItLists)
 {
     const Host::Plugin plugin(corePlugin);
-    for (const auto& row : plugin.Descriptions()) {
-        const auto node = plugin.CreateNode(row.TypeName);
+    for (const auto& row : plugin.Types()) {
+        const auto node = plugin.CreateNode(row.TypeName).Handle();
         EXPECT_EQ(node->GetType(), row.TypeName);
         EXPECT_EQ(node->Properties->Version,
                   row.TypeName == "CoreDefault" ? std::numeric_limits<std::int32_t>::max() : 0);
     }
     for (const std::string type : {"coremaths", "Maths", ""})
-        EXPECT_EQ(FailureOf([&] { plugin.CreateNode(type); }),
+        EXPECT_EQ(HostFailureOf([&] { plugin.CreateNode(type); }),
                   "cannot create \"" + type + "\" node");
 }
 
 TEST(Plugin, GivesNoEmptyNode)
 {
     const auto file = MOX_ODD_PLUGIN_FOLDER / std::filesystem::path("odd_no_node.so");
-    EXPECT_EQ(FailureOf([&] { Host::Plugin(file).CreateNode("Odd"); }),
+    EXPECT_EQ(HostFailureOf([&] { Host::Plugin(file).CreateNode("Odd"); }),
               "the plug-in gave no node of the type \"Odd\"");
 }
 
@@ -58,10 +59,10 @@ TEST(Plugin, StaysLoadedForItsNodes)
         boost::shared_ptr<Materials::GuiNode> node;
         {
             const Host::Plugin plugin(file);
-            node = plugin.CreateNode(type);
+            node = plugin.CreateNode(type).Handle();
             try {
                 plugin.CreateNode("nothing");
-            } catch (const ShaderError&) {
+            } catch (const Host::HostError&) {
                 kept = std::current_exception();
             }
         }
@@ -69,7 +70,7 @@ TEST(Plugin, StaysLoadedForItsNodes)
         EXPECT_EQ(node->GetType(), type);
         node.reset();
         EXPECT_FALSE(IsLoaded(file));
-        EXPECT_EQ(FailureOf([&] { std::rethrow_exception(kept); }),
+        EXPECT_EQ(HostFailureOf([&] { std::rethrow_exception(kept); }),
                   "cannot create \"nothing\" node");
     }
 }
@@ -77,10 +78,10 @@ TEST(Plugin, StaysLoadedForItsNodes)
 TEST(Plugin, PlaceholderTakesAnyVersionAndRefusesToExport)
 {
     const Host::Plugin plugin(corePlugin);
-    const auto node = plugin.CreateNode("CoreDefault");
+    const auto node = plugin.CreateNode("CoreDefault").Handle();
     EXPECT_EQ(node->GetTitle(), "Default?");
     EXPECT_EQ(node->Description->GetString(), "");
-    const auto stored = plugin.CreateNode("CoreMaths");
+    const auto stored = plugin.CreateNode("CoreMaths").Handle();
     stored->SetName("lost");
     stored->Properties->Version = std::numeric_limits<std::int32_t>::max();
     node->LoadProperties(stored->Properties);
@@ -111,13 +112,13 @@ TEST(Plugin, WhatIsNoPluginIsRefused)
         {MOX_PLUGIN_FOLDER, "cannot be loaded: "},
         {MOX_MATERIALS_LIBRARY, "is no plug-in: it does not export GetMaterialLibVersion"},
         {"odd_version.so", "has interface version 4, but version 5 is needed"},
-        {"odd_version_throws.so", "failed without a message"},
+        {"odd_version_throws.so", "GetMaterialLibVersion: failed without a message"},
         {"odd_no_factory_export.so", "is no plug-in: it does not export CreateNodeFactory"},
         {"odd_null.so", "gave no factory"},
         {"odd_shader_error.so", "no licence"},
         {"odd_string.so", "a plain string"},
-        {"odd_own_failure.so", "an exception of the module's own"},
-        {"odd_number.so", "failed without a message"},
+        {"odd_own_failure.so", "CreateNodeFactory: an exception of the module's own"},
+        {"odd_number.so", "CreateNodeFactory: failed without a message"},
         {"odd_symbol.so", "cannot be loaded: "},
     };
     for (const auto& [name, message] : cases) {

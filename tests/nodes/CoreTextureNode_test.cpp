@@ -46,7 +46,7 @@ TEST(CoreTextureNode, References)
         const std::string rest = line.substr(std::min(name.size() + 1, line.size()));
         NodeHandle& node = nodes[name];
         if (!node) {
-            node = plugin.CreateNode("CoreTexture");
+            node = plugin.CreateNode("CoreTexture").Handle();
             node->SetName(name);
         }
         if (rest == "->")
@@ -90,11 +90,11 @@ TEST(CoreTextureNode, AlphaWithoutItsPortIsNotUsed)
 TEST(CoreTextureNode, LongChainOfReferences)
 {
     const Host::Plugin plugin(MOX_CORE_PLUGIN);
-    const NodeHandle end = plugin.CreateNode("CoreTexture");
+    const NodeHandle end = plugin.CreateNode("CoreTexture").Handle();
     end->SetName("end");
     NodeHandle last = end;
     for (int i = 0; i < 100000; ++i) {
-        const NodeHandle node = plugin.CreateNode("CoreTexture");
+        const NodeHandle node = plugin.CreateNode("CoreTexture").Handle();
         ReferenceOf(*node) = last;
         node->UpdatePorts({});
         last = node;

@@ -23,7 +23,7 @@ std::string DescribeNode(const Host::Plugin& plugin, const std::string& type,
     const std::size_t width = line.rfind(" | ");
     const std::string settings = line.substr(0, edges);
     const auto brought = Host::ParseShaderType(line.substr(width + 3));
-    const auto node = plugin.CreateNode(type);
+    const auto node = plugin.CreateNode(type).Handle();
     if (settings != "as created")
         ApplySettings(*node, settings);
     const std::string failure = FailureOf([&] { node->UpdatePorts({}); });
@@ -41,7 +41,7 @@ std::string DescribeNode(const Host::Plugin& plugin, const std::string& type,
 void ExpectNodes()
 {
     const Host::Plugin plugin(MOX_CORE_PLUGIN);
-    for (const auto& row : plugin.Descriptions()) {
+    for (const auto& row : plugin.Types()) {
         if (row.TypeName != "CoreDefault")
             ExpectSession("nodes/" + row.TypeName + ".txt", [&](const std::string& line) {
                 return DescribeNode(plugin, row.TypeName, line);
@@ -59,7 +59,7 @@ TEST(NodeGolden, WhatEveryNodeWritesInEveryMode)
 
 TEST(NodeGolden, EveryFunctionIsThere)
 {
-    const auto node = Host::Plugin(MOX_CORE_PLUGIN).CreateNode("CoreMaths");
+    const auto node = Host::Plugin(MOX_CORE_PLUGIN).CreateNode("CoreMaths").Handle();
     EXPECT_EQ(node->Properties->Get("Function")->Choices.size(), 16u);
 }
 

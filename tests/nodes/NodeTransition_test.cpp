@@ -23,7 +23,7 @@ TEST(NodeTransition, PortsAndFlagsFollowTheSettings)
     ExpectSession("nodes/transitions.txt", [&](const std::string& line) {
         if (line.starts_with("Core")) {
             const std::size_t comma = line.find(", ");
-            node = plugin.CreateNode(line.substr(0, comma));
+            node = plugin.CreateNode(line.substr(0, comma)).Handle();
             watched = line.substr(comma + 2);
         } else {
             ApplySettings(*node, line);
@@ -45,7 +45,7 @@ TEST(NodeTransition, PortsAndFlagsFollowTheSettings)
 TEST(NodeTransition, BindingOfAVectorFollowsTheProperty)
 {
     const Host::Plugin plugin(MOX_CORE_PLUGIN);
-    const auto node = plugin.CreateNode("CoreConstant");
+    const auto node = plugin.CreateNode("CoreConstant").Handle();
     ApplySettings(*node, "Constant Type=Vector; Component Count=6");
     EXPECT_NE(DescribeBindings(*node).find("count=\"6\" tag=\"Constant\" gui=\"slider\" "
                                            "min=\"0, 0, 0, 0, 0, 0\""),
@@ -60,7 +60,7 @@ TEST(NodeTransition, BindingOfAVectorFollowsTheProperty)
 TEST(NodeTransition, LayerBlendKeepsItsPorts)
 {
     const Host::Plugin plugin(MOX_CORE_PLUGIN);
-    const auto node = plugin.CreateNode("CoreLayerBlend");
+    const auto node = plugin.CreateNode("CoreLayerBlend").Handle();
     node->InputPorts.front().Connected = true;
     ApplySettings(*node, "Mode=Screen");
     node->UpdatePorts({});

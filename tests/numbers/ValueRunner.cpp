@@ -18,27 +18,26 @@
 #include <numeric>
 
 using namespace Mox::Host;
-using Mox::Materials::GuiNode;
 
 namespace {
 
 constexpr const char* positionStream = "clipPosition";
 constexpr std::uint32_t caseColumns = 64;
 
-boost::shared_ptr<GuiNode> MakeNode(const std::string& type)
+PluginNode MakeNode(const std::string& type, const Place& where)
 {
     const auto rest = [&](const std::string& prefix) { return type.substr(prefix.size()); };
     if (type.starts_with("Feed:")) {
         const std::string kind = rest("Feed:");
         if (const auto exact = ParseShaderType(kind))
-            return boost::make_shared<FeedNode>(*exact);
-        return boost::make_shared<FeedNode>(std::stoi(kind));
+            return PluginNode(boost::make_shared<FeedNode>(*exact));
+        return PluginNode(boost::make_shared<FeedNode>(std::stoi(kind)));
     }
     if (type.starts_with("Sink:="))
-        return boost::make_shared<SinkNode>(*ParseShaderType(rest("Sink:=")));
+        return PluginNode(boost::make_shared<SinkNode>(*ParseShaderType(rest("Sink:="))));
     if (type.starts_with("Sink:"))
-        return boost::make_shared<SinkNode>(ParseShaderType(rest("Sink:"))->Component);
-    return TestPlugins().CreateNode(type);
+        return PluginNode(boost::make_shared<SinkNode>(ParseShaderType(rest("Sink:"))->Component));
+    return TestPlugins().CreateNode(type, where);
 }
 
 /// A resolved graph in which feeds read the streams of their names.
@@ -47,7 +46,7 @@ MaterialGraph MakeGraph(const std::string& material, ProblemList& problems)
     MaterialGraph graph = LoadMaterial(MaterialFromText(material), NodeMaker(MakeNode), problems);
     std::vector<std::string> feeds;
     for (const GraphNode& node : graph.Nodes()) {
-        if (dynamic_cast<const FeedNode*>(node.Gui.get()))
+        if (dynamic_cast<const FeedNode*>(node.Gui.Handle().get()))
             feeds.push_back(node.Id);
     }
     for (const std::string& feed : feeds)

@@ -31,9 +31,9 @@ std::string ColourOf(const std::uint8_t* pixel)
 }
 
 /// @returns the first line of the table and the colour that follows the transparent one
-std::string CheckIcon(const char* const* table)
+std::string CheckIcon(const Host::XpmTable& table)
 {
-    const std::string header = table[0];
+    const std::string& header = table[0];
     std::size_t width = 0, height = 0, colourCount = 0, keyLength = 0;
     std::istringstream(header) >> width >> height >> colourCount >> keyLength;
     EXPECT_TRUE(width == side && height == side) << header;
@@ -55,7 +55,7 @@ std::string CheckIcon(const char* const* table)
     for (std::size_t i = 0; i < icon.Pixels.size(); i += 4)
         used.insert(ColourOf(&icon.Pixels[i]));
     EXPECT_EQ(used, declared);
-    return header + " " + (table[2] + keyLength + 3);
+    return header + " " + table[2].substr(keyLength + 3);
 }
 
 TEST(Icons, EveryTableIsWellFormedAndDecodes)
@@ -63,9 +63,9 @@ TEST(Icons, EveryTableIsWellFormedAndDecodes)
     std::string text;
     for (const char* file : {MOX_CORE_PLUGIN, MOX_SURFACE_PLUGIN}) {
         const Host::Plugin plugin(file);
-        for (const auto& row : plugin.Descriptions()) {
+        for (const auto& row : plugin.Types()) {
             SCOPED_TRACE(row.TypeName);
-            text += row.TypeName + ": " + (row.Icon ? CheckIcon(row.Icon) : "none") + "\n";
+            text += row.TypeName + ": " + (row.Icon.empty() ? "none" : CheckIcon(row.Icon)) + "\n";
         }
     }
     ExpectGolden("plugin/icons.txt", text);

@@ -69,8 +69,8 @@ const Types everything = {
 TEST(Surface, WhatEachTypeShowsAndWrites)
 {
     std::string text;
-    for (const GuiNodeDescription& row : TestPlugins().Plugins().back().Descriptions()) {
-        const auto node = TestPlugins().CreateNode(row.TypeName);
+    for (const auto& row : TestPlugins().Plugins().back().Types()) {
+        const auto node = TestPlugins().CreateNode(row.TypeName).Handle();
         EXPECT_EQ(node->GetTitle(), row.Label);
         EXPECT_FALSE(node->Name->Visible) << "it names no binding";
         EXPECT_FALSE(node->HasBinding());

@@ -1,3 +1,4 @@
+#include "mox/bindings/Binding.h"
 #include "mox/host/HostError.h"
 #include "mox/preview/MeshShapes.h"
 #include "mox/preview/MeshStreams.h"
@@ -41,7 +42,7 @@ TEST(MeshStreams, SetsGoByTheNumberInTheBinding)
     const auto setOf = [&](const std::string& tag, const std::string& value) {
         const auto binding = CreateBinding(StreamType::Uv, tag, 1);
         binding->SetDefaultText(value);
-        return ReadBoundStream(mesh, *binding).Values.front();
+        return ReadBoundStream(mesh, PluginBinding(binding)).Values.front();
     };
     EXPECT_EQ(setOf("base", ""), 0.0f);
     EXPECT_EQ(setOf("uv1", ""), 1.0f);
@@ -55,8 +56,10 @@ TEST(MeshStreams, SayWhatTheMeshLacks)
     Mesh mesh;
     mesh.Name = "bare.obj";
     mesh.Positions = {{}};
-    EXPECT_EQ(HostFailureOf(
-                  [&] { ReadBoundStream(mesh, *CreateBinding(StreamType::Colour, "mask", 1)); }),
+    EXPECT_EQ(HostFailureOf([&] {
+                  ReadBoundStream(mesh,
+                                  PluginBinding(CreateBinding(StreamType::Colour, "mask", 1)));
+              }),
               "the mesh \"bare.obj\" has no vertex colours, which the material reads as \"mask\"");
     EXPECT_EQ(HostFailureOf([&] { ReadNamedStream(mesh, "tangent"); }),
               "the mesh \"bare.obj\" has no tangents, which are worked out from texture "

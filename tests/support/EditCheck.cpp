@@ -1,6 +1,7 @@
 #include "tests/support/EditCheck.h"
 
 #include "mox/Text.h"
+#include "mox/authoring/GuiNode.h"
 #include "mox/graph/ChangeHistory.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/MaterialLoader.h"
@@ -35,8 +36,8 @@ std::string FindDisagreement(const MaterialGraph& graph)
     for (const MaterialGraph::Edge& edge : graph.Edges()) {
         if (graph.IsLoose(edge))
             continue;
-        auto& tail = *graph.Nodes()[edge.Tail].Gui;
-        auto& head = *graph.Nodes()[edge.Head].Gui;
+        auto& tail = *graph.Nodes()[edge.Tail].Gui.Handle();
+        auto& head = *graph.Nodes()[edge.Head].Gui.Handle();
         isConnected[&tail.GetOutputPort(edge.Gui->TailPort)] = true;
         isConnected[&head.GetInputPort(edge.Gui->HeadPort)] = true;
         ++edges[&tail].second;
@@ -46,9 +47,10 @@ std::string FindDisagreement(const MaterialGraph& graph)
             found += Compose("order of \"", graph.Nodes()[edge.Tail].Id, "\" and its reader\n");
     }
     for (const MaterialGraph::Node& node : graph.Nodes()) {
-        if (std::pair(node.Gui->InEdges.size(), node.Gui->OutEdges.size()) != edges[node.Gui.get()])
+        if (std::pair(node.Gui.InEdges().size(), node.Gui.OutEdges().size()) !=
+            edges[node.Gui.Handle().get()])
             found += Compose("edge lists of \"", node.Id, "\"\n");
-        for (const auto* ports : {&node.Gui->InputPorts, &node.Gui->OutputPorts}) {
+        for (const auto* ports : {&node.Gui.InputPorts(), &node.Gui.OutputPorts()}) {
             for (const GuiPort& port : *ports) {
                 if (port.Connected != isConnected[&port])
                     found += Compose("flag of \"", node.Id, "\" port \"", port.Name, "\"\n");

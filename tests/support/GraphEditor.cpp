@@ -103,10 +103,10 @@ GraphChange GraphEditor::AddSomeEdge() const
 {
     const MaterialGraph::Node& tail = AnyNode();
     const MaterialGraph::Node& head = AnyNode();
-    return {
-        {AddEdge{{tail.Id, AnyPort(tail.Gui->OutputPorts), head.Id, AnyPort(head.Gui->InputPorts)},
-                 {},
-                 {}}}};
+    return {{AddEdge{
+        {tail.Id, AnyPort(tail.Gui.OutputPorts()), head.Id, AnyPort(head.Gui.InputPorts())},
+        {},
+        {}}}};
 }
 
 GraphChange GraphEditor::RemoveSomeEdge() const

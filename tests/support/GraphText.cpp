@@ -1,6 +1,7 @@
 #include "tests/support/GraphText.h"
 
 #include "mox/Text.h"
+#include "mox/authoring/GuiNode.h"
 #include "mox/document/PropertyText.h"
 #include "mox/graph/MaterialSaver.h"
 
@@ -73,16 +74,16 @@ std::string DescribeNodes(const MaterialGraph& graph)
 {
     std::string text;
     for (const MaterialGraph::Node& node : graph.Nodes()) {
-        text += Compose(node.Id, " ", node.Gui->GetTitle(), "\n");
-        for (const auto& property : node.Gui->Properties->Properties) {
-            if (node.IsPlaceholder && property == node.Gui->Description)
+        text += Compose(node.Id, " ", node.Gui.GetTitle(node.Where), "\n");
+        for (const auto& property : node.Gui.Properties().Properties) {
+            if (node.IsPlaceholder && property->Name == "Description")
                 continue;
             text += Compose("  ", property->Name, " ", graph.Store().Describe(*property).Value, " ",
                             property->Editable, property->Visible, "\n");
         }
-        text += Compose("  in\n", FormatPorts(node.Gui->InputPorts), "  out\n",
-                        FormatPorts(node.Gui->OutputPorts), FormatEdges(node.Gui->InEdges),
-                        FormatEdges(node.Gui->OutEdges));
+        text += Compose("  in\n", FormatPorts(node.Gui.InputPorts()), "  out\n",
+                        FormatPorts(node.Gui.OutputPorts()), FormatEdges(node.Gui.InEdges()),
+                        FormatEdges(node.Gui.OutEdges()));
     }
     return text;
 }

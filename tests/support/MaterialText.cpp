@@ -37,7 +37,7 @@ void ParseProperties(const std::string& text, int line, DocumentNode& node)
         }
         node.Properties.push_back(
             {name,
-             kind.empty() ? TestPlugins().CreateNode(node.Type)->Properties->Get(name)->Kind
+             kind.empty() ? TestPlugins().CreateNode(node.Type).Properties().Get(name)->Kind
                           : ParseKind(kind).value(),
              setting.substr(equals + 1), line});
     }

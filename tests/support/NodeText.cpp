@@ -168,10 +168,16 @@ std::string DescribeShader(GuiNode& node, ShaderGraph& graph)
     return Host::FormatShaderGraph(graph) + edges.DescribeEnds(generator);
 }
 
+std::string FormatBindings(const Material& material)
+{
+    return Host::FormatBindings(
+        std::vector<Host::PluginBinding>(material.Bindings.begin(), material.Bindings.end()));
+}
+
 std::string DescribeBindings(GuiNode& node)
 {
     const auto material = boost::make_shared<Material>();
     node.CreateBindings(material);
     EXPECT_EQ(node.HasBinding(), !material->Bindings.empty());
-    return material->Bindings.empty() ? "no binding\n" : Host::FormatBindings(*material);
+    return material->Bindings.empty() ? "no binding\n" : FormatBindings(*material);
 }

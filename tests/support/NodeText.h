@@ -25,5 +25,8 @@ std::string DescribeShader(Mox::Materials::GuiNode& node);
 /// The same in a graph that has what the node asks for.
 std::string DescribeShader(Mox::Materials::GuiNode& node, ShaderGraph& graph);
 
+/// Bindings as a document.
+std::string FormatBindings(const Mox::Materials::Material& material);
+
 /// The bindings that the node creates, as a document, or "no binding".
 std::string DescribeBindings(Mox::Materials::GuiNode& node);

@@ -81,13 +81,14 @@ private:
 inline Mox::Host::NodeMaker ProbeMaker()
 {
     return Mox::Host::NodeMaker(
-        [](const std::string& type) -> boost::shared_ptr<Mox::Materials::GuiNode> {
+        [](const std::string& type, const Mox::Host::Place&) -> Mox::Host::PluginNode {
+            using Mox::Host::PluginNode;
             if (type == "Probe")
-                return boost::make_shared<ProbeNode>();
+                return PluginNode(boost::make_shared<ProbeNode>());
             if (type == "CoreDefault") {
                 auto placeholder = boost::make_shared<TestNode>(type);
                 placeholder->Properties->Version = std::numeric_limits<std::int32_t>::max();
-                return placeholder;
+                return PluginNode(placeholder);
             }
             if (type == "Bomb")
                 throw ShaderError("no such luck");

@@ -1,6 +1,7 @@
 #include "tests/support/RandomMaterial.h"
 
 #include "mox/Text.h"
+#include "mox/authoring/GuiNode.h"
 #include "mox/document/PropertyText.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/MaterialText.h"
@@ -21,7 +22,7 @@ const std::vector<std::string>& NodeTypes()
     static const std::vector<std::string> types = [] {
         std::vector<std::string> listed;
         for (const Plugin& plugin : TestPlugins().Plugins()) {
-            for (const GuiNodeDescription& row : plugin.Descriptions()) {
+            for (const auto& row : plugin.Types()) {
                 if (row.Listed && row.TypeName != "Surface")
                     listed.push_back(row.TypeName);
             }
@@ -65,7 +66,7 @@ private:
         if (type == "CoreTexture" && ++_textures > mostTextures)
             type = "CoreMaths";
         const std::string id = Compose("n", _document.Nodes.size());
-        const auto node = TestPlugins().CreateNode(type);
+        const auto node = TestPlugins().CreateNode(type).Handle();
         DocumentNode record;
         record.Id = id;
         record.Type = type;

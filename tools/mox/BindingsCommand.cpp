@@ -14,8 +14,8 @@ constexpr const char* footer = R"(Examples:
   mox bindings --read rim.bindings.xml
 )";
 
-boost::shared_ptr<Materials::Material> BindingsOfMaterial(const std::string& file,
-                                                          const CommonOptions& common)
+std::vector<Host::PluginBinding> BindingsOfMaterial(const std::string& file,
+                                                    const CommonOptions& common)
 {
     const Host::PluginSet plugins = LoadPlugins(common);
     Host::ProblemList problems;
@@ -38,7 +38,7 @@ void AddBindingsCommand(CLI::App& program, const CommonOptions& common)
     command->callback([=, &common] {
         const auto bindings =
             *isRead ? Host::ReadBindings(*file) : BindingsOfMaterial(*file, common);
-        std::cout << Host::FormatBindings(*bindings);
+        std::cout << Host::FormatBindings(bindings);
     });
 }
 

@@ -31,7 +31,6 @@ Examples:
 
 using Json = nlohmann::ordered_json;
 using Materials::Compose;
-using Materials::GuiNode;
 using Materials::GuiPort;
 using Materials::GuiProperty;
 using Materials::GuiPropertyKind;
@@ -92,24 +91,24 @@ std::vector<std::string> ListValues(const GuiProperty& property)
 }
 
 /// The ports that a single property gives a new node, for each value that makes them others.
-Json DescribeVariants(const std::function<boost::shared_ptr<GuiNode>()>& create)
+Json DescribeVariants(const std::function<Host::PluginNode()>& create, const Host::Place& where)
 {
     const auto usual = create();
-    const Json inputs = DescribePorts(usual->InputPorts);
-    const Json outputs = DescribePorts(usual->OutputPorts);
+    const Json inputs = DescribePorts(usual.InputPorts());
+    const Json outputs = DescribePorts(usual.OutputPorts());
     Json list = Json::array();
-    for (const auto& property : usual->Properties->Properties) {
+    for (const auto& property : usual.Properties().Properties) {
         if (!property->Editable)
             continue;
         for (const std::string& value : ListValues(*property)) {
             const auto node =
                 create(); // what one value sets besides the ports is not the next one's
-            Host::SetFromText(*node->Properties->Get(property->Name), property->Kind, value);
-            node->UpdatePorts({});
+            Host::SetFromText(*node.Properties().Get(property->Name), property->Kind, value);
+            node.UpdatePorts(where);
             Json row = {{"property", property->Name}, {"value", value}};
-            if (Json ports = DescribePorts(node->InputPorts); ports != inputs)
+            if (Json ports = DescribePorts(node.InputPorts()); ports != inputs)
                 row["inputs"] = std::move(ports);
-            if (Json ports = DescribePorts(node->OutputPorts); ports != outputs)
+            if (Json ports = DescribePorts(node.OutputPorts()); ports != outputs)
                 row["outputs"] = std::move(ports);
             if (row.contains("inputs") || row.contains("outputs"))
                 list.push_back(std::move(row));
@@ -118,22 +117,23 @@ Json DescribeVariants(const std::function<boost::shared_ptr<GuiNode>()>& create)
     return list;
 }
 
-Json DescribeType(const Host::Plugin& plugin, const Materials::GuiNodeDescription& description)
+Json DescribeType(const Host::Plugin& plugin, const Host::PluginType& description,
+                  const Host::Place& where)
 {
-    const auto create = [&] { return plugin.CreateNode(description.TypeName); };
+    const auto create = [&] { return plugin.CreateNode(description.TypeName, where); };
     const auto node = create();
     Json properties = Json::array();
-    for (const auto& property : node->Properties->Properties)
+    for (const auto& property : node.Properties().Properties)
         properties.push_back(DescribeProperty(*property));
     return {{"type", description.TypeName},
             {"label", description.Label},
             {"library", description.Library},
             {"listed", description.Listed},
-            {"hasIcon", description.Icon != nullptr},
-            {"version", node->Properties->Version},
-            {"inputs", DescribePorts(node->InputPorts)},
-            {"outputs", DescribePorts(node->OutputPorts)},
-            {"variants", DescribeVariants(create)},
+            {"hasIcon", !description.Icon.empty()},
+            {"version", node.Properties().Version},
+            {"inputs", DescribePorts(node.InputPorts())},
+            {"outputs", DescribePorts(node.OutputPorts())},
+            {"variants", DescribeVariants(create, where)},
             {"properties", properties}};
 }
 
@@ -151,13 +151,14 @@ Json DescribeCatalogue(const Host::PluginSet& plugins, const std::vector<std::st
     Json rows = Json::array();
     std::set<std::string> unknown(types.begin(), types.end());
     for (const Host::Plugin& plugin : plugins.Plugins()) {
-        for (const auto& description : plugin.Descriptions()) {
+        for (const auto& description : plugin.Types()) {
             const std::string& type = description.TypeName;
             if (!IsAskedFor(type, types))
                 continue;
             unknown.erase(type);
-            rows.push_back(Host::CallLibrary({plugin.File().string(), 0, {}, {}},
-                                             [&] { return DescribeType(plugin, description); }));
+            const Host::Place where(plugin.File().string());
+            rows.push_back(
+                Host::CallLibrary(where, [&] { return DescribeType(plugin, description, where); }));
         }
     }
     if (!unknown.empty())
@@ -282,12 +283,12 @@ void WriteIcons(const Host::PluginSet& plugins, const std::vector<std::string>& 
 {
     Host::CreateFolder(folder);
     for (const Host::Plugin& plugin : plugins.Plugins()) {
-        for (const auto& row : plugin.Descriptions()) {
-            if (!row.Icon || !IsAskedFor(row.TypeName, types))
+        for (const auto& row : plugin.Types()) {
+            if (row.Icon.empty() || !IsAskedFor(row.TypeName, types))
                 continue;
             const std::string name = row.TypeName + ".png";
             if (!Host::StaysInFolder(name)) {
-                throw Host::HostError({plugin.File().string(), 0, {}, {}},
+                throw Host::HostError(Host::Place(plugin.File().string()),
                                       Compose("the icon of the type \"", row.TypeName,
                                               "\" would be written outside the folder"));
             }

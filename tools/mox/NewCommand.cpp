@@ -1,7 +1,6 @@
 #include "Commands.h"
 #include "LoadPlugins.h"
 #include "mox/document/NodeFragment.h"
-#include "mox/host/LibraryCall.h"
 
 #include <iostream>
 
@@ -17,10 +16,10 @@ constexpr const char* footer = R"(Examples:
 void PrintNew(const std::string& type, const std::string& id, const CommonOptions& common)
 {
     const Host::PluginSet plugins = LoadPlugins(common);
-    const auto node = Host::CallLibrary({}, [&] { return plugins.CreateNode(type); });
+    const auto node = plugins.CreateNode(type);
     if (!node)
         throw UnknownType(type);
-    std::cout << Host::FormatNodeFragment(*node, id.empty() ? node->GetName() : id);
+    std::cout << Host::FormatNodeFragment(node, id.empty() ? node.Name() : id);
 }
 
 } // namespace

@@ -41,7 +41,7 @@ DrawThumbnails(const std::filesystem::path& file, const Host::MaterialGraph& gra
     for (const Host::MaterialGraph::Node& node : graph.Nodes()) {
         if (node.IsPlaceholder)
             continue;
-        const bool isWhole = node.Gui->OutputPorts.empty();
+        const bool isWhole = node.Gui.OutputPorts().empty();
         Host::PreviewOptions options;
         options.Width = size;
         options.Height = size;

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+
+namespace Mox::Materials {
+
+/// What a binding carries. It picks the class and the defaults. Any 32-bit value can be held.
+enum class StreamType : std::uint32_t
+{
+    Invalid = 0,
+    Position = 1,
+    Normal = 2,
+    Uv = 3,
+    Tangent = 4,
+    Binormal = 5,
+    Colour = 6,
+    BlendIndices = 7,
+    BlendWeights = 8,
+    Texture = 9,
+    Float = 10,
+};
+
+} // namespace Mox::Materials

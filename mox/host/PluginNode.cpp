@@ -1,0 +1,227 @@
+#include "mox/host/PluginNode.h"
+
+#include "mox/Text.h"
+#include "mox/authoring/GuiNode.h"
+#include "mox/bindings/Material.h"
+#include "mox/host/LibraryCall.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <type_traits>
+#include <utility>
+
+namespace Mox::Host {
+
+using Materials::Compose;
+using Materials::GuiNode;
+using Materials::GuiPort;
+using Materials::GuiProperty;
+using Materials::GuiPropertyBag;
+using Materials::GuiPropertyKind;
+
+static_assert(std::is_same_v<PluginNode::EdgeList, GuiNode::EdgeList>);
+
+namespace {
+
+bool MendProperty(boost::shared_ptr<GuiProperty>& property)
+{
+    if (property)
+        return false;
+    property = GuiProperty::Create("");
+    return true;
+}
+
+/// Puts an empty record in the place of each that is null, so that the host can read the node
+/// after its failure.
+/// @returns what was null, or an empty text
+std::string MendRecords(GuiNode& node)
+{
+    std::string lost;
+    if (!node.Properties) {
+        node.Properties = boost::make_shared<GuiPropertyBag>();
+        lost = "its properties";
+    }
+    for (auto& property : node.Properties->Properties) {
+        if (MendProperty(property))
+            lost = "a property";
+    }
+    for (auto& [name, property] : node.Properties->Index) {
+        if (MendProperty(property))
+            lost = Compose("the property \"", name, "\"");
+    }
+    for (const auto& [property, name] :
+         {std::pair(&node.Type, "Type"), std::pair(&node.Name, "Name"),
+          std::pair(&node.Description, "Description")}) {
+        if (MendProperty(*property) || (*property)->Kind != GuiPropertyKind::String) {
+            (*property)->Kind = GuiPropertyKind::String;
+            lost = Compose("the text of the property \"", name, "\"");
+        }
+    }
+    return lost;
+}
+
+std::string DescribeCallee(const char* operation, const std::string& type)
+{
+    return Compose(operation, " of the type \"", type, "\"");
+}
+
+} // namespace
+
+PluginNode::PluginNode(boost::shared_ptr<GuiNode> node, const Place& where) : _node(std::move(node))
+{
+    if (!_node)
+        throw HostError(where, "there is no node");
+    Call(where, "the constructor", [] {});
+}
+
+template <class Operation>
+void PluginNode::Call(const Place& where, const char* name, Operation operation) const
+{
+    try {
+        operation();
+    } catch (...) {
+        MendRecords(*_node);
+        ThrowAsHostError(where, DescribeCallee(name, Type()));
+    }
+    if (const std::string lost = MendRecords(*_node); !lost.empty())
+        throw HostError(where, Compose(DescribeCallee(name, Type()), ": the node lost ", lost));
+}
+
+void PluginNode::UpdatePorts(const Place& where) const
+{
+    Call(where, "UpdatePorts", [this] { _node->UpdatePorts({}); });
+}
+
+std::string PluginNode::GetTitle(const Place& where) const
+{
+    std::string title;
+    Call(where, "GetTitle", [&] { title = _node->GetTitle(); });
+    return title;
+}
+
+void PluginNode::ResolveComponentCounts(const Place& where) const
+{
+    Call(where, "ResolveComponentCounts", [this] { _node->ResolveComponentCounts(); });
+}
+
+void PluginNode::ResolvePrecisions(const Place& where) const
+{
+    Call(where, "ResolvePrecisions", [this] { _node->ResolvePrecisions(); });
+}
+
+void PluginNode::GenerateShader(const Place& where, ShaderGraphGenerator& generator) const
+{
+    Call(where, "GenerateShader", [&] { _node->GenerateShader(generator); });
+}
+
+bool PluginNode::HasBinding(const Place& where) const
+{
+    bool hasBinding = false;
+    Call(where, "HasBinding", [&] { hasBinding = _node->HasBinding(); });
+    return hasBinding;
+}
+
+std::vector<PluginBinding> PluginNode::CreateBindings(const Place& where) const
+{
+    std::vector<PluginBinding> bindings;
+    if (!HasBinding(where))
+        return bindings;
+    const auto material = boost::make_shared<Materials::Material>();
+    Call(where, "CreateBindings", [&] { _node->CreateBindings(material); });
+    for (const auto& binding : material->Bindings)
+        bindings.emplace_back(binding, where, _node);
+    return bindings;
+}
+
+void PluginNode::LoadProperties(const Place& where,
+                                const boost::shared_ptr<GuiPropertyBag>& stored) const
+{
+    Call(where, "LoadProperties", [&] { _node->LoadProperties(stored); });
+}
+
+GuiPropertyBag& PluginNode::Properties() const
+{
+    return *_node->Properties;
+}
+
+std::vector<GuiPort>& PluginNode::InputPorts() const
+{
+    return _node->InputPorts;
+}
+
+std::vector<GuiPort>& PluginNode::OutputPorts() const
+{
+    return _node->OutputPorts;
+}
+
+PluginNode::EdgeList& PluginNode::InEdges() const
+{
+    return _node->InEdges;
+}
+
+PluginNode::EdgeList& PluginNode::OutEdges() const
+{
+    return _node->OutEdges;
+}
+
+float (&PluginNode::ForegroundColour() const)[4]
+{
+    return _node->ForegroundColour;
+}
+
+float (&PluginNode::BackgroundColour() const)[4]
+{
+    return _node->BackgroundColour;
+}
+
+const std::string& PluginNode::Type() const
+{
+    return _node->Type->Text;
+}
+
+const std::string& PluginNode::Name() const
+{
+    return _node->Name->Text;
+}
+
+const std::string& PluginNode::Description() const
+{
+    return _node->Description->Text;
+}
+
+const boost::shared_ptr<GuiProperty>& PluginNode::TypeProperty() const
+{
+    return _node->Type;
+}
+
+const boost::shared_ptr<GuiProperty>& PluginNode::NameProperty() const
+{
+    return _node->Name;
+}
+
+std::string PluginNode::Describe() const
+{
+    return _node->Describe();
+}
+
+std::int32_t PluginNode::FindInputPort(const std::string& name) const
+{
+    return _node->FindInputPort(name);
+}
+
+std::int32_t PluginNode::FindOutputPort(const std::string& name) const
+{
+    return _node->FindOutputPort(name);
+}
+
+GuiPort& PluginNode::GetInputPort(const Place& where, const std::string& name) const
+{
+    return CallLibrary(where, [&]() -> GuiPort& { return _node->GetInputPort(name); });
+}
+
+GuiPort& PluginNode::GetOutputPort(const Place& where, const std::string& name) const
+{
+    return CallLibrary(where, [&]() -> GuiPort& { return _node->GetOutputPort(name); });
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# No source of the host sees the classes whose operations plug-ins implement, except for those
+# that wrap them in PluginNode, PluginBinding and Plugin, and one that defines a node.
+# Usage: door_test.sh SOURCE_TREE
+set -euo pipefail
+cd "$1"
+
+classes='authoring/GuiNode(Factory)?|bindings/(Material|[A-Za-z]*Binding)|nodekit/[A-Za-z]*|nodes/[A-Za-z]*'
+allowed='mox/host/Plugin.cpp mox/host/PluginBinding.cpp mox/host/PluginNode.cpp mox/preview/NodeProbe.cpp'
+seen=$(grep -rlE "include .mox/($classes)\.h" tools mox |
+    grep -vE '^mox/(authoring|bindings|nodekit|nodes|plugin|shader)/' | sort)
+diff <(tr ' ' '\n' <<<"$allowed") <(echo "$seen")
