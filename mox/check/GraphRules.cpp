@@ -31,7 +31,7 @@ void ForEachBinding(const MaterialGraph& graph, Visit visit)
         try {
             bindings = CreateNodeBindings(node);
         } catch (const HostError&) {
-            continue; // generation reports what is wrong with the node
+            continue; // ReportFailedBindings reports it
         }
         for (const PluginBinding& binding : bindings)
             visit(node, binding);
@@ -88,6 +88,24 @@ std::string ZeroLine(const GuiPort& port)
 }
 
 } // namespace
+
+void ReportFailedBindings(const MaterialGraph& graph, ProblemList& problems)
+{
+    std::set<std::string> failed;
+    for (const Problem& problem : problems.Problems()) {
+        if (problem.Level == Severity::Error)
+            failed.insert(problem.Where.Node);
+    }
+    for (const MaterialGraph::Node& node : graph.Nodes()) {
+        if (failed.contains(node.Id))
+            continue;
+        try {
+            node.Gui.CreateBindings(node.Where);
+        } catch (const HostError& error) {
+            problems.Fail("node-failed", error);
+        }
+    }
+}
 
 void WarnOfAwkwardNames(const MaterialGraph& graph, ProblemList& problems)
 {

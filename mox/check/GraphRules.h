@@ -5,8 +5,11 @@
 
 namespace Mox::Host {
 
-/// Warnings about a material that exports all the same, found on its authoring graph. Each function
-/// has one rule.
+/// Rules about the authoring graph of a material, one function each. All but the first are warnings
+/// about a material that exports all the same.
+
+/// An error for each node that fails to make its bindings, unless another error names it already.
+void ReportFailedBindings(const MaterialGraph& graph, ProblemList& problems);
 
 /// A name of a binding that is no Cg name, or a word that Cg has itself: the program bears another.
 void WarnOfAwkwardNames(const MaterialGraph& graph, ProblemList& problems);

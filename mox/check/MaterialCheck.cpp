@@ -33,6 +33,7 @@ void CheckMaterial(const MaterialGraph& graph, const std::filesystem::path& file
     if (proof && !problems.HasErrors() && !found.HasErrors())
         WriteProgram(*proof, program, graph, file, found);
     problems.Append(found);
+    ReportFailedBindings(graph, problems);
 }
 
 } // namespace Mox::Host

@@ -41,7 +41,7 @@ public:
 
     void Generate()
     {
-        const StandInNames names(_graph);
+        const StandInNames names(_graph, _problems);
         _shader.OriginalNames = names.Originals();
         _shader.Origins.Reserve(_graph.Nodes().size());
         for (auto entry = _graph.Nodes().begin(); entry != _graph.Nodes().end(); ++entry) {

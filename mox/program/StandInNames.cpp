@@ -7,19 +7,20 @@ namespace Mox::Host {
 
 namespace {
 
-/// A node that fails keeps its name; generation reports what is wrong with it.
-bool HasBinding(const MaterialGraph::Node& node)
+/// A node that fails is reported and keeps its name.
+bool HasBinding(const MaterialGraph::Node& node, ProblemList& problems)
 {
     try {
         return node.Gui.HasBinding(node.Where);
-    } catch (const HostError&) {
+    } catch (const HostError& error) {
+        problems.Fail("node-failed", error);
         return false;
     }
 }
 
 } // namespace
 
-StandInNames::StandInNames(const MaterialGraph& graph)
+StandInNames::StandInNames(const MaterialGraph& graph, ProblemList& problems)
 {
     CgNames names;
     std::map<std::string, std::string> standIns;
@@ -27,7 +28,7 @@ StandInNames::StandInNames(const MaterialGraph& graph)
     for (const MaterialGraph::Node& node : graph.Nodes()) {
         if (ShaderNode::IsValidCgName(node.Gui.Name()))
             names.Take(node.Gui.Name());
-        else if (HasBinding(node))
+        else if (HasBinding(node, problems))
             nodes.push_back(node.Gui);
     }
     for (const auto& node : nodes)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mox/graph/MaterialGraph.h"
+#include "mox/host/Problem.h"
 
 #include <boost/noncopyable.hpp>
 
@@ -16,7 +17,8 @@ namespace Mox::Host {
 class StandInNames : private boost::noncopyable
 {
 public:
-    explicit StandInNames(const MaterialGraph& graph);
+    /// @param problems takes each node that does not say whether it has a binding
+    StandInNames(const MaterialGraph& graph, ProblemList& problems);
     ~StandInNames();
 
     /// From a stand-in to the name that it stands for.

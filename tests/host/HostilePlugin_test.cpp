@@ -1,11 +1,11 @@
 #include "mox/Text.h"
+#include "mox/check/MaterialCheck.h"
 #include "mox/check/MaterialDiff.h"
 #include "mox/document/NodeFragment.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/MaterialLoader.h"
 #include "mox/graph/MaterialSaver.h"
-#include "mox/program/MaterialProgram.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/Failure.h"
 
@@ -86,7 +86,7 @@ private:
             Try([&] { graph.Nodes().begin()->Gui.GetTitle({}); });
             Try([&] { FormatBindings(CreateBindings(graph)); });
             Try([&] { UseBindings(graph); });
-            Try([&] { BuildMaterialProgram(graph, TestEnvironment(), {}, problems); });
+            Try([&] { CheckMaterial(graph, "h.xml", TestEnvironment(), nullptr, problems); });
             Try([&] { SaveMaterial(graph); });
         });
         for (const Problem& problem : problems.Problems())
