@@ -1,7 +1,6 @@
 // A host that is built apart from the library, perhaps by another compiler, loads the installed
 // plug-ins and one more, and works with the nodes and the failures of both.
 
-
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <iostream>

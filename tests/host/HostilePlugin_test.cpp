@@ -95,7 +95,7 @@ private:
 
     void UseBindings(const MaterialGraph& graph)
     {
-        for (const PluginBinding& binding : CreateBindings(graph)) {
+        for (const PluginBinding& binding : graph.Nodes().begin()->Gui.CreateBindings({})) {
             Try([&] { binding.SetDefaultText("1"); });
             Try([&] { binding.GetDefaultText(); });
             Try([&] { binding.GetDefault(0); });
