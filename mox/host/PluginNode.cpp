@@ -31,14 +31,14 @@ bool MendProperty(boost::shared_ptr<GuiProperty>& property)
     return true;
 }
 
-/// Puts an empty record in the place of each that is null, so that the host can read the node
-/// after its failure.
-/// @returns what was null, or an empty text
-std::string MendRecords(GuiNode& node)
+/// Gives the node its bag back and puts an empty record in the place of each that is null, so that
+/// the host can read the node after its failure.
+/// @returns what the node had lost, or an empty text
+std::string MendRecords(GuiNode& node, const boost::shared_ptr<GuiPropertyBag>& bag)
 {
     std::string lost;
-    if (!node.Properties) {
-        node.Properties = boost::make_shared<GuiPropertyBag>();
+    if (node.Properties != bag) {
+        node.Properties = bag;
         lost = "its properties";
     }
     for (auto& property : node.Properties->Properties) {
@@ -71,6 +71,9 @@ PluginNode::PluginNode(boost::shared_ptr<GuiNode> node, const Place& where) : _n
 {
     if (!_node)
         throw HostError(where, "there is no node");
+    _bag = _node->Properties;
+    if (!_bag)
+        throw HostError(where, "the node has no properties");
     Call(where, "the constructor", [] {});
 }
 
@@ -80,10 +83,10 @@ void PluginNode::Call(const Place& where, const char* name, Operation operation)
     try {
         operation();
     } catch (...) {
-        MendRecords(*_node);
+        MendRecords(*_node, _bag);
         ThrowAsHostError(where, DescribeCallee(name, Type()));
     }
-    if (const std::string lost = MendRecords(*_node); !lost.empty())
+    if (const std::string lost = MendRecords(*_node, _bag); !lost.empty())
         throw HostError(where, Compose(DescribeCallee(name, Type()), ": the node lost ", lost));
 }
 

@@ -104,6 +104,7 @@ private:
     void Call(const Place& where, const char* name, Operation operation) const;
 
     boost::shared_ptr<Materials::GuiNode> _node;
+    boost::shared_ptr<Materials::GuiPropertyBag> _bag; ///< that of the node, which may lose it
 };
 
 } // namespace Mox::Host

@@ -160,6 +160,10 @@ TEST(HostilePlugin, WhatIsNullIsReportedAndReplaced)
             EXPECT_NE(messages.find(message), std::string::npos) << messages;
         }
     }
+    for (const char* fault : {"bag", "property", "name", "kind"}) {
+        const std::string messages = Pipeline(Compose("Create-", fault)).Messages();
+        EXPECT_NE(messages.find("the node "), std::string::npos) << messages;
+    }
     EXPECT_NE(Pipeline("Create-nothing").Messages().find("gave no node"), std::string::npos);
     EXPECT_NE(Pipeline("CreateBindings-nothing").Messages().find("a binding that is null"),
               std::string::npos);
