@@ -100,7 +100,7 @@ void ReportFailedBindings(const MaterialGraph& graph, ProblemList& problems)
         if (failed.contains(node.Id))
             continue;
         try {
-            node.Gui.CreateBindings(node.Where);
+            CreateNodeBindings(node);
         } catch (const HostError& error) {
             problems.Fail("node-failed", error);
         }
