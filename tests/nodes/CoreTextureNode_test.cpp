@@ -66,10 +66,10 @@ TEST(CoreTextureNode, References)
 TEST(CoreTextureNode, ReferenceToAPlaceholderForATexture)
 {
     const Host::Plugin plugin(MOX_CORE_PLUGIN);
-    const NodeHandle placeholder = plugin.CreateNode("CoreDefault");
+    const NodeHandle placeholder = plugin.CreateNode("CoreDefault").Handle();
     placeholder->Type->SetString("CoreTexture");
-    const NodeHandle near = plugin.CreateNode("CoreTexture");
-    const NodeHandle far = plugin.CreateNode("CoreTexture");
+    const NodeHandle near = plugin.CreateNode("CoreTexture").Handle();
+    const NodeHandle far = plugin.CreateNode("CoreTexture").Handle();
     near->SetName("near");
     ReferenceOf(*near) = placeholder;
     ReferenceOf(*far) = near;
@@ -82,7 +82,7 @@ TEST(CoreTextureNode, ReferenceToAPlaceholderForATexture)
 TEST(CoreTextureNode, AlphaWithoutItsPortIsNotUsed)
 {
     const Host::Plugin plugin(MOX_CORE_PLUGIN);
-    const NodeHandle node = plugin.CreateNode("CoreTexture");
+    const NodeHandle node = plugin.CreateNode("CoreTexture").Handle();
     ApplySettings(*node, "Alpha=true");
     EXPECT_EQ(DescribeBindings(*node).find("using_alpha"), std::string::npos);
 }
