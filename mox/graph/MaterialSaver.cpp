@@ -2,6 +2,7 @@
 
 #include "mox/graph/NodeSnapshot.h"
 #include "mox/graph/StoredNode.h"
+#include "mox/host/LibraryCall.h"
 
 #include <algorithm>
 #include <vector>
@@ -67,7 +68,7 @@ private:
             if (!_isEdited[i])
                 continue;
             if (_properties[i]->Editable)
-                others[i]->CopyFrom(_properties[i]);
+                CallLibrary(_node.Where, [&] { others[i]->CopyFrom(_properties[i]); });
             else
                 hasSettled = true;
         }

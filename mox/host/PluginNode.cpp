@@ -7,6 +7,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <algorithm>
 #include <type_traits>
 #include <utility>
 
@@ -23,16 +24,29 @@ static_assert(std::is_same_v<PluginNode::EdgeList, GuiNode::EdgeList>);
 
 namespace {
 
-bool MendProperty(boost::shared_ptr<GuiProperty>& property)
+/// The property of that name in the list of the bag, or a new one.
+boost::shared_ptr<GuiProperty> FindListed(const GuiPropertyBag& bag, const std::string& name)
 {
-    if (property)
-        return false;
-    property = GuiProperty::Create("");
-    return true;
+    for (const auto& property : bag.Properties) {
+        if (property && property->Name == name)
+            return property;
+    }
+    return GuiProperty::Create(name);
 }
 
-/// Gives the node its bag back and puts an empty record in the place of each that is null, so that
-/// the host can read the node after its failure.
+/// A property in the index of the bag that its list lacks, or a new one.
+boost::shared_ptr<GuiProperty> FindUnlisted(const GuiPropertyBag& bag)
+{
+    for (const auto& [name, property] : bag.Index) {
+        if (std::find(bag.Properties.begin(), bag.Properties.end(), property) ==
+            bag.Properties.end())
+            return property;
+    }
+    return GuiProperty::Create("");
+}
+
+/// Gives the node its bag back and replaces each record that is null, so that the host can read the
+/// node after its failure.
 /// @returns what the node had lost, or an empty text
 std::string MendRecords(GuiNode& node, const boost::shared_ptr<GuiPropertyBag>& bag)
 {
@@ -41,18 +55,23 @@ std::string MendRecords(GuiNode& node, const boost::shared_ptr<GuiPropertyBag>& 
         node.Properties = bag;
         lost = "its properties";
     }
-    for (auto& property : node.Properties->Properties) {
-        if (MendProperty(property))
-            lost = "a property";
-    }
-    for (auto& [name, property] : node.Properties->Index) {
-        if (MendProperty(property))
+    for (auto& [name, property] : bag->Index) {
+        if (!property) {
+            property = FindListed(*bag, name);
             lost = Compose("the property \"", name, "\"");
+        }
+    }
+    for (auto& property : bag->Properties) {
+        if (!property) {
+            property = FindUnlisted(*bag);
+            lost = Compose("the property \"", property->Name, "\"");
+        }
     }
     for (const auto& [property, name] :
          {std::pair(&node.Type, "Type"), std::pair(&node.Name, "Name"),
           std::pair(&node.Description, "Description")}) {
-        if (MendProperty(*property) || (*property)->Kind != GuiPropertyKind::String) {
+        if (!*property || (*property)->Kind != GuiPropertyKind::String) {
+            *property = FindListed(*bag, name);
             (*property)->Kind = GuiPropertyKind::String;
             lost = Compose("the text of the property \"", name, "\"");
         }

@@ -200,24 +200,6 @@ TEST(ProgramCompiler, RandomMaterials)
     RecordProperty("compiled", static_cast<int>(compiled));
 }
 
-TEST(ProgramCompiler, ErrorsNameTheNodeOfAMaterial)
-{
-    ProblemList problems;
-    const CgProgram program = BuildMaterial(MaterialFromText(R"(
-        uv CoreUv
-        flip book CoreAnimatedUv; Columns=0; Execution Level=Fragment
-        paint CoreTexture
-        surface Surface
-        uv.read -> flip book.in_uv
-        flip book.out_uv1 -> paint.in_uv
-        paint.out_colour -> surface.in_colour
-    )"),
-                                            problems);
-    EXPECT_EQ(ErrorsOf(program), "error compile: test.xml: node \"flip book\": does not compile "
-                                 "for the fragment stage: 'inf': unknown variable, "
-                                 "in \"float numColsRcp = float( inf ).x;\"\n");
-}
-
 /// A pair of programs that reads one parameter of a kind for each name.
 CgProgram ProgramWithNames(ParameterKind kind, const std::vector<std::string>& names)
 {

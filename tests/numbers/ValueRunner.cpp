@@ -88,8 +88,7 @@ std::vector<DrawTexture> MakeTextures(const CompiledProgram& program, const RunI
 
 } // namespace
 
-ValueRunner::ValueRunner()
-    : _device(true), _environment(ReadEnvironment(MOX_TEST_DATA "/numbers/environment"))
+ValueRunner::ValueRunner() : _device(true), _environment(ReadEnvironment(MOX_NUMBERS_ENVIRONMENT))
 {}
 
 std::vector<Numbers> ValueRunner::Evaluate(const std::string& material, const RunInputs& inputs)
