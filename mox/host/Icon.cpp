@@ -4,6 +4,7 @@
 #include "mox/host/HostError.h"
 
 #include <X11/xpm.h>
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <memory>
@@ -58,17 +59,30 @@ XpmHeader ReadHeader(const std::string& row)
     return header;
 }
 
+/// Takes the next word off a text.
+/// @returns nothing at its end
+std::string_view TakeWord(std::string_view& text)
+{
+    constexpr std::string_view blanks = " \t\n\v\f\r";
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    const std::string_view word = text.substr(0, text.find_first_of(blanks));
+    text.remove_prefix(word.size());
+    return word;
+}
+
 /// Whether a colour row has a colour for colour screens, "c" and a value, after its key.
-bool HasColour(const std::string& row, std::size_t keyLength)
+bool HasColour(std::string_view row, std::size_t keyLength)
 {
     if (row.size() < keyLength)
         return false;
-    std::istringstream stream(row.substr(keyLength));
-    for (std::string visual, value; stream >> visual >> value;) {
+    row.remove_prefix(keyLength);
+    for (;;) {
+        const std::string_view visual = TakeWord(row);
+        if (TakeWord(row).empty())
+            return false;
         if (visual == "c")
             return true;
     }
-    return false;
 }
 
 } // namespace
