@@ -147,8 +147,9 @@ public:
 
     std::string GetTitle() override
     {
+        std::string title = GuiNode::GetTitle(); // needs the records
         Enter("GetTitle");
-        return GuiNode::GetTitle();
+        return title;
     }
 
     void ResolveComponentCounts() override
@@ -181,8 +182,8 @@ public:
 
     void LoadProperties(const boost::shared_ptr<GuiPropertyBag>& stored) override
     {
+        GuiNode::LoadProperties(stored); // needs the records
         Enter("LoadProperties");
-        GuiNode::LoadProperties(stored);
     }
 
 private:
