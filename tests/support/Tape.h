@@ -3,8 +3,8 @@
 #include "mox/decode/DecodeError.h"
 #include "mox/decode/DecodedStream.h"
 
+#include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <span>
 #include <vector>
 
@@ -26,7 +26,8 @@ public:
         return [this](std::span<std::byte> bytes) {
             if (bytes.size() > _bytes.size() - _position)
                 throw Mox::Host::DecodeError("end");
-            std::memcpy(bytes.data(), _bytes.data() + _position, bytes.size());
+            std::copy_n(_bytes.begin() + static_cast<std::ptrdiff_t>(_position), bytes.size(),
+                        bytes.begin());
             _position += bytes.size();
         };
     }
