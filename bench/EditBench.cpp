@@ -3,7 +3,7 @@
 #include "RoadFiles.h"
 #include "Stopwatch.h"
 #include "mox/graph/GraphResolver.h"
-#include "mox/graph/MaterialLoader.h"
+#include "mox/graph/OpenMaterial.h"
 
 #include <benchmark/benchmark.h>
 

@@ -6,8 +6,7 @@
 #include "mox/bindings/Binding.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphResolver.h"
-#include "mox/graph/MaterialLoader.h"
-#include "mox/graph/MaterialSaver.h"
+#include "mox/graph/OpenMaterial.h"
 #include "mox/program/EnvironmentNodes.h"
 #include "mox/program/MaterialProgram.h"
 
@@ -65,7 +64,7 @@ void MeasureParts(benchmark::State& state, const Workshop& workshop, Shape shape
         const Host::CgProgram program = Host::BuildCgProgram(
             shader.Graph, shader.Origins, shader.OriginalNames, workshop.Environment, {}, problems);
         programs += watch.Lap();
-        const std::string text = Host::FormatMaterialDocument(Host::SaveMaterial(graph));
+        const std::string text = Host::FormatMaterialDocument(graph.Document());
         save += watch.Lap();
         benchmark::DoNotOptimize(text.data());
     }

@@ -3,7 +3,7 @@
 #include "Stopwatch.h"
 #include "mox/document/MaterialDocument.h"
 #include "mox/graph/GraphResolver.h"
-#include "mox/graph/MaterialLoader.h"
+#include "mox/graph/OpenMaterial.h"
 #include "mox/program/MaterialProgram.h"
 
 #include <optional>

@@ -10,11 +10,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     constexpr int mostEdits = 40; // each is followed by a look at the whole graph
     Choices choices(data, size);
-    MaterialGraph graph{NodeMaker(TestPlugins())};
+    const NodeMaker maker(TestPlugins());
+    MaterialGraph graph(maker);
     graph.AddNode("n0", "CoreMaths");
     int edits = 0;
     CheckEdits(
-        graph, [&](std::size_t end) { return choices.Below(end); },
+        graph, maker, [&](std::size_t end) { return choices.Below(end); },
         [&] { return choices.IsAtEnd() || ++edits > mostEdits; });
     return 0;
 }

@@ -175,7 +175,7 @@ void WarnOfOpenInputs(const MaterialGraph& graph, ProblemList& problems)
             continue;
         std::string bodies;
         for (const GuiPort& port : node.Gui.InputPorts()) {
-            if (port.Connected || graph.Store().HasLooseEdge(entry.Index(), port.Name))
+            if (port.Connected || graph.HasLooseEdge(entry.Index(), port.Name))
                 continue;
             if (bodies.empty())
                 bodies = WriteBodies(node);
@@ -192,10 +192,10 @@ void WarnOfOpenInputs(const MaterialGraph& graph, ProblemList& problems)
 void WarnOfStrayBindings(const MaterialGraph& graph, const std::filesystem::path& document,
                          ProblemList& problems)
 {
-    if (graph.Bindings.empty())
+    if (graph.Document().Bindings.empty())
         return;
     const std::set<BindingKey> made = FindBindings(graph);
-    for (const DocumentBinding& binding : graph.Bindings) {
+    for (const DocumentBinding& binding : graph.Document().Bindings) {
         if (!made.contains({binding.Stream, binding.Tag})) {
             problems.Warn(
                 "stray-binding", {document.string(), binding.Line, {}, {}},

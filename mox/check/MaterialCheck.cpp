@@ -25,7 +25,7 @@ void CheckMaterial(const MaterialGraph& graph, const std::filesystem::path& file
     WarnOfBasicColours(graph, problems);
     WarnOfEmptyGrids(graph, problems);
     WarnOfOpenInputs(graph, problems);
-    WarnOfMissingTextures(graph.Bindings, file, problems);
+    WarnOfMissingTextures(graph.Document(), file, problems);
     WarnOfStrayBindings(graph, file, problems);
 
     ProblemList found;

@@ -10,9 +10,9 @@ namespace {
 
 /// Calls use for each texture, with the binding and the name in the document.
 template <class Use>
-void ForEachTexture(const std::vector<DocumentBinding>& bindings, Use use)
+void ForEachTexture(const MaterialDocument& document, Use use)
 {
-    for (const DocumentBinding& binding : bindings) {
+    for (const DocumentBinding& binding : document.Bindings) {
         if (binding.Stream != "texture")
             continue;
         for (const DocumentValue& value : binding.Values) {
@@ -24,23 +24,23 @@ void ForEachTexture(const std::vector<DocumentBinding>& bindings, Use use)
 
 } // namespace
 
-std::vector<std::filesystem::path> TextureFiles(const std::vector<DocumentBinding>& bindings,
-                                                const std::filesystem::path& document)
+std::vector<std::filesystem::path> TextureFiles(const MaterialDocument& document,
+                                                const std::filesystem::path& file)
 {
     std::vector<std::filesystem::path> files;
-    ForEachTexture(bindings, [&](const DocumentBinding&, const std::string& name) {
-        files.push_back(document.parent_path() / name);
+    ForEachTexture(document, [&](const DocumentBinding&, const std::string& name) {
+        files.push_back(file.parent_path() / name);
     });
     return files;
 }
 
-void WarnOfMissingTextures(const std::vector<DocumentBinding>& bindings,
-                           const std::filesystem::path& document, ProblemList& problems)
+void WarnOfMissingTextures(const MaterialDocument& document, const std::filesystem::path& file,
+                           ProblemList& problems)
 {
-    ForEachTexture(bindings, [&](const DocumentBinding& binding, const std::string& name) {
+    ForEachTexture(document, [&](const DocumentBinding& binding, const std::string& name) {
         std::error_code error;
-        if (!std::filesystem::exists(document.parent_path() / name, error)) {
-            problems.Warn("missing-texture", {document.string(), binding.Line, {}, {}},
+        if (!std::filesystem::exists(file.parent_path() / name, error)) {
+            problems.Warn("missing-texture", {file.string(), binding.Line, {}, {}},
                           Materials::Compose("binding \"", binding.Tag, "\": there is no file \"",
                                              name, "\""));
         }

@@ -10,11 +10,12 @@ namespace Mox::Host {
 
 /// The texture files that a document puts into its bindings, as paths from where the program runs:
 /// the document names them from its own folder. They need not exist.
-std::vector<std::filesystem::path> TextureFiles(const std::vector<DocumentBinding>& bindings,
-                                                const std::filesystem::path& document);
+/// @param file that the document was read from
+std::vector<std::filesystem::path> TextureFiles(const MaterialDocument& document,
+                                                const std::filesystem::path& file);
 
 /// Warns of each of these files that does not exist.
-void WarnOfMissingTextures(const std::vector<DocumentBinding>& bindings,
-                           const std::filesystem::path& document, ProblemList& problems);
+void WarnOfMissingTextures(const MaterialDocument& document, const std::filesystem::path& file,
+                           ProblemList& problems);
 
 } // namespace Mox::Host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mox/authoring/GuiProperty.h"
+#include "mox/document/OrderedSlots.h"
 #include "mox/host/Problem.h"
 
 #include <cstdint>
@@ -22,6 +23,8 @@ struct DocumentProperty
     std::string Value;
     int Line = 0;
     DocumentComments Comments = {}; ///< in front of the property
+
+    bool operator==(const DocumentProperty& other) const = default;
 };
 
 struct DocumentNode
@@ -33,6 +36,8 @@ struct DocumentNode
     int Line = 0;
     DocumentComments Comments = {};     ///< in front of the node
     DocumentComments LastComments = {}; ///< behind its last property
+
+    bool operator==(const DocumentNode& other) const = default;
 };
 
 /// Ends are node ids and Cg names of ports.
@@ -82,15 +87,16 @@ struct MaterialComments
     SectionComments Bindings;
 };
 
-/// A material as it stands in a file, without any knowledge of node types.
+/// A material as it stands in a file, without any knowledge of node types. It is the whole state of
+/// a material: graphs are built from it, and edits change it.
 struct MaterialDocument
 {
     std::string File;                       ///< as it is named in messages
     std::vector<DocumentValue> Description; ///< what the material is, for people and catalogues
     std::vector<DocumentValue> RenderState; ///< blending, tests and culling
-    std::vector<DocumentNode> Nodes;
-    std::vector<DocumentEdge> Edges;
-    std::vector<DocumentBinding> Bindings;
+    OrderedSlots<DocumentNode> Nodes;
+    OrderedSlots<DocumentEdge> Edges;
+    OrderedSlots<DocumentBinding> Bindings;
     MaterialComments Comments;
 };
 

@@ -42,8 +42,8 @@ DocumentComments Flatten(SectionComments comments)
     return std::move(comments.Before);
 }
 
-template <class Record>
-void MoveInto(std::vector<Record>& records, std::optional<Record>& record)
+template <class Records, class Record>
+void MoveInto(Records& records, std::optional<Record>& record)
 {
     if (record)
         records.push_back(std::move(*record));

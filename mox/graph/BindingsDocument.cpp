@@ -102,7 +102,7 @@ void ApplyValues(const Place& where, const DocumentBinding& values, const Plugin
 
 std::vector<PluginBinding> CreateNodeBindings(const GraphNode& node)
 {
-    if (node.HasRefusedPorts)
+    if (node.Problems.Building.HasErrors())
         return {};
     return node.Gui.CreateBindings(node.Where);
 }
@@ -114,13 +114,13 @@ std::vector<PluginBinding> CreateBindings(const MaterialGraph& graph)
         for (PluginBinding& binding : CreateNodeBindings(node))
             bindings.push_back(std::move(binding));
     }
-    for (const DocumentBinding& values : graph.Bindings) {
+    for (const DocumentBinding& values : graph.Document().Bindings) {
         const auto binding =
             std::find_if(bindings.begin(), bindings.end(), [&](const PluginBinding& candidate) {
                 return candidate.Tag() == values.Tag && candidate.StreamName() == values.Stream;
             });
         if (binding != bindings.end())
-            ApplyValues(Place(graph.Store().File(), values.Line), values, *binding);
+            ApplyValues(Place(graph.Document().File, values.Line), values, *binding);
     }
     return bindings;
 }

@@ -11,19 +11,19 @@ void ChangeHistory::Do(const GraphChange& change)
         _undo.pop_back();
         throw;
     }
-    if (_undo.back().Steps.empty())
+    if (_undo.back().IsEmpty())
         _undo.pop_back();
     else
         _redo.clear();
 }
 
-void ChangeHistory::Move(std::vector<GraphChange>& from, std::vector<GraphChange>& to)
+void ChangeHistory::Move(std::vector<DocumentChange>& from, std::vector<DocumentChange>& to)
 {
     if (from.empty())
         return;
     to.emplace_back();
     try {
-        to.back() = _graph.Apply(from.back());
+        to.back() = _graph.Undo(from.back());
     } catch (...) {
         to.pop_back();
         throw;

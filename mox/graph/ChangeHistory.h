@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mox/document/DocumentChange.h"
 #include "mox/graph/GraphChange.h"
 #include "mox/graph/MaterialGraph.h"
 
@@ -27,11 +28,11 @@ public:
     void Redo() { Move(_redo, _undo); }
 
 private:
-    void Move(std::vector<GraphChange>& from, std::vector<GraphChange>& to);
+    void Move(std::vector<DocumentChange>& from, std::vector<DocumentChange>& to);
 
     MaterialGraph& _graph;
-    std::vector<GraphChange> _undo; ///< inverses, last change last
-    std::vector<GraphChange> _redo;
+    std::vector<DocumentChange> _undo; ///< inverses, last change last
+    std::vector<DocumentChange> _redo;
 };
 
 } // namespace Mox::Host

@@ -1,27 +1,29 @@
 #pragma once
 
-#include "mox/graph/GraphStore.h"
+#include "mox/graph/NodeStage.h"
 #include "mox/host/Problem.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace Mox::Host {
 
-/// Whether an edge fits between two nodes: both ports are there, the input is free, and the nodes
-/// are not one. Ports of a placeholder are taken on trust. Circles are left to RefuseCircle.
-bool CheckEdge(const GraphStore& graph, std::size_t tail, const std::string& tailPort,
-               std::size_t head, const std::string& headPort, const Place& where,
-               ProblemList& problems);
+/// Whether an edge fits between two nodes that are shown: both ports are there, the input is free,
+/// and the nodes are not one. Ports of a placeholder are taken on trust. What does not fit is
+/// reported. Circles are left to others.
+/// @param isFed whether another edge feeds the input already
+bool CheckEdge(const GraphNode& tail, const GraphNode& head, const DocumentEdge& edge, bool isFed,
+               const Place& where, ProblemList& problems);
 
 /// Reports that edges run in a circle.
-/// @param circle nodes, each feeding the next and the last one the first
-void RefuseCircle(const GraphStore& graph, const std::vector<std::size_t>& circle,
-                  const Place& where, ProblemList& problems);
+/// @param circle nodes, each of which feeds the next and the last one the first
+void ReportEdgeCircle(const NodeStage& nodes, const std::vector<std::size_t>& circle,
+                      const Place& where, ProblemList& problems);
 
 /// Reports that references run in a circle.
-/// @param circle nodes, each referring to the next and the last one to the first
-void RefuseReferenceCircle(const GraphStore& graph, const std::vector<std::size_t>& circle,
+/// @param circle nodes, each of which refers to the next and the last one to the first
+void ReportReferenceCircle(const NodeStage& nodes, const std::vector<std::size_t>& circle,
                            ProblemList& problems);
 
 } // namespace Mox::Host

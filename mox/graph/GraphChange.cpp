@@ -21,6 +21,19 @@ std::string FormatEdge(const DocumentEdge& edge)
                    "\" port \"", edge.HeadPort, "\"");
 }
 
+std::string FormatBinding(const std::string& stream, const std::string& tag)
+{
+    return Compose(stream, " binding \"", tag, "\"");
+}
+
+std::string FormatValues(const std::vector<DocumentValue>& values)
+{
+    std::string text;
+    for (const auto& [name, value] : values)
+        text += Compose(" ", name, "=\"", value, "\"");
+    return text;
+}
+
 struct StepFormatter
 {
     std::string operator()(const AddNode& step) const
@@ -30,8 +43,6 @@ struct StepFormatter
                     step.Before.empty() ? "" : Compose(" before \"", step.Before, "\""), "\n");
         for (const DocumentProperty& property : step.Node.Properties)
             text += Compose("  stored ", FormatProperty(property), "\n");
-        for (const DocumentProperty& property : step.Values)
-            text += Compose("  set ", FormatProperty(property), "\n");
         return text;
     }
 
@@ -65,6 +76,27 @@ struct StepFormatter
         for (const auto& [node, property] : step.Settings)
             text += Compose("set node \"", node, "\" ", FormatProperty(property), "\n");
         return text;
+    }
+
+    std::string operator()(const SetDescription& step) const
+    {
+        return Compose("set description", FormatValues(step.Values), "\n");
+    }
+
+    std::string operator()(const SetRenderState& step) const
+    {
+        return Compose("set render state", FormatValues(step.Values), "\n");
+    }
+
+    std::string operator()(const SetBinding& step) const
+    {
+        return Compose("set ", FormatBinding(step.Binding.Stream, step.Binding.Tag),
+                       FormatValues(step.Binding.Values), "\n");
+    }
+
+    std::string operator()(const RemoveBinding& step) const
+    {
+        return Compose("remove ", FormatBinding(step.Stream, step.Tag), "\n");
     }
 };
 

@@ -8,15 +8,15 @@
 
 namespace Mox::Host {
 
-/// Changes of a material graph as plain values. They name nodes by id and hold values as documents
-/// do, so that they can be printed, stored and applied to any graph in which they make sense.
+/// Changes of a material as a user makes them, as plain values. They name nodes by id and hold
+/// values as documents do, so that they can be printed, stored and applied to any material in which
+/// they make sense.
 
 /// A node comes.
 struct AddNode
 {
-    DocumentNode Node; ///< as a document has it; references must be there already
-    std::vector<DocumentProperty> Values; ///< set over the stored ones, as if by a user
-    std::string Before;                   ///< node that it stands ahead of; empty: at the end
+    DocumentNode Node;  ///< as a document has it
+    std::string Before; ///< node that it stands ahead of; empty: at the end
 };
 
 /// A node goes, and with it its edges; references to it are emptied.
@@ -58,7 +58,32 @@ struct SetProperties
     std::vector<PropertySetting> Settings;
 };
 
-using GraphStep = std::variant<AddNode, RemoveNode, RenameNode, AddEdge, RemoveEdge, SetProperties>;
+/// The description or the render state of the material becomes another one.
+struct SetDescription
+{
+    std::vector<DocumentValue> Values;
+};
+
+struct SetRenderState
+{
+    std::vector<DocumentValue> Values;
+};
+
+/// The values of a binding are replaced; a binding that is not there comes at the end.
+struct SetBinding
+{
+    DocumentBinding Binding;
+};
+
+/// A binding goes.
+struct RemoveBinding
+{
+    std::string Stream;
+    std::string Tag;
+};
+
+using GraphStep = std::variant<AddNode, RemoveNode, RenameNode, AddEdge, RemoveEdge, SetProperties,
+                               SetDescription, SetRenderState, SetBinding, RemoveBinding>;
 
 /// Steps that are done together or not at all.
 struct GraphChange

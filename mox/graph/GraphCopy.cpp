@@ -1,9 +1,6 @@
 #include "mox/graph/GraphCopy.h"
 
-#include "mox/graph/StoredNode.h"
-
 #include <algorithm>
-#include <map>
 #include <set>
 #include <unordered_map>
 
@@ -13,7 +10,7 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-/// Gives out ids that are free in a graph.
+/// Gives out ids that are free in a material.
 class FreshIds
 {
 public:
@@ -39,10 +36,7 @@ public:
     }
 
 private:
-    bool IsFree(const std::string& id) const
-    {
-        return !_graph.Store().FindNode(id) && !_taken.contains(id);
-    }
+    bool IsFree(const std::string& id) const { return !_graph.HasId(id) && !_taken.contains(id); }
 
     std::string Take(const std::string& id)
     {
@@ -64,13 +58,14 @@ public:
     {
         std::set<std::size_t> wanted;
         for (const std::string& id : ids)
-            wanted.insert(from.FindNode(id, {from.Store().File(), 0, {}, {}}));
+            wanted.insert(from.FindNode(id, {from.Document().File}));
         FreshIds fresh(into);
-        for (auto node = from.Nodes().begin(); node != from.Nodes().end(); ++node) {
-            if (!wanted.contains(node.Index()))
+        const auto& records = from.Document().Nodes;
+        for (auto record = records.begin(); record != records.end(); ++record) {
+            if (!wanted.contains(record.Index()))
                 continue;
-            _nodes.push_back(node.Index());
-            _newIds.emplace(node->Id, fresh.Make(node->Id));
+            _nodes.push_back(record.Index());
+            _newIds.emplace(record->Id, fresh.Make(record->Id));
         }
     }
 
@@ -78,56 +73,53 @@ public:
     {
         for (const std::size_t node : _nodes)
             CopyNode(node);
-        if (!_references.Settings.empty())
-            _change.Steps.emplace_back(std::move(_references));
-        for (const MaterialGraph::Edge& edge : _from.Edges())
-            CopyEdge(edge);
+        const auto edges = _from.Edges();
+        for (auto edge = edges.begin(); edge != edges.end(); ++edge)
+            CopyEdge(_from.Document().Edges[edge.Index()]);
         return std::move(_change);
     }
 
 private:
-    /// A reference is set when all copies are there; until then it is empty.
     void CopyNode(std::size_t index)
     {
-        AddNode step = DescribeNode(_from.Store(), index);
-        step.Node.Id = _newIds.at(step.Node.Id);
-        step.Node.Line = 0;
-        step.Before.clear();
-        std::map<std::string, std::string> references;
-        for (auto* properties : {&step.Node.Properties, &step.Values}) {
-            for (DocumentProperty& property : *properties) {
-                property.Line = 0;
-                if (property.Kind != GuiPropertyKind::Node)
-                    continue;
-                references[property.Name] = property.Value; // a set value wins over a stored one
-                property.Value.clear();
-            }
+        const DocumentNode& record = _from.Document().Nodes[index];
+        std::vector<std::string> outside;
+        for (const DocumentProperty& property : record.Properties) {
+            if (IsReference(property) && !_newIds.contains(property.Value))
+                outside.push_back(property.Value);
         }
-        for (const auto& [name, target] : references) {
-            const auto newTarget = _newIds.find(target);
-            if (newTarget != _newIds.end()) {
-                _references.Settings.push_back(
-                    {step.Node.Id, {name, GuiPropertyKind::Node, newTarget->second}});
-            }
+        DocumentNode copy = outside.empty() ? record : _from.WithoutReferences(index, outside);
+        copy.Id = _newIds.at(copy.Id);
+        copy.Line = 0;
+        std::erase_if(copy.Properties, [&](const DocumentProperty& property) {
+            return property.Kind == GuiPropertyKind::Node && !_newIds.contains(property.Value);
+        });
+        for (DocumentProperty& property : copy.Properties) {
+            property.Line = 0;
+            if (property.Kind == GuiPropertyKind::Node)
+                property.Value = _newIds.at(property.Value);
         }
-        _change.Steps.emplace_back(std::move(step));
+        _change.Steps.emplace_back(AddNode{std::move(copy), {}});
     }
 
-    void CopyEdge(const MaterialGraph::Edge& edge)
+    void CopyEdge(const DocumentEdge& edge)
     {
-        const DocumentEdge old = _from.Store().Describe(edge);
-        const auto tail = _newIds.find(old.Tail);
-        const auto head = _newIds.find(old.Head);
+        const auto tail = _newIds.find(edge.Tail);
+        const auto head = _newIds.find(edge.Head);
         if (tail == _newIds.end() || head == _newIds.end())
             return;
         _change.Steps.emplace_back(
-            AddEdge{{tail->second, old.TailPort, head->second, old.HeadPort}, {}, {}});
+            AddEdge{{tail->second, edge.TailPort, head->second, edge.HeadPort}, {}, {}});
+    }
+
+    static bool IsReference(const DocumentProperty& property)
+    {
+        return property.Kind == GuiPropertyKind::Node && !property.Value.empty();
     }
 
     const MaterialGraph& _from;
     std::vector<std::size_t> _nodes; ///< in document order
     std::unordered_map<std::string, std::string> _newIds;
-    SetProperties _references;
     GraphChange _change;
 };
 

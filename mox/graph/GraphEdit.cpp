@@ -2,11 +2,8 @@
 
 #include "mox/Text.h"
 #include "mox/graph/EdgeRules.h"
-#include "mox/graph/GraphOrder.h"
-#include "mox/graph/StoredNode.h"
 
 #include <algorithm>
-#include <iterator>
 #include <unordered_map>
 #include <utility>
 
@@ -17,14 +14,7 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-/// What the host alone keeps on a node; no class builds its ports by it.
-constexpr const char* hostProperties[] = {"BindingIndex", "PositionX", "PositionY"};
-
-bool ShapesPorts(const std::string& property)
-{
-    return std::find(std::begin(hostProperties), std::end(hostProperties), property) ==
-           std::end(hostProperties);
-}
+constexpr std::size_t None = OrderedSlots<DocumentNode>::None;
 
 std::string FormatEnds(const DocumentEdge& edge)
 {
@@ -32,72 +22,43 @@ std::string FormatEnds(const DocumentEdge& edge)
                    "\" to input port \"", edge.HeadPort, "\" of node \"", edge.Head, "\"");
 }
 
+void RenameReferences(DocumentNode& node, const std::string& id, const std::string& newId)
+{
+    for (DocumentProperty& property : node.Properties) {
+        if (property.Kind == GuiPropertyKind::Node && property.Value == id)
+            property.Value = newId;
+    }
+}
+
 } // namespace
 
 void GraphEdit::operator()(const AddNode& step)
 {
-    const Place where{_graph.File(), step.Node.Line, step.Node.Id, {}};
+    const Place where(Document().File, step.Node.Line, step.Node.Id);
     if (step.Node.Id.empty())
         throw HostError(where, "a node needs an id");
-    if (_graph.FindNode(step.Node.Id))
+    if (_edit.Document().FindNode(step.Node.Id))
         throw HostError(where, "another node has this id already");
-    const std::size_t before = step.Before.empty() ? GraphStore::None : FindNode(step.Before);
-
-    GraphNode node;
-    node.Id = step.Node.Id;
-    const MadeNode made = _graph.Maker().Make(step.Node.Type, where);
-    node.Gui = made.Gui;
-    node.IsPlaceholder = made.IsPlaceholder;
-    node.Where = where;
-    node.Stored = step.Node;
-    ProblemList problems;
-    LoadStored(_graph, node, step.Node, step.Values, problems);
-    problems.ThrowFirstError();
-    made.Gui.UpdatePorts(where);
-
-    const std::size_t index = _graph.CreateNode(std::move(node));
-    _rollback.Add([this, index] { _graph.ReleaseNode(index); });
-    _graph.AttachNode(index, before);
-    _rollback.Add([this, index] { _graph.DetachNode(index); });
-    RefreshReferences(index);
-    _inverse.emplace_back(RemoveNode{step.Node.Id});
+    Rebuild(_edit.Insert(step.Node, step.Before.empty() ? None : FindNode(step.Before)));
 }
 
 void GraphEdit::operator()(const RemoveNode& step)
 {
     const std::size_t index = FindNode(step.Id);
-    while (!_graph.Links().In(index).empty())
-        DropEdge(_graph.Links().In(index).back());
-    while (!_graph.Links().Out(index).empty())
-        DropEdge(_graph.Links().Out(index).back());
-
-    SetProperties emptied;
-    for (const std::size_t referrer : _graph.References().Referrers(index)) {
-        const GraphNode& node = _graph.Nodes()[referrer];
-        const auto& bag = node.Gui.Properties();
-        for (const auto& property : bag.Properties) {
-            if (property->Kind == GuiPropertyKind::Node &&
-                property->Node == _graph.Nodes()[index].Gui.Handle())
-                emptied.Settings.push_back({node.Id, {property->Name, GuiPropertyKind::Node, {}}});
-        }
-        for (const DocumentProperty& property : node.Stored.Properties) {
-            if (property.Kind == GuiPropertyKind::Node && property.Value == step.Id &&
-                !bag.Index.contains(property.Name))
-                emptied.Settings.push_back({node.Id, {property.Name, GuiPropertyKind::Node, {}}});
-        }
+    for (const std::size_t edge : _edit.Document().EdgesFrom(step.Id))
+        _edit.Erase<DocumentEdge>(edge);
+    for (const std::size_t edge : _edit.Document().EdgesTo(step.Id))
+        _edit.Erase<DocumentEdge>(edge);
+    std::vector<PropertyEdit> edits;
+    for (const std::size_t referrer : _edit.Document().Referrers(step.Id)) {
+        if (referrer == index)
+            continue;
+        edits.push_back(Edit(referrer));
+        edits.back().EmptyReferences(step.Id);
     }
-    if (!emptied.Settings.empty())
-        (*this)(emptied);
-
-    AddNode inverse = DescribeNode(_graph, index);
-    const std::vector<std::size_t> targets = _graph.References().Targets(index);
-    _graph.SetReferences(index, {});
-    _rollback.Add([this, index, targets] { _graph.SetReferences(index, targets); });
-    const std::size_t before = _graph.Nodes().Next(index);
-    _graph.DetachNode(index);
-    _rollback.Add([this, index, before] { _graph.AttachNode(index, before); });
-    _removedNodes.push_back(index);
-    _inverse.emplace_back(std::move(inverse));
+    Settle(edits);
+    _edit.Erase<DocumentNode>(index);
+    Rebuild(index);
 }
 
 void GraphEdit::operator()(const RenameNode& step)
@@ -106,258 +67,184 @@ void GraphEdit::operator()(const RenameNode& step)
     if (step.NewId == step.Id)
         return;
     if (step.NewId.empty())
-        throw HostError(PlaceOf(step.Id), "a node needs an id");
-    if (_graph.FindNode(step.NewId)) {
-        throw HostError(PlaceOf(step.Id),
+        throw HostError(PlaceOf(index), "a node needs an id");
+    if (_edit.Document().FindNode(step.NewId)) {
+        throw HostError(PlaceOf(index),
                         Compose("another node has the id \"", step.NewId, "\" already"));
     }
-    // References that only the document knows are kept as texts.
-    for (const std::size_t referrer : _graph.References().Referrers(index)) {
-        const GraphNode& node = _graph.Nodes()[referrer];
-        for (std::size_t i = 0; i < node.Stored.Properties.size(); ++i) {
-            const DocumentProperty& property = node.Stored.Properties[i];
-            if (property.Kind == GuiPropertyKind::Node && property.Value == step.Id &&
-                !node.Gui.Properties().Index.contains(property.Name))
-                WriteStored(referrer, i, step.NewId);
-        }
+    const std::vector<std::size_t> referrers = _edit.Document().Referrers(step.Id);
+    DocumentNode renamed = Document().Nodes[index];
+    renamed.Id = step.NewId;
+    _edit.Replace(index, std::move(renamed));
+    for (const std::size_t referrer : referrers) {
+        DocumentNode node = Document().Nodes[referrer];
+        RenameReferences(node, step.Id, step.NewId);
+        _edit.Replace(referrer, std::move(node));
     }
-    _graph.RenameNode(index, step.NewId);
-    _rollback.Add([this, index, id = step.Id] { _graph.RenameNode(index, id); });
-    _inverse.emplace_back(RenameNode{step.NewId, step.Id});
+    for (const std::size_t edge : _edit.Document().EdgesFrom(step.Id)) {
+        DocumentEdge moved = Document().Edges[edge];
+        moved.Tail = step.NewId;
+        _edit.Replace(edge, std::move(moved));
+    }
+    for (const std::size_t edge : _edit.Document().EdgesTo(step.Id)) {
+        DocumentEdge moved = Document().Edges[edge];
+        moved.Head = step.NewId;
+        _edit.Replace(edge, std::move(moved));
+    }
+    Rebuild(index);
 }
 
 void GraphEdit::operator()(const AddEdge& step)
 {
-    const DocumentEdge& edge = step.Edge;
-    const Place where{_graph.File(), edge.Line, {}, {}};
-    const std::size_t tail = FindNode(edge.Tail);
-    const std::size_t head = FindNode(edge.Head);
-    std::size_t before = GraphStore::None;
+    FindNode(step.Edge.Tail);
+    FindNode(step.Edge.Head);
+    std::size_t before = None;
     if (!step.BeforeHead.empty()) {
-        const auto next = _graph.FindEdge(FindNode(step.BeforeHead), step.BeforeHeadPort);
-        if (!next) {
-            throw HostError(where, Compose("no edge feeds input port \"", step.BeforeHeadPort,
-                                           "\" of node \"", step.BeforeHead, "\""));
+        FindNode(step.BeforeHead);
+        const auto next = _edit.Document().EdgesInto(step.BeforeHead, step.BeforeHeadPort);
+        if (next.empty()) {
+            throw HostError({Document().File, step.Edge.Line},
+                            Compose("no edge feeds input port \"", step.BeforeHeadPort,
+                                    "\" of node \"", step.BeforeHead, "\""));
         }
-        before = *next;
+        before = next.front();
     }
-    ProblemList problems;
-    if (CheckEdge(_graph, tail, edge.TailPort, head, edge.HeadPort, where, problems)) {
-        const auto circle = _graph.Order().Admit(_graph.Links(), tail, head);
-        if (!circle.empty())
-            RefuseCircle(_graph, circle, where, problems);
-    }
-    problems.ThrowFirstError();
-
-    const std::size_t index =
-        _graph.CreateEdge(tail, edge.TailPort, head, edge.HeadPort, where, edge.Comments);
-    _rollback.Add([this, index] { _graph.ReleaseEdge(index); });
-    _graph.AttachEdge(index, before);
-    _rollback.Add([this, index] { _graph.DetachEdge(index); });
-    _inverse.emplace_back(RemoveEdge{edge});
+    _edit.Insert(step.Edge, before);
 }
 
 void GraphEdit::operator()(const RemoveEdge& step)
 {
-    const std::size_t tail = FindNode(step.Edge.Tail);
-    const std::size_t head = FindNode(step.Edge.Head);
-    const auto edge = _graph.FindEdge(head, step.Edge.HeadPort);
-    if (!edge || _graph.Edges()[*edge].Tail != tail ||
-        _graph.Edges()[*edge].Gui->TailPort != step.Edge.TailPort) {
-        throw HostError({_graph.File(), 0, {}, {}},
-                        Compose("there is no edge ", FormatEnds(step.Edge)));
+    // Of several equal ones the last goes, which the graph does not show.
+    std::size_t found = None;
+    for (const std::size_t index : _edit.Document().EdgesInto(step.Edge.Head, step.Edge.HeadPort)) {
+        const DocumentEdge& edge = Document().Edges[index];
+        if (edge.Tail == step.Edge.Tail && edge.TailPort == step.Edge.TailPort)
+            found = index;
     }
-    DropEdge(*edge);
+    if (found == None) {
+        throw HostError({Document().File}, Compose("there is no edge ", FormatEnds(step.Edge)));
+    }
+    _edit.Erase<DocumentEdge>(found);
 }
 
 void GraphEdit::operator()(const SetProperties& step)
 {
-    Snapshots snapshots;
-    std::vector<PropertySetting> old;
-    for (const auto& [node, property] : step.Settings)
-        SetProperty(FindNode(node), property, snapshots, old);
-
-    std::vector<std::size_t> changed;
-    for (const auto& [node, snapshot] : snapshots) {
-        const auto properties = snapshot->ChangedProperties();
-        if (std::any_of(properties.begin(), properties.end(),
-                        [](const auto& property) { return ShapesPorts(property->Name); }))
-            changed.push_back(node);
+    std::vector<PropertyEdit> edits;
+    std::unordered_map<std::size_t, std::size_t> places;
+    for (const auto& [node, property] : step.Settings) {
+        const std::size_t index = FindNode(node);
+        const auto [place, isNew] = places.try_emplace(index, edits.size());
+        if (isNew)
+            edits.push_back(Edit(index));
+        edits[place->second].Set(property);
     }
-    for (const std::size_t node : OrderReferrers(changed))
-        Rebuild(node, snapshots);
-
-    for (const auto& [node, snapshot] : snapshots) {
-        for (const auto& property : snapshot->ChangedProperties())
-            old.push_back({_graph.Nodes()[node].Id, _graph.Describe(*property)});
-    }
-    if (!old.empty())
-        _inverse.emplace_back(SetProperties{std::move(old)});
+    Settle(edits);
 }
 
-GraphChange GraphEdit::Finish()
+void GraphEdit::operator()(const SetDescription& step)
 {
-    std::reverse(_inverse.begin(), _inverse.end());
-    GraphChange inverse{std::move(_inverse)};
-    _rollback.Commit();
-    for (const std::size_t edge : _removedEdges)
-        _graph.ReleaseEdge(edge);
-    for (const std::size_t node : _removedNodes)
-        _graph.ReleaseNode(node);
-    return inverse;
+    _edit.Do(DescriptionChange{step.Values});
+}
+
+void GraphEdit::operator()(const SetRenderState& step)
+{
+    _edit.Do(RenderStateChange{step.Values});
+}
+
+void GraphEdit::operator()(const SetBinding& step)
+{
+    const DocumentBinding& binding = step.Binding;
+    const auto index = _edit.Document().FindBinding(binding.Stream, binding.Tag);
+    if (!index) {
+        _edit.Insert(binding, None);
+        return;
+    }
+    DocumentBinding changed = Document().Bindings[*index];
+    changed.Values = binding.Values;
+    _edit.Replace(*index, std::move(changed));
+}
+
+void GraphEdit::operator()(const RemoveBinding& step)
+{
+    const auto index = _edit.Document().FindBinding(step.Stream, step.Tag);
+    if (!index) {
+        throw HostError({Document().File},
+                        Compose("there is no ", step.Stream, " binding \"", step.Tag, "\""));
+    }
+    _edit.Erase<DocumentBinding>(*index);
 }
 
 std::size_t GraphEdit::FindNode(const std::string& id) const
 {
-    const auto index = _graph.FindNode(id);
+    const auto index = _edit.Document().FindNode(id);
     if (!index)
-        throw HostError({_graph.File(), 0, {}, {}}, Compose("there is no node \"", id, "\""));
+        throw HostError({Document().File}, Compose("there is no node \"", id, "\""));
     return *index;
 }
 
-Place GraphEdit::PlaceOf(const std::string& node) const
+Place GraphEdit::PlaceOf(std::size_t node) const
 {
-    return _graph.Nodes()[FindNode(node)].Where;
+    return {Document().File, Document().Nodes[node].Line, Document().Nodes[node].Id};
 }
 
-void GraphEdit::DropEdge(std::size_t edge)
+PropertyEdit GraphEdit::Edit(std::size_t node) const
 {
-    AddEdge inverse{_graph.Describe(_graph.Edges()[edge]), {}, {}};
-    const std::size_t next = _graph.Edges().Next(edge);
-    if (next != GraphStore::None) {
-        inverse.BeforeHead = _graph.Nodes()[_graph.Edges()[next].Head].Id;
-        inverse.BeforeHeadPort = _graph.Edges()[next].Gui->HeadPort;
+    return PropertyEdit(
+        _nodes.Builder(), [this](const Materials::GuiNode* gui) { return _nodes.IdOf(gui); }, node,
+        Document().Nodes[node]);
+}
+
+/// Builds the nodes whose properties are set, and all that refer to them.
+void GraphEdit::Settle(std::vector<PropertyEdit>& edits)
+{
+    std::vector<std::size_t> changed;
+    std::unordered_map<std::size_t, PropertyEdit*> editOf;
+    for (PropertyEdit& edit : edits) {
+        if (edit.HasChanged()) {
+            changed.push_back(edit.Index());
+            editOf.emplace(edit.Index(), &edit);
+        } else if (edit.WriteHostValues()) {
+            _edit.Replace(edit.Index(), edit.Record());
+            _nodes.RereadHostValues(edit.Index());
+        }
     }
-    _graph.DetachEdge(edge);
-    _rollback.Add([this, edge, next] { _graph.AttachEdge(edge, next); });
-    _removedEdges.push_back(edge);
-    _inverse.emplace_back(std::move(inverse));
+    const std::vector<std::size_t> nodes = _nodes.WithReferrers(changed);
+    std::vector<std::vector<std::size_t>> targets;
+    for (const std::size_t index : nodes) {
+        const auto edit = editOf.find(index);
+        targets.push_back(
+            edit == editOf.end()
+                ? _nodes.TargetsOf(index, _nodes.At(index), Document().Nodes[index])
+                : _nodes.TargetsOf(index, edit->second->Live(), edit->second->Record()));
+    }
+    const GraphOrder order = _nodes.Order(nodes, targets);
+    RefuseCircle(order.Cycle);
+    for (const std::size_t index : order.Order) {
+        const auto edit = editOf.find(index);
+        if (edit == editOf.end()) {
+            _nodes.Put(index, _nodes.Builder().Build(index, Document().Nodes[index]));
+            continue;
+        }
+        GraphNode node =
+            edit->second->Settle([this](const auto& gui) { return _nodes.Renew(gui); });
+        if (edit->second->Record() != Document().Nodes[index])
+            _edit.Replace(index, edit->second->Record());
+        _nodes.Put(index, std::move(node));
+    }
 }
 
-void GraphEdit::Remember(std::size_t node, Snapshots& snapshots)
+void GraphEdit::Rebuild(std::size_t node)
 {
-    if (snapshots.contains(node))
+    RefuseCircle(_nodes.Rebuild({node}));
+}
+
+void GraphEdit::RefuseCircle(const std::vector<std::size_t>& circle) const
+{
+    if (circle.empty())
         return;
-    const auto snapshot = std::make_shared<NodeSnapshot>(_graph.Nodes()[node].Gui);
-    snapshots.emplace(node, snapshot);
-    _rollback.Add([this, node, snapshot] {
-        snapshot->Restore();
-        _graph.JoinPorts(node);
-    });
-}
-
-/// Lets a node build its ports anew and drops the edges of those that have vanished.
-void GraphEdit::Rebuild(std::size_t node, Snapshots& snapshots)
-{
-    Remember(node, snapshots);
-    const GraphNode& rebuilt = _graph.Nodes()[node];
-    _graph.Touch(node);
-    rebuilt.Gui.UpdatePorts(rebuilt.Where);
-    if (rebuilt.HasRefusedPorts) {
-        _graph.SetRefusedPorts(node, false);
-        _rollback.Add([this, node] { _graph.SetRefusedPorts(node, true); });
-    }
-    for (const std::size_t edge : _graph.JoinPorts(node))
-        DropEdge(edge);
-}
-
-void GraphEdit::SetProperty(std::size_t node, const DocumentProperty& value, Snapshots& snapshots,
-                            std::vector<PropertySetting>& old)
-{
-    const GraphNode& changed = _graph.Nodes()[node];
-    const auto property = changed.Gui.Properties().Index.find(value.Name);
-    if (property == changed.Gui.Properties().Index.end()) {
-        SetStoredProperty(node, value, old);
-        return;
-    }
-    if (property->second == changed.Gui.TypeProperty())
-        throw HostError(changed.Where, "the type of a node cannot be changed");
-    Remember(node, snapshots);
     ProblemList problems;
-    SetFromDocument(_graph, *property->second, value, changed.Where, problems);
+    ReportReferenceCircle(_nodes, circle, problems);
     problems.ThrowFirstError();
-    if (value.Kind == GuiPropertyKind::Node)
-        RefreshReferences(node);
-}
-
-/// The type does not know the property, so it can be set only where the document has it.
-void GraphEdit::SetStoredProperty(std::size_t node, const DocumentProperty& value,
-                                  std::vector<PropertySetting>& old)
-{
-    const GraphNode& changed = _graph.Nodes()[node];
-    const auto& properties = changed.Stored.Properties;
-    const auto stored = std::find_if(properties.begin(), properties.end(),
-                                     [&](const auto& other) { return other.Name == value.Name; });
-    if (stored == properties.end()) {
-        throw HostError(changed.Where, Compose("failed to find property \"", value.Name, "\""));
-    }
-    const auto parsed = Materials::GuiProperty::Create(value.Name);
-    parsed->Kind = stored->Kind;
-    if (stored->Kind == GuiPropertyKind::Enum)
-        parsed->Choices = {value.Value};
-    ProblemList problems;
-    SetFromDocument(_graph, *parsed, value, changed.Where, problems);
-    problems.ThrowFirstError();
-    if (stored->Value == value.Value)
-        return;
-    const auto isHere = [&](const PropertySetting& setting) {
-        return setting.Node == changed.Id && setting.Property.Name == value.Name;
-    };
-    if (std::none_of(old.begin(), old.end(), isHere))
-        old.push_back({changed.Id, *stored});
-    WriteStored(node, static_cast<std::size_t>(stored - properties.begin()), value.Value);
-    if (value.Kind == GuiPropertyKind::Node)
-        RefreshReferences(node);
-}
-
-void GraphEdit::WriteStored(std::size_t node, std::size_t property, const std::string& value)
-{
-    const std::string old = _graph.Nodes()[node].Stored.Properties[property].Value;
-    _graph.SetStoredValue(node, property, value);
-    _rollback.Add([this, node, property, old] { _graph.SetStoredValue(node, property, old); });
-}
-
-void GraphEdit::RefreshReferences(std::size_t node)
-{
-    const std::vector<std::size_t> old = _graph.References().Targets(node);
-    _graph.RefreshReferences(node);
-    _rollback.Add([this, node, old] { _graph.SetReferences(node, old); });
-}
-
-/// The nodes and all that refer to them, directly or not, so that each comes before those that
-/// refer to it.
-std::vector<std::size_t> GraphEdit::OrderReferrers(const std::vector<std::size_t>& changed) const
-{
-    std::vector<std::size_t> nodes;
-    std::unordered_map<std::size_t, std::size_t> positions;
-    const auto meet = [&](std::size_t node) {
-        if (positions.try_emplace(node, nodes.size()).second)
-            nodes.push_back(node);
-        return positions[node];
-    };
-    for (const std::size_t node : changed)
-        meet(node);
-    std::vector<OrderLink> links;
-    for (std::size_t done = 0; done < nodes.size(); ++done) {
-        for (const std::size_t referrer : _graph.References().Referrers(nodes[done]))
-            links.emplace_back(done, meet(referrer));
-    }
-    const GraphOrder order = OrderNodes(nodes.size(), links);
-    const auto nodesAt = [&nodes](const std::vector<std::size_t>& places) {
-        std::vector<std::size_t> result;
-        result.reserve(places.size());
-        for (const std::size_t place : places)
-            result.push_back(nodes[place]);
-        return result;
-    };
-    if (!order.Cycle.empty()) {
-        std::vector<std::size_t> circle = nodesAt(order.Cycle);
-        std::reverse(circle.begin(), circle.end()); // references run against the order they ask for
-        ProblemList problems;
-        RefuseReferenceCircle(_graph, circle, problems);
-        problems.ThrowFirstError();
-    }
-    return nodesAt(order.Order);
 }
 
 } // namespace Mox::Host

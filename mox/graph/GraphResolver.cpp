@@ -39,7 +39,7 @@ class GraphResolver::Agenda
 public:
     /// @param isForward from tails to heads
     Agenda(const MaterialGraph& graph, bool isForward)
-        : _order(graph.Store().Order()), _isForward(isForward), _isWaiting(graph.Nodes().IndexEnd())
+        : _order(graph.Order()), _isForward(isForward), _isWaiting(graph.Nodes().IndexEnd())
     {}
 
     void Add(std::size_t node)
@@ -105,7 +105,7 @@ void GraphResolver::ResolveCounts(std::size_t index, Agenda& agenda, ProblemList
     ForgetCounts(gui.InputPorts());
     ForgetCounts(gui.OutputPorts());
     for (const std::size_t edge : _graph.Links().In(index)) {
-        if (_graph.IsLoose(_graph.Edges()[edge]))
+        if (_graph.Edges()[edge].IsLoose)
             continue;
         GuiPort& input = gui.GetInputPort(node.Where, _graph.Edges()[edge].Gui->HeadPort);
         if (input.CountFixed || _carried[edge].Count == 0)
@@ -119,7 +119,7 @@ void GraphResolver::ResolveCounts(std::size_t index, Agenda& agenda, ProblemList
         problems.Fail("counts-refused", error);
     }
     for (const std::size_t edge : _graph.Links().Out(index)) {
-        if (_graph.IsLoose(_graph.Edges()[edge]))
+        if (_graph.Edges()[edge].IsLoose)
             continue;
         const GuiPort& output = gui.GetOutputPort(node.Where, _graph.Edges()[edge].Gui->TailPort);
         const std::int32_t count = output.CountKnown ? output.ComponentCount : 0;
@@ -135,7 +135,7 @@ void GraphResolver::ResolvePrecisions(std::size_t index, Agenda& agenda, Problem
     ForgetPrecisions(gui.InputPorts());
     ForgetPrecisions(gui.OutputPorts());
     for (const std::size_t edge : _graph.Links().Out(index)) {
-        if (!_carried[edge].IsFloat || _graph.IsLoose(_graph.Edges()[edge]))
+        if (!_carried[edge].IsFloat || _graph.Edges()[edge].IsLoose)
             continue;
         GuiPort& output = gui.GetOutputPort(node.Where, _graph.Edges()[edge].Gui->TailPort);
         if (output.PrecisionFixed)
@@ -149,7 +149,7 @@ void GraphResolver::ResolvePrecisions(std::size_t index, Agenda& agenda, Problem
         problems.Fail("precisions-refused", error);
     }
     for (const std::size_t edge : _graph.Links().In(index)) {
-        if (_graph.IsLoose(_graph.Edges()[edge]))
+        if (_graph.Edges()[edge].IsLoose)
             continue;
         const GuiPort& input = gui.GetInputPort(node.Where, _graph.Edges()[edge].Gui->HeadPort);
         const bool isFloat = input.PrecisionKnown && input.Precision == ComponentType::Float;

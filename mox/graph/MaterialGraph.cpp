@@ -1,67 +1,149 @@
 #include "mox/graph/MaterialGraph.h"
 
 #include "mox/Text.h"
+#include "mox/document/DocumentEdit.h"
+#include "mox/document/PropertyText.h"
+#include "mox/graph/EdgeStage.h"
 #include "mox/graph/GraphEdit.h"
+#include "mox/graph/HostValues.h"
+#include "mox/graph/NodeStage.h"
 
 #include <algorithm>
+#include <map>
 
 namespace Mox::Host {
 
 using Materials::Compose;
+using Materials::GuiPropertyKind;
+
+namespace {
+
+MaterialDocument EmptyDocument(std::string file)
+{
+    MaterialDocument document;
+    document.File = std::move(file);
+    return document;
+}
+
+/// Builds the nodes of the records that steps have changed.
+/// @returns whether that works: references do not run in circles
+bool Follow(const std::vector<DocumentStep>& done, const MaterialDocument& document,
+            NodeStage& nodes)
+{
+    std::map<std::size_t, const RecordChange<DocumentNode>*>
+        firsts; // which have the oldest records
+    for (const DocumentStep& step : done) {
+        if (const auto* node = std::get_if<RecordChange<DocumentNode>>(&step))
+            firsts.emplace(node->Index, node);
+    }
+    std::vector<std::size_t> changed;
+    std::vector<std::size_t> reread;
+    for (const auto& [index, first] : firsts) {
+        const bool isSame = first->Content && document.Nodes.Holds(index) &&
+                            AreSameButForHostValues(*first->Content, document.Nodes[index]);
+        (isSame ? reread : changed).push_back(index);
+    }
+    if (!nodes.Rebuild(changed).empty())
+        return false;
+    for (const std::size_t index : reread)
+        nodes.RereadHostValues(index);
+    return true;
+}
+
+} // namespace
 
 MaterialGraph::MaterialGraph(NodeMaker maker, std::string file)
-    : _graph(std::move(maker), std::move(file))
+    : MaterialGraph(EmptyDocument(std::move(file)), std::move(maker))
 {}
 
-GraphChange MaterialGraph::Apply(const GraphChange& change)
+MaterialGraph::MaterialGraph(MaterialDocument document, NodeMaker maker)
+    : _maker(std::move(maker)), _document(std::move(document)), _view(BuildView())
+{}
+
+DocumentChange MaterialGraph::Apply(const GraphChange& change)
 {
-    GraphEdit edit(_graph);
-    for (const GraphStep& step : change.Steps)
-        std::visit(edit, step);
-    return edit.Finish();
+    DocumentEdit edit(_document);
+    {
+        NodeStage nodes(_view, _document, _maker);
+        GraphEdit steps(edit, nodes);
+        for (const GraphStep& step : change.Steps)
+            std::visit(steps, step);
+        EdgeStage edges(_view, _document, nodes);
+        edges.EraseLost(edit);
+        edges.Judge(edit.Done());
+
+        ProblemList broken;
+        nodes.ReportNewErrors(broken);
+        edges.ReportNewErrors(broken);
+        broken.ThrowFirstError();
+        if (const auto circle = edges.Admit())
+            throw HostError(circle->Where, circle->Message);
+        if (!_view.HasCircles() || (nodes.Staged().empty() && edges.IsEmpty()))
+            return Commit(edit, nodes, edges);
+    }
+    return CommitAnew(edit);
 }
 
-GraphChange MaterialGraph::AddNode(const std::string& id, const std::string& type,
-                                   const std::string& before)
+DocumentChange MaterialGraph::Undo(DocumentChange inverse)
 {
-    const MadeNode sample = _graph.Maker().Make(type, {_graph.File(), 0, id, {}});
+    DocumentEdit edit(_document);
+    for (DocumentStep& step : inverse.Steps)
+        edit.Do(std::move(step));
+    {
+        NodeStage nodes(_view, _document, _maker);
+        EdgeStage edges(_view, _document, nodes);
+        bool isFree = Follow(edit.Done(), Document(), nodes); // of circles
+        if (isFree) {
+            edges.Judge(edit.Done());
+            isFree = !edges.Admit() &&
+                     (!_view.HasCircles() || (nodes.Staged().empty() && edges.IsEmpty()));
+        }
+        if (isFree)
+            return Commit(edit, nodes, edges);
+    }
+    return CommitAnew(edit);
+}
+
+DocumentChange MaterialGraph::AddNode(const std::string& id, const std::string& type,
+                                      const std::string& before)
+{
+    const MadeNode sample = _maker.Make(type, {Document().File, 0, id});
     const std::int32_t version = sample.IsPlaceholder ? 0 : sample.Gui.Properties().Version;
-    return Apply({{Host::AddNode{{id, type, version, {}, 0}, {}, before}}});
+    return Apply({{Host::AddNode{{id, type, version, {}}, before}}});
 }
 
-GraphChange MaterialGraph::RemoveNode(const std::string& id)
+DocumentChange MaterialGraph::RemoveNode(const std::string& id)
 {
     return Apply({{Host::RemoveNode{id}}});
 }
 
-GraphChange MaterialGraph::RenameNode(const std::string& id, const std::string& newId)
+DocumentChange MaterialGraph::RenameNode(const std::string& id, const std::string& newId)
 {
     return Apply({{Host::RenameNode{id, newId}}});
 }
 
-GraphChange MaterialGraph::Connect(const std::string& tail, const std::string& tailPort,
-                                   const std::string& head, const std::string& headPort)
-{
-    return Apply({{AddEdge{{tail, tailPort, head, headPort, 0}, {}, {}}}});
-}
-
-GraphChange MaterialGraph::Disconnect(const std::string& tail, const std::string& tailPort,
+DocumentChange MaterialGraph::Connect(const std::string& tail, const std::string& tailPort,
                                       const std::string& head, const std::string& headPort)
 {
-    return Apply({{RemoveEdge{{tail, tailPort, head, headPort, 0}}}});
+    return Apply({{AddEdge{{tail, tailPort, head, headPort}, {}, {}}}});
 }
 
-GraphChange MaterialGraph::SetProperty(const std::string& node, const std::string& property,
-                                       const std::string& value)
+DocumentChange MaterialGraph::Disconnect(const std::string& tail, const std::string& tailPort,
+                                         const std::string& head, const std::string& headPort)
 {
-    const Node& changed = Nodes()[FindNode(node, {_graph.File(), 0, {}, {}})];
-    const auto& index = changed.Gui.Properties().Index;
-    const auto& stored = changed.Stored.Properties;
-    DocumentProperty setting{property, Materials::GuiPropertyKind::String, value};
-    if (const auto known = index.find(property); known != index.end()) {
+    return Apply({{RemoveEdge{{tail, tailPort, head, headPort}}}});
+}
+
+DocumentChange MaterialGraph::SetProperty(const std::string& node, const std::string& property,
+                                          const std::string& value)
+{
+    const std::size_t index = FindNode(node, {Document().File});
+    const auto& declared = _view.Node(index).Gui.Properties().Index;
+    DocumentProperty setting{property, GuiPropertyKind::String, value};
+    if (const auto known = declared.find(property); known != declared.end()) {
         setting.Kind = known->second->Kind;
     } else {
-        for (const DocumentProperty& unknown : stored) {
+        for (const DocumentProperty& unknown : Document().Nodes[index].Properties) {
             if (unknown.Name == property)
                 setting.Kind = unknown.Kind;
         }
@@ -69,12 +151,83 @@ GraphChange MaterialGraph::SetProperty(const std::string& node, const std::strin
     return Apply({{SetProperties{{{node, setting}}}}});
 }
 
+DocumentNode MaterialGraph::WithoutReferences(std::size_t node,
+                                              const std::vector<std::string>& ids) const
+{
+    NodeBuilder builder(_document, _maker,
+                        [this](std::size_t index) -> const Node& { return _view.Node(index); });
+    builder.BrokenReferences = _view.BrokenReferences();
+    const auto idOf = [this](const Materials::GuiNode* gui) { return IdOf(gui); };
+    PropertyEdit edit(builder, idOf, node, Document().Nodes[node]);
+    for (const std::string& id : ids)
+        edit.EmptyReferences(id);
+    if (edit.HasChanged())
+        edit.Settle([](const auto& gui) { return gui; });
+    return edit.Record();
+}
+
+std::optional<std::size_t> MaterialGraph::FindNode(const std::string& id) const
+{
+    const auto index = _document.FindNode(id);
+    return index && _view.Node(*index).IsShown() ? index : std::nullopt;
+}
+
 std::size_t MaterialGraph::FindNode(const std::string& id, const Place& where) const
 {
-    const auto index = _graph.FindNode(id);
+    const auto index = FindNode(id);
     if (!index)
         throw HostError(where, Compose("there is no node \"", id, "\""));
     return *index;
+}
+
+std::string MaterialGraph::IdOf(const Materials::GuiNode* node) const
+{
+    const auto index = _view.Find(node);
+    return index ? _view.Node(*index).Id : std::string();
+}
+
+bool MaterialGraph::HasLooseEdge(std::size_t head, const std::string& headPort) const
+{
+    const auto edges = _document.EdgesInto(_view.Node(head).Id, headPort);
+    return std::any_of(edges.begin(), edges.end(), [&](std::size_t edge) {
+        return _view.Edge(edge).IsShown() && _view.Edge(edge).IsLoose;
+    });
+}
+
+/// Builds what the document shows from nothing.
+GraphView MaterialGraph::BuildView() const
+{
+    GraphView view;
+    view.Reserve(Document().Nodes.IndexEnd(), Document().Edges.IndexEnd());
+    {
+        NodeStage nodes(view, _document, _maker);
+        nodes.BuildAll();
+        EdgeStage edges(view, _document, nodes);
+        edges.JudgeAll();
+        std::set<NodeReference> broken = nodes.Builder().BrokenReferences;
+        nodes.Commit();
+        edges.CommitNew();
+        view.SetCircles(std::move(broken), std::move(nodes.ReferenceCircles),
+                        std::move(edges.Circles));
+    }
+    return view;
+}
+
+/// Brings what was built into the view.
+DocumentChange MaterialGraph::Commit(DocumentEdit& edit, NodeStage& nodes,
+                                     EdgeStage& edges) noexcept
+{
+    edges.CommitHidden();
+    nodes.Commit();
+    edges.CommitNew();
+    return edit.Finish();
+}
+
+/// Where something runs in circles, what is left out depends on the whole document.
+DocumentChange MaterialGraph::CommitAnew(DocumentEdit& edit)
+{
+    _view = BuildView();
+    return edit.Finish();
 }
 
 } // namespace Mox::Host

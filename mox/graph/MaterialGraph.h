@@ -1,95 +1,137 @@
 #pragma once
 
-#include "mox/document/MaterialDocument.h"
+#include "mox/document/IndexedDocument.h"
 #include "mox/graph/GraphChange.h"
-#include "mox/graph/GraphStore.h"
+#include "mox/graph/GraphView.h"
 #include "mox/graph/NodeMaker.h"
+#include "mox/graph/ShownItems.h"
+#include "mox/host/Problem.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace Mox::Host {
 
-/// The authoring graph of one material: its nodes, the edges between them, and what the document
-/// says about the material as a whole. It owns all of it, and keeps the edge lists and Connected
-/// flags of the nodes right through every change.
+class DocumentEdit;
+class EdgeStage;
+class NodeStage;
+
+/// A material that can be edited: its document, and the authoring graph that shows it.
 ///
-/// Each change is done whole or not at all, whatever a node's construction or UpdatePorts raises,
-/// and gives back the change that undoes it. Nodes and edges have indices that stay theirs as long
-/// as they are there. Values and ports of nodes may be read freely but are changed here only.
+/// The document is the whole state, and to save the material is to write it. The graph holds
+/// nothing that the document does not say: a node is always as one that is loaded from its record
+/// and builds its ports. A record that the graph cannot show, such as an edge whose port is not
+/// there, stays in the document, and ReportProblems says what is wrong with it.
+///
+/// A change is done whole or not at all, whatever a node's construction or UpdatePorts raises. It
+/// builds new objects for the nodes whose records change and for those that refer to them, so hosts
+/// find nodes by their ids and do not keep the objects. Only the values of the host's own
+/// ("BindingIndex", "PositionX", "PositionY") leave the object what it is. Nodes and edges have the
+/// numbers of their records, which stay theirs as long as they are there. Values and ports of nodes
+/// may be read freely.
 class MaterialGraph
 {
 public:
     using Node = GraphNode;
     using Edge = GraphEdge;
 
-    /// An empty graph.
+    /// An empty material.
     /// @param file as it is named in messages
     explicit MaterialGraph(NodeMaker maker, std::string file = {});
 
-    explicit MaterialGraph(GraphStore graph) : _graph(std::move(graph)) {}
+    /// @param maker what it makes nodes from must outlive the graph
+    MaterialGraph(MaterialDocument document, NodeMaker maker);
 
-    /// Does the steps of a change one after another.
+    const MaterialDocument& Document() const { return _document.Document(); }
+
+    /// All that is wrong with the document now.
+    void ReportProblems(ProblemList& problems) const { _view.Report(Document(), problems); }
+
+    /// Does the steps of a change one after another, and then looks at the edges.
     ///
     /// A node whose property is set rebuilds its ports, and so do all nodes that refer to it, each
-    /// after those that it refers to itself; only the properties that the host alone keeps
-    /// ("BindingIndex", "PositionX", "PositionY") leave ports alone. An edge whose port vanishes by
-    /// that is dropped; undoing the change brings it back to its old place.
+    /// after those that it refers to itself. The record of the node takes over what a node that is
+    /// loaded from it would not settle to the same value by itself; the records of the others stay
+    /// as they are. An edge whose port vanishes by that is removed.
     ///
-    /// Removing a node drops its edges and empties the properties that refer to it. An edge at a
+    /// Removing a node removes its edges and empties the properties that refer to it. An edge at a
     /// placeholder is kept, though it joins nothing, and the placeholder's port is taken on trust.
-    /// @returns the inverse: applied next, it leaves the graph as it was, in the same order, except
-    ///          that indices may differ and nodes that were gone are new objects
+    /// @returns the inverse: applied next, it brings the document back to what it was
     /// @throws HostError naming nodes and ports if a step does not fit: a missing node, port or
     ///         edge, an id that is taken, a second edge into an input, a circle of edges or
     ///         references with the whole way round, a value that a property does not take, a node
-    ///         that cannot be made or cannot build its ports; nothing has changed then
-    GraphChange Apply(const GraphChange& change);
+    ///         that cannot be made or cannot build its ports; nothing has changed then. What was
+    ///         wrong before is no reason.
+    DocumentChange Apply(const GraphChange& change);
+
+    /// Takes back what has been done last, and brings back what was wrong then.
+    /// @param inverse what Apply or Undo has given for it
+    /// @returns the inverse of this, which does it again
+    DocumentChange Undo(DocumentChange inverse);
 
     /// The single steps; each returns its inverse and raises what Apply raises.
 
     /// Adds a new node of a type, ahead of another one or at the end.
-    GraphChange AddNode(const std::string& id, const std::string& type,
-                        const std::string& before = {});
-    GraphChange RemoveNode(const std::string& id);
-    GraphChange RenameNode(const std::string& id, const std::string& newId);
-    GraphChange Connect(const std::string& tail, const std::string& tailPort,
-                        const std::string& head, const std::string& headPort);
-    GraphChange Disconnect(const std::string& tail, const std::string& tailPort,
+    DocumentChange AddNode(const std::string& id, const std::string& type,
+                           const std::string& before = {});
+    DocumentChange RemoveNode(const std::string& id);
+    DocumentChange RenameNode(const std::string& id, const std::string& newId);
+    DocumentChange Connect(const std::string& tail, const std::string& tailPort,
                            const std::string& head, const std::string& headPort);
+    DocumentChange Disconnect(const std::string& tail, const std::string& tailPort,
+                              const std::string& head, const std::string& headPort);
 
     /// Gives a property the value that a text means for its kind.
-    GraphChange SetProperty(const std::string& node, const std::string& property,
-                            const std::string& value);
+    DocumentChange SetProperty(const std::string& node, const std::string& property,
+                               const std::string& value);
 
-    /// In document order; [] takes an index, which may lie in gaps between 0 and IndexEnd().
-    const OrderedSlots<GraphNode>& Nodes() const { return _graph.Nodes(); }
-    const OrderedSlots<GraphEdge>& Edges() const { return _graph.Edges(); }
+    /// The record that a node would have if its references to some ids were emptied.
+    DocumentNode WithoutReferences(std::size_t node, const std::vector<std::string>& ids) const;
 
-    /// The edges at each node, by index, those at placeholders included.
-    const LinkTable& Links() const { return _graph.Links(); }
+    /// In the order of the document; [] takes a number.
+    ShownItems<DocumentNode, Node> Nodes() const
+    {
+        return {Document().Nodes, _view.Nodes(), _view.NodeCount()};
+    }
+    ShownItems<DocumentEdge, Edge> Edges() const
+    {
+        return {Document().Edges, _view.Edges(), _view.EdgeCount()};
+    }
 
-    /// Whether a placeholder stands at one of the edge's ends, so that it joins no ports.
-    bool IsLoose(const Edge& edge) const { return _graph.IsLoose(edge); }
+    /// The edges at each node by number, those at placeholders included.
+    const LinkTable& Links() const { return _view.Links(); }
 
-    /// Index of a node.
+    /// An order in which the tail of each edge comes before its head.
+    const OnlineOrder& Order() const { return _view.Order(); }
+
+    /// Whether a node of the document has this id, be it shown or not.
+    bool HasId(const std::string& id) const { return _document.FindNode(id).has_value(); }
+
+    /// Number of a node.
+    std::optional<std::size_t> FindNode(const std::string& id) const;
+
     /// @throws HostError if there is no such node
     std::size_t FindNode(const std::string& id, const Place& where) const;
 
-    /// The parts behind all of this, to read.
-    const GraphStore& Store() const { return _graph; }
+    /// The id under which a node object stands here, or an empty text.
+    std::string IdOf(const Materials::GuiNode* node) const;
+
+    /// Whether the edge that leads to an input joins nothing, since a placeholder stands at it.
+    bool HasLooseEdge(std::size_t head, const std::string& headPort) const;
 
     /// The nodes that must be resolved again since the last call; some may have gone.
-    std::vector<std::size_t> TakeTouched() { return _graph.TakeTouched(); }
-
-    std::vector<DocumentValue> Description; ///< what the material is, for people and catalogues
-    std::vector<DocumentValue> RenderState; ///< blending, tests and culling
-    std::vector<DocumentBinding> Bindings;  ///< the host's own values
-    MaterialComments Comments;              ///< of the document
+    std::vector<std::size_t> TakeTouched() { return _view.TakeTouched(); }
 
 private:
-    GraphStore _graph;
+    GraphView BuildView() const;
+    DocumentChange Commit(DocumentEdit& edit, NodeStage& nodes, EdgeStage& edges) noexcept;
+    DocumentChange CommitAnew(DocumentEdit& edit);
+
+    NodeMaker _maker;
+    IndexedDocument _document;
+    GraphView _view;
 };
 
 } // namespace Mox::Host

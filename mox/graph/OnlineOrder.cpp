@@ -99,9 +99,17 @@ std::vector<std::size_t> OnlineOrder::Admit(const LinkTable& links, std::size_t 
     for (const std::size_t node : nodes)
         places.push_back(_position[node]);
     std::sort(places.begin(), places.end());
-    for (std::size_t i = 0; i < nodes.size(); ++i)
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        _moved.emplace_back(nodes[i], _position[nodes[i]]);
         _position[nodes[i]] = places[i];
+    }
     return {};
+}
+
+void OnlineOrder::TakeBack() noexcept
+{
+    for (; !_moved.empty(); _moved.pop_back())
+        _position[_moved.back().first] = _moved.back().second;
 }
 
 } // namespace Mox::Host

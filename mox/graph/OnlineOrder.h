@@ -3,6 +3,7 @@
 #include "mox/graph/LinkTable.h"
 
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 namespace Mox::Host {
@@ -10,6 +11,9 @@ namespace Mox::Host {
 /// A topological order of nodes that is kept up as links come (after Pearce and Kelly): a new link
 /// that agrees with the order costs nothing, and one that does not moves only the nodes between its
 /// ends. Without recursion. Links may go without notice, since the order stays right.
+///
+/// What Admit has moved can be taken back until it is kept: an order that was made without a link
+/// need not obey that link, should it come back.
 class OnlineOrder
 {
 public:
@@ -24,12 +28,17 @@ public:
     ///          again; nothing changes then. Empty if there is none.
     std::vector<std::size_t> Admit(const LinkTable& links, std::size_t tail, std::size_t head);
 
+    /// Make what Admit has moved since the last call final, or move it back.
+    void Keep() noexcept { _moved.clear(); }
+    void TakeBack() noexcept;
+
     /// Grows along every link.
     std::size_t Position(std::size_t node) const { return _position[node]; }
 
 private:
-    std::vector<std::size_t> _position; ///< by node
-    std::size_t _end = 0;               ///< behind all positions
+    std::vector<std::size_t> _position;                      ///< by node
+    std::size_t _end = 0;                                    ///< behind all positions
+    std::vector<std::pair<std::size_t, std::size_t>> _moved; ///< nodes and where they were
 };
 
 } // namespace Mox::Host

@@ -1,15 +1,36 @@
 #include "mox/graph/OpenMaterial.h"
 
 #include "mox/graph/GraphResolver.h"
-#include "mox/graph/MaterialLoader.h"
+
+#include <utility>
 
 namespace Mox::Host {
+
+MaterialGraph LoadMaterial(MaterialDocument document, NodeMaker maker, ProblemList& problems)
+{
+    MaterialGraph material(std::move(document), std::move(maker));
+    material.ReportProblems(problems);
+    return material;
+}
+
+MaterialGraph LoadMaterial(MaterialDocument document, const PluginSet& plugins,
+                           ProblemList& problems)
+{
+    return LoadMaterial(std::move(document), NodeMaker(plugins), problems);
+}
+
+MaterialGraph LoadMaterial(MaterialDocument document, const PluginSet& plugins)
+{
+    ProblemList problems;
+    MaterialGraph material = LoadMaterial(std::move(document), plugins, problems);
+    problems.ThrowFirstError();
+    return material;
+}
 
 MaterialGraph OpenMaterial(const std::filesystem::path& file, const PluginSet& plugins,
                            ProblemList& problems)
 {
-    const MaterialDocument document = ReadMaterialDocument(file, problems);
-    MaterialGraph graph = LoadMaterial(document, plugins, problems);
+    MaterialGraph graph = LoadMaterial(ReadMaterialDocument(file, problems), plugins, problems);
     ResolveGraph(graph, problems);
     ReportCountConflicts(graph, problems);
     return graph;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mox/document/MaterialDocument.h"
 #include "mox/graph/MaterialGraph.h"
 #include "mox/host/PluginSet.h"
 #include "mox/host/Problem.h"
@@ -8,7 +9,24 @@
 
 namespace Mox::Host {
 
-/// Reads a material from a file, makes its authoring graph and resolves it.
+/// Builds the authoring graph of a document: creates the nodes, loads their stored properties, lets
+/// them build their ports, and lays the edges. A type that no plug-in offers becomes a placeholder.
+///
+/// Whatever does not fit is reported with its line, and not shown; loading goes on behind it. Types
+/// and properties that are not known are warnings only.
+/// @param maker what it makes nodes from must outlive the graph
+/// @param problems takes what is wrong, as MaterialGraph::ReportProblems tells it
+MaterialGraph LoadMaterial(MaterialDocument document, NodeMaker maker, ProblemList& problems);
+
+/// The same with the nodes of plug-ins, which must outlive the graph.
+MaterialGraph LoadMaterial(MaterialDocument document, const PluginSet& plugins,
+                           ProblemList& problems);
+
+/// The same for callers that stop at the first error.
+/// @throws HostError with it
+MaterialGraph LoadMaterial(MaterialDocument document, const PluginSet& plugins);
+
+/// Reads a material from a file, builds its authoring graph and resolves it.
 /// @param problems takes all that is wrong on the way; with an error among them the graph lacks
 ///        what the errors name
 MaterialGraph OpenMaterial(const std::filesystem::path& file, const PluginSet& plugins,

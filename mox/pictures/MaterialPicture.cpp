@@ -34,12 +34,19 @@ struct DrawnPort
     bool IsConnected = false;
 };
 
+/// The ports on one side of a node.
+struct DrawnPorts
+{
+    std::vector<DrawnPort> Ports;
+    std::unordered_map<std::string, std::size_t> Positions; ///< of the first port of a name
+};
+
 struct DrawnNode
 {
     std::string Name; ///< in the text
     const MaterialGraph::Node* Node;
-    std::vector<DrawnPort> Inputs;
-    std::vector<DrawnPort> Outputs;
+    DrawnPorts Inputs;
+    DrawnPorts Outputs;
 };
 
 std::string FormatPortType(const GuiPort& port)
@@ -58,28 +65,25 @@ std::string FormatPortType(const GuiPort& port)
     return precision == count ? "?" : precision + count;
 }
 
-std::vector<DrawnPort> DrawnPortsOf(const std::vector<GuiPort>& ports)
+DrawnPorts DrawnPortsOf(const std::vector<GuiPort>& ports)
 {
-    std::vector<DrawnPort> drawn;
-    drawn.reserve(ports.size());
+    DrawnPorts drawn;
     for (const GuiPort& port : ports) {
-        drawn.push_back({port.Name, port.Label.empty() ? port.Name : port.Label,
-                         FormatPortType(port), port.CountConflict});
+        drawn.Positions.emplace(port.Name, drawn.Ports.size());
+        drawn.Ports.push_back({port.Name, port.Label.empty() ? port.Name : port.Label,
+                               FormatPortType(port), port.CountConflict});
     }
     return drawn;
 }
 
 /// Position of a port, which is added if the node has none of that name.
-std::size_t FindOrAddPort(std::vector<DrawnPort>& ports, const std::string& name)
+std::size_t FindOrAddPort(DrawnPorts& ports, const std::string& name)
 {
-    const auto port = std::find_if(ports.begin(), ports.end(), [&](const DrawnPort& candidate) {
-        return candidate.Name == name;
-    });
-    const auto index = static_cast<std::size_t>(port - ports.begin());
-    if (port == ports.end())
-        ports.push_back({name, name, "?"});
-    ports[index].IsConnected = true;
-    return index;
+    const auto [position, isNew] = ports.Positions.emplace(name, ports.Ports.size());
+    if (isNew)
+        ports.Ports.push_back({name, name, "?"});
+    ports.Ports[position->second].IsConnected = true;
+    return position->second;
 }
 
 std::string TitleOf(const MaterialGraph::Node& node)
@@ -134,7 +138,7 @@ private:
             return {};
         const std::size_t output = FindOrAddPort(tail->Outputs, edge.TailPort);
         const std::size_t input = FindOrAddPort(head->Inputs, edge.HeadPort);
-        const ProblemMark mark = MarkOf(*head, head->Inputs[input]);
+        const ProblemMark mark = MarkOf(*head, head->Inputs.Ports[input]);
         std::string attributes =
             Compose("tooltip=", QuoteTooltip(Compose(tail->Node->Id, ".", edge.TailPort, " -> ",
                                                      head->Node->Id, ".", edge.HeadPort)));
@@ -193,12 +197,12 @@ private:
                     "\" CELLBORDER=\"0\" CELLSPACING=\"0\" ", "CELLPADDING=\"3\" STYLE=\"ROUNDED",
                     node.Node->IsPlaceholder ? ",DASHED" : "", "\" COLOR=\"", line.Format(),
                     "\" BGCOLOR=\"", background.Format(), "\">", DrawHeader(node));
-        const std::size_t rows = std::max(node.Inputs.size(), node.Outputs.size());
+        const std::size_t rows = std::max(node.Inputs.Ports.size(), node.Outputs.Ports.size());
         if (rows > 0)
             table += "<HR/>";
         for (std::size_t i = 0; i < rows; ++i) {
-            table += Compose("<TR>", DrawPort(node, node.Inputs, i, 'i'), "<TD></TD>",
-                             DrawPort(node, node.Outputs, i, 'o'), "</TR>");
+            table += Compose("<TR>", DrawPort(node, node.Inputs.Ports, i, 'i'), "<TD></TD>",
+                             DrawPort(node, node.Outputs.Ports, i, 'o'), "</TR>");
         }
         table += FormatProblemRow(mark) + "</TABLE>";
         return Compose("  ", node.Name, " [tooltip=", QuoteTooltip(tooltip), ", label=<", table,

@@ -3,8 +3,8 @@
 #include "mox/Text.h"
 #include "mox/bindings/DocumentKeys.h"
 #include "mox/graph/GraphResolver.h"
-#include "mox/graph/MaterialLoader.h"
 #include "mox/graph/NodeMaker.h"
+#include "mox/graph/OpenMaterial.h"
 #include "mox/preview/Background.h"
 #include "mox/preview/DrawBuilder.h"
 #include "mox/preview/NodeProbe.h"
@@ -72,10 +72,10 @@ private:
             port = node.Gui.OutputPorts().front().Name;
         }
         std::string id = NodeProbe::TypeName();
-        while (graph.Store().FindNode(id))
+        while (graph.HasId(id))
             id += "_";
-        graph.AddNode(id, NodeProbe::TypeName());
-        graph.Connect(output.Node, port, id, NodeProbe::PortName());
+        graph.Apply({{AddNode{{id, NodeProbe::TypeName(), 0, {}}, {}},
+                      AddEdge{{output.Node, port, id, NodeProbe::PortName()}, {}, {}}}});
     }
 
     std::optional<PreparedMaterial> Finish(MaterialGraph graph, const Environment& environment)

@@ -112,9 +112,9 @@ MaterialDocument CutUpstream(const MaterialDocument& document, const std::string
         }
     }
     MaterialDocument part = document;
-    std::erase_if(part.Nodes, [&](const DocumentNode& other) { return !kept.contains(other.Id); });
+    erase_if(part.Nodes, [&](const DocumentNode& other) { return !kept.contains(other.Id); });
     // The node's own outputs lead to what is left out.
-    std::erase_if(part.Edges, [&](const DocumentEdge& edge) { return !kept.contains(edge.Head); });
+    erase_if(part.Edges, [&](const DocumentEdge& edge) { return !kept.contains(edge.Head); });
     return part;
 }
 

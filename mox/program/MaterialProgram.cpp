@@ -47,10 +47,10 @@ bool HasEnd(const GeneratedShader& shader)
 void AppendWithLines(const ProblemList& found, const MaterialGraph& graph, ProblemList& problems)
 {
     for (Problem problem : found.Problems()) {
-        if (const auto node = graph.Store().FindNode(problem.Where.Node))
+        if (const auto node = graph.FindNode(problem.Where.Node))
             problem.Where = graph.Nodes()[*node].Where;
         else if (problem.Where.File.empty())
-            problem.Where.File = graph.Store().File();
+            problem.Where.File = graph.Document().File;
         problems.Add(problem);
     }
 }
@@ -86,7 +86,7 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
         return program; // what only a failed node reads is not dead
     if (!program.DeadNodes.empty() && !HasEnd(shader)) {
         problems.Warn(
-            "no-end", {graph.Store().File(), 0, {}, {}},
+            "no-end", {graph.Document().File, 0, {}, {}},
             "nothing reaches the surface: no edge leads to a node that ends the material, "
             "such as a \"Surface\" node");
         return program; // which says it of all nodes

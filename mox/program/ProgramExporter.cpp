@@ -25,7 +25,7 @@ ExportedMaterial ProgramExporter::Export(const std::filesystem::path& file) cons
     const MaterialGraph graph = OpenMaterial(file, _plugins, exported.Problems);
     if (exported.Problems.HasErrors())
         return exported;
-    WarnOfMissingTextures(graph.Bindings, file, exported.Problems);
+    WarnOfMissingTextures(graph.Document(), file, exported.Problems);
     const CgProgram program =
         BuildMaterialProgram(graph, _environment, _options, exported.Problems);
     if (exported.Problems.HasErrors())

@@ -72,7 +72,7 @@ private:
     {
         const auto& inputs = _graph.Nodes()[node].Gui.InputPorts();
         return std::any_of(inputs.begin(), inputs.end(), [&](const Materials::GuiPort& port) {
-            return _graph.Store().HasLooseEdge(node, port.Name);
+            return _graph.HasLooseEdge(node, port.Name);
         });
     }
 

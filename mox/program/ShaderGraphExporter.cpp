@@ -21,7 +21,7 @@ ExportedMaterial ShaderGraphExporter::Export(const std::filesystem::path& file) 
     const MaterialGraph graph = OpenMaterial(file, _plugins, exported.Problems);
     if (exported.Problems.HasErrors())
         return exported;
-    WarnOfMissingTextures(graph.Bindings, file, exported.Problems);
+    WarnOfMissingTextures(graph.Document(), file, exported.Problems);
     GeneratedShader shader;
     shader.Graph.Providers.push_back(boost::make_shared<EnvironmentProvider>(_environment));
     GenerateShaderGraph(graph, shader, exported.Problems);

@@ -71,8 +71,8 @@ TEST(MaterialDiff, WhatDocumentsHoldBesideNodes)
     before.Description = {{"name", "Rock"}, {"desc", "Old"}};
     after.Description = {{"name", "Stone"}};
     after.RenderState = {{"alphaTest", "Yes"}};
-    before.Bindings = {{"texture", "rock", {{"default", "a.png"}}}};
-    after.Bindings = {{"texture", "rock", {{"default", "b.png"}}}};
+    before.Bindings.push_back({"texture", "rock", {{"default", "a.png"}}});
+    after.Bindings.push_back({"texture", "rock", {{"default", "b.png"}}});
     EXPECT_EQ(Differences(before, after),
               "description: \"desc\" is gone, it was \"Old\"\n"
               "description: \"name\" changed from \"Rock\" to \"Stone\"\n"

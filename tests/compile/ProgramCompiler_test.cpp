@@ -2,7 +2,7 @@
 #include "mox/compile/ProgramCompiler.h"
 #include "mox/compile/Reflection.h"
 #include "mox/graph/GraphResolver.h"
-#include "mox/graph/MaterialLoader.h"
+#include "mox/graph/OpenMaterial.h"
 #include "mox/host/File.h"
 #include "mox/program/MaterialProgram.h"
 #include "tests/compile/Recheck.h"

@@ -1,5 +1,5 @@
 #include "mox/document/NodeFragment.h"
-#include "mox/graph/MaterialLoader.h"
+#include "mox/graph/OpenMaterial.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/MaterialText.h"

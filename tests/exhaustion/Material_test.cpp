@@ -2,8 +2,7 @@
 #include "mox/document/MaterialDocument.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphResolver.h"
-#include "mox/graph/MaterialLoader.h"
-#include "mox/graph/MaterialSaver.h"
+#include "mox/graph/OpenMaterial.h"
 #include "mox/host/HostError.h"
 #include "mox/program/CgFormat.h"
 #include "mox/program/Environment.h"
@@ -142,7 +141,7 @@ TEST(MaterialExhaustion, MaterialsAreLoadedAndSaved)
     ExpectResult([&] {
         Host::ProblemList problems;
         const auto graph = Host::LoadMaterial(document, TestPlugins(), problems);
-        return FormatDocument(Host::SaveMaterial(graph)) + Compose(problems.Problems().size());
+        return FormatDocument(graph.Document()) + Compose(problems.Problems().size());
     });
 }
 

@@ -1,5 +1,4 @@
 #include "mox/graph/GraphCopy.h"
-#include "mox/graph/MaterialSaver.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/ProbeNode.h"
 
@@ -21,7 +20,7 @@ MaterialGraph Source()
     graph.SetProperty("rim2", "Master", "out");
     graph.SetProperty("rim", "Master", "rim2");
     graph.Apply(
-        {{AddNode{{"x9", "Alien", 2, {{"Twin", GuiPropertyKind::Node, "rim", 0}}, 0}, {}, {}}}});
+        {{AddNode{{"x9", "Alien", 2, {{"Twin", GuiPropertyKind::Node, "rim", 0}}, 0}, {}}}});
     graph.Connect("rim", "out", "rim2", "in_1");
     graph.Connect("x9", "o", "rim2", "in_2");
     graph.Connect("rim2", "out", "out", "in_1");
@@ -33,9 +32,9 @@ const std::vector<std::string> part = {"rim2", "x9", "rim"};
 TEST(GraphCopy, WithinAMaterial)
 {
     MaterialGraph graph = Source();
-    const std::string before = FormatDocument(SaveMaterial(graph));
-    const GraphChange inverse = graph.Apply(CopyNodes(graph, part, graph));
-    const std::string after = FormatDocument(SaveMaterial(graph));
+    const std::string before = FormatDocument(graph.Document());
+    const DocumentChange inverse = graph.Apply(CopyNodes(graph, part, graph));
+    const std::string after = FormatDocument(graph.Document());
     const std::string nodes = before.substr(0, before.find("edge "));
     const std::string edges = before.substr(nodes.size());
     EXPECT_EQ(after, nodes +
@@ -43,8 +42,8 @@ TEST(GraphCopy, WithinAMaterial)
                          "node rim4 Probe 0\n"
                          "node x10 Alien 2\n  Twin node rim3\n" +
                          edges + "edge rim3 out rim4 in_1\nedge x10 o rim4 in_2\n");
-    graph.Apply(inverse);
-    EXPECT_EQ(FormatDocument(SaveMaterial(graph)), before);
+    graph.Undo(inverse);
+    EXPECT_EQ(FormatDocument(graph.Document()), before);
     EXPECT_THROW(CopyNodes(graph, {"nobody"}, graph), HostError);
 }
 
@@ -54,7 +53,7 @@ TEST(GraphCopy, IntoAnotherMaterial)
     MaterialGraph target(ProbeMaker());
     target.AddNode("x9", "Probe");
     target.Apply(CopyNodes(source, part, target));
-    EXPECT_EQ(FormatDocument(SaveMaterial(target)),
+    EXPECT_EQ(FormatDocument(target.Document()),
               "node x9 Probe 0\n"
               "node rim Probe 0\n  PositionX float 0.1\n  Master node rim2\n"
               "node rim2 Probe 0\n"

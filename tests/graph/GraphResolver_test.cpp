@@ -1,6 +1,6 @@
 #include "mox/Text.h"
 #include "mox/graph/GraphResolver.h"
-#include "mox/graph/MaterialLoader.h"
+#include "mox/graph/OpenMaterial.h"
 #include "tests/support/Failure.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/ProbeNode.h"
@@ -91,9 +91,9 @@ TEST(GraphResolver, CallsOnlyWhatAChangeReaches)
     EXPECT_EQ(chain.At(5).OutputPorts[0].GetPrecision(), ComponentType::Half);
 
     // Both ends of an edge are concerned.
-    const GraphChange inverse = chain.Graph.Disconnect("1", "out", "2", "in_1");
+    const DocumentChange inverse = chain.Graph.Disconnect("1", "out", "2", "in_1");
     EXPECT_EQ(chain.Calls(), "0:0/1 1:1/1 2:1/1 ");
-    chain.Graph.Apply(inverse);
+    chain.Graph.Undo(inverse);
     EXPECT_EQ(chain.Calls(), "0:0/1 1:1/1 2:1/1 ");
 }
 

@@ -1,5 +1,4 @@
-#include "mox/graph/MaterialLoader.h"
-#include "mox/graph/MaterialSaver.h"
+#include "mox/graph/OpenMaterial.h"
 #include "tests/support/Failure.h"
 #include "tests/support/Golden.h"
 #include "tests/support/GraphText.h"
@@ -36,7 +35,7 @@ ProbeNode& Probe(const MaterialGraph& graph, const std::string& id)
 
 GraphStep Add(const char* node)
 {
-    return AddNode{MaterialFromText(node).Nodes[0], {}, {}};
+    return AddNode{MaterialFromText(node).Nodes[0], {}};
 }
 
 GraphStep Edge(const char* edge)
@@ -67,8 +66,8 @@ TEST(MaterialGraph, RefusalsChangeNothing)
         AddEdge{{"a", "out", "d", "in_2", 0}, "d", "in_2"},
         RemoveEdge{{"d", "out", "b", "in_1", 0}},
         Add("a Probe"),
-        AddNode{{"", "Probe", 0, {}, 0}, {}, {}},
-        AddNode{{"e", "Probe", 0, {}, 0}, {}, "x"},
+        AddNode{{"", "Probe", 0, {}, 0}, {}},
+        AddNode{{"e", "Probe", 0, {}, 0}, "x"},
         Add("e Bomb"),
         Add("e Probe@1"),
         Add("e Probe; Failure:string=ports are out"),
@@ -95,7 +94,7 @@ TEST(MaterialGraph, RefusalsChangeNothing)
         refusals +=
             "  " + HostFailureOf([&] {
                 graph.Apply({{Set("c; Inputs:integer=1"), RenameNode{"d", "e2"}, RemoveNode{"b"},
-                              RenameNode{"e2", "d"}, AddNode{{"b", "Probe", 0, {}, 0}, {}, "c"},
+                              RenameNode{"e2", "d"}, AddNode{{"b", "Probe", 0, {}, 0}, "c"},
                               Set("b; Name:string=b"), Set("c; Inputs:integer=2"),
                               Set("b; Master:node=c"), Set("a; Master:node=b"),
                               Edge("a.out -> b.in_1"), Edge("b.out -> c.in_1"), step}});
@@ -122,30 +121,6 @@ TEST(MaterialGraph, PortsAreBuiltOnlyWhereTheyMayChange)
         EXPECT_EQ(Probe(graph, id).PortCalls, 1);
 }
 
-/// Edges, references and values stand the loss of a type, and edits of what a placeholder shows.
-TEST(MaterialGraph, PlaceholdersKeepWhatTheyDoNotShow)
-{
-    MaterialGraph graph = Row();
-    graph.Apply({{Add("alien Alien@7; Description:string=mine; Twist:colour=1 2 3; Twin:node=a"),
-                  Edge("alien.o -> d.in_2"), Edge("a.out -> alien.i")}});
-    const std::string before = DescribeGraph(graph);
-    std::vector<GraphChange> inverses;
-    inverses.push_back(graph.SetProperty("alien", "PositionY", "2"));
-    inverses.push_back(graph.RenameNode("a", "first"));
-    inverses.push_back(graph.SetProperty("alien", "Twist", "0 0 1"));
-    const std::string saved = FormatDocument(SaveMaterial(graph));
-    EXPECT_NE(saved.find("node alien Alien 7\n  PositionY float 2\n  Description string mine\n"
-                         "  Twist colour 0 0 1\n  Twin node first\n"),
-              std::string::npos)
-        << saved;
-    inverses.push_back(graph.RemoveNode("first"));
-    EXPECT_NE(FormatDocument(SaveMaterial(graph)).find("  Twin node \n"), std::string::npos);
-    inverses.push_back(graph.RemoveNode("alien"));
-    for (auto inverse = inverses.rbegin(); inverse != inverses.rend(); ++inverse)
-        graph.Apply(*inverse);
-    EXPECT_EQ(DescribeGraph(graph), before);
-}
-
 /// One output with very many readers must not make each further edge, or its removal, dearer.
 TEST(MaterialGraph, WideFan)
 {
@@ -154,15 +129,15 @@ TEST(MaterialGraph, WideFan)
     GraphChange change{{Add("source Probe")}};
     for (int i = 0; i < readers; ++i) {
         const std::string id = std::to_string(i);
-        change.Steps.emplace_back(AddNode{{id, "Probe", 0, {}, 0}, {}, {}});
+        change.Steps.emplace_back(AddNode{{id, "Probe", 0, {}, 0}, {}});
         change.Steps.emplace_back(AddEdge{{"source", "out", id, "in_1", 0}, {}, {}});
     }
     graph.Apply(change);
     EXPECT_EQ(Probe(graph, "source").OutEdges.size(), static_cast<std::size_t>(readers));
-    const GraphChange inverse = graph.RemoveNode("source");
+    const DocumentChange inverse = graph.RemoveNode("source");
     EXPECT_EQ(graph.Edges().size(), 0u);
     EXPECT_FALSE(Probe(graph, "7").InputPorts[0].Connected);
-    graph.Apply(inverse);
+    graph.Undo(inverse);
     EXPECT_EQ(graph.Edges().size(), static_cast<std::size_t>(readers));
 }
 

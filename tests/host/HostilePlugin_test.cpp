@@ -4,8 +4,7 @@
 #include "mox/document/NodeFragment.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphResolver.h"
-#include "mox/graph/MaterialLoader.h"
-#include "mox/graph/MaterialSaver.h"
+#include "mox/graph/OpenMaterial.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/Failure.h"
 
@@ -87,7 +86,6 @@ private:
             Try([&] { FormatBindings(CreateBindings(graph)); });
             Try([&] { UseBindings(graph); });
             Try([&] { CheckMaterial(graph, "h.xml", TestEnvironment(), nullptr, problems); });
-            Try([&] { SaveMaterial(graph); });
         });
         for (const Problem& problem : problems.Problems())
             _messages += problem.Format() + "\n";

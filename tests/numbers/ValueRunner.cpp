@@ -2,7 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/graph/GraphResolver.h"
-#include "mox/graph/MaterialLoader.h"
+#include "mox/graph/OpenMaterial.h"
 #include "mox/preview/DrawBuilder.h"
 #include "mox/program/MaterialProgram.h"
 #include "mox/program/ShaderTypeText.h"

@@ -1,6 +1,5 @@
 #include "mox/Text.h"
 #include "mox/graph/GraphResolver.h"
-#include "mox/graph/MaterialLoader.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/pictures/Colour.h"
 #include "mox/pictures/DotText.h"

@@ -1,6 +1,6 @@
 #include "mox/Text.h"
 #include "mox/graph/GraphResolver.h"
-#include "mox/graph/MaterialLoader.h"
+#include "mox/graph/OpenMaterial.h"
 #include "mox/program/MaterialProgram.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/Files.h"

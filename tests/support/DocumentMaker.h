@@ -16,10 +16,10 @@ public:
     Mox::Host::MaterialDocument Make();
 
 private:
-    template <class Record>
-    void Thin(std::vector<Record>& records)
+    template <class Records>
+    void Thin(Records& records)
     {
-        std::erase_if(records, [this](const Record&) { return _random.Below(2) == 0; });
+        erase_if(records, [this](const auto&) { return _random.Below(2) == 0; });
     }
 
     Mox::Host::DocumentComments Comments();

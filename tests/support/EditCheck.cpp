@@ -4,9 +4,6 @@
 #include "mox/authoring/GuiNode.h"
 #include "mox/graph/ChangeHistory.h"
 #include "mox/graph/GraphResolver.h"
-#include "mox/graph/MaterialLoader.h"
-#include "mox/graph/MaterialSaver.h"
-#include "tests/support/BuildTree.h"
 #include "tests/support/Claim.h"
 #include "tests/support/Failure.h"
 #include "tests/support/GraphText.h"
@@ -15,16 +12,9 @@
 
 using namespace Mox::Host;
 using Mox::Materials::Compose;
-using Mox::Materials::GuiNode;
 using Mox::Materials::GuiPort;
 
 namespace {
-
-void ResolveAnew(MaterialGraph& graph)
-{
-    ProblemList problems;
-    GraphResolver(graph).Resolve(problems);
-}
 
 /// Where the edge lists of the nodes, the Connected flags of their ports or the topological order
 /// do not agree with the edges of the graph: a line for each.
@@ -32,139 +22,130 @@ std::string FindDisagreement(const MaterialGraph& graph)
 {
     std::string found;
     std::map<const GuiPort*, bool> isConnected;
-    std::map<const GuiNode*, std::pair<std::size_t, std::size_t>> edges; ///< in, out
+    std::map<std::size_t, std::pair<std::size_t, std::size_t>> edges; ///< in, out
     for (const MaterialGraph::Edge& edge : graph.Edges()) {
-        if (graph.IsLoose(edge))
-            continue;
-        auto& tail = *graph.Nodes()[edge.Tail].Gui.Handle();
-        auto& head = *graph.Nodes()[edge.Head].Gui.Handle();
-        isConnected[&tail.GetOutputPort(edge.Gui->TailPort)] = true;
-        isConnected[&head.GetInputPort(edge.Gui->HeadPort)] = true;
-        ++edges[&tail].second;
-        ++edges[&head].first;
-        const OnlineOrder& order = graph.Store().Order();
-        if (order.Position(edge.Tail) >= order.Position(edge.Head))
+        if (graph.Order().Position(edge.Tail) >= graph.Order().Position(edge.Head))
             found += Compose("order of \"", graph.Nodes()[edge.Tail].Id, "\" and its reader\n");
+        if (edge.IsLoose)
+            continue;
+        const PluginNode& tail = graph.Nodes()[edge.Tail].Gui;
+        const PluginNode& head = graph.Nodes()[edge.Head].Gui;
+        if (edge.Gui->Tail.lock() != tail.Handle() || edge.Gui->Head.lock() != head.Handle())
+            found += Compose("ends of an edge of \"", graph.Nodes()[edge.Tail].Id, "\"\n");
+        isConnected[&tail.GetOutputPort({}, edge.Gui->TailPort)] = true;
+        isConnected[&head.GetInputPort({}, edge.Gui->HeadPort)] = true;
+        ++edges[edge.Tail].second;
+        ++edges[edge.Head].first;
     }
-    for (const MaterialGraph::Node& node : graph.Nodes()) {
-        if (std::pair(node.Gui.InEdges().size(), node.Gui.OutEdges().size()) !=
-            edges[node.Gui.Handle().get()])
-            found += Compose("edge lists of \"", node.Id, "\"\n");
-        for (const auto* ports : {&node.Gui.InputPorts(), &node.Gui.OutputPorts()}) {
+    const auto nodes = graph.Nodes();
+    for (auto node = nodes.begin(); node != nodes.end(); ++node) {
+        if (std::pair(node->Gui.InEdges().size(), node->Gui.OutEdges().size()) !=
+            edges[node.Index()])
+            found += Compose("edge lists of \"", node->Id, "\"\n");
+        for (const auto* ports : {&node->Gui.InputPorts(), &node->Gui.OutputPorts()}) {
             for (const GuiPort& port : *ports) {
                 if (port.Connected != isConnected[&port])
-                    found += Compose("flag of \"", node.Id, "\" port \"", port.Name, "\"\n");
+                    found += Compose("flag of \"", node->Id, "\" port \"", port.Name, "\"\n");
             }
         }
     }
     return found;
 }
 
-/// A history whose graph is always resolved.
-class ResolvedHistory
+/// A graph that is edited, resolved, and compared with one that is loaded anew.
+class EditedGraph
 {
 public:
-    explicit ResolvedHistory(MaterialGraph& graph)
-        : _graph(graph), _history(graph), _resolver(graph)
+    EditedGraph(MaterialGraph& graph, const NodeMaker& maker)
+        : _graph(graph), _maker(maker), _history(graph), _resolver(graph)
     {
-        Resolve();
+        Look();
     }
+
+    const std::string& Text() const { return _text; }
+    bool CanUndo() const { return _history.CanUndo(); }
+    bool CanRedo() const { return _history.CanRedo(); }
 
     /// @returns whether the change was not refused
     bool Do(const GraphChange& change)
     {
-        const bool isDone = HostFailureOf([&] { _history.Do(change); }) == "no failure";
-        ClaimEqual(FindDisagreement(_graph), "", "nodes agree with the edges");
-        Resolve();
-        const std::string incremental = DescribeNodes(_graph);
-        ResolveAnew(_graph);
-        ClaimEqual(incremental, DescribeNodes(_graph),
-                   "the resolver comes to what a full run does");
-        return isDone;
+        const std::string before = _text;
+        const std::string failure = HostFailureOf([&] { _history.Do(change); });
+        Look();
+        if (failure != "no failure")
+            ClaimEqual(_text, before, "a refused change changes nothing");
+        return failure == "no failure";
     }
 
     void Undo()
     {
         _history.Undo();
-        Resolve();
+        Look();
     }
-
-    bool CanRedo() const { return _history.CanRedo(); }
 
     void Redo()
     {
         _history.Redo();
-        Resolve();
-    }
-
-    /// @returns the number of changes
-    int UndoAll()
-    {
-        int count = 0;
-        for (; _history.CanUndo(); ++count)
-            _history.Undo();
-        Resolve();
-        return count;
-    }
-
-    void RedoAll(int count)
-    {
-        for (; count > 0; --count)
-            _history.Redo();
-        Resolve();
+        Look();
     }
 
 private:
-    void Resolve()
+    void Look()
     {
+        ClaimEqual(FindDisagreement(_graph), "", "nodes agree with the edges");
         ProblemList problems;
         _resolver.Resolve(problems);
+        _text = DescribeGraph(_graph);
+
+        const std::string written = FormatMaterialDocument(_graph.Document());
+        MaterialGraph loaded(ParseMaterialDocument(_graph.Document().File, written, problems),
+                             _maker);
+        ResolveGraph(loaded, problems);
+        ClaimEqual(_text, DescribeGraph(loaded), "the graph is what its document says");
     }
 
     MaterialGraph& _graph;
+    const NodeMaker& _maker;
     ChangeHistory _history;
     GraphResolver _resolver;
+    std::string _text;
 };
 
 } // namespace
 
-int CheckEdits(MaterialGraph& graph, const GraphEditor::Choice& choose,
+int CheckEdits(MaterialGraph& graph, const NodeMaker& maker, const GraphEditor::Choice& choose,
                const std::function<bool()>& isOver)
 {
-    ResolvedHistory history(graph);
-    const std::string start = DescribeGraph(graph);
+    EditedGraph edited(graph, maker);
+    const std::string start = edited.Text();
     GraphEditor editor(graph, choose);
     int doneCount = 0;
-    for (int edit = 0; !isOver(); ++edit) {
-        // Saving is dear, so that not every change is watched that far.
-        const auto describe = edit % 8 == 0 ? DescribeGraph : DescribeNodes;
-        const std::string before = describe(graph);
-        const bool isDone = history.Do(editor.Next());
+    while (!isOver()) {
+        const std::string before = edited.Text();
+        const bool isDone = edited.Do(editor.Next());
         doneCount += isDone;
-        if (!isDone)
-            ClaimEqual(describe(graph), before, "a refused change changes nothing");
+        const std::string after = edited.Text();
         const std::size_t fate = choose(8);
-        const std::string after = isDone && fate < 2 ? describe(graph) : before;
-        if (after != before) { // else nothing was remembered
-            Claim(!history.CanRedo(), "a new change forgets what was undone");
-            history.Undo();
-            ClaimEqual(describe(graph), before, "undoing restores what was");
+        if (isDone && fate < 2 && after != before) { // else nothing was remembered
+            Claim(!edited.CanRedo(), "a new change forgets what was undone");
+            edited.Undo();
+            ClaimEqual(edited.Text(), before, "undoing restores what was");
             if (fate == 1) {
-                history.Redo();
-                ClaimEqual(describe(graph), after, "redoing does it again");
+                edited.Redo();
+                ClaimEqual(edited.Text(), after, "redoing does it again");
             }
         }
-        if (graph.Nodes().size() == 0)
-            history.Undo();
+        if (graph.Document().Nodes.empty())
+            edited.Undo();
     }
 
-    const std::string end = DescribeGraph(graph);
-    MaterialGraph reloaded = LoadMaterial(SaveMaterial(graph), TestPlugins());
-    ResolveAnew(reloaded);
-    ClaimEqual(DescribeGraph(reloaded), end, "what is saved is the graph");
-    const int undone = history.UndoAll();
-    ClaimEqual(DescribeGraph(graph), start, "undoing everything restores the start");
-    history.RedoAll(undone);
-    ClaimEqual(DescribeGraph(graph), end, "redoing everything comes to the end");
+    const std::string end = edited.Text();
+    int undone = 0;
+    for (; edited.CanUndo(); ++undone)
+        edited.Undo();
+    ClaimEqual(edited.Text(), start, "undoing everything restores the start");
+    for (; undone > 0; --undone)
+        edited.Redo();
+    ClaimEqual(edited.Text(), end, "redoing everything comes to the end");
     return doneCount;
 }

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "mox/graph/MaterialGraph.h"
 #include "tests/support/GraphEditor.h"
 
 #include <functional>
 
-/// Edits a graph and claims that nodes agree with edges after each change, that the resolver which
-/// follows changes comes to the same as a full run, that a refused change changes nothing, that
-/// undoing and redoing restore what was, and that what is saved loads as the same graph.
-/// @param graph has a node at least
-/// @param choose is asked for every decision
-/// @param isOver is asked before each change
-/// @returns the number of changes that were not refused
-int CheckEdits(Mox::Host::MaterialGraph& graph, const GraphEditor::Choice& choose,
-               const std::function<bool()>& isOver);
+/// Makes edits of a graph until it is over, now and then undoes one, in the end all of them, and
+/// does them all again. After each step the graph must be what its document gives when it is
+/// written, read and loaded anew.
+/// @param maker of the graph
+/// @returns the number of edits that were not refused
+/// @throws std::logic_error if something does not hold
+int CheckEdits(Mox::Host::MaterialGraph& graph, const Mox::Host::NodeMaker& maker,
+               const GraphEditor::Choice& choose, const std::function<bool()>& isOver);

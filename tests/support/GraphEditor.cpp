@@ -49,7 +49,7 @@ GraphChange GraphEditor::Next()
     switch (_choose(20)) {
     case 0:
     case 1:
-        return {{AddNode{StoredNode(), {}, _choose(2) ? "" : AnyId()}}};
+        return {{AddNode{StoredNode(), _choose(2) ? "" : AnyId()}}};
     case 2:
         return {{RemoveNode{AnyId()}}};
     case 3:
@@ -71,11 +71,21 @@ GraphChange GraphEditor::Next()
     }
 }
 
+std::ptrdiff_t GraphEditor::Position(std::size_t size) const
+{
+    return static_cast<std::ptrdiff_t>(_choose(size));
+}
+
 const MaterialGraph::Node& GraphEditor::AnyNode() const
 {
-    auto node = _graph.Nodes().begin();
-    std::advance(node, _choose(_graph.Nodes().size()));
-    return *node;
+    const auto nodes = _graph.Nodes();
+    return *std::next(nodes.begin(), Position(nodes.size()));
+}
+
+std::string GraphEditor::AnyId() const
+{
+    const auto& nodes = _graph.Document().Nodes;
+    return std::next(nodes.begin(), Position(nodes.size()))->Id;
 }
 
 std::string GraphEditor::AnyPort(const std::vector<GuiPort>& ports) const
@@ -111,9 +121,8 @@ GraphChange GraphEditor::AddSomeEdge() const
 
 GraphChange GraphEditor::RemoveSomeEdge() const
 {
-    if (_graph.Edges().size() == 0)
+    const auto& edges = _graph.Document().Edges;
+    if (edges.empty())
         return {};
-    auto edge = _graph.Edges().begin();
-    std::advance(edge, _choose(_graph.Edges().size()));
-    return {{RemoveEdge{_graph.Store().Describe(*edge)}}};
+    return {{RemoveEdge{*std::next(edges.begin(), Position(edges.size()))}}};
 }

@@ -21,8 +21,9 @@ public:
     Mox::Host::GraphChange Next();
 
 private:
+    std::ptrdiff_t Position(std::size_t size) const;
     const Mox::Host::MaterialGraph::Node& AnyNode() const;
-    std::string AnyId() const { return AnyNode().Id; }
+    std::string AnyId() const;
     std::string AnyPort(const std::vector<Mox::Materials::GuiPort>& ports) const;
     Mox::Host::DocumentNode StoredNode() const;
     Mox::Host::PropertySetting AnySetting() const;

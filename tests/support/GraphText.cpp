@@ -3,7 +3,6 @@
 #include "mox/Text.h"
 #include "mox/authoring/GuiNode.h"
 #include "mox/document/PropertyText.h"
-#include "mox/graph/MaterialSaver.h"
 
 #include <set>
 
@@ -12,6 +11,7 @@ using Mox::Materials::Compose;
 using Mox::Materials::GuiEdge;
 using Mox::Materials::GuiNode;
 using Mox::Materials::GuiPort;
+using Mox::Materials::GuiPropertyKind;
 
 namespace {
 
@@ -78,8 +78,11 @@ std::string DescribeNodes(const MaterialGraph& graph)
         for (const auto& property : node.Gui.Properties().Properties) {
             if (node.IsPlaceholder && property->Name == "Description")
                 continue;
-            text += Compose("  ", property->Name, " ", graph.Store().Describe(*property).Value, " ",
-                            property->Editable, property->Visible, "\n");
+            text +=
+                Compose("  ", property->Name, " ",
+                        property->Kind == GuiPropertyKind::Node ? graph.IdOf(property->Node.get())
+                                                                : FormatValue(*property),
+                        " ", property->Editable, property->Visible, "\n");
         }
         text += Compose("  in\n", FormatPorts(node.Gui.InputPorts()), "  out\n",
                         FormatPorts(node.Gui.OutputPorts()), FormatEdges(node.Gui.InEdges()),
@@ -90,7 +93,16 @@ std::string DescribeNodes(const MaterialGraph& graph)
 
 std::string DescribeGraph(const MaterialGraph& graph)
 {
-    return FormatDocument(SaveMaterial(graph)) + DescribeNodes(graph);
+    std::string text = FormatDocument(graph.Document()) + DescribeNodes(graph);
+    for (const MaterialGraph::Edge& edge : graph.Edges()) {
+        text += Compose(graph.Nodes()[edge.Tail].Id, " ", edge.Gui->TailPort, " -> ",
+                        graph.Nodes()[edge.Head].Id, " ", edge.Gui->HeadPort, "\n");
+    }
+    ProblemList problems;
+    graph.ReportProblems(problems);
+    for (const Problem& problem : problems.Problems())
+        text += Compose(problem.Rule, " ", problem.Where.Node, " ", problem.Message, "\n");
+    return text;
 }
 
 std::string FormatProblems(const ProblemList& problems)

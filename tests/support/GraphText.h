@@ -14,7 +14,7 @@ std::string FormatDocument(const Mox::Host::MaterialDocument& document);
 /// another one after loading.
 std::string DescribeNodes(const Mox::Host::MaterialGraph& graph);
 
-/// Nodes, and what the graph is saved as.
+/// All that a graph is: its document, nodes and edges, and what is wrong, lines excepted.
 std::string DescribeGraph(const Mox::Host::MaterialGraph& graph);
 
 /// One line for each problem: level, rule, place and message.

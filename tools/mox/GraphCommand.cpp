@@ -102,7 +102,7 @@ void RequireSeparateOutput(const GraphOptions& options, const Host::MaterialGrap
                            const Host::Environment& environment, const Host::PluginSet& plugins)
 {
     std::vector<std::filesystem::path> inputs = Host::ExportInputs(environment, plugins);
-    for (std::filesystem::path& texture : Host::TextureFiles(graph.Bindings, options.File))
+    for (std::filesystem::path& texture : Host::TextureFiles(graph.Document(), options.File))
         inputs.push_back(std::move(texture));
     inputs.emplace_back(options.File);
     Host::RequireNoInput(options.Output, inputs);

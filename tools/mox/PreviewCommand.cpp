@@ -115,7 +115,7 @@ void Preview(const PreviewArguments& arguments, const CommonOptions& common)
     const Host::MaterialPreview preview(plugins, LoadEnvironment(arguments.Environment), files);
     Host::ProblemList problems;
     const Host::MaterialDocument document = Host::ReadMaterialDocument(arguments.File, problems);
-    Host::RequireNoInput(arguments.Output, Host::TextureFiles(document.Bindings, arguments.File));
+    Host::RequireNoInput(arguments.Output, Host::TextureFiles(document, arguments.File));
     const Host::Picture picture = preview.RenderMaterial(document, mesh, options, problems);
     for (const Host::Problem& problem : problems.Problems())
         std::cerr << FormatMessage(problem) << '\n';

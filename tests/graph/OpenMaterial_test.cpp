@@ -1,5 +1,4 @@
-#include "mox/graph/MaterialLoader.h"
-#include "mox/graph/MaterialSaver.h"
+#include "mox/graph/OpenMaterial.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/Files.h"
 #include "tests/support/Golden.h"
@@ -13,7 +12,7 @@ using namespace Mox::Host;
 
 namespace {
 
-TEST(MaterialLoader, FindsEverythingInOneGo)
+TEST(OpenMaterial, FindsEverythingInOneGo)
 {
     ProblemList problems;
     const MaterialGraph graph = LoadMaterial(
@@ -23,7 +22,7 @@ TEST(MaterialLoader, FindsEverythingInOneGo)
     EXPECT_EQ(graph.Edges().size(), 4u);
 }
 
-TEST(MaterialLoader, JudgesReferencesInAnyOrder)
+TEST(OpenMaterial, JudgesReferencesInAnyOrder)
 {
     const auto judge = [](const char* document) {
         ProblemList problems;
@@ -37,7 +36,7 @@ TEST(MaterialLoader, JudgesReferencesInAnyOrder)
 }
 
 /// Documents full of circles end all the same.
-TEST(MaterialLoader, GivesUpOnVeryManyCircles)
+TEST(OpenMaterial, GivesUpOnVeryManyCircles)
 {
     constexpr auto reference = Mox::Materials::GuiPropertyKind::Node;
     MaterialDocument document;
@@ -53,30 +52,6 @@ TEST(MaterialLoader, GivesUpOnVeryManyCircles)
     const MaterialGraph graph = LoadMaterial(document, ProbeMaker(), problems);
     EXPECT_EQ(graph.Nodes().size(), 4000u);
     EXPECT_EQ(problems.Problems().size(), 202u);
-}
-
-/// Values that nodes settle by themselves, other spellings, other orders, unknown things.
-TEST(MaterialLoader, SavingGivesTheDocumentAgain)
-{
-    const MaterialDocument document = ReadMaterialDocument(
-        MOX_TEST_DATA "/../fuzz/corpus/fuzz_material_document/settled_by_nodes.xml");
-    EXPECT_EQ(FormatDocument(SaveMaterial(LoadMaterial(document, TestPlugins()))),
-              FormatDocument(document));
-}
-
-/// One edited value is one changed line, and what its node does not own stays out.
-TEST(MaterialLoader, SavingWritesWhatWasEdited)
-{
-    MaterialGraph graph =
-        LoadMaterial(ReadMaterialDocument(MOX_EXAMPLES "/flip_book.xml"), TestPlugins());
-    const std::string before = FormatDocument(SaveMaterial(graph));
-    // "nextFrame" takes it over, but does not say so.
-    graph.SetProperty("thisFrame", "Alpha", "true");
-    std::string expected = before;
-    expected.insert(expected.find("node nextFrame"), "  Alpha bool true\n");
-    EXPECT_EQ(FormatDocument(SaveMaterial(graph)), expected);
-    graph.SetProperty("thisFrame", "Alpha", "false");
-    EXPECT_EQ(FormatDocument(SaveMaterial(graph)), before);
 }
 
 } // namespace
