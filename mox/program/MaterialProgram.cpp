@@ -80,7 +80,7 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
     CgProgram program = BuildCgProgram(shader.Graph, shader.Origins, shader.OriginalNames,
                                        environment, options, found);
     if (isComplete && !found.HasErrors())
-        CheckCode(program, graph.Store().File(), found);
+        CheckCode(program, graph.Document().File, found);
     AppendWithLines(found, graph, problems);
     if (!isComplete)
         return program; // what only a failed node reads is not dead
