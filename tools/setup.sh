@@ -14,10 +14,15 @@ build) ;;
 run) packages+=(imagemagick) ;;
 # locales-all: the tests run under a locale with a decimal comma.
 test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
-    clang libclang-rt-dev clang-format valgrind) ;;
+    clang libclang-rt-dev clang-format valgrind chromium)
+    # Other packages of Node.js than Debian's do not stand beside Debian's.
+    command -v node >/dev/null || packages+=(nodejs)
+    ;;
 full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
     clang libclang-rt-dev clang-format clang-tidy abigail-tools debootstrap dpkg-dev pkgconf
-    xz-utils valgrind libbenchmark-dev) ;;
+    xz-utils valgrind libbenchmark-dev chromium)
+    command -v node >/dev/null || packages+=(nodejs)
+    ;;
 bench)
     packages+=(libbenchmark-dev python3 valgrind)
     # Other packages of Node.js than Debian's bring npm along and do not stand beside Debian's.

@@ -1,7 +1,9 @@
 // Sources of Cg: whatever they hold, the front end ends with errors in them or with a tree; the
 // tree is lowered and spelled in every language.
 
-#include "mox/cg/Module.h"
+#include "mox/cg/Lowering.h"
+#include "mox/languages/Languages.h"
+#include "mox/languages/PlainStage.h"
 #include "tests/support/Claim.h"
 
 #include <algorithm>
@@ -17,6 +19,26 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Claim(error.Where.Line >= 1 && error.Where.Line <= lines && error.Where.Column >= 1,
               "an error is inside the source");
         Claim(!error.Message.empty(), "an error says what is wrong");
+    }
+    if (!module->Errors.empty())
+        return 0;
+    Cg::LowerModule(*module);
+    if (!module->Main())
+        return 0;
+    for (const bool isVertex : {true, false}) {
+        Languages::StageProgram stage;
+        try {
+            stage = Languages::MakeStage(*module, isVertex);
+        } catch (const std::exception&) {
+            continue; // its semantics are of no stage
+        }
+        for (int language = 0; language < 6; ++language) {
+            for (const auto precision : {Languages::Precision::Full, Languages::Precision::Relaxed})
+                Claim(!Languages::WriteStage(stage, static_cast<Languages::Language>(language),
+                                             precision)
+                           .Text.empty(),
+                      "there is a text");
+        }
     }
     return 0;
 }

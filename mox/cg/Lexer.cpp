@@ -60,6 +60,7 @@ Token Lexer::Next()
     token.Where = _where;
     if (_commentEnd == _where.Line)
         token.Comment = _comment;
+    _commentEnd = 0; // it belongs to the first token alone
     if (_rest.empty())
         return token;
     std::size_t length = 1;

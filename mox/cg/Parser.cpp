@@ -732,27 +732,33 @@ Expression* Parser::ParseBinary(int lowest)
     }
 }
 
-Expression* Parser::ParseUnary()
+/// What an operator before it is applied to.
+Expression* Parser::ParseOperand()
 {
     const Nesting nesting(*this);
+    return ParseUnary();
+}
+
+Expression* Parser::ParseUnary()
+{
     const Position where = _token.Where;
     Type type;
     if (Accept("-"))
-        return _typing.Unary(Operator::Negate, ParseUnary(), where);
+        return _typing.Unary(Operator::Negate, ParseOperand(), where);
     if (Accept("!"))
-        return _typing.Unary(Operator::Not, ParseUnary(), where);
+        return _typing.Unary(Operator::Not, ParseOperand(), where);
     if (Accept("+"))
-        return ParseUnary();
+        return ParseOperand();
     if (Accept("++"))
-        return _typing.Step(Operator::Add, ParseUnary(), false, where);
+        return _typing.Step(Operator::Add, ParseOperand(), false, where);
     if (Accept("--"))
-        return _typing.Step(Operator::Subtract, ParseUnary(), false, where);
+        return _typing.Step(Operator::Subtract, ParseOperand(), false, where);
     if (!Accept("("))
         return ParsePostfix(ParsePrimary());
     if (_next.Text == ")" && _token.Kind == TokenKind::Word && FindType(_token.Text, type)) {
         type = ParseType();
         Take();
-        return _typing.Construct(type, {ParseUnary()}, where);
+        return _typing.Construct(type, {ParseOperand()}, where);
     }
     Expression* value = ParseExpression();
     Expect(")");

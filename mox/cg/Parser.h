@@ -81,6 +81,7 @@ private:
     Expression* ParseConditional();
     Expression* ParseBinary(int lowest);
     Expression* ParseUnary();
+    Expression* ParseOperand();
     Expression* ParsePostfix(Expression* value);
     Expression* ParsePrimary();
     Expression* ParseCall(const Token& name);

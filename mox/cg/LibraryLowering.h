@@ -1,0 +1,28 @@
+#pragma once
+
+#include "mox/cg/Hoister.h"
+
+namespace Mox::Cg {
+
+/// Lowers calls of functions of Cg's library: spells out those that not every language has.
+class LibraryLowering
+{
+public:
+    LibraryLowering(Arena& nodes, Hoister& hoister) : _build(nodes), _hoister(hoister) {}
+
+    /// A call whose operands are lowered, of a function without outputs.
+    /// @returns the value; null if there is none
+    Expression* Lower(Expression* call);
+
+private:
+    Expression* LowerClip(Expression* value);
+    Expression* LowerFmod(Expression* call);
+    Expression* LowerLit(Expression* call);
+    Expression* LowerRead(Expression* call);
+    Expression* LowerScalarGeometry(Expression* call);
+
+    TreeBuilder _build;
+    Hoister& _hoister;
+};
+
+} // namespace Mox::Cg

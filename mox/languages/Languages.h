@@ -1,0 +1,30 @@
+#pragma once
+
+#include "mox/languages/StageProgram.h"
+
+#include <string_view>
+
+namespace Mox::Languages {
+
+enum class Language
+{
+    Glsl,       ///< 4.50 for OpenGL
+    VulkanGlsl, ///< 4.50 for Vulkan
+    Essl,       ///< 3.00
+    Hlsl,       ///< shader model 5.0
+    Msl,        ///< 2.0
+    Wgsl,
+};
+
+/// Spells a stage in a language. The same stage gives the same text.
+WrittenStage WriteStage(const StageProgram& program, Language language, Precision precision);
+
+// One for each language, in a file of its own.
+WrittenStage WriteGlsl(const StageProgram& program, Precision precision);
+WrittenStage WriteVulkanGlsl(const StageProgram& program, Precision precision);
+WrittenStage WriteEssl(const StageProgram& program, Precision precision);
+WrittenStage WriteHlsl(const StageProgram& program, Precision precision);
+WrittenStage WriteMsl(const StageProgram& program, Precision precision);
+WrittenStage WriteWgsl(const StageProgram& program, Precision precision);
+
+} // namespace Mox::Languages

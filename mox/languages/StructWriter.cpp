@@ -1,0 +1,202 @@
+#include "mox/languages/StructWriter.h"
+
+#include "mox/Text.h"
+
+#include <algorithm>
+
+namespace Mox::Languages {
+
+using Cg::Element;
+using Cg::Expression;
+using Cg::ExpressionKind;
+using Cg::Operator;
+using Materials::Compose;
+
+namespace {
+
+/// The components that a vector of four holds of a column or element.
+std::string_view LettersOf(const Cg::Type& type)
+{
+    const std::size_t count = type.IsMatrix() ? type.Rows : type.Columns;
+    return std::string_view("xyzw").substr(0, count);
+}
+
+bool IsStored(const Cg::Variable& variable)
+{
+    return variable.Where == Cg::Storage::Uniform && !variable.Of.IsSampler();
+}
+
+} // namespace
+
+Cg::Type StructWriter::Stored(const Cg::Type& type)
+{
+    return type.HasFloats() ? type.With(Element::Float) : type;
+}
+
+std::string StructWriter::PutBlockStruct(const UniformBlock& block, std::string_view separator)
+{
+    const std::string structName = Names.Claim(block.Name);
+    Text += Compose("struct ", structName, " {\n");
+    std::uint32_t end = 0;
+    int paddings = 0;
+    for (const BlockMember& member : block.Members) {
+        const Cg::Type& type = member.Of->Of;
+        const auto [size, alignment] = GetStd140(type);
+        constexpr std::uint32_t word = 4;
+        for (; end < member.Offset; end += word)
+            Text += Compose("\t", PaddingMember(paddings++), separator, "\n");
+        const std::string name = Declare(*member.Of, member.Name);
+        Text += Compose("\t", StoredMember(type, name), separator, "\n");
+        Members.emplace(member.Of, Compose("mox.", name));
+        end += size;
+    }
+    Text += "}";
+    return structName;
+}
+
+std::string StructWriter::TextOf(const Expression& expression)
+{
+    const std::size_t begin = Text.size();
+    Put(expression);
+    std::string text = Text.substr(begin);
+    Text.resize(begin);
+    return text;
+}
+
+/// @param index of the element, or nothing if the member is no array
+void StructWriter::PutStoredElement(const Cg::Type& element, const std::string& member,
+                                    const std::string& index)
+{
+    const std::string_view letters = LettersOf(element);
+    const auto selection = [&](const std::string& vector) {
+        return Compose(member, "[", vector, "].", letters);
+    };
+    if (!element.IsMatrix()) {
+        PutLoaded(element, selection(index));
+        return;
+    }
+    Text += TypeName(element);
+    Text += '(';
+    for (int column = 0; column < element.Columns; ++column) {
+        Text += column > 0 ? ", " : "";
+        const Cg::Type vector = Cg::VectorType(element.Of, element.Rows);
+        PutLoaded(vector, selection(index.empty() ? std::to_string(column)
+                                                  : Compose("(", index, ") * ", element.Columns,
+                                                            " + ", column)));
+    }
+    Text += ')';
+}
+
+void StructWriter::PutName(const Cg::Variable& variable)
+{
+    if (!IsStored(variable)) {
+        Text += NameOf(variable);
+        return;
+    }
+    const Cg::Type& type = variable.Of;
+    const std::string& member = Members.at(&variable);
+    if (!type.IsArray()) {
+        if (IsStoredAsVectors(type))
+            PutStoredElement(type, member, {});
+        else
+            PutLoaded(type, member);
+        return;
+    }
+    const auto [open, close] = ArrayBrackets();
+    Text += TypeName(type);
+    Text += open;
+    for (int i = 0; i < type.Length; ++i) {
+        Text += i > 0 ? ", " : "";
+        if (IsStoredAsVectors(type))
+            PutStoredElement(type.Selected(), member, std::to_string(i));
+        else
+            PutLoaded(type.Selected(), Compose(member, "[", i, "]"));
+    }
+    Text += close;
+}
+
+void StructWriter::PutIndex(const Expression& expression)
+{
+    const Expression& what = *expression.Operands[0];
+    if (what.Kind != ExpressionKind::Name || !what.Of.IsArray() || !IsStored(*what.Refers)) {
+        Writer::PutIndex(expression);
+        return;
+    }
+    const std::string& member = Members.at(what.Refers);
+    const std::string index = TextOf(*expression.Operands[1]);
+    if (IsStoredAsVectors(what.Of))
+        PutStoredElement(expression.Of, member, index);
+    else
+        PutLoaded(expression.Of, Compose(member, "[", index, "]"));
+}
+
+void StructWriter::PutArgument(const Cg::Variable& parameter, const Expression& argument)
+{
+    Put(argument, Binding::Assign);
+    if (parameter.Of.IsSampler())
+        Text += Compose(", ", SamplerNames.at(argument.Refers));
+}
+
+void StructWriter::PutBinary(const Expression& expression, Binding around)
+{
+    const bool isMatrix = expression.Operands[0]->Of.IsMatrix();
+    const bool isScaled =
+        isMatrix && expression.Op == Operator::Multiply && expression.Operands[1]->Of.IsScalar();
+    const bool isProduct = expression.Op == Operator::Multiply || expression.Op == Operator::Divide;
+    if (isMatrix && isProduct && !isScaled)
+        PutByVectors(expression, Symbol(expression.Op), expression.Of.Columns);
+    else
+        Writer::PutBinary(expression, around);
+}
+
+void StructWriter::PutConstruct(const Expression& expression)
+{
+    const Cg::Type& type = expression.Of;
+    if (type.IsMatrix()) {
+        Cg::Type transposed = type;
+        std::swap(transposed.Rows, transposed.Columns);
+        Text += "transpose(";
+        PutCall(TypeName(transposed), expression.Operands);
+        Text += ')';
+        return;
+    }
+    if (!type.IsArray() && !type.Structure) {
+        Writer::PutConstruct(expression);
+        return;
+    }
+    const auto [open, close] = ArrayBrackets();
+    Text += TypeName(type);
+    Text += open;
+    for (const Expression* operand : expression.Operands) {
+        Text += operand == expression.Operands[0] ? "" : ", ";
+        Put(*operand, Binding::Assign);
+    }
+    Text += close;
+}
+
+void StructWriter::PutConvert(const Expression& expression, Binding around)
+{
+    const Expression& operand = *expression.Operands[0];
+    const Cg::Type& type = expression.Of;
+    const bool isCut = type.Rows != operand.Of.Rows || type.Columns != operand.Of.Columns;
+    const bool isChanged = Computed(type.Of) != Computed(operand.Of.Of);
+    if (!type.IsMatrix() || (!isCut && !isChanged)) {
+        Writer::PutConvert(expression, around);
+        return;
+    }
+    Text += TypeName(type);
+    Text += '(';
+    for (int column = 0; column < type.Columns; ++column) {
+        Text += column > 0 ? ", " : "";
+        if (isChanged)
+            Text += TypeName(Cg::VectorType(type.Of, type.Rows)) + "(";
+        PutSelected(operand);
+        Text += Compose("[", column, "]");
+        if (type.Rows != operand.Of.Rows)
+            Text += Compose(".", LettersOf(type));
+        Text += isChanged ? ")" : "";
+    }
+    Text += ')';
+}
+
+} // namespace Mox::Languages

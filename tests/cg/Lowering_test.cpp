@@ -1,0 +1,59 @@
+#include "mox/Text.h"
+#include "mox/cg/Lowering.h"
+#include "mox/languages/Languages.h"
+#include "mox/languages/PlainStage.h"
+#include "tests/support/Session.h"
+
+#include <gtest/gtest.h>
+
+using namespace Mox;
+using Materials::Compose;
+
+namespace {
+
+/// Bodies as the simplest of languages spells them once they are lowered, and one as each does.
+TEST(CgLowering, LeavesNothingToTheLanguages)
+{
+    using Languages::Language;
+    ExpectSession("cg/lowering.txt", [](const std::string& tried) {
+        const std::string words = tried.substr(0, tried.find(": "));
+        const std::pair<const char*, Language> languages[] = {
+            {"glsl", Language::Glsl}, {"essl", Language::Essl}, {"hlsl", Language::Hlsl},
+            {"msl", Language::Msl},   {"wgsl", Language::Wgsl},
+        };
+        std::string body = tried;
+        std::string text;
+        for (const auto& [word, language] : languages) {
+            if (words.find(word) == std::string::npos || words == tried)
+                continue;
+            body = tried.substr(words.size() + 2);
+            const auto precision = words.ends_with("relaxed") ? Languages::Precision::Relaxed
+                                                              : Languages::Precision::Full;
+            const auto module = Cg::ReadModule(Compose(
+                "struct Light { float3 colour; float power; };\n"
+                "float twice( float x ) { return 2*x; }\nhalf3 twice( half3 x ) { return 2*x; }\n"
+                "float split( in float2 v, out float x, inout float y ) "
+                "{ x = v.x; y += v.y; return 1; }\n"
+                "void f( in float s, in half h, in float2 v2, in float3 v3, in float4 v4, in int "
+                "i, "
+                "in bool b, in float3x3 m, in float4x3 m43, in sampler2D tex, in sampler1D ramp, "
+                "out float o, out float3 o3 )\n{\n",
+                body, "\n}\nvoid main( out float4 c : COLOR0 ) { c = 0; }\n"));
+            for (const Cg::SourceError& error : module->Errors)
+                text += error.Message + "\n";
+            if (!module->Errors.empty())
+                return std::optional(text);
+            Cg::LowerModule(*module);
+            const std::string whole =
+                Languages::WriteStage(Languages::MakeStage(*module, false), language, precision)
+                    .Text;
+            const std::size_t begin = whole.find("o3", whole.find(" f("));
+            const std::size_t open = whole.find("{\n", begin) + 2;
+            const std::size_t close = whole.find("\n}\n", open);
+            text += Compose(word, "\n", whole.substr(open, close - open), "\n");
+        }
+        return std::optional(text);
+    });
+}
+
+} // namespace

@@ -1,0 +1,150 @@
+#include "mox/Text.h"
+#include "mox/cg/Lowering.h"
+#include "mox/languages/Languages.h"
+#include "mox/languages/PlainStage.h"
+#include "tests/support/CgCases.h"
+#include "tests/support/GlslModule.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <unistd.h>
+
+using namespace Mox;
+using namespace Mox::Languages;
+using Materials::Compose;
+
+namespace {
+
+/// A program with what the cases of expressions leave out: uniforms of all layouts, textures,
+/// discard.
+constexpr const char* readsEverything = R"(
+uniform float first;
+uniform float3 lights[2];
+uniform float3x3 turn;
+uniform float2x2 narrow;
+uniform float3x2 rows;
+uniform float4x3 world[2];
+uniform bool on;
+uniform bool3 switches;
+uniform half3 tint;
+uniform half weights[3];
+uniform int2 counts;
+uniform sampler1D ramp : TEXUNIT1;
+uniform sampler2D map : TEXUNIT0;
+uniform sampler3D volume : TEXUNIT2;
+uniform samplerCUBE sky : TEXUNIT3;
+float4 reads( sampler1D r, sampler2D m, sampler3D v, samplerCUBE s, float4 at )
+{
+	return tex1D( r, at.x ) + tex1Dbias( r, at ) + tex1Dlod( r, at ) + tex1Dproj( r, at.xy ) +
+		tex1D( r, at.x, at.y, at.z ) + tex2D( m, at.xy ) + tex2Dbias( m, at ) + tex2Dlod( m, at ) +
+		tex2Dproj( m, at.xyz ) + tex2D( m, at.xy, at.yz, at.zw ) + tex3D( v, at.xyz ) +
+		tex3Dbias( v, at ) + tex3Dlod( v, at ) + tex3Dproj( v, at ) +
+		tex3D( v, at.xyz, at.xxx, at.yyy ) + texCUBE( s, at.xyz ) + texCUBEbias( s, at ) +
+		texCUBElod( s, float4( at.xyz, 2 ) ) + texCUBE( s, at.xyz, at.xxx, at.yyy ) + h4tex2D( m, at.xy );
+}
+void main( in float4 at : %IN, out float4 colour : %OUT )
+{
+	colour = reads( ramp, map, volume, sky, at );
+	if( on && switches.y ) colour.xyz += lights[1]*tint + mul( turn, lights[counts.x] );
+	colour.xy += mul( narrow, counts*first );
+	colour.xyz += mul( rows, colour.xy ) + mul( at, world[1] )*weights[counts.y] + float3( switches );
+	colour = at.x > 0 ? tex2D( map, at.xy ) : colour;
+}
+)";
+
+std::string Replace(std::string text, std::string_view from, std::string_view to)
+{
+    return text.replace(text.find(from), from.size(), to);
+}
+
+struct Source
+{
+    std::string Code;
+    bool IsVertex;
+};
+
+std::vector<Source> MakeSources()
+{
+    std::vector<Source> sources;
+    for (const CgCases& cases : MakeCgCases()) {
+        if (sources.empty())
+            sources.push_back({cases.Vertex, true});
+        sources.push_back({cases.Fragment, false});
+    }
+    sources.push_back(
+        {Replace(Replace(readsEverything, "%IN", "ATTR3"), "%OUT", "POSITION"), true});
+    std::string fragment = Replace(Replace(readsEverything, "%IN", "TEXCOORD2"), "%OUT", "COLOR0");
+    fragment = Replace(fragment, "colour = at.x",
+                       "colour.x += ddx( at.x ) + fwidth( at.y );\n"
+                       "\tif( at.x < 0 ) discard;\n\tclip( at );\n\tcolour = at.x");
+    sources.push_back({fragment, false});
+    return sources;
+}
+
+/// The text of a source, read anew for each since lowering changes the tree.
+std::string Write(const Source& source, Language language, Precision precision)
+{
+    const auto module = Cg::ReadModule(source.Code);
+    for (const Cg::SourceError& error : module->Errors)
+        ADD_FAILURE() << error.Where.Line << ": " << error.Message << "\n" << source.Code;
+    if (!module->Errors.empty())
+        return {};
+    Cg::LowerModule(*module);
+    return WriteStage(MakeStage(*module, source.IsVertex), language, precision).Text;
+}
+
+TEST(Languages, GlslangTakesEveryText)
+{
+    for (const Source& source : MakeSources()) {
+        for (const auto precision : {Precision::Full, Precision::Relaxed}) {
+            for (const auto& [language, input] :
+                 {std::pair(Language::Glsl, GlslangInput::Glsl),
+                  std::pair(Language::VulkanGlsl, GlslangInput::VulkanGlsl),
+                  std::pair(Language::Essl, GlslangInput::Essl),
+                  std::pair(Language::Hlsl, GlslangInput::Hlsl)}) {
+                const std::string text = Write(source, language, precision);
+                ASSERT_EQ(ReadWithGlslang(text, input, source.IsVertex), "") << text;
+                ASSERT_EQ(text.find("__"), text.npos) << text;
+            }
+        }
+    }
+}
+
+/// All texts in one translation unit, against a header that is as strict as the language.
+TEST(Languages, ACompilerTakesEveryMsl)
+{
+    const std::filesystem::path file =
+        std::filesystem::temp_directory_path() / Compose("mox_msl_", getpid(), ".cpp");
+    {
+        std::ofstream stream(file);
+        stream << "#include <metal_stdlib>\n";
+        int number = 0;
+        for (const Source& source : MakeSources()) {
+            for (const auto precision : {Precision::Full, Precision::Relaxed})
+                stream << "namespace stage" << number++ << " {\n"
+                       << Write(source, Language::Msl, precision) << "}\n";
+        }
+    }
+    const std::string command = Compose(
+        MOX_CXX_COMPILER " -std=c++20 -w -fsyntax-only -I" MOX_TEST_DATA "/languages/metal ",
+        file.string());
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    std::filesystem::remove(file);
+}
+
+/// What WGSL has no words for and a browser may take all the same: stores to several components.
+TEST(Languages, WgslKeepsToTheBaseLanguage)
+{
+    static const std::regex store(R"(\n\s*[\w.()*\[\]]+\.[xyzw]{2,4} [-+*/]?= )");
+    for (const Source& source : MakeSources()) {
+        const std::string text = Write(source, Language::Wgsl, Precision::Full);
+        EXPECT_FALSE(std::regex_search(text, store)) << text;
+        EXPECT_EQ(text.find("__"), text.npos);
+    }
+}
+
+} // namespace

@@ -1,0 +1,58 @@
+// Opens draw.html in a headless Chromium that renders in software, for a request and an answer in
+// files. Usage: node draw.js REQUEST ANSWER
+
+const fs = require('fs');
+const http = require('http');
+const os = require('os');
+const path = require('path');
+const { spawn } = require('child_process');
+
+const [request, answer] = process.argv.slice(2);
+const profile = fs.mkdtempSync(path.join(os.tmpdir(), 'mox_browser_'));
+const limit = 240 * 1000;
+let browser = null;
+
+function end(status, message) {
+  if (message)
+    console.error(message);
+  if (browser) {
+    browser.on('exit', () => {
+      fs.rmSync(profile, { recursive: true, force: true });
+      process.exit(status);
+    });
+    browser.kill();
+  }
+}
+
+const server = http.createServer((incoming, outgoing) => {
+  if (incoming.method === 'GET') {
+    const isPage = incoming.url === '/';
+    const file = isPage ? path.join(__dirname, 'draw.html') : request;
+    outgoing.setHeader('content-type', isPage ? 'text/html' : 'application/json');
+    if (isPage || incoming.url === '/request')
+      fs.createReadStream(file).pipe(outgoing);
+    else
+      outgoing.writeHead(404).end();
+    return;
+  }
+  const chunks = [];
+  incoming.on('data', chunk => chunks.push(chunk));
+  incoming.on('end', () => {
+    outgoing.end();
+    const body = Buffer.concat(chunks);
+    if (incoming.url === '/answer')
+      fs.writeFileSync(answer, body);
+    end(incoming.url === '/answer' ? 0 : 1, incoming.url === '/answer' ? '' : body.toString());
+  });
+});
+server.listen(0, '127.0.0.1', () => {
+  browser = spawn('chromium', [
+    '--headless', '--no-sandbox', '--disable-gpu-sandbox', '--enable-unsafe-swiftshader',
+    '--enable-unsafe-webgpu', '--use-webgpu-adapter=swiftshader', `--user-data-dir=${profile}`,
+    `http://127.0.0.1:${server.address().port}/`], { stdio: 'ignore' });
+  browser.on('error', error => {
+    console.error(String(error));
+    process.exit(1);
+  });
+});
+setTimeout(() => end(1, 'the browser has not answered in time'), limit);

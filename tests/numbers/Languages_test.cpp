@@ -1,0 +1,206 @@
+#include "mox/Text.h"
+#include "mox/cg/Lowering.h"
+#include "mox/compile/ProgramCompiler.h"
+#include "mox/languages/Languages.h"
+#include "mox/languages/PlainStage.h"
+#include "tests/numbers/CaseDrawer.h"
+#include "tests/numbers/Comparison.h"
+#include "tests/numbers/OutsideRunners.h"
+#include "tests/support/CgCases.h"
+#include "tests/support/DeviceTest.h"
+#include "tests/support/GlslModule.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <regex>
+
+using namespace Mox;
+using Host::SpirvWords;
+using Languages::Language;
+using Materials::Compose;
+
+namespace {
+
+std::string Write(const std::string& code, bool isVertex, Language language)
+{
+    const auto module = Cg::ReadModule(code);
+    for (const Cg::SourceError& error : module->Errors)
+        throw std::runtime_error(Compose(error.Where.Line, ": ", error.Message, "\n", code));
+    Cg::LowerModule(*module);
+    return Languages::WriteStage(Languages::MakeStage(*module, isVertex), language,
+                                 Languages::Precision::Full)
+        .Text;
+}
+
+SpirvWords FindModule(const Host::CompiledProgram& program, Host::ProgramStage stage)
+{
+    for (const Host::TargetProgram& target : program.Programs) {
+        if (target.Stage != stage)
+            continue;
+        SpirvWords words(target.Bytes.size() / sizeof(std::uint32_t));
+        std::memcpy(words.data(), target.Bytes.data(), target.Bytes.size());
+        return words;
+    }
+    return {};
+}
+
+/// Angles are approximated by each implementation in its own way, in Vulkan to 2^-11.
+float BoundOf(const std::string& name)
+{
+    static const std::regex angle("sin|cos|tan");
+    return std::regex_search(name, angle) ? 5e-4f : 1e-5f;
+}
+
+/// The programs of Vulkan GLSL are the measure for all others.
+class LanguagesTest : public DeviceTest<CaseDrawer>
+{
+protected:
+    LanguagesTest() : _cases(MakeCgCases()), _inputs(CaseDrawer::MakeInputs(1)) {}
+
+    std::vector<Numbers> Draw(const CgCases& cases, Language language) const
+    {
+        return Get().Draw(Compile(cases.Vertex, true, language),
+                          Compile(cases.Fragment, false, language), cases.Names.size(), _inputs);
+    }
+
+    static SpirvWords Compile(const std::string& code, bool isVertex, Language language)
+    {
+        return CompileWithGlslang(
+            Write(code, isVertex, language),
+            language == Language::Hlsl ? GlslangInput::Hlsl : GlslangInput::VulkanGlsl, isVertex);
+    }
+
+    void Compare(const CgCases& cases, const std::vector<Numbers>& actual)
+    {
+        const std::vector<Numbers> expected = Draw(cases, Language::VulkanGlsl);
+        for (std::size_t i = 0; i < cases.Names.size(); ++i) {
+            const float bound = BoundOf(cases.Names[i]);
+            for (std::size_t at = 0; at < CaseDrawer::Count; ++at) {
+                const std::size_t pixel = i * CaseDrawer::Count + at;
+                for (std::size_t component = 0; component < 4; ++component) {
+                    const float want = expected[pixel][component];
+                    const float is = actual[pixel][component];
+                    const bool isSame = (std::isnan(want) && std::isnan(is)) || want == is ||
+                                        std::abs(want - is) <= bound * (1 + std::abs(want));
+                    EXPECT_TRUE(isSame)
+                        << cases.Names[i] << "\ncase " << at << ", component " << component << ": "
+                        << is << " in place of " << want << "\n"
+                        << Show(_inputs[3 * at]) << "; " << Show(_inputs[3 * at + 1]) << "; "
+                        << Show(_inputs[3 * at + 2]);
+                    ++_compared;
+                    if (!isSame)
+                        at = CaseDrawer::Count - 1; // one complaint for each is enough
+                }
+            }
+        }
+    }
+
+    void TearDown() override
+    {
+        DeviceTest::TearDown();
+        if (!IsSkipped()) {
+            EXPECT_GT(_compared, 50'000u);
+        }
+    }
+
+    const std::vector<CgCases> _cases;
+    const std::vector<Numbers> _inputs;
+
+private:
+    std::size_t _compared = 0;
+};
+
+/// What the other compiler is known to get wrong or to refuse.
+bool IsOldFault(const std::string& name)
+{
+    static const std::regex faults[] = {
+        std::regex("fmod"), // takes the floor of negative numbers
+        std::regex("^(float|half): .*(faceforward|normalize|reflect)"), // "ambiguous" for scalars
+        std::regex("lit\\("),                                           // is unknown
+        std::regex("^(float|half|bool): .*(any|all)\\("), // makes invalid modules of scalars
+        std::regex("^(float|half)[234]: .*r\\+\\+"),      // the same of vectors
+        std::regex("_m00_m11"),      // elements of matrices are not multiplied with a scalar
+        std::regex("&& andOut"),     // is not evaluated after what is false
+        std::regex("3\\.x"),         // an int is not swizzled
+        std::regex("^half.*Out\\("), // half is float, so both overloads are one function
+        std::regex("m = m\\*m"),     // is not taken component by component
+    };
+    return std::any_of(std::begin(faults), std::end(faults),
+                       [&](const std::regex& fault) { return std::regex_search(name, fault); });
+}
+
+TEST_F(LanguagesTest, TheOtherCompilerComputesTheSame)
+{
+    const Host::ProgramCompiler compiler;
+    for (const CgCases& cases : MakeCgCases(IsOldFault)) {
+        Host::ProblemList problems;
+        Host::CgProgram program;
+        program.Vertex.Text = cases.Vertex;
+        // It takes half for float, so overloads for both are one function twice.
+        program.Fragment.Text =
+            std::regex_replace(cases.Fragment, std::regex(R"(pick\( (\(?half))"), "pickHalf( $1");
+        for (const auto& [name, columns, index] :
+             {std::tuple("place", 2, 0), std::tuple("a", 4, 1), std::tuple("b", 4, 2),
+              std::tuple("c", 4, 3), std::tuple("k", 1, 4)})
+            program.Parameters.push_back(
+                {Host::ParameterKind::VertexStream, name, name,
+                 ShaderType(ComponentType::Float, columns, 1, 1),
+                 ShaderRegister(ShaderRegisterType::VertexAttribute, index), false, true, false});
+        const Host::CompiledProgram old =
+            compiler.Compile(program, {Host::CompileTarget::Spirv}, "cases", problems);
+        std::string complaints;
+        for (const Host::Problem& problem : problems.Problems())
+            complaints += problem.Format() + "\n";
+        EXPECT_FALSE(problems.HasErrors()) << complaints;
+        if (problems.HasErrors())
+            continue;
+        // Its vertex program has no place for what the fragments do not read.
+        Compare(cases, Get().Draw(Compile(cases.Vertex, true, Language::VulkanGlsl),
+                                  FindModule(old, Host::ProgramStage::Fragment), cases.Names.size(),
+                                  _inputs));
+    }
+}
+
+TEST_F(LanguagesTest, HlslComputesTheSame)
+{
+    for (const CgCases& cases : _cases)
+        Compare(cases, Draw(cases, Language::Hlsl));
+}
+
+TEST_F(LanguagesTest, MslComputesTheSame)
+{
+    std::vector<std::string> programs;
+    std::vector<std::size_t> rows;
+    for (const CgCases& cases : _cases) {
+        programs.push_back(Write(cases.Fragment, false, Language::Msl));
+        rows.push_back(cases.Names.size());
+    }
+    const std::vector<RunResult> results = RunMsl(programs, rows, _inputs);
+    for (std::size_t i = 0; i < _cases.size(); ++i)
+        Compare(_cases[i], results[i].Pixels);
+}
+
+TEST_F(LanguagesTest, BrowsersComputeTheSame)
+{
+    if (!HasBrowser())
+        GTEST_SKIP() << "no browser was found";
+    std::vector<BrowserRun> runs;
+    std::size_t rows = 0;
+    for (const CgCases& cases : _cases) {
+        rows = std::max(rows, cases.Names.size());
+        for (const auto& [word, language] :
+             {std::pair("essl", Language::Essl), std::pair("wgsl", Language::Wgsl)})
+            runs.push_back({word, Write(cases.Vertex, true, language),
+                            Write(cases.Fragment, false, language)});
+    }
+    const std::vector<RunResult> results = DrawInBrowser(runs, rows, _inputs);
+    ASSERT_EQ(results.size(), runs.size());
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        EXPECT_EQ(results[i].Error, "") << runs[i].Fragment;
+        if (results[i].Error.empty())
+            Compare(_cases[i / 2], results[i].Pixels);
+    }
+}
+
+} // namespace

@@ -1,0 +1,129 @@
+#include "tests/numbers/OutsideRunners.h"
+
+#include "mox/Text.h"
+#include "mox/host/File.h"
+#include "tests/numbers/CaseDrawer.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <bit>
+#include <cstdlib>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <stdexcept>
+
+using namespace Mox;
+using Materials::Compose;
+using Json = nlohmann::json;
+
+namespace {
+
+constexpr std::size_t componentCount = 4;
+
+/// A path as a shell reads it.
+std::string Quoted(const std::filesystem::path& path)
+{
+    return Compose("'", path.string(), "'");
+}
+
+/// @throws std::runtime_error with what a failing command printed
+void Run(const std::string& command, const TemporaryFolder& folder)
+{
+    const std::filesystem::path log = folder.Path() / "log";
+    if (std::system(Compose(command, " >", Quoted(log), " 2>&1").c_str()) != 0)
+        throw std::runtime_error(Compose(command, "\n", Host::ReadFile(log)));
+}
+
+std::vector<Numbers> ToPixels(const std::vector<std::uint32_t>& bits)
+{
+    std::vector<Numbers> pixels(bits.size() / componentCount);
+    for (std::size_t i = 0; i < pixels.size() * componentCount; ++i)
+        pixels[i / componentCount][i % componentCount] = std::bit_cast<float>(bits[i]);
+    return pixels;
+}
+
+} // namespace
+
+bool HasBrowser()
+{
+    return std::system("command -v node >/dev/null && command -v chromium >/dev/null") == 0;
+}
+
+std::vector<RunResult> DrawInBrowser(const std::vector<BrowserRun>& runs, std::size_t expressions,
+                                     const std::vector<Numbers>& inputs)
+{
+    Json request{{"width", CaseDrawer::Count}, {"height", expressions}};
+    for (const Host::DrawStream& stream : CaseDrawer::MakeCall(expressions, inputs).Streams)
+        request["streams"].push_back({{"location", stream.Location},
+                                      {"components", stream.Components},
+                                      {"values", stream.Values}});
+    for (const BrowserRun& run : runs)
+        request["runs"].push_back(
+            {{"language", run.Language}, {"vertex", run.Vertex}, {"fragment", run.Fragment}});
+    const TemporaryFolder folder;
+    const std::filesystem::path answer = folder.Path() / "answer.json";
+    Run(Compose("node " MOX_TEST_DATA "/languages/browser/draw.js ",
+                Quoted(folder.Write("request.json", request.dump())), " ", Quoted(answer)),
+        folder);
+    std::vector<RunResult> results;
+    for (const Json& result : Json::parse(Host::ReadFile(answer))) {
+        if (result.contains("error"))
+            results.push_back({{}, result["error"]});
+        else
+            results.push_back({ToPixels(result["pixels"]), {}});
+    }
+    return results;
+}
+
+std::vector<RunResult> RunMsl(const std::vector<std::string>& programs,
+                              const std::vector<std::size_t>& rows,
+                              const std::vector<Numbers>& inputs)
+{
+    std::ostringstream source;
+    source << "#include <metal_stdlib>\n#include <cstdio>\n#include <cstring>\n";
+    for (std::size_t i = 0; i < programs.size(); ++i)
+        source << "namespace stage" << i << " {\n" << programs[i] << "}\n";
+    source << "static const float inputs[][4] = {\n";
+    for (const Numbers& input : inputs)
+        source << "{ " << input[0] << ", " << input[1] << ", " << input[2] << ", " << input[3]
+               << " },\n";
+    source << R"(};
+template <class Run>
+void Show(int rows, Run run)
+{
+	for (int row = 0; row < rows; ++row)
+		for (int at = 0; at < int(sizeof inputs/sizeof *inputs); at += 3) {
+			const auto vector = [&](int i) { const float* v = inputs[at + i]; return metal::float4(v[0], v[1], v[2], v[3]); };
+			const metal::float4 colour = run(vector(0), vector(1), vector(2), float(row));
+			for (int i = 0; i < 4; ++i) {
+				unsigned bits;
+				std::memcpy(&bits, &colour.Data[i], sizeof bits);
+				std::printf("%u\n", bits);
+			}
+		}
+}
+int main()
+{
+)";
+    for (std::size_t i = 0; i < programs.size(); ++i)
+        source << "\tShow(" << rows[i] << ", [](auto a, auto b, auto c, float k) { return stage"
+               << i << "::fragmentMain({ a, b, c, k }).colour; });\n";
+    source << "}\n";
+    const TemporaryFolder folder;
+    const std::filesystem::path program = folder.Path() / "programs";
+    Run(Compose(MOX_CXX_COMPILER " -std=c++20 -w -I" MOX_TEST_DATA "/languages/metal -o ",
+                Quoted(program), " ", Quoted(folder.Write("programs.cpp", source.str()))),
+        folder);
+    Run(Quoted(program), folder);
+    std::vector<RunResult> results;
+    std::ifstream stream(folder.Path() / "log");
+    for (const std::size_t count : rows) {
+        std::vector<std::uint32_t> bits(count * CaseDrawer::Count * componentCount);
+        for (std::uint32_t& word : bits)
+            stream >> word;
+        if (!stream)
+            throw std::runtime_error("the programs in MSL end early");
+        results.push_back({ToPixels(bits), {}});
+    }
+    return results;
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "tests/numbers/FloatTarget.h"
+
+#include <string>
+#include <vector>
+
+/// A pair of programs for a browser.
+struct BrowserRun
+{
+    const char* Language; ///< "essl" or "wgsl"
+    std::string Vertex;
+    std::string Fragment;
+};
+
+/// What came out of a program, or why nothing did.
+struct RunResult
+{
+    std::vector<Numbers> Pixels;
+    std::string Error;
+};
+
+/// Whether Node.js and Chromium are installed.
+bool HasBrowser();
+
+/// Draws the same with each pair of programs in a headless browser that renders in software.
+/// @param expressions rows of the image
+/// @throws std::runtime_error if the browser does not draw at all
+std::vector<RunResult> DrawInBrowser(const std::vector<BrowserRun>& runs, std::size_t expressions,
+                                     const std::vector<Numbers>& inputs);
+
+/// Compiles fragment programs of CgCases in MSL with a C++ compiler and runs them.
+/// @param rows number of expressions of each
+/// @throws std::runtime_error with the compiler's messages
+std::vector<RunResult> RunMsl(const std::vector<std::string>& programs,
+                              const std::vector<std::size_t>& rows,
+                              const std::vector<Numbers>& inputs);
