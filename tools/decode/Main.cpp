@@ -71,12 +71,12 @@ void SetLimit(__rlimit_resource resource, rlim_t most)
 /// compute.
 void SetLimits(const Arguments& arguments)
 {
-    const bool hasFolder = arguments.What == "gltf";
     SetLimit(RLIMIT_CORE, 0);
     SetLimit(RLIMIT_FSIZE, 0);
-    SetLimit(RLIMIT_NOFILE, hasFolder ? folderDescriptor + 2 : folderDescriptor);
     SetLimit(RLIMIT_CPU, rlim_t(arguments.Limits.Seconds) + 1); // whoever waits ends it before
-#ifndef MOX_SANITIZED                                           // sanitizers reserve terabytes
+#ifndef MOX_SANITIZED // sanitizers reserve terabytes and probe memory through pipes
+    const bool hasFolder = arguments.What == "gltf";
+    SetLimit(RLIMIT_NOFILE, hasFolder ? folderDescriptor + 2 : folderDescriptor);
     SetLimit(RLIMIT_AS, arguments.Limits.Memory());
 #endif
 }

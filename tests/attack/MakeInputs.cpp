@@ -1,0 +1,150 @@
+#include "mox/Text.h"
+#include "mox/document/MaterialDocument.h"
+#include "mox/host/File.h"
+#include "tests/support/Random.h"
+#include "tests/support/RandomMaterial.h"
+
+#include <algorithm>
+#include <exception>
+#include <fstream>
+#include <string>
+#include <vector>
+
+// Writes material documents for an attack on the program: random materials and given documents,
+// most of them broken in some places. The same seed gives the same documents.
+
+namespace {
+
+/// Values that attributes should not have, and some that others should.
+const std::vector<std::string>& HostileValues()
+{
+    static const std::vector<std::string> values = {
+        "",
+        "0",
+        "-1",
+        "2147483647",
+        "-2147483648",
+        "3e38",
+        "inf",
+        "-nan",
+        "1 inf nan",
+        "true",
+        "Vector",
+        "Normal",
+        "CoreTexture",
+        "in_uv",
+        "a",
+        "b",
+        "../../../../etc/passwd",
+        "/dev/zero",
+        "fifo",
+        ".",
+        "broken.png",
+        "x!=touch${IFS}PWNED;true",
+        "$(touch PWNED) `touch PWNED` | # % : ;",
+        "two&#10;lines&#9;and&#13;more",
+        "&#x9b;31m&#x202e;&#x2028;",
+        "&quot;&lt;&amp;&gt;'\\",
+        "float",
+        "gl_Position",
+        "a__b",
+        "\xf0\x9f\x8e\xa8",
+        std::string(1001, 'n'),
+        std::string(70000, 'n'),
+        std::string(5000, '('),
+    };
+    return values;
+}
+
+class Breaker
+{
+public:
+    explicit Breaker(Random& random) : _random(random) {}
+
+    std::string Break(std::string text)
+    {
+        for (std::size_t count = _random.Below(6); count > 0 && !text.empty(); --count) {
+            switch (_random.Below(8)) {
+            case 0:
+                text.erase(_random.Below(text.size()));
+                break;
+            case 1:
+                text[_random.Below(text.size())] = static_cast<char>(_random.Below(256));
+                break;
+            case 2:
+                CopyLine(text);
+                break;
+            case 3:
+                RemoveLine(text);
+                break;
+            default:
+                ReplaceValue(text);
+            }
+        }
+        return text;
+    }
+
+private:
+    std::size_t LineAt(const std::string& text) const
+    {
+        const std::size_t end = text.rfind('\n', _random.Below(text.size()));
+        return end == std::string::npos ? 0 : end + 1;
+    }
+
+    static std::size_t LineEnd(const std::string& text, std::size_t line)
+    {
+        return std::min(text.find('\n', line), text.size() - 1) + 1;
+    }
+
+    void CopyLine(std::string& text) const
+    {
+        const std::size_t line = LineAt(text);
+        if (line < text.size())
+            text.insert(LineAt(text), text.substr(line, LineEnd(text, line) - line));
+    }
+
+    void RemoveLine(std::string& text) const
+    {
+        const std::size_t line = LineAt(text);
+        if (line < text.size())
+            text.erase(line, LineEnd(text, line) - line);
+    }
+
+    void ReplaceValue(std::string& text) const
+    {
+        const std::size_t equals = text.find("=\"", _random.Below(text.size()));
+        if (equals == std::string::npos)
+            return;
+        const std::size_t end = std::min(text.find('"', equals + 2), text.size());
+        text.replace(equals + 2, end - equals - 2, _random.Pick(HostileValues()));
+    }
+
+    Random& _random;
+};
+
+} // namespace
+
+/// Usage: mox_attack_inputs SEED COUNT FOLDER DOCUMENT...
+int main(int argumentCount, char** arguments)
+{
+    try {
+        const auto seed = static_cast<std::uint32_t>(std::stoul(arguments[1]));
+        const auto count = static_cast<std::uint32_t>(std::stoul(arguments[2]));
+        const std::filesystem::path folder = arguments[3];
+        const std::vector<std::string> documents(arguments + 4, arguments + argumentCount);
+        Random random(seed);
+        for (std::uint32_t i = 0; i < count; ++i) {
+            const int nodes = 1 + static_cast<int>(random.Below(12));
+            const std::string text =
+                random.Below(2) == 0
+                    ? Mox::Host::ReadFile(random.Pick(documents))
+                    : Mox::Host::FormatMaterialDocument(MakeRandomMaterial(seed + i, nodes));
+            std::ofstream(folder / Mox::Materials::Compose("attack_", i, ".xml"), std::ios::binary)
+                << Breaker(random).Break(text);
+        }
+        return 0;
+    } catch (const std::exception& error) {
+        std::cerr << "mox_attack_inputs: " << error.what() << '\n';
+        return 1;
+    }
+}
