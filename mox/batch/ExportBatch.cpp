@@ -19,7 +19,7 @@ namespace {
 
 using Materials::Compose;
 
-constexpr const char* exportRule = "export";
+constexpr ProblemRule exportRule = "export";
 
 /// Of the file that names a material's programs.
 constexpr const char* contentEnding = ".programs";

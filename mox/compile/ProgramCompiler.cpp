@@ -16,7 +16,7 @@ using Materials::Compose;
 
 namespace {
 
-constexpr const char* rule = "compile";
+constexpr ProblemRule rule = "compile";
 
 /// One line of a text without the blanks around it.
 std::string LineOf(const std::string& text, int number)

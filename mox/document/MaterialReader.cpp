@@ -297,7 +297,7 @@ void MaterialReader::EndRecord(std::string_view name, SectionComments comments)
     }
 }
 
-void MaterialReader::Fail(const std::string& rule, Place where, const std::string& message)
+void MaterialReader::Fail(ProblemRule rule, Place where, const std::string& message)
 {
     if (_failureCount > mostFailures)
         return;

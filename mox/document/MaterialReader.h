@@ -55,7 +55,7 @@ private:
     void StartBinding(const XmlElement& element);
     void EndRecord(std::string_view name, SectionComments comments);
 
-    void Fail(const std::string& rule, Place where, const std::string& message);
+    void Fail(ProblemRule rule, Place where, const std::string& message);
 
     ProblemList& _problems;
     XmlParser _parser;

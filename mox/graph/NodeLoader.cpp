@@ -74,7 +74,7 @@ private:
 
     bool FillIn(const DocumentProperty& stored)
     {
-        const auto fail = [&](const char* rule, const std::string& message) {
+        const auto fail = [&](ProblemRule rule, const std::string& message) {
             _problems.Fail(rule, PlaceOf(stored.Line), message);
         };
         auto property = GuiProperty::Create(stored.Name);
@@ -158,7 +158,7 @@ bool SetFromDocument(GuiProperty& property, const DocumentProperty& value, const
                      const Place& where, ProblemList& problems)
 {
     const auto parsed = GuiProperty::Create(value.Name);
-    const auto fail = [&](const char* rule, const std::string& message) {
+    const auto fail = [&](ProblemRule rule, const std::string& message) {
         problems.Fail(rule, where, message);
     };
     if (!Parse(*parsed, value, lookUp, fail))

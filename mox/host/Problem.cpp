@@ -20,17 +20,17 @@ std::string Problem::Format() const
     return MessageLine(Where.Format() + Message);
 }
 
-void ProblemList::Warn(const std::string& rule, const Place& where, const std::string& message)
+void ProblemList::Warn(ProblemRule rule, const Place& where, const std::string& message)
 {
-    _problems.push_back({Severity::Warning, rule, where, message});
+    _problems.push_back({Severity::Warning, rule.Word(), where, message});
 }
 
-void ProblemList::Fail(const std::string& rule, const Place& where, const std::string& message)
+void ProblemList::Fail(ProblemRule rule, const Place& where, const std::string& message)
 {
-    _problems.push_back({Severity::Error, rule, where, message});
+    _problems.push_back({Severity::Error, rule.Word(), where, message});
 }
 
-void ProblemList::Fail(const std::string& rule, const HostError& error)
+void ProblemList::Fail(ProblemRule rule, const HostError& error)
 {
     Fail(rule, error.Where, error.Message);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mox/host/HostError.h"
+#include "mox/host/ProblemRule.h"
 
 #include <string>
 #include <vector>
@@ -17,7 +18,7 @@ enum class Severity
 struct Problem
 {
     Severity Level = Severity::Error;
-    std::string Rule; ///< a stable word for build systems and baselines, such as "unknown-port"
+    std::string Rule; ///< one of problemRules, such as "unknown-port"
     Place Where;
     std::string Message;
 
@@ -31,11 +32,11 @@ struct Problem
 class ProblemList
 {
 public:
-    void Warn(const std::string& rule, const Place& where, const std::string& message);
-    void Fail(const std::string& rule, const Place& where, const std::string& message);
+    void Warn(ProblemRule rule, const Place& where, const std::string& message);
+    void Fail(ProblemRule rule, const Place& where, const std::string& message);
 
     /// Takes over a failure of the host.
-    void Fail(const std::string& rule, const HostError& error);
+    void Fail(ProblemRule rule, const HostError& error);
 
     void Add(const Problem& problem) { _problems.push_back(problem); }
 

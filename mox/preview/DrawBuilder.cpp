@@ -14,8 +14,8 @@ namespace {
 
 using Materials::Compose;
 
-constexpr const char* streamRule = "preview-stream";
-constexpr const char* uniformRule = "preview-uniform";
+constexpr ProblemRule streamRule = "preview-stream";
+constexpr ProblemRule uniformRule = "preview-uniform";
 
 DrawShader TakeShader(const CompiledProgram& program, ProgramStage stage)
 {

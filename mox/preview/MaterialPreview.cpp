@@ -27,7 +27,7 @@ namespace {
 using Materials::Compose;
 namespace DocumentKeys = Materials::DocumentKeys;
 
-constexpr const char* materialRule = "material";
+constexpr ProblemRule materialRule = "material";
 constexpr float framesPerSecond = 30.0f;
 constexpr std::size_t bytesPerPixel = 4;
 

@@ -254,7 +254,8 @@ void XmlParser::OnError(void* context, xmlErrorPtr error)
         int size = static_cast<int>(std::min<std::ptrdiff_t>(input.end - input.cur, 4));
         const bool isBadCharacter = message.starts_with("Input is not proper UTF-8") ||
                                     (size > 0 && xmlGetUTF8Char(input.cur, &size) < 0);
-        self.Fail(isBadCharacter ? "encoding" : "not-well-formed", error->line, error->int2,
+        self.Fail(isBadCharacter ? ProblemRule("encoding") : ProblemRule("not-well-formed"),
+                  error->line, error->int2,
                   isBadCharacter ? "the text is no UTF-8, the one encoding that is read"
                                  : Compose("not well-formed: ", message));
     });
@@ -306,7 +307,7 @@ void XmlParser::AddAttributes(int count, const xmlChar** attributes)
 }
 
 /// @returns false, for callers that give up
-bool XmlParser::Fail(const std::string& rule, int line, int column, const std::string& message)
+bool XmlParser::Fail(ProblemRule rule, int line, int column, const std::string& message)
 {
     _problems.Fail(rule, {_file, line, {}, {}, column}, message);
     if (_context)
@@ -319,7 +320,7 @@ void XmlParser::FailEncoding(std::string_view encoding)
     Fail("encoding", 1, 0, Compose("the encoding is ", Excerpt(encoding), ", expected \"UTF-8\""));
 }
 
-void XmlParser::FailHere(const std::string& rule, const std::string& message)
+void XmlParser::FailHere(ProblemRule rule, const std::string& message)
 {
     Fail(rule, _context->input->line, 0, message);
 }

@@ -89,9 +89,9 @@ private:
     std::string_view QualifiedName(const xmlChar* prefix, const xmlChar* name);
     void AddDeclarations(int count, const xmlChar** namespaces);
     void AddAttributes(int count, const xmlChar** attributes);
-    bool Fail(const std::string& rule, int line, int column, const std::string& message);
+    bool Fail(ProblemRule rule, int line, int column, const std::string& message);
     void FailEncoding(std::string_view encoding);
-    void FailHere(const std::string& rule, const std::string& message);
+    void FailHere(ProblemRule rule, const std::string& message);
 
     std::string _file;
     XmlHandler& _handler;

@@ -43,7 +43,7 @@ public:
         exported.Texts = {"one of " + name, "two of " + name};
         exported.Inputs = {"texture"};
         if (name.starts_with("odd"))
-            exported.Problems.Warn("odd", {name, 0, {}, {}}, "is odd");
+            exported.Problems.Warn("environment", {name, 0, {}, {}}, "is odd");
         return exported;
     }
 
@@ -101,7 +101,8 @@ TEST_F(ExportBatchTest, WritesTextsAndReportsInOrder)
             }
         });
         EXPECT_EQ(reported, names);
-        EXPECT_EQ(problems, "error export: bad:7: node \"node\": is bad\nwarning odd: odd: is odd\n"
+        EXPECT_EQ(problems, "error export: bad:7: node \"node\": is bad\n"
+                            "warning environment: odd: is odd\n"
                             "error export: sub/worse: came to an end\n"
                             "error export: big: there is not enough memory\n"
                             "error export: wild: an exception of an unknown type\n");

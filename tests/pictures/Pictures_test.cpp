@@ -151,11 +151,11 @@ TEST(Pictures, ShowEveryNameAsItStands)
     }
     MaterialGraph graph = LoadMaterial(document, TestPlugins(), problems);
     for (const auto& node : graph.Nodes()) {
-        problems.Fail("test", {{}, 0, node.Id, {}}, "bad: " + node.Id);
-        problems.Warn("test", {{}, 0, node.Id, "out_value"}, node.Id);
+        problems.Fail("compile", {{}, 0, node.Id, {}}, "bad: " + node.Id);
+        problems.Warn("compile", {{}, 0, node.Id, "out_value"}, node.Id);
     }
     EXPECT_EQ(graph.Edges().size(), std::size(names) - 1);
-    problems.Fail("test", {}, R"(whole <\N>)");
+    problems.Fail("compile", {}, R"(whole <\N>)");
     ExpectGolden("pictures/odd_names.txt",
                  DescribeSvg(RenderPicture(DrawMaterial(graph, problems, {}), PictureFormat::Svg)));
 }
@@ -180,9 +180,9 @@ TEST(Pictures, MarkWhatIsWrong)
     ProblemList others;
     MaterialGraph graph = LoadMaterial(MaterialFromText(wrong), TestPlugins(), others);
     ResolveGraph(graph, others);
-    others.Warn("test", {{}, 0, "uv", "read"}, "look here");
-    others.Fail("test", {{}, 0, "gone", {}}, "not in the picture");
-    others.Warn("test", {}, "nor this");
+    others.Warn("compile", {{}, 0, "uv", "read"}, "look here");
+    others.Fail("compile", {{}, 0, "gone", {}}, "not in the picture");
+    others.Warn("compile", {}, "nor this");
     const Drawing second = DrawMaterial(graph, others, {});
     ExpectGolden("pictures/warned.dot", second.Dot);
     EXPECT_NE(DescribeSvg(RenderPicture(second, PictureFormat::Svg)), "not well-formed");
