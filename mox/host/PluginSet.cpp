@@ -40,6 +40,11 @@ PluginNode PluginSet::CreateNode(const std::string& typeName, const Place& where
     return {};
 }
 
+HostError UnknownType(const std::string& type)
+{
+    return {{}, Materials::Compose("no plug-in offers the type \"", type, "\"")};
+}
+
 std::filesystem::path DefaultPluginFolder()
 {
     return LibraryFolder() / "mox";

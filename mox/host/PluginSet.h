@@ -34,6 +34,9 @@ private:
     std::list<Plugin> _plugins;
 };
 
+/// The failure for a type that no plug-in offers.
+HostError UnknownType(const std::string& type);
+
 /// The folder in which a program finds its plug-ins without being told: mox, beside the library
 /// mox_materials.
 std::filesystem::path DefaultPluginFolder();

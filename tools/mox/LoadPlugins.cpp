@@ -1,7 +1,5 @@
 #include "LoadPlugins.h"
 
-#include "mox/Text.h"
-
 #include <cstdlib>
 #include <set>
 #include <sstream>
@@ -37,11 +35,6 @@ Host::PluginSet LoadPlugins(const CommonOptions& common)
             plugins.LoadFolder(folder);
     }
     return plugins;
-}
-
-Host::HostError UnknownType(const std::string& type)
-{
-    return {{}, Materials::Compose("no plug-in offers the type \"", type, "\"")};
 }
 
 } // namespace Mox::Tool

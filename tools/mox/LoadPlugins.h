@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Commands.h"
-#include "mox/host/HostError.h"
 #include "mox/host/PluginSet.h"
 
 namespace Mox::Tool {
@@ -11,8 +10,5 @@ namespace Mox::Tool {
 /// it. A folder that is named twice is searched once.
 /// @throws Host::HostError as PluginSet::LoadFolder does
 Host::PluginSet LoadPlugins(const CommonOptions& common);
-
-/// The failure of a command that was asked for a type that no plug-in offers.
-Host::HostError UnknownType(const std::string& type);
 
 } // namespace Mox::Tool

@@ -18,7 +18,7 @@ void PrintNew(const std::string& type, const std::string& id, const CommonOption
     const Host::PluginSet plugins = LoadPlugins(common);
     const auto node = plugins.CreateNode(type);
     if (!node)
-        throw UnknownType(type);
+        throw Host::UnknownType(type);
     std::cout << Host::FormatNodeFragment(node, id.empty() ? node.Name() : id);
 }
 

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "mox/document/Catalogue.h"
+
+#include <string>
+#include <vector>
+
+namespace Mox::Tool {
+
+/// The catalogue for programs: an array of objects, one for each type. Bytes that are not UTF-8
+/// become replacement characters.
+std::string FormatCatalogueAsJson(const std::vector<Host::CatalogueEntry>& entries);
+
+/// The catalogue for people: an overview with a line for each type, then each type by itself.
+std::string FormatCatalogueAsTable(const std::vector<Host::CatalogueEntry>& entries);
+
+/// The value of a property as JSON has it; an empty reference to a node is null.
+std::string FormatValueAsJson(const Materials::GuiProperty& property);
+
+} // namespace Mox::Tool

@@ -1,0 +1,111 @@
+#include "CatalogueFormats.h"
+#include "mox/document/PropertyText.h"
+
+#include <nlohmann/json.hpp>
+
+namespace Mox::Tool {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+using Host::CataloguePorts;
+using Materials::GuiProperty;
+using Materials::GuiPropertyKind;
+
+Json DescribeValue(const GuiProperty& property)
+{
+    switch (property.Kind) {
+    case GuiPropertyKind::Bool:
+        return property.Integer == 1;
+    case GuiPropertyKind::Integer:
+        return property.Integer;
+    case GuiPropertyKind::Float:
+        return property.Floats[0];
+    case GuiPropertyKind::Colour:
+        return Json(property.Floats);
+    case GuiPropertyKind::String:
+    case GuiPropertyKind::Enum:
+        return property.Text;
+    case GuiPropertyKind::Node:
+        break;
+    }
+    return nullptr;
+}
+
+Json DescribePorts(const CataloguePorts& ports)
+{
+    Json list = Json::array();
+    for (const auto& [name, label, components, precision] : ports) {
+        Json row = {{"name", name}, {"label", label}};
+        if (components)
+            row["components"] = *components;
+        if (!precision.empty())
+            row["precision"] = precision;
+        list.push_back(row);
+    }
+    return list;
+}
+
+Json DescribeVariants(const std::vector<Host::CatalogueVariant>& variants)
+{
+    Json list = Json::array();
+    for (const auto& [property, value, inputs, outputs] : variants) {
+        Json row = {{"property", property}, {"value", value}};
+        if (inputs)
+            row["inputs"] = DescribePorts(*inputs);
+        if (outputs)
+            row["outputs"] = DescribePorts(*outputs);
+        list.push_back(row);
+    }
+    return list;
+}
+
+Json DescribeProperty(const GuiProperty& property)
+{
+    Json row = {{"name", property.Name},
+                {"kind", Host::FormatKind(property.Kind)},
+                {"default", DescribeValue(property)},
+                {"help", property.Help},
+                {"visible", property.Visible},
+                {"editable", property.Editable}};
+    if (!property.Choices.empty())
+        row["choices"] = property.Choices;
+    return row;
+}
+
+std::string Format(const Json& json, int indent)
+{
+    return json.dump(indent, ' ', false, Json::error_handler_t::replace);
+}
+
+} // namespace
+
+std::string FormatValueAsJson(const GuiProperty& property)
+{
+    constexpr int inOneLine = -1;
+    return Format(DescribeValue(property), inOneLine);
+}
+
+std::string FormatCatalogueAsJson(const std::vector<Host::CatalogueEntry>& entries)
+{
+    Json rows = Json::array();
+    for (const Host::CatalogueEntry& entry : entries) {
+        Json properties = Json::array();
+        for (const auto& property : entry.Properties)
+            properties.push_back(DescribeProperty(*property));
+        rows.push_back({{"type", entry.Type.TypeName},
+                        {"label", entry.Type.Label},
+                        {"library", entry.Type.Library},
+                        {"listed", entry.Type.Listed},
+                        {"hasIcon", !entry.Type.Icon.empty()},
+                        {"version", entry.Version},
+                        {"inputs", DescribePorts(entry.Inputs)},
+                        {"outputs", DescribePorts(entry.Outputs)},
+                        {"variants", DescribeVariants(entry.Variants)},
+                        {"properties", properties}});
+    }
+    constexpr int indent = 2;
+    return Format(rows, indent) + "\n";
+}
+
+} // namespace Mox::Tool
