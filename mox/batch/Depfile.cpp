@@ -74,7 +74,7 @@ std::string Escape(const path& name)
 
 void WarnOfName(const path& name, ProblemList& problems)
 {
-    problems.Warn("dependency-file", {name.string(), 0, {}, {}},
+    problems.Warn("dependency-file", name.string(),
                   "is left out of the dependency file, since Make and Ninja read such a name in "
                   "different ways");
 }
@@ -145,8 +145,7 @@ void Depfile::Write(const std::string& rules)
 void Depfile::RequireOther(const path& named)
 {
     if (IsSameFile(named, _name)) {
-        Fail({{_name.string(), 0, {}, {}},
-              "is an input or output of the export, so it is not overwritten"});
+        Fail({_name.string(), "is an input or output of the export, so it is not overwritten"});
     }
 }
 

@@ -28,7 +28,7 @@ constexpr const char* contentEnding = ".programs";
 void AddFailure(const std::exception_ptr& failure, const ExportJob& job, ExportOutcome& outcome)
 {
     outcome.Outputs.clear();
-    const Place document{job.Document, 0, {}, {}};
+    const Place document{job.Document};
     try {
         std::rethrow_exception(failure);
     } catch (const HostError& error) {
@@ -57,9 +57,8 @@ ExportBatch::ExportBatch(const Exporter& exporter, std::vector<ExportJob> jobs, 
             const std::string output = std::filesystem::path(path).lexically_normal().string();
             const auto [entry, isNew] = writers.emplace(output, &job);
             if (!isNew) {
-                throw HostError({output, 0, {}, {}},
-                                Compose("would be written for both ", entry->second->Document,
-                                        " and ", job.Document));
+                throw HostError(output, Compose("would be written for both ",
+                                                entry->second->Document, " and ", job.Document));
             }
         }
     }

@@ -54,7 +54,7 @@ std::vector<std::string> FindIn(const path& folder, unsigned workers)
         if (entry->path().extension() == ".xml" && MayBeFile(*entry))
             files.push_back(entry->path().string());
     }
-    const Place where{folder.string(), 0, {}, {}};
+    const Place where{folder.string()};
     if (error) {
         throw HostError(where,
                         Materials::Compose("cannot be searched for materials: ", error.message()));

@@ -198,7 +198,7 @@ void WarnOfStrayBindings(const MaterialGraph& graph, const std::filesystem::path
     for (const DocumentBinding& binding : graph.Document().Bindings) {
         if (!made.contains({binding.Stream, binding.Tag})) {
             problems.Warn(
-                "stray-binding", {document.string(), binding.Line, {}, {}},
+                "stray-binding", {document.string(), binding.Line},
                 Compose("no node makes a ", binding.Stream, " binding \"", binding.Tag, "\""));
         }
     }

@@ -34,7 +34,7 @@ FileIdentity Identify(const OpenFile& file)
 
 HostError ReadError(const std::filesystem::path& file, const std::string& cause)
 {
-    return {{file.string(), 0, {}, {}}, Compose("cannot be read: ", cause)};
+    return {file.string(), Compose("cannot be read: ", cause)};
 }
 
 bool HasExtension(const std::filesystem::path& file, const char* extension)

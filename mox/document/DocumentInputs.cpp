@@ -40,7 +40,7 @@ void WarnOfMissingTextures(const MaterialDocument& document, const std::filesyst
     ForEachTexture(document, [&](const DocumentBinding& binding, const std::string& name) {
         std::error_code error;
         if (!std::filesystem::exists(file.parent_path() / name, error)) {
-            problems.Warn("missing-texture", {file.string(), binding.Line, {}, {}},
+            problems.Warn("missing-texture", {file.string(), binding.Line},
                           Materials::Compose("binding \"", binding.Tag, "\": there is no file \"",
                                              name, "\""));
         }

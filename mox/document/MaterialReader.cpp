@@ -99,7 +99,7 @@ void MaterialReader::Text(std::string_view, int line)
         return;
     OpenElement& parent = _open.back();
     parent.HasText = true;
-    Fail("schema", {_document.File, line, {}, {}},
+    Fail("schema", {_document.File, line},
          Compose("unexpected text, expected ", parent.Rule->ExpectedChildren(parent.NextChild)));
 }
 
@@ -110,7 +110,7 @@ void MaterialReader::Comment(std::string_view text)
 
 void MaterialReader::Instruction(int line)
 {
-    _problems.Fail("processing-instruction", {_document.File, line, {}, {}},
+    _problems.Fail("processing-instruction", {_document.File, line},
                    "processing instructions are not allowed");
     _parser.Stop();
 }

@@ -12,7 +12,7 @@ using Materials::Compose;
 
 MaterialWriter::MaterialWriter(const std::string& file)
 {
-    _writer.Where = {file, 0, {}, {}};
+    _writer.Where = file;
 }
 
 void MaterialWriter::WriteDocument(const MaterialDocument& document)

@@ -27,8 +27,7 @@ constexpr mode_t permissionBits = 07777;
 
 HostError WriteError(const std::filesystem::path& file, int error)
 {
-    return {{file.string(), 0, {}, {}},
-            Compose("cannot be written: ", std::generic_category().message(error))};
+    return {file.string(), Compose("cannot be written: ", std::generic_category().message(error))};
 }
 
 /// The file itself, or what a symbolic link of that name points to, there or not.
@@ -97,7 +96,7 @@ AtomicFile::AtomicFile(const std::filesystem::path& file) : _file(file), _target
     struct stat old = {};
     const bool isThere = stat(_target.c_str(), &old) == 0;
     if (isThere && !S_ISREG(old.st_mode)) {
-        throw HostError({file.string(), 0, {}, {}},
+        throw HostError(file.string(),
                         "cannot be written: something else than a regular file has this name");
     }
     _descriptor = OpenUnnamed(_target.has_parent_path() ? _target.parent_path() : ".");
@@ -201,8 +200,7 @@ void WriteTogether(const std::vector<FileContent>& files)
         }
         ReplaceOthers(files);
     }
-    throw HostError({files.front().File.string(), 0, {}, {}},
-                    "another process keeps replacing this file");
+    throw HostError(files.front().File.string(), "another process keeps replacing this file");
 }
 
 void FlushFolder(const std::filesystem::path& folder)

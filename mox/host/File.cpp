@@ -17,7 +17,7 @@ std::string ReadFile(const std::filesystem::path& file)
     constexpr std::size_t largest = std::size_t(1) << 30;
     if (file.empty())
         throw HostError({}, "the name of a file is empty");
-    const Place where{file.string(), 0, {}, {}};
+    const Place where{file.string()};
     const auto fail = [&](int error) -> HostError {
         return {where, Materials::Compose("cannot be read: ", std::strerror(error))};
     };
@@ -46,7 +46,7 @@ void CreateFolder(const std::filesystem::path& folder)
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error) {
-        throw HostError({folder.string(), 0, {}, {}},
+        throw HostError(folder.string(),
                         Materials::Compose("cannot be created: ", error.message()));
     }
 }
@@ -62,7 +62,7 @@ void RequireNoInput(const std::filesystem::path& output,
 {
     for (const std::filesystem::path& input : inputs) {
         if (IsSameFile(output, input))
-            throw HostError({output.string(), 0, {}, {}}, "is an input, so it is not overwritten");
+            throw HostError(output.string(), "is an input, so it is not overwritten");
     }
 }
 

@@ -18,6 +18,10 @@ struct Place
           Column(column)
     {}
 
+    Place(std::string file, int line, int column)
+        : File(std::move(file)), Line(line), Column(column)
+    {}
+
     std::string File;
     int Line = 0;     ///< 1-based
     std::string Node; ///< id of the node in the document

@@ -22,7 +22,7 @@ void WritePng(const Picture& picture, const std::filesystem::path& file)
     const auto encode = [&](void* target) {
         if (!png_image_write_to_memory(&image, target, &size, 0, picture.Pixels.data(), 0,
                                        nullptr)) {
-            throw HostError({file.string(), 0, {}, {}},
+            throw HostError(file.string(),
                             Materials::Compose("cannot be written: ", image.message));
         }
     };

@@ -23,7 +23,7 @@ void PluginSet::LoadFolder(const std::filesystem::path& folder)
             files.push_back(entry.path());
     }
     if (error) {
-        throw HostError(Place(folder.string()),
+        throw HostError(folder.string(),
                         Materials::Compose("cannot be searched for plug-ins: ", error.message()));
     }
     std::sort(files.begin(), files.end());

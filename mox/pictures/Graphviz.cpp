@@ -44,7 +44,7 @@ public:
         }
         const auto delay = DelayEnd();
         if (!mkdtemp(name.data()))
-            throw HostError({name, 0, {}, {}}, Compose("cannot be created: ", strerror(errno)));
+            throw HostError(name, Compose("cannot be created: ", strerror(errno)));
         _path = name;
     }
 

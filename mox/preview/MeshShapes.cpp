@@ -117,7 +117,7 @@ Mesh FindMesh(const std::string& nameOrFile, const FileDecoder& files)
     if (nameOrFile == "cube")
         return MakeCube();
     if (!IsMeshFile(nameOrFile)) {
-        throw HostError({nameOrFile, 0, {}, {}},
+        throw HostError(nameOrFile,
                         "is neither sphere, plane nor cube, nor an .obj, .gltf or .glb file");
     }
     Mesh mesh = files.ReadMesh(nameOrFile);

@@ -95,7 +95,7 @@ NodeOutput FindNodeOutput(const MaterialDocument& document, const std::string& t
     const std::size_t dot = text.rfind('.');
     if (dot != text.npos && HasNode(document, text.substr(0, dot)))
         return {text.substr(0, dot), text.substr(dot + 1)};
-    throw HostError({document.File, 0, {}, {}}, Compose("there is no node \"", text, "\""));
+    throw HostError(document.File, Compose("there is no node \"", text, "\""));
 }
 
 MaterialDocument CutUpstream(const MaterialDocument& document, const std::string& node)

@@ -52,7 +52,7 @@ const std::string_view* XmlElement::Find(std::string_view attribute) const
 
 Place XmlElement::PlaceIn(const std::string& file) const
 {
-    return {file, Line, {}, {}, ColumnOf(Text, Begin)};
+    return {file, Line, ColumnOf(Text, Begin)};
 }
 
 Place XmlElement::PlaceOf(std::string_view attribute, const std::string& file) const
@@ -60,7 +60,7 @@ Place XmlElement::PlaceOf(std::string_view attribute, const std::string& file) c
     const std::size_t place = FindInTag(Text, Begin, attribute);
     const std::string_view before = Text.substr(Begin, place - Begin);
     const auto lines = static_cast<int>(std::count(before.begin(), before.end(), '\n'));
-    return {file, Line + lines, {}, {}, ColumnOf(Text, place)};
+    return {file, Line + lines, ColumnOf(Text, place)};
 }
 
 } // namespace Mox::Host

@@ -309,7 +309,7 @@ void XmlParser::AddAttributes(int count, const xmlChar** attributes)
 /// @returns false, for callers that give up
 bool XmlParser::Fail(ProblemRule rule, int line, int column, const std::string& message)
 {
-    _problems.Fail(rule, {_file, line, {}, {}, column}, message);
+    _problems.Fail(rule, {_file, line, column}, message);
     if (_context)
         Stop();
     return false;

@@ -23,8 +23,8 @@ public:
         tree.Name = element.Name;
         for (const XmlAttribute& attribute : element.Attributes)
             tree.Attributes.push_back({std::string(attribute.Name), std::string(attribute.Value)});
-        tree.Where = {_file, element.Line, {}, {}};
-        tree.WhereText = {_file, 0, {}, {}};
+        tree.Where = {_file, element.Line};
+        tree.WhereText = _file;
     }
 
     void EndElement() override

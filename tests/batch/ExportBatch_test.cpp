@@ -32,7 +32,7 @@ public:
         if (begun % 3 == 0)
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         if (name.starts_with("bad"))
-            throw HostError({{}, 7, "node", {}}, "is bad");
+            throw HostError({"", 7, "node"}, "is bad");
         if (name.starts_with("worse"))
             throw std::runtime_error("came to an end");
         if (name.starts_with("big"))
@@ -43,7 +43,7 @@ public:
         exported.Texts = {"one of " + name, "two of " + name};
         exported.Inputs = {"texture"};
         if (name.starts_with("odd"))
-            exported.Problems.Warn("environment", {name, 0, {}, {}}, "is odd");
+            exported.Problems.Warn("environment", name, "is odd");
         return exported;
     }
 

@@ -13,7 +13,7 @@ TEST(ProblemReport, EveryFormHoldsTheSame)
 {
     const std::vector<Problem> problems = {
         {Severity::Error, "unknown-port", {"a \"b\".xml", 3, "n", "in_x", 7}, "no such port"},
-        {Severity::Warning, "dead-node", {"", 0, "", ""}, "bytes \xff that\nare no UTF-8"},
+        {Severity::Warning, "dead-node", {}, "bytes \xff that\nare no UTF-8"},
     };
     const std::string json = FormatProblemsAsJson(problems);
     const std::string sarif = FormatProblemsAsSarif(problems, "1.2");

@@ -32,7 +32,7 @@ void WriteIcons(const std::vector<Host::CatalogueEntry>& entries,
             continue;
         const std::string name = entry.Type.TypeName + ".png";
         if (!Host::StaysInFolder(name)) {
-            throw Host::HostError(Host::Place(entry.Plugin.string()),
+            throw Host::HostError(entry.Plugin.string(),
                                   Materials::Compose("the icon of the type \"", entry.Type.TypeName,
                                                      "\" would be written outside the folder"));
         }

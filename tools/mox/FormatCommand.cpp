@@ -37,7 +37,7 @@ void RequireReplaceable(const std::string& file)
 {
     constexpr mode_t anyWriting = 0222;
     struct stat status = {};
-    const Host::Place where{file, 0, {}, {}};
+    const Host::Place where{file};
     if (stat(file.c_str(), &status) != 0)
         return;
     if ((status.st_mode & anyWriting) == 0 || access(file.c_str(), W_OK) != 0)
