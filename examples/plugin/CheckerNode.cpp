@@ -2,7 +2,7 @@
 
 #include <mox/ShaderError.h>
 #include <mox/Text.h>
-#include <mox/nodekit/FunctionNode.h>
+#include <mox/nodekit/NodeFunction.h>
 #include <mox/nodekit/PortRebuild.h>
 #include <mox/nodekit/PropertyDeclarations.h>
 

@@ -2,7 +2,6 @@
 
 #include "mox/Export.h"
 #include "mox/authoring/GuiNode.h"
-#include "mox/authoring/GuiNodeDescription.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -10,6 +9,28 @@
 #include <vector>
 
 namespace Mox::Materials {
+
+/// One row of a factory's catalogue.
+class MOX_API GuiNodeDescription
+{
+public:
+    GuiNodeDescription();
+
+    /// A listed type without icon whose Label is the type name.
+    explicit GuiNodeDescription(const std::string& typeName);
+
+    GuiNodeDescription(const GuiNodeDescription& other);
+    GuiNodeDescription(GuiNodeDescription&& other) noexcept;
+    GuiNodeDescription& operator=(const GuiNodeDescription& other);
+    GuiNodeDescription& operator=(GuiNodeDescription&& other) noexcept;
+    ~GuiNodeDescription();
+
+    std::string TypeName;              ///< the key that GuiNodeFactory::Create takes
+    std::string Library;               ///< name of the library that supplies the type
+    std::string Label;                 ///< text that the host shows for the type
+    bool Listed = true;                ///< whether the host offers the type to the user
+    const char* const* Icon = nullptr; ///< XPM strings of the supplying library, or null; not owned
+};
 
 /// What a plug-in offers: a catalogue of node types and their creation. The host owns the factory
 /// and deletes it through the virtual destructor, before it unloads the plug-in.

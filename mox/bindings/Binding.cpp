@@ -1,14 +1,15 @@
 #include "mox/bindings/Binding.h"
 
-#include "mox/bindings/AttributeWords.h"
+#include "mox/bindings/ClassicLocale.h"
 #include "mox/bindings/FloatBinding.h"
-#include "mox/bindings/StreamFormat.h"
 #include "mox/bindings/StringBinding.h"
 #include "mox/bindings/TextureBinding.h"
 #include "mox/bindings/XmlAttributes.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <cctype>
+#include <cstddef>
 #include <iterator>
 
 namespace Mox::Materials {
@@ -60,6 +61,35 @@ const StreamRow& RowOf(StreamType streamType)
     return index < std::size(streamRows) ? streamRows[index] : unknownRow;
 }
 
+/// The word of a value; empty for a value behind the end of the table.
+template <class Value, std::size_t Count>
+std::string WordOf(const char* const (&words)[Count], Value value)
+{
+    const auto index = static_cast<std::uint32_t>(value);
+    return index < Count ? words[index] : "";
+}
+
+/// The value of a word; 0 for a word that the table does not have.
+template <class Value, std::size_t Count>
+Value ValueOf(const char* const (&words)[Count], const std::string& word)
+{
+    for (std::uint32_t index = 1; index < Count; ++index) {
+        if (word == words[index])
+            return static_cast<Value>(index);
+    }
+    return static_cast<Value>(0);
+}
+
+/// The text with the letters A to Z in lower case, whatever the locale.
+std::string ToLower(std::string text)
+{
+    const ClassicLocale scope;
+    for (char& c : text)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text;
+}
+
+/// The words of enumerations, in the order of their values.
 constexpr const char* uiTypeWords[] = {"none",         "slider",    "colour",     "position",
                                        "direction",    "texture",   "floatfield", "uvset",
                                        "vtxcolourset", "checkboxes"};

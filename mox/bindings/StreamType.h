@@ -1,6 +1,9 @@
 #pragma once
 
+#include "mox/Export.h"
+
 #include <cstdint>
+#include <string>
 
 namespace Mox::Materials {
 
@@ -19,5 +22,9 @@ enum class StreamType : std::uint32_t
     Texture = 9,
     Float = 10,
 };
+
+/// The storage format that a type word names, such as "s16n" for "short" with the normalise flag.
+/// Any other word, a storage format among them, is given back unchanged.
+MOX_API std::string ToStreamFormat(const std::string& word, bool isNormalised);
 
 } // namespace Mox::Materials

@@ -1,5 +1,7 @@
 #include "mox/nodekit/PropertyDeclarations.h"
 
+#include "mox/ShaderError.h"
+
 namespace Mox::Materials {
 
 namespace {
@@ -57,6 +59,14 @@ boost::shared_ptr<GuiProperty> DeclareNode(GuiNode& node, const char* name, cons
 {
     return Declare(node, name, help,
                    [=](GuiProperty& property) { property.AddNodeTypename(typeName); });
+}
+
+std::int32_t GetVectorCount(const GuiProperty& property)
+{
+    const std::int32_t count = property.GetInt();
+    if (count < 2 || count > 4)
+        throw ShaderError("component count must be between 2 and 4");
+    return count;
 }
 
 } // namespace Mox::Materials

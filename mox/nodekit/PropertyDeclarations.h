@@ -5,8 +5,11 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 
 namespace Mox::Materials {
 
@@ -31,5 +34,33 @@ DeclareEnum(GuiNode& node, const char* name, const char* help, std::span<const c
 /// An empty reference to a node of the given type.
 MOX_API boost::shared_ptr<GuiProperty> DeclareNode(GuiNode& node, const char* name,
                                                    const char* help, const char* typeName);
+
+/// Tables of settings that an enum property chooses from: each row has its word in a field Name,
+/// and the words in table order are the property's choices.
+
+template <class Row, std::size_t Count>
+constexpr std::array<const char*, Count> NamesOf(const Row (&rows)[Count])
+{
+    std::array<const char*, Count> names{};
+    for (std::size_t i = 0; i < Count; ++i)
+        names[i] = rows[i].Name;
+    return names;
+}
+
+/// The row of a word. The property takes none but the words of the table; should a host have
+/// written another one past the setters, the last row answers.
+template <class Row, std::size_t Count>
+const Row& RowNamed(const Row (&rows)[Count], const std::string& name)
+{
+    for (const Row& row : rows) {
+        if (name == row.Name)
+            return row;
+    }
+    return rows[Count - 1];
+}
+
+/// The number of components that a property chooses for a vector.
+/// @throws ShaderError if it is not between 2 and 4
+MOX_API std::int32_t GetVectorCount(const GuiProperty& property);
 
 } // namespace Mox::Materials

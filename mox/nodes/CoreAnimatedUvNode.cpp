@@ -1,6 +1,6 @@
 #include "mox/nodes/CoreAnimatedUvNode.h"
 
-#include "mox/nodekit/FunctionNode.h"
+#include "mox/nodekit/NodeFunction.h"
 #include "mox/nodekit/PortRebuild.h"
 #include "mox/nodekit/PropertyDeclarations.h"
 

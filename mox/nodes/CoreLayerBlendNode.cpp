@@ -1,9 +1,8 @@
 #include "mox/nodes/CoreLayerBlendNode.h"
 
-#include "mox/nodekit/FunctionNode.h"
+#include "mox/nodekit/NodeFunction.h"
 #include "mox/nodekit/PortRebuild.h"
 #include "mox/nodekit/PropertyDeclarations.h"
-#include "mox/nodekit/Rows.h"
 
 using namespace Mox::Materials;
 

@@ -1,10 +1,8 @@
 #include "mox/nodes/CoreSwizzleNode.h"
 
-#include "mox/nodekit/FunctionNode.h"
+#include "mox/nodekit/NodeFunction.h"
 #include "mox/nodekit/PortRebuild.h"
 #include "mox/nodekit/PropertyDeclarations.h"
-#include "mox/nodekit/Rows.h"
-#include "mox/nodekit/VectorCount.h"
 
 using namespace Mox::Materials;
 

@@ -4,11 +4,10 @@
 #include "mox/Text.h"
 #include "mox/bindings/Material.h"
 #include "mox/bindings/TextureBinding.h"
-#include "mox/nodekit/BindingTexts.h"
-#include "mox/nodekit/FunctionNode.h"
+#include "mox/nodekit/NodeBindings.h"
+#include "mox/nodekit/NodeFunction.h"
 #include "mox/nodekit/PortRebuild.h"
 #include "mox/nodekit/PropertyDeclarations.h"
-#include "mox/nodekit/Rows.h"
 
 #include <span>
 

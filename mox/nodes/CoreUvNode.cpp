@@ -1,6 +1,6 @@
 #include "mox/nodes/CoreUvNode.h"
 
-#include "mox/nodekit/BindingTexts.h"
+#include "mox/nodekit/NodeBindings.h"
 #include "mox/nodekit/PortRebuild.h"
 #include "mox/nodekit/PropertyDeclarations.h"
 #include "mox/shader/ShaderGraphGenerator.h"

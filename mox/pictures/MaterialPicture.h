@@ -3,7 +3,7 @@
 #include "mox/graph/MaterialGraph.h"
 #include "mox/host/PluginSet.h"
 #include "mox/host/Problem.h"
-#include "mox/pictures/Drawing.h"
+#include "mox/pictures/Graphviz.h"
 
 #include <map>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mox/host/Problem.h"
-#include "mox/pictures/Drawing.h"
+#include "mox/pictures/Graphviz.h"
 #include "mox/program/ShaderGeneration.h"
 
 namespace Mox::Host {

@@ -1,7 +1,7 @@
 #include "mox/Text.h"
 #include "mox/bindings/Binding.h"
 #include "mox/bindings/FloatBinding.h"
-#include "mox/bindings/StreamFormat.h"
+#include "mox/bindings/StreamType.h"
 #include "mox/bindings/TextureBinding.h"
 #include "tests/support/Failure.h"
 #include "tests/support/Session.h"

@@ -1,4 +1,4 @@
-#include "mox/nodekit/FunctionNode.h"
+#include "mox/nodekit/NodeFunction.h"
 
 namespace Mox::Materials {
 

@@ -1,4 +1,4 @@
-#include "mox/bindings/StreamFormat.h"
+#include "mox/bindings/StreamType.h"
 
 namespace Mox::Materials {
 

@@ -1,4 +1,4 @@
-#include "mox/nodekit/BindingTexts.h"
+#include "mox/nodekit/NodeBindings.h"
 
 namespace Mox::Materials {
 
