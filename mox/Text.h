@@ -5,7 +5,6 @@
 #include <array>
 #include <charconv>
 #include <concepts>
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -35,25 +34,11 @@ inline void AppendPart(std::string& text, std::integral auto value)
     text.append(digits.begin(), end);
 }
 
-/// Room for a part of a text, so that most texts are allocated once.
-inline std::size_t RoomForPart(std::string_view part)
-{
-    return part.size();
-}
-
-template <class Number>
-requires std::integral<Number> || std::same_as<Number, float> std::size_t RoomForPart(Number)
-{
-    constexpr std::size_t usualDigits = 6;
-    return usualDigits;
-}
-
 /// Strings and numbers one after another as one text, independent of any locale.
 template <class... Parts>
 std::string Compose(const Parts&... parts)
 {
     std::string text;
-    text.reserve((RoomForPart(parts) + ... + 0));
     (AppendPart(text, parts), ...);
     return text;
 }

@@ -15,9 +15,6 @@ namespace {
 constexpr std::int32_t descriptionStyle = 1;
 constexpr std::int32_t helpUrlStyle = 2;
 
-/// Room for the properties of most nodes, so that the bag does not grow step by step.
-constexpr std::size_t usualPropertyCount = 24;
-
 std::int32_t FindPort(const std::vector<GuiPort>& ports, const std::string& name)
 {
     for (std::size_t i = 0; i < ports.size(); ++i) {
@@ -62,8 +59,6 @@ CountVote VoteOnCount(const std::vector<GuiPort>& inputs)
 
 GuiNode::GuiNode(const std::string& typeName) : Properties(boost::make_shared<GuiPropertyBag>())
 {
-    Properties->Properties.reserve(usualPropertyCount);
-
     Type = GuiProperty::Create("Type");
     Type->Help = "Type: the internal type of the node.";
     Type->SetString(typeName);

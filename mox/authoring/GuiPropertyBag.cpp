@@ -3,9 +3,6 @@
 #include "mox/ShaderError.h"
 #include "mox/Text.h"
 
-#include <tuple>
-#include <utility>
-
 namespace Mox::Materials {
 
 GuiPropertyBag::GuiPropertyBag() = default;
@@ -15,8 +12,7 @@ GuiPropertyBag::~GuiPropertyBag() = default;
 void GuiPropertyBag::Add(const boost::shared_ptr<GuiProperty>& property)
 {
     // Properties grows last: property may be a reference to one of its own entries.
-    const auto [entry, inserted] =
-        Index.emplace(std::piecewise_construct, std::tie(property->Name), std::tie(property));
+    const auto [entry, inserted] = Index.emplace(property->Name, property);
     if (!inserted)
         throw ShaderError(Compose("property with name \"", property->Name, "\" already exists"));
     try {
@@ -37,14 +33,10 @@ boost::shared_ptr<GuiProperty>& GuiPropertyBag::Get(const std::string& name)
 
 void GuiPropertyBag::CopyFrom(const boost::shared_ptr<GuiPropertyBag>& source)
 {
-    // Names are unique, so nothing is left to copy once every property of the source has been met.
-    std::size_t left = source->Index.size();
-    for (auto property = Properties.begin(); left > 0 && property != Properties.end(); ++property) {
-        const auto stored = source->Index.find((*property)->Name);
-        if (stored == source->Index.end())
-            continue;
-        (*property)->CopyFrom(stored->second);
-        --left;
+    for (const auto& property : Properties) {
+        const auto stored = source->Index.find(property->Name);
+        if (stored != source->Index.end())
+            property->CopyFrom(stored->second);
     }
 }
 

@@ -1,7 +1,6 @@
 #include "mox/batch/OrderedOutcomes.h"
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
 
 namespace Mox::Host {
@@ -10,10 +9,6 @@ namespace {
 
 constexpr std::size_t window = 256;
 constexpr std::size_t mostWriting = 16;
-
-/// The thread that reports looks by itself now and then: woken for each small job, it would take a
-/// processor from the workers all the time.
-constexpr std::chrono::milliseconds patience{10};
 
 } // namespace
 
@@ -25,10 +20,8 @@ std::optional<std::size_t> OrderedOutcomes::Take()
 {
     std::unique_lock lock(_mutex);
     _advanced.wait(lock, [this] { return _isStopped || _taken == _count || !IsWindowFull(); });
-    if (_isStopped || _taken == _count) {
-        _arrived.notify_one();
+    if (_isStopped || _taken == _count)
         return {};
-    }
     SlotOf(_taken).State = Stage::Working;
     return _taken++;
 }
@@ -48,30 +41,26 @@ void OrderedOutcomes::Put(std::size_t job, WorkerOutcome outcome)
 {
     const std::lock_guard lock(_mutex);
     --_writing;
-    ++_waiting;
     SlotOf(job).Outcome = std::move(outcome);
     SlotOf(job).State = Stage::Done;
     _written.notify_one();
-    if (_isStopped || _waiting > window / 2)
-        _arrived.notify_one();
+    _arrived.notify_one();
 }
 
 std::optional<WorkerOutcome> OrderedOutcomes::Next(std::size_t& job)
 {
     std::unique_lock lock(_mutex);
-    for (;;) {
+    const auto isOver = [this] { return _next == _taken && (_isStopped || _taken == _count); };
+    _arrived.wait(lock, [&] {
         while (_isStopped && _next < _taken && SlotOf(_next).State == Stage::Working)
             ++_next;
-        if (_next == _taken && (_isStopped || _taken == _count))
-            return {};
-        if (_next < _taken && SlotOf(_next).State == Stage::Done)
-            break;
-        _arrived.wait_for(lock, patience);
-    }
+        return isOver() || (_next < _taken && SlotOf(_next).State == Stage::Done);
+    });
+    if (isOver())
+        return {};
     if (IsWindowFull())
         _advanced.notify_all();
     job = _next++;
-    --_waiting;
     return std::exchange(SlotOf(job).Outcome, {});
 }
 

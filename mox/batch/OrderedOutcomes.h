@@ -65,13 +65,12 @@ private:
     const std::size_t _count;
     std::vector<Slot> _slots; ///< of the jobs from _next to _taken
     std::mutex _mutex;
-    std::condition_variable _arrived;  ///< very many outcomes, the end of a worker, or a stop
+    std::condition_variable _arrived;  ///< an outcome, or a stop
     std::condition_variable _advanced; ///< the window, which was full, or a stop
     std::condition_variable _written;  ///< a job
     std::size_t _next = 0;             ///< job to report
     std::size_t _taken = 0;
     std::size_t _writing = 0;
-    std::size_t _waiting = 0; ///< for their report
     bool _isStopped = false;
 };
 

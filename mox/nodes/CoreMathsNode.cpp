@@ -7,7 +7,6 @@
 #include "mox/nodekit/PropertyDeclarations.h"
 
 #include <span>
-#include <utility>
 
 using namespace Mox::Materials;
 
@@ -165,15 +164,12 @@ CoreMathsNode::CoreMathsNode() : GuiNode(TypeName())
         "interpolants to do so). Usually this should be left at \"Automatic\".",
         levelNames);
 
-    // In the order of the map, so that each one goes behind the last without a search.
-    const std::pair<const char*, const PropertyHandle&> defaults[] = {
-        {"in_blend", DefaultBlend},   {"in_max", DefaultMax},       {"in_min", DefaultMin},
-        {"in_oldmax", DefaultOldMax}, {"in_oldmin", DefaultOldMin}, {"in_power", DefaultPower},
-        {"in_scale", DefaultScale},   {"in_test1", DefaultTest1},   {"in_test2", DefaultTest2},
-        {"in_value1", DefaultValue1}, {"in_value2", DefaultValue2},
+    PortDefaults = {
+        {"in_value1", DefaultValue1}, {"in_value2", DefaultValue2}, {"in_blend", DefaultBlend},
+        {"in_min", DefaultMin},       {"in_max", DefaultMax},       {"in_oldmin", DefaultOldMin},
+        {"in_oldmax", DefaultOldMax}, {"in_test1", DefaultTest1},   {"in_test2", DefaultTest2},
+        {"in_power", DefaultPower},   {"in_scale", DefaultScale},
     };
-    for (const auto& [portName, property] : defaults)
-        PortDefaults.emplace_hint(PortDefaults.end(), portName, property);
 
     CoreMathsNode::UpdatePorts({});
 }

@@ -32,12 +32,7 @@ const char* LiteralOpening(const ShaderType& type)
 
 ShaderFunctionBuilder::ShaderFunctionBuilder()
 {
-    constexpr std::size_t usualParameterCount = 4;
-    Parameters.reserve(usualParameterCount);
-    // A new stream has the global locale, which is the classic one as a rule; setting it once more
-    // would cost as much as the rest of a small function.
-    if (Body.getloc() != std::locale::classic())
-        Body.imbue(std::locale::classic());
+    Body.imbue(std::locale::classic());
     // Otherwise the stream keeps a lack of memory to itself, and the text breaks off.
     Body.exceptions(std::ios::badbit);
 }

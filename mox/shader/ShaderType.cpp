@@ -59,9 +59,7 @@ std::string ShaderType::Format() const
 
 std::string ShaderType::FormatDeclaration(const std::string& name) const
 {
-    constexpr std::size_t longestElement = 16;
     std::string text;
-    text.reserve(longestElement + name.size());
     AppendElement(text, *this);
     text += ' ';
     text += name;
