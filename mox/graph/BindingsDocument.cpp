@@ -7,7 +7,7 @@
 #include "mox/xml/XmlTree.h"
 #include "mox/xml/XmlWriter.h"
 
-#include <algorithm>
+#include <map>
 #include <memory>
 #include <new>
 #include <utility>
@@ -114,13 +114,13 @@ std::vector<PluginBinding> CreateBindings(const MaterialGraph& graph)
         for (PluginBinding& binding : CreateNodeBindings(node))
             bindings.push_back(std::move(binding));
     }
+    std::map<std::pair<std::string, std::string>, const PluginBinding*> byName;
+    for (const PluginBinding& binding : bindings) // the first of each name counts
+        byName.emplace(std::pair(binding.StreamName(), binding.Tag()), &binding);
     for (const DocumentBinding& values : graph.Document().Bindings) {
-        const auto binding =
-            std::find_if(bindings.begin(), bindings.end(), [&](const PluginBinding& candidate) {
-                return candidate.Tag() == values.Tag && candidate.StreamName() == values.Stream;
-            });
-        if (binding != bindings.end())
-            ApplyValues(Place(graph.Document().File, values.Line), values, *binding);
+        const auto binding = byName.find({values.Stream, values.Tag});
+        if (binding != byName.end())
+            ApplyValues(Place(graph.Document().File, values.Line), values, *binding->second);
     }
     return bindings;
 }
