@@ -9,20 +9,26 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
 
-# lines N TEXT: so many lines of it, with their numbers for each &.
+# lines N TEXT: so many lines of it, with @ for their numbers from 1 on and % for the one before.
 lines() {
-    seq "$1" | sed "s|.*|$2|"
+    awk -v n="$1" -v text="$2" 'BEGIN {
+        for (i = 1; i <= n; ++i) {
+            line = text
+            gsub(/@/, i, line)
+            gsub(/%/, i - 1, line)
+            print line
+        }
+    }'
 }
 
-# material N NODES EDGES BINDINGS: each of these is the text of a line.
+# material N TYPE NODES EDGES BINDINGS: a node n0 of the type, and N lines of each text.
 material() {
-    echo '<material version="1"><nodes><node id="p" type="Lost" version="0"/>'
-    echo '<node id="t" type="CoreTexture" version="0"/>'
-    lines "$1" "$2"
-    echo '</nodes><edges>'
+    echo "<material version=\"1\"><nodes><node id=\"n0\" type=\"$2\" version=\"0\"/>"
     lines "$1" "$3"
-    echo '</edges><bindings>'
+    echo '</nodes><edges>'
     lines "$1" "$4"
+    echo '</edges><bindings>'
+    lines "$1" "$5"
     echo '</bindings></material>'
 }
 
@@ -38,7 +44,7 @@ count() {
     sed -n 's/.*I *refs: *//p' messages | tr -d ,
 }
 
-# grows COMMAND NODES EDGES BINDINGS
+# grows COMMAND TYPE NODES EDGES BINDINGS, as for material
 grows() {
     local n=2000 none once twice
     material 0 "${@:2}" >m.xml
@@ -54,15 +60,19 @@ grows() {
     }
 }
 
-maths='<node id="n&" type="CoreMaths" version="0"/>'
-named='<node id="n&" type="CoreConstant" version="0"><property name="Name" kind="string" value="c&"/></node>'
-referring='<node id="n&" type="CoreTexture" version="0"><property name="Reference" kind="node" value="t"/></node>'
-into='<edge tail="t" tailPort="out_red" head="p" headPort="in&"/>'
-from='<edge tail="p" tailPort="out&" head="n&" headPort="in_value1"/>'
-values='<binding stream="float" tag="c&" default="1"/>'
+maths='<node id="n@" type="CoreMaths" version="0"/>'
+named='<node id="n@" type="CoreConstant" version="0"><property name="Name" kind="string" value="c@"/></node>'
+referring='<node id="n@" type="CoreTexture" version="0"><property name="Reference" kind="node" value="n0"/></node>'
+chain='<edge tail="n%" tailPort="out_value" head="n@" headPort="in_value1"/>'
+fan='<edge tail="n0" tailPort="out_value" head="n@" headPort="in_value1"/>'
+into='<edge tail="n@" tailPort="out_value" head="n0" headPort="in@"/>'
+from='<edge tail="n0" tailPort="out@" head="n@" headPort="in_value1"/>'
+values='<binding stream="float" tag="c@" default="1"/>'
 
-grows check "$referring" '' ''
-grows check '' "$into" ''
-grows graph "$maths" "$from" ''
-grows check "$named" '' "$values"
-grows bindings "$named" '' "$values"
+grows 'export --shader-graph' CoreMaths "$maths" "$chain" ''
+grows 'export --shader-graph' CoreMaths "$maths" "$fan" ''
+grows graph Lost "$maths" "$from" ''
+grows check Lost "$maths" "$into" ''
+grows check CoreTexture "$referring" '' ''
+grows check CoreMaths "$named" '' "$values"
+grows bindings CoreMaths "$named" '' "$values"

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Materials of very many nodes, edges, properties and references come out right, on a stack of 256 KiB
-# and in a time that grows with their size. Usage: scale_test.sh MOX PER_MILLE, of the full sizes.
+# Materials of very many nodes, edges, properties and references come out right on a stack of 256 KiB.
+# How the work grows with them, growth_test.sh counts. Usage: scale_test.sh MOX PER_MILLE, of the full
+# sizes.
 set -euo pipefail
 
 mox=$1
@@ -42,8 +43,6 @@ run() {
     took=$(((${EPOCHREALTIME/./} - ${begin/./}) / 1000))
     echo "$name: size $size, $took ms, status $status"
     [ "$status" -le 1 ] || fail "$name: $(head -c 1000 "$name.err")"
-    # Generous, for busy machines, but out of reach for what grows with the square.
-    [ "$took" -lt $((20000 + size / 5)) ] || fail "$name: too slow"
 }
 
 # expect FILE PATTERN COUNT: so many lines of the file match.
