@@ -8,15 +8,18 @@ namespace Mox::Host {
 
 using Materials::GuiPort;
 
+void EmptyReferences(const PluginNode& node) noexcept
+{
+    if (!node)
+        return;
+    for (const auto& property : node.Properties().Properties)
+        property->Node.reset();
+}
+
 GraphView::~GraphView()
 {
-    for (GraphNode& node : _nodes) {
-        if (!node.Gui)
-            continue;
-        for (const auto& property : node.Gui.Properties().Properties)
-            property->Node.reset();
-        node.Gui = {}; // now, while the properties are in the cache
-    }
+    for (const GraphNode& node : _nodes)
+        EmptyReferences(node.Gui);
 }
 
 const GraphNode& GraphView::Node(std::size_t index) const
@@ -61,13 +64,12 @@ void GraphView::Report(const MaterialDocument& document, ProblemList& problems) 
 
 void GraphView::Reserve(std::size_t nodeEnd, std::size_t edgeEnd)
 {
-    if (_nodes.size() < nodeEnd) {
-        _isTouched.resize(nodeEnd);
+    if (_nodes.size() < nodeEnd)
         _nodes.resize(nodeEnd);
-        _touched.reserve(_nodes.capacity());
-    }
     if (_edges.size() < edgeEnd)
         _edges.resize(edgeEnd);
+    _isTouched.resize(_nodes.size());
+    _touched.reserve(_nodes.capacity());
 }
 
 void GraphView::Enter(const PluginNode& node, std::size_t index)

@@ -60,6 +60,9 @@ private:
     PluginNode::EdgeList::iterator InEntry;
 };
 
+/// Empties the references of a node that goes, since a cycle of them would never be released.
+void EmptyReferences(const PluginNode& node) noexcept;
+
 /// A pair of nodes by number, the first of which refers to the second.
 using NodeReference = std::pair<std::size_t, std::size_t>;
 
@@ -80,7 +83,6 @@ public:
         return *this;
     }
 
-    /// Empties the references between nodes first, since a circle of them would never be released.
     ~GraphView();
 
     /// Also for numbers without a record, for which they are empty.

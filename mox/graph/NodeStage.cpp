@@ -17,12 +17,6 @@ namespace {
 /// is given up on after some.
 constexpr int mostCircles = 100;
 
-bool HasReferences(const DocumentNode& record)
-{
-    return std::any_of(record.Properties.begin(), record.Properties.end(),
-                       [](const auto& property) { return property.Kind == GuiPropertyKind::Node; });
-}
-
 std::size_t CountErrors(const ProblemList& problems)
 {
     const auto& all = problems.Problems();
@@ -57,10 +51,14 @@ NodeStage::NodeStage(GraphView& view, const IndexedDocument& document, const Nod
 
 NodeStage::~NodeStage()
 {
-    for (const PluginNode& node : _replaced)
+    const auto discard = [this](const PluginNode& node) {
         _view.Leave(node);
+        EmptyReferences(node);
+    };
+    for (const PluginNode& node : _replaced)
+        discard(node);
     for (const auto& [index, node] : _staged)
-        _view.Leave(node.Gui);
+        discard(node.Gui);
 }
 
 const GraphNode& NodeStage::At(std::size_t index) const
@@ -82,8 +80,7 @@ void NodeStage::Put(std::size_t index, GraphNode node)
 
 std::vector<std::size_t> NodeStage::Rebuild(const std::vector<std::size_t>& changed)
 {
-    const std::vector<std::size_t> waiting = MakeAll(WithReferrers(changed));
-    const GraphOrder order = OrderStaged(waiting);
+    const GraphOrder order = OrderStaged(MakeAll(WithReferrers(changed)));
     for (const std::size_t index : order.Order)
         _builder.BuildPorts(_staged.at(index));
     return order.Cycle;
@@ -110,14 +107,14 @@ void NodeStage::BuildAll()
     const auto& records = _document.Document().Nodes;
     for (auto record = records.begin(); record != records.end(); ++record)
         nodes.push_back(record.Index());
-    const std::vector<std::size_t> waiting = MakeAll(nodes);
-    GraphOrder order = OrderStaged(waiting);
+    const std::vector<std::size_t> shown = MakeAll(nodes);
+    GraphOrder order = OrderStaged(shown);
     for (int circles = 1; !order.Cycle.empty(); ++circles) {
         ReportReferenceCircle(*this, order.Cycle, ReferenceCircles);
         BreakReference(order.Cycle.back(), order.Cycle.front());
         if (circles > mostCircles)
-            BreakAllReferences(waiting);
-        order = OrderStaged(waiting);
+            BreakAllReferences(shown);
+        order = OrderStaged(shown);
     }
     for (const std::size_t index : order.Order)
         _builder.BuildPorts(_staged.at(index));
@@ -223,27 +220,23 @@ void NodeStage::Commit() noexcept
     _staged.clear();
 }
 
-/// Makes nodes, and finishes those that refer to nothing while they are in the cache.
-/// @returns the others, which still need their ports
+/// Makes nodes and loads their properties.
+/// @returns those that are shown, which still need their ports
 std::vector<std::size_t> NodeStage::MakeAll(const std::vector<std::size_t>& nodes)
 {
     const auto& records = _document.Document().Nodes;
-    std::vector<std::size_t> waiting;
+    std::vector<std::size_t> shown;
     for (const std::size_t index : nodes) {
         GraphNode node;
         if (records.Holds(index))
             node = _builder.Make(index, records[index]);
-        if (node.IsShown() && !HasReferences(records[index])) {
-            _builder.Load(node, index, records[index]);
-            _builder.BuildPorts(node);
-        } else if (node.IsShown()) {
-            waiting.push_back(index);
-        }
+        if (node.IsShown())
+            shown.push_back(index);
         Put(index, std::move(node));
     }
-    for (const std::size_t index : waiting)
+    for (const std::size_t index : shown)
         _builder.Load(_staged.at(index), index, records[index]);
-    return waiting;
+    return shown;
 }
 
 GraphOrder NodeStage::OrderStaged(const std::vector<std::size_t>& nodes) const

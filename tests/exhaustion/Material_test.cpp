@@ -145,6 +145,70 @@ TEST(MaterialExhaustion, MaterialsAreLoadedAndSaved)
     });
 }
 
+/// A graph that an edit fails to change has no trace of it, in its records or its nodes, and does
+/// the same edit when there is memory.
+TEST(MaterialExhaustion, EditsAreDoneAndUndoneWholeOrNotAtAll)
+{
+    struct Subject
+    {
+        std::unique_ptr<Host::MaterialGraph> Graph;
+        Host::DocumentChange Inverse;
+    };
+    using Materials::GuiPropertyKind;
+    const std::string material = R"(
+        a CoreMaths; Function=Lerp
+        b CoreMaths
+        c CoreMaths; PositionX=1
+        t CoreTexture; Colour Type=Vector
+        r CoreTexture; Reference=t
+        x Alien; Twin:node=a
+        c.out_value -> b.in_value2
+        b.out_value -> a.in_blend
+        r.out_alpha -> a.in_value1
+        x.p -> a.in_value2
+    )";
+    const std::string circles = R"(
+        u CoreTexture; Reference=v
+        v CoreTexture; Reference=u
+        d CoreMaths
+        a.out_value -> d.in_value1
+        d.out_value -> c.in_value1
+    )";
+    const Host::GraphChange change{{
+        Host::AddNode{{"n", "CoreMaths", 0, {}}, "b"},
+        Host::AddEdge{{"a", "out_value", "n", "in_value1"}, {}, {}},
+        Host::AddEdge{{"n", "out_value", "b", "in_value1"}, "b", "in_value2"},
+        Host::SetProperties{{{"a", {"Function", GuiPropertyKind::Enum, "Abs"}},
+                             {"t", {"Colour Type", GuiPropertyKind::Enum, "Component"}},
+                             {"c", {"PositionX", GuiPropertyKind::Float, "3"}}}},
+        Host::RemoveEdge{{"c", "out_value", "b", "in_value2"}},
+        Host::RenameNode{"t", "texture"},
+        Host::RemoveNode{"x"},
+        Host::SetBinding{{"texture", "paint", {{"default", "rock.png"}}}},
+        Host::SetDescription{{{"name", "rock"}}},
+    }};
+    const auto describe = [](const Subject& subject) { return DescribeGraph(*subject.Graph); };
+    for (const std::string& text : {material, material + circles}) {
+        const auto make = [&] {
+            return Subject{std::make_unique<Host::MaterialGraph>(MaterialFromText(text),
+                                                                 Host::NodeMaker(TestPlugins())),
+                           {}};
+        };
+        ExpectSurvival(
+            Allocations::Owner::New, make,
+            [&](Subject& subject) { subject.Graph->Apply(change); }, describe, ExpectUnchanged);
+        ExpectSurvival(
+            Allocations::Owner::New,
+            [&] {
+                Subject edited = make();
+                edited.Inverse = edited.Graph->Apply(change);
+                return edited;
+            },
+            [](Subject& subject) { subject.Graph->Undo(subject.Inverse); }, describe,
+            ExpectUnchanged);
+    }
+}
+
 TEST(MaterialExhaustion, MaterialsAreExported)
 {
     std::vector<std::unique_ptr<Host::ProgramFormat>> formats;
