@@ -1,6 +1,8 @@
 #include "mox/document/IndexedDocument.h"
 
 #include <algorithm>
+#include <type_traits>
+#include <utility>
 
 namespace Mox::Host {
 
@@ -8,11 +10,18 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-/// The first key with these names.
-template <class... Names>
-std::tuple<const Names&..., std::size_t> FirstOf(const Names&... names)
+/// The numbers of the records that entries with these names stand for, as far as they are true.
+/// @param isTrue takes the number and the entry
+template <class Entries, class Names, class IsTrue>
+std::vector<std::size_t> Collect(const Entries& entries, const Names& names, IsTrue isTrue)
 {
-    return {names..., 0};
+    std::vector<std::size_t> found;
+    const auto [begin, end] = entries.equal_range(names);
+    for (auto entry = begin; entry != end; ++entry) {
+        if (const auto index = std::get<std::size_t>(*entry); isTrue(index, *entry))
+            found.push_back(index);
+    }
+    return found;
 }
 
 /// Exchanges what a step holds with what the document holds.
@@ -48,59 +57,38 @@ IndexedDocument::IndexedDocument(MaterialDocument document) : _document(std::mov
 
 std::optional<std::size_t> IndexedDocument::FindNode(const std::string& id) const
 {
-    std::optional<std::size_t> found;
-    const auto [begin, end] = _nodes.equal_range(id);
-    for (auto entry = begin; entry != end; ++entry) {
-        if (HasId(entry->second, id) && (!found || entry->second < *found))
-            found = entry->second;
-    }
-    return found;
+    const auto [begin, end] = _ids.equal_range(std::tie(id));
+    const auto node = std::find_if(
+        begin, end, [&](const auto& entry) { return HasId(std::get<std::size_t>(entry), id); });
+    if (node == end)
+        return std::nullopt;
+    return std::get<std::size_t>(*node);
 }
 
 std::vector<std::size_t> IndexedDocument::Referrers(const std::string& id) const
 {
-    std::vector<std::size_t> nodes;
-    for (auto entry = _referrers.lower_bound(FirstOf(id));
-         entry != _referrers.end() && std::get<0>(*entry) == id; ++entry) {
-        if (const std::size_t node = std::get<1>(*entry); RefersTo(node, id))
-            nodes.push_back(node);
-    }
-    return nodes;
+    return Collect(_referrers, std::tie(id),
+                   [&](std::size_t node, const auto&) { return RefersTo(node, id); });
 }
 
 std::vector<std::size_t> IndexedDocument::EdgesFrom(const std::string& id) const
 {
-    std::vector<std::size_t> edges;
-    for (auto entry = _tails.lower_bound(FirstOf(id));
-         entry != _tails.end() && std::get<0>(*entry) == id; ++entry) {
-        if (const std::size_t edge = std::get<1>(*entry); HasTail(edge, id))
-            edges.push_back(edge);
-    }
-    return edges;
+    return Collect(_tails, std::tie(id),
+                   [&](std::size_t edge, const auto&) { return HasTail(edge, id); });
 }
 
 std::vector<std::size_t> IndexedDocument::EdgesTo(const std::string& id) const
 {
-    std::vector<std::size_t> edges;
-    for (auto entry = _heads.lower_bound(FirstOf(id, std::string()));
-         entry != _heads.end() && std::get<0>(*entry) == id; ++entry) {
-        if (const std::size_t edge = std::get<2>(*entry); HasHead(edge, id, std::get<1>(*entry)))
-            edges.push_back(edge);
-    }
-    return edges;
+    return Collect(_heads, std::tie(id), [&](std::size_t edge, const auto& entry) {
+        return HasHead(edge, id, std::get<1>(entry));
+    });
 }
 
 std::vector<std::size_t> IndexedDocument::EdgesInto(const std::string& id,
                                                     const std::string& port) const
 {
-    std::vector<std::size_t> edges;
-    for (auto entry = _heads.lower_bound(FirstOf(id, port));
-         entry != _heads.end() && std::get<0>(*entry) == id && std::get<1>(*entry) == port;
-         ++entry) {
-        if (const std::size_t edge = std::get<2>(*entry); HasHead(edge, id, port))
-            edges.push_back(edge);
-    }
-    return edges;
+    return Collect(_heads, std::tie(id, port),
+                   [&](std::size_t edge, const auto&) { return HasHead(edge, id, port); });
 }
 
 std::optional<std::size_t> IndexedDocument::FindBinding(const std::string& stream,
@@ -164,18 +152,9 @@ bool IndexedDocument::HasHead(std::size_t edge, const std::string& id,
            _document.Edges[edge].HeadPort == port;
 }
 
-IndexedDocument::Ids::iterator IndexedDocument::FindEntry(std::size_t index, const std::string& id)
-{
-    const auto [begin, end] = _nodes.equal_range(id);
-    const auto entry =
-        std::find_if(begin, end, [&](const auto& other) { return other.second == index; });
-    return entry == end ? _nodes.end() : entry;
-}
-
 void IndexedDocument::Enter(std::size_t index, const DocumentNode& node)
 {
-    if (FindEntry(index, node.Id) == _nodes.end())
-        _nodes.emplace(node.Id, index);
+    _ids.emplace(node.Id, index);
     for (const DocumentProperty& property : node.Properties) {
         if (property.Kind == GuiPropertyKind::Node && !property.Value.empty())
             _referrers.emplace(property.Value, index);
@@ -190,9 +169,8 @@ void IndexedDocument::Enter(std::size_t index, const DocumentEdge& edge)
 
 void IndexedDocument::Leave(std::size_t index, const DocumentNode& node) noexcept
 {
-    if (const auto entry = FindEntry(index, node.Id);
-        entry != _nodes.end() && !HasId(index, node.Id))
-        _nodes.erase(entry);
+    if (!HasId(index, node.Id))
+        Erase(_ids, std::tie(node.Id, index));
     for (const DocumentProperty& property : node.Properties) {
         if (property.Kind == GuiPropertyKind::Node && !RefersTo(index, property.Value))
             Erase(_referrers, std::tie(property.Value, index));
@@ -205,6 +183,33 @@ void IndexedDocument::Leave(std::size_t index, const DocumentEdge& edge) noexcep
         Erase(_tails, std::tie(edge.Tail, index));
     if (!HasHead(index, edge.Head, edge.HeadPort))
         Erase(_heads, std::tie(edge.Head, edge.HeadPort, index));
+}
+
+DocumentEdit::~DocumentEdit()
+{
+    for (auto step = _done.rbegin(); step != _done.rend(); ++step)
+        _document.Exchange(*step);
+    ForgetDone();
+}
+
+void DocumentEdit::Do(DocumentStep step)
+{
+    _document.Prepare(step);
+    _done.push_back(std::move(step));
+    _document.Exchange(_done.back());
+}
+
+DocumentChange DocumentEdit::Finish() noexcept
+{
+    ForgetDone();
+    std::reverse(_done.begin(), _done.end());
+    return {std::exchange(_done, {})};
+}
+
+void DocumentEdit::ForgetDone() noexcept
+{
+    for (const DocumentStep& step : _done)
+        _document.Forget(step);
 }
 
 } // namespace Mox::Host

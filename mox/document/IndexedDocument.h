@@ -2,21 +2,23 @@
 
 #include "mox/document/DocumentChange.h"
 
+#include <algorithm>
+#include <compare>
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <set>
 #include <string>
 #include <tuple>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace Mox::Host {
 
-/// A document that is being edited, with tables that tell which of its records name an id.
+/// A document that is being edited, with tables of which of its records name an id.
 ///
-/// The tables may name more than there is: what a change replaces stays in them until Forget. So a
-/// change can be taken back without any memory. Every question checks the record itself.
+/// The tables may name more than there is: what a change replaces stays in them until the change is
+/// final. So a change can be taken back without any memory. Every question checks the record
+/// itself.
 class IndexedDocument
 {
 public:
@@ -38,12 +40,30 @@ public:
     /// The number of the binding of a stream and a name.
     std::optional<std::size_t> FindBinding(const std::string& stream, const std::string& tag) const;
 
-    /// A number for a new node, edge or binding.
-    template <class Record>
-    std::size_t Reserve()
+private:
+    friend class DocumentEdit;
+
+    /// Compares as many elements as both tuples have, so that the first names find all entries that
+    /// begin with them, without a copy.
+    struct PrefixLess
     {
-        return RecordsOf<Record>(_document).ReserveIndex();
-    }
+        using is_transparent = void;
+
+        template <std::size_t Position = 0, class Left, class Right>
+        bool operator()(const Left& left, const Right& right) const
+        {
+            if constexpr (Position == std::min(std::tuple_size_v<Left>, std::tuple_size_v<Right>)) {
+                return false;
+            } else {
+                const auto order = std::get<Position>(left) <=> std::get<Position>(right);
+                return order != 0 ? order < 0 : operator()<Position + 1>(left, right);
+            }
+        }
+    };
+
+    /// Names in a record, and its number.
+    template <class... Names>
+    using Entries = std::set<std::tuple<Names..., std::size_t>, PrefixLess>;
 
     /// Enters in the tables what a step brings. The step itself may follow then.
     void Prepare(const DocumentStep& step);
@@ -55,29 +75,74 @@ public:
     /// @param done a step after Exchange
     void Forget(const DocumentStep& done) noexcept;
 
-private:
-    using Ids = std::unordered_multimap<std::string, std::size_t>;
-
-    /// Names of a record, and its number. Found by tuples of references, without a copy.
-    template <class... Names>
-    using Entries = std::set<std::tuple<Names..., std::size_t>, std::less<>>;
-
     bool HasId(std::size_t node, const std::string& id) const;
     bool RefersTo(std::size_t node, const std::string& id) const;
     bool HasTail(std::size_t edge, const std::string& id) const;
     bool HasHead(std::size_t edge, const std::string& id, const std::string& port) const;
 
-    Ids::iterator FindEntry(std::size_t index, const std::string& id);
     void Enter(std::size_t index, const DocumentNode& node);
     void Enter(std::size_t index, const DocumentEdge& edge);
     void Leave(std::size_t index, const DocumentNode& node) noexcept;
     void Leave(std::size_t index, const DocumentEdge& edge) noexcept;
 
     MaterialDocument _document;
-    Ids _nodes;
+    Entries<std::string> _ids;
     Entries<std::string> _referrers;          ///< id that is referred to; nodes
     Entries<std::string> _tails;              ///< id of the tail; edges
     Entries<std::string, std::string> _heads; ///< id and port of the head; edges
+};
+
+/// One run of changes over the records of a document. Unless it is finished, it takes all of them
+/// back in the end.
+class DocumentEdit
+{
+public:
+    explicit DocumentEdit(IndexedDocument& document) : _document(document) {}
+    DocumentEdit(const DocumentEdit&) = delete;
+    DocumentEdit& operator=(const DocumentEdit&) = delete;
+    ~DocumentEdit();
+
+    const IndexedDocument& Document() const { return _document; }
+
+    /// Makes a step. A new record needs a number that is free.
+    void Do(DocumentStep step);
+
+    /// Steps for a node, an edge or a binding. Each number is that of a record.
+    /// @param before number of the record that follows, or None
+    /// @returns the number of the new record
+    template <class Record>
+    std::size_t Insert(Record record, std::size_t before)
+    {
+        const std::size_t index = RecordsOf<Record>(_document._document).ReserveIndex();
+        Do(RecordChange<Record>{index, std::move(record), before});
+        return index;
+    }
+
+    template <class Record>
+    void Replace(std::size_t index, Record record)
+    {
+        const std::size_t next = RecordsOf<Record>(_document._document).Next(index);
+        Do(RecordChange<Record>{index, std::move(record), next});
+    }
+
+    template <class Record>
+    void Erase(std::size_t index)
+    {
+        Do(RecordChange<Record>{index, std::nullopt});
+    }
+
+    /// The steps so far, each turned into the one that takes it back, in the order of doing.
+    const std::vector<DocumentStep>& Done() const { return _done; }
+
+    /// Makes what was done final.
+    /// @returns the change that takes it back
+    DocumentChange Finish() noexcept;
+
+private:
+    void ForgetDone() noexcept;
+
+    IndexedDocument& _document;
+    std::vector<DocumentStep> _done;
 };
 
 } // namespace Mox::Host

@@ -1,7 +1,6 @@
 #include "mox/graph/EdgeStage.h"
 
 #include "mox/Text.h"
-#include "mox/graph/EdgeRules.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -18,6 +17,50 @@ namespace {
 /// Each circle that is reported costs a walk over all edges, so that a document full of them is
 /// given up on after some.
 constexpr int mostCircles = 100;
+
+/// Reports the failure of looking a port up that has not been found.
+template <class LookUp>
+bool HasPort(const GraphNode& node, std::int32_t found, ProblemList& problems, LookUp lookUp)
+{
+    if (node.IsPlaceholder || found >= 0)
+        return true;
+    try {
+        lookUp();
+        return true;
+    } catch (const HostError& error) {
+        problems.Fail("unknown-port", error);
+        return false;
+    }
+}
+
+/// Whether an edge fits between two nodes that are shown: both ports are there, the input is free,
+/// and the nodes are not one. Ports of a placeholder are taken on trust. What does not fit is
+/// reported. Cycles are left to others.
+/// @param isFed whether another edge feeds the input already
+bool CheckEdge(const GraphNode& tail, const GraphNode& head, const DocumentEdge& edge, bool isFed,
+               const Place& where, ProblemList& problems)
+{
+    if (edge.Tail == edge.Head) {
+        problems.Fail("self-edge", where, Compose("node \"", edge.Tail, "\" cannot feed itself"));
+        return false;
+    }
+    const bool hasOutput = HasPort(tail, tail.Gui.FindOutputPort(edge.TailPort), problems, [&] {
+        tail.Gui.GetOutputPort({where.File, where.Line, tail.Id}, edge.TailPort);
+    });
+    const bool hasInput = HasPort(head, head.Gui.FindInputPort(edge.HeadPort), problems, [&] {
+        head.Gui.GetInputPort({where.File, where.Line, head.Id}, edge.HeadPort);
+    });
+    if (!hasOutput || !hasInput)
+        return false;
+    if (isFed) {
+        problems.Fail("doubled-input", where,
+                      Compose("input port \"", edge.HeadPort, "\" of node \"", edge.Head,
+                              "\" has an edge already, so output port \"", edge.TailPort,
+                              "\" of node \"", edge.Tail, "\" cannot feed it too"));
+        return false;
+    }
+    return true;
+}
 
 } // namespace
 
@@ -108,7 +151,7 @@ void EdgeStage::ReportNewErrors(ProblemList& problems) const
     }
 }
 
-std::optional<Problem> EdgeStage::Admit()
+std::optional<HostError> EdgeStage::Admit()
 {
     for (const std::size_t index : _nodes.Staged()) {
         if (!_view.Node(index).IsShown())
@@ -120,13 +163,9 @@ std::optional<Problem> EdgeStage::Admit()
     for (; _addedLinks < _new.size(); ++_addedLinks) {
         const auto& [index, added] = _new[_addedLinks];
         const GraphEdge& edge = added.Edge;
-        links.Reserve(index, edge.Tail, edge.Head);
         const auto circle = _view.Order().Admit(links, edge.Tail, edge.Head);
-        if (!circle.empty()) {
-            ProblemList problems;
-            ReportEdgeCircle(_nodes, circle, edge.Where, problems);
-            return problems.Problems().front();
-        }
+        if (!circle.empty())
+            return _nodes.Circle("edges", circle, edge.Where);
         links.Add(index, edge.Tail, edge.Head);
     }
     return std::nullopt;
@@ -271,7 +310,8 @@ void EdgeStage::LeaveOutCircles()
         std::vector<std::size_t> circle;
         for (const std::size_t position : order.Cycle)
             circle.push_back(nodes[position]);
-        ReportEdgeCircle(_nodes, circle, _nodes.At(circle.front()).Where, Circles);
+        Circles.Fail("edge-circle",
+                     _nodes.Circle("edges", circle, _nodes.At(circle.front()).Where));
         for (Verdict& verdict : _verdicts) {
             const bool isLast =
                 verdict.Edge.Tail == circle.back() && verdict.Edge.Head == circle.front();

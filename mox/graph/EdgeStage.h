@@ -1,9 +1,10 @@
 #pragma once
 
-#include "mox/document/DocumentEdit.h"
+#include "mox/document/IndexedDocument.h"
 #include "mox/graph/GraphOrder.h"
 #include "mox/graph/GraphView.h"
 #include "mox/graph/NodeStage.h"
+#include "mox/host/HostError.h"
 
 #include <cstddef>
 #include <optional>
@@ -40,8 +41,8 @@ public:
     void ReportNewErrors(ProblemList& problems) const;
 
     /// Puts what was judged in the table of links, edge by edge.
-    /// @returns what is wrong with an edge that would close a circle, or nothing
-    std::optional<Problem> Admit();
+    /// @returns what is wrong with an edge that would close a cycle, or nothing
+    std::optional<HostError> Admit();
 
     /// Whether there is nothing to do.
     bool IsEmpty() const { return _new.empty() && _hidden.empty() && _notes.empty(); }

@@ -1,7 +1,6 @@
 #include "mox/graph/GraphEdit.h"
 
 #include "mox/Text.h"
-#include "mox/graph/EdgeRules.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -53,7 +52,7 @@ void GraphEdit::operator()(const RemoveNode& step)
     for (const std::size_t referrer : _edit.Document().Referrers(step.Id)) {
         if (referrer == index)
             continue;
-        edits.push_back(Edit(referrer));
+        edits.emplace_back(_nodes.Builder(), referrer, Document().Nodes[referrer]);
         edits.back().EmptyReferences(step.Id);
     }
     Settle(edits);
@@ -135,7 +134,7 @@ void GraphEdit::operator()(const SetProperties& step)
         const std::size_t index = FindNode(node);
         const auto [place, isNew] = places.try_emplace(index, edits.size());
         if (isNew)
-            edits.push_back(Edit(index));
+            edits.emplace_back(_nodes.Builder(), index, Document().Nodes[index]);
         edits[place->second].Set(property);
     }
     Settle(edits);
@@ -187,13 +186,6 @@ Place GraphEdit::PlaceOf(std::size_t node) const
     return {Document().File, Document().Nodes[node].Line, Document().Nodes[node].Id};
 }
 
-PropertyEdit GraphEdit::Edit(std::size_t node) const
-{
-    return PropertyEdit(
-        _nodes.Builder(), [this](const Materials::GuiNode* gui) { return _nodes.IdOf(gui); }, node,
-        Document().Nodes[node]);
-}
-
 /// Builds the nodes whose properties are set, and all that refer to them.
 void GraphEdit::Settle(std::vector<PropertyEdit>& edits)
 {
@@ -225,8 +217,7 @@ void GraphEdit::Settle(std::vector<PropertyEdit>& edits)
             _nodes.Put(index, _nodes.Builder().Build(index, Document().Nodes[index]));
             continue;
         }
-        GraphNode node =
-            edit->second->Settle([this](const auto& gui) { return _nodes.Renew(gui); });
+        GraphNode node = edit->second->Settle();
         if (edit->second->Record() != Document().Nodes[index])
             _edit.Replace(index, edit->second->Record());
         _nodes.Put(index, std::move(node));
@@ -240,11 +231,8 @@ void GraphEdit::Rebuild(std::size_t node)
 
 void GraphEdit::RefuseCircle(const std::vector<std::size_t>& circle) const
 {
-    if (circle.empty())
-        return;
-    ProblemList problems;
-    ReportReferenceCircle(_nodes, circle, problems);
-    problems.ThrowFirstError();
+    if (!circle.empty())
+        throw _nodes.Circle("references", circle, _nodes.At(circle.front()).Where);
 }
 
 } // namespace Mox::Host

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/document/DocumentEdit.h"
+#include "mox/document/IndexedDocument.h"
 #include "mox/graph/GraphChange.h"
 #include "mox/graph/NodeStage.h"
 #include "mox/graph/PropertyEdit.h"
@@ -37,7 +37,6 @@ private:
     const MaterialDocument& Document() const { return _edit.Document().Document(); }
     std::size_t FindNode(const std::string& id) const;
     Place PlaceOf(std::size_t node) const;
-    PropertyEdit Edit(std::size_t node) const;
     void Settle(std::vector<PropertyEdit>& edits);
     void Rebuild(std::size_t node);
     void RefuseCircle(const std::vector<std::size_t>& circle) const;

@@ -6,14 +6,7 @@ namespace Mox::Host {
 
 namespace {
 
-/// Grows in steps that keep the sum of all steps proportional to the last size.
-template <class Item>
-void GrowTo(std::vector<Item>& items, std::size_t size)
-{
-    if (items.size() < size)
-        items.resize(size);
-}
-
+/// Makes room for an element, in steps that grow with the list.
 void ReserveOneMore(std::vector<std::size_t>& list)
 {
     if (list.size() == list.capacity())
@@ -22,18 +15,13 @@ void ReserveOneMore(std::vector<std::size_t>& list)
 
 } // namespace
 
-void LinkTable::Reserve(std::size_t link, std::size_t tail, std::size_t head)
-{
-    GrowTo(_links, link + 1);
-    GrowTo(_out, std::max(tail, head) + 1);
-    GrowTo(_in, std::max(tail, head) + 1);
-    ReserveOneMore(_out[tail]);
-    ReserveOneMore(_in[head]);
-}
-
 void LinkTable::Add(std::size_t link, std::size_t tail, std::size_t head)
 {
-    Reserve(link, tail, head);
+    _links.resize(std::max(_links.size(), link + 1));
+    _out.resize(std::max(_out.size(), tail + 1));
+    _in.resize(std::max(_in.size(), head + 1));
+    ReserveOneMore(_out[tail]);
+    ReserveOneMore(_in[head]);
     _links[link] = {tail, head, _out[tail].size(), _in[head].size()};
     _out[tail].push_back(link);
     _in[head].push_back(link);

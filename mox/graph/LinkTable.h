@@ -11,9 +11,8 @@ namespace Mox::Host {
 class LinkTable
 {
 public:
-    /// Makes room, so that laying this link cannot fail.
-    void Reserve(std::size_t link, std::size_t tail, std::size_t head);
-
+    /// Adds a link, or throws std::bad_alloc without a change. A link that has been there before
+    /// can be added again without memory.
     void Add(std::size_t link, std::size_t tail, std::size_t head);
     void Remove(std::size_t link) noexcept;
 

@@ -1,7 +1,6 @@
 #include "mox/graph/MaterialGraph.h"
 
 #include "mox/Text.h"
-#include "mox/document/DocumentEdit.h"
 #include "mox/document/PropertyText.h"
 #include "mox/graph/EdgeStage.h"
 #include "mox/graph/GraphEdit.h"
@@ -77,7 +76,7 @@ DocumentChange MaterialGraph::Apply(const GraphChange& change)
         edges.ReportNewErrors(broken);
         broken.ThrowFirstError();
         if (const auto circle = edges.Admit())
-            throw HostError(circle->Where, circle->Message);
+            throw *circle;
         if (!_view.HasCircles() || (nodes.Staged().empty() && edges.IsEmpty()))
             return Commit(edit, nodes, edges);
     }
@@ -154,15 +153,14 @@ DocumentChange MaterialGraph::SetProperty(const std::string& node, const std::st
 DocumentNode MaterialGraph::WithoutReferences(std::size_t node,
                                               const std::vector<std::string>& ids) const
 {
-    NodeBuilder builder(_document, _maker,
-                        [this](std::size_t index) -> const Node& { return _view.Node(index); });
-    builder.BrokenReferences = _view.BrokenReferences();
-    const auto idOf = [this](const Materials::GuiNode* gui) { return IdOf(gui); };
-    PropertyEdit edit(builder, idOf, node, Document().Nodes[node]);
+    const NodeBuilder builder(_view, _document, _maker, [this](std::size_t index) -> const Node& {
+        return _view.Node(index);
+    });
+    PropertyEdit edit(builder, node, Document().Nodes[node]);
     for (const std::string& id : ids)
         edit.EmptyReferences(id);
     if (edit.HasChanged())
-        edit.Settle([](const auto& gui) { return gui; });
+        edit.Settle();
     return edit.Record();
 }
 

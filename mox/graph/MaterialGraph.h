@@ -14,7 +14,6 @@
 
 namespace Mox::Host {
 
-class DocumentEdit;
 class EdgeStage;
 class NodeStage;
 

@@ -1,12 +1,156 @@
 #include "mox/graph/NodeBuilder.h"
 
+#include "mox/ShaderError.h"
 #include "mox/Text.h"
+#include "mox/document/PropertyText.h"
+#include "mox/host/Excerpt.h"
 #include "mox/host/HostError.h"
+#include "mox/host/LibraryCall.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <map>
+#include <vector>
 
 namespace Mox::Host {
 
 using Materials::Compose;
 using Materials::GuiNode;
+using Materials::GuiProperty;
+using Materials::GuiPropertyBag;
+using Materials::GuiPropertyKind;
+
+namespace {
+
+/// Gives property the kind and value of a text.
+/// @param index number of the node's record
+/// @param fail is called with rule and message if that cannot be
+/// @returns whether the value counts
+template <class Fail>
+bool Parse(GuiProperty& property, const DocumentProperty& value, const NodeBuilder& builder,
+           std::size_t index, Fail fail)
+{
+    if (!SetFromText(property, value.Kind, value.Value)) {
+        fail("bad-value", Compose("property ", Excerpt(value.Name), ": ", Excerpt(value.Value),
+                                  " is no ", FormatKind(value.Kind), " value"));
+        return false;
+    }
+    if (value.Kind != GuiPropertyKind::Node || value.Value.empty())
+        return true;
+    const auto target = builder.LookUp(index, value.Value);
+    if (!target) {
+        fail("unknown-node", Compose("there is no node \"", value.Value, "\""));
+        return false;
+    }
+    property.Node = *target;
+    return *target != nullptr;
+}
+
+/// Loads the stored properties of one node.
+class RecordLoader
+{
+public:
+    RecordLoader(const NodeBuilder& builder, std::size_t index, const DocumentNode& record,
+                 GraphNode& node)
+        : _builder(builder), _index(index), _record(record), _node(node),
+          _problems(node.Problems.Loading), _bag(boost::make_shared<GuiPropertyBag>())
+    {
+        _bag->Version = record.Version;
+        auto type = GuiProperty::Create("Type");
+        type->SetString(record.Type);
+        _bag->Add(type);
+    }
+
+    std::set<std::string> Load()
+    {
+        for (const DocumentProperty& property : _record.Properties) {
+            if (!FillIn(property))
+                _leftOut.insert(property.Name);
+        }
+        if (!TryLoad())
+            LoadWhatFits();
+        return std::move(_leftOut);
+    }
+
+private:
+    Place PlaceOf(int line) const { return {_node.Where.File, line, _node.Id}; }
+
+    bool FillIn(const DocumentProperty& stored)
+    {
+        const auto fail = [&](ProblemRule rule, const std::string& message) {
+            _problems.Fail(rule, PlaceOf(stored.Line), message);
+        };
+        auto property = GuiProperty::Create(stored.Name);
+        if (!Parse(*property, stored, _builder, _index, fail))
+            return false;
+        try {
+            _bag->Add(property);
+        } catch (const ShaderError& error) {
+            fail("doubled-property", error.Message);
+            return false;
+        }
+        _lines.emplace(stored.Name, stored.Line);
+        if (!_node.IsPlaceholder && !_node.Gui.Properties().Index.contains(stored.Name)) {
+            _problems.Warn("unknown-property", PlaceOf(stored.Line),
+                           Compose("the type \"", _record.Type, "\" has no property \"",
+                                   stored.Name, "\"; it is kept but has no effect"));
+        }
+        return true;
+    }
+
+    bool TryLoad()
+    {
+        try {
+            _node.Gui.LoadProperties(PlaceOf(_record.Line), _bag);
+            return true;
+        } catch (const HostError&) {
+            return false;
+        }
+    }
+
+    /// A set that is refused as a whole is searched for the properties that are the cause.
+    void LoadWhatFits()
+    {
+        const GuiPropertyBag& own = _node.Gui.Properties();
+        for (const auto& property : own.Properties) {
+            const auto stored = _bag->Index.find(property->Name);
+            if (_bag->Version > own.Version || stored == _bag->Index.end())
+                continue;
+            try {
+                property->CopyFrom(stored->second);
+            } catch (const ShaderError& error) {
+                Refuse(property->Name, error.Message);
+            }
+        }
+        try {
+            _node.Gui.LoadProperties(PlaceOf(_record.Line), _bag);
+        } catch (const HostError& error) {
+            _problems.Fail("properties-refused", error);
+        }
+    }
+
+    void Refuse(const std::string& name, const std::string& message)
+    {
+        const auto line = _lines.find(name);
+        _problems.Fail("property-mismatch",
+                       PlaceOf(line == _lines.end() ? _record.Line : line->second), message);
+        const auto entry = _bag->Index.find(name);
+        std::erase(_bag->Properties, entry->second);
+        _bag->Index.erase(entry);
+        _leftOut.insert(name);
+    }
+
+    const NodeBuilder& _builder;
+    std::size_t _index;
+    const DocumentNode& _record;
+    const GraphNode& _node;
+    ProblemList& _problems;
+    boost::shared_ptr<GuiPropertyBag> _bag;
+    std::map<std::string, int> _lines; ///< of the properties in the bag
+    std::set<std::string> _leftOut;
+};
+
+} // namespace
 
 GraphNode NodeBuilder::Make(std::size_t index, const DocumentNode& record) const
 {
@@ -45,7 +189,7 @@ GraphNode NodeBuilder::Make(std::size_t index, const DocumentNode& record) const
 std::set<std::string> NodeBuilder::Load(GraphNode& node, std::size_t index,
                                         const DocumentNode& record) const
 {
-    return LoadRecord(record, node, LookUpFor(index), node.Problems.Loading);
+    return RecordLoader(*this, index, record, node).Load();
 }
 
 void NodeBuilder::BuildPorts(GraphNode& node) const
@@ -68,16 +212,38 @@ GraphNode NodeBuilder::Build(std::size_t index, const DocumentNode& record) cons
     return node;
 }
 
-NodeLookUp NodeBuilder::LookUpFor(std::size_t referrer) const
+void NodeBuilder::Set(GuiProperty& property, const DocumentProperty& value, std::size_t index,
+                      const Place& where) const
 {
-    return [this, referrer](const std::string& id) -> std::optional<boost::shared_ptr<GuiNode>> {
-        const auto target = _document.FindNode(id);
-        if (!target)
-            return std::nullopt;
-        if (BrokenReferences.contains({referrer, *target}))
-            return boost::shared_ptr<GuiNode>();
-        return _nodeAt(*target).Gui.Handle();
+    const auto fail = [&](const char*, const std::string& message) {
+        throw HostError(where, message);
     };
+    const auto parsed = GuiProperty::Create(value.Name);
+    if (Parse(*parsed, value, *this, index, fail))
+        CallLibrary(where, [&] { property.CopyFrom(parsed); });
+}
+
+std::optional<boost::shared_ptr<GuiNode>> NodeBuilder::LookUp(std::size_t referrer,
+                                                              const std::string& id) const
+{
+    const auto target = _document.FindNode(id);
+    if (!target)
+        return std::nullopt;
+    if (BrokenReferences.contains({referrer, *target}))
+        return boost::shared_ptr<GuiNode>();
+    return _nodeAt(*target).Gui.Handle();
+}
+
+std::string NodeBuilder::IdOf(const GuiNode* node) const
+{
+    const auto index = _view.Find(node);
+    return index ? _nodeAt(*index).Id : std::string();
+}
+
+boost::shared_ptr<GuiNode> NodeBuilder::Renew(const boost::shared_ptr<GuiNode>& node) const
+{
+    const auto index = _view.Find(node.get());
+    return index ? _nodeAt(*index).Gui.Handle() : node;
 }
 
 } // namespace Mox::Host

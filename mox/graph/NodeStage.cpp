@@ -1,6 +1,6 @@
 #include "mox/graph/NodeStage.h"
 
-#include "mox/graph/EdgeRules.h"
+#include "mox/Text.h"
 #include "mox/graph/HostValues.h"
 
 #include <algorithm>
@@ -9,6 +9,7 @@
 
 namespace Mox::Host {
 
+using Materials::Compose;
 using Materials::GuiPropertyKind;
 
 namespace {
@@ -44,10 +45,9 @@ void ReportMore(const ProblemList& before, const ProblemList& after, ProblemList
 
 NodeStage::NodeStage(GraphView& view, const IndexedDocument& document, const NodeMaker& maker)
     : _view(view), _document(document),
-      _builder(document, maker, [this](std::size_t index) -> const GraphNode& { return At(index); })
-{
-    _builder.BrokenReferences = view.BrokenReferences();
-}
+      _builder(view, document, maker,
+               [this](std::size_t index) -> const GraphNode& { return At(index); })
+{}
 
 NodeStage::~NodeStage()
 {
@@ -110,7 +110,8 @@ void NodeStage::BuildAll()
     const std::vector<std::size_t> shown = MakeAll(nodes);
     GraphOrder order = OrderStaged(shown);
     for (int circles = 1; !order.Cycle.empty(); ++circles) {
-        ReportReferenceCircle(*this, order.Cycle, ReferenceCircles);
+        ReferenceCircles.Fail("reference-circle",
+                              Circle("references", order.Cycle, At(order.Cycle.front()).Where));
         BreakReference(order.Cycle.back(), order.Cycle.front());
         if (circles > mostCircles)
             BreakAllReferences(shown);
@@ -187,17 +188,13 @@ GraphOrder NodeStage::Order(const std::vector<std::size_t>& nodes,
     return order;
 }
 
-std::string NodeStage::IdOf(const Materials::GuiNode* node) const
+HostError NodeStage::Circle(const char* links, const std::vector<std::size_t>& circle,
+                            const Place& where) const
 {
-    const auto index = _view.Find(node);
-    return index ? At(*index).Id : std::string();
-}
-
-boost::shared_ptr<Materials::GuiNode>
-NodeStage::Renew(const boost::shared_ptr<Materials::GuiNode>& node) const
-{
-    const auto index = _view.Find(node.get());
-    return index ? At(*index).Gui.Handle() : node;
+    std::string path;
+    for (const std::size_t node : circle)
+        path += Compose("\"", At(node).Id, "\" -> ");
+    return {where, Compose(links, " run in a circle: ", path, "\"", At(circle.front()).Id, "\"")};
 }
 
 void NodeStage::ReportNewErrors(ProblemList& problems) const

@@ -5,6 +5,7 @@
 #include "mox/graph/GraphView.h"
 #include "mox/graph/NodeBuilder.h"
 #include "mox/graph/NodeMaker.h"
+#include "mox/host/HostError.h"
 
 #include <cstddef>
 #include <string>
@@ -60,12 +61,11 @@ public:
     GraphOrder Order(const std::vector<std::size_t>& nodes,
                      const std::vector<std::vector<std::size_t>>& targets) const;
 
-    /// The id of a node object, or an empty text.
-    std::string IdOf(const Materials::GuiNode* node) const;
-
-    /// The object that is to stand for a node from now on.
-    boost::shared_ptr<Materials::GuiNode>
-    Renew(const boost::shared_ptr<Materials::GuiNode>& node) const;
+    /// The error that links run in a cycle of nodes.
+    /// @param links "edges" or "references"
+    /// @param circle nodes, each of which leads to the next and the last one to the first
+    HostError Circle(const char* links, const std::vector<std::size_t>& circle,
+                     const Place& where) const;
 
     /// Reports the errors by which a new node is worse than the one that the view has.
     void ReportNewErrors(ProblemList& problems) const;

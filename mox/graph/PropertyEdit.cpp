@@ -100,10 +100,9 @@ bool IsRefused(const GraphNode& node)
 
 } // namespace
 
-PropertyEdit::PropertyEdit(const NodeBuilder& builder, IdOf idOf, std::size_t index,
+PropertyEdit::PropertyEdit(const NodeBuilder& builder, std::size_t index,
                            const DocumentNode& record)
-    : _builder(builder), _idOf(std::move(idOf)), _index(index), _record(record),
-      _live(builder.Make(index, record))
+    : _builder(builder), _index(index), _record(record), _live(builder.Make(index, record))
 {
     if (!_live.IsShown())
         return;
@@ -120,9 +119,7 @@ void PropertyEdit::Set(const DocumentProperty& value)
         throw HostError(_live.Where, "the type of a node cannot be changed");
     if (!_before.contains(value.Name))
         _before.emplace(value.Name, CopyValue(*property));
-    ProblemList problems;
-    SetFromDocument(*property, value, _builder.LookUpFor(_index), _live.Where, problems);
-    problems.ThrowFirstError();
+    _builder.Set(*property, value, _index, _live.Where);
 }
 
 void PropertyEdit::EmptyReferences(const std::string& id)
@@ -155,14 +152,14 @@ bool PropertyEdit::WriteHostValues()
     return isWritten;
 }
 
-GraphNode PropertyEdit::Settle(const Renew& renew)
+GraphNode PropertyEdit::Settle()
 {
     WriteHostValues();
     if (!_live.IsShown())
         return _builder.Build(_index, _record);
     for (const auto& property : _live.Gui.Properties().Properties) {
         if (property->Node)
-            property->Node = renew(property->Node);
+            property->Node = _builder.Renew(property->Node);
     }
     try {
         _live.Gui.UpdatePorts(_live.Where);
@@ -246,9 +243,7 @@ void PropertyEdit::SetInRecord(const DocumentProperty& value)
     parsed->Kind = stored->Kind;
     if (stored->Kind == GuiPropertyKind::Enum)
         parsed->Choices = {value.Value};
-    ProblemList problems;
-    SetFromDocument(*parsed, value, _builder.LookUpFor(_index), _live.Where, problems);
-    problems.ThrowFirstError();
+    _builder.Set(*parsed, value, _index, _live.Where);
     _isRecordChanged |= stored->Value != value.Value;
     stored->Value = value.Value;
 }
@@ -256,8 +251,9 @@ void PropertyEdit::SetInRecord(const DocumentProperty& value)
 /// @returns whether that changes the record
 bool PropertyEdit::Write(const GuiProperty& property)
 {
-    const std::string value =
-        property.Kind == GuiPropertyKind::Node ? _idOf(property.Node.get()) : FormatValue(property);
+    const std::string value = property.Kind == GuiPropertyKind::Node
+                                  ? _builder.IdOf(property.Node.get())
+                                  : FormatValue(property);
     const auto stored = Find(_record.Properties, property.Name);
     if (stored == _record.Properties.end()) {
         Insert(_record.Properties, _live.Gui, {property.Name, property.Kind, value});

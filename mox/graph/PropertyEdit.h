@@ -6,7 +6,6 @@
 #include <boost/shared_ptr.hpp>
 
 #include <cstddef>
-#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -22,16 +21,9 @@ namespace Mox::Host {
 class PropertyEdit
 {
 public:
-    /// The id of a node object, or an empty text.
-    using IdOf = std::function<std::string(const Materials::GuiNode*)>;
-
-    using NodeHandle = boost::shared_ptr<Materials::GuiNode>;
-    using Renew = std::function<NodeHandle(const NodeHandle&)>;
-
     /// @param index number of the record
     /// @param builder must outlive the edit
-    PropertyEdit(const NodeBuilder& builder, IdOf idOf, std::size_t index,
-                 const DocumentNode& record);
+    PropertyEdit(const NodeBuilder& builder, std::size_t index, const DocumentNode& record);
 
     std::size_t Index() const { return _index; }
 
@@ -56,9 +48,8 @@ public:
     void EmptyReferences(const std::string& id);
 
     /// Builds the ports and finds the new record.
-    /// @param renew gives for a node object the one that stands for it from now on
     /// @returns the node that is loaded from the new record
-    GraphNode Settle(const Renew& renew);
+    GraphNode Settle();
 
 private:
     template <class IsWanted>
@@ -71,7 +62,6 @@ private:
     bool Write(const Materials::GuiProperty& property);
 
     const NodeBuilder& _builder;
-    IdOf _idOf;
     std::size_t _index;
     DocumentNode _record;
     bool _isRecordChanged = false; ///< by what the type does not know
