@@ -145,8 +145,8 @@ TEST(MaterialExhaustion, MaterialsAreLoadedAndSaved)
     });
 }
 
-/// A graph that an edit fails to change has no trace of it, in its records or its nodes, and does
-/// the same edit when there is memory.
+/// An edit without memory leaves no trace in records or nodes, and can be made when there is
+/// memory.
 TEST(MaterialExhaustion, EditsAreDoneAndUndoneWholeOrNotAtAll)
 {
     struct Subject
@@ -188,25 +188,24 @@ TEST(MaterialExhaustion, EditsAreDoneAndUndoneWholeOrNotAtAll)
         Host::SetDescription{{{"name", "rock"}}},
     }};
     const auto describe = [](const Subject& subject) { return DescribeGraph(*subject.Graph); };
+    const auto load = [](const std::string& text) {
+        return Subject{std::make_unique<Host::MaterialGraph>(MaterialFromText(text),
+                                                             Host::NodeMaker(TestPlugins())),
+                       {}};
+    };
     for (const std::string& text : {material, material + circles}) {
-        const auto make = [&] {
-            return Subject{std::make_unique<Host::MaterialGraph>(MaterialFromText(text),
-                                                                 Host::NodeMaker(TestPlugins())),
-                           {}};
-        };
         ExpectSurvival(
-            Allocations::Owner::New, make,
+            Allocations::Owner::New, [&] { return load(text); },
             [&](Subject& subject) { subject.Graph->Apply(change); }, describe, ExpectUnchanged);
-        ExpectSurvival(
-            Allocations::Owner::New,
-            [&] {
-                Subject edited = make();
-                edited.Inverse = edited.Graph->Apply(change);
-                return edited;
-            },
-            [](Subject& subject) { subject.Graph->Undo(subject.Inverse); }, describe,
-            ExpectUnchanged);
     }
+    ExpectSurvival(
+        Allocations::Owner::New,
+        [&] {
+            Subject edited = load(material);
+            edited.Inverse = edited.Graph->Apply(change);
+            return edited;
+        },
+        [](Subject& subject) { subject.Graph->Undo(subject.Inverse); }, describe, ExpectUnchanged);
 }
 
 TEST(MaterialExhaustion, MaterialsAreExported)

@@ -31,6 +31,14 @@ std::vector<std::string> Facts(const MaterialGraph& graph)
         facts.push_back(
             Compose(edge.Tail, ".", edge.TailPort, " -> ", edge.Head, ".", edge.HeadPort));
     }
+    for (const auto* values : {&graph.Document().Description, &graph.Document().RenderState}) {
+        for (const auto& [name, value] : *values)
+            facts.push_back(Compose("material; ", name, "=", value));
+    }
+    for (const DocumentBinding& binding : graph.Document().Bindings) {
+        for (const auto& [name, value] : binding.Values)
+            facts.push_back(Compose(binding.Stream, " ", binding.Tag, "; ", name, "=", value));
+    }
     ProblemList problems;
     graph.ReportProblems(problems);
     for (const Problem& problem : problems.Problems())
@@ -108,6 +116,14 @@ private:
             return {{AddEdge{MaterialFromText(rest).Edges[0], {}, {}}}};
         if (word == "cut")
             return {{RemoveEdge{MaterialFromText(rest).Edges[0]}}};
+        if (word == "describe")
+            return {{SetDescription{{{ids[0], ids[1]}}}}};
+        if (word == "render")
+            return {{SetRenderState{{{ids[0], ids[1]}}}}};
+        if (word == "bind")
+            return {{SetBinding{{ids[0], ids[1], {{ids[2], ids[3]}}}}}};
+        if (word == "unbind")
+            return {{RemoveBinding{ids[0], ids[1]}}};
         if (word == "copy")
             return CopyNodes(*_graph, ids, *_graph);
         const std::string id = rest.substr(0, rest.find(';'));

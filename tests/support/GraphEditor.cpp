@@ -46,6 +46,16 @@ GraphEditor::GraphEditor(const MaterialGraph& graph, Choice choose)
 
 GraphChange GraphEditor::Next()
 {
+    GraphChange change = NextStep();
+    while (_choose(6) == 0) {
+        const GraphChange more = NextStep();
+        change.Steps.insert(change.Steps.end(), more.Steps.begin(), more.Steps.end());
+    }
+    return change;
+}
+
+GraphChange GraphEditor::NextStep() const
+{
     switch (_choose(20)) {
     case 0:
     case 1:
@@ -66,6 +76,8 @@ GraphChange GraphEditor::Next()
         return {{SetProperties{{AnySetting(), AnySetting()}}}};
     case 9:
         return {{SetProperties{{AnySetting()}}}};
+    case 10:
+        return SetSomeValue();
     default:
         return AddSomeEdge();
     }
@@ -107,6 +119,21 @@ DocumentNode GraphEditor::StoredNode() const
 PropertySetting GraphEditor::AnySetting() const
 {
     return {AnyId(), Settings()[_choose(Settings().size())]};
+}
+
+GraphChange GraphEditor::SetSomeValue() const
+{
+    const std::string tag = Compose("b", _choose(3));
+    switch (_choose(4)) {
+    case 0:
+        return {{SetDescription{{{"name", tag}}}}};
+    case 1:
+        return {{SetRenderState{{{"zTest", _choose(2) ? "Yes" : "No"}}}}};
+    case 2:
+        return {{RemoveBinding{"texture", tag}}};
+    default:
+        return {{SetBinding{{"texture", tag, {{"default", Compose(_choose(9), ".png")}}}}}};
+    }
 }
 
 GraphChange GraphEditor::AddSomeEdge() const

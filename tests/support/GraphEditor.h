@@ -27,6 +27,8 @@ private:
     std::string AnyPort(const std::vector<Mox::Materials::GuiPort>& ports) const;
     Mox::Host::DocumentNode StoredNode() const;
     Mox::Host::PropertySetting AnySetting() const;
+    Mox::Host::GraphChange NextStep() const;
+    Mox::Host::GraphChange SetSomeValue() const;
     Mox::Host::GraphChange AddSomeEdge() const;
     Mox::Host::GraphChange RemoveSomeEdge() const;
 
