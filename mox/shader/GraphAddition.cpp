@@ -5,27 +5,6 @@
 
 using Mox::Materials::Compose;
 
-namespace {
-
-/// As Set::contains; a search is saved where the key lies behind all others, as the addresses of
-/// new objects do more often than not.
-template <class Set>
-bool Holds(const Set& set, const typename Set::key_type& key)
-{
-    const bool isBehind = set.empty() || set.key_comp()(*set.rbegin(), key);
-    return !isBehind && set.contains(key);
-}
-
-/// As Set::merge, likewise.
-template <class Set>
-void MoveEntries(Set& from, Set& to) noexcept
-{
-    while (!from.empty())
-        to.insert(to.end(), from.extract(from.begin()));
-}
-
-} // namespace
-
 void GraphAddition::AddNode(const ShaderNodeHandle& node)
 {
     if (node->Kind == ShaderNodeKind::InterfaceParameter) {
@@ -50,7 +29,7 @@ void GraphAddition::AddEdge(const ShaderEdgeHandle& edge)
         throw ShaderError("edge head node has been deleted");
     if (tail == head)
         throw ShaderError("edge head and tail are the same node");
-    if (Holds(_graph.EdgeSet, edge))
+    if (_graph.EdgeSet.contains(edge))
         throw ShaderError("edge for addition already exists in graph");
     if (!HasNode(tail))
         throw ShaderError("tail node on edge for addition does not exist in graph");
@@ -74,13 +53,13 @@ void GraphAddition::Commit() noexcept
         inEdges.splice(inEdges.end(), _inEntries, _inEntries.begin());
     }
     _graph.Edges.splice(_graph.Edges.end(), _edges);
-    MoveEntries(_edgeSet, _graph.EdgeSet);
+    _graph.EdgeSet.merge(_edgeSet);
     _graph.Nodes.splice(_graph.Nodes.end(), _nodes);
-    MoveEntries(_nodeSet, _graph.NodeSet);
+    _graph.NodeSet.merge(_nodeSet);
     _graph.InterfaceNodes.merge(_interfaceNodes);
 }
 
 bool GraphAddition::HasNode(const ShaderNodeHandle& node) const
 {
-    return Holds(_graph.NodeSet, node) || _nodeSet.contains(node);
+    return _graph.NodeSet.contains(node) || _nodeSet.contains(node);
 }

@@ -43,17 +43,6 @@ ShaderNodeHandle BuildAdapter(const ShaderType& from, const ShaderType& to)
     return builder.Build(ShaderLevel::Automatic, "promoteAndSplat");
 }
 
-/// As Map::try_emplace; a search is saved where the key goes behind all others, as the addresses of
-/// new objects do more often than not.
-template <class Map, class... Value>
-std::pair<typename Map::iterator, bool> Enter(Map& map, const typename Map::key_type& key,
-                                              const Value&... value)
-{
-    const std::size_t sizeBefore = map.size();
-    const auto entry = map.try_emplace(map.end(), key, value...);
-    return {entry, map.size() > sizeBefore};
-}
-
 } // namespace
 
 ShaderGraphGenerator::ShaderGraphGenerator(ShaderGraph& graph) : Graph(&graph)
@@ -63,7 +52,7 @@ ShaderGraphGenerator::~ShaderGraphGenerator() = default;
 
 void ShaderGraphGenerator::AddNode(const ShaderNodeHandle& node)
 {
-    const auto [entry, inserted] = Enter(NodeMap, node, node);
+    const auto [entry, inserted] = NodeMap.try_emplace(node, node);
     if (!inserted)
         throw ShaderError(Compose(node->Describe(), " already added to the graph generator"));
     try {
@@ -112,7 +101,7 @@ void ShaderGraphGenerator::RecordEdgeTail(const GuiEdgeHandle& edge, const Shade
                                           const std::string& port)
 {
     std::string portCopy = port; // taken first, so that a failure leaves no half record
-    ShaderEdgeRecord& record = Enter(EdgeMap, edge).first->second;
+    ShaderEdgeRecord& record = EdgeMap[edge];
     record.Tail = node;
     record.TailPort = std::move(portCopy);
 }
@@ -120,7 +109,7 @@ void ShaderGraphGenerator::RecordEdgeTail(const GuiEdgeHandle& edge, const Shade
 void ShaderGraphGenerator::RecordEdgeHead(const GuiEdgeHandle& edge, const ShaderNodeHandle& node,
                                           const std::string& port)
 {
-    const auto [entry, isNew] = Enter(EdgeMap, edge);
+    const auto [entry, isNew] = EdgeMap.try_emplace(edge);
     ShaderEdgeRecord& record = entry->second;
     const std::size_t count = record.Heads.size();
     try {

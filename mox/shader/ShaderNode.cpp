@@ -1,5 +1,6 @@
 #include "mox/shader/ShaderNode.h"
 
+#include "mox/Identifier.h"
 #include "mox/ShaderError.h"
 #include "mox/Text.h"
 
@@ -228,11 +229,5 @@ const ShaderPort& ShaderNode::GetOutputPort(const std::string& name) const
 
 bool ShaderNode::IsValidCgName(const std::string& name)
 {
-    // The character classes of <cctype> would follow the locale.
-    const auto isLetter = [](char c) {
-        return c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-    };
-    const auto isFollower = [&](char c) { return isLetter(c) || (c >= '0' && c <= '9'); };
-    return !name.empty() && isLetter(name.front()) &&
-           std::all_of(name.begin() + 1, name.end(), isFollower);
+    return Mox::IsIdentifier(name);
 }

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+
+namespace Mox {
+
+/// Identifiers as C and all shading languages have them: an ASCII letter or underscore, then
+/// letters, digits and underscores. The character classes of <cctype> would follow the locale.
+
+constexpr bool IsIdentifierStart(char c)
+{
+    return c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+constexpr bool IsIdentifierPart(char c)
+{
+    return IsIdentifierStart(c) || (c >= '0' && c <= '9');
+}
+
+/// Whether all of a text is one identifier. Reserved words pass.
+constexpr bool IsIdentifier(std::string_view text)
+{
+    return !text.empty() && IsIdentifierStart(text.front()) &&
+           std::all_of(text.begin(), text.end(), IsIdentifierPart);
+}
+
+/// Calls visit with each word of a text and its position: identifiers, and numbers such as "1e5",
+/// which start with a digit.
+template <class Visit>
+constexpr void ForEachWord(std::string_view text, Visit visit)
+{
+    for (std::size_t begin = 0; begin < text.size();) {
+        std::size_t end = begin;
+        while (end < text.size() && IsIdentifierPart(text[end]))
+            ++end;
+        if (end > begin)
+            visit(text.substr(begin, end - begin), begin);
+        begin = std::max(end, begin + 1);
+    }
+}
+
+} // namespace Mox
