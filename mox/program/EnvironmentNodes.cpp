@@ -7,6 +7,7 @@
 
 #include <map>
 #include <set>
+#include <tuple>
 #include <utility>
 
 namespace Mox::Host {
@@ -43,7 +44,7 @@ public:
         : _environment(environment), _graph(graph), _generator(graph)
     {
         for (const auto& [key, node] : graph.InterfaceNodes) {
-            if (!node->InEdges.empty())
+            if (!node->InEdges.empty() && key.second == environmentFlags)
                 _written.insert(key.first);
         }
     }
@@ -61,7 +62,7 @@ public:
             if (node->Kind != ShaderNodeKind::InterfaceParameter || !node->InEdges.empty())
                 continue;
             for (const EnvironmentEntry& value : _environment.Values) {
-                if (value.Name == node->Name && Holds(value)) {
+                if (value.Name == node->Name && Holds(value) && !IsReadBy(value.When, value.Name)) {
                     Feed(value, node);
                     break;
                 }
@@ -73,6 +74,56 @@ private:
     bool Holds(const EnvironmentEntry& entry) const
     {
         return entry.When.empty() || _written.contains(entry.When);
+    }
+
+    /// Whether what the material writes under a name is computed from a value of the environment,
+    /// so that the value cannot be computed from what is written.
+    bool IsReadBy(const std::string& written, const std::string& value)
+    {
+        if (written.empty())
+            return false;
+        const auto known = _reads.find(written);
+        const std::set<std::string>& names =
+            known == _reads.end() ? _reads.emplace(written, FindReads(written)).first->second
+                                  : known->second;
+        return names.contains(value);
+    }
+
+    /// The names of all values from which the material computes what it writes under a name, with
+    /// those from which the environment computes them.
+    std::set<std::string> FindReads(const std::string& written) const
+    {
+        std::set<std::string> names;
+        std::vector<std::string> found;
+        const auto add = [&](const std::string& name) {
+            if (names.insert(name).second)
+                found.push_back(name);
+        };
+        std::set<const ShaderNode*> seen;
+        std::vector<const ShaderNode*> open{
+            _graph.InterfaceNodes.at({written, environmentFlags}).get()};
+        while (!open.empty()) {
+            const ShaderNode* node = open.back();
+            open.pop_back();
+            for (const auto& edge : node->InEdges) {
+                const ShaderNode* tail = edge.lock()->Tail.lock().get();
+                if (tail->Kind == ShaderNodeKind::InterfaceParameter)
+                    add(tail->Name);
+                if (seen.insert(tail).second)
+                    open.push_back(tail);
+            }
+        }
+        while (!found.empty()) {
+            const std::string name = found.back();
+            found.pop_back();
+            for (const EnvironmentEntry& value : _environment.Values) {
+                for (const EnvironmentInput& input : value.Inputs) {
+                    if (value.Name == name && input.Source == EnvironmentSource::Value)
+                        add(input.SourceName);
+                }
+            }
+        }
+        return names;
     }
 
     void AddOutput(const EnvironmentEntry& output)
@@ -158,7 +209,8 @@ private:
     const Environment& _environment;
     ShaderGraph& _graph;
     ShaderGraphGenerator _generator;
-    std::set<std::string> _written; ///< values that the material writes
+    std::set<std::string> _written;                      ///< values that the material writes
+    std::map<std::string, std::set<std::string>> _reads; ///< by written value, see FindReads
     std::map<std::tuple<EnvironmentSource, std::string, std::string>, ShaderNodeHandle> _parameters;
 };
 
