@@ -61,8 +61,10 @@ void MeasureParts(benchmark::State& state, const Workshop& workshop, Shape shape
         Host::GeneratedShader shader;
         Host::CompleteShader(graph, workshop.Environment, shader, problems);
         Stopwatch watch;
-        const Host::CgProgram program = Host::BuildCgProgram(
-            shader.Graph, shader.Origins, shader.OriginalNames, workshop.Environment, {}, problems);
+        const Host::CgProgram program =
+            Host::WriteCg(Host::PlanProgram(shader.Graph, shader.Origins, workshop.Environment,
+                                            Host::StageChoice::Copies::HandedOn, problems),
+                          {});
         programs += watch.Lap();
         const std::string text = Host::FormatMaterialDocument(graph.Document());
         save += watch.Lap();

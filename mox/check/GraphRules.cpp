@@ -3,12 +3,15 @@
 #include "mox/Text.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/program/CgNames.h"
-#include "mox/shader/ShaderFunctionBuilder.h"
+#include "mox/program/FunctionBody.h"
+#include "mox/program/ReservedWords.h"
 #include "mox/shader/ShaderGraphGenerator.h"
 #include "mox/shader/ShaderNode.h"
 
 #include <algorithm>
+#include <list>
 #include <map>
+#include <optional>
 #include <set>
 #include <utility>
 #include <vector>
@@ -59,8 +62,8 @@ bool HasNumbers(const PluginNode& node)
     });
 }
 
-/// The bodies of the functions that a node writes by itself; nothing if it fails.
-std::string WriteBodies(const MaterialGraph::Node& node)
+/// What a node writes by itself; nothing if it fails.
+std::list<ShaderNodeHandle> WriteFunctions(const MaterialGraph::Node& node)
 {
     ShaderGraph graph;
     ShaderGraphGenerator generator(graph);
@@ -69,22 +72,7 @@ std::string WriteBodies(const MaterialGraph::Node& node)
     } catch (const HostError&) {
         return {}; // generation says what is wrong with the node
     }
-    std::string bodies;
-    for (const ShaderNodeHandle& function : graph.Nodes)
-        bodies += function->Code;
-    return bodies;
-}
-
-/// The line with which a function begins whose input has no edge and reads as 0.
-std::string ZeroLine(const GuiPort& port)
-{
-    ShaderFunctionBuilder builder;
-    try {
-        builder.DeclareConstantForPort(port, 0.0f);
-    } catch (const ShaderError&) {
-        return {}; // the port has no type
-    }
-    return builder.Body.str();
+    return graph.Nodes;
 }
 
 } // namespace
@@ -115,7 +103,7 @@ void WarnOfAwkwardNames(const MaterialGraph& graph, ProblemList& problems)
             problems.Warn("name-no-cg-name", node.Where,
                           Compose("the name \"", binding.Tag(),
                                   "\" is no Cg name; made safe it is \"", safe, "\""));
-        } else if (IsReservedCgWord(binding.Tag())) {
+        } else if (IsReservedWord(binding.Tag(), ProgramLanguage::Cg)) {
             problems.Warn("name-reserved", node.Where,
                           Compose("the name \"", binding.Tag(),
                                   "\" is a word of Cg; made safe it is \"", safe, "\""));
@@ -129,9 +117,9 @@ void WarnOfEqualBindings(const MaterialGraph& graph, ProblemList& problems)
     ForEachBinding(graph, [&](const MaterialGraph::Node& node, const PluginBinding& binding) {
         const auto [owner, isFirst] = owners.emplace(binding.Tag(), node.Id);
         if (!isFirst) {
-            problems.Warn(
-                "equal-bindings", node.Where,
-                Compose("node \"", owner->second, "\" has a binding \"", binding.Tag(), "\" too"));
+            problems.Warn("equal-bindings", node.Where,
+                          Compose("node \"", owner->second, "\" has a binding \"", binding.Tag(),
+                                  "\" too; another \"Name\" for one of them tells them apart"));
         }
     });
 }
@@ -167,20 +155,26 @@ void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems)
     }
 }
 
-void WarnOfOpenInputs(const MaterialGraph& graph, ProblemList& problems)
+void WarnOfOpenInputs(const MaterialGraph& graph, const Environment& environment,
+                      ProblemList& problems)
 {
+    std::string code;
+    for (const EnvironmentCode& file : environment.Code)
+        code += file.Text + "\n";
     for (auto entry = graph.Nodes().begin(); entry != graph.Nodes().end(); ++entry) {
         const MaterialGraph::Node& node = *entry;
         if (node.IsPlaceholder || HasNumbers(node.Gui))
             continue;
-        std::string bodies;
+        std::optional<std::list<ShaderNodeHandle>> functions;
         for (const GuiPort& port : node.Gui.InputPorts()) {
             if (port.Connected || graph.HasLooseEdge(entry.Index(), port.Name))
                 continue;
-            if (bodies.empty())
-                bodies = WriteBodies(node);
-            const std::string line = ZeroLine(port);
-            if (line.empty() || bodies.find(line) == std::string::npos)
+            if (!functions)
+                functions = WriteFunctions(node);
+            if (std::none_of(functions->begin(), functions->end(), [&](const auto& function) {
+                    return function->Kind == ShaderNodeKind::Function &&
+                           FunctionBody(*function, code).DeclaresZero(port.Name);
+                }))
                 continue;
             Place where = node.Where;
             where.Port = port.Name;

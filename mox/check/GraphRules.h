@@ -2,6 +2,7 @@
 
 #include "mox/graph/MaterialGraph.h"
 #include "mox/host/Problem.h"
+#include "mox/program/Environment.h"
 
 namespace Mox::Host {
 
@@ -25,7 +26,8 @@ void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems);
 
 /// An input without an edge that reads as 0 at a node without a number, so that no value of its own
 /// can be meant.
-void WarnOfOpenInputs(const MaterialGraph& graph, ProblemList& problems);
+void WarnOfOpenInputs(const MaterialGraph& graph, const Environment& environment,
+                      ProblemList& problems);
 
 /// Values that the document holds for a binding that no node makes.
 void WarnOfStrayBindings(const MaterialGraph& graph, const std::filesystem::path& document,

@@ -24,7 +24,7 @@ void CheckMaterial(const MaterialGraph& graph, const std::filesystem::path& file
     WarnOfEqualBindings(graph, problems);
     WarnOfBasicColours(graph, problems);
     WarnOfEmptyGrids(graph, problems);
-    WarnOfOpenInputs(graph, problems);
+    WarnOfOpenInputs(graph, environment, problems);
     WarnOfMissingTextures(graph.Document(), file, problems);
     WarnOfStrayBindings(graph, file, problems);
 

@@ -30,11 +30,6 @@ const TargetRow& RowOf(CompileTarget target)
 
 } // namespace
 
-std::string_view GetStageName(ProgramStage stage)
-{
-    return stage == ProgramStage::Vertex ? "vertex" : "fragment";
-}
-
 const std::vector<CompileTarget>& AllCompileTargets()
 {
     static const std::vector<CompileTarget> targets = [] {

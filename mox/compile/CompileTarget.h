@@ -1,18 +1,11 @@
 #pragma once
 
+#include "mox/program/ProgramStage.h"
+
 #include <string_view>
 #include <vector>
 
 namespace Mox::Host {
-
-enum class ProgramStage
-{
-    Vertex,
-    Fragment,
-};
-
-/// "vertex" or "fragment".
-std::string_view GetStageName(ProgramStage stage);
 
 /// A language that programs are compiled to.
 enum class CompileTarget

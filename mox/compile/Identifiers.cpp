@@ -1,53 +1,23 @@
 #include "mox/compile/Identifiers.h"
 
-#include <algorithm>
+#include "mox/Identifier.h"
 
 namespace Mox::Host {
-
-namespace {
-
-bool IsDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-bool IsStart(char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
-bool IsPart(char c)
-{
-    return IsStart(c) || IsDigit(c);
-}
-
-} // namespace
-
-bool IsIdentifier(std::string_view name)
-{
-    return !name.empty() && IsStart(name[0]) && std::all_of(name.begin(), name.end(), IsPart);
-}
 
 std::string
 RenameIdentifiers(std::string_view text,
                   const std::function<std::string(std::string_view name, bool afterDot)>& rename)
 {
     std::string result;
-    for (std::size_t begin = 0; begin < text.size();) {
-        std::size_t end = begin + 1;
-        if (!IsPart(text[begin])) {
-            result += text[begin];
-        } else {
-            while (end < text.size() && IsPart(text[end]))
-                ++end;
-            const std::string_view word = text.substr(begin, end - begin);
-            if (IsDigit(word[0]))
-                result += word;
-            else
-                result += rename(word, begin > 0 && text[begin - 1] == '.');
-        }
-        begin = end;
-    }
+    std::size_t copied = 0;
+    ForEachWord(text, [&](std::string_view word, std::size_t at) {
+        if (!IsIdentifierStart(word.front()))
+            return;
+        result += text.substr(copied, at - copied);
+        result += rename(word, at > 0 && text[at - 1] == '.');
+        copied = at + word.size();
+    });
+    result += text.substr(copied);
     return result;
 }
 

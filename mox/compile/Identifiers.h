@@ -7,9 +7,6 @@
 
 namespace Mox::Host {
 
-/// Whether name is a letter or "_", followed by letters, digits and "_".
-bool IsIdentifier(std::string_view name);
-
 /// The text with each identifier replaced by what rename makes of it. Numbers such as "1e5" and
 /// "0x1f" hold no identifiers. rename is also told whether a dot stands before the identifier, so
 /// that it can leave a swizzle alone.

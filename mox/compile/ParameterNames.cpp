@@ -1,10 +1,12 @@
 #include "mox/compile/ParameterNames.h"
 
+#include "mox/Identifier.h"
 #include "mox/Text.h"
 #include "mox/compile/Identifiers.h"
-#include "mox/compile/ReservedWords.h"
+#include "mox/program/ReservedWords.h"
 
 #include <stdexcept>
+#include <utility>
 
 namespace Mox::Host {
 
@@ -26,6 +28,20 @@ constexpr AliasForm plain{"", "", ""};
 constexpr AliasForm hlslMember{"mox_", "", ""};
 constexpr AliasForm hlslSampler{"_", "_sampler", "Sampler"};
 constexpr AliasForm mslSampler{"", "Sampler", "Sampler"};
+
+ProgramLanguage LanguageOf(CompileTarget target)
+{
+    switch (target) {
+    case CompileTarget::Hlsl:
+        return ProgramLanguage::Hlsl;
+    case CompileTarget::Essl:
+        return ProgramLanguage::Essl;
+    case CompileTarget::Msl:
+        return ProgramLanguage::Msl;
+    default:
+        return ProgramLanguage::Glsl;
+    }
+}
 
 std::vector<AliasForm> FormsOf(CompileTarget target)
 {
@@ -55,7 +71,7 @@ std::string FindFreeName(const std::string& name, std::string_view suffix, Compi
                          const NameSet& taken)
 {
     const auto isFree = [&](const std::string& candidate) {
-        return !IsReservedName(candidate, target) && !taken.contains(candidate) &&
+        return !IsReservedWord(candidate, LanguageOf(target)) && !taken.contains(candidate) &&
                (suffix.empty() || !taken.contains(Compose(candidate, suffix)));
     };
     if (isFree(name))
@@ -77,17 +93,32 @@ ParameterNames::ParameterNames(const std::vector<ProgramParameter>& parameters)
         _byAlias[_aliases[i]] = i;
         _byCgName[parameters[i].CgName] = i;
     }
+    std::set<std::string> taken;
+    std::set<std::string> ofBindings;
+    for (const ProgramParameter& parameter : parameters) {
+        taken.insert(parameter.Name);
+        if (parameter.IsBinding)
+            ofBindings.insert(parameter.Name);
+    }
+    for (const ProgramParameter& parameter : parameters) {
+        std::string name = parameter.Name;
+        if (!parameter.IsBinding && ofBindings.contains(name)) {
+            for (int number = 2; !taken.insert(name).second; ++number)
+                name = Compose(parameter.Name, "_", number);
+        }
+        _reflected.push_back(std::move(name));
+    }
 }
 
-const ProgramParameter* ParameterNames::Find(const std::string& alias) const
+std::optional<std::size_t> ParameterNames::Find(const std::string& alias) const
 {
     const auto found = _byAlias.find(alias);
-    return found == _byAlias.end() ? nullptr : &_parameters[found->second];
+    return found == _byAlias.end() ? std::nullopt : std::optional(found->second);
 }
 
-const ProgramParameter& ParameterNames::Get(const std::string& alias) const
+std::size_t ParameterNames::Get(const std::string& alias) const
 {
-    const ProgramParameter* parameter = Find(alias);
+    const std::optional<std::size_t> parameter = Find(alias);
     if (!parameter)
         throw std::logic_error(Compose("\"", alias, "\" is no parameter of the program"));
     return *parameter;
@@ -115,6 +146,7 @@ NamedText ParameterNames::ShowNames(const std::string& text, CompileTarget targe
     NameSet taken = CollectIdentifiers(text);
     std::map<std::string, std::string, std::less<>> finalNames;
     NamedText result;
+    result.Names.resize(_parameters.size());
     for (std::size_t i = 0; i < _parameters.size(); ++i) {
         const ProgramParameter& parameter = _parameters[i];
         const std::string_view suffix =
@@ -127,7 +159,7 @@ NamedText ParameterNames::ShowNames(const std::string& text, CompileTarget targe
         for (const AliasForm& form : forms)
             finalNames[Compose(form.Prefix, _aliases[i], form.Suffix)] =
                 Compose(name, form.FinalSuffix);
-        result.Names[parameter.Name] = name;
+        result.Names[i] = name;
     }
     NameSet seen;
     result.Text = RenameIdentifiers(text, [&](std::string_view name, bool) {
@@ -137,7 +169,10 @@ NamedText ParameterNames::ShowNames(const std::string& text, CompileTarget targe
         seen.insert(found->second);
         return found->second;
     });
-    std::erase_if(result.Names, [&](const auto& entry) { return !seen.contains(entry.second); });
+    for (std::string& name : result.Names) {
+        if (!seen.contains(name))
+            name.clear();
+    }
     return result;
 }
 

@@ -4,6 +4,7 @@
 #include "mox/program/CgProgram.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,7 @@ namespace Mox::Host {
 struct NamedText
 {
     std::string Text;
-    std::map<std::string, std::string> Names; ///< from the parameter's Name; only those in the text
+    std::vector<std::string> Names; ///< by parameter; empty for one that the text does not read
 };
 
 /// Carries the names of a program's parameters round the compilers. On the way every parameter has
@@ -28,12 +29,21 @@ public:
     /// The alias of a parameter.
     const std::string& GetAlias(std::size_t parameter) const { return _aliases[parameter]; }
 
-    /// The parameter of an alias, or null.
-    const ProgramParameter* Find(const std::string& alias) const;
+    /// What SPIR-V and the reflection call a parameter. A binding has its own name, and so has a
+    /// value of the environment unless a binding has it too.
+    const std::string& GetReflectedName(std::size_t parameter) const
+    {
+        return _reflected[parameter];
+    }
+
+    const std::vector<ProgramParameter>& Parameters() const { return _parameters; }
+
+    /// The parameter of an alias, if it is one.
+    std::optional<std::size_t> Find(const std::string& alias) const;
 
     /// The parameter of an alias.
     /// @throws std::logic_error if it is no alias: the text declares what is no parameter
-    const ProgramParameter& Get(const std::string& alias) const;
+    std::size_t Get(const std::string& alias) const;
 
     /// A Cg text with aliases for its parameters. Lines stay lines.
     std::string HideNames(const std::string& cgText) const;
@@ -48,6 +58,7 @@ public:
 private:
     const std::vector<ProgramParameter>& _parameters;
     std::vector<std::string> _aliases;
+    std::vector<std::string> _reflected;
     std::map<std::string, std::size_t, std::less<>> _byAlias;
     std::map<std::string, std::size_t, std::less<>> _byCgName;
 };

@@ -120,12 +120,12 @@ private:
 
     void WriteModule(const SpirvWords& module, TargetProgram& result) const
     {
+        result.Names.resize(_names.Parameters().size());
         const SpirvWords words = RenameModule(module, [&](const std::string& name) {
-            const ProgramParameter* parameter = _names.Find(name);
+            const auto parameter = _names.Find(name);
             if (!parameter)
                 return name;
-            result.Names[parameter->Name] = parameter->Name;
-            return parameter->Name;
+            return result.Names[*parameter] = _names.GetReflectedName(*parameter);
         });
         result.Bytes.assign(reinterpret_cast<const char*>(words.data()), words.size() * 4);
     }
@@ -134,8 +134,8 @@ private:
     {
         Place where{_file, 0, {}, {}};
         const auto line = static_cast<std::size_t>(message.Line);
-        if (line > 0 && line <= _program.LineNodes.size())
-            where.Node = _program.LineNodes[line - 1];
+        if (line > 0 && line <= _program.Lines.size())
+            where.Node = _program.Lines[line - 1].Node;
         std::string text = Compose("does not compile for the ", GetStageName(_stage),
                                    " stage: ", _names.ShowCgNames(message.Text));
         if (line > 0)
@@ -169,8 +169,8 @@ std::map<std::string, std::uint32_t> AssignSamplerBindings(const CgProgram& prog
 {
     std::map<std::string, std::uint32_t> bindings;
     std::uint32_t next = firstSamplerBinding;
-    for (std::size_t i = 0; i < program.Parameters.size(); ++i)
-        if (program.Parameters[i].Kind == ParameterKind::Sampler)
+    for (std::size_t i = 0; i < program.Plan.Parameters.size(); ++i)
+        if (program.Plan.Parameters[i].Kind == ParameterKind::Sampler)
             bindings[names.GetAlias(i)] = next++;
     return bindings;
 }
@@ -181,11 +181,12 @@ CompiledProgram ProgramCompiler::Compile(const CgProgram& program,
                                          const std::vector<CompileTarget>& targets,
                                          const std::string& file, ProblemList& problems) const
 {
-    const ParameterNames names(program.Parameters);
+    const ParameterNames names(program.Plan.Parameters);
     const auto samplerBindings = AssignSamplerBindings(program, names);
     StageCompiler vertex(program.Vertex, ProgramStage::Vertex, names, file, problems);
     StageCompiler fragment(program.Fragment, ProgramStage::Fragment, names, file, problems);
     CompiledProgram result;
+    result.Parameters = program.Plan.Parameters;
     SpirvWords vertexModule = vertex.MakeModule(_frontEnd, samplerBindings, result.Vertex);
     const SpirvWords fragmentModule =
         fragment.MakeModule(_frontEnd, samplerBindings, result.Fragment);
@@ -208,7 +209,7 @@ CompiledProgram ProgramCompiler::Compile(const CgProgram& program,
 void ProgramCompiler::Check(const CgProgram& program, const std::string& file,
                             ProblemList& problems) const
 {
-    const ParameterNames names(program.Parameters);
+    const ParameterNames names(program.Plan.Parameters);
     StageCompiler(program.Vertex, ProgramStage::Vertex, names, file, problems).Read(_frontEnd);
     StageCompiler(program.Fragment, ProgramStage::Fragment, names, file, problems).Read(_frontEnd);
 }

@@ -5,7 +5,6 @@
 #include "mox/host/Problem.h"
 #include "mox/program/CgProgram.h"
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -18,12 +17,14 @@ struct TargetProgram
     ProgramStage Stage;
     std::string Bytes;      ///< text, or the words of the module in the machine's byte order
     std::string EntryPoint; ///< name of the function at which it starts
-    std::map<std::string, std::string> Names; ///< what the parameters in it are called, by Name
+    std::vector<std::string> Names; ///< of the parameters in it; empty for one that it does not
+                                    ///< read
 };
 
 /// A pair of programs in all wanted targets.
 struct CompiledProgram
 {
+    std::vector<ProgramParameter> Parameters; ///< those of the program, in its order
     StageInterface Vertex;
     StageInterface Fragment;
     std::vector<TargetProgram> Programs; ///< vertex before fragment for each target, in their order

@@ -11,12 +11,21 @@ using Materials::Compose;
 
 namespace {
 
-Json DescribeMember(const UniformMember& member)
+/// Names a parameter, and if the environment reads it what it is called there.
+Json DescribeName(const std::string& name, const ProgramParameter& parameter)
 {
-    Json json{{"name", member.Name},
-              {"type", member.Type.Format()},
-              {"offset", member.Offset},
-              {"size", member.Size}};
+    Json json{{"name", name}};
+    if (!parameter.IsBinding)
+        json["environment"] = parameter.Name;
+    return json;
+}
+
+Json DescribeMember(const UniformMember& member, const ProgramParameter& parameter)
+{
+    Json json = DescribeName(member.Name, parameter);
+    json["type"] = member.Type.Format();
+    json["offset"] = member.Offset;
+    json["size"] = member.Size;
     if (member.ArrayStride > 0)
         json["arrayStride"] = member.ArrayStride;
     if (member.MatrixStride > 0)
@@ -24,36 +33,42 @@ Json DescribeMember(const UniformMember& member)
     return json;
 }
 
-Json DescribeVariables(const std::vector<StageVariable>& variables)
+Json DescribeVariables(const std::vector<StageVariable>& variables,
+                       const std::vector<ProgramParameter>& parameters)
 {
     Json json = Json::array();
-    for (const StageVariable& variable : variables)
-        json.push_back({{"name", variable.Name},
-                        {"type", variable.Type.Format()},
-                        {"location", variable.Location}});
+    for (const StageVariable& variable : variables) {
+        Json& entry = json.emplace_back(
+            variable.Parameter ? DescribeName(variable.Name, parameters[*variable.Parameter])
+                               : Json{{"name", variable.Name}});
+        entry["type"] = variable.Type.Format();
+        entry["location"] = variable.Location;
+    }
     return json;
 }
 
-Json DescribeStage(const StageInterface& stage)
+Json DescribeStage(const StageInterface& stage, const std::vector<ProgramParameter>& parameters)
 {
     Json json;
     if (stage.Block) {
         Json members = Json::array();
         for (const UniformMember& member : stage.Block->Members)
-            members.push_back(DescribeMember(member));
+            members.push_back(DescribeMember(member, parameters[member.Parameter]));
         json["uniformBlock"] = {
             {"name", stage.Block->Name}, {"set", descriptorSet}, {"binding", stage.Block->Binding},
             {"size", stage.Block->Size}, {"layout", "std140"},   {"members", members}};
     }
     json["samplers"] = Json::array();
-    for (const SamplerSlot& sampler : stage.Samplers)
-        json["samplers"].push_back({{"name", sampler.Name},
-                                    {"type", sampler.Type.Format()},
-                                    {"set", descriptorSet},
-                                    {"binding", sampler.Binding},
-                                    {"unit", sampler.Unit}});
-    json["inputs"] = DescribeVariables(stage.Inputs);
-    json["outputs"] = DescribeVariables(stage.Outputs);
+    for (const SamplerSlot& sampler : stage.Samplers) {
+        Json& entry = json["samplers"].emplace_back(
+            DescribeName(sampler.Name, parameters[sampler.Parameter]));
+        entry["type"] = sampler.Type.Format();
+        entry["set"] = descriptorSet;
+        entry["binding"] = sampler.Binding;
+        entry["unit"] = sampler.Unit;
+    }
+    json["inputs"] = DescribeVariables(stage.Inputs, parameters);
+    json["outputs"] = DescribeVariables(stage.Outputs, parameters);
     return json;
 }
 
@@ -122,15 +137,15 @@ Json DescribeTarget(const TargetProgram& program, const StageInterface& stage)
     if (stage.Block) {
         json["uniformBlock"] = PlaceBlock(*stage.Block, program.Target);
         for (const UniformMember& member : stage.Block->Members)
-            json["uniforms"][member.Name] = program.Names.at(member.Name);
+            json["uniforms"][member.Name] = program.Names[member.Parameter];
     }
     for (const SamplerSlot& sampler : stage.Samplers)
         json["samplers"][sampler.Name] =
-            PlaceSampler(sampler, program.Names.at(sampler.Name), program.Target);
+            PlaceSampler(sampler, program.Names[sampler.Parameter], program.Target);
     if (program.Stage == ProgramStage::Vertex)
         for (const StageVariable& input : stage.Inputs)
             json["inputs"][input.Name] =
-                PlaceInput(input, program.Names.at(input.Name), program.Target);
+                PlaceInput(input, program.Names[*input.Parameter], program.Target);
     return json;
 }
 
@@ -138,11 +153,13 @@ Json DescribeTarget(const TargetProgram& program, const StageInterface& stage)
 
 std::string FormatReflection(const CompiledProgram& program)
 {
-    Json json{{"version", 1},
-              {"stages",
-               {{GetStageName(ProgramStage::Vertex), DescribeStage(program.Vertex)},
-                {GetStageName(ProgramStage::Fragment), DescribeStage(program.Fragment)}}},
-              {"targets", Json::object()}};
+    Json json{
+        {"version", 1},
+        {"stages",
+         {{GetStageName(ProgramStage::Vertex), DescribeStage(program.Vertex, program.Parameters)},
+          {GetStageName(ProgramStage::Fragment),
+           DescribeStage(program.Fragment, program.Parameters)}}},
+        {"targets", Json::object()}};
     for (const TargetProgram& target : program.Programs) {
         const bool isVertex = target.Stage == ProgramStage::Vertex;
         json["targets"][GetTargetName(target.Target)][GetStageName(target.Stage)] =

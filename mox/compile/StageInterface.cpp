@@ -12,10 +12,11 @@ namespace {
 UniformMember ReadMember(const spirv_cross::Compiler& compiler, const spirv_cross::SPIRType& block,
                          std::uint32_t index, const ParameterNames& names)
 {
-    const ProgramParameter& parameter = names.Get(compiler.get_member_name(block.self, index));
+    const std::size_t parameter = names.Get(compiler.get_member_name(block.self, index));
     const auto& type = compiler.get_type(block.member_types[index]);
-    return {parameter.Name,
-            parameter.Type,
+    return {parameter,
+            names.GetReflectedName(parameter),
+            names.Parameters()[parameter].Type,
             compiler.type_struct_member_offset(block, index),
             static_cast<std::uint32_t>(compiler.get_declared_struct_member_size(block, index)),
             type.array.empty() ? 0 : compiler.type_struct_member_array_stride(block, index),
@@ -44,12 +45,14 @@ ReadVariables(const spirv_cross::Compiler& compiler,
     for (const auto& resource : resources) {
         const std::uint32_t location =
             compiler.get_decoration(resource.id, spv::DecorationLocation);
-        if (const ProgramParameter* parameter = names.Find(resource.name)) {
-            variables.push_back({parameter->Name, parameter->Type, location});
+        if (const auto parameter = names.Find(resource.name)) {
+            variables.push_back({parameter, names.GetReflectedName(*parameter),
+                                 names.Parameters()[*parameter].Type, location});
         } else {
             const auto& type = compiler.get_type(resource.base_type_id);
             variables.push_back(
-                {resource.name,
+                {{},
+                 resource.name,
                  {ComponentType::Float, static_cast<std::int32_t>(type.vecsize), 1, 1},
                  location});
         }
@@ -69,10 +72,11 @@ StageInterface ReadStageInterface(const SpirvWords& module, const ParameterNames
     for (const auto& resource : resources.uniform_buffers)
         result.Block = ReadBlock(compiler, resource, names);
     for (const auto& resource : resources.sampled_images) {
-        const ProgramParameter& parameter = names.Get(resource.name);
+        const std::size_t parameter = names.Get(resource.name);
         const std::uint32_t binding = compiler.get_decoration(resource.id, spv::DecorationBinding);
-        result.Samplers.push_back(
-            {parameter.Name, parameter.Type, binding, GetTextureUnit(binding)});
+        result.Samplers.push_back({parameter, names.GetReflectedName(parameter),
+                                   names.Parameters()[parameter].Type, binding,
+                                   GetTextureUnit(binding)});
     }
     std::sort(result.Samplers.begin(), result.Samplers.end(),
               [](const auto& a, const auto& b) { return a.Binding < b.Binding; });

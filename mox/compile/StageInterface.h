@@ -12,7 +12,8 @@ namespace Mox::Host {
 /// A uniform in its block.
 struct UniformMember
 {
-    std::string Name;
+    std::size_t Parameter; ///< index into the program's parameters
+    std::string Name;      ///< as the reflection has it
     ShaderType Type;
     std::uint32_t Offset;       ///< bytes from the start of the block
     std::uint32_t Size;         ///< bytes
@@ -32,7 +33,8 @@ struct UniformBlock
 /// A texture with its sampler.
 struct SamplerSlot
 {
-    std::string Name;
+    std::size_t Parameter; ///< index into the program's parameters
+    std::string Name;      ///< as the reflection has it
     ShaderType Type;
     std::uint32_t Binding; ///< of the descriptor set
     std::uint32_t Unit;    ///< where the target counts textures apart
@@ -41,7 +43,8 @@ struct SamplerSlot
 /// A vertex input or an interpolant.
 struct StageVariable
 {
-    std::string Name;
+    std::optional<std::size_t> Parameter; ///< of a vertex input: index of the parameter
+    std::string Name;                     ///< as the reflection has it
     ShaderType Type;
     std::uint32_t Location;
 };

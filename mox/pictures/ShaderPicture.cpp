@@ -113,10 +113,8 @@ private:
     std::string FormatParameter(const ShaderNode& node, const StageStyle& style, const Colour& line,
                                 const Colour& text) const
     {
-        std::string name = node.Name;
-        if (const auto original = _shader.OriginalNames.find(name);
-            original != _shader.OriginalNames.end())
-            name = original->second;
+        const std::string& original = _shader.Origins.Of(node).Name;
+        const std::string& name = original.empty() ? node.Name : original;
         std::string type = FormatType(node.Type);
         if (node.Register.Type != ShaderRegisterType::RegisterUnknown)
             type += " : " + node.Register.FormatRegister();

@@ -24,7 +24,7 @@ ShaderStages::ShaderStages(const GeneratedShader& shader, ProblemList& problems)
     _program.emplace(shader.Graph, shader.Origins, problems);
     if (problems.HasErrors())
         return;
-    _layout.emplace(*_program, problems);
+    _layout.emplace(*_program, StageChoice::Copies::HandedOn, problems);
     for (std::size_t i = 0; i < _program->Nodes().size(); ++i)
         _index.emplace(_program->Nodes()[i].Shader, i);
     CollectReadNames();
@@ -40,7 +40,7 @@ void ShaderStages::CollectReadNames()
     };
     std::vector<Reader> readers;
     for (std::size_t i = 0; i < _program->Nodes().size(); ++i)
-        readers.push_back({_program->Nodes()[i].Shader, _layout->Plan().InFragment(i)});
+        readers.push_back({_program->Nodes()[i].Shader, _layout->Stages().InFragment(i)});
     while (!readers.empty()) {
         const Reader reader = readers.back();
         readers.pop_back();
@@ -65,8 +65,8 @@ DrawnStage ShaderStages::StageOf(const ShaderNode& node) const
     const auto entry = _index.find(&node);
     if (entry == _index.end())
         return _read.contains(&node) ? DrawnStage::None : DrawnStage::Dead;
-    const bool isInVertex = _layout->Plan().InVertex(entry->second);
-    const bool isInFragment = _layout->Plan().InFragment(entry->second);
+    const bool isInVertex = _layout->Stages().InVertex(entry->second);
+    const bool isInFragment = _layout->Stages().InFragment(entry->second);
     if (isInVertex && isInFragment)
         return DrawnStage::Both;
     return isInVertex ? DrawnStage::Vertex : DrawnStage::Fragment;
@@ -80,21 +80,24 @@ std::optional<std::string> ShaderStages::CrossingOf(const ShaderEdge& edge) cons
     const auto reader = _index.find(head.get());
     const bool isReadInFragment = reader == _index.end()
                                       ? _readInFragment.contains(head.get())
-                                      : _layout->Plan().InFragment(reader->second);
+                                      : _layout->Stages().InFragment(reader->second);
     const std::optional<ProgramValue> value =
         isReadInFragment ? ValueOf(edge) : std::optional<ProgramValue>();
     if (!value)
         return std::nullopt;
-    const ProgramValue source = _layout->Plan().SourceOf(*value);
-    if (!_layout->Plan().Crossing().contains(source))
+    const std::optional<ProgramValue> source = _layout->Stages().CrossingOf(*value);
+    if (!source)
         return std::nullopt;
-    const ShaderNodeHandle tail = edge.Tail.lock();
-    const auto slot = _layout->Slots().find(source);
-    if (slot == _layout->Slots().end() || IsInterface(*tail))
+    const auto pieces = _layout->Pieces().find(*source);
+    if (pieces == _layout->Pieces().end() || IsInterface(*edge.Tail.lock()))
         return "";
-    const ShaderRegister place(ShaderRegisterType::FragmentTexCoord, slot->second.Register);
-    return Compose(place.FormatRegister(), ".",
-                   LettersOf(slot->second.Component, _program->PortOf(source).Type.Columns));
+    std::string places;
+    for (const CrossingPiece& piece : pieces->second) {
+        const ShaderRegister place(ShaderRegisterType::FragmentTexCoord, piece.Register);
+        places += Compose(places.empty() ? "" : " ", place.FormatRegister(), ".",
+                          LettersOf(piece.RegisterComponent, piece.Width));
+    }
+    return places;
 }
 
 /// What the edge hands on, looked for through chains of names.

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "mox/host/Problem.h"
+#include "mox/program/CrossingLayout.h"
 #include "mox/program/ProgramGraph.h"
 #include "mox/program/ShaderGeneration.h"
-#include "mox/program/StageLayout.h"
 
 #include <boost/noncopyable.hpp>
 
@@ -49,7 +49,7 @@ private:
     std::optional<ProgramValue> ValueOf(const ShaderEdge& edge) const;
 
     std::optional<ProgramGraph> _program;
-    std::optional<StageLayout> _layout;
+    std::optional<CrossingLayout> _layout;
     std::unordered_map<const ShaderNode*, std::size_t> _index; ///< in the program
     NodeSet _read;           ///< interface parameters that a function of the program reads
     NodeSet _readInFragment; ///< interface parameters that one of the fragment stage reads

@@ -26,7 +26,7 @@ constexpr const char* fragmentText =
 StageProgram MakeStage(const std::string& text)
 {
     const auto lines = std::count(text.begin(), text.end(), '\n');
-    return {text, std::vector<std::string>(static_cast<std::size_t>(lines))};
+    return {text, std::vector<LineOrigin>(static_cast<std::size_t>(lines))};
 }
 
 ProgramParameter MakeParameter(ParameterKind kind, const std::string& name, bool isInVertex)
@@ -51,9 +51,9 @@ CgProgram MakeBackgroundProgram()
     CgProgram program;
     program.Vertex = MakeStage(vertexText);
     program.Fragment = MakeStage(fragmentText);
-    program.Parameters = {MakeParameter(ParameterKind::VertexStream, "position", true),
-                          MakeParameter(ParameterKind::Uniform, "skyColour", false),
-                          MakeParameter(ParameterKind::Uniform, "groundColour", false)};
+    program.Plan.Parameters = {MakeParameter(ParameterKind::VertexStream, "position", true),
+                               MakeParameter(ParameterKind::Uniform, "skyColour", false),
+                               MakeParameter(ParameterKind::Uniform, "groundColour", false)};
     return program;
 }
 

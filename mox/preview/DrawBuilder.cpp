@@ -30,41 +30,39 @@ DrawShader TakeShader(const CompiledProgram& program, ProgramStage stage)
     return {};
 }
 
-MeshStream ReadStream(const StageVariable& input, const DrawSources& sources)
+MeshStream ReadStream(const ProgramParameter& parameter, const DrawSources& sources)
 {
-    const PluginBinding* binding =
-        sources.Bindings ? sources.Bindings->FindStream(input.Name) : nullptr;
+    const PluginBinding* binding = sources.Bindings ? sources.Bindings->Find(parameter) : nullptr;
     return binding ? ReadBoundStream(sources.Geometry, *binding)
-                   : ReadNamedStream(sources.Geometry, input.Name);
+                   : ReadNamedStream(sources.Geometry, parameter.Name);
 }
 
-std::vector<TextureImage> LoadLevels(const SamplerSlot& slot, const DrawSources& sources)
+std::vector<TextureImage> LoadLevels(const ProgramParameter& parameter, const DrawSources& sources)
 {
-    const PluginBinding* found =
-        sources.Bindings ? sources.Bindings->FindTexture(slot.Name) : nullptr;
+    const PluginBinding* found = sources.Bindings ? sources.Bindings->Find(parameter) : nullptr;
     const auto binding = found ? found->Texture() : std::nullopt;
     if (!binding) {
-        throw HostError({}, Compose("the environment asks for the texture \"", slot.Name,
+        throw HostError({}, Compose("the environment asks for the texture \"", parameter.Name,
                                     "\", which a preview does not have"));
     }
-    if (slot.Type.Component != ComponentType::Sampler1D &&
-        slot.Type.Component != ComponentType::Sampler2D) {
-        throw HostError({}, Compose("the texture \"", slot.Name, "\" is a ", slot.Type.Format(),
-                                    ", which a preview cannot fill"));
+    if (parameter.Type.Component != ComponentType::Sampler1D &&
+        parameter.Type.Component != ComponentType::Sampler2D) {
+        throw HostError({}, Compose("the texture \"", parameter.Name, "\" is a ",
+                                    parameter.Type.Format(), ", which a preview cannot fill"));
     }
     return sources.Textures->Load(*binding);
 }
 
-std::vector<float> FindValues(const std::string& name, const PreviewBindings* bindings,
+std::vector<float> FindValues(const ProgramParameter& parameter, const PreviewBindings* bindings,
                               const UniformValues& scene)
 {
-    if (const PluginBinding* binding = bindings ? bindings->FindFloat(name) : nullptr) {
+    if (const PluginBinding* binding = bindings ? bindings->Find(parameter) : nullptr) {
         std::vector<float> values;
         for (std::uint32_t i = 0; i < binding->GetCount(); ++i)
             values.push_back(binding->GetDefault(i));
         return values;
     }
-    const auto found = scene.find(name);
+    const auto found = scene.find(parameter.Name);
     return found == scene.end() ? std::vector<float>() : found->second;
 }
 
@@ -122,7 +120,7 @@ DrawCall BuildDraw(const CompiledProgram& program, const DrawSources& sources,
     draw.Indices = sources.Geometry.Indices;
     for (const StageVariable& input : program.Vertex.Inputs) {
         try {
-            MeshStream stream = ReadStream(input, sources);
+            MeshStream stream = ReadStream(program.Parameters[*input.Parameter], sources);
             draw.Streams.push_back({input.Location, stream.Components, std::move(stream.Values)});
         } catch (const HostError& error) {
             problems.Fail(streamRule, error);
@@ -138,7 +136,7 @@ DrawCall BuildDraw(const CompiledProgram& program, const DrawSources& sources,
             try {
                 draw.Textures.push_back({slot.Binding,
                                          slot.Type.Component == ComponentType::Sampler1D,
-                                         LoadLevels(slot, sources)});
+                                         LoadLevels(program.Parameters[slot.Parameter], sources)});
             } catch (const HostError& error) {
                 problems.Fail(uniformRule, error);
             }
@@ -159,7 +157,8 @@ std::vector<DrawUniforms> FillUniforms(const CompiledProgram& program,
         uniforms.Binding = stage->Block->Binding;
         uniforms.Bytes.resize(stage->Block->Size);
         for (const UniformMember& member : stage->Block->Members) {
-            const std::vector<float> values = FindValues(member.Name, bindings, scene);
+            const std::vector<float> values =
+                FindValues(program.Parameters[member.Parameter], bindings, scene);
             if (values.empty()) {
                 problems.Fail(uniformRule, {},
                               Compose("the environment asks for the value \"", member.Name,

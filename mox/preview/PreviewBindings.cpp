@@ -15,15 +15,16 @@ namespace {
 using Materials::Compose;
 using Materials::StreamType;
 
-template <class Matches>
-const PluginBinding* Find(const std::vector<PluginBinding>& bindings, const std::string& name,
-                          Matches matches)
+ParameterKind KindOf(StreamType type)
 {
-    for (const PluginBinding& binding : bindings) {
-        if (binding.Tag() == name && matches(binding.Stream()))
-            return &binding;
+    switch (type) {
+    case StreamType::Texture:
+        return ParameterKind::Sampler;
+    case StreamType::Float:
+        return ParameterKind::Uniform;
+    default:
+        return ParameterKind::VertexStream;
     }
-    return nullptr;
 }
 
 void SetValue(const PluginBinding& binding, const std::string& value)
@@ -61,7 +62,10 @@ std::optional<std::vector<float>> ParseNumbers(std::string_view text)
 }
 
 PreviewBindings::PreviewBindings(const MaterialGraph& graph) : _bindings(CreateBindings(graph))
-{}
+{
+    for (std::size_t i = 0; i < _bindings.size(); ++i)
+        _byName.emplace(std::pair(KindOf(_bindings[i].Stream()), _bindings[i].Tag()), i);
+}
 
 bool PreviewBindings::Set(const std::string& name, const std::string& value)
 {
@@ -75,21 +79,10 @@ bool PreviewBindings::Set(const std::string& name, const std::string& value)
     return isKnown;
 }
 
-const PluginBinding* PreviewBindings::FindStream(const std::string& name) const
+const PluginBinding* PreviewBindings::Find(const ProgramParameter& parameter) const
 {
-    return Find(_bindings, name, [](StreamType type) {
-        return type != StreamType::Texture && type != StreamType::Float;
-    });
-}
-
-const PluginBinding* PreviewBindings::FindTexture(const std::string& name) const
-{
-    return Find(_bindings, name, [](StreamType type) { return type == StreamType::Texture; });
-}
-
-const PluginBinding* PreviewBindings::FindFloat(const std::string& name) const
-{
-    return Find(_bindings, name, [](StreamType type) { return type == StreamType::Float; });
+    const auto binding = _byName.find({parameter.Kind, parameter.Name});
+    return parameter.IsBinding && binding != _byName.end() ? &_bindings[binding->second] : nullptr;
 }
 
 std::string PreviewBindings::ListNames() const

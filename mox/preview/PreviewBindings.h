@@ -1,10 +1,14 @@
 #pragma once
 
 #include "mox/graph/MaterialGraph.h"
+#include "mox/program/ProgramPlan.h"
 
+#include <cstddef>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Mox::Host {
@@ -28,16 +32,16 @@ public:
     /// @throws HostError if the text is no value for it
     bool Set(const std::string& name, const std::string& value);
 
-    /// The binding of a vertex stream, of a texture, or of a uniform; or null.
-    const PluginBinding* FindStream(const std::string& name) const;
-    const PluginBinding* FindTexture(const std::string& name) const;
-    const PluginBinding* FindFloat(const std::string& name) const;
+    /// The binding that a parameter stands for; null if there is none, or if the parameter is a
+    /// value of the environment.
+    const PluginBinding* Find(const ProgramParameter& parameter) const;
 
     /// The names in quotes, with commas between them.
     std::string ListNames() const;
 
 private:
     std::vector<PluginBinding> _bindings;
+    std::map<std::pair<ParameterKind, std::string>, std::size_t> _byName; ///< the first ones
 };
 
 } // namespace Mox::Host

@@ -1,16 +1,9 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <unordered_map>
 
 namespace Mox::Host {
-
-/// The position of the first whole word of a Cg text from a position on, or npos.
-std::size_t FindCgWord(std::string_view text, std::string_view word, std::size_t from = 0);
-
-/// Whether Cg has the word itself: a keyword, a type, a function of its library or a semantic.
-bool IsReservedCgWord(const std::string& word);
 
 /// A Cg name as close as possible to any text: what no Cg name may hold becomes one underscore, an
 /// underscore goes before a leading digit and behind a word that Cg has itself.

@@ -29,30 +29,6 @@ std::string_view WithoutIndentation(std::string_view line)
     return line;
 }
 
-/// A line of a program as a line of what it comes from: the body of a node's function, if the brace
-/// that opens it is above, or else the whole program.
-struct Source
-{
-    std::string Node;
-    std::size_t FirstLine; ///< of the body
-};
-
-Source FindSource(const StageProgram& program, const std::vector<std::string_view>& lines,
-                  std::size_t line)
-{
-    const auto nodeOf = [&](std::size_t i) {
-        return i < program.LineNodes.size() ? program.LineNodes[i] : std::string();
-    };
-    // A brace alone has no node: what is wrong there began above it.
-    while (line > 0 && nodeOf(line).empty() && WithoutIndentation(lines[line]).starts_with('}'))
-        --line;
-    const std::string node = nodeOf(line);
-    std::size_t first = line;
-    while (first > 0 && lines[first - 1] != "{" && lines[first - 1] != "}")
-        --first;
-    return {node, first > 0 && lines[first - 1] == "{" && !node.empty() ? first : 0};
-}
-
 } // namespace
 
 void CheckCode(const CgProgram& program, const std::string& file, ProblemList& problems)
@@ -62,12 +38,15 @@ void CheckCode(const CgProgram& program, const std::string& file, ProblemList& p
         const auto module = Cg::ReadModule(stage->Text);
         const std::vector<std::string_view> lines = SplitLines(stage->Text);
         for (const Cg::SourceError& error : module->Errors) {
-            const auto line = std::min(static_cast<std::size_t>(error.Where.Line) - 1,
-                                       lines.empty() ? 0 : lines.size() - 1);
-            const auto [node, first] = FindSource(*stage, lines, line);
-            std::string text =
-                Compose("line ", line - first + 1, ", column ", error.Where.Column, ": ",
-                        error.Message, ", in \"", WithoutIndentation(lines[line]), "\"");
+            auto line = std::min(static_cast<std::size_t>(error.Where.Line) - 1,
+                                 lines.empty() ? 0 : lines.size() - 1);
+            const auto& [node, bodyLine] = stage->Lines[line];
+            // What is wrong at the brace after a body began in its last line.
+            if (bodyLine > 0 && stage->Lines[line - 1] == stage->Lines[line])
+                --line;
+            std::string text = Compose("line ", bodyLine > 0 ? bodyLine : line + 1, ", column ",
+                                       error.Where.Column, ": ", error.Message, ", in \"",
+                                       WithoutIndentation(lines[line]), "\"");
             if (found.insert(node + text).second)
                 problems.Fail("code", Place{file, 0, node, {}}, text);
         }

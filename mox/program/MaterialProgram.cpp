@@ -67,8 +67,8 @@ void CompleteShader(const MaterialGraph& graph, const Environment& environment,
     }
 }
 
-CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& environment,
-                               const ProgramOptions& options, ProblemList& problems)
+ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& environment,
+                                StageChoice::Copies copies, ProblemList& problems)
 {
     WarnOfSecondEnds(graph, problems);
     GeneratedShader shader;
@@ -77,24 +77,37 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
     const bool isComplete = !found.HasErrors();
     problems.Append(found);
     found = {};
-    CgProgram program = BuildCgProgram(shader.Graph, shader.Origins, shader.OriginalNames,
-                                       environment, options, found);
-    if (isComplete && !found.HasErrors())
-        CheckCode(program, graph.Document().File, found);
+    ProgramPlan plan = PlanProgram(shader.Graph, shader.Origins, environment, copies, found);
     AppendWithLines(found, graph, problems);
     if (!isComplete)
-        return program; // what only a failed node reads is not dead
-    if (!program.DeadNodes.empty() && !HasEnd(shader)) {
+        return plan; // what only a failed node reads is not dead
+    if (!plan.DeadNodes.empty() && !HasEnd(shader)) {
         problems.Warn(
             "no-end", {graph.Document().File, 0, {}, {}},
             "nothing reaches the surface: no edge leads to a node that ends the material, "
             "such as a \"Surface\" node");
-        return program; // which says it of all nodes
+        return plan; // which says it of all nodes
     }
-    for (const std::string& node : program.DeadNodes) {
+    for (const std::string& node : plan.DeadNodes) {
         problems.Warn("dead-node", graph.Nodes()[graph.FindNode(node, {})].Where,
                       "nothing of this node reaches the surface");
     }
+    return plan;
+}
+
+CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& environment,
+                               const ProgramOptions& options, ProblemList& problems)
+{
+    ProblemList found;
+    CgProgram program{
+        PlanMaterialProgram(graph, environment, StageChoice::Copies::HandedOn, found), {}, {}};
+    if (!found.HasErrors()) {
+        program = WriteCg(std::move(program.Plan), options);
+        ProblemList inCode;
+        CheckCode(program, graph.Document().File, inCode);
+        AppendWithLines(inCode, graph, found);
+    }
+    problems.Append(found);
     return program;
 }
 

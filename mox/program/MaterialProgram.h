@@ -2,9 +2,10 @@
 
 #include "mox/graph/MaterialGraph.h"
 #include "mox/host/Problem.h"
-#include "mox/program/CgProgramBuilder.h"
+#include "mox/program/CgWriter.h"
 #include "mox/program/Environment.h"
 #include "mox/program/ProgramFormat.h"
+#include "mox/program/ProgramPlanner.h"
 #include "mox/program/ShaderGeneration.h"
 
 #include <filesystem>
@@ -21,10 +22,15 @@ void AppendWithLines(const ProblemList& found, const MaterialGraph& graph, Probl
 void CompleteShader(const MaterialGraph& graph, const Environment& environment,
                     GeneratedShader& shader, ProblemList& problems);
 
-/// The Cg programs of a resolved material. Nodes of which nothing reaches the surface are left out
-/// and reported as warnings, as are further ends of the material and that there is none.
+/// The plan of a resolved material's programs. Nodes of which nothing reaches the surface are left
+/// out and reported as warnings, as are further ends of the material and that there is none.
+/// @param copies does not change the picture
 /// @param problems takes all that stands in the way; with an error among them the result is of no
 ///        use
+ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& environment,
+                                StageChoice::Copies copies, ProblemList& problems);
+
+/// The Cg programs of a resolved material, written from that plan.
 CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& environment,
                                const ProgramOptions& options, ProblemList& problems);
 

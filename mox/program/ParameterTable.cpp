@@ -1,6 +1,7 @@
 #include "mox/program/ParameterTable.h"
 
 #include "mox/Text.h"
+#include "mox/program/RegisterRules.h"
 
 #include <algorithm>
 #include <tuple>
@@ -17,12 +18,6 @@ bool IsParameter(const ShaderNode& node)
            node.Kind == ShaderNodeKind::VaryingParameter;
 }
 
-bool IsSampler(const ShaderType& type)
-{
-    return type.Component >= ComponentType::Sampler1D &&
-           type.Component <= ComponentType::SamplerRect;
-}
-
 ParameterKind KindOf(const ShaderNode& node)
 {
     if (node.Kind == ShaderNodeKind::VaryingParameter)
@@ -30,93 +25,88 @@ ParameterKind KindOf(const ShaderNode& node)
     return IsSampler(node.Type) ? ParameterKind::Sampler : ParameterKind::Uniform;
 }
 
-std::string DescribeOwner(const std::string& node)
+std::string DescribeOwner(const ProgramParameter& parameter)
 {
-    return node.empty() ? "the environment" : Compose("node \"", node, "\"");
+    return parameter.IsBinding ? Compose("node \"", parameter.Nodes.front(), "\"")
+                               : "the environment";
 }
 
-/// Counts what takes registers of one class and reports when there are too few.
-class RegisterCount
+const char* DescribeKind(ParameterKind kind)
 {
-public:
-    RegisterCount(ShaderRegisterType type, const char* what) : _type(type), _what(what) {}
-
-    /// @returns the first register taken
-    std::int32_t Take(const ProgramParameter& parameter, std::int32_t count = 1)
-    {
-        _users += Compose(_users.empty() ? "" : ", ", "\"", parameter.Name, "\"");
-        const std::int32_t first = _taken;
-        _taken += count;
-        return first;
+    switch (kind) {
+    case ParameterKind::Uniform:
+        return "uniform";
+    case ParameterKind::Sampler:
+        return "texture";
+    case ParameterKind::VertexStream:
+        return "vertex stream";
     }
-
-    void Check(ProblemList& problems) const
-    {
-        const std::int32_t limit = GetRegisterInfo(_type).Count;
-        if (_taken > limit) {
-            problems.Fail("too-many-registers", {},
-                          Compose(_what, " need ", _taken, " registers, but there are ", limit,
-                                  ": ", _users));
-        }
-    }
-
-private:
-    ShaderRegisterType _type;
-    const char* _what;
-    std::int32_t _taken = 0;
-    std::string _users;
-};
-
-std::int32_t ConstantRegisters(const ShaderType& type)
-{
-    return std::max(type.Rows, 1) * std::max(type.ArrayLength, 1);
+    return "";
 }
 
 } // namespace
 
-ParameterTable::ParameterTable(const ProgramGraph& graph, const StagePlan& plan,
-                               const std::map<std::string, std::string>& originalNames,
-                               CgNames& names, ProblemList& problems)
+ParameterTable::ParameterTable(const ProgramGraph& graph, const StageChoice& stages, CgNames& names,
+                               ProblemList& problems)
 {
-    Collect(graph, plan, originalNames, problems);
+    Collect(graph, stages, problems);
+    WarnOfEnvironmentNames(problems);
     GiveNames(names);
-    GiveRegisters(problems);
+    GiveRegisters(graph, problems);
 }
 
-void ParameterTable::Collect(const ProgramGraph& graph, const StagePlan& plan,
-                             const std::map<std::string, std::string>& originalNames,
+void ParameterTable::Collect(const ProgramGraph& graph, const StageChoice& stages,
                              ProblemList& problems)
 {
-    std::map<std::tuple<ParameterKind, bool, std::string>, std::size_t> known;
-    std::vector<std::string> owners;
+    std::map<std::tuple<bool, bool, std::string>, std::size_t> known;
     for (std::size_t i = 0; i < graph.Nodes().size(); ++i) {
-        const ShaderNode& node = *graph.Nodes()[i].Definition;
+        const ProgramNode& program = graph.Nodes()[i];
+        const ShaderNode& node = *program.Definition;
         if (!IsParameter(node))
             continue;
-        const std::string& owner = graph.Nodes()[i].Origin->Node;
-        const auto original = originalNames.find(node.Name);
-        const std::string& name = original == originalNames.end() ? node.Name : original->second;
+        const std::string& owner = program.Origin->Node;
+        const std::string& name = NameOf(program);
         // Whoever gives one name to a texture and to a number means one binding, and is told so.
-        const ParameterKind keyKind = node.Kind == ShaderNodeKind::VaryingParameter
-                                          ? ParameterKind::VertexStream
-                                          : ParameterKind::Uniform;
+        const bool isStream = node.Kind == ShaderNodeKind::VaryingParameter;
         const auto [entry, isNew] =
-            known.try_emplace({keyKind, !owner.empty(), name}, _parameters.size());
+            known.try_emplace({isStream, !owner.empty(), name}, _parameters.size());
         if (isNew) {
             _parameters.push_back(
                 {KindOf(node), name, "", node.Type, node.Register, !owner.empty(), false, false});
-            owners.push_back(owner);
         }
         ProgramParameter& parameter = _parameters[entry->second];
         if (parameter.Type != node.Type) {
-            problems.Fail("two-types", PlaceOf(*graph.Nodes()[i].Origin),
+            problems.Fail("two-types", PlaceOf(*program.Origin),
                           Compose("parameter \"", name, "\" is ", node.Type.Format(), " here and ",
-                                  parameter.Type.Format(), " at ",
-                                  DescribeOwner(owners[entry->second])));
+                                  parameter.Type.Format(), " at ", DescribeOwner(parameter),
+                                  "; another name for one of them makes them two"));
         }
-        parameter.InVertex = parameter.InVertex || plan.InVertex(i);
-        parameter.InFragment = parameter.InFragment || plan.InFragment(i);
+        if (!owner.empty())
+            parameter.Nodes.push_back(owner);
+        parameter.InVertex = parameter.InVertex || stages.InVertex(i);
+        parameter.InFragment = parameter.InFragment || stages.InFragment(i);
         _indices.emplace(i, entry->second);
+    }
+}
+
+void ParameterTable::WarnOfEnvironmentNames(ProblemList& problems) const
+{
+    std::map<std::string, const ProgramParameter*> ofEnvironment;
+    for (const ProgramParameter& parameter : _parameters) {
+        if (!parameter.IsBinding)
+            ofEnvironment.emplace(parameter.Name, &parameter);
+    }
+    for (const ProgramParameter& parameter : _parameters) {
+        const auto other = ofEnvironment.find(parameter.Name);
+        if (!parameter.IsBinding || other == ofEnvironment.end())
+            continue;
+        Place where;
+        where.Node = parameter.Nodes.front();
+        problems.Warn("name-of-environment", where,
+                      Compose("the environment reads a ", DescribeKind(other->second->Kind), " \"",
+                              parameter.Name,
+                              "\" too, which is another value; another name here keeps hosts from "
+                              "mistaking one for the other"));
     }
 }
 
@@ -137,37 +127,28 @@ void ParameterTable::GiveNames(CgNames& names)
         parameter->CgName = names.Claim(parameter->Name);
 }
 
-void ParameterTable::GiveRegisters(ProblemList& problems)
+void ParameterTable::GiveRegisters(const ProgramGraph& graph, ProblemList& problems)
 {
-    RegisterCount streams(ShaderRegisterType::VertexAttribute, "vertex streams");
-    RegisterCount vertexSamplers(ShaderRegisterType::VertexTextureUnit,
-                                 "textures of the vertex program");
-    RegisterCount samplers(ShaderRegisterType::FragmentTextureUnit,
-                           "textures of the fragment program");
-    RegisterCount constants(ShaderRegisterType::VertexConstant, "constants of the vertex program");
-    for (ProgramParameter& parameter : _parameters) {
-        switch (parameter.Kind) {
-        case ParameterKind::VertexStream:
-            parameter.Register = {ShaderRegisterType::VertexAttribute, streams.Take(parameter)};
-            break;
-        case ParameterKind::Sampler:
-            if (parameter.InVertex) {
-                parameter.Register = {ShaderRegisterType::VertexTextureUnit,
-                                      vertexSamplers.Take(parameter)};
-            }
-            if (parameter.InFragment) {
-                parameter.Register = {ShaderRegisterType::FragmentTextureUnit,
-                                      samplers.Take(parameter)};
-            }
-            break;
-        case ParameterKind::Uniform:
-            if (parameter.InVertex)
-                constants.Take(parameter, ConstantRegisters(parameter.Type));
-            break;
-        }
+    RegisterRules rules(problems);
+    for (const ProgramNode& node : graph.Nodes()) {
+        if (node.Shader->Kind == ShaderNodeKind::CgRegisterParameter)
+            rules.Enter(node);
     }
-    for (const RegisterCount* count : {&streams, &vertexSamplers, &samplers, &constants})
-        count->Check(problems);
+    const auto bothStages = [](const ProgramParameter& parameter) {
+        return parameter.InVertex && parameter.InFragment;
+    };
+    // Registers that somebody chose go first, then those that must suit both stages.
+    std::vector<ProgramParameter*> order;
+    for (ProgramParameter& parameter : _parameters)
+        order.push_back(&parameter);
+    std::stable_sort(order.begin(), order.end(), [&](const auto* a, const auto* b) {
+        constexpr auto none = ShaderRegisterType::RegisterUnknown;
+        return std::tuple(a->Register.Type == none, !bothStages(*a)) <
+               std::tuple(b->Register.Type == none, !bothStages(*b));
+    });
+    for (ProgramParameter* parameter : order)
+        rules.GiveRegister(*parameter);
+    rules.CheckCounts(_parameters);
 }
 
 } // namespace Mox::Host

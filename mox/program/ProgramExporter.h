@@ -2,7 +2,7 @@
 
 #include "mox/batch/Exporter.h"
 #include "mox/host/PluginSet.h"
-#include "mox/program/CgProgramBuilder.h"
+#include "mox/program/CgWriter.h"
 #include "mox/program/Environment.h"
 #include "mox/program/ProgramFormat.h"
 

@@ -54,8 +54,6 @@ public:
     Collector(const ShaderGraph& graph, const ShaderOrigins& origins, ProblemList& problems)
         : _origins(origins), _problems(problems)
     {
-        _index.reserve(graph.Nodes.size());
-        _sources.reserve(graph.Nodes.size());
         for (const ShaderNodeHandle& node : graph.Nodes)
             AddSource(*node);
         for (const ShaderEdgeHandle& edge : graph.Edges)
@@ -106,8 +104,6 @@ public:
     std::vector<std::string> FindDeadNodes() const
     {
         std::vector<std::string> dead;
-        if (std::find(_states.begin(), _states.end(), State::New) == _states.end())
-            return dead;
         std::unordered_set<std::string> seen;
         for (std::size_t i = 0; i < _sources.size(); ++i) {
             if (_states[i] != State::New)
@@ -129,8 +125,7 @@ private:
         Done,
     };
 
-    /// What is asked of a node of the shader graph again and again, noted in the order in which the
-    /// nodes lie, since they are visited far from each other.
+    /// A node of the shader graph.
     struct Source
     {
         const ShaderNode* Shader;
@@ -174,6 +169,15 @@ private:
         const ShaderNodeHandle head = edge.Head.lock();
         const std::int32_t from = tail->FindOutputPort(edge.TailPort);
         const std::int32_t to = head->FindInputPort(edge.HeadPort);
+        if (from < 0 || to < 0) {
+            const ShaderNode& lacking = from < 0 ? *tail : *head;
+            _problems.Fail("edge-failed", PlaceOf(_origins.Of(lacking)),
+                           Compose("an edge from ", tail->Describe(), " port \"", edge.TailPort,
+                                   "\" to ", head->Describe(), " port \"", edge.HeadPort,
+                                   "\": the ", from < 0 ? "output" : "input",
+                                   " port does not exist"));
+            return;
+        }
         Feed& feed = FeedOf(_index.at(head.get()), static_cast<std::size_t>(to));
         if (feed.Node != nowhere) {
             const Source& other = _sources[feed.Node];
@@ -220,7 +224,6 @@ private:
         if (source.IsInterface)
             return;
         ProgramNode entry{source.Shader, source.Definition, source.Origin, source.Level, {}};
-        entry.Inputs.reserve(source.InputCount);
         for (std::size_t i = 0; i < source.InputCount; ++i) {
             const Feed feed = SourceOf(FeedOf(node, i));
             if (feed.Node == nowhere) {
@@ -295,7 +298,6 @@ ProgramGraph::ProgramGraph(const ShaderGraph& graph, const ShaderOrigins& origin
     _deadNodes = collector.FindDeadNodes();
     _writtenInto = collector.FindNames();
     _ends = collector.FindEnds();
-    _firstNumbers.reserve(_nodes.size() + 1);
     _firstNumbers.push_back(0);
     for (const ProgramNode& node : _nodes)
         _firstNumbers.push_back(_firstNumbers.back() + node.Shader->Outputs.size());
@@ -314,6 +316,17 @@ std::string ProgramGraph::NameOf(const ProgramValue& value) const
     constexpr std::string_view direction = "out_";
     const std::string& port = PortOf(value).Name;
     return port.starts_with(direction) ? port.substr(direction.size()) : port;
+}
+
+bool IsSampler(const ShaderType& type)
+{
+    return type.Component >= ComponentType::Sampler1D &&
+           type.Component <= ComponentType::SamplerRect;
+}
+
+const std::string& NameOf(const ProgramNode& parameter)
+{
+    return parameter.Origin->Name.empty() ? parameter.Shader->Name : parameter.Origin->Name;
 }
 
 Place PlaceOf(const ShaderOrigin& origin)

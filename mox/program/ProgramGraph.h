@@ -22,8 +22,7 @@ struct ProgramValue
     friend auto operator<=>(const ProgramValue& a, const ProgramValue& b) = default;
 };
 
-/// A node of the program, with what is asked of it again and again: in a large graph shader nodes
-/// lie far from each other.
+/// A node of the program.
 struct ProgramNode
 {
     const ShaderNode* Shader;
@@ -78,6 +77,11 @@ private:
     std::map<ProgramValue, std::string> _writtenInto;
     std::map<std::pair<std::size_t, std::size_t>, const ShaderOrigin*> _ends; ///< by node and input
 };
+
+bool IsSampler(const ShaderType& type);
+
+/// What the author of a material calls a parameter.
+const std::string& NameOf(const ProgramNode& parameter);
 
 /// The place of the authoring node behind a shader node.
 Place PlaceOf(const ShaderOrigin& origin);

@@ -1,8 +1,8 @@
 #include "mox/program/ProgramLimits.h"
 
+#include "mox/Identifier.h"
 #include "mox/Text.h"
 #include "mox/host/Excerpt.h"
-#include "mox/program/CgNames.h"
 
 #include <string_view>
 #include <unordered_set>
@@ -23,27 +23,31 @@ void CheckName(const std::string& name, const Place& where, ProblemList& problem
     }
 }
 
-/// Whether a body has a variable or a parameter of that name: one that follows a type.
-bool IsDeclared(const ShaderNode& function, std::string_view word)
+/// Whether a body uses a word without having a variable or a parameter of that name: one that
+/// follows a type.
+bool IsUndeclared(const ShaderNode& function, std::string_view wanted)
 {
-    const std::string name(word);
+    const std::string name(wanted);
     if (function.FindInputPort(name) >= 0 || function.FindOutputPort(name) >= 0)
-        return true;
+        return false;
     const std::string_view code = function.Code;
-    for (std::size_t at = FindCgWord(code, word); at != std::string_view::npos;
-         at = FindCgWord(code, word, at + 1)) {
+    bool isUsed = false;
+    bool isDeclared = false;
+    ForEachWord(code, [&](std::string_view word, std::size_t at) {
+        if (word != wanted)
+            return;
+        isUsed = true;
         const std::size_t before = code.substr(0, at).find_last_not_of(" \t\n");
-        if (before != std::string_view::npos && ShaderNode::IsValidCgName({'_', code[before]}))
-            return true;
-    }
-    return false;
+        isDeclared |= before != std::string_view::npos && IsIdentifierPart(code[before]);
+    });
+    return isUsed && !isDeclared;
 }
 
 /// A number that is not finite is written as a word, which Cg does not have.
 void CheckNumbers(const ShaderNode& function, const Place& where, ProblemList& problems)
 {
     for (const std::string_view word : {"inf", "nan"}) {
-        if (FindCgWord(function.Code, word) == std::string::npos || IsDeclared(function, word))
+        if (!IsUndeclared(function, word))
             continue;
         problems.Fail("not-finite", where,
                       Compose("the program would contain \"", word, "\", which is not a number"));
@@ -53,17 +57,13 @@ void CheckNumbers(const ShaderNode& function, const Place& where, ProblemList& p
 
 } // namespace
 
-void CheckProgramLimits(const ProgramGraph& graph,
-                        const std::map<std::string, std::string>& originalNames,
-                        ProblemList& problems)
+void CheckProgramLimits(const ProgramGraph& graph, ProblemList& problems)
 {
     std::unordered_set<const ShaderNode*> checked;
     for (std::size_t node = 0; node < graph.Nodes().size(); ++node) {
         const ShaderNode& definition = *graph.Nodes()[node].Definition;
         const Place where = PlaceOf(*graph.Nodes()[node].Origin);
-        const auto original = originalNames.find(definition.Name);
-        CheckName(original == originalNames.end() ? definition.Name : original->second, where,
-                  problems);
+        CheckName(NameOf(graph.Nodes()[node]), where, problems);
         for (std::size_t port = 0; port < definition.Outputs.size(); ++port)
             CheckName(graph.NameOf({node, port}), where, problems);
         if (!checked.insert(&definition).second)

@@ -2,8 +2,10 @@
 
 #include "mox/program/CgProgram.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace Mox::Host {
 
@@ -15,12 +17,18 @@ public:
     /// @param node id of the node that they come from, if any
     void Append(std::string_view lines, const std::string& node = "");
 
+    /// Appends the body of a function of a node in braces.
+    void AppendBody(std::string_view lines, const std::string& node);
+
     /// Appends an empty line, unless the text is empty or ends with one.
     void Separate();
 
     StageProgram Take() { return std::move(_program); }
 
 private:
+    /// @returns the number of lines
+    std::size_t AppendText(std::string_view lines);
+
     StageProgram _program;
 };
 

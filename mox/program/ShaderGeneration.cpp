@@ -42,8 +42,6 @@ public:
     void Generate()
     {
         const StandInNames names(_graph, _problems);
-        _shader.OriginalNames = names.Originals();
-        _shader.Origins.Reserve(_graph.Nodes().size());
         for (auto entry = _graph.Nodes().begin(); entry != _graph.Nodes().end(); ++entry) {
             const MaterialGraph::Node& node = *entry;
             try {
@@ -53,7 +51,7 @@ public:
                     _problems.Fail("node-failed", error.Where, names.Translate(error.Message));
                 _failed.insert(entry.Index());
             }
-            NoteOrigins(node.Id, node.Gui.Type());
+            NoteOrigins(OriginOf(node), &names);
         }
         JoinEdges();
     }
@@ -131,7 +129,7 @@ private:
                 FeedStandIn(edge, record.Heads[i], record.HeadPorts[i]);
             }
         }
-        NoteOrigins(_graph.Nodes()[edge.Head].Id, "conversion");
+        NoteOrigins({_graph.Nodes()[edge.Head].Id, "conversion", {}, {}, {}});
     }
 
     /// Feeds an input with a uniform in place of the value that a failure keeps from it, so that
@@ -146,27 +144,44 @@ private:
             Compose("failed_", ++_standIns), head->Inputs[static_cast<std::size_t>(input)].Type);
         _generator.AddNode(value);
         _generator.Connect(value, value->Outputs.front().Name, head, port);
-        const MaterialGraph::Node& tail = _graph.Nodes()[edge.Tail];
-        NoteOrigins(tail.Id, tail.Gui.Type());
+        NoteOrigins(OriginOf(_graph.Nodes()[edge.Tail]));
     }
 
     void NotePort(const ShaderNode& head, const MaterialGraph::Edge& edge)
     {
         if (head.Kind == ShaderNodeKind::InterfaceParameter) {
             const MaterialGraph::Node& node = _graph.Nodes()[edge.Head];
-            _shader.Origins.Set(head, {node.Id, node.Gui.Type(), edge.Gui->HeadPort});
+            ShaderOrigin origin = OriginOf(node);
+            origin.Port = edge.Gui->HeadPort;
+            _shader.Origins.Set(head, std::move(origin));
         }
     }
 
+    static ShaderOrigin OriginOf(const MaterialGraph::Node& node)
+    {
+        ShaderOrigin origin{node.Id, node.Gui.Type(), {}, {}, {}};
+        for (const auto& property : node.Gui.Properties().Properties) {
+            if (property->Kind == Materials::GuiPropertyKind::Enum &&
+                (property->GetEnum() == "Vertex" || property->GetEnum() == "Fragment"))
+                origin.LevelProperty = property->Name;
+        }
+        return origin;
+    }
+
     /// Gives an origin to the nodes that the graph has taken since the last call.
-    void NoteOrigins(const std::string& node, const std::string& type)
+    /// @param names under which the node that made them may have made parameters
+    void NoteOrigins(ShaderOrigin origin, const StandInNames* names = nullptr)
     {
         auto entry = _shader.Graph.Nodes.rbegin();
         for (std::size_t i = _shader.Graph.Nodes.size(); i > _noted; --i, ++entry) {
             // What a provider inserted on the way is the environment's.
             const ShaderNode& shader = **entry;
-            if (shader.Kind == ShaderNodeKind::Function || _generator.NodeMap.contains(*entry))
-                _shader.Origins.Set(shader, {node, type, {}});
+            if (shader.Kind != ShaderNodeKind::Function && !_generator.NodeMap.contains(*entry))
+                continue;
+            const bool isParameter = shader.Kind == ShaderNodeKind::UniformParameter ||
+                                     shader.Kind == ShaderNodeKind::VaryingParameter;
+            origin.Name = names && isParameter ? names->OriginalOf(shader.Name) : "";
+            _shader.Origins.Set(shader, origin);
         }
         _noted = _shader.Graph.Nodes.size();
     }

@@ -6,9 +6,6 @@
 #include "mox/shader/ShaderGraph.h"
 #include "mox/shader/ShaderGraphGenerator.h"
 
-#include <map>
-#include <string>
-
 namespace Mox::Host {
 
 /// The shader graph of one material, with what is known of its nodes.
@@ -16,7 +13,6 @@ struct GeneratedShader
 {
     ShaderGraph Graph;
     ShaderOrigins Origins;
-    std::map<std::string, std::string> OriginalNames; ///< of parameters whose names are stand-ins
 };
 
 /// Lets every node of a resolved graph write itself into shader.Graph, in the order of the nodes,

@@ -1,7 +1,7 @@
 #include "mox/program/ShaderGraphText.h"
 
 #include "mox/Text.h"
-#include "mox/program/FunctionTable.h"
+#include "mox/program/CgWriter.h"
 
 #include <unordered_map>
 
@@ -13,7 +13,8 @@ namespace {
 
 std::string FormatFunction(const ShaderNode& node)
 {
-    return Compose(FormatSignature(node, node.Name), "\n{\n", node.Code, "}\n");
+    return Compose(FormatSignature(node.Name, node.Inputs, node.Outputs), "\n{\n", node.Code,
+                   "}\n");
 }
 
 } // namespace

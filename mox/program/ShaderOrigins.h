@@ -12,18 +12,17 @@ namespace Mox::Host {
 /// Where a shader node comes from.
 struct ShaderOrigin
 {
-    std::string Node; ///< id of the authoring node; empty for the environment
-    std::string Type; ///< type of that node, or "conversion"
-    std::string Port; ///< input of that node, of a parameter that takes what arrives there
+    std::string Node;          ///< id of the authoring node; empty for the environment
+    std::string Type;          ///< type of that node, or "conversion"
+    std::string Port;          ///< input of that node, of a parameter that takes what arrives there
+    std::string Name;          ///< of the binding, if the parameter bears a stand-in for it
+    std::string LevelProperty; ///< property of that node that sets the level of the function
 };
 
 /// Origins of the nodes of one shader graph. Nodes without an entry belong to the environment.
 class ShaderOrigins
 {
 public:
-    /// Makes room for so many entries, so that they come quicker.
-    void Reserve(std::size_t count) { _origins.reserve(count); }
-
     void Set(const ShaderNode& node, ShaderOrigin origin) { _origins[&node] = std::move(origin); }
 
     const ShaderOrigin& Of(const ShaderNode& node) const

@@ -1,7 +1,11 @@
 #include "mox/program/StandInNames.h"
 
+#include "mox/Identifier.h"
 #include "mox/program/CgNames.h"
 #include "mox/shader/ShaderNode.h"
+
+#include <cstddef>
+#include <string_view>
 
 namespace Mox::Host {
 
@@ -34,7 +38,7 @@ StandInNames::StandInNames(const MaterialGraph& graph, ProblemList& problems)
     for (const auto& node : nodes)
         standIns.emplace(node.Name(), "");
     for (auto& [name, standIn] : standIns) {
-        standIn = names.Claim(name);
+        standIn = names.Claim("MoxStandIn"); // unlike any name of a parameter that a plug-in makes
         _originals.emplace(standIn, name);
     }
     _renamed.reserve(nodes.size());
@@ -51,15 +55,24 @@ StandInNames::~StandInNames()
         node.NameProperty()->Text.swap(name);
 }
 
-std::string StandInNames::Translate(std::string message) const
+std::string StandInNames::OriginalOf(const std::string& name) const
 {
-    for (const auto& [standIn, name] : _originals) {
-        const std::string quoted = "\"" + standIn + "\"";
-        for (std::size_t at = message.find(quoted); at != std::string::npos;
-             at = message.find(quoted, at + name.size()))
-            message.replace(at + 1, standIn.size(), name);
-    }
-    return message;
+    const auto original = _originals.find(name);
+    return original == _originals.end() ? std::string() : original->second;
+}
+
+std::string StandInNames::Translate(const std::string& message) const
+{
+    std::string text;
+    std::size_t copied = 0;
+    ForEachWord(message, [&](std::string_view word, std::size_t at) {
+        const auto original = _originals.find(std::string(word));
+        if (original == _originals.end())
+            return;
+        text += message.substr(copied, at - copied) + original->second;
+        copied = at + word.size();
+    });
+    return text + message.substr(copied);
 }
 
 } // namespace Mox::Host

@@ -12,8 +12,10 @@
 
 namespace Mox::Host {
 
-/// While it lives, nodes whose binding names are no Cg names bear stand-ins that are, since a node
-/// refuses to make a parameter of such a name. No two names share a stand-in.
+/// While it exists, nodes whose binding names are not Cg names have stand-ins for names, since a
+/// node refuses to make a parameter of such a name. Each name has a stand-in of its own, which is
+/// not the name of any other binding. Nodes may refer to others for their names, so all are renamed
+/// at once.
 class StandInNames : private boost::noncopyable
 {
 public:
@@ -21,11 +23,11 @@ public:
     StandInNames(const MaterialGraph& graph, ProblemList& problems);
     ~StandInNames();
 
-    /// From a stand-in to the name that it stands for.
-    const std::map<std::string, std::string>& Originals() const { return _originals; }
+    /// The name that a stand-in stands for; empty for any other name.
+    std::string OriginalOf(const std::string& name) const;
 
     /// A message of a node with the names that its author knows.
-    std::string Translate(std::string message) const;
+    std::string Translate(const std::string& message) const;
 
 private:
     std::map<std::string, std::string> _originals;

@@ -66,7 +66,7 @@ TEST(ProgramCompiler, WritesEveryTarget)
 TEST(ProgramCompiler, TextAndParametersMustMeet)
 {
     CgProgram program = ReadProgram("painted");
-    std::erase_if(program.Parameters,
+    std::erase_if(program.Plan.Parameters,
                   [](const auto& p) { return p.Name == "world" || p.Name == "rampTexture"; });
     const std::string internal = "error compile: test.xml: internal error of the compiler, ";
     EXPECT_EQ(ErrorsOf(program),
@@ -226,7 +226,7 @@ CgProgram ProgramWithNames(ParameterKind kind, const std::vector<std::string>& n
                 "{\n\tcolour = pow( interpolant0, 2 )*lerp( 1, interpolant0, 0.5 ) + ",
                 fragmentSum, ";\n}\n"));
     for (std::size_t i = 0; i < names.size(); ++i)
-        program.Parameters[i].Name = names[i];
+        program.Plan.Parameters[i].Name = names[i];
     return program;
 }
 
@@ -246,9 +246,9 @@ TEST(ProgramCompiler, ParametersMayBeCalledAnything)
                 if (kind == ParameterKind::VertexStream && program.Stage == ProgramStage::Fragment)
                     continue;
                 std::set<std::string> distinct;
-                for (const std::string& name : names) {
-                    const std::string& there = program.Names.at(name);
-                    EXPECT_NE(program.Bytes.find(there), std::string::npos) << name;
+                for (const std::string& there : program.Names) {
+                    EXPECT_FALSE(there.empty());
+                    EXPECT_NE(program.Bytes.find(there), std::string::npos) << there;
                     distinct.insert(there);
                 }
                 EXPECT_EQ(distinct.size(), names.size());
@@ -268,11 +268,53 @@ TEST(ProgramCompiler, NamesStayWhereTheLanguageAllows)
         if (program.Stage == ProgramStage::Vertex)
             continue;
         text += Compose(GetTargetName(program.Target), ":");
-        for (const std::string& name : names)
-            text += " " + program.Names.at(name);
+        for (const std::string& name : program.Names)
+            text += " " + name;
         text += "\n";
     }
     ExpectGolden("compile/names.txt", text);
+}
+
+/// A constant and a vertex stream of one name, a binding called like a uniform of the environment,
+/// and two names that become one when they are made safe.
+TEST(ProgramCompiler, EqualNamesAreDifferentParameters)
+{
+    ProblemList problems;
+    const CgProgram program = BuildMaterial(MaterialFromText(R"(
+        paint CoreConstant; Name=paint
+        uv CoreUv; Name=paint
+        map CoreTexture; Name=map
+        light CoreConstant; Name=lightDirection
+        two words CoreConstant; Name=light Colour
+        sum CoreMaths; Function=Addition
+        sum2 CoreMaths; Function=Addition
+        sum3 CoreMaths; Function=Addition
+        surface Surface
+        uv.read -> map.in_uv
+        map.out_colour -> sum.in_value1
+        paint.read -> sum.in_value2
+        sum.out_value -> sum2.in_value1
+        light.read -> sum2.in_value2
+        sum2.out_value -> sum3.in_value1
+        two words.read -> sum3.in_value2
+        sum3.out_value -> surface.in_colour
+    )"),
+                                            problems);
+    const CompiledProgram result = CompileAndRecheck(ProgramCompiler(), program);
+    std::string text = FormatProblems(problems);
+    for (std::size_t i = 0; i < result.Parameters.size(); ++i) {
+        const ProgramParameter& parameter = result.Parameters[i];
+        text += Compose(parameter.IsBinding ? "binding" : "environment", " \"", parameter.Name,
+                        "\": ", parameter.CgName);
+        for (const TargetProgram& target : result.Programs) {
+            if (!target.Names[i].empty())
+                text += Compose(", ", GetTargetName(target.Target), " ", target.Names[i]);
+        }
+        text += "\n";
+    }
+    const std::string reflection = FormatReflection(result);
+    ExpectGolden("compile/equal_names.txt",
+                 text + reflection.substr(0, reflection.find("\"targets\"")));
 }
 
 TEST(ProgramCompiler, SameBytesEveryTime)

@@ -63,7 +63,7 @@ StageProgram MakeStage(const std::string& text)
             node = match[1];
         else if (line.empty())
             node.clear();
-        stage.LineNodes.push_back(node);
+        stage.Lines.push_back({node});
     }
     return stage;
 }
@@ -75,8 +75,8 @@ CgProgram MakeProgram(const std::string& vertex, const std::string& fragment)
     CgProgram program;
     program.Vertex = MakeStage(vertex);
     program.Fragment = MakeStage(fragment);
-    CollectParameters(vertex, true, program.Parameters);
-    CollectParameters(fragment, false, program.Parameters);
+    CollectParameters(vertex, true, program.Plan.Parameters);
+    CollectParameters(fragment, false, program.Plan.Parameters);
     return program;
 }
 

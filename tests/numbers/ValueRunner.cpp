@@ -41,9 +41,9 @@ PluginNode MakeNode(const std::string& type, const Place& where)
 }
 
 /// A resolved graph in which feeds read the streams of their names.
-MaterialGraph MakeGraph(const std::string& material, ProblemList& problems)
+MaterialGraph MakeGraph(const MaterialDocument& material, ProblemList& problems)
 {
-    MaterialGraph graph = LoadMaterial(MaterialFromText(material), NodeMaker(MakeNode), problems);
+    MaterialGraph graph = LoadMaterial(material, NodeMaker(MakeNode), problems);
     std::vector<std::string> feeds;
     for (const GraphNode& node : graph.Nodes()) {
         if (dynamic_cast<const FeedNode*>(node.Gui.Handle().get()))
@@ -115,9 +115,10 @@ std::vector<Numbers> ValueRunner::Evaluate(const std::string& material, const Ru
                               2.0f * (row + y) / static_cast<float>(rows) - 1.0f});
         }
     }
-    std::vector<std::uint32_t> indices(places.size());
-    std::iota(indices.begin(), indices.end(), 0u);
-    std::vector<Numbers> pixels = Draw(material, vertices, indices, caseColumns, rows);
+    Image image{std::vector<std::uint32_t>(places.size()), caseColumns, rows};
+    std::iota(image.Indices.begin(), image.Indices.end(), 0u);
+    std::vector<Numbers> pixels = Draw(MaterialFromText(material), _environment,
+                                       StageChoice::Copies::HandedOn, vertices, image);
     pixels.resize(count);
     return pixels;
 }
@@ -125,30 +126,40 @@ std::vector<Numbers> ValueRunner::Evaluate(const std::string& material, const Ru
 std::vector<Numbers> ValueRunner::DrawOnGrid(const std::string& material, const RunInputs& inputs,
                                              const GridSize& grid)
 {
+    return DrawMaterial(MaterialFromText(material), _environment, StageChoice::Copies::HandedOn,
+                        inputs, grid);
+}
+
+std::vector<Numbers> ValueRunner::DrawMaterial(const MaterialDocument& material,
+                                               const Environment& environment,
+                                               StageChoice::Copies copies, const RunInputs& inputs,
+                                               const GridSize& grid)
+{
     RunInputs vertices = inputs;
     std::vector<Numbers>& places = vertices.Streams[positionStream];
     for (const auto& [x, y] : GridPlaces(grid.Squares))
         places.push_back({2.0f * x - 1.0f, 2.0f * y - 1.0f});
-    std::vector<std::uint32_t> indices;
+    Image image{{}, grid.Pixels, grid.Pixels};
     for (std::uint32_t y = 0; y < grid.Squares; ++y) {
         for (std::uint32_t x = 0; x < grid.Squares; ++x) {
             const std::uint32_t corner = y * (grid.Squares + 1) + x;
             const std::uint32_t above = corner + grid.Squares + 1;
-            indices.insert(indices.end(),
-                           {corner, corner + 1, above, above, corner + 1, above + 1});
+            image.Indices.insert(image.Indices.end(),
+                                 {corner, corner + 1, above, above, corner + 1, above + 1});
         }
     }
-    return Draw(material, vertices, indices, grid.Pixels, grid.Pixels);
+    return Draw(material, environment, copies, vertices, image);
 }
 
-std::vector<Numbers> ValueRunner::Draw(const std::string& material, const RunInputs& inputs,
-                                       const std::vector<std::uint32_t>& indices,
-                                       std::uint32_t width, std::uint32_t height)
+std::vector<Numbers> ValueRunner::Draw(const MaterialDocument& material,
+                                       const Environment& environment, StageChoice::Copies copies,
+                                       const RunInputs& inputs, const Image& image)
 {
     ProblemList problems;
     const MaterialGraph graph = MakeGraph(material, problems);
     problems.ThrowFirstError();
-    const CgProgram program = BuildMaterialProgram(graph, _environment, {}, problems);
+    const CgProgram program =
+        WriteCg(PlanMaterialProgram(graph, environment, copies, problems), {});
     problems.ThrowFirstError();
     const CompiledProgram compiled =
         _compiler.Compile(program, {CompileTarget::Spirv}, "test.xml", problems);
@@ -163,13 +174,13 @@ std::vector<Numbers> ValueRunner::Draw(const std::string& material, const RunInp
     for (const StageVariable& input : compiled.Vertex.Inputs)
         call.Streams.push_back(MakeStream(input, inputs));
     call.Textures = MakeTextures(compiled, inputs);
-    call.Uniforms = FillUniforms(compiled, &bindings, {}, problems);
+    call.Uniforms = FillUniforms(compiled, &bindings, inputs.Scene, problems);
     problems.ThrowFirstError();
-    call.Indices = indices;
+    call.Indices = image.Indices;
     call.State.TestsDepth = false;
     call.State.WritesDepth = false;
     call.State.WritesAlpha = true;
-    return FloatTarget(_device, width, height).Draw(call);
+    return FloatTarget(_device, image.Width, image.Height).Draw(call);
 }
 
 std::vector<std::array<float, 2>> GridPlaces(std::uint32_t squares)

@@ -2,7 +2,10 @@
 
 #include "mox/compile/ProgramCompiler.h"
 #include "mox/decode/TextureImage.h"
+#include "mox/document/MaterialDocument.h"
+#include "mox/preview/Scene.h"
 #include "mox/program/Environment.h"
+#include "mox/program/StageChoice.h"
 #include "tests/numbers/FloatTarget.h"
 
 #include <map>
@@ -16,6 +19,7 @@ struct RunInputs
     std::map<std::string, std::vector<Numbers>> Streams; ///< all of one length
     std::map<std::string, std::string> Values;           ///< of bindings, as in documents
     std::map<std::string, Mox::Host::TextureImage> Textures;
+    Mox::Host::UniformValues Scene = {}; ///< what the environment reads
 };
 
 /// A grid of squares, each of two triangles, that fills the image.
@@ -49,15 +53,29 @@ public:
     std::vector<Numbers> DrawOnGrid(const std::string& material, const RunInputs& inputs,
                                     const GridSize& grid);
 
+    /// What the colour output of another environment gets at each pixel.
+    std::vector<Numbers> DrawMaterial(const Mox::Host::MaterialDocument& material,
+                                      const Mox::Host::Environment& environment,
+                                      Mox::Host::StageChoice::Copies copies,
+                                      const RunInputs& inputs, const GridSize& grid);
+
     const std::vector<std::string>& ValidationMessages() const
     {
         return _device.ValidationMessages();
     }
 
 private:
-    std::vector<Numbers> Draw(const std::string& material, const RunInputs& inputs,
-                              const std::vector<std::uint32_t>& indices, std::uint32_t width,
-                              std::uint32_t height);
+    struct Image
+    {
+        std::vector<std::uint32_t> Indices;
+        std::uint32_t Width;
+        std::uint32_t Height;
+    };
+
+    std::vector<Numbers> Draw(const Mox::Host::MaterialDocument& material,
+                              const Mox::Host::Environment& environment,
+                              Mox::Host::StageChoice::Copies copies, const RunInputs& inputs,
+                              const Image& image);
 
     Mox::Host::VulkanDevice _device;
     Mox::Host::ProgramCompiler _compiler;

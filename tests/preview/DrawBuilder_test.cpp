@@ -21,8 +21,9 @@ TEST(DrawBuilder, IntegersTakeAnyFloat)
                                                    {-INFINITY, -2147483648}};
     for (const auto& [value, whole] : rows) {
         CompiledProgram program;
-        program.Vertex.Block =
-            UniformBlock{"block", 0, 4, {{"n", {ComponentType::Int, 1, 1, 1}, 0, 4, 0, 0}}};
+        const ShaderType integer(ComponentType::Int, 1, 1, 1);
+        program.Parameters = {{ParameterKind::Uniform, "n", "n", integer, {}, false, true, false}};
+        program.Vertex.Block = UniformBlock{"block", 0, 4, {{0, "n", integer, 0, 4, 0, 0}}};
         ProblemList problems;
         const auto blocks = FillUniforms(program, nullptr, {{"n", {value}}}, problems);
         std::int32_t written = 1;

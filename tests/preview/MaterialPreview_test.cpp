@@ -204,6 +204,29 @@ TEST_F(MaterialPreviewTest, PixelsAreThoseOfTheFile)
     EXPECT_GT(checked, 60);
 }
 
+TEST_F(MaterialPreviewTest, BindingsMayHaveNamesOfTheEnvironment)
+{
+    const auto draw = [&](const std::string& names) {
+        std::istringstream words("mesh=sphere");
+        std::string complaint;
+        std::istringstream values(names);
+        std::string tint, stream;
+        values >> tint >> stream;
+        return Draw(Compose("tint CoreConstant; Default Colour=0.9 0.4 0.2; Name=", tint,
+                            "\ncoordinates CoreUv; Name=", stream,
+                            "\nparts CoreSwizzle; Vector Type=Uv\nsurface Surface\n"
+                            "coordinates.read -> parts.in_vec\n"
+                            "parts.out_x -> surface.in_emission\n"
+                            "tint.read -> surface.in_colour\n"),
+                    words, complaint)
+            .Pixels;
+    };
+    const auto plain = draw("tint uv0");
+    EXPECT_EQ(draw("lightDirection uv0"), plain);
+    EXPECT_EQ(draw("skyColour normal"), plain);
+    EXPECT_EQ(draw("position position"), plain);
+}
+
 TEST_F(MaterialPreviewTest, EveryExampleIsDrawn)
 {
     for (const std::filesystem::path& file : ExampleDocuments()) {

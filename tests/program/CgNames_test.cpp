@@ -1,4 +1,5 @@
 #include "mox/program/CgNames.h"
+#include "mox/program/ReservedWords.h"
 #include "mox/shader/ShaderNode.h"
 #include "tests/support/Session.h"
 
@@ -13,7 +14,7 @@ TEST(CgNames, EveryTextBecomesALegalName)
     ExpectSession("program/names.txt", [](const std::string& text) {
         const std::string name = ToSafeCgName(text);
         EXPECT_TRUE(ShaderNode::IsValidCgName(name));
-        EXPECT_FALSE(IsReservedCgWord(name));
+        EXPECT_FALSE(IsReservedWord(name, ProgramLanguage::Cg));
         return name + "\n";
     });
     EXPECT_EQ(ToSafeCgName(""), "_");

@@ -37,7 +37,7 @@ std::string Describe(const MaterialDocument& document, const ProgramOptions& opt
     std::string text = FormatProblems(problems);
     if (problems.HasErrors())
         return text;
-    for (const ProgramParameter& parameter : program.Parameters)
+    for (const ProgramParameter& parameter : program.Plan.Parameters)
         text += Compose("// ", parameter.IsBinding ? "binding" : "environment", " \"",
                         parameter.Name, "\": ", parameter.CgName, "\n");
     return Compose(text, program.Vertex.Text, "// ---- fragment\n", program.Fragment.Text);
@@ -76,7 +76,7 @@ TEST(MaterialProgram, OfMaterialsWithAPoint)
         const std::string golden = "program/materials/" + entry.path().stem().string() + ".cg";
         ExpectGolden(golden, Describe(MaterialFromText(ReadText(entry.path()))));
     }
-    EXPECT_EQ(count, 13);
+    EXPECT_EQ(count, 17);
 }
 
 TEST(MaterialProgram, HasANodeForEveryLineThatOneWrote)
@@ -85,13 +85,13 @@ TEST(MaterialProgram, HasANodeForEveryLineThatOneWrote)
     const CgProgram program = Build(MaterialFromText(tinted), problems);
     for (const StageProgram* stage : {&program.Vertex, &program.Fragment}) {
         const auto lines = std::count(stage->Text.begin(), stage->Text.end(), '\n');
-        EXPECT_EQ(stage->LineNodes.size(), static_cast<std::size_t>(lines));
+        EXPECT_EQ(stage->Lines.size(), static_cast<std::size_t>(lines));
     }
     const auto position = program.Fragment.Text.find("out_value = in_value1 * in_value2");
     ASSERT_NE(position, std::string::npos);
     const auto line = std::count(program.Fragment.Text.begin(),
                                  program.Fragment.Text.begin() + static_cast<long>(position), '\n');
-    EXPECT_EQ(program.Fragment.LineNodes[static_cast<std::size_t>(line)], "tinted");
+    EXPECT_EQ(program.Fragment.Lines[static_cast<std::size_t>(line)].Node, "tinted");
 }
 
 TEST(MaterialProgram, TextHangsOnTheMeaningOnly)

@@ -1,5 +1,7 @@
-#include "mox/compile/ReservedWords.h"
+#include "mox/program/ReservedWords.h"
 
+#include <algorithm>
+#include <iterator>
 #include <set>
 #include <sstream>
 #include <string>
@@ -25,6 +27,31 @@ Words Split(const char* text)
     for (std::string word; stream >> word;)
         words.insert(word);
     return words;
+}
+
+/// A parameter with the name of a function would be legal, but not every compiler tells them apart.
+const Language& Cg()
+{
+    static const Language language{
+        Split(R"(
+asm asm_fragment auto bool break case cast catch char class column_major compile const const_cast
+continue decl default delete discard do double dword dynamic_cast else emit enum explicit extern
+false fixed float for friend get goto half if in inline inout int interface long main matrix
+mutable namespace new operator out packed pass pixelfragment pixelshader private protected public
+register reinterpret_cast return row_major sampler sampler1D sampler2D sampler3D samplerCUBE
+samplerRECT sampler_state shared short signed sizeof static static_cast string struct switch
+technique template texture texture1D texture2D texture3D textureCUBE textureRECT this throw true
+try typedef typeid typename uniform union unsigned using varying vector vertexfragment vertexshader
+virtual void volatile while
+abs acos all any asin atan atan2 bitCount bitfieldExtract bitfieldInsert bitfieldReverse ceil clamp
+clip cos cosh cross ddx ddy degrees determinant distance dot exp exp2 faceforward findLSB findMSB
+floatToIntBits floatToRawIntBits floor fmod frac frexp fwidth intBitsToFloat inverse isfinite isinf
+isnan ldexp length lerp lit log log10 log2 max min modf mul normalize pack pack_2half pack_2ushort
+pack_4byte pack_4ubyte pow radians reflect refract round rsqrt saturate sign sin sincos sinh
+smoothstep sqrt step tan tanh transpose trunc unpack unpack_2half unpack_2ushort unpack_4byte
+unpack_4ubyte)"),
+        Split("bool char double fixed float half int long short unsigned")};
+    return language;
 }
 
 const Language& Hlsl()
@@ -125,16 +152,20 @@ using vec vertex virtual void volatile wchar_t while xor xor_eq)"),
     return language;
 }
 
-const Language& LanguageOf(CompileTarget target)
+const Language& LanguageOf(ProgramLanguage language)
 {
-    switch (target) {
-    case CompileTarget::Hlsl:
+    switch (language) {
+    case ProgramLanguage::Cg:
+        return Cg();
+    case ProgramLanguage::Hlsl:
         return Hlsl();
-    case CompileTarget::Msl:
+    case ProgramLanguage::Msl:
         return Msl();
-    default:
-        return Glsl();
+    case ProgramLanguage::Glsl:
+    case ProgramLanguage::Essl:
+        break;
     }
+    return Glsl();
 }
 
 /// "float4x4" and "float3" as "float".
@@ -153,27 +184,71 @@ std::string_view WithoutDimensions(std::string_view name)
     return name;
 }
 
-bool HasReservedForm(std::string_view name, CompileTarget target)
+bool IsDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+/// The size of a vector.
+bool IsSize(char c)
+{
+    return c >= '1' && c <= '4';
+}
+
+/// A texture read with its precision, width and variant: "tex2D", "h4texCUBEproj".
+bool IsTextureRead(std::string_view word)
+{
+    if (word.starts_with('f') || word.starts_with('h') || word.starts_with('x'))
+        word.remove_prefix(1);
+    if (!word.empty() && IsSize(word.front()))
+        word.remove_prefix(1);
+    for (const std::string_view read : {"tex1D", "tex2D", "tex3D", "texCUBE", "texRECT"}) {
+        if (word.starts_with(read)) {
+            word.remove_prefix(read.size());
+            return std::all_of(word.begin(), word.end(),
+                               [](char c) { return (c >= 'a' && c <= 'z') || IsDigit(c); });
+        }
+    }
+    return false;
+}
+
+/// A place of a parameter, with or without a number: "POSITION", "TEXCOORD3". A parameter of that
+/// name would be legal, but not every compiler tells the two apart.
+bool IsSemantic(std::string_view word)
+{
+    while (!word.empty() && IsDigit(word.back()))
+        word.remove_suffix(1);
+    constexpr std::string_view semantics[] = {"ATTR",     "BCOLOR",  "COLOR", "DEPTH",
+                                              "FACE",     "FOG",     "PSIZE", "POSITION",
+                                              "TEXCOORD", "TEXUNIT", "WPOS"};
+    return std::find(std::begin(semantics), std::end(semantics), word) != std::end(semantics);
+}
+
+bool HasReservedForm(std::string_view name, ProgramLanguage language)
 {
     const bool hasDoubleUnderscore = name.find("__") != name.npos;
-    switch (target) {
-    case CompileTarget::Hlsl:
+    switch (language) {
+    case ProgramLanguage::Cg:
+        return IsTextureRead(name) || IsSemantic(name);
+    case ProgramLanguage::Hlsl:
         return false;
-    case CompileTarget::Msl:
+    case ProgramLanguage::Msl:
         return hasDoubleUnderscore;
-    default:
-        return hasDoubleUnderscore || name.starts_with("gl_");
+    case ProgramLanguage::Glsl:
+    case ProgramLanguage::Essl:
+        break;
     }
+    return hasDoubleUnderscore || name.starts_with("gl_");
 }
 
 } // namespace
 
-bool IsReservedName(std::string_view name, CompileTarget target)
+bool IsReservedWord(std::string_view name, ProgramLanguage wanted)
 {
-    const Language& language = LanguageOf(target);
-    if (target == CompileTarget::Essl && EsslFunctions().contains(name))
+    const Language& language = LanguageOf(wanted);
+    if (wanted == ProgramLanguage::Essl && EsslFunctions().contains(name))
         return true;
-    return HasReservedForm(name, target) || language.Reserved.contains(name) ||
+    return HasReservedForm(name, wanted) || language.Reserved.contains(name) ||
            language.Vectors.contains(WithoutDimensions(name));
 }
 
