@@ -10,6 +10,18 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
+/// The smallest number of a record that entries with these names stand for and that has them still.
+template <class Entries, class Names, class IsTrue>
+std::optional<std::size_t> First(const Entries& entries, const Names& names, IsTrue isTrue)
+{
+    const auto [begin, end] = entries.equal_range(names);
+    for (auto entry = begin; entry != end; ++entry) {
+        if (const auto index = std::get<std::size_t>(*entry); isTrue(index))
+            return index;
+    }
+    return std::nullopt;
+}
+
 /// The numbers of the records that entries with these names stand for, as far as they are true.
 /// @param isTrue takes the number and the entry
 template <class Entries, class Names, class IsTrue>
@@ -22,6 +34,20 @@ std::vector<std::size_t> Collect(const Entries& entries, const Names& names, IsT
             found.push_back(index);
     }
     return found;
+}
+
+/// Calls use with the number and the record of a step that has a record.
+template <class Use>
+void ForContent(const DocumentStep& step, Use use)
+{
+    std::visit(
+        [&](const auto& change) {
+            if constexpr (requires { change.Content; }) {
+                if (change.Content)
+                    use(change.Index, *change.Content);
+            }
+        },
+        step);
 }
 
 /// Exchanges what a step holds with what the document holds.
@@ -53,16 +79,13 @@ IndexedDocument::IndexedDocument(MaterialDocument document) : _document(std::mov
         Enter(node.Index(), *node);
     for (auto edge = _document.Edges.begin(); edge != _document.Edges.end(); ++edge)
         Enter(edge.Index(), *edge);
+    for (auto binding = _document.Bindings.begin(); binding != _document.Bindings.end(); ++binding)
+        Enter(binding.Index(), *binding);
 }
 
 std::optional<std::size_t> IndexedDocument::FindNode(const std::string& id) const
 {
-    const auto [begin, end] = _ids.equal_range(std::tie(id));
-    const auto node = std::find_if(
-        begin, end, [&](const auto& entry) { return HasId(std::get<std::size_t>(entry), id); });
-    if (node == end)
-        return std::nullopt;
-    return std::get<std::size_t>(*node);
+    return First(_ids, std::tie(id), [&](std::size_t node) { return HasId(node, id); });
 }
 
 std::vector<std::size_t> IndexedDocument::Referrers(const std::string& id) const
@@ -94,22 +117,13 @@ std::vector<std::size_t> IndexedDocument::EdgesInto(const std::string& id,
 std::optional<std::size_t> IndexedDocument::FindBinding(const std::string& stream,
                                                         const std::string& tag) const
 {
-    const auto& bindings = _document.Bindings;
-    const auto binding =
-        std::find_if(bindings.begin(), bindings.end(), [&](const DocumentBinding& candidate) {
-            return candidate.Stream == stream && candidate.Tag == tag;
-        });
-    if (binding == bindings.end())
-        return std::nullopt;
-    return binding.Index();
+    return First(_bindings, std::tie(stream, tag),
+                 [&](std::size_t binding) { return IsOf(binding, stream, tag); });
 }
 
 void IndexedDocument::Prepare(const DocumentStep& step)
 {
-    if (const auto* node = std::get_if<RecordChange<DocumentNode>>(&step); node && node->Content)
-        Enter(node->Index, *node->Content);
-    if (const auto* edge = std::get_if<RecordChange<DocumentEdge>>(&step); edge && edge->Content)
-        Enter(edge->Index, *edge->Content);
+    ForContent(step, [this](std::size_t index, const auto& record) { Enter(index, record); });
 }
 
 void IndexedDocument::Exchange(DocumentStep& step) noexcept
@@ -119,15 +133,19 @@ void IndexedDocument::Exchange(DocumentStep& step) noexcept
 
 void IndexedDocument::Forget(const DocumentStep& done) noexcept
 {
-    if (const auto* node = std::get_if<RecordChange<DocumentNode>>(&done); node && node->Content)
-        Leave(node->Index, *node->Content);
-    if (const auto* edge = std::get_if<RecordChange<DocumentEdge>>(&done); edge && edge->Content)
-        Leave(edge->Index, *edge->Content);
+    ForContent(done, [this](std::size_t index, const auto& record) { Leave(index, record); });
 }
 
 bool IndexedDocument::HasId(std::size_t node, const std::string& id) const
 {
     return _document.Nodes.Holds(node) && _document.Nodes[node].Id == id;
+}
+
+bool IndexedDocument::IsOf(std::size_t binding, const std::string& stream,
+                           const std::string& tag) const
+{
+    return _document.Bindings.Holds(binding) && _document.Bindings[binding].Stream == stream &&
+           _document.Bindings[binding].Tag == tag;
 }
 
 bool IndexedDocument::RefersTo(std::size_t node, const std::string& id) const
@@ -167,6 +185,11 @@ void IndexedDocument::Enter(std::size_t index, const DocumentEdge& edge)
     _heads.emplace(edge.Head, edge.HeadPort, index);
 }
 
+void IndexedDocument::Enter(std::size_t index, const DocumentBinding& binding)
+{
+    _bindings.emplace(binding.Stream, binding.Tag, index);
+}
+
 void IndexedDocument::Leave(std::size_t index, const DocumentNode& node) noexcept
 {
     if (!HasId(index, node.Id))
@@ -183,6 +206,12 @@ void IndexedDocument::Leave(std::size_t index, const DocumentEdge& edge) noexcep
         Erase(_tails, std::tie(edge.Tail, index));
     if (!HasHead(index, edge.Head, edge.HeadPort))
         Erase(_heads, std::tie(edge.Head, edge.HeadPort, index));
+}
+
+void IndexedDocument::Leave(std::size_t index, const DocumentBinding& binding) noexcept
+{
+    if (!IsOf(index, binding.Stream, binding.Tag))
+        Erase(_bindings, std::tie(binding.Stream, binding.Tag, index));
 }
 
 DocumentEdit::~DocumentEdit()

@@ -37,7 +37,7 @@ public:
     std::vector<std::size_t> EdgesTo(const std::string& id) const;
     std::vector<std::size_t> EdgesInto(const std::string& id, const std::string& port) const;
 
-    /// The number of the binding of a stream and a name.
+    /// The number of the binding of a stream and a name; of several, the smallest.
     std::optional<std::size_t> FindBinding(const std::string& stream, const std::string& tag) const;
 
 private:
@@ -76,20 +76,24 @@ private:
     void Forget(const DocumentStep& done) noexcept;
 
     bool HasId(std::size_t node, const std::string& id) const;
+    bool IsOf(std::size_t binding, const std::string& stream, const std::string& tag) const;
     bool RefersTo(std::size_t node, const std::string& id) const;
     bool HasTail(std::size_t edge, const std::string& id) const;
     bool HasHead(std::size_t edge, const std::string& id, const std::string& port) const;
 
     void Enter(std::size_t index, const DocumentNode& node);
     void Enter(std::size_t index, const DocumentEdge& edge);
+    void Enter(std::size_t index, const DocumentBinding& binding);
     void Leave(std::size_t index, const DocumentNode& node) noexcept;
     void Leave(std::size_t index, const DocumentEdge& edge) noexcept;
+    void Leave(std::size_t index, const DocumentBinding& binding) noexcept;
 
     MaterialDocument _document;
     Entries<std::string> _ids;
-    Entries<std::string> _referrers;          ///< id that is referred to; nodes
-    Entries<std::string> _tails;              ///< id of the tail; edges
-    Entries<std::string, std::string> _heads; ///< id and port of the head; edges
+    Entries<std::string> _referrers;             ///< id that is referred to; nodes
+    Entries<std::string> _tails;                 ///< id of the tail; edges
+    Entries<std::string, std::string> _heads;    ///< id and port of the head; edges
+    Entries<std::string, std::string> _bindings; ///< stream and tag
 };
 
 /// One run of changes over the records of a document. Unless it is finished, it takes all of them

@@ -47,8 +47,8 @@ public:
         if (_isWaiting[node])
             return;
         _isWaiting[node] = true;
-        const std::size_t position = _order.Position(node);
-        _waiting.emplace_back(_isForward ? ~position : position, node);
+        const std::ptrdiff_t position = _order.Position(node);
+        _waiting.emplace_back(_isForward ? -position : position, node);
         std::push_heap(_waiting.begin(), _waiting.end());
     }
 
@@ -67,7 +67,7 @@ private:
     const OnlineOrder& _order;
     bool _isForward;
     std::vector<bool> _isWaiting;
-    std::vector<std::pair<std::size_t, std::size_t>> _waiting; ///< a heap: rank, node
+    std::vector<std::pair<std::ptrdiff_t, std::size_t>> _waiting; ///< a heap: rank, node
 };
 
 std::vector<std::size_t> GraphResolver::Resolve(ProblemList& problems)

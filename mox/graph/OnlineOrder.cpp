@@ -47,7 +47,6 @@ void OnlineOrder::Append(std::size_t node)
 void OnlineOrder::Assign(const std::vector<std::size_t>& order)
 {
     _position.clear();
-    _end = 0;
     for (const std::size_t node : order)
         Append(node);
 }
@@ -59,6 +58,14 @@ std::vector<std::size_t> OnlineOrder::Admit(const LinkTable& links, std::size_t 
         return {tail};
     if (_position[tail] < _position[head])
         return {};
+    if (links.In(tail).empty()) {
+        Move(tail, _front--);
+        return {};
+    }
+    if (links.Out(head).empty()) {
+        Move(head, _end++);
+        return {};
+    }
 
     Search forward(head);
     for (std::size_t done = 0; done < forward.Nodes().size(); ++done) {
@@ -94,16 +101,20 @@ std::vector<std::size_t> OnlineOrder::Admit(const LinkTable& links, std::size_t 
     std::vector<std::size_t>& followers = forward.Nodes();
     std::sort(followers.begin(), followers.end(), isAhead);
     nodes.insert(nodes.end(), followers.begin(), followers.end());
-    std::vector<std::size_t> places;
+    std::vector<std::ptrdiff_t> places;
     places.reserve(nodes.size());
     for (const std::size_t node : nodes)
         places.push_back(_position[node]);
     std::sort(places.begin(), places.end());
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
-        _moved.emplace_back(nodes[i], _position[nodes[i]]);
-        _position[nodes[i]] = places[i];
-    }
+    for (std::size_t i = 0; i < nodes.size(); ++i)
+        Move(nodes[i], places[i]);
     return {};
+}
+
+void OnlineOrder::Move(std::size_t node, std::ptrdiff_t position)
+{
+    _moved.emplace_back(node, _position[node]);
+    _position[node] = position;
 }
 
 void OnlineOrder::TakeBack() noexcept

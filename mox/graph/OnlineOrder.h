@@ -10,7 +10,8 @@ namespace Mox::Host {
 
 /// A topological order of nodes that is kept up as links come (after Pearce and Kelly): a new link
 /// that agrees with the order costs nothing, and one that does not moves only the nodes between its
-/// ends. Without recursion. Links may go without notice, since the order stays right.
+/// ends, or the tail alone to the front if no link reaches it, or the head alone to the end if no
+/// link leaves it. Without recursion. Links may go without notice, since the order stays right.
 ///
 /// What Admit has moved can be taken back until it is kept: an order that was made without a link
 /// need not obey that link, should it come back.
@@ -33,12 +34,15 @@ public:
     void TakeBack() noexcept;
 
     /// Grows along every link.
-    std::size_t Position(std::size_t node) const { return _position[node]; }
+    std::ptrdiff_t Position(std::size_t node) const { return _position[node]; }
 
 private:
-    std::vector<std::size_t> _position;                      ///< by node
-    std::size_t _end = 0;                                    ///< behind all positions
-    std::vector<std::pair<std::size_t, std::size_t>> _moved; ///< nodes and where they were
+    void Move(std::size_t node, std::ptrdiff_t position);
+
+    std::vector<std::ptrdiff_t> _position;                      ///< by node
+    std::ptrdiff_t _front = 0;                                  ///< before all positions
+    std::ptrdiff_t _end = 1;                                    ///< after all positions
+    std::vector<std::pair<std::size_t, std::ptrdiff_t>> _moved; ///< nodes and where they were
 };
 
 } // namespace Mox::Host

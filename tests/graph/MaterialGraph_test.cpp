@@ -121,8 +121,9 @@ TEST(MaterialGraph, PortsAreBuiltOnlyWhereTheyMayChange)
         EXPECT_EQ(Probe(graph, id).PortCalls, 1);
 }
 
-/// One output with very many readers must not make each further edge, or its removal, dearer.
-TEST(MaterialGraph, WideFan)
+/// Neither the readers of one output nor a chain that is built from its end make a further edge, or
+/// its removal, more expensive.
+TEST(MaterialGraph, WideFanAndLongChain)
 {
     constexpr int readers = 100000;
     MaterialGraph graph(ProbeMaker());
@@ -130,15 +131,19 @@ TEST(MaterialGraph, WideFan)
     for (int i = 0; i < readers; ++i) {
         const std::string id = std::to_string(i);
         change.Steps.emplace_back(AddNode{{id, "Probe", 0, {}, 0}, {}});
+        if (i > 0) {
+            const std::string next = std::to_string(i - 1);
+            change.Steps.emplace_back(AddEdge{{id, "out", next, "in_2", 0}, {}, {}});
+        }
         change.Steps.emplace_back(AddEdge{{"source", "out", id, "in_1", 0}, {}, {}});
     }
     graph.Apply(change);
     EXPECT_EQ(Probe(graph, "source").OutEdges.size(), static_cast<std::size_t>(readers));
     const DocumentChange inverse = graph.RemoveNode("source");
-    EXPECT_EQ(graph.Edges().size(), 0u);
+    EXPECT_EQ(graph.Edges().size(), static_cast<std::size_t>(readers - 1));
     EXPECT_FALSE(Probe(graph, "7").InputPorts[0].Connected);
     graph.Undo(inverse);
-    EXPECT_EQ(graph.Edges().size(), static_cast<std::size_t>(readers));
+    EXPECT_EQ(graph.Edges().size(), static_cast<std::size_t>(2 * readers - 1));
 }
 
 } // namespace

@@ -47,7 +47,7 @@ GraphEditor::GraphEditor(const MaterialGraph& graph, Choice choose)
 GraphChange GraphEditor::Next()
 {
     GraphChange change = NextStep();
-    while (_choose(6) == 0) {
+    while (_choose(6) == 1) {
         const GraphChange more = NextStep();
         change.Steps.insert(change.Steps.end(), more.Steps.begin(), more.Steps.end());
     }
