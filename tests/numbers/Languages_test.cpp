@@ -143,7 +143,7 @@ TEST_F(LanguagesTest, TheOtherCompilerComputesTheSame)
         for (const auto& [name, columns, index] :
              {std::tuple("place", 2, 0), std::tuple("a", 4, 1), std::tuple("b", 4, 2),
               std::tuple("c", 4, 3), std::tuple("k", 1, 4)})
-            program.Parameters.push_back(
+            program.Plan.Parameters.push_back(
                 {Host::ParameterKind::VertexStream, name, name,
                  ShaderType(ComponentType::Float, columns, 1, 1),
                  ShaderRegister(ShaderRegisterType::VertexAttribute, index), false, true, false});
