@@ -1,7 +1,7 @@
 #include "mox/preview/MeshStreams.h"
 
 #include "mox/Text.h"
-#include "mox/bindings/FloatBinding.h"
+#include "mox/bindings/FloatList.h"
 #include "mox/document/PropertyText.h"
 
 #include <glm/gtc/type_ptr.hpp>
