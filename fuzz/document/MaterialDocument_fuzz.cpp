@@ -67,8 +67,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         ClaimWrittenLoads(graph, written);
 
     ProblemList found;
-    const CgFormat proof;
-    CheckMaterial(graph, "fuzz.xml", TestEnvironment(), &proof, found);
+    const CgFormat format;
+    CheckMaterial(graph, "fuzz.xml", TestEnvironment(), &format, found);
     ClaimClear(found);
     return 0;
 }

@@ -8,16 +8,16 @@
 namespace Mox::Host {
 
 ProblemList CheckMaterial(const std::filesystem::path& file, const PluginSet& plugins,
-                          const Environment& environment, const ProgramFormat* proof)
+                          const Environment& environment, const ProgramFormat* format)
 {
     ProblemList problems;
     const MaterialGraph graph = OpenMaterial(file, plugins, problems);
-    CheckMaterial(graph, file, environment, proof, problems);
+    CheckMaterial(graph, file, environment, format, problems);
     return problems;
 }
 
 void CheckMaterial(const MaterialGraph& graph, const std::filesystem::path& file,
-                   const Environment& environment, const ProgramFormat* proof,
+                   const Environment& environment, const ProgramFormat* format,
                    ProblemList& problems)
 {
     WarnOfAwkwardNames(graph, problems);
@@ -30,8 +30,8 @@ void CheckMaterial(const MaterialGraph& graph, const std::filesystem::path& file
 
     ProblemList found;
     const CgProgram program = BuildMaterialProgram(graph, environment, {}, found);
-    if (proof && !problems.HasErrors() && !found.HasErrors())
-        WriteProgram(*proof, program, graph, file, found);
+    if (format && !problems.HasErrors() && !found.HasErrors())
+        WriteProgram(*format, program, graph, file, found);
     problems.Append(found);
     ReportFailedBindings(graph, problems);
 }

@@ -13,15 +13,15 @@ namespace Mox::Host {
 /// Finds all that can be found out about one material in one go: what keeps it from being exported,
 /// and what somebody should look at, such as two bindings of one name. The rules are listed in
 /// docs/checks.md.
-/// @param proof a format in which the programs are written to see that they can be, or null
+/// @param format a format in which the programs are written to see that they can be, or null
 ProblemList CheckMaterial(const std::filesystem::path& file, const PluginSet& plugins,
-                          const Environment& environment, const ProgramFormat* proof);
+                          const Environment& environment, const ProgramFormat* format);
 
 /// The same for a graph that has been opened.
 /// @param file from which texture files are looked for
 /// @param problems of opening the graph; takes what else is found
 void CheckMaterial(const MaterialGraph& graph, const std::filesystem::path& file,
-                   const Environment& environment, const ProgramFormat* proof,
+                   const Environment& environment, const ProgramFormat* format,
                    ProblemList& problems);
 
 } // namespace Mox::Host

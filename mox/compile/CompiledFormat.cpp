@@ -29,4 +29,11 @@ std::vector<std::string> CompiledFormat::Write(const CgProgram& program, const s
     return texts;
 }
 
+std::vector<std::string> CompileCheck::Write(const CgProgram& program, const std::string& file,
+                                             ProblemList& problems) const
+{
+    _compiler.Check(program, file, problems);
+    return {};
+}
+
 } // namespace Mox::Host

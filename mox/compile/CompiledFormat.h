@@ -22,4 +22,17 @@ private:
     std::vector<std::string> _endings;
 };
 
+/// Writes nothing and reports what does not compile, far faster than CompiledFormat does.
+class CompileCheck : public ProgramFormat
+{
+public:
+    const std::vector<std::string>& Endings() const override { return _endings; }
+    std::vector<std::string> Write(const CgProgram& program, const std::string& file,
+                                   ProblemList& problems) const override;
+
+private:
+    ProgramCompiler _compiler;
+    std::vector<std::string> _endings;
+};
+
 } // namespace Mox::Host

@@ -96,7 +96,7 @@ public:
 
     void ReportInternal(std::string_view where, const std::string& text)
     {
-        _problems.Fail(rule, Place{_file, 0, {}, {}},
+        _problems.Fail(rule, Place(_file),
                        Compose("internal error of the compiler, ", GetStageName(_stage), " stage, ",
                                where, ": ", text));
     }
@@ -132,7 +132,7 @@ private:
 
     void Report(const FrontEndMessage& message)
     {
-        Place where{_file, 0, {}, {}};
+        Place where(_file);
         const auto line = static_cast<std::size_t>(message.Line);
         if (line > 0 && line <= _program.Lines.size())
             where.Node = _program.Lines[line - 1].Node;

@@ -48,7 +48,7 @@ void CheckCode(const CgProgram& program, const std::string& file, ProblemList& p
                                        error.Where.Column, ": ", error.Message, ", in \"",
                                        WithoutIndentation(lines[line]), "\"");
             if (found.insert(node + text).second)
-                problems.Fail("code", Place{file, 0, node, {}}, text);
+                problems.Fail("code", Place(file, 0, node), text);
         }
     }
 }

@@ -136,7 +136,7 @@ private:
 
     void Feed(const EnvironmentEntry& entry, const ShaderNodeHandle& target)
     {
-        const Place where{_environment.File.string(), entry.Line, {}, {}};
+        const Place where(_environment.File.string(), entry.Line);
         CallLibrary(where, [&] {
             if (entry.Body.empty()) {
                 const ShaderNodeHandle source = FindSource(entry.Inputs.front());

@@ -83,7 +83,7 @@ ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& e
         return plan; // what only a failed node reads is not dead
     if (!plan.DeadNodes.empty() && !HasEnd(shader)) {
         problems.Warn(
-            "no-end", {graph.Document().File, 0, {}, {}},
+            "no-end", Place(graph.Document().File),
             "nothing reaches the surface: no edge leads to a node that ends the material, "
             "such as a \"Surface\" node");
         return plan; // which says it of all nodes

@@ -46,10 +46,11 @@ void Check(const CheckOptions& options, const CommonOptions& common)
     const auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()}, 1);
     const Host::PluginSet plugins = LoadPlugins(common);
     const Host::Environment environment = LoadEnvironment(options.Environment);
-    const auto proof = MakeProof();
+    const auto compileCheck = MakeCompileCheck();
     Host::ProblemList problems;
     for (const Host::MaterialFile& material : materials)
-        problems.Append(Host::CheckMaterial(material.Document, plugins, environment, proof.get()));
+        problems.Append(
+            Host::CheckMaterial(material.Document, plugins, environment, compileCheck.get()));
     std::cout << Format(problems.Problems(), options);
     if (problems.HasErrors() || (options.IsStrict && !problems.Problems().empty()))
         throw CLI::RuntimeError(failureStatus);

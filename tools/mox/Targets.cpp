@@ -5,7 +5,6 @@
 #include <algorithm>
 #ifdef MOX_HAS_COMPILER
 #include "mox/compile/CompiledFormat.h"
-#include "mox/compile/ProofFormat.h"
 #endif
 
 namespace Mox::Tool {
@@ -57,10 +56,10 @@ std::vector<std::unique_ptr<Host::ProgramFormat>> MakeFormats(const std::vector<
     return formats;
 }
 
-std::unique_ptr<Host::ProgramFormat> MakeProof()
+std::unique_ptr<Host::ProgramFormat> MakeCompileCheck()
 {
 #ifdef MOX_HAS_COMPILER
-    return std::make_unique<Host::ProofFormat>();
+    return std::make_unique<Host::CompileCheck>();
 #else
     return {};
 #endif

@@ -21,6 +21,6 @@ std::vector<std::unique_ptr<Host::ProgramFormat>>
 MakeFormats(const std::vector<std::string>& words);
 
 /// A format that shows whether programs compile; empty if no compiler is built in.
-std::unique_ptr<Host::ProgramFormat> MakeProof();
+std::unique_ptr<Host::ProgramFormat> MakeCompileCheck();
 
 } // namespace Mox::Tool
