@@ -35,6 +35,8 @@ int CountLines(std::string_view text)
 /// Whether a start tag has more than a number of attributes.
 bool IsCrowded(std::string_view tag, std::size_t mostAttributes)
 {
+    if (tag.size() < 2 * mostAttributes)
+        return false; // as nearly all: not even the quotes of so many find room
     std::size_t count = 0;
     for (std::size_t place = tag.find_first_of("\"'>");
          place != std::string_view::npos && tag[place] != '>';
