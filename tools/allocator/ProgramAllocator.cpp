@@ -1,8 +1,12 @@
 // How a program allocates that links mimalloc.
 
 #include <cstddef>
+#include <cstdlib>
+#include <exception>
 #include <mimalloc.h>
 #include <new>
+#include <string_view>
+#include <unistd.h>
 
 namespace {
 
@@ -14,10 +18,21 @@ namespace {
     return true;
 }();
 
+/// Where not even the exception finds memory, or nothing catches it yet, as before main, the
+/// runtime calls this instead of ending the program as if by a fault of its own.
+[[noreturn]] void EndWithoutMemory()
+{
+    constexpr std::string_view message = "there is not enough memory\n";
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, message.data(), message.size());
+    _exit(EXIT_FAILURE);
+}
+
 void* OrThrow(void* block)
 {
-    if (!block)
+    if (!block) {
+        std::set_terminate(EndWithoutMemory);
         throw std::bad_alloc();
+    }
     return block;
 }
 
