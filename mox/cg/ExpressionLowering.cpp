@@ -119,7 +119,7 @@ void ExpressionLowering::LowerEffect(Expression* expression)
             _hoister.Emit(_build.Make(StatementKind::Evaluate, call));
         return;
     default:
-        // A value that nobody takes is dropped, unless its computation may discard.
+        // An unused value is dropped, unless its computation may discard.
         if (Expression* value = Lower(expression); value && IsBound(*value))
             _hoister.Hoist(value, "unused");
     }

@@ -12,10 +12,10 @@ namespace Mox::Host {
 /// Builds the authoring graph of a document: creates the nodes, loads their stored properties, lets
 /// them build their ports, and lays the edges. A type that no plug-in offers becomes a placeholder.
 ///
-/// Whatever does not fit is reported with its line, and not shown; loading goes on behind it. Types
-/// and properties that are not known are warnings only.
-/// @param maker what it makes nodes from must outlive the graph
-/// @param problems takes what is wrong, as MaterialGraph::ReportProblems tells it
+/// What does not fit is reported with its line and not shown, and loading continues. Unknown types
+/// and properties are only warnings.
+/// @param maker its plug-ins must outlive the graph
+/// @param problems receives what MaterialGraph::ReportProblems reports
 MaterialGraph LoadMaterial(MaterialDocument document, NodeMaker maker, ProblemList& problems);
 
 /// The same with the nodes of plug-ins, which must outlive the graph.

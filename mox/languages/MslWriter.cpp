@@ -109,12 +109,8 @@ protected:
 
     void PutMainEnd() override
     {
-        if (Program.Outputs.empty())
-            return;
-        std::string values;
-        for (const StageSlot& output : Program.Outputs)
-            values += Compose(values.empty() ? " " : ", ", NameOf(*output.Of));
-        PutLine(Compose("return ", _outputType, "{", values, " };"));
+        if (!Program.Outputs.empty())
+            PutLine(Compose("return ", _outputType, "{ ", OutputNames(), " };"));
     }
 
     std::string TypeName(const Cg::Type& type) const override

@@ -28,6 +28,14 @@ bool IsStored(const Cg::Variable& variable)
 
 } // namespace
 
+std::string StructWriter::OutputNames() const
+{
+    std::string names;
+    for (const StageSlot& output : Program.Outputs)
+        names += Compose(names.empty() ? "" : ", ", NameOf(*output.Of));
+    return names;
+}
+
 Cg::Type StructWriter::Stored(const Cg::Type& type)
 {
     return type.HasFloats() ? type.With(Element::Float) : type;

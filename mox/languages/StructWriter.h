@@ -43,6 +43,9 @@ protected:
     /// @returns the name of the struct
     std::string PutBlockStruct(const UniformBlock& block, std::string_view separator);
 
+    /// The names of the outputs, separated by commas.
+    std::string OutputNames() const;
+
     /// The elements of a type as a block stores them: numbers as floats, bools as unsigned ints.
     static Cg::Type Stored(const Cg::Type& type);
 

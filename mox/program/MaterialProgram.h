@@ -22,11 +22,10 @@ void AppendWithLines(const ProblemList& found, const MaterialGraph& graph, Probl
 void CompleteShader(const MaterialGraph& graph, const Environment& environment,
                     GeneratedShader& shader, ProblemList& problems);
 
-/// The plan of a resolved material's programs. Nodes of which nothing reaches the surface are left
-/// out and reported as warnings, as are further ends of the material and that there is none.
-/// @param copies does not change the picture
-/// @param problems takes all that stands in the way; with an error among them the result is of no
-///        use
+/// The plan of a resolved material's programs. Nodes that do not affect the surface are left out
+/// with a warning. A material without an output node, or with more than one, is a warning too.
+/// @param copies does not change the image
+/// @param problems receives what is wrong; if there is an error among it, do not use the result
 ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& environment,
                                 StageChoice::Copies copies, ProblemList& problems);
 
