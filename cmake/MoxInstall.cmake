@@ -14,9 +14,12 @@ if(MOX_BUILD_DECODE)
 endif()
 install(TARGETS mox_materials EXPORT MoxMaterials
   LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development)
-install(TARGETS mox_core mox_surface LIBRARY DESTINATION ${MOX_PLUGIN_FOLDER} COMPONENT Runtime)
+install(TARGETS mox_core mox_library mox_surface
+  LIBRARY DESTINATION ${MOX_PLUGIN_FOLDER} COMPONENT Runtime)
+install(DIRECTORY plugins/library/nodes DESTINATION ${MOX_PLUGIN_FOLDER} COMPONENT Runtime)
 install(DIRECTORY environment DESTINATION ${MOX_DATA_FOLDER} COMPONENT Runtime)
-install(FILES mox/document/schema/material.rng DESTINATION ${MOX_DATA_FOLDER} COMPONENT Runtime)
+install(FILES mox/document/schema/material.rng mox/nodefile/schema/node.rng
+  DESTINATION ${MOX_DATA_FOLDER} COMPONENT Runtime)
 install(FILES ${PROJECT_BINARY_DIR}/help/mox.1
   DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Runtime)
 install(FILES ${PROJECT_BINARY_DIR}/help/mox.bash

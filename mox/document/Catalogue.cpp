@@ -97,7 +97,8 @@ private:
 } // namespace
 
 std::vector<CatalogueEntry> DescribeCatalogue(const PluginSet& plugins,
-                                              const std::vector<std::string>& types)
+                                              const std::vector<std::string>& types,
+                                              ProblemList& problems)
 {
     std::vector<CatalogueEntry> entries;
     const std::set<std::string> wanted(types.begin(), types.end());
@@ -105,8 +106,13 @@ std::vector<CatalogueEntry> DescribeCatalogue(const PluginSet& plugins,
     for (const Plugin& plugin : plugins.Plugins()) {
         for (const PluginType& type : plugin.Types()) {
             unknown.erase(type.TypeName);
-            if (types.empty() || wanted.contains(type.TypeName))
+            if (!types.empty() && !wanted.contains(type.TypeName))
+                continue;
+            try {
                 entries.push_back(TypeDescription(plugin, type).Describe());
+            } catch (const HostError& error) {
+                problems.Fail("node-failed", error);
+            }
         }
     }
     if (!unknown.empty())

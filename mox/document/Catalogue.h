@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mox/host/PluginSet.h"
+#include "mox/host/Problem.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -48,8 +49,10 @@ struct CatalogueEntry
 
 /// Describes the types of all plug-ins, or of those named, in the order of the plug-ins.
 /// @param types the only ones, or nothing for all
-/// @throws HostError if no plug-in offers one of them, or if a type cannot be created
+/// @param problems takes the types that cannot be created; the result lacks them
+/// @throws HostError if no plug-in offers one of them
 std::vector<CatalogueEntry> DescribeCatalogue(const PluginSet& plugins,
-                                              const std::vector<std::string>& types);
+                                              const std::vector<std::string>& types,
+                                              ProblemList& problems);
 
 } // namespace Mox::Host

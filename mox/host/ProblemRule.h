@@ -73,6 +73,12 @@ inline constexpr std::string_view problemRules[] = {
     "name-too-long",
     "not-finite",
     "code",
+    "two-helpers",
+    // node files
+    "node-file",
+    "node-twice",
+    "node-default",
+    "node-code",
     // previews
     "material",
     "preview-stream",

@@ -3,11 +3,13 @@
 #include "mox/Text.h"
 #include "mox/program/CodeCheck.h"
 #include "mox/program/EnvironmentNodes.h"
+#include "mox/program/HelperFunctions.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 namespace Mox::Host {
 
@@ -74,10 +76,13 @@ ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& e
     GeneratedShader shader;
     ProblemList found;
     CompleteShader(graph, environment, shader, found);
+    Environment surroundings = environment;
+    for (EnvironmentCode& helper : FindHelperFunctions(shader.Graph, shader.Origins, found))
+        surroundings.Code.push_back(std::move(helper));
     const bool isComplete = !found.HasErrors();
     problems.Append(found);
     found = {};
-    ProgramPlan plan = PlanProgram(shader.Graph, shader.Origins, environment, copies, found);
+    ProgramPlan plan = PlanProgram(shader.Graph, shader.Origins, surroundings, copies, found);
     AppendWithLines(found, graph, problems);
     if (!isComplete)
         return plan; // what only a failed node reads is not dead

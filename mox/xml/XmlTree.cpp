@@ -66,9 +66,14 @@ const std::string* XmlTree::Find(std::string_view attribute) const
 
 XmlTree ReadXmlTree(const std::filesystem::path& file)
 {
-    TreeBuilder builder(file.string());
+    return ParseXmlTree(file.string(), ReadFile(file));
+}
+
+XmlTree ParseXmlTree(const std::string& file, std::string_view text)
+{
+    TreeBuilder builder(file);
     ProblemList problems;
-    XmlParser(file.string(), builder, problems).Parse(ReadFile(file));
+    XmlParser(file, builder, problems).Parse(text);
     problems.ThrowFirstError();
     return builder.TakeRoot();
 }

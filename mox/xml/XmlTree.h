@@ -35,6 +35,10 @@ struct XmlTree
 /// @throws HostError if the file cannot be read or is not a well-formed document
 XmlTree ReadXmlTree(const std::filesystem::path& file);
 
+/// The same for a document in memory.
+/// @param file as it is named in messages
+XmlTree ParseXmlTree(const std::string& file, std::string_view text);
+
 /// Whether the root element of an XML file may have this name: it has it, or the file cannot be
 /// read or is not well-formed before it. Reads no further than the root's start tag, and accepts
 /// what an XmlParser refuses, such as other encodings, so that files of other programs are

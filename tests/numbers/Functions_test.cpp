@@ -1,37 +1,9 @@
-#include "mox/Text.h"
-#include "tests/numbers/NumbersTest.h"
+#include "tests/numbers/FunctionNumbers.h"
 
 #include <algorithm>
 #include <cmath>
-#include <span>
-
-using Mox::Materials::Compose;
 
 namespace {
-
-constexpr std::size_t caseCount = 768;
-constexpr std::size_t mostPorts = 5;
-
-/// What stands at the ports of a function, in their order, seen from one component of the result.
-struct Arguments
-{
-    std::array<std::array<double, 4>, mostPorts> Ports;
-    std::size_t Count;
-    std::size_t Component;
-
-    double operator[](std::size_t port) const { return Ports[port][Component]; }
-};
-
-/// A number that comes out of one rounding.
-Result Rounded(double value)
-{
-    return Expected{value, std::abs(value)};
-}
-
-Result OfScale(double scale, double value)
-{
-    return Expected{value, scale};
-}
 
 double Saturate(double x)
 {
@@ -145,21 +117,6 @@ Result VividLight(double a, double b)
     return b < 0.5 ? Burn(a, 2.0 * b) : Dodge(a, 2.0 * b - 1.0);
 }
 
-enum class Kind
-{
-    Wide,     ///< of the node's count
-    Scalar,   ///< whatever the node's count
-    Connected ///< a scalar that must have an edge
-};
-
-struct Port
-{
-    const char* Name;
-    const char* Property = ""; ///< its value without an edge; none: it is zero
-    double Default = 0.0;      ///< that the tests give the property
-    Kind Is = Kind::Wide;
-};
-
 const Port value1 = {"in_value1", "Default Value 1", 0.75};
 const Port value2 = {"in_value2", "Default Value 2", -1.5};
 const Port minimum = {"in_min", "Default Min", -0.5};
@@ -172,8 +129,6 @@ const Port test2 = {"in_test2", "Default Test 2", 0.75, Kind::Scalar};
 const Port power = {"in_power", "Default Power", 2.5, Kind::Scalar};
 const Port scale = {"in_scale", "Default Scale", 1.5};
 const Port facing = {"in_facing", "", 0.0, Kind::Connected};
-
-using Ports = std::vector<Port>;
 
 const Ports twoValues = {value1, value2};
 const Ports mixture = {value1, value2, blend};
@@ -190,15 +145,6 @@ constexpr Tolerance divided = {8.0, "a quotient of 2.5 steps before two rounding
 constexpr Tolerance smoothed = {8.0, "a cubic before the mixture"};
 constexpr Tolerance powered = {8.0, "4 steps each for the logarithm and for the exponential"};
 
-struct Function
-{
-    const char* Name;
-    Ports Inputs;
-    Tolerance Allowed;
-    Result (*Of)(const Arguments& in);
-    bool GivesScalar = false; ///< whatever the node's count
-};
-
 const Function mathsFunctions[] = {
     {"Multiply", twoValues, once, [](const Arguments& in) { return Rounded(in[0] * in[1]); }},
     {"Addition", twoValues, once, [](const Arguments& in) { return Rounded(in[0] + in[1]); }},
@@ -210,8 +156,8 @@ const Function mathsFunctions[] = {
     {"Lerp", mixture, mixed, [](const Arguments& in) { return Mix(in[0], in[1], in[2]); }},
     {"SmoothStep", mixture, smoothed, SmoothStep},
     {"Compare", {value1, value2, test1, test2}, exact, Choose},
-    {"Dot Product", twoValues, summed, DotProduct, true},
-    {"Fresnel", {facing, minimum, scale, power}, powered, Fresnel, true},
+    {"Dot Product", twoValues, summed, DotProduct, 1},
+    {"Fresnel", {facing, minimum, scale, power}, powered, Fresnel, 1},
     {"Ceil", {value1}, exact, [](const Arguments& in) { return Rounded(std::ceil(in[0])); }},
     {"Floor", {value1}, exact, [](const Arguments& in) { return Rounded(std::floor(in[0])); }},
     {"Frac", {value1}, below1, Frac},
@@ -232,123 +178,6 @@ const Function blendModes[] = {
     {"Difference", layers, once,
      [](const Arguments& in) { return Rounded(std::abs(in[0] - in[1])); }},
     {"Exclusion", layers, several, Exclusion},
-};
-
-/// A way to use a function. Ports are named by the bits of masks.
-struct Use
-{
-    std::size_t Count = 3;
-    const char* Precision = "float";
-    unsigned Connected = ~0u;
-    unsigned Narrow = 0; ///< fed with one component, whatever Count is
-    const char* Settings = "";
-};
-
-/// All counts, and inputs without edges or with fewer components than others.
-std::vector<Use> UsesOf(const Ports& ports)
-{
-    std::vector<Use> uses;
-    for (const char* precision : {"float", "half"}) {
-        for (std::size_t count = 1; count <= 4; ++count)
-            uses.push_back({count, precision});
-        uses.push_back({1, precision, 0u});
-    }
-    const auto isWide = [](const Port& port) { return port.Is == Kind::Wide; };
-    const auto wideCount = std::count_if(ports.begin(), ports.end(), isWide);
-    for (std::size_t i = 0; i < ports.size(); ++i) {
-        const unsigned port = 1u << i;
-        if (isWide(ports[i]) && wideCount == 1)
-            continue; // nothing but this one tells the count
-        uses.push_back({3, i % 2 == 0 ? "float" : "half", ~port});
-        if (isWide(ports[i]))
-            uses.push_back({3, i % 2 == 0 ? "half" : "float", ~0u, port});
-    }
-    return uses;
-}
-
-/// One function, used in one way.
-class FunctionRun
-{
-public:
-    FunctionRun(const Function& function, const Use& use, const char* type)
-        : _function(function), _use(use)
-    {
-        std::string node = Compose("node ", type, function.Name, use.Settings);
-        std::string feeds;
-        for (std::size_t i = 0; i < function.Inputs.size(); ++i) {
-            const Port& port = function.Inputs[i];
-            if (*port.Property)
-                node += Compose("; ", port.Property, "=", Show(port.Default));
-            if (!IsConnected(i))
-                continue;
-            const std::string feed = Compose("feed", i);
-            feeds += Compose(feed, " Feed:", IsNarrow(i) ? 1 : use.Count, "\n", feed,
-                             ".read -> node.", port.Name, "\n");
-            Inputs.Streams[feed] = NumbersTest::MakeValues(i + 1, caseCount);
-        }
-        Material = node + "\n" + feeds + WriteSink(use.Precision, "out_value");
-        // Now and then two inputs are the same.
-        for (std::size_t i = 0; i < caseCount && !Inputs.Streams.empty(); i += 7) {
-            for (auto& [name, values] : Inputs.Streams)
-                values[i] = Inputs.Streams.begin()->second[i];
-        }
-    }
-
-    std::size_t Width() const { return _function.GivesScalar ? 1 : _use.Count; }
-
-    Result At(std::size_t index, std::size_t component) const
-    {
-        Arguments arguments{{}, _use.Count, component};
-        for (std::size_t i = 0; i < _function.Inputs.size(); ++i) {
-            for (std::size_t c = 0; c < 4; ++c) {
-                arguments.Ports[i][c] =
-                    IsConnected(i)
-                        ? Inputs.Streams.at(Compose("feed", i))[index][IsNarrow(i) ? 0 : c]
-                        : _function.Inputs[i].Default;
-            }
-        }
-        return _function.Of(arguments);
-    }
-
-    std::string Material;
-    RunInputs Inputs;
-
-private:
-    bool IsConnected(std::size_t port) const
-    {
-        return _function.Inputs[port].Is == Kind::Connected || (_use.Connected >> port & 1u) != 0;
-    }
-
-    bool IsNarrow(std::size_t port) const
-    {
-        return _function.Inputs[port].Is != Kind::Wide || (_use.Narrow >> port & 1u) != 0;
-    }
-
-    const Function& _function;
-    const Use& _use;
-};
-
-class FunctionNumbers : public NumbersTest
-{
-protected:
-    /// @param type of the node, with the property that chooses the function
-    /// @param moreUses of every function
-    void CompareAll(const char* type, std::span<const Function> functions,
-                    const std::vector<Use>& moreUses = {}) const
-    {
-        for (const Function& function : functions) {
-            Comparison comparison(function.Name, function.Allowed);
-            std::vector<Use> uses = UsesOf(function.Inputs);
-            uses.insert(uses.end(), moreUses.begin(), moreUses.end());
-            for (const Use& use : uses) {
-                const FunctionRun run(function, use, type);
-                Compare(
-                    run.Material, run.Inputs, run.Width(),
-                    [&](std::size_t index, std::size_t at) { return run.At(index, at); },
-                    comparison);
-            }
-        }
-    }
 };
 
 TEST_F(FunctionNumbers, OfMaths)

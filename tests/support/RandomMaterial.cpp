@@ -63,7 +63,8 @@ public:
 private:
     void AddNode(std::string type)
     {
-        if (type == "CoreTexture" && ++_textures > mostTextures)
+        const bool isTexture = type == "CoreTexture" || type.starts_with("Texture");
+        if (isTexture && ++_textures > mostTextures)
             type = "CoreMaths";
         const std::string id = Compose("n", _document.Nodes.size());
         const auto node = TestPlugins().CreateNode(type).Handle();
@@ -118,6 +119,13 @@ private:
         return found == node.Properties->Index.end() ? "" : found->second->GetEnum();
     }
 
+    /// Whether the type may be that of a node file, of which any may need edges or run per
+    /// fragment.
+    static bool IsFromFile(const GuiNode& node)
+    {
+        return !node.GetType().starts_with("Core") && !node.GetType().starts_with("Surface");
+    }
+
     /// Whether a function of the node's cannot run per vertex.
     static bool RunsPerFragment(const GuiNode& node)
     {
@@ -126,7 +134,8 @@ private:
         const std::string level = WordOf(node, "Execution Level");
         if (level == "Vertex" || level == "Fragment")
             return level == "Fragment";
-        return node.GetType() == "CoreTexture" || perFragment.contains(WordOf(node, "Function"));
+        return node.GetType() == "CoreTexture" || IsFromFile(node) ||
+               perFragment.contains(WordOf(node, "Function"));
     }
 
     void Feed(GuiNode& node, DocumentNode& record)
@@ -135,7 +144,8 @@ private:
         bool isPerFragment = RunsPerFragment(node);
         std::int32_t width = 1;
         for (GuiPort& port : node.InputPorts) {
-            const bool mustBeFed = port.Name == "in_uv" || port.Name == "in_facing" ||
+            const bool mustBeFed = IsFromFile(node) || port.Name == "in_uv" ||
+                                   port.Name == "in_facing" ||
                                    (node.GetType() == "Surface" && port.Name == "in_colour");
             if (!mustBeFed && _random.Below(4) == 0)
                 continue;

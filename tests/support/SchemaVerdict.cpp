@@ -3,28 +3,32 @@
 #include <libxml/parser.h>
 #include <libxml/relaxng.h>
 
+#include <map>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
 using Schema = std::unique_ptr<xmlRelaxNG, decltype(&xmlRelaxNGFree)>;
 
-xmlRelaxNGPtr TheSchema()
+xmlRelaxNGPtr GetSchema(const std::string& file)
 {
-    static const Schema schema = [] {
-        const std::unique_ptr<xmlRelaxNGParserCtxt, decltype(&xmlRelaxNGFreeParserCtxt)> parser(
-            xmlRelaxNGNewParserCtxt(MOX_SCHEMA), xmlRelaxNGFreeParserCtxt);
-        return Schema(xmlRelaxNGParse(parser.get()), xmlRelaxNGFree);
-    }();
+    static std::map<std::string, Schema> schemas;
+    const auto known = schemas.find(file);
+    if (known != schemas.end())
+        return known->second.get();
+    const std::unique_ptr<xmlRelaxNGParserCtxt, decltype(&xmlRelaxNGFreeParserCtxt)> parser(
+        xmlRelaxNGNewParserCtxt(file.c_str()), xmlRelaxNGFreeParserCtxt);
+    Schema schema(xmlRelaxNGParse(parser.get()), xmlRelaxNGFree);
     if (!schema)
-        throw std::logic_error("the schema of material documents is none");
-    return schema.get();
+        throw std::logic_error(file + " is not a schema");
+    return schemas.emplace(file, std::move(schema)).first->second.get();
 }
 
 } // namespace
 
-bool FollowsSchema(const std::string& text)
+bool FollowsSchema(const std::string& text, const std::string& schema)
 {
     const auto ignore = [](void*, xmlErrorPtr) {};
     const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document(
@@ -34,7 +38,7 @@ bool FollowsSchema(const std::string& text)
     if (!document)
         return false;
     const std::unique_ptr<xmlRelaxNGValidCtxt, decltype(&xmlRelaxNGFreeValidCtxt)> context(
-        xmlRelaxNGNewValidCtxt(TheSchema()), xmlRelaxNGFreeValidCtxt);
+        xmlRelaxNGNewValidCtxt(GetSchema(schema)), xmlRelaxNGFreeValidCtxt);
     xmlRelaxNGSetValidStructuredErrors(context.get(), ignore, nullptr);
     return xmlRelaxNGValidateDoc(context.get(), document.get()) == 0;
 }

@@ -1,6 +1,7 @@
 #include "CatalogueFormats.h"
 #include "Commands.h"
 #include "LoadPlugins.h"
+#include "ProblemMessage.h"
 #include "mox/Text.h"
 #include "mox/document/Catalogue.h"
 #include "mox/host/File.h"
@@ -57,10 +58,17 @@ void AddCatalogueCommand(CLI::App& program, const CommonOptions& common)
     command->footer(footer);
     command->callback([=, &common] {
         const Host::PluginSet plugins = LoadPlugins(common);
-        const auto entries = Host::DescribeCatalogue(plugins, *types);
+        Host::ProblemList problems;
+        const auto entries = Host::DescribeCatalogue(plugins, *types, problems);
+        const Host::NodeFiles files(plugins);
         if (!iconFolder->empty())
             WriteIcons(entries, *iconFolder);
-        std::cout << (*isJson ? FormatCatalogueAsJson(entries) : FormatCatalogueAsTable(entries));
+        std::cout << (*isJson ? FormatCatalogueAsJson(entries, files)
+                              : FormatCatalogueAsTable(entries, files));
+        for (const Host::Problem& problem : problems.Problems())
+            std::cerr << FormatMessage(problem) << '\n';
+        if (problems.HasErrors())
+            throw CLI::RuntimeError(failureStatus);
     });
 }
 

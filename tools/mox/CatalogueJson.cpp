@@ -60,7 +60,8 @@ Json DescribeVariants(const std::vector<Host::CatalogueVariant>& variants)
     return list;
 }
 
-Json DescribeProperty(const GuiProperty& property)
+/// @param file describes the type; may be null
+Json DescribeProperty(const GuiProperty& property, const Host::NodeFile* file)
 {
     Json row = {{"name", property.Name},
                 {"kind", Host::FormatKind(property.Kind)},
@@ -70,6 +71,9 @@ Json DescribeProperty(const GuiProperty& property)
                 {"editable", property.Editable}};
     if (!property.Choices.empty())
         row["choices"] = property.Choices;
+    const Host::NodeProperty* described = file ? file->FindProperty(property.Name) : nullptr;
+    if (described && described->Range)
+        row["range"] = {described->Range->first, described->Range->second};
     return row;
 }
 
@@ -86,16 +90,19 @@ std::string FormatValueAsJson(const GuiProperty& property)
     return Format(DescribeValue(property), inOneLine);
 }
 
-std::string FormatCatalogueAsJson(const std::vector<Host::CatalogueEntry>& entries)
+std::string FormatCatalogueAsJson(const std::vector<Host::CatalogueEntry>& entries,
+                                  const Host::NodeFiles& files)
 {
     Json rows = Json::array();
     for (const Host::CatalogueEntry& entry : entries) {
+        const auto file = files.Find(entry.Type.TypeName);
         Json properties = Json::array();
         for (const auto& property : entry.Properties)
-            properties.push_back(DescribeProperty(*property));
+            properties.push_back(DescribeProperty(*property, file.get()));
         rows.push_back({{"type", entry.Type.TypeName},
                         {"label", entry.Type.Label},
                         {"library", entry.Type.Library},
+                        {"help", file ? file->Help : ""},
                         {"listed", entry.Type.Listed},
                         {"hasIcon", !entry.Type.Icon.empty()},
                         {"version", entry.Version},

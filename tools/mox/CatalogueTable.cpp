@@ -67,7 +67,8 @@ std::string FormatVariant(const Host::CatalogueVariant& variant)
     return text;
 }
 
-std::string FormatProperty(const GuiProperty& property)
+/// @param file describes the type; may be null
+std::string FormatProperty(const GuiProperty& property, const Host::NodeFile* file)
 {
     constexpr std::string_view indent = "      ";
     const std::string value =
@@ -80,6 +81,11 @@ std::string FormatProperty(const GuiProperty& property)
         for (const std::string& choice : property.Choices)
             choices += Compose(choices.empty() ? "one of: " : ", ", choice);
         text += Wrap(choices, indent);
+    }
+    const Host::NodeProperty* described = file ? file->FindProperty(property.Name) : nullptr;
+    if (described && described->Range) {
+        const auto& [low, high] = *described->Range;
+        text += Compose(indent, "from ", low, " to ", high, "\n");
     }
     if (!property.Help.empty())
         text += Wrap(property.Help, indent);
@@ -110,18 +116,21 @@ std::string FormatOverview(const std::vector<CatalogueEntry>& entries)
 
 } // namespace
 
-std::string FormatCatalogueAsTable(const std::vector<CatalogueEntry>& entries)
+std::string FormatCatalogueAsTable(const std::vector<CatalogueEntry>& entries,
+                                   const Host::NodeFiles& files)
 {
     std::string text = FormatOverview(entries);
     for (const CatalogueEntry& entry : entries) {
+        const auto file = files.Find(entry.Type.TypeName);
         text += Compose("\n", entry.Type.TypeName, "\n",
+                        file && !file->Help.empty() ? Wrap(file->Help, "  ") : "",
                         WrapAfter("  inputs   ", FormatPorts(entry.Inputs)),
                         WrapAfter("  outputs  ", FormatPorts(entry.Outputs)));
         for (const Host::CatalogueVariant& variant : entry.Variants)
             text += FormatVariant(variant);
         text += "\n";
         for (const auto& property : entry.Properties)
-            text += FormatProperty(*property);
+            text += FormatProperty(*property, file.get());
     }
     return text;
 }

@@ -4,6 +4,7 @@
 #include "Targets.h"
 #include "mox/batch/MaterialFiles.h"
 #include "mox/check/MaterialCheck.h"
+#include "mox/check/NodeFileCheck.h"
 #include "mox/check/ProblemReport.h"
 
 #include <iostream>
@@ -14,12 +15,14 @@ namespace {
 
 constexpr const char* footer =
     R"(A folder stands for every material in it and below. All problems of a
-material are found in one go. The exit status is 1 if there is an error, or
+material are found in one go. With --nodes, the node files of those folders
+are checked too, and need no material. The exit status is 1 if there is an error, or
 with --strict a warning, and 0 otherwise.
 
 Examples:
   mox check rim.xml
   mox check materials --strict
+  mox check --nodes nodes
   mox check materials --sarif >problems.sarif
 )";
 
@@ -43,11 +46,14 @@ std::string Format(const std::vector<Host::Problem>& problems, const CheckOption
 
 void Check(const CheckOptions& options, const CommonOptions& common)
 {
+    if (options.Files.empty() && common.NodeFolders.empty())
+        throw CLI::RequiredError("FILE");
     const auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()}, 1);
     const Host::PluginSet plugins = LoadPlugins(common);
     const Host::Environment environment = LoadEnvironment(options.Environment);
     const auto compileCheck = MakeCompileCheck();
     Host::ProblemList problems;
+    Host::CheckNodeFiles(common.NodeFolders, plugins, environment, problems);
     for (const Host::MaterialFile& material : materials)
         problems.Append(
             Host::CheckMaterial(material.Document, plugins, environment, compileCheck.get()));
@@ -62,9 +68,7 @@ void AddCheckCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand("check", "Find all problems of materials");
     const auto options = std::make_shared<CheckOptions>();
-    command->add_option("FILE", options->Files, "Material documents and folders")
-        ->type_name("")
-        ->required();
+    command->add_option("FILE", options->Files, "Material documents and folders")->type_name("");
     auto* json = command->add_flag("--json", options->IsJson, "A list for programs");
     command->add_flag("--sarif", options->IsSarif, "A SARIF log for build systems and code review")
         ->excludes(json);

@@ -13,6 +13,7 @@ constexpr int signalStatus = 128; ///< plus the number of the signal that ended 
 struct CommonOptions
 {
     std::vector<std::string> PluginFolders; ///< searched before the default one
+    std::vector<std::string> NodeFolders;   ///< with node files, searched before all others
 };
 
 /// Each adds one subcommand with its options; the work runs as the subcommand's callback. A

@@ -1,30 +1,44 @@
 #include "LoadPlugins.h"
 
+#include "mox/host/SearchPath.h"
+#include "mox/nodefile/NodeFolders.h"
+
 #include <cstdlib>
 #include <set>
-#include <sstream>
+#include <system_error>
 
 namespace Mox::Tool {
 
 namespace {
 
-std::vector<std::string> SplitPath(const char* path)
+/// Puts the folders of the option before those of the environment variable, where the plug-in for
+/// node files looks for them.
+/// @throws Host::HostError if one of all these is not a folder
+void SetNodePath(const CommonOptions& common)
 {
-    std::vector<std::string> folders;
-    std::istringstream stream(path ? path : "");
-    for (std::string folder; std::getline(stream, folder, ':');) {
-        if (!folder.empty())
-            folders.push_back(folder);
+    std::vector<std::string> folders = common.NodeFolders;
+    for (const std::string& folder : Host::ReadSearchPath(Host::nodePathVariable))
+        folders.push_back(folder);
+    std::string path;
+    for (const std::string& folder : folders) {
+        std::error_code error;
+        if (!std::filesystem::is_directory(folder, error)) {
+            throw Host::HostError(Host::Place(folder),
+                                  "is not a folder that can be searched for node files");
+        }
+        path += (path.empty() ? "" : ":") + folder;
     }
-    return folders;
+    if (!common.NodeFolders.empty())
+        setenv(Host::nodePathVariable, path.c_str(), true);
 }
 
 } // namespace
 
 Host::PluginSet LoadPlugins(const CommonOptions& common)
 {
+    SetNodePath(common);
     std::vector<std::string> folders = common.PluginFolders;
-    for (const std::string& folder : SplitPath(std::getenv("MOX_PLUGIN_PATH")))
+    for (const std::string& folder : Host::ReadSearchPath("MOX_PLUGIN_PATH"))
         folders.push_back(folder);
     folders.push_back(Host::DefaultPluginFolder().string());
 

@@ -15,6 +15,7 @@ namespace {
 constexpr const char* footer = R"(Environment:
   MOX_PLUGIN_PATH  Folders with plug-ins, separated by colons; searched behind those of --plugins and
                    before the one that belongs to the program.
+  MOX_NODE_PATH    Folders with node files, likewise; searched after those of --nodes.
 
 Exit status:
   0  All went well.
@@ -63,6 +64,12 @@ int RunProgram(int argc, char** argv)
     program
         .add_option("--plugins", common.PluginFolders,
                     "Folder with plug-ins, besides the one that belongs to the program; may be "
+                    "given several times")
+        ->type_name("DIR")
+        ->allow_extra_args(false);
+    program
+        .add_option("--nodes", common.NodeFolders,
+                    "Folder with node files, besides the one that belongs to the program; may be "
                     "given several times")
         ->type_name("DIR")
         ->allow_extra_args(false);

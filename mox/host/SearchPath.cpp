@@ -1,0 +1,22 @@
+#include "mox/host/SearchPath.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <string_view>
+
+namespace Mox::Host {
+
+std::vector<std::string> ReadSearchPath(const char* variable)
+{
+    std::vector<std::string> folders;
+    const char* value = std::getenv(variable);
+    for (std::string_view rest = value ? value : ""; !rest.empty();) {
+        const std::size_t end = std::min(rest.find(':'), rest.size());
+        if (end > 0)
+            folders.emplace_back(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return folders;
+}
+
+} // namespace Mox::Host

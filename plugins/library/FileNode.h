@@ -1,0 +1,41 @@
+#pragma once
+
+#include "mox/authoring/GuiNode.h"
+#include "mox/nodefile/NodeFile.h"
+#include "mox/shader/ShaderFunctionBuilder.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// A node whose properties, ports and code are those of a file.
+class FileNode : public Mox::Materials::GuiNode
+{
+public:
+    explicit FileNode(std::shared_ptr<const Mox::Host::NodeFile> file);
+    ~FileNode() override;
+
+    void UpdatePorts(const boost::shared_ptr<void>& hostContext) override;
+
+    /// The value of the title's property; else the name if it names a binding; else the label.
+    std::string GetTitle() override;
+
+    /// @throws ShaderError if a port that must have an edge has none
+    void GenerateShader(ShaderGraphGenerator& generator) override;
+    bool HasBinding() override;
+    void CreateBindings(const boost::shared_ptr<Mox::Materials::Material>& material) override;
+
+private:
+    /// Parameters that feed inputs of the function, by the names of the inputs.
+    using Feeds = std::vector<std::pair<std::string, ShaderNodeHandle>>;
+
+    Mox::Host::NodeSettings Settings() const;
+    void DeclareProperty(const Mox::Host::NodeProperty& property);
+    void AddInput(const Mox::Host::NodeInput& input, ShaderGraphGenerator& generator,
+                  ShaderFunctionBuilder& builder, Feeds& feeds);
+    void AddConstant(const Mox::Host::NodeInput& input, ShaderFunctionBuilder& builder);
+    ShaderLevel ChooseLevel(const Mox::Host::NodeSettings& settings) const;
+
+    const std::shared_ptr<const Mox::Host::NodeFile> _file;
+};
