@@ -3,6 +3,7 @@
 #include "mox/Text.h"
 
 #include <algorithm>
+#include <ranges>
 
 using Mox::Materials::Compose;
 
@@ -53,7 +54,12 @@ public:
             const std::string feed = Compose("feed", i);
             feeds +=
                 Compose(feed, " Feed:", WidthOf(i), "\n", feed, ".read -> node.", port.Name, "\n");
-            Inputs.Streams[feed] = NumbersTest::MakeValues(i + 1, caseCount);
+            std::vector<Numbers>& values = Inputs.Streams[feed];
+            values = NumbersTest::MakeValues(i + 1, caseCount);
+            if (port.Is == Kind::Colour) {
+                for (float& component : std::views::join(values))
+                    component = std::abs(component);
+            }
         }
         Material = node + "\n" + feeds + WriteSink(use.Precision, output);
         // Now and then two inputs are the same.
@@ -97,6 +103,7 @@ private:
         case Kind::Pair:
             return 2;
         case Kind::Vector:
+        case Kind::Colour:
             return 3;
         default:
             return 1;

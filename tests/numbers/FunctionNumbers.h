@@ -38,7 +38,8 @@ enum class Kind
     Scalar,    ///< whatever the node's count
     Connected, ///< a scalar that must have an edge
     Pair,      ///< of two components, likewise
-    Vector     ///< of three components, likewise
+    Vector,    ///< of three components, likewise
+    Colour     ///< a vector without negative components
 };
 
 struct Port
