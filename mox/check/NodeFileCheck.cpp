@@ -255,26 +255,20 @@ private:
                 return false;
             }
         }
-        bool isOffered = false;
-        for (const Plugin& plugin : _plugins.Plugins()) {
-            for (const PluginType& type : plugin.Types()) {
-                if (type.TypeName != file.TypeName)
-                    continue;
-                if (type.Library != file.Library || type.Label != file.Label) {
-                    _problems.Fail("node-twice", Place(name),
-                                   Compose("the plug-in ", plugin.File().filename().string(),
-                                           " has the type \"", file.TypeName, "\" already"));
-                    return false;
-                }
-                isOffered = true;
-            }
-        }
-        if (!isOffered) {
+        const Plugin* supplier = _plugins.FindSupplier(file.TypeName);
+        if (!supplier) {
             _problems.Fail("node-file", Place(name),
                            Compose("no plug-in offers the type \"", file.TypeName,
                                    "\": the start tag has references, or begins too late"));
+            return false;
         }
-        return isOffered;
+        if (!supplier->OffersNodeFiles()) {
+            _problems.Fail("node-twice", Place(name),
+                           Compose("the plug-in ", supplier->File().filename().string(),
+                                   " has the type \"", file.TypeName, "\" already"));
+            return false;
+        }
+        return true;
     }
 
     void CheckCompiled(const NodeFile& file)

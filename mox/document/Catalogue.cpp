@@ -1,5 +1,6 @@
 #include "mox/document/Catalogue.h"
 
+#include "mox/Text.h"
 #include "mox/document/PropertyText.h"
 #include "mox/host/LibraryCall.h"
 
@@ -108,6 +109,15 @@ std::vector<CatalogueEntry> DescribeCatalogue(const PluginSet& plugins,
             unknown.erase(type.TypeName);
             if (!types.empty() && !wanted.contains(type.TypeName))
                 continue;
+            const Plugin* supplier = plugins.FindSupplier(type.TypeName);
+            if (plugin.OffersNodeFiles() && !supplier->OffersNodeFiles()) {
+                problems.Warn("node-twice", Place(plugin.File().string()),
+                              Materials::Compose("a node file of the type \"", type.TypeName,
+                                                 "\" is not used, since the plug-in ",
+                                                 supplier->File().filename().string(),
+                                                 " has this type"));
+                continue;
+            }
             try {
                 entries.push_back(TypeDescription(plugin, type).Describe());
             } catch (const HostError& error) {

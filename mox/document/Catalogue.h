@@ -49,7 +49,8 @@ struct CatalogueEntry
 
 /// Describes the types of all plug-ins, or of those named, in the order of the plug-ins.
 /// @param types the only ones, or nothing for all
-/// @param problems takes the types that cannot be created; the result lacks them
+/// @param problems takes the types that cannot be created, and node files whose types another
+///        plug-in supplies; the result lacks both
 /// @throws HostError if no plug-in offers one of them
 std::vector<CatalogueEntry> DescribeCatalogue(const PluginSet& plugins,
                                               const std::vector<std::string>& types,

@@ -101,6 +101,11 @@ bool Plugin::Offers(const std::string& typeName) const
                        [&](const PluginType& type) { return type.TypeName == typeName; });
 }
 
+bool Plugin::OffersNodeFiles() const
+{
+    return _file.stem() == "mox_library";
+}
+
 PluginNode Plugin::CreateNode(const std::string& typeName, const Place& where) const
 {
     boost::shared_ptr<GuiNode> node;

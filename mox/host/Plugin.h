@@ -53,6 +53,9 @@ public:
 
     bool Offers(const std::string& typeName) const;
 
+    /// Whether this is the plug-in mox_library, whose node types are files.
+    bool OffersNodeFiles() const;
+
     /// A new node that keeps the library loaded.
     /// @param where the place of the node in its document, for failures
     /// @throws HostError if the factory cannot create the type or returns nothing

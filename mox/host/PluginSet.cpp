@@ -9,9 +9,16 @@
 
 namespace Mox::Host {
 
-void PluginSet::Load(const std::filesystem::path& file)
+const Plugin& PluginSet::Load(const std::filesystem::path& file)
 {
-    _plugins.emplace_back(file);
+    const auto loaded = _plugins.emplace(_plugins.end(), file);
+    if (!loaded->OffersNodeFiles()) {
+        const auto nodeFiles = std::find_if(_plugins.begin(), loaded, [](const Plugin& plugin) {
+            return plugin.OffersNodeFiles();
+        });
+        _plugins.splice(nodeFiles, _plugins, loaded);
+    }
+    return *loaded;
 }
 
 void PluginSet::LoadFolder(const std::filesystem::path& folder)
@@ -31,13 +38,18 @@ void PluginSet::LoadFolder(const std::filesystem::path& folder)
         Load(file);
 }
 
+const Plugin* PluginSet::FindSupplier(const std::string& typeName) const
+{
+    const auto supplier = std::find_if(_plugins.begin(), _plugins.end(), [&](const Plugin& plugin) {
+        return plugin.Offers(typeName);
+    });
+    return supplier == _plugins.end() ? nullptr : &*supplier;
+}
+
 PluginNode PluginSet::CreateNode(const std::string& typeName, const Place& where) const
 {
-    for (const Plugin& plugin : _plugins) {
-        if (plugin.Offers(typeName))
-            return plugin.CreateNode(typeName, where);
-    }
-    return {};
+    const Plugin* supplier = FindSupplier(typeName);
+    return supplier ? supplier->CreateNode(typeName, where) : PluginNode();
 }
 
 HostError UnknownType(const std::string& type)

@@ -10,19 +10,25 @@
 namespace Mox::Host {
 
 /// The plug-ins of one host. Where two offer one type, the plug-in that was loaded first supplies
-/// it.
+/// it; but a node file never replaces a compiled type.
 class PluginSet
 {
 public:
     /// Loads one plug-in more.
+    /// @returns the plug-in, which lives as long as the set
     /// @throws HostError as Plugin does; the set does not change then
-    void Load(const std::filesystem::path& file);
+    const Plugin& Load(const std::filesystem::path& file);
 
     /// Loads every shared library of a folder, in order of their names.
     /// @throws HostError if the folder cannot be read or a library is no plug-in
     void LoadFolder(const std::filesystem::path& folder);
 
+    /// In the order in which they are asked for a type: as they were loaded, but the plug-in for
+    /// node files last.
     const std::list<Plugin>& Plugins() const { return _plugins; }
+
+    /// The plug-in that supplies a type; null if none offers it.
+    const Plugin* FindSupplier(const std::string& typeName) const;
 
     /// A new node of a type.
     /// @param where the place of the node in its document, for failures

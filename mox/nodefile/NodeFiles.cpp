@@ -15,8 +15,13 @@ NodeFiles::NodeFiles(const PluginSet& plugins)
             if (!searched.insert(std::filesystem::weakly_canonical(folder)).second)
                 continue;
             for (const NodeHead& head : ListNodeFiles(folder)) {
-                if (!head.TypeName.empty())
-                    _entries[head.TypeName].push_back({head.File, head.IsCompiled});
+                if (head.TypeName.empty())
+                    continue;
+                if (!head.IsCompiled)
+                    _definitions[head.TypeName].push_back(head.File);
+                const Plugin* supplier = plugins.FindSupplier(head.TypeName);
+                if (supplier && supplier->OffersNodeFiles() != head.IsCompiled)
+                    _descriptions.emplace(head.TypeName, head.File);
             }
         }
     }
@@ -24,11 +29,11 @@ NodeFiles::NodeFiles(const PluginSet& plugins)
 
 std::shared_ptr<const NodeFile> NodeFiles::Find(const std::string& typeName) const
 {
-    const auto entries = _entries.find(typeName);
-    if (entries == _entries.end())
+    const auto description = _descriptions.find(typeName);
+    if (description == _descriptions.end())
         return nullptr;
     try {
-        return std::make_shared<const NodeFile>(ReadNodeFile(entries->second.front().File));
+        return std::make_shared<const NodeFile>(ReadNodeFile(description->second));
     } catch (const HostError&) {
         return nullptr; // creating a node of the type reports it
     }
@@ -36,15 +41,8 @@ std::shared_ptr<const NodeFile> NodeFiles::Find(const std::string& typeName) con
 
 std::vector<std::string> NodeFiles::FilesOf(const std::string& typeName) const
 {
-    std::vector<std::string> files;
-    const auto entries = _entries.find(typeName);
-    if (entries == _entries.end())
-        return files;
-    for (const Entry& entry : entries->second) {
-        if (!entry.IsCompiled)
-            files.push_back(entry.File);
-    }
-    return files;
+    const auto files = _definitions.find(typeName);
+    return files == _definitions.end() ? std::vector<std::string>() : files->second;
 }
 
 } // namespace Mox::Host

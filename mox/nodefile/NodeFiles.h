@@ -25,13 +25,8 @@ public:
     std::vector<std::string> FilesOf(const std::string& typeName) const;
 
 private:
-    struct Entry
-    {
-        std::string File;
-        bool IsCompiled;
-    };
-
-    std::map<std::string, std::vector<Entry>> _entries; ///< by type
+    std::map<std::string, std::vector<std::string>> _definitions; ///< files, by type
+    std::map<std::string, std::string> _descriptions;             ///< file, by supplied type
 };
 
 } // namespace Mox::Host

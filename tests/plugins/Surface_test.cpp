@@ -69,7 +69,7 @@ const Types everything = {
 TEST(Surface, WhatEachTypeShowsAndWrites)
 {
     std::string text;
-    for (const auto& row : TestPlugins().Plugins().back().Types()) {
+    for (const auto& row : TestPlugins().FindSupplier("Surface")->Types()) {
         const auto node = TestPlugins().CreateNode(row.TypeName).Handle();
         EXPECT_EQ(node->GetTitle(), row.Label);
         EXPECT_FALSE(node->Name->Visible) << "it names no binding";
