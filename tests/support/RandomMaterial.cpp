@@ -16,20 +16,19 @@ using namespace Mox::Materials;
 
 namespace {
 
-/// All types but the ends of materials.
-const std::vector<std::string>& NodeTypes()
+/// The types but the ends of materials.
+std::vector<std::string> ListTypes(RandomTypes types)
 {
-    static const std::vector<std::string> types = [] {
-        std::vector<std::string> listed;
-        for (const Plugin& plugin : TestPlugins().Plugins()) {
-            for (const auto& row : plugin.Types()) {
-                if (row.Listed && row.TypeName != "Surface")
-                    listed.push_back(row.TypeName);
-            }
+    std::vector<std::string> listed;
+    for (const Plugin& plugin : TestPlugins().Plugins()) {
+        if (types == RandomTypes::Compiled && plugin.OffersNodeFiles())
+            continue;
+        for (const auto& row : plugin.Types()) {
+            if (row.Listed && row.TypeName != "Surface")
+                listed.push_back(row.TypeName);
         }
-        return listed;
-    }();
-    return types;
+    }
+    return listed;
 }
 
 constexpr int mostTextures = 12;
@@ -46,7 +45,7 @@ struct Source
 class RandomMaterial
 {
 public:
-    explicit RandomMaterial(std::uint32_t seed) : _random(seed)
+    RandomMaterial(std::uint32_t seed, RandomTypes types) : _random(seed), _types(ListTypes(types))
     {
         _document.File = Compose("random_", seed, ".xml");
     }
@@ -55,7 +54,7 @@ public:
     {
         AddNode("CoreUv"); // so that there is always something to read
         for (int i = 1; i < nodeCount; ++i)
-            AddNode(_random.Below(3) == 0 ? "CoreMaths" : _random.Pick(NodeTypes()));
+            AddNode(_random.Below(3) == 0 ? "CoreMaths" : _random.Pick(_types));
         AddNode("Surface");
         return std::move(_document);
     }
@@ -119,11 +118,10 @@ private:
         return found == node.Properties->Index.end() ? "" : found->second->GetEnum();
     }
 
-    /// Whether the type may be that of a node file, of which any may need edges or run per
-    /// fragment.
+    /// Whether the type is a file. Any of these may need edges or run per fragment.
     static bool IsFromFile(const GuiNode& node)
     {
-        return !node.GetType().starts_with("Core") && !node.GetType().starts_with("Surface");
+        return TestPlugins().FindSupplier(node.GetType())->OffersNodeFiles();
     }
 
     /// Whether a function of the node's cannot run per vertex.
@@ -192,6 +190,7 @@ private:
     }
 
     Random _random;
+    const std::vector<std::string> _types;
     MaterialDocument _document;
     std::vector<Source> _sources;
     int _textures = 0;
@@ -199,7 +198,7 @@ private:
 
 } // namespace
 
-MaterialDocument MakeRandomMaterial(std::uint32_t seed, int nodeCount)
+MaterialDocument MakeRandomMaterial(std::uint32_t seed, int nodeCount, RandomTypes types)
 {
-    return RandomMaterial(seed).Make(nodeCount);
+    return RandomMaterial(seed, types).Make(nodeCount);
 }
