@@ -431,6 +431,11 @@ private:
 NodeFile ReadNodeFile(const std::filesystem::path& file)
 {
     std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(file, error);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        // Reading a pipe may wait for ever.
+        throw HostError(Place(file.string()), "is not a regular file");
+    }
     const std::uintmax_t size = std::filesystem::file_size(file, error);
     if (!error && size > largestFile)
         throw HostError(Place(file.string()), "is larger than 1 MiB");
