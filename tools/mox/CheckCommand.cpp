@@ -16,8 +16,8 @@ namespace {
 constexpr const char* footer =
     R"(A folder stands for every material in it and below. All problems of a
 material are found in one go. With --nodes, the node files of those folders
-are checked too, and need no material. The exit status is 1 if there is an error, or
-with --strict a warning, and 0 otherwise.
+are checked too, and need no material. The exit status is 1 if there is an
+error, or with --strict a warning, and 0 otherwise.
 
 Examples:
   mox check rim.xml
