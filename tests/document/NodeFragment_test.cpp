@@ -46,7 +46,7 @@ TEST(NodeFragment, LoadsBackTheSame)
             EXPECT_NE(odd, fresh);
         }
     }
-    EXPECT_EQ(count, 15);
+    EXPECT_GT(count, 15) << "the compiled types, and those of node files";
 }
 
 } // namespace
