@@ -31,7 +31,8 @@ void ClaimClear(const HostError& error)
 void ClaimClosed(const ShaderNode& function)
 {
     const auto module = Mox::Cg::ReadModule(
-        Compose(FormatSignature(function.Name, function.Inputs, function.Outputs), "\n{\n", function.Code, "}\n"));
+        Compose(FormatSignature(function.Name, function.Inputs, function.Outputs), "\n{\n",
+                function.Code, "}\n"));
     Claim(!module->Errors.empty() || (module->Functions.size() == 1 && module->Uniforms.empty() &&
                                       module->Structs.empty()),
           "a body stays in its function");
