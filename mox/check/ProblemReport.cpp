@@ -2,30 +2,16 @@
 
 #include "mox/Text.h"
 #include "mox/host/Excerpt.h"
+#include "mox/json/RecordJson.h"
 
 #include <cctype>
-#include <nlohmann/json.hpp>
 #include <set>
 
 namespace Mox::Host {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Materials::Compose;
-
-constexpr int indent = 2;
-
-const char* WordOf(Severity severity)
-{
-    return severity == Severity::Error ? "error" : "warning";
-}
-
-/// JSON holds UTF-8 only; what is none in a message is replaced.
-std::string Dump(const Json& json)
-{
-    return json.dump(indent, ' ', false, Json::error_handler_t::replace) + "\n";
-}
 
 /// A path as a reference within a SARIF log, where other characters than these are escaped.
 std::string ToUri(const std::string& path)
@@ -75,8 +61,8 @@ std::string FormatProblemsAsText(const std::vector<Problem>& problems)
         Place node;
         node.Node = problem.Where.Node;
         node.Port = problem.Where.Port;
-        text += MessageLine(
-            Compose(line.Format(), WordOf(problem.Level), ": ", node.Format(), problem.Message));
+        text += MessageLine(Compose(line.Format(), GetSeverityName(problem.Level), ": ",
+                                    node.Format(), problem.Message));
         text += Compose(" [", problem.Rule, "]\n");
     }
     return text;
@@ -85,23 +71,9 @@ std::string FormatProblemsAsText(const std::vector<Problem>& problems)
 std::string FormatProblemsAsJson(const std::vector<Problem>& problems)
 {
     Json list = Json::array();
-    for (const Problem& problem : problems) {
-        const Place& place = problem.Where;
-        Json row = {{"severity", WordOf(problem.Level)}, {"rule", problem.Rule}};
-        if (!place.File.empty())
-            row["file"] = place.File;
-        if (place.Line > 0)
-            row["line"] = place.Line;
-        if (place.Column > 0)
-            row["column"] = place.Column;
-        if (!place.Node.empty())
-            row["node"] = place.Node;
-        if (!place.Port.empty())
-            row["port"] = place.Port;
-        row["message"] = problem.Message;
-        list.push_back(row);
-    }
-    return Dump(list);
+    for (const Problem& problem : problems)
+        list.push_back(ToJson(problem));
+    return FormatJsonLines(list);
 }
 
 std::string FormatProblemsAsSarif(const std::vector<Problem>& problems, const std::string& version)
@@ -111,7 +83,7 @@ std::string FormatProblemsAsSarif(const std::vector<Problem>& problems, const st
     for (const Problem& problem : problems) {
         rules.insert(problem.Rule);
         results.push_back({{"ruleId", problem.Rule},
-                           {"level", WordOf(problem.Level)},
+                           {"level", GetSeverityName(problem.Level)},
                            {"message", {{"text", problem.Message}}},
                            {"locations", Json::array({LocationOf(problem.Where)})}});
     }
@@ -120,9 +92,9 @@ std::string FormatProblemsAsSarif(const std::vector<Problem>& problems, const st
         ruleList.push_back({{"id", rule}});
     const Json driver = {{"name", "mox"}, {"version", version}, {"rules", ruleList}};
     const Json run = {{"tool", {{"driver", driver}}}, {"results", results}};
-    return Dump({{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
-                 {"version", "2.1.0"},
-                 {"runs", Json::array({run})}});
+    return FormatJsonLines({{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
+                            {"version", "2.1.0"},
+                            {"runs", Json::array({run})}});
 }
 
 } // namespace Mox::Host

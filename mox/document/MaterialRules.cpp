@@ -188,8 +188,7 @@ constexpr ElementRule::Variant streams[] = {
     {"blendweights"},
 };
 
-constexpr ElementRule propertyRule = {"property", propertyAttributes, {}, "kind", kinds};
-constexpr ElementRule::Child nodeChildren[] = {{&propertyRule, true}};
+constexpr ElementRule::Child nodeChildren[] = {{&PropertyRule, true}};
 constexpr ElementRule nodeRule = {"node", nodeAttributes, nodeChildren};
 constexpr ElementRule edgeRule = {"edge", edgeAttributes};
 constexpr ElementRule::Child nodesChildren[] = {{&nodeRule, true}};
@@ -206,6 +205,7 @@ constexpr ElementRule::Child materialChildren[] = {
 
 constexpr ElementRule DescriptionRule = {DocumentKeys::Description, descriptionAttributes};
 constexpr ElementRule RenderStateRule = {"renderState", renderStateAttributes};
+constexpr ElementRule PropertyRule = {"property", propertyAttributes, {}, "kind", kinds};
 constexpr ElementRule BindingRule = {"binding", bindingAttributes, {}, "stream", streams};
 constexpr ElementRule MaterialRule = {DocumentKeys::Material, materialAttributes, materialChildren};
 

@@ -18,6 +18,7 @@ extern const ElementRule MaterialRule;
 
 extern const ElementRule DescriptionRule;
 extern const ElementRule RenderStateRule;
+extern const ElementRule PropertyRule;
 extern const ElementRule BindingRule;
 
 } // namespace Mox::Host

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "mox/document/MaterialDocument.h"
+#include "mox/host/HostError.h"
 
+#include <cstddef>
 #include <string>
 #include <variant>
 #include <vector>
@@ -92,6 +94,15 @@ struct GraphChange
 
     /// One line for each step.
     std::string Format() const;
+};
+
+/// A change is refused because of one of its steps.
+class RefusedStep : public HostError
+{
+public:
+    RefusedStep(const HostError& cause, std::size_t step) : HostError(cause), Step(step) {}
+
+    std::size_t Step; ///< position in the change
 };
 
 } // namespace Mox::Host

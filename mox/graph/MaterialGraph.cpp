@@ -65,8 +65,13 @@ DocumentChange MaterialGraph::Apply(const GraphChange& change)
     {
         NodeStage nodes(_view, _document, _maker);
         GraphEdit steps(edit, nodes);
-        for (const GraphStep& step : change.Steps)
-            std::visit(steps, step);
+        for (std::size_t i = 0; i < change.Steps.size(); ++i) {
+            try {
+                std::visit(steps, change.Steps[i]);
+            } catch (const HostError& error) {
+                throw RefusedStep(error, i);
+            }
+        }
         EdgeStage edges(_view, _document, nodes);
         edges.EraseLost(edit);
         edges.Judge(edit.Done());

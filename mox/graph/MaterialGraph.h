@@ -62,7 +62,8 @@ public:
     ///         edge, an id that is taken, a second edge into an input, a circle of edges or
     ///         references with the whole way round, a value that a property does not take, a node
     ///         that cannot be made or cannot build its ports; nothing has changed then. What was
-    ///         wrong before is no reason.
+    ///         wrong before is no reason. It is a RefusedStep unless only all steps together do not
+    ///         fit, as with edges.
     DocumentChange Apply(const GraphChange& change);
 
     /// Takes back what has been done last, and brings back what was wrong then.

@@ -185,6 +185,19 @@ bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes)
     return true;
 }
 
+std::string ObstacleToReplacing(const std::filesystem::path& file)
+{
+    constexpr mode_t anyWriting = 0222;
+    struct stat status = {};
+    if (stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+        return {};
+    if ((status.st_mode & anyWriting) == 0 || access(file.c_str(), W_OK) != 0)
+        return "is read-only";
+    if (status.st_nlink > 1)
+        return "has other hard links, which would keep the old document";
+    return {};
+}
+
 void WriteTogether(const std::vector<FileContent>& files)
 {
     constexpr unsigned mostRounds = 12;

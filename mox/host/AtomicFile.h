@@ -61,6 +61,10 @@ private:
 /// @throws HostError as AtomicFile does
 bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes);
 
+/// What replacing a file would change besides its content, in words that follow its name: it is
+/// read-only or has other hard links. Empty if it may be replaced, or if there is no such file.
+std::string ObstacleToReplacing(const std::filesystem::path& file);
+
 /// A file and the bytes that it is to hold.
 struct FileContent
 {

@@ -15,6 +15,11 @@ bool IsError(const Problem& problem)
 
 } // namespace
 
+const char* GetSeverityName(Severity severity)
+{
+    return severity == Severity::Error ? "error" : "warning";
+}
+
 std::string Problem::Format() const
 {
     return MessageLine(Where.Format() + Message);

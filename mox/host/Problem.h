@@ -14,6 +14,9 @@ enum class Severity
     Error,   ///< the material cannot be exported as it stands
 };
 
+/// "warning" or "error".
+const char* GetSeverityName(Severity severity);
+
 /// One thing that is wrong with a material.
 struct Problem
 {

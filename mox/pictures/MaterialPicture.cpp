@@ -18,9 +18,6 @@ using Materials::Compose;
 using Materials::GuiNode;
 using Materials::GuiPort;
 
-constexpr float titleSize = 11;
-constexpr float portSize = 9;
-constexpr float smallSize = 8;
 constexpr float mutedShare = 0.25f; ///< of the background in text that is less important
 constexpr float lineShare = 0.45f;  ///< of black in lines around a background
 
@@ -84,15 +81,6 @@ std::size_t FindOrAddPort(DrawnPorts& ports, const std::string& name)
         ports.Ports.push_back({name, name, "?"});
     ports.Ports[position->second].IsConnected = true;
     return position->second;
-}
-
-std::string TitleOf(const MaterialGraph::Node& node)
-{
-    try {
-        return node.Gui.GetTitle(node.Where);
-    } catch (const HostError&) {
-        return node.Id;
-    }
 }
 
 class MaterialDrawing
@@ -223,8 +211,9 @@ private:
         return Compose("<TR><TD COLSPAN=\"3\" ALIGN=\"LEFT\"><TABLE BORDER=\"0\" CELLBORDER=\"0\" "
                        "CELLSPACING=\"0\" CELLPADDING=\"2\"><TR>",
                        DrawImage(node), "<TD ALIGN=\"LEFT\" BALIGN=\"LEFT\">",
-                       FontText(titleSize, text, Compose("<B>", title, "</B>")), "<BR/>",
-                       FontText(smallSize, muted, id), "</TD>", filler, "</TR></TABLE></TD></TR>");
+                       FontText(nodeTitleSize, text, Compose("<B>", title, "</B>")), "<BR/>",
+                       FontText(nodeSmallSize, muted, id), "</TD>", filler,
+                       "</TR></TABLE></TD></TR>");
     }
 
     std::string DrawImage(const DrawnNode& node)
@@ -257,11 +246,11 @@ private:
         const Colour muted = mark.IsProblem ? LineColourOf(mark.Level) : MutedColourOf(gui);
         const std::string pin = port.IsConnected ? "●" : "○";
         const std::string label = EscapeLabel(Shorten(port.Label, maxNameLength));
-        const std::string type = FontText(smallSize, muted, port.Type);
+        const std::string type = FontText(nodeSmallSize, muted, port.Type);
         const bool isInput = side == 'i';
         const std::string row =
-            isInput ? FontText(portSize, text, Compose(pin, " ", label, " ")) + type
-                    : type + FontText(portSize, text, Compose(" ", label, " ", pin));
+            isInput ? FontText(nodePortSize, text, Compose(pin, " ", label, " ")) + type
+                    : type + FontText(nodePortSize, text, Compose(" ", label, " ", pin));
         std::string tooltip = port.Name;
         if (mark.IsProblem && !mark.Text.empty())
             tooltip += "\n" + mark.Text;

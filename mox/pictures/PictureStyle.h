@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mox/host/Problem.h"
+#include "mox/layout/NodeShape.h"
 #include "mox/pictures/Colour.h"
 #include "mox/pictures/ProblemMarks.h"
 
@@ -12,8 +13,6 @@
 namespace Mox::Host {
 
 /// What all pictures share.
-
-constexpr std::size_t maxNameLength = 40; ///< characters of a name in a picture
 
 /// Opens a graph that grows from left to right, with the fonts and lines of all pictures.
 std::string OpenDot();

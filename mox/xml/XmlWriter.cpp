@@ -45,7 +45,8 @@ void AppendEscaped(std::string& text, std::string_view value)
     }
 }
 
-/// Whether XML can hold a text.
+} // namespace
+
 bool IsXmlText(std::string_view text)
 {
     while (!text.empty()) {
@@ -58,8 +59,6 @@ bool IsXmlText(std::string_view text)
     }
     return true;
 }
-
-} // namespace
 
 void XmlWriter::StartDocument()
 {

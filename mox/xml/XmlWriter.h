@@ -8,6 +8,10 @@
 
 namespace Mox::Host {
 
+/// Whether XML can hold a text: it is UTF-8 and has no control characters other than tabs and line
+/// ends.
+bool IsXmlText(std::string_view text);
+
 /// Writes XML in UTF-8 with one element or comment on a line, indented by two spaces. Attributes
 /// are escaped so that reading yields the same characters, line ends included; characters outside
 /// ASCII are written as they are.
@@ -17,8 +21,7 @@ public:
     void StartDocument();
     void StartElement(std::string_view name);
 
-    /// @throws HostError if XML cannot hold the value: it is not UTF-8 or has control characters
-    ///         other than tabs and line ends
+    /// @throws HostError if XML cannot hold the value
     void Attribute(std::string_view name, std::string_view value);
 
     /// Two hyphens in a row, which a comment may not have, get a space between them.

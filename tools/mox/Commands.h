@@ -18,12 +18,13 @@ struct CommonOptions
 
 /// Each adds one subcommand with its options; the work runs as the subcommand's callback. A
 /// callback that has told its failures itself throws CLI::RuntimeError with the exit status.
+void AddApplyCommand(CLI::App& program, const CommonOptions& common);
 void AddBindingsCommand(CLI::App& program, const CommonOptions& common);
 void AddCatalogueCommand(CLI::App& program, const CommonOptions& common);
 void AddCheckCommand(CLI::App& program, const CommonOptions& common);
 void AddDiffCommand(CLI::App& program, const CommonOptions& common);
 void AddExportCommand(CLI::App& program, const CommonOptions& common);
-void AddFormatCommand(CLI::App& program);
+void AddFormatCommand(CLI::App& program, const CommonOptions& common);
 void AddGraphCommand(CLI::App& program, const CommonOptions& common);
 void AddNewCommand(CLI::App& program, const CommonOptions& common);
 void AddPreviewCommand(CLI::App& program, const CommonOptions& common);

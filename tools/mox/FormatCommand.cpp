@@ -1,13 +1,16 @@
 #include "Commands.h"
+#include "LoadPlugins.h"
+#include "ReplaceDocument.h"
 #include "mox/batch/MaterialFiles.h"
 #include "mox/document/MaterialDocument.h"
+#include "mox/graph/MaterialGraph.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
 #include "mox/host/HostError.h"
+#include "mox/layout/MaterialLayout.h"
 
 #include <iostream>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <optional>
 
 namespace Mox::Tool {
 
@@ -19,10 +22,12 @@ changed value changes one line. Nothing of a document is lost. With --check
 the exit status is 1 if a document is in another form. One that cannot be read
 stops no other. A document that is read-only or has hard links is written with
 --force only: it is replaced, and the other names keep the old document.
+With --tidy the nodes also get new positions, in columns from left to right.
 
 Examples:
   mox format rim.xml
   mox format materials --check
+  mox format rim.xml --tidy
 )";
 
 struct FormatOptions
@@ -30,28 +35,25 @@ struct FormatOptions
     std::vector<std::string> Files;
     bool IsCheck = false;
     bool IsForced = false;
+    bool IsTidied = false;
 };
 
-/// @throws HostError if to replace a document changes more than what it says
-void RequireReplaceable(const std::string& file)
+/// @param plugins null if the nodes keep their positions
+std::string FormatText(const std::string& file, const Host::PluginSet* plugins)
 {
-    constexpr mode_t anyWriting = 0222;
-    struct stat status = {};
-    const Host::Place where{file};
-    if (stat(file.c_str(), &status) != 0)
-        return;
-    if ((status.st_mode & anyWriting) == 0 || access(file.c_str(), W_OK) != 0)
-        throw Host::HostError(where, "is read-only; --force replaces it all the same");
-    if (status.st_nlink > 1) {
-        throw Host::HostError(where, "has other hard links, which would keep the old document; "
-                                     "--force replaces it all the same");
-    }
+    Host::MaterialDocument document = Host::ReadMaterialDocument(file);
+    if (!plugins)
+        return Host::FormatMaterialDocument(document);
+    Host::MaterialGraph graph(std::move(document), Host::NodeMaker(*plugins));
+    graph.Apply(Host::LayOutMaterial(graph));
+    return Host::FormatMaterialDocument(graph.Document());
 }
 
 /// @returns whether the document is in the canonical form afterwards
-bool FormatDocument(const std::string& file, const FormatOptions& options)
+bool FormatDocument(const std::string& file, const FormatOptions& options,
+                    const Host::PluginSet* plugins)
 {
-    const std::string text = Host::FormatMaterialDocument(Host::ReadMaterialDocument(file));
+    const std::string text = FormatText(file, plugins);
     if (Host::ReadFile(file) == text)
         return true;
     if (options.IsCheck) {
@@ -64,13 +66,16 @@ bool FormatDocument(const std::string& file, const FormatOptions& options)
     return true;
 }
 
-void FormatDocuments(const FormatOptions& options)
+void FormatDocuments(const FormatOptions& options, const CommonOptions& common)
 {
+    std::optional<Host::PluginSet> plugins;
+    if (options.IsTidied)
+        plugins = LoadPlugins(common);
     bool isInForm = true;
     for (const Host::MaterialFile& material :
          Host::FindMaterials({options.Files.begin(), options.Files.end()}, 1)) {
         try {
-            isInForm &= FormatDocument(material.Document, options);
+            isInForm &= FormatDocument(material.Document, options, plugins ? &*plugins : nullptr);
         } catch (const Host::HostError& error) {
             std::cerr << "mox: " << error.what() << '\n';
             isInForm = false;
@@ -82,7 +87,7 @@ void FormatDocuments(const FormatOptions& options)
 
 } // namespace
 
-void AddFormatCommand(CLI::App& program)
+void AddFormatCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand("format", "Bring material documents into the one form");
     const auto options = std::make_shared<FormatOptions>();
@@ -95,8 +100,9 @@ void AddFormatCommand(CLI::App& program)
         ->add_flag("--force", options->IsForced,
                    "Also replace documents that are read-only or have other hard links")
         ->excludes(check);
+    command->add_flag("--tidy", options->IsTidied, "Also lay out the nodes anew");
     command->footer(footer);
-    command->callback([=] { FormatDocuments(*options); });
+    command->callback([=, &common] { FormatDocuments(*options, common); });
 }
 
 } // namespace Mox::Tool

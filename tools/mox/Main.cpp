@@ -76,7 +76,8 @@ int RunProgram(int argc, char** argv)
     AddExportCommand(program, common);
     AddCheckCommand(program, common);
     AddDiffCommand(program, common);
-    AddFormatCommand(program);
+    AddFormatCommand(program, common);
+    AddApplyCommand(program, common);
     AddBindingsCommand(program, common);
     AddCatalogueCommand(program, common);
 #ifdef MOX_HAS_PICTURES

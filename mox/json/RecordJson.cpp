@@ -1,0 +1,225 @@
+#include "mox/json/RecordJson.h"
+
+#include "mox/Text.h"
+#include "mox/document/MaterialRules.h"
+#include "mox/document/PropertyText.h"
+
+namespace Mox::Host {
+
+using Materials::Compose;
+
+namespace {
+
+void AddComments(Json& object, const char* name, const DocumentComments& comments)
+{
+    if (!comments.empty())
+        object[name] = comments;
+}
+
+/// Whether a comment is the same after it has been written and read.
+bool IsLastingComment(const std::string& text)
+{
+    return text.find("--") == std::string::npos && !text.starts_with('-') && !text.ends_with('-') &&
+           text.find('\r') == std::string::npos;
+}
+
+DocumentComments ReadComments(const JsonCursor& object, std::string_view name)
+{
+    DocumentComments comments;
+    const auto list = object.Find(name);
+    if (!list)
+        return comments;
+    for (const JsonCursor& item : list->Items()) {
+        comments.push_back(item.Text());
+        if (!IsLastingComment(comments.back())) {
+            item.Refuse("a comment cannot begin or end with a hyphen, nor hold two in a row or a "
+                        "carriage return");
+        }
+    }
+    return comments;
+}
+
+/// Refuses values that the element of a document could not have as its attributes.
+void RequireAttributes(const ElementRule& rule, const std::vector<XmlAttribute>& values,
+                       const JsonCursor& where)
+{
+    for (const AttributeProblem& problem : rule.Check(values))
+        where.Find(problem.Attribute).value_or(where).Refuse(problem.Message);
+}
+
+std::vector<DocumentValue> ReadValues(const JsonCursor& object)
+{
+    std::vector<DocumentValue> values;
+    for (const auto& [name, value] : object.Members())
+        values.push_back({name, value.Text()});
+    return values;
+}
+
+std::vector<DocumentValue> ReadValues(const JsonCursor& object, const ElementRule& rule)
+{
+    std::vector<DocumentValue> values = ReadValues(object);
+    std::vector<XmlAttribute> attributes;
+    for (const DocumentValue& value : values)
+        attributes.push_back({value.Name, value.Value});
+    RequireAttributes(rule, attributes, object);
+    return values;
+}
+
+} // namespace
+
+Json ToJson(const DocumentProperty& property)
+{
+    Json object = {
+        {"name", property.Name}, {"kind", FormatKind(property.Kind)}, {"value", property.Value}};
+    AddComments(object, "comments", property.Comments);
+    return object;
+}
+
+Json ToJson(const DocumentNode& node)
+{
+    Json properties = Json::array();
+    for (const DocumentProperty& property : node.Properties)
+        properties.push_back(ToJson(property));
+    Json object = {{"id", node.Id},
+                   {"type", node.Type},
+                   {"version", node.Version},
+                   {"properties", std::move(properties)}};
+    AddComments(object, "comments", node.Comments);
+    AddComments(object, "lastComments", node.LastComments);
+    return object;
+}
+
+Json ToJson(const DocumentEdge& edge)
+{
+    Json object = {{"tail", edge.Tail},
+                   {"tailPort", edge.TailPort},
+                   {"head", edge.Head},
+                   {"headPort", edge.HeadPort}};
+    AddComments(object, "comments", edge.Comments);
+    return object;
+}
+
+Json ToJson(const std::vector<DocumentValue>& values)
+{
+    Json object = Json::object();
+    for (const DocumentValue& value : values)
+        object[value.Name] = value.Value;
+    return object;
+}
+
+Json ToJson(const DocumentBinding& binding)
+{
+    Json object = {
+        {"stream", binding.Stream}, {"tag", binding.Tag}, {"values", ToJson(binding.Values)}};
+    AddComments(object, "comments", binding.Comments);
+    return object;
+}
+
+Json ToJson(const MaterialDocument& document)
+{
+    const auto listOf = [](const auto& records) {
+        Json list = Json::array();
+        for (const auto& record : records)
+            list.push_back(ToJson(record));
+        return list;
+    };
+    return {{"description", ToJson(document.Description)},
+            {"renderState", ToJson(document.RenderState)},
+            {"nodes", listOf(document.Nodes)},
+            {"edges", listOf(document.Edges)},
+            {"bindings", listOf(document.Bindings)}};
+}
+
+Json ToJson(const Problem& problem)
+{
+    const Place& place = problem.Where;
+    Json object = {{"severity", GetSeverityName(problem.Level)}, {"rule", problem.Rule}};
+    if (!place.File.empty())
+        object["file"] = place.File;
+    if (place.Line > 0)
+        object["line"] = place.Line;
+    if (place.Column > 0)
+        object["column"] = place.Column;
+    if (!place.Node.empty())
+        object["node"] = place.Node;
+    if (!place.Port.empty())
+        object["port"] = place.Port;
+    object["message"] = problem.Message;
+    return object;
+}
+
+DocumentProperty ReadProperty(const JsonCursor& object)
+{
+    DocumentProperty property;
+    property.Name = object.Member("name").Text();
+    const std::string kind = object.Member("kind").Text();
+    property.Value = object.Member("value").Text();
+    RequireAttributes(PropertyRule,
+                      {{"name", property.Name}, {"kind", kind}, {"value", property.Value}}, object);
+    property.Kind = *ParseKind(kind);
+    property.Comments = ReadComments(object, "comments");
+    return property;
+}
+
+DocumentNode ReadNode(const JsonCursor& object)
+{
+    DocumentNode node;
+    node.Id = object.Member("id").Text();
+    JsonCursor named = object;
+    named.Concern(node.Id);
+    node.Type = named.Member("type").Text();
+    node.Version = named.Member("version").Integer();
+    if (const auto properties = named.Find("properties")) {
+        for (const JsonCursor& property : properties->Items()) {
+            property.AllowOnly({"name", "kind", "value", "comments"});
+            node.Properties.push_back(ReadProperty(property));
+        }
+    }
+    node.Comments = ReadComments(named, "comments");
+    node.LastComments = ReadComments(named, "lastComments");
+    return node;
+}
+
+DocumentEdge ReadEdge(const JsonCursor& object)
+{
+    DocumentEdge edge;
+    edge.Head = object.Member("head").Text();
+    JsonCursor named = object;
+    named.Concern(edge.Head);
+    edge.HeadPort = named.Member("headPort").Text();
+    named.Concern(edge.Head, edge.HeadPort);
+    edge.Tail = named.Member("tail").Text();
+    edge.TailPort = named.Member("tailPort").Text();
+    edge.Comments = ReadComments(named, "comments");
+    return edge;
+}
+
+DocumentBinding ReadBinding(const JsonCursor& object)
+{
+    DocumentBinding binding;
+    binding.Stream = object.Member("stream").Text();
+    binding.Tag = object.Member("tag").Text();
+    if (const auto values = object.Find("values"))
+        binding.Values = ReadValues(*values);
+    std::vector<XmlAttribute> attributes = {{"stream", binding.Stream}, {"tag", binding.Tag}};
+    for (const DocumentValue& value : binding.Values) {
+        if (value.Name == "stream" || value.Name == "tag")
+            object.Refuse(Compose("the values cannot have \"", value.Name, "\" once more"));
+        attributes.push_back({value.Name, value.Value});
+    }
+    RequireAttributes(BindingRule, attributes, object);
+    binding.Comments = ReadComments(object, "comments");
+    return binding;
+}
+
+std::vector<DocumentValue> ReadDescription(const JsonCursor& object)
+{
+    return ReadValues(object, DescriptionRule);
+}
+
+std::vector<DocumentValue> ReadRenderState(const JsonCursor& object)
+{
+    return ReadValues(object, RenderStateRule);
+}
+
+} // namespace Mox::Host

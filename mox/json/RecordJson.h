@@ -1,0 +1,36 @@
+#pragma once
+
+#include "mox/document/MaterialDocument.h"
+#include "mox/host/Problem.h"
+#include "mox/json/JsonCursor.h"
+
+#include <vector>
+
+namespace Mox::Host {
+
+/// The JSON form of what a material is made of, as docs/json.md describes it. What is read has
+/// passed the rules of material documents, so that a document that holds it can be written and read
+/// again.
+
+Json ToJson(const DocumentNode& node);
+Json ToJson(const DocumentProperty& property);
+Json ToJson(const DocumentEdge& edge);
+Json ToJson(const DocumentBinding& binding);
+Json ToJson(const std::vector<DocumentValue>& values); ///< an object
+
+/// All parts of a document but for the comments that stand with none of its records.
+Json ToJson(const MaterialDocument& document);
+
+/// Severity, rule, message, and what is known of the place.
+Json ToJson(const Problem& problem);
+
+/// Read records from objects, which may have other members too.
+/// @throws HostError as JsonCursor does, also for a value that the rules of documents refuse
+DocumentNode ReadNode(const JsonCursor& object);
+DocumentProperty ReadProperty(const JsonCursor& object);
+DocumentEdge ReadEdge(const JsonCursor& object);
+DocumentBinding ReadBinding(const JsonCursor& object);
+std::vector<DocumentValue> ReadDescription(const JsonCursor& object);
+std::vector<DocumentValue> ReadRenderState(const JsonCursor& object);
+
+} // namespace Mox::Host
