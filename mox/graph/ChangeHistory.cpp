@@ -1,34 +1,91 @@
 #include "mox/graph/ChangeHistory.h"
 
+#include <algorithm>
+#include <variant>
+
 namespace Mox::Host {
 
-void ChangeHistory::Do(const GraphChange& change)
+namespace {
+
+void Collect(const DocumentChange& change, ChangedRecords& records)
 {
-    _undo.emplace_back(); // the room comes first, so that nothing fails behind the change
-    try {
-        _undo.back() = _graph.Apply(change);
-    } catch (...) {
-        _undo.pop_back();
-        throw;
+    for (const DocumentStep& step : change.Steps) {
+        if (const auto* node = std::get_if<RecordChange<DocumentNode>>(&step))
+            records.Nodes.insert(node->Index);
+        else if (const auto* edge = std::get_if<RecordChange<DocumentEdge>>(&step))
+            records.Edges.insert(edge->Index);
+        else
+            records.HasOthers = true;
     }
-    if (_undo.back().IsEmpty())
-        _undo.pop_back();
-    else
-        _redo.clear();
 }
 
-void ChangeHistory::Move(std::vector<DocumentChange>& from, std::vector<DocumentChange>& to)
+bool OnlySetsProperties(const GraphChange& change)
 {
-    if (from.empty())
-        return;
-    to.emplace_back();
+    return std::all_of(change.Steps.begin(), change.Steps.end(), [](const GraphStep& step) {
+        return std::holds_alternative<SetProperties>(step);
+    });
+}
+
+} // namespace
+
+ChangedRecords ChangeHistory::Do(const GraphChange& change, const std::string& gesture)
+{
+    // The room comes first, so that nothing fails after the change.
+    _undo.push_back({{}, change.Summary(), gesture, _lastState + 1, {}});
     try {
-        to.back() = _graph.Undo(from.back());
+        _undo.back().Inverse = _graph.Apply(change);
     } catch (...) {
-        to.pop_back();
+        _undo.pop_back();
         throw;
     }
-    from.pop_back();
+    if (_undo.back().Inverse.IsEmpty()) {
+        _undo.pop_back();
+        return {};
+    }
+    ++_lastState;
+    _redo.clear();
+    ChangedRecords records;
+    Collect(_undo.back().Inverse, records);
+    if (!gesture.empty() && OnlySetsProperties(change) && records.Edges.empty()) {
+        _undo.back().SetNodes = records.Nodes;
+        JoinLast();
+    }
+    return records;
+}
+
+/// A value that is dragged replaces the same records again and again: the oldest ones suffice.
+void ChangeHistory::JoinLast()
+{
+    if (_undo.size() < 2)
+        return;
+    const Entry& last = _undo.back();
+    Entry& before = _undo[_undo.size() - 2];
+    if (before.Gesture != last.Gesture || before.SetNodes != last.SetNodes)
+        return;
+    before.Title = last.Title;
+    before.State = last.State;
+    _undo.pop_back();
+}
+
+ChangedRecords ChangeHistory::Move(std::vector<Entry>& from, std::vector<Entry>& to)
+{
+    ChangedRecords records;
+    std::string gesture;
+    do {
+        if (from.empty())
+            break;
+        Collect(from.back().Inverse, records);
+        gesture = from.back().Gesture;
+        to.push_back({{}, from.back().Title, gesture, from.back().State, from.back().SetNodes});
+        try {
+            to.back().Inverse = _graph.Undo(from.back().Inverse);
+        } catch (...) {
+            to.pop_back();
+            throw;
+        }
+        from.pop_back();
+    } while (!gesture.empty() && !from.empty() && from.back().Gesture == gesture);
+    return records;
 }
 
 } // namespace Mox::Host

@@ -110,4 +110,16 @@ std::string GraphChange::Format() const
     return text;
 }
 
+std::string GraphChange::Summary() const
+{
+    if (Steps.empty())
+        return {};
+    const std::string first = std::visit(StepFormatter(), Steps.front());
+    std::size_t more = Steps.size() - 1;
+    if (const auto* set = std::get_if<SetProperties>(&Steps.front()); set && !set->Settings.empty())
+        more += set->Settings.size() - 1;
+    return Compose(first.substr(0, first.find('\n')),
+                   more > 0 ? Compose(" and ", more, " more") : "");
+}
+
 } // namespace Mox::Host

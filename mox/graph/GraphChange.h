@@ -94,6 +94,9 @@ struct GraphChange
 
     /// One line for each step.
     std::string Format() const;
+
+    /// The first step, and how many values or steps follow it, in a line for people.
+    std::string Summary() const;
 };
 
 /// A change is refused because of one of its steps.
