@@ -1,10 +1,11 @@
-#include "CatalogueFormats.h"
+#include "CatalogueTable.h"
 #include "Commands.h"
 #include "LoadPlugins.h"
 #include "ProblemMessage.h"
 #include "mox/Text.h"
 #include "mox/document/Catalogue.h"
 #include "mox/host/File.h"
+#include "mox/json/CatalogueJson.h"
 
 #include <filesystem>
 #include <iostream>
@@ -63,7 +64,7 @@ void AddCatalogueCommand(CLI::App& program, const CommonOptions& common)
         const Host::NodeFiles files(plugins);
         if (!iconFolder->empty())
             WriteIcons(entries, *iconFolder);
-        std::cout << (*isJson ? FormatCatalogueAsJson(entries, files)
+        std::cout << (*isJson ? Host::FormatJsonLines(Host::CatalogueToJson(entries, files))
                               : FormatCatalogueAsTable(entries, files));
         for (const Host::Problem& problem : problems.Problems())
             std::cerr << FormatMessage(problem) << '\n';

@@ -1,6 +1,8 @@
-#include "CatalogueFormats.h"
+#include "CatalogueTable.h"
+
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
+#include "mox/json/CatalogueJson.h"
 
 #include <algorithm>
 #include <array>
@@ -71,8 +73,9 @@ std::string FormatVariant(const Host::CatalogueVariant& variant)
 std::string FormatProperty(const GuiProperty& property, const Host::NodeFile* file)
 {
     constexpr std::string_view indent = "      ";
-    const std::string value =
-        property.Kind == Materials::GuiPropertyKind::Node ? "none" : FormatValueAsJson(property);
+    const std::string value = property.Kind == Materials::GuiPropertyKind::Node
+                                  ? "none"
+                                  : Host::FormatJson(Host::ValueToJson(property));
     std::string text =
         Compose("  ", Pad(property.Name + " ", 18), Pad(Host::FormatKind(property.Kind), 9), value,
                 property.Visible ? "" : "  (hidden)", property.Editable ? "" : "  (locked)", "\n");

@@ -1,18 +1,62 @@
-#include "CatalogueFormats.h"
+#include "mox/json/CatalogueJson.h"
+
 #include "mox/document/PropertyText.h"
 
-#include <nlohmann/json.hpp>
-
-namespace Mox::Tool {
+namespace Mox::Host {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-using Host::CataloguePorts;
 using Materials::GuiProperty;
 using Materials::GuiPropertyKind;
 
-Json DescribeValue(const GuiProperty& property)
+Json DescribePorts(const CataloguePorts& ports)
+{
+    Json list = Json::array();
+    for (const auto& [name, label, components, precision] : ports) {
+        Json row = {{"name", name}, {"label", label}};
+        if (components)
+            row["components"] = *components;
+        if (!precision.empty())
+            row["precision"] = precision;
+        list.push_back(row);
+    }
+    return list;
+}
+
+Json DescribeVariants(const std::vector<CatalogueVariant>& variants)
+{
+    Json list = Json::array();
+    for (const auto& [property, value, inputs, outputs] : variants) {
+        Json row = {{"property", property}, {"value", value}};
+        if (inputs)
+            row["inputs"] = DescribePorts(*inputs);
+        if (outputs)
+            row["outputs"] = DescribePorts(*outputs);
+        list.push_back(row);
+    }
+    return list;
+}
+
+/// @param file describes the type; may be null
+Json DescribeProperty(const GuiProperty& property, const NodeFile* file)
+{
+    Json row = {{"name", property.Name},
+                {"kind", FormatKind(property.Kind)},
+                {"default", ValueToJson(property)},
+                {"help", property.Help},
+                {"visible", property.Visible},
+                {"editable", property.Editable}};
+    if (!property.Choices.empty())
+        row["choices"] = property.Choices;
+    const NodeProperty* described = file ? file->FindProperty(property.Name) : nullptr;
+    if (described && described->Range)
+        row["range"] = {described->Range->first, described->Range->second};
+    return row;
+}
+
+} // namespace
+
+Json ValueToJson(const GuiProperty& property)
 {
     switch (property.Kind) {
     case GuiPropertyKind::Bool:
@@ -32,69 +76,10 @@ Json DescribeValue(const GuiProperty& property)
     return nullptr;
 }
 
-Json DescribePorts(const CataloguePorts& ports)
-{
-    Json list = Json::array();
-    for (const auto& [name, label, components, precision] : ports) {
-        Json row = {{"name", name}, {"label", label}};
-        if (components)
-            row["components"] = *components;
-        if (!precision.empty())
-            row["precision"] = precision;
-        list.push_back(row);
-    }
-    return list;
-}
-
-Json DescribeVariants(const std::vector<Host::CatalogueVariant>& variants)
-{
-    Json list = Json::array();
-    for (const auto& [property, value, inputs, outputs] : variants) {
-        Json row = {{"property", property}, {"value", value}};
-        if (inputs)
-            row["inputs"] = DescribePorts(*inputs);
-        if (outputs)
-            row["outputs"] = DescribePorts(*outputs);
-        list.push_back(row);
-    }
-    return list;
-}
-
-/// @param file describes the type; may be null
-Json DescribeProperty(const GuiProperty& property, const Host::NodeFile* file)
-{
-    Json row = {{"name", property.Name},
-                {"kind", Host::FormatKind(property.Kind)},
-                {"default", DescribeValue(property)},
-                {"help", property.Help},
-                {"visible", property.Visible},
-                {"editable", property.Editable}};
-    if (!property.Choices.empty())
-        row["choices"] = property.Choices;
-    const Host::NodeProperty* described = file ? file->FindProperty(property.Name) : nullptr;
-    if (described && described->Range)
-        row["range"] = {described->Range->first, described->Range->second};
-    return row;
-}
-
-std::string Format(const Json& json, int indent)
-{
-    return json.dump(indent, ' ', false, Json::error_handler_t::replace);
-}
-
-} // namespace
-
-std::string FormatValueAsJson(const GuiProperty& property)
-{
-    constexpr int inOneLine = -1;
-    return Format(DescribeValue(property), inOneLine);
-}
-
-std::string FormatCatalogueAsJson(const std::vector<Host::CatalogueEntry>& entries,
-                                  const Host::NodeFiles& files)
+Json CatalogueToJson(const std::vector<CatalogueEntry>& entries, const NodeFiles& files)
 {
     Json rows = Json::array();
-    for (const Host::CatalogueEntry& entry : entries) {
+    for (const CatalogueEntry& entry : entries) {
         const auto file = files.Find(entry.Type.TypeName);
         Json properties = Json::array();
         for (const auto& property : entry.Properties)
@@ -111,8 +96,7 @@ std::string FormatCatalogueAsJson(const std::vector<Host::CatalogueEntry>& entri
                         {"variants", DescribeVariants(entry.Variants)},
                         {"properties", properties}});
     }
-    constexpr int indent = 2;
-    return Format(rows, indent) + "\n";
+    return rows;
 }
 
-} // namespace Mox::Tool
+} // namespace Mox::Host
