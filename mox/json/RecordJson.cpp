@@ -130,10 +130,8 @@ Json ToJson(const MaterialDocument& document)
             {"bindings", listOf(document.Bindings)}};
 }
 
-Json ToJson(const Problem& problem)
+void AddPlace(const Place& place, Json& object)
 {
-    const Place& place = problem.Where;
-    Json object = {{"severity", GetSeverityName(problem.Level)}, {"rule", problem.Rule}};
     if (!place.File.empty())
         object["file"] = place.File;
     if (place.Line > 0)
@@ -144,6 +142,12 @@ Json ToJson(const Problem& problem)
         object["node"] = place.Node;
     if (!place.Port.empty())
         object["port"] = place.Port;
+}
+
+Json ToJson(const Problem& problem)
+{
+    Json object = {{"severity", GetSeverityName(problem.Level)}, {"rule", problem.Rule}};
+    AddPlace(problem.Where, object);
     object["message"] = problem.Message;
     return object;
 }

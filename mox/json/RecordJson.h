@@ -21,8 +21,11 @@ Json ToJson(const std::vector<DocumentValue>& values); ///< an object
 /// All parts of a document but for the comments that stand with none of its records.
 Json ToJson(const MaterialDocument& document);
 
-/// Severity, rule, message, and what is known of the place.
+/// Severity, rule, message, and the place.
 Json ToJson(const Problem& problem);
+
+/// Adds what is known of a place to an object.
+void AddPlace(const Place& place, Json& object);
 
 /// Read records from objects, which may have other members too.
 /// @throws HostError as JsonCursor does, also for a value that the rules of documents refuse

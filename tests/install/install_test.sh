@@ -20,7 +20,7 @@ for file in bin/mox libexec/mox/mox-decode lib*/libmox_materials.so lib*/libmox_
     [ -s "$file" ] || { echo "$file is missing"; exit 1; }
 done
 # A header whose library is not there helps nobody.
-for room in nodes plugin compile decode decoders pictures preview; do
+for room in nodes plugin compile decode decoders editor pictures preview; do
     [ ! -e include/mox/$room ] || { echo "the headers of $room are installed"; exit 1; }
 done
 

@@ -1,0 +1,244 @@
+#include "mox/editor/EditedDocument.h"
+
+#include "mox/Text.h"
+#include "mox/check/MaterialDiff.h"
+#include "mox/host/AtomicFile.h"
+#include "mox/host/File.h"
+
+#include <utility>
+
+namespace Mox::Host {
+
+using Materials::Compose;
+
+namespace {
+
+/// Beyond this the journal begins anew with the document as it is.
+constexpr std::size_t mostJournalBytes = 8U << 20U;
+
+MaterialDocument Parse(const std::string& name, const std::string& text)
+{
+    ProblemList problems;
+    MaterialDocument document = ParseMaterialDocument(name, text, problems);
+    problems.ThrowFirstError();
+    return document;
+}
+
+} // namespace
+
+EditedDocument::Opened::Opened(MaterialDocument document, const PluginSet& plugins)
+    : Graph(std::move(document), NodeMaker(plugins)), History(Graph), Resolver(Graph)
+{
+    ProblemList problems; // which are found anew when somebody asks for them
+    Resolver.Resolve(problems);
+}
+
+EditedDocument::EditedDocument(const std::filesystem::path& file, const PluginSet& plugins)
+    : _file(file), _plugins(plugins), _saved(ReadText()), _opened(Open(file.string(), _saved)),
+      _savedState(_opened->History.State()), _journal(file)
+{
+    FindJournal();
+}
+
+bool EditedDocument::IsUnsaved() const
+{
+    return _savedState != _opened->History.State();
+}
+
+ChangedRecords EditedDocument::Apply(const GraphChange& change, const std::string& gesture)
+{
+    RequireNoneWaiting();
+    if (!_journal.IsStarted() || _journal.Size() > mostJournalBytes)
+        _journal.Start(FormatMaterialDocument(Graph().Document()));
+    _journal.Append(change);
+    const auto takeBack = [this] {
+        _journal.TakeBack();
+        if (!IsUnsaved())
+            _journal.Remove();
+    };
+    ChangedRecords records;
+    try {
+        records = _opened->History.Do(change, gesture);
+    } catch (...) {
+        takeBack();
+        throw;
+    }
+    if (records.IsEmpty())
+        takeBack();
+    return Finish(std::move(records));
+}
+
+ChangedRecords EditedDocument::Undo()
+{
+    return Go(&ChangeHistory::Undo, &ChangeHistory::Redo);
+}
+
+ChangedRecords EditedDocument::Redo()
+{
+    return Go(&ChangeHistory::Redo, &ChangeHistory::Undo);
+}
+
+void EditedDocument::Save(bool force)
+{
+    RequireNoneWaiting();
+    if (!force && HasFileChanged()) {
+        throw HostError(Place(_file.string()),
+                        "has changed on disk since it was read; what is there would be lost");
+    }
+    const std::string obstacle = force ? "" : ObstacleToReplacing(_file);
+    if (!obstacle.empty())
+        throw HostError(Place(_file.string()), obstacle);
+    std::string text = FormatMaterialDocument(Graph().Document());
+    WriteIfChanged(_file, text);
+    _saved = std::move(text);
+    _savedState = _opened->History.State();
+    _journal.Remove();
+}
+
+std::string EditedDocument::ReadText() const
+{
+    std::error_code error;
+    const bool isMissing =
+        std::filesystem::status(_file, error).type() == std::filesystem::file_type::not_found;
+    return isMissing ? std::string() : ReadFile(_file);
+}
+
+bool EditedDocument::HasFileChanged() const
+{
+    return ReadText() != _saved;
+}
+
+std::vector<std::string> EditedDocument::CompareWithFile() const
+{
+    return DescribeDifferences(Graph().Document(), Parse(_file.string(), ReadText()), _plugins);
+}
+
+void EditedDocument::Reload()
+{
+    RequireNoneWaiting();
+    std::string text = ReadText();
+    std::unique_ptr<Opened> opened = Open(_file.string(), text);
+    _journal.Remove();
+    _saved = std::move(text);
+    Begin(std::move(opened));
+    _savedState = _opened->History.State();
+}
+
+void EditedDocument::Restore()
+{
+    if (!_waiting)
+        throw HostError(Place(_file.string()), "no earlier changes wait to be restored");
+    std::unique_ptr<Opened> opened = Replay(*_waiting);
+    _journal.Start(FormatMaterialDocument(opened->Graph.Document()));
+    _waiting.reset();
+    Begin(std::move(opened));
+    _savedState.reset();
+}
+
+void EditedDocument::Discard()
+{
+    if (!_waiting && _journalFailure.empty())
+        throw HostError(Place(_file.string()), "no earlier changes wait to be discarded");
+    _journal.Remove();
+    _waiting.reset();
+    _journalFailure.clear();
+}
+
+std::unique_ptr<EditedDocument::Opened> EditedDocument::Open(const std::string& name,
+                                                             const std::string& text) const
+{
+    if (!text.empty())
+        return std::make_unique<Opened>(Parse(name, text), _plugins);
+    MaterialDocument document;
+    document.File = name;
+    return std::make_unique<Opened>(std::move(document), _plugins);
+}
+
+/// The document that an earlier process had. A change that was refused then is refused again.
+std::unique_ptr<EditedDocument::Opened> EditedDocument::Replay(const JournalContent& content) const
+{
+    std::unique_ptr<Opened> opened = Open(_file.string(), content.Document);
+    for (const GraphChange& change : content.Changes) {
+        try {
+            opened->History.Do(change);
+        } catch (const HostError&) {
+            continue; // the process ended before it could take the change back from the journal
+        }
+    }
+    ProblemList problems;
+    opened->Resolver.Resolve(problems);
+    return opened;
+}
+
+/// Looks for what an earlier process has left. What is in the file already is not worth a question.
+void EditedDocument::FindJournal()
+{
+    try {
+        _waiting = _journal.Read();
+        if (_waiting && FormatMaterialDocument(Replay(*_waiting)->Graph.Document()) ==
+                            FormatMaterialDocument(Graph().Document()))
+            Discard();
+    } catch (const HostError& error) {
+        _waiting.reset();
+        _journalFailure = error.what();
+    }
+}
+
+void EditedDocument::RequireNoneWaiting() const
+{
+    if (_waiting || !_journalFailure.empty()) {
+        throw HostError(Place(_file.string()), "changes that were not saved earlier wait to be "
+                                               "restored or discarded");
+    }
+}
+
+/// Takes a step through the history and brings the journal to the new state, or does neither.
+ChangedRecords EditedDocument::Go(HistoryStep step, HistoryStep back)
+{
+    RequireNoneWaiting();
+    ChangedRecords records = (_opened->History.*step)();
+    if (records.IsEmpty())
+        return records;
+    try {
+        KeepState();
+    } catch (...) {
+        (_opened->History.*back)();
+        Resolve();
+        throw;
+    }
+    return Finish(std::move(records));
+}
+
+/// Brings the journal to the state of the document without telling how it came to it.
+void EditedDocument::KeepState()
+{
+    if (IsUnsaved())
+        _journal.Start(FormatMaterialDocument(Graph().Document()));
+    else
+        _journal.Remove();
+}
+
+void EditedDocument::Begin(std::unique_ptr<Opened> opened)
+{
+    _opened = std::move(opened);
+    ++_revision;
+}
+
+ChangedRecords EditedDocument::Finish(ChangedRecords records)
+{
+    if (records.IsEmpty())
+        return records;
+    ++_revision;
+    for (const std::size_t node : Resolve())
+        records.Nodes.insert(node);
+    return records;
+}
+
+/// @returns the nodes that were called
+std::vector<std::size_t> EditedDocument::Resolve()
+{
+    ProblemList problems; // which are found anew when somebody asks for them
+    return _opened->Resolver.Resolve(problems);
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "mox/editor/Journal.h"
+#include "mox/graph/ChangeHistory.h"
+#include "mox/graph/GraphResolver.h"
+#include "mox/graph/MaterialGraph.h"
+#include "mox/host/PluginSet.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Mox::Host {
+
+/// A document that is edited: its graph, its history, its file and the journal of what is not in
+/// the file yet. The graph is always resolved.
+class EditedDocument
+{
+public:
+    /// Opens a document; a file that does not exist is an empty one.
+    /// @param plugins must outlive the object
+    /// @throws HostError if the file cannot be read, or does not follow the rules of documents, so
+    ///         that saving it would lose something
+    EditedDocument(const std::filesystem::path& file, const PluginSet& plugins);
+
+    const MaterialGraph& Graph() const { return _opened->Graph; }
+    const std::filesystem::path& File() const { return _file; }
+
+    /// Grows with every change of the document, undoing included.
+    std::uint64_t Revision() const { return _revision; }
+
+    std::string UndoTitle() const { return _opened->History.UndoTitle(); }
+    std::string RedoTitle() const { return _opened->History.RedoTitle(); }
+
+    /// Whether the document is another one than that which was read or saved last.
+    bool IsUnsaved() const;
+
+    /// Changes the document and writes the change to the journal, or does neither.
+    /// @param gesture as ChangeHistory::Do has it
+    /// @returns what has changed, also by resolution; may be nothing
+    /// @throws HostError if the change does not fit, if the journal cannot be written, or if an
+    ///         earlier journal waits
+    ChangedRecords Apply(const GraphChange& change, const std::string& gesture = {});
+    ChangedRecords Undo();
+    ChangedRecords Redo();
+
+    /// Writes the document to its file and removes the journal.
+    /// @param force also replaces a file that has changed since it was read
+    /// @throws HostError if the file cannot be written, or has changed, is read-only or has other
+    ///         hard links
+    void Save(bool force);
+
+    /// What the file holds; nothing if it does not exist.
+    /// @throws HostError if it cannot be read
+    std::string ReadText() const;
+
+    /// Whether the file holds something else than when it was read or saved last.
+    bool HasFileChanged() const;
+
+    /// What the file says other than the document, in words, a line each.
+    /// @throws HostError if the file cannot be read or is not a document
+    std::vector<std::string> CompareWithFile() const;
+
+    /// Takes what the file says now. History and journal begin anew.
+    /// @throws HostError as opening does; nothing has changed then
+    void Reload();
+
+    /// The changes that an earlier process has left in the journal; until they are restored or
+    /// discarded, the document cannot be changed.
+    const std::optional<JournalContent>& Waiting() const { return _waiting; }
+
+    /// Why the journal of an earlier process cannot be read; empty if there is no such.
+    const std::string& JournalFailure() const { return _journalFailure; }
+
+    /// Brings back the document that an earlier process had, unsaved.
+    /// @throws HostError if nothing waits or it does not fit; nothing has changed then
+    void Restore();
+
+    /// Forgets what an earlier process has left.
+    void Discard();
+
+private:
+    /// None of this can be moved, as each refers to the graph.
+    struct Opened
+    {
+        Opened(MaterialDocument document, const PluginSet& plugins);
+
+        MaterialGraph Graph;
+        ChangeHistory History;
+        GraphResolver Resolver;
+    };
+
+    using HistoryStep = ChangedRecords (ChangeHistory::*)();
+
+    std::unique_ptr<Opened> Open(const std::string& name, const std::string& text) const;
+    std::unique_ptr<Opened> Replay(const JournalContent& content) const;
+    void FindJournal();
+    void RequireNoneWaiting() const;
+    ChangedRecords Go(HistoryStep step, HistoryStep back);
+    void KeepState();
+    void Begin(std::unique_ptr<Opened> opened);
+    ChangedRecords Finish(ChangedRecords records);
+    std::vector<std::size_t> Resolve();
+
+    std::filesystem::path _file;
+    const PluginSet& _plugins;
+    std::string _saved; ///< what the file held when it was read or saved last
+    std::unique_ptr<Opened> _opened;
+    std::optional<std::uint64_t> _savedState; ///< of the history; none if no state is in the file
+    std::uint64_t _revision = 0;
+    Journal _journal;
+    std::optional<JournalContent> _waiting;
+    std::string _journalFailure;
+};
+
+} // namespace Mox::Host

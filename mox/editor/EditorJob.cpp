@@ -1,0 +1,132 @@
+#include "mox/editor/EditorJob.h"
+
+#include "mox/check/MaterialCheck.h"
+#include "mox/editor/ErrorJson.h"
+#include "mox/graph/GraphResolver.h"
+#include "mox/graph/OpenMaterial.h"
+#include "mox/json/RecordJson.h"
+#include "mox/program/MaterialProgram.h"
+#include "mox/xml/XmlWriter.h"
+
+#include <utility>
+
+namespace Mox::Host {
+
+namespace {
+
+MaterialGraph Open(const MaterialDocument& document, const PluginSet& plugins,
+                   ProblemList& problems)
+{
+    MaterialGraph graph = LoadMaterial(document, plugins, problems);
+    ResolveGraph(graph, problems);
+    ReportCountConflicts(graph, problems);
+    return graph;
+}
+
+Json DescribeProblems(const ProblemList& problems)
+{
+    Json list = Json::array();
+    for (const Problem& problem : problems.Problems())
+        list.push_back(ToJson(problem));
+    return list;
+}
+
+/// A program as JSON can hold it: source as it is, and a module of SPIR-V, which begins with
+/// control characters, as hexadecimal digits.
+Json DescribeProgram(const std::string& bytes)
+{
+    if (IsXmlText(bytes))
+        return bytes;
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string text;
+    text.reserve(2 * bytes.size());
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        text += {digits[byte / 16], digits[byte % 16]};
+    }
+    return text;
+}
+
+/// The id of the node that each line of a program comes from.
+Json DescribeLines(const StageProgram& program)
+{
+    Json lines = Json::array();
+    for (const LineOrigin& line : program.Lines)
+        lines.push_back(line.Node);
+    return lines;
+}
+
+} // namespace
+
+EditorReply EditorJob::Run() const
+{
+    EditorReply answer;
+    Json reply = {{"id", _id}, {"revision", _snapshot.Revision}};
+    try {
+        if (!IsOutOfDate())
+            _work(_snapshot, reply, answer);
+    } catch (const HostError& error) {
+        reply["error"] = DescribeError(error);
+    }
+    if (IsOutOfDate()) {
+        reply = {{"id", _id}, {"revision", _snapshot.Revision}, {"outOfDate", true}};
+        answer.Pixels.clear();
+    }
+    answer.Text = FormatJson(reply);
+    return answer;
+}
+
+EditorJob::Work FindProblems(const EditorServices& services, const std::string& file)
+{
+    return [services, file](const DocumentSnapshot& snapshot, Json& reply, EditorReply&) {
+        ProblemList problems;
+        const MaterialGraph graph = Open(snapshot.Document, *services.Plugins, problems);
+        if (snapshot.IsOutOfDate())
+            return;
+        CheckMaterial(graph, file, *services.Environment, services.Proof.get(), problems);
+        reply["problems"] = DescribeProblems(problems);
+    };
+}
+
+EditorJob::Work CompilePrograms(const EditorServices& services, const std::string& file,
+                                const std::set<std::string>& targets)
+{
+    return [services, file, targets](const DocumentSnapshot& snapshot, Json& reply, EditorReply&) {
+        ProblemList problems;
+        const MaterialGraph graph = Open(snapshot.Document, *services.Plugins, problems);
+        const CgProgram program = BuildMaterialProgram(graph, *services.Environment, {}, problems);
+        Json programs = Json::object();
+        if (!problems.HasErrors()) {
+            for (const std::string& target : targets) {
+                if (snapshot.IsOutOfDate())
+                    return;
+                const ProgramFormat& format = *services.Formats.at(target);
+                const std::vector<std::string> texts =
+                    WriteProgram(format, program, graph, file, problems);
+                Json files = Json::object();
+                for (std::size_t i = 0; i < texts.size(); ++i)
+                    files[format.Endings()[i]] = DescribeProgram(texts[i]);
+                programs[target] = std::move(files);
+            }
+        }
+        if (!problems.HasErrors()) {
+            reply["programs"] = std::move(programs);
+            reply["lineNodes"] = {{"vertex", DescribeLines(program.Vertex)},
+                                  {"fragment", DescribeLines(program.Fragment)}};
+        }
+        reply["problems"] = DescribeProblems(problems);
+    };
+}
+
+EditorJob::Work DrawPicture(const EditorServices& services, const PictureRequest& request)
+{
+    return [services, request](const DocumentSnapshot& snapshot, Json& reply, EditorReply& answer) {
+        ProblemList problems;
+        Picture picture = services.Pictures->Draw(snapshot.Document, request, problems);
+        reply["picture"] = {{"width", picture.Width}, {"height", picture.Height}};
+        reply["problems"] = DescribeProblems(problems);
+        answer.Pixels = std::move(picture.Pixels);
+    };
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "mox/document/MaterialDocument.h"
+#include "mox/editor/EditorServices.h"
+#include "mox/json/JsonText.h"
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace Mox::Host {
+
+/// The state of a document at one revision, for work that goes on while the document changes.
+class DocumentSnapshot
+{
+public:
+    /// @param current the revision that the document has at any time
+    DocumentSnapshot(MaterialDocument document, std::uint64_t revision,
+                     std::shared_ptr<const std::atomic<std::uint64_t>> current)
+        : Document(std::move(document)), Revision(revision), _current(std::move(current))
+    {}
+
+    /// Whether the document has changed since.
+    bool IsOutOfDate() const { return *_current != Revision; }
+
+    MaterialDocument Document;
+    std::uint64_t Revision;
+
+private:
+    std::shared_ptr<const std::atomic<std::uint64_t>> _current;
+};
+
+/// What an editor answers to one message.
+struct EditorReply
+{
+    std::string Text;                 ///< JSON
+    std::vector<std::uint8_t> Pixels; ///< of a picture, as Picture has them
+};
+
+/// Work that takes its time: building programs, checking, drawing. It is done by Run, on any
+/// thread, and knows nothing of the session by then. A job whose document has changed in the
+/// meantime is dropped: it does nothing and its reply says so.
+class EditorJob
+{
+public:
+    /// @param work adds what it found to the reply, and may stop if the snapshot is out of date
+    using Work = std::function<void(const DocumentSnapshot&, Json& reply, EditorReply& answer)>;
+
+    EditorJob(DocumentSnapshot snapshot, Json id, Work work)
+        : _snapshot(std::move(snapshot)), _id(std::move(id)), _work(std::move(work))
+    {}
+
+    bool IsOutOfDate() const { return _snapshot.IsOutOfDate(); }
+
+    /// To be called once.
+    EditorReply Run() const;
+
+private:
+    DocumentSnapshot _snapshot;
+    Json _id;
+    Work _work;
+};
+
+/// What is wrong with a material.
+EditorJob::Work FindProblems(const EditorServices& services, const std::string& file);
+
+/// Its programs for some targets.
+EditorJob::Work CompilePrograms(const EditorServices& services, const std::string& file,
+                                const std::set<std::string>& targets);
+
+/// A picture of it or of one of its nodes.
+EditorJob::Work DrawPicture(const EditorServices& services, const PictureRequest& request);
+
+} // namespace Mox::Host

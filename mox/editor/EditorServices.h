@@ -1,0 +1,51 @@
+#pragma once
+
+#include "mox/document/MaterialDocument.h"
+#include "mox/host/Picture.h"
+#include "mox/host/PluginSet.h"
+#include "mox/host/Problem.h"
+#include "mox/program/Environment.h"
+#include "mox/program/ProgramFormat.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace Mox::Host {
+
+/// What an editor wants to see.
+struct PictureRequest
+{
+    std::string Node;            ///< "id" or "id.port"; empty for the material
+    std::string Mesh = "sphere"; ///< one of the shapes that the painter has
+    std::uint32_t Width = 256;   ///< pixels
+    std::uint32_t Height = 256;
+    float Frame = 0;
+    std::map<std::string, std::string> Values; ///< of bindings, or of what the environment supplies
+};
+
+/// Draws materials. Whoever hosts an editor supplies it, so that the editor needs no device.
+class Painter
+{
+public:
+    virtual ~Painter() = default;
+
+    /// May be called from any thread, but from one at a time.
+    /// @param problems takes what is wrong with the material
+    /// @throws HostError if the request makes no sense or nothing can be drawn at all
+    virtual Picture Draw(const MaterialDocument& document, const PictureRequest& request,
+                         ProblemList& problems) = 0;
+};
+
+/// What an editor works with. All of it must outlive the sessions and their jobs.
+struct EditorServices
+{
+    const PluginSet* Plugins = nullptr;
+    const Host::Environment* Environment = nullptr;
+    std::map<std::string, std::shared_ptr<const ProgramFormat>> Formats; ///< by target
+    std::shared_ptr<const ProgramFormat> Proof; ///< shows whether programs compile; may be null
+    std::shared_ptr<Painter> Pictures;          ///< null if nothing can be drawn
+};
+
+} // namespace Mox::Host

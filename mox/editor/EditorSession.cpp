@@ -1,0 +1,334 @@
+#include "mox/editor/EditorSession.h"
+
+#include "mox/Text.h"
+#include "mox/document/Catalogue.h"
+#include "mox/editor/Clipboard.h"
+#include "mox/editor/ErrorJson.h"
+#include "mox/editor/StateJson.h"
+#include "mox/host/Excerpt.h"
+#include "mox/json/CatalogueJson.h"
+#include "mox/json/StepJson.h"
+#include "mox/layout/MaterialLayout.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+#include <variant>
+
+namespace Mox::Host {
+
+using Materials::Compose;
+
+namespace {
+
+constexpr JsonLimits messageLimits = {
+    .Bytes = 8U << 20U, .Depth = 16, .Values = 500'000, .Members = 64};
+
+std::vector<std::string> ReadTexts(const JsonCursor& array)
+{
+    std::vector<std::string> texts;
+    for (const JsonCursor& item : array.Items())
+        texts.push_back(item.Text());
+    return texts;
+}
+
+std::vector<std::string> AddedIds(const GraphChange& change)
+{
+    std::vector<std::string> ids;
+    for (const GraphStep& step : change.Steps) {
+        if (const auto* add = std::get_if<AddNode>(&step))
+            ids.push_back(add->Node.Id);
+    }
+    return ids;
+}
+
+std::uint32_t ReadSide(const JsonCursor& message, std::string_view name)
+{
+    constexpr std::uint64_t largest = 4096;
+    const auto side = message.Find(name);
+    if (!side)
+        return PictureRequest().Width;
+    const std::uint64_t pixels = side->Count();
+    if (pixels == 0 || pixels > largest)
+        side->Refuse(Compose("expected 1 to ", largest, " pixels"));
+    return static_cast<std::uint32_t>(pixels);
+}
+
+PictureRequest ReadPictureRequest(const JsonCursor& message)
+{
+    message.AllowOnly({"id", "do", "node", "mesh", "width", "height", "frame", "values"});
+    PictureRequest request;
+    request.Node = message.TextOf("node");
+    request.Mesh = message.TextOf("mesh", request.Mesh);
+    request.Width = ReadSide(message, "width");
+    request.Height = ReadSide(message, "height");
+    if (const auto frame = message.Find("frame"))
+        request.Frame = frame->Number();
+    if (const auto values = message.Find("values")) {
+        for (const auto& [name, value] : values->Members())
+            request.Values.emplace(name, value.Text());
+    }
+    return request;
+}
+
+} // namespace
+
+struct EditorSession::Request
+{
+    std::size_t Client;
+    Json Id;
+    JsonCursor Message;
+};
+
+struct EditorSession::Command
+{
+    std::string_view Word;
+    void (EditorSession::*Do)(const Request&, EditorAnswer&, Json&);
+};
+
+EditorSession::EditorSession(const std::filesystem::path& file, EditorServices services)
+    : _services(std::move(services)), _document(file, *_services.Plugins),
+      _revision(std::make_shared<std::atomic<std::uint64_t>>(_document.Revision())),
+      _seenFile(_document.ReadText())
+{}
+
+EditorAnswer EditorSession::Handle(std::size_t client, std::string_view message)
+{
+    EditorAnswer answer;
+    Json reply = {{"id", nullptr}};
+    try {
+        const Json json = ParseJson(message, "message", messageLimits);
+        const JsonCursor cursor(json, "message");
+        const auto id = cursor.Find("id");
+        if (id)
+            reply["id"] = id->Count();
+        Dispatch({client, reply["id"], cursor}, answer, reply);
+    } catch (const HostError& error) {
+        reply["error"] = DescribeError(error);
+    }
+    *_revision = _document.Revision();
+    if (answer.Job)
+        return answer;
+    AddStatus(reply);
+    answer.Reply = FormatJson(reply);
+    return answer;
+}
+
+std::string EditorSession::LookAtFile()
+{
+    Json notice = {{"event", "file"}};
+    std::string seen;
+    try {
+        seen = _document.ReadText();
+        if (seen == _seenFile)
+            return {};
+        const bool isChanged = _document.HasFileChanged();
+        notice["changed"] = isChanged;
+        if (isChanged)
+            notice["differences"] = _document.CompareWithFile();
+    } catch (const HostError& error) {
+        notice["error"] = DescribeError(error);
+        if (seen.empty())
+            seen = error.what();
+        if (seen == _seenFile)
+            return {};
+    }
+    _seenFile = std::move(seen);
+    AddStatus(notice);
+    return FormatJson(notice);
+}
+
+void EditorSession::Dispatch(const Request& request, EditorAnswer& answer, Json& reply)
+{
+    static constexpr Command commands[] = {
+        {"apply", &EditorSession::Apply},     {"undo", &EditorSession::Undo},
+        {"redo", &EditorSession::Redo},       {"layout", &EditorSession::LayOut},
+        {"copy", &EditorSession::Copy},       {"paste", &EditorSession::Paste},
+        {"state", &EditorSession::GetState},  {"catalogue", &EditorSession::GetCatalogue},
+        {"save", &EditorSession::Save},       {"reload", &EditorSession::Reload},
+        {"restore", &EditorSession::Restore}, {"discard", &EditorSession::Discard},
+        {"problems", &EditorSession::Check},  {"compile", &EditorSession::Compile},
+        {"picture", &EditorSession::Draw},
+    };
+    const JsonCursor word = request.Message.Member("do");
+    const std::string text = word.Text();
+    const auto* command = std::find_if(std::begin(commands), std::end(commands),
+                                       [&](const Command& known) { return known.Word == text; });
+    if (command == std::end(commands))
+        word.Refuse(Compose("there is no message ", Excerpt(text)));
+    (this->*command->Do)(request, answer, reply);
+}
+
+/// Says what has changed to who has changed it and to all others.
+void EditorSession::Publish(const ChangedRecords& records, EditorAnswer& answer, Json& reply)
+{
+    Json changes = DescribeChanges(_document.Graph(), records);
+    if (!records.IsEmpty()) {
+        Json notice = {{"event", "changed"}, {"changes", changes}};
+        AddStatus(notice);
+        answer.Notice = FormatJson(notice);
+    }
+    reply["changes"] = std::move(changes);
+}
+
+/// What every answer tells.
+void EditorSession::AddStatus(Json& json) const
+{
+    json["revision"] = _document.Revision();
+    json["unsaved"] = _document.IsUnsaved();
+    json["undo"] = _document.UndoTitle();
+    json["redo"] = _document.RedoTitle();
+    if (_document.Waiting())
+        json["waiting"] = {{"changes", _document.Waiting()->Changes.size()}};
+    if (!_document.JournalFailure().empty())
+        json["waiting"] = {{"error", _document.JournalFailure()}};
+}
+
+DocumentSnapshot EditorSession::TakeSnapshot() const
+{
+    return {_document.Graph().Document(), _document.Revision(), _revision};
+}
+
+void EditorSession::StartJob(const Request& request, EditorJob::Work work,
+                             EditorAnswer& answer) const
+{
+    answer.Job.emplace(TakeSnapshot(), request.Id, std::move(work));
+}
+
+void EditorSession::Apply(const Request& request, EditorAnswer& answer, Json& reply)
+{
+    request.Message.AllowOnly({"id", "do", "steps", "gesture"});
+    std::string gesture = request.Message.TextOf("gesture");
+    if (!gesture.empty())
+        gesture = Compose(request.Client, " ", gesture); // clients choose names on their own
+    const GraphChange change = ReadSteps(request.Message.Member("steps"));
+    Publish(_document.Apply(change, gesture), answer, reply);
+}
+
+void EditorSession::Undo(const Request& request, EditorAnswer& answer, Json& reply)
+{
+    request.Message.AllowOnly({"id", "do"});
+    Publish(_document.Undo(), answer, reply);
+}
+
+void EditorSession::Redo(const Request& request, EditorAnswer& answer, Json& reply)
+{
+    request.Message.AllowOnly({"id", "do"});
+    Publish(_document.Redo(), answer, reply);
+}
+
+void EditorSession::LayOut(const Request& request, EditorAnswer& answer, Json& reply)
+{
+    request.Message.AllowOnly({"id", "do", "ids"});
+    std::vector<std::string> ids;
+    if (const auto list = request.Message.Find("ids"))
+        ids = ReadTexts(*list);
+    Publish(_document.Apply(LayOutMaterial(_document.Graph(), ids)), answer, reply);
+}
+
+void EditorSession::Copy(const Request& request, EditorAnswer&, Json& reply)
+{
+    request.Message.AllowOnly({"id", "do", "ids"});
+    reply["text"] =
+        CopyAsText(_document.Graph(), ReadTexts(request.Message.Member("ids")), *_services.Plugins);
+}
+
+void EditorSession::Paste(const Request& request, EditorAnswer& answer, Json& reply)
+{
+    request.Message.AllowOnly({"id", "do", "text", "x", "y"});
+    std::optional<LayoutPoint> corner;
+    if (request.Message.Find("x"))
+        corner = {request.Message.Member("x").Number(), request.Message.Member("y").Number()};
+    const GraphChange change = PasteText(request.Message.Member("text").Text(), _document.Graph(),
+                                         *_services.Plugins, corner);
+    Publish(_document.Apply(change), answer, reply);
+    reply["ids"] = AddedIds(change);
+}
+
+void EditorSession::GetState(const Request& request, EditorAnswer&, Json& reply)
+{
+    request.Message.AllowOnly({"id", "do"});
+    reply["state"] = DescribeState(_document.Graph());
+    reply["file"] = _document.File().filename().string();
+}
+
+void EditorSession::GetCatalogue(const Request& request, EditorAnswer&, Json& reply)
+{
+    request.Message.AllowOnly({"id", "do"});
+    ProblemList problems;
+    reply["types"] = CatalogueToJson(DescribeCatalogue(*_services.Plugins, {}, problems),
+                                     NodeFiles(*_services.Plugins));
+    reply["problems"] = DescribeProblems(problems);
+}
+
+void EditorSession::Save(const Request& request, EditorAnswer& answer, Json& reply)
+{
+    request.Message.AllowOnly({"id", "do", "force"});
+    const auto force = request.Message.Find("force");
+    _document.Save(force && force->Flag());
+    _seenFile = _document.ReadText();
+    Json notice = {{"event", "saved"}};
+    AddStatus(notice);
+    answer.Notice = FormatJson(notice);
+    reply["saved"] = true;
+}
+
+/// Another document takes the place of the one that clients know.
+void EditorSession::Replace(EditorAnswer& answer, Json& reply)
+{
+    Json notice = {{"event", "replaced"}};
+    AddStatus(notice);
+    answer.Notice = FormatJson(notice);
+    reply["state"] = DescribeState(_document.Graph());
+}
+
+void EditorSession::Reload(const Request& request, EditorAnswer& answer, Json& reply)
+{
+    request.Message.AllowOnly({"id", "do"});
+    _document.Reload();
+    _seenFile = _document.ReadText();
+    Replace(answer, reply);
+}
+
+void EditorSession::Restore(const Request& request, EditorAnswer& answer, Json& reply)
+{
+    request.Message.AllowOnly({"id", "do"});
+    _document.Restore();
+    Replace(answer, reply);
+}
+
+void EditorSession::Discard(const Request& request, EditorAnswer& answer, Json& reply)
+{
+    request.Message.AllowOnly({"id", "do"});
+    _document.Discard();
+    Replace(answer, reply);
+}
+
+void EditorSession::Check(const Request& request, EditorAnswer& answer, Json&)
+{
+    request.Message.AllowOnly({"id", "do"});
+    StartJob(request, FindProblems(_services, _document.File().string()), answer);
+}
+
+void EditorSession::Compile(const Request& request, EditorAnswer& answer, Json&)
+{
+    request.Message.AllowOnly({"id", "do", "targets"});
+    std::set<std::string> targets;
+    for (const JsonCursor& target : request.Message.Member("targets").Items()) {
+        const std::string name = target.Text();
+        if (!_services.Formats.contains(name))
+            target.Refuse("there is no such target here");
+        targets.insert(name);
+    }
+    StartJob(request, CompilePrograms(_services, _document.File().string(), targets), answer);
+}
+
+void EditorSession::Draw(const Request& request, EditorAnswer& answer, Json&)
+{
+    const PictureRequest picture = ReadPictureRequest(request.Message);
+    if (!_services.Pictures)
+        request.Message.Refuse("nothing here can draw pictures");
+    StartJob(request, DrawPicture(_services, picture), answer);
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "mox/editor/EditedDocument.h"
+#include "mox/editor/EditorJob.h"
+#include "mox/editor/EditorServices.h"
+#include "mox/json/JsonCursor.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace Mox::Host {
+
+/// What a session makes of a message.
+struct EditorAnswer
+{
+    std::string Reply;            ///< JSON for who sent it; empty if a job gives the reply
+    std::string Notice;           ///< JSON for all other clients; empty if they need not know
+    std::optional<EditorJob> Job; ///< the rest of the work
+};
+
+/// The editing of one document, for all its clients: messages in, values out. docs/json.md lists
+/// the messages. It knows neither sockets nor threads; jobs may run on other threads, all else
+/// belongs to one.
+///
+/// A client is a window, and has a number that whoever hosts the session gives it. All clients see
+/// one document and one history.
+class EditorSession
+{
+public:
+    /// @throws HostError as EditedDocument does
+    EditorSession(const std::filesystem::path& file, EditorServices services);
+
+    /// Does what a message asks for. Whatever the message holds, nothing is thrown but
+    /// std::bad_alloc: what is refused is said in the reply. What a reply acknowledges is in the
+    /// journal.
+    EditorAnswer Handle(std::size_t client, std::string_view message);
+
+    /// A notice for all clients if the file has another content than at the last call, or an empty
+    /// text.
+    std::string LookAtFile();
+
+    const EditedDocument& Document() const { return _document; }
+
+private:
+    struct Request;
+    struct Command;
+
+    void Dispatch(const Request& request, EditorAnswer& answer, Json& reply);
+    void Publish(const ChangedRecords& records, EditorAnswer& answer, Json& reply);
+    void Replace(EditorAnswer& answer, Json& reply);
+    void AddStatus(Json& json) const;
+    DocumentSnapshot TakeSnapshot() const;
+    void StartJob(const Request& request, EditorJob::Work work, EditorAnswer& answer) const;
+
+    void Apply(const Request& request, EditorAnswer& answer, Json& reply);
+    void Undo(const Request& request, EditorAnswer& answer, Json& reply);
+    void Redo(const Request& request, EditorAnswer& answer, Json& reply);
+    void LayOut(const Request& request, EditorAnswer& answer, Json& reply);
+    void Copy(const Request& request, EditorAnswer& answer, Json& reply);
+    void Paste(const Request& request, EditorAnswer& answer, Json& reply);
+    void GetState(const Request& request, EditorAnswer& answer, Json& reply);
+    void GetCatalogue(const Request& request, EditorAnswer& answer, Json& reply);
+    void Save(const Request& request, EditorAnswer& answer, Json& reply);
+    void Reload(const Request& request, EditorAnswer& answer, Json& reply);
+    void Restore(const Request& request, EditorAnswer& answer, Json& reply);
+    void Discard(const Request& request, EditorAnswer& answer, Json& reply);
+    void Check(const Request& request, EditorAnswer& answer, Json& reply);
+    void Compile(const Request& request, EditorAnswer& answer, Json& reply);
+    void Draw(const Request& request, EditorAnswer& answer, Json& reply);
+
+    EditorServices _services;
+    EditedDocument _document;
+    std::shared_ptr<std::atomic<std::uint64_t>> _revision; ///< for the jobs
+    std::string _seenFile; ///< what the file held when clients were last told, or why not
+};
+
+} // namespace Mox::Host

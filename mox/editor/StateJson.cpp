@@ -1,0 +1,135 @@
+#include "mox/editor/StateJson.h"
+
+#include "mox/ShaderError.h"
+#include "mox/document/PropertyText.h"
+#include "mox/json/RecordJson.h"
+#include "mox/layout/NodeShape.h"
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::GuiPort;
+using Materials::GuiProperty;
+using Materials::GuiPropertyKind;
+
+Json DescribeColour(const float (&colour)[4])
+{
+    return Json(colour);
+}
+
+/// The precision of a port; nothing if it is not known or none at all, as a node may set it.
+Json DescribePrecision(const GuiPort& port)
+{
+    if (!port.PrecisionKnown)
+        return nullptr;
+    try {
+        return GetComponentName(port.Precision);
+    } catch (const ShaderError&) {
+        return nullptr;
+    }
+}
+
+Json DescribePorts(const std::vector<GuiPort>& ports)
+{
+    Json list = Json::array();
+    for (const GuiPort& port : ports) {
+        list.push_back({{"name", port.Name},
+                        {"label", port.Label.empty() ? port.Name : port.Label},
+                        {"components", port.CountKnown ? Json(port.ComponentCount) : Json()},
+                        {"precision", DescribePrecision(port)},
+                        {"connected", port.Connected},
+                        {"conflict", port.CountConflict}});
+    }
+    return list;
+}
+
+Json DescribeProperty(const MaterialGraph& graph, const GuiProperty& property)
+{
+    return {{"name", property.Name},
+            {"kind", FormatKind(property.Kind)},
+            {"value", property.Kind == GuiPropertyKind::Node ? graph.IdOf(property.Node.get())
+                                                             : FormatValue(property)},
+            {"visible", property.Visible},
+            {"editable", property.Editable}};
+}
+
+Json DescribeNode(const MaterialGraph& graph, std::size_t number)
+{
+    Json json = {{"number", number}, {"record", ToJson(graph.Document().Nodes[number])}};
+    if (!graph.Nodes().Holds(number))
+        return json; // there is not even a placeholder for it
+    const GraphNode& node = graph.Nodes()[number];
+    json["title"] = TitleOf(node);
+    json["placeholder"] = node.IsPlaceholder;
+    json["foreground"] = DescribeColour(node.Gui.ForegroundColour());
+    json["background"] = DescribeColour(node.Gui.BackgroundColour());
+    json["inputs"] = DescribePorts(node.Gui.InputPorts());
+    json["outputs"] = DescribePorts(node.Gui.OutputPorts());
+    Json properties = Json::array();
+    for (const auto& property : node.Gui.Properties().Properties)
+        properties.push_back(DescribeProperty(graph, *property));
+    json["properties"] = std::move(properties);
+    return json;
+}
+
+Json DescribeEdge(const MaterialGraph& graph, std::size_t number)
+{
+    return {{"number", number}, {"record", ToJson(graph.Document().Edges[number])}};
+}
+
+void AddOtherParts(const MaterialDocument& document, Json& json)
+{
+    Json bindings = Json::array();
+    for (const DocumentBinding& binding : document.Bindings)
+        bindings.push_back(ToJson(binding));
+    json["description"] = ToJson(document.Description);
+    json["renderState"] = ToJson(document.RenderState);
+    json["bindings"] = std::move(bindings);
+}
+
+} // namespace
+
+Json DescribeState(const MaterialGraph& graph)
+{
+    const MaterialDocument& document = graph.Document();
+    Json nodes = Json::array();
+    for (auto node = document.Nodes.begin(); node != document.Nodes.end(); ++node)
+        nodes.push_back(DescribeNode(graph, node.Index()));
+    Json edges = Json::array();
+    for (auto edge = document.Edges.begin(); edge != document.Edges.end(); ++edge)
+        edges.push_back(DescribeEdge(graph, edge.Index()));
+    Json json = {{"nodes", std::move(nodes)}, {"edges", std::move(edges)}};
+    AddOtherParts(document, json);
+    return json;
+}
+
+Json DescribeChanges(const MaterialGraph& graph, const ChangedRecords& records)
+{
+    const MaterialDocument& document = graph.Document();
+    Json nodes = Json::array();
+    Json goneNodes = Json::array();
+    for (const std::size_t number : records.Nodes) {
+        if (document.Nodes.Holds(number))
+            nodes.push_back(DescribeNode(graph, number));
+        else
+            goneNodes.push_back(number);
+    }
+    Json edges = Json::array();
+    Json goneEdges = Json::array();
+    for (const std::size_t number : records.Edges) {
+        if (document.Edges.Holds(number))
+            edges.push_back(DescribeEdge(graph, number));
+        else
+            goneEdges.push_back(number);
+    }
+    Json json = {{"nodes", std::move(nodes)},
+                 {"edges", std::move(edges)},
+                 {"goneNodes", std::move(goneNodes)},
+                 {"goneEdges", std::move(goneEdges)}};
+    if (records.HasOthers)
+        AddOtherParts(document, json);
+    return json;
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "mox/editor/EditorServices.h"
+#include "mox/editor/EditorSession.h"
+
+#include <cstddef>
+#include <map>
+#include <string>
+
+/// The plug-ins and the environment of the build tree, Cg as the only target, and a painter that
+/// paints every pixel in one colour.
+const Mox::Host::EditorServices& TestEditorServices();
+
+/// What a client knows of a document by what it was told.
+class EditorMirror
+{
+public:
+    /// Takes the state out of a reply to "state", or of one that replaces the document.
+    void TakeState(const Mox::Host::Json& reply);
+
+    /// Takes what a reply or a notice says has changed, if it says so.
+    void TakeChanges(const Mox::Host::Json& message);
+
+    /// All that is known, in one order.
+    std::string Text() const;
+
+private:
+    void TakeOthers(const Mox::Host::Json& part);
+
+    std::map<std::size_t, Mox::Host::Json> _nodes;
+    std::map<std::size_t, Mox::Host::Json> _edges;
+    Mox::Host::Json _others;
+};
