@@ -70,10 +70,7 @@ std::string FormatProblemsAsText(const std::vector<Problem>& problems)
 
 std::string FormatProblemsAsJson(const std::vector<Problem>& problems)
 {
-    Json list = Json::array();
-    for (const Problem& problem : problems)
-        list.push_back(ToJson(problem));
-    return FormatJsonLines(list);
+    return FormatJsonLines(ToJson(problems));
 }
 
 std::string FormatProblemsAsSarif(const std::vector<Problem>& problems, const std::string& version)

@@ -23,14 +23,6 @@ MaterialGraph Open(const MaterialDocument& document, const PluginSet& plugins,
     return graph;
 }
 
-Json DescribeProblems(const ProblemList& problems)
-{
-    Json list = Json::array();
-    for (const Problem& problem : problems.Problems())
-        list.push_back(ToJson(problem));
-    return list;
-}
-
 /// A program as JSON can hold it: source as it is, and a module of SPIR-V, which begins with
 /// control characters, as hexadecimal digits.
 Json DescribeProgram(const std::string& bytes)
@@ -84,7 +76,7 @@ EditorJob::Work FindProblems(const EditorServices& services, const std::string& 
         if (snapshot.IsOutOfDate())
             return;
         CheckMaterial(graph, file, *services.Environment, services.Proof.get(), problems);
-        reply["problems"] = DescribeProblems(problems);
+        reply["problems"] = ToJson(problems.Problems());
     };
 }
 
@@ -114,7 +106,7 @@ EditorJob::Work CompilePrograms(const EditorServices& services, const std::strin
             reply["lineNodes"] = {{"vertex", DescribeLines(program.Vertex)},
                                   {"fragment", DescribeLines(program.Fragment)}};
         }
-        reply["problems"] = DescribeProblems(problems);
+        reply["problems"] = ToJson(problems.Problems());
     };
 }
 
@@ -124,7 +116,7 @@ EditorJob::Work DrawPicture(const EditorServices& services, const PictureRequest
         ProblemList problems;
         Picture picture = services.Pictures->Draw(snapshot.Document, request, problems);
         reply["picture"] = {{"width", picture.Width}, {"height", picture.Height}};
-        reply["problems"] = DescribeProblems(problems);
+        reply["problems"] = ToJson(problems.Problems());
         answer.Pixels = std::move(picture.Pixels);
     };
 }

@@ -7,6 +7,7 @@
 #include "mox/editor/StateJson.h"
 #include "mox/host/Excerpt.h"
 #include "mox/json/CatalogueJson.h"
+#include "mox/json/RecordJson.h"
 #include "mox/json/StepJson.h"
 #include "mox/layout/MaterialLayout.h"
 
@@ -258,7 +259,7 @@ void EditorSession::GetCatalogue(const Request& request, EditorAnswer&, Json& re
     ProblemList problems;
     reply["types"] = CatalogueToJson(DescribeCatalogue(*_services.Plugins, {}, problems),
                                      NodeFiles(*_services.Plugins));
-    reply["problems"] = DescribeProblems(problems);
+    reply["problems"] = ToJson(problems.Problems());
 }
 
 void EditorSession::Save(const Request& request, EditorAnswer& answer, Json& reply)

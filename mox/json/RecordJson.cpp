@@ -152,6 +152,14 @@ Json ToJson(const Problem& problem)
     return object;
 }
 
+Json ToJson(const std::vector<Problem>& problems)
+{
+    Json list = Json::array();
+    for (const Problem& problem : problems)
+        list.push_back(ToJson(problem));
+    return list;
+}
+
 DocumentProperty ReadProperty(const JsonCursor& object)
 {
     DocumentProperty property;

@@ -24,6 +24,9 @@ Json ToJson(const MaterialDocument& document);
 /// Severity, rule, message, and the place.
 Json ToJson(const Problem& problem);
 
+/// Problems as an array, in their order.
+Json ToJson(const std::vector<Problem>& problems);
+
 /// Adds what is known of a place to an object.
 void AddPlace(const Place& place, Json& object);
 
