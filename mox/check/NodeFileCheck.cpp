@@ -7,8 +7,8 @@
 #include "mox/nodefile/NodeFileReader.h"
 #include "mox/nodefile/NodeFiles.h"
 #include "mox/nodefile/NodeFolders.h"
-#include "mox/program/EnvironmentNodes.h"
 #include "mox/program/CgWriter.h"
+#include "mox/program/EnvironmentNodes.h"
 #include "mox/shader/ShaderGraphGenerator.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -133,7 +133,8 @@ private:
             else
                 function = node.get();
         }
-        text += Compose(FormatSignature(function->Name, function->Inputs, function->Outputs), "\n{\n");
+        text +=
+            Compose(FormatSignature(function->Name, function->Inputs, function->Outputs), "\n{\n");
         const int firstLine = CountLines(text);
         text += function->Code + "}\n";
         if (!_seen.insert(text).second)
