@@ -82,8 +82,8 @@ TEST(ChangeJson, RefusesWhatWouldTakeTooMuch)
                           "string: ill-formed UTF-8 byte; last read: '\"\xff'"},
         {std::string("[1]\0[", 5), "x:1:4: this is not JSON: it has a null byte"},
     };
-    for (const auto& [text, failure] : cases)
-        EXPECT_EQ(HostFailureOf([&] { ParseJson(text, "x", limits); }), failure);
+    for (const auto& example : cases)
+        EXPECT_EQ(HostFailureOf([&] { ParseJson(example.first, "x", limits); }), example.second);
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 #include "mox/Text.h"
 
 #include <algorithm>
-#include <ranges>
 
 using Mox::Materials::Compose;
 
@@ -57,8 +56,10 @@ public:
             std::vector<Numbers>& values = Inputs.Streams[feed];
             values = NumbersTest::MakeValues(i + 1, caseCount);
             if (port.Is == Kind::Colour) {
-                for (float& component : std::views::join(values))
-                    component = std::abs(component);
+                for (Numbers& value : values) {
+                    for (float& component : value)
+                        component = std::abs(component);
+                }
             }
         }
         Material = node + "\n" + feeds + WriteSink(use.Precision, output);
