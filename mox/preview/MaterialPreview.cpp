@@ -50,7 +50,7 @@ public:
     {
         if (_options.Node.empty())
             return Finish(Load(_document), _environment);
-        const NodeOutput output = FindNodeOutput(_document, _options.Node);
+        const ProbedOutput output = FindNodeOutput(_document, _options.Node);
         MaterialGraph graph = Load(CutUpstream(_document, output.Node));
         AttachProbe(graph, output);
         return Finish(std::move(graph), MakeProbeEnvironment(_environment));
@@ -62,7 +62,7 @@ private:
         return LoadMaterial(document, _maker, _problems);
     }
 
-    static void AttachProbe(MaterialGraph& graph, const NodeOutput& output)
+    static void AttachProbe(MaterialGraph& graph, const ProbedOutput& output)
     {
         const GraphNode& node = graph.Nodes()[graph.FindNode(output.Node, {})];
         std::string port = output.Port;

@@ -88,7 +88,7 @@ public:
 
 } // namespace
 
-NodeOutput FindNodeOutput(const MaterialDocument& document, const std::string& text)
+ProbedOutput FindNodeOutput(const MaterialDocument& document, const std::string& text)
 {
     if (HasNode(document, text))
         return {text, {}};

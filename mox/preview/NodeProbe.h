@@ -7,7 +7,7 @@
 namespace Mox::Host {
 
 /// One output of a node. An empty port is the first one.
-struct NodeOutput
+struct ProbedOutput
 {
     std::string Node;
     std::string Port;
@@ -15,7 +15,7 @@ struct NodeOutput
 
 /// Reads "id" or "id.port". Ids may hold dots themselves: the whole text is tried as an id first.
 /// @throws HostError if the document has no such node
-NodeOutput FindNodeOutput(const MaterialDocument& document, const std::string& text);
+ProbedOutput FindNodeOutput(const MaterialDocument& document, const std::string& text);
 
 /// The part of a document that a node hangs on, the node included, so that a picture of the node
 /// stands though the rest may be broken.
