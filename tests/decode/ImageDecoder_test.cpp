@@ -63,7 +63,7 @@ std::string MakeHdr(bool isPacked)
         for (std::uint32_t x = 0; x < width; ++x) {
             const auto colour = ColourAt(x, y);
             for (std::size_t i = 0; i < 3; ++i)
-                channels[i] += static_cast<char>(colour[i] * 128);
+                channels[i] += static_cast<char>(std::lround(colour[i] * 128));
             channels[3] += static_cast<char>(129);
         }
         if (isPacked) {
