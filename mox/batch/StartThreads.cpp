@@ -26,6 +26,7 @@ bool PrepareThread()
     void* probe = std::malloc(sizeof(xmlGlobalState));
     if (!probe)
         return false;
+    *static_cast<volatile char*>(probe) = 0; // or a compiler leaves the allocation out
     std::free(probe);
     return xmlGetGlobalState() != nullptr;
 }
