@@ -9,8 +9,6 @@
 
 namespace Mox::Host {
 
-using Materials::Compose;
-
 namespace {
 
 /// Beyond this the journal begins anew with the document as it is.

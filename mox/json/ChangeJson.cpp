@@ -13,7 +13,7 @@ using Materials::Compose;
 namespace {
 
 /// The word of a step ahead of its other members.
-Json Named(const char* word, Json members = Json::object())
+Json Named(const char* word, const Json& members = Json::object())
 {
     Json step = {{"do", word}};
     step.update(members);

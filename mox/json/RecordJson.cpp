@@ -59,6 +59,7 @@ std::vector<DocumentValue> ReadValues(const JsonCursor& object, const ElementRul
 {
     std::vector<DocumentValue> values = ReadValues(object);
     std::vector<XmlAttribute> attributes;
+    attributes.reserve(values.size());
     for (const DocumentValue& value : values)
         attributes.push_back({value.Name, value.Value});
     RequireAttributes(rule, attributes, object);

@@ -111,12 +111,14 @@ private:
                 part.push_back(node);
             isSeen[node] = true;
         };
-        for (std::size_t i = 0; i < part.size(); ++i) {
-            for (const std::size_t edge : _in.At(part[i]))
+        std::size_t next = 0;
+        while (next < part.size()) {
+            const std::size_t node = part[next++];
+            for (const std::size_t edge : _in.At(node))
                 reach(_edges[edge].Tail);
-            for (const std::size_t edge : _out.At(part[i]))
+            for (const std::size_t edge : _out.At(node))
                 reach(_edges[edge].Head);
-            _stepCount += 1 + _in.At(part[i]).size() + _out.At(part[i]).size();
+            _stepCount += 1 + _in.At(node).size() + _out.At(node).size();
         }
         std::sort(part.begin(), part.end());
         return part;
