@@ -14,7 +14,7 @@
 
 namespace Mox::Host {
 
-/// The state of a document at one revision, for work that goes on while the document changes.
+/// The state of a document at one revision, for work that runs while the document changes.
 class DocumentSnapshot
 {
 public:

@@ -25,7 +25,7 @@ struct PictureRequest
     std::map<std::string, std::string> Values; ///< of bindings, or of what the environment supplies
 };
 
-/// Draws materials. Whoever hosts an editor supplies it, so that the editor needs no device.
+/// Draws materials. The host of an editor supplies it, so that the editor needs no device.
 class Painter
 {
 public:

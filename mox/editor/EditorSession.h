@@ -28,7 +28,7 @@ struct EditorAnswer
 /// the messages. It knows neither sockets nor threads; jobs may run on other threads, all else
 /// belongs to one.
 ///
-/// A client is a window, and has a number that whoever hosts the session gives it. All clients see
+/// A client is a window, and has a number that the session's host gives it. All clients see
 /// one document and one history.
 class EditorSession
 {

@@ -18,7 +18,7 @@ constexpr Tolerance exponential = {8.0, "3 steps, and twice the exponent"};
 constexpr Tolerance logarithm = {8.0, "3 steps, or 2^-21 near one"};
 constexpr Tolerance product = {8.0, "products and sums of the scale's size, and a root"};
 
-/// The sine of a large number hangs on its last bits.
+/// The sine of a large number depends on its last bits.
 Result Wave(double (*function)(double), double x)
 {
     return std::abs(x) > 4.0 ? std::nullopt : OfScale(1.0, function(x));
