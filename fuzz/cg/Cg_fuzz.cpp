@@ -1,6 +1,7 @@
 // Sources of Cg: whatever they hold, the front end ends with errors in them or with a tree; the
 // tree is lowered and spelled in every language.
 
+#include "mox/cg/Liveness.h"
 #include "mox/cg/Lowering.h"
 #include "mox/languages/Languages.h"
 #include "mox/languages/PlainStage.h"
@@ -9,6 +10,29 @@
 #include <algorithm>
 
 using namespace Mox;
+
+namespace {
+
+void WriteStages(const Cg::Module& module)
+{
+    for (const bool isVertex : {true, false}) {
+        Languages::StageProgram stage;
+        try {
+            stage = Languages::MakeStage(module, isVertex);
+        } catch (const std::exception&) {
+            continue; // its semantics are of no stage
+        }
+        for (int language = 0; language < 6; ++language) {
+            for (const auto precision : {Languages::Precision::Full, Languages::Precision::Relaxed})
+                Claim(!Languages::WriteStage(stage, static_cast<Languages::Language>(language),
+                                             precision)
+                           .Text.empty(),
+                      "there is a text");
+        }
+    }
+}
+
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
@@ -25,20 +49,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Cg::LowerModule(*module);
     if (!module->Main())
         return 0;
-    for (const bool isVertex : {true, false}) {
-        Languages::StageProgram stage;
-        try {
-            stage = Languages::MakeStage(*module, isVertex);
-        } catch (const std::exception&) {
-            continue; // its semantics are of no stage
-        }
-        for (int language = 0; language < 6; ++language) {
-            for (const auto precision : {Languages::Precision::Full, Languages::Precision::Relaxed})
-                Claim(!Languages::WriteStage(stage, static_cast<Languages::Language>(language),
-                                             precision)
-                           .Text.empty(),
-                      "there is a text");
-        }
-    }
+    WriteStages(*module);
+    Cg::DropDead(*module, [](const Cg::Variable& output) { return output.Name.size() % 2 == 0; });
+    WriteStages(*module);
     return 0;
 }

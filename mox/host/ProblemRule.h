@@ -74,6 +74,7 @@ inline constexpr std::string_view problemRules[] = {
     "not-finite",
     "code",
     "two-helpers",
+    "target",
     // node files
     "node-file",
     "node-twice",

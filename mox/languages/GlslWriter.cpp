@@ -82,6 +82,12 @@ protected:
                 Text += Compose("precision highp ", type, ";\n");
         }
         Text += '\n';
+        // ESSL joins the stages by these names, so nothing that only one stage has pushes them
+        // aside.
+        for (const StageSlot& slot : Program.IsVertex ? Program.Outputs : Program.Inputs) {
+            if (!slot.IsPosition)
+                Declare(*slot.Of, slot.Name);
+        }
         for (const UniformBlock& block : Program.Blocks)
             PutUniforms(block);
         for (const StageSlot& sampler : Program.Samplers) {
@@ -96,12 +102,12 @@ protected:
             Text += ";\n";
         }
         for (const StageSlot& input : Program.Inputs)
-            PutSlot(input, "in ", Program.IsVertex);
+            PutSlot(input, "in ", !Program.IsVertex);
         for (const StageSlot& output : Program.Outputs) {
             if (output.IsPosition)
-                SetName(*output.Of, "gl_Position");
+                SetMember(*output.Of, "gl_Position", "gl_Position");
             else
-                PutSlot(output, "out ", !Program.IsVertex);
+                PutSlot(output, "out ", Program.IsVertex);
         }
         Text += '\n';
     }
@@ -369,18 +375,17 @@ private:
             Text += '\t';
             PutDeclarator(member.Of->Of, name);
             Text += ";\n";
-            SetName(*member.Of, "mox." + name);
+            SetMember(*member.Of, name, "mox." + name);
         }
         Text += "} mox;\n\n";
     }
 
-    /// @param hasLocation whether ESSL numbers such slots; it joins others by name
-    void PutSlot(const StageSlot& slot, const char* direction, bool hasLocation)
+    void PutSlot(const StageSlot& slot, const char* direction, bool isInterpolant)
     {
-        if (!_isEssl || hasLocation)
+        if (!_isEssl || !isInterpolant)
             Text += Compose("layout(location = ", slot.Location, ") ");
         Text += direction;
-        PutDeclarator(slot.Of->Of, Declare(*slot.Of, slot.Name));
+        PutDeclarator(slot.Of->Of, isInterpolant ? NameOf(*slot.Of) : Declare(*slot.Of, slot.Name));
         Text += ";\n";
     }
 

@@ -18,34 +18,43 @@ using Materials::Compose;
 /// Keywords, types, and the functions that texts may call, which no other name may hide.
 const Words& ReservedWords()
 {
-    static const Words words = SplitWords(R"(
+    static constexpr std::string_view numberTypes =
+        "bool double dword float half int min10float min12int min16float min16int min16uint uint";
+    static const Words words = [] {
+        Words all = SplitWords(R"(
 AppendStructuredBuffer BlendState Buffer ByteAddressBuffer CompileShader ComputeShader ConstantBuffer
 ConsumeStructuredBuffer DepthStencilState DepthStencilView DomainShader GeometryShader Hullshader
 InputPatch LineStream NULL OutputPatch PixelShader PointStream RasterizerState RenderTargetView RWBuffer
 RWByteAddressBuffer RWStructuredBuffer RWTexture1D RWTexture1DArray RWTexture2D RWTexture2DArray
 RWTexture3D SamplerComparisonState SamplerState StructuredBuffer SubpassInput SubpassInputMS Texture1D
 Texture1DArray Texture2D Texture2DArray Texture2DMS Texture2DMSArray Texture3D TextureBuffer TextureCube
-TextureCubeArray TriangleStream VertexShader asm asm_fragment auto bool bool1 bool2 bool3 bool4 break
-case catch cbuffer centroid char class column_major compile compile_fragment const const_cast continue
-decl default delete discard do double double1 double2 double3 double4 dword dynamic_cast else enum
-explicit export extern false float float1 float2 float3 float4 float1x1 float1x2 float1x3 float1x4
-float2x1 float2x2 float2x3 float2x4 float3x1 float3x2 float3x3 float3x4 float4x1 float4x2 float4x3
-float4x4 for friend fxgroup globallycoherent goto groupshared half half1 half2 half3 half4 half2x2
-half3x3 half4x4 if in inline inout int int1 int2 int3 int4 interface layout line lineadj linear long
-main matrix min10float min10float2 min10float3 min10float4 min12int min16float min16float2 min16float3
-min16float4 min16int min16uint mutable namespace new nointerpolation noperspective operator out
-packoffset pass pixelfragment pixelshader point precise private protected public register
-reinterpret_cast return row_major sample sampler sampler1D sampler2D sampler3D samplerCUBE sampler_state
-shared short signed sizeof snorm stateblock stateblock_state static static_cast string struct switch
-tbuffer technique technique10 technique11 template texture texture1D texture2D texture3D textureCUBE
-this throw triangle triangleadj true try typedef typename uint uint1 uint2 uint3 uint4 uint64_t uniform
-union unorm unsigned using vector vertexfragment vertexshader virtual void volatile while
+TextureCubeArray TriangleStream VertexShader asm asm_fragment auto bool break case catch cbuffer
+centroid char class column_major compile compile_fragment const const_cast continue decl default delete
+discard do double dword dynamic_cast else enum explicit export extern false float for friend fxgroup
+globallycoherent goto groupshared half if in inline inout int interface layout line lineadj linear long
+main matrix min10float min12int min16float min16int min16uint mutable namespace new nointerpolation
+noperspective operator out packoffset pass pixelfragment pixelshader point precise private protected
+public register reinterpret_cast return row_major sample sampler sampler1D sampler2D sampler3D
+samplerCUBE sampler_state shared short signed sizeof snorm stateblock stateblock_state static
+static_cast string struct switch tbuffer technique technique10 technique11 template texture texture1D
+texture2D texture3D textureCUBE this throw triangle triangleadj true try typedef typename uint uint64_t
+uniform union unorm unsigned using vector vertexfragment vertexshader virtual void volatile while
 abort abs acos all any asdouble asfloat asin asint asuint atan atan2 ceil clamp clip cos cosh countbits
 cross D3DCOLORtoUBYTE4 ddx ddx_coarse ddx_fine ddy ddy_coarse ddy_fine degrees determinant distance dot
 dst errorf exp exp2 f16tof32 f32tof16 faceforward firstbithigh firstbitlow floor fma fmod frac frexp
 fwidth isfinite isinf isnan ldexp length lerp lit log log10 log2 mad max min modf msad4 mul noise
 normalize pow printf radians rcp reflect refract reversebits round rsqrt saturate sign sin sincos sinh
 smoothstep sqrt step tan tanh tex1D tex2D tex3D texCUBE transpose trunc)");
+        // Vectors and matrices of every size.
+        for (const std::string& type : SplitWords(numberTypes)) {
+            for (int rows = 1; rows <= 4; ++rows) {
+                all.insert(Compose(type, rows));
+                for (int columns = 1; columns <= 4; ++columns)
+                    all.insert(Compose(type, rows, "x", columns));
+            }
+        }
+        return all;
+    }();
     return words;
 }
 
@@ -69,7 +78,7 @@ protected:
                 Compose(TypeName(sampler.Of->Of), " ", texture, " : register(t", sampler.Location,
                         ");\nSamplerState ", state, " : register(s", sampler.Location, ");\n");
         }
-        Text += '\n';
+        Text += Program.Samplers.empty() ? "" : "\n";
     }
 
     /// The position comes last, so that interpolants have the same registers in both stages.

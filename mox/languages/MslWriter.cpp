@@ -87,7 +87,8 @@ protected:
                               Compose(_inputType, " ", InputName, " [[stage_in]]"));
         }
         for (const StageSlot& input : Program.Inputs)
-            SetName(*input.Of, Compose(InputName, ".", MemberName(input.Name)));
+            SetMember(*input.Of, MemberName(input.Name),
+                      Compose(InputName, ".", MemberName(input.Name)));
         for (const StageSlot& sampler : Program.Samplers) {
             const auto [texture, state] = DeclareSampler(*sampler.Of, sampler.Name);
             Parameters.push_back(Compose(TypeName(sampler.Of->Of), " ", texture, " [[texture(",

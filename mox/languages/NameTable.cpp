@@ -18,7 +18,7 @@ Words SplitWords(std::string_view list)
     while (!list.empty()) {
         const std::size_t end = std::min(list.find_first_of(" \n"), list.size());
         if (end > 0)
-            words.insert(list.substr(0, end));
+            words.emplace(list.substr(0, end));
         list.remove_prefix(std::min(end + 1, list.size()));
     }
     return words;

@@ -9,7 +9,7 @@
 namespace Mox::Languages {
 
 /// Words as a set, from a list with spaces between them.
-using Words = std::unordered_set<std::string_view>;
+using Words = std::unordered_set<std::string>;
 Words SplitWords(std::string_view list);
 
 /// The names that a program uses, in scopes within one another.
@@ -22,6 +22,12 @@ public:
     /// Takes a name: the wanted one if the language allows it and no scope around has it, else one
     /// with an underscore or a number after it. There are never two underscores in a row.
     std::string Claim(std::string_view wanted);
+
+    /// Whether Claim would take this very name.
+    bool IsFree(const std::string& name) const
+    {
+        return !_taken.contains(name) && !_reserved.contains(name);
+    }
 
     /// Frees names for as long as nothing sees what they are of.
     void Hide(const std::vector<std::string>& names);

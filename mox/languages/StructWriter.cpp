@@ -98,7 +98,7 @@ void StructWriter::PutStoredElement(const Cg::Type& element, const std::string& 
 void StructWriter::PutName(const Cg::Variable& variable)
 {
     if (!IsStored(variable)) {
-        Text += NameOf(variable);
+        Writer::PutName(variable);
         return;
     }
     const Cg::Type& type = variable.Of;

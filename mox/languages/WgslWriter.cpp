@@ -99,7 +99,8 @@ protected:
         Text += _outputType.empty() ? std::string(")") : Compose(") -> ", _outputType);
         Text += " {\n";
         for (const StageSlot& input : Program.Inputs)
-            SetName(*input.Of, Compose(InputName, ".", MemberName(input.Name)));
+            SetMember(*input.Of, MemberName(input.Name),
+                      Compose(InputName, ".", MemberName(input.Name)));
         for (const StageSlot& output : Program.Outputs) {
             Text += "\tvar ";
             PutDeclarator(output.Of->Of, Declare(*output.Of, output.Name));

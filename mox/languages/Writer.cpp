@@ -71,17 +71,23 @@ const std::string& Writer::Declare(const Cg::Variable& variable, std::string_vie
 std::pair<std::string, std::string> Writer::DeclareSampler(const Cg::Variable& sampler,
                                                            std::string_view wanted)
 {
+    constexpr const char* suffix = "Sampler";
     // A parameter has its name already.
-    const auto known = _names.find(&sampler);
-    const std::string& texture = known == _names.end() ? Declare(sampler, wanted) : known->second;
+    if (!_names.contains(&sampler)) {
+        while (!Names.IsFree(Declare(sampler, wanted) + suffix)) {
+            // Hosts know the one name by the other.
+        }
+    }
+    const std::string& texture = NameOf(sampler);
     const std::string& state =
-        SamplerNames.insert_or_assign(&sampler, Claim(texture + "Sampler")).first->second;
+        SamplerNames.insert_or_assign(&sampler, Claim(texture + suffix)).first->second;
     return {texture, state};
 }
 
-void Writer::SetName(const Cg::Variable& variable, std::string text)
+void Writer::SetMember(const Cg::Variable& variable, std::string name, std::string text)
 {
-    _names.insert_or_assign(&variable, std::move(text));
+    _names.insert_or_assign(&variable, std::move(name));
+    _texts.insert_or_assign(&variable, std::move(text));
 }
 
 std::string Writer::MemberName(std::string_view name) const

@@ -138,8 +138,9 @@ protected:
     std::pair<std::string, std::string> DeclareSampler(const Cg::Variable& sampler,
                                                        std::string_view wanted);
 
-    /// Gives a variable a text that needs no claim, such as that of a member.
-    void SetName(const Cg::Variable& variable, std::string text);
+    /// Gives a member of a block or of a struct its name, and the text that reads it, which needs
+    /// no claim.
+    void SetMember(const Cg::Variable& variable, std::string name, std::string text);
 
     /// The elements in which a type is computed here: fixed and half may be float.
     virtual Cg::Element Computed(Cg::Element element) const;
@@ -166,6 +167,7 @@ private:
     void PutUserCall(const Cg::Expression& call);
 
     std::unordered_map<const Cg::Variable*, std::string> _names;
+    std::unordered_map<const Cg::Variable*, std::string> _texts; ///< of SetMember
     std::vector<std::string> _own; ///< names of inputs, outputs and uniforms
     bool _isInInterface = false;
     std::unordered_map<const Cg::Function*, std::string> _functions;

@@ -145,7 +145,8 @@ void Writer::PutNumber(const Expression& number)
 
 void Writer::PutName(const Cg::Variable& variable)
 {
-    Text += NameOf(variable);
+    const auto text = _texts.find(&variable);
+    Text += text == _texts.end() ? NameOf(variable) : text->second;
 }
 
 void Writer::PutSelected(const Expression& expression)

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "mox/compile/StageInterface.h"
+#include "mox/compile/SpirvCompiler.h"
 #include "mox/decode/TextureImage.h"
+#include "mox/targets/StageInterface.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,4 +1,5 @@
 #include "mox/Text.h"
+#include "mox/cg/Liveness.h"
 #include "mox/cg/Lowering.h"
 #include "mox/languages/Languages.h"
 #include "mox/languages/PlainStage.h"
@@ -53,6 +54,40 @@ TEST(CgLowering, LeavesNothingToTheLanguages)
             text += Compose(word, "\n", whole.substr(open, close - open), "\n");
         }
         return std::optional(text);
+    });
+}
+
+/// Each line is the body of "main", of whose outputs c is read and unread is not. What is left of
+/// the body follows what "main" declares.
+TEST(CgLiveness, KeepsWhatOutputsDependOn)
+{
+    ExpectSession("cg/liveness.txt", [](const std::string& tried) {
+        const auto module = Cg::ReadModule(Compose(
+            "uniform float u;\nuniform float w;\nuniform sampler2D map;\n"
+            "void split( in float2 v, in float k, out float x, out float y ) "
+            "{ x = v.x*k; y = v.y; }\n"
+            "float first( in float x, in float y ) { return x; }\n"
+            "void cut( in float x, in float y ) { if( x > 0.5 ) discard; }\n"
+            "void flow( in float n, in float x, in float y, out float r ) "
+            "{ r = y; for( int i = 0; i < n; ++i ) { if( x > 0 ) return; r += 1; } }\n"
+            "void both( inout float x, out float y ) { y = x; }\n"
+            "void main( in float a : TEXCOORD0, in float b : TEXCOORD1, in float2 v : TEXCOORD2, "
+            "out float4 c : COLOR0, out float4 unread : COLOR1 )\n{\n",
+            tried, "\n}\n"));
+        for (const Cg::SourceError& error : module->Errors)
+            return std::optional(error.Message + "\n");
+        Cg::LowerModule(*module);
+        Cg::DropDead(*module, [](const Cg::Variable& output) { return output.Name == "c"; });
+        std::string text;
+        for (const Cg::Variable* parameter : module->Main()->Parameters)
+            text += Compose(parameter->Name, " ");
+        for (const Cg::Variable* uniform : module->Uniforms)
+            text += Compose(uniform->Name, " ");
+        const std::string whole =
+            Languages::WriteGlsl(Languages::MakeStage(*module, false), Languages::Precision::Full)
+                .Text;
+        const std::size_t open = whole.find("{\n", whole.find("void main()")) + 2;
+        return std::optional(Compose(text, "\n", whole.substr(open, whole.size() - open - 2)));
     });
 }
 

@@ -1,38 +1,32 @@
 #include "tests/compile/Recheck.h"
 
+#include "mox/compile/SpirvCompiler.h"
+#include "tests/support/GlslModule.h"
+
 #include <cstring>
-#include <glslang/Public/ResourceLimits.h>
-#include <glslang/Public/ShaderLang.h>
 #include <spirv-tools/libspirv.hpp>
 
 using namespace Mox::Host;
 
 namespace {
 
-std::string ReadWithGlslang(const TargetProgram& program)
+GlslangInput InputOf(CompileTarget target)
 {
-    const bool isHlsl = program.Target == CompileTarget::Hlsl;
-    const bool isVulkan = program.Target == CompileTarget::GlslVulkan;
-    const EShLanguage stage =
-        program.Stage == ProgramStage::Vertex ? EShLangVertex : EShLangFragment;
-    const auto rules = static_cast<EShMessages>(isHlsl     ? EShMsgReadHlsl
-                                                : isVulkan ? EShMsgVulkanRules | EShMsgSpvRules
-                                                           : EShMsgDefault);
-    glslang::TShader shader(stage);
-    const char* text = program.Bytes.c_str();
-    shader.setStrings(&text, 1);
-    shader.setEntryPoint(program.EntryPoint.c_str());
-    const bool isRead = shader.parse(GetDefaultResources(), 100, false, rules);
-    glslang::TProgram linked;
-    linked.addShader(&shader);
-    if (isRead && linked.link(rules))
-        return {};
-    return std::string(shader.getInfoLog()) + linked.getInfoLog();
+    switch (target) {
+    case CompileTarget::Hlsl:
+        return GlslangInput::Hlsl;
+    case CompileTarget::GlslVulkan:
+        return GlslangInput::VulkanGlsl;
+    case CompileTarget::Essl:
+        return GlslangInput::Essl;
+    default:
+        return GlslangInput::Glsl;
+    }
 }
 
 std::string Validate(const std::string& bytes)
 {
-    SpirvWords words(bytes.size() / 4);
+    SpirvWords words(bytes.size() / sizeof(std::uint32_t));
     std::memcpy(words.data(), bytes.data(), bytes.size());
     std::string log;
     spvtools::SpirvTools tools(SPV_ENV_VULKAN_1_0);
@@ -45,15 +39,15 @@ std::string Validate(const std::string& bytes)
 
 std::string Recheck(const TargetProgram& program)
 {
-    if (program.Bytes.find("MoxParameter") != std::string::npos)
-        return "an alias is left";
     switch (program.Target) {
-    case CompileTarget::Msl:
+    case CompileTarget::Msl: // these two have tests of their own
+    case CompileTarget::Wgsl:
         return program.Bytes.find(program.EntryPoint + "(") == std::string::npos ? "no entry point"
                                                                                  : "";
     case CompileTarget::Spirv:
         return Validate(program.Bytes);
     default:
-        return ReadWithGlslang(program);
+        return ReadWithGlslang(program.Bytes, InputOf(program.Target),
+                               program.Stage == ProgramStage::Vertex);
     }
 }

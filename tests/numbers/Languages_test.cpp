@@ -1,18 +1,17 @@
 #include "mox/Text.h"
 #include "mox/cg/Lowering.h"
-#include "mox/compile/ProgramCompiler.h"
 #include "mox/languages/Languages.h"
 #include "mox/languages/PlainStage.h"
 #include "tests/numbers/CaseDrawer.h"
 #include "tests/numbers/Comparison.h"
 #include "tests/numbers/OutsideRunners.h"
+#include "tests/numbers/other/OtherCompiler.h"
 #include "tests/support/CgCases.h"
 #include "tests/support/DeviceTest.h"
 #include "tests/support/GlslModule.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <regex>
 
 using namespace Mox;
@@ -31,18 +30,6 @@ std::string Write(const std::string& code, bool isVertex, Language language)
     return Languages::WriteStage(Languages::MakeStage(*module, isVertex), language,
                                  Languages::Precision::Full)
         .Text;
-}
-
-SpirvWords FindModule(const Host::CompiledProgram& program, Host::ProgramStage stage)
-{
-    for (const Host::TargetProgram& target : program.Programs) {
-        if (target.Stage != stage)
-            continue;
-        SpirvWords words(target.Bytes.size() / sizeof(std::uint32_t));
-        std::memcpy(words.data(), target.Bytes.data(), target.Bytes.size());
-        return words;
-    }
-    return {};
 }
 
 /// Angles are approximated by each implementation in its own way, in Vulkan to 2^-11.
@@ -132,33 +119,14 @@ bool IsOldFault(const std::string& name)
 
 TEST_F(LanguagesTest, TheOtherCompilerComputesTheSame)
 {
-    const Host::ProgramCompiler compiler;
     for (const CgCases& cases : MakeCgCases(IsOldFault)) {
-        Host::ProblemList problems;
-        Host::CgProgram program;
-        program.Vertex.Text = cases.Vertex;
         // It takes half for float, so overloads for both are one function twice.
-        program.Fragment.Text =
+        const std::string fragment =
             std::regex_replace(cases.Fragment, std::regex(R"(pick\( (\(?half))"), "pickHalf( $1");
-        for (const auto& [name, columns, index] :
-             {std::tuple("place", 2, 0), std::tuple("a", 4, 1), std::tuple("b", 4, 2),
-              std::tuple("c", 4, 3), std::tuple("k", 1, 4)})
-            program.Plan.Parameters.push_back(
-                {Host::ParameterKind::VertexStream, name, name,
-                 ShaderType(ComponentType::Float, columns, 1, 1),
-                 ShaderRegister(ShaderRegisterType::VertexAttribute, index), false, true, false});
-        const Host::CompiledProgram old =
-            compiler.Compile(program, {Host::CompileTarget::Spirv}, "cases", problems);
-        std::string complaints;
-        for (const Host::Problem& problem : problems.Problems())
-            complaints += problem.Format() + "\n";
-        EXPECT_FALSE(problems.HasErrors()) << complaints;
-        if (problems.HasErrors())
-            continue;
         // Its vertex program has no place for what the fragments do not read.
         Compare(cases, Get().Draw(Compile(cases.Vertex, true, Language::VulkanGlsl),
-                                  FindModule(old, Host::ProgramStage::Fragment), cases.Names.size(),
-                                  _inputs));
+                                  CompileAsHlsl(fragment, Host::ProgramStage::Fragment),
+                                  cases.Names.size(), _inputs));
     }
 }
 

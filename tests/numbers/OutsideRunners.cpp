@@ -1,12 +1,11 @@
 #include "tests/numbers/OutsideRunners.h"
 
 #include "mox/Text.h"
-#include "mox/host/File.h"
 #include "tests/numbers/CaseDrawer.h"
+#include "tests/support/Browser.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <bit>
-#include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -20,20 +19,6 @@ namespace {
 
 constexpr std::size_t componentCount = 4;
 
-/// A path as a shell reads it.
-std::string Quoted(const std::filesystem::path& path)
-{
-    return Compose("'", path.string(), "'");
-}
-
-/// @throws std::runtime_error with what a failing command printed
-void Run(const std::string& command, const TemporaryFolder& folder)
-{
-    const std::filesystem::path log = folder.Path() / "log";
-    if (std::system(Compose(command, " >", Quoted(log), " 2>&1").c_str()) != 0)
-        throw std::runtime_error(Compose(command, "\n", Host::ReadFile(log)));
-}
-
 std::vector<Numbers> ToPixels(const std::vector<std::uint32_t>& bits)
 {
     std::vector<Numbers> pixels(bits.size() / componentCount);
@@ -43,11 +28,6 @@ std::vector<Numbers> ToPixels(const std::vector<std::uint32_t>& bits)
 }
 
 } // namespace
-
-bool HasBrowser()
-{
-    return std::system("command -v node >/dev/null && command -v chromium >/dev/null") == 0;
-}
 
 std::vector<RunResult> DrawInBrowser(const std::vector<BrowserRun>& runs, std::size_t expressions,
                                      const std::vector<Numbers>& inputs)
@@ -60,13 +40,8 @@ std::vector<RunResult> DrawInBrowser(const std::vector<BrowserRun>& runs, std::s
     for (const BrowserRun& run : runs)
         request["runs"].push_back(
             {{"language", run.Language}, {"vertex", run.Vertex}, {"fragment", run.Fragment}});
-    const TemporaryFolder folder;
-    const std::filesystem::path answer = folder.Path() / "answer.json";
-    Run(Compose("node " MOX_TEST_DATA "/languages/browser/draw.js ",
-                Quoted(folder.Write("request.json", request.dump())), " ", Quoted(answer)),
-        folder);
     std::vector<RunResult> results;
-    for (const Json& result : Json::parse(Host::ReadFile(answer))) {
+    for (const Json& result : AskBrowser(request)) {
         if (result.contains("error"))
             results.push_back({{}, result["error"]});
         else
@@ -111,10 +86,10 @@ int main()
     source << "}\n";
     const TemporaryFolder folder;
     const std::filesystem::path program = folder.Path() / "programs";
-    Run(Compose(MOX_CXX_COMPILER " -std=c++20 -w -I" MOX_TEST_DATA "/languages/metal -o ",
-                Quoted(program), " ", Quoted(folder.Write("programs.cpp", source.str()))),
-        folder);
-    Run(Quoted(program), folder);
+    RunCommand(Compose(MOX_CXX_COMPILER " -std=c++20 -w -I" MOX_TEST_DATA "/languages/metal -o ",
+                       Quoted(program), " ", Quoted(folder.Write("programs.cpp", source.str()))),
+               folder.Path() / "log");
+    RunCommand(Quoted(program), folder.Path() / "log");
     std::vector<RunResult> results;
     std::ifstream stream(folder.Path() / "log");
     for (const std::size_t count : rows) {

@@ -20,9 +20,6 @@ struct RunResult
     std::string Error;
 };
 
-/// Whether Node.js and Chromium are installed.
-bool HasBrowser();
-
 /// Draws the same with each pair of programs in a headless browser that renders in software.
 /// @param expressions rows of the image
 /// @throws std::runtime_error if the browser does not draw at all

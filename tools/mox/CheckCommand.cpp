@@ -51,12 +51,12 @@ void Check(const CheckOptions& options, const CommonOptions& common)
     const auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()}, 1);
     const Host::PluginSet plugins = LoadPlugins(common);
     const Host::Environment environment = LoadEnvironment(options.Environment);
-    const auto compileCheck = MakeCompileCheck();
+    const auto targetCheck = MakeTargetCheck();
     Host::ProblemList problems;
     Host::CheckNodeFiles(common.NodeFolders, plugins, environment, problems);
     for (const Host::MaterialFile& material : materials)
         problems.Append(
-            Host::CheckMaterial(material.Document, plugins, environment, compileCheck.get()));
+            Host::CheckMaterial(material.Document, plugins, environment, targetCheck.get()));
     std::cout << Format(problems.Problems(), options);
     if (problems.HasErrors() || (options.IsStrict && !problems.Problems().empty()))
         throw CLI::RuntimeError(failureStatus);

@@ -45,6 +45,8 @@ Examples:
       materials too, as the file cannot say that one is new.
 )";
 
+constexpr const char* relaxedWord = "relaxed";
+
 struct ExportOptions
 {
     std::vector<std::string> Files;
@@ -53,6 +55,7 @@ struct ExportOptions
     std::string Depfile;
     std::string DepfileTarget;
     std::vector<std::string> Targets{"cg"};
+    std::string Precision = "full";
     bool IsPlain = false;
     bool IsByContent = false;
     bool IsShaderGraph = false;
@@ -175,9 +178,14 @@ std::unique_ptr<Host::Exporter> MakeExporter(const ExportOptions& options,
     Host::Environment environment = LoadEnvironment(options.Environment);
     if (options.IsShaderGraph)
         return std::make_unique<Host::ShaderGraphExporter>(plugins, std::move(environment));
+    Host::TranslationOptions translation;
+    if (options.Precision == relaxedWord)
+        translation.HalfPrecision = Languages::Precision::Relaxed;
+    if (!options.IsPlain && !options.IsByContent)
+        translation.Version = MOX_VERSION;
     return std::make_unique<Host::ProgramExporter>(plugins, std::move(environment),
                                                    Host::ProgramOptions{!options.IsPlain},
-                                                   MakeFormats(options.Targets));
+                                                   MakeFormats(options.Targets, translation));
 }
 
 void Export(const ExportOptions& options, const CommonOptions& common)
@@ -239,6 +247,12 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
                        ->type_name("LIST")
                        ->delimiter(',')
                        ->check(CLI::IsMember(TargetWords()));
+    command
+        ->add_option("--precision", options->Precision,
+                     "\"full\" computes half as float, \"relaxed\" as the language's own type for "
+                     "such numbers; full otherwise")
+        ->type_name("WORD")
+        ->check(CLI::IsMember({"full", relaxedWord}).description(""));
     command->add_flag("--plain", options->IsPlain, "Without comments in the programs");
     command
         ->add_flag(

@@ -127,8 +127,8 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
         problems.ThrowFirstError(); // there is nothing to draw
     RequireSeparateOutput(options, graph, environment, plugins);
     if (!options.IsShader) {
-        const auto compileCheck = MakeCompileCheck();
-        Host::CheckMaterial(graph, options.File, environment, compileCheck.get(), problems);
+        const auto targetCheck = MakeTargetCheck();
+        Host::CheckMaterial(graph, options.File, environment, targetCheck.get(), problems);
     }
     // Images are left out of text: it could only name files that are not there.
     std::map<std::string, Host::Picture> images;

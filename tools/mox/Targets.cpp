@@ -1,10 +1,12 @@
 #include "Targets.h"
 
 #include "mox/program/CgFormat.h"
+#include "mox/targets/TargetCheck.h"
+#include "mox/targets/TargetFormat.h"
 
 #include <algorithm>
 #ifdef MOX_HAS_COMPILER
-#include "mox/compile/CompiledFormat.h"
+#include "mox/compile/ProgramCompiler.h"
 #endif
 
 namespace Mox::Tool {
@@ -18,51 +20,58 @@ bool Holds(const std::vector<std::string>& words, std::string_view word)
     return std::find(words.begin(), words.end(), word) != words.end();
 }
 
+bool IsAvailable([[maybe_unused]] Host::CompileTarget target)
+{
+#ifdef MOX_HAS_COMPILER
+    return true;
+#else
+    return target != Host::CompileTarget::Spirv;
+#endif
+}
+
 } // namespace
 
 std::vector<std::string> TargetWords()
 {
     std::vector<std::string> words{cgWord};
-#ifdef MOX_HAS_COMPILER
-    for (const Host::CompileTarget target : Host::AllCompileTargets())
-        words.emplace_back(Host::GetTargetName(target));
-#endif
+    for (const Host::CompileTarget target : Host::AllCompileTargets()) {
+        if (IsAvailable(target))
+            words.emplace_back(Host::GetTargetName(target));
+    }
     return words;
 }
 
-bool IsBinaryTarget([[maybe_unused]] std::string_view word)
+bool IsBinaryTarget(std::string_view word)
 {
-#ifdef MOX_HAS_COMPILER
     return word == Host::GetTargetName(Host::CompileTarget::Spirv);
-#else
-    return false;
-#endif
 }
 
-std::vector<std::unique_ptr<Host::ProgramFormat>> MakeFormats(const std::vector<std::string>& words)
+std::vector<std::unique_ptr<Host::ProgramFormat>>
+MakeFormats(const std::vector<std::string>& words, const Host::TranslationOptions& options)
 {
     std::vector<std::unique_ptr<Host::ProgramFormat>> formats;
     if (Holds(words, cgWord))
         formats.push_back(std::make_unique<Host::CgFormat>());
-#ifdef MOX_HAS_COMPILER
     std::vector<Host::CompileTarget> targets;
+    Host::SpirvMaker makeSpirv;
     for (const Host::CompileTarget target : Host::AllCompileTargets()) {
-        if (Holds(words, Host::GetTargetName(target)))
-            targets.push_back(target);
+        if (!IsAvailable(target) || !Holds(words, Host::GetTargetName(target)))
+            continue;
+        targets.push_back(target);
+#ifdef MOX_HAS_COMPILER
+        if (target == Host::CompileTarget::Spirv)
+            makeSpirv = Host::ProgramCompiler().MakeSpirv();
+#endif
     }
     if (!targets.empty())
-        formats.push_back(std::make_unique<Host::CompiledFormat>(std::move(targets)));
-#endif
+        formats.push_back(std::make_unique<Host::TargetFormat>(std::move(targets), options,
+                                                               std::move(makeSpirv)));
     return formats;
 }
 
-std::unique_ptr<Host::ProgramFormat> MakeCompileCheck()
+std::unique_ptr<Host::ProgramFormat> MakeTargetCheck()
 {
-#ifdef MOX_HAS_COMPILER
-    return std::make_unique<Host::CompileCheck>();
-#else
-    return {};
-#endif
+    return std::make_unique<Host::TargetCheck>();
 }
 
 } // namespace Mox::Tool

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mox/program/ProgramFormat.h"
+#include "mox/targets/ProgramTranslator.h"
 
 #include <memory>
 #include <string>
@@ -9,8 +10,8 @@
 
 namespace Mox::Tool {
 
-/// The words that name what programs can be exported as: "cg", and the languages of the compiler if
-/// it is built in.
+/// The words that name what programs can be exported as; "spirv" is among them if a compiler is
+/// built in.
 std::vector<std::string> TargetWords();
 
 /// Whether a word's programs are bytes and no text.
@@ -18,9 +19,9 @@ bool IsBinaryTarget(std::string_view word);
 
 /// The formats of these words, in order and without doubles.
 std::vector<std::unique_ptr<Host::ProgramFormat>>
-MakeFormats(const std::vector<std::string>& words);
+MakeFormats(const std::vector<std::string>& words, const Host::TranslationOptions& options);
 
-/// A format that shows whether programs compile; empty if no compiler is built in.
-std::unique_ptr<Host::ProgramFormat> MakeCompileCheck();
+/// A format that shows whether programs can be exported in every language.
+std::unique_ptr<Host::ProgramFormat> MakeTargetCheck();
 
 } // namespace Mox::Tool

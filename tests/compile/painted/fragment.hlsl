@@ -1,48 +1,60 @@
 cbuffer FragmentUniforms : register(b1)
 {
-    float3 tint : packoffset(c0);
-    float gloss : packoffset(c0.w);
-    float3 lights[2] : packoffset(c1);
-};
-
-Texture2D<float4> paintTexture : register(t0);
-SamplerState paintTextureSampler : register(s0);
-Texture1D<float4> rampTexture : register(t1);
-SamplerState rampTextureSampler : register(s1);
-
-static float4 interpolant0;
-static float4 interpolant1;
-static float4 fragmentColour0;
-
-struct SPIRV_Cross_Input
-{
-    float4 interpolant0 : TEXCOORD0;
-    float4 interpolant1 : TEXCOORD1;
-};
-
-struct SPIRV_Cross_Output
-{
-    float4 fragmentColour0 : SV_Target0;
-};
-
-void frag_main()
-{
-    float3 _54 = paintTexture.Sample(paintTextureSampler, interpolant1.xy).xyz;
-    float3 _57 = pow((_54 + 0.054999999701976776123046875f.xxx) * 0.947867333889007568359375f.xxx, 2.400000095367431640625f.xxx);
-    float3 _58 = _54 * 0.077399380505084991455078125f.xxx;
-    bool3 _59 = bool3(_54.x <= 0.040449999272823333740234375f.xxx.x, _54.y <= 0.040449999272823333740234375f.xxx.y, _54.z <= 0.040449999272823333740234375f.xxx.z);
-    float3 _71 = rampTexture.Sample(rampTextureSampler, clamp(dot(interpolant0.xyz, lights[0] + lights[1]), 0.0f, 1.0f)).xyz;
-    float3 _74 = float3(_59.x ? _58.x : _57.x, _59.y ? _58.y : _57.y, _59.z ? _58.z : _57.z) * tint;
-    bool3 _75 = bool3(_74.x < _71.x, _74.y < _71.y, _74.z < _71.z);
-    fragmentColour0 = float4(float3(_75.x ? _74.x : _71.x, _75.y ? _74.y : _71.y, _75.z ? _74.z : _71.z) + gloss.xxx, 1.0f);
+	float3 tint : packoffset(c0);
+	float gloss : packoffset(c0.w);
+	float3 lights[2] : packoffset(c1);
 }
 
-SPIRV_Cross_Output main(SPIRV_Cross_Input stage_input)
+Texture2D paintTexture : register(t0);
+SamplerState paintTextureSampler : register(s0);
+Texture1D rampTexture : register(t1);
+SamplerState rampTextureSampler : register(s1);
+
+float3 MoxSrgbToLinear(float3 colour)
 {
-    interpolant0 = stage_input.interpolant0;
-    interpolant1 = stage_input.interpolant1;
-    frag_main();
-    SPIRV_Cross_Output stage_output;
-    stage_output.fragmentColour0 = fragmentColour0;
-    return stage_output;
+	return colour <= float3(0.04045, 0.04045, 0.04045) ? colour / 12.92 : pow((colour + 0.055) / 1.055, float3(2.4, 2.4, 2.4));
+}
+
+// node "Paint"
+void textureCode(
+	float2 in_uv,
+	Texture2D in_sampler,
+	SamplerState in_samplerSampler,
+	out float3 out_colour)
+{
+	float3 value = in_sampler.Sample(in_samplerSampler, in_uv).xyz;
+	value = MoxSrgbToLinear(value);
+	out_colour = value;
+}
+
+// node "Ramp"
+void textureCode_2(
+	float in_uv,
+	Texture1D in_sampler,
+	SamplerState in_samplerSampler,
+	out float3 out_colour)
+{
+	float3 value = in_sampler.Sample(in_samplerSampler, in_uv).xyz;
+	out_colour = value;
+}
+
+// node "Darken"
+void mathsCode(float3 in_value1, float3 in_value2, out float3 out_value)
+{
+	out_value = in_value1 < in_value2 ? in_value1 : in_value2;
+}
+
+void main(
+	in float4 interpolant0 : TEXCOORD0,
+	in float4 interpolant1 : TEXCOORD1,
+	out float4 colour : SV_Target0)
+{
+	float3 paint;
+	textureCode(interpolant1.xy, paintTexture, paintTextureSampler, paint);
+	float facing = saturate(dot(interpolant0.xyz, lights[0] + lights[1]));
+	float3 ramp;
+	textureCode_2(facing, rampTexture, rampTextureSampler, ramp);
+	float3 point_;
+	mathsCode(paint * tint, ramp, point_);
+	colour = float4(point_ + gloss, 1.0);
 }

@@ -1,11 +1,9 @@
 #version 450
 
-vec4 _28;
-
-layout(binding = 0, std140) uniform VertexUniforms
+layout(std140, binding = 0) uniform VertexUniforms
 {
-    layout(row_major) mat4 worldViewProjection;
-    layout(row_major) mat4 world;
+	mat4 worldViewProjection;
+	mat4 world;
 } mox;
 
 layout(location = 0) in vec3 position;
@@ -14,18 +12,19 @@ layout(location = 8) in vec2 uv0;
 layout(location = 0) out vec4 interpolant0;
 layout(location = 1) out vec4 interpolant1;
 
-void main()
+// node "World Normal"
+void worldNormalCode(vec3 in_normal, mat4 in_world, out vec3 out_value)
 {
-    vec4 _39 = vec4(normal, 0.0) * mox.world;
-    vec4 _41;
-    _41.x = _39.x;
-    _41.y = _39.y;
-    _41.z = _39.z;
-    vec4 _47;
-    _47.x = uv0.x;
-    _47.y = uv0.y;
-    gl_Position = vec4(position, 1.0) * mox.worldViewProjection;
-    interpolant0 = _41;
-    interpolant1 = _47;
+	out_value = (in_world * vec4(in_normal, 0.0)).xyz;
 }
 
+void main()
+{
+	interpolant0 = vec4(0.0);
+	interpolant1 = vec4(0.0);
+	vec3 worldNormal;
+	worldNormalCode(normal, mox.world, worldNormal);
+	interpolant0.xyz = worldNormal;
+	interpolant1.xy = uv0;
+	gl_Position = mox.worldViewProjection * vec4(position, 1.0);
+}

@@ -1,13 +1,20 @@
 #pragma once
 
-#include "mox/compile/ParameterNames.h"
-#include "mox/compile/SpirvModule.h"
+#include "mox/shader/ShaderType.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace Mox::Host {
+
+/// Where programs have their uniform blocks and samplers.
+constexpr std::uint32_t descriptorSet = 0;
+constexpr std::uint32_t vertexBlockBinding = 0;
+constexpr std::uint32_t fragmentBlockBinding = 1;
+constexpr std::uint32_t firstSamplerBinding = 2;
 
 /// A uniform in its block.
 struct UniformMember
@@ -49,8 +56,8 @@ struct StageVariable
     std::uint32_t Location;
 };
 
-/// What one stage reads and writes, the same in every target. What the program declares and the
-/// stage has no use for does not stand here, except in the block.
+/// What one stage declares, the same in every target. What has no effect on the surface is not
+/// declared.
 struct StageInterface
 {
     std::optional<UniformBlock> Block;
@@ -58,9 +65,5 @@ struct StageInterface
     std::vector<StageVariable> Inputs;
     std::vector<StageVariable> Outputs;
 };
-
-/// Reads the interface of a module in which parameters stand under their aliases.
-/// @throws std::logic_error if it has a uniform or a sampler that is no parameter
-StageInterface ReadStageInterface(const SpirvWords& module, const ParameterNames& names);
 
 } // namespace Mox::Host

@@ -1,4 +1,4 @@
-#include "mox/compile/CompileTarget.h"
+#include "mox/targets/CompileTarget.h"
 
 #include <cstddef>
 
@@ -20,6 +20,7 @@ constexpr TargetRow rows[] = {
     {CompileTarget::GlslVulkan, "glsl-vulkan", "vulkan.glsl"},
     {CompileTarget::Essl, "essl", "essl"},
     {CompileTarget::Msl, "msl", "metal"},
+    {CompileTarget::Wgsl, "wgsl", "wgsl"},
     {CompileTarget::Spirv, "spirv", "spv"},
 };
 

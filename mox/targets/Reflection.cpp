@@ -1,4 +1,4 @@
-#include "mox/compile/Reflection.h"
+#include "mox/targets/Reflection.h"
 
 #include "mox/Text.h"
 
@@ -93,6 +93,10 @@ Json PlaceBlock(const UniformBlock& block, CompileTarget target)
     case CompileTarget::Msl:
         json["buffer"] = block.Binding;
         break;
+    case CompileTarget::Wgsl:
+        json["group"] = descriptorSet;
+        json["binding"] = block.Binding;
+        break;
     }
     return json;
 }
@@ -117,6 +121,15 @@ Json PlaceSampler(const SamplerSlot& sampler, const std::string& name, CompileTa
                 {"textureIndex", sampler.Unit},
                 {"sampler", name + "Sampler"},
                 {"samplerIndex", sampler.Unit}};
+    case CompileTarget::Wgsl: {
+        // A texture and its sampler have numbers of their own.
+        const std::uint32_t binding = firstSamplerBinding + 2 * sampler.Unit;
+        return {{"group", descriptorSet},
+                {"texture", name},
+                {"textureBinding", binding},
+                {"sampler", name + "Sampler"},
+                {"samplerBinding", binding + 1}};
+    }
     }
     return {};
 }

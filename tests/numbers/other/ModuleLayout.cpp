@@ -1,4 +1,4 @@
-#include "mox/compile/SpirvModule.h"
+#include "tests/numbers/other/ModuleLayout.h"
 
 #include "mox/Text.h"
 
@@ -189,25 +189,6 @@ SpirvWords LayOutModule(const SpirvWords& words, ProgramStage stage,
             Append(result, spv::OpName, instruction.subspan(1, 1), place->second.Name);
         else if (TextAt(instruction, 2) == "$Global")
             Append(result, spv::OpName, instruction.subspan(1, 1), GetBlockName(stage));
-    });
-    return result;
-}
-
-SpirvWords RenameModule(const SpirvWords& words,
-                        const std::function<std::string(const std::string& name)>& rename)
-{
-    SpirvWords result(words.begin(), words.begin() + headerSize);
-    ForEachInstruction(words, [&](Instruction instruction) {
-        const bool isName = OpcodeOf(instruction) == spv::OpName;
-        const bool isMemberName = OpcodeOf(instruction) == spv::OpMemberName;
-        if (!isName && !isMemberName) {
-            Append(result, instruction);
-            return;
-        }
-        const std::size_t operands = isName ? 1 : 2;
-        const std::string name = rename(TextAt(instruction, 1 + operands));
-        if (!name.empty())
-            Append(result, OpcodeOf(instruction), instruction.subspan(1, operands), name);
     });
     return result;
 }

@@ -1,7 +1,7 @@
-#include "mox/compile/FrontEnd.h"
+#include "tests/numbers/other/FrontEnd.h"
 
 #include "mox/Text.h"
-#include "mox/compile/Prelude.h"
+#include "tests/numbers/other/Prelude.h"
 
 #include <algorithm>
 #include <array>

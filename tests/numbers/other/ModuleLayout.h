@@ -1,23 +1,14 @@
 #pragma once
 
-#include "mox/compile/CompileTarget.h"
+#include "mox/compile/SpirvCompiler.h"
+#include "mox/targets/StageInterface.h"
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <string>
 #include <vector>
 
 namespace Mox::Host {
-
-/// A SPIR-V module as a stream of words.
-using SpirvWords = std::vector<std::uint32_t>;
-
-/// Where the fixed things of a program stand.
-constexpr std::uint32_t descriptorSet = 0;
-constexpr std::uint32_t vertexBlockBinding = 0;
-constexpr std::uint32_t fragmentBlockBinding = 1;
-constexpr std::uint32_t firstSamplerBinding = 2;
 
 inline std::uint32_t GetBlockBinding(ProgramStage stage)
 {
@@ -37,9 +28,5 @@ std::string GetBlockName(ProgramStage stage);
 /// @throws std::logic_error if it has another sampler
 SpirvWords LayOutModule(const SpirvWords& words, ProgramStage stage,
                         const std::map<std::string, std::uint32_t>& samplerBindings);
-
-/// Replaces the names of the module by what rename makes of them; nothing drops a name.
-SpirvWords RenameModule(const SpirvWords& words,
-                        const std::function<std::string(const std::string& name)>& rename);
 
 } // namespace Mox::Host

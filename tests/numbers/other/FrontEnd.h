@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/compile/SpirvModule.h"
+#include "tests/numbers/other/ModuleLayout.h"
 
 #include <string>
 #include <vector>

@@ -7,7 +7,7 @@
 
 namespace Mox::Host {
 
-/// A language that programs are compiled to.
+/// A language that programs are exported in, besides Cg.
 enum class CompileTarget
 {
     Hlsl,       ///< shader model 5.0
@@ -15,14 +15,15 @@ enum class CompileTarget
     GlslVulkan, ///< 4.50 for Vulkan, with descriptor sets
     Essl,       ///< 3.00, as OpenGL ES 3 and browsers read it
     Msl,        ///< 2.0
-    Spirv,      ///< 1.0 for Vulkan 1.0, binary
+    Wgsl,
+    Spirv, ///< 1.0 for Vulkan 1.0, binary
 };
 
 /// Every target, in the order of the enumeration.
 const std::vector<CompileTarget>& AllCompileTargets();
 
 /// The word on command lines and in reflection files: "hlsl", "glsl", "glsl-vulkan", "essl", "msl",
-/// "spirv".
+/// "wgsl", "spirv".
 std::string_view GetTargetName(CompileTarget target);
 
 /// What files in the language end in, as other tools know it, without the dot in front.

@@ -1,0 +1,92 @@
+#include "mox/targets/ProgramTranslator.h"
+
+#include "mox/Text.h"
+#include "mox/host/Excerpt.h"
+#include "mox/languages/Languages.h"
+#include "mox/program/CodeCheck.h"
+#include "mox/targets/StagePair.h"
+#include "mox/targets/TargetCheck.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace Mox::Host {
+
+namespace {
+
+using Languages::Language;
+using Materials::Compose;
+
+Language LanguageOf(CompileTarget target)
+{
+    switch (target) {
+    case CompileTarget::Hlsl:
+        return Language::Hlsl;
+    case CompileTarget::Glsl:
+        return Language::Glsl;
+    case CompileTarget::GlslVulkan:
+    case CompileTarget::Spirv:
+        return Language::VulkanGlsl;
+    case CompileTarget::Essl:
+        return Language::Essl;
+    case CompileTarget::Msl:
+        return Language::Msl;
+    case CompileTarget::Wgsl:
+        return Language::Wgsl;
+    }
+    return Language::VulkanGlsl;
+}
+
+TargetProgram TranslateStage(const StagePair& stages, ProgramStage stage, CompileTarget target,
+                             Languages::Precision precision, const std::string& header,
+                             const SpirvMaker& makeSpirv)
+{
+    Languages::StageProgram program = stages.StageOf(stage);
+    program.Header = header;
+    Languages::WrittenStage written = Languages::WriteStage(program, LanguageOf(target), precision);
+    if (target == CompileTarget::Spirv)
+        written.Text = makeSpirv(written.Text, stage);
+    return {target, stage, std::move(written.Text), std::move(written.EntryPoint),
+            stages.NamesOfParameters(written.Names)};
+}
+
+void ReportInternal(const std::exception& error, const std::string& file, ProblemList& problems)
+{
+    problems.Fail("compile", Place(file), Compose("internal error of the writers: ", error.what()));
+}
+
+} // namespace
+
+CompiledProgram Translate(const CgProgram& program, const std::vector<CompileTarget>& targets,
+                          const TranslationOptions& options, const SpirvMaker& makeSpirv,
+                          const std::string& file, ProblemList& problems)
+{
+    CompiledProgram result;
+    result.Parameters = program.Plan.Parameters;
+    CheckTargets(program.Plan, targets, file, problems);
+    if (problems.HasErrors())
+        return result;
+    std::string header;
+    if (!options.Version.empty())
+        header = MessageLine(Compose("Made from ", std::filesystem::path(file).filename().string(),
+                                     " by mox ", options.Version));
+    try {
+        const StagePair stages(program);
+        result.Vertex = stages.DescribeInterface(ProgramStage::Vertex);
+        result.Fragment = stages.DescribeInterface(ProgramStage::Fragment);
+        for (const CompileTarget target : targets) {
+            for (const ProgramStage stage : {ProgramStage::Vertex, ProgramStage::Fragment})
+                result.Programs.push_back(TranslateStage(stages, stage, target,
+                                                         options.HalfPrecision, header, makeSpirv));
+        }
+    } catch (const std::logic_error& error) {
+        CheckCode(program, file, problems);
+        if (!problems.HasErrors())
+            ReportInternal(error, file, problems);
+    } catch (const std::runtime_error& error) {
+        ReportInternal(error, file, problems);
+    }
+    return result;
+}
+
+} // namespace Mox::Host

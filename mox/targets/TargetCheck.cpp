@@ -1,0 +1,114 @@
+#include "mox/targets/TargetCheck.h"
+
+#include "mox/Text.h"
+
+#include <algorithm>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+/// Whether a target has a counterpart for a class of registers. So far all of them have the same.
+bool HasRegister(CompileTarget, ShaderRegisterType type)
+{
+    switch (type) {
+    case ShaderRegisterType::RegisterUnknown:
+    case ShaderRegisterType::VertexAttribute:
+    case ShaderRegisterType::VertexConstant:
+    case ShaderRegisterType::VertexTextureUnit:
+    case ShaderRegisterType::VertexPosition:
+    case ShaderRegisterType::VertexTexCoord:
+    case ShaderRegisterType::FragmentTexCoord:
+    case ShaderRegisterType::FragmentTextureUnit:
+    case ShaderRegisterType::FragmentColorOut:
+        return true;
+    case ShaderRegisterType::VertexPointSize:
+    case ShaderRegisterType::VertexFog:
+    case ShaderRegisterType::VertexColor:
+    case ShaderRegisterType::VertexBackColor:
+    case ShaderRegisterType::FragmentPosition:
+    case ShaderRegisterType::FragmentColorIn:
+    case ShaderRegisterType::FragmentFace:
+    case ShaderRegisterType::FragmentFog:
+    case ShaderRegisterType::FragmentDepth:
+        break;
+    }
+    return false;
+}
+
+/// Likewise for types of parameters.
+bool HasType(CompileTarget, ComponentType type)
+{
+    return type != ComponentType::SamplerRect;
+}
+
+/// Those of the targets for which a predicate does not hold, as a list; empty if it holds for all.
+template <class Has>
+std::string ListLacking(const std::vector<CompileTarget>& targets, Has has)
+{
+    std::string list;
+    for (const CompileTarget target : targets) {
+        if (!has(target))
+            list += Compose(list.empty() ? "" : ", ", GetTargetName(target));
+    }
+    return list;
+}
+
+/// The node that uses a register, by its call in the stage; empty for the environment.
+std::string NodeOfInput(const PlannedStage& stage, std::size_t input)
+{
+    for (const PlannedCall& call : stage.Calls) {
+        for (const PlanOperand& argument : call.Arguments) {
+            if (argument.From == PlanOperand::Source::Register && argument.Index == input)
+                return call.Node;
+        }
+    }
+    return {};
+}
+
+std::string NodeOfOutput(const PlannedStage& stage, const PlannedOutput& output)
+{
+    return output.Value.From == PlanOperand::Source::Result ? stage.Calls[output.Value.Index].Node
+                                                            : std::string();
+}
+
+} // namespace
+
+void CheckTargets(const ProgramPlan& plan, const std::vector<CompileTarget>& targets,
+                  const std::string& file, ProblemList& problems)
+{
+    const auto check = [&](const std::string& node, const std::string& what,
+                           const std::string& lacking) {
+        if (!lacking.empty())
+            problems.Fail("target", Place(file, 0, node),
+                          Compose(what, " has no counterpart in ", lacking));
+    };
+    for (const PlannedStage& stage : plan.Stages) {
+        const auto checkRegister = [&](const PlannedRegister& place, const std::string& node) {
+            const ShaderRegisterType type = place.Register.Type;
+            check(node, Compose("the register ", place.Register.FormatRegister()),
+                  ListLacking(targets, [type](CompileTarget t) { return HasRegister(t, type); }));
+        };
+        for (std::size_t i = 0; i < stage.Inputs.size(); ++i)
+            checkRegister(stage.Inputs[i], NodeOfInput(stage, i));
+        for (const PlannedOutput& output : stage.Outputs)
+            checkRegister(output.Target, NodeOfOutput(stage, output));
+    }
+    for (const ProgramParameter& parameter : plan.Parameters) {
+        const ComponentType type = parameter.Type.Component;
+        check(parameter.Nodes.empty() ? std::string() : parameter.Nodes.front(),
+              Compose("the type ", parameter.Type.Format(), " of \"", parameter.Name, "\""),
+              ListLacking(targets, [type](CompileTarget t) { return HasType(t, type); }));
+    }
+}
+
+std::vector<std::string> TargetCheck::Write(const CgProgram& program, const std::string& file,
+                                            ProblemList& problems) const
+{
+    CheckTargets(program.Plan, AllCompileTargets(), file, problems);
+    return {};
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,36 @@
+#include "mox/targets/TargetFormat.h"
+
+#include "mox/Text.h"
+#include "mox/targets/Reflection.h"
+
+#include <utility>
+
+namespace Mox::Host {
+
+TargetFormat::TargetFormat(std::vector<CompileTarget> targets, TranslationOptions options,
+                           SpirvMaker makeSpirv)
+    : _targets(std::move(targets)), _options(std::move(options)), _makeSpirv(std::move(makeSpirv))
+{
+    for (const CompileTarget target : _targets) {
+        for (const ProgramStage stage : {ProgramStage::Vertex, ProgramStage::Fragment})
+            _endings.push_back(
+                Materials::Compose(".", GetStageName(stage), ".", GetTargetEnding(target)));
+    }
+    _endings.emplace_back(".reflection.json");
+}
+
+std::vector<std::string> TargetFormat::Write(const CgProgram& program, const std::string& file,
+                                             ProblemList& problems) const
+{
+    CompiledProgram translated = Translate(program, _targets, _options, _makeSpirv, file, problems);
+    if (problems.HasErrors())
+        return {};
+    std::vector<std::string> texts;
+    const std::string reflection = FormatReflection(translated);
+    for (TargetProgram& target : translated.Programs)
+        texts.push_back(std::move(target.Bytes));
+    texts.push_back(reflection);
+    return texts;
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "mox/program/ProgramFormat.h"
+#include "mox/targets/ProgramTranslator.h"
+
+namespace Mox::Host {
+
+/// Programs in other languages than Cg, with a reflection document that says what is where.
+class TargetFormat : public ProgramFormat
+{
+public:
+    /// @param targets at least one
+    /// @param makeSpirv needed for SPIR-V alone
+    TargetFormat(std::vector<CompileTarget> targets, TranslationOptions options,
+                 SpirvMaker makeSpirv);
+
+    const std::vector<std::string>& Endings() const override { return _endings; }
+    std::vector<std::string> Write(const CgProgram& program, const std::string& file,
+                                   ProblemList& problems) const override;
+
+private:
+    std::vector<CompileTarget> _targets;
+    TranslationOptions _options;
+    SpirvMaker _makeSpirv;
+    std::vector<std::string> _endings;
+};
+
+} // namespace Mox::Host
