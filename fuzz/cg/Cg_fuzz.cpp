@@ -4,8 +4,8 @@
 #include "mox/cg/Liveness.h"
 #include "mox/cg/Lowering.h"
 #include "mox/languages/Languages.h"
-#include "mox/languages/PlainStage.h"
 #include "tests/support/Claim.h"
+#include "tests/support/PlainStage.h"
 
 #include <algorithm>
 

@@ -75,8 +75,7 @@ protected:
     void PutInterface() override
     {
         Text += _isEssl ? "#version 300 es\n" : "#version 450\n";
-        if (!Program.Header.empty())
-            Text += Compose("// ", Program.Header, "\n");
+        PutHeader();
         if (_isEssl) {
             for (const char* type : {"float", "int", "sampler2D", "sampler3D", "samplerCube"})
                 Text += Compose("precision highp ", type, ";\n");

@@ -68,8 +68,8 @@ public:
 protected:
     void PutInterface() override
     {
-        if (!Program.Header.empty())
-            Text += Compose("// ", Program.Header, "\n\n");
+        PutHeader();
+        Text += Text.empty() ? "" : "\n";
         for (const UniformBlock& block : Program.Blocks)
             PutUniforms(block);
         for (const StageSlot& sampler : Program.Samplers) {

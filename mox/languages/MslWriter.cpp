@@ -53,8 +53,7 @@ public:
 protected:
     void PutInterface() override
     {
-        if (!Program.Header.empty())
-            Text += Compose("// ", Program.Header, "\n");
+        PutHeader();
         Text += "#include <metal_stdlib>\n\nusing namespace metal;\n\n";
         for (const UniformBlock& block : Program.Blocks) {
             const std::string name = PutBlockStruct(block, ";");

@@ -61,8 +61,7 @@ public:
 protected:
     void PutInterface() override
     {
-        if (!Program.Header.empty())
-            Text += Compose("// ", Program.Header, "\n");
+        PutHeader();
         if (!Program.IsVertex && ReadsInBranches())
             Text += "diagnostic(off, derivative_uniformity);\n";
         Text += Text.empty() ? "" : "\n";

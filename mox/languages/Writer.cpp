@@ -104,6 +104,12 @@ Element Writer::Computed(Element element) const
 
 // ---- lines
 
+void Writer::PutHeader()
+{
+    if (!Program.Header.empty())
+        PutLine("// " + Program.Header);
+}
+
 void Writer::StartLine()
 {
     Text.append(static_cast<std::size_t>(Indentation), '\t');

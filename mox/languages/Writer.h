@@ -116,6 +116,9 @@ protected:
     /// ...)".
     void PutByVectors(const Cg::Expression& expression, std::string_view symbol, int count);
 
+    /// The comment at the top, if there is to be one.
+    void PutHeader();
+
     void PutStatements(Cg::Statements statements);
     void PutBlock(Cg::Statements statements);
 

@@ -2,7 +2,7 @@
 #include "mox/cg/Liveness.h"
 #include "mox/cg/Lowering.h"
 #include "mox/languages/Languages.h"
-#include "mox/languages/PlainStage.h"
+#include "tests/support/PlainStage.h"
 #include "tests/support/Session.h"
 
 #include <gtest/gtest.h>

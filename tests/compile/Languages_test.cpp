@@ -1,9 +1,9 @@
 #include "mox/Text.h"
 #include "mox/cg/Lowering.h"
 #include "mox/languages/Languages.h"
-#include "mox/languages/PlainStage.h"
 #include "tests/support/CgCases.h"
 #include "tests/support/GlslModule.h"
+#include "tests/support/PlainStage.h"
 
 #include <gtest/gtest.h>
 

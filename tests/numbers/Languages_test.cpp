@@ -1,14 +1,15 @@
 #include "mox/Text.h"
 #include "mox/cg/Lowering.h"
 #include "mox/languages/Languages.h"
-#include "mox/languages/PlainStage.h"
 #include "tests/numbers/CaseDrawer.h"
 #include "tests/numbers/Comparison.h"
 #include "tests/numbers/OutsideRunners.h"
 #include "tests/numbers/other/OtherCompiler.h"
+#include "tests/support/Browser.h"
 #include "tests/support/CgCases.h"
 #include "tests/support/DeviceTest.h"
 #include "tests/support/GlslModule.h"
+#include "tests/support/PlainStage.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "mox/languages/PlainStage.h"
+#include "tests/support/PlainStage.h"
 
 #include "mox/Text.h"
 #include "mox/host/HostError.h"
