@@ -2,11 +2,12 @@
 
 #include <memory>
 #include <new>
+#include <string_view>
 #include <xxhash.h>
 
 namespace Mox::Host {
 
-std::string HashContent(const std::vector<std::string>& texts)
+std::string HashContent(const std::vector<std::string>& texts, const std::string& header)
 {
     struct Free
     {
@@ -16,11 +17,17 @@ std::string HashContent(const std::vector<std::string>& texts)
     if (!state)
         throw std::bad_alloc();
     XXH3_128bits_reset(state.get());
-    for (const std::string& text : texts) {
+    const auto add = [&](std::string_view part) {
         // Lengths keep "a", "bc" apart from "ab", "c".
-        const std::string length = std::to_string(text.size()) + ":";
+        const std::string length = std::to_string(part.size()) + ":";
         XXH3_128bits_update(state.get(), length.data(), length.size());
-        XXH3_128bits_update(state.get(), text.data(), text.size());
+        XXH3_128bits_update(state.get(), part.data(), part.size());
+    };
+    for (const std::string_view text : texts) {
+        const std::size_t at = header.empty() ? text.npos : text.find(header);
+        add(text.substr(0, at));
+        if (at != text.npos)
+            add(text.substr(at + header.size()));
     }
     XXH128_canonical_t bytes;
     XXH128_canonicalFromHash(&bytes, XXH3_128bits_digest(state.get()));

@@ -112,7 +112,7 @@ void ExportBatch::Work(OrderedOutcomes& outcomes) const
         try {
             exported = _exporter.Export(job.Document);
             if (!exported.Problems.HasErrors())
-                result.Outcome.Content = HashContent(exported.Texts);
+                result.Outcome.Content = HashContent(exported.Texts, exported.Header);
         } catch (...) {
             result.Failure = std::current_exception();
         }

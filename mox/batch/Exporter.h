@@ -12,6 +12,7 @@ namespace Mox::Host {
 struct ExportedMaterial
 {
     std::vector<std::string> Texts; ///< one for each of the exporter's endings
+    std::string Header; ///< line in which texts of equal programs may differ, or nothing
     std::vector<std::filesystem::path>
         Inputs;           ///< files that the texts hang on, besides the document
     ProblemList Problems; ///< with an error among them the texts do not count

@@ -23,7 +23,7 @@ public:
     CompiledProgram Compile(const CgProgram& program, const std::vector<CompileTarget>& targets,
                             const std::string& file, ProblemList& problems) const
     {
-        return Translate(program, targets, {}, MakeSpirv(), file, problems);
+        return Translate(program, targets, Languages::Precision::Full, MakeSpirv(), file, problems);
     }
 
     /// Turns texts into SPIR-V; may outlive the object.

@@ -32,6 +32,8 @@ struct CgProgram
     ProgramPlan Plan;
     StageProgram Vertex;
     StageProgram Fragment;
+    std::string Header = {}; ///< what a comment at the top of programs in other languages says;
+                             ///< they have none if it is empty
 };
 
 } // namespace Mox::Host

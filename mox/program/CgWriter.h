@@ -10,6 +10,7 @@ namespace Mox::Host {
 struct ProgramOptions
 {
     bool WithComments = true; ///< names the nodes that a function comes from
+    std::string Version = {}; ///< for the header; programs have none if it is empty
 };
 
 /// Writes both programs of a plan in Cg.

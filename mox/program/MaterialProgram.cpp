@@ -1,6 +1,7 @@
 #include "mox/program/MaterialProgram.h"
 
 #include "mox/Text.h"
+#include "mox/host/Excerpt.h"
 #include "mox/program/CodeCheck.h"
 #include "mox/program/EnvironmentNodes.h"
 #include "mox/program/HelperFunctions.h"
@@ -42,6 +43,12 @@ bool HasEnd(const GeneratedShader& shader)
     return std::any_of(nodes.begin(), nodes.end(), [&](const ShaderNodeHandle& node) {
         return !shader.Origins.Of(*node).Port.empty();
     });
+}
+
+std::string FormatHeader(const std::string& file, const std::string& version)
+{
+    return MessageLine(Materials::Compose(
+        "Made from ", std::filesystem::path(file).filename().string(), " by mox ", version));
 }
 
 } // namespace
@@ -108,6 +115,8 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
         PlanMaterialProgram(graph, environment, StageChoice::Copies::HandedOn, found), {}, {}};
     if (!found.HasErrors()) {
         program = WriteCg(std::move(program.Plan), options);
+        if (!options.Version.empty())
+            program.Header = FormatHeader(graph.Document().File, options.Version);
         ProblemList inCode;
         CheckCode(program, graph.Document().File, inCode);
         AppendWithLines(inCode, graph, found);

@@ -35,6 +35,7 @@ ExportedMaterial ProgramExporter::Export(const std::filesystem::path& file) cons
             WriteProgram(*format, program, graph, file, exported.Problems);
         std::move(texts.begin(), texts.end(), std::back_inserter(exported.Texts));
     }
+    exported.Header = program.Header;
     exported.Inputs = ExportInputs(_environment, _plugins);
     return exported;
 }

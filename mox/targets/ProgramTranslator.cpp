@@ -1,13 +1,11 @@
 #include "mox/targets/ProgramTranslator.h"
 
 #include "mox/Text.h"
-#include "mox/host/Excerpt.h"
 #include "mox/languages/Languages.h"
 #include "mox/program/CodeCheck.h"
 #include "mox/targets/StagePair.h"
 #include "mox/targets/TargetCheck.h"
 
-#include <filesystem>
 #include <stdexcept>
 
 namespace Mox::Host {
@@ -58,7 +56,7 @@ void ReportInternal(const std::exception& error, const std::string& file, Proble
 } // namespace
 
 CompiledProgram Translate(const CgProgram& program, const std::vector<CompileTarget>& targets,
-                          const TranslationOptions& options, const SpirvMaker& makeSpirv,
+                          Languages::Precision precision, const SpirvMaker& makeSpirv,
                           const std::string& file, ProblemList& problems)
 {
     CompiledProgram result;
@@ -66,18 +64,14 @@ CompiledProgram Translate(const CgProgram& program, const std::vector<CompileTar
     CheckTargets(program.Plan, targets, file, problems);
     if (problems.HasErrors())
         return result;
-    std::string header;
-    if (!options.Version.empty())
-        header = MessageLine(Compose("Made from ", std::filesystem::path(file).filename().string(),
-                                     " by mox ", options.Version));
     try {
         const StagePair stages(program);
         result.Vertex = stages.DescribeInterface(ProgramStage::Vertex);
         result.Fragment = stages.DescribeInterface(ProgramStage::Fragment);
         for (const CompileTarget target : targets) {
             for (const ProgramStage stage : {ProgramStage::Vertex, ProgramStage::Fragment})
-                result.Programs.push_back(TranslateStage(stages, stage, target,
-                                                         options.HalfPrecision, header, makeSpirv));
+                result.Programs.push_back(
+                    TranslateStage(stages, stage, target, precision, program.Header, makeSpirv));
         }
     } catch (const std::logic_error& error) {
         CheckCode(program, file, problems);

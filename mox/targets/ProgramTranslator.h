@@ -15,25 +15,15 @@ namespace Mox::Host {
 /// @throws std::runtime_error if there is something wrong with the text
 using SpirvMaker = std::function<std::string(const std::string& text, ProgramStage stage)>;
 
-struct TranslationOptions
-{
-    /// How exact half and fixed are.
-    Languages::Precision HalfPrecision = Languages::Precision::Full;
-
-    /// What the comment at the top of each text says after the material's name; without it there is
-    /// no such comment.
-    std::string Version;
-};
-
 /// Spells both stages of a program in each of the targets. The result is the same to the byte for
 /// the same program. Safe in parallel.
 /// @param makeSpirv needed for SPIR-V alone
-/// @param file of the material, for messages and comments
+/// @param file of the material, for messages
 /// @param problems gets an error of the rule "code" or "target" with its node for everything that
 ///        is wrong with the program, or one of the rule "compile" if writing fails
 /// @returns incomplete if errors were added
 CompiledProgram Translate(const CgProgram& program, const std::vector<CompileTarget>& targets,
-                          const TranslationOptions& options, const SpirvMaker& makeSpirv,
+                          Languages::Precision precision, const SpirvMaker& makeSpirv,
                           const std::string& file, ProblemList& problems);
 
 } // namespace Mox::Host

@@ -7,9 +7,9 @@
 
 namespace Mox::Host {
 
-TargetFormat::TargetFormat(std::vector<CompileTarget> targets, TranslationOptions options,
+TargetFormat::TargetFormat(std::vector<CompileTarget> targets, Languages::Precision precision,
                            SpirvMaker makeSpirv)
-    : _targets(std::move(targets)), _options(std::move(options)), _makeSpirv(std::move(makeSpirv))
+    : _targets(std::move(targets)), _precision(precision), _makeSpirv(std::move(makeSpirv))
 {
     for (const CompileTarget target : _targets) {
         for (const ProgramStage stage : {ProgramStage::Vertex, ProgramStage::Fragment})
@@ -22,7 +22,8 @@ TargetFormat::TargetFormat(std::vector<CompileTarget> targets, TranslationOption
 std::vector<std::string> TargetFormat::Write(const CgProgram& program, const std::string& file,
                                              ProblemList& problems) const
 {
-    CompiledProgram translated = Translate(program, _targets, _options, _makeSpirv, file, problems);
+    CompiledProgram translated =
+        Translate(program, _targets, _precision, _makeSpirv, file, problems);
     if (problems.HasErrors())
         return {};
     std::vector<std::string> texts;

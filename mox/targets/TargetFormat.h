@@ -11,7 +11,7 @@ class TargetFormat : public ProgramFormat
 public:
     /// @param targets at least one
     /// @param makeSpirv needed for SPIR-V alone
-    TargetFormat(std::vector<CompileTarget> targets, TranslationOptions options,
+    TargetFormat(std::vector<CompileTarget> targets, Languages::Precision precision,
                  SpirvMaker makeSpirv);
 
     const std::vector<std::string>& Endings() const override { return _endings; }
@@ -20,7 +20,7 @@ public:
 
 private:
     std::vector<CompileTarget> _targets;
-    TranslationOptions _options;
+    Languages::Precision _precision;
     SpirvMaker _makeSpirv;
     std::vector<std::string> _endings;
 };

@@ -65,6 +65,23 @@ TEST(ProgramCompiler, WritesEveryTarget)
     ExpectGolden("compile/painted/reflection.json", FormatReflection(result));
 }
 
+TEST(ProgramCompiler, OptimisedModulesAreShorter)
+{
+    const auto modules = [](bool optimises) {
+        ProblemList problems;
+        return ProgramCompiler(optimises)
+            .Compile(ReadProgram("painted"), {CompileTarget::Spirv}, "test.xml", problems)
+            .Programs;
+    };
+    const std::vector<TargetProgram> plain = modules(false);
+    const std::vector<TargetProgram> optimised = modules(true);
+    ASSERT_EQ(plain.size(), optimised.size());
+    for (std::size_t i = 0; i < plain.size(); ++i) {
+        EXPECT_EQ(Recheck(optimised[i]), "");
+        EXPECT_LT(optimised[i].Bytes.size(), plain[i].Bytes.size());
+    }
+}
+
 TEST(ProgramCompiler, TextAndParametersMustMeet)
 {
     CgProgram program = ReadProgram("painted");
@@ -181,8 +198,8 @@ TEST(ProgramCompiler, BrowsersTakeEveryExample)
         ProblemList problems;
         const CgProgram program = BuildMaterial(ReadMaterialDocument(file), problems);
         const std::vector<TargetProgram> texts =
-            Translate(program, {CompileTarget::Essl, CompileTarget::Wgsl}, {}, {}, file.string(),
-                      problems)
+            Translate(program, {CompileTarget::Essl, CompileTarget::Wgsl},
+                      Mox::Languages::Precision::Full, {}, file.string(), problems)
                 .Programs;
         ASSERT_FALSE(problems.HasErrors()) << FormatProblems(problems);
         for (std::size_t i = 0; i < texts.size(); i += 2) {

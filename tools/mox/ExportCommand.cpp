@@ -56,9 +56,11 @@ struct ExportOptions
     std::string DepfileTarget;
     std::vector<std::string> Targets{"cg"};
     std::string Precision = "full";
+    bool IsOptimised = false;
     bool IsPlain = false;
     bool IsByContent = false;
     bool IsShaderGraph = false;
+    bool IsQuiet = false;
     std::string Environment;
 };
 
@@ -112,7 +114,7 @@ Tally RunBatch(const Host::ExportBatch& batch, std::optional<Host::Depfile>& dep
 {
     const std::vector<std::filesystem::path> stamp{options.DepfileTarget};
     Tally tally;
-    ProgressBar bar(batch.Size());
+    ProgressBar bar(batch.Size(), !options.IsQuiet);
     const auto print = [&](const Host::ProblemList& problems) {
         for (const Host::Problem& problem : problems.Problems()) {
             tally.Warnings += problem.Level == Host::Severity::Warning ? 1 : 0;
@@ -131,7 +133,8 @@ Tally RunBatch(const Host::ExportBatch& batch, std::optional<Host::Depfile>& dep
         bar.Advance();
     };
     const auto printSummary = [&] {
-        bar.Print(tally.Format(batch.Size() - tally.Exported - tally.Failed));
+        if (!options.IsQuiet)
+            bar.Print(tally.Format(batch.Size() - tally.Exported - tally.Failed));
     };
     StopOnSignal stop;
     try {
@@ -178,14 +181,15 @@ std::unique_ptr<Host::Exporter> MakeExporter(const ExportOptions& options,
     Host::Environment environment = LoadEnvironment(options.Environment);
     if (options.IsShaderGraph)
         return std::make_unique<Host::ShaderGraphExporter>(plugins, std::move(environment));
-    Host::TranslationOptions translation;
-    if (options.Precision == relaxedWord)
-        translation.HalfPrecision = Languages::Precision::Relaxed;
+    Host::ProgramOptions programs{!options.IsPlain};
     if (!options.IsPlain && !options.IsByContent)
-        translation.Version = MOX_VERSION;
-    return std::make_unique<Host::ProgramExporter>(plugins, std::move(environment),
-                                                   Host::ProgramOptions{!options.IsPlain},
-                                                   MakeFormats(options.Targets, translation));
+        programs.Version = MOX_VERSION;
+    return std::make_unique<Host::ProgramExporter>(plugins, std::move(environment), programs,
+                                                   MakeFormats(options.Targets,
+                                                               options.Precision == relaxedWord
+                                                                   ? Languages::Precision::Relaxed
+                                                                   : Languages::Precision::Full,
+                                                               options.IsOptimised));
 }
 
 void Export(const ExportOptions& options, const CommonOptions& common)
@@ -253,6 +257,8 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
                      "such numbers; full otherwise")
         ->type_name("WORD")
         ->check(CLI::IsMember({"full", relaxedWord}).description(""));
+    command->add_flag("--optimise", options->IsOptimised,
+                      "Also optimise SPIR-V, which takes far longer than writing it");
     command->add_flag("--plain", options->IsPlain, "Without comments in the programs");
     command
         ->add_flag(
@@ -264,6 +270,8 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
         ->add_flag("--shader-graph", options->IsShaderGraph,
                    "Instead of programs, the finished shader graph as text")
         ->excludes(target);
+    command->add_flag("-q,--quiet", options->IsQuiet,
+                      "Print errors and warnings only: neither progress nor a summary");
     AddEnvironmentOption(*command, options->Environment);
     command->footer(footer);
     command->callback([options, &common] { Export(*options, common); });

@@ -26,7 +26,8 @@ bool IsTerminal()
 
 } // namespace
 
-ProgressBar::ProgressBar(std::size_t count) : _count(count), _isTerminal(IsTerminal())
+ProgressBar::ProgressBar(std::size_t count, bool isWanted)
+    : _count(count), _isTerminal(isWanted && IsTerminal())
 {}
 
 ProgressBar::~ProgressBar()

@@ -10,7 +10,8 @@ namespace Mox::Tool {
 class ProgressBar
 {
 public:
-    explicit ProgressBar(std::size_t count);
+    /// @param isWanted whether there is a bar at all
+    ProgressBar(std::size_t count, bool isWanted);
 
     /// Takes the bar away.
     ~ProgressBar();

@@ -46,8 +46,9 @@ bool IsBinaryTarget(std::string_view word)
     return word == Host::GetTargetName(Host::CompileTarget::Spirv);
 }
 
-std::vector<std::unique_ptr<Host::ProgramFormat>>
-MakeFormats(const std::vector<std::string>& words, const Host::TranslationOptions& options)
+std::vector<std::unique_ptr<Host::ProgramFormat>> MakeFormats(const std::vector<std::string>& words,
+                                                              Languages::Precision precision,
+                                                              [[maybe_unused]] bool optimises)
 {
     std::vector<std::unique_ptr<Host::ProgramFormat>> formats;
     if (Holds(words, cgWord))
@@ -60,11 +61,11 @@ MakeFormats(const std::vector<std::string>& words, const Host::TranslationOption
         targets.push_back(target);
 #ifdef MOX_HAS_COMPILER
         if (target == Host::CompileTarget::Spirv)
-            makeSpirv = Host::ProgramCompiler().MakeSpirv();
+            makeSpirv = Host::ProgramCompiler(optimises).MakeSpirv();
 #endif
     }
     if (!targets.empty())
-        formats.push_back(std::make_unique<Host::TargetFormat>(std::move(targets), options,
+        formats.push_back(std::make_unique<Host::TargetFormat>(std::move(targets), precision,
                                                                std::move(makeSpirv)));
     return formats;
 }

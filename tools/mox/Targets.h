@@ -18,8 +18,9 @@ std::vector<std::string> TargetWords();
 bool IsBinaryTarget(std::string_view word);
 
 /// The formats of these words, in order and without doubles.
+/// @param optimises whether SPIR-V goes through an optimiser
 std::vector<std::unique_ptr<Host::ProgramFormat>>
-MakeFormats(const std::vector<std::string>& words, const Host::TranslationOptions& options);
+MakeFormats(const std::vector<std::string>& words, Languages::Precision precision, bool optimises);
 
 /// A format that shows whether programs can be exported in every language.
 std::unique_ptr<Host::ProgramFormat> MakeTargetCheck();
