@@ -1,6 +1,7 @@
 #include "mox/bindings/Binding.h"
 
 #include "mox/bindings/ClassicLocale.h"
+#include "mox/bindings/DocumentKeys.h"
 #include "mox/bindings/FloatBinding.h"
 #include "mox/bindings/StringBinding.h"
 #include "mox/bindings/TextureBinding.h"
@@ -13,6 +14,8 @@
 #include <iterator>
 
 namespace Mox::Materials {
+
+namespace Keys = BindingKeys;
 
 namespace {
 
@@ -63,15 +66,15 @@ const StreamRow& RowOf(StreamType streamType)
 
 /// The word of a value; empty for a value behind the end of the table.
 template <class Value, std::size_t Count>
-std::string WordOf(const char* const (&words)[Count], Value value)
+std::string WordOf(const std::string_view (&words)[Count], Value value)
 {
     const auto index = static_cast<std::uint32_t>(value);
-    return index < Count ? words[index] : "";
+    return index < Count ? std::string(words[index]) : std::string();
 }
 
 /// The value of a word; 0 for a word that the table does not have.
 template <class Value, std::size_t Count>
-Value ValueOf(const char* const (&words)[Count], const std::string& word)
+Value ValueOf(const std::string_view (&words)[Count], const std::string& word)
 {
     for (std::uint32_t index = 1; index < Count; ++index) {
         if (word == words[index])
@@ -88,13 +91,6 @@ std::string ToLower(std::string text)
         c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     return text;
 }
-
-/// The words of enumerations, in the order of their values.
-constexpr const char* uiTypeWords[] = {"none",         "slider",    "colour",     "position",
-                                       "direction",    "texture",   "floatfield", "uvset",
-                                       "vtxcolourset", "checkboxes"};
-
-constexpr const char* uiUnitTypeWords[] = {"raw", "linear", "angular", "srgbcolour"};
 
 constexpr const char* trueWords[] = {"1", "y", "yes", "true"};
 
@@ -190,59 +186,59 @@ std::string Binding::GetDefaultString(std::uint32_t) const
 void Binding::WriteXml(xmlNodePtr element) const
 {
     const StreamRow& defaults = RowOf(streamType);
-    SetXmlAttribute(element, "tag", tag);
+    SetXmlAttribute(element, Keys::Tag, tag);
     if (uiType != defaults.Ui)
-        SetXmlAttribute(element, "gui", WordOf(uiTypeWords, uiType));
-    WriteUnlessEmpty(element, "cgname", cgName);
-    WriteUnlessEmpty(element, "uv", uv);
-    WriteUnlessEmpty(element, "desc", desc);
-    WriteUnlessEmpty(element, "helpUrl", helpUrl);
-    WriteUnlessEmpty(element, "uilabel", uiLabel);
+        SetXmlAttribute(element, Keys::Gui, WordOf(Keys::UiTypeWords, uiType));
+    WriteUnlessEmpty(element, Keys::CgName, cgName);
+    WriteUnlessEmpty(element, Keys::Uv, uv);
+    WriteUnlessEmpty(element, Keys::Desc, desc);
+    WriteUnlessEmpty(element, Keys::HelpUrl, helpUrl);
+    WriteUnlessEmpty(element, Keys::UiLabel, uiLabel);
     if (uiUnitType != UiUnitType::Raw)
-        SetXmlAttribute(element, "uiunittype", WordOf(uiUnitTypeWords, uiUnitType));
-    WriteUnlessEmpty(element, "min", GetMinText());
-    WriteUnlessEmpty(element, "max", GetMaxText());
-    WriteUnlessEmpty(element, "default", GetDefaultText());
+        SetXmlAttribute(element, Keys::UiUnitType, WordOf(Keys::UiUnitTypeWords, uiUnitType));
+    WriteUnlessEmpty(element, Keys::Min, GetMinText());
+    WriteUnlessEmpty(element, Keys::Max, GetMaxText());
+    WriteUnlessEmpty(element, Keys::Default, GetDefaultText());
     if (streamFormat != defaults.Format)
-        SetXmlAttribute(element, "stream_type", streamFormat);
+        SetXmlAttribute(element, Keys::StreamFormat, streamFormat);
     if (datasetModifiers != defaults.Modifiers)
-        SetXmlAttribute(element, "dataset_modifiers", datasetModifiers);
+        SetXmlAttribute(element, Keys::DatasetModifiers, datasetModifiers);
     if (basicColour)
-        SetXmlBool(element, "basic_colour", true);
+        SetXmlBool(element, Keys::BasicColour, true);
 }
 
 void Binding::ReadXml(xmlNodePtr element)
 {
-    ReadIfPresent(element, "tag", tag);
-    if (HasXmlAttribute(element, "gui"))
-        uiType = ValueOf<UiType>(uiTypeWords, ToLower(GetXmlAttribute(element, "gui")));
-    ReadIfPresent(element, "cgname", cgName);
-    ReadIfPresent(element, "uv", uv);
-    ReadIfPresent(element, "desc", desc);
-    ReadIfPresent(element, "helpUrl", helpUrl);
-    ReadIfPresent(element, "uilabel", uiLabel);
-    if (HasXmlAttribute(element, "uiunittype")) {
-        uiUnitType =
-            ValueOf<UiUnitType>(uiUnitTypeWords, ToLower(GetXmlAttribute(element, "uiunittype")));
+    ReadIfPresent(element, Keys::Tag, tag);
+    if (HasXmlAttribute(element, Keys::Gui))
+        uiType = ValueOf<UiType>(Keys::UiTypeWords, ToLower(GetXmlAttribute(element, Keys::Gui)));
+    ReadIfPresent(element, Keys::CgName, cgName);
+    ReadIfPresent(element, Keys::Uv, uv);
+    ReadIfPresent(element, Keys::Desc, desc);
+    ReadIfPresent(element, Keys::HelpUrl, helpUrl);
+    ReadIfPresent(element, Keys::UiLabel, uiLabel);
+    if (HasXmlAttribute(element, Keys::UiUnitType)) {
+        uiUnitType = ValueOf<UiUnitType>(Keys::UiUnitTypeWords,
+                                         ToLower(GetXmlAttribute(element, Keys::UiUnitType)));
     }
-    if (HasXmlAttribute(element, "min"))
-        SetMinText(GetXmlAttribute(element, "min"));
-    if (HasXmlAttribute(element, "max"))
-        SetMaxText(GetXmlAttribute(element, "max"));
-    if (HasXmlAttribute(element, "default"))
-        SetDefaultText(GetXmlAttribute(element, "default"));
+    if (HasXmlAttribute(element, Keys::Min))
+        SetMinText(GetXmlAttribute(element, Keys::Min));
+    if (HasXmlAttribute(element, Keys::Max))
+        SetMaxText(GetXmlAttribute(element, Keys::Max));
+    if (HasXmlAttribute(element, Keys::Default))
+        SetDefaultText(GetXmlAttribute(element, Keys::Default));
 
     std::string format = RowOf(streamType).Format;
     bool isNormalised = RowOf(streamType).IsNormalised;
-    if (HasXmlAttribute(element, "stream_type"))
-        format = ToLower(GetXmlAttribute(element, "stream_type"));
-    if (HasXmlAttribute(element, "stream_normalize"))
-        isNormalised = IsTrueWord(ToLower(GetXmlAttribute(element, "stream_normalize")));
+    if (HasXmlAttribute(element, Keys::StreamFormat))
+        format = ToLower(GetXmlAttribute(element, Keys::StreamFormat));
+    if (HasXmlAttribute(element, Keys::StreamNormalize))
+        isNormalised = IsTrueWord(ToLower(GetXmlAttribute(element, Keys::StreamNormalize)));
     streamFormat = ToStreamFormat(format, isNormalised);
 
-    ReadIfPresent(element, "dataset_modifiers", datasetModifiers);
-    if (HasXmlAttribute(element, "basic_colour"))
-        basicColour = GetXmlBool(element, "basic_colour");
+    ReadIfPresent(element, Keys::DatasetModifiers, datasetModifiers);
+    if (HasXmlAttribute(element, Keys::BasicColour))
+        basicColour = GetXmlBool(element, Keys::BasicColour);
 }
 
 void Binding::SetMinText(const std::string&)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 namespace Mox::Materials::DocumentKeys {
 
 /// Names of elements and attributes in the material documents of hosts, so that all hosts spell
@@ -31,3 +33,37 @@ inline constexpr char Dictionary[] = "dictionary";
 inline constexpr char BasicColour[] = "basic_colour";
 
 } // namespace Mox::Materials::DocumentKeys
+
+namespace Mox::Materials::BindingKeys {
+
+/// Names of the attributes that bindings read and write.
+
+inline constexpr char Tag[] = "tag";
+inline constexpr char Gui[] = "gui";
+inline constexpr char CgName[] = "cgname";
+inline constexpr char Uv[] = "uv";
+inline constexpr char Desc[] = "desc";
+inline constexpr char HelpUrl[] = "helpUrl";
+inline constexpr char UiLabel[] = "uilabel";
+inline constexpr char UiUnitType[] = "uiunittype";
+inline constexpr char Min[] = "min";
+inline constexpr char Max[] = "max";
+inline constexpr char Default[] = "default";
+inline constexpr char StreamFormat[] = "stream_type";
+inline constexpr char StreamNormalize[] = "stream_normalize";
+inline constexpr char DatasetModifiers[] = "dataset_modifiers";
+inline constexpr char BasicColour[] = "basic_colour";
+inline constexpr char Srgb[] = "srgb";
+inline constexpr char SignedExpanded[] = "signed_expanded";
+inline constexpr char Normalised[] = "normalised";
+inline constexpr char UsageHint[] = "usage_hint";
+inline constexpr char UsingAlpha[] = "using_alpha";
+
+/// The words of UiType and UiUnitType, in the order of their values.
+
+inline constexpr std::string_view UiTypeWords[] = {
+    "none",    "slider",     "colour", "position",     "direction",
+    "texture", "floatfield", "uvset",  "vtxcolourset", "checkboxes"};
+inline constexpr std::string_view UiUnitTypeWords[] = {"raw", "linear", "angular", "srgbcolour"};
+
+} // namespace Mox::Materials::BindingKeys

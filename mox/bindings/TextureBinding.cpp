@@ -2,6 +2,7 @@
 
 #include "mox/ShaderError.h"
 #include "mox/Text.h"
+#include "mox/bindings/DocumentKeys.h"
 #include "mox/bindings/XmlAttributes.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -19,15 +20,15 @@ void TextureBinding::WriteXml(xmlNodePtr element) const
 {
     Binding::WriteXml(element);
     if (srgb)
-        SetXmlBool(element, "srgb", true);
+        SetXmlBool(element, BindingKeys::Srgb, true);
     if (signedExpanded)
-        SetXmlBool(element, "signed_expanded", true);
+        SetXmlBool(element, BindingKeys::SignedExpanded, true);
     if (!normalised)
-        SetXmlBool(element, "normalised", false);
+        SetXmlBool(element, BindingKeys::Normalised, false);
     if (!usageHint.empty())
-        SetXmlAttribute(element, "usage_hint", usageHint);
+        SetXmlAttribute(element, BindingKeys::UsageHint, usageHint);
     if (usingAlpha)
-        SetXmlBool(element, "using_alpha", true);
+        SetXmlBool(element, BindingKeys::UsingAlpha, true);
 }
 
 void TextureBinding::ReadXml(xmlNodePtr element)
@@ -38,16 +39,16 @@ void TextureBinding::ReadXml(xmlNodePtr element)
     usageHint.clear();
     usingAlpha = false;
     Binding::ReadXml(element);
-    if (HasXmlAttribute(element, "srgb"))
-        srgb = GetXmlBool(element, "srgb");
-    if (HasXmlAttribute(element, "signed_expanded"))
-        signedExpanded = GetXmlBool(element, "signed_expanded");
-    if (HasXmlAttribute(element, "normalised"))
-        normalised = GetXmlBool(element, "normalised");
-    if (HasXmlAttribute(element, "usage_hint"))
-        usageHint = GetXmlAttribute(element, "usage_hint");
-    if (HasXmlAttribute(element, "using_alpha"))
-        usingAlpha = GetXmlBool(element, "using_alpha");
+    if (HasXmlAttribute(element, BindingKeys::Srgb))
+        srgb = GetXmlBool(element, BindingKeys::Srgb);
+    if (HasXmlAttribute(element, BindingKeys::SignedExpanded))
+        signedExpanded = GetXmlBool(element, BindingKeys::SignedExpanded);
+    if (HasXmlAttribute(element, BindingKeys::Normalised))
+        normalised = GetXmlBool(element, BindingKeys::Normalised);
+    if (HasXmlAttribute(element, BindingKeys::UsageHint))
+        usageHint = GetXmlAttribute(element, BindingKeys::UsageHint);
+    if (HasXmlAttribute(element, BindingKeys::UsingAlpha))
+        usingAlpha = GetXmlBool(element, BindingKeys::UsingAlpha);
 }
 
 boost::shared_ptr<TextureBinding> AsTextureBinding(const boost::shared_ptr<Binding>& binding)

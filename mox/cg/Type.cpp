@@ -81,4 +81,15 @@ bool FindBuiltInType(std::string_view word, Type& type)
     return false;
 }
 
+bool Converts(const Type& from, const Type& to)
+{
+    if (!from.IsNumeric() || !to.IsNumeric())
+        return from == to;
+    if (from.IsScalar())
+        return true;
+    if (from.IsMatrix() != to.IsMatrix())
+        return false;
+    return from.Rows >= to.Rows && from.Columns >= to.Columns;
+}
+
 } // namespace Mox::Cg

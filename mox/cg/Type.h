@@ -78,4 +78,7 @@ struct StructType
 /// @returns whether there is one
 bool FindBuiltInType(std::string_view word, Type& type);
 
+/// Whether an implicit conversion exists: scalars are repeated, vectors and matrices cut.
+bool Converts(const Type& from, const Type& to);
+
 } // namespace Mox::Cg

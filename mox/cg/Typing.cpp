@@ -49,18 +49,6 @@ void RequireNumeric(const Expression* value)
                       Compose("expected a number or vector, not ", value->Of.Format()));
 }
 
-/// Whether an implicit conversion exists: scalars are repeated, vectors and matrices cut.
-bool Converts(const Type& from, const Type& to)
-{
-    if (!from.IsNumeric() || !to.IsNumeric())
-        return from == to;
-    if (from.IsScalar())
-        return true;
-    if (from.IsMatrix() != to.IsMatrix())
-        return false;
-    return from.Rows >= to.Rows && from.Columns >= to.Columns;
-}
-
 /// The shape in which values are combined: scalars are repeated, longer vectors cut.
 class CommonShape
 {

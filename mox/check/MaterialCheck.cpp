@@ -1,11 +1,213 @@
 #include "mox/check/MaterialCheck.h"
 
-#include "mox/check/GraphRules.h"
+#include "mox/Text.h"
 #include "mox/document/DocumentInputs.h"
+#include "mox/graph/BindingsDocument.h"
 #include "mox/graph/OpenMaterial.h"
+#include "mox/program/CgNames.h"
+#include "mox/program/FunctionBody.h"
 #include "mox/program/MaterialProgram.h"
+#include "mox/program/ReservedWords.h"
+#include "mox/shader/ShaderGraphGenerator.h"
+#include "mox/shader/ShaderNode.h"
+
+#include <algorithm>
+#include <list>
+#include <map>
+#include <optional>
+#include <set>
+#include <utility>
+#include <vector>
 
 namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+using Materials::GuiPort;
+using Materials::GuiPropertyKind;
+using Materials::StreamType;
+
+/// Calls visit with each binding and the node that makes it. A node that fails makes none.
+template <class Visit>
+void ForEachBinding(const MaterialGraph& graph, Visit visit)
+{
+    for (const MaterialGraph::Node& node : graph.Nodes()) {
+        std::vector<PluginBinding> bindings;
+        try {
+            bindings = CreateNodeBindings(node);
+        } catch (const HostError&) {
+            continue; // ReportFailedBindings reports it
+        }
+        for (const PluginBinding& binding : bindings)
+            visit(node, binding);
+    }
+}
+
+using BindingKey = std::pair<std::string, std::string>; ///< word of the stream type, name
+
+std::set<BindingKey> FindBindings(const MaterialGraph& graph)
+{
+    std::set<BindingKey> keys;
+    ForEachBinding(graph, [&](const MaterialGraph::Node&, const PluginBinding& binding) {
+        keys.emplace(binding.StreamName(), binding.Tag());
+    });
+    return keys;
+}
+
+/// Whether the user can say numbers at the node, which may stand in for inputs.
+bool HasNumbers(const PluginNode& node)
+{
+    const auto& properties = node.Properties().Properties;
+    return std::any_of(properties.begin(), properties.end(), [](const auto& property) {
+        return property->Visible && (property->Kind == GuiPropertyKind::Float ||
+                                     property->Kind == GuiPropertyKind::Colour);
+    });
+}
+
+/// What a node writes by itself; nothing if it fails.
+std::list<ShaderNodeHandle> WriteFunctions(const MaterialGraph::Node& node)
+{
+    ShaderGraph graph;
+    ShaderGraphGenerator generator(graph);
+    try {
+        node.Gui.GenerateShader(node.Where, generator);
+    } catch (const HostError&) {
+        return {}; // generation says what is wrong with the node
+    }
+    return graph.Nodes;
+}
+
+/// An error for each node that fails to make its bindings, unless another error names it already.
+void ReportFailedBindings(const MaterialGraph& graph, ProblemList& problems)
+{
+    std::set<std::string> failed;
+    for (const Problem& problem : problems.Problems()) {
+        if (problem.Level == Severity::Error)
+            failed.insert(problem.Where.Node);
+    }
+    for (const MaterialGraph::Node& node : graph.Nodes()) {
+        if (failed.contains(node.Id))
+            continue;
+        try {
+            CreateNodeBindings(node);
+        } catch (const HostError& error) {
+            problems.Fail("node-failed", error);
+        }
+    }
+}
+
+/// A name of a binding that is no Cg name, or a word that Cg has itself: the program bears another.
+void WarnOfAwkwardNames(const MaterialGraph& graph, ProblemList& problems)
+{
+    ForEachBinding(graph, [&](const MaterialGraph::Node& node, const PluginBinding& binding) {
+        const std::string safe = ToSafeCgName(binding.Tag());
+        if (!ShaderNode::IsValidCgName(binding.Tag())) {
+            problems.Warn("name-no-cg-name", node.Where,
+                          Compose("the name \"", binding.Tag(),
+                                  "\" is no Cg name; made safe it is \"", safe, "\""));
+        } else if (IsReservedWord(binding.Tag(), ProgramLanguage::Cg)) {
+            problems.Warn("name-reserved", node.Where,
+                          Compose("the name \"", binding.Tag(),
+                                  "\" is a word of Cg; made safe it is \"", safe, "\""));
+        }
+    });
+}
+
+/// Two bindings with one name, which the host cannot tell apart.
+void WarnOfEqualBindings(const MaterialGraph& graph, ProblemList& problems)
+{
+    std::map<std::string, std::string> owners;
+    ForEachBinding(graph, [&](const MaterialGraph::Node& node, const PluginBinding& binding) {
+        const auto [owner, isFirst] = owners.emplace(binding.Tag(), node.Id);
+        if (!isFirst) {
+            problems.Warn("equal-bindings", node.Where,
+                          Compose("node \"", owner->second, "\" has a binding \"", binding.Tag(),
+                                  "\" too; another \"Name\" for one of them tells them apart"));
+        }
+    });
+}
+
+/// More than one constant, or more than one texture, as the basic colour.
+void WarnOfBasicColours(const MaterialGraph& graph, ProblemList& problems)
+{
+    std::map<StreamType, std::string> owners;
+    ForEachBinding(graph, [&](const MaterialGraph::Node& node, const PluginBinding& binding) {
+        if (!binding.IsBasicColour())
+            return;
+        const auto [owner, isFirst] = owners.emplace(binding.Stream(), node.Id);
+        if (!isFirst) {
+            problems.Warn("two-basic-colours", node.Where,
+                          Compose("node \"", owner->second, "\" forms the basic colour already"));
+        }
+    });
+}
+
+/// A grid of frames without rows or columns, whose text does not compile.
+void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems)
+{
+    for (const MaterialGraph::Node& node : graph.Nodes()) {
+        if (node.IsPlaceholder || node.Gui.Type() != "CoreAnimatedUv")
+            continue;
+        for (const char* name : {"Rows", "Columns"}) {
+            const std::int32_t count = node.Gui.Properties().Get(name)->GetInt();
+            if (count <= 0) {
+                problems.Warn("empty-grid", node.Where,
+                              Compose("property \"", name, "\" is ", count, ", so the ",
+                                      count == 0 ? "Cg text of the node does not compile"
+                                                 : "node reads frames that are not there"));
+            }
+        }
+    }
+}
+
+/// An input without an edge that reads as 0 at a node without a number, so that no value of its own
+/// can be meant.
+void WarnOfOpenInputs(const MaterialGraph& graph, const Environment& environment,
+                      ProblemList& problems)
+{
+    std::string code;
+    for (const EnvironmentCode& file : environment.Code)
+        code += file.Text + "\n";
+    for (auto entry = graph.Nodes().begin(); entry != graph.Nodes().end(); ++entry) {
+        const MaterialGraph::Node& node = *entry;
+        if (node.IsPlaceholder || HasNumbers(node.Gui))
+            continue;
+        std::optional<std::list<ShaderNodeHandle>> functions;
+        for (const GuiPort& port : node.Gui.InputPorts()) {
+            if (port.Connected || graph.HasLooseEdge(entry.Index(), port.Name))
+                continue;
+            if (!functions)
+                functions = WriteFunctions(node);
+            if (std::none_of(functions->begin(), functions->end(), [&](const auto& function) {
+                    return function->Kind == ShaderNodeKind::Function &&
+                           FunctionBody(*function, code).DeclaresZero(port.Name);
+                }))
+                continue;
+            Place where = node.Where;
+            where.Port = port.Name;
+            problems.Warn("open-input", where, "the input has no edge and reads as 0");
+        }
+    }
+}
+
+/// Values that the document holds for a binding that no node makes.
+void WarnOfStrayBindings(const MaterialGraph& graph, const std::filesystem::path& document,
+                         ProblemList& problems)
+{
+    if (graph.Document().Bindings.empty())
+        return;
+    const std::set<BindingKey> made = FindBindings(graph);
+    for (const DocumentBinding& binding : graph.Document().Bindings) {
+        if (!made.contains({binding.Stream, binding.Tag})) {
+            problems.Warn(
+                "stray-binding", {document.string(), binding.Line},
+                Compose("no node makes a ", binding.Stream, " binding \"", binding.Tag, "\""));
+        }
+    }
+}
+
+} // namespace
 
 ProblemList CheckMaterial(const std::filesystem::path& file, const PluginSet& plugins,
                           const Environment& environment, const ProgramFormat* format)

@@ -14,8 +14,9 @@ namespace {
 template <class Entries, class Names, class IsTrue>
 std::optional<std::size_t> First(const Entries& entries, const Names& names, IsTrue isTrue)
 {
-    const auto [begin, end] = entries.equal_range(names);
-    for (auto entry = begin; entry != end; ++entry) {
+    const auto isPast = entries.key_comp();
+    for (auto entry = entries.lower_bound(names); entry != entries.end() && !isPast(names, *entry);
+         ++entry) {
         if (const auto index = std::get<std::size_t>(*entry); isTrue(index))
             return index;
     }

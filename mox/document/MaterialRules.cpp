@@ -8,6 +8,7 @@
 namespace Mox::Host {
 
 using Materials::GuiPropertyKind;
+namespace BindingKeys = Materials::BindingKeys;
 namespace DocumentKeys = Materials::DocumentKeys;
 
 namespace {
@@ -84,10 +85,6 @@ constexpr std::string_view blendFactors[] = {"zero",
                                              "constantAlpha",
                                              "oneMinusConstantAlpha",
                                              "sourceAlphaSaturate"};
-constexpr std::string_view controls[] = {"none",         "slider",    "colour",     "position",
-                                         "direction",    "texture",   "floatfield", "uvset",
-                                         "vtxcolourset", "checkboxes"};
-constexpr std::string_view units[] = {"raw", "linear", "angular", "srgbcolour"};
 
 constexpr AttributeRule Required(std::string_view name, const ValueRule& value)
 {
@@ -151,30 +148,30 @@ constexpr AttributeRule edgeAttributes[] = {
 
 // What a binding would ignore without an error as it reads its values is not allowed.
 constexpr AttributeRule bindingAttributes[] = {
-    Required("tag", someText),
-    Optional("gui", {controls}),
-    Optional("cgname", anyText),
-    Optional("uv", anyText),
-    Optional("desc", anyText),
-    Optional("helpUrl", anyText),
-    Optional("uilabel", anyText),
-    Optional("uiunittype", {units}),
-    Optional("stream_type", anyText),
-    Optional("stream_normalize", {yesOrNo}),
-    Optional("dataset_modifiers", anyText),
-    Optional("basic_colour", {yesOrNo}),
+    Required(BindingKeys::Tag, someText),
+    Optional(BindingKeys::Gui, {BindingKeys::UiTypeWords}),
+    Optional(BindingKeys::CgName, anyText),
+    Optional(BindingKeys::Uv, anyText),
+    Optional(BindingKeys::Desc, anyText),
+    Optional(BindingKeys::HelpUrl, anyText),
+    Optional(BindingKeys::UiLabel, anyText),
+    Optional(BindingKeys::UiUnitType, {BindingKeys::UiUnitTypeWords}),
+    Optional(BindingKeys::StreamFormat, anyText),
+    Optional(BindingKeys::StreamNormalize, {yesOrNo}),
+    Optional(BindingKeys::DatasetModifiers, anyText),
+    Optional(BindingKeys::BasicColour, {yesOrNo}),
 };
 constexpr AttributeRule floatAttributes[] = {
-    Optional("min", numberList),
-    Optional("max", numberList),
-    Optional("default", numberList),
+    Optional(BindingKeys::Min, numberList),
+    Optional(BindingKeys::Max, numberList),
+    Optional(BindingKeys::Default, numberList),
 };
 constexpr AttributeRule textureAttributes[] = {
-    Optional("default", anyText),           Optional("srgb", {yesOrNo}),
-    Optional("signed_expanded", {yesOrNo}), Optional("normalised", {yesOrNo}),
-    Optional("usage_hint", anyText),        Optional("using_alpha", {yesOrNo}),
+    Optional(BindingKeys::Default, anyText),          Optional(BindingKeys::Srgb, {yesOrNo}),
+    Optional(BindingKeys::SignedExpanded, {yesOrNo}), Optional(BindingKeys::Normalised, {yesOrNo}),
+    Optional(BindingKeys::UsageHint, anyText),        Optional(BindingKeys::UsingAlpha, {yesOrNo}),
 };
-constexpr AttributeRule setAttributes[] = {Optional("default", anyText)};
+constexpr AttributeRule setAttributes[] = {Optional(BindingKeys::Default, anyText)};
 constexpr ElementRule::Variant streams[] = {
     {"float", floatAttributes},
     {"texture", textureAttributes},

@@ -33,11 +33,10 @@ bool HasPort(const GraphNode& node, std::int32_t found, ProblemList& problems, L
     }
 }
 
-/// Whether an edge fits between two nodes that are shown: both ports are there, the input is free,
-/// and the nodes are not one. Ports of a placeholder are taken on trust. What does not fit is
-/// reported. Cycles are left to others.
-/// @param isFed whether another edge feeds the input already
-bool CheckEdge(const GraphNode& tail, const GraphNode& head, const DocumentEdge& edge, bool isFed,
+/// Whether an edge fits between two nodes that are shown: both ports are there, and the nodes are
+/// not one. Ports of a placeholder are taken on trust. What does not fit is reported. Second edges
+/// into an input and cycles are left to others.
+bool CheckEdge(const GraphNode& tail, const GraphNode& head, const DocumentEdge& edge,
                const Place& where, ProblemList& problems)
 {
     if (edge.Tail == edge.Head) {
@@ -50,16 +49,7 @@ bool CheckEdge(const GraphNode& tail, const GraphNode& head, const DocumentEdge&
     const bool hasInput = HasPort(head, head.Gui.FindInputPort(edge.HeadPort), problems, [&] {
         head.Gui.GetInputPort({where.File, where.Line, head.Id}, edge.HeadPort);
     });
-    if (!hasOutput || !hasInput)
-        return false;
-    if (isFed) {
-        problems.Fail("doubled-input", where,
-                      Compose("input port \"", edge.HeadPort, "\" of node \"", edge.Head,
-                              "\" has an edge already, so output port \"", edge.TailPort,
-                              "\" of node \"", edge.Tail, "\" cannot feed it too"));
-        return false;
-    }
-    return true;
+    return hasOutput && hasInput;
 }
 
 } // namespace
@@ -108,8 +98,10 @@ void EdgeStage::Judge(const std::vector<DocumentStep>& done)
         bool isFed = false;
         for (const std::size_t edge :
              InDocumentOrder(_document.EdgesInto(std::string(head), std::string(port)))) {
-            Verdict verdict = JudgeOne(edge, isFed);
+            Verdict verdict = JudgeOne(edge);
             verdict.IsInserted = inserted.contains(edge);
+            if (isFed)
+                RefuseSecond(verdict);
             isFed = isFed || verdict.IsShown;
             _verdicts.push_back(std::move(verdict));
         }
@@ -118,6 +110,8 @@ void EdgeStage::Judge(const std::vector<DocumentStep>& done)
         if (!_document.Document().Edges.Holds(edge))
             _verdicts.push_back({edge, {}});
     }
+    std::stable_partition(_verdicts.begin(), _verdicts.end(),
+                          [&](const Verdict& verdict) { return !WasProblem(verdict); });
     Prepare();
 }
 
@@ -127,11 +121,9 @@ void EdgeStage::JudgeAll()
     _verdicts.reserve(edges.size());
     std::set<std::pair<std::size_t, std::string_view>> fed;
     for (auto edge = edges.begin(); edge != edges.end(); ++edge) {
-        const std::optional<std::size_t> head = _document.FindNode(edge->Head);
-        const bool isFed = head && fed.contains({*head, edge->HeadPort});
-        _verdicts.push_back(JudgeOne(edge.Index(), isFed));
-        if (_verdicts.back().IsShown)
-            fed.emplace(*head, edge->HeadPort);
+        Verdict& verdict = _verdicts.emplace_back(JudgeOne(edge.Index()));
+        if (verdict.IsShown && !fed.emplace(verdict.Edge.Head, edge->HeadPort).second)
+            RefuseSecond(verdict);
     }
     LeaveOutCircles();
     Prepare();
@@ -143,7 +135,7 @@ void EdgeStage::ReportNewErrors(ProblemList& problems) const
 {
     for (const Verdict& verdict : _verdicts) {
         if (verdict.IsShown || !_document.Document().Edges.Holds(verdict.Index) ||
-            !(verdict.IsInserted || _view.Edge(verdict.Index).IsShown()))
+            WasProblem(verdict))
             continue;
         problems.Append(verdict.Edge.Problems);
         if (!verdict.Edge.Problems.HasErrors())
@@ -151,7 +143,7 @@ void EdgeStage::ReportNewErrors(ProblemList& problems) const
     }
 }
 
-std::optional<HostError> EdgeStage::Admit()
+std::optional<EdgeStage::Circle> EdgeStage::Admit()
 {
     for (const std::size_t index : _nodes.Staged()) {
         if (!_view.Node(index).IsShown())
@@ -165,7 +157,7 @@ std::optional<HostError> EdgeStage::Admit()
         const GraphEdge& edge = added.Edge;
         const auto circle = _view.Order().Admit(links, edge.Tail, edge.Head);
         if (!circle.empty())
-            return _nodes.Circle("edges", circle, edge.Where);
+            return Circle{_nodes.Circle("edges", circle, edge.Where), _addedLinks < _firstRevived};
         links.Add(index, edge.Tail, edge.Head);
     }
     return std::nullopt;
@@ -254,7 +246,13 @@ bool EdgeStage::IsAsShown(std::size_t edge) const
            record.TailPort == shown.Gui->TailPort && record.HeadPort == shown.Gui->HeadPort;
 }
 
-EdgeStage::Verdict EdgeStage::JudgeOne(std::size_t index, bool isFed) const
+/// Whether an edge was in the document before, but not shown.
+bool EdgeStage::WasProblem(const Verdict& verdict) const
+{
+    return !verdict.IsInserted && !_view.Edge(verdict.Index).IsShown();
+}
+
+EdgeStage::Verdict EdgeStage::JudgeOne(std::size_t index) const
 {
     const DocumentEdge& record = _document.Document().Edges[index];
     Verdict verdict{index, {}};
@@ -270,11 +268,24 @@ EdgeStage::Verdict EdgeStage::JudgeOne(std::size_t index, bool isFed) const
         if (!node->IsShown() || node->Problems.Building.HasErrors())
             return verdict; // which is reported with the node
     }
-    verdict.IsShown = CheckEdge(tailNode, headNode, record, isFed, edge.Where, edge.Problems);
+    verdict.IsShown = CheckEdge(tailNode, headNode, record, edge.Where, edge.Problems);
     edge.Tail = *tail;
     edge.Head = *head;
     edge.IsLoose = tailNode.IsPlaceholder || headNode.IsPlaceholder;
     return verdict;
+}
+
+/// Leaves an edge out whose input another one feeds, if it would be shown otherwise.
+void EdgeStage::RefuseSecond(Verdict& verdict) const
+{
+    if (!verdict.IsShown)
+        return;
+    const DocumentEdge& edge = _document.Document().Edges[verdict.Index];
+    verdict.IsShown = false;
+    verdict.Edge.Problems.Fail("doubled-input", verdict.Edge.Where,
+                               Compose("input port \"", edge.HeadPort, "\" of node \"", edge.Head,
+                                       "\" has an edge already, so output port \"", edge.TailPort,
+                                       "\" of node \"", edge.Tail, "\" cannot feed it too"));
 }
 
 std::optional<std::size_t> EdgeStage::FindEnd(const std::string& id, GraphEdge& edge) const
@@ -327,6 +338,7 @@ void EdgeStage::LeaveOutCircles()
 /// Compares verdicts with what is shown.
 void EdgeStage::Prepare()
 {
+    _new.reserve(_verdicts.size());
     for (std::size_t i = 0; i < _verdicts.size(); ++i) {
         Verdict& verdict = _verdicts[i];
         const bool wasShown = _view.Edge(verdict.Index).IsShown();
@@ -342,13 +354,15 @@ void EdgeStage::Prepare()
             continue;
         }
         const DocumentEdge& record = _document.Document().Edges[verdict.Index];
-        GraphEdge edge = verdict.Edge;
+        GraphEdge edge = std::move(verdict.Edge);
         edge.Gui = boost::make_shared<GuiEdge>();
         edge.Gui->Tail = _nodes.At(edge.Tail).Gui.Handle();
         edge.Gui->Head = _nodes.At(edge.Head).Gui.Handle();
         edge.Gui->TailPort = record.TailPort;
         edge.Gui->HeadPort = record.HeadPort;
         _new.emplace_back(verdict.Index, GraphView::NewEdge(std::move(edge)));
+        if (!WasProblem(verdict))
+            _firstRevived = _new.size();
     }
 }
 

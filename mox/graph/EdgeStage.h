@@ -40,9 +40,17 @@ public:
     /// Reports what is wrong with edges that were shown before or are new.
     void ReportNewErrors(ProblemList& problems) const;
 
-    /// Puts what was judged in the table of links, edge by edge.
-    /// @returns what is wrong with an edge that would close a cycle, or nothing
-    std::optional<HostError> Admit();
+    /// An edge that would close a cycle.
+    struct Circle
+    {
+        HostError Error;
+        bool IsNew; ///< false if the edge was there before but not shown: a problem already
+    };
+
+    /// Puts what was judged in the table of links, edge by edge, and edges that were problems last.
+    /// So a cycle that is found among the others is one that the change makes.
+    /// @returns the first edge that closes a cycle, or nothing
+    std::optional<Circle> Admit();
 
     /// Whether there is nothing to do.
     bool IsEmpty() const { return _new.empty() && _hidden.empty() && _notes.empty(); }
@@ -68,8 +76,10 @@ private:
     std::vector<Input> FindInputs(const std::vector<DocumentStep>& done) const;
     std::vector<std::size_t> InDocumentOrder(std::vector<std::size_t> edges);
     bool IsAsShown(std::size_t edge) const;
+    bool WasProblem(const Verdict& verdict) const;
 
-    Verdict JudgeOne(std::size_t index, bool isFed) const;
+    Verdict JudgeOne(std::size_t index) const;
+    void RefuseSecond(Verdict& verdict) const;
     std::optional<std::size_t> FindEnd(const std::string& id, GraphEdge& edge) const;
     std::vector<OrderLink> LinksOfVerdicts(const std::vector<std::size_t>& positions) const;
     void LeaveOutCircles();
@@ -84,6 +94,7 @@ private:
     /// What is to be done.
     std::vector<std::size_t> _hidden;
     std::vector<std::pair<std::size_t, GraphView::NewEdge>> _new;
+    std::size_t _firstRevived = 0;   ///< place in _new from which edges were problems before
     std::vector<std::size_t> _notes; ///< verdicts of other edges
 
     /// What Admit has done to the links: those are edges of _hidden and _new.

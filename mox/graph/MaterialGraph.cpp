@@ -80,9 +80,10 @@ DocumentChange MaterialGraph::Apply(const GraphChange& change)
         nodes.ReportNewErrors(broken);
         edges.ReportNewErrors(broken);
         broken.ThrowFirstError();
-        if (const auto circle = edges.Admit())
-            throw *circle;
-        if (!_view.HasCircles() || (nodes.Staged().empty() && edges.IsEmpty()))
+        const auto circle = edges.Admit();
+        if (circle && circle->IsNew)
+            throw circle->Error;
+        if (!circle && (!_view.HasCircles() || (nodes.Staged().empty() && edges.IsEmpty())))
             return Commit(edit, nodes, edges);
     }
     return CommitAnew(edit);

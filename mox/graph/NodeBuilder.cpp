@@ -9,7 +9,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <map>
+#include <algorithm>
 #include <vector>
 
 namespace Mox::Host {
@@ -89,7 +89,7 @@ private:
             fail("doubled-property", error.Message);
             return false;
         }
-        _lines.emplace(stored.Name, stored.Line);
+        _filledIn.push_back(&stored);
         if (!_node.IsPlaceholder && !_node.Gui.Properties().Index.contains(stored.Name)) {
             _problems.Warn("unknown-property", PlaceOf(stored.Line),
                            Compose("the type \"", _record.Type, "\" has no property \"",
@@ -131,9 +131,12 @@ private:
 
     void Refuse(const std::string& name, const std::string& message)
     {
-        const auto line = _lines.find(name);
+        const auto record =
+            std::find_if(_filledIn.begin(), _filledIn.end(),
+                         [&](const DocumentProperty* stored) { return stored->Name == name; });
         _problems.Fail("property-mismatch",
-                       PlaceOf(line == _lines.end() ? _record.Line : line->second), message);
+                       PlaceOf(record == _filledIn.end() ? _record.Line : (*record)->Line),
+                       message);
         const auto entry = _bag->Index.find(name);
         std::erase(_bag->Properties, entry->second);
         _bag->Index.erase(entry);
@@ -146,7 +149,7 @@ private:
     const GraphNode& _node;
     ProblemList& _problems;
     boost::shared_ptr<GuiPropertyBag> _bag;
-    std::map<std::string, int> _lines; ///< of the properties in the bag
+    std::vector<const DocumentProperty*> _filledIn; ///< what the bag has from the record
     std::set<std::string> _leftOut;
 };
 

@@ -59,15 +59,19 @@ XpmHeader ReadHeader(const std::string& row)
     return header;
 }
 
+bool IsBlank(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 /// Takes the next word off a text.
 /// @returns nothing at its end
 std::string_view TakeWord(std::string_view& text)
 {
-    constexpr std::string_view blanks = " \t\n\v\f\r";
-    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
-    const std::string_view word = text.substr(0, text.find_first_of(blanks));
-    text.remove_prefix(word.size());
-    return word;
+    const auto* begin = std::find_if_not(text.begin(), text.end(), IsBlank);
+    const auto* end = std::find_if(begin, text.end(), IsBlank);
+    text.remove_prefix(static_cast<std::size_t>(end - text.begin()));
+    return {begin, end};
 }
 
 /// Whether a colour row has a colour for colour screens, "c" and a value, after its key.

@@ -48,9 +48,8 @@ boost::shared_ptr<GuiProperty> DeclareEnum(GuiNode& node, const char* name, cons
                                            std::span<const char* const> words)
 {
     return Declare(node, name, help, [=](GuiProperty& property) {
-        property.Choices.reserve(words.size());
-        for (const char* word : words)
-            property.AddEnum(word);
+        property.Choices.assign(words.begin(), words.end());
+        property.SetEnum(words.front());
     });
 }
 

@@ -27,7 +27,7 @@ MOX_API boost::shared_ptr<GuiProperty> DeclareColour(GuiNode& node, const char* 
                                                      const char* help, float red, float green,
                                                      float blue);
 
-/// The words in display order; the first one is the default.
+/// The words in display order, at least one and each once; the first one is the default.
 MOX_API boost::shared_ptr<GuiProperty>
 DeclareEnum(GuiNode& node, const char* name, const char* help, std::span<const char* const> words);
 

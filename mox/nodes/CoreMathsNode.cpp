@@ -184,7 +184,11 @@ void CoreMathsNode::UpdatePorts(const boost::shared_ptr<void>&)
     AppendPort(OutputPorts, function.Output);
 
     for (const auto& [portName, property] : PortDefaults)
-        property->Visible = FindInputPort(portName) >= 0;
+        property->Visible = false;
+    for (const GuiPort& port : InputPorts) {
+        if (const auto entry = PortDefaults.find(port.Name); entry != PortDefaults.end())
+            entry->second->Visible = true;
+    }
 }
 
 std::string CoreMathsNode::GetTitle()

@@ -159,11 +159,18 @@ void SetFrame(UniformValues& scene, const PreviewOptions& options, std::uint32_t
     scene["time"] = {start + offset / framesPerSecond};
 }
 
-DrawCall MakeBackground(const ProgramCompiler& compiler, const UniformValues& scene,
+CompiledProgram CompileBackground(const ProgramCompiler& compiler)
+{
+    ProblemList problems;
+    CompiledProgram program =
+        compiler.Compile(MakeBackgroundProgram(), {CompileTarget::Spirv}, "background", problems);
+    problems.ThrowFirstError();
+    return program;
+}
+
+DrawCall MakeBackground(const CompiledProgram& program, const UniformValues& scene,
                         ProblemList& problems)
 {
-    const CompiledProgram program =
-        compiler.Compile(MakeBackgroundProgram(), {CompileTarget::Spirv}, "background", problems);
     const Mesh mesh = MakeBackgroundMesh();
     DrawCall background = BuildDraw(program, {mesh, nullptr, nullptr}, problems);
     background.Uniforms = FillUniforms(program, nullptr, scene, problems);
@@ -208,6 +215,7 @@ void CheckSize(const PreviewOptions& options)
 MaterialPreview::MaterialPreview(const PluginSet& plugins, Environment environment,
                                  FileDecoder& files, bool withValidation)
     : _plugins(plugins), _environment(std::move(environment)), _files(files),
+      _background(CompileBackground(_compiler)),
       _device(std::make_unique<VulkanDevice>(withValidation))
 {}
 
@@ -261,7 +269,7 @@ std::vector<Picture> MaterialPreview::RenderFrames(PreparedMaterial& material,
     surface.Uniforms = FillUniforms(program, &material.Bindings, scene, problems);
     if (options.Node.empty())
         surface.State = ReadDrawState(document);
-    const DrawCall background = MakeBackground(_compiler, scene, problems);
+    const DrawCall background = MakeBackground(_background, scene, problems);
     if (problems.HasErrors())
         return {};
 

@@ -69,6 +69,7 @@ private:
     Environment _environment;
     FileDecoder& _files;
     ProgramCompiler _compiler;
+    CompiledProgram _background;
     std::unique_ptr<VulkanDevice> _device;
 };
 

@@ -16,8 +16,6 @@ public:
     /// Takes a name that the text uses already.
     void Take(const std::string& name) { _taken.try_emplace(name, firstNumber); }
 
-    bool IsTaken(const std::string& name) const { return _taken.contains(name); }
-
     /// Takes a safe name that nobody has: that of ToSafeCgName, or else with "_2", "_3" and so on
     /// behind it.
     std::string Claim(const std::string& wanted);

@@ -24,6 +24,7 @@ struct StageProgram
 {
     std::string Text;
     std::vector<LineOrigin> Lines; ///< one for each line of Text
+    std::size_t MainBegin = 0;     ///< place in Text where the entry point begins, its last part
 };
 
 /// A pair of Cg programs for one material, with the plan that they were written from.

@@ -152,6 +152,7 @@ private:
     void WriteMain()
     {
         _text.Separate();
+        _text.BeginMain();
         WriteHead();
         _text.Append("{\n");
         if (!_isVertex)

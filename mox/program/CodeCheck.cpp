@@ -35,7 +35,7 @@ void CheckCode(const CgProgram& program, const std::string& file, ProblemList& p
 {
     std::set<std::string> found; // a function may be in both stages
     for (const StageProgram* stage : {&program.Vertex, &program.Fragment}) {
-        const auto module = Cg::ReadModule(stage->Text);
+        const auto module = Cg::ReadModule(stage->Text.substr(0, stage->MainBegin));
         const std::vector<std::string_view> lines = SplitLines(stage->Text);
         for (const Cg::SourceError& error : module->Errors) {
             auto line = std::min(static_cast<std::size_t>(error.Where.Line) - 1,

@@ -1,6 +1,7 @@
 #include "mox/program/ProgramGraph.h"
 
 #include "mox/Text.h"
+#include "mox/cg/Type.h"
 #include "mox/program/FunctionSet.h"
 
 #include <algorithm>
@@ -45,6 +46,24 @@ ShaderLevel LevelOf(const ShaderNode& node)
         break;
     }
     return ShaderLevel::Automatic;
+}
+
+std::string DescribeEdge(const ShaderEdge& edge, const ShaderNode& tail, const ShaderNode& head)
+{
+    return Compose("an edge from ", tail.Describe(), " port \"", edge.TailPort, "\" to ",
+                   head.Describe(), " port \"", edge.HeadPort, "\": ");
+}
+
+/// Whether a value may be an argument of a parameter. The edges of Connect join equal types, but a
+/// plug-in may lay edges itself.
+bool IsPassedAs(const ShaderType& value, const ShaderType& parameter)
+{
+    if (value == parameter)
+        return true;
+    Cg::Type from;
+    Cg::Type to;
+    return Cg::FindBuiltInType(value.Format(), from) &&
+           Cg::FindBuiltInType(parameter.Format(), to) && Cg::Converts(from, to);
 }
 
 /// Finds, from the outputs backwards, what the program computes.
@@ -104,7 +123,7 @@ public:
     std::vector<std::string> FindDeadNodes() const
     {
         std::vector<std::string> dead;
-        std::unordered_set<std::string> seen;
+        std::unordered_set<std::string_view> seen;
         for (std::size_t i = 0; i < _sources.size(); ++i) {
             if (_states[i] != State::New)
                 seen.insert(_sources[i].Origin->Node);
@@ -172,10 +191,16 @@ private:
         if (from < 0 || to < 0) {
             const ShaderNode& lacking = from < 0 ? *tail : *head;
             _problems.Fail("edge-failed", PlaceOf(_origins.Of(lacking)),
-                           Compose("an edge from ", tail->Describe(), " port \"", edge.TailPort,
-                                   "\" to ", head->Describe(), " port \"", edge.HeadPort,
-                                   "\": the ", from < 0 ? "output" : "input",
-                                   " port does not exist"));
+                           Compose(DescribeEdge(edge, *tail, *head), "the ",
+                                   from < 0 ? "output" : "input", " port does not exist"));
+            return;
+        }
+        const ShaderType& given = tail->Outputs[static_cast<std::size_t>(from)].Type;
+        const ShaderType& wanted = head->Inputs[static_cast<std::size_t>(to)].Type;
+        if (!IsPassedAs(given, wanted)) {
+            _problems.Fail("edge-failed", PlaceOf(_origins.Of(*head)),
+                           Compose(DescribeEdge(edge, *tail, *head), "cannot convert ",
+                                   given.Format(), " to ", wanted.Format()));
             return;
         }
         Feed& feed = FeedOf(_index.at(head.get()), static_cast<std::size_t>(to));

@@ -168,7 +168,7 @@ private:
     void CollectUses(ProgramStage stage)
     {
         std::map<std::size_t, FunctionUse> uses;
-        std::set<std::pair<std::size_t, std::string>> seen;
+        std::set<std::pair<std::size_t, std::string_view>> seen;
         for (std::size_t i = 0; i < _graph.Nodes().size(); ++i) {
             const ProgramNode& node = _graph.Nodes()[i];
             if (node.Definition->Kind != ShaderNodeKind::Function || !RunsIn(i, stage))

@@ -23,6 +23,9 @@ public:
     /// Appends an empty line, unless the text is empty or ends with one.
     void Separate();
 
+    /// What follows is the entry point.
+    void BeginMain() { _program.MainBegin = _program.Text.size(); }
+
     StageProgram Take() { return std::move(_program); }
 
 private:

@@ -115,7 +115,7 @@ private:
             }
             try {
                 CallLibrary(edge.Where, [&] {
-                    NotePort(*_generator.GetShaderNode(record.Heads[i]), edge);
+                    NotePort(record.Heads[i], edge);
                     const ShaderNodeHandle tail = _generator.GetShaderNode(record.Tail);
                     const ParkedEntries parked(tail->OutEdges);
                     _generator.Connect(record.Tail, record.TailPort, record.Heads[i],
@@ -147,13 +147,13 @@ private:
         NoteOrigins(OriginOf(_graph.Nodes()[edge.Tail]));
     }
 
-    void NotePort(const ShaderNode& head, const MaterialGraph::Edge& edge)
+    void NotePort(const ShaderNodeHandle& head, const MaterialGraph::Edge& edge)
     {
-        if (head.Kind == ShaderNodeKind::InterfaceParameter) {
+        if (head->Kind == ShaderNodeKind::InterfaceParameter) {
             const MaterialGraph::Node& node = _graph.Nodes()[edge.Head];
             ShaderOrigin origin = OriginOf(node);
             origin.Port = edge.Gui->HeadPort;
-            _shader.Origins.Set(head, std::move(origin));
+            _shader.Origins.Set(*_generator.GetShaderNode(head), std::move(origin));
         }
     }
 

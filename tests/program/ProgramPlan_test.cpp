@@ -173,11 +173,14 @@ TEST(ProgramPlan, OfParametersThatPlugInsMake)
     tell("a register beyond the last", [](GraphMaker& graph) {
         graph.End({graph.Input("far", Register::VertexAttribute, 16, vector4)}, {});
     });
-    tell("an edge to a port that does not exist", [](GraphMaker& graph) {
+    tell("edges to ports that do not exist, or of another type", [](GraphMaker& graph) {
         const auto uv = graph.Stream("uv", vector2);
         const auto copy = graph.Function("copy", automatic, {uv}, vector2, " = in_0");
         graph.Connect(uv, "read", copy, "in_7");
         graph.Connect(uv, "red", copy, "in_0");
+        const auto wide = graph.Stream("wide", vector4);
+        const auto narrow = graph.Function("narrow", automatic, {wide}, vector2, " = in_0.xy");
+        graph.Connect(uv, "read", narrow, "in_0");
         graph.End({copy}, {});
     });
     tell("a texture of both stages among others", [](GraphMaker& graph) {
