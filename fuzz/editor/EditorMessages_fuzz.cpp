@@ -61,10 +61,8 @@ public:
         Claim(!problems.HasErrors(), "what an editor writes can be read");
         ClaimEqual(FormatMaterialDocument(again), text, "and is the same then");
 
-        EditorSession restored(_session.Document().File(), TestEditorServices());
-        if (restored.Document().Waiting())
-            restored.Handle(0, R"({"do": "restore"})");
-        ClaimEqual(Text(restored), text, "the journal has what is not in the file");
+        ClaimEqual(TextAfterKill(_session.Document().File()), text,
+                   "the journal has what is not in the file");
 
         while (!_session.Document().UndoTitle().empty())
             Send(R"({"do": "undo"})");

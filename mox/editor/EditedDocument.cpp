@@ -32,8 +32,8 @@ EditedDocument::Opened::Opened(MaterialDocument document, const PluginSet& plugi
 }
 
 EditedDocument::EditedDocument(const std::filesystem::path& file, const PluginSet& plugins)
-    : _file(file), _plugins(plugins), _saved(ReadText()), _opened(Open(file.string(), _saved)),
-      _savedState(_opened->History.State()), _journal(file)
+    : _file(file), _lock(file), _plugins(plugins), _saved(ReadText()),
+      _opened(Open(file.string(), _saved)), _savedState(_opened->History.State()), _journal(file)
 {
     FindJournal();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mox/editor/DocumentLock.h"
 #include "mox/editor/Journal.h"
 #include "mox/graph/ChangeHistory.h"
 #include "mox/graph/GraphResolver.h"
@@ -23,8 +24,9 @@ class EditedDocument
 public:
     /// Opens a document; a file that does not exist is an empty one.
     /// @param plugins must outlive the object
-    /// @throws HostError if the file cannot be read, or does not follow the rules of documents, so
-    ///         that saving it would lose something
+    /// @throws HostError if somebody else edits the document, or if the file cannot be read, or
+    /// does
+    ///         not follow the rules of documents, so that saving it would lose something
     EditedDocument(const std::filesystem::path& file, const PluginSet& plugins);
 
     const MaterialGraph& Graph() const { return _opened->Graph; }
@@ -107,6 +109,7 @@ private:
     std::vector<std::size_t> Resolve();
 
     std::filesystem::path _file;
+    DocumentLock _lock;
     const PluginSet& _plugins;
     std::string _saved; ///< what the file held when it was read or saved last
     std::unique_ptr<Opened> _opened;

@@ -62,7 +62,7 @@ EditorReply EditorJob::Run() const
     }
     if (IsOutOfDate()) {
         reply = {{"id", _id}, {"revision", _snapshot.Revision}, {"outOfDate", true}};
-        answer.Pixels.clear();
+        answer.Bytes.clear();
     }
     answer.Text = FormatJson(reply);
     return answer;
@@ -117,7 +117,21 @@ EditorJob::Work DrawPicture(const EditorServices& services, const PictureRequest
         Picture picture = services.Pictures->Draw(snapshot.Document, request, problems);
         reply["picture"] = {{"width", picture.Width}, {"height", picture.Height}};
         reply["problems"] = ToJson(problems.Problems());
-        answer.Pixels = std::move(picture.Pixels);
+        answer.Bytes = std::move(picture.Pixels);
+    };
+}
+
+EditorJob::Work LoadTexture(const EditorServices& services, const std::string& tag)
+{
+    return [services, tag](const DocumentSnapshot& snapshot, Json& reply, EditorReply& answer) {
+        ProblemList problems;
+        LoadedTexture texture = services.Pictures->Load(snapshot.Document, tag, problems);
+        Json levels = Json::array();
+        for (const auto& [width, height] : texture.Sides)
+            levels.push_back({{"width", width}, {"height", height}});
+        reply["texture"] = {{"format", texture.Format}, {"levels", std::move(levels)}};
+        reply["problems"] = ToJson(problems.Problems());
+        answer.Bytes = std::move(texture.Bytes);
     };
 }
 

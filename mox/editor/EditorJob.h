@@ -37,8 +37,8 @@ private:
 /// What an editor answers to one message.
 struct EditorReply
 {
-    std::string Text;                 ///< JSON
-    std::vector<std::uint8_t> Pixels; ///< of a picture, as Picture has them
+    std::string Text;                ///< JSON
+    std::vector<std::uint8_t> Bytes; ///< of a picture, as Picture has them, or of a texture
 };
 
 /// Work that takes its time: building programs, checking, drawing. It is done by Run, on any
@@ -74,5 +74,8 @@ EditorJob::Work CompilePrograms(const EditorServices& services, const std::strin
 
 /// A picture of it or of one of its nodes.
 EditorJob::Work DrawPicture(const EditorServices& services, const PictureRequest& request);
+
+/// The texture of one of its texture bindings.
+EditorJob::Work LoadTexture(const EditorServices& services, const std::string& tag);
 
 } // namespace Mox::Host

@@ -11,6 +11,8 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace Mox::Host {
 
@@ -25,6 +27,14 @@ struct PictureRequest
     std::map<std::string, std::string> Values; ///< of bindings, or of what the environment supplies
 };
 
+/// A texture with its smaller levels, as graphics libraries take it.
+struct LoadedTexture
+{
+    std::string Format; ///< "unorm8", four bytes for each texel, or "half", four 16-bit floats
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> Sides; ///< of each level, largest first
+    std::vector<std::uint8_t> Bytes; ///< one level after the other, rows from top to bottom
+};
+
 /// Draws materials. The host of an editor supplies it, so that the editor needs no device.
 class Painter
 {
@@ -36,6 +46,11 @@ public:
     /// @throws HostError if the request makes no sense or nothing can be drawn at all
     virtual Picture Draw(const MaterialDocument& document, const PictureRequest& request,
                          ProblemList& problems) = 0;
+
+    /// The texture of a texture binding, or a stand-in if it cannot be read. Threads as for Draw.
+    /// @throws HostError if there is no such binding
+    virtual LoadedTexture Load(const MaterialDocument& document, const std::string& tag,
+                               ProblemList& problems) = 0;
 };
 
 /// What an editor works with. All of it must outlive the sessions and their jobs.

@@ -5,6 +5,7 @@
 #include "mox/editor/Clipboard.h"
 #include "mox/editor/ErrorJson.h"
 #include "mox/editor/StateJson.h"
+#include "mox/editor/TextureFolder.h"
 #include "mox/host/Excerpt.h"
 #include "mox/json/CatalogueJson.h"
 #include "mox/json/RecordJson.h"
@@ -79,6 +80,7 @@ struct EditorSession::Request
     std::size_t Client;
     Json Id;
     JsonCursor Message;
+    std::string_view Bytes; ///< that go along
 };
 
 struct EditorSession::Command
@@ -93,7 +95,8 @@ EditorSession::EditorSession(const std::filesystem::path& file, EditorServices s
       _seenFile(_document.ReadText())
 {}
 
-EditorAnswer EditorSession::Handle(std::size_t client, std::string_view message)
+EditorAnswer EditorSession::Handle(std::size_t client, std::string_view message,
+                                   std::string_view bytes)
 {
     EditorAnswer answer;
     Json reply = {{"id", nullptr}};
@@ -103,7 +106,7 @@ EditorAnswer EditorSession::Handle(std::size_t client, std::string_view message)
         const auto id = cursor.Find("id");
         if (id)
             reply["id"] = id->Count();
-        Dispatch({client, reply["id"], cursor}, answer, reply);
+        Dispatch({client, reply["id"], cursor, bytes}, answer, reply);
     } catch (const HostError& error) {
         reply["error"] = DescribeError(error);
     }
@@ -142,14 +145,15 @@ std::string EditorSession::LookAtFile()
 void EditorSession::Dispatch(const Request& request, EditorAnswer& answer, Json& reply)
 {
     static constexpr Command commands[] = {
-        {"apply", &EditorSession::Apply},     {"undo", &EditorSession::Undo},
-        {"redo", &EditorSession::Redo},       {"layout", &EditorSession::LayOut},
-        {"copy", &EditorSession::Copy},       {"paste", &EditorSession::Paste},
-        {"state", &EditorSession::GetState},  {"catalogue", &EditorSession::GetCatalogue},
-        {"save", &EditorSession::Save},       {"reload", &EditorSession::Reload},
-        {"restore", &EditorSession::Restore}, {"discard", &EditorSession::Discard},
-        {"problems", &EditorSession::Check},  {"compile", &EditorSession::Compile},
-        {"picture", &EditorSession::Draw},
+        {"apply", &EditorSession::Apply},        {"undo", &EditorSession::Undo},
+        {"redo", &EditorSession::Redo},          {"layout", &EditorSession::LayOut},
+        {"copy", &EditorSession::Copy},          {"paste", &EditorSession::Paste},
+        {"state", &EditorSession::GetState},     {"catalogue", &EditorSession::GetCatalogue},
+        {"save", &EditorSession::Save},          {"reload", &EditorSession::Reload},
+        {"restore", &EditorSession::Restore},    {"discard", &EditorSession::Discard},
+        {"problems", &EditorSession::Check},     {"compile", &EditorSession::Compile},
+        {"picture", &EditorSession::Draw},       {"addTexture", &EditorSession::PutTexture},
+        {"texture", &EditorSession::GetTexture},
     };
     const JsonCursor word = request.Message.Member("do");
     const std::string text = word.Text();
@@ -194,6 +198,12 @@ void EditorSession::StartJob(const Request& request, EditorJob::Work work,
                              EditorAnswer& answer) const
 {
     answer.Job.emplace(TakeSnapshot(), request.Id, std::move(work));
+}
+
+void EditorSession::RequirePainter(const Request& request) const
+{
+    if (!_services.Pictures)
+        request.Message.Refuse("nothing here can draw pictures");
 }
 
 void EditorSession::Apply(const Request& request, EditorAnswer& answer, Json& reply)
@@ -327,9 +337,23 @@ void EditorSession::Compile(const Request& request, EditorAnswer& answer, Json&)
 void EditorSession::Draw(const Request& request, EditorAnswer& answer, Json&)
 {
     const PictureRequest picture = ReadPictureRequest(request.Message);
-    if (!_services.Pictures)
-        request.Message.Refuse("nothing here can draw pictures");
+    RequirePainter(request);
     StartJob(request, DrawPicture(_services, picture), answer);
+}
+
+void EditorSession::PutTexture(const Request& request, EditorAnswer&, Json& reply)
+{
+    request.Message.AllowOnly({"id", "do", "name"});
+    reply["file"] = AddTexture(_document.File().parent_path(),
+                               request.Message.Member("name").Text(), request.Bytes);
+}
+
+void EditorSession::GetTexture(const Request& request, EditorAnswer& answer, Json&)
+{
+    request.Message.AllowOnly({"id", "do", "tag"});
+    const std::string tag = request.Message.Member("tag").Text();
+    RequirePainter(request);
+    StartJob(request, LoadTexture(_services, tag), answer);
 }
 
 } // namespace Mox::Host

@@ -39,7 +39,8 @@ public:
     /// Does what a message asks for. Whatever the message holds, nothing is thrown but
     /// std::bad_alloc: what is refused is said in the reply. What a reply acknowledges is in the
     /// journal.
-    EditorAnswer Handle(std::size_t client, std::string_view message);
+    /// @param bytes that go along with the message, such as those of a texture
+    EditorAnswer Handle(std::size_t client, std::string_view message, std::string_view bytes = {});
 
     /// A notice for all clients if the file has another content than at the last call, or an empty
     /// text.
@@ -56,6 +57,7 @@ private:
     void Replace(EditorAnswer& answer, Json& reply);
     void AddStatus(Json& json) const;
     DocumentSnapshot TakeSnapshot() const;
+    void RequirePainter(const Request& request) const;
     void StartJob(const Request& request, EditorJob::Work work, EditorAnswer& answer) const;
 
     void Apply(const Request& request, EditorAnswer& answer, Json& reply);
@@ -73,6 +75,8 @@ private:
     void Check(const Request& request, EditorAnswer& answer, Json& reply);
     void Compile(const Request& request, EditorAnswer& answer, Json& reply);
     void Draw(const Request& request, EditorAnswer& answer, Json& reply);
+    void PutTexture(const Request& request, EditorAnswer& answer, Json& reply);
+    void GetTexture(const Request& request, EditorAnswer& answer, Json& reply);
 
     EditorServices _services;
     EditedDocument _document;

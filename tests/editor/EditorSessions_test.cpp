@@ -87,8 +87,8 @@ public:
         if (answer.Job) {
             const EditorReply reply = answer.Job->Run();
             text = Print("reply", reply.Text);
-            if (!reply.Pixels.empty())
-                text += std::to_string(reply.Pixels.size()) + " bytes of pixels\n";
+            if (!reply.Bytes.empty())
+                text += std::to_string(reply.Bytes.size()) + " bytes of pixels\n";
         }
         return text + Print("reply", answer.Reply) + Print("notice", answer.Notice);
     }

@@ -2,6 +2,7 @@
 
 #include "mox/program/CgFormat.h"
 #include "tests/support/BuildTree.h"
+#include "tests/support/TemporaryFolder.h"
 
 using namespace Mox::Host;
 
@@ -16,6 +17,13 @@ public:
             throw HostError({}, "there is no such mesh");
         return {request.Width, request.Height,
                 std::vector<std::uint8_t>(std::size_t(4) * request.Width * request.Height, 128)};
+    }
+
+    LoadedTexture Load(const MaterialDocument&, const std::string& tag, ProblemList&) override
+    {
+        if (tag != "grey")
+            throw HostError({}, "there is no such texture");
+        return {"unorm8", {{2, 1}, {1, 1}}, std::vector<std::uint8_t>(12, 128)};
     }
 };
 
@@ -32,6 +40,17 @@ const EditorServices& TestEditorServices()
         return made;
     }();
     return services;
+}
+
+std::string TextAfterKill(const std::filesystem::path& file)
+{
+    const TemporaryFolder copy; // as the right to edit the document itself is taken
+    for (const auto& entry : std::filesystem::directory_iterator(file.parent_path()))
+        std::filesystem::copy(entry, copy.Path() / entry.path().filename());
+    EditorSession restored(copy.Path() / file.filename(), TestEditorServices());
+    if (restored.Document().Waiting())
+        restored.Handle(0, R"({"do": "restore"})");
+    return FormatMaterialDocument(restored.Document().Graph().Document());
 }
 
 void EditorMirror::TakeState(const Json& reply)

@@ -4,12 +4,17 @@
 #include "mox/editor/EditorSession.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <map>
 #include <string>
 
 /// The plug-ins and the environment of the build tree, Cg as the only target, and a painter that
-/// paints every pixel in one colour.
+/// paints every pixel in one colour, also that of the only texture, "grey".
 const Mox::Host::EditorServices& TestEditorServices();
+
+/// The text of a document as another process would restore it if the one that edits it were killed
+/// now.
+std::string TextAfterKill(const std::filesystem::path& file);
 
 /// What a client knows of a document by what it was told.
 class EditorMirror

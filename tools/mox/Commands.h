@@ -23,6 +23,7 @@ void AddBindingsCommand(CLI::App& program, const CommonOptions& common);
 void AddCatalogueCommand(CLI::App& program, const CommonOptions& common);
 void AddCheckCommand(CLI::App& program, const CommonOptions& common);
 void AddDiffCommand(CLI::App& program, const CommonOptions& common);
+void AddEditCommand(CLI::App& program, const CommonOptions& common);
 void AddExportCommand(CLI::App& program, const CommonOptions& common);
 void AddFormatCommand(CLI::App& program, const CommonOptions& common);
 void AddGraphCommand(CLI::App& program, const CommonOptions& common);

@@ -76,6 +76,9 @@ int RunProgram(int argc, char** argv)
     AddExportCommand(program, common);
     AddCheckCommand(program, common);
     AddDiffCommand(program, common);
+#ifdef MOX_HAS_EDITOR
+    AddEditCommand(program, common);
+#endif
     AddFormatCommand(program, common);
     AddApplyCommand(program, common);
     AddBindingsCommand(program, common);

@@ -1,0 +1,91 @@
+#include "mox/editor/DocumentLock.h"
+
+#include "mox/Text.h"
+#include "mox/host/HostError.h"
+
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <string>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace Mox::Host {
+
+using Materials::Compose;
+
+namespace {
+
+/// One name for all names that lead to a document, so that nobody edits it under two of them.
+std::filesystem::path LockFile(const std::filesystem::path& document)
+{
+    std::error_code error;
+    std::filesystem::path target = std::filesystem::weakly_canonical(document, error);
+    if (error)
+        target = document;
+    return target.parent_path() / Compose(".", target.filename().string(), ".mox-lock");
+}
+
+/// What whoever has the lock has written into its file.
+std::string ReadHolder(int descriptor)
+{
+    std::array<char, 20> text{};
+    const ssize_t count = pread(descriptor, text.data(), text.size(), 0);
+    const std::string digits(text.data(), count < 0 ? 0 : static_cast<std::size_t>(count));
+    const bool isNumber =
+        !digits.empty() && digits.find_first_not_of("0123456789") == std::string::npos;
+    return isNumber ? "process " + digits : "another process";
+}
+
+} // namespace
+
+DocumentLock::DocumentLock(const std::filesystem::path& document)
+    : _document(document), _file(LockFile(document))
+{
+    while (!Take()) {
+    }
+}
+
+DocumentLock::~DocumentLock()
+{
+    unlink(_file.c_str()); // as long as it is locked, so that nobody else's file is removed
+    close(_descriptor);
+}
+
+/// @returns false if the file was removed in the meantime, so that it stands for nothing
+bool DocumentLock::Take()
+{
+    constexpr int readable = 0644; // so that another user is told who has it
+    const Place where(_document.string());
+    _descriptor = open(_file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, readable);
+    if (_descriptor < 0) {
+        throw HostError(where, Compose("cannot be edited, as the file ", _file.filename().string(),
+                                       " beside it cannot be opened: ",
+                                       std::generic_category().message(errno)));
+    }
+    if (flock(_descriptor, LOCK_EX | LOCK_NB) != 0) {
+        const int error = errno;
+        const std::string holder = ReadHolder(_descriptor);
+        close(_descriptor);
+        throw HostError(
+            where, error == EWOULDBLOCK
+                       ? Compose("is being edited by ", holder, " already")
+                       : Compose("cannot be locked: ", std::generic_category().message(error)));
+    }
+    struct stat opened = {};
+    struct stat named = {};
+    if (fstat(_descriptor, &opened) != 0 || stat(_file.c_str(), &named) != 0 ||
+        opened.st_ino != named.st_ino || opened.st_dev != named.st_dev) {
+        close(_descriptor);
+        return false;
+    }
+    // Who cannot read the number gets a less helpful message, so failures do not matter.
+    const std::string number = std::to_string(getpid());
+    if (ftruncate(_descriptor, 0) == 0)
+        static_cast<void>(!pwrite(_descriptor, number.data(), number.size(), 0));
+    return true;
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Mox::Host {
+
+/// A message as it travels.
+struct MessageFrame
+{
+    std::string Content;
+    bool IsBinary = false;
+};
+
+/// @param json whole message
+/// @param bytes that go along; none makes a text message
+MessageFrame MakeFrame(std::string json, const std::vector<std::uint8_t>& bytes = {});
+
+/// The parts of a binary message.
+struct BinaryParts
+{
+    std::string_view Json;
+    std::string_view Bytes;
+};
+
+/// @returns nothing if it is shorter than it says
+std::optional<BinaryParts> SplitBinary(std::string_view content);
+
+} // namespace Mox::Host

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "mox/server/EditorHub.h"
+#include "mox/server/EditorServer.h"
+#include "mox/server/Lifetime.h"
+#include "mox/server/RequestDoor.h"
+
+#include <boost/noncopyable.hpp>
+
+#include <cstddef>
+#include <memory>
+
+namespace Mox::Host {
+
+/// What the connections of a server share.
+struct ServerParts
+{
+    const ServerSettings& Settings;
+    const RequestDoor& Door;
+    EditorHub& Hub;
+    Lifetime& Life;
+};
+
+/// Of the connections that there may be at a time, one. It is free again when the object is gone.
+class TakenSeat : private boost::noncopyable
+{
+public:
+    /// @param count of those that are taken; must outlive the object
+    explicit TakenSeat(std::size_t& count) : _count(count) { ++_count; }
+    ~TakenSeat() { --_count; }
+
+private:
+    std::size_t& _count;
+};
+
+using Seat = std::unique_ptr<TakenSeat>;
+
+} // namespace Mox::Host

@@ -1,0 +1,287 @@
+#include "tests/server/RunningServer.h"
+
+#include <boost/algorithm/string/replace.hpp>
+#include <gtest/gtest.h>
+
+using namespace Mox::Host;
+
+namespace {
+
+struct RequestCase
+{
+    const char* Start; ///< line of the request
+    const char* Rest;  ///< of the header, a line each; with {port}, {token} and the words of Expand
+    int Status;
+};
+
+/// Own headers of a page, and of one that asks for the socket.
+std::string Expand(std::string text, const RunningServer& server)
+{
+    boost::algorithm::replace_all(text, "{upgrade}",
+                                  "Connection: Upgrade\nUpgrade: websocket\nSec-WebSocket-Version: "
+                                  "13\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\n");
+    boost::algorithm::replace_all(text, "{host}", "Host: 127.0.0.1:{port}\n");
+    boost::algorithm::replace_all(text, "{origin}", "Origin: http://127.0.0.1:{port}\n");
+    boost::algorithm::replace_all(text, "{secret}",
+                                  "Sec-WebSocket-Protocol: mox-editor-1, {token}\n");
+    boost::algorithm::replace_all(text, "{long}", std::string(20'000, 'x'));
+    boost::algorithm::replace_all(text, "{port}", std::to_string(server.Port()));
+    boost::algorithm::replace_all(text, "{token}", server.Token());
+    boost::algorithm::replace_all(text, "\n", "\r\n");
+    return text;
+}
+
+constexpr RequestCase requests[] = {
+    {"GET / HTTP/1.1", "{host}", 200},
+    {"GET /app.js HTTP/1.1", "{host}", 200},
+    {"GET / HTTP/1.1", "Host: localhost:{port}\n", 200},
+    // Names that an attacker lets stand for this machine, and other ways to hide what is asked.
+    {"GET / HTTP/1.1", "", 403},
+    {"GET / HTTP/1.1", "Host: attacker.example:{port}\n", 403},
+    {"GET / HTTP/1.1", "Host: 127.0.0.1.attacker.example:{port}\n", 403},
+    {"GET / HTTP/1.1", "Host: localhost.:{port}\n", 403},
+    {"GET / HTTP/1.1", "Host: 127.0.0.1\n", 403},
+    {"GET / HTTP/1.1", "Host: 127.0.0.1:1\n", 403},
+    {"GET / HTTP/1.1", "Host: [::1]:{port}\n", 403},
+    {"GET / HTTP/1.1", "Host: 0.0.0.0:{port}\n", 403},
+    {"GET / HTTP/1.1", "{host}Host: attacker.example\n", 403},
+    {"GET http://attacker.example/ HTTP/1.1", "{host}", 404},
+    {"GET / HTTP/1.0", "{host}", 505},
+    // Pages of other origins.
+    {"GET /app.js HTTP/1.1", "{host}Origin: http://attacker.example\n", 403},
+    {"GET /app.js HTTP/1.1", "{host}Origin: http://127.0.0.1:1\n", 403},
+    {"GET /app.js HTTP/1.1", "{host}Origin: http://localhost:{port}\n", 403},
+    {"GET /app.js HTTP/1.1", "{host}Origin: https://127.0.0.1:{port}\n", 403},
+    {"GET /app.js HTTP/1.1", "{host}Origin: null\n", 403},
+    {"GET /app.js HTTP/1.1", "{host}Sec-Fetch-Site: cross-site\n", 403},
+    {"GET /app.js HTTP/1.1", "{host}Sec-Fetch-Site: same-site\n", 403},
+    {"GET /app.js HTTP/1.1", "{host}Sec-Fetch-Site: none\nSec-Fetch-Site: none\n", 403},
+    {"GET /app.js HTTP/1.1", "{host}Sec-Fetch-Site: same-origin\n", 200},
+    {"GET / HTTP/1.1",
+     "{host}Sec-Fetch-Site: cross-site\nSec-Fetch-Mode: navigate\nSec-Fetch-Dest: iframe\n", 403},
+    {"GET / HTTP/1.1",
+     "{host}Sec-Fetch-Site: cross-site\nSec-Fetch-Mode: navigate\nSec-Fetch-Dest: document\n", 200},
+    {"OPTIONS /socket HTTP/1.1",
+     "{host}Origin: http://attacker.example\nAccess-Control-Request-Method: GET\n", 403},
+    // Other methods, bodies and targets.
+    {"OPTIONS / HTTP/1.1", "{host}", 405},
+    {"POST / HTTP/1.1", "{host}{origin}", 405},
+    {"PUT /m.xml HTTP/1.1", "{host}{origin}", 405},
+    {"CONNECT attacker.example:443 HTTP/1.1", "{host}", 405},
+    {"GET / HTTP/1.1", "{host}Content-Length: 5\n", 413},
+    {"GET / HTTP/1.1", "{host}Transfer-Encoding: chunked\n", 413},
+    {"GET / HTTP/1.1", "{host}Content-Length: 5\nTransfer-Encoding: chunked\n", 400},
+    {"GET / HTTP/1.1", "{host}Content-Length: 5\nContent-Length: 6\n", 400},
+    {"GET /m.xml HTTP/1.1", "{host}", 404},
+    {"GET /../m.xml HTTP/1.1", "{host}", 404},
+    {"GET /%2e%2e/etc/passwd HTTP/1.1", "{host}", 404},
+    {"GET //app.js HTTP/1.1", "{host}", 404},
+    {"GET /app.js? HTTP/1.1", "{host}", 404},
+    {"GET /./app.js HTTP/1.1", "{host}", 404},
+    {"GET /app.js%00 HTTP/1.1", "{host}", 404},
+    {"GET /?token={token} HTTP/1.1", "{host}", 404},
+    // What is no request.
+    {"GET / HTTP/1.1", "{host}X: {long}\n", 431},
+    {"GET /{long} HTTP/1.1", "{host}", 431},
+    {"GET / HTTP/1.1", "{host}broken\n", 400},
+    {"GET / HTTP/1.1", "{host} folded: 1\n", 403},
+    {"\x16\x03\x01\x02", "", 400},
+    // The socket.
+    {"GET /socket HTTP/1.1", "{host}{origin}{secret}{upgrade}", 101},
+    {"GET /socket HTTP/1.1", "{host}{origin}{secret}{upgrade}\nearly", 400},
+    {"GET /socket HTTP/1.1", "{host}{origin}{secret}", 426},
+    {"GET /socket HTTP/1.1", "{host}{secret}{upgrade}", 403},
+    {"GET /socket HTTP/1.1", "{host}Origin: http://attacker.example\n{secret}{upgrade}", 403},
+    {"GET /socket HTTP/1.1", "{host}Origin: http://localhost:{port}\n{secret}{upgrade}", 403},
+    {"GET /socket HTTP/1.1",
+     "Host: attacker.example:{port}\nOrigin: http://attacker.example:{port}\n{secret}{upgrade}",
+     403},
+    {"GET /socket HTTP/1.1", "{host}{origin}Origin: null\n{secret}{upgrade}", 403},
+    {"GET /socket HTTP/1.1", "{host}{origin}Sec-Fetch-Site: cross-site\n{secret}{upgrade}", 403},
+    {"GET /socket HTTP/1.1", "{host}{origin}{upgrade}", 403},
+    {"GET /socket HTTP/1.1",
+     "{host}{origin}Cookie: token={token}\nAuthorization: Bearer {token}\n{upgrade}", 403},
+    {"GET /socket HTTP/1.1", "{host}{origin}Sec-WebSocket-Protocol: mox-editor-1\n{upgrade}", 403},
+    {"GET /socket HTTP/1.1",
+     "{host}{origin}Sec-WebSocket-Protocol: mox-editor-1, {token}0\n{upgrade}", 403},
+    {"GET /socket HTTP/1.1",
+     "{host}{origin}Sec-WebSocket-Protocol: mox-editor-1, "
+     "0000000000000000000000000000000000000000000000000000000000000000\n{upgrade}",
+     403},
+    {"GET /socket HTTP/1.1",
+     "{host}{origin}Sec-WebSocket-Protocol: mox-editor-2, {token}\n{upgrade}", 403},
+    {"GET /socket HTTP/1.1", "{host}{origin}{secret}{secret}{upgrade}", 403},
+    {"GET /socket?{token} HTTP/1.1", "{host}{origin}{secret}{upgrade}", 404},
+};
+
+TEST(Attacks, RequestsAreLetInOrRefused)
+{
+    RunningServer server;
+    for (const RequestCase& tried : requests) {
+        const std::string request =
+            Expand(std::string(tried.Start) + "\n" + tried.Rest + "\n", server);
+        SCOPED_TRACE(request.substr(0, 300));
+        RawClient client(server.Port());
+        client.Send(request);
+        const std::string answer = tried.Status == 101 ? client.ReadHeader() : client.ReadAll();
+        EXPECT_EQ(answer.substr(0, 12), "HTTP/1.1 " + std::to_string(tried.Status));
+        EXPECT_EQ(answer.find(server.Token()), answer.npos);
+        for (const char* word : {"Access-Control", "Set-Cookie", "m.xml"})
+            EXPECT_EQ(answer.find(word), answer.npos) << word;
+        if (tried.Status == 101)
+            continue;
+        for (const char* word :
+             {"default-src 'none'; script-src 'self'; style-src 'self' 'nonce-",
+              "frame-ancestors 'none'", "X-Content-Type-Options: nosniff",
+              "Cross-Origin-Resource-Policy: same-origin", "Referrer-Policy: no-referrer",
+              "Cache-Control: no-store", "Connection: close"})
+            EXPECT_NE(answer.find(word), answer.npos) << word;
+    }
+}
+
+TEST(Attacks, EachAnswerHasANonceOfItsOwn)
+{
+    RunningServer server;
+    std::string nonces[2];
+    for (std::string& nonce : nonces) {
+        RawClient client(server.Port());
+        client.Send(Expand("GET / HTTP/1.1\n{host}\n", server));
+        const std::string answer = client.ReadAll();
+        const std::string start = "'nonce-";
+        const std::size_t at = answer.find(start) + start.size();
+        nonce = answer.substr(at, answer.find('\'', at) - at);
+        EXPECT_EQ(nonce.size(), 32u);
+        EXPECT_TRUE(answer.ends_with("content=\"" + nonce + "\">"));
+    }
+    EXPECT_NE(nonces[0], nonces[1]);
+}
+
+TEST(Attacks, WhoIsSlowOrOneTooManyIsCut)
+{
+    ServerSettings settings = TestServerSettings();
+    settings.RequestTime = std::chrono::milliseconds(300);
+    settings.ConnectionCount = 2;
+    RunningServer server(settings);
+    const std::string request = Expand("GET / HTTP/1.1\n{host}\n", server);
+    RawClient silent(server.Port());
+    RawClient slow(server.Port());
+    slow.Send(request.substr(0, 10));
+    RawClient third(server.Port());
+    third.Send(request);
+    EXPECT_EQ(third.ReadAll(), "");
+    EXPECT_EQ(slow.ReadAll(), "");
+    EXPECT_EQ(silent.ReadAll(), "");
+    RawClient later(server.Port());
+    later.Send(request);
+    EXPECT_TRUE(later.ReadAll().starts_with("HTTP/1.1 200"));
+}
+
+TEST(Attacks, BadMessagesCloseTheSocket)
+{
+    ServerSettings settings = TestServerSettings();
+    settings.TextBytes = 1000;
+    settings.BinaryBytes = 2000;
+    settings.PageCount = 1;
+    const struct
+    {
+        std::string Bytes;
+        bool IsBinary;
+        unsigned Code;
+    } cases[] = {
+        {std::string(1001, ' '), false, 1009},
+        {std::string(2001, ' '), false, 1009},
+        {std::string(2001, '\0'), true, 1009},
+        {std::string("\xe9\x03\0\0", 4) + std::string(1001, ' '), true, 1009},
+        {"", true, 1008},
+        {std::string("\0\0\0", 3), true, 1008},
+        {std::string("\x05\0\0\0{}", 6), true, 1008},
+        {std::string("\xff\xff\xff\xff{}", 6), true, 1008},
+        {"\xff", false, 1007},
+    };
+    for (const auto& tried : cases) {
+        RunningServer server(settings);
+        PageClient page(server.Port(), server.Token());
+        page.Stream().binary(tried.IsBinary);
+        page.Stream().write(asio::buffer(tried.Bytes));
+        // The code is lost if the rest of a message was not read when the connection is closed.
+        const unsigned code = page.AwaitClose();
+        EXPECT_TRUE(code == tried.Code || (code == 0 && tried.Bytes.size() > 2000)) << code;
+    }
+    RunningServer server(settings);
+    PageClient page(server.Port(), server.Token());
+    EXPECT_TRUE(page.Ask({{"do", "nonsense"}}).contains("error")); // so it is let in
+    PageClient second(server.Port(), server.Token());
+    EXPECT_EQ(second.AwaitClose(), 1013u);
+    EXPECT_TRUE(page.Ask({{"do", "state"}}).contains("state"));
+    EXPECT_THROW(PageClient(server.Port(), std::string(64, '0')), boost::system::system_error);
+}
+
+TEST(Attacks, FramesThatLieCloseTheSocket)
+{
+    const std::string_view frames[] = {
+        {"\x81\x02{}", 4},                                        // not masked
+        {"\x81\xff\x7f\xff\xff\xff\xff\xff\xff\xff\0\0\0\0", 14}, // too large
+        {"\xc1\x80\0\0\0\0", 6},                                  // compressed
+        {"\x83\x80\0\0\0\0", 6},                                  // of no kind
+        {"\x80\x80\0\0\0\0", 6},                                  // goes on with nothing
+        {"\x89\xfe\x01\0\0\0\0\0", 8},                            // a ping that is too long
+    };
+    RunningServer server;
+    for (const std::string_view frame : frames) {
+        RawClient client(server.Port());
+        client.Send(Expand("GET /socket HTTP/1.1\n{host}{origin}{secret}{upgrade}\n", server));
+        EXPECT_TRUE(client.ReadHeader().starts_with("HTTP/1.1 101"));
+        client.Send(frame);
+        client.ReadAll();
+    }
+    PageClient page(server.Port(), server.Token());
+    EXPECT_TRUE(page.Ask({{"do", "state"}}).contains("state"));
+}
+
+TEST(Attacks, APageThatDoesNotReadIsCut)
+{
+    constexpr int count = 60;
+    ServerSettings settings = TestServerSettings();
+    settings.UnreadBytes = 1U << 20U;
+    RunningServer server(settings);
+    PageClient page(server.Port(), server.Token());
+    for (int i = 0; i < count; ++i) // each with a megabyte to answer
+        page.Send({{"id", i}, {"do", "picture"}, {"width", 512}, {"height", 512}});
+    PageClient other(server.Port(), server.Token()); // its answer comes after all of these
+    EXPECT_TRUE(other.Ask({{"do", "picture"}}).contains("picture"));
+    int received = 0;
+    try {
+        for (; received < count; ++received)
+            page.Receive();
+    } catch (const boost::system::system_error&) {
+    }
+    EXPECT_LT(received, count);
+}
+
+TEST(Attacks, TexturesGoNowhereElseAndReplaceNothing)
+{
+    RunningServer server;
+    server.Folder().Write("taken.png", "other");
+    std::filesystem::create_symlink("/tmp/elsewhere.png", server.Folder().Path() / "link.png");
+    PageClient page(server.Port(), server.Token());
+    const auto put = [&](const std::string& name, const std::string& bytes) {
+        const std::string json = FormatJson({{"id", 1}, {"do", "addTexture"}, {"name", name}});
+        std::string content = {static_cast<char>(json.size()), 0, 0, 0};
+        page.SendBinary(content + json + bytes);
+        return page.Receive();
+    };
+    for (const char* name : {"../a.png", "/tmp/a.png", "a/b.png", "a\\b.png", ".png", ".a.png", "",
+                             "a.xml", "a.png.sh", "a\n.png", "m.xml"})
+        EXPECT_TRUE(put(name, "x").contains("error")) << name;
+    const std::ptrdiff_t count = server.Folder().Count();
+    EXPECT_EQ(put("new.PNG", "bytes")["file"], "new.PNG");
+    EXPECT_EQ(put("new.PNG", "bytes")["file"], "new.PNG");
+    EXPECT_EQ(put("taken.png", "mine")["file"], "taken-2.png");
+    EXPECT_EQ(put("link.png", "mine")["file"], "link-2.png");
+    EXPECT_EQ(server.Folder().Read("taken.png"), "other");
+    EXPECT_EQ(server.Folder().Read("taken-2.png"), "mine");
+    EXPECT_EQ(server.Folder().Read("new.PNG"), "bytes");
+    EXPECT_EQ(server.Folder().Count(), count + 3);
+}
+
+} // namespace

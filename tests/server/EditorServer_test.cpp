@@ -1,0 +1,261 @@
+#include "tests/server/RunningServer.h"
+#include "tests/support/Random.h"
+#include "tests/support/TestEditor.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace Mox::Host;
+
+namespace {
+
+Json SetName(const std::string& name)
+{
+    return Json::parse(R"({"id": 1, "do": "apply", "steps": [{"do": "setProperties", "settings":
+        [{"node": "n0", "name": "Name", "kind": "string", "value": ")" +
+                       name + R"("}]}]})");
+}
+
+/// A message that makes up an edit which may fit, or goes through the history.
+Json MakeEdit(Random& random)
+{
+    const auto id = [&] { return "n" + std::to_string(random.Below(8)); };
+    Json step;
+    switch (random.Below(8)) {
+    case 0:
+        return {{"do", "undo"}};
+    case 1:
+        return {{"do", "redo"}};
+    case 2:
+        return {{"do", "layout"}};
+    case 3:
+    case 4:
+        step = {{"do", "addNode"}, {"id", id()}, {"type", "CoreMaths"}, {"version", 0}};
+        break;
+    case 5:
+        step = {{"do", "removeNode"}, {"id", id()}};
+        break;
+    default:
+        step = {{"do", "addEdge"},
+                {"tail", id()},
+                {"tailPort", "out_value"},
+                {"head", id()},
+                {"headPort", random.Below(2) ? "in_value1" : "in_value2"}};
+    }
+    return {{"do", "apply"}, {"steps", Json::array({step})}};
+}
+
+/// A page that shows the document by what it is told alone.
+class Window
+{
+public:
+    explicit Window(const RunningServer& server) : _client(server.Port(), server.Token())
+    {
+        _mirror.TakeState(_client.Ask({{"id", 0}, {"do", "state"}}));
+    }
+
+    void Send(Json message)
+    {
+        message["id"] = ++_sent;
+        _client.Send(message);
+    }
+
+    /// Takes what comes until all messages are answered.
+    /// @returns how many did something
+    int TakeAll()
+    {
+        int count = 0;
+        while (_answered < _sent) {
+            const Json message = _client.Receive();
+            _mirror.TakeChanges(message);
+            if (message.contains("event"))
+                continue;
+            EXPECT_EQ(message["id"], ++_answered) << "answers come in order";
+            count += message.contains("changes");
+        }
+        return count;
+    }
+
+    std::string Shown() const { return _mirror.Text(); }
+
+    std::string Truth()
+    {
+        EditorMirror truth;
+        truth.TakeState(_client.Ask({{"do", "state"}}));
+        return truth.Text();
+    }
+
+private:
+    PageClient _client;
+    EditorMirror _mirror;
+    int _sent = 0;
+    int _answered = 0;
+};
+
+TEST(EditorServer, RandomEditsOfTwoPagesEndWithWhatBothShow)
+{
+    constexpr int editCount = 600;
+    Random random(DrawSeed());
+    RunningServer server;
+    const std::string start =
+        FormatMaterialDocument(server.Session().Document().Graph().Document());
+    Window windows[] = {Window(server), Window(server)};
+    for (int i = 0; i < editCount; ++i)
+        windows[random.Below(2)].Send(MakeEdit(random));
+    int doneCount = 0;
+    for (Window& window : windows)
+        doneCount += window.TakeAll();
+    EXPECT_GT(doneCount, editCount / 8);
+    for (Window& window : windows) { // by now all notices are on their way, before this answer
+        window.Send({{"do", "copy"}, {"ids", Json::array()}});
+        window.TakeAll();
+    }
+    EXPECT_EQ(windows[0].Shown(), windows[1].Shown());
+    EXPECT_EQ(windows[0].Shown(), windows[0].Truth());
+
+    EXPECT_EQ(server.Stop(), ServerEnd::Stopped);
+    EditorSession& session = server.Session();
+    EXPECT_EQ(TextAfterKill(session.Document().File()),
+              FormatMaterialDocument(session.Document().Graph().Document()));
+    while (!session.Document().UndoTitle().empty())
+        session.Handle(0, R"({"do": "undo"})");
+    EXPECT_EQ(FormatMaterialDocument(session.Document().Graph().Document()), start);
+}
+
+TEST(EditorServer, AnswersJobsInOrderAndDropsWhatIsOutOfDate)
+{
+    RunningServer server;
+    PageClient page(server.Port(), server.Token());
+    PageClient other(server.Port(), server.Token());
+    std::string bytes;
+    EXPECT_EQ(page.Ask({{"do", "texture"}, {"tag", "grey"}}, &bytes)["texture"]["levels"].size(),
+              2);
+    EXPECT_EQ(bytes, std::string(12, '\x80'));
+    for (int id = 1; id <= 100; ++id) // more than may wait at a time
+        page.Send({{"id", id}, {"do", "picture"}, {"width", 8}, {"height", id}});
+    other.Send(SetName("new"));
+    int drawn = 0;
+    for (int id = 1; id <= 100;) {
+        const Json answer = page.Receive(&bytes);
+        if (answer.contains("event"))
+            continue;
+        ASSERT_EQ(answer["id"], id);
+        if (answer.contains("picture")) {
+            ++drawn;
+            EXPECT_EQ(bytes, std::string(std::size_t(4) * 8 * id, '\x80'));
+        } else {
+            EXPECT_EQ(answer.value("outOfDate", false), true);
+        }
+        ++id;
+    }
+    EXPECT_GE(drawn, 36) << "these had been asked for after the change";
+}
+
+TEST(EditorServer, TellsAllPagesThatTheFileHasChanged)
+{
+    RunningServer server;
+    PageClient page(server.Port(), server.Token());
+    EXPECT_FALSE(page.Ask({{"do", "state"}}).contains("event")); // so it is let in
+    server.Folder().Write("m.xml", "<material version=\"1\"/>");
+    const Json notice = page.Receive();
+    EXPECT_EQ(notice["event"], "file");
+    EXPECT_EQ(notice["differences"].size(), 1u);
+}
+
+TEST(EditorServer, EndsWhenItIsTime)
+{
+    using namespace std::chrono_literals;
+    ServerSettings settings = TestServerSettings();
+    settings.WithoutPage = 1ms;
+    EXPECT_EQ(RunningServer(settings).Await(), ServerEnd::NoPage);
+
+    settings.WithoutPage = 1h;
+    settings.AfterGoodbye = 1ms;
+    {
+        RunningServer server(settings);
+        PageClient first(server.Port(), server.Token());
+        PageClient second(server.Port(), server.Token());
+        EXPECT_TRUE(second.Ask({{"do", "state"}}).contains("state"));
+        first.SayGoodbye();
+        std::this_thread::sleep_for(20ms);
+        EXPECT_TRUE(second.Ask({{"do", "state"}}).contains("state"));
+        second.SayGoodbye();
+        EXPECT_EQ(server.Await(), ServerEnd::Goodbye);
+    }
+    {
+        RunningServer server(settings);
+        PageClient page(server.Port(), server.Token());
+        EXPECT_TRUE(page.Ask({{"do", "state"}}).contains("state"));
+        page.Vanish();
+        std::this_thread::sleep_for(50ms);
+        EXPECT_FALSE(server.IsOver()) << "a page that was lost may come back";
+        PageClient again(server.Port(), server.Token());
+        EXPECT_TRUE(again.Ask({{"do", "state"}}).contains("state"));
+        auto end = std::async(std::launch::async, [&] { return server.Stop(); });
+        EXPECT_EQ(again.AwaitClose(), 1001u);
+        EXPECT_EQ(end.get(), ServerEnd::Stopped);
+    }
+}
+
+TEST(EditorServer, SilentPagesAreLost)
+{
+    using namespace std::chrono_literals;
+    ServerSettings settings = TestServerSettings();
+    settings.SilentTime = 40ms;
+    settings.WithoutPage = 200ms;
+    RunningServer server(settings);
+    PageClient page(server.Port(), server.Token()); // which reads nothing, so answers no ping
+    EXPECT_EQ(server.Await(), ServerEnd::NoPage);
+}
+
+TEST(EditorServer, LosesNothingThatItAcknowledgedWhenItIsKilled)
+{
+    const TemporaryFolder folder;
+    const auto file = folder.Write("m.xml", R"(<material version="1"><nodes>
+        <node id="n0" type="CoreConstant" version="0"/></nodes></material>)");
+    int pipes[2];
+    ASSERT_EQ(pipe2(pipes, O_CLOEXEC), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        EditorSession session(file, TestEditorServices());
+        EditorServer server(session, TestServerSettings());
+        const std::string address = server.Address() + "\n";
+        if (write(pipes[1], address.data(), address.size()) < 0)
+            _exit(1);
+        server.Run({});
+        _exit(0);
+    }
+    close(pipes[1]);
+    std::string address;
+    for (char c = 0; read(pipes[0], &c, 1) == 1 && c != '\n';)
+        address += c;
+    close(pipes[0]);
+    const std::size_t port = address.rfind(':') + 1;
+    const std::size_t token = address.find('#') + 1;
+    PageClient page(static_cast<std::uint16_t>(std::stoul(address.substr(port))),
+                    address.substr(token));
+    const Json answer = page.Ask(SetName("kept"));
+    EXPECT_FALSE(answer.contains("error"));
+    try {
+        const EditorSession second(file, TestEditorServices());
+        ADD_FAILURE() << "two processes edit one document";
+    } catch (const HostError& error) {
+        EXPECT_EQ(error.Message,
+                  "is being edited by process " + std::to_string(child) + " already");
+    }
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    EXPECT_EQ(page.AwaitClose(), 0u);
+    EditorSession next(file, TestEditorServices());
+    EXPECT_TRUE(next.Document().Waiting());
+    next.Handle(0, R"({"do": "restore"})");
+    EXPECT_NE(FormatMaterialDocument(next.Document().Graph().Document()).find("kept"),
+              std::string::npos);
+}
+
+} // namespace

@@ -1,0 +1,119 @@
+#include "Browser.h"
+#include "Commands.h"
+#include "LoadEnvironment.h"
+#include "LoadPlugins.h"
+#include "Signals.h"
+#include "Targets.h"
+#include "mox/server/EditorServer.h"
+
+#ifdef MOX_HAS_PREVIEW
+#include "DecodeOptions.h"
+#include "EditorPainter.h"
+#endif
+
+#include <iostream>
+
+namespace Mox::Tool {
+
+namespace {
+
+constexpr const char* footer =
+    R"(Prints the address of the editor, which works on this machine alone, and opens
+it in a browser. The address holds a secret: whoever knows it can change the
+material. The program ends ten seconds after the last page was closed, or with
+Ctrl+C. What was not saved is kept beside the document, and offered when it is
+edited next.
+
+Examples:
+  mox edit rim.xml
+  mox edit new.xml --no-browser --port 8080
+)";
+
+struct EditOptions
+{
+    std::string File;
+    std::uint16_t Port = 0;
+    bool HasBrowser = true;
+    std::string Environment;
+#ifdef MOX_HAS_PREVIEW
+    Host::DecodeSettings Textures;
+#endif
+};
+
+std::map<std::string, std::shared_ptr<const Host::ProgramFormat>> MakeAllFormats()
+{
+    std::map<std::string, std::shared_ptr<const Host::ProgramFormat>> made;
+    for (const std::string& word : TargetWords())
+        made.emplace(word, std::move(MakeFormats({word}).front()));
+    return made;
+}
+
+/// Serves until the end.
+/// @returns the signal that has ended it, or 0
+int Serve(const EditOptions& options, const CommonOptions& common)
+{
+    const Host::PluginSet plugins = LoadPlugins(common);
+    const Host::Environment environment = LoadEnvironment(options.Environment);
+    Host::EditorServices services;
+    services.Plugins = &plugins;
+    services.Environment = &environment;
+    services.Formats = MakeAllFormats();
+    services.Proof = MakeCompileCheck();
+#ifdef MOX_HAS_PREVIEW
+    services.Pictures = std::make_shared<EditorPainter>(plugins, environment, options.Textures);
+#endif
+    Host::EditorSession session(options.File, services);
+    Host::ServerSettings settings;
+    settings.Port = options.Port;
+    StopOnSignal stop;
+    Host::EditorServer server(session, settings);
+    std::cout << server.Address() << std::endl; // whoever started the program waits for it
+    Browser browser;
+    if (settings.Pages.empty())
+        std::cerr << "mox: this program was built without the pages of the editor, so only "
+                     "programs can use the address\n";
+    else if (options.HasBrowser)
+        browser.Open(server.Address());
+    server.Run(stop.Token());
+    if (session.Document().IsUnsaved())
+        std::cerr << "mox: " << options.File
+                  << ": changes that were not saved are kept until it is edited again\n";
+    return stop.Signal();
+}
+
+void Edit(const EditOptions& options, const CommonOptions& common)
+{
+    if (const int signal = Serve(options, common)) {
+        std::cout.flush();
+        EndBySignal(signal);
+    }
+}
+
+} // namespace
+
+void AddEditCommand(CLI::App& program, const CommonOptions& common)
+{
+    constexpr int largestPort = 65535;
+    auto* command = program.add_subcommand("edit", "Edit a material in a browser");
+    const auto options = std::make_shared<EditOptions>();
+    command
+        ->add_option("FILE", options->File,
+                     "Material document; one that does not exist is made when it is saved")
+        ->type_name("")
+        ->required();
+    command
+        ->add_option("--port", options->Port,
+                     "Port of the address; without it the system chooses one")
+        ->type_name("N")
+        ->check(CLI::Range(1, largestPort).description(""));
+    command->add_flag_callback(
+        "--no-browser", [options] { options->HasBrowser = false; }, "Only print the address");
+    AddEnvironmentOption(*command, options->Environment);
+#ifdef MOX_HAS_PREVIEW
+    AddDecodeOptions(*command, options->Textures.Limits);
+#endif
+    command->footer(footer);
+    command->callback([options, &common] { Edit(*options, common); });
+}
+
+} // namespace Mox::Tool

@@ -1,0 +1,111 @@
+#include "EditorPainter.h"
+
+#include "mox/Text.h"
+#include "mox/graph/BindingsDocument.h"
+#include "mox/graph/GraphResolver.h"
+#include "mox/graph/OpenMaterial.h"
+#include "mox/host/Excerpt.h"
+#include "mox/preview/MeshShapes.h"
+#include "mox/preview/PreviewBindings.h"
+#include "mox/preview/TextureLoader.h"
+
+#include <cstring>
+#include <filesystem>
+#include <glm/gtc/packing.hpp>
+#include <utility>
+
+namespace Mox::Tool {
+
+namespace {
+
+using Materials::Compose;
+
+/// What browsers can hold on each side.
+constexpr std::uint32_t largestSide = 8192;
+
+Host::Mesh MakeMesh(const std::string& name)
+{
+    if (name == "sphere")
+        return Host::MakeSphere();
+    if (name == "plane")
+        return Host::MakePlane();
+    if (name == "cube")
+        return Host::MakeCube();
+    throw Host::HostError(
+        {}, Compose("there is no mesh ", Host::Excerpt(name), "; expected sphere, plane or cube"));
+}
+
+Host::TextureSettings FindTexture(const Host::MaterialDocument& document, const std::string& tag,
+                                  const Host::PluginSet& plugins)
+{
+    Host::ProblemList problems; // which have nothing to do with the texture
+    Host::MaterialGraph graph = Host::LoadMaterial(document, plugins, problems);
+    Host::ResolveGraph(graph, problems);
+    for (const Host::PluginBinding& binding : Host::CreateBindings(graph)) {
+        if (binding.Tag() == tag && binding.Texture())
+            return *binding.Texture();
+    }
+    throw Host::HostError({}, Compose("the material has no texture binding ", Host::Excerpt(tag)));
+}
+
+/// Appends the texels, floats as half as many bytes.
+void Append(const Host::TextureImage& image, std::vector<std::uint8_t>& bytes)
+{
+    const auto* begin = reinterpret_cast<const std::uint8_t*>(image.Bytes.data());
+    if (image.Format == Host::TexelFormat::Unorm8) {
+        bytes.insert(bytes.end(), begin, begin + image.Bytes.size());
+        return;
+    }
+    for (std::size_t at = 0; at < image.Bytes.size(); at += sizeof(float)) {
+        float value = 0;
+        std::memcpy(&value, begin + at, sizeof value);
+        const std::uint16_t half = glm::packHalf1x16(value);
+        bytes.push_back(static_cast<std::uint8_t>(half & 0xff));
+        bytes.push_back(static_cast<std::uint8_t>(half >> 8));
+    }
+}
+
+} // namespace
+
+EditorPainter::EditorPainter(const Host::PluginSet& plugins, Host::Environment environment,
+                             Host::DecodeSettings settings)
+    : _plugins(plugins), _environment(std::move(environment)), _files(std::move(settings))
+{}
+
+Host::Picture EditorPainter::Draw(const Host::MaterialDocument& document,
+                                  const Host::PictureRequest& request, Host::ProblemList& problems)
+{
+    const Host::Mesh mesh = MakeMesh(request.Mesh);
+    for (const auto& [name, value] : request.Values) {
+        if (!Host::ParseNumbers(value)) {
+            throw Host::HostError({}, Compose(Host::Excerpt(value), " is no value for \"", name,
+                                              "\": expected numbers with commas between them"));
+        }
+    }
+    Host::PreviewOptions options;
+    options.Width = request.Width;
+    options.Height = request.Height;
+    options.FirstFrame = request.Frame;
+    options.Values = request.Values;
+    options.Node = request.Node;
+    if (!_preview)
+        _preview = std::make_unique<Host::MaterialPreview>(_plugins, _environment, _files);
+    return _preview->RenderMaterial(document, mesh, options, problems);
+}
+
+Host::LoadedTexture EditorPainter::Load(const Host::MaterialDocument& document,
+                                        const std::string& tag, Host::ProblemList& problems)
+{
+    const Host::TextureSettings settings = FindTexture(document, tag, _plugins);
+    Host::TextureLoader loader(_files, std::filesystem::path(document.File).parent_path(),
+                               largestSide, problems);
+    Host::LoadedTexture texture;
+    for (const Host::TextureImage& level : loader.Load(settings)) {
+        texture.Format = level.Format == Host::TexelFormat::Unorm8 ? "unorm8" : "half";
+        texture.Sides.emplace_back(level.Width, level.Height);
+        Append(level, texture.Bytes);
+    }
+    return texture;
+}
+
+} // namespace Mox::Tool
