@@ -2,7 +2,7 @@
 # cmake -DFOLDER=pages -DOUTPUT=EmbeddedPages.cpp -P EmbedPages.cmake
 set(names index.html app.js app.css)
 set(targets / /app.js /app.css)
-set(types "text/html; charset=utf-8" "text/javascript; charset=utf-8" "text/css; charset=utf-8")
+set(types text/html text/javascript text/css)
 
 set(arrays "")
 set(entries "")
@@ -16,7 +16,7 @@ foreach(name target type IN ZIP_LISTS names targets types)
   string(MAKE_C_IDENTIFIER ${name} array)
   string(APPEND arrays "constexpr char ${array}[] = {${bytes}'\\0'};\n")
   string(APPEND entries
-    "    {\"${target}\", \"${type}\", {${array}, sizeof(${array}) - 1}},\n")
+    "    {\"${target}\", \"${type}; charset=utf-8\", {${array}, sizeof(${array}) - 1}},\n")
 endforeach()
 if(entries STREQUAL "")
   set(arrays "")
