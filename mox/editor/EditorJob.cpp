@@ -2,6 +2,7 @@
 
 #include "mox/check/MaterialCheck.h"
 #include "mox/editor/ErrorJson.h"
+#include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/json/RecordJson.h"
@@ -103,6 +104,7 @@ EditorJob::Work CompilePrograms(const EditorServices& services, const std::strin
         }
         if (!problems.HasErrors()) {
             reply["programs"] = std::move(programs);
+            reply["bindings"] = FormatBindings(CreateBindings(graph));
             reply["lineNodes"] = {{"vertex", DescribeLines(program.Vertex)},
                                   {"fragment", DescribeLines(program.Fragment)}};
         }

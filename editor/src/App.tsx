@@ -1,0 +1,264 @@
+import { useCallback, useEffect, useRef, useState } from 'react';
+import { Canvas, type CanvasHandle } from './canvas/Canvas.tsx';
+import { titleOf } from './model/shape.ts';
+import { alongEdge, isDirection, neighbour, type Direction } from './model/walk.ts';
+import type { Editor } from './model/store.ts';
+import { positionOf } from './model/document.ts';
+import { AddMenu } from './panels/AddMenu.tsx';
+import { ConnectMenu } from './panels/ConnectMenu.tsx';
+import { Drawer } from './panels/Drawer.tsx';
+import { Inspector } from './panels/Inspector.tsx';
+import { KeyList } from './panels/KeyList.tsx';
+import { Notices } from './panels/Notices.tsx';
+import { Palette } from './panels/Palette.tsx';
+import { PinnedPicture } from './panels/PinnedPicture.tsx';
+import { Surface } from './panels/Surface.tsx';
+import { TopBar } from './panels/TopBar.tsx';
+import { useEditor, useSnapshot } from './useEditor.ts';
+
+type Dialog = 'find' | 'connect' | 'keys' | null;
+
+function isTyping(target: EventTarget | null): boolean {
+    return target instanceof Element && target.closest('input, textarea, select, .cm-editor') !== null;
+}
+
+function openAddMenu(editor: Editor, canvas: CanvasHandle): void {
+    const placement = editor.placement();
+    const at = canvas.pointer();
+    editor.openAddMenu({ at, point: canvas.toGraph(at), placement });
+}
+
+function walk(editor: Editor, direction: Direction, isAlongEdges: boolean, canvas: CanvasHandle): void {
+    const { document } = editor.get();
+    const from = editor.selectedNodes()[0];
+    const go = isAlongEdges ? alongEdge : neighbour;
+    const next = from ? go(document, from, direction) : [...document.nodes.values()][0];
+    if (!next) {
+        editor.say('There is no node in this direction.');
+        return;
+    }
+    editor.select([next.number]);
+    const inputs = next.inputs?.length ?? 0;
+    const outputs = next.outputs?.length ?? 0;
+    editor.say(`${titleOf(next)}, ${next.record.id}: ${inputs} inputs, ${outputs} outputs`);
+    const corner = canvas.toScreen(positionOf(next));
+    const isSeen =
+        corner.x > 0 &&
+        corner.y > 0 &&
+        corner.x < window.innerWidth - 350 &&
+        corner.y < window.innerHeight - 150;
+    if (!isSeen) canvas.frame([next.number]);
+}
+
+export function App() {
+    const editor = useEditor();
+    const file = useSnapshot((all) => all.file);
+    const unsaved = useSnapshot((all) => all.unsaved);
+    const selection = useSnapshot((all) => all.selection);
+    const graph = useSnapshot((all) => all.document);
+    const canvas = useRef<CanvasHandle | null>(null);
+    const spaceIsTap = useRef(false);
+    const [dialog, setDialog] = useState<Dialog>(null);
+    const [lit, setLit] = useState<ReadonlySet<string>>(new Set());
+
+    const light = useCallback(
+        (ids: readonly string[]) =>
+            setLit((old) => (old.size === 0 && ids.length === 0 ? old : new Set(ids))),
+        [],
+    );
+
+    useEffect(() => {
+        document.title = `${unsaved ? '● ' : ''}${file || 'Mox'}`;
+    }, [file, unsaved]);
+
+    // The first view shows all of the graph.
+    const isLoaded = graph.nodes.size > 0 || file !== '';
+    useEffect(() => {
+        if (isLoaded) canvas.current?.frame();
+    }, [isLoaded]);
+
+    const jump = useCallback(
+        (id: string) => {
+            editor.selectIds([id]);
+            canvas.current?.frame(editor.get().selection);
+            document.getElementById('canvas')?.focus();
+        },
+        [editor],
+    );
+
+    useEffect(() => {
+        const commands: Record<string, () => void> = {
+            'ctrl+z': () => editor.undo(),
+            'ctrl+shift+z': () => editor.redo(),
+            'ctrl+y': () => editor.redo(),
+            'ctrl+s': () => void editor.save(),
+            'ctrl+d': () => void editor.duplicate(),
+            'ctrl+f': () => setDialog('find'),
+            'ctrl+a': () => editor.select(editor.get().document.nodes.keys()),
+        };
+        const plain: Record<string, () => void> = {
+            tab: () => openAddMenu(editor, canvas.current!),
+            c: () => setDialog(editor.selectedNodes().length === 1 ? 'connect' : null),
+            delete: () => editor.deleteSelected(false),
+            backspace: () => editor.deleteSelected(false),
+            'ctrl+delete': () => editor.deleteSelected(true),
+            'ctrl+backspace': () => editor.deleteSelected(true),
+            f: () =>
+                canvas.current!.frame(editor.get().selection.size > 0 ? editor.get().selection : undefined),
+            a: () => canvas.current!.frame(),
+            l: () => editor.layOut(),
+            p: () => pinSelected(editor),
+            enter: () => document.querySelector<HTMLElement>('#inspector input, #inspector select')?.focus(),
+            escape: () => editor.select([]),
+            '?': () => setDialog('keys'),
+            'shift+?': () => setDialog('keys'),
+        };
+        const press = (event: KeyboardEvent) => {
+            const control = event.ctrlKey || event.metaKey ? 'ctrl+' : '';
+            const name = `${control}${event.shiftKey ? 'shift+' : ''}${event.key.toLowerCase()}`;
+            const everywhere = commands[name];
+            const isText = isTyping(event.target);
+            if (everywhere && !(isText && ['ctrl+z', 'ctrl+shift+z', 'ctrl+y', 'ctrl+a'].includes(name))) {
+                event.preventDefault();
+                everywhere();
+                return;
+            }
+            const isOnCanvas = event.target === document.body || (event.target as Element).id === 'canvas';
+            if (isText || !isOnCanvas) {
+                if (event.key === 'Escape') document.getElementById('canvas')?.focus();
+                return;
+            }
+            if (event.key === ' ') {
+                spaceIsTap.current = !event.repeat || spaceIsTap.current;
+                event.preventDefault();
+            } else if (isDirection(event.key)) {
+                event.preventDefault();
+                const step = event.shiftKey ? 40 : 8;
+                const moves: Record<Direction, [number, number]> = {
+                    ArrowLeft: [-step, 0],
+                    ArrowRight: [step, 0],
+                    ArrowUp: [0, -step],
+                    ArrowDown: [0, step],
+                };
+                const [x, y] = moves[event.key];
+                if (control || event.shiftKey) editor.nudge({ x, y });
+                else walk(editor, event.key, event.altKey, canvas.current!);
+            } else if (plain[name]) {
+                event.preventDefault();
+                plain[name]();
+            }
+        };
+        const release = (event: KeyboardEvent) => {
+            if (event.key !== ' ' || isTyping(event.target) || !spaceIsTap.current) return;
+            spaceIsTap.current = false;
+            openAddMenu(editor, canvas.current!);
+        };
+        const panned = () => {
+            spaceIsTap.current = false;
+        };
+        const copy = (event: ClipboardEvent, isCut: boolean) => {
+            if (isTyping(event.target) || editor.selectedNodes().length === 0) return;
+            event.preventDefault();
+            void editor.copySelected().then(async (text) => {
+                if (text === '') return;
+                await navigator.clipboard.writeText(text);
+                if (isCut) editor.deleteSelected(false);
+                else editor.say('Copied.');
+            });
+        };
+        const cut = (event: ClipboardEvent) => copy(event, true);
+        const justCopy = (event: ClipboardEvent) => copy(event, false);
+        const paste = (event: ClipboardEvent) => {
+            if (isTyping(event.target)) return;
+            event.preventDefault();
+            const point = canvas.current!.toGraph(canvas.current!.pointer());
+            void editor.paste(event.clipboardData?.getData('text/plain') ?? '', point);
+        };
+        window.addEventListener('keydown', press);
+        window.addEventListener('keyup', release);
+        window.addEventListener('pointerdown', panned, true);
+        document.addEventListener('copy', justCopy);
+        document.addEventListener('cut', cut);
+        document.addEventListener('paste', paste);
+        return () => {
+            window.removeEventListener('keydown', press);
+            window.removeEventListener('keyup', release);
+            window.removeEventListener('pointerdown', panned, true);
+            document.removeEventListener('copy', justCopy);
+            document.removeEventListener('cut', cut);
+            document.removeEventListener('paste', paste);
+        };
+    }, [editor]);
+
+    const ready = useCallback((handle: CanvasHandle) => {
+        canvas.current = handle;
+    }, []);
+    const closeDialog = () => {
+        setDialog(null);
+        light([]);
+        document.getElementById('canvas')?.focus();
+    };
+    const first = selection.size === 1 ? graph.nodes.get([...selection][0]!) : undefined;
+
+    return (
+        <>
+            <TopBar
+                onFind={() => setDialog('find')}
+                onAdd={() => openAddMenu(editor, canvas.current!)}
+                onFrame={() => canvas.current!.frame()}
+                onKeys={() => setDialog('keys')}
+            />
+            <main
+                onDragOver={(event) => event.preventDefault()}
+                onDrop={(event) => {
+                    event.preventDefault();
+                    const point = canvas.current!.toGraph({ x: event.clientX, y: event.clientY });
+                    [...event.dataTransfer.files].forEach((dropped, i) => {
+                        const place = { x: point.x, y: point.y + 120 * i };
+                        void dropped
+                            .arrayBuffer()
+                            .then((bytes) => editor.addTexture(dropped.name, new Uint8Array(bytes), place));
+                    });
+                }}
+            >
+                <Canvas lit={lit} onReady={ready} />
+                <aside>
+                    <Surface />
+                    <PinnedPicture />
+                    <Inspector light={light} />
+                </aside>
+                <Notices />
+            </main>
+            <Drawer light={light} jump={jump} />
+            <AddMenu />
+            {dialog === 'connect' && first && (
+                <ConnectMenu node={first} onClose={closeDialog} light={light} />
+            )}
+            {dialog === 'keys' && <KeyList onClose={closeDialog} />}
+            {dialog === 'find' && (
+                <Palette
+                    title="Find a node"
+                    choices={[...graph.nodes.values()].map((node) => ({
+                        key: node.record.id,
+                        label: titleOf(node),
+                        detail: `${node.record.id} ${node.record.type}`,
+                    }))}
+                    onClose={closeDialog}
+                    onPick={(choice) => {
+                        closeDialog();
+                        jump(choice.key);
+                    }}
+                />
+            )}
+        </>
+    );
+}
+
+function pinSelected(editor: Editor): void {
+    const node = editor.selectedNodes()[0];
+    const port = node?.outputs?.[0];
+    const { pinned } = editor.get();
+    if (!node || !port) return;
+    const isOn = pinned?.node === node.record.id;
+    editor.pin(isOn ? null : { node: node.record.id, port: port.name });
+}

@@ -1,0 +1,439 @@
+import {
+    Position,
+    ReactFlow,
+    useConnection,
+    type Connection,
+    type FinalConnectionState,
+    type NodeHandle,
+    type ReactFlowInstance,
+} from '@xyflow/react';
+import { useCallback, useEffect, useMemo, useRef, useState } from 'react';
+import { whyNot } from '../model/connect.ts';
+import type { Point } from '../model/document.ts';
+import type { EdgeRecord, NodeState, Problem } from '../model/messages.ts';
+import { portTop, shapeOf, titleOf } from '../model/shape.ts';
+import type { Editor, Snapshot } from '../model/store.ts';
+import { contains, frame, greatestZoom, leastZoom, overlap, toGraph } from '../model/viewport.ts';
+import { visibleBox, wheel, around, type Box, type Viewport } from '../model/viewport.ts';
+import { useEditor, useSnapshot } from '../useEditor.ts';
+import { NodeCard, type CardNode } from './NodeCard.tsx';
+import { boxOf, edgeAt, nodeAt, paint, readColours } from './painter.ts';
+
+/**
+ * The graph. React Flow shows the nodes near the view and takes care of dragging and of new edges;
+ * a canvas below it shows all edges, and all nodes where they are too small to read. Nothing
+ * outside this file knows either.
+ */
+
+/** What the rest of the page may ask of the canvas. */
+export interface CanvasHandle {
+    viewport(): Viewport;
+    /** A point of the screen in the graph. */
+    toGraph(at: Point): Point;
+    toScreen(at: Point): Point;
+    pointer(): Point;
+    frame(numbers?: Iterable<number>): void;
+}
+
+const farZoom = 0.4; // below, text cannot be read
+const hitDistance = 7; // pixels
+const regionMargin = 0.3; // on each side of what is seen, as a share of it
+const largestRegion = 2.5; // as often as wide as what is seen
+const nodeTypes = { card: NodeCard };
+const noProblems: readonly Problem[] = [];
+
+type Flow = ReactFlowInstance<CardNode>;
+
+/** React Flow's nodes; those that are as before stay the same objects, so that they do not render. */
+class CardCache {
+    private cards = new Map<number, { card: CardNode; parts: unknown[] }>();
+
+    cardsOf(editor: Editor, snapshot: Snapshot, region: Box, lit: ReadonlySet<string>): CardNode[] {
+        const problems = new Map<string, Problem[]>();
+        for (const problem of snapshot.problems) {
+            if (!problem.node) continue;
+            const list = problems.get(problem.node);
+            if (list) list.push(problem);
+            else problems.set(problem.node, [problem]);
+        }
+        const next = new Map<number, { card: CardNode; parts: unknown[] }>();
+        for (const node of snapshot.document.nodes.values()) {
+            const place = editor.placeOf(node);
+            if (!overlap(region, { ...place, ...shapeOf(node) })) continue;
+            const own = problems.get(node.record.id) ?? noProblems;
+            const isSelected = snapshot.selection.has(node.number);
+            const pinned = snapshot.pinned?.node === node.record.id ? snapshot.pinned.port : null;
+            const isLit = lit.has(node.record.id);
+            const text = own.map((problem) => problem.severity + problem.message).join();
+            const parts = [node, place.x, place.y, text, isSelected, pinned, isLit];
+            const old = this.cards.get(node.number);
+            const isSame = old && parts.every((part, i) => part === old.parts[i]);
+            const data = { node, problems: own, pinned, isLit };
+            next.set(node.number, isSame ? old : { card: makeCard(node, place, isSelected, data), parts });
+        }
+        this.cards = next;
+        return [...next.values()].map(({ card }) => card);
+    }
+}
+
+function makeCard(node: NodeState, position: Point, selected: boolean, data: CardNode['data']): CardNode {
+    const { width, height } = shapeOf(node);
+    const handle = (id: string, index: number, type: 'source' | 'target'): NodeHandle => ({
+        id,
+        type,
+        position: type === 'source' ? Position.Right : Position.Left,
+        x: (type === 'source' ? width : 0) - 6,
+        y: portTop(index) - 6,
+        width: 12,
+        height: 12,
+    });
+    return {
+        id: String(node.number),
+        type: 'card',
+        position,
+        selected,
+        data,
+        width,
+        height,
+        handles: [
+            ...(node.inputs ?? []).map((port, i) => handle(port.name, i, 'target')),
+            ...(node.outputs ?? []).map((port, i) => handle(port.name, i, 'source')),
+        ],
+    };
+}
+
+function recordOf(snapshot: Snapshot, connection: Connection): EdgeRecord | undefined {
+    const tail = snapshot.document.nodes.get(Number(connection.source));
+    const head = snapshot.document.nodes.get(Number(connection.target));
+    if (!tail || !head || !connection.sourceHandle || !connection.targetHandle) return undefined;
+    return {
+        tail: tail.record.id,
+        tailPort: connection.sourceHandle,
+        head: head.record.id,
+        headPort: connection.targetHandle,
+    };
+}
+
+/** Says beside the pointer why an edge cannot be where it is being dragged. */
+function ConnectionHint() {
+    const editor = useEditor();
+    const { inProgress, fromHandle, toHandle, isValid } = useConnection();
+    const pointer = useRef({ x: 0, y: 0 });
+    useEffect(() => {
+        const move = (event: PointerEvent) => {
+            pointer.current = { x: event.clientX, y: event.clientY };
+        };
+        window.addEventListener('pointermove', move, true);
+        return () => window.removeEventListener('pointermove', move, true);
+    }, []);
+    if (!inProgress || !toHandle || isValid || toHandle === fromHandle) return null;
+    const [tail, head] = fromHandle.type === 'source' ? [fromHandle, toHandle] : [toHandle, fromHandle];
+    const record = recordOf(editor.get(), {
+        source: tail.nodeId,
+        target: head.nodeId,
+        sourceHandle: tail.id ?? null,
+        targetHandle: head.id ?? null,
+    });
+    const reason = record ? whyNot(editor.get().document, editor.get().catalogue, record) : '';
+    if (reason === '') return null;
+    return (
+        <div
+            className="hint"
+            role="status"
+            style={{ left: pointer.current.x + 14, top: pointer.current.y + 14 }}
+        >
+            {reason}
+        </div>
+    );
+}
+
+type Gesture =
+    | { kind: 'box'; from: Point; added: ReadonlySet<number> }
+    | { kind: 'move'; from: Point; places: ReadonlyMap<number, Point> };
+
+export function Canvas({
+    lit,
+    onReady,
+}: {
+    lit: ReadonlySet<string>;
+    onReady: (handle: CanvasHandle) => void;
+}) {
+    const editor = useEditor();
+    const snapshot = useSnapshot((all) => all);
+    const root = useRef<HTMLDivElement>(null);
+    const canvas = useRef<HTMLCanvasElement>(null);
+    const flow = useRef<Flow | null>(null);
+    const viewport = useRef<Viewport>({ x: 0, y: 0, zoom: 1 });
+    const pointer = useRef<Point>({ x: 300, y: 300 });
+    const gesture = useRef<Gesture | null>(null);
+    const [cache] = useState(() => new CardCache());
+    const [isFar, setFar] = useState(false);
+    const [region, setRegion] = useState<Box>({ x: -4000, y: -4000, width: 8000, height: 8000 });
+    const [box, setBox] = useState<Box | null>(null);
+    const colours = useRef<ReturnType<typeof readColours> | null>(null);
+
+    const draw = useCallback(() => {
+        if (!canvas.current) return;
+        colours.current ??= readColours(canvas.current);
+        paint(canvas.current, editor, viewport.current, colours.current, viewport.current.zoom < farZoom);
+    }, [editor]);
+
+    const moved = useCallback(
+        (next: Viewport) => {
+            viewport.current = next;
+            const far = next.zoom < farZoom;
+            setFar(far);
+            const size = { width: root.current!.clientWidth, height: root.current!.clientHeight };
+            const seen = visibleBox(next, size, 0);
+            const isFitting = (old: Box) => contains(old, seen) && old.width < largestRegion * seen.width;
+            if (!far) setRegion((old) => (isFitting(old) ? old : visibleBox(next, size, regionMargin)));
+            draw();
+        },
+        [draw],
+    );
+
+    const goTo = useCallback((next: Viewport) => void flow.current?.setViewport(next), []);
+
+    useEffect(() => {
+        const at = (point: Point) => {
+            const corner = root.current!.getBoundingClientRect();
+            return { x: point.x - corner.x, y: point.y - corner.y };
+        };
+        const element = root.current!;
+        const turn = (event: WheelEvent) => {
+            event.preventDefault();
+            event.stopPropagation();
+            goTo(wheel(viewport.current, event, at({ x: event.clientX, y: event.clientY })));
+        };
+        const resized = new ResizeObserver(draw);
+        const scheme = window.matchMedia('(prefers-color-scheme: dark)');
+        const recolour = () => {
+            colours.current = null;
+            draw();
+        };
+        element.addEventListener('wheel', turn, { passive: false, capture: true });
+        resized.observe(element);
+        scheme.addEventListener('change', recolour);
+        onReady({
+            viewport: () => viewport.current,
+            toGraph: (point) => toGraph(viewport.current, at(point)),
+            toScreen: (point) => ({
+                x: point.x * viewport.current.zoom + viewport.current.x,
+                y: point.y * viewport.current.zoom + viewport.current.y,
+            }),
+            pointer: () => pointer.current,
+            frame: (numbers) => {
+                const { nodes } = editor.get().document;
+                const chosen = numbers
+                    ? [...numbers].flatMap((n) => nodes.get(n) ?? [])
+                    : [...nodes.values()];
+                const wanted = around(chosen.map((node) => boxOf(editor, node)));
+                const covered = { right: element.clientWidth > 900 ? 330 : 0, bottom: 40 };
+                const size = { width: element.clientWidth, height: element.clientHeight };
+                if (wanted) goTo(frame(wanted, size, covered));
+            },
+        });
+        return () => {
+            element.removeEventListener('wheel', turn, { capture: true });
+            resized.disconnect();
+            scheme.removeEventListener('change', recolour);
+        };
+    }, [draw, editor, goTo, onReady]);
+
+    useEffect(draw, [draw, snapshot, isFar]);
+
+    const cards = useMemo(
+        () => (isFar ? [] : cache.cardsOf(editor, snapshot, region, lit)),
+        [cache, editor, isFar, lit, region, snapshot],
+    );
+
+    const place = (event: { clientX: number; clientY: number }) => {
+        const corner = root.current!.getBoundingClientRect();
+        return toGraph(viewport.current, { x: event.clientX - corner.x, y: event.clientY - corner.y });
+    };
+
+    const placesOfSelection = () =>
+        new Map(editor.selectedNodes().map((node) => [node.number, editor.placeOf(node)]));
+
+    const pick = (number: number, isAdding: boolean) => {
+        const { selection } = editor.get();
+        if (isAdding) {
+            const next = new Set(selection);
+            if (!next.delete(number)) next.add(number);
+            editor.select(next);
+        } else if (!selection.has(number)) {
+            editor.select([number]);
+        }
+    };
+
+    const pressOnPane = (event: React.PointerEvent) => {
+        pointer.current = { x: event.clientX, y: event.clientY };
+        const isPane = (event.target as Element).classList.contains('react-flow__pane');
+        if (event.button !== 0 || !isPane) return;
+        root.current!.focus();
+        const point = place(event);
+        const node = isFar ? nodeAt(editor, point) : undefined;
+        if (node) {
+            pick(node.number, event.shiftKey);
+            gesture.current = { kind: 'move', from: point, places: placesOfSelection() };
+        } else {
+            const edge = edgeAt(editor, point, hitDistance / viewport.current.zoom);
+            if (edge !== null) {
+                editor.selectEdge(edge);
+                return;
+            }
+            const added = event.shiftKey ? editor.get().selection : new Set<number>();
+            gesture.current = { kind: 'box', from: point, added };
+            editor.select(added);
+        }
+        root.current!.setPointerCapture(event.pointerId);
+    };
+
+    const movePointer = (event: React.PointerEvent) => {
+        pointer.current = { x: event.clientX, y: event.clientY };
+        const current = gesture.current;
+        if (!current) return;
+        const point = place(event);
+        if (current.kind === 'move') {
+            dragBy(current.places, { x: point.x - current.from.x, y: point.y - current.from.y });
+            return;
+        }
+        const x = Math.min(point.x, current.from.x);
+        const y = Math.min(point.y, current.from.y);
+        const drawn = {
+            x,
+            y,
+            width: Math.abs(point.x - current.from.x),
+            height: Math.abs(point.y - current.from.y),
+        };
+        setBox(drawn);
+        const inside = [...editor.get().document.nodes.values()].filter((node) =>
+            overlap(drawn, boxOf(editor, node)),
+        );
+        editor.select([...current.added, ...inside.map((node) => node.number)]);
+    };
+
+    const release = () => {
+        if (gesture.current?.kind === 'move' && editor.get().moves.size > 0) void editor.drop();
+        if (gesture.current?.kind === 'box') {
+            const count = editor.get().selection.size;
+            if (count > 0) editor.say(count === 1 ? '1 node is selected.' : `${count} nodes are selected.`);
+        }
+        gesture.current = null;
+        setBox(null);
+    };
+
+    const dragBy = (places: ReadonlyMap<number, Point>, by: Point) =>
+        editor.drag(new Map([...places].map(([n, at]) => [n, { x: at.x + by.x, y: at.y + by.y }])));
+
+    const judge = (connection: Connection | { source: string; target: string }) => {
+        const record = recordOf(editor.get(), connection as Connection);
+        return record !== undefined && whyNot(editor.get().document, editor.get().catalogue, record) === '';
+    };
+
+    const endConnection = (event: MouseEvent | TouchEvent, state: FinalConnectionState) => {
+        const { fromHandle, toHandle, isValid } = state;
+        if (isValid || !fromHandle?.id || !('clientX' in event)) return;
+        const node = editor.get().document.nodes.get(Number(fromHandle.nodeId));
+        if (!node || (toHandle && toHandle !== fromHandle)) return;
+        const side = fromHandle.type === 'source' ? 'output' : 'input';
+        const ports = (side === 'output' ? node.outputs : node.inputs) ?? [];
+        const components = ports.find((port) => port.name === fromHandle.id)?.components ?? null;
+        const point = place(event);
+        editor.openAddMenu({
+            at: { x: event.clientX, y: event.clientY },
+            point: side === 'output' ? point : { x: point.x - 170, y: point.y },
+            placement: { kind: 'at', port: { node: node.record.id, port: fromHandle.id, side, components } },
+        });
+    };
+
+    const shownBox = box && {
+        left: box.x * viewport.current.zoom + viewport.current.x,
+        top: box.y * viewport.current.zoom + viewport.current.y,
+        width: box.width * viewport.current.zoom,
+        height: box.height * viewport.current.zoom,
+    };
+    const count = snapshot.document.nodes.size;
+    const first = editor.selectedNodes()[0];
+
+    return (
+        <div
+            ref={root}
+            id="canvas"
+            className={isFar ? 'far' : 'near'}
+            tabIndex={0}
+            role="application"
+            aria-label={`Graph of ${count} nodes${first ? `; ${titleOf(first)} is selected` : ''}`}
+            onPointerDownCapture={pressOnPane}
+            onPointerMove={movePointer}
+            onPointerUp={release}
+            onPointerCancel={release}
+            onDoubleClick={(event) => {
+                if ((event.target as Element).classList.contains('react-flow__pane'))
+                    editor.openAddMenu({
+                        at: { x: event.clientX, y: event.clientY },
+                        point: place(event),
+                        placement: { kind: 'free' },
+                    });
+            }}
+            onContextMenu={(event) => event.preventDefault()}
+        >
+            <canvas ref={canvas} aria-hidden="true" />
+            <ReactFlow<CardNode>
+                nodes={cards}
+                nodeTypes={nodeTypes}
+                onInit={(instance) => {
+                    flow.current = instance;
+                }}
+                onMove={(_, next) => moved(next)}
+                onViewportChange={moved}
+                minZoom={leastZoom}
+                maxZoom={greatestZoom}
+                panOnDrag={[1, 2]}
+                panActivationKeyCode="Space"
+                zoomOnScroll={false}
+                zoomOnPinch={false}
+                zoomOnDoubleClick={false}
+                preventScrolling={false}
+                elementsSelectable={false}
+                nodesFocusable={false}
+                disableKeyboardA11y
+                deleteKeyCode={null}
+                selectionKeyCode={null}
+                multiSelectionKeyCode={null}
+                nodeDragThreshold={2}
+                connectionRadius={18}
+                onNodeClick={(event, node) => {
+                    root.current!.focus();
+                    if (event.shiftKey || !editor.get().selection.has(Number(node.id)))
+                        pick(Number(node.id), event.shiftKey);
+                    else editor.select([Number(node.id)]);
+                }}
+                onNodeDragStart={(event, node) => {
+                    pick(Number(node.id), event.shiftKey && !editor.get().selection.has(Number(node.id)));
+                    gesture.current = {
+                        kind: 'move',
+                        from: editor.placeOf(node.data.node),
+                        places: placesOfSelection(),
+                    };
+                }}
+                onNodeDrag={(_, node) => {
+                    if (gesture.current?.kind !== 'move') return;
+                    const { places, from } = gesture.current;
+                    dragBy(places, { x: node.position.x - from.x, y: node.position.y - from.y });
+                }}
+                onNodeDragStop={release}
+                isValidConnection={judge}
+                onConnect={(connection) => {
+                    const record = recordOf(editor.get(), connection);
+                    if (record) editor.connect(record);
+                }}
+                onConnectEnd={endConnection}
+                proOptions={{ hideAttribution: false }}
+            >
+                <ConnectionHint />
+            </ReactFlow>
+            {shownBox && <div className="selection-box" style={shownBox} />}
+        </div>
+    );
+}

@@ -1,0 +1,110 @@
+import { Handle, Position, type Node, type NodeProps } from '@xyflow/react';
+import { memo, type ReactNode } from 'react';
+import type { NodeState, Port, Problem } from '../model/messages.ts';
+import { portTop, titleOf, typeColour, typeName } from '../model/shape.ts';
+import { useEditor } from '../useEditor.ts';
+
+export type CardNode = Node<
+    { node: NodeState; problems: readonly Problem[]; pinned: string | null; isLit: boolean },
+    'card'
+>;
+
+function rgb(colour: number[] | undefined): string {
+    const [r, g, b] = (colour ?? [0.4, 0.4, 0.4]).map((value) => Math.round(255 * value));
+    return `rgb(${r} ${g} ${b})`;
+}
+
+function PortRow({
+    port,
+    index,
+    side,
+    children,
+}: {
+    port: Port;
+    index: number;
+    side: 'input' | 'output';
+    children?: ReactNode;
+}) {
+    const shape = port.components && port.components <= 4 ? port.components : 'unknown';
+    const name = `${side} ${port.label}, ${typeName(port)}`;
+    return (
+        <>
+            <Handle
+                id={port.name}
+                type={side === 'input' ? 'target' : 'source'}
+                position={side === 'input' ? Position.Left : Position.Right}
+                className={`port shape-${shape} ${port.connected ? 'full' : 'hollow'} ${port.conflict ? 'conflict' : ''}`}
+                style={{ top: portTop(index), ['--port' as string]: typeColour(port.components) }}
+                title={`${port.name}: ${typeName(port)}${port.conflict ? '; the numbers of components do not agree' : ''}`}
+                aria-label={name}
+            />
+            <span className={`port-label ${side}`} style={{ top: portTop(index) }}>
+                {children}
+                {port.label}
+            </span>
+        </>
+    );
+}
+
+function PinButton({ node, port, isOn }: { node: string; port: Port; isOn: boolean }) {
+    const editor = useEditor();
+    return (
+        <button
+            className={`pin nodrag ${isOn ? 'on' : ''}`}
+            aria-pressed={isOn}
+            aria-label={`Pin the picture of ${port.label}`}
+            title="Pin the picture of this output"
+            tabIndex={-1}
+            onClick={(event) => {
+                event.stopPropagation();
+                editor.pin(isOn ? null : { node, port: port.name });
+            }}
+        >
+            ◉
+        </button>
+    );
+}
+
+/** A node near enough to read. */
+export const NodeCard = memo(function NodeCard({ data, selected }: NodeProps<CardNode>) {
+    const { node, problems, pinned, isLit } = data;
+    const errors = problems.filter((problem) => problem.severity === 'error').length;
+    const id = node.record.id;
+    return (
+        <div
+            className={`card ${selected ? 'selected' : ''} ${isLit ? 'lit' : ''} ${node.placeholder ? 'lost' : ''}`}
+            role="group"
+            aria-label={`${titleOf(node)}, node ${id}`}
+        >
+            <div
+                className="card-header"
+                style={{ ['--class' as string]: rgb(node.background), color: rgb(node.foreground) }}
+            >
+                <span className="card-title">
+                    {node.placeholder ? '? ' : ''}
+                    {titleOf(node)}
+                </span>
+                <span className="card-id">{node.placeholder ? `${id}, was ${node.record.type}` : id}</span>
+            </div>
+            {problems.length > 0 && (
+                <span
+                    className={`badge ${errors > 0 ? 'error' : 'warning'}`}
+                    title={problems.map((problem) => problem.message).join('\n')}
+                    role="img"
+                    aria-label={`${problems.length} problems: ${problems[0]!.message}`}
+                >
+                    {errors > 0 ? '!' : '▲'}
+                    {problems.length}
+                </span>
+            )}
+            {node.inputs?.map((port, i) => (
+                <PortRow key={port.name} port={port} index={i} side="input" />
+            ))}
+            {node.outputs?.map((port, i) => (
+                <PortRow key={port.name} port={port} index={i} side="output">
+                    <PinButton node={id} port={port} isOn={pinned === port.name} />
+                </PortRow>
+            ))}
+        </div>
+    );
+});

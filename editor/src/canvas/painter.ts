@@ -1,0 +1,262 @@
+import { nodeById, type Point } from '../model/document.ts';
+import type { EdgeState, NodeState } from '../model/messages.ts';
+import { portPoint, shapeOf, titleOf } from '../model/shape.ts';
+import type { Editor, Snapshot } from '../model/store.ts';
+import { overlap, visibleBox, type Box, type Viewport } from '../model/viewport.ts';
+
+/** Draws edges, and far away the nodes as well, on one canvas. */
+
+export interface Colours {
+    types: string[];
+    selected: string;
+    error: string;
+    warning: string;
+    text: string;
+}
+
+export function readColours(element: Element): Colours {
+    const style = getComputedStyle(element);
+    const value = (name: string) => style.getPropertyValue(name).trim();
+    return {
+        types: ['unknown', '1', '2', '3', '4'].map((name) => value(`--type-${name}`)),
+        selected: value('--accent'),
+        error: value('--error'),
+        warning: value('--warning'),
+        text: value('--text'),
+    };
+}
+
+export function boxOf(editor: Editor, node: NodeState): Box {
+    return { ...editor.placeOf(node), ...shapeOf(node) };
+}
+
+export interface Curve {
+    from: Point;
+    to: Point;
+    colour: number;
+}
+
+export function curveOf(editor: Editor, snapshot: Snapshot, edge: EdgeState): Curve | undefined {
+    const tail = nodeById(snapshot.document, edge.record.tail);
+    const head = nodeById(snapshot.document, edge.record.head);
+    if (!tail || !head) return undefined;
+    const start = editor.placeOf(tail);
+    const end = editor.placeOf(head);
+    const out = portPoint(tail, 'output', edge.record.tailPort);
+    const into = portPoint(head, 'input', edge.record.headPort);
+    const components = tail.outputs?.find((port) => port.name === edge.record.tailPort)?.components;
+    return {
+        from: { x: start.x + out.x, y: start.y + out.y },
+        to: { x: end.x + into.x, y: end.y + into.y },
+        colour: components && components <= 4 ? components : 0,
+    };
+}
+
+/** How far the handles of a curve reach sideways. */
+export function reachOf({ from, to }: Curve): number {
+    const across = to.x - from.x;
+    return across >= 0 ? Math.max(across / 2, 24) : Math.min(24 + Math.abs(across) / 2, 160);
+}
+
+function boxOfCurve(curve: Curve): Box {
+    const reach = reachOf(curve);
+    const left = Math.min(curve.from.x, curve.to.x - reach);
+    const top = Math.min(curve.from.y, curve.to.y);
+    return {
+        x: left,
+        y: top,
+        width: Math.max(curve.from.x + reach, curve.to.x) - left,
+        height: Math.abs(curve.from.y - curve.to.y),
+    };
+}
+
+/** The edge that passes within some pixels of a point of the graph. */
+export function edgeAt(editor: Editor, point: Point, distance: number): number | null {
+    let nearest: number | null = null;
+    let least = distance;
+    const around = {
+        x: point.x - distance,
+        y: point.y - distance,
+        width: 2 * distance,
+        height: 2 * distance,
+    };
+    for (const { curve, box, edge } of sceneOf(editor).curves) {
+        if (!overlap(around, box)) continue;
+        const away = distanceTo(curve, point);
+        if (away < least) {
+            least = away;
+            nearest = edge.number;
+        }
+    }
+    return nearest;
+}
+
+function distanceTo(curve: Curve, point: Point): number {
+    const reach = reachOf(curve);
+    const { from, to } = curve;
+    const parts = 32;
+    let least = Infinity;
+    let last = from;
+    for (let i = 1; i <= parts; ++i) {
+        const t = i / parts;
+        const s = 1 - t;
+        const a = s * s * s;
+        const b = 3 * s * s * t;
+        const c = 3 * s * t * t;
+        const d = t * t * t;
+        const next = {
+            x: a * from.x + b * (from.x + reach) + c * (to.x - reach) + d * to.x,
+            y: (a + b) * from.y + (c + d) * to.y,
+        };
+        least = Math.min(least, distanceToLine(last, next, point));
+        last = next;
+    }
+    return least;
+}
+
+function distanceToLine(a: Point, b: Point, p: Point): number {
+    const x = b.x - a.x;
+    const y = b.y - a.y;
+    const length = x * x + y * y;
+    const t = length === 0 ? 0 : Math.min(1, Math.max(0, ((p.x - a.x) * x + (p.y - a.y) * y) / length));
+    return Math.hypot(a.x + t * x - p.x, a.y + t * y - p.y);
+}
+
+export function nodeAt(editor: Editor, point: Point): NodeState | undefined {
+    let found: NodeState | undefined;
+    for (const { node, box } of sceneOf(editor).boxes)
+        if (overlap(box, { ...point, width: 0, height: 0 })) found = node;
+    return found;
+}
+
+function css(rgba: number[] | undefined): string {
+    const [r, g, b] = (rgba ?? [0.4, 0.4, 0.4]).map((value) => Math.round(255 * value));
+    return `rgb(${r} ${g} ${b})`;
+}
+
+/** Curves and boxes of everything, which stay the same while only the view moves. */
+interface Scene {
+    snapshot: Snapshot;
+    curves: { curve: Curve; box: Box; edge: EdgeState }[];
+    boxes: { node: NodeState; box: Box }[];
+}
+
+let lastScene: Scene | undefined;
+
+function sceneOf(editor: Editor): Scene {
+    const snapshot = editor.get();
+    const old = lastScene?.snapshot;
+    if (lastScene && old?.document === snapshot.document && old.moves === snapshot.moves) return lastScene;
+    const boxes = [...snapshot.document.nodes.values()].map((node) => ({ node, box: boxOf(editor, node) }));
+    const curves = [...snapshot.document.edges.values()].flatMap((edge) => {
+        const curve = curveOf(editor, snapshot, edge);
+        return curve ? [{ curve, box: boxOfCurve(curve), edge }] : [];
+    });
+    lastScene = { snapshot, curves, boxes };
+    return lastScene;
+}
+
+const pathLength = 32; // edges; longer paths are slow to fill without a graphics card
+
+/** Strokes edges of one colour together, which is far quicker than one by one. */
+function drawEdges(
+    context: CanvasRenderingContext2D,
+    editor: Editor,
+    viewport: Viewport,
+    view: Box,
+    colours: Colours,
+): void {
+    const { document, selection, selectedEdge } = editor.get();
+    const isCurved = viewport.zoom > 0.15;
+    const groups: Curve[][] = [...colours.types, colours.selected].map(() => []);
+    const bright = groups.length - 1;
+    for (const { curve, box, edge } of sceneOf(editor).curves) {
+        if (!overlap(view, box)) continue;
+        const touches = (id: string) => selection.has(document.numbers.get(id) ?? -1);
+        const isBright =
+            edge.number === selectedEdge ||
+            (selection.size > 0 && (touches(edge.record.tail) || touches(edge.record.head)));
+        groups[isBright ? bright : curve.colour]!.push(curve);
+    }
+    groups.forEach((curves, i) => {
+        context.lineWidth = Math.max(i === bright ? 3 : 2, 1 / viewport.zoom);
+        context.strokeStyle = i === bright ? colours.selected : colours.types[i]!;
+        for (let first = 0; first < curves.length; first += pathLength) {
+            context.beginPath();
+            for (const curve of curves.slice(first, first + pathLength)) addCurve(context, curve, isCurved);
+            context.stroke();
+        }
+    });
+}
+
+function addCurve(context: CanvasRenderingContext2D, curve: Curve, isCurved: boolean): void {
+    const { from, to } = curve;
+    const reach = reachOf(curve);
+    context.moveTo(from.x, from.y);
+    if (isCurved) context.bezierCurveTo(from.x + reach, from.y, to.x - reach, to.y, to.x, to.y);
+    else context.lineTo(to.x, to.y);
+}
+
+function drawNodes(
+    context: CanvasRenderingContext2D,
+    editor: Editor,
+    viewport: Viewport,
+    view: Box,
+    colours: Colours,
+): void {
+    const { selection, problems } = editor.get();
+    const severities = new Map<string, string>();
+    for (const problem of problems)
+        if (problem.node && severities.get(problem.node) !== 'error')
+            severities.set(problem.node, problem.severity);
+    const hasTitles = viewport.zoom > 0.2;
+    context.font = '20px system-ui, sans-serif';
+    context.textBaseline = 'middle';
+    for (const { node, box } of sceneOf(editor).boxes) {
+        if (!overlap(view, box)) continue;
+        context.fillStyle = css(node.background);
+        context.fillRect(box.x, box.y, box.width, box.height);
+        const severity = severities.get(node.record.id);
+        const outline = selection.has(node.number)
+            ? colours.selected
+            : severity === 'error'
+              ? colours.error
+              : severity === 'warning'
+                ? colours.warning
+                : undefined;
+        if (outline) {
+            context.strokeStyle = outline;
+            context.lineWidth = 3 / viewport.zoom;
+            context.strokeRect(box.x, box.y, box.width, box.height);
+        }
+        if (hasTitles) {
+            context.fillStyle = css(node.foreground);
+            context.fillText(titleOf(node), box.x + 8, box.y + box.height / 2, box.width - 16);
+        }
+    }
+}
+
+export function paint(
+    canvas: HTMLCanvasElement,
+    editor: Editor,
+    viewport: Viewport,
+    colours: Colours,
+    isFar: boolean,
+): void {
+    const context = canvas.getContext('2d')!;
+    const ratio = window.devicePixelRatio;
+    const size = { width: canvas.clientWidth, height: canvas.clientHeight };
+    const width = Math.round(size.width * ratio);
+    const height = Math.round(size.height * ratio);
+    if (canvas.width !== width || canvas.height !== height) {
+        canvas.width = width;
+        canvas.height = height;
+    }
+    context.setTransform(1, 0, 0, 1, 0, 0);
+    context.clearRect(0, 0, width, height);
+    const scale = viewport.zoom * ratio;
+    context.setTransform(scale, 0, 0, scale, viewport.x * ratio, viewport.y * ratio);
+    const view = visibleBox(viewport, size, 0.02);
+    drawEdges(context, editor, viewport, view, colours);
+    if (isFar) drawNodes(context, editor, viewport, view, colours);
+}

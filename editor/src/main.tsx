@@ -1,0 +1,43 @@
+import '@xyflow/react/dist/base.css';
+import './style.css';
+import { createRoot } from 'react-dom/client';
+import { App } from './App.tsx';
+import { Connection } from './model/connection.ts';
+import { Editor } from './model/store.ts';
+import { EditorContext } from './useEditor.ts';
+
+const tokenKey = 'mox-token';
+
+/** The token is in the address once; it is taken out, so that it is in no history. */
+function takeToken(): string | null {
+    if (location.hash.length > 1) {
+        sessionStorage.setItem(tokenKey, location.hash.slice(1));
+        history.replaceState(null, '', '/');
+    }
+    return sessionStorage.getItem(tokenKey);
+}
+
+function show(token: string): void {
+    const editor = new Editor();
+    const socket = new WebSocket(`ws://${location.host}/socket`, ['mox-editor-1', token]);
+    const connection = new Connection(socket, {
+        onNotice: (notice) => editor.notice(notice),
+        onClosed: (unanswered) => editor.lose(unanswered),
+    });
+    socket.addEventListener('open', () => void editor.open(connection));
+    window.addEventListener('pagehide', () => socket.close(1000));
+    window.addEventListener('beforeunload', (event) => {
+        if (editor.get().unsaved && !editor.get().lost) event.preventDefault();
+    });
+    createRoot(document.getElementById('root')!).render(
+        <EditorContext value={editor}>
+            <App />
+        </EditorContext>,
+    );
+}
+
+const token = takeToken();
+if (token) show(token);
+else
+    document.getElementById('root')!.textContent =
+        'Open the address that “mox edit” has printed; this page alone does not know the way to your document.';

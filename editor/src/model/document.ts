@@ -1,0 +1,84 @@
+import type { Binding, ChangesJson, EdgeState, NodeState, StateJson } from './messages.ts';
+
+export interface Point {
+    x: number;
+    y: number;
+}
+
+/** A mirror of the server's document. It is a value: changes make another one. */
+export interface DocumentState {
+    nodes: ReadonlyMap<number, NodeState>;
+    edges: ReadonlyMap<number, EdgeState>;
+    /** Numbers of nodes by their ids. */
+    numbers: ReadonlyMap<string, number>;
+    bindings: readonly Binding[];
+}
+
+export const emptyDocument: DocumentState = {
+    nodes: new Map(),
+    edges: new Map(),
+    numbers: new Map(),
+    bindings: [],
+};
+
+export function documentFrom(state: StateJson): DocumentState {
+    return {
+        nodes: new Map(state.nodes.map((node) => [node.number, node])),
+        edges: new Map(state.edges.map((edge) => [edge.number, edge])),
+        numbers: new Map(state.nodes.map((node) => [node.record.id, node.number])),
+        bindings: state.bindings,
+    };
+}
+
+export function applyChanges(document: DocumentState, changes: ChangesJson): DocumentState {
+    const nodes = new Map(document.nodes);
+    const edges = new Map(document.edges);
+    const numbers = new Map(document.numbers);
+    const forget = (number: number) => {
+        const id = nodes.get(number)?.record.id;
+        if (id !== undefined && numbers.get(id) === number) numbers.delete(id);
+    };
+    for (const number of changes.goneNodes) {
+        forget(number);
+        nodes.delete(number);
+    }
+    for (const node of changes.nodes) forget(node.number);
+    for (const node of changes.nodes) {
+        nodes.set(node.number, node);
+        numbers.set(node.record.id, node.number);
+    }
+    for (const number of changes.goneEdges) edges.delete(number);
+    for (const edge of changes.edges) edges.set(edge.number, edge);
+    return { nodes, edges, numbers, bindings: changes.bindings ?? document.bindings };
+}
+
+export function nodeById(document: DocumentState, id: string): NodeState | undefined {
+    const number = document.numbers.get(id);
+    return number === undefined ? undefined : document.nodes.get(number);
+}
+
+/** The value of a property as the node has it, or as the document says. */
+export function valueOf(node: NodeState, property: string): string | undefined {
+    const named = (candidate: { name: string }) => candidate.name === property;
+    return (node.properties?.find(named) ?? node.record.properties?.find(named))?.value;
+}
+
+/** The upper left corner of a node. */
+export function positionOf(node: NodeState): Point {
+    const coordinate = (name: string) => {
+        const value = Number(valueOf(node, name) ?? 0);
+        return Number.isFinite(value) ? value : 0;
+    };
+    return { x: coordinate('PositionX'), y: coordinate('PositionY') };
+}
+
+/** Edges by the id of the node at one of their ends. */
+export function edgesAt(document: DocumentState, end: 'head' | 'tail'): Map<string, EdgeState[]> {
+    const found = new Map<string, EdgeState[]>();
+    for (const edge of document.edges.values()) {
+        const list = found.get(edge.record[end]);
+        if (list) list.push(edge);
+        else found.set(edge.record[end], [edge]);
+    }
+    return found;
+}

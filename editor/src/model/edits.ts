@@ -1,0 +1,209 @@
+import { edgesAt, nodeById, positionOf, valueOf, type DocumentState, type Point } from './document.ts';
+import type { CatalogueType, EdgeRecord, NodeState, Property, Step } from './messages.ts';
+import { fittingPort, whyNot, type Catalogue, type PortAt } from './connect.ts';
+import { shapeOf } from './shape.ts';
+
+/** Changes of a document as steps for the server. None of these functions changes anything. */
+
+export type NodeProperty = { node: string } & Property;
+
+/** Where a new node goes. */
+export type Placement =
+    | { kind: 'free' }
+    | { kind: 'behind'; node: string }
+    | { kind: 'into'; edge: EdgeRecord }
+    | { kind: 'at'; port: PortAt };
+
+const gap = 60;
+
+export function freshId(document: DocumentState, type: CatalogueType): string {
+    const words = type.label.match(/[A-Za-z0-9]+/g) ?? ['node'];
+    const base = words
+        .map((word, i) => (i === 0 ? word[0]!.toLowerCase() : word[0]!.toUpperCase()) + word.slice(1))
+        .join('');
+    const name = /^[A-Za-z]/.test(base) ? base : `node${base}`;
+    if (!document.numbers.has(name)) return name;
+    for (let i = 2; ; ++i) if (!document.numbers.has(`${name}${i}`)) return `${name}${i}`;
+}
+
+export function moveSettings(id: string, point: Point): NodeProperty[] {
+    return [
+        { node: id, name: 'PositionX', kind: 'float', value: String(Math.round(point.x)) },
+        { node: id, name: 'PositionY', kind: 'float', value: String(Math.round(point.y)) },
+    ];
+}
+
+export function moveNodes(moves: ReadonlyMap<number, Point>, document: DocumentState): Step[] {
+    const settings = [...moves].flatMap(([number, point]) => {
+        const node = document.nodes.get(number);
+        return node ? moveSettings(node.record.id, point) : [];
+    });
+    return settings.length > 0 ? [{ do: 'setProperties', settings }] : [];
+}
+
+/** An edge; one that feeds the input already makes room. */
+export function connect(document: DocumentState, edge: EdgeRecord): Step[] {
+    const before = edgesAt(document, 'head')
+        .get(edge.head)
+        ?.find((other) => other.record.headPort === edge.headPort);
+    if (before && before.record.tail === edge.tail && before.record.tailPort === edge.tailPort) return [];
+    return [...(before ? [removeEdge(before.record)] : []), { do: 'addEdge', ...edge }];
+}
+
+export function removeEdge(edge: EdgeRecord): Step {
+    const { tail, tailPort, head, headPort } = edge;
+    return { do: 'removeEdge', tail, tailPort, head, headPort };
+}
+
+export function removeNodes(nodes: readonly NodeState[]): Step[] {
+    return nodes.map((node) => ({ do: 'removeNode', id: node.record.id }));
+}
+
+/**
+ * Removes nodes, and what fed the first connected input of each goes to what it fed, as far as the
+ * values convert.
+ */
+export function removeAndRewire(
+    document: DocumentState,
+    catalogue: Catalogue,
+    nodes: readonly NodeState[],
+): Step[] {
+    const gone = new Set(nodes.map((node) => node.record.id));
+    const entering = edgesAt(document, 'head');
+    const sourceOf = (id: string, seen: Set<string>): { tail: string; tailPort: string } | undefined => {
+        if (seen.has(id)) return undefined;
+        seen.add(id);
+        const inputs = nodeById(document, id)?.inputs ?? [];
+        const order = (port: string) => inputs.findIndex((input) => input.name === port);
+        const edges = [...(entering.get(id) ?? [])].sort(
+            (a, b) => order(a.record.headPort) - order(b.record.headPort),
+        );
+        const edge = edges[0]?.record;
+        if (!edge) return undefined;
+        return gone.has(edge.tail) ? sourceOf(edge.tail, seen) : edge;
+    };
+    const steps = removeNodes(nodes);
+    for (const { record } of document.edges.values()) {
+        if (!gone.has(record.tail) || gone.has(record.head)) continue;
+        const source = sourceOf(record.tail, new Set());
+        if (!source) continue;
+        const edge = { ...record, tail: source.tail, tailPort: source.tailPort };
+        const { tail, tailPort, head, headPort } = edge;
+        if (whyNot(document, catalogue, edge) === '')
+            steps.push({ do: 'addEdge', tail, tailPort, head, headPort });
+    }
+    return steps;
+}
+
+/** Adds a node of a type and connects it as its placement says, as far as ports fit. */
+export function addNode(
+    document: DocumentState,
+    type: CatalogueType,
+    point: Point,
+    placement: Placement,
+): { id: string; steps: Step[] } {
+    const id = freshId(document, type);
+    const at = placePoint(document, placement, point);
+    const properties = moveSettings(id, at).map(({ name, kind, value }) => ({ name, kind, value }));
+    const steps: Step[] = [{ do: 'addNode', id, type: type.type, version: type.version, properties }];
+    if (placement.kind === 'at') {
+        steps.push(...joinPort(document, id, type, placement.port));
+    } else if (placement.kind === 'behind') {
+        const output = nodeById(document, placement.node)?.outputs?.[0];
+        if (output) {
+            const port: PortAt = {
+                node: placement.node,
+                port: output.name,
+                side: 'output',
+                components: output.components,
+            };
+            steps.push(...joinPort(document, id, type, port));
+        }
+    } else if (placement.kind === 'into') {
+        steps.push(...splitEdge(document, id, type, placement.edge));
+    }
+    return { id, steps };
+}
+
+function placePoint(document: DocumentState, placement: Placement, point: Point): Point {
+    if (placement.kind !== 'behind') return point;
+    const node = nodeById(document, placement.node);
+    if (!node) return point;
+    const corner = positionOf(node);
+    return { x: corner.x + shapeOf(node).width + gap, y: corner.y };
+}
+
+function joinPort(document: DocumentState, id: string, type: CatalogueType, at: PortAt): Step[] {
+    if (at.side === 'output') {
+        const input = fittingPort(type.inputs, at.components, 'input');
+        if (!input) return [];
+        return [{ do: 'addEdge', tail: at.node, tailPort: at.port, head: id, headPort: input.name }];
+    }
+    const output = fittingPort(type.outputs, at.components, 'output');
+    if (!output) return [];
+    return connect(document, { tail: id, tailPort: output.name, head: at.node, headPort: at.port });
+}
+
+function splitEdge(document: DocumentState, id: string, type: CatalogueType, edge: EdgeRecord): Step[] {
+    const tail = nodeById(document, edge.tail)?.outputs?.find((port) => port.name === edge.tailPort);
+    const head = nodeById(document, edge.head)?.inputs?.find((port) => port.name === edge.headPort);
+    const input = fittingPort(type.inputs, tail?.components ?? null, 'input');
+    const output = fittingPort(type.outputs, head?.components ?? null, 'output');
+    if (!input || !output) return [];
+    return [
+        removeEdge(edge),
+        { do: 'addEdge', tail: edge.tail, tailPort: edge.tailPort, head: id, headPort: input.name },
+        { do: 'addEdge', tail: id, tailPort: output.name, head: edge.head, headPort: edge.headPort },
+    ];
+}
+
+/** The type of nodes that read a texture by its binding. */
+export const textureType = 'CoreTexture';
+
+/** Adds a node that reads a file; its parameter is called as the file is. */
+export function addTextureNode(
+    document: DocumentState,
+    type: CatalogueType,
+    file: string,
+    point: Point,
+): { id: string; steps: Step[] } {
+    const words = file.replace(/\.[^.]*$/, '').match(/[A-Za-z0-9]+/g) ?? ['texture'];
+    const base = words.join('_').replace(/^(?=\d)/, 'texture_');
+    const isTaken = (name: string) =>
+        [...document.nodes.values()].some((node) => valueOf(node, 'Name') === name) ||
+        document.bindings.some((binding) => binding.tag === name);
+    let name = base;
+    for (let i = 2; isTaken(name); ++i) name = `${base}_${i}`;
+    const { id, steps } = addNode(document, type, point, { kind: 'free' });
+    const named: Step = {
+        do: 'setProperties',
+        settings: [{ node: id, name: 'Name', kind: 'string', value: name }],
+    };
+    return { id, steps: [...steps, named, setBinding(document, 'texture', name, { default: file })] };
+}
+
+export function setBinding(
+    document: DocumentState,
+    stream: string,
+    tag: string,
+    values: Record<string, string>,
+): Step {
+    const old = document.bindings.find((binding) => binding.stream === stream && binding.tag === tag);
+    return { do: 'setBinding', stream, tag, values: { ...old?.values, ...values } };
+}
+
+/** Types that may be added at a placement. */
+export function typesFor(placement: Placement, catalogue: Catalogue): CatalogueType[] {
+    const listed = [...catalogue.values()].filter((type) => type.listed);
+    if (placement.kind === 'at') {
+        const { side, components } = placement.port;
+        return listed.filter((type) =>
+            side === 'output'
+                ? fittingPort(type.inputs, components, 'input')
+                : fittingPort(type.outputs, components, 'output'),
+        );
+    }
+    if (placement.kind === 'into')
+        return listed.filter((type) => type.inputs.length > 0 && type.outputs.length > 0);
+    return listed;
+}

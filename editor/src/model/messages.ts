@@ -1,0 +1,172 @@
+/** What the server and the page say to each other; docs/json.md describes it. */
+
+export interface Property {
+    name: string;
+    kind: string;
+    value: string;
+}
+
+export interface NodeRecord {
+    id: string;
+    type: string;
+    version: number;
+    properties?: Property[];
+}
+
+export interface EdgeRecord {
+    tail: string;
+    tailPort: string;
+    head: string;
+    headPort: string;
+}
+
+export interface Port {
+    name: string;
+    label: string;
+    components: number | null;
+    precision: string | null;
+    connected: boolean;
+    conflict: boolean;
+}
+
+export interface ShownProperty extends Property {
+    visible: boolean;
+    editable: boolean;
+}
+
+export interface NodeState {
+    number: number;
+    record: NodeRecord;
+    title?: string;
+    placeholder?: boolean;
+    foreground?: number[];
+    background?: number[];
+    inputs?: Port[];
+    outputs?: Port[];
+    properties?: ShownProperty[];
+}
+
+export interface EdgeState {
+    number: number;
+    record: EdgeRecord;
+}
+
+export interface Binding {
+    stream: string;
+    tag: string;
+    values?: Record<string, string>;
+}
+
+export interface StateJson {
+    nodes: NodeState[];
+    edges: EdgeState[];
+    description: Record<string, string>;
+    renderState: Record<string, string>;
+    bindings: Binding[];
+}
+
+export interface ChangesJson extends Partial<Omit<StateJson, 'nodes' | 'edges'>> {
+    nodes: NodeState[];
+    edges: EdgeState[];
+    goneNodes: number[];
+    goneEdges: number[];
+}
+
+export type Step =
+    | ({ do: 'addNode'; before?: string } & NodeRecord)
+    | { do: 'removeNode'; id: string }
+    | { do: 'renameNode'; id: string; newId: string }
+    | ({ do: 'addEdge'; beforeHead?: string; beforeHeadPort?: string } & EdgeRecord)
+    | ({ do: 'removeEdge' } & EdgeRecord)
+    | { do: 'setProperties'; settings: ({ node: string } & Property)[] }
+    | ({ do: 'setBinding' } & Binding)
+    | { do: 'removeBinding'; stream: string; tag: string };
+
+export interface Problem {
+    severity: 'error' | 'warning';
+    rule: string;
+    message: string;
+    file?: string;
+    line?: number;
+    column?: number;
+    node?: string;
+    port?: string;
+}
+
+export interface ErrorJson {
+    message: string;
+    file?: string;
+    line?: number;
+    node?: string;
+    port?: string;
+    step?: number;
+}
+
+export interface CataloguePort {
+    name: string;
+    label: string;
+    components?: number;
+    precision?: string;
+}
+
+export interface CatalogueProperty {
+    name: string;
+    kind: string;
+    default: unknown;
+    help: string;
+    visible: boolean;
+    editable: boolean;
+    choices?: string[];
+    range?: [number, number];
+}
+
+export interface CatalogueType {
+    type: string;
+    label: string;
+    library: string;
+    help: string;
+    listed: boolean;
+    version: number;
+    inputs: CataloguePort[];
+    outputs: CataloguePort[];
+    variants: {
+        property: string;
+        value: string;
+        inputs?: CataloguePort[];
+        outputs?: CataloguePort[];
+    }[];
+    properties: CatalogueProperty[];
+}
+
+export interface Waiting {
+    changes?: number;
+    error?: string;
+}
+
+/** An answer of the server, or a notice of what another window did. */
+export interface Answer {
+    id?: number | null;
+    event?: string;
+    revision: number;
+    unsaved?: boolean;
+    undo?: string;
+    redo?: string;
+    waiting?: Waiting;
+    error?: ErrorJson;
+    outOfDate?: boolean;
+    state?: StateJson;
+    file?: string;
+    changes?: ChangesJson;
+    changed?: boolean;
+    differences?: string[];
+    text?: string;
+    ids?: string[];
+    problems?: Problem[];
+    programs?: Record<string, Record<string, string>>;
+    lineNodes?: { vertex: string[]; fragment: string[] };
+    bindings?: string;
+    texture?: { format: 'unorm8' | 'float'; levels: { width: number; height: number }[] };
+    picture?: { width: number; height: number };
+    types?: CatalogueType[];
+    saved?: boolean;
+}

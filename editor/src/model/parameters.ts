@@ -1,0 +1,60 @@
+import { parseNumbers } from './numbers.ts';
+import { valueOf } from './document.ts';
+import type { NodeState } from './messages.ts';
+
+/** A parameter of the material: a value, a texture or a stream of the mesh. */
+export interface Parameter {
+    stream: string;
+    tag: string;
+    count: number;
+    /** All attributes as `mox bindings` prints them. */
+    values: Record<string, string>;
+}
+
+/** Reads what `mox bindings` prints. Needs a browser, which has a parser of XML. */
+export function readParameters(xml: string): Parameter[] {
+    const elements = new DOMParser().parseFromString(xml, 'application/xml').querySelectorAll('binding');
+    return [...elements].map((element) => {
+        const values = Object.fromEntries([...element.attributes].map((a) => [a.name, a.value]));
+        return {
+            stream: values.stream ?? '',
+            tag: values.tag ?? '',
+            count: Number(values.count ?? 1),
+            values,
+        };
+    });
+}
+
+/** The numbers of a parameter; the last one serves where there is no further one. */
+export function parameterNumbers(parameter: Parameter): number[] {
+    const numbers = parseNumbers(parameter.values.default ?? '');
+    return Array.from({ length: parameter.count }, (_, i) => numbers[Math.min(i, numbers.length - 1)] ?? 0);
+}
+
+/**
+ * The parameter whose value a property of a node is. Nothing tells it outright: it is the one that
+ * bears the node's name and has the property's numbers. A compilation that follows shows whether
+ * that was right.
+ */
+export function parameterOf(
+    parameters: readonly Parameter[],
+    node: NodeState,
+    property: string,
+): Parameter | undefined {
+    const shown = node.properties?.find((candidate) => candidate.name === property);
+    if (!shown || (shown.kind !== 'float' && shown.kind !== 'colour')) return undefined;
+    const name = valueOf(node, 'Name');
+    const numbers = parseNumbers(shown.value).map(Math.fround);
+    return parameters.find(
+        (parameter) =>
+            parameter.stream === 'float' &&
+            parameter.tag === name &&
+            parameter.count <= numbers.length &&
+            parameterNumbers(parameter).every((value, i) => Math.fround(value) === numbers[i]),
+    );
+}
+
+export function withNumbers(parameter: Parameter, numbers: readonly number[]): Parameter {
+    const text = numbers.slice(0, parameter.count).join(', ');
+    return { ...parameter, values: { ...parameter.values, default: text } };
+}

@@ -1,0 +1,499 @@
+import type { Connection, Reply } from './connection.ts';
+import { applyChanges, documentFrom, emptyDocument, nodeById, positionOf } from './document.ts';
+import type { DocumentState, Point } from './document.ts';
+import type { Catalogue } from './connect.ts';
+import type { Answer, EdgeRecord, NodeState, Problem, Step, Waiting } from './messages.ts';
+import { addNode, addTextureNode, connect, moveNodes, removeAndRewire, removeEdge } from './edits.ts';
+import { removeNodes, setBinding, textureType } from './edits.ts';
+import type { NodeProperty, Placement } from './edits.ts';
+import { parseNumbers } from './numbers.ts';
+import { parameterOf, readParameters, withNumbers, type Parameter } from './parameters.ts';
+import { shapeOf } from './shape.ts';
+
+export interface Programs {
+    vertex: string;
+    fragment: string;
+    reflection: string;
+}
+
+/** The levels of a texture, the largest first. */
+export interface TextureLevels {
+    isFloat: boolean;
+    levels: { width: number; height: number; texels: Uint8Array | Float32Array }[];
+}
+
+export interface AddMenu {
+    /** Of the menu on the screen. */
+    at: Point;
+    /** Of the new node in the graph. */
+    point: Point;
+    placement: Placement;
+}
+
+export interface Pinned {
+    node: string;
+    port: string;
+    picture?: ImageData;
+}
+
+/** All that the page shows. A value: every change makes another one. */
+export interface Snapshot {
+    file: string;
+    document: DocumentState;
+    catalogue: Catalogue;
+    revision: number;
+    unsaved: boolean;
+    undo: string;
+    redo: string;
+    waiting: Waiting | null;
+    /** The server is gone; these messages have no answer. */
+    lost: object[] | null;
+    fileChange: { differences: string[]; error: string } | null;
+    selection: ReadonlySet<number>;
+    selectedEdge: number | null;
+    /** Places of nodes that are being dragged, or whose move the server has not answered yet. */
+    moves: ReadonlyMap<number, Point>;
+    problems: readonly Problem[];
+    /** The programs of the picture; those of an earlier revision where the material is wrong now. */
+    programs: Programs | null;
+    isPictureStale: boolean;
+    parameters: readonly Parameter[];
+    pinned: Pinned | null;
+    addMenu: AddMenu | null;
+    /** The last thing that happened, for the line at the bottom and for screen readers. */
+    message: string;
+}
+
+const empty: Snapshot = {
+    file: '',
+    document: emptyDocument,
+    catalogue: new Map(),
+    revision: 0,
+    unsaved: false,
+    undo: '',
+    redo: '',
+    waiting: null,
+    lost: null,
+    fileChange: null,
+    selection: new Set(),
+    selectedEdge: null,
+    moves: new Map(),
+    problems: [],
+    programs: null,
+    isPictureStale: false,
+    parameters: [],
+    pinned: null,
+    addMenu: null,
+    message: '',
+};
+
+const compileDelay = 15; // milliseconds; several answers in a row make one compilation
+const verifyDelay = 400; // after the last value of a parameter
+
+/**
+ * The document as the page sees it, and all that can be done to it. Every change is a message to
+ * the server and shows when it comes back; only what is being dragged is ahead of it.
+ */
+export class Editor {
+    private snapshot = empty;
+    private readonly listeners = new Set<() => void>();
+    private connection!: Connection;
+    private compileTimer: ReturnType<typeof setTimeout> | undefined;
+
+    get(): Snapshot {
+        return this.snapshot;
+    }
+
+    subscribe = (listener: () => void): (() => void) => {
+        this.listeners.add(listener);
+        return () => this.listeners.delete(listener);
+    };
+
+    private set(changes: Partial<Snapshot>): void {
+        this.snapshot = { ...this.snapshot, ...changes };
+        for (const listener of this.listeners) listener();
+    }
+
+    say(message: string): void {
+        this.set({ message });
+    }
+
+    // The server
+
+    async open(connection: Connection): Promise<void> {
+        this.connection = connection;
+        const [catalogue] = await Promise.all([connection.request({ do: 'catalogue' }), this.fetchState()]);
+        const types = catalogue.answer.types ?? [];
+        this.set({ catalogue: new Map(types.map((type) => [type.type, type])) });
+        this.compileSoon(0);
+    }
+
+    lose(unanswered: object[]): void {
+        this.set({ lost: unanswered, message: 'The editor has lost its server.' });
+    }
+
+    notice(notice: Answer): void {
+        this.takeStatus(notice);
+        if (notice.event === 'changed') {
+            this.takeChanges(notice);
+            this.compileSoon(compileDelay);
+        } else if (notice.event === 'replaced') {
+            void this.fetchState().then(() => this.compileSoon(0));
+        } else if (notice.event === 'file') {
+            const differences = notice.differences ?? [];
+            const error = notice.error?.message ?? '';
+            this.set({ fileChange: notice.changed || error !== '' ? { differences, error } : null });
+        } else if (notice.event === 'saved') {
+            this.set({ fileChange: null, message: 'Saved by another window.' });
+        }
+    }
+
+    private async fetchState(): Promise<void> {
+        this.takeState((await this.connection.request({ do: 'state' })).answer);
+    }
+
+    private takeState(answer: Answer): void {
+        this.takeStatus(answer);
+        if (!answer.state) return;
+        const file = answer.file ?? this.snapshot.file;
+        this.set({
+            document: documentFrom(answer.state),
+            file,
+            selection: new Set(),
+            selectedEdge: null,
+            moves: new Map(),
+            fileChange: null,
+        });
+    }
+
+    private takeStatus(answer: Answer): void {
+        if (answer.unsaved === undefined) return;
+        const { revision, unsaved, undo = '', redo = '', waiting = null } = answer;
+        this.set({ revision, unsaved, undo, redo, waiting });
+    }
+
+    private takeChanges(answer: Answer): void {
+        if (!answer.changes) return;
+        const document = applyChanges(this.snapshot.document, answer.changes);
+        const selection = new Set([...this.snapshot.selection].filter((n) => document.nodes.has(n)));
+        const { selectedEdge } = this.snapshot;
+        this.set({
+            document,
+            selection,
+            selectedEdge: selectedEdge !== null && document.edges.has(selectedEdge) ? selectedEdge : null,
+        });
+    }
+
+    /** Sends a message that changes the document. */
+    private async change(message: object, compileIn = compileDelay): Promise<Answer> {
+        const { answer } = await this.connection.request(message);
+        this.takeStatus(answer);
+        this.takeChanges(answer);
+        if (answer.state) this.takeState(answer);
+        if (answer.error) this.say(describeError(answer));
+        else this.compileSoon(compileIn);
+        return answer;
+    }
+
+    private apply(steps: Step[], gesture?: string, compileIn = compileDelay): Promise<Answer> | undefined {
+        if (steps.length === 0) return undefined;
+        return this.change({ do: 'apply', steps, ...(gesture ? { gesture } : {}) }, compileIn);
+    }
+
+    // Programs and problems
+
+    private compileSoon(delay: number): void {
+        clearTimeout(this.compileTimer);
+        this.compileTimer = setTimeout(() => void this.compile(), delay);
+    }
+
+    private async compile(): Promise<void> {
+        const { answer } = await this.connection.request({ do: 'compile', targets: ['essl'] });
+        if (answer.outOfDate) return;
+        const files = answer.programs?.essl;
+        if (files) {
+            const programs = {
+                vertex: files['.vertex.essl'] ?? '',
+                fragment: files['.fragment.essl'] ?? '',
+                reflection: files['.reflection.json'] ?? '',
+            };
+            this.set({ isPictureStale: false, parameters: readParameters(answer.bindings ?? '') });
+            if (!isSame(programs, this.snapshot.programs)) this.set({ programs });
+        } else {
+            this.set({ isPictureStale: true });
+        }
+        const check = await this.connection.request({ do: 'problems' });
+        if (check.answer.problems) this.set({ problems: check.answer.problems });
+        else if (check.answer.error) this.say(describeError(check.answer));
+        void this.drawPinned();
+    }
+
+    /** Programs in other languages, with the node that each line of Cg comes from. */
+    async programsIn(target: string): Promise<Answer> {
+        return (await this.connection.request({ do: 'compile', targets: [target] })).answer;
+    }
+
+    async texture(tag: string): Promise<TextureLevels | undefined> {
+        return levelsOf(await this.connection.request({ do: 'texture', tag }));
+    }
+
+    pin(pinned: { node: string; port: string } | null): void {
+        this.set({ pinned });
+        void this.drawPinned();
+    }
+
+    private async drawPinned(): Promise<void> {
+        const { pinned } = this.snapshot;
+        if (!pinned) return;
+        const node = `${pinned.node}.${pinned.port}`;
+        const reply = await this.connection.request({ do: 'picture', node, width: 192, height: 192 });
+        const picture = toImage(reply);
+        if (reply.answer.error) this.say(describeError(reply.answer));
+        if (
+            picture &&
+            this.snapshot.pinned?.node === pinned.node &&
+            this.snapshot.pinned.port === pinned.port
+        )
+            this.set({ pinned: { ...pinned, picture } });
+    }
+
+    // Selection
+
+    select(numbers: Iterable<number>): void {
+        this.set({ selection: new Set(numbers), selectedEdge: null });
+    }
+
+    selectEdge(edge: number | null): void {
+        this.set({ selection: new Set(), selectedEdge: edge });
+    }
+
+    selectIds(ids: readonly string[]): void {
+        const { numbers } = this.snapshot.document;
+        this.select(ids.flatMap((id) => numbers.get(id) ?? []));
+    }
+
+    selectedNodes(): NodeState[] {
+        const { document, selection } = this.snapshot;
+        return [...selection].flatMap((number) => document.nodes.get(number) ?? []);
+    }
+
+    // Changes
+
+    undo(): void {
+        const title = this.snapshot.undo;
+        void this.change({ do: 'undo' }).then((answer) => {
+            if (!answer.error) this.say(`Undone: ${title}`);
+        });
+    }
+
+    redo(): void {
+        const title = this.snapshot.redo;
+        void this.change({ do: 'redo' }).then((answer) => {
+            if (!answer.error) this.say(`Done again: ${title}`);
+        });
+    }
+
+    drag(moves: ReadonlyMap<number, Point>): void {
+        this.set({ moves });
+    }
+
+    /** Where a node is, or where it is being dragged to. */
+    placeOf(node: NodeState): Point {
+        return this.snapshot.moves.get(node.number) ?? positionOf(node);
+    }
+
+    async drop(): Promise<void> {
+        const { moves, document } = this.snapshot;
+        await this.apply(moveNodes(moves, document));
+        if (this.snapshot.moves === moves) this.set({ moves: new Map() });
+    }
+
+    nudge(by: Point): void {
+        const nodes = this.selectedNodes();
+        const moves = new Map(
+            nodes.map((node) => {
+                const at = this.placeOf(node);
+                return [node.number, { x: at.x + by.x, y: at.y + by.y }];
+            }),
+        );
+        this.drag(moves);
+        void this.drop();
+    }
+
+    connect(edge: EdgeRecord): void {
+        void this.apply(connect(this.snapshot.document, edge));
+    }
+
+    deleteSelected(rewire: boolean): void {
+        const { document, catalogue, selectedEdge } = this.snapshot;
+        const edge = selectedEdge === null ? undefined : document.edges.get(selectedEdge);
+        if (edge) {
+            void this.apply([removeEdge(edge.record)]);
+            return;
+        }
+        const nodes = this.selectedNodes();
+        void this.apply(rewire ? removeAndRewire(document, catalogue, nodes) : removeNodes(nodes));
+    }
+
+    setProperties(settings: NodeProperty[], gesture?: string): void {
+        const isParameter = this.showParameters(settings);
+        void this.apply(
+            [{ do: 'setProperties', settings }],
+            gesture,
+            isParameter ? verifyDelay : compileDelay,
+        );
+    }
+
+    /** Shows new values in the picture at once where they are those of parameters. */
+    private showParameters(settings: readonly NodeProperty[]): boolean {
+        const { document, parameters } = this.snapshot;
+        const next = [...parameters];
+        for (const setting of settings) {
+            const node = nodeById(document, setting.node);
+            const parameter = node && parameterOf(next, node, setting.name);
+            if (!parameter) return false;
+            next[next.indexOf(parameter)] = withNumbers(parameter, parseNumbers(setting.value));
+        }
+        this.set({ parameters: next });
+        return true;
+    }
+
+    /** Gives a parameter of the document a value of its own; no program changes by that. */
+    setParameter(parameter: Parameter, values: Record<string, string>, gesture?: string): void {
+        const parameters = this.snapshot.parameters.map((other) =>
+            other.stream === parameter.stream && other.tag === parameter.tag
+                ? { ...other, values: { ...other.values, ...values } }
+                : other,
+        );
+        this.set({ parameters });
+        const step = setBinding(this.snapshot.document, parameter.stream, parameter.tag, values);
+        void this.apply([step], gesture, verifyDelay);
+    }
+
+    resetParameter(parameter: Parameter): void {
+        const { stream, tag } = parameter;
+        void this.apply([{ do: 'removeBinding', stream, tag }]);
+    }
+
+    rename(id: string, newId: string): void {
+        void this.apply([{ do: 'renameNode', id, newId }]);
+    }
+
+    // Adding, copying, pasting
+
+    openAddMenu(menu: AddMenu | null): void {
+        this.set({ addMenu: menu });
+    }
+
+    /** Where a node goes that is added without a word: into the selected edge or behind the node. */
+    placement(): Placement {
+        const { document, selectedEdge } = this.snapshot;
+        const edge = selectedEdge === null ? undefined : document.edges.get(selectedEdge);
+        if (edge) return { kind: 'into', edge: edge.record };
+        const nodes = this.selectedNodes();
+        return nodes.length === 1 && (nodes[0]!.outputs?.length ?? 0) > 0
+            ? { kind: 'behind', node: nodes[0]!.record.id }
+            : { kind: 'free' };
+    }
+
+    async add(typeName: string, point: Point, placement: Placement): Promise<void> {
+        const { document, catalogue } = this.snapshot;
+        const type = catalogue.get(typeName);
+        if (!type) return;
+        const { id, steps } = addNode(document, type, point, placement);
+        const answer = await this.apply(steps);
+        if (answer && !answer.error) this.selectIds([id]);
+    }
+
+    /** Lays a picture beside the document and adds a node that reads it. */
+    async addTexture(name: string, bytes: Uint8Array, point: Point): Promise<void> {
+        const { answer } = await this.connection.request({ do: 'addTexture', name }, bytes);
+        const type = this.snapshot.catalogue.get(textureType);
+        if (answer.error || answer.file === undefined || !type) {
+            this.say(describeError(answer));
+            return;
+        }
+        const { id, steps } = addTextureNode(this.snapshot.document, type, answer.file, point);
+        const added = await this.apply(steps);
+        if (added && !added.error) this.selectIds([id]);
+    }
+
+    async copySelected(): Promise<string> {
+        const ids = this.selectedNodes().map((node) => node.record.id);
+        if (ids.length === 0) return '';
+        const { answer } = await this.connection.request({ do: 'copy', ids });
+        if (answer.error) this.say(describeError(answer));
+        return answer.text ?? '';
+    }
+
+    async paste(text: string, at?: Point): Promise<void> {
+        if (text === '') return;
+        const answer = await this.change({ do: 'paste', text, ...(at ?? {}) });
+        if (answer.ids) this.selectIds(answer.ids);
+    }
+
+    async duplicate(): Promise<void> {
+        const nodes = this.selectedNodes();
+        const text = await this.copySelected();
+        const xs = nodes.map((node) => this.placeOf(node).x);
+        const ys = nodes.map((node) => this.placeOf(node).y + shapeOf(node).height);
+        await this.paste(text, { x: Math.min(...xs) + 30, y: Math.max(...ys) + 30 });
+    }
+
+    layOut(): void {
+        const ids = this.selectedNodes().map((node) => node.record.id);
+        void this.change({ do: 'layout', ...(ids.length > 1 ? { ids } : {}) }).then((answer) => {
+            if (!answer.error) this.say(ids.length > 1 ? 'The selection is laid out.' : 'All is laid out.');
+        });
+    }
+
+    // The file
+
+    async save(force = false): Promise<void> {
+        const answer = await this.change({ do: 'save', ...(force ? { force } : {}) });
+        if (answer.saved) this.set({ fileChange: null, message: `Saved ${this.snapshot.file}.` });
+    }
+
+    reload(): void {
+        void this.change({ do: 'reload' });
+    }
+
+    keepMine(): void {
+        this.set({ fileChange: null, message: 'Saving will replace what the file says now.' });
+    }
+
+    restore(isWanted: boolean): void {
+        void this.change({ do: isWanted ? 'restore' : 'discard' });
+    }
+}
+
+function isSame(a: Programs, b: Programs | null): boolean {
+    return b !== null && a.vertex === b.vertex && a.fragment === b.fragment && a.reflection === b.reflection;
+}
+
+export function describeError(answer: Answer): string {
+    const { error } = answer;
+    if (!error) return '';
+    const place = [error.node && `"${error.node}"`, error.port && `port "${error.port}"`];
+    return [...place, error.message].filter(Boolean).join(': ');
+}
+
+function levelsOf({ answer, bytes }: Reply): TextureLevels | undefined {
+    if (!answer.texture || !bytes) return undefined;
+    const isFloat = answer.texture.format === 'float';
+    const channels = 4;
+    let from = 0;
+    const levels = answer.texture.levels.map(({ width, height }) => {
+        const count = channels * width * height;
+        const part = bytes.slice(from, from + (isFloat ? 4 * count : count));
+        from += part.length;
+        return { width, height, texels: isFloat ? new Float32Array(part.buffer) : part };
+    });
+    return { isFloat, levels };
+}
+
+function toImage(reply: Reply): ImageData | undefined {
+    const { picture } = reply.answer;
+    if (!picture || !reply.bytes) return undefined;
+    return new ImageData(new Uint8ClampedArray(reply.bytes), picture.width, picture.height);
+}

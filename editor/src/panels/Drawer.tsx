@@ -1,0 +1,64 @@
+import { useState } from 'react';
+import type { Lighting } from './Inspector.tsx';
+import { Parameters } from './Parameters.tsx';
+import { ProblemList } from './ProblemList.tsx';
+import { ProgramView } from './ProgramView.tsx';
+import { useSnapshot } from '../useEditor.ts';
+
+const tabs = ['problems', 'parameters', 'programs'] as const;
+type Tab = (typeof tabs)[number];
+
+export function Drawer({ light, jump }: Lighting & { jump: (id: string) => void }) {
+    const [open, setOpen] = useState<Tab | null>(null);
+    const problems = useSnapshot((all) => all.problems);
+    const message = useSnapshot((all) => all.message);
+    const errors = problems.filter((problem) => problem.severity === 'error').length;
+    const names: Record<Tab, string> = {
+        problems:
+            problems.length === 0 ? 'No problems' : `${errors} errors, ${problems.length - errors} warnings`,
+        parameters: 'Parameters',
+        programs: 'Programs',
+    };
+    const press = (event: React.KeyboardEvent, tab: Tab) => {
+        const move = { ArrowRight: 1, ArrowLeft: -1 }[event.key];
+        if (!move) return;
+        const next = tabs[(tabs.indexOf(tab) + move + tabs.length) % tabs.length]!;
+        document.getElementById(`tab-${next}`)?.focus();
+        event.stopPropagation();
+    };
+    return (
+        <footer id="drawer">
+            <div className="tabs">
+                <div role="tablist" aria-label="Drawer">
+                    {tabs.map((tab) => (
+                        <button
+                            key={tab}
+                            id={`tab-${tab}`}
+                            role="tab"
+                            aria-selected={open === tab}
+                            aria-controls="drawer-content"
+                            className={tab === 'problems' && errors > 0 ? 'error' : ''}
+                            onKeyDown={(event) => press(event, tab)}
+                            onClick={() => setOpen(open === tab ? null : tab)}
+                        >
+                            {names[tab]}
+                        </button>
+                    ))}
+                </div>
+                <span className="message" role="status" aria-live="polite">
+                    {message}
+                </span>
+            </div>
+            <div
+                id="drawer-content"
+                role="tabpanel"
+                aria-labelledby={open ? `tab-${open}` : undefined}
+                hidden={!open}
+            >
+                {open === 'problems' && <ProblemList jump={jump} />}
+                {open === 'parameters' && <Parameters jump={jump} />}
+                {open === 'programs' && <ProgramView light={light} />}
+            </div>
+        </footer>
+    );
+}

@@ -1,0 +1,43 @@
+import { useEffect, useRef } from 'react';
+
+const keys: readonly (readonly [string, string])[] = [
+    [
+        'Tab, Space, double click',
+        'add a node: behind the selected node, into the selected edge, or at the pointer',
+    ],
+    ['C', 'connect the selected node'],
+    ['Arrow keys', 'go to the next node in this direction; with Alt along edges'],
+    ['Shift + arrow keys', 'move the selected nodes'],
+    ['Enter', 'edit the properties of the selected node; Esc comes back'],
+    ['Delete', 'delete; with Ctrl, connect what was before and behind'],
+    ['Ctrl + Z, Ctrl + Shift + Z', 'undo, redo'],
+    ['Ctrl + C, X, V, D', 'copy, cut, paste, duplicate'],
+    ['Ctrl + S', 'save'],
+    ['Ctrl + F', 'find a node'],
+    ['Ctrl + A', 'select all'],
+    ['F, A', 'show the selection, show all'],
+    ['L', 'lay out the selection, or all'],
+    ['P', 'pin the picture of the selected node’s first output'],
+    ['Wheel; two fingers', 'zoom; move'],
+    ['Middle or right button, or Space and drag', 'move the view'],
+    ['?', 'this list'],
+];
+
+export function KeyList({ onClose }: { onClose: () => void }) {
+    const dialog = useRef<HTMLDialogElement>(null);
+    useEffect(() => dialog.current?.showModal(), []);
+    return (
+        <dialog ref={dialog} aria-label="Keys" onClose={onClose} onClick={() => dialog.current?.close()}>
+            <h2>Keys</h2>
+            <dl>
+                {keys.map(([key, what]) => (
+                    <div key={key}>
+                        <dt>{key}</dt>
+                        <dd>{what}</dd>
+                    </div>
+                ))}
+            </dl>
+            <button autoFocus>Close</button>
+        </dialog>
+    );
+}

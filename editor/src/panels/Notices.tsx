@@ -1,0 +1,75 @@
+import { useEditor, useSnapshot } from '../useEditor.ts';
+
+function download(name: string, text: string): void {
+    const address = URL.createObjectURL(new Blob([text], { type: 'application/json' }));
+    const link = document.createElement('a');
+    link.href = address;
+    link.download = name;
+    link.click();
+    URL.revokeObjectURL(address);
+}
+
+/** What the artist has to decide or to know: the server is gone, the file is another one. */
+export function Notices() {
+    const editor = useEditor();
+    const lost = useSnapshot((all) => all.lost);
+    const waiting = useSnapshot((all) => all.waiting);
+    const fileChange = useSnapshot((all) => all.fileChange);
+    const file = useSnapshot((all) => all.file);
+    const unsaved = useSnapshot((all) => all.unsaved);
+    if (lost) {
+        const changes = lost.filter((message) => (message as { do: string }).do === 'apply');
+        const steps = changes.flatMap((message) => (message as { steps: object[] }).steps);
+        return (
+            <div className="notice error" role="alert">
+                <p>
+                    The editor has lost its server, so nothing more can be changed here. All changes that it
+                    confirmed are safe{unsaved ? ' in a journal beside the file' : ''}: start “mox edit {file}
+                    ” again and it offers to restore them.
+                </p>
+                {steps.length > 0 && (
+                    <button
+                        onClick={() =>
+                            download('unconfirmed.json', JSON.stringify({ version: 1, steps }, null, 2))
+                        }
+                    >
+                        Download what was not confirmed ({steps.length} steps for “mox apply”)
+                    </button>
+                )}
+            </div>
+        );
+    }
+    if (waiting)
+        return (
+            <div className="notice" role="alert">
+                <p>
+                    {waiting.error
+                        ? `An earlier editor of this file has left changes that cannot be read: ${waiting.error}`
+                        : `An earlier editor of this file ended without saving ${waiting.changes} changes.`}
+                </p>
+                {!waiting.error && <button onClick={() => editor.restore(true)}>Restore them</button>}
+                <button onClick={() => editor.restore(false)}>Discard them</button>
+            </div>
+        );
+    if (fileChange)
+        return (
+            <div className="notice" role="alert">
+                <p>
+                    {fileChange.error === ''
+                        ? `${file} has changed on disk. It differs from what is shown here:`
+                        : `${file} cannot be read any more: ${fileChange.error}`}
+                </p>
+                {fileChange.differences.length > 0 && (
+                    <ul className="differences">
+                        {fileChange.differences.slice(0, 100).map((difference) => (
+                            <li key={difference}>{difference}</li>
+                        ))}
+                    </ul>
+                )}
+                <button onClick={() => editor.keepMine()}>Keep mine</button>
+                {fileChange.error === '' && <button onClick={() => editor.reload()}>Load the file</button>}
+                <button onClick={() => void editor.save(true)}>Replace the file</button>
+            </div>
+        );
+    return null;
+}

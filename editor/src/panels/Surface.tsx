@@ -1,0 +1,248 @@
+import { useCallback, useEffect, useRef, useState } from 'react';
+import type { Snapshot } from '../model/store.ts';
+import { orbitOf, turn } from '../surface/camera.ts';
+import { meshMakers } from '../surface/meshes.ts';
+import { Renderer, type View } from '../surface/renderer.ts';
+import { useEditor, useSnapshot } from '../useEditor.ts';
+
+const side = 256;
+
+/** Keeps one renderer in step with the document, and draws at most once a frame. */
+class LivePicture {
+    readonly renderer: Renderer;
+    private last: Partial<Snapshot> = {};
+    private request = 0;
+    private files = new Map<string, string>();
+    readonly view: View = {
+        orbit: { longitude: 0, latitude: 0, distance: 1 },
+        light: 0,
+        seconds: 0,
+        background: 'sky',
+    };
+    failure = '';
+
+    constructor(
+        canvas: HTMLCanvasElement,
+        private readonly editor: ReturnType<typeof useEditor>,
+    ) {
+        this.renderer = new Renderer(canvas);
+    }
+
+    take(snapshot: Snapshot): void {
+        const { programs, parameters } = snapshot;
+        if (parameters !== this.last.parameters) this.renderer.setParameters(parameters);
+        if (programs && programs !== this.last.programs) {
+            try {
+                this.renderer.setPrograms(programs);
+                this.failure = '';
+            } catch (error) {
+                this.failure = (error as Error).message;
+                this.editor.say(this.failure);
+            }
+        }
+        const isOther = programs !== this.last.programs || parameters !== this.last.parameters;
+        this.last = { programs, parameters };
+        if (!isOther) return;
+        void this.loadTextures(snapshot);
+        this.drawSoon();
+    }
+
+    /** Asks for textures that are new or come from another file now. */
+    private async loadTextures({ parameters }: Snapshot): Promise<void> {
+        for (const tag of this.renderer.textureTags()) {
+            const parameter = parameters.find((p) => p.tag === tag && p.stream === 'texture');
+            const source = JSON.stringify(parameter?.values ?? {});
+            if (this.files.get(tag) === source) continue;
+            this.files.set(tag, source);
+            const image = await this.editor.texture(tag);
+            if (!image) this.files.delete(tag);
+            else this.renderer.setTexture(tag, image);
+            this.drawSoon();
+        }
+    }
+
+    setMesh(name: string): void {
+        const mesh = meshMakers[name]!();
+        this.renderer.setMesh(mesh);
+        this.view.orbit = orbitOf(mesh);
+        this.drawSoon();
+    }
+
+    drawSoon(): void {
+        cancelAnimationFrame(this.request);
+        this.request = requestAnimationFrame(() => this.renderer.draw(this.view));
+    }
+}
+
+/** The living surface, with what it is shown on and how it is lit. */
+export function Surface() {
+    const editor = useEditor();
+    const isStale = useSnapshot((all) => all.isPictureStale);
+    const canvas = useRef<HTMLCanvasElement>(null);
+    const live = useRef<LivePicture | null>(null);
+    const [mesh, setMesh] = useState('sphere');
+    const [light, setLight] = useState(0);
+    const [isPlaying, setPlaying] = useState(false);
+    const [isOpen, setOpen] = useState(true);
+    const [failure, setFailure] = useState('');
+
+    useEffect(() => {
+        if (!isOpen) return undefined;
+        const element = canvas.current!;
+        const start = () => {
+            try {
+                live.current = new LivePicture(element, editor);
+            } catch (error) {
+                setFailure((error as Error).message);
+                return;
+            }
+            live.current.setMesh(mesh);
+            live.current.view.light = light;
+            live.current.take(editor.get());
+        };
+        start();
+        Object.assign(window, { moxPicture: live.current });
+        const stop = editor.subscribe(() => {
+            live.current?.take(editor.get());
+            setFailure(live.current?.failure ?? '');
+        });
+        const lost = (event: Event) => event.preventDefault();
+        element.addEventListener('webglcontextlost', lost);
+        element.addEventListener('webglcontextrestored', start);
+        return () => {
+            stop();
+            element.removeEventListener('webglcontextlost', lost);
+            element.removeEventListener('webglcontextrestored', start);
+            live.current = null;
+        };
+        // The mesh and the light of a picture that exists are set below.
+    }, [editor, isOpen]);
+
+    useEffect(() => live.current?.setMesh(mesh), [mesh]);
+
+    useEffect(() => {
+        if (!live.current) return;
+        live.current.view.light = light;
+        live.current.drawSoon();
+    }, [light]);
+
+    useEffect(() => {
+        if (!isPlaying) return undefined;
+        let request = 0;
+        let last = performance.now();
+        const frame = (now: number) => {
+            if (live.current) {
+                live.current.view.seconds += (now - last) / 1000;
+                live.current.drawSoon();
+            }
+            last = now;
+            request = requestAnimationFrame(frame);
+        };
+        request = requestAnimationFrame(frame);
+        return () => cancelAnimationFrame(request);
+    }, [isPlaying]);
+
+    const orbit = useCallback((x: number, y: number, zoom: number) => {
+        const picture = live.current;
+        if (!picture) return;
+        const turned = turn(picture.view.orbit, x, y);
+        const distance = Math.min(8, Math.max(0.3, turned.distance * zoom));
+        picture.view.orbit = { ...turned, distance };
+        picture.drawSoon();
+    }, []);
+
+    const press = (event: React.KeyboardEvent) => {
+        const moves: Record<string, [number, number, number]> = {
+            ArrowLeft: [-0.1, 0, 1],
+            ArrowRight: [0.1, 0, 1],
+            ArrowUp: [0, 0.1, 1],
+            ArrowDown: [0, -0.1, 1],
+            '+': [0, 0, 0.9],
+            '-': [0, 0, 1.1],
+        };
+        const move = moves[event.key];
+        if (!move) return;
+        event.preventDefault();
+        event.stopPropagation();
+        orbit(...move);
+    };
+
+    return (
+        <section className="panel" id="surface" aria-label="Surface">
+            <h2>
+                <button
+                    className="fold"
+                    aria-expanded={isOpen}
+                    aria-label={isOpen ? 'Hide the surface' : 'Show the surface'}
+                    onClick={() => setOpen(!isOpen)}
+                >
+                    {isOpen ? '▾' : '▸'}
+                </button>
+                Surface{isStale ? ', as it was before the errors' : ''}
+            </h2>
+            {isOpen && (
+                <>
+                    <canvas
+                        ref={canvas}
+                        width={side}
+                        height={side}
+                        className={isStale ? 'stale' : ''}
+                        tabIndex={0}
+                        role="img"
+                        aria-label={`The material on a ${mesh}. Drag or use arrow keys to turn it, + and - to zoom.`}
+                        onPointerDown={(event) => event.currentTarget.setPointerCapture(event.pointerId)}
+                        onPointerMove={(event) => {
+                            if (event.buttons !== 0) orbit(-event.movementX / 100, event.movementY / 100, 1);
+                        }}
+                        onWheel={(event) => orbit(0, 0, Math.exp(event.deltaY * 0.001))}
+                        onKeyDown={press}
+                    />
+                    {failure !== '' && <p className="problem error">{failure}</p>}
+                    <div className="bar">
+                        <select
+                            aria-label="Mesh"
+                            value={mesh}
+                            onChange={(event) => setMesh(event.target.value)}
+                        >
+                            {Object.keys(meshMakers).map((name) => (
+                                <option key={name}>{name}</option>
+                            ))}
+                        </select>
+                        <label>
+                            light{' '}
+                            <input
+                                type="range"
+                                aria-label="Direction of the light"
+                                min={-3.14}
+                                max={3.14}
+                                step={0.01}
+                                value={light}
+                                onChange={(event) => setLight(Number(event.target.value))}
+                            />
+                        </label>
+                        <button
+                            aria-pressed={isPlaying}
+                            title={isPlaying ? 'Stop the time' : 'Let time run'}
+                            aria-label="Time"
+                            onClick={() => setPlaying(!isPlaying)}
+                        >
+                            {isPlaying ? '❚❚' : '▶'}
+                        </button>
+                        <button
+                            title="Back to the first frame"
+                            aria-label="Back to the first frame"
+                            onClick={() => {
+                                setPlaying(false);
+                                if (!live.current) return;
+                                live.current.view.seconds = 0;
+                                live.current.drawSoon();
+                            }}
+                        >
+                            0
+                        </button>
+                    </div>
+                </>
+            )}
+        </section>
+    );
+}

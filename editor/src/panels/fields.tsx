@@ -1,0 +1,188 @@
+import { useRef, useState } from 'react';
+import { evaluate, formatNumber, fromHex, parseNumbers, toHex } from '../model/numbers.ts';
+
+/** Fields for values. They give every value of a drag the same gesture, so that it is one step. */
+
+export type OnChange = (value: string, gesture?: string) => void;
+
+let gestureCount = 0;
+
+export function newGesture(): string {
+    return `drag ${++gestureCount}`;
+}
+
+/** A number: typed, also as a sum such as 1/3; dragged sideways; with arrow keys. */
+export function NumberField({
+    value,
+    label,
+    disabled = false,
+    isWhole = false,
+    range,
+    mixed = false,
+    onChange,
+}: {
+    value: number;
+    label: string;
+    disabled?: boolean;
+    isWhole?: boolean;
+    range?: readonly [number, number] | undefined;
+    mixed?: boolean;
+    onChange: OnChange;
+}) {
+    const [text, setText] = useState<string | null>(null);
+    const drag = useRef<{ x: number; start: number; gesture: string; hasMoved: boolean } | null>(null);
+    const span = range ? range[1] - range[0] : 0;
+    const step = isWhole ? 1 : span > 0 ? span / 200 : 0.01;
+    const limit = (next: number) => {
+        const whole = isWhole ? Math.round(next) : next;
+        return range ? Math.min(range[1], Math.max(range[0], whole)) : whole;
+    };
+    const send = (next: number, gesture?: string) => onChange(formatNumber(limit(next)), gesture);
+    const finish = () => {
+        if (text !== null) {
+            const next = evaluate(text);
+            if (next !== undefined && (mixed || next !== value)) send(next);
+        }
+        setText(null);
+    };
+    return (
+        <input
+            className="number"
+            inputMode="decimal"
+            aria-label={label}
+            disabled={disabled}
+            value={text ?? (mixed ? '' : formatNumber(value))}
+            placeholder={mixed ? 'mixed' : ''}
+            aria-invalid={text !== null && evaluate(text) === undefined}
+            onChange={(event) => setText(event.target.value)}
+            onBlur={finish}
+            onKeyDown={(event) => {
+                event.stopPropagation();
+                if (event.key === 'Enter') finish();
+                if (event.key === 'Escape') setText(null);
+                const direction = event.key === 'ArrowUp' ? 1 : event.key === 'ArrowDown' ? -1 : 0;
+                if (direction !== 0) {
+                    event.preventDefault();
+                    setText(null);
+                    const factor = event.shiftKey ? 10 : 1;
+                    const rounded = Math.round((value + direction * factor * step) / step) * step;
+                    send(rounded, `arrows ${label}`);
+                }
+            }}
+            onPointerDown={(event) => {
+                if (event.button !== 0 || disabled || document.activeElement === event.currentTarget) return;
+                drag.current = { x: event.clientX, start: value, gesture: newGesture(), hasMoved: false };
+                event.currentTarget.setPointerCapture(event.pointerId);
+            }}
+            onPointerMove={(event) => {
+                const current = drag.current;
+                if (!current) return;
+                const way = event.clientX - current.x;
+                if (!current.hasMoved && Math.abs(way) < 3) return;
+                current.hasMoved = true;
+                event.currentTarget.blur();
+                send(current.start + Math.round(way) * step * (event.shiftKey ? 10 : 1), current.gesture);
+            }}
+            onPointerUp={() => {
+                drag.current = null;
+            }}
+        />
+    );
+}
+
+/** A colour of linear light: the browser's picker, and its components as numbers. */
+export function ColourField({
+    value,
+    label,
+    count = 4,
+    separator = ' ',
+    disabled = false,
+    mixed = false,
+    onChange,
+}: {
+    value: string;
+    label: string;
+    count?: number;
+    separator?: string;
+    disabled?: boolean;
+    mixed?: boolean;
+    onChange: OnChange;
+}) {
+    const numbers = parseNumbers(value);
+    const gesture = useRef('');
+    const replace = (parts: readonly number[], name?: string) => {
+        const next = numbers.map((old, i) => parts[i] ?? old);
+        onChange(next.map(formatNumber).join(separator), name);
+    };
+    return (
+        <span className="colour">
+            {count >= 3 && (
+                <input
+                    type="color"
+                    aria-label={`${label}, colour`}
+                    title={mixed ? 'mixed' : toHex(numbers)}
+                    disabled={disabled}
+                    value={toHex(numbers)}
+                    onFocus={() => {
+                        gesture.current = newGesture();
+                    }}
+                    onChange={(event) => replace(fromHex(event.target.value), gesture.current)}
+                />
+            )}
+            {['red', 'green', 'blue', 'alpha'].slice(0, count).map((name, i) => (
+                <NumberField
+                    key={name}
+                    label={`${label}, ${name}`}
+                    value={numbers[i] ?? 0}
+                    mixed={mixed}
+                    disabled={disabled}
+                    onChange={(text, dragName) => {
+                        const parts = [...numbers];
+                        parts[i] = Number(text);
+                        replace(parts, dragName);
+                    }}
+                />
+            ))}
+        </span>
+    );
+}
+
+/** A text that is sent when the field is left, or with Enter. */
+export function TextField({
+    value,
+    label,
+    disabled = false,
+    isLong = false,
+    mixed = false,
+    onChange,
+}: {
+    value: string;
+    label: string;
+    disabled?: boolean;
+    isLong?: boolean;
+    mixed?: boolean;
+    onChange: OnChange;
+}) {
+    const [text, setText] = useState<string | null>(null);
+    const finish = () => {
+        if (text !== null && text !== value) onChange(text);
+        setText(null);
+    };
+    const common = {
+        'aria-label': label,
+        disabled,
+        value: text ?? (mixed ? '' : value),
+        placeholder: mixed ? 'mixed' : '',
+        onBlur: finish,
+    };
+    const press = (event: React.KeyboardEvent) => {
+        event.stopPropagation();
+        if (event.key === 'Enter' && !isLong) finish();
+        if (event.key === 'Escape') setText(null);
+    };
+    return isLong ? (
+        <textarea {...common} rows={3} onChange={(event) => setText(event.target.value)} onKeyDown={press} />
+    ) : (
+        <input {...common} onChange={(event) => setText(event.target.value)} onKeyDown={press} />
+    );
+}

@@ -1,0 +1,298 @@
+import { parameterNumbers, type Parameter } from '../model/parameters.ts';
+import type { Programs, TextureLevels } from '../model/store.ts';
+import { placeCamera, sceneValues, type Orbit } from './camera.ts';
+import { applyModifiers, streamOf, type Mesh } from './meshes.ts';
+import { fillBlock, type Member, type Reflection, type Stage } from './uniforms.ts';
+
+export interface View {
+    orbit: Orbit;
+    /** Radians by which the light is turned around the vertical. */
+    light: number;
+    seconds: number;
+    background: 'sky' | 'grey';
+}
+
+const samples = 4;
+
+const screenVertex = `#version 300 es
+out vec2 place;
+void main()
+{
+    place = vec2(float(gl_VertexID % 2), float(gl_VertexID / 2)) * 2.0;
+    gl_Position = vec4(2.0 * place - 1.0, 1.0, 1.0);
+}`;
+
+const skyFragment = `#version 300 es
+precision highp float;
+uniform vec3 sky;
+uniform vec3 ground;
+in vec2 place;
+out vec4 colour;
+void main()
+{
+    colour = vec4(mix(ground, sky, smoothstep(0.0, 1.0, place.y)), 1.0);
+}`;
+
+/** The picture holds light; screens want it encoded. */
+const encodeFragment = `#version 300 es
+precision highp float;
+uniform sampler2D picture;
+in vec2 place;
+out vec4 colour;
+void main()
+{
+    vec3 light = clamp(texture(picture, place).rgb, 0.0, 1.0);
+    vec3 high = 1.055 * pow(light, vec3(1.0 / 2.4)) - 0.055;
+    colour = vec4(mix(high, 12.92 * light, lessThanEqual(light, vec3(0.0031308))), 1.0);
+}`;
+
+/** Draws the material on a mesh with WebGL2, from its ESSL programs and their reflection. */
+export class Renderer {
+    private readonly gl: WebGL2RenderingContext;
+    private readonly sky: WebGLProgram;
+    private readonly encode: WebGLProgram;
+    private readonly nothing: WebGLVertexArrayObject;
+    private program: WebGLProgram | null = null;
+    private reflection: Reflection | null = null;
+    private parameters: readonly Parameter[] = [];
+    private mesh: Mesh | null = null;
+    private streams: WebGLVertexArrayObject | null = null;
+    private buffers: WebGLBuffer[] = [];
+    private blocks: [WebGLBuffer, WebGLBuffer];
+    private textures = new Map<string, WebGLTexture>();
+    private size = { width: 0, height: 0 };
+    private samplesTarget: WebGLFramebuffer | null = null;
+    private resolved: WebGLFramebuffer | null = null;
+    private picture: WebGLTexture | null = null;
+    private storages: WebGLRenderbuffer[] = [];
+    /** How often programs were compiled, for tests and benchmarks. */
+    compileCount = 0;
+
+    /** @throws Error if there is no WebGL2 */
+    constructor(private readonly canvas: HTMLCanvasElement) {
+        const gl = canvas.getContext('webgl2', { antialias: false, preserveDrawingBuffer: true });
+        if (!gl) throw new Error('This browser does not offer WebGL2, which the picture needs.');
+        this.gl = gl;
+        gl.getExtension('OES_texture_float_linear');
+        this.sky = this.link(screenVertex, skyFragment);
+        this.encode = this.link(screenVertex, encodeFragment);
+        this.nothing = gl.createVertexArray();
+        this.blocks = [gl.createBuffer(), gl.createBuffer()];
+    }
+
+    /** @throws Error with the driver's words if it refuses a program; the last picture stays */
+    setPrograms(programs: Programs): void {
+        const reflection = JSON.parse(programs.reflection) as Reflection;
+        const program = this.link(programs.vertex, programs.fragment);
+        const { gl } = this;
+        ++this.compileCount;
+        if (this.program) gl.deleteProgram(this.program);
+        this.program = program;
+        this.reflection = reflection;
+        const target = reflection.targets.essl;
+        [target?.vertex, target?.fragment].forEach((stage, i) => {
+            const name = stage?.uniformBlock?.name;
+            const index = name ? gl.getUniformBlockIndex(program, name) : gl.INVALID_INDEX;
+            if (index !== gl.INVALID_INDEX) gl.uniformBlockBinding(program, index, i);
+        });
+        gl.useProgram(program);
+        for (const stage of ['vertex', 'fragment'] as const)
+            for (const sampler of reflection.stages[stage].samplers) {
+                const name = target?.[stage].samplers?.[sampler.name]?.name ?? sampler.name;
+                gl.uniform1i(gl.getUniformLocation(program, name), sampler.unit);
+            }
+        this.bindStreams();
+    }
+
+    setParameters(parameters: readonly Parameter[]): void {
+        const modifiers = (list: readonly Parameter[]) =>
+            list.map((p) => `${p.stream} ${p.tag} ${p.values.dataset_modifiers}`).join();
+        const isOther = modifiers(parameters) !== modifiers(this.parameters);
+        this.parameters = parameters;
+        if (isOther) this.bindStreams();
+    }
+
+    setMesh(mesh: Mesh): void {
+        this.mesh = mesh;
+        this.bindStreams();
+    }
+
+    /** The tags of the textures that the programs read. */
+    textureTags(): string[] {
+        const { stages } = this.reflection ?? {};
+        const samplers = [...(stages?.vertex.samplers ?? []), ...(stages?.fragment.samplers ?? [])];
+        return [...new Set(samplers.map((sampler) => sampler.name))];
+    }
+
+    setTexture(tag: string, image: TextureLevels): void {
+        const { gl } = this;
+        const old = this.textures.get(tag);
+        if (old) gl.deleteTexture(old);
+        const texture = gl.createTexture();
+        this.textures.set(tag, texture);
+        gl.bindTexture(gl.TEXTURE_2D, texture);
+        image.levels.forEach(({ width, height, texels }, level) => {
+            const internal = image.isFloat ? gl.RGBA16F : gl.RGBA8;
+            const type = image.isFloat ? gl.FLOAT : gl.UNSIGNED_BYTE;
+            gl.texImage2D(gl.TEXTURE_2D, level, internal, width, height, 0, gl.RGBA, type, texels);
+        });
+        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MAX_LEVEL, image.levels.length - 1);
+        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MIN_FILTER, gl.LINEAR_MIPMAP_LINEAR);
+        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MAG_FILTER, gl.LINEAR);
+    }
+
+    draw(view: View): void {
+        const { gl, mesh } = this;
+        this.fit();
+        gl.bindFramebuffer(gl.FRAMEBUFFER, this.samplesTarget);
+        gl.viewport(0, 0, this.size.width, this.size.height);
+        gl.clearColor(0.18, 0.18, 0.18, 1);
+        gl.clear(gl.COLOR_BUFFER_BIT | gl.DEPTH_BUFFER_BIT);
+        if (mesh) {
+            const camera = placeCamera(mesh, view.orbit, this.size.width / this.size.height);
+            const scene = sceneValues(camera, view.light, view.seconds);
+            if (view.background === 'sky') this.drawSky(scene);
+            if (this.program && this.streams) this.drawMesh(scene);
+        }
+        gl.bindFramebuffer(gl.READ_FRAMEBUFFER, this.samplesTarget);
+        gl.bindFramebuffer(gl.DRAW_FRAMEBUFFER, this.resolved);
+        const { width, height } = this.size;
+        gl.blitFramebuffer(0, 0, width, height, 0, 0, width, height, gl.COLOR_BUFFER_BIT, gl.NEAREST);
+        gl.bindFramebuffer(gl.FRAMEBUFFER, null);
+        gl.disable(gl.DEPTH_TEST);
+        gl.useProgram(this.encode);
+        gl.activeTexture(gl.TEXTURE0);
+        gl.bindTexture(gl.TEXTURE_2D, this.picture);
+        gl.bindVertexArray(this.nothing);
+        gl.drawArrays(gl.TRIANGLES, 0, 3);
+    }
+
+    private drawSky(scene: ReadonlyMap<string, readonly number[]>): void {
+        const { gl } = this;
+        gl.disable(gl.DEPTH_TEST);
+        gl.useProgram(this.sky);
+        gl.uniform3fv(gl.getUniformLocation(this.sky, 'sky'), [...scene.get('skyColour')!]);
+        gl.uniform3fv(gl.getUniformLocation(this.sky, 'ground'), [...scene.get('groundColour')!]);
+        gl.bindVertexArray(this.nothing);
+        gl.drawArrays(gl.TRIANGLES, 0, 3);
+    }
+
+    private drawMesh(scene: ReadonlyMap<string, readonly number[]>): void {
+        const { gl, reflection } = this;
+        gl.enable(gl.DEPTH_TEST);
+        gl.useProgram(this.program);
+        const values = (member: Member) =>
+            member.environment !== undefined ? scene.get(member.environment) : this.numbersOf(member.name);
+        (['vertex', 'fragment'] as const).forEach((name, i) => {
+            const stage = reflection!.stages[name];
+            if (stage.uniformBlock) this.fill(i, stage, values);
+            for (const sampler of stage.samplers) {
+                gl.activeTexture(gl.TEXTURE0 + sampler.unit);
+                gl.bindTexture(gl.TEXTURE_2D, this.textures.get(sampler.name) ?? null);
+            }
+        });
+        gl.bindVertexArray(this.streams);
+        gl.drawElements(gl.TRIANGLES, this.mesh!.indices.length, gl.UNSIGNED_SHORT, 0);
+    }
+
+    private fill(i: number, stage: Stage, values: (member: Member) => readonly number[] | undefined): void {
+        const { gl } = this;
+        gl.bindBufferBase(gl.UNIFORM_BUFFER, i, this.blocks[i]!);
+        gl.bufferData(gl.UNIFORM_BUFFER, fillBlock(stage, values).bytes, gl.DYNAMIC_DRAW);
+    }
+
+    /** The parameter that a stream of the mesh feeds. */
+    private streamParameter(tag: string): Parameter | undefined {
+        return this.parameters.find((p) => p.tag === tag && p.stream !== 'float' && p.stream !== 'texture');
+    }
+
+    private numbersOf(tag: string): number[] | undefined {
+        const parameter = this.parameters.find((p) => p.tag === tag && p.stream === 'float');
+        return parameter && parameterNumbers(parameter);
+    }
+
+    /** Connects the mesh to the inputs of the program. */
+    private bindStreams(): void {
+        const { gl, mesh, reflection } = this;
+        if (!mesh || !reflection) return;
+        if (this.streams) gl.deleteVertexArray(this.streams);
+        for (const buffer of this.buffers) gl.deleteBuffer(buffer);
+        this.buffers = [];
+        this.streams = gl.createVertexArray();
+        gl.bindVertexArray(this.streams);
+        for (const input of reflection.stages.vertex.inputs) {
+            const parameter = input.environment === undefined ? this.streamParameter(input.name) : undefined;
+            const type = parameter?.stream ?? input.environment ?? '';
+            const stream = streamOf(mesh, type);
+            if (!stream) continue;
+            const byDefault = parameter?.stream === 'uv' ? 'oneminus|v' : '';
+            const modifiers = parameter ? (parameter.values.dataset_modifiers ?? byDefault) : '';
+            this.buffers.push(this.upload(gl.ARRAY_BUFFER, applyModifiers(stream, modifiers).values));
+            gl.enableVertexAttribArray(input.location);
+            gl.vertexAttribPointer(input.location, stream.components, gl.FLOAT, false, 0, 0);
+        }
+        this.buffers.push(this.upload(gl.ELEMENT_ARRAY_BUFFER, new Uint16Array(mesh.indices)));
+        gl.bindVertexArray(null);
+    }
+
+    private upload(target: number, data: Float32Array | Uint16Array): WebGLBuffer {
+        const buffer = this.gl.createBuffer();
+        this.gl.bindBuffer(target, buffer);
+        this.gl.bufferData(target, data, this.gl.STATIC_DRAW);
+        return buffer;
+    }
+
+    /** Makes what is drawn into as large as the canvas. */
+    private fit(): void {
+        const { gl, canvas } = this;
+        if (this.size.width === canvas.width && this.size.height === canvas.height) return;
+        this.size = { width: canvas.width, height: canvas.height };
+        const { width, height } = this.size;
+        for (const storage of this.storages) gl.deleteRenderbuffer(storage);
+        gl.deleteTexture(this.picture);
+        gl.deleteFramebuffer(this.samplesTarget);
+        gl.deleteFramebuffer(this.resolved);
+        this.samplesTarget = gl.createFramebuffer();
+        gl.bindFramebuffer(gl.FRAMEBUFFER, this.samplesTarget);
+        this.storages = [
+            [gl.SRGB8_ALPHA8, gl.COLOR_ATTACHMENT0],
+            [gl.DEPTH_COMPONENT24, gl.DEPTH_ATTACHMENT],
+        ].map(([format, attachment]) => {
+            const storage = gl.createRenderbuffer();
+            gl.bindRenderbuffer(gl.RENDERBUFFER, storage);
+            gl.renderbufferStorageMultisample(gl.RENDERBUFFER, samples, format!, width, height);
+            gl.framebufferRenderbuffer(gl.FRAMEBUFFER, attachment!, gl.RENDERBUFFER, storage);
+            return storage;
+        });
+        this.picture = gl.createTexture();
+        gl.activeTexture(gl.TEXTURE0);
+        gl.bindTexture(gl.TEXTURE_2D, this.picture);
+        gl.texStorage2D(gl.TEXTURE_2D, 1, gl.SRGB8_ALPHA8, width, height);
+        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MIN_FILTER, gl.NEAREST);
+        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MAG_FILTER, gl.NEAREST);
+        this.resolved = gl.createFramebuffer();
+        gl.bindFramebuffer(gl.FRAMEBUFFER, this.resolved);
+        gl.framebufferTexture2D(gl.FRAMEBUFFER, gl.COLOR_ATTACHMENT0, gl.TEXTURE_2D, this.picture, 0);
+    }
+
+    private link(vertex: string, fragment: string): WebGLProgram {
+        const { gl } = this;
+        const program = gl.createProgram();
+        for (const [type, text] of [
+            [gl.VERTEX_SHADER, vertex],
+            [gl.FRAGMENT_SHADER, fragment],
+        ] as const) {
+            const shader = gl.createShader(type)!;
+            gl.shaderSource(shader, text);
+            gl.compileShader(shader);
+            gl.attachShader(program, shader);
+            if (!gl.getShaderParameter(shader, gl.COMPILE_STATUS) && !gl.isContextLost())
+                throw new Error(`The graphics driver refuses the program: ${gl.getShaderInfoLog(shader)}`);
+            gl.deleteShader(shader);
+        }
+        gl.linkProgram(program);
+        if (!gl.getProgramParameter(program, gl.LINK_STATUS) && !gl.isContextLost())
+            throw new Error(`The graphics driver refuses the programs: ${gl.getProgramInfoLog(program)}`);
+        return program;
+    }
+}

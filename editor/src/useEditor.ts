@@ -1,0 +1,19 @@
+import { createContext, useContext, useRef, useSyncExternalStore } from 'react';
+import type { Editor, Snapshot } from './model/store.ts';
+
+export const EditorContext = createContext<Editor | null>(null);
+
+export function useEditor(): Editor {
+    return useContext(EditorContext)!;
+}
+
+/** A part of what the page shows; renders again when that part is another value. */
+export function useSnapshot<T>(select: (snapshot: Snapshot) => T): T {
+    const editor = useEditor();
+    const last = useRef<{ snapshot: Snapshot; value: T } | null>(null);
+    return useSyncExternalStore(editor.subscribe, () => {
+        const snapshot = editor.get();
+        if (last.current?.snapshot !== snapshot) last.current = { snapshot, value: select(snapshot) };
+        return last.current.value;
+    });
+}

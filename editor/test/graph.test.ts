@@ -1,0 +1,185 @@
+import assert from 'node:assert/strict';
+import { test } from 'node:test';
+import { fittingPort, partnersOf, whyNot } from '../src/model/connect.ts';
+import { applyChanges, positionOf } from '../src/model/document.ts';
+import { addNode, connect, removeAndRewire, typesFor } from '../src/model/edits.ts';
+import { alongEdge, neighbour } from '../src/model/walk.ts';
+import { portPoint, shapeOf } from '../src/model/shape.ts';
+import { documentOf, node, port, type } from './support.ts';
+
+const uv = node('uv', [], [port('read', 2)]);
+const grey = node('grey', [], [port('read', 1)], [0, 200]);
+const texture = node('texture', [port('in', 2)], [port('colour', 3)], [200, 0]);
+const maths = node('maths', [port('a', 3), port('b', 3)], [port('value', 3)], [400, 0]);
+const end = node('end', [port('colour', 3)], [], [600, 20]);
+const nodes = [uv, grey, texture, maths, end];
+for (const each of nodes) each.record = { ...each.record, type: each.record.id };
+const graph = documentOf(nodes, ['uv.read texture.in', 'texture.colour maths.a', 'maths.value end.colour']);
+const types = [
+    type('uv', [], [['read', 2]]),
+    type('grey', [], [['read', 1]]),
+    type('texture', [['in', 2]], [['colour', 3]]),
+    type('maths', [['a'], ['b']], [['value']]),
+    type('end', [['colour', 3]], []),
+];
+const catalogue = new Map(types.map((each) => [each.type, each]));
+
+test('edges are refused with their reason', () => {
+    const cases: [string, RegExp | ''][] = [
+        ['grey.read maths.b', ''],
+        ['grey.read end.colour', ''], // a scalar widens
+        ['uv.read end.colour', /2 components do not fit an input of 3/],
+        ['uv.read maths.b', ''], // its inputs take any number
+        ['maths.value maths.a', /itself/],
+        ['maths.value texture.in', /circle: texture → maths → texture/],
+        ['gone.read end.colour', /gone/],
+        ['uv.other end.colour', /output to an input/],
+    ];
+    for (const [text, reason] of cases) {
+        const [tail, tailPort, head, headPort] = text.split(/[. ]/) as [string, string, string, string];
+        const words = whyNot(graph, catalogue, { tail, tailPort, head, headPort });
+        if (reason === '') assert.equal(words, '', text);
+        else assert.match(words, reason);
+    }
+});
+
+test('the partners of a port are those that nothing is said against', () => {
+    for (const each of nodes)
+        for (const [side, ports] of [
+            ['output', each.outputs!],
+            ['input', each.inputs!],
+        ] as const)
+            for (const { name, components } of ports) {
+                const found = partnersOf(graph, catalogue, {
+                    node: each.record.id,
+                    port: name,
+                    side,
+                    components,
+                });
+                const keys = new Set(found.map((at) => `${at.node}.${at.port}`));
+                for (const other of nodes)
+                    for (const end of (side === 'output' ? other.inputs : other.outputs)!) {
+                        const here = { id: each.record.id, port: name };
+                        const there = { id: other.record.id, port: end.name };
+                        const [tail, head] = side === 'output' ? [here, there] : [there, here];
+                        const edge = {
+                            tail: tail.id,
+                            tailPort: tail.port,
+                            head: head.id,
+                            headPort: head.port,
+                        };
+                        const isFree = whyNot(graph, catalogue, edge) === '';
+                        assert.equal(keys.has(`${there.id}.${there.port}`), isFree, JSON.stringify(edge));
+                    }
+            }
+});
+
+test('a connected input gives way to another edge', () => {
+    const edge = { tail: 'grey', tailPort: 'read', head: 'texture', headPort: 'in' };
+    const steps = connect(graph, edge);
+    assert.deepEqual(
+        steps.map((step) => step.do),
+        ['removeEdge', 'addEdge'],
+    );
+    assert.deepEqual(connect(graph, { ...edge, tail: 'uv' }), []);
+});
+
+test('a node is added where its placement says', () => {
+    const at = { x: 10.4, y: 20 };
+    const edgesOf = (steps: object[]) =>
+        steps
+            .filter((step) => (step as { do: string }).do !== 'addNode')
+            .map((step) => {
+                const edge = step as {
+                    do: string;
+                    tail: string;
+                    tailPort: string;
+                    head: string;
+                    headPort: string;
+                };
+                return `${edge.do} ${edge.tail}.${edge.tailPort} ${edge.head}.${edge.headPort}`;
+            });
+    const free = addNode(graph, types[3]!, at, { kind: 'free' });
+    assert.equal(free.id, 'maths2');
+    assert.deepEqual(free.steps[0], {
+        do: 'addNode',
+        id: 'maths2',
+        type: 'maths',
+        version: 3,
+        properties: [
+            { name: 'PositionX', kind: 'float', value: '10' },
+            { name: 'PositionY', kind: 'float', value: '20' },
+        ],
+    });
+    const behind = addNode(graph, types[3]!, at, { kind: 'behind', node: 'texture' });
+    assert.deepEqual(edgesOf(behind.steps), ['addEdge texture.colour maths2.a']);
+    const edge = { tail: 'texture', tailPort: 'colour', head: 'maths', headPort: 'a' };
+    assert.deepEqual(edgesOf(addNode(graph, types[3]!, at, { kind: 'into', edge }).steps), [
+        'removeEdge texture.colour maths.a',
+        'addEdge texture.colour maths2.a',
+        'addEdge maths2.value maths.a',
+    ]);
+    const input = { node: 'texture', port: 'in', side: 'input', components: 2 } as const;
+    assert.deepEqual(edgesOf(addNode(graph, types[1]!, at, { kind: 'at', port: input }).steps), [
+        'removeEdge uv.read texture.in',
+        'addEdge grey2.read texture.in',
+    ]);
+});
+
+test('menus offer what fits', () => {
+    const names = (side: 'input' | 'output', components: number) =>
+        typesFor({ kind: 'at', port: { node: 'x', port: 'y', side, components } }, catalogue).map(
+            (t) => t.type,
+        );
+    assert.deepEqual(names('output', 2), ['texture', 'maths']);
+    assert.deepEqual(names('output', 1), ['texture', 'maths', 'end']);
+    assert.deepEqual(names('input', 3), ['grey', 'texture', 'maths']);
+    const ports = type('many', [['one', 1], ['any'], ['three', 3]], []).inputs;
+    assert.equal(fittingPort(ports, 3, 'input')?.name, 'three');
+    assert.equal(fittingPort(ports, 2, 'input')?.name, 'any');
+});
+
+test('deleting with rewiring joins what is left, as far as it converts', () => {
+    const edges = (ids: string[]) =>
+        removeAndRewire(
+            graph,
+            catalogue,
+            ids.map((id) => nodes.find((each) => each.record.id === id)!),
+        ).flatMap((step) =>
+            step.do === 'addEdge' ? [`${step.tail}.${step.tailPort} ${step.head}.${step.headPort}`] : [],
+        );
+    assert.deepEqual(edges(['maths']), ['texture.colour end.colour']);
+    assert.deepEqual(edges(['texture']), ['uv.read maths.a']);
+    assert.deepEqual(edges(['texture', 'maths']), []); // 2 components do not fit 3
+    assert.deepEqual(edges(['uv']), []);
+});
+
+test('changes of the server keep numbers and ids in step', () => {
+    const renamed = { ...uv, record: { ...uv.record, id: 'grey' } };
+    const swapped = { ...grey, record: { ...grey.record, id: 'uv' } };
+    const changes = { nodes: [renamed, swapped], edges: [], goneNodes: [end.number], goneEdges: [] };
+    const next = applyChanges(graph, changes);
+    assert.equal(next.numbers.get('grey'), uv.number);
+    assert.equal(next.numbers.get('uv'), grey.number);
+    assert.equal(next.numbers.get('end'), undefined);
+    assert.equal(graph.numbers.get('uv'), uv.number, 'the old state is still what it was');
+});
+
+test('arrows walk in space, and with edges', () => {
+    assert.equal(neighbour(graph, uv, 'ArrowRight'), texture);
+    assert.equal(neighbour(graph, uv, 'ArrowDown'), grey);
+    assert.equal(neighbour(graph, uv, 'ArrowLeft'), undefined);
+    assert.equal(alongEdge(graph, texture, 'ArrowRight'), maths);
+    assert.equal(alongEdge(graph, texture, 'ArrowLeft'), uv);
+    assert.deepEqual(positionOf(maths), { x: 400, y: 0 });
+});
+
+test('ports stand on the sides of their node, one below the other', () => {
+    const first = portPoint(maths, 'input', 'a');
+    const second = portPoint(maths, 'input', 'b');
+    const out = portPoint(maths, 'output', 'value');
+    assert.equal(first.x, 0);
+    assert.equal(out.x, shapeOf(maths).width);
+    assert.equal(out.y, first.y);
+    assert.ok(second.y > first.y && second.y < shapeOf(maths).height);
+});
