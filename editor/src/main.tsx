@@ -19,6 +19,7 @@ function takeToken(): string | null {
 
 function show(token: string): void {
     const editor = new Editor();
+    Object.assign(window, { moxEditor: editor }); // for tests and benchmarks
     const socket = new WebSocket(`ws://${location.host}/socket`, ['mox-editor-1', token]);
     const connection = new Connection(socket, {
         onNotice: (notice) => editor.notice(notice),

@@ -8,7 +8,7 @@ import {
     type ReactFlowInstance,
 } from '@xyflow/react';
 import { useCallback, useEffect, useMemo, useRef, useState } from 'react';
-import { whyNot } from '../model/connect.ts';
+import { componentsAt, whyNot } from '../model/connect.ts';
 import type { Point } from '../model/document.ts';
 import type { EdgeRecord, NodeState, Problem } from '../model/messages.ts';
 import { portTop, shapeOf, titleOf } from '../model/shape.ts';
@@ -337,8 +337,7 @@ export function Canvas({
         const node = editor.get().document.nodes.get(Number(fromHandle.nodeId));
         if (!node || (toHandle && toHandle !== fromHandle)) return;
         const side = fromHandle.type === 'source' ? 'output' : 'input';
-        const ports = (side === 'output' ? node.outputs : node.inputs) ?? [];
-        const components = ports.find((port) => port.name === fromHandle.id)?.components ?? null;
+        const components = componentsAt(editor.get().catalogue, node, side, fromHandle.id);
         const point = place(event);
         editor.openAddMenu({
             at: { x: event.clientX, y: event.clientY },
@@ -369,7 +368,7 @@ export function Canvas({
             onPointerUp={release}
             onPointerCancel={release}
             onDoubleClick={(event) => {
-                if ((event.target as Element).classList.contains('react-flow__pane'))
+                if ((event.target as Element).closest('.react-flow__node') === null)
                     editor.openAddMenu({
                         at: { x: event.clientX, y: event.clientY },
                         point: place(event),

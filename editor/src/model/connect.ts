@@ -40,6 +40,18 @@ function isFixed(catalogue: Catalogue, node: NodeState, port: string): boolean {
     return lists.some((list) => list?.some((p) => p.name === port && p.components !== undefined));
 }
 
+/** How many components an edge at a port has to have; nothing if the node adapts. */
+export function componentsAt(
+    catalogue: Catalogue,
+    node: NodeState,
+    side: 'input' | 'output',
+    port: string,
+): number | null {
+    if (side === 'input' && !isFixed(catalogue, node, port)) return null;
+    const ports = (side === 'input' ? node.inputs : node.outputs) ?? [];
+    return ports.find((candidate) => candidate.name === port)?.components ?? null;
+}
+
 /** Why an edge cannot be, in words for the artist; nothing if it can. */
 export function whyNot(document: DocumentState, catalogue: Catalogue, edge: EdgeRecord): string {
     const tail = nodeById(document, edge.tail);

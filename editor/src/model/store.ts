@@ -443,7 +443,8 @@ export class Editor {
     layOut(): void {
         const ids = this.selectedNodes().map((node) => node.record.id);
         void this.change({ do: 'layout', ...(ids.length > 1 ? { ids } : {}) }).then((answer) => {
-            if (!answer.error) this.say(ids.length > 1 ? 'The selection is laid out.' : 'All is laid out.');
+            if (answer.error) return;
+            this.say(ids.length > 1 ? 'The selection is laid out.' : 'All is laid out.');
         });
     }
 

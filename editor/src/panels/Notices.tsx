@@ -1,4 +1,11 @@
+import { positionOf, type DocumentState } from '../model/document.ts';
+import type { NodeState } from '../model/messages.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
+
+function hasPlaces(document: DocumentState): boolean {
+    const isElsewhere = (node: NodeState) => positionOf(node).x !== 0 || positionOf(node).y !== 0;
+    return document.nodes.size < 2 || [...document.nodes.values()].some(isElsewhere);
+}
 
 function download(name: string, text: string): void {
     const address = URL.createObjectURL(new Blob([text], { type: 'application/json' }));
@@ -17,6 +24,7 @@ export function Notices() {
     const fileChange = useSnapshot((all) => all.fileChange);
     const file = useSnapshot((all) => all.file);
     const unsaved = useSnapshot((all) => all.unsaved);
+    const isPlaced = useSnapshot((all) => hasPlaces(all.document));
     if (lost) {
         const changes = lost.filter((message) => (message as { do: string }).do === 'apply');
         const steps = changes.flatMap((message) => (message as { steps: object[] }).steps);
@@ -69,6 +77,13 @@ export function Notices() {
                 <button onClick={() => editor.keepMine()}>Keep mine</button>
                 {fileChange.error === '' && <button onClick={() => editor.reload()}>Load the file</button>}
                 <button onClick={() => void editor.save(true)}>Replace the file</button>
+            </div>
+        );
+    if (!isPlaced)
+        return (
+            <div className="notice">
+                <p>The nodes of this file have no places yet, so they lie on one another.</p>
+                <button onClick={() => editor.layOut()}>Lay out</button>
             </div>
         );
     return null;

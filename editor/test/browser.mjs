@@ -1,0 +1,287 @@
+// Proof in a browser: drives Debian's Chromium through the page that `mox edit` serves.
+// Usage: node test/browser.mjs MOX, with MOX the program
+
+import assert from 'node:assert/strict';
+import { execFileSync, spawn } from 'node:child_process';
+import { copyFileSync, mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { after, before, test } from 'node:test';
+import { chromium } from 'playwright-core';
+
+const mox = process.argv[2];
+const examples = new URL('../../examples/', import.meta.url).pathname;
+const emptyMaterial = '<?xml version="1.0" encoding="UTF-8"?>\n<material version="1">\n</material>\n';
+const folder = mkdtempSync(`${tmpdir()}/mox-editor-`);
+const servers = [];
+let browser;
+
+before(async () => {
+    browser = await chromium.launch({
+        executablePath: '/usr/bin/chromium',
+        args: ['--no-sandbox', '--disable-gpu', '--enable-unsafe-swiftshader'],
+    });
+});
+
+after(async () => {
+    await browser.close();
+    for (const server of servers) server.kill('SIGKILL');
+    rmSync(folder, { recursive: true });
+});
+
+/** Starts the editor of a file; gives the process and the address that it prints. */
+async function serve(file) {
+    const server = spawn(mox, ['edit', file], { stdio: ['ignore', 'pipe', 'inherit'] });
+    servers.push(server);
+    const address = await new Promise((resolve, reject) => {
+        let text = '';
+        server.stdout.on('data', (data) => {
+            text += data;
+            const found = /http:\S+/.exec(text);
+            if (found && text.includes('\n')) resolve(found[0]);
+        });
+        server.on('exit', (code) => reject(new Error(`mox edit has ended with ${code}`)));
+    });
+    return { server, address };
+}
+
+/** A page that has loaded the document. Whatever it complains about fails the test. */
+async function open(address) {
+    const context = await browser.newContext({ viewport: { width: 1400, height: 800 } });
+    await context.grantPermissions(['clipboard-read', 'clipboard-write']);
+    const page = await context.newPage();
+    page.setDefaultTimeout(20000);
+    page.complaints = [];
+    page.on('pageerror', (error) => page.complaints.push(error.message));
+    page.on('console', (message) => {
+        if (message.type() === 'error') page.complaints.push(message.text());
+    });
+    await page.goto(address);
+    await page.waitForFunction(() => document.title.includes('.xml'));
+    return page;
+}
+
+let fileCount = 0;
+
+async function prepare(name, text) {
+    const file = `${folder}/${name}_${++fileCount}.xml`;
+    if (text) writeFileSync(file, text);
+    else copyFileSync(`${examples}${name}.xml`, file);
+    const { server, address } = await serve(file);
+    return { file, server, page: await open(address) };
+}
+
+const state = (page) =>
+    page.evaluate(() => {
+        const { document, undo, problems, unsaved } = window.moxEditor.get();
+        const edges = [...document.edges.values()].map(({ record: e }) =>
+            [`${e.tail}.${e.tailPort}`, `${e.head}.${e.headPort}`].join(' '),
+        );
+        const ids = [...document.nodes.values()].map((node) => node.record.id);
+        return { ids: ids.sort(), edges: edges.sort(), undo, problems, unsaved };
+    });
+
+const until = (page, isDone, argument) => page.waitForFunction(isDone, argument);
+const hasNode = (page, id) => until(page, (name) => window.moxEditor.get().document.numbers.has(name), id);
+const card = (page, id) => page.locator(`.card[aria-label$="node ${id}"]`);
+
+async function middle(locator) {
+    const { x, y, width, height } = await locator.boundingBox();
+    return [x + width / 2, y + height / 2];
+}
+
+const port = (page, id, name) => card(page, id).locator(`.react-flow__handle[data-handleid="${name}"]`);
+
+async function drag(page, from, to) {
+    await page.mouse.move(...from);
+    await page.mouse.down();
+    await page.mouse.move((from[0] + to[0]) / 2, (from[1] + to[1]) / 2, { steps: 3 });
+    await page.mouse.move(...to, { steps: 3 });
+    await page.mouse.up();
+}
+
+/** Drags from a port to the empty graph, and takes what the list offers for some letters. */
+async function add(page, id, name, by, letters, newId) {
+    const from = await middle(port(page, id, name));
+    await drag(page, from, [from[0] + by[0], from[1] + by[1]]);
+    await page.locator('.palette input').fill(letters);
+    await page.locator('.palette li').first().click();
+    await hasNode(page, newId);
+}
+
+/** The mean and the spread of the middle of the picture. */
+const picture = (page) =>
+    page.evaluate(async () => {
+        await new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve)));
+        const from = document.querySelector('#surface canvas');
+        const canvas = new OffscreenCanvas(64, 64);
+        const context = canvas.getContext('2d');
+        context.drawImage(from, 96, 96, 64, 64, 0, 0, 64, 64);
+        const { data } = context.getImageData(0, 0, 64, 64);
+        const mean = [0, 1, 2].map((c) => data.filter((_, i) => i % 4 === c).reduce((s, v) => s + v, 0) / 4096);
+        return { mean };
+    });
+
+const tintedEdges = [
+    'constant.read maths.in_value2',
+    'maths.out_value surface.in_colour',
+    'texture.out_colour maths.in_value1',
+    'uvSet.read texture.in_uv',
+];
+
+test('a tinted texture is built from nothing by mouse, undone and done again, and saved', async () => {
+    const { file, page } = await prepare('by_mouse', emptyMaterial);
+    await page.mouse.dblclick(700, 300);
+    await page.locator('.palette input').fill('surf');
+    await page.locator('.palette li', { hasText: /^Surface/ }).first().click();
+    await hasNode(page, 'surface');
+    await add(page, 'surface', 'in_colour', [-140, 0], 'maths', 'maths');
+    await add(page, 'maths', 'in_value1', [-130, -60], 'texture', 'texture');
+    await add(page, 'maths', 'in_value2', [-130, 180], 'constant', 'constant');
+    await add(page, 'texture', 'in_uv', [-60, 120], 'uv set', 'uvSet');
+    await card(page, 'maths').locator('.card-header').click();
+    await page.getByLabel('Function', { exact: true }).selectOption('Addition');
+    await until(page, () => window.moxEditor.get().undo !== '' && window.moxEditor.get().programs !== null);
+    await until(page, () => !window.moxEditor.get().isPictureStale);
+    const built = await state(page);
+    assert.deepEqual(built.edges, tintedEdges);
+    assert.deepEqual(built.problems.filter((problem) => problem.severity === 'error'), []);
+
+    // One step for each action, down to nothing, and up again.
+    let steps = 0;
+    for (; (await state(page)).undo !== ''; ++steps) {
+        const before = await page.evaluate(() => window.moxEditor.get().revision);
+        await page.getByRole('button', { name: 'Undo' }).click();
+        await until(page, (revision) => window.moxEditor.get().revision > revision, before);
+    }
+    assert.equal(steps, 6);
+    assert.deepEqual((await state(page)).ids, []);
+    for (; steps > 0; --steps) {
+        const before = await page.evaluate(() => window.moxEditor.get().revision);
+        await page.keyboard.press('Control+Shift+Z');
+        await until(page, (revision) => window.moxEditor.get().revision > revision, before);
+    }
+    assert.deepEqual((await state(page)).edges, tintedEdges);
+
+    await page.keyboard.press('Control+s');
+    await until(page, () => !window.moxEditor.get().unsaved);
+    const saved = readFileSync(file, 'utf8');
+    execFileSync(mox, ['format', file]);
+    assert.equal(readFileSync(file, 'utf8'), saved, 'a saved document is canonical');
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
+test('the same is built by keyboard alone', async () => {
+    const { page } = await prepare('by_keyboard', emptyMaterial);
+    const keys = async (...names) => {
+        for (const name of names) await page.keyboard.press(name);
+    };
+    const choose = async (letters) => {
+        await page.locator('.palette input').waitFor();
+        await page.keyboard.type(letters);
+        await page.keyboard.press('Enter');
+    };
+    await page.keyboard.press('Tab');
+    await choose('uv set');
+    await hasNode(page, 'uvSet');
+    for (const [letters, id] of [
+        ['texture', 'texture'],
+        ['maths', 'maths'],
+        ['surface', 'surface'],
+    ]) {
+        await until(page, () => window.moxEditor.get().selection.size === 1);
+        await keys('Tab');
+        await choose(letters);
+        await hasNode(page, id);
+    }
+    await keys('Escape', 'Space');
+    await choose('constant');
+    await hasNode(page, 'constant');
+    await until(page, () => window.moxEditor.get().selection.size === 1);
+    await keys('c');
+    await choose('constant');
+    await choose('in2');
+    await until(page, () => window.moxEditor.get().document.edges.size === 4);
+    assert.deepEqual((await state(page)).edges, tintedEdges);
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
+test('a value goes to the picture without compiling; structure does not', async () => {
+    const { page } = await prepare('rim_light');
+    await page.getByRole('button', { name: 'Lay out' }).last().click();
+    await until(page, () => window.moxPicture.renderer.compileCount === 1);
+    const before = await picture(page);
+    await page.evaluate(() => window.moxEditor.selectIds(['base']));
+    const red = page.getByLabel('Default Colour, red');
+    await drag(page, await middle(red), [(await middle(red))[0] + 80, (await middle(red))[1]]);
+    await page.waitForTimeout(1500); // the compilation that proves it
+    const after = await picture(page);
+    assert.ok(after.mean[0] > before.mean[0] + 20, `${before.mean} and ${after.mean}`);
+    assert.equal(await page.evaluate(() => window.moxPicture.renderer.compileCount), 1);
+    await page.keyboard.press('Escape');
+    const changes = await page.evaluate(() => window.moxEditor.get().undo);
+    await page.getByRole('button', { name: 'Undo' }).click();
+    await until(page, (title) => window.moxEditor.get().undo !== title, changes);
+    await page.waitForTimeout(500);
+    const undone = await picture(page);
+    undone.mean.forEach((value, i) => assert.ok(Math.abs(value - before.mean[i]) < 1));
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
+test('two windows show one document', async () => {
+    const file = `${folder}/two.xml`;
+    copyFileSync(`${examples}tinted_texture.xml`, file);
+    const { address } = await serve(file);
+    const [left, right] = [await open(address), await open(address)];
+    await left.evaluate(() => {
+        window.moxEditor.selectIds(['tint']);
+        window.moxEditor.deleteSelected(false);
+    });
+    await until(right, () => !window.moxEditor.get().document.numbers.has('tint'));
+    await right.keyboard.press('Control+z');
+    await until(left, () => window.moxEditor.get().document.numbers.has('tint'));
+    assert.deepEqual(await state(left), await state(right));
+    assert.deepEqual([...left.complaints, ...right.complaints], []);
+    await left.context().close();
+    await right.context().close();
+});
+
+test('a file that changes on disk is shown with its difference', async () => {
+    const { file, page } = await prepare('tinted_texture');
+    writeFileSync(file, readFileSync(file, 'utf8').replace('1 0.9 0.8', '0 0.9 0.8'));
+    const notice = page.getByRole('alert');
+    await notice.waitFor();
+    assert.match(await notice.textContent(), /has changed on disk.*tint/s);
+    await page.getByRole('button', { name: 'Load the file' }).click();
+    await until(page, () => {
+        const { document } = window.moxEditor.get();
+        const node = document.nodes.get(document.numbers.get('tint'));
+        return node.properties.some((property) => property.value.startsWith('0 0.9'));
+    });
+    assert.equal(await page.getByRole('alert').count(), 0);
+    await page.context().close();
+});
+
+test('a server that dies loses nothing that it confirmed', async () => {
+    const { file, server, page } = await prepare('rim_light');
+    await page.evaluate(() => {
+        window.moxEditor.selectIds(['base']);
+        window.moxEditor.deleteSelected(false);
+    });
+    await until(page, () => window.moxEditor.get().unsaved);
+    server.kill('SIGKILL');
+    await page.getByRole('alert').getByText('lost its server').waitFor();
+    await page.evaluate(() => window.moxEditor.selectIds(['rim']));
+    await page.keyboard.press('Delete');
+    assert.ok(!(await page.evaluate(() => window.moxEditor.get().document.numbers.has('base'))));
+    await page.context().close();
+
+    const again = await open((await serve(file)).address);
+    await again.getByRole('button', { name: 'Restore them' }).click();
+    await until(again, () => !window.moxEditor.get().document.numbers.has('base'));
+    await until(again, () => window.moxEditor.get().waiting === null);
+    assert.deepEqual(again.complaints, []);
+    await again.context().close();
+});
