@@ -8,6 +8,8 @@ packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-j
     graphviz fonts-dejavu-core
     libvulkan-dev mesa-vulkan-drivers libglm-dev
     libassimp-dev libopenexr-dev libturbojpeg0-dev)
+# Other packages of Node.js than Debian's bring npm along and do not stand beside Debian's.
+command -v npm >/dev/null || packages+=(nodejs npm)
 case "${1:?build, run, test, full or bench}" in
 build) ;;
 # imagemagick: puts the pictures onto one sheet.
@@ -15,18 +17,13 @@ run) packages+=(imagemagick) ;;
 # locales-all: the tests run under a locale with a decimal comma.
 test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
     clang libclang-rt-dev clang-format valgrind chromium)
-    # Other packages of Node.js than Debian's do not stand beside Debian's.
-    command -v node >/dev/null || packages+=(nodejs)
     ;;
 full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
     clang libclang-rt-dev clang-format clang-tidy abigail-tools debootstrap dpkg-dev pkgconf
     xz-utils valgrind libbenchmark-dev chromium)
-    command -v node >/dev/null || packages+=(nodejs)
     ;;
 bench)
     packages+=(libbenchmark-dev python3 valgrind)
-    # Other packages of Node.js than Debian's bring npm along and do not stand beside Debian's.
-    command -v npm >/dev/null || packages+=(nodejs npm)
     ;;
 *)
     echo "tools/setup.sh: unknown job \"$1\"" >&2

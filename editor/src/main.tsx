@@ -17,16 +17,34 @@ function takeToken(): string | null {
     return sessionStorage.getItem(tokenKey);
 }
 
-function show(token: string): void {
-    const editor = new Editor();
-    Object.assign(window, { moxEditor: editor }); // for tests and benchmarks
+const retryDelay = 3000; // milliseconds
+const mostRetries = 20;
+const serverEnds = 1001;
+
+/** Connects, and again if the connection is lost while the server is still there. */
+function connect(editor: Editor, token: string, retries: number): void {
     const socket = new WebSocket(`ws://${location.host}/socket`, ['mox-editor-1', token]);
     const connection = new Connection(socket, {
         onNotice: (notice) => editor.notice(notice),
-        onClosed: (unanswered) => editor.lose(unanswered),
+        onClosed: (unanswered, code) => {
+            editor.lose(unanswered);
+            if (code !== serverEnds && retries > 0)
+                setTimeout(() => connect(editor, token, retries - 1), retryDelay);
+        },
     });
-    socket.addEventListener('open', () => void editor.open(connection));
-    window.addEventListener('pagehide', () => socket.close(1000));
+    const goodbye = () => socket.close(1000);
+    socket.addEventListener('open', () => {
+        retries = mostRetries;
+        void editor.open(connection);
+    });
+    socket.addEventListener('close', () => window.removeEventListener('pagehide', goodbye));
+    window.addEventListener('pagehide', goodbye);
+}
+
+function show(token: string): void {
+    const editor = new Editor();
+    Object.assign(window, { moxEditor: editor }); // for tests and benchmarks
+    connect(editor, token, mostRetries);
     window.addEventListener('beforeunload', (event) => {
         if (editor.get().unsaved && !editor.get().lost) event.preventDefault();
     });

@@ -30,7 +30,7 @@ after(async () => {
 
 /** Starts the editor of a file; gives the process and the address that it prints. */
 async function serve(file) {
-    const server = spawn(mox, ['edit', file], { stdio: ['ignore', 'pipe', 'inherit'] });
+    const server = spawn(mox, ['edit', '--no-browser', file], { stdio: ['ignore', 'pipe', 'inherit'] });
     servers.push(server);
     const address = await new Promise((resolve, reject) => {
         let text = '';
@@ -117,7 +117,9 @@ const picture = (page) =>
         const context = canvas.getContext('2d');
         context.drawImage(from, 96, 96, 64, 64, 0, 0, 64, 64);
         const { data } = context.getImageData(0, 0, 64, 64);
-        const mean = [0, 1, 2].map((c) => data.filter((_, i) => i % 4 === c).reduce((s, v) => s + v, 0) / 4096);
+        const mean = [0, 1, 2].map(
+            (c) => data.filter((_, i) => i % 4 === c).reduce((s, v) => s + v, 0) / 4096,
+        );
         return { mean };
     });
 
@@ -132,7 +134,10 @@ test('a tinted texture is built from nothing by mouse, undone and done again, an
     const { file, page } = await prepare('by_mouse', emptyMaterial);
     await page.mouse.dblclick(700, 300);
     await page.locator('.palette input').fill('surf');
-    await page.locator('.palette li', { hasText: /^Surface/ }).first().click();
+    await page
+        .locator('.palette li', { hasText: /^Surface/ })
+        .first()
+        .click();
     await hasNode(page, 'surface');
     await add(page, 'surface', 'in_colour', [-140, 0], 'maths', 'maths');
     await add(page, 'maths', 'in_value1', [-130, -60], 'texture', 'texture');
@@ -144,7 +149,10 @@ test('a tinted texture is built from nothing by mouse, undone and done again, an
     await until(page, () => !window.moxEditor.get().isPictureStale);
     const built = await state(page);
     assert.deepEqual(built.edges, tintedEdges);
-    assert.deepEqual(built.problems.filter((problem) => problem.severity === 'error'), []);
+    assert.deepEqual(
+        built.problems.filter((problem) => problem.severity === 'error'),
+        [],
+    );
 
     // One step for each action, down to nothing, and up again.
     let steps = 0;
@@ -226,6 +234,66 @@ test('a value goes to the picture without compiling; structure does not', async 
     await page.waitForTimeout(500);
     const undone = await picture(page);
     undone.mean.forEach((value, i) => assert.ok(Math.abs(value - before.mean[i]) < 1));
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
+test('nodes are copied, cut, pasted and edited together', async () => {
+    const { page } = await prepare('tinted_texture');
+    await page.getByRole('button', { name: 'Lay out' }).last().click();
+    await until(page, () => window.moxEditor.get().undo !== '');
+    const start = await state(page);
+    await page.evaluate(() => {
+        window.moxEditor.selectIds(['paint', 'bumps']);
+        document.getElementById('canvas').focus();
+    });
+    await page.keyboard.press('Control+c');
+    await until(page, () => window.moxEditor.get().message === 'Copied.');
+    await page.keyboard.press('Control+v');
+    await until(page, () => window.moxEditor.get().document.nodes.size === 8);
+    const help = page.getByLabel('Help Url', { exact: true }); // the new nodes are selected
+    await help.fill('https://example.org/');
+    await help.press('Enter');
+    await until(page, () =>
+        window.moxEditor
+            .selectedNodes()
+            .every((node) => node.properties.some(({ value }) => value === 'https://example.org/')),
+    );
+    await page.evaluate(() => document.getElementById('canvas').focus());
+    await page.keyboard.press('Control+x');
+    await until(page, () => window.moxEditor.get().document.nodes.size === 6);
+    await page.keyboard.press('Control+v');
+    await until(page, () => window.moxEditor.get().document.nodes.size === 8);
+    await page.keyboard.press('Control+d');
+    await until(page, () => window.moxEditor.get().document.nodes.size === 10);
+    for (let count = 5; count > 0; --count) {
+        const before = await page.evaluate(() => window.moxEditor.get().revision);
+        await page.keyboard.press('Control+z');
+        await until(page, (revision) => window.moxEditor.get().revision > revision, before);
+    }
+    const end = await state(page);
+    assert.deepEqual([end.ids, end.edges, end.undo], [start.ids, start.edges, start.undo]);
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
+test('lines of programs and nodes find each other', async () => {
+    const { page } = await prepare('tinted_texture');
+    await page.getByRole('button', { name: 'Lay out' }).last().click();
+    await page.getByRole('tab', { name: 'Programs' }).click();
+    await page.locator('.cm-line').nth(3).waitFor();
+    await page.evaluate(() => window.moxEditor.selectIds(['tinted']));
+    const marked = page.locator('.cm-line.marked');
+    await marked.first().waitFor();
+    const words = (await marked.allTextContents()).join('\n');
+    await page.evaluate(() => window.moxEditor.select([]));
+    assert.equal(await marked.count(), 0);
+    await page
+        .locator('.cm-line', { hasText: words.split('\n')[0].trim() })
+        .first()
+        .click();
+    await page.locator('.card.lit').waitFor();
+    assert.match(await page.locator('.card.lit').getAttribute('aria-label'), /node tinted$/);
     assert.deepEqual(page.complaints, []);
     await page.context().close();
 });

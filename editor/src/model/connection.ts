@@ -9,7 +9,7 @@ export interface Reply {
 export interface Listener {
     onNotice(notice: Answer): void;
     /** The server is gone; messages without an answer are lost. */
-    onClosed(unanswered: object[]): void;
+    onClosed(unanswered: object[], code: number): void;
 }
 
 interface Pending {
@@ -29,7 +29,7 @@ export class Connection {
     ) {
         socket.binaryType = 'arraybuffer';
         socket.addEventListener('message', (event) => this.receive(event.data));
-        socket.addEventListener('close', () => this.close());
+        socket.addEventListener('close', (event) => this.close(event.code));
     }
 
     /**
@@ -64,10 +64,11 @@ export class Connection {
         pending?.resolve(bytes ? { answer, bytes } : { answer });
     }
 
-    private close(): void {
+    private close(code: number): void {
         if (!this.isOpen) return;
         this.isOpen = false;
-        this.listener.onClosed([...this.pending.values()].map((entry) => entry.message));
+        const unanswered = [...this.pending.values()].map((entry) => entry.message);
+        this.listener.onClosed(unanswered, code);
     }
 }
 

@@ -165,7 +165,7 @@ export interface Answer {
     programs?: Record<string, Record<string, string>>;
     lineNodes?: { vertex: string[]; fragment: string[] };
     bindings?: string;
-    texture?: { format: 'unorm8' | 'float'; levels: { width: number; height: number }[] };
+    texture?: { format: 'unorm8' | 'half'; levels: { width: number; height: number }[] };
     picture?: { width: number; height: number };
     types?: CatalogueType[];
     saved?: boolean;

@@ -18,8 +18,9 @@ export interface Programs {
 
 /** The levels of a texture, the largest first. */
 export interface TextureLevels {
-    isFloat: boolean;
-    levels: { width: number; height: number; texels: Uint8Array | Float32Array }[];
+    /** Whether texels are 16-bit floats and not bytes. */
+    isHalf: boolean;
+    levels: { width: number; height: number; texels: Uint8Array | Uint16Array }[];
 }
 
 export interface AddMenu {
@@ -120,8 +121,10 @@ export class Editor {
 
     // The server
 
+    /** Begins, or begins again when the connection had been lost. */
     async open(connection: Connection): Promise<void> {
         this.connection = connection;
+        if (this.snapshot.lost) this.set({ lost: null, message: 'The connection is back.' });
         const [catalogue] = await Promise.all([connection.request({ do: 'catalogue' }), this.fetchState()]);
         const types = catalogue.answer.types ?? [];
         this.set({ catalogue: new Map(types.map((type) => [type.type, type])) });
@@ -129,7 +132,10 @@ export class Editor {
     }
 
     lose(unanswered: object[]): void {
-        this.set({ lost: unanswered, message: 'The editor has lost its server.' });
+        this.set({
+            lost: [...(this.snapshot.lost ?? []), ...unanswered],
+            message: 'The editor has lost its server.',
+        });
     }
 
     notice(notice: Answer): void {
@@ -481,16 +487,16 @@ export function describeError(answer: Answer): string {
 
 function levelsOf({ answer, bytes }: Reply): TextureLevels | undefined {
     if (!answer.texture || !bytes) return undefined;
-    const isFloat = answer.texture.format === 'float';
+    const isHalf = answer.texture.format === 'half';
     const channels = 4;
     let from = 0;
     const levels = answer.texture.levels.map(({ width, height }) => {
         const count = channels * width * height;
-        const part = bytes.slice(from, from + (isFloat ? 4 * count : count));
+        const part = bytes.slice(from, from + (isHalf ? 2 * count : count));
         from += part.length;
-        return { width, height, texels: isFloat ? new Float32Array(part.buffer) : part };
+        return { width, height, texels: isHalf ? new Uint16Array(part.buffer) : part };
     });
-    return { isFloat, levels };
+    return { isHalf, levels };
 }
 
 function toImage(reply: Reply): ImageData | undefined {

@@ -73,7 +73,6 @@ export class Renderer {
         const gl = canvas.getContext('webgl2', { antialias: false, preserveDrawingBuffer: true });
         if (!gl) throw new Error('This browser does not offer WebGL2, which the picture needs.');
         this.gl = gl;
-        gl.getExtension('OES_texture_float_linear');
         this.sky = this.link(screenVertex, skyFragment);
         this.encode = this.link(screenVertex, encodeFragment);
         this.nothing = gl.createVertexArray();
@@ -132,8 +131,8 @@ export class Renderer {
         this.textures.set(tag, texture);
         gl.bindTexture(gl.TEXTURE_2D, texture);
         image.levels.forEach(({ width, height, texels }, level) => {
-            const internal = image.isFloat ? gl.RGBA16F : gl.RGBA8;
-            const type = image.isFloat ? gl.FLOAT : gl.UNSIGNED_BYTE;
+            const internal = image.isHalf ? gl.RGBA16F : gl.RGBA8;
+            const type = image.isHalf ? gl.HALF_FLOAT : gl.UNSIGNED_BYTE;
             gl.texImage2D(gl.TEXTURE_2D, level, internal, width, height, 0, gl.RGBA, type, texels);
         });
         gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MAX_LEVEL, image.levels.length - 1);
