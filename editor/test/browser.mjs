@@ -10,6 +10,7 @@ import { chromium } from 'playwright-core';
 
 const mox = process.argv[2];
 const examples = new URL('../../examples/', import.meta.url).pathname;
+const axe = new URL('../node_modules/axe-core/axe.min.js', import.meta.url).pathname;
 const emptyMaterial = '<?xml version="1.0" encoding="UTF-8"?>\n<material version="1">\n</material>\n';
 const folder = mkdtempSync(`${tmpdir()}/mox-editor-`);
 const servers = [];
@@ -295,6 +296,43 @@ test('lines of programs and nodes find each other', async () => {
     await page.locator('.card.lit').waitFor();
     assert.match(await page.locator('.card.lit').getAttribute('aria-label'), /node tinted$/);
     assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
+test('a checker of accessibility finds nothing serious, in light and dark', async () => {
+    const { page } = await prepare('tinted_texture');
+    await page.getByRole('button', { name: 'Lay out' }).last().click();
+    await page.evaluate(() => {
+        window.moxEditor.selectIds(['tint']);
+        window.moxEditor.pin({ node: 'tint', port: 'read' });
+    });
+    await page.evaluate(readFileSync(axe, 'utf8'));
+    const views = [
+        async () => {},
+        () => page.getByRole('tab', { name: 'Programs' }).click(),
+        () => page.getByRole('tab', { name: 'Parameters' }).click(),
+        () => page.getByRole('button', { name: 'Find' }).click(),
+        async () => {
+            await page.keyboard.press('Escape');
+            await page.getByRole('button', { name: 'Add' }).click();
+        },
+        async () => {
+            await page.keyboard.press('Escape');
+            await page.getByRole('button', { name: 'Keys' }).click();
+        },
+    ];
+    const found = new Set();
+    for (const view of views) {
+        await view();
+        for (const colorScheme of ['light', 'dark']) {
+            await page.emulateMedia({ colorScheme });
+            const { violations } = await page.evaluate(() => window.axe.run());
+            for (const { id, impact, nodes } of violations)
+                if (impact === 'serious' || impact === 'critical')
+                    for (const node of nodes) found.add(`${colorScheme} ${id}: ${node.html.slice(0, 200)}`);
+        }
+    }
+    assert.deepEqual([...found], []);
     await page.context().close();
 });
 

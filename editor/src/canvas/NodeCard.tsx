@@ -36,6 +36,7 @@ function PortRow({
                 className={`port shape-${shape} ${port.connected ? 'full' : 'hollow'} ${port.conflict ? 'conflict' : ''}`}
                 style={{ top: portTop(index), ['--port' as string]: typeColour(port.components) }}
                 title={`${port.name}: ${typeName(port)}${port.conflict ? '; the numbers of components do not agree' : ''}`}
+                role="img"
                 aria-label={name}
             />
             <span className={`port-label ${side}`} style={{ top: portTop(index) }}>

@@ -67,6 +67,7 @@ function CodeView({
                 ],
             }),
         });
+        view.current.scrollDOM.tabIndex = 0; // can be scrolled by keyboard
         return () => view.current?.destroy();
     }, [text]);
     useEffect(() => {

@@ -230,7 +230,6 @@ export function Surface() {
                         </button>
                         <button
                             title="Back to the first frame"
-                            aria-label="Back to the first frame"
                             onClick={() => {
                                 setPlaying(false);
                                 if (!live.current) return;
@@ -238,7 +237,7 @@ export function Surface() {
                                 live.current.drawSoon();
                             }}
                         >
-                            0
+                            Start
                         </button>
                     </div>
                 </>
