@@ -65,10 +65,11 @@ class CardCache {
             const pinned = snapshot.pinned?.node === node.record.id ? snapshot.pinned.port : null;
             const isLit = lit.has(node.record.id);
             const text = own.map((problem) => problem.severity + problem.message).join();
-            const parts = [node, place.x, place.y, text, isSelected, pinned, isLit];
+            const thumbnail = snapshot.thumbnails?.get(node.record.id)?.picture ?? null;
+            const parts = [node, place.x, place.y, text, isSelected, pinned, isLit, thumbnail];
             const old = this.cards.get(node.number);
             const isSame = old && parts.every((part, i) => part === old.parts[i]);
-            const data = { node, problems: own, pinned, isLit };
+            const data = { node, problems: own, pinned, isLit, thumbnail };
             next.set(node.number, isSame ? old : { card: makeCard(node, place, isSelected, data), parts });
         }
         this.cards = next;
@@ -246,6 +247,12 @@ export function Canvas({
         () => (isFar ? [] : cache.cardsOf(editor, snapshot, region, lit)),
         [cache, editor, isFar, lit, region, snapshot],
     );
+
+    const ids = cards.map((card) => card.data.node.record.id).join(' ');
+    const hasThumbnails = snapshot.thumbnails !== null;
+    useEffect(() => {
+        if (hasThumbnails) editor.want(ids.split(' '));
+    }, [editor, hasThumbnails, ids]);
 
     const place = (event: { clientX: number; clientY: number }) => {
         const corner = root.current!.getBoundingClientRect();

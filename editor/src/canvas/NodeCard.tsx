@@ -1,11 +1,17 @@
 import { Handle, Position, type Node, type NodeProps } from '@xyflow/react';
-import { memo, type ReactNode } from 'react';
+import { memo, useEffect, useRef, type ReactNode } from 'react';
 import type { NodeState, Port, Problem } from '../model/messages.ts';
 import { portTop, titleOf, typeColour, typeName } from '../model/shape.ts';
 import { useEditor } from '../useEditor.ts';
 
 export type CardNode = Node<
-    { node: NodeState; problems: readonly Problem[]; pinned: string | null; isLit: boolean },
+    {
+        node: NodeState;
+        problems: readonly Problem[];
+        pinned: string | null;
+        isLit: boolean;
+        thumbnail: ImageData | null;
+    },
     'card'
 >;
 
@@ -66,9 +72,23 @@ function PinButton({ node, port, isOn }: { node: string; port: Port; isOn: boole
     );
 }
 
+function Thumbnail({ picture }: { picture: ImageData }) {
+    const canvas = useRef<HTMLCanvasElement>(null);
+    useEffect(() => canvas.current!.getContext('2d')!.putImageData(picture, 0, 0), [picture]);
+    return (
+        <canvas
+            ref={canvas}
+            className="thumbnail"
+            width={picture.width}
+            height={picture.height}
+            aria-hidden="true"
+        />
+    );
+}
+
 /** A node near enough to read. */
 export const NodeCard = memo(function NodeCard({ data, selected }: NodeProps<CardNode>) {
-    const { node, problems, pinned, isLit } = data;
+    const { node, problems, pinned, isLit, thumbnail } = data;
     const errors = problems.filter((problem) => problem.severity === 'error').length;
     const id = node.record.id;
     return (
@@ -81,6 +101,7 @@ export const NodeCard = memo(function NodeCard({ data, selected }: NodeProps<Car
                 className="card-header"
                 style={{ ['--class' as string]: rgb(node.background), color: rgb(node.foreground) }}
             >
+                {thumbnail && <Thumbnail picture={thumbnail} />}
                 <span className="card-title">
                     {node.placeholder ? '? ' : ''}
                     {titleOf(node)}

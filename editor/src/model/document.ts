@@ -82,3 +82,23 @@ export function edgesAt(document: DocumentState, end: 'head' | 'tail'): Map<stri
     }
     return found;
 }
+
+const positions = new Set(['PositionX', 'PositionY']);
+
+/** What of a node can change programs or pictures. */
+function meaningOf(node: NodeState): string {
+    const others = <T extends { name: string }>(list: readonly T[] | undefined) =>
+        list?.filter((property) => !positions.has(property.name));
+    const record = { ...node.record, properties: others(node.record.properties) ?? [] };
+    return JSON.stringify({ ...node, record, properties: others(node.properties) });
+}
+
+/** Whether changes do more than move nodes. */
+export function changesMeaning(document: DocumentState, changes: ChangesJson): boolean {
+    const isOther = (node: NodeState) => {
+        const old = document.nodes.get(node.number);
+        return !old || meaningOf(old) !== meaningOf(node);
+    };
+    const { edges, goneEdges, goneNodes, bindings, nodes } = changes;
+    return edges.length + goneEdges.length + goneNodes.length > 0 || !!bindings || nodes.some(isOther);
+}

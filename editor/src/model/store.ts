@@ -1,5 +1,12 @@
 import type { Connection, Reply } from './connection.ts';
-import { applyChanges, documentFrom, emptyDocument, nodeById, positionOf } from './document.ts';
+import {
+    applyChanges,
+    changesMeaning,
+    documentFrom,
+    emptyDocument,
+    nodeById,
+    positionOf,
+} from './document.ts';
 import type { DocumentState, Point } from './document.ts';
 import type { Catalogue } from './connect.ts';
 import type { Answer, EdgeRecord, NodeState, Problem, Step, Waiting } from './messages.ts';
@@ -31,6 +38,13 @@ export interface AddMenu {
     placement: Placement;
 }
 
+export interface Thumbnail {
+    /** Of the document when it was drawn. */
+    meaning: number;
+    /** Missing if the node cannot be drawn. */
+    picture?: ImageData;
+}
+
 export interface Pinned {
     node: string;
     port: string;
@@ -60,6 +74,8 @@ export interface Snapshot {
     isPictureStale: boolean;
     parameters: readonly Parameter[];
     pinned: Pinned | null;
+    /** Pictures of nodes by their ids; null if they are not to be seen. */
+    thumbnails: ReadonlyMap<string, Thumbnail> | null;
     addMenu: AddMenu | null;
     /** The last thing that happened, for the line at the bottom and for screen readers. */
     message: string;
@@ -84,6 +100,7 @@ const empty: Snapshot = {
     isPictureStale: false,
     parameters: [],
     pinned: null,
+    thumbnails: null,
     addMenu: null,
     message: '',
 };
@@ -99,6 +116,10 @@ export class Editor {
     private snapshot = empty;
     private readonly listeners = new Set<() => void>();
     private connection!: Connection;
+    /** Grows when programs and pictures may be others than before. */
+    private meaning = 0;
+    private wanted: readonly string[] = [];
+    private isDrawing = false;
     private compileTimer: ReturnType<typeof setTimeout> | undefined;
 
     get(): Snapshot {
@@ -141,8 +162,7 @@ export class Editor {
     notice(notice: Answer): void {
         this.takeStatus(notice);
         if (notice.event === 'changed') {
-            this.takeChanges(notice);
-            this.compileSoon(compileDelay);
+            if (this.takeChanges(notice)) this.compileSoon(compileDelay);
         } else if (notice.event === 'replaced') {
             void this.fetchState().then(() => this.compileSoon(0));
         } else if (notice.event === 'file') {
@@ -162,6 +182,7 @@ export class Editor {
         this.takeStatus(answer);
         if (!answer.state) return;
         const file = answer.file ?? this.snapshot.file;
+        ++this.meaning;
         this.set({
             document: documentFrom(answer.state),
             file,
@@ -178,8 +199,11 @@ export class Editor {
         this.set({ revision, unsaved, undo, redo, waiting });
     }
 
-    private takeChanges(answer: Answer): void {
-        if (!answer.changes) return;
+    /** @returns whether programs and pictures may be others now */
+    private takeChanges(answer: Answer): boolean {
+        if (!answer.changes) return false;
+        const hasMeaning = changesMeaning(this.snapshot.document, answer.changes);
+        if (hasMeaning) ++this.meaning;
         const document = applyChanges(this.snapshot.document, answer.changes);
         const selection = new Set([...this.snapshot.selection].filter((n) => document.nodes.has(n)));
         const { selectedEdge } = this.snapshot;
@@ -188,16 +212,17 @@ export class Editor {
             selection,
             selectedEdge: selectedEdge !== null && document.edges.has(selectedEdge) ? selectedEdge : null,
         });
+        return hasMeaning;
     }
 
     /** Sends a message that changes the document. */
     private async change(message: object, compileIn = compileDelay): Promise<Answer> {
         const { answer } = await this.connection.request(message);
         this.takeStatus(answer);
-        this.takeChanges(answer);
+        const hasMeaning = this.takeChanges(answer);
         if (answer.state) this.takeState(answer);
         if (answer.error) this.say(describeError(answer));
-        else this.compileSoon(compileIn);
+        else if (hasMeaning || answer.state) this.compileSoon(compileIn);
         return answer;
     }
 
@@ -232,6 +257,7 @@ export class Editor {
         if (check.answer.problems) this.set({ problems: check.answer.problems });
         else if (check.answer.error) this.say(describeError(check.answer));
         void this.drawPinned();
+        void this.drawThumbnails();
     }
 
     /** Programs in other languages, with the node that each line of Cg comes from. */
@@ -261,6 +287,42 @@ export class Editor {
             this.snapshot.pinned.port === pinned.port
         )
             this.set({ pinned: { ...pinned, picture } });
+    }
+
+    toggleThumbnails(): void {
+        this.set({ thumbnails: this.snapshot.thumbnails ? null : new Map() });
+        void this.drawThumbnails();
+    }
+
+    /** Says which nodes are in view, so that their pictures are drawn and no others. */
+    want(ids: readonly string[]): void {
+        this.wanted = ids;
+        void this.drawThumbnails();
+    }
+
+    /** Draws the pictures that are missing or out of date, one after the other. */
+    private async drawThumbnails(): Promise<void> {
+        if (this.isDrawing) return;
+        this.isDrawing = true;
+        for (let id = this.nextThumbnail(); id !== undefined; id = this.nextThumbnail()) {
+            const { meaning } = this;
+            const message = { do: 'picture', node: id, mesh: 'plane', width: 64, height: 64 };
+            const reply = await this.connection.request(message);
+            if (reply.answer.outOfDate || this.snapshot.lost) break; // a compilation follows
+            const isGood = !reply.answer.problems?.some((problem) => problem.severity === 'error');
+            const picture = isGood ? toImage(reply) : undefined;
+            const thumbnails = new Map(this.snapshot.thumbnails);
+            thumbnails.set(id, { meaning, ...(picture ? { picture } : {}) });
+            if (this.snapshot.thumbnails) this.set({ thumbnails });
+        }
+        this.isDrawing = false;
+    }
+
+    private nextThumbnail(): string | undefined {
+        const { thumbnails, document } = this.snapshot;
+        if (!thumbnails) return undefined;
+        const isMissing = (id: string) => thumbnails.get(id)?.meaning !== this.meaning;
+        return this.wanted.find((id) => isMissing(id) && (nodeById(document, id)?.outputs?.length ?? 0) > 0);
     }
 
     // Selection

@@ -18,6 +18,7 @@ const keys: readonly (readonly [string, string])[] = [
     ['F, A', 'show the selection, show all'],
     ['L', 'lay out the selection, or all'],
     ['P', 'pin the picture of the selected node’s first output'],
+    ['T', 'small pictures on the nodes, on or off'],
     ['Wheel; two fingers', 'zoom; move'],
     ['Middle or right button, or Space and drag', 'move the view'],
     ['?', 'this list'],

@@ -16,6 +16,7 @@ export function TopBar({
     const unsaved = useSnapshot((all) => all.unsaved);
     const undo = useSnapshot((all) => all.undo);
     const redo = useSnapshot((all) => all.redo);
+    const hasThumbnails = useSnapshot((all) => all.thumbnails !== null);
     return (
         <header>
             <h1>
@@ -39,6 +40,13 @@ export function TopBar({
             </button>
             <button title="Lay out the selected nodes, or all" onClick={() => editor.layOut()}>
                 Lay out
+            </button>
+            <button
+                aria-pressed={hasThumbnails}
+                title="Small pictures on the nodes"
+                onClick={() => editor.toggleThumbnails()}
+            >
+                Pictures
             </button>
             <button aria-label="Keys" onClick={onKeys}>
                 ?
