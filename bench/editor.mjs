@@ -1,16 +1,16 @@
 // Measures the editor in Debian's Chromium, without a graphics card. Times are medians in milliseconds.
 // Usage: node bench/editor.mjs MOX; the page's packages must be installed (npm ci in editor/)
 
-import { spawn } from "node:child_process";
-import { mkdtempSync, rmSync, writeFileSync } from "node:fs";
-import { tmpdir } from "node:os";
-import { chromium } from "../editor/node_modules/playwright-core/index.mjs";
+import { spawn } from 'node:child_process';
+import { mkdtempSync, rmSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { chromium } from '../editor/node_modules/playwright-core/index.mjs';
 
 const mox = process.argv[2];
 const folder = mkdtempSync(`${tmpdir()}/mox-editor-bench-`);
 const browser = await chromium.launch({
-    executablePath: "/usr/bin/chromium",
-    args: ["--no-sandbox", "--disable-gpu", "--enable-unsafe-swiftshader"],
+    executablePath: '/usr/bin/chromium',
+    args: ['--no-sandbox', '--disable-gpu', '--enable-unsafe-swiftshader'],
 });
 
 /** Chains of additions, one below the other, that all come together in a surface. */
@@ -18,73 +18,51 @@ function material(count, length) {
     const nodes = [];
     const edges = [];
     const edge = (tail, tailPort, head, headPort) =>
-        edges.push(
-            `<edge tail="${tail}" tailPort="${tailPort}" head="${head}" headPort="${headPort}"/>`,
-        );
-    const node = (id, type, x, y, more = "") =>
+        edges.push(`<edge tail="${tail}" tailPort="${tailPort}" head="${head}" headPort="${headPort}"/>`);
+    const node = (id, type, x, y, more = '') =>
         nodes.push(
             `<node id="${id}" type="${type}" version="0">${more}` +
                 `<property name="PositionX" kind="float" value="${x}"/>` +
                 `<property name="PositionY" kind="float" value="${y}"/></node>`,
         );
-    node(
-        "tint",
-        "CoreConstant",
-        -300,
-        0,
-        '<property name="Name" kind="string" value="tint"/>',
-    );
-    const isAddition =
-        '<property name="Function" kind="enum" value="Addition"/>';
+    node('tint', 'CoreConstant', -300, 0, '<property name="Name" kind="string" value="tint"/>');
+    const isAddition = '<property name="Function" kind="enum" value="Addition"/>';
     for (let i = 0; i < count - 2; ++i) {
-        node(
-            `n${i}`,
-            "CoreMaths",
-            (i % length) * 260,
-            Math.floor(i / length) * 140,
-            isAddition,
-        );
-        if (i % length === 0) edge("tint", "read", `n${i}`, "in_value1");
-        else edge(`n${i - 1}`, "out_value", `n${i}`, "in_value1");
-        if (i >= length)
-            edge(`n${i - length}`, "out_value", `n${i}`, "in_value2");
+        node(`n${i}`, 'CoreMaths', (i % length) * 260, Math.floor(i / length) * 140, isAddition);
+        if (i % length === 0) edge('tint', 'read', `n${i}`, 'in_value1');
+        else edge(`n${i - 1}`, 'out_value', `n${i}`, 'in_value1');
+        if (i >= length) edge(`n${i - length}`, 'out_value', `n${i}`, 'in_value2');
     }
-    node("surface", "Surface", length * 260, 0);
-    edge(`n${count - 3}`, "out_value", "surface", "in_colour");
-    const lists = `<nodes>${nodes.join("")}</nodes><edges>${edges.join("")}</edges>`;
+    node('surface', 'Surface', length * 260, 0);
+    edge(`n${count - 3}`, 'out_value', 'surface', 'in_colour');
+    const lists = `<nodes>${nodes.join('')}</nodes><edges>${edges.join('')}</edges>`;
     return `<?xml version="1.0" encoding="UTF-8"?>\n<material version="1">${lists}</material>\n`;
 }
 
 async function withPage(count, work) {
     const file = `${folder}/of_${count}.xml`;
     writeFileSync(file, material(count, Math.ceil(Math.sqrt(count))));
-    const server = spawn(mox, ["edit", "--no-browser", file], {
-        stdio: ["ignore", "pipe", "inherit"],
+    const server = spawn(mox, ['edit', '--no-browser', file], {
+        stdio: ['ignore', 'pipe', 'inherit'],
     });
     const address = await new Promise((resolve) => {
-        server.stdout.on("data", (data) =>
-            resolve(/http:\S+/.exec(String(data))[0]),
-        );
+        server.stdout.on('data', (data) => resolve(/http:\S+/.exec(String(data))[0]));
     });
     const page = await browser.newPage({
         viewport: { width: 1600, height: 900 },
     });
     page.setDefaultTimeout(120000);
     await page.goto(address);
-    await page.waitForFunction(
-        () => performance.getEntriesByName("graph-shown").length > 0,
-    );
-    const shown = await page.evaluate(
-        () => performance.getEntriesByName("graph-shown")[0].startTime,
-    );
+    await page.waitForFunction(() => performance.getEntriesByName('graph-shown').length > 0);
+    const shown = await page.evaluate(() => performance.getEntriesByName('graph-shown')[0].startTime);
     await page.evaluate(() => {
         const frame = () => new Promise(requestAnimationFrame);
-        const canvas = document.getElementById("canvas");
+        const canvas = document.getElementById('canvas');
         window.bench = {
             median: (times) => times.sort((a, b) => a - b)[times.length >> 1],
             wheel: (x, y, isZoom) =>
                 canvas.dispatchEvent(
-                    new WheelEvent("wheel", {
+                    new WheelEvent('wheel', {
                         deltaX: x,
                         deltaY: y,
                         ctrlKey: isZoom,
@@ -119,38 +97,29 @@ async function withPage(count, work) {
 }
 
 const pan = (page) =>
-    page.evaluate(() =>
-        window.bench.frames(40, (i) => window.bench.wheel(i % 2 ? 9 : -7, 5)),
-    );
+    page.evaluate(() => window.bench.frames(40, (i) => window.bench.wheel(i % 2 ? 9 : -7, 5)));
 
 async function view(page) {
     const far = await pan(page);
     await page.evaluate(() => {
-        window.moxEditor.selectIds([
-            [...window.moxEditor.get().document.numbers.keys()][30],
-        ]);
-        document.getElementById("canvas").focus();
+        window.moxEditor.selectIds([[...window.moxEditor.get().document.numbers.keys()][30]]);
+        document.getElementById('canvas').focus();
     });
-    await page.keyboard.press("f"); // to zoom 1
-    await page.locator(".card").first().waitFor();
+    await page.keyboard.press('f'); // to zoom 1
+    await page.locator('.card').first().waitFor();
     const near = await pan(page);
     const drag = await page.evaluate(() => {
         const editor = window.moxEditor;
         const node = editor.selectedNodes()[0];
         const from = editor.placeOf(node);
-        const step = (i) =>
-            editor.drag(
-                new Map([[node.number, { x: from.x + i, y: from.y + i }]]),
-            );
+        const step = (i) => editor.drag(new Map([[node.number, { x: from.x + i, y: from.y + i }]]));
         return window.bench.frames(40, step);
     });
     return { far, near, drag };
 }
 
 async function edit(page) {
-    await page.waitForFunction(
-        () => window.moxPicture?.renderer.compileCount > 0,
-    );
+    await page.waitForFunction(() => window.moxPicture?.renderer.compileCount > 0);
     return page.evaluate(async () => {
         const editor = window.moxEditor;
         const { renderer } = window.moxPicture;
@@ -159,15 +128,13 @@ async function edit(page) {
             const count = renderer.compileCount;
             editor.setProperties([
                 {
-                    node: "n5",
-                    name: "Function",
-                    kind: "enum",
-                    value: i % 2 ? "Addition" : "Multiply",
+                    node: 'n0',
+                    name: 'Function',
+                    kind: 'enum',
+                    value: i % 2 ? 'Addition' : 'Multiply',
                 },
             ]);
-            structure.push(
-                await window.bench.until(() => renderer.compileCount > count),
-            );
+            structure.push(await window.bench.until(() => renderer.compileCount > count));
         }
         const count = renderer.compileCount;
         const value = await window.bench.frames(30, (i) => {
@@ -175,18 +142,16 @@ async function edit(page) {
             editor.setProperties(
                 [
                     {
-                        node: "tint",
-                        name: "Default Colour",
-                        kind: "colour",
+                        node: 'tint',
+                        name: 'Default Colour',
+                        kind: 'colour',
                         value: text,
                     },
                 ],
-                "bench",
+                'bench',
             );
         });
-        const frame = await window.bench.frames(30, () =>
-            window.moxPicture.drawSoon(),
-        );
+        const frame = await window.bench.frames(30, () => window.moxPicture.drawSoon());
         await new Promise((resolve) => setTimeout(resolve, 1500));
         return {
             structure: window.bench.median(structure),
@@ -198,14 +163,8 @@ async function edit(page) {
 }
 
 const round = (result) =>
-    Object.fromEntries(
-        Object.entries(result).map(([name, value]) => [
-            name,
-            Math.round(10 * value) / 10,
-        ]),
-    );
-console.log("30 nodes", round(await withPage(30, edit)));
-for (const count of [500, 2000, 10000])
-    console.log(`${count} nodes`, round(await withPage(count, view)));
+    Object.fromEntries(Object.entries(result).map(([name, value]) => [name, Math.round(10 * value) / 10]));
+console.log('30 nodes', round(await withPage(30, edit)));
+for (const count of [500, 2000, 10000]) console.log(`${count} nodes`, round(await withPage(count, view)));
 await browser.close();
 rmSync(folder, { recursive: true });

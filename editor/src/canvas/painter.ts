@@ -145,15 +145,35 @@ let lastScene: Scene | undefined;
 
 function sceneOf(editor: Editor): Scene {
     const snapshot = editor.get();
-    const old = lastScene?.snapshot;
-    if (lastScene && old?.document === snapshot.document && old.moves === snapshot.moves) return lastScene;
+    const old = lastScene;
+    if (old?.snapshot.document !== snapshot.document) lastScene = makeScene(editor, snapshot);
+    else if (old.snapshot.moves !== snapshot.moves) lastScene = moveScene(editor, snapshot, old);
+    return lastScene!;
+}
+
+function makeScene(editor: Editor, snapshot: Snapshot): Scene {
     const boxes = [...snapshot.document.nodes.values()].map((node) => ({ node, box: boxOf(editor, node) }));
     const curves = [...snapshot.document.edges.values()].flatMap((edge) => {
         const curve = curveOf(editor, snapshot, edge);
         return curve ? [{ curve, box: boxOfCurve(curve), edge }] : [];
     });
-    lastScene = { snapshot, curves, boxes };
-    return lastScene;
+    return { snapshot, curves, boxes };
+}
+
+/** Makes again what hangs on the nodes that are being dragged; the rest stays. */
+function moveScene(editor: Editor, snapshot: Snapshot, old: Scene): Scene {
+    const moved = new Set([...snapshot.moves.keys(), ...old.snapshot.moves.keys()]);
+    const ids = new Set([...moved].map((number) => snapshot.document.nodes.get(number)?.record.id));
+    const boxes = old.boxes.map((entry) =>
+        moved.has(entry.node.number) ? { ...entry, box: boxOf(editor, entry.node) } : entry,
+    );
+    const curves = old.curves.map((entry) => {
+        const { tail, head } = entry.edge.record;
+        if (!ids.has(tail) && !ids.has(head)) return entry;
+        const curve = curveOf(editor, snapshot, entry.edge)!;
+        return { ...entry, curve, box: boxOfCurve(curve) };
+    });
+    return { snapshot, curves, boxes };
 }
 
 const pathLength = 32; // edges; longer paths are slow to fill without a graphics card

@@ -146,7 +146,9 @@ export class Editor {
     async open(connection: Connection): Promise<void> {
         this.connection = connection;
         if (this.snapshot.lost) this.set({ lost: null, message: 'The connection is back.' });
-        const [catalogue] = await Promise.all([connection.request({ do: 'catalogue' }), this.fetchState()]);
+        const state = this.fetchState();
+        const catalogue = await connection.request({ do: 'catalogue' });
+        await state;
         const types = catalogue.answer.types ?? [];
         this.set({ catalogue: new Map(types.map((type) => [type.type, type])) });
         this.compileSoon(0);
