@@ -44,7 +44,8 @@ std::map<std::string, std::shared_ptr<const Host::ProgramFormat>> MakeAllFormats
 {
     std::map<std::string, std::shared_ptr<const Host::ProgramFormat>> made;
     for (const std::string& word : TargetWords())
-        made.emplace(word, std::move(MakeFormats({word}).front()));
+        made.emplace(word,
+                     std::move(MakeFormats({word}, Languages::Precision::Full, false).front()));
     return made;
 }
 
@@ -58,7 +59,7 @@ int Serve(const EditOptions& options, const CommonOptions& common)
     services.Plugins = &plugins;
     services.Environment = &environment;
     services.Formats = MakeAllFormats();
-    services.Proof = MakeCompileCheck();
+    services.Proof = MakeTargetCheck();
 #ifdef MOX_HAS_PREVIEW
     services.Pictures = std::make_shared<EditorPainter>(plugins, environment, options.Textures);
 #endif
