@@ -24,7 +24,8 @@ struct StageProgram
 {
     std::string Text;
     std::vector<LineOrigin> Lines; ///< one for each line of Text
-    std::size_t MainBegin = 0;     ///< place in Text where the entry point begins, its last part
+    /// Place in Text where the entry point begins, its last part; none if all of it is to be read.
+    std::size_t MainBegin = std::string::npos;
 };
 
 /// A pair of Cg programs for one material, with the plan that they were written from.
