@@ -18,8 +18,8 @@ std::string ReplaceAll(std::string text, std::string_view word, const std::strin
 
 void AddProperties(const NodeConditions& conditions, std::set<std::string>& names)
 {
-    for (const NodeCondition& condition : conditions)
-        names.insert(condition.Property);
+    for (const Condition& condition : conditions)
+        names.insert(condition.Name);
 }
 
 template <class Part>
@@ -61,10 +61,9 @@ const NodeProperty* NodeFile::FindProperty(std::string_view name) const
 
 bool Holds(const NodeConditions& conditions, const NodeSettings& settings)
 {
-    return std::all_of(conditions.begin(), conditions.end(), [&](const NodeCondition& condition) {
+    return std::all_of(conditions.begin(), conditions.end(), [&](const Condition& condition) {
         const auto& values = condition.Values;
-        return std::find(values.begin(), values.end(), settings.at(condition.Property)) !=
-               values.end();
+        return std::find(values.begin(), values.end(), settings.at(condition.Name)) != values.end();
     });
 }
 

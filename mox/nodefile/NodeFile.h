@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mox/authoring/GuiPropertyBag.h"
+#include "mox/host/Condition.h"
 #include "mox/shader/ShaderNode.h"
 
 #include <cstdint>
@@ -16,15 +17,8 @@ namespace Mox::Host {
 /// The values of the properties that decide which parts of a node there are, as text, by name.
 using NodeSettings = std::map<std::string, std::string>;
 
-/// A property that must have one of these values.
-struct NodeCondition
-{
-    std::string Property;
-    std::vector<std::string> Values;
-};
-
-/// All of them must hold; without any, the part is always there.
-using NodeConditions = std::vector<NodeCondition>;
+/// Properties that must have one of some values; without any, the part is always there.
+using NodeConditions = Conditions;
 
 struct NodeChoice
 {

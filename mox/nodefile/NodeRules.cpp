@@ -94,11 +94,11 @@ private:
 
     void CheckCondition(const NodeConditions& conditions, int line) const
     {
-        for (const NodeCondition& condition : conditions) {
-            const NodeProperty* property = _file.FindProperty(condition.Property);
+        for (const Condition& condition : conditions) {
+            const NodeProperty* property = _file.FindProperty(condition.Name);
             if (!property || (property->Kind != GuiPropertyKind::Enum &&
                               property->Kind != GuiPropertyKind::Bool)) {
-                Fail(line, Compose("a condition reads ", Excerpt(condition.Property),
+                Fail(line, Compose("a condition reads ", Excerpt(condition.Name),
                                    ", which is not an enum or bool property"));
             }
             for (const std::string& value : condition.Values) {

@@ -14,45 +14,16 @@ using Materials::Compose;
 
 constexpr std::string_view spaces = " \t\r\n";
 
-std::string_view Trim(std::string_view text)
-{
-    text.remove_prefix(std::min(text.find_first_not_of(spaces), text.size()));
-    return text.substr(0, text.find_last_not_of(spaces) + 1);
-}
-
-/// The parts between separators, trimmed.
-std::vector<std::string_view> Split(std::string_view text, char separator)
-{
-    std::vector<std::string_view> parts;
-    while (true) {
-        const std::size_t end = text.find(separator);
-        parts.push_back(Trim(text.substr(0, end)));
-        if (end == std::string_view::npos)
-            return parts;
-        text.remove_prefix(end + 1);
-    }
-}
-
 } // namespace
 
 NodeConditions ParseNodeConditions(std::string_view text, const Place& where)
 {
-    NodeConditions conditions;
-    if (Trim(text).empty())
-        return conditions;
-    for (const std::string_view part : Split(text, ';')) {
-        const std::size_t equals = part.find('=');
-        NodeCondition condition;
-        condition.Property = Trim(part.substr(0, equals));
-        if (equals != std::string_view::npos) {
-            for (const std::string_view value : Split(part.substr(equals + 1), ','))
-                condition.Values.emplace_back(value);
-        }
-        if (condition.Property.empty() || condition.Values.empty()) {
-            throw HostError(where, Compose("the condition ", Excerpt(part),
+    NodeConditions conditions = ParseConditions(text);
+    for (const Condition& condition : conditions) {
+        if (condition.Name.empty() || condition.Values.empty()) {
+            throw HostError(where, Compose("the condition ", Excerpt(text),
                                            " is not of the form \"Property=value, value\""));
         }
-        conditions.push_back(std::move(condition));
     }
     return conditions;
 }
@@ -128,7 +99,7 @@ std::string TakeLines(std::string_view text, std::string_view indentation)
 std::string TakeWords(std::string_view text)
 {
     std::string words;
-    for (std::string_view rest = Trim(text); !rest.empty(); rest = Trim(rest)) {
+    for (std::string_view rest = TrimSpaces(text); !rest.empty(); rest = TrimSpaces(rest)) {
         const std::size_t end = std::min(rest.find_first_of(spaces), rest.size());
         words += Compose(words.empty() ? "" : " ", rest.substr(0, end));
         rest.remove_prefix(end);

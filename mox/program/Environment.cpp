@@ -1,6 +1,7 @@
 #include "mox/program/Environment.h"
 
 #include "mox/Text.h"
+#include "mox/document/MaterialRules.h"
 #include "mox/host/File.h"
 #include "mox/host/HostError.h"
 #include "mox/host/LibraryFolder.h"
@@ -81,7 +82,9 @@ private:
         entry.Name = Attribute(element, "name");
         entry.Type = TypeOf(element);
         entry.Line = element.Where.Line;
-        entry.When = OptionalAttribute(element, "when");
+        entry.When = ParseConditions(OptionalAttribute(element, "when"));
+        for (const Condition& condition : entry.When)
+            CheckCondition(element, condition);
         const std::string level = OptionalAttribute(element, "level");
         if (level == "vertex")
             entry.Level = ShaderLevel::Vertex;
@@ -100,6 +103,24 @@ private:
         if (entry.Body.empty() && entry.Inputs.size() != 1)
             throw HostError(element.Where, "without a <body> there must be exactly one <in>");
         return entry;
+    }
+
+    static void CheckCondition(const XmlTree& element, const Condition& condition)
+    {
+        if (condition.Name.empty())
+            throw HostError(element.Where, "a condition is empty");
+        for (const std::string& value : condition.Values)
+            CheckState(element, condition.Name, value);
+    }
+
+    /// Whether the render state may have a value, so that what is misspelt is no condition that
+    /// never holds.
+    static void CheckState(const XmlTree& element, const std::string& name,
+                           const std::string& value)
+    {
+        const XmlAttribute attribute{name, value};
+        for (const AttributeProblem& problem : RenderStateRule.Check({&attribute, 1}))
+            throw HostError(element.Where, Compose("render state: ", problem.Message));
     }
 
     static std::string ReadBody(const XmlTree& element)
@@ -133,16 +154,21 @@ private:
         const std::string stream = OptionalAttribute(element, "stream");
         const std::string uniform = OptionalAttribute(element, "uniform");
         const std::string value = OptionalAttribute(element, "value");
-        if (stream.empty() + uniform.empty() + value.empty() != 2) {
-            throw HostError(element.Where,
-                            "exactly one of \"stream\", \"uniform\" and \"value\" must be there");
+        const std::string state = OptionalAttribute(element, "state");
+        if (stream.empty() + uniform.empty() + value.empty() + state.empty() != 3) {
+            throw HostError(element.Where, "exactly one of \"stream\", \"uniform\", \"value\" and "
+                                           "\"state\" must be there");
         }
         if (!stream.empty())
             input.Source = EnvironmentSource::Stream;
         else if (!uniform.empty())
             input.Source = EnvironmentSource::Uniform;
-        input.SourceName = stream + uniform + value;
-        if (value.empty())
+        else if (!state.empty())
+            input.Source = EnvironmentSource::State;
+        input.SourceName = stream + uniform + value + state;
+        if (!state.empty())
+            CheckState(element, state, input.Default);
+        else if (value.empty())
             RequireCgName(element, input.SourceName);
         return input;
     }

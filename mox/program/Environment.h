@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mox/host/Condition.h"
 #include "mox/shader/ShaderFunction.h"
 #include "mox/shader/ShaderRegister.h"
 #include "mox/shader/ShaderType.h"
@@ -17,6 +18,7 @@ enum class EnvironmentSource
     Stream,  ///< an input for each vertex
     Uniform, ///< a run-time constant
     Value,   ///< a value that the material writes or the environment supplies
+    State,   ///< an attribute of the material's render state, as a constant
 };
 
 struct EnvironmentInput
@@ -25,7 +27,7 @@ struct EnvironmentInput
     ShaderType Type;
     EnvironmentSource Source;
     std::string SourceName;
-    std::string Default; ///< Cg expression for a value that nobody writes, or nothing
+    std::string Default; ///< Cg expression for a value or state that is missing, or nothing
 };
 
 /// One value or output, with the function that computes it.
@@ -34,7 +36,9 @@ struct EnvironmentEntry
     std::string Name; ///< of the value that it supplies, or of the output parameter
     ShaderType Type = ShaderType(ComponentType::Unknown, 1, 1, 1);
     ShaderLevel Level = ShaderLevel::Automatic;
-    std::string When; ///< counts only if the material writes this value, or always if empty
+    /// All must hold. One with values is an attribute of the material's render state, and any other
+    /// a value that the material writes.
+    Conditions When;
     std::vector<EnvironmentInput> Inputs;
     std::string Body;                       ///< empty if the value is its only input
     std::optional<ShaderRegister> Register; ///< of an output

@@ -5,6 +5,7 @@
 #include "mox/shader/ShaderFunctionBuilder.h"
 #include "mox/shader/ShaderGraphGenerator.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <tuple>
@@ -40,9 +41,12 @@ ShaderNodeHandle InsertInterfaceNode(const EnvironmentEntry& value, ShaderGraph&
 class Completion
 {
 public:
-    Completion(const Environment& environment, ShaderGraph& graph)
+    Completion(const Environment& environment, const std::vector<DocumentValue>& state,
+               ShaderGraph& graph)
         : _environment(environment), _graph(graph), _generator(graph)
     {
+        for (const DocumentValue& value : state)
+            _state[value.Name] = value.Value;
         for (const auto& [key, node] : graph.InterfaceNodes) {
             if (!node->InEdges.empty() && key.second == environmentFlags)
                 _written.insert(key.first);
@@ -62,7 +66,7 @@ public:
             if (node->Kind != ShaderNodeKind::InterfaceParameter || !node->InEdges.empty())
                 continue;
             for (const EnvironmentEntry& value : _environment.Values) {
-                if (value.Name == node->Name && Holds(value) && !IsReadBy(value.When, value.Name)) {
+                if (value.Name == node->Name && Holds(value) && !IsReadByWhatItNeeds(value)) {
                     Feed(value, node);
                     break;
                 }
@@ -73,15 +77,28 @@ public:
 private:
     bool Holds(const EnvironmentEntry& entry) const
     {
-        return entry.When.empty() || _written.contains(entry.When);
+        return std::all_of(entry.When.begin(), entry.When.end(), [&](const Condition& condition) {
+            const auto& values = condition.Values;
+            if (values.empty())
+                return _written.contains(condition.Name);
+            const auto state = _state.find(condition.Name);
+            return state != _state.end() &&
+                   std::find(values.begin(), values.end(), state->second) != values.end();
+        });
     }
 
-    /// Whether what the material writes under a name is computed from a value of the environment,
-    /// so that the value cannot be computed from what is written.
+    /// Whether a value of the environment depends on the condition that the material writes
+    /// something, and the material computes that from the value, so that the value cannot be
+    /// computed from it.
+    bool IsReadByWhatItNeeds(const EnvironmentEntry& value)
+    {
+        return std::any_of(value.When.begin(), value.When.end(), [&](const Condition& condition) {
+            return condition.Values.empty() && IsReadBy(condition.Name, value.Name);
+        });
+    }
+
     bool IsReadBy(const std::string& written, const std::string& value)
     {
-        if (written.empty())
-            return false;
         const auto known = _reads.find(written);
         const std::set<std::string>& names =
             known == _reads.end() ? _reads.emplace(written, FindReads(written)).first->second
@@ -148,12 +165,15 @@ private:
             std::vector<std::pair<ShaderNodeHandle, const EnvironmentInput*>> sources;
             ShaderFunctionBuilder builder;
             for (const EnvironmentInput& input : entry.Inputs) {
-                if (const ShaderNodeHandle source = FindSource(input)) {
+                if (input.Source == EnvironmentSource::State) {
+                    const auto state = _state.find(input.SourceName);
+                    AppendLocal(input, state == _state.end() ? input.Default : state->second,
+                                builder);
+                } else if (const ShaderNodeHandle source = FindSource(input)) {
                     builder.AddInput(input.Type, input.Name);
                     sources.emplace_back(source, &input);
                 } else if (!input.Default.empty()) {
-                    builder.AppendCode(Compose("\t", input.Type.FormatDeclaration(input.Name),
-                                               " = ", input.Default, ";\n"));
+                    AppendLocal(input, input.Default, builder);
                 } else {
                     throw HostError(where, MissingValue(input));
                 }
@@ -168,6 +188,13 @@ private:
         });
     }
 
+    static void AppendLocal(const EnvironmentInput& input, const std::string& expression,
+                            ShaderFunctionBuilder& builder)
+    {
+        builder.AppendCode(
+            Compose("\t", input.Type.FormatDeclaration(input.Name), " = ", expression, ";\n"));
+    }
+
     static std::string MissingValue(const EnvironmentInput& input)
     {
         return Compose("nobody writes the value \"", input.SourceName, "\", and input \"",
@@ -179,12 +206,21 @@ private:
     {
         if (input.Source != EnvironmentSource::Value)
             return FindParameter(input);
-        const EnvironmentEntry* value = FindValue(_environment, input.SourceName);
+        const EnvironmentEntry* value = FindHolding(input.SourceName);
         if (!value && !_written.contains(input.SourceName))
             return {};
         if (_graph.HasInterfaceNode(input.SourceName, environmentFlags))
             return Enter(_graph.FindInterfaceNode(input.SourceName, environmentFlags));
         return value ? Enter(InsertInterfaceNode(*value, _graph)) : ShaderNodeHandle();
+    }
+
+    const EnvironmentEntry* FindHolding(const std::string& name) const
+    {
+        const auto& values = _environment.Values;
+        const auto value = std::find_if(values.begin(), values.end(), [&](const auto& candidate) {
+            return candidate.Name == name && Holds(candidate);
+        });
+        return value == values.end() ? nullptr : &*value;
     }
 
     ShaderNodeHandle FindParameter(const EnvironmentInput& input)
@@ -209,6 +245,7 @@ private:
     const Environment& _environment;
     ShaderGraph& _graph;
     ShaderGraphGenerator _generator;
+    std::map<std::string, std::string> _state;           ///< the material's render state
     std::set<std::string> _written;                      ///< values that the material writes
     std::map<std::string, std::set<std::string>> _reads; ///< by written value, see FindReads
     std::map<std::tuple<EnvironmentSource, std::string, std::string>, ShaderNodeHandle> _parameters;
@@ -227,9 +264,10 @@ ShaderNodeHandle EnvironmentProvider::ProvideInterfaceNode(const std::string& na
                                               : ShaderNodeHandle();
 }
 
-void CompleteShaderGraph(const Environment& environment, ShaderGraph& graph)
+void CompleteShaderGraph(const Environment& environment, const std::vector<DocumentValue>& state,
+                         ShaderGraph& graph)
 {
-    Completion(environment, graph).Complete();
+    Completion(environment, state, graph).Complete();
 }
 
 } // namespace Mox::Host

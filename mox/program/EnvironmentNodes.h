@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mox/document/MaterialDocument.h"
 #include "mox/program/Environment.h"
 #include "mox/shader/InterfaceNodeProvider.h"
 #include "mox/shader/ShaderGraph.h"
@@ -23,7 +24,9 @@ private:
 
 /// Feeds every value of the environment that the graph asks for, and adds the outputs, which take
 /// what the material writes.
+/// @param state the material's render state, which conditions read
 /// @throws HostError with file and line of the environment if an entry needs what nobody supplies
-void CompleteShaderGraph(const Environment& environment, ShaderGraph& graph);
+void CompleteShaderGraph(const Environment& environment, const std::vector<DocumentValue>& state,
+                         ShaderGraph& graph);
 
 } // namespace Mox::Host

@@ -70,7 +70,7 @@ void CompleteShader(const MaterialGraph& graph, const Environment& environment,
     shader.Graph.Providers.push_back(boost::make_shared<EnvironmentProvider>(environment));
     GenerateShaderGraph(graph, shader, problems);
     try {
-        CompleteShaderGraph(environment, shader.Graph);
+        CompleteShaderGraph(environment, graph.Document().RenderState, shader.Graph);
     } catch (const HostError& error) {
         problems.Fail("environment", error);
     }
