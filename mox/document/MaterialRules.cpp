@@ -2,6 +2,7 @@
 
 #include "mox/bindings/DocumentKeys.h"
 #include "mox/document/PropertyText.h"
+#include "mox/document/SamplerState.h"
 
 #include <algorithm>
 
@@ -167,9 +168,16 @@ constexpr AttributeRule floatAttributes[] = {
     Optional(BindingKeys::Default, numberList),
 };
 constexpr AttributeRule textureAttributes[] = {
-    Optional(BindingKeys::Default, anyText),          Optional(BindingKeys::Srgb, {yesOrNo}),
-    Optional(BindingKeys::SignedExpanded, {yesOrNo}), Optional(BindingKeys::Normalised, {yesOrNo}),
-    Optional(BindingKeys::UsageHint, anyText),        Optional(BindingKeys::UsingAlpha, {yesOrNo}),
+    Optional(BindingKeys::Default, anyText),
+    Optional(BindingKeys::Srgb, {yesOrNo}),
+    Optional(BindingKeys::SignedExpanded, {yesOrNo}),
+    Optional(BindingKeys::Normalised, {yesOrNo}),
+    Optional(BindingKeys::UsageHint, anyText),
+    Optional(BindingKeys::UsingAlpha, {yesOrNo}),
+    Optional(SamplerKeys::WrapU, {SamplerKeys::WrapWords}),
+    Optional(SamplerKeys::WrapV, {SamplerKeys::WrapWords}),
+    Optional(SamplerKeys::Filter, {SamplerKeys::FilterWords}),
+    Optional(SamplerKeys::Anisotropy, {SamplerKeys::AnisotropyWords}),
 };
 constexpr AttributeRule setAttributes[] = {Optional(BindingKeys::Default, anyText)};
 constexpr ElementRule::Variant streams[] = {

@@ -2,6 +2,7 @@
 
 #include "mox/compile/SpirvCompiler.h"
 #include "mox/decode/TextureImage.h"
+#include "mox/document/SamplerState.h"
 #include "mox/targets/StageInterface.h"
 
 #include <cstddef>
@@ -25,6 +26,7 @@ struct DrawTexture
     std::uint32_t Binding;
     bool Is1D; ///< reads the top row of the images
     std::vector<TextureImage> Levels;
+    SamplerState Sampler = {}; ///< empty is "repeat", "trilinear" and all anisotropy that there is
 };
 
 /// The contents of a uniform block.

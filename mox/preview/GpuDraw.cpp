@@ -1,6 +1,7 @@
 #include "mox/preview/GpuDraw.h"
 
 #include "mox/Text.h"
+#include "mox/document/PropertyText.h"
 #include "mox/host/HostError.h"
 
 #include <algorithm>
@@ -15,7 +16,7 @@ namespace {
 
 using Materials::Compose;
 
-constexpr float mostAnisotropy = 16.0f;
+constexpr std::int32_t mostAnisotropy = 16;
 
 constexpr std::array streamFormats = {vk::Format::eR32Sfloat, vk::Format::eR32G32Sfloat,
                                       vk::Format::eR32G32B32Sfloat,
@@ -55,6 +56,12 @@ constexpr Word<vk::CompareOp> comparisons[] = {
     {"notEqual", vk::CompareOp::eNotEqual},
     {"greaterOrEqual", vk::CompareOp::eGreaterOrEqual},
     {"always", vk::CompareOp::eAlways},
+};
+
+constexpr Word<vk::SamplerAddressMode> wraps[] = {
+    {"repeat", vk::SamplerAddressMode::eRepeat},
+    {"mirror", vk::SamplerAddressMode::eMirroredRepeat},
+    {"clamp", vk::SamplerAddressMode::eClampToEdge},
 };
 
 template <class Value, std::size_t Count>
@@ -207,30 +214,41 @@ void GpuDraw::UploadTexture(const DrawTexture& texture)
             MakeBarrier(*image.Image, levelCount, Access::eTransferWrite, Access::eShaderRead,
                         Layout::eTransferDstOptimal, Layout::eShaderReadOnlyOptimal));
     });
-    _textures.push_back({texture.Binding, std::move(image)});
+    _textures.push_back({texture.Binding, std::move(image), MakeSampler(texture.Sampler)});
+}
+
+vk::raii::Sampler GpuDraw::MakeSampler(const SamplerState& state) const
+{
+    const auto wrap = [](const std::string& word) {
+        return word.empty() ? vk::SamplerAddressMode::eRepeat : MeaningOf(wraps, word);
+    };
+    const bool isSmooth = state.Filter != "nearest";
+    const bool mixesLevels = state.Filter.empty() || state.Filter == "trilinear";
+    const float anisotropy =
+        static_cast<float>(ParseInteger(state.Anisotropy).value_or(mostAnisotropy));
+    const bool isAnisotropic = _device.HasAnisotropy() && isSmooth && anisotropy > 1.0f;
+    const vk::Filter filter = isSmooth ? vk::Filter::eLinear : vk::Filter::eNearest;
+    return _device.Get().createSampler(
+        {{},
+         filter,
+         filter,
+         mixesLevels ? vk::SamplerMipmapMode::eLinear : vk::SamplerMipmapMode::eNearest,
+         wrap(state.WrapU),
+         wrap(state.WrapV),
+         vk::SamplerAddressMode::eRepeat,
+         0.0f,
+         isAnisotropic,
+         isAnisotropic ? std::min(anisotropy, _device.Limits().maxSamplerAnisotropy) : 1.0f,
+         false,
+         {},
+         0.0f,
+         VK_LOD_CLAMP_NONE});
 }
 
 void GpuDraw::MakeDescriptors(const DrawCall& call)
 {
     using Kind = vk::DescriptorType;
     const vk::raii::Device& device = _device.Get();
-    const bool isAnisotropic = _device.HasAnisotropy();
-    _sampler = device.createSampler(
-        {{},
-         vk::Filter::eLinear,
-         vk::Filter::eLinear,
-         vk::SamplerMipmapMode::eLinear,
-         vk::SamplerAddressMode::eRepeat,
-         vk::SamplerAddressMode::eRepeat,
-         vk::SamplerAddressMode::eRepeat,
-         0.0f,
-         isAnisotropic,
-         isAnisotropic ? std::min(mostAnisotropy, _device.Limits().maxSamplerAnisotropy) : 1.0f,
-         false,
-         {},
-         0.0f,
-         VK_LOD_CLAMP_NONE});
-
     const auto stages = vk::ShaderStageFlagBits::eVertex | vk::ShaderStageFlagBits::eFragment;
     std::vector<vk::DescriptorSetLayoutBinding> bindings;
     for (const DrawUniforms& uniforms : call.Uniforms)
@@ -256,7 +274,7 @@ void GpuDraw::MakeDescriptors(const DrawCall& call)
                                     {});
     }
     for (const Texture& texture : _textures) {
-        const vk::DescriptorImageInfo image(*_sampler, *texture.Image.View,
+        const vk::DescriptorImageInfo image(*texture.Sampler, *texture.Image.View,
                                             vk::ImageLayout::eShaderReadOnlyOptimal);
         device.updateDescriptorSets(vk::WriteDescriptorSet(*_sets.front(), texture.Binding, 0,
                                                            Kind::eCombinedImageSampler, image),

@@ -19,6 +19,7 @@ public:
 private:
     void UploadGeometry(const DrawCall& call);
     void UploadTexture(const DrawTexture& texture);
+    vk::raii::Sampler MakeSampler(const SamplerState& state) const;
     void MakeDescriptors(const DrawCall& call);
     void MakePipeline(const DrawCall& call, vk::RenderPass pass, vk::SampleCountFlagBits samples);
 
@@ -26,6 +27,7 @@ private:
     {
         std::uint32_t Binding;
         GpuImage Image;
+        vk::raii::Sampler Sampler;
     };
 
     struct Block
@@ -40,7 +42,6 @@ private:
     std::uint32_t _indexCount;
     std::vector<Texture> _textures;
     std::vector<Block> _blocks;
-    vk::raii::Sampler _sampler = nullptr;
     vk::raii::DescriptorSetLayout _setLayout = nullptr;
     vk::raii::DescriptorPool _pool = nullptr;
     vk::raii::DescriptorSets _sets = nullptr;

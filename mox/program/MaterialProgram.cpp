@@ -91,6 +91,10 @@ ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& e
     found = {};
     ProgramPlan plan = PlanProgram(shader.Graph, shader.Origins, surroundings, copies, found);
     AppendWithLines(found, graph, problems);
+    for (ProgramParameter& parameter : plan.Parameters) {
+        if (parameter.IsBinding && parameter.Kind == ParameterKind::Sampler)
+            parameter.Sampler = FindSamplerState(graph.Document(), parameter.Name);
+    }
     if (!isComplete)
         return plan; // what only a failed node reads is not dead
     if (!plan.DeadNodes.empty() && !HasEnd(shader)) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mox/document/SamplerState.h"
 #include "mox/program/ProgramStage.h"
 #include "mox/shader/ShaderNode.h"
 #include "mox/shader/ShaderRegister.h"
@@ -34,6 +35,7 @@ struct ProgramParameter
     bool InVertex;           ///< read by the vertex program
     bool InFragment;         ///< read by the fragment program
     std::vector<std::string> Nodes = {}; ///< ids of the nodes that read it, for a binding
+    SamplerState Sampler = {};           ///< of a texture of the material, as the document has it
 };
 
 /// A function that both stages may call.

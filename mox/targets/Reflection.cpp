@@ -1,6 +1,7 @@
 #include "mox/targets/Reflection.h"
 
 #include "mox/Text.h"
+#include "mox/document/PropertyText.h"
 
 #include <nlohmann/json.hpp>
 
@@ -47,6 +48,19 @@ Json DescribeVariables(const std::vector<StageVariable>& variables,
     return json;
 }
 
+/// What the document sets, and nothing else.
+void DescribeSampling(const SamplerState& state, Json& entry)
+{
+    if (!state.WrapU.empty())
+        entry["wrapU"] = state.WrapU;
+    if (!state.WrapV.empty())
+        entry["wrapV"] = state.WrapV;
+    if (!state.Filter.empty())
+        entry["filter"] = state.Filter;
+    if (const auto anisotropy = ParseInteger(state.Anisotropy))
+        entry["anisotropy"] = *anisotropy;
+}
+
 Json DescribeStage(const StageInterface& stage, const std::vector<ProgramParameter>& parameters)
 {
     Json json;
@@ -66,6 +80,7 @@ Json DescribeStage(const StageInterface& stage, const std::vector<ProgramParamet
         entry["set"] = descriptorSet;
         entry["binding"] = sampler.Binding;
         entry["unit"] = sampler.Unit;
+        DescribeSampling(parameters[sampler.Parameter].Sampler, entry);
     }
     json["inputs"] = DescribeVariables(stage.Inputs, parameters);
     json["outputs"] = DescribeVariables(stage.Outputs, parameters);
