@@ -37,20 +37,24 @@ MeshStream ReadStream(const ProgramParameter& parameter, const DrawSources& sour
                    : ReadNamedStream(sources.Geometry, parameter.Name);
 }
 
-std::vector<TextureImage> LoadLevels(const ProgramParameter& parameter, const DrawSources& sources)
+SceneTexture LoadTexture(const ProgramParameter& parameter, const DrawSources& sources)
 {
+    if (const auto scene = sources.Scene.find(parameter.Name);
+        !parameter.IsBinding && scene != sources.Scene.end())
+        return scene->second;
     const PluginBinding* found = sources.Bindings ? sources.Bindings->Find(parameter) : nullptr;
     const auto binding = found ? found->Texture() : std::nullopt;
     if (!binding) {
         throw HostError({}, Compose("the environment asks for the texture \"", parameter.Name,
-                                    "\", which a preview does not have"));
+                                    "\", which a preview does not have: give it with --set ",
+                                    parameter.Name, "=FILE"));
     }
     if (parameter.Type.Component != ComponentType::Sampler1D &&
         parameter.Type.Component != ComponentType::Sampler2D) {
         throw HostError({}, Compose("the texture \"", parameter.Name, "\" is a ",
                                     parameter.Type.Format(), ", which a preview cannot fill"));
     }
-    return sources.Textures->Load(*binding);
+    return {sources.Textures->Load(*binding), parameter.Sampler};
 }
 
 std::vector<float> FindValues(const ProgramParameter& parameter, const PreviewBindings* bindings,
@@ -134,9 +138,10 @@ DrawCall BuildDraw(const CompiledProgram& program, const DrawSources& sources,
             if (std::any_of(draw.Textures.begin(), draw.Textures.end(), isSame))
                 continue;
             try {
+                SceneTexture texture = LoadTexture(program.Parameters[slot.Parameter], sources);
                 draw.Textures.push_back({slot.Binding,
                                          slot.Type.Component == ComponentType::Sampler1D,
-                                         LoadLevels(program.Parameters[slot.Parameter], sources)});
+                                         std::move(texture.Levels), texture.Sampler});
             } catch (const HostError& error) {
                 problems.Fail(uniformRule, error);
             }
@@ -162,7 +167,8 @@ std::vector<DrawUniforms> FillUniforms(const CompiledProgram& program,
             if (values.empty()) {
                 problems.Fail(uniformRule, {},
                               Compose("the environment asks for the value \"", member.Name,
-                                      "\", which a preview does not have"));
+                                      "\", which a preview does not have: give it with --set ",
+                                      member.Name, "=NUMBERS"));
                 continue;
             }
             WriteMember(member, values, uniforms.Bytes);

@@ -15,6 +15,7 @@ struct DrawSources
     const Mesh& Geometry;
     const PreviewBindings* Bindings; ///< null for a program without a material
     TextureLoader* Textures;         ///< the same
+    const SceneTextures& Scene;      ///< textures that the environment reads
 };
 
 /// Makes a draw call of a program and the values for its vertex inputs and textures; uniforms come

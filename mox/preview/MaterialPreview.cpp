@@ -104,20 +104,44 @@ private:
     NodeMaker _maker;
 };
 
-/// Gives the caller's values to the bindings, or else to what the environment supplies.
-void SetValues(const PreviewOptions& options, PreviewBindings& bindings, UniformValues& scene)
+/// A parameter of a program that is the environment's, or null.
+const ProgramParameter* FindSceneParameter(const CompiledProgram& program, ParameterKind kind,
+                                           const std::string& name)
+{
+    for (const ProgramParameter& parameter : program.Parameters) {
+        if (!parameter.IsBinding && parameter.Kind == kind && parameter.Name == name)
+            return &parameter;
+    }
+    return nullptr;
+}
+
+/// How many numbers a value of the environment has; 0 if nothing reads it.
+std::size_t CountNumbers(const CompiledProgram& program, const UniformValues& scene,
+                         const std::string& name)
+{
+    if (const auto entry = scene.find(name); entry != scene.end())
+        return entry->second.size();
+    const ProgramParameter* parameter = FindSceneParameter(program, ParameterKind::Uniform, name);
+    return parameter ? ComponentCount(parameter->Type) : 0;
+}
+
+/// Gives the caller's values to the bindings, or else to what the environment reads.
+void SetValues(const PreviewOptions& options, const CompiledProgram& program,
+               PreviewBindings& bindings, UniformValues& scene)
 {
     for (const auto& [name, value] : options.Values) {
         if (bindings.Set(name, value))
             continue;
-        if (const auto entry = scene.find(name); entry != scene.end()) {
+        if (FindSceneParameter(program, ParameterKind::Sampler, name))
+            continue;
+        if (const std::size_t count = CountNumbers(program, scene, name); count > 0) {
             const auto numbers = ParseNumbers(value);
-            if (!numbers || numbers->size() != entry->second.size()) {
+            if (!numbers || numbers->size() != count) {
                 throw HostError({}, Compose("\"", value, "\" is no value for \"", name,
-                                            "\", which takes ", entry->second.size(),
+                                            "\", which takes ", count,
                                             " numbers with commas between them"));
             }
-            entry->second = *numbers;
+            scene[name] = *numbers;
         } else if (options.Node.empty()) {
             // Of a single node only a part of the bindings is known.
             throw HostError({}, Compose("the material has no binding \"", name, "\"; it has ",
@@ -126,7 +150,7 @@ void SetValues(const PreviewOptions& options, PreviewBindings& bindings, Uniform
     }
 }
 
-/// The render state of a document. A test of alpha is left to games: it would need another program.
+/// The render state of a document, without the test of alpha, which is in the program.
 DrawState ReadDrawState(const MaterialDocument& document)
 {
     DrawState state;
@@ -172,7 +196,7 @@ DrawCall MakeBackground(const CompiledProgram& program, const UniformValues& sce
                         ProblemList& problems)
 {
     const Mesh mesh = MakeBackgroundMesh();
-    DrawCall background = BuildDraw(program, {mesh, nullptr, nullptr}, problems);
+    DrawCall background = BuildDraw(program, {mesh, nullptr, nullptr, {}}, problems);
     background.Uniforms = FillUniforms(program, nullptr, scene, problems);
     background.State.TestsDepth = false;
     background.State.WritesDepth = false;
@@ -258,14 +282,18 @@ std::vector<Picture> MaterialPreview::RenderFrames(PreparedMaterial& material,
     const CompiledProgram& program = material.Program;
     UniformValues scene = MakeSceneValues(mesh, static_cast<float>(options.Width) /
                                                     static_cast<float>(options.Height));
-    SetValues(options, material.Bindings, scene);
+    if (!options.Light.empty())
+        std::fill(scene["lightColours"].begin(), scene["lightColours"].end(), 0.0f);
+    SetValues(options, program, material.Bindings, scene);
     SetFrame(scene, options, 0);
 
     TextureLoader textures(
         _files, std::filesystem::path(document.File).parent_path(),
         std::min(_device->Limits().maxImageDimension1D, _device->Limits().maxImageDimension2D),
         problems);
-    DrawCall surface = BuildDraw(program, {mesh, &material.Bindings, &textures}, problems);
+    const SceneTextures sceneTextures = LoadSceneTextures(program, options, textures, scene);
+    DrawCall surface =
+        BuildDraw(program, {mesh, &material.Bindings, &textures, sceneTextures}, problems);
     surface.Uniforms = FillUniforms(program, &material.Bindings, scene, problems);
     if (options.Node.empty())
         surface.State = ReadDrawState(document);
@@ -284,6 +312,41 @@ std::vector<Picture> MaterialPreview::RenderFrames(PreparedMaterial& material,
         frames.push_back(renderer.Render());
     }
     return frames;
+}
+
+SceneTextures MaterialPreview::LoadSceneTextures(const CompiledProgram& program,
+                                                 const PreviewOptions& options,
+                                                 TextureLoader& textures,
+                                                 UniformValues& scene) const
+{
+    constexpr const char* panorama = "lightPanorama";
+    SceneTextures loaded;
+    if (FindSceneParameter(program, ParameterKind::Sampler, panorama) || !options.Light.empty()) {
+        LightPanorama light = LoadLight(options.Light);
+        scene["lightLevels"] = {light.RoughestLevel};
+        SceneTexture& texture = loaded[panorama];
+        texture.Levels = std::move(light.Levels);
+        texture.Sampler.WrapV = "clamp";
+    }
+    for (const auto& [name, value] : options.Values) {
+        if (name == panorama || !FindSceneParameter(program, ParameterKind::Sampler, name))
+            continue;
+        TextureSettings settings;
+        settings.File = value;
+        loaded[name] = {textures.Load(settings)};
+    }
+    return loaded;
+}
+
+LightPanorama MaterialPreview::LoadLight(const std::filesystem::path& file) const
+{
+    if (!file.empty()) {
+        const std::shared_ptr<const TextureImage> image = _files.ReadTexture(file);
+        return PrepareLight(*image, image->Format == TexelFormat::Unorm8);
+    }
+    if (!_studio)
+        _studio = PrepareLight(MakeStudioImage(), false);
+    return *_studio;
 }
 
 Picture MakeLoudPattern(std::uint32_t width, std::uint32_t height)

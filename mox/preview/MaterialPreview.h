@@ -6,9 +6,12 @@
 #include "mox/host/Picture.h"
 #include "mox/host/PluginSet.h"
 #include "mox/host/Problem.h"
+#include "mox/preview/LightPanorama.h"
+#include "mox/preview/Scene.h"
 #include "mox/program/Environment.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
@@ -17,6 +20,7 @@
 
 namespace Mox::Host {
 
+class TextureLoader;
 class VulkanDevice;
 struct PreparedMaterial;
 
@@ -27,8 +31,9 @@ struct PreviewOptions
     float FirstFrame = 0.0f;
     std::uint32_t FrameCount = 1; ///< frames that follow one another, side by side from the left
     std::optional<float> Time;    ///< seconds at the first frame; else 30 frames make a second
-    std::map<std::string, std::string> Values; ///< of bindings, or of what the environment supplies
-    std::string Node; ///< "id" or "id.port" of a node to show instead of the material
+    std::map<std::string, std::string> Values; ///< of bindings, or of what the environment reads
+    std::filesystem::path Light; ///< panorama that lights physical surfaces; else a studio does
+    std::string Node;            ///< "id" or "id.port" of a node to show instead of the material
 };
 
 /// Draws materials on meshes, without a window. Keep it for many pictures: most of the time goes
@@ -44,9 +49,10 @@ public:
                     bool withValidation = false);
     ~MaterialPreview();
 
-    /// The picture of a material under a sky and one light. Textures whose names are relative lie
-    /// beside the document; one that cannot be read is a warning, and a stand-in takes its place. A
-    /// material with an error comes out as a pattern that nobody takes for a material.
+    /// The picture of a material under a sky and one light, or in a studio if it is a physical
+    /// surface. Textures whose names are relative lie beside the document; one that cannot be read
+    /// is a warning, and a stand-in takes its place. A material with an error comes out as a
+    /// pattern that nobody takes for a material.
     /// @param problems takes what is wrong with the material; an error that is there already, from
     ///        reading the document, counts too
     /// @throws HostError if a size or a value does not fit the material or the device
@@ -65,12 +71,17 @@ private:
                                       const Mesh& mesh, const PreviewOptions& options,
                                       ProblemList& problems) const;
 
+    SceneTextures LoadSceneTextures(const CompiledProgram& program, const PreviewOptions& options,
+                                    TextureLoader& textures, UniformValues& scene) const;
+    LightPanorama LoadLight(const std::filesystem::path& file) const;
+
     const PluginSet& _plugins;
     Environment _environment;
     FileDecoder& _files;
     ProgramCompiler _compiler;
     CompiledProgram _background;
     std::unique_ptr<VulkanDevice> _device;
+    mutable std::optional<LightPanorama> _studio; ///< made when a material first needs it
 };
 
 /// Magenta and black checks.

@@ -16,6 +16,8 @@ namespace {
 constexpr float halfViewAngle = 0.2617994f; ///< 15 degrees, of the height
 constexpr float filledPart = 0.9f;          ///< of the picture, by the mesh
 
+const glm::vec3 keyLight(-0.5f, 0.6f, 0.65f);
+
 struct Camera
 {
     glm::vec3 Eye;
@@ -69,6 +71,20 @@ std::vector<float> ValuesOf(const glm::vec3& vector)
     return {vector.x, vector.y, vector.z};
 }
 
+/// The directions to the lights of physical surfaces: one from the upper left, one from behind, and
+/// two without light. The fourth numbers say that they are far away.
+std::vector<float> ListLights()
+{
+    const glm::vec3 rimLight(0.8f, 0.5f, -0.7f);
+    const glm::vec3 noLight(0.0f, 1.0f, 0.0f);
+    std::vector<float> values;
+    for (const glm::vec3& light : {keyLight, rimLight, noLight, noLight}) {
+        const glm::vec3 direction = glm::normalize(light);
+        values.insert(values.end(), {direction.x, direction.y, direction.z, 0.0f});
+    }
+    return values;
+}
+
 } // namespace
 
 UniformValues MakeSceneValues(const Mesh& mesh, float aspect)
@@ -80,10 +96,14 @@ UniformValues MakeSceneValues(const Mesh& mesh, float aspect)
         {"worldInverseTranspose", ValuesOf(world)},
         {"worldViewProjection", ValuesOf(camera.ViewProjection * world)},
         {"eyePosition", ValuesOf(camera.Eye)},
-        {"lightDirection", ValuesOf(glm::normalize(glm::vec3(-0.5f, 0.6f, 0.65f)))},
+        {"lightDirection", ValuesOf(glm::normalize(keyLight))},
         {"lightColour", {0.85f, 0.82f, 0.76f}},
         {"skyColour", {0.22f, 0.26f, 0.34f}},
         {"groundColour", {0.09f, 0.08f, 0.07f}},
+        {"lightPlaces", ListLights()},
+        {"lightColours",
+         {0.85f, 0.82f, 0.76f, 0.5f, 0.55f, 0.65f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f}},
+        {"toneMapping", {1.0f}},
     };
 }
 

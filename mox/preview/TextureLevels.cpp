@@ -136,6 +136,18 @@ TextureImage MakeFlatNormalImage()
     return MakeImage(1, 1, TexelFormat::Float, flat);
 }
 
+TextureImage ToLinearFloats(const TextureImage& image, bool isSrgb)
+{
+    const TexelCodec source(image.Format, isSrgb);
+    const TexelCodec target(TexelFormat::Float, false);
+    TextureImage floats{image.Width, image.Height, TexelFormat::Float, {}};
+    for (std::uint32_t y = 0; y < image.Height; ++y) {
+        for (std::uint32_t x = 0; x < image.Width; ++x)
+            target.Append(source.Read(image, x, y), floats);
+    }
+    return floats;
+}
+
 std::vector<TextureImage> MakeMipLevels(TextureImage image, bool isSrgb)
 {
     const TexelCodec codec(image.Format, isSrgb);

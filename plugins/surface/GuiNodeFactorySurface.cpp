@@ -4,7 +4,6 @@
 #include "mox/Text.h"
 #include "plugins/surface/SurfaceNode.h"
 #include "plugins/surface/SurfaceSourceNode.h"
-#include "plugins/surface/icons/Surface.xpm"
 
 using namespace Mox::Materials;
 
@@ -23,15 +22,18 @@ GuiNodeDescription CatalogueRow(const char* typeName, const char* label, const c
 
 GuiNodeFactorySurface::GuiNodeFactorySurface()
 {
-    Descriptions.push_back(CatalogueRow(SurfaceNode::TypeName(), "Surface", Surface_xpm));
+    for (const SurfaceKind& kind : SurfaceNode::Kinds())
+        Descriptions.push_back(CatalogueRow(kind.TypeName, kind.Label, kind.Icon));
     for (const SurfaceSource& source : SurfaceSourceNode::Sources())
         Descriptions.push_back(CatalogueRow(source.TypeName, source.Label, source.Icon));
 }
 
 boost::shared_ptr<GuiNode> GuiNodeFactorySurface::Create(const std::string& typeName)
 {
-    if (typeName == SurfaceNode::TypeName())
-        return boost::shared_ptr<GuiNode>(new SurfaceNode);
+    for (const SurfaceKind& kind : SurfaceNode::Kinds()) {
+        if (typeName == kind.TypeName)
+            return boost::shared_ptr<GuiNode>(new SurfaceNode(kind));
+    }
     for (const SurfaceSource& source : SurfaceSourceNode::Sources()) {
         if (typeName == source.TypeName)
             return boost::shared_ptr<GuiNode>(new SurfaceSourceNode(source));

@@ -2,8 +2,10 @@
 
 #include "mox/ShaderError.h"
 #include "mox/Text.h"
-#include "mox/nodekit/PortRebuild.h"
+#include "mox/shader/ShaderFunctionBuilder.h"
 #include "mox/shader/ShaderGraphGenerator.h"
+#include "plugins/surface/icons/Surface.xpm"
+#include "plugins/surface/icons/SurfacePbr.xpm"
 
 #include <utility>
 #include <vector>
@@ -12,49 +14,65 @@ using namespace Mox::Materials;
 
 namespace {
 
-struct SurfaceInput
-{
-    PortRow Port;
-    const char* Parameter; ///< name of the interface parameter that the port writes
+constexpr auto h = ComponentType::Half;
+constexpr auto f = ComponentType::Float;
+
+// Normals are in tangent space, offsets in object space.
+constexpr SurfaceInput inputs[] = {
+    {{"in_colour", "colour", 3, h}, "surfaceColour"},
+    {{"in_alpha", "alpha", 1, h}, "surfaceAlpha"},
+    {{"in_normal", "normal", 3, h}, "surfaceNormal"},
+    {{"in_emission", "emission", 3, h}, "surfaceEmission"},
+    {{"in_offset", "offset", 3, f}, "surfaceOffset"},
 };
 
-constexpr SurfaceInput inputs[] = {
-    {{"in_colour", "colour", 3, ComponentType::Half}, "surfaceColour"},
-    {{"in_alpha", "alpha", 1, ComponentType::Half}, "surfaceAlpha"},
-    {{"in_normal", "normal", 3, ComponentType::Half}, "surfaceNormal"}, // in tangent space
-    {{"in_emission", "emission", 3, ComponentType::Half}, "surfaceEmission"},
-    {{"in_offset", "offset", 3, ComponentType::Float}, "surfaceOffset"}, // in object space
+constexpr SurfaceInput physicalInputs[] = {
+    {{"in_colour", "base colour", 3, h}, "surfaceColour"},
+    {{"in_metalness", "metalness", 1, h}, "surfaceMetalness"},
+    {{"in_roughness", "roughness", 1, h}, "surfaceRoughness"},
+    {{"in_normal", "normal", 3, h}, "surfaceNormal"},
+    {{"in_occlusion", "occlusion", 1, h}, "surfaceOcclusion"},
+    {{"in_emission", "emission", 3, h}, "surfaceEmission"},
+    {{"in_opacity", "opacity", 1, h}, "surfaceAlpha"},
+    {{"in_specular", "specular", 1, h}, "surfaceSpecular"},
+    {{"in_clearcoat", "clearcoat", 1, h}, "surfaceClearcoat"},
+    {{"in_clearcoatRoughness", "clearcoat roughness", 1, h}, "surfaceClearcoatRoughness"},
+    {{"in_offset", "offset", 3, f}, "surfaceOffset"},
+};
+
+constexpr SurfaceKind kinds[] = {
+    {"Surface", "Surface", Surface_xpm, inputs, nullptr},
+    {"SurfacePbr", "Physical Surface", SurfacePbr_xpm, physicalInputs, "surfacePbr"},
 };
 
 constexpr std::int32_t flags = 0;
 
 } // namespace
 
-const char* SurfaceNode::TypeName()
+std::span<const SurfaceKind> SurfaceNode::Kinds()
 {
-    return "Surface";
+    return kinds;
 }
 
-SurfaceNode::SurfaceNode() : GuiNode(TypeName())
+SurfaceNode::SurfaceNode(const SurfaceKind& kind) : GuiNode(kind.TypeName), _kind(kind)
 {
     SetBackgroundColour(1.0f, 0.7f, 0.3f);
     Name->Visible = false;
 
-    for (const SurfaceInput& input : inputs)
+    for (const SurfaceInput& input : _kind.Inputs)
         AppendPort(InputPorts, input.Port);
 }
 
 void SurfaceNode::GenerateShader(ShaderGraphGenerator& generator)
 {
+    if (_kind.Marker)
+        RequireUnwritten(generator, _kind.Marker);
     std::vector<std::pair<const char*, ShaderNodeHandle>> writes;
-    for (const SurfaceInput& input : inputs) {
+    for (const SurfaceInput& input : _kind.Inputs) {
         const GuiPort& port = GetInputPort(input.Port.Name);
         if (!port.Connected)
             continue;
-        if (generator.Graph->HasInterfaceNode(input.Parameter, flags)) {
-            throw ShaderError(Compose(Describe(), ": \"", input.Parameter,
-                                      "\" is written already: a material has one surface node"));
-        }
+        RequireUnwritten(generator, input.Parameter);
         writes.emplace_back(input.Port.Name, ShaderNode::CreateInterfaceParameter(
                                                  input.Parameter, flags, port.GetShaderType()));
     }
@@ -62,6 +80,30 @@ void SurfaceNode::GenerateShader(ShaderGraphGenerator& generator)
         generator.AddNode(parameter);
         RecordHeads(generator, inputPort, parameter);
     }
+    if (_kind.Marker)
+        WriteMarker(generator);
+}
+
+void SurfaceNode::RequireUnwritten(ShaderGraphGenerator& generator, const char* parameter) const
+{
+    if (generator.Graph->HasInterfaceNode(parameter, flags)) {
+        throw ShaderError(Compose(Describe(), ": \"", parameter,
+                                  "\" is written already: a material has one surface node"));
+    }
+}
+
+/// Nothing reads the marker, so no program contains it.
+void SurfaceNode::WriteMarker(ShaderGraphGenerator& generator) const
+{
+    const ShaderType type(f, 1, 1, 1);
+    ShaderFunctionBuilder builder;
+    builder.AddOutput(type, "out_value");
+    builder.AppendCode("\tout_value = 1.0;\n");
+    const ShaderNodeHandle function = builder.Build(ShaderLevel::Automatic, "markerCode");
+    const ShaderNodeHandle marker = ShaderNode::CreateInterfaceParameter(_kind.Marker, flags, type);
+    generator.AddNode(function);
+    generator.AddNode(marker);
+    generator.Connect(function, "out_value", marker, "write");
 }
 
 void SurfaceNode::RecordHeads(ShaderGraphGenerator& generator, const std::string& inputPort,

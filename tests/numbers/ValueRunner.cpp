@@ -93,6 +93,12 @@ ValueRunner::ValueRunner() : _device(true), _environment(ReadEnvironment(MOX_NUM
 
 std::vector<Numbers> ValueRunner::Evaluate(const std::string& material, const RunInputs& inputs)
 {
+    return Evaluate(MaterialFromText(material), _environment, inputs);
+}
+
+std::vector<Numbers> ValueRunner::Evaluate(const MaterialDocument& material,
+                                           const Environment& environment, const RunInputs& inputs)
+{
     // Each case has a triangle about the middle of its pixel.
     constexpr std::array<std::array<float, 2>, 3> corners = {
         {{0.0f, 0.0f}, {1.0f, 0.0f}, {0.5f, 1.0f}}};
@@ -117,8 +123,8 @@ std::vector<Numbers> ValueRunner::Evaluate(const std::string& material, const Ru
     }
     Image image{std::vector<std::uint32_t>(places.size()), caseColumns, rows};
     std::iota(image.Indices.begin(), image.Indices.end(), 0u);
-    std::vector<Numbers> pixels = Draw(MaterialFromText(material), _environment,
-                                       StageChoice::Copies::HandedOn, vertices, image);
+    std::vector<Numbers> pixels =
+        Draw(material, environment, StageChoice::Copies::HandedOn, vertices, image);
     pixels.resize(count);
     return pixels;
 }

@@ -48,6 +48,11 @@ public:
     /// @throws HostError with the first error if the material cannot be made into a program
     std::vector<Numbers> Evaluate(const std::string& material, const RunInputs& inputs);
 
+    /// What the colour output of another environment gets in each case.
+    std::vector<Numbers> Evaluate(const Mox::Host::MaterialDocument& material,
+                                  const Mox::Host::Environment& environment,
+                                  const RunInputs& inputs);
+
     /// What the sink gets at each pixel, when the streams are functions of the place.
     /// @param inputs its streams go vertex by vertex, row by row, as GridPlaces gives them
     std::vector<Numbers> DrawOnGrid(const std::string& material, const RunInputs& inputs,

@@ -93,6 +93,7 @@ protected:
         PreviewOptions options;
         options.Width = options.Height = 96;
         Mesh mesh = MakePlane();
+        std::vector<DocumentValue> samplerState;
         for (std::string word; words >> word;) {
             const std::size_t split = word.find('=');
             const std::string key = word.substr(0, split);
@@ -110,12 +111,18 @@ protected:
             } else if (key == "frames") {
                 options.FirstFrame = 1.0f;
                 options.FrameCount = std::stoul(value);
+            } else if (key == "light") {
+                options.Light = _folder.Path() / value;
+            } else if (key.starts_with("wrap") || key == "filter") {
+                samplerState.push_back({key, value});
             } else if (key.starts_with("state.")) {
                 document.RenderState.push_back({key.substr(6), value});
             } else {
                 options.Values[key] = value;
             }
         }
+        if (!samplerState.empty())
+            document.Bindings.push_back({"texture", "image", samplerState});
         try {
             ProblemList problems;
             const Picture picture = Get().RenderMaterial(document, mesh, options, problems);
@@ -145,6 +152,7 @@ TEST_F(MaterialPreviewTest, PixelsAreThoseOfTheFile)
     WriteTexture(_folder.Path() / "fine.png", 1024, [](float u, float v) {
         return (static_cast<int>(u * 1024) + static_cast<int>(v * 1024)) % 2 == 0 ? white : black;
     });
+    WriteTexture(_folder.Path() / "black.png", 2, [](float, float) { return black; });
     // A quarter in every component: mantissa 128 of 256, two to the power of minus one.
     const std::string texel = {char(128), char(128), char(128), char(127)};
     _folder.Write("quarter.hdr", "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 1 +X 1\n" + texel);

@@ -24,7 +24,7 @@ std::vector<std::string> ListTypes(RandomTypes types)
         if (types == RandomTypes::Compiled && plugin.OffersNodeFiles())
             continue;
         for (const auto& row : plugin.Types()) {
-            if (row.Listed && row.TypeName != "Surface")
+            if (row.Listed && row.TypeName != "Surface" && row.TypeName != "SurfacePbr")
                 listed.push_back(row.TypeName);
         }
     }
@@ -55,7 +55,7 @@ public:
         AddNode("CoreUv"); // so that there is always something to read
         for (int i = 1; i < nodeCount; ++i)
             AddNode(_random.Below(3) == 0 ? "CoreMaths" : _random.Pick(_types));
-        AddNode("Surface");
+        AddNode(_random.Below(4) == 0 ? "SurfacePbr" : "Surface");
         return std::move(_document);
     }
 
@@ -144,7 +144,7 @@ private:
         for (GuiPort& port : node.InputPorts) {
             const bool mustBeFed = IsFromFile(node) || port.Name == "in_uv" ||
                                    port.Name == "in_facing" ||
-                                   (node.GetType() == "Surface" && port.Name == "in_colour");
+                                   (node.OutputPorts.empty() && port.Name == "in_colour");
             if (!mustBeFed && _random.Below(4) == 0)
                 continue;
             const bool needsVertex = perVertex || port.Name == "in_offset";

@@ -50,6 +50,19 @@ def surface(base):
     return canvas
 
 
+def physical_surface(base):
+    """A ball of polished metal under a lamp, above its reflection on a lacquered table."""
+    canvas = tile(base)
+    whole = disc(16, 15, 10.5)
+    shadow(canvas, whole, 0.5, 6, 2)
+    canvas.paint(grown(whole, 0.7), colour("#2E2A33"))
+    canvas.paint(whole, down(colour("#F4F6FA"), colour("#5B6472"), 5, 17))
+    ground = common(whole, disc(16, 33, 17))
+    canvas.paint(ground, down(colour("#3A3440"), colour("#B98A4E"), 16, 26))
+    canvas.paint(disc(12, 9.8, 2.4), WHITE, 0.95, 1)
+    return canvas
+
+
 def facing_ratio(base):
     """A dark ball whose outline glows."""
     canvas = tile(base)
@@ -137,13 +150,128 @@ def view_direction(base):
     return canvas
 
 
+def object_position(base):
+    """A box and a point at its corner."""
+    canvas = tile(base)
+    front = polygon([(6, 12), (19, 12), (19, 26), (6, 26)])
+    top = polygon([(6, 12), (13, 6), (26, 6), (19, 12)])
+    side = polygon([(19, 12), (26, 6), (26, 20), (19, 26)])
+    whole = union(front, top, side)
+    shadow(canvas, whole, 0.45, 5)
+    canvas.paint(grown(whole, 0.7), INK)
+    canvas.paint(grown(front, -0.3), colour("#7FC4CC"))
+    canvas.paint(grown(top, -0.3), colour("#D8F1F2"))
+    canvas.paint(grown(side, -0.3), colour("#4F9AA3"))
+    canvas.paint(disc(19, 12, 3.9), INK)
+    canvas.paint(disc(19, 12, 3.1), ball(colour("#FFC93C"), 19, 12, 3.1))
+    return canvas
+
+
+def on_a_hill(base, start, end, tone, bumps=()):
+    """A bent surface, with bumps, and an arrow."""
+    canvas = tile(base)
+    hill = common(disc(16, 36, 18.5), box(3.5, 0, 28.5, 27.5, 2))
+    for x, y, radius in bumps:
+        hill = union(hill, disc(x, y, radius))
+    shape = arrow(start, end, 2.8, 5.5)
+    shadow(canvas, union(hill, shape), 0.45, 4)
+    canvas.paint(grown(hill, 0.6), INK)
+    canvas.paint(grown(hill, -0.4), down(colour("#D7F5EE"), colour("#3E9C94"), 17, 28))
+    canvas.paint(grown(shape, 0.6), INK)
+    canvas.paint(grown(shape, -0.3), mix(tone, WHITE, 0.2))
+    return canvas
+
+
+def object_normal(base):
+    return on_a_hill(base, (16, 20.5), (16, 4), colour("#FFC93C"))
+
+
+def tangent(base):
+    return on_a_hill(base, (8, 16.5), (27, 16.5), RED)
+
+
+def binormal(base):
+    return on_a_hill(base, (9, 22), (22, 8.5), GREEN)
+
+
+def bumped_normal(base):
+    return on_a_hill(base, (13, 19), (7, 4), BLUE, ((10, 20, 3.4), (18, 19, 3.4), (25, 21.5, 3)))
+
+
+def eye_distance(base):
+    """An eye, a ruler's line and a wall."""
+    canvas = tile(base)
+    wall = box(24, 5, 28, 27, 1)
+    path = union(arrow((15, 22), (6, 22), 2, 4), arrow((13, 22), (23, 22), 2, 4))
+    eye = common(disc(10, 18, 9), disc(10, 6, 9))
+    shadow(canvas, union(wall, eye), 0.45, 4)
+    canvas.paint(grown(wall, 0.5), INK)
+    canvas.paint(grown(wall, -0.5), colour("#4F9AA3"))
+    canvas.paint(path, INK)
+    canvas.paint(grown(eye, 0.8), INK)
+    canvas.paint(grown(eye, -0.4), WHITE)
+    canvas.paint(disc(10, 12, 2.7), BLUE)
+    return canvas
+
+
+def screen_uv(base):
+    """A screen with its two directions."""
+    canvas = tile(base)
+    screen = box(4, 6, 28, 24, 2)
+    shadow(canvas, screen, 0.45, 5)
+    canvas.paint(grown(screen, 0.6), INK)
+    canvas.paint(grown(screen, -1), down(colour("#173A52"), colour("#2F6E8F"), 6, 24))
+    canvas.paint(box(12, 24, 20, 28, 1), INK)
+    canvas.paint(arrow((8, 10), (24, 10), 2, 4), mix(RED, WHITE, 0.3))
+    canvas.paint(arrow((8, 10), (8, 21), 2, 4), mix(GREEN, WHITE, 0.3))
+    return canvas
+
+
+def face_sign(base):
+    """A leaf with a plus on its front and a minus on its back."""
+    canvas = tile(base)
+    front = polygon([(5, 7), (16, 4), (16, 26), (5, 29)])
+    back = polygon([(16, 4), (27, 7), (27, 29), (16, 26)])
+    shadow(canvas, union(front, back), 0.45, 5)
+    canvas.paint(grown(union(front, back), 0.6), INK)
+    canvas.paint(grown(front, -0.4), colour("#F2FBFB"))
+    canvas.paint(grown(back, -0.4), colour("#4F9AA3"))
+    canvas.paint(union(box(7, 15.2, 14, 17.4), box(9.4, 12.8, 11.6, 19.8)), RED)
+    canvas.paint(box(18, 15.2, 25, 17.4), WHITE)
+    return canvas
+
+
+def light_direction(base):
+    """A lamp, and the arrow that runs to it."""
+    canvas = tile(base)
+    lamp = disc(22, 10, 5.2)
+    ray = arrow((6, 27), (17, 15), 2.6, 5)
+    canvas.paint(grown(lamp, 2.5), colour("#FFF3B0"), 0.8, 4)
+    shadow(canvas, ray, 0.45, 4)
+    canvas.paint(grown(lamp, 0.7), INK)
+    canvas.paint(lamp, ball(colour("#FFD447"), 22, 10, 5.2))
+    canvas.paint(grown(ray, 0.6), INK)
+    canvas.paint(grown(ray, -0.3), WHITE)
+    return canvas
+
+
 # Name, picture, base colour and number of colours with the transparent one.
 ICONS = [
     ("Surface", surface, "#FFB24D", 240),
+    ("SurfacePbr", physical_surface, "#FFB24D", 240),
     ("SurfaceFacingRatio", facing_ratio, "#99E6E6", 200),
     ("SurfaceTime", time, "#99E6E6", 160),
     ("SurfaceFrame", frame, "#99E6E6", 160),
     ("SurfaceWorldPosition", world_position, "#99E6E6", 200),
     ("SurfaceWorldNormal", world_normal, "#99E6E6", 200),
     ("SurfaceViewDirection", view_direction, "#99E6E6", 200),
+    ("SurfaceObjectPosition", object_position, "#99E6E6", 160),
+    ("SurfaceObjectNormal", object_normal, "#99E6E6", 160),
+    ("SurfaceTangent", tangent, "#99E6E6", 160),
+    ("SurfaceBinormal", binormal, "#99E6E6", 160),
+    ("SurfaceBumpedNormal", bumped_normal, "#99E6E6", 160),
+    ("SurfaceEyeDistance", eye_distance, "#99E6E6", 160),
+    ("SurfaceScreenUv", screen_uv, "#99E6E6", 160),
+    ("SurfaceFaceSign", face_sign, "#99E6E6", 160),
+    ("SurfaceLightDirection", light_direction, "#99E6E6", 160),
 ]

@@ -31,6 +31,8 @@ Examples:
       Draw a material on a sphere.
   mox preview brick.xml -o brick.png --mesh house.glb --set tint=1,0.5,0.5
       Draw it on a mesh, with another colour.
+  mox preview paint.xml -o paint.png --light garage.hdr --set toneMapping=0
+      Light a physical surface by a panorama, and cut off what is brighter than white.
   mox preview brick.xml -o mask.png --node noise.out_red --mesh plane
       Show what one output of a node puts out.
   mox preview fire.xml -o fire.png --frames 0..7 --size 128
@@ -45,6 +47,7 @@ struct PreviewArguments
     std::string Mesh = "sphere";
     float Frame = 0.0f;
     std::string Frames;
+    std::string Light;
     std::string Node;
     std::vector<std::string> Values;
     std::string Environment;
@@ -96,6 +99,7 @@ Host::PreviewOptions ReadOptions(const PreviewArguments& arguments)
         options.FrameCount = static_cast<std::uint32_t>(frames->second) -
                              static_cast<std::uint32_t>(frames->first) + 1;
     }
+    options.Light = arguments.Light;
     options.Node = arguments.Node;
     for (const std::string& value : arguments.Values) {
         const std::size_t sign = value.find('=');
@@ -150,6 +154,10 @@ void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
                      "Frames to draw side by side, the last included")
         ->type_name("A..B")
         ->excludes(frame);
+    command
+        ->add_option("--light", arguments->Light,
+                     "Panorama that alone lights a physical surface, an image of twice the width")
+        ->type_name("FILE");
     command->add_option("--node", arguments->Node, "Show what a node puts out instead")
         ->type_name("ID[.PORT]");
     command->add_option("--set", arguments->Values, "Value of a binding; may be repeated")
