@@ -1,8 +1,17 @@
 #include "plugins/surface/SurfaceSourceNode.h"
 
 #include "mox/shader/ShaderGraphGenerator.h"
+#include "plugins/surface/icons/SurfaceBinormal.xpm"
+#include "plugins/surface/icons/SurfaceBumpedNormal.xpm"
+#include "plugins/surface/icons/SurfaceEyeDistance.xpm"
+#include "plugins/surface/icons/SurfaceFaceSign.xpm"
 #include "plugins/surface/icons/SurfaceFacingRatio.xpm"
 #include "plugins/surface/icons/SurfaceFrame.xpm"
+#include "plugins/surface/icons/SurfaceLightDirection.xpm"
+#include "plugins/surface/icons/SurfaceObjectNormal.xpm"
+#include "plugins/surface/icons/SurfaceObjectPosition.xpm"
+#include "plugins/surface/icons/SurfaceScreenUv.xpm"
+#include "plugins/surface/icons/SurfaceTangent.xpm"
 #include "plugins/surface/icons/SurfaceTime.xpm"
 #include "plugins/surface/icons/SurfaceViewDirection.xpm"
 #include "plugins/surface/icons/SurfaceWorldNormal.xpm"
@@ -30,6 +39,24 @@ constexpr SurfaceSource sources[] = {
      "worldNormal", {"read", "normal", 3, f}},
     {"SurfaceViewDirection", "View Direction", SurfaceViewDirection_xpm,
      "viewDirection", {"read", "to eye", 3, f}},
+    {"SurfaceObjectPosition", "Object Position", SurfaceObjectPosition_xpm,
+     "objectPosition", {"read", "position", 3, f}},
+    {"SurfaceObjectNormal", "Object Normal", SurfaceObjectNormal_xpm,
+     "objectNormal", {"read", "normal", 3, f}},
+    {"SurfaceTangent", "Tangent", SurfaceTangent_xpm,
+     "worldTangent", {"read", "tangent", 3, f}},
+    {"SurfaceBinormal", "Binormal", SurfaceBinormal_xpm,
+     "worldBinormal", {"read", "binormal", 3, f}},
+    {"SurfaceBumpedNormal", "Bumped Normal", SurfaceBumpedNormal_xpm,
+     "shadingNormal", {"read", "normal", 3, f}},
+    {"SurfaceEyeDistance", "Eye Distance", SurfaceEyeDistance_xpm,
+     "eyeDistance", {"read", "distance", 1, f}},
+    {"SurfaceScreenUv", "Screen Uv", SurfaceScreenUv_xpm,
+     "screenUv", {"read", "uv", 2, f}},
+    {"SurfaceFaceSign", "Face Sign", SurfaceFaceSign_xpm,
+     "faceSign", {"read", "sign", 1, f}},
+    {"SurfaceLightDirection", "Light Direction", SurfaceLightDirection_xpm,
+     "lightDirection", {"read", "to light", 3, f}},
 };
 // clang-format on
 

@@ -62,8 +62,21 @@ std::string Generate(const std::string& material, const Types& provided)
 }
 
 const Types everything = {
-    {"facingRatio", scalar},   {"time", scalar},        {"frame", scalar},
-    {"worldPosition", vector}, {"worldNormal", vector}, {"viewDirection", vector},
+    {"facingRatio", scalar},
+    {"time", scalar},
+    {"frame", scalar},
+    {"worldPosition", vector},
+    {"worldNormal", vector},
+    {"viewDirection", vector},
+    {"objectPosition", vector},
+    {"objectNormal", vector},
+    {"worldTangent", vector},
+    {"worldBinormal", vector},
+    {"shadingNormal", vector},
+    {"eyeDistance", scalar},
+    {"screenUv", ShaderType(ComponentType::Float, 2, 1, 1)},
+    {"faceSign", scalar},
+    {"lightDirection", vector},
 };
 
 TEST(Surface, WhatEachTypeShowsAndWrites)
