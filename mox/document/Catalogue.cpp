@@ -125,8 +125,10 @@ std::vector<CatalogueEntry> DescribeCatalogue(const PluginSet& plugins,
             }
         }
     }
-    if (!unknown.empty())
-        throw UnknownType(*unknown.begin());
+    if (!unknown.empty()) {
+        const std::string& type = *unknown.begin();
+        throw HostError({}, UnknownType(type).Message + plugins.SuggestType(type));
+    }
     return entries;
 }
 

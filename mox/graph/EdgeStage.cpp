@@ -1,6 +1,7 @@
 #include "mox/graph/EdgeStage.h"
 
 #include "mox/Text.h"
+#include "mox/host/NearestName.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -18,9 +19,18 @@ namespace {
 /// given up on after some.
 constexpr int mostCircles = 100;
 
-/// Reports the failure of looking a port up that has not been found.
+std::vector<RightName> NamesOf(const std::vector<Materials::GuiPort>& ports)
+{
+    std::vector<RightName> names;
+    for (const Materials::GuiPort& port : ports)
+        names.push_back({port.Name, port.Label});
+    return names;
+}
+
+/// Reports the failure of looking a port up that has not been found among some.
 template <class LookUp>
-bool HasPort(const GraphNode& node, std::int32_t found, ProblemList& problems, LookUp lookUp)
+bool HasPort(const GraphNode& node, std::int32_t found, const std::string& name,
+             const std::vector<Materials::GuiPort>& ports, ProblemList& problems, LookUp lookUp)
 {
     if (node.IsPlaceholder || found >= 0)
         return true;
@@ -28,7 +38,8 @@ bool HasPort(const GraphNode& node, std::int32_t found, ProblemList& problems, L
         lookUp();
         return true;
     } catch (const HostError& error) {
-        problems.Fail("unknown-port", error);
+        problems.Fail("unknown-port", error.Where,
+                      error.Message + SuggestName(name, NamesOf(ports)));
         return false;
     }
 }
@@ -43,12 +54,16 @@ bool CheckEdge(const GraphNode& tail, const GraphNode& head, const DocumentEdge&
         problems.Fail("self-edge", where, Compose("node \"", edge.Tail, "\" cannot feed itself"));
         return false;
     }
-    const bool hasOutput = HasPort(tail, tail.Gui.FindOutputPort(edge.TailPort), problems, [&] {
-        tail.Gui.GetOutputPort({where.File, where.Line, tail.Id}, edge.TailPort);
-    });
-    const bool hasInput = HasPort(head, head.Gui.FindInputPort(edge.HeadPort), problems, [&] {
-        head.Gui.GetInputPort({where.File, where.Line, head.Id}, edge.HeadPort);
-    });
+    const bool hasOutput =
+        HasPort(tail, tail.Gui.FindOutputPort(edge.TailPort), edge.TailPort, tail.Gui.OutputPorts(),
+                problems, [&] {
+                    tail.Gui.GetOutputPort({where.File, where.Line, tail.Id}, edge.TailPort);
+                });
+    const bool hasInput =
+        HasPort(head, head.Gui.FindInputPort(edge.HeadPort), edge.HeadPort, head.Gui.InputPorts(),
+                problems, [&] {
+                    head.Gui.GetInputPort({where.File, where.Line, head.Id}, edge.HeadPort);
+                });
     return hasOutput && hasInput;
 }
 

@@ -6,6 +6,7 @@
 #include "mox/host/Excerpt.h"
 #include "mox/host/HostError.h"
 #include "mox/host/LibraryCall.h"
+#include "mox/host/NearestName.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -44,6 +45,17 @@ bool Parse(GuiProperty& property, const DocumentProperty& value, const NodeBuild
     }
     property.Node = *target;
     return *target != nullptr;
+}
+
+/// The properties that people see.
+std::vector<RightName> NamesOf(const GuiPropertyBag& properties)
+{
+    std::vector<RightName> names;
+    for (const auto& property : properties.Properties) {
+        if (property->Visible)
+            names.push_back({property->Name});
+    }
+    return names;
 }
 
 /// Loads the stored properties of one node.
@@ -93,7 +105,8 @@ private:
         if (!_node.IsPlaceholder && !_node.Gui.Properties().Index.contains(stored.Name)) {
             _problems.Warn("unknown-property", PlaceOf(stored.Line),
                            Compose("the type \"", _record.Type, "\" has no property \"",
-                                   stored.Name, "\"; it is kept but has no effect"));
+                                   stored.Name, "\"; it is kept but has no effect",
+                                   SuggestName(stored.Name, NamesOf(_node.Gui.Properties()))));
         }
         return true;
     }
@@ -171,7 +184,7 @@ GraphNode NodeBuilder::Make(std::size_t index, const DocumentNode& record) const
         // A document without the type has been reported by its reader.
         if (made.IsPlaceholder && !record.Type.empty()) {
             problems.Warn("unknown-type", node.Where,
-                          Compose("no plug-in offers the type \"", record.Type, "\""));
+                          UnknownType(record.Type).Message + _maker.SuggestType(record.Type));
         }
     } catch (const HostError& error) {
         try {

@@ -16,7 +16,8 @@ constexpr const char* placeholderType = "CoreDefault";
 NodeMaker::NodeMaker(const PluginSet& plugins)
     : _factory([&plugins](const std::string& type, const Place& where) {
           return plugins.CreateNode(type, where);
-      })
+      }),
+      _plugins(&plugins)
 {}
 
 MadeNode NodeMaker::Make(const std::string& type, const Place& where) const
@@ -25,6 +26,11 @@ MadeNode NodeMaker::Make(const std::string& type, const Place& where) const
     if (node)
         return {node, false};
     return {MakePlaceholder(type, where), true};
+}
+
+std::string NodeMaker::SuggestType(const std::string& type) const
+{
+    return _plugins ? _plugins->SuggestType(type) : std::string();
 }
 
 PluginNode NodeMaker::MakePlaceholder(const std::string& type, const Place& where) const

@@ -32,8 +32,12 @@ public:
     /// @throws HostError if there is no placeholder
     PluginNode MakePlaceholder(const std::string& type, const Place& where) const;
 
+    /// What follows the message that a type is not offered: the one that is most like it.
+    std::string SuggestType(const std::string& type) const;
+
 private:
     Factory _factory;
+    const PluginSet* _plugins = nullptr; ///< null if the factory is not theirs
 };
 
 } // namespace Mox::Host

@@ -3,6 +3,7 @@
 #include "mox/Text.h"
 #include "mox/host/HostError.h"
 #include "mox/host/LibraryFolder.h"
+#include "mox/host/NearestName.h"
 
 #include <algorithm>
 #include <system_error>
@@ -50,6 +51,18 @@ PluginNode PluginSet::CreateNode(const std::string& typeName, const Place& where
 {
     const Plugin* supplier = FindSupplier(typeName);
     return supplier ? supplier->CreateNode(typeName, where) : PluginNode();
+}
+
+std::string PluginSet::SuggestType(const std::string& typeName) const
+{
+    std::vector<RightName> names;
+    for (const Plugin& plugin : _plugins) {
+        for (const PluginType& type : plugin.Types()) {
+            if (type.Listed)
+                names.push_back({type.TypeName, type.Label});
+        }
+    }
+    return SuggestName(typeName, names);
 }
 
 HostError UnknownType(const std::string& type)

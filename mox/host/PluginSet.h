@@ -36,6 +36,9 @@ public:
     /// @throws HostError if the node's construction fails
     PluginNode CreateNode(const std::string& typeName, const Place& where = {}) const;
 
+    /// What follows the message that no plug-in offers a type: the listed one that is most like it.
+    std::string SuggestType(const std::string& typeName) const;
+
 private:
     std::list<Plugin> _plugins;
 };

@@ -1,0 +1,87 @@
+#include "mox/host/NearestName.h"
+
+#include "mox/Text.h"
+#include "mox/host/Excerpt.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstddef>
+#include <numeric>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+/// How many letters have to be changed, added or removed, whatever their case.
+std::size_t EditDistance(std::string_view a, std::string_view b)
+{
+    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t(0));
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t changed = diagonal + (lower(a[i]) == lower(b[j]) ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({row[j] + 1, row[j + 1] + 1, changed});
+        }
+    }
+    return row.back();
+}
+
+/// A port's name without "in_" or "out_", which its label does not have.
+std::string_view WithoutDirection(std::string_view name)
+{
+    for (const std::string_view prefix : {"in_", "out_"}) {
+        if (name.starts_with(prefix))
+            return name.substr(prefix.size());
+    }
+    return name;
+}
+
+std::string Show(const RightName& name)
+{
+    const bool hasLabel = !name.Label.empty() && name.Label != WithoutDirection(name.Name);
+    return Excerpt(name.Name) + (hasLabel ? Compose(" (", MessageLine(name.Label), ")") : "");
+}
+
+} // namespace
+
+std::string SuggestName(std::string_view name, const std::vector<RightName>& names)
+{
+    constexpr std::size_t longestName = 100; // longer ones are no typing errors
+    constexpr std::size_t mostListed = 12;
+    if (names.empty() || name.size() > longestName)
+        return {};
+    const auto distanceTo = [&](const RightName& right) {
+        std::size_t distance = EditDistance(name, right.Name.substr(0, longestName));
+        if (!right.Label.empty()) {
+            distance = std::min(
+                distance, EditDistance(WithoutDirection(name), right.Label.substr(0, longestName)));
+        }
+        return distance;
+    };
+    std::vector<std::size_t> distances;
+    for (const RightName& right : names)
+        distances.push_back(distanceTo(right));
+    const auto nearest = std::min_element(distances.begin(), distances.end());
+    const auto best = static_cast<std::size_t>(nearest - distances.begin());
+    const bool isAlike = *nearest <= std::max<std::size_t>(2, name.size() / 3);
+
+    std::string text;
+    if (isAlike)
+        text = Compose("; did you mean ", Show(names[best]), "?");
+    std::string others;
+    for (std::size_t i = 0; i < names.size() && names.size() <= mostListed; ++i) {
+        if (!isAlike || i != best)
+            others += (others.empty() ? "" : ", ") + Show(names[i]);
+    }
+    if (!others.empty())
+        text += Compose(isAlike ? " There is also " : "; there is ", others);
+    return text;
+}
+
+} // namespace Mox::Host
