@@ -54,7 +54,6 @@ test('a property is a parameter if it bears its name and value', () => {
         name,
         kind,
         value,
-        visible: true,
         editable: true,
     });
     constant.properties = [

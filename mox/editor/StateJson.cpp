@@ -50,7 +50,6 @@ Json DescribeProperty(const MaterialGraph& graph, const GuiProperty& property)
             {"kind", FormatKind(property.Kind)},
             {"value", property.Kind == GuiPropertyKind::Node ? graph.IdOf(property.Node.get())
                                                              : FormatValue(property)},
-            {"visible", property.Visible},
             {"editable", property.Editable}};
 }
 
@@ -67,8 +66,10 @@ Json DescribeNode(const MaterialGraph& graph, std::size_t number)
     json["inputs"] = DescribePorts(node.Gui.InputPorts());
     json["outputs"] = DescribePorts(node.Gui.OutputPorts());
     Json properties = Json::array();
-    for (const auto& property : node.Gui.Properties().Properties)
-        properties.push_back(DescribeProperty(graph, *property));
+    for (const auto& property : node.Gui.Properties().Properties) {
+        if (property->Visible)
+            properties.push_back(DescribeProperty(graph, *property));
+    }
     json["properties"] = std::move(properties);
     return json;
 }

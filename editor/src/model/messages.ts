@@ -30,7 +30,6 @@ export interface Port {
 }
 
 export interface ShownProperty extends Property {
-    visible: boolean;
     editable: boolean;
 }
 
@@ -43,6 +42,7 @@ export interface NodeState {
     background?: number[];
     inputs?: Port[];
     outputs?: Port[];
+    /** Those that are visible now. */
     properties?: ShownProperty[];
 }
 

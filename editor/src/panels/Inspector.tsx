@@ -41,32 +41,28 @@ function isDefault(row: Row): boolean {
     );
 }
 
-/** The visible properties that all nodes have, as the first has them. */
+/** The properties that all nodes show, as the first has them. */
 export function sharedRows(
     nodes: readonly NodeState[],
     describe: (node: NodeState, name: string) => CatalogueProperty | undefined,
 ): Row[] {
     const [first, ...others] = nodes;
-    return (first?.properties ?? [])
-        .filter((property) => property.visible)
-        .flatMap((property) => {
-            const same = others.map((node) =>
-                node.properties?.find(
-                    (p) => p.name === property.name && p.kind === property.kind && p.visible,
-                ),
-            );
-            if (same.includes(undefined)) return [];
-            return [
-                {
-                    property: {
-                        ...property,
-                        editable: property.editable && same.every((p) => p!.editable),
-                    },
-                    described: describe(first!, property.name),
-                    isMixed: same.some((p) => p!.value !== property.value),
+    return (first?.properties ?? []).flatMap((property) => {
+        const same = others.map((node) =>
+            node.properties?.find((p) => p.name === property.name && p.kind === property.kind),
+        );
+        if (same.includes(undefined)) return [];
+        return [
+            {
+                property: {
+                    ...property,
+                    editable: property.editable && same.every((p) => p!.editable),
                 },
-            ];
-        });
+                described: describe(first!, property.name),
+                isMixed: same.some((p) => p!.value !== property.value),
+            },
+        ];
+    });
 }
 
 function NodeField({ row, onChange, light }: { row: Row; onChange: OnChange; light: Lighting['light'] }) {
