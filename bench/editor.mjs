@@ -1,17 +1,16 @@
-// Measures the editor in Debian's Chromium, without a graphics card. Times are medians in milliseconds.
-// Usage: node bench/editor.mjs MOX; the page's packages must be installed (npm ci in editor/)
+// Measures the editor in Debian's Chromium, without a graphics card. Times are medians in milliseconds. Of opening:
+// `shown` is when the first frame of the graph was on the screen, `pageTime` and `serverTime` are the processor times that
+// the page's process and the server had used by then.
+// Usage: node bench/editor.mjs MOX [DIST], with DIST the folder of a page other than the one in MOX; the page's
+// packages must be installed (npm ci in editor/)
 
-import { spawn } from 'node:child_process';
-import { mkdtempSync, rmSync, writeFileSync } from 'node:fs';
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
-import { chromium } from '../editor/node_modules/playwright-core/index.mjs';
+import { launch, open, serve } from '../editor/test/drive.mjs';
 
-const mox = process.argv[2];
+const [mox, dist] = process.argv.slice(2);
 const folder = mkdtempSync(`${tmpdir()}/mox-editor-bench-`);
-const browser = await chromium.launch({
-    executablePath: '/usr/bin/chromium',
-    args: ['--no-sandbox', '--disable-gpu', '--enable-unsafe-swiftshader'],
-});
+const browser = await launch();
 
 /** Chains of additions, one below the other, that all come together in a surface. */
 function material(count, length) {
@@ -39,22 +38,39 @@ function material(count, length) {
     return `<?xml version="1.0" encoding="UTF-8"?>\n<material version="1">${lists}</material>\n`;
 }
 
+/** Processor time of a process so far. */
+function processorTime(pid) {
+    const fields = readFileSync(`/proc/${pid}/stat`, 'utf8').split(') ')[1].split(' ');
+    const tick = 10;
+    return tick * (Number(fields[11]) + Number(fields[12]));
+}
+
+/** Processor time of the page's process so far. */
+async function pageTime(page) {
+    const client = await page.context().newCDPSession(page);
+    await client.send('Performance.enable');
+    const { metrics } = await client.send('Performance.getMetrics');
+    await client.detach();
+    return 1000 * metrics.find(({ name }) => name === 'ProcessTime').value;
+}
+
 async function withPage(count, work) {
     const file = `${folder}/of_${count}.xml`;
     writeFileSync(file, material(count, Math.ceil(Math.sqrt(count))));
-    const server = spawn(mox, ['edit', '--no-browser', file], {
-        stdio: ['ignore', 'pipe', 'inherit'],
-    });
-    const address = await new Promise((resolve) => {
-        server.stdout.on('data', (data) => resolve(/http:\S+/.exec(String(data))[0]));
-    });
-    const page = await browser.newPage({
+    const { server, address } = await serve(mox, file);
+    const before = processorTime(server.pid);
+    const page = await open(browser, address, {
+        dist,
         viewport: { width: 1600, height: 900 },
     });
     page.setDefaultTimeout(120000);
-    await page.goto(address);
     await page.waitForFunction(() => performance.getEntriesByName('graph-shown').length > 0);
     const shown = await page.evaluate(() => performance.getEntriesByName('graph-shown')[0].startTime);
+    const opening = {
+        shown,
+        pageTime: await pageTime(page),
+        serverTime: processorTime(server.pid) - before,
+    };
     await page.evaluate(() => {
         const frame = () => new Promise(requestAnimationFrame);
         const canvas = document.getElementById('canvas');
@@ -91,9 +107,9 @@ async function withPage(count, work) {
         };
     });
     const result = await work(page);
-    await page.close();
+    await page.context().close();
     server.kill();
-    return { shown, ...result };
+    return { ...opening, ...result };
 }
 
 const pan = (page) =>

@@ -76,7 +76,8 @@ export function App() {
     useEffect(() => {
         if (!isLoaded) return;
         canvas.current?.frame();
-        requestAnimationFrame(() => performance.mark('graph-shown')); // for benchmarks
+        const afterThatFrame = () => performance.mark('graph-shown'); // for benchmarks
+        requestAnimationFrame(() => requestAnimationFrame(afterThatFrame));
     }, [isLoaded]);
 
     const jump = useCallback(

@@ -1,14 +1,15 @@
 // Proof in a browser: drives Debian's Chromium through the page that `mox edit` serves.
-// Usage: node test/browser.mjs MOX, with MOX the program
+// Usage: node test/browser.mjs MOX [DIST], with MOX the program and DIST the folder of a page that is
+// tested in place of the one in the program
 
 import assert from 'node:assert/strict';
-import { execFileSync, spawn } from 'node:child_process';
+import { execFileSync } from 'node:child_process';
 import { copyFileSync, mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { after, before, test } from 'node:test';
-import { chromium } from 'playwright-core';
+import * as drive from './drive.mjs';
 
-const mox = process.argv[2];
+const [mox, dist] = process.argv.slice(2);
 const examples = new URL('../../examples/', import.meta.url).pathname;
 const axe = new URL('../node_modules/axe-core/axe.min.js', import.meta.url).pathname;
 const emptyMaterial = '<?xml version="1.0" encoding="UTF-8"?>\n<material version="1">\n</material>\n';
@@ -17,10 +18,7 @@ const servers = [];
 let browser;
 
 before(async () => {
-    browser = await chromium.launch({
-        executablePath: '/usr/bin/chromium',
-        args: ['--no-sandbox', '--disable-gpu', '--enable-unsafe-swiftshader'],
-    });
+    browser = await drive.launch();
 });
 
 after(async () => {
@@ -29,37 +27,13 @@ after(async () => {
     rmSync(folder, { recursive: true });
 });
 
-/** Starts the editor of a file; gives the process and the address that it prints. */
-async function serve(file) {
-    const server = spawn(mox, ['edit', '--no-browser', file], { stdio: ['ignore', 'pipe', 'inherit'] });
-    servers.push(server);
-    const address = await new Promise((resolve, reject) => {
-        let text = '';
-        server.stdout.on('data', (data) => {
-            text += data;
-            const found = /http:\S+/.exec(text);
-            if (found && text.includes('\n')) resolve(found[0]);
-        });
-        server.on('exit', (code) => reject(new Error(`mox edit has ended with ${code}`)));
-    });
-    return { server, address };
+async function serve(file, environment) {
+    const served = await drive.serve(mox, file, environment);
+    servers.push(served.server);
+    return served;
 }
 
-/** A page that has loaded the document. Whatever it complains about fails the test. */
-async function open(address) {
-    const context = await browser.newContext({ viewport: { width: 1400, height: 800 } });
-    await context.grantPermissions(['clipboard-read', 'clipboard-write']);
-    const page = await context.newPage();
-    page.setDefaultTimeout(20000);
-    page.complaints = [];
-    page.on('pageerror', (error) => page.complaints.push(error.message));
-    page.on('console', (message) => {
-        if (message.type() === 'error') page.complaints.push(message.text());
-    });
-    await page.goto(address);
-    await page.waitForFunction(() => document.title.includes('.xml'));
-    return page;
-}
+const open = (address) => drive.open(browser, address, { dist });
 
 let fileCount = 0;
 

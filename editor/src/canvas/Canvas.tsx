@@ -169,14 +169,18 @@ export function Canvas({
     const gesture = useRef<Gesture | null>(null);
     const [cache] = useState(() => new CardCache());
     const [isFar, setFar] = useState(false);
-    const [region, setRegion] = useState<Box>({ x: -4000, y: -4000, width: 8000, height: 8000 });
+    const [region, setRegion] = useState<Box | null>(null); // until the first view is known
     const [box, setBox] = useState<Box | null>(null);
     const colours = useRef<ReturnType<typeof readColours> | null>(null);
 
+    const frameRequest = useRef(0);
     const draw = useCallback(() => {
-        if (!canvas.current) return;
-        colours.current ??= readColours(canvas.current);
-        paint(canvas.current, editor, viewport.current, colours.current, viewport.current.zoom < farZoom);
+        cancelAnimationFrame(frameRequest.current);
+        frameRequest.current = requestAnimationFrame(() => {
+            if (!canvas.current) return;
+            colours.current ??= readColours(canvas.current);
+            paint(canvas.current, editor, viewport.current, colours.current, viewport.current.zoom < farZoom);
+        });
     }, [editor]);
 
     const moved = useCallback(
@@ -187,7 +191,8 @@ export function Canvas({
             const size = { width: root.current!.clientWidth, height: root.current!.clientHeight };
             const seen = visibleBox(next, size, 0);
             const isFitting = (old: Box) => contains(old, seen) && old.width < largestRegion * seen.width;
-            if (!far) setRegion((old) => (isFitting(old) ? old : visibleBox(next, size, regionMargin)));
+            if (!far)
+                setRegion((old) => (old && isFitting(old) ? old : visibleBox(next, size, regionMargin)));
             draw();
         },
         [draw],
@@ -231,7 +236,9 @@ export function Canvas({
                 const wanted = around(chosen.map((node) => boxOf(editor, node)));
                 const covered = { right: element.clientWidth > 900 ? 330 : 0, bottom: 40 };
                 const size = { width: element.clientWidth, height: element.clientHeight };
-                if (wanted) goTo(frame(wanted, size, covered));
+                const next = wanted ? frame(wanted, size, covered) : viewport.current;
+                goTo(next);
+                moved(next);
             },
         });
         return () => {
@@ -239,12 +246,12 @@ export function Canvas({
             resized.disconnect();
             scheme.removeEventListener('change', recolour);
         };
-    }, [draw, editor, goTo, onReady]);
+    }, [draw, editor, goTo, moved, onReady]);
 
     useEffect(draw, [draw, snapshot, isFar]);
 
     const cards = useMemo(
-        () => (isFar ? [] : cache.cardsOf(editor, snapshot, region, lit)),
+        () => (isFar || !region ? [] : cache.cardsOf(editor, snapshot, region, lit)),
         [cache, editor, isFar, lit, region, snapshot],
     );
 

@@ -13,6 +13,7 @@ class LivePicture {
     private last: Partial<Snapshot> = {};
     private request = 0;
     private files = new Map<string, string>();
+    private loading = 0;
     readonly view: View = {
         orbit: { longitude: 0, latitude: 0, distance: 1 },
         light: 0,
@@ -54,7 +55,9 @@ class LivePicture {
             const source = JSON.stringify(parameter?.values ?? {});
             if (this.files.get(tag) === source) continue;
             this.files.set(tag, source);
+            ++this.loading;
             const image = await this.editor.texture(tag);
+            --this.loading;
             if (!image) this.files.delete(tag);
             else this.renderer.setTexture(tag, image);
             this.drawSoon();
@@ -70,7 +73,15 @@ class LivePicture {
 
     drawSoon(): void {
         cancelAnimationFrame(this.request);
-        this.request = requestAnimationFrame(() => this.renderer.draw(this.view));
+        this.request = requestAnimationFrame(() => {
+            this.request = 0;
+            this.renderer.draw(this.view);
+        });
+    }
+
+    /** Whether all that is known by now is in the picture; for scripts that look at it. */
+    isReady(): boolean {
+        return this.loading === 0 && this.request === 0;
     }
 }
 

@@ -1,0 +1,59 @@
+// Starts `mox edit` and Debian's Chromium for the scripts that drive the page: tests, benchmarks, pictures.
+
+import { spawn } from 'node:child_process';
+import { chromium } from 'playwright-core';
+
+export function launch() {
+    return chromium.launch({
+        executablePath: '/usr/bin/chromium',
+        args: ['--no-sandbox', '--disable-gpu', '--enable-unsafe-swiftshader'],
+    });
+}
+
+/** Starts the editor of a file; gives the process and the address that it prints. */
+export async function serve(mox, file, environment = {}) {
+    const server = spawn(mox, ['edit', '--no-browser', file], {
+        stdio: ['ignore', 'pipe', 'inherit'],
+        env: { ...process.env, ...environment },
+    });
+    const address = await new Promise((resolve, reject) => {
+        let text = '';
+        server.stdout.on('data', (data) => {
+            text += data;
+            const found = /http:\S+(?=\n)/.exec(text);
+            if (found) resolve(found[0]);
+        });
+        server.on('exit', (code) => reject(new Error(`mox edit has ended with ${code}`)));
+    });
+    return { server, address };
+}
+
+/**
+ * A page that has loaded the document. What it complains about is listed in `complaints`.
+ * @param dist folder of a page that is shown in place of the one in the program, if given
+ */
+export async function open(browser, address, { dist, ...options } = {}) {
+    const context = await browser.newContext({ viewport: { width: 1400, height: 800 }, ...options });
+    await context.grantPermissions(['clipboard-read', 'clipboard-write']);
+    const page = await context.newPage();
+    page.setDefaultTimeout(20000);
+    page.complaints = [];
+    page.on('pageerror', (error) => page.complaints.push(error.message));
+    page.on('console', (message) => {
+        if (message.type() === 'error') page.complaints.push(message.text());
+    });
+    if (dist)
+        for (const name of ['app.js', 'app.css'])
+            await page.route(`**/${name}`, (route) => route.fulfill({ path: `${dist}/${name}` }));
+    await page.goto(address);
+    await page.waitForFunction(() => document.title.includes('.xml'));
+    return page;
+}
+
+/** Waits until the picture shows the document as it is. */
+export async function settle(page) {
+    await page.waitForFunction(() => {
+        const { programs, isPictureStale } = window.moxEditor.get();
+        return programs !== null && !isPictureStale && window.moxPicture.isReady();
+    });
+}
