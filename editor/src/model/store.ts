@@ -237,12 +237,26 @@ export class Editor {
 
     private compileSoon(delay: number): void {
         clearTimeout(this.compileTimer);
-        this.compileTimer = setTimeout(() => void this.compile(), delay);
+        this.compileTimer = setTimeout(() => {
+            this.compileTimer = undefined;
+            void this.compile();
+        }, delay);
+    }
+
+    /**
+     * Compiles and draws again what a later change has made out of date. That change may be one
+     * that asks for nothing itself, such as the move of a node.
+     */
+    private compileAgain(): void {
+        if (this.compileTimer === undefined) this.compileSoon(compileDelay);
     }
 
     private async compile(): Promise<void> {
         const { answer } = await this.connection.request({ do: 'compile', targets: ['essl'] });
-        if (answer.outOfDate) return;
+        if (answer.outOfDate) {
+            this.compileAgain();
+            return;
+        }
         const files = answer.programs?.essl;
         if (files) {
             const programs = {
@@ -257,6 +271,7 @@ export class Editor {
         }
         const check = await this.connection.request({ do: 'problems' });
         if (check.answer.problems) this.set({ problems: check.answer.problems });
+        else if (check.answer.outOfDate) this.compileAgain();
         else if (check.answer.error) this.say(describeError(check.answer));
         void this.drawPinned();
         void this.drawThumbnails();
@@ -268,7 +283,10 @@ export class Editor {
     }
 
     async texture(tag: string): Promise<TextureLevels | undefined> {
-        return levelsOf(await this.connection.request({ do: 'texture', tag }));
+        const reply = await this.connection.request({ do: 'texture', tag });
+        const [problem] = reply.answer.problems ?? [];
+        if (problem) this.say(problem.message);
+        return levelsOf(reply);
     }
 
     pin(pinned: { node: string; port: string } | null): void {
@@ -282,6 +300,7 @@ export class Editor {
         const node = `${pinned.node}.${pinned.port}`;
         const reply = await this.connection.request({ do: 'picture', node, width: 192, height: 192 });
         const picture = toImage(reply);
+        if (reply.answer.outOfDate) this.compileAgain();
         if (reply.answer.error) this.say(describeError(reply.answer));
         if (
             picture &&
@@ -310,7 +329,8 @@ export class Editor {
             const { meaning } = this;
             const message = { do: 'picture', node: id, mesh: 'plane', width: 64, height: 64 };
             const reply = await this.connection.request(message);
-            if (reply.answer.outOfDate || this.snapshot.lost) break; // a compilation follows
+            if (reply.answer.outOfDate) this.compileAgain();
+            if (reply.answer.outOfDate || this.snapshot.lost) break;
             const isGood = !reply.answer.problems?.some((problem) => problem.severity === 'error');
             const picture = isGood ? toImage(reply) : undefined;
             const thumbnails = new Map(this.snapshot.thumbnails);
