@@ -76,7 +76,12 @@ function CodeView({
         const first = lines[0];
         const scroll =
             first !== undefined && first <= editor.state.doc.lines
-                ? [EditorView.scrollIntoView(editor.state.doc.line(first).from, { y: 'nearest' })]
+                ? [
+                      EditorView.scrollIntoView(editor.state.doc.line(first).from, {
+                          y: 'nearest',
+                          yMargin: 80,
+                      }),
+                  ]
                 : [];
         editor.dispatch({ effects: [setLines.of(lines), ...scroll] });
     }, [lines, text]);

@@ -181,7 +181,7 @@ export function TextField({
         if (event.key === 'Escape') setText(null);
     };
     return isLong ? (
-        <textarea {...common} rows={3} onChange={(event) => setText(event.target.value)} onKeyDown={press} />
+        <textarea {...common} rows={2} onChange={(event) => setText(event.target.value)} onKeyDown={press} />
     ) : (
         <input {...common} onChange={(event) => setText(event.target.value)} onKeyDown={press} />
     );
