@@ -22,6 +22,14 @@ function isTyping(target: EventTarget | null): boolean {
     return target instanceof Element && target.closest('input, textarea, select, .cm-editor') !== null;
 }
 
+/** Sends what is being typed into a field. */
+function finishField(): void {
+    const field = document.activeElement;
+    if (!(field instanceof HTMLElement) || !isTyping(field)) return;
+    field.blur();
+    field.focus();
+}
+
 function openAddMenu(editor: Editor, canvas: CanvasHandle): void {
     const placement = editor.placement();
     const at = canvas.pointer();
@@ -94,7 +102,10 @@ export function App() {
             'ctrl+z': () => editor.undo(),
             'ctrl+shift+z': () => editor.redo(),
             'ctrl+y': () => editor.redo(),
-            'ctrl+s': () => void editor.save(),
+            'ctrl+s': () => {
+                finishField();
+                void editor.save();
+            },
             'ctrl+d': () => void editor.duplicate(),
             'ctrl+f': () => setDialog('find'),
             'ctrl+a': () => editor.select(editor.get().document.nodes.keys()),

@@ -3,8 +3,8 @@
 // tested in place of the one in the program
 
 import assert from 'node:assert/strict';
-import { execFileSync } from 'node:child_process';
-import { copyFileSync, mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { execFileSync, spawnSync } from 'node:child_process';
+import { copyFileSync, cpSync, mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { after, before, test } from 'node:test';
 import * as drive from './drive.mjs';
@@ -98,14 +98,65 @@ const picture = (page) =>
         return { mean };
     });
 
-const tintedEdges = [
-    'constant.read maths.in_value2',
-    'maths.out_value surface.in_colour',
-    'texture.out_colour maths.in_value1',
-    'uvSet.read texture.in_uv',
+/** Does something that changes the document, and waits for the change. */
+async function change(page, action) {
+    const before = await page.evaluate(() => window.moxEditor.get().revision);
+    await action();
+    await until(page, (revision) => window.moxEditor.get().revision > revision, before);
+}
+
+// What the nodes of a painted brick wall are called at first and in the end, and what is set in the inspector.
+const brickNodes = [
+    ['uvSet', 'uv', [['Name', 'uv0']]],
+    [
+        'texture',
+        'paint',
+        [
+            ['Name', 'paintTexture'],
+            ['Description', 'The painted colours.'],
+            ['Basic Colour', true],
+        ],
+    ],
+    [
+        'texture2',
+        'bumps',
+        [
+            ['Name', 'normalTexture'],
+            ['Colour Type', 'Normal'],
+        ],
+    ],
+    [
+        'constant',
+        'tint',
+        [
+            ['Name', 'tint'],
+            ['Description', 'Multiplies the painted colours.'],
+            ['Default Colour, red', '1'],
+            ['Default Colour, green', '0.9'],
+            ['Default Colour, blue', '0.8'],
+        ],
+    ],
+    ['maths', 'tinted', []],
+];
+const brickTextures = [
+    ['paintTexture', 'textures/paint.png'],
+    ['normalTexture', 'textures/normal.png'],
 ];
 
-test('a tinted texture is built from nothing by mouse, undone and done again, and saved', async () => {
+/** Saves, and compares with the example: nothing but the places of nodes may differ. */
+async function expectBricks(page, file) {
+    await page.keyboard.press('Control+s');
+    await until(page, () => !window.moxEditor.get().unsaved);
+    const saved = readFileSync(file, 'utf8');
+    execFileSync(mox, ['format', file]);
+    assert.equal(readFileSync(file, 'utf8'), saved, 'a saved document is canonical');
+    const { stdout } = spawnSync(mox, ['diff', `${examples}tinted_texture.xml`, file], { encoding: 'utf8' });
+    const others = stdout.split('\n').filter((line) => line !== '' && !line.includes('Position'));
+    assert.deepEqual(others, []);
+    assert.deepEqual(page.complaints, []);
+}
+
+test('a brick wall is built from nothing by mouse, undone and done again, and saved', async () => {
     const { file, page } = await prepare('by_mouse', emptyMaterial);
     await page.mouse.dblclick(700, 300);
     await page.locator('.palette input').fill('surf');
@@ -114,48 +165,55 @@ test('a tinted texture is built from nothing by mouse, undone and done again, an
         .first()
         .click();
     await hasNode(page, 'surface');
-    await add(page, 'surface', 'in_colour', [-140, 0], 'maths', 'maths');
+    await add(page, 'surface', 'in_colour', [-140, -60], 'maths', 'maths');
     await add(page, 'maths', 'in_value1', [-130, -60], 'texture', 'texture');
-    await add(page, 'maths', 'in_value2', [-130, 180], 'constant', 'constant');
-    await add(page, 'texture', 'in_uv', [-60, 120], 'uv set', 'uvSet');
-    await card(page, 'maths').locator('.card-header').click();
-    await page.getByLabel('Function', { exact: true }).selectOption('Addition');
-    await until(page, () => window.moxEditor.get().undo !== '' && window.moxEditor.get().programs !== null);
-    await until(page, () => !window.moxEditor.get().isPictureStale);
+    await add(page, 'texture', 'in_uv', [60, 320], 'uv set', 'uvSet');
+    await add(page, 'maths', 'in_value2', [-130, 80], 'constant', 'constant');
+    await add(page, 'surface', 'in_normal', [-240, 220], 'texture', 'texture2');
+    const uv = [port(page, 'uvSet', 'read'), port(page, 'texture2', 'in_uv')];
+    await change(page, async () => drag(page, await middle(uv[0]), await middle(uv[1])));
+    let actions = 7;
+    for (const [id, newId, values] of brickNodes) {
+        await card(page, id).locator('.card-header').click();
+        for (const [label, value] of [...values, ['id', newId]]) {
+            const field = page.locator('#inspector').getByLabel(label, { exact: true });
+            await change(page, async () => {
+                if (value === true) await field.click();
+                else if ((await field.evaluate((element) => element.tagName)) === 'SELECT')
+                    await field.selectOption(value);
+                else {
+                    await field.fill(value);
+                    await field.blur();
+                }
+            });
+            ++actions;
+        }
+    }
+    await page.getByRole('tab', { name: 'Parameters' }).click();
+    for (const [name, value] of brickTextures) {
+        const field = page.getByLabel(name, { exact: true });
+        await field.fill(value);
+        await change(page, () => field.blur());
+        ++actions;
+    }
+    await drive.settle(page);
     const built = await state(page);
-    assert.deepEqual(built.edges, tintedEdges);
-    assert.deepEqual(
-        built.problems.filter((problem) => problem.severity === 'error'),
-        [],
-    );
 
     // One step for each action, down to nothing, and up again.
     let steps = 0;
-    for (; (await state(page)).undo !== ''; ++steps) {
-        const before = await page.evaluate(() => window.moxEditor.get().revision);
-        await page.getByRole('button', { name: 'Undo' }).click();
-        await until(page, (revision) => window.moxEditor.get().revision > revision, before);
-    }
-    assert.equal(steps, 6);
+    for (; (await state(page)).undo !== ''; ++steps)
+        await change(page, () => page.getByRole('button', { name: 'Undo' }).click());
+    assert.equal(steps, actions);
     assert.deepEqual((await state(page)).ids, []);
-    for (; steps > 0; --steps) {
-        const before = await page.evaluate(() => window.moxEditor.get().revision);
-        await page.keyboard.press('Control+Shift+Z');
-        await until(page, (revision) => window.moxEditor.get().revision > revision, before);
-    }
-    assert.deepEqual((await state(page)).edges, tintedEdges);
-
-    await page.keyboard.press('Control+s');
-    await until(page, () => !window.moxEditor.get().unsaved);
-    const saved = readFileSync(file, 'utf8');
-    execFileSync(mox, ['format', file]);
-    assert.equal(readFileSync(file, 'utf8'), saved, 'a saved document is canonical');
-    assert.deepEqual(page.complaints, []);
+    for (; steps > 0; --steps) await change(page, () => page.keyboard.press('Control+Shift+Z'));
+    const again = await state(page);
+    assert.deepEqual([again.ids, again.edges, again.undo], [built.ids, built.edges, built.undo]);
+    await expectBricks(page, file);
     await page.context().close();
 });
 
 test('the same is built by keyboard alone', async () => {
-    const { page } = await prepare('by_keyboard', emptyMaterial);
+    const { file, page } = await prepare('by_keyboard', emptyMaterial);
     const keys = async (...names) => {
         for (const name of names) await page.keyboard.press(name);
     };
@@ -164,7 +222,35 @@ test('the same is built by keyboard alone', async () => {
         await page.keyboard.type(letters);
         await page.keyboard.press('Enter');
     };
-    await page.keyboard.press('Tab');
+    const goTo = async (label) => {
+        const isThere = () => page.evaluate((wanted) => document.activeElement.ariaLabel === wanted, label);
+        for (let count = 0; !(await isThere()); ++count) {
+            assert.ok(count < 80, `the Tab key does not lead to ${label}`);
+            await page.keyboard.press('Tab');
+        }
+    };
+    const enter = async (label, value) => {
+        await goTo(label);
+        const isField = () => page.evaluate(() => document.activeElement.tagName !== 'SELECT');
+        await change(page, async () => {
+            if (value === true) await keys('Space');
+            else {
+                if (await isField()) await keys('Control+a');
+                await page.keyboard.type(value);
+                await keys('Tab');
+            }
+        });
+    };
+    const find = async (id) => {
+        await keys('Control+f');
+        await choose(id);
+    };
+    const connect = async (from, to) => {
+        await keys('c');
+        await choose(from);
+        await change(page, () => choose(to));
+    };
+    await keys('Tab');
     await choose('uv set');
     await hasNode(page, 'uvSet');
     for (const [letters, id] of [
@@ -177,16 +263,29 @@ test('the same is built by keyboard alone', async () => {
         await choose(letters);
         await hasNode(page, id);
     }
-    await keys('Escape', 'Space');
-    await choose('constant');
-    await hasNode(page, 'constant');
-    await until(page, () => window.moxEditor.get().selection.size === 1);
-    await keys('c');
-    await choose('constant');
-    await choose('in2');
-    await until(page, () => window.moxEditor.get().document.edges.size === 4);
-    assert.deepEqual((await state(page)).edges, tintedEdges);
-    assert.deepEqual(page.complaints, []);
+    for (const [letters, id] of [
+        ['constant', 'constant'],
+        ['texture', 'texture2'],
+    ]) {
+        await keys('Escape', 'Space');
+        await choose(letters);
+        await hasNode(page, id);
+        await until(page, () => window.moxEditor.get().selection.size === 1);
+        if (id === 'constant') await connect('constant', 'in2');
+        else await connect('colour', 'normal');
+    }
+    await connect('uv', 'uv set');
+    for (const [id, newId, values] of brickNodes) {
+        await find(id);
+        await keys('Enter');
+        await enter('id', newId);
+        for (const [label, value] of values) await enter(label, value);
+        await keys('Escape');
+    }
+    await page.getByRole('tab', { name: 'Parameters' }).focus(); // in the graph, Tab adds nodes
+    await keys('Enter');
+    for (const [name, value] of brickTextures) await enter(name, value);
+    await expectBricks(page, file);
     await page.context().close();
 });
 
@@ -209,6 +308,30 @@ test('a value goes to the picture without compiling; structure does not', async 
     await page.waitForTimeout(500);
     const undone = await picture(page);
     undone.mean.forEach((value, i) => assert.ok(Math.abs(value - before.mean[i]) < 1));
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
+test('a node that is moved while a program is being made does not keep it from the picture', async () => {
+    const { page } = await prepare('rim_light');
+    await drive.settle(page);
+    const before = await page.evaluate(() => {
+        const editor = window.moxEditor;
+        editor.selectIds(['base']);
+        const { request } = editor.connection;
+        editor.connection.request = function (message, bytes) {
+            const reply = request.call(this, message, bytes);
+            if (message.do === 'compile') {
+                editor.connection.request = request;
+                editor.nudge({ x: 1, y: 0 });
+            }
+            return reply;
+        };
+        const value = { node: 'rimGlow', name: 'Function', kind: 'enum', value: 'Addition' };
+        editor.setProperties([value]);
+        return editor.get().programs.fragment;
+    });
+    await until(page, (text) => window.moxEditor.get().programs.fragment !== text, before);
     assert.deepEqual(page.complaints, []);
     await page.context().close();
 });
@@ -364,4 +487,91 @@ test('a server that dies loses nothing that it confirmed', async () => {
     await until(again, () => window.moxEditor.get().waiting === null);
     assert.deepEqual(again.complaints, []);
     await again.context().close();
+});
+
+/** How far the picture of the page and that of the preview are apart, of 255. */
+const difference = (page, mesh, frame) =>
+    page.evaluate(
+        async ([meshName, frameNumber]) => {
+            const side = 256;
+            const message = { do: 'picture', mesh: meshName, frame: frameNumber, width: side, height: side };
+            const { answer, bytes } = await window.moxEditor.connection.request(message);
+            const errors = (answer.problems ?? []).filter(({ severity }) => severity === 'error');
+            if (!bytes) return { failure: JSON.stringify(answer) };
+            const picture = window.moxPicture;
+            picture.view.seconds = frameNumber / 30;
+            picture.renderer.draw(picture.view);
+            const canvas = new OffscreenCanvas(side, side);
+            const context = canvas.getContext('2d');
+            context.drawImage(document.querySelector('#surface canvas'), 0, 0);
+            const { data } = context.getImageData(0, 0, side, side);
+            let sum = 0;
+            let far = 0;
+            for (let i = 0; i < data.length; ++i) {
+                if (i % 4 === 3) continue;
+                const apart = Math.abs(data[i] - bytes[i]);
+                sum += apart;
+                far += apart > 8 ? 1 : 0;
+            }
+            const count = 3 * side * side;
+            return { mean: sum / count, far: far / count, errors };
+        },
+        [mesh, frame],
+    );
+
+test('the surface agrees with the preview', async () => {
+    cpSync(`${examples}textures`, `${folder}/textures`, { recursive: true });
+    const apart = [];
+    for (const file of readdirSync(examples).filter((name) => name.endsWith('.xml'))) {
+        const { page } = await prepare(file.replace('.xml', ''));
+        await drive.settle(page);
+        for (const [mesh, frame] of [
+            ['sphere', 0],
+            ['plane', 20],
+            ['cube', 3],
+        ]) {
+            await page.getByLabel('Mesh').selectOption(mesh);
+            const found = await difference(page, mesh, frame);
+            if (!(found.mean <= 1 && found.far <= 0.01)) apart.push({ file, mesh, ...found });
+        }
+        await page.context().close();
+    }
+    assert.deepEqual(apart, []);
+});
+
+test('a lost plug-in leaves a thousand nodes, which keep what they had', async () => {
+    const nodes = Array.from({ length: 1000 }, (_, i) => {
+        const property = (name, value) => `<property name="${name}" kind="float" value="${value}"/>`;
+        const place = property('PositionX', (i % 40) * 260) + property('PositionY', Math.floor(i / 40) * 140);
+        return `<node id="lost${i}" type="StudioNoise" version="3">${property('Grain', i)}${place}</node>`;
+    });
+    const edges = [
+        '<edge tail="lost7" tailPort="out_grain" head="surface" headPort="in_colour"/>',
+        '<edge tail="lost6" tailPort="out_grain" head="lost7" headPort="in_grain"/>',
+    ];
+    const lists = `<nodes>${nodes.join('')}<node id="surface" type="Surface" version="0"/></nodes>`;
+    const text = `<material version="1">${lists}<edges>${edges.join('')}</edges></material>`;
+    const { file, page } = await prepare('lost', text);
+    await page.getByRole('tab', { name: '1000 errors, 1000 warnings' }).click();
+    await page.getByRole('button', { name: /^error lost999 .*cannot be properly created/ }).click();
+    const lost = card(page, 'lost999');
+    await lost.waitFor();
+    assert.match(await lost.textContent(), /\?.*lost999, was StudioNoise/s);
+    assert.equal(await lost.locator('.badge.error').count(), 1);
+    const start = await state(page);
+    await page.evaluate(() => window.moxEditor.selectIds(['lost7']));
+    await change(page, () => page.keyboard.press('Delete'));
+    assert.equal((await state(page)).edges.length, 0);
+    await change(page, () => page.keyboard.press('Control+z'));
+    assert.deepEqual((await state(page)).edges, start.edges);
+    await page.evaluate(() => window.moxEditor.selectIds(['lost7']));
+    await change(page, () => page.keyboard.press('Shift+ArrowLeft'));
+    await page.keyboard.press('Control+s');
+    await until(page, () => !window.moxEditor.get().unsaved);
+    const original = `${folder}/original.xml`;
+    writeFileSync(original, text);
+    const { stdout } = spawnSync(mox, ['diff', original, file], { encoding: 'utf8' });
+    assert.match(stdout, /^[^\n]*lost7[^\n]*PositionX[^\n]*\n$/);
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
 });

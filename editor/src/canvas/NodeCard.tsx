@@ -102,10 +102,7 @@ export const NodeCard = memo(function NodeCard({ data, selected }: NodeProps<Car
                 style={{ ['--class' as string]: rgb(node.background), color: rgb(node.foreground) }}
             >
                 {thumbnail && <Thumbnail picture={thumbnail} />}
-                <span className="card-title">
-                    {node.placeholder ? '? ' : ''}
-                    {titleOf(node)}
-                </span>
+                <span className="card-title">{titleOf(node)}</span>
                 <span className="card-id">{node.placeholder ? `${id}, was ${node.record.type}` : id}</span>
             </div>
             {problems.length > 0 && (

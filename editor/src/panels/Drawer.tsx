@@ -13,9 +13,13 @@ export function Drawer({ light, jump }: Lighting & { jump: (id: string) => void 
     const problems = useSnapshot((all) => all.problems);
     const message = useSnapshot((all) => all.message);
     const errors = problems.filter((problem) => problem.severity === 'error').length;
+    const counted = (count: number, word: string) => `${count} ${word}${count === 1 ? '' : 's'}`;
+    const warnings = problems.length - errors;
     const names: Record<Tab, string> = {
         problems:
-            problems.length === 0 ? 'No problems' : `${errors} errors, ${problems.length - errors} warnings`,
+            problems.length === 0
+                ? 'No problems'
+                : `${counted(errors, 'error')}, ${counted(warnings, 'warning')}`,
         parameters: 'Parameters',
         programs: 'Programs',
     };

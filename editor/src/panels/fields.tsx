@@ -57,7 +57,6 @@ export function NumberField({
             onChange={(event) => setText(event.target.value)}
             onBlur={finish}
             onKeyDown={(event) => {
-                event.stopPropagation();
                 if (event.key === 'Enter') finish();
                 if (event.key === 'Escape') setText(null);
                 const direction = event.key === 'ArrowUp' ? 1 : event.key === 'ArrowDown' ? -1 : 0;
@@ -176,7 +175,6 @@ export function TextField({
         onBlur: finish,
     };
     const press = (event: React.KeyboardEvent) => {
-        event.stopPropagation();
         if (event.key === 'Enter' && !isLong) finish();
         if (event.key === 'Escape') setText(null);
     };
