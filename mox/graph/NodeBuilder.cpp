@@ -58,6 +58,17 @@ std::vector<RightName> NamesOf(const GuiPropertyBag& properties)
     return names;
 }
 
+/// What follows the message that a stored value does not fit a property.
+std::string SuggestChoice(const GuiProperty& property, const GuiProperty& stored)
+{
+    if (property.Kind != GuiPropertyKind::Enum || stored.Kind != GuiPropertyKind::Enum)
+        return {};
+    std::vector<RightName> names;
+    for (const std::string& choice : property.Choices)
+        names.push_back({choice});
+    return SuggestName(stored.Text, names);
+}
+
 /// Loads the stored properties of one node.
 class RecordLoader
 {
@@ -132,7 +143,7 @@ private:
             try {
                 property->CopyFrom(stored->second);
             } catch (const ShaderError& error) {
-                Refuse(property->Name, error.Message);
+                Refuse(property->Name, error.Message + SuggestChoice(*property, *stored->second));
             }
         }
         try {

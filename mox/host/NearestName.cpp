@@ -56,7 +56,10 @@ std::string SuggestName(std::string_view name, const std::vector<RightName>& nam
     constexpr std::size_t mostListed = 12;
     if (names.empty() || name.size() > longestName)
         return {};
+    constexpr std::size_t longEnough = 4; // to tell what a name is the beginning of
     const auto distanceTo = [&](const RightName& right) {
+        if (name.size() >= longEnough && right.Name.starts_with(name))
+            return std::size_t(1);
         std::size_t distance = EditDistance(name, right.Name.substr(0, longestName));
         if (!right.Label.empty()) {
             distance = std::min(

@@ -124,8 +124,9 @@ TEST_F(Physical, AWhiteMirrorLosesNoLight)
             EXPECT_NEAR(once * results.front()[3], 1.0, directBound);
             worst = std::max(worst, std::abs(once * results.front()[3] - 1.0));
             // Where the integral is known: one minus the logarithm of two.
-            if (roughness == 1.0 && cosine == 1.0)
+            if (roughness == 1.0 && cosine == 1.0) {
                 EXPECT_NEAR(once, 1.0 - std::numbers::ln2, 0.001);
+            }
         }
     }
     RecordProperty("worst", std::to_string(worst));
