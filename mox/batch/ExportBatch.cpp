@@ -86,7 +86,7 @@ void ExportBatch::WriteTexts(const ExportJob& job, const ExportedMaterial& expor
     for (std::size_t i = 0; i < exported.Texts.size(); ++i) {
         const std::string name = outcome.Content + endings.at(i);
         const std::filesystem::path file =
-            isByContent ? _folder / "programs" / name : std::filesystem::path(own.at(i));
+            isByContent ? _folder / programFolder / name : std::filesystem::path(own.at(i));
         files.push_back({file, exported.Texts[i]});
         names += name + "\n";
     }
@@ -98,7 +98,8 @@ void ExportBatch::WriteTexts(const ExportJob& job, const ExportedMaterial& expor
     }
     WriteTogether(files);
     for (FileContent& file : files)
-        outcome.Outputs.push_back(std::move(file.File));
+        outcome.Outputs.push_back(
+            {std::move(file.File), HashContent({std::string(file.Bytes)}, "")});
 }
 
 /// Memory is allocated within the two blocks only, so that the thread survives a lack of it. What

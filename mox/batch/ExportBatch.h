@@ -14,8 +14,8 @@ namespace Mox::Host {
 enum class ExportLayout
 {
     ByMaterial, ///< each material has its own
-    ByContent,  ///< equal programs lie once, in the folder "programs" beside the outputs, named
-                ///< after their content; a material has a file that names them
+    ByContent,  ///< equal programs lie once, in programFolder beside the outputs, named after their
+                ///< content; a material has a file that names them
 };
 
 struct ExportJob
@@ -24,14 +24,24 @@ struct ExportJob
     std::string Output; ///< path of its texts, up to their endings
 };
 
+/// Folder below the output folder in which programs by content lie.
+constexpr const char* programFolder = "programs";
+
+/// A file as an export left it, whether it had to be written or not.
+struct ExportedFile
+{
+    std::filesystem::path File;
+    std::string Hash; ///< of its bytes alone, see HashContent
+};
+
 class OrderedOutcomes;
 
 /// How the export of one material went. The texts themselves are on the disk.
 struct ExportOutcome
 {
     ProblemList Problems;
-    std::vector<std::filesystem::path> Outputs; ///< what stands on the disk; none after an error
-    std::vector<std::filesystem::path> Inputs;  ///< the document, and whatever else they hang on
+    std::vector<ExportedFile> Outputs;         ///< what stands on the disk; none after an error
+    std::vector<std::filesystem::path> Inputs; ///< the document, and whatever else they hang on
     std::string Content; ///< name of the texts after their content; equal for equal programs
 };
 

@@ -49,7 +49,7 @@ attack() {
         "$work/messages" || fail "a message with control characters: $*"
     [ ! -e PWNED ] || fail "a command of a document was run: $*"
     local left
-    left=$(find . -name '.mox-*' -o -path './tmp/*')
+    left=$(find . -name '.mox-*.tmp' -o -path './tmp/*')
     [ -z "$left" ] || fail "left $left: $*"
     for ((i = 0; i < 20; ++i)); do # a process that was killed needs a moment
         [ -n "$(processes)" ] || return 0

@@ -46,7 +46,7 @@ stopped=0
 for run in {1..12}; do
     kill_one "$run" TERM
     if [ "$status" -eq 143 ] && grep -q 'stopped before' messages; then stopped=$((stopped + 1)); fi
-    left=$(find . -name '.mox-*')
+    left=$(find . -name '.mox-*.tmp')
     [ -z "$left" ] || { echo "an ended export left $left" >&2; exit 1; }
 done
 [ "$stopped" -gt 0 ] || { echo "no export was stopped on its way" >&2; exit 1; }

@@ -43,7 +43,7 @@ end $!
 grep -q '^mox: 1 exported, 1 distinct, 0 failed, .*; stopped before 1 more$' messages ||
     fail "another summary: $(cat messages)"
 [ "$(find . -newer short.xml -type f | sort | tr '\n' ' ')" = \
-    "./messages ./out/short.fragment.cg ./out/short.vertex.cg " ] || fail "$(find .)"
+    "./messages ./out/.mox-outputs ./out/short.fragment.cg ./out/short.vertex.cg " ] || fail "$(find .)"
 rm long.xml
 
 # Every name of a document has the old text or the new one.
@@ -62,7 +62,7 @@ for run in {1..6}; do
     for document in documents/*; do
         cmp -s "$document" old.xml || cmp -s "$document" new.xml || fail "$document is broken"
     done
-    [ -z "$(find . -name '.mox-*')" ] || fail "left: $(find . -name '.mox-*')"
+    [ -z "$(find . -name '.mox-*.tmp')" ] || fail "left: $(find . -name '.mox-*.tmp')"
     cp old.xml "documents/$run.xml"
 done
 

@@ -9,7 +9,9 @@
 #include "mox/batch/Depfile.h"
 #include "mox/batch/ExportBatch.h"
 #include "mox/batch/MaterialFiles.h"
+#include "mox/batch/OutputRecord.h"
 #include "mox/host/AtomicFile.h"
+#include "mox/host/Excerpt.h"
 #include "mox/host/File.h"
 #include "mox/program/ProgramExporter.h"
 #include "mox/program/ShaderGraphExporter.h"
@@ -31,6 +33,10 @@ lie under its name in the output folder, and those of a material in a folder
 under the path that it has there. A text that comes out as it is on the disk
 is not touched.
 
+The file .mox-outputs in the output folder lists what exports have written there.
+From it an export finds outputs whose material is gone, and reports them. --prune
+removes them, unless they have been changed.
+
 Examples:
   mox export rim.xml
       Print the result of one material.
@@ -38,6 +44,8 @@ Examples:
       Export all materials of a folder, and one more, on eight threads.
   mox export materials -o shaders --target cg,glsl,spirv
       Write programs in several languages, with a file that says what stands where.
+  mox export materials -o shaders --prune
+      Export all materials, and remove the outputs of those that were deleted.
   mox export rim.xml -o shaders --depfile rim.d
       Tell Make or Ninja what shaders/rim.vertex.cg and rim.fragment.cg depend on.
   mox export materials -o shaders --depfile all.d --depfile-target all.stamp && touch all.stamp
@@ -61,6 +69,7 @@ struct ExportOptions
     bool IsByContent = false;
     bool IsShaderGraph = false;
     bool IsQuiet = false;
+    bool Prunes = false;
     std::string Environment;
 };
 
@@ -107,10 +116,18 @@ std::optional<Host::Depfile> OpenDepfile(const std::filesystem::path& file)
     return std::optional<Host::Depfile>(std::in_place, file);
 }
 
+std::vector<std::filesystem::path> FilesOf(const std::vector<Host::ExportedFile>& outputs)
+{
+    std::vector<std::filesystem::path> files;
+    for (const Host::ExportedFile& output : outputs)
+        files.push_back(output.File);
+    return files;
+}
+
 /// Exports everything and prints what happened. Only whole materials are on the disk when a signal
 /// stops it, so it does not wait for those that are in the middle.
 Tally RunBatch(const Host::ExportBatch& batch, std::optional<Host::Depfile>& depfile,
-               const ExportOptions& options)
+               Host::OutputRecord& record, const ExportOptions& options)
 {
     const std::vector<std::filesystem::path> stamp{options.DepfileTarget};
     Tally tally;
@@ -121,16 +138,28 @@ Tally RunBatch(const Host::ExportBatch& batch, std::optional<Host::Depfile>& dep
             bar.Print(FormatMessage(problem));
         }
     };
-    const auto report = [&](const Host::ExportJob&, const Host::ExportOutcome& outcome) {
+    const auto report = [&](const Host::ExportJob& job, const Host::ExportOutcome& outcome) {
         tally.Add(outcome);
         print(outcome.Problems);
+        if (!outcome.Problems.HasErrors())
+            record.Add(job.Document, outcome.Outputs);
         if (depfile && !outcome.Problems.HasErrors()) {
             Host::ProblemList problems;
-            depfile->Add(options.DepfileTarget.empty() ? outcome.Outputs : stamp, outcome.Inputs,
-                         problems);
+            depfile->Add(options.DepfileTarget.empty() ? FilesOf(outcome.Outputs) : stamp,
+                         outcome.Inputs, problems);
             print(problems);
         }
         bar.Advance();
+    };
+    const auto updateRecord = [&](bool prunes) {
+        Host::ProblemList problems;
+        for (const Host::LeftOutput& output : record.Update(prunes, problems)) {
+            if (!options.IsQuiet)
+                bar.Print(Host::MessageLine(
+                    Compose("mox: ", output.File.string(), ": ", output.Reason,
+                            output.IsRemoved ? "; removed" : "; --prune removes it")));
+        }
+        print(problems);
     };
     const auto printSummary = [&] {
         if (!options.IsQuiet)
@@ -139,9 +168,11 @@ Tally RunBatch(const Host::ExportBatch& batch, std::optional<Host::Depfile>& dep
     StopOnSignal stop;
     try {
         batch.Run(options.Workers, report, stop.Token(), [&] {
+            updateRecord(false);
             printSummary();
             EndBySignal(stop.Signal());
         });
+        updateRecord(options.Prunes);
     } catch (...) {
         printSummary();
         throw;
@@ -160,12 +191,12 @@ void ExportToFolder(const Host::Exporter& exporter, std::vector<Host::MaterialFi
     jobs.reserve(materials.size());
     for (Host::MaterialFile& material : materials)
         jobs.push_back({std::move(material.Document), (folder / material.Name).string()});
-    const Host::ExportBatch batch(exporter, std::move(jobs),
-                                  options.IsByContent ? Host::ExportLayout::ByContent
-                                                      : Host::ExportLayout::ByMaterial,
-                                  folder);
+    const Host::ExportLayout layout =
+        options.IsByContent ? Host::ExportLayout::ByContent : Host::ExportLayout::ByMaterial;
+    const Host::ExportBatch batch(exporter, std::move(jobs), layout, folder);
+    Host::OutputRecord record(folder, layout);
     std::optional<Host::Depfile> depfile = OpenDepfile(options.Depfile);
-    const Tally tally = RunBatch(batch, depfile, options);
+    const Tally tally = RunBatch(batch, depfile, record, options);
     if (tally.Failed > 0)
         throw CLI::RuntimeError(failureStatus);
     // Whoever finds the dependency file, or status 0, relies on the programs.
@@ -270,6 +301,11 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
         ->add_flag("--shader-graph", options->IsShaderGraph,
                    "Instead of programs, the finished shader graph as text")
         ->excludes(target);
+    command
+        ->add_flag("--prune", options->Prunes,
+                   "Remove outputs of earlier exports whose material is gone, unless they were "
+                   "changed; no other export may write to the folder meanwhile")
+        ->needs(output);
     command->add_flag("-q,--quiet", options->IsQuiet,
                       "Print errors and warnings only: neither progress nor a summary");
     AddEnvironmentOption(*command, options->Environment);
