@@ -39,12 +39,13 @@ struct Token
     std::string_view Comment; ///< whole lines of comment directly above, without their indentation
 };
 
-/// Splits a source into tokens.
+/// Splits a source into tokens. It has none at first.
 class Lexer
 {
 public:
-    /// @param source must outlive all tokens
-    explicit Lexer(std::string_view source) : _rest(source) {}
+    /// Goes on with a text, which begins where the one before it ended.
+    /// @param text must outlive all tokens
+    void Append(std::string_view text) { _rest = text; }
 
     /// The next token; at the end of the source always one of the kind End.
     /// @throws Failure at what is no part of the language

@@ -123,7 +123,7 @@ private:
     std::vector<std::pair<std::string_view, Binding>> _shadowed;
 };
 
-Parser::Parser(Module& module) : _module(module), _typing(module.Nodes), _lexer(module.Source)
+Parser::Parser(Module& module) : _module(module), _typing(module.Nodes)
 {}
 
 const Function* Module::Main() const
@@ -133,15 +133,35 @@ const Function* Module::Main() const
     return main == Functions.end() ? nullptr : *main;
 }
 
-std::unique_ptr<Module> ReadModule(std::string source)
+ModuleReader::ModuleReader(std::string source)
 {
     const bool isTooLong = source.size() > longestSource;
-    auto module = std::make_unique<Module>(isTooLong ? std::string() : std::move(source));
+    _module = std::make_unique<Module>(isTooLong ? std::string() : std::move(source));
     if (isTooLong)
-        module->Errors.push_back({{}, "the source is too long"});
-    else
-        Parser(*module).Parse();
-    return module;
+        _module->Errors.push_back({{}, "the source is too long"});
+    _parser = std::make_unique<Parser>(*_module);
+}
+
+ModuleReader::~ModuleReader() = default;
+
+const Module& ModuleReader::ReadTo(std::size_t end)
+{
+    const std::string_view source = _module->Source;
+    end = std::clamp(end, _read, source.size());
+    _parser->Parse(source.substr(_read, end - _read));
+    _read = end;
+    return *_module;
+}
+
+std::unique_ptr<Module> ModuleReader::ReadRest()
+{
+    ReadTo(_module->Source.size());
+    return std::move(_module);
+}
+
+std::unique_ptr<Module> ReadModule(std::string source)
+{
+    return ModuleReader(std::move(source)).ReadRest();
 }
 
 // ---- tokens
@@ -193,9 +213,10 @@ void Parser::FailExpected(std::string_view what) const
 
 // ---- declarations
 
-void Parser::Parse()
+void Parser::Parse(std::string_view part)
 {
     try {
+        _lexer.Append(part);
         _token = _lexer.Next();
         _next = _lexer.Next();
         while (_token.Kind != TokenKind::End)

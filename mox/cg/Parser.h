@@ -13,8 +13,8 @@ class Parser
 public:
     explicit Parser(Module& module);
 
-    /// Reads the whole source into the module.
-    void Parse();
+    /// Reads the next part of the module's source, in which no declaration is left open.
+    void Parse(std::string_view part);
 
 private:
     /// A level of nesting, which is bounded.

@@ -3,10 +3,13 @@
 #include "mox/program/ProgramPlan.h"
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace Mox::Host {
+
+class ProgramCode;
 
 /// Where a line of a program comes from.
 struct LineOrigin
@@ -36,6 +39,7 @@ struct CgProgram
     StageProgram Fragment;
     std::string Header = {}; ///< what a comment at the top of programs in other languages says;
                              ///< they have none if it is empty
+    std::shared_ptr<const ProgramCode> Code = {}; ///< the texts as CheckCode has read them, or null
 };
 
 } // namespace Mox::Host

@@ -1,7 +1,6 @@
 #include "mox/program/CodeCheck.h"
 
 #include "mox/Text.h"
-#include "mox/cg/Module.h"
 
 #include <algorithm>
 #include <set>
@@ -31,13 +30,19 @@ std::string_view WithoutIndentation(std::string_view line)
 
 } // namespace
 
-void CheckCode(const CgProgram& program, const std::string& file, ProblemList& problems)
+std::shared_ptr<const ProgramCode> CheckCode(const CgProgram& program, const std::string& file,
+                                             ProblemList& problems)
 {
+    auto code = std::make_shared<const ProgramCode>(program.Vertex, program.Fragment);
     std::set<std::string> found; // a function may be in both stages
-    for (const StageProgram* stage : {&program.Vertex, &program.Fragment}) {
-        const auto module = Cg::ReadModule(stage->Text.substr(0, stage->MainBegin));
+    for (const ProgramStage which : {ProgramStage::Vertex, ProgramStage::Fragment}) {
+        const std::vector<Cg::SourceError>& errors = code->ErrorsOf(which);
+        if (errors.empty())
+            continue;
+        const StageProgram* stage =
+            which == ProgramStage::Vertex ? &program.Vertex : &program.Fragment;
         const std::vector<std::string_view> lines = SplitLines(stage->Text);
-        for (const Cg::SourceError& error : module->Errors) {
+        for (const Cg::SourceError& error : errors) {
             auto line = std::min(static_cast<std::size_t>(error.Where.Line) - 1,
                                  lines.empty() ? 0 : lines.size() - 1);
             const auto& [node, bodyLine] = stage->Lines[line];
@@ -51,6 +56,7 @@ void CheckCode(const CgProgram& program, const std::string& file, ProblemList& p
                 problems.Fail("code", Place(file, 0, node), text);
         }
     }
+    return code;
 }
 
 } // namespace Mox::Host

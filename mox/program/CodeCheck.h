@@ -1,8 +1,9 @@
 #pragma once
 
 #include "mox/host/Problem.h"
-#include "mox/program/CgProgram.h"
+#include "mox/program/ProgramCode.h"
 
+#include <memory>
 #include <string>
 
 namespace Mox::Host {
@@ -12,6 +13,8 @@ namespace Mox::Host {
 /// its head or the environment's code if it is there. The entry points are not read: they only call
 /// these functions, with values whose types ProgramGraph has checked.
 /// @param file of the material, for messages
-void CheckCode(const CgProgram& program, const std::string& file, ProblemList& problems);
+/// @returns what was read, which is the program's Code
+std::shared_ptr<const ProgramCode> CheckCode(const CgProgram& program, const std::string& file,
+                                             ProblemList& problems);
 
 } // namespace Mox::Host

@@ -122,7 +122,7 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
         if (!options.Version.empty())
             program.Header = FormatHeader(graph.Document().File, options.Version);
         ProblemList inCode;
-        CheckCode(program, graph.Document().File, inCode);
+        program.Code = CheckCode(program, graph.Document().File, inCode);
         AppendWithLines(inCode, graph, found);
     }
     problems.Append(found);

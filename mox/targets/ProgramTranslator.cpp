@@ -64,8 +64,12 @@ CompiledProgram Translate(const CgProgram& program, const std::vector<CompileTar
     CheckTargets(program.Plan, targets, file, problems);
     if (problems.HasErrors())
         return result;
+    const std::shared_ptr<const ProgramCode> code =
+        program.Code ? program.Code : CheckCode(program, file, problems);
+    if (problems.HasErrors())
+        return result;
     try {
-        const StagePair stages(program);
+        const StagePair stages(program, *code);
         result.Vertex = stages.DescribeInterface(ProgramStage::Vertex);
         result.Fragment = stages.DescribeInterface(ProgramStage::Fragment);
         for (const CompileTarget target : targets) {
@@ -74,9 +78,7 @@ CompiledProgram Translate(const CgProgram& program, const std::vector<CompileTar
                     TranslateStage(stages, stage, target, precision, program.Header, makeSpirv));
         }
     } catch (const std::logic_error& error) {
-        CheckCode(program, file, problems);
-        if (!problems.HasErrors())
-            ReportInternal(error, file, problems);
+        ReportInternal(error, file, problems);
     } catch (const std::runtime_error& error) {
         ReportInternal(error, file, problems);
     }

@@ -2,13 +2,10 @@
 
 #include "mox/Identifier.h"
 #include "mox/Text.h"
-#include "mox/cg/Liveness.h"
-#include "mox/cg/Lowering.h"
 #include "mox/languages/BlockStorage.h"
 #include "mox/languages/NameTable.h"
 
 #include <algorithm>
-#include <charconv>
 #include <set>
 #include <stdexcept>
 
@@ -20,26 +17,6 @@ using Materials::Compose;
 namespace {
 
 constexpr ProgramStage bothStages[] = {ProgramStage::Vertex, ProgramStage::Fragment};
-
-/// The number of a register, such as 3 of "TEXCOORD3".
-int LocationOf(const Cg::Variable& variable, std::string_view semantic)
-{
-    int number = 0;
-    const std::string_view text = variable.Semantic;
-    if (text.starts_with(semantic)) {
-        const std::string_view digits = text.substr(semantic.size());
-        if (digits.empty() ||
-            std::from_chars(digits.data(), digits.data() + digits.size(), number).ptr ==
-                digits.data() + digits.size())
-            return number;
-    }
-    throw std::logic_error(Compose("no language has the register ", text));
-}
-
-bool IsPosition(const Cg::Variable& variable)
-{
-    return variable.Semantic == "POSITION";
-}
 
 void SortByLocation(std::vector<StageSlot>& slots)
 {
@@ -73,49 +50,14 @@ std::vector<std::string> NameInReflection(const std::vector<ProgramParameter>& p
 
 } // namespace
 
-StagePair::StagePair(const CgProgram& program)
-    : _program(program), _reflected(NameInReflection(program.Plan.Parameters))
+StagePair::StagePair(const CgProgram& program, const ProgramCode& code)
+    : _program(program), _code(code), _reflected(NameInReflection(program.Plan.Parameters))
 {
     for (std::size_t i = 0; i < program.Plan.Parameters.size(); ++i)
         _parameters.emplace(program.Plan.Parameters[i].CgName, i);
-    for (const ProgramStage stage : bothStages)
-        Read(stage);
-    DropDead();
     GiveNames();
     for (const ProgramStage stage : bothStages)
         Describe(stage);
-}
-
-void StagePair::Read(ProgramStage stage)
-{
-    const bool isVertex = stage == ProgramStage::Vertex;
-    auto& module = _modules[static_cast<std::size_t>(stage)];
-    module = Cg::ReadModule(isVertex ? _program.Vertex.Text : _program.Fragment.Text);
-    if (!module->Errors.empty())
-        throw std::logic_error(Compose(GetStageName(stage), " stage, line ",
-                                       module->Errors[0].Where.Line, ": ",
-                                       module->Errors[0].Message));
-    if (!module->Main())
-        throw std::logic_error("a stage has no entry point");
-    Cg::LowerModule(*module);
-}
-
-/// The vertex stage computes what the fragment stage reads and nothing else.
-void StagePair::DropDead()
-{
-    Cg::Module& vertex = *_modules[static_cast<std::size_t>(ProgramStage::Vertex)];
-    Cg::Module& fragment = *_modules[static_cast<std::size_t>(ProgramStage::Fragment)];
-    Cg::DropDead(fragment, [](const Cg::Variable&) { return true; });
-    std::set<int> read;
-    for (const Cg::Variable* parameter : fragment.Main()->Parameters) {
-        if (parameter->Where == Cg::Storage::In)
-            read.insert(LocationOf(*parameter, "TEXCOORD"));
-    }
-    Cg::DropDead(vertex, [&](const Cg::Variable& output) {
-        return IsPosition(output) || read.erase(LocationOf(output, "TEXCOORD")) > 0;
-    });
-    if (!read.empty())
-        throw std::logic_error(Compose("nothing writes TEXCOORD", *read.begin()));
 }
 
 /// Names that differ from one another in all that both stages declare.
@@ -133,11 +75,11 @@ void StagePair::GiveNames()
                     names.Claim(IsIdentifier(parameter.Name) ? parameter.Name : parameter.CgName);
         }
     }
-    for (const auto& module : _modules) {
-        for (const Cg::StructType& structure : module->Structs)
+    for (const ProgramStage stage : bothStages) {
+        for (const Cg::StructType& structure : _code.StageOf(stage).Structs)
             names.Claim(structure.Name);
     }
-    const Cg::Module& fragment = *_modules[static_cast<std::size_t>(ProgramStage::Fragment)];
+    const Cg::Module& fragment = _code.StageOf(ProgramStage::Fragment);
     for (const Cg::Variable* parameter : fragment.Main()->Parameters) {
         if (parameter->Where == Cg::Storage::In) {
             const int location = LocationOf(*parameter, "TEXCOORD");
@@ -173,7 +115,7 @@ std::string StagePair::NameOfInterpolant(int location) const
 void StagePair::Describe(ProgramStage stage)
 {
     const bool isVertex = stage == ProgramStage::Vertex;
-    const Cg::Module& module = *_modules[static_cast<std::size_t>(stage)];
+    const Cg::Module& module = _code.StageOf(stage);
     Languages::StageProgram& described = _stages[static_cast<std::size_t>(stage)];
     described.Code = &module;
     described.IsVertex = isVertex;

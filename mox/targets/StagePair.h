@@ -1,26 +1,26 @@
 #pragma once
 
 #include "mox/languages/StageProgram.h"
-#include "mox/program/CgProgram.h"
+#include "mox/program/ProgramCode.h"
 #include "mox/targets/StageInterface.h"
 
 #include <array>
-#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 namespace Mox::Host {
 
-/// Both stages of a program as trees that writers spell, without what has no effect on the outputs.
-/// They declare the same interpolants under the same names in the same order.
+/// Both stages of a program as writers spell them. They declare the same interpolants under the
+/// same names in the same order.
 class StagePair
 {
 public:
     /// @param program in which CheckCode and CheckTargets find nothing wrong; must outlive the
     ///        object
+    /// @param code of the program, from CheckCode; must outlive the object
     /// @throws std::logic_error if there is something wrong
-    explicit StagePair(const CgProgram& program);
+    StagePair(const CgProgram& program, const ProgramCode& code);
 
     const Languages::StageProgram& StageOf(ProgramStage stage) const
     {
@@ -34,8 +34,6 @@ public:
     NamesOfParameters(const std::vector<std::pair<const Cg::Variable*, std::string>>& names) const;
 
 private:
-    void Read(ProgramStage stage);
-    void DropDead();
     void GiveNames();
     void Describe(ProgramStage stage);
     void DescribeUniforms(ProgramStage stage, Languages::StageProgram& described) const;
@@ -44,7 +42,7 @@ private:
     const ShaderType& TypeOf(const Cg::Variable& variable) const;
 
     const CgProgram& _program;
-    std::array<std::unique_ptr<Cg::Module>, programStageCount> _modules;
+    const ProgramCode& _code;
     std::array<Languages::StageProgram, programStageCount> _stages;
     std::unordered_map<std::string_view, std::size_t> _parameters; ///< by name in Cg
     std::vector<std::string> _names;                               ///< wanted, by parameter
