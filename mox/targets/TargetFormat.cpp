@@ -22,16 +22,18 @@ TargetFormat::TargetFormat(std::vector<CompileTarget> targets, Languages::Precis
 std::vector<std::string> TargetFormat::Write(const CgProgram& program, const std::string& file,
                                              ProblemList& problems) const
 {
-    CompiledProgram translated =
-        Translate(program, _targets, _precision, _makeSpirv, file, problems);
-    if (problems.HasErrors())
-        return {};
-    std::vector<std::string> texts;
-    const std::string reflection = FormatReflection(translated);
-    for (TargetProgram& target : translated.Programs)
-        texts.push_back(std::move(target.Bytes));
-    texts.push_back(reflection);
-    return texts;
+    return _made.Get(program, [&]() -> std::vector<std::string> {
+        CompiledProgram translated =
+            Translate(program, _targets, _precision, _makeSpirv, file, problems);
+        if (problems.HasErrors())
+            return {};
+        std::vector<std::string> texts;
+        const std::string reflection = FormatReflection(translated);
+        for (TargetProgram& target : translated.Programs)
+            texts.push_back(std::move(target.Bytes));
+        texts.push_back(reflection);
+        return texts;
+    });
 }
 
 } // namespace Mox::Host

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "mox/program/ProgramFormat.h"
+#include "mox/targets/MadePrograms.h"
 #include "mox/targets/ProgramTranslator.h"
 
 namespace Mox::Host {
 
-/// Programs in other languages than Cg, with a reflection document that says what is where.
+/// Programs in other languages than Cg, with a reflection document that says what is where. Equal
+/// programs are made once.
 class TargetFormat : public ProgramFormat
 {
 public:
@@ -22,6 +24,7 @@ private:
     std::vector<CompileTarget> _targets;
     Languages::Precision _precision;
     SpirvMaker _makeSpirv;
+    mutable MadePrograms _made;
     std::vector<std::string> _endings;
 };
 

@@ -1,0 +1,118 @@
+#include "mox/targets/MadePrograms.h"
+
+#include "mox/Text.h"
+#include "mox/batch/ContentHash.h"
+
+namespace Mox::Host {
+
+using Materials::Compose;
+
+namespace {
+
+constexpr std::size_t mostBytes = std::size_t(32) << 20;
+
+/// The same for programs of which the same is made, but for the header.
+std::string HashProgram(const CgProgram& program)
+{
+    std::vector<std::string> parts{program.Vertex.Text, program.Fragment.Text};
+    for (const ProgramParameter& parameter : program.Plan.Parameters) {
+        parts.push_back(parameter.Name);
+        parts.push_back(Compose(parameter.CgName, " ", parameter.Type.Format(), " ",
+                                parameter.Register.FormatRegister(), " ",
+                                static_cast<int>(parameter.Kind), parameter.IsBinding,
+                                parameter.InVertex, parameter.InFragment));
+    }
+    for (const PlannedCrossing& crossing : program.Plan.Crossings) {
+        parts.push_back(crossing.Name);
+        for (const CrossingPiece& piece : crossing.Pieces)
+            parts.push_back(Compose(piece.Register, " ", piece.RegisterComponent));
+    }
+    parts.emplace_back(program.Header.empty() ? "" : "header");
+    return HashContent(parts, "");
+}
+
+std::string HeaderLine(const std::string& header)
+{
+    return "// " + header + "\n";
+}
+
+} // namespace
+
+MadePrograms::Headless::Headless(Texts texts, const std::string& header) : Parts(std::move(texts))
+{
+    const std::string line = HeaderLine(header);
+    for (std::string& part : Parts) {
+        HeaderAt.push_back(header.empty() ? std::string::npos : part.find(line));
+        if (HeaderAt.back() != std::string::npos)
+            part.erase(HeaderAt.back(), line.size());
+    }
+}
+
+MadePrograms::Texts MadePrograms::Headless::With(const std::string& header) const
+{
+    Texts texts = Parts;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        if (HeaderAt[i] != std::string::npos)
+            texts[i].insert(HeaderAt[i], HeaderLine(header));
+    }
+    return texts;
+}
+
+MadePrograms::Texts MadePrograms::Get(const CgProgram& program, const std::function<Texts()>& make)
+{
+    const std::string key = HashProgram(program);
+    std::promise<std::shared_ptr<const Headless>> promise;
+    Made made;
+    bool isMaker = false;
+    {
+        const std::lock_guard lock(_mutex);
+        const auto [entry, isNew] = _made.try_emplace(key);
+        if (isNew)
+            entry->second = promise.get_future().share();
+        made = entry->second;
+        isMaker = isNew;
+    }
+    if (!isMaker) {
+        const std::shared_ptr<const Headless> found = made.get();
+        return found ? found->With(program.Header) : make();
+    }
+    std::shared_ptr<const Headless> result;
+    try {
+        Texts texts = make();
+        std::size_t size = 0;
+        for (const std::string& text : texts)
+            size += text.size();
+        if (!texts.empty()) {
+            result = std::make_shared<const Headless>(std::move(texts), program.Header);
+            Keep(key, size);
+        } else {
+            Forget(key);
+        }
+    } catch (...) {
+        Forget(key);
+        promise.set_value(nullptr);
+        throw;
+    }
+    promise.set_value(result);
+    return result ? result->With(program.Header) : Texts();
+}
+
+void MadePrograms::Keep(const std::string& key, std::size_t size)
+{
+    const std::lock_guard lock(_mutex);
+    _kept.emplace_back(key, size);
+    _size += size;
+    while (_size > mostBytes) {
+        _made.erase(_kept.front().first);
+        _size -= _kept.front().second;
+        _kept.pop_front();
+    }
+}
+
+void MadePrograms::Forget(const std::string& key)
+{
+    const std::lock_guard lock(_mutex);
+    _made.erase(key);
+}
+
+} // namespace Mox::Host

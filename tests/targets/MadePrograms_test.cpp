@@ -1,0 +1,76 @@
+#include "mox/targets/MadePrograms.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <stdexcept>
+#include <thread>
+
+using namespace Mox::Host;
+
+namespace {
+
+CgProgram ProgramOf(const std::string& text, const std::string& header)
+{
+    CgProgram program{{}, {text, {}, 0}, {}, header};
+    return program;
+}
+
+TEST(MadePrograms, MakesEqualProgramsOnce)
+{
+    MadePrograms made;
+    std::atomic<int> count = 0;
+    const auto get = [&](const std::string& text, const std::string& header,
+                         const char* crossing = nullptr) {
+        CgProgram program = ProgramOf(text, header);
+        if (crossing)
+            program.Plan.Crossings.push_back(
+                {crossing, {ComponentType::Float, 1, 1, 1}, {PlanOperand::Source::Result, 0}, {}});
+        return made.Get(program, [&] {
+            ++count;
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            const std::string line = header.empty() ? "" : "// " + header + "\n";
+            return MadePrograms::Texts{"#version\n" + line + text, "{}"};
+        });
+    };
+    {
+        std::vector<std::jthread> threads;
+        for (const char* header : {"one", "two", "three"})
+            threads.emplace_back([&get, header] {
+                EXPECT_EQ(
+                    get("same", header),
+                    (MadePrograms::Texts{std::string("#version\n// ") + header + "\nsame", "{}"}));
+            });
+    }
+    EXPECT_EQ(count, 1);
+    EXPECT_EQ(get("same", "")[0], "#version\nsame");
+    EXPECT_EQ(get("other", "one")[0], "#version\n// one\nother");
+    get("same", "one", "facing");
+    get("same", "one", "facing");
+    EXPECT_EQ(count, 4) << "interpolants that are called differently make other programs";
+}
+
+TEST(MadePrograms, KeepsNoFailuresAndNotEverything)
+{
+    MadePrograms made;
+    int count = 0;
+    const auto get = [&](const std::string& text, std::size_t size) {
+        return made.Get(ProgramOf(text, ""), [&]() -> MadePrograms::Texts {
+            ++count;
+            if (text == "throws")
+                throw std::runtime_error("no");
+            return size > 0 ? MadePrograms::Texts{std::string(size, 'x')} : MadePrograms::Texts{};
+        });
+    };
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(get("fails", 0).empty());
+        EXPECT_THROW(get("throws", 0), std::runtime_error);
+    }
+    EXPECT_EQ(count, 4);
+    constexpr std::size_t half = 17 << 20;
+    for (const char* text : {"a", "b", "b", "a"})
+        EXPECT_EQ(get(text, half).at(0).size(), half);
+    EXPECT_EQ(count, 7) << "what was made first is dropped first";
+}
+
+} // namespace
