@@ -44,7 +44,8 @@ std::string_view WithoutDirection(std::string_view name)
 
 std::string Show(const RightName& name)
 {
-    const bool hasLabel = !name.Label.empty() && name.Label != WithoutDirection(name.Name);
+    const bool hasLabel =
+        !name.Label.empty() && name.Label != name.Name && name.Label != WithoutDirection(name.Name);
     return Excerpt(name.Name) + (hasLabel ? Compose(" (", MessageLine(name.Label), ")") : "");
 }
 

@@ -56,6 +56,7 @@ std::span<const SurfaceKind> SurfaceNode::Kinds()
 
 SurfaceNode::SurfaceNode(const SurfaceKind& kind) : GuiNode(kind.TypeName), _kind(kind)
 {
+    SetName(kind.Label);
     SetBackgroundColour(1.0f, 0.7f, 0.3f);
     Name->Visible = false;
 

@@ -124,7 +124,7 @@ private:
         return TestPlugins().FindSupplier(node.GetType())->OffersNodeFiles();
     }
 
-    /// Whether a function of the node's cannot run per vertex.
+    /// Whether a function of the node's cannot run per vertex, or may depend on one that cannot.
     static bool RunsPerFragment(const GuiNode& node)
     {
         static const std::set<std::string> perFragment = {"Power", "SmoothStep", "Compare", "Ceil",
@@ -132,8 +132,8 @@ private:
         const std::string level = WordOf(node, "Execution Level");
         if (level == "Vertex" || level == "Fragment")
             return level == "Fragment";
-        return node.GetType() == "CoreTexture" || IsFromFile(node) ||
-               perFragment.contains(WordOf(node, "Function"));
+        return node.GetType() == "CoreTexture" || node.GetType() == "SurfaceBumpedNormal" ||
+               IsFromFile(node) || perFragment.contains(WordOf(node, "Function"));
     }
 
     void Feed(GuiNode& node, DocumentNode& record)
