@@ -8,7 +8,7 @@ namespace websocket = beast::websocket;
 
 namespace {
 
-/// A page that goes on purpose says one of these; browsers say the second when a page is left.
+/// A page that is closed on purpose sends one of these; browsers send the second on leaving a page.
 bool IsGoodbye(const websocket::close_reason& reason)
 {
     return reason.code == websocket::close_code::normal ||
@@ -20,7 +20,7 @@ bool IsGoodbye(const websocket::close_reason& reason)
 PageSocket::PageSocket(beast::tcp_stream stream, Seat seat, ServerParts& parts)
     : _seat(std::move(seat)), _parts(parts), _stream(std::move(stream))
 {
-    _stream.next_layer().expires_never(); // the WebSocket keeps the time from now on
+    _stream.next_layer().expires_never(); // the WebSocket has its own timeouts
     _stream.set_option(websocket::stream_base::timeout{parts.Settings.RequestTime,
                                                        parts.Settings.SilentTime, true});
     _stream.set_option(websocket::stream_base::decorator([](websocket::response_type& answer) {
@@ -29,7 +29,7 @@ PageSocket::PageSocket(beast::tcp_stream stream, Seat seat, ServerParts& parts)
     }));
     _stream.read_message_max(parts.Settings.BinaryBytes);
     _stream.auto_fragment(false);
-    beast::error_code error; // only a delay
+    beast::error_code error; // without it messages are only late
     _stream.next_layer().socket().set_option(asio::ip::tcp::no_delay(true), error);
 }
 
@@ -65,7 +65,9 @@ void PageSocket::Read()
             self->Leave(error == websocket::error::closed && IsGoodbye(self->_stream.reason()));
             return;
         }
-        self->Receive();
+        // A message that had arrived may be delivered after a failed write has ended the page.
+        if (self->_number != 0 && !self->_isClosing)
+            self->Receive();
     });
 }
 
@@ -85,7 +87,8 @@ void PageSocket::Handle(std::string_view content)
     if (_stream.got_binary()) {
         const auto split = SplitBinary(content);
         if (!split) {
-            Close({websocket::close_code::policy_error, "the message is shorter than it says"});
+            Close({websocket::close_code::policy_error,
+                   "the message is shorter than its length field says"});
             return;
         }
         parts = *split;
@@ -101,7 +104,8 @@ void PageSocket::Handle(std::string_view content)
 void PageSocket::Send(std::shared_ptr<const MessageFrame> frame)
 {
     if (_unreadBytes > _parts.Settings.UnreadBytes) {
-        _stream.next_layer().close(); // who does not read cannot be told so
+        _stream.next_layer()
+            .close(); // a page that does not read would not get a close message either
         return;
     }
     _unreadBytes += frame->Content.size();
@@ -131,6 +135,7 @@ void PageSocket::Write()
                             if (self->_isClosing)
                                 return;
                             if (error) {
+                                self->_stream.next_layer().close();
                                 self->Leave(false);
                                 return;
                             }
