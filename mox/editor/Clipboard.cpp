@@ -4,6 +4,7 @@
 #include "mox/document/PropertyText.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphCopy.h"
+#include "mox/graph/NodePosition.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,12 +18,9 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-constexpr const char* positionX = "PositionX";
-constexpr const char* positionY = "PositionY";
-
 using BindingKey = std::pair<std::string, std::string>; ///< stream and tag
 
-/// The bindings that nodes make. One that fails makes none.
+/// The bindings that nodes create. A node that fails creates none.
 std::set<BindingKey> BindingsOf(const MaterialGraph& graph, const std::vector<std::string>& ids)
 {
     std::set<BindingKey> keys;
@@ -46,14 +44,12 @@ MaterialDocument Parse(std::string_view text)
     return document;
 }
 
-constexpr double farthest = 1e6; ///< beyond, floats are coarser than pixels
-
-/// A position that others can be measured from.
+/// A position that can be moved without a loss of precision.
 double PositionOf(const DocumentNode& node, const char* property)
 {
     for (const DocumentProperty& stored : node.Properties) {
         const double position = ParseFloat(stored.Value).value_or(0);
-        if (stored.Name == property && std::abs(position) <= farthest)
+        if (stored.Name == property && std::abs(position) <= farthestPosition)
             return position;
     }
     return 0;
@@ -86,8 +82,10 @@ void Move(GraphChange& change, const std::optional<LayoutPoint>& corner)
             least.X = std::min(least.X, PositionOf(*node, positionX));
             least.Y = std::min(least.Y, PositionOf(*node, positionY));
         }
-        shift = {std::clamp(corner->X, -farthest, farthest) - least.X,
-                 std::clamp(corner->Y, -farthest, farthest) - least.Y};
+        const auto limit = [](double position) {
+            return std::clamp<double>(position, -farthestPosition, farthestPosition);
+        };
+        shift = {limit(corner->X) - least.X, limit(corner->Y) - least.Y};
     }
     for (DocumentNode* node : nodes) {
         SetPosition(*node, positionX, PositionOf(*node, positionX) + shift.X);

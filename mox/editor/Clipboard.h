@@ -12,16 +12,17 @@
 
 namespace Mox::Host {
 
-/// Nodes of a material with the edges and references among them and the document's values for
-/// their bindings, as the text of a material document of their own.
+/// Copies nodes of a material, the edges and references among them, and the document's values for
+/// their bindings.
+/// @returns the text of a material document
 /// @throws HostError if there is no such node, or if one of them has failed
 std::string CopyAsText(const MaterialGraph& graph, const std::vector<std::string>& ids,
                        const PluginSet& plugins);
 
-/// The change that adds what such a text holds to a material. Ids that are taken become others, and
-/// values for bindings that the material has already stay as they are.
-/// @param corner where the upper left corner of the nodes is to come, in pixels; without it each
-///        comes a little below and to the right of where the text has it
+/// The change that adds the content of such a text to a material. Nodes whose ids are taken get new
+/// ones, and binding values that the material already has are kept.
+/// @param corner new upper left corner of the nodes, in pixels; without it each node is placed a
+///        little below and to the right of its position in the text
 /// @throws HostError if the text is not a material document
 GraphChange PasteText(std::string_view text, const MaterialGraph& into, const PluginSet& plugins,
                       const std::optional<LayoutPoint>& corner);

@@ -1,6 +1,7 @@
 #include "mox/editor/DocumentLock.h"
 
 #include "mox/Text.h"
+#include "mox/editor/CompanionFile.h"
 #include "mox/host/HostError.h"
 
 #include <array>
@@ -18,17 +19,7 @@ using Materials::Compose;
 
 namespace {
 
-/// One name for all names that lead to a document, so that nobody edits it under two of them.
-std::filesystem::path LockFile(const std::filesystem::path& document)
-{
-    std::error_code error;
-    std::filesystem::path target = std::filesystem::weakly_canonical(document, error);
-    if (error)
-        target = document;
-    return target.parent_path() / Compose(".", target.filename().string(), ".mox-lock");
-}
-
-/// What whoever has the lock has written into its file.
+/// Names the process that has the lock, which has written its number into the file.
 std::string ReadHolder(int descriptor)
 {
     std::array<char, 20> text{};
@@ -42,7 +33,7 @@ std::string ReadHolder(int descriptor)
 } // namespace
 
 DocumentLock::DocumentLock(const std::filesystem::path& document)
-    : _document(document), _file(LockFile(document))
+    : _document(document), _file(CompanionFile(document, "mox-lock"))
 {
     while (!Take()) {
     }
@@ -50,16 +41,18 @@ DocumentLock::DocumentLock(const std::filesystem::path& document)
 
 DocumentLock::~DocumentLock()
 {
-    unlink(_file.c_str()); // as long as it is locked, so that nobody else's file is removed
+    unlink(_file.c_str()); // while it is locked, so that nobody else's file is removed
     close(_descriptor);
 }
 
-/// @returns false if the file was removed in the meantime, so that it stands for nothing
+/// @returns false if the file was removed in the meantime, so that its lock means nothing
 bool DocumentLock::Take()
 {
-    constexpr int readable = 0644; // so that another user is told who has it
+    constexpr int readable = 0644;
     const Place where(_document.string());
     _descriptor = open(_file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, readable);
+    if (_descriptor < 0 && (errno == ENOENT || errno == ENOTDIR))
+        throw HostError(where, "cannot be edited, as its folder does not exist");
     if (_descriptor < 0) {
         throw HostError(where, Compose("cannot be edited, as the file ", _file.filename().string(),
                                        " beside it cannot be opened: ",
@@ -81,7 +74,7 @@ bool DocumentLock::Take()
         close(_descriptor);
         return false;
     }
-    // Who cannot read the number gets a less helpful message, so failures do not matter.
+    // Without the number the message to others is less helpful, so failures do not matter.
     const std::string number = std::to_string(getpid());
     if (ftruncate(_descriptor, 0) == 0)
         static_cast<void>(!pwrite(_descriptor, number.data(), number.size(), 0));

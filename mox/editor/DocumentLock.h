@@ -6,17 +6,17 @@
 
 namespace Mox::Host {
 
-/// The right to edit a document, which only one object has at a time, in whatever process. A file
-/// beside the document stands for it. A process that is killed loses it.
+/// The exclusive right to edit a document: only one object in all processes has it at a time. It is
+/// a lock on a file beside the document, so a process that is killed loses it.
 class DocumentLock : private boost::noncopyable
 {
 public:
     /// @param document need not exist
-    /// @throws HostError if somebody else has the right, naming the process, or if the file cannot
-    ///         be made
+    /// @throws HostError if another object has the right, naming its process, or if the file cannot
+    ///         be created
     explicit DocumentLock(const std::filesystem::path& document);
 
-    /// Gives the right back and removes the file.
+    /// Releases the lock and removes the file.
     ~DocumentLock();
 
 private:

@@ -11,7 +11,7 @@ namespace Mox::Host {
 
 namespace {
 
-/// Beyond this the journal begins anew with the document as it is.
+/// A journal that is larger is replaced by one that starts with the current document.
 constexpr std::size_t mostJournalBytes = 8U << 20U;
 
 MaterialDocument Parse(const std::string& name, const std::string& text)
@@ -22,12 +22,21 @@ MaterialDocument Parse(const std::string& name, const std::string& text)
     return document;
 }
 
+/// To read what is not a regular file, such as a pipe, might never end.
+std::string ReadExisting(const std::filesystem::path& file)
+{
+    std::error_code error;
+    if (std::filesystem::is_other(file, error))
+        throw HostError(Place(file.string()), "cannot be read: it is not a regular file");
+    return ReadFile(file);
+}
+
 } // namespace
 
 EditedDocument::Opened::Opened(MaterialDocument document, const PluginSet& plugins)
     : Graph(std::move(document), NodeMaker(plugins)), History(Graph), Resolver(Graph)
 {
-    ProblemList problems; // which are found anew when somebody asks for them
+    ProblemList problems; // which are found again on request
     Resolver.Resolve(problems);
 }
 
@@ -96,9 +105,8 @@ void EditedDocument::Save(bool force)
 std::string EditedDocument::ReadText() const
 {
     std::error_code error;
-    const bool isMissing =
-        std::filesystem::status(_file, error).type() == std::filesystem::file_type::not_found;
-    return isMissing ? std::string() : ReadFile(_file);
+    const bool isMissing = !std::filesystem::exists(_file, error) && !error;
+    return isMissing ? std::string() : ReadExisting(_file);
 }
 
 bool EditedDocument::HasFileChanged() const
@@ -108,14 +116,15 @@ bool EditedDocument::HasFileChanged() const
 
 std::vector<std::string> EditedDocument::CompareWithFile() const
 {
-    return DescribeDifferences(Graph().Document(), Parse(_file.string(), ReadText()), _plugins);
+    return DescribeDifferences(Graph().Document(), Parse(_file.string(), ReadExisting(_file)),
+                               _plugins);
 }
 
 void EditedDocument::Reload()
 {
     RequireNoneWaiting();
-    std::string text = ReadText();
-    std::unique_ptr<Opened> opened = Open(_file.string(), text);
+    std::string text = ReadExisting(_file);
+    auto opened = std::make_unique<Opened>(Parse(_file.string(), text), _plugins);
     _journal.Remove();
     _saved = std::move(text);
     Begin(std::move(opened));
@@ -152,7 +161,8 @@ std::unique_ptr<EditedDocument::Opened> EditedDocument::Open(const std::string& 
     return std::make_unique<Opened>(std::move(document), _plugins);
 }
 
-/// The document that an earlier process had. A change that was refused then is refused again.
+/// The document that an earlier process had. Only its last change may have been refused: the
+/// process may have ended before it could take that back from the journal.
 std::unique_ptr<EditedDocument::Opened> EditedDocument::Replay(const JournalContent& content) const
 {
     std::unique_ptr<Opened> opened = Open(_file.string(), content.Document);
@@ -160,7 +170,8 @@ std::unique_ptr<EditedDocument::Opened> EditedDocument::Replay(const JournalCont
         try {
             opened->History.Do(change);
         } catch (const HostError&) {
-            continue; // the process ended before it could take the change back from the journal
+            if (&change != &content.Changes.back())
+                throw;
         }
     }
     ProblemList problems;
@@ -168,7 +179,7 @@ std::unique_ptr<EditedDocument::Opened> EditedDocument::Replay(const JournalCont
     return opened;
 }
 
-/// Looks for what an earlier process has left. What is in the file already is not worth a question.
+/// Looks for the journal of an earlier process. One that restores what the file holds is removed.
 void EditedDocument::FindJournal()
 {
     try {
@@ -207,7 +218,7 @@ ChangedRecords EditedDocument::Go(HistoryStep step, HistoryStep back)
     return Finish(std::move(records));
 }
 
-/// Brings the journal to the state of the document without telling how it came to it.
+/// Makes the journal start with the current document.
 void EditedDocument::KeepState()
 {
     if (IsUnsaved())
@@ -232,10 +243,10 @@ ChangedRecords EditedDocument::Finish(ChangedRecords records)
     return records;
 }
 
-/// @returns the nodes that were called
+/// @returns the nodes whose resolution was called
 std::vector<std::size_t> EditedDocument::Resolve()
 {
-    ProblemList problems; // which are found anew when somebody asks for them
+    ProblemList problems; // which are found again on request
     return _opened->Resolver.Resolve(problems);
 }
 

@@ -17,16 +17,15 @@
 
 namespace Mox::Host {
 
-/// A document that is edited: its graph, its history, its file and the journal of what is not in
-/// the file yet. The graph is always resolved.
+/// A document that is being edited: its graph, its history, its file, and the journal of the
+/// changes that are not in the file yet. The graph is always resolved.
 class EditedDocument
 {
 public:
-    /// Opens a document; a file that does not exist is an empty one.
+    /// Opens a document; a file that does not exist is an empty document.
     /// @param plugins must outlive the object
-    /// @throws HostError if somebody else edits the document, or if the file cannot be read, or
-    /// does
-    ///         not follow the rules of documents, so that saving it would lose something
+    /// @throws HostError if the document is being edited already, or if the file cannot be read or
+    ///         breaks the rules of documents, so that saving it would lose something
     EditedDocument(const std::filesystem::path& file, const PluginSet& plugins);
 
     const MaterialGraph& Graph() const { return _opened->Graph; }
@@ -38,13 +37,13 @@ public:
     std::string UndoTitle() const { return _opened->History.UndoTitle(); }
     std::string RedoTitle() const { return _opened->History.RedoTitle(); }
 
-    /// Whether the document is another one than that which was read or saved last.
+    /// Whether the document differs from the one that was read or saved last.
     bool IsUnsaved() const;
 
     /// Changes the document and writes the change to the journal, or does neither.
-    /// @param gesture as ChangeHistory::Do has it
-    /// @returns what has changed, also by resolution; may be nothing
-    /// @throws HostError if the change does not fit, if the journal cannot be written, or if an
+    /// @param gesture as for ChangeHistory::Do
+    /// @returns what has changed, by resolution too; may be empty
+    /// @throws HostError if the change does not fit, if the journal cannot be written, or while an
     ///         earlier journal waits
     ChangedRecords Apply(const GraphChange& change, const std::string& gesture = {});
     ChangedRecords Undo();
@@ -56,37 +55,39 @@ public:
     ///         hard links
     void Save(bool force);
 
-    /// What the file holds; nothing if it does not exist.
+    /// The content of the file; an empty text if it does not exist.
     /// @throws HostError if it cannot be read
     std::string ReadText() const;
 
-    /// Whether the file holds something else than when it was read or saved last.
+    /// Whether the content of the file has changed since it was read or saved last.
     bool HasFileChanged() const;
 
-    /// What the file says other than the document, in words, a line each.
-    /// @throws HostError if the file cannot be read or is not a document
+    /// How the file differs from the document, in words, one difference each.
+    /// @throws HostError if the file does not exist, cannot be read or is not a document
     std::vector<std::string> CompareWithFile() const;
 
-    /// Takes what the file says now. History and journal begin anew.
-    /// @throws HostError as opening does; nothing has changed then
+    /// Replaces the document by what the file holds now. History and journal begin anew.
+    /// @throws HostError as CompareWithFile does; nothing has changed then
     void Reload();
 
-    /// The changes that an earlier process has left in the journal; until they are restored or
-    /// discarded, the document cannot be changed.
+    /// The changes that an earlier process left in the journal. The document cannot be changed
+    /// until they are restored or discarded.
     const std::optional<JournalContent>& Waiting() const { return _waiting; }
 
-    /// Why the journal of an earlier process cannot be read; empty if there is no such.
+    /// Why the journal of an earlier process cannot be restored; empty if it can or there is none.
     const std::string& JournalFailure() const { return _journalFailure; }
 
-    /// Brings back the document that an earlier process had, unsaved.
-    /// @throws HostError if nothing waits or it does not fit; nothing has changed then
+    /// Restores the unsaved document of an earlier process.
+    /// @throws HostError if nothing waits or the journal cannot be written; nothing has changed
+    /// then
     void Restore();
 
-    /// Forgets what an earlier process has left.
+    /// Removes the journal of an earlier process.
+    /// @throws HostError if there is none
     void Discard();
 
 private:
-    /// None of this can be moved, as each refers to the graph.
+    /// None of this can be moved, as the members refer to the graph.
     struct Opened
     {
         Opened(MaterialDocument document, const PluginSet& plugins);
@@ -111,9 +112,10 @@ private:
     std::filesystem::path _file;
     DocumentLock _lock;
     const PluginSet& _plugins;
-    std::string _saved; ///< what the file held when it was read or saved last
+    std::string _saved; ///< content of the file when it was read or saved last
     std::unique_ptr<Opened> _opened;
-    std::optional<std::uint64_t> _savedState; ///< of the history; none if no state is in the file
+    std::optional<std::uint64_t>
+        _savedState; ///< of the history; none if the file has none of its states
     std::uint64_t _revision = 0;
     Journal _journal;
     std::optional<JournalContent> _waiting;

@@ -5,6 +5,7 @@
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
+#include "mox/host/HexDigits.h"
 #include "mox/json/RecordJson.h"
 #include "mox/program/MaterialProgram.h"
 #include "mox/xml/XmlWriter.h"
@@ -24,20 +25,11 @@ MaterialGraph Open(const MaterialDocument& document, const PluginSet& plugins,
     return graph;
 }
 
-/// A program as JSON can hold it: source as it is, and a module of SPIR-V, which begins with
+/// A program in a form that JSON can hold: source as it is, and a SPIR-V module, which begins with
 /// control characters, as hexadecimal digits.
 Json DescribeProgram(const std::string& bytes)
 {
-    if (IsXmlText(bytes))
-        return bytes;
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    text.reserve(2 * bytes.size());
-    for (const char c : bytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        text += {digits[byte / 16], digits[byte % 16]};
-    }
-    return text;
+    return IsXmlText(bytes) ? bytes : HexDigits(bytes);
 }
 
 /// The id of the node that each line of a program comes from.

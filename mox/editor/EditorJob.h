@@ -18,7 +18,7 @@ namespace Mox::Host {
 class DocumentSnapshot
 {
 public:
-    /// @param current the revision that the document has at any time
+    /// @param current revision of the document, which may grow at any time
     DocumentSnapshot(MaterialDocument document, std::uint64_t revision,
                      std::shared_ptr<const std::atomic<std::uint64_t>> current)
         : Document(std::move(document)), Revision(revision), _current(std::move(current))
@@ -34,20 +34,20 @@ private:
     std::shared_ptr<const std::atomic<std::uint64_t>> _current;
 };
 
-/// What an editor answers to one message.
+/// The answer of an editor to one message.
 struct EditorReply
 {
     std::string Text;                ///< JSON
-    std::vector<std::uint8_t> Bytes; ///< of a picture, as Picture has them, or of a texture
+    std::vector<std::uint8_t> Bytes; ///< of a picture, in the order of Picture, or of a texture
 };
 
-/// Work that takes its time: building programs, checking, drawing. It is done by Run, on any
-/// thread, and knows nothing of the session by then. A job whose document has changed in the
-/// meantime is dropped: it does nothing and its reply says so.
+/// Work that takes long: building programs, checking, drawing. Run may be called on any thread, as
+/// a job does not refer to the session. A job whose document has changed in the meantime is
+/// dropped: it does nothing and its reply says so.
 class EditorJob
 {
 public:
-    /// @param work adds what it found to the reply, and may stop if the snapshot is out of date
+    /// @param work adds its results to the reply, and may stop if the snapshot is out of date
     using Work = std::function<void(const DocumentSnapshot&, Json& reply, EditorReply& answer)>;
 
     EditorJob(DocumentSnapshot snapshot, Json id, Work work)
@@ -56,7 +56,7 @@ public:
 
     bool IsOutOfDate() const { return _snapshot.IsOutOfDate(); }
 
-    /// To be called once.
+    /// Call it once.
     EditorReply Run() const;
 
 private:
@@ -65,17 +65,17 @@ private:
     Work _work;
 };
 
-/// What is wrong with a material.
+/// Finds the problems of a material.
 EditorJob::Work FindProblems(const EditorServices& services, const std::string& file);
 
-/// Its programs for some targets.
+/// Builds its programs for some targets.
 EditorJob::Work CompilePrograms(const EditorServices& services, const std::string& file,
                                 const std::set<std::string>& targets);
 
-/// A picture of it or of one of its nodes.
+/// Draws it or one of its nodes.
 EditorJob::Work DrawPicture(const EditorServices& services, const PictureRequest& request);
 
-/// The texture of one of its texture bindings.
+/// Loads the texture of one of its texture bindings.
 EditorJob::Work LoadTexture(const EditorServices& services, const std::string& tag);
 
 } // namespace Mox::Host

@@ -16,7 +16,7 @@
 
 namespace Mox::Host {
 
-/// What an editor wants to see.
+/// A picture that an editor requests.
 struct PictureRequest
 {
     std::string Node;            ///< "id" or "id.port"; empty for the material
@@ -27,7 +27,7 @@ struct PictureRequest
     std::map<std::string, std::string> Values; ///< of bindings, or of what the environment supplies
 };
 
-/// A texture with its smaller levels, as graphics libraries take it.
+/// A texture with its mip levels, in the form that graphics libraries accept.
 struct LoadedTexture
 {
     std::string Format; ///< "unorm8", four bytes for each texel, or "half", four 16-bit floats
@@ -35,15 +35,16 @@ struct LoadedTexture
     std::vector<std::uint8_t> Bytes; ///< one level after the other, rows from top to bottom
 };
 
-/// Draws materials. The host of an editor supplies it, so that the editor needs no device.
+/// Draws materials. The host of an editor supplies it, so that the editor does not depend on a
+/// device.
 class Painter
 {
 public:
     virtual ~Painter() = default;
 
-    /// May be called from any thread, but from one at a time.
-    /// @param problems takes what is wrong with the material
-    /// @throws HostError if the request makes no sense or nothing can be drawn at all
+    /// May be called from any thread, but not from two at the same time.
+    /// @param problems receives the problems of the material
+    /// @throws HostError if the request is invalid or nothing can be drawn at all
     virtual Picture Draw(const MaterialDocument& document, const PictureRequest& request,
                          ProblemList& problems) = 0;
 
@@ -53,7 +54,7 @@ public:
                                ProblemList& problems) = 0;
 };
 
-/// What an editor works with. All of it must outlive the sessions and their jobs.
+/// What an editor needs from its host. All of it must outlive the sessions and their jobs.
 struct EditorServices
 {
     const PluginSet* Plugins = nullptr;

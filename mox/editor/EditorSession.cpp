@@ -80,7 +80,7 @@ struct EditorSession::Request
     std::size_t Client;
     Json Id;
     JsonCursor Message;
-    std::string_view Bytes; ///< that go along
+    std::string_view Bytes; ///< sent along
 };
 
 struct EditorSession::Command
@@ -164,7 +164,7 @@ void EditorSession::Dispatch(const Request& request, EditorAnswer& answer, Json&
     (this->*command->Do)(request, answer, reply);
 }
 
-/// Says what has changed to who has changed it and to all others.
+/// Reports the changes to the client that made them and to all others.
 void EditorSession::Publish(const ChangedRecords& records, EditorAnswer& answer, Json& reply)
 {
     Json changes = DescribeChanges(_document.Graph(), records);
@@ -176,7 +176,7 @@ void EditorSession::Publish(const ChangedRecords& records, EditorAnswer& answer,
     reply["changes"] = std::move(changes);
 }
 
-/// What every answer tells.
+/// Adds the members that every answer has.
 void EditorSession::AddStatus(Json& json) const
 {
     json["revision"] = _document.Revision();
@@ -284,7 +284,7 @@ void EditorSession::Save(const Request& request, EditorAnswer& answer, Json& rep
     reply["saved"] = true;
 }
 
-/// Another document takes the place of the one that clients know.
+/// Reports that the whole document has been replaced.
 void EditorSession::Replace(EditorAnswer& answer, Json& reply)
 {
     Json notice = {{"event", "replaced"}};

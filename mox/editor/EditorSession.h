@@ -16,34 +16,33 @@
 
 namespace Mox::Host {
 
-/// What a session makes of a message.
+/// The outcome of a message.
 struct EditorAnswer
 {
-    std::string Reply;            ///< JSON for who sent it; empty if a job gives the reply
-    std::string Notice;           ///< JSON for all other clients; empty if they need not know
+    std::string Reply;            ///< JSON for its sender; empty if the job produces the reply
+    std::string Notice;           ///< JSON for all other clients; empty if there is none
     std::optional<EditorJob> Job; ///< the rest of the work
 };
 
-/// The editing of one document, for all its clients: messages in, values out. docs/json.md lists
-/// the messages. It knows neither sockets nor threads; jobs may run on other threads, all else
-/// belongs to one.
+/// The editing of one document by all its clients: messages in, values out. docs/json.md lists the
+/// messages. It uses neither sockets nor threads: jobs may run on other threads, everything else
+/// must be called on one.
 ///
-/// A client is a window, and has a number that the session's host gives it. All clients see
-/// one document and one history.
+/// A client is a window and has a number, which the session's host chooses. All clients share one
+/// document and one history.
 class EditorSession
 {
 public:
     /// @throws HostError as EditedDocument does
     EditorSession(const std::filesystem::path& file, EditorServices services);
 
-    /// Does what a message asks for. Whatever the message holds, nothing is thrown but
-    /// std::bad_alloc: what is refused is said in the reply. What a reply acknowledges is in the
-    /// journal.
-    /// @param bytes that go along with the message, such as those of a texture
+    /// Executes a message. Whatever it holds, nothing but std::bad_alloc is thrown: the reply says
+    /// what is refused. What a reply acknowledges is in the journal.
+    /// @param bytes sent along with the message, such as those of a texture
     EditorAnswer Handle(std::size_t client, std::string_view message, std::string_view bytes = {});
 
-    /// A notice for all clients if the file has another content than at the last call, or an empty
-    /// text.
+    /// A notice for all clients if the content of the file has changed since the last call, else an
+    /// empty text.
     std::string LookAtFile();
 
     const EditedDocument& Document() const { return _document; }
@@ -81,7 +80,7 @@ private:
     EditorServices _services;
     EditedDocument _document;
     std::shared_ptr<std::atomic<std::uint64_t>> _revision; ///< for the jobs
-    std::string _seenFile; ///< what the file held when clients were last told, or why not
+    std::string _seenFile; ///< content of the file at the last notice, or why it was unreadable
 };
 
 } // namespace Mox::Host

@@ -5,8 +5,8 @@
 
 namespace Mox::Host {
 
-/// What failed, in words, and what is known of the place. Of a change that
-/// was refused also the step, if only one does not fit.
+/// The message and what is known of the place; for a refused change also the number of the step, if
+/// a single one does not fit.
 Json DescribeError(const HostError& error);
 
 } // namespace Mox::Host

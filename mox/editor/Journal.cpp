@@ -1,6 +1,7 @@
 #include "mox/editor/Journal.h"
 
 #include "mox/Text.h"
+#include "mox/editor/CompanionFile.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
 #include "mox/json/JsonCursor.h"
@@ -8,6 +9,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <limits>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -19,6 +21,10 @@ using Materials::Compose;
 namespace {
 
 constexpr int journalVersion = 1;
+
+/// What a journal holds was accepted once, so its size is no reason to refuse it now.
+constexpr JsonLimits journalLimits = {.Bytes = std::numeric_limits<std::size_t>::max(),
+                                      .Values = std::numeric_limits<std::size_t>::max()};
 
 HostError WriteError(const std::filesystem::path& file, int error)
 {
@@ -51,7 +57,7 @@ std::string ReadHeader(const JsonCursor& header)
 } // namespace
 
 Journal::Journal(const std::filesystem::path& document)
-    : _file(document.parent_path() / Compose(".", document.filename().string(), ".mox-journal"))
+    : _file(CompanionFile(document, "mox-journal"))
 {}
 
 Journal::~Journal()
@@ -67,7 +73,7 @@ std::optional<JournalContent> Journal::Read() const
     std::optional<JournalContent> content;
     std::string_view rest = text;
     for (std::size_t end = rest.find('\n'); end != rest.npos; end = rest.find('\n')) {
-        const Json line = ParseJson(rest.substr(0, end), _file.string());
+        const Json line = ParseJson(rest.substr(0, end), _file.string(), journalLimits);
         const JsonCursor cursor(line, _file.string());
         if (content)
             content->Changes.push_back(ReadSteps(cursor));
@@ -86,7 +92,7 @@ void Journal::Start(const std::string& document)
     AtomicFile file(_file);
     file.Write(header);
     file.Commit(Durability::Deferred);
-    Close(); // it is that of the file that has been replaced
+    Close(); // the descriptor of the replaced file
     _descriptor = open(_file.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC | O_NOFOLLOW);
     if (_descriptor < 0)
         throw WriteError(_file, errno);
@@ -106,8 +112,8 @@ void Journal::Append(const GraphChange& change)
 
 void Journal::TakeBack()
 {
-    // To make a file shorter takes no room, so it works on a full disk too. If it fails all the
-    // same, nothing can follow here.
+    // Truncating needs no space, so it works on a full disk too. If it fails all the same, nothing
+    // may be appended here any more.
     _size = _sizeBefore;
     if (ftruncate(_descriptor, static_cast<off_t>(_size)) != 0)
         Close();

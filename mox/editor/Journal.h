@@ -10,22 +10,22 @@
 
 namespace Mox::Host {
 
-/// What a journal holds: a document, and the changes that were made of it since.
+/// The content of a journal: a document, and the changes made to it since.
 struct JournalContent
 {
     std::string Document; ///< its text
     std::vector<GraphChange> Changes;
 };
 
-/// A file beside a document that holds what was changed since the document was saved, so that it
-/// outlives the process. Each line is JSON: first the document as it was, then the changes in their
-/// order. What has been appended is with the system, so a process that is killed loses nothing; a
-/// loss of power may.
+/// A file beside a document with the changes made since the document was saved, so that they
+/// outlive the process. Each line is JSON: first the document as it was, then the changes in order.
+/// What has been appended is in the hands of the system: if the process is killed, nothing is lost,
+/// but a loss of power may cost the last changes.
 class Journal
 {
 public:
     /// Opens nothing.
-    /// @param document file that the journal belongs to
+    /// @param document file to which the journal belongs
     explicit Journal(const std::filesystem::path& document);
     ~Journal();
 
@@ -34,16 +34,16 @@ public:
 
     const std::filesystem::path& File() const { return _file; }
 
-    /// What an earlier process has left; nothing if there is no journal. A last line that is not
-    /// whole was never acknowledged and does not count.
-    /// @throws HostError if the journal cannot be read or is not one
+    /// What an earlier process left; nothing if there is no journal. A last line that is incomplete
+    /// was never acknowledged and is ignored.
+    /// @throws HostError if the file cannot be read or is not a journal
     std::optional<JournalContent> Read() const;
 
-    /// Begins anew; the old journal is replaced in one go.
+    /// Starts a new journal, which replaces the old one as a whole.
     /// @throws HostError if it cannot be written; the old one stays then
     void Start(const std::string& document);
 
-    /// Whether changes can be appended. If not, Start makes it so.
+    /// Whether changes can be appended. If not, call Start.
     bool IsStarted() const { return _descriptor >= 0; }
 
     /// Bytes of the changes since Start.
@@ -53,14 +53,14 @@ public:
     /// @throws HostError if it cannot be written; what it held before stays then
     void Append(const GraphChange& change);
 
-    /// Removes what was appended last, since it was not done after all.
+    /// Removes the last change, for example because it was refused.
     void TakeBack();
 
     /// Removes the file.
     void Remove();
 
 private:
-    /// @throws HostError if something else has the name
+    /// @throws HostError if the name is not that of a regular file
     bool IsThere() const;
     void Close();
 

@@ -7,11 +7,11 @@
 namespace Mox::Host {
 
 /// The whole state of a material as an editor shows it: the records of its document, each node and
-/// edge with its number, and of each node what its class makes of the record.
+/// edge with its number, and the title, ports and properties that a node's class gives it.
 Json DescribeState(const MaterialGraph& graph);
 
-/// The part of the state that some records concern: nodes and edges with what they are now, the
-/// numbers of those that are gone, and the other parts of the document if they are among it.
+/// The part of the state that belongs to some records: nodes and edges as they are now, the numbers
+/// of those that no longer exist, and the other parts of the document if they are included.
 Json DescribeChanges(const MaterialGraph& graph, const ChangedRecords& records);
 
 } // namespace Mox::Host

@@ -18,8 +18,8 @@ using Materials::Compose;
 
 namespace {
 
-constexpr std::string_view endings[] = {".png", ".jpg", ".jpeg", ".exr", ".hdr"};
-constexpr std::size_t longestName = 100; ///< bytes; file systems take more, with the number added
+constexpr std::string_view extensions[] = {".png", ".jpg", ".jpeg", ".exr", ".hdr"};
+constexpr std::size_t longestName = 100; ///< bytes; a file system allows more, for the number
 constexpr int mostNumbers = 100;
 
 bool IsTextureName(const std::string& name)
@@ -30,25 +30,25 @@ bool IsTextureName(const std::string& name)
     if (name.size() > longestName || name.starts_with('.') ||
         std::any_of(name.begin(), name.end(), isStrange))
         return false;
-    std::string ending = std::filesystem::path(name).extension().string();
-    std::transform(ending.begin(), ending.end(), ending.begin(),
+    std::string extension = std::filesystem::path(name).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
                    [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; });
-    return std::find(std::begin(endings), std::end(endings), ending) != std::end(endings);
+    return std::find(std::begin(extensions), std::end(extensions), extension) !=
+           std::end(extensions);
 }
 
-/// Makes an empty file if nothing has the name.
+/// Creates an empty file if the name is free.
 bool Reserve(const std::filesystem::path& file)
 {
-    constexpr int usualPermissions = 0666; // less those that the process masks
-    const int descriptor =
-        open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, usualPermissions);
+    constexpr int newFileMode = 0666; // less the process's mask
+    const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, newFileMode);
     if (descriptor >= 0) {
         close(descriptor);
         return true;
     }
     if (errno != EEXIST) {
         throw HostError(Place(file.string()),
-                        Compose("cannot be made: ", std::generic_category().message(errno)));
+                        Compose("cannot be created: ", std::generic_category().message(errno)));
     }
     return false;
 }
@@ -66,10 +66,13 @@ std::string AddTexture(const std::filesystem::path& folder, const std::string& n
                        std::string_view bytes)
 {
     if (!IsTextureName(name)) {
-        throw HostError({}, Compose(Excerpt(name), " is no name of a texture: expected a file "
-                                                   "without folder that ends in .png, .jpg, .jpeg, "
-                                                   ".exr or .hdr"));
+        throw HostError({}, Compose(Excerpt(name),
+                                    " is not the name of a texture: expected a file name "
+                                    "without a folder that ends in .png, .jpg, .jpeg, "
+                                    ".exr or .hdr"));
     }
+    if (bytes.empty())
+        throw HostError({}, Compose(Excerpt(name), " has no bytes"));
     const std::filesystem::path wanted(name);
     for (int number = 1; number <= mostNumbers; ++number) {
         const std::string candidate =

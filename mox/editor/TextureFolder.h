@@ -6,11 +6,12 @@
 
 namespace Mox::Host {
 
-/// Puts the file of a texture into a folder. No file that is there is replaced: if another one has
-/// the name, the new one gets a name with a number, and a file with the same content stands for it.
+/// Writes a texture file into a folder. No existing file is replaced: one with the same content is
+/// used, and if a file with other content has the name, a number is added to the new name.
 /// @param name of the file, without a folder
-/// @returns the name that it has got
-/// @throws HostError if the name is not that of a texture, or if the file cannot be written
+/// @returns the name of the file in the folder
+/// @throws HostError if the name is not that of a texture, if there are no bytes, or if the file
+///         cannot be written
 std::string AddTexture(const std::filesystem::path& folder, const std::string& name,
                        std::string_view bytes);
 

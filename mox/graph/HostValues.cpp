@@ -1,5 +1,7 @@
 #include "mox/graph/HostValues.h"
 
+#include "mox/graph/NodePosition.h"
+
 #include <algorithm>
 #include <iterator>
 #include <tuple>
@@ -9,7 +11,7 @@ namespace Mox::Host {
 
 namespace {
 
-const std::string hostValues[] = {"BindingIndex", "PositionX", "PositionY"};
+const std::string hostValues[] = {"BindingIndex", positionX, positionY};
 
 std::vector<const DocumentProperty*> OtherProperties(const DocumentNode& record)
 {

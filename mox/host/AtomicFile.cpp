@@ -30,21 +30,6 @@ HostError WriteError(const std::filesystem::path& file, int error)
     return {file.string(), Compose("cannot be written: ", std::generic_category().message(error))};
 }
 
-/// The file itself, or what a symbolic link of that name points to, there or not.
-std::filesystem::path TargetOf(const std::filesystem::path& file)
-{
-    constexpr int mostLinks = 40; // as many as the system follows
-    std::filesystem::path target = file;
-    for (int i = 0; i < mostLinks; ++i) {
-        std::error_code error;
-        const std::filesystem::path next = std::filesystem::read_symlink(target, error);
-        if (error)
-            return target; // which is no link
-        target = target.parent_path() / next;
-    }
-    throw WriteError(file, ELOOP);
-}
-
 /// Under which the system knows an open file, whether that has a name or not.
 std::string NumberedName(int descriptor)
 {
@@ -90,6 +75,20 @@ void ReplaceOthers(const std::vector<FileContent>& files)
 }
 
 } // namespace
+
+std::filesystem::path TargetOf(const std::filesystem::path& file)
+{
+    constexpr int mostLinks = 40; // as many as the system follows
+    std::filesystem::path target = file;
+    for (int i = 0; i < mostLinks; ++i) {
+        std::error_code error;
+        const std::filesystem::path next = std::filesystem::read_symlink(target, error);
+        if (error)
+            return target; // which is not a link
+        target = target.parent_path() / next;
+    }
+    throw WriteError(file, ELOOP);
+}
 
 AtomicFile::AtomicFile(const std::filesystem::path& file) : _file(file), _target(TargetOf(file))
 {

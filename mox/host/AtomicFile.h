@@ -17,6 +17,10 @@ enum class Durability
     Deferred,  ///< once the system, or FlushFolder, has brought them to the disk
 };
 
+/// The file itself, or the file that a symbolic link of that name leads to. It need not exist.
+/// @throws HostError if the links form a cycle
+std::filesystem::path TargetOf(const std::filesystem::path& file);
+
 /// A file that appears under its name only when it is whole. The bytes go to a file without a name,
 /// or to a hidden temporary file in the same folder where the file system has no files without
 /// names. Commit gives it its name, so that a reader finds the old file or the new one whatever

@@ -1,6 +1,7 @@
 #include "mox/layout/MaterialLayout.h"
 
 #include "mox/Text.h"
+#include "mox/graph/NodePosition.h"
 #include "mox/layout/LayeredLayout.h"
 #include "mox/layout/NodeShape.h"
 
@@ -17,9 +18,6 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-constexpr const char* positionX = "PositionX";
-constexpr const char* positionY = "PositionY";
-
 float PositionOf(const GraphNode& node, const char* property)
 {
     const auto& properties = node.Gui.Properties().Index;
@@ -27,12 +25,11 @@ float PositionOf(const GraphNode& node, const char* property)
     return found == properties.end() ? 0 : found->second->Floats[0];
 }
 
-/// A position that nodes can be laid out from: far out, floats are coarser than pixels.
+/// A position that nodes can be laid out from.
 double AnchorOf(const GraphNode& node, const char* property)
 {
-    constexpr float farthest = 1e6f;
     const float position = PositionOf(node, property);
-    return std::abs(position) <= farthest ? std::round(position) : 0;
+    return std::abs(position) <= farthestPosition ? std::round(position) : 0;
 }
 
 /// The nodes to be laid out, by number, in document order.

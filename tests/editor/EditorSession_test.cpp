@@ -10,7 +10,10 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <filesystem>
+#include <functional>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -196,6 +199,44 @@ TEST(EditorSession, RefusesWhatDoesNotFitOnTheDisk)
     EXPECT_EQ(folder.Read("m.xml"), oneNode);
     EXPECT_FALSE(Json::parse(session.Handle(0, SetScale(5)).Reply).contains("error"));
     EXPECT_EQ(TextAfterKill(file), FormatMaterialDocument(session.Document().Graph().Document()));
+}
+
+TEST(EditorSession, HasOneLockAndOneJournalForAllNamesOfADocument)
+{
+    const TemporaryFolder folder;
+    const auto file = folder.Path() / "m.xml"; // which does not exist yet
+    const auto link = folder.Path() / "link.xml";
+    std::filesystem::create_symlink("m.xml", link);
+    {
+        EditorSession session(link, TestEditorServices());
+        EXPECT_THROW(EditorSession(file, TestEditorServices()), HostError);
+        session.Handle(0, R"({"do": "apply", "steps": [
+            {"do": "addNode", "id": "a", "type": "CoreUv", "version": 0}]})");
+    }
+    EXPECT_TRUE(EditorSession(file, TestEditorServices()).Document().Waiting());
+}
+
+TEST(EditorSession, KeepsTheDocumentWhenItsFileIsNoDocumentAnyMore)
+{
+    const TemporaryFolder folder;
+    const auto file = folder.Write("m.xml", oneNode);
+    EditorSession session(file, TestEditorServices());
+    const std::string before = TextOf(session);
+    const std::function<void()> fates[] = {
+        [] {}, [&] { folder.Write("m.xml", ""); }, [&] { std::filesystem::create_directory(file); },
+        [&] { mkfifo(file.c_str(), 0600); }, // reading it would never end
+    };
+    for (const auto& fate : fates) {
+        std::filesystem::remove(file);
+        fate();
+        const std::string notice = session.LookAtFile();
+        ASSERT_NE(notice, "");
+        EXPECT_TRUE(Json::parse(notice).contains("error")) << notice;
+        EXPECT_EQ(session.LookAtFile(), "") << "it was reported already";
+        EXPECT_NE(session.Handle(0, R"({"do": "reload"})").Reply.find("error"), std::string::npos);
+        EXPECT_EQ(TextOf(session), before);
+    }
+    EXPECT_THROW(EditorSession(folder.Path() / "no" / "m.xml", TestEditorServices()), HostError);
 }
 
 /// What a drag leaves in memory and in the journal is bounded.
