@@ -1,5 +1,7 @@
 #include "mox/batch/ContentHash.h"
 
+#include "mox/host/HexDigits.h"
+
 #include <memory>
 #include <new>
 #include <string_view>
@@ -31,13 +33,7 @@ std::string HashContent(const std::vector<std::string>& texts, const std::string
     }
     XXH128_canonical_t bytes;
     XXH128_canonicalFromHash(&bytes, XXH3_128bits_digest(state.get()));
-    constexpr char digits[] = "0123456789abcdef";
-    std::string name;
-    for (const unsigned char byte : bytes.digest) {
-        name += digits[byte >> 4];
-        name += digits[byte & 15];
-    }
-    return name;
+    return HexDigits({reinterpret_cast<const char*>(bytes.digest), sizeof bytes.digest});
 }
 
 } // namespace Mox::Host

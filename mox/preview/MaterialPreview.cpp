@@ -144,8 +144,9 @@ void SetValues(const PreviewOptions& options, const CompiledProgram& program,
             scene[name] = *numbers;
         } else if (options.Node.empty()) {
             // Of a single node only a part of the bindings is known.
+            const std::string known = bindings.ListNames();
             throw HostError({}, Compose("the material has no binding \"", name, "\"; it has ",
-                                        bindings.ListNames()));
+                                        known.empty() ? "none" : known));
         }
     }
 }

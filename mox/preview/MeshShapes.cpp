@@ -108,14 +108,21 @@ Mesh MakeCube()
     return mesh;
 }
 
+std::optional<Mesh> FindShape(const std::string& name)
+{
+    if (name == "sphere")
+        return MakeSphere();
+    if (name == "plane")
+        return MakePlane();
+    if (name == "cube")
+        return MakeCube();
+    return std::nullopt;
+}
+
 Mesh FindMesh(const std::string& nameOrFile, const FileDecoder& files)
 {
-    if (nameOrFile == "sphere")
-        return MakeSphere();
-    if (nameOrFile == "plane")
-        return MakePlane();
-    if (nameOrFile == "cube")
-        return MakeCube();
+    if (auto shape = FindShape(nameOrFile))
+        return *std::move(shape);
     if (!IsMeshFile(nameOrFile)) {
         throw HostError(nameOrFile,
                         "is neither sphere, plane nor cube, nor an .obj, .gltf or .glb file");

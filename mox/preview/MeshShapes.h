@@ -3,6 +3,7 @@
 #include "mox/decode/FileDecoder.h"
 #include "mox/decode/Mesh.h"
 
+#include <optional>
 #include <string>
 
 namespace Mox::Host {
@@ -19,6 +20,9 @@ Mesh MakePlane();
 
 /// A cube from -1 to 1 with the whole image on each side.
 Mesh MakeCube();
+
+/// A built-in mesh by its name, "sphere", "plane" or "cube"; nothing if it is none of these.
+std::optional<Mesh> FindShape(const std::string& name);
 
 /// A built-in mesh by its name, "sphere", "plane" or "cube", or else that of a mesh file.
 /// @throws HostError if it is none of these, or as FileDecoder::ReadMesh does

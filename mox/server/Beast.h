@@ -6,7 +6,7 @@
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http.hpp>
 
-#include <utility> // which Boost 1.74 forgets to include
+#include <utility> // Boost 1.74 does not include it
 
 namespace Mox::Host {
 

@@ -63,7 +63,7 @@ void EditorHub::StartJob(std::size_t number, EditorJob job)
         try {
             auto reply = std::make_shared<EditorReply>(job.Run());
             _executor([this, number, reply] { Finish(number, std::move(*reply)); });
-        } catch (...) { // for whoever drives the server
+        } catch (...) { // to the caller of the server
             _executor([error = std::current_exception()] { std::rethrow_exception(error); });
         }
     });
@@ -72,7 +72,7 @@ void EditorHub::StartJob(std::size_t number, EditorJob job)
 void EditorHub::Finish(std::size_t number, EditorReply reply)
 {
     const auto page = _pages.find(number);
-    if (page == _pages.end()) // it is closed by now
+    if (page == _pages.end()) // it has been closed
         return;
     page->second->FinishJob(
         std::make_shared<const MessageFrame>(MakeFrame(std::move(reply.Text), reply.Bytes)));

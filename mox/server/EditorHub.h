@@ -12,7 +12,7 @@
 
 namespace Mox::Host {
 
-/// A page that is connected.
+/// A connected page.
 class EditorPage
 {
 public:
@@ -23,16 +23,16 @@ public:
     /// Sends the answer of a job.
     virtual void FinishJob(std::shared_ptr<const MessageFrame> frame) = 0;
 
-    /// The server ends.
+    /// Closes the connection because the server ends.
     virtual void End() = 0;
 };
 
-/// Brings messages of pages to the session and what it says to the pages. Jobs are done on a thread
-/// of their own, one after the other; all else happens on the thread that calls.
+/// Passes messages from pages to the session, and its answers and notices to the pages. Jobs run
+/// one after the other on a separate thread; everything else runs on the calling thread.
 class EditorHub
 {
 public:
-    /// Lets a function be called on the thread that calls the hub; may be called from any thread.
+    /// Calls a function later on the thread that uses the hub; may be called from any thread.
     using Executor = std::function<void(std::function<void()>)>;
 
     /// @param session must outlive the object
@@ -44,11 +44,12 @@ public:
 
     std::size_t PageCount() const { return _pages.size(); }
 
-    /// @param bytes that go along with the message
-    /// @returns whether a job gives the answer
+    /// @param number of a page that was added and not removed
+    /// @param bytes sent along with the message
+    /// @returns whether the answer comes later, from a job
     bool Handle(std::size_t number, std::string_view message, std::string_view bytes);
 
-    /// Tells the pages if the file has another content than at the last call.
+    /// Notifies the pages if the content of the file has changed since the last call.
     void LookAtFile();
 
     void EndPages();

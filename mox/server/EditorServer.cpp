@@ -14,7 +14,7 @@ namespace Mox::Host {
 using asio::ip::tcp;
 using Materials::Compose;
 
-/// Takes connections in, and looks at the file of the document from time to time.
+/// Accepts connections, and checks the file of the document at intervals.
 class EditorServer::Listener : private boost::noncopyable
 {
 public:
@@ -69,12 +69,12 @@ private:
                 std::make_shared<HttpConnection>(std::move(socket),
                                                  std::make_unique<TakenSeat>(_seats), _parts)
                     ->Start();
-            } // else it is closed, as there is no room even to refuse it
+            } // else it is closed at once
             Accept();
         });
     }
 
-    /// For example when there are no more descriptors.
+    /// After a failure, for example when there are no more descriptors.
     void AcceptLater()
     {
         _pause.expires_after(std::chrono::milliseconds(100));
@@ -93,7 +93,7 @@ private:
 
     const ServerSettings _settings;
     const Token _token;
-    std::size_t _seats = 0; // connections count it down to the end
+    std::size_t _seats = 0; // outlives the connections, which decrement it
     asio::io_context _context{1};
     tcp::acceptor _acceptor;
     asio::steady_timer _pause;

@@ -43,7 +43,7 @@ void HttpConnection::Judge()
         return;
     }
     if (verdict.IsSocket && _buffer.size() > 0) {
-        Send(http::status::bad_request, nullptr); // nobody speaks before the socket is open
+        Send(http::status::bad_request, nullptr); // messages before the WebSocket is open
         return;
     }
     if (!verdict.IsSocket) {
@@ -73,7 +73,7 @@ void HttpConnection::Send(http::status status, const Page* page)
     _answer.prepare_payload();
     http::async_write(
         _stream, _answer, [self = shared_from_this()](beast::error_code, std::size_t) {
-            beast::error_code error; // it may be closed by the other side
+            beast::error_code error; // the client may have closed it already
             self->_stream.socket().shutdown(asio::ip::tcp::socket::shutdown_both, error);
         });
 }

@@ -9,13 +9,13 @@
 
 namespace Mox::Host {
 
-/// A thread that does one job after the other, in the order in which they come.
+/// A thread that runs one job after the other, in the order in which they were added.
 class JobThread
 {
 public:
     JobThread();
 
-    /// Waits for the job that is being done; the others are dropped.
+    /// Waits for the running job and drops the others.
     ~JobThread() = default;
 
     /// @param job must not throw

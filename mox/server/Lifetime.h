@@ -6,21 +6,21 @@
 
 namespace Mox::Host {
 
-/// Decides how long a server runs: it ends when no page uses it any more, or when it is told to.
+/// Decides how long a server runs: it ends when no page uses it any more, or when End is called.
 class Lifetime
 {
 public:
-    /// @param context whose run ends with the server
-    /// @param hub whose pages are told of the end
-    /// @param settings must outlive the object, as the others
+    /// All arguments must outlive the object.
+    /// @param context is stopped when the server ends
+    /// @param hub closes its pages first
     Lifetime(asio::io_context& context, EditorHub& hub, const ServerSettings& settings);
 
-    /// Begins to wait for the first page.
+    /// Starts to wait for the first page.
     void Start() { WaitForPage(ServerEnd::NoPage, _settings.WithoutPage); }
 
     void PageCame();
 
-    /// @param isGoodbye whether the page went on purpose
+    /// @param isGoodbye whether the page was closed on purpose
     void PageGone(bool isGoodbye);
 
     void End(ServerEnd why);

@@ -8,7 +8,7 @@
 
 namespace Mox::Host {
 
-/// A message as it travels.
+/// A message as it is sent.
 struct MessageFrame
 {
     std::string Content;
@@ -16,7 +16,7 @@ struct MessageFrame
 };
 
 /// @param json whole message
-/// @param bytes that go along; none makes a text message
+/// @param bytes sent along; without any the message is a text message
 MessageFrame MakeFrame(std::string json, const std::vector<std::uint8_t>& bytes = {});
 
 /// The parts of a binary message.
@@ -26,7 +26,7 @@ struct BinaryParts
     std::string_view Bytes;
 };
 
-/// @returns nothing if it is shorter than it says
+/// @returns nothing if the content is shorter than its length field says
 std::optional<BinaryParts> SplitBinary(std::string_view content);
 
 } // namespace Mox::Host

@@ -12,13 +12,13 @@
 
 namespace Mox::Host {
 
-/// The connection of one page. The hub holds it until it is closed.
+/// The WebSocket of one page. The hub owns it until it is closed.
 class PageSocket : public EditorPage, public std::enable_shared_from_this<PageSocket>
 {
 public:
     PageSocket(beast::tcp_stream stream, Seat seat, ServerParts& parts);
 
-    /// Grants the request for the socket, and serves the page from then on.
+    /// Accepts the request for the WebSocket and serves the page from then on.
     void Open(const http::request<http::empty_body>& request);
 
     void Send(std::shared_ptr<const MessageFrame> frame) override;
@@ -41,7 +41,7 @@ private:
     std::deque<std::shared_ptr<const MessageFrame>> _frames; ///< the first one is being sent
     std::size_t _unreadBytes = 0;                            ///< of these
     std::size_t _jobCount = 0;
-    std::size_t _number = 0; ///< of the page; 0 while the hub does not know it
+    std::size_t _number = 0; ///< of the page; 0 if it is not in the hub
     bool _isReading = false;
     bool _isClosing = false;
 };

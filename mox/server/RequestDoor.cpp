@@ -20,8 +20,8 @@ std::string_view View(beast::string_view text)
     return {text.data(), text.size()};
 }
 
-/// The value of a header that stands at most once.
-/// @returns nothing if it is missing; of several a value that fits nowhere
+/// The value of a header that may appear at most once.
+/// @returns nothing if it is missing; if it appears several times, a value that matches nothing
 std::optional<std::string_view> Find(const RequestHeader& request, std::string_view name)
 {
     const auto range = request.equal_range({name.data(), name.size()});
@@ -30,8 +30,8 @@ std::optional<std::string_view> Find(const RequestHeader& request, std::string_v
     return std::next(range.first) == range.second ? View(range.first->value()) : "several";
 }
 
-/// Whether a browser says that a page of another origin has sent the request. To follow a link to
-/// the start page is no harm, as it is the same for everybody and cannot be framed.
+/// Whether a browser states that a page of another origin sent the request. A link to the start
+/// page does no harm, as that page is the same for everybody and cannot be framed.
 bool IsForeign(const RequestHeader& request)
 {
     const auto site = Find(request, "Sec-Fetch-Site");
@@ -79,7 +79,7 @@ bool RequestDoor::IsOwnHost(std::string_view host) const
 
 http::status RequestDoor::JudgeSocket(const RequestHeader& request) const
 {
-    if (!Find(request, "Origin")) // only what is no browser leaves it out
+    if (!Find(request, "Origin")) // every browser sends it
         return http::status::forbidden;
     const std::string_view protocols = Find(request, "Sec-WebSocket-Protocol").value_or("");
     const std::string prefix = Compose(socketProtocol, ", ");

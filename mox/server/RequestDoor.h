@@ -12,7 +12,7 @@ namespace Mox::Host {
 
 using RequestHeader = http::request_header<>;
 
-/// What becomes of a request.
+/// How a request is answered.
 struct Verdict
 {
     http::status Status = http::status::forbidden;
@@ -20,19 +20,19 @@ struct Verdict
     bool IsSocket = false;        ///< the status is "switching_protocols"
 };
 
-/// Decides which requests are let in. A request comes from anywhere: every page in every browser on
-/// the machine can send one, also through a name that an attacker lets stand for this machine.
+/// Decides which requests are allowed. A request may come from anybody: every page in every browser
+/// on the machine can send one, also by a host name that an attacker resolves to this machine.
 class RequestDoor
 {
 public:
-    /// @param port that the server listens on
+    /// @param port on which the server listens
     /// @param pages must outlive the object
     RequestDoor(std::uint16_t port, Token token, std::span<const Page> pages);
 
     Verdict Judge(const RequestHeader& request) const;
 
-    /// Adds the headers that every answer has besides its own.
-    /// @param nonce which lets in styles that a page writes itself
+    /// Adds the headers that every answer has.
+    /// @param nonce allows the styles that a page writes itself
     void AddPolicies(std::string_view nonce, http::fields& answer) const;
 
 private:
@@ -44,7 +44,7 @@ private:
     std::span<const Page> _pages;
 };
 
-/// The version of the protocol, which clients name as a WebSocket subprotocol.
+/// The version of the protocol, which clients request as a WebSocket subprotocol.
 constexpr std::string_view socketProtocol = "mox-editor-1";
 
 } // namespace Mox::Host

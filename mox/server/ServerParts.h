@@ -21,11 +21,11 @@ struct ServerParts
     Lifetime& Life;
 };
 
-/// Of the connections that there may be at a time, one. It is free again when the object is gone.
+/// One of the limited number of connections. The destructor frees it.
 class TakenSeat : private boost::noncopyable
 {
 public:
-    /// @param count of those that are taken; must outlive the object
+    /// @param count of the seats that are taken; must outlive the object
     explicit TakenSeat(std::size_t& count) : _count(count) { ++_count; }
     ~TakenSeat() { --_count; }
 

@@ -6,10 +6,11 @@
 
 namespace Mox::Host {
 
-/// Bits of the system's random generator, as hexadecimal digits.
+/// Random bytes from the system, as hexadecimal digits.
 std::string RandomDigits(std::size_t bytes);
 
-/// The secret that lets a page in. Whoever knows it may do all that the person at the keyboard may.
+/// The secret that gives a page access. Whoever knows it can do all that the user of the editor
+/// can.
 class Token
 {
 public:
@@ -19,7 +20,8 @@ public:
     /// 64 hexadecimal digits.
     const std::string& Text() const { return _text; }
 
-    /// Takes equally long for all texts of one length, so that time tells nothing of the token.
+    /// Takes the same time for all texts of one length, so that timing reveals nothing of the
+    /// token.
     bool Matches(std::string_view text) const;
 
 private:

@@ -258,6 +258,22 @@ TEST(Attacks, APageThatDoesNotReadIsCut)
     EXPECT_LT(received, count);
 }
 
+TEST(Attacks, APageThatIsCutAmidItsMessagesEndsAlone)
+{
+    constexpr int roundCount = 20;
+    constexpr int messageCount = 40;
+    RunningServer server;
+    PageClient other(server.Port(), server.Token());
+    for (int round = 0; round < roundCount; ++round) {
+        PageClient page(server.Port(), server.Token());
+        for (int i = 0; i < messageCount; ++i)
+            page.Send({{"id", i}, {"do", "state"}});
+        page.Stream().next_layer().set_option(asio::socket_base::linger(true, 0)); // no goodbye
+        page.Vanish();
+        ASSERT_TRUE(other.Ask({{"do", "undo"}}).contains("changes"));
+    }
+}
+
 TEST(Attacks, TexturesGoNowhereElseAndReplaceNothing)
 {
     RunningServer server;
@@ -273,6 +289,7 @@ TEST(Attacks, TexturesGoNowhereElseAndReplaceNothing)
     for (const char* name : {"../a.png", "/tmp/a.png", "a/b.png", "a\\b.png", ".png", ".a.png", "",
                              "a.xml", "a.png.sh", "a\n.png", "m.xml"})
         EXPECT_TRUE(put(name, "x").contains("error")) << name;
+    EXPECT_TRUE(put("nothing.png", "").contains("error"));
     const std::ptrdiff_t count = server.Folder().Count();
     EXPECT_EQ(put("new.PNG", "bytes")["file"], "new.PNG");
     EXPECT_EQ(put("new.PNG", "bytes")["file"], "new.PNG");

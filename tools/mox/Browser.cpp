@@ -19,7 +19,7 @@ bool IsSet(const char* name)
     return value && *value;
 }
 
-/// A folder of this user alone, which the system empties at the end of the session or in time.
+/// Creates a folder that only this user can read, in a place that the system cleans up.
 std::filesystem::path MakePrivateFolder()
 {
     const std::filesystem::path parent = IsSet("XDG_RUNTIME_DIR")
@@ -29,8 +29,8 @@ std::filesystem::path MakePrivateFolder()
     return mkdtemp(pattern.data()) ? std::filesystem::path(pattern) : std::filesystem::path();
 }
 
-/// Starts the desktop's program for files. It goes on without this program, which is why its end is
-/// not waited for, and has none of its files.
+/// Opens a file with the desktop's program for it. That runs on independently, with none of this
+/// program's open files, so nothing waits for its end.
 bool StartDesktopProgram(const std::string& file)
 {
     posix_spawn_file_actions_t files;

@@ -8,9 +8,9 @@
 
 namespace Mox::Tool {
 
-/// A browser that was asked to open an address. The address holds a secret, and other users see the
-/// arguments of programs, so the browser is given a file that leads there and that nobody else can
-/// read. The file goes away with the object.
+/// Opens an address in the user's browser. The address contains a secret, and other users can see
+/// the arguments of programs, so the browser gets a file that redirects to it and that nobody else
+/// can read. The destructor removes the file.
 class Browser
 {
 public:
@@ -20,8 +20,8 @@ public:
     Browser(const Browser&) = delete;
     Browser& operator=(const Browser&) = delete;
 
-    /// Does nothing where there is no screen.
-    /// @returns whether a browser was asked; it may still not have appeared
+    /// Does nothing without a display.
+    /// @returns whether the desktop's program was started; the browser may still fail to appear
     bool Open(const std::string& address);
 
 private:

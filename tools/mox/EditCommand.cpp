@@ -18,10 +18,10 @@ namespace Mox::Tool {
 namespace {
 
 constexpr const char* footer =
-    R"(Prints the address of the editor, which works on this machine alone, and opens
-it in a browser. The address holds a secret: whoever knows it can change the
-material. The program ends ten seconds after the last page was closed, or with
-Ctrl+C. What was not saved is kept beside the document, and offered when it is
+    R"(Prints the address of the editor, which works only on this machine, and opens
+it in a browser. The address contains a secret: whoever knows it can change the
+material. The program ends ten seconds after the last page is closed, or on
+Ctrl+C. Unsaved changes are kept beside the document and offered when it is
 edited next.
 
 Examples:
@@ -49,8 +49,8 @@ std::map<std::string, std::shared_ptr<const Host::ProgramFormat>> MakeAllFormats
     return made;
 }
 
-/// Serves until the end.
-/// @returns the signal that has ended it, or 0
+/// Serves the document until the server ends.
+/// @returns the signal that ended it, or 0
 int Serve(const EditOptions& options, const CommonOptions& common)
 {
     const Host::PluginSet plugins = LoadPlugins(common);
@@ -68,7 +68,7 @@ int Serve(const EditOptions& options, const CommonOptions& common)
     settings.Port = options.Port;
     StopOnSignal stop;
     Host::EditorServer server(session, settings);
-    std::cout << server.Address() << std::endl; // whoever started the program waits for it
+    std::cout << server.Address() << std::endl; // flushed, as the caller waits for it
     Browser browser;
     if (settings.Pages.empty())
         std::cerr << "mox: this program was built without the pages of the editor, so only "
@@ -78,7 +78,7 @@ int Serve(const EditOptions& options, const CommonOptions& common)
     server.Run(stop.Token());
     if (session.Document().IsUnsaved())
         std::cerr << "mox: " << options.File
-                  << ": changes that were not saved are kept until it is edited again\n";
+                  << ": unsaved changes are kept until it is edited again\n";
     return stop.Signal();
 }
 
@@ -99,12 +99,12 @@ void AddEditCommand(CLI::App& program, const CommonOptions& common)
     const auto options = std::make_shared<EditOptions>();
     command
         ->add_option("FILE", options->File,
-                     "Material document; one that does not exist is made when it is saved")
+                     "Material document; it need not exist before it is saved")
         ->type_name("")
         ->required();
     command
         ->add_option("--port", options->Port,
-                     "Port of the address; without it the system chooses one")
+                     "Port of the address; by default the system chooses one")
         ->type_name("N")
         ->check(CLI::Range(1, largestPort).description(""));
     command->add_flag_callback(

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <filesystem>
 #include <glm/gtc/packing.hpp>
+#include <optional>
 #include <utility>
 
 namespace Mox::Tool {
@@ -20,25 +21,13 @@ namespace {
 
 using Materials::Compose;
 
-/// What browsers can hold on each side.
+/// The largest side of a texture that common browsers support.
 constexpr std::uint32_t largestSide = 8192;
-
-Host::Mesh MakeMesh(const std::string& name)
-{
-    if (name == "sphere")
-        return Host::MakeSphere();
-    if (name == "plane")
-        return Host::MakePlane();
-    if (name == "cube")
-        return Host::MakeCube();
-    throw Host::HostError(
-        {}, Compose("there is no mesh ", Host::Excerpt(name), "; expected sphere, plane or cube"));
-}
 
 Host::TextureSettings FindTexture(const Host::MaterialDocument& document, const std::string& tag,
                                   const Host::PluginSet& plugins)
 {
-    Host::ProblemList problems; // which have nothing to do with the texture
+    Host::ProblemList problems; // which do not concern the texture
     Host::MaterialGraph graph = Host::LoadMaterial(document, plugins, problems);
     Host::ResolveGraph(graph, problems);
     for (const Host::PluginBinding& binding : Host::CreateBindings(graph)) {
@@ -48,7 +37,7 @@ Host::TextureSettings FindTexture(const Host::MaterialDocument& document, const 
     throw Host::HostError({}, Compose("the material has no texture binding ", Host::Excerpt(tag)));
 }
 
-/// Appends the texels, floats as half as many bytes.
+/// Appends the texels; 32-bit floats become 16-bit floats.
 void Append(const Host::TextureImage& image, std::vector<std::uint8_t>& bytes)
 {
     const auto* begin = reinterpret_cast<const std::uint8_t*>(image.Bytes.data());
@@ -75,7 +64,11 @@ EditorPainter::EditorPainter(const Host::PluginSet& plugins, Host::Environment e
 Host::Picture EditorPainter::Draw(const Host::MaterialDocument& document,
                                   const Host::PictureRequest& request, Host::ProblemList& problems)
 {
-    const Host::Mesh mesh = MakeMesh(request.Mesh);
+    const std::optional<Host::Mesh> mesh = Host::FindShape(request.Mesh);
+    if (!mesh) {
+        throw Host::HostError({}, Compose("there is no mesh ", Host::Excerpt(request.Mesh),
+                                          "; expected sphere, plane or cube"));
+    }
     for (const auto& [name, value] : request.Values) {
         if (!Host::ParseNumbers(value)) {
             throw Host::HostError({}, Compose(Host::Excerpt(value), " is no value for \"", name,
@@ -90,7 +83,7 @@ Host::Picture EditorPainter::Draw(const Host::MaterialDocument& document,
     options.Node = request.Node;
     if (!_preview)
         _preview = std::make_unique<Host::MaterialPreview>(_plugins, _environment, _files);
-    return _preview->RenderMaterial(document, mesh, options, problems);
+    return _preview->RenderMaterial(document, *mesh, options, problems);
 }
 
 Host::LoadedTexture EditorPainter::Load(const Host::MaterialDocument& document,

@@ -7,8 +7,8 @@
 
 namespace Mox::Tool {
 
-/// Draws what pages of the editor ask for. The device is looked for when the first picture is
-/// wanted.
+/// Draws the pictures that pages of the editor request. It looks for a device when the first
+/// picture is requested.
 class EditorPainter : public Host::Painter
 {
 public:
@@ -16,7 +16,7 @@ public:
     EditorPainter(const Host::PluginSet& plugins, Host::Environment environment,
                   Host::DecodeSettings settings);
 
-    /// The meshes are those that the previews have. A value cannot name a file.
+    /// Only the built-in meshes are available, and a value cannot name a file.
     Host::Picture Draw(const Host::MaterialDocument& document, const Host::PictureRequest& request,
                        Host::ProblemList& problems) override;
 
@@ -27,7 +27,7 @@ private:
     const Host::PluginSet& _plugins;
     Host::Environment _environment;
     Host::FileDecoder _files;
-    std::unique_ptr<const Host::MaterialPreview> _preview; ///< once it was wanted
+    std::unique_ptr<const Host::MaterialPreview> _preview; ///< once a picture was requested
 };
 
 } // namespace Mox::Tool
