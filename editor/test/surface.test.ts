@@ -2,38 +2,38 @@ import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { orbitOf, placeCamera, turn } from '../src/surface/camera.ts';
 import { applyModifiers, meshMakers, streamOf } from '../src/surface/meshes.ts';
-import { fillBlock, readType, type Stage } from '../src/surface/uniforms.ts';
+import { fillBlock, readType, type Block } from '../src/surface/uniforms.ts';
 
 test('uniforms lie where the reflection says', () => {
-    const stage: Stage = {
-        uniformBlock: {
-            name: 'FragmentUniforms',
-            size: 132,
-            members: [
-                { name: 'scale', type: 'half', offset: 0, size: 4 },
-                { name: 'tint', type: 'half3', offset: 16, size: 12 },
-                {
-                    name: 'world',
-                    environment: 'world',
-                    type: 'float4x4',
-                    offset: 32,
-                    size: 64,
-                    matrixStride: 16,
-                },
-                { name: 'steps', type: 'int[2]', offset: 96, size: 32, arrayStride: 16 },
-                { name: 'unknown', type: 'float', offset: 128, size: 4 },
-            ],
-        },
-        samplers: [],
-        inputs: [],
+    const stages = ['fragment'];
+    const block: Block = {
+        name: 'MaterialUniforms',
+        set: 1,
+        size: 144,
+        members: [
+            { name: 'scale', type: 'half', offset: 0, size: 4, stages },
+            { name: 'tint', type: 'half3', offset: 16, size: 12, stages },
+            {
+                name: 'world',
+                environment: 'world',
+                type: 'float4x4',
+                offset: 32,
+                size: 64,
+                matrixStride: 16,
+                stages,
+            },
+            { name: 'steps', type: 'int[2]', offset: 96, size: 32, arrayStride: 16, stages },
+            { name: 'unknown', type: 'float', offset: 128, size: 4, stages },
+            { name: 'unread', type: 'float', offset: 132, size: 4, stages: [] },
+        ],
     };
     const world = Array.from({ length: 16 }, (_, i) => i);
     const values: Record<string, number[]> = { scale: [2], tint: [1, 0.5], world, steps: [3.7, -4.2] };
-    const { bytes, missing } = fillBlock(stage, (member) => values[member.name]);
+    const { bytes, missing } = fillBlock(block, (member) => values[member.name]);
     const view = new DataView(bytes.buffer);
     const floats = (at: number, count: number) =>
         Array.from({ length: count }, (_, i) => view.getFloat32(at + 4 * i, true));
-    assert.equal(bytes.length % 16, 0);
+    assert.equal(bytes.length, block.size);
     assert.deepEqual(floats(0, 1), [2]);
     assert.deepEqual(floats(16, 3), [1, 0.5, 0.5], 'the last value serves for the rest');
     assert.deepEqual(floats(32, 16), world);

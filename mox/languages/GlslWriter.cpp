@@ -30,7 +30,7 @@ isampler2D isampler2DArray isampler2DMS isampler2DMSArray isampler2DRect isample
 isamplerCube isamplerCubeArray isubpassInput isubpassInputMS itexture1D itexture1DArray itexture2D
 itexture2DArray itexture2DMS itexture2DMSArray itexture2DRect itexture3D itextureBuffer itextureCube
 itextureCubeArray ivec2 ivec3 ivec4 layout long lowp main mat2 mat2x2 mat2x3 mat2x4 mat3 mat3x2 mat3x3
-mat3x4 mat4 mat4x2 mat4x3 mat4x4 mediump mox namespace noinline noperspective out output packed
+mat3x4 mat4 mat4x2 mat4x3 mat4x4 mediump namespace noinline noperspective out output packed
 partition patch precise precision public readonly resource restrict return sample sampler sampler1D
 sampler1DArray sampler1DArrayShadow sampler1DShadow sampler2D sampler2DArray sampler2DArrayShadow
 sampler2DMS sampler2DMSArray sampler2DRect sampler2DRectShadow sampler2DShadow sampler3D sampler3DRect
@@ -91,10 +91,13 @@ protected:
             PutUniforms(block);
         for (const StageSlot& sampler : Program.Samplers) {
             if (!_isEssl) {
-                const int binding =
-                    sampler.Location + (_isVulkan ? Program.FirstSamplerBinding : 0);
-                Text +=
-                    Compose("layout(", _isVulkan ? "set = 0, " : "", "binding = ", binding, ") ");
+                Text += "layout(";
+                if (_isVulkan)
+                    Text += Compose("set = ", Program.SamplerSet,
+                                    ", binding = ", Program.FirstSamplerBinding + sampler.Location);
+                else
+                    Text += Compose("binding = ", sampler.Location);
+                Text += ") ";
             }
             Text += "uniform ";
             PutDeclarator(sampler.Of->Of, Declare(*sampler.Of, sampler.Name));
@@ -363,20 +366,19 @@ private:
 
     void PutUniforms(const UniformBlock& block)
     {
-        if (block.Members.empty())
-            return;
+        const BlockNames names = DeclareMembers(block);
         Text += "layout(std140";
-        if (!_isEssl)
-            Text += Compose(_isVulkan ? ", set = 0" : "", ", binding = ", block.Binding);
-        Text += Compose(") uniform ", Names.Claim(block.Name), "\n{\n");
+        if (_isVulkan)
+            Text += Compose(", set = ", block.Number, ", binding = 0");
+        else if (!_isEssl)
+            Text += Compose(", binding = ", block.Number);
+        Text += Compose(") uniform ", block.Name, "\n{\n");
         for (const BlockMember& member : block.Members) {
-            const std::string name = Declare(*member.Of, member.Name);
             Text += '\t';
-            PutDeclarator(member.Of->Of, name);
+            PutDeclarator(member.Of->Of, NameOf(*member.Of));
             Text += ";\n";
-            SetMember(*member.Of, name, "mox." + name);
         }
-        Text += "} mox;\n\n";
+        Text += Compose("} ", names.Variable, ";\n\n");
     }
 
     void PutSlot(const StageSlot& slot, const char* direction, bool isInterpolant)

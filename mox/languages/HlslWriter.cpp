@@ -301,8 +301,7 @@ private:
     {
         constexpr std::uint32_t registerSize = 16;
         constexpr std::uint32_t componentSize = 4;
-        Text +=
-            Compose("cbuffer ", Names.Claim(block.Name), " : register(b", block.Binding, ")\n{\n");
+        Text += Compose("cbuffer ", block.Name, " : register(b", block.Number, ")\n{\n");
         for (const BlockMember& member : block.Members) {
             Cg::Type type = member.Of->Of;
             if (type.HasFloats())

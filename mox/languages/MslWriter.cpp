@@ -23,7 +23,7 @@ depthcube_array device do double dynamic_cast else enum explicit export extern f
 float4 float2x2 float2x3 float2x4 float3x2 float3x3 float3x4 float4x2 float4x3 float4x4 for fragment
 friend goto half half2 half3 half4 half2x2 half2x3 half2x4 half3x2 half3x3 half3x4 half4x2 half4x3
 half4x4 if imageblock inline int int2 int3 int4 int16_t int32_t int64_t int8_t kernel long long2 long3
-long4 main matrix metal mox mutable namespace new noexcept not not_eq nullptr operator or or_eq
+long4 main matrix metal mutable namespace new noexcept not not_eq nullptr operator or or_eq
 packed_float2 packed_float3 packed_float4 packed_half2 packed_half3 packed_half4 packed_int2 packed_int3
 packed_int4 packed_uint2 packed_uint3 packed_uint4 private protected ptrdiff_t public ray_data register
 reinterpret_cast return sampler short short2 short3 short4 signed simd size_t sizeof static
@@ -56,10 +56,10 @@ protected:
         PutHeader();
         Text += "#include <metal_stdlib>\n\nusing namespace metal;\n\n";
         for (const UniformBlock& block : Program.Blocks) {
-            const std::string name = PutBlockStruct(block, ";");
+            const std::string variable = PutBlockStruct(block, ";");
             Text += ";\n\n";
-            Parameters.push_back(
-                Compose("constant ", name, "& mox [[buffer(", block.Binding, ")]]"));
+            Parameters.push_back(Compose("constant ", block.Name, "& ", variable, " [[buffer(",
+                                         block.Number, ")]]"));
         }
         if (!Program.Inputs.empty()) {
             _inputType = Names.Claim(Program.IsVertex ? "VertexInput" : "FragmentInput");
@@ -186,9 +186,9 @@ protected:
         return Compose(columns == 3 ? "packed_" : "", scalar, count, " ", name);
     }
 
-    std::string PaddingMember(int number) const override
+    std::string PaddingMember(const std::string& name) const override
     {
-        return Compose("float padding", number);
+        return Compose("float ", name);
     }
 
     void PutLoaded(const Cg::Type& type, const std::string& member) override

@@ -19,16 +19,18 @@ struct StageSlot
 
 struct BlockMember
 {
-    const Cg::Variable* Of;
-    std::string Name;
-    std::uint32_t Offset; ///< in bytes, by the layout "std140"
+    const Cg::Variable* Of; ///< need not be read by the stage
+    std::string Name;       ///< that it is to have
+    std::uint32_t Offset;   ///< in bytes, by the layout "std140"
 };
 
 /// Uniforms that a host fills together.
 struct UniformBlock
 {
-    std::string Name; ///< of the block
-    int Binding;      ///< in every language that has numbers for it
+    std::string Name;     ///< of the block, in every language
+    std::string Variable; ///< that it is to be read by, where a language has one
+    int Number; ///< of the set or group in which it is the first binding; where a language
+                ///< has no sets, of the block itself
     std::vector<BlockMember> Members;
 };
 
@@ -41,7 +43,8 @@ struct StageProgram
     std::vector<StageSlot> Inputs;   ///< vertex attributes, or interpolants
     std::vector<StageSlot> Outputs;  ///< position and interpolants, or colours
     std::vector<StageSlot> Samplers; ///< uniforms of sampler types
-    int FirstSamplerBinding;         ///< where a language numbers blocks and samplers together
+    int SamplerSet;                  ///< set or group of all samplers, where a language has any
+    int FirstSamplerBinding;         ///< in that set
     std::vector<UniformBlock> Blocks;
 };
 

@@ -43,23 +43,19 @@ Cg::Type StructWriter::Stored(const Cg::Type& type)
 
 std::string StructWriter::PutBlockStruct(const UniformBlock& block, std::string_view separator)
 {
-    const std::string structName = Names.Claim(block.Name);
-    Text += Compose("struct ", structName, " {\n");
+    BlockNames names = DeclareMembers(block);
+    Text += Compose("struct ", block.Name, " {\n");
     std::uint32_t end = 0;
-    int paddings = 0;
     for (const BlockMember& member : block.Members) {
         const Cg::Type& type = member.Of->Of;
-        const auto [size, alignment] = GetStd140(type);
         constexpr std::uint32_t word = 4;
         for (; end < member.Offset; end += word)
-            Text += Compose("\t", PaddingMember(paddings++), separator, "\n");
-        const std::string name = Declare(*member.Of, member.Name);
-        Text += Compose("\t", StoredMember(type, name), separator, "\n");
-        Members.emplace(member.Of, Compose("mox.", name));
-        end += size;
+            Text += Compose("\t", PaddingMember(names.Members.Claim("padding")), separator, "\n");
+        Text += Compose("\t", StoredMember(type, NameOf(*member.Of)), separator, "\n");
+        end += GetStd140(type).Size;
     }
     Text += "}";
-    return structName;
+    return names.Variable;
 }
 
 std::string StructWriter::TextOf(const Expression& expression)
@@ -102,7 +98,7 @@ void StructWriter::PutName(const Cg::Variable& variable)
         return;
     }
     const Cg::Type& type = variable.Of;
-    const std::string& member = Members.at(&variable);
+    const std::string& member = MemberText(variable);
     if (!type.IsArray()) {
         if (IsStoredAsVectors(type))
             PutStoredElement(type, member, {});
@@ -130,7 +126,7 @@ void StructWriter::PutIndex(const Expression& expression)
         Writer::PutIndex(expression);
         return;
     }
-    const std::string& member = Members.at(what.Refers);
+    const std::string& member = MemberText(*what.Refers);
     const std::string index = TextOf(*expression.Operands[1]);
     if (IsStoredAsVectors(what.Of))
         PutStoredElement(expression.Of, member, index);

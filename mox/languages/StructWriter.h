@@ -31,7 +31,7 @@ protected:
     virtual std::string StoredMember(const Cg::Type& type, const std::string& name) const = 0;
 
     /// A member of four bytes that nothing reads.
-    virtual std::string PaddingMember(int number) const = 0;
+    virtual std::string PaddingMember(const std::string& name) const = 0;
 
     /// A value of a member of a block that is no array: converted to what the body computes with.
     virtual void PutLoaded(const Cg::Type& type, const std::string& member) = 0;
@@ -39,8 +39,8 @@ protected:
     /// Opens and closes the parts of an array.
     virtual std::pair<const char*, const char*> ArrayBrackets() const = 0;
 
-    /// A struct for a block; claims the names of the members.
-    /// @returns the name of the struct
+    /// A struct for a block, which has the block's name.
+    /// @returns the variable by which the text reads it
     std::string PutBlockStruct(const UniformBlock& block, std::string_view separator);
 
     /// The names of the outputs, separated by commas.
@@ -53,7 +53,6 @@ protected:
     std::string TextOf(const Cg::Expression& expression);
 
     std::string InputName; ///< of the struct of inputs in the entry point
-    std::unordered_map<const Cg::Variable*, std::string> Members; ///< full texts in blocks
 
 private:
     void PutStoredElement(const Cg::Type& element, const std::string& member,

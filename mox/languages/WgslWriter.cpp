@@ -40,7 +40,7 @@ array atomic bool f16 f32 i32 u32 mat2x2 mat2x3 mat2x4 mat3x2 mat3x3 mat3x4 mat4
 mat2x3f mat2x4f mat3x2f mat3x3f mat3x4f mat4x2f mat4x3f mat4x4f mat2x2h mat3x3h mat4x4h ptr sampler
 sampler_comparison texture_1d texture_2d texture_2d_array texture_3d texture_cube texture_cube_array
 vec2 vec3 vec4 vec2f vec3f vec4f vec2h vec3h vec4h vec2i vec3i vec4i vec2u vec3u vec4u function private
-workgroup uniform storage read write read_write mox vertexMain fragmentMain main
+workgroup uniform storage read write read_write vertexMain fragmentMain main
 abs acos acosh all any asin asinh atan atan2 atanh bitcast ceil clamp cos cosh countLeadingZeros
 countOneBits countTrailingZeros cross degrees determinant distance dot dpdx dpdxCoarse dpdxFine dpdy
 dpdyCoarse dpdyFine exp exp2 extractBits faceForward firstLeadingBit firstTrailingBit floor fma fract
@@ -66,16 +66,18 @@ protected:
             Text += "diagnostic(off, derivative_uniformity);\n";
         Text += Text.empty() ? "" : "\n";
         for (const UniformBlock& block : Program.Blocks) {
-            const std::string name = PutBlockStruct(block, ",");
-            Text += Compose("\n\n@group(0) @binding(", block.Binding, ") var<uniform> mox: ", name,
-                            ";\n\n");
+            const std::string variable = PutBlockStruct(block, ",");
+            Text += Compose("\n\n@group(", block.Number, ") @binding(0) var<uniform> ", variable,
+                            ": ", block.Name, ";\n\n");
         }
         for (const StageSlot& sampler : Program.Samplers) {
             const auto [texture, state] = DeclareSampler(*sampler.Of, sampler.Name);
             const int binding = Program.FirstSamplerBinding + 2 * sampler.Location;
-            Text += Compose("@group(0) @binding(", binding, ") var ", texture, ": ",
-                            TypeName(sampler.Of->Of), ";\n@group(0) @binding(", binding + 1,
-                            ") var ", state, ": sampler;\n");
+            const auto place = [&](int number) {
+                return Compose("@group(", Program.SamplerSet, ") @binding(", number, ") var ");
+            };
+            Text += Compose(place(binding), texture, ": ", TypeName(sampler.Of->Of), ";\n",
+                            place(binding + 1), state, ": sampler;\n");
         }
         Text += Program.Samplers.empty() ? "" : "\n";
         if (!Program.Inputs.empty()) {
@@ -247,9 +249,9 @@ protected:
         return type.IsScalar() ? Compose(name, ": u32") : Compose(name, ": vec", type.Columns, "u");
     }
 
-    std::string PaddingMember(int number) const override
+    std::string PaddingMember(const std::string& name) const override
     {
-        return Compose("padding", number, ": f32");
+        return Compose(name, ": f32");
     }
 
     void PutLoaded(const Cg::Type& type, const std::string& member) override

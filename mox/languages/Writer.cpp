@@ -1,5 +1,7 @@
 #include "mox/languages/Writer.h"
 
+#include "mox/Text.h"
+
 #include <algorithm>
 
 namespace Mox::Languages {
@@ -14,6 +16,9 @@ using Cg::Storage;
 
 WrittenStage Writer::Write()
 {
+    // Hosts know blocks by these names, so nothing may push them aside.
+    for (const UniformBlock& block : Program.Blocks)
+        Names.Claim(block.Name);
     for (const Cg::StructType& structure : Program.Code->Structs)
         StructNames.emplace(&structure, Names.Claim(structure.Name));
     _isInInterface = true;
@@ -88,6 +93,16 @@ void Writer::SetMember(const Cg::Variable& variable, std::string name, std::stri
 {
     _names.insert_or_assign(&variable, std::move(name));
     _texts.insert_or_assign(&variable, std::move(text));
+}
+
+Writer::BlockNames Writer::DeclareMembers(const UniformBlock& block)
+{
+    BlockNames names{Claim(block.Variable), NameTable(Reserved)};
+    for (const BlockMember& member : block.Members) {
+        const std::string name = names.Members.Claim(member.Name);
+        SetMember(*member.Of, name, Materials::Compose(names.Variable, ".", name));
+    }
+    return names;
 }
 
 std::string Writer::MemberName(std::string_view name) const

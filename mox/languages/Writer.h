@@ -144,6 +144,18 @@ protected:
     /// Gives a member of a block or of a struct its name, and the text that reads it, which needs
     /// no claim.
     void SetMember(const Cg::Variable& variable, std::string name, std::string text);
+    const std::string& MemberText(const Cg::Variable& member) const { return _texts.at(&member); }
+
+    /// What a text calls a block's variable, and its members, which only have to differ from one
+    /// another.
+    struct BlockNames
+    {
+        std::string Variable;
+        NameTable Members;
+    };
+
+    /// Claims the name of a block's variable and sets all members.
+    BlockNames DeclareMembers(const UniformBlock& block);
 
     /// The elements in which a type is computed here: fixed and half may be float.
     virtual Cg::Element Computed(Cg::Element element) const;

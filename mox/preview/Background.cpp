@@ -54,6 +54,11 @@ CgProgram MakeBackgroundProgram()
     program.Plan.Parameters = {MakeParameter(ParameterKind::VertexStream, "position", true),
                                MakeParameter(ParameterKind::Uniform, "skyColour", false),
                                MakeParameter(ParameterKind::Uniform, "groundColour", false)};
+    for (const ProgramParameter& parameter : program.Plan.Parameters) {
+        if (parameter.Kind == ParameterKind::Uniform)
+            program.Plan.EnvironmentUniforms.push_back(
+                {parameter.Name, parameter.Type, UniformRate::Frame});
+    }
     return program;
 }
 

@@ -155,13 +155,13 @@ std::vector<DrawUniforms> FillUniforms(const CompiledProgram& program,
                                        ProblemList& problems)
 {
     std::vector<DrawUniforms> blocks;
-    for (const StageInterface* stage : {&program.Vertex, &program.Fragment}) {
-        if (!stage->Block)
-            continue;
+    for (const UniformBlock& block : program.Blocks) {
         DrawUniforms& uniforms = blocks.emplace_back();
-        uniforms.Binding = stage->Block->Binding;
-        uniforms.Bytes.resize(stage->Block->Size);
-        for (const UniformMember& member : stage->Block->Members) {
+        uniforms.Set = NumberOf(block.Rate);
+        uniforms.Bytes.resize(block.Size);
+        for (const UniformMember& member : block.Members) {
+            if (!member.IsRead())
+                continue;
             const std::vector<float> values =
                 FindValues(program.Parameters[member.Parameter], bindings, scene);
             if (values.empty()) {

@@ -23,8 +23,8 @@ struct DrawStream
 /// A texture with all its levels.
 struct DrawTexture
 {
-    std::uint32_t Binding;
-    bool Is1D; ///< reads the top row of the images
+    std::uint32_t Binding; ///< of the descriptor set samplerSet
+    bool Is1D;             ///< reads the top row of the images
     std::vector<TextureImage> Levels;
     SamplerState Sampler = {}; ///< empty is "repeat", "trilinear" and all anisotropy that there is
 };
@@ -32,7 +32,7 @@ struct DrawTexture
 /// The contents of a uniform block.
 struct DrawUniforms
 {
-    std::uint32_t Binding = 0;
+    std::uint32_t Set = 0; ///< in which it is the binding blockBinding
     std::vector<std::byte> Bytes;
 };
 
@@ -56,7 +56,7 @@ struct DrawState
     bool WritesAlpha = false; ///< else pictures stay opaque
 };
 
-/// Triangles, and all that is needed to draw them. A stage without uniforms has no block.
+/// Triangles, and all that is needed to draw them.
 struct DrawCall
 {
     DrawShader Vertex;

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <glm/gtc/packing.hpp>
 #include <string_view>
+#include <type_traits>
 
 namespace Mox::Host {
 
@@ -124,6 +125,16 @@ vk::ImageMemoryBarrier MakeBarrier(vk::Image image, std::uint32_t levels, vk::Ac
             {vk::ImageAspectFlagBits::eColor, 0, levels, 0, 1}};
 }
 
+/// The handles of objects that own them.
+template <class Owners>
+auto HandlesOf(const Owners& owners)
+{
+    std::vector<std::decay_t<decltype(*owners.front())>> handles;
+    for (const auto& owner : owners)
+        handles.push_back(*owner);
+    return handles;
+}
+
 vk::raii::ShaderModule MakeModule(const VulkanDevice& device, const DrawShader& shader)
 {
     return device.Get().createShaderModule({{}, shader.Module});
@@ -139,8 +150,8 @@ GpuDraw::GpuDraw(const VulkanDevice& device, const DrawCall& call, vk::RenderPas
     for (const DrawTexture& texture : call.Textures)
         UploadTexture(texture);
     for (const DrawUniforms& uniforms : call.Uniforms) {
-        _blocks.push_back({uniforms.Binding, Upload(device, uniforms.Bytes,
-                                                    vk::BufferUsageFlagBits::eUniformBuffer)});
+        _blocks.push_back({uniforms.Set, Upload(device, uniforms.Bytes,
+                                                vk::BufferUsageFlagBits::eUniformBuffer)});
     }
     MakeDescriptors(call);
     MakePipeline(call, pass, samples);
@@ -149,7 +160,7 @@ GpuDraw::GpuDraw(const VulkanDevice& device, const DrawCall& call, vk::RenderPas
 void GpuDraw::SetUniforms(const DrawUniforms& uniforms)
 {
     for (const Block& block : _blocks) {
-        if (block.Binding == uniforms.Binding)
+        if (block.Set == uniforms.Set)
             std::memcpy(block.Buffer.Mapped, uniforms.Bytes.data(), uniforms.Bytes.size());
     }
 }
@@ -157,8 +168,8 @@ void GpuDraw::SetUniforms(const DrawUniforms& uniforms)
 void GpuDraw::Record(const vk::raii::CommandBuffer& commands) const
 {
     commands.bindPipeline(vk::PipelineBindPoint::eGraphics, *_pipeline);
-    commands.bindDescriptorSets(vk::PipelineBindPoint::eGraphics, *_layout, descriptorSet,
-                                *_sets.front(), {});
+    commands.bindDescriptorSets(vk::PipelineBindPoint::eGraphics, *_layout, 0, HandlesOf(_sets),
+                                {});
     for (std::size_t i = 0; i < _streams.size(); ++i) {
         commands.bindVertexBuffers(static_cast<std::uint32_t>(i), *_streams[i].Buffer,
                                    vk::DeviceSize(0));
@@ -250,12 +261,13 @@ void GpuDraw::MakeDescriptors(const DrawCall& call)
     using Kind = vk::DescriptorType;
     const vk::raii::Device& device = _device.Get();
     const auto stages = vk::ShaderStageFlagBits::eVertex | vk::ShaderStageFlagBits::eFragment;
-    std::vector<vk::DescriptorSetLayoutBinding> bindings;
+    std::array<std::vector<vk::DescriptorSetLayoutBinding>, descriptorSetCount> bindings;
     for (const DrawUniforms& uniforms : call.Uniforms)
-        bindings.emplace_back(uniforms.Binding, Kind::eUniformBuffer, 1, stages);
+        bindings[uniforms.Set].emplace_back(blockBinding, Kind::eUniformBuffer, 1, stages);
     for (const DrawTexture& texture : call.Textures)
-        bindings.emplace_back(texture.Binding, Kind::eCombinedImageSampler, 1, stages);
-    _setLayout = device.createDescriptorSetLayout({{}, bindings});
+        bindings[samplerSet].emplace_back(texture.Binding, Kind::eCombinedImageSampler, 1, stages);
+    for (const auto& set : bindings)
+        _setLayouts.push_back(device.createDescriptorSetLayout({{}, set}));
 
     // A pool must have room for something.
     const std::array sizes = {
@@ -264,19 +276,20 @@ void GpuDraw::MakeDescriptors(const DrawCall& call)
         vk::DescriptorPoolSize(Kind::eCombinedImageSampler,
                                static_cast<std::uint32_t>(call.Textures.size() + 1))};
     _pool = device.createDescriptorPool(
-        {vk::DescriptorPoolCreateFlagBits::eFreeDescriptorSet, 1, sizes});
-    _sets = vk::raii::DescriptorSets(device, {*_pool, *_setLayout});
+        {vk::DescriptorPoolCreateFlagBits::eFreeDescriptorSet, descriptorSetCount, sizes});
+    const auto layouts = HandlesOf(_setLayouts);
+    _sets = vk::raii::DescriptorSets(device, {*_pool, layouts});
 
     for (const Block& block : _blocks) {
         const vk::DescriptorBufferInfo buffer(*block.Buffer.Buffer, 0, VK_WHOLE_SIZE);
-        device.updateDescriptorSets(vk::WriteDescriptorSet(*_sets.front(), block.Binding, 0,
+        device.updateDescriptorSets(vk::WriteDescriptorSet(*_sets[block.Set], blockBinding, 0,
                                                            Kind::eUniformBuffer, {}, buffer),
                                     {});
     }
     for (const Texture& texture : _textures) {
         const vk::DescriptorImageInfo image(*texture.Sampler, *texture.Image.View,
                                             vk::ImageLayout::eShaderReadOnlyOptimal);
-        device.updateDescriptorSets(vk::WriteDescriptorSet(*_sets.front(), texture.Binding, 0,
+        device.updateDescriptorSets(vk::WriteDescriptorSet(*_sets[samplerSet], texture.Binding, 0,
                                                            Kind::eCombinedImageSampler, image),
                                     {});
     }
@@ -286,7 +299,8 @@ void GpuDraw::MakePipeline(const DrawCall& call, vk::RenderPass pass,
                            vk::SampleCountFlagBits samples)
 {
     const vk::raii::Device& device = _device.Get();
-    _layout = device.createPipelineLayout({{}, *_setLayout});
+    const auto layouts = HandlesOf(_setLayouts);
+    _layout = device.createPipelineLayout({{}, layouts});
     const vk::raii::ShaderModule vertex = MakeModule(_device, call.Vertex);
     const vk::raii::ShaderModule fragment = MakeModule(_device, call.Fragment);
     const std::array stages = {

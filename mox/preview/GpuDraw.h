@@ -32,7 +32,7 @@ private:
 
     struct Block
     {
-        std::uint32_t Binding;
+        std::uint32_t Set;
         GpuBuffer Buffer;
     };
 
@@ -42,7 +42,7 @@ private:
     std::uint32_t _indexCount;
     std::vector<Texture> _textures;
     std::vector<Block> _blocks;
-    vk::raii::DescriptorSetLayout _setLayout = nullptr;
+    std::vector<vk::raii::DescriptorSetLayout> _setLayouts;
     vk::raii::DescriptorPool _pool = nullptr;
     vk::raii::DescriptorSets _sets = nullptr;
     vk::raii::PipelineLayout _layout = nullptr;

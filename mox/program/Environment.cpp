@@ -1,10 +1,12 @@
 #include "mox/program/Environment.h"
 
 #include "mox/Text.h"
+#include "mox/cg/Type.h"
 #include "mox/document/MaterialRules.h"
 #include "mox/host/File.h"
 #include "mox/host/HostError.h"
 #include "mox/host/LibraryFolder.h"
+#include "mox/program/ProgramGraph.h"
 #include "mox/program/ShaderTypeText.h"
 #include "mox/shader/ShaderNode.h"
 #include "mox/xml/XmlTree.h"
@@ -170,7 +172,31 @@ private:
             CheckState(element, state, input.Default);
         else if (value.empty())
             RequireCgName(element, input.SourceName);
+        if (!uniform.empty() && !IsSampler(input.Type))
+            DeclareUniform(element, input);
+        else if (element.Find("per"))
+            throw HostError(element.Where, "\"per\" is for a \"uniform\" that is no texture");
         return input;
+    }
+
+    /// All inputs that read one uniform must agree on it. Per object is a safe default: a value
+    /// that is set for each object may as well be the same for all.
+    void DeclareUniform(const XmlTree& element, const EnvironmentInput& input)
+    {
+        const std::string* per = element.Find("per");
+        if (per && *per != "frame" && *per != "object")
+            throw HostError(element.Where, "per is neither \"frame\" nor \"object\"");
+        const UniformRate rate = per && *per == "frame" ? UniformRate::Frame : UniformRate::Object;
+        for (const EnvironmentUniform& known : _environment.Uniforms) {
+            if (known.Name != input.SourceName)
+                continue;
+            if (known.Type != input.Type || known.Rate != rate)
+                throw HostError(element.Where,
+                                Compose("the uniform \"", known.Name, "\" is ", known.Type.Format(),
+                                        " per ", GetRateName(known.Rate), " elsewhere"));
+            return;
+        }
+        _environment.Uniforms.push_back({input.SourceName, input.Type, rate});
     }
 
     void RequireCgName(const XmlTree& element, const std::string& name) const
@@ -183,7 +209,8 @@ private:
     {
         const std::string text = Attribute(element, "type");
         const auto type = ParseShaderType(text);
-        if (!type)
+        Cg::Type known;
+        if (!type || !Cg::FindBuiltInType(text.substr(0, text.find('[')), known))
             throw HostError(element.Where, Compose("\"", text, "\" is no Cg type"));
         return *type;
     }

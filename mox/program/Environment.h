@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mox/host/Condition.h"
+#include "mox/program/EnvironmentUniform.h"
 #include "mox/shader/ShaderFunction.h"
 #include "mox/shader/ShaderRegister.h"
 #include "mox/shader/ShaderType.h"
@@ -61,6 +62,7 @@ struct Environment
     std::vector<EnvironmentCode> Code;
     std::vector<EnvironmentEntry> Values;
     std::vector<EnvironmentEntry> Outputs;
+    std::vector<EnvironmentUniform> Uniforms; ///< each that an input reads, in the manifest's order
 };
 
 /// Reads environment.xml of a folder and the files that it names.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mox/document/SamplerState.h"
+#include "mox/program/EnvironmentUniform.h"
 #include "mox/program/ProgramStage.h"
 #include "mox/shader/ShaderNode.h"
 #include "mox/shader/ShaderRegister.h"
@@ -131,6 +132,8 @@ struct PlannedCrossing
 struct ProgramPlan
 {
     std::vector<ProgramParameter> Parameters; ///< in the order in which programs declare them
+    std::vector<EnvironmentUniform>
+        EnvironmentUniforms; ///< all that the environment declares, in its order
     std::vector<PlannedFunction> Functions;
     std::vector<PlannedCrossing> Crossings;
     std::array<PlannedStage, programStageCount> Stages;

@@ -34,6 +34,7 @@ public:
     {
         _plan.DeadNodes = _graph.DeadNodes();
         _plan.Parameters = _parameters.Parameters();
+        _plan.EnvironmentUniforms = environment.Uniforms;
         for (const EnvironmentCode& code : environment.Code) {
             _plan.Code.push_back(code.Text);
             _plan.TakenNames.insert(_plan.TakenNames.end(), code.Provides.begin(),

@@ -23,7 +23,9 @@ struct TargetProgram
 /// A pair of programs in all wanted targets.
 struct CompiledProgram
 {
-    std::vector<ProgramParameter> Parameters; ///< those of the program, in its order
+    std::vector<ProgramParameter> Parameters; ///< those of the program, in its order, and then what
+                                              ///< else the environment declares
+    std::vector<UniformBlock> Blocks; ///< those that a stage reads, in the order of their numbers
     StageInterface Vertex;
     StageInterface Fragment;
     std::vector<TargetProgram> Programs; ///< vertex before fragment for each target, in their order

@@ -60,7 +60,6 @@ CompiledProgram Translate(const CgProgram& program, const std::vector<CompileTar
                           const std::string& file, ProblemList& problems)
 {
     CompiledProgram result;
-    result.Parameters = program.Plan.Parameters;
     CheckTargets(program.Plan, targets, file, problems);
     if (problems.HasErrors())
         return result;
@@ -70,6 +69,8 @@ CompiledProgram Translate(const CgProgram& program, const std::vector<CompileTar
         return result;
     try {
         const StagePair stages(program, *code);
+        result.Parameters = stages.Parameters();
+        result.Blocks = stages.DescribeBlocks();
         result.Vertex = stages.DescribeInterface(ProgramStage::Vertex);
         result.Fragment = stages.DescribeInterface(ProgramStage::Fragment);
         for (const CompileTarget target : targets) {

@@ -21,6 +21,17 @@ Json DescribeName(const std::string& name, const ProgramParameter& parameter)
     return json;
 }
 
+/// The stages that read a member.
+Json DescribeReaders(bool inVertex, bool inFragment)
+{
+    Json json = Json::array();
+    if (inVertex)
+        json.push_back(GetStageName(ProgramStage::Vertex));
+    if (inFragment)
+        json.push_back(GetStageName(ProgramStage::Fragment));
+    return json;
+}
+
 Json DescribeMember(const UniformMember& member, const ProgramParameter& parameter)
 {
     Json json = DescribeName(member.Name, parameter);
@@ -31,6 +42,27 @@ Json DescribeMember(const UniformMember& member, const ProgramParameter& paramet
         json["arrayStride"] = member.ArrayStride;
     if (member.MatrixStride > 0)
         json["matrixStride"] = member.MatrixStride;
+    json["stages"] = DescribeReaders(member.InVertex, member.InFragment);
+    return json;
+}
+
+Json DescribeBlocks(const CompiledProgram& program)
+{
+    Json json = Json::object();
+    for (const UniformBlock& block : program.Blocks) {
+        Json members = Json::array();
+        for (const UniformMember& member : block.Members)
+            members.push_back(DescribeMember(member, program.Parameters[member.Parameter]));
+        json[GetRateName(block.Rate)] = {
+            {"name", block.Name},
+            {"set", NumberOf(block.Rate)},
+            {"binding", blockBinding},
+            {"size", block.Size},
+            {"layout", "std140"},
+            {"stages", DescribeReaders(IsReadIn(block, ProgramStage::Vertex),
+                                       IsReadIn(block, ProgramStage::Fragment))},
+            {"members", members}};
+    }
     return json;
 }
 
@@ -64,20 +96,12 @@ void DescribeSampling(const SamplerState& state, Json& entry)
 Json DescribeStage(const StageInterface& stage, const std::vector<ProgramParameter>& parameters)
 {
     Json json;
-    if (stage.Block) {
-        Json members = Json::array();
-        for (const UniformMember& member : stage.Block->Members)
-            members.push_back(DescribeMember(member, parameters[member.Parameter]));
-        json["uniformBlock"] = {
-            {"name", stage.Block->Name}, {"set", descriptorSet}, {"binding", stage.Block->Binding},
-            {"size", stage.Block->Size}, {"layout", "std140"},   {"members", members}};
-    }
     json["samplers"] = Json::array();
     for (const SamplerSlot& sampler : stage.Samplers) {
         Json& entry = json["samplers"].emplace_back(
             DescribeName(sampler.Name, parameters[sampler.Parameter]));
         entry["type"] = sampler.Type.Format();
-        entry["set"] = descriptorSet;
+        entry["set"] = samplerSet;
         entry["binding"] = sampler.Binding;
         entry["unit"] = sampler.Unit;
         DescribeSampling(parameters[sampler.Parameter].Sampler, entry);
@@ -87,30 +111,31 @@ Json DescribeStage(const StageInterface& stage, const std::vector<ProgramParamet
     return json;
 }
 
-/// Where the uniform block stands in a target, in the words of that target.
+/// Where a uniform block stands in a target, in the words of that target.
 Json PlaceBlock(const UniformBlock& block, CompileTarget target)
 {
+    const std::uint32_t number = NumberOf(block.Rate);
     Json json{{"name", block.Name}};
     switch (target) {
     case CompileTarget::Hlsl:
-        json["register"] = Compose("b", block.Binding);
+        json["register"] = Compose("b", number);
         break;
     case CompileTarget::Glsl:
-        json["binding"] = block.Binding;
+        json["binding"] = number;
         break;
     case CompileTarget::GlslVulkan:
     case CompileTarget::Spirv:
-        json["set"] = descriptorSet;
-        json["binding"] = block.Binding;
+        json["set"] = number;
+        json["binding"] = blockBinding;
         break;
     case CompileTarget::Essl:
         break;
     case CompileTarget::Msl:
-        json["buffer"] = block.Binding;
+        json["buffer"] = number;
         break;
     case CompileTarget::Wgsl:
-        json["group"] = descriptorSet;
-        json["binding"] = block.Binding;
+        json["group"] = number;
+        json["binding"] = blockBinding;
         break;
     }
     return json;
@@ -128,7 +153,7 @@ Json PlaceSampler(const SamplerSlot& sampler, const std::string& name, CompileTa
         return {{"name", name}, {"binding", sampler.Unit}};
     case CompileTarget::GlslVulkan:
     case CompileTarget::Spirv:
-        return {{"name", name}, {"set", descriptorSet}, {"binding", sampler.Binding}};
+        return {{"name", name}, {"set", samplerSet}, {"binding", sampler.Binding}};
     case CompileTarget::Essl:
         return {{"name", name}};
     case CompileTarget::Msl:
@@ -139,7 +164,7 @@ Json PlaceSampler(const SamplerSlot& sampler, const std::string& name, CompileTa
     case CompileTarget::Wgsl: {
         // A texture and its sampler have numbers of their own.
         const std::uint32_t binding = firstSamplerBinding + 2 * sampler.Unit;
-        return {{"group", descriptorSet},
+        return {{"group", samplerSet},
                 {"texture", name},
                 {"textureBinding", binding},
                 {"sampler", name + "Sampler"},
@@ -159,13 +184,17 @@ Json PlaceInput(const StageVariable& input, const std::string& name, CompileTarg
     return json;
 }
 
-Json DescribeTarget(const TargetProgram& program, const StageInterface& stage)
+Json DescribeTarget(const TargetProgram& program, const std::vector<UniformBlock>& blocks,
+                    const StageInterface& stage)
 {
     Json json{{"entryPoint", program.EntryPoint}};
-    if (stage.Block) {
-        json["uniformBlock"] = PlaceBlock(*stage.Block, program.Target);
-        for (const UniformMember& member : stage.Block->Members)
-            json["uniforms"][member.Name] = program.Names[member.Parameter];
+    for (const UniformBlock& block : blocks) {
+        if (!IsReadIn(block, program.Stage))
+            continue;
+        Json& place = json["uniformBlocks"][GetRateName(block.Rate)];
+        place = PlaceBlock(block, program.Target);
+        for (const UniformMember& member : block.Members)
+            place["uniforms"][member.Name] = program.Names[member.Parameter];
     }
     for (const SamplerSlot& sampler : stage.Samplers)
         json["samplers"][sampler.Name] =
@@ -183,15 +212,15 @@ std::string FormatReflection(const CompiledProgram& program)
 {
     Json json{
         {"version", 1},
+        {"uniformBlocks", DescribeBlocks(program)},
         {"stages",
          {{GetStageName(ProgramStage::Vertex), DescribeStage(program.Vertex, program.Parameters)},
           {GetStageName(ProgramStage::Fragment),
            DescribeStage(program.Fragment, program.Parameters)}}},
         {"targets", Json::object()}};
     for (const TargetProgram& target : program.Programs) {
-        const bool isVertex = target.Stage == ProgramStage::Vertex;
         json["targets"][GetTargetName(target.Target)][GetStageName(target.Stage)] =
-            DescribeTarget(target, isVertex ? program.Vertex : program.Fragment);
+            DescribeTarget(target, program.Blocks, program.InterfaceOf(target.Stage));
     }
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }

@@ -2,7 +2,6 @@
 
 #include "mox/Identifier.h"
 #include "mox/Text.h"
-#include "mox/languages/BlockStorage.h"
 #include "mox/languages/NameTable.h"
 
 #include <algorithm>
@@ -51,13 +50,41 @@ std::vector<std::string> NameInReflection(const std::vector<ProgramParameter>& p
 } // namespace
 
 StagePair::StagePair(const CgProgram& program, const ProgramCode& code)
-    : _program(program), _code(code), _reflected(NameInReflection(program.Plan.Parameters))
+    : _program(program), _code(code), _parameters(CompleteParameters(program.Plan)),
+      _reflected(NameInReflection(_parameters))
 {
-    for (std::size_t i = 0; i < program.Plan.Parameters.size(); ++i)
-        _parameters.emplace(program.Plan.Parameters[i].CgName, i);
+    const UniformBlocks::BothUniforms uniforms = FindParameters();
     GiveNames();
+    _blocks.emplace(program.Plan, _parameters, _names, uniforms);
+    _byVariable.insert(_blocks->Unread().begin(), _blocks->Unread().end());
     for (const ProgramStage stage : bothStages)
         Describe(stage);
+}
+
+/// @returns the uniforms among them
+UniformBlocks::BothUniforms StagePair::FindParameters()
+{
+    UniformBlocks::BothUniforms uniforms;
+    std::unordered_map<std::string_view, std::size_t> byName;
+    for (std::size_t i = 0; i < _program.Plan.Parameters.size(); ++i)
+        byName.emplace(_parameters[i].CgName, i);
+    const auto find = [&](const Cg::Variable* variable) {
+        const auto parameter = byName.find(variable->Name);
+        if (parameter == byName.end())
+            throw std::logic_error(Compose("\"", variable->Name, "\" is no parameter"));
+        _byVariable.emplace(variable, parameter->second);
+        return parameter->second;
+    };
+    for (const ProgramStage stage : bothStages) {
+        const Cg::Module& module = _code.StageOf(stage);
+        for (const Cg::Variable* uniform : module.Uniforms)
+            uniforms[static_cast<std::size_t>(stage)].emplace(find(uniform), uniform);
+        for (const Cg::Variable* parameter : module.Main()->Parameters) {
+            if (stage == ProgramStage::Vertex && parameter->Where == Cg::Storage::In)
+                find(parameter);
+        }
+    }
+    return uniforms;
 }
 
 /// Names that differ from one another in all that both stages declare.
@@ -65,11 +92,10 @@ void StagePair::GiveNames()
 {
     static const Languages::Words none;
     Languages::NameTable names(none);
-    const auto& parameters = _program.Plan.Parameters;
-    _names.resize(parameters.size());
+    _names.resize(_parameters.size());
     for (const bool isBinding : {true, false}) {
-        for (std::size_t i = 0; i < parameters.size(); ++i) {
-            const ProgramParameter& parameter = parameters[i];
+        for (std::size_t i = 0; i < _parameters.size(); ++i) {
+            const ProgramParameter& parameter = _parameters[i];
             if (parameter.IsBinding == isBinding)
                 _names[i] =
                     names.Claim(IsIdentifier(parameter.Name) ? parameter.Name : parameter.CgName);
@@ -119,6 +145,7 @@ void StagePair::Describe(ProgramStage stage)
     Languages::StageProgram& described = _stages[static_cast<std::size_t>(stage)];
     described.Code = &module;
     described.IsVertex = isVertex;
+    described.SamplerSet = samplerSet;
     described.FirstSamplerBinding = firstSamplerBinding;
     for (const Cg::Variable* parameter : module.Main()->Parameters) {
         const bool isOutput = parameter->Where != Cg::Storage::In;
@@ -137,36 +164,23 @@ void StagePair::Describe(ProgramStage stage)
     }
     SortByLocation(described.Inputs);
     SortByLocation(described.Outputs);
-    DescribeUniforms(stage, described);
+    described.Blocks = _blocks->DeclaredIn(stage);
+    DescribeSamplers(described);
 }
 
 /// Samplers count in the order of the program's parameters, through both stages.
-void StagePair::DescribeUniforms(ProgramStage stage, Languages::StageProgram& described) const
+void StagePair::DescribeSamplers(Languages::StageProgram& described) const
 {
-    const bool isVertex = stage == ProgramStage::Vertex;
     std::vector<int> units;
     int unit = 0;
-    for (const ProgramParameter& parameter : _program.Plan.Parameters)
+    for (const ProgramParameter& parameter : _parameters)
         units.push_back(parameter.Kind == ParameterKind::Sampler ? unit++ : 0);
-    Languages::UniformBlock block{
-        isVertex ? "VertexUniforms" : "FragmentUniforms",
-        static_cast<int>(isVertex ? vertexBlockBinding : fragmentBlockBinding),
-        {}};
-    std::uint32_t end = 0;
     for (const Cg::Variable* uniform : described.Code->Uniforms) {
         const std::size_t parameter = ParameterOf(*uniform);
-        if (uniform->Of.IsSampler()) {
+        if (uniform->Of.IsSampler())
             described.Samplers.push_back({uniform, _names[parameter], units[parameter], false});
-            continue;
-        }
-        const auto [size, alignment] = Languages::GetStd140(uniform->Of);
-        end = (end + alignment - 1) / alignment * alignment;
-        block.Members.push_back({uniform, _names[parameter], end});
-        end += size;
     }
     SortByLocation(described.Samplers);
-    if (!block.Members.empty())
-        described.Blocks.push_back(std::move(block));
 }
 
 StageInterface StagePair::DescribeInterface(ProgramStage stage) const
@@ -174,32 +188,18 @@ StageInterface StagePair::DescribeInterface(ProgramStage stage) const
     const Languages::StageProgram& described = StageOf(stage);
     const bool isVertex = stage == ProgramStage::Vertex;
     StageInterface result;
-    for (const Languages::UniformBlock& block : described.Blocks) {
-        UniformBlock& declared = result.Block.emplace();
-        declared.Name = block.Name;
-        declared.Binding = static_cast<std::uint32_t>(block.Binding);
-        for (const Languages::BlockMember& member : block.Members) {
-            const std::size_t parameter = ParameterOf(*member.Of);
-            const Cg::Type& type = member.Of->Of;
-            const std::uint32_t size = Languages::GetStd140(type).Size;
-            constexpr std::uint32_t vector = 16;
-            declared.Members.push_back(
-                {parameter, _reflected[parameter], TypeOf(*member.Of), member.Offset, size,
-                 type.IsArray() ? size / type.Length : 0, type.Rows > 1 ? vector : 0});
-            declared.Size = member.Offset + size;
-        }
-    }
     for (const StageSlot& sampler : described.Samplers) {
         const std::size_t parameter = ParameterOf(*sampler.Of);
         const auto unit = static_cast<std::uint32_t>(sampler.Location);
-        result.Samplers.push_back({parameter, _reflected[parameter], TypeOf(*sampler.Of),
+        result.Samplers.push_back({parameter, _reflected[parameter], _parameters[parameter].Type,
                                    firstSamplerBinding + unit, unit});
     }
     const auto describe = [&](const StageSlot& slot, bool isParameter) {
         const auto location = static_cast<std::uint32_t>(slot.Location);
         if (isParameter) {
             const std::size_t parameter = ParameterOf(*slot.Of);
-            return StageVariable{parameter, _reflected[parameter], TypeOf(*slot.Of), location};
+            return StageVariable{parameter, _reflected[parameter], _parameters[parameter].Type,
+                                 location};
         }
         return StageVariable{
             {}, slot.Name, ShaderType(ComponentType::Float, slot.Of->Of.Columns, 1, 1), location};
@@ -218,8 +218,8 @@ std::vector<std::string> StagePair::NamesOfParameters(
 {
     std::vector<std::string> result(_names.size());
     for (const auto& [variable, name] : names) {
-        const auto parameter = _parameters.find(variable->Name);
-        if (parameter != _parameters.end())
+        const auto parameter = _byVariable.find(variable);
+        if (parameter != _byVariable.end())
             result[parameter->second] = name;
     }
     return result;
@@ -227,15 +227,7 @@ std::vector<std::string> StagePair::NamesOfParameters(
 
 std::size_t StagePair::ParameterOf(const Cg::Variable& variable) const
 {
-    const auto parameter = _parameters.find(variable.Name);
-    if (parameter == _parameters.end())
-        throw std::logic_error(Compose("\"", variable.Name, "\" is no parameter"));
-    return parameter->second;
-}
-
-const ShaderType& StagePair::TypeOf(const Cg::Variable& variable) const
-{
-    return _program.Plan.Parameters[ParameterOf(variable)].Type;
+    return _byVariable.at(&variable);
 }
 
 } // namespace Mox::Host

@@ -3,8 +3,10 @@
 #include "mox/languages/StageProgram.h"
 #include "mox/program/ProgramCode.h"
 #include "mox/targets/StageInterface.h"
+#include "mox/targets/UniformBlocks.h"
 
 #include <array>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -27,6 +29,10 @@ public:
         return _stages[static_cast<std::size_t>(stage)];
     }
 
+    /// Those of the program, and then what else the environment declares.
+    const std::vector<ProgramParameter>& Parameters() const { return _parameters; }
+
+    std::vector<UniformBlock> DescribeBlocks() const { return _blocks->Describe(_reflected); }
     StageInterface DescribeInterface(ProgramStage stage) const;
 
     /// Names by parameter, from those by variable.
@@ -34,20 +40,22 @@ public:
     NamesOfParameters(const std::vector<std::pair<const Cg::Variable*, std::string>>& names) const;
 
 private:
+    UniformBlocks::BothUniforms FindParameters();
     void GiveNames();
     void Describe(ProgramStage stage);
-    void DescribeUniforms(ProgramStage stage, Languages::StageProgram& described) const;
+    void DescribeSamplers(Languages::StageProgram& described) const;
     std::string NameOfInterpolant(int location) const;
     std::size_t ParameterOf(const Cg::Variable& variable) const;
-    const ShaderType& TypeOf(const Cg::Variable& variable) const;
 
     const CgProgram& _program;
     const ProgramCode& _code;
+    const std::vector<ProgramParameter> _parameters;
     std::array<Languages::StageProgram, programStageCount> _stages;
-    std::unordered_map<std::string_view, std::size_t> _parameters; ///< by name in Cg
-    std::vector<std::string> _names;                               ///< wanted, by parameter
-    std::vector<std::string> _reflected;                           ///< by parameter
-    std::unordered_map<int, std::string> _interpolants;            ///< names by location
+    std::unordered_map<const Cg::Variable*, std::size_t> _byVariable; ///< parameters
+    std::vector<std::string> _names;                                  ///< wanted, by parameter
+    std::vector<std::string> _reflected;                              ///< by parameter
+    std::optional<UniformBlocks> _blocks;
+    std::unordered_map<int, std::string> _interpolants; ///< names by location
 };
 
 } // namespace Mox::Host

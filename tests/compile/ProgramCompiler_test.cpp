@@ -360,6 +360,31 @@ TEST(ProgramCompiler, EqualNamesAreDifferentParameters)
                  text + reflection.substr(0, reflection.find("\"targets\"")));
 }
 
+/// What a block of the environment looks like, but for the stages that read it.
+nlohmann::json WithoutStages(nlohmann::json block)
+{
+    block.erase("stages");
+    for (nlohmann::json& member : block["members"])
+        member.erase("stages");
+    return block;
+}
+
+TEST(ProgramCompiler, BlocksOfTheEnvironmentAreThoseOfEveryMaterial)
+{
+    std::map<std::string, std::set<std::string>> blocks;
+    for (const std::filesystem::path& file : ExampleDocuments()) {
+        ProblemList problems;
+        const CgProgram program = BuildMaterial(ReadMaterialDocument(file), problems);
+        const auto reflection = nlohmann::json::parse(FormatReflection(
+            Translate(program, {}, Mox::Languages::Precision::Full, {}, file.string(), problems)));
+        ASSERT_FALSE(problems.HasErrors()) << FormatProblems(problems);
+        for (const char* rate : {"frame", "object"})
+            blocks[rate].insert(WithoutStages(reflection.at("uniformBlocks").at(rate)).dump());
+    }
+    EXPECT_EQ(blocks["frame"].size(), 1u);
+    EXPECT_EQ(blocks["object"].size(), 1u);
+}
+
 TEST(ProgramCompiler, SameBytesEveryTime)
 {
     const CgProgram program = ReadProgram("painted");

@@ -70,20 +70,32 @@ StageProgram MakeStage(const std::string& text)
 
 } // namespace
 
-CgProgram MakeProgram(const std::string& vertex, const std::string& fragment)
+CgProgram MakeProgram(const std::string& vertex, const std::string& fragment,
+                      const std::vector<EnvironmentUniform>& ofEnvironment)
 {
     CgProgram program;
     program.Vertex = MakeStage(vertex);
     program.Fragment = MakeStage(fragment);
     CollectParameters(vertex, true, program.Plan.Parameters);
     CollectParameters(fragment, false, program.Plan.Parameters);
+    program.Plan.EnvironmentUniforms = ofEnvironment;
+    for (ProgramParameter& parameter : program.Plan.Parameters) {
+        parameter.IsBinding =
+            std::none_of(ofEnvironment.begin(), ofEnvironment.end(),
+                         [&](const auto& uniform) { return uniform.Name == parameter.Name; });
+    }
     return program;
 }
 
 CgProgram ReadProgram(const std::string& name)
 {
     const std::string stem = MOX_TEST_DATA "/compile/programs/" + name;
-    return MakeProgram(ReadFile(stem + ".vert.cg"), ReadFile(stem + ".frag.cg"));
+    const ShaderType matrix(ComponentType::Float, 4, 4, 1);
+    return MakeProgram(ReadFile(stem + ".vert.cg"), ReadFile(stem + ".frag.cg"),
+                       {{"time", ShaderType(ComponentType::Float, 1, 1, 1), UniformRate::Frame},
+                        {"lights", ShaderType(ComponentType::Float, 3, 1, 2), UniformRate::Frame},
+                        {"world", matrix, UniformRate::Object},
+                        {"worldViewProjection", matrix, UniformRate::Object}});
 }
 
 CgProgram MakeFragmentProgram(const std::string& fragment)

@@ -23,7 +23,8 @@ TEST(DrawBuilder, IntegersTakeAnyFloat)
         CompiledProgram program;
         const ShaderType integer(ComponentType::Int, 1, 1, 1);
         program.Parameters = {{ParameterKind::Uniform, "n", "n", integer, {}, false, true, false}};
-        program.Vertex.Block = UniformBlock{"block", 0, 4, {{0, "n", integer, 0, 4, 0, 0}}};
+        program.Blocks = {
+            {UniformRate::Frame, "block", 16, {{0, "n", integer, 0, 4, 0, 0, true, false}}}};
         ProblemList problems;
         const auto blocks = FillUniforms(program, nullptr, {{"n", {value}}}, problems);
         std::int32_t written = 1;

@@ -39,6 +39,17 @@ TEST(Environment, EachFaultIsNamedWithItsLine)
          "1: render state: attribute \"alphaTest\" is \"Maybe\", expected \"Yes\" or \"No\""},
         {"<value name='a' type='half'><in name='b' type='half' state='alphaRef'/></value>",
          "1: render state: attribute \"alphaRef\" is \"\", expected a number from 0 to 1"},
+        {"<value name='a' type='half'><in name='b' type='half' uniform='c' per='day'/></value>",
+         "1: per is neither \"frame\" nor \"object\""},
+        {"<value name='a' type='half'><in name='b' type='half' value='c' per='frame'/></value>",
+         "1: \"per\" is for a \"uniform\" that is no texture"},
+        {"<value name='a' type='half'><in name='b' type='half' uniform='c' per='frame'/></value>\n"
+         "<value name='d' type='half'><in name='b' type='half' uniform='c'/></value>",
+         "2: the uniform \"c\" is half per frame elsewhere"},
+        {"<value name='a' type='half'><in name='b' type='half' uniform='c'/></value>\n"
+         "<value name='d' type='half'><in name='b' type='half2' uniform='c'/></value>",
+         "2: the uniform \"c\" is half per object elsewhere"},
+        {"<value name='a' type='float4x1'><body>b</body></value>", "1: \"float4x1\" is no Cg type"},
         {"<output name='a' type='half' register='X'><body>b</body></output>",
          "1: register is none of \"VertexPosition\", \"FragmentColorOut\" and \"FragmentDepth\""},
     };
@@ -53,6 +64,26 @@ TEST(Environment, EachFaultIsNamedWithItsLine)
                   expected);
     EXPECT_EQ(failure("<material version='1'/>"), "1: the root element is not <environment>");
     EXPECT_EQ(failure("<environment version='2'/>"), "1: only version 1 of an environment is read");
+}
+
+TEST(Environment, UniformsAreInOrderAndOnce)
+{
+    const TemporaryFolder folder;
+    folder.Write("environment.xml", R"(<environment version="1">
+        <value name="a" type="float"><in name="i" type="float" uniform="time" per="frame"/></value>
+        <value name="b" type="float3">
+          <in name="i" type="float3" uniform="place" per="object"/>
+          <in name="j" type="float" uniform="time" per="frame"/>
+          <in name="k" type="sampler2D" uniform="map"/>
+          <body>b</body>
+        </value>
+        <value name="c" type="half"><in name="i" type="half" uniform="wear"/></value>
+      </environment>)");
+    std::string text;
+    for (const EnvironmentUniform& uniform : ReadEnvironment(folder.Path()).Uniforms)
+        text += uniform.Type.Format() + " " + uniform.Name + " per " +
+                std::string(GetRateName(uniform.Rate)) + "\n";
+    EXPECT_EQ(text, "float time per frame\nfloat3 place per object\nhalf wear per object\n");
 }
 
 } // namespace

@@ -43,13 +43,12 @@ StageSlot MakeSlot(const Cg::Variable& parameter, bool isVertex)
 
 StageProgram MakeStage(const Cg::Module& code, bool isVertex)
 {
-    StageProgram stage{&code, isVertex, {}, {}, {}, {}, 2, {}};
+    StageProgram stage{&code, isVertex, {}, {}, {}, {}, 1, 1, {}};
     for (const Cg::Variable* parameter : code.Main()->Parameters) {
         auto& slots = parameter->Where == Cg::Storage::In ? stage.Inputs : stage.Outputs;
         slots.push_back(MakeSlot(*parameter, isVertex));
     }
-    UniformBlock block{isVertex ? "VertexUniforms" : "FragmentUniforms", isVertex ? 0 : 1, {}};
-    std::uint32_t end = 0;
+    UniformBlock block{"Uniforms", "uniforms", 1, {}};
     for (const Cg::Variable* uniform : code.Uniforms) {
         const std::string name(uniform->Name);
         if (uniform->Of.IsSampler()) {
@@ -58,10 +57,7 @@ StageProgram MakeStage(const Cg::Module& code, bool isVertex)
             stage.Samplers.push_back({uniform, name, unit < 0 ? next : unit, false});
             continue;
         }
-        const auto [size, alignment] = GetStd140(uniform->Of);
-        end = (end + alignment - 1) / alignment * alignment;
-        block.Members.push_back({uniform, name, end});
-        end += size;
+        AppendMember(block, *uniform, name);
     }
     if (!block.Members.empty())
         stage.Blocks.push_back(std::move(block));

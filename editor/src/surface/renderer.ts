@@ -2,7 +2,7 @@ import { parameterNumbers, type Parameter } from '../model/parameters.ts';
 import type { Programs, TextureLevels } from '../model/store.ts';
 import { placeCamera, sceneValues, type Orbit } from './camera.ts';
 import { applyModifiers, streamOf, type Mesh } from './meshes.ts';
-import { fillBlock, type Member, type Reflection, type Stage } from './uniforms.ts';
+import { fillBlock, type Block, type Member, type Reflection } from './uniforms.ts';
 
 export interface View {
     orbit: Orbit;
@@ -58,7 +58,7 @@ export class Renderer {
     private mesh: Mesh | null = null;
     private streams: WebGLVertexArrayObject | null = null;
     private buffers: WebGLBuffer[] = [];
-    private blocks: [WebGLBuffer, WebGLBuffer];
+    private blocks: WebGLBuffer[];
     private textures = new Map<string, WebGLTexture>();
     private size = { width: 0, height: 0 };
     private samplesTarget: WebGLFramebuffer | null = null;
@@ -76,7 +76,7 @@ export class Renderer {
         this.sky = this.link(screenVertex, skyFragment);
         this.encode = this.link(screenVertex, encodeFragment);
         this.nothing = gl.createVertexArray();
-        this.blocks = [gl.createBuffer(), gl.createBuffer()];
+        this.blocks = [gl.createBuffer(), gl.createBuffer(), gl.createBuffer()];
     }
 
     /** @throws Error with the driver's words if it refuses a program; the last picture stays */
@@ -89,11 +89,10 @@ export class Renderer {
         this.program = program;
         this.reflection = reflection;
         const target = reflection.targets.essl;
-        [target?.vertex, target?.fragment].forEach((stage, i) => {
-            const name = stage?.uniformBlock?.name;
-            const index = name ? gl.getUniformBlockIndex(program, name) : gl.INVALID_INDEX;
-            if (index !== gl.INVALID_INDEX) gl.uniformBlockBinding(program, index, i);
-        });
+        for (const block of Object.values(reflection.uniformBlocks)) {
+            const index = gl.getUniformBlockIndex(program, block.name);
+            if (index !== gl.INVALID_INDEX) gl.uniformBlockBinding(program, index, block.set);
+        }
         gl.useProgram(program);
         for (const stage of ['vertex', 'fragment'] as const)
             for (const sampler of reflection.stages[stage].samplers) {
@@ -182,22 +181,21 @@ export class Renderer {
         gl.useProgram(this.program);
         const values = (member: Member) =>
             member.environment !== undefined ? scene.get(member.environment) : this.numbersOf(member.name);
-        (['vertex', 'fragment'] as const).forEach((name, i) => {
-            const stage = reflection!.stages[name];
-            if (stage.uniformBlock) this.fill(i, stage, values);
+        for (const block of Object.values(reflection!.uniformBlocks)) this.fill(block, values);
+        for (const stage of [reflection!.stages.vertex, reflection!.stages.fragment]) {
             for (const sampler of stage.samplers) {
                 gl.activeTexture(gl.TEXTURE0 + sampler.unit);
                 gl.bindTexture(gl.TEXTURE_2D, this.textures.get(sampler.name) ?? null);
             }
-        });
+        }
         gl.bindVertexArray(this.streams);
         gl.drawElements(gl.TRIANGLES, this.mesh!.indices.length, gl.UNSIGNED_SHORT, 0);
     }
 
-    private fill(i: number, stage: Stage, values: (member: Member) => readonly number[] | undefined): void {
+    private fill(block: Block, values: (member: Member) => readonly number[] | undefined): void {
         const { gl } = this;
-        gl.bindBufferBase(gl.UNIFORM_BUFFER, i, this.blocks[i]!);
-        gl.bufferData(gl.UNIFORM_BUFFER, fillBlock(stage, values).bytes, gl.DYNAMIC_DRAW);
+        gl.bindBufferBase(gl.UNIFORM_BUFFER, block.set, this.blocks[block.set]!);
+        gl.bufferData(gl.UNIFORM_BUFFER, fillBlock(block, values).bytes, gl.DYNAMIC_DRAW);
     }
 
     /** The parameter that a stream of the mesh feeds. */

@@ -9,21 +9,32 @@ export interface Member {
     size: number;
     arrayStride?: number;
     matrixStride?: number;
+    /** Which stages read it; a block may hold what none reads. */
+    stages: string[];
+}
+
+export interface Block {
+    name: string;
+    /** The number of the block where a target has no sets. */
+    set: number;
+    size: number;
+    members: Member[];
 }
 
 export interface Stage {
-    uniformBlock?: { name: string; size: number; members: Member[] };
     samplers: { name: string; environment?: string; type: string; unit: number }[];
     inputs: { name: string; environment?: string; type: string; location: number }[];
 }
 
 export interface StageTarget {
-    uniformBlock?: { name: string };
+    uniformBlocks?: Record<string, { name: string }>;
     samplers?: Record<string, { name: string }>;
 }
 
 export interface Reflection {
     version: number;
+    /** By how often they change: "frame", "material", "object". */
+    uniformBlocks: Record<string, Block>;
     stages: { vertex: Stage; fragment: Stage };
     targets: Record<string, { vertex: StageTarget; fragment: StageTarget }>;
 }
@@ -69,19 +80,18 @@ export function fillMember(member: Member, values: readonly number[], block: Dat
     }
 }
 
-/** The bytes of a stage's block. What no value is known for stays 0 and is named in `missing`. */
+/** The bytes of a block. What no value is known for stays 0 and, if a stage reads it, is named in `missing`. */
 export function fillBlock(
-    stage: Stage,
+    block: Block,
     valueOf: (member: Member) => readonly number[] | undefined,
 ): { bytes: Uint8Array; missing: string[] } {
-    const size = stage.uniformBlock?.size ?? 0;
-    const bytes = new Uint8Array(Math.ceil(size / 16) * 16);
+    const bytes = new Uint8Array(block.size);
     const view = new DataView(bytes.buffer);
     const missing: string[] = [];
-    for (const member of stage.uniformBlock?.members ?? []) {
+    for (const member of block.members) {
         const values = valueOf(member);
         if (values) fillMember(member, values, view);
-        else missing.push(member.name);
+        else if (member.stages.length > 0) missing.push(member.name);
     }
     return { bytes, missing };
 }

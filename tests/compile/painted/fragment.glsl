@@ -1,11 +1,16 @@
 #version 450
 
-layout(std140, binding = 1) uniform FragmentUniforms
+layout(std140, binding = 0) uniform FrameUniforms
+{
+	float time;
+	vec3 lights[2];
+} moxFrame;
+
+layout(std140, binding = 1) uniform MaterialUniforms
 {
 	vec3 tint;
 	float gloss;
-	vec3 lights[2];
-} mox;
+} moxMaterial;
 
 layout(binding = 0) uniform sampler2D paintTexture;
 layout(binding = 1) uniform sampler1D rampTexture;
@@ -43,10 +48,10 @@ void main()
 {
 	vec3 paint;
 	textureCode(interpolant1.xy, paintTexture, paint);
-	float facing = clamp(dot(interpolant0.xyz, mox.lights[0] + mox.lights[1]), 0.0, 1.0);
+	float facing = clamp(dot(interpolant0.xyz, moxFrame.lights[0] + moxFrame.lights[1]), 0.0, 1.0);
 	vec3 ramp;
 	textureCode_2(facing, rampTexture, ramp);
 	vec3 point;
-	mathsCode(paint * mox.tint, ramp, point);
-	colour = vec4(point + mox.gloss, 1.0);
+	mathsCode(paint * moxMaterial.tint, ramp, point);
+	colour = vec4(point + moxMaterial.gloss, 1.0);
 }

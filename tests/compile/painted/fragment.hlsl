@@ -1,8 +1,13 @@
-cbuffer FragmentUniforms : register(b1)
+cbuffer FrameUniforms : register(b0)
+{
+	float time : packoffset(c0);
+	float3 lights[2] : packoffset(c1);
+}
+
+cbuffer MaterialUniforms : register(b1)
 {
 	float3 tint : packoffset(c0);
 	float gloss : packoffset(c0.w);
-	float3 lights[2] : packoffset(c1);
 }
 
 Texture2D paintTexture : register(t0);

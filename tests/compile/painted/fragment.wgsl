@@ -1,15 +1,24 @@
-struct FragmentUniforms {
-	tint: vec3f,
-	gloss: f32,
+struct FrameUniforms {
+	time: f32,
+	padding: f32,
+	padding_2: f32,
+	padding_3: f32,
 	lights: array<vec4<f32>, 2>,
 }
 
-@group(0) @binding(1) var<uniform> mox: FragmentUniforms;
+@group(0) @binding(0) var<uniform> moxFrame: FrameUniforms;
 
-@group(0) @binding(2) var paintTexture: texture_2d<f32>;
-@group(0) @binding(3) var paintTextureSampler: sampler;
-@group(0) @binding(4) var rampTexture: texture_2d<f32>;
-@group(0) @binding(5) var rampTextureSampler: sampler;
+struct MaterialUniforms {
+	tint: vec3f,
+	gloss: f32,
+}
+
+@group(1) @binding(0) var<uniform> moxMaterial: MaterialUniforms;
+
+@group(1) @binding(1) var paintTexture: texture_2d<f32>;
+@group(1) @binding(2) var paintTextureSampler: sampler;
+@group(1) @binding(3) var rampTexture: texture_2d<f32>;
+@group(1) @binding(4) var rampTextureSampler: sampler;
 
 struct FragmentInput {
 	@location(0) interpolant0: vec4f,
@@ -55,11 +64,11 @@ fn fragmentMain(input: FragmentInput) -> FragmentOutput {
 	var colour: vec4f;
 	var paint: vec3f;
 	textureCode(input.interpolant1.xy, paintTexture, paintTextureSampler, &paint);
-	let facing: f32 = saturate(dot(input.interpolant0.xyz, mox.lights[0].xyz + mox.lights[1].xyz));
+	let facing: f32 = saturate(dot(input.interpolant0.xyz, moxFrame.lights[0].xyz + moxFrame.lights[1].xyz));
 	var ramp: vec3f;
 	textureCode_2(facing, rampTexture, rampTextureSampler, &ramp);
 	var point: vec3f;
-	mathsCode(paint * mox.tint, ramp, &point);
-	colour = vec4f(point + mox.gloss, 1.0);
+	mathsCode(paint * moxMaterial.tint, ramp, &point);
+	colour = vec4f(point + moxMaterial.gloss, 1.0);
 	return FragmentOutput(colour);
 }

@@ -1,10 +1,10 @@
 #version 450
 
-layout(std140, binding = 0) uniform VertexUniforms
+layout(std140, binding = 2) uniform ObjectUniforms
 {
-	mat4 worldViewProjection;
 	mat4 world;
-} mox;
+	mat4 worldViewProjection;
+} moxObject;
 
 layout(location = 0) in vec3 position;
 layout(location = 2) in vec3 normal;
@@ -23,8 +23,8 @@ void main()
 	interpolant0 = vec4(0.0);
 	interpolant1 = vec4(0.0);
 	vec3 worldNormal;
-	worldNormalCode(normal, mox.world, worldNormal);
+	worldNormalCode(normal, moxObject.world, worldNormal);
 	interpolant0.xyz = worldNormal;
 	interpolant1.xy = uv0;
-	gl_Position = mox.worldViewProjection * vec4(position, 1.0);
+	gl_Position = moxObject.worldViewProjection * vec4(position, 1.0);
 }

@@ -1,7 +1,7 @@
-cbuffer VertexUniforms : register(b0)
+cbuffer ObjectUniforms : register(b2)
 {
-	column_major float4x4 worldViewProjection : packoffset(c0);
-	column_major float4x4 world : packoffset(c4);
+	column_major float4x4 world : packoffset(c0);
+	column_major float4x4 worldViewProjection : packoffset(c4);
 }
 
 // node "World Normal"

@@ -1,9 +1,9 @@
-struct VertexUniforms {
-	worldViewProjection: mat4x4f,
+struct ObjectUniforms {
 	world: mat4x4f,
+	worldViewProjection: mat4x4f,
 }
 
-@group(0) @binding(0) var<uniform> mox: VertexUniforms;
+@group(2) @binding(0) var<uniform> moxObject: ObjectUniforms;
 
 struct VertexInput {
 	@location(0) position: vec3f,
@@ -30,9 +30,9 @@ fn vertexMain(input: VertexInput) -> VertexOutput {
 	interpolant0 = vec4f();
 	interpolant1 = vec4f();
 	var worldNormal: vec3f;
-	worldNormalCode(input.normal, mox.world, &worldNormal);
+	worldNormalCode(input.normal, moxObject.world, &worldNormal);
 	interpolant0 = vec4f(worldNormal.x, worldNormal.y, worldNormal.z, interpolant0.w);
 	interpolant1 = vec4f(input.uv0.x, input.uv0.y, interpolant1.z, interpolant1.w);
-	clipPosition = mox.worldViewProjection * vec4f(input.position, 1.0);
+	clipPosition = moxObject.worldViewProjection * vec4f(input.position, 1.0);
 	return VertexOutput(interpolant0, interpolant1, clipPosition);
 }

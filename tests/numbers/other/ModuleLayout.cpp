@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <optional>
 #include <span>
 #include <spirv/unified1/spirv.hpp>
@@ -78,7 +79,6 @@ std::optional<std::uint32_t> NumberBehind(std::string_view word, const std::stri
 struct VariablePlace
 {
     std::optional<std::uint32_t> Location;
-    std::optional<std::uint32_t> Binding;
     std::string Name;
 };
 
@@ -87,25 +87,15 @@ using Places = std::map<std::uint32_t, VariablePlace>;
 VariablePlace PlaceOfSemantic(const std::string& semantic, const std::string& name)
 {
     if (const auto attribute = NumberBehind("ATTR", semantic))
-        return {attribute, {}, name};
+        return {attribute, name};
     if (const auto interpolant = NumberBehind("TEXCOORD", semantic))
-        return {interpolant, {}, Compose("interpolant", *interpolant)};
+        return {interpolant, Compose("interpolant", *interpolant)};
     if (const auto target = NumberBehind("SV_TARGET", semantic))
-        return {target, {}, Compose("fragmentColour", *target)};
-    return {{}, {}, name};
+        return {target, Compose("fragmentColour", *target)};
+    return {{}, name};
 }
 
-std::uint32_t BindingOf(const std::string& sampler,
-                        const std::map<std::string, std::uint32_t>& bindings)
-{
-    const auto found = bindings.find(sampler);
-    if (found == bindings.end())
-        throw std::logic_error(Compose("\"", sampler, "\" is no parameter of the program"));
-    return found->second;
-}
-
-Places FindPlaces(const SpirvWords& words, ProgramStage stage,
-                  const std::map<std::string, std::uint32_t>& samplerBindings)
+Places FindPlaces(const SpirvWords& words)
 {
     Places places;
     std::map<std::uint32_t, std::string> names;
@@ -116,13 +106,6 @@ Places FindPlaces(const SpirvWords& words, ProgramStage stage,
             const std::uint32_t id = instruction[1];
             places[id] = PlaceOfSemantic(TextAt(instruction, 3), names[id]);
         }
-        if (OpcodeOf(instruction) == spv::OpVariable) {
-            const std::uint32_t id = instruction[2];
-            if (instruction[3] == spv::StorageClassUniform)
-                places[id] = {{}, GetBlockBinding(stage), "mox"};
-            if (instruction[3] == spv::StorageClassUniformConstant)
-                places[id] = {{}, BindingOf(names[id], samplerBindings), names[id]};
-        }
     });
     return places;
 }
@@ -132,8 +115,7 @@ bool IsOldPlace(Instruction instruction, const Places& places)
 {
     if (OpcodeOf(instruction) != spv::OpDecorate || !places.contains(instruction[1]))
         return false;
-    return instruction[2] == spv::DecorationLocation || instruction[2] == spv::DecorationBinding ||
-           instruction[2] == spv::DecorationDescriptorSet;
+    return instruction[2] == spv::DecorationLocation;
 }
 
 bool IsSemanticMark(Instruction instruction)
@@ -156,24 +138,14 @@ void AppendPlaces(SpirvWords& words, const Places& places)
     for (const auto& [id, place] : places) {
         if (place.Location)
             AppendDecoration(words, id, spv::DecorationLocation, *place.Location);
-        if (place.Binding) {
-            AppendDecoration(words, id, spv::DecorationDescriptorSet, descriptorSet);
-            AppendDecoration(words, id, spv::DecorationBinding, *place.Binding);
-        }
     }
 }
 
 } // namespace
 
-std::string GetBlockName(ProgramStage stage)
+SpirvWords LayOutModule(const SpirvWords& words)
 {
-    return stage == ProgramStage::Vertex ? "VertexUniforms" : "FragmentUniforms";
-}
-
-SpirvWords LayOutModule(const SpirvWords& words, ProgramStage stage,
-                        const std::map<std::string, std::uint32_t>& samplerBindings)
-{
-    const Places places = FindPlaces(words, stage, samplerBindings);
+    const Places places = FindPlaces(words);
     SpirvWords result(words.begin(), words.begin() + headerSize);
     bool isPlaced = false;
     ForEachInstruction(words, [&](Instruction instruction) {
@@ -187,8 +159,6 @@ SpirvWords LayOutModule(const SpirvWords& words, ProgramStage stage,
             Append(result, instruction);
         else if (const auto place = places.find(instruction[1]); place != places.end())
             Append(result, spv::OpName, instruction.subspan(1, 1), place->second.Name);
-        else if (TextAt(instruction, 2) == "$Global")
-            Append(result, spv::OpName, instruction.subspan(1, 1), GetBlockName(stage));
     });
     return result;
 }

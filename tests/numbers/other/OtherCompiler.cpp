@@ -18,7 +18,7 @@ SpirvWords CompileAsHlsl(const std::string& text, ProgramStage stage)
         failure += message.Text + "\n";
     if (!failure.empty())
         throw std::runtime_error(failure);
-    const SpirvWords placed = LayOutModule(read.Module, stage, {});
+    const SpirvWords placed = LayOutModule(read.Module);
 
     const auto listen = [&](spv_message_level_t level, const char*, const spv_position_t&,
                             const char* message) {
