@@ -39,6 +39,9 @@ std::string Read(const std::string& text, GlslangInput input, bool isVertex,
     shader.setEntryPoint("main");
     shader.setAutoMapLocations(input == GlslangInput::Hlsl);
     shader.setAutoMapBindings(input == GlslangInput::Hlsl);
+    // Blocks are in sets of their own in GLSL.
+    if (input == GlslangInput::Hlsl)
+        shader.setResourceSetBinding({"b0", "0", "0", "b1", "1", "0", "b2", "2", "0"});
     constexpr int version = 100;
     if (!shader.parse(GetDefaultResources(), version, false, rules))
         return shader.getInfoLog();

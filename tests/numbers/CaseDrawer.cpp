@@ -50,9 +50,11 @@ Host::DrawCall CaseDrawer::MakeCall(std::size_t expressions, const std::vector<N
 
 std::vector<Numbers> CaseDrawer::Draw(const Host::SpirvWords& vertex,
                                       const Host::SpirvWords& fragment, std::size_t expressions,
-                                      const std::vector<Numbers>& inputs) const
+                                      const std::vector<Numbers>& inputs,
+                                      const std::vector<Host::DrawUniforms>& uniforms) const
 {
     Host::DrawCall call = MakeCall(expressions, inputs);
+    call.Uniforms = uniforms;
     call.Vertex = {vertex, "main"};
     call.Fragment = {fragment, "main"};
     return FloatTarget(_device, Count, static_cast<std::uint32_t>(expressions)).Draw(call);

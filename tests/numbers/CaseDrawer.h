@@ -29,7 +29,8 @@ public:
     /// @returns for each expression the result of every set of inputs
     std::vector<Numbers> Draw(const Mox::Host::SpirvWords& vertex,
                               const Mox::Host::SpirvWords& fragment, std::size_t expressions,
-                              const std::vector<Numbers>& inputs) const;
+                              const std::vector<Numbers>& inputs,
+                              const std::vector<Mox::Host::DrawUniforms>& uniforms = {}) const;
 
 private:
     Mox::Host::VulkanDevice _device{true};

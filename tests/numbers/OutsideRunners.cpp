@@ -30,13 +30,21 @@ std::vector<Numbers> ToPixels(const std::vector<std::uint32_t>& bits)
 } // namespace
 
 std::vector<RunResult> DrawInBrowser(const std::vector<BrowserRun>& runs, std::size_t expressions,
-                                     const std::vector<Numbers>& inputs)
+                                     const std::vector<Numbers>& inputs,
+                                     const std::vector<RunBlock>& blocks)
 {
     Json request{{"width", CaseDrawer::Count}, {"height", expressions}};
     for (const Host::DrawStream& stream : CaseDrawer::MakeCall(expressions, inputs).Streams)
         request["streams"].push_back({{"location", stream.Location},
                                       {"components", stream.Components},
                                       {"values", stream.Values}});
+    for (const RunBlock& block : blocks) {
+        Json bytes = Json::array();
+        for (const std::byte byte : block.Uniforms.Bytes)
+            bytes.push_back(std::to_integer<int>(byte));
+        request["blocks"].push_back(
+            {{"name", block.Name}, {"number", block.Uniforms.Set}, {"bytes", std::move(bytes)}});
+    }
     for (const BrowserRun& run : runs)
         request["runs"].push_back(
             {{"language", run.Language}, {"vertex", run.Vertex}, {"fragment", run.Fragment}});
@@ -52,7 +60,8 @@ std::vector<RunResult> DrawInBrowser(const std::vector<BrowserRun>& runs, std::s
 
 std::vector<RunResult> RunMsl(const std::vector<std::string>& programs,
                               const std::vector<std::size_t>& rows,
-                              const std::vector<Numbers>& inputs)
+                              const std::vector<Numbers>& inputs,
+                              const std::vector<RunBlock>& blocks)
 {
     std::ostringstream source;
     source << "#include <metal_stdlib>\n#include <cstdio>\n#include <cstring>\n";
@@ -62,8 +71,14 @@ std::vector<RunResult> RunMsl(const std::vector<std::string>& programs,
     for (const Numbers& input : inputs)
         source << "{ " << input[0] << ", " << input[1] << ", " << input[2] << ", " << input[3]
                << " },\n";
-    source << R"(};
-template <class Run>
+    source << "};\n";
+    for (const RunBlock& block : blocks) {
+        source << "alignas(16) static const unsigned char " << block.Name << "[] = { ";
+        for (const std::byte byte : block.Uniforms.Bytes)
+            source << std::to_integer<int>(byte) << ", ";
+        source << "};\n";
+    }
+    source << R"(template <class Run>
 void Show(int rows, Run run)
 {
 	for (int row = 0; row < rows; ++row)
@@ -80,9 +95,14 @@ void Show(int rows, Run run)
 int main()
 {
 )";
-    for (std::size_t i = 0; i < programs.size(); ++i)
+    for (std::size_t i = 0; i < programs.size(); ++i) {
         source << "\tShow(" << rows[i] << ", [](auto a, auto b, auto c, float k) { return stage"
-               << i << "::fragmentMain({ a, b, c, k }).colour; });\n";
+               << i << "::fragmentMain({ a, b, c, k }";
+        for (const RunBlock& block : blocks)
+            source << ", reinterpret_cast<const stage" << i << "::" << block.Name << "&>("
+                   << block.Name << ")";
+        source << ").colour; });\n";
+    }
     source << "}\n";
     const TemporaryFolder folder;
     const std::filesystem::path program = folder.Path() / "programs";

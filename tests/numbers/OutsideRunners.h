@@ -13,6 +13,13 @@ struct BrowserRun
     std::string Fragment;
 };
 
+/// The contents of a uniform block.
+struct RunBlock
+{
+    std::string Name;
+    Mox::Host::DrawUniforms Uniforms;
+};
+
 /// What came out of a program, or why nothing did.
 struct RunResult
 {
@@ -22,13 +29,17 @@ struct RunResult
 
 /// Draws the same with each pair of programs in a headless browser that renders in software.
 /// @param expressions rows of the image
+/// @param blocks of all programs
 /// @throws std::runtime_error if the browser does not draw at all
 std::vector<RunResult> DrawInBrowser(const std::vector<BrowserRun>& runs, std::size_t expressions,
-                                     const std::vector<Numbers>& inputs);
+                                     const std::vector<Numbers>& inputs,
+                                     const std::vector<RunBlock>& blocks = {});
 
 /// Compiles fragment programs of CgCases in MSL with a C++ compiler and runs them.
 /// @param rows number of expressions of each
+/// @param blocks of all programs, in the order of their numbers
 /// @throws std::runtime_error with the compiler's messages
 std::vector<RunResult> RunMsl(const std::vector<std::string>& programs,
                               const std::vector<std::size_t>& rows,
-                              const std::vector<Numbers>& inputs);
+                              const std::vector<Numbers>& inputs,
+                              const std::vector<RunBlock>& blocks = {});
