@@ -27,12 +27,13 @@ bool HasBrowser()
     return std::system("command -v node >/dev/null && command -v chromium >/dev/null") == 0;
 }
 
-nlohmann::json AskBrowser(const nlohmann::json& request)
+nlohmann::json AskBrowser(const nlohmann::json& request, const std::filesystem::path& page)
 {
     const TemporaryFolder folder;
     const std::filesystem::path answer = folder.Path() / "answer.json";
     RunCommand(Compose("node " MOX_TEST_DATA "/languages/browser/draw.js ",
-                       Quoted(folder.Write("request.json", request.dump())), " ", Quoted(answer)),
+                       Quoted(folder.Write("request.json", request.dump())), " ", Quoted(answer),
+                       page.empty() ? "" : " " + Quoted(page)),
                folder.Path() / "log");
     return nlohmann::json::parse(Host::ReadFile(answer));
 }

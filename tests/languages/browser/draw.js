@@ -1,5 +1,6 @@
-// Opens draw.html in a headless Chromium that renders in software, for a request and an answer in
-// files. Usage: node draw.js REQUEST ANSWER
+// Opens a page in a headless Chromium that renders in software, for a request and an answer in files:
+// draw.html, or index.html of a folder whose other files the page may fetch.
+// Usage: node draw.js REQUEST ANSWER [FOLDER]
 
 const fs = require('fs');
 const http = require('http');
@@ -7,7 +8,7 @@ const os = require('os');
 const path = require('path');
 const { spawn } = require('child_process');
 
-const [request, answer] = process.argv.slice(2);
+const [request, answer, folder] = process.argv.slice(2);
 const profile = fs.mkdtempSync(path.join(os.tmpdir(), 'mox_browser_'));
 const limit = 240 * 1000;
 let browser = null;
@@ -26,13 +27,18 @@ function end(status, message) {
 
 const server = http.createServer((incoming, outgoing) => {
   if (incoming.method === 'GET') {
-    const isPage = incoming.url === '/';
-    const file = isPage ? path.join(__dirname, 'draw.html') : request;
-    outgoing.setHeader('content-type', isPage ? 'text/html' : 'application/json');
-    if (isPage || incoming.url === '/request')
-      fs.createReadStream(file).pipe(outgoing);
-    else
+    const file =
+      incoming.url === '/request' ? request
+      : folder ? path.join(folder, incoming.url === '/' ? 'index.html' : incoming.url)
+      : incoming.url === '/' ? path.join(__dirname, 'draw.html')
+      : '';
+    if (!fs.existsSync(file)) {
       outgoing.writeHead(404).end();
+      return;
+    }
+    const types = { '.html': 'text/html', '.js': 'text/javascript', '.png': 'image/png' };
+    outgoing.setHeader('content-type', types[path.extname(file)] ?? 'text/plain');
+    fs.createReadStream(file).pipe(outgoing);
     return;
   }
   const chunks = [];

@@ -1,0 +1,111 @@
+#include "mox/graph/BindingsDocument.h"
+#include "mox/graph/OpenMaterial.h"
+#include "mox/preview/MaterialPreview.h"
+#include "mox/preview/MeshShapes.h"
+#include "mox/preview/Scene.h"
+#include "mox/program/MaterialProgram.h"
+#include "mox/targets/ProgramTranslator.h"
+#include "mox/targets/Reflection.h"
+#include "tests/support/Browser.h"
+#include "tests/support/BuildTree.h"
+#include "tests/support/DeviceTest.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+
+using namespace Mox::Host;
+
+namespace {
+
+const std::filesystem::path examples = MOX_EXAMPLES;
+
+struct ExamplePreview
+{
+    ExamplePreview() : Drawer(TestPlugins(), TestEnvironment(), Files, true) {}
+
+    const std::vector<std::string>& ValidationMessages() const
+    {
+        return Drawer.ValidationMessages();
+    }
+
+    FileDecoder Files;
+    MaterialPreview Drawer;
+};
+
+class WebGlExampleTest : public DeviceTest<ExamplePreview>
+{
+protected:
+    /// Writes what a user gets from "mox export" and "mox bindings".
+    void Export(const std::filesystem::path& file) const
+    {
+        ProblemList problems;
+        const MaterialGraph graph = OpenMaterial(file, TestPlugins(), problems);
+        const CgProgram program = BuildMaterialProgram(graph, TestEnvironment(), {}, problems);
+        const CompiledProgram compiled =
+            Translate(program, {CompileTarget::Essl}, Mox::Languages::Precision::Full, {},
+                      file.string(), problems);
+        problems.ThrowFirstError();
+        const std::string stem = file.stem();
+        _folder.Write(stem + ".vertex.essl", compiled.Programs[0].Bytes);
+        _folder.Write(stem + ".fragment.essl", compiled.Programs[1].Bytes);
+        _folder.Write(stem + ".reflection.json", FormatReflection(compiled));
+        _folder.Write(stem + ".bindings.xml", FormatBindings(CreateBindings(graph)));
+    }
+
+    const TemporaryFolder _folder;
+};
+
+TEST_F(WebGlExampleTest, DrawsWhatPreviewsDraw)
+{
+    if (!HasBrowser())
+        GTEST_SKIP() << "no browser was found";
+    constexpr std::uint32_t size = 192;
+    for (const auto& entry : std::filesystem::directory_iterator(examples / "webgl")) {
+        if (entry.path().extension() == ".js")
+            std::filesystem::copy(entry.path(), _folder.Path());
+    }
+    std::filesystem::copy(examples / "textures", _folder.Path() / "textures");
+    std::filesystem::copy(MOX_TEST_DATA "/preview/example.html", _folder.Path() / "index.html");
+    const Mesh mesh = MakeSphere();
+    for (const std::string material : {"rim_light", "tinted_texture", "flip_book"}) {
+        SCOPED_TRACE(material);
+        const std::filesystem::path file = examples / (material + ".xml");
+        Export(file);
+        nlohmann::json values = MakeSceneValues(mesh, 1.0f);
+        values["time"] = {0.0f};
+        values["frame"] = {0.0f};
+        const nlohmann::json pixels = AskBrowser(
+            {{"material", material}, {"size", size}, {"values", values}}, _folder.Path());
+        PreviewOptions options;
+        options.Width = options.Height = size;
+        ProblemList problems;
+        const Picture picture =
+            Get().Drawer.RenderMaterial(ReadMaterialDocument(file), mesh, options, problems);
+        problems.ThrowFirstError();
+
+        // The canvas begins at the bottom and has neither a sky nor smooth edges.
+        int drawn = 0;
+        int different = 0;
+        for (std::size_t y = 0; y < size; ++y) {
+            for (std::size_t x = 0; x < size; ++x) {
+                const std::size_t there = 4 * ((size - 1 - y) * size + x);
+                if (pixels[there + 3] == 0)
+                    continue;
+                ++drawn;
+                constexpr int bound = 6;
+                for (std::size_t i = 0; i < 3; ++i) {
+                    const int value = picture.Pixels[4 * (y * size + x) + i];
+                    if (std::abs(pixels[there + i].get<int>() - value) > bound) {
+                        ++different;
+                        break;
+                    }
+                }
+            }
+        }
+        EXPECT_GT(drawn, static_cast<int>(size * size / 2));
+        EXPECT_LT(different, drawn / 25);
+    }
+}
+
+} // namespace
