@@ -191,9 +191,13 @@ TEST(PluginExhaustion, LoadProperties)
 /// Enters all that nodes of the Surface plug-in ask for.
 void Provide(ShaderGraph& graph)
 {
-    for (const auto& [name, columns] : {std::pair("facingRatio", 1), std::pair("time", 1),
-                                        std::pair("frame", 1), std::pair("worldPosition", 3),
-                                        std::pair("worldNormal", 3), std::pair("viewDirection", 3)})
+    constexpr std::pair<const char*, int> values[] = {
+        {"facingRatio", 1},  {"time", 1},          {"frame", 1},          {"worldPosition", 3},
+        {"worldNormal", 3},  {"viewDirection", 3}, {"objectPosition", 3}, {"objectNormal", 3},
+        {"worldTangent", 3}, {"worldBinormal", 3}, {"shadingNormal", 3},  {"eyeDistance", 1},
+        {"screenUv", 2},     {"faceSign", 1},      {"lightDirection", 3},
+    };
+    for (const auto& [name, columns] : values)
         graph.InsertNode(ShaderNode::CreateInterfaceParameter(
             name, 0, ShaderType(ComponentType::Float, columns, 1, 1)));
 }

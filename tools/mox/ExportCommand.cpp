@@ -33,9 +33,9 @@ lie under its name in the output folder, and those of a material in a folder
 under the path that it has there. A text that comes out as it is on the disk
 is not touched.
 
-The file .mox-outputs in the output folder lists what exports have written there.
-From it an export finds outputs whose material is gone, and reports them. --prune
-removes them, unless they have been changed.
+The file .mox-outputs in the output folder lists what exports have written
+there. From it an export finds outputs whose material is gone, and reports
+them. --prune removes them, unless they have been changed.
 
 Examples:
   mox export rim.xml
