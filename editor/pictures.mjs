@@ -85,9 +85,9 @@ async function firstMaterial() {
     await settle(page);
     await shoot(page, 'colour');
 
-    await drop(page, `${root}examples/textures/paint.png`, { x: 120, y: 330 });
+    await drop(page, `${root}examples/textures/paint.png`, { x: 220, y: 330 });
     await hasNodes(page, 3);
-    await addAt(page, 'texture', 'in_uv', { x: 60, y: 520 }, 'uv set');
+    await addAt(page, 'texture', 'in_uv', { x: 150, y: 520 }, 'uv set');
     await pick(page, 4);
     await settle(page);
 

@@ -13,7 +13,7 @@ import { Notices } from './panels/Notices.tsx';
 import { Palette } from './panels/Palette.tsx';
 import { PinnedPicture } from './panels/PinnedPicture.tsx';
 import { Surface } from './panels/Surface.tsx';
-import { TopBar } from './panels/TopBar.tsx';
+import { saveCopy, TopBar } from './panels/TopBar.tsx';
 import { useEditor, useSnapshot } from './useEditor.ts';
 
 type Dialog = 'find' | 'connect' | 'keys' | null;
@@ -105,6 +105,10 @@ export function App() {
             'ctrl+s': () => {
                 finishField();
                 void editor.save();
+            },
+            'ctrl+shift+s': () => {
+                finishField();
+                void saveCopy(editor);
             },
             'ctrl+d': () => void editor.duplicate(),
             'ctrl+f': () => setDialog('find'),

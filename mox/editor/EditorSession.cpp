@@ -153,7 +153,7 @@ void EditorSession::Dispatch(const Request& request, EditorAnswer& answer, Json&
         {"restore", &EditorSession::Restore},    {"discard", &EditorSession::Discard},
         {"problems", &EditorSession::Check},     {"compile", &EditorSession::Compile},
         {"picture", &EditorSession::Draw},       {"addTexture", &EditorSession::PutTexture},
-        {"texture", &EditorSession::GetTexture},
+        {"texture", &EditorSession::GetTexture}, {"text", &EditorSession::GetText},
     };
     const JsonCursor word = request.Message.Member("do");
     const std::string text = word.Text();
@@ -261,6 +261,12 @@ void EditorSession::GetState(const Request& request, EditorAnswer&, Json& reply)
     request.Message.AllowOnly({"id", "do"});
     reply["state"] = DescribeState(_document.Graph());
     reply["file"] = _document.File().filename().string();
+}
+
+void EditorSession::GetText(const Request& request, EditorAnswer&, Json& reply)
+{
+    request.Message.AllowOnly({"id", "do"});
+    reply["text"] = FormatMaterialDocument(_document.Graph().Document());
 }
 
 void EditorSession::GetCatalogue(const Request& request, EditorAnswer&, Json& reply)

@@ -66,6 +66,7 @@ private:
     void Copy(const Request& request, EditorAnswer& answer, Json& reply);
     void Paste(const Request& request, EditorAnswer& answer, Json& reply);
     void GetState(const Request& request, EditorAnswer& answer, Json& reply);
+    void GetText(const Request& request, EditorAnswer& answer, Json& reply);
     void GetCatalogue(const Request& request, EditorAnswer& answer, Json& reply);
     void Save(const Request& request, EditorAnswer& answer, Json& reply);
     void Reload(const Request& request, EditorAnswer& answer, Json& reply);

@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
+#include <fstream>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -26,7 +28,7 @@ Json MakeEdit(Random& random)
 {
     const auto id = [&] { return "n" + std::to_string(random.Below(8)); };
     Json step;
-    switch (random.Below(8)) {
+    switch (random.Below(11)) {
     case 0:
         return {{"do", "undo"}};
     case 1:
@@ -40,6 +42,22 @@ Json MakeEdit(Random& random)
     case 5:
         step = {{"do", "removeNode"}, {"id", id()}};
         break;
+    case 6:
+        step = {{"do", "renameNode"}, {"id", id()}, {"newId", id()}};
+        break;
+    case 7:
+        step = {{"do", "setBinding"},
+                {"stream", "float"},
+                {"tag", id()},
+                {"values", {{"default", id()}}}};
+        break;
+    case 8: {
+        const Json description = {
+            {"node", id()}, {"name", "Description"}, {"kind", "string"}, {"value", id()}};
+        step = {{"do", "setProperties"}, {"settings", Json::array({description})}};
+        const std::string gesture = random.Below(2) ? "drag" : "";
+        return {{"do", "apply"}, {"steps", Json::array({step})}, {"gesture", gesture}};
+    }
     default:
         step = {{"do", "addEdge"},
                 {"tail", id()},
@@ -97,20 +115,49 @@ private:
     int _answered = 0;
 };
 
+/// How many edits a test is to make; MOX_RANDOM_EDITS in the environment asks for more.
+int WantedEdits()
+{
+    const char* wanted = std::getenv("MOX_RANDOM_EDITS");
+    return wanted ? std::stoi(wanted) : 600;
+}
+
+/// Memory that this process occupies now.
+std::size_t ResidentBytes()
+{
+    std::size_t all = 0;
+    std::size_t resident = 0;
+    std::ifstream("/proc/self/statm") >> all >> resident;
+    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
 TEST(EditorServer, RandomEditsOfTwoPagesEndWithWhatBothShow)
 {
-    constexpr int editCount = 600;
+    constexpr int batch = 100; // edits that are on their way at a time
+    const int editCount = WantedEdits();
     Random random(DrawSeed());
     RunningServer server;
     const std::string start =
         FormatMaterialDocument(server.Session().Document().Graph().Document());
     Window windows[] = {Window(server), Window(server)};
-    for (int i = 0; i < editCount; ++i)
-        windows[random.Below(2)].Send(MakeEdit(random));
     int doneCount = 0;
-    for (Window& window : windows)
-        doneCount += window.TakeAll();
+    std::size_t bytesAtHalf = 0;
+    for (int i = 0; i < editCount; ++i) {
+        windows[random.Below(2)].Send(MakeEdit(random));
+        if (i % batch != batch - 1)
+            continue;
+        for (Window& window : windows)
+            doneCount += window.TakeAll();
+        if (i < editCount / 2)
+            bytesAtHalf = ResidentBytes();
+    }
     EXPECT_GT(doneCount, editCount / 8);
+    // The history keeps each edit; a copy of the document for each would be far more.
+    constexpr std::size_t mostBytesPerEdit = 4096;
+    constexpr std::size_t allocatorBytes = 16U << 20U;
+    const auto laterEdits = static_cast<std::size_t>(editCount / 2);
+    if (std::getenv("MOX_RANDOM_EDITS")) // fewer say nothing
+        EXPECT_LT(ResidentBytes(), bytesAtHalf + laterEdits * mostBytesPerEdit + allocatorBytes);
     for (Window& window : windows) { // by now all notices are on their way, before this answer
         window.Send({{"do", "copy"}, {"ids", Json::array()}});
         window.TakeAll();

@@ -24,8 +24,9 @@ using Materials::Compose;
 /// The largest side of a texture that common browsers support.
 constexpr std::uint32_t largestSide = 8192;
 
-Host::TextureSettings FindTexture(const Host::MaterialDocument& document, const std::string& tag,
-                                  const Host::PluginSet& plugins)
+std::optional<Host::TextureSettings> FindTexture(const Host::MaterialDocument& document,
+                                                 const std::string& tag,
+                                                 const Host::PluginSet& plugins)
 {
     Host::ProblemList problems; // which do not concern the texture
     Host::MaterialGraph graph = Host::LoadMaterial(document, plugins, problems);
@@ -34,7 +35,7 @@ Host::TextureSettings FindTexture(const Host::MaterialDocument& document, const 
         if (binding.Tag() == tag && binding.Texture())
             return *binding.Texture();
     }
-    throw Host::HostError({}, Compose("the material has no texture binding ", Host::Excerpt(tag)));
+    return std::nullopt;
 }
 
 /// Appends the texels; 32-bit floats become 16-bit floats.
@@ -89,16 +90,32 @@ Host::Picture EditorPainter::Draw(const Host::MaterialDocument& document,
 Host::LoadedTexture EditorPainter::Load(const Host::MaterialDocument& document,
                                         const std::string& tag, Host::ProblemList& problems)
 {
-    const Host::TextureSettings settings = FindTexture(document, tag, _plugins);
-    Host::TextureLoader loader(_files, std::filesystem::path(document.File).parent_path(),
-                               largestSide, problems);
     Host::LoadedTexture texture;
-    for (const Host::TextureImage& level : loader.Load(settings)) {
+    for (const Host::TextureImage& level : LoadLevels(document, tag, problems)) {
         texture.Format = level.Format == Host::TexelFormat::Unorm8 ? "unorm8" : "half";
         texture.Sides.emplace_back(level.Width, level.Height);
         Append(level, texture.Bytes);
     }
     return texture;
+}
+
+std::vector<Host::TextureImage> EditorPainter::LoadLevels(const Host::MaterialDocument& document,
+                                                          const std::string& tag,
+                                                          Host::ProblemList& problems)
+{
+    const auto settings = FindTexture(document, tag, _plugins);
+    if (!settings && tag == "lightPanorama") { // the environment's
+        if (_studio.empty())
+            _studio = Host::PrepareLight(Host::MakeStudioImage(), false).Levels;
+        return _studio;
+    }
+    if (!settings) {
+        throw Host::HostError({},
+                              Compose("the material has no texture binding ", Host::Excerpt(tag)));
+    }
+    Host::TextureLoader loader(_files, std::filesystem::path(document.File).parent_path(),
+                               largestSide, problems);
+    return loader.Load(*settings);
 }
 
 } // namespace Mox::Tool

@@ -4,6 +4,8 @@
 #include "mox/preview/MaterialPreview.h"
 
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace Mox::Tool {
 
@@ -20,14 +22,20 @@ public:
     Host::Picture Draw(const Host::MaterialDocument& document, const Host::PictureRequest& request,
                        Host::ProblemList& problems) override;
 
+    /// A texture of the material, or "lightPanorama", the light of the studio that previews of
+    /// physical surfaces have.
     Host::LoadedTexture Load(const Host::MaterialDocument& document, const std::string& tag,
                              Host::ProblemList& problems) override;
 
 private:
+    std::vector<Host::TextureImage> LoadLevels(const Host::MaterialDocument& document,
+                                               const std::string& tag, Host::ProblemList& problems);
+
     const Host::PluginSet& _plugins;
     Host::Environment _environment;
     Host::FileDecoder _files;
     std::unique_ptr<const Host::MaterialPreview> _preview; ///< once a picture was requested
+    std::vector<Host::TextureImage> _studio;               ///< likewise
 };
 
 } // namespace Mox::Tool

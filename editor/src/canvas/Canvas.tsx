@@ -16,6 +16,7 @@ import type { Editor, Snapshot } from '../model/store.ts';
 import { contains, frame, greatestZoom, leastZoom, overlap, toGraph } from '../model/viewport.ts';
 import { visibleBox, wheel, around, type Box, type Viewport } from '../model/viewport.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
+import { Minimap } from './minimap.ts';
 import { NodeCard, type CardNode } from './NodeCard.tsx';
 import { boxOf, edgeAt, nodeAt, paint, readColours } from './painter.ts';
 
@@ -163,6 +164,8 @@ export function Canvas({
     const snapshot = useSnapshot((all) => all);
     const root = useRef<HTMLDivElement>(null);
     const canvas = useRef<HTMLCanvasElement>(null);
+    const map = useRef<HTMLCanvasElement>(null);
+    const minimap = useRef<Minimap | null>(null);
     const flow = useRef<Flow | null>(null);
     const viewport = useRef<Viewport>({ x: 0, y: 0, zoom: 1 });
     const pointer = useRef<Point>({ x: 300, y: 300 });
@@ -180,6 +183,9 @@ export function Canvas({
             if (!canvas.current) return;
             colours.current ??= readColours(canvas.current);
             paint(canvas.current, editor, viewport.current, colours.current, viewport.current.zoom < farZoom);
+            const size = { width: canvas.current.clientWidth, height: canvas.current.clientHeight };
+            minimap.current ??= new Minimap(map.current!);
+            minimap.current.paint(editor, visibleBox(viewport.current, size, 0), colours.current.selected);
         });
     }, [editor]);
 
@@ -352,12 +358,20 @@ export function Canvas({
         if (!node || (toHandle && toHandle !== fromHandle)) return;
         const side = fromHandle.type === 'source' ? 'output' : 'input';
         const components = componentsAt(editor.get().catalogue, node, side, fromHandle.id);
-        const point = place(event);
         editor.openAddMenu({
             at: { x: event.clientX, y: event.clientY },
-            point: side === 'output' ? point : { x: point.x - 170, y: point.y },
+            point: place(event),
             placement: { kind: 'at', port: { node: node.record.id, port: fromHandle.id, side, components } },
         });
+    };
+
+    const goToMap = (event: React.PointerEvent) => {
+        const corner = event.currentTarget.getBoundingClientRect();
+        const at = minimap.current?.toGraph({ x: event.clientX - corner.x, y: event.clientY - corner.y });
+        if (!at) return;
+        const { zoom } = viewport.current;
+        const { clientWidth, clientHeight } = root.current!;
+        goTo({ x: clientWidth / 2 - at.x * zoom, y: clientHeight / 2 - at.y * zoom, zoom });
     };
 
     const shownBox = box && {
@@ -446,6 +460,22 @@ export function Canvas({
             >
                 <ConnectionHint />
             </ReactFlow>
+            <canvas
+                ref={map}
+                className="minimap"
+                width={180}
+                height={120}
+                hidden
+                aria-hidden="true"
+                title="The whole graph; click or drag to go there"
+                onPointerDown={(event) => {
+                    event.currentTarget.setPointerCapture(event.pointerId);
+                    goToMap(event);
+                }}
+                onPointerMove={(event) => {
+                    if (event.buttons !== 0) goToMap(event);
+                }}
+            />
             {shownBox && <div className="selection-box" style={shownBox} />}
         </div>
     );

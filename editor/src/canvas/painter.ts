@@ -129,7 +129,7 @@ export function nodeAt(editor: Editor, point: Point): NodeState | undefined {
     return found;
 }
 
-function css(rgba: number[] | undefined): string {
+export function css(rgba: number[] | undefined): string {
     const [r, g, b] = (rgba ?? [0.4, 0.4, 0.4]).map((value) => Math.round(255 * value));
     return `rgb(${r} ${g} ${b})`;
 }
@@ -149,6 +149,11 @@ function sceneOf(editor: Editor): Scene {
     if (old?.snapshot.document !== snapshot.document) lastScene = makeScene(editor, snapshot);
     else if (old.snapshot.moves !== snapshot.moves) lastScene = moveScene(editor, snapshot, old);
     return lastScene!;
+}
+
+/** Where all nodes are; the same list as long as none is changed. */
+export function boxesOf(editor: Editor): Scene['boxes'] {
+    return sceneOf(editor).boxes;
 }
 
 function makeScene(editor: Editor, snapshot: Snapshot): Scene {

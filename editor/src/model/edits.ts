@@ -1,7 +1,7 @@
 import { edgesAt, nodeById, positionOf, valueOf, type DocumentState, type Point } from './document.ts';
 import type { CatalogueType, EdgeRecord, NodeState, Property, Step } from './messages.ts';
 import { fittingPort, whyNot, type Catalogue, type PortAt } from './connect.ts';
-import { shapeOf } from './shape.ts';
+import { portTop, shapeFor, shapeOf } from './shape.ts';
 
 /** Changes of a document as steps for the server. None of these functions changes anything. */
 
@@ -103,7 +103,7 @@ export function addNode(
     placement: Placement,
 ): { id: string; steps: Step[] } {
     const id = freshId(document, type);
-    const at = placePoint(document, placement, point);
+    const at = placePoint(document, type, id, placement, point);
     const properties = moveSettings(id, at).map(({ name, kind, value }) => ({ name, kind, value }));
     const steps: Step[] = [{ do: 'addNode', id, type: type.type, version: type.version, properties }];
     if (placement.kind === 'at') {
@@ -125,7 +125,23 @@ export function addNode(
     return { id, steps };
 }
 
-function placePoint(document: DocumentState, placement: Placement, point: Point): Point {
+/** The upper left corner of a new node. A port that is connected at once comes to the point itself. */
+function placePoint(
+    document: DocumentState,
+    type: CatalogueType,
+    id: string,
+    placement: Placement,
+    point: Point,
+): Point {
+    if (placement.kind === 'at') {
+        const { side, components } = placement.port;
+        const opposite = side === 'output' ? 'input' : 'output';
+        const ports = side === 'output' ? type.inputs : type.outputs;
+        const port = fittingPort(ports, components, opposite);
+        const { width } = shapeFor(type.label, id, type.inputs, type.outputs);
+        const top = portTop(port ? ports.indexOf(port) : 0);
+        return { x: side === 'output' ? point.x : point.x - width, y: point.y - top };
+    }
     if (placement.kind !== 'behind') return point;
     const node = nodeById(document, placement.node);
     if (!node) return point;

@@ -22,7 +22,9 @@ function widthOf(text: string, points: number): number {
     return Math.min([...text].length, longestName) * points * widthOfCharacter * pixelsPerPoint;
 }
 
-function widthOfPorts(ports: readonly Port[]): number {
+type Labelled = readonly { label: string }[];
+
+function widthOfPorts(ports: Labelled): number {
     return Math.max(0, ...ports.map((port) => widthOf(port.label, 9) + 16 + widthOf('float4', 8)));
 }
 
@@ -30,17 +32,19 @@ export function titleOf(node: NodeState): string {
     return node.title ?? node.record.id;
 }
 
-export function shapeOf(node: NodeState): Shape {
-    const known = shapes.get(node);
-    if (known) return known;
-    const inputs = node.inputs ?? [];
-    const outputs = node.outputs ?? [];
-    const name = node.placeholder ? node.record.id + node.record.type : node.record.id;
-    const header = iconSide + Math.max(widthOf(titleOf(node), 11), widthOf(name, 8));
-    const shape = {
+export function shapeFor(title: string, name: string, inputs: Labelled, outputs: Labelled): Shape {
+    const header = iconSide + Math.max(widthOf(title, 11), widthOf(name, 8));
+    return {
         width: Math.round(Math.max(header, widthOfPorts(inputs) + widthOfPorts(outputs)) + 2 * padding),
         height: headerHeight + Math.max(inputs.length, outputs.length) * rowHeight + padding,
     };
+}
+
+export function shapeOf(node: NodeState): Shape {
+    const known = shapes.get(node);
+    if (known) return known;
+    const name = node.placeholder ? node.record.id + node.record.type : node.record.id;
+    const shape = shapeFor(titleOf(node), name, node.inputs ?? [], node.outputs ?? []);
     shapes.set(node, shape);
     return shape;
 }

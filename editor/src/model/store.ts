@@ -545,6 +545,13 @@ export class Editor {
         if (answer.saved) this.set({ fileChange: null, message: `Saved ${this.snapshot.file}.` });
     }
 
+    /** The whole document as a file has it. */
+    async text(): Promise<string> {
+        const { answer } = await this.connection.request({ do: 'text' });
+        if (answer.error) this.say(describeError(answer));
+        return answer.text ?? '';
+    }
+
     reload(): void {
         void this.change({ do: 'reload' });
     }

@@ -12,7 +12,7 @@ const keys: readonly (readonly [string, string])[] = [
     ['Delete', 'delete; with Ctrl, connect what was before and behind'],
     ['Ctrl + Z, Ctrl + Shift + Z', 'undo, redo'],
     ['Ctrl + C, X, V, D', 'copy, cut, paste, duplicate'],
-    ['Ctrl + S', 'save'],
+    ['Ctrl + S', 'save; with Shift, save a copy'],
     ['Ctrl + F', 'find a node'],
     ['Ctrl + A', 'select all'],
     ['F, A', 'show the selection, show all'],

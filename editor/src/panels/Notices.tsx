@@ -1,19 +1,11 @@
 import { positionOf, type DocumentState } from '../model/document.ts';
 import type { NodeState } from '../model/messages.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
+import { download } from './download.ts';
 
 function hasPlaces(document: DocumentState): boolean {
     const isElsewhere = (node: NodeState) => positionOf(node).x !== 0 || positionOf(node).y !== 0;
     return document.nodes.size < 2 || [...document.nodes.values()].some(isElsewhere);
-}
-
-function download(name: string, text: string): void {
-    const address = URL.createObjectURL(new Blob([text], { type: 'application/json' }));
-    const link = document.createElement('a');
-    link.href = address;
-    link.download = name;
-    link.click();
-    URL.revokeObjectURL(address);
 }
 
 /** What the artist has to decide or to know: the server is gone, the file is another one. */
@@ -38,7 +30,11 @@ export function Notices() {
                 {steps.length > 0 && (
                     <button
                         onClick={() =>
-                            download('unconfirmed.json', JSON.stringify({ version: 1, steps }, null, 2))
+                            download(
+                                'unconfirmed.json',
+                                'application/json',
+                                JSON.stringify({ version: 1, steps }, null, 2),
+                            )
                         }
                     >
                         Download what was not confirmed ({steps.length} steps for “mox apply”)

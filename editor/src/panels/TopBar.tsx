@@ -1,4 +1,15 @@
+import type { Editor } from '../model/store.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
+import { download } from './download.ts';
+
+/** The server writes no other file than the document, so the browser stores the copy. */
+export async function saveCopy(editor: Editor): Promise<void> {
+    const { file } = editor.get();
+    const text = await editor.text();
+    if (text === '') return;
+    download(file.replace(/(\.[^.]*)?$/, '_copy$1'), 'application/xml', text);
+    editor.say('The browser stores the copy; images that it names must be beside it.');
+}
 
 export function TopBar({
     onFind,
@@ -31,6 +42,12 @@ export function TopBar({
             </button>
             <button disabled={!unsaved} onClick={() => void editor.save()}>
                 Save
+            </button>
+            <button
+                title="Store the material as it is now under another name or elsewhere; editing goes on here"
+                onClick={() => void saveCopy(editor)}
+            >
+                Save a copy
             </button>
             <span className="gap" />
             <button onClick={onAdd}>Add</button>

@@ -59,24 +59,34 @@ export function turn(orbit: Orbit, x: number, y: number): Orbit {
     return { ...orbit, longitude: orbit.longitude + x, latitude };
 }
 
-/** What the environment of a material reads, by its names. */
+const keyLight: Vector = [-0.5, 0.6, 0.65];
+const rimLight: Vector = [0.8, 0.5, -0.7];
+const noLight: Vector = [0, 1, 0];
+
+/** What the environment of a material reads, by its names; as the previews have it while the light is 0. */
 export function sceneValues(camera: Camera, light: number, seconds: number): Map<string, readonly number[]> {
-    const direction = normalise([-0.5, 0.6, 0.65]);
-    const turned: Vector = [
-        Math.cos(light) * direction[0] + Math.sin(light) * direction[2],
-        direction[1],
-        Math.cos(light) * direction[2] - Math.sin(light) * direction[0],
+    const turn = ([x, y, z]: Vector): Vector => [
+        Math.cos(light) * x + Math.sin(light) * z,
+        y,
+        Math.cos(light) * z - Math.sin(light) * x,
     ];
+    const directionTo = (place: Vector) => turn(normalise(place));
+    const isFar = 0; // the fourth number of a light that is a direction
+    const lights = [keyLight, rimLight, noLight, noLight];
     const framesPerSecond = 30;
     return new Map<string, readonly number[]>([
         ['world', identity],
         ['worldInverseTranspose', identity],
         ['worldViewProjection', camera.viewProjection],
         ['eyePosition', camera.eye],
-        ['lightDirection', turned],
+        ['lightDirection', directionTo(keyLight)],
         ['lightColour', [0.85, 0.82, 0.76]],
         ['skyColour', [0.22, 0.26, 0.34]],
         ['groundColour', [0.09, 0.08, 0.07]],
+        ['lightPlaces', lights.flatMap((place) => [...directionTo(place), isFar])],
+        ['lightColours', [0.85, 0.82, 0.76, 0.5, 0.55, 0.65, 0, 0, 0, 0, 0, 0]],
+        ['lightLevels', [4]],
+        ['toneMapping', [1]],
         ['frame', [seconds * framesPerSecond]],
         ['time', [seconds]],
     ]);

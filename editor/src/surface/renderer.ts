@@ -2,7 +2,14 @@ import { parameterNumbers, type Parameter } from '../model/parameters.ts';
 import type { Programs, TextureLevels } from '../model/store.ts';
 import { placeCamera, sceneValues, type Orbit } from './camera.ts';
 import { applyModifiers, streamOf, type Mesh } from './meshes.ts';
-import { fillBlock, type Block, type Member, type Reflection } from './uniforms.ts';
+import { fillBlock, type Block, type Member, type Reflection, type Stage } from './uniforms.ts';
+
+/** How a program reads a texture, as far as its document says. */
+interface SamplerState {
+    wrapU?: 'repeat' | 'mirror' | 'clamp';
+    wrapV?: 'repeat' | 'mirror' | 'clamp';
+    filter?: 'nearest' | 'linear' | 'trilinear';
+}
 
 export interface View {
     orbit: Orbit;
@@ -135,8 +142,6 @@ export class Renderer {
             gl.texImage2D(gl.TEXTURE_2D, level, internal, width, height, 0, gl.RGBA, type, texels);
         });
         gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MAX_LEVEL, image.levels.length - 1);
-        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MIN_FILTER, gl.LINEAR_MIPMAP_LINEAR);
-        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MAG_FILTER, gl.LINEAR);
     }
 
     draw(view: View): void {
@@ -186,10 +191,29 @@ export class Renderer {
             for (const sampler of stage.samplers) {
                 gl.activeTexture(gl.TEXTURE0 + sampler.unit);
                 gl.bindTexture(gl.TEXTURE_2D, this.textures.get(sampler.name) ?? null);
+                this.setSampler(sampler);
             }
         }
         gl.bindVertexArray(this.streams);
         gl.drawElements(gl.TRIANGLES, this.mesh!.indices.length, gl.UNSIGNED_SHORT, 0);
+    }
+
+    /** Sets how the texture that is bound is read. The rows of an environment's panorama do not go around. */
+    private setSampler(sampler: Stage['samplers'][number] & SamplerState): void {
+        const { gl } = this;
+        const wraps = { repeat: gl.REPEAT, mirror: gl.MIRRORED_REPEAT, clamp: gl.CLAMP_TO_EDGE };
+        const { wrapU = 'repeat', filter = 'trilinear' } = sampler;
+        const wrapV = sampler.wrapV ?? (sampler.environment === undefined ? 'repeat' : 'clamp');
+        const isSmooth = filter !== 'nearest';
+        const smallFilters = {
+            nearest: gl.NEAREST_MIPMAP_NEAREST,
+            linear: gl.LINEAR_MIPMAP_NEAREST,
+            trilinear: gl.LINEAR_MIPMAP_LINEAR,
+        };
+        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_WRAP_S, wraps[wrapU]);
+        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_WRAP_T, wraps[wrapV]);
+        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MIN_FILTER, smallFilters[filter]);
+        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MAG_FILTER, isSmooth ? gl.LINEAR : gl.NEAREST);
     }
 
     private fill(block: Block, values: (member: Member) => readonly number[] | undefined): void {
