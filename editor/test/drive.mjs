@@ -52,8 +52,12 @@ export async function open(browser, address, { dist, ...options } = {}) {
 
 /** Waits until the picture shows the document as it is. */
 export async function settle(page) {
-    await page.waitForFunction(() => {
-        const { programs, isPictureStale } = window.moxEditor.get();
-        return programs !== null && !isPictureStale && window.moxPicture.isReady();
-    });
+    await page.waitForFunction(
+        () => {
+            const { programs, isPictureStale } = window.moxEditor.get();
+            return programs !== null && !isPictureStale && window.moxPicture.isReady();
+        },
+        null,
+        { timeout: 90000 },
+    );
 }
