@@ -25,7 +25,7 @@ int main(int argumentCount, char** arguments)
             throw std::invalid_argument("usage: mox_bench_peak COUNT DOCUMENT");
         const Mox::Bench::Workshop workshop;
         const std::size_t before = PeakBytes();
-        Mox::Bench::TravelRoad(workshop, arguments[2]);
+        Mox::Bench::TravelRoad(workshop, arguments[2], Mox::Bench::Language::Cg);
         std::cout << (PeakBytes() - before) / std::stoul(arguments[1]) << '\n';
         return 0;
     } catch (const std::exception& error) {

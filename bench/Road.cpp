@@ -5,6 +5,7 @@
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/program/MaterialProgram.h"
+#include "mox/targets/TargetFormat.h"
 
 #include <optional>
 
@@ -15,8 +16,11 @@ Workshop::Workshop() : Environment(Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER)
     Plugins.LoadFolder(MOX_PLUGIN_FOLDER);
 }
 
-RoadTimes TravelRoad(const Workshop& workshop, const std::filesystem::path& document)
+RoadTimes TravelRoad(const Workshop& workshop, const std::filesystem::path& document,
+                     Language language)
 {
+    // A format of its own, as one that has met the program before would not make it again.
+    const Host::TargetFormat essl({Host::CompileTarget::Essl}, Languages::Precision::Full, {});
     RoadTimes times;
     Stopwatch watch;
     std::optional<Host::MaterialDocument> records = Host::ReadMaterialDocument(document);
@@ -30,6 +34,10 @@ RoadTimes TravelRoad(const Workshop& workshop, const std::filesystem::path& docu
     std::optional<Host::CgProgram> program =
         Host::BuildMaterialProgram(*graph, workshop.Environment, {}, *problems);
     times.Write = watch.Lap();
+    if (language == Language::Essl) {
+        const std::vector<std::string> texts = essl.Write(*program, document.string(), *problems);
+        times.Spell = watch.Lap();
+    }
     problems->ThrowFirstError();
     watch.Lap();
     program.reset();

@@ -9,16 +9,17 @@ namespace Mox::Bench {
 
 namespace {
 
-void MeasureRoad(benchmark::State& state, const Workshop& workshop, Shape shape)
+void MeasureRoad(benchmark::State& state, const Workshop& workshop, Shape shape, Language language)
 {
     const std::filesystem::path file = FileOf(shape, static_cast<std::size_t>(state.range(0)));
     RoadTimes sum;
     for ([[maybe_unused]] auto _ : state) {
-        const RoadTimes times = TravelRoad(workshop, file);
+        const RoadTimes times = TravelRoad(workshop, file, language);
         sum.Read += times.Read;
         sum.Load += times.Load;
         sum.Resolve += times.Resolve;
         sum.Write += times.Write;
+        sum.Spell += times.Spell;
         sum.Free += times.Free;
     }
     const double total =
@@ -27,26 +28,34 @@ void MeasureRoad(benchmark::State& state, const Workshop& workshop, Shape shape)
     state.counters["load"] = sum.Load / total;
     state.counters["resolve"] = sum.Resolve / total;
     state.counters["write"] = sum.Write / total;
+    state.counters["spell"] = sum.Spell / total;
     state.counters["free"] = sum.Free / total;
     state.counters["road"] = sum.Total() / total;
+}
+
+void Register(const Workshop& workshop, const std::string& name, const char* word,
+              Language language, std::int64_t most)
+{
+    const Shape shape = ParseShape(word);
+    for (std::int64_t count = 10; count <= most; count *= 10) {
+        auto* benchmark = benchmark::RegisterBenchmark(
+            (name + "/" + word).c_str(), [&workshop, shape, language](benchmark::State& state) {
+                MeasureRoad(state, workshop, shape, language);
+            });
+        benchmark->Arg(count)->Unit(benchmark::kMillisecond);
+        if (count >= 10000)
+            benchmark->Iterations(1);
+    }
 }
 
 } // namespace
 
 void RegisterRoadBenchmarks(const Workshop& workshop)
 {
-    for (const char* word : {"chain", "values", "tree", "fan", "layered"}) {
-        const Shape shape = ParseShape(word);
-        for (std::int64_t count = 10; count <= 100000; count *= 10) {
-            auto* benchmark = benchmark::RegisterBenchmark(
-                (std::string("road/") + word).c_str(), [&workshop, shape](benchmark::State& state) {
-                    MeasureRoad(state, workshop, shape);
-                });
-            benchmark->Arg(count)->Unit(benchmark::kMillisecond);
-            if (count >= 10000)
-                benchmark->Iterations(1);
-        }
-    }
+    for (const char* word : {"chain", "values", "tree", "fan", "layered"})
+        Register(workshop, "road", word, Language::Cg, 100000);
+    for (const char* word : {"chain", "values", "tree", "layered"})
+        Register(workshop, "essl", word, Language::Essl, 10000);
 }
 
 } // namespace Mox::Bench
