@@ -156,8 +156,9 @@ TEST(EditorServer, RandomEditsOfTwoPagesEndWithWhatBothShow)
     constexpr std::size_t mostBytesPerEdit = 4096;
     constexpr std::size_t allocatorBytes = 16U << 20U;
     const auto laterEdits = static_cast<std::size_t>(editCount / 2);
-    if (std::getenv("MOX_RANDOM_EDITS")) // fewer say nothing
+    if (std::getenv("MOX_RANDOM_EDITS")) { // fewer say nothing
         EXPECT_LT(ResidentBytes(), bytesAtHalf + laterEdits * mostBytesPerEdit + allocatorBytes);
+    }
     for (Window& window : windows) { // by now all notices are on their way, before this answer
         window.Send({{"do", "copy"}, {"ids", Json::array()}});
         window.TakeAll();
