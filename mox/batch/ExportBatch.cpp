@@ -19,8 +19,6 @@ namespace {
 
 using Materials::Compose;
 
-constexpr ProblemRule exportRule = "export";
-
 /// Of the file that names a material's programs.
 constexpr const char* contentEnding = ".programs";
 

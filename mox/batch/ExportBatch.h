@@ -24,6 +24,9 @@ struct ExportJob
     std::string Output; ///< path of its texts, up to their endings
 };
 
+/// The rule of problems with outputs.
+constexpr ProblemRule exportRule = "export";
+
 /// Folder below the output folder in which programs by content lie.
 constexpr const char* programFolder = "programs";
 

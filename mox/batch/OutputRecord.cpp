@@ -21,7 +21,6 @@ namespace {
 using Materials::Compose;
 using std::filesystem::path;
 
-constexpr ProblemRule exportRule = "export";
 constexpr std::string_view fileName = ".mox-outputs";
 constexpr std::string_view firstLine = "mox outputs 1";
 constexpr std::size_t hashLength = 32;

@@ -16,7 +16,7 @@ using Cg::Operator;
 using Materials::Compose;
 
 /// Keywords, and the functions that texts may call, which no other name may hide. Of all versions.
-const Words& ReservedWords()
+const Words& GlslReservedWords()
 {
     static const Words words = SplitWords(R"(
 active asm atomic_uint attribute bool break buffer bvec2 bvec3 bvec4 case cast centroid class coherent
@@ -67,7 +67,7 @@ class GlslWriter : public Writer
 {
 public:
     GlslWriter(const StageProgram& program, Precision precision, Dialect dialect)
-        : Writer(program, precision, ReservedWords()), _isVulkan(dialect == Dialect::Vulkan),
+        : Writer(program, precision, GlslReservedWords()), _isVulkan(dialect == Dialect::Vulkan),
           _isEssl(dialect == Dialect::Essl)
     {}
 

@@ -16,7 +16,7 @@ using Cg::Statement;
 using Materials::Compose;
 
 /// Keywords, types, and the functions that texts may call, which no other name may hide.
-const Words& ReservedWords()
+const Words& HlslReservedWords()
 {
     static constexpr std::string_view numberTypes =
         "bool double dword float half int min10float min12int min16float min16int min16uint uint";
@@ -62,7 +62,7 @@ class HlslWriter : public Writer
 {
 public:
     HlslWriter(const StageProgram& program, Precision precision)
-        : Writer(program, precision, ReservedWords())
+        : Writer(program, precision, HlslReservedWords())
     {}
 
 protected:

@@ -13,7 +13,7 @@ using Cg::Operator;
 using Materials::Compose;
 
 /// Words of C++ and of Metal's own, and the functions that texts may call.
-const Words& ReservedWords()
+const Words& MslReservedWords()
 {
     static const Words words = SplitWords(R"(
 alignas alignof and and_eq array asm atomic_bool atomic_int atomic_uint auto bitand bitor bool bool2
@@ -47,7 +47,7 @@ class MslWriter : public StructWriter
 {
 public:
     MslWriter(const StageProgram& program, Precision precision)
-        : StructWriter(program, precision, ReservedWords())
+        : StructWriter(program, precision, MslReservedWords())
     {}
 
 protected:

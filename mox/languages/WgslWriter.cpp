@@ -19,7 +19,7 @@ using Cg::Storage;
 using Materials::Compose;
 
 /// Keywords and words kept for later, predeclared types, and functions that texts may call.
-const Words& ReservedWords()
+const Words& WgslReservedWords()
 {
     static const Words words = SplitWords(R"(
 alias break case const const_assert continue continuing default diagnostic discard else enable false fn
@@ -55,7 +55,7 @@ class WgslWriter : public StructWriter
 {
 public:
     WgslWriter(const StageProgram& program, Precision precision)
-        : StructWriter(program, precision, ReservedWords())
+        : StructWriter(program, precision, WgslReservedWords())
     {}
 
 protected:

@@ -51,10 +51,10 @@ void CollectParameters(const std::string& text, bool isVertex,
     }
 }
 
-StageProgram MakeStage(const std::string& text)
+Mox::Host::StageProgram MakeStage(const std::string& text)
 {
     static const std::regex origin(R"re(// node "(.*)")re");
-    StageProgram stage{text, {}};
+    Mox::Host::StageProgram stage{text, {}};
     std::string node;
     std::istringstream stream(text);
     for (std::string line; std::getline(stream, line);) {

@@ -9,11 +9,9 @@ using namespace Mox::Materials;
 
 namespace {
 
-const std::string longText(100, 'x'); ///< too long for a string's own buffer
-
 using PropertyHandle = boost::shared_ptr<GuiProperty>;
 
-std::string Describe(const PropertyHandle& property)
+std::string DescribeProperty(const PropertyHandle& property)
 {
     std::string text = Compose(static_cast<int>(property->Kind), " ", property->Text, " ",
                                property->Integer, " ", property->Floats[0]);
@@ -36,7 +34,7 @@ TEST(AuthoringExhaustion, PropertiesKeepTheirValue)
     const auto plain = [] { return GuiProperty::Create(longText); };
     const auto expect = [](auto make, auto call) {
         ExpectSurvival(
-            make, [&](const PropertyHandle& property) { call(*property); }, Describe);
+            make, [&](const PropertyHandle& property) { call(*property); }, DescribeProperty);
     };
     expect(plain, [](GuiProperty& property) { property.SetString(longText); });
     expect(plain, [](GuiProperty& property) { property.AddNodeTypename(longText); });

@@ -12,8 +12,6 @@ using namespace Mox::Materials;
 
 namespace {
 
-const std::string longText(50, 't'); ///< too long for a string's own buffer
-
 /// A binding in which every field differs from its default.
 boost::shared_ptr<Binding> MakeFull(StreamType type)
 {
@@ -29,7 +27,7 @@ boost::shared_ptr<Binding> MakeFull(StreamType type)
     return binding;
 }
 
-std::string Describe(const boost::shared_ptr<Binding>& binding)
+std::string DescribeBinding(const boost::shared_ptr<Binding>& binding)
 {
     const XmlElement element;
     binding->WriteXml(element.Get());
@@ -51,7 +49,7 @@ TEST(BindingExhaustion, AttributesAreWrittenWhole)
 {
     for (const auto type : {StreamType::Float, StreamType::Texture, StreamType::Uv}) {
         const auto binding = MakeFull(type);
-        const std::string whole = Describe(binding) + " ";
+        const std::string whole = DescribeBinding(binding) + " ";
         const auto expectWhole = [&](const std::string&, const std::string& after) {
             std::istringstream attributes(after);
             for (std::string attribute; std::getline(attributes, attribute);)
@@ -73,8 +71,8 @@ TEST(BindingExhaustion, AttributesAreReadOrReported)
         const XmlElement element;
         MakeFull(type)->WriteXml(element.Get());
         ExpectSurvival([&] { return CreateBinding(type, longText + "2", 3); },
-                       [&](const auto& binding) { binding->ReadXml(element.Get()); }, Describe,
-                       ExpectUsable);
+                       [&](const auto& binding) { binding->ReadXml(element.Get()); },
+                       DescribeBinding, ExpectUsable);
     }
 }
 
@@ -90,7 +88,7 @@ TEST(BindingExhaustion, ValuesAreSetWhole)
 {
     const auto expect = [](StreamType type, auto call) {
         ExpectSurvival([=] { return CreateBinding(type, longText, 3); },
-                       [&](const auto& binding) { call(*binding); }, Describe);
+                       [&](const auto& binding) { call(*binding); }, DescribeBinding);
     };
     const auto setTexts = [](Binding& binding) { binding.SetDefaultText("1.5, 2.5, 3.5, 4.5"); };
     expect(StreamType::Float, setTexts);
@@ -98,7 +96,7 @@ TEST(BindingExhaustion, ValuesAreSetWhole)
     expect(StreamType::Float, [](Binding& binding) { binding.SetCount(100); });
     ExpectSurvival([] { return CreateBinding(StreamType::Position, longText, 1); },
                    [](auto& binding) { binding = CreateBinding(StreamType::Float, "new", 4); },
-                   Describe);
+                   DescribeBinding);
 }
 
 } // namespace

@@ -10,6 +10,9 @@
 #include <new>
 #include <string>
 
+/// Too long for a string's own buffer.
+inline const std::string longText(50, 't');
+
 /// Makes an attempt in which the first allocation fails, then one with the second and so on, until
 /// none fails any more; both with one failure and with all from there on. Expects that nothing
 /// leaks.

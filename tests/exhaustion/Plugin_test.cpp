@@ -20,8 +20,6 @@ using namespace Mox::Materials;
 namespace {
 
 constexpr std::size_t standardProperties = 8;
-const std::string longText(50, 't'); ///< too long for a string's own buffer
-
 using NodeHandle = boost::shared_ptr<GuiNode>;
 using Factory = std::unique_ptr<GuiNodeFactory>;
 

@@ -55,7 +55,6 @@ std::vector<Numbers> MakeFrames()
 
 constexpr Tolerance printed = {
     50.0, "the size of a cell has six digits: up to 5e-6, times the frame's number"};
-constexpr Tolerance exact = {0.0, "floor, and a difference of neighbours"};
 
 /// Where a number of an output comes from.
 struct Source

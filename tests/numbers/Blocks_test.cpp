@@ -32,7 +32,7 @@ const ShaderType shapes[] = {
 };
 
 /// What a program reads at one place, as a vector of four, and what must come out.
-struct Read
+struct BlockRead
 {
     std::string Code;
     Numbers Expected;
@@ -91,7 +91,7 @@ public:
     }
 
     /// The first is the sum of all others, taken in the vertex stage.
-    std::vector<Read> Reads;
+    std::vector<BlockRead> Reads;
 
 private:
     static float NumberAt(const ShaderType& shape, int number)
@@ -126,10 +126,10 @@ private:
 
     void MakeTexts(const std::string& uniforms)
     {
-        Read sum{"pa", {}};
+        BlockRead sum{"pa", {}};
         std::string total = "float4( 0, 0, 0, 0 )";
         std::string choice;
-        for (const Read& read : Reads) {
+        for (const BlockRead& read : Reads) {
             for (std::size_t i = 0; i < sum.Expected.size(); ++i)
                 sum.Expected[i] += read.Expected[i];
             total += Compose(" +\n\t\t", read.Code);

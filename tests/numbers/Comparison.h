@@ -25,6 +25,10 @@ struct Tolerance
     const char* Reason; ///< for people
 };
 
+constexpr Tolerance exact = {0.0, "nothing is rounded"};
+constexpr Tolerance once = {1.0, "one rounding, which may go either way"};
+constexpr Tolerance powered = {8.0, "4 steps each for the logarithm and for the exponential"};
+
 /// Compares results with a reference, counts what was compared, and fails the running test where
 /// they differ.
 class Comparison

@@ -9,8 +9,7 @@ using Mox::Materials::Compose;
 namespace {
 
 constexpr std::size_t caseCount = 256;
-constexpr Tolerance exact = {0.0, "values are copied"};
-constexpr Tolerance printed = {50.0, "text holds six digits: up to 5e-6 of the value"};
+constexpr Tolerance sixDigits = {50.0, "text holds six digits: up to 5e-6 of the value"};
 constexpr const char* precisions[] = {"float", "half"};
 constexpr const char* letters[] = {"x", "y", "z", "w"};
 
@@ -120,7 +119,7 @@ constexpr ConstantKind constantKinds[] = {
 
 TEST_F(CopiedNumbers, OfConstants)
 {
-    Comparison locked("Locked constant", printed);
+    Comparison locked("Locked constant", sixDigits);
     Comparison unlocked("Unlocked constant", {1.0, "the document's digits become a float"});
     for (const ConstantKind& kind : constantKinds) {
         std::vector<float> set;
@@ -149,7 +148,7 @@ TEST_F(CopiedNumbers, OfConstants)
 /// The largest and the smallest values that a locked constant can be asked for.
 TEST_F(CopiedNumbers, OfConstantsOfAllSizes)
 {
-    Comparison comparison("Locked scalar", printed);
+    Comparison comparison("Locked scalar", sixDigits);
     for (const double value : {0.0, -0.0, 1e-30, -1e30, 16777216.0, 1234567.0, 0.000123456}) {
         Compare(
             Compose("node CoreConstant; Constant Type=Scalar; Lock=true; Default Scalar=",

@@ -2,6 +2,7 @@
 
 #include "tests/numbers/NumbersTest.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -25,6 +26,11 @@ struct Arguments
 inline Result Rounded(double value)
 {
     return Expected{value, std::abs(value)};
+}
+
+inline double Saturate(double x)
+{
+    return std::clamp(x, 0.0, 1.0);
 }
 
 inline Result OfScale(double scale, double value)
@@ -51,6 +57,9 @@ struct Port
 };
 
 using Ports = std::vector<Port>;
+
+inline const Port value1 = {"in_value1", "Default Value 1", 0.75};
+inline const Port value2 = {"in_value2", "Default Value 2", -1.5};
 
 struct Function
 {

@@ -5,11 +5,6 @@
 
 namespace {
 
-double Saturate(double x)
-{
-    return std::clamp(x, 0.0, 1.0);
-}
-
 /// A power is made of a logarithm and an exponential, so its error grows with the exponent. Below
 /// zero there is no logarithm, and at zero none that an exponent of zero or less could use.
 Result Power(double base, double exponent)
@@ -117,8 +112,6 @@ Result VividLight(double a, double b)
     return b < 0.5 ? Burn(a, 2.0 * b) : Dodge(a, 2.0 * b - 1.0);
 }
 
-const Port value1 = {"in_value1", "Default Value 1", 0.75};
-const Port value2 = {"in_value2", "Default Value 2", -1.5};
 const Port minimum = {"in_min", "Default Min", -0.5};
 const Port maximum = {"in_max", "Default Max", 1.25};
 const Port oldMinimum = {"in_oldmin", "Default Old Min", 0.125};
@@ -134,8 +127,6 @@ const Ports twoValues = {value1, value2};
 const Ports mixture = {value1, value2, blend};
 const Ports layers = {{"in_value1"}, {"in_value2"}};
 
-constexpr Tolerance exact = {0.0, "nothing is rounded"};
-constexpr Tolerance once = {1.0, "one rounding, which may go either way"};
 constexpr Tolerance below1 = {1.0, "one rounding at most, of numbers below one"};
 constexpr Tolerance mixed = {4.0, "a product and two sums of the scale's size"};
 constexpr Tolerance summed = {4.0, "four products and three sums of the scale's size"};
@@ -143,7 +134,6 @@ constexpr Tolerance several = {4.0, "up to five roundings of at most the scale's
 constexpr Tolerance quotient = {4.0, "a quotient of 2.5 steps and a rounding on either side"};
 constexpr Tolerance divided = {8.0, "a quotient of 2.5 steps before two roundings"};
 constexpr Tolerance smoothed = {8.0, "a cubic before the mixture"};
-constexpr Tolerance powered = {8.0, "4 steps each for the logarithm and for the exponential"};
 
 const Function mathsFunctions[] = {
     {"Multiply", twoValues, once, [](const Arguments& in) { return Rounded(in[0] * in[1]); }},

@@ -9,20 +9,12 @@ using Mox::Materials::Compose;
 
 namespace {
 
-constexpr Tolerance exact = {0.0, "nothing is rounded"};
-constexpr Tolerance once = {1.0, "one rounding, which may go either way"};
-constexpr Tolerance several = {8.0, "several products and sums of the scale's size"};
+constexpr Tolerance products = {8.0, "several products and sums of the scale's size"};
 constexpr Tolerance turned = {64.0, "a sine and a cosine"};
 constexpr Tolerance angles = {4096.0, "devices compute inverse tangents to 4096 steps"};
-constexpr Tolerance powered = {8.0, "4 steps each for the logarithm and for the exponential"};
-constexpr Tolerance divided = {32.0, "quotients before sums"};
+constexpr Tolerance quotients = {32.0, "quotients before sums"};
 
 using Triple = std::array<double, 3>;
-
-double Saturate(double x)
-{
-    return std::clamp(x, 0.0, 1.0);
-}
 
 double Frac(double x)
 {
@@ -111,7 +103,7 @@ const Function uvTransforms[] = {
      once,
      [](const Arguments& in) { return Rounded(in[0] + WayOf(in)); },
      2},
-    {"Scroll", {uv, wayU, wayV, time}, several, Scroll, 2},
+    {"Scroll", {uv, wayU, wayV, time}, products, Scroll, 2},
     {"Rotate", {uv, angle, centreU, centreV}, turned, Rotate, 2},
     {"Polar", {uv, centreU, centreV}, angles, Polar, 2},
 };
@@ -208,19 +200,19 @@ Result Gamma(const Arguments& in)
 }
 
 const Function colourAdjustments[] = {
-    {"Hue", {shown, amount}, divided, Hue, 3},
-    {"Saturation", {colour, amount}, several, Saturation, 3},
-    {"Contrast", {colour, amount}, several, Contrast, 3},
+    {"Hue", {shown, amount}, quotients, Hue, 3},
+    {"Saturation", {colour, amount}, products, Saturation, 3},
+    {"Contrast", {colour, amount}, products, Contrast, 3},
     {"Gamma", {colour, amount}, powered, Gamma, 3},
     {"Luminance",
      {colour},
-     several,
+     products,
      [](const Arguments& in) {
          return OfScale(SumOfSizes(TripleOf(in, 0)), Luminance(TripleOf(in, 0)));
      },
      1},
-    {"Rgb To Hsv", {shown}, divided, RgbToHsv, 3},
-    {"Hsv To Rgb", {colour}, several, HsvToRgb, 3},
+    {"Rgb To Hsv", {shown}, quotients, RgbToHsv, 3},
+    {"Hsv To Rgb", {colour}, products, HsvToRgb, 3},
 };
 
 /// Four colours, each grey, at 0, 1/4, 1/2 and 1.
@@ -246,12 +238,12 @@ Result Ramp(double value, double (*ease)(double))
 const Function ramps[] = {
     {"Linear",
      {{"in_value", "", 0.0, Kind::Connected}},
-     several,
+     products,
      [](const Arguments& in) { return Ramp(in[0], [](double x) { return x; }); },
      3},
     {"Smooth",
      {{"in_value", "", 0.0, Kind::Connected}},
-     several,
+     products,
      [](const Arguments& in) {
          return Ramp(in[0], [](double x) { return x * x * (3.0 - 2.0 * x); });
      },
@@ -263,7 +255,7 @@ const Function ramps[] = {
      3},
 };
 
-const Port scale = {"in_scale", "Default Scale", 2.5, Kind::Scalar};
+const Port frequency = {"in_scale", "Default Scale", 2.5, Kind::Scalar};
 const Port width = {"in_width", "Default Width", 0.75, Kind::Scalar};
 
 Result Checks(const Arguments& in)
@@ -307,12 +299,12 @@ Result Circles(const Arguments& in)
 }
 
 const Function patterns[] = {
-    {"Checks", {uv, scale}, exact, Checks, 1},
-    {"Stripes", {uv, scale, width}, several, Stripes, 1},
-    {"Circles", {uv, scale, width}, several, Circles, 1},
+    {"Checks", {uv, frequency}, exact, Checks, 1},
+    {"Stripes", {uv, frequency, width}, products, Stripes, 1},
+    {"Circles", {uv, frequency, width}, products, Circles, 1},
 };
 
-const Port normal = {"in_normal", "", 0.0, Kind::Vector};
+const Port surfaceNormal = {"in_normal", "", 0.0, Kind::Vector};
 const Port detail = {"in_detail", "", 0.0, Kind::Vector};
 
 Result Direction(const Triple& vector, const Arguments& in)
@@ -323,8 +315,8 @@ Result Direction(const Triple& vector, const Arguments& in)
 
 const Function normals[] = {
     {"Blend",
-     {normal, detail},
-     divided,
+     {surfaceNormal, detail},
+     quotients,
      [](const Arguments& in) -> Result {
          const Triple sum = {in.Ports[0][0] + in.Ports[1][0], in.Ports[0][1] + in.Ports[1][1],
                              in.Ports[0][2] * in.Ports[1][2]};
@@ -335,8 +327,8 @@ const Function normals[] = {
      },
      3},
     {"Strength",
-     {normal, amount},
-     several,
+     {surfaceNormal, amount},
+     products,
      [](const Arguments& in) {
          const double factor = in.Ports[1][0];
          return Direction({in.Ports[0][0] * factor, in.Ports[0][1] * factor, in.Ports[0][2]}, in);
@@ -436,7 +428,7 @@ TEST_F(ImageNumbers, OfNormals)
 TEST_F(ImageNumbers, OfTransforms)
 {
     for (const std::string kind : {"Direction", "Point", "Normal"}) {
-        Comparison comparison("Transform of " + kind, divided);
+        Comparison comparison("Transform of " + kind, quotients);
         for (const Space from : {Space::Object, Space::World, Space::Tangent}) {
             for (const Space to : {Space::Object, Space::World, Space::Tangent}) {
                 RunInputs inputs;
@@ -508,7 +500,7 @@ TEST_F(ImageNumbers, OfTextureReads)
     }
     const std::string node = "node TextureRead; Name=image; sRGB=false; Sharpness=2; Read=";
     const std::string sink = WriteSink("float", "out_colour out_alpha");
-    Comparison level("Level Texture Read", divided);
+    Comparison level("Level Texture Read", quotients);
     Compare(
         node + "Level\nplace Feed:2\nplace.read -> node.in_uv\n" + sink, inputs, 4,
         [&](std::size_t i, std::size_t at) {
@@ -516,7 +508,7 @@ TEST_F(ImageNumbers, OfTextureReads)
             return OfScale(1.0, ReadTexel(from[0], from[1], at));
         },
         level);
-    Comparison sides("Triplanar Texture Read", divided);
+    Comparison sides("Triplanar Texture Read", quotients);
     Compare(
         node +
             "Triplanar\nplace Feed:3\nplace.read -> node.in_position\nnormal Feed:3\n"

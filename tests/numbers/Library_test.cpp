@@ -5,13 +5,10 @@
 
 namespace {
 
-const Port value1 = {"in_value1", "Default Value 1", 0.75};
-const Port value2 = {"in_value2", "Default Value 2", -1.5};
 const Port wide1 = {"in_value1"};
 const Port wide2 = {"in_value2"};
 
-constexpr Tolerance exact = {0.0, "nothing is rounded"};
-constexpr Tolerance quotient = {4.0, "a quotient of 2.5 steps"};
+constexpr Tolerance ratio = {4.0, "a quotient of 2.5 steps"};
 constexpr Tolerance wave = {16.0, "a polynomial, or two of them and a quotient"};
 constexpr Tolerance inverse = {4096.0, "devices compute inverse tangents to 4096 steps"};
 constexpr Tolerance exponential = {8.0, "3 steps, and twice the exponent"};
@@ -89,21 +86,21 @@ Result Logarithm(double base, double x)
 const Function arithmetic[] = {
     {"Divide",
      {value1, value2},
-     quotient,
+     ratio,
      [](const Arguments& in) { return in[1] == 0.0 ? std::nullopt : Rounded(in[0] / in[1]); }},
-    {"Modulo", {value1, value2}, quotient, Modulo},
+    {"Modulo", {value1, value2}, ratio, Modulo},
     {"Reciprocal",
      {value1},
-     quotient,
+     ratio,
      [](const Arguments& in) { return in[0] == 0.0 ? std::nullopt : Rounded(1.0 / in[0]); }},
     {"Negate", {value1}, exact, [](const Arguments& in) { return Rounded(-in[0]); }},
     {"Square Root",
      {value1},
-     quotient,
+     ratio,
      [](const Arguments& in) { return Rounded(std::sqrt(std::max(in[0], 0.0))); }},
     {"Inverse Square Root",
      {value1},
-     quotient,
+     ratio,
      [](const Arguments& in) {
          return in[0] <= 0.0 ? std::nullopt : Rounded(1.0 / std::sqrt(in[0]));
      }},

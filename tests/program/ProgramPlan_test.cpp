@@ -16,7 +16,6 @@ using Mox::Materials::Compose;
 
 namespace {
 
-const ShaderType scalar(ComponentType::Float, 1, 1, 1);
 const ShaderType vector2(ComponentType::Float, 2, 1, 1);
 const ShaderType vector4(ComponentType::Float, 4, 1, 1);
 const ShaderType matrix(ComponentType::Float, 4, 4, 1);
@@ -192,7 +191,7 @@ TEST(ProgramPlan, OfParametersThatPlugInsMake)
                   {textures[0], textures[1], textures[2], textures[3], textures[4], textures[5]});
     });
     tell("copies that cannot cross", [](GraphMaker& graph) {
-        const auto uv = graph.Stream("uv", scalar);
+        const auto uv = graph.Stream("uv", {ComponentType::Float, 1, 1, 1});
         const auto world =
             graph.Function("world", automatic, {graph.Uniform("m", matrix)}, matrix, " = in_0");
         const auto whole = graph.Function("whole", automatic, {uv}, integer, " = int( in_0 )");
@@ -200,7 +199,7 @@ TEST(ProgramPlan, OfParametersThatPlugInsMake)
         graph.End({world, count}, {world, count});
     });
     tell("a value of the vertex stage that cannot cross", [](GraphMaker& graph) {
-        const auto uv = graph.Stream("uv", scalar);
+        const auto uv = graph.Stream("uv", {ComponentType::Float, 1, 1, 1});
         const auto count = graph.Function("count", ShaderLevel::Vertex, {uv}, integer, " = 1");
         graph.End({count}, {count});
     });

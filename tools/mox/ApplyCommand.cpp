@@ -16,7 +16,7 @@ namespace {
 
 using Materials::Compose;
 
-constexpr const char* footer =
+constexpr const char* applyFooter =
     R"(The change is made as a whole or not at all: if one of its steps does not fit,
 nothing is written. What was wrong with the material before is no obstacle.
 docs/json.md describes the form of a change.
@@ -92,7 +92,7 @@ void AddApplyCommand(CLI::App& program, const CommonOptions& common)
         ->type_name("FILE");
     command->add_flag("--force", options->IsForced,
                       "Also replace a document that is read-only or has other hard links");
-    command->footer(footer);
+    command->footer(applyFooter);
     command->callback([options, &common] { Apply(*options, common); });
 }
 

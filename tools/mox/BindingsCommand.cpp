@@ -9,7 +9,7 @@ namespace Mox::Tool {
 
 namespace {
 
-constexpr const char* footer = R"(Examples:
+constexpr const char* bindingsFooter = R"(Examples:
   mox bindings rim.xml > rim.bindings.xml
   mox bindings --read rim.bindings.xml
 )";
@@ -34,7 +34,7 @@ void AddBindingsCommand(CLI::App& program, const CommonOptions& common)
     auto isRead = std::make_shared<bool>(false);
     command->add_option("FILE", *file, "Material document")->type_name("")->required();
     command->add_flag("--read", *isRead, "FILE is a bindings document: read it back");
-    command->footer(footer);
+    command->footer(bindingsFooter);
     command->callback([=, &common] {
         const auto bindings =
             *isRead ? Host::ReadBindings(*file) : BindingsOfMaterial(*file, common);

@@ -14,7 +14,7 @@ namespace Mox::Tool {
 
 namespace {
 
-constexpr const char* footer =
+constexpr const char* catalogueFooter =
     R"(Where the ports hang on a property, those of its other values stand below
 those of a new node, as far as they differ.
 
@@ -56,7 +56,7 @@ void AddCatalogueCommand(CLI::App& program, const CommonOptions& common)
     command
         ->add_option("--icons", *iconFolder, "Also write each type's icon to this folder, as PNG")
         ->type_name("DIR");
-    command->footer(footer);
+    command->footer(catalogueFooter);
     command->callback([=, &common] {
         const Host::PluginSet plugins = LoadPlugins(common);
         Host::ProblemList problems;

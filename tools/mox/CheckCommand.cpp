@@ -13,7 +13,7 @@ namespace Mox::Tool {
 
 namespace {
 
-constexpr const char* footer =
+constexpr const char* checkFooter =
     R"(A folder stands for every material in it and below. All problems of a
 material are found in one go. With --nodes, the node files of those folders
 are checked too, and need no material. The exit status is 1 if there is an
@@ -74,7 +74,7 @@ void AddCheckCommand(CLI::App& program, const CommonOptions& common)
         ->excludes(json);
     command->add_flag("--strict", options->IsStrict, "Warnings count as errors");
     AddEnvironmentOption(*command, options->Environment);
-    command->footer(footer);
+    command->footer(checkFooter);
     command->callback([options, &common] { Check(*options, common); });
 }
 

@@ -7,7 +7,7 @@ namespace Mox::Tool {
 
 namespace {
 
-constexpr const char* footer = R"(Examples:
+constexpr const char* completionFooter = R"(Examples:
   source <(mox completion bash)
   mox completion bash > ~/.local/share/bash-completion/completions/mox
   mox completion zsh > ~/.zfunc/_mox
@@ -25,7 +25,7 @@ void AddCompletionCommand(CLI::App& program)
         ->type_name("")
         ->required()
         ->check(CLI::IsMember({"bash", "fish", "zsh"}));
-    command->footer(footer);
+    command->footer(completionFooter);
     command->callback([shell, &program] {
         const ProgramHelp help = DescribeProgram(program);
         if (*shell == "bash")

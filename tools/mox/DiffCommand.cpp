@@ -12,7 +12,7 @@ namespace {
 constexpr int differentStatus = 1;
 constexpr int troubleStatus = 2; ///< as people and scripts know it from other comparing programs
 
-constexpr const char* footer =
+constexpr const char* diffFooter =
     R"(The order of nodes, edges and properties does not count, nor how a number is
 written. The exit status is 0 if the materials mean the same, 1 if they differ
 and 2 if one of them cannot be read.
@@ -52,7 +52,7 @@ void AddDiffCommand(CLI::App& program, const CommonOptions& common)
     const auto after = std::make_shared<std::string>();
     command->add_option("BEFORE", *before, "Material document")->type_name("")->required();
     command->add_option("AFTER", *after, "Material document")->type_name("")->required();
-    command->footer(footer);
+    command->footer(diffFooter);
     command->callback([=, &common] { Diff(*before, *after, common); });
 }
 

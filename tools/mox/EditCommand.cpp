@@ -17,7 +17,7 @@ namespace Mox::Tool {
 
 namespace {
 
-constexpr const char* footer =
+constexpr const char* editFooter =
     R"(Prints the address of the editor, which works only on this machine, and opens
 it in a browser. The address contains a secret: whoever knows it can change the
 material. The program ends ten seconds after the last page is closed, or on
@@ -113,7 +113,7 @@ void AddEditCommand(CLI::App& program, const CommonOptions& common)
 #ifdef MOX_HAS_PREVIEW
     AddDecodeOptions(*command, options->Textures.Limits);
 #endif
-    command->footer(footer);
+    command->footer(editFooter);
     command->callback([options, &common] { Edit(*options, common); });
 }
 

@@ -27,7 +27,7 @@ namespace {
 
 using Materials::Compose;
 
-constexpr const char* footer =
+constexpr const char* exportFooter =
     R"(A folder stands for every material in it and below. The texts of a material
 lie under its name in the output folder, and those of a material in a folder
 under the path that it has there. A text that comes out as it is on the disk
@@ -309,7 +309,7 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
     command->add_flag("-q,--quiet", options->IsQuiet,
                       "Print errors and warnings only: neither progress nor a summary");
     AddEnvironmentOption(*command, options->Environment);
-    command->footer(footer);
+    command->footer(exportFooter);
     command->callback([options, &common] { Export(*options, common); });
 }
 

@@ -16,7 +16,7 @@ namespace Mox::Tool {
 
 namespace {
 
-constexpr const char* footer =
+constexpr const char* formatFooter =
     R"(A document in the one form stays as it is when it is written again, and a
 changed value changes one line. Nothing of a document is lost. With --check
 the exit status is 1 if a document is in another form. One that cannot be read
@@ -101,7 +101,7 @@ void AddFormatCommand(CLI::App& program, const CommonOptions& common)
                    "Also replace documents that are read-only or have other hard links")
         ->excludes(check);
     command->add_flag("--tidy", options->IsTidied, "Also lay out the nodes anew");
-    command->footer(footer);
+    command->footer(formatFooter);
     command->callback([=, &common] { FormatDocuments(*options, common); });
 }
 

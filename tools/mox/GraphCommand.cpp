@@ -26,7 +26,7 @@ namespace Mox::Tool {
 
 namespace {
 
-constexpr const char* footer =
+constexpr const char* graphFooter =
     R"(A material with errors is drawn as far as it goes. What is wrong is red, and
 amber where it is only a warning.
 
@@ -178,7 +178,7 @@ void AddGraphCommand(CLI::App& program, const CommonOptions& common)
     static_cast<void>(shader);
 #endif
     AddEnvironmentOption(*command, options->Environment);
-    command->footer(footer);
+    command->footer(graphFooter);
     command->callback([options, &common] { PrintGraph(*options, common); });
 }
 

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr const char* footer = R"(Environment:
+constexpr const char* programFooter = R"(Environment:
   MOX_PLUGIN_PATH  Folders with plug-ins, separated by colons; searched behind those of --plugins and
                    before the one that belongs to the program.
   MOX_NODE_PATH    Folders with node files, likewise; searched after those of --nodes.
@@ -92,7 +92,7 @@ int RunProgram(int argc, char** argv)
 #endif
     AddCompletionCommand(program);
     AddManualCommand(program);
-    program.footer(footer); // commands would inherit it if it came before them
+    program.footer(programFooter); // commands would inherit it if it came before them
     int status = 0;
     try {
         program.parse(argc, argv);

@@ -7,7 +7,7 @@ namespace Mox::Tool {
 
 namespace {
 
-constexpr const char* footer = R"(Examples:
+constexpr const char* manualFooter = R"(Examples:
   mox manual | man -l -
   mox manual > /usr/local/share/man/man1/mox.1
 )";
@@ -17,7 +17,7 @@ constexpr const char* footer = R"(Examples:
 void AddManualCommand(CLI::App& program)
 {
     auto* command = program.add_subcommand("manual", "Print the manual page of this program");
-    command->footer(footer);
+    command->footer(manualFooter);
     command->callback(
         [&program] { std::cout << FormatManualPage(DescribeProgram(program), MOX_VERSION); });
 }

@@ -8,7 +8,7 @@ namespace Mox::Tool {
 
 namespace {
 
-constexpr const char* footer = R"(Examples:
+constexpr const char* newFooter = R"(Examples:
   mox new CoreTexture
   mox new CoreMaths --id rim
 )";
@@ -34,7 +34,7 @@ void AddNewCommand(CLI::App& program, const CommonOptions& common)
         ->type_name("")
         ->required();
     command->add_option("--id", *id, "Id of the node; its name otherwise")->type_name("ID");
-    command->footer(footer);
+    command->footer(newFooter);
     command->callback([=, &common] { PrintNew(*type, *id, common); });
 }
 

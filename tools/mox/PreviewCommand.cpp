@@ -19,7 +19,7 @@ namespace Mox::Tool {
 
 namespace {
 
-constexpr const char* footer =
+constexpr const char* previewFooter =
     R"(Textures whose names are relative lie beside the material. --set takes numbers
 with commas between them for a constant, the last of which counts for all that
 are left out; a file for a texture; and a number for the uv or vertex colour
@@ -165,7 +165,7 @@ void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
         ->allow_extra_args(false);
     AddEnvironmentOption(*command, arguments->Environment);
     AddDecodeOptions(*command, arguments->Files.Limits);
-    command->footer(footer);
+    command->footer(previewFooter);
     command->callback([arguments, &common] { Preview(*arguments, common); });
 }
 
