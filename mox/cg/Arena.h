@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <memory_resource>
 #include <new>
 #include <span>
@@ -27,8 +28,7 @@ public:
         static_assert(std::is_trivially_destructible_v<Node>);
         if (nodes.empty())
             return {};
-        auto* copy =
-            static_cast<Node*>(_memory.allocate(nodes.size() * sizeof(Node), alignof(Node)));
+        Node* copy = std::pmr::polymorphic_allocator<Node>(&_memory).allocate(nodes.size());
         std::uninitialized_copy(nodes.begin(), nodes.end(), copy);
         return {copy, nodes.size()};
     }

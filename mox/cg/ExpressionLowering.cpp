@@ -213,9 +213,9 @@ Expression* ExpressionLowering::LowerCall(Expression* call, bool isResultUsed)
         const auto isSame = [&](const Expression* other) {
             return other->Kind == ExpressionKind::Name && other->Refers == argument->Refers;
         };
-        const bool isDirect =
-            argument->Kind == ExpressionKind::Name && argument->Of == parameter.Of &&
-            std::none_of(call->Operands.begin(), call->Operands.begin() + i, isSame);
+        const bool isDirect = argument->Kind == ExpressionKind::Name &&
+                              argument->Of == parameter.Of &&
+                              std::ranges::none_of(call->Operands.first(i), isSame);
         if (isDirect)
             continue;
         Variable* variable =

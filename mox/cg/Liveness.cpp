@@ -130,12 +130,11 @@ private:
         for (std::size_t i = 0; i < callee.Parameters.size(); ++i) {
             Expression*& argument = value.Operands[i];
             const bool isInput = callee.Parameters[i]->Where == Storage::In;
-            if (needed[i] || argument->Of.IsSampler())
+            const bool isNeeded = needed[i] || argument->Of.IsSampler();
+            if (isNeeded || (isInput && Discards(*argument)))
                 Read(*argument);
-            else if (isInput && !Discards(*argument))
-                argument = _build.Make(ExpressionKind::Construct, argument->Of, {});
             else if (isInput)
-                Read(*argument);
+                argument = _build.Make(ExpressionKind::Construct, argument->Of, {});
         }
     }
 

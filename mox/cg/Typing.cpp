@@ -99,8 +99,8 @@ std::optional<int> ComponentOf(char letter, std::string_view letters)
 
 } // namespace
 
-Expression* Typing::Make(ExpressionKind kind, const Type& type, std::vector<Expression*> operands,
-                         Position where)
+Expression* Typing::Make(ExpressionKind kind, const Type& type,
+                         const std::vector<Expression*>& operands, Position where)
 {
     int depth = 0;
     for (const Expression* operand : operands)

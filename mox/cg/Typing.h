@@ -58,8 +58,8 @@ public:
     Effects Does;
 
 private:
-    Expression* Make(ExpressionKind kind, const Type& type, std::vector<Expression*> operands,
-                     Position where);
+    Expression* Make(ExpressionKind kind, const Type& type,
+                     const std::vector<Expression*>& operands, Position where);
     Expression* MakeBinary(Operator op, const Type& type, Expression* left, Expression* right,
                            Position where);
     Expression* Cast(Expression* value, const Type& type);

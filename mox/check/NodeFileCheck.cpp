@@ -22,7 +22,6 @@ namespace {
 
 using Materials::Compose;
 using Materials::GuiPort;
-using Materials::GuiPropertyKind;
 
 constexpr std::size_t mostSettings = 1024;
 

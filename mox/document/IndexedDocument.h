@@ -56,7 +56,8 @@ private:
                 return false;
             } else {
                 const auto order = std::get<Position>(left) <=> std::get<Position>(right);
-                return order != 0 ? order < 0 : operator()<Position + 1>(left, right);
+                return std::is_neq(order) ? std::is_lt(order) :
+                                          operator()<Position + 1>(left, right);
             }
         }
     };

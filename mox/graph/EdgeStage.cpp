@@ -22,6 +22,7 @@ constexpr int mostCircles = 100;
 std::vector<RightName> NamesOf(const std::vector<Materials::GuiPort>& ports)
 {
     std::vector<RightName> names;
+    names.reserve(ports.size());
     for (const Materials::GuiPort& port : ports)
         names.push_back({port.Name, port.Label});
     return names;

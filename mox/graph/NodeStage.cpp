@@ -132,8 +132,9 @@ std::vector<std::size_t> NodeStage::WithReferrers(const std::vector<std::size_t>
         }
     };
     meet(nodes);
-    for (std::size_t done = 0; done < met.size(); ++done) {
-        const std::size_t index = met[done];
+    std::size_t done = 0;
+    while (done < met.size()) {
+        const std::size_t index = met[done++];
         const std::string& oldId = At(index).Id;
         meet(_document.Referrers(oldId));
         const auto& records = _document.Document().Nodes;
@@ -239,6 +240,7 @@ std::vector<std::size_t> NodeStage::MakeAll(const std::vector<std::size_t>& node
 GraphOrder NodeStage::OrderStaged(const std::vector<std::size_t>& nodes) const
 {
     std::vector<std::vector<std::size_t>> targets;
+    targets.reserve(nodes.size());
     for (const std::size_t index : nodes)
         targets.push_back(TargetsOf(index, At(index), _document.Document().Nodes[index]));
     return Order(nodes, targets);

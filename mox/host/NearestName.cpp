@@ -69,6 +69,7 @@ std::string SuggestName(std::string_view name, const std::vector<RightName>& nam
         return distance;
     };
     std::vector<std::size_t> distances;
+    distances.reserve(names.size());
     for (const RightName& right : names)
         distances.push_back(distanceTo(right));
     const auto nearest = std::min_element(distances.begin(), distances.end());
