@@ -12,7 +12,6 @@ using Cg::Builtin;
 using Cg::Element;
 using Cg::Expression;
 using Cg::ExpressionKind;
-using Cg::Statement;
 using Materials::Compose;
 
 /// Keywords, types, and the functions that texts may call, which no other name may hide.

@@ -9,7 +9,6 @@ namespace {
 using Cg::Builtin;
 using Cg::Element;
 using Cg::Expression;
-using Cg::Operator;
 using Materials::Compose;
 
 /// Words of C++ and of Metal's own, and the functions that texts may call.

@@ -12,7 +12,6 @@ using Cg::ExpressionKind;
 using Cg::Statement;
 using Cg::StatementKind;
 using Cg::Statements;
-using Cg::Storage;
 
 WrittenStage Writer::Write()
 {

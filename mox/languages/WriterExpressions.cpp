@@ -6,7 +6,6 @@
 namespace Mox::Languages {
 
 using Cg::Builtin;
-using Cg::Element;
 using Cg::Expression;
 using Cg::ExpressionKind;
 using Cg::Operator;
