@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::size_t mostBytes = std::size_t(32) << 20;
 
-/// The same for programs of which the same is made, but for the header.
+/// The same for programs of which the same is made, but for the header. It must hold all that a
+/// text or a reflection depends on.
 std::string HashProgram(const CgProgram& program)
 {
     std::vector<std::string> parts{program.Vertex.Text, program.Fragment.Text};
@@ -21,6 +22,14 @@ std::string HashProgram(const CgProgram& program)
                                 parameter.Register.FormatRegister(), " ",
                                 static_cast<int>(parameter.Kind), parameter.IsBinding,
                                 parameter.InVertex, parameter.InFragment));
+        const SamplerState& sampler = parameter.Sampler;
+        for (const std::string* part :
+             {&sampler.WrapU, &sampler.WrapV, &sampler.Filter, &sampler.Anisotropy})
+            parts.push_back(*part);
+    }
+    for (const EnvironmentUniform& uniform : program.Plan.EnvironmentUniforms) {
+        parts.push_back(
+            Compose(uniform.Name, " ", uniform.Type.Format(), " ", static_cast<int>(uniform.Rate)));
     }
     for (const PlannedCrossing& crossing : program.Plan.Crossings) {
         parts.push_back(crossing.Name);
@@ -73,7 +82,7 @@ MadePrograms::Texts MadePrograms::Get(const CgProgram& program, const std::funct
         isMaker = isNew;
     }
     if (!isMaker) {
-        const std::shared_ptr<const Headless> found = made.get();
+        const std::shared_ptr<const Headless>& found = made.get();
         return found ? found->With(program.Header) : make();
     }
     std::shared_ptr<const Headless> result;

@@ -20,13 +20,8 @@ TEST(MadePrograms, MakesEqualProgramsOnce)
 {
     MadePrograms made;
     std::atomic<int> count = 0;
-    const auto get = [&](const std::string& text, const std::string& header,
-                         const char* crossing = nullptr) {
-        CgProgram program = ProgramOf(text, header);
-        if (crossing)
-            program.Plan.Crossings.push_back(
-                {crossing, {ComponentType::Float, 1, 1, 1}, {PlanOperand::Source::Result, 0}, {}});
-        return made.Get(program, [&] {
+    const auto get = [&](const std::string& text, const std::string& header) {
+        return made.Get(ProgramOf(text, header), [&] {
             ++count;
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
             const std::string line = header.empty() ? "" : "// " + header + "\n";
@@ -45,9 +40,34 @@ TEST(MadePrograms, MakesEqualProgramsOnce)
     EXPECT_EQ(count, 1);
     EXPECT_EQ(get("same", "")[0], "#version\nsame");
     EXPECT_EQ(get("other", "one")[0], "#version\n// one\nother");
-    get("same", "one", "facing");
-    get("same", "one", "facing");
-    EXPECT_EQ(count, 4) << "interpolants that are called differently make other programs";
+}
+
+TEST(MadePrograms, TellsApartWhatReflectionsTell)
+{
+    const ShaderType scalar(ComponentType::Float, 1, 1, 1);
+    ProgramPlan plan;
+    plan.Parameters = {{ParameterKind::Sampler, "wall", "wall", {}, {}, true, false, true}};
+    plan.EnvironmentUniforms = {{"time", scalar, UniformRate::Frame}};
+    plan.Crossings = {{"facing", scalar, {PlanOperand::Source::Result, 0}, {}}};
+    MadePrograms made;
+    int count = 0;
+    const auto get = [&] {
+        CgProgram program = ProgramOf("same", "");
+        program.Plan = plan;
+        made.Get(program, [&] { return MadePrograms::Texts{std::to_string(++count)}; });
+        return count;
+    };
+    EXPECT_EQ(get(), 1);
+    SamplerState& sampler = plan.Parameters[0].Sampler;
+    int makings = 1;
+    for (std::string* text : {&plan.Crossings[0].Name, &plan.Parameters[0].Name, &sampler.WrapU,
+                              &sampler.WrapV, &sampler.Filter, &sampler.Anisotropy}) {
+        *text += "other";
+        EXPECT_EQ(get(), ++makings) << *text;
+        EXPECT_EQ(get(), makings);
+    }
+    plan.EnvironmentUniforms[0].Rate = UniformRate::Object;
+    EXPECT_EQ(get(), ++makings);
 }
 
 TEST(MadePrograms, KeepsNoFailuresAndNotEverything)
