@@ -331,7 +331,7 @@ Expression* Typing::SelectElements(Expression* matrix, const Token& name)
     if (matrix->Kind != ExpressionKind::Name)
         throw Failure(name.Where, "several elements can be selected only of a variable");
     const Type vector = VectorType(type.Of, static_cast<int>(elements.size()));
-    return Make(ExpressionKind::Construct, vector, std::move(elements), name.Where);
+    return Make(ExpressionKind::Construct, vector, elements, name.Where);
 }
 
 Expression* Typing::Construct(const Type& type, std::vector<Expression*> parts, Position where)
@@ -351,7 +351,7 @@ Expression* Typing::Construct(const Type& type, std::vector<Expression*> parts, 
     if (components != type.Rows * type.Columns)
         throw Failure(where, Compose(type.Format(), " expects ", type.Rows * type.Columns,
                                      " components, not ", components));
-    return Make(ExpressionKind::Construct, type, std::move(parts), where);
+    return Make(ExpressionKind::Construct, type, parts, where);
 }
 
 Expression* Typing::Aggregate(const Type& type, std::vector<Expression*> parts, Position where)
@@ -367,7 +367,7 @@ Expression* Typing::Aggregate(const Type& type, std::vector<Expression*> parts, 
     for (std::size_t i = 0; i < parts.size(); ++i)
         parts[i] =
             Convert(parts[i], type.IsArray() ? type.Selected() : type.Structure->Members[i].Of);
-    return Make(ExpressionKind::Construct, type, std::move(parts), where);
+    return Make(ExpressionKind::Construct, type, parts, where);
 }
 
 Expression* Typing::Sequence(Expression* first, Expression* second, Position where)
@@ -506,7 +506,7 @@ Expression* Typing::Call(const std::vector<Function*>& overloads,
             Target(arguments[i]);
     }
     Does.Add(best->Does);
-    Expression* call = Make(ExpressionKind::Call, best->Result, std::move(arguments), name.Where);
+    Expression* call = Make(ExpressionKind::Call, best->Result, arguments, name.Where);
     call->Callee = best;
     return call;
 }
@@ -612,7 +612,7 @@ Expression* Typing::CallIntrinsic(const Intrinsic& intrinsic, std::vector<Expres
     default:
         break;
     }
-    Expression* call = Make(ExpressionKind::Intrinsic, result, std::move(arguments), where);
+    Expression* call = Make(ExpressionKind::Intrinsic, result, arguments, where);
     call->Builtin = &intrinsic;
     return call;
 }
@@ -637,8 +637,7 @@ Expression* Typing::Multiply(std::vector<Expression*> arguments, Position where)
         result = VectorType(element, left.Rows);
     for (Expression*& argument : arguments)
         argument = Convert(argument, argument->Of.With(element));
-    Expression* call =
-        Make(ExpressionKind::Intrinsic, result.With(element), std::move(arguments), where);
+    Expression* call = Make(ExpressionKind::Intrinsic, result.With(element), arguments, where);
     call->Builtin = &GetIntrinsic(Builtin::Mul);
     return call;
 }
@@ -667,8 +666,8 @@ Expression* Typing::Read(const TextureRead& read, std::vector<Expression*> argum
                                                        " compares depth, which is not supported"));
         arguments[i] = Convert(arguments[i], VectorType(Element::Float, expected));
     }
-    Expression* call = Make(ExpressionKind::Intrinsic, VectorType(Element::Float, four),
-                            std::move(arguments), name.Where);
+    Expression* call =
+        Make(ExpressionKind::Intrinsic, VectorType(Element::Float, four), arguments, name.Where);
     call->Builtin = isGradient ? &GetIntrinsic(Builtin::ReadGradient) : read.As;
     Does.TakesDerivatives |= !isGradient && read.As->Id != Builtin::ReadAtLevel;
     if (read.Components < four) {
