@@ -130,6 +130,7 @@ template <class Owners>
 auto HandlesOf(const Owners& owners)
 {
     std::vector<std::decay_t<decltype(*owners.front())>> handles;
+    handles.reserve(owners.size());
     for (const auto& owner : owners)
         handles.push_back(*owner);
     return handles;

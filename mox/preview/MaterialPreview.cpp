@@ -20,6 +20,7 @@ struct PreparedMaterial
 {
     CompiledProgram Program;
     PreviewBindings Bindings;
+    bool IsPart; ///< the program shows nodes, so some bindings may be missing
 };
 
 namespace {
@@ -31,29 +32,40 @@ constexpr ProblemRule materialRule = "material";
 constexpr float framesPerSecond = 30.0f;
 constexpr std::size_t bytesPerPixel = 4;
 
-/// Makes the program of what is to be seen: of the material, or of one node.
+/// Makes the program of what is to be seen: of the material, or of nodes.
 class PreviewJob
 {
 public:
     PreviewJob(const PluginSet& plugins, const Environment& environment,
                const ProgramCompiler& compiler, const MaterialDocument& document,
-               const PreviewOptions& options, ProblemList& problems)
-        : _compiler(compiler), _environment(environment), _document(document), _options(options),
-          _problems(problems), _maker([&plugins](const std::string& type, const Place& where) {
-              return type == NodeProbe::TypeName() ? NodeProbe::Create(where)
-                                                   : plugins.CreateNode(type, where);
+               ProblemList& problems)
+        : _compiler(compiler), _environment(environment), _document(document), _problems(problems),
+          _maker([&plugins](const std::string& type, const Place& where) {
+              PluginNode probe = NodeProbe::Create(type, where);
+              return probe ? probe : plugins.CreateNode(type, where);
           })
     {}
 
     /// @returns nothing after an error
-    std::optional<PreparedMaterial> Prepare()
+    std::optional<PreparedMaterial> PrepareMaterial()
     {
-        if (_options.Node.empty())
-            return Finish(Load(_document), _environment);
-        const ProbedOutput output = FindNodeOutput(_document, _options.Node);
-        MaterialGraph graph = Load(CutUpstream(_document, output.Node));
-        AttachProbe(graph, output);
-        return Finish(std::move(graph), MakeProbeEnvironment(_environment));
+        return Finish(Load(_document), _environment, false);
+    }
+
+    /// @param nodes each "id" or "id.port"
+    /// @returns nothing after an error
+    std::optional<PreparedMaterial> PrepareNodes(std::span<const std::string> nodes)
+    {
+        std::vector<ProbedOutput> outputs;
+        outputs.reserve(nodes.size());
+        for (const std::string& node : nodes)
+            outputs.push_back(FindNodeOutput(_document, node));
+        MaterialGraph graph = Load(CutUpstream(_document, outputs));
+        GraphChange probes;
+        for (std::size_t i = 0; i < outputs.size(); ++i)
+            AddProbe(graph, outputs[i], i, probes);
+        graph.Apply(probes);
+        return Finish(std::move(graph), MakeProbeEnvironment(_environment, nodes.size()), true);
     }
 
 private:
@@ -62,7 +74,8 @@ private:
         return LoadMaterial(document, _maker, _problems);
     }
 
-    static void AttachProbe(MaterialGraph& graph, const ProbedOutput& output)
+    static void AddProbe(const MaterialGraph& graph, const ProbedOutput& output, std::size_t number,
+                         GraphChange& probes)
     {
         const GraphNode& node = graph.Nodes()[graph.FindNode(output.Node, {})];
         std::string port = output.Port;
@@ -71,14 +84,16 @@ private:
                 throw HostError(node.Where, "the node has no output that could be shown");
             port = node.Gui.OutputPorts().front().Name;
         }
-        std::string id = NodeProbe::TypeName();
+        const std::string type = NodeProbe::TypeName(number);
+        std::string id = type;
         while (graph.HasId(id))
             id += "_";
-        graph.Apply({{AddNode{{id, NodeProbe::TypeName(), 0, {}}, {}},
-                      AddEdge{{output.Node, port, id, NodeProbe::PortName()}, {}, {}}}});
+        probes.Steps.emplace_back(AddNode{{id, type, 0, {}}, {}});
+        probes.Steps.emplace_back(AddEdge{{output.Node, port, id, NodeProbe::PortName()}, {}, {}});
     }
 
-    std::optional<PreparedMaterial> Finish(MaterialGraph graph, const Environment& environment)
+    std::optional<PreparedMaterial> Finish(MaterialGraph graph, const Environment& environment,
+                                           bool isPart)
     {
         ResolveGraph(graph, _problems);
         ReportCountConflicts(graph, _problems);
@@ -93,13 +108,12 @@ private:
         AppendWithLines(found, graph, _problems);
         if (_problems.HasErrors())
             return std::nullopt;
-        return PreparedMaterial{std::move(compiled), PreviewBindings(graph)};
+        return PreparedMaterial{std::move(compiled), PreviewBindings(graph), isPart};
     }
 
     const ProgramCompiler& _compiler;
     const Environment& _environment;
     const MaterialDocument& _document;
-    const PreviewOptions& _options;
     ProblemList& _problems;
     NodeMaker _maker;
 };
@@ -126,11 +140,11 @@ std::size_t CountNumbers(const CompiledProgram& program, const UniformValues& sc
 }
 
 /// Gives the caller's values to the bindings, or else to what the environment reads.
-void SetValues(const PreviewOptions& options, const CompiledProgram& program,
-               PreviewBindings& bindings, UniformValues& scene)
+void SetValues(const PreviewOptions& options, PreparedMaterial& material, UniformValues& scene)
 {
+    const CompiledProgram& program = material.Program;
     for (const auto& [name, value] : options.Values) {
-        if (bindings.Set(name, value))
+        if (material.Bindings.Set(name, value))
             continue;
         if (FindSceneParameter(program, ParameterKind::Sampler, name))
             continue;
@@ -142,9 +156,8 @@ void SetValues(const PreviewOptions& options, const CompiledProgram& program,
                                             " numbers with commas between them"));
             }
             scene[name] = *numbers;
-        } else if (options.Node.empty()) {
-            // Of a single node only a part of the bindings is known.
-            const std::string known = bindings.ListNames();
+        } else if (!material.IsPart) {
+            const std::string known = material.Bindings.ListNames();
             throw HostError({}, Compose("the material has no binding \"", name, "\"; it has ",
                                         known.empty() ? "none" : known));
         }
@@ -175,7 +188,7 @@ DrawState ReadDrawState(const MaterialDocument& document)
     return state;
 }
 
-void SetFrame(UniformValues& scene, const PreviewOptions& options, std::uint32_t index)
+void SetTime(UniformValues& scene, const PreviewOptions& options, std::uint32_t index)
 {
     const auto offset = static_cast<float>(index);
     const float frame = options.FirstFrame + offset;
@@ -262,22 +275,67 @@ Picture MaterialPreview::RenderMaterial(const MaterialDocument& document, const 
     CheckSize(options);
     std::optional<PreparedMaterial> material;
     try {
-        material =
-            PreviewJob(_plugins, _environment, _compiler, document, options, problems).Prepare();
+        PreviewJob job(_plugins, _environment, _compiler, document, problems);
+        material = options.Node.empty() ? job.PrepareMaterial()
+                                        : job.PrepareNodes(std::span(&options.Node, 1));
     } catch (const HostError& error) {
         problems.Fail(materialRule, error);
     }
     std::vector<Picture> frames;
-    if (material)
-        frames = RenderFrames(*material, document, mesh, options, problems);
+    if (material) {
+        const auto set = [&](UniformValues& scene, std::uint32_t index) {
+            SetTime(scene, options, index);
+            scene[NodeProbe::ChoiceUniform()] = {0.0f};
+        };
+        frames =
+            RenderFrames(*material, document, mesh, options, options.FrameCount, set, problems);
+    }
     if (problems.HasErrors())
         return MakeLoudPattern(options.Width * options.FrameCount, options.Height);
     return JoinPictures(frames);
 }
 
+std::vector<Picture> MaterialPreview::RenderNodes(const MaterialDocument& document,
+                                                  const Mesh& mesh, const PreviewOptions& options,
+                                                  std::span<const std::string> nodes,
+                                                  ProblemList& problems) const
+{
+    if (nodes.empty())
+        return {};
+    CheckSize(options);
+    ProblemList found;
+    std::vector<Picture> pictures;
+    try {
+        PreviewJob job(_plugins, _environment, _compiler, document, found);
+        const auto set = [&](UniformValues& scene, std::uint32_t index) {
+            SetTime(scene, options, 0);
+            scene[NodeProbe::ChoiceUniform()] = {static_cast<float>(index)};
+        };
+        if (auto material = job.PrepareNodes(nodes)) {
+            pictures = RenderFrames(*material, document, mesh, options,
+                                    static_cast<std::uint32_t>(nodes.size()), set, found);
+        }
+    } catch (const HostError& error) {
+        found.Fail(materialRule, error);
+    }
+    if (found.HasErrors() && nodes.size() > 1) {
+        // One of them is at fault, or all together are too many for one program.
+        const std::size_t half = nodes.size() / 2;
+        pictures = RenderNodes(document, mesh, options, nodes.first(half), problems);
+        for (Picture& picture : RenderNodes(document, mesh, options, nodes.subspan(half), problems))
+            pictures.push_back(std::move(picture));
+        return pictures;
+    }
+    problems.Append(found);
+    if (found.HasErrors())
+        return {MakeLoudPattern(options.Width, options.Height)};
+    return pictures;
+}
+
 std::vector<Picture> MaterialPreview::RenderFrames(PreparedMaterial& material,
                                                    const MaterialDocument& document,
                                                    const Mesh& mesh, const PreviewOptions& options,
+                                                   std::uint32_t count, const SetFrame& set,
                                                    ProblemList& problems) const
 {
     const CompiledProgram& program = material.Program;
@@ -285,8 +343,8 @@ std::vector<Picture> MaterialPreview::RenderFrames(PreparedMaterial& material,
                                                     static_cast<float>(options.Height));
     if (!options.Light.empty())
         std::fill(scene["lightColours"].begin(), scene["lightColours"].end(), 0.0f);
-    SetValues(options, program, material.Bindings, scene);
-    SetFrame(scene, options, 0);
+    SetValues(options, material, scene);
+    set(scene, 0);
 
     TextureLoader textures(
         _files, std::filesystem::path(document.File).parent_path(),
@@ -296,7 +354,7 @@ std::vector<Picture> MaterialPreview::RenderFrames(PreparedMaterial& material,
     DrawCall surface =
         BuildDraw(program, {mesh, &material.Bindings, &textures, sceneTextures}, problems);
     surface.Uniforms = FillUniforms(program, &material.Bindings, scene, problems);
-    if (options.Node.empty())
+    if (!material.IsPart)
         surface.State = ReadDrawState(document);
     const DrawCall background = MakeBackground(_background, scene, problems);
     if (problems.HasErrors())
@@ -305,8 +363,8 @@ std::vector<Picture> MaterialPreview::RenderFrames(PreparedMaterial& material,
     Renderer renderer(*_device, options.Width, options.Height, {background, surface});
     constexpr std::size_t surfaceDraw = 1;
     std::vector<Picture> frames;
-    for (std::uint32_t i = 0; i < options.FrameCount; ++i) {
-        SetFrame(scene, options, i);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        set(scene, i);
         for (const DrawUniforms& uniforms :
              FillUniforms(program, &material.Bindings, scene, problems))
             renderer.SetUniforms(surfaceDraw, uniforms);

@@ -12,9 +12,11 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -59,6 +61,15 @@ public:
     Picture RenderMaterial(const MaterialDocument& document, const Mesh& mesh,
                            const PreviewOptions& options, ProblemList& problems) const;
 
+    /// The pictures that RenderMaterial draws of nodes, one after the other, but with one program
+    /// for as many as possible.
+    /// @param nodes each "id" or "id.port"; PreviewOptions::Node is not read
+    /// @param options one frame
+    std::vector<Picture> RenderNodes(const MaterialDocument& document, const Mesh& mesh,
+                                     const PreviewOptions& options,
+                                     std::span<const std::string> nodes,
+                                     ProblemList& problems) const;
+
     /// For people: which device draws.
     std::string DeviceName() const;
 
@@ -66,9 +77,13 @@ public:
     const std::vector<std::string>& ValidationMessages() const;
 
 private:
+    using SetFrame = std::function<void(UniformValues& scene, std::uint32_t index)>;
+
+    /// @param set what differs between pictures
     /// @returns no pictures after an error
     std::vector<Picture> RenderFrames(PreparedMaterial& material, const MaterialDocument& document,
                                       const Mesh& mesh, const PreviewOptions& options,
+                                      std::uint32_t count, const SetFrame& set,
                                       ProblemList& problems) const;
 
     SceneTextures LoadSceneTextures(const CompiledProgram& program, const PreviewOptions& options,

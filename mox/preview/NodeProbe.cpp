@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <string_view>
 
 namespace Mox::Host {
 
@@ -22,7 +23,8 @@ using Materials::GuiPort;
 
 constexpr const char* inputPort = "in_value";
 constexpr const char* outputPort = "out_value";
-constexpr const char* parameterName = "probeColour";
+constexpr std::string_view typePrefix = "NodeProbe";
+constexpr const char* choiceUniform = "probe";
 constexpr std::int32_t parameterFlags = 0;
 
 const ShaderType colourType(ComponentType::Float, 3, 1, 1);
@@ -60,10 +62,17 @@ const char* BodyOf(std::int32_t count)
     }
 }
 
+/// Of the interface parameter that a probe writes.
+std::string ParameterOf(std::string_view number)
+{
+    return Compose("probeColour", number);
+}
+
 class ProbeNode : public GuiNode
 {
 public:
-    ProbeNode() : GuiNode(NodeProbe::TypeName())
+    explicit ProbeNode(const std::string& type)
+        : GuiNode(type), _parameter(ParameterOf(std::string_view(type).substr(typePrefix.size())))
     {
         InputPorts.emplace_back(inputPort, "value");
         InputPorts.back().SetPrecision(ComponentType::Float);
@@ -78,12 +87,15 @@ public:
         builder.AppendCode(BodyOf(port.GetComponentCount()));
         const ShaderNodeHandle function = builder.Build(ShaderLevel::Automatic, "probeCode");
         const ShaderNodeHandle parameter =
-            ShaderNode::CreateInterfaceParameter(parameterName, parameterFlags, colourType);
+            ShaderNode::CreateInterfaceParameter(_parameter, parameterFlags, colourType);
         generator.AddNode(function);
         generator.AddNode(parameter);
         generator.Connect(function, outputPort, parameter, "write");
         RegisterEdges(generator, function);
     }
+
+private:
+    const std::string _parameter;
 };
 
 } // namespace
@@ -98,11 +110,14 @@ ProbedOutput FindNodeOutput(const MaterialDocument& document, const std::string&
     throw HostError(document.File, Compose("there is no node \"", text, "\""));
 }
 
-MaterialDocument CutUpstream(const MaterialDocument& document, const std::string& node)
+MaterialDocument CutUpstream(const MaterialDocument& document,
+                             const std::vector<ProbedOutput>& nodes)
 {
     const auto sources = FindSources(document);
-    std::set<std::string> kept{node};
-    std::vector<std::string> open{node};
+    std::set<std::string> kept;
+    for (const ProbedOutput& output : nodes)
+        kept.insert(output.Node);
+    std::vector<std::string> open(kept.begin(), kept.end());
     while (!open.empty()) {
         const auto [begin, end] = sources.equal_range(open.back());
         open.pop_back();
@@ -113,14 +128,14 @@ MaterialDocument CutUpstream(const MaterialDocument& document, const std::string
     }
     MaterialDocument part = document;
     erase_if(part.Nodes, [&](const DocumentNode& other) { return !kept.contains(other.Id); });
-    // The node's own outputs lead to what is left out.
+    // The nodes' own outputs lead to what is left out.
     erase_if(part.Edges, [&](const DocumentEdge& edge) { return !kept.contains(edge.Head); });
     return part;
 }
 
-const char* NodeProbe::TypeName()
+std::string NodeProbe::TypeName(std::size_t number)
 {
-    return "NodeProbe";
+    return Compose(typePrefix, number);
 }
 
 const char* NodeProbe::PortName()
@@ -128,19 +143,38 @@ const char* NodeProbe::PortName()
     return inputPort;
 }
 
-PluginNode NodeProbe::Create(const Place& where)
+const char* NodeProbe::ChoiceUniform()
 {
-    return PluginNode(boost::make_shared<ProbeNode>(), where);
+    return choiceUniform;
 }
 
-Environment MakeProbeEnvironment(Environment environment)
+PluginNode NodeProbe::Create(const std::string& type, const Place& where)
 {
+    if (!type.starts_with(typePrefix))
+        return {};
+    return PluginNode(boost::make_shared<ProbeNode>(type), where);
+}
+
+Environment MakeProbeEnvironment(Environment environment, std::size_t probes)
+{
+    const ShaderType numberType(ComponentType::Float, 1, 1, 1);
+    std::vector<EnvironmentInput> inputs{
+        {"in_probe", numberType, EnvironmentSource::Uniform, choiceUniform, {}}};
+    std::string body = "float3 colour = float3( 0.0 );\n";
+    for (std::size_t i = 0; i < probes; ++i) {
+        const std::string name = Compose("in_colour", i);
+        inputs.push_back(
+            {name, colourType, EnvironmentSource::Value, ParameterOf(std::to_string(i)), {}});
+        body += Compose("if( in_probe == ", i, ".0 ) colour = ", name, ";\n");
+    }
+    body += "out_value = float4( colour, 1.0 );\n";
+    environment.Uniforms.push_back({choiceUniform, numberType, UniformRate::Frame});
     for (EnvironmentEntry& output : environment.Outputs) {
         if (output.Register->Type != ShaderRegisterType::FragmentColorOut)
             continue;
         output.When.clear();
-        output.Inputs = {{"in_colour", colourType, EnvironmentSource::Value, parameterName, {}}};
-        output.Body = "out_value = float4( in_colour, 1.0 );";
+        output.Inputs = inputs;
+        output.Body = body;
     }
     return environment;
 }

@@ -4,6 +4,10 @@
 #include "mox/host/PluginNode.h"
 #include "mox/program/Environment.h"
 
+#include <cstddef>
+#include <string>
+#include <vector>
+
 namespace Mox::Host {
 
 /// One output of a node. An empty port is the first one.
@@ -17,22 +21,25 @@ struct ProbedOutput
 /// @throws HostError if the document has no such node
 ProbedOutput FindNodeOutput(const MaterialDocument& document, const std::string& text);
 
-/// The part of a document that a node hangs on, the node included, so that a picture of the node
-/// stands though the rest may be broken.
-MaterialDocument CutUpstream(const MaterialDocument& document, const std::string& node);
+/// The part of a document that nodes hang on, these included, so that pictures of the nodes stand
+/// though the rest may be broken.
+MaterialDocument CutUpstream(const MaterialDocument& document,
+                             const std::vector<ProbedOutput>& nodes);
 
-/// The end of a material that shows what a node puts out: hands it as a colour to the environment
-/// of MakeProbeEnvironment. One component becomes grey, two red and green, and of four the first
-/// three count.
+/// An end of a material that shows what a node puts out: hands it as a colour to the environment of
+/// MakeProbeEnvironment. One component becomes grey, two red and green, and of four the first three
+/// count. The probes of a material have numbers from 0.
 struct NodeProbe
 {
-    static const char* TypeName();
-    static const char* PortName(); ///< of the one input
+    static std::string TypeName(std::size_t number);
+    static const char* PortName();      ///< of the one input
+    static const char* ChoiceUniform(); ///< number of the probe that is shown
 
-    static PluginNode Create(const Place& where);
+    /// @returns an empty handle if this is the type of no probe
+    static PluginNode Create(const std::string& type, const Place& where);
 };
 
-/// An environment in which a surface has the colour of a probe, without any light.
-Environment MakeProbeEnvironment(Environment environment);
+/// An environment in which a surface has the colour of one of its probes, without any light.
+Environment MakeProbeEnvironment(Environment environment, std::size_t probes);
 
 } // namespace Mox::Host

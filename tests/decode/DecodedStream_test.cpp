@@ -64,7 +64,7 @@ TEST(DecodedStream, RefusesWhatIsNotAMesh)
         const std::string failure = FailureOf<DecodeError>([&] { Transmit(mesh); });
         EXPECT_NE(failure.find(message), failure.npos) << failure << "\nand not: " << message;
     }
-    const DecodeLimits limits = {.Bytes = 3 * 2 * sizeof(glm::vec3) + 3 * sizeof(std::uint32_t)};
+    const DecodeLimits limits = {.Bytes = 6 * sizeof(glm::vec3) + 3 * sizeof(std::uint32_t)};
     EXPECT_NO_THROW(Transmit(MakeTriangle(), limits));
     EXPECT_THROW(Transmit(MakeTriangle(), {.Bytes = limits.Bytes - 1}), DecodeError);
 }

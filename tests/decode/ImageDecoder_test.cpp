@@ -117,7 +117,7 @@ TEST(ImageDecoder, EveryFormatHasTheSameImage)
         ASSERT_EQ(image.Height, height);
         const bool isUnorm = name == "png" || name == "jpeg";
         ASSERT_EQ(image.Format, isUnorm ? TexelFormat::Unorm8 : TexelFormat::Float);
-        ASSERT_EQ(image.Bytes.size(), width * height * SizeOfTexel(image.Format));
+        ASSERT_EQ(image.Bytes.size(), std::size_t(width) * height * SizeOfTexel(image.Format));
         for (std::size_t i = 0; i < expected.size(); ++i)
             EXPECT_NEAR(ComponentAt(image, i), expected[i], name == "jpeg" ? 0.05f : 0.003f) << i;
     }
@@ -130,8 +130,9 @@ TEST(ImageDecoder, ShowsTheDisplayWindowOfExr)
     ASSERT_EQ(image.Width, width);
     ASSERT_EQ(image.Height, height);
     EXPECT_EQ(ComponentAt(image, 3), 0.0f) << "nothing is stored at the upper left";
-    EXPECT_EQ(ComponentAt(image, (width + 1) * 4), 1.0f);
-    EXPECT_EQ(ComponentAt(image, (width + 8) * 4 + 1), 7.0f / 8) << "the next to last of a row";
+    EXPECT_EQ(ComponentAt(image, std::size_t(width + 1) * 4), 1.0f);
+    EXPECT_EQ(ComponentAt(image, std::size_t(width + 8) * 4 + 1), 7.0f / 8)
+        << "the next to last of a row";
 }
 
 TEST(ImageDecoder, RefusesFilesThatAreCutShort)

@@ -106,7 +106,7 @@ std::string MakeExr(std::uint32_t width, std::uint32_t height, const std::vector
         Imf::RgbaOutputFile file(
             output, Imf::Header(shown, Imath::Box2i(shown.min + shift, shown.max + shift)),
             Imf::WRITE_RGBA);
-        file.setFrameBuffer(pixels.data() - left - top * static_cast<int>(width), 1, width);
+        file.setFrameBuffer(pixels.data() - left - std::ptrdiff_t(top) * width, 1, width);
         file.writePixels(static_cast<int>(height));
     }
     return output.Bytes;

@@ -1,6 +1,7 @@
 #include "mox/Export.h"
 #include "mox/InterfaceVersion.h"
 #include "mox/ShaderError.h"
+#include "mox/Text.h"
 #include "mox/authoring/GuiNodeFactory.h"
 #include "mox/bindings/FloatBinding.h"
 #include "mox/bindings/Material.h"
@@ -277,7 +278,7 @@ public:
     {
         for (const std::string operation : operations) {
             for (const std::string fault : faults)
-                Descriptions.emplace_back(operation + "-" + fault);
+                Descriptions.emplace_back(Compose(operation, "-", fault));
         }
         if (const char* fault = std::getenv("HOSTILE_ROW"))
             Descriptions.push_back(FaultyRow(fault));

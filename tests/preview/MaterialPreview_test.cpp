@@ -235,6 +235,34 @@ TEST_F(MaterialPreviewTest, BindingsMayHaveNamesOfTheEnvironment)
     EXPECT_EQ(draw("position position"), plain);
 }
 
+TEST_F(MaterialPreviewTest, NodesTogetherLookLikeEachAlone)
+{
+    std::string text = "normal SurfaceWorldNormal\nlost NoSuchType\n";
+    std::vector<std::string> nodes{"normal", "lost"};
+    for (int i = 0; i < 20; ++i) { // more than can cross to the fragment stage at once
+        const std::string id = Compose("shade", i);
+        text += Compose(id, " CoreMaths; Execution Level=Vertex; Function=Multiply; ",
+                        "Default Value 2=0.", i, "5\nnormal.read -> ", id, ".in_value1\n");
+        nodes.push_back(id);
+    }
+    MaterialDocument document = MaterialFromText(text);
+    document.File = "material.xml";
+    PreviewOptions options;
+    options.Width = options.Height = 16;
+    ProblemList found;
+    const auto pictures = Get().RenderNodes(document, MakeSphere(), options, nodes, found);
+    ASSERT_EQ(pictures.size(), nodes.size());
+    EXPECT_TRUE(found.HasErrors());
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        options.Node = nodes[i];
+        ProblemList problems;
+        const Picture alone = Get().RenderMaterial(document, MakeSphere(), options, problems);
+        EXPECT_EQ(problems.HasErrors(), nodes[i] == "lost");
+        EXPECT_EQ(pictures[i].Pixels, alone.Pixels) << nodes[i];
+        EXPECT_TRUE(i == 0 || pictures[i].Pixels != pictures[i - 1].Pixels) << nodes[i];
+    }
+}
+
 TEST_F(MaterialPreviewTest, EveryExampleIsDrawn)
 {
     for (const std::filesystem::path& file : ExampleDocuments()) {

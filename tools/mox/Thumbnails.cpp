@@ -5,13 +5,16 @@
 #include "mox/preview/MeshShapes.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace Mox::Tool {
 
 namespace {
 
-/// Each picture warns of the same textures. All else the drawing of the graph says already.
+/// Pictures warn of the same textures. All else the drawing of the graph says already.
 void TakeTextureWarnings(const Host::ProblemList& found, Host::ProblemList& problems)
 {
     for (const Host::Problem& problem : found.Problems()) {
@@ -35,22 +38,29 @@ DrawThumbnails(const std::filesystem::path& file, const Host::MaterialGraph& gra
     const Host::MaterialDocument document = Host::ReadMaterialDocument(file);
     Host::FileDecoder files({limits});
     const Host::MaterialPreview preview(plugins, environment, files);
-    const Host::Mesh plane = Host::MakePlane();
-    const Host::Mesh sphere = Host::MakeSphere();
+    Host::PreviewOptions options;
+    options.Width = size;
+    options.Height = size;
+    Host::ProblemList found;
     std::map<std::string, Host::Picture> thumbnails;
+    std::vector<std::string> parts;
+    std::optional<Host::Picture> whole;
     for (const Host::MaterialGraph::Node& node : graph.Nodes()) {
         if (node.IsPlaceholder)
             continue;
-        const bool isWhole = node.Gui.OutputPorts().empty();
-        Host::PreviewOptions options;
-        options.Width = size;
-        options.Height = size;
-        options.Node = isWhole ? "" : node.Id;
-        Host::ProblemList found;
-        thumbnails.emplace(
-            node.Id, preview.RenderMaterial(document, isWhole ? sphere : plane, options, found));
-        TakeTextureWarnings(found, problems);
+        if (!node.Gui.OutputPorts().empty()) {
+            parts.push_back(node.Id);
+            continue;
+        }
+        if (!whole)
+            whole = preview.RenderMaterial(document, Host::MakeSphere(), options, found);
+        thumbnails.emplace(node.Id, *whole);
     }
+    std::vector<Host::Picture> pictures =
+        preview.RenderNodes(document, Host::MakePlane(), options, parts, found);
+    for (std::size_t i = 0; i < parts.size(); ++i)
+        thumbnails.emplace(parts[i], std::move(pictures[i]));
+    TakeTextureWarnings(found, problems);
     return thumbnails;
 }
 
