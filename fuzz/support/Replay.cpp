@@ -1,6 +1,7 @@
 // Runs a fuzz target over inputs that are known, without the fuzzer. Usage: PROGRAM FILE|FOLDER...
 
 #include <cstdint>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -22,20 +23,28 @@ void Replay(const std::filesystem::path& file)
     ++count;
 }
 
+void ReplayAll(const std::filesystem::path& path)
+{
+    if (!std::filesystem::is_directory(path)) {
+        Replay(path);
+        return;
+    }
+    for (const auto& entry : std::filesystem::directory_iterator(path)) {
+        if (entry.is_regular_file())
+            Replay(entry.path());
+    }
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments)
 {
-    for (int i = 1; i < argumentCount; ++i) {
-        const std::filesystem::path path = arguments[i];
-        if (!std::filesystem::is_directory(path)) {
-            Replay(path);
-            continue;
-        }
-        for (const auto& entry : std::filesystem::directory_iterator(path)) {
-            if (entry.is_regular_file())
-                Replay(entry.path());
-        }
+    try {
+        for (int i = 1; i < argumentCount; ++i)
+            ReplayAll(arguments[i]);
+    } catch (const std::exception& error) {
+        std::cerr << error.what() << "\n";
+        return 1;
     }
     if (count == 0) {
         std::cerr << "there is no input\n";

@@ -220,6 +220,7 @@ TEST_F(BlocksTest, EveryMemberIsReadWhereTheReflectionSays)
     problems.ThrowFirstError();
     const std::vector<RunBlock> blocks = _case.Fill(Json::parse(FormatReflection(compiled)));
     std::vector<DrawUniforms> uniforms;
+    uniforms.reserve(blocks.size());
     for (const RunBlock& block : blocks)
         uniforms.push_back(block.Uniforms);
     const std::vector<Numbers> inputs = CaseDrawer::MakeInputs(1);

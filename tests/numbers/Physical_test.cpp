@@ -47,9 +47,10 @@ std::vector<Sample> SampleLights(double roughness, double cosine)
     const Vector stretched = Normalise({alpha * view.X, 0.0, view.Z});
     std::vector<Sample> samples;
     for (std::size_t i = 0; i < side * side; ++i) {
-        const double radius = std::sqrt((static_cast<double>(i / side) + 0.5) / side);
-        const double angle = 2.0 * std::numbers::pi *
-                             (static_cast<double>(i % side) + 0.25 + (i / side % 2) * 0.5) / side;
+        const std::size_t row = i / side;
+        const double column = static_cast<double>(i % side) + (row % 2 == 0 ? 0.25 : 0.75);
+        const double radius = std::sqrt((static_cast<double>(row) + 0.5) / side);
+        const double angle = 2.0 * std::numbers::pi * column / side;
         const double x = radius * std::cos(angle);
         const double lift = 0.5 * (1.0 + stretched.Z);
         const double y = (1.0 - lift) * std::sqrt(1.0 - x * x) + lift * radius * std::sin(angle);
