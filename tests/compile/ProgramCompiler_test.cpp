@@ -131,7 +131,8 @@ CgProgram WrapFunction(const std::string& function)
                                body, "\tcolour = interpolant0 + ", sum, ";\n}\n"));
 }
 
-TEST(ProgramCompiler, EveryBodyThatANodeWrites)
+/// The functions of all node types in all their modes.
+std::set<std::string> NodeFunctions()
 {
     std::set<std::string> functions;
     static const std::regex pattern(R"(void \w+\([^\n]*\n\{\n[^}]*\n\}\n)");
@@ -144,8 +145,13 @@ TEST(ProgramCompiler, EveryBodyThatANodeWrites)
             functions.insert(it->str());
     }
     EXPECT_GT(functions.size(), 100u);
+    return functions;
+}
+
+TEST(ProgramCompiler, EveryBodyThatANodeWrites)
+{
     const ProgramCompiler compiler;
-    for (const std::string& function : functions) {
+    for (const std::string& function : NodeFunctions()) {
         SCOPED_TRACE(function);
         if (function.find("float( inf )") == std::string::npos)
             CompileAndRecheck(compiler, WrapFunction(function));
@@ -188,31 +194,76 @@ TEST(ProgramCompiler, EveryExample)
     }
 }
 
-TEST(ProgramCompiler, BrowsersTakeEveryExample)
+class BrowserPrograms : public testing::Test
 {
-    if (!HasBrowser())
-        GTEST_SKIP() << "no browser was found";
-    nlohmann::json request;
-    std::vector<std::string> fragments;
-    for (const std::filesystem::path& file : ExampleDocuments()) {
+protected:
+    void SetUp() override
+    {
+        if (!HasBrowser())
+            GTEST_SKIP() << "no browser was found";
+    }
+
+    void Add(const CgProgram& program)
+    {
         ProblemList problems;
-        const CgProgram program = BuildMaterial(ReadMaterialDocument(file), problems);
         const std::vector<TargetProgram> texts =
             Translate(program, {CompileTarget::Essl, CompileTarget::Wgsl},
-                      Mox::Languages::Precision::Full, {}, file.string(), problems)
+                      Mox::Languages::Precision::Full, {}, "test.xml", problems)
                 .Programs;
         ASSERT_FALSE(problems.HasErrors()) << FormatProblems(problems);
         for (std::size_t i = 0; i < texts.size(); i += 2) {
-            request["runs"].push_back({{"language", GetTargetName(texts[i].Target)},
-                                       {"vertex", texts[i].Bytes},
-                                       {"fragment", texts[i + 1].Bytes}});
-            fragments.push_back(texts[i + 1].Bytes);
+            _request["runs"].push_back({{"language", GetTargetName(texts[i].Target)},
+                                        {"vertex", texts[i].Bytes},
+                                        {"fragment", texts[i + 1].Bytes}});
         }
     }
-    const nlohmann::json answers = AskBrowser(request);
-    ASSERT_EQ(answers.size(), fragments.size());
-    for (std::size_t i = 0; i < fragments.size(); ++i)
-        EXPECT_FALSE(answers[i].contains("error")) << answers[i] << "\n" << fragments[i];
+
+    void Add(const MaterialDocument& document)
+    {
+        ProblemList problems;
+        const CgProgram program = BuildMaterial(document, problems);
+        ASSERT_FALSE(problems.HasErrors()) << FormatProblems(problems);
+        Add(program);
+    }
+
+    void ExpectAccepted()
+    {
+        nlohmann::json wrong = _request["runs"].back();
+        wrong["fragment"] = wrong["fragment"].get<std::string>() + "wrong";
+        _request["runs"].push_back(wrong);
+        const nlohmann::json answers = AskBrowser(_request);
+        const nlohmann::json& runs = _request["runs"];
+        ASSERT_EQ(answers.size(), runs.size());
+        EXPECT_TRUE(answers.back().contains("error"));
+        for (std::size_t i = 0; i + 1 < runs.size(); ++i)
+            EXPECT_FALSE(answers[i].contains("error")) << answers[i] << "\n"
+                                                       << runs[i]["fragment"].get<std::string>();
+    }
+
+private:
+    nlohmann::json _request;
+};
+
+TEST_F(BrowserPrograms, OfEveryExample)
+{
+    for (const std::filesystem::path& file : ExampleDocuments())
+        Add(ReadMaterialDocument(file));
+    ExpectAccepted();
+}
+
+TEST_F(BrowserPrograms, OfEveryNodeAndOfAThousand)
+{
+    for (const std::string& function : NodeFunctions()) {
+        if (function.find("float( inf )") == std::string::npos)
+            Add(WrapFunction(function));
+    }
+    std::string chain = "node0 CoreConstant; Name=start\nsurface Surface\n";
+    for (int i = 1; i <= 1000; ++i) {
+        chain += Compose("node", i, " CoreMaths; Function=Multiply; Default Value 2=0.5\nnode",
+                         i - 1, i == 1 ? ".read" : ".out_value", " -> node", i, ".in_value1\n");
+    }
+    Add(MaterialFromText(chain + "node1000.out_value -> surface.in_colour\n"));
+    ExpectAccepted();
 }
 
 /// MOX_RANDOM_MATERIALS in the environment asks for more of them.

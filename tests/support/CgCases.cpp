@@ -1,6 +1,7 @@
 #include "tests/support/CgCases.h"
 
 #include "mox/Text.h"
+#include "tests/support/RandomBody.h"
 
 #include <regex>
 
@@ -298,6 +299,15 @@ std::vector<CgCases> MakeCgCases(const std::function<bool(const std::string&)>& 
          {std::pair(2, 2), std::pair(3, 3), std::pair(4, 4), std::pair(2, 4), std::pair(4, 3)}) {
         AddMatrix(cases, "float", rowCount, columnCount);
         AddMatrix(cases, "half", rowCount, columnCount);
+    }
+    constexpr std::uint32_t bodies = 12;
+    std::uint32_t seed = 0;
+    for (const char* element : {"float", "half"}) {
+        for (int count = 1; count <= 4; ++count) {
+            const std::string type = count == 1 ? element : Compose(element, count);
+            for (std::uint32_t i = 0; i < bodies; ++i)
+                cases.Add(type, element, MakeRandomBody(++seed, count));
+        }
     }
     return cases.Take();
 }

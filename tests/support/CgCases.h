@@ -13,8 +13,8 @@ struct CgCases
     std::string Fragment;
 };
 
-/// Every function, operator and conversion at every type that it takes. Where inputs would be
-/// outside of what is defined, the expression moves them inside.
+/// Every function, operator and conversion at every type that it takes, and random bodies. Where
+/// inputs would be outside of what is defined, the expression moves them inside.
 /// @param isExcluded by name, of those to leave out
 std::vector<CgCases> MakeCgCases(const std::function<bool(const std::string&)>& isExcluded =
                                      [](const std::string&) { return false; });
