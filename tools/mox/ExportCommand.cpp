@@ -119,6 +119,7 @@ std::optional<Host::Depfile> OpenDepfile(const std::filesystem::path& file)
 std::vector<std::filesystem::path> FilesOf(const std::vector<Host::ExportedFile>& outputs)
 {
     std::vector<std::filesystem::path> files;
+    files.reserve(outputs.size());
     for (const Host::ExportedFile& output : outputs)
         files.push_back(output.File);
     return files;
