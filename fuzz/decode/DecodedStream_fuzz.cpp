@@ -34,7 +34,7 @@ void ClaimImage(const TextureImage& image)
     Claim(image.Width > 0 && image.Width <= limits.Side && image.Height > 0 &&
               image.Height <= limits.Side,
           "an image is within its limits");
-    Claim(image.Bytes.size() == image.Width * image.Height * SizeOfTexel(image.Format),
+    Claim(image.Bytes.size() == std::size_t(image.Width) * image.Height * SizeOfTexel(image.Format),
           "an image has all its texels");
 }
 
