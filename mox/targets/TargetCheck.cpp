@@ -74,6 +74,33 @@ std::string NodeOfOutput(const PlannedStage& stage, const PlannedOutput& output)
                                                             : std::string();
 }
 
+/// Cg lets a fragment program read what no vertex program has written, or has written as another
+/// type; no other language does.
+void CheckHandedOver(const ProgramPlan& plan, const std::string& file, ProblemList& problems)
+{
+    const PlannedStage& fragment = plan.StageOf(ProgramStage::Fragment);
+    const std::vector<PlannedOutput>& outputs = plan.StageOf(ProgramStage::Vertex).Outputs;
+    for (std::size_t i = 0; i < fragment.Inputs.size(); ++i) {
+        const PlannedRegister& input = fragment.Inputs[i];
+        if (input.Register.Type != ShaderRegisterType::FragmentTexCoord)
+            continue;
+        const auto writes = [&](const PlannedOutput& output) {
+            return output.Target.Register.Type == ShaderRegisterType::VertexTexCoord &&
+                   output.Target.Register.Index == input.Register.Index;
+        };
+        const auto output = std::find_if(outputs.begin(), outputs.end(), writes);
+        if (output != outputs.end() && output->Target.Type == input.Type)
+            continue;
+        problems.Fail("target", Place(file, 0, NodeOfInput(fragment, i)),
+                      Compose("the register ", input.Register.FormatRegister(), " is read as ",
+                              input.Type.Format(), ", but ",
+                              output == outputs.end()
+                                  ? "nothing writes it"
+                                  : "written as " + output->Target.Type.Format(),
+                              ", which only Cg allows"));
+    }
+}
+
 } // namespace
 
 void CheckTargets(const ProgramPlan& plan, const std::vector<CompileTarget>& targets,
@@ -96,6 +123,8 @@ void CheckTargets(const ProgramPlan& plan, const std::vector<CompileTarget>& tar
         for (const PlannedOutput& output : stage.Outputs)
             checkRegister(output.Target, NodeOfOutput(stage, output));
     }
+    if (!targets.empty())
+        CheckHandedOver(plan, file, problems);
     for (const ProgramParameter& parameter : plan.Parameters) {
         const ComponentType type = parameter.Type.Component;
         check(parameter.Nodes.empty() ? std::string() : parameter.Nodes.front(),

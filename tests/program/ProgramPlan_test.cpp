@@ -155,6 +155,13 @@ TEST(ProgramPlan, OfParametersThatPlugInsMake)
                       "write");
         graph.End({uv}, {uv});
     });
+    tell("two values of the vertex stage in one register", [](GraphMaker& graph) {
+        const auto uv = graph.Stream("uv", vector2);
+        for (const char* name : {"one", "two"})
+            graph.Connect(uv, "read", graph.Output(name, Register::VertexTexCoord, 0, vector2),
+                          "write");
+        graph.End({uv}, {graph.Input("own", Register::FragmentTexCoord, 0, vector2)});
+    });
     tell("two inputs in one register", [](GraphMaker& graph) {
         graph.End({graph.Input("one", Register::VertexAttribute, 0, vector4),
                    graph.Input("two", Register::VertexAttribute, 0, vector2)},

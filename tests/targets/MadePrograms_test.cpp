@@ -46,7 +46,7 @@ TEST(MadePrograms, TellsApartWhatReflectionsTell)
 {
     const ShaderType scalar(ComponentType::Float, 1, 1, 1);
     ProgramPlan plan;
-    plan.Parameters = {{ParameterKind::Sampler, "wall", "wall", {}, {}, true, false, true}};
+    plan.Parameters = {{ParameterKind::Sampler, "wall", "wall", scalar, {}, true, false, true}};
     plan.EnvironmentUniforms = {{"time", scalar, UniformRate::Frame}};
     plan.Crossings = {{"facing", scalar, {PlanOperand::Source::Result, 0}, {}}};
     MadePrograms made;

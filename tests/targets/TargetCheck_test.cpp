@@ -23,7 +23,15 @@ TEST(TargetCheck, SaysWhichNodeNeedsWhatAndWhereItIsMissing)
                                {"picture"}});
     PlannedStage& fragment = plan.StageOf(ProgramStage::Fragment);
     fragment.Inputs = {{ShaderRegister(ShaderRegisterType::FragmentTexCoord, 0), float4, ""},
-                       {ShaderRegister(ShaderRegisterType::FragmentPosition, 0), float4, ""}};
+                       {ShaderRegister(ShaderRegisterType::FragmentPosition, 0), float4, ""},
+                       {ShaderRegister(ShaderRegisterType::FragmentTexCoord, 1), float4, ""},
+                       {ShaderRegister(ShaderRegisterType::FragmentTexCoord, 2), float4, ""}};
+    for (const int width : {4, 2}) {
+        const ShaderRegister place(ShaderRegisterType::VertexTexCoord, width == 4 ? 0 : 1);
+        plan.StageOf(ProgramStage::Vertex)
+            .Outputs.push_back({{place, ShaderType(ComponentType::Float, width, 1, 1), ""},
+                                {PlanOperand::Source::Parameter, 0}});
+    }
     fragment.Calls = {{0, {{PlanOperand::Source::Register, 0}}, {"out_a"}, "first"},
                       {1, {{PlanOperand::Source::Register, 1}}, {"out_b"}, "place"}};
     fragment.Outputs = {{{ShaderRegister(ShaderRegisterType::FragmentColorOut, 0), float4, ""},
@@ -37,6 +45,10 @@ TEST(TargetCheck, SaysWhichNodeNeedsWhatAndWhereItIsMissing)
               "wgsl\n"
               "error target: m.xml: node \"place\": the register DEPTH has no counterpart in hlsl, "
               "wgsl\n"
+              "error target: m.xml: the register TEXCOORD1 is read as float4, but written as "
+              "float2, which only Cg allows\n"
+              "error target: m.xml: the register TEXCOORD2 is read as float4, but nothing writes "
+              "it, which only Cg allows\n"
               "error target: m.xml: node \"picture\": the type samplerRECT of \"map\" has no "
               "counterpart in hlsl, wgsl\n");
 }
