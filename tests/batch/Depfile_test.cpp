@@ -1,3 +1,4 @@
+#include "mox/Text.h"
 #include "mox/batch/Depfile.h"
 #include "tests/support/Failure.h"
 #include "tests/support/GraphText.h"
@@ -114,7 +115,7 @@ TEST(Depfile, MakeReadsEveryName)
         std::string name = names[i].string();
         name = name.starts_with("./") ? name.substr(2) : name;
         const std::string input = "in" + std::to_string(i);
-        expected += "<" + input + "> <>\n<" + name + "> <" + input + ">\n";
+        expected += Mox::Materials::Compose("<", input, "> <>\n<", name, "> <", input, ">\n");
         all += (i > 0 ? " " : "") + name;
     }
     EXPECT_EQ(RunIn(folder, "make -rR all"),

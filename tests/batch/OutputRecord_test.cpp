@@ -29,6 +29,7 @@ protected:
         OutputRecord record(Folder.Path() / "out", layout);
         for (const auto& [document, names] : exported) {
             std::vector<ExportedFile> outputs;
+            outputs.reserve(names.size());
             for (const std::string& name : names)
                 outputs.push_back({Folder.Write("out/" + name, name), HashContent({name}, "")});
             record.Add(Folder.Write("in/" + document), outputs);

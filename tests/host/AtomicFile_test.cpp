@@ -119,9 +119,9 @@ TEST(AtomicFile, FilesThatBelongTogetherAreOfOneProcess)
                             MAP_SHARED | MAP_ANONYMOUS, -1, 0)) std::atomic<int>(0);
     const auto writeAll = [&](const std::string& text) {
         for (int round = 0; round < rounds; ++round) {
-            std::vector<FileContent> contents;
+            std::vector<FileContent> contents(files);
             for (int file = 0; file < files; ++file)
-                contents.push_back({folder.Path() / nameOf(round, file), text});
+                contents[file] = {folder.Path() / nameOf(round, file), text};
             ++*begun;
             while (*begun < processes * (round + 1))
                 std::this_thread::yield();

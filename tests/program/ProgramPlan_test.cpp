@@ -220,10 +220,9 @@ TEST(ProgramPlan, FitsWhateverComponentsFit)
     const auto plan = [](int vectors, int pairs) {
         GraphMaker graph;
         std::vector<ShaderNodeHandle> vertex;
-        std::vector<ShaderNodeHandle> fragment;
+        std::vector<ShaderNodeHandle> fragment(vectors);
         for (int i = 0; i < vectors; ++i)
-            fragment.push_back(
-                graph.Stream(Compose("v", i), ShaderType(ComponentType::Float, 3, 1, 1)));
+            fragment[i] = graph.Stream(Compose("v", i), ShaderType(ComponentType::Float, 3, 1, 1));
         for (int i = 0; i < pairs; ++i) {
             const auto source = graph.Stream(Compose("s", i), vector4);
             for (const char* part : {"xy", "yx", "yy"}) {
