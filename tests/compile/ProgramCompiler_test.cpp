@@ -9,6 +9,7 @@
 #include "tests/compile/SampleProgram.h"
 #include "tests/support/Browser.h"
 #include "tests/support/BuildTree.h"
+#include "tests/support/CgCases.h"
 #include "tests/support/Files.h"
 #include "tests/support/Golden.h"
 #include "tests/support/GraphText.h"
@@ -129,23 +130,6 @@ CgProgram WrapFunction(const std::string& function)
                                "void main( in float4 interpolant0 : TEXCOORD0, "
                                "out half4 colour : COLOR0 )\n",
                                body, "\tcolour = interpolant0 + ", sum, ";\n}\n"));
-}
-
-/// The functions of all node types in all their modes.
-std::set<std::string> NodeFunctions()
-{
-    std::set<std::string> functions;
-    static const std::regex pattern(R"(void \w+\([^\n]*\n\{\n[^}]*\n\}\n)");
-    for (const auto& entry :
-         std::filesystem::recursive_directory_iterator(MOX_TEST_DATA "/nodes")) {
-        if (entry.path().extension() != ".txt")
-            continue;
-        const std::string text = ReadFile(entry.path());
-        for (std::sregex_iterator it(text.begin(), text.end(), pattern), end; it != end; ++it)
-            functions.insert(it->str());
-    }
-    EXPECT_GT(functions.size(), 100u);
-    return functions;
 }
 
 TEST(ProgramCompiler, EveryBodyThatANodeWrites)

@@ -1,8 +1,12 @@
 #include "tests/support/CgCases.h"
 
 #include "mox/Text.h"
+#include "mox/host/File.h"
 #include "tests/support/RandomBody.h"
 
+#include <gtest/gtest.h>
+
+#include <filesystem>
 #include <regex>
 
 using Mox::Materials::Compose;
@@ -201,9 +205,40 @@ public:
                           body.find("Out(") != std::string::npos
                       ? OutFunctions(type)
                       : "";
-        constexpr std::size_t most = 16;
-        if (_current.Names.size() == most)
-            Finish();
+        EndCase();
+    }
+
+    /// A function of a node, whose inputs are above zero, as powers and quotients need it.
+    void Add(const std::string& function)
+    {
+        static const std::regex parameter(R"((in|out) (\w+) (\w+))");
+        static const std::regex head(R"(^void (\w+)\()");
+        if (_isExcluded(function))
+            return;
+        const std::string number = std::to_string(_current.Names.size());
+        _current.Names.push_back(function);
+        _functions += std::regex_replace(function, head, Compose("void f", number, "("));
+        std::string outputs, arguments, sum;
+        std::size_t inputs = 0;
+        const std::string signature = function.substr(0, function.find('\n'));
+        for (std::sregex_iterator it(signature.begin(), signature.end(), parameter), end; it != end;
+             ++it) {
+            const std::string type = (*it)[2];
+            arguments += arguments.empty() ? " " : ", ";
+            if ((*it)[1] == "in") {
+                arguments += Compose("(", type, ")( abs( in_", std::string(1, "abc"[inputs++ % 3]),
+                                     " ) + 0.25 )");
+                continue;
+            }
+            const std::string name = (*it)[3];
+            outputs += Compose("\t", type, " ", name, ";\n");
+            arguments += name;
+            sum += Compose(sum.empty() ? "" : " + ", "wide( ", name, " )");
+        }
+        _functions +=
+            Compose("float4 e", number, "( float4 in_a, float4 in_b, float4 in_c )\n{\n", outputs,
+                    "\tf", number, "(", arguments, " );\n\treturn ", sum, ";\n}\n");
+        EndCase();
     }
 
     std::vector<CgCases> Take()
@@ -214,6 +249,13 @@ public:
     }
 
 private:
+    void EndCase()
+    {
+        constexpr std::size_t most = 16;
+        if (_current.Names.size() == most)
+            Finish();
+    }
+
     void Finish()
     {
         std::string main = "void main( in float4 pa : TEXCOORD0, in float4 pb : TEXCOORD1, "
@@ -284,6 +326,22 @@ void AddMatrix(Collector& cases, const std::string& element, int rowCount, int c
 
 } // namespace
 
+std::set<std::string> NodeFunctions()
+{
+    std::set<std::string> functions;
+    static const std::regex pattern(R"(void \w+\([^\n]*\n\{\n[^}]*\n\}\n)");
+    for (const auto& entry :
+         std::filesystem::recursive_directory_iterator(MOX_TEST_DATA "/nodes")) {
+        if (entry.path().extension() != ".txt")
+            continue;
+        const std::string text = Mox::Host::ReadFile(entry.path());
+        for (std::sregex_iterator it(text.begin(), text.end(), pattern), end; it != end; ++it)
+            functions.insert(it->str());
+    }
+    EXPECT_GT(functions.size(), 100u);
+    return functions;
+}
+
 std::vector<CgCases> MakeCgCases(const std::function<bool(const std::string&)>& isExcluded)
 {
     Collector cases(isExcluded);
@@ -299,6 +357,11 @@ std::vector<CgCases> MakeCgCases(const std::function<bool(const std::string&)>& 
          {std::pair(2, 2), std::pair(3, 3), std::pair(4, 4), std::pair(2, 4), std::pair(4, 3)}) {
         AddMatrix(cases, "float", rowCount, columnCount);
         AddMatrix(cases, "half", rowCount, columnCount);
+    }
+    static const std::regex undefined(R"(sampler|\( inf \)|\( 0 \)[^]*/in_value2)");
+    for (const std::string& function : NodeFunctions()) {
+        if (!std::regex_search(function, undefined))
+            cases.Add(function);
     }
     constexpr std::uint32_t bodies = 12;
     std::uint32_t seed = 0;

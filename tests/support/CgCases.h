@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -13,8 +14,12 @@ struct CgCases
     std::string Fragment;
 };
 
-/// Every function, operator and conversion at every type that it takes, and random bodies. Where
-/// inputs would be outside of what is defined, the expression moves them inside.
+/// The functions of all compiled node types in all their modes.
+std::set<std::string> NodeFunctions();
+
+/// Every function, operator and conversion at every type that it takes, the functions of nodes that
+/// read no textures and divide by no zero, and random bodies. Where inputs would be outside of what
+/// is defined, the expression moves them inside.
 /// @param isExcluded by name, of those to leave out
 std::vector<CgCases> MakeCgCases(const std::function<bool(const std::string&)>& isExcluded =
                                      [](const std::string&) { return false; });
