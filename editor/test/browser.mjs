@@ -448,6 +448,9 @@ test('two windows show one document', async () => {
     await until(right, () => !window.moxEditor.get().document.numbers.has('tint'));
     await right.keyboard.press('Control+z');
     await until(left, () => window.moxEditor.get().document.numbers.has('tint'));
+    // Problems come when the server has looked for them: two textures do not lie beside the copy.
+    for (const page of [left, right])
+        await until(page, () => window.moxEditor.get().problems.length === 2);
     assert.deepEqual(await state(left), await state(right));
     assert.deepEqual([...left.complaints, ...right.complaints], []);
     await left.context().close();
