@@ -24,7 +24,7 @@ using Materials::GuiPort;
 constexpr const char* inputPort = "in_value";
 constexpr const char* outputPort = "out_value";
 constexpr std::string_view typePrefix = "NodeProbe";
-constexpr const char* choiceUniform = "probe";
+constexpr const char* choiceUniform = "moxProbe"; ///< which no environment declares
 constexpr std::int32_t parameterFlags = 0;
 
 const ShaderType colourType(ComponentType::Float, 3, 1, 1);
@@ -150,7 +150,11 @@ const char* NodeProbe::ChoiceUniform()
 
 PluginNode NodeProbe::Create(const std::string& type, const Place& where)
 {
-    if (!type.starts_with(typePrefix))
+    // A plug-in may have types that begin alike.
+    const bool isProbe =
+        type.starts_with(typePrefix) && type.size() > typePrefix.size() &&
+        type.find_first_not_of("0123456789", typePrefix.size()) == std::string::npos;
+    if (!isProbe)
         return {};
     return PluginNode(boost::make_shared<ProbeNode>(type), where);
 }

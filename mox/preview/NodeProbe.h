@@ -21,14 +21,14 @@ struct ProbedOutput
 /// @throws HostError if the document has no such node
 ProbedOutput FindNodeOutput(const MaterialDocument& document, const std::string& text);
 
-/// The part of a document that nodes hang on, these included, so that pictures of the nodes stand
-/// though the rest may be broken.
+/// The part of a document that nodes depend on, these included, so that there are pictures of the
+/// nodes even if the rest is broken.
 MaterialDocument CutUpstream(const MaterialDocument& document,
                              const std::vector<ProbedOutput>& nodes);
 
-/// An end of a material that shows what a node puts out: hands it as a colour to the environment of
-/// MakeProbeEnvironment. One component becomes grey, two red and green, and of four the first three
-/// count. The probes of a material have numbers from 0.
+/// An end of a material that shows the output of a node: passes it as a colour to the environment
+/// of MakeProbeEnvironment. One component becomes grey, two red and green, and of four the first
+/// three count. The probes of a material have numbers from 0.
 struct NodeProbe
 {
     static std::string TypeName(std::size_t number);

@@ -99,17 +99,14 @@ TEST(ProgramCompiler, TextAndParametersMustMeet)
 /// The program that calls one function in each stage with uniforms for its inputs.
 CgProgram WrapFunction(const std::string& function)
 {
-    static const std::regex parameter(R"((in|out) (\w+) (\w+))");
     const std::string name = function.substr(5, function.find('(') - 5);
-    const std::string signature = function.substr(0, function.find('\n'));
     std::string uniforms, locals, arguments, sum = "0.0";
     int unit = 0;
-    for (std::sregex_iterator it(signature.begin(), signature.end(), parameter), end; it != end;
-         ++it) {
-        const std::string type = (*it)[2];
-        const std::string variable = "the_" + (*it)[3].str();
+    for (const CgParameter& parameter : ParametersOf(function)) {
+        const std::string& type = parameter.Type;
+        const std::string variable = "the_" + parameter.Name;
         arguments += (arguments.empty() ? " " : ", ") + variable;
-        if ((*it)[1] == "out") {
+        if (parameter.IsOut) {
             locals += Compose("\t", type, " ", variable, ";\n");
             sum += Compose(" + dot( ", variable, ", ", variable, " )");
         } else if (type.starts_with("sampler")) {

@@ -211,7 +211,6 @@ public:
     /// A function of a node, whose inputs are above zero, as powers and quotients need it.
     void Add(const std::string& function)
     {
-        static const std::regex parameter(R"((in|out) (\w+) (\w+))");
         static const std::regex head(R"(^void (\w+)\()");
         if (_isExcluded(function))
             return;
@@ -220,17 +219,13 @@ public:
         _functions += std::regex_replace(function, head, Compose("void f", number, "("));
         std::string outputs, arguments, sum;
         std::size_t inputs = 0;
-        const std::string signature = function.substr(0, function.find('\n'));
-        for (std::sregex_iterator it(signature.begin(), signature.end(), parameter), end; it != end;
-             ++it) {
-            const std::string type = (*it)[2];
+        for (const auto& [isOut, type, name] : ParametersOf(function)) {
             arguments += arguments.empty() ? " " : ", ";
-            if ((*it)[1] == "in") {
+            if (!isOut) {
                 arguments += Compose("(", type, ")( abs( in_", std::string(1, "abc"[inputs++ % 3]),
                                      " ) + 0.25 )");
                 continue;
             }
-            const std::string name = (*it)[3];
             outputs += Compose("\t", type, " ", name, ";\n");
             arguments += name;
             sum += Compose(sum.empty() ? "" : " + ", "wide( ", name, " )");
@@ -340,6 +335,16 @@ std::set<std::string> NodeFunctions()
     }
     EXPECT_GT(functions.size(), 100u);
     return functions;
+}
+
+std::vector<CgParameter> ParametersOf(const std::string& function)
+{
+    static const std::regex pattern(R"((in|out) (\w+) (\w+))");
+    const std::string head = function.substr(0, function.find('\n'));
+    std::vector<CgParameter> parameters;
+    for (std::sregex_iterator it(head.begin(), head.end(), pattern), end; it != end; ++it)
+        parameters.push_back({(*it)[1] == "out", (*it)[2], (*it)[3]});
+    return parameters;
 }
 
 std::vector<CgCases> MakeCgCases(const std::function<bool(const std::string&)>& isExcluded)

@@ -17,6 +17,16 @@ struct CgCases
 /// The functions of all compiled node types in all their modes.
 std::set<std::string> NodeFunctions();
 
+struct CgParameter
+{
+    bool IsOut;
+    std::string Type;
+    std::string Name;
+};
+
+/// Of the head of a node's function.
+std::vector<CgParameter> ParametersOf(const std::string& function);
+
 /// Every function, operator and conversion at every type that it takes, the functions of nodes that
 /// read no textures and divide by no zero, and random bodies. Where inputs would be outside of what
 /// is defined, the expression moves them inside.

@@ -68,11 +68,9 @@ private:
             if (_random.Below(2) == 0) {
                 const auto after = std::exchange(_locals, before);
                 text += Join({"else { ", Statement(depth - 1), "} "});
-                for (std::size_t i = 0; i < _locals.size(); ++i)
-                    _locals[i].Degree = std::max(_locals[i].Degree, after[i].Degree);
+                RaiseTo(after);
             }
-            for (std::size_t i = 0; i < _locals.size(); ++i)
-                _locals[i].Degree = std::max(_locals[i].Degree, before[i].Degree);
+            RaiseTo(before);
             return text;
         }
         case 6:
@@ -91,6 +89,13 @@ private:
         const std::string text = Join({local.Name, " ", how, " ", Value(degree, 3), "; "});
         local.Degree = std::max(degree, *how == '=' ? 0 : local.Degree);
         return text;
+    }
+
+    /// Each local may be what it was, or what it is in another branch.
+    void RaiseTo(const std::array<Local, 2>& others)
+    {
+        for (std::size_t i = 0; i < _locals.size(); ++i)
+            _locals[i].Degree = std::max(_locals[i].Degree, others[i].Degree);
     }
 
     /// Both locals get the degree of the greater one.
