@@ -5,6 +5,7 @@
 set -euo pipefail
 
 mox=$1
+tests=$(cd "$(dirname "$0")" && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
@@ -76,3 +77,17 @@ grows check Lost "$maths" "$into" ''
 grows check CoreTexture "$referring" '' ''
 grows check CoreMaths "$named" '' "$values"
 grows bindings CoreMaths "$named" '' "$values"
+
+# A hundred node types that are files add at most 5 % to the work of a material that uses none.
+mkdir nodes
+for i in $(seq 100); do
+    sed "s/type=\"TestDetail\"/type=\"Test$i\"/" "$tests/nodes/TestDetail.xml" >"nodes/$i.xml"
+done
+material 10 CoreMaths "$maths" "$chain" '' >m.xml
+without=$(count export m.xml)
+with=$(MOX_NODE_PATH=nodes count export m.xml)
+echo "export: $without instructions, $with with a hundred node files"
+[ $(((with - without) * 20)) -le "$without" ] || {
+    echo "node files that are not used cost too much" >&2
+    exit 1
+}
