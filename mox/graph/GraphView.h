@@ -157,6 +157,8 @@ public:
     /// The nodes that have been touched since the last call; some may have gone.
     std::vector<std::size_t> TakeTouched();
 
+    const std::vector<std::size_t>& Touched() const { return _touched; }
+
 private:
     void Swap(GraphView& other) noexcept;
     void JoinPorts(std::size_t index) noexcept;

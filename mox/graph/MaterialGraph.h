@@ -124,6 +124,9 @@ public:
     /// The nodes that must be resolved again since the last call; some may have gone.
     std::vector<std::size_t> TakeTouched() { return _view.TakeTouched(); }
 
+    /// The same without taking them: empty if the graph is resolved.
+    const std::vector<std::size_t>& Touched() const { return _view.Touched(); }
+
 private:
     GraphView BuildView() const;
     DocumentChange Commit(DocumentEdit& edit, NodeStage& nodes, EdgeStage& edges) noexcept;

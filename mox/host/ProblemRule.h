@@ -52,6 +52,7 @@ inline constexpr std::string_view problemRules[] = {
     "missing-texture",
     "stray-binding",
     // programs
+    "not-resolved",
     "node-failed",
     "edge-failed",
     "no-end",
@@ -80,11 +81,18 @@ inline constexpr std::string_view problemRules[] = {
     "node-twice",
     "node-default",
     "node-code",
+    // environments
+    "environment-file",
+    "environment-code",
+    "environment-value",
+    "environment-hidden",
+    "environment-unused",
     // previews
     "material",
     "preview-stream",
     "preview-uniform",
     "preview-texture",
+    "preview-colour",
 };
 
 /// One of problemRules. A word that is not among them does not compile.

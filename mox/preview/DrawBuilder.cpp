@@ -122,6 +122,13 @@ DrawCall BuildDraw(const CompiledProgram& program, const DrawSources& sources,
     draw.Vertex = TakeShader(program, ProgramStage::Vertex);
     draw.Fragment = TakeShader(program, ProgramStage::Fragment);
     draw.Indices = sources.Geometry.Indices;
+    draw.WritesColour = !program.Fragment.Outputs.empty();
+    if (!draw.WritesColour) {
+        problems.Warn(
+            "preview-colour", {},
+            "the environment writes no colour for this material, so the picture shows the "
+            "background only");
+    }
     for (const StageVariable& input : program.Vertex.Inputs) {
         try {
             MeshStream stream = ReadStream(program.Parameters[*input.Parameter], sources);

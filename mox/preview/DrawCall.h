@@ -66,6 +66,7 @@ struct DrawCall
     std::vector<DrawUniforms> Uniforms;
     std::vector<std::uint32_t> Indices;
     DrawState State;
+    bool WritesColour = true; ///< else the fragment program has no output
 };
 
 } // namespace Mox::Host

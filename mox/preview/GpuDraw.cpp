@@ -330,12 +330,14 @@ void GpuDraw::MakePipeline(const DrawCall& call, vk::RenderPass pass,
         {}, call.State.TestsDepth, call.State.WritesDepth,
         MeaningOf(comparisons, call.State.DepthFunc));
     using Component = vk::ColorComponentFlagBits;
-    const vk::ColorComponentFlags colour = Component::eR | Component::eG | Component::eB;
+    const vk::ColorComponentFlags colour = call.WritesColour
+                                               ? Component::eR | Component::eG | Component::eB
+                                               : vk::ColorComponentFlags();
     const vk::PipelineColorBlendAttachmentState blend(
         call.State.BlendsAlpha, MeaningOf(blendFactors, call.State.SourceBlend),
         MeaningOf(blendFactors, call.State.DestBlend), vk::BlendOp::eAdd, vk::BlendFactor::eOne,
         vk::BlendFactor::eZero, vk::BlendOp::eAdd,
-        call.State.WritesAlpha ? colour | Component::eA : colour);
+        call.WritesColour && call.State.WritesAlpha ? colour | Component::eA : colour);
     const vk::PipelineColorBlendStateCreateInfo blending({}, false, {}, blend);
     const std::array dynamicStates = {vk::DynamicState::eViewport, vk::DynamicState::eScissor};
     const vk::PipelineDynamicStateCreateInfo dynamic({}, dynamicStates);

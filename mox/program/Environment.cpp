@@ -11,7 +11,11 @@
 #include "mox/shader/ShaderNode.h"
 #include "mox/xml/XmlTree.h"
 
+#include <algorithm>
+#include <iterator>
+#include <map>
 #include <sstream>
+#include <utility>
 
 namespace Mox::Host {
 
@@ -30,52 +34,167 @@ std::string Indent(const std::string& body)
     return text;
 }
 
+constexpr const char* manifestName = "environment.xml";
+constexpr std::size_t deepestInclude = 16;
+
+/// What tells a file from others, whatever road leads to it.
+std::filesystem::path IdentityOf(const std::filesystem::path& file)
+{
+    std::error_code error;
+    const auto identity = std::filesystem::weakly_canonical(file, error);
+    return error ? file : identity;
+}
+
+/// The line in which the text of an element begins.
+int FirstLineOf(const XmlTree& element)
+{
+    const std::size_t first = element.Text.find_first_not_of(" \t\r\n");
+    const auto begin = element.Text.begin();
+    const auto end = first == std::string::npos ? begin : std::next(begin, std::ptrdiff_t(first));
+    return element.WhereText.Line - static_cast<int>(std::count(begin, end, '\n'));
+}
+
+/// A file of an environment, with what it includes.
+struct Manifest
+{
+    struct Include
+    {
+        std::size_t Index; ///< of the included one
+        bool WithOutputs;
+    };
+
+    std::vector<EnvironmentEntry> Values;
+    std::vector<EnvironmentEntry> Outputs;
+    std::vector<Include> Includes;
+};
+
 class EnvironmentReader
 {
 public:
-    explicit EnvironmentReader(const std::filesystem::path& folder) : _folder(folder)
+    Environment Read(const std::filesystem::path& folder)
     {
-        _environment.File = folder / "environment.xml";
-        _environment.Files.push_back(_environment.File);
-    }
-
-    Environment Read()
-    {
-        const XmlTree root = ReadXmlTree(_environment.File);
-        if (root.Name != "environment")
-            throw HostError(root.Where, "the root element is not <environment>");
-        if (Attribute(root, "version") != "1")
-            throw HostError(root.Where, "only version 1 of an environment is read");
-        for (const XmlTree& child : ChildrenOf(root)) {
-            if (child.Name == "code")
-                ReadCode(child);
-            else if (child.Name == "value")
-                _environment.Values.push_back(ReadEntry(child));
-            else if (child.Name == "output")
-                ReadOutput(child);
-            else
-                throw HostError(child.Where, "only <code>, <value> and <output> are allowed here");
-        }
+        _environment.File = folder / manifestName;
+        ReadManifest(_environment.File);
+        JoinManifests();
         return std::move(_environment);
     }
 
 private:
+    /// What is included is read first, so that its code stands before what may call it, and its
+    /// uniforms keep their places in the blocks.
+    /// @returns the number of the manifest
+    std::size_t ReadManifest(const std::filesystem::path& file)
+    {
+        const std::filesystem::path identity = IdentityOf(file);
+        if (const auto known = _numbers.find(identity); known != _numbers.end())
+            return known->second;
+        _open.push_back(identity);
+        _environment.Files.push_back(file);
+        const XmlTree root = ReadXmlTree(file);
+        if (root.Name != "environment")
+            throw HostError(root.Where, "the root element is not <environment>");
+        if (Attribute(root, "version") != "1")
+            throw HostError(root.Where, "only version 1 of an environment is read");
+        Manifest manifest;
+        const std::vector<XmlTree>& children = ChildrenOf(root);
+        for (auto child = children.rbegin(); child != children.rend(); ++child) {
+            if (child->Name == "include")
+                manifest.Includes.push_back(ReadInclude(*child));
+        }
+        for (const XmlTree& child : children) {
+            if (child.Name == "code")
+                ReadCode(child);
+            else if (child.Name == "value")
+                manifest.Values.push_back(ReadEntry(child));
+            else if (child.Name == "output")
+                manifest.Outputs.push_back(ReadOutput(child));
+            else if (child.Name != "include")
+                throw HostError(child.Where,
+                                "only <include>, <code>, <value> and <output> are allowed here");
+        }
+        _open.pop_back();
+        _manifests.push_back(std::move(manifest));
+        return _numbers[identity] = _manifests.size() - 1;
+    }
+
+    Manifest::Include ReadInclude(const XmlTree& element)
+    {
+        const std::filesystem::path file = FindFile(element);
+        if (std::find(_open.begin(), _open.end(), IdentityOf(file)) != _open.end())
+            throw HostError(element.Where, "the file includes itself");
+        if (_open.size() == deepestInclude)
+            throw HostError(element.Where, Compose("files include one another more than ",
+                                                   deepestInclude, " deep"));
+        const std::string only = OptionalAttribute(element, "only");
+        if (!only.empty() && only != "values")
+            throw HostError(element.Where, "only is not \"values\"");
+        return {ReadManifest(file), only.empty()};
+    }
+
+    /// Each manifest was numbered after all that it includes, and the first one that it includes
+    /// last. So backwards each comes before all that it includes, on whatever way.
+    void JoinManifests()
+    {
+        std::vector<bool> hasOutputs(_manifests.size());
+        hasOutputs.back() = true;
+        for (std::size_t i = _manifests.size(); i-- > 0;) {
+            Manifest& manifest = _manifests[i];
+            for (const Manifest::Include& include : manifest.Includes) {
+                if (hasOutputs[i] && include.WithOutputs)
+                    hasOutputs[include.Index] = true;
+            }
+            Append(_environment.Values, std::move(manifest.Values));
+            if (hasOutputs[i])
+                Append(_environment.Outputs, std::move(manifest.Outputs));
+        }
+    }
+
+    static void Append(std::vector<EnvironmentEntry>& list, std::vector<EnvironmentEntry> entries)
+    {
+        std::move(entries.begin(), entries.end(), std::back_inserter(list));
+    }
+
     void ReadCode(const XmlTree& element)
     {
-        const std::string fileName = Attribute(element, "file");
-        if (!StaysInFolder(fileName)) {
-            throw HostError(element.Where, Compose("the file \"", fileName,
-                                                   "\" is outside the environment's folder"));
+        const std::filesystem::path file = FindFile(element);
+        const auto [known, isNew] = _code.emplace(IdentityOf(file), _environment.Code.size());
+        if (isNew) {
+            _environment.Code.push_back({{}, ReadFile(file), file, element.Where});
+            _environment.Files.push_back(file);
         }
-        const std::filesystem::path file = _folder / fileName;
-        EnvironmentCode code;
+        std::vector<std::string>& provided = _environment.Code[known->second].Provides;
         std::istringstream names(Attribute(element, "provides"));
         names.exceptions(std::ios::badbit);
-        for (std::string name; names >> name;)
-            code.Provides.push_back(name);
-        code.Text = ReadFile(file);
-        _environment.Files.push_back(file);
-        _environment.Code.push_back(std::move(code));
+        for (std::string name; names >> name;) {
+            if (std::find(provided.begin(), provided.end(), name) == provided.end())
+                provided.push_back(name);
+        }
+    }
+
+    /// The file that an element names, relative to the manifest. A name may lead up, through
+    /// folders that are environments themselves, and nowhere else out of the manifest's folder.
+    static std::filesystem::path FindFile(const XmlTree& element)
+    {
+        const std::filesystem::path name = Attribute(element, "file");
+        std::filesystem::path folder = std::filesystem::path(element.Where.File).parent_path();
+        std::filesystem::path rest;
+        bool isInside = true;
+        for (const std::filesystem::path& part : name) {
+            if (part != ".." || !rest.empty()) {
+                rest /= part;
+                continue;
+            }
+            folder /= part;
+            std::error_code error;
+            isInside = isInside && std::filesystem::exists(folder / manifestName, error);
+        }
+        if (!isInside || !StaysInFolder(rest)) {
+            throw HostError(element.Where, Compose("the file \"", name.string(),
+                                                   "\" is outside the environment's folder"));
+        }
+        const std::filesystem::path file = folder / rest;
+        const std::filesystem::path plain = file.lexically_normal();
+        return IsSameFile(plain, file) ? plain : file;
     }
 
     EnvironmentEntry ReadEntry(const XmlTree& element)
@@ -83,7 +202,7 @@ private:
         EnvironmentEntry entry;
         entry.Name = Attribute(element, "name");
         entry.Type = TypeOf(element);
-        entry.Line = element.Where.Line;
+        entry.Where = element.Where;
         entry.When = ParseConditions(OptionalAttribute(element, "when"));
         for (const Condition& condition : entry.When)
             CheckCondition(element, condition);
@@ -98,7 +217,7 @@ private:
             if (child.Name == "in")
                 entry.Inputs.push_back(ReadInput(child));
             else if (child.Name == "body")
-                entry.Body = ReadBody(child);
+                ReadBody(child, entry);
             else
                 throw HostError(child.Where, "only <in> and <body> are allowed here");
         }
@@ -125,14 +244,15 @@ private:
             throw HostError(element.Where, Compose("render state: ", problem.Message));
     }
 
-    static std::string ReadBody(const XmlTree& element)
+    static void ReadBody(const XmlTree& element, EnvironmentEntry& entry)
     {
         if (!element.Children.empty())
             throw HostError(element.Children.front().Where, "only text is allowed here");
-        return Indent(element.Text);
+        entry.Body = Indent(element.Text);
+        entry.BodyLine = FirstLineOf(element);
     }
 
-    void ReadOutput(const XmlTree& element)
+    EnvironmentEntry ReadOutput(const XmlTree& element)
     {
         EnvironmentEntry entry = ReadEntry(element);
         const std::string word = Attribute(element, "register");
@@ -145,13 +265,17 @@ private:
         else
             throw HostError(element.Where, "register is none of \"VertexPosition\", "
                                            "\"FragmentColorOut\" and \"FragmentDepth\"");
-        _environment.Outputs.push_back(std::move(entry));
+        return entry;
     }
 
     EnvironmentInput ReadInput(const XmlTree& element)
     {
-        EnvironmentInput input{Attribute(element, "name"), TypeOf(element),
-                               EnvironmentSource::Value, "", OptionalAttribute(element, "default")};
+        EnvironmentInput input{Attribute(element, "name"),
+                               TypeOf(element),
+                               EnvironmentSource::Value,
+                               "",
+                               OptionalAttribute(element, "default"),
+                               element.Where};
         RequireCgName(element, input.Name);
         const std::string stream = OptionalAttribute(element, "stream");
         const std::string uniform = OptionalAttribute(element, "uniform");
@@ -236,15 +360,18 @@ private:
         return value;
     }
 
-    std::filesystem::path _folder;
     Environment _environment;
+    std::vector<std::filesystem::path> _open; ///< manifests that are being read
+    std::vector<Manifest> _manifests;
+    std::map<std::filesystem::path, std::size_t> _numbers; ///< of manifests, by their identity
+    std::map<std::filesystem::path, std::size_t> _code;    ///< indices, likewise
 };
 
 } // namespace
 
 Environment ReadEnvironment(const std::filesystem::path& folder)
 {
-    return EnvironmentReader(folder).Read();
+    return EnvironmentReader().Read(folder);
 }
 
 std::filesystem::path DefaultEnvironmentFolder()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mox/host/Condition.h"
+#include "mox/host/HostError.h"
 #include "mox/program/EnvironmentUniform.h"
 #include "mox/shader/ShaderFunction.h"
 #include "mox/shader/ShaderRegister.h"
@@ -29,6 +30,7 @@ struct EnvironmentInput
     EnvironmentSource Source;
     std::string SourceName;
     std::string Default; ///< Cg expression for a value or state that is missing, or nothing
+    Place Where = {};
 };
 
 /// One value or output, with the function that computes it.
@@ -43,7 +45,8 @@ struct EnvironmentEntry
     std::vector<EnvironmentInput> Inputs;
     std::string Body;                       ///< empty if the value is its only input
     std::optional<ShaderRegister> Register; ///< of an output
-    int Line = 0;
+    Place Where;
+    int BodyLine = 0; ///< of the first line of the body
 };
 
 /// Functions that bodies may call.
@@ -51,10 +54,15 @@ struct EnvironmentCode
 {
     std::vector<std::string> Provides; ///< their names
     std::string Text;
+    std::filesystem::path File = {}; ///< from which the text was read
+    Place Where = {};                ///< in the manifest
 };
 
 /// What surrounds every material: values that nodes read by name, and how what a material writes
 /// becomes the position and the colour of a program. Plain data, read from a folder of files.
+///
+/// An environment may include others. Its own values and outputs come before theirs, so that they
+/// replace them; their code and their uniforms come before its own.
 struct Environment
 {
     std::filesystem::path File;               ///< the manifest
@@ -62,10 +70,10 @@ struct Environment
     std::vector<EnvironmentCode> Code;
     std::vector<EnvironmentEntry> Values;
     std::vector<EnvironmentEntry> Outputs;
-    std::vector<EnvironmentUniform> Uniforms; ///< each that an input reads, in the manifest's order
+    std::vector<EnvironmentUniform> Uniforms; ///< each that an input reads, once
 };
 
-/// Reads environment.xml of a folder and the files that it names.
+/// Reads environment.xml of a folder, and the files that it names, each once.
 /// @throws HostError with file and line if a file cannot be read or does not say what it must
 Environment ReadEnvironment(const std::filesystem::path& folder);
 

@@ -20,7 +20,6 @@ using Materials::Compose;
 constexpr std::int32_t environmentFlags = 0;
 constexpr const char* readPort = "read";
 constexpr const char* writePort = "write";
-constexpr const char* outputName = "out_value";
 
 const EnvironmentEntry* FindValue(const Environment& environment, const std::string& name)
 {
@@ -153,7 +152,7 @@ private:
 
     void Feed(const EnvironmentEntry& entry, const ShaderNodeHandle& target)
     {
-        const Place where(_environment.File.string(), entry.Line);
+        const Place& where = entry.Where;
         CallLibrary(where, [&] {
             if (entry.Body.empty()) {
                 const ShaderNodeHandle source = FindSource(entry.Inputs.front());
@@ -167,32 +166,25 @@ private:
             for (const EnvironmentInput& input : entry.Inputs) {
                 if (input.Source == EnvironmentSource::State) {
                     const auto state = _state.find(input.SourceName);
-                    AppendLocal(input, state == _state.end() ? input.Default : state->second,
-                                builder);
+                    builder.AppendCode(
+                        FormatLocal(input, state == _state.end() ? input.Default : state->second));
                 } else if (const ShaderNodeHandle source = FindSource(input)) {
                     builder.AddInput(input.Type, input.Name);
                     sources.emplace_back(source, &input);
                 } else if (!input.Default.empty()) {
-                    AppendLocal(input, input.Default, builder);
+                    builder.AppendCode(FormatLocal(input, input.Default));
                 } else {
                     throw HostError(where, MissingValue(input));
                 }
             }
-            builder.AddOutput(entry.Type, outputName);
+            builder.AddOutput(entry.Type, environmentOutput);
             builder.AppendCode(entry.Body);
             const ShaderNodeHandle function = builder.Build(entry.Level, entry.Name + "Code");
             _generator.AddNode(function);
             for (const auto& [source, input] : sources)
                 _generator.Connect(source, readPort, function, input->Name);
-            _generator.Connect(function, outputName, Enter(target), writePort);
+            _generator.Connect(function, environmentOutput, Enter(target), writePort);
         });
-    }
-
-    static void AppendLocal(const EnvironmentInput& input, const std::string& expression,
-                            ShaderFunctionBuilder& builder)
-    {
-        builder.AppendCode(
-            Compose("\t", input.Type.FormatDeclaration(input.Name), " = ", expression, ";\n"));
     }
 
     static std::string MissingValue(const EnvironmentInput& input)
@@ -252,6 +244,11 @@ private:
 };
 
 } // namespace
+
+std::string FormatLocal(const EnvironmentInput& input, const std::string& expression)
+{
+    return Compose("\t", input.Type.FormatDeclaration(input.Name), " = ", expression, ";\n");
+}
 
 EnvironmentProvider::EnvironmentProvider(const Environment& environment) : _environment(environment)
 {}

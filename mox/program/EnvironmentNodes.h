@@ -7,6 +7,13 @@
 
 namespace Mox::Host {
 
+/// What a body of the environment assigns its result to.
+inline constexpr const char* environmentOutput = "out_value";
+
+/// The statement that gives a body the value of an input that nothing supplies.
+/// @param expression in Cg
+std::string FormatLocal(const EnvironmentInput& input, const std::string& expression);
+
 /// Lets nodes find the environment's values by name, with flags 0. What a node finds is a bare
 /// parameter: it is fed by CompleteShaderGraph, when it is known what the material writes.
 class EnvironmentProvider : public InterfaceNodeProvider

@@ -10,7 +10,9 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <utility>
+#include <vector>
 
 namespace Mox::Host {
 
@@ -36,13 +38,28 @@ void WarnOfSecondEnds(const MaterialGraph& graph, ProblemList& problems)
     }
 }
 
-/// Whether something arrives at an end of the material.
-bool HasEnd(const GeneratedShader& shader)
+/// The ids of the nodes from which something leads to an end of the material, whether the
+/// environment reads it there or not.
+std::set<std::string> FindNodesBeforeEnds(const GeneratedShader& shader)
 {
-    const auto& nodes = shader.Graph.Nodes;
-    return std::any_of(nodes.begin(), nodes.end(), [&](const ShaderNodeHandle& node) {
-        return !shader.Origins.Of(*node).Port.empty();
-    });
+    std::vector<const ShaderNode*> open;
+    for (const ShaderNodeHandle& node : shader.Graph.Nodes) {
+        if (!shader.Origins.Of(*node).Port.empty())
+            open.push_back(node.get());
+    }
+    std::set<const ShaderNode*> seen(open.begin(), open.end());
+    std::set<std::string> ids;
+    while (!open.empty()) {
+        const ShaderNode* node = open.back();
+        open.pop_back();
+        ids.insert(shader.Origins.Of(*node).Node);
+        for (const auto& edge : node->InEdges) {
+            const ShaderNode* tail = edge.lock()->Tail.lock().get();
+            if (seen.insert(tail).second)
+                open.push_back(tail);
+        }
+    }
+    return ids;
 }
 
 std::string FormatHeader(const std::string& file, const std::string& version)
@@ -97,7 +114,10 @@ ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& e
     }
     if (!isComplete)
         return plan; // what only a failed node reads is not dead
-    if (!plan.DeadNodes.empty() && !HasEnd(shader)) {
+    if (plan.DeadNodes.empty())
+        return plan;
+    const std::set<std::string> alive = FindNodesBeforeEnds(shader);
+    if (alive.empty()) {
         problems.Warn(
             "no-end", Place(graph.Document().File),
             "nothing reaches the surface: no edge leads to a node that ends the material, "
@@ -105,8 +125,10 @@ ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& e
         return plan; // which says it of all nodes
     }
     for (const std::string& node : plan.DeadNodes) {
-        problems.Warn("dead-node", graph.Nodes()[graph.FindNode(node, {})].Where,
-                      "nothing of this node reaches the surface");
+        if (!alive.contains(node)) {
+            problems.Warn("dead-node", graph.Nodes()[graph.FindNode(node, {})].Where,
+                          "nothing of this node reaches the surface");
+        }
     }
     return plan;
 }

@@ -1,6 +1,6 @@
 #include "mox/program/ProgramPlanner.h"
 
-#include "mox/Identifier.h"
+#include "mox/program/CalledCode.h"
 #include "mox/program/CgNames.h"
 #include "mox/program/CrossingLayout.h"
 #include "mox/program/ParameterTable.h"
@@ -10,7 +10,6 @@
 #include <map>
 #include <optional>
 #include <set>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -186,24 +185,10 @@ private:
     /// What the bodies of the stage call of the environment's code, and what that calls in turn.
     void CollectCode(ProgramStage stage, const Environment& environment)
     {
-        std::unordered_set<std::string_view> words;
-        const auto read = [&](const std::string& text) {
-            ForEachWord(text, [&](std::string_view word, std::size_t) { words.insert(word); });
-        };
+        std::vector<std::string_view> bodies;
         for (const FunctionUse& use : _plan.StageOf(stage).Functions)
-            read(_plan.Functions[use.Function].Code);
-        std::set<std::size_t> needed;
-        for (bool isGrowing = true; isGrowing;) {
-            isGrowing = false;
-            for (std::size_t i = 0; i < environment.Code.size(); ++i) {
-                const std::vector<std::string>& names = environment.Code[i].Provides;
-                const auto isCalled = [&](const std::string& name) { return words.contains(name); };
-                if (!std::any_of(names.begin(), names.end(), isCalled) || !needed.insert(i).second)
-                    continue;
-                isGrowing = true;
-                read(environment.Code[i].Text);
-            }
-        }
+            bodies.push_back(_plan.Functions[use.Function].Code);
+        const std::set<std::size_t> needed = FindCalledCode(environment.Code, bodies);
         _plan.StageOf(stage).Code.assign(needed.begin(), needed.end());
     }
 

@@ -199,6 +199,14 @@ private:
 
 void GenerateShaderGraph(const MaterialGraph& graph, GeneratedShader& shader, ProblemList& problems)
 {
+    for (const std::size_t node : graph.Touched()) {
+        if (graph.Nodes().Holds(node)) {
+            problems.Fail("not-resolved", graph.Nodes()[node].Where,
+                          "the graph was changed here and has not been resolved since, so no "
+                          "program can be made of it");
+            return;
+        }
+    }
     ShaderGeneration(graph, shader, problems).Generate();
 }
 

@@ -19,7 +19,8 @@ struct GeneratedShader
 /// and joins the results. A node that fails does not keep the others from writing: where its
 /// results are missing stand uniforms, so that what comes next can go on looking for problems.
 /// @param shader has an empty graph; its providers answer what nodes ask for
-/// @param problems takes each node that cannot be exported, and each edge that does not convert
+/// @param problems takes each node that cannot be exported, and each edge that does not convert; or
+///        that the graph is not resolved, and then nothing is written
 void GenerateShaderGraph(const MaterialGraph& graph, GeneratedShader& shader,
                          ProblemList& problems);
 

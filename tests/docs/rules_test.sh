@@ -9,5 +9,5 @@ rules=$(sed -n '/problemRules\[\]/,/};/p' $table | grep -oE '"[a-z-]+"' | tr -d 
 explained=$(grep -E '^\| `' docs/checks.md | cut -d'|' -f2 | grep -oE '`[a-z-]+`' | tr -d '`' | sort)
 diff <(echo "$rules") <(echo "$explained")
 for rule in $rules; do
-    grep -rqF --exclude=$(basename $table) "\"$rule\"" mox || { echo "nothing raises $rule"; exit 1; }
+    grep -rqF --exclude=$(basename $table) "\"$rule\"" mox tools || { echo "nothing raises $rule"; exit 1; }
 done

@@ -16,7 +16,7 @@ interface=$(sed -nE 's/.*InterfaceVersion = ([0-9]+);/\1/p' include/mox/Interfac
 for file in bin/mox libexec/mox/mox-decode lib*/libmox_materials.so lib*/libmox_materials.so."$interface" lib*/libmox_host.a lib*/mox/mox_core.so \
     lib*/mox/mox_library.so lib*/mox/nodes/MathsArithmetic.xml lib*/mox/mox_surface.so lib*/cmake/Mox/MoxConfig.cmake lib*/pkgconfig/mox.pc lib*/pkgconfig/mox-host.pc \
     include/mox/authoring/GuiNode.h include/mox/host/PluginSet.h share/man/man1/mox.1 \
-    share/mox/environment/environment.xml share/mox/material.rng share/mox/node.rng share/bash-completion/completions/mox; do
+    share/mox/environment/environment.xml share/mox/environment/{unlit,depth,skinned}/environment.xml share/mox/material.rng share/mox/node.rng share/bash-completion/completions/mox; do
     [ -s "$file" ] || { echo "$file is missing"; exit 1; }
 done
 # A header whose library is not there helps nobody.

@@ -18,8 +18,10 @@ TEST(Environment, EachFaultIsNamedWithItsLine)
         const char* Failure;
     } cases[] = {
         {"words", "1: text is not allowed here"},
-        {"\n<node/>", "2: only <code>, <value> and <output> are allowed here"},
+        {"\n<node/>", "2: only <include>, <code>, <value> and <output> are allowed here"},
         {"<code\n/>", "1: attribute \"file\" is missing"},
+        {"\n<include file='environment.xml'/>", "2: the file includes itself"},
+        {"<include file='a.xml' only='code'/>", "1: only is not \"values\""},
         {"\n\n<value name=''/>", "3: attribute \"name\" is missing"},
         {"<value name='a' type='float5'/>", "1: \"float5\" is no Cg type"},
         {"<value name='a' type='half' level='pixel'/>",
@@ -64,6 +66,35 @@ TEST(Environment, EachFaultIsNamedWithItsLine)
                   expected);
     EXPECT_EQ(failure("<material version='1'/>"), "1: the root element is not <environment>");
     EXPECT_EQ(failure("<environment version='2'/>"), "1: only version 1 of an environment is read");
+}
+
+TEST(Environment, OwnEntriesComeFirstAndOwnUniformsLast)
+{
+    const TemporaryFolder folder;
+    const auto write = [&](const std::string& name, const std::string& includes,
+                           const std::string& entry) {
+        folder.Write(name, "<environment version='1'>" + includes + "<value name='" + entry +
+                               "' type='float'><in name='i' type='float' uniform='" + entry +
+                               "'/></value><output name='" + entry +
+                               "' type='float4' register='FragmentColorOut'><body>b</body>"
+                               "</output></environment>");
+    };
+    // The last file is included on two ways, and by the first one without its outputs.
+    write("environment.xml", "<include file='a.xml'/><include file='b.xml'/>", "own");
+    write("a.xml", "<include file='c.xml' only='values'/>", "a");
+    write("b.xml", "<include file='./c.xml'/>", "b");
+    write("c.xml", "", "c");
+    const Environment environment = ReadEnvironment(folder.Path());
+    const auto join = [](const auto& list) {
+        std::string names;
+        for (const auto& item : list)
+            names += item.Name + " ";
+        return names;
+    };
+    EXPECT_EQ(join(environment.Values), "own a b c ");
+    EXPECT_EQ(join(environment.Outputs), "own a b c ");
+    EXPECT_EQ(join(environment.Uniforms), "c b a own ");
+    EXPECT_EQ(environment.Files.size(), 4);
 }
 
 TEST(Environment, UniformsAreInOrderAndOnce)

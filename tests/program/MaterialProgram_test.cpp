@@ -170,6 +170,27 @@ TEST(MaterialProgram, WhatTheEnvironmentLacksIsToldOnce)
     EXPECT_EQ(rules, "environment unfed-input ");
 }
 
+TEST(MaterialProgram, OfAChangedGraphNeedsItResolved)
+{
+    MaterialGraph graph = LoadMaterial(MaterialFromText(tinted), TestPlugins());
+    const auto build = [&](bool isResolved) {
+        ProblemList problems;
+        if (isResolved)
+            ResolveGraph(graph, problems);
+        BuildMaterialProgram(graph, TestEnvironment(), {}, problems);
+        return FormatProblems(problems);
+    };
+    const std::string changed = "the graph was changed here and has not been resolved since";
+    EXPECT_NE(build(false).find(changed), std::string::npos);
+    EXPECT_EQ(build(true), "");
+    const DocumentChange inverse = graph.SetProperty("tint", "Constant Type", "Scalar");
+    EXPECT_NE(build(false).find("\"tint\": " + changed), std::string::npos) << build(false);
+    EXPECT_EQ(build(true), "");
+    graph.Undo(inverse);
+    EXPECT_NE(build(false).find(changed), std::string::npos);
+    EXPECT_EQ(build(true), "");
+}
+
 TEST(MaterialProgram, LimitsOfTheRegistersNameWhatIsInTheWay)
 {
     const auto problemsOf = [](const std::string& text) {

@@ -3,6 +3,7 @@
 #include "LoadPlugins.h"
 #include "Targets.h"
 #include "mox/batch/MaterialFiles.h"
+#include "mox/check/EnvironmentCheck.h"
 #include "mox/check/MaterialCheck.h"
 #include "mox/check/NodeFileCheck.h"
 #include "mox/check/ProblemReport.h"
@@ -16,13 +17,15 @@ namespace {
 constexpr const char* checkFooter =
     R"(A folder stands for every material in it and below. All problems of a
 material are found in one go. With --nodes, the node files of those folders
-are checked too, and need no material. The exit status is 1 if there is an
-error, or with --strict a warning, and 0 otherwise.
+are checked too, and with --environment that environment; they need no
+material. The exit status is 1 if there is an error, or with --strict a
+warning, and 0 otherwise.
 
 Examples:
   mox check rim.xml
   mox check materials --strict
   mox check --nodes nodes
+  mox check --environment studio
   mox check materials --sarif >problems.sarif
 )";
 
@@ -44,19 +47,33 @@ std::string Format(const std::vector<Host::Problem>& problems, const CheckOption
     return Host::FormatProblemsAsText(problems);
 }
 
-void Check(const CheckOptions& options, const CommonOptions& common)
+Host::ProblemList FindProblems(const CheckOptions& options, const CommonOptions& common)
 {
-    if (options.Files.empty() && common.NodeFolders.empty())
-        throw CLI::RequiredError("FILE");
     const auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()}, 1);
     const Host::PluginSet plugins = LoadPlugins(common);
-    const Host::Environment environment = LoadEnvironment(options.Environment);
     const auto targetCheck = MakeTargetCheck();
     Host::ProblemList problems;
+    Host::Environment environment;
+    try {
+        environment = LoadEnvironment(options.Environment);
+    } catch (const Host::HostError& error) {
+        problems.Fail("environment-file", error);
+        return problems;
+    }
+    if (!options.Environment.empty())
+        Host::CheckEnvironment(environment, problems);
     Host::CheckNodeFiles(common.NodeFolders, plugins, environment, problems);
     for (const Host::MaterialFile& material : materials)
         problems.Append(
             Host::CheckMaterial(material.Document, plugins, environment, targetCheck.get()));
+    return problems;
+}
+
+void Check(const CheckOptions& options, const CommonOptions& common)
+{
+    if (options.Files.empty() && common.NodeFolders.empty() && options.Environment.empty())
+        throw CLI::RequiredError("FILE");
+    const Host::ProblemList problems = FindProblems(options, common);
     std::cout << Format(problems.Problems(), options);
     if (problems.HasErrors() || (options.IsStrict && !problems.Problems().empty()))
         throw CLI::RuntimeError(failureStatus);

@@ -1,0 +1,247 @@
+#include "mox/check/EnvironmentCheck.h"
+
+#include "mox/Identifier.h"
+#include "mox/Text.h"
+#include "mox/cg/Module.h"
+#include "mox/check/PlacedText.h"
+#include "mox/host/Excerpt.h"
+#include "mox/host/NearestName.h"
+#include "mox/program/CalledCode.h"
+#include "mox/program/CgWriter.h"
+#include "mox/program/EnvironmentNodes.h"
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <set>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+/// Whether a condition holds wherever others do.
+bool FollowsFrom(const Condition& condition, const Conditions& others)
+{
+    return std::any_of(others.begin(), others.end(), [&](const Condition& other) {
+        const auto isAllowed = [&](const std::string& value) {
+            const auto& values = condition.Values;
+            return std::find(values.begin(), values.end(), value) != values.end();
+        };
+        return other.Name == condition.Name && other.Values.empty() == condition.Values.empty() &&
+               std::all_of(other.Values.begin(), other.Values.end(), isAllowed);
+    });
+}
+
+bool FollowFrom(const Conditions& conditions, const Conditions& others)
+{
+    return std::all_of(conditions.begin(), conditions.end(),
+                       [&](const Condition& condition) { return FollowsFrom(condition, others); });
+}
+
+/// What an entry is known by to others of its kind.
+std::string DescribeEntry(const EnvironmentEntry& entry)
+{
+    return Compose(entry.Register ? "the output " : "the value ", Excerpt(entry.Name));
+}
+
+class EnvironmentCheck
+{
+public:
+    EnvironmentCheck(const Environment& environment, ProblemList& problems)
+        : _environment(environment), _problems(problems)
+    {
+        for (const auto* entries : {&environment.Values, &environment.Outputs}) {
+            for (const EnvironmentEntry& entry : *entries)
+                _entries.push_back(&entry);
+        }
+    }
+
+    void Check()
+    {
+        CheckCode();
+        for (const EnvironmentEntry* entry : _entries) {
+            CheckReads(*entry);
+            for (const bool withDefaults : {false, true})
+                CheckBody(*entry, withDefaults);
+        }
+        CheckOrder();
+    }
+
+private:
+    void CheckCode()
+    {
+        PlacedText text;
+        for (const EnvironmentCode& code : _environment.Code)
+            text.Append(code.Text, Place(code.File.string(), 1));
+        const auto module = Cg::ReadModule(text.Text());
+        for (const Cg::SourceError& error : module->Errors)
+            Fail(text.PlaceOf(error.Where.Line), error.Message);
+        if (module->Errors.empty())
+            CheckFunctions(*module, text);
+    }
+
+    /// Every name that a file provides is that of a function in it, and every other function is
+    /// called by something.
+    void CheckFunctions(const Cg::Module& module, const PlacedText& text)
+    {
+        std::map<std::string, std::set<std::string_view>> defined; // by file
+        std::map<std::string_view, int> unseen;                    // uses that are definitions
+        for (const Cg::Function* function : module.Functions) {
+            defined[text.PlaceOf(function->Where.Line).File].insert(function->Name);
+            ++unseen[function->Name];
+        }
+        for (const EnvironmentCode& code : _environment.Code) {
+            for (const std::string& name : code.Provides) {
+                unseen.erase(name);
+                if (!defined[code.File.string()].contains(name))
+                    Fail(code.Where, Compose(code.File.string(), " does not define the function ",
+                                             Excerpt(name)));
+            }
+        }
+        const auto look = [&](const std::string& from) {
+            ForEachWord(from, [&](std::string_view word, std::size_t) {
+                if (const auto use = unseen.find(word); use != unseen.end())
+                    --use->second;
+            });
+        };
+        look(text.Text());
+        for (const EnvironmentEntry* entry : _entries)
+            look(entry->Body);
+        for (const Cg::Function* function : module.Functions) {
+            const auto use = unseen.find(function->Name);
+            if (use != unseen.end() && use->second == 0) {
+                _problems.Warn("environment-unused", text.PlaceOf(function->Where.Line),
+                               Compose("nothing calls the function ",
+                                       Excerpt(std::string(function->Name)),
+                                       ", and its file does not provide it"));
+            }
+        }
+    }
+
+    /// Reads a body with the code that programs would have for it.
+    /// @param withDefaults takes each value that has a default for missing
+    void CheckBody(const EnvironmentEntry& entry, bool withDefaults)
+    {
+        if (entry.Body.empty())
+            return;
+        std::vector<const EnvironmentInput*> locals;
+        std::vector<ShaderPort> inputs;
+        for (const EnvironmentInput& input : entry.Inputs) {
+            const bool isMissing = withDefaults && input.Source == EnvironmentSource::Value;
+            if (!input.Default.empty() && (isMissing || input.Source == EnvironmentSource::State))
+                locals.push_back(&input);
+            else
+                inputs.push_back({input.Name, input.Type});
+        }
+        PlacedText text;
+        for (const std::size_t code : FindCalledCode(_environment.Code, {entry.Body}))
+            text.Append(_environment.Code[code].Text,
+                        Place(_environment.Code[code].File.string(), 1));
+        text.Append(
+            Compose(FormatSignature("body", inputs, {{environmentOutput, entry.Type}}), " {"),
+            entry.Where);
+        for (const EnvironmentInput* input : locals)
+            text.Append(FormatLocal(*input, input->Default), input->Where);
+        text.Append(entry.Body, Place(entry.Where.File, entry.BodyLine));
+        text.Append("}", entry.Where);
+        const auto module = Cg::ReadModule(text.Text());
+        for (const Cg::SourceError& error : module->Errors)
+            Fail(text.PlaceOf(error.Where.Line), error.Message);
+    }
+
+    /// A body is read more than once, and code that several bodies call too.
+    void Fail(const Place& where, const std::string& message)
+    {
+        if (_reported.insert(Compose(where.File, ":", where.Line, " ", message)).second)
+            _problems.Fail("environment-code", where, message);
+    }
+
+    void CheckReads(const EnvironmentEntry& entry)
+    {
+        for (const EnvironmentInput& input : entry.Inputs) {
+            if (input.Source == EnvironmentSource::Value && input.Default.empty() &&
+                !FollowsFrom({input.SourceName, {}}, entry.When))
+                CheckDefined(input, entry);
+        }
+    }
+
+    void CheckDefined(const EnvironmentInput& input, const EnvironmentEntry& reader)
+    {
+        std::set<std::string> seen;
+        std::vector<RightName> names;
+        bool isDefined = IsWrittenByMaterials(input.SourceName);
+        for (const EnvironmentEntry& value : _environment.Values) {
+            if (seen.insert(value.Name).second)
+                names.push_back({value.Name});
+            if (value.Name != input.SourceName)
+                continue;
+            if (FollowFrom(value.When, reader.When))
+                return;
+            isDefined = true;
+        }
+        const std::string name = Excerpt(input.SourceName);
+        if (isDefined) {
+            _problems.Warn("environment-value", input.Where,
+                           Compose("the value ", name, " is missing for some materials for which ",
+                                   DescribeEntry(reader),
+                                   " applies, and the input has no default"));
+        } else {
+            _problems.Fail("environment-value", input.Where,
+                           Compose("nothing defines the value ", name,
+                                   ", and the input has no default",
+                                   SuggestName(input.SourceName, names)));
+        }
+    }
+
+    /// Whether the environment expects elsewhere that materials may write a value.
+    bool IsWrittenByMaterials(const std::string& name) const
+    {
+        return std::any_of(_entries.begin(), _entries.end(), [&](const EnvironmentEntry* entry) {
+            return FollowsFrom({name, {}}, entry->When) ||
+                   std::any_of(entry->Inputs.begin(), entry->Inputs.end(),
+                               [&](const EnvironmentInput& input) {
+                                   return input.Source == EnvironmentSource::Value &&
+                                          input.SourceName == name && !input.Default.empty();
+                               });
+        });
+    }
+
+    /// Of the values of one name, and of the outputs to one register, each must have a chance. To
+    /// replace what is included is no fault.
+    void CheckOrder()
+    {
+        for (std::size_t i = 0; i < _entries.size(); ++i) {
+            const EnvironmentEntry& later = *_entries[i];
+            const auto hides = [&](const EnvironmentEntry* earlier) {
+                return earlier->Register == later.Register &&
+                       (later.Register || earlier->Name == later.Name) &&
+                       earlier->Where.File == later.Where.File &&
+                       FollowFrom(earlier->When, later.When);
+            };
+            const auto end = std::next(_entries.begin(), static_cast<std::ptrdiff_t>(i));
+            const auto earlier = std::find_if(_entries.begin(), end, hides);
+            if (earlier != end) {
+                _problems.Warn("environment-hidden", later.Where,
+                               Compose(DescribeEntry(later), " never applies, as ",
+                                       DescribeEntry(**earlier), " in line ",
+                                       (*earlier)->Where.Line, " always comes before it"));
+            }
+        }
+    }
+
+    const Environment& _environment;
+    ProblemList& _problems;
+    std::vector<const EnvironmentEntry*> _entries; ///< values, then outputs
+    std::set<std::string> _reported;               ///< places and messages
+};
+
+} // namespace
+
+void CheckEnvironment(const Environment& environment, ProblemList& problems)
+{
+    EnvironmentCheck(environment, problems).Check();
+}
+
+} // namespace Mox::Host
