@@ -9,7 +9,7 @@ from pathlib import Path
 
 SIZES = [10, 100, 1000, 10000, 100000]
 STAGES = ["read", "load", "resolve", "write", "free"]
-NATIVE_MICROSECONDS = {1000: 37, 100000: 57}  # of MaterialX's native generator, for a node of a chain
+NATIVE_MICROSECONDS = {100: 30, 1000: 29, 10000: 32.5}  # of MaterialX's native generator to ESSL, a node of a chain
 NATIVE_LOAD_MILLISECONDS = 31
 
 
@@ -77,15 +77,15 @@ def main(folder, materials):
         for allocator, baseline in (("C library's", cost(system[f"plain/CoreMaths/{size}"])),
                                     ("same", floor[size])):
             bars.append([f"whole road / plain baseline on the {allocator} allocator, chain of {size:,}",
-                         "at most 1.25", ratio(road("chain", size)["road"] / baseline, 1.25)])
+                         "", ratio(road("chain", size)["road"] / baseline)])
     instructions = read_instructions(folder / "instructions.txt")
     for allocator, program in (("C library's", "mox_bench_plain"), ("same", "mox_bench")):
         bars.append([f"instructions: `mox export` / plain baseline on the {allocator} allocator, for each node "
                      f"({instructions['road']:,.0f} / {instructions[program]:,.0f})",
                      "", ratio(instructions["road"] / instructions[program])])
     for size, microseconds in NATIVE_MICROSECONDS.items():
-        bars.append([f"{microseconds} µs (MaterialX native, another machine) / whole road, chain of {size:,}",
-                     "at least 4", ratio(microseconds * 1e-6 / road("chain", size)["road"], 4, False)])
+        bars.append([f"{microseconds} µs (MaterialX native, another machine) / ours, a node to ESSL, chain of {size:,}",
+                     "", ratio(microseconds * 1e-6 / essl("chain", size))])
     loaded = rows["plug-in/load"]
     bars.append([f"plug-in load / {NATIVE_LOAD_MILLISECONDS} ms", "at most 0.01",
                  ratio(loaded["real_time"] * 1e-9 / (NATIVE_LOAD_MILLISECONDS * 1e-3), 0.01)])
