@@ -179,8 +179,9 @@ private:
 
 Dependencies::Dependencies(const Module& module)
 {
+    const Function* main = module.Main();
     for (const Function* function : module.Functions) {
-        if (function != module.Main())
+        if (function != main)
             _summaries.emplace(function, Reader(*this, *function).Summarize());
     }
 }

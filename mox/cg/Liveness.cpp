@@ -246,12 +246,9 @@ private:
 
 void DropDead(Module& module, const std::function<bool(const Variable&)>& isRead)
 {
-    for (Function* function : module.Functions) {
-        if (function == module.Main()) {
-            DeadRemover(module, *function).Run(isRead);
-            return;
-        }
-    }
+    const auto main = std::find(module.Functions.begin(), module.Functions.end(), module.Main());
+    if (main != module.Functions.end())
+        DeadRemover(module, **main).Run(isRead);
 }
 
 } // namespace Mox::Cg

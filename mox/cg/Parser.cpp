@@ -12,7 +12,7 @@ namespace {
 
 using Materials::Compose;
 
-constexpr std::size_t longestSource = std::size_t(1) << 24;
+constexpr std::size_t longestSource = std::size_t(1) << 30;
 constexpr int deepestNesting = 64;
 constexpr std::size_t mostErrors = 100;
 constexpr std::size_t mostParts = 256; ///< of a struct, a parameter list or an initial value

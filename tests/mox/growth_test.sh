@@ -22,11 +22,13 @@ lines() {
     }'
 }
 
-# material N TYPE NODES EDGES BINDINGS: a node n0 of the type, and N lines of each text.
+# material N TYPE NODES EDGES BINDINGS: a node n0 of the type, and N lines of each text. Where a
+# surface is set, it is one node more, and an edge leads to it.
+surface=() # the node, the edge
 material() {
-    echo "<material version=\"1\"><nodes><node id=\"n0\" type=\"$2\" version=\"0\"/>"
+    echo "<material version=\"1\"><nodes><node id=\"n0\" type=\"$2\" version=\"0\"/>${surface[0]-}"
     lines "$1" "$3"
-    echo '</nodes><edges>'
+    echo "</nodes><edges>${surface[1]-}"
     lines "$1" "$4"
     echo '</edges><bindings>'
     lines "$1" "$5"
@@ -45,14 +47,14 @@ count() {
     sed -n 's/.*I *refs: *//p' messages | tr -d ,
 }
 
-# grows COMMAND TYPE NODES EDGES BINDINGS, as for material
+# grows COMMAND TYPE NODES EDGES BINDINGS [N], as for material
 grows() {
-    local n=2000 none once twice
-    material 0 "${@:2}" >m.xml
+    local n=${6-2000} none once twice
+    material 0 "${@:2:4}" >m.xml
     none=$(count $1 m.xml)
-    material $n "${@:2}" >m.xml
+    material $n "${@:2:4}" >m.xml
     once=$(count $1 m.xml)
-    material $((2 * n)) "${@:2}" >m.xml
+    material $((2 * n)) "${@:2:4}" >m.xml
     twice=$(count $1 m.xml)
     echo "$1: $none, $once, $twice instructions"
     [ $(((twice - once) * 5)) -lt $(((once - none) * 6)) ] || {
@@ -77,6 +79,14 @@ grows check Lost "$maths" "$into" ''
 grows check CoreTexture "$referring" '' ''
 grows check CoreMaths "$named" '' "$values"
 grows bindings CoreMaths "$named" '' "$values"
+
+# Every node has a function of its own in the programs, and all of them reach the surface.
+surface=('<node id="end" type="Surface" version="0"/>'
+    '<edge tail="n0" tailPort="out_value" head="end" headPort="in_emission"/>')
+own='<node id="n@" type="CoreMaths" version="0"><property name="Default Value 2" kind="float" value="@"/></node>'
+towards='<edge tail="n@" tailPort="out_value" head="n%" headPort="in_value1"/>'
+grows 'export --target essl' CoreMaths "$own" "$towards" '' 5000
+surface=()
 
 # A hundred node types that are files add at most 5 % to the work of a material that uses none.
 mkdir nodes
