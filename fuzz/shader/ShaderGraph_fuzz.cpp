@@ -1,4 +1,5 @@
-// Calls on shader graphs and generators, compared with a plain model.
+// Calls on shader graphs and generators: they stay consistent, and a call that fails changes
+// nothing.
 
 #include "fuzz/shader/ShaderSession.h"
 

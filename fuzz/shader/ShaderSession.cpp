@@ -1,6 +1,5 @@
 #include "fuzz/shader/ShaderSession.h"
 
-#include "fuzz/shader/GraphModel.h"
 #include "mox/ShaderError.h"
 #include "mox/authoring/GuiEdge.h"
 #include "mox/shader/ShaderFunctionBuilder.h"
@@ -10,8 +9,12 @@
 #include <boost/smart_ptr/bad_weak_ptr.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <algorithm>
+#include <cstdint>
+#include <functional>
 #include <memory>
-#include <type_traits>
+#include <string_view>
+#include <vector>
 
 using Mox::Materials::GuiEdge;
 
@@ -34,43 +37,137 @@ constexpr std::int32_t flags[] = {0, 1, -1};
 class Provider : public InterfaceNodeProvider
 {
 public:
-    explicit Provider(ProviderModel does) : Does(std::move(does)) {}
+    Provider(std::string name, const ShaderType& type) : _name(std::move(name)), _type(type) {}
 
     ShaderNodeHandle ProvideInterfaceNode(const std::string& name, std::int32_t nodeFlags,
                                           ShaderGraph&) override
     {
-        ++Does.Asked;
-        if (name != Does.Name)
+        if (name != _name)
             return {};
-        return ShaderNode::CreateInterfaceParameter(name, nodeFlags, Does.Type);
+        return ShaderNode::CreateInterfaceParameter(name, nodeFlags, _type);
     }
 
-    ProviderModel Does;
+private:
+    std::string _name;
+    ShaderType _type;
 };
 
-/// What a call gives, and the failure with which it ends.
-template <class Result, class Call>
-std::pair<Result, std::string> Try(Call call)
-{
-    try {
-        if constexpr (!std::is_void_v<decltype(call())>)
-            return {call(), ""};
-        else
-            call();
-    } catch (const ShaderError& error) {
-        return {Result(), error.Message};
-    } catch (const boost::bad_weak_ptr&) {
-        return {Result(), "bad_weak_ptr"};
-    }
-    return {};
-}
-
-/// The real objects of a GraphModel.
-struct RealGraph
+struct FilledGraph
 {
     ShaderGraph Graph;
     ShaderGraphGenerator Generator{Graph};
 };
+
+/// What graphs, generators and nodes hold, in numbers that are equal for equal contents.
+class Contents
+{
+public:
+    void Add(const FilledGraph& filled)
+    {
+        AddObjects(filled.Graph.Nodes);
+        AddObjects(filled.Graph.Edges);
+        for (const ShaderNodeHandle& node : filled.Graph.Nodes)
+            AddEntries(*node);
+        for (const auto& [key, node] : filled.Graph.InterfaceNodes) {
+            Add(key.first);
+            _numbers.push_back(static_cast<std::uintptr_t>(key.second));
+            Add(node.get());
+        }
+        for (const auto& [given, standing] : filled.Generator.NodeMap) {
+            Add(given.get());
+            Add(standing.get());
+        }
+        for (const auto& [edge, record] : filled.Generator.EdgeMap) {
+            Add(edge.get());
+            Add(record.Tail.get());
+            Add(record.TailPort);
+            AddObjects(record.Heads);
+            for (const std::string& port : record.HeadPorts)
+                Add(port);
+        }
+    }
+
+    void AddEntries(const ShaderNode& node)
+    {
+        for (const auto* entries : {&node.InEdges, &node.OutEdges}) {
+            _numbers.push_back(entries->size());
+            for (const auto& entry : *entries)
+                Add(entry.lock().get());
+        }
+    }
+
+    bool operator==(const Contents&) const = default;
+
+private:
+    void Add(const void* object) { _numbers.push_back(reinterpret_cast<std::uintptr_t>(object)); }
+    void Add(const std::string& text) { _numbers.push_back(std::hash<std::string>()(text)); }
+
+    template <class Handles>
+    void AddObjects(const Handles& handles)
+    {
+        _numbers.push_back(handles.size());
+        for (const auto& handle : handles)
+            Add(handle.get());
+    }
+
+    std::vector<std::uintptr_t> _numbers;
+};
+
+/// How often an edge, be it alive or not, stands in a node's list.
+template <class Entries>
+std::ptrdiff_t CountEntries(const Entries& entries, const boost::weak_ptr<ShaderEdge>& edge)
+{
+    return std::count_if(entries.begin(), entries.end(), [&](const auto& entry) {
+        return !entry.owner_before(edge) && !edge.owner_before(entry);
+    });
+}
+
+template <class List, class Set>
+void CheckSet(const List& list, const Set& set)
+{
+    Claim(set.size() == list.size() && set == Set(list.begin(), list.end()),
+          "list and set agree, and nothing is in them twice");
+}
+
+void CheckEntries(const ShaderNode& node)
+{
+    for (const auto* entries : {&node.InEdges, &node.OutEdges}) {
+        for (const auto& entry : *entries)
+            Claim(CountEntries(*entries, entry) == 1, "a node has each edge once");
+    }
+}
+
+void CheckGraph(const ShaderGraph& graph)
+{
+    CheckSet(graph.Nodes, graph.NodeSet);
+    CheckSet(graph.Edges, graph.EdgeSet);
+    std::size_t keyed = 0;
+    for (const ShaderNodeHandle& node : graph.Nodes) {
+        CheckEntries(*node);
+        keyed += node->Kind == ShaderNodeKind::InterfaceParameter ? 1 : 0;
+    }
+    for (const ShaderEdgeHandle& edge : graph.Edges) {
+        const ShaderNodeHandle tail = edge->Tail.lock();
+        const ShaderNodeHandle head = edge->Head.lock();
+        Claim(tail != head && graph.NodeSet.contains(tail) && graph.NodeSet.contains(head),
+              "an edge joins two nodes of its graph");
+        Claim(CountEntries(tail->OutEdges, edge) == 1 && CountEntries(head->InEdges, edge) == 1,
+              "both ends know their edge");
+    }
+    Claim(graph.InterfaceNodes.size() == keyed, "each interface parameter has its key");
+    for (const auto& [key, node] : graph.InterfaceNodes) {
+        Claim(graph.NodeSet.contains(node) && node->Name == key.first,
+              "a key leads to a node of the graph");
+    }
+}
+
+void CheckGenerator(const ShaderGraphGenerator& generator)
+{
+    for (const auto& [given, standing] : generator.NodeMap)
+        Claim(generator.Graph->NodeSet.contains(standing), "an added node stands in the graph");
+    for (const auto& [edge, record] : generator.EdgeMap)
+        Claim(record.Heads.size() == record.HeadPorts.size(), "each head has its port");
+}
 
 class Session
 {
@@ -78,7 +175,7 @@ public:
     Session(Choices choices, const CallMaker& makeCall) : _choices(choices), _makeCall(makeCall)
     {
         for (auto& graph : _graphs)
-            graph = std::make_unique<RealGraph>();
+            graph = std::make_unique<FilledGraph>();
         for (auto& edge : _guiEdges)
             edge = boost::make_shared<GuiEdge>();
     }
@@ -88,381 +185,241 @@ public:
         constexpr int mostSteps = 150;
         for (int step = 0; step < mostSteps && !_choices.IsAtEnd(); ++step) {
             Step();
-            CompareAll();
+            for (const auto& graph : _graphs) {
+                CheckGraph(graph->Graph);
+                CheckGenerator(graph->Generator);
+            }
+            for (const ShaderNodeHandle& node : _nodes)
+                CheckEntries(*node);
         }
     }
 
 private:
     template <class Container>
-    const auto& Pick(const Container& container)
+    auto& Pick(Container& container)
     {
         return container[_choices.Below(std::size(container))];
     }
 
-    /// A node or edge that the program holds, or -1.
-    template <class Model>
-    int PickHeld(const std::vector<Model>& models)
-    {
-        std::vector<int> held;
-        for (std::size_t i = 0; i < models.size(); ++i) {
-            if (models[i].IsHeld)
-                held.push_back(static_cast<int>(i));
-        }
-        return held.empty() ? -1 : Pick(held);
-    }
-
     template <class Handle>
-    static Handle& At(std::vector<Handle>& handles, int number)
+    Handle PickHandle(const std::vector<Handle>& handles)
     {
-        return handles[static_cast<std::size_t>(number)];
+        return handles.empty() ? Handle() : Pick(handles);
     }
 
-    ShaderNodeHandle& Node(int number) { return At(_nodes, number); }
-    ShaderEdgeHandle& Edge(int number) { return At(_edges, number); }
-
-    /// Makes a call on the model and the real one, and compares what comes out.
-    template <class ModelCall, class Call>
-    void Expect(ModelCall modelCall, Call call)
+    Contents ContentsNow() const
     {
-        std::pair<ShaderNodeHandle, std::string> outcome;
-        const auto attempt = [&] {
-            ForEachProvider(
-                [](ProviderModel& real, ProviderModel& model) { real.Asked = model.Asked = 0; });
-            outcome = Try<ShaderNodeHandle>(call);
-        };
-        _makeCall(attempt, [this] { CompareAll(); });
-        const auto& [node, failure] = outcome;
-        const auto [expected, expectedFailure] = Try<Found>(modelCall);
-        ClaimEqual(failure, expectedFailure, "the call says what it must");
-        if (expected.Node >= 0)
-            Claim(node == At(_weakNodes, expected.Node).lock(),
-                  "the call gives the node that it must");
-        if (expected.Provided)
-            Claim(node && node->Type == *expected.Provided, "the last provider answers");
-        ForEachProvider([](const ProviderModel& real, const ProviderModel& model) {
-            Claim(real.Asked == model.Asked, "providers are asked last first");
-        });
+        Contents contents;
+        for (const auto& graph : _graphs)
+            contents.Add(*graph);
+        for (const ShaderNodeHandle& node : _nodes)
+            contents.AddEntries(*node);
+        return contents;
     }
 
-    /// Calls for what each provider is, in fact and in the model.
+    /// Whether a call succeeds. If not, it must have changed nothing.
     template <class Call>
-    void ForEachProvider(Call call)
+    bool Succeeds(Call call)
     {
-        for (std::size_t i = 0; i < _model.Graphs.size(); ++i) {
-            auto model = _model.Graphs[i].Providers.begin();
-            for (const auto& provider : _graphs[i]->Graph.Providers)
-                call(static_cast<Provider&>(*provider).Does, *model++);
-        }
+        const Contents before = ContentsNow();
+        bool isRefused = false;
+        const auto attempt = [&] {
+            try {
+                call();
+            } catch (const ShaderError& error) {
+                Claim(!error.Message.empty(), "a refusal says why");
+                isRefused = true;
+            } catch (const boost::bad_weak_ptr&) {
+                isRefused = true;
+            }
+        };
+        const auto compare = [&] {
+            Claim(ContentsNow() == before, "a call that fails changes nothing");
+        };
+        _makeCall(attempt, compare);
+        if (isRefused)
+            compare();
+        return !isRefused;
     }
 
     void Step()
     {
-        const std::size_t which = _choices.Below(2);
-        GraphModel& model = _model.Graphs[which];
-        ShaderGraph& graph = _graphs[which]->Graph;
-        ShaderGraphGenerator& generator = _graphs[which]->Generator;
+        std::unique_ptr<FilledGraph>& filled = Pick(_graphs);
+        ShaderGraph& graph = filled->Graph;
+        ShaderGraphGenerator& generator = filled->Generator;
         const std::size_t call = _choices.Below(20);
-        const int node = PickHeld(_model.Nodes);
-        if (call < 3 || node < 0)
+        const ShaderNodeHandle node = PickHandle(_nodes);
+        if (call < 3 || !node)
             return MakeNode();
-        const int other = PickHeld(_model.Nodes);
-        const int edge = PickHeld(_model.Edges);
+        const ShaderNodeHandle other = PickHandle(_nodes);
+        const ShaderEdgeHandle edge = PickHandle(_edges);
         switch (call) {
-        case 3:
-            return MakeEdge(node, other);
+        case 3: {
+            const char* tailPort = Pick(ports);
+            _edges.push_back(
+                boost::make_shared<ShaderEdge>(node, tailPort, other, Pick(ports), false));
+            return;
+        }
         case 4:
-            return Expect([&] { _model.InsertNode(model, node); },
-                          [&] { graph.InsertNode(Node(node)); });
+            if (Succeeds([&] { graph.InsertNode(node); }))
+                Claim(graph.Nodes.back() == node, "a node is inserted at the end");
+            return;
         case 5:
-            return FindNode(model, graph);
+            return FindNode(graph);
         case 6: {
-            const EdgeModel ends{node, Pick(ports), other, Pick(ports), false};
-            return Expect([&] { _model.ConnectPorts(model, ends); },
-                          [&] {
-                              graph.ConnectPorts(Node(node), ends.TailPort, Node(other),
-                                                 ends.HeadPort, false);
-                          });
+            const std::string tailPort = Pick(ports);
+            const std::string headPort = Pick(ports);
+            if (Succeeds([&] { graph.ConnectPorts(node, tailPort, other, headPort, false); }))
+                CheckLastEdge(graph, *node, tailPort, *other, headPort);
+            return;
         }
         case 7: {
-            const auto columns = static_cast<std::int32_t>(1 + model.Providers.size() % 4);
-            model.Providers.push_back({Pick(names), ShaderType(f, columns, 1, 1)});
-            return graph.Providers.push_back(boost::make_shared<Provider>(model.Providers.back()));
+            const auto columns = static_cast<std::int32_t>(1 + graph.Providers.size() % 4);
+            return graph.Providers.push_back(
+                boost::make_shared<Provider>(Pick(names), ShaderType(f, columns, 1, 1)));
         }
-        case 8: {
-            const std::int32_t newFlags = Pick(flags);
-            _model.Node(node).Flags = newFlags;
-            Node(node)->Flags = newFlags;
+        case 8:
+            node->Flags = Pick(flags);
             return;
-        }
         case 9:
         case 10:
-            return Expect([&] { _model.AddNode(model, node); },
-                          [&] { generator.AddNode(Node(node)); });
-        case 11:
-            return Expect([&] { return _model.GetShaderNode(model, node); },
-                          [&] { return generator.GetShaderNode(Node(node)); });
-        case 12:
-        case 13: {
-            const EdgeModel ends{node, Pick(ports), other, Pick(ports), false};
-            return Expect(
-                [&] { _model.Connect(model, ends); },
-                [&] { generator.Connect(Node(node), ends.TailPort, Node(other), ends.HeadPort); });
+            Succeeds([&] { generator.AddNode(node); });
+            return;
+        case 11: {
+            ShaderNodeHandle found;
+            if (Succeeds([&] { found = generator.GetShaderNode(node); }))
+                Claim(found == generator.NodeMap.at(node), "an added node is found");
+            return;
         }
+        case 12:
+        case 13:
+            return Connect(*filled, node, other);
         case 14:
-            return Record(model, generator, node);
+            return Record(generator, node);
         case 15:
             // The generator and the graph go, with all that nobody else keeps.
-            if (!_choices.Flip())
-                return;
-            model = {};
-            _graphs[which] = std::make_unique<RealGraph>();
+            if (_choices.Flip())
+                filled = std::make_unique<FilledGraph>();
             return;
         case 16:
-            _model.Node(node).IsHeld = false;
-            Node(node).reset();
+            std::erase(_nodes, node);
             return;
         default:
-            return StepWithEdge(model, graph, call, node, edge);
+            if (edge)
+                StepWithEdge(graph, call, *node, edge);
         }
     }
 
-    void StepWithEdge(GraphModel& model, ShaderGraph& graph, std::size_t call, int node, int edge)
+    void StepWithEdge(ShaderGraph& graph, std::size_t call, ShaderNode& node,
+                      const ShaderEdgeHandle& edge)
     {
-        if (edge < 0)
-            return;
         const std::size_t use = _choices.Below(8);
-        if (call == 17 && use == 0)
-            return Expect([&] { _model.AddOutEdge(node, edge); },
-                          [&] { Node(node)->AddOutEdge(Edge(edge)); });
-        if (call == 17 && use == 1)
-            return Expect([&] { _model.AddInEdge(node, edge); },
-                          [&] { Node(node)->AddInEdge(Edge(edge)); });
-        if (call == 17) {
-            _model.Edge(edge).IsHeld = false;
-            Edge(edge).reset();
-            return;
+        if (call != 17) {
+            if (Succeeds([&] { graph.InsertEdge(edge); }))
+                Claim(graph.Edges.back() == edge, "an edge is inserted at the end");
+        } else if (use == 0) {
+            Succeeds([&] { node.AddOutEdge(edge); });
+        } else if (use == 1) {
+            Succeeds([&] { node.AddInEdge(edge); });
+        } else {
+            std::erase(_edges, edge);
         }
-        Expect([&] { _model.InsertEdge(model, edge); }, [&] { graph.InsertEdge(Edge(edge)); });
     }
 
     void MakeNode()
     {
-        NodeModel model;
-        model.Name = Pick(names);
-        model.Type = Pick(types);
+        const char* name = Pick(names);
+        const ShaderType& type = Pick(types);
         switch (_choices.Below(6)) {
         case 0:
-            model.Flags = Pick(flags);
-            model.Inputs = {{"write", model.Type}};
-            return Add(model,
-                       ShaderNode::CreateInterfaceParameter(model.Name, model.Flags, model.Type));
+            return _nodes.push_back(ShaderNode::CreateInterfaceParameter(name, Pick(flags), type));
         case 1:
-            return Add(model, ShaderNode::CreateVaryingParameter(model.Name, model.Type));
+            return _nodes.push_back(ShaderNode::CreateVaryingParameter(name, type));
         case 2:
-            return Add(model, ShaderNode::CreateUniformParameter(model.Name, model.Type));
+            return _nodes.push_back(ShaderNode::CreateUniformParameter(name, type));
         case 3:
-            model.Inputs = {{"write", model.Type}};
-            return Add(model, ShaderNode::CreateInterpolantParameter(model.Type));
+            return _nodes.push_back(ShaderNode::CreateInterpolantParameter(type));
         default:
-            model.Inputs = {{input, model.Type}};
-            model.Outputs = {{output, Pick(types)}};
             ShaderFunctionBuilder builder;
-            builder.AddInput(model.Inputs[0].Type, input);
-            builder.AddOutput(model.Outputs[0].Type, output);
-            Add(model, builder.Build(ShaderLevel::Automatic, model.Name));
+            builder.AddInput(type, input);
+            builder.AddOutput(Pick(types), output);
+            _nodes.push_back(builder.Build(ShaderLevel::Automatic, name));
         }
     }
 
-    void Add(NodeModel& model, const ShaderNodeHandle& node)
+    static void CheckLastEdge(const ShaderGraph& graph, const ShaderNode& tail,
+                              std::string_view tailPort, const ShaderNode& head,
+                              std::string_view headPort)
     {
-        model.Kind = node->Kind;
-        if (model.Outputs.empty())
-            model.Outputs = {{"read", model.Type}};
-        _model.Nodes.push_back(model);
-        _nodes.push_back(node);
-        _weakNodes.emplace_back(node);
+        const ShaderEdge& edge = *graph.Edges.back();
+        Claim(edge.Tail.lock().get() == &tail && edge.TailPort == tailPort &&
+                  edge.Head.lock().get() == &head && edge.HeadPort == headPort && !edge.EdgeFlag,
+              "the last edge is the one that was asked for");
     }
 
-    void MakeEdge(int tail, int head)
+    void FindNode(ShaderGraph& graph)
+    {
+        const ShaderGraph::InterfaceKey key(Pick(names), Pick(flags));
+        const ShaderType& type = Pick(types);
+        const auto own = graph.InterfaceNodes.find(key);
+        const bool isOwn = own != graph.InterfaceNodes.end();
+        Claim(graph.HasInterfaceNode(key.first, key.second) == isOwn,
+              "the graph knows its own keys");
+        ShaderNodeHandle found;
+        if (Succeeds([&] { found = graph.FindInterfaceNode(key.first, key.second); })) {
+            Claim(isOwn ? found == own->second : found->Name == key.first,
+                  "the graph's own node comes before those of providers");
+        } else {
+            Claim(!isOwn, "the graph finds its own nodes");
+        }
+        if (Succeeds([&] { found = graph.GetInterfaceNode(key.first, key.second, type); }))
+            Claim(found->Type == type, "a node that is found has the type asked for");
+    }
+
+    /// The types of the ports are equal at every edge that Connect lays.
+    void Connect(FilledGraph& filled, const ShaderNodeHandle& tail, const ShaderNodeHandle& head)
     {
         const std::string tailPort = Pick(ports);
         const std::string headPort = Pick(ports);
-        _edges.push_back(
-            boost::make_shared<ShaderEdge>(Node(tail), tailPort, Node(head), headPort, false));
-        _weakEdges.emplace_back(_edges.back());
-        _model.Edges.push_back({tail, tailPort, head, headPort, true});
-    }
-
-    void FindNode(GraphModel& model, ShaderGraph& graph)
-    {
-        const GraphModel::Key key(Pick(names), Pick(flags));
-        const ShaderType& type = Pick(types);
-        Claim(graph.HasInterfaceNode(key.first, key.second) == model.InterfaceNodes.contains(key),
-              "the graph knows its own keys");
-        Expect([&] { return _model.FindInterfaceNode(model, key); },
-               [&] { return graph.FindInterfaceNode(key.first, key.second); });
-        Expect([&] { return _model.GetInterfaceNode(model, key, type); },
-               [&] { return graph.GetInterfaceNode(key.first, key.second, type); });
-    }
-
-    void Record(GraphModel& model, ShaderGraphGenerator& generator, int node)
-    {
-        const std::size_t edge = _choices.Below(std::size(_guiEdges));
-        const std::string port = Pick(ports);
-        const bool isTail = _choices.Flip();
-        const auto recordModel = [&] {
-            RecordModel& record = model.EdgeMap[static_cast<int>(edge)];
-            if (isTail) {
-                record.Tail = node;
-                record.TailPort = port;
-            } else {
-                record.Heads.push_back(node);
-                record.HeadPorts.push_back(port);
-            }
-        };
-        Expect(recordModel, [&] {
-            if (isTail)
-                generator.RecordEdgeTail(_guiEdges[edge], Node(node), port);
-            else
-                generator.RecordEdgeHead(_guiEdges[edge], Node(node), port);
-        });
-    }
-
-    /// The number of an object that the model has as alive, or -1.
-    template <class Object>
-    int NumberOf(const std::vector<boost::weak_ptr<Object>>& objects, const Object* wanted) const
-    {
-        for (std::size_t i = 0; i < objects.size(); ++i) {
-            if (objects[i].lock().get() == wanted && wanted)
-                return static_cast<int>(i);
-        }
-        return -1;
-    }
-
-    /// Whether both refer to one object, be it alive or not.
-    template <class Object>
-    static bool AreSame(const boost::weak_ptr<Object>& one, const boost::weak_ptr<Object>& other)
-    {
-        return !(one < other) && !(other < one);
-    }
-
-    void CompareAll()
-    {
-        for (std::size_t i = 0; i < _model.Graphs.size(); ++i) {
-            Learn(_model.Graphs[i].Nodes, _graphs[i]->Graph.Nodes, _nodes, _weakNodes);
-            Learn(_model.Graphs[i].Edges, _graphs[i]->Graph.Edges, _edges, _weakEdges);
-        }
-        for (std::size_t i = 0; i < _model.Nodes.size(); ++i)
-            CompareNode(static_cast<int>(i));
-        for (std::size_t i = 0; i < _model.Edges.size(); ++i)
-            CompareEdge(static_cast<int>(i));
-        for (std::size_t i = 0; i < _model.Graphs.size(); ++i) {
-            CompareGraph(_model.Graphs[i], _graphs[i]->Graph);
-            CompareGenerator(_model.Graphs[i], _graphs[i]->Generator);
-        }
-    }
-
-    /// Meets the nodes or edges that a graph has made itself.
-    template <class List, class Handle, class Object>
-    static void Learn(const std::vector<int>& model, const List& list, std::vector<Handle>& held,
-                      std::vector<boost::weak_ptr<Object>>& all)
-    {
-        Claim(list.size() == model.size(), "the graph has as many nodes and edges as it must");
-        auto entry = list.begin();
-        for (const int number : model) {
-            if (static_cast<std::size_t>(number) == all.size()) {
-                held.emplace_back();
-                all.emplace_back(*entry);
-            }
-            ++entry;
-        }
-    }
-
-    void CompareNode(int number)
-    {
-        const ShaderNodeHandle node = At(_weakNodes, number).lock();
-        const NodeModel& model = _model.Node(number);
-        Claim((node != nullptr) == _model.IsNodeAlive(number), "a node lives while it is kept");
-        if (!node)
+        const std::size_t edgeCount = filled.Graph.Edges.size();
+        const std::size_t nodeCount = filled.Graph.Nodes.size();
+        if (!Succeeds([&] { filled.Generator.Connect(tail, tailPort, head, headPort); }))
             return;
-        ClaimEqual(node->Describe(), _model.Describe(number), "a node says what it is");
-        Claim(node->Code == model.Code, "a function has its code");
-        CompareList(model.OutEdges, node->OutEdges, _weakEdges);
-        CompareList(model.InEdges, node->InEdges, _weakEdges);
+        const ShaderNode& from = *filled.Generator.NodeMap.at(tail);
+        const ShaderNode& to = *filled.Generator.NodeMap.at(head);
+        const bool isConverted = filled.Graph.Nodes.size() != nodeCount;
+        Claim(isConverted == (from.GetOutputPort(tailPort).Type != to.GetInputPort(headPort).Type),
+              "a conversion stands where the types differ");
+        Claim(filled.Graph.Edges.size() == edgeCount + (isConverted ? 2 : 1),
+              "a conversion has two edges");
+        if (!isConverted)
+            return CheckLastEdge(filled.Graph, from, tailPort, to, headPort);
+        const ShaderNode& conversion = *filled.Graph.Nodes.back();
+        CheckLastEdge(filled.Graph, conversion, "out_value", to, headPort);
+        Claim(conversion.GetInputPort("in_value").Type == from.GetOutputPort(tailPort).Type &&
+                  conversion.GetOutputPort("out_value").Type == to.GetInputPort(headPort).Type,
+              "a conversion leads from one type to the other");
     }
 
-    void CompareEdge(int number)
+    void Record(ShaderGraphGenerator& generator, const ShaderNodeHandle& node)
     {
-        const ShaderEdgeHandle edge = At(_weakEdges, number).lock();
-        const EdgeModel& model = _model.Edge(number);
-        Claim((edge != nullptr) == _model.IsEdgeAlive(number), "an edge lives while it is kept");
-        Claim(!edge || (edge->TailPort == model.TailPort && edge->HeadPort == model.HeadPort &&
-                        AreSame(edge->Tail, At(_weakNodes, model.Tail)) &&
-                        AreSame(edge->Head, At(_weakNodes, model.Head)) && !edge->EdgeFlag),
-              "an edge has its ends");
-    }
-
-    template <class List, class Object>
-    static void CompareList(const std::vector<int>& model, const List& list,
-                            std::vector<boost::weak_ptr<Object>>& all)
-    {
-        Claim(list.size() == model.size(), "a list is as long as it must be");
-        auto entry = list.begin();
-        for (const int number : model)
-            Claim(AreSame<Object>(*entry++, At(all, number)), "a list has its order");
-    }
-
-    template <class List, class Set>
-    static void CompareSet(const List& list, const Set& set)
-    {
-        Claim(set.size() == list.size() && set == Set(list.begin(), list.end()),
-              "list and set agree");
-    }
-
-    void CompareGraph(const GraphModel& model, const ShaderGraph& graph)
-    {
-        CompareSet(graph.Nodes, graph.NodeSet);
-        CompareSet(graph.Edges, graph.EdgeSet);
-        CompareList(model.Nodes, graph.Nodes, _weakNodes);
-        CompareList(model.Edges, graph.Edges, _weakEdges);
-        Claim(graph.InterfaceNodes.size() == model.InterfaceNodes.size(),
-              "the graph has its interface parameters");
-        for (const auto& [key, number] : model.InterfaceNodes)
-            Claim(graph.InterfaceNodes.at(key) == At(_weakNodes, number).lock(),
-                  "the graph has its interface parameters");
-    }
-
-    void CompareGenerator(const GraphModel& model, const ShaderGraphGenerator& generator)
-    {
-        Claim(generator.NodeMap.size() == model.NodeMap.size(), "the generator has its nodes");
-        for (const auto& [given, standing] : generator.NodeMap) {
-            const auto entry = model.NodeMap.find(NumberOf(_weakNodes, given.get()));
-            Claim(entry != model.NodeMap.end() &&
-                      entry->second == NumberOf(_weakNodes, standing.get()),
-                  "the generator has its nodes");
-        }
-        Claim(generator.EdgeMap.size() == model.EdgeMap.size(), "the generator has its records");
-        for (const auto& [number, expected] : model.EdgeMap) {
-            const auto& record = generator.EdgeMap.at(_guiEdges[static_cast<std::size_t>(number)]);
-            std::vector<int> heads;
-            for (const ShaderNodeHandle& head : record.Heads)
-                heads.push_back(NumberOf(_weakNodes, head.get()));
-            Claim(NumberOf(_weakNodes, record.Tail.get()) == expected.Tail &&
-                      record.TailPort == expected.TailPort && heads == expected.Heads &&
-                      record.HeadPorts == expected.HeadPorts,
-                  "a record has both ends");
+        const auto& edge = Pick(_guiEdges);
+        const std::string port = Pick(ports);
+        if (_choices.Flip()) {
+            Succeeds([&] { generator.RecordEdgeTail(edge, node, port); });
+            Claim(generator.EdgeMap.at(edge).Tail == node, "the last tail counts");
+        } else {
+            Succeeds([&] { generator.RecordEdgeHead(edge, node, port); });
+            Claim(generator.EdgeMap.at(edge).Heads.back() == node, "heads are in their order");
         }
     }
 
     Choices _choices;
     const CallMaker& _makeCall;
-    WorldModel _model;
-    std::vector<ShaderNodeHandle> _nodes; ///< empty where the program let go
+    std::vector<ShaderNodeHandle> _nodes; ///< that the program holds itself, as are the edges
     std::vector<ShaderEdgeHandle> _edges;
-    std::vector<boost::weak_ptr<ShaderNode>> _weakNodes;
-    std::vector<boost::weak_ptr<ShaderEdge>> _weakEdges;
     boost::shared_ptr<GuiEdge> _guiEdges[4];
-    std::unique_ptr<RealGraph> _graphs[2];
+    std::unique_ptr<FilledGraph> _graphs[2];
 };
 
 } // namespace

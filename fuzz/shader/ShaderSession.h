@@ -9,7 +9,6 @@
 using CallMaker =
     std::function<void(const std::function<void()>& call, const std::function<void()>& compare)>;
 
-/// Makes calls on two shader graphs, their generators and the nodes that they share, and claims of
-/// each what a plain model says: the answer or the message, and all that graphs, generators and
-/// nodes hold then.
+/// Makes calls on two shader graphs, their generators and the nodes that they share, and claims
+/// that each does what it says or changes nothing, and that all lists agree with each other.
 void RunShaderSession(Choices choices, const CallMaker& makeCall);
