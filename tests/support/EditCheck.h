@@ -6,8 +6,8 @@
 #include <functional>
 
 /// Makes edits of a graph until it is over, now and then undoes one, in the end all of them, and
-/// does them all again. After each step the graph must be what its document gives when it is
-/// written, read and loaded anew.
+/// does them all again. After every tenth edit, and in the end, the graph must be what its document
+/// gives when it is written, read and loaded anew.
 /// @param maker of the graph
 /// @returns the number of edits that were not refused
 /// @throws std::logic_error if something does not hold
