@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <utility>
+
 namespace Mox::Host {
 
 using Json = nlohmann::ordered_json;
@@ -61,7 +63,7 @@ Json DescribeBlocks(const CompiledProgram& program)
             {"layout", "std140"},
             {"stages", DescribeReaders(IsReadIn(block, ProgramStage::Vertex),
                                        IsReadIn(block, ProgramStage::Fragment))},
-            {"members", members}};
+            {"members", std::move(members)}};
     }
     return json;
 }
