@@ -9,7 +9,6 @@ from pathlib import Path
 
 SIZES = [10, 100, 1000, 10000, 100000]
 STAGES = ["read", "load", "resolve", "write", "free"]
-NATIVE_MICROSECONDS = {100: 30, 1000: 29, 10000: 32.5}  # of MaterialX's native generator to ESSL, a node of a chain
 NATIVE_LOAD_MILLISECONDS = 31
 
 
@@ -83,9 +82,6 @@ def main(folder, materials):
         bars.append([f"instructions: `mox export` / plain baseline on the {allocator} allocator, for each node "
                      f"({instructions['road']:,.0f} / {instructions[program]:,.0f})",
                      "", ratio(instructions["road"] / instructions[program])])
-    for size, microseconds in NATIVE_MICROSECONDS.items():
-        bars.append([f"{microseconds} µs (MaterialX native, another machine) / ours, a node to ESSL, chain of {size:,}",
-                     "", ratio(microseconds * 1e-6 / essl("chain", size))])
     loaded = rows["plug-in/load"]
     bars.append([f"plug-in load / {NATIVE_LOAD_MILLISECONDS} ms", "at most 0.01",
                  ratio(loaded["real_time"] * 1e-9 / (NATIVE_LOAD_MILLISECONDS * 1e-3), 0.01)])
