@@ -1,5 +1,6 @@
 import { useCallback, useEffect, useRef, useState } from 'react';
 import { Canvas, type CanvasHandle } from './canvas/Canvas.tsx';
+import { titleOfAnnotation } from './model/annotations.ts';
 import { titleOf } from './model/shape.ts';
 import { alongEdge, isDirection, neighbour, type Direction } from './model/walk.ts';
 import type { Editor } from './model/store.ts';
@@ -20,6 +21,13 @@ type Dialog = 'find' | 'connect' | 'keys' | null;
 
 function isTyping(target: EventTarget | null): boolean {
     return target instanceof Element && target.closest('input, textarea, select, .cm-editor') !== null;
+}
+
+const firstField = '#inspector input, #inspector select, #inspector textarea';
+
+/** Goes to the text of what has just been added. */
+function editText(): void {
+    requestAnimationFrame(() => document.querySelector<HTMLElement>(firstField)?.focus());
 }
 
 /** Sends what is being typed into a field. */
@@ -88,16 +96,18 @@ export function App() {
         requestAnimationFrame(() => requestAnimationFrame(afterThatFrame));
     }, [isLoaded]);
 
-    const jump = useCallback(
-        (id: string) => {
-            editor.selectIds([id]);
-            canvas.current?.frame(editor.get().selection);
+    const jumpTo = useCallback(
+        (ids: readonly string[], annotations: readonly string[]) => {
+            editor.selectIds(ids, annotations);
+            canvas.current?.frame(editor.get().selection, editor.get().selectedAnnotations);
             document.getElementById('canvas')?.focus();
         },
         [editor],
     );
+    const jump = useCallback((id: string) => jumpTo([id], []), [jumpTo]);
 
     useEffect(() => {
+        const pointOnCanvas = () => canvas.current!.toGraph(canvas.current!.pointer());
         const commands: Record<string, () => void> = {
             'ctrl+z': () => editor.undo(),
             'ctrl+shift+z': () => editor.redo(),
@@ -112,7 +122,10 @@ export function App() {
             },
             'ctrl+d': () => void editor.duplicate(),
             'ctrl+f': () => setDialog('find'),
-            'ctrl+a': () => editor.select(editor.get().document.nodes.keys()),
+            'ctrl+a': () => {
+                const { nodes, annotations } = editor.get().document;
+                editor.select(nodes.keys(), annotations.keys());
+            },
         };
         const plain: Record<string, () => void> = {
             tab: () => openAddMenu(editor, canvas.current!),
@@ -121,13 +134,24 @@ export function App() {
             backspace: () => editor.deleteSelected(false),
             'ctrl+delete': () => editor.deleteSelected(true),
             'ctrl+backspace': () => editor.deleteSelected(true),
-            f: () =>
-                canvas.current!.frame(editor.get().selection.size > 0 ? editor.get().selection : undefined),
+            g: () => void editor.addFrame(pointOnCanvas()).then(editText),
+            n: () => void editor.addNote(pointOnCanvas()).then(editText),
+            e: () => editor.selectNextEdge(),
+            b: () => {
+                const { document: graph, selectedEdge } = editor.get();
+                const edge = graph.edges.get(selectedEdge ?? -1);
+                if (edge) editor.addPoint(edge);
+            },
+            f: () => {
+                const { selection, selectedAnnotations } = editor.get();
+                const isAll = selection.size + selectedAnnotations.size === 0;
+                canvas.current!.frame(isAll ? undefined : selection, selectedAnnotations);
+            },
             a: () => canvas.current!.frame(),
             l: () => editor.layOut(),
             p: () => pinSelected(editor),
             t: () => editor.toggleThumbnails(),
-            enter: () => document.querySelector<HTMLElement>('#inspector input, #inspector select')?.focus(),
+            enter: () => document.querySelector<HTMLElement>(firstField)?.focus(),
             escape: () => editor.select([]),
             '?': () => setDialog('keys'),
             'shift+?': () => setDialog('keys'),
@@ -176,12 +200,13 @@ export function App() {
             spaceIsTap.current = false;
         };
         const copy = (event: ClipboardEvent, isCut: boolean) => {
-            if (isTyping(event.target) || editor.selectedNodes().length === 0) return;
+            const { selection, selectedAnnotations } = editor.get();
+            if (isTyping(event.target) || selection.size + selectedAnnotations.size === 0) return;
             event.preventDefault();
             void editor.copySelected().then(async (text) => {
                 if (text === '') return;
                 await navigator.clipboard.writeText(text);
-                if (isCut) editor.deleteSelected(false);
+                if (isCut) editor.cutSelected();
                 else editor.say('Copied.');
             });
         };
@@ -256,16 +281,26 @@ export function App() {
             {dialog === 'keys' && <KeyList onClose={closeDialog} />}
             {dialog === 'find' && (
                 <Palette
-                    title="Find a node"
-                    choices={[...graph.nodes.values()].map((node) => ({
-                        key: node.record.id,
-                        label: titleOf(node),
-                        detail: `${node.record.id} ${node.record.type}`,
-                    }))}
+                    title="Find a node, a frame or a note"
+                    choices={[
+                        ...[...graph.nodes.values()].map((node) => ({
+                            key: `node-${node.number}`,
+                            label: titleOf(node),
+                            detail: `${node.record.id} ${node.record.type}`,
+                            ids: [[node.record.id], []] as [string[], string[]],
+                        })),
+                        ...[...graph.annotations.values()].map((annotation) => ({
+                            key: `annotation-${annotation.number}`,
+                            label: titleOfAnnotation(annotation),
+                            detail: annotation.record.text,
+                            ids: [[], [annotation.record.id]] as [string[], string[]],
+                        })),
+                    ]}
                     onClose={closeDialog}
                     onPick={(choice) => {
                         closeDialog();
-                        jump(choice.key);
+                        jumpTo(...choice.ids);
+                        editor.say(`Selected: ${choice.label}`);
                     }}
                 />
             )}

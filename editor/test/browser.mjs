@@ -378,6 +378,130 @@ test('nodes are copied, cut, pasted and edited together', async () => {
     await page.context().close();
 });
 
+/** Where a point of the graph is on the screen, by the place of a node. */
+const onScreen = (page, id, { x, y }) =>
+    card(page, id).evaluate(
+        (element, at) => {
+            const { document } = window.moxEditor.get();
+            const place = window.moxEditor.placeOf(document.nodes.get(document.numbers.get(at.id)));
+            const box = element.getBoundingClientRect();
+            const zoom = box.width / element.offsetWidth;
+            return [box.x + (at.x - place.x) * zoom, box.y + (at.y - place.y) * zoom];
+        },
+        { id, x, y },
+    );
+
+test('frames, notes and points of edges are drawn, moved, copied and undone', async () => {
+    const { file, page } = await prepare('rim_light');
+    execFileSync(mox, ['format', '--tidy', file]);
+    await page.getByRole('button', { name: 'Load the file' }).click();
+    const original = readFileSync(file, 'utf8');
+    const layers = () =>
+        page.evaluate(() => {
+            const editor = window.moxEditor;
+            const { document } = editor.get();
+            const entries = (map, value) => [...map.values()].map((each) => [each.record.id, value(each)]);
+            return {
+                places: Object.fromEntries(entries(document.nodes, (node) => editor.placeOf(node))),
+                annotations: [...document.annotations.values()].map(({ record }) => record),
+                points: [...document.edges.values()].flatMap(({ record }) => record.points ?? []),
+            };
+        });
+    const field = (name) => page.locator('#inspector').getByLabel(name, { exact: true });
+    const selectNodes = (ids) => page.evaluate((wanted) => window.moxEditor.selectIds(wanted), ids);
+
+    // A frame around two nodes moves with them, and is resized at its corner.
+    await until(page, () => window.moxEditor.get().fileChange === null);
+    await selectNodes(['facing', 'rim']);
+    await page.locator('#canvas').focus();
+    await change(page, () => page.keyboard.press('g'));
+    await until(page, () => window.document.activeElement?.getAttribute('aria-label') === 'title');
+    await page.keyboard.type('Rim');
+    await change(page, () => page.keyboard.press('Enter'));
+    const before = await layers();
+    const [frame] = before.annotations;
+    assert.equal(frame.text, 'Rim');
+    const title = { x: frame.x + frame.width / 2, y: frame.y + 8 };
+    const from = await onScreen(page, 'facing', title);
+    await change(page, () => drag(page, from, [from[0] - 30, from[1] + 40]));
+    const after = await layers();
+    const way = { x: after.annotations[0].x - frame.x, y: after.annotations[0].y - frame.y };
+    assert.ok(way.x < 0 && way.y > 0);
+    for (const id of Object.keys(before.places)) {
+        const isIn = id === 'facing' || id === 'rim';
+        assert.equal(after.places[id].x - before.places[id].x, isIn ? way.x : 0, id);
+        assert.equal(after.places[id].y - before.places[id].y, isIn ? way.y : 0, id);
+    }
+    await change(page, () => page.keyboard.press('Control+z'));
+    assert.deepEqual(await layers(), before);
+    const corner = await onScreen(page, 'facing', { x: frame.x + frame.width, y: frame.y + frame.height });
+    await change(page, () => drag(page, [corner[0] - 2, corner[1] - 2], [corner[0] + 38, corner[1] + 18]));
+    const [resized] = (await layers()).annotations;
+    assert.ok(resized.width > frame.width && resized.height > frame.height && resized.x === frame.x);
+    await page.getByLabel(/Graph of .* frame “Rim” is selected/).waitFor();
+
+    // A copy has what is in the frame; deleting the frame leaves it.
+    await page.locator('#canvas').focus();
+    await page.keyboard.press('Control+c');
+    await until(page, () => window.moxEditor.get().message === 'Copied.');
+    await change(page, () => page.keyboard.press('Control+v'));
+    assert.equal((await state(page)).ids.length, 8);
+    assert.equal((await layers()).annotations.length, 2);
+    await change(page, () => page.keyboard.press('Control+z'));
+    await page.evaluate(() => window.moxEditor.selectIds([], ['frame']));
+    await change(page, () => page.keyboard.press('Delete'));
+    assert.equal((await state(page)).ids.length, 6);
+    await change(page, () => page.keyboard.press('Control+z'));
+
+    // A note, whose text is edited after a search for it.
+    await change(page, () => page.keyboard.press('n'));
+    await until(page, () => window.document.activeElement?.getAttribute('aria-label') === 'text');
+    await page.keyboard.type('Shines at the edge.');
+    await change(page, () => page.keyboard.press('Control+Enter'));
+    await page.locator('#canvas').focus();
+    await page.keyboard.press('Control+f');
+    await page.locator('.palette input').fill('shines');
+    await page.keyboard.press('Enter');
+    assert.equal(await field('text').inputValue(), 'Shines at the edge.');
+
+    // Points of an edge, by mouse and by keyboard.
+    await page.keyboard.press('a');
+    const ends = [port(page, 'base', 'read'), port(page, 'surface', 'in_colour')];
+    const [[x1, y1], [x2, y2]] = [await middle(ends[0]), await middle(ends[1])];
+    await change(page, () => page.mouse.dblclick((x1 + x2) / 2, (y1 + y2) / 2));
+    const [point] = (await layers()).points;
+    const held = await onScreen(page, 'base', point);
+    await change(page, () => drag(page, held, [held[0] + 10, held[1] + 70]));
+    const [dragged] = (await layers()).points;
+    assert.ok(dragged.y > point.y);
+    await change(page, () => page.keyboard.press('Shift+ArrowDown'));
+    assert.equal((await layers()).points[0].y, dragged.y + 40);
+    await change(page, () => page.keyboard.press('Delete'));
+    assert.deepEqual((await layers()).points, []);
+    assert.equal((await state(page)).edges.length, 5, 'the edge is still there');
+    await selectNodes(['base']);
+    await page.keyboard.press('e');
+    await change(page, () => page.keyboard.press('b'));
+    await change(page, () =>
+        field('point 1, y')
+            .fill('-40')
+            .then(() => page.keyboard.press('Enter')),
+    );
+    assert.equal((await layers()).points[0].y, -40);
+
+    await page.locator('#canvas').focus();
+    await page.keyboard.press('Control+s');
+    await until(page, () => !window.moxEditor.get().unsaved);
+    const saved = readFileSync(file, 'utf8');
+    assert.match(saved, /<material version="2">/);
+    execFileSync(mox, ['format', '--check', file]);
+    while ((await state(page)).undo !== '') await change(page, () => page.keyboard.press('Control+z'));
+    await page.keyboard.press('Control+s');
+    await until(page, () => !window.moxEditor.get().unsaved);
+    assert.equal(readFileSync(file, 'utf8'), original, 'without the new parts it is as before');
+    assert.deepEqual(page.complaints, []);
+});
+
 test('lines of programs and nodes find each other', async () => {
     const { page } = await prepare('tinted_texture');
     await page.getByRole('button', { name: 'Lay out' }).last().click();
@@ -417,6 +541,10 @@ test('a checker of accessibility finds nothing serious, in light and dark', asyn
             await page.getByRole('button', { name: 'Add' }).click();
         },
         async () => {
+            await page.locator('.palette input').fill('note');
+            await change(page, () => page.keyboard.press('Enter'));
+        },
+        async () => {
             await page.keyboard.press('Escape');
             await page.getByRole('button', { name: 'Keys' }).click();
         },
@@ -449,8 +577,7 @@ test('two windows show one document', async () => {
     await right.keyboard.press('Control+z');
     await until(left, () => window.moxEditor.get().document.numbers.has('tint'));
     // Problems come when the server has looked for them: two textures do not lie beside the copy.
-    for (const page of [left, right])
-        await until(page, () => window.moxEditor.get().problems.length === 2);
+    for (const page of [left, right]) await until(page, () => window.moxEditor.get().problems.length === 2);
     assert.deepEqual(await state(left), await state(right));
     assert.deepEqual([...left.complaints, ...right.complaints], []);
     await left.context().close();

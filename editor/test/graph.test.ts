@@ -1,7 +1,10 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { fittingPort, partnersOf, whyNot } from '../src/model/connect.ts';
-import { applyChanges, positionOf } from '../src/model/document.ts';
+import { addAnnotation, moved, noMoves, placesOf, stepsOf } from '../src/model/annotations.ts';
+import { withContents, withPoint } from '../src/model/annotations.ts';
+import { applyChanges, changesMeaning, positionOf } from '../src/model/document.ts';
+import type { DocumentState } from '../src/model/document.ts';
 import { addNode, connect, removeAndRewire, typesFor } from '../src/model/edits.ts';
 import { alongEdge, neighbour } from '../src/model/walk.ts';
 import { portPoint, shapeOf } from '../src/model/shape.ts';
@@ -182,4 +185,46 @@ test('ports stand on the sides of their node, one below the other', () => {
     assert.equal(out.x, shapeOf(maths).width);
     assert.equal(out.y, first.y);
     assert.ok(second.y > first.y && second.y < shapeOf(maths).height);
+});
+
+test('frames hold what is in them, and points move with both ends of their edge', () => {
+    const annotation = (
+        number: number,
+        kind: 'frame' | 'note',
+        [x, y, width, height]: [number, number, number, number],
+    ) => ({ number, record: { id: String(number), kind, text: '', x, y, width, height } });
+    const list = [
+        annotation(1, 'frame', [-10, -10, 300, 250]),
+        annotation(2, 'frame', [0, 0, 300, 10]), // reaches out of the first
+        annotation(3, 'note', [100, 100, 900, 10]),
+    ];
+    const framed: DocumentState = {
+        ...graph,
+        annotations: new Map(list.map((each) => [each.number, each])),
+        edges: new Map(
+            [...graph.edges].map(([number, edge]) => [
+                number,
+                { number, record: { ...edge.record, points: [{ x: 100, y: 100 }] } },
+            ]),
+        ),
+    };
+    const held = withContents(framed, [], [1]);
+    assert.deepEqual([...held.nodes], [uv.number, grey.number, texture.number]);
+    assert.deepEqual([...held.annotations], [1, 3]);
+    const places = moved(placesOf(framed, noMoves, held), { x: 5, y: -6 });
+    assert.deepEqual(places.nodes.get(grey.number), { x: 5, y: 194 });
+    assert.deepEqual(places.areas.get(3), { x: 105, y: 94, width: 900, height: 10 });
+    assert.deepEqual([...places.points.values()], [[{ x: 105, y: 94 }]], 'of the edge in the frame alone');
+    assert.deepEqual(
+        stepsOf(places, framed).map((step) => step.do),
+        ['setProperties', 'setAnnotation', 'setAnnotation', 'setPoints'],
+    );
+
+    const edge = [...framed.edges.values()][0]!;
+    const changes = { nodes: [], edges: [edge], goneNodes: [], goneEdges: [], annotations: [list[0]!] };
+    assert.ok(!changesMeaning(graph, changes), 'nothing is compiled again');
+    assert.equal(applyChanges(framed, { ...changes, goneAnnotations: [2] }).annotations.size, 2);
+    const at = { x: 190, y: 60 }; // near the head
+    assert.deepEqual(withPoint(framed, edge, at), { points: [{ x: 100, y: 100 }, at], index: 1 });
+    assert.equal(addAnnotation(framed, 'note', list[2]!.record).id, 'note');
 });

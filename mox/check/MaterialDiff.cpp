@@ -1,6 +1,7 @@
 #include "mox/check/MaterialDiff.h"
 
 #include "mox/Text.h"
+#include "mox/document/AnnotationText.h"
 #include "mox/document/PropertyText.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -40,9 +41,16 @@ struct ComparedNode
 
 using ComparedNodes = std::map<std::string, ComparedNode>;
 
-/// From the input that an edge feeds to the output that feeds it, both as (node, port).
-using End = std::pair<std::string, std::string>;
-using ComparedEdges = std::map<End, End>;
+using End = std::pair<std::string, std::string>; ///< node and port
+
+struct ComparedEdge
+{
+    End Tail;
+    std::string Points;
+};
+
+/// By the input that an edge feeds.
+using ComparedEdges = std::map<End, ComparedEdge>;
 
 class Reader
 {
@@ -88,7 +96,7 @@ ComparedEdges ReadEdges(const MaterialDocument& document)
 {
     ComparedEdges edges;
     for (const DocumentEdge& edge : document.Edges)
-        edges[{edge.Head, edge.HeadPort}] = {edge.Tail, edge.TailPort};
+        edges[{edge.Head, edge.HeadPort}] = {{edge.Tail, edge.TailPort}, FormatPoints(edge.Points)};
     return edges;
 }
 
@@ -122,6 +130,7 @@ public:
         CompareNodes();
         CompareEdges();
         CompareBindings();
+        CompareAnnotations();
         return std::move(_lines);
     }
 
@@ -217,20 +226,58 @@ private:
     void CompareEdges()
     {
         ComparedEdges before;
-        for (const auto& [head, tail] : ReadEdges(_before))
-            before[{IdAfter(head.first), head.second}] = {IdAfter(tail.first), tail.second};
-        const ComparedEdges after = ReadEdges(_after);
-        for (const auto& [head, tail] : before) {
-            const auto now = after.find(head);
-            if (now == after.end())
-                Say("edge from ", FormatEnd(tail), " to ", FormatEnd(head), " is gone");
-            else if (now->second != tail)
-                Say(FormatEnd(head), " is fed by ", FormatEnd(now->second), " instead of ",
-                    FormatEnd(tail));
+        for (const auto& [head, edge] : ReadEdges(_before)) {
+            const End tail = {IdAfter(edge.Tail.first), edge.Tail.second};
+            before[{IdAfter(head.first), head.second}] = {tail, edge.Points};
         }
-        for (const auto& [head, tail] : after) {
+        const ComparedEdges after = ReadEdges(_after);
+        for (const auto& [head, edge] : before) {
+            const auto now = after.find(head);
+            const std::string name =
+                Compose("edge from ", FormatEnd(edge.Tail), " to ", FormatEnd(head));
+            if (now == after.end())
+                Say(name, " is gone");
+            else if (now->second.Tail != edge.Tail)
+                Say(FormatEnd(head), " is fed by ", FormatEnd(now->second.Tail), " instead of ",
+                    FormatEnd(edge.Tail));
+            else
+                ComparePoints(name, edge.Points, now->second.Points);
+        }
+        for (const auto& [head, edge] : after) {
             if (!before.contains(head))
-                Say("edge from ", FormatEnd(tail), " to ", FormatEnd(head), " is new");
+                Say("edge from ", FormatEnd(edge.Tail), " to ", FormatEnd(head), " is new");
+        }
+    }
+
+    void ComparePoints(const std::string& edge, const std::string& before, const std::string& after)
+    {
+        const auto valuesOf = [](const std::string& points) {
+            return points.empty() ? Values() : Values{{"points", points}};
+        };
+        CompareValues(edge, valuesOf(before), valuesOf(after));
+    }
+
+    void CompareAnnotations()
+    {
+        const auto read = [](const MaterialDocument& document) {
+            std::map<std::string, Values> annotations;
+            for (const DocumentAnnotation& annotation : document.Annotations)
+                annotations[Compose("annotation \"", annotation.Id, "\"")] =
+                    ToMap(AttributesOf(annotation));
+            return annotations;
+        };
+        const std::map<std::string, Values> before = read(_before);
+        const std::map<std::string, Values> after = read(_after);
+        for (const auto& [name, values] : before) {
+            const auto now = after.find(name);
+            if (now == after.end())
+                Say(name, " (", values.at("kind"), ") is gone");
+            else
+                CompareValues(name, values, now->second);
+        }
+        for (const auto& [name, values] : after) {
+            if (!before.contains(name))
+                Say(name, " (", values.at("kind"), ") is new");
         }
     }
 

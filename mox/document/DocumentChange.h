@@ -20,7 +20,7 @@ struct RenderStateChange
     std::vector<DocumentValue> Values;
 };
 
-/// The nodes, edges or bindings of a document.
+/// The nodes, edges, bindings or annotations of a document.
 template <class Record, class Document>
 auto& RecordsOf(Document& document)
 {
@@ -28,13 +28,15 @@ auto& RecordsOf(Document& document)
         return document.Nodes;
     else if constexpr (std::is_same_v<Record, DocumentEdge>)
         return document.Edges;
-    else
+    else if constexpr (std::is_same_v<Record, DocumentBinding>)
         return document.Bindings;
+    else
+        return document.Annotations;
 }
 
-using DocumentStep =
-    std::variant<RecordChange<DocumentNode>, RecordChange<DocumentEdge>,
-                 RecordChange<DocumentBinding>, DescriptionChange, RenderStateChange>;
+using DocumentStep = std::variant<RecordChange<DocumentNode>, RecordChange<DocumentEdge>,
+                                  RecordChange<DocumentBinding>, RecordChange<DocumentAnnotation>,
+                                  DescriptionChange, RenderStateChange>;
 
 /// Changes of the records of a document, in the order in which they are made. It fits one state of
 /// one document, since it names records by number. An edit gives such a change as its inverse.

@@ -1,11 +1,15 @@
 #include "mox/document/IndexedDocument.h"
 
+#include "mox/Text.h"
+#include "mox/host/HostError.h"
+
 #include <algorithm>
 #include <type_traits>
 #include <utility>
 
 namespace Mox::Host {
 
+using Materials::Compose;
 using Materials::GuiPropertyKind;
 
 namespace {
@@ -82,6 +86,9 @@ IndexedDocument::IndexedDocument(MaterialDocument document) : _document(std::mov
         Enter(edge.Index(), *edge);
     for (auto binding = _document.Bindings.begin(); binding != _document.Bindings.end(); ++binding)
         Enter(binding.Index(), *binding);
+    const auto& annotations = _document.Annotations;
+    for (auto annotation = annotations.begin(); annotation != annotations.end(); ++annotation)
+        Enter(annotation.Index(), *annotation);
 }
 
 std::optional<std::size_t> IndexedDocument::FindNode(const std::string& id) const
@@ -122,6 +129,20 @@ std::optional<std::size_t> IndexedDocument::FindBinding(const std::string& strea
                  [&](std::size_t binding) { return IsOf(binding, stream, tag); });
 }
 
+std::optional<std::size_t> IndexedDocument::FindAnnotation(const std::string& id) const
+{
+    return First(_annotations, std::tie(id),
+                 [&](std::size_t annotation) { return HasAnnotationId(annotation, id); });
+}
+
+std::size_t IndexedDocument::RequireAnnotation(const std::string& id) const
+{
+    const auto index = FindAnnotation(id);
+    if (!index)
+        throw HostError({_document.File}, Compose("there is no annotation \"", id, "\""));
+    return *index;
+}
+
 void IndexedDocument::Prepare(const DocumentStep& step)
 {
     ForContent(step, [this](std::size_t index, const auto& record) { Enter(index, record); });
@@ -147,6 +168,11 @@ bool IndexedDocument::IsOf(std::size_t binding, const std::string& stream,
 {
     return _document.Bindings.Holds(binding) && _document.Bindings[binding].Stream == stream &&
            _document.Bindings[binding].Tag == tag;
+}
+
+bool IndexedDocument::HasAnnotationId(std::size_t annotation, const std::string& id) const
+{
+    return _document.Annotations.Holds(annotation) && _document.Annotations[annotation].Id == id;
 }
 
 bool IndexedDocument::RefersTo(std::size_t node, const std::string& id) const
@@ -191,6 +217,11 @@ void IndexedDocument::Enter(std::size_t index, const DocumentBinding& binding)
     _bindings.emplace(binding.Stream, binding.Tag, index);
 }
 
+void IndexedDocument::Enter(std::size_t index, const DocumentAnnotation& annotation)
+{
+    _annotations.emplace(annotation.Id, index);
+}
+
 void IndexedDocument::Leave(std::size_t index, const DocumentNode& node) noexcept
 {
     if (!HasId(index, node.Id))
@@ -213,6 +244,12 @@ void IndexedDocument::Leave(std::size_t index, const DocumentBinding& binding) n
 {
     if (!IsOf(index, binding.Stream, binding.Tag))
         Erase(_bindings, std::tie(binding.Stream, binding.Tag, index));
+}
+
+void IndexedDocument::Leave(std::size_t index, const DocumentAnnotation& annotation) noexcept
+{
+    if (!HasAnnotationId(index, annotation.Id))
+        Erase(_annotations, std::tie(annotation.Id, index));
 }
 
 DocumentEdit::~DocumentEdit()

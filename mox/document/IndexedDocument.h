@@ -40,6 +40,13 @@ public:
     /// The number of the binding of a stream and a name; of several, the smallest.
     std::optional<std::size_t> FindBinding(const std::string& stream, const std::string& tag) const;
 
+    /// The number of the annotation with an id; of several with the same one, the smallest.
+    std::optional<std::size_t> FindAnnotation(const std::string& id) const;
+
+    /// The same for callers that need one.
+    /// @throws HostError if there is none
+    std::size_t RequireAnnotation(const std::string& id) const;
+
 private:
     friend class DocumentEdit;
 
@@ -78,6 +85,7 @@ private:
 
     bool HasId(std::size_t node, const std::string& id) const;
     bool IsOf(std::size_t binding, const std::string& stream, const std::string& tag) const;
+    bool HasAnnotationId(std::size_t annotation, const std::string& id) const;
     bool RefersTo(std::size_t node, const std::string& id) const;
     bool HasTail(std::size_t edge, const std::string& id) const;
     bool HasHead(std::size_t edge, const std::string& id, const std::string& port) const;
@@ -85,9 +93,11 @@ private:
     void Enter(std::size_t index, const DocumentNode& node);
     void Enter(std::size_t index, const DocumentEdge& edge);
     void Enter(std::size_t index, const DocumentBinding& binding);
+    void Enter(std::size_t index, const DocumentAnnotation& annotation);
     void Leave(std::size_t index, const DocumentNode& node) noexcept;
     void Leave(std::size_t index, const DocumentEdge& edge) noexcept;
     void Leave(std::size_t index, const DocumentBinding& binding) noexcept;
+    void Leave(std::size_t index, const DocumentAnnotation& annotation) noexcept;
 
     MaterialDocument _document;
     Entries<std::string> _ids;
@@ -95,6 +105,7 @@ private:
     Entries<std::string> _tails;                 ///< id of the tail; edges
     Entries<std::string, std::string> _heads;    ///< id and port of the head; edges
     Entries<std::string, std::string> _bindings; ///< stream and tag
+    Entries<std::string> _annotations;
 };
 
 /// One run of changes over the records of a document. Unless it is finished, it takes all of them
@@ -112,7 +123,7 @@ public:
     /// Makes a step. A new record needs a number that is free.
     void Do(DocumentStep step);
 
-    /// Steps for a node, an edge or a binding. Each number is that of a record.
+    /// Steps for a node, an edge, a binding or an annotation. Each number is that of a record.
     /// @param before number of the record that follows, or None
     /// @returns the number of the new record
     template <class Record>

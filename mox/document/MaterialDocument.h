@@ -40,6 +40,15 @@ struct DocumentNode
     bool operator==(const DocumentNode& other) const = default;
 };
 
+/// A point of the plane that the nodes are placed on, in pixels as their positions are.
+struct DocumentPoint
+{
+    std::int32_t X = 0;
+    std::int32_t Y = 0; ///< grows downwards
+
+    bool operator==(const DocumentPoint& other) const = default;
+};
+
 /// Ends are node ids and Cg names of ports.
 struct DocumentEdge
 {
@@ -48,7 +57,8 @@ struct DocumentEdge
     std::string Head;
     std::string HeadPort;
     int Line = 0;
-    DocumentComments Comments = {}; ///< in front of the edge
+    DocumentComments Comments = {};         ///< in front of the edge
+    std::vector<DocumentPoint> Points = {}; ///< that editors draw it through, from tail to head
 };
 
 /// A named value of the material as a whole, as text.
@@ -69,6 +79,30 @@ struct DocumentBinding
     DocumentComments Comments = {}; ///< in front of the binding
 };
 
+enum class AnnotationKind
+{
+    Frame, ///< a titled rectangle behind nodes
+    Note   ///< text in a rectangle
+};
+
+/// What a document says to the people who edit it. It has no influence on programs.
+///
+/// Which nodes belong to a frame is not stored: those whose upper left corner is in it do.
+struct DocumentAnnotation
+{
+    AnnotationKind Kind = AnnotationKind::Frame;
+    std::string Id;       ///< unique among the annotations of the document
+    std::string Text;     ///< title of the frame, or text of the note
+    DocumentPoint Corner; ///< the upper left one
+    std::int32_t Width = 0;
+    std::int32_t Height = 0;
+    std::string Colour; ///< such as "#4080c0"; empty: the editor's choice
+    int Line = 0;
+    DocumentComments Comments = {}; ///< in front of the annotation
+
+    bool operator==(const DocumentAnnotation& other) const = default;
+};
+
 /// Comments of one of the parts of a document.
 struct SectionComments
 {
@@ -76,7 +110,7 @@ struct SectionComments
     DocumentComments Last;   ///< behind all that it holds
 };
 
-/// Comments that stand with no node, edge or binding.
+/// Comments that are with no node, edge, binding or annotation.
 struct MaterialComments
 {
     SectionComments Document;
@@ -85,6 +119,7 @@ struct MaterialComments
     SectionComments Nodes;
     SectionComments Edges;
     SectionComments Bindings;
+    SectionComments Annotations;
 };
 
 /// A material as it stands in a file, without any knowledge of node types. It is the whole state of
@@ -97,6 +132,7 @@ struct MaterialDocument
     OrderedSlots<DocumentNode> Nodes;
     OrderedSlots<DocumentEdge> Edges;
     OrderedSlots<DocumentBinding> Bindings;
+    OrderedSlots<DocumentAnnotation> Annotations; ///< the first one is the hindmost
     MaterialComments Comments;
 };
 
@@ -118,8 +154,9 @@ MaterialDocument ParseMaterialDocument(const std::string& file, std::string_view
                                        ProblemList& problems);
 
 /// The canonical form of a document: the parts and attributes in the order of the rules, nodes,
-/// edges and bindings in their own order, one element on a line. What is read from it has this form
-/// again, to the byte, and a changed value changes one line.
+/// edges, bindings and annotations in their own order, one element on a line. What is read from it
+/// has this form again, to the byte, and a changed value changes one line. The version is the
+/// lowest that has all that the document holds: 2 with annotations or points of edges, otherwise 1.
 /// @throws HostError if a text has a character that XML cannot hold, or if the description, the
 ///         render state or a binding has a value that the rules do not know
 std::string FormatMaterialDocument(const MaterialDocument& document);

@@ -1,6 +1,7 @@
 #include "mox/document/MaterialReader.h"
 
 #include "mox/Text.h"
+#include "mox/document/AnnotationText.h"
 #include "mox/document/MaterialRules.h"
 #include "mox/document/PropertyText.h"
 #include "mox/host/Excerpt.h"
@@ -82,6 +83,7 @@ void MaterialReader::StartElement(const XmlElement& element)
         return _parser.Stop();
     StartRecord(element);
     CheckAttributes(*rule, element);
+    CheckVersionOf(element);
 }
 
 void MaterialReader::EndElement()
@@ -152,19 +154,38 @@ const ElementRule* MaterialReader::FindRule(const XmlElement& element)
     return nullptr;
 }
 
-/// The rules are those of one version, so documents of others are not judged by them.
+/// The rules are those of known versions, so documents of others are not judged by them.
 bool MaterialReader::IsOtherVersion(const ElementRule& rule, const XmlElement& element)
 {
     if (&rule != &MaterialRule)
         return false;
     constexpr const char* name = "version";
     const std::string_view* version = element.Find(name);
-    if (!version || !ParseInteger(*version) || *version == DocumentVersion)
+    _isPlain = version && *version == PlainVersion;
+    if (!version || !ParseInteger(*version) || _isPlain || *version == AnnotatedVersion)
         return false;
     Fail("document-version", element.PlaceOf(name, _document.File),
-         Compose("document version ", *version, " is not supported, expected \"", DocumentVersion,
-                 "\""));
+         Compose("document version ", *version, " is not supported, expected \"", PlainVersion,
+                 "\" or \"", AnnotatedVersion, "\""));
     return true;
+}
+
+/// A reader of plain documents would refuse what only annotated ones may have, so it is refused
+/// here too.
+void MaterialReader::CheckVersionOf(const XmlElement& element)
+{
+    if (!_isPlain)
+        return;
+    const auto fail = [&](const Place& where, std::string_view what) {
+        Fail("schema", where,
+             Compose(what, " must not be in a document of version \"", PlainVersion,
+                     "\", expected version \"", AnnotatedVersion, "\""));
+    };
+    constexpr const char* points = "points";
+    if (element.Name == "annotations")
+        fail(element.PlaceIn(_document.File), "<annotations>");
+    else if (element.Name == "edge" && element.Find(points))
+        fail(element.PlaceOf(points, _document.File), "attribute \"points\"");
 }
 
 void MaterialReader::CheckAttributes(const ElementRule& rule, const XmlElement& element)
@@ -192,6 +213,8 @@ void MaterialReader::StartRecord(const XmlElement& element)
         StartEdge(element);
     else if (element.Name == "binding")
         StartBinding(element);
+    else if (element.Name == "annotation")
+        StartAnnotation(element);
     else if (element.Name == "description")
         _document.Description = ValuesOf(element);
     else if (element.Name == "renderState")
@@ -234,9 +257,12 @@ void MaterialReader::StartEdge(const XmlElement& element)
     const std::string_view* tailPort = element.Find("tailPort");
     const std::string_view* head = element.Find("head");
     const std::string_view* headPort = element.Find("headPort");
-    if (tail && tailPort && head && headPort)
-        _edge = {std::string(*tail),     std::string(*tailPort), std::string(*head),
-                 std::string(*headPort), element.Line,           {}};
+    if (!tail || !tailPort || !head || !headPort)
+        return;
+    _edge = {std::string(*tail),     std::string(*tailPort), std::string(*head),
+             std::string(*headPort), element.Line,           {}};
+    if (const std::string_view* points = element.Find("points"))
+        _edge->Points = ParsePoints(*points).value_or(std::vector<DocumentPoint>());
 }
 
 void MaterialReader::StartBinding(const XmlElement& element)
@@ -255,6 +281,29 @@ void MaterialReader::StartBinding(const XmlElement& element)
     if (!isNew) {
         Fail("doubled-binding", element.PlaceOf("tag", _document.File),
              Compose("the binding on line ", other->second, " has this stream and tag already"));
+    }
+}
+
+void MaterialReader::StartAnnotation(const XmlElement& element)
+{
+    const std::string_view* id = element.Find("id");
+    if (!id || id->empty())
+        return;
+    const auto textOf = [&](std::string_view attribute) {
+        const std::string_view* value = element.Find(attribute);
+        return value ? *value : std::string_view();
+    };
+    const auto numberOf = [&](std::string_view attribute) {
+        return ParseInteger(textOf(attribute)).value_or(0);
+    };
+    _annotation = {
+        ParseAnnotationKind(textOf("kind")), std::string(*id),  std::string(textOf("text")),
+        {numberOf("x"), numberOf("y")},      numberOf("width"), numberOf("height"),
+        std::string(textOf("colour")),       element.Line,      {}};
+    const auto [other, isNew] = _lineOfAnnotation.emplace(_annotation->Id, element.Line);
+    if (!isNew) {
+        Fail("doubled-id", element.PlaceOf("id", _document.File),
+             Compose("the annotation on line ", other->second, " has this id already"));
     }
 }
 
@@ -282,6 +331,10 @@ void MaterialReader::EndRecord(std::string_view name, SectionComments comments)
         if (_binding)
             _binding->Comments = Flatten(std::move(comments));
         MoveInto(_document.Bindings, _binding);
+    } else if (name == "annotation") {
+        if (_annotation)
+            _annotation->Comments = Flatten(std::move(comments));
+        MoveInto(_document.Annotations, _annotation);
     } else if (name == "description") {
         _document.Comments.Description = Flatten(std::move(comments));
     } else if (name == "renderState") {
@@ -292,6 +345,8 @@ void MaterialReader::EndRecord(std::string_view name, SectionComments comments)
         _document.Comments.Edges = std::move(comments);
     } else if (name == "bindings") {
         _document.Comments.Bindings = std::move(comments);
+    } else if (name == "annotations") {
+        _document.Comments.Annotations = std::move(comments);
     } else {
         _document.Comments.Document = std::move(comments);
     }

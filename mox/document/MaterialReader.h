@@ -46,6 +46,7 @@ private:
 
     const ElementRule* FindRule(const XmlElement& element);
     bool IsOtherVersion(const ElementRule& rule, const XmlElement& element);
+    void CheckVersionOf(const XmlElement& element);
     void CheckAttributes(const ElementRule& rule, const XmlElement& element);
 
     void StartRecord(const XmlElement& element);
@@ -53,6 +54,7 @@ private:
     void StartProperty(const XmlElement& element);
     void StartEdge(const XmlElement& element);
     void StartBinding(const XmlElement& element);
+    void StartAnnotation(const XmlElement& element);
     void EndRecord(std::string_view name, SectionComments comments);
 
     void Fail(ProblemRule rule, Place where, const std::string& message);
@@ -68,9 +70,12 @@ private:
     std::optional<DocumentProperty> _property;
     std::optional<DocumentEdge> _edge;
     std::optional<DocumentBinding> _binding;
+    std::optional<DocumentAnnotation> _annotation;
+    bool _isPlain = false; ///< the document has the version without annotations
 
     std::unordered_map<std::string, int> _lineOfId;
     std::map<std::pair<std::string, std::string>, int> _lineOfBinding; ///< by stream and tag
+    std::unordered_map<std::string, int> _lineOfAnnotation;            ///< by id
     std::size_t _failureCount = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "mox/document/MaterialRules.h"
 
 #include "mox/bindings/DocumentKeys.h"
+#include "mox/document/AnnotationText.h"
 #include "mox/document/PropertyText.h"
 #include "mox/document/SamplerState.h"
 
@@ -66,7 +67,16 @@ constexpr ValueRule colour = {{}, IsColour, "three numbers with one blank betwee
 constexpr ValueRule numberList = {{}, IsNumberList, "numbers with commas between them"};
 constexpr ValueRule fraction = {{}, IsFraction, "a number from 0 to 1"};
 
-constexpr std::string_view versionWords[] = {DocumentVersion};
+constexpr ValueRule coordinate = {
+    {}, IsCoordinate, "a whole number of pixels from -10000000 to 10000000"};
+constexpr ValueRule extent = {{}, IsExtent, "a whole number of pixels from 1 to 10000000"};
+constexpr ValueRule points = {
+    {}, ArePoints, "points such as \"10,20 -30,40\", in whole pixels from -10000000 to 10000000"};
+constexpr ValueRule displayColour = {{}, IsDisplayColour, "a colour such as \"#4080c0\""};
+
+constexpr std::string_view versionWords[] = {PlainVersion, AnnotatedVersion};
+constexpr std::string_view annotationKinds[] = {FormatAnnotationKind(AnnotationKind::Frame),
+                                                FormatAnnotationKind(AnnotationKind::Note)};
 constexpr std::string_view booleans[] = {"true", "false"};
 constexpr std::string_view yesOrNo[] = {"Yes", "No"};
 constexpr std::string_view comparisons[] = {"never",   "less",     "equal",          "lessOrEqual",
@@ -141,10 +151,8 @@ constexpr ElementRule::Variant kinds[] = {
 };
 
 constexpr AttributeRule edgeAttributes[] = {
-    Required("tail", nodeId),
-    Required("tailPort", portName),
-    Required("head", nodeId),
-    Required("headPort", portName),
+    Required("tail", nodeId),       Required("tailPort", portName), Required("head", nodeId),
+    Required("headPort", portName), Optional("points", points),
 };
 
 // What a binding would ignore without an error as it reads its values is not allowed.
@@ -193,17 +201,25 @@ constexpr ElementRule::Variant streams[] = {
     {"blendweights"},
 };
 
+constexpr AttributeRule annotationAttributes[] = {
+    Required("id", someText),   Required("kind", {annotationKinds}), Required("text", anyText),
+    Required("x", coordinate),  Required("y", coordinate),           Required("width", extent),
+    Required("height", extent), Optional("colour", displayColour),
+};
+
 constexpr ElementRule::Child nodeChildren[] = {{&PropertyRule, true}};
 constexpr ElementRule nodeRule = {"node", nodeAttributes, nodeChildren};
-constexpr ElementRule edgeRule = {"edge", edgeAttributes};
 constexpr ElementRule::Child nodesChildren[] = {{&nodeRule, true}};
-constexpr ElementRule::Child edgesChildren[] = {{&edgeRule, true}};
+constexpr ElementRule::Child edgesChildren[] = {{&EdgeRule, true}};
 constexpr ElementRule::Child bindingsChildren[] = {{&BindingRule, true}};
+constexpr ElementRule::Child annotationsChildren[] = {{&AnnotationRule, true}};
 constexpr ElementRule nodesRule = {"nodes", {}, nodesChildren};
 constexpr ElementRule edgesRule = {"edges", {}, edgesChildren};
 constexpr ElementRule bindingsRule = {"bindings", {}, bindingsChildren};
+constexpr ElementRule annotationsRule = {"annotations", {}, annotationsChildren};
 constexpr ElementRule::Child materialChildren[] = {
-    {&DescriptionRule}, {&RenderStateRule}, {&nodesRule}, {&edgesRule}, {&bindingsRule},
+    {&DescriptionRule}, {&RenderStateRule}, {&nodesRule},
+    {&edgesRule},       {&bindingsRule},    {&annotationsRule},
 };
 
 } // namespace
@@ -211,6 +227,8 @@ constexpr ElementRule::Child materialChildren[] = {
 constexpr ElementRule DescriptionRule = {DocumentKeys::Description, descriptionAttributes};
 constexpr ElementRule RenderStateRule = {"renderState", renderStateAttributes};
 constexpr ElementRule PropertyRule = {"property", propertyAttributes, {}, "kind", kinds};
+constexpr ElementRule EdgeRule = {"edge", edgeAttributes};
+constexpr ElementRule AnnotationRule = {"annotation", annotationAttributes};
 constexpr ElementRule BindingRule = {"binding", bindingAttributes, {}, "stream", streams};
 constexpr ElementRule MaterialRule = {DocumentKeys::Material, materialAttributes, materialChildren};
 

@@ -10,8 +10,9 @@ namespace Mox::Host {
 /// exactly what document/schema/material.rng allows, which is there for other programs; the order
 /// of attributes is that of the canonical form.
 
-/// Of the documents that are read and written.
-constexpr std::string_view DocumentVersion = "1";
+/// Versions of documents. The second one adds annotations and points of edges.
+constexpr std::string_view PlainVersion = "1";
+constexpr std::string_view AnnotatedVersion = "2";
 
 /// The root element.
 extern const ElementRule MaterialRule;
@@ -19,6 +20,8 @@ extern const ElementRule MaterialRule;
 extern const ElementRule DescriptionRule;
 extern const ElementRule RenderStateRule;
 extern const ElementRule PropertyRule;
+extern const ElementRule EdgeRule;
 extern const ElementRule BindingRule;
+extern const ElementRule AnnotationRule;
 
 } // namespace Mox::Host

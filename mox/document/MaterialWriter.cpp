@@ -1,6 +1,7 @@
 #include "mox/document/MaterialWriter.h"
 
 #include "mox/Text.h"
+#include "mox/document/AnnotationText.h"
 #include "mox/document/MaterialRules.h"
 #include "mox/document/PropertyText.h"
 
@@ -9,6 +10,23 @@
 namespace Mox::Host {
 
 using Materials::Compose;
+
+namespace {
+
+bool HasAnnotationPart(const MaterialDocument& document)
+{
+    return !document.Annotations.empty() || !document.Comments.Annotations.Last.empty();
+}
+
+std::string_view VersionOf(const MaterialDocument& document)
+{
+    const auto hasPoints = [](const DocumentEdge& edge) { return !edge.Points.empty(); };
+    const bool isPlain = !HasAnnotationPart(document) &&
+                         std::none_of(document.Edges.begin(), document.Edges.end(), hasPoints);
+    return isPlain ? PlainVersion : AnnotatedVersion;
+}
+
+} // namespace
 
 MaterialWriter::MaterialWriter(const std::string& file)
 {
@@ -20,7 +38,7 @@ void MaterialWriter::WriteDocument(const MaterialDocument& document)
     _writer.StartDocument();
     WriteComments(document.Comments.Document.Before);
     _writer.StartElement(MaterialRule.Name);
-    _writer.Attribute("version", DocumentVersion);
+    _writer.Attribute("version", VersionOf(document));
     WriteValues(DescriptionRule, document.Description, document.Comments.Description);
     WriteValues(RenderStateRule, document.RenderState, document.Comments.RenderState);
 
@@ -44,6 +62,15 @@ void MaterialWriter::WriteDocument(const MaterialDocument& document)
         for (const DocumentBinding& binding : document.Bindings)
             WriteBinding(binding);
         WriteComments(document.Comments.Bindings.Last);
+        _writer.EndElement();
+    }
+
+    WriteComments(document.Comments.Annotations.Before);
+    if (HasAnnotationPart(document)) {
+        _writer.StartElement("annotations");
+        for (const DocumentAnnotation& annotation : document.Annotations)
+            WriteAnnotation(annotation);
+        WriteComments(document.Comments.Annotations.Last);
         _writer.EndElement();
     }
     WriteComments(document.Comments.Document.Last);
@@ -84,10 +111,7 @@ void MaterialWriter::WriteEdge(const DocumentEdge& edge)
 {
     WriteComments(edge.Comments);
     _writer.StartElement("edge");
-    _writer.Attribute("tail", edge.Tail);
-    _writer.Attribute("tailPort", edge.TailPort);
-    _writer.Attribute("head", edge.Head);
-    _writer.Attribute("headPort", edge.HeadPort);
+    WriteAttributes(EdgeRule, AttributesOf(edge));
     _writer.EndElement();
 }
 
@@ -98,6 +122,14 @@ void MaterialWriter::WriteBinding(const DocumentBinding& binding)
     _writer.Attribute("stream", binding.Stream);
     _writer.Attribute("tag", binding.Tag);
     WriteAttributes(BindingRule, binding.Values);
+    _writer.EndElement();
+}
+
+void MaterialWriter::WriteAnnotation(const DocumentAnnotation& annotation)
+{
+    WriteComments(annotation.Comments);
+    _writer.StartElement(AnnotationRule.Name);
+    WriteAttributes(AnnotationRule, AttributesOf(annotation));
     _writer.EndElement();
 }
 

@@ -27,6 +27,7 @@ private:
     void WriteProperty(const DocumentProperty& property);
     void WriteEdge(const DocumentEdge& edge);
     void WriteBinding(const DocumentBinding& binding);
+    void WriteAnnotation(const DocumentAnnotation& annotation);
     void WriteValues(const ElementRule& rule, const std::vector<DocumentValue>& values,
                      const DocumentComments& comments);
     void WriteAttributes(const ElementRule& rule, std::vector<DocumentValue> values);

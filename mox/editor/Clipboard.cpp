@@ -1,6 +1,7 @@
 #include "mox/editor/Clipboard.h"
 
 #include "mox/Text.h"
+#include "mox/document/AnnotationText.h"
 #include "mox/document/PropertyText.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphCopy.h"
@@ -63,44 +64,63 @@ void SetPosition(DocumentNode& node, const char* property, double value)
         {property, GuiPropertyKind::Float, Compose(static_cast<float>(value)), 0, {}});
 }
 
-/// Moves the nodes that a change adds.
-void Move(GraphChange& change, const std::optional<LayoutPoint>& corner)
+void Shift(DocumentPoint& point, const LayoutPoint& by)
 {
-    constexpr double step = 32;
-    std::vector<DocumentNode*> nodes;
-    for (GraphStep& changed : change.Steps) {
-        if (auto* add = std::get_if<AddNode>(&changed))
-            nodes.push_back(&add->Node);
+    const auto move = [](std::int32_t& coordinate, double way) {
+        coordinate = static_cast<std::int32_t>(std::clamp<double>(
+            std::round(coordinate + way), -farthestCoordinate, farthestCoordinate));
+    };
+    move(point.X, by.X);
+    move(point.Y, by.Y);
+}
+
+/// How far what a change adds moves so that its upper left corner comes to a point.
+LayoutPoint WayTo(const LayoutPoint& corner, const GraphChange& change)
+{
+    std::vector<LayoutPoint> corners;
+    for (const GraphStep& step : change.Steps) {
+        if (const auto* node = std::get_if<AddNode>(&step))
+            corners.push_back(
+                {PositionOf(node->Node, positionX), PositionOf(node->Node, positionY)});
+        else if (const auto* added = std::get_if<AddAnnotation>(&step))
+            corners.push_back(
+                {double(added->Annotation.Corner.X), double(added->Annotation.Corner.Y)});
     }
-    if (nodes.empty())
-        return;
-    LayoutPoint shift = {step, step};
-    if (corner) {
-        LayoutPoint least = {PositionOf(*nodes.front(), positionX),
-                             PositionOf(*nodes.front(), positionY)};
-        for (const DocumentNode* node : nodes) {
-            least.X = std::min(least.X, PositionOf(*node, positionX));
-            least.Y = std::min(least.Y, PositionOf(*node, positionY));
+    if (corners.empty())
+        return {};
+    LayoutPoint least = corners.front();
+    for (const LayoutPoint& point : corners)
+        least = {std::min(least.X, point.X), std::min(least.Y, point.Y)};
+    const auto limit = [](double position) {
+        return std::clamp<double>(position, -farthestPosition, farthestPosition);
+    };
+    return {limit(corner.X) - least.X, limit(corner.Y) - least.Y};
+}
+
+/// Moves the nodes, annotations and points of edges that a change adds.
+void Move(GraphChange& change, const LayoutPoint& way)
+{
+    for (GraphStep& step : change.Steps) {
+        if (auto* node = std::get_if<AddNode>(&step)) {
+            SetPosition(node->Node, positionX, PositionOf(node->Node, positionX) + way.X);
+            SetPosition(node->Node, positionY, PositionOf(node->Node, positionY) + way.Y);
+        } else if (auto* edge = std::get_if<AddEdge>(&step)) {
+            for (DocumentPoint& point : edge->Edge.Points)
+                Shift(point, way);
+        } else if (auto* added = std::get_if<AddAnnotation>(&step)) {
+            Shift(added->Annotation.Corner, way);
         }
-        const auto limit = [](double position) {
-            return std::clamp<double>(position, -farthestPosition, farthestPosition);
-        };
-        shift = {limit(corner->X) - least.X, limit(corner->Y) - least.Y};
-    }
-    for (DocumentNode* node : nodes) {
-        SetPosition(*node, positionX, PositionOf(*node, positionX) + shift.X);
-        SetPosition(*node, positionY, PositionOf(*node, positionY) + shift.Y);
     }
 }
 
 } // namespace
 
-std::string CopyAsText(const MaterialGraph& graph, const std::vector<std::string>& ids,
+std::string CopyAsText(const MaterialGraph& graph, const GraphParts& parts,
                        const PluginSet& plugins)
 {
     MaterialGraph part{NodeMaker(plugins)};
-    GraphChange change = CopyNodes(graph, ids, part);
-    const std::set<BindingKey> keys = BindingsOf(graph, ids);
+    GraphChange change = CopyParts(graph, parts, part);
+    const std::set<BindingKey> keys = BindingsOf(graph, parts.Nodes);
     for (const DocumentBinding& binding : graph.Document().Bindings) {
         if (keys.contains({binding.Stream, binding.Tag}))
             change.Steps.emplace_back(SetBinding{binding});
@@ -114,11 +134,14 @@ GraphChange PasteText(std::string_view text, const MaterialGraph& into, const Pl
 {
     // Comments may change when they are written, and a change must be the same for the journal.
     const MaterialGraph part(Parse(FormatMaterialDocument(Parse(text))), NodeMaker(plugins));
-    std::vector<std::string> ids;
+    GraphParts all;
     for (const DocumentNode& node : part.Document().Nodes)
-        ids.push_back(node.Id);
-    GraphChange change = CopyNodes(part, ids, into);
-    Move(change, corner);
+        all.Nodes.push_back(node.Id);
+    for (const DocumentAnnotation& annotation : part.Document().Annotations)
+        all.Annotations.push_back(annotation.Id);
+    GraphChange change = CopyParts(part, all, into);
+    constexpr LayoutPoint aside = {32, 32};
+    Move(change, corner ? WayTo(*corner, change) : aside);
     std::set<BindingKey> known;
     for (const DocumentBinding& binding : into.Document().Bindings)
         known.emplace(binding.Stream, binding.Tag);

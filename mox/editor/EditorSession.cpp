@@ -34,14 +34,27 @@ std::vector<std::string> ReadTexts(const JsonCursor& array)
     return texts;
 }
 
-std::vector<std::string> AddedIds(const GraphChange& change)
+/// Parts in the members "ids" and "annotations" of a message, which may be missing.
+GraphParts ReadParts(const JsonCursor& message)
 {
-    std::vector<std::string> ids;
+    GraphParts parts;
+    if (const auto ids = message.Find("ids"))
+        parts.Nodes = ReadTexts(*ids);
+    if (const auto ids = message.Find("annotations"))
+        parts.Annotations = ReadTexts(*ids);
+    return parts;
+}
+
+GraphParts AddedParts(const GraphChange& change)
+{
+    GraphParts added;
     for (const GraphStep& step : change.Steps) {
-        if (const auto* add = std::get_if<AddNode>(&step))
-            ids.push_back(add->Node.Id);
+        if (const auto* node = std::get_if<AddNode>(&step))
+            added.Nodes.push_back(node->Node.Id);
+        else if (const auto* annotation = std::get_if<AddAnnotation>(&step))
+            added.Annotations.push_back(annotation->Annotation.Id);
     }
-    return ids;
+    return added;
 }
 
 std::uint32_t ReadSide(const JsonCursor& message, std::string_view name)
@@ -230,18 +243,15 @@ void EditorSession::Redo(const Request& request, EditorAnswer& answer, Json& rep
 
 void EditorSession::LayOut(const Request& request, EditorAnswer& answer, Json& reply)
 {
-    request.Message.AllowOnly({"id", "do", "ids"});
-    std::vector<std::string> ids;
-    if (const auto list = request.Message.Find("ids"))
-        ids = ReadTexts(*list);
-    Publish(_document.Apply(LayOutMaterial(_document.Graph(), ids)), answer, reply);
+    request.Message.AllowOnly({"id", "do", "ids", "annotations"});
+    const GraphParts parts = ReadParts(request.Message);
+    Publish(_document.Apply(LayOutMaterial(_document.Graph(), parts)), answer, reply);
 }
 
 void EditorSession::Copy(const Request& request, EditorAnswer&, Json& reply)
 {
-    request.Message.AllowOnly({"id", "do", "ids"});
-    reply["text"] =
-        CopyAsText(_document.Graph(), ReadTexts(request.Message.Member("ids")), *_services.Plugins);
+    request.Message.AllowOnly({"id", "do", "ids", "annotations"});
+    reply["text"] = CopyAsText(_document.Graph(), ReadParts(request.Message), *_services.Plugins);
 }
 
 void EditorSession::Paste(const Request& request, EditorAnswer& answer, Json& reply)
@@ -253,7 +263,9 @@ void EditorSession::Paste(const Request& request, EditorAnswer& answer, Json& re
     const GraphChange change = PasteText(request.Message.Member("text").Text(), _document.Graph(),
                                          *_services.Plugins, corner);
     Publish(_document.Apply(change), answer, reply);
-    reply["ids"] = AddedIds(change);
+    const GraphParts added = AddedParts(change);
+    reply["ids"] = added.Nodes;
+    reply["annotations"] = added.Annotations;
 }
 
 void EditorSession::GetState(const Request& request, EditorAnswer&, Json& reply)

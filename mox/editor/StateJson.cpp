@@ -79,6 +79,11 @@ Json DescribeEdge(const MaterialGraph& graph, std::size_t number)
     return {{"number", number}, {"record", ToJson(graph.Document().Edges[number])}};
 }
 
+Json DescribeAnnotation(const MaterialGraph& graph, std::size_t number)
+{
+    return {{"number", number}, {"record", ToJson(graph.Document().Annotations[number])}};
+}
+
 void AddOtherParts(const MaterialDocument& document, Json& json)
 {
     Json bindings = Json::array();
@@ -100,7 +105,12 @@ Json DescribeState(const MaterialGraph& graph)
     Json edges = Json::array();
     for (auto edge = document.Edges.begin(); edge != document.Edges.end(); ++edge)
         edges.push_back(DescribeEdge(graph, edge.Index()));
-    Json json = {{"nodes", std::move(nodes)}, {"edges", std::move(edges)}};
+    Json annotations = Json::array();
+    for (auto note = document.Annotations.begin(); note != document.Annotations.end(); ++note)
+        annotations.push_back(DescribeAnnotation(graph, note.Index()));
+    Json json = {{"nodes", std::move(nodes)},
+                 {"edges", std::move(edges)},
+                 {"annotations", std::move(annotations)}};
     AddOtherParts(document, json);
     return json;
 }
@@ -128,6 +138,12 @@ Json DescribeChanges(const MaterialGraph& graph, const ChangedRecords& records)
                  {"edges", std::move(edges)},
                  {"goneNodes", std::move(goneNodes)},
                  {"goneEdges", std::move(goneEdges)}};
+    for (const std::size_t number : records.Annotations) {
+        if (document.Annotations.Holds(number))
+            json["annotations"].push_back(DescribeAnnotation(graph, number));
+        else
+            json["goneAnnotations"].push_back(number);
+    }
     if (records.HasOthers)
         AddOtherParts(document, json);
     return json;

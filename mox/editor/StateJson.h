@@ -10,8 +10,9 @@ namespace Mox::Host {
 /// edge with its number, and the title, ports and properties that a node's class gives it.
 Json DescribeState(const MaterialGraph& graph);
 
-/// The part of the state that belongs to some records: nodes and edges as they are now, the numbers
-/// of those that no longer exist, and the other parts of the document if they are included.
+/// The part of the state that belongs to some records: nodes, edges and annotations as they are
+/// now, the numbers of those that no longer exist, and the other parts of the document if they are
+/// included.
 Json DescribeChanges(const MaterialGraph& graph, const ChangedRecords& records);
 
 } // namespace Mox::Host

@@ -14,6 +14,8 @@ void Collect(const DocumentChange& change, ChangedRecords& records)
             records.Nodes.insert(node->Index);
         else if (const auto* edge = std::get_if<RecordChange<DocumentEdge>>(&step))
             records.Edges.insert(edge->Index);
+        else if (const auto* annotation = std::get_if<RecordChange<DocumentAnnotation>>(&step))
+            records.Annotations.insert(annotation->Index);
         else
             records.HasOthers = true;
     }

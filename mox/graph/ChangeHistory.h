@@ -17,8 +17,12 @@ struct ChangedRecords
 {
     std::set<std::size_t> Nodes;
     std::set<std::size_t> Edges;
+    std::set<std::size_t> Annotations;
     bool HasOthers = false; ///< bindings, description or render state
-    bool IsEmpty() const { return Nodes.empty() && Edges.empty() && !HasOthers; }
+    bool IsEmpty() const
+    {
+        return Nodes.empty() && Edges.empty() && Annotations.empty() && !HasOthers;
+    }
 };
 
 /// The changes of a graph, to go back and forth through them. As long as it is used, every change

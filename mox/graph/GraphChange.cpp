@@ -1,6 +1,7 @@
 #include "mox/graph/GraphChange.h"
 
 #include "mox/Text.h"
+#include "mox/document/AnnotationText.h"
 #include "mox/document/PropertyText.h"
 
 namespace Mox::Host {
@@ -24,6 +25,19 @@ std::string FormatEdge(const DocumentEdge& edge)
 std::string FormatBinding(const std::string& stream, const std::string& tag)
 {
     return Compose(stream, " binding \"", tag, "\"");
+}
+
+std::string FormatPointsOf(const DocumentEdge& edge)
+{
+    return edge.Points.empty() ? "" : Compose("  through ", FormatPoints(edge.Points), "\n");
+}
+
+std::string FormatAnnotation(const DocumentAnnotation& annotation)
+{
+    std::string text = Compose(FormatAnnotationKind(annotation.Kind), " \"", annotation.Id, "\"\n");
+    for (const auto& [name, value] : AttributesOf(annotation))
+        text += Compose("  ", name, "=\"", value, "\"\n");
+    return text;
 }
 
 std::string FormatValues(const std::vector<DocumentValue>& values)
@@ -62,12 +76,17 @@ struct StepFormatter
                        step.BeforeHead.empty() ? ""
                                                : Compose(" before that of \"", step.BeforeHead,
                                                          "\" port \"", step.BeforeHeadPort, "\""),
-                       "\n");
+                       "\n", FormatPointsOf(step.Edge));
     }
 
     std::string operator()(const RemoveEdge& step) const
     {
         return Compose("remove ", FormatEdge(step.Edge), "\n");
+    }
+
+    std::string operator()(const SetPoints& step) const
+    {
+        return Compose("set points of ", FormatEdge(step.Edge), "\n", FormatPointsOf(step.Edge));
     }
 
     std::string operator()(const SetProperties& step) const
@@ -97,6 +116,21 @@ struct StepFormatter
     std::string operator()(const RemoveBinding& step) const
     {
         return Compose("remove ", FormatBinding(step.Stream, step.Tag), "\n");
+    }
+
+    std::string operator()(const AddAnnotation& step) const
+    {
+        return "add " + FormatAnnotation(step.Annotation);
+    }
+
+    std::string operator()(const SetAnnotation& step) const
+    {
+        return "set " + FormatAnnotation(step.Annotation);
+    }
+
+    std::string operator()(const RemoveAnnotation& step) const
+    {
+        return Compose("remove annotation \"", step.Id, "\"\n");
     }
 };
 

@@ -48,6 +48,12 @@ struct RemoveEdge
     DocumentEdge Edge;
 };
 
+/// An edge gets the points that it is drawn through.
+struct SetPoints
+{
+    DocumentEdge Edge; ///< with the points
+};
+
 struct PropertySetting
 {
     std::string Node;
@@ -84,15 +90,34 @@ struct RemoveBinding
     std::string Tag;
 };
 
-using GraphStep = std::variant<AddNode, RemoveNode, RenameNode, AddEdge, RemoveEdge, SetProperties,
-                               SetDescription, SetRenderState, SetBinding, RemoveBinding>;
+/// An annotation is added at the end.
+struct AddAnnotation
+{
+    DocumentAnnotation Annotation;
+};
+
+/// The annotation with the same id becomes another one; it keeps its comments.
+struct SetAnnotation
+{
+    DocumentAnnotation Annotation;
+};
+
+/// An annotation is removed, and nothing of what is in it.
+struct RemoveAnnotation
+{
+    std::string Id;
+};
+
+using GraphStep = std::variant<AddNode, RemoveNode, RenameNode, AddEdge, RemoveEdge, SetPoints,
+                               SetProperties, SetDescription, SetRenderState, SetBinding,
+                               RemoveBinding, AddAnnotation, SetAnnotation, RemoveAnnotation>;
 
 /// Steps that are done together or not at all.
 struct GraphChange
 {
     std::vector<GraphStep> Steps;
 
-    /// One line for each step.
+    /// One line for each step, and below it one for each value that the step brings.
     std::string Format() const;
 
     /// The first step, and how many values or steps follow it, in a line for people.

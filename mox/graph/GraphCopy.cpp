@@ -1,6 +1,7 @@
 #include "mox/graph/GraphCopy.h"
 
 #include <algorithm>
+#include <functional>
 #include <set>
 #include <unordered_map>
 
@@ -10,11 +11,13 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-/// Gives out ids that are free in a material.
+/// Chooses ids that are free in a material.
 class FreshIds
 {
 public:
-    explicit FreshIds(const MaterialGraph& graph) : _graph(graph) {}
+    using Test = std::function<bool(const std::string& id)>;
+
+    explicit FreshIds(Test isTaken) : _isTaken(std::move(isTaken)) {}
 
     std::string Make(const std::string& id)
     {
@@ -36,7 +39,7 @@ public:
     }
 
 private:
-    bool IsFree(const std::string& id) const { return !_graph.HasId(id) && !_taken.contains(id); }
+    bool IsFree(const std::string& id) const { return !_isTaken(id) && !_taken.contains(id); }
 
     std::string Take(const std::string& id)
     {
@@ -44,7 +47,7 @@ private:
         return id;
     }
 
-    const MaterialGraph& _graph;
+    Test _isTaken;
     std::set<std::string> _taken;
     std::unordered_map<std::string, std::size_t> _numbers; ///< last one tried, by stem
 };
@@ -52,14 +55,15 @@ private:
 class GraphCopier
 {
 public:
-    GraphCopier(const MaterialGraph& from, const std::vector<std::string>& ids,
-                const MaterialGraph& into)
-        : _from(from)
+    GraphCopier(const MaterialGraph& from, const GraphParts& parts, const MaterialGraph& into)
+        : _from(from), _freshAnnotations([&](const auto& id) { return into.HasAnnotation(id); })
     {
         std::set<std::size_t> wanted;
-        for (const std::string& id : ids)
+        for (const std::string& id : parts.Nodes)
             wanted.insert(from.FindNode(id, {from.Document().File}));
-        FreshIds fresh(into);
+        for (const std::string& id : parts.Annotations)
+            _annotations.insert(from.FindAnnotation(id));
+        FreshIds fresh([&](const auto& id) { return into.HasId(id); });
         const auto& records = from.Document().Nodes;
         for (auto record = records.begin(); record != records.end(); ++record) {
             if (!wanted.contains(record.Index()))
@@ -76,6 +80,11 @@ public:
         const auto edges = _from.Edges();
         for (auto edge = edges.begin(); edge != edges.end(); ++edge)
             CopyEdge(_from.Document().Edges[edge.Index()]);
+        const auto& annotations = _from.Document().Annotations;
+        for (auto annotation = annotations.begin(); annotation != annotations.end(); ++annotation) {
+            if (_annotations.contains(annotation.Index()))
+                CopyAnnotation(*annotation);
+        }
         return std::move(_change);
     }
 
@@ -108,8 +117,16 @@ private:
         const auto head = _newIds.find(edge.Head);
         if (tail == _newIds.end() || head == _newIds.end())
             return;
-        _change.Steps.emplace_back(
-            AddEdge{{tail->second, edge.TailPort, head->second, edge.HeadPort}, {}, {}});
+        DocumentEdge copy = {tail->second, edge.TailPort, head->second, edge.HeadPort};
+        copy.Points = edge.Points;
+        _change.Steps.emplace_back(AddEdge{std::move(copy), {}, {}});
+    }
+
+    void CopyAnnotation(DocumentAnnotation annotation)
+    {
+        annotation.Id = _freshAnnotations.Make(annotation.Id);
+        annotation.Line = 0;
+        _change.Steps.emplace_back(AddAnnotation{std::move(annotation)});
     }
 
     static bool IsReference(const DocumentProperty& property)
@@ -120,15 +137,16 @@ private:
     const MaterialGraph& _from;
     std::vector<std::size_t> _nodes; ///< in document order
     std::unordered_map<std::string, std::string> _newIds;
+    std::set<std::size_t> _annotations;
+    FreshIds _freshAnnotations;
     GraphChange _change;
 };
 
 } // namespace
 
-GraphChange CopyNodes(const MaterialGraph& from, const std::vector<std::string>& ids,
-                      const MaterialGraph& into)
+GraphChange CopyParts(const MaterialGraph& from, const GraphParts& parts, const MaterialGraph& into)
 {
-    return GraphCopier(from, ids, into).Copy();
+    return GraphCopier(from, parts, into).Copy();
 }
 
 } // namespace Mox::Host

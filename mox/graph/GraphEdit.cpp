@@ -1,6 +1,8 @@
 #include "mox/graph/GraphEdit.h"
 
 #include "mox/Text.h"
+#include "mox/document/AnnotationText.h"
+#include "mox/document/MaterialRules.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -108,22 +110,24 @@ void GraphEdit::operator()(const AddEdge& step)
         }
         before = next.front();
     }
+    RequireWritable(EdgeRule, AttributesOf(step.Edge));
     _edit.Insert(step.Edge, before);
 }
 
 void GraphEdit::operator()(const RemoveEdge& step)
 {
-    // Of several equal ones the last goes, which the graph does not show.
-    std::size_t found = None;
-    for (const std::size_t index : _edit.Document().EdgesInto(step.Edge.Head, step.Edge.HeadPort)) {
-        const DocumentEdge& edge = Document().Edges[index];
-        if (edge.Tail == step.Edge.Tail && edge.TailPort == step.Edge.TailPort)
-            found = index;
-    }
-    if (found == None) {
-        throw HostError({Document().File}, Compose("there is no edge ", FormatEnds(step.Edge)));
-    }
-    _edit.Erase<DocumentEdge>(found);
+    _edit.Erase<DocumentEdge>(FindEdge(step.Edge));
+}
+
+void GraphEdit::operator()(const SetPoints& step)
+{
+    const std::size_t index = FindEdge(step.Edge);
+    DocumentEdge changed = Document().Edges[index];
+    if (changed.Points == step.Edge.Points)
+        return;
+    changed.Points = step.Edge.Points;
+    RequireWritable(EdgeRule, AttributesOf(changed));
+    _edit.Replace(index, std::move(changed));
 }
 
 void GraphEdit::operator()(const SetProperties& step)
@@ -173,12 +177,66 @@ void GraphEdit::operator()(const RemoveBinding& step)
     _edit.Erase<DocumentBinding>(*index);
 }
 
+void GraphEdit::operator()(const AddAnnotation& step)
+{
+    RequireWritable(AnnotationRule, AttributesOf(step.Annotation));
+    if (_edit.Document().FindAnnotation(step.Annotation.Id)) {
+        throw HostError({Document().File}, Compose("another annotation has the id \"",
+                                                   step.Annotation.Id, "\" already"));
+    }
+    _edit.Insert(step.Annotation, None);
+}
+
+void GraphEdit::operator()(const SetAnnotation& step)
+{
+    RequireWritable(AnnotationRule, AttributesOf(step.Annotation));
+    const std::size_t index = _edit.Document().RequireAnnotation(step.Annotation.Id);
+    DocumentAnnotation changed = step.Annotation;
+    const DocumentAnnotation& old = Document().Annotations[index];
+    changed.Line = old.Line;
+    changed.Comments = old.Comments;
+    if (changed == old)
+        return;
+    _edit.Replace(index, std::move(changed));
+}
+
+void GraphEdit::operator()(const RemoveAnnotation& step)
+{
+    _edit.Erase<DocumentAnnotation>(_edit.Document().RequireAnnotation(step.Id));
+}
+
 std::size_t GraphEdit::FindNode(const std::string& id) const
 {
     const auto index = _edit.Document().FindNode(id);
     if (!index)
         throw HostError({Document().File}, Compose("there is no node \"", id, "\""));
     return *index;
+}
+
+/// Of several equal edges it is the last one, which the graph does not show.
+std::size_t GraphEdit::FindEdge(const DocumentEdge& edge) const
+{
+    std::size_t found = None;
+    for (const std::size_t index : _edit.Document().EdgesInto(edge.Head, edge.HeadPort)) {
+        const DocumentEdge& other = Document().Edges[index];
+        if (other.Tail == edge.Tail && other.TailPort == edge.TailPort)
+            found = index;
+    }
+    if (found == None)
+        throw HostError({Document().File}, Compose("there is no edge ", FormatEnds(edge)));
+    return found;
+}
+
+/// Refuses what would make a document that cannot be read again.
+void GraphEdit::RequireWritable(const ElementRule& rule,
+                                const std::vector<DocumentValue>& values) const
+{
+    std::vector<XmlAttribute> attributes;
+    attributes.reserve(values.size());
+    for (const DocumentValue& value : values)
+        attributes.push_back({value.Name, value.Value});
+    for (const AttributeProblem& problem : rule.Check(attributes))
+        throw HostError({Document().File}, problem.Message);
 }
 
 Place GraphEdit::PlaceOf(std::size_t node) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mox/document/ElementRule.h"
 #include "mox/document/IndexedDocument.h"
 #include "mox/graph/GraphChange.h"
 #include "mox/graph/NodeStage.h"
@@ -27,15 +28,21 @@ public:
     void operator()(const RenameNode& step);
     void operator()(const AddEdge& step);
     void operator()(const RemoveEdge& step);
+    void operator()(const SetPoints& step);
     void operator()(const SetProperties& step);
     void operator()(const SetDescription& step);
     void operator()(const SetRenderState& step);
     void operator()(const SetBinding& step);
     void operator()(const RemoveBinding& step);
+    void operator()(const AddAnnotation& step);
+    void operator()(const SetAnnotation& step);
+    void operator()(const RemoveAnnotation& step);
 
 private:
     const MaterialDocument& Document() const { return _edit.Document().Document(); }
     std::size_t FindNode(const std::string& id) const;
+    std::size_t FindEdge(const DocumentEdge& edge) const;
+    void RequireWritable(const ElementRule& rule, const std::vector<DocumentValue>& values) const;
     Place PlaceOf(std::size_t node) const;
     void Settle(std::vector<PropertyEdit>& edits);
     void Rebuild(std::size_t node);

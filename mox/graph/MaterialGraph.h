@@ -115,6 +115,18 @@ public:
     /// @throws HostError if there is no such node
     std::size_t FindNode(const std::string& id, const Place& where) const;
 
+    bool HasAnnotation(const std::string& id) const
+    {
+        return _document.FindAnnotation(id).has_value();
+    }
+
+    /// Number of an annotation.
+    /// @throws HostError if there is none
+    std::size_t FindAnnotation(const std::string& id) const
+    {
+        return _document.RequireAnnotation(id);
+    }
+
     /// The id under which a node object stands here, or an empty text.
     std::string IdOf(const Materials::GuiNode* node) const;
 

@@ -52,6 +52,8 @@ struct StepWriter
 
     Json operator()(const RemoveEdge& step) const { return Named("removeEdge", ToJson(step.Edge)); }
 
+    Json operator()(const SetPoints& step) const { return Named("setPoints", ToJson(step.Edge)); }
+
     Json operator()(const SetProperties& step) const
     {
         Json settings = Json::array();
@@ -82,6 +84,21 @@ struct StepWriter
     {
         return Named("removeBinding", {{"stream", step.Stream}, {"tag", step.Tag}});
     }
+
+    Json operator()(const AddAnnotation& step) const
+    {
+        return Named("addAnnotation", ToJson(step.Annotation));
+    }
+
+    Json operator()(const SetAnnotation& step) const
+    {
+        return Named("setAnnotation", ToJson(step.Annotation));
+    }
+
+    Json operator()(const RemoveAnnotation& step) const
+    {
+        return Named("removeAnnotation", {{"id", step.Id}});
+    }
 };
 
 GraphStep ReadAddNode(const JsonCursor& step)
@@ -105,15 +122,21 @@ GraphStep ReadRenameNode(const JsonCursor& step)
 
 GraphStep ReadAddEdge(const JsonCursor& step)
 {
-    step.AllowOnly(
-        {"do", "tail", "tailPort", "head", "headPort", "comments", "beforeHead", "beforeHeadPort"});
+    step.AllowOnly({"do", "tail", "tailPort", "head", "headPort", "points", "comments",
+                    "beforeHead", "beforeHeadPort"});
     return AddEdge{ReadEdge(step), step.TextOf("beforeHead"), step.TextOf("beforeHeadPort")};
 }
 
 GraphStep ReadRemoveEdge(const JsonCursor& step)
 {
-    step.AllowOnly({"do", "tail", "tailPort", "head", "headPort", "comments"});
+    step.AllowOnly({"do", "tail", "tailPort", "head", "headPort", "points", "comments"});
     return RemoveEdge{ReadEdge(step)};
+}
+
+GraphStep ReadSetPoints(const JsonCursor& step)
+{
+    step.AllowOnly({"do", "tail", "tailPort", "head", "headPort", "points", "comments"});
+    return SetPoints{ReadEdge(step)};
 }
 
 GraphStep ReadSetProperties(const JsonCursor& step)
@@ -153,17 +176,34 @@ GraphStep ReadRemoveBinding(const JsonCursor& step)
     return RemoveBinding{step.Member("stream").Text(), step.Member("tag").Text()};
 }
 
+template <class Step>
+GraphStep ReadAnnotationStep(const JsonCursor& step)
+{
+    step.AllowOnly({"do", "id", "kind", "text", "x", "y", "width", "height", "colour", "comments"});
+    return Step{ReadAnnotation(step)};
+}
+
+GraphStep ReadRemoveAnnotation(const JsonCursor& step)
+{
+    step.AllowOnly({"do", "id"});
+    return RemoveAnnotation{step.Member("id").Text()};
+}
+
 constexpr std::pair<std::string_view, GraphStep (*)(const JsonCursor&)> stepReaders[] = {
     {"addNode", ReadAddNode},
     {"removeNode", ReadRemoveNode},
     {"renameNode", ReadRenameNode},
     {"addEdge", ReadAddEdge},
     {"removeEdge", ReadRemoveEdge},
+    {"setPoints", ReadSetPoints},
     {"setProperties", ReadSetProperties},
     {"setDescription", ReadSetDescription},
     {"setRenderState", ReadSetRenderState},
     {"setBinding", ReadSetBinding},
     {"removeBinding", ReadRemoveBinding},
+    {"addAnnotation", ReadAnnotationStep<AddAnnotation>},
+    {"setAnnotation", ReadAnnotationStep<SetAnnotation>},
+    {"removeAnnotation", ReadRemoveAnnotation},
 };
 
 GraphStep ReadStep(const JsonCursor& step)

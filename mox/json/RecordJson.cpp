@@ -1,6 +1,7 @@
 #include "mox/json/RecordJson.h"
 
 #include "mox/Text.h"
+#include "mox/document/AnnotationText.h"
 #include "mox/document/MaterialRules.h"
 #include "mox/document/PropertyText.h"
 
@@ -55,14 +56,20 @@ std::vector<DocumentValue> ReadValues(const JsonCursor& object)
     return values;
 }
 
-std::vector<DocumentValue> ReadValues(const JsonCursor& object, const ElementRule& rule)
+void RequireValues(const ElementRule& rule, const std::vector<DocumentValue>& values,
+                   const JsonCursor& where)
 {
-    std::vector<DocumentValue> values = ReadValues(object);
     std::vector<XmlAttribute> attributes;
     attributes.reserve(values.size());
     for (const DocumentValue& value : values)
         attributes.push_back({value.Name, value.Value});
-    RequireAttributes(rule, attributes, object);
+    RequireAttributes(rule, attributes, where);
+}
+
+std::vector<DocumentValue> ReadValues(const JsonCursor& object, const ElementRule& rule)
+{
+    std::vector<DocumentValue> values = ReadValues(object);
+    RequireValues(rule, values, object);
     return values;
 }
 
@@ -96,6 +103,12 @@ Json ToJson(const DocumentEdge& edge)
                    {"tailPort", edge.TailPort},
                    {"head", edge.Head},
                    {"headPort", edge.HeadPort}};
+    if (!edge.Points.empty()) {
+        Json points = Json::array();
+        for (const DocumentPoint& point : edge.Points)
+            points.push_back({{"x", point.X}, {"y", point.Y}});
+        object["points"] = std::move(points);
+    }
     AddComments(object, "comments", edge.Comments);
     return object;
 }
@@ -116,6 +129,18 @@ Json ToJson(const DocumentBinding& binding)
     return object;
 }
 
+Json ToJson(const DocumentAnnotation& annotation)
+{
+    Json object = {{"id", annotation.Id},        {"kind", FormatAnnotationKind(annotation.Kind)},
+                   {"text", annotation.Text},    {"x", annotation.Corner.X},
+                   {"y", annotation.Corner.Y},   {"width", annotation.Width},
+                   {"height", annotation.Height}};
+    if (!annotation.Colour.empty())
+        object["colour"] = annotation.Colour;
+    AddComments(object, "comments", annotation.Comments);
+    return object;
+}
+
 Json ToJson(const MaterialDocument& document)
 {
     const auto listOf = [](const auto& records) {
@@ -128,7 +153,8 @@ Json ToJson(const MaterialDocument& document)
             {"renderState", ToJson(document.RenderState)},
             {"nodes", listOf(document.Nodes)},
             {"edges", listOf(document.Edges)},
-            {"bindings", listOf(document.Bindings)}};
+            {"bindings", listOf(document.Bindings)},
+            {"annotations", listOf(document.Annotations)}};
 }
 
 void AddPlace(const Place& place, Json& object)
@@ -203,6 +229,13 @@ DocumentEdge ReadEdge(const JsonCursor& object)
     named.Concern(edge.Head, edge.HeadPort);
     edge.Tail = named.Member("tail").Text();
     edge.TailPort = named.Member("tailPort").Text();
+    if (const auto points = named.Find("points")) {
+        for (const JsonCursor& point : points->Items()) {
+            point.AllowOnly({"x", "y"});
+            edge.Points.push_back({point.Member("x").Integer(), point.Member("y").Integer()});
+        }
+    }
+    RequireValues(EdgeRule, AttributesOf(edge), named);
     edge.Comments = ReadComments(named, "comments");
     return edge;
 }
@@ -223,6 +256,24 @@ DocumentBinding ReadBinding(const JsonCursor& object)
     RequireAttributes(BindingRule, attributes, object);
     binding.Comments = ReadComments(object, "comments");
     return binding;
+}
+
+DocumentAnnotation ReadAnnotation(const JsonCursor& object)
+{
+    DocumentAnnotation annotation;
+    annotation.Id = object.Member("id").Text();
+    const JsonCursor kind = object.Member("kind");
+    annotation.Kind = ParseAnnotationKind(kind.Text());
+    if (kind.Text() != FormatAnnotationKind(annotation.Kind))
+        kind.Refuse("expected \"frame\" or \"note\"");
+    annotation.Text = object.Member("text").Text();
+    annotation.Corner = {object.Member("x").Integer(), object.Member("y").Integer()};
+    annotation.Width = object.Member("width").Integer();
+    annotation.Height = object.Member("height").Integer();
+    annotation.Colour = object.TextOf("colour");
+    annotation.Comments = ReadComments(object, "comments");
+    RequireValues(AnnotationRule, AttributesOf(annotation), object);
+    return annotation;
 }
 
 std::vector<DocumentValue> ReadDescription(const JsonCursor& object)

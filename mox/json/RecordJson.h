@@ -16,6 +16,7 @@ Json ToJson(const DocumentNode& node);
 Json ToJson(const DocumentProperty& property);
 Json ToJson(const DocumentEdge& edge);
 Json ToJson(const DocumentBinding& binding);
+Json ToJson(const DocumentAnnotation& annotation);
 Json ToJson(const std::vector<DocumentValue>& values); ///< an object
 
 /// All parts of a document but for the comments that stand with none of its records.
@@ -36,6 +37,7 @@ DocumentNode ReadNode(const JsonCursor& object);
 DocumentProperty ReadProperty(const JsonCursor& object);
 DocumentEdge ReadEdge(const JsonCursor& object);
 DocumentBinding ReadBinding(const JsonCursor& object);
+DocumentAnnotation ReadAnnotation(const JsonCursor& object);
 std::vector<DocumentValue> ReadDescription(const JsonCursor& object);
 std::vector<DocumentValue> ReadRenderState(const JsonCursor& object);
 

@@ -1,15 +1,14 @@
 #include "mox/layout/MaterialLayout.h"
 
 #include "mox/Text.h"
+#include "mox/document/AnnotationText.h"
 #include "mox/graph/NodePosition.h"
-#include "mox/layout/LayeredLayout.h"
-#include "mox/layout/NodeShape.h"
+#include "mox/layout/FrameLayout.h"
+#include "mox/layout/FramePlan.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <limits>
-#include <set>
 
 namespace Mox::Host {
 
@@ -18,101 +17,101 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-float PositionOf(const GraphNode& node, const char* property)
+/// A position that items can be laid out from.
+double AnchorAt(float position)
 {
-    const auto& properties = node.Gui.Properties().Index;
-    const auto found = properties.find(property);
-    return found == properties.end() ? 0 : found->second->Floats[0];
-}
-
-/// A position that nodes can be laid out from.
-double AnchorOf(const GraphNode& node, const char* property)
-{
-    const float position = PositionOf(node, property);
     return std::abs(position) <= farthestPosition ? std::round(position) : 0;
 }
 
-/// The nodes to be laid out, by number, in document order.
-std::vector<std::size_t> ChooseNodes(const MaterialGraph& graph,
-                                     const std::vector<std::string>& ids)
+/// The upper left corner of the area that the items of a plan cover now.
+LayoutPoint CornerOfPlan(const MaterialGraph& graph, const FramePlan& plan)
 {
-    std::set<std::size_t> wanted;
-    for (const std::string& id : ids)
-        wanted.insert(graph.FindNode(id, {graph.Document().File}));
-    std::vector<std::size_t> chosen;
-    const auto nodes = graph.Nodes();
-    for (auto node = nodes.begin(); node != nodes.end(); ++node) {
-        if (ids.empty() || wanted.contains(node.Index()))
-            chosen.push_back(node.Index());
+    std::vector<LayoutPoint> corners;
+    for (const std::size_t node : plan.Nodes) {
+        const NodeCorner corner = CornerOf(graph.Nodes()[node]);
+        corners.push_back({AnchorAt(corner.X), AnchorAt(corner.Y)});
     }
-    return chosen;
+    for (const std::size_t number : plan.Annotations) {
+        const DocumentPoint& corner = graph.Document().Annotations[number].Corner;
+        corners.push_back({static_cast<double>(corner.X), static_cast<double>(corner.Y)});
+    }
+    LayoutPoint least = corners.empty() ? LayoutPoint() : corners.front();
+    for (const LayoutPoint& corner : corners)
+        least = {std::min(least.X, corner.X), std::min(least.Y, corner.Y)};
+    return least;
 }
 
-/// The edges among the nodes that are laid out.
-std::vector<LayoutEdge> EdgesAmong(const MaterialGraph& graph,
-                                   const std::vector<std::size_t>& chosen)
+void Move(const GraphNode& node, const char* property, float before, double value,
+          SetProperties& moves)
 {
-    constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
-    const auto nodes = graph.Nodes();
-    std::vector<std::size_t> places(nodes.IndexEnd(), none);
-    for (std::size_t place = 0; place < chosen.size(); ++place)
-        places[chosen[place]] = place;
-    std::vector<LayoutEdge> edges;
-    for (const GraphEdge& edge : graph.Edges()) {
-        if (places[edge.Tail] == none || places[edge.Head] == none)
-            continue;
-        const PluginNode& tail = nodes[edge.Tail].Gui;
-        const PluginNode& head = nodes[edge.Head].Gui;
-        edges.push_back({places[edge.Tail], places[edge.Head],
-                         NodeShape::PortOffset(tail.FindOutputPort(edge.Gui->TailPort)),
-                         NodeShape::PortOffset(head.FindInputPort(edge.Gui->HeadPort))});
-    }
-    return edges;
-}
-
-/// The upper left corner of the area that nodes cover now.
-LayoutPoint CornerOf(const MaterialGraph& graph, const std::vector<std::size_t>& chosen)
-{
-    LayoutPoint corner;
-    for (std::size_t i = 0; i < chosen.size(); ++i) {
-        const GraphNode& node = graph.Nodes()[chosen[i]];
-        const LayoutPoint point = {AnchorOf(node, positionX), AnchorOf(node, positionY)};
-        if (i == 0)
-            corner = point;
-        corner = {std::min(corner.X, point.X), std::min(corner.Y, point.Y)};
-    }
-    return corner;
-}
-
-void Move(const GraphNode& node, const char* property, double value, SetProperties& moves)
-{
-    if (PositionOf(node, property) == static_cast<float>(value))
+    if (before == static_cast<float>(value))
         return;
     moves.Settings.push_back(
         {node.Id, {property, GuiPropertyKind::Float, Compose(static_cast<std::int64_t>(value))}});
 }
 
+std::int32_t Limit(double value, std::int32_t least)
+{
+    return static_cast<std::int32_t>(
+        std::clamp<double>(std::ceil(value), least, farthestCoordinate));
+}
+
+/// An annotation with the place and size that a layout gives it.
+DocumentAnnotation Placed(DocumentAnnotation annotation, const LayoutPoint& corner,
+                          const LayoutNode& size)
+{
+    annotation.Corner = {Limit(corner.X, -farthestCoordinate),
+                         Limit(corner.Y, -farthestCoordinate)};
+    annotation.Width = Limit(size.Width, 1);
+    annotation.Height = Limit(size.Height, 1);
+    return annotation;
+}
+
+void RemovePoints(const MaterialGraph& graph, const FramePlan& plan, GraphChange& change)
+{
+    std::vector<bool> isPlaced(graph.Nodes().IndexEnd());
+    for (const std::size_t node : plan.Nodes)
+        isPlaced[node] = true;
+    const auto edges = graph.Edges();
+    for (auto edge = edges.begin(); edge != edges.end(); ++edge) {
+        DocumentEdge record = graph.Document().Edges[edge.Index()];
+        if (record.Points.empty() || (!isPlaced[edge->Tail] && !isPlaced[edge->Head]))
+            continue;
+        record.Points.clear();
+        change.Steps.emplace_back(SetPoints{std::move(record)});
+    }
+}
+
 } // namespace
 
-GraphChange LayOutMaterial(const MaterialGraph& graph, const std::vector<std::string>& ids)
+GraphChange LayOutMaterial(const MaterialGraph& graph, const GraphParts& parts)
 {
-    const std::vector<std::size_t> chosen = ChooseNodes(graph, ids);
-    std::vector<LayoutNode> shapes;
-    for (const std::size_t node : chosen) {
-        const NodeShape shape = ShapeOf(graph.Nodes()[node]);
-        shapes.push_back({shape.Width, shape.Height});
-    }
-    const Layout layout = LayOutInLayers(shapes, EdgesAmong(graph, chosen));
-    const LayoutPoint corner = ids.empty() ? LayoutPoint() : CornerOf(graph, chosen);
+    const FramePlan plan = PlanFrames(graph, parts);
+    const FrameLayout layout(graph, plan);
+    const LayoutPoint corner = parts.IsEmpty() ? LayoutPoint() : CornerOfPlan(graph, plan);
+    std::vector<LayoutPoint> points = layout.Points();
+    for (LayoutPoint& point : points)
+        point = {corner.X + point.X, corner.Y + point.Y};
+    GraphChange change;
     SetProperties moves;
-    for (std::size_t i = 0; i < chosen.size(); ++i) {
-        const GraphNode& node = graph.Nodes()[chosen[i]];
-        Move(node, positionX, corner.X + layout.Points[i].X, moves);
-        Move(node, positionY, corner.Y + layout.Points[i].Y, moves);
+    for (std::size_t i = 0; i < plan.Nodes.size(); ++i) {
+        const GraphNode& node = graph.Nodes()[plan.Nodes[i]];
+        const NodeCorner before = CornerOf(node);
+        Move(node, positionX, before.X, points[i].X, moves);
+        Move(node, positionY, before.Y, points[i].Y, moves);
     }
-    if (moves.Settings.empty())
-        return {};
-    return {{std::move(moves)}};
+    if (!moves.Settings.empty())
+        change.Steps.emplace_back(std::move(moves));
+    for (std::size_t i = 0; i < plan.Annotations.size(); ++i) {
+        const DocumentAnnotation& before = graph.Document().Annotations[plan.Annotations[i]];
+        const std::size_t item = plan.Nodes.size() + i;
+        DocumentAnnotation after = Placed(before, points[item], layout.Sizes()[item]);
+        if (after.Corner != before.Corner || after.Width != before.Width ||
+            after.Height != before.Height)
+            change.Steps.emplace_back(SetAnnotation{std::move(after)});
+    }
+    RemovePoints(graph, plan, change);
+    return change;
 }
 
 } // namespace Mox::Host

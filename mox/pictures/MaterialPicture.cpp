@@ -3,6 +3,7 @@
 #include "mox/ShaderError.h"
 #include "mox/Text.h"
 #include "mox/host/Icon.h"
+#include "mox/layout/FramePlan.h"
 #include "mox/pictures/DotText.h"
 #include "mox/pictures/PictureStyle.h"
 
@@ -18,8 +19,10 @@ using Materials::Compose;
 using Materials::GuiNode;
 using Materials::GuiPort;
 
-constexpr float mutedShare = 0.25f; ///< of the background in text that is less important
-constexpr float lineShare = 0.45f;  ///< of black in lines around a background
+constexpr float mutedShare = 0.25f;     ///< of the background in text that is less important
+constexpr float lineShare = 0.45f;      ///< of black in lines around a background
+constexpr const char* blank = "&#160;"; ///< since Graphviz refuses an empty label
+constexpr const char* annotationOpacity = "28"; ///< as the last digits of a colour
 
 /// A port as it is drawn.
 struct DrawnPort
@@ -108,9 +111,7 @@ public:
         for (const DrawnNode& node : _nodes)
             ids.insert(node.Node->Id);
         _drawing.Dot = OpenDot() + FormatCaption(_marks.Elsewhere(ids));
-        for (const DrawnNode& node : _nodes)
-            _drawing.Dot += DrawNode(node);
-        _drawing.Dot += edges;
+        _drawing.Dot += DrawItems() + edges;
         for (const DrawnNode& node : _nodes)
             _drawing.Dot += DrawReferences(node);
         _drawing.Dot += "}\n";
@@ -118,6 +119,52 @@ public:
     }
 
 private:
+    /// Nodes and annotations, those in a frame as a cluster.
+    std::string DrawItems()
+    {
+        const FramePlan plan = PlanFrames(_graph);
+        std::vector<std::string> texts(plan.ItemCount() + 1); // by frame: what is in it
+        const auto add = [&](std::size_t item, const std::string& text) {
+            const std::size_t parent = plan.Parents[item];
+            texts[parent == FramePlan::None ? plan.ItemCount() : parent] += text;
+        };
+        for (std::size_t item = 0; item < plan.Nodes.size(); ++item)
+            add(item, DrawNode(_nodes[item]));
+        const auto annotationOf = [&](std::size_t item) -> const DocumentAnnotation& {
+            return _graph.Document().Annotations[plan.Annotations[item - plan.Nodes.size()]];
+        };
+        for (std::size_t item = plan.Nodes.size(); item < plan.ItemCount(); ++item) {
+            if (annotationOf(item).Kind == AnnotationKind::Note)
+                add(item, DrawNote(annotationOf(item), item));
+        }
+        for (const std::size_t frame : plan.Frames)
+            add(frame, DrawFrame(annotationOf(frame), frame, texts[frame]));
+        return texts.back();
+    }
+
+    static std::string DrawNote(const DocumentAnnotation& note, std::size_t item)
+    {
+        return Compose("  a", item + 1, " [shape=note, style=filled, color=\"", LineOf(note),
+                       "\", fillcolor=\"", LineOf(note), annotationOpacity, "\", label=<",
+                       WrapLabel(note.Text, maxNameLength), ">]\n");
+    }
+
+    static std::string DrawFrame(const DocumentAnnotation& frame, std::size_t item,
+                                 const std::string& content)
+    {
+        return Compose("  subgraph cluster_a", item + 1, " {\n  label=<", blank,
+                       EscapeLabel(Shorten(frame.Text, maxNameLength)), ">\n  labeljust=l\n",
+                       "  style=\"rounded,filled\"\n  color=\"", LineOf(frame),
+                       "\"\n  fillcolor=\"", LineOf(frame), annotationOpacity, "\"\n",
+                       content.empty() ? Compose("  a", item + 1, " [style=invis]\n") : content,
+                       "  }\n");
+    }
+
+    static std::string LineOf(const DocumentAnnotation& annotation)
+    {
+        return annotation.Colour.empty() ? "#8a8a8a" : annotation.Colour;
+    }
+
     std::string DrawEdge(const Materials::GuiEdge& edge)
     {
         DrawnNode* tail = Find(edge.Tail.lock().get());

@@ -91,6 +91,11 @@ TEST(MaterialDocument, AChangedValueChangesOneLine)
         [](MaterialDocument& d) { d.Nodes[0].Type = "u"; },
         [](MaterialDocument& d) { d.Nodes[0].Properties[0].Value = "\r\n"; },
         [](MaterialDocument& d) { d.Edges[0].Head = ""; },
+        [](MaterialDocument& d) {
+            d.Edges[1].Points = {{1, 2}};
+        },
+        [](MaterialDocument& d) { d.Annotations[0].Corner.X = 5; },
+        [](MaterialDocument& d) { d.Annotations[0].Colour.clear(); },
         [](MaterialDocument& d) { d.Bindings[0].Values[0].Value = "0, 1"; },
         [](MaterialDocument& d) {
             d.Bindings[0].Values.push_back({"gui", "slider"});
@@ -105,6 +110,28 @@ TEST(MaterialDocument, AChangedValueChangesOneLine)
         for (std::size_t i = 0; i < before.size(); ++i)
             count += before[i] != after[i];
         EXPECT_EQ(count, 1);
+    }
+}
+
+/// Documents say which readers understand them: older ones know the first version alone.
+TEST(MaterialDocument, TheVersionIsTheLowestThatHasEverything)
+{
+    const std::pair<const char*, const char*> documents[] = {
+        {"<material version=\"2\"/>", "1"},
+        {"<material version=\"2\"><annotations/></material>", "1"},
+        {"<material version=\"2\"><annotations><!--why--></annotations></material>", "2"},
+        {"<material version=\"2\"><annotations><annotation id=\"a\" kind=\"note\" text=\"\" "
+         "x=\"-0\" "
+         "y=\"007\" width=\"1\" height=\"1\"/></annotations></material>",
+         "2"},
+        {"<material version=\"2\"><edges><edge tail=\"\" tailPort=\"\" head=\"\" headPort=\"\" "
+         "points=\"0,0\"/></edges></material>",
+         "2"},
+    };
+    for (const auto& [text, version] : documents) {
+        const std::string written = Rewrite(text);
+        EXPECT_NE(written.find(std::string("<material version=\"") + version), written.npos);
+        EXPECT_EQ(Rewrite(written), written);
     }
 }
 

@@ -87,6 +87,8 @@ private:
                   "<nodes><node id=\"z\" type=\"\" version=\"0\"/></nodes>|"
                   "<property name=\"\" kind=\"bool\" value=\"true\"/>|"
                   "<binding stream=\"float\" tag=\"q\" min=\"0,  1\"/>|"
+                  "<annotations/>|<annotation id=\"z\" kind=\"note\" text=\"\" x=\"0\" y=\"0\" "
+                  "width=\"1\" height=\"1\"/>|"
                   "<binding stream=\"uv\" tag=\"q\"></binding>|<q:edges xmlns:q=\"urn:q\"/>|"
                   "<edges xmlns=\"urn:q\"/>|<edges xmlns=\"\"/>|<!-- -->|<![CDATA[ ]]>|"
                   "<![CDATA[a]]>|<![CDATA[]]>|<?a b?>|a|&#32;|&#65;|&amp;|\xC2\xA0| \t\r\n");
@@ -111,13 +113,14 @@ private:
         static const std::vector<std::string> names = Split(
             "id|type|version|name|kind|value|tail|tailPort|head|tag|stream|min|default|srgb|gui|"
             "alphaRef|zTest|xml:lang|desc|Name|x|q:name|xml:base|headPort|helpUrl|cgname|"
-            "zTestFunc|xmlns|xmlns:q");
+            "zTestFunc|xmlns|xmlns:q|points|x|width|colour|text");
         static const std::vector<std::string> values =
             Split("|0|1|2|-1|+1|-0|007| 1|1 |2147483647|2147483648|1.5|1.|.5|.|-2147483648|"
                   "-2147483649|1e5|1e|1E+5|1e-5|e5|--1|inf|-inf|nan|INF|1,2|1, 2|1 ,2|1,|,1|"
                   "1,  2|1 2 3|1  2 3|1 2|1 2 3 |1 2 3 4|inf 1 nan|0.5|0.|1.0|1.01|1.00|01|"
                   "true|True|false|Yes|yes|No|string|enum|float|bool|colour|integer|node|"
-                  "texture|uv|normal|slider|linear|zero|always|less| |&#10;|&#9;1|1&#10;|"
+                  "frame|note|1,2 3,4|#0a0b0c|texture|uv|normal|slider|linear|zero|always|less| "
+                  "|&#10;|&#9;1|1&#10;|"
                   "urn:q|a b|\xC3\xA9|0000000000000000000000000000000000000000000000001");
         const std::size_t equals = text.find("=\"", _random.Below(text.size()));
         const std::size_t begin = text.rfind(' ', equals);
@@ -175,17 +178,24 @@ TEST(MaterialRules, RulesAndSchemaJudgeValuesAlike)
            <property name="" kind="colour" value="@"/></node></nodes>)",
         R"(<bindings><binding tag="a" stream="float" min="@"/></bindings>)",
         R"(<renderState alphaRef="@"/>)",
+        R"(<edges><edge tail="" tailPort="" head="" headPort="" points="@"/></edges>)",
+        R"(<annotations><annotation id="a" kind="note" text="" x="@" y="0" width="1" height="1"/>
+           </annotations>)",
+        R"(<annotations><annotation id="a" kind="note" text="" x="0" y="0" width="@" height="1"/>
+           </annotations>)",
+        R"(<annotations><annotation id="a" kind="note" text="" x="0" y="0" width="1" height="1"
+           colour="@"/></annotations>)",
     };
-    static constexpr const char* pieces[] = {"0",   "1",    "12",   ".",    "-",       "+",
-                                             "e",   "E",    "inf",  "nan",  ",",       " ",
-                                             "1.5", "0.25", "1e-3", "&#9;", "\xC3\xA9"};
+    static constexpr const char* pieces[] = {
+        "0", "1",   "12",   ".",    "-",    "+",        "e",        "E",   "inf",   "nan",   ",",
+        " ", "1.5", "0.25", "1e-3", "&#9;", "\xC3\xA9", "10000000", "4,5", "#12ab", "#00ff7"};
     Random random(DrawSeed());
     int valid = 0;
     for (int i = 0; i < 20000; ++i) {
         std::string value;
         for (std::size_t count = random.Below(7); count > 0; --count)
             value += random.Pick(pieces);
-        std::string text = std::string("<material version=\"1\">") + random.Pick(frames);
+        std::string text = std::string("<material version=\"2\">") + random.Pick(frames);
         text += "</material>";
         text.replace(text.find('@'), 1, value);
         const std::string problems = Judge(text).Problems;
@@ -240,6 +250,8 @@ TEST(MaterialRules, EveryWordInEveryAttributeIsJudgedAlike)
         R"(<nodes><node id="a" type="" version="0"><property name="" value="1" @/></node></nodes>)",
         R"(<edges><edge tail="" tailPort="" head="" headPort="" @/></edges>)",
         R"(<bindings><binding tag="a" @/></bindings>)",
+        R"(<annotations><annotation id="a" text="" x="0" y="0" width="1" height="1" @/>
+           </annotations>)",
     };
     for (const ElementRule::Variant& variant : BindingRule.Variants)
         frames.push_back(
@@ -248,7 +260,7 @@ TEST(MaterialRules, EveryWordInEveryAttributeIsJudgedAlike)
     for (const std::string& frame : frames) {
         for (const std::string& name : names) {
             for (const std::string& word : words) {
-                std::string text = "<material version='1'>" + frame + "</material>";
+                std::string text = "<material version='2'>" + frame + "</material>";
                 text.replace(text.find('@'), 1, Compose(name, "='", word, "'"));
                 const std::string problems = Judge(text).Problems;
                 ASSERT_EQ(problems.empty(), FollowsSchema(text)) << problems << text;

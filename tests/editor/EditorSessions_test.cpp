@@ -36,10 +36,11 @@ Json Shorten(Json json)
             node = Json::array({node["number"], record["id"], node["title"], properties});
         }
         for (Json& edge : json[part]["edges"]) {
-            const Json& record = edge["record"];
+            const Json record = edge["record"];
             edge = record["tail"].get<std::string>() + "." + record["tailPort"].get<std::string>() +
                    " -> " + record["head"].get<std::string>() + "." +
-                   record["headPort"].get<std::string>();
+                   record["headPort"].get<std::string>() +
+                   (record.contains("points") ? " " + FormatJson(record["points"]) : "");
         }
     }
     if (json.contains("types")) {

@@ -125,7 +125,7 @@ private:
         if (word == "unbind")
             return {{RemoveBinding{ids[0], ids[1]}}};
         if (word == "copy")
-            return CopyNodes(*_graph, ids, *_graph);
+            return CopyParts(*_graph, {ids, {}}, *_graph);
         const std::string id = rest.substr(0, rest.find(';'));
         const std::string& type = _graph->Document().Nodes[_graph->FindNode(id, Place())].Type;
         const MaterialDocument settings =

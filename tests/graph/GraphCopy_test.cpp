@@ -21,30 +21,37 @@ MaterialGraph Source()
     graph.SetProperty("rim", "Master", "rim2");
     graph.Apply(
         {{AddNode{{"x9", "Alien", 2, {{"Twin", GuiPropertyKind::Node, "rim", 0}}, 0}, {}}}});
-    graph.Connect("rim", "out", "rim2", "in_1");
+    graph.Apply({{AddEdge{{"rim", "out", "rim2", "in_1", 0, {}, {{3, 4}}}, {}, {}}}});
+    for (const char* id : {"f", "g"})
+        graph.Apply({{AddAnnotation{{AnnotationKind::Frame, id, "Rim", {1, 2}, 30, 40, ""}}}});
     graph.Connect("x9", "o", "rim2", "in_2");
     graph.Connect("rim2", "out", "out", "in_1");
     return graph;
 }
 
-const std::vector<std::string> part = {"rim2", "x9", "rim"};
+const GraphParts part = {{"rim2", "x9", "rim"}, {"f"}};
 
 TEST(GraphCopy, WithinAMaterial)
 {
     MaterialGraph graph = Source();
     const std::string before = FormatDocument(graph.Document());
-    const DocumentChange inverse = graph.Apply(CopyNodes(graph, part, graph));
+    const DocumentChange inverse = graph.Apply(CopyParts(graph, part, graph));
     const std::string after = FormatDocument(graph.Document());
     const std::string nodes = before.substr(0, before.find("edge "));
-    const std::string edges = before.substr(nodes.size());
+    const std::string edges =
+        before.substr(nodes.size(), before.find("annotation ") - nodes.size());
+    const std::string annotations = before.substr(nodes.size() + edges.size());
     EXPECT_EQ(after, nodes +
                          "node rim3 Probe 0\n  PositionX float 0.1\n  Master node rim4\n"
                          "node rim4 Probe 0\n"
                          "node x10 Alien 2\n  Twin node rim3\n" +
-                         edges + "edge rim3 out rim4 in_1\nedge x10 o rim4 in_2\n");
+                         edges + "edge rim3 out rim4 in_1 3,4\nedge x10 o rim4 in_2\n" +
+                         annotations +
+                         "annotation id=f2 kind=frame text=Rim x=1 y=2 width=30 height=40\n");
     graph.Undo(inverse);
     EXPECT_EQ(FormatDocument(graph.Document()), before);
-    EXPECT_THROW(CopyNodes(graph, {"nobody"}, graph), HostError);
+    EXPECT_THROW(CopyParts(graph, {{"nobody"}, {}}, graph), HostError);
+    EXPECT_THROW(CopyParts(graph, {{}, {"rim"}}, graph), HostError);
 }
 
 TEST(GraphCopy, IntoAnotherMaterial)
@@ -52,13 +59,14 @@ TEST(GraphCopy, IntoAnotherMaterial)
     const MaterialGraph source = Source();
     MaterialGraph target(ProbeMaker());
     target.AddNode("x9", "Probe");
-    target.Apply(CopyNodes(source, part, target));
+    target.Apply(CopyParts(source, part, target));
     EXPECT_EQ(FormatDocument(target.Document()),
               "node x9 Probe 0\n"
               "node rim Probe 0\n  PositionX float 0.1\n  Master node rim2\n"
               "node rim2 Probe 0\n"
               "node x10 Alien 2\n  Twin node rim\n"
-              "edge rim out rim2 in_1\nedge x10 o rim2 in_2\n");
+              "edge rim out rim2 in_1 3,4\nedge x10 o rim2 in_2\n"
+              "annotation id=f kind=frame text=Rim x=1 y=2 width=30 height=40\n");
 }
 
 } // namespace

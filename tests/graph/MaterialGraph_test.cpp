@@ -65,6 +65,12 @@ TEST(MaterialGraph, RefusalsChangeNothing)
         Edge("a.out -> x.in_2"),
         AddEdge{{"a", "out", "d", "in_2", 0}, "d", "in_2"},
         RemoveEdge{{"d", "out", "b", "in_1", 0}},
+        SetPoints{{"d", "out", "b", "in_1", 0, {}, {{1, 2}}}},
+        SetPoints{{"a", "out", "b", "in_1", 0, {}, {{1, 10'000'001}}}},
+        AddAnnotation{{AnnotationKind::Frame, "f", "", {0, 0}, 10, 0, ""}},
+        AddAnnotation{{AnnotationKind::Note, "", "", {0, 0}, 10, 10, ""}},
+        SetAnnotation{{AnnotationKind::Frame, "f", "", {0, 0}, 10, 10, ""}},
+        RemoveAnnotation{"a"},
         Add("a Probe"),
         AddNode{{"", "Probe", 0, {}, 0}, {}},
         AddNode{{"e", "Probe", 0, {}, 0}, "x"},
@@ -119,6 +125,30 @@ TEST(MaterialGraph, PortsAreBuiltOnlyWhereTheyMayChange)
     EXPECT_EQ(Probe(graph, "a").PortCalls, 0);
     for (const char* id : {"b", "c", "d"})
         EXPECT_EQ(Probe(graph, id).PortCalls, 1);
+}
+
+/// What only editors show does not concern nodes, and comes back with what it belongs to.
+TEST(MaterialGraph, AnnotationsAndPointsTouchNoNode)
+{
+    MaterialGraph graph = Row();
+    graph.TakeTouched();
+    const std::string start = FormatDocument(graph.Document());
+    DocumentAnnotation frame = {AnnotationKind::Frame, "f", "Row", {-10, -10}, 300, 200, ""};
+    std::vector<DocumentChange> inverses;
+    inverses.push_back(graph.Apply({{AddAnnotation{frame}}}));
+    frame.Text = "Line";
+    inverses.push_back(graph.Apply(
+        {{SetAnnotation{frame}, SetPoints{{"a", "out", "b", "in_1", 0, {}, {{50, 60}}}}}}));
+    EXPECT_TRUE(graph.Touched().empty());
+    EXPECT_TRUE(graph.Apply({{SetPoints{{"a", "out", "b", "in_1", 0, {}, {{50, 60}}}}}}).IsEmpty());
+    const std::string drawn = FormatDocument(graph.Document());
+    inverses.push_back(graph.RemoveNode("a"));
+    graph.Undo(std::move(inverses.back()));
+    EXPECT_EQ(FormatDocument(graph.Document()), drawn);
+    inverses.pop_back();
+    for (; !inverses.empty(); inverses.pop_back())
+        graph.Undo(std::move(inverses.back()));
+    EXPECT_EQ(FormatDocument(graph.Document()), start);
 }
 
 /// Neither the readers of one output nor a chain that is built from its end make a further edge, or

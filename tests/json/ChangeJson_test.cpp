@@ -27,11 +27,17 @@ GraphChange ChangeFrom(const MaterialDocument& document)
     change.Steps.emplace_back(set);
     for (const DocumentEdge& edge : document.Edges) {
         change.Steps.emplace_back(AddEdge{edge, edge.Head, "/~"});
+        change.Steps.emplace_back(SetPoints{edge});
         change.Steps.emplace_back(RemoveEdge{edge});
     }
     for (const DocumentBinding& binding : document.Bindings) {
         change.Steps.emplace_back(SetBinding{binding});
         change.Steps.emplace_back(RemoveBinding{binding.Stream, binding.Tag});
+    }
+    for (const DocumentAnnotation& annotation : document.Annotations) {
+        change.Steps.emplace_back(AddAnnotation{annotation});
+        change.Steps.emplace_back(SetAnnotation{annotation});
+        change.Steps.emplace_back(RemoveAnnotation{annotation.Id});
     }
     change.Steps.emplace_back(SetDescription{document.Description});
     change.Steps.emplace_back(SetRenderState{document.RenderState});

@@ -11,11 +11,13 @@ MaterialDocument DocumentMaker::Make()
 {
     MaterialDocument document = _everything;
     MaterialComments& comments = document.Comments;
-    for (auto* part : {&comments.Document, &comments.Nodes, &comments.Edges, &comments.Bindings})
+    for (auto* part : {&comments.Document, &comments.Nodes, &comments.Edges, &comments.Bindings,
+                       &comments.Annotations})
         *part = {Comments(), Comments()};
     Thin(document.Nodes);
     Thin(document.Edges);
     Thin(document.Bindings);
+    Thin(document.Annotations);
     if (_random.Below(2) == 0)
         document.Description.clear();
     comments.Description = document.Description.empty() ? DocumentComments() : Comments();
@@ -36,7 +38,12 @@ MaterialDocument DocumentMaker::Make()
         }
     }
     for (DocumentEdge& edge : document.Edges)
-        edge = {Text(), Text(), Text(), Text(), 0, Comments()};
+        edge = {Text(), Text(), Text(), Text(), 0, Comments(), std::move(edge.Points)};
+    for (DocumentAnnotation& annotation : document.Annotations) {
+        annotation.Id += Text();
+        annotation.Text = Text();
+        annotation.Comments = Comments();
+    }
     for (DocumentBinding& binding : document.Bindings) {
         binding.Comments = Comments();
         for (DocumentValue& value : binding.Values) {

@@ -56,7 +56,7 @@ GraphChange GraphEditor::Next()
 
 GraphChange GraphEditor::NextStep() const
 {
-    switch (_choose(20)) {
+    switch (_choose(22)) {
     case 0:
     case 1:
         return {{AddNode{StoredNode(), _choose(2) ? "" : AnyId()}}};
@@ -65,7 +65,7 @@ GraphChange GraphEditor::NextStep() const
     case 3:
         return {{RenameNode{AnyId(), Compose("n", _choose(idCount))}}};
     case 4:
-        return CopyNodes(_graph, {AnyId(), AnyId(), AnyId()}, _graph);
+        return CopySomeParts();
     case 5:
         return RemoveSomeEdge();
     case 6:
@@ -78,6 +78,10 @@ GraphChange GraphEditor::NextStep() const
         return {{SetProperties{{AnySetting()}}}};
     case 10:
         return SetSomeValue();
+    case 11:
+        return ChangeSomeAnnotation();
+    case 12:
+        return SetSomePoints();
     default:
         return AddSomeEdge();
     }
@@ -140,10 +144,60 @@ GraphChange GraphEditor::AddSomeEdge() const
 {
     const MaterialGraph::Node& tail = AnyNode();
     const MaterialGraph::Node& head = AnyNode();
-    return {{AddEdge{
-        {tail.Id, AnyPort(tail.Gui.OutputPorts()), head.Id, AnyPort(head.Gui.InputPorts())},
-        {},
-        {}}}};
+    return {{AddEdge{{tail.Id,
+                      AnyPort(tail.Gui.OutputPorts()),
+                      head.Id,
+                      AnyPort(head.Gui.InputPorts()),
+                      0,
+                      {},
+                      AnyPoints()},
+                     {},
+                     {}}}};
+}
+
+std::vector<DocumentPoint> GraphEditor::AnyPoints() const
+{
+    std::vector<DocumentPoint> points;
+    while (_choose(3) == 1)
+        points.push_back({static_cast<std::int32_t>(_choose(9)), -7});
+    return points;
+}
+
+GraphChange GraphEditor::SetSomePoints() const
+{
+    const auto& edges = _graph.Document().Edges;
+    if (edges.empty())
+        return {};
+    DocumentEdge edge = *std::next(edges.begin(), Position(edges.size()));
+    edge.Points = AnyPoints();
+    return {{SetPoints{edge}}};
+}
+
+GraphChange GraphEditor::ChangeSomeAnnotation() const
+{
+    DocumentAnnotation annotation;
+    annotation.Kind = _choose(2) ? AnnotationKind::Frame : AnnotationKind::Note;
+    annotation.Id = Compose("a", _choose(5));
+    annotation.Width = static_cast<std::int32_t>(_choose(9)); // 0 is refused
+    annotation.Height = 5;
+    switch (_choose(4)) {
+    case 0:
+        return {{RemoveAnnotation{annotation.Id}}};
+    case 1:
+        return {{SetAnnotation{annotation}}};
+    default:
+        return {{AddAnnotation{annotation}}};
+    }
+}
+
+GraphChange GraphEditor::CopySomeParts() const
+{
+    GraphParts parts = {{AnyId(), AnyId(), AnyId()}, {}};
+    const auto& annotations = _graph.Document().Annotations;
+    if (!annotations.empty())
+        parts.Annotations.push_back(
+            std::next(annotations.begin(), Position(annotations.size()))->Id);
+    return CopyParts(_graph, parts, _graph);
 }
 
 GraphChange GraphEditor::RemoveSomeEdge() const

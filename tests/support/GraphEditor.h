@@ -31,6 +31,10 @@ private:
     Mox::Host::GraphChange SetSomeValue() const;
     Mox::Host::GraphChange AddSomeEdge() const;
     Mox::Host::GraphChange RemoveSomeEdge() const;
+    Mox::Host::GraphChange ChangeSomeAnnotation() const;
+    Mox::Host::GraphChange CopySomeParts() const;
+    Mox::Host::GraphChange SetSomePoints() const;
+    std::vector<Mox::Host::DocumentPoint> AnyPoints() const;
 
     const Mox::Host::MaterialGraph& _graph;
     Choice _choose;

@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/authoring/GuiNode.h"
+#include "mox/document/AnnotationText.h"
 #include "mox/document/PropertyText.h"
 
 #include <set>
@@ -60,12 +61,18 @@ std::string FormatDocument(const MaterialDocument& document)
     }
     for (const DocumentEdge& edge : document.Edges) {
         text += Compose("edge ", edge.Tail, " ", edge.TailPort, " ", edge.Head, " ", edge.HeadPort,
-                        "\n");
+                        edge.Points.empty() ? "" : " ", FormatPoints(edge.Points), "\n");
     }
     for (const DocumentBinding& binding : document.Bindings) {
         text += Compose("binding ", binding.Stream, " ", binding.Tag, "\n");
         for (const auto& [name, value] : binding.Values)
             text += Compose("  ", name, "=", value, "\n");
+    }
+    for (const DocumentAnnotation& annotation : document.Annotations) {
+        text += "annotation";
+        for (const auto& [name, value] : AttributesOf(annotation))
+            text += Compose(" ", name, "=", value);
+        text += "\n";
     }
     return text;
 }

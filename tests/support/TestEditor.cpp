@@ -56,12 +56,9 @@ std::string TextAfterKill(const std::filesystem::path& file)
 void EditorMirror::TakeState(const Json& reply)
 {
     const Json& state = reply.at("state");
-    _nodes.clear();
-    _edges.clear();
-    for (const Json& node : state.at("nodes"))
-        _nodes[node.at("number").get<std::size_t>()] = node;
-    for (const Json& edge : state.at("edges"))
-        _edges[edge.at("number").get<std::size_t>()] = edge;
+    for (auto* records : {&_nodes, &_edges, &_annotations})
+        records->clear();
+    TakeRecords(state);
     TakeOthers(state);
 }
 
@@ -70,14 +67,7 @@ void EditorMirror::TakeChanges(const Json& message)
     if (!message.contains("changes"))
         return;
     const Json& changes = message.at("changes");
-    for (const Json& node : changes.at("nodes"))
-        _nodes[node.at("number").get<std::size_t>()] = node;
-    for (const Json& edge : changes.at("edges"))
-        _edges[edge.at("number").get<std::size_t>()] = edge;
-    for (const Json& number : changes.at("goneNodes"))
-        _nodes.erase(number.get<std::size_t>());
-    for (const Json& number : changes.at("goneEdges"))
-        _edges.erase(number.get<std::size_t>());
+    TakeRecords(changes);
     if (changes.contains("bindings"))
         TakeOthers(changes);
 }
@@ -85,11 +75,24 @@ void EditorMirror::TakeChanges(const Json& message)
 std::string EditorMirror::Text() const
 {
     std::string text;
-    for (const auto& [number, node] : _nodes)
-        text += FormatJson(node) + "\n";
-    for (const auto& [number, edge] : _edges)
-        text += FormatJson(edge) + "\n";
+    for (const auto* records : {&_nodes, &_edges, &_annotations}) {
+        for (const auto& [number, record] : *records)
+            text += FormatJson(record) + "\n";
+    }
     return text + FormatJson(_others) + "\n";
+}
+
+void EditorMirror::TakeRecords(const Json& part)
+{
+    const auto take = [&](const char* name, const char* goneName, auto& records) {
+        for (const Json& record : part.value(name, Json::array()))
+            records[record.at("number").get<std::size_t>()] = record;
+        for (const Json& number : part.value(goneName, Json::array()))
+            records.erase(number.get<std::size_t>());
+    };
+    take("nodes", "goneNodes", _nodes);
+    take("edges", "goneEdges", _edges);
+    take("annotations", "goneAnnotations", _annotations);
 }
 
 void EditorMirror::TakeOthers(const Json& part)

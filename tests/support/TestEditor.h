@@ -30,9 +30,11 @@ public:
     std::string Text() const;
 
 private:
+    void TakeRecords(const Mox::Host::Json& part);
     void TakeOthers(const Mox::Host::Json& part);
 
     std::map<std::size_t, Mox::Host::Json> _nodes;
     std::map<std::size_t, Mox::Host::Json> _edges;
+    std::map<std::size_t, Mox::Host::Json> _annotations;
     Mox::Host::Json _others;
 };

@@ -8,9 +8,11 @@ import {
     type ReactFlowInstance,
 } from '@xyflow/react';
 import { useCallback, useEffect, useMemo, useRef, useState } from 'react';
+import { isEmpty, moved as movedBy, noMoves, resized, titleOfAnnotation } from '../model/annotations.ts';
+import type { Moves } from '../model/annotations.ts';
 import { componentsAt, whyNot } from '../model/connect.ts';
 import type { Point } from '../model/document.ts';
-import type { EdgeRecord, NodeState, Problem } from '../model/messages.ts';
+import type { AnnotationState, EdgeRecord, EdgeState, NodeState, Problem } from '../model/messages.ts';
 import { portTop, shapeOf, titleOf } from '../model/shape.ts';
 import type { Editor, Snapshot } from '../model/store.ts';
 import { contains, frame, greatestZoom, leastZoom, overlap, toGraph } from '../model/viewport.ts';
@@ -18,7 +20,8 @@ import { visibleBox, wheel, around, type Box, type Viewport } from '../model/vie
 import { useEditor, useSnapshot } from '../useEditor.ts';
 import { Minimap } from './minimap.ts';
 import { NodeCard, type CardNode } from './NodeCard.tsx';
-import { boxOf, edgeAt, nodeAt, paint, readColours } from './painter.ts';
+import { annotationAt } from './annotationPainter.ts';
+import { boxOf, edgeAt, nodeAt, paint, pointAt, readColours } from './painter.ts';
 
 /**
  * The graph. React Flow shows the nodes near the view and takes care of dragging and of new edges;
@@ -33,7 +36,8 @@ export interface CanvasHandle {
     toGraph(at: Point): Point;
     toScreen(at: Point): Point;
     pointer(): Point;
-    frame(numbers?: Iterable<number>): void;
+    /** Shows nodes and annotations; everything if neither are given. */
+    frame(numbers?: Iterable<number>, annotations?: Iterable<number>): void;
 }
 
 const farZoom = 0.4; // below, text cannot be read
@@ -150,8 +154,10 @@ function ConnectionHint() {
 }
 
 type Gesture =
-    | { kind: 'box'; from: Point; added: ReadonlySet<number> }
-    | { kind: 'move'; from: Point; places: ReadonlyMap<number, Point> };
+    | { kind: 'box'; from: Point; added: ReadonlySet<number>; addedAnnotations: ReadonlySet<number> }
+    | { kind: 'move'; from: Point; places: Moves }
+    | { kind: 'resize'; from: Point; annotation: AnnotationState; area: Box }
+    | { kind: 'point'; from: Point; edge: EdgeState; index: number };
 
 export function Canvas({
     lit,
@@ -234,12 +240,17 @@ export function Canvas({
                 y: point.y * viewport.current.zoom + viewport.current.y,
             }),
             pointer: () => pointer.current,
-            frame: (numbers) => {
-                const { nodes } = editor.get().document;
-                const chosen = numbers
-                    ? [...numbers].flatMap((n) => nodes.get(n) ?? [])
-                    : [...nodes.values()];
-                const wanted = around(chosen.map((node) => boxOf(editor, node)));
+            frame: (numbers, chosenAnnotations = []) => {
+                const { nodes, annotations } = editor.get().document;
+                const isAll = numbers === undefined;
+                const chosen = isAll ? [...nodes.values()] : [...numbers].flatMap((n) => nodes.get(n) ?? []);
+                const areas = isAll
+                    ? [...annotations.values()]
+                    : [...chosenAnnotations].flatMap((n) => annotations.get(n) ?? []);
+                const wanted = around([
+                    ...chosen.map((node) => boxOf(editor, node)),
+                    ...areas.map((annotation) => editor.areaOf(annotation)),
+                ]);
                 const covered = { right: element.clientWidth > 900 ? 330 : 0, bottom: 40 };
                 const size = { width: element.clientWidth, height: element.clientHeight };
                 const next = wanted ? frame(wanted, size, covered) : viewport.current;
@@ -272,18 +283,22 @@ export function Canvas({
         return toGraph(viewport.current, { x: event.clientX - corner.x, y: event.clientY - corner.y });
     };
 
-    const placesOfSelection = () =>
-        new Map(editor.selectedNodes().map((node) => [node.number, editor.placeOf(node)]));
+    const toggled = (numbers: ReadonlySet<number>, number: number) => {
+        const next = new Set(numbers);
+        if (!next.delete(number)) next.add(number);
+        return next;
+    };
 
     const pick = (number: number, isAdding: boolean) => {
-        const { selection } = editor.get();
-        if (isAdding) {
-            const next = new Set(selection);
-            if (!next.delete(number)) next.add(number);
-            editor.select(next);
-        } else if (!selection.has(number)) {
-            editor.select([number]);
-        }
+        const { selection, selectedAnnotations } = editor.get();
+        if (isAdding) editor.select(toggled(selection, number), selectedAnnotations);
+        else if (!selection.has(number)) editor.select([number]);
+    };
+
+    const pickAnnotation = (number: number, isAdding: boolean) => {
+        const { selection, selectedAnnotations } = editor.get();
+        if (isAdding) editor.select(selection, toggled(selectedAnnotations, number));
+        else if (!selectedAnnotations.has(number)) editor.select([], [number]);
     };
 
     const pressOnPane = (event: React.PointerEvent) => {
@@ -293,18 +308,32 @@ export function Canvas({
         root.current!.focus();
         const point = place(event);
         const node = isFar ? nodeAt(editor, point) : undefined;
+        const { zoom } = viewport.current;
+        const bend = isFar ? undefined : pointAt(editor, point, hitDistance / zoom);
+        const edge = node || bend ? null : edgeAt(editor, point, hitDistance / zoom);
+        const held = annotationAt(editor, point, zoom);
         if (node) {
             pick(node.number, event.shiftKey);
-            gesture.current = { kind: 'move', from: point, places: placesOfSelection() };
+            gesture.current = { kind: 'move', from: point, places: editor.heldPlaces() };
+        } else if (bend) {
+            editor.selectEdge(bend.edge.number, bend.index);
+            gesture.current = { kind: 'point', from: point, ...bend };
+        } else if (edge !== null) {
+            editor.selectEdge(edge);
+            return;
+        } else if (held) {
+            const { annotation, part } = held;
+            pickAnnotation(annotation.number, event.shiftKey);
+            gesture.current =
+                part === 'corner'
+                    ? { kind: 'resize', from: point, annotation, area: editor.areaOf(annotation) }
+                    : { kind: 'move', from: point, places: editor.heldPlaces() };
         } else {
-            const edge = edgeAt(editor, point, hitDistance / viewport.current.zoom);
-            if (edge !== null) {
-                editor.selectEdge(edge);
-                return;
-            }
-            const added = event.shiftKey ? editor.get().selection : new Set<number>();
-            gesture.current = { kind: 'box', from: point, added };
-            editor.select(added);
+            const { selection, selectedAnnotations } = editor.get();
+            const added = event.shiftKey ? selection : new Set<number>();
+            const addedAnnotations = event.shiftKey ? selectedAnnotations : new Set<number>();
+            gesture.current = { kind: 'box', from: point, added, addedAnnotations };
+            editor.select(added, addedAnnotations);
         }
         root.current!.setPointerCapture(event.pointerId);
     };
@@ -314,8 +343,8 @@ export function Canvas({
         const current = gesture.current;
         if (!current) return;
         const point = place(event);
-        if (current.kind === 'move') {
-            dragBy(current.places, { x: point.x - current.from.x, y: point.y - current.from.y });
+        if (current.kind !== 'box') {
+            dragBy(current, { x: point.x - current.from.x, y: point.y - current.from.y });
             return;
         }
         const x = Math.min(point.x, current.from.x);
@@ -330,11 +359,18 @@ export function Canvas({
         const inside = [...editor.get().document.nodes.values()].filter((node) =>
             overlap(drawn, boxOf(editor, node)),
         );
-        editor.select([...current.added, ...inside.map((node) => node.number)]);
+        const enclosed = [...editor.get().document.annotations.values()].filter((annotation) =>
+            contains(drawn, editor.areaOf(annotation)),
+        );
+        editor.select(
+            [...current.added, ...inside.map((node) => node.number)],
+            [...current.addedAnnotations, ...enclosed.map((annotation) => annotation.number)],
+        );
     };
 
     const release = () => {
-        if (gesture.current?.kind === 'move' && editor.get().moves.size > 0) void editor.drop();
+        if (gesture.current && gesture.current.kind !== 'box' && !isEmpty(editor.get().moves))
+            void editor.drop();
         if (gesture.current?.kind === 'box') {
             const count = editor.get().selection.size;
             if (count > 0) editor.say(count === 1 ? '1 node is selected.' : `${count} nodes are selected.`);
@@ -343,8 +379,15 @@ export function Canvas({
         setBox(null);
     };
 
-    const dragBy = (places: ReadonlyMap<number, Point>, by: Point) =>
-        editor.drag(new Map([...places].map(([n, at]) => [n, { x: at.x + by.x, y: at.y + by.y }])));
+    const dragBy = (current: Exclude<Gesture, { kind: 'box' }>, by: Point) => {
+        if (current.kind === 'move') editor.drag(movedBy(current.places, by));
+        else if (current.kind === 'point') editor.drag(editor.pointMoved(current.edge, current.index, by));
+        else
+            editor.drag({
+                ...noMoves,
+                areas: new Map([[current.annotation.number, resized(current.area, by)]]),
+            });
+    };
 
     const judge = (connection: Connection | { source: string; target: string }) => {
         const record = recordOf(editor.get(), connection as Connection);
@@ -382,6 +425,8 @@ export function Canvas({
     };
     const count = snapshot.document.nodes.size;
     const first = editor.selectedNodes()[0];
+    const [annotation] = editor.selectedAnnotations();
+    const selected = first ? titleOf(first) : annotation && titleOfAnnotation(annotation);
 
     return (
         <div
@@ -390,18 +435,28 @@ export function Canvas({
             className={isFar ? 'far' : 'near'}
             tabIndex={0}
             role="application"
-            aria-label={`Graph of ${count} nodes${first ? `; ${titleOf(first)} is selected` : ''}`}
+            aria-label={`Graph of ${count} nodes${selected ? `; ${selected} is selected` : ''}`}
             onPointerDownCapture={pressOnPane}
             onPointerMove={movePointer}
             onPointerUp={release}
             onPointerCancel={release}
             onDoubleClick={(event) => {
-                if ((event.target as Element).closest('.react-flow__node') === null)
+                if ((event.target as Element).closest('.react-flow__node') !== null) return;
+                const point = place(event);
+                const distance = hitDistance / viewport.current.zoom;
+                if (pointAt(editor, point, distance)) return;
+                const edge = edgeAt(editor, point, distance);
+                if (edge !== null) {
+                    editor.addPoint(editor.get().document.edges.get(edge)!, point);
+                } else if (annotationAt(editor, point, viewport.current.zoom)) {
+                    document.querySelector<HTMLElement>('#inspector input, #inspector textarea')?.focus();
+                } else {
                     editor.openAddMenu({
                         at: { x: event.clientX, y: event.clientY },
-                        point: place(event),
+                        point,
                         placement: { kind: 'free' },
                     });
+                }
             }}
             onContextMenu={(event) => event.preventDefault()}
         >
@@ -441,13 +496,13 @@ export function Canvas({
                     gesture.current = {
                         kind: 'move',
                         from: editor.placeOf(node.data.node),
-                        places: placesOfSelection(),
+                        places: editor.heldPlaces(),
                     };
                 }}
                 onNodeDrag={(_, node) => {
                     if (gesture.current?.kind !== 'move') return;
-                    const { places, from } = gesture.current;
-                    dragBy(places, { x: node.position.x - from.x, y: node.position.y - from.y });
+                    const { from } = gesture.current;
+                    dragBy(gesture.current, { x: node.position.x - from.x, y: node.position.y - from.y });
                 }}
                 onNodeDragStop={release}
                 isValidConnection={judge}

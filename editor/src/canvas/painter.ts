@@ -1,8 +1,10 @@
+import { endsOf } from '../model/annotations.ts';
 import { nodeById, type Point } from '../model/document.ts';
 import type { EdgeState, NodeState } from '../model/messages.ts';
-import { portPoint, shapeOf, titleOf } from '../model/shape.ts';
+import { shapeOf, titleOf } from '../model/shape.ts';
 import type { Editor, Snapshot } from '../model/store.ts';
-import { overlap, visibleBox, type Box, type Viewport } from '../model/viewport.ts';
+import { around, overlap, visibleBox, type Box, type Viewport } from '../model/viewport.ts';
+import { drawAnnotations, drawPoints } from './annotationPainter.ts';
 
 /** Draws edges, and far away the nodes as well, on one canvas. */
 
@@ -33,41 +35,52 @@ export function boxOf(editor: Editor, node: NodeState): Box {
 export interface Curve {
     from: Point;
     to: Point;
+    through: readonly Point[];
     colour: number;
 }
 
 export function curveOf(editor: Editor, snapshot: Snapshot, edge: EdgeState): Curve | undefined {
     const tail = nodeById(snapshot.document, edge.record.tail);
-    const head = nodeById(snapshot.document, edge.record.head);
-    if (!tail || !head) return undefined;
-    const start = editor.placeOf(tail);
-    const end = editor.placeOf(head);
-    const out = portPoint(tail, 'output', edge.record.tailPort);
-    const into = portPoint(head, 'input', edge.record.headPort);
+    const ends = endsOf(snapshot.document, edge.record, editor.placeOf);
+    if (!tail || !ends) return undefined;
     const components = tail.outputs?.find((port) => port.name === edge.record.tailPort)?.components;
     return {
-        from: { x: start.x + out.x, y: start.y + out.y },
-        to: { x: end.x + into.x, y: end.y + into.y },
+        from: ends[0],
+        to: ends[1],
+        through: editor.pointsOf(edge),
         colour: components && components <= 4 ? components : 0,
     };
 }
 
-/** How far the handles of a curve reach sideways. */
-export function reachOf({ from, to }: Curve): number {
+/** A cubic curve: its ends, and the two points that pull it. */
+type Piece = readonly [from: Point, leave: Point, arrive: Point, to: Point];
+
+/** How far the points that pull a piece reach sideways at a port. */
+function reachOf(from: Point, to: Point): number {
     const across = to.x - from.x;
     return across >= 0 ? Math.max(across / 2, 24) : Math.min(24 + Math.abs(across) / 2, 160);
 }
 
-function boxOfCurve(curve: Curve): Box {
-    const reach = reachOf(curve);
-    const left = Math.min(curve.from.x, curve.to.x - reach);
-    const top = Math.min(curve.from.y, curve.to.y);
-    return {
-        x: left,
-        y: top,
-        width: Math.max(curve.from.x + reach, curve.to.x) - left,
-        height: Math.abs(curve.from.y - curve.to.y),
+/** Leaves and reaches ports sideways, and passes the points in between in the direction of their neighbours. */
+function piecesOf({ from, through, to }: Curve): Piece[] {
+    const way = [from, ...through, to];
+    const last = way.length - 1;
+    const pull = (i: number, share: number, reach: number): Point => {
+        const at = way[i]!;
+        if (i === 0 || i === last) return { x: at.x + Math.sign(share) * reach, y: at.y };
+        const [before, after] = [way[i - 1]!, way[i + 1]!];
+        return { x: at.x + share * (after.x - before.x), y: at.y + share * (after.y - before.y) };
     };
+    return way.slice(1).map((end, i) => {
+        const start = way[i]!;
+        const reach = reachOf(start, end);
+        return [start, pull(i, 1 / 6, reach), pull(i + 1, -1 / 6, reach), end];
+    });
+}
+
+function boxOfCurve(curve: Curve): Box {
+    const points = piecesOf(curve).flat();
+    return around(points.map((point) => ({ ...point, width: 0, height: 0 })))!;
 }
 
 /** The edge that passes within some pixels of a point of the graph. */
@@ -92,8 +105,10 @@ export function edgeAt(editor: Editor, point: Point, distance: number): number |
 }
 
 function distanceTo(curve: Curve, point: Point): number {
-    const reach = reachOf(curve);
-    const { from, to } = curve;
+    return Math.min(...piecesOf(curve).map((piece) => distanceToPiece(piece, point)));
+}
+
+function distanceToPiece([from, leave, arrive, to]: Piece, point: Point): number {
     const parts = 32;
     let least = Infinity;
     let last = from;
@@ -105,13 +120,29 @@ function distanceTo(curve: Curve, point: Point): number {
         const c = 3 * s * t * t;
         const d = t * t * t;
         const next = {
-            x: a * from.x + b * (from.x + reach) + c * (to.x - reach) + d * to.x,
-            y: (a + b) * from.y + (c + d) * to.y,
+            x: a * from.x + b * leave.x + c * arrive.x + d * to.x,
+            y: a * from.y + b * leave.y + c * arrive.y + d * to.y,
         };
         least = Math.min(least, distanceToLine(last, next, point));
         last = next;
     }
     return least;
+}
+
+/** The point of an edge within some pixels; that of the selected edge if there are several. */
+export function pointAt(
+    editor: Editor,
+    at: Point,
+    distance: number,
+): { edge: EdgeState; index: number } | undefined {
+    let found: { edge: EdgeState; index: number } | undefined;
+    for (const { curve, edge } of sceneOf(editor).curves)
+        curve.through.forEach((point, index) => {
+            const isNear = Math.hypot(point.x - at.x, point.y - at.y) <= distance;
+            const isFirst = !found || edge.number === editor.get().selectedEdge;
+            if (isNear && isFirst) found = { edge, index };
+        });
+    return found;
 }
 
 function distanceToLine(a: Point, b: Point, p: Point): number {
@@ -167,14 +198,16 @@ function makeScene(editor: Editor, snapshot: Snapshot): Scene {
 
 /** Makes again what hangs on the nodes that are being dragged; the rest stays. */
 function moveScene(editor: Editor, snapshot: Snapshot, old: Scene): Scene {
-    const moved = new Set([...snapshot.moves.keys(), ...old.snapshot.moves.keys()]);
+    const both = [snapshot.moves, old.snapshot.moves];
+    const moved = new Set(both.flatMap(({ nodes }) => [...nodes.keys()]));
+    const bent = new Set(both.flatMap(({ points }) => [...points.keys()]));
     const ids = new Set([...moved].map((number) => snapshot.document.nodes.get(number)?.record.id));
     const boxes = old.boxes.map((entry) =>
         moved.has(entry.node.number) ? { ...entry, box: boxOf(editor, entry.node) } : entry,
     );
     const curves = old.curves.map((entry) => {
         const { tail, head } = entry.edge.record;
-        if (!ids.has(tail) && !ids.has(head)) return entry;
+        if (!ids.has(tail) && !ids.has(head) && !bent.has(entry.edge.number)) return entry;
         const curve = curveOf(editor, snapshot, entry.edge)!;
         return { ...entry, curve, box: boxOfCurve(curve) };
     });
@@ -215,11 +248,11 @@ function drawEdges(
 }
 
 function addCurve(context: CanvasRenderingContext2D, curve: Curve, isCurved: boolean): void {
-    const { from, to } = curve;
-    const reach = reachOf(curve);
-    context.moveTo(from.x, from.y);
-    if (isCurved) context.bezierCurveTo(from.x + reach, from.y, to.x - reach, to.y, to.x, to.y);
-    else context.lineTo(to.x, to.y);
+    context.moveTo(curve.from.x, curve.from.y);
+    for (const [, leave, arrive, to] of piecesOf(curve)) {
+        if (isCurved) context.bezierCurveTo(leave.x, leave.y, arrive.x, arrive.y, to.x, to.y);
+        else context.lineTo(to.x, to.y);
+    }
 }
 
 function drawNodes(
@@ -282,6 +315,8 @@ export function paint(
     const scale = viewport.zoom * ratio;
     context.setTransform(scale, 0, 0, scale, viewport.x * ratio, viewport.y * ratio);
     const view = visibleBox(viewport, size, 0.02);
+    drawAnnotations(context, editor, viewport, view, colours);
     drawEdges(context, editor, viewport, view, colours);
+    if (!isFar) drawPoints(context, editor, sceneOf(editor).curves, view, colours);
     if (isFar) drawNodes(context, editor, viewport, view, colours);
 }

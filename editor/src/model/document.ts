@@ -1,4 +1,4 @@
-import type { Binding, ChangesJson, EdgeState, NodeState, StateJson } from './messages.ts';
+import type { AnnotationState, Binding, ChangesJson, EdgeState, NodeState, StateJson } from './messages.ts';
 
 export interface Point {
     x: number;
@@ -9,6 +9,8 @@ export interface Point {
 export interface DocumentState {
     nodes: ReadonlyMap<number, NodeState>;
     edges: ReadonlyMap<number, EdgeState>;
+    /** Frames and notes, the hindmost first. */
+    annotations: ReadonlyMap<number, AnnotationState>;
     /** Numbers of nodes by their ids. */
     numbers: ReadonlyMap<string, number>;
     bindings: readonly Binding[];
@@ -17,6 +19,7 @@ export interface DocumentState {
 export const emptyDocument: DocumentState = {
     nodes: new Map(),
     edges: new Map(),
+    annotations: new Map(),
     numbers: new Map(),
     bindings: [],
 };
@@ -25,6 +28,7 @@ export function documentFrom(state: StateJson): DocumentState {
     return {
         nodes: new Map(state.nodes.map((node) => [node.number, node])),
         edges: new Map(state.edges.map((edge) => [edge.number, edge])),
+        annotations: new Map(state.annotations.map((annotation) => [annotation.number, annotation])),
         numbers: new Map(state.nodes.map((node) => [node.record.id, node.number])),
         bindings: state.bindings,
     };
@@ -49,7 +53,10 @@ export function applyChanges(document: DocumentState, changes: ChangesJson): Doc
     }
     for (const number of changes.goneEdges) edges.delete(number);
     for (const edge of changes.edges) edges.set(edge.number, edge);
-    return { nodes, edges, numbers, bindings: changes.bindings ?? document.bindings };
+    const annotations = new Map(document.annotations);
+    for (const number of changes.goneAnnotations ?? []) annotations.delete(number);
+    for (const annotation of changes.annotations ?? []) annotations.set(annotation.number, annotation);
+    return { nodes, edges, annotations, numbers, bindings: changes.bindings ?? document.bindings };
 }
 
 export function nodeById(document: DocumentState, id: string): NodeState | undefined {
@@ -93,12 +100,20 @@ function meaningOf(node: NodeState): string {
     return JSON.stringify({ ...node, record, properties: others(node.properties) });
 }
 
-/** Whether changes do more than move nodes. */
+/** Whether changes do more than move nodes, edges and annotations. */
 export function changesMeaning(document: DocumentState, changes: ChangesJson): boolean {
     const isOther = (node: NodeState) => {
         const old = document.nodes.get(node.number);
         return !old || meaningOf(old) !== meaningOf(node);
     };
+    const isOtherEdge = ({ number, record }: EdgeState) => {
+        const old = document.edges.get(number)?.record;
+        const isSame = (['tail', 'tailPort', 'head', 'headPort'] as const).every(
+            (end) => old?.[end] === record[end],
+        );
+        return !isSame;
+    };
     const { edges, goneEdges, goneNodes, bindings, nodes } = changes;
-    return edges.length + goneEdges.length + goneNodes.length > 0 || !!bindings || nodes.some(isOther);
+    const isFewer = goneEdges.length + goneNodes.length > 0;
+    return isFewer || !!bindings || nodes.some(isOther) || edges.some(isOtherEdge);
 }

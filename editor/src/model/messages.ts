@@ -18,6 +18,20 @@ export interface EdgeRecord {
     tailPort: string;
     head: string;
     headPort: string;
+    /** That it is drawn through, from tail to head. */
+    points?: readonly { x: number; y: number }[];
+}
+
+export interface AnnotationRecord {
+    id: string;
+    kind: 'frame' | 'note';
+    text: string;
+    x: number;
+    y: number;
+    width: number;
+    height: number;
+    /** Such as "#4080c0". */
+    colour?: string;
 }
 
 export interface Port {
@@ -51,6 +65,11 @@ export interface EdgeState {
     record: EdgeRecord;
 }
 
+export interface AnnotationState {
+    number: number;
+    record: AnnotationRecord;
+}
+
 export interface Binding {
     stream: string;
     tag: string;
@@ -60,6 +79,7 @@ export interface Binding {
 export interface StateJson {
     nodes: NodeState[];
     edges: EdgeState[];
+    annotations: AnnotationState[];
     description: Record<string, string>;
     renderState: Record<string, string>;
     bindings: Binding[];
@@ -70,6 +90,7 @@ export interface ChangesJson extends Partial<Omit<StateJson, 'nodes' | 'edges'>>
     edges: EdgeState[];
     goneNodes: number[];
     goneEdges: number[];
+    goneAnnotations?: number[];
 }
 
 export type Step =
@@ -78,6 +99,9 @@ export type Step =
     | { do: 'renameNode'; id: string; newId: string }
     | ({ do: 'addEdge'; beforeHead?: string; beforeHeadPort?: string } & EdgeRecord)
     | ({ do: 'removeEdge' } & EdgeRecord)
+    | ({ do: 'setPoints' } & EdgeRecord)
+    | ({ do: 'addAnnotation' | 'setAnnotation' } & AnnotationRecord)
+    | { do: 'removeAnnotation'; id: string }
     | { do: 'setProperties'; settings: ({ node: string } & Property)[] }
     | ({ do: 'setBinding' } & Binding)
     | { do: 'removeBinding'; stream: string; tag: string };
@@ -161,6 +185,7 @@ export interface Answer {
     differences?: string[];
     text?: string;
     ids?: string[];
+    annotations?: string[];
     problems?: Problem[];
     programs?: Record<string, Record<string, string>>;
     lineNodes?: { vertex: string[]; fragment: string[] };

@@ -8,13 +8,17 @@ import {
     positionOf,
 } from './document.ts';
 import type { DocumentState, Point } from './document.ts';
+import * as annotations from './annotations.ts';
+import type { Moves } from './annotations.ts';
 import type { Catalogue } from './connect.ts';
 import type { Answer, EdgeRecord, NodeState, Problem, Step, Waiting } from './messages.ts';
-import { addNode, addTextureNode, connect, moveNodes, removeAndRewire, removeEdge } from './edits.ts';
+import type { AnnotationRecord, AnnotationState, EdgeState } from './messages.ts';
+import { addNode, addTextureNode, connect, removeAndRewire, removeEdge } from './edits.ts';
 import { removeNodes, setBinding, textureType } from './edits.ts';
 import type { NodeProperty, Placement } from './edits.ts';
 import { parseNumbers } from './numbers.ts';
 import { parameterOf, readParameters, withNumbers, type Parameter } from './parameters.ts';
+import { around, type Box } from './viewport.ts';
 import { shapeOf } from './shape.ts';
 
 export interface Programs {
@@ -65,9 +69,13 @@ export interface Snapshot {
     lost: object[] | null;
     fileChange: { differences: string[]; error: string } | null;
     selection: ReadonlySet<number>;
+    /** Frames and notes, by number. */
+    selectedAnnotations: ReadonlySet<number>;
     selectedEdge: number | null;
-    /** Places of nodes that are being dragged, or whose move the server has not answered yet. */
-    moves: ReadonlyMap<number, Point>;
+    /** Of the selected edge. */
+    selectedPoint: number | null;
+    /** What is being dragged, or whose move the server has not answered yet. */
+    moves: Moves;
     problems: readonly Problem[];
     /** The programs of the picture; those of an earlier revision where the material is wrong now. */
     programs: Programs | null;
@@ -93,8 +101,10 @@ const empty: Snapshot = {
     lost: null,
     fileChange: null,
     selection: new Set(),
+    selectedAnnotations: new Set(),
     selectedEdge: null,
-    moves: new Map(),
+    selectedPoint: null,
+    moves: annotations.noMoves,
     problems: [],
     programs: null,
     isPictureStale: false,
@@ -189,8 +199,10 @@ export class Editor {
             document: documentFrom(answer.state),
             file,
             selection: new Set(),
+            selectedAnnotations: new Set(),
             selectedEdge: null,
-            moves: new Map(),
+            selectedPoint: null,
+            moves: annotations.noMoves,
             fileChange: null,
         });
     }
@@ -208,11 +220,17 @@ export class Editor {
         if (hasMeaning) ++this.meaning;
         const document = applyChanges(this.snapshot.document, answer.changes);
         const selection = new Set([...this.snapshot.selection].filter((n) => document.nodes.has(n)));
-        const { selectedEdge } = this.snapshot;
+        const selectedAnnotations = new Set(
+            [...this.snapshot.selectedAnnotations].filter((n) => document.annotations.has(n)),
+        );
+        const edge = document.edges.get(this.snapshot.selectedEdge ?? -1);
+        const point = this.snapshot.selectedPoint;
         this.set({
             document,
             selection,
-            selectedEdge: selectedEdge !== null && document.edges.has(selectedEdge) ? selectedEdge : null,
+            selectedAnnotations,
+            selectedEdge: edge?.number ?? null,
+            selectedPoint: point !== null && point < (edge?.record.points?.length ?? 0) ? point : null,
         });
         return hasMeaning;
     }
@@ -349,17 +367,56 @@ export class Editor {
 
     // Selection
 
-    select(numbers: Iterable<number>): void {
-        this.set({ selection: new Set(numbers), selectedEdge: null });
+    /** Selects nodes and annotations, and nothing else. */
+    select(nodes: Iterable<number>, chosen: Iterable<number> = []): void {
+        this.set({
+            selection: new Set(nodes),
+            selectedAnnotations: new Set(chosen),
+            selectedEdge: null,
+            selectedPoint: null,
+        });
     }
 
-    selectEdge(edge: number | null): void {
-        this.set({ selection: new Set(), selectedEdge: edge });
+    selectEdge(edge: number | null, point: number | null = null): void {
+        this.select([]);
+        this.set({ selectedEdge: edge, selectedPoint: point });
     }
 
-    selectIds(ids: readonly string[]): void {
-        const { numbers } = this.snapshot.document;
-        this.select(ids.flatMap((id) => numbers.get(id) ?? []));
+    selectIds(ids: readonly string[], chosen: readonly string[] = []): void {
+        const { numbers, annotations: all } = this.snapshot.document;
+        const wanted = [...all.values()].filter(({ record }) => chosen.includes(record.id));
+        this.select(
+            ids.flatMap((id) => numbers.get(id) ?? []),
+            wanted.map(({ number }) => number),
+        );
+    }
+
+    /** The first edge at the selected node, or the one that follows the selected edge in the document. */
+    selectNextEdge(): void {
+        const { document, selectedEdge } = this.snapshot;
+        const ids = this.selectedNodes().map(({ record }) => record.id);
+        const all = [...document.edges.values()];
+        const isHere = ({ record }: EdgeState) => ids.includes(record.tail) || ids.includes(record.head);
+        const at = all.findIndex(({ number }) => number === selectedEdge);
+        const next = ids.length > 0 ? all.find(isHere) : all[(at + 1) % all.length];
+        if (!next) {
+            this.say('There is no edge here.');
+            return;
+        }
+        this.selectEdge(next.number);
+        const { tail, tailPort, head, headPort } = next.record;
+        this.say(`Edge from ${tail}, ${tailPort} to ${head}, ${headPort}`);
+    }
+
+    selectedAnnotations(): AnnotationState[] {
+        const { document, selectedAnnotations } = this.snapshot;
+        return [...selectedAnnotations].flatMap((number) => document.annotations.get(number) ?? []);
+    }
+
+    /** What is selected, and what is in the selected frames. */
+    private held(): annotations.Items {
+        const { document, selection, selectedAnnotations } = this.snapshot;
+        return annotations.withContents(document, selection, selectedAnnotations);
     }
 
     selectedNodes(): NodeState[] {
@@ -383,31 +440,92 @@ export class Editor {
         });
     }
 
-    drag(moves: ReadonlyMap<number, Point>): void {
+    drag(moves: Moves): void {
         this.set({ moves });
     }
 
     /** Where a node is, or where it is being dragged to. */
-    placeOf(node: NodeState): Point {
-        return this.snapshot.moves.get(node.number) ?? positionOf(node);
+    placeOf = (node: NodeState): Point => this.snapshot.moves.nodes.get(node.number) ?? positionOf(node);
+
+    /** The same of an annotation and of the points of an edge. */
+    areaOf(annotation: AnnotationState): Box {
+        return this.snapshot.moves.areas.get(annotation.number) ?? annotations.areaOf(annotation);
+    }
+
+    pointsOf(edge: EdgeState): readonly Point[] {
+        return this.snapshot.moves.points.get(edge.number) ?? edge.record.points ?? [];
+    }
+
+    /** Where everything is that moves with the selection. */
+    heldPlaces(): Moves {
+        const { document, moves } = this.snapshot;
+        return annotations.placesOf(document, moves, this.held());
+    }
+
+    pointMoved(edge: EdgeState, index: number, by: Point): Moves {
+        const move = (at: Point) => ({ x: at.x + by.x, y: at.y + by.y });
+        const points = this.pointsOf(edge).map((at, i) => (i === index ? move(at) : at));
+        return { ...annotations.noMoves, points: new Map([[edge.number, points]]) };
     }
 
     async drop(): Promise<void> {
         const { moves, document } = this.snapshot;
-        await this.apply(moveNodes(moves, document));
-        if (this.snapshot.moves === moves) this.set({ moves: new Map() });
+        await this.apply(annotations.stepsOf(moves, document));
+        if (this.snapshot.moves === moves) this.set({ moves: annotations.noMoves });
     }
 
     nudge(by: Point): void {
-        const nodes = this.selectedNodes();
-        const moves = new Map(
-            nodes.map((node) => {
-                const at = this.placeOf(node);
-                return [node.number, { x: at.x + by.x, y: at.y + by.y }];
-            }),
+        const { document, selectedEdge, selectedPoint } = this.snapshot;
+        const edge = document.edges.get(selectedEdge ?? -1);
+        this.drag(
+            edge && selectedPoint !== null
+                ? this.pointMoved(edge, selectedPoint, by)
+                : annotations.moved(this.heldPlaces(), by),
         );
-        this.drag(moves);
         void this.drop();
+    }
+
+    // Frames, notes, points of edges
+
+    /** A frame around the selection, or an empty one; it is selected then. */
+    async addFrame(point: Point): Promise<void> {
+        const { document } = this.snapshot;
+        const area = annotations.areaAround(document, this.held());
+        await this.addAnnotation('frame', area ?? { ...point, ...annotations.emptyFrameSize });
+    }
+
+    async addNote(point: Point): Promise<void> {
+        await this.addAnnotation('note', { ...point, ...annotations.noteSize });
+    }
+
+    private async addAnnotation(kind: AnnotationRecord['kind'], area: Box): Promise<void> {
+        const { id, steps } = annotations.addAnnotation(this.snapshot.document, kind, area);
+        const answer = await this.apply(steps);
+        if (answer && !answer.error) this.selectIds([], [id]);
+    }
+
+    setAnnotation(record: AnnotationRecord, gesture?: string): void {
+        void this.apply([annotations.setAnnotation(record)], gesture);
+    }
+
+    setPoints(edge: EdgeState, points: readonly Point[], selected: number | null, gesture?: string): void {
+        void this.apply([annotations.setPoints(edge.record, points)], gesture)?.then((answer) => {
+            if (!answer.error) this.selectEdge(edge.number, selected);
+        });
+    }
+
+    /** Adds a point to an edge; without a place for it, in the middle of the longest part. */
+    addPoint(edge: EdgeState, at?: Point): void {
+        const { document } = this.snapshot;
+        const place = at ?? annotations.middleOf(document, edge);
+        const { points, index } = annotations.withPoint(document, edge, place);
+        this.setPoints(edge, points, index);
+        this.say(`Point ${index + 1} of ${points.length} on the edge is added.`);
+    }
+
+    removePoint(edge: EdgeState, index: number): void {
+        const points = this.pointsOf(edge).filter((_, i) => i !== index);
+        this.setPoints(edge, points, null);
     }
 
     connect(edge: EdgeRecord): void {
@@ -415,14 +533,28 @@ export class Editor {
     }
 
     deleteSelected(rewire: boolean): void {
-        const { document, catalogue, selectedEdge } = this.snapshot;
+        const { document, catalogue, selectedEdge, selectedPoint } = this.snapshot;
         const edge = selectedEdge === null ? undefined : document.edges.get(selectedEdge);
+        if (edge && selectedPoint !== null) {
+            this.removePoint(edge, selectedPoint);
+            return;
+        }
         if (edge) {
             void this.apply([removeEdge(edge.record)]);
             return;
         }
         const nodes = this.selectedNodes();
-        void this.apply(rewire ? removeAndRewire(document, catalogue, nodes) : removeNodes(nodes));
+        void this.apply([
+            ...(rewire ? removeAndRewire(document, catalogue, nodes) : removeNodes(nodes)),
+            ...annotations.remove(this.selectedAnnotations()),
+        ]);
+    }
+
+    /** Removes what is selected and what is in the selected frames, as copying takes it along. */
+    cutSelected(): void {
+        const { nodes, annotations: chosen } = this.held();
+        this.select(nodes, chosen);
+        this.deleteSelected(false);
     }
 
     setProperties(settings: NodeProperty[], gesture?: string): void {
@@ -508,10 +640,20 @@ export class Editor {
         if (added && !added.error) this.selectIds([id]);
     }
 
+    /** What the selection and the selected frames hold, for messages. */
+    private heldIds(): { ids: string[]; annotations: string[] } {
+        const { document } = this.snapshot;
+        const held = this.held();
+        return {
+            ids: [...held.nodes].flatMap((n) => document.nodes.get(n)?.record.id ?? []),
+            annotations: [...held.annotations].flatMap((n) => document.annotations.get(n)?.record.id ?? []),
+        };
+    }
+
     async copySelected(): Promise<string> {
-        const ids = this.selectedNodes().map((node) => node.record.id);
-        if (ids.length === 0) return '';
-        const { answer } = await this.connection.request({ do: 'copy', ids });
+        const held = this.heldIds();
+        if (held.ids.length + held.annotations.length === 0) return '';
+        const { answer } = await this.connection.request({ do: 'copy', ...held });
         if (answer.error) this.say(describeError(answer));
         return answer.text ?? '';
     }
@@ -519,22 +661,25 @@ export class Editor {
     async paste(text: string, at?: Point): Promise<void> {
         if (text === '') return;
         const answer = await this.change({ do: 'paste', text, ...(at ?? {}) });
-        if (answer.ids) this.selectIds(answer.ids);
+        if (answer.ids) this.selectIds(answer.ids, answer.annotations);
     }
 
     async duplicate(): Promise<void> {
-        const nodes = this.selectedNodes();
+        const { nodes, areas } = this.heldPlaces();
+        const { document } = this.snapshot;
+        const boxes = [...nodes].map(([n, at]) => ({ ...at, ...shapeOf(document.nodes.get(n)!) }));
+        const area = around([...boxes, ...areas.values()]);
+        if (!area) return;
         const text = await this.copySelected();
-        const xs = nodes.map((node) => this.placeOf(node).x);
-        const ys = nodes.map((node) => this.placeOf(node).y + shapeOf(node).height);
-        await this.paste(text, { x: Math.min(...xs) + 30, y: Math.max(...ys) + 30 });
+        await this.paste(text, { x: area.x + 30, y: area.y + area.height + 30 });
     }
 
     layOut(): void {
-        const ids = this.selectedNodes().map((node) => node.record.id);
-        void this.change({ do: 'layout', ...(ids.length > 1 ? { ids } : {}) }).then((answer) => {
+        const held = this.heldIds();
+        const isPart = held.ids.length + held.annotations.length > 1;
+        void this.change({ do: 'layout', ...(isPart ? held : {}) }).then((answer) => {
             if (answer.error) return;
-            this.say(ids.length > 1 ? 'The selection is laid out.' : 'All is laid out.');
+            this.say(isPart ? 'The selection is laid out.' : 'All is laid out.');
         });
     }
 

@@ -7,6 +7,13 @@ import { Palette } from './Palette.tsx';
 const recentKey = 'mox-recent';
 const mostRecent = 5;
 
+const frameKey = '.frame'; // no type begins with a dot
+const noteKey = '.note';
+const annotationChoices = [
+    { key: frameKey, label: 'Frame', detail: 'G', help: 'A titled frame around the selection.' },
+    { key: noteKey, label: 'Note', detail: 'N', help: 'Text for those who read the graph.' },
+];
+
 function recentTypes(): string[] {
     return (localStorage.getItem(recentKey) ?? '').split(' ').filter((name) => name !== '');
 }
@@ -41,9 +48,11 @@ export function AddMenu() {
         const recent = recentTypes();
         const order = (type: string) => (recent.indexOf(type) + mostRecent + 1) % (mostRecent + 1);
         const age = (type: string) => (recent.includes(type) ? order(type) : mostRecent + 1);
-        return typesFor(menu.placement, catalogue)
+        const types = typesFor(menu.placement, catalogue)
             .sort((a, b) => age(a.type) - age(b.type) || a.label.localeCompare(b.label))
             .map(({ type, label, library, help }) => ({ key: type, label, detail: library, help }));
+        const isFree = menu.placement.kind === 'free' || menu.placement.kind === 'behind';
+        return isFree ? [...types, ...annotationChoices] : types;
     }, [catalogue, menu]);
     if (!menu) return null;
     const close = () => {
@@ -57,8 +66,10 @@ export function AddMenu() {
             at={menu.at}
             onClose={close}
             onPick={(choice) => {
-                remember(choice.key);
                 close();
+                if (choice.key === frameKey) return void editor.addFrame(menu.point);
+                if (choice.key === noteKey) return void editor.addNote(menu.point);
+                remember(choice.key);
                 void editor.add(choice.key, menu.point, menu.placement);
             }}
         />

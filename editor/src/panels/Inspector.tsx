@@ -4,6 +4,8 @@ import type { CatalogueProperty, NodeState, ShownProperty } from '../model/messa
 import { titleOf } from '../model/shape.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 import { ColourField, NumberField, TextField, type OnChange } from './fields.tsx';
+import { AnnotationPanel } from './AnnotationPanel.tsx';
+import { EdgePanel } from './EdgePanel.tsx';
 import { Palette } from './Palette.tsx';
 
 export interface Lighting {
@@ -184,20 +186,16 @@ export function Inspector({ light }: Lighting) {
     const document = useSnapshot((all) => all.document);
     const selection = useSnapshot((all) => all.selection);
     const selectedEdge = useSnapshot((all) => all.selectedEdge);
+    const selectedAnnotations = useSnapshot((all) => all.selectedAnnotations);
     const catalogue = useSnapshot((all) => all.catalogue);
     const problems = useSnapshot((all) => all.problems);
     const nodes = [...selection].flatMap((number) => document.nodes.get(number) ?? []);
-    const edge = selectedEdge === null ? undefined : document.edges.get(selectedEdge)?.record;
-    if (edge)
-        return (
-            <section className="panel" id="inspector" aria-label="Inspector">
-                <h2>Edge</h2>
-                <p>
-                    {edge.tail}, {edge.tailPort} → {edge.head}, {edge.headPort}
-                </p>
-            </section>
-        );
+    const edge = selectedEdge === null ? undefined : document.edges.get(selectedEdge);
+    if (edge) return <EdgePanel edge={edge} />;
     const first = nodes[0];
+    const [annotation] = editor.selectedAnnotations();
+    if (!first && annotation && selectedAnnotations.size === 1)
+        return <AnnotationPanel annotation={annotation} />;
     if (!first) return null;
     const describe = (node: NodeState, name: string) =>
         catalogue.get(node.record.type)?.properties.find((property) => property.name === name);

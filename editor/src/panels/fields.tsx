@@ -146,7 +146,7 @@ export function ColourField({
     );
 }
 
-/** A text that is sent when the field is left, or with Enter. */
+/** A text that is sent when the field is left, or with Enter; with Ctrl + Enter if it is long. */
 export function TextField({
     value,
     label,
@@ -175,7 +175,7 @@ export function TextField({
         onBlur: finish,
     };
     const press = (event: React.KeyboardEvent) => {
-        if (event.key === 'Enter' && !isLong) finish();
+        if (event.key === 'Enter' && (!isLong || event.ctrlKey)) finish();
         if (event.key === 'Escape') setText(null);
     };
     return isLong ? (

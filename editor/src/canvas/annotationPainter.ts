@@ -1,0 +1,160 @@
+import { titleHeight } from '../model/annotations.ts';
+import type { Point } from '../model/document.ts';
+import type { AnnotationState, EdgeState } from '../model/messages.ts';
+import type { Editor } from '../model/store.ts';
+import { overlap, type Box, type Viewport } from '../model/viewport.ts';
+import type { Colours, Curve } from './painter.ts';
+
+/** Draws frames and notes behind edges and nodes, and the points of edges; finds them under the pointer. */
+
+const greyFrame = '#808080';
+const yellowNote = '#d8b020';
+const handleSide = 14;
+const pointRadius = 5;
+const lineHeight = 18;
+const leastTextZoom = 0.25; // below, the text of notes cannot be read
+
+export type AnnotationPart = 'title' | 'corner' | 'inside';
+
+/**
+ * The frontmost note or frame at a point. Inside a frame there may be other things; a frame is held at
+ * its title or edge, a note anywhere.
+ */
+export function annotationAt(
+    editor: Editor,
+    at: Point,
+    zoom: number,
+): { annotation: AnnotationState; part: AnnotationPart } | undefined {
+    const all = [...editor.get().document.annotations.values()].reverse();
+    const notesFirst = [...all.filter(isNote), ...all.filter((annotation) => !isNote(annotation))];
+    const border = 5 / zoom;
+    for (const annotation of notesFirst) {
+        const area = editor.areaOf(annotation);
+        const [right, bottom] = [area.x + area.width, area.y + area.height];
+        const isIn = (left: number, top: number) =>
+            left <= at.x && at.x <= right + border && top <= at.y && at.y <= bottom + border;
+        if (!isIn(area.x - border, area.y - border)) continue;
+        if (isIn(right - handleSide / zoom, bottom - handleSide / zoom))
+            return { annotation, part: 'corner' };
+        const isHeld =
+            isNote(annotation) ||
+            at.y <= area.y + titleHeight ||
+            at.x <= area.x + border ||
+            at.x >= right - border ||
+            at.y >= bottom - border;
+        if (isHeld) return { annotation, part: 'title' };
+    }
+    return undefined;
+}
+
+function isNote({ record }: AnnotationState): boolean {
+    return record.kind === 'note';
+}
+
+export function drawAnnotations(
+    context: CanvasRenderingContext2D,
+    editor: Editor,
+    viewport: Viewport,
+    view: Box,
+    colours: Colours,
+): void {
+    const { document, selectedAnnotations } = editor.get();
+    const all = [...document.annotations.values()];
+    for (const annotation of [...all.filter((each) => !isNote(each)), ...all.filter(isNote)]) {
+        const area = editor.areaOf(annotation);
+        if (!overlap(view, area)) continue;
+        const isSelected = selectedAnnotations.has(annotation.number);
+        drawOne(context, annotation, area, viewport.zoom, isSelected, colours);
+    }
+    context.globalAlpha = 1;
+}
+
+function drawOne(
+    context: CanvasRenderingContext2D,
+    annotation: AnnotationState,
+    area: Box,
+    zoom: number,
+    isSelected: boolean,
+    colours: Colours,
+): void {
+    const { text, colour } = annotation.record;
+    const { x, y, width, height } = area;
+    const note = isNote(annotation);
+    context.fillStyle = colour ?? (note ? yellowNote : greyFrame);
+    context.globalAlpha = note ? 0.25 : 0.12;
+    context.fillRect(x, y, width, height);
+    if (!note) context.fillRect(x, y, width, titleHeight);
+    context.globalAlpha = 1;
+    context.strokeStyle = isSelected ? colours.selected : context.fillStyle;
+    context.lineWidth = Math.max(isSelected ? 3 : 1.5, 1 / zoom);
+    context.strokeRect(x, y, width, height);
+    if (isSelected) {
+        const side = handleSide / zoom;
+        context.fillStyle = colours.selected;
+        context.beginPath();
+        context.moveTo(x + width, y + height - side);
+        context.lineTo(x + width, y + height);
+        context.lineTo(x + width - side, y + height);
+        context.fill();
+    }
+    context.save();
+    context.beginPath();
+    context.rect(x, y, width, height);
+    context.clip();
+    context.fillStyle = colours.text;
+    context.textBaseline = 'middle';
+    if (note && zoom >= leastTextZoom) {
+        context.font = '13px system-ui, sans-serif';
+        linesOf(context, text, width - 16).forEach((line, i) =>
+            context.fillText(line, x + 8, y + 16 + i * lineHeight),
+        );
+    } else if (!note) {
+        // The title can be read from afar, as long as the frame is large enough.
+        const size = Math.min(Math.max(15, 12 / zoom), Math.max(15, height / 4));
+        context.font = `600 ${size}px system-ui, sans-serif`;
+        context.fillText(text.split('\n')[0]!, x + 10, y + Math.max(titleHeight, 1.4 * size) / 2, width - 20);
+    }
+    context.restore();
+}
+
+/** Breaks lines at blanks, as far as words are no longer than a line. */
+function linesOf(context: CanvasRenderingContext2D, text: string, width: number): string[] {
+    return text.split('\n').flatMap((paragraph) => {
+        const lines: string[] = [];
+        let line = '';
+        for (const word of paragraph.split(' ')) {
+            const longer = line === '' ? word : `${line} ${word}`;
+            if (line !== '' && context.measureText(longer).width > width) {
+                lines.push(line);
+                line = word;
+            } else {
+                line = longer;
+            }
+        }
+        return [...lines, line];
+    });
+}
+
+export function drawPoints(
+    context: CanvasRenderingContext2D,
+    editor: Editor,
+    curves: readonly { curve: Curve; box: Box; edge: EdgeState }[],
+    view: Box,
+    colours: Colours,
+): void {
+    const { selectedEdge, selectedPoint } = editor.get();
+    for (const { curve, box, edge } of curves) {
+        if (curve.through.length === 0 || !overlap(view, box)) continue;
+        const isBright = edge.number === selectedEdge;
+        context.fillStyle = isBright ? colours.selected : colours.types[curve.colour]!;
+        curve.through.forEach((point, i) => {
+            context.beginPath();
+            context.arc(point.x, point.y, pointRadius, 0, 2 * Math.PI);
+            context.fill();
+            if (!isBright || i !== selectedPoint) return;
+            context.strokeStyle = colours.text;
+            context.lineWidth = 2;
+            context.stroke();
+        });
+    }
+}
