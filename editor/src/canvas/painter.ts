@@ -32,9 +32,12 @@ export function boxOf(editor: Editor, node: NodeState): Box {
     return { ...editor.placeOf(node), ...shapeOf(node) };
 }
 
+/** A cubic curve: its ends, and the two points that pull it. */
+type Piece = readonly [from: Point, leave: Point, arrive: Point, to: Point];
+
 export interface Curve {
-    from: Point;
-    to: Point;
+    pieces: readonly Piece[];
+    /** Where pieces meet. */
     through: readonly Point[];
     colour: number;
 }
@@ -44,26 +47,22 @@ export function curveOf(editor: Editor, snapshot: Snapshot, edge: EdgeState): Cu
     const ends = endsOf(snapshot.document, edge.record, editor.placeOf);
     if (!tail || !ends) return undefined;
     const components = tail.outputs?.find((port) => port.name === edge.record.tailPort)?.components;
+    const through = editor.pointsOf(edge);
     return {
-        from: ends[0],
-        to: ends[1],
-        through: editor.pointsOf(edge),
+        pieces: piecesOf([ends[0], ...through, ends[1]]),
+        through,
         colour: components && components <= 4 ? components : 0,
     };
 }
 
-/** A cubic curve: its ends, and the two points that pull it. */
-type Piece = readonly [from: Point, leave: Point, arrive: Point, to: Point];
-
-/** How far the points that pull a piece reach sideways at a port. */
-function reachOf(from: Point, to: Point): number {
+/** How far the points that pull a curve reach sideways at a port. */
+export function reachOf({ from, to }: { from: Point; to: Point }): number {
     const across = to.x - from.x;
     return across >= 0 ? Math.max(across / 2, 24) : Math.min(24 + Math.abs(across) / 2, 160);
 }
 
 /** Leaves and reaches ports sideways, and passes the points in between in the direction of their neighbours. */
-function piecesOf({ from, through, to }: Curve): Piece[] {
-    const way = [from, ...through, to];
+function piecesOf(way: readonly Point[]): Piece[] {
     const last = way.length - 1;
     const pull = (i: number, share: number, reach: number): Point => {
         const at = way[i]!;
@@ -71,16 +70,15 @@ function piecesOf({ from, through, to }: Curve): Piece[] {
         const [before, after] = [way[i - 1]!, way[i + 1]!];
         return { x: at.x + share * (after.x - before.x), y: at.y + share * (after.y - before.y) };
     };
-    return way.slice(1).map((end, i) => {
-        const start = way[i]!;
-        const reach = reachOf(start, end);
-        return [start, pull(i, 1 / 6, reach), pull(i + 1, -1 / 6, reach), end];
+    return way.slice(1).map((to, i) => {
+        const from = way[i]!;
+        const reach = reachOf({ from, to });
+        return [from, pull(i, 1 / 6, reach), pull(i + 1, -1 / 6, reach), to];
     });
 }
 
-function boxOfCurve(curve: Curve): Box {
-    const points = piecesOf(curve).flat();
-    return around(points.map((point) => ({ ...point, width: 0, height: 0 })))!;
+function boxOfCurve({ pieces }: Curve): Box {
+    return around(pieces.flat().map((point) => ({ ...point, width: 0, height: 0 })))!;
 }
 
 /** The edge that passes within some pixels of a point of the graph. */
@@ -105,7 +103,7 @@ export function edgeAt(editor: Editor, point: Point, distance: number): number |
 }
 
 function distanceTo(curve: Curve, point: Point): number {
-    return Math.min(...piecesOf(curve).map((piece) => distanceToPiece(piece, point)));
+    return Math.min(...curve.pieces.map((piece) => distanceToPiece(piece, point)));
 }
 
 function distanceToPiece([from, leave, arrive, to]: Piece, point: Point): number {
@@ -247,9 +245,10 @@ function drawEdges(
     });
 }
 
-function addCurve(context: CanvasRenderingContext2D, curve: Curve, isCurved: boolean): void {
-    context.moveTo(curve.from.x, curve.from.y);
-    for (const [, leave, arrive, to] of piecesOf(curve)) {
+function addCurve(context: CanvasRenderingContext2D, { pieces }: Curve, isCurved: boolean): void {
+    const [start] = pieces[0]!;
+    context.moveTo(start.x, start.y);
+    for (const [, leave, arrive, to] of pieces) {
         if (isCurved) context.bezierCurveTo(leave.x, leave.y, arrive.x, arrive.y, to.x, to.y);
         else context.lineTo(to.x, to.y);
     }
