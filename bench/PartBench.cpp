@@ -63,7 +63,7 @@ void MeasureParts(benchmark::State& state, const Workshop& workshop, Shape shape
         Stopwatch watch;
         const Host::CgProgram program =
             Host::WriteCg(Host::PlanProgram(shader.Graph, shader.Origins, workshop.Environment,
-                                            Host::StageChoice::Copies::HandedOn, problems),
+                                            Host::StageCopies::HandedOn, problems),
                           {});
         programs += watch.Lap();
         const std::string text = Host::FormatMaterialDocument(graph.Document());

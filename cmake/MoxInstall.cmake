@@ -12,8 +12,6 @@ if(MOX_BUILD_DECODE)
   install(TARGETS mox_decode_program
     RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/mox COMPONENT Runtime)
 endif()
-install(TARGETS mox_materials EXPORT MoxMaterials
-  LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development)
 install(TARGETS mox_core mox_library mox_surface
   LIBRARY DESTINATION ${MOX_PLUGIN_FOLDER} COMPONENT Runtime)
 install(DIRECTORY plugins/library/nodes DESTINATION ${MOX_PLUGIN_FOLDER} COMPONENT Runtime)
@@ -29,19 +27,59 @@ install(FILES ${PROJECT_BINARY_DIR}/help/mox.fish
 install(FILES ${PROJECT_BINARY_DIR}/help/mox.zsh
   DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions RENAME _mox COMPONENT Runtime)
 
-# For authors of plug-ins and hosts: the headers of the two libraries that come with them.
+# For authors of plug-ins and of programs: the libraries with their public headers, for CMake and for
+# pkg-config.
+include(cmake/MoxHeaders.cmake)
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Mox)
-install(DIRECTORY mox DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development
-  FILES_MATCHING PATTERN "*.h" PATTERN nodes EXCLUDE PATTERN plugin EXCLUDE
-  PATTERN compile EXCLUDE PATTERN pictures EXCLUDE PATTERN preview EXCLUDE
-  PATTERN decode EXCLUDE PATTERN decoders EXCLUDE PATTERN editor EXCLUDE PATTERN server EXCLUDE PATTERN xml EXCLUDE PATTERN ElementRule.h EXCLUDE PATTERN MaterialReader.h EXCLUDE
-  PATTERN MaterialRules.h EXCLUDE PATTERN MaterialWriter.h EXCLUDE
-  PATTERN CatalogueJson.h EXCLUDE PATTERN JsonCursor.h EXCLUDE PATTERN JsonText.h EXCLUDE PATTERN RecordJson.h EXCLUDE
-  PATTERN StepJson.h EXCLUDE)
-install(TARGETS mox_host EXPORT MoxHost ARCHIVE COMPONENT Development)
-foreach(part Materials Host)
-  install(EXPORT Mox${part} NAMESPACE Mox:: DESTINATION ${package_folder} COMPONENT Development)
-endforeach()
+set(pkgconfig_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH pkgconfig_to_prefix
+  ${CMAKE_INSTALL_PREFIX}/${pkgconfig_folder} ${CMAKE_INSTALL_PREFIX})
+
+# mox_install_component(NAME TARGETS TARGET... DESCRIPTION TEXT REQUIRES PACKAGES [LIBS FLAGS]
+# [CFLAGS FLAGS]): Mox::NAME and mox-NAME.pc of static libraries, with the packages of pkg-config that
+# they need and what else a linker has to be told.
+function(mox_install_component name)
+  cmake_parse_arguments(PARSE_ARGV 1 component "" "DESCRIPTION;REQUIRES;LIBS;CFLAGS" "TARGETS")
+  install(TARGETS ${component_TARGETS} EXPORT Mox-${name} COMPONENT Development
+    ARCHIVE COMPONENT Development FILE_SET HEADERS COMPONENT Development)
+  install(EXPORT Mox-${name} NAMESPACE Mox:: DESTINATION ${package_folder} COMPONENT Development)
+  list(TRANSFORM component_TARGETS PREPEND -l)
+  list(JOIN component_TARGETS " " libraries)
+  string(STRIP "${libraries} ${component_LIBS}" component_LIBS)
+  configure_file(cmake/mox-component.pc.in ${PROJECT_BINARY_DIR}/mox-${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/mox-${name}.pc
+    DESTINATION ${pkgconfig_folder} COMPONENT Development)
+endfunction()
+
+install(TARGETS mox_materials EXPORT Mox-materials
+  LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development
+  FILE_SET HEADERS COMPONENT Development)
+install(EXPORT Mox-materials NAMESPACE Mox:: DESTINATION ${package_folder} COMPONENT Development)
+configure_file(cmake/mox.pc.in ${PROJECT_BINARY_DIR}/mox.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/mox.pc DESTINATION ${pkgconfig_folder} COMPONENT Development)
+
+mox_install_component(host TARGETS mox_host
+  DESCRIPTION "Materials for programs: documents, graphs, edits, checks and shader programs"
+  REQUIRES "mox libpng libxxhash" LIBS "-ldl -pthread" CFLAGS -DBOOST_DLL_USE_STD_FS)
+mox_install_component(editor TARGETS mox_editor
+  DESCRIPTION "Editing of a material by several windows"
+  REQUIRES "mox-host nlohmann_json")
+if(MOX_BUILD_COMPILER)
+  mox_install_component(compile TARGETS mox_compile
+    DESCRIPTION "Shader programs of materials in SPIR-V"
+    REQUIRES "mox-host spirv" LIBS -lglslang-default-resource-limits)
+endif()
+if(MOX_BUILD_PICTURES)
+  mox_install_component(pictures TARGETS mox_pictures
+    DESCRIPTION "Diagrams of the graphs of materials"
+    REQUIRES mox-host)
+endif()
+if(MOX_BUILD_PREVIEW)
+  mox_install_component(preview TARGETS mox_preview mox_decode mox_decoded
+    DESCRIPTION "Images of materials, drawn with Vulkan"
+    REQUIRES "mox-compile glm" LIBS -ldl)
+endif()
+
 configure_package_config_file(cmake/MoxConfig.cmake.in ${PROJECT_BINARY_DIR}/MoxConfig.cmake
   INSTALL_DESTINATION ${package_folder} PATH_VARS MOX_PLUGIN_FOLDER)
 # Below 1.0 every minor version may change what programs are written against.
@@ -51,20 +89,17 @@ install(FILES ${PROJECT_BINARY_DIR}/MoxConfig.cmake ${PROJECT_BINARY_DIR}/MoxCon
   cmake/MoxPlugin.cmake cmake/MoxPlugin.map
   DESTINATION ${package_folder} COMPONENT Development)
 
-set(pkgconfig_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-file(RELATIVE_PATH pkgconfig_to_prefix
-  ${CMAKE_INSTALL_PREFIX}/${pkgconfig_folder} ${CMAKE_INSTALL_PREFIX})
-foreach(package mox mox-host)
-  configure_file(cmake/${package}.pc.in ${PROJECT_BINARY_DIR}/${package}.pc @ONLY)
-  install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${pkgconfig_folder} COMPONENT Development)
-endforeach()
+# For readers.
+set(document_folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/mox-materials)
+install(FILES README.md CHANGELOG.md DESTINATION ${document_folder} COMPONENT Documentation)
+install(DIRECTORY docs examples DESTINATION ${document_folder} COMPONENT Documentation)
 
 # Debian packages: cpack in the build folder.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME mox-materials)
 set(CPACK_PACKAGE_CONTACT "The developers of Mox Materials <developers@mox.invalid>")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_COMPONENTS_ALL Runtime Development)
+set(CPACK_COMPONENTS_ALL Runtime Development Documentation)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
@@ -79,7 +114,15 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME mox-materials-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
   "mox-materials (= ${PROJECT_VERSION}), libboost-dev, libxml2-dev")
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "libpng-dev, libxpm-dev, libxxhash-dev, nlohmann-json3-dev")
+# What programs need and plug-ins do not. Only the component compile needs the packages from
+# glslang-dev to spirv-tools, only preview libglm-dev, and only editor nlohmann-json3-dev.
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "libpng-dev, libxxhash-dev, glslang-dev, glslang-tools, \
+spirv-tools, libglm-dev, nlohmann-json3-dev")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
-  "Materials for shader programs: development files\nHeaders, libraries and build rules for plug-ins and hosts.")
+  "Materials for shader programs: development files\nHeaders, libraries and build rules for plug-ins and programs.")
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_NAME mox-materials-doc)
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SECTION doc)
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
+set(CPACK_COMPONENT_DOCUMENTATION_DESCRIPTION
+  "Materials for shader programs: documents and examples\nDocuments, example materials, a plug-in and a program to start from.")
 include(CPack)

@@ -3,7 +3,7 @@
 set -euo pipefail
 
 packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-json3-dev
-    libpng-dev libxpm-dev libxxhash-dev libmimalloc-dev
+    libpng-dev libxxhash-dev libmimalloc-dev
     glslang-dev glslang-tools spirv-headers spirv-tools
     graphviz fonts-dejavu-core
     libvulkan-dev mesa-vulkan-drivers libglm-dev
@@ -16,11 +16,11 @@ build) ;;
 run) packages+=(imagemagick) ;;
 # locales-all: the tests run under a locale with a decimal comma.
 test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
-    clang libclang-rt-dev clang-format valgrind chromium)
+    clang libclang-rt-dev clang-format pkgconf python3-clang valgrind chromium)
     ;;
 full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
     clang libclang-rt-dev clang-format clang-tidy abigail-tools debootstrap dpkg-dev pkgconf
-    xz-utils valgrind libbenchmark-dev chromium)
+    python3-clang xz-utils valgrind libbenchmark-dev chromium)
     ;;
 bench)
     packages+=(libbenchmark-dev python3 valgrind)

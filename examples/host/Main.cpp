@@ -1,29 +1,95 @@
-// Prints the two Cg programs of a material, and what is wrong with it.
+// Opens a material, edits it, finds all problems, and writes its programs in ESSL, an image of it
+// and the edited document into a folder.
 
 #include <exception>
 #include <iostream>
+#include <mox/check/MaterialCheck.h>
+#include <mox/graph/ChangeHistory.h>
+#include <mox/graph/GraphResolver.h>
 #include <mox/graph/OpenMaterial.h>
+#include <mox/host/AtomicFile.h>
+#include <mox/host/File.h>
+#include <mox/layout/MaterialLayout.h>
+#include <mox/preview/MaterialPreview.h>
+#include <mox/preview/MeshShapes.h>
 #include <mox/program/MaterialProgram.h>
+#include <mox/targets/TargetFormat.h>
 
 using namespace Mox::Host;
+namespace fs = std::filesystem;
 
 namespace {
 
-/// @returns whether the material has programs
-bool PrintMaterial(const char* file)
+/// Everything that materials share. Keep it for many of them.
+struct Library
 {
-    PluginSet plugins;
-    plugins.LoadFolder(DefaultPluginFolder());
-    const Environment environment = ReadEnvironment(DefaultEnvironmentFolder());
+    Library() { Plugins.LoadFolder(DefaultPluginFolder()); }
 
+    PluginSet Plugins;
+    Environment Surroundings = ReadEnvironment(DefaultEnvironmentFolder());
+    TargetFormat Essl{{CompileTarget::Essl}, Mox::Languages::Precision::Full, {}};
+    FileDecoder Textures;
+};
+
+/// Changes are steps that can be undone. This one arranges the nodes; another one is taken back.
+void Edit(MaterialGraph& graph)
+{
+    ChangeHistory history(graph);
+    history.Do(LayOutMaterial(graph));
+
+    GraphChange removal;
+    for (const DocumentNode& node : graph.Document().Nodes)
+        removal.Steps.emplace_back(RemoveNode{node.Id});
+    history.Do(removal);
+    std::cout << "undoing: " << history.UndoTitle() << '\n';
+    history.Undo();
+}
+
+/// @param output path of the programs, up to their extensions
+void WritePrograms(const MaterialGraph& graph, const Library& library, const fs::path& file,
+                   const fs::path& output, ProblemList& problems)
+{
+    const CgProgram program = BuildMaterialProgram(graph, library.Surroundings, {}, problems);
+    const std::vector<std::string> texts =
+        WriteProgram(library.Essl, program, graph, file, problems);
+    problems.ThrowFirstError();
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        WriteIfChanged(output.string() + library.Essl.Endings()[i], texts[i]);
+}
+
+/// A machine without a Vulkan device still gets everything else.
+void WriteImage(const MaterialGraph& graph, Library& library, const fs::path& output)
+{
+    try {
+        const MaterialPreview preview(library.Plugins, library.Surroundings, library.Textures);
+        ProblemList problems; // CheckMaterial has found all but textures that cannot be decoded
+        WritePng(preview.RenderMaterial(graph.Document(), MakeSphere(), {}, problems), output);
+    } catch (const HostError& error) {
+        std::cerr << "no image: " << error.what() << '\n';
+    }
+}
+
+/// @returns whether the material has programs
+bool BuildMaterial(const fs::path& file, const fs::path& folder)
+{
+    Library library;
     ProblemList problems;
-    const MaterialGraph graph = OpenMaterial(file, plugins, problems);
-    const CgProgram program = BuildMaterialProgram(graph, environment, {}, problems);
+    MaterialGraph graph =
+        LoadMaterial(ReadMaterialDocument(file, problems), library.Plugins, problems);
+    Edit(graph);
+    ResolveGraph(graph, problems);
+    CheckMaterial(graph, file, library.Surroundings, &library.Essl, problems);
     for (const Problem& problem : problems.Problems())
-        std::cerr << problem.Format() << '\n';
+        std::cerr << GetSeverityName(problem.Level) << ": " << problem.Format() << '\n';
     if (problems.HasErrors())
         return false;
-    std::cout << program.Vertex.Text << "\n// ------\n" << program.Fragment.Text;
+
+    CreateFolder(folder);
+    const fs::path output = folder / file.stem();
+    ProblemList known; // CheckMaterial has found them
+    WritePrograms(graph, library, file, output, known);
+    WriteImage(graph, library, output.string() + ".png");
+    WriteIfChanged(output.string() + ".xml", FormatMaterialDocument(graph.Document()));
     return true;
 }
 
@@ -31,12 +97,12 @@ bool PrintMaterial(const char* file)
 
 int main(int argc, char** argv)
 {
-    if (argc != 2) {
-        std::cerr << "Usage: print_material FILE\n";
+    if (argc != 3) {
+        std::cerr << "Usage: build_material FILE FOLDER\n";
         return 2;
     }
     try {
-        return PrintMaterial(argv[1]) ? 0 : 1;
+        return BuildMaterial(argv[1], argv[2]) ? 0 : 1;
     } catch (const std::exception& error) {
         std::cerr << error.what() << '\n';
         return 1;

@@ -8,6 +8,7 @@
 #include "mox/editor/TextureFolder.h"
 #include "mox/host/Excerpt.h"
 #include "mox/json/CatalogueJson.h"
+#include "mox/json/JsonCursor.h"
 #include "mox/json/RecordJson.h"
 #include "mox/json/StepJson.h"
 #include "mox/layout/MaterialLayout.h"

@@ -3,7 +3,7 @@
 #include "mox/editor/EditedDocument.h"
 #include "mox/editor/EditorJob.h"
 #include "mox/editor/EditorServices.h"
-#include "mox/json/JsonCursor.h"
+#include "mox/json/JsonText.h"
 
 #include <atomic>
 #include <cstddef>

@@ -3,11 +3,10 @@
 #include "mox/Text.h"
 #include "mox/host/HostError.h"
 
-#include <X11/xpm.h>
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <memory>
+#include <map>
 #include <sstream>
 #include <string_view>
 
@@ -74,18 +73,18 @@ std::string_view TakeWord(std::string_view& text)
     return {begin, end};
 }
 
-/// Whether a colour row has a colour for colour screens, "c" and a value, after its key.
-bool HasColour(std::string_view row, std::size_t keyLength)
+/// The colour for colour screens in a colour row: the value of "c" after the key. Empty if there is
+/// none.
+std::string_view FindColour(std::string_view row, std::size_t keyLength)
 {
     if (row.size() < keyLength)
-        return false;
+        return {};
     row.remove_prefix(keyLength);
     for (;;) {
         const std::string_view visual = TakeWord(row);
-        if (TakeWord(row).empty())
-            return false;
-        if (visual == "c")
-            return true;
+        const std::string_view colour = TakeWord(row);
+        if (colour.empty() || visual == "c")
+            return colour;
     }
 }
 
@@ -102,7 +101,7 @@ XpmTable CopyXpm(const char* const* table)
     };
     const XpmHeader header = ReadHeader(copyRow());
     for (std::size_t i = 0; i < header.ColourCount; ++i) {
-        if (!HasColour(copyRow(), header.KeyLength))
+        if (FindColour(copyRow(), header.KeyLength).empty())
             throw HostError({}, Compose("row ", rows.size(), " of the icon has no colour"));
     }
     for (std::size_t i = 0; i < header.Height; ++i) {
@@ -114,20 +113,32 @@ XpmTable CopyXpm(const char* const* table)
 
 Picture DecodeXpm(const XpmTable& table)
 {
-    std::vector<char*> rows;
+    std::vector<const char*> pointers;
     for (const std::string& row : table)
-        rows.push_back(
-            const_cast<char*>(row.c_str())); // libXpm only reads, but is older than const
-    XpmImage image{};
-    if (XpmCreateXpmImageFromData(rows.data(), &image, nullptr) != XpmSuccess)
-        throw HostError({}, "the icon is no XPM image");
-    const std::unique_ptr<XpmImage, void (*)(XpmImage*)> owner(&image, XpmFreeXpmImage);
-    Picture icon{image.width, image.height, {}};
-    const std::size_t pixelCount = std::size_t(image.width) * image.height;
-    icon.Pixels.reserve(pixelCount * 4);
-    for (std::size_t i = 0; i < pixelCount; ++i) {
-        const Rgba colour = ParseColour(image.colorTable[image.data[i]].c_color);
-        icon.Pixels.insert(icon.Pixels.end(), colour.begin(), colour.end());
+        pointers.push_back(row.c_str());
+    pointers.push_back(nullptr);
+    const XpmTable rows = CopyXpm(pointers.data());
+    const XpmHeader header = ReadHeader(rows.front());
+
+    std::map<std::string_view, Rgba> colours;
+    for (std::size_t i = 1; i <= header.ColourCount; ++i) {
+        const std::string_view row = rows[i];
+        colours.emplace(row.substr(0, header.KeyLength),
+                        ParseColour(FindColour(row, header.KeyLength)));
+    }
+    Picture icon{
+        static_cast<std::uint32_t>(header.Width), static_cast<std::uint32_t>(header.Height), {}};
+    icon.Pixels.reserve(header.Width * header.Height * 4);
+    for (std::size_t i = 1 + header.ColourCount; i < rows.size(); ++i) {
+        const std::string_view row = rows[i];
+        for (std::size_t x = 0; x < header.Width; ++x) {
+            const auto colour = colours.find(row.substr(x * header.KeyLength, header.KeyLength));
+            if (colour == colours.end())
+                throw HostError({}, Compose("row ", i + 1,
+                                            " of the icon has a pixel whose key is "
+                                            "not among its colours"));
+            icon.Pixels.insert(icon.Pixels.end(), colour->second.begin(), colour->second.end());
+        }
     }
     return icon;
 }

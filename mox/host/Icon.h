@@ -17,7 +17,8 @@ using XpmTable = std::vector<std::string>;
 /// @throws HostError naming the row that is wrong
 XpmTable CopyXpm(const char* const* table);
 
-/// @throws HostError if the pixels use keys that the table does not define
+/// The pixels of an icon. Colours are "None" or "#RRGGBB"; a colour's name counts as "None".
+/// @throws HostError as CopyXpm does, or if a pixel uses a key that the table does not define
 Picture DecodeXpm(const XpmTable& table);
 
 } // namespace Mox::Host

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mox/languages/Precision.h"
 #include "mox/languages/StageProgram.h"
 
 #include <string_view>

@@ -48,13 +48,6 @@ struct StageProgram
     std::vector<UniformBlock> Blocks;
 };
 
-/// How exact half and fixed are.
-enum class Precision
-{
-    Full,    ///< as float
-    Relaxed, ///< as the language's own type or qualifier for such numbers
-};
-
 /// The text of a stage.
 struct WrittenStage
 {

@@ -2,6 +2,7 @@
 
 #include "mox/cg/Intrinsics.h"
 #include "mox/languages/NameTable.h"
+#include "mox/languages/Precision.h"
 #include "mox/languages/StageProgram.h"
 
 #include <string>

@@ -24,7 +24,7 @@ ShaderStages::ShaderStages(const GeneratedShader& shader, ProblemList& problems)
     _program.emplace(shader.Graph, shader.Origins, problems);
     if (problems.HasErrors())
         return;
-    _layout.emplace(*_program, StageChoice::Copies::HandedOn, problems);
+    _layout.emplace(*_program, StageCopies::HandedOn, problems);
     for (std::size_t i = 0; i < _program->Nodes().size(); ++i)
         _index.emplace(_program->Nodes()[i].Shader, i);
     CollectReadNames();

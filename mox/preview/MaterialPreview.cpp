@@ -9,6 +9,7 @@
 #include "mox/preview/DrawBuilder.h"
 #include "mox/preview/NodeProbe.h"
 #include "mox/preview/Renderer.h"
+#include "mox/program/FunctionBody.h"
 #include "mox/program/MaterialProgram.h"
 
 #include <algorithm>

@@ -136,21 +136,20 @@ std::string_view LettersOf(std::int32_t first, std::int32_t width)
     return letters.substr(static_cast<std::size_t>(first), static_cast<std::size_t>(width));
 }
 
-CrossingLayout::CrossingLayout(const ProgramGraph& graph, StageChoice::Copies copies,
-                               ProblemList& problems)
+CrossingLayout::CrossingLayout(const ProgramGraph& graph, StageCopies copies, ProblemList& problems)
     : _graph(graph), _registers(FindFreeRegisters(graph))
 {
     ProblemList found;
-    if (copies == StageChoice::Copies::HandedOn && TryCopies(copies, found))
+    if (copies == StageCopies::HandedOn && TryCopies(copies, found))
         return;
     ProblemList foundTwice;
-    if (!TryCopies(StageChoice::Copies::MadeTwice, foundTwice) && !foundTwice.HasErrors())
+    if (!TryCopies(StageCopies::MadeTwice, foundTwice) && !foundTwice.HasErrors())
         ReportCrowd(graph, *_stages, _registers.size(), foundTwice);
     problems.Append(foundTwice);
 }
 
 /// @returns whether the programs can be written so
-bool CrossingLayout::TryCopies(StageChoice::Copies copies, ProblemList& problems)
+bool CrossingLayout::TryCopies(StageCopies copies, ProblemList& problems)
 {
     _stages.emplace(_graph, copies, problems);
     return !problems.HasErrors() && LayOut();

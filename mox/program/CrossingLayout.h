@@ -36,7 +36,7 @@ public:
     /// @param graph is referred to and must live as long as the result
     /// @param problems is referred to likewise; takes what StageChoice reports, and values that do
     ///        not fit into the registers
-    CrossingLayout(const ProgramGraph& graph, StageChoice::Copies copies, ProblemList& problems);
+    CrossingLayout(const ProgramGraph& graph, StageCopies copies, ProblemList& problems);
 
     const StageChoice& Stages() const { return *_stages; }
 
@@ -44,7 +44,7 @@ public:
     const std::map<ProgramValue, std::vector<CrossingPiece>>& Pieces() const { return _pieces; }
 
 private:
-    bool TryCopies(StageChoice::Copies copies, ProblemList& problems);
+    bool TryCopies(StageCopies copies, ProblemList& problems);
     bool LayOut();
 
     const ProgramGraph& _graph;

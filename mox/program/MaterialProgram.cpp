@@ -5,6 +5,7 @@
 #include "mox/program/CodeCheck.h"
 #include "mox/program/EnvironmentNodes.h"
 #include "mox/program/HelperFunctions.h"
+#include "mox/program/ProgramPlanner.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -94,7 +95,7 @@ void CompleteShader(const MaterialGraph& graph, const Environment& environment,
 }
 
 ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& environment,
-                                StageChoice::Copies copies, ProblemList& problems)
+                                StageCopies copies, ProblemList& problems)
 {
     WarnOfSecondEnds(graph, problems);
     GeneratedShader shader;
@@ -138,7 +139,7 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
 {
     ProblemList found;
     CgProgram program{
-        PlanMaterialProgram(graph, environment, StageChoice::Copies::HandedOn, found), {}, {}};
+        PlanMaterialProgram(graph, environment, StageCopies::HandedOn, found), {}, {}};
     if (!found.HasErrors()) {
         program = WriteCg(std::move(program.Plan), options);
         if (!options.Version.empty())

@@ -5,8 +5,8 @@
 #include "mox/program/CgWriter.h"
 #include "mox/program/Environment.h"
 #include "mox/program/ProgramFormat.h"
-#include "mox/program/ProgramPlanner.h"
 #include "mox/program/ShaderGeneration.h"
+#include "mox/program/StageCopies.h"
 
 #include <filesystem>
 
@@ -27,7 +27,7 @@ void CompleteShader(const MaterialGraph& graph, const Environment& environment,
 /// @param copies does not change the image
 /// @param problems receives what is wrong; if there is an error among it, do not use the result
 ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& environment,
-                                StageChoice::Copies copies, ProblemList& problems);
+                                StageCopies copies, ProblemList& problems);
 
 /// The Cg programs of a resolved material, written from that plan.
 CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& environment,

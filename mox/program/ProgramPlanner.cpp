@@ -207,8 +207,7 @@ private:
 } // namespace
 
 ProgramPlan PlanProgram(const ShaderGraph& shaderGraph, const ShaderOrigins& origins,
-                        const Environment& environment, StageChoice::Copies copies,
-                        ProblemList& problems)
+                        const Environment& environment, StageCopies copies, ProblemList& problems)
 {
     ProblemList found;
     ProgramPlan plan;

@@ -4,7 +4,7 @@
 #include "mox/program/Environment.h"
 #include "mox/program/ProgramPlan.h"
 #include "mox/program/ShaderOrigins.h"
-#include "mox/program/StageChoice.h"
+#include "mox/program/StageCopies.h"
 #include "mox/shader/ShaderGraph.h"
 
 namespace Mox::Host {
@@ -16,7 +16,6 @@ namespace Mox::Host {
 /// @param problems takes all that stands in the way of a program; with an error among them the
 ///        result is of no use
 ProgramPlan PlanProgram(const ShaderGraph& graph, const ShaderOrigins& origins,
-                        const Environment& environment, StageChoice::Copies copies,
-                        ProblemList& problems);
+                        const Environment& environment, StageCopies copies, ProblemList& problems);
 
 } // namespace Mox::Host

@@ -37,12 +37,12 @@ ComponentMask MaskOf(const ShaderType& type)
 
 } // namespace
 
-StageChoice::StageChoice(const ProgramGraph& graph, Copies copies, ProblemList& problems)
+StageChoice::StageChoice(const ProgramGraph& graph, StageCopies copies, ProblemList& problems)
     : _graph(graph), _problems(problems), _copies(copies), _copied(graph.Nodes().size()),
       _inVertex(graph.Nodes().size()), _inFragment(graph.Nodes().size()),
       _vertexReader(graph.Nodes().size(), nobody), _read(graph.ValueCount())
 {
-    if (copies == Copies::MadeTwice)
+    if (copies == StageCopies::MadeTwice)
         FindRates();
     // From the last node to the first: whatever reads a node is settled before it.
     for (std::size_t i = graph.Nodes().size(); i-- > 0;) {
@@ -113,8 +113,8 @@ void StageChoice::FindRatesOf(std::size_t index)
 bool StageChoice::CanHandOn(std::size_t index)
 {
     const ProgramNode& node = _graph.Nodes()[index];
-    if (_copies != Copies::HandedOn || node.Level != ShaderLevel::Automatic || !_inVertex[index] ||
-        !_inFragment[index])
+    if (_copies != StageCopies::HandedOn || node.Level != ShaderLevel::Automatic ||
+        !_inVertex[index] || !_inFragment[index])
         return false;
     FindRates();
     if (!_copied[index])
@@ -159,7 +159,7 @@ std::vector<ComponentMask> StageChoice::FindReadComponents(std::size_t index) co
 {
     const ProgramNode& node = _graph.Nodes()[index];
     const std::size_t outputs = node.Definition->Outputs.size();
-    if (_copies == Copies::HandedOn || outputs == 0)
+    if (_copies == StageCopies::HandedOn || outputs == 0)
         return std::vector<ComponentMask>(node.Inputs.size(), all);
     std::vector<ComponentMask> masks(node.Inputs.size(), 0);
     for (std::size_t port = 0; port < outputs; ++port) {
@@ -221,7 +221,7 @@ void StageChoice::NeedInFragment(const ProgramValue& value, ComponentMask compon
 
 void StageChoice::Cross(const ProgramValue& value, ComponentMask components, std::size_t reader)
 {
-    const ComponentMask read = _copies == Copies::MadeTwice ? components : all;
+    const ComponentMask read = _copies == StageCopies::MadeTwice ? components : all;
     _crossing[value] |= read & MaskOf(_graph.PortOf(value).Type);
     _crossingReader.try_emplace(value, reader);
 }

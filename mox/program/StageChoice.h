@@ -3,6 +3,7 @@
 #include "mox/host/Problem.h"
 #include "mox/program/FunctionBody.h"
 #include "mox/program/ProgramGraph.h"
+#include "mox/program/StageCopies.h"
 
 #include <cstdint>
 #include <initializer_list>
@@ -26,17 +27,10 @@ using ComponentMask = std::uint32_t;
 class StageChoice
 {
 public:
-    /// What becomes of copies of interpolated values that both stages need.
-    enum class Copies
-    {
-        HandedOn,  ///< made in the vertex stage; saves work in the fragment stage
-        MadeTwice, ///< made in each stage, of no more components than are read
-    };
-
     /// @param graph is referred to and must live as long as the result
     /// @param problems takes a function of the fragment stage that the vertex stage needs, with the
     ///        path from the one to the other, and a value that has to cross and cannot
-    StageChoice(const ProgramGraph& graph, Copies copies, ProblemList& problems);
+    StageChoice(const ProgramGraph& graph, StageCopies copies, ProblemList& problems);
 
     bool InVertex(std::size_t node) const { return _inVertex[node]; }
     bool InFragment(std::size_t node) const { return _inFragment[node]; }
@@ -78,7 +72,7 @@ private:
 
     const ProgramGraph& _graph;
     ProblemList& _problems;
-    Copies _copies;
+    StageCopies _copies;
     std::map<const ShaderNode*, std::optional<CopiedComponents>> _definitions;
     std::vector<const CopiedComponents*> _copied; ///< by node; null unless it is a copy
     std::vector<std::vector<Rate>> _rates; ///< of the components of each value, by its number;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mox/host/Problem.h"
-#include "mox/languages/StageProgram.h"
+#include "mox/languages/Precision.h"
 #include "mox/program/CgProgram.h"
 #include "mox/targets/CompiledProgram.h"
 

@@ -12,7 +12,7 @@ const std::filesystem::path root = std::filesystem::path(MOX_TEST_DATA) / "..";
 /// A snippet whose opening line names a file after its language stands word for word in that file.
 TEST(Snippets, DocumentsShowTheCodeAsItIs)
 {
-    for (const char* document : {"docs/plugin-guide.md", "docs/engines.md"}) {
+    for (const char* document : {"docs/embedding.md", "docs/engines.md", "docs/plugin-guide.md"}) {
         std::istringstream guide(ReadText(root / document));
         int count = 0;
         for (std::string line; std::getline(guide, line);) {
@@ -30,7 +30,7 @@ TEST(Snippets, DocumentsShowTheCodeAsItIs)
                 << file << " has no longer:\n"
                 << snippet;
         }
-        EXPECT_GT(count, 5) << document;
+        EXPECT_GT(count, 1) << document;
     }
 }
 

@@ -13,15 +13,15 @@ mv "$work/first" "$installed"
 cd "$installed"
 
 interface=$(sed -nE 's/.*InterfaceVersion = ([0-9]+);/\1/p' include/mox/InterfaceVersion.h)
-for file in bin/mox libexec/mox/mox-decode lib*/libmox_materials.so lib*/libmox_materials.so."$interface" lib*/libmox_host.a lib*/mox/mox_core.so \
-    lib*/mox/mox_library.so lib*/mox/nodes/MathsArithmetic.xml lib*/mox/mox_surface.so lib*/cmake/Mox/MoxConfig.cmake lib*/pkgconfig/mox.pc lib*/pkgconfig/mox-host.pc \
-    include/mox/authoring/GuiNode.h include/mox/host/PluginSet.h share/man/man1/mox.1 \
-    share/mox/environment/environment.xml share/mox/environment/{unlit,depth,skinned}/environment.xml share/mox/material.rng share/mox/node.rng share/bash-completion/completions/mox; do
+for file in bin/mox libexec/mox/mox-decode lib*/libmox_materials.so lib*/libmox_materials.so."$interface" \
+    lib*/libmox_{host,compile,decode,preview,pictures,editor}.a lib*/mox/mox_{core,library,surface}.so \
+    lib*/mox/nodes/MathsArithmetic.xml lib*/cmake/Mox/MoxConfig.cmake \
+    lib*/pkgconfig/mox{,-host,-compile,-preview,-pictures,-editor}.pc \
+    include/mox/authoring/GuiNode.h include/mox/host/PluginSet.h include/mox/preview/MaterialPreview.h \
+    share/mox/environment/environment.xml share/mox/environment/{unlit,depth,skinned}/environment.xml \
+    share/mox/material.rng share/mox/node.rng share/man/man1/mox.1 share/bash-completion/completions/mox \
+    share/doc/mox-materials/{README.md,docs/architecture.md,examples/rim_light.xml,examples/host/Main.cpp}; do
     [ -s "$file" ] || { echo "$file is missing"; exit 1; }
-done
-# A header whose library is not there helps nobody.
-for room in nodes plugin compile decode decoders editor pictures preview; do
-    [ ! -e include/mox/$room ] || { echo "the headers of $room are installed"; exit 1; }
 done
 
 # A header needs nothing that is not installed.
@@ -58,3 +58,38 @@ ln -s "$installed/bin/mox" "$work/link"
 run "$work/link" catalogue | cmp - "$work/catalogue"
 mkdir "$work/gone" && cd "$work/gone" && rmdir "$work/gone"
 run "$installed/bin/mox" catalogue | cmp - "$work/catalogue"
+
+# A program of its own is built from the installed tree alone, with either tool, and gets what mox prints.
+cd "$work"
+cp -r "$installed"/share/doc/mox-materials/examples/host "$work/host"
+libraries=$(dirname "$installed"/lib*/libmox_materials.so)
+export PKG_CONFIG_PATH=$libraries/pkgconfig
+configure() { cmake -G Ninja -S "$1" -B "$work/$2" -DCMAKE_PREFIX_PATH="$installed" "${@:3}" >"$work/log" 2>&1; }
+configure "$work/host" by-cmake && cmake --build "$work/by-cmake" >>"$work/log" || { cat "$work/log"; exit 1; }
+mkdir "$work/by-pkgconf"
+# shellcheck disable=SC2046 # the flags are words, and pkg-config quotes blanks in them
+eval g++ -std=c++20 -o "'$work/by-pkgconf/build_material'" "'$work/host/Main.cpp'" \
+    $(pkg-config --cflags --libs mox-host mox-preview)
+for tool in by-cmake by-pkgconf; do
+    LD_LIBRARY_PATH=$libraries "$work/$tool/build_material" "$example" "$work/$tool/out" >"$work/log" \
+        2>"$work/errors" || { cat "$work/errors"; exit 1; }
+    run "$installed/bin/mox" export "$example" --target essl -o "$work/essl" -q
+    for text in vertex.essl fragment.essl reflection.json; do
+        sed '/^\/\/ Made from/d' "$work/essl/rim_light.$text" | cmp - "$work/$tool/out/rim_light.$text"
+    done
+    run "$installed/bin/mox" format "$work/$tool/out/rim_light.xml" --check --tidy
+    [ -s "$work/$tool/out/rim_light.png" ] || grep -q 'no Vulkan device' "$work/errors" ||
+        { cat "$work/errors"; exit 1; }
+done
+
+# A component that is not requested needs none of its packages, and one that is names what is missing.
+without=()
+for package in SPIRV-Tools-opt Vulkan X11 assimp glm glslang nlohmann_json; do
+    without+=("-DCMAKE_DISABLE_FIND_PACKAGE_$package=ON")
+done
+configure "$source/tests/border" host-alone "${without[@]}" || { cat "$work/log"; exit 1; }
+! configure "$work/host" no-preview "${without[@]}" || { echo "previews without their packages"; exit 1; }
+grep -q glslang "$work/log" || { cat "$work/log"; exit 1; }
+rm "$libraries/cmake/Mox/Mox-preview.cmake"
+! configure "$work/host" not-built || { echo "previews that are not installed"; exit 1; }
+grep -q 'built without "preview"' "$work/log" || { cat "$work/log"; exit 1; }

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The Debian packages install on a bare machine, and what they bring works there: the program with
-# the first alone, and with the second a plug-in can be built. Needs root and the network.
+# the first alone; with the second a plug-in can be built, and with what this one recommends a program.
+# Needs root and the network.
 # Usage: package_test.sh BUILD-FOLDER SOURCE-FOLDER
 set -euo pipefail
 build=$1
@@ -30,4 +31,9 @@ inside '/usr/libexec/mox/mox-decode image 16384 536870912 60 </root/examples/tex
 inside "$install /root/mox-materials-dev_*.deb g++ cmake make >/dev/null"
 inside 'cmake -S /root/examples/plugin -B /root/checker >/dev/null && cmake --build /root/checker >/dev/null'
 inside 'mox --plugins /root/checker catalogue | grep -q "^Checker "'
-inside 'apt-get purge -y -qq mox-materials mox-materials-dev >/dev/null; ! find /usr -name "*mox*" | grep .'
+inside "$install /root/mox-materials-doc_*.deb \
+    $(dpkg-deb -f "$machine"/root/mox-materials-dev_*.deb Recommends | tr -d ,) >/dev/null"
+inside 'cp -r /usr/share/doc/mox-materials/examples/host /root/host
+    cmake -S /root/host -B /root/built >/dev/null && cmake --build /root/built >/dev/null
+    /root/built/build_material /root/examples/rim_light.xml /root/out && mox check /root/out/rim_light.xml'
+inside 'apt-get purge -y -qq mox-materials mox-materials-dev mox-materials-doc >/dev/null; ! find /usr -name "*mox*" | grep .'

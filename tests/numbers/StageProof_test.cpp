@@ -21,8 +21,6 @@ constexpr GridSize grid{2, 24};
 class StageProof : public NumbersTest
 {
 protected:
-    using Copies = StageChoice::Copies;
-
     static const Environment& SurfaceEnvironment()
     {
         static const Environment environment = ReadEnvironment(MOX_SURFACE_ENVIRONMENT);
@@ -65,7 +63,7 @@ protected:
         return material;
     }
 
-    std::vector<Numbers> Draw(const MaterialDocument& material, Copies copies,
+    std::vector<Numbers> Draw(const MaterialDocument& material, StageCopies copies,
                               std::uint32_t seed) const
     {
         return Get().DrawMaterial(material, SurfaceEnvironment(), copies,
@@ -141,8 +139,8 @@ TEST_F(StageProof, AnOffsetChangesNoOtherValue)
     for (const char* const text : materials) {
         SCOPED_TRACE(text);
         const MaterialDocument material = MaterialFromText(Compose("surface Surface\n", text));
-        EXPECT_EQ(Difference(Draw(material, Copies::HandedOn, 1),
-                             Draw(WithoutOffset(material), Copies::HandedOn, 1)),
+        EXPECT_EQ(Difference(Draw(material, StageCopies::HandedOn, 1),
+                             Draw(WithoutOffset(material), StageCopies::HandedOn, 1)),
                   0.0);
     }
 }
@@ -161,9 +159,9 @@ TEST_F(StageProof, RandomMaterialsLookTheSameWithEverythingPerPixel)
             MakeRandomMaterial(seed, 4 + static_cast<int>(seed % 16), RandomTypes::Compiled);
         constexpr double mostPixels = 0.02;
         try {
-            const std::vector<Numbers> image = Draw(material, Copies::HandedOn, seed);
-            EXPECT_LE(Difference(image, Draw(material, Copies::MadeTwice, seed)), mostPixels);
-            EXPECT_LE(Difference(image, Draw(WithoutOffset(material), Copies::HandedOn, seed)),
+            const std::vector<Numbers> image = Draw(material, StageCopies::HandedOn, seed);
+            EXPECT_LE(Difference(image, Draw(material, StageCopies::MadeTwice, seed)), mostPixels);
+            EXPECT_LE(Difference(image, Draw(WithoutOffset(material), StageCopies::HandedOn, seed)),
                       mostPixels);
             ++drawn;
         } catch (const HostError& error) {

@@ -124,7 +124,7 @@ std::vector<Numbers> ValueRunner::Evaluate(const MaterialDocument& material,
     Image image{std::vector<std::uint32_t>(places.size()), caseColumns, rows};
     std::iota(image.Indices.begin(), image.Indices.end(), 0u);
     std::vector<Numbers> pixels =
-        Draw(material, environment, StageChoice::Copies::HandedOn, vertices, image);
+        Draw(material, environment, StageCopies::HandedOn, vertices, image);
     pixels.resize(count);
     return pixels;
 }
@@ -132,14 +132,13 @@ std::vector<Numbers> ValueRunner::Evaluate(const MaterialDocument& material,
 std::vector<Numbers> ValueRunner::DrawOnGrid(const std::string& material, const RunInputs& inputs,
                                              const GridSize& grid)
 {
-    return DrawMaterial(MaterialFromText(material), _environment, StageChoice::Copies::HandedOn,
-                        inputs, grid);
+    return DrawMaterial(MaterialFromText(material), _environment, StageCopies::HandedOn, inputs,
+                        grid);
 }
 
 std::vector<Numbers> ValueRunner::DrawMaterial(const MaterialDocument& material,
-                                               const Environment& environment,
-                                               StageChoice::Copies copies, const RunInputs& inputs,
-                                               const GridSize& grid)
+                                               const Environment& environment, StageCopies copies,
+                                               const RunInputs& inputs, const GridSize& grid)
 {
     RunInputs vertices = inputs;
     std::vector<Numbers>& places = vertices.Streams[positionStream];
@@ -158,7 +157,7 @@ std::vector<Numbers> ValueRunner::DrawMaterial(const MaterialDocument& material,
 }
 
 std::vector<Numbers> ValueRunner::Draw(const MaterialDocument& material,
-                                       const Environment& environment, StageChoice::Copies copies,
+                                       const Environment& environment, StageCopies copies,
                                        const RunInputs& inputs, const Image& image)
 {
     ProblemList problems;

@@ -5,7 +5,7 @@
 #include "mox/document/MaterialDocument.h"
 #include "mox/preview/Scene.h"
 #include "mox/program/Environment.h"
-#include "mox/program/StageChoice.h"
+#include "mox/program/StageCopies.h"
 #include "tests/numbers/FloatTarget.h"
 
 #include <map>
@@ -61,8 +61,8 @@ public:
     /// What the colour output of another environment gets at each pixel.
     std::vector<Numbers> DrawMaterial(const Mox::Host::MaterialDocument& material,
                                       const Mox::Host::Environment& environment,
-                                      Mox::Host::StageChoice::Copies copies,
-                                      const RunInputs& inputs, const GridSize& grid);
+                                      Mox::Host::StageCopies copies, const RunInputs& inputs,
+                                      const GridSize& grid);
 
     const std::vector<std::string>& ValidationMessages() const
     {
@@ -79,7 +79,7 @@ private:
 
     std::vector<Numbers> Draw(const Mox::Host::MaterialDocument& material,
                               const Mox::Host::Environment& environment,
-                              Mox::Host::StageChoice::Copies copies, const RunInputs& inputs,
+                              Mox::Host::StageCopies copies, const RunInputs& inputs,
                               const Image& image);
 
     Mox::Host::VulkanDevice _device;

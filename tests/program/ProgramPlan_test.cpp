@@ -108,7 +108,7 @@ public:
 
     ProgramPlan Plan(ProblemList& problems) const
     {
-        return PlanProgram(_graph, _origins, {}, StageChoice::Copies::HandedOn, problems);
+        return PlanProgram(_graph, _origins, {}, StageCopies::HandedOn, problems);
     }
 
     /// What is wrong, or else both programs.

@@ -1,0 +1,67 @@
+#!/usr/bin/python3
+"""Prints the symbols of what headers declare and a library has to define.
+
+Usage: declared_functions.py INCLUDE_FOLDER HEADER... -- COMPILER_FLAG...
+
+Each header is compiled by itself. Only what headers in the folder declare counts. Functions that
+they define, delete or leave to derived classes need no library, and templates have no symbols.
+"""
+import os
+import sys
+
+from clang.cindex import CursorKind, Index
+
+FUNCTIONS = {
+    CursorKind.FUNCTION_DECL,
+    CursorKind.CXX_METHOD,
+    CursorKind.CONSTRUCTOR,
+    CursorKind.DESTRUCTOR,
+    CursorKind.CONVERSION_FUNCTION,
+}
+CLASSES = {CursorKind.CLASS_DECL, CursorKind.STRUCT_DECL, CursorKind.UNION_DECL}
+SCOPES = CLASSES | {CursorKind.NAMESPACE, CursorKind.LINKAGE_SPEC}
+
+
+def is_deleted(cursor):
+    return [token.spelling for token in cursor.get_tokens()][-2:] == ["=", "delete"]
+
+
+def needs_library(cursor):
+    if cursor.kind == CursorKind.VAR_DECL:
+        is_elsewhere = cursor.storage_class.name == "EXTERN" or cursor.semantic_parent.kind in CLASSES
+        return is_elsewhere and not cursor.get_definition()
+    if cursor.kind not in FUNCTIONS or cursor.get_definition() or cursor.is_pure_virtual_method():
+        return False
+    return not (cursor.is_default_method() or is_deleted(cursor))
+
+
+def declared(scope, folder):
+    for cursor in scope.get_children():
+        file = cursor.location.file
+        if not file or not file.name.startswith(folder):
+            continue
+        if cursor.kind in SCOPES:
+            yield from declared(cursor, folder)
+        elif needs_library(cursor):
+            yield cursor.mangled_name
+
+
+def main():
+    folder = os.path.join(os.path.realpath(sys.argv[1]), "")
+    separator = sys.argv.index("--")
+    symbols = set()
+    is_whole = True
+    for header in sys.argv[2:separator]:
+        unit = Index.create().parse(
+            os.path.join(folder, header),
+            ["-x", "c++", "-std=c++20", "-I" + folder, *sys.argv[separator + 1:]])
+        for message in unit.diagnostics:
+            if message.severity >= message.Error:
+                print(f"{header}: {message}", file=sys.stderr)
+                is_whole = False
+        symbols.update(declared(unit.cursor, folder))
+    print("\n".join(sorted(symbols)))
+    return 0 if is_whole else 1
+
+
+sys.exit(main())
