@@ -97,6 +97,7 @@ mox_add_headers(mox_host
   program/Environment.h
   program/EnvironmentUniform.h
   program/ExportInputs.h
+  program/MaterialExporter.h
   program/MaterialProgram.h
   program/ProgramExporter.h
   program/ProgramFormat.h

@@ -1,8 +1,10 @@
 #include "mox/graph/BindingsDocument.h"
 
 #include "mox/Text.h"
+#include "mox/bindings/DocumentKeys.h"
 #include "mox/bindings/XmlAttributes.h"
 #include "mox/document/PropertyText.h"
+#include "mox/host/File.h"
 #include "mox/host/LibraryCall.h"
 #include "mox/xml/XmlTree.h"
 #include "mox/xml/XmlWriter.h"
@@ -48,13 +50,21 @@ public:
 
     xmlNodePtr Get() const { return _node.get(); }
 
+    std::vector<DocumentValue> Values() const
+    {
+        std::vector<DocumentValue> values;
+        for (const xmlAttr* attribute = _node->properties; attribute; attribute = attribute->next) {
+            const std::string name = reinterpret_cast<const char*>(attribute->name);
+            values.push_back({name, GetXmlAttribute(Get(), name)});
+        }
+        return values;
+    }
+
     void WriteTo(XmlWriter& writer) const
     {
         writer.StartElement(bindingElement);
-        for (const xmlAttr* attribute = _node->properties; attribute; attribute = attribute->next) {
-            const std::string name = reinterpret_cast<const char*>(attribute->name);
-            writer.Attribute(name, GetXmlAttribute(Get(), name));
-        }
+        for (const DocumentValue& value : Values())
+            writer.Attribute(value.Name, value.Value);
         writer.EndElement();
     }
 
@@ -125,6 +135,17 @@ std::vector<PluginBinding> CreateBindings(const MaterialGraph& graph)
     return bindings;
 }
 
+DocumentBinding DescribeBinding(const PluginBinding& binding)
+{
+    const BindingElement element(bindingElement);
+    binding.WriteXml(element.Get());
+    DocumentBinding record{binding.StreamName(), binding.Tag(), element.Values()};
+    std::erase_if(record.Values, [](const DocumentValue& value) {
+        return value.Name == Materials::BindingKeys::Tag;
+    });
+    return record;
+}
+
 std::string FormatBindings(const std::vector<PluginBinding>& bindings)
 {
     XmlWriter writer;
@@ -146,7 +167,12 @@ std::string FormatBindings(const std::vector<PluginBinding>& bindings)
 
 std::vector<PluginBinding> ReadBindings(const std::filesystem::path& file)
 {
-    const XmlTree root = ReadXmlTree(file);
+    return ParseBindings(file.string(), ReadFile(file));
+}
+
+std::vector<PluginBinding> ParseBindings(const std::string& file, std::string_view text)
+{
+    const XmlTree root = ParseXmlTree(file, text);
     if (root.Name != rootElement)
         throw HostError(root.Where, "the root element is not <bindings>");
     const std::string version = CallLibrary(

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Mox::Host {
@@ -18,6 +19,9 @@ std::vector<PluginBinding> CreateNodeBindings(const GraphNode& node);
 /// @throws HostError naming the node that fails
 std::vector<PluginBinding> CreateBindings(const MaterialGraph& graph);
 
+/// A binding with all its values as a document could have them.
+DocumentBinding DescribeBinding(const PluginBinding& binding);
+
 /// Bindings as an XML document: one element each, with the stream type, the component count and the
 /// group that the element's other attributes do not say.
 std::string FormatBindings(const std::vector<PluginBinding>& bindings);
@@ -25,5 +29,9 @@ std::string FormatBindings(const std::vector<PluginBinding>& bindings);
 /// Reads such a document back.
 /// @throws HostError with file and line if it is no such document
 std::vector<PluginBinding> ReadBindings(const std::filesystem::path& file);
+
+/// The same for a document in memory.
+/// @param file the name of the document in messages
+std::vector<PluginBinding> ParseBindings(const std::string& file, std::string_view text);
 
 } // namespace Mox::Host

@@ -30,7 +30,13 @@ MaterialGraph LoadMaterial(MaterialDocument document, const PluginSet& plugins)
 MaterialGraph OpenMaterial(const std::filesystem::path& file, const PluginSet& plugins,
                            ProblemList& problems)
 {
-    MaterialGraph graph = LoadMaterial(ReadMaterialDocument(file, problems), plugins, problems);
+    return OpenMaterial(ReadMaterialDocument(file, problems), plugins, problems);
+}
+
+MaterialGraph OpenMaterial(MaterialDocument document, const PluginSet& plugins,
+                           ProblemList& problems)
+{
+    MaterialGraph graph = LoadMaterial(std::move(document), plugins, problems);
     ResolveGraph(graph, problems);
     ReportCountConflicts(graph, problems);
     return graph;

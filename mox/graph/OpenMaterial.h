@@ -32,4 +32,9 @@ MaterialGraph LoadMaterial(MaterialDocument document, const PluginSet& plugins);
 MaterialGraph OpenMaterial(const std::filesystem::path& file, const PluginSet& plugins,
                            ProblemList& problems);
 
+/// The same for a document that has been read.
+/// @param problems of reading it; receives all others
+MaterialGraph OpenMaterial(MaterialDocument document, const PluginSet& plugins,
+                           ProblemList& problems);
+
 } // namespace Mox::Host

@@ -12,32 +12,42 @@
 
 namespace Mox::Host {
 
+namespace {
+
+HostError ReadingFailure(const std::string& name, int error)
+{
+    return {Place(name), Materials::Compose("cannot be read: ", std::strerror(error))};
+}
+
+} // namespace
+
 std::string ReadFile(const std::filesystem::path& file)
 {
-    constexpr std::size_t largest = std::size_t(1) << 30;
     if (file.empty())
         throw HostError({}, "the name of a file is empty");
-    const Place where{file.string()};
-    const auto fail = [&](int error) -> HostError {
-        return {where, Materials::Compose("cannot be read: ", std::strerror(error))};
-    };
     std::error_code error;
     if (std::filesystem::is_directory(file, error))
-        throw fail(EISDIR);
+        throw ReadingFailure(file.string(), EISDIR);
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
-        throw fail(errno);
-    // What is no regular file may have no end, and its size is only known behind it.
+        throw ReadingFailure(file.string(), errno);
+    return ReadStream(stream, file.string());
+}
+
+std::string ReadStream(std::istream& stream, const std::string& name)
+{
+    constexpr std::size_t largest = std::size_t(1) << 30;
+    // What is not a regular file may have no end, and its size is only known after it.
     std::string bytes;
     std::vector<char> chunk(std::size_t(1) << 16);
     while (stream) {
         stream.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
         bytes.append(chunk.data(), static_cast<std::size_t>(stream.gcount()));
         if (bytes.size() > largest)
-            throw HostError(where, "is larger than 1 GiB, the most that is read");
+            throw HostError(Place(name), "is larger than 1 GiB, the most that is read");
     }
     if (stream.bad())
-        throw fail(errno);
+        throw ReadingFailure(name, errno);
     return bytes;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <istream>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,11 @@ namespace Mox::Host {
 /// All bytes of a file.
 /// @throws HostError if it cannot be read or is larger than 1 GiB
 std::string ReadFile(const std::filesystem::path& file);
+
+/// The remaining bytes of a stream, such as standard input.
+/// @param name of the stream in messages
+/// @throws HostError as ReadFile does
+std::string ReadStream(std::istream& stream, const std::string& name);
 
 /// Makes a folder and those above it, as far as they are missing.
 /// @throws HostError naming the folder

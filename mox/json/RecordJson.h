@@ -8,6 +8,9 @@
 
 namespace Mox::Host {
 
+/// Version of the JSON forms that Mox prints, see docs/json.md.
+constexpr int RecordJsonVersion = 1;
+
 /// The JSON form of what a material is made of, as docs/json.md describes it. What is read has
 /// passed the rules of material documents, so that a document that holds it can be written and read
 /// again.

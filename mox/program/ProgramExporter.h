@@ -1,9 +1,7 @@
 #pragma once
 
-#include "mox/batch/Exporter.h"
-#include "mox/host/PluginSet.h"
 #include "mox/program/CgWriter.h"
-#include "mox/program/Environment.h"
+#include "mox/program/MaterialExporter.h"
 #include "mox/program/ProgramFormat.h"
 
 #include <memory>
@@ -11,21 +9,20 @@
 namespace Mox::Host {
 
 /// Exports the programs of a material in one or more formats.
-class ProgramExporter : public Exporter
+class ProgramExporter : public MaterialExporter
 {
 public:
     /// @param plugins must live as long as this object
     /// @param formats whose texts are exported, in this order
-    ProgramExporter(const PluginSet& plugins, Environment environment,
+    ProgramExporter(const PluginSet& plugins, Host::Environment environment,
                     const ProgramOptions& options,
                     std::vector<std::unique_ptr<ProgramFormat>> formats);
 
     const std::vector<std::string>& Endings() const override { return _endings; }
-    ExportedMaterial Export(const std::filesystem::path& file) const override;
 
 private:
-    const PluginSet& _plugins;
-    const Environment _environment;
+    void Write(const MaterialGraph& graph, ExportedMaterial& exported) const override;
+
     const ProgramOptions _options;
     const std::vector<std::unique_ptr<ProgramFormat>> _formats;
     std::vector<std::string> _endings;

@@ -1,9 +1,6 @@
 #include "mox/program/ShaderGraphExporter.h"
 
-#include "mox/document/DocumentInputs.h"
-#include "mox/graph/OpenMaterial.h"
 #include "mox/program/EnvironmentNodes.h"
-#include "mox/program/ExportInputs.h"
 #include "mox/program/ShaderGeneration.h"
 #include "mox/program/ShaderGraphText.h"
 
@@ -11,23 +8,12 @@
 
 namespace Mox::Host {
 
-ShaderGraphExporter::ShaderGraphExporter(const PluginSet& plugins, Environment environment)
-    : _plugins(plugins), _environment(std::move(environment))
-{}
-
-ExportedMaterial ShaderGraphExporter::Export(const std::filesystem::path& file) const
+void ShaderGraphExporter::Write(const MaterialGraph& graph, ExportedMaterial& exported) const
 {
-    ExportedMaterial exported;
-    const MaterialGraph graph = OpenMaterial(file, _plugins, exported.Problems);
-    if (exported.Problems.HasErrors())
-        return exported;
-    WarnOfMissingTextures(graph.Document(), file, exported.Problems);
     GeneratedShader shader;
-    shader.Graph.Providers.push_back(boost::make_shared<EnvironmentProvider>(_environment));
+    shader.Graph.Providers.push_back(boost::make_shared<EnvironmentProvider>(Environment()));
     GenerateShaderGraph(graph, shader, exported.Problems);
     exported.Texts = {FormatShaderGraph(shader.Graph)};
-    exported.Inputs = ExportInputs(_environment, _plugins);
-    return exported;
 }
 
 } // namespace Mox::Host

@@ -1,25 +1,21 @@
 #pragma once
 
-#include "mox/batch/Exporter.h"
-#include "mox/host/PluginSet.h"
-#include "mox/program/Environment.h"
+#include "mox/program/MaterialExporter.h"
 
 namespace Mox::Host {
 
 /// Exports the finished shader graph of a material as text: what its nodes wrote, joined, without
 /// what the environment adds to make programs of it.
-class ShaderGraphExporter : public Exporter
+class ShaderGraphExporter : public MaterialExporter
 {
 public:
-    /// @param plugins must live as long as this object
-    ShaderGraphExporter(const PluginSet& plugins, Environment environment);
+    using MaterialExporter::MaterialExporter;
 
     const std::vector<std::string>& Endings() const override { return _endings; }
-    ExportedMaterial Export(const std::filesystem::path& file) const override;
 
 private:
-    const PluginSet& _plugins;
-    const Environment _environment;
+    void Write(const MaterialGraph& graph, ExportedMaterial& exported) const override;
+
     const std::vector<std::string> _endings{".graph.txt"};
 };
 

@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "DocumentSource.h"
 #include "LoadPlugins.h"
 #include "ReplaceDocument.h"
 #include "mox/Text.h"
@@ -6,7 +7,6 @@
 #include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
 #include "mox/json/ChangeJson.h"
-#include "mox/json/JsonText.h"
 
 #include <iostream>
 
@@ -25,53 +25,40 @@ Examples:
   mox apply rim.xml brighter.json
   mox apply rim.xml brighter.json -o brighter.xml
   make_change.py | mox apply rim.xml -
+  mox apply - brighter.json <rim.xml | mox check -
 )";
 
 struct ApplyOptions
 {
     std::string File;
-    std::string Change; ///< "-" for standard input
-    std::string Output; ///< empty for the document itself
+    std::string Change;
+    std::string Output; ///< empty for the document itself, or standard output
     bool IsForced = false;
 };
 
-/// As much as a change may be long, and a byte more if there is more.
-std::string ReadStandardInput()
-{
-    std::string text(Host::JsonLimits().Bytes + 1, '\0');
-    std::cin.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(std::cin.gcount()));
-    return text;
-}
-
-/// As messages name the source of a change.
-std::string NameOf(const std::string& source)
-{
-    return source == "-" ? "standard input" : source;
-}
-
-Host::GraphChange ReadChange(const std::string& source)
-{
-    return Host::ParseChangeJson(source == "-" ? ReadStandardInput() : Host::ReadFile(source),
-                                 NameOf(source));
-}
-
 void Apply(const ApplyOptions& options, const CommonOptions& common)
 {
+    RequireOneStandardInput(options.File, options.Change);
     const Host::PluginSet plugins = LoadPlugins(common);
-    const Host::GraphChange change = ReadChange(options.Change);
-    Host::MaterialGraph graph(Host::ReadMaterialDocument(options.File), Host::NodeMaker(plugins));
+    const Host::GraphChange change =
+        Host::ParseChangeJson(ReadSource(options.Change), SourceName(options.Change));
+    Host::MaterialGraph graph(ReadDocument(options.File), Host::NodeMaker(plugins));
     try {
         graph.Apply(change);
     } catch (const Host::RefusedStep& refusal) {
-        throw Host::HostError(Host::Place(NameOf(options.Change)),
+        throw Host::HostError(Host::Place(SourceName(options.Change)),
                               Compose("/steps/", refusal.Step, " is refused: ", refusal.what()));
+    }
+    const std::string text = Host::FormatMaterialDocument(graph.Document());
+    if (IsStandardInput(options.File) && options.Output.empty()) {
+        std::cout << text;
+        return;
     }
     const std::string& output = options.Output.empty() ? options.File : options.Output;
     Host::RequireNoInput(output, {options.Change});
     if (!options.IsForced)
         RequireReplaceable(output);
-    Host::WriteIfChanged(output, Host::FormatMaterialDocument(graph.Document()));
+    Host::WriteIfChanged(output, text);
 }
 
 } // namespace
@@ -80,7 +67,9 @@ void AddApplyCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand("apply", "Make a change of a material, given as JSON");
     const auto options = std::make_shared<ApplyOptions>();
-    command->add_option("FILE", options->File, "Material document")->type_name("")->required();
+    command->add_option("FILE", options->File, "Material document; - for standard input")
+        ->type_name("")
+        ->required();
     command
         ->add_option("CHANGE", options->Change,
                      "File with the change as JSON; - for standard input")
@@ -88,7 +77,8 @@ void AddApplyCommand(CLI::App& program, const CommonOptions& common)
         ->required();
     command
         ->add_option("-o,--output", options->Output,
-                     "Write the document to this file and not back to its own")
+                     "Write the document to this file and not back to its own, or to standard "
+                     "output if it comes from standard input")
         ->type_name("FILE");
     command->add_flag("--force", options->IsForced,
                       "Also replace a document that is read-only or has other hard links");

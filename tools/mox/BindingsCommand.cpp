@@ -1,9 +1,12 @@
 #include "Commands.h"
+#include "DocumentSource.h"
 #include "LoadPlugins.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/OpenMaterial.h"
+#include "mox/json/BindingsJson.h"
 
 #include <iostream>
+#include <utility>
 
 namespace Mox::Tool {
 
@@ -12,6 +15,7 @@ namespace {
 constexpr const char* bindingsFooter = R"(Examples:
   mox bindings rim.xml > rim.bindings.xml
   mox bindings --read rim.bindings.xml
+  mox bindings rim.xml --json | jq -r '.bindings[].tag'
 )";
 
 std::vector<Host::PluginBinding> BindingsOfMaterial(const std::string& file,
@@ -19,7 +23,8 @@ std::vector<Host::PluginBinding> BindingsOfMaterial(const std::string& file,
 {
     const Host::PluginSet plugins = LoadPlugins(common);
     Host::ProblemList problems;
-    const Host::MaterialGraph graph = Host::OpenMaterial(file, plugins, problems);
+    Host::MaterialDocument document = ReadDocument(file, problems);
+    const Host::MaterialGraph graph = Host::OpenMaterial(std::move(document), plugins, problems);
     problems.ThrowFirstError();
     return Host::CreateBindings(graph);
 }
@@ -29,16 +34,21 @@ std::vector<Host::PluginBinding> BindingsOfMaterial(const std::string& file,
 void AddBindingsCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand(
-        "bindings", "Print the bindings of a material, or of a bindings document, as XML");
+        "bindings", "Print the bindings of a material, or of a bindings document");
     auto file = std::make_shared<std::string>();
     auto isRead = std::make_shared<bool>(false);
-    command->add_option("FILE", *file, "Material document")->type_name("")->required();
+    auto isJson = std::make_shared<bool>(false);
+    command->add_option("FILE", *file, "Material document; - for standard input")
+        ->type_name("")
+        ->required();
     command->add_flag("--read", *isRead, "FILE is a bindings document: read it back");
+    command->add_flag("--json", *isJson, "Print JSON for programs instead of XML");
     command->footer(bindingsFooter);
     command->callback([=, &common] {
-        const auto bindings =
-            *isRead ? Host::ReadBindings(*file) : BindingsOfMaterial(*file, common);
-        std::cout << Host::FormatBindings(bindings);
+        const auto bindings = *isRead ? Host::ParseBindings(SourceName(*file), ReadSource(*file))
+                                      : BindingsOfMaterial(*file, common);
+        std::cout << (*isJson ? Host::FormatBindingsAsJson(bindings)
+                              : Host::FormatBindings(bindings));
     });
 }
 

@@ -1,14 +1,16 @@
 #include "Commands.h"
+#include "DocumentSource.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
 #include "Targets.h"
-#include "mox/batch/MaterialFiles.h"
 #include "mox/check/EnvironmentCheck.h"
 #include "mox/check/MaterialCheck.h"
 #include "mox/check/NodeFileCheck.h"
 #include "mox/check/ProblemReport.h"
+#include "mox/graph/OpenMaterial.h"
 
 #include <iostream>
+#include <utility>
 
 namespace Mox::Tool {
 
@@ -24,6 +26,7 @@ warning, and 0 otherwise.
 Examples:
   mox check rim.xml
   mox check materials --strict
+  make_material.py | mox check -
   mox check --nodes nodes
   mox check --environment studio
   mox check materials --sarif >problems.sarif
@@ -49,7 +52,7 @@ std::string Format(const std::vector<Host::Problem>& problems, const CheckOption
 
 Host::ProblemList FindProblems(const CheckOptions& options, const CommonOptions& common)
 {
-    const auto materials = Host::FindMaterials({options.Files.begin(), options.Files.end()}, 1);
+    const auto materials = FindDocuments(options.Files, 1);
     const Host::PluginSet plugins = LoadPlugins(common);
     const auto targetCheck = MakeTargetCheck();
     Host::ProblemList problems;
@@ -63,9 +66,14 @@ Host::ProblemList FindProblems(const CheckOptions& options, const CommonOptions&
     if (!options.Environment.empty())
         Host::CheckEnvironment(environment, problems);
     Host::CheckNodeFiles(common.NodeFolders, plugins, environment, problems);
-    for (const Host::MaterialFile& material : materials)
-        problems.Append(
-            Host::CheckMaterial(material.Document, plugins, environment, targetCheck.get()));
+    for (const Host::MaterialFile& material : materials) {
+        Host::ProblemList found;
+        Host::MaterialDocument document = ReadDocument(material.Document, found);
+        const auto graph = Host::OpenMaterial(std::move(document), plugins, found);
+        Host::CheckMaterial(graph, SourceName(material.Document), environment, targetCheck.get(),
+                            found);
+        problems.Append(found);
+    }
     return problems;
 }
 
@@ -85,7 +93,9 @@ void AddCheckCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand("check", "Find all problems of materials");
     const auto options = std::make_shared<CheckOptions>();
-    command->add_option("FILE", options->Files, "Material documents and folders")->type_name("");
+    command
+        ->add_option("FILE", options->Files, "Material documents and folders; - for standard input")
+        ->type_name("");
     auto* json = command->add_flag("--json", options->IsJson, "A list for programs");
     command->add_flag("--sarif", options->IsSarif, "A SARIF log for build systems and code review")
         ->excludes(json);

@@ -1,9 +1,12 @@
 #include "Commands.h"
+#include "DocumentSource.h"
 #include "LoadPlugins.h"
 #include "mox/check/MaterialDiff.h"
 #include "mox/host/Excerpt.h"
+#include "mox/json/RecordJson.h"
 
 #include <iostream>
+#include <utility>
 
 namespace Mox::Tool {
 
@@ -19,25 +22,46 @@ and 2 if one of them cannot be read.
 
 Examples:
   mox diff old/rim.xml new/rim.xml
+  git show HEAD:rim.xml | mox diff - rim.xml
 )";
 
-std::vector<std::string> FindDifferences(const std::string& before, const std::string& after,
-                                         const CommonOptions& common)
+struct DiffOptions
+{
+    std::string Before;
+    std::string After;
+    bool IsJson = false;
+};
+
+std::vector<std::string> FindDifferences(const DiffOptions& options, const CommonOptions& common)
 {
     try {
-        return Host::DescribeDifferences(Host::ReadMaterialDocument(before),
-                                         Host::ReadMaterialDocument(after), LoadPlugins(common));
+        return Host::DescribeDifferences(ReadDocument(options.Before), ReadDocument(options.After),
+                                         LoadPlugins(common));
     } catch (const std::exception& error) {
         std::cerr << "mox: " << Host::MessageLine(error.what()) << '\n';
         throw CLI::RuntimeError(troubleStatus);
     }
 }
 
-void Diff(const std::string& before, const std::string& after, const CommonOptions& common)
+std::string FormatAsJson(const std::vector<std::string>& differences)
 {
-    const std::vector<std::string> differences = FindDifferences(before, after, common);
-    for (const std::string& line : differences)
-        std::cout << Host::MessageLine(line) << '\n';
+    Host::Json list = Host::Json::array();
+    for (const std::string& difference : differences)
+        list.push_back({{"message", difference}});
+    return Host::FormatJsonLines(
+        {{"version", Host::RecordJsonVersion}, {"differences", std::move(list)}});
+}
+
+void Diff(const DiffOptions& options, const CommonOptions& common)
+{
+    RequireOneStandardInput(options.Before, options.After);
+    const std::vector<std::string> differences = FindDifferences(options, common);
+    if (options.IsJson) {
+        std::cout << FormatAsJson(differences);
+    } else {
+        for (const std::string& line : differences)
+            std::cout << Host::MessageLine(line) << '\n';
+    }
     if (!differences.empty())
         throw CLI::RuntimeError(differentStatus);
 }
@@ -48,12 +72,16 @@ void AddDiffCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command =
         program.add_subcommand("diff", "Say in words how the meaning of two materials differs");
-    const auto before = std::make_shared<std::string>();
-    const auto after = std::make_shared<std::string>();
-    command->add_option("BEFORE", *before, "Material document")->type_name("")->required();
-    command->add_option("AFTER", *after, "Material document")->type_name("")->required();
+    const auto options = std::make_shared<DiffOptions>();
+    command->add_option("BEFORE", options->Before, "Material document; - for standard input")
+        ->type_name("")
+        ->required();
+    command->add_option("AFTER", options->After, "Material document; - for standard input")
+        ->type_name("")
+        ->required();
+    command->add_flag("--json", options->IsJson, "Print JSON for programs");
     command->footer(diffFooter);
-    command->callback([=, &common] { Diff(*before, *after, common); });
+    command->callback([options, &common] { Diff(*options, common); });
 }
 
 } // namespace Mox::Tool

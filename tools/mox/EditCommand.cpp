@@ -1,5 +1,6 @@
 #include "Browser.h"
 #include "Commands.h"
+#include "DocumentSource.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
 #include "Signals.h"
@@ -53,6 +54,8 @@ std::map<std::string, std::shared_ptr<const Host::ProgramFormat>> MakeAllFormats
 /// @returns the signal that ended it, or 0
 int Serve(const EditOptions& options, const CommonOptions& common)
 {
+    if (IsStandardInput(options.File))
+        throw CLI::ValidationError("FILE", "the editor saves to a file, so it cannot be -");
     const Host::PluginSet plugins = LoadPlugins(common);
     const Host::Environment environment = LoadEnvironment(options.Environment);
     Host::EditorServices services;

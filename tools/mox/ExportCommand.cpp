@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "DocumentSource.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
 #include "ProblemMessage.h"
@@ -8,11 +9,11 @@
 #include "mox/Text.h"
 #include "mox/batch/Depfile.h"
 #include "mox/batch/ExportBatch.h"
-#include "mox/batch/MaterialFiles.h"
 #include "mox/batch/OutputRecord.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/Excerpt.h"
 #include "mox/host/File.h"
+#include "mox/json/RecordJson.h"
 #include "mox/program/ProgramExporter.h"
 #include "mox/program/ShaderGraphExporter.h"
 
@@ -40,6 +41,8 @@ them. --prune removes them, unless they have been changed.
 Examples:
   mox export rim.xml
       Print the result of one material.
+  make_material.py | mox export - --target essl
+      The same for a document that another program writes.
   mox export materials extra/rim.xml -o shaders -j 8
       Export all materials of a folder, and one more, on eight threads.
   mox export materials -o shaders --target cg,glsl,spirv
@@ -69,13 +72,16 @@ struct ExportOptions
     bool IsByContent = false;
     bool IsShaderGraph = false;
     bool IsQuiet = false;
+    bool IsJson = false;
     bool Prunes = false;
     std::string Environment;
 };
 
-void ExportToOutput(const Host::Exporter& exporter, const std::filesystem::path& document)
+void ExportToOutput(const Host::MaterialExporter& exporter, const std::string& file)
 {
-    const Host::ExportedMaterial exported = exporter.Export(document);
+    Host::ProblemList found;
+    Host::MaterialDocument document = ReadDocument(file, found);
+    const Host::ExportedMaterial exported = exporter.Export(std::move(document), std::move(found));
     for (const Host::Problem& problem : exported.Problems.Problems())
         std::cerr << FormatMessage(problem) << '\n';
     if (exported.Problems.HasErrors())
@@ -104,6 +110,16 @@ struct Tally
         return Compose("mox: ", Exported, " exported, ", Contents.size(), " distinct, ", Failed,
                        " failed, ", Warnings, Warnings == 1 ? " warning" : " warnings",
                        left > 0 ? Compose("; stopped before ", left, " more") : "");
+    }
+
+    std::string FormatAsJson(std::size_t left) const
+    {
+        return Host::FormatJsonLines({{"version", Host::RecordJsonVersion},
+                                      {"exported", Exported},
+                                      {"distinct", Contents.size()},
+                                      {"failed", Failed},
+                                      {"warnings", Warnings},
+                                      {"left", left}});
     }
 };
 
@@ -163,8 +179,12 @@ Tally RunBatch(const Host::ExportBatch& batch, std::optional<Host::Depfile>& dep
         print(problems);
     };
     const auto printSummary = [&] {
-        if (!options.IsQuiet)
-            bar.Print(tally.Format(batch.Size() - tally.Exported - tally.Failed));
+        const std::size_t left = batch.Size() - tally.Exported - tally.Failed;
+        if (options.IsJson)
+            std::cout << tally.FormatAsJson(left)
+                      << std::flush; // a signal may end the program next
+        else if (!options.IsQuiet)
+            bar.Print(tally.Format(left));
     };
     StopOnSignal stop;
     try {
@@ -207,8 +227,8 @@ void ExportToFolder(const Host::Exporter& exporter, std::vector<Host::MaterialFi
         depfile->Commit();
 }
 
-std::unique_ptr<Host::Exporter> MakeExporter(const ExportOptions& options,
-                                             const Host::PluginSet& plugins)
+std::unique_ptr<Host::MaterialExporter> MakeExporter(const ExportOptions& options,
+                                                     const Host::PluginSet& plugins)
 {
     Host::Environment environment = LoadEnvironment(options.Environment);
     if (options.IsShaderGraph)
@@ -226,8 +246,11 @@ std::unique_ptr<Host::Exporter> MakeExporter(const ExportOptions& options,
 
 void Export(const ExportOptions& options, const CommonOptions& common)
 {
-    auto materials =
-        Host::FindMaterials({options.Files.begin(), options.Files.end()}, options.Workers);
+    auto materials = FindDocuments(options.Files, options.Workers);
+    if (!options.Folder.empty() && IsStandardInput(materials.front().Document)) {
+        throw CLI::ValidationError(
+            "export", "a document from standard input has no name for files in a folder");
+    }
     if (options.Folder.empty() && materials.size() > 1)
         throw CLI::ValidationError("export", "more than one material needs --output");
     for (const std::string& word : options.Targets) {
@@ -239,7 +262,7 @@ void Export(const ExportOptions& options, const CommonOptions& common)
                                    "Make and Ninja read such a name in different ways");
     }
     const Host::PluginSet plugins = LoadPlugins(common);
-    const std::unique_ptr<Host::Exporter> exporter = MakeExporter(options, plugins);
+    const std::unique_ptr<Host::MaterialExporter> exporter = MakeExporter(options, plugins);
     if (options.Folder.empty())
         ExportToOutput(*exporter, materials.front().Document);
     else
@@ -252,7 +275,8 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand("export", "Write the shader programs of materials");
     const auto options = std::make_shared<ExportOptions>();
-    command->add_option("FILE", options->Files, "Material documents and folders")
+    command
+        ->add_option("FILE", options->Files, "Material documents and folders; - for standard input")
         ->type_name("")
         ->required();
     auto* output =
@@ -309,6 +333,10 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
         ->needs(output);
     command->add_flag("-q,--quiet", options->IsQuiet,
                       "Print errors and warnings only: neither progress nor a summary");
+    command
+        ->add_flag("--json", options->IsJson,
+                   "Print the summary as JSON for programs, on standard output")
+        ->needs(output);
     AddEnvironmentOption(*command, options->Environment);
     command->footer(exportFooter);
     command->callback([options, &common] { Export(*options, common); });

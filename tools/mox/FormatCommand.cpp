@@ -1,11 +1,10 @@
 #include "Commands.h"
+#include "DocumentSource.h"
 #include "LoadPlugins.h"
 #include "ReplaceDocument.h"
-#include "mox/batch/MaterialFiles.h"
 #include "mox/document/MaterialDocument.h"
 #include "mox/graph/MaterialGraph.h"
 #include "mox/host/AtomicFile.h"
-#include "mox/host/File.h"
 #include "mox/host/HostError.h"
 #include "mox/layout/MaterialLayout.h"
 
@@ -23,11 +22,13 @@ the exit status is 1 if a document is in another form. One that cannot be read
 stops no other. A document that is read-only or has hard links is written with
 --force only: it is replaced, and the other names keep the old document.
 With --tidy the nodes also get new positions, in columns from left to right.
+A document from standard input goes to standard output.
 
 Examples:
   mox format rim.xml
   mox format materials --check
   mox format rim.xml --tidy
+  make_material.py | mox format - >rim.xml
 )";
 
 struct FormatOptions
@@ -39,9 +40,12 @@ struct FormatOptions
 };
 
 /// @param plugins null if the nodes keep their positions
-std::string FormatText(const std::string& file, const Host::PluginSet* plugins)
+std::string FormatText(const std::string& name, const std::string& text,
+                       const Host::PluginSet* plugins)
 {
-    Host::MaterialDocument document = Host::ReadMaterialDocument(file);
+    Host::ProblemList problems;
+    Host::MaterialDocument document = Host::ParseMaterialDocument(name, text, problems);
+    problems.ThrowFirstError();
     if (!plugins)
         return Host::FormatMaterialDocument(document);
     Host::MaterialGraph graph(std::move(document), Host::NodeMaker(*plugins));
@@ -53,11 +57,17 @@ std::string FormatText(const std::string& file, const Host::PluginSet* plugins)
 bool FormatDocument(const std::string& file, const FormatOptions& options,
                     const Host::PluginSet* plugins)
 {
-    const std::string text = FormatText(file, plugins);
-    if (Host::ReadFile(file) == text)
+    const std::string name = SourceName(file);
+    const std::string original = ReadSource(file);
+    const std::string text = FormatText(name, original, plugins);
+    if (IsStandardInput(file) && !options.IsCheck) {
+        std::cout << text;
+        return true;
+    }
+    if (original == text)
         return true;
     if (options.IsCheck) {
-        std::cout << file << '\n';
+        std::cout << name << '\n';
         return false;
     }
     if (!options.IsForced)
@@ -72,8 +82,7 @@ void FormatDocuments(const FormatOptions& options, const CommonOptions& common)
     if (options.IsTidied)
         plugins = LoadPlugins(common);
     bool isInForm = true;
-    for (const Host::MaterialFile& material :
-         Host::FindMaterials({options.Files.begin(), options.Files.end()}, 1)) {
+    for (const Host::MaterialFile& material : FindDocuments(options.Files, 1)) {
         try {
             isInForm &= FormatDocument(material.Document, options, plugins ? &*plugins : nullptr);
         } catch (const Host::HostError& error) {
@@ -91,7 +100,8 @@ void AddFormatCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand("format", "Bring material documents into the one form");
     const auto options = std::make_shared<FormatOptions>();
-    command->add_option("FILE", options->Files, "Material documents and folders")
+    command
+        ->add_option("FILE", options->Files, "Material documents and folders; - for standard input")
         ->type_name("")
         ->required();
     auto* check =

@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "DocumentSource.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
 #include "ProblemMessage.h"
@@ -21,6 +22,7 @@
 
 #include <filesystem>
 #include <iostream>
+#include <utility>
 
 namespace Mox::Tool {
 
@@ -79,7 +81,7 @@ std::map<std::string, Host::Picture> MakeImages(const GraphOptions& options,
 {
 #ifdef MOX_HAS_PREVIEW
     if (options.HasThumbnails) {
-        return DrawThumbnails(options.File, graph, plugins, environment, options.Limits, problems);
+        return DrawThumbnails(graph, plugins, environment, options.Limits, problems);
     }
 #else
     static_cast<void>(options);
@@ -102,9 +104,11 @@ void RequireSeparateOutput(const GraphOptions& options, const Host::MaterialGrap
                            const Host::Environment& environment, const Host::PluginSet& plugins)
 {
     std::vector<std::filesystem::path> inputs = Host::ExportInputs(environment, plugins);
-    for (std::filesystem::path& texture : Host::TextureFiles(graph.Document(), options.File))
+    for (std::filesystem::path& texture :
+         Host::TextureFiles(graph.Document(), SourceName(options.File)))
         inputs.push_back(std::move(texture));
-    inputs.emplace_back(options.File);
+    if (!IsStandardInput(options.File))
+        inputs.emplace_back(options.File);
     Host::RequireNoInput(options.Output, inputs);
 }
 
@@ -122,13 +126,15 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
     const Host::PluginSet plugins = LoadPlugins(common);
     const Host::Environment environment = LoadEnvironment(options.Environment);
     Host::ProblemList problems;
-    const Host::MaterialGraph graph = Host::OpenMaterial(options.File, plugins, problems);
+    Host::MaterialDocument document = ReadDocument(options.File, problems);
+    const Host::MaterialGraph graph = Host::OpenMaterial(std::move(document), plugins, problems);
     if (graph.Nodes().size() == 0)
         problems.ThrowFirstError(); // there is nothing to draw
     RequireSeparateOutput(options, graph, environment, plugins);
     if (!options.IsShader) {
         const auto targetCheck = MakeTargetCheck();
-        Host::CheckMaterial(graph, options.File, environment, targetCheck.get(), problems);
+        Host::CheckMaterial(graph, SourceName(options.File), environment, targetCheck.get(),
+                            problems);
     }
     // Images are left out of text: it could only name files that are not there.
     std::map<std::string, Host::Picture> images;
@@ -154,7 +160,9 @@ void AddGraphCommand(CLI::App& program, const CommonOptions& common)
     auto* command =
         program.add_subcommand("graph", "Draw the graph of a material, wrong parts in red");
     const auto options = std::make_shared<GraphOptions>();
-    command->add_option("FILE", options->File, "Material document")->type_name("")->required();
+    command->add_option("FILE", options->File, "Material document; - for standard input")
+        ->type_name("")
+        ->required();
     command
         ->add_option("-o,--output", options->Output,
                      "Picture file; without it the picture goes to standard output")

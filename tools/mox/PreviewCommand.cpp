@@ -1,5 +1,6 @@
 #include "Commands.h"
 #include "DecodeOptions.h"
+#include "DocumentSource.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
 #include "ProblemMessage.h"
@@ -118,8 +119,9 @@ void Preview(const PreviewArguments& arguments, const CommonOptions& common)
     const Host::PluginSet plugins = LoadPlugins(common);
     const Host::MaterialPreview preview(plugins, LoadEnvironment(arguments.Environment), files);
     Host::ProblemList problems;
-    const Host::MaterialDocument document = Host::ReadMaterialDocument(arguments.File, problems);
-    Host::RequireNoInput(arguments.Output, Host::TextureFiles(document, arguments.File));
+    const Host::MaterialDocument document = ReadDocument(arguments.File, problems);
+    Host::RequireNoInput(arguments.Output,
+                         Host::TextureFiles(document, SourceName(arguments.File)));
     const Host::Picture picture = preview.RenderMaterial(document, mesh, options, problems);
     for (const Host::Problem& problem : problems.Problems())
         std::cerr << FormatMessage(problem) << '\n';
@@ -134,7 +136,9 @@ void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand("preview", "Draw a picture of a material");
     const auto arguments = std::make_shared<PreviewArguments>();
-    command->add_option("FILE", arguments->File, "Material document")->type_name("")->required();
+    command->add_option("FILE", arguments->File, "Material document; - for standard input")
+        ->type_name("")
+        ->required();
     command->add_option("-o,--output", arguments->Output, "Picture to write, a PNG file")
         ->type_name("FILE")
         ->required();

@@ -29,13 +29,14 @@ void TakeTextureWarnings(const Host::ProblemList& found, Host::ProblemList& prob
 
 } // namespace
 
-std::map<std::string, Host::Picture>
-DrawThumbnails(const std::filesystem::path& file, const Host::MaterialGraph& graph,
-               const Host::PluginSet& plugins, const Host::Environment& environment,
-               const Host::DecodeLimits& limits, Host::ProblemList& problems)
+std::map<std::string, Host::Picture> DrawThumbnails(const Host::MaterialGraph& graph,
+                                                    const Host::PluginSet& plugins,
+                                                    const Host::Environment& environment,
+                                                    const Host::DecodeLimits& limits,
+                                                    Host::ProblemList& problems)
 {
     constexpr std::uint32_t size = 96;
-    const Host::MaterialDocument document = Host::ReadMaterialDocument(file);
+    const Host::MaterialDocument& document = graph.Document();
     Host::FileDecoder files({limits});
     const Host::MaterialPreview preview(plugins, environment, files);
     Host::PreviewOptions options;

@@ -7,7 +7,6 @@
 #include "mox/host/Problem.h"
 #include "mox/program/Environment.h"
 
-#include <filesystem>
 #include <map>
 #include <string>
 
@@ -18,9 +17,10 @@ namespace Mox::Tool {
 /// @param limits of textures
 /// @param problems takes a warning for each texture that cannot be read
 /// @throws Host::HostError if there is no Vulkan device
-std::map<std::string, Host::Picture>
-DrawThumbnails(const std::filesystem::path& document, const Host::MaterialGraph& graph,
-               const Host::PluginSet& plugins, const Host::Environment& environment,
-               const Host::DecodeLimits& limits, Host::ProblemList& problems);
+std::map<std::string, Host::Picture> DrawThumbnails(const Host::MaterialGraph& graph,
+                                                    const Host::PluginSet& plugins,
+                                                    const Host::Environment& environment,
+                                                    const Host::DecodeLimits& limits,
+                                                    Host::ProblemList& problems);
 
 } // namespace Mox::Tool

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "mox/batch/MaterialFiles.h"
+#include "mox/document/MaterialDocument.h"
+
+#include <string>
+#include <vector>
+
+namespace Mox::Tool {
+
+/// The documents that a command line names: files, and "-" for standard input, which can be read
+/// once. A document from standard input has no folder, so its textures are looked up in the current
+/// one.
+
+/// Whether a document comes from standard input.
+bool IsStandardInput(const std::string& file);
+
+/// The name of a document in messages.
+std::string SourceName(const std::string& file);
+
+/// @throws HostError if it cannot be read
+std::string ReadSource(const std::string& file);
+
+Host::MaterialDocument ReadDocument(const std::string& file, Host::ProblemList& problems);
+
+/// @throws HostError with the first error
+Host::MaterialDocument ReadDocument(const std::string& file);
+
+/// Host::FindMaterials, with standard input first.
+/// @throws CLI::ValidationError if standard input is named twice
+std::vector<Host::MaterialFile> FindDocuments(const std::vector<std::string>& files,
+                                              unsigned workers);
+
+/// For commands that read two documents.
+/// @throws CLI::ValidationError if both are standard input
+void RequireOneStandardInput(const std::string& first, const std::string& second);
+
+} // namespace Mox::Tool
