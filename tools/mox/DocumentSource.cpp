@@ -44,7 +44,15 @@ Host::MaterialDocument ReadDocument(const std::string& file, Host::ProblemList& 
 {
     if (!IsStandardInput(file))
         return Host::ReadMaterialDocument(file, problems);
-    return Host::ParseMaterialDocument(SourceName(file), ReadSource(file), problems);
+    const std::string name = SourceName(file);
+    try {
+        return Host::ParseMaterialDocument(name, ReadSource(file), problems);
+    } catch (const Host::HostError& error) {
+        problems.Fail("unreadable", error);
+        Host::MaterialDocument document;
+        document.File = name;
+        return document;
+    }
 }
 
 Host::MaterialDocument ReadDocument(const std::string& file)
