@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <map>
 #include <tuple>
+#include <utility>
 
 namespace Mox::Host {
 
@@ -110,6 +111,16 @@ std::string FormatEnd(const End& end)
     return Compose("\"", end.first, "\" port \"", end.second, "\"");
 }
 
+std::string DescribeEdge(const End& tail, const End& head)
+{
+    return Compose("edge from ", FormatEnd(tail), " to ", FormatEnd(head));
+}
+
+DocumentEdge MakeEdge(const End& tail, const End& head)
+{
+    return {tail.first, tail.second, head.first, head.second};
+}
+
 class Comparison
 {
 public:
@@ -122,7 +133,7 @@ public:
         _nodesAfter = reader.ReadNodes(after);
     }
 
-    std::vector<std::string> Describe()
+    std::vector<MaterialDifference> Find()
     {
         CompareValues("description", ToMap(_before.Description), ToMap(_after.Description));
         CompareValues("render state", ToMap(_before.RenderState), ToMap(_after.RenderState));
@@ -131,14 +142,26 @@ public:
         CompareEdges();
         CompareBindings();
         CompareAnnotations();
-        return std::move(_lines);
+        return std::move(_differences);
     }
 
 private:
     template <class... Parts>
-    void Say(const Parts&... parts)
+    MaterialDifference& Say(const Parts&... parts)
     {
-        _lines.push_back(Compose(parts...));
+        MaterialDifference& difference = _differences.emplace_back();
+        difference.Text = Compose(parts...);
+        return difference;
+    }
+
+    /// Says something of a node.
+    template <class... Parts>
+    MaterialDifference& SayOf(const std::string& node, DifferenceKind kind, const Parts&... parts)
+    {
+        MaterialDifference& difference = Say(parts...);
+        difference.Kind = kind;
+        difference.Node = node;
+        return difference;
     }
 
     static Values ToMap(const std::vector<DocumentValue>& values)
@@ -149,19 +172,26 @@ private:
         return map;
     }
 
-    void CompareValues(const std::string& owner, const Values& before, const Values& after)
+    /// @param node whose properties these are, if they are those of a node
+    void CompareValues(const std::string& owner, const Values& before, const Values& after,
+                       const std::string& node = {})
     {
+        const auto say = [&](const std::string& name, const auto&... parts) {
+            MaterialDifference& difference = Say(owner, ": \"", name, parts...);
+            difference.Node = node;
+            if (!node.empty())
+                difference.Property = name;
+        };
         for (const auto& [name, value] : before) {
             const auto now = after.find(name);
             if (now == after.end())
-                Say(owner, ": \"", name, "\" is gone, it was ", Quote(value));
+                say(name, "\" is gone, it was ", Quote(value));
             else if (now->second != value)
-                Say(owner, ": \"", name, "\" changed from ", Quote(value), " to ",
-                    Quote(now->second));
+                say(name, "\" changed from ", Quote(value), " to ", Quote(now->second));
         }
         for (const auto& [name, value] : after) {
             if (!before.contains(name))
-                Say(owner, ": \"", name, "\" is new, it is ", Quote(value));
+                say(name, "\" is new, it is ", Quote(value));
         }
     }
 
@@ -183,7 +213,8 @@ private:
                 std::count_if(_nodesBefore.begin(), _nodesBefore.end(), isTwin) != 1)
                 continue;
             _renamed.emplace(id, twins.front());
-            Say("node \"", id, "\" is renamed to ", Quote(twins.front()));
+            SayOf(twins.front(), DifferenceKind::Changed, "node \"", id, "\" is renamed to ",
+                  Quote(twins.front()));
         }
     }
 
@@ -200,27 +231,27 @@ private:
             const auto now = _nodesAfter.find(IdAfter(id));
             cameFrom.emplace(IdAfter(id), id);
             if (now == _nodesAfter.end())
-                Say("node \"", id, "\" (", node.Type, ") is gone");
+                SayOf(id, DifferenceKind::Removed, "node \"", id, "\" (", node.Type, ") is gone");
             else if (now->second.Type != node.Type)
-                Say("node \"", id, "\" changed its type from ", Quote(node.Type), " to ",
-                    Quote(now->second.Type));
+                SayOf(id, DifferenceKind::Changed, "node \"", id, "\" changed its type from ",
+                      Quote(node.Type), " to ", Quote(now->second.Type));
             else
-                CompareNode(Compose("node \"", now->first, "\" (", node.Type, ")"), node,
-                            now->second);
+                CompareNode(now->first, node, now->second);
         }
         for (const auto& [id, node] : _nodesAfter) {
             if (!cameFrom.contains(id))
-                Say("node \"", id, "\" (", node.Type, ") is new");
+                SayOf(id, DifferenceKind::Added, "node \"", id, "\" (", node.Type, ") is new");
         }
     }
 
-    void CompareNode(const std::string& name, const ComparedNode& before, const ComparedNode& after)
+    void CompareNode(const std::string& id, const ComparedNode& before, const ComparedNode& after)
     {
-        CompareValues(name, before.Properties, after.Properties);
+        const std::string name = Compose("node \"", id, "\" (", before.Type, ")");
+        CompareValues(name, before.Properties, after.Properties, id);
         Values references;
-        for (const auto& [property, id] : before.References)
-            references.emplace(property, IdAfter(id));
-        CompareValues(name, references, after.References);
+        for (const auto& [property, node] : before.References)
+            references.emplace(property, IdAfter(node));
+        CompareValues(name, references, after.References, id);
     }
 
     void CompareEdges()
@@ -233,19 +264,27 @@ private:
         const ComparedEdges after = ReadEdges(_after);
         for (const auto& [head, edge] : before) {
             const auto now = after.find(head);
-            const std::string name =
-                Compose("edge from ", FormatEnd(edge.Tail), " to ", FormatEnd(head));
-            if (now == after.end())
-                Say(name, " is gone");
-            else if (now->second.Tail != edge.Tail)
-                Say(FormatEnd(head), " is fed by ", FormatEnd(now->second.Tail), " instead of ",
-                    FormatEnd(edge.Tail));
-            else
+            const std::string name = DescribeEdge(edge.Tail, head);
+            if (now == after.end()) {
+                MaterialDifference& difference = Say(name, " is gone");
+                difference.Kind = DifferenceKind::Removed;
+                difference.EdgeBefore = MakeEdge(edge.Tail, head);
+            } else if (now->second.Tail != edge.Tail) {
+                MaterialDifference& difference =
+                    Say(FormatEnd(head), " is fed by ", FormatEnd(now->second.Tail), " instead of ",
+                        FormatEnd(edge.Tail));
+                difference.EdgeBefore = MakeEdge(edge.Tail, head);
+                difference.EdgeAfter = MakeEdge(now->second.Tail, head);
+            } else {
                 ComparePoints(name, edge.Points, now->second.Points);
+            }
         }
         for (const auto& [head, edge] : after) {
-            if (!before.contains(head))
-                Say("edge from ", FormatEnd(edge.Tail), " to ", FormatEnd(head), " is new");
+            if (!before.contains(head)) {
+                MaterialDifference& difference = Say(DescribeEdge(edge.Tail, head), " is new");
+                difference.Kind = DifferenceKind::Added;
+                difference.EdgeAfter = MakeEdge(edge.Tail, head);
+            }
         }
     }
 
@@ -271,13 +310,13 @@ private:
         for (const auto& [name, values] : before) {
             const auto now = after.find(name);
             if (now == after.end())
-                Say(name, " (", values.at("kind"), ") is gone");
+                Say(name, " (", values.at("kind"), ") is gone").Kind = DifferenceKind::Removed;
             else
                 CompareValues(name, values, now->second);
         }
         for (const auto& [name, values] : after) {
             if (!before.contains(name))
-                Say(name, " (", values.at("kind"), ") is new");
+                Say(name, " (", values.at("kind"), ") is new").Kind = DifferenceKind::Added;
         }
     }
 
@@ -305,16 +344,26 @@ private:
     ComparedNodes _nodesBefore;
     ComparedNodes _nodesAfter;
     std::map<std::string, std::string> _renamed;
-    std::vector<std::string> _lines;
+    std::vector<MaterialDifference> _differences;
 };
 
 } // namespace
+
+std::vector<MaterialDifference> FindDifferences(const MaterialDocument& before,
+                                                const MaterialDocument& after,
+                                                const PluginSet& plugins)
+{
+    return Comparison(before, after, plugins).Find();
+}
 
 std::vector<std::string> DescribeDifferences(const MaterialDocument& before,
                                              const MaterialDocument& after,
                                              const PluginSet& plugins)
 {
-    return Comparison(before, after, plugins).Describe();
+    std::vector<std::string> lines;
+    for (MaterialDifference& difference : FindDifferences(before, after, plugins))
+        lines.push_back(std::move(difference.Text));
+    return lines;
 }
 
 } // namespace Mox::Host

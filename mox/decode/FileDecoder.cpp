@@ -5,6 +5,7 @@
 #include "mox/decode/DecodeProcess.h"
 #include "mox/decode/DecodedStream.h"
 #include "mox/decode/OpenFile.h"
+#include "mox/host/Excerpt.h"
 #include "mox/host/HostError.h"
 #include "mox/host/LibraryFolder.h"
 
@@ -105,15 +106,31 @@ std::shared_ptr<const TextureImage> FileDecoder::ReadTexture(const std::filesyst
 
 Mesh FileDecoder::ReadMesh(const std::filesystem::path& file) const
 {
-    const bool isObj = HasExtension(file, ".obj");
     OpenFile opened = OpenRegularFile(file);
+    return DecodeMesh(file, std::move(opened),
+                      HasExtension(file, ".obj") ? OpenFile(-1) : OpenFolderOf(file));
+}
+
+Mesh FileDecoder::ReadMesh(const std::string& name, std::string_view bytes) const
+{
+    if (!IsMeshFile(name)) {
+        throw HostError({}, Compose(Excerpt(name), " is not the name of a mesh: expected a file "
+                                                   "that ends in .obj, .gltf or .glb"));
+    }
+    return DecodeMesh(name, MakeMemoryFile(bytes), OpenFile(-1));
+}
+
+/// @param folder in which the file may name others; not open if it may name none
+Mesh FileDecoder::DecodeMesh(const std::filesystem::path& name, OpenFile file,
+                             OpenFile folder) const
+{
     try {
-        Mesh mesh = Decode(_settings, isObj ? "obj" : "gltf", std::move(opened),
-                           isObj ? OpenFile(-1) : OpenFolderOf(file), Host::ReadMesh);
-        mesh.Name = file.filename().string();
+        Mesh mesh = Decode(_settings, HasExtension(name, ".obj") ? "obj" : "gltf", std::move(file),
+                           std::move(folder), Host::ReadMesh);
+        mesh.Name = name.filename().string();
         return mesh;
     } catch (const DecodeError& error) {
-        throw ReadError(file, error.what());
+        throw ReadError(name, error.what());
     }
 }
 

@@ -2,10 +2,13 @@
 
 #include "mox/decode/DecodeLimits.h"
 #include "mox/decode/Mesh.h"
+#include "mox/decode/OpenFile.h"
 #include "mox/decode/TextureCache.h"
 
 #include <filesystem>
 #include <memory>
+#include <string>
+#include <string_view>
 
 namespace Mox::Host {
 
@@ -46,7 +49,15 @@ public:
     /// @throws HostError as ReadTexture does, or if there are no triangles
     Mesh ReadMesh(const std::filesystem::path& file) const;
 
+    /// Reads the bytes of such a file. It may not name others.
+    /// @param name of the file; its extension tells the format
+    /// @throws HostError naming it if it is neither of these, is damaged, exceeds a limit, or if
+    ///         its decoder fails
+    Mesh ReadMesh(const std::string& name, std::string_view bytes) const;
+
 private:
+    Mesh DecodeMesh(const std::filesystem::path& name, OpenFile file, OpenFile folder) const;
+
     DecodeSettings _settings;
     TextureCache _textures;
 };

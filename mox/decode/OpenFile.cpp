@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -49,6 +50,24 @@ OpenFile OpenRegularFile(const std::filesystem::path& file)
     if (fstat(opened.Descriptor(), &status) != 0 || !S_ISREG(status.st_mode))
         throw HostError(where, "cannot be read: it is not a regular file");
     return opened;
+}
+
+OpenFile MakeMemoryFile(std::string_view bytes)
+{
+    OpenFile file(memfd_create("mox", MFD_CLOEXEC));
+    const auto fail = [] {
+        throw std::system_error(errno, std::generic_category(), "a file in memory");
+    };
+    if (!file.IsOpen())
+        fail();
+    while (!bytes.empty()) {
+        const ssize_t count = write(file.Descriptor(), bytes.data(), bytes.size());
+        if (count < 0 && errno != EINTR)
+            fail();
+        bytes.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
+    }
+    lseek(file.Descriptor(), 0, SEEK_SET);
+    return file;
 }
 
 } // namespace Mox::Host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string_view>
 
 namespace Mox::Host {
 
@@ -31,5 +32,9 @@ private:
 /// Opens a file to read it. Pipes and devices, which may have no end or wait for ever, are refused.
 /// @throws HostError naming the file if it cannot be opened or is not a regular file
 OpenFile OpenRegularFile(const std::filesystem::path& file);
+
+/// A new file that has no name and holds some bytes in memory, to be read from its start.
+/// @throws std::system_error if there is no memory for it
+OpenFile MakeMemoryFile(std::string_view bytes);
 
 } // namespace Mox::Host

@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <pwd.h>
 #include <string>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -30,6 +31,28 @@ std::string ReadHolder(int descriptor)
     return isNumber ? "process " + digits : "another process";
 }
 
+std::string NameUser(uid_t user)
+{
+    const passwd* entry = getpwuid(user);
+    return entry ? Compose("the user \"", entry->pw_name, "\"") : Compose("the user ", user);
+}
+
+/// Why nobody but the owner of a lock file edits its document. A file that its owner has left is
+/// not removed here: the folder may not allow it, and the owner may know better.
+std::string DescribeForeign(const std::filesystem::path& file, uid_t owner)
+{
+    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    const bool isHeld = descriptor >= 0 && flock(descriptor, LOCK_EX | LOCK_NB) != 0;
+    const std::string holder = isHeld ? ReadHolder(descriptor) : "";
+    if (descriptor >= 0)
+        close(descriptor);
+    if (isHeld)
+        return Compose("is being edited by ", holder, " of ", NameUser(owner), " already");
+    return Compose("cannot be edited, as the file ", file.filename().string(),
+                   " beside it belongs to ", NameUser(owner),
+                   ": if nobody edits the document, have it removed");
+}
+
 } // namespace
 
 DocumentLock::DocumentLock(const std::filesystem::path& document)
@@ -50,6 +73,9 @@ bool DocumentLock::Take()
 {
     constexpr int readable = 0644;
     const Place where(_document.string());
+    struct stat named = {};
+    if (lstat(_file.c_str(), &named) == 0 && named.st_uid != geteuid())
+        throw HostError(where, DescribeForeign(_file, named.st_uid));
     _descriptor = open(_file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, readable);
     if (_descriptor < 0 && (errno == ENOENT || errno == ENOTDIR))
         throw HostError(where, "cannot be edited, as its folder does not exist");
@@ -68,7 +94,6 @@ bool DocumentLock::Take()
                        : Compose("cannot be locked: ", std::generic_category().message(error)));
     }
     struct stat opened = {};
-    struct stat named = {};
     if (fstat(_descriptor, &opened) != 0 || stat(_file.c_str(), &named) != 0 ||
         opened.st_ino != named.st_ino || opened.st_dev != named.st_dev) {
         close(_descriptor);

@@ -12,8 +12,8 @@ class DocumentLock : private boost::noncopyable
 {
 public:
     /// @param document need not exist
-    /// @throws HostError if another object has the right, naming its process, or if the file cannot
-    ///         be created
+    /// @throws HostError if another object has the right, naming its process, if the file cannot be
+    ///         created, or if it is one of another user, which is left as it is
     explicit DocumentLock(const std::filesystem::path& document);
 
     /// Releases the lock and removes the file.

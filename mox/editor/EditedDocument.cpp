@@ -33,6 +33,15 @@ std::string ReadExisting(const std::filesystem::path& file)
 
 } // namespace
 
+MaterialDocument ParseEdited(const std::string& file, const std::string& text)
+{
+    if (!text.empty())
+        return Parse(file, text);
+    MaterialDocument document;
+    document.File = file;
+    return document;
+}
+
 EditedDocument::Opened::Opened(MaterialDocument document, const PluginSet& plugins)
     : Graph(std::move(document), NodeMaker(plugins)), History(Graph), Resolver(Graph)
 {
@@ -154,11 +163,7 @@ void EditedDocument::Discard()
 std::unique_ptr<EditedDocument::Opened> EditedDocument::Open(const std::string& name,
                                                              const std::string& text) const
 {
-    if (!text.empty())
-        return std::make_unique<Opened>(Parse(name, text), _plugins);
-    MaterialDocument document;
-    document.File = name;
-    return std::make_unique<Opened>(std::move(document), _plugins);
+    return std::make_unique<Opened>(ParseEdited(name, text), _plugins);
 }
 
 /// The document that an earlier process had. Only its last change may have been refused: the

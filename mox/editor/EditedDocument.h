@@ -17,6 +17,11 @@
 
 namespace Mox::Host {
 
+/// The document that the text of a file holds; an empty text is an empty document.
+/// @param file name, for messages
+/// @throws HostError if the text breaks the rules of documents
+MaterialDocument ParseEdited(const std::string& file, const std::string& text);
+
 /// A document that is being edited: its graph, its history, its file, and the journal of the
 /// changes that are not in the file yet. The graph is always resolved.
 class EditedDocument

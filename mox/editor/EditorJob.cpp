@@ -1,7 +1,11 @@
 #include "mox/editor/EditorJob.h"
 
+#include "mox/Text.h"
 #include "mox/check/MaterialCheck.h"
+#include "mox/check/MaterialDiff.h"
+#include "mox/editor/EditedDocument.h"
 #include "mox/editor/ErrorJson.h"
+#include "mox/editor/StateJson.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
@@ -10,9 +14,13 @@
 #include "mox/program/MaterialProgram.h"
 #include "mox/xml/XmlWriter.h"
 
+#include <exception>
+#include <new>
 #include <utility>
 
 namespace Mox::Host {
+
+using Materials::Compose;
 
 namespace {
 
@@ -46,26 +54,38 @@ Json DescribeLines(const StageProgram& program)
 EditorReply EditorJob::Run() const
 {
     EditorReply answer;
-    Json reply = {{"id", _id}, {"revision", _snapshot.Revision}};
     try {
+        Json reply = {{"id", _id}, {"revision", _snapshot.Revision}};
         if (!IsOutOfDate())
             _work(_snapshot, reply, answer);
+        answer.Text = FormatJson(reply);
     } catch (const HostError& error) {
-        reply["error"] = DescribeError(error);
+        answer = Refuse(error);
+    } catch (const std::bad_alloc&) {
+        answer = Refuse(HostError({}, "there is not enough memory"));
+    } catch (const std::exception& error) { // a fault of this program, or of a plug-in
+        answer = Refuse(HostError({}, Compose("something failed: ", error.what())));
+    } catch (...) {
+        answer = Refuse(HostError({}, "something failed"));
     }
-    if (IsOutOfDate()) {
-        reply = {{"id", _id}, {"revision", _snapshot.Revision}, {"outOfDate", true}};
-        answer.Bytes.clear();
-    }
-    answer.Text = FormatJson(reply);
+    if (IsOutOfDate())
+        return {FormatJson({{"id", _id}, {"revision", _snapshot.Revision}, {"outOfDate", true}}),
+                {}};
     return answer;
+}
+
+EditorReply EditorJob::Refuse(const HostError& reason) const
+{
+    return {FormatJson(
+                {{"id", _id}, {"revision", _snapshot.Revision}, {"error", DescribeError(reason)}}),
+            {}};
 }
 
 EditorJob::Work FindProblems(const EditorServices& services, const std::string& file)
 {
     return [services, file](const DocumentSnapshot& snapshot, Json& reply, EditorReply&) {
         ProblemList problems;
-        const MaterialGraph graph = Open(snapshot.Document, *services.Plugins, problems);
+        const MaterialGraph graph = Open(snapshot.Document(), *services.Plugins, problems);
         if (snapshot.IsOutOfDate())
             return;
         CheckMaterial(graph, file, *services.Environment, services.Proof.get(), problems);
@@ -78,7 +98,7 @@ EditorJob::Work CompilePrograms(const EditorServices& services, const std::strin
 {
     return [services, file, targets](const DocumentSnapshot& snapshot, Json& reply, EditorReply&) {
         ProblemList problems;
-        const MaterialGraph graph = Open(snapshot.Document, *services.Plugins, problems);
+        const MaterialGraph graph = Open(snapshot.Document(), *services.Plugins, problems);
         const CgProgram program = BuildMaterialProgram(graph, *services.Environment, {}, problems);
         Json programs = Json::object();
         if (!problems.HasErrors()) {
@@ -108,7 +128,7 @@ EditorJob::Work DrawPicture(const EditorServices& services, const PictureRequest
 {
     return [services, request](const DocumentSnapshot& snapshot, Json& reply, EditorReply& answer) {
         ProblemList problems;
-        Picture picture = services.Pictures->Draw(snapshot.Document, request, problems);
+        Picture picture = services.Pictures->Draw(snapshot.Document(), request, problems);
         reply["picture"] = {{"width", picture.Width}, {"height", picture.Height}};
         reply["problems"] = ToJson(problems.Problems());
         answer.Bytes = std::move(picture.Pixels);
@@ -119,13 +139,51 @@ EditorJob::Work LoadTexture(const EditorServices& services, const std::string& t
 {
     return [services, tag](const DocumentSnapshot& snapshot, Json& reply, EditorReply& answer) {
         ProblemList problems;
-        LoadedTexture texture = services.Pictures->Load(snapshot.Document, tag, problems);
+        LoadedTexture texture = services.Pictures->Load(snapshot.Document(), tag, problems);
         Json levels = Json::array();
         for (const auto& [width, height] : texture.Sides)
             levels.push_back({{"width", width}, {"height", height}});
         reply["texture"] = {{"format", texture.Format}, {"levels", std::move(levels)}};
         reply["problems"] = ToJson(problems.Problems());
         answer.Bytes = std::move(texture.Bytes);
+    };
+}
+
+EditorJob::Work LoadMesh(const EditorServices& services, const std::string& name,
+                         std::shared_ptr<const std::string> bytes)
+{
+    return [services, name, bytes = std::move(bytes)](const DocumentSnapshot&, Json& reply,
+                                                      EditorReply& answer) {
+        LoadedMesh mesh = name.empty() ? *services.Mesh : services.Pictures->ReadMesh(name, *bytes);
+        Json streams = Json::array();
+        for (const LoadedMesh::Stream& stream : mesh.Streams)
+            streams.push_back({{"stream", stream.Name}, {"components", stream.Components}});
+        reply["mesh"] = {{"name", mesh.Name},
+                         {"vertices", mesh.VertexCount},
+                         {"indices", mesh.IndexCount},
+                         {"streams", std::move(streams)},
+                         {"viewFrom", mesh.ViewFrom}};
+        answer.Bytes = std::move(mesh.Bytes);
+    };
+}
+
+EditorJob::Work CompareWithText(const EditorServices& services, const std::string& file,
+                                const std::string& text)
+{
+    return [services, file, text](const DocumentSnapshot& snapshot, Json& reply, EditorReply&) {
+        const MaterialDocument before = ParseEdited(file, text);
+        Json list = Json::array();
+        std::set<std::string> removed;
+        for (const MaterialDifference& difference :
+             FindDifferences(before, snapshot.Document(), *services.Plugins)) {
+            list.push_back(ToJson(difference));
+            if (difference.Kind == DifferenceKind::Removed)
+                removed.insert(difference.Node);
+        }
+        ProblemList problems; // of the file, which are not the document's
+        const MaterialGraph graph = Open(before, *services.Plugins, problems);
+        reply["comparison"] = {{"differences", std::move(list)},
+                               {"removedNodes", DescribeNodes(graph, removed)}};
     };
 }
 

@@ -18,19 +18,29 @@ namespace Mox::Host {
 class DocumentSnapshot
 {
 public:
+    /// @param document as it was at the revision; all snapshots of one revision share it
     /// @param current revision of the document, which may grow at any time
-    DocumentSnapshot(MaterialDocument document, std::uint64_t revision,
+    DocumentSnapshot(std::shared_ptr<const MaterialDocument> document, std::uint64_t revision,
                      std::shared_ptr<const std::atomic<std::uint64_t>> current)
-        : Document(std::move(document)), Revision(revision), _current(std::move(current))
+        : Revision(revision), _document(std::move(document)), _current(std::move(current))
     {}
+
+    /// For work that needs no document, so that it is never out of date.
+    static DocumentSnapshot Lasting(std::uint64_t revision)
+    {
+        return {std::make_shared<const MaterialDocument>(), revision,
+                std::make_shared<const std::atomic<std::uint64_t>>(revision)};
+    }
+
+    const MaterialDocument& Document() const { return *_document; }
 
     /// Whether the document has changed since.
     bool IsOutOfDate() const { return *_current != Revision; }
 
-    MaterialDocument Document;
     std::uint64_t Revision;
 
 private:
+    std::shared_ptr<const MaterialDocument> _document;
     std::shared_ptr<const std::atomic<std::uint64_t>> _current;
 };
 
@@ -38,12 +48,13 @@ private:
 struct EditorReply
 {
     std::string Text;                ///< JSON
-    std::vector<std::uint8_t> Bytes; ///< of a picture, in the order of Picture, or of a texture
+    std::vector<std::uint8_t> Bytes; ///< of a picture, in the order of Picture, a texture or a mesh
 };
 
 /// Work that takes long: building programs, checking, drawing. Run may be called on any thread, as
 /// a job does not refer to the session. A job whose document has changed in the meantime is
-/// dropped: it does nothing and its reply says so.
+/// dropped: it does nothing and its reply says so. Run throws nothing: whatever a job throws
+/// becomes its reply.
 class EditorJob
 {
 public:
@@ -58,6 +69,9 @@ public:
 
     /// Call it once.
     EditorReply Run() const;
+
+    /// The reply if it is not run, or has failed.
+    EditorReply Refuse(const HostError& reason) const;
 
 private:
     DocumentSnapshot _snapshot;
@@ -77,5 +91,15 @@ EditorJob::Work DrawPicture(const EditorServices& services, const PictureRequest
 
 /// Loads the texture of one of its texture bindings.
 EditorJob::Work LoadTexture(const EditorServices& services, const std::string& tag);
+
+/// Reads a mesh.
+/// @param name of its file; empty for the mesh of the host
+EditorJob::Work LoadMesh(const EditorServices& services, const std::string& name,
+                         std::shared_ptr<const std::string> bytes);
+
+/// Compares it with what its file held when the job was made.
+/// @param file name, for messages
+EditorJob::Work CompareWithText(const EditorServices& services, const std::string& file,
+                                const std::string& text);
 
 } // namespace Mox::Host

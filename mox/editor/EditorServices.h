@@ -7,10 +7,12 @@
 #include "mox/program/Environment.h"
 #include "mox/program/ProgramFormat.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -35,6 +37,26 @@ struct LoadedTexture
     std::vector<std::uint8_t> Bytes; ///< one level after the other, rows from top to bottom
 };
 
+/// A mesh with its vertex streams, in the form that graphics libraries accept.
+struct LoadedMesh
+{
+    struct Stream
+    {
+        std::string Name; ///< "position", "normal", "tangent", "binormal", "uv" or "colour"
+        std::uint32_t Components;
+    };
+
+    std::string Name;
+    std::size_t VertexCount = 0;
+    std::size_t IndexCount = 0;
+    std::vector<Stream>
+        Streams; ///< sets of one name in their order; those that it lacks are missing
+    float ViewFrom[3] = {0, 0, 1}; ///< the side from which it is looked at
+    std::vector<std::uint8_t>
+        Bytes; ///< the streams one after the other in 32-bit floats, then
+               ///< the indices in 32 bits, all in the byte order of the machine
+};
+
 /// Draws materials. The host of an editor supplies it, so that the editor does not depend on a
 /// device.
 class Painter
@@ -52,6 +74,11 @@ public:
     /// @throws HostError if there is no such binding
     virtual LoadedTexture Load(const MaterialDocument& document, const std::string& tag,
                                ProblemList& problems) = 0;
+
+    /// Reads a mesh from the bytes of a file, which may come from anybody. Threads as for Draw.
+    /// @param name of the file
+    /// @throws HostError if it is not a mesh
+    virtual LoadedMesh ReadMesh(const std::string& name, std::string_view bytes) = 0;
 };
 
 /// What an editor needs from its host. All of it must outlive the sessions and their jobs.
@@ -62,6 +89,7 @@ struct EditorServices
     std::map<std::string, std::shared_ptr<const ProgramFormat>> Formats; ///< by target
     std::shared_ptr<const ProgramFormat> Proof; ///< shows whether programs compile; may be null
     std::shared_ptr<Painter> Pictures;          ///< null if nothing can be drawn
+    std::shared_ptr<const LoadedMesh> Mesh;     ///< shown at first; null leaves that to pages
 };
 
 } // namespace Mox::Host

@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/document/Catalogue.h"
+#include "mox/document/MaterialRules.h"
 #include "mox/editor/Clipboard.h"
 #include "mox/editor/ErrorJson.h"
 #include "mox/editor/StateJson.h"
@@ -87,6 +88,19 @@ PictureRequest ReadPictureRequest(const JsonCursor& message)
     return request;
 }
 
+/// The attributes that an element may have, and the values of those that have few.
+Json DescribeAttributes(const ElementRule& rule)
+{
+    Json list = Json::array();
+    for (const AttributeRule& attribute : rule.Attributes) {
+        Json json = {{"name", attribute.Name}};
+        if (!attribute.Value.Words.empty())
+            json["choices"] = attribute.Value.Words;
+        list.push_back(std::move(json));
+    }
+    return list;
+}
+
 } // namespace
 
 struct EditorSession::Request
@@ -168,6 +182,7 @@ void EditorSession::Dispatch(const Request& request, EditorAnswer& answer, Json&
         {"problems", &EditorSession::Check},     {"compile", &EditorSession::Compile},
         {"picture", &EditorSession::Draw},       {"addTexture", &EditorSession::PutTexture},
         {"texture", &EditorSession::GetTexture}, {"text", &EditorSession::GetText},
+        {"mesh", &EditorSession::GetMesh},       {"compare", &EditorSession::Compare},
     };
     const JsonCursor word = request.Message.Member("do");
     const std::string text = word.Text();
@@ -203,13 +218,16 @@ void EditorSession::AddStatus(Json& json) const
         json["waiting"] = {{"error", _document.JournalFailure()}};
 }
 
-DocumentSnapshot EditorSession::TakeSnapshot() const
+DocumentSnapshot EditorSession::TakeSnapshot()
 {
-    return {_document.Graph().Document(), _document.Revision(), _revision};
+    if (!_snapshot || _snapshot->Revision != _document.Revision()) {
+        _snapshot.emplace(std::make_shared<const MaterialDocument>(_document.Graph().Document()),
+                          _document.Revision(), _revision);
+    }
+    return *_snapshot;
 }
 
-void EditorSession::StartJob(const Request& request, EditorJob::Work work,
-                             EditorAnswer& answer) const
+void EditorSession::StartJob(const Request& request, EditorJob::Work work, EditorAnswer& answer)
 {
     answer.Job.emplace(TakeSnapshot(), request.Id, std::move(work));
 }
@@ -274,6 +292,8 @@ void EditorSession::GetState(const Request& request, EditorAnswer&, Json& reply)
     request.Message.AllowOnly({"id", "do"});
     reply["state"] = DescribeState(_document.Graph());
     reply["file"] = _document.File().filename().string();
+    if (_services.Mesh)
+        reply["mesh"] = _services.Mesh->Name;
 }
 
 void EditorSession::GetText(const Request& request, EditorAnswer&, Json& reply)
@@ -288,6 +308,8 @@ void EditorSession::GetCatalogue(const Request& request, EditorAnswer&, Json& re
     ProblemList problems;
     reply["types"] = CatalogueToJson(DescribeCatalogue(*_services.Plugins, {}, problems),
                                      NodeFiles(*_services.Plugins));
+    reply["material"] = {{"description", DescribeAttributes(DescriptionRule)},
+                         {"renderState", DescribeAttributes(RenderStateRule)}};
     reply["problems"] = ToJson(problems.Problems());
 }
 
@@ -373,6 +395,35 @@ void EditorSession::GetTexture(const Request& request, EditorAnswer& answer, Jso
     const std::string tag = request.Message.Member("tag").Text();
     RequirePainter(request);
     StartJob(request, LoadTexture(_services, tag), answer);
+}
+
+/// A mesh belongs to the page that shows it and not to the document.
+void EditorSession::GetMesh(const Request& request, EditorAnswer& answer, Json&)
+{
+    request.Message.AllowOnly({"id", "do", "name"});
+    const auto name = request.Message.Find("name");
+    if (!name && !_services.Mesh)
+        request.Message.Refuse("there is no mesh here unless a file is sent with its name");
+    std::shared_ptr<const std::string> bytes;
+    if (name) {
+        RequirePainter(request);
+        if (name->Text().empty() || request.Bytes.empty())
+            name->Refuse("the file of the mesh is empty");
+        if (!_meshFile.expired()) // several at a time could take very much memory
+            name->Refuse("another mesh is being read");
+        bytes = std::make_shared<const std::string>(request.Bytes);
+        _meshFile = bytes;
+    }
+    answer.Job.emplace(DocumentSnapshot::Lasting(_document.Revision()), request.Id,
+                       LoadMesh(_services, name ? name->Text() : "", std::move(bytes)));
+}
+
+/// Compares the document with its file as it is now.
+void EditorSession::Compare(const Request& request, EditorAnswer& answer, Json&)
+{
+    request.Message.AllowOnly({"id", "do"});
+    StartJob(request, CompareWithText(_services, _document.File().string(), _document.ReadText()),
+             answer);
 }
 
 } // namespace Mox::Host

@@ -55,9 +55,9 @@ private:
     void Publish(const ChangedRecords& records, EditorAnswer& answer, Json& reply);
     void Replace(EditorAnswer& answer, Json& reply);
     void AddStatus(Json& json) const;
-    DocumentSnapshot TakeSnapshot() const;
+    DocumentSnapshot TakeSnapshot();
     void RequirePainter(const Request& request) const;
-    void StartJob(const Request& request, EditorJob::Work work, EditorAnswer& answer) const;
+    void StartJob(const Request& request, EditorJob::Work work, EditorAnswer& answer);
 
     void Apply(const Request& request, EditorAnswer& answer, Json& reply);
     void Undo(const Request& request, EditorAnswer& answer, Json& reply);
@@ -77,10 +77,14 @@ private:
     void Draw(const Request& request, EditorAnswer& answer, Json& reply);
     void PutTexture(const Request& request, EditorAnswer& answer, Json& reply);
     void GetTexture(const Request& request, EditorAnswer& answer, Json& reply);
+    void GetMesh(const Request& request, EditorAnswer& answer, Json& reply);
+    void Compare(const Request& request, EditorAnswer& answer, Json& reply);
 
     EditorServices _services;
     EditedDocument _document;
     std::shared_ptr<std::atomic<std::uint64_t>> _revision; ///< for the jobs
+    std::optional<DocumentSnapshot> _snapshot;             ///< the last one
+    std::weak_ptr<const std::string> _meshFile;            ///< one that a job is to read or reads
     std::string _seenFile; ///< content of the file at the last notice, or why it was unreadable
 };
 

@@ -96,6 +96,17 @@ void AddOtherParts(const MaterialDocument& document, Json& json)
 
 } // namespace
 
+Json DescribeNodes(const MaterialGraph& graph, const std::set<std::string>& ids)
+{
+    const MaterialDocument& document = graph.Document();
+    Json nodes = Json::array();
+    for (auto node = document.Nodes.begin(); node != document.Nodes.end(); ++node) {
+        if (ids.contains(node->Id))
+            nodes.push_back(DescribeNode(graph, node.Index()));
+    }
+    return nodes;
+}
+
 Json DescribeState(const MaterialGraph& graph)
 {
     const MaterialDocument& document = graph.Document();

@@ -72,7 +72,7 @@ std::string AddTexture(const std::filesystem::path& folder, const std::string& n
                                     ".exr or .hdr"));
     }
     if (bytes.empty())
-        throw HostError({}, Compose(Excerpt(name), " has no bytes"));
+        throw HostError({}, Compose(Excerpt(name), " is empty"));
     const std::filesystem::path wanted(name);
     for (int number = 1; number <= mostNumbers; ++number) {
         const std::string candidate =

@@ -187,6 +187,22 @@ Json ToJson(const std::vector<Problem>& problems)
     return list;
 }
 
+Json ToJson(const MaterialDifference& difference)
+{
+    constexpr const char* kinds[] = {"added", "removed", "changed"};
+    Json object = {{"kind", kinds[static_cast<std::size_t>(difference.Kind)]},
+                   {"text", difference.Text}};
+    if (!difference.Node.empty())
+        object["node"] = difference.Node;
+    if (!difference.Property.empty())
+        object["property"] = difference.Property;
+    if (difference.EdgeBefore)
+        object["edgeBefore"] = ToJson(*difference.EdgeBefore);
+    if (difference.EdgeAfter)
+        object["edgeAfter"] = ToJson(*difference.EdgeAfter);
+    return object;
+}
+
 DocumentProperty ReadProperty(const JsonCursor& object)
 {
     DocumentProperty property;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mox/check/MaterialDiff.h"
 #include "mox/document/MaterialDocument.h"
 #include "mox/host/Problem.h"
 #include "mox/json/JsonCursor.h"
@@ -30,6 +31,9 @@ Json ToJson(const Problem& problem);
 
 /// Problems as an array, in their order.
 Json ToJson(const std::vector<Problem>& problems);
+
+/// What a difference is of, and its text.
+Json ToJson(const MaterialDifference& difference);
 
 /// Adds what is known of a place to an object.
 void AddPlace(const Place& place, Json& object);

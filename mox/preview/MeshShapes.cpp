@@ -128,7 +128,7 @@ Mesh FindMesh(const std::string& nameOrFile, const FileDecoder& files)
                         "is neither sphere, plane nor cube, nor an .obj, .gltf or .glb file");
     }
     Mesh mesh = files.ReadMesh(nameOrFile);
-    mesh.ViewFrom = {0.5f, 0.4f, 1.0f};
+    mesh.ViewFrom = meshFileView;
     return mesh;
 }
 

@@ -21,6 +21,9 @@ Mesh MakePlane();
 /// A cube from -1 to 1 with the whole image on each side.
 Mesh MakeCube();
 
+/// From where a mesh that comes from a file is looked at.
+constexpr glm::vec3 meshFileView{0.5f, 0.4f, 1.0f};
+
 /// A built-in mesh by its name, "sphere", "plane" or "cube"; nothing if it is none of these.
 std::optional<Mesh> FindShape(const std::string& name);
 

@@ -1,6 +1,7 @@
 #include "mox/server/EditorHub.h"
 
-#include <exception>
+#include "mox/host/HostError.h"
+
 #include <string>
 #include <utility>
 
@@ -21,14 +22,19 @@ void EditorHub::Remove(std::size_t number)
     _pages.erase(number);
 }
 
-bool EditorHub::Handle(std::size_t number, std::string_view message, std::string_view bytes)
+bool EditorHub::Handle(std::size_t number, std::string_view message, std::string_view bytes,
+                       bool mayWait)
 {
     EditorAnswer answer = _session.Handle(number, message, bytes);
     if (!answer.Notice.empty())
         Notify(std::move(answer.Notice), number);
-    if (answer.Job) {
+    if (answer.Job && mayWait) {
         StartJob(number, std::move(*answer.Job));
         return true;
+    }
+    if (answer.Job) {
+        const HostError reason({}, "too many requests of this page have no answer yet");
+        answer.Reply = answer.Job->Refuse(reason).Text;
     }
     _pages.at(number)->Send(
         std::make_shared<const MessageFrame>(MakeFrame(std::move(answer.Reply))));
@@ -60,12 +66,8 @@ void EditorHub::Notify(std::string notice, std::size_t except)
 void EditorHub::StartJob(std::size_t number, EditorJob job)
 {
     _jobs.Add([this, number, job = std::move(job)] {
-        try {
-            auto reply = std::make_shared<EditorReply>(job.Run());
-            _executor([this, number, reply] { Finish(number, std::move(*reply)); });
-        } catch (...) { // to the caller of the server
-            _executor([error = std::current_exception()] { std::rethrow_exception(error); });
-        }
+        auto reply = std::make_shared<EditorReply>(job.Run());
+        _executor([this, number, reply] { Finish(number, std::move(*reply)); });
     });
 }
 

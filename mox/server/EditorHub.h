@@ -46,8 +46,10 @@ public:
 
     /// @param number of a page that was added and not removed
     /// @param bytes sent along with the message
+    /// @param mayWait whether a job of the page may be added to those that wait; if not, it is
+    ///        refused
     /// @returns whether the answer comes later, from a job
-    bool Handle(std::size_t number, std::string_view message, std::string_view bytes);
+    bool Handle(std::size_t number, std::string_view message, std::string_view bytes, bool mayWait);
 
     /// Notifies the pages if the content of the file has changed since the last call.
     void LookAtFile();

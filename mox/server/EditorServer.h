@@ -30,7 +30,7 @@ struct ServerSettings
     std::size_t TextBytes = 8U << 20U;    ///< of a message
     std::size_t BinaryBytes = 65U << 20U; ///< of a message with its bytes
     std::size_t UnreadBytes = 64U << 20U; ///< unsent to a page when its next answer is ready
-    std::size_t JobCount = 64;            ///< of one page that have no answer yet
+    std::size_t JobCount = 64; ///< of one page that have no answer yet; others are refused
     std::size_t PageCount = 4;
     std::size_t ConnectionCount = 32;
 };

@@ -58,9 +58,7 @@ void PageSocket::Begin()
 
 void PageSocket::Read()
 {
-    _isReading = true;
     _stream.async_read(_buffer, [self = shared_from_this()](beast::error_code error, std::size_t) {
-        self->_isReading = false;
         if (error) {
             self->Leave(error == websocket::error::closed && IsGoodbye(self->_stream.reason()));
             return;
@@ -77,7 +75,7 @@ void PageSocket::Receive()
     Handle({static_cast<const char*>(data.data()), data.size()});
     _buffer.consume(data.size());
     _buffer.shrink_to_fit();
-    if (!_isClosing && _jobCount < _parts.Settings.JobCount)
+    if (!_isClosing)
         Read();
 }
 
@@ -97,7 +95,8 @@ void PageSocket::Handle(std::string_view content)
         Close({websocket::close_code::too_big, "the message is too large"});
         return;
     }
-    if (_parts.Hub.Handle(_number, parts.Json, parts.Bytes))
+    const bool mayWait = _jobCount < _parts.Settings.JobCount;
+    if (_parts.Hub.Handle(_number, parts.Json, parts.Bytes, mayWait))
         ++_jobCount;
 }
 
@@ -118,8 +117,6 @@ void PageSocket::FinishJob(std::shared_ptr<const MessageFrame> frame)
 {
     --_jobCount;
     Send(std::move(frame));
-    if (!_isReading && !_isClosing)
-        Read();
 }
 
 void PageSocket::End()

@@ -42,7 +42,6 @@ private:
     std::size_t _unreadBytes = 0;                            ///< of these
     std::size_t _jobCount = 0;
     std::size_t _number = 0; ///< of the page; 0 if it is not in the hub
-    bool _isReading = false;
     bool _isClosing = false;
 };
 

@@ -132,6 +132,28 @@ TEST_F(MeshReading, FindsTheBuffersOfGltf)
     EXPECT_EQ(Read("c.gltf", MakeGlb()).Indices.size(), 3u);
 }
 
+TEST_F(MeshReading, ReadsBytesThatNameNoOtherFile)
+{
+    const FileDecoder files(_settings);
+    EXPECT_EQ(files.ReadMesh("c.glb", MakeGlb()).Positions.size(), 3u);
+    EXPECT_EQ(files.ReadMesh("b.gltf", MakeGltf(triangleUri)).Name, "b.gltf");
+    const auto failure = [&](const std::string& name, const std::string& bytes) -> std::string {
+        try {
+            files.ReadMesh(name, bytes);
+            return {};
+        } catch (const HostError& error) {
+            return error.Message;
+        }
+    };
+    EXPECT_EQ(failure("a.gltf", MakeGltf("a.bin")),
+              "cannot be read: the buffer \"a.bin\" is a file of its own, which cannot be reached "
+              "from here; a .glb file holds everything");
+    EXPECT_NE(failure("a.obj", "nothing"), "");
+    EXPECT_EQ(failure("/etc/passwd", "v"),
+              "\"/etc/passwd\" is not the name of a mesh: expected a file that ends in .obj, .gltf "
+              "or .glb");
+}
+
 TEST_F(MeshReading, SaysWhyItIsNone)
 {
     _folder.Write("short.bin", "1234");

@@ -10,8 +10,10 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <functional>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -214,6 +216,33 @@ TEST(EditorSession, HasOneLockAndOneJournalForAllNamesOfADocument)
             {"do": "addNode", "id": "a", "type": "CoreUv", "version": 0}]})");
     }
     EXPECT_TRUE(EditorSession(file, TestEditorServices()).Document().Waiting());
+}
+
+/// Only the administrator can give a file to another user.
+TEST(EditorSession, LeavesTheLockFileOfAnotherUser)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "needs to be the administrator";
+    constexpr uid_t other = 65533;
+    const TemporaryFolder folder;
+    const auto file = folder.Write("m.xml", oneNode);
+    const auto lock = folder.Write(".m.xml.mox-lock", "123");
+    ASSERT_EQ(chown(lock.c_str(), other, other), 0);
+    const auto refusal = [&]() -> std::string {
+        try {
+            const EditorSession session(file, TestEditorServices());
+            return {};
+        } catch (const HostError& error) {
+            return error.Message;
+        }
+    };
+    EXPECT_EQ(refusal(), "cannot be edited, as the file .m.xml.mox-lock beside it belongs to the "
+                         "user 65533: if nobody edits the document, have it removed");
+    const int held = open(lock.c_str(), O_RDONLY);
+    ASSERT_EQ(flock(held, LOCK_EX), 0);
+    EXPECT_EQ(refusal(), "is being edited by process 123 of the user 65533 already");
+    close(held);
+    EXPECT_EQ(folder.Read(".m.xml.mox-lock"), "123");
 }
 
 TEST(EditorSession, KeepsTheDocumentWhenItsFileIsNoDocumentAnyMore)

@@ -4,6 +4,10 @@
 #include "tests/support/BuildTree.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+
 using namespace Mox::Host;
 
 namespace {
@@ -15,6 +19,10 @@ public:
     {
         if (request.Mesh != "sphere")
             throw HostError({}, "there is no such mesh");
+        if (request.Node == "slow")
+            std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        if (request.Node == "faulty")
+            throw std::logic_error("a fault");
         return {request.Width, request.Height,
                 std::vector<std::uint8_t>(std::size_t(4) * request.Width * request.Height, 128)};
     }
@@ -24,6 +32,13 @@ public:
         if (tag != "grey")
             throw HostError({}, "there is no such texture");
         return {"unorm8", {{2, 1}, {1, 1}}, std::vector<std::uint8_t>(12, 128)};
+    }
+
+    LoadedMesh ReadMesh(const std::string& name, std::string_view bytes) override
+    {
+        if (bytes != "triangle")
+            throw HostError({}, "this is no triangle");
+        return {name, 3, 3, {{"position", 3}}, {0, 0, 1}, std::vector<std::uint8_t>(48, 7)};
     }
 };
 

@@ -9,7 +9,8 @@
 #include <string>
 
 /// The plug-ins and the environment of the build tree, Cg as the only target, and a painter that
-/// paints every pixel in one colour, also that of the only texture, "grey".
+/// paints every pixel in one colour, also that of the only texture, "grey". The node "slow" takes
+/// 200 milliseconds, and "faulty" has a fault.
 const Mox::Host::EditorServices& TestEditorServices();
 
 /// The text of a document as another process would restore it if the one that edits it were killed

@@ -4,7 +4,8 @@
 // one that started it.
 //
 // Usage: mox-decode image|obj|gltf TEXELS BYTES SECONDS, with the limits of
-// mox/decode/DecodeLimits.h. For gltf, descriptor 3 is the folder in which a file may name others.
+// mox/decode/DecodeLimits.h. For gltf, descriptor 3 is the folder in which a file may name others;
+// it is not open if the file may name none.
 
 #include "mox/decode/DecodeError.h"
 #include "mox/decode/DecodedStream.h"
@@ -111,6 +112,11 @@ std::vector<std::byte> ReadBuffer(const std::string& name, const DecodeLimits& l
     if (path.is_absolute() || std::ranges::count(path, "..") > 0)
         throw DecodeError("the buffer \"" + name + "\" lies outside the folder of the file");
     const int descriptor = openat(folderDescriptor, name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0 && errno == EBADF) { // whoever started the program gave it no folder
+        throw DecodeError("the buffer \"" + name +
+                          "\" is a file of its own, which cannot be reached from here; a .glb file "
+                          "holds everything");
+    }
     if (descriptor < 0) {
         throw DecodeError("the buffer \"" + name +
                           "\" cannot be read: " + std::generic_category().message(errno));

@@ -10,6 +10,7 @@
 #ifdef MOX_HAS_PREVIEW
 #include "DecodeOptions.h"
 #include "EditorPainter.h"
+#include "mox/preview/MeshShapes.h"
 #endif
 
 #include <iostream>
@@ -27,6 +28,7 @@ edited next.
 
 Examples:
   mox edit rim.xml
+  mox edit rim.xml --mesh house.glb
   mox edit new.xml --no-browser --port 8080
 )";
 
@@ -37,7 +39,8 @@ struct EditOptions
     bool HasBrowser = true;
     std::string Environment;
 #ifdef MOX_HAS_PREVIEW
-    Host::DecodeSettings Textures;
+    std::string Mesh;
+    Host::DecodeSettings Files;
 #endif
 };
 
@@ -64,7 +67,11 @@ int Serve(const EditOptions& options, const CommonOptions& common)
     services.Formats = MakeAllFormats();
     services.Proof = MakeTargetCheck();
 #ifdef MOX_HAS_PREVIEW
-    services.Pictures = std::make_shared<EditorPainter>(plugins, environment, options.Textures);
+    services.Pictures = std::make_shared<EditorPainter>(plugins, environment, options.Files);
+    if (!options.Mesh.empty()) {
+        services.Mesh = std::make_shared<const Host::LoadedMesh>(
+            PackMesh(Host::FindMesh(options.Mesh, Host::FileDecoder(options.Files))));
+    }
 #endif
     Host::EditorSession session(options.File, services);
     Host::ServerSettings settings;
@@ -114,7 +121,12 @@ void AddEditCommand(CLI::App& program, const CommonOptions& common)
         "--no-browser", [options] { options->HasBrowser = false; }, "Only print the address");
     AddEnvironmentOption(*command, options->Environment);
 #ifdef MOX_HAS_PREVIEW
-    AddDecodeOptions(*command, options->Textures.Limits);
+    command
+        ->add_option("--mesh", options->Mesh,
+                     "What to show the material on: sphere, plane, cube or a mesh file, which "
+                     "ends in .obj, .gltf or .glb")
+        ->type_name("MESH");
+    AddDecodeOptions(*command, options->Files.Limits);
 #endif
     command->footer(editFooter);
     command->callback([options, &common] { Edit(*options, common); });

@@ -9,6 +9,7 @@
 #include "mox/preview/PreviewBindings.h"
 #include "mox/preview/TextureLoader.h"
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <glm/gtc/packing.hpp>
@@ -55,11 +56,35 @@ void Append(const Host::TextureImage& image, std::vector<std::uint8_t>& bytes)
     }
 }
 
+Host::DecodeSettings LimitMeshes(Host::DecodeSettings settings)
+{
+    constexpr std::uint64_t mostBytes = 64U << 20U;
+    settings.Limits.Bytes = std::min(settings.Limits.Bytes, mostBytes);
+    return settings;
+}
+
+template <class Value>
+void AppendValues(const std::vector<Value>& values, std::vector<std::uint8_t>& bytes)
+{
+    const auto* begin = reinterpret_cast<const std::uint8_t*>(values.data());
+    bytes.insert(bytes.end(), begin, begin + values.size() * sizeof(Value));
+}
+
+template <class Vector>
+void AddStream(const char* name, const std::vector<Vector>& values, Host::LoadedMesh& mesh)
+{
+    if (values.empty())
+        return;
+    mesh.Streams.push_back({name, static_cast<std::uint32_t>(Vector::length())});
+    AppendValues(values, mesh.Bytes);
+}
+
 } // namespace
 
 EditorPainter::EditorPainter(const Host::PluginSet& plugins, Host::Environment environment,
                              Host::DecodeSettings settings)
-    : _plugins(plugins), _environment(std::move(environment)), _files(std::move(settings))
+    : _plugins(plugins), _environment(std::move(environment)), _files(settings),
+      _meshes(LimitMeshes(settings))
 {}
 
 Host::Picture EditorPainter::Draw(const Host::MaterialDocument& document,
@@ -97,6 +122,32 @@ Host::LoadedTexture EditorPainter::Load(const Host::MaterialDocument& document,
         Append(level, texture.Bytes);
     }
     return texture;
+}
+
+Host::LoadedMesh EditorPainter::ReadMesh(const std::string& name, std::string_view bytes)
+{
+    Host::Mesh mesh = _meshes.ReadMesh(name, bytes);
+    mesh.ViewFrom = Host::meshFileView;
+    return PackMesh(mesh);
+}
+
+Host::LoadedMesh PackMesh(const Host::Mesh& mesh)
+{
+    Host::LoadedMesh packed;
+    packed.Name = mesh.Name;
+    packed.VertexCount = mesh.Positions.size();
+    packed.IndexCount = mesh.Indices.size();
+    AddStream("position", mesh.Positions, packed);
+    AddStream("normal", mesh.Normals, packed);
+    AddStream("tangent", mesh.Tangents, packed);
+    AddStream("binormal", mesh.Binormals, packed);
+    for (const auto& set : mesh.UvSets)
+        AddStream("uv", set, packed);
+    for (const auto& set : mesh.ColourSets)
+        AddStream("colour", set, packed);
+    AppendValues(mesh.Indices, packed.Bytes);
+    std::copy_n(&mesh.ViewFrom.x, 3, packed.ViewFrom);
+    return packed;
 }
 
 std::vector<Host::TextureImage> EditorPainter::LoadLevels(const Host::MaterialDocument& document,

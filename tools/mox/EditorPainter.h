@@ -27,6 +27,9 @@ public:
     Host::LoadedTexture Load(const Host::MaterialDocument& document, const std::string& tag,
                              Host::ProblemList& problems) override;
 
+    /// The answer to a page is bounded, so a mesh may take less than with other commands.
+    Host::LoadedMesh ReadMesh(const std::string& name, std::string_view bytes) override;
+
 private:
     std::vector<Host::TextureImage> LoadLevels(const Host::MaterialDocument& document,
                                                const std::string& tag, Host::ProblemList& problems);
@@ -34,8 +37,12 @@ private:
     const Host::PluginSet& _plugins;
     Host::Environment _environment;
     Host::FileDecoder _files;
+    const Host::FileDecoder _meshes;
     std::unique_ptr<const Host::MaterialPreview> _preview; ///< once a picture was requested
     std::vector<Host::TextureImage> _studio;               ///< likewise
 };
+
+/// A mesh in the form that pages receive.
+Host::LoadedMesh PackMesh(const Host::Mesh& mesh);
 
 } // namespace Mox::Tool
