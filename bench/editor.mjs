@@ -1,6 +1,9 @@
 // Measures the editor in Debian's Chromium, without a graphics card. Times are medians in milliseconds. Of opening:
 // `shown` is when the first frame of the graph was on the screen, `pageTime` and `serverTime` are the processor times that
-// the page's process and the server had used by then.
+// the page's process and the server had used by then. `structure` is the time from an edit of the structure to the new
+// picture, `value` that from a new value of a parameter, and `frame` that of the picture alone, all of 256 by 256 pixels
+// and until its pixels can be read. `far` and `near` are frames of panning with all nodes in view and at zoom 1, `drag`
+// those of moving a node at zoom 1. Then come the bars, each with what it is compared with.
 // Usage: node bench/editor.mjs MOX [DIST], with DIST the folder of a page other than the one in MOX; the page's
 // packages must be installed (npm ci in editor/)
 
@@ -99,10 +102,19 @@ async function withPage(count, work) {
                 }
                 return window.bench.median(times);
             },
-            async until(isDone) {
+            /** From an action to the moment at which the pixels that show it can be read. */
+            async picture(action, isShown = () => true) {
                 const before = performance.now();
-                while (!isDone()) await frame();
+                action();
+                while (!isShown() || !window.moxPicture.isReady()) await frame();
+                const gl = document.querySelector('#surface canvas').getContext('webgl2');
+                gl.readPixels(0, 0, 1, 1, gl.RGBA, gl.UNSIGNED_BYTE, new Uint8Array(4));
                 return performance.now() - before;
+            },
+            async pictures(count, action) {
+                const times = [];
+                for (let i = 0; i < count; ++i) times.push(await window.bench.picture(() => action(i)));
+                return window.bench.median(times);
             },
         };
     });
@@ -141,33 +153,19 @@ async function edit(page) {
         const { renderer } = window.moxPicture;
         const structure = [];
         for (let i = 0; i < 15; ++i) {
+            const value = i % 2 ? 'Addition' : 'Multiply';
             const count = renderer.compileCount;
-            editor.setProperties([
-                {
-                    node: 'n0',
-                    name: 'Function',
-                    kind: 'enum',
-                    value: i % 2 ? 'Addition' : 'Multiply',
-                },
-            ]);
-            structure.push(await window.bench.until(() => renderer.compileCount > count));
+            const change = () =>
+                editor.setProperties([{ node: 'n0', name: 'Function', kind: 'enum', value }]);
+            structure.push(await window.bench.picture(change, () => renderer.compileCount > count));
         }
         const count = renderer.compileCount;
-        const value = await window.bench.frames(30, (i) => {
+        const value = await window.bench.pictures(30, (i) => {
             const text = `${(i % 10) / 10} 0.5 0.5`;
-            editor.setProperties(
-                [
-                    {
-                        node: 'tint',
-                        name: 'Default Colour',
-                        kind: 'colour',
-                        value: text,
-                    },
-                ],
-                'bench',
-            );
+            const colour = { node: 'tint', name: 'Default Colour', kind: 'colour', value: text };
+            editor.setProperties([colour], 'bench');
         });
-        const frame = await window.bench.frames(30, () => window.moxPicture.drawSoon());
+        const frame = await window.bench.pictures(30, () => window.moxPicture.drawSoon());
         await new Promise((resolve) => setTimeout(resolve, 1500));
         return {
             structure: window.bench.median(structure),
@@ -180,7 +178,23 @@ async function edit(page) {
 
 const round = (result) =>
     Object.fromEntries(Object.entries(result).map(([name, value]) => [name, Math.round(10 * value) / 10]));
-console.log('30 nodes', round(await withPage(30, edit)));
-for (const count of [500, 2000, 10000]) console.log(`${count} nodes`, round(await withPage(count, view)));
+const edits = await withPage(30, edit);
+console.log('30 nodes', round(edits));
+const views = {};
+for (const count of [500, 2000, 10000]) {
+    views[count] = await withPage(count, view);
+    console.log(`${count} nodes`, round(views[count]));
+}
+const bars = [
+    ['structural edit to picture, 30 nodes', edits.structure, 100],
+    ['value to picture, in frames of the picture', edits.value / edits.frame, 1.5],
+    ['programs compiled for values', edits.compiled, 0],
+    ['2,000 nodes open to the first frame', views[2000].shown, 1000],
+    ['panning at zoom 1, 500 nodes', views[500].near, 16.7],
+    ['dragging at zoom 1, 500 nodes', views[500].drag, 16.7],
+    ['panning at zoom 1, 10,000 nodes', views[10000].near, 33],
+    ['dragging at zoom 1, 10,000 nodes', views[10000].drag, 33],
+];
+console.table(bars.map(([what, measured, bar]) => ({ what, measured: measured.toFixed(1), bar })));
 await browser.close();
 rmSync(folder, { recursive: true });

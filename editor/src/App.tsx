@@ -23,7 +23,9 @@ function isTyping(target: EventTarget | null): boolean {
     return target instanceof Element && target.closest('input, textarea, select, .cm-editor') !== null;
 }
 
-const firstField = '#inspector input, #inspector select, #inspector textarea';
+const firstField = ['input', 'select', 'textarea']
+    .map((field) => `#inspector .row:not(.id) ${field}:enabled`)
+    .join();
 
 /** Goes to the text of what has just been added. */
 function editText(): void {
@@ -151,6 +153,7 @@ export function App() {
             l: () => editor.layOut(),
             p: () => pinSelected(editor),
             t: () => editor.toggleThumbnails(),
+            d: () => editor.toggleComparison(),
             enter: () => document.querySelector<HTMLElement>(firstField)?.focus(),
             escape: () => editor.select([]),
             '?': () => setDialog('keys'),

@@ -113,8 +113,8 @@ const brickNodes = [
         'paint',
         [
             ['Name', 'paintTexture'],
-            ['Description', 'The painted colours.'],
             ['Basic Colour', true],
+            ['Description', 'The painted colours.'],
         ],
     ],
     [
@@ -130,10 +130,10 @@ const brickNodes = [
         'tint',
         [
             ['Name', 'tint'],
-            ['Description', 'Multiplies the painted colours.'],
             ['Default Colour, red', '1'],
             ['Default Colour, green', '0.9'],
             ['Default Colour, blue', '0.8'],
+            ['Description', 'Multiplies the painted colours.'],
         ],
     ],
     ['maths', 'tinted', []],
@@ -280,7 +280,7 @@ test('the same is built by keyboard alone', async () => {
     await connect('uv', 'uv set');
     for (const [id, newId, values] of brickNodes) {
         await find(id);
-        await keys('Enter');
+        await keys('Enter', 'Shift+Tab');
         await enter('id', newId);
         for (const [label, value] of values) await enter(label, value);
         await keys('Escape');
@@ -600,6 +600,45 @@ test('a file that changes on disk is shown with its difference', async () => {
     await page.context().close();
 });
 
+test('the graph shows what differs from the file', async () => {
+    const { file, page } = await prepare('tinted_texture');
+    await page.evaluate(() => {
+        window.moxEditor.selectIds(['paint']);
+        document.getElementById('canvas').focus();
+    });
+    await page.keyboard.press('d');
+    const tab = (name) => page.getByRole('tab', { name });
+    await tab('0 differences').waitFor();
+    await change(page, () => page.keyboard.press('Shift+ArrowLeft'));
+    await tab('1 difference').waitFor();
+    assert.equal(await page.locator('.badge.mark').count(), 0, 'a move is no mark');
+    await change(page, () => page.keyboard.press('Delete'));
+    await page.evaluate(() => window.moxEditor.selectIds(['tint']));
+    await change(page, async () => {
+        await page.getByLabel('Default Colour, red').fill('0.5');
+        await page.keyboard.press('Enter');
+    });
+    await page.locator('.card.changed[aria-label$="node tint"] .badge.mark').waitFor();
+    await page.locator('#inspector .difference', { hasText: '"Default Colour" changed' }).waitFor();
+    const { removedNodes, removedEdges } = await page.evaluate(() => window.moxEditor.get().comparison);
+    assert.deepEqual(
+        [removedNodes.map(({ record }) => record.id), removedEdges.map(({ tail }) => tail).sort()],
+        [['paint'], ['paint', 'uv']],
+    );
+    await tab('4 differences').click();
+    await page.getByRole('button', { name: 'changed node "tint"' }).waitFor();
+    // The file changes too: what it has now is the other side.
+    writeFileSync(file, readFileSync(file, 'utf8').replace('1 0.9 0.8', '0.5 0.9 0.8'));
+    await page.getByRole('alert').waitFor();
+    await tab('3 differences').waitFor();
+    await page.getByRole('button', { name: 'Replace the file' }).click();
+    await tab('0 differences').waitFor();
+    await page.getByRole('button', { name: 'Compare' }).click();
+    assert.equal(await tab('0 differences').count(), 0);
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
 test('a server that dies loses nothing that it confirmed', async () => {
     const { file, server, page } = await prepare('rim_light');
     await page.evaluate(() => {
@@ -665,6 +704,72 @@ test('the surface agrees with the preview', async () => {
         await page.context().close();
     }
     assert.deepEqual(apart, []);
+});
+
+/** Drops a file onto the surface. */
+async function dropMesh(page, name, bytes) {
+    const transfer = await page.evaluateHandle(
+        ([fileName, text]) => {
+            const dropped = new DataTransfer();
+            const content = Uint8Array.from(atob(text), (letter) => letter.charCodeAt(0));
+            dropped.items.add(new File([content], fileName));
+            return dropped;
+        },
+        [name, Buffer.from(bytes).toString('base64')],
+    );
+    await page.dispatchEvent('#surface', 'drop', { dataTransfer: transfer });
+}
+
+/** How far the surface and a picture file are apart, of 255. */
+const distanceTo = (page, png) =>
+    page.evaluate(async (data) => {
+        const image = new Image();
+        image.src = `data:image/png;base64,${data}`;
+        await image.decode();
+        const side = image.width;
+        const [have, want] = [document.querySelector('#surface canvas'), image].map((from) => {
+            const context = new OffscreenCanvas(side, side).getContext('2d');
+            context.drawImage(from, 0, 0);
+            return context.getImageData(0, 0, side, side).data;
+        });
+        return have.reduce((sum, value, i) => sum + Math.abs(value - want[i]), 0) / have.length;
+    }, readFileSync(png).toString('base64'));
+
+test('a mesh that is dropped onto the surface carries the material as in the preview', async () => {
+    const mesh = new URL('../../tests/preview/square.obj', import.meta.url).pathname;
+    cpSync(`${examples}textures`, `${folder}/textures`, { recursive: true });
+    const { file, page } = await prepare('tinted_texture');
+    await drive.settle(page);
+    const shown = page.getByLabel('Mesh', { exact: true });
+    await dropMesh(page, 'square.obj', readFileSync(mesh));
+    await until(page, () => document.querySelector('[aria-label="Mesh"]').value === 'square.obj');
+    await page.waitForTimeout(200);
+    execFileSync(mox, ['preview', file, '-o', `${folder}/square.png`, '--mesh', mesh, '--size', '256']);
+    const apart = await distanceTo(page, `${folder}/square.png`);
+    assert.ok(apart < 1, `${apart}`);
+
+    const failure = page.locator('#surface .problem.error');
+    const reasons = [
+        ['bad.obj', 'no mesh', /bad\.obj.*cannot be read/],
+        ['bad.ply', 'ply', /expected a file that ends in \.obj, \.gltf or \.glb/],
+        ['bad.obj', '', /empty/],
+    ];
+    for (const [name, text, reason] of reasons) {
+        await dropMesh(page, name, text);
+        await failure.getByText(reason).waitFor();
+    }
+    assert.equal(await shown.inputValue(), 'square.obj', 'the mesh stays');
+    await page.setInputFiles('[aria-label="Mesh file"]', {
+        name: 'bare.obj',
+        mimeType: 'text/plain',
+        buffer: Buffer.from('v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n'),
+    });
+    await page.locator('#surface .problem.warning', { hasText: 'has no texture coordinates' }).waitFor();
+    assert.equal(await failure.count(), 0);
+    await shown.selectOption('sphere');
+    await until(page, () => document.querySelectorAll('#surface .problem').length === 0);
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
 });
 
 test('a lost plug-in leaves a thousand nodes, which keep what they had', async () => {

@@ -102,7 +102,7 @@ test('a node is added where its placement says', () => {
                 };
                 return `${edge.do} ${edge.tail}.${edge.tailPort} ${edge.head}.${edge.headPort}`;
             });
-    const free = addNode(graph, types[3]!, at, { kind: 'free' });
+    const free = addNode(graph, { type: types[3]! }, at, { kind: 'free' });
     assert.equal(free.id, 'maths2');
     assert.deepEqual(free.steps[0], {
         do: 'addNode',
@@ -114,16 +114,16 @@ test('a node is added where its placement says', () => {
             { name: 'PositionY', kind: 'float', value: '20' },
         ],
     });
-    const behind = addNode(graph, types[3]!, at, { kind: 'behind', node: 'texture' });
+    const behind = addNode(graph, { type: types[3]! }, at, { kind: 'behind', node: 'texture' });
     assert.deepEqual(edgesOf(behind.steps), ['addEdge texture.colour maths2.a']);
     const edge = { tail: 'texture', tailPort: 'colour', head: 'maths', headPort: 'a' };
-    assert.deepEqual(edgesOf(addNode(graph, types[3]!, at, { kind: 'into', edge }).steps), [
+    assert.deepEqual(edgesOf(addNode(graph, { type: types[3]! }, at, { kind: 'into', edge }).steps), [
         'removeEdge texture.colour maths.a',
         'addEdge texture.colour maths2.a',
         'addEdge maths2.value maths.a',
     ]);
     const input = { node: 'texture', port: 'in', side: 'input', components: 2 } as const;
-    assert.deepEqual(edgesOf(addNode(graph, types[1]!, at, { kind: 'at', port: input }).steps), [
+    assert.deepEqual(edgesOf(addNode(graph, { type: types[1]! }, at, { kind: 'at', port: input }).steps), [
         'removeEdge uv.read texture.in',
         'addEdge grey2.read texture.in',
     ]);
@@ -132,11 +132,32 @@ test('a node is added where its placement says', () => {
 test('menus offer what fits', () => {
     const names = (side: 'input' | 'output', components: number) =>
         typesFor({ kind: 'at', port: { node: 'x', port: 'y', side, components } }, catalogue).map(
-            (t) => t.type,
+            (choice) => choice.type.type,
         );
     assert.deepEqual(names('output', 2), ['texture', 'maths']);
     assert.deepEqual(names('output', 1), ['texture', 'maths', 'end']);
     assert.deepEqual(names('input', 3), ['grey', 'texture', 'maths']);
+    const sort = {
+        ...type('sort', [['in', 1]], [['out', 1]]),
+        variants: [{ property: 'Function', value: 'Mix', inputs: type('', [['in', 3]], []).inputs }],
+        properties: [
+            {
+                name: 'Function',
+                kind: 'enum',
+                default: 'Add',
+                help: '',
+                visible: true,
+                editable: true,
+                choices: ['Add', 'Mix'],
+            },
+        ],
+    };
+    const port = { node: 'x', port: 'y', side: 'output', components: 3 } as const;
+    const [mix, ...others] = typesFor({ kind: 'at', port }, new Map([['sort', sort]]));
+    assert.deepEqual([mix!.setting?.value, others], ['Mix', []], 'no other takes three components');
+    const added = addNode(graph, mix!, { x: 0, y: 0 }, { kind: 'at', port });
+    assert.equal(added.id, 'mix');
+    assert.deepEqual((added.steps[0] as { properties: object[] }).properties[0], mix!.setting);
     const ports = type('many', [['one', 1], ['any'], ['three', 3]], []).inputs;
     assert.equal(fittingPort(ports, 3, 'input')?.name, 'three');
     assert.equal(fittingPort(ports, 2, 'input')?.name, 'any');

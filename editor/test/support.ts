@@ -27,7 +27,14 @@ export function documentOf(nodes: NodeState[], edges: string[]): DocumentState {
         const [tail, tailPort, head, headPort] = text.split(/[. ]/) as [string, string, string, string];
         return { number: ++lastNumber, record: { tail, tailPort, head, headPort } };
     });
-    return documentFrom({ nodes, edges: edgeStates, annotations: [], description: {}, renderState: {}, bindings: [] });
+    return documentFrom({
+        nodes,
+        edges: edgeStates,
+        annotations: [],
+        description: {},
+        renderState: {},
+        bindings: [],
+    });
 }
 
 export function type(name: string, inputs: [string, number?][], outputs: [string, number?][]): CatalogueType {

@@ -1,7 +1,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { orbitOf, placeCamera, turn } from '../src/surface/camera.ts';
-import { applyModifiers, meshMakers, streamOf } from '../src/surface/meshes.ts';
+import { measure, orbitOf, placeCamera, turn } from '../src/surface/camera.ts';
+import { applyModifiers, meshFrom, meshMakers, streamOf, type Mesh } from '../src/surface/meshes.ts';
 import { fillBlock, readType, type Block } from '../src/surface/uniforms.ts';
 
 test('uniforms lie where the reflection says', () => {
@@ -45,26 +45,59 @@ test('uniforms lie where the reflection says', () => {
 test('meshes have whole streams and face outwards', () => {
     for (const [name, make] of Object.entries(meshMakers)) {
         const mesh = make();
-        const count = mesh.positions.length / 3;
+        const positions = [...streamOf(mesh, 'position')!.values];
+        const normals = [...streamOf(mesh, 'normal')!.values];
+        const count = positions.length / 3;
         for (const type of ['position', 'normal', 'tangent', 'binormal', 'uv', 'colour']) {
             const stream = streamOf(mesh, type)!;
             assert.equal(stream.values.length / stream.components, count, `${name} ${type}`);
         }
-        assert.ok(count <= 65536 && Math.max(...mesh.indices) < count);
+        assert.equal(mesh.name, name);
+        assert.ok(mesh.indices.every((index) => index < count));
         const at = (list: number[], i: number) => [0, 1, 2].map((k) => list[3 * i + k]!);
         for (let i = 0; i < mesh.indices.length; i += 3 * 97) {
-            const [a, b, c] = [0, 1, 2].map((k) => at(mesh.positions, mesh.indices[i + k]!)) as number[][];
+            const [a, b, c] = [0, 1, 2].map((k) => at(positions, mesh.indices[i + k]!)) as number[][];
             const [p, q] = [b!, c!].map((corner) => corner.map((value, k) => value - a![k]!)) as number[][];
             const face = [
                 p![1]! * q![2]! - p![2]! * q![1]!,
                 p![2]! * q![0]! - p![0]! * q![2]!,
                 p![0]! * q![1]! - p![1]! * q![0]!,
             ];
-            const normal = at(mesh.normals, mesh.indices[i]!);
+            const normal = at(normals, mesh.indices[i]!);
             assert.ok(face.reduce((sum, value, k) => sum + value * normal[k]!, 0) >= -1e-9, name);
         }
     }
     assert.equal(streamOf(meshMakers.plane!(), 'blindData'), undefined);
+});
+
+test('a mesh of the server has the streams that it names, each set by its number', () => {
+    const described = {
+        name: 'a.obj',
+        vertices: 1,
+        indices: 3,
+        streams: [
+            { stream: 'position', components: 3 },
+            { stream: 'uv', components: 2 },
+            { stream: 'uv', components: 2 },
+        ],
+        viewFrom: [0, 0, 1] as [number, number, number],
+    };
+    const data = new Uint8Array(1 + 40);
+    data.set(new Uint8Array(new Float32Array([9, 8, 7, 1, 2, 3, 4]).buffer), 1);
+    const mesh = meshFrom(described, data.subarray(1)); // at an odd place, as in messages
+    const uv = (name: string) => [...streamOf(mesh, 'uv', name)!.values];
+    assert.deepEqual(
+        [uv('uv0'), uv('map1'), uv('uv7'), uv('')],
+        [
+            [1, 2],
+            [3, 4],
+            [1, 2],
+            [1, 2],
+        ],
+    );
+    assert.deepEqual([mesh.indices.length, streamOf(mesh, 'normal')], [3, undefined]);
+    const far: Mesh = { ...meshMakers.cube!(), streams: mesh.streams };
+    assert.deepEqual(measure(far, 1).middle, [9, 8, 7], 'the camera looks at the middle');
 });
 
 test('modifiers change the components that they name', () => {
@@ -77,10 +110,11 @@ test('modifiers change the components that they name', () => {
 test('the mesh fills nine tenths of the first view, and no turn passes the poles', () => {
     for (const make of Object.values(meshMakers)) {
         const mesh = make();
-        const { viewProjection: m } = placeCamera(mesh, orbitOf(mesh), 1);
+        const positions = streamOf(mesh, 'position')!.values;
+        const { viewProjection: m } = placeCamera(measure(mesh, 1), orbitOf(mesh), 1);
         let farthest = 0;
-        for (let i = 0; i < mesh.positions.length; i += 3) {
-            const [x, y, z] = [mesh.positions[i]!, mesh.positions[i + 1]!, mesh.positions[i + 2]!];
+        for (let i = 0; i < positions.length; i += 3) {
+            const [x, y, z] = [positions[i]!, positions[i + 1]!, positions[i + 2]!];
             const row = (r: number) => m[r]! * x + m[4 + r]! * y + m[8 + r]! * z + m[12 + r]!;
             farthest = Math.max(farthest, Math.abs(row(0) / row(3)), Math.abs(row(1) / row(3)));
             assert.ok(Math.abs(row(2) / row(3)) <= 1);

@@ -22,6 +22,7 @@ import { Minimap } from './minimap.ts';
 import { NodeCard, type CardNode } from './NodeCard.tsx';
 import { annotationAt } from './annotationPainter.ts';
 import { boxOf, edgeAt, nodeAt, paint, pointAt, readColours } from './painter.ts';
+import { paintRemoved } from './removed.ts';
 
 /**
  * The graph. React Flow shows the nodes near the view and takes care of dragging and of new edges;
@@ -71,10 +72,11 @@ class CardCache {
             const isLit = lit.has(node.record.id);
             const text = own.map((problem) => problem.severity + problem.message).join();
             const thumbnail = snapshot.thumbnails?.get(node.record.id)?.picture ?? null;
-            const parts = [node, place.x, place.y, text, isSelected, pinned, isLit, thumbnail];
+            const mark = snapshot.comparison?.nodes.get(node.record.id) ?? null;
+            const parts = [node, place.x, place.y, text, isSelected, pinned, isLit, thumbnail, mark];
             const old = this.cards.get(node.number);
             const isSame = old && parts.every((part, i) => part === old.parts[i]);
-            const data = { node, problems: own, pinned, isLit, thumbnail };
+            const data = { node, problems: own, pinned, isLit, thumbnail, mark };
             next.set(node.number, isSame ? old : { card: makeCard(node, place, isSelected, data), parts });
         }
         this.cards = next;
@@ -189,6 +191,9 @@ export function Canvas({
             if (!canvas.current) return;
             colours.current ??= readColours(canvas.current);
             paint(canvas.current, editor, viewport.current, colours.current, viewport.current.zoom < farZoom);
+            const { comparison } = editor.get();
+            if (comparison)
+                paintRemoved(canvas.current, editor, comparison, viewport.current, colours.current.removed);
             const size = { width: canvas.current.clientWidth, height: canvas.current.clientHeight };
             minimap.current ??= new Minimap(map.current!);
             minimap.current.paint(editor, visibleBox(viewport.current, size, 0), colours.current.selected);

@@ -11,9 +11,13 @@ export type CardNode = Node<
         pinned: string | null;
         isLit: boolean;
         thumbnail: ImageData | null;
+        /** How it differs from the file on disk. */
+        mark: 'added' | 'changed' | null;
     },
     'card'
 >;
+
+const markWords = { added: 'not in the file', changed: 'other than in the file' };
 
 function rgb(colour: number[] | undefined): string {
     const [r, g, b] = (colour ?? [0.4, 0.4, 0.4]).map((value) => Math.round(255 * value));
@@ -88,12 +92,12 @@ function Thumbnail({ picture }: { picture: ImageData }) {
 
 /** A node near enough to read. */
 export const NodeCard = memo(function NodeCard({ data, selected }: NodeProps<CardNode>) {
-    const { node, problems, pinned, isLit, thumbnail } = data;
+    const { node, problems, pinned, isLit, thumbnail, mark } = data;
     const errors = problems.filter((problem) => problem.severity === 'error').length;
     const id = node.record.id;
     return (
         <div
-            className={`card ${selected ? 'selected' : ''} ${isLit ? 'lit' : ''} ${node.placeholder ? 'lost' : ''}`}
+            className={`card ${selected ? 'selected' : ''} ${isLit ? 'lit' : ''} ${node.placeholder ? 'lost' : ''} ${mark ?? ''}`}
             role="group"
             aria-label={`${titleOf(node)}, node ${id}`}
         >
@@ -105,6 +109,11 @@ export const NodeCard = memo(function NodeCard({ data, selected }: NodeProps<Car
                 <span className="card-title">{titleOf(node)}</span>
                 <span className="card-id">{node.placeholder ? `${id}, was ${node.record.type}` : id}</span>
             </div>
+            {mark && (
+                <span className="badge mark" role="img" aria-label={markWords[mark]} title={markWords[mark]}>
+                    {mark === 'added' ? '+' : '≠'}
+                </span>
+            )}
             {problems.length > 0 && (
                 <span
                     className={`badge ${errors > 0 ? 'error' : 'warning'}`}

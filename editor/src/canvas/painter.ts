@@ -3,6 +3,7 @@ import { nodeById, type Point } from '../model/document.ts';
 import type { EdgeState, NodeState } from '../model/messages.ts';
 import { shapeOf, titleOf } from '../model/shape.ts';
 import type { Editor, Snapshot } from '../model/store.ts';
+import { edgeKey } from '../model/comparison.ts';
 import { around, overlap, visibleBox, type Box, type Viewport } from '../model/viewport.ts';
 import { drawAnnotations, drawPoints } from './annotationPainter.ts';
 
@@ -14,6 +15,8 @@ export interface Colours {
     error: string;
     warning: string;
     text: string;
+    added: string;
+    removed: string;
 }
 
 export function readColours(element: Element): Colours {
@@ -25,6 +28,8 @@ export function readColours(element: Element): Colours {
         error: value('--error'),
         warning: value('--warning'),
         text: value('--text'),
+        added: value('--added'),
+        removed: value('--error'),
     };
 }
 
@@ -222,21 +227,24 @@ function drawEdges(
     view: Box,
     colours: Colours,
 ): void {
-    const { document, selection, selectedEdge } = editor.get();
+    const { document, selection, selectedEdge, comparison } = editor.get();
     const isCurved = viewport.zoom > 0.15;
-    const groups: Curve[][] = [...colours.types, colours.selected].map(() => []);
+    const strokes = [...colours.types, colours.added, colours.selected];
+    const groups: Curve[][] = strokes.map(() => []);
     const bright = groups.length - 1;
+    const added = bright - 1;
     for (const { curve, box, edge } of sceneOf(editor).curves) {
         if (!overlap(view, box)) continue;
         const touches = (id: string) => selection.has(document.numbers.get(id) ?? -1);
         const isBright =
             edge.number === selectedEdge ||
             (selection.size > 0 && (touches(edge.record.tail) || touches(edge.record.head)));
-        groups[isBright ? bright : curve.colour]!.push(curve);
+        const isNew = comparison?.newEdges.has(edgeKey(edge.record));
+        groups[isBright ? bright : isNew ? added : curve.colour]!.push(curve);
     }
     groups.forEach((curves, i) => {
-        context.lineWidth = Math.max(i === bright ? 3 : 2, 1 / viewport.zoom);
-        context.strokeStyle = i === bright ? colours.selected : colours.types[i]!;
+        context.lineWidth = Math.max(i >= added ? 3 : 2, 1 / viewport.zoom);
+        context.strokeStyle = strokes[i]!;
         for (let first = 0; first < curves.length; first += pathLength) {
             context.beginPath();
             for (const curve of curves.slice(first, first + pathLength)) addCurve(context, curve, isCurved);
@@ -261,7 +269,7 @@ function drawNodes(
     view: Box,
     colours: Colours,
 ): void {
-    const { selection, problems } = editor.get();
+    const { selection, problems, comparison } = editor.get();
     const severities = new Map<string, string>();
     for (const problem of problems)
         if (problem.node && severities.get(problem.node) !== 'error')
@@ -280,7 +288,9 @@ function drawNodes(
               ? colours.error
               : severity === 'warning'
                 ? colours.warning
-                : undefined;
+                : comparison?.nodes.has(node.record.id)
+                  ? colours.added
+                  : undefined;
         if (outline) {
             context.strokeStyle = outline;
             context.lineWidth = 3 / viewport.zoom;

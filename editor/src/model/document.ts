@@ -14,6 +14,8 @@ export interface DocumentState {
     /** Numbers of nodes by their ids. */
     numbers: ReadonlyMap<string, number>;
     bindings: readonly Binding[];
+    description: Readonly<Record<string, string>>;
+    renderState: Readonly<Record<string, string>>;
 }
 
 export const emptyDocument: DocumentState = {
@@ -22,6 +24,8 @@ export const emptyDocument: DocumentState = {
     annotations: new Map(),
     numbers: new Map(),
     bindings: [],
+    description: {},
+    renderState: {},
 };
 
 export function documentFrom(state: StateJson): DocumentState {
@@ -31,6 +35,8 @@ export function documentFrom(state: StateJson): DocumentState {
         annotations: new Map(state.annotations.map((annotation) => [annotation.number, annotation])),
         numbers: new Map(state.nodes.map((node) => [node.record.id, node.number])),
         bindings: state.bindings,
+        description: state.description,
+        renderState: state.renderState,
     };
 }
 
@@ -56,7 +62,12 @@ export function applyChanges(document: DocumentState, changes: ChangesJson): Doc
     const annotations = new Map(document.annotations);
     for (const number of changes.goneAnnotations ?? []) annotations.delete(number);
     for (const annotation of changes.annotations ?? []) annotations.set(annotation.number, annotation);
-    return { nodes, edges, annotations, numbers, bindings: changes.bindings ?? document.bindings };
+    const {
+        bindings = document.bindings,
+        description = document.description,
+        renderState = document.renderState,
+    } = changes;
+    return { nodes, edges, annotations, numbers, bindings, description, renderState };
 }
 
 export function nodeById(document: DocumentState, id: string): NodeState | undefined {

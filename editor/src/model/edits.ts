@@ -14,10 +14,17 @@ export type Placement =
     | { kind: 'into'; edge: EdgeRecord }
     | { kind: 'at'; port: PortAt };
 
+/** A type to add, perhaps with a choice that decides what it does, such as the function of Maths. */
+export interface TypeChoice {
+    /** With the ports that the choice gives it. */
+    type: CatalogueType;
+    setting?: Property;
+}
+
 const gap = 60;
 
-export function freshId(document: DocumentState, type: CatalogueType): string {
-    const words = type.label.match(/[A-Za-z0-9]+/g) ?? ['node'];
+export function freshId(document: DocumentState, { type, setting }: TypeChoice): string {
+    const words = (setting?.value ?? type.label).match(/[A-Za-z0-9]+/g) ?? ['node'];
     const base = words
         .map((word, i) => (i === 0 ? word[0]!.toLowerCase() : word[0]!.toUpperCase()) + word.slice(1))
         .join('');
@@ -98,13 +105,15 @@ export function removeAndRewire(
 /** Adds a node of a type and connects it as its placement says, as far as ports fit. */
 export function addNode(
     document: DocumentState,
-    type: CatalogueType,
+    choice: TypeChoice,
     point: Point,
     placement: Placement,
 ): { id: string; steps: Step[] } {
-    const id = freshId(document, type);
+    const { type, setting } = choice;
+    const id = freshId(document, choice);
     const at = placePoint(document, type, id, placement, point);
-    const properties = moveSettings(id, at).map(({ name, kind, value }) => ({ name, kind, value }));
+    const place = moveSettings(id, at).map(({ name, kind, value }) => ({ name, kind, value }));
+    const properties = [...(setting ? [setting] : []), ...place];
     const steps: Step[] = [{ do: 'addNode', id, type: type.type, version: type.version, properties }];
     if (placement.kind === 'at') {
         steps.push(...joinPort(document, id, type, placement.port));
@@ -190,7 +199,7 @@ export function addTextureNode(
         document.bindings.some((binding) => binding.tag === name);
     let name = base;
     for (let i = 2; isTaken(name); ++i) name = `${base}_${i}`;
-    const { id, steps } = addNode(document, type, point, { kind: 'free' });
+    const { id, steps } = addNode(document, { type }, point, { kind: 'free' });
     const named: Step = {
         do: 'setProperties',
         settings: [{ node: id, name: 'Name', kind: 'string', value: name }],
@@ -208,18 +217,40 @@ export function setBinding(
     return { do: 'setBinding', stream, tag, values: { ...old?.values, ...values } };
 }
 
-/** Types that may be added at a placement. */
-export function typesFor(placement: Placement, catalogue: Catalogue): CatalogueType[] {
-    const listed = [...catalogue.values()].filter((type) => type.listed);
-    if (placement.kind === 'at') {
+/** A type, and what it is with each value of the properties that decide what it does. */
+function choicesOf(type: CatalogueType): TypeChoice[] {
+    const isDeciding = (name: string) =>
+        name === 'Function' || type.variants.some((variant) => variant.property === name);
+    const deciding = type.properties.filter(
+        (property) => property.kind === 'enum' && property.visible && isDeciding(property.name),
+    );
+    const settings = deciding.flatMap(({ name, choices = [] }) =>
+        choices.map((value) => ({ name, kind: 'enum', value })),
+    );
+    return [
+        { type },
+        ...settings.map((setting) => {
+            const ports = type.variants.find(
+                (variant) => variant.property === setting.name && variant.value === setting.value,
+            );
+            const { inputs = type.inputs, outputs = type.outputs } = ports ?? {};
+            return { type: { ...type, inputs, outputs }, setting };
+        }),
+    ];
+}
+
+/** What may be added at a placement. */
+export function typesFor(placement: Placement, catalogue: Catalogue): TypeChoice[] {
+    const fits = ({ type: { inputs, outputs } }: TypeChoice) => {
+        if (placement.kind === 'into') return inputs.length > 0 && outputs.length > 0;
+        if (placement.kind !== 'at') return true;
         const { side, components } = placement.port;
-        return listed.filter((type) =>
-            side === 'output'
-                ? fittingPort(type.inputs, components, 'input')
-                : fittingPort(type.outputs, components, 'output'),
-        );
-    }
-    if (placement.kind === 'into')
-        return listed.filter((type) => type.inputs.length > 0 && type.outputs.length > 0);
-    return listed;
+        return side === 'output'
+            ? fittingPort(inputs, components, 'input') !== undefined
+            : fittingPort(outputs, components, 'output') !== undefined;
+    };
+    return [...catalogue.values()]
+        .filter((type) => type.listed)
+        .flatMap(choicesOf)
+        .filter(fits);
 }

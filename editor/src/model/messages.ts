@@ -104,6 +104,7 @@ export type Step =
     | { do: 'removeAnnotation'; id: string }
     | { do: 'setProperties'; settings: ({ node: string } & Property)[] }
     | ({ do: 'setBinding' } & Binding)
+    | { do: 'setDescription' | 'setRenderState'; values: Record<string, string> }
     | { do: 'removeBinding'; stream: string; tag: string };
 
 export interface Problem {
@@ -167,6 +168,37 @@ export interface Waiting {
     error?: string;
 }
 
+/** What the description and the render state of a material may have. */
+export interface MaterialParts {
+    description: { name: string; choices?: string[] }[];
+    renderState: { name: string; choices?: string[] }[];
+}
+
+/** The streams follow as bytes in 32-bit floats, and then the indices in 32 bits. */
+export interface MeshJson {
+    name: string;
+    vertices: number;
+    indices: number;
+    streams: { stream: string; components: number }[];
+    viewFrom: [number, number, number];
+}
+
+/** One way in which the document differs from the file. */
+export interface Difference {
+    kind: 'added' | 'removed' | 'changed';
+    text: string;
+    node?: string;
+    property?: string;
+    edgeBefore?: EdgeRecord;
+    edgeAfter?: EdgeRecord;
+}
+
+export interface ComparisonJson {
+    differences: Difference[];
+    /** As the file has them. */
+    removedNodes: NodeState[];
+}
+
 /** An answer of the server, or a notice of what another window did. */
 export interface Answer {
     id?: number | null;
@@ -183,6 +215,7 @@ export interface Answer {
     changes?: ChangesJson;
     changed?: boolean;
     differences?: string[];
+    comparison?: ComparisonJson;
     text?: string;
     ids?: string[];
     annotations?: string[];
@@ -192,6 +225,10 @@ export interface Answer {
     bindings?: string;
     texture?: { format: 'unorm8' | 'half'; levels: { width: number; height: number }[] };
     picture?: { width: number; height: number };
+    mesh?: MeshJson;
+    /** The name of a mesh that the host wants shown. */
+    ownMesh?: string;
     types?: CatalogueType[];
+    material?: MaterialParts;
     saved?: boolean;
 }

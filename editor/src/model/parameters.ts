@@ -35,16 +35,18 @@ export function parameterNumbers(parameter: Parameter): number[] {
  * The parameter whose value a property of a node is. Nothing tells it outright: it is the one that
  * bears the node's name and has the property's numbers. A compilation that follows shows whether
  * that was right.
+ * @param value of the property, if it is already another one than the node has
  */
 export function parameterOf(
     parameters: readonly Parameter[],
     node: NodeState,
     property: string,
+    value?: string,
 ): Parameter | undefined {
     const shown = node.properties?.find((candidate) => candidate.name === property);
     if (!shown || (shown.kind !== 'float' && shown.kind !== 'colour')) return undefined;
     const name = valueOf(node, 'Name');
-    const numbers = parseNumbers(shown.value).map(Math.fround);
+    const numbers = parseNumbers(value ?? shown.value).map(Math.fround);
     return parameters.find(
         (parameter) =>
             parameter.stream === 'float' &&

@@ -10,12 +10,13 @@ import {
 import type { DocumentState, Point } from './document.ts';
 import * as annotations from './annotations.ts';
 import type { Moves } from './annotations.ts';
+import { comparisonFrom, noDifferences, type Comparison } from './comparison.ts';
 import type { Catalogue } from './connect.ts';
-import type { Answer, EdgeRecord, NodeState, Problem, Step, Waiting } from './messages.ts';
+import type { Answer, EdgeRecord, MaterialParts, NodeState, Problem, Step, Waiting } from './messages.ts';
 import type { AnnotationRecord, AnnotationState, EdgeState } from './messages.ts';
 import { addNode, addTextureNode, connect, removeAndRewire, removeEdge } from './edits.ts';
 import { removeNodes, setBinding, textureType } from './edits.ts';
-import type { NodeProperty, Placement } from './edits.ts';
+import type { NodeProperty, Placement, TypeChoice } from './edits.ts';
 import { parseNumbers } from './numbers.ts';
 import { parameterOf, readParameters, withNumbers, type Parameter } from './parameters.ts';
 import { around, type Box } from './viewport.ts';
@@ -60,6 +61,7 @@ export interface Snapshot {
     file: string;
     document: DocumentState;
     catalogue: Catalogue;
+    materialParts: MaterialParts;
     revision: number;
     unsaved: boolean;
     undo: string;
@@ -67,6 +69,8 @@ export interface Snapshot {
     waiting: Waiting | null;
     /** The server is gone; these messages have no answer. */
     lost: object[] | null;
+    /** How the document differs from the file; null if that is not to be seen. */
+    comparison: Comparison | null;
     fileChange: { differences: string[]; error: string } | null;
     selection: ReadonlySet<number>;
     /** Frames and notes, by number. */
@@ -85,6 +89,8 @@ export interface Snapshot {
     /** Pictures of nodes by their ids; null if they are not to be seen. */
     thumbnails: ReadonlyMap<string, Thumbnail> | null;
     addMenu: AddMenu | null;
+    /** The name of the mesh that the host wants shown; empty if it leaves that to the page. */
+    ownMesh: string;
     /** The last thing that happened, for the line at the bottom and for screen readers. */
     message: string;
 }
@@ -93,12 +99,14 @@ const empty: Snapshot = {
     file: '',
     document: emptyDocument,
     catalogue: new Map(),
+    materialParts: { description: [], renderState: [] },
     revision: 0,
     unsaved: false,
     undo: '',
     redo: '',
     waiting: null,
     lost: null,
+    comparison: null,
     fileChange: null,
     selection: new Set(),
     selectedAnnotations: new Set(),
@@ -112,6 +120,7 @@ const empty: Snapshot = {
     pinned: null,
     thumbnails: null,
     addMenu: null,
+    ownMesh: '',
     message: '',
 };
 
@@ -128,8 +137,12 @@ export class Editor {
     private connection!: Connection;
     /** Grows when programs and pictures may be others than before. */
     private meaning = 0;
+    /** Values of parameters that were shown before the server has confirmed them, by node and property. */
+    private readonly sentValues = new Map<string, string>();
     private wanted: readonly string[] = [];
     private isDrawing = false;
+    private comparisonsWanted = 0;
+    private comparisonsDone = 0;
     private compileTimer: ReturnType<typeof setTimeout> | undefined;
 
     get(): Snapshot {
@@ -155,12 +168,17 @@ export class Editor {
     /** Begins, or begins again when the connection had been lost. */
     async open(connection: Connection): Promise<void> {
         this.connection = connection;
+        this.isDrawing = false; // what the lost connection was asked for has no answer
+        this.comparisonsDone = this.comparisonsWanted;
         if (this.snapshot.lost) this.set({ lost: null, message: 'The connection is back.' });
         const state = this.fetchState();
         const catalogue = await connection.request({ do: 'catalogue' });
         await state;
         const types = catalogue.answer.types ?? [];
-        this.set({ catalogue: new Map(types.map((type) => [type.type, type])) });
+        this.set({
+            catalogue: new Map(types.map((type) => [type.type, type])),
+            ...(catalogue.answer.material ? { materialParts: catalogue.answer.material } : {}),
+        });
         this.compileSoon(0);
     }
 
@@ -181,8 +199,10 @@ export class Editor {
             const differences = notice.differences ?? [];
             const error = notice.error?.message ?? '';
             this.set({ fileChange: notice.changed || error !== '' ? { differences, error } : null });
+            void this.compare();
         } else if (notice.event === 'saved') {
             this.set({ fileChange: null, message: 'Saved by another window.' });
+            void this.compare();
         }
     }
 
@@ -198,6 +218,7 @@ export class Editor {
         this.set({
             document: documentFrom(answer.state),
             file,
+            ownMesh: answer.ownMesh ?? this.snapshot.ownMesh,
             selection: new Set(),
             selectedAnnotations: new Set(),
             selectedEdge: null,
@@ -210,7 +231,9 @@ export class Editor {
     private takeStatus(answer: Answer): void {
         if (answer.unsaved === undefined) return;
         const { revision, unsaved, undo = '', redo = '', waiting = null } = answer;
+        const isOther = revision !== this.snapshot.revision;
         this.set({ revision, unsaved, undo, redo, waiting });
+        if (isOther) void this.compare();
     }
 
     /** @returns whether programs and pictures may be others now */
@@ -282,6 +305,7 @@ export class Editor {
                 fragment: files['.fragment.essl'] ?? '',
                 reflection: files['.reflection.json'] ?? '',
             };
+            this.sentValues.clear();
             this.set({ isPictureStale: false, parameters: readParameters(answer.bindings ?? '') });
             if (!isSame(programs, this.snapshot.programs)) this.set({ programs });
         } else {
@@ -305,6 +329,14 @@ export class Editor {
         const [problem] = reply.answer.problems ?? [];
         if (problem) this.say(problem.message);
         return levelsOf(reply);
+    }
+
+    /** Reads the file of a mesh, or that of the host if there is none. */
+    async mesh(name?: string, bytes?: Uint8Array): Promise<Reply> {
+        const reply = await this.connection.request({ do: 'mesh', ...(name ? { name } : {}) }, bytes);
+        if (reply.answer.error) this.say(describeError(reply.answer));
+        else this.say(`The material is shown on ${reply.answer.mesh?.name}.`);
+        return reply;
     }
 
     pin(pinned: { node: string; port: string } | null): void {
@@ -572,8 +604,10 @@ export class Editor {
         const next = [...parameters];
         for (const setting of settings) {
             const node = nodeById(document, setting.node);
-            const parameter = node && parameterOf(next, node, setting.name);
+            const key = `${setting.node} ${setting.name}`;
+            const parameter = node && parameterOf(next, node, setting.name, this.sentValues.get(key));
             if (!parameter) return false;
+            this.sentValues.set(key, setting.value);
             next[next.indexOf(parameter)] = withNumbers(parameter, parseNumbers(setting.value));
         }
         this.set({ parameters: next });
@@ -597,6 +631,13 @@ export class Editor {
         void this.apply([{ do: 'removeBinding', stream, tag }]);
     }
 
+    /** Sets a value of the material as a whole; an empty one leaves it to the reader. */
+    setMaterial(part: keyof MaterialParts, name: string, value: string): void {
+        const { [name]: _, ...others } = this.snapshot.document[part];
+        const values = value === '' ? others : { ...others, [name]: value };
+        void this.apply([{ do: part === 'description' ? 'setDescription' : 'setRenderState', values }]);
+    }
+
     rename(id: string, newId: string): void {
         void this.apply([{ do: 'renameNode', id, newId }]);
     }
@@ -618,11 +659,8 @@ export class Editor {
             : { kind: 'free' };
     }
 
-    async add(typeName: string, point: Point, placement: Placement): Promise<void> {
-        const { document, catalogue } = this.snapshot;
-        const type = catalogue.get(typeName);
-        if (!type) return;
-        const { id, steps } = addNode(document, type, point, placement);
+    async add(choice: TypeChoice, point: Point, placement: Placement): Promise<void> {
+        const { id, steps } = addNode(this.snapshot.document, choice, point, placement);
         const answer = await this.apply(steps);
         if (answer && !answer.error) this.selectIds([id]);
     }
@@ -687,7 +725,29 @@ export class Editor {
 
     async save(force = false): Promise<void> {
         const answer = await this.change({ do: 'save', ...(force ? { force } : {}) });
-        if (answer.saved) this.set({ fileChange: null, message: `Saved ${this.snapshot.file}.` });
+        if (!answer.saved) return;
+        this.set({ fileChange: null, message: `Saved ${this.snapshot.file}.` });
+        void this.compare();
+    }
+
+    /** Marks in the graph what differs from the file on disk, or no longer. */
+    toggleComparison(): void {
+        this.set({ comparison: this.snapshot.comparison ? null : noDifferences });
+        void this.compare();
+    }
+
+    private async compare(): Promise<void> {
+        const isRunning = this.comparisonsWanted++ > this.comparisonsDone;
+        while (!isRunning && this.comparisonsDone < this.comparisonsWanted) {
+            const wanted = this.comparisonsWanted;
+            if (this.snapshot.comparison) {
+                const { answer } = await this.connection.request({ do: 'compare' });
+                if (answer.error) this.say(describeError(answer));
+                if (answer.comparison && this.snapshot.comparison)
+                    this.set({ comparison: comparisonFrom(answer.comparison) });
+            }
+            this.comparisonsDone = wanted;
+        }
     }
 
     /** The whole document as a file has it. */

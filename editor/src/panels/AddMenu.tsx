@@ -1,26 +1,31 @@
 import { useMemo } from 'react';
 import { typesFor } from '../model/edits.ts';
-import type { Placement } from '../model/edits.ts';
+import type { Placement, TypeChoice } from '../model/edits.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
-import { Palette } from './Palette.tsx';
+import { Palette, type Choice } from './Palette.tsx';
 
 const recentKey = 'mox-recent';
 const mostRecent = 5;
 
 const frameKey = '.frame'; // no type begins with a dot
 const noteKey = '.note';
-const annotationChoices = [
+interface AddChoice extends Choice {
+    /** Missing for what is no node. */
+    choice?: TypeChoice;
+}
+
+const annotationChoices: AddChoice[] = [
     { key: frameKey, label: 'Frame', detail: 'G', help: 'A titled frame around the selection.' },
     { key: noteKey, label: 'Note', detail: 'N', help: 'Text for those who read the graph.' },
 ];
 
 function recentTypes(): string[] {
-    return (localStorage.getItem(recentKey) ?? '').split(' ').filter((name) => name !== '');
+    return (localStorage.getItem(recentKey) ?? '').split('\n').filter((name) => name !== '');
 }
 
 function remember(type: string): void {
     const types = [type, ...recentTypes().filter((other) => other !== type)];
-    localStorage.setItem(recentKey, types.slice(0, mostRecent).join(' '));
+    localStorage.setItem(recentKey, types.slice(0, mostRecent).join('\n'));
 }
 
 function titleFor(placement: Placement): string {
@@ -48,9 +53,20 @@ export function AddMenu() {
         const recent = recentTypes();
         const order = (type: string) => (recent.indexOf(type) + mostRecent + 1) % (mostRecent + 1);
         const age = (type: string) => (recent.includes(type) ? order(type) : mostRecent + 1);
-        const types = typesFor(menu.placement, catalogue)
-            .sort((a, b) => age(a.type) - age(b.type) || a.label.localeCompare(b.label))
-            .map(({ type, label, library, help }) => ({ key: type, label, detail: library, help }));
+        const types: AddChoice[] = typesFor(menu.placement, catalogue)
+            .map((choice) => {
+                const { type, setting } = choice;
+                const key = setting ? `${type.type} ${setting.name} ${setting.value}` : type.type;
+                return {
+                    key,
+                    label: setting ? `${type.label}: ${setting.value}` : type.label,
+                    detail: type.library,
+                    help: type.help,
+                    isMinor: setting !== undefined && !recent.includes(key),
+                    choice,
+                };
+            })
+            .sort((a, b) => age(a.key) - age(b.key) || a.label.localeCompare(b.label));
         const isFree = menu.placement.kind === 'free' || menu.placement.kind === 'behind';
         return isFree ? [...types, ...annotationChoices] : types;
     }, [catalogue, menu]);
@@ -65,12 +81,13 @@ export function AddMenu() {
             choices={choices}
             at={menu.at}
             onClose={close}
-            onPick={(choice) => {
+            onPick={({ key, choice }) => {
                 close();
-                if (choice.key === frameKey) return void editor.addFrame(menu.point);
-                if (choice.key === noteKey) return void editor.addNote(menu.point);
-                remember(choice.key);
-                void editor.add(choice.key, menu.point, menu.placement);
+                if (key === frameKey) return void editor.addFrame(menu.point);
+                if (key === noteKey) return void editor.addNote(menu.point);
+                if (!choice) return;
+                remember(key);
+                void editor.add(choice, menu.point, menu.placement);
             }}
         />
     );

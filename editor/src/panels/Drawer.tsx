@@ -1,17 +1,24 @@
 import { useState } from 'react';
+import { DifferenceList } from './DifferenceList.tsx';
 import type { Lighting } from './Inspector.tsx';
 import { Parameters } from './Parameters.tsx';
 import { ProblemList } from './ProblemList.tsx';
 import { ProgramView } from './ProgramView.tsx';
 import { useSnapshot } from '../useEditor.ts';
 
-const tabs = ['problems', 'parameters', 'programs'] as const;
-type Tab = (typeof tabs)[number];
+type Tab = 'problems' | 'parameters' | 'programs' | 'differences';
 
 export function Drawer({ light, jump }: Lighting & { jump: (id: string) => void }) {
     const [open, setOpen] = useState<Tab | null>(null);
     const problems = useSnapshot((all) => all.problems);
     const message = useSnapshot((all) => all.message);
+    const comparison = useSnapshot((all) => all.comparison);
+    const tabs: readonly Tab[] = [
+        'problems',
+        'parameters',
+        'programs',
+        ...(comparison ? (['differences'] as const) : []),
+    ];
     const errors = problems.filter((problem) => problem.severity === 'error').length;
     const counted = (count: number, word: string) => `${count} ${word}${count === 1 ? '' : 's'}`;
     const warnings = problems.length - errors;
@@ -22,6 +29,7 @@ export function Drawer({ light, jump }: Lighting & { jump: (id: string) => void 
                 : `${counted(errors, 'error')}, ${counted(warnings, 'warning')}`,
         parameters: 'Parameters',
         programs: 'Programs',
+        differences: counted(comparison?.differences.length ?? 0, 'difference'),
     };
     const press = (event: React.KeyboardEvent, tab: Tab) => {
         const move = { ArrowRight: 1, ArrowLeft: -1 }[event.key];
@@ -61,6 +69,7 @@ export function Drawer({ light, jump }: Lighting & { jump: (id: string) => void 
             >
                 {open === 'problems' && <ProblemList jump={jump} />}
                 {open === 'parameters' && <Parameters jump={jump} />}
+                {open === 'differences' && <DifferenceList jump={jump} />}
                 {open === 'programs' && <ProgramView light={light} />}
             </div>
         </footer>

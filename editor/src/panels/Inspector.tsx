@@ -1,11 +1,13 @@
 import { useState } from 'react';
 import { parseNumbers } from '../model/numbers.ts';
+import { textOf } from '../model/comparison.ts';
 import type { CatalogueProperty, NodeState, ShownProperty } from '../model/messages.ts';
 import { titleOf } from '../model/shape.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 import { ColourField, NumberField, TextField, type OnChange } from './fields.tsx';
 import { AnnotationPanel } from './AnnotationPanel.tsx';
 import { EdgePanel } from './EdgePanel.tsx';
+import { MaterialForm } from './MaterialForm.tsx';
 import { Palette } from './Palette.tsx';
 
 export interface Lighting {
@@ -65,6 +67,14 @@ export function sharedRows(
             },
         ];
     });
+}
+
+/** Words about the node come last: they are rarely set. */
+const aboutTheNode = ['Type', 'Description', 'Help Url'];
+
+function inOrderOfUse(rows: readonly Row[]): Row[] {
+    const isAbout = (row: Row) => aboutTheNode.includes(row.property.name);
+    return [...rows.filter((row) => !isAbout(row)), ...rows.filter(isAbout)];
 }
 
 function NodeField({ row, onChange, light }: { row: Row; onChange: OnChange; light: Lighting['light'] }) {
@@ -189,6 +199,7 @@ export function Inspector({ light }: Lighting) {
     const selectedAnnotations = useSnapshot((all) => all.selectedAnnotations);
     const catalogue = useSnapshot((all) => all.catalogue);
     const problems = useSnapshot((all) => all.problems);
+    const differences = useSnapshot((all) => all.comparison)?.differences ?? [];
     const nodes = [...selection].flatMap((number) => document.nodes.get(number) ?? []);
     const edge = selectedEdge === null ? undefined : document.edges.get(selectedEdge);
     if (edge) return <EdgePanel edge={edge} />;
@@ -196,10 +207,10 @@ export function Inspector({ light }: Lighting) {
     const [annotation] = editor.selectedAnnotations();
     if (!first && annotation && selectedAnnotations.size === 1)
         return <AnnotationPanel annotation={annotation} />;
-    if (!first) return null;
+    if (!first) return <MaterialForm />;
     const describe = (node: NodeState, name: string) =>
         catalogue.get(node.record.type)?.properties.find((property) => property.name === name);
-    const rows = sharedRows(nodes, describe);
+    const rows = inOrderOfUse(sharedRows(nodes, describe));
     const set =
         (row: Row): OnChange =>
         (value, gesture) =>
@@ -217,7 +228,7 @@ export function Inspector({ light }: Lighting) {
         <section className="panel" id="inspector" aria-label="Inspector">
             <h2>{nodes.length === 1 ? titleOf(first) : `${nodes.length} nodes`}</h2>
             {nodes.length === 1 && (
-                <div className="row">
+                <div className="row id">
                     <label title="What edges and other nodes call the node.">id</label>
                     <TextField
                         label="id"
@@ -245,6 +256,13 @@ export function Inspector({ light }: Lighting) {
                     </div>
                 );
             })}
+            {differences
+                .filter(({ node }) => nodes.length === 1 && node === first.record.id)
+                .map((difference) => (
+                    <p key={difference.text} className={`difference ${difference.kind}`}>
+                        <b>In the file:</b> {textOf(difference)}
+                    </p>
+                ))}
             {own.map((problem) => (
                 <p key={problem.rule + problem.message} className={`problem ${problem.severity}`}>
                     {problem.message}

@@ -21,6 +21,7 @@ const keys: readonly (readonly [string, string])[] = [
     ['L', 'lay out the selection, or all'],
     ['P', 'pin the picture of the selected node’s first output'],
     ['T', 'small pictures on the nodes, on or off'],
+    ['D', 'mark what differs from the file on disk, on or off'],
     ['Wheel; two fingers', 'zoom; move'],
     ['Middle or right button, or Space and drag', 'move the view'],
     ['?', 'this list'],

@@ -16,6 +16,7 @@ export function Notices() {
     const fileChange = useSnapshot((all) => all.fileChange);
     const file = useSnapshot((all) => all.file);
     const unsaved = useSnapshot((all) => all.unsaved);
+    const isComparing = useSnapshot((all) => all.comparison !== null);
     const isPlaced = useSnapshot((all) => hasPlaces(all.document));
     if (lost) {
         const changes = lost.filter((message) => (message as { do: string }).do === 'apply');
@@ -69,6 +70,9 @@ export function Notices() {
                             <li key={difference}>{difference}</li>
                         ))}
                     </ul>
+                )}
+                {fileChange.error === '' && !isComparing && (
+                    <button onClick={() => editor.toggleComparison()}>Show it in the graph</button>
                 )}
                 <button onClick={() => editor.keepMine()}>Keep mine</button>
                 {fileChange.error === '' && <button onClick={() => editor.reload()}>Load the file</button>}

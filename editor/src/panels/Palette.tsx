@@ -8,6 +8,8 @@ export interface Choice {
     /** What else is searched and shown behind the label. */
     detail?: string;
     help?: string;
+    /** Shown only if something is searched. */
+    isMinor?: boolean;
 }
 
 const mostShown = 60;
@@ -35,8 +37,11 @@ export function Palette<T extends Choice>({
     const list = useRef<HTMLUListElement>(null);
     const dialog = useRef<HTMLDivElement>(null);
     const id = useId();
+    const isSearch = query.trim() !== '';
     const found = rank(choices, (choice) =>
-        Math.max(2 * fuzzyScore(query, choice.label), fuzzyScore(query, choice.detail ?? '')),
+        !isSearch && choice.isMinor
+            ? 0
+            : Math.max(2 * fuzzyScore(query, choice.label), fuzzyScore(query, choice.detail ?? '')),
     ).slice(0, mostShown);
     const chosen = found[Math.min(current, found.length - 1)];
 

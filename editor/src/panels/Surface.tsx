@@ -1,11 +1,12 @@
 import { useCallback, useEffect, useRef, useState } from 'react';
 import type { Snapshot } from '../model/store.ts';
 import { orbitOf, turn } from '../surface/camera.ts';
-import { meshMakers } from '../surface/meshes.ts';
+import { meshFrom, meshMakers, type Mesh } from '../surface/meshes.ts';
 import { Renderer, type View } from '../surface/renderer.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 
 const side = 256;
+const openFile = 'open a file…';
 
 /** Keeps one renderer in step with the document, and draws at most once a frame. */
 class LivePicture {
@@ -64,8 +65,7 @@ class LivePicture {
         }
     }
 
-    setMesh(name: string): void {
-        const mesh = meshMakers[name]!();
+    setMesh(mesh: Mesh): void {
         this.renderer.setMesh(mesh);
         this.view.orbit = orbitOf(mesh);
         this.drawSoon();
@@ -91,11 +91,16 @@ export function Surface() {
     const isStale = useSnapshot((all) => all.isPictureStale);
     const canvas = useRef<HTMLCanvasElement>(null);
     const live = useRef<LivePicture | null>(null);
-    const [mesh, setMesh] = useState('sphere');
+    const ownMeshName = useSnapshot((all) => all.ownMesh);
+    const chooser = useRef<HTMLInputElement>(null);
+    const [mesh, setMesh] = useState<Mesh>(meshMakers.sphere!);
+    const [own, setOwn] = useState<Mesh | null>(null);
+    const [meshFailure, setMeshFailure] = useState('');
     const [light, setLight] = useState(0);
     const [isPlaying, setPlaying] = useState(false);
     const [isOpen, setOpen] = useState(true);
     const [failure, setFailure] = useState('');
+    const [missing, setMissing] = useState<readonly string[]>([]);
 
     useEffect(() => {
         if (!isOpen) return undefined;
@@ -116,6 +121,7 @@ export function Surface() {
         const stop = editor.subscribe(() => {
             live.current?.take(editor.get());
             setFailure(live.current?.failure ?? '');
+            setMissing(live.current?.renderer.missing ?? []);
         });
         const lost = (event: Event) => event.preventDefault();
         element.addEventListener('webglcontextlost', lost);
@@ -129,7 +135,32 @@ export function Surface() {
         // The mesh and the light of a picture that exists are set below.
     }, [editor, isOpen]);
 
-    useEffect(() => live.current?.setMesh(mesh), [mesh]);
+    useEffect(() => {
+        live.current?.setMesh(mesh);
+        setMissing(live.current?.renderer.missing ?? []);
+    }, [mesh]);
+
+    const show = useCallback(
+        async (name?: string, file?: Blob) => {
+            const bytes = file && new Uint8Array(await file.arrayBuffer());
+            const { answer, bytes: data } = await editor.mesh(name, bytes);
+            setMeshFailure(answer.error ? `${name}: ${answer.error.message}` : '');
+            if (!answer.mesh || !data) return;
+            const read = meshFrom(answer.mesh, data);
+            setOwn(read);
+            setMesh(read);
+        },
+        [editor],
+    );
+
+    useEffect(() => {
+        if (ownMeshName !== '') void show();
+    }, [ownMeshName, show]);
+
+    const chooseMesh = (choice: string) => {
+        if (choice === openFile) chooser.current?.click();
+        else setMesh(choice === own?.name ? own : meshMakers[choice]!());
+    };
 
     useEffect(() => {
         if (!live.current) return;
@@ -179,7 +210,18 @@ export function Surface() {
     };
 
     return (
-        <section className="panel" id="surface" aria-label="Surface">
+        <section
+            className="panel"
+            id="surface"
+            aria-label="Surface"
+            onDragOver={(event) => event.preventDefault()}
+            onDrop={(event) => {
+                event.preventDefault();
+                event.stopPropagation(); // on the graph a file is a texture
+                const file = event.dataTransfer.files[0];
+                if (file) void show(file.name, file);
+            }}
+        >
             <h2>
                 <button
                     className="fold"
@@ -200,7 +242,7 @@ export function Surface() {
                         className={isStale ? 'stale' : ''}
                         tabIndex={0}
                         role="img"
-                        aria-label={`The material on a ${mesh}. Drag or use arrow keys to turn it, + and - to zoom.`}
+                        aria-label={`The material on the mesh ${mesh.name}. Drag or use arrow keys to turn it, + and - to zoom.`}
                         onPointerDown={(event) => event.currentTarget.setPointerCapture(event.pointerId)}
                         onPointerMove={(event) => {
                             if (event.buttons !== 0) orbit(-event.movementX / 100, event.movementY / 100, 1);
@@ -208,17 +250,44 @@ export function Surface() {
                         onWheel={(event) => orbit(0, 0, Math.exp(event.deltaY * 0.001))}
                         onKeyDown={press}
                     />
-                    {failure !== '' && <p className="problem error">{failure}</p>}
+                    {[failure, meshFailure].map(
+                        (text, i) =>
+                            text !== '' && (
+                                <p key={i} className="problem error">
+                                    {text}
+                                </p>
+                            ),
+                    )}
+                    {missing.map((text) => (
+                        <p key={text} className="problem warning">
+                            {text}
+                        </p>
+                    ))}
                     <div className="bar">
                         <select
                             aria-label="Mesh"
-                            value={mesh}
-                            onChange={(event) => setMesh(event.target.value)}
+                            title="What the material is shown on; a mesh file can be dropped here too"
+                            value={mesh.name}
+                            onChange={(event) => chooseMesh(event.target.value)}
                         >
-                            {Object.keys(meshMakers).map((name) => (
-                                <option key={name}>{name}</option>
-                            ))}
+                            {[...Object.keys(meshMakers), ...(own ? [own.name] : []), openFile].map(
+                                (name) => (
+                                    <option key={name}>{name}</option>
+                                ),
+                            )}
                         </select>
+                        <input
+                            ref={chooser}
+                            type="file"
+                            hidden
+                            accept=".obj,.gltf,.glb"
+                            aria-label="Mesh file"
+                            onChange={(event) => {
+                                const file = event.target.files?.[0];
+                                if (file) void show(file.name, file);
+                                event.target.value = ''; // so that the same file can be chosen again
+                            }}
+                        />
                         <label>
                             light{' '}
                             <input

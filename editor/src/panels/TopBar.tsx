@@ -28,6 +28,7 @@ export function TopBar({
     const undo = useSnapshot((all) => all.undo);
     const redo = useSnapshot((all) => all.redo);
     const hasThumbnails = useSnapshot((all) => all.thumbnails !== null);
+    const isComparing = useSnapshot((all) => all.comparison !== null);
     return (
         <header>
             <h1>
@@ -64,6 +65,13 @@ export function TopBar({
                 onClick={() => editor.toggleThumbnails()}
             >
                 Pictures
+            </button>
+            <button
+                aria-pressed={isComparing}
+                title="Mark what differs from the file on disk"
+                onClick={() => editor.toggleComparison()}
+            >
+                Compare
             </button>
             <button aria-label="Keys" onClick={onKeys}>
                 ?

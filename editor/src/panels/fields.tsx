@@ -82,7 +82,8 @@ export function NumberField({
                 event.currentTarget.blur();
                 send(current.start + Math.round(way) * step * (event.shiftKey ? 10 : 1), current.gesture);
             }}
-            onPointerUp={() => {
+            onPointerUp={(event) => {
+                if (drag.current && !drag.current.hasMoved) event.currentTarget.select();
                 drag.current = null;
             }}
         />
@@ -167,6 +168,7 @@ export function TextField({
         if (text !== null && text !== value) onChange(text);
         setText(null);
     };
+    const wasFocused = useRef(false);
     const common = {
         'aria-label': label,
         disabled,
@@ -181,6 +183,16 @@ export function TextField({
     return isLong ? (
         <textarea {...common} rows={2} onChange={(event) => setText(event.target.value)} onKeyDown={press} />
     ) : (
-        <input {...common} onChange={(event) => setText(event.target.value)} onKeyDown={press} />
+        <input
+            {...common}
+            onChange={(event) => setText(event.target.value)}
+            onKeyDown={press}
+            onPointerDown={(event) => {
+                wasFocused.current = document.activeElement === event.currentTarget;
+            }}
+            onPointerUp={(event) => {
+                if (!wasFocused.current) event.currentTarget.select(); // what is typed replaces it
+            }}
+        />
     );
 }

@@ -1,4 +1,5 @@
-import { cross, dot, identity, lookAt, multiply, normalise, perspective, scale } from './matrices.ts';
+import { add, cross, dot, identity, lookAt, multiply } from './matrices.ts';
+import { normalise, perspective, scale, subtract } from './matrices.ts';
 import type { Matrix, Vector } from './matrices.ts';
 import type { Mesh } from './meshes.ts';
 
@@ -24,23 +25,44 @@ export function orbitOf(mesh: Mesh): Orbit {
     return { longitude: Math.atan2(x, z), latitude: Math.asin(y), distance: 1 };
 }
 
-/** The longest way of a vertex from the origin, around which all meshes here lie. */
-function fittingDistance(mesh: Mesh, back: Vector, aspect: number): number {
+/** What the camera needs to know of a mesh. */
+export interface Extent {
+    middle: Vector;
+    /** From the middle to the farthest vertex. */
+    radius: number;
+    /** From the middle to the eye at which the first view is filled. */
+    fitting: number;
+}
+
+/** Measures a mesh; takes as long as it has vertices. */
+export function measure(mesh: Mesh, aspect: number): Extent {
+    const positions = mesh.streams.get('position')?.[0]?.values ?? [];
+    const at = (i: number): Vector => [positions[i]!, positions[i + 1]!, positions[i + 2]!];
+    let low: Vector = [Infinity, Infinity, Infinity];
+    let high: Vector = [-Infinity, -Infinity, -Infinity];
+    for (let i = 0; i < positions.length; i += 3) {
+        const [x, y, z] = at(i);
+        low = [Math.min(low[0], x), Math.min(low[1], y), Math.min(low[2], z)];
+        high = [Math.max(high[0], x), Math.max(high[1], y), Math.max(high[2], z)];
+    }
+    const middle = scale(add(low, high), 0.5);
+    const back = normalise(mesh.viewFrom);
     const right = normalise(cross([0, 1, 0], back));
     const up = cross(back, right);
     const slope = Math.tan(angle / 2);
-    let distance = 0;
-    for (let i = 0; i < mesh.positions.length; i += 3) {
-        const at: Vector = [mesh.positions[i]!, mesh.positions[i + 1]!, mesh.positions[i + 2]!];
-        const across = Math.max(Math.abs(dot(at, right)) / aspect, Math.abs(dot(at, up)));
-        distance = Math.max(distance, dot(at, back) + across / (slope * filledPart));
+    let fitting = 0;
+    let radius = 0;
+    for (let i = 0; i < positions.length; i += 3) {
+        const offset = subtract(at(i), middle);
+        const across = Math.max(Math.abs(dot(offset, right)) / aspect, Math.abs(dot(offset, up)));
+        fitting = Math.max(fitting, dot(offset, back) + across / (slope * filledPart));
+        radius = Math.max(radius, Math.hypot(...offset));
     }
-    return distance;
+    return { middle, radius, fitting: fitting > 0 ? fitting : 1 };
 }
 
-export function placeCamera(mesh: Mesh, orbit: Orbit, aspect: number): Camera {
-    // The mesh keeps its size when it is turned, so the first view decides.
-    const fitting = fittingDistance(mesh, normalise(mesh.viewFrom), aspect);
+/** The mesh keeps its size when it is turned, as only the first view is made to fit. */
+export function placeCamera({ middle, radius, fitting }: Extent, orbit: Orbit, aspect: number): Camera {
     const around = Math.cos(orbit.latitude);
     const back: Vector = [
         around * Math.sin(orbit.longitude),
@@ -48,9 +70,9 @@ export function placeCamera(mesh: Mesh, orbit: Orbit, aspect: number): Camera {
         around * Math.cos(orbit.longitude),
     ];
     const distance = fitting * orbit.distance;
-    const eye = scale(back, distance);
-    const projection = perspective(angle, aspect, 0.05 * distance, distance + 8);
-    return { eye, viewProjection: multiply(projection, lookAt(eye, [0, 0, 0], [0, 1, 0])) };
+    const eye = add(middle, scale(back, distance));
+    const projection = perspective(angle, aspect, 0.05 * distance, distance + 4 * radius);
+    return { eye, viewProjection: multiply(projection, lookAt(eye, middle, [0, 1, 0])) };
 }
 
 export function turn(orbit: Orbit, x: number, y: number): Orbit {

@@ -1,17 +1,20 @@
+import type { MeshJson } from '../model/messages.ts';
 import { add, cross, scale, type Vector } from './matrices.ts';
 
-/** Meshes with the streams that materials read; the same as those of `mox preview`. */
+/** Meshes with the streams that materials read, as `mox preview` has them. */
 
 export interface Mesh {
-    positions: number[];
-    normals: number[];
-    tangents: number[];
-    binormals: number[];
-    uvs: number[];
-    colours: number[];
-    indices: number[];
+    name: string;
+    /** By their type; of texture coordinates and colours there may be several sets. */
+    streams: ReadonlyMap<string, readonly Stream[]>;
+    indices: Uint32Array;
     /** From where the picture shows it at first. */
     viewFrom: Vector;
+}
+
+export interface Stream {
+    components: number;
+    values: Float32Array;
 }
 
 interface Vertex {
@@ -21,21 +24,42 @@ interface Vertex {
     binormal: Vector;
 }
 
-function emptyMesh(viewFrom: Vector): Mesh {
-    return {
-        positions: [],
-        normals: [],
-        tangents: [],
-        binormals: [],
-        uvs: [],
-        colours: [],
-        indices: [],
-        viewFrom,
-    };
+class MeshBuilder {
+    readonly positions: number[] = [];
+    readonly normals: number[] = [];
+    readonly tangents: number[] = [];
+    readonly binormals: number[] = [];
+    readonly uvs: number[] = [];
+    readonly colours: number[] = [];
+    readonly indices: number[] = [];
+
+    finish(name: string, viewFrom: Vector): Mesh {
+        const set = (components: number, values: number[]) => [
+            { components, values: new Float32Array(values) },
+        ];
+        return {
+            name,
+            streams: new Map([
+                ['position', set(3, this.positions)],
+                ['normal', set(3, this.normals)],
+                ['tangent', set(3, this.tangents)],
+                ['binormal', set(3, this.binormals)],
+                ['uv', set(2, this.uvs)],
+                ['colour', set(4, this.colours)],
+            ]),
+            indices: new Uint32Array(this.indices),
+            viewFrom,
+        };
+    }
 }
 
 /** Adds a sheet of quads over the square of u and v from 0 to 1. */
-function addSheet(mesh: Mesh, columns: number, rows: number, at: (u: number, v: number) => Vertex): void {
+function addSheet(
+    mesh: MeshBuilder,
+    columns: number,
+    rows: number,
+    at: (u: number, v: number) => Vertex,
+): void {
     const first = mesh.positions.length / 3;
     for (let row = 0; row <= rows; ++row) {
         for (let column = 0; column <= columns; ++column) {
@@ -59,7 +83,7 @@ function addSheet(mesh: Mesh, columns: number, rows: number, at: (u: number, v: 
     }
 }
 
-function addSquare(mesh: Mesh, quads: number, right: Vector, up: Vector, distance: number): void {
+function addSquare(mesh: MeshBuilder, quads: number, right: Vector, up: Vector, distance: number): void {
     const normal = cross(right, up);
     addSheet(mesh, quads, quads, (u, v) => ({
         position: add(scale(normal, distance), add(scale(right, 2 * u - 1), scale(up, 2 * v - 1))),
@@ -70,7 +94,7 @@ function addSquare(mesh: Mesh, quads: number, right: Vector, up: Vector, distanc
 }
 
 export function makeSphere(): Mesh {
-    const mesh = emptyMesh([0, 0, 1]);
+    const mesh = new MeshBuilder();
     addSheet(mesh, 128, 64, (u, v) => {
         const longitude = (2 * u - 1) * Math.PI;
         const latitude = (v - 0.5) * Math.PI;
@@ -79,24 +103,24 @@ export function makeSphere(): Mesh {
         const normal = add(scale(outward, Math.cos(latitude)), [0, Math.sin(latitude), 0]);
         return { position: normal, normal, tangent, binormal: cross(normal, tangent) };
     });
-    return mesh;
+    return mesh.finish('sphere', [0, 0, 1]);
 }
 
 export function makePlane(): Mesh {
-    const mesh = emptyMesh([0, 0, 1]);
+    const mesh = new MeshBuilder();
     addSquare(mesh, 64, [1, 0, 0], [0, 1, 0], 0);
-    return mesh;
+    return mesh.finish('plane', [0, 0, 1]);
 }
 
 export function makeCube(): Mesh {
-    const mesh = emptyMesh([0.7, 0.6, 1]);
+    const mesh = new MeshBuilder();
     addSquare(mesh, 16, [1, 0, 0], [0, 1, 0], 1);
     addSquare(mesh, 16, [-1, 0, 0], [0, 1, 0], 1);
     addSquare(mesh, 16, [0, 0, -1], [0, 1, 0], 1);
     addSquare(mesh, 16, [0, 0, 1], [0, 1, 0], 1);
     addSquare(mesh, 16, [1, 0, 0], [0, 0, -1], 1);
     addSquare(mesh, 16, [1, 0, 0], [0, 0, 1], 1);
-    return mesh;
+    return mesh.finish('cube', [0.7, 0.6, 1]);
 }
 
 export const meshMakers: Readonly<Record<string, () => Mesh>> = {
@@ -105,29 +129,33 @@ export const meshMakers: Readonly<Record<string, () => Mesh>> = {
     cube: makeCube,
 };
 
-export interface Stream {
-    components: number;
-    values: Float32Array;
+/** A mesh that the server has read. */
+export function meshFrom(described: MeshJson, bytes: Uint8Array): Mesh {
+    const streams = new Map<string, Stream[]>();
+    const data = bytes.slice().buffer; // typed arrays begin at multiples of their size
+    const size = 4;
+    let from = 0;
+    for (const { stream, components } of described.streams) {
+        const values = new Float32Array(data, from, described.vertices * components);
+        streams.set(stream, [...(streams.get(stream) ?? []), { components, values }]);
+        from += size * values.length;
+    }
+    const indices = new Uint32Array(data, from, described.indices);
+    return { name: described.name, streams, indices, viewFrom: described.viewFrom };
 }
 
-/** A stream by its type; nothing if the mesh has none such. */
-export function streamOf(mesh: Mesh, type: string): Stream | undefined {
-    switch (type) {
-        case 'position':
-            return { components: 3, values: new Float32Array(mesh.positions) };
-        case 'normal':
-            return { components: 3, values: new Float32Array(mesh.normals) };
-        case 'tangent':
-            return { components: 3, values: new Float32Array(mesh.tangents) };
-        case 'binormal':
-            return { components: 3, values: new Float32Array(mesh.binormals) };
-        case 'uv':
-            return { components: 2, values: new Float32Array(mesh.uvs) };
-        case 'colour':
-            return { components: 4, values: new Float32Array(mesh.colours) };
-        default:
-            return undefined;
-    }
+/** The number at the end of a name such as "uv1", or 0. */
+function numberAtEnd(name: string): number {
+    return Number(/\d*$/.exec(name)![0]);
+}
+
+/**
+ * A stream by its type; nothing if the mesh has none such.
+ * @param name says which of several sets it is by the number at its end
+ */
+export function streamOf(mesh: Mesh, type: string, name = ''): Stream | undefined {
+    const sets = mesh.streams.get(type) ?? [];
+    return sets[numberAtEnd(name)] ?? sets[0];
 }
 
 /** Changes values as a text such as "oneminus|v" or "negate" says. */

@@ -1,6 +1,6 @@
 import { parameterNumbers, type Parameter } from '../model/parameters.ts';
 import type { Programs, TextureLevels } from '../model/store.ts';
-import { placeCamera, sceneValues, type Orbit } from './camera.ts';
+import { measure, placeCamera, sceneValues, type Extent, type Orbit } from './camera.ts';
 import { applyModifiers, streamOf, type Mesh } from './meshes.ts';
 import { fillBlock, type Block, type Member, type Reflection, type Stage } from './uniforms.ts';
 
@@ -20,6 +20,13 @@ export interface View {
 }
 
 const samples = 4;
+
+const streamWords: Readonly<Record<string, string>> = {
+    uv: 'texture coordinates',
+    colour: 'vertex colours',
+    tangent: 'tangents, which are worked out from texture coordinates',
+    binormal: 'binormals, which are worked out from texture coordinates',
+};
 
 const screenVertex = `#version 300 es
 out vec2 place;
@@ -63,6 +70,7 @@ export class Renderer {
     private reflection: Reflection | null = null;
     private parameters: readonly Parameter[] = [];
     private mesh: Mesh | null = null;
+    private extent: Extent | null = null;
     private streams: WebGLVertexArrayObject | null = null;
     private buffers: WebGLBuffer[] = [];
     private blocks: WebGLBuffer[];
@@ -72,6 +80,8 @@ export class Renderer {
     private resolved: WebGLFramebuffer | null = null;
     private picture: WebGLTexture | null = null;
     private storages: WebGLRenderbuffer[] = [];
+    /** What the mesh lacks of what the material reads, in words. */
+    missing: readonly string[] = [];
     /** How often programs were compiled, for tests and benchmarks. */
     compileCount = 0;
 
@@ -119,6 +129,7 @@ export class Renderer {
 
     setMesh(mesh: Mesh): void {
         this.mesh = mesh;
+        this.extent = measure(mesh, this.canvas.width / this.canvas.height);
         this.bindStreams();
     }
 
@@ -145,14 +156,14 @@ export class Renderer {
     }
 
     draw(view: View): void {
-        const { gl, mesh } = this;
+        const { gl, extent } = this;
         this.fit();
         gl.bindFramebuffer(gl.FRAMEBUFFER, this.samplesTarget);
         gl.viewport(0, 0, this.size.width, this.size.height);
         gl.clearColor(0.18, 0.18, 0.18, 1);
         gl.clear(gl.COLOR_BUFFER_BIT | gl.DEPTH_BUFFER_BIT);
-        if (mesh) {
-            const camera = placeCamera(mesh, view.orbit, this.size.width / this.size.height);
+        if (extent) {
+            const camera = placeCamera(extent, view.orbit, this.size.width / this.size.height);
             const scene = sceneValues(camera, view.light, view.seconds);
             if (view.background === 'sky') this.drawSky(scene);
             if (this.program && this.streams) this.drawMesh(scene);
@@ -195,7 +206,7 @@ export class Renderer {
             }
         }
         gl.bindVertexArray(this.streams);
-        gl.drawElements(gl.TRIANGLES, this.mesh!.indices.length, gl.UNSIGNED_SHORT, 0);
+        gl.drawElements(gl.TRIANGLES, this.mesh!.indices.length, gl.UNSIGNED_INT, 0);
     }
 
     /** Sets how the texture that is bound is read. The rows of an environment's panorama do not go around. */
@@ -232,31 +243,37 @@ export class Renderer {
         return parameter && parameterNumbers(parameter);
     }
 
-    /** Connects the mesh to the inputs of the program. */
+    /** Connects the mesh to the inputs of the program. What it lacks is 0. */
     private bindStreams(): void {
         const { gl, mesh, reflection } = this;
         if (!mesh || !reflection) return;
         if (this.streams) gl.deleteVertexArray(this.streams);
         for (const buffer of this.buffers) gl.deleteBuffer(buffer);
         this.buffers = [];
+        const missing: string[] = [];
         this.streams = gl.createVertexArray();
         gl.bindVertexArray(this.streams);
         for (const input of reflection.stages.vertex.inputs) {
             const parameter = input.environment === undefined ? this.streamParameter(input.name) : undefined;
             const type = parameter?.stream ?? input.environment ?? '';
-            const stream = streamOf(mesh, type);
-            if (!stream) continue;
+            const stream = streamOf(mesh, type, parameter?.values.default || input.name);
+            if (!stream) {
+                const reader = parameter ? `, which the material reads as “${parameter.tag}”` : '';
+                missing.push(`The mesh “${mesh.name}” has no ${streamWords[type] ?? type}${reader}.`);
+                continue;
+            }
             const byDefault = parameter?.stream === 'uv' ? 'oneminus|v' : '';
             const modifiers = parameter ? (parameter.values.dataset_modifiers ?? byDefault) : '';
             this.buffers.push(this.upload(gl.ARRAY_BUFFER, applyModifiers(stream, modifiers).values));
             gl.enableVertexAttribArray(input.location);
             gl.vertexAttribPointer(input.location, stream.components, gl.FLOAT, false, 0, 0);
         }
-        this.buffers.push(this.upload(gl.ELEMENT_ARRAY_BUFFER, new Uint16Array(mesh.indices)));
+        this.buffers.push(this.upload(gl.ELEMENT_ARRAY_BUFFER, mesh.indices));
         gl.bindVertexArray(null);
+        this.missing = missing;
     }
 
-    private upload(target: number, data: Float32Array | Uint16Array): WebGLBuffer {
+    private upload(target: number, data: Float32Array | Uint32Array): WebGLBuffer {
         const buffer = this.gl.createBuffer();
         this.gl.bindBuffer(target, buffer);
         this.gl.bufferData(target, data, this.gl.STATIC_DRAW);

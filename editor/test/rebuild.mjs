@@ -1,0 +1,460 @@
+// Rebuilds a material in the editor as an artist does, by mouse and keys alone, and counts what that takes. What to build
+// is read from a document; nodes are added from the output backwards.
+// Usage: node test/rebuild.mjs MOX [DIST] [--plain] EXAMPLE..., with DIST the folder of a page other than the one in MOX; prints
+// the counts. With --plain the artist neither looks for functions in the list of nodes nor relies on a click to select what
+// a field holds, as it was before the editor had these.
+
+import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import * as drive from './drive.mjs';
+
+/** A hand on the mouse and one on the keys. A word is typed in one go; its letters are counted apart. */
+class Hands {
+    counts = { clicks: 0, drags: 0, wheels: 0, keys: 0, words: 0, letters: 0 };
+
+    constructor(page) {
+        this.page = page;
+    }
+
+    async click(locator) {
+        ++this.counts.clicks;
+        await locator.click();
+    }
+
+    /** Clicks into a field, unless a key has led there already. */
+    async enter(locator) {
+        if (await locator.evaluate((element) => element === document.activeElement)) return;
+        await this.click(locator);
+    }
+
+    /** Opens a list and takes an entry. */
+    async choose(locator, value) {
+        this.counts.clicks += 2;
+        await locator.selectOption(value);
+    }
+
+    async drag(from, to) {
+        ++this.counts.drags;
+        const { mouse } = this.page;
+        await mouse.move(...from);
+        await mouse.down();
+        await mouse.move((from[0] + to[0]) / 2, (from[1] + to[1]) / 2, { steps: 3 });
+        await mouse.move(...to, { steps: 3 });
+        await mouse.up();
+    }
+
+    async zoomOut() {
+        ++this.counts.wheels;
+        const { x, y, width, height } = await this.page.locator('#canvas').boundingBox();
+        await this.page.mouse.move(x + 0.75 * width, y + 0.5 * height);
+        await this.page.mouse.wheel(0, 200);
+        await this.page.waitForTimeout(200);
+    }
+
+    async press(...names) {
+        for (const name of names) {
+            ++this.counts.keys;
+            await this.page.keyboard.press(name);
+        }
+    }
+
+    async type(text) {
+        ++this.counts.words;
+        this.counts.letters += text.length;
+        await this.page.keyboard.type(text);
+    }
+}
+
+const isPlace = (name) => name === 'PositionX' || name === 'PositionY';
+const middleOf = ({ x, y, width, height }) => [x + width / 2, y + height / 2];
+
+class Artist {
+    /** What the nodes of the description are called here. */
+    ids = new Map();
+
+    constructor(page, wanted, isPlain) {
+        this.page = page;
+        this.wanted = wanted;
+        this.isPlain = isPlain;
+        this.hands = new Hands(page);
+    }
+
+    async until(isDone, argument) {
+        await this.page.waitForFunction(isDone, argument);
+    }
+
+    /** Does something that changes the document, and waits for the change. */
+    async change(action) {
+        const before = await this.page.evaluate(() => window.moxEditor.get().revision);
+        await action();
+        await this.until((revision) => window.moxEditor.get().revision > revision, before);
+    }
+
+    nodes() {
+        return this.page.evaluate(() =>
+            [...window.moxEditor.get().document.nodes.values()].map(({ record, properties }) => ({
+                id: record.id,
+                properties,
+            })),
+        );
+    }
+
+    edges() {
+        return this.page.evaluate(() =>
+            [...window.moxEditor.get().document.edges.values()].map(({ record }) => record),
+        );
+    }
+
+    card(id) {
+        return this.page.locator(`.card[aria-label$="node ${id}"]`);
+    }
+
+    async port(id, name) {
+        const handle = this.card(id).locator(`.react-flow__handle[data-handleid="${name}"]`);
+        const box = (await handle.count()) > 0 ? await handle.boundingBox() : null;
+        if (!box) return undefined;
+        const [x, y] = middleOf(box);
+        return x > 5 && y > 40 && y < 1040 ? [x, y] : undefined;
+    }
+
+    /** Tidies up and shows all. */
+    async layOut() {
+        await this.page.locator('#canvas').evaluate((canvas) => canvas.focus());
+        await this.hands.press('Escape');
+        await this.change(() => this.hands.press('l')).catch(() => {});
+        await this.hands.press('a');
+        await this.still();
+    }
+
+    /** Waits until nothing in the graph moves any more. */
+    async still() {
+        const places = () =>
+            this.page
+                .locator('.card')
+                .evaluateAll((cards) =>
+                    cards.map((card) => Object.values(card.getBoundingClientRect().toJSON())).join(),
+                );
+        for (let last = ''; ;) {
+            await this.page.waitForTimeout(120);
+            const now = await places();
+            if (now === last) return;
+            last = now;
+        }
+    }
+
+    /** A place of the empty graph for a new node left of a port, or nothing. */
+    async freePlace(from) {
+        const boxes = await this.page.locator('.card').evaluateAll((cards) =>
+            cards.map((card) => {
+                const { x, y, width, height } = card.getBoundingClientRect();
+                return { x, y, width, height };
+            }),
+        );
+        const canvas = await this.page.locator('#canvas').boundingBox();
+        const zoom = await this.page.evaluate(() => {
+            const box = document.querySelector('.card')?.getBoundingClientRect();
+            return box ? box.width / document.querySelector('.card').offsetWidth : 1;
+        });
+        const [width, height] = [230 * zoom, 170 * zoom];
+        const isFree = (x, y) =>
+            x > canvas.x + 20 && // the node itself may reach out of view
+            y - height / 2 > canvas.y &&
+            y + height / 2 < canvas.y + canvas.height - 40 &&
+            boxes.every(
+                (box) =>
+                    box.x > x ||
+                    box.x + box.width < x - width ||
+                    box.y > y + height / 2 ||
+                    box.y + box.height < y - height / 2,
+            );
+        for (const back of [120, 160, 220, 320])
+            for (const step of [0, 1, -1, 2, -2, 3, -3, 4, -4, 5, -5]) {
+                const x = from[0] - back * zoom;
+                const y = from[1] + (step * height) / 2;
+                if (isFree(x, y)) return [x, y];
+            }
+        return undefined;
+    }
+
+    /** Takes a type from the list that is open; false if the list does not have it. */
+    async pickType(node) {
+        const field = this.page.locator('.palette input');
+        await field.waitFor();
+        const before = new Set((await this.nodes()).map(({ id }) => id));
+        const label = await this.page.locator('.palette li').first().textContent();
+        const wantedLabel = this.fullLabel(node);
+        if (!label.startsWith(wantedLabel) || label.slice(wantedLabel.length).startsWith(':')) {
+            const letters = await this.shortest(wantedLabel);
+            if (letters === undefined) return false;
+            await this.hands.type(letters);
+        }
+        await this.change(() => this.hands.press('Enter'));
+        const added = (await this.nodes()).filter(({ id }) => !before.has(id));
+        assert.equal(added.length, 1);
+        this.ids.set(node.id, added[0].id);
+        await this.until(() => window.moxEditor.get().selection.size === 1);
+        return true;
+    }
+
+    /** What the list of nodes calls a node, with the setting that it brings along. */
+    fullLabel({ type, properties }) {
+        const { label, deciding } = this.wanted.types[type];
+        const setting = properties.find(({ name, value }) => deciding[name]?.includes(value));
+        return setting && !this.isPlain ? `${label}: ${setting.value}` : label;
+    }
+
+    /** The fewest letters that bring a type to the top of the list: an artist knows them after a while. */
+    async shortest(full) {
+        const words = full.split(': ').reverse();
+        const field = this.page.locator('.palette input');
+        const first = this.page.locator('.palette li').first().locator('span');
+        const tries = words.flatMap((word) => [2, 3, 4, word.length].map((count) => word.slice(0, count)));
+        for (const letters of [...tries, full]) {
+            await field.fill(letters.toLowerCase());
+            const found = (await first.count()) > 0 ? await first.textContent() : '';
+            if (found === full) {
+                await field.fill('');
+                return letters.toLowerCase();
+            }
+        }
+        return undefined;
+    }
+
+    async addBehind(edge, node) {
+        let from = await this.port(this.ids.get(edge.head), edge.headPort);
+        let to = from && (await this.freePlace(from));
+        if (!to) {
+            await this.layOut();
+            from = await this.port(this.ids.get(edge.head), edge.headPort);
+            to = await this.freePlace(from);
+        }
+        if (!to) {
+            await this.hands.zoomOut();
+            from = await this.port(this.ids.get(edge.head), edge.headPort);
+            to = await this.freePlace(from);
+        }
+        assert.ok(to, 'there is room for a node');
+        await this.hands.drag(from, to);
+        if (await this.pickType(node)) return;
+        await this.hands.press('Escape'); // nothing of this name fits the port as it is at first
+        await this.addFree(node, to);
+    }
+
+    async addFree(node, to) {
+        ++this.hands.counts.clicks;
+        await this.page.mouse.dblclick(...to);
+        assert.ok(await this.pickType(node));
+    }
+
+    async connect(edge) {
+        const ends = async () => [
+            await this.port(this.ids.get(edge.tail), edge.tailPort),
+            await this.port(this.ids.get(edge.head), edge.headPort),
+        ];
+        let [tail, head] = await ends();
+        if (!tail || !head) {
+            await this.layOut();
+            [tail, head] = await ends();
+        }
+        await this.change(() => this.hands.drag(tail, head));
+    }
+
+    async hasEdge(edge) {
+        const [tail, head] = [this.ids.get(edge.tail), this.ids.get(edge.head)];
+        return (await this.edges()).some(
+            (e) =>
+                e.tail === tail &&
+                e.head === head &&
+                e.tailPort === edge.tailPort &&
+                e.headPort === edge.headPort,
+        );
+    }
+
+    /** Sets what differs from the description in the inspector, which shows the new node. */
+    async setProperties(node) {
+        let left = node.properties.filter(({ name }) => !isPlace(name));
+        while (left.length > 0) {
+            const { properties } = (await this.nodes()).find(({ id }) => id === this.ids.get(node.id));
+            const shown = (wanted) => properties.find(({ name }) => name === wanted.name);
+            left = left.filter((wanted) => shown(wanted)?.value !== wanted.value);
+            const next = left.find((wanted) => shown(wanted));
+            if (!next) break;
+            await this.setProperty(next);
+            left = left.filter((wanted) => wanted !== next);
+        }
+        return left;
+    }
+
+    async setProperty({ name, kind, value }) {
+        const field = (label) => this.page.locator('#inspector').getByLabel(label, { exact: true });
+        if (kind === 'bool') await this.change(() => this.hands.click(field(name)));
+        else if (kind === 'enum') await this.change(() => this.hands.choose(field(name), value));
+        else if (kind === 'colour') {
+            const parts = value.split(' ');
+            await this.hands.enter(field(`${name}, red`));
+            if (this.isPlain) await this.hands.press('Control+a');
+            for (const [i, part] of parts.entries()) {
+                const enter = async () => {
+                    await this.hands.type(part);
+                    await this.hands.press(i + 1 < parts.length ? 'Tab' : 'Enter');
+                };
+                const component = ['red', 'green', 'blue', 'alpha'][i];
+                const old = await field(`${name}, ${component}`).inputValue();
+                if (Number(old) === Number(part)) await this.hands.press('Tab');
+                else await this.change(enter);
+            }
+        } else {
+            await this.hands.enter(field(name));
+            if (this.isPlain) await this.hands.press('Control+a');
+            await this.change(async () => {
+                await this.hands.type(value);
+                await this.hands.press('Tab');
+            });
+        }
+    }
+
+    async build() {
+        const { nodes, edges } = this.wanted;
+        const byId = new Map(nodes.map((node) => [node.id, node]));
+        const sinks = nodes.filter(({ id }) => !edges.some(({ tail }) => tail === id));
+        assert.equal(sinks.length, 1);
+        const size = await this.page.locator('#canvas').boundingBox();
+        await this.addFree(sinks[0], [size.x + size.width * 0.6, size.y + size.height * 0.4]);
+        await this.setProperties(sinks[0]);
+        const waiting = [sinks[0].id];
+        for (const id of waiting) {
+            for (const edge of edges.filter(({ head }) => head === id)) {
+                if (await this.hasEdge(edge)) continue;
+                if (this.ids.has(edge.tail)) {
+                    await this.connect(edge);
+                    continue;
+                }
+                const node = byId.get(edge.tail);
+                await this.addBehind(edge, node);
+                const missing = await this.setProperties(node);
+                if (!(await this.hasEdge(edge))) await this.connect(edge);
+                assert.deepEqual(await this.setProperties({ ...node, properties: missing }), []);
+                waiting.push(edge.tail);
+            }
+        }
+        await this.setMaterial();
+        await this.setBindings();
+        await this.change(() => this.hands.press('Control+s')).catch(() => {});
+        await this.until(() => !window.moxEditor.get().unsaved);
+    }
+
+    async setMaterial() {
+        const values = Object.entries({ ...this.wanted.description, ...this.wanted.renderState });
+        if (values.length === 0) return;
+        await this.page.locator('#canvas').evaluate((canvas) => canvas.focus());
+        await this.hands.press('Escape', 'Escape');
+        for (const [name, value] of values) {
+            const field = this.page.locator('#inspector').getByLabel(name, { exact: true });
+            if ((await field.evaluate((element) => element.tagName)) === 'SELECT')
+                await this.change(() => this.hands.choose(field, value));
+            else {
+                await this.hands.click(field);
+                await this.change(async () => {
+                    await this.hands.type(value);
+                    await this.hands.press('Enter');
+                });
+            }
+        }
+    }
+
+    async setBindings() {
+        if (this.wanted.bindings.length === 0) return;
+        await this.hands.click(this.page.getByRole('tab', { name: 'Parameters' }));
+        for (const { tag, values } of this.wanted.bindings) {
+            await this.hands.enter(this.page.getByLabel(tag, { exact: true }));
+            await this.change(async () => {
+                await this.hands.type(values.default);
+                await this.hands.press('Enter');
+            });
+        }
+    }
+}
+
+/** What a document holds, as the page is told, and what the types of its nodes are called. */
+async function describe(browser, mox, example, dist) {
+    const copy = `${mkdtempSync(`${tmpdir()}/mox-example-`)}/example.xml`;
+    writeFileSync(copy, readFileSync(example));
+    const { server, address } = await drive.serve(mox, copy);
+    const page = await drive.open(browser, address, { dist });
+    await page.waitForFunction(() => window.moxEditor.get().catalogue.size > 0);
+    const wanted = await page.evaluate(() => {
+        const { document, catalogue } = window.moxEditor.get();
+        const deciding = (type) =>
+            type.properties.filter(
+                ({ name, kind, visible }) =>
+                    kind === 'enum' &&
+                    visible &&
+                    (name === 'Function' || type.variants.some((v) => v.property === name)),
+            );
+        const types = [...catalogue.values()].map((type) => [
+            type.type,
+            {
+                label: type.label,
+                deciding: Object.fromEntries(deciding(type).map(({ name, choices }) => [name, choices])),
+            },
+        ]);
+        return {
+            nodes: [...document.nodes.values()].map(({ record }) => ({ properties: [], ...record })),
+            edges: [...document.edges.values()].map(({ record }) => record),
+            bindings: document.bindings,
+            description: document.description,
+            renderState: document.renderState,
+            types: Object.fromEntries(types),
+        };
+    });
+    await page.context().close();
+    server.kill();
+    return wanted;
+}
+
+/**
+ * Rebuilds an example and compares it: nothing but ids and places may differ.
+ * @returns the counts
+ */
+async function rebuild(browser, mox, example, dist, isPlain) {
+    const wanted = await describe(browser, mox, example, dist);
+    const folder = mkdtempSync(`${tmpdir()}/mox-rebuild-`);
+    const file = `${folder}/built.xml`;
+    const { server, address } = await drive.serve(mox, file);
+    const page = await drive.open(browser, address, { dist, viewport: { width: 1920, height: 1080 } });
+    try {
+        await page.waitForFunction(() => window.moxEditor.get().catalogue.size > 0);
+        const artist = new Artist(page, wanted, isPlain);
+        await artist.build();
+        let text = readFileSync(file, 'utf8');
+        const old = new Map([...artist.ids].map(([there, here]) => [here, there]));
+        text = text.replace(
+            /\b(id|tail|head)="([^"]*)"/g,
+            (whole, name, id) => `${name}="${old.get(id) ?? id}"`,
+        );
+        writeFileSync(file, text);
+        const { stdout } = spawnSync(mox, ['diff', example, file], { encoding: 'utf8' });
+        assert.deepEqual(
+            stdout.split('\n').filter((line) => line !== '' && !/"Position[XY]"/.test(line)),
+            [],
+        );
+        assert.deepEqual(page.complaints, []);
+        return { nodes: wanted.nodes.length, edges: wanted.edges.length, ...artist.hands.counts };
+    } catch (error) {
+        await page.screenshot({ path: `${tmpdir()}/mox-rebuild.png` });
+        throw error;
+    } finally {
+        await page.context().close();
+        server.kill();
+        rmSync(folder, { recursive: true });
+    }
+}
+
+const isPlain = process.argv.includes('--plain');
+const [mox, ...others] = process.argv.slice(2).filter((argument) => argument !== '--plain');
+const dist = others[0].endsWith('.xml') ? undefined : others.shift();
+const browser = await drive.launch();
+for (const example of others) console.log(example, await rebuild(browser, mox, example, dist, isPlain));
+await browser.close();
