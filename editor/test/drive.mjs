@@ -46,7 +46,9 @@ export async function open(browser, address, { dist, ...options } = {}) {
         for (const name of ['app.js', 'app.css'])
             await page.route(`**/${name}`, (route) => route.fulfill({ path: `${dist}/${name}` }));
     await page.goto(address);
-    await page.waitForFunction(() => document.title.includes('.xml'));
+    await page.waitForFunction(
+        () => document.title.includes('.xml') && window.moxEditor.get().catalogue.size > 0,
+    );
     return page;
 }
 

@@ -158,18 +158,19 @@ class Artist {
             return box ? box.width / document.querySelector('.card').offsetWidth : 1;
         });
         const [width, height] = [230 * zoom, 170 * zoom];
+        const margin = 30; // nearer, a port would catch the edge
         const isFree = (x, y) =>
             x > canvas.x + 20 && // the node itself may reach out of view
             y - height / 2 > canvas.y &&
             y + height / 2 < canvas.y + canvas.height - 40 &&
             boxes.every(
                 (box) =>
-                    box.x > x ||
-                    box.x + box.width < x - width ||
+                    box.x - margin > x ||
+                    box.x + box.width + margin < x - width ||
                     box.y > y + height / 2 ||
                     box.y + box.height < y - height / 2,
             );
-        for (const back of [120, 160, 220, 320])
+        for (const back of [120, 160, 220, 320, 400])
             for (const step of [0, 1, -1, 2, -2, 3, -3, 4, -4, 5, -5]) {
                 const x = from[0] - back * zoom;
                 const y = from[1] + (step * height) / 2;
@@ -383,7 +384,6 @@ async function describe(browser, mox, example, dist) {
     writeFileSync(copy, readFileSync(example));
     const { server, address } = await drive.serve(mox, copy);
     const page = await drive.open(browser, address, { dist });
-    await page.waitForFunction(() => window.moxEditor.get().catalogue.size > 0);
     const wanted = await page.evaluate(() => {
         const { document, catalogue } = window.moxEditor.get();
         const deciding = (type) =>
@@ -425,7 +425,6 @@ async function rebuild(browser, mox, example, dist, isPlain) {
     const { server, address } = await drive.serve(mox, file);
     const page = await drive.open(browser, address, { dist, viewport: { width: 1920, height: 1080 } });
     try {
-        await page.waitForFunction(() => window.moxEditor.get().catalogue.size > 0);
         const artist = new Artist(page, wanted, isPlain);
         await artist.build();
         let text = readFileSync(file, 'utf8');
