@@ -64,6 +64,12 @@ const std::string* XmlTree::Find(std::string_view attribute) const
     return nullptr;
 }
 
+std::string XmlTree::Get(std::string_view attribute) const
+{
+    const std::string* value = Find(attribute);
+    return value ? *value : std::string();
+}
+
 XmlTree ReadXmlTree(const std::filesystem::path& file)
 {
     return ParseXmlTree(file.string(), ReadFile(file));
@@ -71,10 +77,21 @@ XmlTree ReadXmlTree(const std::filesystem::path& file)
 
 XmlTree ParseXmlTree(const std::string& file, std::string_view text)
 {
-    TreeBuilder builder(file);
     ProblemList problems;
-    XmlParser(file, builder, problems).Parse(text);
+    std::optional<XmlTree> root = ParseXmlTree(file, text, problems);
     problems.ThrowFirstError();
+    return std::move(*root);
+}
+
+std::optional<XmlTree> ParseXmlTree(const std::string& file, std::string_view text,
+                                    ProblemList& problems)
+{
+    TreeBuilder builder(file);
+    ProblemList found;
+    XmlParser(file, builder, found).Parse(text);
+    problems.Append(found);
+    if (found.HasErrors())
+        return std::nullopt;
     return builder.TakeRoot();
 }
 

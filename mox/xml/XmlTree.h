@@ -1,8 +1,9 @@
 #pragma once
 
-#include "mox/host/HostError.h"
+#include "mox/host/Problem.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,9 @@ struct XmlTree
     /// The value of an attribute, or null.
     const std::string* Find(std::string_view attribute) const;
 
+    /// The same, with an empty text for an attribute that is missing.
+    std::string Get(std::string_view attribute) const;
+
     std::string Name;                  ///< with its prefix, if it has one
     std::vector<Attribute> Attributes; ///< namespace declarations too
     std::vector<XmlTree> Children;
@@ -38,6 +42,12 @@ XmlTree ReadXmlTree(const std::filesystem::path& file);
 /// The same for a document in memory.
 /// @param file as it is named in messages
 XmlTree ParseXmlTree(const std::string& file, std::string_view text);
+
+/// The same for callers that want to know by which rule it failed.
+/// @param problems takes what is wrong
+/// @returns nothing if the document is not well-formed or refused
+std::optional<XmlTree> ParseXmlTree(const std::string& file, std::string_view text,
+                                    ProblemList& problems);
 
 /// Whether the root element of an XML file may have this name: it has it, or the file cannot be
 /// read or is not well-formed before it. Reads no further than the root's start tag, and accepts
