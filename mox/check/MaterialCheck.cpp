@@ -4,6 +4,7 @@
 #include "mox/document/DocumentInputs.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/OpenMaterial.h"
+#include "mox/interchange/ReadMaterial.h"
 #include "mox/program/CgNames.h"
 #include "mox/program/FunctionBody.h"
 #include "mox/program/MaterialProgram.h"
@@ -213,7 +214,7 @@ ProblemList CheckMaterial(const std::filesystem::path& file, const PluginSet& pl
                           const Environment& environment, const ProgramFormat* format)
 {
     ProblemList problems;
-    const MaterialGraph graph = OpenMaterial(file, plugins, problems);
+    const MaterialGraph graph = OpenMaterial(ReadMaterial(file, problems), plugins, problems);
     CheckMaterial(graph, file, environment, format, problems);
     return problems;
 }

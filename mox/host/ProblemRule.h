@@ -87,6 +87,11 @@ inline constexpr std::string_view problemRules[] = {
     "environment-value",
     "environment-hidden",
     "environment-unused",
+    // other formats
+    "interchange-file",
+    "interchange-composed",
+    "interchange-approximated",
+    "interchange-dropped",
     // previews
     "material",
     "preview-stream",

@@ -3,6 +3,7 @@
 #include "LoadPlugins.h"
 #include "ReplaceDocument.h"
 #include "mox/Text.h"
+#include "mox/document/MaterialDocument.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
@@ -42,7 +43,11 @@ void Apply(const ApplyOptions& options, const CommonOptions& common)
     const Host::PluginSet plugins = LoadPlugins(common);
     const Host::GraphChange change =
         Host::ParseChangeJson(ReadSource(options.Change), SourceName(options.Change));
-    Host::MaterialGraph graph(ReadDocument(options.File), Host::NodeMaker(plugins));
+    Host::ProblemList problems;
+    Host::MaterialDocument document =
+        Host::ParseMaterialDocument(SourceName(options.File), ReadSource(options.File), problems);
+    problems.ThrowFirstError();
+    Host::MaterialGraph graph(std::move(document), Host::NodeMaker(plugins));
     try {
         graph.Apply(change);
     } catch (const Host::RefusedStep& refusal) {

@@ -22,6 +22,7 @@ void AddApplyCommand(CLI::App& program, const CommonOptions& common);
 void AddBindingsCommand(CLI::App& program, const CommonOptions& common);
 void AddCatalogueCommand(CLI::App& program, const CommonOptions& common);
 void AddCheckCommand(CLI::App& program, const CommonOptions& common);
+void AddConvertCommand(CLI::App& program, const CommonOptions& common);
 void AddDiffCommand(CLI::App& program, const CommonOptions& common);
 void AddEditCommand(CLI::App& program, const CommonOptions& common);
 void AddExportCommand(CLI::App& program, const CommonOptions& common);

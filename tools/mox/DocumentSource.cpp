@@ -1,6 +1,7 @@
 #include "DocumentSource.h"
 
 #include "mox/host/File.h"
+#include "mox/interchange/ReadMaterial.h"
 
 #include <CLI/CLI.hpp>
 
@@ -43,10 +44,10 @@ std::string ReadSource(const std::string& file)
 Host::MaterialDocument ReadDocument(const std::string& file, Host::ProblemList& problems)
 {
     if (!IsStandardInput(file))
-        return Host::ReadMaterialDocument(file, problems);
+        return Host::ReadMaterial(file, problems);
     const std::string name = SourceName(file);
     try {
-        return Host::ParseMaterialDocument(name, ReadSource(file), problems);
+        return Host::ParseMaterial(name, ReadSource(file), problems);
     } catch (const Host::HostError& error) {
         problems.Fail("unreadable", error);
         Host::MaterialDocument document;

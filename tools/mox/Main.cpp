@@ -76,6 +76,7 @@ int RunProgram(int argc, char** argv)
     AddExportCommand(program, common);
     AddCheckCommand(program, common);
     AddDiffCommand(program, common);
+    AddConvertCommand(program, common);
 #ifdef MOX_HAS_EDITOR
     AddEditCommand(program, common);
 #endif

@@ -1,0 +1,60 @@
+#include "mox/interchange/InterchangeValue.h"
+
+#include "mox/document/PropertyText.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace Mox::Host {
+
+int WidthOfType(const std::string& type)
+{
+    if (type == "vector2")
+        return 2;
+    if (type == "vector3" || type == "color3")
+        return 3;
+    return type == "vector4" || type == "color4" ? 4 : 1;
+}
+
+std::vector<float> ParseNumbers(const std::string& text)
+{
+    if (text == "true")
+        return {1.0f};
+    if (text == "false")
+        return {0.0f};
+    std::vector<float> numbers;
+    for (std::size_t begin = 0; begin <= text.size() && numbers.size() < 16;) {
+        const std::size_t end = std::min(text.find(',', begin), text.size());
+        std::string part = text.substr(begin, end - begin);
+        part.erase(std::remove(part.begin(), part.end(), ' '), part.end());
+        const auto number = ParseFloat(part);
+        if (!number)
+            return {};
+        numbers.push_back(*number);
+        begin = end + 1;
+    }
+    return numbers;
+}
+
+bool EqualsText(const InterchangeValue& value, const std::string& text)
+{
+    if (value.IsConnected() || value.Numbers.empty())
+        return !value.IsConnected() && value.Text == text;
+    std::vector<float> wanted = ParseNumbers(text);
+    if (wanted.size() == 1)
+        wanted.resize(value.Numbers.size(), wanted.front());
+    if (value.Numbers.size() == 1 && !wanted.empty() && value.IsUniform())
+        return std::all_of(wanted.begin(), wanted.end(),
+                           [&](float number) { return number == value.Numbers.front(); });
+    return wanted == value.Numbers;
+}
+
+std::string FormatNumber(float number)
+{
+    std::array<char, 32> digits;
+    const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
+    return {digits.begin(), end};
+}
+
+} // namespace Mox::Host

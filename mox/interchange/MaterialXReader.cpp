@@ -1,0 +1,485 @@
+#include "mox/interchange/MaterialXReader.h"
+
+#include "mox/Text.h"
+#include "mox/document/PropertyText.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+using Materials::GuiPropertyKind;
+using InputValues = InterchangeGraph::Values;
+
+constexpr std::size_t mostMaterialXBytes = 64U << 20U;
+constexpr float pixelsOfUnit = 200.0f; ///< a unit of positions is the size of a node with its gap
+
+std::optional<float> ReadPosition(const XmlTree& element, std::string_view attribute)
+{
+    const auto position = ParseFloat(element.Get(attribute));
+    if (!position || std::abs(*position) > 5000.0f)
+        return std::nullopt;
+    return std::round(*position * pixelsOfUnit * 64.0f) / 64.0f;
+}
+
+bool IsNumericType(const std::string& type)
+{
+    return type == "float" || type == "integer" || type == "boolean" || WidthOfType(type) > 1;
+}
+
+/// Types of values that no port carries.
+const char* RefuseType(const std::string& type)
+{
+    if (type.starts_with("matrix"))
+        return "no port carries a matrix";
+    if (type == "BSDF" || type == "EDF" || type == "VDF")
+        return "only whole shaders are read, not closures";
+    return nullptr;
+}
+
+bool IsNear(const InterchangeValue& value, const std::string& text)
+{
+    const auto wanted = ParseFloat(text);
+    return wanted && !value.IsConnected() && !value.Numbers.empty() &&
+           std::all_of(value.Numbers.begin(), value.Numbers.end(),
+                       [&](float number) { return std::abs(number - *wanted) < 1e-5f; });
+}
+
+} // namespace
+
+MaterialXReader::MaterialXReader(const std::string& file, ProblemList& problems)
+    : _file(file), _problems(problems), _builder(file), _graph(_builder)
+{}
+
+MaterialDocument MaterialXReader::Read(std::string_view text)
+{
+    try {
+        if (text.size() > mostMaterialXBytes)
+            throw HostError(_file, "is larger than 64 MiB, the most that is read of MaterialX");
+        if (const auto root = ParseXmlTree(_file, text, _problems))
+            ReadRoot(*root);
+    } catch (const HostError& error) {
+        _problems.Fail("interchange-file", error);
+    }
+    return std::move(_builder.Document());
+}
+
+void MaterialXReader::ReadRoot(const XmlTree& root)
+{
+    if (root.Name != "materialx")
+        throw HostError(root.Where,
+                        Compose("the root is \"", root.Name, "\" and not \"materialx\""));
+    const std::string version = root.Get("version");
+    if (!version.starts_with("1.38") && !version.starts_with("1.39")) {
+        _problems.Warn("interchange-approximated", root.Where,
+                       Compose("version \"", version, "\" is read as 1.39"));
+    }
+    for (const XmlTree& child : root.Children) {
+        if (child.Name == "xi:include") {
+            Report(Carry::None, child,
+                   Compose("the file \"", child.Get("href"),
+                           "\" is not read; only the document itself is"));
+        }
+    }
+    MaterialXScopes scopes(root, _problems);
+    _scopes = &scopes;
+    const MaterialXSource shader = FindShader(root, scopes);
+    if (shader.Element)
+        ReadShader(shader);
+    WarnOfUnread();
+    _builder.Prune("VectorTransform");
+}
+
+/// The shader of the first material, or else the first shader.
+MaterialXSource MaterialXReader::FindShader(const XmlTree& root, MaterialXScopes& scopes)
+{
+    MaterialXSource shader;
+    const XmlTree* material = nullptr;
+    for (const XmlTree& child : root.Children) {
+        if (child.Name != "surfacematerial")
+            continue;
+        if (material) {
+            Report(Carry::None, child,
+                   Compose("a document is one material; this is \"", material->Get("name"), "\""));
+            continue;
+        }
+        material = &child;
+        const XmlTree* input = MaterialXScopes::FindInput(child, "surfaceshader");
+        if (input)
+            shader = scopes.Follow(MaterialXScopes::Root, *input);
+        for (const char* other : {"backsurfaceshader", "displacementshader"}) {
+            const XmlTree* unread = MaterialXScopes::FindInput(child, other);
+            if (unread &&
+                scopes.Follow(MaterialXScopes::Root, *unread).What == MaterialXSource::Kind::Output)
+                Report(Carry::None, *unread,
+                       Compose("the input \"", other, "\" has no counterpart"));
+        }
+        _builder.Document().Description.push_back({"name", child.Get("name")});
+        if (const std::string* text = child.Find("doc"))
+            _builder.Document().Description.push_back({"desc", *text});
+    }
+    if (shader.What == MaterialXSource::Kind::Output)
+        return shader;
+    if (!material) {
+        for (const XmlTree& child : root.Children) {
+            if (GetStandardNodes().FindSurface(child.Name))
+                return {MaterialXSource::Kind::Output, &child, MaterialXScopes::Root, {}};
+        }
+    }
+    throw HostError(material ? material->Where : root.Where,
+                    material ? "the material has no surface shader"
+                             : "the document has no material");
+}
+
+void MaterialXReader::ReadShader(const MaterialXSource& shader)
+{
+    const InterchangeSurface* surface = GetStandardNodes().FindSurface(shader.Element->Name);
+    if (!surface) {
+        throw HostError(PlaceOf(*shader.Element), Compose("the shader \"", shader.Element->Name,
+                                                          "\" is not one that is read"));
+    }
+    const Key key(shader.Scope, shader.Element);
+    for (const auto& [name, text] : surface->Inputs) {
+        if (const XmlTree* input = MaterialXScopes::FindInput(*shader.Element, name))
+            Evaluate(_scopes->Follow(shader.Scope, *input));
+    }
+    const InputValues inputs = ReadInputs(key, surface->Inputs, surface->Name);
+    _evaluated[key].IsDone = true;
+    FeedSurface(*surface, inputs, *shader.Element);
+    SetRenderState(*surface, inputs);
+    WarnOfIgnored(*surface, inputs, *shader.Element);
+}
+
+void MaterialXReader::FeedSurface(const InterchangeSurface& surface, const InputValues& inputs,
+                                  const XmlTree& element)
+{
+    const InterchangeGraph::Site site = SiteOf({MaterialXScopes::Root, &element});
+    DocumentNode node;
+    node.Type = surface.Type;
+    node.Line = element.Where.Line;
+    node.Id = site.Id;
+    if (site.PositionX)
+        MaterialBuilder::Set(node, "PositionX", GuiPropertyKind::Float,
+                             FormatNumber(*site.PositionX));
+    if (site.PositionY)
+        MaterialBuilder::Set(node, "PositionY", GuiPropertyKind::Float,
+                             FormatNumber(*site.PositionY));
+    std::vector<std::pair<std::string, InterchangeValue>> feeds;
+    for (const InterchangeSurface::Port& port : surface.Ports) {
+        if (!port.Unless.empty() && InterchangeGraph::Holds(port.Unless, inputs, {}))
+            continue;
+        InterchangeGraph::Site step;
+        step.Owner = site.Id;
+        step.Id = Compose(site.Id, "_", port.Name.substr(3));
+        step.Line = element.Where.Line;
+        step.IsStep = true;
+        const std::size_t nodesBefore = _builder.Document().Nodes.size();
+        InterchangeValue value = _graph.Supply(_graph.Evaluate(port.Is, inputs, step), step);
+        if (IsNear(value, port.Unfed))
+            continue;
+        if (_builder.Document().Nodes.size() > nodesBefore)
+            Report(Carry::Composed, element,
+                   Compose("\"", port.Name, "\" is computed from several inputs"));
+        const bool isVector =
+            port.Name == "in_colour" || port.Name == "in_emission" || port.Name == "in_normal";
+        if (value.Count > 1 || value.Numbers.size() > 1)
+            value = _builder.Resize(value, isVector ? 3 : 1, step.Id, step.Line);
+        if (!value.IsConnected()) {
+            const Expression& result = port.Is.Steps.back().Value;
+            if (!result.Numbers.empty()) { // which no input of the shader changes
+                feeds.emplace_back(port.Name, _builder.Constant(value.Numbers, step.Id, step.Line));
+                continue;
+            }
+            DocumentNode constant;
+            constant.Id = result.IsCall ? port.Name.substr(3) : result.Name;
+            constant.Line = element.Where.Line;
+            const std::string name = constant.Id;
+            value = _builder.Parameter(value.Numbers, std::move(constant), name);
+        }
+        feeds.emplace_back(port.Name, value);
+    }
+    const std::string id = _builder.Add(std::move(node));
+    for (const auto& [port, value] : feeds)
+        _builder.Connect(value, id, port, element.Where.Line);
+}
+
+void MaterialXReader::SetRenderState(const InterchangeSurface& surface, const InputValues& inputs)
+{
+    for (const InterchangeSurface::State& state : surface.States) {
+        if (!InterchangeGraph::Holds(state.When, inputs, {}) ||
+            (!state.Unless.empty() && InterchangeGraph::Holds(state.Unless, inputs, {})))
+            continue;
+        for (const auto& [name, text] : state.Settings) {
+            std::string value = text;
+            if (text.starts_with("$")) {
+                const InterchangeValue& number = inputs.at(text.substr(1));
+                value = number.Numbers.empty()
+                            ? "0.5"
+                            : FormatNumber(std::clamp(number.Numbers.front(), 0.0f, 1.0f));
+                if (value.find('e') != std::string::npos)
+                    value = "0";
+            }
+            _builder.Document().RenderState.push_back({name, value});
+        }
+    }
+}
+
+void MaterialXReader::WarnOfIgnored(const InterchangeSurface& surface, const InputValues& inputs,
+                                    const XmlTree& element)
+{
+    for (const InterchangeSurface::Ignored& ignored : surface.IgnoredInputs) {
+        const InterchangeValue& value = inputs.at(ignored.Input);
+        const XmlTree* input = MaterialXScopes::FindInput(element, ignored.Input);
+        if (input && value.Text != ignored.Neutral && !EqualsText(value, ignored.Neutral))
+            Report(ignored.IsApproximated ? Carry::Approximated : Carry::None, *input,
+                   Compose("the input \"", ignored.Input, "\": ", ignored.Note));
+    }
+    for (const XmlTree& child : element.Children) {
+        const std::string name = child.Get("name");
+        if (child.Name == "input" &&
+            std::none_of(surface.Inputs.begin(), surface.Inputs.end(),
+                         [&](const auto& input) { return input.first == name; }))
+            Report(Carry::None, child, Compose("the shader has no input \"", name, "\""));
+    }
+}
+
+/// Reports nodes of the node graphs in use that do not lead to the shader.
+void MaterialXReader::WarnOfUnread()
+{
+    std::set<std::size_t> scopes;
+    std::set<const XmlTree*> read;
+    for (const auto& [key, node] : _evaluated) {
+        if (key.first != MaterialXScopes::Root)
+            scopes.insert(key.first);
+        read.insert(key.second);
+    }
+    std::set<const XmlTree*> reported;
+    for (const std::size_t scope : scopes) {
+        for (const XmlTree& child : _scopes->GraphOf(scope).Children) {
+            if (child.Name != "input" && child.Name != "output" && child.Name != "backdrop" &&
+                !read.contains(&child) && reported.insert(&child).second)
+                Report(Carry::None, child, "nothing of it reaches the material");
+        }
+    }
+}
+
+/// Carries over the node that a source leads to, after all on which it depends.
+void MaterialXReader::Evaluate(const MaterialXSource& source)
+{
+    if (source.What != MaterialXSource::Kind::Output)
+        return;
+    std::vector<Key> waiting = {{source.Scope, source.Element}};
+    while (!waiting.empty()) {
+        const Key key = waiting.back();
+        const auto [entry, isNew] = _evaluated.try_emplace(key);
+        if (entry->second.IsDone) {
+            waiting.pop_back();
+            continue;
+        }
+        if (!isNew) {
+            waiting.pop_back();
+            EvaluateNode(key);
+            continue;
+        }
+        for (const XmlTree& child : key.second->Children) {
+            if (child.Name != "input")
+                continue;
+            const MaterialXSource input = _scopes->Follow(key.first, child);
+            if (input.What != MaterialXSource::Kind::Output)
+                continue;
+            const bool isNormalMap = key.second->Name == "normalmap" && child.Get("name") == "in";
+            const auto [reader, isFirst] =
+                _readByNormalMapsOnly.emplace(input.Element, isNormalMap);
+            if (!isFirst)
+                reader->second = reader->second && isNormalMap;
+            const auto known = _evaluated.find({input.Scope, input.Element});
+            if (known == _evaluated.end())
+                waiting.emplace_back(input.Scope, input.Element);
+            else if (!known->second.IsDone)
+                _problems.Fail("interchange-file", PlaceOf(child), "the nodes lead in a cycle");
+        }
+    }
+}
+
+void MaterialXReader::EvaluateNode(const Key& key)
+{
+    const XmlTree& element = *key.second;
+    const std::string type = element.Get("type");
+    Evaluated& evaluated = _evaluated[key];
+    evaluated.IsDone = true;
+    const InterchangeNode* node = GetStandardNodes().Find(element.Name);
+    if (!node || node->IsHelper) {
+        Report(Carry::None, element,
+               Compose("\"", element.Name, "\" is not a standard node of MaterialX"));
+        return;
+    }
+    if (const char* reason = RefuseType(type)) {
+        Report(Carry::None, element, Compose(element.Name, ": ", reason));
+        return;
+    }
+    const InputValues inputs = ReadInputs(key, node->Inputs, element.Name);
+    const InterchangeAlternative* alternative = InterchangeGraph::Choose(*node, inputs, type);
+    try {
+        if (!alternative)
+            throw NoCounterpart("its inputs have no counterpart");
+        evaluated.Outputs = _graph.Make(*node, *alternative, inputs, SiteOf(key));
+    } catch (const NoCounterpart& error) {
+        Report(Carry::None, element, Compose(element.Name, ": ", error.what()));
+        return;
+    }
+    for (auto& [name, value] : evaluated.Outputs) {
+        if (value.Count == 1 && type != "multioutput" && name == "out")
+            value.Width = std::max(value.Width, WidthOfType(type));
+        value.Type = type;
+    }
+    if (alternative->Kind != Carry::Direct) {
+        const bool isSame = alternative->Kind == Carry::Composed;
+        Report(alternative->Kind, element,
+               isSame ? Compose(element.Name, " is composed of other nodes")
+                      : Compose(element.Name, " is approximated: ", alternative->Note));
+    }
+}
+
+InputValues MaterialXReader::ReadInputs(const Key& key, const NamedTexts& inputs,
+                                        const std::string& category)
+{
+    InputValues values;
+    for (const auto& [name, text] : inputs) {
+        const XmlTree* input = MaterialXScopes::FindInput(*key.second, name);
+        if (!input) {
+            values[name] = InterchangeGraph::Default(text);
+            continue;
+        }
+        const MaterialXSource source = _scopes->Follow(key.first, *input);
+        InterchangeValue value = ReadInput(source, *input, category);
+        // Files that have a normal as a value mean the one without bumps.
+        const bool isPlainNormal = text == "Nworld" && EqualsText(value, "0,0,1");
+        const bool isNothing = !value.IsConnected() && value.Numbers.empty() &&
+                               value.Text.empty() && value.Parameter.empty();
+        if (isPlainNormal || isNothing)
+            value = InterchangeGraph::Default(text);
+        values[name] = value;
+    }
+    return values;
+}
+
+InterchangeValue MaterialXReader::ReadInput(const MaterialXSource& source, const XmlTree& input,
+                                            const std::string& category)
+{
+    using Kind = MaterialXSource::Kind;
+    if (source.What == Kind::Output) {
+        const Key key(source.Scope, source.Element);
+        const auto node = _evaluated.find(key);
+        if (node == _evaluated.end() || node->second.Outputs.empty())
+            return {};
+        InterchangeValue value = _graph.FindOutput(
+            node->second.Outputs, source.Output.empty() ? "out" : source.Output, SiteOf(key));
+        if (value.Type.empty() || value.Type == "multioutput")
+            value.Type = input.Get("type");
+        if (value.IsUnpacked && category != "normalmap") {
+            value = _graph.Evaluate(ParseFormula("add( multiply( normal, 0.5 ), 0.5 )"),
+                                    {{"normal", value}}, SiteOf(key));
+        }
+        return value;
+    }
+    if (source.What == Kind::Nothing)
+        return {};
+    const bool isKept = category == "constant" || !IsNumericType(source.Element->Get("type"));
+    if (source.What == Kind::Literal)
+        return ReadLiteral(source, false);
+    const auto known = _parameters.find(source.Element);
+    if (known != _parameters.end())
+        return known->second;
+    InterchangeValue value = ReadLiteral(source, true);
+    if (isKept || value.Numbers.empty())
+        return value;
+    InterchangeGraph::Site site;
+    site.Id = source.Element->Get("name");
+    site.Line = source.Element->Where.Line;
+    site.Description = source.Element->Get("doc");
+    const InterchangeNode& constant = *GetStandardNodes().Find("constant");
+    value = _graph.Make(constant, constant.Alternatives.front(), {{"value", value}}, site)["out"];
+    value.Type = source.Element->Get("type");
+    return _parameters[source.Element] = value;
+}
+
+/// @param isParameter the value belongs to an input of a node graph, whose name it keeps
+InterchangeValue MaterialXReader::ReadLiteral(const MaterialXSource& source, bool isParameter)
+{
+    const XmlTree& element = *source.Element;
+    InterchangeValue value;
+    value.Type = element.Get("type");
+    value.Text = element.Get("value");
+    value.Width = WidthOfType(value.Type);
+    if (isParameter) {
+        value.Parameter = element.Get("name");
+        value.Lowest = element.Get("uimin");
+        value.Highest = element.Get("uimax");
+        for (std::string* limit : {&value.Lowest, &value.Highest}) {
+            if (!ParseFloat(*limit))
+                limit->clear();
+        }
+    }
+    if (value.Type == "filename") {
+        const std::string* prefix = _scopes->FindInherited(source.Scope, element, "fileprefix");
+        if (prefix && !value.Text.empty())
+            value.Text = *prefix + value.Text;
+        const std::string* space = _scopes->FindInherited(source.Scope, element, "colorspace");
+        value.ColourSpace = space ? *space : std::string();
+        return value;
+    }
+    if (!IsNumericType(value.Type))
+        return value;
+    value.Numbers = ParseNumbers(value.Text);
+    const auto width = static_cast<std::size_t>(value.Width);
+    if (value.Numbers.empty() || (value.Numbers.size() != 1 && value.Numbers.size() != width)) {
+        _problems.Fail("interchange-file", PlaceOf(element),
+                       Compose("\"", value.Text, "\" is not a value of type \"", value.Type, "\""));
+        value.Numbers.clear();
+        value.Text.clear();
+        return value;
+    }
+    value.Numbers.resize(width, value.Numbers.front());
+    return value;
+}
+
+InterchangeGraph::Site MaterialXReader::SiteOf(const Key& key)
+{
+    const XmlTree& element = *key.second;
+    InterchangeGraph::Site site;
+    site.Id = element.Get("name");
+    if (site.Id.empty())
+        site.Id = element.Name;
+    site.Type = element.Get("type");
+    site.Line = element.Where.Line;
+    site.Description = element.Get("doc");
+    site.PositionX = ReadPosition(element, "xpos");
+    site.PositionY = ReadPosition(element, "ypos");
+    const auto reader = _readByNormalMapsOnly.find(&element);
+    const bool isPlainImage = site.Type == "vector3" && element.Name.ends_with("image") &&
+                              !element.Name.starts_with("gltf");
+    site.IsNormalMap = element.Name.ends_with("normalmap") ||
+                       (isPlainImage && reader != _readByNormalMapsOnly.end() && reader->second);
+    return site;
+}
+
+void MaterialXReader::Report(Carry kind, const XmlTree& element, const std::string& message)
+{
+    if (kind == Carry::Composed)
+        _problems.Warn("interchange-composed", PlaceOf(element), message);
+    else if (kind == Carry::Approximated)
+        _problems.Warn("interchange-approximated", PlaceOf(element), message);
+    else
+        _problems.Warn("interchange-dropped", PlaceOf(element), message);
+}
+
+Place MaterialXReader::PlaceOf(const XmlTree& element) const
+{
+    return {_file, element.Where.Line, element.Get("name")};
+}
+
+} // namespace Mox::Host

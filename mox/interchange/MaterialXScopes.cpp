@@ -1,0 +1,179 @@
+#include "mox/interchange/MaterialXScopes.h"
+
+#include "mox/Text.h"
+#include "mox/interchange/StandardNodes.h"
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+constexpr int deepestScope = 32;
+constexpr std::size_t mostScopes = 2000;
+constexpr int longestWay = 1000; ///< from interface to interface
+
+} // namespace
+
+MaterialXScopes::MaterialXScopes(const XmlTree& document, ProblemList& problems)
+    : _problems(problems)
+{
+    std::unordered_map<std::string, const XmlTree*> graphs; // by the definition that they implement
+    for (const XmlTree& child : document.Children) {
+        if (child.Name == "nodegraph" && child.Find("nodedef"))
+            graphs.emplace(child.Get("nodedef"), &child);
+    }
+    for (const XmlTree& child : document.Children) {
+        const auto graph = graphs.find(child.Get("name"));
+        if (child.Name == "nodedef" && graph != graphs.end())
+            _definitions.emplace(child.Get("node"), std::pair(&child, graph->second));
+    }
+    Enter(Root, document, nullptr, document);
+}
+
+MaterialXSource MaterialXScopes::Follow(std::size_t scope, const XmlTree& start)
+{
+    using Kind = MaterialXSource::Kind;
+    const XmlTree* input = &start;
+    bool isParameter = false;
+    const auto fail = [&](const std::string& message) {
+        _problems.Fail("interchange-file", input->Where, message);
+        return MaterialXSource();
+    };
+    for (int steps = 0; steps < longestWay; ++steps) {
+        if (const std::string* interface = input->Find("interfacename")) {
+            const XmlTree* before = input;
+            isParameter = StepToInterface(scope, input, *interface);
+            if (!input) {
+                input = before;
+                return fail(Compose("the node graph has no input \"", *interface, "\""));
+            }
+            continue;
+        }
+        const std::string* graph = input->Find("nodegraph");
+        const std::string* name = graph ? graph : input->Find("nodename");
+        if (!name) {
+            if (input->Find("value"))
+                return {isParameter ? Kind::Parameter : Kind::Literal, input, scope, {}};
+            return {};
+        }
+        const XmlTree* node = FindNamed(scope, *name);
+        if (!node)
+            return fail(Compose("there is no node \"", *name, "\""));
+        isParameter = false;
+        const auto definition = _definitions.find(node->Name);
+        if (node->Name == "nodegraph") {
+            if (!StepToGraph(scope, input, *node, nullptr, *node))
+                return {};
+        } else if (definition != _definitions.end() && !GetStandardNodes().Find(node->Name)) {
+            const auto [declared, body] = definition->second;
+            if (!StepToGraph(scope, input, *body, node, *declared))
+                return {};
+        } else {
+            return {Kind::Output, node, scope, input->Get("output")};
+        }
+    }
+    return fail("inputs and outputs of node graphs lead in a cycle");
+}
+
+const XmlTree* MaterialXScopes::FindInput(const XmlTree& node, std::string_view name)
+{
+    for (const XmlTree& child : node.Children) {
+        const std::string* own = child.Find("name");
+        if (child.Name == "input" && own && *own == name)
+            return &child;
+    }
+    return nullptr;
+}
+
+const std::string* MaterialXScopes::FindInherited(std::size_t scope, const XmlTree& element,
+                                                  std::string_view attribute) const
+{
+    if (const std::string* value = element.Find(attribute))
+        return value;
+    for (;; scope = _scopes[scope].Parent) {
+        if (const std::string* value = _scopes[scope].Graph->Find(attribute))
+            return value;
+        if (scope == Root)
+            return nullptr;
+    }
+}
+
+std::size_t MaterialXScopes::Enter(std::size_t parent, const XmlTree& graph,
+                                   const XmlTree* instance, const XmlTree& definition)
+{
+    Scope& scope = _scopes.emplace_back();
+    scope.Graph = &graph;
+    scope.Instance = instance;
+    scope.Definition = &definition;
+    scope.Parent = parent;
+    scope.Depth = _scopes.size() == 1 ? 0 : _scopes[parent].Depth + 1;
+    for (const XmlTree& child : graph.Children) {
+        if (child.Name != "input" && child.Name != "output")
+            scope.Children.emplace(child.Get("name"), &child);
+    }
+    return _scopes.size() - 1;
+}
+
+/// Goes from a use of an input of the scope's graph to what is given for it.
+/// @param input becomes null if there is no such input
+/// @returns whether that is a value that the user may set
+bool MaterialXScopes::StepToInterface(std::size_t& scope, const XmlTree*& input,
+                                      const std::string& name)
+{
+    const Scope& inner = _scopes[scope];
+    if (inner.Instance) {
+        if (const XmlTree* given = FindInput(*inner.Instance, name)) {
+            input = given;
+            scope = inner.Parent;
+            return false;
+        }
+    }
+    input = scope == Root ? nullptr : FindInput(*inner.Definition, name);
+    if (input && !input->Find("value"))
+        scope = inner.Parent;
+    return input && input->Find("value") && !inner.Instance;
+}
+
+/// Goes from a connection with a node graph to the output there.
+/// @returns whether there is one, and the graph may be unfolded
+bool MaterialXScopes::StepToGraph(std::size_t& scope, const XmlTree*& input, const XmlTree& graph,
+                                  const XmlTree* instance, const XmlTree& definition)
+{
+    const XmlTree& user = instance ? *instance : graph;
+    const auto [entry, isNew] = _entered.emplace(std::pair(scope, &user), _scopes.size());
+    if (isNew) {
+        if (_scopes[scope].Depth >= deepestScope || _scopes.size() >= mostScopes) {
+            _entered.erase(entry);
+            _problems.Fail("interchange-file", input->Where,
+                           "node graphs are used within each other too often");
+            return false;
+        }
+        Enter(scope, graph, instance, definition);
+    }
+    const std::string* wanted = input->Find("output");
+    const XmlTree* first = nullptr;
+    for (const XmlTree& child : graph.Children) {
+        if (child.Name != "output")
+            continue;
+        if (!first && (!wanted || child.Get("name") == *wanted))
+            first = &child;
+    }
+    if (!first) {
+        _problems.Fail("interchange-file", input->Where,
+                       Compose("the node graph \"", graph.Get("name"), "\" has no output",
+                               wanted ? Compose(" \"", *wanted, "\"") : std::string()));
+        return false;
+    }
+    scope = entry->second;
+    input = first;
+    return true;
+}
+
+const XmlTree* MaterialXScopes::FindNamed(std::size_t scope, const std::string& name) const
+{
+    const auto found = _scopes[scope].Children.find(name);
+    return found == _scopes[scope].Children.end() ? nullptr : found->second;
+}
+
+} // namespace Mox::Host

@@ -1,0 +1,104 @@
+#include "Commands.h"
+#include "DocumentSource.h"
+#include "LoadPlugins.h"
+#include "ProblemMessage.h"
+#include "mox/graph/CompleteMaterial.h"
+#include "mox/graph/GraphResolver.h"
+#include "mox/graph/OpenMaterial.h"
+#include "mox/host/AtomicFile.h"
+#include "mox/host/File.h"
+#include "mox/interchange/ReadMaterial.h"
+
+#include <filesystem>
+#include <iostream>
+
+namespace Mox::Tool {
+
+namespace {
+
+constexpr const char* convertFooter =
+    R"(The format of the output follows from its extension: ".mtlx" is MaterialX 1.39,
+all others are material documents. What is not carried over as it is, or not
+at all, is a warning with its place in FILE. Names of textures that are
+relative are changed so that they lead to the same files from the output.
+
+Examples:
+  mox convert brass.mtlx -o brass.xml
+  mox convert rim.xml -o rim.mtlx
+)";
+
+struct ConvertOptions
+{
+    std::string File;
+    std::string Output;
+};
+
+/// Makes relative names of textures lead from the output's folder to where they led before.
+void MoveTextures(Host::MaterialDocument& document, const ConvertOptions& options)
+{
+    const auto folder = [](const std::string& file) {
+        return std::filesystem::absolute(file).parent_path().lexically_normal();
+    };
+    const auto before = folder(SourceName(options.File));
+    const auto after = folder(options.Output);
+    if (before == after)
+        return;
+    for (Host::DocumentBinding& binding : document.Bindings) {
+        if (binding.Stream != "texture")
+            continue;
+        for (Host::DocumentValue& value : binding.Values) {
+            if (value.Name == "default" && !value.Value.empty() &&
+                std::filesystem::path(value.Value).is_relative())
+                value.Value = (before / value.Value).lexically_normal().lexically_relative(after);
+        }
+    }
+}
+
+std::string Convert(Host::MaterialDocument document, const ConvertOptions& options,
+                    const CommonOptions& common, Host::ProblemList& problems)
+{
+    MoveTextures(document, options);
+    if (std::filesystem::path(options.Output).extension() != ".mtlx")
+        return Host::FormatMaterialDocument(document);
+    const Host::PluginSet plugins = LoadPlugins(common);
+    Host::MaterialGraph graph = Host::LoadMaterial(std::move(document), plugins, problems);
+    Host::ResolveGraph(graph, problems);
+    if (problems.HasErrors())
+        return {};
+    return Host::WriteMaterialX(Host::DescribeMaterial(graph, plugins), problems);
+}
+
+void ConvertMaterial(const ConvertOptions& options, const CommonOptions& common)
+{
+    Host::ProblemList problems;
+    Host::RequireNoInput(options.Output, {options.File});
+    Host::MaterialDocument document = ReadDocument(options.File, problems);
+    std::string text;
+    if (!problems.HasErrors())
+        text = Convert(std::move(document), options, common, problems);
+    for (const Host::Problem& problem : problems.Problems())
+        std::cerr << FormatMessage(problem) << '\n';
+    if (problems.HasErrors())
+        throw CLI::RuntimeError(failureStatus);
+    Host::WriteIfChanged(options.Output, text);
+}
+
+} // namespace
+
+void AddConvertCommand(CLI::App& program, const CommonOptions& common)
+{
+    auto* command = program.add_subcommand("convert", "Convert a material from or to MaterialX");
+    const auto options = std::make_shared<ConvertOptions>();
+    command
+        ->add_option("FILE", options->File,
+                     "Material document or MaterialX document; - for standard input")
+        ->type_name("")
+        ->required();
+    command->add_option("-o,--output", options->Output, "Document to write")
+        ->type_name("FILE")
+        ->required();
+    command->footer(convertFooter);
+    command->callback([options, &common] { ConvertMaterial(*options, common); });
+}
+
+} // namespace Mox::Tool
