@@ -97,7 +97,7 @@ MaterialDocument Framed()
     add(AnnotationKind::Frame, "outer", 0, 900);
     add(AnnotationKind::Frame, "inner", 200, 300);
     add(AnnotationKind::Note, "note", 20, 60);
-    add(AnnotationKind::Frame, "empty", 5000, 40);
+    add(AnnotationKind::Frame, "empty", 9000, 40);
     return document;
 }
 

@@ -315,8 +315,10 @@ export function Canvas({
         const node = isFar ? nodeAt(editor, point) : undefined;
         const { zoom } = viewport.current;
         const bend = isFar ? undefined : pointAt(editor, point, hitDistance / zoom);
-        const edge = node || bend ? null : edgeAt(editor, point, hitDistance / zoom);
         const held = annotationAt(editor, point, zoom);
+        const isResized =
+            held?.part === 'corner' && editor.get().selectedAnnotations.has(held.annotation.number);
+        const edge = node || bend || isResized ? null : edgeAt(editor, point, hitDistance / zoom);
         if (node) {
             pick(node.number, event.shiftKey);
             gesture.current = { kind: 'move', from: point, places: editor.heldPlaces() };
