@@ -139,6 +139,7 @@ export class Editor {
     private meaning = 0;
     /** Values of parameters that were shown before the server has confirmed them, by node and property. */
     private readonly sentValues = new Map<string, string>();
+    private pendingChanges = 0;
     private wanted: readonly string[] = [];
     private isDrawing = false;
     private comparisonsWanted = 0;
@@ -168,6 +169,7 @@ export class Editor {
     /** Begins, or begins again when the connection had been lost. */
     async open(connection: Connection): Promise<void> {
         this.connection = connection;
+        this.pendingChanges = 0;
         this.isDrawing = false; // what the lost connection was asked for has no answer
         this.comparisonsDone = this.comparisonsWanted;
         if (this.snapshot.lost) this.set({ lost: null, message: 'The connection is back.' });
@@ -260,7 +262,9 @@ export class Editor {
 
     /** Sends a message that changes the document. */
     private async change(message: object, compileIn = compileDelay): Promise<Answer> {
+        ++this.pendingChanges;
         const { answer } = await this.connection.request(message);
+        --this.pendingChanges;
         this.takeStatus(answer);
         const hasMeaning = this.takeChanges(answer);
         if (answer.state) this.takeState(answer);
@@ -294,7 +298,8 @@ export class Editor {
 
     private async compile(): Promise<void> {
         const { answer } = await this.connection.request({ do: 'compile', targets: ['essl'] });
-        if (answer.outOfDate) {
+        // A change that is on its way makes the answer out of date too, and may be shown already.
+        if (answer.outOfDate || this.pendingChanges > 0) {
             this.compileAgain();
             return;
         }
