@@ -43,35 +43,6 @@ bool Holds(const InterchangeCondition& condition, const InputValues& inputs,
     }
 }
 
-DocumentNode Record(const Site& site, const std::string& type)
-{
-    DocumentNode record;
-    record.Id = site.Id;
-    record.Type = type;
-    record.Line = site.Line;
-    if (site.IsStep)
-        return record;
-    if (!site.Description.empty())
-        MaterialBuilder::Set(record, "Description", GuiPropertyKind::String, site.Description);
-    if (site.PositionX)
-        MaterialBuilder::Set(record, "PositionX", GuiPropertyKind::Float,
-                             FormatNumber(*site.PositionX));
-    if (site.PositionY)
-        MaterialBuilder::Set(record, "PositionY", GuiPropertyKind::Float,
-                             FormatNumber(*site.PositionY));
-    return record;
-}
-
-Site StepOf(const Site& site, const std::string& name)
-{
-    Site step;
-    step.Owner = site.Owner.empty() ? site.Id : site.Owner;
-    step.Id = name.empty() ? step.Owner : Compose(step.Owner, "_", name);
-    step.Line = site.Line;
-    step.IsStep = true;
-    return step;
-}
-
 /// Sets a property as the table says.
 void SetFromTable(DocumentNode& record, const std::string& property, const std::string& text,
                   const InputValues& inputs, const InterchangeNode& node)
@@ -130,17 +101,34 @@ int WidestInput(const InterchangeAlternative& alternative, const InputValues& in
     return width;
 }
 
-InterchangeValue OutputOf(const std::string& id, const std::string& port, int count, int width)
+} // namespace
+
+InterchangeGraph::Site InterchangeGraph::Site::Step(const std::string& name) const
 {
-    InterchangeValue value;
-    value.Node = id;
-    value.Port = port;
-    value.Count = count;
-    value.Width = width;
-    return value;
+    Site step;
+    step.Owner = Owner.empty() ? Id : Owner;
+    step.Id = name.empty() ? step.Owner : Compose(step.Owner, "_", name);
+    step.Line = Line;
+    step.IsStep = true;
+    return step;
 }
 
-} // namespace
+DocumentNode InterchangeGraph::Site::Record(const std::string& type) const
+{
+    DocumentNode record;
+    record.Id = Id;
+    record.Type = type;
+    record.Line = Line;
+    if (IsStep)
+        return record;
+    if (!Description.empty())
+        MaterialBuilder::Set(record, "Description", GuiPropertyKind::String, Description);
+    if (PositionX)
+        MaterialBuilder::Set(record, "PositionX", GuiPropertyKind::Float, FormatNumber(*PositionX));
+    if (PositionY)
+        MaterialBuilder::Set(record, "PositionY", GuiPropertyKind::Float, FormatNumber(*PositionY));
+    return record;
+}
 
 const InterchangeAlternative* InterchangeGraph::Choose(const InterchangeNode& node,
                                                        const InputValues& inputs,
@@ -179,7 +167,7 @@ InterchangeValue InterchangeGraph::Supply(const InterchangeValue& value, const S
     Expression call;
     call.Name = value.Text;
     call.IsCall = true;
-    return Call(call, {}, StepOf(site, value.Text));
+    return Call(call, {}, site.Step(value.Text));
 }
 
 InterchangeGraph::Values InterchangeGraph::Make(const InterchangeNode& node,
@@ -199,7 +187,7 @@ InterchangeGraph::Values InterchangeGraph::Make(const InterchangeNode& node,
         const InterchangeValue& in = inputs.at("in");
         known["value"] = in.IsUnpacked ? in
                                        : Evaluate(ParseFormula("mox_decode_normal( in )"), inputs,
-                                                  StepOf(site, "unpacked"));
+                                                  site.Step("unpacked"));
         return {{"out", Evaluate(alternative.Is, known, site)}};
     }
     if (!alternative.Is.IsEmpty())
@@ -225,7 +213,7 @@ InterchangeValue InterchangeGraph::Evaluate(const Formula& formula, InputValues 
     for (const Formula::Step& step : formula.Steps) {
         if (step.Name.empty())
             return EvaluateExpression(step.Value, known, site);
-        known[step.Name] = EvaluateExpression(step.Value, known, StepOf(site, step.Name));
+        known[step.Name] = EvaluateExpression(step.Value, known, site.Step(step.Name));
     }
     return {};
 }
@@ -258,7 +246,7 @@ InterchangeValue InterchangeGraph::Call(const Expression& call, const InputValue
         const auto& [name, text] = node->Inputs[i];
         inputs[name] =
             i < call.Arguments.size()
-                ? EvaluateExpression(call.Arguments[i], known, StepOf(site, call.Arguments[i].Name))
+                ? EvaluateExpression(call.Arguments[i], known, site.Step(call.Arguments[i].Name))
                 : Default(text);
     }
     if (const auto folded = FoldCall(*node, inputs))
@@ -289,7 +277,7 @@ InterchangeGraph::Values InterchangeGraph::MakeNode(const InterchangeNode& node,
     if (isShared && _shared.contains(node.Name))
         return _shared[node.Name];
 
-    DocumentNode record = Record(site, alternative.Type);
+    DocumentNode record = site.Record(alternative.Type);
     if (isShared)
         record.Id = alternative.Type;
     for (const auto& [property, text] : alternative.Settings)
@@ -326,178 +314,30 @@ InterchangeGraph::Values InterchangeGraph::MakeNode(const InterchangeNode& node,
     const std::string id = AddNode(std::move(record), feeds, site);
     InputValues outputs;
     const int width = std::max(free, WidestInput(alternative, inputs));
-    for (const InterchangePort& port : alternative.Outputs)
-        outputs[port.Input] = OutputOf(id, port.Port, port.Count != 0 ? port.Count : free,
-                                       port.Count != 0 ? port.Count : width);
+    for (const InterchangePort& port : alternative.Outputs) {
+        InterchangeValue& output = outputs[port.Input];
+        output = MakePortValue(id, port.Port, port.Count != 0 ? port.Count : free);
+        if (port.Count == 0)
+            output.Width = width;
+    }
     if (node.Name == "mox_normal_to_world")
         _inTangentSpace[id] = inputs.at("in");
     if (isShared)
         _shared[node.Name] = outputs;
     return outputs;
 }
-
-InterchangeGraph::Values InterchangeGraph::MakeTexture(const InterchangeAlternative& alternative,
-                                                       const InputValues& inputs, const Site& site)
-{
-    const InterchangeValue& file = inputs.at("file");
-    const InterchangeValue coordinate = Evaluate(alternative.Is, inputs, StepOf(site, "uv"));
-    InputValues known = inputs;
-    InputValues outputs;
-    known["value"] = ReadTexture(file, inputs, coordinate, site);
-    const int width = known["value"].Width;
-    const bool hasAlpha = site.Type == "multioutput";
-    if (hasAlpha)
-        outputs["a"] = outputs["outa"] = OutputOf(known["value"].Node, "out_alpha", 1, 1);
-    if (alternative.After.IsEmpty()) {
-        outputs["out"] = known["value"];
-        return outputs;
-    }
-    for (auto& [name, value] : known) {
-        if (name != "value" && value.Width > width &&
-            !(value.Numbers.empty() && !value.IsConnected()))
-            value = _builder.Resize(value, width, Compose(site.Id, "_", name), site.Line);
-    }
-    outputs["out"] = Evaluate(alternative.After, known, StepOf(site, "value"));
-    return outputs;
-}
-
-InterchangeValue InterchangeGraph::ReadTexture(const InterchangeValue& file,
-                                               const InputValues& inputs,
-                                               const InterchangeValue& coordinate, const Site& site)
-{
-    const bool isTriple = site.IsNormalMap || site.Type == "multioutput";
-    const int width = isTriple ? 3 : WidthOfType(site.Type);
-    const bool isColour = site.Type.starts_with("color") || site.Type == "multioutput";
-    const char* kind = site.IsNormalMap ? "Normal"
-                       : width <= 2     ? "Component"
-                       : width == 3     ? "Colour"
-                                        : "Vector";
-    const bool isSrgb = isColour && (file.ColourSpace == "srgb_texture" ||
-                                     file.ColourSpace.starts_with("g22_rec709"));
-    DocumentNode record = Record(site, "CoreTexture");
-    DocumentBinding binding{"texture", {}, {}, site.Line, {}};
-    if (!file.Text.empty())
-        binding.Values.push_back({"default", file.Text});
-    const auto add = [&](std::string_view attribute, std::initializer_list<const char*> names,
-                         std::initializer_list<std::pair<const char*, const char*>> words) {
-        for (const char* name : names) {
-            const auto input = inputs.find(name);
-            for (const auto& [word, meaning] : words) {
-                if (input != inputs.end() && input->second.Text == word)
-                    binding.Values.push_back({std::string(attribute), meaning});
-            }
-        }
-    };
-    add("wrap_u", {"uaddressmode", "wrapS"},
-        {{"mirror", "mirror"}, {"clamp", "clamp"}, {"constant", "clamp"}, {"black", "clamp"}});
-    add("wrap_v", {"vaddressmode", "wrapT"},
-        {{"mirror", "mirror"}, {"clamp", "clamp"}, {"constant", "clamp"}, {"black", "clamp"}});
-    add("filter", {"filtertype"}, {{"closest", "nearest"}});
-
-    std::string key;
-    if (!file.Text.empty() || !file.Parameter.empty()) {
-        key =
-            Compose(file.Parameter, "\n", kind, isSrgb ? 1 : 0, site.Type == "multioutput" ? 1 : 0);
-        for (const DocumentValue& value : binding.Values)
-            key += "\n" + value.Name + "=" + value.Value;
-    }
-    const auto same = key.empty() ? _textures.end() : _textures.find(key);
-    if (same != _textures.end()) {
-        MaterialBuilder::Set(record, "Reference", GuiPropertyKind::Node, same->second);
-    } else {
-        MaterialBuilder::Set(record, "Colour Type", GuiPropertyKind::Enum, kind);
-        MaterialBuilder::Set(record, "sRGB", isSrgb || site.IsNormalMap ? "true" : "false");
-        if (site.Type == "multioutput" || width == 4)
-            MaterialBuilder::Set(record, "Alpha", "true");
-        binding.Tag = _builder.BindingName(file.Parameter.empty() ? site.Id : file.Parameter);
-        MaterialBuilder::Set(record, "Name", GuiPropertyKind::String, binding.Tag);
-        if (!binding.Values.empty())
-            _builder.Bind(binding);
-    }
-    const std::string id = _builder.Add(std::move(record));
-    if (same == _textures.end() && !key.empty())
-        _textures[key] = id;
-    InterchangeValue uv = _builder.Resize(Supply(coordinate, site), 2, id + "_uv", site.Line);
-    if (!uv.IsConnected())
-        uv = _builder.Constant(uv.Numbers, id + "_uv", site.Line);
-    _builder.Connect(uv, id, "in_uv", site.Line);
-    InterchangeValue value = OutputOf(id, width <= 2 ? "out_red" : "out_colour",
-                                      width <= 2 ? 1 : width, width <= 2 ? 1 : width);
-    if (site.IsNormalMap)
-        value = OutputOf(id, "out_colour", 3, 3);
-    value.IsUnpacked = site.IsNormalMap;
-    if (width == 2) {
-        DocumentNode merge = Record(StepOf(site, "xy"), "CoreSwizzle");
-        MaterialBuilder::Set(merge, "Vector Type", "Uv");
-        MaterialBuilder::Set(merge, "Component Count", "2");
-        MaterialBuilder::Set(merge, "Reverse", "true");
-        const std::string both = _builder.Add(std::move(merge));
-        _builder.Connect(value, both, "in_x", site.Line);
-        _builder.Connect(OutputOf(id, "out_green", 1, 1), both, "in_y", site.Line);
-        value = OutputOf(both, "out_vec", 2, 2);
-    }
-    return value;
-}
-
-InterchangeGraph::Values InterchangeGraph::MakeStream(const InputValues& inputs, const Site& site)
-{
-    const auto text = [&](const char* input) {
-        const auto found = inputs.find(input);
-        return found == inputs.end() ? std::string() : found->second.Text;
-    };
-    const std::string property = text("geomprop") + text("varname");
-    const bool isUv =
-        site.Type.empty() || site.Type == "vector2" || (site.Type == "vector3" && property.empty());
-    const std::string index = text("index").empty() ? "0" : text("index");
-    const std::string name = !property.empty() ? property : Compose(isUv ? "uv" : "colour", index);
-    const int width = isUv ? 2 : WidthOfType(site.Type);
-    const char* kind = width == 4 ? "Vector" : width == 3 ? "Colour" : "Component";
-    const std::string key = Compose(isUv ? "uv" : kind, "\n", name);
-    if (!_streams.contains(key)) {
-        DocumentNode record = Record(site, isUv ? "CoreUv" : "CoreVertexColour");
-        if (site.IsStep || site.Type.empty())
-            record.Id = name;
-        MaterialBuilder::Set(record, "Name", GuiPropertyKind::String, _builder.BindingName(name));
-        if (!isUv) {
-            MaterialBuilder::Set(record, "Colour Type", GuiPropertyKind::Enum, kind);
-            MaterialBuilder::Set(record, "Alpha", width == 4 ? "true" : "false");
-        }
-        _streams[key] = _builder.Add(std::move(record));
-    }
-    if (isUv)
-        return {{"out", OutputOf(_streams[key], "read", 2, 2)}};
-    return {{"out", OutputOf(_streams[key], width < 3 ? "out_red" : "out_colour",
-                             width < 3 ? 1 : width, width < 3 ? 1 : width)}};
-}
-
-InterchangeGraph::Values InterchangeGraph::MakeConstant(const InputValues& inputs, const Site& site)
-{
-    const InterchangeValue& value = inputs.at("value");
-    if (value.IsConnected() || value.Numbers.empty())
-        return {{"out", value}};
-    DocumentNode record = Record(site, "CoreConstant");
-    if (!value.Parameter.empty()) {
-        if (!value.Lowest.empty())
-            MaterialBuilder::Set(record, "Min Scalar", GuiPropertyKind::Float, value.Lowest);
-        if (!value.Highest.empty())
-            MaterialBuilder::Set(record, "Max Scalar", GuiPropertyKind::Float, value.Highest);
-        return {{"out", _builder.Parameter(value.Numbers, std::move(record), value.Parameter)}};
-    }
-    return {{"out", _builder.Locked(value.Numbers, std::move(record))}};
-}
-
 InterchangeValue InterchangeGraph::Component(const InterchangeValue& value, int index,
                                              const Site& site)
 {
     if (value.Count == 1)
         return value;
     constexpr const char* ports[] = {"out_x", "out_y", "out_z", "out_w"};
-    const Site step = StepOf(site, "split");
-    DocumentNode record = Record(step, "CoreSwizzle");
+    const Site step = site.Step("split");
+    DocumentNode record = step.Record("CoreSwizzle");
     MaterialBuilder::Set(record, "Vector Type", "Vector");
     MaterialBuilder::Set(record, "Component Count", Compose(value.Count));
     const std::string id = AddNode(std::move(record), {{"in_vec", value}}, step);
-    return OutputOf(id, ports[std::min(index, value.Count - 1)], 1, 1);
+    return MakePortValue(id, ports[std::min(index, value.Count - 1)], 1);
 }
 
 /// Adds a node with its edges. Steps of formulas that are the same are one node.

@@ -27,6 +27,12 @@ public:
     /// The MaterialX node that is being carried over.
     struct Site
     {
+        /// The place of a step of a formula, which has a name of its own.
+        Site Step(const std::string& name) const;
+
+        /// A new node of a type, with position and description unless it is a step.
+        DocumentNode Record(const std::string& type) const;
+
         std::string Id;
         std::string Owner; ///< of a step of a formula: the id of the MaterialX node
         std::string Type;  ///< of MaterialX

@@ -8,6 +8,16 @@
 
 namespace Mox::Host {
 
+InterchangeValue MakePortValue(const std::string& node, const std::string& port, int count)
+{
+    InterchangeValue value;
+    value.Node = node;
+    value.Port = port;
+    value.Count = count;
+    value.Width = count;
+    return value;
+}
+
 int WidthOfType(const std::string& type)
 {
     if (type == "vector2")
@@ -35,6 +45,12 @@ std::vector<float> ParseNumbers(const std::string& text)
         begin = end + 1;
     }
     return numbers;
+}
+
+std::vector<float> ParsePropertyNumbers(std::string text)
+{
+    std::replace(text.begin(), text.end(), ' ', ',');
+    return ParseNumbers(text);
 }
 
 bool EqualsText(const InterchangeValue& value, const std::string& text)

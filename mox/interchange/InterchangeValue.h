@@ -34,11 +34,17 @@ struct InterchangeValue
     bool IsUnpacked = false; ///< a normal from -1 to 1 where MaterialX has it from 0 to 1
 };
 
+/// An output port of a node.
+InterchangeValue MakePortValue(const std::string& node, const std::string& port, int count);
+
 /// The number of components of a MaterialX type; 1 also for types without.
 int WidthOfType(const std::string& type);
 
 /// The numbers of a MaterialX value, "true" being 1; none if it has other text.
 std::vector<float> ParseNumbers(const std::string& text);
+
+/// The same of a property, whose colours have spaces between their numbers.
+std::vector<float> ParsePropertyNumbers(std::string text);
 
 /// Whether a value is not connected and equals a text, as numbers if both are numbers. One number
 /// stands for all components.

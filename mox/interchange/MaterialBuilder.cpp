@@ -32,16 +32,6 @@ DocumentNode Swizzle(int count, bool isMerging, const std::string& id, int line)
     return node;
 }
 
-InterchangeValue PortValue(const std::string& node, const std::string& port, int count)
-{
-    InterchangeValue value;
-    value.Node = node;
-    value.Port = port;
-    value.Count = count;
-    value.Width = count;
-    return value;
-}
-
 /// A name that is not taken: itself, or with a number.
 std::string MakeUnique(std::unordered_map<std::string, int>& taken, const std::string& name)
 {
@@ -110,7 +100,7 @@ InterchangeValue MaterialBuilder::Locked(const std::vector<float>& numbers, Docu
     if (count == 1 || count == 3 || numbers == std::vector(numbers.size(), numbers.front())) {
         SetConstant(node, numbers);
         Set(node, "Lock", "true");
-        return PortValue(Add(std::move(node)), "read", count);
+        return MakePortValue(Add(std::move(node)), "read", count);
     }
     const std::string id = node.Id;
     const std::string merge = Add(Swizzle(count, true, id, line));
@@ -118,7 +108,7 @@ InterchangeValue MaterialBuilder::Locked(const std::vector<float>& numbers, Docu
         Connect(Constant({numbers[static_cast<std::size_t>(i)]},
                          Compose(id, "_", mergePorts[i] + 3), line),
                 merge, mergePorts[i], line);
-    return PortValue(merge, "out_vec", count);
+    return MakePortValue(merge, "out_vec", count);
 }
 
 InterchangeValue MaterialBuilder::Parameter(const std::vector<float>& numbers, DocumentNode node,
@@ -143,7 +133,7 @@ InterchangeValue MaterialBuilder::Parameter(const std::vector<float>& numbers, D
             text += Compose(text.empty() ? "" : ", ", FormatNumber(number));
         Bind({"float", binding, {{"default", text}}, node.Line, {}});
     }
-    return PortValue(Add(std::move(node)), "read", static_cast<int>(numbers.size()));
+    return MakePortValue(Add(std::move(node)), "read", static_cast<int>(numbers.size()));
 }
 
 InterchangeValue MaterialBuilder::Resize(const InterchangeValue& value, int count,
@@ -164,7 +154,7 @@ InterchangeValue MaterialBuilder::Resize(const InterchangeValue& value, int coun
     if (count == 1) {
         const std::string split = Add(Swizzle(value.Count, false, id + "_split", line));
         Connect(value, split, "in_vec", line);
-        return PortValue(split, splitPorts[0], 1);
+        return MakePortValue(split, splitPorts[0], 1);
     }
     const std::string merge = Add(Swizzle(count, true, id + "_merge", line));
     std::string split;
@@ -176,11 +166,11 @@ InterchangeValue MaterialBuilder::Resize(const InterchangeValue& value, int coun
         if (split.empty())
             Connect(value, merge, mergePorts[i], line);
         else if (i < value.Count)
-            Connect(PortValue(split, splitPorts[i], 1), merge, mergePorts[i], line);
+            Connect(MakePortValue(split, splitPorts[i], 1), merge, mergePorts[i], line);
         else if (i == 3)
             Connect(Constant({1.0f}, id + "_one", line), merge, mergePorts[i], line);
     }
-    return PortValue(merge, "out_vec", count);
+    return MakePortValue(merge, "out_vec", count);
 }
 
 std::string MaterialBuilder::BindingName(const std::string& wanted)

@@ -117,6 +117,23 @@ std::string MakeName(std::map<std::string, int>& taken, const std::string& wante
 
 } // namespace
 
+MaterialXValue MakeOutput(const std::string& node, const std::string& type,
+                          const std::string& output)
+{
+    MaterialXValue value;
+    value.Node = node;
+    value.Type = type;
+    value.Output = output;
+    return value;
+}
+
+MaterialXValue MakeNumber(float number)
+{
+    MaterialXValue value;
+    value.Numbers = {number};
+    return value;
+}
+
 std::string FormatNumbers(const std::vector<float>& numbers)
 {
     std::string text;

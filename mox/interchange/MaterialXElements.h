@@ -21,6 +21,12 @@ struct MaterialXValue
     bool IsPacked = false; ///< a normal from 0 to 1 that is meant from -1 to 1
 };
 
+/// An output of a node that is written.
+MaterialXValue MakeOutput(const std::string& node, const std::string& type,
+                          const std::string& output = {});
+
+MaterialXValue MakeNumber(float number);
+
 /// An input or output of an element.
 struct MaterialXInput
 {

@@ -17,14 +17,6 @@ using Materials::Compose;
 using Materials::GuiPropertyKind;
 
 constexpr float unitOfPixels = 1.0f / 200.0f;
-constexpr const char* graphName = "NG_material";
-
-/// The numbers of a property, whose colours have spaces.
-std::vector<float> NumbersOf(std::string text)
-{
-    std::replace(text.begin(), text.end(), ' ', ',');
-    return ParseNumbers(text);
-}
 
 /// The type of a value in a condition of the table.
 std::string TypeOfText(const std::string& text)
@@ -39,32 +31,6 @@ std::string Lower(std::string word)
     for (char& c : word)
         c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     return word;
-}
-
-MaterialXValue Number(float number)
-{
-    MaterialXValue value;
-    value.Numbers = {number};
-    return value;
-}
-
-MaterialXValue OutputOf(const std::string& node, const std::string& type,
-                        const std::string& output = {})
-{
-    MaterialXValue value;
-    value.Node = node;
-    value.Type = type;
-    value.Output = output;
-    return value;
-}
-
-/// The index in a name such as "uv2"; nothing if it is another name.
-std::optional<int> IndexIn(const std::string& name, const std::string& prefix)
-{
-    if (!name.starts_with(prefix))
-        return std::nullopt;
-    const auto index = ParseInteger(name.substr(prefix.size()));
-    return index && *index >= 0 && Compose(prefix, *index) == name ? index : std::nullopt;
 }
 
 void WriteInput(XmlWriter& writer, const MaterialXInput& input, const char* kind)
@@ -150,7 +116,7 @@ std::string MaterialXWriter::Finish()
     writer.Attribute("colorspace", "lin_rec709");
     if (!_elements.Graph.empty()) {
         writer.StartElement("nodegraph");
-        writer.Attribute("name", graphName);
+        writer.Attribute("name", GraphName);
         for (const MaterialXInput& input : _elements.GraphInputs)
             WriteInput(writer, input, "input");
         for (const MaterialXElement& element : _elements.Graph)
@@ -247,7 +213,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteDirect(const InterchangeNode& node,
     for (const InterchangePort& port : alternative.Outputs) {
         outputs[port.Port] = result;
         if (!hasOneOutput)
-            outputs[port.Port] = OutputOf(result.Node, "float", port.Input);
+            outputs[port.Port] = MakeOutput(result.Node, "float", port.Input);
     }
     return outputs;
 }
@@ -262,7 +228,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteByFormula()
         for (const auto& [name, property] : _current.Node->Properties) {
             std::string word = name;
             std::replace(word.begin(), word.end(), ' ', '_');
-            known[word].Numbers = NumbersOf(property.Value);
+            known[word].Numbers = ParsePropertyNumbers(property.Value);
             _current.Used.insert(name);
         }
         for (const std::string& port : _current.Node->Inputs)
@@ -279,373 +245,6 @@ MaterialXWriter::Ports MaterialXWriter::WriteByFormula()
     }
     return {};
 }
-
-MaterialXWriter::Ports MaterialXWriter::WriteConstant()
-{
-    const std::string kind = PropertyOf("Constant Type");
-    const bool isLocked = PropertyOf("Lock") == "true";
-    const bool isColour = kind == "Colour" || kind == "Component";
-    const std::string name = PropertyOf("Name");
-    std::vector<float> numbers =
-        NumbersOf(PropertyOf(isColour ? "Default Colour" : "Default Scalar"));
-    if (kind == "Vector") {
-        const auto count = ParseInteger(PropertyOf("Component Count")).value_or(1);
-        numbers.resize(static_cast<std::size_t>(std::clamp(count, 1, 4)),
-                       numbers.empty() ? 0.0f : numbers[0]);
-    }
-    const bool hasAlpha = isColour && PropertyOf("Alpha") == "true" && IsRead("alpha");
-    WarnOfUnreadAlpha(isColour && PropertyOf("Alpha") == "true" && !hasAlpha);
-    if (hasAlpha)
-        numbers.push_back(NumbersOf(PropertyOf("Default Alpha")).front());
-    const std::pair limits(PropertyOf("Min Scalar"), PropertyOf("Max Scalar"));
-    const auto host = BindingValues("float", name);
-    const auto given = host.find("default");
-    if (!isLocked && given != host.end()) {
-        const std::vector<float> own = ParseNumbers(given->second);
-        for (std::size_t i = 0; i < numbers.size() && !own.empty(); ++i)
-            numbers[i] = own[std::min(i, own.size() - 1)];
-        const bool isUniform =
-            std::all_of(numbers.begin(), numbers.end(), [&](float n) { return n == numbers[0]; });
-        if (isColour || isUniform)
-            Report(Carry::Approximated, "the value of the binding becomes that of the node");
-    }
-    const std::string type = TypeOfWidth(static_cast<int>(numbers.size()), isColour);
-    MaterialXElement& element = _elements.Add("constant", _current.Name, type);
-    MaterialXInput& value = element.Inputs.emplace_back();
-    value.Name = "value";
-    value.Type = type;
-    value.Value = FormatNumbers(numbers);
-    if (!isLocked) {
-        MaterialXInput& input = _elements.GraphInputs.emplace_back();
-        input.Name = _elements.UniqueInput(name);
-        input.Type = type;
-        input.Value = value.Value;
-        value.Interface = input.Name;
-        if (input.Name != name)
-            Report(Carry::Approximated,
-                   Compose("the binding \"", name, "\" becomes \"", input.Name, "\""));
-        if (type == "float" && (limits.first != "0" || numbers[0] < 0.0f))
-            input.More.emplace_back("uimin", limits.first);
-        if (type == "float" && (limits.second != "1" || numbers[0] > 1.0f))
-            input.More.emplace_back("uimax", limits.second);
-    }
-    const MaterialXValue result = OutputOf(element.Name, type);
-    if (kind != "Component" && !hasAlpha)
-        return {{"read", result}};
-    Report(Carry::Composed, "a constant with components of its own is composed of other nodes");
-    return Split(result,
-                 kind == "Component" ? std::vector<std::string>{"red", "green", "blue", "alpha"}
-                                     : std::vector<std::string>{"", "", "", "alpha"},
-                 "read");
-}
-
-void MaterialXWriter::WarnOfUnreadAlpha(bool isUnread)
-{
-    if (isUnread)
-        Report(Carry::None, "the alpha, which nothing reads, is left out");
-}
-
-/// Outputs for single components of a value, and one for the first three.
-MaterialXWriter::Ports MaterialXWriter::Split(const MaterialXValue& value,
-                                              const std::vector<std::string>& components,
-                                              const std::string& whole)
-{
-    Ports outputs;
-    for (std::size_t i = 0; i < components.size(); ++i) {
-        if (components[i].empty() || !IsRead(components[i]))
-            continue;
-        MaterialXElement& extract = _elements.Add(
-            "extract", _elements.UniqueName(Compose(_current.Name, "_", components[i])), "float");
-        MaterialXElements::Feed(extract, "in", value);
-        extract.Inputs.push_back({"index", "integer", Compose(i), {}, {}, {}, {}, {}});
-        outputs[components[i]] = OutputOf(extract.Name, "float");
-    }
-    if (IsRead(whole))
-        outputs[whole] = _elements.Convert(value, value.Type == "color4" ? "color3" : value.Type);
-    if (outputs.empty())
-        outputs[whole] = value;
-    return outputs;
-}
-
-MaterialXWriter::Ports MaterialXWriter::WriteTexture()
-{
-    const CompleteNode* root = _current.Node; // of the chain of references
-    while (const CompleteNode* next = Referred(*root))
-        root = next;
-    _current.Used.insert("Reference");
-    const auto property = [&](const char* name) {
-        _current.Used.insert(name);
-        return root->Properties.at(name).Value;
-    };
-    const std::string name = property("Name");
-    const std::string kind = property("Colour Type");
-    const bool isNormal = kind == "Normal" || kind == "DXT5 Normal";
-    const bool isSrgb = property("sRGB") == "true" && !isNormal;
-    const bool hasAlpha = property("Alpha") == "true" && IsRead("out_alpha");
-    WarnOfUnreadAlpha(property("Alpha") == "true" && !hasAlpha && kind != "Vector" &&
-                      kind != "DXT5 Normal");
-    const bool isRedOnly =
-        kind == "Component" && !isSrgb && !hasAlpha && !IsRead("out_green") && !IsRead("out_blue");
-    const std::string type = isNormal           ? "vector3"
-                             : isRedOnly        ? "float"
-                             : hasAlpha         ? "color4"
-                             : kind == "Vector" ? (isSrgb ? "color4" : "vector4")
-                                                : "color3";
-    if (property("Texture Type") == "1D")
-        Report(Carry::Approximated, "a texture of one dimension is read in the middle of an image");
-    if (kind == "DXT5 Normal")
-        Report(Carry::Approximated, "the normal is not packed in two components");
-
-    MaterialXValue uv = InputOf("in_uv");
-    if (WidthOfType(uv.Type) == 1 && uv.IsConnected()) {
-        MaterialXElement& combine =
-            _elements.Add("combine2", _elements.UniqueName(_current.Name + "_uv"), "vector2");
-        MaterialXElements::Feed(combine, "in1", uv);
-        MaterialXElements::Feed(combine, "in2", Number(0.5f));
-        uv = OutputOf(combine.Name, "vector2");
-    }
-    MaterialXElement& element = _elements.Add("image", _current.Name, type);
-    MaterialXInput& file = element.Inputs.emplace_back();
-    file.Name = "file";
-    file.Type = "filename";
-    file.Interface = AddFile(name, isSrgb);
-    if (uv.IsConnected())
-        MaterialXElements::Feed(element, "texcoord", uv);
-    for (const auto& [value, text] : BindingValues("texture", name)) {
-        const auto add = [&](const char* input, const std::string& word) {
-            element.Inputs.push_back({input, "string", word, {}, {}, {}, {}, {}});
-        };
-        const std::string wrap = text == "repeat" ? "periodic" : text;
-        if (value == "wrap_u")
-            add("uaddressmode", wrap);
-        else if (value == "wrap_v")
-            add("vaddressmode", wrap);
-        else if (value == "filter" && text == "nearest")
-            add("filtertype", "closest");
-        else if (value != "default" && root == _current.Node)
-            Report(Carry::None,
-                   Compose("the value \"", value, "\" of the binding has no counterpart"));
-        if (value.starts_with("wrap") && text == "repeat")
-            Report(Carry::Approximated, Compose("\"", value, "\" is what MaterialX does anyway"));
-    }
-    MaterialXValue result = OutputOf(element.Name, type);
-    result.IsPacked = isNormal;
-    if (isRedOnly)
-        return {{"out_red", result}};
-    if (kind != "Component" && !hasAlpha)
-        return {{"out_colour", result}};
-    Report(Carry::Composed, "components of the texture are taken out by nodes of their own");
-    return kind == "Component"
-               ? Split(result, {"out_red", "out_green", "out_blue", "out_alpha"}, "")
-               : Split(result, {"", "", "", "out_alpha"}, "out_colour");
-}
-
-/// The input of the node graph that holds the file of a texture.
-std::string MaterialXWriter::AddFile(const std::string& binding, bool isSrgb)
-{
-    const auto known = _files.find(binding);
-    if (known != _files.end())
-        return known->second;
-    MaterialXInput& input = _elements.GraphInputs.emplace_back();
-    input.Name = _elements.UniqueInput(binding);
-    input.Type = "filename";
-    const auto values = BindingValues("texture", binding);
-    const auto file = values.find("default");
-    input.Value = file == values.end() ? std::string() : file->second;
-    input.ColourSpace = isSrgb ? "srgb_texture" : "lin_rec709";
-    if (input.Name != binding)
-        Report(Carry::Approximated,
-               Compose("the binding \"", binding, "\" becomes \"", input.Name, "\""));
-    return _files[binding] = input.Name;
-}
-
-MaterialXWriter::Ports MaterialXWriter::WriteStream()
-{
-    const bool isUv = _current.Node->Type == "CoreUv";
-    const std::string name = PropertyOf("Name");
-    const std::string kind = isUv ? "" : PropertyOf("Colour Type");
-    const bool hasAlpha = !isUv && PropertyOf("Alpha") == "true" && IsRead("out_alpha");
-    WarnOfUnreadAlpha(!isUv && PropertyOf("Alpha") == "true" && !hasAlpha && kind != "Vector");
-    const bool isRedOnly =
-        kind == "Component" && !hasAlpha && !IsRead("out_green") && !IsRead("out_blue");
-    const std::string type = isUv                           ? "vector2"
-                             : isRedOnly                    ? "float"
-                             : hasAlpha || kind == "Vector" ? "color4"
-                                                            : "color3";
-    for (const auto& [value, text] : BindingValues(isUv ? "uv" : "colour", name))
-        Report(Carry::None, Compose("the value \"", value, "\" of the binding has no counterpart"));
-    const auto index = IndexIn(name, isUv ? "uv" : "colour");
-    MaterialXElement& element = _elements.Add(
-        index ? (isUv ? "texcoord" : "geomcolor") : "geompropvalue", _current.Name, type);
-    if (!index)
-        element.Inputs.push_back({"geomprop", "string", name, {}, {}, {}, {}, {}});
-    else if (*index != 0)
-        element.Inputs.push_back({"index", "integer", Compose(*index), {}, {}, {}, {}, {}});
-    const MaterialXValue result = OutputOf(element.Name, type);
-    if (isUv)
-        return {{"read", result}};
-    if (isRedOnly)
-        return {{"out_red", result}};
-    if (kind != "Component" && !hasAlpha)
-        return {{"out_colour", result}};
-    Report(Carry::Composed, "components of the colour are taken out by nodes of their own");
-    return kind == "Component"
-               ? Split(result, {"out_red", "out_green", "out_blue", "out_alpha"}, "")
-               : Split(result, {"", "", "", "out_alpha"}, "out_colour");
-}
-
-void MaterialXWriter::WriteSurface()
-{
-    const bool isUnlit = _current.Node->Type == "Surface";
-    const InterchangeSurface& surface =
-        *GetStandardNodes().FindSurface(isUnlit ? "surface_unlit" : "gltf_pbr");
-    _shader = {surface.Name, _current.Name, "surfaceshader", {}, {}};
-    Describe(_shader);
-    if (isUnlit)
-        FeedUnlit();
-    else
-        FeedPhysical(surface);
-    if (IsConnected("in_offset"))
-        Report(Carry::None, "an offset of vertices has no counterpart", "in_offset");
-    WarnOfLosses();
-    _surfaceMaterial = {"surfacematerial", {}, "material", {}, {}};
-    for (const DocumentValue& value : _material.Document.Description) {
-        if (value.Name == "name")
-            _surfaceMaterial.Name = _elements.UniqueName(value.Value);
-        else if (value.Name == "desc")
-            _surfaceMaterial.Attributes.emplace_back("doc", value.Value);
-        if (value.Name == "name" && value.Value != _surfaceMaterial.Name)
-            ReportDocument(Carry::Approximated, Compose("the name of the material becomes \"",
-                                                        _surfaceMaterial.Name, "\""));
-    }
-    if (_surfaceMaterial.Name.empty()) {
-        _surfaceMaterial.Name = _elements.UniqueName("Material");
-        ReportDocument(Carry::Approximated, Compose("the material has no name; it is called \"",
-                                                    _surfaceMaterial.Name, "\""));
-    }
-    _surfaceMaterial.Inputs.push_back(
-        {"surfaceshader", "surfaceshader", {}, _shader.Name, {}, {}, {}, {}});
-}
-
-/// Gives an input of the shader a value, through an output of the node graph if it is connected.
-void MaterialXWriter::FeedShader(const std::string& input, const MaterialXValue& value,
-                                 const std::string& type)
-{
-    const MaterialXValue converted = _elements.Convert(value, type);
-    if (!converted.IsConnected()) {
-        MaterialXElements::Feed(_shader, input, converted);
-        return;
-    }
-    MaterialXInput& output = _elements.GraphOutputs.emplace_back();
-    output.Name = input + "_out";
-    output.Type = type;
-    output.Node = converted.Node;
-    output.Output = converted.Output;
-    MaterialXInput& connection = _shader.Inputs.emplace_back();
-    connection.Name = input;
-    connection.Type = type;
-    connection.More = {{"nodegraph", graphName}, {"output", output.Name}};
-}
-
-/// The surface without metalness is lit by rules of the environment; MaterialX has only light of
-/// its own for it.
-void MaterialXWriter::FeedUnlit()
-{
-    Report(Carry::Approximated,
-           IsConnected("in_colour")
-               ? "the colour becomes light of its own, as MaterialX has no such surface"
-               : "the surface becomes one without a colour that is lit",
-           "in_colour");
-    if (IsConnected("in_colour")) {
-        MaterialXValue light = InputOf("in_colour");
-        if (IsConnected("in_emission"))
-            light = _elements.Evaluate(
-                ParseFormula("add( colour, emission )"),
-                {{"colour", _elements.Convert(light, "color3")},
-                 {"emission", _elements.Convert(InputOf("in_emission"), "color3")}},
-                _elements.UniqueName(_current.Name + "_emission"));
-        FeedShader("emission_color", light, "color3");
-    } else if (IsConnected("in_emission")) {
-        FeedShader("emission_color", InputOf("in_emission"), "color3");
-    } else {
-        FeedShader("emission", Number(0.0f), "float");
-    }
-    if (IsConnected("in_alpha"))
-        FeedShader("opacity", InputOf("in_alpha"), "float");
-    if (IsConnected("in_normal"))
-        Report(Carry::None, "a surface without light has no normal", "in_normal");
-}
-
-void MaterialXWriter::FeedPhysical(const InterchangeSurface& surface)
-{
-    for (const InterchangeSurface::Port& port : surface.Ports) {
-        const Expression& result = port.Is.Steps.back().Value;
-        std::string input = result.Name; // of a formula that is only an input
-        std::string type =
-            port.Name == "in_colour" || port.Name == "in_emission" ? "color3" : "float";
-        if (port.Name == "in_normal") {
-            if (IsConnected(port.Name))
-                FeedShader("normal", MakeNormal(port.Name), "vector3");
-            continue;
-        }
-        MaterialXValue value = InputOf(port.Name);
-        if (port.Name == "in_emission")
-            input = "emissive";
-        if (port.Name == "in_specular") {
-            input = "specular";
-            if (IsConnected(port.Name)) {
-                value = _elements.Evaluate(ParseFormula("multiply( specular, 2 )"),
-                                           {{"specular", value}},
-                                           _elements.UniqueName(_current.Name + "_specular"));
-                Report(Carry::Composed, "the reflectance is twice that of MaterialX", port.Name);
-            }
-        }
-        const auto usual = std::find_if(surface.Inputs.begin(), surface.Inputs.end(),
-                                        [&](const auto& entry) { return entry.first == input; });
-        if (IsConnected(port.Name))
-            FeedShader(input, value, type);
-        else if (input != "specular" && input != "alpha" &&
-                 ParseNumbers(usual->second).front() != ParseNumbers(port.Unfed).front() &&
-                 (port.Name != "in_clearcoatRoughness" || IsConnected("in_clearcoat")))
-            FeedShader(input, Number(ParseNumbers(port.Unfed).front()), type);
-    }
-    WriteRenderState();
-}
-
-/// A normal in tangent space as MaterialX has it, in world space.
-MaterialXValue MaterialXWriter::MakeNormal(const std::string& port)
-{
-    const auto tail = _feeds.at({_current.Node->Id, port});
-    MaterialXValue packed = _outputs[tail];
-    if (!packed.IsPacked) {
-        packed = _elements.Evaluate(ParseFormula("add( multiply( normal, 0.5 ), 0.5 )"),
-                                    {{"normal", _elements.Convert(packed, "vector3")}},
-                                    _elements.UniqueName(_current.Name + "_packed"));
-        Report(Carry::Composed, "the normal is packed for MaterialX", port);
-    }
-    MaterialXElement& map =
-        _elements.Add("normalmap", _elements.UniqueName(_current.Name + "_normalmap"), "vector3");
-    MaterialXElements::Feed(map, "in", packed);
-    return OutputOf(map.Name, "vector3");
-}
-
-void MaterialXWriter::WriteRenderState()
-{
-    std::map<std::string, std::string> state;
-    for (const DocumentValue& value : _material.Document.RenderState)
-        state[value.Name] = value.Value;
-    const bool isMask = state["alphaTest"] == "Yes" &&
-                        (state["alphaFunc"] == "greaterOrEqual" || state["alphaFunc"] == "greater");
-    const bool isBlend = state["alphaBlend"] == "Yes";
-    if (isMask || isBlend || IsConnected("in_opacity"))
-        _shader.Inputs.push_back({"alpha_mode", "integer", isMask ? "1" : "2", {}, {}, {}, {}, {}});
-    if (isMask && !state["alphaRef"].empty())
-        _shader.Inputs.push_back({"alpha_cutoff", "float", state["alphaRef"], {}, {}, {}, {}, {}});
-    if (!isMask && !isBlend && IsConnected("in_opacity"))
-        Report(Carry::Approximated, "the opacity blends the surface with what is behind",
-               "in_opacity");
-}
-
 /// Whether the node has these properties. Those that are carried over in another way count as such.
 bool MaterialXWriter::Matches(const NamedTexts& settings)
 {
@@ -680,9 +279,9 @@ MaterialXValue MaterialXWriter::InputOf(const std::string& port)
     if (property)
         _current.Used.insert(*property);
     if (!IsConnected(port)) {
-        MaterialXValue value = Number(0.0f);
+        MaterialXValue value = MakeNumber(0.0f);
         if (property)
-            value.Numbers = NumbersOf(PropertyOf(*property));
+            value.Numbers = ParsePropertyNumbers(PropertyOf(*property));
         if (value.Numbers.size() == 3)
             value.Type = "color3";
         return value;
@@ -712,16 +311,6 @@ bool MaterialXWriter::IsRead(const std::string& port) const
 {
     return _read.contains({_current.Node->Id, port});
 }
-
-const CompleteNode* MaterialXWriter::Referred(const CompleteNode& node) const
-{
-    const auto reference = node.Properties.find("Reference");
-    if (reference == node.Properties.end())
-        return nullptr;
-    const auto target = _nodes.find(reference->second.Value);
-    return target == _nodes.end() ? nullptr : target->second;
-}
-
 std::map<std::string, std::string> MaterialXWriter::BindingValues(const std::string& stream,
                                                                   const std::string& tag) const
 {

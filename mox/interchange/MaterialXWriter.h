@@ -51,6 +51,8 @@ public:
 private:
     using Ports = std::map<std::string, MaterialXValue>; ///< by output port
 
+    static constexpr const char* GraphName = "NG_material";
+
     /// A node while it is written.
     struct Current
     {

@@ -1,0 +1,181 @@
+// The members of MaterialXReader that read the shader.
+
+#include "mox/Text.h"
+#include "mox/document/PropertyText.h"
+#include "mox/interchange/MaterialXReader.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Mox::Host {
+
+using InputValues = InterchangeGraph::Values;
+using Materials::Compose;
+using Materials::GuiPropertyKind;
+
+namespace {
+
+bool IsNear(const InterchangeValue& value, const std::string& text)
+{
+    const auto wanted = ParseFloat(text);
+    return wanted && !value.IsConnected() && !value.Numbers.empty() &&
+           std::all_of(value.Numbers.begin(), value.Numbers.end(),
+                       [&](float number) { return std::abs(number - *wanted) < 1e-5f; });
+}
+
+} // namespace
+
+/// The shader of the first material, or else the first shader.
+MaterialXSource MaterialXReader::FindShader(const XmlTree& root, MaterialXScopes& scopes)
+{
+    MaterialXSource shader;
+    const XmlTree* material = nullptr;
+    for (const XmlTree& child : root.Children) {
+        if (child.Name != "surfacematerial")
+            continue;
+        if (material) {
+            Report(Carry::None, child,
+                   Compose("a document is one material; this is \"", material->Get("name"), "\""));
+            continue;
+        }
+        material = &child;
+        const XmlTree* input = MaterialXScopes::FindInput(child, "surfaceshader");
+        if (input)
+            shader = scopes.Follow(MaterialXScopes::Root, *input);
+        for (const char* other : {"backsurfaceshader", "displacementshader"}) {
+            const XmlTree* unread = MaterialXScopes::FindInput(child, other);
+            if (unread &&
+                scopes.Follow(MaterialXScopes::Root, *unread).What == MaterialXSource::Kind::Output)
+                Report(Carry::None, *unread,
+                       Compose("the input \"", other, "\" has no counterpart"));
+        }
+        _builder.Document().Description.push_back({"name", child.Get("name")});
+        if (const std::string* text = child.Find("doc"))
+            _builder.Document().Description.push_back({"desc", *text});
+    }
+    if (shader.What == MaterialXSource::Kind::Output)
+        return shader;
+    if (!material) {
+        for (const XmlTree& child : root.Children) {
+            if (GetStandardNodes().FindSurface(child.Name))
+                return {MaterialXSource::Kind::Output, &child, MaterialXScopes::Root, {}};
+        }
+    }
+    throw HostError(material ? material->Where : root.Where,
+                    material ? "the material has no surface shader"
+                             : "the document has no material");
+}
+
+void MaterialXReader::ReadShader(const MaterialXSource& shader)
+{
+    const InterchangeSurface* surface = GetStandardNodes().FindSurface(shader.Element->Name);
+    if (!surface) {
+        throw HostError(PlaceOf(*shader.Element), Compose("the shader \"", shader.Element->Name,
+                                                          "\" is not one that is read"));
+    }
+    const Key key(shader.Scope, shader.Element);
+    for (const auto& [name, text] : surface->Inputs) {
+        if (const XmlTree* input = MaterialXScopes::FindInput(*shader.Element, name))
+            Evaluate(_scopes->Follow(shader.Scope, *input));
+    }
+    const InputValues inputs = ReadInputs(key, surface->Inputs, surface->Name);
+    _evaluated[key].IsDone = true;
+    FeedSurface(*surface, inputs, *shader.Element);
+    SetRenderState(*surface, inputs);
+    WarnOfIgnored(*surface, inputs, *shader.Element);
+}
+
+void MaterialXReader::FeedSurface(const InterchangeSurface& surface, const InputValues& inputs,
+                                  const XmlTree& element)
+{
+    const InterchangeGraph::Site site = SiteOf({MaterialXScopes::Root, &element});
+    DocumentNode node;
+    node.Type = surface.Type;
+    node.Line = element.Where.Line;
+    node.Id = site.Id;
+    if (site.PositionX)
+        MaterialBuilder::Set(node, "PositionX", GuiPropertyKind::Float,
+                             FormatNumber(*site.PositionX));
+    if (site.PositionY)
+        MaterialBuilder::Set(node, "PositionY", GuiPropertyKind::Float,
+                             FormatNumber(*site.PositionY));
+    std::vector<std::pair<std::string, InterchangeValue>> feeds;
+    for (const InterchangeSurface::Port& port : surface.Ports) {
+        if (!port.Unless.empty() && InterchangeGraph::Holds(port.Unless, inputs, {}))
+            continue;
+        InterchangeGraph::Site step;
+        step.Owner = site.Id;
+        step.Id = Compose(site.Id, "_", port.Name.substr(3));
+        step.Line = element.Where.Line;
+        step.IsStep = true;
+        const std::size_t nodesBefore = _builder.Document().Nodes.size();
+        InterchangeValue value = _graph.Supply(_graph.Evaluate(port.Is, inputs, step), step);
+        if (IsNear(value, port.Unfed))
+            continue;
+        if (_builder.Document().Nodes.size() > nodesBefore)
+            Report(Carry::Composed, element,
+                   Compose("\"", port.Name, "\" is computed from several inputs"));
+        const bool isVector =
+            port.Name == "in_colour" || port.Name == "in_emission" || port.Name == "in_normal";
+        if (value.Count > 1 || value.Numbers.size() > 1)
+            value = _builder.Resize(value, isVector ? 3 : 1, step.Id, step.Line);
+        if (!value.IsConnected()) {
+            const Expression& result = port.Is.Steps.back().Value;
+            if (!result.Numbers.empty()) { // which no input of the shader changes
+                feeds.emplace_back(port.Name, _builder.Constant(value.Numbers, step.Id, step.Line));
+                continue;
+            }
+            DocumentNode constant;
+            constant.Id = result.IsCall ? port.Name.substr(3) : result.Name;
+            constant.Line = element.Where.Line;
+            const std::string name = constant.Id;
+            value = _builder.Parameter(value.Numbers, std::move(constant), name);
+        }
+        feeds.emplace_back(port.Name, value);
+    }
+    const std::string id = _builder.Add(std::move(node));
+    for (const auto& [port, value] : feeds)
+        _builder.Connect(value, id, port, element.Where.Line);
+}
+
+void MaterialXReader::SetRenderState(const InterchangeSurface& surface, const InputValues& inputs)
+{
+    for (const InterchangeSurface::State& state : surface.States) {
+        if (!InterchangeGraph::Holds(state.When, inputs, {}) ||
+            (!state.Unless.empty() && InterchangeGraph::Holds(state.Unless, inputs, {})))
+            continue;
+        for (const auto& [name, text] : state.Settings) {
+            std::string value = text;
+            if (text.starts_with("$")) {
+                const InterchangeValue& number = inputs.at(text.substr(1));
+                value = number.Numbers.empty()
+                            ? "0.5"
+                            : FormatNumber(std::clamp(number.Numbers.front(), 0.0f, 1.0f));
+                if (value.find('e') != std::string::npos)
+                    value = "0";
+            }
+            _builder.Document().RenderState.push_back({name, value});
+        }
+    }
+}
+
+void MaterialXReader::WarnOfIgnored(const InterchangeSurface& surface, const InputValues& inputs,
+                                    const XmlTree& element)
+{
+    for (const InterchangeSurface::Ignored& ignored : surface.IgnoredInputs) {
+        const InterchangeValue& value = inputs.at(ignored.Input);
+        const XmlTree* input = MaterialXScopes::FindInput(element, ignored.Input);
+        if (input && value.Text != ignored.Neutral && !EqualsText(value, ignored.Neutral))
+            Report(ignored.IsApproximated ? Carry::Approximated : Carry::None, *input,
+                   Compose("the input \"", ignored.Input, "\": ", ignored.Note));
+    }
+    for (const XmlTree& child : element.Children) {
+        const std::string name = child.Get("name");
+        if (child.Name == "input" &&
+            std::none_of(surface.Inputs.begin(), surface.Inputs.end(),
+                         [&](const auto& input) { return input.first == name; }))
+            Report(Carry::None, child, Compose("the shader has no input \"", name, "\""));
+    }
+}
+
+} // namespace Mox::Host
