@@ -9,6 +9,7 @@
 #include "mox/graph/OpenMaterial.h"
 #include "mox/program/EnvironmentNodes.h"
 #include "mox/program/MaterialProgram.h"
+#include "mox/program/ProgramPlanner.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
