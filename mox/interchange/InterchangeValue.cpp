@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 
 namespace Mox::Host {
 
@@ -39,7 +40,7 @@ std::vector<float> ParseNumbers(const std::string& text)
         std::string part = text.substr(begin, end - begin);
         part.erase(std::remove(part.begin(), part.end(), ' '), part.end());
         const auto number = ParseFloat(part);
-        if (!number)
+        if (!number || !std::isfinite(*number))
             return {};
         numbers.push_back(*number);
         begin = end + 1;

@@ -40,7 +40,7 @@ InterchangeValue MakePortValue(const std::string& node, const std::string& port,
 /// The number of components of a MaterialX type; 1 also for types without.
 int WidthOfType(const std::string& type);
 
-/// The numbers of a MaterialX value, "true" being 1; none if it has other text.
+/// The numbers of a MaterialX value, "true" being 1; none if it has other text or one is infinite.
 std::vector<float> ParseNumbers(const std::string& text);
 
 /// The same of a property, whose colours have spaces between their numbers.

@@ -21,7 +21,7 @@ constexpr float pixelsOfUnit = 200.0f; ///< a unit of positions is the size of a
 std::optional<float> ReadPosition(const XmlTree& element, std::string_view attribute)
 {
     const auto position = ParseFloat(element.Get(attribute));
-    if (!position || std::abs(*position) > 5000.0f)
+    if (!position || !(std::abs(*position) <= 5000.0f)) // which no NaN is
         return std::nullopt;
     return std::round(*position * pixelsOfUnit * 64.0f) / 64.0f;
 }

@@ -32,6 +32,10 @@ MaterialXWriter::Ports MaterialXWriter::WriteConstant()
     const std::string name = PropertyOf("Name");
     std::vector<float> numbers =
         ParsePropertyNumbers(PropertyOf(isColour ? "Default Colour" : "Default Scalar"));
+    if (numbers.empty()) {
+        numbers.resize(isColour ? 3 : 1);
+        Report(Carry::None, "MaterialX has no infinite numbers; the constant becomes 0");
+    }
     if (kind == "Vector") {
         const auto count = ParseInteger(PropertyOf("Component Count")).value_or(1);
         numbers.resize(static_cast<std::size_t>(std::clamp(count, 1, 4)),
@@ -40,7 +44,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteConstant()
     const bool hasAlpha = isColour && PropertyOf("Alpha") == "true" && IsRead("alpha");
     WarnOfUnreadAlpha(isColour && PropertyOf("Alpha") == "true" && !hasAlpha);
     if (hasAlpha)
-        numbers.push_back(ParsePropertyNumbers(PropertyOf("Default Alpha")).front());
+        numbers.push_back(ParseFloat(PropertyOf("Default Alpha")).value_or(1.0f));
     const std::pair limits(PropertyOf("Min Scalar"), PropertyOf("Max Scalar"));
     const auto host = BindingValues("float", name);
     const auto given = host.find("default");

@@ -345,6 +345,15 @@ void MaterialXWriter::WarnOfDocument()
             ReportDocument(Carry::None,
                            Compose("\"", value.Name, "\" of the description has no counterpart"));
     }
+    for (const DocumentAnnotation& annotation : _material.Document.Annotations) {
+        _problems.Warn("interchange-dropped", {_material.Document.File, annotation.Line},
+                       Compose("the frame or note \"", annotation.Text, "\" is left out"));
+    }
+    for (const DocumentEdge& edge : _material.Document.Edges) {
+        if (!edge.Points.empty())
+            _problems.Warn("interchange-dropped", {_material.Document.File, edge.Line},
+                           "the points of the edge are left out");
+    }
     const bool isPhysical = _shader.Category == "gltf_pbr";
     for (const DocumentValue& value : _material.Document.RenderState) {
         if (!isPhysical || !value.Name.starts_with("alpha"))
