@@ -64,6 +64,7 @@ mox_add_headers(mox_host
   graph/ChangeHistory.h
   graph/GraphChange.h
   graph/GraphCopy.h
+  graph/GraphParts.h
   graph/GraphResolver.h
   graph/GraphView.h
   graph/LinkTable.h
@@ -86,6 +87,7 @@ mox_add_headers(mox_host
   host/PluginSet.h
   host/Problem.h
   host/ProblemRule.h
+  interchange/ReadMaterial.h
   json/ChangeJson.h
   languages/Precision.h
   layout/MaterialLayout.h
@@ -137,6 +139,7 @@ if(TARGET mox_preview)
     decode/DecodeLimits.h
     decode/FileDecoder.h
     decode/Mesh.h
+    decode/OpenFile.h
     decode/TextureCache.h
     decode/TextureImage.h
     preview/LightPanorama.h

@@ -2,11 +2,11 @@
 #include "DocumentSource.h"
 #include "LoadPlugins.h"
 #include "ProblemMessage.h"
-#include "mox/graph/CompleteMaterial.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
+#include "mox/interchange/CompleteMaterial.h"
 #include "mox/interchange/ReadMaterial.h"
 
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "mox/graph/CompleteMaterial.h"
+#include "mox/interchange/CompleteMaterial.h"
 
 #include "mox/document/PropertyText.h"
 
