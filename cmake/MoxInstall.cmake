@@ -125,4 +125,16 @@ set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SECTION doc)
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
 set(CPACK_COMPONENT_DOCUMENTATION_DESCRIPTION
   "Materials for shader programs: documents and examples\nDocuments, example materials, a plug-in and a program to start from.")
+if(MOX_BUILD_PYTHON)
+  list(APPEND CPACK_COMPONENTS_ALL Python)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-mox)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+  # The module is compiled for one version of Python.
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+    "mox-materials (= ${PROJECT_VERSION}), python3 (>= 3.11), python3 (<< 3.12)")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "graphviz, libvulkan1, mesa-vulkan-drivers")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "python3-numpy")
+  set(CPACK_COMPONENT_PYTHON_DESCRIPTION
+    "Materials for shader programs: package for Python\nOpening, checking, changing, compiling and drawing materials from Python.")
+endif()
 include(CPack)

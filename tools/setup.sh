@@ -10,17 +10,19 @@ packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-j
     libassimp-dev libopenexr-dev libturbojpeg0-dev)
 # Other packages of Node.js than Debian's bring npm along and do not stand beside Debian's.
 command -v npm >/dev/null || packages+=(nodejs npm)
+# For the package of Python. mypy holds its stubs to it; lxml and numpy share a process with it in tests.
+python=(python3-dev pybind11-dev mypy python3-lxml python3-numpy)
 case "${1:?build, run, test, full or bench}" in
 build) ;;
 # imagemagick: puts the pictures onto one sheet.
 run) packages+=(imagemagick) ;;
 # locales-all: the tests run under a locale with a decimal comma.
 test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
-    clang libclang-rt-dev clang-format pkgconf python3-clang valgrind chromium)
+    clang libclang-rt-dev clang-format pkgconf python3-clang valgrind chromium "${python[@]}")
     ;;
 full) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
     clang libclang-rt-dev clang-format clang-tidy abigail-tools debootstrap dpkg-dev pkgconf
-    python3-clang xz-utils valgrind libbenchmark-dev chromium)
+    python3-clang xz-utils valgrind libbenchmark-dev chromium "${python[@]}")
     ;;
 bench)
     packages+=(libbenchmark-dev python3 valgrind)

@@ -30,10 +30,11 @@ bool OnlySetsProperties(const GraphChange& change)
 
 } // namespace
 
-ChangedRecords ChangeHistory::Do(const GraphChange& change, const std::string& gesture)
+ChangedRecords ChangeHistory::Do(const GraphChange& change, const std::string& gesture,
+                                 const std::string& title)
 {
     // The room comes first, so that nothing fails after the change.
-    _undo.push_back({{}, change.Summary(), gesture, _lastState + 1, {}});
+    _undo.push_back({{}, title.empty() ? change.Summary() : title, gesture, _lastState + 1, {}});
     try {
         _undo.back().Inverse = _graph.Apply(change);
     } catch (...) {

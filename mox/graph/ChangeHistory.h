@@ -36,9 +36,11 @@ public:
     /// not remembered.
     /// @param gesture changes that follow each other and have the same name here are one step for
     ///        Undo and Redo; an empty one is a step of its own
+    /// @param title of the step; an empty one is the summary of the change
     /// @returns nothing for a change without effect
     /// @throws HostError as MaterialGraph::Apply does; graph and history are as before then
-    ChangedRecords Do(const GraphChange& change, const std::string& gesture = {});
+    ChangedRecords Do(const GraphChange& change, const std::string& gesture = {},
+                      const std::string& title = {});
 
     bool CanUndo() const { return !_undo.empty(); }
     bool CanRedo() const { return !_redo.empty(); }

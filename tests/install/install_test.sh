@@ -35,7 +35,7 @@ if grep -rlIF -e "$build" -e "$source" .; then
     echo "the files above name the build tree"
     exit 1
 fi
-if readelf -d bin/mox libexec/mox/mox-decode lib*/*.so lib*/mox/*.so | grep -E 'R(UN)?PATH' | grep -vF '[$ORIGIN'; then
+if readelf -d bin/mox libexec/mox/mox-decode lib*/*.so lib*/mox/*.so $(find . -name '_mox.*.so') | grep -E 'R(UN)?PATH' | grep -vF '[$ORIGIN'; then
     echo "the search paths above hang on a place"
     exit 1
 fi
@@ -53,6 +53,14 @@ elif [ -s "$work/errors" ]; then
     cat "$work/errors"
     exit 1
 fi
+# The package of Python, if it is built.
+for package in "$installed"/lib/python3/dist-packages; do
+    [ -d "$package" ] || break
+    run PYTHONPATH="$package" /usr/bin/python3 -B -c 'import mox, sys
+for part in mox.Library().open(sys.argv[1]).compile().files.values():
+    sys.stdout.write(part.decode())' "$example" >"$work/python"
+    grep -vx '' "$work/python" | cmp - <(grep -vxE '|// ------' "$work/export")
+done
 # By a link to the program, and from a folder that has gone.
 ln -s "$installed/bin/mox" "$work/link"
 run "$work/link" catalogue | cmp - "$work/catalogue"

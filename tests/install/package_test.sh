@@ -28,6 +28,19 @@ inside 'mox export /root/examples/rim_light.xml' >"$work/export"
 "$build/bin/mox" export "$source/examples/rim_light.xml" | cmp - "$work/export"
 inside '/usr/libexec/mox/mox-decode image 16384 536870912 60 </root/examples/textures/paint.png | head -c 8 | grep -q moxdec'
 
+for package in "$machine"/root/python3-mox_*.deb; do
+    [ -e "$package" ] || break # a build without it
+    inside "$install /root/python3-mox_*.deb >/dev/null"
+    inside 'python3 -c "
+import mox
+material = mox.Library().open(\"/root/examples/rim_light.xml\")
+files = material.compile().files
+print(files[\".vertex.cg\"].decode(), end=\"\n// ------\n\")
+print(files[\".fragment.cg\"].decode(), end=\"\")"' | cmp - "$work/export"
+    inside 'cd /root/examples && python3 -m mox check rim_light.xml'
+    inside 'apt-get purge -y -qq python3-mox >/dev/null'
+done
+
 inside "$install /root/mox-materials-dev_*.deb g++ cmake make >/dev/null"
 inside 'cmake -S /root/examples/plugin -B /root/checker >/dev/null && cmake --build /root/checker >/dev/null'
 inside 'mox --plugins /root/checker catalogue | grep -q "^Checker "'

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CommonOptions.h"
+
 #include <CLI/CLI.hpp>
 
 namespace Mox::Tool {
@@ -8,13 +10,6 @@ namespace Mox::Tool {
 constexpr int failureStatus = 1;  ///< the input is bad
 constexpr int usageStatus = 2;    ///< the command line is bad
 constexpr int signalStatus = 128; ///< plus the number of the signal that ended the work
-
-/// Options that every command shares.
-struct CommonOptions
-{
-    std::vector<std::string> PluginFolders; ///< searched before the default one
-    std::vector<std::string> NodeFolders;   ///< with node files, searched before all others
-};
 
 /// Each adds one subcommand with its options; the work runs as the subcommand's callback. A
 /// callback that has told its failures itself throws CLI::RuntimeError with the exit status.

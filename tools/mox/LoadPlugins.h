@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Commands.h"
+#include "CommonOptions.h"
 #include "mox/host/PluginSet.h"
 
 namespace Mox::Tool {

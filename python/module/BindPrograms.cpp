@@ -1,0 +1,227 @@
+#include "Bindings.h"
+#include "Convert.h"
+#include "Programs.h"
+#include "Targets.h"
+
+#include <pybind11/stl.h>
+#include <pybind11/stl/filesystem.h>
+
+namespace Mox::Python {
+
+namespace {
+
+using py::literals::operator""_a;
+
+using WithoutLock = py::call_guard<py::gil_scoped_release>;
+
+using ProgramHandle = std::shared_ptr<const Program>;
+
+/// One stage in one target.
+struct StageView
+{
+    ProgramHandle Owner;
+    std::string Target;
+    const std::string* Bytes;
+};
+
+/// Both stages in one target.
+struct TargetView
+{
+    ProgramHandle Owner;
+    std::string Target;
+
+    StageView Stage(const char* stage) const
+    {
+        return {Owner, Target, &Owner->Find(ExtensionOf(Target, stage))};
+    }
+};
+
+py::tuple LineNodes(const Program& program, std::size_t stage)
+{
+    const std::vector<std::string>& ids = program.LineNodes[stage];
+    py::tuple nodes(ids.size());
+    for (std::size_t i = 0; i < ids.size(); ++i)
+        nodes[i] = ids[i].empty() ? py::object(py::none()) : ToPython(ids[i]);
+    return nodes;
+}
+
+py::object ReadReflection(const Program& program)
+{
+    for (const auto& [extension, text] : program.Files) {
+        if (extension == ".reflection.json")
+            return ToPython(Host::Json::parse(text));
+    }
+    return py::none();
+}
+
+void BindStages(py::module_& module)
+{
+    py::class_<StageView>(module, "Stage", py::is_final(),
+                          "The program of one stage in one target.")
+        .def_property_readonly(
+            "text",
+            [](const StageView& stage) {
+                if (Tool::IsBinaryTarget(stage.Target))
+                    throw py::type_error("a SPIR-V module is not text; use bytes");
+                return ToPython(*stage.Bytes);
+            },
+            "The source. Raises TypeError for SPIR-V.")
+        .def_property_readonly(
+            "bytes", [](const StageView& stage) { return py::bytes(*stage.Bytes); },
+            "The source in UTF-8, or the words of a SPIR-V module in the byte order of the "
+            "machine.")
+        .def("__repr__", [](const StageView& stage) {
+            return py::str("<mox.Stage in {}, {} bytes>").format(stage.Target, stage.Bytes->size());
+        });
+    py::class_<TargetView>(module, "TargetProgram", py::is_final(),
+                           "A vertex and a fragment program in a target.")
+        .def_property_readonly(
+            "vertex", [](const TargetView& target) { return target.Stage("vertex"); },
+            "The vertex program.")
+        .def_property_readonly(
+            "fragment", [](const TargetView& target) { return target.Stage("fragment"); },
+            "The fragment program.")
+        .def("__repr__", [](const TargetView& target) {
+            return py::str("<mox.TargetProgram in {}>").format(target.Target);
+        });
+}
+
+void BindProgram(py::module_& module)
+{
+    py::class_<Program, std::shared_ptr<Program>>(
+        module, "Program", py::is_final(),
+        "The programs of a material in some targets. A material with an error has none: what is "
+        "looked up then raises the first error.")
+        .def_property_readonly(
+            "problems",
+            [](const Program& program) { return py::tuple(py::cast(program.Problems.Problems())); },
+            "What is wrong with the material, as Problem.")
+        .def_property_readonly(
+            "failed", [](const Program& program) { return program.Problems.HasErrors(); },
+            "Whether the material has an error.")
+        .def_property_readonly(
+            "targets", [](const Program& program) { return py::tuple(py::cast(program.Targets)); },
+            "The targets that were requested.")
+        .def(
+            "__getitem__",
+            [](const std::shared_ptr<Program>& program, const std::string& target) {
+                if (!program)
+                    throw py::type_error("expected a Program");
+                if (std::ranges::find(program->Targets, target) == program->Targets.end())
+                    throw py::key_error("not compiled for this target: " + target);
+                program->Find(ExtensionOf(target, "vertex"));
+                return TargetView{program, target};
+            },
+            "target"_a)
+        .def(
+            "__contains__",
+            [](const Program& program, const py::object& target) {
+                return py::isinstance<py::str>(target) &&
+                       std::ranges::find(program.Targets, target.cast<std::string>()) !=
+                           program.Targets.end();
+            },
+            "target"_a)
+        .def_property_readonly(
+            "files",
+            [](const Program& program) {
+                py::dict files;
+                for (const auto& [extension, bytes] : program.Files)
+                    files[ToPython(extension)] = py::bytes(bytes);
+                return files;
+            },
+            "The files that mox export writes: bytes by extension, such as \".vertex.cg\".")
+        .def_property_readonly(
+            "reflection", &ReadReflection,
+            "What is where in the programs, as docs/targets.md describes it: a dictionary, or "
+            "None if Cg was the only target.")
+        .def_property_readonly(
+            "vertex_nodes", [](const Program& program) { return LineNodes(program, 0); },
+            "For each line of the vertex program in Cg the id of the node that it comes from, or "
+            "None.")
+        .def_property_readonly(
+            "fragment_nodes", [](const Program& program) { return LineNodes(program, 1); },
+            "The same for the fragment program.")
+        .def("__repr__", [](const Program& program) {
+            return py::str("<mox.Program in {}{}>")
+                .format(py::str(", ").attr("join")(program.Targets),
+                        program.Problems.HasErrors() ? ", failed" : "");
+        });
+}
+
+void BindExport(py::module_& module)
+{
+    py::class_<Host::LeftOutput> left(module, "LeftOutput", py::is_final(),
+                                      "An output of an earlier export whose material is gone.");
+    left.def_property_readonly(
+            "file", [](const Host::LeftOutput& output) { return output.File; }, "The output.")
+        .def_property_readonly(
+            "reason", [](const Host::LeftOutput& output) { return ToPython(output.Reason); },
+            "Why no material has it.")
+        .def_readonly("removed", &Host::LeftOutput::IsRemoved, "Whether it was removed.");
+    MakeRecord(left, {"file", "reason", "removed"});
+
+    py::class_<ExportSummary> summary(module, "ExportSummary", py::is_final(),
+                                      "What an export has done.");
+    summary
+        .def_readonly("exported", &ExportSummary::Exported, "Number of materials without errors.")
+        .def_readonly("failed", &ExportSummary::Failed, "Number of materials with errors.")
+        .def_readonly("distinct", &ExportSummary::Distinct,
+                      "Number of programs that differ from one another.")
+        .def_property_readonly(
+            "problems", [](const ExportSummary& s) { return py::tuple(py::cast(s.Problems)); },
+            "Problems of all materials in order.")
+        .def_property_readonly(
+            "outputs", [](const ExportSummary& s) { return py::tuple(py::cast(s.Outputs)); },
+            "The files, whether they had to be written or not.")
+        .def_property_readonly(
+            "left", [](const ExportSummary& s) { return py::tuple(py::cast(s.Left)); },
+            "Outputs of earlier exports whose materials are gone.");
+    MakeRecord(summary, {"exported", "failed", "distinct", "problems", "outputs", "left"});
+}
+
+} // namespace
+
+void BindPrograms(py::module_& module)
+{
+    module.attr("targets") = py::tuple(py::cast(Tool::TargetWords()));
+    BindStages(module);
+    BindProgram(module);
+    BindExport(module);
+    auto library = module.attr("Library").cast<py::class_<Library, std::shared_ptr<Library>>>();
+    library.def(
+        "compile_many",
+        [](const Library& self, const Paths& files, const std::vector<std::string>& targets,
+           std::size_t threads, const std::string& precision, bool optimise, bool plain) {
+            return CompileMany(self, files, {targets, precision, optimise, plain}, threads);
+        },
+        "files"_a, "targets"_a = py::make_tuple("cg"), py::kw_only(), "threads"_a = 0,
+        "precision"_a = "full", "optimise"_a = false, "plain"_a = false, WithoutLock(),
+        "The programs of the materials of files, in order, made on several threads. A material "
+        "with an error has a Program that has failed.\n\n"
+        "threads is the number of threads, 0 for as many as there are processors.");
+    library.def(
+        "export",
+        [](const Library& self, const Paths& files, const std::filesystem::path& output,
+           const std::vector<std::string>& targets, std::size_t threads,
+           const std::string& precision, bool optimise, bool plain, bool byContent,
+           bool shaderGraph, bool prune, const std::optional<std::filesystem::path>& depfile,
+           const std::string& depfileTarget) {
+            return Export(self, files, output,
+                          {{targets, precision, optimise, plain},
+                           threads,
+                           shaderGraph,
+                           byContent,
+                           prune,
+                           depfile.value_or(""),
+                           depfileTarget});
+        },
+        "files"_a, "output"_a, py::kw_only(), "targets"_a = py::make_tuple("cg"), "threads"_a = 0,
+        "precision"_a = "full", "optimise"_a = false, "plain"_a = false, "by_content"_a = false,
+        "shader_graph"_a = false, "prune"_a = false, "depfile"_a = py::none(),
+        "depfile_target"_a = "", WithoutLock(),
+        "Exports materials of files and folders to a folder, as mox export does. A material that "
+        "fails stops no other.\n\n"
+        "Raises Error if a file or folder cannot be used at all.");
+}
+
+} // namespace Mox::Python

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <pybind11/pybind11.h>
+
+namespace Mox::Python {
+
+/// Each adds some classes and functions to the module. Those that others refer to come first.
+void BindRecords(pybind11::module_& module);
+void BindLibrary(pybind11::module_& module);
+void BindPrograms(pybind11::module_& module);
+void BindMaterial(pybind11::module_& module);
+void BindPreview(pybind11::module_& module);
+
+} // namespace Mox::Python

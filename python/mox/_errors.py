@@ -1,0 +1,58 @@
+"""The exceptions of the package."""
+
+from __future__ import annotations
+
+import typing
+
+if typing.TYPE_CHECKING:
+    from ._mox import Problem
+
+
+class Error(Exception):
+    """Something cannot be done, with the place of its cause as far as it is known.
+
+    message is the text without the place; file, line and column (from 1), node (an id) and port
+    (its Cg name) are None if they are unknown. problems has all that is wrong with a material, if
+    it is the material that does not allow it.
+    """
+
+    def __init__(
+        self,
+        message: str = "",
+        *,
+        file: str | None = None,
+        line: int | None = None,
+        column: int | None = None,
+        node: str | None = None,
+        port: str | None = None,
+        problems: typing.Iterable[Problem] = (),
+    ) -> None:
+        super().__init__(message)
+        self.message = message
+        self.file = file
+        self.line = line
+        self.column = column
+        self.node = node
+        self.port = port
+        self.problems: tuple[Problem, ...] = tuple(problems)
+
+    def __str__(self) -> str:
+        place = ":".join(str(part) for part in (self.file, self.line, self.column) if part)
+        parts = [place] if place else []
+        if self.node:
+            parts.append(f'node "{self.node}"')
+        if self.port:
+            parts.append(f'port "{self.port}"')
+        return ": ".join([*parts, self.message])
+
+
+class RefusedError(Error):
+    """A step of a change does not fit; nothing has changed. step is its number, from 0."""
+
+    def __init__(self, message: str = "", *, step: int | None = None, **place: typing.Any) -> None:
+        super().__init__(message, **place)
+        self.step = step
+
+
+class StaleError(Error):
+    """A node or port that is used does not exist any more."""

@@ -1,0 +1,144 @@
+"""Rules of a studio: Python functions that look at a material.
+
+A rule is a function with the decorator rule. It gets a Material and yields what it finds:
+
+    @mox.rule("studio/lower-case-ids")
+    def lower_case_ids(material):
+        for node in material.nodes:
+            if node.id != node.id.lower():
+                yield node, "the id is not in lower case"
+
+What it yields is a message; a Node or Port and a message; or a Problem.
+"""
+
+from __future__ import annotations
+
+import runpy
+import traceback
+import typing
+from collections.abc import Callable, Iterable
+
+from ._errors import Error
+from ._mox import Library, Material, Node, Port, Problem
+
+if typing.TYPE_CHECKING:
+    import os
+
+Finding = typing.Union[str, Problem, "tuple[Node | Port, str]"]
+Function = Callable[[Material], "Iterable[Finding] | None"]
+
+
+class Rule(typing.NamedTuple):
+    """A function that finds problems of one kind."""
+
+    name: str
+    severity: typing.Literal["error", "warning"]
+    function: Function
+
+
+_FAILED = "rule-failed"
+_registered: list[Rule] = []
+
+
+def rule(
+    name: str, *, severity: typing.Literal["error", "warning"] = "warning"
+) -> Callable[[Function], Function]:
+    """Makes a function a rule.
+
+    name is the rule of its problems. It has a slash, as in "studio/names", which no rule of mox
+    has. Raises ValueError for another name.
+    """
+    if "/" not in name:
+        raise ValueError(f'the name of a rule has a slash, such as "studio/{name}"')
+
+    def register(function: Function) -> Function:
+        _registered.append(Rule(name, severity, function))
+        return function
+
+    return register
+
+
+def load_rules(file: str | os.PathLike[str]) -> list[Rule]:
+    """Runs a Python file and returns the rules that it defines.
+
+    Raises Error with file and line if the file cannot be run.
+    """
+    before = len(_registered)
+    try:
+        runpy.run_path(str(file))
+    except Exception as error:
+        raise Error(f"{type(error).__name__}: {error}", file=str(file), line=_line_in(file, error))
+    finally:
+        rules = _registered[before:]
+        del _registered[before:]
+    return rules
+
+
+def apply_rules(material: Material, rules: Iterable[Rule]) -> list[Problem]:
+    """What rules find in a material, in their order.
+
+    A rule that raises an exception is an error of the rule "rule-failed".
+    """
+    problems = []
+    for one in rules:
+        try:
+            problems += [_place(material, one, finding) for finding in one.function(material) or ()]
+        except Exception as error:
+            file = one.function.__code__.co_filename
+            problems.append(
+                Problem(
+                    _FAILED,
+                    f'the rule "{one.name}" failed: {type(error).__name__}: {error}',
+                    severity="error",
+                    file=file,
+                    line=_line_in(file, error),
+                )
+            )
+    return problems
+
+
+def check(
+    library: Library, files: Iterable[str | os.PathLike[str]], rules: Iterable[Rule] = ()
+) -> list[Problem]:
+    """All problems of materials, those of each followed by what rules find in it.
+
+    files are files and folders. Raises Error as Library.check does.
+    """
+    rules = list(rules)
+    problems = library.check()
+    for file in library.find(list(files)):
+        try:
+            material = library.open(file)
+        except Error:
+            problems += library.check([file])  # which says why it cannot be read
+            continue
+        problems += [*material.problems, *apply_rules(material, rules)]
+    return problems
+
+
+def _place(material: Material, one: Rule, finding: Finding) -> Problem:
+    if isinstance(finding, Problem):
+        return finding
+    where, message = (None, finding) if isinstance(finding, str) else finding
+    node = where.node if isinstance(where, Port) else where
+    return Problem(
+        one.name,
+        message,
+        severity=one.severity,
+        file=material.file,
+        line=node.line or None if node else None,
+        node=node.id if node else None,
+        port=where.name if isinstance(where, Port) else None,
+    )
+
+
+def _line_in(file: str | os.PathLike[str], error: BaseException) -> int | None:
+    """The line of a file in which an exception was raised."""
+    if isinstance(error, SyntaxError):
+        return error.lineno
+    lines = [
+        frame.lineno
+        for frame in traceback.extract_tb(error.__traceback__)
+        if frame.filename == str(file)
+    ]
+    return lines[-1] if lines else None
