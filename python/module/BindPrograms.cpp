@@ -51,7 +51,7 @@ py::object ReadReflection(const Program& program)
         if (extension == ".reflection.json")
             return ToPython(Host::Json::parse(text));
     }
-    return py::none();
+    return py::dict();
 }
 
 void BindStages(py::module_& module)
@@ -132,8 +132,8 @@ void BindProgram(py::module_& module)
             "The files that mox export writes: bytes by extension, such as \".vertex.cg\".")
         .def_property_readonly(
             "reflection", &ReadReflection,
-            "What is where in the programs, as docs/targets.md describes it: a dictionary, or "
-            "None if Cg was the only target.")
+            "What is where in the programs, as docs/targets.md describes it: a dictionary, "
+            "empty if Cg was the only target.")
         .def_property_readonly(
             "vertex_nodes", [](const Program& program) { return LineNodes(program, 0); },
             "For each line of the vertex program in Cg the id of the node that it comes from, or "

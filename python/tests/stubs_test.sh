@@ -14,6 +14,5 @@ printf '%s\n' 'mox\._mox\.[A-Z]\w+' 'mox\._mox\.\w+\.__init__' >"$work/allowed"
 "$python" -m mypy --strict -p mox
 awk -v folder="$work" '/^```python /{file = folder "/" $2; next} /^```$/{file = ""} file{print > file}' "$source/docs/python.md"
 for script in "$work"/*.py; do
-    "$python" -m mypy --ignore-missing-imports --check-untyped-defs "$script" | grep -v '^Success' && exit 1
+    "$python" -m mypy --ignore-missing-imports --check-untyped-defs "$script"
 done
-exit 0
