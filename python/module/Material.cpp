@@ -170,7 +170,9 @@ bool Material::Redo()
 
 bool Material::LayOut(const std::vector<std::string>& ids)
 {
-    return Apply(Use([&](const auto& graph) { return Host::LayOutMaterial(graph, ids); }),
+    return Apply(Use([&](const auto& graph) {
+                     return Host::LayOutMaterial(graph, {ids, {}});
+                 }),
                  "lay out");
 }
 
