@@ -9,6 +9,7 @@
 #include "mox/check/MaterialDiff.h"
 #include "mox/editor/StateJson.h"
 #include "mox/graph/BindingsDocument.h"
+#include "mox/interchange/ReadMaterial.h"
 
 #include <functional>
 #include <pybind11/operators.h>
@@ -338,6 +339,12 @@ void BindResults(py::class_<Material, MaterialHandle>& type)
             "precision is \"full\" or \"relaxed\", optimise optimises SPIR-V, plain leaves "
             "comments out. Raises Error, whose attribute problems has all that is wrong, if the "
             "material has an error.")
+        .def(
+            "materialx", &FormatMaterialX,
+            "The material as a MaterialX document, as mox convert writes it: its text, and what is "
+            "not carried over as it is, as a list of Problem.\n\n"
+            "Names of textures stay relative to the folder of the material. Raises Error if the "
+            "material has an error.")
         .def("shader_graph", &FormatShaderGraph,
              "The finished shader graph as text, as mox export --shader-graph prints it.")
         .def(
@@ -368,8 +375,10 @@ void BindOpening(py::module_& module)
                 return Material::Open(self.shared_from_this(), file);
             },
             "file"_a, WithoutLock(),
-            "Opens a material. What is wrong with it is in its problems.\n\nRaises Error if the "
-            "file cannot be read at all.")
+            "Opens a material. What is wrong with it is in its problems.\n\nA MaterialX document "
+            "is "
+            "converted; the material has no file then, and save_as gives it one. Raises Error if "
+            "the file cannot be read at all.")
         .def(
             "parse",
             [](const Library& self, const std::string& text, const std::string& file) {
@@ -409,7 +418,7 @@ Host::MaterialDocument ReadDocument(const py::object& source,
     if (!py::isinstance<Material>(source)) {
         const auto file = source.cast<std::filesystem::path>();
         const py::gil_scoped_release release;
-        return Host::ReadMaterialDocument(file);
+        return Host::ReadMaterial(file);
     }
     const auto& material = source.cast<const Material&>();
     if (!library)
@@ -418,7 +427,7 @@ Host::MaterialDocument ReadDocument(const py::object& source,
 }
 
 std::vector<Host::MaterialDifference> Diff(const py::object& before, const py::object& after,
-                                   const std::shared_ptr<Library>& given)
+                                           const std::shared_ptr<Library>& given)
 {
     std::shared_ptr<const Library> library = given;
     const Host::MaterialDocument first = ReadDocument(before, library);

@@ -8,6 +8,7 @@
 #include "mox/host/AtomicFile.h"
 #include "mox/host/Excerpt.h"
 #include "mox/host/File.h"
+#include "mox/interchange/ReadMaterial.h"
 #include "mox/layout/MaterialLayout.h"
 
 namespace Mox::Python {
@@ -31,9 +32,12 @@ std::shared_ptr<Material> Material::Open(std::shared_ptr<const Library> library,
 {
     std::string text = Host::ReadFile(file);
     Host::ProblemList problems;
-    Host::MaterialDocument document = Host::ParseMaterialDocument(file.string(), text, problems);
-    return std::make_shared<Material>(std::move(library), std::move(document), file,
-                                      std::move(text), std::move(problems));
+    Host::MaterialDocument document = Host::ParseMaterial(file.string(), text, problems);
+    // What was carried over from another format is not written over it.
+    const bool isOwn = !Host::IsMaterialX(file, text);
+    return std::make_shared<Material>(std::move(library), std::move(document),
+                                      isOwn ? file : std::filesystem::path(),
+                                      isOwn ? std::move(text) : std::string(), std::move(problems));
 }
 
 std::shared_ptr<Material> Material::Parse(std::shared_ptr<const Library> library,

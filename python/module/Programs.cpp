@@ -7,11 +7,14 @@
 #include "mox/batch/ExportBatch.h"
 #include "mox/batch/MaterialFiles.h"
 #include "mox/document/DocumentInputs.h"
+#include "mox/graph/CompleteMaterial.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/Excerpt.h"
 #include "mox/host/File.h"
 #include "mox/host/NearestName.h"
+#include "mox/interchange/MaterialXWriter.h"
+#include "mox/interchange/ReadMaterial.h"
 #include "mox/program/CgWriter.h"
 #include "mox/program/EnvironmentNodes.h"
 #include "mox/program/MaterialProgram.h"
@@ -143,7 +146,8 @@ std::vector<Program> CompileMany(const Library& library, const Paths& files,
     std::vector<Program> programs(files.size());
     ForEachParallel(files.size(), threads, [&](std::size_t i) {
         Host::ProblemList problems;
-        Host::MaterialGraph graph = Host::OpenMaterial(files[i], library.Plugins(), problems);
+        Host::MaterialGraph graph =
+            Host::OpenMaterial(Host::ReadMaterial(files[i], problems), library.Plugins(), problems);
         programs[i] =
             Compile({std::move(graph), std::move(problems), files[i]}, library, formats, settings);
     });
@@ -175,6 +179,17 @@ std::string FormatShaderGraph(const Material& material)
             return Host::FormatShaderGraph(shader.Graph);
     }
     throw FaultyMaterial(copy.Problems);
+}
+
+std::pair<std::string, std::vector<Host::Problem>> FormatMaterialX(const Material& material)
+{
+    OpenedCopy copy = material.OpenCopy();
+    const py::gil_scoped_release release;
+    if (copy.Problems.HasErrors())
+        throw FaultyMaterial(copy.Problems);
+    std::string text = Host::WriteMaterialX(
+        Host::DescribeMaterial(copy.Graph, material.GetLibrary().Plugins()), copy.Problems);
+    return {std::move(text), copy.Problems.Problems()};
 }
 
 ExportSummary Export(const Library& library, const Paths& files,

@@ -55,6 +55,10 @@ std::string ExtensionOf(const std::string& target, const std::string& stage);
 /// @throws FaultyMaterial if the material has an error
 std::string FormatShaderGraph(const Material& material);
 
+/// A material as MaterialX 1.39, with what is not carried over as it is.
+/// @throws FaultyMaterial if the material has an error
+std::pair<std::string, std::vector<Host::Problem>> FormatMaterialX(const Material& material);
+
 /// What mox export does besides writing programs.
 struct ExportSettings
 {

@@ -169,6 +169,17 @@ class Changing(TestInFolder):
         self.assertEqual((fed.edge_before, fed.edge_after), tuple((tail, "read", "surface", "in_colour") for tail in ("base", "CoreConstant")))
         self.assertEqual(mox.diff("new.xml", self.material), [])
 
+    def test_materialx(self):
+        text, problems = self.material.materialx()
+        done = run(PROGRAM, "convert", "rim_light.xml", "-o", "theirs.mtlx")
+        self.assertEqual((text, len(problems)), (Path("theirs.mtlx").read_text(), len(done.stderr.splitlines())))
+        back = self.library.open("theirs.mtlx")
+        self.assertIsNone(back.file)
+        self.assertRaises(mox.Error, back.save)
+        back.save_as("back.xml")
+        run(PROGRAM, "convert", "theirs.mtlx", "-o", "convert.xml")
+        self.assertEqual(Path("back.xml").read_text(), Path("convert.xml").read_text())
+
     def test_saving(self):
         self.add_tint()
         Path("rim_light.xml").write_text(Path("rim_light.xml").read_text() + "\n")
