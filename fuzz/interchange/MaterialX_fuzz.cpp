@@ -2,9 +2,9 @@
 // loaded, checked and written as MaterialX again, or is refused with a place and one line.
 
 #include "mox/check/MaterialCheck.h"
-#include "mox/interchange/CompleteMaterial.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
+#include "mox/interchange/CompleteMaterial.h"
 #include "mox/interchange/ReadMaterial.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/Claim.h"

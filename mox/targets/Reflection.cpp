@@ -4,7 +4,6 @@
 #include "mox/document/PropertyText.h"
 
 #include <nlohmann/json.hpp>
-
 #include <utility>
 
 namespace Mox::Host {
