@@ -32,22 +32,23 @@ struct DiffOptions
     bool IsJson = false;
 };
 
-std::vector<std::string> FindDifferences(const DiffOptions& options, const CommonOptions& common)
+std::vector<Host::MaterialDifference> FindDifferences(const DiffOptions& options,
+                                                      const CommonOptions& common)
 {
     try {
-        return Host::DescribeDifferences(ReadDocument(options.Before), ReadDocument(options.After),
-                                         LoadPlugins(common));
+        return Host::FindDifferences(ReadDocument(options.Before), ReadDocument(options.After),
+                                     LoadPlugins(common));
     } catch (const std::exception& error) {
         std::cerr << "mox: " << Host::MessageLine(error.what()) << '\n';
         throw CLI::RuntimeError(troubleStatus);
     }
 }
 
-std::string FormatAsJson(const std::vector<std::string>& differences)
+std::string FormatAsJson(const std::vector<Host::MaterialDifference>& differences)
 {
     Host::Json list = Host::Json::array();
-    for (const std::string& difference : differences)
-        list.push_back({{"message", difference}});
+    for (const Host::MaterialDifference& difference : differences)
+        list.push_back(Host::ToJson(difference));
     return Host::FormatJsonLines(
         {{"version", Host::RecordJsonVersion}, {"differences", std::move(list)}});
 }
@@ -55,12 +56,12 @@ std::string FormatAsJson(const std::vector<std::string>& differences)
 void Diff(const DiffOptions& options, const CommonOptions& common)
 {
     RequireOneStandardInput(options.Before, options.After);
-    const std::vector<std::string> differences = FindDifferences(options, common);
+    const std::vector<Host::MaterialDifference> differences = FindDifferences(options, common);
     if (options.IsJson) {
         std::cout << FormatAsJson(differences);
     } else {
-        for (const std::string& line : differences)
-            std::cout << Host::MessageLine(line) << '\n';
+        for (const Host::MaterialDifference& difference : differences)
+            std::cout << Host::MessageLine(difference.Text) << '\n';
     }
     if (!differences.empty())
         throw CLI::RuntimeError(differentStatus);
