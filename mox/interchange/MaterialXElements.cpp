@@ -50,8 +50,9 @@ std::string CommonType(const InterchangeNode& node, const InterchangeAlternative
         if (CountOf(alternative, name) != 0 || HasWord(node.SingleInputs, name) ||
             HasWord(node.IntegerInputs, name))
             continue;
-        const bool isUniform = std::all_of(value.Numbers.begin(), value.Numbers.end(),
-                                           [&](float n) { return n == value.Numbers.front(); });
+        const bool isUniform =
+            std::all_of(value.Numbers.begin(), value.Numbers.end(),
+                        [first = value.Numbers.front()](float n) { return n == first; });
         const int own = value.IsConnected() ? WidthOfType(value.Type)
                         : isUniform         ? 1
                                             : static_cast<int>(value.Numbers.size());
