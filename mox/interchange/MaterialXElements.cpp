@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <functional>
 
 namespace Mox::Host {
 
@@ -50,9 +51,8 @@ std::string CommonType(const InterchangeNode& node, const InterchangeAlternative
         if (CountOf(alternative, name) != 0 || HasWord(node.SingleInputs, name) ||
             HasWord(node.IntegerInputs, name))
             continue;
-        const bool isUniform =
-            std::all_of(value.Numbers.begin(), value.Numbers.end(),
-                        [first = value.Numbers.front()](float n) { return n == first; });
+        const bool isUniform = std::adjacent_find(value.Numbers.begin(), value.Numbers.end(),
+                                                  std::not_equal_to<>()) == value.Numbers.end();
         const int own = value.IsConnected() ? WidthOfType(value.Type)
                         : isUniform         ? 1
                                             : static_cast<int>(value.Numbers.size());
