@@ -1,5 +1,6 @@
 #include "mox/interchange/InterchangeValue.h"
 
+#include "mox/Text.h"
 #include "mox/document/PropertyText.h"
 
 #include <algorithm>
@@ -8,6 +9,8 @@
 #include <cmath>
 
 namespace Mox::Host {
+
+using Materials::Compose;
 
 InterchangeValue MakePortValue(const std::string& node, const std::string& port, int count)
 {
@@ -72,6 +75,17 @@ std::string FormatNumber(float number)
     std::array<char, 32> digits;
     const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
     return {digits.begin(), end};
+}
+
+std::string MakeUnique(std::unordered_map<std::string, int>& taken, const std::string& name)
+{
+    if (taken.emplace(name, 1).second)
+        return name;
+    for (;;) {
+        std::string numbered = Compose(name, "_", ++taken[name]);
+        if (taken.emplace(numbered, 1).second)
+            return numbered;
+    }
 }
 
 } // namespace Mox::Host

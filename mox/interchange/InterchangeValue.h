@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace Mox::Host {
@@ -52,5 +53,9 @@ bool EqualsText(const InterchangeValue& value, const std::string& text);
 
 /// A number as documents hold it, to the last bit.
 std::string FormatNumber(float number);
+
+/// A name that is not taken: itself, or with a number.
+/// @param taken names, with the last number that completed each; it takes the new one
+std::string MakeUnique(std::unordered_map<std::string, int>& taken, const std::string& name);
 
 } // namespace Mox::Host

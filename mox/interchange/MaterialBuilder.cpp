@@ -32,18 +32,6 @@ DocumentNode Swizzle(int count, bool isMerging, const std::string& id, int line)
     return node;
 }
 
-/// A name that is not taken: itself, or with a number.
-std::string MakeUnique(std::unordered_map<std::string, int>& taken, const std::string& name)
-{
-    if (taken.emplace(name, 1).second)
-        return name;
-    for (;;) {
-        std::string numbered = Compose(name, "_", ++taken[name]);
-        if (taken.emplace(numbered, 1).second)
-            return numbered;
-    }
-}
-
 /// The properties of a constant with these numbers, of which all four of a vector must be equal.
 void SetConstant(DocumentNode& node, const std::vector<float>& numbers)
 {

@@ -98,7 +98,7 @@ bool KeepsFloats(const InterchangeNode& node, const MaterialXElements::Values& i
     return hasConnection;
 }
 
-std::string MakeName(std::map<std::string, int>& taken, const std::string& wanted)
+std::string MakeName(std::unordered_map<std::string, int>& taken, const std::string& wanted)
 {
     std::string name = wanted;
     for (char& c : name) {
@@ -107,13 +107,7 @@ std::string MakeName(std::map<std::string, int>& taken, const std::string& wante
     }
     if (name.empty() || std::isdigit(static_cast<unsigned char>(name.front())) != 0)
         name = "_" + name;
-    if (taken.emplace(name, 1).second)
-        return name;
-    for (;;) {
-        std::string numbered = Compose(name, "_", ++taken[name]);
-        if (taken.emplace(numbered, 1).second)
-            return numbered;
-    }
+    return MakeUnique(taken, name);
 }
 
 } // namespace

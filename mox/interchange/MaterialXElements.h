@@ -5,6 +5,7 @@
 #include <list>
 #include <map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace Mox::Host {
@@ -91,8 +92,8 @@ private:
     MaterialXValue EvaluateExpression(const Expression& expression, const Values& known,
                                       const std::string& name);
 
-    std::map<std::string, int> _names;  ///< with the last number that completed one
-    std::map<std::string, int> _inputs; ///< likewise
+    std::unordered_map<std::string, int> _names;  ///< with the last number that completed one
+    std::unordered_map<std::string, int> _inputs; ///< likewise
     std::map<std::string, MaterialXValue> _converted;
 };
 

@@ -355,7 +355,7 @@ void BindResults(py::class_<Material, MaterialHandle>& type)
             py::kw_only(), "format"_a = "svg", "shader"_a = false, "thumbnails"_a = false,
             "A diagram of the graph, as mox graph draws it: the bytes of a file.\n\n"
             "format is \"svg\", \"png\" or \"dot\". shader draws the finished shader graph with "
-            "its stages, thumbnails shows what each node puts out. Raises Error if Graphviz is "
+            "its stages, thumbnails shows what each node outputs. Raises Error if Graphviz is "
             "missing, or for thumbnails a Vulkan device.")
         .def("__repr__", [](const Material& m) {
             const std::filesystem::path file = m.File();
