@@ -473,6 +473,7 @@ export function Canvas({
                 nodeTypes={nodeTypes}
                 onInit={(instance) => {
                     flow.current = instance;
+                    goTo(viewport.current); // the document may have come, and been framed, before
                 }}
                 onMove={(_, next) => moved(next)}
                 onViewportChange={moved}
