@@ -3,8 +3,8 @@
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
 
+#include <cstddef>
 #include <nlohmann/json.hpp>
-#include <utility>
 
 namespace Mox::Host {
 
@@ -13,10 +13,27 @@ using Materials::Compose;
 
 namespace {
 
+/// An object with room for its members: while it grows it copies them, and all that is in them.
+Json MakeObject()
+{
+    constexpr std::size_t mostMembers = 12;
+    Json::object_t object;
+    object.reserve(mostMembers);
+    return object;
+}
+
+/// An object with a name.
+Json MakeNamed(const std::string& name)
+{
+    Json json = MakeObject();
+    json["name"] = name;
+    return json;
+}
+
 /// Names a parameter, and if the environment reads it what it is called there.
 Json DescribeName(const std::string& name, const ProgramParameter& parameter)
 {
-    Json json{{"name", name}};
+    Json json = MakeNamed(name);
     if (!parameter.IsBinding)
         json["environment"] = parameter.Name;
     return json;
@@ -49,20 +66,18 @@ Json DescribeMember(const UniformMember& member, const ProgramParameter& paramet
 
 Json DescribeBlocks(const CompiledProgram& program)
 {
-    Json json = Json::object();
+    Json json = MakeObject();
     for (const UniformBlock& block : program.Blocks) {
-        Json members = Json::array();
+        Json& entry = json[GetRateName(block.Rate)] = MakeNamed(block.Name);
+        entry["set"] = NumberOf(block.Rate);
+        entry["binding"] = blockBinding;
+        entry["size"] = block.Size;
+        entry["layout"] = "std140";
+        entry["stages"] = DescribeReaders(IsReadIn(block, ProgramStage::Vertex),
+                                          IsReadIn(block, ProgramStage::Fragment));
+        Json& members = entry["members"] = Json::array();
         for (const UniformMember& member : block.Members)
             members.push_back(DescribeMember(member, program.Parameters[member.Parameter]));
-        json[GetRateName(block.Rate)] = {
-            {"name", block.Name},
-            {"set", NumberOf(block.Rate)},
-            {"binding", blockBinding},
-            {"size", block.Size},
-            {"layout", "std140"},
-            {"stages", DescribeReaders(IsReadIn(block, ProgramStage::Vertex),
-                                       IsReadIn(block, ProgramStage::Fragment))},
-            {"members", std::move(members)}};
     }
     return json;
 }
@@ -74,7 +89,7 @@ Json DescribeVariables(const std::vector<StageVariable>& variables,
     for (const StageVariable& variable : variables) {
         Json& entry = json.emplace_back(
             variable.Parameter ? DescribeName(variable.Name, parameters[*variable.Parameter])
-                               : Json{{"name", variable.Name}});
+                               : MakeNamed(variable.Name));
         entry["type"] = variable.Type.Format();
         entry["location"] = variable.Location;
     }
@@ -96,11 +111,11 @@ void DescribeSampling(const SamplerState& state, Json& entry)
 
 Json DescribeStage(const StageInterface& stage, const std::vector<ProgramParameter>& parameters)
 {
-    Json json;
-    json["samplers"] = Json::array();
+    Json json = MakeObject();
+    Json& samplers = json["samplers"] = Json::array();
     for (const SamplerSlot& sampler : stage.Samplers) {
-        Json& entry = json["samplers"].emplace_back(
-            DescribeName(sampler.Name, parameters[sampler.Parameter]));
+        Json& entry =
+            samplers.emplace_back(DescribeName(sampler.Name, parameters[sampler.Parameter]));
         entry["type"] = sampler.Type.Format();
         entry["set"] = samplerSet;
         entry["binding"] = sampler.Binding;
@@ -116,7 +131,7 @@ Json DescribeStage(const StageInterface& stage, const std::vector<ProgramParamet
 Json PlaceBlock(const UniformBlock& block, CompileTarget target)
 {
     const std::uint32_t number = NumberOf(block.Rate);
-    Json json{{"name", block.Name}};
+    Json json = MakeNamed(block.Name);
     switch (target) {
     case CompileTarget::Hlsl:
         json["register"] = Compose("b", number);
@@ -177,7 +192,7 @@ Json PlaceSampler(const SamplerSlot& sampler, const std::string& name, CompileTa
 
 Json PlaceInput(const StageVariable& input, const std::string& name, CompileTarget target)
 {
-    Json json{{"name", name}};
+    Json json = MakeNamed(name);
     if (target == CompileTarget::Hlsl)
         json["semantic"] = Compose("ATTR", input.Location);
     else
@@ -188,7 +203,8 @@ Json PlaceInput(const StageVariable& input, const std::string& name, CompileTarg
 Json DescribeTarget(const TargetProgram& program, const std::vector<UniformBlock>& blocks,
                     const StageInterface& stage)
 {
-    Json json{{"entryPoint", program.EntryPoint}};
+    Json json = MakeObject();
+    json["entryPoint"] = program.EntryPoint;
     for (const UniformBlock& block : blocks) {
         if (!IsReadIn(block, program.Stage))
             continue;
@@ -211,16 +227,16 @@ Json DescribeTarget(const TargetProgram& program, const std::vector<UniformBlock
 
 std::string FormatReflection(const CompiledProgram& program)
 {
-    Json json{
-        {"version", 1},
-        {"uniformBlocks", DescribeBlocks(program)},
-        {"stages",
-         {{GetStageName(ProgramStage::Vertex), DescribeStage(program.Vertex, program.Parameters)},
-          {GetStageName(ProgramStage::Fragment),
-           DescribeStage(program.Fragment, program.Parameters)}}},
-        {"targets", Json::object()}};
+    Json json = MakeObject();
+    json["version"] = 1;
+    json["uniformBlocks"] = DescribeBlocks(program);
+    Json& stages = json["stages"] = MakeObject();
+    stages[GetStageName(ProgramStage::Vertex)] = DescribeStage(program.Vertex, program.Parameters);
+    stages[GetStageName(ProgramStage::Fragment)] =
+        DescribeStage(program.Fragment, program.Parameters);
+    Json& targets = json["targets"] = MakeObject();
     for (const TargetProgram& target : program.Programs) {
-        json["targets"][GetTargetName(target.Target)][GetStageName(target.Stage)] =
+        targets[GetTargetName(target.Target)][GetStageName(target.Stage)] =
             DescribeTarget(target, program.Blocks, program.InterfaceOf(target.Stage));
     }
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
