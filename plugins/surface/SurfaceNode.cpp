@@ -66,8 +66,7 @@ SurfaceNode::SurfaceNode(const SurfaceKind& kind) : GuiNode(kind.TypeName), _kin
 
 void SurfaceNode::GenerateShader(ShaderGraphGenerator& generator)
 {
-    if (_kind.Marker)
-        RequireUnwritten(generator, _kind.Marker);
+    RequireOneKind(generator);
     std::vector<std::pair<const char*, ShaderNodeHandle>> writes;
     for (const SurfaceInput& input : _kind.Inputs) {
         const GuiPort& port = GetInputPort(input.Port.Name);
@@ -85,7 +84,21 @@ void SurfaceNode::GenerateShader(ShaderGraphGenerator& generator)
         WriteMarker(generator);
 }
 
-void SurfaceNode::RequireUnwritten(ShaderGraphGenerator& generator, const char* parameter) const
+/// Nodes without a marker may each supply a part of a surface, but the host shades it as one kind.
+void SurfaceNode::RequireOneKind(const ShaderGraphGenerator& generator) const
+{
+    for (const SurfaceKind& kind : kinds) {
+        if (kind.Marker)
+            RequireUnwritten(generator, kind.Marker);
+        if (!_kind.Marker)
+            continue;
+        for (const SurfaceInput& input : kind.Inputs)
+            RequireUnwritten(generator, input.Parameter);
+    }
+}
+
+void SurfaceNode::RequireUnwritten(const ShaderGraphGenerator& generator,
+                                   const char* parameter) const
 {
     if (generator.Graph->HasInterfaceNode(parameter, flags)) {
         throw ShaderError(Compose(Describe(), ": \"", parameter,

@@ -33,11 +33,13 @@ public:
     /// @param kind one of Kinds()
     explicit SurfaceNode(const SurfaceKind& kind);
 
-    /// @throws ShaderError if another node has written one of the parameters before
+    /// @throws ShaderError if another node has written one of the parameters before, or if there is
+    ///         a surface of another kind
     void GenerateShader(ShaderGraphGenerator& generator) override;
 
 private:
-    void RequireUnwritten(ShaderGraphGenerator& generator, const char* parameter) const;
+    void RequireOneKind(const ShaderGraphGenerator& generator) const;
+    void RequireUnwritten(const ShaderGraphGenerator& generator, const char* parameter) const;
     void WriteMarker(ShaderGraphGenerator& generator) const;
     void RecordHeads(ShaderGraphGenerator& generator, const std::string& inputPort,
                      const ShaderNodeHandle& parameter);
