@@ -9,8 +9,8 @@
 
 namespace Mox::Host {
 
-/// Which code of an environment bodies call, and what that calls in turn, as indices into the code.
-/// A word of a text counts as a call.
+/// Returns the indices of the pieces of environment code that the bodies call, directly or through
+/// other pieces. Any occurrence of a function's name as a word counts as a call.
 std::set<std::size_t> FindCalledCode(const std::vector<EnvironmentCode>& code,
                                      const std::vector<std::string_view>& bodies);
 

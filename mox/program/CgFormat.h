@@ -4,7 +4,7 @@
 
 namespace Mox::Host {
 
-/// The Cg programs themselves.
+/// Exports the Cg programs unchanged.
 class CgFormat : public ProgramFormat
 {
 public:

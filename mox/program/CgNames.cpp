@@ -8,7 +8,7 @@ namespace Mox::Host {
 
 namespace {
 
-/// What no Cg name may hold becomes one underscore.
+/// Replaces each run of characters that a Cg name cannot contain with one underscore.
 std::string ReplaceBadCharacters(const std::string& text)
 {
     std::string name;

@@ -5,25 +5,26 @@
 
 namespace Mox::Host {
 
-/// A Cg name as close as possible to any text: what no Cg name may hold becomes one underscore, an
-/// underscore goes before a leading digit and behind a word that Cg has itself.
+/// Converts any string to a Cg name that resembles it: each run of characters that are not allowed
+/// in a name becomes one underscore; a leading digit gets an underscore before it, a reserved word
+/// of Cg one after it.
 std::string ToSafeCgName(const std::string& text);
 
-/// The names that are taken in a pair of programs.
+/// The names already in use in a pair of programs.
 class CgNames
 {
 public:
-    /// Takes a name that the text uses already.
+    /// Marks a name as used.
     void Take(const std::string& name) { _taken.try_emplace(name, firstNumber); }
 
-    /// Takes a safe name that nobody has: that of ToSafeCgName, or else with "_2", "_3" and so on
-    /// behind it.
+    /// Reserves and returns an unused name: the result of ToSafeCgName or, if that is in use, the
+    /// same with "_2", "_3" and so on appended.
     std::string Claim(const std::string& wanted);
 
 private:
     static constexpr int firstNumber = 2;
 
-    /// For each name that is taken the number to try behind it when it is wanted again.
+    /// For each used name, the number to append when the name is requested again.
     std::unordered_map<std::string, int> _taken;
 };
 

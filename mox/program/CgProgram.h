@@ -11,13 +11,13 @@ namespace Mox::Host {
 
 class ProgramCode;
 
-/// Where a line of a program comes from.
+/// The origin of a line of a program.
 struct LineOrigin
 {
-    std::string Node;         ///< id of a node; empty if the line belongs to none
-    std::size_t BodyLine = 0; ///< number of the line in the body of the node's function, from 1; 0
-                              ///< outside of bodies. The brace that closes a body counts as its
-                              ///< last line
+    std::string Node;         ///< id of the authoring node; empty if there is none
+    std::size_t BodyLine = 0; ///< line number within the body of the node's function, from 1; 0
+                              ///< outside of bodies. The closing brace of a body counts as its last
+                              ///< line
 
     friend bool operator==(const LineOrigin& a, const LineOrigin& b) = default;
 };
@@ -26,20 +26,21 @@ struct LineOrigin
 struct StageProgram
 {
     std::string Text;
-    std::vector<LineOrigin> Lines; ///< one for each line of Text
-    /// Place in Text where the entry point begins, its last part; none if all of it is to be read.
+    std::vector<LineOrigin> Lines; ///< one entry for each line of Text
+    /// Offset in Text of the entry point, which is the last part; npos if there is no separate
+    /// entry point and all of Text is to be read.
     std::size_t MainBegin = std::string::npos;
 };
 
-/// A pair of Cg programs for one material, with the plan that they were written from.
+/// A pair of Cg programs for one material, and the plan that they were written from.
 struct CgProgram
 {
     ProgramPlan Plan;
     StageProgram Vertex;
     StageProgram Fragment;
-    std::string Header = {}; ///< what a comment at the top of programs in other languages says;
-                             ///< they have none if it is empty
-    std::shared_ptr<const ProgramCode> Code = {}; ///< the texts as CheckCode has read them, or null
+    std::string Header = {}; ///< comment for the top of programs in other languages; if empty, they
+                             ///< have no such comment
+    std::shared_ptr<const ProgramCode> Code = {}; ///< the functions as parsed by CheckCode, or null
 };
 
 } // namespace Mox::Host

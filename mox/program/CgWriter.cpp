@@ -17,7 +17,7 @@ namespace {
 using Materials::Compose;
 using Source = PlanOperand::Source;
 
-/// An id as it may stand in a comment of one line.
+/// Quotes an id so that it fits in a one-line comment.
 std::string QuoteForComment(const std::string& id)
 {
     std::string text = "\"";
@@ -26,7 +26,7 @@ std::string QuoteForComment(const std::string& id)
     return text + "\"";
 }
 
-/// The head of a function, with a line for each parameter if it were too long.
+/// Breaks the head of a function into one line per parameter if it is too long.
 std::string WrapSignature(std::string signature)
 {
     constexpr std::size_t longestLine = 100;
@@ -38,7 +38,7 @@ std::string WrapSignature(std::string signature)
     return signature.replace(signature.find("( "), 2, "(\n\t");
 }
 
-/// Each line indented by at least a tab; a node's text may come without.
+/// Indents each line that does not already start with a tab; the code of a node may be unindented.
 std::string Indent(const std::string& code)
 {
     std::string text;
@@ -64,14 +64,14 @@ CgNames NamesOf(const ProgramPlan& plan)
     return names;
 }
 
-/// One line of a program that moves components of a crossing value.
+/// One line of a program that copies components to or from an interpolant.
 struct CrossingLine
 {
     std::size_t Crossing;
     CrossingPiece Piece;
 };
 
-/// In the order of the registers.
+/// Returns the pieces of all crossing values in register order.
 std::vector<CrossingLine> SortPieces(const ProgramPlan& plan)
 {
     std::vector<CrossingLine> lines;
@@ -86,7 +86,7 @@ std::vector<CrossingLine> SortPieces(const ProgramPlan& plan)
     return lines;
 }
 
-/// Writes the text of one stage: parameters, functions, and the entry point that calls them.
+/// Writes the source of one stage: parameters, functions, and the entry point that calls them.
 class StageWriter
 {
 public:
@@ -192,7 +192,7 @@ private:
         for (const auto& [target, value] : _stage.Outputs) {
             _outputs.push_back(ClaimRegister(target));
             add("out", target.Type, _outputs.back(), target.Register);
-            // The function that computes an output may write right into it.
+            // Let the function that computes an output write to it directly.
             if (value.From == Source::Result && _results[value.Index][value.Output].empty())
                 _results[value.Index][value.Output] = _outputs.back();
         }
@@ -210,7 +210,8 @@ private:
         return _names.Claim(place.Name.empty() ? "register" : place.Name);
     }
 
-    /// A register is as wide as what stands in it, and of float precision if one of its values is.
+    /// A register is as wide as the values packed into it, and has float precision if any of them
+    /// has.
     void AddCrossingRegisters(std::vector<std::string>& parameters, const char* direction)
     {
         for (const auto& [crossing, piece] : _pieces) {
@@ -231,7 +232,7 @@ private:
         }
     }
 
-    /// Some components of a register between the stages.
+    /// Formats a read or write of the components of a register that a piece occupies.
     std::string SlotOf(const CrossingPiece& piece) const
     {
         const Interpolant& interpolant = _registers.at(piece.Register);
@@ -240,7 +241,7 @@ private:
         return Compose(interpolant.Name, ".", LettersOf(piece.RegisterComponent, piece.Width));
     }
 
-    /// Whether the pieces are the value as it is.
+    /// Whether a crossing value is a single piece with all of its components.
     static bool IsWhole(const PlannedCrossing& crossing)
     {
         return crossing.Pieces.size() == 1 && crossing.Pieces[0].Width == crossing.Type.Columns;
@@ -261,7 +262,7 @@ private:
     void ReadCrossing(std::size_t index)
     {
         const PlannedCrossing& crossing = _plan.Crossings[index];
-        // A stream keeps its name, which means nothing else in this program.
+        // A stream keeps its name because nothing else in this program has that name.
         const bool isStream =
             crossing.Value.From == Source::Parameter &&
             _plan.Parameters[crossing.Value.Index].Kind == ParameterKind::VertexStream;
@@ -272,7 +273,8 @@ private:
         _crossings[index] = name;
     }
 
-    /// A value from its pieces, with 0 for what is not read.
+    /// Formats a constructor that assembles a value from its pieces, with 0 for components that are
+    /// never read.
     std::string Gather(const PlannedCrossing& crossing) const
     {
         std::string components;
@@ -334,7 +336,7 @@ private:
             call.Node);
     }
 
-    /// How the text reads a value.
+    /// Returns the Cg expression that reads a value.
     const std::string& Expression(const PlanOperand& operand) const
     {
         switch (operand.From) {
@@ -360,14 +362,16 @@ private:
     const PlannedStage& _stage;
     bool _isVertex;
     const ProgramOptions& _options;
-    CgNames _names; ///< those of variables are the stage's own
+    CgNames _names; ///< includes the local variables of this stage
     ProgramText _text;
     std::vector<CrossingLine> _pieces;
-    std::map<std::int32_t, Interpolant> _registers; ///< between the stages, by number
-    std::vector<std::string> _crossings;            ///< names of variables, as below
-    std::vector<std::string> _inputs;               ///< of registers
-    std::vector<std::string> _outputs;              ///< of registers
-    std::vector<std::vector<std::string>> _results; ///< by call and output; empty if undeclared
+    std::map<std::int32_t, Interpolant> _registers; ///< registers between the stages, by number
+    std::vector<std::string> _crossings;            ///< name of the variable that holds each
+                                                    ///< crossing value
+    std::vector<std::string> _inputs;               ///< names of the input registers
+    std::vector<std::string> _outputs;              ///< names of the output registers
+    std::vector<std::vector<std::string>> _results; ///< variables by call and output; empty if not
+                                                    ///< yet declared
 };
 
 } // namespace

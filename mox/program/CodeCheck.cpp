@@ -34,7 +34,7 @@ std::shared_ptr<const ProgramCode> CheckCode(const CgProgram& program, const std
                                              ProblemList& problems)
 {
     auto code = std::make_shared<const ProgramCode>(program.Vertex, program.Fragment);
-    std::set<std::string> found; // a function may be in both stages
+    std::set<std::string> found; // both stages may contain the same function
     for (const ProgramStage which : {ProgramStage::Vertex, ProgramStage::Fragment}) {
         const std::vector<Cg::SourceError>& errors = code->ErrorsOf(which);
         if (errors.empty())
@@ -46,7 +46,7 @@ std::shared_ptr<const ProgramCode> CheckCode(const CgProgram& program, const std
             auto line = std::min(static_cast<std::size_t>(error.Where.Line) - 1,
                                  lines.empty() ? 0 : lines.size() - 1);
             const auto& [node, bodyLine] = stage->Lines[line];
-            // What is wrong at the brace after a body began in its last line.
+            // An error at the closing brace of a body started in the body's last line.
             if (bodyLine > 0 && stage->Lines[line - 1] == stage->Lines[line])
                 --line;
             std::string text = Compose("line ", bodyLine > 0 ? bodyLine : line + 1, ", column ",

@@ -8,12 +8,13 @@
 
 namespace Mox::Host {
 
-/// Reads the functions of both stages as Cg. What is not understood is an error of the rule "code"
-/// with the node whose function it is in, and line and column inside the function's body, or inside
-/// its head or the environment's code if it is there. The entry points are not read: they only call
-/// these functions, with values whose types ProgramGraph has checked.
+/// Parses the functions of both stages as Cg. Code that cannot be parsed is an error of the rule
+/// "code". It names the node that the function belongs to, and the line and column within the
+/// function's body, or within the function's head or the environment's code if the error is there.
+/// The entry points are not parsed: they only call these functions, with arguments whose types
+/// ProgramGraph has checked.
 /// @param file of the material, for messages
-/// @returns what was read, which is the program's Code
+/// @returns the parsed functions, to be stored in the program's Code
 std::shared_ptr<const ProgramCode> CheckCode(const CgProgram& program, const std::string& file,
                                              ProblemList& problems);
 

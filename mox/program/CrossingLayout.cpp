@@ -24,7 +24,7 @@ std::vector<std::int32_t> ComponentsOf(ComponentMask mask)
     return components;
 }
 
-/// Registers that fill up from their first component.
+/// Registers, each filled from its first component on.
 class Registers
 {
 public:
@@ -32,7 +32,7 @@ public:
         : _numbers(numbers), _used(numbers.size())
     {}
 
-    /// The first register with room for so many components, or the end.
+    /// Returns the first register with the given number of free components, or the end.
     std::size_t Find(std::int32_t width) const
     {
         const auto room = std::find_if(_used.begin(), _used.end(), [&](std::int32_t used) {
@@ -43,7 +43,7 @@ public:
 
     bool IsEnd(std::size_t index) const { return index == _used.size(); }
 
-    /// Puts a component of a value behind what is in a register.
+    /// Appends a component of a value to a register.
     void Put(std::size_t index, std::int32_t component, std::vector<CrossingPiece>& pieces)
     {
         const std::int32_t place = _used[index]++;
@@ -60,10 +60,10 @@ public:
 
 private:
     std::span<const std::int32_t> _numbers;
-    std::vector<std::int32_t> _used; ///< components of each register
+    std::vector<std::int32_t> _used; ///< number of used components of each register
 };
 
-/// The texture coordinate registers that no node of the material occupies.
+/// Returns the texture coordinate registers that no node of the material uses.
 std::vector<std::int32_t> FindFreeRegisters(const ProgramGraph& graph)
 {
     std::set<std::int32_t> taken;
@@ -148,7 +148,7 @@ CrossingLayout::CrossingLayout(const ProgramGraph& graph, StageCopies copies, Pr
     problems.Append(foundTwice);
 }
 
-/// @returns whether the programs can be written so
+/// @returns whether the programs can be written with this choice
 bool CrossingLayout::TryCopies(StageCopies copies, ProblemList& problems)
 {
     _stages.emplace(_graph, copies, problems);

@@ -13,34 +13,36 @@
 
 namespace Mox::Host {
 
-/// Packs values into registers of four components: the widest first, each whole into the first
-/// register with room. If they do not all fit, those that find no room are split over what is left.
+/// Packs values into registers of four components, widest first; each value goes as a whole into
+/// the first register with enough room. If they do not all fit that way, the remaining values are
+/// split across the free components.
 /// @param values the components of each value that are needed, at most four each
-/// @param registers numbers of the registers that are free
-/// @returns the pieces of each value, or nothing if there are more components than room
+/// @param registers numbers of the free registers
+/// @returns the pieces of each value; nothing if there are more components than free space
 std::optional<std::vector<std::vector<CrossingPiece>>>
 PackCrossing(const std::vector<ComponentMask>& values, std::span<const std::int32_t> registers);
 
-/// The letters of components, such as "yz".
-/// @param first, width within four
+/// The letters of a range of components, such as "yz".
+/// @param first, width must lie within four components
 std::string_view LettersOf(std::int32_t first, std::int32_t width);
 
-/// The stages of a program with the registers through which values cross between them.
+/// Assigns the nodes of a program to stages, and the values that cross between the stages to
+/// registers.
 ///
-/// Copies that both stages need are handed on whole. If that does not fit, the fragment stage makes
-/// them again, and no more crosses than the components that it reads. So whatever fits in any way
-/// is found.
+/// Copies that both stages need are first computed once, in the vertex stage, and passed on whole.
+/// If the registers cannot hold that, the fragment stage repeats the copies and only the components
+/// that it reads cross. So a layout is found whenever one exists.
 class CrossingLayout
 {
 public:
-    /// @param graph is referred to and must live as long as the result
-    /// @param problems is referred to likewise; takes what StageChoice reports, and values that do
-    ///        not fit into the registers
+    /// @param graph must outlive this object
+    /// @param problems must outlive this object; receives what StageChoice reports, and values that
+    ///        do not fit into the registers
     CrossingLayout(const ProgramGraph& graph, StageCopies copies, ProblemList& problems);
 
     const StageChoice& Stages() const { return *_stages; }
 
-    /// Where each crossing value lies; empty if there are problems.
+    /// The registers of each crossing value; empty if there are problems.
     const std::map<ProgramValue, std::vector<CrossingPiece>>& Pieces() const { return _pieces; }
 
 private:
@@ -48,7 +50,7 @@ private:
     bool LayOut();
 
     const ProgramGraph& _graph;
-    std::vector<std::int32_t> _registers; ///< that are free
+    std::vector<std::int32_t> _registers; ///< numbers of the free registers
     std::optional<StageChoice> _stages;
     std::map<ProgramValue, std::vector<CrossingPiece>> _pieces;
 };

@@ -23,11 +23,11 @@ namespace {
 
 using Materials::Compose;
 
-/// Each line with one tab before it and a newline behind it.
+/// Indents each line by one tab and ends it with a newline.
 std::string Indent(const std::string& body)
 {
     std::istringstream lines(body);
-    lines.exceptions(std::ios::badbit); // otherwise a lack of memory looks like the end
+    lines.exceptions(std::ios::badbit); // otherwise bad_alloc looks like the end
     std::string text;
     for (std::string line; std::getline(lines, line);)
         text += "\t" + line + "\n";
@@ -37,7 +37,7 @@ std::string Indent(const std::string& body)
 constexpr const char* manifestName = "environment.xml";
 constexpr std::size_t deepestInclude = 16;
 
-/// What tells a file from others, whatever road leads to it.
+/// Returns a path that identifies a file, whichever path it is reached by.
 std::filesystem::path IdentityOf(const std::filesystem::path& file)
 {
     std::error_code error;
@@ -45,7 +45,7 @@ std::filesystem::path IdentityOf(const std::filesystem::path& file)
     return error ? file : identity;
 }
 
-/// The line in which the text of an element begins.
+/// Returns the line of the first character of an element's text that is not whitespace.
 int FirstLineOf(const XmlTree& element)
 {
     const std::size_t first = element.Text.find_first_not_of(" \t\r\n");
@@ -54,12 +54,12 @@ int FirstLineOf(const XmlTree& element)
     return element.WhereText.Line - static_cast<int>(std::count(begin, end, '\n'));
 }
 
-/// A file of an environment, with what it includes.
+/// A file of an environment and the files that it includes.
 struct Manifest
 {
     struct Include
     {
-        std::size_t Index; ///< of the included one
+        std::size_t Index; ///< index of the included manifest
         bool WithOutputs;
     };
 
@@ -80,9 +80,9 @@ public:
     }
 
 private:
-    /// What is included is read first, so that its code stands before what may call it, and its
-    /// uniforms keep their places in the blocks.
-    /// @returns the number of the manifest
+    /// Reads a manifest. Included manifests are read first, so that their code is defined before
+    /// code that calls it and their uniforms keep their positions in the uniform blocks.
+    /// @returns the index of the manifest
     std::size_t ReadManifest(const std::filesystem::path& file)
     {
         const std::filesystem::path identity = IdentityOf(file);
@@ -131,8 +131,9 @@ private:
         return {ReadManifest(file), only.empty()};
     }
 
-    /// Each manifest was numbered after all that it includes, and the first one that it includes
-    /// last. So backwards each comes before all that it includes, on whatever way.
+    /// Merges the manifests, last to first. A manifest has a higher index than everything it
+    /// includes, and of its includes the first has the highest index. So in reverse order each
+    /// manifest precedes all that it includes, directly or indirectly.
     void JoinManifests()
     {
         std::vector<bool> hasOutputs(_manifests.size());
@@ -171,8 +172,9 @@ private:
         }
     }
 
-    /// The file that an element names, relative to the manifest. A name may lead up, through
-    /// folders that are environments themselves, and nowhere else out of the manifest's folder.
+    /// Resolves the file that an element names, relative to the manifest. The name may lead to
+    /// parent folders as long as these are environments themselves; it may not leave the manifest's
+    /// folder in any other way.
     static std::filesystem::path FindFile(const XmlTree& element)
     {
         const std::filesystem::path name = Attribute(element, "file");
@@ -234,8 +236,8 @@ private:
             CheckState(element, condition.Name, value);
     }
 
-    /// Whether the render state may have a value, so that what is misspelt is no condition that
-    /// never holds.
+    /// Checks that an attribute of the render state can have a value, so that a misspelt condition
+    /// is an error rather than one that never holds.
     static void CheckState(const XmlTree& element, const std::string& name,
                            const std::string& value)
     {
@@ -303,8 +305,9 @@ private:
         return input;
     }
 
-    /// All inputs that read one uniform must agree on it. Per object is a safe default: a value
-    /// that is set for each object may as well be the same for all.
+    /// Declares a uniform; all inputs that read it must agree on its type and rate. The default
+    /// rate is per object, which is safe: a value set for each object may still be the same for
+    /// all.
     void DeclareUniform(const XmlTree& element, const EnvironmentInput& input)
     {
         const std::string* per = element.Find("per");
@@ -361,10 +364,10 @@ private:
     }
 
     Environment _environment;
-    std::vector<std::filesystem::path> _open; ///< manifests that are being read
+    std::vector<std::filesystem::path> _open; ///< manifests being read
     std::vector<Manifest> _manifests;
-    std::map<std::filesystem::path, std::size_t> _numbers; ///< of manifests, by their identity
-    std::map<std::filesystem::path, std::size_t> _code;    ///< indices, likewise
+    std::map<std::filesystem::path, std::size_t> _numbers; ///< manifest indices by identity
+    std::map<std::filesystem::path, std::size_t> _code;    ///< likewise for code files
 };
 
 } // namespace

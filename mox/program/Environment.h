@@ -14,10 +14,10 @@
 
 namespace Mox::Host {
 
-/// Where an input of the environment takes its value from.
+/// The kind of source that an input of the environment reads.
 enum class EnvironmentSource
 {
-    Stream,  ///< an input for each vertex
+    Stream,  ///< a vertex attribute
     Uniform, ///< a run-time constant
     Value,   ///< a value that the material writes or the environment supplies
     State,   ///< an attribute of the material's render state, as a constant
@@ -25,60 +25,61 @@ enum class EnvironmentSource
 
 struct EnvironmentInput
 {
-    std::string Name; ///< as the body reads it
+    std::string Name; ///< the name that the body uses
     ShaderType Type;
     EnvironmentSource Source;
     std::string SourceName;
-    std::string Default; ///< Cg expression for a value or state that is missing, or nothing
+    std::string Default; ///< Cg expression to use if the value or state is missing; may be empty
     Place Where = {};
 };
 
-/// One value or output, with the function that computes it.
+/// One value or output, and the function that computes it.
 struct EnvironmentEntry
 {
-    std::string Name; ///< of the value that it supplies, or of the output parameter
+    std::string Name; ///< of the value it supplies, or of the output parameter
     ShaderType Type = ShaderType(ComponentType::Unknown, 1, 1, 1);
     ShaderLevel Level = ShaderLevel::Automatic;
-    /// All must hold. One with values is an attribute of the material's render state, and any other
-    /// a value that the material writes.
+    /// All conditions must hold. A condition with values tests an attribute of the material's
+    /// render state; one without tests whether the material writes the named value.
     Conditions When;
     std::vector<EnvironmentInput> Inputs;
-    std::string Body;                       ///< empty if the value is its only input
-    std::optional<ShaderRegister> Register; ///< of an output
+    std::string Body;                       ///< empty if the result is its only input
+    std::optional<ShaderRegister> Register; ///< for an output
     Place Where;
-    int BodyLine = 0; ///< of the first line of the body
+    int BodyLine = 0; ///< file line of the first line of the body
 };
 
-/// Functions that bodies may call.
+/// A piece of code with functions that bodies may call.
 struct EnvironmentCode
 {
-    std::vector<std::string> Provides; ///< their names
+    std::vector<std::string> Provides; ///< names of its functions
     std::string Text;
-    std::filesystem::path File = {}; ///< from which the text was read
-    Place Where = {};                ///< in the manifest
+    std::filesystem::path File = {}; ///< the file that contains the code
+    Place Where = {};                ///< position in the manifest
 };
 
-/// What surrounds every material: values that nodes read by name, and how what a material writes
-/// becomes the position and the colour of a program. Plain data, read from a folder of files.
+/// The data and code that surround every material: values that nodes read by name, and the
+/// functions that turn what a material writes into the position and colour of a program. Plain
+/// data, read from a folder of files.
 ///
 /// An environment may include others. Its own values and outputs come before theirs, so that they
-/// replace them; their code and their uniforms come before its own.
+/// replace them; its code and uniforms come after theirs.
 struct Environment
 {
     std::filesystem::path File;               ///< the manifest
-    std::vector<std::filesystem::path> Files; ///< all files read, the manifest first
+    std::vector<std::filesystem::path> Files; ///< all files that were read, the manifest first
     std::vector<EnvironmentCode> Code;
     std::vector<EnvironmentEntry> Values;
     std::vector<EnvironmentEntry> Outputs;
-    std::vector<EnvironmentUniform> Uniforms; ///< each that an input reads, once
+    std::vector<EnvironmentUniform> Uniforms; ///< each uniform that an input reads, once
 };
 
-/// Reads environment.xml of a folder, and the files that it names, each once.
-/// @throws HostError with file and line if a file cannot be read or does not say what it must
+/// Reads environment.xml in a folder and the files that it names, each file once.
+/// @throws HostError with file and line if a file is unreadable or invalid
 Environment ReadEnvironment(const std::filesystem::path& folder);
 
-/// The folder in which a program finds the environment without being told: share/mox/environment
-/// of the tree in which the library mox_materials lies.
+/// Returns the default environment folder: share/mox/environment in the installation or build tree
+/// that contains the library mox_materials.
 std::filesystem::path DefaultEnvironmentFolder();
 
 } // namespace Mox::Host

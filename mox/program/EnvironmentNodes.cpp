@@ -60,7 +60,7 @@ public:
             if (Holds(output) && done.emplace(type, output.Register->Index).second)
                 AddOutput(output);
         }
-        // Feeding a value may ask for further ones, which the list takes behind the last.
+        // Computing a value may require further values, which are appended to this list.
         for (const ShaderNodeHandle& node : _graph.Nodes) {
             if (node->Kind != ShaderNodeKind::InterfaceParameter || !node->InEdges.empty())
                 continue;
@@ -86,9 +86,9 @@ private:
         });
     }
 
-    /// Whether a value of the environment depends on the condition that the material writes
-    /// something, and the material computes that from the value, so that the value cannot be
-    /// computed from it.
+    /// Whether a value of the environment is conditional on the material writing something that the
+    /// material itself computes from that value. Such an entry cannot be used, since it would form
+    /// a cycle.
     bool IsReadByWhatItNeeds(const EnvironmentEntry& value)
     {
         return std::any_of(value.When.begin(), value.When.end(), [&](const Condition& condition) {
@@ -105,8 +105,8 @@ private:
         return names.contains(value);
     }
 
-    /// The names of all values from which the material computes what it writes under a name, with
-    /// those from which the environment computes them.
+    /// Returns the names of all values that the material reads to compute what it writes under a
+    /// name, including those that the environment needs to compute these.
     std::set<std::string> FindReads(const std::string& written) const
     {
         std::set<std::string> names;
@@ -193,7 +193,7 @@ private:
                        input.Name, "\" has no default");
     }
 
-    /// The parameter that an input reads, or nothing if it is a value that nobody writes.
+    /// Returns the parameter that an input reads, or null if it is a value that no source provides.
     ShaderNodeHandle FindSource(const EnvironmentInput& input)
     {
         if (input.Source != EnvironmentSource::Value)
@@ -227,7 +227,7 @@ private:
         return node;
     }
 
-    /// Makes a node of the graph known to the generator.
+    /// Registers a node of the graph with the generator.
     const ShaderNodeHandle& Enter(const ShaderNodeHandle& node)
     {
         _generator.NodeMap.try_emplace(node, node);
@@ -238,8 +238,10 @@ private:
     ShaderGraph& _graph;
     ShaderGraphGenerator _generator;
     std::map<std::string, std::string> _state;           ///< the material's render state
-    std::set<std::string> _written;                      ///< values that the material writes
-    std::map<std::string, std::set<std::string>> _reads; ///< by written value, see FindReads
+    std::set<std::string> _written;                      ///< names of the values that the material
+                                                         ///< writes
+    std::map<std::string, std::set<std::string>> _reads; ///< by name of the written value, see
+                                                         ///< FindReads
     std::map<std::tuple<EnvironmentSource, std::string, std::string>, ShaderNodeHandle> _parameters;
 };
 

@@ -7,19 +7,20 @@
 
 namespace Mox::Host {
 
-/// What a body of the environment assigns its result to.
+/// The variable that a body of the environment assigns its result to.
 inline constexpr const char* environmentOutput = "out_value";
 
-/// The statement that gives a body the value of an input that nothing supplies.
-/// @param expression in Cg
+/// Formats a statement that declares an input as a local variable, for an input that no source
+/// provides.
+/// @param expression initial value, in Cg
 std::string FormatLocal(const EnvironmentInput& input, const std::string& expression);
 
-/// Lets nodes find the environment's values by name, with flags 0. What a node finds is a bare
-/// parameter: it is fed by CompleteShaderGraph, when it is known what the material writes.
+/// Provides the environment's values to nodes by name, with flags 0. A node receives a parameter
+/// without a source; CompleteShaderGraph connects it once it is known what the material writes.
 class EnvironmentProvider : public InterfaceNodeProvider
 {
 public:
-    /// @param environment is kept by reference
+    /// @param environment must outlive this object
     explicit EnvironmentProvider(const Environment& environment);
 
     ShaderNodeHandle ProvideInterfaceNode(const std::string& name, std::int32_t flags,
@@ -29,10 +30,11 @@ private:
     const Environment& _environment;
 };
 
-/// Feeds every value of the environment that the graph asks for, and adds the outputs, which take
-/// what the material writes.
-/// @param state the material's render state, which conditions read
-/// @throws HostError with file and line of the environment if an entry needs what nobody supplies
+/// Connects every environment value that the graph reads, and adds the outputs, which read what the
+/// material writes.
+/// @param state the material's render state, which conditions test
+/// @throws HostError with file and line in the environment if an entry needs a value that no source
+///        provides
 void CompleteShaderGraph(const Environment& environment, const std::vector<DocumentValue>& state,
                          ShaderGraph& graph);
 

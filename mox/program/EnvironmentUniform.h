@@ -7,12 +7,12 @@
 
 namespace Mox::Host {
 
-/// How often a host changes a uniform, in the order in which blocks are numbered.
+/// How often a host changes a uniform. The order is that of the uniform blocks.
 enum class UniformRate
 {
-    Frame,    ///< once for each picture
-    Material, ///< when another material or other values of it are drawn
-    Object,   ///< for each thing that is drawn
+    Frame,    ///< once per frame
+    Material, ///< when the material or its values change
+    Object,   ///< for each object drawn
 };
 constexpr UniformRate uniformRates[] = {UniformRate::Frame, UniformRate::Material,
                                         UniformRate::Object};
@@ -20,12 +20,12 @@ constexpr UniformRate uniformRates[] = {UniformRate::Frame, UniformRate::Materia
 /// "frame", "material" or "object".
 std::string_view GetRateName(UniformRate rate);
 
-/// A run-time constant that the environment of a material declares.
+/// A run-time constant that an environment declares.
 struct EnvironmentUniform
 {
     std::string Name;
-    ShaderType Type;  ///< no texture
-    UniformRate Rate; ///< Frame or Object
+    ShaderType Type;  ///< never a texture
+    UniformRate Rate; ///< Frame or Object, never Material
 };
 
 } // namespace Mox::Host

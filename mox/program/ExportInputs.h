@@ -8,9 +8,9 @@
 
 namespace Mox::Host {
 
-/// The files besides the document on which programs depend: the environment, and all plug-ins,
-/// since a type comes from the first one that offers it. Textures are not among them: programs name
-/// their parameters and contain nothing of their pixels.
+/// Returns the files, other than the document, that programs depend on: the environment and all
+/// plug-ins, since a node type comes from the first plug-in that offers it. Textures are not
+/// included: programs contain the names of their parameters but none of their pixels.
 std::vector<std::filesystem::path> ExportInputs(const Environment& environment,
                                                 const PluginSet& plugins);
 

@@ -15,14 +15,14 @@ namespace {
 
 using Materials::Compose;
 
-/// A port or some of its components.
+/// A port, or some of its components.
 struct Operand
 {
     std::size_t Port;
     std::vector<std::size_t> Components;
 };
 
-/// @returns nothing if the expression is not a port or components of one
+/// @returns nothing if the expression is neither a port nor a swizzle of one
 std::optional<Operand> ReadOperand(const Cg::Expression& expression,
                                    const std::vector<ShaderPort>& ports)
 {
@@ -46,11 +46,11 @@ std::optional<Operand> ReadOperand(const Cg::Expression& expression,
     return operand;
 }
 
-/// For each component of each output the one that it copies, as far as that is known.
+/// For each component of each output, the input component that it copies, where known.
 using Copies = std::vector<std::vector<std::optional<InputComponent>>>;
 
-/// Notes what a statement copies.
-/// @returns false if it does anything else
+/// Records the components that a statement copies.
+/// @returns false if the statement does anything else
 bool ReadCopy(const Cg::Statement& statement, const ShaderNode& function, Copies& copies)
 {
     if (statement.Kind != Cg::StatementKind::Evaluate ||
@@ -65,7 +65,7 @@ bool ReadCopy(const Cg::Statement& statement, const ShaderNode& function, Copies
     return true;
 }
 
-/// The first lines of a text; none of a negative count.
+/// Returns the first lines of a string, or nothing if count is not positive.
 std::string_view TakeLines(std::string_view text, std::int64_t count)
 {
     std::size_t end = 0;
@@ -92,7 +92,7 @@ FunctionBody::FunctionBody(const ShaderNode& function, const std::string& code)
         head = Compose(code, "\n", FormatSignature("body", function.Inputs, function.Outputs),
                        "\n{\n");
     } catch (const ShaderError&) {
-        return; // a port has a type that cannot be written
+        return; // a port has a type that Cg cannot declare
     }
     _module = Cg::ReadModule(Compose(head, function.Code, "\n}\n"));
     _isWhole = _module->Errors.empty();
@@ -121,7 +121,7 @@ std::optional<CopiedComponents> FunctionBody::FindCopies() const
         auto& components = result.emplace_back();
         for (const auto& component : output) {
             if (!component)
-                return std::nullopt; // its value is left open
+                return std::nullopt; // this component is never assigned
             components.push_back(*component);
         }
     }

@@ -11,41 +11,42 @@
 
 namespace Mox::Host {
 
-/// A component of an input of a function.
+/// One component of one input of a function.
 struct InputComponent
 {
     std::size_t Input;
     std::size_t Component;
 };
 
-/// For each output of a function, what each of its components copies.
+/// For each component of each output of a function, the input component that it copies.
 using CopiedComponents = std::vector<std::vector<InputComponent>>;
 
-/// Number of components of a value: of a vector its columns.
+/// Number of components of a value; for a vector, its columns.
 std::size_t ComponentCount(const ShaderType& type);
 
-/// What can be read off the body of a function.
+/// Analyses the body of a function.
 class FunctionBody
 {
 public:
-    /// @param function must outlive the object
-    /// @param code sources of functions that the body may call
+    /// @param function must outlive this object
+    /// @param code source of the functions that the body may call
     explicit FunctionBody(const ShaderNode& function, const std::string& code = {});
 
-    /// What the function copies if it does nothing but assign components of inputs to components of
-    /// outputs of the same component type; nothing for any other function. Interpolating the result
-    /// of such a function is the same as copying the interpolated inputs.
+    /// Returns what the function copies, if all it does is assign components of inputs to
+    /// components of outputs of the same component type; returns nothing for any other function.
+    /// For such a function, interpolating the result is equivalent to copying the interpolated
+    /// inputs.
     std::optional<CopiedComponents> FindCopies() const;
 
-    /// Whether the body declares a variable of that name whose value is 0, as nodes do for an input
-    /// without an edge. What follows the first error in the body is not known.
+    /// Whether the body declares a variable with this name whose value is 0, as nodes do for an
+    /// unconnected input. Declarations after the first error in the body are not found.
     bool DeclaresZero(const std::string& name) const;
 
 private:
     const ShaderNode& _function;
     std::unique_ptr<Cg::Module> _module;
-    Cg::Statements _statements; ///< as far as the body is understood
-    bool _isWhole = false;      ///< false if only what precedes the first error is in _statements
+    Cg::Statements _statements; ///< the statements before the first error
+    bool _isWhole = false;      ///< whether _statements contains the entire body
 };
 
 } // namespace Mox::Host

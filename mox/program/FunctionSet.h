@@ -9,13 +9,13 @@
 
 namespace Mox::Host {
 
-/// Functions that are equal in name, parameters and body are one definition. Their levels may
+/// Merges functions with equal name, parameters and body into one definition. Their levels may
 /// differ.
 class FunctionSet
 {
 public:
-    /// The first of all functions so far that are equal to this one.
-    /// @param function is referred to and must live as long as the set
+    /// Returns the first function passed to this set that equals the given one.
+    /// @param function must outlive the set
     const ShaderNode& DefinitionOf(const ShaderNode& function)
     {
         return **_definitions.insert(&function).first;

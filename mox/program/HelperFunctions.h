@@ -9,10 +9,10 @@
 
 namespace Mox::Host {
 
-/// The functions that nodes bring along for their bodies to call. Each is a function node without
-/// ports in the shader graph: its name is that of the functions and its code their definitions. It
-/// has no edges, so nothing but a call by name leads to it. Nodes that bring the same one share it.
-/// @param problems takes names with two definitions, with the node that brought the second one
+/// Finds the helper functions that nodes supply for their bodies to call. In the shader graph, each
+/// is a function node without ports: its name is that of the helper and its code the definition.
+/// It has no edges and is only reached by name. Nodes that supply the same helper share it.
+/// @param problems receives names with two definitions, at the node that supplied the second
 std::vector<EnvironmentCode>
 FindHelperFunctions(const ShaderGraph& graph, const ShaderOrigins& origins, ProblemList& problems);
 

@@ -8,23 +8,23 @@
 
 namespace Mox::Host {
 
-/// What exporters have in common that write texts from the resolved graph of a material.
+/// Base class of exporters that write files from the resolved graph of a material.
 class MaterialExporter : public Exporter
 {
 public:
-    /// @param plugins must outlive the object
+    /// @param plugins must outlive this object
     MaterialExporter(const PluginSet& plugins, Host::Environment environment);
 
     ExportedMaterial Export(const std::filesystem::path& file) const override;
 
-    /// The same for a document that has been read.
-    /// @param problems of reading it
+    /// Exports a document that has already been read.
+    /// @param problems found while reading it
     ExportedMaterial Export(MaterialDocument document, ProblemList problems) const;
 
 protected:
     const Host::Environment& Environment() const { return _environment; }
 
-    /// @param exported receives texts, header and problems
+    /// @param exported receives contents, header and problems
     virtual void Write(const MaterialGraph& graph, ExportedMaterial& exported) const = 0;
 
 private:

@@ -19,7 +19,7 @@ namespace Mox::Host {
 
 namespace {
 
-/// Warns of nodes in which the material ends once more.
+/// Warns about additional output nodes.
 void WarnOfSecondEnds(const MaterialGraph& graph, ProblemList& problems)
 {
     std::map<std::string, std::string> firstEnds; // ids by type
@@ -39,8 +39,8 @@ void WarnOfSecondEnds(const MaterialGraph& graph, ProblemList& problems)
     }
 }
 
-/// The ids of the nodes from which something leads to an end of the material, whether the
-/// environment reads it there or not.
+/// Returns the ids of all nodes that an output node of the material depends on, whether or not the
+/// environment reads that output.
 std::set<std::string> FindNodesBeforeEnds(const GeneratedShader& shader)
 {
     std::vector<const ShaderNode*> open;
@@ -114,7 +114,7 @@ ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& e
             parameter.Sampler = FindSamplerState(graph.Document(), parameter.Name);
     }
     if (!isComplete)
-        return plan; // what only a failed node reads is not dead
+        return plan; // otherwise nodes read only by a failed node would be reported as dead
     if (plan.DeadNodes.empty())
         return plan;
     const std::set<std::string> alive = FindNodesBeforeEnds(shader);
@@ -123,7 +123,7 @@ ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& e
             "no-end", Place(graph.Document().File),
             "nothing reaches the surface: no edge leads to a node that ends the material, "
             "such as a \"Surface\" node");
-        return plan; // which says it of all nodes
+        return plan; // this warning covers every node
     }
     for (const std::string& node : plan.DeadNodes) {
         if (!alive.contains(node)) {

@@ -12,29 +12,32 @@
 
 namespace Mox::Host {
 
-/// Takes over what was found behind the authoring graph, where only the ids of nodes are known, and
-/// of problems of the whole material not even the file.
+/// Adds problems found in later stages to a list and completes their places: such problems have at
+/// most the id of a node, and those of the whole material do not even have the file.
 void AppendWithLines(const ProblemList& found, const MaterialGraph& graph, ProblemList& problems);
 
-/// The complete shader graph of a resolved material: its own nodes and those of the environment.
-/// @param shader has an empty graph without providers
-/// @param problems takes all that went wrong; with an error among them the graph is not complete
+/// Completes the shader graph of a resolved material with the material's own nodes and those of the
+/// environment.
+/// @param shader must have an empty graph without providers
+/// @param problems receives everything that goes wrong; if there is an error, the graph is
+///        incomplete
 void CompleteShader(const MaterialGraph& graph, const Environment& environment,
                     GeneratedShader& shader, ProblemList& problems);
 
-/// The plan of a resolved material's programs. Nodes that do not affect the surface are left out
-/// with a warning. A material without an output node, or with more than one, is a warning too.
+/// Plans the programs of a resolved material. Nodes that do not affect the surface are left out
+/// with a warning. A material with no output node, or with more than one, also causes a warning.
 /// @param copies does not change the image
-/// @param problems receives what is wrong; if there is an error among it, do not use the result
+/// @param problems receives everything that goes wrong; if there is an error, the result must not
+///        be used
 ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& environment,
                                 StageCopies copies, ProblemList& problems);
 
-/// The Cg programs of a resolved material, written from that plan.
+/// Plans the Cg programs of a resolved material and writes them.
 CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& environment,
                                const ProgramOptions& options, ProblemList& problems);
 
-/// The texts of a material's program in a format.
-/// @param problems takes what the format has against it, at the lines of the material's nodes
+/// Writes a material's program in a format.
+/// @param problems receives what the format cannot express, at the lines of the material's nodes
 std::vector<std::string> WriteProgram(const ProgramFormat& format, const CgProgram& program,
                                       const MaterialGraph& graph, const std::filesystem::path& file,
                                       ProblemList& problems);

@@ -66,7 +66,8 @@ void ParameterTable::Collect(const ProgramGraph& graph, const StageChoice& stage
             continue;
         const std::string& owner = program.Origin->Node;
         const std::string& name = NameOf(program);
-        // Whoever gives one name to a texture and to a number means one binding, and is told so.
+        // A texture and a number with the same name are meant as one binding, so this is a
+        // conflict.
         const bool isStream = node.Kind == ShaderNodeKind::VaryingParameter;
         const auto [entry, isNew] =
             known.try_emplace({isStream, !owner.empty(), name}, _parameters.size());
@@ -112,7 +113,8 @@ void ParameterTable::WarnOfEnvironmentNames(ProblemList& problems) const
 
 void ParameterTable::GiveNames(CgNames& names)
 {
-    // Whose name is good keeps it; only then do others take what is near to theirs.
+    // Names that are valid in Cg are assigned first and unchanged; then the others get similar
+    // names.
     const auto isGood = [](const ProgramParameter& parameter) {
         return ToSafeCgName(parameter.Name) == parameter.Name;
     };
@@ -137,7 +139,8 @@ void ParameterTable::GiveRegisters(const ProgramGraph& graph, ProblemList& probl
     const auto bothStages = [](const ProgramParameter& parameter) {
         return parameter.InVertex && parameter.InFragment;
     };
-    // Registers that somebody chose go first, then those that must suit both stages.
+    // Explicitly chosen registers come first, then parameters that need one register in both
+    // stages.
     std::vector<ProgramParameter*> order;
     for (ProgramParameter& parameter : _parameters)
         order.push_back(&parameter);

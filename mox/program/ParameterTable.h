@@ -12,21 +12,20 @@
 
 namespace Mox::Host {
 
-/// The parameters of a pair of programs: those of one owner, kind and name are one, where the owner
-/// is the material or the environment. Gives them their Cg names and registers.
+/// Collects the parameters of a pair of programs and assigns their Cg names and registers. Nodes
+/// with the same owner (material or environment), kind and name share one parameter.
 class ParameterTable
 {
 public:
-    /// @param problems takes a name with two types, a binding with the name of an environment
-    /// value,
-    ///        two values in one register, and more samplers, streams or constants than there are
-    ///        registers for
+    /// @param problems receives a name with two types, a binding with the name of an environment
+    ///        value, two values in one register, and more samplers, streams or constants than there
+    ///        are registers
     ParameterTable(const ProgramGraph& graph, const StageChoice& stages, CgNames& names,
                    ProblemList& problems);
 
     const std::vector<ProgramParameter>& Parameters() const { return _parameters; }
 
-    /// The parameter that a node of the program stands for, as index.
+    /// Index of the parameter that a node of the program represents.
     std::size_t IndexOf(std::size_t node) const { return _indices.at(node); }
 
 private:
@@ -36,7 +35,7 @@ private:
     void GiveRegisters(const ProgramGraph& graph, ProblemList& problems);
 
     std::vector<ProgramParameter> _parameters;
-    std::map<std::size_t, std::size_t> _indices; ///< from a node of the program
+    std::map<std::size_t, std::size_t> _indices; ///< by node of the program
 };
 
 } // namespace Mox::Host

@@ -79,7 +79,7 @@ void ProgramCode::Complete() const
     DropDead();
 }
 
-/// The vertex stage computes what the fragment stage reads and nothing else.
+/// Removes from the vertex stage everything that the fragment stage does not read.
 void ProgramCode::DropDead() const
 {
     Cg::Module& vertex = *_modules[static_cast<std::size_t>(ProgramStage::Vertex)];

@@ -11,12 +11,12 @@
 
 namespace Mox::Host {
 
-/// Both stages of a program as trees. Functions are read at once; the entry points, which only call
-/// them, when a language other than Cg needs them.
+/// The syntax trees of both stages of a program. Functions are parsed at once; the entry points,
+/// which only call them, are parsed when a language other than Cg needs them.
 class ProgramCode
 {
 public:
-    /// Reads the functions.
+    /// Parses the functions.
     ProgramCode(const StageProgram& vertex, const StageProgram& fragment);
 
     const std::vector<Cg::SourceError>& ErrorsOf(ProgramStage stage) const
@@ -24,28 +24,28 @@ public:
         return _errors[static_cast<std::size_t>(stage)];
     }
 
-    /// A whole stage, lowered and without what has no effect on the outputs of the fragment stage.
-    /// The first call does the work. Safe in parallel.
-    /// @throws std::logic_error if there is something wrong with the code
+    /// Returns a whole stage, lowered and without code that does not affect the outputs of the
+    /// fragment stage. The first call does the work. Thread-safe.
+    /// @throws std::logic_error if the code has errors
     const Cg::Module& StageOf(ProgramStage stage) const;
 
 private:
     void Complete() const;
     void DropDead() const;
 
-    std::array<std::vector<Cg::SourceError>, programStageCount> _errors; ///< of the functions
+    std::array<std::vector<Cg::SourceError>, programStageCount> _errors; ///< in the functions
     mutable std::array<std::unique_ptr<Cg::ModuleReader>, programStageCount> _readers;
     mutable std::array<std::unique_ptr<Cg::Module>, programStageCount> _modules;
     mutable std::once_flag _isComplete;
-    mutable std::string _failure; ///< of Complete
+    mutable std::string _failure; ///< message of an error in Complete
 };
 
-/// The number of a register, such as 3 of "TEXCOORD3".
+/// The register number of a variable, such as 3 for "TEXCOORD3".
 /// @param semantic such as "TEXCOORD"
-/// @throws std::logic_error if the variable is in a register of another kind
+/// @throws std::logic_error if the variable is in a different kind of register
 int LocationOf(const Cg::Variable& variable, std::string_view semantic);
 
-/// Whether a variable is the position of a vertex.
+/// Whether a variable is the vertex position.
 bool IsPosition(const Cg::Variable& variable);
 
 } // namespace Mox::Host

@@ -12,8 +12,8 @@ namespace Mox::Host {
 class ProgramExporter : public MaterialExporter
 {
 public:
-    /// @param plugins must live as long as this object
-    /// @param formats whose texts are exported, in this order
+    /// @param plugins must outlive this object
+    /// @param formats to export to, in this order
     ProgramExporter(const PluginSet& plugins, Host::Environment environment,
                     const ProgramOptions& options,
                     std::vector<std::unique_ptr<ProgramFormat>> formats);

@@ -8,19 +8,19 @@
 
 namespace Mox::Host {
 
-/// One form in which programs are exported. Serves many threads at once.
+/// A format in which programs are exported. Thread-safe.
 class ProgramFormat
 {
 public:
     virtual ~ProgramFormat() = default;
 
-    /// Endings of the file names of the texts, each with its dot.
+    /// File name extensions of the files that Write returns, each including its dot or dots.
     virtual const std::vector<std::string>& Endings() const = 0;
 
-    /// The texts of a program, one for each ending.
+    /// Writes a program; returns the contents of one file for each extension.
     /// @param file of the material, for messages
-    /// @param problems takes what stands in the way, with the nodes by id; with an error among it
-    ///        the texts do not count
+    /// @param problems receives what prevents the export, with nodes by id; if there is an error,
+    ///        the result must not be used
     virtual std::vector<std::string> Write(const CgProgram& program, const std::string& file,
                                            ProblemList& problems) const = 0;
 };

@@ -16,7 +16,7 @@ using Materials::Compose;
 
 constexpr std::size_t nowhere = static_cast<std::size_t>(-1);
 
-/// An output port of a shader node, by index of the node in the shader graph.
+/// An output port of a shader node, with the index of the node in the shader graph.
 struct Feed
 {
     std::size_t Node = nowhere;
@@ -28,7 +28,7 @@ bool IsOutput(const ShaderNode& node)
     return node.Kind == ShaderNodeKind::CgRegisterParameter && node.Register.IsWritable();
 }
 
-/// The stage in which a node must run, or Automatic.
+/// Returns the stage that a node must run in, or Automatic.
 ShaderLevel LevelOf(const ShaderNode& node)
 {
     switch (node.Kind) {
@@ -54,8 +54,8 @@ std::string DescribeEdge(const ShaderEdge& edge, const ShaderNode& tail, const S
                    head.Describe(), " port \"", edge.HeadPort, "\": ");
 }
 
-/// Whether a value may be an argument of a parameter. The edges of Connect join equal types, but a
-/// plug-in may lay edges itself.
+/// Whether a value can be passed to a parameter. Connect only creates edges between equal types,
+/// but a plug-in can create edges itself.
 bool IsPassedAs(const ShaderType& value, const ShaderType& parameter)
 {
     if (value == parameter)
@@ -66,7 +66,7 @@ bool IsPassedAs(const ShaderType& value, const ShaderType& parameter)
            Cg::FindBuiltInType(parameter.Format(), to) && Cg::Converts(from, to);
 }
 
-/// Finds, from the outputs backwards, what the program computes.
+/// Collects the nodes of the program, starting from its outputs.
 class Collector
 {
 public:
@@ -90,7 +90,7 @@ public:
         return std::move(_nodes);
     }
 
-    /// Names that values get from what they are written into; the first one counts.
+    /// Names values after what they are written to; the first name counts.
     std::map<ProgramValue, std::string> FindNames() const
     {
         std::map<ProgramValue, std::string> names;
@@ -106,7 +106,7 @@ public:
         return names;
     }
 
-    /// Ends of the material by the node and the input that reads through them.
+    /// Returns, by node and input, the output node's input through which each value is read.
     std::map<std::pair<std::size_t, std::size_t>, const ShaderOrigin*> FindEnds() const
     {
         std::map<std::pair<std::size_t, std::size_t>, const ShaderOrigin*> ends;
@@ -140,7 +140,7 @@ private:
     enum class State
     {
         New,
-        Open, ///< being visited: meeting it again closes a circle
+        Open, ///< being visited; reaching it again means a cycle
         Done,
     };
 
@@ -152,7 +152,7 @@ private:
         const ShaderOrigin* Origin;
         ShaderLevel Level;
         bool IsInterface;
-        std::size_t FirstFeed; ///< of its inputs
+        std::size_t FirstFeed; ///< index of its first input's feed
         std::size_t InputCount;
     };
 
@@ -215,7 +215,7 @@ private:
         feed = {_index.at(tail.get()), static_cast<std::size_t>(from)};
     }
 
-    /// Depth first without recursion; a node is entered behind all that it reads.
+    /// Visits nodes depth first without recursion; a node is added after everything that it reads.
     void Visit(std::size_t root)
     {
         Open(root);
@@ -258,25 +258,25 @@ private:
                 return;
             }
             if (_places[feed.Node] == nowhere)
-                return; // the source has a problem of its own, which has been told
+                return; // the source has its own problem, already reported
             entry.Inputs.push_back({_places[feed.Node], feed.Port});
         }
         _places[node] = _nodes.size();
         _nodes.push_back(std::move(entry));
     }
 
-    /// Looks through interface parameters.
+    /// Follows interface parameters to the value written to them.
     Feed SourceOf(Feed feed) const
     {
-        std::size_t steps = 0; // parameters may run in a circle
+        std::size_t steps = 0; // parameters may form a cycle
         while (feed.Node != nowhere && _sources[feed.Node].IsInterface && steps++ < _sources.size())
             feed = FeedOf(feed.Node, 0);
         return feed;
     }
 
-    /// Of the interface parameters that a feed is looked up through, the origin of the last that
-    /// takes what arrives at a port of the material. The feed is that of a node in the program, so
-    /// it ends.
+    /// Follows a feed through interface parameters and returns the origin of the last one that
+    /// represents an input of an output node. The loop terminates because the feed belongs to a
+    /// node in the program, which is free of cycles.
     const ShaderOrigin* FindEnd(Feed feed) const
     {
         const ShaderOrigin* end = nullptr;
@@ -292,7 +292,7 @@ private:
         std::size_t first = _path.size();
         while (_path[--first].Node != start) {
         }
-        // The path runs from readers to what they read.
+        // The path runs from each reader to what it reads.
         std::string text;
         for (std::size_t i = _path.size(); i-- > first;)
             text += Compose(_sources[_path[i].Node].Shader->Describe(), " -> ");
@@ -308,7 +308,7 @@ private:
     std::vector<Feed> _feeds; ///< of all input ports
     FunctionSet _functions;
     std::vector<State> _states;
-    std::vector<std::size_t> _places; ///< of each node in _nodes
+    std::vector<std::size_t> _places; ///< index in _nodes of each node
     std::vector<Visited> _path;
     std::vector<ProgramNode> _nodes;
 };

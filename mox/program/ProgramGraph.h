@@ -12,7 +12,7 @@
 
 namespace Mox::Host {
 
-/// What one output port of a program's node gives.
+/// The value of one output port of a node of the program.
 struct ProgramValue
 {
     std::size_t Node; ///< index into ProgramGraph::Nodes
@@ -26,28 +26,28 @@ struct ProgramValue
 struct ProgramNode
 {
     const ShaderNode* Shader;
-    const ShaderNode* Definition; ///< one of the functions that are equal in name, ports and body,
-                                  ///< but perhaps not in level; of any other node itself
+    const ShaderNode* Definition; ///< the first function equal in name, ports and body, though its
+                                  ///< level may differ; for other nodes, Shader itself
     const ShaderOrigin* Origin;
-    ShaderLevel Level;                ///< the stage in which it must run, or Automatic
-    std::vector<ProgramValue> Inputs; ///< what feeds each input port
+    ShaderLevel Level;                ///< the stage that it must run in, or Automatic
+    std::vector<ProgramValue> Inputs; ///< the source of each input port
 };
 
-/// The part of a shader graph that reaches an output of the program, as plain indices.
+/// The part of a shader graph that contributes to an output of the program, as plain indices.
 ///
-/// Interface parameters are left out: who reads one reads what was written into it. Nodes stand in
-/// an order in which each comes behind all that it reads, and close to where it is read.
+/// Interface parameters are left out: their readers read the value written to them. Each node comes
+/// after all that it reads, and close to where it is read.
 class ProgramGraph
 {
 public:
-    /// @param graph is referred to and must live as long as the result
-    /// @param origins likewise
-    /// @param problems takes an input that is fed twice or not at all, and a circle
+    /// @param graph must outlive this object
+    /// @param origins must outlive this object
+    /// @param problems receives inputs with no source or more than one, and cycles
     ProgramGraph(const ShaderGraph& graph, const ShaderOrigins& origins, ProblemList& problems);
 
     const std::vector<ProgramNode>& Nodes() const { return _nodes; }
 
-    /// Ids of the authoring nodes of whose shader nodes none is in the program, in graph order.
+    /// Ids of the authoring nodes that have no shader node in the program, in graph order.
     const std::vector<std::string>& DeadNodes() const { return _deadNodes; }
 
     const ShaderPort& PortOf(const ProgramValue& value) const
@@ -55,7 +55,7 @@ public:
         return _nodes[value.Node].Definition->Outputs[value.Port];
     }
 
-    /// A number for each value, from 0 to ValueCount() - 1, in the order of the values.
+    /// A number for each value, from 0 to ValueCount() - 1, in the order of values.
     std::size_t NumberOf(const ProgramValue& value) const
     {
         return _firstNumbers[value.Node] + value.Port;
@@ -63,16 +63,17 @@ public:
 
     std::size_t ValueCount() const { return _firstNumbers.back(); }
 
-    /// The port of the material at which a node's input takes what it reads; null if there is none.
+    /// The output node's input through which a node's input receives its value; null if there is
+    /// none.
     const ShaderOrigin* EndBefore(std::size_t node, std::size_t input) const;
 
-    /// What people know a value by: the interface parameter or output that it is written into, or
-    /// else its port without the direction.
+    /// A readable name of a value: that of the interface parameter or output that it is written to,
+    /// or else its port name without the direction.
     std::string NameOf(const ProgramValue& value) const;
 
 private:
     std::vector<ProgramNode> _nodes;
-    std::vector<std::size_t> _firstNumbers; ///< of each node's values, and one more for the end
+    std::vector<std::size_t> _firstNumbers; ///< of each node's values, followed by the total
     std::vector<std::string> _deadNodes;
     std::map<ProgramValue, std::string> _writtenInto;
     std::map<std::pair<std::size_t, std::size_t>, const ShaderOrigin*> _ends; ///< by node and input
@@ -80,10 +81,10 @@ private:
 
 bool IsSampler(const ShaderType& type);
 
-/// What the author of a material calls a parameter.
+/// The name of a parameter as the author of a material knows it.
 const std::string& NameOf(const ProgramNode& parameter);
 
-/// The place of the authoring node behind a shader node.
+/// The place of the authoring node that a shader node comes from.
 Place PlaceOf(const ShaderOrigin& origin);
 
 } // namespace Mox::Host

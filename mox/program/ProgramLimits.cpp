@@ -23,8 +23,8 @@ void CheckName(const std::string& name, const Place& where, ProblemList& problem
     }
 }
 
-/// Whether a body uses a word without having a variable or a parameter of that name: one that
-/// follows a type.
+/// Whether a body uses a word without having a variable or parameter of that name. A word that
+/// follows a type counts as a declaration.
 bool IsUndeclared(const ShaderNode& function, std::string_view wanted)
 {
     const std::string name(wanted);
@@ -43,7 +43,7 @@ bool IsUndeclared(const ShaderNode& function, std::string_view wanted)
     return isUsed && !isDeclared;
 }
 
-/// A number that is not finite is written as a word, which Cg does not have.
+/// Reports numbers that are not finite: they are written as words that Cg does not define.
 void CheckNumbers(const ShaderNode& function, const Place& where, ProblemList& problems)
 {
     for (const std::string_view word : {"inf", "nan"}) {
@@ -67,7 +67,7 @@ void CheckProgramLimits(const ProgramGraph& graph, ProblemList& problems)
         for (std::size_t port = 0; port < definition.Outputs.size(); ++port)
             CheckName(graph.NameOf({node, port}), where, problems);
         if (!checked.insert(&definition).second)
-            continue; // the same function again
+            continue; // this function has been checked
         for (const ShaderPort& port : definition.Inputs)
             CheckName(port.Name, where, problems);
         CheckNumbers(definition, where, problems);

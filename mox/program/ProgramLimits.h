@@ -5,9 +5,9 @@
 
 namespace Mox::Host {
 
-/// Reports, at the node that it comes from, what programs cannot contain in any language: a name of
-/// more than 1000 characters, and a number that is not finite, which is written as "inf" or "nan".
-/// GLSL guarantees 1024 characters; the rest is for what is appended to names to keep them apart.
+/// Reports, at the node responsible, what no language can express: names longer than 1000
+/// characters, and numbers that are not finite, which are written as "inf" or "nan". GLSL
+/// guarantees 1024 characters; the difference is reserved for suffixes that make names unique.
 void CheckProgramLimits(const ProgramGraph& graph, ProblemList& problems);
 
 } // namespace Mox::Host

@@ -28,7 +28,7 @@ public:
           _parameters(graph, layout.Stages(), _names, problems)
     {}
 
-    /// To be called once, if there are no problems.
+    /// May be called only once, and only if there are no problems.
     ProgramPlan Plan(const Environment& environment)
     {
         _plan.DeadNodes = _graph.DeadNodes();
@@ -69,7 +69,7 @@ private:
                            : _graph.NameOf(value);
     }
 
-    /// One function for each definition, in the order of the first calls.
+    /// Adds one function for each definition, in the order of the first calls.
     void CollectFunctions()
     {
         std::map<const ShaderNode*, std::size_t> known;
@@ -134,7 +134,7 @@ private:
         }
     }
 
-    /// The same function of the same values is called once.
+    /// Plans the call of a node; calls of the same function with the same arguments are merged.
     void PlanCall(std::size_t index, ProgramStage stage)
     {
         const ProgramNode& node = _graph.Nodes()[index];
@@ -182,7 +182,7 @@ private:
             _plan.StageOf(stage).Functions.push_back(std::move(use));
     }
 
-    /// What the bodies of the stage call of the environment's code, and what that calls in turn.
+    /// Collects the environment code that the functions of the stage call, directly or indirectly.
     void CollectCode(ProgramStage stage, const Environment& environment)
     {
         std::vector<std::string_view> bodies;
@@ -197,7 +197,7 @@ private:
     CgNames _names;
     ParameterTable _parameters;
     ProgramPlan _plan;
-    std::vector<std::size_t> _functions;              ///< by node
+    std::vector<std::size_t> _functions;              ///< index in the plan, by node
     std::map<ProgramValue, std::size_t> _crossings;   ///< index in the plan
     std::vector<std::optional<PlanOperand>> _results; ///< by value number, in the current stage
     std::map<std::pair<std::size_t, std::vector<PlanOperand>>, std::size_t>

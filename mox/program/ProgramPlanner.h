@@ -11,10 +11,11 @@ namespace Mox::Host {
 
 /// Plans the vertex and the fragment program of a complete shader graph.
 ///
-/// The plan depends on the graph alone, not on addresses, the locale or the order of edges.
-/// @param copies of what interpolated values both stages need; does not change the picture
-/// @param problems takes all that stands in the way of a program; with an error among them the
-///        result is of no use
+/// The plan depends only on the graph, not on addresses, the locale or the order of edges.
+/// @param copies what to do with copies of interpolated values that both stages need; does not
+///        change the image
+/// @param problems receives everything that prevents a program; if there is an error, the result
+///        must not be used
 ProgramPlan PlanProgram(const ShaderGraph& graph, const ShaderOrigins& origins,
                         const Environment& environment, StageCopies copies, ProblemList& problems);
 

@@ -20,7 +20,7 @@ std::int64_t ConstantRegisters(const ShaderType& type)
     return std::int64_t(std::max(type.Rows, 1)) * std::max(type.ArrayLength, 1);
 }
 
-/// The kinds of registers in which a parameter takes one, or several constants.
+/// The kinds of registers that a parameter occupies.
 std::vector<ShaderRegisterType> ClassesOf(const ProgramParameter& parameter)
 {
     std::vector<ShaderRegisterType> classes;
@@ -60,7 +60,7 @@ void RegisterRules::Take(const ShaderRegister& place, const Owner& owner, const 
                                " of that kind"));
         return;
     }
-    // Of a kind with one register the index means nothing.
+    // For a kind with only one register the index has no meaning.
     const auto [entry, isNew] =
         _owners.emplace(Key(place.Type, count > 1 ? place.Index : 0), owner);
     const Owner& other = entry->second;
@@ -102,7 +102,7 @@ void RegisterRules::GiveRegister(ProgramParameter& parameter)
     parameter.Register = {classes.back(), index};
 }
 
-/// The first register of a kind that is free.
+/// Returns the first free register of a kind.
 std::int32_t RegisterRules::FindFree(ShaderRegisterType type)
 {
     std::int32_t& index = _firstFree[type];

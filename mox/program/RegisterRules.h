@@ -12,22 +12,23 @@
 
 namespace Mox::Host {
 
-/// Which register each value of a program has. No two values have the same one.
+/// Assigns registers to the values of a program. No two values share a register.
 class RegisterRules
 {
 public:
-    /// @param problems takes two values in one register, and a register that does not exist
+    /// @param problems receives two values in one register, and registers that do not exist
     explicit RegisterRules(ProblemList& problems) : _problems(problems) {}
 
-    /// Takes the register of a register parameter. Several that read one register as one type are
-    /// one value.
+    /// Reserves the register of a register parameter. Parameters that read the same register with
+    /// the same type count as one value.
     void Enter(const ProgramNode& node);
 
-    /// Takes the parameter's own register if it has one, and else gives it the first that is free
-    /// in all stages that read it. Uniforms that are no samplers need none.
+    /// Reserves the parameter's own register if it has one; otherwise assigns the first register
+    /// that is free in all stages that read the parameter. Uniforms other than samplers need no
+    /// register.
     void GiveRegister(ProgramParameter& parameter);
 
-    /// Reports what takes more registers than there are.
+    /// Reports kinds of parameters that need more registers than exist.
     void CheckCounts(const std::vector<ProgramParameter>& parameters) const;
 
 private:
@@ -37,7 +38,7 @@ private:
     {
         std::string Text;
         ShaderType Type;
-        bool IsReadable; ///< by further register parameters
+        bool IsReadable; ///< by other register parameters
     };
 
     void Take(const ShaderRegister& place, const Owner& owner, const Place& where);
@@ -45,7 +46,7 @@ private:
 
     ProblemList& _problems;
     std::map<Key, Owner> _owners;
-    std::map<ShaderRegisterType, std::int32_t> _firstFree; ///< all before it are taken
+    std::map<ShaderRegisterType, std::int32_t> _firstFree; ///< all registers before it are taken
 };
 
 } // namespace Mox::Host

@@ -12,8 +12,8 @@ namespace {
 
 using Words = std::set<std::string, std::less<>>;
 
-/// Words, and types that are followed by their dimensions, such as "float" for "float3" and
-/// "float4x4".
+/// Reserved words, and types that are followed by their dimensions, such as "float" for "float3"
+/// and "float4x4".
 struct Language
 {
     Words Reserved;
@@ -29,7 +29,8 @@ Words Split(const char* text)
     return words;
 }
 
-/// A parameter with the name of a function would be legal, but not every compiler tells them apart.
+/// Includes functions: a parameter with the name of a function would be legal, but not every
+/// compiler tells them apart.
 const Language& Cg()
 {
     static const Language language{
@@ -113,7 +114,7 @@ utextureCube utextureCubeArray varying void volatile while writeonly)"),
     return language;
 }
 
-/// ESSL lets no global thing have the name of one of its functions, called or not.
+/// In ESSL, no global name may equal that of a built-in function, whether or not it is called.
 const Words& EsslFunctions()
 {
     static const Words words = Split(R"(
@@ -168,7 +169,7 @@ const Language& LanguageOf(ProgramLanguage language)
     return Glsl();
 }
 
-/// "float4x4" and "float3" as "float".
+/// Removes dimensions: "float4x4" and "float3" become "float".
 std::string_view WithoutDimensions(std::string_view name)
 {
     const auto dropDimension = [&] {
@@ -189,13 +190,14 @@ bool IsDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-/// The size of a vector.
+/// Whether a digit is a valid vector size.
 bool IsSize(char c)
 {
     return c >= '1' && c <= '4';
 }
 
-/// A texture read with its precision, width and variant: "tex2D", "h4texCUBEproj".
+/// Whether a word is a texture function with optional precision, size and variant: "tex2D",
+/// "h4texCUBEproj".
 bool IsTextureRead(std::string_view word)
 {
     if (word.starts_with('f') || word.starts_with('h') || word.starts_with('x'))
@@ -212,8 +214,8 @@ bool IsTextureRead(std::string_view word)
     return false;
 }
 
-/// A place of a parameter, with or without a number: "POSITION", "TEXCOORD3". A parameter of that
-/// name would be legal, but not every compiler tells the two apart.
+/// Whether a word is a semantic, with or without a number: "POSITION", "TEXCOORD3". A parameter
+/// with that name would be legal, but not every compiler tells the two apart.
 bool IsSemantic(std::string_view word)
 {
     while (!word.empty() && IsDigit(word.back()))

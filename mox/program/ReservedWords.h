@@ -4,7 +4,7 @@
 
 namespace Mox::Host {
 
-/// A language that programs are written in.
+/// A language that programs can be written in.
 enum class ProgramLanguage
 {
     Cg,
@@ -14,9 +14,9 @@ enum class ProgramLanguage
     Msl,  ///< 2.0
 };
 
-/// Whether a language forbids the identifier as a name of a program's own, because it is a keyword
-/// or a type, or has a form that the language keeps for itself. In Cg and ESSL that includes the
-/// language's functions; elsewhere a program that calls one must not use its name.
+/// Whether a program cannot use an identifier as a name because it is a keyword or type of the
+/// language, or has a form that the language reserves. For Cg and ESSL, the built-in functions are
+/// included; in the other languages, only a program that calls a function must avoid its name.
 bool IsReservedWord(std::string_view name, ProgramLanguage language);
 
 } // namespace Mox::Host

@@ -15,9 +15,9 @@ namespace {
 
 using Materials::Compose;
 
-/// Keeps the entries of an edge list away from an operation that would walk them to see whether its
-/// edge is among them, and puts them back in front. The edges of a graph that only grows are alive,
-/// and a new one is in no list, so the walk finds nothing; it makes wide fans dear.
+/// Moves the entries of an edge list out while an operation runs that would search the list for its
+/// edge, and afterwards puts them back at the front. While a graph only grows, its edges are alive
+/// and a new edge is in no list, so the search would find nothing but makes high fan-out expensive.
 class ParkedEntries
 {
 public:
@@ -65,7 +65,7 @@ private:
         const ShaderEdgeRecord* Record;
     };
 
-    /// Whether an edge of the node joins nothing for the sake of a placeholder, which is told.
+    /// Whether an edge of the node connects nothing because of a placeholder, which is reported.
     bool MissesPlaceholder(std::size_t node) const
     {
         const auto& inputs = _graph.Nodes()[node].Gui.InputPorts();
@@ -74,12 +74,12 @@ private:
         });
     }
 
-    /// The final pass: lays the recorded edges between the shader nodes that the authoring nodes
-    /// became. It goes by node and port, so that the result hangs neither on addresses nor on the
-    /// order in which the edges were made.
+    /// Final pass: connects the shader nodes that the authoring nodes became along the recorded
+    /// edges. It iterates by node and port, so that the result depends neither on addresses nor on
+    /// the order in which the edges were made.
     ///
-    /// An edge without a recorded tail or without recorded heads joins nothing and is skipped: its
-    /// output or input took no part in what the node wrote, and the value is read nowhere.
+    /// An edge without a recorded tail or without recorded heads is skipped: its output or input
+    /// was not used in what the node wrote, and the value is not read anywhere.
     void JoinEdges()
     {
         std::vector<std::size_t> positions(_graph.Nodes().IndexEnd());
@@ -132,8 +132,8 @@ private:
         NoteOrigins({_graph.Nodes()[edge.Head].Id, "conversion", {}, {}, {}});
     }
 
-    /// Feeds an input with a uniform in place of the value that a failure keeps from it, so that
-    /// the rest of the program can be checked as if that value were there.
+    /// Connects a uniform to an input whose value is missing because of a failure, so that the rest
+    /// of the program can be checked.
     void FeedStandIn(const MaterialGraph::Edge& edge, const ShaderNodeHandle& head,
                      const std::string& port)
     {
@@ -168,13 +168,13 @@ private:
         return origin;
     }
 
-    /// Gives an origin to the nodes that the graph has taken since the last call.
-    /// @param names under which the node that made them may have made parameters
+    /// Sets the origin of all nodes added to the graph since the last call.
+    /// @param names stand-in names that the node may have used for its parameters
     void NoteOrigins(ShaderOrigin origin, const StandInNames* names = nullptr)
     {
         auto entry = _shader.Graph.Nodes.rbegin();
         for (std::size_t i = _shader.Graph.Nodes.size(); i > _noted; --i, ++entry) {
-            // What a provider inserted on the way is the environment's.
+            // Nodes that a provider added in between belong to the environment.
             const ShaderNode& shader = **entry;
             if (shader.Kind != ShaderNodeKind::Function && !_generator.NodeMap.contains(*entry))
                 continue;
@@ -190,9 +190,9 @@ private:
     GeneratedShader& _shader;
     ProblemList& _problems;
     ShaderGraphGenerator _generator;
-    std::unordered_set<std::size_t> _failed; ///< nodes by index
+    std::unordered_set<std::size_t> _failed; ///< indices of nodes
     std::size_t _standIns = 0;
-    std::size_t _noted = 0; ///< nodes of the graph that have their origins
+    std::size_t _noted = 0; ///< number of nodes whose origins are set
 };
 
 } // namespace

@@ -8,19 +8,19 @@
 
 namespace Mox::Host {
 
-/// The shader graph of one material, with what is known of its nodes.
+/// The shader graph of one material, and the origins of its nodes.
 struct GeneratedShader
 {
     ShaderGraph Graph;
     ShaderOrigins Origins;
 };
 
-/// Lets every node of a resolved graph write itself into shader.Graph, in the order of the nodes,
-/// and joins the results. A node that fails does not keep the others from writing: where its
-/// results are missing stand uniforms, so that what comes next can go on looking for problems.
-/// @param shader has an empty graph; its providers answer what nodes ask for
-/// @param problems takes each node that cannot be exported, and each edge that does not convert; or
-///        that the graph is not resolved, and then nothing is written
+/// Lets every node of a resolved graph write itself to shader.Graph, in node order, and connects
+/// the results. If a node fails, the others are still written; uniforms replace its missing
+/// results, so that later stages can find further problems.
+/// @param shader must have an empty graph; nodes use its providers
+/// @param problems receives each node that cannot be exported and each edge that cannot be
+///        converted, or that the graph is not resolved, in which case nothing is written
 void GenerateShaderGraph(const MaterialGraph& graph, GeneratedShader& shader,
                          ProblemList& problems);
 

@@ -4,8 +4,8 @@
 
 namespace Mox::Host {
 
-/// Exports the finished shader graph of a material as text: what its nodes wrote, joined, without
-/// what the environment adds to make programs of it.
+/// Exports the connected shader graph of a material as readable text, without the parts that the
+/// environment adds to make programs of it.
 class ShaderGraphExporter : public MaterialExporter
 {
 public:

@@ -6,8 +6,8 @@
 
 namespace Mox::Host {
 
-/// A finished shader graph for people to read: every node in order of insertion, numbered from 1,
-/// by its description and with the code of its function, then every edge between the numbers.
+/// Formats a shader graph for reading: every node in insertion order, numbered from 1, with its
+/// description and the code of its function, then every edge by the numbers of its nodes.
 /// @throws ShaderError if a node has no description
 std::string FormatShaderGraph(const ShaderGraph& graph);
 

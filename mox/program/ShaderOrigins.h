@@ -9,14 +9,15 @@
 
 namespace Mox::Host {
 
-/// Where a shader node comes from.
+/// The origin of a shader node.
 struct ShaderOrigin
 {
     std::string Node;          ///< id of the authoring node; empty for the environment
     std::string Type;          ///< type of that node, or "conversion"
-    std::string Port;          ///< input of that node, of a parameter that takes what arrives there
-    std::string Name;          ///< of the binding, if the parameter bears a stand-in for it
-    std::string LevelProperty; ///< property of that node that sets the level of the function
+    std::string Port;          ///< for a parameter that receives the value of an input of that
+                               ///< node: the input
+    std::string Name;          ///< for a parameter with a stand-in name: the name of the binding
+    std::string LevelProperty; ///< property of that node that sets the function's level
 };
 
 /// Origins of the nodes of one shader graph. Nodes without an entry belong to the environment.

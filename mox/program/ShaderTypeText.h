@@ -7,8 +7,8 @@
 
 namespace Mox::Host {
 
-/// The type that a Cg text such as "half3", "float4x4" or "sampler2D" names; nothing for any other
-/// text.
+/// Parses a Cg type such as "half3", "float4x4" or "sampler2D"; returns nothing for any other
+/// string.
 std::optional<ShaderType> ParseShaderType(std::string_view text);
 
 } // namespace Mox::Host

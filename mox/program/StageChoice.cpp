@@ -19,7 +19,7 @@ bool IsFunction(const ProgramNode& node)
     return node.Definition->Kind == ShaderNodeKind::Function;
 }
 
-/// Whether an interpolant can have the type.
+/// Whether a value of this type can be interpolated.
 bool CanCross(const ShaderType& type)
 {
     constexpr std::int32_t widest = 4;
@@ -44,7 +44,7 @@ StageChoice::StageChoice(const ProgramGraph& graph, StageCopies copies, ProblemL
 {
     if (copies == StageCopies::MadeTwice)
         FindRates();
-    // From the last node to the first: whatever reads a node is settled before it.
+    // In reverse order, so that all readers of a node are decided before the node.
     for (std::size_t i = graph.Nodes().size(); i-- > 0;) {
         const ProgramNode& node = graph.Nodes()[i];
         if (node.Inputs.empty() && !IsFunction(node))
@@ -60,7 +60,7 @@ StageChoice::StageChoice(const ProgramGraph& graph, StageCopies copies, ProblemL
     ReportWhatCannotCross();
 }
 
-/// Reads the bodies of functions, unless that is done.
+/// Analyses the bodies of functions, unless that has been done.
 void StageChoice::FindRates()
 {
     if (!_rates.empty())
@@ -86,7 +86,7 @@ void StageChoice::FindRatesOf(std::size_t index)
         return std::all_of(rates.begin(), rates.end(),
                            [](Rate rate) { return rate == Rate::Constant; });
     };
-    // The stages read textures at different levels.
+    // Not constant for samplers: the stages read textures at different mip levels.
     const bool isSampler = IsSampler(node.Definition->Type);
     Rate rate = Rate::PerPixel;
     if (node.Level == ShaderLevel::Vertex)
@@ -98,7 +98,7 @@ void StageChoice::FindRatesOf(std::size_t index)
     for (std::size_t port = 0; port < node.Definition->Outputs.size(); ++port) {
         std::vector<Rate>& rates = _rates[_graph.NumberOf({index, port})];
         if (!isCopy) {
-            rates = {rate}; // one for all components
+            rates = {rate}; // one entry for all components
             continue;
         }
         for (const InputComponent& source : (*_copied[index])[port]) {
@@ -108,8 +108,8 @@ void StageChoice::FindRatesOf(std::size_t index)
     }
 }
 
-/// Whether a node is a copy that both stages need, and all that the fragment stage reads of it may
-/// cross and is interpolated. What is constant crosses nothing.
+/// Whether a node is a copy that both stages need, and everything that the fragment stage reads of
+/// it can cross and is interpolated. Constant components do not cross.
 bool StageChoice::CanHandOn(std::size_t index)
 {
     const ProgramNode& node = _graph.Nodes()[index];
@@ -154,7 +154,7 @@ void StageChoice::ReadInputs(std::size_t index)
     }
 }
 
-/// The components of each input on which it depends what the fragment stage reads of a node.
+/// Returns, for each input, the components that the part read by the fragment stage depends on.
 std::vector<ComponentMask> StageChoice::FindReadComponents(std::size_t index) const
 {
     const ProgramNode& node = _graph.Nodes()[index];
@@ -171,7 +171,7 @@ std::vector<ComponentMask> StageChoice::FindReadComponents(std::size_t index) co
         const std::vector<InputComponent>& components = (*_copied[index])[port];
         for (std::size_t i = 0; i < components.size(); ++i) {
             const InputComponent& source = components[i];
-            constexpr std::size_t bits = 32; // more components has only what cannot cross
+            constexpr std::size_t bits = 32; // a value with more components cannot cross anyway
             if (i >= bits || source.Component >= bits)
                 masks[source.Input] = all;
             else if ((read >> i & 1u) != 0)
@@ -244,8 +244,8 @@ void StageChoice::ReportWhatCannotCross()
     }
 }
 
-/// The path from a node to the one that forces it into the vertex stage. What the environment does
-/// behind the material's end is left out.
+/// Formats the path from a node to the one that forces it into the vertex stage, without the part
+/// that the environment adds after the material's output node.
 std::string StageChoice::FormatPath(std::size_t node) const
 {
     std::string path;
@@ -269,7 +269,7 @@ std::string StageChoice::FormatPath(std::size_t node) const
     return materialLength > 0 ? path.substr(0, materialLength) : path;
 }
 
-/// The end of the material between a node and who needs it per vertex, or null.
+/// Returns the output node's input between a node and the reader that needs it per vertex, or null.
 const ShaderOrigin* StageChoice::EndBehind(std::size_t node) const
 {
     const std::size_t reader = _vertexReader[node];
@@ -281,7 +281,7 @@ const ShaderOrigin* StageChoice::EndBehind(std::size_t node) const
     return _graph.EndBefore(reader, static_cast<std::size_t>(input - inputs.begin()));
 }
 
-/// The properties by which the author of the material chose the stages of some nodes.
+/// Lists the properties by which the material's author set the stages of some nodes.
 std::string StageChoice::FormatReasons(std::initializer_list<std::size_t> nodes) const
 {
     std::string reasons;

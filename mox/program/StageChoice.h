@@ -17,40 +17,40 @@ namespace Mox::Host {
 /// A set of components of a vector, one bit for each.
 using ComponentMask = std::uint32_t;
 
-/// In which stages the nodes of a program run, and which values cross from the vertex to the
-/// fragment stage.
+/// Chooses the stages that the nodes of a program run in, and finds the values that cross from the
+/// vertex to the fragment stage.
 ///
-/// The picture is always the one of a program that computes everything for each pixel, from vertex
-/// streams and results of the vertex stage that are interpolated to it. So a function with a level
-/// runs in that stage, and one without in each stage that needs its result. A copy of interpolated
-/// values may be handed on instead of being made again, since that makes no difference.
+/// The image always equals that of a program that computes everything per pixel from interpolated
+/// vertex streams and interpolated results of the vertex stage. So a function with a level runs in
+/// that stage, and a function without one runs in each stage that needs its result. Copies of
+/// interpolated values may be passed on instead of being repeated, since that makes no difference.
 class StageChoice
 {
 public:
-    /// @param graph is referred to and must live as long as the result
-    /// @param problems takes a function of the fragment stage that the vertex stage needs, with the
-    ///        path from the one to the other, and a value that has to cross and cannot
+    /// @param graph must outlive this object
+    /// @param problems receives functions of the fragment stage that the vertex stage needs, with
+    ///        the path between the two, and values that would have to cross but cannot
     StageChoice(const ProgramGraph& graph, StageCopies copies, ProblemList& problems);
 
     bool InVertex(std::size_t node) const { return _inVertex[node]; }
     bool InFragment(std::size_t node) const { return _inFragment[node]; }
 
-    /// The value behind interpolant parameters.
+    /// Follows interpolant parameters to the value that they interpolate.
     ProgramValue SourceOf(ProgramValue value) const;
 
-    /// What the fragment stage takes from the vertex stage where it reads a value, or nothing if it
-    /// computes the value itself or takes it from outside.
+    /// Returns the vertex stage value that the fragment stage reads in place of a value, or nothing
+    /// if it computes the value itself or reads it from outside.
     std::optional<ProgramValue> CrossingOf(const ProgramValue& value) const;
 
-    /// The values that the fragment stage takes from the vertex stage, with the components that it
-    /// reads; if copies are handed on, all of them.
+    /// The values that cross to the fragment stage, with the components that it reads; all
+    /// components if copies are handed on.
     const std::map<ProgramValue, ComponentMask>& Crossing() const { return _crossing; }
 
 private:
-    /// How a component of a value in the fragment stage relates to that in the vertex stage.
+    /// How the value of a component in the fragment stage relates to that in the vertex stage.
     enum class Rate
     {
-        Constant,     ///< the same in both, for all vertices
+        Constant,     ///< the same in both stages, for all vertices
         Interpolated, ///< interpolated between the vertices
         PerPixel,     ///< anything else
     };
@@ -74,19 +74,19 @@ private:
     ProblemList& _problems;
     StageCopies _copies;
     std::map<const ShaderNode*, std::optional<CopiedComponents>> _definitions;
-    std::vector<const CopiedComponents*> _copied; ///< by node; null unless it is a copy
+    std::vector<const CopiedComponents*> _copied; ///< by node; null if the node is not a copy
     std::vector<std::vector<Rate>> _rates; ///< of the components of each value, by its number;
-                                           ///< empty until they are needed
+                                           ///< empty until needed
     std::vector<bool> _inVertex;
     std::vector<bool> _inFragment;
-    std::vector<std::size_t> _vertexReader; ///< by node: which node needs it per vertex
-    std::vector<ComponentMask> _read;       ///< by value number: what the fragment stage reads of
-                                            ///< it
+    std::vector<std::size_t> _vertexReader; ///< by node: the node that needs it per vertex
+    std::vector<ComponentMask> _read;       ///< by value number: the components that the fragment
+                                            ///< stage reads
     std::map<ProgramValue, ComponentMask> _crossing;
-    std::map<ProgramValue, std::size_t> _crossingReader; ///< a node that reads it
+    std::map<ProgramValue, std::size_t> _crossingReader; ///< one of the nodes that read it
 };
 
-/// What people know a value by: the parameter's name, or node and port.
+/// A readable name of a value: that of the parameter, or node and port.
 std::string DescribeValue(const ProgramGraph& graph, const ProgramValue& value);
 
 } // namespace Mox::Host

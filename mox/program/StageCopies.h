@@ -2,12 +2,12 @@
 
 namespace Mox::Host {
 
-/// What happens to copies of interpolated values that both stages need. The choice does not change
+/// What to do with copies of interpolated values that both stages need. The choice does not change
 /// the image.
 enum class StageCopies
 {
-    HandedOn,  ///< made in the vertex stage; saves work in the fragment stage
-    MadeTwice, ///< made in each stage, of no more components than are read
+    HandedOn,  ///< computed in the vertex stage and passed on; saves work in the fragment stage
+    MadeTwice, ///< computed in each stage, and only the components that are read
 };
 
 } // namespace Mox::Host

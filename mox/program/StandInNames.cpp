@@ -11,7 +11,7 @@ namespace Mox::Host {
 
 namespace {
 
-/// A node that fails is reported and keeps its name.
+/// Whether a node has a binding; false, with an error, if the node fails.
 bool HasBinding(const MaterialGraph::Node& node, ProblemList& problems)
 {
     try {
@@ -38,7 +38,7 @@ StandInNames::StandInNames(const MaterialGraph& graph, ProblemList& problems)
     for (const auto& node : nodes)
         standIns.emplace(node.Name(), "");
     for (auto& [name, standIn] : standIns) {
-        standIn = names.Claim("MoxStandIn"); // unlike any name of a parameter that a plug-in makes
+        standIn = names.Claim("MoxStandIn"); // unlike any parameter name that a plug-in would use
         _originals.emplace(standIn, name);
     }
     _renamed.reserve(nodes.size());

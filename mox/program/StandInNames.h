@@ -12,21 +12,21 @@
 
 namespace Mox::Host {
 
-/// While it exists, nodes whose binding names are not Cg names have stand-ins for names, since a
-/// node refuses to make a parameter of such a name. Each name has a stand-in of its own, which is
-/// not the name of any other binding. Nodes may refer to others for their names, so all are renamed
-/// at once.
+/// While an object of this class exists, nodes whose binding names are not valid in Cg have
+/// stand-in names, since a node refuses to make a parameter with an invalid name. Each name has its
+/// own stand-in, which differs from the names of all bindings. All nodes are renamed at once,
+/// because nodes may refer to the names of other nodes.
 class StandInNames : private boost::noncopyable
 {
 public:
-    /// @param problems takes each node that does not say whether it has a binding
+    /// @param problems receives each node that fails to report whether it has a binding
     StandInNames(const MaterialGraph& graph, ProblemList& problems);
     ~StandInNames();
 
-    /// The name that a stand-in stands for; empty for any other name.
+    /// The original name for a stand-in; empty for any other name.
     std::string OriginalOf(const std::string& name) const;
 
-    /// A message of a node with the names that its author knows.
+    /// Replaces stand-ins in a node's message with the original names.
     std::string Translate(const std::string& message) const;
 
 private:
