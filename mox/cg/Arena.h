@@ -11,7 +11,7 @@
 
 namespace Mox::Cg {
 
-/// Memory for the nodes of a tree, which are released together.
+/// Allocates the nodes of a tree, which are all freed together.
 class Arena
 {
 public:

@@ -6,15 +6,15 @@
 
 namespace Mox::Cg {
 
-/// Whether nothing but numbers and constants of the module is in an expression.
+/// Whether an expression consists only of numbers and constants of the module.
 bool IsConstant(const Expression& expression);
 
-/// The value of a constant scalar, or of a vector with one number in all components; nothing if it
-/// has no finite value or is computed in a way that is not known here.
+/// Returns the value of a constant scalar, or of a vector whose components are all the same number;
+/// nothing if the value is not finite or contains an operation that is not evaluated here.
 std::optional<double> Evaluate(const Expression& expression);
 
-/// Whether every language can take an expression as the value of a constant: constructors of
-/// numbers that can be evaluated.
+/// Whether every language accepts an expression as the initial value of a constant, which is the
+/// case for numbers that can be evaluated and constructors of them.
 bool IsConstantValue(const Expression& expression);
 
 } // namespace Mox::Cg

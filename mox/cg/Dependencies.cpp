@@ -4,7 +4,7 @@
 
 namespace Mox::Cg {
 
-/// Collects, for each variable of a function, the variables that flow into it anywhere.
+/// Collects, for each variable of a function, all variables that flow into it anywhere.
 class Dependencies::Reader
 {
 public:
@@ -41,7 +41,8 @@ private:
         case StatementKind::Evaluate:
             if (statement.Value->Kind == ExpressionKind::Assign) {
                 const Variable* target = RootOf(*statement.Value->Operands[0]);
-                Store(target, *statement.Value->Operands[0]); // what selects a part of it
+                Store(target, *statement.Value->Operands[0]); // expressions that select a part of
+                                                              // the target
                 Store(target, *statement.Value->Operands[1]);
             } else {
                 Store(nullptr, *statement.Value);
@@ -57,7 +58,7 @@ private:
             LeaveEarly();
             return;
         case StatementKind::Discard:
-            FlowInto(&_discard); // what is after it counts only if the fragment lives
+            FlowInto(&_discard); // later statements only matter for a fragment that is kept
             return;
         case StatementKind::Block:
             VisitList(statement.Body);
@@ -77,7 +78,7 @@ private:
         _conditions.resize(outer);
     }
 
-    /// What comes after is not always reached.
+    /// Records that the statements that follow may be skipped.
     void LeaveEarly()
     {
         for (const Variable* condition : _conditions)
@@ -90,7 +91,7 @@ private:
         sources.insert(_conditions.begin(), _conditions.end());
     }
 
-    /// A value that goes into a variable, or only has effects.
+    /// Records a value that is assigned to a variable or evaluated only for its effects.
     void Store(const Variable* target, const Expression& value)
     {
         if (value.Kind == ExpressionKind::Call) {
@@ -142,7 +143,7 @@ private:
         return root->Refers;
     }
 
-    /// The parameters that reach a variable.
+    /// Returns the parameters that flow into a variable, directly or indirectly.
     Set Reach(const Variable* target) const
     {
         std::unordered_set<const Variable*> seen{target};
@@ -173,8 +174,10 @@ private:
     const Variable _result;
     const Variable _discard;
     std::unordered_map<const Variable*, std::unordered_set<const Variable*>> _sources;
-    std::vector<const Variable*> _conditions;  ///< variables that decide whether a statement runs
-    std::unordered_set<const Variable*> _flow; ///< that decide whether the function ends early
+    std::vector<const Variable*> _conditions;  ///< variables that decide whether the current
+                                               ///< statement runs
+    std::unordered_set<const Variable*> _flow; ///< variables that decide whether the function
+                                               ///< returns early
 };
 
 Dependencies::Dependencies(const Module& module)

@@ -8,22 +8,23 @@
 
 namespace Mox::Cg {
 
-/// Which parameters the outputs of functions depend on. Where the flow decides, the answer is that
-/// there is a dependency.
+/// Finds the parameters that the outputs of functions depend on. The analysis is conservative:
+/// where a dependency depends on control flow, it is assumed to exist.
 class Dependencies
 {
 public:
-    /// Reads all functions of a lowered module but "main", which must outlive the object.
+    /// Analyses all functions of a lowered module except "main". The module must outlive this
+    /// object.
     explicit Dependencies(const Module& module);
 
-    /// Parameters, by their place.
+    /// A set of parameters, indexed by their position.
     using Set = std::vector<bool>;
 
-    /// @param output place of a parameter for an output
+    /// @param output position of an output parameter
     const Set& OfOutput(const Function& function, std::size_t output) const;
     const Set& OfResult(const Function& function) const;
 
-    /// What decides whether the function discards.
+    /// The parameters that determine whether the function discards the fragment.
     const Set& OfDiscard(const Function& function) const;
 
     /// Calls a visitor with each variable that a value depends on.
@@ -35,7 +36,7 @@ private:
 
     struct Summary
     {
-        std::vector<Set> Outputs; ///< by the place of the parameter; empty for inputs
+        std::vector<Set> Outputs; ///< by parameter position; empty for inputs
         Set Result;
         Set Discard;
     };

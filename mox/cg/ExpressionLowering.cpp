@@ -119,7 +119,7 @@ void ExpressionLowering::LowerEffect(Expression* expression)
             _hoister.Emit(_build.Make(StatementKind::Evaluate, call));
         return;
     default:
-        // An unused value is dropped, unless its computation may discard.
+        // An unused value is dropped, unless computing it may discard the fragment.
         if (Expression* value = Lower(expression); value && IsBound(*value))
             _hoister.Hoist(value, "unused");
     }
@@ -132,7 +132,7 @@ void ExpressionLowering::LowerOperands(std::span<Expression*> operands)
         operand = Lower(operand);
         marks.push_back(_hoister.Now());
     }
-    // What an operand reads must not be changed by those after it.
+    // Later operands must not change what an earlier operand reads.
     for (std::size_t i = operands.size(); i-- > 0;)
         operands[i] = _hoister.Keep(operands[i], marks[i]);
 }
@@ -170,7 +170,8 @@ Expression* ExpressionLowering::LowerAssign(Expression* assignment)
     return target;
 }
 
-/// Rows of matrices are assigned element by element, since most languages have columns instead.
+/// Assigns a value. A row of a matrix is assigned element by element, since most languages store
+/// columns instead.
 void ExpressionLowering::Store(Expression* target, Expression* value)
 {
     const bool isSwizzle = target->Kind == ExpressionKind::Swizzle;
@@ -190,7 +191,8 @@ void ExpressionLowering::Store(Expression* target, Expression* value)
     }
 }
 
-/// @returns the call, or the variable that holds its result; null if it was a statement of its own
+/// @returns the call, or the variable that holds its result; null if the call was emitted as a
+///        statement
 Expression* ExpressionLowering::LowerCall(Expression* call, bool isResultUsed)
 {
     const std::span<Variable*> parameters = call->Callee->Parameters;
@@ -247,7 +249,7 @@ Expression* ExpressionLowering::LowerBinary(Expression* expression)
     std::span<Expression*> operands = expression->Operands;
     if (expression->Of.IsMatrix() &&
         (expression->Op == Operator::Multiply || expression->Op == Operator::Divide)) {
-        // Of a scalar that is repeated the scalar is enough on the right.
+        // A repeated scalar does not need to be expanded if it is the right operand.
         const auto isRepeated = [](const Expression* operand) {
             return operand->Kind == ExpressionKind::Convert && operand->Operands[0]->Of.IsScalar();
         };
@@ -308,7 +310,7 @@ Expression* ExpressionLowering::LowerIntrinsic(Expression* call)
     return _library.Lower(call);
 }
 
-/// @returns nothing
+/// @returns null, as the function has no value
 Expression* ExpressionLowering::LowerSincos(Expression* call)
 {
     const std::span<Expression*> operands = call->Operands;

@@ -6,25 +6,26 @@
 
 namespace Mox::Cg {
 
-/// Lowers expressions, and puts what has to happen before them into a list of statements.
+/// Lowers expressions, and appends to a list the statements that must run before them.
 class ExpressionLowering
 {
 public:
-    /// @param hoister that has the list
+    /// @param hoister provides the list of statements
     ExpressionLowering(Arena& nodes, Hoister& hoister)
         : _build(nodes), _hoister(hoister), _library(nodes, hoister), _shapes(nodes, hoister)
     {}
 
-    /// Starts with a function: declares copies of the parameters that its body assigns.
+    /// Must be called first for each function: declares copies of the parameters that its body
+    /// assigns.
     void CopyAssigned(const Function& function, std::vector<Statement*>& statements);
 
-    /// An expression without effects.
+    /// Returns an expression without side effects.
     Expression* Lower(Expression* expression);
 
-    /// The same, but the whole may be a call with effects.
+    /// Like Lower, but the returned expression may itself be a call with side effects.
     Expression* LowerWhole(Expression* expression);
 
-    /// What an expression does, without its value.
+    /// Emits the side effects of an expression and drops its value.
     void LowerEffect(Expression* expression);
 
 private:
@@ -45,8 +46,8 @@ private:
     LibraryLowering _library;
     ShapeLowering _shapes;
     std::vector<std::pair<const Variable*, Variable*>> _copies;
-    const Expression* _compound = nullptr; ///< target of the assignment whose value is lowered
-    Expression* _compoundTarget = nullptr; ///< the same, lowered
+    const Expression* _compound = nullptr; ///< target of the compound assignment being lowered
+    Expression* _compoundTarget = nullptr; ///< the same target, lowered
 };
 
 } // namespace Mox::Cg

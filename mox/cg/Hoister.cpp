@@ -6,7 +6,7 @@ namespace Mox::Cg {
 
 namespace {
 
-/// Whether writing an expression several times costs nothing.
+/// Whether an expression can be written several times at no cost.
 bool IsReusable(const Expression& expression)
 {
     switch (expression.Kind) {

@@ -4,21 +4,23 @@
 
 namespace Mox::Cg {
 
-/// Whether it matters where an expression is evaluated, though it changes no variable.
+/// Whether an expression has no side effects but must not be moved, since it takes derivatives or
+/// may discard.
 bool IsBound(const Expression& expression);
 
-/// Whether no assignment can change the value.
+/// Whether no assignment can change the value of an expression.
 bool IsFixed(const Expression& expression);
 
-/// Builds a list of statements, and moves values out of expressions into variables of that list.
+/// Builds a list of statements, and moves values from expressions to variables declared in that
+/// list.
 class Hoister
 {
 public:
-    /// Sets the list for as long as it lives.
+    /// Sets the list during its lifetime.
     class Target
     {
     public:
-        /// @param declarations where variables are declared, if not in the list
+        /// @param declarations list that declarations are added to; null to add them to statements
         Target(Hoister& hoister, std::vector<Statement*>& statements,
                std::vector<Statement*>* declarations);
         ~Target();
@@ -33,8 +35,8 @@ public:
 
     explicit Hoister(Arena& nodes) : _build(nodes) {}
 
-    /// Where the list is: how many statements it has, and how many of all that were added may
-    /// change a variable.
+    /// A position in the list: the number of statements, and how many of all statements added so
+    /// far may change a variable.
     struct Mark
     {
         std::size_t Place;
@@ -44,32 +46,33 @@ public:
 
     void Emit(Statement* statement);
 
-    /// Notes a call whose statement the caller adds.
+    /// Counts a call with side effects whose statement the caller adds.
     void CountEffect() { ++_effects; }
 
     Variable* Declare(const Type& type, std::string_view name);
 
-    /// Puts a value into a variable of its own.
+    /// Moves a value to a new variable, and returns an expression that reads it.
     Expression* Hoist(Expression* value, std::string_view name);
     Expression* HoistAt(std::size_t place, Expression* value, std::string_view name);
 
-    /// A value that was complete at a mark, and that statements added since may have changed.
+    /// Returns a value as it was at a mark: if statements added since may have changed it, the
+    /// value is moved to a variable at the mark.
     Expression* Keep(Expression* value, const Mark& mark);
 
-    /// A value for an operand that may not be evaluated, or be evaluated later.
+    /// Returns a value for an operand that may be evaluated later or not at all.
     Expression* Detach(Expression* value);
 
-    /// A value that can be written several times.
+    /// Returns a value that can be written several times at no cost.
     Expression* Reusable(Expression* value);
     void MakeReusable(std::span<Expression*> values);
 
-    /// A value that no statement to come changes.
+    /// Returns a value that later statements cannot change.
     Expression* Stable(Expression* value);
 
 private:
     TreeBuilder _build;
     std::vector<Statement*>* _statements = nullptr;
-    std::vector<Statement*>* _declarations = nullptr; ///< null: where they are
+    std::vector<Statement*>* _declarations = nullptr; ///< null if they go to _statements
     std::size_t _effects = 0;
 };
 

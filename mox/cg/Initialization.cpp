@@ -32,11 +32,11 @@ public:
     }
 
 private:
-    /// A variable to which nothing has happened yet.
+    /// A variable that has not been used yet.
     struct Open
     {
         Statement* Declaration; ///< null for an output
-        int Depth;              ///< of the list of statements that declares it
+        int Depth;              ///< nesting level of the list that declares it
     };
 
     Expression* Zero(const Type& type) { return _build.Make(ExpressionKind::Construct, type, {}); }
@@ -73,7 +73,7 @@ private:
         default:
             break;
         }
-        ++_depth; // what a loop does in its test may be done again
+        ++_depth; // the test of a loop may be evaluated several times
         VisitList(statement.Test);
         if (statement.Value)
             VisitValue(*statement.Value);
@@ -83,7 +83,7 @@ private:
         VisitList(statement.Step);
     }
 
-    /// An expression that is a whole statement, or the value of one.
+    /// Visits an expression that is an entire statement, or the value of one.
     void VisitEffect(const Expression& expression)
     {
         if (expression.Kind == ExpressionKind::Assign) {

@@ -4,8 +4,8 @@
 
 namespace Mox::Cg {
 
-/// Gives zero to the variables and outputs of a lowered function that are not assigned as a whole
-/// before anything else happens to them.
+/// Initializes to zero all variables and outputs of a lowered function, except those that are
+/// assigned as a whole before any other use.
 void Initialize(Function& function, TreeBuilder& build);
 
 } // namespace Mox::Cg

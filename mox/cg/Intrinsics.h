@@ -18,47 +18,55 @@ enum class Builtin : std::uint8_t
     Step, Tan, Tanh, Transpose, Trunc,
     // clang-format on
     Read,          ///< sampler, coordinates
-    ReadProjected, ///< sampler, coordinates with their divisor behind them
-    ReadBiased,    ///< sampler, four coordinates, of which the last is the bias; lowered: sampler,
+    ReadProjected, ///< sampler, coordinates followed by their divisor
+    ReadBiased,    ///< sampler, four coordinates, the last being the bias; when lowered: sampler,
                    ///< coordinates, bias
-    ReadAtLevel,   ///< the same with the level
+    ReadAtLevel,   ///< likewise with the level instead of the bias
     ReadGradient,  ///< sampler, coordinates and their two derivatives
 };
 
-/// A function of Cg's library.
+/// A built-in function of Cg.
 struct Intrinsic
 {
     std::string_view Name;
     Builtin Id;
 
-    /// A letter for each parameter. Those of one function among g, n and b have one type, to which
-    /// scalars are repeated and longer vectors cut:
-    /// g floats, scalar or vector; n the same or ints; b bools; o an output of the type of g;
-    /// s one float; v a vector of three floats; m a square matrix; x any matrix or vector.
-    /// Empty for what is typed in a way of its own.
+    /// One letter for each parameter; empty for functions with typing rules of their own:
+    ///
+    /// - g: floats, scalar or vector
+    /// - n: the same, but also ints
+    /// - b: bools
+    /// - o: an output with the type of g
+    /// - s: one float
+    /// - v: a vector of three floats
+    /// - m: a square matrix
+    /// - x: any matrix or vector
+    ///
+    /// All parameters of a function with letter g, n or b have a common type: scalars are repeated
+    /// and longer vectors truncated.
     std::string_view Parameters;
 
-    /// g or n the common type, c bools of its shape, B one bool, s one number of its elements, 4
-    /// and v vectors of four and of three, m the type of the parameter, t that transposed, 0
-    /// nothing.
+    /// g, n: the common type; c: bools in its shape; B: one bool; s: one scalar with its element
+    /// type; 4, v: vectors of four and three components; m: the type of the parameter; t: that type
+    /// transposed; 0: no result
     char Result;
 };
 
-/// All functions but the texture reads, by name.
+/// All functions except texture reads, by name.
 std::span<const Intrinsic> Intrinsics();
 
 const Intrinsic& GetIntrinsic(Builtin id);
 
-/// The function of a name; null if there is none or if it reads textures.
+/// Returns the function with a name; null if there is none or if it reads textures.
 const Intrinsic* FindIntrinsic(std::string_view name);
 
-/// A texture read as its name describes it, such as "h3tex2Dproj".
+/// The properties of a texture function that are part of its name, such as "h3tex2Dproj".
 struct TextureRead
 {
-    Element Result;      ///< of the value: Fixed, Half or Float
-    int Components;      ///< of the value
-    Element Sampler;     ///< the kind of sampler
-    int Coordinates;     ///< that a plain read takes
+    Element Result;      ///< of the result: Fixed, Half or Float
+    int Components;      ///< number of components of the result
+    Element Sampler;     ///< type of the sampler
+    int Coordinates;     ///< number of coordinates in a plain read
     const Intrinsic* As; ///< Read, ReadProjected, ReadBiased or ReadAtLevel
 };
 

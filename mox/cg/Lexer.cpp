@@ -30,7 +30,7 @@ bool IsOneOf(char c, std::string_view characters)
     return characters.find(c) != std::string_view::npos;
 }
 
-/// The length of the operator or bracket at the beginning of a text; 0 if there is none.
+/// Returns the length of the operator or bracket at the start of a string, or 0 if there is none.
 std::size_t SymbolLength(std::string_view text)
 {
     const char first = text[0];
@@ -60,7 +60,7 @@ Token Lexer::Next()
     token.Where = _where;
     if (_commentEnd == _where.Line)
         token.Comment = _comment;
-    _commentEnd = 0; // it belongs to the first token alone
+    _commentEnd = 0; // the comment belongs only to the first token that follows it
     if (_rest.empty())
         return token;
     std::size_t length = 1;
@@ -109,17 +109,17 @@ void Lexer::SkipComment(std::string_view end)
         throw Failure(_where, "this comment does not end");
     Advance(std::min(_rest.size(), at + (isLine ? 0 : end.size())));
     if (line == _tokenLine)
-        return; // what follows a token on its line belongs to no other
+        return; // a comment on the same line as a token does not belong to the next token
     const std::string_view comment = before.substr(0, before.size() - _rest.size());
-    // Comments on lines that follow each other are one.
+    // Comments on consecutive lines are joined.
     const bool isNextLine = !_comment.empty() && _commentEnd == line;
     const char* begin = isNextLine ? _comment.data() : comment.data();
     _comment = {begin, static_cast<std::size_t>(comment.data() + comment.size() - begin)};
     _commentEnd = _where.Line + 1;
 }
 
-/// A dot before a letter is not part of the number, unless the letter belongs to it: "2.xxx" is a
-/// swizzle of 2, but "2.f" and "2.e3" are numbers.
+/// Returns the length of the number at the current position. A dot before a letter is not part of
+/// it, unless the letter is: "2.xxx" is a swizzle of 2, but "2.f" and "2.e3" are numbers.
 std::size_t Lexer::NumberLength() const
 {
     std::size_t at = 0;

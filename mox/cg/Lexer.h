@@ -7,14 +7,14 @@
 
 namespace Mox::Cg {
 
-/// A place in a source. Lines and columns count from 1, columns in bytes, a tab as one.
+/// A position in a source. Lines and columns count from 1; columns count bytes, and a tab is one.
 struct Position
 {
     int Line = 1;
     int Column = 1;
 };
 
-/// Ends the reading of a source. It never leaves this room: ReadModule returns errors as values.
+/// Aborts reading a source. Never thrown outside this folder: ReadModule returns errors as values.
 struct Failure : std::runtime_error
 {
     Failure(Position where, const std::string& message) : std::runtime_error(message), Where(where)
@@ -26,7 +26,7 @@ struct Failure : std::runtime_error
 enum class TokenKind : std::uint8_t
 {
     Word,
-    Number, ///< begins with a digit, or with a dot and a digit
+    Number, ///< begins with a digit, or with a dot followed by a digit
     Symbol, ///< an operator or a bracket
     End,
 };
@@ -36,19 +36,20 @@ struct Token
     TokenKind Kind = TokenKind::End;
     std::string_view Text;
     Position Where;
-    std::string_view Comment; ///< whole lines of comment directly above, without their indentation
+    std::string_view Comment; ///< lines with nothing but a comment directly above, without their
+                              ///< indentation
 };
 
-/// Splits a source into tokens. It has none at first.
+/// Splits a source into tokens. The source is empty at first.
 class Lexer
 {
 public:
-    /// Goes on with a text, which begins where the one before it ended.
+    /// Continues with the next part of the source, which follows directly after the previous one.
     /// @param text must outlive all tokens
     void Append(std::string_view text) { _rest = text; }
 
-    /// The next token; at the end of the source always one of the kind End.
-    /// @throws Failure at what is no part of the language
+    /// Returns the next token; at the end of the source, always a token of kind End.
+    /// @throws Failure at characters that are not part of the language
     Token Next();
 
 private:
@@ -60,11 +61,11 @@ private:
     std::string_view _rest;
     Position _where;
     std::string_view _comment;
-    int _commentEnd = 0; ///< line after that comment
-    int _tokenLine = 0;  ///< of the last token
+    int _commentEnd = 0; ///< line after the comment
+    int _tokenLine = 0;  ///< line of the last token
 };
 
-/// A piece of a source for a message, in double quotes and without control characters.
+/// Quotes an excerpt of a source for a message, without control characters.
 std::string Quote(std::string_view text);
 
 } // namespace Mox::Cg

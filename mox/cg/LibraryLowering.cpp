@@ -84,7 +84,7 @@ Expression* LibraryLowering::LowerLit(Expression* call)
                         _build.Number("1.0", one)});
 }
 
-/// Takes the coordinates apart.
+/// Separates the coordinates from the bias, level or divisor.
 Expression* LibraryLowering::LowerRead(Expression* call)
 {
     const Builtin id = call->Builtin->Id;
@@ -112,7 +112,7 @@ Expression* LibraryLowering::LowerRead(Expression* call)
     return _build.Call(Builtin::Read, call->Of, {call->Operands[0], place});
 }
 
-/// Some languages have geometry for vectors only.
+/// Expands geometric functions of scalars, since some languages have them only for vectors.
 Expression* LibraryLowering::LowerScalarGeometry(Expression* call)
 {
     const Type& type = call->Operands[0]->Of;

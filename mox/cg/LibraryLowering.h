@@ -4,13 +4,13 @@
 
 namespace Mox::Cg {
 
-/// Lowers calls of functions of Cg's library: spells out those that not every language has.
+/// Lowers calls of Cg's built-in functions, and expands those that not every language has.
 class LibraryLowering
 {
 public:
     LibraryLowering(Arena& nodes, Hoister& hoister) : _build(nodes), _hoister(hoister) {}
 
-    /// A call whose operands are lowered, of a function without outputs.
+    /// Lowers a call of a function without output parameters. Its operands must be lowered.
     /// @returns the value; null if there is none
     Expression* Lower(Expression* call);
 

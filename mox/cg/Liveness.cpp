@@ -10,7 +10,7 @@ namespace Mox::Cg {
 
 namespace {
 
-/// Goes through "main" from its end to its start.
+/// Traverses "main" from its end to its start.
 class DeadRemover
 {
 public:
@@ -36,7 +36,7 @@ public:
             if (isOutput ? _outputs.contains(parameter) : _named.contains(parameter)) {
                 parameters.push_back(parameter);
             } else if (isOutput && _named.contains(parameter)) {
-                // An output of a call that nobody reads needs a place all the same.
+                // An unused output of a call still needs a variable to be written to.
                 parameter->Where = Storage::Local;
                 parameter->IsAssigned = true;
                 kept.push_back(_build.Make(StatementKind::Declare, nullptr));
@@ -52,7 +52,7 @@ public:
     }
 
 private:
-    /// @returns whether the statement stays
+    /// @returns whether the statement is kept
     bool Visit(Statement& statement)
     {
         switch (statement.Kind) {
@@ -66,7 +66,7 @@ private:
                        ? VisitAssign(*statement.Value)
                        : VisitEffect(*statement.Value, false);
         default:
-            // Programs are straight; what else there is stays whole.
+            // The code of main is straight-line; any other statement is kept unchanged.
             KeepAll(statement);
             return true;
         }
@@ -86,8 +86,8 @@ private:
         return true;
     }
 
-    /// A value that is a whole statement or goes into a variable.
-    /// @returns whether it is computed at all
+    /// Visits a value that is an entire statement or is assigned to a variable.
+    /// @returns whether the value is still computed
     bool VisitEffect(const Expression& value, bool isLive)
     {
         const bool hasLiveOutput = value.Kind == ExpressionKind::Call && HasLiveOutput(value);
@@ -200,7 +200,7 @@ private:
         return root->Refers;
     }
 
-    /// Drops functions that "main" does not reach.
+    /// Removes functions that "main" does not call, directly or indirectly.
     void DropFunctions()
     {
         std::unordered_set<const Function*> called{&_main};
@@ -237,9 +237,9 @@ private:
     Function& _main;
     Dependencies _dependencies;
     TreeBuilder _build;
-    std::unordered_set<const Variable*> _outputs; ///< of "main" that are read
-    std::unordered_set<const Variable*> _live;    ///< whose value is read further on
-    std::unordered_set<const Variable*> _named;   ///< that statements which stay name
+    std::unordered_set<const Variable*> _outputs; ///< outputs of "main" that are read
+    std::unordered_set<const Variable*> _live;    ///< variables whose value is read later
+    std::unordered_set<const Variable*> _named;   ///< variables that remaining statements refer to
 };
 
 } // namespace

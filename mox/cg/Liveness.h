@@ -6,11 +6,10 @@
 
 namespace Mox::Cg {
 
-/// Removes from a lowered module what has no effect on the outputs of "main" that are read: its
-/// other outputs, statements, inputs, uniforms, and functions. An argument on which no output that
-/// is read depends becomes zero, unless it is a sampler. A fragment that is discarded counts as an
-/// output.
-/// @param isRead of the outputs of "main"
+/// Removes from a lowered module everything that does not affect those outputs of "main" that are
+/// read: other outputs, statements, inputs, uniforms, and functions. Arguments that no live output
+/// depends on become zero, except for samplers. Discarding a fragment counts as an output.
+/// @param isRead whether an output of "main" is read
 void DropDead(Module& module, const std::function<bool(const Variable&)>& isRead);
 
 } // namespace Mox::Cg

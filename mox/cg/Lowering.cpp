@@ -16,7 +16,7 @@ public:
 
     void Lower(Variable& constant)
     {
-        // Numbers need no statement before them.
+        // The value of a constant requires no statements before it.
         std::vector<Statement*> none;
         const Hoister::Target target(_hoister, none, nullptr);
         constant.Value = _expressions.Lower(constant.Value);
@@ -45,7 +45,7 @@ private:
         for (Statement* statement : list) {
             const std::size_t before = lowered.size();
             LowerOne(*statement, lowered);
-            // The comment is above all that the statement became.
+            // The comment belongs to the first of the statements that replace this one.
             if (lowered.size() > before && lowered[before] != statement) {
                 lowered[before]->Comment = statement->Comment;
                 statement->Comment = {};
@@ -83,8 +83,8 @@ private:
         lowered.push_back(&statement);
     }
 
-    /// Variables of what comes before a test or in a step are declared before the loop, so that
-    /// this is a list of assignments.
+    /// Declares all variables that the test and the step need before the loop, so that both are
+    /// lists of assignments.
     void LowerLoop(Statement& loop, std::vector<Statement*>& lowered)
     {
         std::vector<Statement*> start;

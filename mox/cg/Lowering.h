@@ -4,29 +4,29 @@
 
 namespace Mox::Cg {
 
-/// Turns the tree of a module without errors into one that every language can spell as it is:
+/// Transforms the tree of a module without errors into one that every language can express
+/// directly:
 ///
-/// - An expression changes nothing and takes no output. Assignments and calls with outputs are
-///   statements of their own; a call may also be the whole value of an assignment, a declaration or
-///   a return.
-/// - Operands of which a language evaluates one only ("?:", "&&", "||") neither take derivatives
-/// nor
-///   discard, so evaluating both or one makes no difference.
-/// - An argument for an output is a variable of the very type, which no other output of the call
-///   takes. A body assigns no "in" parameter.
-/// - All variables and outputs are assigned as a whole before they are read or assigned in part.
-/// - A conversion keeps the shape, or cuts a matrix. Scalars are repeated by constructors, vectors
-///   cut by swizzles, no scalar is swizzled.
-/// - A matrix is constructed from its rows; elements are selected by Element, whole rows read by
-///   Index and never assigned. Products are calls of "mul"; the operator "*" is by components, and
-///   has a scalar on the right where a matrix is scaled.
-/// - Of texture reads there are those plain, biased, by level and by gradient, with coordinates
-///   apart. Of the library's functions fmod, ldexp, lit, log10, modf, sincos, clip and all geometry
-///   of scalars are spelled out.
-/// - What a language without an operator would write several times is a number, a variable or a
-///   selection from one: operands of matrix operators, of "%", of "&&" and "||" between vectors, of
-///   choices between vectors that are not floats, and matrices that are cut.
-/// - The start of "for" is at most one declaration or assignment; several steps follow one another.
+/// - Expressions have no side effects. Assignments and calls with outputs are separate statements;
+///   a call may also be the entire value of an assignment, a declaration or a return.
+/// - Operands that a language may skip ("?:", "&&", "||") neither take derivatives nor discard, so
+///   it makes no difference whether they are evaluated.
+/// - An argument for an output is a variable of exactly that type, and is passed to only one output
+///   of the call. No "in" parameter is assigned.
+/// - All variables and outputs are assigned as a whole before they are read or partly assigned.
+/// - A conversion keeps the shape or truncates a matrix. Scalars are repeated by constructors and
+///   vectors truncated by swizzles; scalars are never swizzled.
+/// - A matrix is constructed from its rows. Elements are selected by Element; whole rows are read
+///   by Index and never assigned. Products are calls of "mul"; the operator "*" works component by
+///   component, and scales a matrix only if the scalar is the right operand.
+/// - Texture reads are plain, biased, by level or by gradient, with separate coordinates. Of the
+///   built-in functions, fmod, ldexp, lit, log10, modf, sincos, clip and all geometry of scalars
+///   are expanded.
+/// - What a language without a certain operator would have to write several times is a number, a
+///   variable or a selection from one. This concerns the operands of matrix operators, of "%", of
+///   "&&" and "||" between vectors, of selections between vectors other than floats, and matrices
+///   that are truncated.
+/// - "for" starts with at most one declaration or assignment; several steps follow one another.
 void LowerModule(Module& module);
 
 } // namespace Mox::Cg

@@ -9,14 +9,14 @@
 
 namespace Mox::Cg {
 
-/// One thing that is wrong with a source.
+/// An error in a source.
 struct SourceError
 {
     Position Where;
-    std::string Message; ///< says what was expected, as far as that can be said
+    std::string Message; ///< states what was expected, where possible
 };
 
-/// A source of Cg as a typed tree.
+/// A Cg source as a typed tree.
 class Module
 {
 public:
@@ -28,13 +28,13 @@ public:
     const Function* Main() const;
 
     const std::string Source;
-    Arena Nodes; ///< holds all that the members below point to
+    Arena Nodes; ///< owns everything that the members below point to
     std::deque<StructType> Structs;
     std::vector<Variable*> Constants;
-    std::vector<Variable*> Uniforms;  ///< in order of declaration; samplers too
-    std::vector<Function*> Functions; ///< each after those that it calls
+    std::vector<Variable*> Uniforms;  ///< in order of declaration; includes samplers
+    std::vector<Function*> Functions; ///< each after all functions that it calls
     std::vector<SourceError>
-        Errors; ///< at most one of each function; with any the rest is incomplete
+        Errors; ///< at most one per function; if there are any, the rest is incomplete
 };
 
 class Parser;
@@ -46,21 +46,23 @@ public:
     explicit ModuleReader(std::string source);
     ~ModuleReader();
 
-    /// Reads on, up to a place in the source where a declaration begins, or its end.
+    /// Continues reading up to an offset in the source, which must be the start of a declaration or
+    /// the end.
     /// @returns what has been read so far; valid as long as this object
     const Module& ReadTo(std::size_t end);
 
-    /// Reads what is left; the last call.
+    /// Reads the rest; no other function may be called afterwards.
     std::unique_ptr<Module> ReadRest();
 
 private:
     std::unique_ptr<Module> _module;
     std::unique_ptr<Parser> _parser;
-    std::size_t _read = 0; ///< length of the parts that have been read
+    std::size_t _read = 0; ///< length of what has been read
 };
 
-/// Reads a source. It never fails: what is wrong is in the result. Nesting, sizes and the number of
-/// errors are bounded, so any input is safe to read, on a stack of 256 KiB too.
+/// Reads a source. It does not throw on invalid input: errors are part of the result. Nesting,
+/// sizes and the number of errors are limited, so any input can be read safely, even on a stack of
+/// 256 KiB.
 std::unique_ptr<Module> ReadModule(std::string source);
 
 } // namespace Mox::Cg

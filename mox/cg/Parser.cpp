@@ -15,7 +15,7 @@ using Materials::Compose;
 constexpr std::size_t longestSource = std::size_t(1) << 30;
 constexpr int deepestNesting = 64;
 constexpr std::size_t mostErrors = 100;
-constexpr std::size_t mostParts = 256; ///< of a struct, a parameter list or an initial value
+constexpr std::size_t mostParts = 256; ///< in a struct, a parameter list or an initial value
 constexpr int longestArray = 1024;
 
 struct BinarySymbol
@@ -44,7 +44,7 @@ const BinarySymbol* FindBinary(const Token& token)
     return found == std::end(binarySymbols) ? nullptr : found;
 }
 
-/// Words of the language that are no names.
+/// Whether a word is a keyword, which cannot be used as a name.
 bool IsKeyword(std::string_view word)
 {
     constexpr std::string_view keywords[] = {
@@ -55,7 +55,7 @@ bool IsKeyword(std::string_view word)
     return std::find(std::begin(keywords), std::end(keywords), word) != std::end(keywords);
 }
 
-/// Whether the end of a function is out of reach.
+/// Whether the end of a function cannot be reached.
 bool Returns(Statements statements)
 {
     if (statements.empty())
@@ -226,7 +226,8 @@ void Parser::Parse(std::string_view part)
     }
 }
 
-/// What stops the lexer in a function stops it again as the function is skipped.
+/// Reports an error once: an error that stops the lexer in a function stops it again while the
+/// function is skipped.
 void Parser::Report(const Failure& failure)
 {
     const auto& errors = _module.Errors;
@@ -349,7 +350,7 @@ void Parser::ParseFunction(const Type& result, const Token& name, std::string_vi
             throw Failure(name.Where,
                           Compose(Quote(name.Text), " does not return a value at its end"));
     } catch (const Failure& failure) {
-        // Other functions are read all the same, so that all errors are found at once.
+        // Continue with the other functions, so that all errors are found at once.
         Report(failure);
         if (_module.Errors.size() == mostErrors)
             throw Failure(_token.Where, "there are too many errors");
@@ -368,7 +369,7 @@ void Parser::ParseFunction(const Type& result, const Token& name, std::string_vi
     _module.Functions.push_back(made);
 }
 
-/// After an error: goes to the end of the function.
+/// Skips to the end of the function after an error.
 void Parser::SkipBody()
 {
     while (_token.Kind != TokenKind::End && _braces > 0)
@@ -405,7 +406,7 @@ Variable* Parser::ParseParameter()
     return made;
 }
 
-/// ": TEXCOORD0" or ": register( c0 )".
+/// Parses ": TEXCOORD0" or ": register( c0 )".
 std::string_view Parser::ParseSemantic()
 {
     if (!Accept(":"))
@@ -497,7 +498,7 @@ Statement* Parser::Make(StatementKind kind)
     return _module.Nodes.Make(statement);
 }
 
-/// The statements between braces.
+/// Parses the statements between braces.
 Statements Parser::ParseBody()
 {
     const Nesting nesting(*this);
@@ -513,7 +514,7 @@ Statements Parser::ParseBody()
     return _module.Nodes.Copy(statements);
 }
 
-/// One statement, or several declarations.
+/// Parses one statement, or one line of declarations.
 void Parser::ParseStatements(std::vector<Statement*>& statements)
 {
     Type type;
@@ -526,7 +527,7 @@ void Parser::ParseStatements(std::vector<Statement*>& statements)
         statements.push_back(ParseStatement());
 }
 
-/// The statements that a condition decides on.
+/// Parses the statements controlled by a condition.
 Statements Parser::ParseBranch()
 {
     if (Is("{"))
@@ -740,7 +741,7 @@ Expression* Parser::ParseConditional()
     return _typing.Select(condition, yes, ParseConditional(), where);
 }
 
-/// Operators of a precedence and above, from left to right.
+/// Parses operators of at least the given precedence; all are left-associative.
 Expression* Parser::ParseBinary(int lowest)
 {
     Expression* left = ParseUnary();
@@ -753,7 +754,7 @@ Expression* Parser::ParseBinary(int lowest)
     }
 }
 
-/// What an operator before it is applied to.
+/// Parses the operand of a prefix operator.
 Expression* Parser::ParseOperand()
 {
     const Nesting nesting(*this);
@@ -846,7 +847,7 @@ Expression* Parser::ParseCall(const Token& name)
     throw Failure(name.Where, Compose("there is no function ", Quote(name.Text)));
 }
 
-/// Values up to a closing bracket, which is read too.
+/// Parses values up to and including a closing bracket.
 std::vector<Expression*> Parser::ParseArguments(std::string_view end)
 {
     std::vector<Expression*> arguments;

@@ -7,27 +7,27 @@
 
 namespace Mox::Cg {
 
-/// Reads declarations, statements and expressions, one token ahead.
+/// Parses declarations, statements and expressions, with one token of lookahead.
 class Parser
 {
 public:
     explicit Parser(Module& module);
 
-    /// Reads the next part of the module's source, in which no declaration is left open.
+    /// Parses the next part of the module's source, which must end between two declarations.
     void Parse(std::string_view part);
 
 private:
-    /// A level of nesting, which is bounded.
+    /// Counts a level of nesting, which is limited.
     class Nesting;
 
-    /// A block of declarations, whose names end with it.
+    /// A block scope: names declared in it become invalid at its end.
     class Scope;
 
-    /// What a name means where the parser is.
+    /// The meaning of a name at the current position.
     struct Binding
     {
         Variable* Known = nullptr;
-        const Scope* In = nullptr; ///< null if it is global
+        const Scope* In = nullptr; ///< null at global scope
     };
 
     struct Specifiers
@@ -94,7 +94,7 @@ private:
     Token _next;
     int _nesting = 0;
     int _loops = 0;
-    int _braces = 0; ///< that are open
+    int _braces = 0; ///< number of open braces
     const Function* _function = nullptr;
     std::unordered_map<std::string_view, Binding> _variables;
     std::unordered_map<std::string_view, std::vector<Function*>> _functions;

@@ -4,8 +4,8 @@
 
 namespace Mox::Cg {
 
-/// Some languages evaluate constants as they compile, and refuse what has no finite value. So that
-/// becomes a variable.
+/// Moves constants without a finite value to variables, since some languages evaluate constant
+/// expressions at compile time and reject such values.
 void HoistRisky(Expression* expression, Hoister& hoister);
 
 } // namespace Mox::Cg

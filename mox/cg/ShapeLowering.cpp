@@ -37,7 +37,7 @@ Expression* ShapeLowering::LowerConstruct(Expression* expression)
     const Type& type = expression->Of;
     if (!type.IsMatrix() || expression->Operands.size() < 2)
         return expression;
-    // The parts fill one row after another.
+    // The components of the operands fill the matrix row by row.
     const Type row = VectorType(type.Of, type.Columns);
     std::vector<Expression*> rows;
     std::vector<Expression*> parts;
@@ -74,7 +74,7 @@ Expression* ShapeLowering::LowerSelect(Expression* expression)
             _hoister.MakeReusable(operands);
         return expression;
     }
-    // Not all languages choose between matrices, structs or arrays.
+    // Not all languages can select between matrices, structs or arrays.
     operands[1] = _hoister.Detach(operands[1]);
     Expression* chosen = _hoister.Hoist(operands[2], "chosen");
     chosen->Refers->IsAssigned = true;

@@ -4,16 +4,16 @@
 
 namespace Mox::Cg {
 
-/// Lowers what makes a value of another shape, or chooses between two.
+/// Lowers expressions that change the shape of a value or select between two values.
 class ShapeLowering
 {
 public:
     ShapeLowering(Arena& nodes, Hoister& hoister) : _build(nodes), _hoister(hoister) {}
 
-    /// A lowered value of another type.
+    /// Converts a lowered value to another type.
     Expression* Convert(Expression* value, const Type& type);
 
-    // Both of lowered operands.
+    // The operands of both must be lowered.
     Expression* LowerConstruct(Expression* expression);
     Expression* LowerSelect(Expression* expression);
 

@@ -22,7 +22,7 @@ enum class Storage : std::uint8_t
     In,
     Out,
     InOut,
-    Constant, ///< of the module, with a value
+    Constant, ///< of the module, with an initial value
     Uniform,
 };
 
@@ -31,9 +31,9 @@ struct Variable
     std::string_view Name;
     Type Of;
     Storage Where = Storage::Local;
-    bool IsAssigned = false;     ///< after its declaration
+    bool IsAssigned = false;     ///< apart from its initial value
     std::string_view Semantic;   ///< of a parameter of "main" or a uniform, such as "TEXCOORD3"
-    Expression* Value = nullptr; ///< of a constant
+    Expression* Value = nullptr; ///< for a constant
 };
 
 enum class Operator : std::uint8_t
@@ -57,35 +57,34 @@ enum class Operator : std::uint8_t
 
 enum class ExpressionKind : std::uint8_t
 {
-    Number,  ///< Text; its Type may differ from what the text alone would mean
+    Number,  ///< Text; the type may differ from that of the literal
     Boolean, ///< Text "true" or "false"
     Name,    ///< Variable
     Unary,   ///< Op, one operand
     Binary,  ///< Op, two operands of one type; component by component
     Select,  ///< condition, value if true, value if false; component by component
-    Assign, ///< target, value. The value of a compound one is a Binary whose left operand is, under
-            ///< conversions, the very target
-    PostStep,  ///< an Assign, whose value is that of the target before
+    Assign,  ///< target, value. For a compound assignment, the value is a Binary whose left operand
+             ///< is the target node itself, possibly inside conversions
+    PostStep,  ///< an Assign; the result is the value of the target before it
     Call,      ///< Callee
     Intrinsic, ///< Builtin
-    Construct, ///< parts one after another, or one scalar for every component; without operands
-               ///< zero
-    Convert,   ///< one operand, to Type
-    Swizzle,   ///< one operand that is a scalar or vector; Text holds letters of "xyzw"
-    Element,   ///< of a matrix, at Row and Column; lowered: matrix, row, column
-    Index,     ///< of an array, vector or matrix (its row): what, where
+    Construct, ///< parts in sequence, or one scalar for every component; zero without operands
+    Convert,   ///< one operand, to the type of the expression
+    Swizzle,   ///< one scalar or vector; Text holds letters of "xyzw"
+    Element,   ///< of a matrix, at Row and Column; when lowered: matrix, row, column
+    Index,     ///< an element of an array or vector, or a row of a matrix: value, index
     Member,    ///< of a struct; Text
-    Sequence,  ///< operands one after another, of which the last is the value
+    Sequence,  ///< operands evaluated in order; the last one is the value
 };
 
 struct Expression
 {
     ExpressionKind Kind = ExpressionKind::Number;
     Operator Op = Operator::Add;
-    bool IsWeak = false;     ///< a number whose precision gives way to that of any other operand
+    bool IsWeak = false;     ///< a number that takes on the precision of any other operand
     std::uint8_t Row = 0;    ///< of Element
     std::uint8_t Column = 0; ///< likewise
-    std::uint8_t Depth = 1;  ///< of the tree below, itself included
+    std::uint8_t Depth = 1;  ///< height of the tree, including this node
     Type Of;
     Position Where;
     std::string_view Text;
@@ -100,11 +99,11 @@ struct Expression
 enum class StatementKind : std::uint8_t
 {
     Block,    ///< Body
-    Declare,  ///< Refers, and Value if it has an initial one
+    Declare,  ///< Refers, and Value if it is initialized
     Evaluate, ///< Value
     If,       ///< Value, Body, Else
     While,    ///< Value, Body
-    Do,       ///< the same, at least once
+    Do,       ///< like While, but runs at least once
     For,      ///< Start, Value if there is one, Step, Body
     Return,   ///< Value if there is one
     Break,
@@ -117,22 +116,22 @@ using Statements = std::span<Statement*>;
 struct Statement
 {
     StatementKind Kind = StatementKind::Block;
-    std::string_view Comment; ///< the comment above it
+    std::string_view Comment; ///< the comment above the statement
     Variable* Refers = nullptr;
     Expression* Value = nullptr;
     Statements Body;
     Statements Else;
     Statements Start; ///< of For: declarations and evaluations
-    Statements Step;  ///< of For: evaluations. In lowered loops also what comes before Value
+    Statements Step;  ///< of For: evaluations. In lowered loops, also those that precede Value
     Statements Test;  ///< of lowered loops: evaluations before each test of Value
 };
 
-/// What running a function may do beside computing its outputs.
+/// The side effects that calling a function may have, other than computing its outputs.
 struct Effects
 {
-    bool HasOutputs = false;       ///< has out parameters
+    bool HasOutputs = false;       ///< has output parameters
     bool Discards = false;         ///< may discard the fragment
-    bool TakesDerivatives = false; ///< and so needs neighbouring fragments in the same flow
+    bool TakesDerivatives = false; ///< needs neighbouring fragments to take the same branches
 
     void Add(const Effects& other)
     {

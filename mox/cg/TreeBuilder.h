@@ -5,7 +5,7 @@
 
 namespace Mox::Cg {
 
-/// Makes nodes whose types are known.
+/// Makes nodes with known types.
 class TreeBuilder
 {
 public:
@@ -17,16 +17,16 @@ public:
     Expression* Call(Builtin builtin, const Type& type, const std::vector<Expression*>& operands);
     Expression* Name(Variable& variable);
 
-    /// A number in every component of a type.
+    /// Makes a number that fills every component of a type.
     Expression* Number(std::string_view text, const Type& type);
 
-    /// An int from 0 to 9.
+    /// Makes an int from 0 to 9.
     Expression* Digit(std::size_t value);
 
-    /// Components of a vector or of a scalar, which has x alone.
+    /// Selects components of a vector, or of a scalar, which only has x.
     Expression* Swizzle(Expression* vector, std::string_view letters);
 
-    /// A scalar in every component of a vector.
+    /// Makes a vector with a scalar in every component.
     Expression* Splat(Expression* scalar, const Type& vector);
 
     Expression* Element(Expression* matrix, Expression* row, Expression* column);

@@ -7,8 +7,8 @@
 
 namespace Mox::Cg {
 
-/// What a value consists of. The numbers are in the order of Cg's arithmetic conversions: of two
-/// operands the one of the lower kind is converted.
+/// The element type of a value. The order is that of Cg's arithmetic conversions: of two operands,
+/// the one with the lower value is converted.
 enum class Element : std::uint8_t
 {
     Void,
@@ -31,7 +31,7 @@ struct StructType;
 struct Type
 {
     Element Of = Element::Void;
-    std::uint8_t Rows = 1;    ///< of a matrix, 2 to 4; else 1
+    std::uint8_t Rows = 1;    ///< number of elements of an array; 0 if it is not an array
     std::uint8_t Columns = 1; ///< of a matrix, or the components of a vector; else 1
     std::uint16_t Length = 0; ///< elements of an array; else 0
     const StructType* Structure = nullptr;
@@ -41,24 +41,25 @@ struct Type
     bool IsArray() const { return Length > 0; }
     bool IsSampler() const { return Of >= Element::Sampler1D && Of <= Element::SamplerRect; }
 
-    /// A scalar, vector or matrix.
+    /// Whether the type is a scalar, vector or matrix.
     bool IsNumeric() const { return Of >= Element::Bool && Of <= Element::Float && !IsArray(); }
     bool IsScalar() const { return IsNumeric() && Rows == 1 && Columns == 1; }
     bool IsVector() const { return IsNumeric() && Rows == 1 && Columns > 1; }
     bool IsMatrix() const { return IsNumeric() && Rows > 1; }
     bool HasFloats() const { return Of >= Element::Fixed && Of <= Element::Float; }
 
-    /// The same shape of other elements.
+    /// The same shape with another element type.
     Type With(Element element) const;
 
-    /// What an index selects: an element of an array, a row of a matrix, a component of a vector.
+    /// The type that an index selects: an element of an array, a row of a matrix, a component of a
+    /// vector.
     Type Selected() const;
 
-    /// The type as Cg writes it, such as "float4x3" or "half3[2]".
+    /// The type as it is written in Cg, such as "float4x3" or "half3[2]".
     std::string Format() const;
 };
 
-/// A scalar, or a vector of up to four components.
+/// The type of a scalar, or of a vector of up to four components.
 Type VectorType(Element element, int columns);
 
 struct StructMember
@@ -73,12 +74,12 @@ struct StructType
     std::vector<StructMember> Members;
 };
 
-/// The built-in type that a word names, such as "half3" or "sampler2D". Matrices of a single row or
-/// column are not among them, as most languages have none.
-/// @returns whether there is one
+/// Finds the built-in type with a name, such as "half3" or "sampler2D". Matrices with a single row
+/// or column are not supported, since most languages have none.
+/// @returns whether there is such a type
 bool FindBuiltInType(std::string_view word, Type& type);
 
-/// Whether an implicit conversion exists: scalars are repeated, vectors and matrices cut.
+/// Whether an implicit conversion exists: scalars are repeated, vectors and matrices truncated.
 bool Converts(const Type& from, const Type& to);
 
 } // namespace Mox::Cg

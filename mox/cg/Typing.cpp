@@ -14,7 +14,7 @@ using Materials::Compose;
 
 constexpr int deepest = 200;
 
-/// The kind of number that an operation on two others is made in; Cg's arithmetic conversions.
+/// The precision of an operation on two numbers, by Cg's arithmetic conversions.
 struct Precision
 {
     Element Of;
@@ -49,7 +49,7 @@ void RequireNumeric(const Expression* value)
                       Compose("expected a number or vector, not ", value->Of.Format()));
 }
 
-/// The shape in which values are combined: scalars are repeated, longer vectors cut.
+/// The common shape of several values: scalars are repeated, longer vectors truncated.
 class CommonShape
 {
 public:
@@ -90,7 +90,7 @@ std::string Describe(const std::vector<Expression*>& arguments)
     return text + ")";
 }
 
-/// The place of a component's letter; nothing for any other letter.
+/// Returns the index of a component's letter; nothing for any other letter.
 std::optional<int> ComponentOf(char letter, std::string_view letters)
 {
     const std::size_t at = letters.find(letter);
@@ -225,7 +225,7 @@ Expression* Typing::Select(Expression* condition, Expression* yes, Expression* n
         shape.Add(operand);
     const Precision precision = PrecisionOf(yes).Meet(PrecisionOf(no));
     const Type type = shape.Of(precision.Of);
-    // One bool decides on all components alike.
+    // A single bool selects all components together.
     condition = condition->Of.IsScalar() ? Condition(condition)
                                          : Convert(condition, type.With(Element::Bool));
     Expression* result = Make(ExpressionKind::Select, type,
@@ -303,7 +303,8 @@ Expression* Typing::Dot(Expression* what, const Token& name)
     return result;
 }
 
-/// "_m01" counts rows and columns from 0, "_12" from 1; several follow one another.
+/// Selects elements of a matrix: "_m01" counts rows and columns from 0, "_12" from 1. Several can
+/// be combined.
 Expression* Typing::SelectElements(Expression* matrix, const Token& name)
 {
     std::vector<Expression*> elements;
@@ -380,7 +381,7 @@ Expression* Typing::Cast(Expression* value, const Type& type)
     Expression* result = Convert(value, type);
     if (!result->IsWeak)
         return result;
-    // What is cast has the precision of its type.
+    // A cast value has exactly the precision of its type.
     Expression copy = *result;
     copy.IsWeak = false;
     return _arena.Make(copy);
@@ -392,7 +393,7 @@ Expression* Typing::Convert(Expression* value, const Type& type)
         return value;
     if (!Converts(value->Of, type))
         FailConversion(value, type);
-    // A literal takes the type itself, as far as its text can say it.
+    // A literal gets the type directly, as long as its text is valid for that type.
     const bool staysNumber = type.HasFloats() && value->Of.Of != Element::Bool && value->IsWeak;
     const bool isNegative = value->Kind == ExpressionKind::Unary && value->Op == Operator::Negate &&
                             value->Operands[0]->Kind == ExpressionKind::Number;
@@ -445,7 +446,7 @@ void Typing::Target(const Expression* target)
 
 namespace {
 
-/// How far an argument is from a parameter; nothing if it cannot be passed.
+/// Returns how badly an argument matches a parameter; nothing if it cannot be passed.
 std::optional<int> Distance(const Expression* argument, const Variable& parameter)
 {
     constexpr int toStronger = 1;
@@ -617,7 +618,7 @@ Expression* Typing::CallIntrinsic(const Intrinsic& intrinsic, std::vector<Expres
     return call;
 }
 
-/// A vector on the left is a row, one on the right a column.
+/// Types a product: a vector on the left is a row, one on the right a column.
 Expression* Typing::Multiply(std::vector<Expression*> arguments, Position where)
 {
     if (arguments.size() != 2)

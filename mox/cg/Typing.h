@@ -5,8 +5,8 @@
 
 namespace Mox::Cg {
 
-/// Makes the nodes of expressions and gives them their types. All conversions are nodes of their
-/// own. Every operation throws a Failure if Cg has no such expression.
+/// Makes expression nodes and determines their types. All conversions are explicit nodes. Every
+/// operation throws a Failure if the expression is not valid in Cg.
 class Typing
 {
 public:
@@ -19,42 +19,42 @@ public:
     Expression* Binary(Operator op, Expression* left, Expression* right, Position where);
     Expression* Select(Expression* condition, Expression* yes, Expression* no, Position where);
 
-    /// @param op that combines the old value with the new one; null for a plain assignment
+    /// @param op combines the old value with the new one; null for a plain assignment
     Expression* Assign(const Operator* op, Expression* target, Expression* value, Position where);
 
-    /// "++" and "--".
+    /// Makes a "++" or "--".
     Expression* Step(Operator op, Expression* target, bool isPostfix, Position where);
 
     Expression* Index(Expression* what, Expression* at, Position where);
 
-    /// What is after a dot: components, elements of a matrix, a member.
+    /// Makes what a dot selects: components, elements of a matrix, or a member.
     Expression* Dot(Expression* what, const Token& name);
 
-    /// A constructor or, with one part, a cast.
+    /// Makes a constructor call or, with one part, a cast.
     Expression* Construct(const Type& type, std::vector<Expression*> parts, Position where);
 
-    /// The initial value of an array or struct, in braces.
+    /// Makes the initial value of an array or struct, written in braces.
     Expression* Aggregate(const Type& type, std::vector<Expression*> parts, Position where);
 
     Expression* Sequence(Expression* first, Expression* second, Position where);
 
-    /// A call of one of the module's functions of a name.
+    /// Makes a call of one of the module's functions with a name.
     Expression* Call(const std::vector<Function*>& overloads, std::vector<Expression*> arguments,
                      const Token& name);
 
-    /// A call of a function of Cg's library; null if there is none of the name.
+    /// Makes a call of a built-in function of Cg; returns null if there is none with this name.
     Expression* CallLibrary(std::vector<Expression*> arguments, const Token& name);
 
-    /// An implicit conversion, as an assignment makes it.
+    /// Makes an implicit conversion, as for an assignment.
     Expression* Convert(Expression* value, const Type& type);
 
-    /// A value that decides: one bool.
+    /// Converts a value to a condition, which is one bool.
     Expression* Condition(Expression* value);
 
-    /// Checks that a value can be assigned to, and marks the variable as assigned.
+    /// Checks that an expression can be assigned to, and marks its variable as assigned.
     void Target(const Expression* target);
 
-    /// What the calls made so far do; for the caller to read and to clear.
+    /// The effects of all calls made so far. The caller reads and resets it.
     Effects Does;
 
 private:
