@@ -14,7 +14,7 @@ std::uint32_t RoundUp(std::uint32_t size, std::uint32_t alignment)
     return (size + alignment - 1) / alignment * alignment;
 }
 
-/// Where the last member of a block ends.
+/// Returns the offset after the last member of a block.
 std::uint32_t EndOf(const UniformBlock& block)
 {
     if (block.Members.empty())

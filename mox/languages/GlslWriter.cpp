@@ -15,7 +15,8 @@ using Cg::ExpressionKind;
 using Cg::Operator;
 using Materials::Compose;
 
-/// Keywords, and the functions that texts may call, which no other name may hide. Of all versions.
+/// Keywords of all versions, and the built-in functions that programs may call, which no other name
+/// may hide.
 const Words& GlslReservedWords()
 {
     static const Words words = SplitWords(R"(
@@ -81,8 +82,8 @@ protected:
                 Text += Compose("precision highp ", type, ";\n");
         }
         Text += '\n';
-        // ESSL joins the stages by these names, so nothing that only one stage has pushes them
-        // aside.
+        // ESSL links the stages by these names, so they are claimed before all names that only one
+        // stage has.
         for (const StageSlot& slot : Program.IsVertex ? Program.Outputs : Program.Inputs) {
             if (!slot.IsPosition)
                 Declare(*slot.Of, slot.Name);
@@ -197,7 +198,7 @@ protected:
             return;
         }
         if (expression.Op == Operator::Modulo) {
-            // The language's own is undefined for negative numbers.
+            // The operator of the language is undefined for negative numbers.
             const bool isNested = Binding::Sum < around;
             Text += isNested ? "(" : "";
             PutSelected(*expression.Operands[0]);
@@ -281,7 +282,7 @@ protected:
             Text += ", 0.0, 1.0)";
             return;
         case Builtin::IsFinite: {
-            // Not-a-number is not below anything.
+            // Comparisons with NaN are false.
             const bool isVector = call.Of.IsVector();
             const bool isNested = !isVector && Binding::Relation <= around;
             Text += isVector ? "lessThanEqual(abs(" : isNested ? "(abs(" : "abs(";
@@ -319,7 +320,7 @@ protected:
                 : isVertex || id == Builtin::ReadAtLevel ? "textureLod("
                                                          : "texture(";
         Put(*operands[0], Binding::Assign);
-        // ESSL has no textures of one dimension: they have two there, with a height of 1.
+        // ESSL has no 1D textures; they are 2D textures with a height of 1.
         const bool addsDimension = _isEssl && operands[0]->Of.Of == Element::Sampler1D;
         for (std::size_t i = 1; i < operands.size(); ++i) {
             const bool isPlace = i == 1 || id == Builtin::ReadGradient;
@@ -390,7 +391,8 @@ private:
         Text += ";\n";
     }
 
-    /// A call in which operands from one on may be scalars that vectors repeat.
+    /// Writes a call whose operands from the given index on may be scalars instead of repeated
+    /// scalars.
     void PutWithScalars(const Expression& call, std::size_t first)
     {
         Text += FunctionName(*call.Builtin);
@@ -402,7 +404,7 @@ private:
         Text += ')';
     }
 
-    /// What is defined for scalars only, for each component.
+    /// Writes an operation that is defined only for scalars once for each component.
     void PutByComponent(const Expression& expression)
     {
         Text += TypeName(expression.Of);

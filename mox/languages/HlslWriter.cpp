@@ -14,7 +14,8 @@ using Cg::Expression;
 using Cg::ExpressionKind;
 using Materials::Compose;
 
-/// Keywords, types, and the functions that texts may call, which no other name may hide.
+/// Keywords, types, and the built-in functions that programs may call, which no other name may
+/// hide.
 const Words& HlslReservedWords()
 {
     static constexpr std::string_view numberTypes =
@@ -44,7 +45,7 @@ dst errorf exp exp2 f16tof32 f32tof16 faceforward firstbithigh firstbitlow floor
 fwidth isfinite isinf isnan ldexp length lerp lit log log10 log2 mad max min modf msad4 mul noise
 normalize pow printf radians rcp reflect refract reversebits round rsqrt saturate sign sin sincos sinh
 smoothstep sqrt step tan tanh tex1D tex2D tex3D texCUBE transpose trunc)");
-        // Vectors and matrices of every size.
+        // The vector and matrix types of every size.
         for (const std::string& type : SplitWords(numberTypes)) {
             for (int rows = 1; rows <= 4; ++rows) {
                 all.insert(Compose(type, rows));
@@ -116,7 +117,7 @@ protected:
         Cg::Type named = type;
         named.Length = 0;
         named.Of = Computed(type.Of);
-        // There are matrices of min16float, but not every compiler knows them.
+        // Matrices of min16float exist, but not every compiler supports them.
         if (named.IsMatrix() && named.Of == Element::Half)
             named.Of = Element::Float;
         switch (named.Of) {
@@ -185,7 +186,7 @@ protected:
         Text += " }";
     }
 
-    /// Braces are for initial values only.
+    /// Assigns arrays element by element, since braces are valid only in initial values.
     void PutAssign(const Expression& assignment) override
     {
         const Expression& value = *assignment.Operands[1];
@@ -224,7 +225,7 @@ protected:
         }
     }
 
-    /// Compilers differ in what a product of two matrices is.
+    /// Writes matrix products and quotients by rows, since compilers disagree on their meaning.
     void PutBinary(const Expression& expression, Binding around) override
     {
         const bool isProduct =
@@ -247,7 +248,7 @@ protected:
         Text += ')';
     }
 
-    /// Rows first, as in Cg.
+    /// The row comes first, as in Cg.
     void PutElement(const Expression& expression) override
     {
         PutSelected(*expression.Operands[0]);
@@ -270,7 +271,7 @@ protected:
 
     void PutIntrinsic(const Expression& call, Binding around) override
     {
-        // Its result has ints.
+        // The result of "sign" has ints.
         const bool isSign = call.Builtin->Id == Builtin::Sign && call.Of.HasFloats();
         Text += isSign ? Compose(TypeName(call.Of), "(") : std::string();
         Writer::PutIntrinsic(call, around);

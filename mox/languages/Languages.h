@@ -17,10 +17,10 @@ enum class Language
     Wgsl,
 };
 
-/// Spells a stage in a language. The same stage gives the same text.
+/// Writes a stage in a language. The same stage always gives the same source.
 WrittenStage WriteStage(const StageProgram& program, Language language, Precision precision);
 
-// One for each language, in a file of its own.
+// One function per language, each in its own file.
 WrittenStage WriteGlsl(const StageProgram& program, Precision precision);
 WrittenStage WriteVulkanGlsl(const StageProgram& program, Precision precision);
 WrittenStage WriteEssl(const StageProgram& program, Precision precision);

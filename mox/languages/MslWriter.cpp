@@ -11,7 +11,7 @@ using Cg::Element;
 using Cg::Expression;
 using Materials::Compose;
 
-/// Words of C++ and of Metal's own, and the functions that texts may call.
+/// Keywords of C++ and Metal, and the built-in functions that programs may call.
 const Words& MslReservedWords()
 {
     static const Words words = SplitWords(R"(
@@ -231,7 +231,7 @@ protected:
         if (Computed(number.Of.Of) == Element::Half)
             Text += 'h';
         else if (number.Of.HasFloats() && !Text.ends_with('f'))
-            Text += 'f'; // or it were a double
+            Text += 'f'; // without the suffix it would be a double
     }
 
     void PutSelect(const Expression& expression, Binding around) override
@@ -276,7 +276,7 @@ protected:
             Text += Compose(" * ", id == Builtin::Degrees ? "57.29577951" : "0.01745329252",
                             isHalf ? "h" : "f", isNested ? ")" : "");
         } else if (id == Builtin::Sign && call.Of.Of == Element::Int) {
-            // There is a function for floats only.
+            // "sign" exists only for floats.
             Text += TypeName(call.Of) + "(sign(" + TypeName(call.Of.With(Element::Float)) + "(";
             Put(*call.Operands[0], Binding::Assign);
             Text += ")))";
@@ -293,7 +293,7 @@ protected:
         Put(*operands[0], Binding::Postfix);
         Text += Compose(".sample(", SamplerNames.at(operands[0]->Refers), ", ");
         Put(*operands[1], Binding::Assign);
-        // Textures of one dimension have a single level.
+        // 1D textures have only one mip level.
         if (sampler == Element::Sampler1D) {
             Text += ')';
             return;

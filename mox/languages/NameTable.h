@@ -8,28 +8,29 @@
 
 namespace Mox::Languages {
 
-/// Words as a set, from a list with spaces between them.
+/// Splits a list of words separated by spaces into a set.
 using Words = std::unordered_set<std::string>;
 Words SplitWords(std::string_view list);
 
-/// The names that a program uses, in scopes within one another.
+/// The names used in a program, in nested scopes.
 class NameTable
 {
 public:
-    /// @param reserved words that no name may be; must outlive the table
+    /// @param reserved words that cannot be used as names; must outlive the table
     explicit NameTable(const Words& reserved) : _reserved(reserved) {}
 
-    /// Takes a name: the wanted one if the language allows it and no scope around has it, else one
-    /// with an underscore or a number after it. There are never two underscores in a row.
+    /// Reserves and returns a name: the wanted one if the language allows it and no enclosing scope
+    /// uses it, otherwise one with an underscore or a number appended. Names never contain two
+    /// consecutive underscores.
     std::string Claim(std::string_view wanted);
 
-    /// Whether Claim would take this very name.
+    /// Whether Claim would return this name unchanged.
     bool IsFree(const std::string& name) const
     {
         return !_taken.contains(name) && !_reserved.contains(name);
     }
 
-    /// Frees names for as long as nothing sees what they are of.
+    /// Frees names while the things that they refer to are not visible.
     void Hide(const std::vector<std::string>& names);
     void Show(const std::vector<std::string>& names);
 
@@ -38,7 +39,7 @@ public:
 
 private:
     const Words& _reserved;
-    std::unordered_map<std::string, int> _taken; ///< with the number to try next
+    std::unordered_map<std::string, int> _taken; ///< each with the next number to try
     std::vector<std::string> _order;
     std::vector<std::size_t> _scopes;
 };

@@ -2,11 +2,11 @@
 
 namespace Mox::Languages {
 
-/// How exact half and fixed are.
+/// The precision of half and fixed.
 enum class Precision
 {
-    Full,    ///< as float
-    Relaxed, ///< as the language's own type or qualifier for such numbers
+    Full,    ///< as precise as float
+    Relaxed, ///< the language's own type or qualifier for low precision
 };
 
 } // namespace Mox::Languages

@@ -8,52 +8,54 @@
 
 namespace Mox::Languages {
 
-/// A parameter of "main" or a sampler, and where it is in the program.
+/// A parameter of "main" or a sampler, and its location in the program.
 struct StageSlot
 {
     const Cg::Variable* Of;
-    std::string Name; ///< that it is to have
-    int Location;     ///< of an input, an interpolant or a colour; unit of a sampler
-    bool IsPosition;  ///< the position of a vertex, which has no location
+    std::string Name; ///< name to write
+    int Location;     ///< of an input, interpolant or colour; for a sampler, its texture unit
+    bool IsPosition;  ///< whether it is the vertex position, which has no location
 };
 
 struct BlockMember
 {
-    const Cg::Variable* Of; ///< need not be read by the stage
-    std::string Name;       ///< that it is to have
-    std::uint32_t Offset;   ///< in bytes, by the layout "std140"
+    const Cg::Variable* Of; ///< the stage does not necessarily read it
+    std::string Name;       ///< name to write
+    std::uint32_t Offset;   ///< in bytes, in the layout "std140"
 };
 
-/// Uniforms that a host fills together.
+/// Uniforms that a host sets together.
 struct UniformBlock
 {
-    std::string Name;     ///< of the block, in every language
-    std::string Variable; ///< that it is to be read by, where a language has one
-    int Number; ///< of the set or group in which it is the first binding; where a language
-                ///< has no sets, of the block itself
+    std::string Name;     ///< name of the block, in every language
+    std::string Variable; ///< name of the variable that the block is read by, where a language has
+                          ///< one
+    int Number; ///< number of the set or group in which it is the first binding; in a language
+                ///< without sets, number of the block
     std::vector<BlockMember> Members;
 };
 
-/// One stage of a program in the form that writers spell.
+/// One stage of a program, as input for the language writers.
 struct StageProgram
 {
     const Cg::Module* Code; ///< lowered
     bool IsVertex;
-    std::string Header;              ///< a line for a comment at the top, or nothing
+    std::string Header;              ///< text of a comment at the top; may be empty
     std::vector<StageSlot> Inputs;   ///< vertex attributes, or interpolants
     std::vector<StageSlot> Outputs;  ///< position and interpolants, or colours
     std::vector<StageSlot> Samplers; ///< uniforms of sampler types
-    int SamplerSet;                  ///< set or group of all samplers, where a language has any
-    int FirstSamplerBinding;         ///< in that set
+    int SamplerSet;                  ///< set or group of all samplers, in languages that have them
+    int FirstSamplerBinding;         ///< binding of the first sampler in that set
     std::vector<UniformBlock> Blocks;
 };
 
-/// The text of a stage.
+/// The source of a stage in a language.
 struct WrittenStage
 {
     std::string Text;
     std::string EntryPoint;
-    std::vector<std::pair<const Cg::Variable*, std::string>> Names; ///< of slots and block members
+    std::vector<std::pair<const Cg::Variable*, std::string>> Names; ///< names written for slots and
+                                                                    ///< block members
 };
 
 } // namespace Mox::Languages

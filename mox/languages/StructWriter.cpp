@@ -14,7 +14,7 @@ using Materials::Compose;
 
 namespace {
 
-/// The components that a vector of four holds of a column or element.
+/// The components of a stored four-component vector that an element or column uses.
 std::string_view LettersOf(const Cg::Type& type)
 {
     const std::size_t count = type.IsMatrix() ? type.Rows : type.Columns;
@@ -67,7 +67,7 @@ std::string StructWriter::TextOf(const Expression& expression)
     return text;
 }
 
-/// @param index of the element, or nothing if the member is no array
+/// @param index of the element; empty if the member is not an array
 void StructWriter::PutStoredElement(const Cg::Type& element, const std::string& member,
                                     const std::string& index)
 {

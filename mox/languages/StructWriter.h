@@ -5,9 +5,9 @@
 
 namespace Mox::Languages {
 
-/// What MSL and WGSL share: inputs and outputs of a stage are members of structs, the body of the
-/// entry point computes outputs in variables and returns them, textures and the way they are read
-/// are apart, and matrices have no operators by component.
+/// The common base of MSL and WGSL: inputs and outputs of a stage are members of structs, the entry
+/// point computes outputs in local variables and returns them, textures and samplers are separate,
+/// and matrices have no component-wise operators.
 class StructWriter : public Writer
 {
 public:
@@ -27,32 +27,32 @@ protected:
     void PutConvert(const Cg::Expression& expression, Binding around) override;
     bool ReturnsOutputs() const override { return !Program.Outputs.empty(); }
 
-    /// A member of a block, as the layout has it.
+    /// Formats a member of a block, with the type in which it is stored.
     virtual std::string StoredMember(const Cg::Type& type, const std::string& name) const = 0;
 
-    /// A member of four bytes that nothing reads.
+    /// Formats a member of four bytes that serves as padding.
     virtual std::string PaddingMember(const std::string& name) const = 0;
 
-    /// A value of a member of a block that is no array: converted to what the body computes with.
+    /// Writes a block member that is not an array, converted to the type that the program uses.
     virtual void PutLoaded(const Cg::Type& type, const std::string& member) = 0;
 
-    /// Opens and closes the parts of an array.
+    /// The opening and closing bracket of an array's initial value.
     virtual std::pair<const char*, const char*> ArrayBrackets() const = 0;
 
-    /// A struct for a block, which has the block's name.
-    /// @returns the variable by which the text reads it
+    /// Writes a struct for a block, with the block's name.
+    /// @returns the name of the variable that it is read by
     std::string PutBlockStruct(const UniformBlock& block, std::string_view separator);
 
     /// The names of the outputs, separated by commas.
     std::string OutputNames() const;
 
-    /// The elements of a type as a block stores them: numbers as floats, bools as unsigned ints.
+    /// The type in which a block stores a type: numbers become floats, bools unsigned ints.
     static Cg::Type Stored(const Cg::Type& type);
 
-    /// The text of an int.
+    /// Returns the source of an expression as a string.
     std::string TextOf(const Cg::Expression& expression);
 
-    std::string InputName; ///< of the struct of inputs in the entry point
+    std::string InputName; ///< name of the parameter of the entry point that contains the inputs
 
 private:
     void PutStoredElement(const Cg::Type& element, const std::string& member,

@@ -18,7 +18,7 @@ using Cg::StatementKind;
 using Cg::Storage;
 using Materials::Compose;
 
-/// Keywords and words kept for later, predeclared types, and functions that texts may call.
+/// Keywords, reserved words, predeclared types, and the built-in functions that programs may call.
 const Words& WgslReservedWords()
 {
     static const Words words = SplitWords(R"(
@@ -122,7 +122,7 @@ protected:
         if (type.Structure)
             return StructNames.at(type.Structure);
         switch (type.Of) {
-        // Textures of one dimension have no levels here: they have two, with a height of 1.
+        // 1D textures cannot have mip levels here; they are 2D textures with a height of 1.
         case Element::Sampler1D:
         case Element::Sampler2D:
         case Element::SamplerRect:
@@ -143,7 +143,7 @@ protected:
         return Compose("vec", type.Columns, isBool ? "<bool>" : isInt ? "i" : "f");
     }
 
-    /// All floats have one precision.
+    /// There is only one precision of floats.
     Element Computed(Element element) const override
     {
         return element == Element::Half || element == Element::Fixed ? Element::Float : element;
@@ -176,7 +176,7 @@ protected:
         const Cg::Variable& variable = *declaration.Refers;
         const bool isFixed = declaration.Value && !variable.IsAssigned;
         Text += isFixed ? "let " : "var ";
-        // The value is written first: it does not see the new variable.
+        // The value is written before the variable is declared, since it cannot refer to it.
         std::string value;
         if (declaration.Value) {
             const std::size_t begin = Text.size();
@@ -263,7 +263,7 @@ protected:
 
     void PutZero(const Cg::Type& type) override { Text += Compose(TypeName(type), "()"); }
 
-    // Loops have the test and the steps as statements.
+    // The test and the steps of a loop are written as statements.
 
     void PutWhile(const Statement& loop) override { PutLoop(loop); }
     void PutDo(const Statement& loop) override { PutLoop(loop); }
@@ -295,7 +295,7 @@ protected:
             Writer::PutAssign(assignment);
             return;
         }
-        // Several components are assigned with the whole vector.
+        // Several components can only be assigned together with the rest of the vector.
         const Expression* value = assignment.Operands[1];
         std::string text = TextOf(*value);
         if (value->Kind != ExpressionKind::Name && value->Kind != ExpressionKind::Swizzle) {
@@ -380,7 +380,7 @@ protected:
             StructWriter::PutIntrinsic(call, around);
             return;
         }
-        // Compilers may assume that there are no such numbers, but not that there are no such bits.
+        // Compilers may assume that NaN and infinity do not occur, so the bits are tested instead.
         const int columns = call.Of.Columns;
         const std::string words = columns == 1 ? "u32" : Compose("vec", columns, "u");
         Text += Compose("((bitcast<", words, ">(");
@@ -473,8 +473,9 @@ private:
         Names.CloseScope();
     }
 
-    /// Whether derivatives may be taken where neighbouring fragments go other ways. What is read
-    /// there is undefined in every language; only this one refuses it unless told not to.
+    /// Whether derivatives may be computed in a branch that neighbouring fragments do not take.
+    /// Their value is undefined in every language, but only WGSL rejects them unless the check is
+    /// disabled.
     bool ReadsInBranches() const
     {
         return std::any_of(Program.Code->Functions.begin(), Program.Code->Functions.end(),

@@ -15,7 +15,7 @@ using Cg::Statements;
 
 WrittenStage Writer::Write()
 {
-    // Hosts know blocks by these names, so nothing may push them aside.
+    // Hosts identify blocks by these names, so they are claimed first.
     for (const UniformBlock& block : Program.Blocks)
         Names.Claim(block.Name);
     for (const Cg::StructType& structure : Program.Code->Structs)
@@ -32,8 +32,8 @@ WrittenStage Writer::Write()
         _functions.emplace(function,
                            isMain ? std::string(EntryPoint()) : Names.Claim(function->Name));
     }
-    // Only the entry point sees inputs, outputs and uniforms, so parameters of other functions may
-    // be called the same.
+    // Only the entry point sees inputs, outputs and uniforms, so other functions may have
+    // parameters with the same names.
     Names.Hide(_own);
     for (const Cg::Function* function : Program.Code->Functions) {
         if (function->Name == "main")
@@ -76,10 +76,10 @@ std::pair<std::string, std::string> Writer::DeclareSampler(const Cg::Variable& s
                                                            std::string_view wanted)
 {
     constexpr const char* suffix = "Sampler";
-    // A parameter has its name already.
+    // A parameter may have been declared already.
     if (!_names.contains(&sampler)) {
         while (!Names.IsFree(Declare(sampler, wanted) + suffix)) {
-            // Hosts know the one name by the other.
+            // Hosts derive one name from the other, so both are claimed together.
         }
     }
     const std::string& texture = NameOf(sampler);
@@ -136,7 +136,7 @@ void Writer::PutLine(std::string_view line)
     Text += '\n';
 }
 
-/// Lines of a comment lose the indentation that they had.
+/// Writes a comment, without the original indentation of its lines.
 void Writer::PutComment(std::string_view comment)
 {
     while (!comment.empty()) {
@@ -221,7 +221,7 @@ void Writer::PutFunction(const Cg::Function& function)
         PutMainHead(function);
     else
         PutFunctionHead(function, _functions.at(&function));
-    // A long list of parameters has a line for each.
+    // A long list of parameters is written with one per line.
     if (!IsInMain && Text.find('\n', head) - head > longestLine) {
         int depth = 0;
         for (std::size_t i = head; Text[i] != '\n'; ++i) {

@@ -11,7 +11,7 @@
 
 namespace Mox::Languages {
 
-/// How tightly operators bind, from the loosest on.
+/// Operator precedence, from lowest to highest.
 enum class Binding
 {
     Comma,
@@ -28,9 +28,9 @@ enum class Binding
     Primary,
 };
 
-/// Spells a lowered program in one language. This class knows what languages with the syntax of C
-/// share; a language is a class derived from it, which overrides what it says differently. Objects
-/// are for one text each.
+/// Writes a lowered program in one language. This class implements what languages with C syntax
+/// have in common; a derived class for each language overrides the differences. An object writes
+/// only one source.
 class Writer
 {
 public:
@@ -45,24 +45,24 @@ public:
     WrittenStage Write();
 
 protected:
-    // What a language says in its own way. All of these append to Text.
+    // What differs between languages. All of these functions append to Text.
 
     virtual std::string_view EntryPoint() const { return "main"; }
 
-    /// What is before the first function: version, types, inputs, outputs, uniforms. Claims the
-    /// names of all these.
+    /// Writes everything before the first function: version, types, inputs, outputs, uniforms.
+    /// Claims their names.
     virtual void PutInterface() = 0;
 
-    /// The entry point's head, up to and with its opening brace, and what its body begins with.
+    /// Writes the head of the entry point, including its opening brace, and the start of its body.
     virtual void PutMainHead(const Cg::Function& main) = 0;
 
-    /// What the entry point's body ends with: where it returns its outputs, the return.
+    /// Writes the end of the entry point's body; if it returns its outputs, the return statement.
     virtual void PutMainEnd() {}
     virtual bool ReturnsOutputs() const { return false; }
 
     virtual std::string TypeName(const Cg::Type& type) const = 0;
 
-    /// A declaration of a variable or member, without qualifiers and initial value.
+    /// Writes the declaration of a variable or member, without qualifiers and initial value.
     virtual void PutDeclarator(const Cg::Type& type, std::string_view name);
     virtual void PutVariable(const Cg::Statement& declaration);
     virtual void PutConstant(const Cg::Variable& constant, std::string_view name);
@@ -78,7 +78,7 @@ protected:
     virtual void PutNumber(const Cg::Expression& number);
     virtual void PutName(const Cg::Variable& variable);
 
-    /// The same where a selection from it follows.
+    /// Writes an expression that a selection follows.
     virtual void PutSelected(const Cg::Expression& expression);
     virtual void PutArgument(const Cg::Variable& parameter, const Cg::Expression& argument);
     virtual void PutBinary(const Cg::Expression& expression, Binding around);
@@ -93,61 +93,60 @@ protected:
     virtual void PutProduct(const Cg::Expression& call, Binding around);
     virtual void PutRead(const Cg::Expression& call) = 0;
 
-    /// What the language calls a function of Cg's library.
+    /// The language's name for one of Cg's built-in functions.
     virtual std::string_view FunctionName(const Cg::Intrinsic& intrinsic) const
     {
         return intrinsic.Name;
     }
 
-    // Tools for them.
+    // Tools for derived classes.
 
     void Put(const Cg::Expression& expression, Binding around = Binding::Comma);
 
-    /// Values with commas between them, in brackets.
+    /// Writes values separated by commas, in parentheses.
     void PutList(std::span<Cg::Expression* const> values);
 
-    /// A name and arguments in brackets.
+    /// Writes a name followed by arguments in parentheses.
     void PutCall(std::string_view name, std::span<Cg::Expression* const> arguments);
 
-    /// An operator between two operands.
+    /// Writes a binary operator and its operands.
     void PutInfix(const Cg::Expression& left, std::string_view symbol, const Cg::Expression& right,
                   Binding own, Binding around);
 
-    /// A matrix operation as one for each of the vectors that it consists of: "type(a[0] * b[0],
+    /// Writes a matrix operation as one operation per vector of the matrix: "type(a[0] * b[0],
     /// ...)".
     void PutByVectors(const Cg::Expression& expression, std::string_view symbol, int count);
 
-    /// The comment at the top, if there is to be one.
+    /// Writes the comment at the top, if there is one.
     void PutHeader();
 
     void PutStatements(Cg::Statements statements);
     void PutBlock(Cg::Statements statements);
 
-    /// Statements as one expression with commas.
+    /// Writes statements as one expression, separated by commas.
     void PutSequence(Cg::Statements statements);
     void StartLine();
     void PutLine(std::string_view line);
     void PutComment(std::string_view comment);
 
-    /// A member's name, which needs to be none of the reserved words alone.
+    /// The name of a member, which only has to avoid the reserved words.
     std::string MemberName(std::string_view name) const;
 
     /// Claims a name for a variable.
     const std::string& Declare(const Cg::Variable& variable, std::string_view wanted);
     const std::string& NameOf(const Cg::Variable& variable) const { return _names.at(&variable); }
 
-    /// Claims names for a sampler in a language that keeps the texture apart from the way it is
-    /// read.
-    /// @returns the names of the two
+    /// Claims names for the texture and the sampler of a language that separates the two.
+    /// @returns the name of the texture and that of the sampler
     std::pair<std::string, std::string> DeclareSampler(const Cg::Variable& sampler,
                                                        std::string_view wanted);
 
-    /// Gives a member of a block or of a struct its name, and the text that reads it, which needs
-    /// no claim.
+    /// Sets the name of a member of a block or struct and the expression that reads it, neither of
+    /// which has to be claimed.
     void SetMember(const Cg::Variable& variable, std::string name, std::string text);
     const std::string& MemberText(const Cg::Variable& member) const { return _texts.at(&member); }
 
-    /// What a text calls a block's variable, and its members, which only have to differ from one
+    /// The names of a block's variable and of its members; the latter must only differ from one
     /// another.
     struct BlockNames
     {
@@ -155,13 +154,13 @@ protected:
         NameTable Members;
     };
 
-    /// Claims the name of a block's variable and sets all members.
+    /// Claims the name of a block's variable and sets the names of all members.
     BlockNames DeclareMembers(const UniformBlock& block);
 
-    /// The elements in which a type is computed here: fixed and half may be float.
+    /// The element type used to compute a type: fixed and half may become float.
     virtual Cg::Element Computed(Cg::Element element) const;
 
-    /// A scalar that is repeated in all components, or the expression itself.
+    /// Returns the scalar that a vector repeats, or the expression itself.
     static const Cg::Expression& Unrepeated(const Cg::Expression& expression);
     static std::string_view Symbol(Cg::Operator op);
 
@@ -173,7 +172,7 @@ protected:
     int Indentation = 0;
     bool IsInMain = false;
     std::unordered_map<const Cg::StructType*, std::string> StructNames;
-    std::unordered_map<const Cg::Variable*, std::string> SamplerNames; ///< of DeclareSampler
+    std::unordered_map<const Cg::Variable*, std::string> SamplerNames; ///< set by DeclareSampler
 
 private:
     std::string Claim(std::string_view wanted);
@@ -183,13 +182,13 @@ private:
     void PutUserCall(const Cg::Expression& call);
 
     std::unordered_map<const Cg::Variable*, std::string> _names;
-    std::unordered_map<const Cg::Variable*, std::string> _texts; ///< of SetMember
+    std::unordered_map<const Cg::Variable*, std::string> _texts; ///< set by SetMember
     std::vector<std::string> _own; ///< names of inputs, outputs and uniforms
     bool _isInInterface = false;
     std::unordered_map<const Cg::Function*, std::string> _functions;
 };
 
-/// Whether a value is the number or constructor of numbers alone.
+/// Whether a value is a number, or a constructor of only numbers.
 bool IsLiteral(const Cg::Expression& expression);
 
 } // namespace Mox::Languages

@@ -121,13 +121,13 @@ void Writer::Put(const Expression& expression, Binding around)
     case ExpressionKind::Assign:
     case ExpressionKind::PostStep:
     case ExpressionKind::Sequence:
-        return; // statements in a lowered tree
+        return; // these are statements in a lowered tree
     }
 }
 
 void Writer::PutNumber(const Expression& number)
 {
-    // Not every language takes a float of hexadecimal digits.
+    // Not every language accepts hexadecimal float literals.
     const bool isHex = number.Text.starts_with("0x") || number.Text.starts_with("0X");
     if (isHex && number.Of.HasFloats()) {
         constexpr int base = 16;
@@ -192,7 +192,7 @@ void Writer::PutInfix(const Expression& left, std::string_view symbol, const Exp
     const bool isNested = own < around;
     const bool isComparison = own == Binding::Equality || own == Binding::Relation;
     Text += isNested ? "(" : "";
-    // Comparisons of comparisons are in brackets, as not every language allows them without.
+    // Comparisons of comparisons get parentheses, because some languages require them.
     Put(left, isComparison ? Binding::Sum : own);
     Text += ' ';
     Text += symbol;
@@ -206,14 +206,14 @@ void Writer::PutBinary(const Expression& expression, Binding around)
     const auto& [symbol, own] = symbols[static_cast<std::size_t>(expression.Op)];
     const Expression* left = expression.Operands[0];
     const Expression* right = expression.Operands[1];
-    // Arithmetic takes scalars beside vectors.
+    // Arithmetic operators accept a scalar and a vector.
     if (expression.Op <= Operator::Subtract && expression.Of.IsVector()) {
         if (&Unrepeated(*right) != right)
             right = &Unrepeated(*right);
         else
             left = &Unrepeated(*left);
     }
-    // Brackets show what few people know by heart.
+    // Adds parentheses where few people know the precedence.
     const bool isAndInOr = own == Binding::And && around >= Binding::Or && around <= Binding::And;
     PutInfix(*left, symbol, *right, own, isAndInOr ? Binding::Primary : around);
 }
