@@ -7,11 +7,11 @@
 
 namespace Mox::Materials {
 
-/// Copies what the user wrote on a node about its binding: description, group and help url.
+/// Copies the user's description, group and help URL from a node to its binding.
 MOX_API void CopyBindingTexts(const GuiNode& node, Binding& binding);
 
-/// Adds the binding of a vertex stream under the node's name, without a value: which stream of a
-/// mesh it is, the host fills in.
+/// Adds a binding for a vertex stream under the node's name, without a value: the host chooses the
+/// stream of the mesh.
 MOX_API void AddStreamBinding(const GuiNode& node, StreamType streamType, Material& material);
 
 } // namespace Mox::Materials

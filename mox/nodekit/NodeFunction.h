@@ -9,30 +9,30 @@
 
 namespace Mox::Materials {
 
-/// The steps by which a node becomes one Cg function, in the order in which they are called:
-/// inputs, outputs, the node's own text, AddFunction. Until the last one nothing has reached the
-/// generator, so a failure leaves it as it was.
+/// The steps by which a node becomes one Cg function. They are called in this order: inputs,
+/// outputs, the node's own code, AddFunction. Only the last one changes the generator, so a failure
+/// before leaves it unchanged.
 
-/// The value of an input without an edge; may throw if the input must have one.
+/// Returns the value of an unconnected input; may throw if the input must be connected.
 using UnconnectedValue = std::function<float(const GuiPort&)>;
 
-/// Connected inputs become parameters. The others become local constants of the same name, so that
-/// the body reads the same whether an edge exists or not.
+/// Connected inputs become parameters. The others become local constants with the same name, so
+/// that the body is the same whether or not an input is connected.
 /// @throws ShaderError if a port is not resolved
 MOX_API void AddInputs(ShaderFunctionBuilder& builder, const GuiNode& node,
                        const UnconnectedValue& value);
 
-/// Inputs without an edge read as zero.
+/// Unconnected inputs become zero.
 MOX_API void AddInputs(ShaderFunctionBuilder& builder, const GuiNode& node);
 
-/// Every output becomes a parameter, connected or not.
+/// Every output becomes a parameter, whether or not it is connected.
 MOX_API void AddOutputs(ShaderFunctionBuilder& builder, const GuiNode& node);
 
-/// Builds the function, enters it in the generator and lets the node's edges end on it.
+/// Builds the function, adds it to the generator and registers the node's edges with it.
 MOX_API void AddFunction(ShaderGraphGenerator& generator, GuiNode& node,
                          const ShaderFunctionBuilder& builder, ShaderLevel level, const char* name);
 
-/// The type that the node has resolved to.
+/// The type that the node was resolved to.
 MOX_API ShaderType NodeType(const GuiNode& node);
 
 } // namespace Mox::Materials

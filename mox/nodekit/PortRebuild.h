@@ -10,7 +10,7 @@
 
 namespace Mox::Materials {
 
-/// What a node declares of one port. An absent count or precision is left to resolution.
+/// A node's declaration of one port. A missing count or precision is left to resolution.
 struct PortRow
 {
     const char* Name;
@@ -19,10 +19,10 @@ struct PortRow
     std::optional<ComponentType> Precision = std::nullopt;
 };
 
-/// Erases all ports, and with them every flag that resolution and the host have set.
+/// Erases all ports, including all flags set by resolution and the host.
 MOX_API void ClearPorts(GuiNode& node);
 
-/// Appends a new port for each row, in order.
+/// Appends a port for each row, in order.
 MOX_API void AppendPorts(std::vector<GuiPort>& ports, std::span<const PortRow> rows);
 
 MOX_API void AppendPort(std::vector<GuiPort>& ports, const PortRow& row);

@@ -13,9 +13,9 @@
 
 namespace Mox::Materials {
 
-/// Declare a property of a node: make it, give it its help text and default, and add it to the
-/// node's bag. The handle is for the member through which the node reads the value ever after.
-/// @throws ShaderError if the node has a property of that name already
+/// Declare a property of a node: create it, set its help text and default, and add it to the node's
+/// bag. The node stores the returned handle in a member and reads the value through it.
+/// @throws ShaderError if the node already has a property with this name
 
 MOX_API boost::shared_ptr<GuiProperty> DeclareBool(GuiNode& node, const char* name,
                                                    const char* help, bool value);
@@ -27,16 +27,16 @@ MOX_API boost::shared_ptr<GuiProperty> DeclareColour(GuiNode& node, const char* 
                                                      const char* help, float red, float green,
                                                      float blue);
 
-/// The words in display order, at least one and each once; the first one is the default.
+/// The choices in display order: at least one, without duplicates. The first one is the default.
 MOX_API boost::shared_ptr<GuiProperty>
 DeclareEnum(GuiNode& node, const char* name, const char* help, std::span<const char* const> words);
 
-/// An empty reference to a node of the given type.
+/// Declares a reference to a node of the given type, initially empty.
 MOX_API boost::shared_ptr<GuiProperty> DeclareNode(GuiNode& node, const char* name,
                                                    const char* help, const char* typeName);
 
-/// Tables of settings that an enum property chooses from: each row has its word in a field Name,
-/// and the words in table order are the property's choices.
+/// Tables of settings that an enum property selects from: each row has the name of its choice in
+/// the field Name, and the names in table order are the property's choices.
 
 template <class Row, std::size_t Count>
 constexpr std::array<const char*, Count> NamesOf(const Row (&rows)[Count])
@@ -47,8 +47,8 @@ constexpr std::array<const char*, Count> NamesOf(const Row (&rows)[Count])
     return names;
 }
 
-/// The row of a word. The property takes none but the words of the table; should a host have
-/// written another one past the setters, the last row answers.
+/// Returns the row with a name. The property only accepts names of the table; if a host bypassed
+/// the setters and wrote another value, the last row is returned.
 template <class Row, std::size_t Count>
 const Row& RowNamed(const Row (&rows)[Count], const std::string& name)
 {
@@ -59,7 +59,7 @@ const Row& RowNamed(const Row (&rows)[Count], const std::string& name)
     return rows[Count - 1];
 }
 
-/// The number of components that a property chooses for a vector.
+/// Returns the number of components that a property specifies for a vector.
 /// @throws ShaderError if it is not between 2 and 4
 MOX_API std::int32_t GetVectorCount(const GuiProperty& property);
 

@@ -5,10 +5,11 @@
 
 namespace Mox::Host {
 
-/// A triangle that covers the whole picture.
+/// Returns a triangle that covers the entire image.
 Mesh MakeBackgroundMesh();
 
-/// Shades from the environment's ground colour at the bottom to its sky colour at the top.
+/// Returns a program with a gradient from the environment's ground colour at the bottom to its sky
+/// colour at the top.
 CgProgram MakeBackgroundProgram();
 
 } // namespace Mox::Host

@@ -70,11 +70,11 @@ std::vector<float> FindValues(const ProgramParameter& parameter, const PreviewBi
     return found == scene.end() ? std::vector<float>() : found->second;
 }
 
-/// The whole number of a value: without its fraction, within the range of 32 bits, and 0 for what
-/// is not a number.
+/// Converts a value to an integer: drops the fraction, clamps to the range of 32 bits, and maps NaN
+/// to 0.
 std::int32_t ToInteger(float value)
 {
-    constexpr float end = 2147483648.0f; // one more than the largest
+    constexpr float end = 2147483648.0f; // one above the maximum
     if (std::isnan(value))
         return 0;
     if (value >= end)
@@ -83,12 +83,11 @@ std::int32_t ToInteger(float value)
                         : static_cast<std::int32_t>(value);
 }
 
-/// Writes values into a member, column by column. The last value serves where there is no further
-/// one.
+/// Writes values to a member, column by column. If there are too few, the last one is repeated.
 void WriteMember(const UniformMember& member, const std::vector<float>& values,
                  std::vector<std::byte>& block)
 {
-    // In a vector the components are the columns of a row.
+    // The components of a vector are stored like the columns of a single row.
     const bool isMatrix = member.Type.Rows > 1;
     const std::int32_t columns = isMatrix ? member.Type.Columns : 1;
     const std::int32_t rows = isMatrix ? member.Type.Rows : member.Type.Columns;

@@ -9,26 +9,26 @@
 
 namespace Mox::Host {
 
-/// What there is to feed a program with. Programs and this meet by names alone.
+/// The sources of a program's inputs, which are matched by name.
 struct DrawSources
 {
     const Mesh& Geometry;
     const PreviewBindings* Bindings; ///< null for a program without a material
-    TextureLoader* Textures;         ///< the same
+    TextureLoader* Textures;         ///< likewise
     const SceneTextures& Scene;      ///< textures that the environment reads
 };
 
-/// Makes a draw call of a program and the values for its vertex inputs and textures; uniforms come
-/// from FillUniforms.
+/// Makes a draw call for a program, with values for its vertex inputs and textures. Uniforms are
+/// set separately, see FillUniforms.
 /// @param program compiled to the target Spirv
-/// @param problems takes what the program asks for and nobody has
+/// @param problems receives inputs of the program that no source provides
 DrawCall BuildDraw(const CompiledProgram& program, const DrawSources& sources,
                    ProblemList& problems);
 
-/// The contents of a program's uniform blocks.
+/// Returns the contents of a program's uniform blocks.
 /// @param bindings null for a program without a material
-/// @param scene what the environment supplies
-/// @param problems takes what the program asks for and nobody has
+/// @param scene values supplied by the environment
+/// @param problems receives uniforms of the program that no source provides
 std::vector<DrawUniforms> FillUniforms(const CompiledProgram& program,
                                        const PreviewBindings* bindings, const UniformValues& scene,
                                        ProblemList& problems);

@@ -12,7 +12,7 @@
 
 namespace Mox::Host {
 
-/// Values for a vertex input.
+/// Values of a vertex input.
 struct DrawStream
 {
     std::uint32_t Location;
@@ -20,19 +20,19 @@ struct DrawStream
     std::vector<float> Values;
 };
 
-/// A texture with all its levels.
+/// A texture with all its mip levels.
 struct DrawTexture
 {
-    std::uint32_t Binding; ///< of the descriptor set samplerSet
-    bool Is1D;             ///< reads the top row of the images
+    std::uint32_t Binding; ///< in the descriptor set samplerSet
+    bool Is1D;             ///< uses only the top row of the images
     std::vector<TextureImage> Levels;
-    SamplerState Sampler = {}; ///< empty is "repeat", "trilinear" and all anisotropy that there is
+    SamplerState Sampler = {}; ///< empty fields mean "repeat", "trilinear" and maximum anisotropy
 };
 
 /// The contents of a uniform block.
 struct DrawUniforms
 {
-    std::uint32_t Set = 0; ///< in which it is the binding blockBinding
+    std::uint32_t Set = 0; ///< index of the set, where its binding is blockBinding
     std::vector<std::byte> Bytes;
 };
 
@@ -42,21 +42,21 @@ struct DrawShader
     std::string EntryPoint;
 };
 
-/// How what is drawn meets what is there. Factors and comparisons are words of the render state in
+/// Blending, depth test and culling. Factors and comparisons have the values of the render state in
 /// material documents.
 struct DrawState
 {
-    bool BlendsAlpha = false; ///< else alpha has no effect
+    bool BlendsAlpha = false; ///< if false, alpha has no effect
     std::string SourceBlend = "sourceAlpha";
     std::string DestBlend = "oneMinusSourceAlpha";
     bool TestsDepth = true;
     std::string DepthFunc = "lessOrEqual";
     bool WritesDepth = true;
     bool CullsBack = false;
-    bool WritesAlpha = false; ///< else pictures stay opaque
+    bool WritesAlpha = false; ///< if false, images stay opaque
 };
 
-/// Triangles, and all that is needed to draw them.
+/// Triangles, and everything needed to draw them.
 struct DrawCall
 {
     DrawShader Vertex;
@@ -66,7 +66,7 @@ struct DrawCall
     std::vector<DrawUniforms> Uniforms;
     std::vector<std::uint32_t> Indices;
     DrawState State;
-    bool WritesColour = true; ///< else the fragment program has no output
+    bool WritesColour = true; ///< if false, the fragment program has no output
 };
 
 } // namespace Mox::Host

@@ -84,14 +84,15 @@ GpuBuffer Upload(const VulkanDevice& device, const std::vector<Value>& values,
     return buffer;
 }
 
-/// Every device can filter halfs, and not every one can filter floats.
+/// Returns the format for an image. Floats are stored as halfs, since every device can filter halfs
+/// but not every device can filter floats.
 vk::Format FormatOf(const TextureImage& image)
 {
     return image.Format == TexelFormat::Float ? vk::Format::eR16G16B16A16Sfloat
                                               : vk::Format::eR8G8B8A8Unorm;
 }
 
-/// The floats of an image as halfs.
+/// Converts the floats of an image to halfs.
 std::vector<std::uint16_t> PackHalfs(const TextureImage& image)
 {
     constexpr float largestHalf = 65504.0f;
@@ -125,7 +126,7 @@ vk::ImageMemoryBarrier MakeBarrier(vk::Image image, std::uint32_t levels, vk::Ac
             {vk::ImageAspectFlagBits::eColor, 0, levels, 0, 1}};
 }
 
-/// The handles of objects that own them.
+/// Returns the handles of owning objects.
 template <class Owners>
 auto HandlesOf(const Owners& owners)
 {
@@ -270,7 +271,7 @@ void GpuDraw::MakeDescriptors(const DrawCall& call)
     for (const auto& set : bindings)
         _setLayouts.push_back(device.createDescriptorSetLayout({{}, set}));
 
-    // A pool must have room for something.
+    // A descriptor pool must not be empty.
     const std::array sizes = {
         vk::DescriptorPoolSize(Kind::eUniformBuffer,
                                static_cast<std::uint32_t>(call.Uniforms.size() + 1)),

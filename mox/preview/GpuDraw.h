@@ -5,11 +5,11 @@
 
 namespace Mox::Host {
 
-/// A draw call that has moved to the device.
+/// A draw call whose resources are on the device.
 class GpuDraw
 {
 public:
-    /// @param device must outlive the object
+    /// @param device must outlive this object
     GpuDraw(const VulkanDevice& device, const DrawCall& call, vk::RenderPass pass,
             vk::SampleCountFlagBits samples);
 

@@ -23,9 +23,9 @@ constexpr float pi = glm::pi<float>();
 constexpr std::uint32_t topWidth = 512;
 constexpr std::uint32_t topHeight = 256;
 constexpr std::uint32_t roughestLevel = 4;
-constexpr std::uint32_t diffuseSource = 3; ///< level with enough texels for a matt surface
+constexpr std::uint32_t diffuseSource = 3; ///< level with enough texels for diffuse irradiance
 
-/// Texels as light, and where they lie on the sphere.
+/// Radiance by direction, and the directions of its texels.
 class Sky
 {
 public:
@@ -58,10 +58,10 @@ public:
                 -std::sin(down) * std::cos(across)};
     }
 
-    /// The size of a texel on the sphere, up to a factor.
+    /// The solid angle of a texel, up to a constant factor.
     float WeightOf(std::uint32_t y) const { return std::sin(DownOf(y)); }
 
-    /// The light from a direction, between texels mixed.
+    /// The radiance from a direction, with bilinear filtering.
     glm::vec3 Read(const glm::vec3& direction) const
     {
         const float across = 0.5f + std::atan2(direction.x, -direction.z) / (2.0f * pi);
@@ -99,7 +99,7 @@ private:
     std::vector<glm::vec3> _light;
 };
 
-/// A sky of another size.
+/// Returns a sky resampled to another size.
 Sky Resize(const Sky& sky, std::uint32_t width, std::uint32_t height)
 {
     Sky result(width, height);
@@ -118,7 +118,7 @@ std::vector<Sky> MakeSkies(const TextureImage& image)
     return skies;
 }
 
-/// Two axes across a direction.
+/// An orthonormal basis around a direction.
 struct Frame
 {
     explicit Frame(const glm::vec3& direction)
@@ -139,15 +139,15 @@ struct Frame
     glm::vec3 Ahead;
 };
 
-/// A direction from which a rough mirror receives light, relative to that of the reflection.
+/// A sample of a rough reflection, in a basis around the reflected direction.
 struct LobeSample
 {
     glm::vec3 Direction;
     float Weight;
-    std::size_t Level; ///< of the sky, with texels about as large as what the sample stands for
+    std::size_t Level; ///< of the sky, with texels about as large as the sample's solid angle
 };
 
-/// The bits of a number from back to front, as a part of one.
+/// Reverses the bits of a number and returns the result as a fraction between 0 and 1.
 float ReverseBits(std::uint32_t number)
 {
     float result = 0.0f;
@@ -156,7 +156,7 @@ float ReverseBits(std::uint32_t number)
     return result;
 }
 
-/// Samples of GGX where the eye looks straight at the mirror.
+/// Returns samples of the GGX lobe for a view direction along the normal.
 std::vector<LobeSample> MakeLobe(float roughness, std::uint32_t count, std::size_t levels)
 {
     std::vector<LobeSample> samples;
@@ -202,7 +202,7 @@ Sky BlurAsMirror(const std::vector<Sky>& skies, std::uint32_t level, float rough
     return blurred;
 }
 
-/// What a matt white surface sends back, by the direction of its normal.
+/// Returns the diffuse reflection of a white surface, by the direction of its normal.
 Sky BlurAsMatt(const Sky& sky, std::uint32_t level)
 {
     Sky blurred(topWidth >> level, topHeight >> level);
@@ -226,7 +226,7 @@ Sky BlurAsMatt(const Sky& sky, std::uint32_t level)
     return blurred;
 }
 
-/// 1 inside a box in front of the direction ahead, 0 outside of a soft edge around it.
+/// Returns 1 inside a rectangle around the direction ahead, and 0 outside a soft edge around it.
 float SoftBox(const glm::vec3& direction, const glm::vec3& ahead, const glm::vec2& size, float edge)
 {
     const Frame frame(glm::normalize(ahead));
@@ -243,7 +243,7 @@ float SoftBox(const glm::vec3& direction, const glm::vec3& ahead, const glm::vec
 
 LightPanorama PrepareLight(const TextureImage& image, bool isSrgb)
 {
-    // The level of the image that is about as large as the result.
+    // Find the mip level of the image whose size is closest to the result.
     std::vector<Sky> given = MakeSkies(ToLinearFloats(image, isSrgb));
     std::size_t start = 0;
     while (start + 1 < given.size() && given[start + 1].Width() >= topWidth)

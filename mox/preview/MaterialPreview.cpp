@@ -21,7 +21,7 @@ struct PreparedMaterial
 {
     CompiledProgram Program;
     PreviewBindings Bindings;
-    bool IsPart; ///< the program shows nodes, so some bindings may be missing
+    bool IsPart; ///< the program shows single nodes, so some bindings may be missing
 };
 
 namespace {
@@ -33,7 +33,7 @@ constexpr ProblemRule materialRule = "material";
 constexpr float framesPerSecond = 30.0f;
 constexpr std::size_t bytesPerPixel = 4;
 
-/// Makes the program of what is to be seen: of the material, or of nodes.
+/// Makes the program to be rendered: that of the material, or of some nodes.
 class PreviewJob
 {
 public:
@@ -47,14 +47,14 @@ public:
           })
     {}
 
-    /// @returns nothing after an error
+    /// @returns nothing if there is an error
     std::optional<PreparedMaterial> PrepareMaterial()
     {
         return Finish(Load(_document), _environment, false);
     }
 
     /// @param nodes each "id" or "id.port"
-    /// @returns nothing after an error
+    /// @returns nothing if there is an error
     std::optional<PreparedMaterial> PrepareNodes(std::span<const std::string> nodes)
     {
         std::vector<ProbedOutput> outputs;
@@ -119,7 +119,7 @@ private:
     NodeMaker _maker;
 };
 
-/// A parameter of a program that is the environment's, or null.
+/// Finds a parameter of a program that belongs to the environment; null if there is none.
 const ProgramParameter* FindSceneParameter(const CompiledProgram& program, ParameterKind kind,
                                            const std::string& name)
 {
@@ -130,7 +130,7 @@ const ProgramParameter* FindSceneParameter(const CompiledProgram& program, Param
     return nullptr;
 }
 
-/// How many numbers a value of the environment has; 0 if nothing reads it.
+/// Returns the number of components of an environment value; 0 if nothing reads it.
 std::size_t CountNumbers(const CompiledProgram& program, const UniformValues& scene,
                          const std::string& name)
 {
@@ -140,7 +140,7 @@ std::size_t CountNumbers(const CompiledProgram& program, const UniformValues& sc
     return parameter ? ComponentCount(parameter->Type) : 0;
 }
 
-/// Gives the caller's values to the bindings, or else to what the environment reads.
+/// Assigns the caller's values to bindings or, failing that, to values of the environment.
 void SetValues(const PreviewOptions& options, PreparedMaterial& material, UniformValues& scene)
 {
     const CompiledProgram& program = material.Program;
@@ -165,7 +165,7 @@ void SetValues(const PreviewOptions& options, PreparedMaterial& material, Unifor
     }
 }
 
-/// The render state of a document, without the test of alpha, which is in the program.
+/// Returns the render state of a document, without the alpha test, which is part of the program.
 DrawState ReadDrawState(const MaterialDocument& document)
 {
     DrawState state;
@@ -320,7 +320,7 @@ std::vector<Picture> MaterialPreview::RenderNodes(const MaterialDocument& docume
         found.Fail(materialRule, error);
     }
     if (found.HasErrors() && nodes.size() > 1) {
-        // One of them is at fault, or all together are too many for one program.
+        // Either one of the nodes has an error, or there are too many for one program.
         const std::size_t half = nodes.size() / 2;
         pictures = RenderNodes(document, mesh, options, nodes.first(half), problems);
         for (Picture& picture : RenderNodes(document, mesh, options, nodes.subspan(half), problems))

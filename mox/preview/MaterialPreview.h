@@ -28,59 +28,61 @@ struct PreparedMaterial;
 
 struct PreviewOptions
 {
-    std::uint32_t Width = 512; ///< pixels, of one frame
+    std::uint32_t Width = 512; ///< in pixels, of one frame
     std::uint32_t Height = 512;
     float FirstFrame = 0.0f;
-    std::uint32_t FrameCount = 1; ///< frames that follow one another, side by side from the left
-    std::optional<float> Time;    ///< seconds at the first frame; else 30 frames make a second
-    std::map<std::string, std::string> Values; ///< of bindings, or of what the environment reads
-    std::filesystem::path Light; ///< panorama that lights physical surfaces; else a studio does
+    std::uint32_t FrameCount = 1; ///< number of consecutive frames, side by side from the left
+    std::optional<float> Time;    ///< seconds at the first frame; if empty, frames are 1/30 s long
+    std::map<std::string, std::string> Values; ///< by name: values of bindings, or of what the
+                                               ///< environment reads
+    std::filesystem::path Light; ///< panorama that lights physical surfaces; if empty, a studio
+                                 ///< does
     std::string Node;            ///< "id" or "id.port" of a node to show instead of the material
 };
 
-/// Draws materials on meshes, without a window. Keep it for many pictures: most of the time goes
-/// into its making.
+/// Renders materials on meshes, without a window. Creating an object is expensive, so it should be
+/// reused for many images.
 class MaterialPreview
 {
 public:
-    /// @param plugins must outlive the object
-    /// @param files reads the textures; must outlive the object
-    /// @param withValidation lets the Vulkan validation layer watch
+    /// @param plugins must outlive this object
+    /// @param files reads the textures; must outlive this object
+    /// @param withValidation enables the Vulkan validation layer
     /// @throws HostError if there is no Vulkan device
     MaterialPreview(const PluginSet& plugins, Environment environment, FileDecoder& files,
                     bool withValidation = false);
     ~MaterialPreview();
 
-    /// The picture of a material under a sky and one light, or in a studio if it is a physical
-    /// surface. Textures whose names are relative lie beside the document; one that cannot be read
-    /// is a warning, and a stand-in takes its place. A material with an error comes out as a
-    /// pattern that nobody takes for a material.
-    /// @param problems takes what is wrong with the material; an error that is there already, from
-    ///        reading the document, counts too
-    /// @throws HostError if a size or a value does not fit the material or the device
+    /// Renders a material under a sky and one light, or in a studio if it is a physical surface.
+    /// Relative texture names refer to the document's folder; a texture that cannot be read is a
+    /// warning and is replaced by a stand-in. A material with an error results in a pattern that
+    /// cannot be mistaken for a material.
+    /// @param problems receives the problems of the material; an error already present, such as
+    ///        from reading the document, also counts
+    /// @throws HostError if a size or a value is not valid for the material or the device
     Picture RenderMaterial(const MaterialDocument& document, const Mesh& mesh,
                            const PreviewOptions& options, ProblemList& problems) const;
 
-    /// The pictures that RenderMaterial draws of nodes, one after the other, but with one program
-    /// for as many as possible.
-    /// @param nodes each "id" or "id.port"; PreviewOptions::Node is not read
-    /// @param options one frame
+    /// Renders several nodes one after the other, as RenderMaterial does for one, but with one
+    /// program for as many nodes as possible.
+    /// @param nodes each "id" or "id.port"; PreviewOptions::Node is ignored
+    /// @param options for one frame
     std::vector<Picture> RenderNodes(const MaterialDocument& document, const Mesh& mesh,
                                      const PreviewOptions& options,
                                      std::span<const std::string> nodes,
                                      ProblemList& problems) const;
 
-    /// For people: which device draws.
+    /// Name of the Vulkan device, for display.
     std::string DeviceName() const;
 
-    /// What the validation layer has said so far.
+    /// Messages of the validation layer so far.
     const std::vector<std::string>& ValidationMessages() const;
 
 private:
     using SetFrame = std::function<void(UniformValues& scene, std::uint32_t index)>;
 
-    /// @param set what differs between pictures
-    /// @returns no pictures after an error
+    /// @param set sets what differs between the images
+    /// @returns no images after an error
     std::vector<Picture> RenderFrames(PreparedMaterial& material, const MaterialDocument& document,
                                       const Mesh& mesh, const PreviewOptions& options,
                                       std::uint32_t count, const SetFrame& set,
@@ -96,10 +98,10 @@ private:
     ProgramCompiler _compiler;
     CompiledProgram _background;
     std::unique_ptr<VulkanDevice> _device;
-    mutable std::optional<LightPanorama> _studio; ///< made when a material first needs it
+    mutable std::optional<LightPanorama> _studio; ///< created when a material first needs it
 };
 
-/// Magenta and black checks.
+/// Returns magenta and black checks.
 Picture MakeLoudPattern(std::uint32_t width, std::uint32_t height);
 
 } // namespace Mox::Host

@@ -18,8 +18,8 @@ struct Vertex
     glm::vec3 Binormal;
 };
 
-/// Adds a sheet of columns times rows quads over the square of u and v from 0 to 1.
-/// @param at gives the vertex at u and v
+/// Adds a grid of columns times rows quads, with u and v from 0 to 1.
+/// @param at returns the vertex at u and v
 template <class At>
 void AddSheet(Mesh& mesh, std::uint32_t columns, std::uint32_t rows, At at)
 {
@@ -49,7 +49,7 @@ void AddSheet(Mesh& mesh, std::uint32_t columns, std::uint32_t rows, At at)
     }
 }
 
-/// A square of half-width 1 whose middle lies 1 or 0 in front of the origin.
+/// Adds a square of half-width 1 whose centre is at the given distance along its normal.
 void AddSquare(Mesh& mesh, std::uint32_t quads, const glm::vec3& right, const glm::vec3& up,
                float distance)
 {

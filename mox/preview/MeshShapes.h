@@ -8,27 +8,27 @@
 
 namespace Mox::Host {
 
-/// The built-in meshes. Their one vertex colour set holds (u, v, 0, 1), so that masks and weights
-/// that artists would paint have a gradient to show.
+/// Built-in meshes. Their only vertex colour set contains (u, v, 0, 1), so that masks and weights
+/// that artists would paint show a gradient.
 
-/// A globe of radius 1. The image goes round it once; its middle column faces the eye.
+/// A sphere of radius 1. The texture wraps around it once; its middle column faces the camera.
 Mesh MakeSphere();
 
-/// A square from -1 to 1 that faces the eye and shows the whole image upright. Fine enough for
-/// materials that move vertices.
+/// A square from -1 to 1 that faces the camera and shows the whole texture upright. Its
+/// tessellation is fine enough for materials that displace vertices.
 Mesh MakePlane();
 
-/// A cube from -1 to 1 with the whole image on each side.
+/// A cube from -1 to 1 with the whole texture on each side.
 Mesh MakeCube();
 
-/// From where a mesh that comes from a file is looked at.
+/// View direction for meshes from files.
 constexpr glm::vec3 meshFileView{0.5f, 0.4f, 1.0f};
 
-/// A built-in mesh by its name, "sphere", "plane" or "cube"; nothing if it is none of these.
+/// Returns a built-in mesh by name, "sphere", "plane" or "cube"; nothing for any other name.
 std::optional<Mesh> FindShape(const std::string& name);
 
-/// A built-in mesh by its name, "sphere", "plane" or "cube", or else that of a mesh file.
-/// @throws HostError if it is none of these, or as FileDecoder::ReadMesh does
+/// Returns a built-in mesh by name, "sphere", "plane" or "cube", or else reads a mesh file.
+/// @throws HostError as FileDecoder::ReadMesh does, if the name is not that of a built-in mesh
 Mesh FindMesh(const std::string& nameOrFile, const FileDecoder& files);
 
 } // namespace Mox::Host

@@ -24,7 +24,7 @@ MeshStream Flatten(const std::vector<Vector>& vectors)
     return stream;
 }
 
-/// The number at the end of a name such as "uv1", or 0.
+/// Returns the number at the end of a name such as "uv1", or 0.
 std::size_t NumberAtEnd(const std::string& name)
 {
     const std::size_t lastLetter = name.find_last_not_of("0123456789");
@@ -40,7 +40,7 @@ MeshStream FlattenSet(const std::vector<std::vector<Vector>>& sets, std::size_t 
     return Flatten(sets[set < sets.size() ? set : 0]);
 }
 
-/// Empty if the mesh has no such stream.
+/// Returns an empty stream if the mesh has no such stream.
 MeshStream ReadStream(const Mesh& mesh, StreamType type, std::size_t set)
 {
     switch (type) {

@@ -24,7 +24,7 @@ using Materials::GuiPort;
 constexpr const char* inputPort = "in_value";
 constexpr const char* outputPort = "out_value";
 constexpr std::string_view typePrefix = "NodeProbe";
-constexpr const char* choiceUniform = "moxProbe"; ///< which no environment declares
+constexpr const char* choiceUniform = "moxProbe"; ///< not used by any environment
 constexpr std::int32_t parameterFlags = 0;
 
 const ShaderType colourType(ComponentType::Float, 3, 1, 1);
@@ -35,7 +35,7 @@ bool HasNode(const MaterialDocument& document, const std::string& id)
                        [&](const DocumentNode& node) { return node.Id == id; });
 }
 
-/// The nodes that each node reads from or refers to.
+/// Returns, for each node, the nodes that it reads from or refers to.
 std::multimap<std::string, std::string> FindSources(const MaterialDocument& document)
 {
     std::multimap<std::string, std::string> sources;
@@ -62,7 +62,7 @@ const char* BodyOf(std::int32_t count)
     }
 }
 
-/// Of the interface parameter that a probe writes.
+/// Returns the name of the interface parameter that a probe writes.
 std::string ParameterOf(std::string_view number)
 {
     return Compose("probeColour", number);
@@ -128,7 +128,7 @@ MaterialDocument CutUpstream(const MaterialDocument& document,
     }
     MaterialDocument part = document;
     erase_if(part.Nodes, [&](const DocumentNode& other) { return !kept.contains(other.Id); });
-    // The nodes' own outputs lead to what is left out.
+    // Edges from the kept nodes to removed ones are dropped.
     erase_if(part.Edges, [&](const DocumentEdge& edge) { return !kept.contains(edge.Head); });
     return part;
 }
@@ -150,7 +150,7 @@ const char* NodeProbe::ChoiceUniform()
 
 PluginNode NodeProbe::Create(const std::string& type, const Place& where)
 {
-    // A plug-in may have types that begin alike.
+    // A plug-in may have types with the same prefix.
     const bool isProbe =
         type.starts_with(typePrefix) && type.size() > typePrefix.size() &&
         type.find_first_not_of("0123456789", typePrefix.size()) == std::string::npos;

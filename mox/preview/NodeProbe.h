@@ -10,36 +10,36 @@
 
 namespace Mox::Host {
 
-/// One output of a node. An empty port is the first one.
+/// One output of a node. An empty port means the first one.
 struct ProbedOutput
 {
     std::string Node;
     std::string Port;
 };
 
-/// Reads "id" or "id.port". Ids may hold dots themselves: the whole text is tried as an id first.
+/// Parses "id" or "id.port". Since ids may contain dots, the whole string is tried as an id first.
 /// @throws HostError if the document has no such node
 ProbedOutput FindNodeOutput(const MaterialDocument& document, const std::string& text);
 
-/// The part of a document that nodes depend on, these included, so that there are pictures of the
-/// nodes even if the rest is broken.
+/// Returns the part of a document that the given nodes depend on, including the nodes, so that they
+/// can be rendered even if the rest has errors.
 MaterialDocument CutUpstream(const MaterialDocument& document,
                              const std::vector<ProbedOutput>& nodes);
 
-/// An end of a material that shows the output of a node: passes it as a colour to the environment
-/// of MakeProbeEnvironment. One component becomes grey, two red and green, and of four the first
-/// three count. The probes of a material have numbers from 0.
+/// An output node that shows the output of another node: passes it as a colour to the environment
+/// of MakeProbeEnvironment. One component becomes grey, two become red and green, and the fourth of
+/// four is ignored. The probes of a material are numbered from 0.
 struct NodeProbe
 {
     static std::string TypeName(std::size_t number);
-    static const char* PortName();      ///< of the one input
-    static const char* ChoiceUniform(); ///< number of the probe that is shown
+    static const char* PortName();      ///< of the only input
+    static const char* ChoiceUniform(); ///< uniform with the number of the probe to show
 
-    /// @returns an empty handle if this is the type of no probe
+    /// @returns an empty handle if the type is not that of a probe
     static PluginNode Create(const std::string& type, const Place& where);
 };
 
-/// An environment in which a surface has the colour of one of its probes, without any light.
+/// Returns an environment that shows the colour of one of its probes, unlit.
 Environment MakeProbeEnvironment(Environment environment, std::size_t probes);
 
 } // namespace Mox::Host

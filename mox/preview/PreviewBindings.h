@@ -13,35 +13,36 @@
 
 namespace Mox::Host {
 
-/// The numbers of a value such as "1, 0.5, 0", with one comma between two of them; spaces around a
-/// number are ignored.
+/// Parses a value such as "1, 0.5, 0": numbers separated by single commas. Spaces around a number
+/// are ignored.
 /// @returns nothing if a part is not a finite decimal number
 std::optional<std::vector<float>> ParseNumbers(std::string_view text);
 
-/// The run-time parameters of a material with their values: those of the caller win over those of
-/// the document, and these over the nodes' own.
+/// The run-time parameters of a material and their values. The caller's values have precedence over
+/// those of the document, and these over the defaults of the nodes.
 class PreviewBindings
 {
 public:
-    /// @throws HostError naming the node that fails
+    /// @throws HostError that names the node if a node fails
     explicit PreviewBindings(const MaterialGraph& graph);
 
-    /// Gives the bindings of that name a value in its attribute form: numbers with commas between
-    /// them, or the file of a texture.
+    /// Sets the value of all bindings with a name: numbers separated by commas, or the file of a
+    /// texture.
     /// @returns false if there is no such binding
-    /// @throws HostError if the text is no value for it
+    /// @throws HostError if the value is not valid for the binding
     bool Set(const std::string& name, const std::string& value);
 
-    /// The binding that a parameter stands for; null if there is none, or if the parameter is a
-    /// value of the environment.
+    /// Returns the binding that a parameter represents; null if there is none, or if the parameter
+    /// is a value of the environment.
     const PluginBinding* Find(const ProgramParameter& parameter) const;
 
-    /// The names in quotes, with commas between them.
+    /// Returns the names in quotes, separated by commas.
     std::string ListNames() const;
 
 private:
     std::vector<PluginBinding> _bindings;
-    std::map<std::pair<ParameterKind, std::string>, std::size_t> _byName; ///< the first ones
+    /// Index of the first binding of each kind and name.
+    std::map<std::pair<ParameterKind, std::string>, std::size_t> _byName;
 };
 
 } // namespace Mox::Host

@@ -23,7 +23,7 @@ vk::SampleCountFlagBits ChooseSamples(const VulkanDevice& device)
                                                    : vk::SampleCountFlagBits::e1;
 }
 
-/// One of these two is always there.
+/// Every device supports one of these two formats.
 vk::Format ChooseDepthFormat(const VulkanDevice& device)
 {
     const vk::FormatProperties properties =
@@ -142,7 +142,7 @@ void Renderer::MakePass()
     const vk::AttachmentReference resolved(2, Layout::eColorAttachmentOptimal);
     const vk::SubpassDescription subpass({}, vk::PipelineBindPoint::eGraphics, 0, nullptr, 1,
                                          &colour, isResolved ? &resolved : nullptr, &depth);
-    // Runs are waited for one by one, so only the copy behind the pass has something to wait for.
+    // Submissions are waited for one by one, so only the copy after the pass needs a dependency.
     const vk::SubpassDependency copy(0, VK_SUBPASS_EXTERNAL, Stage::eColorAttachmentOutput,
                                      Stage::eTransfer, Access::eColorAttachmentWrite,
                                      Access::eTransferRead);

@@ -7,18 +7,18 @@
 
 namespace Mox::Host {
 
-/// Draws the same things into pictures of one size, as often as their uniforms change. What
-/// programs put out is linear light; pictures hold sRGB.
+/// Renders the same draw calls to images of one size, each time with new uniforms. Programs output
+/// linear light; the images are sRGB.
 class Renderer
 {
 public:
-    /// @param device must outlive the object
-    /// @param draws are drawn in this order
-    /// @throws HostError if the device cannot draw pictures of this size
+    /// @param device must outlive this object
+    /// @param draws in drawing order
+    /// @throws HostError if the device cannot render images of this size
     Renderer(const VulkanDevice& device, std::uint32_t width, std::uint32_t height,
              const std::vector<DrawCall>& draws);
 
-    /// Replaces the contents of a draw's uniform block.
+    /// Replaces the contents of a uniform block of a draw call.
     void SetUniforms(std::size_t draw, const DrawUniforms& uniforms);
 
     Picture Render() const;
@@ -33,9 +33,9 @@ private:
     std::uint32_t _height;
     vk::SampleCountFlagBits _samples;
     vk::Format _depthFormat;
-    GpuImage _colour; ///< several samples for each pixel
+    GpuImage _colour; ///< multisampled
     GpuImage _depth;
-    GpuImage _resolved; ///< one sample for each pixel
+    GpuImage _resolved; ///< one sample per pixel
     vk::raii::RenderPass _pass = nullptr;
     vk::raii::Framebuffer _framebuffer = nullptr;
     GpuBuffer _readback;

@@ -13,8 +13,8 @@ namespace Mox::Host {
 
 namespace {
 
-constexpr float halfViewAngle = 0.2617994f; ///< 15 degrees, of the height
-constexpr float filledPart = 0.9f;          ///< of the picture, by the mesh
+constexpr float halfViewAngle = 0.2617994f; ///< 15 degrees, vertical
+constexpr float filledPart = 0.9f;          ///< of the image, by the mesh
 
 const glm::vec3 keyLight(-0.5f, 0.6f, 0.65f);
 
@@ -71,8 +71,8 @@ std::vector<float> ValuesOf(const glm::vec3& vector)
     return {vector.x, vector.y, vector.z};
 }
 
-/// The directions to the lights of physical surfaces: one from the upper left, one from behind, and
-/// two without light. The fourth numbers say that they are far away.
+/// Returns the directions to the lights of physical surfaces: one from the upper left, one from
+/// behind, and two unused ones. A fourth component of 0 marks a directional light.
 std::vector<float> ListLights()
 {
     const glm::vec3 rimLight(0.8f, 0.5f, -0.7f);

@@ -10,7 +10,7 @@
 
 namespace Mox::Host {
 
-/// Values of uniforms by their names; matrices column by column.
+/// Values of uniforms by name; matrices in column order.
 using UniformValues = std::map<std::string, std::vector<float>>;
 
 /// A texture that the environment reads.
@@ -22,9 +22,9 @@ struct SceneTexture
 
 using SceneTextures = std::map<std::string, SceneTexture>;
 
-/// What the environment of a preview supplies: the camera so that the mesh fills the picture, a
-/// light from the upper left and a sky. All colours are linear light.
-/// @param aspect width of the picture over its height
+/// Returns the values that the preview's environment supplies: a camera that fits the mesh into the
+/// image, a light from the upper left and a sky. All colours are linear.
+/// @param aspect width of the image divided by its height
 UniformValues MakeSceneValues(const Mesh& mesh, float aspect);
 
 } // namespace Mox::Host

@@ -35,7 +35,7 @@ float ToSrgb(float linear)
     return linear <= 0.0031308f ? linear * 12.92f : 1.055f * std::pow(linear, 1.0f / 2.4f) - 0.055f;
 }
 
-/// What bytes stand for.
+/// Returns the values that bytes represent.
 std::array<float, 256> MakeByteTable(bool isSrgb)
 {
     std::array<float, 256> table{};
@@ -46,7 +46,7 @@ std::array<float, 256> MakeByteTable(bool isSrgb)
     return table;
 }
 
-/// Reads and writes texels of images of one format as values that may be averaged.
+/// Reads and writes texels of one image format as values that can be averaged.
 class TexelCodec
 {
 public:
@@ -96,7 +96,7 @@ TextureImage Halve(const TextureImage& image, const TexelCodec& codec)
         for (std::uint32_t x = 0; x < half.Width; ++x) {
             glm::vec4 sum(0.0f);
             float count = 0.0f;
-            // Odd sizes make some texels cover three.
+            // With odd sizes, some texels cover three.
             for (std::uint32_t j = y * image.Height / half.Height;
                  j < (y + 1) * image.Height / half.Height; ++j) {
                 for (std::uint32_t i = x * image.Width / half.Width;
@@ -131,7 +131,7 @@ TextureImage MakeCheckerImage()
 
 TextureImage MakeFlatNormalImage()
 {
-    // Bytes have no middle between 0 and 1.
+    // Bytes cannot represent exactly 0.5.
     constexpr float flat[] = {0.5f, 0.5f, 1.0f, 0.5f};
     return MakeImage(1, 1, TexelFormat::Float, flat);
 }

@@ -6,19 +6,19 @@
 
 namespace Mox::Host {
 
-/// Checks of two greys: stands in for an image that nobody names.
+/// Returns checks of two greys, which replace a texture without a file.
 TextureImage MakeCheckerImage();
 
-/// Stands in for a normal map: no bump anywhere, in both ways of storing normals.
+/// Returns the replacement for a normal map: no bumps, in both encodings of normals.
 TextureImage MakeFlatNormalImage();
 
-/// The image as floats.
-/// @param isSrgb whether bytes hold sRGB colours, which become linear light
+/// Converts an image to floats.
+/// @param isSrgb whether bytes are sRGB colours, which are converted to linear light
 TextureImage ToLinearFloats(const TextureImage& image, bool isSrgb);
 
-/// The image and its smaller copies down to one texel, each half as wide and high as the one
-/// before. Every texel is the mean of those that it covers.
-/// @param isSrgb whether colours are sRGB, so that the mean must be that of the light
+/// Returns the image and its mip levels down to one texel, each half as wide and high as the one
+/// before. Each texel is the mean of those that it covers.
+/// @param isSrgb whether colours are sRGB, in which case they are averaged in linear light
 std::vector<TextureImage> MakeMipLevels(TextureImage image, bool isSrgb);
 
 } // namespace Mox::Host

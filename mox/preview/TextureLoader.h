@@ -11,19 +11,19 @@
 
 namespace Mox::Host {
 
-/// Loads the textures of one picture. A texture that cannot be used costs no more than itself: a
-/// stand-in takes its place, and a warning names the file.
+/// Loads the textures of one image. A texture that cannot be used is replaced by a stand-in, with a
+/// warning that names the file.
 class TextureLoader
 {
 public:
-    /// @param files must outlive the object
-    /// @param folder in which relative names of files start
-    /// @param deviceSide largest width and height of a texture that the device can hold
-    /// @param problems takes the warnings, and must outlive the object
+    /// @param files must outlive this object
+    /// @param folder that relative file names refer to
+    /// @param deviceSide maximum width and height of a texture on the device
+    /// @param problems receives the warnings; must outlive this object
     TextureLoader(FileDecoder& files, std::filesystem::path folder, std::uint32_t deviceSide,
                   ProblemList& problems);
 
-    /// The file that the binding names, with its smaller levels, or a stand-in.
+    /// Returns all mip levels of the binding's file, or those of a stand-in.
     std::vector<TextureImage> Load(const TextureSettings& binding);
 
 private:
@@ -33,7 +33,7 @@ private:
     std::filesystem::path _folder;
     std::uint32_t _deviceSide;
     ProblemList& _problems;
-    std::uint64_t _bytes = 0; ///< of all textures so far
+    std::uint64_t _bytes = 0; ///< total size of all textures so far
 };
 
 } // namespace Mox::Host

@@ -18,7 +18,7 @@ using Materials::Compose;
 constexpr const char* validationLayer = "VK_LAYER_KHRONOS_validation";
 constexpr const char* noDevice = "no Vulkan device was found";
 
-/// Pictures are drawn with y up, which takes a viewport of negative height.
+/// Version 1.1 allows viewports of negative height, which are needed to render with y up.
 constexpr std::uint32_t apiVersion = VK_API_VERSION_1_1;
 
 vk::raii::Context OpenLoader()
@@ -41,7 +41,7 @@ std::optional<std::uint32_t> FindQueueFamily(const vk::raii::PhysicalDevice& dev
     return static_cast<std::uint32_t>(std::distance(families.begin(), family));
 }
 
-/// Kinds of devices, the better the higher.
+/// Rates the kind of a device; higher is better.
 int RateKind(vk::PhysicalDeviceType kind)
 {
     switch (kind) {
@@ -119,8 +119,8 @@ void VulkanDevice::ChooseDevice()
     }
     if (bestRate == 0)
         throw HostError({}, noDevice);
-    // Mesa's processor device (22.3) cannot compile an anisotropic read of a 1D texture, and gives
-    // wrong texels where a coordinate stands still.
+    // Mesa's CPU device (22.3) does not support anisotropic reads of 1D textures, and returns wrong
+    // texels where a coordinate is constant.
     _hasAnisotropy = _properties.deviceType != vk::PhysicalDeviceType::eCpu &&
                      _physical.getFeatures().samplerAnisotropy;
 }

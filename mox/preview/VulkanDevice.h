@@ -7,7 +7,7 @@
 
 namespace Mox::Host {
 
-/// A buffer with its memory. The memory is mapped if the host can see it.
+/// A buffer with its memory, which is mapped if the host can access it.
 struct GpuBuffer
 {
     vk::raii::DeviceMemory Memory = nullptr;
@@ -15,7 +15,7 @@ struct GpuBuffer
     std::byte* Mapped = nullptr;
 };
 
-/// An image with its memory and a view of all its levels.
+/// An image with its memory and a view of all mip levels.
 struct GpuImage
 {
     vk::raii::DeviceMemory Memory = nullptr;
@@ -23,14 +23,14 @@ struct GpuImage
     vk::raii::ImageView View = nullptr;
 };
 
-/// A Vulkan device and the one queue that pictures are drawn on, without a window. The loader is
-/// opened at run time, so a machine without it can still start the program.
+/// A Vulkan device and the queue used for rendering, without a window. The Vulkan loader is opened
+/// at run time, so programs also start on machines without it.
 class VulkanDevice
 {
 public:
-    /// Takes the fastest kind of device that there is, a processor in the worst case.
-    /// @param withValidation lets the validation layer watch every call
-    /// @throws HostError if there is no device, or no validation layer where it is wanted
+    /// Chooses the fastest kind of device available, in the worst case a CPU implementation.
+    /// @param withValidation enables the validation layer
+    /// @throws HostError if there is no device, or if the requested validation layer is missing
     explicit VulkanDevice(bool withValidation);
 
     const vk::raii::Device& Get() const { return _device; }
@@ -39,16 +39,16 @@ public:
     std::string Name() const { return _properties.deviceName; }
     bool HasAnisotropy() const { return _hasAnisotropy; }
 
-    /// What the validation layer has said so far.
+    /// Messages of the validation layer so far.
     const std::vector<std::string>& ValidationMessages() const { return _messages; }
 
-    /// A buffer that the host writes or reads.
+    /// Makes a buffer that the host writes or reads.
     GpuBuffer MakeBuffer(vk::DeviceSize size, vk::BufferUsageFlags usage) const;
 
-    /// An image in the device's own memory, with a view of its kind.
+    /// Makes an image in device memory, with a matching view.
     GpuImage MakeImage(const vk::ImageCreateInfo& info, vk::ImageAspectFlags aspect) const;
 
-    /// Lets the queue do what record writes down, and waits until it is done.
+    /// Submits the commands that record adds, and waits until they are complete.
     void Run(const std::function<void(const vk::raii::CommandBuffer&)>& record) const;
 
 private:
