@@ -7,13 +7,13 @@ namespace Mox::Host {
 
 namespace {
 
-/// A number from 0 to 1; what is no number becomes 0.
+/// Clamps a number to the range from 0 to 1; NaN becomes 0.
 float Clamp(float part)
 {
     return part > 0.0f ? std::min(part, 1.0f) : 0.0f;
 }
 
-/// Relative luminance, 0 for black and 1 for white.
+/// Returns the relative luminance: 0 for black, 1 for white.
 float LuminanceOf(const Colour& colour)
 {
     const auto linear = [](float part) { return std::pow(Clamp(part), 2.2f); };
@@ -21,7 +21,7 @@ float LuminanceOf(const Colour& colour)
            0.0722f * linear(colour.Blue);
 }
 
-/// From 1 for the same luminance to 21 for black and white.
+/// Returns the contrast ratio: 1 for equal luminance, 21 for black and white.
 float ContrastOf(const Colour& a, const Colour& b)
 {
     const auto [darker, lighter] = std::minmax({LuminanceOf(a), LuminanceOf(b)});

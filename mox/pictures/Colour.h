@@ -4,22 +4,22 @@
 
 namespace Mox::Host {
 
-/// An opaque colour; each part is from 0 to 1.
+/// An opaque colour; components range from 0 to 1.
 struct Colour
 {
     float Red;
     float Green;
     float Blue;
 
-    /// "#rrggbb"; parts out of range are taken to its end.
+    /// Formats the colour as "#rrggbb"; components are clamped to the range from 0 to 1.
     std::string Format() const;
 };
 
-/// From a to b: share 0 gives a, 1 gives b.
+/// Interpolates linearly: share 0 returns a, 1 returns b.
 Colour Mix(const Colour& a, const Colour& b, float share);
 
-/// The wanted colour if text in it can be read on the background; else black or white, whichever
-/// can be read better.
+/// Returns the wanted text colour if it is readable on the background; otherwise black or white,
+/// whichever has more contrast.
 Colour ReadableOn(const Colour& background, const Colour& wanted);
 
 } // namespace Mox::Host

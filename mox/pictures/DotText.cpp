@@ -18,10 +18,10 @@ struct Character
     bool IsPrintable;
 };
 
-/// The character that text, which is not empty, starts with.
+/// Returns the first character of a text that is not empty.
 Character FirstCharacter(std::string_view text)
 {
-    // The decoder wants to see a few bytes behind the end, as zeros.
+    // The decoder reads a few bytes past the end, which must be zero.
     const std::string head(text.substr(0, 4));
     int length = static_cast<int>(head.size());
     const int code = xmlGetUTF8Char(reinterpret_cast<const unsigned char*>(head.c_str()), &length);
@@ -35,7 +35,7 @@ Character FirstCharacter(std::string_view text)
     return {static_cast<std::size_t>(length), !isControl && IS_CHAR(code)};
 }
 
-/// Calls take with each character, cleaned; a line end, however it is written, is "\n".
+/// Calls take with each sanitized character; every kind of line break becomes "\n".
 template <class Take>
 void ForEachCharacter(std::string_view text, Take take)
 {
@@ -54,7 +54,7 @@ void ForEachCharacter(std::string_view text, Take take)
     }
 }
 
-/// @param backslash stands for one, which starts escape sequences
+/// @param backslash replacement for a backslash, which would start an escape sequence
 std::string EscapeTags(std::string_view text, std::string_view backslash)
 {
     std::string escaped;
@@ -94,7 +94,7 @@ std::string Clean(std::string_view text, std::string_view lineEnd)
     return cleaned;
 }
 
-// Labels are searched once for escape sequences, other attributes twice.
+// Graphviz interprets escape sequences once in labels and twice in other attributes.
 constexpr std::string_view labelBackslash = R"(\\)";
 constexpr std::string_view attributeBackslash = R"(\\\\)";
 
@@ -107,7 +107,7 @@ std::string QuoteTooltip(std::string_view text)
 
 std::string EscapeLabel(std::string_view text)
 {
-    constexpr std::string_view blank = "&#160;"; // tags around nothing are no label
+    constexpr std::string_view blank = "&#160;"; // an empty element is not valid in a label
     return text.empty() ? std::string(blank) : EscapeTags(Clean(text, " "), labelBackslash);
 }
 

@@ -6,23 +6,23 @@
 
 namespace Mox::Host {
 
-/// Text of users inside the DOT language. Whatever the text holds, it is shown as it stands, but
-/// for what no picture can show: control characters and bytes that are no UTF-8 become U+FFFD.
+/// Escaping of the user's text in the DOT language. The text appears in the diagram unchanged,
+/// except that control characters and invalid UTF-8 become U+FFFD.
 
-/// The value of a tooltip attribute, in quotes; line ends stay line ends, as in EscapeTooltip.
+/// Formats the value of a tooltip attribute, in quotes. Line breaks are kept, as in EscapeTooltip.
 std::string QuoteTooltip(std::string_view text);
 
-/// For text between the tags of an HTML-like label, as one line.
+/// Escapes text between the tags of an HTML-like label, as a single line.
 std::string EscapeLabel(std::string_view text);
 
-/// For the tooltip of a tag in a label, between quotes.
+/// Escapes the tooltip of a tag in a label, which is between quotes.
 std::string EscapeTooltip(std::string_view text);
 
-/// At most maxLength characters; what is longer ends in an ellipsis.
+/// Shortens text to at most maxLength characters, including an ellipsis if it is cut.
 std::string Shorten(std::string_view text, std::size_t maxLength);
 
-/// Label text in lines of at most lineLength characters, which start at the left and break at
-/// blanks where they can.
+/// Wraps label text into left-aligned lines of at most lineLength characters, broken at spaces
+/// where possible.
 std::string WrapLabel(std::string_view text, std::size_t lineLength);
 
 } // namespace Mox::Host

@@ -29,7 +29,7 @@ namespace {
 using Materials::Compose;
 namespace fs = std::filesystem;
 
-/// An empty folder that is removed with the object.
+/// A temporary folder that is removed with the object.
 class TemporaryFolder : private boost::noncopyable
 {
 public:
@@ -60,11 +60,11 @@ private:
         fs::remove_all(_path, ignored);
     }
 
-    fs::path _path; ///< empty until the folder is there
+    fs::path _path; ///< empty until the folder exists
     const EndCleanup _cleanup{[this] { Remove(); }};
 };
 
-/// @returns what waitpid says of a child; nothing if another thread has been told already
+/// @returns the status from waitpid; nothing if another thread has already waited for the child
 std::optional<int> WaitFor(pid_t child)
 {
     int status = 0;
@@ -75,8 +75,8 @@ std::optional<int> WaitFor(pid_t child)
     return status;
 }
 
-/// Runs a program without input; what it prints goes to a file.
-/// @returns its exit status, or 128 and the number of the signal that ended it
+/// Runs a program without input; its output is written to a file.
+/// @returns its exit status, or 128 plus the number of the signal that ended it
 int RunProgram(std::vector<std::string> arguments, const fs::path& messages)
 {
     std::vector<char*> pointers;
@@ -90,7 +90,7 @@ int RunProgram(std::vector<std::string> arguments, const fs::path& messages)
     posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, messages.c_str(),
                                      O_WRONLY | O_CREAT | O_APPEND, 0600);
     posix_spawn_file_actions_adddup2(&files, STDOUT_FILENO, STDERR_FILENO);
-    posix_spawnattr_t ownGroup; // so that the programs that it starts can be killed with it
+    posix_spawnattr_t ownGroup; // so that its child processes can be killed with it
     posix_spawnattr_init(&ownGroup);
     posix_spawnattr_setflags(&ownGroup, POSIX_SPAWN_SETPGROUP);
     std::atomic<pid_t> child = 0;
@@ -120,7 +120,7 @@ int RunProgram(std::vector<std::string> arguments, const fs::path& messages)
     return WIFEXITED(status) ? WEXITSTATUS(status) : signalStatus + WTERMSIG(status);
 }
 
-/// Raises what went wrong when Graphviz ran under "env" and "timeout".
+/// Throws if Graphviz failed when run under "env" and "timeout".
 void RequireSuccess(int status, const fs::path& messages)
 {
     constexpr int timedOut = 124;
@@ -146,8 +146,8 @@ std::string EncodeBase64(const std::string& bytes)
     return text;
 }
 
-/// Puts images in the place of the names of their files. No text of a drawing can look like the
-/// start of an element.
+/// Replaces the file names of images by their data. No text in a drawing can be mistaken for the
+/// start of an element, since "<" is always escaped.
 std::string EmbedImages(const std::string& svg, const TemporaryFolder& folder)
 {
     constexpr std::string_view opening = "<image xlink:href=\"";
@@ -168,7 +168,7 @@ std::string EmbedImages(const std::string& svg, const TemporaryFolder& folder)
 
 std::string RenderPicture(const Drawing& drawing, PictureFormat format)
 {
-    constexpr std::size_t maxDotSize = std::size_t(32) << 20; // takes longer than anyone waits
+    constexpr std::size_t maxDotSize = std::size_t(32) << 20; // a larger graph takes too long
     if (drawing.Dot.size() > maxDotSize)
         throw HostError({}, "the graph is too large to be drawn");
     const TemporaryFolder folder;
@@ -179,7 +179,7 @@ std::string RenderPicture(const Drawing& drawing, PictureFormat format)
         WritePng(image, folder / file);
     const bool isSvg = format == PictureFormat::Svg;
     const fs::path messages = folder / "messages";
-    // The locale would make commas of the points in numbers.
+    // Another locale could write numbers with decimal commas.
     RequireSuccess(RunProgram({"env", "--chdir=" + folder.Path().string(), "LC_ALL=C", "timeout",
                                "--kill-after=5", "2m", "dot", isSvg ? "-Tsvg" : "-Tpng", "-o",
                                "drawn", "drawing.dot"},

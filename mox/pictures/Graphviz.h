@@ -7,24 +7,24 @@
 
 namespace Mox::Host {
 
-/// A drawing that is not laid out yet.
+/// A diagram before layout.
 struct Drawing
 {
-    std::string Dot; ///< in the DOT language; the same graph gives the same text
-    std::map<std::string, Picture> Images; ///< by the name of the PNG file that Dot shows
+    std::string Dot;                       ///< in the DOT language; the same for equal graphs
+    std::map<std::string, Picture> Images; ///< by the file name of the PNG that Dot refers to
 };
 
 enum class PictureFormat
 {
-    Svg, ///< one file that holds its images
+    Svg, ///< one file with embedded images
     Png,
 };
 
-/// Lays a picture out and draws it. Graphviz runs as a program of its own: its library keeps every
-/// image that it has read under the name of its file for good, is not made for threads, and a graph
-/// too large for it would take the host along.
-/// @returns the bytes of the file
-/// @throws HostError if Graphviz is missing, fails, or is not done within two minutes
+/// Lays out and renders a diagram. Graphviz runs as a separate program because its library caches
+/// every image under its file name for the lifetime of the process, is not thread-safe, and would
+/// crash the host if a graph is too large for it.
+/// @returns the contents of the image file
+/// @throws HostError if Graphviz is missing, fails, or takes more than two minutes
 std::string RenderPicture(const Drawing& drawing, PictureFormat format);
 
 } // namespace Mox::Host

@@ -19,17 +19,17 @@ using Materials::Compose;
 using Materials::GuiNode;
 using Materials::GuiPort;
 
-constexpr float mutedShare = 0.25f;     ///< of the background in text that is less important
-constexpr float lineShare = 0.45f;      ///< of black in lines around a background
-constexpr const char* blank = "&#160;"; ///< since Graphviz refuses an empty label
-constexpr const char* annotationOpacity = "28"; ///< as the last digits of a colour
+constexpr float mutedShare = 0.25f;             ///< share of the background in less important text
+constexpr float lineShare = 0.45f;              ///< share of black in lines around a background
+constexpr const char* blank = "&#160;";         ///< Graphviz rejects an empty label
+constexpr const char* annotationOpacity = "28"; ///< alpha as the last digits of a colour
 
-/// A port as it is drawn.
+/// A port in the diagram.
 struct DrawnPort
 {
     std::string Name;
     std::string Label;
-    std::string Type; ///< with a question mark for what is not known
+    std::string Type; ///< with a question mark for what is unknown
     bool IsConflict = false;
     bool IsConnected = false;
 };
@@ -38,12 +38,12 @@ struct DrawnPort
 struct DrawnPorts
 {
     std::vector<DrawnPort> Ports;
-    std::unordered_map<std::string, std::size_t> Positions; ///< of the first port of a name
+    std::unordered_map<std::string, std::size_t> Positions; ///< of the first port with each name
 };
 
 struct DrawnNode
 {
-    std::string Name; ///< in the text
+    std::string Name; ///< in the DOT source
     const MaterialGraph::Node* Node;
     DrawnPorts Inputs;
     DrawnPorts Outputs;
@@ -56,7 +56,7 @@ std::string FormatPortType(const GuiPort& port)
         try {
             precision = GetComponentName(port.Precision);
         } catch (const ShaderError&) {
-            // a node may set what is no precision
+            // the precision of a port may be invalid
         }
     }
     if (port.PrecisionKnown && port.CountKnown && port.ComponentCount == 1)
@@ -76,7 +76,7 @@ DrawnPorts DrawnPortsOf(const std::vector<GuiPort>& ports)
     return drawn;
 }
 
-/// Position of a port, which is added if the node has none of that name.
+/// Returns the position of a port, and adds it if the node has no port with that name.
 std::size_t FindOrAddPort(DrawnPorts& ports, const std::string& name)
 {
     const auto [position, isNew] = ports.Positions.emplace(name, ports.Ports.size());
@@ -103,7 +103,7 @@ public:
 
     Drawing Draw()
     {
-        // Edges first: they settle which ports there are.
+        // Draw edges first, since they may add ports.
         std::string edges;
         for (const auto& edge : _graph.Edges())
             edges += DrawEdge(*edge.Gui);
@@ -119,11 +119,11 @@ public:
     }
 
 private:
-    /// Nodes and annotations, those in a frame as a cluster.
+    /// Draws nodes and annotations; those in a frame form a cluster.
     std::string DrawItems()
     {
         const FramePlan plan = PlanFrames(_graph);
-        std::vector<std::string> texts(plan.ItemCount() + 1); // by frame: what is in it
+        std::vector<std::string> texts(plan.ItemCount() + 1); // contents of each frame
         const auto add = [&](std::size_t item, const std::string& text) {
             const std::size_t parent = plan.Parents[item];
             texts[parent == FramePlan::None ? plan.ItemCount() : parent] += text;
@@ -183,7 +183,7 @@ private:
                        attributes, "]\n");
     }
 
-    /// Lines from the nodes that a node refers to. They have no influence on the layout.
+    /// Draws lines from the nodes that a node refers to. They do not affect the layout.
     std::string DrawReferences(const DrawnNode& node)
     {
         std::string lines;
@@ -204,7 +204,7 @@ private:
         return entry == _index.end() ? nullptr : &_nodes[entry->second];
     }
 
-    /// Counts that do not agree show even if nobody has reported them.
+    /// Returns the mark of a port. Conflicting counts are shown even if no problem reports them.
     ProblemMark MarkOf(const DrawnNode& node, const DrawnPort& port) const
     {
         ProblemMark mark = _marks.OfPort(node.Node->Id, port.Name);
@@ -249,7 +249,7 @@ private:
         const PluginNode& gui = node.Node->Gui;
         const Colour text = TextColourOf(gui);
         const Colour muted = MutedColourOf(gui);
-        // Room to spare is shared out among the columns: these keep icon and title together.
+        // Extra width is distributed over the columns; these keep icon and title together.
         constexpr const char* filler = "<TD COLSPAN=\"12\"></TD>";
         std::string id = EscapeLabel(Shorten(node.Node->Id, maxNameLength));
         if (node.Node->IsPlaceholder)
@@ -280,7 +280,7 @@ private:
                        "\"/></TD>");
     }
 
-    /// One cell of a port's row; it is empty where one side has fewer ports.
+    /// Draws one cell of a row of ports; empty on the side that has fewer ports.
     std::string DrawPort(const DrawnNode& node, const std::vector<DrawnPort>& ports,
                          std::size_t index, char side) const
     {
@@ -308,7 +308,7 @@ private:
             ">", row, "</TD>");
     }
 
-    /// The background as it looks on a white page.
+    /// Returns the background colour as it appears on a white page.
     static Colour BackgroundOf(const PluginNode& node)
     {
         const float* colour = node.BackgroundColour();

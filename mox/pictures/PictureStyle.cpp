@@ -12,14 +12,14 @@ namespace {
 using Materials::Compose;
 
 constexpr float messageSize = 8;
-constexpr std::size_t messageWidth = 38; ///< characters in a line
+constexpr std::size_t messageWidth = 38; ///< in characters per line
 constexpr std::size_t maxMessageLength = 240;
 
 } // namespace
 
 std::string OpenDot()
 {
-    // Viewers without the first font have another one of nearly the same widths.
+    // The alternatives have nearly the same widths as the first font.
     constexpr const char* font = "fontname=\"DejaVu Sans,Verdana,sans-serif\"";
     return Compose("digraph material {\n"
                    "  graph [rankdir=LR, nodesep=0.3, ranksep=0.6, pad=0.2, bgcolor=white, ",

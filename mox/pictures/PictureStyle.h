@@ -12,24 +12,24 @@
 
 namespace Mox::Host {
 
-/// What all pictures share.
+/// Styles shared by all diagrams.
 
-/// Opens a graph that grows from left to right, with the fonts and lines of all pictures.
+/// Opens a graph that is laid out from left to right, with the common fonts and line styles.
 std::string OpenDot();
 
-/// Colour of what an error or a warning belongs to: of lines and text, and of areas.
+/// The colours of items with an error or a warning: for lines and text, and for areas.
 Colour LineColourOf(Severity level);
 Colour AreaColourOf(Severity level);
 
-/// Label text in a font of its own.
-/// @param markup is label text already
+/// Formats label text in a different size and colour.
+/// @param markup label text that is already escaped
 std::string FontText(float points, const Colour& colour, std::string_view markup);
 
-/// The messages of a node as a row of its table, or nothing if there are none.
+/// Formats the messages of a node as a row of its table; empty if there are none.
 std::string FormatProblemRow(const ProblemMark& mark);
 
-/// What stands below the graph, as its attributes: a legend and the messages of what has no node in
-/// the picture, each in its colour; nothing if there are none.
+/// Formats the attributes of the caption below the graph: a legend, and the messages that belong to
+/// no node in the diagram, each in its colour. Empty if there are none.
 /// @param legendCells cells of a table
 std::string FormatCaption(const std::vector<ProblemMark>& marks,
                           const std::string& legendCells = {});

@@ -4,7 +4,7 @@ namespace Mox::Host {
 
 namespace {
 
-/// The mark under a key, or one without a problem.
+/// Returns the mark for a key, or an empty mark.
 template <class Marks>
 const ProblemMark& Find(const Marks& marks, const typename Marks::key_type& key)
 {

@@ -10,12 +10,12 @@
 
 namespace Mox::Host {
 
-/// What is wrong with one thing in a picture.
+/// The problems of one item in a diagram.
 struct ProblemMark
 {
     bool IsProblem = false;
-    Severity Level = Severity::Warning; ///< of the worst problem
-    std::string Text;                   ///< the messages, a line each
+    Severity Level = Severity::Warning; ///< of the most severe problem
+    std::string Text;                   ///< the messages, one per line
 
     void Add(Severity level, const std::string& message);
 };
@@ -24,16 +24,16 @@ struct ProblemMark
 class ProblemMarks
 {
 public:
-    /// @param problems is kept by reference
+    /// @param problems must outlive this object
     explicit ProblemMarks(const ProblemList& problems);
 
-    /// All problems of a node, those of its ports included.
+    /// Returns all problems of a node, including those of its ports.
     const ProblemMark& OfNode(const std::string& id) const;
 
     const ProblemMark& OfPort(const std::string& id, const std::string& port) const;
 
-    /// Problems of the material as a whole, and of nodes that are not among those drawn, each by
-    /// itself.
+    /// Returns the problems of the material as a whole, and those of nodes that are not drawn, each
+    /// as a separate mark.
     std::vector<ProblemMark> Elsewhere(const std::unordered_set<std::string>& drawnIds) const;
 
 private:

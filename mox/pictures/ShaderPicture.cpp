@@ -25,7 +25,7 @@ constexpr Colour grey{0.5f, 0.5f, 0.5f};
 struct StageStyle
 {
     DrawnStage Stage;
-    const char* Name; ///< in the legend
+    const char* Name; ///< shown in the legend
     Colour Area;
     Colour Line;
 };
@@ -44,7 +44,7 @@ const StageStyle& StyleOf(DrawnStage stage)
                          [&](const StageStyle& style) { return style.Stage == stage; });
 }
 
-/// A question mark for what has no text.
+/// Formats a type; a question mark if it is invalid.
 std::string FormatType(const ShaderType& type)
 {
     try {
@@ -70,7 +70,7 @@ public:
         std::unordered_set<std::string> origins;
         for (const ShaderNodeHandle& node : _shader.Graph.Nodes)
             origins.insert(_shader.Origins.Of(*node).Node);
-        origins.erase(""); // the environment is no node
+        origins.erase(""); // the environment is not a node
         std::string dot = OpenDot() + FormatCaption(_marks.Elsewhere(origins), FormatLegend());
         for (const ShaderNodeHandle& node : _shader.Graph.Nodes)
             dot += DrawNode(*node);
@@ -103,7 +103,8 @@ private:
                        ", tooltip=", QuoteTooltip(TooltipOf(node, mark)), "]\n");
     }
 
-    /// Problems without a node are not those of the environment's nodes.
+    /// Returns the mark of a node. Problems without a node do not belong to nodes of the
+    /// environment.
     ProblemMark MarkOf(const ShaderNode& node) const
     {
         const std::string& origin = _shader.Origins.Of(node).Node;
@@ -129,7 +130,7 @@ private:
                        FontText(smallSize, MutedOn(style, text), EscapeLabel(type)), ">");
     }
 
-    /// Values that materials and host share by name are no values of the program themselves.
+    /// Interface parameters are dashed, since they are not values of the program themselves.
     static std::string LineStyleOf(const ShaderNode& node)
     {
         return node.Kind == ShaderNodeKind::InterfaceParameter ? "filled,dashed" : "filled";
@@ -236,7 +237,7 @@ private:
         return Compose(name, ":", std::string(1, side), port, ":", side == 'i' ? "w" : "e");
     }
 
-    /// What the colours mean, as cells of a row.
+    /// Formats the meaning of the colours as cells of a table row.
     std::string FormatLegend() const
     {
         std::string cells;
@@ -255,7 +256,7 @@ private:
     const GeneratedShader& _shader;
     const ShaderStages& _stages;
     const ProblemMarks& _marks;
-    std::unordered_map<const ShaderNode*, std::string> _names; ///< in the text
+    std::unordered_map<const ShaderNode*, std::string> _names; ///< in the DOT source
 };
 
 } // namespace

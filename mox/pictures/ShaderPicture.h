@@ -6,14 +6,13 @@
 
 namespace Mox::Host {
 
-/// Draws a shader graph with the stages in which its nodes run: functions as boxes under the id of
-/// the node that they come from, parameters as ellipses, conversions as small boxes. Values that
-/// cross from the vertex to the fragment program are bold lines with their registers; what nothing
-/// in the program reads is grey.
+/// Draws a shader graph and the stages of its nodes: functions are boxes below the id of the node
+/// that they come from, parameters are ellipses, conversions are small boxes. Values that cross
+/// from the vertex to the fragment program are bold lines labelled with their registers; nodes that
+/// the program does not read are grey.
 ///
-/// A graph with errors, which is not complete, is drawn without stages.
-/// @param problems what is red in the picture, as in DrawMaterial; takes what stands in the way of
-///        the stages
+/// An incomplete graph with errors is drawn without stages.
+/// @param problems shown as in DrawMaterial; receives those that prevent the choice of stages
 Drawing DrawShader(const GeneratedShader& shader, ProblemList& problems);
 
 } // namespace Mox::Host

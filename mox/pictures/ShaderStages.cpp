@@ -32,7 +32,7 @@ ShaderStages::ShaderStages(const GeneratedShader& shader, ProblemList& problems)
 
 void ShaderStages::CollectReadNames()
 {
-    // Back from every node of the program through chains of names.
+    // Follow chains of interface parameters backwards from each node of the program.
     struct Reader
     {
         const ShaderNode* Node;
@@ -100,13 +100,13 @@ std::optional<std::string> ShaderStages::CrossingOf(const ShaderEdge& edge) cons
     return places;
 }
 
-/// What the edge hands on, looked for through chains of names.
+/// Returns the value at the tail of an edge, following interface parameters.
 std::optional<ProgramValue> ShaderStages::ValueOf(const ShaderEdge& edge) const
 {
     ShaderNodeHandle tail = edge.Tail.lock();
     std::string port = edge.TailPort;
     while (tail && IsInterface(*tail)) {
-        // What the program reads runs in no circle, so this ends.
+        // Terminates, since nothing that the program reads is part of a cycle.
         const ShaderEdgeHandle write =
             tail->InEdges.empty() ? nullptr : tail->InEdges.front().lock();
         port = write ? write->TailPort : "";

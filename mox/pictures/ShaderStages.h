@@ -14,32 +14,32 @@
 
 namespace Mox::Host {
 
-/// How a shader node takes part in the programs.
+/// The part of the programs that a shader node belongs to.
 enum class DrawnStage
 {
-    None, ///< is only a name for a value, or the stages are not known
+    None, ///< only names a value, or the stages are unknown
     Vertex,
     Fragment,
     Both,
-    Dead, ///< nothing in the programs reads it
+    Dead, ///< not read by any program
 };
 
-/// The stages of a whole shader graph, with its interface parameters and dead nodes.
+/// The stages of a complete shader graph, including its interface parameters and dead nodes.
 class ShaderStages : private boost::noncopyable
 {
 public:
-    /// @param shader is referred to and must live as long as the result
-    /// @param problems with an error among them the stages are not known; takes what else stands in
-    ///        their way
+    /// @param shader must outlive this object
+    /// @param problems if there is an error, the stages are unknown; receives further problems that
+    ///        prevent the choice of stages
     ShaderStages(const GeneratedShader& shader, ProblemList& problems);
 
     bool IsKnown() const { return _layout.has_value(); }
 
     DrawnStage StageOf(const ShaderNode& node) const;
 
-    /// The register in which the edge's value comes to the fragment program, or nothing if the
-    /// value does not cross. The text is empty if the edge starts at a mere name of the value, or
-    /// if something stands in the way of the registers.
+    /// Returns the register in which the edge's value reaches the fragment program; nothing if the
+    /// value does not cross. The string is empty if the edge starts at an interface parameter, or
+    /// if the registers could not be assigned.
     std::optional<std::string> CrossingOf(const ShaderEdge& edge) const;
 
 private:
@@ -50,9 +50,10 @@ private:
 
     std::optional<ProgramGraph> _program;
     std::optional<CrossingLayout> _layout;
-    std::unordered_map<const ShaderNode*, std::size_t> _index; ///< in the program
+    std::unordered_map<const ShaderNode*, std::size_t> _index; ///< index of each node in the
+                                                               ///< program
     NodeSet _read;           ///< interface parameters that a function of the program reads
-    NodeSet _readInFragment; ///< interface parameters that one of the fragment stage reads
+    NodeSet _readInFragment; ///< interface parameters that a fragment function reads
 };
 
 } // namespace Mox::Host

@@ -6,11 +6,11 @@
 #include <map>
 #include <set>
 
-/// Nodes and edges that a shader graph takes all at once or not at all.
+/// Adds nodes and edges to a shader graph, all of them or none.
 ///
-/// Adding them here makes every check and every container entry. Commit moves the entries over,
-/// which cannot fail, so list, set and table of the graph and the lists of the nodes always agree.
-/// An addition that has failed is of no use any more.
+/// Adding them here performs all checks and allocations. Commit moves them to the graph, which
+/// cannot fail, so the graph's containers and the nodes' edge lists are always consistent. After a
+/// failure, the addition cannot be used any more.
 class GraphAddition
 {
 public:
@@ -19,7 +19,7 @@ public:
     /// @throws ShaderError as ShaderGraph::InsertNode does
     void AddNode(const ShaderNodeHandle& node);
 
-    /// An edge between nodes of the graph or of this addition.
+    /// Adds an edge between nodes of the graph or of this addition.
     /// @throws ShaderError as ShaderGraph::InsertEdge does
     void AddEdge(const ShaderEdgeHandle& edge);
 

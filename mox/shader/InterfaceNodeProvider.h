@@ -8,14 +8,15 @@
 
 class ShaderGraph;
 
-/// Supplies interface parameters that a graph does not hold yet. The host implements it.
+/// Supplies interface parameters that a graph does not contain yet. Implemented by the host.
 class MOX_API InterfaceNodeProvider
 {
 public:
     virtual ~InterfaceNodeProvider();
 
-    /// The parameter under a key, or an empty handle if this provider does not serve it. graph is
-    /// the one that asks; it does not store the answer, so a node that is to stay is inserted here.
+    /// Returns the parameter for a key, or an empty handle if this provider does not have it. The
+    /// graph that calls this function does not store the result; a provider inserts a node that is
+    /// to stay.
     virtual ShaderNodeHandle ProvideInterfaceNode(const std::string& name, std::int32_t flags,
                                                   ShaderGraph& graph) = 0;
 };

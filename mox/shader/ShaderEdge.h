@@ -10,12 +10,12 @@
 class ShaderNode;
 class ShaderEdge;
 
-/// Ordered containers key handles by the identity of the object, not by its contents.
+/// Ordered containers compare handles by the identity of the object, not by its contents.
 using ShaderNodeHandle = boost::shared_ptr<ShaderNode>;
 using ShaderEdgeHandle = boost::shared_ptr<ShaderEdge>;
 
-/// Joins an output port of one shader node to an input port of another, by name and unchecked.
-/// It keeps neither node alive and does not change after creation.
+/// Connects an output port of one shader node to an input port of another. The names are not
+/// checked. An edge does not keep its nodes alive, and does not change after creation.
 class MOX_API ShaderEdge
 {
 public:
@@ -23,8 +23,8 @@ public:
                const ShaderNodeHandle& head, const std::string& headPort, bool edgeFlag);
 
     boost::weak_ptr<ShaderNode> Tail; ///< the node whose output is read
-    boost::weak_ptr<ShaderNode> Head; ///< the node whose input is fed
+    boost::weak_ptr<ShaderNode> Head; ///< the node whose input receives the value
     std::string TailPort;
     std::string HeadPort;
-    bool EdgeFlag; ///< the host's; false on every edge that the library makes
+    bool EdgeFlag; ///< for the host; false for all edges that the library makes
 };

@@ -8,12 +8,12 @@
 #include <string>
 #include <vector>
 
-/// The stage in which a function runs. Any 32-bit value can be held.
+/// The stage in which a function runs. Can hold any 32-bit value.
 enum class ShaderLevel : std::int32_t
 {
     Vertex = 0,
     Fragment = 1,
-    Automatic = 2, ///< left to whoever assembles the stages
+    Automatic = 2, ///< chosen when the stages are assembled
 };
 
 enum class ShaderDirection : std::int32_t
@@ -22,8 +22,8 @@ enum class ShaderDirection : std::int32_t
     Output = 1,
 };
 
-/// An annotation that a host may carry along with a function or a parameter. The library makes none
-/// and only copies those that it finds.
+/// An annotation that a host may attach to a function or a parameter. The library creates none and
+/// only copies existing ones.
 struct MOX_API ShaderExtra
 {
     std::uint32_t Kind = 0;
@@ -38,13 +38,13 @@ struct MOX_API ShaderParameter
 {
     ShaderDirection Direction = ShaderDirection::Input;
     ShaderType Type = ShaderType(ComponentType::Unknown, 1, 1, 1);
-    std::uint32_t Reserved = 0; ///< carried for hosts; 0 here
+    std::uint32_t Reserved = 0; ///< for hosts; the library sets it to 0
     std::string Name;
-    std::string Annotation; ///< carried for hosts; empty here
+    std::string Annotation; ///< for hosts; the library leaves it empty
     std::list<ShaderExtra> Extras;
 };
 
-/// A Cg function as data. The body is opaque text.
+/// A Cg function as data. The body is not interpreted.
 class MOX_API ShaderFunction
 {
 public:
@@ -59,13 +59,13 @@ public:
 
     std::int32_t GetParameterCount() const;
 
-    /// The parameter at a position from 0 to GetParameterCount() - 1.
+    /// Returns the parameter at an index from 0 to GetParameterCount() - 1.
     /// @throws ShaderError outside that range
     const ShaderParameter& GetParameter(int index) const;
 
     ShaderLevel Level = ShaderLevel::Automatic;
     std::string Name = "unknown";
     std::vector<ShaderParameter> Parameters; ///< in order of addition, inputs and outputs mixed
-    std::string Code;                        ///< body text
+    std::string Code;                        ///< source of the body
     std::list<ShaderExtra> Extras;
 };

@@ -33,7 +33,7 @@ const char* LiteralOpening(const ShaderType& type)
 ShaderFunctionBuilder::ShaderFunctionBuilder()
 {
     Body.imbue(std::locale::classic());
-    // Otherwise the stream keeps a lack of memory to itself, and the text breaks off.
+    // Otherwise, running out of memory would silently truncate the code.
     Body.exceptions(std::ios::badbit);
 }
 

@@ -14,44 +14,45 @@
 #include <string>
 #include <utility>
 
-/// The result of one translation: all shader nodes and edges, which it owns, and the table of
-/// interface parameters, of which each (name, flags) key has one node.
+/// The result of translating a material: all shader nodes and edges, which the graph owns, and the
+/// table of interface parameters, with one node for each (name, flags) key.
 ///
-/// The graph only grows. It knows nothing of ports and types; its lists keep the order of
-/// insertion and its sets answer membership. Not synchronised. A failed operation leaves the graph
-/// as it was.
+/// Nodes and edges can only be added. The graph does not check ports and types; its lists are in
+/// insertion order and its sets are for lookup. Not thread-safe. An operation that fails leaves the
+/// graph unchanged.
 class MOX_API ShaderGraph : private boost::noncopyable
 {
 public:
     using InterfaceKey = std::pair<std::string, std::int32_t>;
 
-    /// An empty graph without providers; the host appends to Providers before it asks for keys.
+    /// Makes an empty graph without providers; the host adds Providers before it looks up keys.
     ShaderGraph();
     ~ShaderGraph();
 
-    /// Adds a node; an interface parameter also takes its key.
-    /// @throws ShaderError if the key is taken or the node is in the graph already
+    /// Adds a node and, if it is an interface parameter, its key.
+    /// @throws ShaderError if the key is taken or the node is already in the graph
     void InsertNode(const ShaderNodeHandle& node);
 
-    /// Makes an edge between two nodes of the graph and inserts it.
+    /// Makes and inserts an edge between two nodes of the graph.
+    /// @throws ShaderError as InsertEdge does
     /// @throws ShaderError as InsertEdge does
     void ConnectPorts(const ShaderNodeHandle& tail, const std::string& tailPort,
                       const ShaderNodeHandle& head, const std::string& headPort, bool flag);
 
-    /// Adds an edge and enters it in the lists of its two nodes.
-    /// @throws ShaderError if an end has gone or is not in the graph, if both ends are one node, or
-    ///         if the edge is in the graph already
+    /// Adds an edge, also to the lists of its two nodes.
+    /// @throws ShaderError if a node has been destroyed or is not in the graph, if both ends are
+    ///        the same node, or if the edge is already in the graph
     void InsertEdge(const ShaderEdgeHandle& edge);
 
-    /// Whether the graph itself holds the key. Providers are not asked.
+    /// Whether the graph itself contains the key; providers are not queried.
     bool HasInterfaceNode(const std::string& name, std::int32_t flags) const;
 
-    /// The node of a key. If the graph holds none, the providers are asked, the last one added
-    /// first, and what they give is not stored.
-    /// @throws ShaderError if nobody serves the key
+    /// Returns the node with a key. If the graph contains none, the providers are queried, last
+    /// added first; their result is not stored.
+    /// @throws ShaderError if there is no such node
     ShaderNodeHandle FindInterfaceNode(const std::string& name, std::int32_t flags);
 
-    /// FindInterfaceNode for a node that must have a type.
+    /// Like FindInterfaceNode, for a node that must have the given type.
     /// @throws ShaderError if the type differs in any field
     ShaderNodeHandle GetInterfaceNode(const std::string& name, std::int32_t flags,
                                       const ShaderType& expected);

@@ -100,7 +100,7 @@ void ShaderGraphGenerator::Connect(const ShaderNodeHandle& tail, const std::stri
 void ShaderGraphGenerator::RecordEdgeTail(const GuiEdgeHandle& edge, const ShaderNodeHandle& node,
                                           const std::string& port)
 {
-    std::string portCopy = port; // taken first, so that a failure leaves no half record
+    std::string portCopy = port; // copied first, so that a failure does not leave a partial record
     ShaderEdgeRecord& record = EdgeMap[edge];
     record.Tail = node;
     record.TailPort = std::move(portCopy);

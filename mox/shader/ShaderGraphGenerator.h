@@ -11,54 +11,56 @@
 #include <string>
 #include <vector>
 
-/// What became of one authoring edge. All handles are those that nodes gave to AddNode.
+/// The shader nodes that an authoring edge connects. All handles are those passed to AddNode.
 struct MOX_API ShaderEdgeRecord
 {
-    ShaderNodeHandle Tail;               ///< shader node that the edge leaves; may be empty
-    std::string TailPort;                ///< output port on Tail
-    std::vector<ShaderNodeHandle> Heads; ///< shader nodes that the edge feeds
-    std::vector<std::string> HeadPorts;  ///< input ports, position for position with Heads
+    ShaderNodeHandle Tail;               ///< shader node whose output the edge reads; may be empty
+    std::string TailPort;                ///< output port of Tail
+    std::vector<ShaderNodeHandle> Heads; ///< shader nodes that read the edge
+    std::vector<std::string> HeadPorts;  ///< input ports; same size and order as Heads
 };
 
-/// Through this authoring nodes build a shader graph. It serves one run over one material.
+/// The interface through which authoring nodes build a shader graph, for one translation of one
+/// material.
 ///
-/// It folds interface parameters, records the shader ends of each authoring edge, and lays shader
-/// edges with conversions where the types need one. Not synchronised.
+/// It merges interface parameters, records the shader nodes at both ends of each authoring edge,
+/// and adds shader edges, with conversions where types differ. Not thread-safe.
 class MOX_API ShaderGraphGenerator : private boost::noncopyable
 {
 public:
     using GuiEdgeHandle = boost::shared_ptr<Mox::Materials::GuiEdge>;
 
-    /// Fills graph, which the caller owns and keeps alive longer than the generator.
+    /// @param graph receives the nodes and edges; must outlive the generator
     explicit ShaderGraphGenerator(ShaderGraph& graph);
     ~ShaderGraphGenerator();
 
-    /// Enters a shader node. An interface parameter whose key the graph holds folds into that one;
-    /// the caller goes on using its own handle.
-    /// @throws ShaderError if the handle was added before, or if the type of a folding parameter
-    ///         differs; nothing changes then
+    /// Adds a shader node. If the graph already contains an interface parameter with the same key,
+    /// the node is merged with it; the caller continues to use its own handle.
+    /// @throws ShaderError if the handle was already added, or if the types of merged parameters
+    ///        differ; nothing changes then
     void AddNode(const ShaderNodeHandle& node);
 
-    /// The node that stands in the graph for an added handle.
+    /// Returns the node in the graph for a handle passed to AddNode.
     /// @throws ShaderError if the handle was never added
     ShaderNodeHandle GetShaderNode(const ShaderNodeHandle& node) const;
 
-    /// Lays a connection between two added nodes. Where the types differ, any component type
-    /// converts to any other and a scalar splats to a vector, through a function of its own.
-    /// @throws ShaderError if a handle was never added, a port does not exist or the shapes do not
-    ///         convert; nothing changes then
+    /// Connects two added nodes. If the types differ, a conversion function is inserted: any
+    /// component type converts to any other, and a scalar to a vector with equal components.
+    /// @throws ShaderError if a handle was never added, a port does not exist or the shapes cannot
+    ///        be converted; nothing changes then
     void Connect(const ShaderNodeHandle& tail, const std::string& tailPort,
                  const ShaderNodeHandle& head, const std::string& headPort);
 
-    /// Notes where an authoring edge starts; the last note counts.
+    /// Records where an authoring edge starts; a later call replaces an earlier one.
     void RecordEdgeTail(const GuiEdgeHandle& edge, const ShaderNodeHandle& node,
                         const std::string& port);
 
-    /// Notes one place where an authoring edge ends.
+    /// Records one of the places where an authoring edge ends.
     void RecordEdgeHead(const GuiEdgeHandle& edge, const ShaderNodeHandle& node,
                         const std::string& port);
 
-    std::map<ShaderNodeHandle, ShaderNodeHandle> NodeMap; ///< handle given to AddNode to graph node
-    std::map<GuiEdgeHandle, ShaderEdgeRecord> EdgeMap;    ///< the order has no meaning
+    std::map<ShaderNodeHandle, ShaderNodeHandle> NodeMap; ///< from handles passed to AddNode to
+                                                          ///< nodes of the graph
+    std::map<GuiEdgeHandle, ShaderEdgeRecord> EdgeMap;    ///< in no particular order
     ShaderGraph* Graph;                                   ///< not owned
 };

@@ -6,10 +6,10 @@
 #include <iosfwd>
 #include <string>
 
-/// Class of hardware registers and semantics. Any 32-bit value can be held.
+/// Types of hardware registers and semantics. Can hold any 32-bit value.
 enum class ShaderRegisterType : std::uint32_t
 {
-    RegisterUnknown = 0, ///< no register is bound
+    RegisterUnknown = 0, ///< not bound to a register
     VertexAttribute = 1,
     VertexConstant = 2,
     VertexTextureUnit = 3,
@@ -29,23 +29,22 @@ enum class ShaderRegisterType : std::uint32_t
     FragmentDepth = 17,
 };
 
-/// What is known of a register class.
+/// Properties of a register type.
 struct ShaderRegisterInfo
 {
-    std::uint32_t Writable; ///< 1 when a shader writes the register, 0 when it reads it
-    const char* Prefix;     ///< text before the index; not unique among the classes
-    const char* Suffix;     ///< text behind the index
-    std::int32_t Count;     ///< number of registers of the class
-    std::uint32_t Level;    ///< 0 the vertex stage, 1 the fragment stage
-    std::uint32_t Marked;   ///< for the host; nothing here reads it
+    std::uint32_t Writable; ///< 1 if shaders write the register, 0 if they read it
+    const char* Prefix;     ///< text before the index; not unique
+    const char* Suffix;     ///< text after the index
+    std::int32_t Count;     ///< number of registers of this type
+    std::uint32_t Level;    ///< 0 for the vertex stage, 1 for the fragment stage
+    std::uint32_t Marked;   ///< for the host; not used by the library
 };
 
-/// The constant row of a register class.
-/// @throws ShaderError if the value is none of those named
+/// Returns the properties of a register type.
+/// @throws ShaderError if the value is not one of the named ones
 MOX_API const ShaderRegisterInfo& GetRegisterInfo(ShaderRegisterType type);
 
-/// A register or semantic that a parameter stands on. The index is not checked against the class;
-/// a bound, where wanted, is the host's.
+/// The register or semantic of a parameter. The index is not checked; the host may limit it.
 class MOX_API ShaderRegister
 {
 public:
@@ -54,16 +53,16 @@ public:
 
     friend bool operator==(const ShaderRegister& a, const ShaderRegister& b) = default;
 
-    /// Whether a shader writes the register.
-    /// @throws ShaderError if Type is none of those named, as does FormatRegister
+    /// Whether shaders write the register.
+    /// @throws ShaderError if Type is not one of the named values; likewise FormatRegister
     bool IsWritable() const;
 
-    /// The register as Cg writes it; the index shows exactly for classes of more than one register.
+    /// Returns the register as written in Cg, with the index if there are several of its type.
     std::string FormatRegister() const;
 
     ShaderRegisterType Type = ShaderRegisterType::RegisterUnknown;
     std::int32_t Index = 0;
 };
 
-/// Writes FormatRegister(), whatever the locale of the stream.
+/// Writes FormatRegister(), independent of the locale of the stream.
 MOX_API std::ostream& operator<<(std::ostream& stream, const ShaderRegister& shaderRegister);

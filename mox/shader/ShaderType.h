@@ -6,7 +6,7 @@
 #include <iosfwd>
 #include <string>
 
-/// Element type of a Cg value. Any 32-bit value can be held; texts exist for the named ones.
+/// Element type of a Cg value. Can hold any 32-bit value; only the named ones have a Cg name.
 enum class ComponentType : std::int32_t
 {
     Unknown = 0,
@@ -23,11 +23,11 @@ enum class ComponentType : std::int32_t
     SamplerRect = 11,
 };
 
-/// The Cg word of an element type, zero-terminated and constant.
-/// @throws ShaderError if the value is none of those named
+/// Returns the Cg name of an element type, a string constant.
+/// @throws ShaderError if the value is not one of the named ones
 MOX_API const char* GetComponentName(ComponentType component);
 
-/// Type of a Cg value. No operation constrains the numbers.
+/// Type of a Cg value. The numbers are never checked.
 class MOX_API ShaderType
 {
 public:
@@ -36,19 +36,20 @@ public:
 
     friend bool operator==(const ShaderType& a, const ShaderType& b) = default;
 
-    /// The type as Cg writes it: "float", "float3", "float4x3" (rows first), "float3[8]".
-    /// @throws ShaderError if Component has no word
+    /// Returns the type as written in Cg: "float", "float3", "float4x3" (rows first), "float3[8]".
+    /// @throws ShaderError if Component has no Cg name
     std::string Format() const;
 
-    /// The declaration of a variable of this type, in which the array brackets follow the name.
-    /// @throws ShaderError if Component has no word
+    /// Returns the declaration of a variable of this type; array brackets follow the name.
+    /// @throws ShaderError if Component has no Cg name
     std::string FormatDeclaration(const std::string& name) const;
 
     ComponentType Component;
-    std::int32_t Columns;     ///< components of a vector or second dimension of a matrix; else 1
-    std::int32_t Rows;        ///< first dimension of a matrix; else 1
-    std::int32_t ArrayLength; ///< elements of an array; else 1
+    std::int32_t Columns;     ///< components of a vector or second dimension of a matrix; otherwise
+                              ///< 1
+    std::int32_t Rows;        ///< first dimension of a matrix; otherwise 1
+    std::int32_t ArrayLength; ///< number of elements of an array; otherwise 1
 };
 
-/// Writes Format(), whatever the locale of the stream.
+/// Writes Format(), independent of the locale of the stream.
 MOX_API std::ostream& operator<<(std::ostream& stream, const ShaderType& type);
