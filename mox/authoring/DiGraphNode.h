@@ -8,11 +8,11 @@
 
 #include <list>
 
-/// Makes NodeType a node of a directed graph whose edges are of EdgeType.
+/// Makes NodeType a node of a directed graph with edges of type EdgeType.
 ///
-/// An edge runs from its tail, whose output feeds it, to its head. The graph owns nodes and edges;
-/// a node only knows its edges weakly, so whoever destroys an edge takes it out of both lists
-/// first. Not synchronised.
+/// An edge leads from its tail, whose output is its value, to its head. The graph owns nodes and
+/// edges; a node only has weak references to its edges, so an edge must be removed from both lists
+/// before it is destroyed. Not thread-safe.
 template <class NodeType, class EdgeType>
 class DiGraphNode : private boost::noncopyable
 {
@@ -21,22 +21,22 @@ public:
     using EdgeList = std::list<boost::weak_ptr<EdgeType>>;
 
     /// Appends edge to InEdges.
-    /// @throws ShaderError if this very edge is listed already; the list does not change
-    /// @throws boost::bad_weak_ptr on meeting an entry whose edge has gone
+    /// @throws ShaderError if the edge is already listed; the list does not change
+    /// @throws boost::bad_weak_ptr if it encounters an entry whose edge has been destroyed
     void AddInEdge(const EdgeHandle& edge)
     {
         RequireNewInEdge(edge);
         InEdges.emplace_back(edge);
     }
 
-    /// Appends edge to OutEdges; failures as with AddInEdge.
+    /// Appends edge to OutEdges; fails in the same cases as AddInEdge.
     void AddOutEdge(const EdgeHandle& edge)
     {
         RequireNewOutEdge(edge);
         OutEdges.emplace_back(edge);
     }
 
-    /// The checks of AddInEdge and AddOutEdge by themselves.
+    /// Perform only the checks of AddInEdge and AddOutEdge.
     void RequireNewInEdge(const EdgeHandle& edge) const
     {
         if (Contains(InEdges, edge))

@@ -31,8 +31,8 @@ void SetColour(float (&colour)[4], float red, float green, float blue)
     colour[2] = blue;
 }
 
-/// The count that the free inputs agree on, ignoring scalars, which fit everywhere. Without
-/// agreement it is the first count above 1, and agreed is false.
+/// The count that the free inputs agree on, ignoring scalars, which are compatible with any count.
+/// If they disagree, Count is the first one above 1, and Agreed is false.
 struct CountVote
 {
     std::int32_t Count = 1;

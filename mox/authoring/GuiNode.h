@@ -27,57 +27,58 @@ extern template class MOX_API DiGraphNode<Mox::Materials::GuiNode, Mox::Material
 
 namespace Mox::Materials {
 
-/// Base of everything that a user places in a material graph.
+/// Base class of everything that a user places in a material graph.
 ///
-/// A node never walks the graph: the host calls the virtual operations one node at a time. A node
-/// is created on the heap by a factory and shared; it keeps no handle to itself. Used from one
-/// thread at a time.
+/// A node never traverses the graph: the host calls the virtual functions of one node at a time.
+/// Nodes are created on the heap by a factory and held by shared pointers; a node has no handle to
+/// itself. Not thread-safe.
 class MOX_API GuiNode : public DiGraphNode<GuiNode, GuiEdge>
 {
 public:
     virtual ~GuiNode();
 
-    /// Rebuilds both port lists from the properties. The records are new ones: every known,
-    /// conflict and Connected flag starts again. No Core node reads the argument; a host may pass
-    /// any object of its own to nodes of its own, or an empty handle.
+    /// Rebuilds both port lists from the properties. All flags of the ports (known, conflict,
+    /// Connected) are reset. The Core nodes ignore the argument; a host may pass any object to its
+    /// own nodes, or an empty handle.
     virtual void UpdatePorts(const boost::shared_ptr<void>& hostContext);
 
-    /// The text to show on the node; here the value of "Name".
+    /// Returns the title to show on the node; by default the value of "Name".
     virtual std::string GetTitle();
 
-    /// Settles the component counts of the node and of its free ports. Beforehand each connected
-    /// free input holds the count of the output that feeds it; inputs without an edge are unknown.
-    /// Disagreement raises nothing: it sets CountConflict on the ports concerned.
+    /// Determines the component counts of the node and of its free ports. Before the call, each
+    /// connected free input must have the count of the output that feeds it; the counts of
+    /// unconnected inputs are unknown. Conflicting counts are not an error; they set CountConflict
+    /// of the ports.
     virtual void ResolveComponentCounts();
 
-    /// Settles the precisions: float if a known output is float, else half. Beforehand each output
-    /// that feeds a float input holds float, known.
+    /// Determines the precisions: float if a known output is float, otherwise half. Before the
+    /// call, each output that feeds a float input must have the known precision float.
     virtual void ResolvePrecisions();
 
-    /// Writes the node into the shader graph; counts and precisions are resolved by then.
+    /// Adds the node to the shader graph. Counts and precisions must be resolved.
     /// @throws ShaderError if the node cannot be exported
     virtual void GenerateShader(ShaderGraphGenerator& generator) = 0;
 
-    /// Whether CreateBindings has something to add.
+    /// Whether CreateBindings would add anything.
     virtual bool HasBinding();
 
     /// Adds the node's run-time parameters to the material.
     virtual void CreateBindings(const boost::shared_ptr<Material>& material);
 
-    /// Takes over stored values. Ports are not rebuilt: call UpdatePorts next.
-    /// @throws ShaderError if the stored set is newer than the node's own, without any change, or
-    ///         if a value does not fit its property
+    /// Copies stored values to the properties. Ports are not rebuilt; call UpdatePorts afterwards.
+    /// @throws ShaderError if the stored set is newer than the node's own, in which case nothing
+    ///        changes, or if a value is not valid for its property
     virtual void LoadProperties(const boost::shared_ptr<GuiPropertyBag>& stored);
 
     const std::string& GetType() const;
     const std::string& GetName() const;
     void SetName(const std::string& name);
 
-    /// Set red, green and blue, each 0 to 1; alpha stays.
+    /// Set red, green and blue, each from 0 to 1; alpha does not change.
     void SetForegroundColour(float red, float green, float blue);
     void SetBackgroundColour(float red, float green, float blue);
 
-    /// Position of the first port with that Name, or -1.
+    /// Index of the first port with that Name, or -1.
     std::int32_t FindInputPort(const std::string& name) const;
     std::int32_t FindOutputPort(const std::string& name) const;
 
@@ -85,12 +86,12 @@ public:
     GuiPort& GetInputPort(const std::string& name);
     GuiPort& GetOutputPort(const std::string& name);
 
-    /// The node as messages name it: name, then type.
+    /// Describes the node for messages: name, then type.
     std::string Describe() const;
 
-    /// Tells the generator that the edges of this node start and end at a shader node, under the
-    /// port names that the edges carry.
-    /// @throws boost::bad_weak_ptr if an edge has gone and is still listed
+    /// Registers a shader node with the generator as the start and end of all edges of this node,
+    /// under the port names of the edges.
+    /// @throws boost::bad_weak_ptr if a listed edge has been destroyed
     void RegisterEdges(ShaderGraphGenerator& generator,
                        const boost::shared_ptr<ShaderNode>& shaderNode);
 
@@ -98,11 +99,11 @@ public:
     float BackgroundColour[4] = {0.9f, 0.9f, 0.9f, 0.9f}; ///< red, green, blue, alpha
     std::vector<GuiPort> InputPorts;                      ///< in display order
     std::vector<GuiPort> OutputPorts;                     ///< in display order
-    std::int32_t ComponentCount = 0;               ///< of no use before ResolveComponentCounts
-    ComponentType Precision = ComponentType::Void; ///< of no use before ResolvePrecisions
+    std::int32_t ComponentCount = 0;               ///< undefined before ResolveComponentCounts
+    ComponentType Precision = ComponentType::Void; ///< undefined before ResolvePrecisions
     boost::shared_ptr<GuiPropertyBag> Properties;
 
-    /// The standard properties; they head the bag in this order.
+    /// The standard properties, which come first in the bag, in this order.
     boost::shared_ptr<GuiProperty> Type;
     boost::shared_ptr<GuiProperty> Name;
     boost::shared_ptr<GuiProperty> BindingIndex;
@@ -112,7 +113,7 @@ public:
     boost::shared_ptr<GuiProperty> Description;
     boost::shared_ptr<GuiProperty> HelpUrl;
 
-    boost::weak_ptr<void> HostLink; ///< the host's; the library only releases it
+    boost::weak_ptr<void> HostLink; ///< for the host; the library only releases it
 
 protected:
     explicit GuiNode(const std::string& typeName);

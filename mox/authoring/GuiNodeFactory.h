@@ -16,7 +16,7 @@ class MOX_API GuiNodeDescription
 public:
     GuiNodeDescription();
 
-    /// A listed type without icon whose Label is the type name.
+    /// Describes a listed type without an icon. Its label is the type name.
     explicit GuiNodeDescription(const std::string& typeName);
 
     GuiNodeDescription(const GuiNodeDescription& other);
@@ -25,15 +25,16 @@ public:
     GuiNodeDescription& operator=(GuiNodeDescription&& other) noexcept;
     ~GuiNodeDescription();
 
-    std::string TypeName;              ///< the key that GuiNodeFactory::Create takes
-    std::string Library;               ///< name of the library that supplies the type
-    std::string Label;                 ///< text that the host shows for the type
+    std::string TypeName;              ///< passed to GuiNodeFactory::Create
+    std::string Library;               ///< name of the library that provides the type
+    std::string Label;                 ///< name shown to the user
     bool Listed = true;                ///< whether the host offers the type to the user
-    const char* const* Icon = nullptr; ///< XPM strings of the supplying library, or null; not owned
+    const char* const* Icon = nullptr; ///< XPM strings, owned by the library that provides the
+                                       ///< type; or null
 };
 
-/// What a plug-in offers: a catalogue of node types and their creation. The host owns the factory
-/// and deletes it through the virtual destructor, before it unloads the plug-in.
+/// What a plug-in provides: a catalogue of node types, and their creation. The host owns the
+/// factory and deletes it through the virtual destructor, before it unloads the plug-in.
 class MOX_API GuiNodeFactory
 {
 public:
@@ -42,9 +43,9 @@ public:
     GuiNodeFactory& operator=(const GuiNodeFactory&) = delete;
     virtual ~GuiNodeFactory();
 
-    /// A new node of a type, compared exactly; also of types that are not listed. The plug-in stays
-    /// loaded until the last handle to the node has gone.
-    /// @throws ShaderError if the factory does not know the type
+    /// Creates a node. The type name must match exactly; types that are not listed can also be
+    /// created. The plug-in must stay loaded until the last handle to the node has been released.
+    /// @throws ShaderError if the factory does not have the type
     virtual boost::shared_ptr<GuiNode> Create(const std::string& typeName) = 0;
 
     std::vector<GuiNodeDescription> Descriptions; ///< in catalogue order

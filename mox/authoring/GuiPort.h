@@ -8,12 +8,12 @@
 
 namespace Mox::Materials {
 
-/// One port of an authoring node. "Known" means that the value may be read, "fixed" that the node
-/// set it and that resolution leaves it alone.
+/// A port of an authoring node. "Known" means that the value may be read; "fixed" means that the
+/// node set it and resolution does not change it.
 class MOX_API GuiPort
 {
 public:
-    /// An empty label shows the name.
+    /// If the label is empty, the name is shown.
     GuiPort(const std::string& name, const std::string& label);
     GuiPort(const GuiPort& other);
     GuiPort(GuiPort&& other) noexcept;
@@ -21,32 +21,32 @@ public:
     GuiPort& operator=(GuiPort&& other) noexcept;
     ~GuiPort();
 
-    /// Sets the count, known and fixed.
+    /// Sets the count and makes it known and fixed.
     void SetComponentCount(std::int32_t count);
 
-    /// @throws ShaderError while the count is not known
+    /// @throws ShaderError if the count is unknown
     std::int32_t GetComponentCount() const;
 
-    /// Sets the precision, known and fixed.
+    /// Sets the precision and makes it known and fixed.
     void SetPrecision(ComponentType precision);
 
-    /// @throws ShaderError while the precision is not known
+    /// @throws ShaderError if the precision is unknown
     ComponentType GetPrecision() const;
 
     /// The Cg type of the port: (precision, component count, 1, 1).
-    /// @throws ShaderError while the count, or else the precision, is not known
+    /// @throws ShaderError if the count, or otherwise the precision, is unknown
     ShaderType GetShaderType() const;
 
-    std::string Name;  ///< Cg parameter name and key of port lookup, for instance "in_uv"
-    std::string Label; ///< text that the host shows, for instance "uv"
+    std::string Name;  ///< unique among the ports and name of the Cg parameter, such as "in_uv"
+    std::string Label; ///< name shown to the user, such as "uv"
     std::int32_t ComponentCount = 0;
     bool CountKnown = false;
     bool CountFixed = false;
-    bool CountConflict = false; ///< set by resolution, read by the host, never cleared here
+    bool CountConflict = false; ///< set by resolution, for the host; never cleared here
     ComponentType Precision = ComponentType::Void;
     bool PrecisionKnown = false;
     bool PrecisionFixed = false;
-    bool Connected = false; ///< an edge is attached; only the host sets this
+    bool Connected = false; ///< whether an edge is attached; only the host sets it
 };
 
 } // namespace Mox::Materials

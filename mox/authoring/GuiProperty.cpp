@@ -12,8 +12,8 @@ namespace Mox::Materials {
 
 namespace {
 
-/// Nodes that wait for their release while an outer property's node is being released. A chain has
-/// one of them at a time and so needs no memory.
+/// The nodes to release after the node of the outermost property. For a chain, there is only one at
+/// a time, which requires no allocation.
 class PendingNodes
 {
 public:
@@ -26,12 +26,12 @@ public:
         try {
             _others.push_back(node);
         } catch (const std::bad_alloc&) {
-            // Out of memory: the stack has to do.
+            // Out of memory: release the node recursively instead.
         }
         node.reset();
     }
 
-    /// The next one, or an empty handle at the end.
+    /// Returns the next node, or an empty handle at the end.
     boost::shared_ptr<GuiNode> Take()
     {
         boost::shared_ptr<GuiNode> next;
@@ -49,7 +49,7 @@ private:
     std::vector<boost::shared_ptr<GuiNode>> _others;
 };
 
-/// Points into the stack frame of the outermost release, so it needs no clean-up at thread exit.
+/// Points to the stack frame of the outermost release, so it needs no cleanup at thread exit.
 thread_local PendingNodes* pendingNodes = nullptr;
 
 void ReleaseNode(boost::shared_ptr<GuiNode>& node)

@@ -13,64 +13,64 @@ namespace Mox::Materials {
 
 class GuiNode;
 
-/// Which of a property's value fields counts.
+/// The kind of a property, which determines the field with its value.
 enum class GuiPropertyKind : std::int32_t
 {
-    Bool = 0,    ///< Integer: 1 is true, 0 is false
+    Bool = 0,    ///< Integer: 1 for true, 0 for false
     Integer = 1, ///< Integer
-    Float = 2,   ///< first entry of Floats
+    Float = 2,   ///< first element of Floats
     String = 3,  ///< Text
     Colour = 4,  ///< Floats: red, green, blue
     Enum = 5,    ///< Text, one of Choices
-    Node = 6,    ///< Node; Choices restricts its type
+    Node = 6,    ///< Node; Choices lists the allowed types
 };
 
-/// One typed, named value of a node: a row of the property editor.
+/// A typed, named value of a node: a row in the property editor.
 ///
-/// The kinds share storage, and a value field of another kind keeps what it held. Setters take the
-/// kind from the call; getters are strict about it.
+/// Properties of all kinds have the same fields; fields of other kinds keep their values. A setter
+/// changes the kind to its own; a getter requires the property to be of its kind.
 class MOX_API GuiProperty
 {
-    /// Lets only Create call the constructor, which has to be public for boost::make_shared. Its
-    /// own constructor is explicit, so that nobody else can write it as {}.
+    /// Restricts the constructor, which must be public for boost::make_shared, to Create. The
+    /// explicit constructor of CreateOnly prevents callers from passing {}.
     struct CreateOnly
     {
         explicit CreateOnly() = default;
     };
 
 public:
-    /// A new Bool property with value false; the only way to make one.
+    /// Creates a Bool property with the value false; the only way to create a property.
     static boost::shared_ptr<GuiProperty> Create(const std::string& name);
 
     GuiProperty(CreateOnly, const std::string& name);
     GuiProperty(const GuiProperty&) = delete;
     GuiProperty& operator=(const GuiProperty&) = delete;
 
-    /// Releases a chain of references between nodes one after another, so that its length does not
-    /// use the stack.
+    /// Releases chains of references between nodes iteratively, so that long chains do not overflow
+    /// the stack.
     ~GuiProperty();
 
     void SetBool(bool value);
     void SetInt(std::int32_t value);
 
-    /// Stores the first entry of Floats; green and blue keep what they held.
+    /// Sets the first element of Floats; green and blue do not change.
     void SetFloat(float value);
 
     void SetString(const std::string& value);
     void SetColour(float red, float green, float blue);
 
-    /// Appends a word to Choices and makes the property an Enum. The first word becomes the value.
-    /// @throws ShaderError if the word is listed already; nothing changes then
+    /// Appends a choice and makes the property an Enum. The first choice becomes its value.
+    /// @throws ShaderError if the choice is already listed, in which case nothing changes
     void AddEnum(const std::string& word);
 
-    /// Chooses a listed word.
-    /// @throws ShaderError if the word is not listed; nothing changes then
+    /// Selects a listed choice.
+    /// @throws ShaderError if the choice is not listed, in which case nothing changes
     void SetEnum(const std::string& word);
 
-    /// Makes the property a Node and allows one more type; a type may be listed twice.
+    /// Makes the property a Node and adds an allowed type; types may be listed more than once.
     void AddNodeTypename(const std::string& typeName);
 
-    /// @throws ShaderError on a property of another kind, as do the other getters
+    /// @throws ShaderError if the property is of another kind; likewise the other getters
     bool GetBool() const;
     std::int32_t GetInt() const;
     float GetFloat() const;
@@ -78,27 +78,27 @@ public:
     void GetColour(float& red, float& green, float& blue) const;
     const std::string& GetEnum() const;
 
-    /// The handle itself, which may be empty; assigning to it changes the value.
+    /// Returns a reference to the handle, which may be empty; assigning to it changes the value.
     boost::shared_ptr<GuiNode>& GetNode();
 
-    /// Takes over the value of source: all value fields, whatever the kind; a node is shared, not
-    /// cloned. Names, help, flags, kind and choices stay.
-    /// @throws ShaderError if the kinds differ, if the word is none of this property's Choices, or
-    ///         if the node's type is not allowed here; nothing changes then
+    /// Copies the value of source: all value fields, whatever the kind. A node is shared, not
+    /// copied. Name, Label, Help, flags, kind and choices do not change.
+    /// @throws ShaderError if the kinds differ, if the value is not one of this property's Choices,
+    ///        or if the type of the node is not allowed, in which cases nothing changes
     void CopyFrom(const boost::shared_ptr<GuiProperty>& source);
 
-    std::string Name;       ///< identity inside the bag, never changes
-    std::string Label;      ///< second text, for the host alone
-    std::string Help;       ///< starts with the property's name, a colon and a blank
-    bool Editable = true;   ///< false shows the value but does not let the user change it
-    bool Visible = true;    ///< false keeps the property out of the editor; it is still stored
-    std::int32_t Style = 0; ///< 0 plain, 1 as for "Description", 2 as for "Help Url"
+    std::string Name;       ///< unique within the bag; never changes
+    std::string Label;      ///< additional text for the host
+    std::string Help;       ///< starts with the property's name, a colon and a space
+    bool Editable = true;   ///< if false, the user can see the value but not change it
+    bool Visible = true;    ///< if false, the editor does not show the property; it is still stored
+    std::int32_t Style = 0; ///< 0 by default, 1 as for "Description", 2 as for "Help Url"
     GuiPropertyKind Kind = GuiPropertyKind::Bool;
-    std::string Text;                 ///< String and Enum value
-    std::int32_t Integer = 0;         ///< Bool and Integer value
-    float Floats[3] = {};             ///< Float and Colour value
-    boost::shared_ptr<GuiNode> Node;  ///< Node value
-    std::vector<std::string> Choices; ///< words of an Enum in order; allowed types of a Node
+    std::string Text;                 ///< value of a String or Enum
+    std::int32_t Integer = 0;         ///< value of a Bool or Integer
+    float Floats[3] = {};             ///< value of a Float or Colour
+    boost::shared_ptr<GuiNode> Node;  ///< value of a Node
+    std::vector<std::string> Choices; ///< choices of an Enum in order; allowed types of a Node
 
 private:
     explicit GuiProperty(const std::string& name);

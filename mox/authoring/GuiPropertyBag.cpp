@@ -11,7 +11,7 @@ GuiPropertyBag::~GuiPropertyBag() = default;
 
 void GuiPropertyBag::Add(const boost::shared_ptr<GuiProperty>& property)
 {
-    // Properties grows last: property may be a reference to one of its own entries.
+    // Add to Properties last: property may refer to one of its elements.
     const auto [entry, inserted] = Index.emplace(property->Name, property);
     if (!inserted)
         throw ShaderError(Compose("property with name \"", property->Name, "\" already exists"));

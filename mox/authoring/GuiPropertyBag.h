@@ -12,11 +12,11 @@
 
 namespace Mox::Materials {
 
-/// The set of properties of one node: in declaration order for display, by name for loading, and
-/// with the version number that decides whether a stored set may be loaded.
+/// The properties of a node: in order of declaration for display, by name for loading, with a
+/// version number that determines whether a stored set can be loaded.
 ///
-/// Properties are shared with the handles that nodes keep of their own. Every property stands once
-/// in Properties and once in Index, and none is ever removed.
+/// Nodes share the properties through handles of their own. Every property is in Properties and in
+/// Index exactly once and cannot be removed.
 class MOX_API GuiPropertyBag
 {
 public:
@@ -26,21 +26,21 @@ public:
     GuiPropertyBag& operator=(const GuiPropertyBag&) = delete;
 
     /// Appends a property under its Name.
-    /// @throws ShaderError if the name is taken; the bag does not change then
+    /// @throws ShaderError if the name is taken, in which case the bag does not change
     void Add(const boost::shared_ptr<GuiProperty>& property);
 
-    /// The handle stored under a name.
+    /// Returns the handle stored under a name.
     /// @throws ShaderError if there is none
     boost::shared_ptr<GuiProperty>& Get(const std::string& name);
 
-    /// Copies the values of equally named properties, in this bag's order. What only one side has
-    /// is left alone. Versions are not compared.
-    /// @throws ShaderError if a single copy fails; the earlier ones stay copied
+    /// Copies the values of properties with equal names, in this bag's order. Properties that only
+    /// one bag has are ignored. Versions are not compared.
+    /// @throws ShaderError if copying a value fails; earlier ones have been copied
     void CopyFrom(const boost::shared_ptr<GuiPropertyBag>& source);
 
     std::int32_t Version = 0;
-    std::vector<boost::shared_ptr<GuiProperty>> Properties;      ///< in the order of Add
-    std::map<std::string, boost::shared_ptr<GuiProperty>> Index; ///< the same ones by Name
+    std::vector<boost::shared_ptr<GuiProperty>> Properties;      ///< in order of addition
+    std::map<std::string, boost::shared_ptr<GuiProperty>> Index; ///< the same properties by Name
 };
 
 } // namespace Mox::Materials
