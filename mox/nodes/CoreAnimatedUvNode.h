@@ -2,8 +2,8 @@
 
 #include "mox/authoring/GuiNode.h"
 
-/// Turns a frame number into the uv coordinates of two neighbouring frames in a grid of frames, and
-/// the factor that blends them.
+/// Computes the uv coordinates of two consecutive frames in a grid of frames from a frame number,
+/// and the factor to blend them.
 class CoreAnimatedUvNode : public Mox::Materials::GuiNode
 {
 public:

@@ -19,14 +19,14 @@ constexpr const char* vectorLabels[] = {"xy", "xyz", "xyzw"};
 constexpr PortRow componentOutputs[] = {
     {"red", "red", 1}, {"green", "green", 1}, {"blue", "blue", 1}};
 
-/// The component count of a vector's binding: the value of the property, even one above 4, for
-/// which the node has no ports. No binding has fewer components than one.
+/// Returns the component count of a vector's binding. This is the value of the property, even above
+/// 4, where the node has no ports. A binding has at least one component.
 /// @throws ShaderError if the value is 0 or less
 std::uint32_t BindingCount(const GuiProperty& property)
 {
     const std::int32_t count = property.GetInt();
     if (count < 1)
-        return static_cast<std::uint32_t>(GetVectorCount(property)); // which throws
+        return static_cast<std::uint32_t>(GetVectorCount(property)); // throws
     return static_cast<std::uint32_t>(count);
 }
 

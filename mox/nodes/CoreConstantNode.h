@@ -2,7 +2,7 @@
 
 #include "mox/authoring/GuiNode.h"
 
-/// A value source: a binding with its uniform parameter, or, when locked, literals in a function.
+/// A constant value: a binding with its uniform parameter or, if locked, literals in a function.
 class CoreConstantNode : public Mox::Materials::GuiNode
 {
 public:
@@ -11,8 +11,8 @@ public:
     CoreConstantNode();
     ~CoreConstantNode() override;
 
-    /// @throws ShaderError if a vector has a count outside 2 to 4; the node has no ports then, and
-    ///         the properties keep their visibility
+    /// @throws ShaderError if a vector has a count outside 2 to 4; the node then has no ports, and
+    ///        the visibility of the properties does not change
     void UpdatePorts(const boost::shared_ptr<void>& hostContext) override;
     void GenerateShader(ShaderGraphGenerator& generator) override;
     bool HasBinding() override;
@@ -36,14 +36,15 @@ public:
 private:
     bool IsColour() const;
 
-    /// An alpha that nothing reads costs no fourth component.
+    /// Whether alpha is read; otherwise the constant needs no fourth component.
     bool IsAlphaUsed();
 
     void GenerateLocked(ShaderGraphGenerator& generator);
     void GenerateUniform(ShaderGraphGenerator& generator);
     void GenerateSplitUniform(ShaderGraphGenerator& generator);
 
-    /// Lets the node's edges start at a function whose output for the port "read" has another name.
+    /// Registers the start of the node's edges with a function, whose output for the port "read"
+    /// has a different name.
     void RecordTails(ShaderGraphGenerator& generator, const boost::shared_ptr<ShaderNode>& function,
                      const char* readName);
 };

@@ -8,8 +8,8 @@ using namespace Mox::Materials;
 
 namespace {
 
-/// A mode may read in_one and in_half, constants of the node's type, and may have local variables
-/// of that type.
+/// A blend mode. Its body may read in_one and in_half, constants with the type of the node, and
+/// have local variables of that type.
 struct BlendMode
 {
     const char* Name;

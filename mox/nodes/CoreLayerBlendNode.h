@@ -2,8 +2,8 @@
 
 #include "mox/authoring/GuiNode.h"
 
-/// Combines two inputs with one of eleven layer blend modes. Only the body of its Cg function
-/// follows the mode; the ports never change.
+/// Combines two inputs with one of eleven layer blend modes. The mode affects only the body of the
+/// Cg function; the ports never change.
 class CoreLayerBlendNode : public Mox::Materials::GuiNode
 {
 public:

@@ -42,8 +42,9 @@ struct MathsFunction
     std::span<const PortRow> Inputs;
     const PortRow& Output;
     const char* Body;
-    ShaderLevel Level;           ///< unless "Execution Level" forces another
-    bool NeedsReference = false; ///< the body reads in_ref, a one of the node's own type
+    ShaderLevel Level;           ///< unless overridden by "Execution Level"
+    bool NeedsReference = false; ///< whether the body reads in_ref, the constant 1 in the node's
+                                 ///< own type
 };
 
 // clang-format off

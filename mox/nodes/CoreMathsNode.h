@@ -5,8 +5,8 @@
 #include <map>
 #include <string>
 
-/// Applies one of sixteen mathematical functions. The function decides the ports, the Cg text and
-/// the level; an input without an edge takes its value from a property.
+/// Applies one of sixteen mathematical functions. The function determines the ports, the Cg code
+/// and the level; the value of an unconnected input is that of a property.
 class CoreMathsNode : public Mox::Materials::GuiNode
 {
 public:
@@ -35,7 +35,7 @@ public:
     PropertyHandle DefaultScale;
     PropertyHandle ExecutionLevel;
 
-    /// From the Cg name of an input port to the property that holds its value when no edge does.
+    /// For the Cg name of each input port, the property with its value if it is unconnected.
     std::map<std::string, PropertyHandle> PortDefaults;
 
 private:

@@ -11,7 +11,7 @@ namespace {
 struct VectorKind
 {
     const char* Name;
-    std::int32_t ComponentCount; ///< 0: the property's own
+    std::int32_t ComponentCount; ///< 0 means that the property determines it
     const char* Label;
     const char* ComponentLabels[4];
 };
@@ -24,7 +24,7 @@ constexpr VectorKind vectorKinds[] = {
 
 constexpr auto kindNames = NamesOf(vectorKinds);
 
-/// One component: the ports it has when splitting and merging, and the line that copies it.
+/// A component: its ports for splitting and merging, and the lines that copy it.
 struct Component
 {
     const char* Output;

@@ -2,7 +2,7 @@
 
 #include "mox/authoring/GuiNode.h"
 
-/// Splits a vector into one scalar port for each component, or merges scalars into a vector.
+/// Splits a vector into one scalar port per component, or merges scalars into a vector.
 class CoreSwizzleNode : public Mox::Materials::GuiNode
 {
 public:
@@ -11,9 +11,9 @@ public:
     CoreSwizzleNode();
     ~CoreSwizzleNode() override;
 
-    /// Also settles "Component Count", which only a general vector leaves to the user.
-    /// @throws ShaderError if a general vector has a count outside 2 to 4; the node has no ports
-    ///         then
+    /// Also sets "Component Count", which the user can only choose for a general vector.
+    /// @throws ShaderError if a general vector has a count outside 2 to 4; the node then has no
+    ///        ports
     void UpdatePorts(const boost::shared_ptr<void>& hostContext) override;
     std::string GetTitle() override;
     void GenerateShader(ShaderGraphGenerator& generator) override;

@@ -33,7 +33,8 @@ struct ColourKind
     std::span<const PortRow> Outputs;
     const char* Body;
     bool IsNormal = false;    ///< neither converted from sRGB nor a basic colour
-    bool ForcesAlpha = false; ///< the read takes four components, without a port of its own
+    bool ForcesAlpha = false; ///< whether four components are read although there is no port for
+                              ///< alpha
 };
 
 constexpr ColourKind colourKinds[] = {
@@ -55,7 +56,7 @@ const ColourKind& KindOf(const CoreTextureNode& node)
     return RowNamed(colourKinds, node.ColourType->GetEnum());
 }
 
-/// The texture node that a node refers to, or null at the end of a chain.
+/// Returns the texture node that a node references, or null at the end of a chain.
 /// @throws ShaderError if the reference leads to a placeholder for a texture node
 CoreTextureNode* Referred(const CoreTextureNode& node)
 {
@@ -153,7 +154,7 @@ std::string CoreTextureNode::GetTitle()
 
 std::string CoreTextureNode::GetBindingName()
 {
-    // A mark is left behind after 1, 2, 4... steps; in a circle the walk comes back to one of them.
+    // The mark moves up after 1, 2, 4... steps; in a cycle, the walk reaches the mark again.
     const CoreTextureNode* node = this;
     const CoreTextureNode* mark = this;
     std::size_t steps = 0;

@@ -2,8 +2,7 @@
 
 #include "mox/authoring/GuiNode.h"
 
-/// Stands for one uv set of the mesh: a varying parameter and a binding, both under the node's
-/// name.
+/// A uv set of the mesh: a varying parameter and a binding, both under the node's name.
 class CoreUvNode : public Mox::Materials::GuiNode
 {
 public:
@@ -16,5 +15,5 @@ public:
     bool HasBinding() override;
     void CreateBindings(const boost::shared_ptr<Mox::Materials::Material>& material) override;
 
-    boost::shared_ptr<Mox::Materials::GuiProperty> Primary; ///< for the host alone
+    boost::shared_ptr<Mox::Materials::GuiProperty> Primary; ///< used only by the host
 };

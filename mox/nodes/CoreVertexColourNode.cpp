@@ -22,7 +22,7 @@ struct ColourKind
     const char* Name;
     std::span<const PortRow> Outputs;
     const char* Body;
-    bool IsVector = false; ///< reads all four components of the stream through one output
+    bool IsVector = false; ///< whether one output has all four components of the stream
 };
 
 constexpr ColourKind colourKinds[] = {

@@ -2,8 +2,8 @@
 
 #include "mox/authoring/GuiNode.h"
 
-/// Stands for one vertex colour set of the mesh: a varying parameter, a binding of the same name,
-/// and a function that splits the stream into the outputs.
+/// A vertex colour set of the mesh: a varying parameter, a binding of the same name, and a function
+/// that splits the stream into the outputs.
 class CoreVertexColourNode : public Mox::Materials::GuiNode
 {
 public:
@@ -12,7 +12,8 @@ public:
     CoreVertexColourNode();
     ~CoreVertexColourNode() override;
 
-    /// A vector sets "Alpha" and locks it; the value stays when the type changes again.
+    /// Sets "Alpha" and makes it read-only for a vector; the value remains when the type changes
+    /// again.
     void UpdatePorts(const boost::shared_ptr<void>& hostContext) override;
     void GenerateShader(ShaderGraphGenerator& generator) override;
     bool HasBinding() override;
