@@ -29,7 +29,7 @@ void AddProperties(const std::vector<Part>& parts, std::set<std::string>& names)
         AddProperties(part.When, names);
 }
 
-/// The properties that decide which parts of the node there are.
+/// Returns the properties that determine which parts the node has.
 std::set<std::string> DecidingProperties(const NodeFile& file)
 {
     std::set<std::string> names;

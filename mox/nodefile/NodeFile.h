@@ -14,47 +14,48 @@
 
 namespace Mox::Host {
 
-/// The values of the properties that decide which parts of a node there are, as text, by name.
+/// The values of the properties that determine which parts a node has, as strings, by name.
 using NodeSettings = std::map<std::string, std::string>;
 
-/// Properties that must have one of some values; without any, the part is always there.
+/// Properties that must have one of certain values; if empty, the part is always present.
 using NodeConditions = Conditions;
 
 struct NodeChoice
 {
     std::string Name;
-    std::optional<ShaderLevel> Level; ///< that this choice forces on the node
+    std::optional<ShaderLevel> Level; ///< that this choice sets for the node
 };
 
 struct NodeProperty
 {
     std::string Name;
     Materials::GuiPropertyKind Kind = Materials::GuiPropertyKind::Bool;
-    std::string Value; ///< the default; a valid value of the kind, or empty for the kind's own
-    std::string Help;  ///< begins with the name, a colon and a space
+    std::string Value; ///< default; a valid value of the kind, or empty for the kind's own default
+    std::string Help;  ///< starts with the name, a colon and a space
     std::optional<std::pair<float, float>> Range; ///< lowest and highest sensible value
-    std::vector<NodeChoice> Choices;              ///< of an enum, in display order
+    std::vector<NodeChoice> Choices;              ///< for an enum, in display order
     int Line = 0;
 };
 
-/// Where an input takes its value from unless an edge brings one.
+/// The source of an unconnected input's value.
 enum class NodeSource
 {
     Zero,
     Property,   ///< a property of the node
-    Value,      ///< a value that the host supplies by its name
-    Expression, ///< Cg
-    Edge,       ///< nowhere: the node cannot be exported without an edge
+    Value,      ///< a value that the host supplies by name
+    Expression, ///< a Cg expression
+    Edge,       ///< none: the node cannot be exported if the input is unconnected
 };
 
-/// What bodies read under a name.
+/// An input of the bodies.
 struct NodeInput
 {
     std::string Name;
-    std::string Label; ///< empty if it is not a port
+    std::string Label; ///< empty if the input is not a port
     std::optional<std::int32_t> Count;
     std::optional<ComponentType> Precision;
-    ShaderType Type = ShaderType(ComponentType::Unknown, 1, 1, 1); ///< of a value without a port
+    ShaderType Type = ShaderType(ComponentType::Unknown, 1, 1, 1); ///< type of an input that is not
+                                                                   ///< a port
     NodeSource Source = NodeSource::Zero;
     std::string SourceText; ///< name of the property or value, or the expression
     NodeConditions When;
@@ -73,49 +74,51 @@ struct NodeOutput
     int Line = 0;
 };
 
-/// A texture that bodies read, with the binding through which artists choose it.
+/// A texture that bodies read, and the binding through which artists choose it.
 struct NodeSampler
 {
     std::string Name;
     ShaderType Type = ShaderType(ComponentType::Sampler2D, 1, 1, 1);
-    std::string Suffix;                  ///< after the node's name, which makes the binding's name
+    std::string Suffix;                  ///< appended to the node's name to form the binding's name
     std::string Usage;                   ///< hint for the host, such as "Normal"
-    std::optional<NodeConditions> Srgb;  ///< the texture holds sRGB colours if they hold
-    std::optional<NodeConditions> Alpha; ///< the fourth component is read if they hold
+    std::optional<NodeConditions> Srgb;  ///< conditions under which the texture holds sRGB colours
+    std::optional<NodeConditions> Alpha; ///< conditions under which alpha is read
     NodeConditions When;
     int Line = 0;
 };
 
-/// Cg functions of one name that bodies call.
+/// All Cg functions with one name that bodies call.
 struct NodeFunction
 {
     std::string Name;
     std::string Text; ///< whole lines
-    int Line = 0;     ///< of the first line of Text
+    int Line = 0;     ///< file line of the first line of Text
 };
 
-/// Cg that reads the inputs and assigns the outputs. All bodies whose conditions hold count, one
-/// after another.
+/// Cg code that reads the inputs and assigns the outputs. All bodies whose conditions hold are
+/// used, in order.
 struct NodeBody
 {
-    std::string Text; ///< whole lines, each with a tab before it; may contain placeholders
+    std::string Text; ///< whole lines, indented by a tab; may contain placeholders
     std::optional<ShaderLevel> Level;
     NodeConditions When;
-    int Line = 0; ///< of the first line of Text
+    int Line = 0; ///< file line of the first line of Text
 };
 
-/// A node type as its file describes it. The names are names in Cg, and every condition names a
-/// property and values that there are.
+/// A node type as its file describes it. All names are valid in Cg, and every condition refers to
+/// an existing property and existing values.
 struct NodeFile
 {
     std::string File;
     std::string TypeName;
     std::string Label;
     std::string Library;
-    bool IsCompiled = false; ///< another plug-in has the type; the file adds help and ranges
-    std::int32_t PropertiesVersion = 0; ///< of the set of properties, as documents store it
+    bool IsCompiled = false; ///< whether another plug-in implements the type; the file then adds
+                             ///< help and ranges
+    std::int32_t PropertiesVersion = 0; ///< version of the set of properties, as stored in
+                                        ///< documents
     std::string Help;
-    std::string Title; ///< enum property whose value is the title, or empty
+    std::string Title; ///< enum property whose value is the title; may be empty
     float Colour[3] = {0.9f, 0.9f, 0.9f};
     std::vector<NodeProperty> Properties;
     std::vector<NodeInput> Inputs;
@@ -129,16 +132,16 @@ struct NodeFile
 
 bool Holds(const NodeConditions& conditions, const NodeSettings& settings);
 
-/// The settings that the properties of a node have.
-/// @param properties must have all properties of the file
+/// Returns the settings given by the properties of a node.
+/// @param properties must include all properties of the file
 NodeSettings SettingsOf(const NodeFile& file, const Materials::GuiPropertyBag& properties);
 
-/// Every combination of values that the conditions of a file tell apart.
-/// @param most to be listed; if there are more, the result is empty
+/// Returns every combination of values that the conditions of a file distinguish.
+/// @param most maximum number of combinations; if there are more, the result is empty
 std::vector<NodeSettings> ListSettings(const NodeFile& file, std::size_t most);
 
-/// Cg with the placeholders replaced: "$type" by the type of the node, "$scalar" by its precision,
-/// "$count" by its number of components. Lines stay lines.
+/// Replaces the placeholders in Cg code: "$type" by the type of the node, "$scalar" by its
+/// precision, "$count" by its number of components. Line numbers do not change.
 std::string FillPlaceholders(std::string text, const ShaderType& type);
 
 } // namespace Mox::Host

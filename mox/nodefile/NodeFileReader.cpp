@@ -22,11 +22,11 @@ using Materials::GuiPropertyKind;
 
 constexpr std::uintmax_t largestFile = 1 << 20;
 
-/// An element whose attributes are taken one by one.
+/// An element whose attributes are read one by one.
 class NodeElement
 {
 public:
-    /// @throws HostError if the element has an attribute that is not among these
+    /// @throws HostError if the element has an attribute that is not allowed
     NodeElement(const XmlTree& tree, std::initializer_list<std::string_view> allowed) : _tree(tree)
     {
         for (const XmlTree::Attribute& attribute : tree.Attributes) {
@@ -44,7 +44,7 @@ public:
 
     bool Has(std::string_view name) const { return _tree.Find(name) != nullptr; }
 
-    /// Empty if the attribute is missing.
+    /// Returns an empty string if the attribute is missing.
     std::string Optional(std::string_view name) const
     {
         const std::string* value = _tree.Find(name);
@@ -59,7 +59,8 @@ public:
         return value;
     }
 
-    /// A name that starts as all names of its sort do, so that none meets a word of Cg.
+    /// Returns a name with the prefix that all names of its kind have, so that none is reserved in
+    /// Cg.
     std::string Name(std::string_view prefix) const
     {
         std::string name = Required("name");
@@ -114,7 +115,7 @@ public:
         return ParseNodeConditions(Optional(name), _tree.Where);
     }
 
-    /// "true", or conditions; nothing if the attribute is missing.
+    /// Returns conditions, which are empty for "true"; nothing if the attribute is missing.
     std::optional<NodeConditions> OptionalConditions(std::string_view name) const
     {
         if (!Has(name))
@@ -122,7 +123,7 @@ public:
         return Optional(name) == "true" ? NodeConditions() : Conditions(name);
     }
 
-    /// A type of a value or sampler.
+    /// Returns the type of a value or sampler.
     ShaderType Type() const
     {
         const std::string text = Required("type");
@@ -132,7 +133,7 @@ public:
         return *type;
     }
 
-    /// The elements inside, between which there is no text.
+    /// Returns the child elements; text between them is not allowed.
     const std::vector<XmlTree>& Children() const
     {
         if (_tree.WhereText.Line > 0)
@@ -146,7 +147,7 @@ public:
             throw HostError(_tree.Children.front().Where, "no element is allowed here");
     }
 
-    /// The text inside, between which there are no elements.
+    /// Returns the text of the element; child elements are not allowed.
     const std::string& Text() const
     {
         if (!_tree.Children.empty())
@@ -416,7 +417,7 @@ private:
         _file.Bodies.push_back(std::move(body));
     }
 
-    /// Refuses code that would not end where its element ends.
+    /// Rejects code that does not end where its element ends.
     void RequireClosedCode(const std::string& code, int line, bool isExpression) const
     {
         if (const auto fault = FindOpenCode(code, isExpression))
@@ -433,7 +434,7 @@ NodeFile ReadNodeFile(const std::filesystem::path& file)
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(file, error);
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
-        // Reading a pipe may wait for ever.
+        // Reading a pipe could block forever.
         throw HostError(Place(file.string()), "is not a regular file");
     }
     const std::uintmax_t size = std::filesystem::file_size(file, error);

@@ -8,13 +8,13 @@
 
 namespace Mox::Host {
 
-/// Reads and checks the file of a node type. The code is checked as far as it could leave its
-/// function: comments and braces that are open. Whether it is Cg, CheckNodeFile finds.
-/// @throws HostError with file and line if the file cannot be read or is wrong
+/// Reads and checks the file of a node type. Code is only checked for open comments, brackets and
+/// braces, which could affect the code around it; CheckNodeFile checks whether it is valid Cg.
+/// @throws HostError with file and line if the file is unreadable or invalid
 NodeFile ReadNodeFile(const std::filesystem::path& file);
 
-/// The same for a file in memory.
-/// @param file as it is named in messages
+/// Reads a file from memory.
+/// @param file name for messages
 NodeFile ParseNodeFile(const std::string& file, std::string_view text);
 
 } // namespace Mox::Host

@@ -35,7 +35,7 @@ std::shared_ptr<const NodeFile> NodeFiles::Find(const std::string& typeName) con
     try {
         return std::make_shared<const NodeFile>(ReadNodeFile(description->second));
     } catch (const HostError&) {
-        return nullptr; // creating a node of the type reports it
+        return nullptr; // creating a node of the type reports the error
     }
 }
 

@@ -10,23 +10,25 @@
 
 namespace Mox::Host {
 
-/// The node files that plug-ins find, for what a plug-in cannot report of its types: help of the
-/// node, ranges of its properties, and files that are wrong.
+/// The node files that plug-ins find. They provide what a plug-in cannot report about its types:
+/// help, ranges of properties, and errors in the files.
 class NodeFiles
 {
 public:
-    /// Looks for files where plug-ins of these folders do; of each only the beginning is read.
+    /// Searches the folders that plug-ins in these folders would search; reads only the start of
+    /// each file.
     explicit NodeFiles(const PluginSet& plugins);
 
-    /// The description of a type; null if no file describes it or if the file is wrong.
+    /// Returns the description of a type; null if no file describes it or the file is invalid.
     std::shared_ptr<const NodeFile> Find(const std::string& typeName) const;
 
-    /// The files that say of themselves that they define a type, in order of search.
+    /// Returns the files that claim to define a type, in search order.
     std::vector<std::string> FilesOf(const std::string& typeName) const;
 
 private:
-    std::map<std::string, std::vector<std::string>> _definitions; ///< files, by type
-    std::map<std::string, std::string> _descriptions;             ///< file, by supplied type
+    std::map<std::string, std::vector<std::string>> _definitions; ///< files by type
+    std::map<std::string, std::string> _descriptions;             ///< files by type of a compiled
+                                                                  ///< node
 };
 
 } // namespace Mox::Host

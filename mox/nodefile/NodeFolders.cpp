@@ -15,14 +15,14 @@ namespace Mox::Host {
 
 namespace {
 
-constexpr std::size_t headSize = 4096; ///< bytes in which the root's start tag must end
+constexpr std::size_t headSize = 4096; ///< in bytes; the root's start tag must end within it
 
 struct CloseFolder
 {
     void operator()(DIR* folder) const { closedir(folder); }
 };
 
-/// The start tag of the root element, without what is before it; empty if it does not end.
+/// Returns the start tag of the root element, without what precedes it; empty if it is incomplete.
 std::string_view FindRootTag(std::string_view text)
 {
     std::size_t at = text.find('<');
@@ -43,8 +43,8 @@ std::string_view FindRootTag(std::string_view text)
     return text.substr(0, text.find('>') + 1);
 }
 
-/// Reads the attributes of a start tag in order. Plain loops: on texts this short they take a third
-/// of the instructions of searches.
+/// Reads the attributes of a start tag in order. For such short text, plain loops need a third of
+/// the instructions of library searches.
 class TagAttributes
 {
 public:
@@ -92,7 +92,7 @@ void ReadHead(std::string_view text, NodeHead& head)
         std::string_view(" \t\r\n").find(tag[start.size()]) == std::string_view::npos)
         return;
     TagAttributes attributes(tag.substr(start.size()));
-    // A file of a compiled type has neither label nor library.
+    // A file for a compiled type has neither label nor library.
     for (std::string_view name, value;
          (head.TypeName.empty() || head.Label.empty() || head.Library.empty()) &&
          attributes.Next(name, value);) {
@@ -112,7 +112,7 @@ void ReadHead(std::string_view text, NodeHead& head)
         head.TypeName.clear();
 }
 
-/// The beginning of a file; empty if it cannot be read.
+/// Returns the start of a file; empty if it cannot be read.
 std::string_view ReadBeginning(const std::string& file, std::array<char, headSize>& buffer)
 {
     const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);

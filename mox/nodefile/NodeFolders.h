@@ -6,26 +6,27 @@
 
 namespace Mox::Host {
 
-/// The environment variable with the folders of node files, separated by colons.
+/// The environment variable that lists the folders of node files, separated by colons.
 constexpr const char* nodePathVariable = "MOX_NODE_PATH";
 
-/// What a node file says of its type in the start tag of its root element.
+/// The attributes of a node file's root element.
 struct NodeHead
 {
     std::string File;
-    std::string TypeName; ///< empty if there is no root element <node> with a type at the beginning
+    std::string TypeName; ///< empty if the file does not start with a root element <node> with a
+                          ///< type
     std::string Label;
     std::string Library;
     bool IsCompiled = false;
 };
 
-/// The folders that are searched for node files: those of the environment variable, then the one
-/// named "nodes" beside a plug-in.
+/// Returns the folders that are searched for node files: those of the environment variable, then
+/// the folder "nodes" next to a plug-in.
 std::vector<std::string> NodeFolders(const std::filesystem::path& pluginFolder);
 
-/// The node files of a folder, by name; none if it cannot be read. Of each only the beginning is
-/// looked at, so that a hundred of them cost little: a file that has a head may be wrong further
-/// on.
+/// Returns the node files of a folder, sorted by name; none if it cannot be read. Only the start of
+/// each file is read, so that a hundred of them are cheap to list; the rest of a file may be
+/// invalid.
 std::vector<NodeHead> ListNodeFiles(const std::string& folder);
 
 } // namespace Mox::Host

@@ -17,7 +17,7 @@ using Materials::GuiPropertyKind;
 constexpr std::size_t mostParts = 200; ///< elements below the root
 constexpr std::size_t mostSettings = 1024;
 
-/// Those that every node has of its own.
+/// Names of the properties that every node has.
 constexpr std::string_view standardProperties[] = {"Type",         "Name",      "BindingIndex",
                                                    "BindingGroup", "PositionX", "PositionY",
                                                    "Description",  "Help Url"};

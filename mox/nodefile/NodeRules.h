@@ -5,11 +5,11 @@
 
 namespace Mox::Host {
 
-/// Checks what the parts of a node file say of one another: conditions and sources name what there
-/// is, and for every setting the names of inputs, outputs and samplers differ and there is an
-/// output and a body.
-/// @param where the root element
-/// @throws HostError at the part that is wrong
+/// Checks that the parts of a node file are consistent: conditions and sources refer to existing
+/// properties and values; for every setting, the names of inputs, outputs and samplers are
+/// distinct, and there is an output and a body.
+/// @param where position of the root element
+/// @throws HostError at the invalid part
 void CheckNodeRules(const NodeFile& file, const Place& where);
 
 } // namespace Mox::Host

@@ -30,7 +30,7 @@ NodeConditions ParseNodeConditions(std::string_view text, const Place& where)
 
 std::optional<OpenCode> FindOpenCode(std::string_view code, bool isExpression)
 {
-    std::string open; // closing brackets that are awaited
+    std::string open; // expected closing brackets
     int line = 0;
     for (std::size_t at = 0; at < code.size(); ++at) {
         const char c = code[at];
@@ -77,7 +77,7 @@ std::string TakeLines(std::string_view text, std::string_view indentation)
         const std::size_t first = line.find_first_not_of(spaces);
         if (first == std::string_view::npos)
             line = {};
-        else if (!isFirst) // whose indentation is before the start tag
+        else if (!isFirst) // the first line's indentation precedes the start tag
             indent = std::min(indent, first);
         isFirst = false;
         if (!line.empty() || !lines.empty())

@@ -9,29 +9,28 @@
 
 namespace Mox::Host {
 
-/// Conditions such as "Function=Sine, Cosine; Alpha=true": between semicolons one property each,
-/// with the values of which it must have one.
-/// @throws HostError at the place if the text has another form
+/// Parses conditions such as "Function=Sine, Cosine; Alpha=true": properties separated by
+/// semicolons, each with the values that it may have.
+/// @throws HostError at the place if the syntax is invalid
 NodeConditions ParseNodeConditions(std::string_view text, const Place& where);
 
-/// Something in Cg that is opened and not closed, or the other way round.
+/// An unmatched opening or closing token in Cg code.
 struct OpenCode
 {
-    int Line; ///< in the text, from 0
+    int Line; ///< line within the code, from 0
     std::string Message;
 };
 
-/// What would let code take effect beyond the braces, or the declaration, that it is written into:
-/// a comment, a bracket or brace that does not end in it. Preprocessor lines are not allowed
-/// either.
-/// @param isExpression then neither a semicolon nor a comment may be there
+/// Finds anything that would let code affect the code around it: a comment, bracket or brace that
+/// is not closed, or not opened, within it. Preprocessor lines are also rejected.
+/// @param isExpression also rejects semicolons and comments
 std::optional<OpenCode> FindOpenCode(std::string_view code, bool isExpression);
 
-/// The lines of a text, from the first that is not empty to the last, with an indentation of their
-/// own in place of the one that they share.
+/// Returns the lines of a text from the first to the last one that is not empty, with their common
+/// indentation replaced.
 std::string TakeLines(std::string_view text, std::string_view indentation);
 
-/// The words of a text with a single space between them.
+/// Returns the words of a text, separated by single spaces.
 std::string TakeWords(std::string_view text);
 
 } // namespace Mox::Host
