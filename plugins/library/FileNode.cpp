@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::int32_t noFlags = 0;
 
-/// The label as a name in Cg, which the name of a texture should be.
+/// Converts the label to a Cg name, which the name of a texture should be.
 std::string NameFromLabel(const std::string& label)
 {
     std::string name = label;
@@ -29,7 +29,7 @@ std::string NameFromLabel(const std::string& label)
     return name;
 }
 
-/// The name of the node's function, such as "mathsRoundCode".
+/// Returns the name of the node's function, such as "mathsRoundCode".
 std::string FunctionName(const std::string& typeName)
 {
     std::string name = typeName + "Code";
@@ -38,7 +38,7 @@ std::string FunctionName(const std::string& typeName)
     return name;
 }
 
-/// Appends a local variable with a value that is written out.
+/// Appends a local variable initialized with an expression.
 void DeclareVariable(ShaderFunctionBuilder& builder, const ShaderType& type,
                      const std::string& name, const std::string& value)
 {
@@ -99,7 +99,7 @@ void FileNode::UpdatePorts(const boost::shared_ptr<void>&)
 {
     ClearPorts(*this);
     const NodeSettings settings = Settings();
-    // A property that only inputs read is shown as long as one of them does.
+    // A property that is only the default of inputs is visible if one of these inputs exists.
     for (const NodeInput& input : _file->Inputs) {
         if (input.Source == NodeSource::Property)
             Properties->Get(input.SourceText)->Visible = false;
@@ -196,8 +196,8 @@ void FileNode::AddInput(const NodeInput& input, ShaderGraphGenerator& generator,
         AddConstant(input, builder);
         return;
     }
-    // A provider enters its parameter in the graph when asked, so that this node's own folds into
-    // it.
+    // A queried provider adds its parameter to the graph, so that the parameter made here is merged
+    // with it.
     generator.Graph->GetInterfaceNode(input.SourceText, noFlags, input.Type);
     builder.AddInput(input.Type, input.Name);
     feeds.emplace_back(input.Name,

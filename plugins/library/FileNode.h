@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-/// A node whose properties, ports and code are those of a file.
+/// A node with the properties, ports and code described by a node file.
 class FileNode : public Mox::Materials::GuiNode
 {
 public:
@@ -18,16 +18,17 @@ public:
 
     void UpdatePorts(const boost::shared_ptr<void>& hostContext) override;
 
-    /// The value of the title's property; else the name if it names a binding; else the label.
+    /// Returns the value of the title property; without one, the name if there is a binding,
+    /// otherwise the label.
     std::string GetTitle() override;
 
-    /// @throws ShaderError if a port that must have an edge has none
+    /// @throws ShaderError if an input that must be connected is not
     void GenerateShader(ShaderGraphGenerator& generator) override;
     bool HasBinding() override;
     void CreateBindings(const boost::shared_ptr<Mox::Materials::Material>& material) override;
 
 private:
-    /// Parameters that feed inputs of the function, by the names of the inputs.
+    /// Parameters that provide inputs of the function, with the names of the inputs.
     using Feeds = std::vector<std::pair<std::string, ShaderNodeHandle>>;
 
     Mox::Host::NodeSettings Settings() const;

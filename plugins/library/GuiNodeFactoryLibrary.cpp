@@ -14,7 +14,7 @@ using namespace Mox::Materials;
 
 namespace {
 
-/// The folder in which the module itself lies.
+/// Returns the folder that contains this module.
 std::filesystem::path ModuleFolder()
 {
     static const char inside = 0;

@@ -5,14 +5,14 @@
 #include <cstdint>
 #include <new>
 
-/// Version of the interface between host and plug-ins, for the host to compare.
+/// Returns the version of the plug-in interface, which the host compares with its own.
 MOX_PLUGIN_EXPORT std::int32_t GetMaterialLibVersion()
 {
     return Mox::Materials::InterfaceVersion;
 }
 
-/// A new factory that the caller owns and deletes through its virtual destructor, or null if there
-/// is no memory for the object itself.
+/// Returns a new factory, which the caller owns and deletes through its virtual destructor; null if
+/// there is not enough memory.
 MOX_PLUGIN_EXPORT Mox::Materials::GuiNodeFactory* CreateNodeFactory()
 {
     return new (std::nothrow) GuiNodeFactorySurface;

@@ -2,8 +2,8 @@
 
 #include "mox/authoring/GuiNodeFactory.h"
 
-/// The factory of the Surface library: the node in which a material ends, and those in which it
-/// begins.
+/// The factory of the Surface library: the output nodes of materials, and nodes that read values
+/// from the host.
 class GuiNodeFactorySurface : public Mox::Materials::GuiNodeFactory
 {
 public:

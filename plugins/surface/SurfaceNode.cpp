@@ -84,7 +84,8 @@ void SurfaceNode::GenerateShader(ShaderGraphGenerator& generator)
         WriteMarker(generator);
 }
 
-/// Nodes without a marker may each supply a part of a surface, but the host shades it as one kind.
+/// Rejects a surface of a different kind: nodes without a marker may each write a part of the
+/// surface, but the host shades it as one kind.
 void SurfaceNode::RequireOneKind(const ShaderGraphGenerator& generator) const
 {
     for (const SurfaceKind& kind : kinds) {
@@ -106,7 +107,7 @@ void SurfaceNode::RequireUnwritten(const ShaderGraphGenerator& generator,
     }
 }
 
-/// Nothing reads the marker, so no program contains it.
+/// Writes the marker. Nothing reads it, so it is not part of any program.
 void SurfaceNode::WriteMarker(ShaderGraphGenerator& generator) const
 {
     const ShaderType type(f, 1, 1, 1);

@@ -12,19 +12,19 @@ struct SurfaceInput
     const char* Parameter; ///< name of the interface parameter that the port writes
 };
 
-/// One type of surface.
+/// A type of surface node.
 struct SurfaceKind
 {
     const char* TypeName;
     const char* Label;
     const char* const* Icon; ///< XPM table
     std::span<const SurfaceInput> Inputs;
-    const char* Marker; ///< interface parameter that is written whatever is connected, or null
+    const char* Marker; ///< interface parameter that is always written, or null
 };
 
-/// The end of a material: what arrives at its inputs is what the host shades. Each connected input
-/// writes the interface parameter of its name; what nobody writes keeps the host's default. A
-/// marker lets the host know which type of surface it is.
+/// An output node of a material: the host shades the values of its inputs. Each connected input
+/// writes the interface parameter with its name; for parameters that are not written, the host uses
+/// defaults. A marker identifies the type of surface to the host.
 class SurfaceNode : public Mox::Materials::GuiNode
 {
 public:
@@ -33,8 +33,8 @@ public:
     /// @param kind one of Kinds()
     explicit SurfaceNode(const SurfaceKind& kind);
 
-    /// @throws ShaderError if another node has written one of the parameters before, or if there is
-    ///         a surface of another kind
+    /// @throws ShaderError if another node has already written one of the parameters, or if there
+    ///        is a surface of another kind
     void GenerateShader(ShaderGraphGenerator& generator) override;
 
 private:

@@ -23,8 +23,8 @@ namespace {
 
 constexpr auto f = ComponentType::Float;
 
-// Directions have unit length. The facing ratio is the cosine between normal and view direction: 1
-// where the surface faces the eye, 0 at its outline.
+// Directions have unit length. The facing ratio is the cosine between the normal and the view
+// direction: 1 where the surface faces the camera, 0 at its silhouette.
 // clang-format off
 constexpr SurfaceSource sources[] = {
     {"SurfaceFacingRatio", "Facing Ratio", SurfaceFacingRatio_xpm,
@@ -82,8 +82,8 @@ SurfaceSourceNode::SurfaceSourceNode(const SurfaceSource& source)
 void SurfaceSourceNode::GenerateShader(ShaderGraphGenerator& generator)
 {
     const ShaderType type = GetOutputPort(_source.Output.Name).GetShaderType();
-    // A provider enters its parameter in the graph when asked, so that this node's own folds into
-    // it.
+    // A queried provider adds its parameter to the graph, so that the parameter made here is merged
+    // with it.
     generator.Graph->GetInterfaceNode(_source.Parameter, flags, type);
     const ShaderNodeHandle parameter =
         ShaderNode::CreateInterfaceParameter(_source.Parameter, flags, type);

@@ -5,30 +5,31 @@
 
 #include <span>
 
-/// One value that the host knows about the surface or the moment.
+/// A value that the host knows about the surface or the current time.
 struct SurfaceSource
 {
     const char* TypeName;
     const char* Label;
     const char* const* Icon; ///< XPM table
-    const char* Parameter;   ///< name of the interface parameter that a provider serves, flags 0
+    const char* Parameter;   ///< name of the interface parameter, with flags 0, that a provider
+                             ///< supplies
     Mox::Materials::PortRow Output;
 };
 
-/// A beginning of a material: reads one value that the host supplies, and has no inputs. All its
-/// types do the same and differ by a row, so they share the class.
+/// A source node of a material: reads one value that the host supplies, and has no inputs. Its
+/// types differ only in a row of a table, so they share a class.
 class SurfaceSourceNode : public Mox::Materials::GuiNode
 {
 public:
     /// One row for each type, in catalogue order.
     static std::span<const SurfaceSource> Sources();
 
-    /// Keeps a reference to source, which is one of Sources.
+    /// @param source one of Sources(); must outlive the node
     explicit SurfaceSourceNode(const SurfaceSource& source);
 
-    /// Any number of nodes read one parameter.
-    /// @throws ShaderError if no provider of the graph serves the parameter, or serves it with
-    ///         another type
+    /// Adds the parameter that supplies the value; any number of nodes may share it.
+    /// @throws ShaderError if no provider of the graph supplies the parameter, or if one supplies
+    ///        it with another type
     void GenerateShader(ShaderGraphGenerator& generator) override;
 
 private:
