@@ -99,8 +99,8 @@ public:
     float BackgroundColour[4] = {0.9f, 0.9f, 0.9f, 0.9f}; ///< red, green, blue, alpha
     std::vector<GuiPort> InputPorts;                      ///< in display order
     std::vector<GuiPort> OutputPorts;                     ///< in display order
-    std::int32_t ComponentCount = 0;               ///< undefined before ResolveComponentCounts
-    ComponentType Precision = ComponentType::Void; ///< undefined before ResolvePrecisions
+    std::int32_t ComponentCount = 0;               ///< not valid before ResolveComponentCounts
+    ComponentType Precision = ComponentType::Void; ///< not valid before ResolvePrecisions
     boost::shared_ptr<GuiPropertyBag> Properties;
 
     /// The standard properties, which come first in the bag, in this order.

@@ -37,7 +37,7 @@ public:
     /// @throws ShaderError if the count, or otherwise the precision, is unknown
     ShaderType GetShaderType() const;
 
-    std::string Name;  ///< unique among the ports and name of the Cg parameter, such as "in_uv"
+    std::string Name;  ///< name of the Cg parameter and lookup key, such as "in_uv"
     std::string Label; ///< name shown to the user, such as "uv"
     std::int32_t ComponentCount = 0;
     bool CountKnown = false;

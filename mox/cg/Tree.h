@@ -31,7 +31,7 @@ struct Variable
     std::string_view Name;
     Type Of;
     Storage Where = Storage::Local;
-    bool IsAssigned = false;     ///< apart from its initial value
+    bool IsAssigned = false;     ///< assigned after its declaration
     std::string_view Semantic;   ///< of a parameter of "main" or a uniform, such as "TEXCOORD3"
     Expression* Value = nullptr; ///< for a constant
 };
@@ -65,7 +65,7 @@ enum class ExpressionKind : std::uint8_t
     Select,  ///< condition, value if true, value if false; component by component
     Assign,  ///< target, value. For a compound assignment, the value is a Binary whose left operand
              ///< is the target node itself, possibly inside conversions
-    PostStep,  ///< an Assign; the result is the value of the target before it
+    PostStep,  ///< an Assign, but yields the previous value of its target
     Call,      ///< Callee
     Intrinsic, ///< Builtin
     Construct, ///< parts in sequence, or one scalar for every component; zero without operands

@@ -31,9 +31,9 @@ struct StructType;
 struct Type
 {
     Element Of = Element::Void;
-    std::uint8_t Rows = 1;    ///< number of elements of an array; 0 if it is not an array
-    std::uint8_t Columns = 1; ///< of a matrix, or the components of a vector; else 1
-    std::uint16_t Length = 0; ///< elements of an array; else 0
+    std::uint8_t Rows = 1;    ///< of a matrix, 2 to 4; otherwise 1
+    std::uint8_t Columns = 1; ///< of a matrix, or components of a vector; otherwise 1
+    std::uint16_t Length = 0; ///< number of elements of an array; otherwise 0
     const StructType* Structure = nullptr;
 
     friend bool operator==(const Type& a, const Type& b) = default;

@@ -38,11 +38,11 @@ public:
 
     Expression* Sequence(Expression* first, Expression* second, Position where);
 
-    /// Makes a call of one of the module's functions with a name.
+    /// Makes a call to the overload that matches best.
     Expression* Call(const std::vector<Function*>& overloads, std::vector<Expression*> arguments,
                      const Token& name);
 
-    /// Makes a call of a built-in function of Cg; returns null if there is none with this name.
+    /// Makes a call to a built-in function of Cg; returns null if there is none with this name.
     Expression* CallLibrary(std::vector<Expression*> arguments, const Token& name);
 
     /// Makes an implicit conversion, as for an assignment.

@@ -391,8 +391,7 @@ private:
         Text += ";\n";
     }
 
-    /// Writes a call whose operands from the given index on may be scalars instead of repeated
-    /// scalars.
+    /// Writes a call in which scalars need not be expanded to vectors from the given operand on.
     void PutWithScalars(const Expression& call, std::size_t first)
     {
         Text += FunctionName(*call.Builtin);

@@ -271,7 +271,7 @@ protected:
 
     void PutIntrinsic(const Expression& call, Binding around) override
     {
-        // The result of "sign" has ints.
+        // "sign" returns ints.
         const bool isSign = call.Builtin->Id == Builtin::Sign && call.Of.HasFloats();
         Text += isSign ? Compose(TypeName(call.Of), "(") : std::string();
         Writer::PutIntrinsic(call, around);

@@ -14,7 +14,7 @@ using Materials::Compose;
 
 namespace {
 
-/// The components of a stored four-component vector that an element or column uses.
+/// Returns the swizzle for the used components of a stored four-component vector.
 std::string_view LettersOf(const Cg::Type& type)
 {
     const std::size_t count = type.IsMatrix() ? type.Rows : type.Columns;

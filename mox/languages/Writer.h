@@ -78,7 +78,7 @@ protected:
     virtual void PutNumber(const Cg::Expression& number);
     virtual void PutName(const Cg::Variable& variable);
 
-    /// Writes an expression that a selection follows.
+    /// Writes an expression that will be followed by an index, swizzle or member.
     virtual void PutSelected(const Cg::Expression& expression);
     virtual void PutArgument(const Cg::Variable& parameter, const Cg::Expression& argument);
     virtual void PutBinary(const Cg::Expression& expression, Binding around);

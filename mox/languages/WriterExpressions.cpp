@@ -213,7 +213,7 @@ void Writer::PutBinary(const Expression& expression, Binding around)
         else
             left = &Unrepeated(*left);
     }
-    // Adds parentheses where few people know the precedence.
+    // Parenthesize "&&" within "||", since few people remember the precedence.
     const bool isAndInOr = own == Binding::And && around >= Binding::Or && around <= Binding::And;
     PutInfix(*left, symbol, *right, own, isAndInOr ? Binding::Primary : around);
 }

@@ -87,7 +87,7 @@ struct NodeSampler
     int Line = 0;
 };
 
-/// All Cg functions with one name that bodies call.
+/// The Cg functions of one name, for bodies to call.
 struct NodeFunction
 {
     std::string Name;

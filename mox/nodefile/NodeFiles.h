@@ -27,8 +27,7 @@ public:
 
 private:
     std::map<std::string, std::vector<std::string>> _definitions; ///< files by type
-    std::map<std::string, std::string> _descriptions;             ///< files by type of a compiled
-                                                                  ///< node
+    std::map<std::string, std::string> _descriptions;             ///< file for each compiled type
 };
 
 } // namespace Mox::Host

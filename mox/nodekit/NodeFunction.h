@@ -10,8 +10,8 @@
 namespace Mox::Materials {
 
 /// The steps by which a node becomes one Cg function. They are called in this order: inputs,
-/// outputs, the node's own code, AddFunction. Only the last one changes the generator, so a failure
-/// before leaves it unchanged.
+/// outputs, the node's own code, AddFunction. Only the last one changes the generator, so an
+/// earlier failure leaves it unchanged.
 
 /// Returns the value of an unconnected input; may throw if the input must be connected.
 using UnconnectedValue = std::function<float(const GuiPort&)>;

@@ -154,7 +154,7 @@ std::string CoreTextureNode::GetTitle()
 
 std::string CoreTextureNode::GetBindingName()
 {
-    // The mark moves up after 1, 2, 4... steps; in a cycle, the walk reaches the mark again.
+    // The mark advances after 1, 2, 4... steps; in a cycle, the walk reaches the mark again.
     const CoreTextureNode* node = this;
     const CoreTextureNode* mark = this;
     std::size_t steps = 0;

@@ -61,7 +61,7 @@ public:
     /// The solid angle of a texel, up to a constant factor.
     float WeightOf(std::uint32_t y) const { return std::sin(DownOf(y)); }
 
-    /// The radiance from a direction, with bilinear filtering.
+    /// Returns the radiance from a direction, with bilinear filtering.
     glm::vec3 Read(const glm::vec3& direction) const
     {
         const float across = 0.5f + std::atan2(direction.x, -direction.z) / (2.0f * pi);

@@ -32,7 +32,7 @@ struct PreviewOptions
     std::uint32_t Height = 512;
     float FirstFrame = 0.0f;
     std::uint32_t FrameCount = 1; ///< number of consecutive frames, side by side from the left
-    std::optional<float> Time;    ///< seconds at the first frame; if empty, frames are 1/30 s long
+    std::optional<float> Time;    ///< in seconds, at the first frame; by default FirstFrame / 30
     std::map<std::string, std::string> Values; ///< by name: values of bindings, or of what the
                                                ///< environment reads
     std::filesystem::path Light; ///< panorama that lights physical surfaces; if empty, a studio

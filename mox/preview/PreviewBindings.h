@@ -23,7 +23,7 @@ std::optional<std::vector<float>> ParseNumbers(std::string_view text);
 class PreviewBindings
 {
 public:
-    /// @throws HostError that names the node if a node fails
+    /// @throws HostError if a node fails; the error names the node
     explicit PreviewBindings(const MaterialGraph& graph);
 
     /// Sets the value of all bindings with a name: numbers separated by commas, or the file of a

@@ -142,7 +142,7 @@ void Renderer::MakePass()
     const vk::AttachmentReference resolved(2, Layout::eColorAttachmentOptimal);
     const vk::SubpassDescription subpass({}, vk::PipelineBindPoint::eGraphics, 0, nullptr, 1,
                                          &colour, isResolved ? &resolved : nullptr, &depth);
-    // Submissions are waited for one by one, so only the copy after the pass needs a dependency.
+    // The host waits for each submission, so only the copy after the pass needs a dependency.
     const vk::SubpassDependency copy(0, VK_SUBPASS_EXTERNAL, Stage::eColorAttachmentOutput,
                                      Stage::eTransfer, Access::eColorAttachmentWrite,
                                      Access::eTransferRead);

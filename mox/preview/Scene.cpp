@@ -14,7 +14,7 @@ namespace Mox::Host {
 namespace {
 
 constexpr float halfViewAngle = 0.2617994f; ///< 15 degrees, vertical
-constexpr float filledPart = 0.9f;          ///< of the image, by the mesh
+constexpr float filledPart = 0.9f;          ///< share of the image that the mesh fills
 
 const glm::vec3 keyLight(-0.5f, 0.6f, 0.65f);
 

@@ -131,7 +131,7 @@ TextureImage MakeCheckerImage()
 
 TextureImage MakeFlatNormalImage()
 {
-    // Bytes cannot represent exactly 0.5.
+    // Bytes cannot represent 0.5 exactly.
     constexpr float flat[] = {0.5f, 0.5f, 1.0f, 0.5f};
     return MakeImage(1, 1, TexelFormat::Float, flat);
 }

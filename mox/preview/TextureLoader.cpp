@@ -39,7 +39,7 @@ std::vector<TextureImage> TextureLoader::Load(const TextureSettings& binding)
 
 TextureImage TextureLoader::Read(const std::filesystem::path& file)
 {
-    constexpr std::uint64_t largestTextures = 2; // that fit into one image
+    constexpr std::uint64_t largestTextures = 2; // memory limit, in textures of the largest size
     const Place where{file.string()};
     const std::shared_ptr<const TextureImage> image = _files.ReadTexture(file);
     if (std::max(image->Width, image->Height) > _deviceSide) {

@@ -14,7 +14,7 @@ class ProgramFormat
 public:
     virtual ~ProgramFormat() = default;
 
-    /// File name extensions of the files that Write returns, each including its dot or dots.
+    /// File name extensions of the files that Write returns, including the leading dot.
     virtual const std::vector<std::string>& Endings() const = 0;
 
     /// Writes a program; returns the contents of one file for each extension.

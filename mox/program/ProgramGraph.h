@@ -35,8 +35,8 @@ struct ProgramNode
 
 /// The part of a shader graph that contributes to an output of the program, as plain indices.
 ///
-/// Interface parameters are left out: their readers read the value written to them. Each node comes
-/// after all that it reads, and close to where it is read.
+/// Interface parameters are left out: their readers refer directly to the value written to them.
+/// Each node comes after all that it reads, and close to where it is read.
 class ProgramGraph
 {
 public:

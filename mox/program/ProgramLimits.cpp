@@ -67,7 +67,7 @@ void CheckProgramLimits(const ProgramGraph& graph, ProblemList& problems)
         for (std::size_t port = 0; port < definition.Outputs.size(); ++port)
             CheckName(graph.NameOf({node, port}), where, problems);
         if (!checked.insert(&definition).second)
-            continue; // this function has been checked
+            continue; // already checked
         for (const ShaderPort& port : definition.Inputs)
             CheckName(port.Name, where, problems);
         CheckNumbers(definition, where, problems);

@@ -154,7 +154,7 @@ void StageChoice::ReadInputs(std::size_t index)
     }
 }
 
-/// Returns, for each input, the components that the part read by the fragment stage depends on.
+/// Returns the components of each input that affect what the fragment stage reads of a node.
 std::vector<ComponentMask> StageChoice::FindReadComponents(std::size_t index) const
 {
     const ProgramNode& node = _graph.Nodes()[index];

@@ -15,8 +15,8 @@ public:
     virtual ~InterfaceNodeProvider();
 
     /// Returns the parameter for a key, or an empty handle if this provider does not have it. The
-    /// graph that calls this function does not store the result; a provider inserts a node that is
-    /// to stay.
+    /// graph that calls this function does not store the result, so a provider must insert nodes
+    /// that should stay in the graph.
     virtual ShaderNodeHandle ProvideInterfaceNode(const std::string& name, std::int32_t flags,
                                                   ShaderGraph& graph) = 0;
 };

@@ -35,7 +35,6 @@ public:
 
     /// Makes and inserts an edge between two nodes of the graph.
     /// @throws ShaderError as InsertEdge does
-    /// @throws ShaderError as InsertEdge does
     void ConnectPorts(const ShaderNodeHandle& tail, const std::string& tailPort,
                       const ShaderNodeHandle& head, const std::string& headPort, bool flag);
 

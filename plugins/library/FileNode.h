@@ -28,7 +28,7 @@ public:
     void CreateBindings(const boost::shared_ptr<Mox::Materials::Material>& material) override;
 
 private:
-    /// Parameters that provide inputs of the function, with the names of the inputs.
+    /// Parameters to connect to inputs of the function, by name of the input.
     using Feeds = std::vector<std::pair<std::string, ShaderNodeHandle>>;
 
     Mox::Host::NodeSettings Settings() const;
