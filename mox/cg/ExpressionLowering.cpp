@@ -297,7 +297,7 @@ Expression* ExpressionLowering::LowerConvert(Expression* expression)
     return _shapes.Convert(isRisky ? _hoister.Hoist(value, "operand") : value, expression->Of);
 }
 
-// ---- functions of the library
+// ---- built-in functions
 
 Expression* ExpressionLowering::LowerIntrinsic(Expression* call)
 {

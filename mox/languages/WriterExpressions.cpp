@@ -259,7 +259,7 @@ void Writer::PutConvert(const Expression& expression, Binding around)
         PutCall(TypeName(expression.Of), expression.Operands);
 }
 
-/// Columns first.
+/// The column comes first.
 void Writer::PutElement(const Expression& expression)
 {
     PutSelected(*expression.Operands[0]);

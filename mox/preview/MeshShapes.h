@@ -28,7 +28,8 @@ constexpr glm::vec3 meshFileView{0.5f, 0.4f, 1.0f};
 std::optional<Mesh> FindShape(const std::string& name);
 
 /// Returns a built-in mesh by name, "sphere", "plane" or "cube", or else reads a mesh file.
-/// @throws HostError as FileDecoder::ReadMesh does, if the name is not that of a built-in mesh
+/// @throws HostError if it is neither a built-in mesh nor a mesh file, or as FileDecoder::ReadMesh
+///        does
 Mesh FindMesh(const std::string& nameOrFile, const FileDecoder& files);
 
 } // namespace Mox::Host
