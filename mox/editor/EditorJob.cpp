@@ -135,14 +135,20 @@ EditorJob::Work DrawPicture(const EditorServices& services, const PictureRequest
     };
 }
 
-EditorJob::Work LoadTexture(const EditorServices& services, const std::string& tag)
+EditorJob::Work LoadTexture(const EditorServices& services, const std::string& tag,
+                            const std::string& sampler)
 {
-    return [services, tag](const DocumentSnapshot& snapshot, Json& reply, EditorReply& answer) {
+    return [services, tag, sampler](const DocumentSnapshot& snapshot, Json& reply,
+                                    EditorReply& answer) {
         ProblemList problems;
-        LoadedTexture texture = services.Pictures->Load(snapshot.Document(), tag, problems);
+        LoadedTexture texture =
+            services.Pictures->Load(snapshot.Document(), tag, sampler, problems);
         Json levels = Json::array();
-        for (const auto& [width, height] : texture.Sides)
-            levels.push_back({{"width", width}, {"height", height}});
+        for (const LoadedTexture::Level& level : texture.Levels) {
+            levels.push_back({{"width", level.Width}, {"height", level.Height}});
+            if (level.Layers > 1)
+                levels.back()["layers"] = level.Layers;
+        }
         reply["texture"] = {{"format", texture.Format}, {"levels", std::move(levels)}};
         reply["problems"] = ToJson(problems.Problems());
         answer.Bytes = std::move(texture.Bytes);

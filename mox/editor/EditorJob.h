@@ -90,7 +90,8 @@ EditorJob::Work CompilePrograms(const EditorServices& services, const std::strin
 EditorJob::Work DrawPicture(const EditorServices& services, const PictureRequest& request);
 
 /// Loads the texture of one of its texture bindings.
-EditorJob::Work LoadTexture(const EditorServices& services, const std::string& tag);
+EditorJob::Work LoadTexture(const EditorServices& services, const std::string& tag,
+                            const std::string& sampler);
 
 /// Reads a mesh.
 /// @param name of its file; empty for the mesh of the host

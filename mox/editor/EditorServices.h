@@ -32,9 +32,16 @@ struct PictureRequest
 /// A texture with its mip levels, in the form that graphics libraries accept.
 struct LoadedTexture
 {
+    struct Level
+    {
+        std::uint32_t Width;
+        std::uint32_t Height;
+        std::uint32_t Layers; ///< faces of a cube map or slices of a volume
+    };
+
     std::string Format; ///< "unorm8", four bytes for each texel, or "half", four 16-bit floats
-    std::vector<std::pair<std::uint32_t, std::uint32_t>> Sides; ///< of each level, largest first
-    std::vector<std::uint8_t> Bytes; ///< one level after the other, rows from top to bottom
+    std::vector<Level> Levels;       ///< the largest first
+    std::vector<std::uint8_t> Bytes; ///< of each level the layers, their rows from top to bottom
 };
 
 /// A mesh with its vertex streams, in the form that graphics libraries accept.
@@ -71,9 +78,10 @@ public:
                          ProblemList& problems) = 0;
 
     /// The texture of a texture binding, or a stand-in if it cannot be read. Threads as for Draw.
-    /// @throws HostError if there is no such binding
+    /// @param sampler type of the sampler that reads it, such as "samplerCUBE"
+    /// @throws HostError if there is no such binding, or if the type is not that of a sampler
     virtual LoadedTexture Load(const MaterialDocument& document, const std::string& tag,
-                               ProblemList& problems) = 0;
+                               const std::string& sampler, ProblemList& problems) = 0;
 
     /// Reads a mesh from the bytes of a file, which may come from anybody. Threads as for Draw.
     /// @param name of the file

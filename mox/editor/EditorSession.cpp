@@ -391,10 +391,11 @@ void EditorSession::PutTexture(const Request& request, EditorAnswer&, Json& repl
 
 void EditorSession::GetTexture(const Request& request, EditorAnswer& answer, Json&)
 {
-    request.Message.AllowOnly({"id", "do", "tag"});
+    request.Message.AllowOnly({"id", "do", "tag", "sampler"});
     const std::string tag = request.Message.Member("tag").Text();
+    const auto sampler = request.Message.Find("sampler");
     RequirePainter(request);
-    StartJob(request, LoadTexture(_services, tag), answer);
+    StartJob(request, LoadTexture(_services, tag, sampler ? sampler->Text() : "sampler2D"), answer);
 }
 
 /// A mesh belongs to the page that shows it and not to the document.

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <optional>
 
 namespace Mox::Host {
 
@@ -49,12 +50,12 @@ SceneTexture LoadTexture(const ProgramParameter& parameter, const DrawSources& s
                                     "\", which a preview does not have: give it with --set ",
                                     parameter.Name, "=FILE"));
     }
-    if (parameter.Type.Component != ComponentType::Sampler1D &&
-        parameter.Type.Component != ComponentType::Sampler2D) {
+    const std::optional<TextureShape> shape = ShapeOf(parameter.Type.Component);
+    if (!shape) {
         throw HostError({}, Compose("the texture \"", parameter.Name, "\" is a ",
                                     parameter.Type.Format(), ", which a preview cannot fill"));
     }
-    return {sources.Textures->Load(*binding), parameter.Sampler};
+    return {sources.Textures->Load(*binding, *shape), parameter.Sampler};
 }
 
 std::vector<float> FindValues(const ProgramParameter& parameter, const PreviewBindings* bindings,
@@ -146,7 +147,7 @@ DrawCall BuildDraw(const CompiledProgram& program, const DrawSources& sources,
             try {
                 SceneTexture texture = LoadTexture(program.Parameters[slot.Parameter], sources);
                 draw.Textures.push_back({slot.Binding,
-                                         slot.Type.Component == ComponentType::Sampler1D,
+                                         ShapeOf(slot.Type.Component).value_or(TextureShape::Plane),
                                          std::move(texture.Levels), texture.Sampler});
             } catch (const HostError& error) {
                 problems.Fail(uniformRule, error);

@@ -3,6 +3,7 @@
 #include "mox/compile/SpirvCompiler.h"
 #include "mox/decode/TextureImage.h"
 #include "mox/document/SamplerState.h"
+#include "mox/preview/TextureShape.h"
 #include "mox/targets/StageInterface.h"
 
 #include <cstddef>
@@ -24,7 +25,7 @@ struct DrawStream
 struct DrawTexture
 {
     std::uint32_t Binding; ///< in the descriptor set samplerSet
-    bool Is1D;             ///< uses only the top row of the images
+    TextureShape Shape;
     std::vector<TextureImage> Levels;
     SamplerState Sampler = {}; ///< empty fields mean "repeat", "trilinear" and maximum anisotropy
 };

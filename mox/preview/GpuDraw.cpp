@@ -84,6 +84,18 @@ GpuBuffer Upload(const VulkanDevice& device, const std::vector<Value>& values,
     return buffer;
 }
 
+vk::ImageType ImageTypeOf(TextureShape shape)
+{
+    switch (shape) {
+    case TextureShape::Row:
+        return vk::ImageType::e1D;
+    case TextureShape::Volume:
+        return vk::ImageType::e3D;
+    default:
+        return vk::ImageType::e2D;
+    }
+}
+
 /// Returns the format for an image. Floats are stored as halfs, since every device can filter halfs
 /// but not every device can filter floats.
 vk::Format FormatOf(const TextureImage& image)
@@ -123,7 +135,7 @@ vk::ImageMemoryBarrier MakeBarrier(vk::Image image, std::uint32_t levels, vk::Ac
             VK_QUEUE_FAMILY_IGNORED,
             VK_QUEUE_FAMILY_IGNORED,
             image,
-            {vk::ImageAspectFlagBits::eColor, 0, levels, 0, 1}};
+            {vk::ImageAspectFlagBits::eColor, 0, levels, 0, VK_REMAINING_ARRAY_LAYERS}};
 }
 
 /// Returns the handles of owning objects.
@@ -191,20 +203,18 @@ void GpuDraw::UploadTexture(const DrawTexture& texture)
 {
     const auto levelCount = static_cast<std::uint32_t>(texture.Levels.size());
     const TextureImage& top = texture.Levels.front();
-    const auto heightOf = [&](const TextureImage& level) {
-        return texture.Is1D ? 1u : level.Height;
+    const bool isCube = texture.Shape == TextureShape::Cube;
+    const std::uint32_t faces = isCube ? cubeFaces : 1;
+    const auto extentOf = [&](const TextureImage& level) {
+        const bool isRow = texture.Shape == TextureShape::Row;
+        return vk::Extent3D(level.Width, isRow ? 1 : level.Height, isCube ? 1 : level.Layers);
     };
-    GpuImage image =
-        _device.MakeImage({{},
-                           texture.Is1D ? vk::ImageType::e1D : vk::ImageType::e2D,
-                           FormatOf(top),
-                           {top.Width, heightOf(top), 1},
-                           levelCount,
-                           1,
-                           vk::SampleCountFlagBits::e1,
-                           vk::ImageTiling::eOptimal,
-                           vk::ImageUsageFlagBits::eTransferDst | vk::ImageUsageFlagBits::eSampled},
-                          vk::ImageAspectFlagBits::eColor);
+    GpuImage image = _device.MakeImage(
+        {isCube ? vk::ImageCreateFlagBits::eCubeCompatible : vk::ImageCreateFlags(),
+         ImageTypeOf(texture.Shape), FormatOf(top), extentOf(top), levelCount, faces,
+         vk::SampleCountFlagBits::e1, vk::ImageTiling::eOptimal,
+         vk::ImageUsageFlagBits::eTransferDst | vk::ImageUsageFlagBits::eSampled},
+        vk::ImageAspectFlagBits::eColor);
     std::vector<GpuBuffer> staged;
     for (const TextureImage& level : texture.Levels)
         staged.push_back(UploadTexels(_device, level));
@@ -219,8 +229,8 @@ void GpuDraw::UploadTexture(const DrawTexture& texture)
             const TextureImage& level = texture.Levels[i];
             commands.copyBufferToImage(
                 *staged[i].Buffer, *image.Image, Layout::eTransferDstOptimal,
-                vk::BufferImageCopy(0, 0, 0, {vk::ImageAspectFlagBits::eColor, i, 0, 1}, {},
-                                    {level.Width, heightOf(level), 1}));
+                vk::BufferImageCopy(0, 0, 0, {vk::ImageAspectFlagBits::eColor, i, 0, faces}, {},
+                                    extentOf(level)));
         }
         commands.pipelineBarrier(
             Stage::eTransfer, Stage::eVertexShader | Stage::eFragmentShader, {}, {}, {},

@@ -1,5 +1,6 @@
 #include "mox/preview/LightPanorama.h"
 
+#include "mox/preview/PanoramaReader.h"
 #include "mox/preview/TextureLevels.h"
 
 #include <algorithm>
@@ -61,22 +62,10 @@ public:
     /// The solid angle of a texel, up to a constant factor.
     float WeightOf(std::uint32_t y) const { return std::sin(DownOf(y)); }
 
-    /// Returns the radiance from a direction, with bilinear filtering.
     glm::vec3 Read(const glm::vec3& direction) const
     {
-        const float across = 0.5f + std::atan2(direction.x, -direction.z) / (2.0f * pi);
-        const float down = std::acos(std::clamp(direction.y, -1.0f, 1.0f)) / pi;
-        const float x = across * static_cast<float>(_width) - 0.5f;
-        const float y = std::clamp(down * static_cast<float>(_height) - 0.5f, 0.0f,
-                                   static_cast<float>(_height - 1));
-        const float left = std::floor(x);
-        const auto column = static_cast<std::uint32_t>(left + static_cast<float>(_width));
-        const auto row = static_cast<std::uint32_t>(y);
-        const std::uint32_t below = std::min(row + 1, _height - 1);
-        const auto mixed = [&](std::uint32_t line) {
-            return glm::mix(At(column % _width, line), At((column + 1) % _width, line), x - left);
-        };
-        return glm::mix(mixed(row), mixed(below), y - static_cast<float>(row));
+        return ReadPanorama(_width, _height, direction,
+                            [this](std::uint32_t x, std::uint32_t y) { return At(x, y); });
     }
 
     TextureImage ToImage() const
@@ -113,7 +102,7 @@ Sky Resize(const Sky& sky, std::uint32_t width, std::uint32_t height)
 std::vector<Sky> MakeSkies(const TextureImage& image)
 {
     std::vector<Sky> skies;
-    for (const TextureImage& level : MakeMipLevels(image, false))
+    for (const TextureImage& level : MakeMipLevels(image, TextureShape::Plane, false))
         skies.emplace_back(level);
     return skies;
 }

@@ -347,10 +347,12 @@ std::vector<Picture> MaterialPreview::RenderFrames(PreparedMaterial& material,
     SetValues(options, material, scene);
     set(scene, 0);
 
-    TextureLoader textures(
-        _files, std::filesystem::path(document.File).parent_path(),
-        std::min(_device->Limits().maxImageDimension1D, _device->Limits().maxImageDimension2D),
-        problems);
+    const vk::PhysicalDeviceLimits& limits = _device->Limits();
+    TextureLoader textures(_files, std::filesystem::path(document.File).parent_path(),
+                           {std::min({limits.maxImageDimension1D, limits.maxImageDimension2D,
+                                      limits.maxImageDimensionCube}),
+                            limits.maxImageDimension3D},
+                           problems);
     const SceneTextures sceneTextures = LoadSceneTextures(program, options, textures, scene);
     DrawCall surface =
         BuildDraw(program, {mesh, &material.Bindings, &textures, sceneTextures}, problems);
@@ -389,11 +391,13 @@ SceneTextures MaterialPreview::LoadSceneTextures(const CompiledProgram& program,
         texture.Sampler.WrapV = "clamp";
     }
     for (const auto& [name, value] : options.Values) {
-        if (name == panorama || !FindSceneParameter(program, ParameterKind::Sampler, name))
+        const ProgramParameter* sampler = FindSceneParameter(program, ParameterKind::Sampler, name);
+        const auto shape = sampler ? ShapeOf(sampler->Type.Component) : std::nullopt;
+        if (name == panorama || !shape)
             continue;
         TextureSettings settings;
         settings.File = value;
-        loaded[name] = {textures.Load(settings)};
+        loaded[name] = {textures.Load(settings, *shape)};
     }
     return loaded;
 }

@@ -56,6 +56,20 @@ int RateKind(vk::PhysicalDeviceType kind)
     }
 }
 
+vk::ImageViewType ViewTypeOf(const vk::ImageCreateInfo& info)
+{
+    if (info.flags & vk::ImageCreateFlagBits::eCubeCompatible)
+        return vk::ImageViewType::eCube;
+    switch (info.imageType) {
+    case vk::ImageType::e1D:
+        return vk::ImageViewType::e1D;
+    case vk::ImageType::e3D:
+        return vk::ImageViewType::e3D;
+    default:
+        return vk::ImageViewType::e2D;
+    }
+}
+
 VKAPI_ATTR VkBool32 VKAPI_CALL TakeMessage(VkDebugUtilsMessageSeverityFlagBitsEXT,
                                            VkDebugUtilsMessageTypeFlagsEXT,
                                            const VkDebugUtilsMessengerCallbackDataEXT* data,
@@ -167,11 +181,9 @@ GpuImage VulkanDevice::MakeImage(const vk::ImageCreateInfo& info, vk::ImageAspec
     image.Image = _device.createImage(info);
     image.Memory = Allocate(image.Image.getMemoryRequirements(), {});
     image.Image.bindMemory(*image.Memory, 0);
-    const auto kind =
-        info.imageType == vk::ImageType::e1D ? vk::ImageViewType::e1D : vk::ImageViewType::e2D;
     image.View = _device.createImageView({{},
                                           *image.Image,
-                                          kind,
+                                          ViewTypeOf(info),
                                           info.format,
                                           {},
                                           {aspect, 0, info.mipLevels, 0, info.arrayLayers}});

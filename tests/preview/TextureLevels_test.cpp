@@ -1,3 +1,4 @@
+#include "mox/host/HostError.h"
 #include "mox/preview/TextureLevels.h"
 
 #include <gtest/gtest.h>
@@ -24,10 +25,12 @@ int RedOf(const TextureImage& image)
 /// Half black and half white is half the light, which sRGB stores as 188.
 TEST(TextureLevels, SmallerLevelsKeepTheLight)
 {
-    const std::vector<TextureImage> raw = MakeMipLevels(MakeImage(2, 1, {0, 255}), false);
+    const std::vector<TextureImage> raw =
+        MakeMipLevels(MakeImage(2, 1, {0, 255}), TextureShape::Plane, false);
     ASSERT_EQ(raw.size(), 2u);
     EXPECT_EQ(RedOf(raw[1]), 128);
-    const std::vector<TextureImage> srgb = MakeMipLevels(MakeImage(2, 1, {0, 255}), true);
+    const std::vector<TextureImage> srgb =
+        MakeMipLevels(MakeImage(2, 1, {0, 255}), TextureShape::Plane, true);
     EXPECT_EQ(RedOf(srgb[1]), 188);
     EXPECT_EQ(std::to_integer<int>(srgb[1].Bytes[3]), 128) << "alpha is no light";
 }
@@ -35,12 +38,54 @@ TEST(TextureLevels, SmallerLevelsKeepTheLight)
 TEST(TextureLevels, OddSizesLeaveNoTexelOut)
 {
     const std::vector<TextureImage> levels =
-        MakeMipLevels(MakeImage(5, 3, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 234}), false);
+        MakeMipLevels(MakeImage(5, 3, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 234}),
+                      TextureShape::Plane, false);
     ASSERT_EQ(levels.size(), 3u);
     EXPECT_EQ(levels[1].Width, 2u);
     EXPECT_EQ(levels[1].Height, 1u);
     EXPECT_EQ(RedOf(levels[1]), 0);
     EXPECT_EQ(RedOf(levels[2]), 13) << "a ninth of 234 in one of two texels";
+}
+
+std::vector<int> RedsOf(const TextureImage& image)
+{
+    std::vector<int> reds;
+    for (std::size_t i = 0; i < image.Bytes.size(); i += 4)
+        reds.push_back(std::to_integer<int>(image.Bytes[i]));
+    return reds;
+}
+
+TEST(TextureLevels, VolumesGetThinnerToo)
+{
+    const TextureImage volume = ToShape(MakeImage(8, 2,
+                                                  {1, 2, 5, 6, 10, 20, 50, 60, //
+                                                   3, 4, 7, 12, 30, 40, 70, 80}),
+                                        TextureShape::Volume, false);
+    EXPECT_EQ(volume.Layers, 4u);
+    EXPECT_EQ(RedsOf(volume),
+              (std::vector{1, 2, 3, 4, 5, 6, 7, 12, 10, 20, 30, 40, 50, 60, 70, 80}));
+    const std::vector<TextureImage> levels = MakeMipLevels(volume, TextureShape::Volume, false);
+    ASSERT_EQ(levels.size(), 3u);
+    EXPECT_EQ(RedsOf(levels[1]), (std::vector{5, 45}));
+    EXPECT_EQ(levels[2].Layers, 1u);
+}
+
+TEST(TextureLevels, CubesAreMadeOfFacesOrOfAPanorama)
+{
+    const TextureImage faces =
+        ToShape(MakeImage(6, 1, {1, 2, 3, 4, 5, 6}), TextureShape::Cube, false);
+    EXPECT_EQ(RedsOf(faces), (std::vector{1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(MakeMipLevels(faces, TextureShape::Cube, false).size(), 1u);
+    // Columns look at z, -x, -z and x; between columns it is the mean.
+    const TextureImage cube =
+        ToShape(MakeImage(4, 2, {20, 40, 60, 80, 20, 40, 60, 80}), TextureShape::Cube, false);
+    EXPECT_EQ(cube.Layers, 6u);
+    const std::vector<int> reds = RedsOf(cube);
+    EXPECT_EQ(std::vector(reds.begin(), reds.begin() + 2), (std::vector{70, 30}));
+    EXPECT_EQ(std::vector(reds.begin() + 4, reds.end()), (std::vector{50, 50}));
+    EXPECT_THROW(ToShape(MakeImage(3, 1, {1, 2, 3}), TextureShape::Cube, false), HostError);
+    EXPECT_THROW(ToShape(MakeImage(3, 2, {1, 2, 3, 4, 5, 6}), TextureShape::Volume, false),
+                 HostError);
 }
 
 } // namespace

@@ -27,11 +27,12 @@ public:
                 std::vector<std::uint8_t>(std::size_t(4) * request.Width * request.Height, 128)};
     }
 
-    LoadedTexture Load(const MaterialDocument&, const std::string& tag, ProblemList&) override
+    LoadedTexture Load(const MaterialDocument&, const std::string& tag, const std::string& sampler,
+                       ProblemList&) override
     {
-        if (tag != "grey")
+        if (tag != "grey" || sampler != "sampler2D")
             throw HostError({}, "there is no such texture");
-        return {"unorm8", {{2, 1}, {1, 1}}, std::vector<std::uint8_t>(12, 128)};
+        return {"unorm8", {{2, 1, 1}, {1, 1, 1}}, std::vector<std::uint8_t>(12, 128)};
     }
 
     LoadedMesh ReadMesh(const std::string& name, std::string_view bytes) override

@@ -24,6 +24,19 @@ using Materials::Compose;
 
 /// The largest side of a texture that common browsers support.
 constexpr std::uint32_t largestSide = 8192;
+constexpr std::uint32_t largestVolume = 2048;
+
+/// Browsers have no textures of one row, so programs read these as images.
+Host::TextureShape ShapeOf(const std::string& sampler)
+{
+    if (sampler == "sampler1D" || sampler == "sampler2D")
+        return Host::TextureShape::Plane;
+    if (sampler == "samplerCUBE")
+        return Host::TextureShape::Cube;
+    if (sampler == "sampler3D")
+        return Host::TextureShape::Volume;
+    throw Host::HostError({}, Compose("there are no textures for a ", Host::Excerpt(sampler)));
+}
 
 std::optional<Host::TextureSettings> FindTexture(const Host::MaterialDocument& document,
                                                  const std::string& tag,
@@ -113,12 +126,13 @@ Host::Picture EditorPainter::Draw(const Host::MaterialDocument& document,
 }
 
 Host::LoadedTexture EditorPainter::Load(const Host::MaterialDocument& document,
-                                        const std::string& tag, Host::ProblemList& problems)
+                                        const std::string& tag, const std::string& sampler,
+                                        Host::ProblemList& problems)
 {
     Host::LoadedTexture texture;
-    for (const Host::TextureImage& level : LoadLevels(document, tag, problems)) {
+    for (const Host::TextureImage& level : LoadLevels(document, tag, ShapeOf(sampler), problems)) {
         texture.Format = level.Format == Host::TexelFormat::Unorm8 ? "unorm8" : "half";
-        texture.Sides.emplace_back(level.Width, level.Height);
+        texture.Levels.push_back({level.Width, level.Height, level.Layers});
         Append(level, texture.Bytes);
     }
     return texture;
@@ -152,6 +166,7 @@ Host::LoadedMesh PackMesh(const Host::Mesh& mesh)
 
 std::vector<Host::TextureImage> EditorPainter::LoadLevels(const Host::MaterialDocument& document,
                                                           const std::string& tag,
+                                                          Host::TextureShape shape,
                                                           Host::ProblemList& problems)
 {
     const auto settings = FindTexture(document, tag, _plugins);
@@ -165,8 +180,8 @@ std::vector<Host::TextureImage> EditorPainter::LoadLevels(const Host::MaterialDo
                               Compose("the material has no texture binding ", Host::Excerpt(tag)));
     }
     Host::TextureLoader loader(_files, std::filesystem::path(document.File).parent_path(),
-                               largestSide, problems);
-    return loader.Load(*settings);
+                               {largestSide, largestVolume}, problems);
+    return loader.Load(*settings, shape);
 }
 
 } // namespace Mox::Tool

@@ -2,6 +2,7 @@
 
 #include "mox/editor/EditorServices.h"
 #include "mox/preview/MaterialPreview.h"
+#include "mox/preview/TextureShape.h"
 
 #include <memory>
 #include <string>
@@ -25,14 +26,15 @@ public:
     /// A texture of the material, or "lightPanorama", the light of the studio that previews of
     /// physical surfaces have.
     Host::LoadedTexture Load(const Host::MaterialDocument& document, const std::string& tag,
-                             Host::ProblemList& problems) override;
+                             const std::string& sampler, Host::ProblemList& problems) override;
 
     /// The answer to a page is bounded, so a mesh may take less than with other commands.
     Host::LoadedMesh ReadMesh(const std::string& name, std::string_view bytes) override;
 
 private:
     std::vector<Host::TextureImage> LoadLevels(const Host::MaterialDocument& document,
-                                               const std::string& tag, Host::ProblemList& problems);
+                                               const std::string& tag, Host::TextureShape shape,
+                                               Host::ProblemList& problems);
 
     const Host::PluginSet& _plugins;
     Host::Environment _environment;

@@ -223,7 +223,7 @@ export interface Answer {
     programs?: Record<string, Record<string, string>>;
     lineNodes?: { vertex: string[]; fragment: string[] };
     bindings?: string;
-    texture?: { format: 'unorm8' | 'half'; levels: { width: number; height: number }[] };
+    texture?: { format: 'unorm8' | 'half'; levels: { width: number; height: number; layers?: number }[] };
     picture?: { width: number; height: number };
     mesh?: MeshJson;
     /** The name of a mesh that the host wants shown. */

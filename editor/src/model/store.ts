@@ -32,7 +32,7 @@ export interface Programs {
 export interface TextureLevels {
     /** Whether texels are 16-bit floats and not bytes. */
     isHalf: boolean;
-    levels: { width: number; height: number; texels: Uint8Array | Uint16Array }[];
+    levels: { width: number; height: number; layers: number; texels: Uint8Array | Uint16Array }[];
 }
 
 export interface AddMenu {
@@ -329,8 +329,9 @@ export class Editor {
         return (await this.connection.request({ do: 'compile', targets: [target] })).answer;
     }
 
-    async texture(tag: string): Promise<TextureLevels | undefined> {
-        const reply = await this.connection.request({ do: 'texture', tag });
+    /** @param sampler type of the sampler that reads the texture */
+    async texture(tag: string, sampler: string): Promise<TextureLevels | undefined> {
+        const reply = await this.connection.request({ do: 'texture', tag, sampler });
         const [problem] = reply.answer.problems ?? [];
         if (problem) this.say(problem.message);
         return levelsOf(reply);
@@ -791,11 +792,11 @@ function levelsOf({ answer, bytes }: Reply): TextureLevels | undefined {
     const isHalf = answer.texture.format === 'half';
     const channels = 4;
     let from = 0;
-    const levels = answer.texture.levels.map(({ width, height }) => {
-        const count = channels * width * height;
+    const levels = answer.texture.levels.map(({ width, height, layers = 1 }) => {
+        const count = channels * width * height * layers;
         const part = bytes.slice(from, from + (isHalf ? 2 * count : count));
         from += part.length;
-        return { width, height, texels: isHalf ? new Uint16Array(part.buffer) : part };
+        return { width, height, layers, texels: isHalf ? new Uint16Array(part.buffer) : part };
     });
     return { isHalf, levels };
 }

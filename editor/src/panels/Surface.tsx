@@ -51,16 +51,16 @@ class LivePicture {
 
     /** Asks for textures that are new or come from another file now. */
     private async loadTextures({ parameters }: Snapshot): Promise<void> {
-        for (const tag of this.renderer.textureTags()) {
+        for (const [tag, sampler] of this.renderer.textureTypes()) {
             const parameter = parameters.find((p) => p.tag === tag && p.stream === 'texture');
-            const source = JSON.stringify(parameter?.values ?? {});
+            const source = sampler + JSON.stringify(parameter?.values ?? {});
             if (this.files.get(tag) === source) continue;
             this.files.set(tag, source);
             ++this.loading;
-            const image = await this.editor.texture(tag);
+            const image = await this.editor.texture(tag, sampler);
             --this.loading;
             if (!image) this.files.delete(tag);
-            else this.renderer.setTexture(tag, image);
+            else this.renderer.setTexture(tag, sampler, image);
             this.drawSoon();
         }
     }

@@ -133,26 +133,43 @@ export class Renderer {
         this.bindStreams();
     }
 
-    /** The tags of the textures that the programs read. */
-    textureTags(): string[] {
+    /** The textures that the programs read: tags, and types of the samplers. */
+    textureTypes(): Map<string, string> {
         const { stages } = this.reflection ?? {};
         const samplers = [...(stages?.vertex.samplers ?? []), ...(stages?.fragment.samplers ?? [])];
-        return [...new Set(samplers.map((sampler) => sampler.name))];
+        return new Map(samplers.map(({ name, type }) => [name, type]));
     }
 
-    setTexture(tag: string, image: TextureLevels): void {
+    setTexture(tag: string, sampler: string, image: TextureLevels): void {
         const { gl } = this;
         const old = this.textures.get(tag);
         if (old) gl.deleteTexture(old);
         const texture = gl.createTexture();
         this.textures.set(tag, texture);
-        gl.bindTexture(gl.TEXTURE_2D, texture);
-        image.levels.forEach(({ width, height, texels }, level) => {
-            const internal = image.isHalf ? gl.RGBA16F : gl.RGBA8;
-            const type = image.isHalf ? gl.HALF_FLOAT : gl.UNSIGNED_BYTE;
-            gl.texImage2D(gl.TEXTURE_2D, level, internal, width, height, 0, gl.RGBA, type, texels);
+        const target = this.targetOf(sampler);
+        gl.bindTexture(target, texture);
+        const internal = image.isHalf ? gl.RGBA16F : gl.RGBA8;
+        const type = image.isHalf ? gl.HALF_FLOAT : gl.UNSIGNED_BYTE;
+        image.levels.forEach(({ width, height, layers, texels }, level) => {
+            const format = [level, internal, width, height] as const;
+            if (target === gl.TEXTURE_3D) {
+                gl.texImage3D(target, ...format, layers, 0, gl.RGBA, type, texels);
+            } else if (target === gl.TEXTURE_CUBE_MAP) {
+                const size = texels.length / layers;
+                for (let face = 0; face < layers; ++face) {
+                    const part = texels.subarray(face * size, (face + 1) * size);
+                    const side = gl.TEXTURE_CUBE_MAP_POSITIVE_X + face;
+                    gl.texImage2D(side, ...format, 0, gl.RGBA, type, part);
+                }
+            } else gl.texImage2D(target, ...format, 0, gl.RGBA, type, texels);
         });
-        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MAX_LEVEL, image.levels.length - 1);
+        gl.texParameteri(target, gl.TEXTURE_MAX_LEVEL, image.levels.length - 1);
+    }
+
+    private targetOf(sampler: string): GLenum {
+        const { gl } = this;
+        if (sampler === 'samplerCUBE') return gl.TEXTURE_CUBE_MAP;
+        return sampler === 'sampler3D' ? gl.TEXTURE_3D : gl.TEXTURE_2D;
     }
 
     draw(view: View): void {
@@ -201,7 +218,7 @@ export class Renderer {
         for (const stage of [reflection!.stages.vertex, reflection!.stages.fragment]) {
             for (const sampler of stage.samplers) {
                 gl.activeTexture(gl.TEXTURE0 + sampler.unit);
-                gl.bindTexture(gl.TEXTURE_2D, this.textures.get(sampler.name) ?? null);
+                gl.bindTexture(this.targetOf(sampler.type), this.textures.get(sampler.name) ?? null);
                 this.setSampler(sampler);
             }
         }
@@ -213,6 +230,7 @@ export class Renderer {
     private setSampler(sampler: Stage['samplers'][number] & SamplerState): void {
         const { gl } = this;
         const wraps = { repeat: gl.REPEAT, mirror: gl.MIRRORED_REPEAT, clamp: gl.CLAMP_TO_EDGE };
+        const target = this.targetOf(sampler.type);
         const { wrapU = 'repeat', filter = 'trilinear' } = sampler;
         const wrapV = sampler.wrapV ?? (sampler.environment === undefined ? 'repeat' : 'clamp');
         const isSmooth = filter !== 'nearest';
@@ -221,10 +239,10 @@ export class Renderer {
             linear: gl.LINEAR_MIPMAP_NEAREST,
             trilinear: gl.LINEAR_MIPMAP_LINEAR,
         };
-        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_WRAP_S, wraps[wrapU]);
-        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_WRAP_T, wraps[wrapV]);
-        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MIN_FILTER, smallFilters[filter]);
-        gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MAG_FILTER, isSmooth ? gl.LINEAR : gl.NEAREST);
+        gl.texParameteri(target, gl.TEXTURE_WRAP_S, wraps[wrapU]);
+        gl.texParameteri(target, gl.TEXTURE_WRAP_T, wraps[wrapV]);
+        gl.texParameteri(target, gl.TEXTURE_MIN_FILTER, smallFilters[filter]);
+        gl.texParameteri(target, gl.TEXTURE_MAG_FILTER, isSmooth ? gl.LINEAR : gl.NEAREST);
     }
 
     private fill(block: Block, values: (member: Member) => readonly number[] | undefined): void {
