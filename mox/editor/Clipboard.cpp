@@ -21,7 +21,7 @@ namespace {
 
 using BindingKey = std::pair<std::string, std::string>; ///< stream and tag
 
-/// The bindings that nodes create. A node that fails creates none.
+/// The bindings that the nodes create. A failed node creates none.
 std::set<BindingKey> BindingsOf(const MaterialGraph& graph, const std::vector<std::string>& ids)
 {
     std::set<BindingKey> keys;
@@ -31,7 +31,7 @@ std::set<BindingKey> BindingsOf(const MaterialGraph& graph, const std::vector<st
             for (const PluginBinding& binding : CreateNodeBindings(graph.Nodes()[node]))
                 keys.emplace(binding.StreamName(), binding.Tag());
         } catch (const HostError&) {
-            continue; // the copy itself reports what is wrong with the node
+            continue; // copying the node reports what is wrong with it
         }
     }
     return keys;
@@ -45,7 +45,7 @@ MaterialDocument Parse(std::string_view text)
     return document;
 }
 
-/// A position that can be moved without a loss of precision.
+/// Returns a position rounded to a value that can be moved without loss of precision.
 double PositionOf(const DocumentNode& node, const char* property)
 {
     for (const DocumentProperty& stored : node.Properties) {
@@ -74,7 +74,7 @@ void Shift(DocumentPoint& point, const LayoutPoint& by)
     move(point.Y, by.Y);
 }
 
-/// How far what a change adds moves so that its upper left corner comes to a point.
+/// The offset that moves the upper-left corner of what a change adds to a given point.
 LayoutPoint WayTo(const LayoutPoint& corner, const GraphChange& change)
 {
     std::vector<LayoutPoint> corners;
@@ -97,7 +97,7 @@ LayoutPoint WayTo(const LayoutPoint& corner, const GraphChange& change)
     return {limit(corner.X) - least.X, limit(corner.Y) - least.Y};
 }
 
-/// Moves the nodes, annotations and points of edges that a change adds.
+/// Moves the nodes, annotations and edge points that a change adds.
 void Move(GraphChange& change, const LayoutPoint& way)
 {
     for (GraphStep& step : change.Steps) {
@@ -132,7 +132,7 @@ std::string CopyAsText(const MaterialGraph& graph, const GraphParts& parts,
 GraphChange PasteText(std::string_view text, const MaterialGraph& into, const PluginSet& plugins,
                       const std::optional<LayoutPoint>& corner)
 {
-    // Comments may change when they are written, and a change must be the same for the journal.
+    // Writing the document may normalise comments, and the journal must record the change exactly.
     const MaterialGraph part(Parse(FormatMaterialDocument(Parse(text))), NodeMaker(plugins));
     GraphParts all;
     for (const DocumentNode& node : part.Document().Nodes)

@@ -5,8 +5,8 @@
 
 namespace Mox::Host {
 
-/// The hidden file that belongs to a document and lies beside it. All names that lead to one
-/// document by symbolic links have the same one, so that nobody edits it under two of them.
+/// The path of a hidden file that belongs to a document and is stored next to it. All symbolic
+/// links to a document share one companion file, so nobody can edit it under two names at once.
 /// @param document need not exist
 /// @param extension without the dot
 /// @throws HostError if the links form a cycle

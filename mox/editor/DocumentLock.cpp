@@ -20,7 +20,7 @@ using Materials::Compose;
 
 namespace {
 
-/// Names the process that has the lock, which has written its number into the file.
+/// Names the process that holds the lock; that process has written its id into the file.
 std::string ReadHolder(int descriptor)
 {
     std::array<char, 20> text{};
@@ -37,8 +37,8 @@ std::string NameUser(uid_t user)
     return entry ? Compose("the user \"", entry->pw_name, "\"") : Compose("the user ", user);
 }
 
-/// Why nobody but the owner of a lock file edits its document. A file that its owner has left is
-/// not removed here: the folder may not allow it, and the owner may know better.
+/// Explains why only the owner of a lock file may edit its document. A lock file left behind by
+/// another user is not removed here: the folder may not allow it, and the owner may know better.
 std::string DescribeForeign(const std::filesystem::path& file, uid_t owner)
 {
     const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
@@ -64,11 +64,11 @@ DocumentLock::DocumentLock(const std::filesystem::path& document)
 
 DocumentLock::~DocumentLock()
 {
-    unlink(_file.c_str()); // while it is locked, so that nobody else's file is removed
+    unlink(_file.c_str()); // while still locked, so that another process's file is never removed
     close(_descriptor);
 }
 
-/// @returns false if the file was removed in the meantime, so that its lock means nothing
+/// @returns false if the file was removed in the meantime, which makes its lock worthless
 bool DocumentLock::Take()
 {
     constexpr int readable = 0644;
@@ -99,7 +99,7 @@ bool DocumentLock::Take()
         close(_descriptor);
         return false;
     }
-    // Without the number the message to others is less helpful, so failures do not matter.
+    // Failures do not matter: without the process id, the message to others is just less helpful.
     const std::string number = std::to_string(getpid());
     if (ftruncate(_descriptor, 0) == 0)
         static_cast<void>(!pwrite(_descriptor, number.data(), number.size(), 0));

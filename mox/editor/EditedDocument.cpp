@@ -11,7 +11,7 @@ namespace Mox::Host {
 
 namespace {
 
-/// A journal that is larger is replaced by one that starts with the current document.
+/// A larger journal is replaced by one that starts with the current document.
 constexpr std::size_t mostJournalBytes = 8U << 20U;
 
 MaterialDocument Parse(const std::string& name, const std::string& text)
@@ -22,7 +22,7 @@ MaterialDocument Parse(const std::string& name, const std::string& text)
     return document;
 }
 
-/// To read what is not a regular file, such as a pipe, might never end.
+/// Only regular files are read: reading from something like a pipe might never end.
 std::string ReadExisting(const std::filesystem::path& file)
 {
     std::error_code error;
@@ -45,7 +45,7 @@ MaterialDocument ParseEdited(const std::string& file, const std::string& text)
 EditedDocument::Opened::Opened(MaterialDocument document, const PluginSet& plugins)
     : Graph(std::move(document), NodeMaker(plugins)), History(Graph), Resolver(Graph)
 {
-    ProblemList problems; // which are found again on request
+    ProblemList problems; // discarded; problems are computed again on request
     Resolver.Resolve(problems);
 }
 
@@ -166,8 +166,8 @@ std::unique_ptr<EditedDocument::Opened> EditedDocument::Open(const std::string& 
     return std::make_unique<Opened>(ParseEdited(name, text), _plugins);
 }
 
-/// The document that an earlier process had. Only its last change may have been refused: the
-/// process may have ended before it could take that back from the journal.
+/// Rebuilds the document of an earlier process. Only its last change may be invalid: the process
+/// may have ended before it could remove a refused change from the journal.
 std::unique_ptr<EditedDocument::Opened> EditedDocument::Replay(const JournalContent& content) const
 {
     std::unique_ptr<Opened> opened = Open(_file.string(), content.Document);
@@ -184,7 +184,8 @@ std::unique_ptr<EditedDocument::Opened> EditedDocument::Replay(const JournalCont
     return opened;
 }
 
-/// Looks for the journal of an earlier process. One that restores what the file holds is removed.
+/// Looks for a journal left by an earlier process. If replaying it yields what the file already
+/// holds, the journal is removed.
 void EditedDocument::FindJournal()
 {
     try {
@@ -206,7 +207,7 @@ void EditedDocument::RequireNoneWaiting() const
     }
 }
 
-/// Takes a step through the history and brings the journal to the new state, or does neither.
+/// Moves one step through the history and brings the journal up to date, or does neither.
 ChangedRecords EditedDocument::Go(HistoryStep step, HistoryStep back)
 {
     RequireNoneWaiting();
@@ -223,7 +224,7 @@ ChangedRecords EditedDocument::Go(HistoryStep step, HistoryStep back)
     return Finish(std::move(records));
 }
 
-/// Makes the journal start with the current document.
+/// Restarts the journal from the current document.
 void EditedDocument::KeepState()
 {
     if (IsUnsaved())
@@ -248,10 +249,10 @@ ChangedRecords EditedDocument::Finish(ChangedRecords records)
     return records;
 }
 
-/// @returns the nodes whose resolution was called
+/// @returns the nodes that were resolved
 std::vector<std::size_t> EditedDocument::Resolve()
 {
-    ProblemList problems; // which are found again on request
+    ProblemList problems; // discarded; problems are computed again on request
     return _opened->Resolver.Resolve(problems);
 }
 

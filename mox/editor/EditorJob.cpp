@@ -33,14 +33,14 @@ MaterialGraph Open(const MaterialDocument& document, const PluginSet& plugins,
     return graph;
 }
 
-/// A program in a form that JSON can hold: source as it is, and a SPIR-V module, which begins with
-/// control characters, as hexadecimal digits.
+/// Makes a program representable in JSON: source code is kept as it is; a SPIR-V module, which
+/// starts with control characters, becomes hexadecimal digits.
 Json DescribeProgram(const std::string& bytes)
 {
     return IsXmlText(bytes) ? bytes : HexDigits(bytes);
 }
 
-/// The id of the node that each line of a program comes from.
+/// Lists, for each line of a program, the id of the node that produced it.
 Json DescribeLines(const StageProgram& program)
 {
     Json lines = Json::array();
@@ -63,7 +63,7 @@ EditorReply EditorJob::Run() const
         answer = Refuse(error);
     } catch (const std::bad_alloc&) {
         answer = Refuse(HostError({}, "there is not enough memory"));
-    } catch (const std::exception& error) { // a fault of this program, or of a plug-in
+    } catch (const std::exception& error) { // a bug in this program or in a plug-in
         answer = Refuse(HostError({}, Compose("something failed: ", error.what())));
     } catch (...) {
         answer = Refuse(HostError({}, "something failed"));
@@ -186,7 +186,7 @@ EditorJob::Work CompareWithText(const EditorServices& services, const std::strin
             if (difference.Kind == DifferenceKind::Removed)
                 removed.insert(difference.Node);
         }
-        ProblemList problems; // of the file, which are not the document's
+        ProblemList problems; // problems of the file, not of the document
         const MaterialGraph graph = Open(before, *services.Plugins, problems);
         reply["comparison"] = {{"differences", std::move(list)},
                                {"removedNodes", DescribeNodes(graph, removed)}};

@@ -36,7 +36,7 @@ std::vector<std::string> ReadTexts(const JsonCursor& array)
     return texts;
 }
 
-/// Parts in the members "ids" and "annotations" of a message, which may be missing.
+/// Reads the "ids" and "annotations" members of a message; either may be missing.
 GraphParts ReadParts(const JsonCursor& message)
 {
     GraphParts parts;
@@ -88,7 +88,7 @@ PictureRequest ReadPictureRequest(const JsonCursor& message)
     return request;
 }
 
-/// The attributes that an element may have, and the values of those that have few.
+/// Describes the attributes that an element may have, with their values where these are enumerated.
 Json DescribeAttributes(const ElementRule& rule)
 {
     Json list = Json::array();
@@ -108,7 +108,7 @@ struct EditorSession::Request
     std::size_t Client;
     Json Id;
     JsonCursor Message;
-    std::string_view Bytes; ///< sent along
+    std::string_view Bytes; ///< binary data sent with the message
 };
 
 struct EditorSession::Command
@@ -205,7 +205,7 @@ void EditorSession::Publish(const ChangedRecords& records, EditorAnswer& answer,
     reply["changes"] = std::move(changes);
 }
 
-/// Adds the members that every answer has.
+/// Adds the members that every answer contains.
 void EditorSession::AddStatus(Json& json) const
 {
     json["revision"] = _document.Revision();
@@ -243,7 +243,8 @@ void EditorSession::Apply(const Request& request, EditorAnswer& answer, Json& re
     request.Message.AllowOnly({"id", "do", "steps", "gesture"});
     std::string gesture = request.Message.TextOf("gesture");
     if (!gesture.empty())
-        gesture = Compose(request.Client, " ", gesture); // clients choose names on their own
+        gesture = Compose(request.Client, " ", gesture); // different clients may choose the same
+                                                         // name
     const GraphChange change = ReadSteps(request.Message.Member("steps"));
     Publish(_document.Apply(change, gesture), answer, reply);
 }
@@ -325,7 +326,7 @@ void EditorSession::Save(const Request& request, EditorAnswer& answer, Json& rep
     reply["saved"] = true;
 }
 
-/// Reports that the whole document has been replaced.
+/// Reports that the whole document was replaced.
 void EditorSession::Replace(EditorAnswer& answer, Json& reply)
 {
     Json notice = {{"event", "replaced"}};
@@ -398,7 +399,7 @@ void EditorSession::GetTexture(const Request& request, EditorAnswer& answer, Jso
     StartJob(request, LoadTexture(_services, tag, sampler ? sampler->Text() : "sampler2D"), answer);
 }
 
-/// A mesh belongs to the page that shows it and not to the document.
+/// The mesh belongs to the page that shows it, not to the document.
 void EditorSession::GetMesh(const Request& request, EditorAnswer& answer, Json&)
 {
     request.Message.AllowOnly({"id", "do", "name"});
@@ -410,7 +411,7 @@ void EditorSession::GetMesh(const Request& request, EditorAnswer& answer, Json&)
         RequirePainter(request);
         if (name->Text().empty() || request.Bytes.empty())
             name->Refuse("the file of the mesh is empty");
-        if (!_meshFile.expired()) // several at a time could take very much memory
+        if (!_meshFile.expired()) // several at a time could use too much memory
             name->Refuse("another mesh is being read");
         bytes = std::make_shared<const std::string>(request.Bytes);
         _meshFile = bytes;
@@ -419,7 +420,7 @@ void EditorSession::GetMesh(const Request& request, EditorAnswer& answer, Json&)
                        LoadMesh(_services, name ? name->Text() : "", std::move(bytes)));
 }
 
-/// Compares the document with its file as it is now.
+/// Compares the document with the current content of its file.
 void EditorSession::Compare(const Request& request, EditorAnswer& answer, Json&)
 {
     request.Message.AllowOnly({"id", "do"});

@@ -16,33 +16,35 @@
 
 namespace Mox::Host {
 
-/// The outcome of a message.
+/// The result of handling a message.
 struct EditorAnswer
 {
-    std::string Reply;            ///< JSON for its sender; empty if the job produces the reply
-    std::string Notice;           ///< JSON for all other clients; empty if there is none
-    std::optional<EditorJob> Job; ///< the rest of the work
+    std::string Reply;            ///< JSON for the sender; empty if the job produces the reply
+    std::string Notice;           ///< JSON for all other clients; empty if there is nothing to
+                                  ///< report
+    std::optional<EditorJob> Job; ///< remaining work, to be run later
 };
 
-/// The editing of one document by all its clients: messages in, values out. docs/json.md lists the
-/// messages. It uses neither sockets nor threads: jobs may run on other threads, everything else
-/// must be called on one.
+/// Lets several clients edit one document: it receives messages and returns answers as values.
+/// docs/json.md lists the messages. The class uses neither sockets nor threads: jobs may run on
+/// other threads, but everything else must be called from one thread.
 ///
-/// A client is a window and has a number, which the session's host chooses. All clients share one
-/// document and one history.
+/// A client is a window, identified by a number that the session's host chooses. All clients share
+/// one document and one history.
 class EditorSession
 {
 public:
     /// @throws HostError as EditedDocument does
     EditorSession(const std::filesystem::path& file, EditorServices services);
 
-    /// Executes a message. Whatever it holds, nothing but std::bad_alloc is thrown: the reply says
-    /// what is refused. What a reply acknowledges is in the journal.
-    /// @param bytes sent along with the message, such as those of a texture
+    /// Executes a message. It never throws anything but std::bad_alloc, whatever the message
+    /// contains; the reply states what was refused. Every change that a reply acknowledges is in
+    /// the journal.
+    /// @param bytes binary data sent with the message, such as a texture
     EditorAnswer Handle(std::size_t client, std::string_view message, std::string_view bytes = {});
 
-    /// A notice for all clients if the content of the file has changed since the last call, else an
-    /// empty text.
+    /// Returns a notice for all clients if the content of the file has changed since the last call,
+    /// otherwise an empty string.
     std::string LookAtFile();
 
     const EditedDocument& Document() const { return _document; }
@@ -82,10 +84,11 @@ private:
 
     EditorServices _services;
     EditedDocument _document;
-    std::shared_ptr<std::atomic<std::uint64_t>> _revision; ///< for the jobs
-    std::optional<DocumentSnapshot> _snapshot;             ///< the last one
-    std::weak_ptr<const std::string> _meshFile;            ///< one that a job is to read or reads
-    std::string _seenFile; ///< content of the file at the last notice, or why it was unreadable
+    std::shared_ptr<std::atomic<std::uint64_t>> _revision; ///< shared with the jobs
+    std::optional<DocumentSnapshot> _snapshot;             ///< the most recent one
+    std::weak_ptr<const std::string> _meshFile;            ///< mesh that a job is reading or
+                                                           ///< waiting to read
+    std::string _seenFile; ///< content of the file, or why it was unreadable, at the last notice
 };
 
 } // namespace Mox::Host

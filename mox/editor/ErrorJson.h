@@ -5,8 +5,8 @@
 
 namespace Mox::Host {
 
-/// The message and what is known of the place; for a refused change also the number of the step, if
-/// a single one does not fit.
+/// Describes the message and the known parts of the location; for a refused change also the number
+/// of the step, if only one step is at fault.
 Json DescribeError(const HostError& error);
 
 } // namespace Mox::Host

@@ -22,7 +22,7 @@ namespace {
 
 constexpr int journalVersion = 1;
 
-/// What a journal holds was accepted once, so its size is no reason to refuse it now.
+/// Everything in a journal was accepted before, so it must not be refused now because of its size.
 constexpr JsonLimits journalLimits = {.Bytes = std::numeric_limits<std::size_t>::max(),
                                       .Values = std::numeric_limits<std::size_t>::max()};
 
@@ -32,7 +32,7 @@ HostError WriteError(const std::filesystem::path& file, int error)
             Compose("cannot be written: ", std::generic_category().message(error))};
 }
 
-/// @returns 0 or the number of the error
+/// @returns 0 or the value of errno
 int WriteAll(int descriptor, std::string_view bytes)
 {
     while (!bytes.empty()) {
@@ -88,11 +88,11 @@ void Journal::Start(const std::string& document)
 {
     const std::string header =
         FormatJson({{"version", journalVersion}, {"document", document}}) + "\n";
-    IsThere(); // a symbolic link would lead to a file elsewhere
+    IsThere(); // opening a symbolic link would lead to a file elsewhere
     AtomicFile file(_file);
     file.Write(header);
     file.Commit(Durability::Deferred);
-    Close(); // the descriptor of the replaced file
+    Close(); // closes the descriptor of the replaced file
     _descriptor = open(_file.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC | O_NOFOLLOW);
     if (_descriptor < 0)
         throw WriteError(_file, errno);
@@ -112,8 +112,8 @@ void Journal::Append(const GraphChange& change)
 
 void Journal::TakeBack()
 {
-    // Truncating needs no space, so it works on a full disk too. If it fails all the same, nothing
-    // may be appended here any more.
+    // Truncating needs no space, so it works even on a full disk. If it fails anyway, nothing more
+    // may be appended to this file.
     _size = _sizeBefore;
     if (ftruncate(_descriptor, static_cast<off_t>(_size)) != 0)
         Close();

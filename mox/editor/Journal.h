@@ -10,21 +10,21 @@
 
 namespace Mox::Host {
 
-/// The content of a journal: a document, and the changes made to it since.
+/// The content of a journal: a document and the changes made to it since.
 struct JournalContent
 {
-    std::string Document; ///< its text
+    std::string Document; ///< in XML
     std::vector<GraphChange> Changes;
 };
 
-/// A file beside a document with the changes made since the document was saved, so that they
-/// outlive the process. Each line is JSON: first the document as it was, then the changes in order.
-/// What has been appended is in the hands of the system: if the process is killed, nothing is lost,
-/// but a loss of power may cost the last changes.
+/// A file next to a document that records the changes since the last save, so that they survive the
+/// process. Each line is JSON: first the document as it was, then the changes in order. Appended
+/// data is handed to the operating system: nothing is lost if the process is killed, but a power
+/// failure may lose the last changes.
 class Journal
 {
 public:
-    /// Opens nothing.
+    /// Does not open the file.
     /// @param document file to which the journal belongs
     explicit Journal(const std::filesystem::path& document);
     ~Journal();
@@ -34,33 +34,33 @@ public:
 
     const std::filesystem::path& File() const { return _file; }
 
-    /// What an earlier process left; nothing if there is no journal. A last line that is incomplete
+    /// Reads what an earlier process left; empty if there is no journal. An incomplete last line
     /// was never acknowledged and is ignored.
     /// @throws HostError if the file cannot be read or is not a journal
     std::optional<JournalContent> Read() const;
 
-    /// Starts a new journal, which replaces the old one as a whole.
-    /// @throws HostError if it cannot be written; the old one stays then
+    /// Starts a new journal that atomically replaces the old one.
+    /// @throws HostError if it cannot be written; the old journal is kept in that case
     void Start(const std::string& document);
 
-    /// Whether changes can be appended. If not, call Start.
+    /// Whether changes can be appended. If not, call Start first.
     bool IsStarted() const { return _descriptor >= 0; }
 
-    /// Bytes of the changes since Start.
+    /// Bytes of changes appended since Start.
     std::size_t Size() const { return _size - _startSize; }
 
-    /// The journal must be started.
-    /// @throws HostError if it cannot be written; what it held before stays then
+    /// Appends a change; the journal must be started.
+    /// @throws HostError if it cannot be written; the previous content is kept in that case
     void Append(const GraphChange& change);
 
     /// Removes the last change, for example because it was refused.
     void TakeBack();
 
-    /// Removes the file.
+    /// Deletes the file.
     void Remove();
 
 private:
-    /// @throws HostError if the name is not that of a regular file
+    /// @throws HostError if the path exists but is not a regular file
     bool IsThere() const;
     void Close();
 
@@ -68,7 +68,7 @@ private:
     int _descriptor = -1;
     std::size_t _startSize = 0;
     std::size_t _size = 0;
-    std::size_t _sizeBefore = 0; ///< without what was appended last
+    std::size_t _sizeBefore = 0; ///< size before the last change was appended
 };
 
 } // namespace Mox::Host

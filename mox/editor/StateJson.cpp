@@ -18,7 +18,7 @@ Json DescribeColour(const float (&colour)[4])
     return Json(colour);
 }
 
-/// The precision of a port; null if it is unknown or if a node has set an invalid one.
+/// The precision of a port; null if it is unknown or if the node has set an invalid one.
 Json DescribePrecision(const GuiPort& port)
 {
     if (!port.PrecisionKnown)
@@ -57,7 +57,7 @@ Json DescribeNode(const MaterialGraph& graph, std::size_t number)
 {
     Json json = {{"number", number}, {"record", ToJson(graph.Document().Nodes[number])}};
     if (!graph.Nodes().Holds(number))
-        return json; // it does not even have a placeholder
+        return json; // not even a placeholder could be created
     const GraphNode& node = graph.Nodes()[number];
     json["title"] = TitleOf(node);
     json["placeholder"] = node.IsPlaceholder;

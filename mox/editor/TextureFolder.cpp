@@ -19,7 +19,8 @@ using Materials::Compose;
 namespace {
 
 constexpr std::string_view extensions[] = {".png", ".jpg", ".jpeg", ".exr", ".hdr"};
-constexpr std::size_t longestName = 100; ///< bytes; a file system allows more, for the number
+constexpr std::size_t longestName = 100; ///< bytes; below the file systems' limit to leave room for
+                                         ///< a number
 constexpr int mostNumbers = 100;
 
 bool IsTextureName(const std::string& name)
@@ -37,10 +38,10 @@ bool IsTextureName(const std::string& name)
            std::end(extensions);
 }
 
-/// Creates an empty file if the name is free.
+/// Creates an empty file unless the name is already in use.
 bool Reserve(const std::filesystem::path& file)
 {
-    constexpr int newFileMode = 0666; // less the process's mask
+    constexpr int newFileMode = 0666; // further restricted by the process's umask
     const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, newFileMode);
     if (descriptor >= 0) {
         close(descriptor);

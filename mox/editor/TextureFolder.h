@@ -6,8 +6,9 @@
 
 namespace Mox::Host {
 
-/// Writes a texture file into a folder. No existing file is replaced: one with the same content is
-/// used, and if a file with other content has the name, a number is added to the new name.
+/// Writes a texture file into a folder without ever replacing an existing file: a file with the
+/// same content is reused; if a file of that name has different content, a number is added to the
+/// new name.
 /// @param name of the file, without a folder
 /// @returns the name of the file in the folder
 /// @throws HostError if the name is not that of a texture, if there are no bytes, or if the file

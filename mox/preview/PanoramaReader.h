@@ -9,8 +9,9 @@
 
 namespace Mox::Host {
 
-/// Returns the value of a panorama in a direction, with bilinear filtering. Rows run from straight up
-/// to straight down, and columns once around, with the direction -z in the middle and x to its right.
+/// Returns the value of a panorama in a direction, with bilinear filtering. Rows run from straight
+/// up to straight down, and columns once around, with the direction -z in the middle and x to its
+/// right.
 /// @param at returns the texel of a column and a row
 template <class TexelAt>
 auto ReadPanorama(std::uint32_t width, std::uint32_t height, const glm::vec3& direction,

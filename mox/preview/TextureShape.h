@@ -21,9 +21,9 @@ constexpr std::uint32_t cubeFaces = 6;
 /// Returns the shape that a sampler reads, or nothing if previews do not support it.
 std::optional<TextureShape> ShapeOf(ComponentType sampler);
 
-/// Converts an image to the layers of a shape. A cube map is stored as a row of six square faces, or
-/// as a panorama twice as wide as high, with the layout of a light's. A volume is stored as a row of
-/// square slices.
+/// Converts an image to the layers of a shape. A cube map is stored as a row of six square faces,
+/// or as a panorama twice as wide as high, with the layout of a light's. A volume is stored as a
+/// row of square slices.
 /// @param isSrgb whether colours are sRGB, in which case a panorama is filtered in linear light
 /// @throws HostError without a place if the image has other proportions
 TextureImage ToShape(TextureImage image, TextureShape shape, bool isSrgb);

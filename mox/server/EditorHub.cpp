@@ -74,7 +74,7 @@ void EditorHub::StartJob(std::size_t number, EditorJob job)
 void EditorHub::Finish(std::size_t number, EditorReply reply)
 {
     const auto page = _pages.find(number);
-    if (page == _pages.end()) // it has been closed
+    if (page == _pages.end()) // the page has been closed
         return;
     page->second->FinishJob(
         std::make_shared<const MessageFrame>(MakeFrame(std::move(reply.Text), reply.Bytes)));

@@ -20,35 +20,34 @@ public:
 
     virtual void Send(std::shared_ptr<const MessageFrame> frame) = 0;
 
-    /// Sends the answer of a job.
+    /// Sends the answer of a finished job.
     virtual void FinishJob(std::shared_ptr<const MessageFrame> frame) = 0;
 
-    /// Closes the connection because the server ends.
+    /// Closes the connection because the server is shutting down.
     virtual void End() = 0;
 };
 
-/// Passes messages from pages to the session, and its answers and notices to the pages. Jobs run
-/// one after the other on a separate thread; everything else runs on the calling thread.
+/// Passes messages from pages to the session, and the session's answers and notices to the pages.
+/// Jobs run one at a time on a separate thread; everything else runs on the calling thread.
 class EditorHub
 {
 public:
-    /// Calls a function later on the thread that uses the hub; may be called from any thread.
+    /// Schedules a function on the thread that uses the hub; may be called from any thread.
     using Executor = std::function<void(std::function<void()>)>;
 
     /// @param session must outlive the object
     EditorHub(EditorSession& session, Executor executor);
 
-    /// @returns the number of the page
+    /// @returns the number assigned to the page
     std::size_t Add(std::shared_ptr<EditorPage> page);
     void Remove(std::size_t number);
 
     std::size_t PageCount() const { return _pages.size(); }
 
     /// @param number of a page that was added and not removed
-    /// @param bytes sent along with the message
-    /// @param mayWait whether a job of the page may be added to those that wait; if not, it is
-    ///        refused
-    /// @returns whether the answer comes later, from a job
+    /// @param bytes binary data sent with the message
+    /// @param mayWait whether a job of the page may be queued; if not, it is refused
+    /// @returns whether a job will send the answer later
     bool Handle(std::size_t number, std::string_view message, std::string_view bytes, bool mayWait);
 
     /// Notifies the pages if the content of the file has changed since the last call.

@@ -14,7 +14,7 @@ namespace Mox::Host {
 using asio::ip::tcp;
 using Materials::Compose;
 
-/// Accepts connections, and checks the file of the document at intervals.
+/// Accepts connections and periodically checks the document's file.
 class EditorServer::Listener : private boost::noncopyable
 {
 public:
@@ -74,7 +74,7 @@ private:
         });
     }
 
-    /// After a failure, for example when there are no more descriptors.
+    /// Retries after a failure, for example when the process has run out of descriptors.
     void AcceptLater()
     {
         _pause.expires_after(std::chrono::milliseconds(100));

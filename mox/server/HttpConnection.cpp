@@ -18,7 +18,7 @@ HttpConnection::HttpConnection(asio::ip::tcp::socket socket, Seat seat, ServerPa
 
 void HttpConnection::Start()
 {
-    _stream.expires_after(_parts.Settings.RequestTime); // for the whole request and its answer
+    _stream.expires_after(_parts.Settings.RequestTime); // for the request and its answer together
     http::async_read_header(
         _stream, _buffer, _parser,
         [self = shared_from_this()](beast::error_code error, std::size_t) { self->Answer(error); });
@@ -39,11 +39,12 @@ void HttpConnection::Judge()
 {
     const Verdict verdict = _parts.Door.Judge(_parser.get());
     if (verdict.Status != http::status::forbidden && !_parser.is_done()) {
-        Send(http::status::payload_too_large, nullptr); // there is a body
+        Send(http::status::payload_too_large, nullptr); // the request has a body
         return;
     }
     if (verdict.IsSocket && _buffer.size() > 0) {
-        Send(http::status::bad_request, nullptr); // messages before the WebSocket is open
+        Send(http::status::bad_request, nullptr); // the client sent data before the WebSocket was
+                                                  // open
         return;
     }
     if (!verdict.IsSocket) {
@@ -73,7 +74,7 @@ void HttpConnection::Send(http::status status, const Page* page)
     _answer.prepare_payload();
     http::async_write(
         _stream, _answer, [self = shared_from_this()](beast::error_code, std::size_t) {
-            beast::error_code error; // the client may have closed it already
+            beast::error_code error; // ignored; the client may have closed it already
             self->_stream.socket().shutdown(asio::ip::tcp::socket::shutdown_both, error);
         });
 }

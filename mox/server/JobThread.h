@@ -9,13 +9,13 @@
 
 namespace Mox::Host {
 
-/// A thread that runs one job after the other, in the order in which they were added.
+/// A thread that runs jobs one at a time, in the order in which they were added.
 class JobThread
 {
 public:
     JobThread();
 
-    /// Waits for the running job and drops the others.
+    /// Waits for the running job and drops the rest.
     ~JobThread() = default;
 
     /// @param job must not throw

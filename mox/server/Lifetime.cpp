@@ -33,7 +33,7 @@ void Lifetime::End(ServerEnd why)
     if (_hub.PageCount() == 0)
         _context.stop();
     _hub.EndPages();
-    constexpr std::chrono::seconds grace(1); // for pages that do not answer the close
+    constexpr std::chrono::seconds grace(1); // for pages that do not answer the close message
     _timer.expires_after(grace);
     _timer.async_wait([this](beast::error_code error) {
         if (!error)
@@ -45,7 +45,7 @@ void Lifetime::WaitForPage(ServerEnd why, std::chrono::milliseconds time)
 {
     _timer.expires_after(time);
     _timer.async_wait([this, why](beast::error_code error) {
-        if (!error && _hub.PageCount() == 0) // a page may come just as the time is up
+        if (!error && _hub.PageCount() == 0) // a page may connect just as the timer expires
             End(why);
     });
 }

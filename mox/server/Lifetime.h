@@ -6,16 +6,16 @@
 
 namespace Mox::Host {
 
-/// Decides how long a server runs: it ends when no page uses it any more, or when End is called.
+/// Decides when a server stops: when no page uses it any more, or when End is called.
 class Lifetime
 {
 public:
     /// All arguments must outlive the object.
-    /// @param context is stopped when the server ends
-    /// @param hub closes its pages first
+    /// @param context is stopped when the server stops
+    /// @param hub closes its pages before that
     Lifetime(asio::io_context& context, EditorHub& hub, const ServerSettings& settings);
 
-    /// Starts to wait for the first page.
+    /// Starts waiting for the first page.
     void Start() { WaitForPage(ServerEnd::NoPage, _settings.WithoutPage); }
 
     void PageCame();

@@ -8,15 +8,15 @@
 
 namespace Mox::Host {
 
-/// A message as it is sent.
+/// A message in the form in which it is sent.
 struct MessageFrame
 {
     std::string Content;
     bool IsBinary = false;
 };
 
-/// @param json whole message
-/// @param bytes sent along; without any the message is a text message
+/// @param json the complete message
+/// @param bytes binary data to send with it; if empty, a text message is made
 MessageFrame MakeFrame(std::string json, const std::vector<std::uint8_t>& bytes = {});
 
 /// The parts of a binary message.
@@ -26,7 +26,7 @@ struct BinaryParts
     std::string_view Bytes;
 };
 
-/// @returns nothing if the content is shorter than its length field says
+/// @returns nothing if the content is shorter than its length field states
 std::optional<BinaryParts> SplitBinary(std::string_view content);
 
 } // namespace Mox::Host

@@ -8,7 +8,8 @@ namespace websocket = beast::websocket;
 
 namespace {
 
-/// A page that is closed on purpose sends one of these; browsers send the second on leaving a page.
+/// A page that is closed on purpose sends one of these codes; browsers send the second one when the
+/// user leaves a page.
 bool IsGoodbye(const websocket::close_reason& reason)
 {
     return reason.code == websocket::close_code::normal ||
@@ -29,7 +30,7 @@ PageSocket::PageSocket(beast::tcp_stream stream, Seat seat, ServerParts& parts)
     }));
     _stream.read_message_max(parts.Settings.BinaryBytes);
     _stream.auto_fragment(false);
-    beast::error_code error; // without it messages are only late
+    beast::error_code error; // ignored; without the option, messages are only delayed
     _stream.next_layer().socket().set_option(asio::ip::tcp::no_delay(true), error);
 }
 
@@ -63,7 +64,8 @@ void PageSocket::Read()
             self->Leave(error == websocket::error::closed && IsGoodbye(self->_stream.reason()));
             return;
         }
-        // A message that had arrived may be delivered after a failed write has ended the page.
+        // A message that had already arrived may be delivered after a failed write has ended the
+        // page.
         if (self->_number != 0 && !self->_isClosing)
             self->Receive();
     });
@@ -104,7 +106,7 @@ void PageSocket::Send(std::shared_ptr<const MessageFrame> frame)
 {
     if (_unreadBytes > _parts.Settings.UnreadBytes) {
         _stream.next_layer()
-            .close(); // a page that does not read would not get a close message either
+            .close(); // a page that does not read would not receive a close message either
         return;
     }
     _unreadBytes += frame->Content.size();

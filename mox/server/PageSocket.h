@@ -18,7 +18,7 @@ class PageSocket : public EditorPage, public std::enable_shared_from_this<PageSo
 public:
     PageSocket(beast::tcp_stream stream, Seat seat, ServerParts& parts);
 
-    /// Accepts the request for the WebSocket and serves the page from then on.
+    /// Accepts the WebSocket request and serves the page from then on.
     void Open(const http::request<http::empty_body>& request);
 
     void Send(std::shared_ptr<const MessageFrame> frame) override;
@@ -39,7 +39,7 @@ private:
     beast::websocket::stream<beast::tcp_stream> _stream;
     beast::flat_buffer _buffer;
     std::deque<std::shared_ptr<const MessageFrame>> _frames; ///< the first one is being sent
-    std::size_t _unreadBytes = 0;                            ///< of these
+    std::size_t _unreadBytes = 0;                            ///< in the queued frames
     std::size_t _jobCount = 0;
     std::size_t _number = 0; ///< of the page; 0 if it is not in the hub
     bool _isClosing = false;

@@ -20,8 +20,8 @@ std::string_view View(beast::string_view text)
     return {text.data(), text.size()};
 }
 
-/// The value of a header that may appear at most once.
-/// @returns nothing if it is missing; if it appears several times, a value that matches nothing
+/// Finds the value of a header that may appear at most once.
+/// @returns nothing if it is missing; if it is repeated, a value that matches nothing
 std::optional<std::string_view> Find(const RequestHeader& request, std::string_view name)
 {
     const auto range = request.equal_range({name.data(), name.size()});
@@ -30,8 +30,8 @@ std::optional<std::string_view> Find(const RequestHeader& request, std::string_v
     return std::next(range.first) == range.second ? View(range.first->value()) : "several";
 }
 
-/// Whether a browser states that a page of another origin sent the request. A link to the start
-/// page does no harm, as that page is the same for everybody and cannot be framed.
+/// Whether the browser states that a page of another origin sent the request. A link to the start
+/// page is harmless, because that page is the same for everybody and cannot be framed.
 bool IsForeign(const RequestHeader& request)
 {
     const auto site = Find(request, "Sec-Fetch-Site");

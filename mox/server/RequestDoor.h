@@ -12,27 +12,27 @@ namespace Mox::Host {
 
 using RequestHeader = http::request_header<>;
 
-/// How a request is answered.
+/// How to answer a request.
 struct Verdict
 {
     http::status Status = http::status::forbidden;
     const Page* Answer = nullptr; ///< set if the status is "ok"
-    bool IsSocket = false;        ///< the status is "switching_protocols"
+    bool IsSocket = false;        ///< if the status is "switching_protocols"
 };
 
-/// Decides which requests are allowed. A request may come from anybody: every page in every browser
-/// on the machine can send one, also by a host name that an attacker resolves to this machine.
+/// Decides which requests are allowed. Requests are untrusted: any web page in any browser on this
+/// machine can send them, even under a host name that an attacker resolves to this machine.
 class RequestDoor
 {
 public:
-    /// @param port on which the server listens
+    /// @param port the one on which the server listens
     /// @param pages must outlive the object
     RequestDoor(std::uint16_t port, Token token, std::span<const Page> pages);
 
     Verdict Judge(const RequestHeader& request) const;
 
-    /// Adds the headers that every answer has.
-    /// @param nonce allows the styles that a page writes itself
+    /// Adds the headers that every answer carries.
+    /// @param nonce allows the inline styles of a page
     void AddPolicies(std::string_view nonce, http::fields& answer) const;
 
 private:
@@ -44,7 +44,7 @@ private:
     std::span<const Page> _pages;
 };
 
-/// The version of the protocol, which clients request as a WebSocket subprotocol.
+/// The protocol version, which clients request as a WebSocket subprotocol.
 constexpr std::string_view socketProtocol = "mox-editor-1";
 
 } // namespace Mox::Host

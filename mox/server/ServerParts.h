@@ -12,7 +12,7 @@
 
 namespace Mox::Host {
 
-/// What the connections of a server share.
+/// State shared by the connections of a server.
 struct ServerParts
 {
     const ServerSettings& Settings;
@@ -21,11 +21,11 @@ struct ServerParts
     Lifetime& Life;
 };
 
-/// One of the limited number of connections. The destructor frees it.
+/// One of a limited number of connection slots, released by the destructor.
 class TakenSeat : private boost::noncopyable
 {
 public:
-    /// @param count of the seats that are taken; must outlive the object
+    /// @param count number of slots in use; must outlive the object
     explicit TakenSeat(std::size_t& count) : _count(count) { ++_count; }
     ~TakenSeat() { --_count; }
 

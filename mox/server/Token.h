@@ -6,22 +6,22 @@
 
 namespace Mox::Host {
 
-/// Random bytes from the system, as hexadecimal digits.
+/// Random bytes from the operating system, as hexadecimal digits.
 std::string RandomDigits(std::size_t bytes);
 
-/// The secret that gives a page access. Whoever knows it can do all that the user of the editor
-/// can.
+/// The secret that grants a page access. Anyone who knows it can do everything that the editor's
+/// user can.
 class Token
 {
 public:
-    /// A new one of 256 random bits.
+    /// Creates a new token of 256 random bits.
     Token() : _text(RandomDigits(32)) {}
 
     /// 64 hexadecimal digits.
     const std::string& Text() const { return _text; }
 
-    /// Takes the same time for all texts of one length, so that timing reveals nothing of the
-    /// token.
+    /// Takes the same time for all strings of the same length, so that timing reveals nothing about
+    /// the token.
     bool Matches(std::string_view text) const;
 
 private:
