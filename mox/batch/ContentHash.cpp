@@ -20,7 +20,7 @@ std::string HashContent(const std::vector<std::string>& texts, const std::string
         throw std::bad_alloc();
     XXH3_128bits_reset(state.get());
     const auto add = [&](std::string_view part) {
-        // Lengths keep "a", "bc" apart from "ab", "c".
+        // Including the lengths distinguishes "a", "bc" from "ab", "c".
         const std::string length = std::to_string(part.size()) + ":";
         XXH3_128bits_update(state.get(), length.data(), length.size());
         XXH3_128bits_update(state.get(), part.data(), part.size());

@@ -5,10 +5,10 @@
 
 namespace Mox::Host {
 
-/// A name of 32 hexadecimal digits for these texts together: equal texts have equal names, and
-/// different ones, but for an immeasurably small chance, different names. It is the same on every
-/// machine. No defence against somebody who wants two texts to share a name.
-/// @param header is left out where a text has it for the first time; may be empty
+/// Computes a name of 32 hexadecimal digits from several strings together. Equal input yields equal
+/// names on every machine; different input yields different names, except with negligible
+/// probability. The hash offers no protection against someone who constructs a collision.
+/// @param header ignored at its first occurrence in each string; may be empty
 std::string HashContent(const std::vector<std::string>& texts, const std::string& header);
 
 } // namespace Mox::Host

@@ -11,7 +11,7 @@ namespace {
 
 using std::filesystem::path;
 
-/// A name without "./" in front, which both programs take off.
+/// A name without a leading "./", which both programs strip.
 std::string_view WithoutDot(std::string_view name)
 {
     while (name.starts_with("./"))
@@ -19,8 +19,8 @@ std::string_view WithoutDot(std::string_view name)
     return name;
 }
 
-/// Whether a character means the same to both programs: Ninja ends a name at most of these signs,
-/// whether escaped or not, and Make has its own meanings for the others.
+/// Whether both programs treat a character the same way. Ninja ends a name at most of the refused
+/// characters, escaped or not, and Make gives the others a meaning of its own.
 bool IsCommon(char c)
 {
     constexpr std::string_view refused = "\"%&'*;<=>?[^`|\x7f";
@@ -28,22 +28,22 @@ bool IsCommon(char c)
     return byte >= ' ' && refused.find(c) == std::string_view::npos;
 }
 
-/// Make knows targets such as .PHONY by their names.
+/// Make recognises targets such as .PHONY by name.
 bool IsSpecialTarget(std::string_view name)
 {
     return name.size() > 1 && name[0] == '.' && name[1] >= 'A' && name[1] <= 'Z' &&
            name.find('/') == std::string_view::npos;
 }
 
-/// Whether the end of a name would be taken for something else: for an escape, for a blank between
-/// names, for the end of a target, or for a member of an archive.
+/// Whether the last character keeps its meaning: it could be mistaken for an escape, a space
+/// between names, the end of a target, or an archive member.
 bool HasCommonEnd(std::string_view name)
 {
     return !name.empty() && std::string_view("\\ :)").find(name.back()) == std::string_view::npos;
 }
 
-/// Whether backslashes stay what they are: those before the signs that are escaped with another
-/// one are counted differently by the two programs.
+/// Whether all backslashes are read literally. The two programs count backslashes differently
+/// before characters that are themselves escaped with a backslash.
 bool HasCommonBackslashes(std::string_view name)
 {
     for (const std::string_view pair : {"\\#", "\\:", "\\$"}) {
@@ -53,8 +53,8 @@ bool HasCommonBackslashes(std::string_view name)
     return true;
 }
 
-/// A name as rules spell it: backslashes before blanks and signs with a meaning, those that precede
-/// a blank doubled, and two dollars for one.
+/// Escapes a name for use in a rule: a backslash before spaces and special characters, twice as
+/// many backslashes before a space, and two dollars for one.
 std::string Escape(const path& name)
 {
     std::string text;
@@ -100,7 +100,7 @@ void Depfile::Add(const std::vector<path>& outputs, const std::vector<path>& inp
         else if (!leftOut)
             leftOut = &output;
     }
-    if (leftOut) // the others have the same name but for their extensions
+    if (leftOut) // the other outputs differ from it only in their extensions
         WarnOfName(*leftOut, problems);
     std::string prerequisites;
     std::string emptyRules;
@@ -141,7 +141,7 @@ void Depfile::Write(const std::string& rules)
     }
 }
 
-/// The outputs are on the disk by now, so their names lead to files.
+/// The outputs have been written by now, so their names resolve to files.
 void Depfile::RequireOther(const path& named)
 {
     if (IsSameFile(named, _name)) {
@@ -149,7 +149,8 @@ void Depfile::RequireOther(const path& named)
     }
 }
 
-/// The first failure counts. What has been written goes at once, which helps where a disk is full.
+/// Only the first failure counts. The partial file is removed at once, which helps when a disk is
+/// full.
 void Depfile::Fail(const HostError& error)
 {
     if (!_failure)

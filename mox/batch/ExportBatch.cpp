@@ -19,10 +19,10 @@ namespace {
 
 using Materials::Compose;
 
-/// Of the file that names a material's programs.
+/// Extension of the file that names a material's programs.
 constexpr const char* contentEnding = ".programs";
 
-/// Puts into words what stopped a job.
+/// Adds the exception that stopped a job to the problems of its outcome.
 void AddFailure(const std::exception_ptr& failure, const ExportJob& job, ExportOutcome& outcome)
 {
     outcome.Outputs.clear();
@@ -62,7 +62,7 @@ ExportBatch::ExportBatch(const Exporter& exporter, std::vector<ExportJob> jobs, 
     }
 }
 
-/// The files that belong to a job alone.
+/// The files that no other job shares.
 std::vector<std::string> ExportBatch::OutputsOf(const ExportJob& job) const
 {
     if (_layout == ExportLayout::ByContent)
@@ -100,8 +100,8 @@ void ExportBatch::WriteTexts(const ExportJob& job, const ExportedMaterial& expor
             {std::move(file.File), HashContent({std::string(file.Bytes)}, "")});
 }
 
-/// Memory is allocated within the two blocks only, so that the thread survives a lack of it. What
-/// went wrong is put into words by the thread that reports it.
+/// Memory is allocated only within the two try blocks, so the thread survives running out of it.
+/// The reporting thread turns exceptions into messages.
 void ExportBatch::Work(OrderedOutcomes& outcomes) const
 {
     while (const auto index = outcomes.Take()) {

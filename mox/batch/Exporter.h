@@ -8,23 +8,23 @@
 
 namespace Mox::Host {
 
-/// What an exporter makes of one material.
+/// The result of exporting one material.
 struct ExportedMaterial
 {
-    std::vector<std::string> Texts; ///< one for each of the exporter's endings
-    std::string Header; ///< line in which texts of equal programs may differ, or nothing
+    std::vector<std::string> Texts; ///< one for each of the exporter's file extensions
+    std::string Header; ///< line that may differ between otherwise identical programs; may be empty
     std::vector<std::filesystem::path>
-        Inputs;           ///< files that the texts hang on, besides the document
-    ProblemList Problems; ///< with an error among them the texts do not count
+        Inputs;           ///< files other than the document on which the output depends
+    ProblemList Problems; ///< if they contain an error, Texts is invalid
 };
 
-/// Turns material documents into texts. One exporter serves many threads at once.
+/// Converts material documents into output files. One exporter may be used by many threads at once.
 class Exporter
 {
 public:
     virtual ~Exporter() = default;
 
-    /// Endings of the file names of the texts, each with its dot.
+    /// Extensions of the output files, including the dot.
     virtual const std::vector<std::string>& Endings() const = 0;
 
     /// @throws HostError or another std::exception if the material cannot be exported

@@ -18,7 +18,7 @@ namespace {
 
 using std::filesystem::path;
 
-/// What cannot be looked at counts, so that its reader says why.
+/// An entry that cannot be inspected counts as a file, so that reading it reports the error.
 bool MayBeFile(const std::filesystem::directory_entry& entry)
 {
     std::error_code error;
@@ -27,7 +27,8 @@ bool MayBeFile(const std::filesystem::directory_entry& entry)
 
 std::vector<std::string> KeepMaterials(std::vector<std::string> files, unsigned workers)
 {
-    std::vector<char> mayBeMaterial(files.size()); // threads may write side by side, as not to bits
+    std::vector<char> mayBeMaterial(files.size()); // not std::vector<bool>: threads write to
+                                                   // adjacent elements
     std::atomic<std::size_t> next = 0;
     const auto look = [&] {
         for (std::size_t i = next++; i < files.size(); i = next++)
@@ -66,7 +67,8 @@ std::vector<std::string> FindIn(const path& folder, unsigned workers)
     return found;
 }
 
-/// A folder as it is called when all roads to it have one name. What does not exist keeps its own.
+/// The path of a folder with symbolic links resolved, the same for all paths that lead to it. A
+/// folder that does not exist keeps its path.
 path WithoutLinks(const path& folder)
 {
     std::error_code error;

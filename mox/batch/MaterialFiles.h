@@ -6,21 +6,21 @@
 
 namespace Mox::Host {
 
-/// A material document among the files that a user named. Plain text, since there may be very many
-/// and a path takes several times the memory.
+/// A material document found among the files that a user named. The path is stored as a string,
+/// since there may be very many and std::filesystem::path takes several times the memory.
 struct MaterialFile
 {
     std::string Document;
-    std::string Name; ///< without ending; below the folder in which it was found
+    std::string Name; ///< path below the folder in which it was found, without the extension
 };
 
-/// The materials of files and folders. A file counts whatever it holds. A folder stands for every
-/// material in it and below, in the order of their names' bytes: each .xml file whose root is
-/// <material>, and each that breaks before its root, so that a damaged material is not passed over
-/// in silence. A file that is named more than once, be it by another road or in a folder, is taken
-/// once, as it was named first; links with names of their own are files of their own.
-/// @param workers number of threads that look into the files, at least 1
-/// @throws HostError if a folder cannot be read or holds no material
+/// Finds the materials among files and folders. A file is always accepted, whatever it contains. A
+/// folder stands for every material in it and its subfolders, sorted by name bytewise: each .xml
+/// file whose root is <material>, and each whose root cannot be parsed, so that a damaged material
+/// is not silently skipped. A file that is reached more than once, via another path or a folder, is
+/// listed once, at its first position; links with names of their own are separate files.
+/// @param workers number of threads that inspect the files, at least 1
+/// @throws HostError if a folder cannot be read or contains no material
 std::vector<MaterialFile> FindMaterials(const std::vector<std::filesystem::path>& filesAndFolders,
                                         unsigned workers);
 

@@ -25,8 +25,8 @@ constexpr std::string_view fileName = ".mox-outputs";
 constexpr std::string_view firstLine = "mox outputs 1";
 constexpr std::size_t hashLength = 32;
 
-/// The exclusive right to change the list of a folder. Where a file system has no locks, processes
-/// do not wait, and the list may lack what another one adds at the same time.
+/// The exclusive right to change a folder's list. On file systems without locks, processes do not
+/// wait for each other, and the list may miss what another process adds at the same time.
 class FolderLock
 {
 public:
@@ -48,7 +48,7 @@ private:
     int _descriptor;
 };
 
-/// A name without line ends.
+/// Escapes the line breaks in a name.
 std::string Escape(const std::string& name)
 {
     std::string text;
@@ -75,7 +75,7 @@ std::string Unescape(std::string_view text)
     return name;
 }
 
-/// Whether an export may write a file of this name into its folder.
+/// Whether an export may write a file with this name into its folder.
 bool IsOutputName(const std::string& name)
 {
     const path file(name);
@@ -83,14 +83,14 @@ bool IsOutputName(const std::string& name)
            StaysInFolder(file) && name != fileName;
 }
 
-/// Gives documents the names that they have in the list of a folder.
+/// Maps documents to their names in a folder's list.
 class DocumentNames
 {
 public:
     /// @param folder without symbolic links
     explicit DocumentNames(path folder) : _folder(std::move(folder)) {}
 
-    /// A document that is a symbolic link keeps its own name.
+    /// Returns the name of a document; a symbolic link is not resolved and keeps its own name.
     std::string NameOf(const path& document)
     {
         const path parent = document.has_parent_path() ? document.parent_path() : path(".");
@@ -102,17 +102,18 @@ public:
 
 private:
     path _folder;
-    std::map<std::string, path> _parents; ///< relative to the folder, without links
+    std::map<std::string, path> _parents; ///< paths relative to the folder, with symbolic links
+                                          ///< resolved
 };
 
-/// What cannot be looked at is not known to be gone.
+/// Whether a file is known not to exist; one that cannot be inspected is not.
 bool IsGone(const path& file)
 {
     std::error_code error;
     return std::filesystem::status(file, error).type() == std::filesystem::file_type::not_found;
 }
 
-/// Removes an output if it lies in the folder and is as it was exported.
+/// Removes an output if it is in the folder and unchanged since it was exported.
 /// @param folder without symbolic links
 /// @returns why it was not removed, or nothing
 std::string RemoveOutput(const path& folder, const std::string& name, const std::string& hash)
@@ -141,11 +142,11 @@ std::vector<LeftOutput> OutputRecord::Update(bool prunes, ProblemList& problems)
     std::error_code error;
     const path folder = std::filesystem::canonical(_folder, error);
     if (error)
-        return {}; // nothing was exported
+        return {}; // nothing has been exported yet
     const FolderLock lock(folder);
     Entries entries = Read(problems);
     const std::set<std::string> documents = Merge(entries, folder);
-    std::map<std::string, bool> isGone; // by document
+    std::map<std::string, bool> isGone; // whether each document is gone
     const auto isUsed = [&](const Entry& entry) {
         bool used = false;
         for (const std::string& document : entry.Documents) {
@@ -183,8 +184,8 @@ std::vector<LeftOutput> OutputRecord::Update(bool prunes, ProblemList& problems)
     return left;
 }
 
-/// What this export has written replaces what the list knew of the same files. Of materials by
-/// content the programs of earlier exports are not named any longer.
+/// Merges this export into the known entries, replacing entries for the same files. For programs
+/// stored by content, references from earlier exports of these documents are removed first.
 /// @returns the documents of this export
 std::set<std::string> OutputRecord::Merge(Entries& known, const path& folder) const
 {
@@ -251,7 +252,8 @@ void OutputRecord::Write(const Entries& entries, ProblemList& problems) const
     }
 }
 
-/// A line for each output, with its hash, and a line that begins with a space for each document.
+/// Writes one line with the hash for each output, followed by a line starting with a space for each
+/// of its documents.
 std::string OutputRecord::Format(const Entries& entries)
 {
     std::string text = Compose(firstLine, "\n");
@@ -263,7 +265,7 @@ std::string OutputRecord::Format(const Entries& entries)
     return text;
 }
 
-/// @returns whether the text is such a list
+/// @returns whether the text is a valid list
 bool OutputRecord::Parse(const std::string& text, Entries& entries)
 {
     std::string_view rest = text;

@@ -10,17 +10,17 @@
 
 namespace Mox::Host {
 
-/// An output that no material has any longer.
+/// An output that no longer belongs to any material.
 struct LeftOutput
 {
     std::filesystem::path File;
-    std::string Reason; ///< why it is one, in words that follow the file's name
+    std::string Reason; ///< why it is left over, phrased to follow the file's name
     bool IsRemoved = false;
 };
 
 /// The list of all files that exports have written into an output folder, with hashes of their
-/// contents and the documents that they were made from. It is kept in that folder, in the file
-/// ".mox-outputs", by paths relative to the folder, so both can be moved together.
+/// content and the documents from which they were made. It is stored in that folder, in
+/// ".mox-outputs", and its paths are relative to the folder, so everything can be moved together.
 class OutputRecord
 {
 public:
@@ -30,22 +30,23 @@ public:
         : _folder(folder), _layout(layout)
     {}
 
-    /// Adds what was exported from a document.
+    /// Adds the outputs exported from a document.
     /// @param outputs files in the folder
     void Add(const std::filesystem::path& document, std::vector<ExportedFile> outputs)
     {
         _added.push_back({document, std::move(outputs)});
     }
 
-    /// Adds everything to the list in the folder, and finds the outputs that no material has any
-    /// longer: those of documents that do not exist, and programs by content that no material
-    /// names. Processes that do this at the same time wait for each other.
-    /// @param prunes whether to remove these outputs. One that has other content than was exported,
-    ///        or is reached through a symbolic link, is kept with a warning. No other export may
-    ///        write into the folder at the same time.
-    /// @param problems receives a warning for each output that is kept although it should be
-    ///        removed, and if the list cannot be read or written
-    /// @returns what is left and what was removed, by name, except for outputs with a warning
+    /// Merges everything added so far into the list in the folder, and finds outputs that no longer
+    /// belong to any material: those of deleted documents, and programs stored by content that no
+    /// material names. Concurrent processes wait for each other.
+    /// @param prunes whether to remove these outputs. An output that has changed since it was
+    ///        exported, or that is reached through a symbolic link, is kept with a warning. No
+    ///        other export may write into the folder at the same time.
+    /// @param problems receives a warning for each output that could not be removed, and if the
+    ///        list cannot be read or written
+    /// @returns outputs that are left over or were removed, sorted by name, except those with a
+    ///          warning
     std::vector<LeftOutput> Update(bool prunes, ProblemList& problems);
 
 private:
@@ -58,9 +59,10 @@ private:
     struct Entry
     {
         std::string Hash;
-        std::set<std::string> Documents; ///< relative to the folder; none if no material has it
+        std::set<std::string> Documents; ///< relative to the folder; empty if the output belongs to
+                                         ///< no material
     };
-    using Entries = std::map<std::string, Entry>; ///< by the file's name in the folder
+    using Entries = std::map<std::string, Entry>; ///< keyed by the file's name in the folder
 
     static bool Parse(const std::string& text, Entries& entries);
     static std::string Format(const Entries& entries);
@@ -69,7 +71,7 @@ private:
     std::set<std::string> Merge(Entries& known, const std::filesystem::path& folder) const;
     std::string DescribeLeft(const Entry& entry) const;
 
-    const std::filesystem::path _folder; ///< as it is named in messages
+    const std::filesystem::path _folder; ///< as messages name it
     const ExportLayout _layout;
     std::vector<Export> _added;
 };

@@ -17,16 +17,17 @@ namespace Mox::Host {
 
 namespace {
 
-/// Lets libxml2 make what it keeps for each thread, now that this is known to succeed: where it
-/// lacks the memory for that, it reports an error, for which it needs the same thing, and so on
-/// until the stack is full. What a thread frees is there for its next allocation of that size.
-/// @returns whether there is memory for it
+/// Makes libxml2 create its thread-local data while that is known to succeed. If memory runs out
+/// there, libxml2 reports an error, which requires the same data, and recurses until the stack
+/// overflows. The probe's memory is freed and therefore available for the next allocation of that
+/// size.
+/// @returns whether there is enough memory
 bool PrepareThread()
 {
     void* probe = std::malloc(sizeof(xmlGlobalState));
     if (!probe)
         return false;
-    *static_cast<volatile char*>(probe) = 0; // or a compiler leaves the allocation out
+    *static_cast<volatile char*>(probe) = 0; // keeps the compiler from removing the allocation
     std::free(probe);
     return xmlGetGlobalState() != nullptr;
 }
@@ -35,7 +36,7 @@ bool PrepareThread()
 
 std::vector<std::jthread> StartThreads(std::size_t wanted, const std::function<void()>& work)
 {
-    xmlInitParser(); // only the first call is not safe on several threads
+    xmlInitParser(); // only the first call is not thread-safe
     std::vector<std::jthread> threads;
     try {
         threads.reserve(wanted);
@@ -52,7 +53,7 @@ std::vector<std::jthread> StartThreads(std::size_t wanted, const std::function<v
                 throw std::bad_alloc();
             threads.push_back(std::move(thread));
         }
-    } catch (const std::exception& error) { // the system's, or a lack of memory
+    } catch (const std::exception& error) { // an error from the system, or out of memory
         if (threads.empty())
             throw HostError({}, Materials::Compose("cannot start a thread: ", error.what()));
     }

@@ -6,10 +6,11 @@
 
 namespace Mox::Host {
 
-/// Starts threads that all do the same work, as many as wanted or as the machine has room for; the
-/// work has to distribute itself over however many there are. Libraries that need it are ready for
-/// threads then.
-/// @param work must not throw; a thread without the memory that it needs of its own ends without it
+/// Starts threads that all run the same function, as many as requested or as the system can start;
+/// the function must distribute the work among however many there are. Libraries that require it
+/// are initialised for use by several threads.
+/// @param work must not throw; a thread that lacks memory for its thread-local data ends without
+///        calling it
 /// @throws HostError if not a single thread can be started
 std::vector<std::jthread> StartThreads(std::size_t wanted, const std::function<void()>& work);
 

@@ -28,11 +28,11 @@ boost::shared_ptr<Binding> CreateAs(StreamType streamType, const std::string& na
     return boost::make_shared<Class>(streamType, name, count);
 }
 
-/// All that hangs on a stream type.
+/// The defaults that depend on a stream type.
 struct StreamRow
 {
     const char* Word;
-    Create CreateOf; ///< null where there is no class
+    Create CreateOf; ///< null if no class exists
     UiType Ui;
     const char* Format;
     bool IsNormalised;
@@ -64,7 +64,7 @@ const StreamRow& RowOf(StreamType streamType)
     return index < std::size(streamRows) ? streamRows[index] : unknownRow;
 }
 
-/// The word of a value; empty for a value behind the end of the table.
+/// The keyword for an enumeration value; empty if the value is outside the table.
 template <class Value, std::size_t Count>
 std::string WordOf(const std::string_view (&words)[Count], Value value)
 {
@@ -72,7 +72,7 @@ std::string WordOf(const std::string_view (&words)[Count], Value value)
     return index < Count ? std::string(words[index]) : std::string();
 }
 
-/// The value of a word; 0 for a word that the table does not have.
+/// The value for a keyword; 0 if the keyword is not in the table.
 template <class Value, std::size_t Count>
 Value ValueOf(const std::string_view (&words)[Count], const std::string& word)
 {
@@ -83,7 +83,7 @@ Value ValueOf(const std::string_view (&words)[Count], const std::string& word)
     return static_cast<Value>(0);
 }
 
-/// The text with the letters A to Z in lower case, whatever the locale.
+/// Converts A to Z to lower case, independently of the locale.
 std::string ToLower(std::string text)
 {
     const ClassicLocale scope;

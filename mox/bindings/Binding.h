@@ -11,7 +11,7 @@
 
 namespace Mox::Materials {
 
-/// The control that the host presents. Any 32-bit value can be held.
+/// The control that the host shows for a binding. Other 32-bit values are preserved.
 enum class UiType : std::uint32_t
 {
     None = 0,
@@ -26,7 +26,7 @@ enum class UiType : std::uint32_t
     CheckBoxes = 9,
 };
 
-/// The unit of the control. Any 32-bit value can be held.
+/// The unit of the control. Other 32-bit values are preserved.
 enum class UiUnitType : std::uint32_t
 {
     Raw = 0,
@@ -35,15 +35,15 @@ enum class UiUnitType : std::uint32_t
     SrgbColour = 3,
 };
 
-/// One run-time parameter of a material: a named value or vertex stream that a node exposes. This
-/// class itself is the plain vertex stream, which has no values of its own.
+/// A run-time parameter of a material: a named value or vertex stream that a node exposes. This
+/// base class represents a plain vertex stream, which has no values.
 ///
-/// Stored as the attributes of one XML element that the host supplies. The stream type, the count
-/// and the group are not among them: the host knows them before it creates the binding.
+/// A binding is stored as attributes of an XML element that the host supplies. The stream type,
+/// count and group are not stored: the host knows them before it creates the binding.
 class MOX_API Binding
 {
 public:
-    /// @param streamType one of the named values; CreateBinding picks the class that belongs to it
+    /// @param streamType one of the named values; CreateBinding selects the matching class
     /// @param count number of components
     Binding(StreamType streamType, const std::string& name, std::uint32_t count);
     Binding(const Binding&) = delete;
@@ -53,12 +53,12 @@ public:
     virtual std::uint32_t GetCount() const;
     virtual void SetCount(std::uint32_t newCount);
 
-    /// Values by component; 0 where there is none.
+    /// Numeric values by component; 0 if there is none.
     virtual float GetMin(std::uint32_t index) const;
     virtual float GetMax(std::uint32_t index) const;
     virtual float GetDefault(std::uint32_t index) const;
 
-    /// Store a value where the class has a place for it; otherwise they do nothing.
+    /// Store a value if the class supports it; otherwise do nothing.
     virtual void SetMin(std::uint32_t index, const std::string& newValue);
     virtual void SetMin(std::uint32_t index, float newValue);
     virtual void SetMax(std::uint32_t index, const std::string& newValue);
@@ -66,22 +66,21 @@ public:
     virtual void SetDefault(std::uint32_t index, const std::string& newValue);
     virtual void SetDefault(std::uint32_t index, float newValue);
 
-    /// String values by component; empty where there is none.
+    /// String values by component; empty if there is none.
     virtual std::string GetMinString(std::uint32_t index) const;
     virtual std::string GetMaxString(std::uint32_t index) const;
     virtual std::string GetDefaultString(std::uint32_t index) const;
 
-    /// Sets the attributes that differ from the defaults of the stream type, "tag" always.
+    /// Sets the attributes that differ from the defaults of the stream type, and always sets "tag".
     virtual void WriteXml(xmlNodePtr element) const;
 
-    /// Takes over the attributes that are there; a field without its attribute keeps its value.
-    /// Only streamFormat is worked out anew.
-    /// @throws ShaderError if a boolean is neither "Yes" nor "No"; the fields before it are set
-    /// then
+    /// Reads the attributes that are present; a field without an attribute keeps its value, except
+    /// streamFormat, which is always recomputed.
+    /// @throws ShaderError if a boolean is neither "Yes" nor "No"; fields read before it remain set
     virtual void ReadXml(xmlNodePtr element);
 
-    /// All values of a kind in their attribute form; empty if there are none. A text that does not
-    /// parse is ignored.
+    /// All values of a kind as one attribute string; empty if there are none. Setting a string that
+    /// cannot be parsed has no effect.
     virtual void SetMinText(const std::string& text);
     virtual void SetMaxText(const std::string& text);
     virtual void SetDefaultText(const std::string& text);
@@ -89,32 +88,30 @@ public:
     virtual std::string GetMaxText() const;
     virtual std::string GetDefaultText() const;
 
-    /// The word of streamType, such as "uv"; empty for a value that is none of those named.
+    /// The name of streamType, such as "uv"; empty for an unnamed value.
     std::string GetStreamTypeName() const;
 
     std::string tag;       ///< the binding's name
     StreamType streamType; ///< never changes
     std::string desc;      ///< tooltip
-    std::string helpUrl;   ///< link behind the help button
-    UiType uiType;         ///< at first the default of the stream type
+    std::string helpUrl;   ///< link opened by the help button
+    UiType uiType;         ///< initially the default of the stream type
     std::string uiLabel;   ///< label of the control
     UiUnitType uiUnitType = UiUnitType::Raw;
-    std::string uv;      ///< free text, carried through XML
+    std::string uv;      ///< free text, preserved in XML
     std::string cgName;  ///< name of the Cg parameter
     std::string group;   ///< copied from the node; not stored in XML
-    bool hasMin = false; ///< a minimum has been set; never goes back to false
+    bool hasMin = false; ///< a minimum has been set; never reset to false
     bool hasMax = false;
     bool hasDefault = false;
-    std::uint32_t count;      ///< number of components
-    std::string streamFormat; ///< storage format; at first the default of the stream type
-    std::string
-        datasetModifiers;     ///< modifiers of the data; at first the default of the stream type
-    bool basicColour = false; ///< forms the basic colour of the material
+    std::uint32_t count;          ///< number of components
+    std::string streamFormat;     ///< storage format; initially the default of the stream type
+    std::string datasetModifiers; ///< data modifiers; initially the default of the stream type
+    bool basicColour = false;     ///< contributes to the basic colour of the material
 };
 
-/// A new binding of the class that belongs to the stream type.
-/// @returns an empty handle for StreamType::Invalid, for a value that is none of those named and
-///          for a count of 0
+/// Creates a binding of the class that matches the stream type.
+/// @returns null for StreamType::Invalid, for an unnamed stream type, and for a count of 0
 MOX_API boost::shared_ptr<Binding> CreateBinding(StreamType streamType, const std::string& name,
                                                  std::uint32_t count);
 

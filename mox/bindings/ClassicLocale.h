@@ -6,8 +6,9 @@
 
 namespace Mox::Materials {
 
-/// While it lives, the C library works on this thread as it does in the "C" locale: a point in
-/// numbers, and upper and lower case for ASCII letters only. Other threads see nothing of it.
+/// Switches the C library to the "C" locale on this thread for the lifetime of the object: numbers
+/// use a decimal point, and only ASCII letters have upper and lower case. Other threads are
+/// unaffected.
 class ClassicLocale : private boost::noncopyable
 {
 public:

@@ -4,8 +4,8 @@
 
 namespace Mox::Materials::DocumentKeys {
 
-/// Names of elements and attributes in the material documents of hosts, so that all hosts spell
-/// them alike. No code of the library reads them.
+/// Names of elements and attributes in hosts' material documents, so that all hosts spell them the
+/// same way. The library itself does not use them.
 
 inline constexpr char Environment[] = "environment";
 inline constexpr char Material[] = "material";
@@ -59,7 +59,7 @@ inline constexpr char Normalised[] = "normalised";
 inline constexpr char UsageHint[] = "usage_hint";
 inline constexpr char UsingAlpha[] = "using_alpha";
 
-/// The words of UiType and UiUnitType, in the order of their values.
+/// Keywords for UiType and UiUnitType, in the order of their values.
 
 inline constexpr std::string_view UiTypeWords[] = {
     "none",    "slider",     "colour", "position",     "direction",

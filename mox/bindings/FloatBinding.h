@@ -15,8 +15,8 @@ struct FloatRange
     float default_ = 0.0f;
 };
 
-/// A parameter of one or more float components. Each of hasMin, hasMax and hasDefault stands for
-/// its whole column of ranges: until one value is set the column reads as absent.
+/// A parameter with one or more float components. hasMin, hasMax and hasDefault each apply to all
+/// components: until one value of that kind has been set, the whole kind counts as absent.
 class MOX_API FloatBinding : public Binding
 {
 public:
@@ -25,7 +25,7 @@ public:
 
     std::uint32_t GetCount() const override;
 
-    /// Cuts the components, or appends copies of the last one.
+    /// Removes components, or appends copies of the last one.
     void SetCount(std::uint32_t newCount) override;
 
     float GetMin(std::uint32_t index) const override;
@@ -36,14 +36,14 @@ public:
     using Binding::SetMax;
     using Binding::SetMin;
 
-    /// An index behind the last component is ignored.
+    /// An index beyond the last component is ignored.
     void SetMin(std::uint32_t index, float newValue) override;
     void SetMax(std::uint32_t index, float newValue) override;
     void SetDefault(std::uint32_t index, float newValue) override;
 
-    /// Replace a whole column by numbers with commas between them. The last number serves the
-    /// components for which there is none; no number at all stands for 0. A text in which one piece
-    /// is no number is ignored.
+    /// Set the values of one kind for all components from comma-separated numbers. If there are
+    /// fewer numbers than components, the last number is repeated; an empty list counts as 0. A
+    /// string with an invalid number is ignored.
     void SetMinText(const std::string& text) override;
     void SetMaxText(const std::string& text) override;
     void SetDefaultText(const std::string& text) override;
@@ -51,7 +51,7 @@ public:
     std::string GetMaxText() const override;
     std::string GetDefaultText() const override;
 
-    std::vector<FloatRange> ranges; ///< one entry for each component; its length is the count
+    std::vector<FloatRange> ranges; ///< one entry per component; its length equals count
 };
 
 } // namespace Mox::Materials

@@ -7,12 +7,12 @@
 
 namespace Mox::Materials {
 
-/// The pieces between delimiters in order, without the empty ones.
+/// Splits a string at a delimiter, omitting empty parts.
 MOX_API std::vector<std::string> SplitString(const std::string& text, char delimiter);
 
-/// Reads numbers with commas between them, whatever the locale. What follows a number in its piece
+/// Parses comma-separated numbers independently of the locale. Anything after the number in a part
 /// is ignored.
-/// @returns false if a piece begins with no number; values is empty then
+/// @returns false if a part does not start with a number; values is then empty
 MOX_API bool ParseFloatList(const std::string& text, std::vector<float>& values);
 
 } // namespace Mox::Materials

@@ -10,17 +10,17 @@
 
 namespace Mox::Materials {
 
-/// What nodes hand their bindings to.
+/// Receives the bindings that nodes create.
 class MOX_API Material : private boost::noncopyable
 {
 public:
     Material();
     ~Material();
 
-    /// Appends a binding and keeps it.
+    /// Appends a binding and shares ownership of it.
     void AddBinding(const boost::shared_ptr<Binding>& binding);
 
-    std::vector<boost::shared_ptr<Binding>> Bindings; ///< in the order of AddBinding
+    std::vector<boost::shared_ptr<Binding>> Bindings; ///< in the order of the AddBinding calls
 };
 
 } // namespace Mox::Materials

@@ -7,7 +7,8 @@
 
 namespace Mox::Materials {
 
-/// What a binding carries. It picks the class and the defaults. Any 32-bit value can be held.
+/// The kind of data that a binding carries, which determines its class and defaults. Other 32-bit
+/// values are preserved.
 enum class StreamType : std::uint32_t
 {
     Invalid = 0,
@@ -23,8 +24,8 @@ enum class StreamType : std::uint32_t
     Float = 10,
 };
 
-/// The storage format that a type word names, such as "s16n" for "short" with the normalise flag.
-/// Any other word, a storage format among them, is given back unchanged.
+/// Converts a type name to a storage format, such as "short" with the normalised flag to "s16n".
+/// Any other string, including a storage format, is returned unchanged.
 MOX_API std::string ToStreamFormat(const std::string& word, bool isNormalised);
 
 } // namespace Mox::Materials

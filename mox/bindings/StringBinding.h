@@ -4,7 +4,7 @@
 
 namespace Mox::Materials {
 
-/// A parameter whose value is one text, such as the uv set of a mesh that it stands for.
+/// A parameter with a single string value, such as the name of a UV set of the mesh.
 class MOX_API StringBinding : public Binding
 {
 public:
@@ -13,13 +13,13 @@ public:
 
     using Binding::SetDefault;
 
-    /// There is one value, whatever the index.
+    /// There is a single value; the index is ignored.
     void SetDefault(std::uint32_t index, const std::string& newValue) override;
     std::string GetDefaultString(std::uint32_t index) const override;
 
     void SetDefaultText(const std::string& text) override;
 
-    /// The value if one has been set, else empty.
+    /// The value if one has been set, otherwise empty.
     std::string GetDefaultText() const override;
 
     std::string value;

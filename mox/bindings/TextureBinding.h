@@ -4,28 +4,29 @@
 
 namespace Mox::Materials {
 
-/// A texture; the value is the host's name for it. The fields are hints for sampling it.
+/// A texture parameter; its value is the host's name for the texture. The fields are sampling
+/// hints.
 class MOX_API TextureBinding : public StringBinding
 {
 public:
     TextureBinding(StreamType streamType, const std::string& name, std::uint32_t count);
     ~TextureBinding() override;
 
-    /// Also the fields that differ from their values after construction.
+    /// Also sets the fields of this class that differ from their initial values.
     void WriteXml(xmlNodePtr element) const override;
 
-    /// The fields of this class start from their values after construction, so one without its
-    /// attribute is reset.
+    /// Fields of this class are reset to their initial values first, so a missing attribute resets
+    /// its field.
     void ReadXml(xmlNodePtr element) override;
 
-    bool srgb = false;           ///< holds sRGB colours
-    bool signedExpanded = false; ///< signed expansion hint
-    bool normalised = true;      ///< normalised values hint
+    bool srgb = false;           ///< contains sRGB colours
+    bool signedExpanded = false; ///< hint: values are expanded to the signed range
+    bool normalised = true;      ///< hint: values are normalised
     std::string usageHint;       ///< how the texture is used, such as "Normal"
-    bool usingAlpha = false;     ///< the material reads its alpha
+    bool usingAlpha = false;     ///< the material reads the alpha channel
 };
 
-/// The same object as what it is, sharing ownership.
+/// Casts a binding to its class, sharing ownership.
 /// @throws ShaderError if its stream type is not StreamType::Texture
 MOX_API boost::shared_ptr<TextureBinding>
 AsTextureBinding(const boost::shared_ptr<Binding>& binding);

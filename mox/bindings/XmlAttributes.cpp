@@ -25,8 +25,8 @@ struct XmlFree
     void operator()(xmlChar* text) const { xmlFree(text); }
 };
 
-/// Whether an attribute is whole. libxml2 reports a lack of memory for its record only and not for
-/// its name and text.
+/// Whether an attribute is complete. When memory runs out, libxml2 reports it only for the
+/// attribute record, not for its name and value.
 bool Holds(const xmlAttr& attribute, const std::string& value)
 {
     const xmlNode* text = attribute.children;

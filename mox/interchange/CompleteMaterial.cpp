@@ -33,7 +33,7 @@ std::map<std::string, std::string> DefaultsOf(const PluginNode& node)
 
 CompleteMaterial DescribeMaterial(const MaterialGraph& graph, const PluginSet& plugins)
 {
-    std::map<std::string, std::map<std::string, std::string>> defaults; // by type
+    std::map<std::string, std::map<std::string, std::string>> defaults; // keyed by node type
     std::vector<std::pair<std::ptrdiff_t, CompleteNode>> ordered;
     for (auto entry = graph.Nodes().begin(); entry != graph.Nodes().end(); ++entry) {
         const MaterialGraph::Node& node = *entry;

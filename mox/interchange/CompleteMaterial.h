@@ -5,10 +5,10 @@
 
 namespace Mox::Host {
 
-/// What a writer of other formats needs of a material: its nodes with the values of all properties,
-/// in an order in which each comes after those that feed it.
+/// Collects what writers of other formats need from a material: its nodes with the values of all
+/// properties, ordered so that each node follows those that feed it.
 /// @param graph resolved; must outlive the result
-/// @param plugins tell the defaults
+/// @param plugins supply the default values
 CompleteMaterial DescribeMaterial(const MaterialGraph& graph, const PluginSet& plugins);
 
 } // namespace Mox::Host

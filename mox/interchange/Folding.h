@@ -4,8 +4,8 @@
 
 namespace Mox::Host {
 
-/// The result of a step of a formula that needs no node: of numbers alone, or where the node does
-/// nothing, such as a product with 1. Otherwise nothing.
+/// Evaluates a step of a formula that requires no node, because all inputs are constants or because
+/// the node has no effect, such as a multiplication by 1. Returns nothing for other steps.
 std::optional<InterchangeValue> FoldCall(const InterchangeNode& node,
                                          const InterchangeGraph::Values& inputs);
 

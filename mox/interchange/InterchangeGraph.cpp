@@ -43,7 +43,7 @@ bool Holds(const InterchangeCondition& condition, const InputValues& inputs,
     }
 }
 
-/// Sets a property as the table says.
+/// Sets a property to the value that the table specifies.
 void SetFromTable(DocumentNode& record, const std::string& property, const std::string& text,
                   const InputValues& inputs, const InterchangeNode& node)
 {
@@ -72,7 +72,7 @@ void SetFromTable(DocumentNode& record, const std::string& property, const std::
         MaterialBuilder::Set(record, property, GuiPropertyKind::Float, FormatNumber(number));
 }
 
-/// The number of components on which a node works.
+/// The number of components that a node operates on.
 int FreeCount(const InterchangeNode& node, const InterchangeAlternative& alternative,
               const InputValues& inputs)
 {
@@ -256,7 +256,7 @@ InterchangeValue InterchangeGraph::Call(const Expression& call, const InputValue
         throw NoCounterpart(Compose("no counterpart for these inputs of ", node->Name));
     Site step = site;
     step.IsStep = step.IsStep || alternative->Code == "extract";
-    step.Type.clear(); // which is that of the whole formula
+    step.Type.clear(); // it is the type of the whole formula, not of this step
     InputValues outputs = Make(*node, *alternative, inputs, step);
     return FindOutput(outputs, "out", site);
 }
@@ -340,7 +340,7 @@ InterchangeValue InterchangeGraph::Component(const InterchangeValue& value, int 
     return MakePortValue(id, ports[std::min(index, value.Count - 1)], 1);
 }
 
-/// Adds a node with its edges. Steps of formulas that are the same are one node.
+/// Adds a node with its edges. Identical steps of formulas share one node.
 std::string InterchangeGraph::AddNode(DocumentNode record, const Feeds& feeds, const Site& site)
 {
     std::string key = record.Type;

@@ -12,70 +12,71 @@
 
 namespace Mox::Host {
 
-/// A MaterialX node cannot be carried over; what() says why.
+/// A MaterialX node cannot be converted; what() explains why.
 class NoCounterpart : public std::runtime_error
 {
     using std::runtime_error::runtime_error;
 };
 
-/// Makes nodes of a material for MaterialX nodes, as the table of standard nodes says.
+/// Creates material nodes for MaterialX nodes, as the table of standard nodes specifies.
 class InterchangeGraph
 {
 public:
     using Values = std::map<std::string, InterchangeValue>;
 
-    /// The MaterialX node that is being carried over.
+    /// The MaterialX node that is being converted.
     struct Site
     {
-        /// The place of a step of a formula, which has a name of its own.
+        /// The site of a step of a formula, with a name of its own.
         Site Step(const std::string& name) const;
 
-        /// A new node of a type, with position and description unless it is a step.
+        /// Creates a node record of the given type; unless the site is a step, with position and
+        /// description.
         DocumentNode Record(const std::string& type) const;
 
         std::string Id;
-        std::string Owner; ///< of a step of a formula: the id of the MaterialX node
-        std::string Type;  ///< of MaterialX
+        std::string Owner; ///< for a step of a formula, the id of the MaterialX node
+        std::string Type;  ///< MaterialX type
         int Line = 0;
-        bool IsNormalMap = false; ///< an image that only normal maps read
+        bool IsNormalMap = false; ///< an image that is read only by normal maps
         std::optional<float> PositionX;
         std::optional<float> PositionY;
         std::string Description;
-        bool IsStep = false; ///< of a formula
+        bool IsStep = false; ///< part of a formula
     };
 
     /// @param builder must outlive the object
     explicit InterchangeGraph(MaterialBuilder& builder) : _builder(builder) {}
 
-    /// The first alternative whose conditions hold, or null.
+    /// Returns the first alternative whose conditions hold, or null.
     static const InterchangeAlternative* Choose(const InterchangeNode& node, const Values& inputs,
                                                 const std::string& type);
 
     static bool Holds(const std::vector<InterchangeCondition>& conditions, const Values& inputs,
                       const std::string& type);
 
-    /// What an input is without a value in the file: numbers, a text, or the name of what the mesh
-    /// or the scene supplies.
+    /// Parses the value of an unconnected input without a value in the file: numbers, a string, or
+    /// the name of data that the mesh or the scene supplies.
     static InterchangeValue Default(const std::string& text);
 
-    /// Makes the node for a value that the mesh or the scene supplies; other values stay as they
-    /// are.
+    /// Creates the node for data that the mesh or the scene supplies; other values are returned
+    /// unchanged.
     InterchangeValue Supply(const InterchangeValue& value, const Site& site);
 
-    /// Makes the nodes of an alternative that carries something over.
-    /// @param inputs of the MaterialX node, all of them
+    /// Creates the nodes that the alternative specifies.
+    /// @param inputs all inputs of the MaterialX node
     /// @returns the outputs by name
     Values Make(const InterchangeNode& node, const InterchangeAlternative& alternative,
                 const Values& inputs, const Site& site);
 
-    /// Computes a formula.
+    /// Evaluates a formula, creating nodes as needed.
     InterchangeValue Evaluate(const Formula& formula, Values known, const Site& site);
 
-    /// An output of a node by its name in MaterialX, such as "out" or "rgb".
+    /// Finds an output of a node by its MaterialX name, such as "out" or "rgb".
     InterchangeValue FindOutput(Values& outputs, const std::string& name, const Site& site);
 
 private:
-    using Feeds = std::vector<std::pair<std::string, InterchangeValue>>; ///< by port
+    using Feeds = std::vector<std::pair<std::string, InterchangeValue>>; ///< keyed by port
 
     InterchangeValue EvaluateExpression(const Expression& expression, const Values& known,
                                         const Site& site);
@@ -92,12 +93,14 @@ private:
     std::string AddNode(DocumentNode record, const Feeds& feeds, const Site& site);
 
     MaterialBuilder& _builder;
-    std::map<std::string, Values> _shared; ///< nodes without inputs, by helper
-    std::map<std::string, InterchangeValue>
-        _inTangentSpace;                          ///< normals, by the node that turns them
-    std::map<std::string, std::string> _streams;  ///< ids by type and binding
-    std::map<std::string, std::string> _textures; ///< ids by what is read and how
-    std::map<std::string, std::string> _steps;    ///< ids by all that a step of a formula is
+    std::map<std::string, Values> _shared; ///< nodes without inputs, keyed by helper
+    std::map<std::string, InterchangeValue> _inTangentSpace; ///< converted normals, keyed by the
+                                                             ///< node that converts them
+    std::map<std::string, std::string> _streams;  ///< node ids, keyed by type and binding
+    std::map<std::string, std::string> _textures; ///< node ids, keyed by texture and sampling
+                                                  ///< settings
+    std::map<std::string, std::string> _steps;    ///< node ids, keyed by a complete description of
+                                                  ///< the step
 };
 
 } // namespace Mox::Host

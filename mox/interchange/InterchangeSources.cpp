@@ -1,4 +1,4 @@
-// The members of InterchangeGraph that make constants, textures and streams.
+// The members of InterchangeGraph that create constants, textures and streams.
 
 #include "mox/Text.h"
 #include "mox/interchange/InterchangeGraph.h"

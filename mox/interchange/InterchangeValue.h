@@ -6,12 +6,13 @@
 
 namespace Mox::Host {
 
-/// A value on the way from a MaterialX graph to a material: numbers, a text, or an output port.
+/// An intermediate value in the conversion from MaterialX to a material: numbers, a string, or an
+/// output port.
 struct InterchangeValue
 {
     bool IsConnected() const { return !Node.empty(); }
 
-    /// Whether all numbers are the same.
+    /// Whether all numbers are equal.
     bool IsUniform() const
     {
         for (const float number : Numbers) {
@@ -21,41 +22,43 @@ struct InterchangeValue
         return true;
     }
 
-    std::vector<float> Numbers; ///< empty for a text and a port
-    std::string Text;           ///< such as a file or a space
-    std::string ColourSpace;    ///< of a file
-    std::string Parameter;      ///< name of the input of a node graph that holds the value
-    std::string Lowest;         ///< of a parameter, if the file says so
-    std::string Highest;        ///< likewise
-    std::string Node;           ///< id of the node with the port
+    std::vector<float> Numbers; ///< empty for a string or a port
+    std::string Text;           ///< such as a file name or the name of a coordinate space
+    std::string ColourSpace;    ///< of a texture file
+    std::string Parameter;      ///< name of the node graph input that holds the value
+    std::string Lowest;         ///< minimum of the parameter, if the file specifies one
+    std::string Highest;        ///< maximum, likewise
+    std::string Node;           ///< id of the node that has the port
     std::string Port;
-    int Count = 1;           ///< components of the port
-    int Width = 1;           ///< components of the MaterialX value; a port of one stands for all
-    std::string Type;        ///< of MaterialX, as far as it is known
-    bool IsUnpacked = false; ///< a normal from -1 to 1 where MaterialX has it from 0 to 1
+    int Count = 1;           ///< number of components of the port
+    int Width = 1;           ///< number of components of the MaterialX value; a single-component
+                             ///< port is broadcast
+    std::string Type;        ///< MaterialX type, if known
+    bool IsUnpacked = false; ///< a normal in the range -1 to 1 where MaterialX has 0 to 1
 };
 
-/// An output port of a node.
+/// Makes a value that refers to an output port of a node.
 InterchangeValue MakePortValue(const std::string& node, const std::string& port, int count);
 
-/// The number of components of a MaterialX type; 1 also for types without.
+/// The number of components of a MaterialX type; 1 for types without components.
 int WidthOfType(const std::string& type);
 
-/// The numbers of a MaterialX value, "true" being 1; none if it has other text or one is infinite.
+/// Parses the numbers of a MaterialX value, reading "true" as 1; empty if anything else is found or
+/// a number is infinite.
 std::vector<float> ParseNumbers(const std::string& text);
 
-/// The same of a property, whose colours have spaces between their numbers.
+/// Parses the numbers of a property, which separates the components of colours by spaces.
 std::vector<float> ParsePropertyNumbers(std::string text);
 
-/// Whether a value is not connected and equals a text, as numbers if both are numbers. One number
-/// stands for all components.
+/// Whether a value is unconnected and equals a string, compared numerically if both are numbers. A
+/// single number stands for all components.
 bool EqualsText(const InterchangeValue& value, const std::string& text);
 
-/// A number as documents hold it, to the last bit.
+/// Formats a number as documents store it, without loss of precision.
 std::string FormatNumber(float number);
 
-/// A name that is not taken: itself, or with a number.
-/// @param taken names, with the last number that completed each; it takes the new one
+/// Makes a name unique by appending a number if it is already in use.
+/// @param taken used names, each with the last number appended to it; receives the new name
 std::string MakeUnique(std::unordered_map<std::string, int>& taken, const std::string& name);
 
 } // namespace Mox::Host

@@ -32,7 +32,7 @@ DocumentNode Swizzle(int count, bool isMerging, const std::string& id, int line)
     return node;
 }
 
-/// The properties of a constant with these numbers, of which all four of a vector must be equal.
+/// Sets the properties of a constant. Unless there are exactly three numbers, all must be equal.
 void SetConstant(DocumentNode& node, const std::vector<float>& numbers)
 {
     node.Type = "CoreConstant";
@@ -106,7 +106,7 @@ InterchangeValue MaterialBuilder::Parameter(const std::vector<float>& numbers, D
     Set(node, "Name", GuiPropertyKind::String, binding);
     SetConstant(node, numbers);
     if (numbers.size() == 1) {
-        // Sliders start at 0 and end at 1 unless the file says otherwise.
+        // Sliders range from 0 to 1 unless the file specifies otherwise.
         const auto has = [&](const char* property) {
             return std::any_of(node.Properties.begin(), node.Properties.end(),
                                [&](const auto& entry) { return entry.Name == property; });

@@ -11,15 +11,14 @@
 
 namespace Mox::Host {
 
-/// Fills a material document with nodes and edges, node after node, and gives them names of their
-/// own.
+/// Builds a material document node by node and assigns unique names.
 class MaterialBuilder
 {
 public:
-    /// @param file as it is named in messages
+    /// @param file name of the file, for messages
     explicit MaterialBuilder(const std::string& file) { _document.File = file; }
 
-    /// Adds a node. Its id is completed by a number if another node has it.
+    /// Adds a node. A number is appended to its id if another node already has it.
     /// @returns the id
     /// @throws HostError if there are too many nodes
     std::string Add(DocumentNode node);
@@ -27,43 +26,45 @@ public:
     void Connect(const InterchangeValue& tail, const std::string& head, const std::string& port,
                  int line);
 
-    /// A node with numbers that are locked into the program; equal numbers share one.
-    /// @param id of a new node, as far as it is free
+    /// Returns a node whose numbers are compiled into the program; equal numbers share one node.
+    /// @param id of a new node, made unique if necessary
     InterchangeValue Constant(const std::vector<float>& numbers, const std::string& id, int line);
 
-    /// The same as a node of its own.
+    /// Like Constant, but always creates a new node.
     InterchangeValue Locked(const std::vector<float>& numbers, DocumentNode node);
 
-    /// A node with numbers that the user of the material sets.
-    /// @param name of the binding, completed by a number if another one has it
+    /// Creates a node whose numbers the user of the material sets.
+    /// @param name of the binding, made unique by a number if necessary
     InterchangeValue Parameter(const std::vector<float>& numbers, DocumentNode node,
                                const std::string& name);
 
-    /// Gives a value as many components: one stands for all, further ones are 0 and a fourth is 1.
+    /// Converts a value to the given number of components: a single component is broadcast;
+    /// otherwise missing components are 0 and a missing fourth one is 1.
     InterchangeValue Resize(const InterchangeValue& value, int count, const std::string& id,
                             int line);
 
-    /// A name that no binding has yet, made of one that someone chose.
+    /// Makes a binding name unique, based on the given one.
     std::string BindingName(const std::string& wanted);
 
     void Bind(DocumentBinding binding) { _document.Bindings.push_back(std::move(binding)); }
 
-    /// Removes nodes of a type that nothing reads, as they were made in case something does.
+    /// Removes unread nodes of a type that was created in case something would read it.
     void Prune(const std::string& type);
 
-    /// The document itself, to set what has nothing to do with nodes.
+    /// Gives access to the document for settings that do not concern nodes.
     MaterialDocument& Document() { return _document; }
 
     static void Set(DocumentNode& node, const std::string& property,
                     Materials::GuiPropertyKind kind, const std::string& value);
 
-    /// The same with the kind that the form of the value suggests: a truth value, a whole number, a
-    /// number with a point or an exponent, or else a choice.
+    /// Sets a property whose type is derived from the format of the value: a boolean, an integer, a
+    /// number with a decimal point or exponent, or otherwise a choice.
     static void Set(DocumentNode& node, const std::string& property, const std::string& value);
 
 private:
     MaterialDocument _document;
-    std::unordered_map<std::string, int> _ids; ///< with the last number that completed one
+    std::unordered_map<std::string, int> _ids; ///< used ids, each with the last number appended to
+                                               ///< it
     std::unordered_map<std::string, int> _bindings;
     std::map<std::vector<float>, InterchangeValue> _constants;
 };

@@ -20,7 +20,8 @@ bool HasWord(const std::string& words, const std::string& word)
     return Compose(" ", words, " ").find(Compose(" ", word, " ")) != std::string::npos;
 }
 
-/// The count of the port that an input leads to; 0 if it is free or the node has no ports.
+/// The component count of the port connected to an input; 0 if it is not fixed or the node has no
+/// ports.
 int CountOf(const InterchangeAlternative& alternative, const std::string& input)
 {
     for (const InterchangePort& port : alternative.Inputs) {
@@ -40,7 +41,7 @@ std::string RequiredType(const InterchangeAlternative& alternative, Test test,
     return {};
 }
 
-/// The type that the free inputs of a node share.
+/// The type shared by the inputs of a node whose component count is not fixed.
 std::string CommonType(const InterchangeNode& node, const InterchangeAlternative& alternative,
                        const MaterialXElements::Values& inputs)
 {
@@ -67,7 +68,7 @@ std::string CommonType(const InterchangeNode& node, const InterchangeAlternative
     return TypeOfWidth(width, mayBeColour && (isColour || !isVector || !mayBeVector));
 }
 
-/// The type of an input of a node whose free inputs have a type.
+/// The type of an input, given the type of the inputs whose component count is not fixed.
 std::string TypeOfInput(const InterchangeNode& node, const InterchangeAlternative& alternative,
                         const std::string& input, const std::string& type)
 {
@@ -84,7 +85,7 @@ std::string TypeOfInput(const InterchangeNode& node, const InterchangeAlternativ
                                                node.Name != "transformpoint");
 }
 
-/// Whether the node can have its inputs for single numbers as such beside a wide one.
+/// Whether the node accepts single numbers for some inputs together with a vector for others.
 bool KeepsFloats(const InterchangeNode& node, const MaterialXElements::Values& inputs)
 {
     bool hasConnection = false;
@@ -171,7 +172,7 @@ MaterialXValue MaterialXElements::Call(const InterchangeNode& node,
 {
     std::string common = CommonType(node, alternative, inputs);
     if (node.Kinds == "vector" && common == "float")
-        common = "vector3"; // the node has no variant for single numbers
+        common = "vector3"; // MaterialX has no scalar variant of the node
     const bool keepsFloats = common != "float" && KeepsFloats(node, inputs);
     std::vector<std::pair<std::string, MaterialXValue>> converted;
     for (const auto& [input, text] : node.Inputs) {
@@ -238,8 +239,8 @@ MaterialXValue MaterialXElements::EvaluateExpression(const Expression& expressio
             argument, known,
             argument.IsCall ? UniqueName(Compose(name, "_", argument.Name)) : name);
     }
-    // In MaterialX an alternative is a matter of types alone, so the first one with ports tells
-    // them.
+    // In MaterialX, alternatives differ only in their types, so the ports of the first alternative
+    // that has any determine the outputs.
     const InterchangeAlternative* alternative = &node->Alternatives.front();
     for (const InterchangeAlternative& candidate : node->Alternatives) {
         if (candidate.Kind == Carry::Direct && candidate.Code.empty() && !candidate.Type.empty()) {
@@ -247,7 +248,7 @@ MaterialXValue MaterialXElements::EvaluateExpression(const Expression& expressio
             break;
         }
     }
-    if (node->Name == "extract") { // its alternatives are a matter of the input's type
+    if (node->Name == "extract") { // its alternatives differ only in the type of the input
         MaterialXElement& extract = Add("extract", name, "float");
         Feed(extract, "in", inputs["in"]);
         Feed(extract, "index", Convert(inputs["index"], "integer"));

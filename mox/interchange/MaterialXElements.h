@@ -17,12 +17,12 @@ struct MaterialXValue
 
     std::vector<float> Numbers;
     std::string Node;
-    std::string Output; ///< empty for the only one
+    std::string Output; ///< empty if the node has only one output
     std::string Type = "float";
-    bool IsPacked = false; ///< a normal from 0 to 1 that is meant from -1 to 1
+    bool IsPacked = false; ///< a normal encoded in the range 0 to 1, which represents -1 to 1
 };
 
-/// An output of a node that is written.
+/// Makes a value that refers to an output of a written node.
 MaterialXValue MakeOutput(const std::string& node, const std::string& type,
                           const std::string& output = {});
 
@@ -33,12 +33,12 @@ struct MaterialXInput
 {
     std::string Name;
     std::string Type;
-    std::string Value;     ///< or one of the following
-    std::string Node;      ///< of a connection
-    std::string Output;    ///< likewise
-    std::string Interface; ///< input of the node graph
+    std::string Value;     ///< set unless one of the following is
+    std::string Node;      ///< node that the input is connected to
+    std::string Output;    ///< output of that node
+    std::string Interface; ///< input of the node graph that it is connected to
     std::string ColourSpace;
-    std::vector<std::pair<std::string, std::string>> More; ///< attributes
+    std::vector<std::pair<std::string, std::string>> More; ///< further attributes
 };
 
 /// A node or a shader.
@@ -47,40 +47,41 @@ struct MaterialXElement
     std::string Category;
     std::string Name;
     std::string Type;
-    std::vector<std::pair<std::string, std::string>> Attributes; ///< after the type
+    std::vector<std::pair<std::string, std::string>> Attributes; ///< written after the type
     std::vector<MaterialXInput> Inputs;
 };
 
-/// The parts of a MaterialX document that is being written, and what types need on the way.
+/// Collects the parts of a MaterialX document that is being written and inserts type conversions.
 class MaterialXElements
 {
 public:
     using Values = std::map<std::string, MaterialXValue>;
 
-    /// A name for an element that no other one has: that of the node with what MaterialX does not
-    /// allow replaced.
+    /// Makes a unique element name from the name of a node, replacing characters that MaterialX
+    /// does not allow.
     std::string UniqueName(const std::string& wanted);
 
-    /// The same for an input of the node graph, whose names are their own.
+    /// Makes a unique name for an input of the node graph; these have a namespace of their own.
     std::string UniqueInput(const std::string& wanted);
 
-    /// Adds a node to the graph; it stays where it is.
+    /// Adds a node to the graph; the reference remains valid.
     MaterialXElement& Add(const std::string& category, const std::string& name,
                           const std::string& type);
 
-    /// Adds a standard node with these inputs, each converted to what the node has.
-    /// @param type of the node, if the caller knows it; else it follows from the inputs
+    /// Adds a standard node with the given inputs, each converted to the type that the node
+    /// expects.
+    /// @param type of the node if known; otherwise it is derived from the inputs
     MaterialXValue Call(const InterchangeNode& node, const InterchangeAlternative& alternative,
                         const Values& inputs, const std::string& name, std::string type = {});
 
-    /// Computes a formula of standard nodes.
-    /// @param name of the node with the result; those of the steps are made of it
+    /// Evaluates a formula of standard nodes.
+    /// @param name of the node with the result; names of the steps are derived from it
     MaterialXValue Evaluate(const Formula& formula, Values known, const std::string& name);
 
-    /// The value with another type; a number becomes all components.
+    /// Converts a value to another type; a single number is broadcast to all components.
     MaterialXValue Convert(const MaterialXValue& value, const std::string& type);
 
-    /// Gives an element an input with a value of its type.
+    /// Adds an input with a value of the same type to an element.
     static void Feed(MaterialXElement& element, const std::string& input,
                      const MaterialXValue& value);
 
@@ -92,15 +93,16 @@ private:
     MaterialXValue EvaluateExpression(const Expression& expression, const Values& known,
                                       const std::string& name);
 
-    std::unordered_map<std::string, int> _names;  ///< with the last number that completed one
-    std::unordered_map<std::string, int> _inputs; ///< likewise
+    std::unordered_map<std::string, int> _names;  ///< used names, each with the last number
+                                                  ///< appended to it
+    std::unordered_map<std::string, int> _inputs; ///< used input names, likewise
     std::map<std::string, MaterialXValue> _converted;
 };
 
-/// Numbers as MaterialX writes them.
+/// Formats numbers as MaterialX writes them.
 std::string FormatNumbers(const std::vector<float>& numbers);
 
-/// The type of a number of components, "color3" or "vector3" if there is a choice.
+/// The MaterialX type for a number of components: "color3" or "vector3" where there is a choice.
 std::string TypeOfWidth(int width, bool isColour);
 
 } // namespace Mox::Host

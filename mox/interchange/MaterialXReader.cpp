@@ -16,12 +16,13 @@ using Materials::GuiPropertyKind;
 using InputValues = InterchangeGraph::Values;
 
 constexpr std::size_t mostMaterialXBytes = 64U << 20U;
-constexpr float pixelsOfUnit = 200.0f; ///< a unit of positions is the size of a node with its gap
+constexpr float pixelsOfUnit = 200.0f; ///< one unit of position is the width of a node including
+                                       ///< its gap
 
 std::optional<float> ReadPosition(const XmlTree& element, std::string_view attribute)
 {
     const auto position = ParseFloat(element.Get(attribute));
-    if (!position || !(std::abs(*position) <= 5000.0f)) // which no NaN is
+    if (!position || !(std::abs(*position) <= 5000.0f)) // also rejects NaN
         return std::nullopt;
     return std::round(*position * pixelsOfUnit * 64.0f) / 64.0f;
 }
@@ -31,7 +32,7 @@ bool IsNumericType(const std::string& type)
     return type == "float" || type == "integer" || type == "boolean" || WidthOfType(type) > 1;
 }
 
-/// Types of values that no port carries.
+/// Returns why no port can carry values of a type.
 const char* RefuseType(const std::string& type)
 {
     if (type.starts_with("matrix"))
@@ -85,7 +86,7 @@ void MaterialXReader::ReadRoot(const XmlTree& root)
     WarnOfUnread();
     _builder.Prune("VectorTransform");
 }
-/// Reports nodes of the node graphs in use that do not lead to the shader.
+/// Reports nodes in the used node graphs that do not contribute to the shader.
 void MaterialXReader::WarnOfUnread()
 {
     std::set<std::size_t> scopes;
@@ -105,7 +106,7 @@ void MaterialXReader::WarnOfUnread()
     }
 }
 
-/// Carries over the node that a source leads to, after all on which it depends.
+/// Converts the node that a source leads to, after everything on which it depends.
 void MaterialXReader::Evaluate(const MaterialXSource& source)
 {
     if (source.What != MaterialXSource::Kind::Output)
@@ -194,7 +195,7 @@ InputValues MaterialXReader::ReadInputs(const Key& key, const NamedTexts& inputs
         }
         const MaterialXSource source = _scopes->Follow(key.first, *input);
         InterchangeValue value = ReadInput(source, *input, category);
-        // Files that have a normal as a value mean the one without bumps.
+        // A constant normal of 0, 0, 1 in a file means the unmodified surface normal.
         const bool isPlainNormal = text == "Nworld" && EqualsText(value, "0,0,1");
         const bool isNothing = !value.IsConnected() && value.Numbers.empty() &&
                                value.Text.empty() && value.Parameter.empty();
@@ -245,7 +246,7 @@ InterchangeValue MaterialXReader::ReadInput(const MaterialXSource& source, const
     return _parameters[source.Element] = value;
 }
 
-/// @param isParameter the value belongs to an input of a node graph, whose name it keeps
+/// @param isParameter whether the value belongs to an input of a node graph, whose name it keeps
 InterchangeValue MaterialXReader::ReadLiteral(const MaterialXSource& source, bool isParameter)
 {
     const XmlTree& element = *source.Element;

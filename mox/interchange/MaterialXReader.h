@@ -11,16 +11,17 @@
 
 namespace Mox::Host {
 
-/// Reads a MaterialX document as a material: the node graphs unfolded, the shader as an end of the
-/// material. What is not carried over as it is becomes a problem of a rule "interchange-...".
+/// Reads a MaterialX document as a material: node graphs are expanded, and the shader becomes an
+/// output node. Anything that is not converted exactly is reported as a problem with a rule
+/// "interchange-...".
 class MaterialXReader
 {
 public:
-    /// @param file as it is named in messages
+    /// @param file name of the file, for messages
     /// @param problems must outlive the reader
     MaterialXReader(const std::string& file, ProblemList& problems);
 
-    /// To be called once.
+    /// May be called only once.
     MaterialDocument Read(std::string_view text);
 
 private:
@@ -28,7 +29,7 @@ private:
 
     struct Evaluated
     {
-        bool IsDone = false; ///< otherwise it waits for its inputs
+        bool IsDone = false; ///< if false, it is waiting for its inputs
         InterchangeGraph::Values Outputs;
     };
 
@@ -58,10 +59,11 @@ private:
     ProblemList& _problems;
     MaterialBuilder _builder;
     InterchangeGraph _graph;
-    MaterialXScopes* _scopes = nullptr; ///< while reading
+    MaterialXScopes* _scopes = nullptr; ///< valid while reading
     std::map<Key, Evaluated> _evaluated;
-    std::map<const XmlTree*, InterchangeValue> _parameters; ///< by input of a node graph
-    std::map<const XmlTree*, bool> _readByNormalMapsOnly;   ///< nodes that are connected
+    std::map<const XmlTree*, InterchangeValue> _parameters; ///< keyed by node graph input
+    std::map<const XmlTree*, bool> _readByNormalMapsOnly;   ///< whether each connected node is read
+                                                            ///< only by normal maps
 };
 
 } // namespace Mox::Host

@@ -11,14 +11,15 @@ using Materials::Compose;
 
 constexpr int deepestScope = 32;
 constexpr std::size_t mostScopes = 2000;
-constexpr int longestWay = 1000; ///< from interface to interface
+constexpr int longestWay = 1000; ///< limit on the number of interfaces followed in one chain
 
 } // namespace
 
 MaterialXScopes::MaterialXScopes(const XmlTree& document, ProblemList& problems)
     : _problems(problems)
 {
-    std::unordered_map<std::string, const XmlTree*> graphs; // by the definition that they implement
+    std::unordered_map<std::string, const XmlTree*> graphs; // keyed by the definition that they
+                                                            // implement
     for (const XmlTree& child : document.Children) {
         if (child.Name == "nodegraph" && child.Find("nodedef"))
             graphs.emplace(child.Get("nodedef"), &child);
@@ -115,7 +116,7 @@ std::size_t MaterialXScopes::Enter(std::size_t parent, const XmlTree& graph,
     return _scopes.size() - 1;
 }
 
-/// Goes from a use of an input of the scope's graph to what is given for it.
+/// Moves from a use of an input of the scope's graph to the value supplied for that input.
 /// @param input becomes null if there is no such input
 /// @returns whether that is a value that the user may set
 bool MaterialXScopes::StepToInterface(std::size_t& scope, const XmlTree*& input,
@@ -135,8 +136,8 @@ bool MaterialXScopes::StepToInterface(std::size_t& scope, const XmlTree*& input,
     return input && input->Find("value") && !inner.Instance;
 }
 
-/// Goes from a connection with a node graph to the output there.
-/// @returns whether there is one, and the graph may be unfolded
+/// Moves from a connection to a node graph to the output inside that graph.
+/// @returns whether the output exists and the graph can be expanded
 bool MaterialXScopes::StepToGraph(std::size_t& scope, const XmlTree*& input, const XmlTree& graph,
                                   const XmlTree* instance, const XmlTree& definition)
 {

@@ -44,7 +44,7 @@ void MaterialXWriter::WriteSurface()
         {"surfaceshader", "surfaceshader", {}, _shader.Name, {}, {}, {}, {}});
 }
 
-/// Gives an input of the shader a value, through an output of the node graph if it is connected.
+/// Sets an input of the shader, through an output of the node graph if the value is connected.
 void MaterialXWriter::FeedShader(const std::string& input, const MaterialXValue& value,
                                  const std::string& type)
 {
@@ -64,8 +64,8 @@ void MaterialXWriter::FeedShader(const std::string& input, const MaterialXValue&
     connection.More = {{"nodegraph", GraphName}, {"output", output.Name}};
 }
 
-/// The surface without metalness is lit by rules of the environment; MaterialX has only light of
-/// its own for it.
+/// A surface without metalness follows the lighting rules of the environment; MaterialX can express
+/// it only as emission.
 void MaterialXWriter::FeedUnlit()
 {
     Report(Carry::Approximated,
@@ -97,7 +97,7 @@ void MaterialXWriter::FeedPhysical(const InterchangeSurface& surface)
 {
     for (const InterchangeSurface::Port& port : surface.Ports) {
         const Expression& result = port.Is.Steps.back().Value;
-        std::string input = result.Name; // of a formula that is only an input
+        std::string input = result.Name; // for a formula that consists of a single input
         std::string type =
             port.Name == "in_colour" || port.Name == "in_emission" ? "color3" : "float";
         if (port.Name == "in_normal") {
@@ -129,7 +129,7 @@ void MaterialXWriter::FeedPhysical(const InterchangeSurface& surface)
     WriteRenderState();
 }
 
-/// A normal in tangent space as MaterialX has it, in world space.
+/// Converts a tangent-space normal in MaterialX's encoding to world space.
 MaterialXValue MaterialXWriter::MakeNormal(const std::string& port)
 {
     const auto tail = _feeds.at({_current.Node->Id, port});

@@ -25,7 +25,7 @@ bool IsNear(const InterchangeValue& value, const std::string& text)
 
 } // namespace
 
-/// The shader of the first material, or else the first shader.
+/// Finds the shader of the first material; if there is no material, the first shader.
 MaterialXSource MaterialXReader::FindShader(const XmlTree& root, MaterialXScopes& scopes)
 {
     MaterialXSource shader;
@@ -121,7 +121,7 @@ void MaterialXReader::FeedSurface(const InterchangeSurface& surface, const Input
             value = _builder.Resize(value, isVector ? 3 : 1, step.Id, step.Line);
         if (!value.IsConnected()) {
             const Expression& result = port.Is.Steps.back().Value;
-            if (!result.Numbers.empty()) { // which no input of the shader changes
+            if (!result.Numbers.empty()) { // a constant, independent of the shader's inputs
                 feeds.emplace_back(port.Name, _builder.Constant(value.Numbers, step.Id, step.Line));
                 continue;
             }

@@ -13,7 +13,7 @@ using Materials::Compose;
 
 namespace {
 
-/// The index in a name such as "uv2"; nothing if it is another name.
+/// Returns the index in a name such as "uv2", or nothing if the name has another form.
 std::optional<int> IndexIn(const std::string& name, const std::string& prefix)
 {
     if (!name.starts_with(prefix))
@@ -87,7 +87,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteConstant()
                  "read");
 }
 
-/// Outputs for single components of a value, and one for the first three.
+/// Creates outputs for the individual components of a value and one for its first three.
 MaterialXWriter::Ports MaterialXWriter::Split(const MaterialXValue& value,
                                               const std::vector<std::string>& components,
                                               const std::string& whole)
@@ -117,7 +117,7 @@ void MaterialXWriter::WarnOfUnreadAlpha(bool isUnread)
 
 MaterialXWriter::Ports MaterialXWriter::WriteTexture()
 {
-    const CompleteNode* root = _current.Node; // of the chain of references
+    const CompleteNode* root = _current.Node; // root of the chain of references
     while (const CompleteNode* next = Referred(*root))
         root = next;
     _current.Used.insert("Reference");
@@ -188,7 +188,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteTexture()
                : Split(result, {"", "", "", "out_alpha"}, "out_colour");
 }
 
-/// The input of the node graph that holds the file of a texture.
+/// Returns the node graph input that holds the file name of a texture.
 std::string MaterialXWriter::AddFile(const std::string& binding, bool isSrgb)
 {
     const auto known = _files.find(binding);

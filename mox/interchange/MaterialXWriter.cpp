@@ -158,7 +158,7 @@ void MaterialXWriter::WriteNode()
     WarnOfLosses();
 }
 
-/// Gives an element the position and the description of the node.
+/// Sets the position and description of the node on an element.
 void MaterialXWriter::Describe(MaterialXElement& element)
 {
     for (const auto& [property, attribute] :
@@ -171,7 +171,7 @@ void MaterialXWriter::Describe(MaterialXElement& element)
         element.Attributes.emplace_back("doc", PropertyOf("Description"));
 }
 
-/// A node that the table carries over directly; nothing if it does not.
+/// Writes a node that the table maps directly; returns nothing if it has no such mapping.
 MaterialXWriter::Ports MaterialXWriter::WriteByTable()
 {
     for (const InterchangeNode& node : GetStandardNodes().Nodes) {
@@ -218,7 +218,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteDirect(const InterchangeNode& node,
     return outputs;
 }
 
-/// A node as a formula of MaterialX nodes; nothing if the table has none.
+/// Writes a node as a formula of MaterialX nodes; returns nothing if the table has none.
 MaterialXWriter::Ports MaterialXWriter::WriteByFormula()
 {
     for (const InterchangeBack& back : GetStandardNodes().Back) {
@@ -245,7 +245,8 @@ MaterialXWriter::Ports MaterialXWriter::WriteByFormula()
     }
     return {};
 }
-/// Whether the node has these properties. Those that are carried over in another way count as such.
+/// Whether the node has these property values. Properties that are converted in another way always
+/// match.
 bool MaterialXWriter::Matches(const NamedTexts& settings)
 {
     for (const auto& [name, text] : settings) {
@@ -272,7 +273,7 @@ const std::string& MaterialXWriter::PropertyOf(const std::string& name)
     return property == _current.Node->Properties.end() ? none : property->second.Value;
 }
 
-/// What an input port of the node reads.
+/// The value that an input port of the node reads.
 MaterialXValue MaterialXWriter::InputOf(const std::string& port)
 {
     const std::string* property = GetStandardNodes().FindProperty(_current.Node->Type, port);
@@ -300,7 +301,7 @@ MaterialXValue MaterialXWriter::InputOf(const std::string& port)
     return unpacked->second;
 }
 
-/// Whether an edge brings a value; one from a node without counterpart does not.
+/// Whether an edge supplies a value; an edge from a node that could not be converted does not.
 bool MaterialXWriter::IsConnected(const std::string& port) const
 {
     const auto feed = _feeds.find({_current.Node->Id, port});
@@ -324,7 +325,7 @@ std::map<std::string, std::string> MaterialXWriter::BindingValues(const std::str
     return values;
 }
 
-/// Reports what has an influence and was not carried over: edges and properties.
+/// Reports edges and properties that affect the result but were not converted.
 void MaterialXWriter::WarnOfLosses()
 {
     for (const std::string& port : _current.Node->Inputs) {

@@ -12,53 +12,55 @@
 
 namespace Mox::Host {
 
-/// A node of a material with all that its document leaves to the node's type.
+/// A node of a material, including the values that its document leaves to the node type's defaults.
 struct CompleteNode
 {
     struct Property
     {
         std::string Value;
         bool IsDefault = false;
-        bool IsVisible = true; ///< whether it matters with the node's other properties
+        bool IsVisible = true; ///< whether the property is relevant given the node's other
+                               ///< properties
     };
 
     std::string Id;
     std::string Type;
     Place Where;
     std::map<std::string, Property> Properties;
-    std::vector<std::string> Inputs;  ///< ports
-    std::vector<std::string> Outputs; ///< ports
+    std::vector<std::string> Inputs;  ///< names of input ports
+    std::vector<std::string> Outputs; ///< names of output ports
 };
 
 /// A resolved material.
 struct CompleteMaterial
 {
     const MaterialDocument& Document;
-    std::vector<CompleteNode> Nodes; ///< each after those that feed it
+    std::vector<CompleteNode> Nodes; ///< each after the nodes that feed it
 };
 
-/// Writes a material as a MaterialX document: its graph as a node graph, its surface as a shader.
-/// What is not carried over as it is becomes a problem of a rule "interchange-...".
+/// Writes a material as a MaterialX document, with its graph as a node graph and its surface as a
+/// shader. Anything that is not converted exactly is reported as a problem with a rule
+/// "interchange-...".
 class MaterialXWriter
 {
 public:
-    /// @param material must outlive the writer, like problems
+    /// @param material must outlive the writer, as must problems
     MaterialXWriter(const CompleteMaterial& material, ProblemList& problems);
 
-    /// The text of the document; to be called once.
+    /// Returns the document; may be called only once.
     std::string Write();
 
 private:
-    using Ports = std::map<std::string, MaterialXValue>; ///< by output port
+    using Ports = std::map<std::string, MaterialXValue>; ///< keyed by output port
 
     static constexpr const char* GraphName = "NG_material";
 
-    /// A node while it is written.
+    /// A node that is being written.
     struct Current
     {
         const CompleteNode* Node = nullptr;
-        std::string Name;           ///< in MaterialX
-        std::set<std::string> Used; ///< properties that were carried over
+        std::string Name;           ///< name in MaterialX
+        std::set<std::string> Used; ///< properties that have been converted
     };
 
     void WriteNode();
@@ -100,19 +102,24 @@ private:
     ProblemList& _problems;
     MaterialXElements _elements;
     Current _current;
-    std::map<std::pair<std::string, std::string>, MaterialXValue> _outputs; ///< by node and port
+    std::map<std::pair<std::string, std::string>, MaterialXValue> _outputs; ///< keyed by node and
+                                                                            ///< port
     std::map<std::pair<std::string, std::string>, std::pair<std::string, std::string>>
-        _feeds;                                                              ///< by head
-    std::set<std::pair<std::string, std::string>> _read;                     ///< outputs with edges
-    std::map<std::pair<std::string, std::string>, MaterialXValue> _unpacked; ///< normals
-    std::map<std::string, std::string> _files; ///< inputs of the node graph by binding
+        _feeds;                                                              ///< edges, keyed by
+                                                                             ///< their head
+    std::set<std::pair<std::string, std::string>> _read;                     ///< outputs that have
+                                                                             ///< edges
+    std::map<std::pair<std::string, std::string>, MaterialXValue> _unpacked; ///< normals in the
+                                                                             ///< range -1 to 1
+    std::map<std::string, std::string> _files; ///< node graph inputs, keyed by binding
     std::map<std::string, const CompleteNode*> _nodes;
     MaterialXElement _shader;
     MaterialXElement _surfaceMaterial;
 };
 
 /// Writes a material as MaterialX 1.39.
-/// @throws HostError if the material has no surface, or if XML cannot hold one of its texts
+/// @throws HostError if the material has no surface, or if one of its strings cannot be stored in
+///         XML
 std::string WriteMaterialX(const CompleteMaterial& material, ProblemList& problems);
 
 } // namespace Mox::Host

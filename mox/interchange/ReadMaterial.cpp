@@ -9,7 +9,7 @@ namespace Mox::Host {
 
 namespace {
 
-/// Learns the name of the root element and ends parsing there.
+/// Stores the name of the root element and stops parsing there.
 class RootName : public XmlHandler
 {
 public:

@@ -8,27 +8,27 @@
 
 namespace Mox::Host {
 
-/// Whether a file is a MaterialX document: by its extension ".mtlx" or its root element.
+/// Whether a file is a MaterialX document, judging by its extension ".mtlx" or its root element.
 bool IsMaterialX(const std::filesystem::path& file, std::string_view text);
 
-/// Reads a material from a file: a material document, or a MaterialX document, from which a
-/// document is made.
-/// @param problems takes what is wrong with the file, and of MaterialX what is not carried over as
-///        it is, as warnings of rules "interchange-..."
-/// @returns what could be understood; only without new errors in problems is that all of it
+/// Reads a material from a file: either a material document or a MaterialX document, which is
+/// converted.
+/// @param problems receives errors in the file and, for MaterialX, a warning with a rule
+///        "interchange-..." for everything that is not converted exactly
+/// @returns what could be read; it is complete only if problems receives no errors
 MaterialDocument ReadMaterial(const std::filesystem::path& file, ProblemList& problems);
 
-/// The same for callers that stop at the first error.
-/// @throws HostError with it
+/// Like the function above, but stops at the first error.
+/// @throws HostError with that error
 MaterialDocument ReadMaterial(const std::filesystem::path& file);
 
-/// The same for a text in memory.
-/// @param file as it is named in messages
+/// Reads a material from a string in memory.
+/// @param file name of the file, for messages
 MaterialDocument ParseMaterial(const std::string& file, std::string_view text,
                                ProblemList& problems);
 
-/// Reads a MaterialX document in memory.
-/// @param file as it is named in messages
+/// Reads a MaterialX document from a string in memory.
+/// @param file name of the file, for messages
 MaterialDocument ParseMaterialX(const std::string& file, std::string_view text,
                                 ProblemList& problems);
 

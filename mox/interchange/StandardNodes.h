@@ -11,25 +11,25 @@
 
 namespace Mox::Host {
 
-/// What becomes of a standard node of MaterialX.
+/// How a standard MaterialX node is converted.
 enum class Carry
 {
-    Direct,       ///< one node that means the same
-    Composed,     ///< several nodes that mean the same
-    Approximated, ///< nodes that come near
-    None,         ///< nothing
+    Direct,       ///< to one equivalent node
+    Composed,     ///< to several nodes that are equivalent together
+    Approximated, ///< to nodes that approximate it
+    None,         ///< not at all
 };
 
 /// Names with values, such as properties of a node.
 using NamedTexts = std::vector<std::pair<std::string, std::string>>;
 
-/// What has to hold for an alternative.
+/// A condition of an alternative.
 struct InterchangeCondition
 {
     enum class Test
     {
-        Equals,    ///< the input has no connection and this value
-        OneOf,     ///< the same with several values, separated by commas
+        Equals,    ///< the input is unconnected and has this value
+        OneOf,     ///< the same with one of several values, separated by commas
         Width,     ///< the input has this number of components
         InputType, ///< the input has this MaterialX type
         NodeType,  ///< the node has this MaterialX type
@@ -41,48 +41,47 @@ struct InterchangeCondition
     std::string Text;
 };
 
-/// An input or output of a MaterialX node, and the port that stands for it.
+/// An input or output of a MaterialX node and the corresponding port.
 struct InterchangePort
 {
     std::string Input;
     std::string Port;
-    int Count = 0; ///< 0: the port's number of components is free
+    int Count = 0; ///< 0: the port's number of components is not fixed
 };
 
-/// One of the ways in which a MaterialX node is carried over; standard_nodes.xml explains the
-/// parts.
+/// One of the ways to convert a MaterialX node; standard_nodes.xml explains the fields.
 struct InterchangeAlternative
 {
     Carry Kind = Carry::None;
     std::vector<InterchangeCondition> When;
     std::string Type;
-    std::string Code; ///< what the reader does by itself
+    std::string Code; ///< name of a conversion implemented in the reader
     NamedTexts Settings;
     std::vector<InterchangePort> Inputs;
     std::vector<InterchangePort> Outputs;
     Formula Is;
-    Formula After;    ///< from the value of the texture that was read
-    std::string Text; ///< of the formula, for people
+    Formula After;    ///< formula applied to the value read from the texture
+    std::string Text; ///< source of the formula, for display
     std::string Note;
 };
 
-/// A standard node of MaterialX or a helper of formulas.
+/// A standard MaterialX node, or a helper used in formulas.
 struct InterchangeNode
 {
     std::string Name;
     bool IsHelper = false;
-    NamedTexts Inputs;  ///< with the values without a connection
-    NamedTexts Neutral; ///< inputs and the values with which the node does nothing
+    NamedTexts Inputs;  ///< with their values when unconnected
+    NamedTexts Neutral; ///< inputs with the values for which the node has no effect
     bool IsVector = false;
-    std::string Kinds;       ///< words
-    std::string FloatInputs; ///< words, as the following
+    std::string Kinds;       ///< space-separated list
+    std::string FloatInputs; ///< space-separated list, like the following
     std::string SingleInputs;
     std::string IntegerInputs;
     std::string Gives;
     std::vector<InterchangeAlternative> Alternatives;
 };
 
-/// A shader of MaterialX.
+/// A MaterialX shader.
 struct InterchangeSurface
 {
     struct Port
@@ -90,7 +89,7 @@ struct InterchangeSurface
         std::string Name;
         Formula Is;
         std::vector<InterchangeCondition> Unless;
-        std::string Unfed; ///< what the port reads without an edge; empty if that cannot be said
+        std::string Unfed; ///< value of the port without an edge; empty if it cannot be expressed
     };
 
     struct State
@@ -103,9 +102,9 @@ struct InterchangeSurface
     struct Ignored
     {
         std::string Input;
-        std::string Neutral; ///< with which nothing is lost
+        std::string Neutral; ///< value with which ignoring the input loses nothing
         std::string Note;
-        bool IsApproximated = false; ///< part of the meaning is kept
+        bool IsApproximated = false; ///< part of the meaning is preserved
     };
 
     std::string Name;
@@ -116,14 +115,14 @@ struct InterchangeSurface
     std::vector<Ignored> IgnoredInputs;
 };
 
-/// A node type without a direct counterpart, as a formula of MaterialX nodes.
+/// A node type without a direct counterpart, expressed as a formula of MaterialX nodes.
 struct InterchangeBack
 {
     std::string Type;
     NamedTexts Settings;
-    NamedTexts Inputs; ///< values of ports without an edge or a property
+    NamedTexts Inputs; ///< values of ports that have neither an edge nor a property
     Formula Is;
-    std::string Note; ///< what the formula leaves out; empty if it means the same
+    std::string Note; ///< what the formula omits; empty if it is equivalent
 };
 
 /// The table in standard_nodes.xml.
@@ -132,23 +131,24 @@ struct StandardNodes
     const InterchangeNode* Find(std::string_view name) const;
     const InterchangeSurface* FindSurface(std::string_view name) const;
 
-    /// The property that holds the value of a port without an edge, or null.
+    /// Returns the property that holds the value of a port without an edge, or null.
     const std::string* FindProperty(const std::string& type, const std::string& port) const;
 
     std::vector<InterchangeNode> Nodes;
     std::vector<InterchangeSurface> Surfaces;
     std::vector<InterchangeBack> Back;
-    std::map<std::pair<std::string, std::string>, std::string> PortProperties; ///< by type and port
+    std::map<std::pair<std::string, std::string>, std::string> PortProperties; ///< keyed by node
+                                                                               ///< type and port
     std::map<std::string, std::size_t, std::less<>> NodeIndex;
 };
 
-/// The table, which is part of the program.
+/// The table, which is compiled into the program.
 const StandardNodes& GetStandardNodes();
 
-/// The table for people: what becomes of each standard node, in Markdown.
+/// Formats the table as Markdown documentation: how each standard node is converted.
 std::string FormatStandardNodes();
 
-/// Whether a text names what the mesh or the scene supplies, such as "UV0".
+/// Whether a string names data that the mesh or the scene supplies, such as "UV0".
 bool IsGeometryName(std::string_view text);
 
 } // namespace Mox::Host

@@ -4,8 +4,8 @@
 
 namespace Mox::Host {
 
-/// The content of standard_nodes.xml. It is compiled in, so that a host that links the library
-/// needs no file beside it.
+/// The content of standard_nodes.xml, compiled in so that a host that links the library needs no
+/// extra file.
 extern const std::string_view standardNodesText;
 
 } // namespace Mox::Host

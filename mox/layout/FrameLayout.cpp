@@ -8,7 +8,7 @@ namespace Mox::Host {
 
 namespace {
 
-constexpr double framePadding = 24;     ///< between a frame and what is in it
+constexpr double framePadding = 24;     ///< between a frame and its content
 constexpr double frameTitleHeight = 32; ///< of a frame
 
 } // namespace
@@ -50,7 +50,7 @@ void FrameLayout::FillGroups()
         itemsOfNodes[_plan.Nodes[item]] = item;
         _ranks[item] = _graph.Order().Position(_plan.Nodes[item]);
     }
-    std::vector<std::size_t> depths(_groups.size()); // of groups in each other
+    std::vector<std::size_t> depths(_groups.size()); // nesting depths of groups
     for (auto frame = _plan.Frames.rbegin(); frame != _plan.Frames.rend(); ++frame)
         depths[*frame] = depths[ParentGroup(*frame)] + 1;
     for (std::size_t item = 0; item < _plan.ItemCount(); ++item) {
@@ -71,7 +71,7 @@ void FrameLayout::FillGroups()
     }
 }
 
-/// Adds an edge between nodes to the smallest group that has both of them.
+/// Adds an edge between nodes to the smallest group that contains both.
 void FrameLayout::Sort(const LayoutEdge& edge, const std::vector<std::size_t>& depths)
 {
     std::size_t tail = ParentGroup(edge.Tail);
@@ -83,7 +83,7 @@ void FrameLayout::Sort(const LayoutEdge& edge, const std::vector<std::size_t>& d
     _groups[tail].Edges.push_back(edge);
 }
 
-/// Lays out a group whose frames are laid out already.
+/// Lays out a group whose frames have already been laid out.
 void FrameLayout::PlaceGroup(std::size_t group)
 {
     const std::vector<std::size_t>& items = _groups[group].Items;
@@ -102,7 +102,7 @@ void FrameLayout::PlaceGroup(std::size_t group)
         const std::size_t head = Lift(edge.Head, group, edge.HeadOffset);
         edge.Tail = _positions[tail];
         edge.Head = _positions[head];
-        if (_ranks[tail] < _ranks[head]) // so there is no cycle
+        if (_ranks[tail] < _ranks[head]) // prevents cycles
             edges.push_back(edge);
     }
     const Layout layout = LayOutInLayers(nodes, edges);
@@ -119,8 +119,9 @@ void FrameLayout::PlaceGroup(std::size_t group)
         _sizes[group] = size;
 }
 
-/// The item of a group that a node is in.
-/// @param offset of a port from the upper edge of the node; becomes that from the one of the item
+/// Finds the item of a group that contains a node.
+/// @param offset of a port from the top edge of the node; becomes the offset from the top of the
+///        item
 std::size_t FrameLayout::Lift(std::size_t item, std::size_t group, double& offset) const
 {
     for (; ParentGroup(item) != group; item = ParentGroup(item))

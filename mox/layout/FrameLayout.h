@@ -9,25 +9,26 @@
 
 namespace Mox::Host {
 
-/// Places the items of a plan, each frame with what is in it as one item of what is around it.
+/// Positions the items of a plan. A frame and its content are treated as one item of the enclosing
+/// frame.
 class FrameLayout
 {
 public:
     /// @param graph and plan must outlive the layout
     FrameLayout(const MaterialGraph& graph, const FramePlan& plan);
 
-    /// Where the items are, from 0, 0 on.
+    /// Positions of the items, starting at 0, 0.
     const std::vector<LayoutPoint>& Points() const { return _points; }
 
-    /// How large they are; frames with content fit around it.
+    /// Sizes of the items; frames with content are sized to fit it.
     const std::vector<LayoutNode>& Sizes() const { return _sizes; }
 
 private:
-    /// What is in a frame, or outside all frames, and laid out together.
+    /// The content of one frame, or everything outside frames, which is laid out together.
     struct Group
     {
-        std::vector<std::size_t> Items; ///< in order
-        std::vector<LayoutEdge> Edges;  ///< between nodes in different ones of these items
+        std::vector<std::size_t> Items; ///< in document order
+        std::vector<LayoutEdge> Edges;  ///< between nodes in different items of the group
     };
 
     std::size_t ParentGroup(std::size_t item) const;
@@ -39,10 +40,13 @@ private:
     const MaterialGraph& _graph;
     const FramePlan& _plan;
     std::vector<LayoutNode> _sizes;
-    std::vector<LayoutPoint> _points;    ///< while frames are placed, from the corner of the frame
-    std::vector<std::size_t> _ranks;     ///< of the first node in each item; edges lead upwards
-    std::vector<Group> _groups;          ///< by item of the frame; the last one is outside of all
-    std::vector<std::size_t> _positions; ///< of items in their groups
+    std::vector<LayoutPoint> _points;    ///< relative to the enclosing frame while frames are being
+                                         ///< placed
+    std::vector<std::size_t> _ranks;     ///< rank of the first node in each item; edges run from
+                                         ///< lower to higher ranks
+    std::vector<Group> _groups;          ///< one per item, for its content; the last group is
+                                         ///< outside all frames
+    std::vector<std::size_t> _positions; ///< index of each item in its group
 };
 
 } // namespace Mox::Host

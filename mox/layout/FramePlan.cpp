@@ -32,7 +32,7 @@ float ValueOf(const GraphNode& node, const char* property)
     return found == properties.end() ? 0 : found->second->Floats[0];
 }
 
-/// What of an item must be in a frame for it to belong there.
+/// The area of an item that must lie in a frame for the item to belong to the frame.
 Area AreaOf(const DocumentAnnotation& annotation)
 {
     const auto x = static_cast<double>(annotation.Corner.X);
@@ -42,7 +42,7 @@ Area AreaOf(const DocumentAnnotation& annotation)
     return {x, y, static_cast<double>(annotation.Width), static_cast<double>(annotation.Height)};
 }
 
-/// The numbers of records that are wanted, or of all, in document order.
+/// The indices of the requested records, or of all records, in document order.
 template <class Records>
 std::vector<std::size_t> Choose(const Records& records, const std::set<std::size_t>& wanted,
                                 bool isAll)
@@ -91,7 +91,8 @@ FramePlan PlanFrames(const MaterialGraph& graph, const GraphParts& parts)
     });
 
     plan.Parents.assign(areas.size(), FramePlan::None);
-    std::vector<std::size_t> places(areas.size()); // from which on frames are larger
+    std::vector<std::size_t> places(areas.size()); // by frame: position in Frames of the next
+                                                   // larger one
     for (std::size_t place = 0; place < plan.Frames.size(); ++place)
         places[plan.Frames[place]] = place + 1;
     for (std::size_t item = 0; item < areas.size(); ++item) {

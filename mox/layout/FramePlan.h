@@ -8,31 +8,33 @@
 
 namespace Mox::Host {
 
-/// Some nodes and annotations of a material, its items, and the frame that each of them is in.
+/// Selected nodes and annotations of a material, called items, and the frame that contains each
+/// one.
 ///
-/// A node or note is in the smallest frame that its upper left corner is in, since a document knows
-/// no more of where a node is. A frame is in the smallest one that has all of it. Of frames with
-/// the same area the later one counts as the smaller.
+/// A node or note belongs to the smallest frame that contains its upper-left corner, because a
+/// document does not store the size of a node. A frame belongs to the smallest frame that contains
+/// all of it. Among frames of equal area, the later one counts as smaller.
 struct FramePlan
 {
     static constexpr std::size_t None = static_cast<std::size_t>(-1);
 
-    /// Numbers in document order. The items are these nodes and then these annotations.
+    /// Indices in document order. The items are these nodes followed by these annotations.
     std::vector<std::size_t> Nodes;
     std::vector<std::size_t> Annotations;
 
-    std::vector<std::size_t> Parents; ///< by item: the item of the frame that it is in, or None
-    std::vector<std::size_t> Frames;  ///< items; each comes before the frame that it is in
+    std::vector<std::size_t> Parents; ///< by item: the enclosing frame's item, or None
+    std::vector<std::size_t> Frames;  ///< items that are frames; each precedes the frame that
+                                      ///< contains it
 
     std::size_t ItemCount() const { return Nodes.size() + Annotations.size(); }
 };
 
-/// The time grows with items times frames.
-/// @param parts none for all of the material
+/// Determines the enclosing frames in time proportional to items times frames.
+/// @param parts if empty, the whole material
 /// @throws HostError if there is no such node or annotation
 FramePlan PlanFrames(const MaterialGraph& graph, const GraphParts& parts = {});
 
-/// The upper left corner of a node as its properties say; zeros without them.
+/// The upper-left corner of a node as stored in its properties; 0 if not set.
 struct NodeCorner
 {
     float X = 0;

@@ -12,10 +12,10 @@ namespace {
 
 constexpr double columnGap = 72;
 constexpr double rowGap = 24;
-constexpr double partGap = 64; ///< between parts that are not joined
-constexpr int roundCount = 6;  ///< of sweeps over all columns, leftwards and rightwards
+constexpr double partGap = 64; ///< between unconnected parts
+constexpr int roundCount = 6;  ///< number of sweeps over all columns in each direction
 
-/// The edges at one side of each node, in one array.
+/// The edges on one side of each node, stored in one array.
 class EdgeLists
 {
 public:
@@ -80,7 +80,7 @@ public:
 private:
     using Column = std::vector<std::size_t>;
 
-    /// How many columns before the last one each node stands.
+    /// Computes each node's distance in columns from the last column.
     void Rank()
     {
         std::vector<OrderLink> links;
@@ -101,7 +101,7 @@ private:
         }
     }
 
-    /// The nodes that are joined to one, in its own order.
+    /// Collects the nodes connected to a node, in ascending order.
     std::vector<std::size_t> FindPart(std::size_t first, std::vector<bool>& isSeen)
     {
         std::vector<std::size_t> part{first};
@@ -158,8 +158,8 @@ private:
         return {x - columnGap, bottom - top};
     }
 
-    /// The nodes of a part by column from the left, in the order in which their readers reach them
-    /// from the last column on.
+    /// Distributes the nodes of a part among columns, left to right; within a column they are in
+    /// the order in which they are reached from the last column.
     std::vector<Column> FillColumns(const std::vector<std::size_t>& part)
     {
         std::size_t last = 0;
@@ -195,7 +195,7 @@ private:
         }
     }
 
-    /// Orders and places the nodes of a column by what they are joined to on one side.
+    /// Sorts and positions the nodes of a column by their neighbours on one side.
     void Arrange(Column& column, EdgeLists& edges, std::size_t LayoutEdge::*other,
                  double LayoutEdge::*otherOffset, double LayoutEdge::*ownOffset)
     {
@@ -203,7 +203,7 @@ private:
         {
             std::size_t Node;
             double Key; ///< mean height of the ports on the other side
-            double Y;   ///< at which the edges would be level in the mean
+            double Y;   ///< position at which the edges would be level on average
         };
         std::vector<Wish> wishes;
         wishes.reserve(column.size());
@@ -231,14 +231,14 @@ private:
             return left.Key < right.Key;
         });
 
-        // Neighbours that would overlap become a block, which stands where its members wish in the
-        // mean.
+        // Neighbours that would overlap are merged into a block, placed at the mean of the
+        // positions that its members prefer.
         struct Block
         {
             std::size_t First;
-            double Sum; ///< of where members wish the block to begin
+            double Sum; ///< of the positions that the members prefer for the block's start
             std::size_t Count;
-            double Height; ///< with the gap below each member
+            double Height; ///< including the gap below each member
 
             double Y() const { return Sum / static_cast<double>(Count); }
         };
@@ -287,9 +287,9 @@ private:
 
     const std::vector<LayoutNode>& _nodes;
     const std::vector<LayoutEdge>& _edges;
-    EdgeLists _in; ///< in the order of the ports
+    EdgeLists _in; ///< sorted by port
     EdgeLists _out;
-    std::vector<std::size_t> _ranks; ///< columns between a node and the last one, by node
+    std::vector<std::size_t> _ranks; ///< by node: number of columns to the last one
     std::vector<LayoutPoint> _points;
     std::vector<bool> _isPlaced;
     std::size_t _stepCount = 0;

@@ -12,16 +12,16 @@ struct LayoutNode
     double Height = 0;
 };
 
-/// A line from the right edge of one node to the left edge of another one.
+/// A line from the right edge of one node to the left edge of another.
 struct LayoutEdge
 {
     std::size_t Tail = 0;
     std::size_t Head = 0;
-    double TailOffset = 0; ///< how far below the upper edge of the node it begins
-    double HeadOffset = 0; ///< and ends
+    double TailOffset = 0; ///< start, measured from the top of the tail node
+    double HeadOffset = 0; ///< end, measured from the top of the head node
 };
 
-/// The upper left corner of a node. y grows downwards.
+/// The upper-left corner of a node; y increases downwards.
 struct LayoutPoint
 {
     double X = 0;
@@ -30,18 +30,19 @@ struct LayoutPoint
 
 struct Layout
 {
-    std::vector<LayoutPoint> Points; ///< by node, whole pixels from 0 on
-    std::size_t StepCount = 0;       ///< visits of nodes and edges, and comparisons
+    std::vector<LayoutPoint> Points; ///< by node, in whole pixels starting at 0
+    std::size_t StepCount = 0;       ///< number of node visits, edge visits and comparisons
 };
 
 /// Places nodes in columns so that each edge runs from left to right and no nodes overlap.
 ///
-/// A node stands in the column before its nearest reader, or in the last one. Within the columns
-/// nodes are ordered and placed by the mean of what they are joined to, in a fixed number of sweeps
-/// over all edges, without recursion. So the time grows with nodes and edges, but for the sorting
-/// within a column. Parts that are not joined stand below each other in the order of their first
-/// nodes; nodes without edges stand in rows below them. The same input yields the same layout.
-/// @param edges have no cycle
+/// A node is placed in the column before its nearest reader, or in the last column. Within columns,
+/// nodes are sorted and positioned by the mean of their neighbours, in a fixed number of sweeps
+/// over all edges, without recursion. The time is therefore linear in nodes and edges, apart from
+/// sorting within a column. Unconnected parts are placed below each other in the order of their
+/// first nodes; nodes without edges form rows below them. The same input always yields the same
+/// layout.
+/// @param edges must not form a cycle
 Layout LayOutInLayers(const std::vector<LayoutNode>& nodes, const std::vector<LayoutEdge>& edges);
 
 } // namespace Mox::Host

@@ -17,13 +17,13 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-/// A position that items can be laid out from.
+/// Rounds a position from which a layout starts; one that is too far out becomes 0.
 double AnchorAt(float position)
 {
     return std::abs(position) <= farthestPosition ? std::round(position) : 0;
 }
 
-/// The upper left corner of the area that the items of a plan cover now.
+/// The upper-left corner of the area that the items of a plan currently cover.
 LayoutPoint CornerOfPlan(const MaterialGraph& graph, const FramePlan& plan)
 {
     std::vector<LayoutPoint> corners;
@@ -56,7 +56,7 @@ std::int32_t Limit(double value, std::int32_t least)
         std::clamp<double>(std::ceil(value), least, farthestCoordinate));
 }
 
-/// An annotation with the place and size that a layout gives it.
+/// Returns an annotation with the position and size that a layout assigns to it.
 DocumentAnnotation Placed(DocumentAnnotation annotation, const LayoutPoint& corner,
                           const LayoutNode& size)
 {

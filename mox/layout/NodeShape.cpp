@@ -13,11 +13,12 @@ constexpr float iconSide = 32;
 constexpr float headerHeight = 44;
 constexpr float rowHeight = 23;
 constexpr float padding = 8;
-constexpr float widthOfCharacter = 0.65f; ///< as a share of the text size; wide for most letters
-constexpr float roomOfPin = 16;           ///< with what keeps it apart from the label
+constexpr float widthOfCharacter = 0.65f; ///< average, relative to the text size; generous for most
+                                          ///< letters
+constexpr float roomOfPin = 16;           ///< including the distance to the label
 constexpr std::size_t longestType = 6;    ///< characters, as in "float4"
 
-/// Characters of a text in UTF-8 as far as a diagram shows them.
+/// The number of characters in a UTF-8 string, up to the limit that a diagram shows.
 std::size_t ShownLength(const std::string& text)
 {
     const auto isFirstByte = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; };

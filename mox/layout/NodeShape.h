@@ -8,25 +8,25 @@
 
 namespace Mox::Host {
 
-/// Sizes of text in a drawn node, in points.
+/// Text sizes in a drawn node, in points.
 constexpr float nodeTitleSize = 11;
 constexpr float nodePortSize = 9;
-constexpr float nodeSmallSize = 8; ///< of the id and of the types at ports
+constexpr float nodeSmallSize = 8; ///< for the id and the types of ports
 
-constexpr std::size_t maxNameLength = 40; ///< characters of a name in a diagram
+constexpr std::size_t maxNameLength = 40; ///< in characters, for names in a diagram
 
-/// The title of a node; its id if the node fails to say one.
+/// The title of a node; its id if the node fails to provide one.
 std::string TitleOf(const GraphNode& node);
 
-/// About how large a node is when it is drawn with its icon, title, id and ports, in pixels of
-/// which 96 make an inch. Fonts are not measured, so it is on the large side.
+/// The approximate size of a node drawn with its icon, title, id and ports, in pixels at 96 per
+/// inch. Fonts are not measured, so the estimate is generous.
 struct NodeShape
 {
     float Width = 0;
     float Height = 0;
 
-    /// How far below the upper edge of a node a port of either side is.
-    /// @param index of the port; -1 for one that the node does not have
+    /// The distance of a port from the top edge of the node, on either side.
+    /// @param index of the port; -1 for a port that the node does not have
     static float PortOffset(std::int32_t index);
 };
 
