@@ -11,7 +11,7 @@ namespace Mox::Bench {
 
 namespace {
 
-/// Resolves and checks a loaded graph, then again after one value has changed in its middle.
+/// Resolves and checks a loaded graph, then does so again after a value in its middle has changed.
 void MeasureEdit(benchmark::State& state, const Workshop& workshop)
 {
     const auto count = static_cast<std::size_t>(state.range(0));
@@ -30,7 +30,7 @@ void MeasureEdit(benchmark::State& state, const Workshop& workshop)
         Stopwatch watch;
         resolve();
         first += watch.Lap();
-        // The first change finds everything out of the cache; the figure is that of steady work.
+        // The first change runs with a cold cache; the result is meant for continuous editing.
         constexpr int changes = 100;
         for (int i = 0; i < changes; ++i) {
             graph.SetProperty(node, "Default Value 2", std::to_string(i));

@@ -4,7 +4,7 @@
 #include <iostream>
 #include <string>
 
-/// Prints the document of a measured material: mox_bench_material SHAPE COUNT
+/// Prints a material document for benchmarks. Usage: mox_bench_material SHAPE COUNT
 int main(int argumentCount, char** arguments)
 {
     try {

@@ -12,7 +12,7 @@ namespace {
 
 using Materials::Compose;
 
-/// Adds up count nodes that start at first; the sums fill the rest of the nodes.
+/// Sums count nodes beginning with first; the nodes after them perform the additions.
 void AddUp(std::vector<ShapeNode>& nodes, std::size_t first, std::size_t count)
 {
     for (std::size_t i = 1; i < count; ++i) {
@@ -22,7 +22,7 @@ void AddUp(std::vector<ShapeNode>& nodes, std::size_t first, std::size_t count)
     }
 }
 
-/// A heap read backwards: the root is the last node, and the leaves come first.
+/// Builds a binary heap in reverse order: the root is the last node, and the leaves come first.
 void JoinTree(std::vector<ShapeNode>& nodes)
 {
     const std::size_t root = nodes.size() - 1;

@@ -6,33 +6,35 @@
 
 namespace Mox::Bench {
 
-/// How the maths nodes of a measured material are joined. The result of every node reaches the
-/// surface, and no two nodes compute the same, so that nothing can be left out.
+/// How the maths nodes of a benchmark material are connected. The result of every node reaches the
+/// surface, and no two nodes compute the same value, so nothing can be optimised away.
 enum class Shape
 {
-    Chain,   ///< each node reads the one before it; sixteen different values in turn
-    Values,  ///< a chain in which each node has a value of its own
-    Tree,    ///< each node reads two others, down to the leaves
-    Fan,     ///< one node feeds half of the others, and the rest adds these up
-    Layered, ///< rows of up to a hundred; each node reads two of the row before, one at random
+    Chain,   ///< each node reads the previous one; the constants repeat after sixteen nodes
+    Values,  ///< a chain in which each node has a different constant
+    Tree,    ///< a binary tree
+    Fan,     ///< one node feeds half of the others, and the rest sum the results
+    Layered, ///< rows of up to a hundred; each node reads two nodes of the previous row, one of
+             ///< them random
 };
 
-/// @throws std::invalid_argument if the word names no shape
+/// @throws std::invalid_argument if no shape has this name
 Shape ParseShape(const std::string& word);
 
 struct ShapeNode
 {
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
-    std::size_t First = none;  ///< node that feeds the first input
-    std::size_t Second = none; ///< node that feeds the second input
-    std::size_t Value = 0;     ///< of the inputs that no node feeds
+    std::size_t First = none;  ///< index of the node that feeds the first input
+    std::size_t Second = none; ///< index of the node that feeds the second input
+    std::size_t Value = 0;     ///< determines the values of unconnected inputs
 };
 
-/// The nodes in order, each behind those it reads, the root last.
+/// The nodes, each after those that it reads; the root is last.
 std::vector<ShapeNode> MakeShape(Shape shape, std::size_t nodeCount);
 
-/// A document of the shape. Nodes multiply and add in turn; the first one reads the facing ratio.
+/// A material document of a shape. Nodes alternately multiply and add; the first one reads the
+/// facing ratio.
 std::string MakeDocument(Shape shape, std::size_t nodeCount);
 
 } // namespace Mox::Bench

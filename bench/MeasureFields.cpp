@@ -21,8 +21,8 @@ std::size_t BytesInUse()
     return info.uordblks + info.hblkhd;
 }
 
-/// Bytes of nodes with ports and of the edges of a chain, as the classes of the interface hold
-/// them.
+/// Memory of the nodes, with ports, and the edges of a chain, stored in the classes of the node
+/// interface, in bytes.
 std::size_t MeasureFields(const Bench::Workshop& workshop, std::size_t count)
 {
     std::vector<boost::shared_ptr<Materials::GuiNode>> nodes;
@@ -47,8 +47,8 @@ std::size_t MeasureFields(const Bench::Workshop& workshop, std::size_t count)
 
 } // namespace
 
-/// Prints bytes for each node of a chain of COUNT nodes, of its fields alone. The C library's
-/// allocator tells them.
+/// Prints the bytes per node of a chain of COUNT nodes, counting only the fields of the nodes, as
+/// reported by the C library's allocator.
 int main(int argumentCount, char** arguments)
 {
     try {

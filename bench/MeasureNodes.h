@@ -7,7 +7,7 @@
 
 namespace Mox::Bench {
 
-/// Reports seconds for each node of making count of them and of freeing them all.
+/// Reports the time per node, in seconds, for creating count nodes and for freeing them.
 template <class Make>
 void MeasureNodes(benchmark::State& state, Make make)
 {

@@ -17,7 +17,8 @@ std::size_t PeakBytes()
 
 } // namespace
 
-/// Prints bytes for each of COUNT nodes at the peak of the whole road of a document.
+/// Prints the peak memory for processing a document from reading to programs, in bytes per node,
+/// for a document of COUNT nodes.
 int main(int argumentCount, char** arguments)
 {
     try {

@@ -27,7 +27,7 @@ void MeasureByteCopy(benchmark::State& state)
     }
 }
 
-/// Loads the plug-in anew each time: nothing else keeps it loaded.
+/// Loads the plug-in anew in each iteration, because nothing else keeps it loaded.
 void MeasurePluginLoad(benchmark::State& state)
 {
     for ([[maybe_unused]] auto _ : state) {

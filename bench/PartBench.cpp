@@ -23,7 +23,7 @@ namespace {
 
 using Materials::Compose;
 
-/// Lays the edges that nodes have recorded, as a host does that wants no more than the graph.
+/// Adds the edges that nodes have recorded, like a host that only needs the graph.
 void JoinEdges(ShaderGraphGenerator& generator)
 {
     for (const auto& [edge, record] : generator.EdgeMap) {
@@ -34,7 +34,7 @@ void JoinEdges(ShaderGraphGenerator& generator)
     }
 }
 
-/// What becomes of a resolved graph, part by part, for each node.
+/// Measures each step from a resolved graph onwards, per node.
 void MeasureParts(benchmark::State& state, const Workshop& workshop, Shape shape)
 {
     const auto count = static_cast<std::size_t>(state.range(0));
@@ -79,7 +79,7 @@ void MeasureParts(benchmark::State& state, const Workshop& workshop, Shape shape
     state.counters["save"] = save / total;
 }
 
-/// Bindings to XML and back, for each binding.
+/// Measures writing bindings to XML and reading them back, per binding.
 void MeasureBindings(benchmark::State& state)
 {
     std::vector<Host::PluginBinding> bindings;
@@ -108,8 +108,8 @@ void MeasureBindings(benchmark::State& state)
 
 void RegisterPartBenchmarks(const Workshop& workshop)
 {
-    // With the library alone a fan costs the square of its edges: a node looks through its list
-    // whenever one is added.
+    // Using the library without the host, a fan costs quadratic time in its edges: a node searches
+    // its list whenever one is added.
     constexpr int largestFan = 1000;
     for (const char* word : {"chain", "tree", "fan", "layered"}) {
         const Shape shape = ParseShape(word);

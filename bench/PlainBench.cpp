@@ -12,7 +12,7 @@ namespace Mox::Bench {
 
 namespace {
 
-/// The properties of a node as rows, which point into it.
+/// The properties of a node as rows that refer to the node's strings.
 std::vector<PlainRow> RowsOf(const Materials::GuiNode& node)
 {
     std::vector<PlainRow> rows;

@@ -8,7 +8,7 @@ void RegisterPlainBenchmarks(const Workshop& workshop);
 
 } // namespace Mox::Bench
 
-/// The plain baseline alone, in a program that has the C library's allocator.
+/// Runs only the plain baseline, in a program that uses the C library's allocator.
 int main(int argumentCount, char** arguments)
 {
     benchmark::Initialize(&argumentCount, arguments);

@@ -6,7 +6,7 @@ namespace Mox::Bench {
 
 namespace {
 
-/// Texts and words become strings on the way in, as literals do.
+/// Takes std::string parameters, so that literals are converted at each call, as in ordinary code.
 void AddProperty(PlainNode& node, const std::string& name, const std::string& help, bool editable,
                  bool visible, int style, int kind, const std::string& text, int integer,
                  const float* floats, const std::vector<std::string>& choices)

@@ -8,7 +8,7 @@
 
 namespace Mox::Bench {
 
-/// A property as a program's text has it.
+/// A property as it would be written in source code.
 struct PlainRow
 {
     const char* Name;
@@ -23,8 +23,8 @@ struct PlainRow
     std::vector<const char*> Choices;
 };
 
-/// The floor: what creating and freeing a maths node costs if one writes it down without a thought
-/// about speed. It has the fields of a property and of a node, and nothing behind them.
+/// The baseline: the cost of creating and freeing a maths node in code written without regard to
+/// speed. It has the fields of a property and of a node, without any behaviour.
 struct PlainProperty
 {
     std::string Name;
@@ -53,7 +53,7 @@ struct PlainNode
     boost::shared_ptr<PlainBag> Properties;
 };
 
-/// A node with a property for each row.
+/// Creates a node with one property per row.
 boost::shared_ptr<PlainNode> CreatePlainNode(const std::vector<PlainRow>& rows);
 
 } // namespace Mox::Bench

@@ -19,7 +19,8 @@ Workshop::Workshop() : Environment(Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER)
 RoadTimes TravelRoad(const Workshop& workshop, const std::filesystem::path& document,
                      Language language)
 {
-    // A format of its own, as one that has met the program before would not make it again.
+    // A new format object each time: one that has written the program before would return a cached
+    // result.
     const Host::TargetFormat essl({Host::CompileTarget::Essl}, Languages::Precision::Full, {});
     RoadTimes times;
     Stopwatch watch;

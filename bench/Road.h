@@ -7,37 +7,36 @@
 
 namespace Mox::Bench {
 
-/// What stays loaded from one material to the next.
+/// What remains loaded between materials.
 struct Workshop
 {
-    /// Loads the plug-ins and the environment of the build tree.
+    /// Loads the plug-ins and the environment from the build tree.
     Workshop();
 
     Host::PluginSet Plugins;
     Host::Environment Environment;
 };
 
-/// What a road ends in.
+/// The language of the programs that the pipeline writes.
 enum class Language
 {
     Cg,
-    Essl, ///< with the reflection
+    Essl, ///< including the reflection
 };
 
-/// Seconds of processor time for each stage of one material's road.
+/// Processor time in seconds for each stage of processing one material.
 struct RoadTimes
 {
-    double Read = 0;    ///< the file into records
-    double Load = 0;    ///< records into nodes, properties, ports and edges
+    double Read = 0;    ///< file to records
+    double Load = 0;    ///< records to nodes, properties, ports and edges
     double Resolve = 0; ///< component counts and precisions
-    double Write = 0;   ///< every node's shader, the final pass, both programs' text
-    double Spell = 0;   ///< both programs in another language than Cg
-    double Free = 0;    ///< everything
+    double Write = 0;   ///< every node's shader, the final pass, and the source of both programs
+    double Spell = 0;   ///< translation of both programs into a language other than Cg
+    double Free = 0;    ///< freeing everything
     double Total() const { return Read + Load + Resolve + Write + Spell + Free; }
 };
 
-/// Takes one material the whole way.
-/// @throws std::runtime_error if it cannot be exported
+/// Runs the whole pipeline for one material, from its document to programs.
 RoadTimes TravelRoad(const Workshop& workshop, const std::filesystem::path& document,
                      Language language);
 

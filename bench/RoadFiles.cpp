@@ -18,7 +18,7 @@ std::filesystem::path TemporaryFolder()
 
 std::filesystem::path FileOf(Shape shape, std::size_t nodeCount)
 {
-    // A file of an earlier run may be that of another version.
+    // A file left by an earlier run may come from a different version.
     static std::set<std::filesystem::path> made;
     std::filesystem::path file =
         TemporaryFolder() / Materials::Compose(static_cast<int>(shape), "_", nodeCount, ".xml");

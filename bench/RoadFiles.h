@@ -6,10 +6,10 @@
 
 namespace Mox::Bench {
 
-/// A folder of the user's own for files of this program; it is made when first asked for.
+/// The current user's folder for temporary benchmark files, created on first use.
 std::filesystem::path TemporaryFolder();
 
-/// The document of a shape as a file in that folder; it is made when first asked for.
+/// The file in that folder with the document of a shape, created on first use.
 std::filesystem::path FileOf(Shape shape, std::size_t nodeCount);
 
 } // namespace Mox::Bench

@@ -4,12 +4,12 @@
 
 namespace Mox::Bench {
 
-/// Processor time of this thread, which other programs on the machine disturb less than time of
-/// day.
+/// Measures processor time of this thread, which other programs on the machine affect less than
+/// wall-clock time.
 class Stopwatch
 {
 public:
-    /// Seconds since construction or the last call.
+    /// Returns the seconds since construction or the last call.
     double Lap()
     {
         const double now = Now();

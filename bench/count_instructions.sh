@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Compares the instructions that three fixed exports take with the record beside this script, and
-# fails if one has grown by more than a tenth.
+# Compares the instruction counts of three fixed exports with the record next to this script, and
+# fails if one has grown by more than 10 %.
 # Usage: bench/count_instructions.sh MOX MATERIAL_MAKER [--update]
-# --update writes the record anew; commit it together with the change that makes the difference.
+# --update rewrites the record; commit it together with the change that causes the difference.
 set -euo pipefail
 
 mox=$1
@@ -16,8 +16,8 @@ cp "$here/../examples/waving_flag.xml" "$work/waving_flag.xml"
 "$maker" chain 1000 >"$work/chain_1000.xml"
 "$maker" layered 1000 >"$work/layered_1000.xml"
 
-# The C library picks its string functions by the processor. Without the wide ones every machine
-# takes the same.
+# The C library selects its string functions by processor. With the wide ones disabled, all machines
+# execute the same instructions.
 export GLIBC_TUNABLES=glibc.cpu.hwcaps=-AVX2,-AVX512F,-AVX512VL,-AVX512BW,-ERMS,-FSRM,-BMI2,-MOVBE
 export LC_ALL=C
 

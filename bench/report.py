@@ -1,4 +1,4 @@
-"""Turns the figures of one run into the table of ratios. Usage: report.py FOLDER MATERIALS"""
+"""Turns the measurements of one run into tables of ratios. Usage: report.py FOLDER MATERIALS"""
 
 import json
 import os
@@ -13,7 +13,8 @@ NATIVE_LOAD_MILLISECONDS = 31
 
 
 def read_medians(files):
-    """From a benchmark's name to the medians of its figures over the processes that measured it."""
+    """Maps each benchmark's name to the medians of its figures over all processes that measured
+    it."""
     found = {}
     for file in files:
         for row in json.loads(file.read_text())["benchmarks"]:
@@ -25,7 +26,7 @@ def read_medians(files):
 
 
 def read_instructions(file):
-    """From what was run to its instructions for one node more."""
+    """Maps the name of each program to its instructions per additional node."""
     counted = {}
     for line in file.read_text().splitlines():
         name, nodes, count = line.split()
@@ -34,7 +35,7 @@ def read_instructions(file):
 
 
 def read_seconds(file):
-    """From what was run to the median of its seconds."""
+    """Maps the name of each run to its median duration in seconds."""
     seconds = {}
     for line in file.read_text().splitlines():
         name, value = line.split()
@@ -91,7 +92,7 @@ def main(folder, materials):
             if isinstance(seconds, str):
                 bars.append([f"{peer}'s ESSL / ours, {shape} of {size}", "at least 10", seconds])
                 continue
-            own = beside[f"essl/{key}"]["real_time"] * 1e-3 / int(size)  # the wall's time, as theirs
+            own = beside[f"essl/{key}"]["real_time"] * 1e-3 / int(size)  # wall-clock time, like theirs
             bars.append([f"{peer}'s ESSL / ours, {shape} of {size}, time of day",
                          "at least 10" if size == "1000" else "",
                          ratio(seconds / own, 10 if size == "1000" else None, False)])
