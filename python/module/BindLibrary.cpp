@@ -22,7 +22,7 @@ using WithoutLock = py::call_guard<py::gil_scoped_release>;
 
 using LibraryHandle = std::shared_ptr<Library>;
 
-/// A node type in its catalogue, which it keeps.
+/// A node type together with the library whose catalogue contains it.
 struct TypeView
 {
     std::shared_ptr<const Library> Owner;
@@ -34,13 +34,13 @@ struct TypeView
     }
 };
 
-/// The types of a library by name.
+/// The types of a library, accessible by name.
 struct TypeMap
 {
     std::shared_ptr<const Library> Owner;
 };
 
-/// A property of a type with what its node file says of it.
+/// A property of a type, with its description from the node file.
 struct TypeProperty
 {
     boost::shared_ptr<Materials::GuiProperty> Property;

@@ -26,14 +26,14 @@ using WithoutLock = py::call_guard<py::gil_scoped_release>;
 
 using MaterialHandle = std::shared_ptr<Material>;
 
-/// The id that a caller means by a node.
+/// Converts an argument that identifies a node to its id.
 std::string ToId(const py::object& node)
 {
     return py::isinstance<NodeView>(node) ? node.cast<const NodeView&>().Id
                                           : node.cast<std::string>();
 }
 
-/// The node of a material that a caller means.
+/// Finds a node of a material by id.
 /// @throws py::key_error if there is none
 NodeView FindNode(Material& material, const std::string& id)
 {
@@ -410,8 +410,8 @@ void BindOpening(py::module_& module)
             "cannot be read.");
 }
 
-/// The document of a material or of a file.
-/// @param library takes that of a material if it is none
+/// The document of a material object or of a file.
+/// @param library set to the library of a material if it is empty
 Host::MaterialDocument ReadDocument(const py::object& source,
                                     std::shared_ptr<const Library>& library)
 {

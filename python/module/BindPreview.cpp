@@ -28,7 +28,7 @@ py::buffer_info DescribeBuffer(Image& image)
             true};
 }
 
-/// A picture of the bytes of an array with three dimensions.
+/// Copies an image from a three-dimensional array of bytes.
 Image CopyPicture(const py::handle&, const py::buffer& pixels)
 {
     const py::buffer_info source = pixels.request();
@@ -94,7 +94,7 @@ void BindPicture(py::module_& module)
         });
 }
 
-/// A width and a height; one number stands for both.
+/// Sets width and height; a single number sets both.
 void SetSize(const py::object& size, Host::PreviewOptions& options)
 {
     const auto sides = py::isinstance<py::int_>(size)
@@ -117,7 +117,7 @@ std::string ToMesh(const py::object& mesh)
     return ToText(mesh, "");
 }
 
-/// "id" or "id.port".
+/// Converts an argument to "id" or "id.port".
 std::string ToNode(const py::handle& node)
 {
     if (py::isinstance<PortView>(node)) {

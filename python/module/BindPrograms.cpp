@@ -16,7 +16,7 @@ using WithoutLock = py::call_guard<py::gil_scoped_release>;
 
 using ProgramHandle = std::shared_ptr<const Program>;
 
-/// One stage in one target.
+/// One stage of a program in one target language.
 struct StageView
 {
     ProgramHandle Owner;
@@ -24,7 +24,7 @@ struct StageView
     const std::string* Bytes;
 };
 
-/// Both stages in one target.
+/// Both stages in one target language.
 struct TargetView
 {
     ProgramHandle Owner;

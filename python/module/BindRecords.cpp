@@ -106,7 +106,7 @@ void BindChange(py::module_& module)
         });
 }
 
-/// The values of a binding; nothing for one whose default is text.
+/// The values of a binding; nothing for a binding with a string default.
 std::optional<std::vector<float>> ValuesOf(const Host::PluginBinding& binding)
 {
     if (binding.Texture() || binding.Stream() != Materials::StreamType::Float)
@@ -168,7 +168,7 @@ void BindBinding(py::module_& module)
                "Bindings as an XML document.");
 }
 
-/// An edge as (tail, tail port, head, head port), or None.
+/// Converts an edge to a tuple (tail, tail port, head, head port), or None.
 py::object ToTuple(const std::optional<Host::DocumentEdge>& edge)
 {
     if (!edge)

@@ -4,7 +4,7 @@
 
 namespace Mox::Python {
 
-/// Each adds some classes and functions to the module. Those that others refer to come first.
+/// Each function adds classes and functions to the module. Classes used by others are added first.
 void BindRecords(pybind11::module_& module);
 void BindLibrary(pybind11::module_& module);
 void BindPrograms(pybind11::module_& module);

@@ -19,7 +19,7 @@ std::string FormatShortest(Number value)
     return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr};
 }
 
-/// The number that people would write for a float: 0.1 and not 0.10000000149011612.
+/// Converts a float via its shortest decimal form: 0.1 instead of 0.10000000149011612.
 double ToDouble(float value)
 {
     if (!std::isfinite(value))
@@ -32,7 +32,8 @@ double ToDouble(float value)
 
 std::string FormatNumber(double value)
 {
-    // What no float holds keeps its form, so that the refusal names what was given.
+    // A value outside the range of float is kept unchanged, so that the error message shows what
+    // was given.
     return std::abs(value) <= std::numeric_limits<float>::max()
                ? FormatShortest(static_cast<float>(value))
                : FormatShortest(value);
@@ -182,7 +183,7 @@ std::vector<std::pair<std::string, std::string>> ToTexts(const py::dict& values,
 
 void RefuseNew(const py::object& type)
 {
-    // The base that the classes of this module share, and no others: see PYBIND11_BUILD_TYPE.
+    // The base class shared by all classes of this module and no others: see PYBIND11_BUILD_TYPE.
     const py::object base = type.attr("__base__");
     base.attr("__new__") = py::cpp_function(
         [](const py::handle& of, const py::args&, const py::kwargs&) -> py::object {

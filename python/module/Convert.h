@@ -16,44 +16,44 @@ namespace Mox::Python {
 
 namespace py = pybind11;
 
-/// The value of a property, free of Python, so that it can be read without the interpreter's lock.
-/// A reference to a node is its id, or nothing.
+/// The value of a property without Python objects, so that it can be read without holding the
+/// interpreter's lock. A reference to a node is its id, or nothing.
 using Value =
     std::variant<std::monostate, bool, std::int32_t, float, std::string, std::array<float, 3>>;
 
 py::object ToPython(const Value& value);
 py::object ToPython(const Host::Json& value);
 
-/// Text that need not be UTF-8, such as the name of a file in a message: other bytes become what
-/// os.fsdecode makes of them.
+/// Converts a string that need not be UTF-8, such as a file name in a message; other bytes are
+/// decoded like os.fsdecode does.
 py::str ToPython(const std::string& text);
 
-/// None for an empty text, and for 0.
+/// Return None for an empty string or for 0.
 py::object TextOrNone(const std::string& text);
 py::object NumberOrNone(int number);
 
-/// The text of a Python value as documents have it: numbers in the shortest form that reads back as
-/// the same float, sequences of numbers with a separator between them, "true" and "false", nothing
+/// Formats a Python value as documents store it: numbers in the shortest form that reads back as
+/// the same float, sequences of numbers joined by a separator, "true" and "false", an empty string
 /// for None, the id of a node, the name of a path.
 /// @throws py::type_error for any other value
 std::string ToText(py::handle value, const char* separator);
 
-/// A value for a property whose kind is not known yet.
+/// A value for a property whose kind is not yet known.
 struct GivenValue
 {
     std::string Name;
     std::string Text;
-    Materials::GuiPropertyKind Guess; ///< the kind that the Python value looks like
+    Materials::GuiPropertyKind Guess; ///< the kind suggested by the Python value
 };
 
 /// The values of a dictionary, in its order.
 std::vector<GivenValue> ToGivenValues(const py::dict& values);
 
-/// The same as pairs of texts.
+/// Converts a dictionary to pairs of strings.
 std::vector<std::pair<std::string, std::string>> ToTexts(const py::dict& values,
                                                          const char* separator);
 
-/// A dictionary of texts as Python has it.
+/// Converts pairs of strings to a Python dictionary.
 template <class Pairs>
 py::dict ToDict(const Pairs& pairs)
 {
@@ -63,9 +63,9 @@ py::dict ToDict(const Pairs& pairs)
     return dict;
 }
 
-/// Lets a class make its objects by a function, whose first parameter is the class. Constructors of
-/// pybind11 cannot be used: Python can call __new__ without __init__, and the object would have no
-/// content.
+/// Makes a function, whose first parameter is the class, the constructor of a class. pybind11's own
+/// constructors are unsuitable: Python can call __new__ without __init__, which would leave the
+/// object without content.
 /// @param extra names of the parameters
 template <class Make, class... Extra>
 void DefineNew(py::object type, Make make, const Extra&... extra)
@@ -77,11 +77,11 @@ void DefineNew(py::object type, Make make, const Extra&... extra)
     };
 }
 
-/// Refuses to make objects of all classes for which DefineNew was not called.
+/// Prevents instantiation of all classes for which DefineNew was not called.
 /// @param type any class of the module
 void RefuseNew(const py::object& type);
 
-/// Gives a class whose objects never change what records of Python have: equality, a hash, a
+/// Gives a class of immutable objects the behaviour of a Python record: equality, a hash, a
 /// representation, and fields for match statements.
 void MakeRecord(const py::object& type, std::initializer_list<const char*> fields);
 

@@ -135,8 +135,8 @@ bool Edit::IsTaken(const std::string& id) const
            _material->Use([&](const auto& graph) { return graph.HasId(id); });
 }
 
-/// The word of the kind that a property has. For one that does not exist it is a guess, which
-/// whoever makes the change refuses.
+/// The keyword for the kind of a property. For a property that does not exist it is a guess, which
+/// is refused when the change is applied.
 std::string Edit::KindOf(const std::string& node, const GivenValue& value) const
 {
     std::optional<Materials::GuiPropertyKind> kind;

@@ -13,8 +13,8 @@
 
 namespace Mox::Python {
 
-/// Collects the steps of one change of a material, in their JSON form, so that they are judged by
-/// the rules for changes that come from outside.
+/// Collects the steps of one change to a material in JSON, so that they are validated by the rules
+/// for changes from outside.
 class Edit : public std::enable_shared_from_this<Edit>
 {
 public:
@@ -24,17 +24,17 @@ public:
         : _material(std::move(material)), _title(std::move(title))
     {}
 
-    /// Whether steps can still be added.
+    /// Whether more steps can be added.
     bool IsOpen() const { return _isOpen; }
 
-    /// @param id nothing for one that is free, made from the type
-    /// @param before id of the node that follows; empty for the end
+    /// @param id if empty, an unused one is derived from the type
+    /// @param before id of the node to insert before; empty to append
     NodeView Add(const std::string& type, const std::optional<std::string>& id,
                  const std::vector<GivenValue>& values, const std::string& before);
     void Remove(const std::string& node);
     NodeView Rename(const std::string& node, const std::string& newId);
 
-    /// @param replace takes away an edge that leads to the input now
+    /// @param replace removes an existing edge to the input
     void Connect(const PortView& tail, const PortView& head, bool replace);
     void Disconnect(const PortView& tail, const PortView& head);
     void Set(const std::string& node, const std::vector<GivenValue>& values);
@@ -47,11 +47,11 @@ public:
     /// @throws HostError naming a value that no document can hold
     Host::GraphChange Change() const;
 
-    /// Ends the edit and makes the change.
+    /// Finishes the edit and applies the change.
     /// @throws HostError as Change and Material::Apply do
     void Finish();
 
-    /// Ends the edit without a change.
+    /// Ends the edit without changing anything.
     void Discard() { _isOpen = false; }
 
 private:
@@ -65,8 +65,8 @@ private:
     std::string _title;
     bool _isOpen = true;
     Host::Json _steps = Host::Json::array();
-    std::map<std::string, std::string> _added;   ///< types, by id
-    std::map<std::string, std::string> _renamed; ///< ids in the material, by new id
+    std::map<std::string, std::string> _added;   ///< node types, keyed by id
+    std::map<std::string, std::string> _renamed; ///< current ids in the material, keyed by new id
 };
 
 } // namespace Mox::Python

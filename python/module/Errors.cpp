@@ -27,7 +27,7 @@ void Raise(const char* name, const Host::HostError& error, const py::dict& more 
     PyErr_SetObject(type.ptr(), exception.ptr());
 }
 
-/// Makes a Python exception of the one that is being handled.
+/// Raises a Python exception for the C++ exception being handled.
 void RaiseCurrent()
 {
     using py::literals::operator""_a;
@@ -47,7 +47,7 @@ void RaiseCurrent()
     }
 }
 
-/// The same where no C++ exception may leave.
+/// Does the same where no C++ exception may escape.
 void RaiseSafely()
 {
     try {

@@ -7,24 +7,24 @@
 
 namespace Mox::Python {
 
-/// A view of a node or port that does not exist any more.
+/// A view was used whose node or port no longer exists.
 class StaleView : public Host::HostError
 {
 public:
     using HostError::HostError;
 };
 
-/// A material has errors, so that what was requested cannot be made of it.
+/// An operation is impossible because the material has errors.
 class FaultyMaterial : public Host::HostError
 {
 public:
-    /// @param problems have an error; the first one is the message
+    /// @param problems must contain an error; the first one becomes the message
     explicit FaultyMaterial(const Host::ProblemList& problems);
 
     Host::ProblemList Problems;
 };
 
-/// Makes Python raise the exceptions of mox._errors for those of the host.
+/// Translates the host's exceptions into those of mox._errors.
 void TranslateErrors();
 
 } // namespace Mox::Python

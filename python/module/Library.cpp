@@ -20,8 +20,8 @@ namespace Mox::Python {
 
 namespace {
 
-/// The environment variable with the folders of node files, which libraries with other folders in
-/// one process set in turn. It has its old value again when the object goes.
+/// Sets the environment variable with the folders of node files for the lifetime of the object,
+/// then restores it. Libraries with different folders in one process take turns.
 class NodePath
 {
 public:
@@ -83,7 +83,7 @@ Library::Library(const Paths& plugins, const Paths& nodes, const std::filesystem
 const std::vector<Host::CatalogueEntry>& Library::Catalogue() const
 {
     std::call_once(_described, [this] {
-        Host::ProblemList problems; // of types that are missing
+        Host::ProblemList problems; // reports missing types
         _catalogue = Host::DescribeCatalogue(_plugins, {}, problems);
     });
     return _catalogue;
@@ -141,7 +141,7 @@ void ForEachParallel(std::size_t count, std::size_t threads,
         }
     };
     if (const std::size_t wanted = std::min(ThreadCount(threads), count); wanted > 1)
-        Host::StartThreads(wanted, workOn); // whose destructors wait for them
+        Host::StartThreads(wanted, workOn); // the destructors of the threads wait for them
     else
         workOn();
     for (const std::exception_ptr& failure : failures) {

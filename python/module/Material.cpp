@@ -33,7 +33,7 @@ std::shared_ptr<Material> Material::Open(std::shared_ptr<const Library> library,
     std::string text = Host::ReadFile(file);
     Host::ProblemList problems;
     Host::MaterialDocument document = Host::ParseMaterial(file.string(), text, problems);
-    // What was carried over from another format is not written over it.
+    // Saving must not overwrite a file in another format, so a converted material has no file.
     const bool isOwn = !Host::IsMaterialX(file, text);
     return std::make_shared<Material>(std::move(library), std::move(document),
                                       isOwn ? file : std::filesystem::path(),
@@ -66,7 +66,7 @@ std::filesystem::path Material::File() const
 
 std::string Material::Text() const
 {
-    _reading.ThrowFirstError(); // or what could not be read would be missing
+    _reading.ThrowFirstError(); // otherwise anything that could not be read would be lost
     return Use([](const auto& graph) { return Host::FormatMaterialDocument(graph.Document()); });
 }
 
@@ -218,7 +218,7 @@ void Material::RequireSaveable(const std::filesystem::path& file, bool isOwn, bo
 
 void Material::Resolve()
 {
-    Host::ProblemList problems; // which are found again on request
+    Host::ProblemList problems; // discarded; problems are computed again on request
     _resolver.Resolve(problems);
 }
 

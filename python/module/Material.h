@@ -20,7 +20,7 @@
 
 namespace Mox::Python {
 
-/// A copy of a material, opened and resolved, with all that is wrong so far.
+/// A copy of a material, loaded and resolved, with the problems found so far.
 struct OpenedCopy
 {
     Host::MaterialGraph Graph;
@@ -28,29 +28,29 @@ struct OpenedCopy
     std::filesystem::path File;
 };
 
-/// A material that Python edits: its graph, its history and its file. Every operation takes a lock
-/// of the object, and none holds the interpreter's lock meanwhile, so that threads may share it.
+/// A material being edited from Python: its graph, its history and its file. Every operation locks
+/// the object, and none holds the interpreter's lock meanwhile, so threads may share it.
 class Material : public std::enable_shared_from_this<Material>
 {
 public:
     /// @param file empty if the material has none yet
     /// @param text content of the file
-    /// @param reading problems of reading it
+    /// @param reading problems found while reading it
     Material(std::shared_ptr<const Library> library, Host::MaterialDocument document,
              std::filesystem::path file, std::string text, Host::ProblemList reading);
 
-    /// @throws HostError if the file cannot be read; what is wrong with its content is a problem
+    /// @throws HostError if the file cannot be read; errors in its content become problems
     static std::shared_ptr<Material> Open(std::shared_ptr<const Library> library,
                                           const std::filesystem::path& file);
 
-    /// @param file as it is named in messages
+    /// @param file name of the file, for messages
     static std::shared_ptr<Material> Parse(std::shared_ptr<const Library> library,
                                            const std::string& text, const std::string& file);
 
     const Library& GetLibrary() const { return *_library; }
     const std::shared_ptr<const Library>& LibraryHandle() const { return _library; }
 
-    /// Calls work with the graph. It must not touch Python objects.
+    /// Calls a function with the graph. The function must not access Python objects.
     template <class Work>
     auto Use(Work work) const
     {
@@ -59,7 +59,7 @@ public:
         return work(std::as_const(_graph));
     }
 
-    /// The same with the number of a node.
+    /// Calls a function with the graph and the number of a node.
     /// @throws StaleView if there is no such node
     template <class Work>
     auto UseNode(const std::string& id, Work work) const
@@ -70,7 +70,7 @@ public:
 
     std::filesystem::path File() const;
 
-    /// The document in its canonical form.
+    /// The document in canonical form.
     /// @throws HostError if something in the file could not be read
     std::string Text() const;
 
@@ -78,36 +78,36 @@ public:
     std::string UndoTitle() const;
     std::string RedoTitle() const;
 
-    /// A copy of the material for work that takes its time.
+    /// Copies the material for long-running work.
     OpenedCopy OpenCopy() const;
     Host::MaterialDocument CopyDocument() const;
 
-    /// What mox check finds. Keeps the result until the material changes.
+    /// What mox check reports. The result is cached until the material changes.
     std::vector<Host::Problem> Problems() const;
 
-    /// The same, found again.
+    /// Like Problems, but without the cache.
     std::vector<Host::Problem> Check() const;
 
     /// Run-time parameters with the document's values.
     /// @throws FaultyMaterial if the material has an error
     std::vector<Host::PluginBinding> Bindings() const;
 
-    /// Makes a change as one step of the history.
-    /// @param title for people; empty for one that is made from the change
+    /// Applies a change as one step of the history.
+    /// @param title shown to the user; if empty, derived from the change
     /// @returns whether it had an effect
-    /// @throws HostError if it does not fit; nothing has changed then
+    /// @throws HostError if it cannot be applied, without changing anything
     bool Apply(const Host::GraphChange& change, const std::string& title);
 
     /// @returns false if there was nothing to undo or redo
     bool Undo();
     bool Redo();
 
-    /// Lays out nodes, or all if none are named, as one step of the history.
+    /// Lays out the given nodes, or all if none are given, as one step of the history.
     bool LayOut(const std::vector<std::string>& ids);
 
     /// Writes the document.
-    /// @param file nothing for the material's own, else it becomes that
-    /// @param force also replaces a file that has changed, is read-only or has other hard links
+    /// @param file if empty, the material's own file; otherwise it becomes the material's file
+    /// @param force overwrites a file even if it has changed, is read-only or has other hard links
     void Save(const std::optional<std::filesystem::path>& file, bool force);
 
 private:
@@ -124,10 +124,12 @@ private:
     Host::GraphResolver _resolver;
     const Host::ProblemList _reading;
     std::filesystem::path _file;
-    std::string _saved;                       ///< content of the file when it was read or saved
-    std::optional<std::uint64_t> _savedState; ///< of the history; none if there is no file
+    std::string _saved;                       ///< content of the file when it was last read or
+                                              ///< saved
+    std::optional<std::uint64_t> _savedState; ///< state in the history that matches the file, if
+                                              ///< any
 
-    mutable std::optional<std::uint64_t> _checkedState; ///< to which _problems belong
+    mutable std::optional<std::uint64_t> _checkedState; ///< state for which _problems was computed
     mutable std::vector<Host::Problem> _problems;
 };
 

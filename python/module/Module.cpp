@@ -6,7 +6,7 @@
 
 PYBIND11_MODULE(_mox, module)
 {
-    xmlInitParser(); // not safe on several threads, but for the first call
+    xmlInitParser(); // only the first call is not thread-safe
     module.doc() = "The compiled part of the package mox.";
     module.attr("__version__") = MOX_VERSION;
     Mox::Python::TranslateErrors();

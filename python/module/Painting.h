@@ -14,14 +14,14 @@
 
 namespace Mox::Python {
 
-/// A drawn image that never changes, with what was wrong with the material.
+/// An immutable rendered image, with the problems of the material.
 struct Image
 {
     Host::Picture Content;
     std::vector<Host::Problem> Problems = {};
 };
 
-/// Draws materials. Any thread may use it; one picture is drawn at a time.
+/// Renders materials. Any thread may use it; one image is rendered at a time.
 class Preview
 {
 public:
@@ -47,17 +47,17 @@ private:
     Host::MaterialPreview _preview;
 };
 
-/// Draws the graph of a material, as mox graph does.
+/// How to draw the graph of a material; corresponds to the options of mox graph.
 struct GraphSettings
 {
     std::string Format = "svg"; ///< "svg", "png" or "dot"
-    bool IsShader = false;      ///< the finished shader graph with its stages
-    bool HasThumbnails = false; ///< what nodes put out instead of their icons
+    bool IsShader = false;      ///< draw the finished shader graph with its stages
+    bool HasThumbnails = false; ///< show what nodes output instead of their icons
 };
 
-/// @returns the bytes of the file
+/// @returns the content of the file
 /// @throws HostError if the format is unknown, or if Graphviz or the device for thumbnails is
-/// missing
+///         missing
 std::string DrawGraph(const Material& material, const GraphSettings& settings);
 
 } // namespace Mox::Python

@@ -14,7 +14,7 @@
 
 namespace Mox::Python {
 
-/// How programs are written; the options of mox export.
+/// How programs are written; corresponds to the options of mox export.
 struct ProgramSettings
 {
     std::vector<std::string> Targets;
@@ -28,38 +28,40 @@ struct Program
 {
     Host::ProblemList Problems;
     std::vector<std::string> Targets;
-    std::vector<std::pair<std::string, std::string>> Files; ///< bytes, by extension of the file
+    std::vector<std::pair<std::string, std::string>> Files; ///< content, with the extension of the
+                                                            ///< file
     std::array<std::vector<std::string>, 2> LineNodes; ///< for each line of the Cg programs, vertex
-                                                       ///< before fragment, the id of its node
+                                                       ///< before fragment, the id of the node that
+                                                       ///< produced it
 
-    /// The file of an extension.
+    /// Returns the file with this extension.
     /// @throws FaultyMaterial if the material has an error
     /// @throws HostError if there is no such file
     const std::string& Find(const std::string& extension) const;
 };
 
-/// Compiles a material as it is now.
-/// @throws HostError if a target is unknown; an error of the material is a problem of the program
+/// Compiles a material in its current state.
+/// @throws HostError if a target is unknown; errors of the material become problems of the program
 Program Compile(const Material& material, const ProgramSettings& settings);
 
-/// Compiles materials of files on several threads. A file that cannot be read is a problem of its
-/// program.
+/// Compiles material files on several threads. If a file cannot be read, its program has a problem
+/// that says so.
 std::vector<Program> CompileMany(const Library& library, const Paths& files,
                                  const ProgramSettings& settings, std::size_t threads);
 
-/// The extension, such as ".vertex.essl", of the files of a target and stage.
+/// The file extension for a target and stage, such as ".vertex.essl".
 /// @throws HostError if there is no such target
 std::string ExtensionOf(const std::string& target, const std::string& stage);
 
-/// The finished shader graph of a material as text.
+/// Formats the finished shader graph of a material as text.
 /// @throws FaultyMaterial if the material has an error
 std::string FormatShaderGraph(const Material& material);
 
-/// A material as MaterialX 1.39, with what is not carried over as it is.
+/// Converts a material to MaterialX 1.39 and reports anything that is not converted exactly.
 /// @throws FaultyMaterial if the material has an error
 std::pair<std::string, std::vector<Host::Problem>> FormatMaterialX(const Material& material);
 
-/// What mox export does besides writing programs.
+/// Options of mox export that do not concern the programs themselves.
 struct ExportSettings
 {
     ProgramSettings Programs;
@@ -71,15 +73,15 @@ struct ExportSettings
     std::string DepfileTarget;
 };
 
-/// What an export has done.
+/// The result of an export.
 struct ExportSummary
 {
     std::size_t Exported = 0;
     std::size_t Failed = 0;
-    std::size_t Distinct = 0; ///< programs that differ from all others
+    std::size_t Distinct = 0; ///< number of distinct programs
     std::vector<Host::Problem> Problems;
     Paths Outputs;
-    std::vector<Host::LeftOutput> Left; ///< outputs whose materials are gone
+    std::vector<Host::LeftOutput> Left; ///< outputs whose materials no longer exist
 };
 
 /// Exports materials to a folder as mox export does.

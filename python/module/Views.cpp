@@ -39,7 +39,7 @@ Value ReadValue(const Host::MaterialGraph& graph, const GuiProperty& property)
     return {};
 }
 
-/// An input goes before an output of the same name.
+/// Finds a port by name. An input takes precedence over an output with the same name.
 /// @returns null if there is no such port
 const GuiPort* FindPort(const Host::PluginNode& node, const std::string& name, bool& isInput)
 {
@@ -53,7 +53,7 @@ const GuiPort* FindPort(const Host::PluginNode& node, const std::string& name, b
     return nullptr;
 }
 
-/// @throws HostError if a node has set what is no precision
+/// @throws HostError if a node has set an invalid precision
 PortState StateOf(const GuiPort& port, bool isInput, const Host::Place& where)
 {
     PortState state;

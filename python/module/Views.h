@@ -11,13 +11,13 @@ namespace Mox::Python {
 
 class Edit;
 
-/// A node of a material, found by its id whenever it is used. An edit that adds the node makes a
-/// view of it before it exists.
+/// A node of a material, looked up by its id on each use. While an edit is adding the node, a view
+/// of it can exist before the node does.
 struct NodeView
 {
     std::shared_ptr<Material> Owner;
     std::string Id;
-    std::shared_ptr<const Edit> Draft = {}; ///< the edit that adds it; may be null
+    std::shared_ptr<const Edit> Draft = {}; ///< the edit that is adding the node, or null
 
     friend bool operator==(const NodeView& a, const NodeView& b)
     {
@@ -29,25 +29,25 @@ struct NodeView
     int Line() const;
     bool IsPlaceholder() const;
 
-    /// Of all properties, in the order of the type.
+    /// The values of all properties, in the order of the type.
     std::vector<std::pair<std::string, Value>> Values() const;
 
-    /// Upper left corner in an editor, in pixels.
+    /// Upper-left corner in an editor, in pixels.
     std::pair<float, float> Position() const;
 };
 
-/// What a port is at one time.
+/// A snapshot of the state of a port.
 struct PortState
 {
     std::string Label;
     bool IsInput = false;
-    std::optional<std::int32_t> Components; ///< nothing until resolution finds it
+    std::optional<std::int32_t> Components; ///< empty until resolution determines it
     std::optional<std::string> Precision;   ///< likewise
     bool IsConnected = false;
-    bool HasConflict = false; ///< of component counts
+    bool HasConflict = false; ///< conflicting component counts
 };
 
-/// A port of a node, found by its name whenever it is used.
+/// A port of a node, looked up by its name on each use.
 struct PortView
 {
     NodeView Node;
@@ -58,14 +58,14 @@ struct PortView
     /// @throws StaleView if there is no such port
     PortState State() const;
 
-    /// The output that feeds an input.
+    /// Returns the output that feeds this input.
     std::optional<PortView> Source() const;
 
-    /// The inputs that an output feeds.
+    /// Returns the inputs that this output feeds.
     std::vector<PortView> Readers() const;
 };
 
-/// An edge as the document has it.
+/// An edge as stored in the document.
 struct EdgeView
 {
     PortView Tail;
@@ -77,10 +77,10 @@ struct EdgeView
 std::vector<NodeView> NodesOf(Material& material);
 std::vector<EdgeView> EdgesOf(Material& material);
 
-/// @throws StaleView if the node is gone
+/// @throws StaleView if the node no longer exists
 std::vector<PortView> PortsOf(const NodeView& node, bool inputs);
 
-/// Whether a port may be named: one of the node, or any one of a node that is being added.
+/// Whether the node has a port of this name; true for any name while the node is being added.
 bool HasPort(const NodeView& node, const std::string& name);
 
 } // namespace Mox::Python

@@ -1,4 +1,4 @@
-"""Materials for shader programs: opening, checking, changing, compiling and drawing them."""
+"""Opens, checks, edits, compiles and renders materials for shader programs."""
 
 from ._errors import Error, RefusedError, StaleError
 from ._mox import (

@@ -9,11 +9,11 @@ if typing.TYPE_CHECKING:
 
 
 class Error(Exception):
-    """Something cannot be done, with the place of its cause as far as it is known.
+    """An operation failed; the location of the cause is included where it is known.
 
-    message is the text without the place; file, line and column (from 1), node (an id) and port
-    (its Cg name) are None if they are unknown. problems has all that is wrong with a material, if
-    it is the material that does not allow it.
+    message is the message without the location; file, line and column (from 1), node (an id) and
+    port (its Cg name) are None if unknown. problems lists everything that is wrong with a
+    material, if the material is the cause.
     """
 
     def __init__(
@@ -47,7 +47,7 @@ class Error(Exception):
 
 
 class RefusedError(Error):
-    """A step of a change does not fit; nothing has changed. step is its number, from 0."""
+    """A step of a change cannot be applied; nothing has changed. step is its number, from 0."""
 
     def __init__(self, message: str = "", *, step: int | None = None, **place: typing.Any) -> None:
         super().__init__(message, **place)
@@ -55,4 +55,4 @@ class RefusedError(Error):
 
 
 class StaleError(Error):
-    """A node or port that is used does not exist any more."""
+    """A node or port was used that no longer exists."""

@@ -29,7 +29,7 @@ Function = Callable[[Material], "Iterable[Finding] | None"]
 
 
 class Rule(typing.NamedTuple):
-    """A function that finds problems of one kind."""
+    """A rule: a function that finds problems of one kind."""
 
     name: str
     severity: typing.Literal["error", "warning"]
@@ -43,10 +43,10 @@ _registered: list[Rule] = []
 def rule(
     name: str, *, severity: typing.Literal["error", "warning"] = "warning"
 ) -> Callable[[Function], Function]:
-    """Makes a function a rule.
+    """Turns a function into a rule.
 
-    name is the rule of its problems. It has a slash, as in "studio/names", which no rule of mox
-    has. Raises ValueError for another name.
+    name is the rule of its problems. It must contain a slash, as in "studio/names", to
+    distinguish it from the built-in rules. Raises ValueError for any other name.
     """
     if "/" not in name:
         raise ValueError(f'the name of a rule has a slash, such as "studio/{name}"')
@@ -75,9 +75,9 @@ def load_rules(file: str | os.PathLike[str]) -> list[Rule]:
 
 
 def apply_rules(material: Material, rules: Iterable[Rule]) -> list[Problem]:
-    """What rules find in a material, in their order.
+    """Returns what the rules find in a material, in the order of the rules.
 
-    A rule that raises an exception is an error of the rule "rule-failed".
+    If a rule raises an exception, that is reported as an error of the rule "rule-failed".
     """
     problems = []
     for one in rules:
@@ -100,9 +100,10 @@ def apply_rules(material: Material, rules: Iterable[Rule]) -> list[Problem]:
 def check(
     library: Library, files: Iterable[str | os.PathLike[str]], rules: Iterable[Rule] = ()
 ) -> list[Problem]:
-    """All problems of materials, those of each followed by what rules find in it.
+    """Returns all problems of materials; the built-in checks of each are followed by the rules'
+    findings.
 
-    files are files and folders. Raises Error as Library.check does.
+    files lists files and folders. Raises Error as Library.check does.
     """
     rules = list(rules)
     problems = library.check()
@@ -110,7 +111,7 @@ def check(
         try:
             material = library.open(file)
         except Error:
-            problems += library.check([file])  # which says why it cannot be read
+            problems += library.check([file])  # reports why it cannot be read
             continue
         problems += [*material.problems, *apply_rules(material, rules)]
     return problems
@@ -133,7 +134,7 @@ def _place(material: Material, one: Rule, finding: Finding) -> Problem:
 
 
 def _line_in(file: str | os.PathLike[str], error: BaseException) -> int | None:
-    """The line of a file in which an exception was raised."""
+    """Returns the line of a file in which an exception was raised."""
     if isinstance(error, SyntaxError):
         return error.lineno
     lines = [

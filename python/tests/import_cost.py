@@ -1,4 +1,5 @@
-"""Importing the package costs no more than importing numpy: the best of some runs of each."""
+"""Importing the package costs no more than importing numpy, comparing the fastest of several
+runs."""
 
 import os
 import subprocess

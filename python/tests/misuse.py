@@ -1,4 +1,4 @@
-"""Calls everything that the package has with whatever there is, at random."""
+"""Calls every function of the package with random arguments."""
 
 import copy
 import gc
@@ -8,7 +8,7 @@ from pathlib import Path
 
 import mox
 
-# What would take long, end the test or write where it should not.
+# Excluded because they are slow, would end the test or would write outside its folder.
 AVOIDED = {"save", "save_as", "export", "graph", "__class__", "__init_subclass__", "__subclasshook__", "__dir__", "__sizeof__"}
 FILES = ["rim_light.xml", "two_maths.xml", "brushed_metal.xml", "missing.xml", "textures", "textures/rock.png"]
 TEXTS = ["rim", "base", "surface", "CoreMaths", "CoreUv", "in_value1", "out_value", "read", "Function", "Multiply", "essl",
@@ -33,7 +33,8 @@ def make_pool(rng):
 
 
 def find_callables(thing, rng):
-    """An attribute of an object: a method, or a property as a call without arguments."""
+    """Returns a random attribute of an object as a callable: a method, or a property wrapped in
+    a function."""
     names = [name for name in dir(type(thing)) if name not in AVOIDED]
     name = rng.choice(names)
     return lambda *args, **kwargs: attribute(*args, **kwargs) if callable(attribute := getattr(thing, name)) else attribute
@@ -63,7 +64,7 @@ def run(seed, count=3000):
                 pool.append(result)
         except Exception:
             raised += 1
-        if number % 500 == 250:  # views lose what they show
+        if number % 500 == 250:  # views then refer to removed nodes
             for thing in list(pool):
                 if isinstance(thing, mox.Material) and rng.random() < 0.5 and len(thing):
                     with thing.edit() as edit:

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The stubs agree with the package, and the scripts of the document with the stubs.
+# Checks the stubs against the package, and the scripts in the documentation against the stubs.
 # Usage: stubs_test.sh PYTHON SOURCE-FOLDER, with the package in PYTHONPATH
 set -euo pipefail
 python=$1
@@ -8,7 +8,8 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export MYPYPATH=$PYTHONPATH MYPY_CACHE_DIR=$work/cache
 
-# The metaclass of pybind11, and what it makes of classes that cannot be made directly, concern nobody.
+# Not part of the interface: pybind11's metaclass, and the __init__ of classes that users cannot
+# instantiate.
 printf '%s\n' 'mox\._mox\.[A-Z]\w+' 'mox\._mox\.\w+\.__init__' >"$work/allowed"
 "$python" -m mypy.stubtest mox._mox --allowlist "$work/allowed" --ignore-unused-allowlist --concise
 "$python" -m mypy --strict -p mox

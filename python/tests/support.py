@@ -1,4 +1,4 @@
-"""What the tests share."""
+"""Helpers shared by the tests."""
 
 import os
 import shutil
@@ -16,7 +16,7 @@ PROGRAM = os.environ["MOX_PROGRAM"]
 
 
 def run(*command, **settings):
-    """Runs a program and returns what it did, its output as text."""
+    """Runs a program and returns the result with its output as text."""
     return subprocess.run([str(part) for part in command], capture_output=True, text=True, **settings)
 
 
@@ -25,7 +25,7 @@ def run_python(code, *arguments, **settings):
 
 
 def make_preview(library):
-    """A preview, or the end of the test where there is no device."""
+    """Creates a preview, or skips the test if there is no device."""
     try:
         return mox.Preview(library)
     except mox.Error as error:
@@ -33,7 +33,7 @@ def make_preview(library):
 
 
 class TestInFolder(unittest.TestCase):
-    """Runs in a folder of its own with copies of the examples."""
+    """Runs each test in a temporary folder with copies of the examples."""
 
     @classmethod
     def setUpClass(cls):

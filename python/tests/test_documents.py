@@ -1,4 +1,4 @@
-"""docs/python.md: its programs are run out of the document."""
+"""Runs the scripts in docs/python.md as they appear in the document."""
 
 import json
 import re
@@ -76,7 +76,7 @@ class Recipes(Documented):
         self.succeed("bake.py", "rim_light.xml", "glow.read", "glow.png")
         picture = mox.Preview(self.library).render(self.library.open("rim_light.xml"), node="glow", mesh="plane", size=16,
                                                    values={"worldViewProjection": [float(i % 5 == 0) for i in range(16)]})
-        self.assertEqual(len(set(picture.tobytes()[i:i + 4] for i in range(0, 1024, 4))), 1)  # it fills all of it
+        self.assertEqual(len(set(picture.tobytes()[i:i + 4] for i in range(0, 1024, 4))), 1)  # fills it
         self.assertEqual(Path("glow.png").read_bytes()[16:24], bytes([0, 0, 1, 0, 0, 0, 1, 0]))
 
 
@@ -117,7 +117,7 @@ class Lint(Documented):
 
 class Commands(Documented):
     def compare(self, command, *arguments):
-        """Runs the script and the program in the same state, and returns what both print."""
+        """Runs the script and the program from the same state and returns the output of both."""
         outcomes = []
         for call in ((sys.executable, Path(f"scripts/{command}.py").absolute()), (PROGRAM, command)):
             Path("work").mkdir()

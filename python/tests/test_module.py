@@ -1,4 +1,4 @@
-"""What the module does, compared with the program where both do the same."""
+"""Tests the module, comparing it with the program where both do the same."""
 
 import gc
 import json

@@ -1,4 +1,5 @@
-"""The module in a process with others: other libraries, allocators, locales; and misused."""
+"""Tests the module alongside other libraries, allocators and locales in the process, and its
+misuse."""
 
 import glob
 import os
