@@ -1,5 +1,5 @@
-# Writes the pages of the editor as a C++ source. Usage:
-# cmake -DFOLDER=pages -DOUTPUT=EmbeddedPages.cpp -P EmbedPages.cmake
+# Writes the editor's pages as a C++ source file.
+# Usage: cmake -DFOLDER=pages -DOUTPUT=EmbeddedPages.cpp -P EmbedPages.cmake
 set(names index.html app.js app.css)
 set(targets / /app.js /app.css)
 set(types text/html text/javascript text/css)
@@ -9,7 +9,7 @@ set(entries "")
 foreach(name target type IN ZIP_LISTS names targets types)
   if(NOT EXISTS ${FOLDER}/${name})
     set(entries "")
-    break() # the pages belong together
+    break() # the pages are only useful together
   endif()
   file(READ ${FOLDER}/${name} bytes HEX)
   string(REGEX REPLACE "([0-9a-f][0-9a-f])" "'\\\\x\\1'," bytes "${bytes}")

@@ -1,5 +1,5 @@
-# The public headers of each library, which alone are installed: what programs and plug-ins are to
-# include, and the headers that these include in turn.
+# The public headers of each library. Only these are installed: the headers that programs and
+# plug-ins are meant to include, and those that they include in turn.
 function(mox_add_headers target)
   list(TRANSFORM ARGN PREPEND ${PROJECT_SOURCE_DIR}/mox/)
   target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${ARGN})
@@ -149,7 +149,7 @@ if(TARGET mox_preview)
   )
 endif()
 
-# Its interface is the only one that has JSON values in it.
+# The editor's interface is the only one with JSON values.
 mox_add_headers(mox_editor
   editor/DocumentLock.h
   editor/EditedDocument.h

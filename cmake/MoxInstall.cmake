@@ -1,14 +1,14 @@
-# What goes where. Programs, library, plug-ins and environment find each other by their places
-# relative to each other, so the installed tree may be moved as a whole.
+# Installation folders. Programs, library, plug-ins and environment find each other by relative
+# paths, so the installed tree can be moved as a whole.
 include(CMakePackageConfigHelpers)
 
 file(RELATIVE_PATH programs_to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
 set_target_properties(mox PROPERTIES INSTALL_RPATH $ORIGIN/${programs_to_libraries})
 
-# For users.
+# For users of the command line.
 install(TARGETS mox RUNTIME COMPONENT Runtime)
 if(MOX_BUILD_DECODE)
-  # It needs no library of this tree.
+  # This program needs none of our libraries.
   install(TARGETS mox_decode_program
     RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/mox COMPONENT Runtime)
 endif()
@@ -27,7 +27,7 @@ install(FILES ${PROJECT_BINARY_DIR}/help/mox.fish
 install(FILES ${PROJECT_BINARY_DIR}/help/mox.zsh
   DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions RENAME _mox COMPONENT Runtime)
 
-# For authors of plug-ins and of programs: the libraries with their public headers, for CMake and for
+# For authors of plug-ins and programs: the libraries and their public headers, for CMake and
 # pkg-config.
 include(cmake/MoxHeaders.cmake)
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Mox)
@@ -36,8 +36,8 @@ file(RELATIVE_PATH pkgconfig_to_prefix
   ${CMAKE_INSTALL_PREFIX}/${pkgconfig_folder} ${CMAKE_INSTALL_PREFIX})
 
 # mox_install_component(NAME TARGETS TARGET... DESCRIPTION TEXT REQUIRES PACKAGES [LIBS FLAGS]
-# [CFLAGS FLAGS]): Mox::NAME and mox-NAME.pc of static libraries, with the packages of pkg-config that
-# they need and what else a linker has to be told.
+# [CFLAGS FLAGS]): installs static libraries as Mox::NAME and mox-NAME.pc, with the pkg-config
+# packages that they require and additional linker flags.
 function(mox_install_component name)
   cmake_parse_arguments(PARSE_ARGV 1 component "" "DESCRIPTION;REQUIRES;LIBS;CFLAGS" "TARGETS")
   install(TARGETS ${component_TARGETS} EXPORT Mox-${name} COMPONENT Development
@@ -82,19 +82,19 @@ endif()
 
 configure_package_config_file(cmake/MoxConfig.cmake.in ${PROJECT_BINARY_DIR}/MoxConfig.cmake
   INSTALL_DESTINATION ${package_folder} PATH_VARS MOX_PLUGIN_FOLDER)
-# Below 1.0 every minor version may change what programs are written against.
+# Before 1.0, every minor version may change the interface.
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/MoxConfigVersion.cmake
   COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/MoxConfig.cmake ${PROJECT_BINARY_DIR}/MoxConfigVersion.cmake
   cmake/MoxPlugin.cmake cmake/MoxPlugin.map
   DESTINATION ${package_folder} COMPONENT Development)
 
-# For readers.
+# Documentation.
 set(document_folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/mox-materials)
 install(FILES README.md CHANGELOG.md DESTINATION ${document_folder} COMPONENT Documentation)
 install(DIRECTORY docs examples DESTINATION ${document_folder} COMPONENT Documentation)
 
-# Debian packages: cpack in the build folder.
+# Debian packages: run cpack in the build folder.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME mox-materials)
 set(CPACK_PACKAGE_CONTACT "The developers of Mox Materials <developers@mox.invalid>")
@@ -114,7 +114,7 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME mox-materials-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
   "mox-materials (= ${PROJECT_VERSION}), libboost-dev, libxml2-dev")
-# What programs need and plug-ins do not. Only the component compile needs the packages from
+# Required by programs but not by plug-ins. Only the component compile needs the packages from
 # glslang-dev to spirv-tools, only preview libglm-dev, and only editor nlohmann-json3-dev.
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "libpng-dev, libxxhash-dev, glslang-dev, glslang-tools, \
 spirv-tools, libglm-dev, nlohmann-json3-dev")

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that are missing for a job. Usage: tools/setup.sh build|run|test|full|bench
+# Installs missing Debian packages for a task. Usage: tools/setup.sh build|run|test|full|bench
 set -euo pipefail
 
 packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-json3-dev
@@ -8,15 +8,16 @@ packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-j
     graphviz fonts-dejavu-core
     libvulkan-dev mesa-vulkan-drivers libglm-dev
     libassimp-dev libopenexr-dev libturbojpeg0-dev)
-# Other packages of Node.js than Debian's bring npm along and do not stand beside Debian's.
+# Node.js packages from other sources include npm and conflict with Debian's npm.
 command -v npm >/dev/null || packages+=(nodejs npm)
-# For the package of Python. mypy holds its stubs to it; lxml and numpy share a process with it in tests.
+# For the Python package. mypy checks its stubs; the tests load lxml and numpy into the same
+# process.
 python=(python3-dev pybind11-dev mypy python3-lxml python3-numpy)
 case "${1:?build, run, test, full or bench}" in
 build) ;;
-# imagemagick: puts the pictures onto one sheet.
+# imagemagick: assembles the contact sheet.
 run) packages+=(imagemagick) ;;
-# locales-all: the tests run under a locale with a decimal comma.
+# locales-all: the tests run in a locale with a decimal comma.
 test) packages+=(libgtest-dev locales-all binutils make mandoc bsdutils vulkan-validationlayers
     clang libclang-rt-dev clang-format pkgconf python3-clang valgrind chromium "${python[@]}")
     ;;

@@ -1,4 +1,4 @@
-// Opens a material, edits it, finds all problems, and writes its programs in ESSL, an image of it
+// Opens a material, edits it and finds all its problems, then writes its programs in ESSL, an image
 // and the edited document into a folder.
 
 #include <exception>
@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Everything that materials share. Keep it for many of them.
+/// State shared by all materials. Create it once and reuse it.
 struct Library
 {
     Library() { Plugins.LoadFolder(DefaultPluginFolder()); }
@@ -31,7 +31,8 @@ struct Library
     FileDecoder Textures;
 };
 
-/// Changes are steps that can be undone. This one arranges the nodes; another one is taken back.
+/// Changes consist of steps that can be undone. This one arranges the nodes; a second one is undone
+/// again.
 void Edit(MaterialGraph& graph)
 {
     ChangeHistory history(graph);
@@ -57,19 +58,19 @@ void WritePrograms(const MaterialGraph& graph, const Library& library, const fs:
         WriteIfChanged(output.string() + library.Essl.Endings()[i], texts[i]);
 }
 
-/// A machine without a Vulkan device still gets everything else.
+/// On a machine without a Vulkan device, everything else still works.
 void WriteImage(const MaterialGraph& graph, Library& library, const fs::path& output)
 {
     try {
         const MaterialPreview preview(library.Plugins, library.Surroundings, library.Textures);
-        ProblemList problems; // CheckMaterial has found all but textures that cannot be decoded
+        ProblemList problems; // CheckMaterial has reported all but undecodable textures
         WritePng(preview.RenderMaterial(graph.Document(), MakeSphere(), {}, problems), output);
     } catch (const HostError& error) {
         std::cerr << "no image: " << error.what() << '\n';
     }
 }
 
-/// @returns whether the material has programs
+/// @returns whether the programs were written
 bool BuildMaterial(const fs::path& file, const fs::path& folder)
 {
     Library library;
@@ -86,7 +87,7 @@ bool BuildMaterial(const fs::path& file, const fs::path& folder)
 
     CreateFolder(folder);
     const fs::path output = folder / file.stem();
-    ProblemList known; // CheckMaterial has found them
+    ProblemList known; // CheckMaterial has reported these
     WritePrograms(graph, library, file, output, known);
     WriteImage(graph, library, output.string() + ".png");
     WriteIfChanged(output.string() + ".xml", FormatMaterialDocument(graph.Document()));

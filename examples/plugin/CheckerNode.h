@@ -2,7 +2,7 @@
 
 #include <mox/authoring/GuiNode.h>
 
-/// A chequered plane: 0 and 1 by turns along both texture coordinates.
+/// A checkerboard that alternates between 0 and 1 along both texture coordinates.
 class CheckerNode : public Mox::Materials::GuiNode
 {
 public:

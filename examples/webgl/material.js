@@ -1,4 +1,5 @@
-// Draws a material in plain WebGL2 from what `mox export --target essl` and `mox bindings` write for it.
+// Draws a material in plain WebGL2 from the files that `mox export --target essl` and `mox
+// bindings` write for it.
 
 /** Fetches what was written for a material: BASE.vertex.essl and so on. Textures lie beside it. */
 export async function loadMaterial(gl, base) {
@@ -86,7 +87,7 @@ function fillBlock(block, valueOf) {
 /** Fills one block: "frame" once a picture, "object" for each mesh, "material" when its values change. */
 export function setBlock(gl, material, rate, values) {
   const block = material.reflection.uniformBlocks[rate];
-  if (!block) // neither program reads a value of it
+  if (!block) // neither program uses any of its values
     return;
   gl.bindBufferBase(gl.UNIFORM_BUFFER, block.set, material.buffers.get(rate));
   gl.bufferData(gl.UNIFORM_BUFFER, fillBlock(block, values), gl.DYNAMIC_DRAW);
@@ -103,7 +104,8 @@ export function connectMesh(gl, material, mesh) {
   const streams = gl.createVertexArray();
   gl.bindVertexArray(streams);
   for (const input of material.reflection.stages.vertex.inputs) {
-    // What the environment reads is named; of a binding the type tells what it wants.
+    // An environment input names its stream; for an input from a binding, the type of the binding
+    // determines it.
     const isSame = ({ stream, tag }) => tag === input.name && stream !== 'float' && stream !== 'texture';
     const wanted = input.environment ?? material.bindings.find(isSame).stream;
     const { components, values } = mesh.streams[wanted];

@@ -1,5 +1,6 @@
-// Programs put out linear light, and a canvas shows bytes as sRGB. So everything is drawn into a picture
-// that holds sRGB, which WebGL2 encodes as it writes and decodes as it reads, and then encoded for the canvas.
+// Programs output linear light, while a canvas displays bytes as sRGB. Everything is therefore
+// drawn into an sRGB texture, which WebGL2 encodes on writing and decodes on reading, and then
+// encoded again for the canvas.
 
 const vertexText = `#version 300 es
 out vec2 place;

@@ -15,9 +15,9 @@ export function makeSphere() {
       const [around, up] = [Math.cos(latitude), Math.sin(latitude)];
       streams.position.values.push(around * x, up, around * z);
       streams.normal.values.push(around * x, up, around * z);
-      streams.tangent.values.push(z, 0, -x); // where u grows
-      streams.binormal.values.push(-up * x, around, -up * z); // where v grows upwards
-      streams.uv.values.push(u, 1 - v); // images begin at the top
+      streams.tangent.values.push(z, 0, -x); // direction of increasing u
+      streams.binormal.values.push(-up * x, around, -up * z); // direction of increasing v
+      streams.uv.values.push(u, 1 - v); // images start at the top
       streams.colour.values.push(u, v, 0, 1);
     }
   }
