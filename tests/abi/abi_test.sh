@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# The classes that hosts and plug-ins share lie in memory as recorded for this interface version:
-# sizes, offsets, virtual operations and their order, and every exported function is still there.
-# Whoever changes one raises InterfaceVersion in the same change and records anew with --record.
+# Checks that the classes shared by hosts and plug-ins have the layout recorded for this interface
+# version: sizes, offsets, and the order of virtual functions; and that every exported function
+# still exists. A change that breaks this must also raise InterfaceVersion and update the record
+# with --record.
 # Usage: abi_test.sh [--record]
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -12,7 +13,7 @@ trap 'rm -rf "$work"' EXIT
 version=$(sed -nE 's/.*InterfaceVersion = ([0-9]+);/\1/p' "$source/mox/InterfaceVersion.h")
 record=mox_materials.$version.abi.xz
 
-# Types are read from debugging information, and one compiler is to describe them.
+# Types are read from debug information, which depends on the compiler.
 cmake -G Ninja -S "$source" -B "$work/build" -DCMAKE_CXX_COMPILER=g++ -DCMAKE_BUILD_TYPE=Debug \
     -DCMAKE_CXX_FLAGS="-ffile-prefix-map=$source/=" -DMOX_BUILD_TESTS=OFF \
     -DMOX_BUILD_COMPILER=OFF -DMOX_BUILD_PICTURES=OFF -DMOX_BUILD_PREVIEW=OFF >"$work/log" && cmake --build "$work/build" --target mox_materials \
@@ -21,7 +22,7 @@ abidw --headers-dir "$source/mox" --drop-private-types --no-show-locs --no-corpu
     --no-comp-dir-path --suppressions suppressions.ini \
     "$(readlink -f "$(find "$work/build" -name libmox_materials.so)")" >"$work/current.abi"
 
-# What is new may be there; what was there may not change.
+# Additions are allowed; existing entries must not change.
 is_compatible() {
     xz -dc "$record" >"$work/recorded.abi"
     abidiff --no-added-syms --suppressions suppressions.ini "$work/recorded.abi" "$work/current.abi"

@@ -11,11 +11,11 @@
 #include <vector>
 
 // Writes material documents for an attack on the program: random materials and given documents,
-// most of them broken in some places. The same seed gives the same documents.
+// most of them corrupted in a few places. The same seed gives the same documents.
 
 namespace {
 
-/// Values that attributes should not have, and some that others should.
+/// Values that attributes should not have, and a few valid ones.
 const std::vector<std::string>& HostileValues()
 {
     static const std::vector<std::string> values = {

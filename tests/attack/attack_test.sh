@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Repeats an attack on the program in small. Whatever the program is given, it ends by itself with a
-# status of its own, prints lines that a terminal can show, runs no command of a document, and leaves no
-# temporary file and no process. Most of it runs under the address sanitizer; limits of memory need the
-# ordinary program. The same seed makes the same inputs and choices.
+# Repeats a small-scale attack on the program. Whatever its input, the program must exit by itself
+# with one of its own statuses, print only lines that are safe for a terminal, run no command taken
+# from a document, and leave no temporary files or processes behind. Most of it runs under the
+# address sanitizer; memory limits require the ordinary program. The same seed makes the same inputs
+# and choices.
 # Usage: attack_test.sh SOURCE_TREE MATERIAL_MAKER MOX ASAN_BUILD [SEED]
 set -euo pipefail
 
@@ -28,16 +29,16 @@ fail() {
     exit 1
 }
 
-# Processes that work in the test's folder, besides the test. To be called in a subshell.
+# Lists processes other than the test that run in its folder. Call it in a subshell.
 processes() {
     cd /
     find /proc/[0-9]*/cwd -maxdepth 0 -lname "$work*" ! -path "/proc/$$/*" 2>/dev/null || true
 }
 
 undisturbed=(--kill-after 10 60)
-ending=("${undisturbed[@]}") # how timeout ends a command
+ending=("${undisturbed[@]}") # how timeout ends the command
 
-# Runs a command and judges how it ends. Usage: attack STATUS|STATUS... COMMAND...
+# Runs a command and checks how it ends. Usage: attack STATUS|STATUS... COMMAND...
 attack() {
     local statuses=$1 status=0 i
     shift
@@ -51,7 +52,7 @@ attack() {
     local left
     left=$(find . -name '.mox-*.tmp' -o -path './tmp/*')
     [ -z "$left" ] || fail "left $left: $*"
-    for ((i = 0; i < 20; ++i)); do # a process that was killed needs a moment
+    for ((i = 0; i < 20; ++i)); do # a killed process needs a moment to disappear
         [ -n "$(processes)" ] || return 0
         sleep 0.1
     done
@@ -63,7 +64,7 @@ begin() {
 }
 
 begin 'sound inputs'
-cp "$source/examples/rim_light.xml" "$source/examples/two_maths.xml" . # the second one has a warning
+cp "$source/examples/rim_light.xml" "$source/examples/two_maths.xml" . # the second one causes a warning
 for command in 'export rim_light.xml two_maths.xml -o expected' 'check rim_light.xml' \
     'diff rim_light.xml rim_light.xml' 'format --check rim_light.xml' 'bindings rim_light.xml' \
     catalogue 'graph rim_light.xml -o graph.svg' 'new CoreMaths' \
@@ -121,7 +122,7 @@ done
 
 begin plug-ins
 hostile=$asan/tests/host/hostile
-export MOX_PLUGIN_PATH=$hostile # its types are called OPERATION-FAULT
+export MOX_PLUGIN_PATH=$hostile # its node types are named OPERATION-FAULT
 words_of() {
     sed -n "/ $1\[\] =/,/};/p" "$source/tests/host/HostilePlugin.cpp" | grep -o '"[^"]*"' | tr -d '"'
 }
@@ -181,7 +182,7 @@ done
 attack '0|1' bash -c "ulimit -f 1; '$ordinary' export in -o low -j 2 --depfile dependencies"
 
 begin signals
-export ASAN_OPTIONS=detect_leaks=0 # a signal during the search for leaks would stop it for ever
+export ASAN_OPTIONS=detect_leaks=0 # a signal during the leak check would hang it
 signals=(TERM INT HUP)
 commands=('export in -o out -j 2' 'format formatted' 'graph rim_light.xml -o graph.svg'
     'preview rim_light.xml -o preview.png --size 16')

@@ -14,7 +14,8 @@ using namespace Mox::Materials;
 
 namespace {
 
-/// Ports from words up to "->": a count, or "?" for one that is not known; behind "=" a fixed one.
+/// Parses ports from words up to "->": a count, or "?" for an unknown one, with a fixed count after
+/// "=".
 std::vector<GuiPort> MakePorts(std::istream& words)
 {
     std::vector<GuiPort> ports;
@@ -50,7 +51,8 @@ TEST(GuiNode, ResolveComponentCounts)
     });
 }
 
-/// Lines of what is known of the outputs, with "?" for nothing; "none" stands for no output.
+/// The expected lines describe what is known of the outputs: "?" if nothing, "none" if there is no
+/// output.
 TEST(GuiNode, ResolvePrecisions)
 {
     ExpectSession("authoring/precisions.txt", [](const std::string& line) {

@@ -21,8 +21,8 @@ bool IsPrintable(char c)
     return c > ' ' && c <= '~';
 }
 
-/// Each byte at the beginning, in the middle and at the end of a name, all pairs of signs, and what
-/// means something to Make. The name of a file contains no NUL and no slash.
+/// Names with each byte at the start, in the middle and at the end, all pairs of special
+/// characters, and names with a special meaning in Make. NUL and slash cannot occur in a file name.
 Paths HardNames()
 {
     Paths names{"~root/x", ".PHONY",  "a(b)",   "x\\ y", "x\\\\ y",
@@ -44,7 +44,7 @@ Paths HardNames()
     return names;
 }
 
-/// The names that rules can have, each once.
+/// The distinct names that can be written in rules.
 Paths WritableNames()
 {
     Paths names = HardNames();
@@ -54,7 +54,7 @@ Paths WritableNames()
     return names;
 }
 
-/// The output of a command in a folder.
+/// Runs a command in a folder and returns its output.
 std::string RunIn(const TemporaryFolder& folder, const std::string& command)
 {
     const std::string all = "cd '" + folder.Path().string() + "' && { " + command + "; } >out 2>&1";
@@ -91,8 +91,8 @@ TEST(Depfile, LeavesOutNamesThatMakeAndNinjaReadDifferently)
                   "warning dependency-file: a|b" + why + "warning dependency-file: a|c" + why);
 }
 
-/// Each name is a target with an input of its own, and one of the inputs of the last target; none
-/// of the files exists.
+/// Each name is a target with an input of its own, and an input of the last target; none of the
+/// files exists.
 TEST(Depfile, MakeReadsEveryName)
 {
     const TemporaryFolder folder;
@@ -106,12 +106,12 @@ TEST(Depfile, MakeReadsEveryName)
         depfile.Commit();
         EXPECT_EQ(FormatProblems(problems), "");
     }
-    folder.Write("xyz"); // which "x[y]z" is a pattern of
+    folder.Write("xyz"); // matches the pattern "x[y]z"
     folder.Write("Makefile", "all:\ninclude d\nMakefile d: ;\n%: ; $(info <$@> <$^>)\n");
     std::string expected;
     std::string all;
     for (std::size_t i = 0; i < names.size(); ++i) {
-        // Make takes off a "./" in front.
+        // Make strips a leading "./".
         std::string name = names[i].string();
         name = name.starts_with("./") ? name.substr(2) : name;
         const std::string input = "in" + std::to_string(i);
@@ -120,10 +120,10 @@ TEST(Depfile, MakeReadsEveryName)
     }
     EXPECT_EQ(RunIn(folder, "make -rR all"),
               expected + "<all> <" + all + ">\nmake: 'all' is up to date.\n");
-    EXPECT_EQ(folder.Count(), 4); // with the output
+    EXPECT_EQ(folder.Count(), 4); // including the output
 }
 
-/// Ninja refuses outputs that the build does not have, and lists the inputs that it has read.
+/// Ninja refuses outputs that the build does not know, and lists the inputs that it has read.
 TEST(Depfile, NinjaReadsEveryName)
 {
     const TemporaryFolder folder;

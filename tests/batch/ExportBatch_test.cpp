@@ -16,8 +16,8 @@ using namespace Mox::Host;
 
 namespace {
 
-/// Exports a document by what its name begins with: "bad", "worse", "big" and "wild" fail, "odd"
-/// warns, "slow" waits.
+/// An exporter that behaves according to the prefix of a document's name: "bad", "worse", "big" and
+/// "wild" fail, "odd" warns, and "slow" waits.
 class NameExporter : public Exporter
 {
 public:
@@ -49,13 +49,13 @@ public:
 
     mutable std::atomic<int> Begun = 0;
     mutable std::atomic<bool> IsOver = false;
-    int SlowUntil = 0; ///< so many exports must have begun before a slow one ends
+    int SlowUntil = 0; ///< number of exports that must have begun before a slow one ends
 
 private:
     std::vector<std::string> _endings{".one", ".two"};
 };
 
-/// These names and as many others.
+/// Appends count generated names to the given ones.
 std::vector<std::string> Names(std::vector<std::string> names, int count)
 {
     for (int i = 0; i < count; ++i)
@@ -63,7 +63,7 @@ std::vector<std::string> Names(std::vector<std::string> names, int count)
     return names;
 }
 
-/// Exports into a folder of its own.
+/// Exports into a temporary folder.
 class ExportBatchTest : public testing::Test
 {
 protected:
@@ -141,8 +141,8 @@ TEST_F(ExportBatchTest, StopLeavesOutWhatHasNotBegun)
     EXPECT_LT(reported, 1000u);
 }
 
-/// The caller learns of a stop while materials are still in the middle. Of these nothing is left,
-/// and those that are finished are reported although an earlier one is not.
+/// A stop is reported to the caller while some materials are still unfinished. Those leave nothing
+/// behind; finished ones are reported even if an earlier one is not.
 TEST_F(ExportBatchTest, StopCutsMaterialsOff)
 {
     Exporter.SlowUntil = std::numeric_limits<int>::max();
@@ -176,14 +176,14 @@ TEST_F(ExportBatchTest, FailingReportEndsTheRun)
     EXPECT_LT(Exporter.Begun, 1000);
 }
 
-/// While the first material takes its time the others do not run far ahead, so what waits for its
-/// report stays small.
+/// While the first material is slow, the others do not run far ahead, so the number of outcomes
+/// waiting to be reported stays small.
 TEST_F(ExportBatchTest, WaitsForASlowMaterial)
 {
     Exporter.SlowUntil = 600;
     std::jthread watcher([this] {
         int seen = -1;
-        while (seen != Exporter.Begun) { // until nothing goes on
+        while (seen != Exporter.Begun) { // until no further export begins
             seen = Exporter.Begun;
             std::this_thread::sleep_for(std::chrono::milliseconds(100));
         }

@@ -9,20 +9,20 @@ using namespace Mox::Host;
 
 namespace {
 
-/// Documents in the folder "in", outputs in the folder "out" beside it.
+/// Documents are in the folder "in", outputs in the folder "out" next to it.
 class OutputRecordTest : public testing::Test
 {
 protected:
     void SetUp() override { Folder.Write("out/other", "not from an export"); }
 
-    /// What an export has written from a document.
+    /// The outputs that an export wrote for one document.
     struct Made
     {
         std::string Document;
-        std::vector<std::string> Outputs; ///< the content of each is its name
+        std::vector<std::string> Outputs; ///< the content of each file is its name
     };
 
-    /// Exports and describes what is left over and what is wrong.
+    /// Exports and describes the leftover outputs and the problems.
     std::string Update(const std::vector<Made>& exported, bool prunes = false,
                        ExportLayout layout = ExportLayout::ByMaterial) const
     {
@@ -61,7 +61,7 @@ TEST_F(OutputRecordTest, FindsAndRemovesWhatIsLeft)
         Update({{"a.xml", {"a.vertex.cg", "a.fragment.cg"}}, {"b.xml", {"b.cg", "b\\\n.cg"}}}), "");
     EXPECT_EQ(Update({{"c.xml", {"c.cg"}}}, true), "") << "what was not exported again is not left";
 
-    // A document that moves takes its outputs along.
+    // The outputs of a renamed document follow it.
     std::filesystem::create_directory(Folder.Path() / "in/moved");
     std::filesystem::rename(Folder.Path() / "in/a.xml", Folder.Path() / "in/moved/a.xml");
     EXPECT_EQ(Update({{"moved/a.xml", {"a.vertex.cg"}}}),
@@ -103,7 +103,7 @@ TEST_F(OutputRecordTest, ProgramsByContentGoWithTheLastMaterial)
     EXPECT_TRUE(Exists("out/programs/3.cg") && Exists("out/a.programs"));
 }
 
-/// A list that somebody else has written removes nothing outside of the folder.
+/// A forged list must not remove anything outside the folder.
 TEST_F(OutputRecordTest, HostileListsRemoveNothing)
 {
     Folder.Write("victim", "content");

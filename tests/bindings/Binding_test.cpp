@@ -28,7 +28,7 @@ std::string Read(Binding& binding, const std::string& attributes)
     return FailureOf([&] { binding.ReadXml(element.Get()); });
 }
 
-constexpr std::uint32_t streamTypeEnd = 12; ///< one more than there are
+constexpr std::uint32_t streamTypeEnd = 12; ///< one more than the number of types
 
 const char* ClassOf(const Binding& binding)
 {
@@ -52,7 +52,7 @@ std::string DescribeNew(StreamType type)
                    "\", modifiers \"", binding->datasetModifiers, "\"\n");
 }
 
-/// Reads attributes one time after another, each behind "then".
+/// Reads several sets of attributes one after another, separated by "then".
 std::string DescribeReads(const std::string& type, std::istream& words)
 {
     boost::shared_ptr<Binding> binding;
@@ -67,7 +67,7 @@ std::string DescribeReads(const std::string& type, std::istream& words)
         binding->WriteXml(stored.Get());
         const auto other = CreateBinding(binding->streamType, "b", 2);
         other->ReadXml(stored.Get());
-        // All formats are read in lower case.
+        // Formats are read case-insensitively.
         EXPECT_TRUE(Written(*other) == Written(*binding) || binding->streamFormat == "X11Y11Z10n");
         attributes.clear();
     };
@@ -127,7 +127,7 @@ TEST(Binding, WordsOfValuesOutOfRangeAreEmpty)
     EXPECT_EQ(Written(binding), "tag=\"a\" gui=\"\" uiunittype=\"\"");
 }
 
-/// Sanitizers watch over this one.
+/// Relies on the sanitizers to detect errors.
 TEST(Binding, HostileAttributes)
 {
     for (const std::string& value :
@@ -148,7 +148,7 @@ TEST(Binding, HostileAttributes)
     }
 }
 
-/// A host may hand over an element that no parser has checked.
+/// A host may pass an element that no parser has validated.
 TEST(Binding, BytesThatAreNoUtf8)
 {
     for (const char* name : {"tag", "gui", "uiunittype", "min", "default", "stream_type"}) {

@@ -36,7 +36,7 @@ TEST(FloatBinding, AColumnIsAbsentUntilOneOfItsValuesIsSet)
     EXPECT_EQ(binding.GetMaxString(2), "");
 }
 
-/// Each line has a number of components and a text.
+/// Each line contains a number of components and a string.
 TEST(FloatBinding, TextReplacesAWholeColumn)
 {
     ExpectSession("bindings/columns.txt", [](const std::string& line) {

@@ -1,5 +1,5 @@
-// A host that is built apart from the library, perhaps by another compiler, loads the installed
-// plug-ins and one more, and works with the nodes and the failures of both.
+// A host that is built separately from the library, possibly with another compiler. It loads the
+// installed plug-ins and one more, and works with the nodes and exceptions of both.
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -28,7 +28,7 @@ void Expect(bool isTrue, const char* what)
     std::cerr << "not so: " << what << '\n';
 }
 
-/// The name of what a call throws, with its message.
+/// Returns the type and message of the exception that a call throws.
 template <class Call>
 std::string Thrown(Call call)
 {
@@ -63,7 +63,7 @@ void Resolve(GuiNode& node)
     node.ResolvePrecisions();
 }
 
-/// A connection from a node of one plug-in to a node of another, down to the shader graph.
+/// Connects a node of one plug-in to a node of another and generates the shader graph.
 void ExpectGraph(const Host::PluginSet& plugins)
 {
     const NodeHandle uv = plugins.CreateNode("CoreUv").Handle();
@@ -122,7 +122,7 @@ void ExpectFailures(const Host::PluginSet& plugins, const Host::Plugin& checkers
 
 } // namespace
 
-// What nobody catches shall end the test.
+// An uncaught exception should end the test.
 int main(int argc, char** argv) // NOLINT(bugprone-exception-escape)
 {
     if (argc != 2) {

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Hosts and plug-ins that know the installed package only, each built by either compiler, work with
+# Hosts and plug-ins that use only the installed package, each built with either compiler, work with
 # each other and with the library of this build. Usage: border_test.sh BUILD-FOLDER
 set -euo pipefail
 build=$1
@@ -9,7 +9,7 @@ trap 'rm -rf "$work"' EXIT
 
 cmake --install "$build" --prefix "$work/installed" >/dev/null
 
-build_apart() { # compiler, source folder
+build_apart() { # arguments: compiler, source folder
     local name
     name=$work/$(basename "$2")-$1
     cmake -G Ninja -S "$2" -B "$name" -DCMAKE_CXX_COMPILER="$1" -DCMAKE_BUILD_TYPE=Release \
@@ -20,7 +20,7 @@ build_apart() { # compiler, source folder
     }
 }
 
-# A copy, so that nothing of the source tree can help.
+# Copies, so that nothing else in the source tree is accessible.
 cp -r "$source/examples/plugin" "$source/examples/host" "$source/tests/border" "$work"
 compilers=(g++ clang++)
 for compiler in "${compilers[@]}"; do
@@ -41,14 +41,14 @@ done
 "$source/tests/plugin/exports_test.sh" "$work/plugin-g++/checker.so"
 "$source/tests/plugin/exports_test.sh" "$work/plugin-clang++/checker.so"
 
-# The same plug-in once more, without CMake.
+# Builds the same plug-in again, without CMake.
 export PKG_CONFIG_PATH=$work/installed/lib/pkgconfig
 read -ra flags < <(pkg-config --cflags --libs mox)
 g++ -std=c++20 -fPIC -shared -fvisibility=hidden -o "$work/checker.so" "$work"/plugin/*.cpp \
     -Wl,--version-script="$(pkg-config --variable=pluginmap mox)" "${flags[@]}"
 LD_LIBRARY_PATH=$work/installed/lib "$work/border-g++/host" "$work/checker.so"
 
-# Where a plug-in is installed beside the others, the program finds it by itself.
+# A plug-in installed next to the others is found automatically.
 cmake --install "$work/plugin-clang++" --prefix "$work/installed" >/dev/null
 "$work/installed/bin/mox" catalogue >"$work/catalogue"
 grep -q '^Checker ' "$work/catalogue"

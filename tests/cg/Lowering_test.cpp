@@ -12,7 +12,7 @@ using Materials::Compose;
 
 namespace {
 
-/// Bodies as the simplest of languages spells them once they are lowered, and one as each does.
+/// Compares bodies after lowering in the simplest language, and one body in each language.
 TEST(CgLowering, LeavesNothingToTheLanguages)
 {
     using Languages::Language;
@@ -57,8 +57,8 @@ TEST(CgLowering, LeavesNothingToTheLanguages)
     });
 }
 
-/// Each line is the body of "main", of whose outputs c is read and unread is not. What is left of
-/// the body follows what "main" declares.
+/// Each line is the body of "main"; its output c is read, unread is not. The expected result lists
+/// the declarations of "main" before what remains of the body.
 TEST(CgLiveness, KeepsWhatOutputsDependOn)
 {
     ExpectSession("cg/liveness.txt", [](const std::string& tried) {

@@ -22,8 +22,8 @@ std::string Describe(const Cg::Module& module)
     return text.empty() ? "understood\n" : text;
 }
 
-/// What begins with a declaration is a whole source; anything else is the body of a function that
-/// has something of every kind at hand.
+/// A case that starts with a declaration is a complete source file; any other is the body of a
+/// function with declarations of every kind in scope.
 TEST(CgModule, SaysWhatItDoesNotUnderstand)
 {
     ExpectSession("cg/errors.txt", [](const std::string& tried) {
@@ -63,7 +63,7 @@ TEST(CgModule, UnderstandsEveryBodyThatANodeWrites)
     EXPECT_GT(count, 100u);
 }
 
-/// Whatever the depth or the length, on a stack that is small.
+/// Holds for any depth and length, even on a small stack.
 TEST(CgModule, IsBounded)
 {
     const auto repeat = [](const std::string& text, std::size_t count) {

@@ -32,7 +32,7 @@ std::string Replaced(const std::string& from, const std::string& to)
     return text;
 }
 
-/// A line for each difference.
+/// Formats the differences, one per line.
 std::string Differences(const MaterialDocument& before, const MaterialDocument& after)
 {
     std::string text;
@@ -53,7 +53,7 @@ TEST(MaterialDiff, MeaningCountsAndNotWriting)
     EXPECT_EQ(Differences(after, before), "");
 }
 
-/// Each line changes the material; its second side is new.
+/// Each line changes the material; the right-hand side is the new version.
 TEST(MaterialDiff, SaysInWordsWhatChanged)
 {
     ExpectSession("check/differences.txt", [](const std::string& change) {

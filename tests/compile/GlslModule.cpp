@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Keeps glslang's tables for as long as the program runs.
+/// Initialises glslang once; its tables are kept until the program ends.
 void Initialize()
 {
     static const bool isInitialized = glslang::InitializeProcess();
@@ -26,7 +26,7 @@ EShMessages RulesOf(GlslangInput input)
     }
 }
 
-/// @param module takes the result, unless it is null
+/// @param module receives the result unless it is null
 std::string Read(const std::string& text, GlslangInput input, bool isVertex,
                  std::vector<std::uint32_t>* module)
 {
@@ -39,7 +39,7 @@ std::string Read(const std::string& text, GlslangInput input, bool isVertex,
     shader.setEntryPoint("main");
     shader.setAutoMapLocations(input == GlslangInput::Hlsl);
     shader.setAutoMapBindings(input == GlslangInput::Hlsl);
-    // Blocks are in sets of their own in GLSL.
+    // In GLSL, each block has its own descriptor set.
     if (input == GlslangInput::Hlsl)
         shader.setResourceSetBinding({"b0", "0", "0", "b1", "1", "0", "b2", "2", "0"});
     constexpr int version = 100;

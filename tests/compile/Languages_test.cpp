@@ -19,7 +19,7 @@ using Materials::Compose;
 
 namespace {
 
-/// A program with what the cases of expressions leave out: uniforms of all layouts, textures,
+/// A program that covers what the expression cases omit: uniforms of all layouts, textures, and
 /// discard.
 constexpr const char* readsEverything = R"(
 uniform float first;
@@ -85,7 +85,7 @@ std::vector<Source> MakeSources()
     return sources;
 }
 
-/// The text of a source, read anew for each since lowering changes the tree.
+/// Writes a source in a language; it is parsed again each time, since lowering changes the tree.
 std::string Write(const Source& source, Language language, Precision precision)
 {
     const auto module = Cg::ReadModule(source.Code);
@@ -114,7 +114,8 @@ TEST(Languages, GlslangTakesEveryText)
     }
 }
 
-/// All texts in one translation unit, against a header that is as strict as the language.
+/// Compiles all sources as one translation unit, against a header that is as strict as the
+/// language.
 TEST(Languages, ACompilerTakesEveryMsl)
 {
     const std::filesystem::path file =
@@ -136,7 +137,7 @@ TEST(Languages, ACompilerTakesEveryMsl)
     std::filesystem::remove(file);
 }
 
-/// What WGSL has no words for and a browser may take all the same: stores to several components.
+/// WGSL does not allow stores to several components, even though some browsers accept them.
 TEST(Languages, WgslKeepsToTheBaseLanguage)
 {
     static const std::regex store(R"(\n\s*[\w.()*\[\]]+\.[xyzw]{2,4} [-+*/]?= )");

@@ -34,7 +34,7 @@ using Mox::Materials::Compose;
 
 namespace {
 
-/// Compiles to all targets and reads every result again.
+/// Compiles for all targets and validates every result with an independent reader.
 CompiledProgram CompileAndRecheck(const ProgramCompiler& compiler, const CgProgram& program)
 {
     ProblemList problems;
@@ -96,7 +96,7 @@ TEST(ProgramCompiler, TextAndParametersMustMeet)
               internal + "nothing writes TEXCOORD3\n");
 }
 
-/// The program that calls one function in each stage with uniforms for its inputs.
+/// Makes a program that calls one function in each stage with uniforms as its inputs.
 CgProgram WrapFunction(const std::string& function)
 {
     const std::string name = function.substr(5, function.find('(') - 5);
@@ -247,7 +247,7 @@ TEST_F(BrowserPrograms, OfEveryNodeAndOfAThousand)
     ExpectAccepted();
 }
 
-/// MOX_RANDOM_MATERIALS in the environment asks for more of them.
+/// Set the environment variable MOX_RANDOM_MATERIALS to test more materials.
 TEST(ProgramCompiler, RandomMaterials)
 {
     const char* wanted = std::getenv("MOX_RANDOM_MATERIALS");
@@ -261,7 +261,7 @@ TEST(ProgramCompiler, RandomMaterials)
         const CgProgram program =
             BuildMaterial(MakeRandomMaterial(seed, 1 + static_cast<int>(seed % 30)), problems);
         for (const Problem& problem : problems.Problems()) {
-            // Values that cross the stages are limited; everything else must work.
+            // The number of interpolated values is limited; everything else must work.
             ASSERT_TRUE(problem.Level == Severity::Warning ||
                         problem.Rule == "too-many-interpolants")
                 << problem.Format();
@@ -275,7 +275,7 @@ TEST(ProgramCompiler, RandomMaterials)
     RecordProperty("compiled", static_cast<int>(compiled));
 }
 
-/// A pair of programs that reads one parameter of a kind for each name.
+/// Makes a pair of programs that reads one parameter of the given kind per name.
 CgProgram ProgramWithNames(ParameterKind kind, const std::vector<std::string>& names)
 {
     std::string declarations, inputs, sum = "float4( 0, 0, 0, 1 )";
@@ -350,8 +350,8 @@ TEST(ProgramCompiler, NamesStayWhereTheLanguageAllows)
     ExpectGolden("compile/names.txt", text);
 }
 
-/// A constant and a vertex stream of one name, a binding called like a uniform of the environment,
-/// and two names that become one when they are made safe.
+/// A constant and a vertex stream with the same name, a binding named like a uniform of the
+/// environment, and two names that collide when they are made valid.
 TEST(ProgramCompiler, EqualNamesAreDifferentParameters)
 {
     ProblemList problems;
@@ -392,7 +392,7 @@ TEST(ProgramCompiler, EqualNamesAreDifferentParameters)
                  text + reflection.substr(0, reflection.find("\"targets\"")));
 }
 
-/// What a block of the environment looks like, but for the stages that read it.
+/// Describes a block of the environment without the stages that read it.
 nlohmann::json WithoutStages(nlohmann::json block)
 {
     block.erase("stages");

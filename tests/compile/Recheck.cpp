@@ -40,7 +40,7 @@ std::string Validate(const std::string& bytes)
 std::string Recheck(const TargetProgram& program)
 {
     switch (program.Target) {
-    case CompileTarget::Msl: // these two have tests of their own
+    case CompileTarget::Msl: // these two have separate tests
     case CompileTarget::Wgsl:
         return program.Bytes.find(program.EntryPoint + "(") == std::string::npos ? "no entry point"
                                                                                  : "";

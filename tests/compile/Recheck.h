@@ -4,7 +4,8 @@
 
 #include <string>
 
-/// What an independent reading of a result has to complain about: GLSL, ESSL and HLSL go through
-/// glslang, SPIR-V through the validator. MSL has no reader here; its text is searched for what no
-/// text may hold. Empty if all is well.
+/// Validates a result with an independent reader: glslang for GLSL, ESSL and HLSL, the SPIR-V
+/// validator for SPIR-V. No reader for MSL is available here; its source is only searched for
+/// invalid constructs.
+/// @returns the reader's messages; empty if the program is valid
 std::string Recheck(const Mox::Host::TargetProgram& program);

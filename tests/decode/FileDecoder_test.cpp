@@ -19,7 +19,7 @@ namespace {
 class FileDecoderTest : public testing::Test
 {
 protected:
-    /// Lets a shell script stand for the decoding program.
+    /// Replaces the decoding program by a shell script.
     void UseScript(const std::string& lines)
     {
         _settings.Program = _folder.Write("decode.sh", "#!/bin/sh\n" + lines + "\n");
@@ -88,17 +88,18 @@ TEST_F(FileDecoderTest, SurvivesItsProgram)
 
 TEST_F(FileDecoderTest, WorksWhateverTheHostDoesWithSignalsAndFiles)
 {
-    const auto before = std::signal(SIGCHLD, SIG_IGN); // children leave no status
+    const auto before = std::signal(SIGCHLD, SIG_IGN); // the exit status of children is not
+                                                       // available
     EXPECT_EQ(FileDecoder().ReadTexture(_white)->Width, 1u);
     std::signal(SIGCHLD, before);
-    // A decoder has nothing of the host's.
+    // The decoder must not inherit the host's open files.
     constexpr int hostsFile = 40;
     dup2(STDOUT_FILENO, hostsFile);
     UseScript(Compose("[ -e /proc/$$/fd/", hostsFile, " ] || [ -e /proc/$$/fd/3 ] || exec '",
                       DefaultDecodeProgram().string(), "' \"$@\""));
     EXPECT_EQ(FileDecoder(_settings).ReadTexture(_white)->Width, 1u);
     close(hostsFile);
-    // The standard files closed, so that others get their numbers.
+    // With the standard streams closed, other files get their descriptors.
     EXPECT_EXIT(
         {
             for (int i = 0; i < 3; ++i)
@@ -118,7 +119,7 @@ TEST_F(FileDecoderTest, DecodesEachFileOnce)
     std::filesystem::create_hard_link(_white, _folder.Path() / "same.png");
     EXPECT_EQ(decoder.ReadTexture(_folder.Path() / "same.png"), first);
     EXPECT_EQ(runs(), 1u);
-    // Neither is one tried again that fails, until it changes.
+    // A file that failed is not decoded again until it changes.
     const std::filesystem::path bad = _folder.Write("bad.png", "bad");
     for (int i = 0; i < 2; ++i)
         EXPECT_THROW(decoder.ReadTexture(bad), HostError);

@@ -22,8 +22,8 @@ FileBytes BytesOf(const std::string& file)
     return std::as_bytes(std::span(file));
 }
 
-/// Of the sample at a texel: it is red at the left, grows greener to the right, and has a black row
-/// below.
+/// The colour of the sample image at a texel: red at the left, increasingly green to the right,
+/// with a black row at the bottom.
 std::array<float, 4> ColourAt(std::uint32_t x, std::uint32_t y)
 {
     return {y == 0 ? 1.0f : 0.0f, y == 0 ? static_cast<float>(x) / 8 : 0.0f, 0.0f, 1.0f};
@@ -54,7 +54,7 @@ std::vector<float> MakeFloats()
     return floats;
 }
 
-/// Mantissas of 128 with an exponent of 129 mean 1.
+/// A mantissa of 128 with an exponent of 129 represents 1.
 std::string MakeHdr(bool isPacked)
 {
     std::string file = MakeHdrHeader(width, height);
@@ -68,8 +68,8 @@ std::string MakeHdr(bool isPacked)
         }
         if (isPacked) {
             file += std::string("\x02\x02\x00", 3) + static_cast<char>(width);
-            file += {static_cast<char>(128 + width), channels[0][0]}; // a run
-            file += static_cast<char>(width) + channels[1];           // as they are
+            file += {static_cast<char>(128 + width), channels[0][0]}; // as a run
+            file += static_cast<char>(width) + channels[1];           // uncompressed
             file += {static_cast<char>(128 + 4), channels[2][0], 5};  // both
             file += channels[2].substr(4);
             file += {static_cast<char>(128 + width), channels[3][0]};
@@ -81,7 +81,7 @@ std::string MakeHdr(bool isPacked)
     return file;
 }
 
-/// One file of each kind, all with the same image.
+/// One file of each format, all with the same image.
 std::map<std::string, std::string> MakeSamples()
 {
     const auto bytes = MakeComponents<std::uint8_t>(255.0f);
@@ -125,7 +125,7 @@ TEST(ImageDecoder, EveryFormatHasTheSameImage)
 
 TEST(ImageDecoder, ShowsTheDisplayWindowOfExr)
 {
-    // Stored one to the right and one further down.
+    // The stored window is offset by one to the right and one down.
     const TextureImage image = DecodeImage(BytesOf(MakeExr(width, height, MakeFloats(), 1, 1)), {});
     ASSERT_EQ(image.Width, width);
     ASSERT_EQ(image.Height, height);
@@ -177,7 +177,7 @@ TEST(ImageDecoder, LooksAtTheHeaderFirst)
         const std::string failure = DecodeFailure(file, limits);
         EXPECT_NE(failure.find(message), failure.npos) << failure << "\nand not: " << message;
     }
-    // What a limit forbids, a higher one allows.
+    // A file that exceeds a limit can be read with a higher one.
     EXPECT_EQ(DecodeFailure(MakeSamples().at("exr"), {.Side = 9}), "no failure");
 }
 

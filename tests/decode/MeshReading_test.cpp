@@ -13,19 +13,19 @@ using Mox::Materials::Compose;
 
 namespace {
 
-/// Positions of one triangle, as a glTF buffer.
+/// Positions of one triangle as a glTF buffer.
 const std::string triangle = [] {
     const float positions[] = {0, 0, 0, 1, 0, 0, 0, 1, 0};
     return std::string(reinterpret_cast<const char*>(positions), sizeof(positions));
 }();
 
-/// The same in a text.
+/// The same buffer as a data URI.
 const std::string triangleUri = "data:application/octet-stream;base64,"
                                 "AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA";
 
-/// A glTF text with one node of one triangle.
-/// @param uri of the buffer; empty for that of a file of bytes
-/// @param accessor further members of the positions' accessor
+/// A glTF document with one node and one triangle.
+/// @param uri of the buffer; empty in a binary file
+/// @param accessor further members of the accessor for positions
 std::string MakeGltf(const std::string& uri, const std::string& accessor = "",
                      const std::string& nodes = R"({"mesh":0})", int vertices = 3)
 {
@@ -37,7 +37,7 @@ std::string MakeGltf(const std::string& uri, const std::string& accessor = "",
         R"("bufferView":0,"componentType":5126,"type":"VEC3","count":)", vertices, "}]}");
 }
 
-/// A glTF file as bytes: pieces of text and of bytes, each behind its length and kind.
+/// A binary glTF file: JSON and binary chunks, each after its length and type.
 std::string MakeGlb()
 {
     const auto number = [](std::size_t value) {
@@ -59,7 +59,7 @@ std::string Repeat(const std::string& text, int count)
     return repeated;
 }
 
-/// Each node has the next one twice, so they make 2 to the power of their number.
+/// Each node refers to the next one twice, so the number of instances doubles with every node.
 std::string MakeDoublingNodes(int count)
 {
     std::string nodes;
@@ -85,7 +85,7 @@ protected:
         return FileDecoder(_settings).ReadMesh(_folder.Write(name, bytes));
     }
 
-    /// What is wrong with a file, without its name and without "cannot be read".
+    /// The error for a file, without its name and without "cannot be read".
     std::string FailureOfFile(const std::string& name, std::string_view bytes)
     {
         const std::string failure = HostFailureOf([&] { Read(name, bytes); });
@@ -169,7 +169,7 @@ TEST_F(MeshReading, SaysWhyItIsNone)
         R"("sparse":{"count":3,"indices":{"bufferView":0,"componentType":5125,)"
         R"("byteOffset":2000000000},"values":{"bufferView":0,)"
         R"("byteOffset":2000000000}},)";
-    // Any failure will do where no text is given: how a decoder fails is its own affair.
+    // Where no message is given, any failure is accepted, since the message depends on the decoder.
     const std::tuple<const char*, std::string, const char*> cases[] = {
         {"a.gltf", "{", ""},
         {"a.glb", "glTF", ""},

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// A file that OpenEXR writes into memory.
+/// Collects the file that OpenEXR writes in memory.
 class ExrOutput : public Imf::OStream
 {
 public:
@@ -123,7 +123,7 @@ std::string MakePngHeader(std::uint32_t width, std::uint32_t height)
 
 std::string MakeJpegHeader(std::uint32_t width, std::uint32_t height)
 {
-    // The header of a small image, with another size in its frame.
+    // The header of a small image, with a different size in its frame segment.
     std::string file = MakeJpeg(1, 1, {255, 255, 255, 255});
     const std::size_t frame = file.find("\xff\xc0") + 5;
     file.replace(frame, 2, BigEndian(height).substr(2));

@@ -9,7 +9,7 @@ namespace {
 
 const std::filesystem::path root = std::filesystem::path(MOX_TEST_DATA) / "..";
 
-/// A snippet whose opening line names a file after its language stands word for word in that file.
+/// A snippet whose opening line names a file after the language must appear verbatim in that file.
 TEST(Snippets, DocumentsShowTheCodeAsItIs)
 {
     for (const char* document : {"docs/embedding.md", "docs/engines.md", "docs/plugin-guide.md"}) {

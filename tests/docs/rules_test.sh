@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# docs/checks.md explains every rule of the table of rules and no other, and a source raises each.
+# Checks that docs/checks.md explains exactly the rules in the table of rules, and that a source
+# file raises each of them.
 # Usage: rules_test.sh SOURCE_TREE
 set -euo pipefail
 cd "$1"

@@ -113,7 +113,7 @@ TEST(MaterialDocument, AChangedValueChangesOneLine)
     }
 }
 
-/// Documents say which readers understand them: older ones know the first version alone.
+/// A document states which readers understand it; older readers only know the first version.
 TEST(MaterialDocument, TheVersionIsTheLowestThatHasEverything)
 {
     const std::pair<const char*, const char*> documents[] = {
@@ -135,7 +135,7 @@ TEST(MaterialDocument, TheVersionIsTheLowestThatHasEverything)
     }
 }
 
-/// What stands in an element without children or behind the root has a place too.
+/// Comments in an element without children or after the root keep their position too.
 TEST(MaterialDocument, CommentsStayWithWhatTheyStandBefore)
 {
     const DocumentNode node = ReadMaterialDocument(folder / "everything.xml").Nodes[0];
@@ -159,7 +159,7 @@ TEST(MaterialDocument, AllProblemsOfADocumentAreFound)
 {
     const std::string text = ReadText(folder / "many_problems.xml");
     ExpectGolden("document/many_problems.txt", ProblemsOf(text));
-    // What could be understood is there for further checks.
+    // Whatever could be parsed is available for further checks.
     ProblemList problems;
     const MaterialDocument document = ParseMaterialDocument("x.xml", text, problems);
     EXPECT_EQ(document.Nodes.size(), 5u);
@@ -179,7 +179,7 @@ TEST(MaterialDocument, HostileTexts)
     EXPECT_EQ(
         ProblemsOf("<!--<a b='c'-->\n<material version=\"1\"" + Repeat(" a=\"\"", 100000) + "/>"),
         "error too-many-attributes: x.xml:2: an element has more than 256 attributes\n");
-    // One long line with very many problems: the list ends, and so does the reading.
+    // One long line with very many problems: both the list and the parser stop.
     const std::string many = ProblemsOf("<material version=\"1\">" + Repeat("<a/><b/>", 500000));
     EXPECT_EQ(Lines(many).size(), 1001u);
     const std::string longValue =
@@ -188,7 +188,7 @@ TEST(MaterialDocument, HostileTexts)
     EXPECT_LT(longValue.size(), 200u);
 }
 
-/// A write that was interrupted leaves any beginning of a document.
+/// An interrupted write may leave any prefix of a document.
 TEST(MaterialDocument, TruncatedAtEveryLength)
 {
     for (const std::filesystem::path& example : ExampleDocuments()) {

@@ -17,10 +17,10 @@ namespace {
 using namespace Mox::Host;
 using Mox::Materials::Compose;
 
-/// What the reader says of a text, but for what is no matter of the schema.
+/// The reader's problems for a document, except those that a schema cannot express.
 struct Verdict
 {
-    std::string Problems; ///< one line each
+    std::string Problems; ///< one per line
     bool IsBeyondSchema = false;
 };
 
@@ -33,7 +33,7 @@ Verdict Judge(const std::string& text)
         if (problem.Rule == "doubled-id" || problem.Rule == "doubled-binding")
             continue;
         verdict.Problems += problem.Rule + ": " + problem.Format() + "\n";
-        // Neither says anything to a schema.
+        // A schema cannot express either of these.
         verdict.IsBeyondSchema |= problem.Rule == "processing-instruction" ||
                                   problem.Message.find("xmlns") != std::string::npos;
     }
@@ -49,7 +49,7 @@ std::vector<std::string> Split(const std::string& text)
     return parts;
 }
 
-/// Changes the text of a document at random.
+/// Corrupts a document at random.
 class Breaker
 {
 public:
@@ -70,7 +70,7 @@ public:
     }
 
 private:
-    /// Where a tag or comment begins, at random.
+    /// Returns the start of a random tag or comment.
     std::size_t FindTag(const std::string& text)
     {
         const std::size_t begin = text.rfind('<', _random.Below(text.size()));
@@ -79,7 +79,7 @@ private:
 
     void AddMarkup(std::string& text)
     {
-        // \xC2\xA0 is a blank, but not one of XML.
+        // \xC2\xA0 is a space, but not XML white space.
         static const std::vector<std::string> pieces =
             Split("<node/>|<property/>|<nodes/>|<edges/>|<bindings/>|<renderState/>|"
                   "<description/>|<material version=\"1\"/>|<a/>|"
@@ -95,7 +95,7 @@ private:
         text.insert(FindTag(text), _random.Pick(pieces));
     }
 
-    /// Removes, moves or doubles a tag, with what stands before the next one.
+    /// Removes, moves or duplicates a tag, including what precedes the next one.
     void ChangeTag(std::string& text)
     {
         const std::size_t begin = FindTag(text);
@@ -107,7 +107,7 @@ private:
             text.insert(FindTag(text), tag);
     }
 
-    /// Removes, moves, renames or adds an attribute, or gives it another value.
+    /// Removes, moves, renames or adds an attribute, or changes its value.
     void ChangeAttribute(std::string& text)
     {
         static const std::vector<std::string> names = Split(
@@ -143,7 +143,7 @@ private:
     Random& _random;
 };
 
-/// libxml2 judges by the schema.
+/// Compares the rules with libxml2's verdict by the schema.
 TEST(MaterialRules, RulesAndSchemaJudgeAlike)
 {
     Random random(DrawSeed());
@@ -166,7 +166,7 @@ TEST(MaterialRules, RulesAndSchemaJudgeAlike)
     EXPECT_GT(valid, 200);
 }
 
-/// The same for the values of every attribute that has a data type of its own.
+/// The same for the values of every attribute with a data type of its own.
 TEST(MaterialRules, RulesAndSchemaJudgeValuesAlike)
 {
     static constexpr const char* frames[] = {
@@ -205,7 +205,8 @@ TEST(MaterialRules, RulesAndSchemaJudgeValuesAlike)
     EXPECT_GT(valid, 2000);
 }
 
-/// All attributes of an element and those below it, and all words that an attribute may hold.
+/// Collects the attributes of an element and its descendants, and all values of enumerated
+/// attributes.
 void Collect(const ElementRule& rule, std::set<std::string>& names, std::set<std::string>& words)
 {
     const auto add = [&](std::span<const AttributeRule> attributes) {
@@ -224,7 +225,7 @@ void Collect(const ElementRule& rule, std::set<std::string>& names, std::set<std
         Collect(*child.Rule, names, words);
 }
 
-/// The same of the schema.
+/// Collects the same from the schema.
 void Collect(const std::string& schema, std::set<std::string>& names, std::set<std::string>& words)
 {
     const auto collect = [&](const std::string& begin, char end, std::set<std::string>& found) {

@@ -12,7 +12,7 @@ using namespace Mox::Host;
 
 namespace {
 
-/// The fragment of the node that a document with just this fragment holds.
+/// Formats the fragment of a node that was loaded from a document with the given fragment.
 std::string LoadAndFormat(const std::string& fragment)
 {
     ProblemList problems;
@@ -30,7 +30,7 @@ TEST(NodeFragment, LoadsBackTheSame)
     int count = 0;
     for (const Plugin& plugin : TestPlugins().Plugins()) {
         for (const auto& row : plugin.Types()) {
-            if (!row.Listed) // the placeholder, which rewrites its description
+            if (!row.Listed) // placeholders rewrite their description
                 continue;
             ++count;
             const PluginNode made = plugin.CreateNode(row.TypeName);

@@ -51,7 +51,7 @@ std::string SetScale(int value, const std::string& gesture = "drag")
                         gesture);
 }
 
-/// Two clients that see one document, each by what it is told alone.
+/// Two clients of one document, each with a copy that is updated only from messages.
 class TwoClients
 {
 public:
@@ -124,7 +124,7 @@ TEST(EditorSession, RandomEditsOfTwoClientsEndWithWhatBothShow)
     EXPECT_EQ(FormatMaterialDocument(session.Document().Graph().Document()), start);
     EXPECT_FALSE(session.Document().IsUnsaved());
 
-    while (stepCount-- > 0) // what had been undone before stays so
+    while (stepCount-- > 0) // so that undone changes stay undone
         clients.Send(1, R"({"do": "redo"})");
     clients.ExpectAgreement();
     EXPECT_EQ(FormatMaterialDocument(session.Document().Graph().Document()), end);
@@ -133,7 +133,7 @@ TEST(EditorSession, RandomEditsOfTwoClientsEndWithWhatBothShow)
     EXPECT_FALSE(std::filesystem::exists(folder.Path() / ".flip.xml.mox-journal"));
 }
 
-/// A material of one node, to be written into a folder.
+/// A material of one node, to be written to a file.
 const char* const oneNode = R"(<material version="1"><nodes>
     <node id="n0" type="CoreConstant" version="0"/></nodes></material>)";
 
@@ -148,7 +148,7 @@ TEST(EditorSession, LosesNothingThatItAcknowledgedWhenItIsKilled)
         EditorSession session(file, TestEditorServices());
         for (char value = 1; value < 100; ++value) {
             session.Handle(0, SetScale(value));
-            if (write(pipes[1], &value, 1) != 1) // the acknowledgement
+            if (write(pipes[1], &value, 1) != 1) // acknowledgement
                 _exit(1);
             if (value == 60)
                 kill(getpid(), SIGKILL);
@@ -171,7 +171,7 @@ TEST(EditorSession, LosesNothingThatItAcknowledgedWhenItIsKilled)
     EXPECT_NE(folder.Read("m.xml").find("value=\"60\""), std::string::npos);
 }
 
-/// The limit on the size of files stands for the end of a disk.
+/// A limit on file size simulates a full disk.
 TEST(EditorSession, RefusesWhatDoesNotFitOnTheDisk)
 {
     const TemporaryFolder folder;
@@ -206,7 +206,7 @@ TEST(EditorSession, RefusesWhatDoesNotFitOnTheDisk)
 TEST(EditorSession, HasOneLockAndOneJournalForAllNamesOfADocument)
 {
     const TemporaryFolder folder;
-    const auto file = folder.Path() / "m.xml"; // which does not exist yet
+    const auto file = folder.Path() / "m.xml"; // does not exist yet
     const auto link = folder.Path() / "link.xml";
     std::filesystem::create_symlink("m.xml", link);
     {
@@ -218,7 +218,7 @@ TEST(EditorSession, HasOneLockAndOneJournalForAllNamesOfADocument)
     EXPECT_TRUE(EditorSession(file, TestEditorServices()).Document().Waiting());
 }
 
-/// Only the administrator can give a file to another user.
+/// Only root can give a file to another user.
 TEST(EditorSession, LeavesTheLockFileOfAnotherUser)
 {
     if (geteuid() != 0)
@@ -268,7 +268,7 @@ TEST(EditorSession, KeepsTheDocumentWhenItsFileIsNoDocumentAnyMore)
     EXPECT_THROW(EditorSession(folder.Path() / "no" / "m.xml", TestEditorServices()), HostError);
 }
 
-/// What a drag leaves in memory and in the journal is bounded.
+/// A drag uses a bounded amount of memory and journal space.
 TEST(EditorSession, RemembersADragAsOneStep)
 {
     const TemporaryFolder folder;
@@ -277,7 +277,7 @@ TEST(EditorSession, RemembersADragAsOneStep)
     const std::string start = TextOf(session);
     for (int value = 1; value < 50; ++value)
         session.Handle(0, SetScale(value));
-    session.Handle(1, SetScale(7)); // the gesture of another client, though of the same name
+    session.Handle(1, SetScale(7)); // another client's gesture with the same name
     session.Handle(0, R"({"do": "undo"})");
     EXPECT_NE(TextOf(session), start);
     session.Handle(0, R"({"do": "undo"})");

@@ -22,7 +22,7 @@ std::vector<std::string> SessionNames()
     return names;
 }
 
-/// Nodes and edges in a few words, and the state of a document without what tests of nodes show.
+/// Abbreviates nodes and edges, and omits parts of the state that the tests of nodes cover.
 Json Shorten(Json json)
 {
     for (const char* part : {"changes", "state"}) {
@@ -50,8 +50,8 @@ Json Shorten(Json json)
     return json;
 }
 
-/// A session on the file material.xml, driven in words: "1 {...}" is a message of client 1, and
-/// other words do what hosts of sessions and other programs do.
+/// Executes the commands of a session on the file material.xml: "1 {...}" is a message of client 1;
+/// the other commands do what hosts and other programs do.
 class Stage
 {
 public:
@@ -60,11 +60,11 @@ public:
         const std::size_t space = line.find_first_of(" \n");
         const std::string word = line.substr(0, space);
         const std::string rest = space == line.npos ? "" : line.substr(space + 1);
-        if (word == "material") { // what the file holds
+        if (word == "material") { // sets the content of the file
             _folder.Write("material.xml", FormatMaterialDocument(MaterialFromText(rest)));
             return {};
         }
-        if (word == "write") { // the bytes of a file
+        if (word == "write") { // sets the content of another file
             const std::size_t end = rest.find('\n');
             _folder.Write(rest.substr(0, end), end == rest.npos ? "" : rest.substr(end + 1));
             return {};
@@ -73,11 +73,11 @@ public:
             return _folder.Read(rest) + "\n";
         if (word == "files")
             return ListFiles();
-        if (word == "open") // as if the process before had been killed
+        if (word == "open") // as if the previous process had been killed
             return Open();
         if (word == "look")
             return Print("notice", _session->LookAtFile());
-        if (word == "hold") { // leaves the job of a message for later
+        if (word == "hold") { // postpones the job of a message
             _held = _session->Handle(1, rest).Job;
             return {};
         }
@@ -107,7 +107,7 @@ private:
         return {};
     }
 
-    /// JSON, with the folder of the test left out.
+    /// Prints JSON without the path of the test's folder.
     std::string Print(const std::string& word, const std::string& json) const
     {
         if (json.empty())

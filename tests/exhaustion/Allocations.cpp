@@ -14,9 +14,9 @@ constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
 
 using Allocations::Owner;
 
-std::size_t liveCounts[2] = {}; ///< of New and of Xml
+std::size_t liveCounts[2] = {}; ///< indexed by Owner: New and Xml
 Owner failingOwner = Owner::All;
-std::size_t untilFailure = never; ///< allocations that succeed before one fails
+std::size_t untilFailure = never; ///< successful allocations before one fails
 bool isLasting = false;
 bool hasFailed = false;
 

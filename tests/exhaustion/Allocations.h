@@ -2,18 +2,18 @@
 
 #include <cstddef>
 
-/// The allocations of this program, of the libraries that it links and of the plug-ins that it
-/// loads: operator new wherever it is called, and libxml2's own. Not synchronised.
+/// Counts and fails allocations of this program, its libraries and the plug-ins that it loads:
+/// operator new, wherever it is called, and those of libxml2. Not synchronised.
 namespace Allocations {
 
 /// Which allocations fail, counted from 1 for the next one.
 enum class Shortage
 {
-    Once,   ///< the given one alone: a request too large for what is left
-    Lasting ///< the given one and all behind it, so that cleaning up must do without
+    Once,   ///< only the given one, like a request that is too large for the remaining memory
+    Lasting ///< the given one and all later ones, so that cleaning up must not allocate
 };
 
-/// Whose allocations.
+/// Whose allocations are meant.
 enum class Owner
 {
     New, ///< operator new
@@ -21,17 +21,17 @@ enum class Owner
     All,
 };
 
-/// Blocks that are allocated now.
+/// The number of blocks currently allocated.
 std::size_t LiveCount(Owner owner);
 
-/// From now on the number-th allocation of an owner fails.
+/// Makes the number-th allocation of an owner from now on fail.
 void FailAt(std::size_t number, Shortage shortage, Owner owner = Owner::All);
 
-/// Ends the failing.
+/// Stops failing allocations.
 /// @returns whether an allocation has failed
 bool EndFailing();
 
-/// Directs libxml2's memory through here; before anything else uses it.
+/// Redirects libxml2's allocations to this module; must be called before libxml2 is used.
 void TakeOverXml();
 
 } // namespace Allocations

@@ -89,8 +89,8 @@ TEST(AuthoringExhaustion, EdgeLists)
         make, [&](const auto& node) { node->AddOutEdge(edge); }, describe);
 }
 
-/// @param make gives a handle that keeps many nodes
-/// @returns whether their release asked for memory, which it could do without
+/// @param make returns a handle that keeps many nodes alive
+/// @returns whether releasing them tried to allocate memory, without depending on it
 template <class Make>
 bool ReleaseWithoutMemory(Make make)
 {
@@ -103,7 +103,7 @@ bool ReleaseWithoutMemory(Make make)
     return hasAsked;
 }
 
-/// Nodes that refer to each other in a chain, so many that their release must not recurse.
+/// A chain of references so long that releasing it must not recurse.
 TEST(AuthoringExhaustion, AChainIsReleasedWithoutMemory)
 {
     EXPECT_FALSE(ReleaseWithoutMemory([] {
@@ -117,7 +117,8 @@ TEST(AuthoringExhaustion, AChainIsReleasedWithoutMemory)
     }));
 }
 
-/// Several references of one node need a list; without memory for it they are released at once.
+/// Nodes with several references are released through a list; if it cannot be allocated, they are
+/// released at once.
 TEST(AuthoringExhaustion, ATreeIsReleasedWithoutMemory)
 {
     EXPECT_TRUE(ReleaseWithoutMemory([] {

@@ -12,7 +12,7 @@ using namespace Mox::Materials;
 
 namespace {
 
-/// A binding in which every field differs from its default.
+/// Makes a binding in which every field differs from its default.
 boost::shared_ptr<Binding> MakeFull(StreamType type)
 {
     std::string attributes =
@@ -34,7 +34,7 @@ std::string DescribeBinding(const boost::shared_ptr<Binding>& binding)
     return element.Attributes();
 }
 
-/// One in a line; what was lost on the way and written again has another place, so they are sorted.
+/// One attribute per line, sorted, because an attribute that is lost and written again moves.
 std::string DescribeAttributes(const std::unique_ptr<XmlElement>& element)
 {
     std::vector<std::string> attributes = element->AttributeList();

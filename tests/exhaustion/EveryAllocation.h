@@ -11,24 +11,24 @@
 #include <new>
 #include <string>
 
-/// Too long for a string's own buffer.
+/// Too long for a string's internal buffer.
 inline const std::string longText(50, 't');
 
-/// From one allocation that fails to the next: 1, unless MOX_EXHAUSTION_STEP in the environment
-/// asks for fewer, where each takes long.
+/// The distance between failing allocations: 1, unless the environment variable MOX_EXHAUSTION_STEP
+/// sets a larger one because each attempt is slow.
 inline std::size_t AllocationStep()
 {
     const char* wanted = std::getenv("MOX_EXHAUSTION_STEP");
     return wanted ? std::stoul(wanted) : 1;
 }
 
-/// Makes an attempt in which the first allocation fails, then one with the second and so on, until
-/// none fails any more; both with one failure and with all from there on. Expects that nothing
-/// leaks.
+/// Makes attempts in which the first allocation fails, then the second and so on, until none fails
+/// any more, both with a single failure and with all later allocations failing as well. Expects
+/// that nothing leaks.
 /// @param failing whose allocations fail
 /// @param watched whose blocks must not leak
-/// @param attempt takes a function that makes a call without memory and returns whether
-///        the call reported that
+/// @param attempt receives a function that makes a call without memory and returns whether the call
+///        reported it
 template <class Attempt>
 void ForEachAllocation(Allocations::Owner failing, Allocations::Owner watched, Attempt attempt)
 {
@@ -48,7 +48,8 @@ void ForEachAllocation(Allocations::Owner failing, Allocations::Owner watched, A
                 } catch (const std::bad_alloc&) {
                     isReported = true;
                 } catch (const std::exception& error) {
-                    // An attribute whose value libxml2 cannot copy is reported as missing.
+                    // If libxml2 cannot copy an attribute's value, the attribute is reported as
+                    // missing.
                     isReported = std::strstr(error.what(), "failed to find \"") != nullptr;
                     if (!isReported)
                         throw;
@@ -63,17 +64,18 @@ void ForEachAllocation(Allocations::Owner failing, Allocations::Owner watched, A
     }
 }
 
-/// Lets each allocation of an operation fail in turn, each time on a new subject.
+/// Lets each allocation of an operation fail in turn, each time with a new subject.
 ///
-/// Expected of every failure: std::bad_alloc arrives, or the operation could do without the memory
-/// and has its whole result all the same; nothing leaks; the subject reads as it must, and the same
-/// call succeeds on it once there is memory, with the very result that it has where nothing failed.
+/// After every failure, either std::bad_alloc was thrown, or the operation did not depend on the
+/// memory and has its complete result; nothing leaks; the subject passes the check; and the same
+/// call succeeds on it once memory is available, with the same result as without a failure.
 ///
 /// @param owner whose allocations fail
-/// @param make gives a new subject
+/// @param make creates a new subject
 /// @param call the operation on the subject
-/// @param describe the subject as text
-/// @param check (before, after): expects what the operation promises of a failure, from the texts
+/// @param describe formats the subject
+/// @param check receives the descriptions before and after, and expects what the operation
+///        guarantees after a failure
 template <class Make, class Call, class Describe, class Check>
 void ExpectSurvival(Allocations::Owner owner, Make make, Call call, Describe describe, Check check)
 {
@@ -93,13 +95,13 @@ void ExpectSurvival(Allocations::Owner owner, Make make, Call call, Describe des
     });
 }
 
-/// A failure changes nothing.
+/// For operations that change nothing if they fail.
 inline void ExpectUnchanged(const std::string& before, const std::string& after)
 {
     EXPECT_EQ(after, before);
 }
 
-/// A failure may leave the subject half done; it is only to be destroyed or to be tried again.
+/// For operations that may leave the subject incomplete, fit only to be destroyed or to be retried.
 inline void ExpectUsable(const std::string&, const std::string&)
 {}
 
@@ -109,7 +111,7 @@ void ExpectSurvival(Make make, Call call, Describe describe, Check check = Expec
     ExpectSurvival(Allocations::Owner::All, make, call, describe, check);
 }
 
-/// The same for operations that make something from nothing.
+/// The same for operations that create something.
 template <class Call, class Describe>
 void ExpectMade(Call make, Describe describe)
 {
@@ -117,14 +119,14 @@ void ExpectMade(Call make, Describe describe)
     ExpectSurvival([] { return Made(); }, [&](Made& made) { made = make(); }, describe);
 }
 
-/// The same for operations that give a text.
+/// The same for operations that return a string.
 template <class Call>
 void ExpectText(Call call)
 {
     ExpectMade(call, [](const std::string& text) { return text; });
 }
 
-/// Operations must refuse what they are given, whatever they say.
+/// For operations that must refuse their input, with any message.
 template <class Call>
 void ExpectRefused(Call call)
 {

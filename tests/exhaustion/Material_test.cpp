@@ -25,8 +25,8 @@ namespace {
 
 const std::filesystem::path example = std::filesystem::path(MOX_EXAMPLES) / "rim_light.xml";
 
-/// For operations that make something from nothing, while operator new fails; call gives the result
-/// as text.
+/// For operations that create something while operator new fails; call returns the result as a
+/// string.
 template <class Call>
 void ExpectResult(Call call)
 {
@@ -36,9 +36,9 @@ void ExpectResult(Call call)
         ExpectUnchanged);
 }
 
-/// The same while libxml2's allocations fail. It loses blocks then, and takes what it has lost for
-/// a fault of the document, so no more is expected than that no wrong result comes of it, and that
-/// nothing else leaks.
+/// The same while libxml2's allocations fail. libxml2 then leaks blocks and reports what it lost as
+/// errors in the document, so the test only expects that there is no wrong result and that nothing
+/// else leaks.
 template <class Call>
 void ExpectNoFalseResult(Call call)
 {
@@ -63,7 +63,7 @@ void ExpectAllOrNothing(Call call)
     ExpectNoFalseResult(call);
 }
 
-/// Keeps what a parser says.
+/// Records the events of a parser.
 class Events : public Host::XmlHandler
 {
 public:
@@ -145,8 +145,8 @@ TEST(MaterialExhaustion, MaterialsAreLoadedAndSaved)
     });
 }
 
-/// An edit without memory leaves no trace in records or nodes, and can be made when there is
-/// memory.
+/// An edit that runs out of memory leaves records and nodes unchanged and succeeds once memory is
+/// available.
 TEST(MaterialExhaustion, EditsAreDoneAndUndoneWholeOrNotAtAll)
 {
     struct Subject

@@ -37,7 +37,7 @@ Factory CreateFactory(const char* file)
 
 constexpr const char* pluginFiles[] = {MOX_CORE_PLUGIN, MOX_SURFACE_PLUGIN};
 
-/// Calls for a factory and each of its types.
+/// Calls a function for a factory and each of its types.
 template <class Call>
 void ForEachType(Call call)
 {
@@ -50,7 +50,7 @@ void ForEachType(Call call)
     }
 }
 
-/// Settings for every combination of the words and switches of a node.
+/// Settings for every combination of a node's choices and flags.
 std::vector<std::string> ModesOf(const GuiNode& node)
 {
     std::vector<std::string> modes = {""};
@@ -71,7 +71,7 @@ std::vector<std::string> ModesOf(const GuiNode& node)
     return modes;
 }
 
-/// Calls for a factory, each of its types and each mode of the type.
+/// Calls a function for a factory, each of its types and each mode of the type.
 template <class Call>
 void ForEachMode(Call call)
 {
@@ -142,7 +142,7 @@ TEST(PluginExhaustion, CreateThroughTheHost)
         try {
             return std::make_unique<Host::Plugin>(MOX_CORE_PLUGIN);
         } catch (const Host::HostError& error) {
-            // The plug-in's way to say that it has no memory for a factory.
+            // How the plug-in reports that it has no memory for a factory.
             EXPECT_EQ(error.Message, "gave no factory");
             throw std::bad_alloc();
         }
@@ -164,7 +164,7 @@ TEST(PluginExhaustion, UpdatePorts)
             },
             [](const NodeHandle& node) {
                 node->UpdatePorts({});
-                // A type whose ports never change does nothing.
+                // Allocates at least once, for types whose ports never change.
                 const GuiPort atLeastOne(longText, "");
             },
             DescribeNode, ExpectUsable);
@@ -186,7 +186,7 @@ TEST(PluginExhaustion, LoadProperties)
     });
 }
 
-/// Enters all that nodes of the Surface plug-in ask for.
+/// Adds everything that nodes of the Surface plug-in request.
 void Provide(ShaderGraph& graph)
 {
     constexpr std::pair<const char*, int> values[] = {
@@ -232,7 +232,7 @@ TEST(PluginExhaustion, CreateBindings)
     });
 }
 
-/// An edge that has gone is reported as such, or there is no memory for it; nothing else.
+/// An edge that no longer exists is reported as such, unless there is no memory for the message.
 TEST(PluginExhaustion, EdgesThatHaveGone)
 {
     const NodeHandle node = CreateFactory(MOX_CORE_PLUGIN)->Create("CoreMaths");

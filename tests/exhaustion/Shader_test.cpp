@@ -17,12 +17,13 @@ using Materials::Compose;
 namespace {
 
 constexpr const char* fuzzInputs = MOX_TEST_DATA "/../fuzz/corpus/fuzz_shader_graph";
-const std::string longName(40, 'n'); ///< too long for a string's own buffer
+const std::string longName(40, 'n'); ///< too long for a string's internal buffer
 const ShaderType float3(ComponentType::Float, 3, 1, 1);
 const ShaderType half3(ComponentType::Half, 3, 1, 1);
 const ShaderType half1(ComponentType::Half, 1, 1, 1);
 
-/// Every call that the fuzzer's inputs make, with all that graphs, generators and nodes hold then.
+/// Makes every call in the fuzzer's inputs and compares the complete state of graphs, generators
+/// and nodes.
 TEST(ShaderExhaustion, CallsOnGraphsAreWholeOrNotAtAll)
 {
     for (const auto& input : std::filesystem::directory_iterator(fuzzInputs)) {
@@ -49,7 +50,7 @@ TEST(ShaderExhaustion, CallsOnGraphsAreWholeOrNotAtAll)
     }
 }
 
-/// A failure ends the work on a builder, so each attempt takes a new one.
+/// A builder cannot be used after a failure, so each attempt uses a new one.
 TEST(ShaderExhaustion, BuildersKeepEveryCharacter)
 {
     const auto expect = [](auto call) {

@@ -10,7 +10,7 @@ using namespace Mox::Host;
 
 namespace {
 
-/// Every way in which a document can be wrong; the editor uses the ids up to "n39".
+/// A document with every possible kind of error; the editor uses the ids up to "n39".
 MaterialDocument WrongMaterial()
 {
     return MaterialFromText(R"(
@@ -46,7 +46,7 @@ MaterialDocument WrongMaterial()
     )");
 }
 
-/// The fuzzer looks further than these seeds, from a single node on.
+/// The fuzzer explores more than these seeds, starting from a single node.
 TEST(ChangeHistory, RandomEditsEndWhereTheyBegan)
 {
     constexpr int mostEdits = 150;

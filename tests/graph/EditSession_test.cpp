@@ -18,7 +18,7 @@ using Mox::Materials::Compose;
 
 namespace {
 
-/// A line for everything of a material, and for what is wrong with it.
+/// Lists everything in a material and its problems, one per line.
 std::vector<std::string> Facts(const MaterialGraph& graph)
 {
     std::vector<std::string> facts;
@@ -57,7 +57,7 @@ std::string Missing(const std::vector<std::string>& from, const std::vector<std:
     return lines;
 }
 
-/// A graph that is edited in words.
+/// A graph that is edited by text commands.
 class EditSession
 {
 public:
@@ -140,8 +140,8 @@ private:
     std::optional<ChangeHistory> _history;
 };
 
-/// What edits make of documents, right and wrong ones, the same whether the document has been saved
-/// and loaded before or not.
+/// Edits have the same result on valid and invalid documents, whether or not the document was saved
+/// and loaded before.
 TEST(EditSession, RecordsTakeOverWhatTheUserMeans)
 {
     EditSession session;

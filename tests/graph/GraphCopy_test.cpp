@@ -9,8 +9,8 @@ using Mox::Materials::GuiPropertyKind;
 
 namespace {
 
-/// "rim" feeds "rim2"; "rim" refers to "rim2", which refers to "out" outside; "x9" is a placeholder
-/// that refers to "rim" by a property that only the document knows, and feeds "rim2".
+/// "rim" feeds "rim2"; "rim" refers to "rim2", which refers to "out", which is not copied; "x9" is
+/// a placeholder that refers to "rim" by a property that is only in the document, and feeds "rim2".
 MaterialGraph Source()
 {
     MaterialGraph graph(ProbeMaker());

@@ -7,7 +7,7 @@ namespace {
 using Mox::Host::OrderNodes;
 using Indices = std::vector<std::size_t>;
 
-/// Circles and long chains come from the tests of loading and resolving.
+/// Cycles and long chains are covered by the tests of loading and resolving.
 TEST(GraphOrder, KeepsTheOrderWhereLinksAllow)
 {
     EXPECT_EQ(OrderNodes(3, {}).Order, (Indices{0, 1, 2}));

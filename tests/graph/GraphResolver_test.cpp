@@ -12,7 +12,7 @@ using Mox::Materials::Compose;
 
 namespace {
 
-/// Probes "0" -> "1" -> ... in a row; the document has them and their edges in reverse.
+/// Probes "0" -> "1" -> ... in a row; nodes and edges are in reverse order in the document.
 MaterialDocument Chain(int count)
 {
     MaterialDocument document;
@@ -40,7 +40,7 @@ public:
             *Graph.Nodes()[Graph.FindNode(std::to_string(id), {})].Gui.Handle());
     }
 
-    /// Resolves and gives "node:count calls/precision calls" for each node called.
+    /// Resolves and returns "node:count calls/precision calls" for each node called.
     std::string Calls()
     {
         Resolver.Resolve(Problems);
@@ -74,7 +74,7 @@ TEST(GraphResolver, CallsOnlyWhatAChangeReaches)
     chain.Graph.SetProperty("3", "Failure", "");
     EXPECT_EQ(chain.Calls(), "");
 
-    // A wider output changes all that follow up to the node whose own output is fixed.
+    // A wider output affects all following nodes up to the one whose own output is fixed.
     chain.Graph.SetProperty("6", "Width", "2");
     EXPECT_EQ(chain.Calls(), "6:1/1 7:1/1 ");
     chain.Graph.SetProperty("3", "Width", "3");
@@ -84,13 +84,13 @@ TEST(GraphResolver, CallsOnlyWhatAChangeReaches)
     chain.Graph.SetProperty("3", "Inputs", "3");
     EXPECT_EQ(chain.Calls(), "3:1/1 ");
 
-    // Precision runs the other way.
+    // Precision propagates in the opposite direction.
     chain.Graph.SetProperty("4", "Float", "true");
     EXPECT_EQ(chain.Calls(), "0:0/1 1:0/1 2:0/1 3:0/1 4:1/1 ");
     EXPECT_EQ(chain.At(0).OutputPorts[0].GetPrecision(), ComponentType::Float);
     EXPECT_EQ(chain.At(5).OutputPorts[0].GetPrecision(), ComponentType::Half);
 
-    // Both ends of an edge are concerned.
+    // Removing an edge affects both of its ends.
     const DocumentChange inverse = chain.Graph.Disconnect("1", "out", "2", "in_1");
     EXPECT_EQ(chain.Calls(), "0:0/1 1:1/1 2:1/1 ");
     chain.Graph.Undo(inverse);

@@ -11,7 +11,7 @@ using namespace Mox::Host;
 
 namespace {
 
-/// Probes "a" -> "b" -> "c" in a row, "d" beside them, and a placeholder "lost" that feeds "d".
+/// Probes "a" -> "b" -> "c" in a row, a separate "d", and a placeholder "lost" that feeds "d".
 MaterialGraph Row()
 {
     ProblemList problems;
@@ -51,7 +51,7 @@ GraphStep Set(const std::string& setting)
     return SetProperties{{{setting.substr(0, end), node.Properties[0]}}};
 }
 
-/// What does not fit is refused, and steps that went well before it are taken back.
+/// An invalid change is refused, and its earlier steps are undone.
 TEST(MaterialGraph, RefusalsChangeNothing)
 {
     const GraphStep refused[] = {
@@ -127,7 +127,7 @@ TEST(MaterialGraph, PortsAreBuiltOnlyWhereTheyMayChange)
         EXPECT_EQ(Probe(graph, id).PortCalls, 1);
 }
 
-/// What only editors show does not concern nodes, and comes back with what it belongs to.
+/// What only editors display does not affect nodes, and is restored together with its owner.
 TEST(MaterialGraph, AnnotationsAndPointsTouchNoNode)
 {
     MaterialGraph graph = Row();
@@ -151,8 +151,8 @@ TEST(MaterialGraph, AnnotationsAndPointsTouchNoNode)
     EXPECT_EQ(FormatDocument(graph.Document()), start);
 }
 
-/// Neither the readers of one output nor a chain that is built from its end make a further edge, or
-/// its removal, more expensive.
+/// Neither many readers of one output nor a chain that is built from its end makes adding or
+/// removing a further edge more expensive.
 TEST(MaterialGraph, WideFanAndLongChain)
 {
     constexpr int readers = 100000;

@@ -35,7 +35,7 @@ TEST(OpenMaterial, JudgesReferencesInAnyOrder)
     EXPECT_EQ(judge("a Alien\nt CoreTexture; Reference=a"), expected);
 }
 
-/// Documents full of circles end all the same.
+/// Loading terminates even for documents full of cycles.
 TEST(OpenMaterial, GivesUpOnVeryManyCircles)
 {
     constexpr auto reference = Mox::Materials::GuiPropertyKind::Node;

@@ -80,8 +80,8 @@ TEST(AtomicFile, LeavesWhatIsTheSame)
     EXPECT_GT(std::filesystem::last_write_time(file), longAgo);
 }
 
-/// A limit on the size of files stands for a disk that gets full on the way. Files that belong
-/// together all stay as they were then.
+/// A limit on file size simulates a disk that fills up while writing. Files that belong together
+/// all keep their old content.
 TEST(AtomicFile, FullDiskLeavesTheOldFiles)
 {
     const TemporaryFolder folder;
@@ -104,7 +104,7 @@ TEST(AtomicFile, FullDiskLeavesTheOldFiles)
     EXPECT_EQ(folder.Count(), 2);
 }
 
-/// Processes that write the same files at the same time leave those of one of them.
+/// If several processes write the same files at the same time, all files come from one of them.
 TEST(AtomicFile, FilesThatBelongTogetherAreOfOneProcess)
 {
     const TemporaryFolder folder;
@@ -114,7 +114,7 @@ TEST(AtomicFile, FilesThatBelongTogetherAreOfOneProcess)
     const auto nameOf = [](int round, int file) {
         return std::to_string(round) + "-" + std::to_string(file);
     };
-    // In memory that the processes share; so that all begin a round together.
+    // In shared memory, so that the processes start each round together.
     auto* begun = new (mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE,
                             MAP_SHARED | MAP_ANONYMOUS, -1, 0)) std::atomic<int>(0);
     const auto writeAll = [&](const std::string& text) {
@@ -133,7 +133,7 @@ TEST(AtomicFile, FilesThatBelongTogetherAreOfOneProcess)
         const pid_t child = fork();
         if (child == 0) {
             const std::string failure = HostFailureOf([&] { writeAll(std::to_string(i)); });
-            *begun += processes * rounds; // so that no other one waits
+            *begun += processes * rounds; // releases processes that are waiting
             std::cerr << failure << "\n";
             _exit(failure == "no failure" ? 0 : 1);
         }
@@ -150,7 +150,7 @@ TEST(AtomicFile, FilesThatBelongTogetherAreOfOneProcess)
     }
 }
 
-/// Afterwards nothing appears any more, as the process is about to end.
+/// Once cleaning up has begun, no file appears any more, because the process is about to end.
 TEST(AtomicFile, EndCleansUp)
 {
     const TemporaryFolder folder;

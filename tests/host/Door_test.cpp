@@ -10,7 +10,7 @@ constexpr bool isComplete = false;
 template <class Class>
 constexpr bool isComplete<Class, std::void_t<decltype(sizeof(Class))>> = true;
 
-// A call of an operation that a plug-in implements does not compile in the host.
+// The host cannot call operations that a plug-in implements, because the classes are incomplete.
 static_assert(!isComplete<Mox::Materials::GuiNode>);
 static_assert(!isComplete<Mox::Materials::GuiNodeFactory>);
 static_assert(!isComplete<Mox::Materials::Binding>);

@@ -14,7 +14,7 @@ TEST(Excerpt, MessagesHoldNothingThatATerminalActsOn)
          "31m \xc2\x85.",
          " 31m  ."},
         {"\u202eevil\u202c \u2066x\u2069 \u200f\u061c\u2028.", " evil   x     ."},
-        {"\xe0\x80\x9b[31m", " [31m"}, // an escape character in too many bytes
+        {"\xe0\x80\x9b[31m", " [31m"}, // an overlong encoding of the escape character
         {"\x9b"
          "31m",
          " 31m"},

@@ -12,14 +12,14 @@
 #include <new>
 
 // A plug-in whose node types fail on demand: the type "GetTitle-number" throws a number from
-// GetTitle. The part after the hyphen is one of the faults of Fail. With the environment variable
-// HOSTILE_ROW its catalogue has one more row, which is faulty.
+// GetTitle. The part after the hyphen is one of the faults of Fail. If the environment variable
+// HOSTILE_ROW is set, the catalogue has an additional, faulty row.
 
 using namespace Mox::Materials;
 
 namespace {
 
-/// Exceptions whose code goes with the plug-in.
+/// An exception class whose code is unloaded with the plug-in.
 class OwnException : public std::exception
 {
 public:
@@ -53,7 +53,7 @@ public:
         return operation == _operation && fault == _fault;
     }
 
-    /// Throws if this is the operation that fails.
+    /// Throws if this is the operation that is to fail.
     void Enter(const std::string& operation) const
     {
         if (operation != _operation)
@@ -148,7 +148,7 @@ public:
 
     std::string GetTitle() override
     {
-        std::string title = GuiNode::GetTitle(); // needs the records
+        std::string title = GuiNode::GetTitle(); // requires the node's records
         Enter("GetTitle");
         return title;
     }
@@ -183,7 +183,7 @@ public:
 
     void LoadProperties(const boost::shared_ptr<GuiPropertyBag>& stored) override
     {
-        GuiNode::LoadProperties(stored); // needs the records
+        GuiNode::LoadProperties(stored); // requires the node's records
         Enter("LoadProperties");
     }
 
@@ -233,7 +233,7 @@ constexpr const char* faults[] = {"ShaderError", "string",   "edge", "exception"
                                   "memory",      "class",    "text", "number",    "nothing",
                                   "bag",         "property", "name", "kind"};
 
-/// Rows of a catalogue that would harm who reads them unchecked.
+/// Catalogue rows that would crash a host that does not check them.
 constexpr const char* nullRow[] = {"1 2 1 1", " c None", " ", nullptr};
 constexpr const char* nullColour[] = {"1 1 2 1", " c None", nullptr};
 constexpr const char* noColour[] = {"1 1 1 1", "  ", " "};

@@ -21,7 +21,7 @@ namespace {
 const std::filesystem::path hostilePlugin =
     MOX_ODD_PLUGIN_FOLDER / std::filesystem::path("hostile") / "hostile.so";
 
-/// A material with a node of a type, and a value for the node's binding.
+/// A material with a node of the given type and a value for the node's binding.
 MaterialDocument MakeDocument(const std::string& type)
 {
     MaterialDocument document;
@@ -40,7 +40,7 @@ MaterialDocument MakeDocument(const std::string& type)
     return document;
 }
 
-/// What a host does with a material, step by step, and all that it is told on the way.
+/// Runs the steps of a host on a material and collects all messages.
 class Pipeline
 {
 public:
@@ -52,7 +52,7 @@ public:
         Run(plugins, type);
     }
 
-    /// The messages, each in a line. The plug-in has been unloaded by now.
+    /// The messages, one per line. The plug-in has been unloaded by the time they are read.
     const std::string& Messages() const { return _messages; }
 
 private:
@@ -103,7 +103,7 @@ private:
     std::string _messages;
 };
 
-/// Every operation fails in every way, and each time the host says so and goes on.
+/// Every operation fails in every way; each time, the host reports it and continues.
 TEST(HostilePlugin, EveryFailureOfEveryOperationIsReported)
 {
     const struct

@@ -6,12 +6,12 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-// A module that is no proper plug-in. The build says in which way: ODD_VERSION and ODD_FACTORY are
-// what the two exports do, and without ODD_FACTORY there is one only.
+// A module that is not a valid plug-in. The build defines how: ODD_VERSION and ODD_FACTORY are the
+// bodies of the two exported functions; without ODD_FACTORY, only one is exported.
 
 namespace {
 
-/// An exception whose code goes with the module.
+/// An exception class whose code is unloaded with the module.
 class OwnFailure : public std::exception
 {
 public:
@@ -23,7 +23,7 @@ public:
     throw OwnFailure();
 }
 
-/// A factory that creates nothing.
+/// A factory without any types.
 class EmptyFactory : public Mox::Materials::GuiNodeFactory
 {
 public:
@@ -39,7 +39,7 @@ public:
 
 constexpr const char* icon[] = {"1 1 1 1", " \tc None", " "};
 
-/// A factory whose texts are no file names, no UTF-8 and no text.
+/// A factory whose strings are unsuitable as file names, invalid UTF-8, or null.
 class RudeFactory : public Mox::Materials::GuiNodeFactory
 {
 public:

@@ -47,7 +47,7 @@ TEST(Plugin, GivesNoEmptyNode)
               "the plug-in gave no node of the type \"Odd\"");
 }
 
-/// A library goes after its last node, and errors outlive it.
+/// A library is unloaded after its last node, and errors outlive it.
 TEST(Plugin, StaysLoadedForItsNodes)
 {
     const std::pair<std::filesystem::path, std::string> plugins[] = {
@@ -105,7 +105,7 @@ TEST(Plugin, WhatIsNoPluginIsRefused)
     const struct
     {
         std::filesystem::path File;
-        std::string Message; ///< or the beginning of it, before the dynamic loader's own words
+        std::string Message; ///< or its beginning, if followed by the dynamic loader's own message
     } cases[] = {
         {"nowhere.so", "cannot be loaded: "},
         {__FILE__, "cannot be loaded: "},

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# No source of the host sees the classes whose operations plug-ins implement, except for those
+# Checks that no source file of the host uses the classes that plug-ins implement, except for those
 # that wrap them in PluginNode, PluginBinding and Plugin, and one that defines a node.
 # Usage: door_test.sh SOURCE_TREE
 set -euo pipefail

@@ -1,10 +1,11 @@
 #!/usr/bin/python3
-"""Prints the symbols of what headers declare and a library has to define.
+"""Prints the symbols that headers declare and a library must define.
 
 Usage: declared_functions.py INCLUDE_FOLDER HEADER... -- COMPILER_FLAG...
 
-Each header is compiled by itself. Only what headers in the folder declare counts. Functions that
-they define, delete or leave to derived classes need no library, and templates have no symbols.
+Each header is compiled separately. Only declarations in headers of the folder count. Functions
+that headers define, delete or leave to derived classes are omitted, as are templates, which have
+no symbols.
 """
 import os
 import sys

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# All functions and variables that the installed headers of a component declare link with the flags of
-# pkg-config for this component. With --each every header also compiles by itself, which takes minutes.
+# Checks that all functions and variables declared in a component's installed headers link with the
+# flags that pkg-config reports for it. With --each, also compiles every header separately (slow).
 # Usage: headers_test.sh BUILD-FOLDER [--each]
 set -euo pipefail
 build=$1
@@ -17,7 +17,7 @@ echo 'int main() {}' >"$work/main.cpp"
 
 for component in materials host compile preview pictures editor; do
     targets=$libraries/cmake/Mox/Mox-$component.cmake
-    [ -e "$targets" ] || continue # the build is without it
+    [ -e "$targets" ] || continue # the component was not built
     package=mox-$component
     [ $component != materials ] || package=mox
     mapfile -t headers < <(grep -oE 'include/mox/[A-Za-z/]+\.h' "$targets" | sed 's#^include/##' | sort -u)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The installed tree is complete and works from any place, without help of environment variables or
-# of the build tree. Usage: install_test.sh BUILD-FOLDER SOURCE-FOLDER
+# Checks that the installed tree is complete and works from any location, without environment
+# variables or the build tree. Usage: install_test.sh BUILD-FOLDER SOURCE-FOLDER
 set -euo pipefail
 build=$1
 source=$2
@@ -24,13 +24,13 @@ for file in bin/mox libexec/mox/mox-decode lib*/libmox_materials.so lib*/libmox_
     [ -s "$file" ] || { echo "$file is missing"; exit 1; }
 done
 
-# A header needs nothing that is not installed.
+# Headers include only installed headers.
 grep -rhoE '#include "[^"]+"' include | sort -u | sed -E 's/#include "(.*)"/\1/' |
     while read -r header; do
         [ -f "include/$header" ] || { echo "$header is included but not installed"; exit 1; }
     done
 
-# Nothing points back to where it was built.
+# Nothing refers to the build or source tree.
 if grep -rlIF -e "$build" -e "$source" .; then
     echo "the files above name the build tree"
     exit 1
@@ -46,14 +46,14 @@ run "$installed/bin/mox" catalogue >"$work/catalogue"
 run "$build"/bin/mox catalogue | cmp - "$work/catalogue"
 run "$installed/bin/mox" export "$example" >"$work/export"
 run "$build"/bin/mox export "$example" | cmp - "$work/export"
-# The program finds what decodes its textures, if there is a device to draw with.
+# The program finds its texture decoder, provided that there is a device to draw with.
 if ! run "$installed/bin/mox" preview "$source/examples/tinted_texture.xml" -o "$work/picture.png" 2>"$work/errors"; then
     grep -q 'no Vulkan device' "$work/errors" || { cat "$work/errors"; exit 1; }
 elif [ -s "$work/errors" ]; then
     cat "$work/errors"
     exit 1
 fi
-# The package of Python, if it is built.
+# The Python package, if it was built.
 for package in "$installed"/lib/python3/dist-packages; do
     [ -d "$package" ] || break
     run PYTHONPATH="$package" /usr/bin/python3 -B -c 'import mox, sys
@@ -61,13 +61,14 @@ for part in mox.Library().open(sys.argv[1]).compile().files.values():
     sys.stdout.write(part.decode())' "$example" >"$work/python"
     grep -vx '' "$work/python" | cmp - <(grep -vxE '|// ------' "$work/export")
 done
-# By a link to the program, and from a folder that has gone.
+# Via a symbolic link to the program, and from a deleted folder.
 ln -s "$installed/bin/mox" "$work/link"
 run "$work/link" catalogue | cmp - "$work/catalogue"
 mkdir "$work/gone" && cd "$work/gone" && rmdir "$work/gone"
 run "$installed/bin/mox" catalogue | cmp - "$work/catalogue"
 
-# A program of its own is built from the installed tree alone, with either tool, and gets what mox prints.
+# A separate program builds against the installed tree with either build tool, and prints what mox
+# prints.
 cd "$work"
 cp -r "$installed"/share/doc/mox-materials/examples/host "$work/host"
 libraries=$(dirname "$installed"/lib*/libmox_materials.so)
@@ -90,7 +91,8 @@ for tool in by-cmake by-pkgconf; do
         { cat "$work/errors"; exit 1; }
 done
 
-# A component that is not requested needs none of its packages, and one that is names what is missing.
+# A component that is not requested needs none of its packages; a requested one names missing
+# packages.
 without=()
 for package in SPIRV-Tools-opt Vulkan X11 assimp glm glslang nlohmann_json; do
     without+=("-DCMAKE_DISABLE_FIND_PACKAGE_$package=ON")

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# The Debian packages install on a bare machine, and what they bring works there: the program with
-# the first alone; with the second a plug-in can be built, and with what this one recommends a program.
-# Needs root and the network.
+# Checks that the Debian packages install on a bare machine and work there: the first package
+# contains the program; with the second a plug-in can be built, and with its recommended packages a
+# host program. Needs root and the network.
 # Usage: package_test.sh BUILD-FOLDER SOURCE-FOLDER
 set -euo pipefail
 build=$1
@@ -29,7 +29,7 @@ inside 'mox export /root/examples/rim_light.xml' >"$work/export"
 inside '/usr/libexec/mox/mox-decode image 16384 536870912 60 </root/examples/textures/paint.png | head -c 8 | grep -q moxdec'
 
 for package in "$machine"/root/python3-mox_*.deb; do
-    [ -e "$package" ] || break # a build without it
+    [ -e "$package" ] || break # this package was not built
     inside "$install /root/python3-mox_*.deb >/dev/null"
     inside 'python3 -c "
 import mox

@@ -28,7 +28,7 @@ std::string WriteAsMaterialX(MaterialDocument document, ProblemList& problems)
     return WriteMaterialX(DescribeMaterial(graph, TestPlugins()), problems);
 }
 
-/// The ids, or names in quotes, that problems mention.
+/// The ids, or quoted names, that problems mention.
 std::set<std::string> ReportedNodes(const ProblemList& problems)
 {
     std::set<std::string> nodes;
@@ -37,7 +37,7 @@ std::set<std::string> ReportedNodes(const ProblemList& problems)
     return nodes;
 }
 
-/// Whether a difference is about a node that was reported or a step of one.
+/// Whether a difference concerns a reported node or one of its steps.
 bool IsReported(const std::string& difference, const std::set<std::string>& reported)
 {
     if (!difference.starts_with("node") && !difference.starts_with("edge") &&
@@ -80,7 +80,7 @@ TEST(MaterialX, OfTheExamplesComesBackButForWhatIsReported)
     }
 }
 
-/// Nothing of this is reported, so nothing may differ.
+/// Nothing is reported for this material, so nothing may differ.
 TEST(MaterialX, OfDirectNodesComesBackWhole)
 {
     const MaterialDocument document = MaterialFromText(R"(
@@ -138,7 +138,7 @@ TEST(MaterialX, OfDirectNodesComesBackWhole)
         ADD_FAILURE() << line << "\n" << text;
 }
 
-/// Every function and mode of our nodes is written, and what is composed makes programs again.
+/// Covers every function and mode of our nodes; composed nodes still yield programs after reading.
 TEST(MaterialX, OfEveryChoiceComesBackButForWhatIsReported)
 {
     for (const char* type : {"CoreMaths", "CoreLayerBlend", "MathsArithmetic", "MathsTrigonometry",
@@ -177,8 +177,8 @@ TEST(MaterialX, OfEveryChoiceComesBackButForWhatIsReported)
 struct ReadCase
 {
     const char* What;
-    const char* Text;    ///< between the root's tags
-    const char* Problem; ///< the first one, without the file; empty for none
+    const char* Text;    ///< inside the root element
+    const char* Problem; ///< the first one, without the file; empty if there is none
 };
 
 constexpr ReadCase readCases[] = {
@@ -249,7 +249,7 @@ TEST(MaterialX, ThatIsLongOrWideEnds)
             "<add name=\"n", i, "\" type=\"float\"><input name=\"in1\" type=\"float\" nodename=\"n",
             i + 1, "\"/><input name=\"in2\" type=\"float\" nodename=\"n", i + 1, "\"/></add>\n");
     std::string nested;
-    for (int i = 0; i < 20; ++i) // each use of one is two uses of the next
+    for (int i = 0; i < 20; ++i) // each use of a graph uses the next one twice
         nested += Compose(
             "<nodedef name=\"d", i, "\" node=\"u", i, "\"/><nodegraph name=\"g", i,
             "\" nodedef=\"d", i, "\"><u", i + 1, " name=\"a\" type=\"float\"/><u", i + 1,
@@ -270,7 +270,7 @@ TEST(MaterialX, ThatIsLongOrWideEnds)
     }
 }
 
-/// The files of the MaterialX project, as far as they are beside the tree: what carries over.
+/// Converts the files of the MaterialX project if they are available next to the tree.
 TEST(MaterialX, OfItsProjectCarriesOver)
 {
     const std::filesystem::path folder = MOX_TEST_DATA "/../../shared/mtlx";

@@ -37,7 +37,7 @@ void ExpectPorts(const std::vector<InterchangePort>& expected, const std::vector
     }
 }
 
-/// A new node with the settings of the table.
+/// Creates a node with the settings of the table.
 PluginNode NodeWith(const std::string& type, const NamedTexts& settings)
 {
     PluginNode node = TestPlugins().CreateNode(type);
@@ -70,7 +70,7 @@ TEST(StandardNodes, LeadToNodesAsTheyAre)
         EXPECT_TRUE(TestPlugins().CreateNode(port.first).Properties().Get(property));
 }
 
-/// A document with one node, whose inputs for values of its type are connected if wanted.
+/// A document with one node; inputs of its type are connected on request.
 std::string DocumentWith(const InterchangeNode& node, const std::string& type, bool isConnected)
 {
     std::string text =
@@ -97,7 +97,7 @@ std::string DocumentWith(const InterchangeNode& node, const std::string& type, b
                "type=\"color3\" nodegraph=\"g\" output=\"out\"/></surface_unlit></materialx>\n");
 }
 
-/// The nodes for each category and type, with and without connections, make programs.
+/// The nodes for each category and type, with and without connections, yield programs.
 TEST(StandardNodes, BecomeMaterialsWithoutErrors)
 {
     for (const InterchangeNode& node : GetStandardNodes().Nodes) {

@@ -12,7 +12,7 @@ using Mox::Materials::Compose;
 
 namespace {
 
-/// Steps of every kind from the records of a document.
+/// Steps of every kind, built from the records of a document.
 GraphChange ChangeFrom(const MaterialDocument& document)
 {
     GraphChange change;
@@ -44,7 +44,7 @@ GraphChange ChangeFrom(const MaterialDocument& document)
     return change;
 }
 
-/// A file of the tests has changes as JSON, and for each what is said against it.
+/// A test file contains invalid changes as JSON with the expected message for each.
 TEST(ChangeJson, RefusesWhatItDoesNotExpect)
 {
     ExpectSession("json/refusals.txt", [](const std::string& text) {

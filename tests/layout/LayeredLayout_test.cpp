@@ -16,14 +16,14 @@ struct Graph
 
     void AddNodes(std::size_t count) { Nodes.resize(Nodes.size() + count, {100, 60}); }
 
-    /// @param port of the head, from the top
+    /// @param port index of the head's port, from the top
     void Join(std::size_t tail, std::size_t head, std::size_t port = 0)
     {
         Edges.push_back({tail, head, 50, 50 + 20 * static_cast<double>(port)});
     }
 };
 
-/// Nodes of all sizes with edges from and to anywhere.
+/// Nodes of random sizes with edges between random nodes.
 Graph RandomGraph(Random& random, std::size_t nodeCount, std::size_t edgeCount)
 {
     Graph graph;
@@ -40,7 +40,7 @@ Graph RandomGraph(Random& random, std::size_t nodeCount, std::size_t edgeCount)
     return graph;
 }
 
-/// A node that all others of a chain read, as with one texture in a material.
+/// A chain in which all nodes also read one source, such as a texture in a material.
 Graph ChainWithSource(std::size_t length)
 {
     Graph graph;
@@ -87,11 +87,12 @@ TEST(LayeredLayout, TakesStepsInProportionToNodesAndEdges)
             const Graph graph = make(size);
             return static_cast<double>(LayOutInLayers(graph.Nodes, graph.Edges).StepCount);
         };
-        EXPECT_LT(countSteps(20'000) / countSteps(2'000), 14); // sorting has its logarithm
+        EXPECT_LT(countSteps(20'000) / countSteps(2'000), 14); // allows for the logarithmic factor
+                                                               // of sorting
     }
 }
 
-/// Sources stand in the order of the ports that they feed, whatever the order in which they come,
+/// Sources are placed in the order of the ports that they feed, independently of their input order,
 /// and a chain is level.
 TEST(LayeredLayout, ReadsAsThePortsDo)
 {

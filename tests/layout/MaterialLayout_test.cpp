@@ -17,7 +17,7 @@ namespace {
 
 using Mox::Materials::GuiPropertyKind;
 
-/// Everything of a document but for the positions of some nodes.
+/// Formats a document without the positions of the given nodes.
 std::string WithoutPositions(MaterialDocument document, const std::set<std::string>& ids)
 {
     for (DocumentNode& node : document.Nodes) {
@@ -82,7 +82,8 @@ DocumentNode At(const char* id, const char* x)
     return {id, "CoreMaths", 0, {{"PositionX", GuiPropertyKind::Float, x}}};
 }
 
-/// "inner" in "outer" has "c", "outer" has "a" besides; "b" is outside, between "a" and "c".
+/// "inner", inside "outer", contains "c"; "outer" also contains "a"; "b" is outside, between "a"
+/// and "c".
 MaterialDocument Framed()
 {
     MaterialDocument document;
@@ -136,7 +137,7 @@ TEST(MaterialLayout, FramesStayAroundWhatIsInThem)
     graph.Undo(inverse);
     EXPECT_EQ(FormatDocument(graph.Document()), FormatDocument(Framed()));
 
-    // Chosen nodes are laid out without their frames.
+    // Selected nodes are laid out without their frames.
     graph.Apply(LayOutMaterial(graph, {{"a", "c"}, {}}));
     EXPECT_EQ(BoxOf(graph, "outer").Width, 900);
     EXPECT_EQ(BoxOf(graph, "a").X, 10);

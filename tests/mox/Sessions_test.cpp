@@ -20,9 +20,9 @@ std::vector<std::string> SessionNames()
     return names;
 }
 
-/// Runs a command of the shell.
-/// @param output takes standard output and standard error
-/// @returns the command's status
+/// Runs a shell command.
+/// @param output receives standard output and standard error
+/// @returns the command's exit status
 int RunShell(const std::string& command, std::string& output)
 {
     FILE* pipe = popen(("{ " + command + "\n} 2>&1").c_str(), "r");
@@ -34,9 +34,10 @@ int RunShell(const std::string& command, std::string& output)
     return WEXITSTATUS(pclose(pipe));
 }
 
-/// A file of tests/mox/sessions has commands for a shell and what each prints, with its status in
-/// brackets unless that is 0. The commands run in one folder, empty at first, where "$tests" and
-/// "$examples" lead to the tree. One that ends with 80 says that the rest cannot be had here.
+/// A file in tests/mox/sessions contains shell commands with their output and, if it is not 0,
+/// their exit status in brackets. The commands share one folder, initially empty; "$tests" and
+/// "$examples" are folders of the source tree. A command that exits with 80 skips the rest of the
+/// session because it is not supported here.
 class Sessions : public testing::TestWithParam<std::string>
 {};
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The work of a command grows with its material and not with the square of it. Work is counted in
-# instructions: from n to 2n things it grows by what it grew from none to n, and a little more.
+# Checks that a command's work grows with the size of its material rather than with its square. Work
+# is counted in instructions: from n to 2n it may grow only slightly more than from 0 to n.
 # Usage: growth_test.sh MOX
 set -euo pipefail
 
@@ -10,7 +10,8 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
 
-# lines N TEXT: so many lines of it, with @ for their numbers from 1 on and % for the one before.
+# lines N TEXT: prints N lines, with @ replaced by their numbers from 1 and % by the preceding
+# number.
 lines() {
     awk -v n="$1" -v text="$2" 'BEGIN {
         for (i = 1; i <= n; ++i) {
@@ -22,9 +23,9 @@ lines() {
     }'
 }
 
-# material N TYPE NODES EDGES BINDINGS: a node n0 of the type, and N lines of each text. Where a
-# surface is set, it is one node more, and an edge leads to it.
-surface=() # the node, the edge
+# material N TYPE NODES EDGES BINDINGS: prints a material with a node n0 of the type and N lines of
+# each text. If surface is set, it adds one more node and an edge to it.
+surface=() # node, edge
 material() {
     echo "<material version=\"1\"><nodes><node id=\"n0\" type=\"$2\" version=\"0\"/>${surface[0]-}"
     lines "$1" "$3"
@@ -35,7 +36,7 @@ material() {
     echo '</bindings></material>'
 }
 
-# count ARGUMENT...: the instructions of a command.
+# count ARGUMENT...: prints the number of instructions of a command.
 count() {
     local status=0
     valgrind --tool=cachegrind --cache-sim=no --cachegrind-out-file=/dev/null "$mox" "$@" \
@@ -47,7 +48,7 @@ count() {
     sed -n 's/.*I *refs: *//p' messages | tr -d ,
 }
 
-# grows COMMAND TYPE NODES EDGES BINDINGS [N], as for material
+# grows COMMAND TYPE NODES EDGES BINDINGS [N]: checks the growth; arguments as for material
 grows() {
     local n=${6-2000} none once twice
     material 0 "${@:2:4}" >m.xml
@@ -80,7 +81,7 @@ grows check CoreTexture "$referring" '' ''
 grows check CoreMaths "$named" '' "$values"
 grows bindings CoreMaths "$named" '' "$values"
 
-# Every node has a function of its own in the programs, and all of them reach the surface.
+# Every node has a different function in the programs, and all of them reach the surface.
 surface=('<node id="end" type="Surface" version="0"/>'
     '<edge tail="n0" tailPort="out_value" head="end" headPort="in_emission"/>')
 own='<node id="n@" type="CoreMaths" version="0"><property name="Default Value 2" kind="float" value="@"/></node>'
@@ -88,7 +89,7 @@ towards='<edge tail="n@" tailPort="out_value" head="n%" headPort="in_value1"/>'
 grows 'export --target essl' CoreMaths "$own" "$towards" '' 5000
 surface=()
 
-# A hundred node types that are files add at most 5 % to the work of a material that uses none.
+# A hundred node types from files add at most 5 % to the work for a material that uses none of them.
 mkdir nodes
 for i in $(seq 100); do
     sed "s/type=\"TestDetail\"/type=\"Test$i\"/" "$tests/nodes/TestDetail.xml" >"nodes/$i.xml"

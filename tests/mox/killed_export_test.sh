@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# A killed export leaves the old text or the new one under each name, and no part of one. One that is
-# told to end also takes its temporary files away. Usage: killed_export_test.sh MOX DOCUMENT DOCUMENT
+# Checks that a killed export leaves either the old or the new content under each name, never part
+# of it. An export that is asked to terminate also removes its temporary files.
+# Usage: killed_export_test.sh MOX DOCUMENT DOCUMENT
 set -euo pipefail
 
 mox=$1
@@ -21,7 +22,7 @@ start=$(date +%s%N)
 "$mox" export 0 -o out -j 4 2>/dev/null
 duration=$(($(date +%s%N) - start))
 
-# Sends a signal somewhere in the time that a whole export takes on this machine.
+# Sends a signal at a random time during an export.
 kill_one() {
     status=0
     delay=$(((1 + RANDOM % 9) * duration / 10))
@@ -35,7 +36,7 @@ kill_one() {
 
 killed=0
 for run in {1..12}; do
-    [ $((run % 3)) -ne 0 ] || rm -rf out # new files are written in another way
+    [ $((run % 3)) -ne 0 ] || rm -rf out # new files take a different code path
     kill_one "$run" KILL
     [ "$status" -eq 0 ] || killed=$((killed + 1))
 done

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# A program that runs out of memory says so and fails like any other; it is not ended in the middle.
+# Checks that a program that runs out of memory reports it and fails normally instead of being
+# aborted.
 # Usage: memory_end_test.sh MOX MATERIAL_MAKER
 set -euo pipefail
 
@@ -9,8 +10,7 @@ trap 'rm -rf "$work"' EXIT
 cd "$work"
 "$2" chain 20000 >chain.xml
 
-# The program by itself takes less than the first limit of its addresses, and this chain more than the
-# last.
+# The program itself fits into the smallest address-space limit; this chain exceeds the largest.
 failed=0
 for limit in 250000 300000 350000; do
     status=0
@@ -20,7 +20,7 @@ for limit in 250000 300000 350000; do
 done
 [ "$failed" -gt 0 ] || { echo "memory did not run out: $(cat messages)" >&2; exit 1; }
 
-# Many materials at a time: those for which the memory is not enough fail, and the summary counts them.
+# Many materials at a time: those for which memory runs out fail, and the summary counts them.
 mkdir many
 "$2" chain 2000 >many/1.xml
 for i in {2..12}; do

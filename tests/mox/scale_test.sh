@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Materials of very many nodes, edges, properties and references come out right on a stack of 256 KiB.
-# How the work grows with them, growth_test.sh counts. Usage: scale_test.sh MOX PER_MILLE, of the full
-# sizes.
+# Checks that materials with very many nodes, edges, properties and references are processed
+# correctly with a stack of 256 KiB. growth_test.sh measures how the work grows.
+# Usage: scale_test.sh MOX PER_MILLE, of the full sizes
 set -euo pipefail
 
 mox=$1
@@ -11,7 +11,7 @@ trap 'rm -rf "$work"' EXIT
 cd "$work"
 ulimit -s 256
 
-# A full chain of a million nodes takes 16 GB.
+# A full chain of a million nodes requires 16 GB.
 needed_kb=$((16 * 1000 * per_mille))
 if [ "$(awk '/MemAvailable/ { print $2 }' /proc/meminfo)" -lt "$needed_kb" ]; then
     echo "skipped: this takes $needed_kb kB of memory"
@@ -23,7 +23,8 @@ fail() {
     exit 1
 }
 
-# material NAME NODES EDGES SIZE: a document of what two awk programs print; n is the size.
+# material NAME NODES EDGES SIZE: writes a document from the output of two awk programs; n is the
+# size.
 material() {
     size=$(($4 * per_mille / 1000))
     {
@@ -35,7 +36,7 @@ material() {
     } >"$1.xml"
 }
 
-# run NAME ARGUMENT...: leaves the output in NAME.out and says what it took.
+# run NAME ARGUMENT...: writes the output to NAME.out and prints the resources used.
 run() {
     local name=$1 begin=$EPOCHREALTIME status=0 took
     shift
@@ -45,7 +46,7 @@ run() {
     [ "$status" -le 1 ] || fail "$name: $(head -c 1000 "$name.err")"
 }
 
-# expect FILE PATTERN COUNT: so many lines of the file match.
+# expect FILE PATTERN COUNT: checks the number of matching lines.
 expect() {
     local count
     count=$(grep -c -- "$2" "$1" || true)
@@ -88,7 +89,7 @@ material references "$first; for (i = 1; i <= n; ++i) $texture, 0" '' 100000
 run references check references.xml
 expect references.out 'please attach a texture coordinate' $((size + 1))
 
-# Every node of a chain walks to its end for the name, so this one does grow with the square.
+# Every node of a chain follows it to its end for the name, so the work does grow with the square.
 material reference_chain "$first; for (i = 1; i <= n; ++i) $texture, i - 1" '' 10000
 run reference_chain check reference_chain.xml
 expect reference_chain.out 'please attach a texture coordinate' $((size + 1))

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# A program that a signal ends stops in the middle of its work and leaves no parts of files, temporary
-# files or child processes. Usage: signals_test.sh MOX MATERIAL_MAKER
+# Checks that a program terminated by a signal stops in the middle of its work and leaves no partial
+# files, temporary files or child processes behind. Usage: signals_test.sh MOX MATERIAL_MAKER
 set -euo pipefail
 
 mox=$1
@@ -15,7 +15,7 @@ fail() {
     exit 1
 }
 
-# await COMMAND...: until it succeeds.
+# await COMMAND...: waits until it succeeds.
 await() {
     local i
     for i in {1..3000}; do
@@ -25,7 +25,8 @@ await() {
     fail "this does not happen: $*"
 }
 
-# end PID: as a build system does, and expects that the program ends by the signal.
+# end PID: sends the signal that build systems send, and expects that the program is terminated by
+# it.
 end() {
     local status=0
     kill -TERM "$1"
@@ -33,8 +34,8 @@ end() {
     [ "$status" -eq 143 ] || fail "status $status: $(cat messages)"
 }
 
-# The first material takes long, so the second one is written while it is in the middle. An export that
-# waited for it would report both.
+# The first material takes long, so the second one is written in the meantime. An export that waited
+# for the first would report both.
 "$2" chain 100000 >long.xml
 "$2" chain 2 >short.xml
 "$mox" export long.xml short.xml -o out -j 2 --depfile out.d 2>messages &
@@ -46,7 +47,7 @@ grep -q '^mox: 1 exported, 1 distinct, 0 failed, .*; stopped before 1 more$' mes
     "./messages ./out/.mox-outputs ./out/short.fragment.cg ./out/short.vertex.cg " ] || fail "$(find .)"
 rm long.xml
 
-# Every name of a document has the old text or the new one.
+# Every document has either its old or its new content.
 mkdir documents
 for i in {1..60}; do
     "$2" chain 20 | sed 's/^ *//' >"documents/$i.xml"
@@ -66,7 +67,7 @@ for run in {1..6}; do
     cp old.xml "documents/$run.xml"
 done
 
-# A diagram that takes Graphviz long. Whether processes work in the temporary folder:
+# A diagram that takes Graphviz long. Checks whether processes run in the temporary folder:
 is_drawing() {
     [ -n "$(find /proc -maxdepth 2 -path '/proc/[0-9]*/cwd' -lname "$TMPDIR/*" 2>/dev/null)" ]
 }

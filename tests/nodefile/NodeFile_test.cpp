@@ -35,7 +35,7 @@ bool IsRead(const std::string& text)
     }
 }
 
-/// The places of attributes, and of names of elements, in a text.
+/// The positions of attribute and element names in a document.
 std::vector<std::size_t> FindNames(const std::string& text)
 {
     std::vector<std::size_t> places;

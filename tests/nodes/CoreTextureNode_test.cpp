@@ -32,7 +32,7 @@ std::string Describe(GuiNode& node)
                    node.HasBinding() ? "" : ", no binding", "\n", DescribeState(node));
 }
 
-/// Each line makes a node, changes its reference or its settings, and updates it:
+/// Each line creates a node, changes its reference or its settings, and updates it:
 ///     a
 ///     b -> a
 ///     b ->
@@ -59,10 +59,10 @@ TEST(CoreTextureNode, References)
         return Describe(*node);
     });
     for (const auto& [name, node] : nodes)
-        ReferenceOf(*node).reset(); // else those of a circle keep each other
+        ReferenceOf(*node).reset(); // otherwise nodes in a cycle would keep each other alive
 }
 
-/// A plug-in may offer the type and fail to create the node.
+/// A plug-in may offer the type but fail to create the node.
 TEST(CoreTextureNode, ReferenceToAPlaceholderForATexture)
 {
     const Host::Plugin plugin(MOX_CORE_PLUGIN);

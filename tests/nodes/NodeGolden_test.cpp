@@ -14,8 +14,8 @@ using namespace Mox::Materials;
 
 namespace {
 
-/// What a new node writes, once it has its settings and edges.
-/// @param line settings, ports with an edge or "*" for all, and the type of what the edges bring
+/// Describes what a new node generates with the given settings and edges.
+/// @param line settings, connected ports or "*" for all, and the type that the edges carry
 std::string DescribeNode(const Host::Plugin& plugin, const std::string& type,
                          const std::string& line)
 {
@@ -53,7 +53,7 @@ TEST(NodeGolden, WhatEveryNodeWritesInEveryMode)
 {
     ExpectNodes();
     const std::locale before = std::locale::global(std::locale("de_DE.UTF-8"));
-    ExpectNodes(); // else a decimal comma or grouped digits reached a text
+    ExpectNodes(); // otherwise a decimal comma or grouped digits appeared in the output
     std::locale::global(before);
 }
 

@@ -14,7 +14,7 @@ using namespace Mox::Materials;
 
 namespace {
 
-/// Each line changes settings of the node that the last line with a type and a property has made.
+/// Each line changes settings of the node that the last line with a type and a property created.
 TEST(NodeTransition, PortsAndFlagsFollowTheSettings)
 {
     const Host::Plugin plugin(MOX_CORE_PLUGIN);

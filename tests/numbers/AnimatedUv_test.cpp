@@ -16,20 +16,21 @@ struct FrameGrid
 constexpr FrameGrid frameGrids[] = {{1, 1}, {1, 2}, {2, 1}, {4, 4}, {2, 8},  {5, 5},   {3, 2},
                                     {2, 3}, {6, 6}, {7, 7}, {9, 3}, {8, 10}, {12, 12}, {16, 16}};
 
-/// Programs hold the size of a cell with six digits.
+/// Programs contain the size of a cell with six digits.
 double Reciprocal(int number)
 {
     return std::stod(Compose(static_cast<float>(1.0 / number)));
 }
 
-/// With some numbers of columns, six digits fall short of the reciprocal, and the first frame of a
-/// row is taken for one of the row before. Such frames are left out here and tested below.
+/// For some numbers of columns, six digits are less than the exact reciprocal, and the first frame
+/// of a row is mistaken for one of the previous row. Such frames are excluded here and tested
+/// below.
 bool FallsShort(double frame, int columns)
 {
     return std::floor(frame / columns) != std::floor(frame * Reciprocal(columns));
 }
 
-/// The place of a frame in the grid: columns run on, and the texture repeats itself.
+/// The grid position of a frame: columns continue without bounds, and the texture repeats.
 struct Cell
 {
     double X;
@@ -56,18 +57,18 @@ std::vector<Numbers> MakeFrames()
 constexpr Tolerance printed = {
     50.0, "the size of a cell has six digits: up to 5e-6, times the frame's number"};
 
-/// Where a number of an output comes from.
+/// Where a component of an output comes from.
 struct Source
 {
     double Frame;
-    double Uv; ///< along the axis of the number
+    double Uv; ///< coordinate along the axis of the component
     FrameGrid Grid;
-    std::size_t At; ///< numbers of two outputs alternate between both axes
+    std::size_t At; ///< components of two outputs alternate between both axes
 
     bool IsAlongU() const { return At % 2 == 0; }
     double Size() const { return 1.0 / (IsAlongU() ? Grid.Columns : Grid.Rows); }
 
-    /// The cell of the frame for the first output, and that of the next frame for the second.
+    /// The cell of the frame for the first output, or that of the next frame for the second output.
     std::optional<double> Cell() const
     {
         const auto cell = FindCell(Frame + (At < 2 ? 0.0 : 1.0), Grid.Columns);
@@ -106,7 +107,7 @@ struct Output
 {
     const char* Mode;
     const char* Ports;
-    std::size_t Count; ///< of numbers
+    std::size_t Count; ///< number of components
     Tolerance Allowed;
     Result (*Of)(const Source& source);
 };
@@ -150,8 +151,8 @@ TEST_F(AnimatedUvNumbers, OfAllOutputs)
     }
 }
 
-/// Where it is that six digits fall short: whole rows from the first one on. A change of this is
-/// news for artists, so it is stated here.
+/// Documents where six digits are too few: entire rows, starting with the first one. A change here
+/// affects artists, so the expected values are listed.
 TEST_F(AnimatedUvNumbers, TakeTheFirstFrameOfARowForTheLastRowsWhereSixDigitsFallShort)
 {
     for (const int columns : {3, 7, 9, 12}) {

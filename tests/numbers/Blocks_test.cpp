@@ -31,15 +31,15 @@ const ShaderType shapes[] = {
     {ComponentType::Int, 4, 1, 2},   {ComponentType::Half, 4, 3, 1},
 };
 
-/// What a program reads at one place, as a vector of four, and what must come out.
+/// What a program reads from one location, as a four-component vector, and the expected value.
 struct BlockRead
 {
     std::string Code;
     Numbers Expected;
 };
 
-/// Uniforms of every shape in each block. Each component holds another number, bools whether it is
-/// divisible by three.
+/// Uniforms of every type in each block. Each component has a different value; a bool holds whether
+/// that value is divisible by three.
 class BlockCase
 {
 public:
@@ -47,7 +47,7 @@ public:
     {
         std::string uniforms;
         for (const UniformRate rate : uniformRates) {
-            if (rate != UniformRate::Material) // what nobody reads takes its room all the same
+            if (rate != UniformRate::Material) // unread uniforms occupy space as well
                 _unread.push_back({Compose(GetRateName(rate), "Unread"),
                                    ShaderType(ComponentType::Half, 1, 1, 1), rate});
             for (const ShaderType& shape : shapes) {
@@ -90,7 +90,7 @@ public:
         return blocks;
     }
 
-    /// The first is the sum of all others, taken in the vertex stage.
+    /// The first is the sum of all others, computed in the vertex stage.
     std::vector<BlockRead> Reads;
 
 private:
@@ -205,7 +205,7 @@ protected:
     const BlockCase _case;
 };
 
-/// The text in which a stage declares a block: up to the end of its members.
+/// The source of a block's declaration in a stage, up to the end of its members.
 std::string DeclarationOf(const std::string& block, const std::string& text)
 {
     const std::size_t name = text.find(" " + block);
@@ -243,7 +243,7 @@ TEST_F(BlocksTest, EveryMemberIsReadWhereTheReflectionSays)
             Compare("glsl-vulkan", draw(GlslangInput::VulkanGlsl));
         else if (vertex.Target == CompileTarget::Hlsl)
             Compare("hlsl", draw(GlslangInput::Hlsl));
-        else if (vertex.Target == CompileTarget::Msl) // of which only the fragment stage runs
+        else if (vertex.Target == CompileTarget::Msl) // only its fragment stage runs
             Compare("msl", RunMsl({fragment.Bytes}, {rows}, inputs, blocks)[0].Pixels, 1);
         else if (vertex.Target == CompileTarget::Essl)
             runs.push_back({"essl", vertex.Bytes, fragment.Bytes});

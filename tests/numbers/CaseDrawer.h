@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-/// Draws the programs of CgCases: a triangle for each expression and set of inputs.
+/// Draws the programs of CgCases, one triangle per expression and set of inputs.
 class CaseDrawer
 {
 public:
-    /// How many sets of inputs there are.
+    /// The number of sets of inputs.
     static constexpr std::size_t Count = 64;
 
     const std::vector<std::string>& ValidationMessages() const
@@ -19,14 +19,14 @@ public:
         return _device.ValidationMessages();
     }
 
-    /// Numbers of eighths from -4 to 4: "a", "b" and "c" of each set, one after another.
+    /// Multiples of 1/8 from -4 to 4: "a", "b" and "c" of each set, one after another.
     static std::vector<Numbers> MakeInputs(std::uint32_t seed);
 
-    /// What is drawn, without programs.
+    /// Makes the draw call, without programs.
     static Mox::Host::DrawCall MakeCall(std::size_t expressions,
                                         const std::vector<Numbers>& inputs);
 
-    /// @returns for each expression the result of every set of inputs
+    /// @returns the results of each expression for every set of inputs
     std::vector<Numbers> Draw(const Mox::Host::SpirvWords& vertex,
                               const Mox::Host::SpirvWords& fragment, std::size_t expressions,
                               const std::vector<Numbers>& inputs,

@@ -11,13 +11,13 @@ namespace {
 
 constexpr double step = std::numeric_limits<float>::epsilon();
 
-/// Devices may take numbers below this one for zero.
+/// Devices may flush smaller numbers to zero.
 constexpr double smallestNormal = std::numeric_limits<float>::min();
 
-/// What is larger on the way has no result.
+/// If an intermediate value is larger, the result is undefined.
 constexpr double largest = std::numeric_limits<float>::max();
 
-/// Of all that is at hand at least this share must have a result.
+/// At least this share of the values must have a defined result.
 constexpr double leastShare = 0.3;
 
 constexpr std::size_t mostMessages = 3;

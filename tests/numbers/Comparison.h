@@ -8,29 +8,29 @@
 #include <string>
 #include <vector>
 
-/// A number as mathematics has it, and the sizes that rounding errors of its computation go by.
+/// An exact result, and the scale that determines the rounding error of its computation.
 struct Expected
 {
     double Value;
-    double Scale; ///< size of the largest number on the way, at least that of Value
+    double Scale; ///< magnitude of the largest intermediate value, at least that of Value
 };
 
-/// Nothing where the language leaves the result open.
+/// Empty if the language leaves the result undefined.
 using Result = std::optional<Expected>;
 
-/// How far off the result of an operation may be.
+/// The permitted error of an operation.
 struct Tolerance
 {
-    double Steps;       ///< of the last bit of a 32-bit float, times the scale
-    const char* Reason; ///< for people
+    double Steps;       ///< in units in the last place of a 32-bit float, times the scale
+    const char* Reason; ///< shown in the report
 };
 
 constexpr Tolerance exact = {0.0, "nothing is rounded"};
 constexpr Tolerance once = {1.0, "one rounding, which may go either way"};
 constexpr Tolerance powered = {8.0, "4 steps each for the logarithm and for the exponential"};
 
-/// Compares results with a reference, counts what was compared, and fails the running test where
-/// they differ.
+/// Compares results with a reference, counts the comparisons, and fails the running test on a
+/// difference.
 class Comparison
 {
 public:
@@ -38,11 +38,11 @@ public:
     Comparison(const Comparison&) = delete;
     Comparison& operator=(const Comparison&) = delete;
 
-    /// Says what was measured in the test's properties. A comparison that has left out most
-    /// of what it was given has failed.
+    /// Records the measurements as properties of the test. A comparison that had to skip most of
+    /// its values fails.
     ~Comparison();
 
-    /// @param expected left out if there is nothing, or a scale beyond the floats
+    /// @param expected skipped if it is empty or its scale exceeds the range of float
     /// @param describe the inputs, for the message
     void Check(float result, const Result& expected, const std::function<std::string()>& describe);
 
@@ -52,9 +52,9 @@ private:
     std::size_t _compared = 0;
     std::size_t _leftOut = 0;
     std::size_t _wrong = 0;
-    double _worst = 0.0; ///< steps
+    double _worst = 0.0; ///< in units in the last place
 };
 
-/// Numbers as a message shows them, all digits given.
+/// Formats numbers for a message with all significant digits.
 std::string Show(const Numbers& numbers, std::size_t count = 4);
 std::string Show(double number);

@@ -18,14 +18,14 @@ Result Exactly(double value)
     return Expected{value, std::abs(value)};
 }
 
-/// Nodes that only move components from one place to another.
+/// Nodes that only move components.
 using CopiedNumbers = NumbersTest;
 
 struct Outputs
 {
     const char* Settings;
-    const char* Ports; ///< with blanks between them
-    std::size_t Count; ///< of all numbers of the ports
+    const char* Ports; ///< separated by spaces
+    std::size_t Count; ///< total number of components of the ports
 };
 
 constexpr Outputs splitVectors[] = {
@@ -36,7 +36,7 @@ constexpr Outputs splitVectors[] = {
     {"Vector Type=Vector; Component Count=4", "out_x out_y out_z out_w", 4},
 };
 
-/// An output of alpha without an edge takes no part; with one it stands behind the others.
+/// An unconnected alpha output is omitted; a connected one follows the others.
 constexpr Outputs vertexColours[] = {
     {"Colour Type=Colour", "out_colour", 3},
     {"Colour Type=Colour; Alpha=true", "out_colour", 3},
@@ -47,7 +47,7 @@ constexpr Outputs vertexColours[] = {
     {"Colour Type=Vector", "out_colour", 4},
 };
 
-/// The numbers of a stream come out in their order.
+/// The components of a stream keep their order.
 TEST_F(CopiedNumbers, OfSplitVectorsAndVertexColours)
 {
     RunInputs inputs;
@@ -67,7 +67,7 @@ TEST_F(CopiedNumbers, OfSplitVectorsAndVertexColours)
     }
 }
 
-/// Every set of inputs with edges; the others read as zero.
+/// Every combination of connected inputs; unconnected ones read as zero.
 TEST_F(CopiedNumbers, OfAMergedVector)
 {
     Comparison comparison("Merge", exact);
@@ -96,10 +96,10 @@ struct ConstantKind
 {
     Outputs Type;
     std::array<double, 4> Defaults;
-    const char* Value; ///< that a host gives the binding
+    const char* Value; ///< that a host assigns to the binding
 };
 
-/// A third has no end in tenths, so that text rounds it.
+/// A third has no finite decimal representation, so the text rounds it.
 constexpr const char* constantDefaults =
     "; Default Colour=0.25 0.333333333 -1.5; Default Scalar=0.1428571429; Default Alpha=0.0625";
 constexpr std::array<double, 4> colour = {0.25, 1.0 / 3.0, -1.5, 0.0625};
@@ -145,7 +145,7 @@ TEST_F(CopiedNumbers, OfConstants)
     }
 }
 
-/// The largest and the smallest values that a locked constant can be asked for.
+/// The largest and smallest values of a locked constant.
 TEST_F(CopiedNumbers, OfConstantsOfAllSizes)
 {
     Comparison comparison("Locked scalar", sixDigits);
@@ -159,8 +159,8 @@ TEST_F(CopiedNumbers, OfConstantsOfAllSizes)
 
 constexpr const char* componentWords[] = {"float", "half", "fixed", "int", "bool"};
 
-/// What is left of a number in a type: whole numbers are cut off towards zero, and of a truth value
-/// only whether it was zero. The other types are floats of 32 bits.
+/// The value after conversion to a type: integers truncate towards zero, and booleans keep only
+/// whether it was zero. All other types are 32-bit floats.
 double Keep(const std::string& word, double value)
 {
     if (word == "int")
@@ -190,7 +190,7 @@ TEST_F(CopiedNumbers, OfAllTypesThatConvert)
     for (const std::string from : componentWords) {
         for (const std::string to : componentWords) {
             for (std::size_t count = 1; count <= 4; ++count) {
-                if (from != to) // the same types need no conversion
+                if (from != to) // equal types need no conversion
                     compare(from, to, count, false);
                 if (count > 1)
                     compare(from, to, count, true);

@@ -2,15 +2,15 @@
 
 #include "mox/authoring/GuiNode.h"
 
-/// Hands a material a value for each vertex, so that no compiler can know it beforehand. The stream
-/// is named like the node.
+/// Supplies a value per vertex to a material, so that no compiler can evaluate it in advance. The
+/// stream has the name of the node.
 class FeedNode : public Mox::Materials::GuiNode
 {
 public:
-    /// A value of this many components, as precise as its readers want it.
+    /// A value with this number of components and the precision that its readers request.
     explicit FeedNode(std::int32_t count);
 
-    /// A value of just this type. What is no float is made of floats by a cast.
+    /// A value of exactly this type; types other than float are converted from floats by a cast.
     explicit FeedNode(const ShaderType& type);
 
     void GenerateShader(ShaderGraphGenerator& generator) override;

@@ -8,7 +8,7 @@ using namespace Mox::Host;
 
 namespace {
 
-/// Every device can draw into it.
+/// Every device can render to this format.
 constexpr vk::Format format = vk::Format::eR32G32B32A32Sfloat;
 
 } // namespace

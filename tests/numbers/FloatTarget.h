@@ -8,15 +8,16 @@
 
 using Numbers = std::array<float, 4>;
 
-/// An image of four floats for each pixel, as programs put them out: no conversion, no blending.
+/// An image of four floats per pixel, exactly as programs output them, without conversion or
+/// blending.
 class FloatTarget
 {
 public:
     /// @param device must outlive the object
     FloatTarget(const Mox::Host::VulkanDevice& device, std::uint32_t width, std::uint32_t height);
 
-    /// Draws on zeros.
-    /// @returns the pixels, row by row from y = -1 of the clip space on
+    /// Clears the image to zero and draws.
+    /// @returns the pixels, row by row starting at y = -1 in clip space
     std::vector<Numbers> Draw(const Mox::Host::DrawCall& call) const;
 
 private:

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t caseCount = 768;
 
-/// All counts, and inputs without edges or with fewer components than others.
+/// All component counts, and inputs that are unconnected or narrower than the others.
 std::vector<Use> UsesOf(const Ports& ports)
 {
     const auto isWide = [](const Port& port) { return port.Is == Kind::Wide; };
@@ -26,7 +26,7 @@ std::vector<Use> UsesOf(const Ports& ports)
     for (std::size_t i = 0; i < ports.size(); ++i) {
         const unsigned port = 1u << i;
         if (isWide(ports[i]) && wideCount == 1)
-            continue; // nothing but this one tells the count
+            continue; // nothing else determines the count
         uses.push_back({3, i % 2 == 0 ? "float" : "half", ~port});
         if (isWide(ports[i]))
             uses.push_back({3, i % 2 == 0 ? "half" : "float", ~0u, port});
@@ -63,7 +63,7 @@ public:
             }
         }
         Material = node + "\n" + feeds + WriteSink(use.Precision, output);
-        // Now and then two inputs are the same.
+        // Occasionally two inputs are equal.
         for (std::size_t i = 0; i < caseCount && !Inputs.Streams.empty(); i += 7) {
             for (auto& [name, values] : Inputs.Streams)
                 values[i] = Inputs.Streams.begin()->second[i];

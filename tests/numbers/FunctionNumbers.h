@@ -12,7 +12,7 @@
 
 constexpr std::size_t mostPorts = 5;
 
-/// What stands at the ports of a function, in their order, seen from one component of the result.
+/// The values at the ports of a function, in order, for one component of the result.
 struct Arguments
 {
     std::array<std::array<double, 4>, mostPorts> Ports;
@@ -22,7 +22,7 @@ struct Arguments
     double operator[](std::size_t port) const { return Ports[port][Component]; }
 };
 
-/// A number that comes out of one rounding.
+/// A result with a single rounding.
 inline Result Rounded(double value)
 {
     return Expected{value, std::abs(value)};
@@ -40,19 +40,20 @@ inline Result OfScale(double scale, double value)
 
 enum class Kind
 {
-    Wide,      ///< of the node's count
-    Scalar,    ///< whatever the node's count
-    Connected, ///< a scalar that must have an edge
-    Pair,      ///< of two components, likewise
-    Vector,    ///< of three components, likewise
+    Wide,      ///< the node's component count
+    Scalar,    ///< one component, whatever the node's count
+    Connected, ///< a scalar that must be connected
+    Pair,      ///< two components, must be connected
+    Vector,    ///< three components, must be connected
     Colour     ///< a vector without negative components
 };
 
 struct Port
 {
     const char* Name;
-    const char* Property = ""; ///< its value without an edge; none: it is zero
-    double Default = 0.0;      ///< that the tests give the property
+    const char* Property = ""; ///< holds the value if unconnected; if there is none, the value is
+                               ///< zero
+    double Default = 0.0;      ///< value that the tests assign to the property
     Kind Is = Kind::Wide;
 };
 
@@ -67,26 +68,26 @@ struct Function
     Ports Inputs;
     Tolerance Allowed;
     Result (*Of)(const Arguments& in);
-    std::size_t Width = 0; ///< of the result; 0 is the node's count
+    std::size_t Width = 0; ///< width of the result; 0 is the node's count
 };
 
-/// A way to use a function. Ports are named by the bits of masks.
+/// One way to use a function. Ports are represented by bits of masks.
 struct Use
 {
     std::size_t Count = 3;
     const char* Precision = "float";
     unsigned Connected = ~0u;
-    unsigned Narrow = 0; ///< fed with one component, whatever Count is
+    unsigned Narrow = 0; ///< connected to a single component, whatever Count is
     const char* Settings = "";
 };
 
-/// Compares functions that nodes write with references, in all counts and precisions, with and
-/// without edges at their ports.
+/// Compares functions that nodes generate with reference implementations, in all component counts
+/// and precisions, with and without edges at their ports.
 class FunctionNumbers : public NumbersTest
 {
 protected:
-    /// @param type of the node, with the property that chooses the function
-    /// @param moreUses of every function
+    /// @param type of the node, with the property that selects the function
+    /// @param moreUses additional uses of every function
     /// @param output port of the node with the result
     void CompareAll(const std::string& type, std::span<const Function> functions,
                     const std::vector<Use>& moreUses = {}, const char* output = "out_value") const;

@@ -5,8 +5,8 @@
 
 namespace {
 
-/// A power is made of a logarithm and an exponential, so its error grows with the exponent. Below
-/// zero there is no logarithm, and at zero none that an exponent of zero or less could use.
+/// A power is computed from a logarithm and an exponential, so its error grows with the exponent.
+/// The logarithm is undefined below zero, and at zero for exponents of zero or less.
 Result Power(double base, double exponent)
 {
     if (base < 0.0 || (base == 0.0 && exponent <= 0.0))
@@ -70,13 +70,13 @@ Result Fresnel(const Arguments& in)
                    in[1] + in[2] * raised->Value);
 }
 
-/// a and b over each other: 1 - ( 1 - a )( 1 - b ).
+/// Screen blending of a and b: 1 - ( 1 - a )( 1 - b ).
 double Screen(double a, double b)
 {
     return a + b - a * b;
 }
 
-/// The size of what a product of a and b, or of their inverses, is made of.
+/// The magnitude of the terms in a product of a and b or of their complements.
 double Size(double a, double b)
 {
     return (1.0 + std::abs(a)) * (1.0 + std::abs(b));
@@ -87,15 +87,15 @@ Result Exclusion(const Arguments& in)
     return OfScale(Size(in[0], in[1]), in[0] * (1.0 - in[1]) + in[1] * (1.0 - in[0]));
 }
 
-/// Below one half the lower layer is darkened, from there on lightened; by twice the other's value,
-/// so that one half leaves it as it is.
+/// Darkens the lower layer below one half and lightens it above, by twice the other layer's value;
+/// one half leaves it unchanged.
 Result Contrast(double decider, double other)
 {
     return OfScale(2.0 * Size(decider, other),
                    decider < 0.5 ? 2.0 * decider * other : Screen(2.0 * decider - 1.0, other));
 }
 
-/// A layer by which nothing can be divided leaves the result open.
+/// The result is undefined where the divisor is zero.
 Result Dodge(double a, double b)
 {
     return b == 1.0 ? std::nullopt : Rounded(a / (1.0 - b));

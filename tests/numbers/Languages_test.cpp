@@ -33,14 +33,14 @@ std::string Write(const std::string& code, bool isVertex, Language language)
         .Text;
 }
 
-/// Angles are approximated by each implementation in its own way, in Vulkan to 2^-11.
+/// Each implementation approximates angles differently; Vulkan requires an error below 2^-11.
 float BoundOf(const std::string& name)
 {
     static const std::regex angle("sin|cos|tan");
     return std::regex_search(name, angle) ? 5e-4f : 1e-5f;
 }
 
-/// The programs of Vulkan GLSL are the measure for all others.
+/// The programs in Vulkan GLSL are the reference for all other languages.
 class LanguagesTest : public DeviceTest<CaseDrawer>
 {
 protected:
@@ -78,7 +78,7 @@ protected:
                         << Show(_inputs[3 * at + 2]);
                     ++_compared;
                     if (!isSame)
-                        at = CaseDrawer::Count - 1; // one complaint for each is enough
+                        at = CaseDrawer::Count - 1; // one message per expression is enough
                 }
             }
         }
@@ -99,20 +99,22 @@ private:
     std::size_t _compared = 0;
 };
 
-/// What the other compiler is known to get wrong or to refuse.
+/// What the reference compiler is known to evaluate incorrectly or to refuse.
 bool IsOldFault(const std::string& name)
 {
     static const std::regex faults[] = {
-        std::regex("fmod"), // takes the floor of negative numbers
-        std::regex("^(float|half): .*(faceforward|normalize|reflect)"), // "ambiguous" for scalars
-        std::regex("lit\\("),                                           // is unknown
-        std::regex("^(float|half|bool): .*(any|all)\\("), // makes invalid modules of scalars
-        std::regex("^(float|half)[234]: .*r\\+\\+"),      // the same of vectors
-        std::regex("_m00_m11"),      // elements of matrices are not multiplied with a scalar
-        std::regex("&& andOut"),     // is not evaluated after what is false
-        std::regex("3\\.x"),         // an int is not swizzled
-        std::regex("^half.*Out\\("), // half is float, so both overloads are one function
-        std::regex("m = m\\*m"),     // is not taken component by component
+        std::regex("fmod"), // rounds towards minus infinity for negative numbers
+        std::regex("^(float|half): .*(faceforward|normalize|reflect)"), // reported as ambiguous for
+                                                                        // scalars
+        std::regex("lit\\("),                                           // not supported
+        std::regex("^(float|half|bool): .*(any|all)\\("), // produces invalid modules for scalars
+        std::regex("^(float|half)[234]: .*r\\+\\+"),      // likewise for vectors
+        std::regex("_m00_m11"),      // cannot multiply elements of matrices with a scalar
+        std::regex("&& andOut"),     // not evaluated if the left-hand side is false
+        std::regex("3\\.x"),         // cannot swizzle an int
+        std::regex("^half.*Out\\("), // treats half as float, so both overloads are the same
+                                     // function
+        std::regex("m = m\\*m"),     // does not multiply component-wise
     };
     return std::any_of(std::begin(faults), std::end(faults),
                        [&](const std::regex& fault) { return std::regex_search(name, fault); });
@@ -121,10 +123,10 @@ bool IsOldFault(const std::string& name)
 TEST_F(LanguagesTest, TheOtherCompilerComputesTheSame)
 {
     for (const CgCases& cases : MakeCgCases(IsOldFault)) {
-        // It takes half for float, so overloads for both are one function twice.
+        // It treats half as float, so overloads for both would define the same function twice.
         const std::string fragment =
             std::regex_replace(cases.Fragment, std::regex(R"(pick\( (\(?half))"), "pickHalf( $1");
-        // Its vertex program has no place for what the fragments do not read.
+        // Its vertex program has no outputs for what the fragment stage does not read.
         Compare(cases, Get().Draw(Compile(cases.Vertex, true, Language::VulkanGlsl),
                                   CompileAsHlsl(fragment, Host::ProgramStage::Fragment),
                                   cases.Names.size(), _inputs));

@@ -21,7 +21,7 @@ double Frac(double x)
     return x - std::floor(x);
 }
 
-/// Where a rounding error would make a whole number of a smaller one, or the other way round.
+/// Whether a rounding error could move a number across an integer.
 bool IsNearWhole(double x)
 {
     return std::abs(x - std::round(x)) < 1e-3;
@@ -87,7 +87,8 @@ Result Polar(const Arguments& in)
                        2.0 * std::hypot(x, y));
     }
     if (x == 0.0 || std::abs(y) < 1e-4)
-        return std::nullopt; // where the angle jumps, and where devices may not divide
+        return std::nullopt; // the angle is discontinuous, or the division is undefined on some
+                             // devices
     const double turn = std::atan2(y, x) / (2.0 * std::numbers::pi);
     return OfScale(1.0, turn < 0.0 ? turn + 1.0 : turn);
 }
@@ -117,7 +118,7 @@ double Luminance(const Triple& rgb)
     return 0.2126 * rgb[0] + 0.7152 * rgb[1] + 0.0722 * rgb[2];
 }
 
-/// By the hexagon that the colours of one value form.
+/// Converts a colour using the hexagonal model of HSV.
 Triple ToHsv(const Triple& rgb)
 {
     const double high = std::max({rgb[0], rgb[1], rgb[2]});
@@ -141,7 +142,8 @@ Triple FromHsv(const Triple& hsv)
     return rgb;
 }
 
-/// Colours that a screen could show and that are not nearly grey: others have no hue to speak of.
+/// Whether a colour is in the displayable range and not nearly grey; otherwise its hue is
+/// ill-defined.
 bool HasHue(const Triple& rgb)
 {
     const double low = std::min({rgb[0], rgb[1], rgb[2]});
@@ -215,12 +217,12 @@ const Function colourAdjustments[] = {
     {"Hsv To Rgb", {colour}, products, HsvToRgb, 3},
 };
 
-/// Four colours, each grey, at 0, 1/4, 1/2 and 1.
+/// Four grey colours at 0, 1/4, 1/2 and 1.
 constexpr const char* rampSettings =
     "; Colour 1=0.5 0.5 0.5; Colour 2=1 1 1; Colour 3=0 0 0; Colour 4=0.25 0.25 0.25; "
     "Position 2=0.25; Position 3=0.5";
 
-/// @param ease what becomes of the share of the way from one colour to the next
+/// @param ease maps the linear interpolation factor between two colours
 Result Ramp(double value, double (*ease)(double))
 {
     constexpr std::array<double, 4> places = {0.0, 0.25, 0.5, 1.0};
@@ -270,10 +272,10 @@ Result Checks(const Arguments& in)
     return Rounded(std::fmod(std::abs(sum), 2.0));
 }
 
-/// The edge of a shape is soft for 1/4 to either side of it.
+/// The edge of a shape is soft over a distance of 1/4 to either side.
 constexpr const char* softness = "; Softness=0.25";
 
-/// @param reach of the place, in whose last digits the distance is
+/// @param reach magnitude of the coordinates, which limits the precision of the distance
 Result Edge(const Arguments& in, double distance, double reach)
 {
     const double size = in.Ports[2][0];
@@ -320,7 +322,7 @@ const Function normals[] = {
      [](const Arguments& in) -> Result {
          const Triple sum = {in.Ports[0][0] + in.Ports[1][0], in.Ports[0][1] + in.Ports[1][1],
                              in.Ports[0][2] * in.Ports[1][2]};
-         // Where x and y cancel, what is left of them has lost its digits.
+         // Where x and y cancel, the difference has lost its precision.
          const double before = SumOfSizes(TripleOf(in, 0)) + SumOfSizes(TripleOf(in, 1));
          const Result direction = Direction(sum, in);
          return direction ? OfScale(1.0 + before / Length(sum), direction->Value) : direction;
@@ -336,8 +338,8 @@ const Function normals[] = {
      3},
 };
 
-/// The frame of the tests' environment: a matrix that turns, stretches and moves; a place and three
-/// directions at right angles.
+/// The frame of the test environment: a matrix that rotates, scales and translates; a position and
+/// three perpendicular directions.
 constexpr std::array<std::array<double, 4>, 3> world = {
     {{0.0, -2.0, 0.0, 1.0}, {4.0, 0.0, 0.0, -2.0}, {0.0, 0.0, 0.5, 4.0}}};
 constexpr std::array<Triple, 3> frame = {{{0.6, 0.8, 0.0}, {-0.8, 0.6, 0.0}, {0.0, 0.0, 1.0}}};
@@ -357,7 +359,7 @@ double Dot(const Triple& a, const Triple& b)
     return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
 }
 
-/// The point of an object that a point of the world is: each row of the matrix has one factor.
+/// Transforms a world-space point to object space; each row of the matrix has only one factor.
 Triple UndoWorld(const Triple& v)
 {
     return {v[1] / 4.0, v[0] / -2.0, v[2] / 0.5};
@@ -377,7 +379,8 @@ constexpr Triple origin = {world[0][3], world[1][3], world[2][3]};
 
 Triple ToWorld(Triple v, const std::string& kind, Space from)
 {
-    if (from == Space::Object && kind == "Normal") // the inverse transpose: one over each factor
+    if (from == Space::Object && kind == "Normal") // the inverse transpose: the reciprocal of each
+                                                   // factor
         return {v[1] / -2.0, v[0] / 4.0, v[2] / 0.5};
     if (from == Space::Object)
         v = DoWorld(v);
@@ -455,7 +458,7 @@ TEST_F(ImageNumbers, OfTransforms)
     }
 }
 
-/// A square of texels whose values tell their places, all of which a byte holds.
+/// A square image whose texels identify their positions; all values fit into a byte.
 constexpr std::uint32_t imageSize = 4;
 
 double TexelOf(std::int64_t x, std::int64_t y, std::size_t component)
@@ -478,7 +481,7 @@ Mox::Host::TextureImage MakeImage()
     return image;
 }
 
-/// The texel at a place, which is the middle of one.
+/// The texel at a position, which is the centre of a texel.
 double ReadTexel(double s, double t, std::size_t component)
 {
     const auto wrap = [](double at) {

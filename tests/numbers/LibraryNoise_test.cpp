@@ -18,7 +18,7 @@ std::int64_t Wrap(std::int64_t number)
     return ((number % 289) + 289) % 289;
 }
 
-/// The order into which the noise brings whole numbers, in whole numbers.
+/// The noise's permutation of integers, computed in integers.
 std::int64_t Mix(std::int64_t before, std::int64_t number)
 {
     const std::int64_t x = Wrap(before + number);
@@ -38,7 +38,7 @@ Triple Floor(const Triple& point)
     return {std::floor(point[0]), std::floor(point[1]), std::floor(point[2])};
 }
 
-/// Blends what the corners of a cell contribute at a point, smoothly from one cell to the next.
+/// Interpolates the contributions of the cell corners at a point smoothly.
 template <class Corner>
 double Blend(const Triple& point, Corner corner)
 {
@@ -77,7 +77,7 @@ double GradientNoise(const Triple& point)
                  });
 }
 
-/// @param depth 0 if all points lie in one plane, else 1
+/// @param depth 0 if all points lie in one plane, otherwise 1
 double CellularNoise(const Triple& point, int depth)
 {
     const Triple cell = Floor(point);
@@ -107,7 +107,7 @@ TEST_F(NoiseNumbers, OfEveryKindInOneAndMoreOctaves)
     RunInputs inputs;
     for (std::size_t i = 0; i < count; ++i) {
         Numbers point{};
-        for (float& at : point) // some are whole numbers of cells
+        for (float& at : point) // some points lie exactly on cell boundaries
             at = static_cast<float>(random() % 4096) / (i % 3 == 0 ? 4.0f : 512.0f) - 4.0f;
         inputs.Streams["feed"].push_back(point);
     }

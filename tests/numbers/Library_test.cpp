@@ -23,7 +23,7 @@ Result Wave(double (*function)(double), double x)
 
 Result Tangent(const Arguments& in)
 {
-    // Both parts have an error of a fixed size, so the quotient is open where the cosine is small.
+    // Both operands have an absolute error, so the quotient is undefined where the cosine is small.
     const double cosine = std::cos(in[0]);
     if (std::abs(cosine) < 0.125 || std::abs(in[0]) > 4.0)
         return std::nullopt;
@@ -32,7 +32,7 @@ Result Tangent(const Arguments& in)
 
 Result ArcTangent2(const Arguments& in)
 {
-    // At the origin there is no angle, and on the negative axis two.
+    // The angle is undefined at the origin and ambiguous on the negative axis.
     if (in[1] == 0.0 || (in[0] == 0.0 && in[1] <= 0.0))
         return std::nullopt;
     return OfScale(3.15, std::atan2(in[0], in[1]));
@@ -57,7 +57,8 @@ const Function trigonometry[] = {
     {"Arc Tangent 2", {value1, value2}, inverse, ArcTangent2},
 };
 
-/// The result jumps where the quotient is whole, so places close to that are left out.
+/// The result is discontinuous where the quotient is an integer, so values close to that are
+/// excluded.
 Result Modulo(const Arguments& in)
 {
     const double share = in[0] / in[1];
@@ -74,7 +75,7 @@ Result Exponential(double base, double x)
     return OfScale(value * (1.0 + 2.0 * std::abs(x)), value);
 }
 
-/// @param base whose logarithm is one
+/// @param base of the logarithm
 Result Logarithm(double base, double x)
 {
     if (x <= 0.0)
@@ -135,7 +136,7 @@ const Function arithmetic[] = {
      [](const Arguments& in) {
          return Rounded(in[0] > 0.0 ? 1.0 : in[0] < 0.0 ? -1.0 : 0.0);
      }},
-    // A number just below one half may be rounded up to it before it is cut.
+    // A number just below one half may be rounded up to it before truncation.
     {"Round",
      {value1},
      exact,
@@ -203,7 +204,7 @@ Result Refract(const Arguments& in)
     const double rest = 1.0 - index * index * (1.0 - facing * facing);
     const double size = 1.0 + index * index * (1.0 + MirrorScale(in) * MirrorScale(in));
     if (std::abs(rest) < 1e-3 * size)
-        return std::nullopt; // a root of nearly nothing
+        return std::nullopt; // the root of a number near zero
     if (rest < 0.0)
         return OfScale(1.0, 0.0);
     const double root = std::sqrt(rest);

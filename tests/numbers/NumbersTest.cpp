@@ -45,7 +45,7 @@ std::vector<Numbers> NumbersTest::MakeValues(std::size_t seed, std::size_t count
                                       std::pair(1.0f, 0.0f), std::pair(1.0f, 2.0f)})
         special.push_back(std::nextafter(value, side));
     std::mt19937 random(static_cast<std::uint32_t>(seed));
-    // Distributions differ between libraries, the engine does not.
+    // Distributions differ between standard libraries; the engine does not.
     const auto next = [&] {
         const std::uint32_t bits = random();
         const std::uint32_t rest = bits / 2;

@@ -32,14 +32,14 @@ Vector Normalise(const Vector& v)
     return Scale(v, 1.0 / std::sqrt(Dot(v, v)));
 }
 
-/// One direction to the light with what its share of the sphere is worth.
+/// A direction to the light and its weight.
 struct Sample
 {
     Vector Light;
     double Size;
 };
 
-/// Directions that are the denser the more of the light a rough mirror sends from there to the eye.
+/// Samples directions with a density that follows the light reflected by a rough mirror to the eye.
 std::vector<Sample> SampleLights(double roughness, double cosine)
 {
     const double alpha = roughness * roughness;
@@ -73,7 +73,7 @@ std::vector<Sample> SampleLights(double roughness, double cosine)
     return samples;
 }
 
-/// The environment's code with an output that shows what its functions return.
+/// The environment's code with an additional output for the results of its functions.
 Environment MakeProbe()
 {
     const ShaderType scalar(ComponentType::Float, 1, 1, 1);
@@ -95,9 +95,9 @@ Environment MakeProbe()
 
 using Physical = NumbersTest;
 
-/// A white mirror of any roughness in even light must send back what it receives, seen from
-/// anywhere. The integral of what it sends in one bounce must be the one that MoxReflected
-/// approximates.
+/// In uniform light, a white mirror of any roughness must reflect all the light it receives, seen
+/// from any direction. The integral of the light reflected in one bounce must match MoxReflected's
+/// approximation.
 TEST_F(Physical, AWhiteMirrorLosesNoLight)
 {
     const Environment environment = MakeProbe();
@@ -124,7 +124,7 @@ TEST_F(Physical, AWhiteMirrorLosesNoLight)
             EXPECT_NEAR(results.front()[1] / once, 1.0, directBound);
             EXPECT_NEAR(once * results.front()[3], 1.0, directBound);
             worst = std::max(worst, std::abs(once * results.front()[3] - 1.0));
-            // Where the integral is known: one minus the logarithm of two.
+            // The integral is known here: one minus the logarithm of two.
             if (roughness == 1.0 && cosine == 1.0) {
                 EXPECT_NEAR(once, 1.0 - std::numbers::ln2, 0.001);
             }

@@ -29,7 +29,7 @@ SinkNode::SinkNode(const ShaderType& type) : SinkNode(type.Component)
 
 void SinkNode::ResolveComponentCounts()
 {
-    // Each input keeps the count that comes in; they need not agree.
+    // Each input keeps its own component count; the counts need not agree.
 }
 
 void SinkNode::GenerateShader(ShaderGraphGenerator& generator)

@@ -2,16 +2,16 @@
 
 #include "mox/authoring/GuiNode.h"
 
-/// The end of a material under test: writes what reaches "in_0" to "in_3" one behind the other into
-/// the value "numbers" of the environment, and zeros behind that. What a fifth number would be is
-/// cut off.
+/// The end of a material under test. Writes the values at "in_0" to "in_3" one after another into
+/// the value "numbers" of the environment, padded with zeros. Everything beyond the fourth
+/// component is discarded.
 class SinkNode : public Mox::Materials::GuiNode
 {
 public:
-    /// Inputs of a precision, which take what count comes.
+    /// Creates inputs of a precision that accept any component count.
     explicit SinkNode(ComponentType precision);
 
-    /// Inputs of just this type.
+    /// Creates inputs of exactly this type.
     explicit SinkNode(const ShaderType& type);
 
     void ResolveComponentCounts() override;

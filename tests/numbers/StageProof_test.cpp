@@ -17,7 +17,7 @@ namespace {
 
 constexpr GridSize grid{2, 24};
 
-/// Where both stages need a value, the picture must not depend on which of them computes it.
+/// If both stages need a value, the image must not depend on which of them computes it.
 class StageProof : public NumbersTest
 {
 protected:
@@ -27,7 +27,7 @@ protected:
         return environment;
     }
 
-    /// Random vertex streams and textures for all that a material reads.
+    /// Random vertex streams and textures for everything that a material reads.
     static RunInputs MakeInputs(const MaterialDocument& material, std::uint32_t seed)
     {
         RunInputs inputs;
@@ -55,7 +55,7 @@ protected:
         return inputs;
     }
 
-    /// The material without the edge that needs values in the vertex stage.
+    /// The material without the edge that requires values in the vertex stage.
     static MaterialDocument WithoutOffset(MaterialDocument material)
     {
         for (auto edge = material.Edges.begin(); edge != material.Edges.end();)
@@ -70,8 +70,8 @@ protected:
                                   MakeInputs(material, seed), grid);
     }
 
-    /// The share of pixels that differ by more than rounding. A few may, where rounding decides
-    /// about a step.
+    /// The share of pixels that differ by more than rounding errors. A few may differ where
+    /// rounding decides a comparison.
     static double Difference(const std::vector<Numbers>& one, const std::vector<Numbers>& other)
     {
         const auto isClose = [](float a, float b) {
@@ -85,12 +85,12 @@ protected:
     }
 };
 
-/// The offset contributes nothing to the picture, so without its edge it must be the same. Lines
-/// give what reaches the emission, and by a copy the offset.
+/// The offset does not contribute to the image, so the image must be the same without its edge. The
+/// lines define the input of the emission and, through a copy, of the offset.
 TEST_F(StageProof, AnOffsetChangesNoOtherValue)
 {
     const char* const materials[] = {
-        // a value that is not linear, computed from the stream
+        // a non-linear value computed from the stream
         R"(
         uv CoreUv; Name=uv0
         flipped CoreMaths; Function=Subtraction; Default Value 1=1
@@ -103,7 +103,7 @@ TEST_F(StageProof, AnOffsetChangesNoOtherValue)
         split.out_x -> surface.in_emission
         split.out_x -> surface.in_offset
         )",
-        // directions, which are normalised for each pixel
+        // directions, which are normalised per pixel
         R"(
         normal SurfaceWorldNormal
         split CoreSwizzle; Vector Type=Vector; Component Count=3
@@ -118,7 +118,7 @@ TEST_F(StageProof, AnOffsetChangesNoOtherValue)
         split.out_z -> surface.in_emission
         split.out_z -> surface.in_offset
         )",
-        // components of which only some are interpolated
+        // only some of the components are interpolated
         R"(
         uv CoreUv; Name=uv0
         square CoreMaths; Function=Multiply
@@ -145,7 +145,7 @@ TEST_F(StageProof, AnOffsetChangesNoOtherValue)
     }
 }
 
-/// MOX_RANDOM_STAGES in the environment asks for more of them.
+/// Set the environment variable MOX_RANDOM_STAGES to test more materials.
 TEST_F(StageProof, RandomMaterialsLookTheSameWithEverythingPerPixel)
 {
     const char* wanted = std::getenv("MOX_RANDOM_STAGES");
@@ -154,7 +154,8 @@ TEST_F(StageProof, RandomMaterialsLookTheSameWithEverythingPerPixel)
     std::uint32_t drawn = 0;
     for (std::uint32_t seed = first; seed - first < count && !HasFailure(); ++seed) {
         SCOPED_TRACE(Compose("seed ", seed));
-        // Node files have steep functions, which turn rounding errors into visible differences.
+        // Node files contain steep functions, which amplify rounding errors into visible
+        // differences.
         const MaterialDocument material =
             MakeRandomMaterial(seed, 4 + static_cast<int>(seed % 16), RandomTypes::Compiled);
         constexpr double mostPixels = 0.02;
@@ -165,7 +166,7 @@ TEST_F(StageProof, RandomMaterialsLookTheSameWithEverythingPerPixel)
                       mostPixels);
             ++drawn;
         } catch (const HostError& error) {
-            // Values that cross are limited; everything else must work.
+            // The number of interpolated values is limited; everything else must work.
             EXPECT_NE(std::string(error.what()).find("does not fit into"), std::string::npos)
                 << error.what();
         }

@@ -10,14 +10,15 @@ namespace {
 
 constexpr std::uint32_t pixels = 96;
 
-/// A material, once with its node's level at "Vertex" and once at "Fragment".
+/// A material that is tested with its node's level at "Vertex" and at "Fragment".
 struct StagedMaterial
 {
     const char* Name;
-    const char* Node;  ///< its line without the level
-    const char* Edges; ///< into the node from the feed "uv", which lies from 0 to 1 in the image
+    const char* Node;  ///< the node's line without the level
+    const char* Edges; ///< edges to the node from the feed "uv", which runs from 0 to 1 across the
+                       ///< image
     const char* Output;
-    double Curvature; ///< bound for the second derivatives of what comes out, along any line
+    double Curvature; ///< bound on the second derivative of the result along any line
 };
 
 constexpr StagedMaterial stagedMaterials[] = {
@@ -50,7 +51,7 @@ protected:
         return Get().DrawOnGrid(material, inputs, {squares, pixels});
     }
 
-    /// The largest distance between two images.
+    /// The largest difference between two images.
     static double Compare(const std::vector<Numbers>& one, const std::vector<Numbers>& other)
     {
         double largest = 0.0;
@@ -62,8 +63,8 @@ protected:
     }
 };
 
-/// A straight line between two vertices is off by an eighth of the curvature times the square of
-/// their distance, which is at most the diagonal of a square of the mesh.
+/// Linear interpolation between two vertices has an error of at most an eighth of the curvature
+/// times the square of their distance, which is at most the diagonal of a square of the mesh.
 TEST_F(StageNumbers, AgreeTheBetterTheFinerTheMesh)
 {
     constexpr double rounding = 1e-5;
@@ -75,7 +76,8 @@ TEST_F(StageNumbers, AgreeTheBetterTheFinerTheMesh)
             const double distance = Compare(perVertex, perFragment);
             const double bound = staged.Curvature / 8.0 * 2.0 / (double(squares) * squares);
             EXPECT_LE(distance, bound + rounding);
-            // The stages are really two: on a coarse mesh it shows.
+            // On a coarse mesh the difference is visible, which shows that there really are two
+            // stages.
             if (squares == 1) {
                 EXPECT_GE(distance, bound / 4.0);
             }
@@ -85,7 +87,7 @@ TEST_F(StageNumbers, AgreeTheBetterTheFinerTheMesh)
     }
 }
 
-/// The fragment stage sees each pixel's own place.
+/// The fragment stage uses the exact position of each pixel.
 TEST_F(StageNumbers, MeetTheReferencePerFragment)
 {
     Comparison comparison("Cube per fragment", {64.0, "places of pixels are interpolated"});

@@ -30,7 +30,8 @@ struct Image
     }
 };
 
-/// Values that a device stores without rounding: bytes, or floats that are halfs.
+/// An image with values that a device stores without rounding: bytes, or floats that fit into
+/// halfs.
 Image MakeImage(std::uint32_t width, std::uint32_t height, TexelFormat format)
 {
     Image image{width, height, {}};
@@ -44,7 +45,7 @@ Image MakeImage(std::uint32_t width, std::uint32_t height, TexelFormat format)
         }
         image.Texels.push_back(texel);
     }
-    // The ends of the range, and the place where the sRGB curve has its joint.
+    // Includes the ends of the range and the point where the segments of the sRGB curve meet.
     image.Texels[0] = {0.0, 0.0, 0.0, 0.0};
     image.Texels[1] = {1.0, 1.0, 1.0, 1.0};
     if (format == TexelFormat::Unorm8)
@@ -70,7 +71,7 @@ TextureImage ToTexture(const Image& image, TexelFormat format)
     return texture;
 }
 
-/// The mean of the texels about a place, by their distance; the image repeats itself.
+/// Bilinear interpolation at a position in a repeating image.
 Texel ReadLinear(const Image& image, double u, double v, bool is1D)
 {
     const double x = u * image.Width - 0.5;
@@ -94,7 +95,7 @@ double SrgbToLinear(double value)
     return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
 }
 
-/// The largest slope of the curve up to a value.
+/// The maximum slope of the curve up to a value.
 double SrgbSlope(double value)
 {
     return std::max(1.0, 2.4 / 1.055 * std::pow((std::abs(value) + 0.055) / 1.055, 1.4));
@@ -103,10 +104,10 @@ double SrgbSlope(double value)
 struct ColourType
 {
     const char* Settings;
-    const char* Ports; ///< with blanks between them
-    std::size_t Count; ///< of all numbers of the ports
+    const char* Ports; ///< separated by spaces
+    std::size_t Count; ///< total number of components of the ports
     bool IsNormal = false;
-    bool IsPacked = false; ///< a normal in the alpha and green of the texture
+    bool IsPacked = false; ///< a normal stored in the alpha and green channels of the texture
 };
 
 constexpr ColourType colourTypes[] = {
@@ -134,11 +135,11 @@ constexpr Tolerance whole = {32.0, "a power of the exponent 2.4 at most"};
 constexpr Tolerance mixed = {98304.0, "3/256 of the range of texels: devices know places to eight "
                                       "bits of a texel, and may mix bytes as bytes"};
 
-/// How far off the values of a texel may be.
+/// The permitted error of a texel's values.
 struct Slip
 {
-    double Range; ///< of the values
-    double Unit;  ///< what share of it they may be off
+    double Range; ///< range of the values
+    double Unit;  ///< permitted error as a fraction of it
 };
 
 class TextureNumbers : public NumbersTest
@@ -153,8 +154,8 @@ protected:
                        WriteSink(reading.Precision, type.Ports));
     }
 
-    /// What mathematics makes of a texel.
-    /// @param slip how far off the texel's values may be; scales go by its unit
+    /// Computes the exact result for a texel.
+    /// @param slip permitted error of the texel's values; scales are relative to its unit
     static Result Decode(const ColourType& type, const Reading& reading, const Texel& texel,
                          std::size_t at, const Slip& slip)
     {
@@ -170,8 +171,8 @@ protected:
         return Expected{SrgbToLinear(value), SrgbSlope(value) * slip.Range};
     }
 
-    /// The third component makes the length one. Beyond the unit circle there is none, and on it
-    /// the slope of the root has no bounds.
+    /// The third component makes the length one. It is undefined outside the unit circle, and on
+    /// the circle the slope of the root is unbounded.
     static Result Unpack(double storedX, double storedY, std::size_t at, const Slip& slip)
     {
         const double x = 2.0 * storedX - 1.0;
@@ -187,7 +188,7 @@ protected:
         return Expected{z, (z - std::sqrt(square - squareOffset)) / slip.Unit};
     }
 
-    /// Reads the image at the middle of each texel, or anywhere in and around it.
+    /// Reads the image at the centre of each texel, or at arbitrary positions inside and around it.
     void CompareReading(const ColourType& type, const Reading& reading, bool isAnywhere,
                         Comparison& comparison) const
     {

@@ -40,7 +40,7 @@ PluginNode MakeNode(const std::string& type, const Place& where)
     return TestPlugins().CreateNode(type, where);
 }
 
-/// A resolved graph in which feeds read the streams of their names.
+/// Builds a resolved graph in which feeds read the streams with their names.
 MaterialGraph MakeGraph(const MaterialDocument& material, ProblemList& problems)
 {
     MaterialGraph graph = LoadMaterial(material, NodeMaker(MakeNode), problems);
@@ -99,7 +99,7 @@ std::vector<Numbers> ValueRunner::Evaluate(const std::string& material, const Ru
 std::vector<Numbers> ValueRunner::Evaluate(const MaterialDocument& material,
                                            const Environment& environment, const RunInputs& inputs)
 {
-    // Each case has a triangle about the middle of its pixel.
+    // Each case has a triangle around the centre of its pixel.
     constexpr std::array<std::array<float, 2>, 3> corners = {
         {{0.0f, 0.0f}, {1.0f, 0.0f}, {0.5f, 1.0f}}};
     RunInputs vertices = inputs;

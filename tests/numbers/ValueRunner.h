@@ -12,53 +12,54 @@
 #include <string>
 #include <vector>
 
-/// What a material reads. Streams are named like bindings or like feeds; of their four numbers as
-/// many count as the stream has components.
+/// The inputs of a material. Streams are named after bindings or feeds; each uses as many of the
+/// four numbers as it has components.
 struct RunInputs
 {
-    std::map<std::string, std::vector<Numbers>> Streams; ///< all of one length
-    std::map<std::string, std::string> Values;           ///< of bindings, as in documents
+    std::map<std::string, std::vector<Numbers>> Streams; ///< all of the same length
+    std::map<std::string, std::string> Values;           ///< values of bindings, in document format
     std::map<std::string, Mox::Host::TextureImage> Textures;
-    Mox::Host::UniformValues Scene = {}; ///< what the environment reads
+    Mox::Host::UniformValues Scene = {}; ///< values that the environment reads
 };
 
-/// A grid of squares, each of two triangles, that fills the image.
+/// A grid of squares that fills the image; each consists of two triangles.
 struct GridSize
 {
     std::uint32_t Squares; ///< in each direction
-    std::uint32_t Pixels;  ///< of the image, in each direction
+    std::uint32_t Pixels;  ///< size of the image in each direction
 };
 
-/// Runs materials on a Vulkan device and reads the numbers back. Besides the nodes of the plug-ins
-/// materials may have
+/// Runs materials on a Vulkan device and reads the results back. In addition to the nodes of the
+/// plug-ins, materials may contain
 ///     Feed:3       a FeedNode of three components
 ///     Feed:half3   a FeedNode of a type
 ///     Sink:float   a SinkNode of a precision
 ///     Sink:=half3  a SinkNode of a type
-/// The whole road is taken: authoring graph, Cg, SPIR-V, device.
+///
+/// The complete pipeline is used: authoring graph, Cg, SPIR-V, device.
 class ValueRunner
 {
 public:
     /// @throws HostError if there is no Vulkan device
     ValueRunner();
 
-    /// What the sink gets in each case: for each entry of the streams, or for the only one if there
-    /// are no streams.
-    /// @param material as MaterialFromText takes it
-    /// @throws HostError with the first error if the material cannot be made into a program
+    /// Returns what the sink receives in each case: one case per entry of the streams, or a single
+    /// one if there are no streams.
+    /// @param material in the format of MaterialFromText
+    /// @throws HostError with the first error if the material has no program
     std::vector<Numbers> Evaluate(const std::string& material, const RunInputs& inputs);
 
-    /// What the colour output of another environment gets in each case.
+    /// Returns the colour output of another environment in each case.
     std::vector<Numbers> Evaluate(const Mox::Host::MaterialDocument& material,
                                   const Mox::Host::Environment& environment,
                                   const RunInputs& inputs);
 
-    /// What the sink gets at each pixel, when the streams are functions of the place.
-    /// @param inputs its streams go vertex by vertex, row by row, as GridPlaces gives them
+    /// Returns what the sink receives at each pixel when the streams are functions of the position.
+    /// @param inputs streams with one entry per vertex, in the order of GridPlaces
     std::vector<Numbers> DrawOnGrid(const std::string& material, const RunInputs& inputs,
                                     const GridSize& grid);
 
-    /// What the colour output of another environment gets at each pixel.
+    /// Returns the colour output of another environment at each pixel.
     std::vector<Numbers> DrawMaterial(const Mox::Host::MaterialDocument& material,
                                       const Mox::Host::Environment& environment,
                                       Mox::Host::StageCopies copies, const RunInputs& inputs,
@@ -87,5 +88,5 @@ private:
     Mox::Host::Environment _environment;
 };
 
-/// The places of a grid's vertices, from 0 to 1 in both directions.
+/// The positions of a grid's vertices, row by row, from 0 to 1 in both directions.
 std::vector<std::array<float, 2>> GridPlaces(std::uint32_t squares);

@@ -60,7 +60,7 @@ std::string Take(xmlChar* text)
     return text ? reinterpret_cast<const char*>(text) : "";
 }
 
-/// What people see of an SVG: its texts and tooltips in their order, a line for each.
+/// The visible content of an SVG: its labels and tooltips in order, one per line.
 std::string DescribeSvg(const std::string& svg)
 {
     const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document(
@@ -111,7 +111,7 @@ TEST(Pictures, AreTheSameEachTimeAndHoldTheirImages)
     EXPECT_EQ(images, picture.Images.size());
     EXPECT_EQ(RenderPicture(picture, PictureFormat::Png).substr(0, 8), "\x89PNG\r\n\x1a\n");
 
-    // An image of another size under the same name is another picture.
+    // An image of a different size with the same name counts as different.
     Drawing larger = picture;
     larger.Images.begin()->second = {2, 1, std::vector<std::uint8_t>(8, 0xff)};
     EXPECT_NE(RenderPicture(larger, PictureFormat::Svg), svg);
@@ -132,7 +132,7 @@ TEST(Pictures, ShowEveryNameAsItStands)
                                  "%n %s",
                                  "digraph",
                                  " "};
-    // What is no text at all is seen as that.
+    // Invalid characters are shown as replacement characters.
     EXPECT_EQ(EscapeLabel(std::string("a\x01\xff\xc3\0z\xef\xbf\xbf", 9)),
               "a\uFFFD\uFFFD\uFFFD\uFFFDz\uFFFD");
     EXPECT_EQ(EscapeLabel(""), "&#160;");
@@ -176,7 +176,7 @@ TEST(Pictures, MarkWhatIsWrong)
     ExpectGolden("pictures/wrong.dot", DrawDocument(MaterialFromText(wrong), problems).Dot);
     EXPECT_EQ(problems.Problems().size(), 1u);
 
-    // Conflicts show without any report; problems of no node stand below the graph.
+    // Conflicts are shown without any report; problems without a node are listed below the graph.
     ProblemList others;
     MaterialGraph graph = LoadMaterial(MaterialFromText(wrong), TestPlugins(), others);
     ResolveGraph(graph, others);
@@ -188,7 +188,7 @@ TEST(Pictures, MarkWhatIsWrong)
     EXPECT_NE(DescribeSvg(RenderPicture(second, PictureFormat::Svg)), "not well-formed");
 }
 
-/// The ports of "wobble" are those of its edges, in their order.
+/// The placeholder "wobble" has the ports of its edges, in their order.
 TEST(Pictures, DrawPlaceholdersWithThePortsOfTheirEdges)
 {
     ProblemList problems;
@@ -204,13 +204,13 @@ TEST(Pictures, DrawPlaceholdersWithThePortsOfTheirEdges)
                                                  .Dot);
 }
 
-/// They show stages and what crosses, the area of dead code of "two_maths" among them.
+/// Diagrams show stages and interpolated values, including the dead code of "two_maths".
 TEST(Pictures, OfShaders)
 {
     for (const std::string name : {"tinted_texture", "two_maths"})
         ExpectGolden("pictures/" + name + "_shader.dot", DrawExampleShader(name).Dot);
 
-    // A material with errors has no stages, but what became of it is there.
+    // A material with errors has no stages, but the nodes generated so far are shown.
     ProblemList problems;
     MaterialGraph graph = LoadMaterial(MaterialFromText(wrong), TestPlugins(), problems);
     ResolveGraph(graph, problems);

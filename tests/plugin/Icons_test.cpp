@@ -22,7 +22,7 @@ bool IsUpperCaseColour(std::string_view text)
            text.find_first_not_of("0123456789ABCDEF", 1) == text.npos;
 }
 
-/// The colour of a decoded pixel, as tables have it.
+/// The colour of a decoded pixel, in the format of XPM tables.
 std::string ColourOf(const std::uint8_t* pixel)
 {
     char text[] = "#RRGGBB";
@@ -30,7 +30,7 @@ std::string ColourOf(const std::uint8_t* pixel)
     return pixel[3] == 0 ? "None" : text;
 }
 
-/// @returns the first line of the table and the colour that follows the transparent one
+/// @returns the first line of the table and the colour after the transparent one
 std::string CheckIcon(const Host::XpmTable& table)
 {
     const std::string& header = table[0];

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The module lets nothing be seen but the two functions by which it is entered.
+# Checks that a plug-in exports only its two entry functions.
 set -euo pipefail
 exported=$(nm -D --defined-only "$1" | awk '{print $3}' | sort | xargs)
 # Sanitizers add symbols of their own.

@@ -27,7 +27,7 @@ using Types = std::map<std::string, ShaderType>;
 const ShaderType scalar{ComponentType::Float, 1, 1, 1};
 const ShaderType vector{ComponentType::Float, 3, 1, 1};
 
-/// Serves interface parameters as a host does: makes each when first asked, and enters it.
+/// Provides interface parameters like a host: creates each one on its first request and adds it.
 class TestProvider : public InterfaceNodeProvider
 {
 public:
@@ -48,7 +48,7 @@ private:
     Types _types;
 };
 
-/// What the nodes of a material write where values of these types are to be had.
+/// Generates the nodes of a material in an environment that provides these types.
 std::string Generate(const std::string& material, const Types& provided)
 {
     Host::ProblemList problems;
@@ -93,7 +93,7 @@ TEST(Surface, WhatEachTypeShowsAndWrites)
     ExpectGolden("plugins/Surface.txt", text);
 }
 
-/// The first line of each material has the types that are to be had, where it is not everything.
+/// The first line of each material lists the available types, unless all are available.
 TEST(Surface, Materials)
 {
     ExpectSession("plugins/SurfaceMaterials.txt", [](const std::string& text) {

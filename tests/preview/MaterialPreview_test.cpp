@@ -52,7 +52,7 @@ int LightAt(const Picture& picture, float x, float y)
     return pixel[0] + pixel[1] + pixel[2];
 }
 
-/// Writes a texture whose colours a function of u to the right and v downwards gives.
+/// Writes a texture with the colours of a function of u (to the right) and v (downwards).
 void WriteTexture(const std::filesystem::path& file, std::uint32_t size,
                   const std::function<Rgb(float u, float v)>& colourAt)
 {
@@ -84,8 +84,8 @@ struct WatchedPreview : MaterialPreview
 class MaterialPreviewTest : public DeviceTest<WatchedPreview>
 {
 protected:
-    /// @param words keys and values as pixels.txt has them
-    /// @param complaint takes what is wrong
+    /// @param words keys and values in the format of pixels.txt
+    /// @param complaint receives the problems
     Picture Draw(const std::string& material, std::istream& words, std::string& complaint) const
     {
         MaterialDocument document = MaterialFromText(material);
@@ -153,7 +153,7 @@ TEST_F(MaterialPreviewTest, PixelsAreThoseOfTheFile)
         return (static_cast<int>(u * 1024) + static_cast<int>(v * 1024)) % 2 == 0 ? white : black;
     });
     WriteTexture(_folder.Path() / "black.png", 2, [](float, float) { return black; });
-    // A quarter in every component: mantissa 128 of 256, two to the power of minus one.
+    // A quarter in every component: mantissa 128 of 256, times two to the power of minus one.
     const std::string texel = {char(128), char(128), char(128), char(127)};
     _folder.Write("quarter.hdr", "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 1 +X 1\n" + texel);
     // A dome in the middle, as a normal map.
@@ -239,7 +239,7 @@ TEST_F(MaterialPreviewTest, NodesTogetherLookLikeEachAlone)
 {
     std::string text = "normal SurfaceWorldNormal\nlost NoSuchType\n";
     std::vector<std::string> nodes{"normal", "lost"};
-    for (int i = 0; i < 20; ++i) { // more than can cross to the fragment stage at once
+    for (int i = 0; i < 20; ++i) { // more values than can be interpolated
         const std::string id = Compose("shade", i);
         text += Compose(id, " CoreMaths; Execution Level=Vertex; Function=Multiply; ",
                         "Default Value 2=0.", i, "5\nnormal.read -> ", id, ".in_value1\n");

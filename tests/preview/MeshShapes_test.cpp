@@ -8,7 +8,7 @@ using namespace Mox::Host;
 
 namespace {
 
-/// The directions in which position changes with u and v over a triangle.
+/// The directions in which the position changes with u and v on a triangle.
 struct Slopes
 {
     glm::vec3 AlongU;
@@ -43,7 +43,7 @@ TEST(MeshShapes, FramesFollowTheSurfaceAndTheImage)
             const glm::vec3 face = glm::cross(mesh.Positions[mesh.Indices[triangle * 3 + 1]] - p,
                                               mesh.Positions[mesh.Indices[triangle * 3 + 2]] - p);
             if (glm::length(face) < 1e-5f)
-                continue; // at the poles
+                continue; // degenerate triangles at the poles
             ++checked;
             const glm::vec3& normal = mesh.Normals[first];
             ASSERT_NEAR(glm::length(normal), 1.0f, 1e-5f);

@@ -22,7 +22,7 @@ int RedOf(const TextureImage& image)
     return std::to_integer<int>(image.Bytes[0]);
 }
 
-/// Half black and half white is half the light, which sRGB stores as 188.
+/// The mean of black and white is half the light, which sRGB encodes as 188.
 TEST(TextureLevels, SmallerLevelsKeepTheLight)
 {
     const std::vector<TextureImage> raw =

@@ -36,7 +36,7 @@ struct ExamplePreview
 class WebGlExampleTest : public DeviceTest<ExamplePreview>
 {
 protected:
-    /// Writes what a user gets from "mox export" and "mox bindings".
+    /// Writes what a user obtains from "mox export" and "mox bindings".
     void Export(const std::filesystem::path& file) const
     {
         ProblemList problems;
@@ -84,8 +84,8 @@ TEST_F(WebGlExampleTest, DrawsWhatPreviewsDraw)
             Get().Drawer.RenderMaterial(ReadMaterialDocument(file), mesh, options, problems);
         problems.ThrowFirstError();
 
-        // The canvas begins at the bottom and has neither a sky nor smooth edges. The smaller
-        // levels of its textures average encoded colours, those of previews light.
+        // The canvas starts at the bottom and has neither a sky nor antialiasing. The mip levels of
+        // its textures average encoded colours, those of previews linear light.
         int drawn = 0;
         int different = 0;
         for (std::size_t y = 0; y < size; ++y) {

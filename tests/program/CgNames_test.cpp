@@ -20,7 +20,7 @@ TEST(CgNames, EveryTextBecomesALegalName)
     EXPECT_EQ(ToSafeCgName(""), "_");
 }
 
-/// Names come from documents, in which a text may be very long.
+/// Names come from documents, which may contain very long strings.
 TEST(CgNames, LengthOfANameUsesNoStack)
 {
     const std::string name = "tex2D" + std::string(2'000'000, 'a');

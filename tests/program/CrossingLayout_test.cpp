@@ -17,7 +17,7 @@ std::int32_t WidthOf(ComponentMask mask)
     return std::popcount(mask);
 }
 
-/// Checks that the pieces are the components of the values, each once, and overlap nowhere.
+/// Checks that the pieces contain each component of the values exactly once and do not overlap.
 void CheckPieces(const std::vector<ComponentMask>& values,
                  const std::vector<std::vector<CrossingPiece>>& pieces)
 {
@@ -57,7 +57,8 @@ TEST(CrossingLayout, PacksDenselyAndSplitsOnlyWhatWouldNotFit)
         if (!pieces)
             continue;
         CheckPieces(values, *pieces);
-        // Whole values need at least this: threes and fours a register each, twos half of one.
+        // A lower bound for unsplit values: threes and fours need a register each, twos half a
+        // register.
         const std::int32_t gaps = counts[3] + (counts[2] % 2) * 2;
         const std::int32_t fewest =
             counts[4] + counts[3] + (counts[2] + 1) / 2 + (std::max(counts[1] - gaps, 0) + 3) / 4;

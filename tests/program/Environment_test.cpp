@@ -79,7 +79,7 @@ TEST(Environment, OwnEntriesComeFirstAndOwnUniformsLast)
                                "' type='float4' register='FragmentColorOut'><body>b</body>"
                                "</output></environment>");
     };
-    // The last file is included on two ways, and by the first one without its outputs.
+    // The last file is included twice, by the first file without its outputs.
     write("environment.xml", "<include file='a.xml'/><include file='b.xml'/>", "own");
     write("a.xml", "<include file='c.xml' only='values'/>", "a");
     write("b.xml", "<include file='./c.xml'/>", "b");

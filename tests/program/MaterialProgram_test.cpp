@@ -29,7 +29,7 @@ CgProgram Build(const MaterialDocument& document, ProblemList& problems,
     return BuildMaterialProgram(graph, TestEnvironment(), options, problems);
 }
 
-/// What is wrong with a material, or else the names of its parameters and both texts.
+/// Describes the problems of a material or, if there are none, its parameters and both programs.
 std::string Describe(const MaterialDocument& document, const ProgramOptions& options = {})
 {
     ProblemList problems;
@@ -64,7 +64,7 @@ TEST(MaterialProgram, OfEveryExample)
     }
 }
 
-/// The first line of each material tells what its programs, or problems, show.
+/// The first line of each material describes what its programs or problems demonstrate.
 TEST(MaterialProgram, OfMaterialsWithAPoint)
 {
     int count = 0;
@@ -124,7 +124,7 @@ TEST(MaterialProgram, TextHangsOnTheMeaningOnly)
     EXPECT_EQ(plain.find("\"tinted\""), std::string::npos);
 }
 
-/// Textures t0, t1, ..., which are added up into the surface's colour.
+/// Textures t0, t1, ..., which are summed into the surface's colour.
 std::string TextureSum(int count, bool ownCoordinates)
 {
     std::string text = "surface Surface\nuv CoreUv\n";
@@ -199,7 +199,7 @@ TEST(MaterialProgram, LimitsOfTheRegistersNameWhatIsInTheWay)
         return FormatProblems(problems);
     };
     EXPECT_EQ(problemsOf(TextureSum(16, false)), "");
-    // Each coordinate takes two components, and the normal takes three of the forty.
+    // Each coordinate uses two of the forty components, and the normal three.
     const std::string full = TextureSum(16, true);
     EXPECT_EQ(problemsOf(full), "");
     ExpectGolden("program/limits.txt", problemsOf(TextureSum(17, false)) + problemsOf(full + R"(
@@ -221,7 +221,7 @@ TEST(MaterialProgram, RandomMaterialsExportAndRepeatToTheByte)
         SCOPED_TRACE(seed);
         const MaterialDocument document = MakeRandomMaterial(seed, 1 + static_cast<int>(seed % 20));
         const std::string text = Describe(document);
-        // Values that cross are limited; everything else must work.
+        // The number of interpolated values is limited; everything else must work.
         std::istringstream lines(text);
         for (std::string line; std::getline(lines, line);)
             ASSERT_FALSE(line.starts_with("error ") &&

@@ -23,8 +23,8 @@ const ShaderType integer(ComponentType::Int, 1, 1, 1);
 
 using Register = ShaderRegisterType;
 
-/// A shader graph as plug-ins may make them, with parameters that no node of ours has. Every node
-/// is the node of the material with the name that it is given here.
+/// Builds a shader graph like a plug-in does, with parameters that none of our nodes create. Every
+/// node is attributed to the material node whose name it is given.
 class GraphMaker
 {
 public:
@@ -73,7 +73,7 @@ public:
         return node;
     }
 
-    /// A function of the first outputs of other nodes; its inputs are in_0, in_1 and so on.
+    /// Adds a function of the first outputs of other nodes; its inputs are in_0, in_1 and so on.
     ShaderNodeHandle Function(const std::string& id, ShaderLevel level,
                               const std::vector<ShaderNodeHandle>& sources, const ShaderType& type,
                               const std::string& body)
@@ -89,7 +89,7 @@ public:
         return node;
     }
 
-    /// Lets outputs read all of these, through a function of the output's stage.
+    /// Connects these nodes to outputs, through a function in the stage of the output.
     void End(const std::vector<ShaderNodeHandle>& vertex,
              const std::vector<ShaderNodeHandle>& fragment)
     {
@@ -111,7 +111,7 @@ public:
         return PlanProgram(_graph, _origins, {}, StageCopies::HandedOn, problems);
     }
 
-    /// What is wrong, or else both programs.
+    /// Describes the problems or, if there are none, both programs.
     std::string Describe() const
     {
         ProblemList problems;
@@ -130,7 +130,7 @@ private:
 
 constexpr auto automatic = ShaderLevel::Automatic;
 
-/// Both stages need the copies. The errors and programs are told in one text, case by case.
+/// Both stages need the copies. Errors and programs are compared as one text, case by case.
 TEST(ProgramPlan, OfParametersThatPlugInsMake)
 {
     std::string text;
@@ -213,8 +213,8 @@ TEST(ProgramPlan, OfParametersThatPlugInsMake)
     ExpectGolden("program/plugin_parameters.txt", text);
 }
 
-/// The number of components that cross if the fragment stage reads vectors of three components, and
-/// both stages read three copies of two components each of some wider vectors.
+/// The number of interpolated components if the fragment stage reads vectors of three components,
+/// and both stages read three two-component copies of some wider vectors.
 TEST(ProgramPlan, FitsWhateverComponentsFit)
 {
     const auto plan = [](int vectors, int pairs) {
@@ -241,10 +241,10 @@ TEST(ProgramPlan, FitsWhateverComponentsFit)
         }
         return problems.HasErrors() ? problems.Problems().front().Rule : Compose(components);
     };
-    // 3 components each need 13 registers if they stay whole.
+    // Three components each require 13 registers if they are not split.
     EXPECT_EQ(plan(13, 0), "39");
     EXPECT_EQ(plan(14, 0), "too-many-interpolants");
-    // Of each source two components are read, by copies of six.
+    // Two components of each source are read, by six copies.
     EXPECT_EQ(plan(10, 5), "40");
     EXPECT_EQ(plan(10, 6), "too-many-interpolants");
     EXPECT_EQ(plan(10, 1), "36");

@@ -9,12 +9,12 @@ namespace {
 
 struct RequestCase
 {
-    const char* Start; ///< line of the request
-    const char* Rest;  ///< of the header, a line each; with {port}, {token} and the words of Expand
+    const char* Start; ///< request line
+    const char* Rest;  ///< header lines; may contain {port}, {token} and the placeholders of Expand
     int Status;
 };
 
-/// Own headers of a page, and of one that asks for the socket.
+/// Expands placeholders to the headers that a page sends, and those for opening the WebSocket.
 std::string Expand(std::string text, const RunningServer& server)
 {
     boost::algorithm::replace_all(text, "{upgrade}",
@@ -35,7 +35,8 @@ constexpr RequestCase requests[] = {
     {"GET / HTTP/1.1", "{host}", 200},
     {"GET /app.js HTTP/1.1", "{host}", 200},
     {"GET / HTTP/1.1", "Host: localhost:{port}\n", 200},
-    // Names that an attacker lets stand for this machine, and other ways to hide what is asked.
+    // Host names that an attacker could resolve to this machine, and other ways to disguise a
+    // request.
     {"GET / HTTP/1.1", "", 403},
     {"GET / HTTP/1.1", "Host: attacker.example:{port}\n", 403},
     {"GET / HTTP/1.1", "Host: 127.0.0.1.attacker.example:{port}\n", 403},
@@ -80,13 +81,13 @@ constexpr RequestCase requests[] = {
     {"GET /./app.js HTTP/1.1", "{host}", 404},
     {"GET /app.js%00 HTTP/1.1", "{host}", 404},
     {"GET /?token={token} HTTP/1.1", "{host}", 404},
-    // What is no request.
+    // Malformed requests.
     {"GET / HTTP/1.1", "{host}X: {long}\n", 431},
     {"GET /{long} HTTP/1.1", "{host}", 431},
     {"GET / HTTP/1.1", "{host}broken\n", 400},
     {"GET / HTTP/1.1", "{host} folded: 1\n", 403},
     {"\x16\x03\x01\x02", "", 400},
-    // The socket.
+    // The WebSocket.
     {"GET /socket HTTP/1.1", "{host}{origin}{secret}{upgrade}", 101},
     {"GET /socket HTTP/1.1", "{host}{origin}{secret}{upgrade}\nearly", 400},
     {"GET /socket HTTP/1.1", "{host}{origin}{secret}", 426},
@@ -203,13 +204,13 @@ TEST(Attacks, BadMessagesCloseTheSocket)
         PageClient page(server.Port(), server.Token());
         page.Stream().binary(tried.IsBinary);
         page.Stream().write(asio::buffer(tried.Bytes));
-        // The code is lost if the rest of a message was not read when the connection is closed.
+        // The close code is lost if the connection is closed before the rest of a message was read.
         const unsigned code = page.AwaitClose();
         EXPECT_TRUE(code == tried.Code || (code == 0 && tried.Bytes.size() > 2000)) << code;
     }
     RunningServer server(settings);
     PageClient page(server.Port(), server.Token());
-    EXPECT_TRUE(page.Ask({{"do", "nonsense"}}).contains("error")); // so it is let in
+    EXPECT_TRUE(page.Ask({{"do", "nonsense"}}).contains("error")); // so the connection was accepted
     PageClient second(server.Port(), server.Token());
     EXPECT_EQ(second.AwaitClose(), 1013u);
     EXPECT_TRUE(page.Ask({{"do", "state"}}).contains("state"));
@@ -222,9 +223,9 @@ TEST(Attacks, FramesThatLieCloseTheSocket)
         {"\x81\x02{}", 4},                                        // not masked
         {"\x81\xff\x7f\xff\xff\xff\xff\xff\xff\xff\0\0\0\0", 14}, // too large
         {"\xc1\x80\0\0\0\0", 6},                                  // compressed
-        {"\x83\x80\0\0\0\0", 6},                                  // of no kind
-        {"\x80\x80\0\0\0\0", 6},                                  // goes on with nothing
-        {"\x89\xfe\x01\0\0\0\0\0", 8},                            // a ping that is too long
+        {"\x83\x80\0\0\0\0", 6},                                  // unknown opcode
+        {"\x80\x80\0\0\0\0", 6},                                  // continuation without a start
+        {"\x89\xfe\x01\0\0\0\0\0", 8},                            // oversized ping
     };
     RunningServer server;
     for (const std::string_view frame : frames) {
@@ -245,9 +246,9 @@ TEST(Attacks, APageThatDoesNotReadIsCut)
     settings.UnreadBytes = 1U << 20U;
     RunningServer server(settings);
     PageClient page(server.Port(), server.Token());
-    for (int i = 0; i < count; ++i) // each with a megabyte to answer
+    for (int i = 0; i < count; ++i) // each answer is a megabyte
         page.Send({{"id", i}, {"do", "picture"}, {"width", 512}, {"height", 512}});
-    PageClient other(server.Port(), server.Token()); // its answer comes after all of these
+    PageClient other(server.Port(), server.Token()); // its answer follows all of these
     EXPECT_TRUE(other.Ask({{"do", "picture"}}).contains("picture"));
     int received = 0;
     try {
@@ -268,7 +269,8 @@ TEST(Attacks, APageThatIsCutAmidItsMessagesEndsAlone)
         PageClient page(server.Port(), server.Token());
         for (int i = 0; i < messageCount; ++i)
             page.Send({{"id", i}, {"do", "catalogue"}});
-        page.Stream().next_layer().set_option(asio::socket_base::linger(true, 0)); // no goodbye
+        page.Stream().next_layer().set_option(asio::socket_base::linger(true, 0)); // without a
+                                                                                   // close message
         page.Vanish();
         ASSERT_TRUE(other.Ask({{"do", "undo"}}).contains("changes"));
     }

@@ -23,7 +23,7 @@ Json SetName(const std::string& name)
                        name + R"("}]}]})");
 }
 
-/// A message that makes up an edit which may fit, or goes through the history.
+/// A random edit, which may or may not be valid, or a step through the history.
 Json MakeEdit(Random& random)
 {
     const auto id = [&] { return "n" + std::to_string(random.Below(8)); };
@@ -68,7 +68,7 @@ Json MakeEdit(Random& random)
     return {{"do", "apply"}, {"steps", Json::array({step})}};
 }
 
-/// A page that shows the document by what it is told alone.
+/// A page whose copy of the document is updated only from messages.
 class Window
 {
 public:
@@ -83,8 +83,8 @@ public:
         _client.Send(message);
     }
 
-    /// Takes what comes until all messages are answered.
-    /// @returns how many did something
+    /// Processes incoming messages until all requests are answered.
+    /// @returns how many requests had an effect
     int TakeAll()
     {
         int count = 0;
@@ -115,14 +115,14 @@ private:
     int _answered = 0;
 };
 
-/// How many edits a test is to make; MOX_RANDOM_EDITS in the environment asks for more.
+/// The number of edits in a test; the environment variable MOX_RANDOM_EDITS increases it.
 int WantedEdits()
 {
     const char* wanted = std::getenv("MOX_RANDOM_EDITS");
     return wanted ? std::stoi(wanted) : 600;
 }
 
-/// Memory that this process occupies now.
+/// Memory that this process currently occupies.
 std::size_t ResidentBytes()
 {
     std::size_t all = 0;
@@ -133,7 +133,7 @@ std::size_t ResidentBytes()
 
 TEST(EditorServer, RandomEditsOfTwoPagesEndWithWhatBothShow)
 {
-    constexpr int batch = 100; // edits that are on their way at a time
+    constexpr int batch = 100; // edits in flight at a time
     const int editCount = WantedEdits();
     Random random(DrawSeed());
     RunningServer server;
@@ -152,14 +152,14 @@ TEST(EditorServer, RandomEditsOfTwoPagesEndWithWhatBothShow)
             bytesAtHalf = ResidentBytes();
     }
     EXPECT_GT(doneCount, editCount / 8);
-    // The history keeps each edit; a copy of the document for each would be far more.
+    // The history stores each edit; storing a copy of the document for each would take far more.
     constexpr std::size_t mostBytesPerEdit = 4096;
     constexpr std::size_t allocatorBytes = 16U << 20U;
     const auto laterEdits = static_cast<std::size_t>(editCount / 2);
-    if (std::getenv("MOX_RANDOM_EDITS")) { // fewer say nothing
+    if (std::getenv("MOX_RANDOM_EDITS")) { // too few edits to measure otherwise
         EXPECT_LT(ResidentBytes(), bytesAtHalf + laterEdits * mostBytesPerEdit + allocatorBytes);
     }
-    for (Window& window : windows) { // by now all notices are on their way, before this answer
+    for (Window& window : windows) { // this answer follows all notices
         window.Send({{"do", "copy"}, {"ids", Json::array()}});
         window.TakeAll();
     }
@@ -231,7 +231,7 @@ TEST(EditorServer, ReadsOneMeshAtATime)
         const std::string json = FormatJson({{"id", 1}, {"do", "mesh"}, {"name", "t.obj"}});
         page.SendBinary(std::string{static_cast<char>(json.size()), 0, 0, 0} + json + bytes);
     };
-    page.Send({{"id", 0}, {"do", "picture"}, {"node", "slow"}}); // so that the first one waits
+    page.Send({{"id", 0}, {"do", "picture"}, {"node", "slow"}}); // keeps the first mesh waiting
     put("triangle");
     put("triangle");
     EXPECT_TRUE(page.Receive().contains("error"));
@@ -250,7 +250,7 @@ TEST(EditorServer, TellsAllPagesThatTheFileHasChanged)
 {
     RunningServer server;
     PageClient page(server.Port(), server.Token());
-    EXPECT_FALSE(page.Ask({{"do", "state"}}).contains("event")); // so it is let in
+    EXPECT_FALSE(page.Ask({{"do", "state"}}).contains("event")); // so the connection was accepted
     server.Folder().Write("m.xml", "<material version=\"1\"/>");
     const Json notice = page.Receive();
     EXPECT_EQ(notice["event"], "file");
@@ -299,7 +299,7 @@ TEST(EditorServer, SilentPagesAreLost)
     settings.SilentTime = 40ms;
     settings.WithoutPage = 200ms;
     RunningServer server(settings);
-    PageClient page(server.Port(), server.Token()); // which reads nothing, so answers no ping
+    PageClient page(server.Port(), server.Token()); // reads nothing, so it does not answer pings
     EXPECT_EQ(server.Await(), ServerEnd::NoPage);
 }
 

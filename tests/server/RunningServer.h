@@ -15,7 +15,7 @@
 /// Settings that serve two small pages.
 Mox::Host::ServerSettings TestServerSettings();
 
-/// A server on a material of one node, "n0", which runs on a thread of its own.
+/// A server for a material with one node, "n0", which runs on its own thread.
 class RunningServer
 {
 public:
@@ -26,16 +26,16 @@ public:
     std::uint16_t Port() const { return _server.Port(); }
     std::string Token() const;
 
-    /// @returns why it has ended; waits until it does so by itself
+    /// @returns why the server stopped; waits until it stops by itself
     Mox::Host::ServerEnd Await() { return _end.get(); }
     Mox::Host::ServerEnd Stop();
 
-    /// Whether it has ended by now.
+    /// Whether the server has stopped.
     bool IsOver() const;
 
     const TemporaryFolder& Folder() const { return _folder; }
 
-    /// To be used while the server does not run.
+    /// May be used only while the server is not running.
     Mox::Host::EditorSession& Session() { return _session; }
 
 private:
@@ -43,22 +43,22 @@ private:
     Mox::Host::EditorSession _session;
     Mox::Host::EditorServer _server;
     std::stop_source _stop;
-    std::future<Mox::Host::ServerEnd> _end; // waits before the server goes
+    std::future<Mox::Host::ServerEnd> _end; // joins before the server is destroyed
 };
 
-/// A connection that sends any bytes.
+/// A connection that sends arbitrary bytes.
 class RawClient
 {
 public:
     explicit RawClient(std::uint16_t port);
 
-    /// @returns whether all of it could be sent
+    /// @returns whether everything could be sent
     bool Send(std::string_view bytes);
 
-    /// What comes until the end of a header.
+    /// Reads up to the end of a header.
     std::string ReadHeader();
 
-    /// What comes until the other side ends the connection.
+    /// Reads until the peer closes the connection.
     std::string ReadAll();
 
 private:
@@ -66,24 +66,24 @@ private:
     Mox::Host::asio::ip::tcp::socket _socket;
 };
 
-/// What a page in a browser does.
+/// Behaves like a page in a browser.
 class PageClient
 {
 public:
-    /// @throws boost::system::system_error if it is not let in
+    /// @throws boost::system::system_error if the connection is refused
     PageClient(std::uint16_t port, const std::string& token);
 
     void Send(const Mox::Host::Json& message);
     void SendBinary(const std::string& content);
 
-    /// The next message, and what went along with it.
+    /// Receives the next message and its binary data.
     Mox::Host::Json Receive(std::string* bytes = nullptr);
 
     /// @returns the answer; notices before it are dropped
     Mox::Host::Json Ask(const Mox::Host::Json& message, std::string* bytes = nullptr);
 
     /// Waits until the server closes the connection.
-    /// @returns the code that it gave; 0 if it gave none
+    /// @returns the close code; 0 if there is none
     unsigned AwaitClose();
 
     void SayGoodbye();

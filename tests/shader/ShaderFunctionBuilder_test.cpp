@@ -31,7 +31,7 @@ TEST(ShaderFunctionBuilder, ComposesAndBuildsAgain)
     EXPECT_EQ(builder.Code, "");
 }
 
-/// Under a locale with decimal commas and grouped digits, of which nothing may be seen.
+/// Runs in a locale with decimal commas and digit grouping, which must not affect the output.
 TEST(ShaderFunctionBuilder, Constants)
 {
     const std::locale before = std::locale::global(std::locale("de_DE.UTF-8"));

@@ -18,7 +18,7 @@ ShaderNodeHandle FunctionOf(const ShaderType& type)
     return builder.Build(ShaderLevel::Automatic, "f");
 }
 
-/// A type as it formats itself; behind "@" its rows, where they do not show.
+/// Parses a type from its formatted form, with its rows after "@" where they are not part of it.
 ShaderType ReadType(const std::string& text)
 {
     const std::size_t mark = text.find_first_of("[@");
@@ -28,7 +28,7 @@ ShaderType ReadType(const std::string& text)
     return type;
 }
 
-/// Lines of the types of an output and of an input.
+/// Each line contains the types of an output and an input.
 TEST(ShaderGraphGenerator, ConnectConverts)
 {
     ExpectSession("shader/conversions.txt", [](const std::string& line) {

@@ -82,7 +82,7 @@ TEST_F(ShaderGraphTest, RefusesWithAReason)
     EXPECT_EQ(Graph.Edges.size(), 1u);
 }
 
-/// Provides what it is asked for, if the name is its own.
+/// Provides a parameter if it is requested by this name.
 class NamedProvider : public InterfaceNodeProvider
 {
 public:

@@ -95,7 +95,7 @@ TEST(FormatFloat, PrintsWhatAClassicStreamPrints)
     for (const float value : {0.0f, -0.0f, 1.0f, 0.8f, 0.25f, 0.33333333f, 99999.95f, 999999.5f,
                               1e6f, 123456.5f, 0.0001f, 0.00001f, 1e10f})
         expectSame(value);
-    // The largest and the smallest ones, what is infinite and what is no number.
+    // The largest and smallest numbers, infinities and NaN.
     for (const std::uint32_t bits :
          {0x7f7fffffu, 0x00800000u, 1u, 0x7f800000u, 0xff800000u, 0x7fc00000u, 0xffc00000u})
         expectSame(std::bit_cast<float>(bits));

@@ -13,11 +13,12 @@ using Mox::Materials::Compose;
 
 namespace {
 
-/// T stands for each of the types, E for its elements; a, b and c are of that type. A row with
-/// "return" is a whole body.
+/// T stands for each of the types, E for its component type; a, b and c have type T. A row that
+/// contains "return" is a complete body.
 struct Row
 {
-    const char* Types; ///< F floats, V vectors of floats, W those of three, I ints, B bools
+    const char* Types; ///< F: floats, V: float vectors, W: three-component vectors, I: ints, B:
+                       ///< bools
     const char* Code;
 };
 
@@ -114,7 +115,8 @@ constexpr Row rows[] = {
     {"F", "weights[1]*a + weights[2]*two"},
 };
 
-/// M is a matrix of R rows and C columns, m one made of a, b and c; v has R components, w has C.
+/// M is a matrix type with R rows and C columns; m is built from a, b and c; v has R components, w
+/// has C.
 constexpr const char* matrixRows[] = {
     "mul( v, m )",
     "mul( m, w )",
@@ -170,7 +172,7 @@ std::string ReplaceWord(const std::string& text, const char* word, const std::st
     return std::regex_replace(text, std::regex(Compose("\\b", word, "\\b")), by);
 }
 
-/// Functions that a row may call, for its type.
+/// Functions that rows for a type may call.
 std::string OutFunctions(const std::string& type)
 {
     return ReplaceWord(
@@ -208,7 +210,7 @@ public:
         EndCase();
     }
 
-    /// A function of a node, whose inputs are above zero, as powers and quotients need it.
+    /// Adds a node's function with positive inputs, as powers and quotients require.
     void Add(const std::string& function)
     {
         static const std::regex head(R"(^void (\w+)\()");

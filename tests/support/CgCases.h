@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-/// Programs in Cg, each of which computes some expressions of the inputs "a", "b" and "c" (ATTR1 to
-/// 3) and hands out the one whose number is the input "k" (ATTR4).
+/// Cg programs, each of which computes several expressions of the inputs "a", "b" and "c" (ATTR1 to
+/// 3) and outputs the one selected by the input "k" (ATTR4).
 struct CgCases
 {
-    std::vector<std::string> Names; ///< for people, by number
+    std::vector<std::string> Names; ///< for messages, by index
     std::string Vertex;
     std::string Fragment;
 };
@@ -24,12 +24,12 @@ struct CgParameter
     std::string Name;
 };
 
-/// Of the head of a node's function.
+/// Parses the parameters in the head of a node's function.
 std::vector<CgParameter> ParametersOf(const std::string& function);
 
-/// Every function, operator and conversion at every type that it takes, the functions of nodes that
-/// read no textures and divide by no zero, and random bodies. Where inputs would be outside of what
-/// is defined, the expression moves them inside.
-/// @param isExcluded by name, of those to leave out
+/// Cases for every function, operator and conversion with every type that it accepts, the functions
+/// of nodes that neither read textures nor divide by zero, and random bodies. Where inputs would be
+/// outside the defined range, the expression maps them into it.
+/// @param isExcluded whether to leave out the case with a name
 std::vector<CgCases> MakeCgCases(const std::function<bool(const std::string&)>& isExcluded =
                                      [](const std::string&) { return false; });

@@ -7,9 +7,9 @@
 #include <memory>
 #include <string>
 
-/// Tests that share one subject on a Vulkan device, which the validation layer watches. Where there
-/// is no device they are skipped.
-/// @tparam Subject made without arguments; tells its ValidationMessages
+/// Tests that share one subject on a Vulkan device, with the validation layer enabled. They are
+/// skipped if there is no device.
+/// @tparam Subject default-constructible, with a member ValidationMessages
 template <class Subject>
 class DeviceTest : public testing::Test
 {
@@ -42,7 +42,7 @@ private:
         std::size_t MessagesSeen = 0;
     };
 
-    /// Goes before the loader of the device does.
+    /// Destroyed before the device's loader is unloaded.
     static SharedSubject& Shared()
     {
         static SharedSubject shared = [] {

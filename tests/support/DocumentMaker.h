@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-/// Documents that follow the schema, and nothing else, from a random source: parts of the one with
-/// everything, whose texts are wild and whose nodes and edges mean nothing.
+/// Makes random documents that follow the schema but no other rule: parts of the sample document,
+/// with wild strings, whose nodes and edges have no meaning.
 class DocumentMaker
 {
 public:

@@ -16,8 +16,8 @@ using Mox::Materials::GuiPort;
 
 namespace {
 
-/// Where the edge lists of the nodes, the Connected flags of their ports or the topological order
-/// do not agree with the edges of the graph: a line for each.
+/// Lists where edge lists of nodes, Connected flags of ports or the topological order are
+/// inconsistent with the edges of the graph, one per line.
 std::string FindDisagreement(const MaterialGraph& graph)
 {
     std::string found;
@@ -66,7 +66,7 @@ public:
     bool CanUndo() const { return _history.CanUndo(); }
     bool CanRedo() const { return _history.CanRedo(); }
 
-    /// @returns whether the change was not refused
+    /// @returns whether the change was accepted
     bool Do(const GraphChange& change)
     {
         const std::string before = _text;
@@ -131,7 +131,7 @@ int CheckEdits(MaterialGraph& graph, const NodeMaker& maker, const GraphEditor::
         doneCount += isDone;
         const std::string after = edited.Text();
         const std::size_t fate = choose(8);
-        if (isDone && fate < 2 && after != before) { // else nothing was remembered
+        if (isDone && fate < 2 && after != before) { // otherwise nothing was recorded
             Claim(!edited.CanRedo(), "a new change forgets what was undone");
             edited.Undo();
             ClaimEqual(edited.Text(), before, "undoing restores what was");

@@ -5,11 +5,11 @@
 
 #include <functional>
 
-/// Makes edits of a graph until it is over, now and then undoes one, in the end all of them, and
-/// does them all again. After every tenth edit, and in the end, the graph must be what its document
-/// gives when it is written, read and loaded anew.
+/// Makes edits of a graph until isOver, occasionally undoing one, and at the end undoes and redoes
+/// all of them. After every tenth edit and at the end, the graph must equal the one loaded from its
+/// written document.
 /// @param maker of the graph
-/// @returns the number of edits that were not refused
-/// @throws std::logic_error if something does not hold
+/// @returns the number of edits that were accepted
+/// @throws std::logic_error if an invariant does not hold
 int CheckEdits(Mox::Host::MaterialGraph& graph, const Mox::Host::NodeMaker& maker,
                const GraphEditor::Choice& choose, const std::function<bool()>& isOver);

@@ -5,7 +5,7 @@
 
 #include <string>
 
-/// The message of the error of a type that call raises, or "no failure".
+/// The message of the exception that a call throws, or "no failure".
 template <class Error = ShaderError, class Call>
 std::string FailureOf(Call call)
 {
@@ -17,7 +17,7 @@ std::string FailureOf(Call call)
     return "no failure";
 }
 
-/// The same for failures of the host.
+/// The same for errors of the host.
 template <class Call>
 std::string HostFailureOf(Call call)
 {

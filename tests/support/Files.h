@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-/// The bytes of a file, which must be there.
+/// Reads a file, which must exist.
 std::string ReadText(const std::filesystem::path& file);
 
-/// The documents of the examples, of which there are some.
+/// The documents of the examples; at least one.
 std::vector<std::filesystem::path> ExampleDocuments();

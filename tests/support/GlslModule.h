@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-/// What glslang reads a text as.
+/// The language as which glslang parses a source.
 enum class GlslangInput
 {
     Glsl,
@@ -13,11 +13,11 @@ enum class GlslangInput
     Hlsl,
 };
 
-/// What glslang has to say against a text; empty if nothing.
+/// Returns glslang's messages about a source; empty if it is valid.
 std::string ReadWithGlslang(const std::string& text, GlslangInput input, bool isVertex);
 
-/// A text as a SPIR-V module. Inputs and outputs of HLSL are numbered in their order, and the block
-/// in register bN is in set N.
-/// @throws std::runtime_error with glslang's messages and the text if it is refused
+/// Compiles a source to SPIR-V. In HLSL, inputs and outputs are numbered in order, and the block in
+/// register bN is in set N.
+/// @throws std::runtime_error with glslang's messages and the source if it is refused
 std::vector<std::uint32_t> CompileWithGlslang(const std::string& text, GlslangInput input,
                                               bool isVertex);

@@ -2,6 +2,6 @@
 
 #include <string>
 
-/// Expects text to be what the file tests/<name> holds. With MOX_UPDATE_GOLDEN set in the
-/// environment the file is written instead, for review in the diff.
+/// Expects text to equal the content of the file tests/<name>. If the environment variable
+/// MOX_UPDATE_GOLDEN is set, writes the file instead, for review in the diff.
 void ExpectGolden(const std::string& name, const std::string& text);

@@ -14,7 +14,7 @@ using Mox::Materials::GuiPropertyKind;
 
 namespace {
 
-/// Some fit one type, some another, some none.
+/// Some are valid for one type, some for another, some for none.
 const std::vector<DocumentProperty>& Settings()
 {
     static const MaterialDocument settings = MaterialFromText(R"(

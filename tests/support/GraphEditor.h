@@ -8,16 +8,17 @@
 #include <string>
 #include <vector>
 
-/// Makes up changes of a graph, more or less sensible ones, from choices that somebody else makes.
+/// Makes up changes of a graph, valid and invalid ones, from choices that the caller supplies.
 class GraphEditor
 {
 public:
-    /// One of the numbers below end.
+    /// Returns a number below end.
     using Choice = std::function<std::size_t(std::size_t end)>;
 
     GraphEditor(const Mox::Host::MaterialGraph& graph, Choice choose);
 
-    /// A change of the graph as it is now; it need not fit. The graph has a node at least.
+    /// Returns a change of the graph in its current state; it may be invalid. The graph must have
+    /// at least one node.
     Mox::Host::GraphChange Next();
 
 private:

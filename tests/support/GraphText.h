@@ -6,15 +6,16 @@
 
 #include <string>
 
-/// All records of a document, lines excepted.
+/// All records of a document, except for line numbers.
 std::string FormatDocument(const Mox::Host::MaterialDocument& document);
 
-/// What a document does not have: values and flags of all properties, ports with all they hold, and
-/// the edge lists of the nodes, sorted. The description of a placeholder is left out, since it is
-/// another one after loading.
+/// What a document does not contain: values and flags of all properties, ports with all their
+/// fields, and the edge lists of the nodes, sorted. The description of a placeholder is omitted,
+/// because loading changes it.
 std::string DescribeNodes(const Mox::Host::MaterialGraph& graph);
 
-/// All that a graph is: its document, nodes and edges, and what is wrong, lines excepted.
+/// The complete state of a graph: its document, nodes and edges, and problems, except for line
+/// numbers.
 std::string DescribeGraph(const Mox::Host::MaterialGraph& graph);
 
 /// One line for each problem: level, rule, place and message.

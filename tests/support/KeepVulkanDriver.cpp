@@ -1,6 +1,6 @@
-// Part of programs under the leak sanitizer. Mesa's driver keeps tables to its end, which is the
-// end of the process. The Vulkan loader unloads it with the last instance, and then nothing refers
-// to them.
+// Linked into programs under the leak sanitizer. Mesa's driver keeps tables until the process ends.
+// The Vulkan loader unloads the driver with the last instance, after which nothing refers to the
+// tables.
 
 #include <dlfcn.h>
 

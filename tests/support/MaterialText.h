@@ -4,13 +4,14 @@
 
 #include <string>
 
-/// A material from lines such as
+/// Makes a material from lines such as
 ///     paint CoreTexture; Name=rock; Alpha=true
 ///     lost StudioWobble@2; Twin:node=paint
 ///     uv.read -> paint.in_uv
 ///     ; Level:enum=High
-///     # what one should know
-/// Values stand as in documents; their kinds are those of a new node's properties unless they are
-/// told. A number behind the type is the version, which is 0 otherwise. A line that begins with a
-/// semicolon has more properties of the node above.
+///     # a comment
+///
+/// Values are written as in documents; their kinds are those of a new node's properties unless they
+/// are given. A number after the type is the version, by default 0. A line that starts with a
+/// semicolon contains further properties of the node above.
 Mox::Host::MaterialDocument MaterialFromText(const std::string& text);

@@ -39,13 +39,13 @@ std::string DescribePorts(const char* arrow, const std::vector<GuiPort>& ports)
     return text;
 }
 
-/// Lays an edge at each port that counts as connected, for as long as it lives.
+/// Adds an edge at each port that counts as connected, for the lifetime of the object.
 class LooseEdges
 {
 public:
     explicit LooseEdges(GuiNode& node) : _node(node)
     {
-        Clear(); // of what a construction that failed has left
+        Clear(); // removes what a failed construction has left
         for (const GuiPort& port : node.InputPorts) {
             if (port.Connected)
                 node.AddInEdge(Lay(port.Name, &GuiEdge::HeadPort));
@@ -58,7 +58,7 @@ public:
 
     ~LooseEdges() { Clear(); }
 
-    /// Where each edge has found its shader node.
+    /// Describes the shader node that each edge leads to.
     std::string DescribeEnds(const ShaderGraphGenerator& generator) const
     {
         std::string text;

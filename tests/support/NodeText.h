@@ -6,26 +6,26 @@
 #include <cstdint>
 #include <string>
 
-/// Sets properties from a text such as "Colour Type=Normal; Alpha=true"; values stand as in
-/// documents. UpdatePorts is left to the caller.
+/// Sets properties from a string such as "Colour Type=Normal; Alpha=true", with values as in
+/// documents. Calling UpdatePorts is left to the caller.
 void ApplySettings(Mox::Materials::GuiNode& node, const std::string& settings);
 
-/// Resolves a node as if the ports of these names (blanks between them, "*" for all) had edges:
-/// free inputs get the width, and outputs feed inputs of the precision.
+/// Resolves a node as if the given ports (separated by spaces, "*" for all) had edges: inputs
+/// without a fixed count get the width, and outputs feed inputs of the precision.
 void ResolveAlone(Mox::Materials::GuiNode& node, const std::string& connected, std::int32_t width,
                   ComponentType precision);
 
-/// Ports with label and fixed values, and which of the node's own properties are hidden or locked.
+/// Describes ports with label and fixed values, and the node's hidden or locked properties.
 std::string DescribeState(const Mox::Materials::GuiNode& node);
 
-/// The shader graph that the node alone generates, and the ends that its edges have found in it; or
-/// its failure, which must leave the graph empty.
+/// Describes the shader graph that the node alone generates and the ends of its edges in it; or its
+/// failure, which must leave the graph empty.
 std::string DescribeShader(Mox::Materials::GuiNode& node);
 
-/// The same in a graph that has what the node asks for.
+/// The same in a graph that contains what the node requests.
 std::string DescribeShader(Mox::Materials::GuiNode& node, ShaderGraph& graph);
 
-/// Bindings as a document.
+/// Formats bindings as a document.
 std::string FormatBindings(const Mox::Materials::Material& material);
 
 /// The bindings that the node creates, as a document, or "no binding".

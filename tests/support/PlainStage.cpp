@@ -10,7 +10,7 @@ namespace Mox::Languages {
 
 namespace {
 
-/// The number after a word; nothing if the text is not of that form.
+/// The number after a prefix; nothing if the string has another form.
 int NumberAfter(std::string_view text, std::string_view word)
 {
     if (!text.starts_with(word))

@@ -8,7 +8,7 @@
 
 #include <limits>
 
-/// A node that counts its calls and does what its properties say.
+/// A node that counts calls and behaves as its properties specify.
 class ProbeNode : public TestNode
 {
 public:
@@ -27,7 +27,8 @@ public:
         PortCalls = 0;
     }
 
-    /// With a master, the node takes over its number of inputs, after having spoilt all ports.
+    /// If the node has a master, it corrupts all its ports and then adopts the master's number of
+    /// inputs.
     void UpdatePorts(const boost::shared_ptr<void>&) override
     {
         ++PortCalls;
@@ -59,7 +60,7 @@ public:
         GuiNode::ResolvePrecisions();
     }
 
-    boost::shared_ptr<Mox::Materials::GuiProperty> Width; ///< of the output; 0: free
+    boost::shared_ptr<Mox::Materials::GuiProperty> Width; ///< width of the output; 0: not fixed
     boost::shared_ptr<Mox::Materials::GuiProperty> IsFloat;
     boost::shared_ptr<Mox::Materials::GuiProperty> Inputs;
     boost::shared_ptr<Mox::Materials::GuiProperty> Failure;
@@ -77,7 +78,8 @@ private:
     }
 };
 
-/// Makes probes, nodes of type "Bomb" that cannot be made, and placeholders for all others.
+/// Creates probes, fails to create nodes of type "Bomb", and creates placeholders for all other
+/// types.
 inline Mox::Host::NodeMaker ProbeMaker()
 {
     return Mox::Host::NodeMaker(

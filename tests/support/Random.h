@@ -6,7 +6,7 @@
 #include <iterator>
 #include <random>
 
-/// A new random seed, which is printed too, so that a failure can be seen again.
+/// Returns a new random seed and prints it, so that a failure can be reproduced.
 inline std::uint32_t DrawSeed()
 {
     const std::uint32_t seed = std::random_device()();
@@ -14,13 +14,13 @@ inline std::uint32_t DrawSeed()
     return seed;
 }
 
-/// Random choices; the same seed gives the same ones.
+/// Random choices; the same seed gives the same sequence.
 class Random
 {
 public:
     explicit Random(std::uint32_t seed) : _engine(seed) {}
 
-    /// One of the numbers below end, which is above 0.
+    /// A number below end, which must be positive.
     std::size_t Below(std::size_t end)
     {
         return std::uniform_int_distribution(std::size_t(0), end - 1)(_engine);

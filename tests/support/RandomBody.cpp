@@ -9,11 +9,11 @@
 
 namespace {
 
-/// As every product adds three binary places before and three behind the point, variables have a
-/// degree: how many inputs are multiplied in them at most.
+/// Every product adds three binary digits before and three after the point, so variables have a
+/// degree: the maximum number of inputs multiplied in them.
 constexpr int mostDegree = 3;
 
-/// The parts one after the other; they are made in this order.
+/// Joins the parts, which are evaluated in order.
 std::string Join(std::initializer_list<std::string> parts)
 {
     std::string text;
@@ -91,14 +91,14 @@ private:
         return text;
     }
 
-    /// Each local may be what it was, or what it is in another branch.
+    /// Each local may keep its value or have the value from another branch.
     void RaiseTo(const std::array<Local, 2>& others)
     {
         for (std::size_t i = 0; i < _locals.size(); ++i)
             _locals[i].Degree = std::max(_locals[i].Degree, others[i].Degree);
     }
 
-    /// Both locals get the degree of the greater one.
+    /// Raises both locals to the greater degree.
     void EvenOut()
     {
         const int degree = std::max({_locals[0].Degree, _locals[1].Degree, 1});
@@ -123,7 +123,7 @@ private:
         }
     }
 
-    /// @param depth of nesting that is left
+    /// @param depth remaining nesting depth
     std::string Value(int degree, int depth)
     {
         if (depth == 0)
@@ -188,7 +188,7 @@ private:
 
     Random _random;
     int _count;
-    std::array<Local, 2> _locals = {{{"r", 0}, {"s", 0}}}; ///< of degree 0 until they have a value
+    std::array<Local, 2> _locals = {{{"r", 0}, {"s", 0}}}; ///< degree 0 until a value is assigned
 };
 
 } // namespace

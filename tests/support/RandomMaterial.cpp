@@ -16,7 +16,7 @@ using namespace Mox::Materials;
 
 namespace {
 
-/// The types but the ends of materials.
+/// All types except output nodes.
 std::vector<std::string> ListTypes(RandomTypes types)
 {
     std::vector<std::string> listed;
@@ -39,7 +39,7 @@ struct Source
     std::string Node;
     std::string Port;
     std::int32_t Width;
-    bool IsPerFragment; ///< computed from something that only runs per fragment
+    bool IsPerFragment; ///< depends on something that only runs per fragment
 };
 
 class RandomMaterial
@@ -92,7 +92,7 @@ private:
         record.Properties.push_back({property.Name, property.Kind, value});
     }
 
-    /// A text that the property, which is neither a reference nor any text, may have.
+    /// A random valid value of a property that is neither a reference nor free text.
     std::string AnyValue(const GuiProperty& property)
     {
         switch (property.Kind) {
@@ -111,20 +111,20 @@ private:
         }
     }
 
-    /// The word that a property has, or nothing if the node lacks it.
+    /// The choice that a property has, or nothing if the node lacks it.
     static std::string WordOf(const GuiNode& node, const std::string& property)
     {
         const auto found = node.Properties->Index.find(property);
         return found == node.Properties->Index.end() ? "" : found->second->GetEnum();
     }
 
-    /// Whether the type is a file. Any of these may need edges or run per fragment.
+    /// Whether the type is defined by a file. Such a type may require edges or run per fragment.
     static bool IsFromFile(const GuiNode& node)
     {
         return TestPlugins().FindSupplier(node.GetType())->OffersNodeFiles();
     }
 
-    /// Whether a function of the node's cannot run per vertex, or may depend on one that cannot.
+    /// Whether a function of the node cannot run per vertex, or may depend on one that cannot.
     static bool RunsPerFragment(const GuiNode& node)
     {
         static const std::set<std::string> perFragment = {"Power", "SmoothStep", "Compare", "Ceil",
@@ -166,7 +166,7 @@ private:
     }
 
     /// @param fixedWidth of the port, or 0
-    /// @param width of what the node's free ports take so far
+    /// @param width common width of the node's other ports so far
     const Source* Find(std::int32_t fixedWidth, std::int32_t width, bool needsVertex)
     {
         std::vector<const Source*> fitting;
@@ -180,7 +180,7 @@ private:
         return fitting.empty() ? nullptr : _random.Pick(fitting);
     }
 
-    /// A scalar that fits everywhere.
+    /// Adds a scalar, which fits everywhere.
     const Source* MakeSource()
     {
         const std::string id = Compose("n", _document.Nodes.size(), "_", _sources.size());

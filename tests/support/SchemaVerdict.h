@@ -2,6 +2,6 @@
 
 #include <string>
 
-/// Whether libxml2, with the whole document and the schema that material.rng states, finds that
-/// a text is a well-formed document that follows it.
+/// Whether libxml2 accepts the complete text as a well-formed document that follows the schema in
+/// material.rng.
 bool FollowsSchema(const std::string& text, const std::string& schema = MOX_SCHEMA);

@@ -4,12 +4,12 @@
 #include <optional>
 #include <string>
 
-/// Tries something and returns what has come of it, as whole lines; nothing if the rest of the
-/// session cannot be had here.
+/// Executes a command and returns its result as complete lines, or nothing if the rest of the
+/// session is not supported here.
 using SessionAttempt = std::function<std::optional<std::string>(const std::string& tried)>;
 
-/// Goes through the file tests/<name>, which has lines of prose ("# ") and things to try ("$ ",
-/// further lines of one with "> "); all other lines are what has come of the thing above them.
-/// Tries everything again and expects the very same file. With MOX_UPDATE_GOLDEN set in the
-/// environment the file is written anew instead, for review in the diff.
+/// Runs the file tests/<name>, which contains comments ("# ") and commands ("$ ", continued by ">
+/// "); all other lines are the result of the command above them. Executes every command again and
+/// expects exactly the same file. If the environment variable MOX_UPDATE_GOLDEN is set, writes the
+/// file instead, for review in the diff.
 void ExpectSession(const std::string& name, const SessionAttempt& attempt);

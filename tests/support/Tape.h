@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-/// An answer of the decoding program in memory, to be written and read.
+/// An in-memory answer of the decoding program, for writing and reading.
 class Tape
 {
 public:

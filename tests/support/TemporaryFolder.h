@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-/// An empty folder that goes away with all that is in it.
+/// A temporary folder that is deleted with its content.
 class TemporaryFolder
 {
 public:
@@ -25,7 +25,7 @@ public:
 
     const std::filesystem::path& Path() const { return _path; }
 
-    /// Writes a file, with the folders that it needs.
+    /// Writes a file, creating its folders if necessary.
     std::filesystem::path Write(const std::string& name, std::string_view bytes = "") const
     {
         const std::filesystem::path file = _path / name;
@@ -40,7 +40,7 @@ public:
         return {std::istreambuf_iterator<char>(stream), {}};
     }
 
-    /// Number of entries of the folder itself, hidden ones too.
+    /// Number of entries in the folder itself, including hidden ones.
     std::ptrdiff_t Count() const
     {
         return std::distance(std::filesystem::directory_iterator(_path), {});

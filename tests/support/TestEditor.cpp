@@ -60,7 +60,7 @@ const EditorServices& TestEditorServices()
 
 std::string TextAfterKill(const std::filesystem::path& file)
 {
-    const TemporaryFolder copy; // as the right to edit the document itself is taken
+    const TemporaryFolder copy; // because the lock on the document itself is taken
     for (const auto& entry : std::filesystem::directory_iterator(file.parent_path()))
         std::filesystem::copy(entry, copy.Path() / entry.path().filename());
     EditorSession restored(copy.Path() / file.filename(), TestEditorServices());

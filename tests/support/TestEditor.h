@@ -9,25 +9,24 @@
 #include <string>
 
 /// The plug-ins and the environment of the build tree, Cg as the only target, and a painter that
-/// paints every pixel in one colour, also that of the only texture, "grey". The node "slow" takes
-/// 200 milliseconds, and "faulty" has a fault.
+/// paints every pixel in one colour, as in the only texture, "grey". The node "slow" takes 200
+/// milliseconds, and "faulty" has a fault.
 const Mox::Host::EditorServices& TestEditorServices();
 
-/// The text of a document as another process would restore it if the one that edits it were killed
-/// now.
+/// The document that another process would restore if the process that edits it were killed now.
 std::string TextAfterKill(const std::filesystem::path& file);
 
-/// What a client knows of a document by what it was told.
+/// A client's copy of a document, updated from messages.
 class EditorMirror
 {
 public:
-    /// Takes the state out of a reply to "state", or of one that replaces the document.
+    /// Takes the state from a reply to "state", or from one that replaces the document.
     void TakeState(const Mox::Host::Json& reply);
 
-    /// Takes what a reply or a notice says has changed, if it says so.
+    /// Applies the changes in a reply or notice, if it contains any.
     void TakeChanges(const Mox::Host::Json& message);
 
-    /// All that is known, in one order.
+    /// Everything that is known, in a fixed order.
     std::string Text() const;
 
 private:

@@ -2,7 +2,7 @@
 
 #include "mox/authoring/GuiNode.h"
 
-/// A node without ports of its own and without a shader.
+/// A node without ports and without a shader.
 class TestNode : public Mox::Materials::GuiNode
 {
 public:

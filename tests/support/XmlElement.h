@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-/// One XML element with its document.
+/// An XML element with its document.
 class XmlElement
 {
 public:
-    /// An element <binding> with these attributes, such as `gui="slider" uv="a"`.
+    /// Creates an element <binding> with these attributes, such as `gui="slider" uv="a"`.
     explicit XmlElement(const std::string& attributes = "")
     {
         const std::string text = "<binding " + attributes + "/>";
@@ -35,7 +35,7 @@ public:
         return list;
     }
 
-    /// The same as one text, with blanks between them.
+    /// The same as one string, separated by spaces.
     std::string Attributes() const
     {
         std::string text;

@@ -22,8 +22,8 @@ constexpr auto rules = static_cast<EShMessages>(EShMsgSpvRules | EShMsgVulkanRul
 
 constexpr std::string_view programName = "program";
 
-/// "'x' : unknown variable" as "'x': unknown variable", "'expression' : Expected" as "expected
-/// expression".
+/// Reformats "'x' : unknown variable" as "'x': unknown variable", and "'expression' : Expected" as
+/// "expected expression".
 std::string ToSentence(std::string_view text)
 {
     constexpr std::string_view separator = "' : ";
@@ -37,7 +37,7 @@ std::string ToSentence(std::string_view text)
     return Compose(subject, ": ", predicate);
 }
 
-/// The text behind the name of the program, such as "12: 'x' : unknown variable ".
+/// Parses the message after the name of the program, such as "12: 'x' : unknown variable ".
 FrontEndMessage ParseMessage(std::string_view text)
 {
     FrontEndMessage message{0, {}};
@@ -52,8 +52,8 @@ FrontEndMessage ParseMessage(std::string_view text)
     return message;
 }
 
-/// The line in "program(12): error at column 4, HLSL parsing failed.", which stands behind all
-/// other messages and alone where a declaration is missing; 0 in other lines.
+/// Parses the line number in "program(12): error at column 4, HLSL parsing failed.", which follows
+/// all other messages and appears alone if a declaration is missing; returns 0 for other lines.
 int ParseEnd(std::string_view text)
 {
     int line = 0;
@@ -65,7 +65,8 @@ int ParseEnd(std::string_view text)
     return line;
 }
 
-/// The first message of each line; what follows on a line is a consequence.
+/// Keeps only the first message for each line; further messages for a line are consequential
+/// errors.
 std::vector<FrontEndMessage> ParseLog(const std::string& log)
 {
     constexpr std::string_view error = "ERROR: ";

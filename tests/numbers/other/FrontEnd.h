@@ -7,21 +7,21 @@
 
 namespace Mox::Host {
 
-/// What the front end says about a line of the program.
+/// A message of the front end about a line of the program.
 struct FrontEndMessage
 {
-    int Line; ///< 1-based in the text; 0 if it speaks of no line
+    int Line; ///< 1-based; 0 if the message does not refer to a line
     std::string Text;
 };
 
-/// What the front end makes of a text.
+/// The result of reading a program with the front end.
 struct FrontEndResult
 {
     SpirvWords Module; ///< empty if there are messages
     std::vector<FrontEndMessage> Messages;
 };
 
-/// Keeps the front end's tables while it lives; they go with the last of these objects.
+/// Initialises the front end; its tables are freed with the last of these objects.
 class FrontEnd
 {
 public:
@@ -30,8 +30,8 @@ public:
     FrontEnd(const FrontEnd&) = delete;
     FrontEnd& operator=(const FrontEnd&) = delete;
 
-    /// Reads a Cg program with the entry point "main". The module is not legal yet: functions may
-    /// take samplers, and semantics stand on the variables as marks. Safe in parallel.
+    /// Parses a Cg program with the entry point "main". The module is not legal yet: functions may
+    /// have sampler parameters, and semantics remain on the variables as decorations. Thread-safe.
     FrontEndResult Read(const std::string& text, ProgramStage stage) const;
 };
 

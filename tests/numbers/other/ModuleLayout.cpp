@@ -37,7 +37,7 @@ void ForEachInstruction(const SpirvWords& words, Visit visit)
     }
 }
 
-/// The text that begins with the given word of an instruction.
+/// The string that starts at the given word of an instruction.
 std::string TextAt(Instruction instruction, std::size_t word)
 {
     return reinterpret_cast<const char*>(instruction.data() + word);
@@ -67,7 +67,7 @@ void AppendDecoration(SpirvWords& words, std::uint32_t id, spv::Decoration decor
                                                 static_cast<std::uint32_t>(decoration), value});
 }
 
-/// The number behind the word in a semantic such as "TEXCOORD3".
+/// The number after the keyword in a semantic such as "TEXCOORD3".
 std::optional<std::uint32_t> NumberBehind(std::string_view word, const std::string& semantic)
 {
     if (!semantic.starts_with(word) || semantic.size() == word.size())
@@ -75,7 +75,7 @@ std::optional<std::uint32_t> NumberBehind(std::string_view word, const std::stri
     return static_cast<std::uint32_t>(std::strtoul(semantic.c_str() + word.size(), nullptr, 10));
 }
 
-/// Where one variable of a program stands.
+/// The location of a variable of a program.
 struct VariablePlace
 {
     std::optional<std::uint32_t> Location;
@@ -110,7 +110,7 @@ Places FindPlaces(const SpirvWords& words)
     return places;
 }
 
-/// Whether the instruction decorates a placed variable with a place of the front end's choice.
+/// Whether the instruction assigns a location chosen by the front end to one of these variables.
 bool IsOldPlace(Instruction instruction, const Places& places)
 {
     if (OpcodeOf(instruction) != spv::OpDecorate || !places.contains(instruction[1]))

@@ -4,10 +4,10 @@
 
 namespace Mox::Host {
 
-/// Gives a module of the front end its final places. Attribute ATTRn stands on location n; a value
-/// in TEXCOORDn on location n, called "interpolant<n>" in both stages; the fragment's colour n on
-/// location n, called "fragmentColour<n>". Names of other things and the marks of the semantics are
-/// taken out, so that no name inside a program stands in the way of one outside.
+/// Assigns the final locations to a module of the front end. Attribute ATTRn gets location n; a
+/// value in TEXCOORDn gets location n and the name "interpolant<n>" in both stages; the fragment's
+/// colour n gets location n and the name "fragmentColour<n>". All other names and the semantics are
+/// removed, so that no internal name conflicts with an external one.
 /// @param words a well-formed module without uniforms
 SpirvWords LayOutModule(const SpirvWords& words);
 

@@ -30,7 +30,7 @@ SpirvWords CompileAsHlsl(const std::string& text, ProgramStage stage)
     optimiser.RegisterLegalizationPasses();
     optimiser.RegisterPerformancePasses();
     spvtools::OptimizerOptions options;
-    options.set_run_validator(false); // it is not legal yet
+    options.set_run_validator(false); // the module is not legal yet
     SpirvWords module;
     const bool isOptimised = optimiser.Run(placed.data(), placed.size(), &module, options);
     spvtools::SpirvTools validator(SPV_ENV_VULKAN_1_0);

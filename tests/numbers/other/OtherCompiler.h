@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// Compiles a stage of Cg in another way than the product, so that values can be compared: a front
-/// end for HLSL reads it, as HLSL and Cg have much in common.
-/// @throws std::runtime_error with messages if the front end or the optimiser refuses it
+/// Compiles a stage of Cg independently of the product, so that results can be compared. It uses an
+/// HLSL front end, since HLSL and Cg have much in common.
+/// @throws std::runtime_error with messages if the front end or the optimiser refuses the program
 Mox::Host::SpirvWords CompileAsHlsl(const std::string& text, Mox::Host::ProgramStage stage);

@@ -4,7 +4,7 @@
 
 namespace Mox::Host {
 
-/// The text of prelude.hlsl, which stands before each program.
+/// The content of prelude.hlsl, which is prepended to each program.
 extern const std::string_view prelude;
 
 } // namespace Mox::Host
