@@ -1,4 +1,4 @@
-#include "Road.h"
+#include "Pipeline.h"
 
 #include <benchmark/benchmark.h>
 
@@ -8,7 +8,7 @@ void RegisterEditBenchmarks(const Workshop& workshop);
 void RegisterNodeBenchmarks(const Workshop& workshop);
 void RegisterPartBenchmarks(const Workshop& workshop);
 void RegisterPlainBenchmarks(const Workshop& workshop);
-void RegisterRoadBenchmarks(const Workshop& workshop);
+void RegisterPipelineBenchmarks(const Workshop& workshop);
 
 } // namespace Mox::Bench
 
@@ -21,7 +21,7 @@ int main(int argumentCount, char** arguments)
     Mox::Bench::RegisterPlainBenchmarks(workshop);
     Mox::Bench::RegisterNodeBenchmarks(workshop);
     Mox::Bench::RegisterEditBenchmarks(workshop);
-    Mox::Bench::RegisterRoadBenchmarks(workshop);
+    Mox::Bench::RegisterPipelineBenchmarks(workshop);
     Mox::Bench::RegisterPartBenchmarks(workshop);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -1,4 +1,4 @@
-#include "Road.h"
+#include "Pipeline.h"
 #include "mox/authoring/GuiEdge.h"
 #include "mox/authoring/GuiNode.h"
 

@@ -1,4 +1,4 @@
-#include "Road.h"
+#include "Pipeline.h"
 
 #include <exception>
 #include <iostream>
@@ -17,8 +17,7 @@ std::size_t PeakBytes()
 
 } // namespace
 
-/// Prints the peak memory for processing a document from reading to programs, in bytes per node,
-/// for a document of COUNT nodes.
+/// Prints the peak memory of the whole pipeline for a document of COUNT nodes, in bytes per node.
 int main(int argumentCount, char** arguments)
 {
     try {
@@ -26,7 +25,7 @@ int main(int argumentCount, char** arguments)
             throw std::invalid_argument("usage: mox_bench_peak COUNT DOCUMENT");
         const Mox::Bench::Workshop workshop;
         const std::size_t before = PeakBytes();
-        Mox::Bench::TravelRoad(workshop, arguments[2], Mox::Bench::Language::Cg);
+        Mox::Bench::RunPipeline(workshop, arguments[2], Mox::Bench::Language::Cg);
         std::cout << (PeakBytes() - before) / std::stoul(arguments[1]) << '\n';
         return 0;
     } catch (const std::exception& error) {

@@ -1,5 +1,5 @@
 #include "MeasureNodes.h"
-#include "Road.h"
+#include "Pipeline.h"
 #include "mox/authoring/GuiNode.h"
 #include "mox/host/Plugin.h"
 

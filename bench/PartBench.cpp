@@ -1,6 +1,6 @@
 #include "MaterialShapes.h"
-#include "Road.h"
-#include "RoadFiles.h"
+#include "Pipeline.h"
+#include "ShapeFiles.h"
 #include "Stopwatch.h"
 #include "mox/Text.h"
 #include "mox/bindings/Binding.h"

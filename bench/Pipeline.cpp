@@ -1,4 +1,4 @@
-#include "Road.h"
+#include "Pipeline.h"
 
 #include "Stopwatch.h"
 #include "mox/document/MaterialDocument.h"
@@ -16,13 +16,13 @@ Workshop::Workshop() : Environment(Host::ReadEnvironment(MOX_ENVIRONMENT_FOLDER)
     Plugins.LoadFolder(MOX_PLUGIN_FOLDER);
 }
 
-RoadTimes TravelRoad(const Workshop& workshop, const std::filesystem::path& document,
-                     Language language)
+PipelineTimes RunPipeline(const Workshop& workshop, const std::filesystem::path& document,
+                          Language language)
 {
     // A new format object each time: one that has written the program before would return a cached
     // result.
     const Host::TargetFormat essl({Host::CompileTarget::Essl}, Languages::Precision::Full, {});
-    RoadTimes times;
+    PipelineTimes times;
     Stopwatch watch;
     std::optional<Host::MaterialDocument> records = Host::ReadMaterialDocument(document);
     times.Read = watch.Lap();

@@ -25,7 +25,7 @@ enum class Language
 };
 
 /// Processor time in seconds for each stage of processing one material.
-struct RoadTimes
+struct PipelineTimes
 {
     double Read = 0;    ///< file to records
     double Load = 0;    ///< records to nodes, properties, ports and edges
@@ -37,7 +37,7 @@ struct RoadTimes
 };
 
 /// Runs the whole pipeline for one material, from its document to programs.
-RoadTimes TravelRoad(const Workshop& workshop, const std::filesystem::path& document,
-                     Language language);
+PipelineTimes RunPipeline(const Workshop& workshop, const std::filesystem::path& document,
+                          Language language);
 
 } // namespace Mox::Bench

@@ -1,6 +1,6 @@
 #include "MaterialShapes.h"
-#include "Road.h"
-#include "RoadFiles.h"
+#include "Pipeline.h"
+#include "ShapeFiles.h"
 
 #include <benchmark/benchmark.h>
 #include <string>
@@ -9,12 +9,13 @@ namespace Mox::Bench {
 
 namespace {
 
-void MeasureRoad(benchmark::State& state, const Workshop& workshop, Shape shape, Language language)
+void MeasurePipeline(benchmark::State& state, const Workshop& workshop, Shape shape,
+                     Language language)
 {
     const std::filesystem::path file = FileOf(shape, static_cast<std::size_t>(state.range(0)));
-    RoadTimes sum;
+    PipelineTimes sum;
     for ([[maybe_unused]] auto _ : state) {
-        const RoadTimes times = TravelRoad(workshop, file, language);
+        const PipelineTimes times = RunPipeline(workshop, file, language);
         sum.Read += times.Read;
         sum.Load += times.Load;
         sum.Resolve += times.Resolve;
@@ -30,7 +31,7 @@ void MeasureRoad(benchmark::State& state, const Workshop& workshop, Shape shape,
     state.counters["write"] = sum.Write / total;
     state.counters["spell"] = sum.Spell / total;
     state.counters["free"] = sum.Free / total;
-    state.counters["road"] = sum.Total() / total;
+    state.counters["total"] = sum.Total() / total;
 }
 
 void Register(const Workshop& workshop, const std::string& name, const char* word,
@@ -40,7 +41,7 @@ void Register(const Workshop& workshop, const std::string& name, const char* wor
     for (std::int64_t count = 10; count <= most; count *= 10) {
         auto* benchmark = benchmark::RegisterBenchmark(
             (name + "/" + word).c_str(), [&workshop, shape, language](benchmark::State& state) {
-                MeasureRoad(state, workshop, shape, language);
+                MeasurePipeline(state, workshop, shape, language);
             });
         benchmark->Arg(count)->Unit(benchmark::kMillisecond);
         if (count >= 10000)
@@ -50,10 +51,10 @@ void Register(const Workshop& workshop, const std::string& name, const char* wor
 
 } // namespace
 
-void RegisterRoadBenchmarks(const Workshop& workshop)
+void RegisterPipelineBenchmarks(const Workshop& workshop)
 {
     for (const char* word : {"chain", "values", "tree", "fan", "layered"})
-        Register(workshop, "road", word, Language::Cg, 100000);
+        Register(workshop, "pipeline", word, Language::Cg, 100000);
     for (const char* word : {"chain", "values", "tree", "layered"})
         Register(workshop, "essl", word, Language::Essl, 10000);
 }

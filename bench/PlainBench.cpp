@@ -1,6 +1,6 @@
 #include "MeasureNodes.h"
+#include "Pipeline.h"
 #include "PlainNode.h"
-#include "Road.h"
 #include "mox/authoring/GuiNode.h"
 
 #include <benchmark/benchmark.h>

@@ -1,4 +1,4 @@
-#include "Road.h"
+#include "Pipeline.h"
 
 #include <benchmark/benchmark.h>
 

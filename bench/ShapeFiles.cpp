@@ -1,4 +1,4 @@
-#include "RoadFiles.h"
+#include "ShapeFiles.h"
 
 #include "mox/Text.h"
 

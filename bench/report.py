@@ -59,30 +59,30 @@ def main(folder, materials):
     rows = read_medians([folder / "all.json"]) | read_medians(sorted(folder.glob("mox-*.json")))
     beside = read_medians([folder / "beside.json"])
     system = read_medians(sorted(folder.glob("plain-*.json")))
-    road = lambda shape, size: rows[f"road/{shape}/{size}"]
+    pipeline = lambda shape, size: rows[f"pipeline/{shape}/{size}"]
     plain = {size: rows[f"plain/CoreMaths/{size}"] for size in (1000, 100000)}
     cost = lambda row: row["create"] + row["free"]
     floor = {size: cost(row) for size, row in plain.items()}
     languages = read_medians(sorted(folder.glob("essl-*.json")))
-    essl = lambda shape, size: languages[f"essl/{shape}/{size}"]["road"]
+    essl = lambda shape, size: languages[f"essl/{shape}/{size}"]["total"]
 
     print("# Results of a run\n")
     print(f"Written by `bench/run` on {os.cpu_count()} processors ({platform.machine()}), "
           f"one-minute load {os.getloadavg()[0]:.1f} at the end. Every figure is a ratio of medians "
-          "of this run; the times are processor time of one thread unless it says otherwise.\n")
+          "of this run; times are processor time of one thread unless stated otherwise.\n")
 
     print("## Bars\n")
     bars = []
     for size in (1000, 100000):
         for allocator, baseline in (("C library's", cost(system[f"plain/CoreMaths/{size}"])),
                                     ("same", floor[size])):
-            bars.append([f"whole road / plain baseline on the {allocator} allocator, chain of {size:,}",
-                         "", ratio(road("chain", size)["road"] / baseline)])
+            bars.append([f"whole pipeline / plain baseline on the {allocator} allocator, chain of {size:,}",
+                         "", ratio(pipeline("chain", size)["total"] / baseline)])
     instructions = read_instructions(folder / "instructions.txt")
     for allocator, program in (("C library's", "mox_bench_plain"), ("same", "mox_bench")):
-        bars.append([f"instructions: `mox export` / plain baseline on the {allocator} allocator, for each node "
-                     f"({instructions['road']:,.0f} / {instructions[program]:,.0f})",
-                     "", ratio(instructions["road"] / instructions[program])])
+        bars.append([f"instructions: `mox export` / plain baseline on the {allocator} allocator, per node "
+                     f"({instructions['export']:,.0f} / {instructions[program]:,.0f})",
+                     "", ratio(instructions["export"] / instructions[program])])
     loaded = rows["plug-in/load"]
     bars.append([f"plug-in load / {NATIVE_LOAD_MILLISECONDS} ms", "at most 0.01",
                  ratio(loaded["real_time"] * 1e-9 / (NATIVE_LOAD_MILLISECONDS * 1e-3), 0.01)])
@@ -93,13 +93,13 @@ def main(folder, materials):
                 bars.append([f"{peer}'s ESSL / ours, {shape} of {size}", "at least 10", seconds])
                 continue
             own = beside[f"essl/{key}"]["real_time"] * 1e-3 / int(size)  # wall-clock time, like theirs
-            bars.append([f"{peer}'s ESSL / ours, {shape} of {size}, time of day",
+            bars.append([f"{peer}'s ESSL / ours, {shape} of {size}, wall-clock time",
                          "at least 10" if size == "1000" else "",
                          ratio(seconds / own, 10 if size == "1000" else None, False)])
     for shape in ("chain", "values"):
         for size in SIZES[:4]:
             bars.append([f"document to ESSL / document to Cg, {shape} of {size:,}", "at most 1.5",
-                         ratio(essl(shape, size) / languages[f"road/{shape}/{size}"]["road"], 1.5)])
+                         ratio(essl(shape, size) / languages[f"pipeline/{shape}/{size}"]["total"], 1.5)])
         bars.append([f"node of 10,000 / node of 100 to ESSL, {shape}", "at most 1.5",
                      ratio(essl(shape, 10000) / essl(shape, 100), 1.5)])
     process = read_seconds(folder / "process.txt")
@@ -110,14 +110,14 @@ def main(folder, materials):
                  ratio(texts["all"] / texts["cg"], 4)])
     for shape in ("chain", "tree", "layered"):
         bars.append([f"node of 100,000 / node of 1,000, {shape}", "at most 1.25",
-                     ratio(road(shape, 100000)["road"] / road(shape, 1000)["road"], 1.25)])
-    bars.append(["the same of the plain baseline, on the C library's allocator", "",
+                     ratio(pipeline(shape, 100000)["total"] / pipeline(shape, 1000)["total"], 1.25)])
+    bars.append(["the same for the plain baseline on the C library's allocator", "",
                  ratio(cost(system["plain/CoreMaths/100000"]) / cost(system["plain/CoreMaths/1000"]))])
-    bars.append(["the same of the plain baseline, on the road's allocator", "",
+    bars.append(["the same for the plain baseline on the pipeline's allocator", "",
                  ratio(floor[100000] / floor[1000])])
-    first = json.loads((folder / "first.json").read_text())["benchmarks"][0]["road"]
-    bars.append(["first road of a process / a later one, chain of 100,000", "",
-                 ratio(first / road("chain", 100000)["road"])])
+    first = json.loads((folder / "first.json").read_text())["benchmarks"][0]["total"]
+    bars.append(["first run in a process / a later one, chain of 100,000", "",
+                 ratio(first / pipeline("chain", 100000)["total"])])
     edit = rows["edit/100000"]
     bars.append(["resolving and checking after one changed value / the first time, chain of 100,000",
                  "at most 0.001", ratio(edit["again"] / edit["first"], 0.001)])
@@ -128,7 +128,7 @@ def main(folder, materials):
         batch[workers].append(real)
         is_calm = is_calm and machine - user - system < 0.1 * real * os.cpu_count() + 1
     gain = statistics.median(batch[1]) / statistics.median(batch[2])
-    bars.append([f"`-j 1` / `-j 2`, {int(materials):,} materials, time of day", "at least 1.7",
+    bars.append([f"`-j 1` / `-j 2`, {int(materials):,} materials, wall-clock time", "at least 1.7",
                  ratio(gain, 1.7, False) if is_calm
                  else "not judged, the processors were busy with other work"])
     for line in (folder / "memory.txt").read_text().splitlines():
@@ -136,31 +136,32 @@ def main(folder, materials):
         bars.append([f"peak / fields of nodes, ports and edges, chain of {count:,} ({peak:,} / {fields:,} bytes)",
                      "at most 1.5", ratio(peak / fields, 1.5)])
     print(table(["ratio", "bar", "this run"], bars))
-    print("\nThe road allocates as `mox` does, with mimalloc unless it was built without. The plain "
-          "baseline is a program that nobody has thought about, and so has the allocator of the C "
-          "library; the same baseline on the road's allocator tells how much of the difference is "
-          "the allocator's. Fields are in the C library's bytes. "
-          "Times are those of a process that has gone the road before: its first large material "
-          "also has to fetch pages from the system.")
+    print("\nThe pipeline uses the same allocator as `mox`: mimalloc, unless it was built without it. The "
+          "plain baseline is a program written without regard to speed and therefore uses the C "
+          "library's allocator; running it on the pipeline's allocator too shows how much of the "
+          "difference is due to the allocator. Fields are measured in bytes of the C library's "
+          "allocator. Times are from a process that has run the pipeline before: the first large "
+          "material in a process also has to obtain memory pages from the system.")
 
-    print("\n## Size\n\nTime for each node against that of the same shape at 1,000 nodes. `values` is a "
-          "chain in which every node has a value, and so a function, of its own.\n")
+    print("\n## Size\n\nTime per node relative to the same shape with 1,000 nodes. `values` is a chain in "
+          "which every node has a different value and therefore a different function.\n")
     print(table(["shape"] + [f"{size:,}" for size in SIZES],
-                [[shape] + [ratio(road(shape, size)["road"] / road(shape, 1000)["road"])
+                [[shape] + [ratio(pipeline(shape, size)["total"] / pipeline(shape, 1000)["total"])
                             for size in SIZES]
                  for shape in ("chain", "values", "tree", "fan", "layered")]))
 
-    print("\n## Stages\n\nEach stage of a chain against the plain baseline of the nearest size: a plain "
-          "struct with the same properties is created and freed, with the same allocator. `read` "
-          "is the document, `load` makes nodes and edges, `write` is every node's shader, the final pass and both programs.\n")
+    print("\n## Stages\n\nEach stage of a chain relative to the plain baseline of the nearest size, in which a "
+          "plain struct with the same properties is created and freed with the same allocator. `read` "
+          "reads the document, `load` creates nodes and edges, `write` covers every node's shader, the "
+          "final pass and both programs.\n")
     near = lambda size: floor[1000 if size <= 10000 else 100000]
-    print(table(["nodes"] + STAGES + ["road"],
-                [[f"{size:,}"] + [ratio(road("chain", size)[stage] / near(size))
-                                  for stage in STAGES + ["road"]] for size in SIZES]))
+    print(table(["nodes"] + STAGES + ["total"],
+                [[f"{size:,}"] + [ratio(pipeline("chain", size)[stage] / near(size))
+                                  for stage in STAGES + ["total"]] for size in SIZES]))
 
-    print("\n## Parts\n\nWhat becomes of a resolved graph, for each node against the plain baseline of the "
-          "nearest size. `generate` is every node's shader and `join` the final pass, both with the "
-          "library alone; `programs` is the text of both stages, `save` a document of the graph.\n")
+    print("\n## Parts\n\nThe steps that follow a resolved graph, per node, relative to the plain baseline of the "
+          "nearest size. `generate` is every node's shader and `join` the final pass, both using the "
+          "library alone; `programs` writes the source of both stages, `save` the graph as a document.\n")
     parts = ["generate", "join", "programs", "save"]
     print(table(["shape", "nodes"] + parts,
                 [[name.split("/")[1], f"{int(name.split('/')[2]):,}"] +
@@ -172,7 +173,7 @@ def main(folder, materials):
     print(f"\nA binding of four floats takes {ratio(bindings['write'] / floor[1000])} of the baseline "
           f"to write as XML and {ratio(bindings['read'] / floor[1000])} to read from a file.")
 
-    print("\n## Nodes\n\nCreating and freeing a node of each type, 1,000 at a time, against the plain "
+    print("\n## Nodes\n\nCreating and freeing a node of each type, 1,000 at a time, relative to the plain "
           "maths node with the same allocator.\n")
     print(table(["type", "create", "free"],
                 [[name.split("/")[1], ratio(row["create"] / plain[1000]["create"]),
@@ -184,15 +185,15 @@ def main(folder, materials):
           f"{floor[1000] * 1e9 / copy:.0f} times.")
 
     print("\n## What the peers leave out\n\n"
-          "All run warm, in one process, with documents of the same number of maths nodes in turn "
-          "multiplying and adding, as text in memory; ours comes from a file. All write both stages in ESSL. MaterialX "
-          "(`@needle-tools/materialx`, the official generator as WebAssembly) has no stages to divide "
-          "a graph between and leaves constants as uniforms; its standard libraries are loaded "
-          "beforehand. Babylon.js (`@babylonjs/core`, engine without a screen) resolves types while "
-          "its graph is built, knows no file with lines, and takes one more block for each "
-          "unconnected input, which is not counted. Neither checks a document against a schema, nor "
-          "maps lines of the text back to nodes. We leave out lights and the tone mapping that they "
-          "write around a material.")
+          "All run warm, in one process, on documents in memory with the same number of maths nodes "
+          "that alternately multiply and add; ours are read from files. All write both stages in "
+          "ESSL. MaterialX (`@needle-tools/materialx`, the official generator as WebAssembly) does not "
+          "divide a graph between stages and leaves constants as uniforms; its standard libraries are "
+          "loaded beforehand. Babylon.js (`@babylonjs/core`, engine without a screen) resolves types "
+          "while its graph is built, does not know lines of a file, and requires an additional block "
+          "for each unconnected input, which is not counted. Neither validates documents against a "
+          "schema or maps lines of its output back to nodes. We leave out the lights and the tone "
+          "mapping that they write around a material.")
 
 
 main(Path(sys.argv[1]), sys.argv[2])

@@ -1,4 +1,4 @@
-// Babylon.js node materials: from their JSON text to GLSL text, in the engine without a screen.
+// Babylon.js node materials: from their JSON source to GLSL source, in the engine without a screen.
 
 import { makeShape, valueOf, report } from './shapes.mjs';
 import {
@@ -20,7 +20,8 @@ function makeClipPosition() {
   return transform;
 }
 
-/// Parsing builds; blocks may load parts of their text first, so the end of a build is an event.
+/// Parsing also builds the material. Blocks may load parts of their source first, so an event
+/// signals the end of a build.
 function finishBuild(material) {
   if (!material.buildIsInProgress) return undefined;
   return new Promise((resolve, reject) => {

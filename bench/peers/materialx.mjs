@@ -1,5 +1,5 @@
-// MaterialX's shader generator, compiled to WebAssembly: from MaterialX XML text to GLSL ES text.
-// The standard libraries are loaded beforehand and not measured.
+// MaterialX's shader generator, compiled to WebAssembly: from MaterialX XML to GLSL ES source. The
+// standard libraries are loaded beforehand and not measured.
 
 import fs from 'node:fs';
 import path from 'node:path';
@@ -8,7 +8,8 @@ import { makeShape, valueOf, report } from './shapes.mjs';
 
 const bin = path.join(import.meta.dirname, 'node_modules/@needle-tools/materialx/bin');
 
-// The package ships one script for browsers, in the syntax of a module; here it runs as CommonJS.
+// The package contains one script for browsers, written as an ES module; here it is run as
+// CommonJS.
 const source = fs.readFileSync(path.join(bin, 'JsMaterialXGenShader.js'), 'utf8')
   .replace(/export default MaterialX;\s*$/, '');
 const exported = { exports: {} };

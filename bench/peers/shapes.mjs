@@ -1,5 +1,5 @@
-// The shapes of mox_bench_material that peers are given: each node as the indices of the nodes that
-// feed its two inputs, or undefined.
+// The shapes of mox_bench_material used for the peers. Each node lists the indices of the nodes
+// that feed its two inputs, or undefined.
 
 export function makeShape(shape, count) {
   const nodes = Array.from({ length: count }, () => ({ first: undefined, second: undefined }));
@@ -18,12 +18,12 @@ export function makeShape(shape, count) {
   return nodes;
 }
 
-/// The value of a node's second input where no node feeds it.
+/// The value of a node's second input if no node feeds it.
 export function valueOf(shape, index) {
   return shape === 'chain' ? index % 16 : index;
 }
 
-/// Median seconds for each node of a few runs, after one that only warms up.
+/// The median time per node over several runs, in seconds, after a warm-up run.
 async function measure(count, runs, run) {
   await run();
   const times = [];
@@ -37,8 +37,8 @@ async function measure(count, runs, run) {
 }
 
 /// Measures chains and trees of the sizes on the command line and prints one JSON object with the
-/// seconds for each node, or what went wrong. makeRun prepares a document; what it returns is
-/// measured, and gives the two shader texts.
+/// seconds per node, or the error. makeRun prepares a document and returns the function to measure,
+/// which returns the source of the two shaders.
 export async function report(name, makeRun) {
   const rows = {};
   for (const shape of ['chain', 'tree']) {
