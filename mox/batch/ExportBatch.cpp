@@ -62,7 +62,7 @@ ExportBatch::ExportBatch(const Exporter& exporter, std::vector<ExportJob> jobs, 
     }
 }
 
-/// The files that no other job shares.
+/// The output files that belong to a single job.
 std::vector<std::string> ExportBatch::OutputsOf(const ExportJob& job) const
 {
     if (_layout == ExportLayout::ByContent)

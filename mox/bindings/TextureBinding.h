@@ -20,7 +20,7 @@ public:
     void ReadXml(xmlNodePtr element) override;
 
     bool srgb = false;           ///< contains sRGB colours
-    bool signedExpanded = false; ///< hint: values are expanded to the signed range
+    bool signedExpanded = false; ///< hint: signed expansion
     bool normalised = true;      ///< hint: values are normalised
     std::string usageHint;       ///< how the texture is used, such as "Normal"
     bool usingAlpha = false;     ///< the material reads the alpha channel

@@ -45,7 +45,7 @@ MaterialDocument Parse(std::string_view text)
     return document;
 }
 
-/// Returns a position rounded to a value that can be moved without loss of precision.
+/// Returns a stored position, or 0 if it is missing or too far out to be moved precisely.
 double PositionOf(const DocumentNode& node, const char* property)
 {
     for (const DocumentProperty& stored : node.Properties) {
@@ -74,7 +74,7 @@ void Shift(DocumentPoint& point, const LayoutPoint& by)
     move(point.Y, by.Y);
 }
 
-/// The offset that moves the upper-left corner of what a change adds to a given point.
+/// The offset that puts the upper-left corner of everything that a change adds at a given point.
 LayoutPoint WayTo(const LayoutPoint& corner, const GraphChange& change)
 {
     std::vector<LayoutPoint> corners;

@@ -12,7 +12,7 @@
 
 namespace Mox::Host {
 
-/// A MaterialX node cannot be converted; what() explains why.
+/// Thrown if a MaterialX node cannot be converted; what() explains why.
 class NoCounterpart : public std::runtime_error
 {
     using std::runtime_error::runtime_error;

@@ -15,7 +15,7 @@ namespace Mox::Host {
 enum class Carry
 {
     Direct,       ///< to one equivalent node
-    Composed,     ///< to several nodes that are equivalent together
+    Composed,     ///< to several nodes that together are equivalent
     Approximated, ///< to nodes that approximate it
     None,         ///< not at all
 };
@@ -102,7 +102,7 @@ struct InterchangeSurface
     struct Ignored
     {
         std::string Input;
-        std::string Neutral; ///< value with which ignoring the input loses nothing
+        std::string Neutral; ///< value for which the input has no effect
         std::string Note;
         bool IsApproximated = false; ///< part of the meaning is preserved
     };

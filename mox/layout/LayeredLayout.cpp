@@ -236,7 +236,7 @@ private:
         struct Block
         {
             std::size_t First;
-            double Sum; ///< of the positions that the members prefer for the block's start
+            double Sum; ///< sum of the positions at which the members prefer the block to start
             std::size_t Count;
             double Height; ///< including the gap below each member
 
