@@ -108,8 +108,8 @@ void MeasureBindings(benchmark::State& state)
 
 void RegisterPartBenchmarks(const Workshop& workshop)
 {
-    // Using the library without the host, a fan costs quadratic time in its edges: a node searches
-    // its list whenever one is added.
+    // Without the host, a fan takes time quadratic in its number of edges: a node searches its list
+    // whenever one is added.
     constexpr int largestFan = 1000;
     for (const char* word : {"chain", "tree", "fan", "layered"}) {
         const Shape shape = ParseShape(word);

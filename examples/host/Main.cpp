@@ -31,8 +31,8 @@ struct Library
     FileDecoder Textures;
 };
 
-/// Changes consist of steps that can be undone. This one arranges the nodes; a second one is undone
-/// again.
+/// Changes consist of steps that can be undone. This one arranges the nodes; a second change is
+/// made and then undone.
 void Edit(MaterialGraph& graph)
 {
     ChangeHistory history(graph);

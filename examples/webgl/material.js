@@ -1,7 +1,7 @@
 // Draws a material in plain WebGL2 from the files that `mox export --target essl` and `mox
 // bindings` write for it.
 
-/** Fetches what was written for a material: BASE.vertex.essl and so on. Textures lie beside it. */
+/** Fetches the files written for a material, BASE.vertex.essl and so on, and the textures next to them. */
 export async function loadMaterial(gl, base) {
   const text = async ending => (await fetch(base + ending)).text();
   const reflection = JSON.parse(await text('.reflection.json'));
@@ -22,7 +22,7 @@ function readBindings(xml) {
   });
 }
 
-/** Compiles both programs, and gives blocks and textures the numbers that the reflection has for them. */
+/** Compiles both programs, and assigns the binding numbers in the reflection to blocks and textures. */
 function makeProgram(gl, vertex, fragment, reflection) {
   const program = gl.createProgram();
   for (const [kind, text] of [[gl.VERTEX_SHADER, vertex], [gl.FRAGMENT_SHADER, fragment]]) {
@@ -46,7 +46,7 @@ function makeProgram(gl, vertex, fragment, reflection) {
   return program;
 }
 
-/** Texels go in as the file has them: the program converts from sRGB itself where the material says so. */
+/** Loads texels unconverted: the program itself converts from sRGB where the material specifies it. */
 async function loadTexture(gl, url) {
   const file = await (await fetch(url)).blob();
   const image = await createImageBitmap(file, { colorSpaceConversion: 'none', premultiplyAlpha: 'none' });
@@ -57,7 +57,7 @@ async function loadTexture(gl, url) {
   return texture;
 }
 
-/** The bytes of a block: the components of each value, column by column, where the reflection says. */
+/** Packs a block: the components of each value, column by column, at the offsets in the reflection. */
 function fillBlock(block, valueOf) {
   const bytes = new DataView(new ArrayBuffer(block.size));
   for (const member of block.members) {
@@ -84,7 +84,7 @@ function fillBlock(block, valueOf) {
   return bytes;
 }
 
-/** Fills one block: "frame" once a picture, "object" for each mesh, "material" when its values change. */
+/** Fills one block: "frame" once per frame, "object" per mesh, "material" when its values change. */
 export function setBlock(gl, material, rate, values) {
   const block = material.reflection.uniformBlocks[rate];
   if (!block) // neither program uses any of its values
@@ -93,13 +93,13 @@ export function setBlock(gl, material, rate, values) {
   gl.bufferData(gl.UNIFORM_BUFFER, fillBlock(block, values), gl.DYNAMIC_DRAW);
 }
 
-/** The value that the artist gave a member of the material's block. */
+/** The value that the artist has set for a member of the material's block. */
 export function valueOfBinding(material, member) {
   const isSame = binding => binding.stream === 'float' && binding.tag === member.name;
   return material.bindings.find(isSame)?.attributes.default.split(',').map(Number);
 }
 
-/** Connects the streams of a mesh with the inputs of the vertex program. */
+/** Connects the streams of a mesh to the inputs of the vertex program. */
 export function connectMesh(gl, material, mesh) {
   const streams = gl.createVertexArray();
   gl.bindVertexArray(streams);

@@ -22,7 +22,7 @@ void main()
 	colour = vec4(mix(high, 12.92 * light.rgb, lessThanEqual(light.rgb, vec3(0.0031308))), light.a);
 }`;
 
-/** What is to be on the canvas is drawn between begin and end. */
+/** Everything drawn between begin and end appears on the canvas. */
 export class Screen {
   constructor(gl) {
     this.gl = gl;

@@ -63,8 +63,8 @@ py::dict ToDict(const Pairs& pairs)
     return dict;
 }
 
-/// Makes a function, whose first parameter is the class, the constructor of a class. pybind11's own
-/// constructors are unsuitable: Python can call __new__ without __init__, which would leave the
+/// Uses a function, whose first parameter is the class, as the constructor of a class. pybind11's
+/// own constructors are unsuitable: Python can call __new__ without __init__, which would leave the
 /// object without content.
 /// @param extra names of the parameters
 template <class Make, class... Extra>

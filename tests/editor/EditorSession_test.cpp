@@ -124,7 +124,7 @@ TEST(EditorSession, RandomEditsOfTwoClientsEndWithWhatBothShow)
     EXPECT_EQ(FormatMaterialDocument(session.Document().Graph().Document()), start);
     EXPECT_FALSE(session.Document().IsUnsaved());
 
-    while (stepCount-- > 0) // so that undone changes stay undone
+    while (stepCount-- > 0) // only what was undone just now
         clients.Send(1, R"({"do": "redo"})");
     clients.ExpectAgreement();
     EXPECT_EQ(FormatMaterialDocument(session.Document().Graph().Document()), end);

@@ -24,7 +24,7 @@ enum class Owner
 /// The number of blocks currently allocated.
 std::size_t LiveCount(Owner owner);
 
-/// Makes the number-th allocation of an owner from now on fail.
+/// Makes the number-th of the following allocations of an owner fail.
 void FailAt(std::size_t number, Shortage shortage, Owner owner = Owner::All);
 
 /// Stops failing allocations.

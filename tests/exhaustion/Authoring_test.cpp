@@ -90,7 +90,7 @@ TEST(AuthoringExhaustion, EdgeLists)
 }
 
 /// @param make returns a handle that keeps many nodes alive
-/// @returns whether releasing them tried to allocate memory, without depending on it
+/// @returns whether releasing them tried to allocate memory and coped without it
 template <class Make>
 bool ReleaseWithoutMemory(Make make)
 {

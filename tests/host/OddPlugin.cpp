@@ -23,7 +23,7 @@ public:
     throw OwnFailure();
 }
 
-/// A factory without any types.
+/// A factory that creates nothing.
 class EmptyFactory : public Mox::Materials::GuiNodeFactory
 {
 public:
@@ -39,7 +39,7 @@ public:
 
 constexpr const char* icon[] = {"1 1 1 1", " \tc None", " "};
 
-/// A factory whose strings are unsuitable as file names, invalid UTF-8, or null.
+/// A factory whose strings are unsafe in file names, on terminals or in XPM tables.
 class RudeFactory : public Mox::Materials::GuiNodeFactory
 {
 public:

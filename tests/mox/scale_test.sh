@@ -89,7 +89,7 @@ material references "$first; for (i = 1; i <= n; ++i) $texture, 0" '' 100000
 run references check references.xml
 expect references.out 'please attach a texture coordinate' $((size + 1))
 
-# Every node of a chain follows it to its end for the name, so the work does grow with the square.
+# Every node of a chain follows the references to their end for its name, so this work is quadratic.
 material reference_chain "$first; for (i = 1; i <= n; ++i) $texture, i - 1" '' 10000
 run reference_chain check reference_chain.xml
 expect reference_chain.out 'please attach a texture coordinate' $((size + 1))

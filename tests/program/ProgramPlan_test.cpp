@@ -23,7 +23,7 @@ const ShaderType integer(ComponentType::Int, 1, 1, 1);
 
 using Register = ShaderRegisterType;
 
-/// Builds a shader graph like a plug-in does, with parameters that none of our nodes create. Every
+/// Builds shader graphs as plug-ins might, with parameters that none of our nodes create. Every
 /// node is attributed to the material node whose name it is given.
 class GraphMaker
 {
