@@ -44,42 +44,35 @@ mox_add_headers(mox_materials
 
 mox_add_headers(mox_host
   batch/ExportBatch.h
-  batch/Exporter.h
   batch/MaterialFiles.h
   check/EnvironmentCheck.h
   check/MaterialCheck.h
   check/MaterialDiff.h
   check/NodeFileCheck.h
-  check/ProblemReport.h
   document/Catalogue.h
-  document/DocumentChange.h
-  document/DocumentInputs.h
+  document/DocumentTextures.h
   document/IndexedDocument.h
   document/MaterialDocument.h
-  document/NodeFragment.h
   document/OrderedSlots.h
   document/PropertyText.h
-  document/SamplerState.h
   graph/BindingsDocument.h
   graph/ChangeHistory.h
   graph/GraphChange.h
   graph/GraphCopy.h
-  graph/GraphParts.h
+  graph/GraphOrder.h
   graph/GraphResolver.h
   graph/GraphView.h
-  graph/LinkTable.h
+  graph/HostValues.h
   graph/MaterialGraph.h
   graph/NodeMaker.h
-  graph/NodePosition.h
-  graph/OnlineOrder.h
   graph/OpenMaterial.h
   graph/ShownItems.h
   host/AtomicFile.h
-  host/Condition.h
+  host/AttributeText.h
   host/EndCleanup.h
+  host/Exporter.h
   host/File.h
   host/HostError.h
-  host/Icon.h
   host/Picture.h
   host/Plugin.h
   host/PluginBinding.h
@@ -89,17 +82,15 @@ mox_add_headers(mox_host
   host/ProblemRule.h
   interchange/ReadMaterial.h
   json/ChangeJson.h
+  json/ProblemReport.h
   languages/Precision.h
   layout/MaterialLayout.h
   nodefile/NodeFile.h
   nodefile/NodeFiles.h
-  program/CgFormat.h
   program/CgProgram.h
   program/CgWriter.h
   program/Environment.h
   program/EnvironmentUniform.h
-  program/ExportInputs.h
-  program/MaterialExporter.h
   program/MaterialProgram.h
   program/ProgramExporter.h
   program/ProgramFormat.h
@@ -114,15 +105,13 @@ mox_add_headers(mox_host
   targets/MadePrograms.h
   targets/ProgramTranslator.h
   targets/Reflection.h
-  targets/StageInterface.h
   targets/TargetCheck.h
   targets/TargetFormat.h
 )
 
 if(TARGET mox_compile)
   mox_add_headers(mox_compile
-    compile/ProgramCompiler.h
-    compile/SpirvCompiler.h
+    targets/ProgramCompiler.h
   )
 endif()
 
@@ -136,12 +125,10 @@ endif()
 
 if(TARGET mox_preview)
   mox_add_headers(mox_preview
-    decode/DecodeLimits.h
+    decode/DecodedFile.h
     decode/FileDecoder.h
-    decode/Mesh.h
     decode/OpenFile.h
     decode/TextureCache.h
-    decode/TextureImage.h
     preview/LightPanorama.h
     preview/MaterialPreview.h
     preview/MeshShapes.h

@@ -1,6 +1,6 @@
 // Answers of a decoding program: a valid image or mesh comes out of them, or a message.
 
-#include "mox/decode/DecodeError.h"
+#include "mox/decode/DecodedFile.h"
 #include "mox/decode/DecodedStream.h"
 #include "tests/support/Claim.h"
 #include "tests/support/Tape.h"

@@ -1,10 +1,10 @@
 // Image files: whatever they hold, a decoder makes an image within the limits, or says why not.
 
-#include "mox/decode/DecodeError.h"
+#include "mox/decode/DecodedFile.h"
 #include "mox/decode/DecodedStream.h"
-#include "mox/decoders/ImageDecoder.h"
 #include "tests/support/Claim.h"
 #include "tests/support/Tape.h"
+#include "tools/decode/ImageDecoder.h"
 
 using namespace Mox::Host;
 

@@ -5,7 +5,7 @@
 #include "mox/document/MaterialDocument.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
-#include "mox/program/CgFormat.h"
+#include "mox/program/ProgramFormat.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/Claim.h"
 #include "tests/support/GraphText.h"

@@ -3,7 +3,7 @@
 
 #include "mox/cg/Module.h"
 #include "mox/host/Excerpt.h"
-#include "mox/host/LibraryCall.h"
+#include "mox/host/HostError.h"
 #include "mox/nodefile/NodeFileReader.h"
 #include "mox/program/CgWriter.h"
 #include "mox/shader/ShaderGraphGenerator.h"

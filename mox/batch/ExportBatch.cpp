@@ -1,10 +1,10 @@
 #include "mox/batch/ExportBatch.h"
 
 #include "mox/Text.h"
-#include "mox/batch/ContentHash.h"
 #include "mox/batch/OrderedOutcomes.h"
 #include "mox/batch/StartThreads.h"
 #include "mox/host/AtomicFile.h"
+#include "mox/host/ContentHash.h"
 #include "mox/host/File.h"
 #include "mox/host/HostError.h"
 

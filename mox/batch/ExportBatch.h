@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/batch/Exporter.h"
+#include "mox/host/Exporter.h"
 
 #include <filesystem>
 #include <functional>

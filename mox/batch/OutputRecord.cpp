@@ -1,8 +1,8 @@
 #include "mox/batch/OutputRecord.h"
 
 #include "mox/Text.h"
-#include "mox/batch/ContentHash.h"
 #include "mox/host/AtomicFile.h"
+#include "mox/host/ContentHash.h"
 #include "mox/host/File.h"
 #include "mox/host/HostError.h"
 

@@ -3,8 +3,8 @@
 #include "mox/Identifier.h"
 #include "mox/Text.h"
 #include "mox/cg/Module.h"
-#include "mox/check/PlacedText.h"
 #include "mox/host/Excerpt.h"
+#include "mox/host/HostError.h"
 #include "mox/host/NearestName.h"
 #include "mox/program/CalledCode.h"
 #include "mox/program/CgWriter.h"
@@ -14,12 +14,54 @@
 #include <iterator>
 #include <map>
 #include <set>
+#include <string>
+#include <string_view>
 
 namespace Mox::Host {
 
 namespace {
 
 using Materials::Compose;
+
+/// A text that is put together from parts of files, and knows from where each line is.
+class PlacedText
+{
+public:
+    /// Adds whole lines.
+    /// @param where the first line is from
+    void Append(std::string_view text, const Place& where)
+    {
+        if (text.empty())
+            return;
+        _parts.emplace(_lineCount + 1, where);
+        const std::size_t begin = _text.size();
+        _text += text;
+        if (_text.back() != '\n')
+            _text += '\n';
+        const auto first = std::next(_text.begin(), static_cast<std::ptrdiff_t>(begin));
+        _lineCount += static_cast<int>(std::count(first, _text.end(), '\n'));
+    }
+
+    const std::string& Text() const { return _text; }
+
+    /// The place that a line is from.
+    /// @param line 1-based
+    Place PlaceOf(int line) const
+    {
+        const auto next = _parts.upper_bound(line);
+        if (next == _parts.begin())
+            return {};
+        const auto& [firstLine, where] = *std::prev(next);
+        Place place = where;
+        place.Line += std::min(line, _lineCount) - firstLine;
+        return place;
+    }
+
+private:
+    std::string _text;
+    int _lineCount = 0;
+    std::map<int, Place> _parts; ///< by the number of their first line
+};
 
 /// Whether a condition holds wherever others do.
 bool FollowsFrom(const Condition& condition, const Conditions& others)

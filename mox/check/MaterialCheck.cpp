@@ -1,10 +1,8 @@
 #include "mox/check/MaterialCheck.h"
 
 #include "mox/Text.h"
-#include "mox/document/DocumentInputs.h"
+#include "mox/document/DocumentTextures.h"
 #include "mox/graph/BindingsDocument.h"
-#include "mox/graph/OpenMaterial.h"
-#include "mox/interchange/ReadMaterial.h"
 #include "mox/program/CgNames.h"
 #include "mox/program/FunctionBody.h"
 #include "mox/program/MaterialProgram.h"
@@ -209,15 +207,6 @@ void WarnOfStrayBindings(const MaterialGraph& graph, const std::filesystem::path
 }
 
 } // namespace
-
-ProblemList CheckMaterial(const std::filesystem::path& file, const PluginSet& plugins,
-                          const Environment& environment, const ProgramFormat* format)
-{
-    ProblemList problems;
-    const MaterialGraph graph = OpenMaterial(ReadMaterial(file, problems), plugins, problems);
-    CheckMaterial(graph, file, environment, format, problems);
-    return problems;
-}
 
 void CheckMaterial(const MaterialGraph& graph, const std::filesystem::path& file,
                    const Environment& environment, const ProgramFormat* format,

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "mox/graph/MaterialGraph.h"
-#include "mox/host/PluginSet.h"
 #include "mox/host/Problem.h"
 #include "mox/program/Environment.h"
 #include "mox/program/ProgramFormat.h"
@@ -13,13 +12,10 @@ namespace Mox::Host {
 /// Finds all that can be found out about one material in one go: what keeps it from being exported,
 /// and what somebody should look at, such as two bindings of one name. The rules are listed in
 /// docs/checks.md.
-/// @param format a format in which the programs are written to see that they can be, or null
-ProblemList CheckMaterial(const std::filesystem::path& file, const PluginSet& plugins,
-                          const Environment& environment, const ProgramFormat* format);
-
-/// The same for a graph that has been opened.
+/// @param graph as OpenMaterial gives it
 /// @param file from which texture files are looked for
-/// @param problems of opening the graph; takes what else is found
+/// @param format a format in which the programs are written to see that they can be, or null
+/// @param problems of reading and opening the material; takes what else is found
 void CheckMaterial(const MaterialGraph& graph, const std::filesystem::path& file,
                    const Environment& environment, const ProgramFormat* format,
                    ProblemList& problems);

@@ -1,7 +1,7 @@
 #include "mox/decode/DecodeProcess.h"
 
 #include "mox/Text.h"
-#include "mox/decode/DecodeError.h"
+#include "mox/decode/DecodedFile.h"
 
 #include <algorithm>
 #include <array>

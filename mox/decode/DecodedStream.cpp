@@ -1,6 +1,6 @@
 #include "mox/decode/DecodedStream.h"
 
-#include "mox/decode/DecodeError.h"
+#include "mox/decode/DecodedFile.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "mox/decode/DecodeLimits.h"
-#include "mox/decode/Mesh.h"
-#include "mox/decode/TextureImage.h"
+#include "mox/decode/DecodedFile.h"
 
 #include <cstddef>
 #include <functional>

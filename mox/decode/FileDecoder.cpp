@@ -1,13 +1,13 @@
 #include "mox/decode/FileDecoder.h"
 
 #include "mox/Text.h"
-#include "mox/decode/DecodeError.h"
 #include "mox/decode/DecodeProcess.h"
+#include "mox/decode/DecodedFile.h"
 #include "mox/decode/DecodedStream.h"
 #include "mox/decode/OpenFile.h"
 #include "mox/host/Excerpt.h"
 #include "mox/host/HostError.h"
-#include "mox/host/LibraryFolder.h"
+#include "mox/host/SearchFolders.h"
 
 #include <boost/algorithm/string/predicate.hpp>
 

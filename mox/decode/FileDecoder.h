@@ -1,7 +1,6 @@
 #pragma once
 
-#include "mox/decode/DecodeLimits.h"
-#include "mox/decode/Mesh.h"
+#include "mox/decode/DecodedFile.h"
 #include "mox/decode/OpenFile.h"
 #include "mox/decode/TextureCache.h"
 

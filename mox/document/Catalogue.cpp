@@ -1,8 +1,9 @@
 #include "mox/document/Catalogue.h"
 
 #include "mox/Text.h"
+#include "mox/document/MaterialDocument.h"
 #include "mox/document/PropertyText.h"
-#include "mox/host/LibraryCall.h"
+#include "mox/host/HostError.h"
 
 #include <set>
 #include <utility>
@@ -130,6 +131,20 @@ std::vector<CatalogueEntry> DescribeCatalogue(const PluginSet& plugins,
         throw HostError({}, UnknownType(type).Message + plugins.SuggestType(type));
     }
     return entries;
+}
+
+std::string FormatNodeFragment(const PluginNode& node, const std::string& id)
+{
+    DocumentNode record;
+    record.Id = id;
+    record.Type = node.Type();
+    record.Version = node.Properties().Version;
+    for (const auto& property : node.Properties().Properties) {
+        if (property != node.TypeProperty()) // which the element's attribute says
+            record.Properties.push_back(
+                {property->Name, property->Kind, FormatValue(*property), 0, {}});
+    }
+    return FormatNode(record);
 }
 
 } // namespace Mox::Host

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mox/host/PluginNode.h"
 #include "mox/host/PluginSet.h"
 #include "mox/host/Problem.h"
 
@@ -55,5 +56,9 @@ struct CatalogueEntry
 std::vector<CatalogueEntry> DescribeCatalogue(const PluginSet& plugins,
                                               const std::vector<std::string>& types,
                                               ProblemList& problems);
+
+/// A node as it stands in a document, with all its properties in the order of its bag.
+/// @param id under which the node stands in the document
+std::string FormatNodeFragment(const PluginNode& node, const std::string& id);
 
 } // namespace Mox::Host

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -136,6 +137,18 @@ struct MaterialDocument
     MaterialComments Comments;
 };
 
+/// Makes a document of a text.
+/// @param file as it is named in messages
+/// @param problems takes what is wrong with the text
+using DocumentParser = MaterialDocument (*)(const std::string& file, std::string_view text,
+                                            ProblemList& problems);
+
+/// Reads a text and makes a document of it.
+/// @param read gives the text; if it throws HostError, that is a problem of the rule "unreadable",
+///        and the document is empty
+MaterialDocument ReadDocumentText(const std::string& file, const std::function<std::string()>& read,
+                                  DocumentParser parse, ProblemList& problems);
+
 /// Reads a material document. It opens no other file and no network connection, and refuses
 /// document type declarations, and with them entities.
 /// @throws HostError for the first error: the file cannot be read, is not well-formed or does not
@@ -160,5 +173,9 @@ MaterialDocument ParseMaterialDocument(const std::string& file, std::string_view
 /// @throws HostError if a text has a character that XML cannot hold, or if the description, the
 ///         render state or a binding has a value that the rules do not know
 std::string FormatMaterialDocument(const MaterialDocument& document);
+
+/// A node as it stands in that form.
+/// @throws HostError if a text has a character that XML cannot hold
+std::string FormatNode(const DocumentNode& node);
 
 } // namespace Mox::Host

@@ -5,6 +5,7 @@
 #include "mox/document/MaterialRules.h"
 #include "mox/document/PropertyText.h"
 #include "mox/host/Excerpt.h"
+#include "mox/host/File.h"
 
 #include <iterator>
 
@@ -365,6 +366,39 @@ void MaterialReader::Fail(ProblemRule rule, Place where, const std::string& mess
     if (_node)
         where.Node = _node->Id;
     _problems.Fail(rule, where, message);
+}
+
+MaterialDocument ReadDocumentText(const std::string& file, const std::function<std::string()>& read,
+                                  DocumentParser parse, ProblemList& problems)
+{
+    std::string text;
+    try {
+        text = read();
+    } catch (const HostError& error) {
+        problems.Fail("unreadable", error);
+        MaterialDocument document;
+        document.File = file;
+        return document;
+    }
+    return parse(file, text, problems);
+}
+
+MaterialDocument ReadMaterialDocument(const std::filesystem::path& file)
+{
+    return WithoutErrors(
+        [&](ProblemList& problems) { return ReadMaterialDocument(file, problems); });
+}
+
+MaterialDocument ReadMaterialDocument(const std::filesystem::path& file, ProblemList& problems)
+{
+    return ReadDocumentText(
+        file.string(), [&] { return ReadFile(file); }, ParseMaterialDocument, problems);
+}
+
+MaterialDocument ParseMaterialDocument(const std::string& file, std::string_view text,
+                                       ProblemList& problems)
+{
+    return MaterialReader(file, problems).Read(text);
 }
 
 } // namespace Mox::Host

@@ -2,8 +2,8 @@
 
 #include "mox/bindings/DocumentKeys.h"
 #include "mox/document/AnnotationText.h"
+#include "mox/document/DocumentTextures.h"
 #include "mox/document/PropertyText.h"
-#include "mox/document/SamplerState.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include "mox/document/PropertyText.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphCopy.h"
-#include "mox/graph/NodePosition.h"
+#include "mox/graph/HostValues.h"
 
 #include <algorithm>
 #include <cmath>

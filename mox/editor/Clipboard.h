@@ -1,7 +1,6 @@
 #pragma once
 
 #include "mox/graph/GraphChange.h"
-#include "mox/graph/GraphParts.h"
 #include "mox/graph/MaterialGraph.h"
 #include "mox/host/PluginSet.h"
 #include "mox/layout/LayeredLayout.h"

@@ -9,7 +9,7 @@
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
-#include "mox/host/HexDigits.h"
+#include "mox/host/ContentHash.h"
 #include "mox/json/RecordJson.h"
 #include "mox/program/MaterialProgram.h"
 #include "mox/xml/XmlWriter.h"

@@ -1,7 +1,7 @@
 #include "mox/editor/StateJson.h"
 
-#include "mox/ShaderError.h"
 #include "mox/document/PropertyText.h"
+#include "mox/host/PluginNode.h"
 #include "mox/json/RecordJson.h"
 #include "mox/layout/NodeShape.h"
 
@@ -18,26 +18,15 @@ Json DescribeColour(const float (&colour)[4])
     return Json(colour);
 }
 
-/// The precision of a port; null if it is unknown or if the node has set an invalid one.
-Json DescribePrecision(const GuiPort& port)
-{
-    if (!port.PrecisionKnown)
-        return nullptr;
-    try {
-        return GetComponentName(port.Precision);
-    } catch (const ShaderError&) {
-        return nullptr;
-    }
-}
-
 Json DescribePorts(const std::vector<GuiPort>& ports)
 {
     Json list = Json::array();
     for (const GuiPort& port : ports) {
+        const std::string precision = PrecisionOf(port);
         list.push_back({{"name", port.Name},
                         {"label", port.Label.empty() ? port.Name : port.Label},
                         {"components", port.CountKnown ? Json(port.ComponentCount) : Json()},
-                        {"precision", DescribePrecision(port)},
+                        {"precision", precision.empty() ? Json() : Json(precision)},
                         {"connected", port.Connected},
                         {"conflict", port.CountConflict}});
     }

@@ -5,7 +5,7 @@
 #include "mox/bindings/XmlAttributes.h"
 #include "mox/document/PropertyText.h"
 #include "mox/host/File.h"
-#include "mox/host/LibraryCall.h"
+#include "mox/host/HostError.h"
 #include "mox/xml/XmlTree.h"
 #include "mox/xml/XmlWriter.h"
 

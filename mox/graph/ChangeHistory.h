@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/document/DocumentChange.h"
+#include "mox/document/IndexedDocument.h"
 #include "mox/graph/GraphChange.h"
 #include "mox/graph/MaterialGraph.h"
 

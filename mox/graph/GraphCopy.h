@@ -1,6 +1,5 @@
 #pragma once
 
-#include "mox/graph/GraphParts.h"
 #include "mox/graph/MaterialGraph.h"
 
 namespace Mox::Host {

@@ -2,8 +2,7 @@
 
 #include "mox/authoring/GuiEdge.h"
 #include "mox/document/MaterialDocument.h"
-#include "mox/graph/LinkTable.h"
-#include "mox/graph/OnlineOrder.h"
+#include "mox/graph/GraphOrder.h"
 #include "mox/host/PluginNode.h"
 #include "mox/host/Problem.h"
 

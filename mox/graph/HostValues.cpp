@@ -1,7 +1,5 @@
 #include "mox/graph/HostValues.h"
 
-#include "mox/graph/NodePosition.h"
-
 #include <algorithm>
 #include <iterator>
 #include <tuple>

@@ -7,6 +7,13 @@
 
 namespace Mox::Host {
 
+/// The properties of a node that hold its upper left corner in an editor, in pixels.
+constexpr const char* positionX = "PositionX";
+constexpr const char* positionY = "PositionY";
+
+/// Farther from the origin, floats are coarser than pixels.
+constexpr float farthestPosition = 1e6f;
+
 /// Properties that the host alone keeps on a node: "BindingIndex", "PositionX" and "PositionY". No
 /// class builds its ports by them.
 bool IsHostValue(const std::string& property);

@@ -149,4 +149,13 @@ private:
     GraphView _view;
 };
 
+/// Some nodes and annotations of a material, by id.
+struct GraphParts
+{
+    std::vector<std::string> Nodes;
+    std::vector<std::string> Annotations;
+
+    bool IsEmpty() const { return Nodes.empty() && Annotations.empty(); }
+};
+
 } // namespace Mox::Host

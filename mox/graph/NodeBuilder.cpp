@@ -1,11 +1,9 @@
 #include "mox/graph/NodeBuilder.h"
 
-#include "mox/ShaderError.h"
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
 #include "mox/host/Excerpt.h"
 #include "mox/host/HostError.h"
-#include "mox/host/LibraryCall.h"
 #include "mox/host/NearestName.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -107,8 +105,8 @@ private:
         if (!Parse(*property, stored, _builder, _index, fail))
             return false;
         try {
-            _bag->Add(property);
-        } catch (const ShaderError& error) {
+            CallLibrary(PlaceOf(stored.Line), [&] { _bag->Add(property); });
+        } catch (const HostError& error) {
             fail("doubled-property", error.Message);
             return false;
         }
@@ -141,8 +139,8 @@ private:
             if (_bag->Version > own.Version || stored == _bag->Index.end())
                 continue;
             try {
-                property->CopyFrom(stored->second);
-            } catch (const ShaderError& error) {
+                CallLibrary(_node.Where, [&] { property->CopyFrom(stored->second); });
+            } catch (const HostError& error) {
                 Refuse(property->Name, error.Message + SuggestChoice(*property, *stored->second));
             }
         }

@@ -1,7 +1,7 @@
 #include "mox/graph/NodeMaker.h"
 
 #include "mox/Text.h"
-#include "mox/host/LibraryCall.h"
+#include "mox/host/HostError.h"
 
 namespace Mox::Host {
 

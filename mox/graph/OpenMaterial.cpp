@@ -21,10 +21,9 @@ MaterialGraph LoadMaterial(MaterialDocument document, const PluginSet& plugins,
 
 MaterialGraph LoadMaterial(MaterialDocument document, const PluginSet& plugins)
 {
-    ProblemList problems;
-    MaterialGraph material = LoadMaterial(std::move(document), plugins, problems);
-    problems.ThrowFirstError();
-    return material;
+    return WithoutErrors([&](ProblemList& problems) {
+        return LoadMaterial(std::move(document), plugins, problems);
+    });
 }
 
 MaterialGraph OpenMaterial(const std::filesystem::path& file, const PluginSet& plugins,

@@ -1,7 +1,13 @@
 #include "mox/host/HostError.h"
 
+#include "mox/ShaderError.h"
 #include "mox/Text.h"
 #include "mox/host/Excerpt.h"
+
+#include <boost/smart_ptr/bad_weak_ptr.hpp>
+
+#include <exception>
+#include <new>
 
 namespace Mox::Host {
 
@@ -26,5 +32,28 @@ std::string Place::Format() const
 HostError::HostError(const Place& where, const std::string& message)
     : std::runtime_error(MessageLine(where.Format() + message)), Where(where), Message(message)
 {}
+
+void ThrowAsHostError(const Place& where, const std::string& callee)
+{
+    const std::string prefix = callee.empty() ? callee : callee + ": ";
+    try {
+        throw;
+    } catch (const ShaderError& error) {
+        throw HostError(where, error.Message);
+    } catch (const std::string& message) {
+        throw HostError(where, message);
+    } catch (const boost::bad_weak_ptr&) {
+        throw HostError(where, "an edge was destroyed while the node still lists it");
+    } catch (const HostError& error) {
+        throw HostError(error.Where, error.Message);
+    } catch (const std::bad_alloc&) {
+        throw std::bad_alloc(); // the one being handled may be of a class in a plug-in
+    } catch (const std::exception& error) {
+        const char* text = error.what();
+        throw HostError(where, Compose(prefix, text ? text : "failed without a message"));
+    } catch (...) {
+        throw HostError(where, prefix + "failed without a message");
+    }
+}
 
 } // namespace Mox::Host

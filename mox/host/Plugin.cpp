@@ -3,7 +3,7 @@
 #include "mox/InterfaceVersion.h"
 #include "mox/Text.h"
 #include "mox/authoring/GuiNodeFactory.h"
-#include "mox/host/LibraryCall.h"
+#include "mox/host/HostError.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 #include <libxml/xmlstring.h>

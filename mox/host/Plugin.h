@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/host/Icon.h"
+#include "mox/host/Picture.h"
 #include "mox/host/PluginNode.h"
 
 #include <boost/dll/shared_library.hpp>

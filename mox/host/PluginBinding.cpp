@@ -2,7 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/bindings/TextureBinding.h"
-#include "mox/host/LibraryCall.h"
+#include "mox/host/HostError.h"
 
 #include <utility>
 

@@ -1,9 +1,10 @@
 #include "mox/host/PluginNode.h"
 
+#include "mox/ShaderError.h"
 #include "mox/Text.h"
 #include "mox/authoring/GuiNode.h"
 #include "mox/bindings/Material.h"
-#include "mox/host/LibraryCall.h"
+#include "mox/host/HostError.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -244,6 +245,15 @@ GuiPort& PluginNode::GetInputPort(const Place& where, const std::string& name) c
 GuiPort& PluginNode::GetOutputPort(const Place& where, const std::string& name) const
 {
     return CallLibrary(where, [&]() -> GuiPort& { return _node->GetOutputPort(name); });
+}
+
+std::string PrecisionOf(const GuiPort& port)
+{
+    try {
+        return port.PrecisionKnown ? GetComponentName(port.Precision) : "";
+    } catch (const ShaderError&) {
+        return {};
+    }
 }
 
 } // namespace Mox::Host

@@ -107,4 +107,8 @@ private:
     boost::shared_ptr<Materials::GuiPropertyBag> _bag; ///< that of the node, which may lose it
 };
 
+/// The word of a port's precision, such as "half"; empty if it is not known, or if the node has set
+/// what is no precision.
+std::string PrecisionOf(const Materials::GuiPort& port);
+
 } // namespace Mox::Host

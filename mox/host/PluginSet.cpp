@@ -2,8 +2,8 @@
 
 #include "mox/Text.h"
 #include "mox/host/HostError.h"
-#include "mox/host/LibraryFolder.h"
 #include "mox/host/NearestName.h"
+#include "mox/host/SearchFolders.h"
 
 #include <algorithm>
 #include <system_error>

@@ -57,4 +57,15 @@ private:
     std::vector<Problem> _problems;
 };
 
+/// What a call returns that takes a list for problems, for callers that stop at the first error.
+/// @throws HostError with it
+template <class Call>
+auto WithoutErrors(Call call)
+{
+    ProblemList problems;
+    auto result = call(problems);
+    problems.ThrowFirstError();
+    return result;
+}
+
 } // namespace Mox::Host

@@ -1,7 +1,6 @@
 #include "mox/interchange/ReadMaterial.h"
 
 #include "mox/host/File.h"
-#include "mox/host/HostError.h"
 #include "mox/interchange/MaterialXReader.h"
 #include "mox/xml/XmlParser.h"
 
@@ -46,24 +45,13 @@ bool IsMaterialX(const std::filesystem::path& file, std::string_view text)
 
 MaterialDocument ReadMaterial(const std::filesystem::path& file, ProblemList& problems)
 {
-    std::string text;
-    try {
-        text = ReadFile(file);
-    } catch (const HostError& error) {
-        problems.Fail("unreadable", error);
-        MaterialDocument document;
-        document.File = file.string();
-        return document;
-    }
-    return ParseMaterial(file.string(), text, problems);
+    return ReadDocumentText(
+        file.string(), [&] { return ReadFile(file); }, ParseMaterial, problems);
 }
 
 MaterialDocument ReadMaterial(const std::filesystem::path& file)
 {
-    ProblemList problems;
-    MaterialDocument document = ReadMaterial(file, problems);
-    problems.ThrowFirstError();
-    return document;
+    return WithoutErrors([&](ProblemList& problems) { return ReadMaterial(file, problems); });
 }
 
 MaterialDocument ParseMaterial(const std::string& file, std::string_view text,

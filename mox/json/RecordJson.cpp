@@ -4,6 +4,9 @@
 #include "mox/document/AnnotationText.h"
 #include "mox/document/MaterialRules.h"
 #include "mox/document/PropertyText.h"
+#include "mox/graph/BindingsDocument.h"
+
+#include <utility>
 
 namespace Mox::Host {
 
@@ -300,6 +303,19 @@ std::vector<DocumentValue> ReadDescription(const JsonCursor& object)
 std::vector<DocumentValue> ReadRenderState(const JsonCursor& object)
 {
     return ReadValues(object, RenderStateRule);
+}
+
+std::string FormatBindingsAsJson(const std::vector<PluginBinding>& bindings)
+{
+    Json list = Json::array();
+    for (const PluginBinding& binding : bindings) {
+        Json object = ToJson(DescribeBinding(binding));
+        object["count"] = binding.GetCount();
+        if (!binding.Group().empty())
+            object["group"] = binding.Group();
+        list.push_back(std::move(object));
+    }
+    return FormatJsonLines({{"version", RecordJsonVersion}, {"bindings", std::move(list)}});
 }
 
 } // namespace Mox::Host

@@ -2,9 +2,11 @@
 
 #include "mox/check/MaterialDiff.h"
 #include "mox/document/MaterialDocument.h"
+#include "mox/host/PluginBinding.h"
 #include "mox/host/Problem.h"
 #include "mox/json/JsonCursor.h"
 
+#include <string>
 #include <vector>
 
 namespace Mox::Host {
@@ -47,5 +49,8 @@ DocumentBinding ReadBinding(const JsonCursor& object);
 DocumentAnnotation ReadAnnotation(const JsonCursor& object);
 std::vector<DocumentValue> ReadDescription(const JsonCursor& object);
 std::vector<DocumentValue> ReadRenderState(const JsonCursor& object);
+
+/// Bindings as JSON in lines, as docs/json.md describes it.
+std::string FormatBindingsAsJson(const std::vector<PluginBinding>& bindings);
 
 } // namespace Mox::Host

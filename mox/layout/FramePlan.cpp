@@ -1,6 +1,6 @@
 #include "mox/layout/FramePlan.h"
 
-#include "mox/graph/NodePosition.h"
+#include "mox/graph/HostValues.h"
 
 #include <algorithm>
 #include <set>

@@ -2,7 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/document/AnnotationText.h"
-#include "mox/graph/NodePosition.h"
+#include "mox/graph/HostValues.h"
 #include "mox/layout/FrameLayout.h"
 #include "mox/layout/FramePlan.h"
 

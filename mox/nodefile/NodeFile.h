@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mox/authoring/GuiPropertyBag.h"
-#include "mox/host/Condition.h"
+#include "mox/host/AttributeText.h"
 #include "mox/shader/ShaderNode.h"
 
 #include <cstdint>

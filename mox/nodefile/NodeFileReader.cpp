@@ -2,11 +2,11 @@
 
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
+#include "mox/host/AttributeText.h"
 #include "mox/host/Excerpt.h"
 #include "mox/host/HostError.h"
 #include "mox/nodefile/NodeRules.h"
 #include "mox/nodefile/NodeText.h"
-#include "mox/program/ShaderTypeText.h"
 #include "mox/xml/XmlTree.h"
 
 #include <algorithm>

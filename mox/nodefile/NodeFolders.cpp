@@ -1,7 +1,7 @@
 #include "mox/nodefile/NodeFolders.h"
 
 #include "mox/Text.h"
-#include "mox/host/SearchPath.h"
+#include "mox/host/SearchFolders.h"
 
 #include <algorithm>
 #include <array>

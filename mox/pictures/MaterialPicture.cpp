@@ -1,8 +1,8 @@
 #include "mox/pictures/MaterialPicture.h"
 
-#include "mox/ShaderError.h"
 #include "mox/Text.h"
-#include "mox/host/Icon.h"
+#include "mox/host/Picture.h"
+#include "mox/host/PluginNode.h"
 #include "mox/layout/FramePlan.h"
 #include "mox/pictures/DotText.h"
 #include "mox/pictures/PictureStyle.h"
@@ -51,14 +51,8 @@ struct DrawnNode
 
 std::string FormatPortType(const GuiPort& port)
 {
-    std::string precision = "?";
-    if (port.PrecisionKnown) {
-        try {
-            precision = GetComponentName(port.Precision);
-        } catch (const ShaderError&) {
-            // the precision of a port may be invalid
-        }
-    }
+    const std::string known = PrecisionOf(port);
+    const std::string precision = known.empty() ? "?" : known;
     if (port.PrecisionKnown && port.CountKnown && port.ComponentCount == 1)
         return precision;
     const std::string count = port.CountKnown ? Compose(port.ComponentCount) : "?";

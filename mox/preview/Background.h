@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/decode/Mesh.h"
+#include "mox/decode/DecodedFile.h"
 #include "mox/program/CgProgram.h"
 
 namespace Mox::Host {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "mox/compile/ProgramCompiler.h"
 #include "mox/host/Problem.h"
 #include "mox/preview/DrawCall.h"
 #include "mox/preview/PreviewBindings.h"
 #include "mox/preview/Scene.h"
 #include "mox/preview/TextureLoader.h"
+#include "mox/targets/ProgramCompiler.h"
 
 namespace Mox::Host {
 

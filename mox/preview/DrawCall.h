@@ -1,10 +1,10 @@
 #pragma once
 
-#include "mox/compile/SpirvCompiler.h"
-#include "mox/decode/TextureImage.h"
-#include "mox/document/SamplerState.h"
+#include "mox/decode/DecodedFile.h"
+#include "mox/document/DocumentTextures.h"
 #include "mox/preview/TextureShape.h"
-#include "mox/targets/StageInterface.h"
+#include "mox/targets/CompiledProgram.h"
+#include "mox/targets/ProgramCompiler.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "mox/compile/ProgramCompiler.h"
 #include "mox/decode/FileDecoder.h"
 #include "mox/document/MaterialDocument.h"
 #include "mox/host/Picture.h"
@@ -9,6 +8,7 @@
 #include "mox/preview/LightPanorama.h"
 #include "mox/preview/Scene.h"
 #include "mox/program/Environment.h"
+#include "mox/targets/ProgramCompiler.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "mox/decode/DecodedFile.h"
 #include "mox/decode/FileDecoder.h"
-#include "mox/decode/Mesh.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/decode/Mesh.h"
+#include "mox/decode/DecodedFile.h"
 #include "mox/host/PluginBinding.h"
 
 #include <cstdint>

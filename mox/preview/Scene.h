@@ -1,8 +1,7 @@
 #pragma once
 
-#include "mox/decode/Mesh.h"
-#include "mox/decode/TextureImage.h"
-#include "mox/document/SamplerState.h"
+#include "mox/decode/DecodedFile.h"
+#include "mox/document/DocumentTextures.h"
 
 #include <map>
 #include <string>

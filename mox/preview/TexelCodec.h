@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/decode/TextureImage.h"
+#include "mox/decode/DecodedFile.h"
 
 #include <array>
 #include <cstdint>

@@ -3,11 +3,11 @@
 #include "mox/Text.h"
 #include "mox/cg/Type.h"
 #include "mox/document/MaterialRules.h"
+#include "mox/host/AttributeText.h"
 #include "mox/host/File.h"
 #include "mox/host/HostError.h"
-#include "mox/host/LibraryFolder.h"
+#include "mox/host/SearchFolders.h"
 #include "mox/program/ProgramGraph.h"
-#include "mox/program/ShaderTypeText.h"
 #include "mox/shader/ShaderNode.h"
 #include "mox/xml/XmlTree.h"
 

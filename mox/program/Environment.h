@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/host/Condition.h"
+#include "mox/host/AttributeText.h"
 #include "mox/host/HostError.h"
 #include "mox/program/EnvironmentUniform.h"
 #include "mox/shader/ShaderFunction.h"

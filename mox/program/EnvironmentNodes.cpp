@@ -1,7 +1,7 @@
 #include "mox/program/EnvironmentNodes.h"
 
 #include "mox/Text.h"
-#include "mox/host/LibraryCall.h"
+#include "mox/host/HostError.h"
 #include "mox/shader/ShaderFunctionBuilder.h"
 #include "mox/shader/ShaderGraphGenerator.h"
 

@@ -25,4 +25,19 @@ public:
                                            ProblemList& problems) const = 0;
 };
 
+/// Exports the Cg programs unchanged.
+class CgFormat : public ProgramFormat
+{
+public:
+    const std::vector<std::string>& Endings() const override { return _endings; }
+    std::vector<std::string> Write(const CgProgram& program, const std::string&,
+                                   ProblemList&) const override
+    {
+        return {program.Vertex.Text, program.Fragment.Text};
+    }
+
+private:
+    const std::vector<std::string> _endings{".vertex.cg", ".fragment.cg"};
+};
+
 } // namespace Mox::Host

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/document/SamplerState.h"
+#include "mox/document/DocumentTextures.h"
 #include "mox/program/EnvironmentUniform.h"
 #include "mox/program/ProgramStage.h"
 #include "mox/shader/ShaderNode.h"

@@ -1,7 +1,7 @@
 #include "mox/program/ShaderGeneration.h"
 
 #include "mox/Text.h"
-#include "mox/host/LibraryCall.h"
+#include "mox/host/HostError.h"
 #include "mox/program/StandInNames.h"
 
 #include <algorithm>

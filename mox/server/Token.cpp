@@ -1,6 +1,6 @@
 #include "mox/server/Token.h"
 
-#include "mox/host/HexDigits.h"
+#include "mox/host/ContentHash.h"
 
 #include <cerrno>
 #include <sys/random.h>

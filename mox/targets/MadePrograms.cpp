@@ -1,7 +1,7 @@
 #include "mox/targets/MadePrograms.h"
 
 #include "mox/Text.h"
-#include "mox/batch/ContentHash.h"
+#include "mox/host/ContentHash.h"
 
 namespace Mox::Host {
 

@@ -2,7 +2,7 @@
 
 #include "mox/languages/StageProgram.h"
 #include "mox/program/ProgramCode.h"
-#include "mox/targets/StageInterface.h"
+#include "mox/targets/CompiledProgram.h"
 #include "mox/targets/UniformBlocks.h"
 
 #include <array>

@@ -2,7 +2,7 @@
 
 #include "mox/languages/StageProgram.h"
 #include "mox/program/ProgramPlan.h"
-#include "mox/targets/StageInterface.h"
+#include "mox/targets/CompiledProgram.h"
 
 #include <array>
 #include <deque>

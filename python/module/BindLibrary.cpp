@@ -4,9 +4,9 @@
 #include "Painting.h"
 #include "Programs.h"
 #include "mox/batch/MaterialFiles.h"
-#include "mox/document/NodeFragment.h"
+#include "mox/document/Catalogue.h"
 #include "mox/document/PropertyText.h"
-#include "mox/host/Icon.h"
+#include "mox/host/Picture.h"
 #include "mox/json/CatalogueJson.h"
 
 #include <pybind11/stl.h>
@@ -101,16 +101,7 @@ void BindTypeParts(py::module_& module)
             "kind", [](const TypeProperty& p) { return Host::FormatKind(p.Property->Kind); },
             "\"bool\", \"integer\", \"float\", \"string\", \"colour\", \"enum\" or \"node\".")
         .def_property_readonly(
-            "default",
-            [](const TypeProperty& p) {
-                if (p.Property->Kind == Materials::GuiPropertyKind::Colour) {
-                    const auto& colour = p.Property->Floats;
-                    return ToPython(Value(std::array{colour[0], colour[1], colour[2]}));
-                }
-                if (p.Property->Kind == Materials::GuiPropertyKind::Float)
-                    return ToPython(Value(p.Property->Floats[0]));
-                return ToPython(Host::ValueToJson(*p.Property));
-            },
+            "default", [](const TypeProperty& p) { return ToPython(ReadValue(*p.Property)); },
             "Value of a new node: a bool, a number, a string, three numbers of a colour, or None.")
         .def_property_readonly(
             "help", [](const TypeProperty& p) { return ToPython(p.Property->Help); },

@@ -1,12 +1,12 @@
 #include "Bindings.h"
 #include "Convert.h"
 #include "mox/check/MaterialDiff.h"
-#include "mox/check/ProblemReport.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphChange.h"
 #include "mox/host/Excerpt.h"
 #include "mox/host/Problem.h"
 #include "mox/json/ChangeJson.h"
+#include "mox/json/ProblemReport.h"
 
 #include <pybind11/stl.h>
 #include <pybind11/stl/filesystem.h>

@@ -68,6 +68,26 @@ GuiPropertyKind GuessKind(py::handle value)
 
 } // namespace
 
+Value ReadValue(const Materials::GuiProperty& property)
+{
+    switch (property.Kind) {
+    case GuiPropertyKind::Bool:
+        return property.Integer == 1;
+    case GuiPropertyKind::Integer:
+        return property.Integer;
+    case GuiPropertyKind::Float:
+        return property.Floats[0];
+    case GuiPropertyKind::Colour:
+        return std::array{property.Floats[0], property.Floats[1], property.Floats[2]};
+    case GuiPropertyKind::String:
+    case GuiPropertyKind::Enum:
+        return property.Text;
+    case GuiPropertyKind::Node:
+        break;
+    }
+    return {};
+}
+
 py::object ToPython(const Value& value)
 {
     struct Visitor

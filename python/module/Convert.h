@@ -21,6 +21,9 @@ namespace py = pybind11;
 using Value =
     std::variant<std::monostate, bool, std::int32_t, float, std::string, std::array<float, 3>>;
 
+/// @returns nothing for a reference to a node
+Value ReadValue(const Materials::GuiProperty& property);
+
 py::object ToPython(const Value& value);
 py::object ToPython(const Host::Json& value);
 

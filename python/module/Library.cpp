@@ -7,6 +7,8 @@
 #include "mox/check/EnvironmentCheck.h"
 #include "mox/check/MaterialCheck.h"
 #include "mox/check/NodeFileCheck.h"
+#include "mox/graph/OpenMaterial.h"
+#include "mox/interchange/ReadMaterial.h"
 #include "mox/nodefile/NodeFolders.h"
 
 #include <algorithm>
@@ -111,8 +113,10 @@ Host::ProblemList Library::Check(const Paths& files, std::size_t threads) const
     }
     std::vector<Host::ProblemList> found(materials.size());
     ForEachParallel(materials.size(), threads, [&](std::size_t i) {
-        found[i] =
-            Host::CheckMaterial(materials[i].Document, _plugins, _environment, _targetCheck.get());
+        const std::string& file = materials[i].Document;
+        const auto graph =
+            Host::OpenMaterial(Host::ReadMaterial(file, found[i]), _plugins, found[i]);
+        Host::CheckMaterial(graph, file, _environment, _targetCheck.get(), found[i]);
     });
     for (const Host::ProblemList& ofMaterial : found)
         problems.Append(ofMaterial);

@@ -6,7 +6,7 @@
 #include "mox/batch/Depfile.h"
 #include "mox/batch/ExportBatch.h"
 #include "mox/batch/MaterialFiles.h"
-#include "mox/document/DocumentInputs.h"
+#include "mox/document/DocumentTextures.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/Excerpt.h"
@@ -20,7 +20,6 @@
 #include "mox/program/MaterialProgram.h"
 #include "mox/program/ProgramExporter.h"
 #include "mox/program/ShaderGeneration.h"
-#include "mox/program/ShaderGraphExporter.h"
 #include "mox/program/ShaderGraphText.h"
 #include "mox/targets/CompileTarget.h"
 

@@ -5,8 +5,8 @@
 #include "mox/Text.h"
 #include "mox/authoring/GuiPort.h"
 #include "mox/authoring/GuiPropertyBag.h"
-#include "mox/graph/NodePosition.h"
-#include "mox/host/LibraryCall.h"
+#include "mox/graph/HostValues.h"
+#include "mox/host/HostError.h"
 #include "mox/layout/NodeShape.h"
 
 namespace Mox::Python {
@@ -19,24 +19,8 @@ using Materials::GuiPropertyKind;
 
 Value ReadValue(const Host::MaterialGraph& graph, const GuiProperty& property)
 {
-    switch (property.Kind) {
-    case GuiPropertyKind::Bool:
-        return property.Integer == 1;
-    case GuiPropertyKind::Integer:
-        return property.Integer;
-    case GuiPropertyKind::Float:
-        return property.Floats[0];
-    case GuiPropertyKind::Colour:
-        return std::array{property.Floats[0], property.Floats[1], property.Floats[2]};
-    case GuiPropertyKind::String:
-    case GuiPropertyKind::Enum:
-        return property.Text;
-    case GuiPropertyKind::Node: {
-        const std::string id = graph.IdOf(property.Node.get());
-        return id.empty() ? Value() : id;
-    }
-    }
-    return {};
+    const std::string id = graph.IdOf(property.Node.get());
+    return property.Kind == GuiPropertyKind::Node && !id.empty() ? id : Python::ReadValue(property);
 }
 
 /// Finds a port by name. An input takes precedence over an output with the same name.

@@ -1,5 +1,5 @@
 #include "mox/authoring/GuiNode.h"
-#include "mox/program/ShaderTypeText.h"
+#include "mox/host/AttributeText.h"
 #include "tests/support/Failure.h"
 #include "tests/support/Session.h"
 #include "tests/support/TestNode.h"

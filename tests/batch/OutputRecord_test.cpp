@@ -1,5 +1,5 @@
-#include "mox/batch/ContentHash.h"
 #include "mox/batch/OutputRecord.h"
+#include "mox/host/ContentHash.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -38,8 +38,8 @@ for host in "${compilers[@]}"; do
         }
     done
 done
-"$source/tests/plugin/exports_test.sh" "$work/plugin-g++/checker.so"
-"$source/tests/plugin/exports_test.sh" "$work/plugin-clang++/checker.so"
+"$source/tests/plugins/exports_test.sh" "$work/plugin-g++/checker.so"
+"$source/tests/plugins/exports_test.sh" "$work/plugin-clang++/checker.so"
 
 # Builds the same plug-in again, without CMake.
 export PKG_CONFIG_PATH=$work/installed/lib/pkgconfig

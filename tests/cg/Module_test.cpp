@@ -46,7 +46,7 @@ TEST(CgModule, UnderstandsEveryBodyThatANodeWrites)
 {
     static const std::regex function(R"(void \w+\([^\n]*\n\{\n[^}]*\n\}\n)");
     std::size_t count = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(MOX_TEST_DATA "/nodes")) {
+    for (const auto& entry : std::filesystem::directory_iterator(MOX_TEST_DATA "/plugins/core")) {
         if (entry.path().extension() != ".txt")
             continue;
         const std::string text = Host::ReadFile(entry.path());

@@ -1,6 +1,6 @@
 #include "tests/compile/Recheck.h"
 
-#include "mox/compile/SpirvCompiler.h"
+#include "mox/targets/ProgramCompiler.h"
 #include "tests/support/GlslModule.h"
 
 #include <cstring>

@@ -1,7 +1,7 @@
 #include "tests/compile/SampleProgram.h"
 
+#include "mox/host/AttributeText.h"
 #include "mox/host/File.h"
-#include "mox/program/ShaderTypeText.h"
 
 #include <algorithm>
 #include <regex>

@@ -1,4 +1,4 @@
-#include "mox/decode/DecodeError.h"
+#include "mox/decode/DecodedFile.h"
 #include "mox/decode/DecodedStream.h"
 #include "tests/support/Failure.h"
 #include "tests/support/Tape.h"

@@ -1,7 +1,7 @@
 #include "SampleImages.h"
-#include "mox/decode/DecodeError.h"
-#include "mox/decoders/ImageDecoder.h"
+#include "mox/decode/DecodedFile.h"
 #include "tests/support/Failure.h"
+#include "tools/decode/ImageDecoder.h"
 
 #include <gtest/gtest.h>
 

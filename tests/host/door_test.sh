@@ -5,8 +5,8 @@
 set -euo pipefail
 cd "$1"
 
-classes='authoring/GuiNode(Factory)?|bindings/(Material|[A-Za-z]*Binding)|nodekit/[A-Za-z]*|nodes/[A-Za-z]*'
+classes='authoring/GuiNode(Factory)?|bindings/(Material|[A-Za-z]*Binding)|nodekit/[A-Za-z]*'
 allowed='mox/host/Plugin.cpp mox/host/PluginBinding.cpp mox/host/PluginNode.cpp mox/preview/NodeProbe.cpp'
 seen=$(grep -rlE "include .mox/($classes)\.h" tools mox |
-    grep -vE '^mox/(authoring|bindings|nodekit|nodes|plugin|shader)/' | sort)
+    grep -vE '^mox/(authoring|bindings|nodekit|shader)/' | sort)
 diff <(tr ' ' '\n' <<<"$allowed") <(echo "$seen")

@@ -1,5 +1,5 @@
 #include "mox/Text.h"
-#include "mox/compile/ProgramCompiler.h"
+#include "mox/targets/ProgramCompiler.h"
 #include "mox/targets/Reflection.h"
 #include "tests/compile/SampleProgram.h"
 #include "tests/numbers/CaseDrawer.h"

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "mox/compile/ProgramCompiler.h"
-#include "mox/decode/TextureImage.h"
+#include "mox/decode/DecodedFile.h"
 #include "mox/document/MaterialDocument.h"
 #include "mox/preview/Scene.h"
 #include "mox/program/Environment.h"
 #include "mox/program/StageCopies.h"
+#include "mox/targets/ProgramCompiler.h"
 #include "tests/numbers/FloatTarget.h"
 
 #include <map>

@@ -1,4 +1,4 @@
-#include "mox/program/ShaderTypeText.h"
+#include "mox/host/AttributeText.h"
 #include "mox/shader/ShaderFunctionBuilder.h"
 #include "mox/shader/ShaderGraphGenerator.h"
 #include "tests/support/Failure.h"

@@ -328,7 +328,7 @@ std::set<std::string> NodeFunctions()
     std::set<std::string> functions;
     static const std::regex pattern(R"(void \w+\([^\n]*\n\{\n[^}]*\n\}\n)");
     for (const auto& entry :
-         std::filesystem::recursive_directory_iterator(MOX_TEST_DATA "/nodes")) {
+         std::filesystem::recursive_directory_iterator(MOX_TEST_DATA "/plugins/core")) {
         if (entry.path().extension() != ".txt")
             continue;
         const std::string text = Mox::Host::ReadFile(entry.path());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/decode/DecodeError.h"
+#include "mox/decode/DecodedFile.h"
 #include "mox/decode/DecodedStream.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "tests/support/TestEditor.h"
 
-#include "mox/program/CgFormat.h"
+#include "mox/program/ProgramFormat.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/TemporaryFolder.h"
 

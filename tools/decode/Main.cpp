@@ -4,13 +4,13 @@
 // one that started it.
 //
 // Usage: mox-decode image|obj|gltf TEXELS BYTES SECONDS, with the limits of
-// mox/decode/DecodeLimits.h. For gltf, descriptor 3 is the folder in which a file may name others;
+// mox/decode/DecodedFile.h. For gltf, descriptor 3 is the folder in which a file may name others;
 // it is not open if the file may name none.
 
-#include "mox/decode/DecodeError.h"
+#include "mox/decode/DecodedFile.h"
 #include "mox/decode/DecodedStream.h"
-#include "mox/decoders/ImageDecoder.h"
-#include "mox/decoders/MeshDecoder.h"
+#include "tools/decode/ImageDecoder.h"
+#include "tools/decode/MeshDecoder.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -14,7 +14,7 @@ import xpm
 from canvas import colour
 
 FOLDERS = [
-    ("mox/plugin/icons", core_icons.ICONS),
+    ("plugins/core/icons", core_icons.ICONS),
     ("plugins/surface/icons", surface_icons.ICONS),
 ]
 

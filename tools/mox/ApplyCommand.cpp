@@ -1,7 +1,6 @@
 #include "Commands.h"
 #include "DocumentSource.h"
 #include "LoadPlugins.h"
-#include "ReplaceDocument.h"
 #include "mox/Text.h"
 #include "mox/document/MaterialDocument.h"
 #include "mox/graph/OpenMaterial.h"
@@ -43,10 +42,10 @@ void Apply(const ApplyOptions& options, const CommonOptions& common)
     const Host::PluginSet plugins = LoadPlugins(common);
     const Host::GraphChange change =
         Host::ParseChangeJson(ReadSource(options.Change), SourceName(options.Change));
-    Host::ProblemList problems;
-    Host::MaterialDocument document =
-        Host::ParseMaterialDocument(SourceName(options.File), ReadSource(options.File), problems);
-    problems.ThrowFirstError();
+    Host::MaterialDocument document = Host::WithoutErrors([&](auto& problems) {
+        return Host::ParseMaterialDocument(SourceName(options.File), ReadSource(options.File),
+                                           problems);
+    });
     Host::MaterialGraph graph(std::move(document), Host::NodeMaker(plugins));
     try {
         graph.Apply(change);

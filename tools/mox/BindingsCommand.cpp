@@ -3,10 +3,9 @@
 #include "LoadPlugins.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/OpenMaterial.h"
-#include "mox/json/BindingsJson.h"
+#include "mox/json/RecordJson.h"
 
 #include <iostream>
-#include <utility>
 
 namespace Mox::Tool {
 
@@ -22,11 +21,9 @@ std::vector<Host::PluginBinding> BindingsOfMaterial(const std::string& file,
                                                     const CommonOptions& common)
 {
     const Host::PluginSet plugins = LoadPlugins(common);
-    Host::ProblemList problems;
-    Host::MaterialDocument document = ReadDocument(file, problems);
-    const Host::MaterialGraph graph = Host::OpenMaterial(std::move(document), plugins, problems);
-    problems.ThrowFirstError();
-    return Host::CreateBindings(graph);
+    return Host::CreateBindings(Host::WithoutErrors([&](auto& problems) {
+        return Host::OpenMaterial(ReadDocument(file, problems), plugins, problems);
+    }));
 }
 
 } // namespace

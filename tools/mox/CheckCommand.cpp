@@ -6,8 +6,8 @@
 #include "mox/check/EnvironmentCheck.h"
 #include "mox/check/MaterialCheck.h"
 #include "mox/check/NodeFileCheck.h"
-#include "mox/check/ProblemReport.h"
 #include "mox/graph/OpenMaterial.h"
+#include "mox/json/ProblemReport.h"
 
 #include <iostream>
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CommonOptions.h"
+#include "LoadPlugins.h"
 
 #include <CLI/CLI.hpp>
 

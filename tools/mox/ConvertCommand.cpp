@@ -1,7 +1,6 @@
 #include "Commands.h"
 #include "DocumentSource.h"
 #include "LoadPlugins.h"
-#include "ProblemMessage.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/host/AtomicFile.h"
@@ -76,8 +75,7 @@ void ConvertMaterial(const ConvertOptions& options, const CommonOptions& common)
     std::string text;
     if (!problems.HasErrors())
         text = Convert(std::move(document), options, common, problems);
-    for (const Host::Problem& problem : problems.Problems())
-        std::cerr << FormatMessage(problem) << '\n';
+    PrintProblems(problems);
     if (problems.HasErrors())
         throw CLI::RuntimeError(failureStatus);
     Host::WriteIfChanged(options.Output, text);

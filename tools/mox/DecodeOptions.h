@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/decode/DecodeLimits.h"
+#include "mox/decode/DecodedFile.h"
 
 #include <CLI/CLI.hpp>
 

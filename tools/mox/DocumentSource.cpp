@@ -1,6 +1,9 @@
 #include "DocumentSource.h"
 
+#include "mox/Text.h"
+#include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
+#include "mox/host/HostError.h"
 #include "mox/interchange/ReadMaterial.h"
 
 #include <CLI/CLI.hpp>
@@ -43,25 +46,14 @@ std::string ReadSource(const std::string& file)
 
 Host::MaterialDocument ReadDocument(const std::string& file, Host::ProblemList& problems)
 {
-    if (!IsStandardInput(file))
-        return Host::ReadMaterial(file, problems);
-    const std::string name = SourceName(file);
-    try {
-        return Host::ParseMaterial(name, ReadSource(file), problems);
-    } catch (const Host::HostError& error) {
-        problems.Fail("unreadable", error);
-        Host::MaterialDocument document;
-        document.File = name;
-        return document;
-    }
+    return Host::ReadDocumentText(
+        SourceName(file), [&] { return ReadSource(file); }, Host::ParseMaterial, problems);
 }
 
 Host::MaterialDocument ReadDocument(const std::string& file)
 {
-    Host::ProblemList problems;
-    Host::MaterialDocument document = ReadDocument(file, problems);
-    problems.ThrowFirstError();
-    return document;
+    return Host::WithoutErrors(
+        [&](Host::ProblemList& problems) { return ReadDocument(file, problems); });
 }
 
 std::vector<Host::MaterialFile> FindDocuments(const std::vector<std::string>& files,
@@ -82,6 +74,25 @@ void RequireOneStandardInput(const std::string& first, const std::string& second
 {
     if (IsStandardInput(first) && IsStandardInput(second))
         RefuseSecondStandardInput();
+}
+
+void RequireReplaceable(const std::string& file)
+{
+    const std::string obstacle = Host::ObstacleToReplacing(file);
+    if (!obstacle.empty())
+        throw Host::HostError(Host::Place(file), obstacle + "; --force replaces it all the same");
+}
+
+std::string FormatMessage(const Host::Problem& problem)
+{
+    return Materials::Compose("mox: ", problem.Level == Host::Severity::Warning ? "warning: " : "",
+                              problem.Format());
+}
+
+void PrintProblems(const Host::ProblemList& problems)
+{
+    for (const Host::Problem& problem : problems.Problems())
+        std::cerr << FormatMessage(problem) << '\n';
 }
 
 } // namespace Mox::Tool

@@ -2,6 +2,7 @@
 
 #include "mox/batch/MaterialFiles.h"
 #include "mox/document/MaterialDocument.h"
+#include "mox/host/Problem.h"
 
 #include <string>
 #include <vector>
@@ -34,5 +35,16 @@ std::vector<Host::MaterialFile> FindDocuments(const std::vector<std::string>& fi
 /// For commands that read two documents.
 /// @throws CLI::ValidationError if both are standard input
 void RequireOneStandardInput(const std::string& first, const std::string& second);
+
+/// For commands that replace a document and have an option --force.
+/// @throws HostError if replacing it changes more than its content: it is read-only or has other
+///         hard links
+void RequireReplaceable(const std::string& file);
+
+/// A problem as the program tells it, in one line without its end.
+std::string FormatMessage(const Host::Problem& problem);
+
+/// Prints these lines to standard error.
+void PrintProblems(const Host::ProblemList& problems);
 
 } // namespace Mox::Tool

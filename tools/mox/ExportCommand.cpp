@@ -2,7 +2,6 @@
 #include "DocumentSource.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
-#include "ProblemMessage.h"
 #include "ProgressBar.h"
 #include "Signals.h"
 #include "Targets.h"
@@ -15,7 +14,6 @@
 #include "mox/host/File.h"
 #include "mox/json/RecordJson.h"
 #include "mox/program/ProgramExporter.h"
-#include "mox/program/ShaderGraphExporter.h"
 
 #include <iostream>
 #include <optional>
@@ -82,8 +80,7 @@ void ExportToOutput(const Host::MaterialExporter& exporter, const std::string& f
     Host::ProblemList found;
     Host::MaterialDocument document = ReadDocument(file, found);
     const Host::ExportedMaterial exported = exporter.Export(std::move(document), std::move(found));
-    for (const Host::Problem& problem : exported.Problems.Problems())
-        std::cerr << FormatMessage(problem) << '\n';
+    PrintProblems(exported.Problems);
     if (exported.Problems.HasErrors())
         throw CLI::RuntimeError(failureStatus);
     for (std::size_t i = 0; i < exported.Texts.size(); ++i)

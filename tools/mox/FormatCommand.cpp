@@ -1,7 +1,6 @@
 #include "Commands.h"
 #include "DocumentSource.h"
 #include "LoadPlugins.h"
-#include "ReplaceDocument.h"
 #include "mox/document/MaterialDocument.h"
 #include "mox/graph/MaterialGraph.h"
 #include "mox/host/AtomicFile.h"
@@ -43,9 +42,8 @@ struct FormatOptions
 std::string FormatText(const std::string& name, const std::string& text,
                        const Host::PluginSet* plugins)
 {
-    Host::ProblemList problems;
-    Host::MaterialDocument document = Host::ParseMaterialDocument(name, text, problems);
-    problems.ThrowFirstError();
+    Host::MaterialDocument document = Host::WithoutErrors(
+        [&](auto& problems) { return Host::ParseMaterialDocument(name, text, problems); });
     if (!plugins)
         return Host::FormatMaterialDocument(document);
     Host::MaterialGraph graph(std::move(document), Host::NodeMaker(*plugins));

@@ -2,19 +2,18 @@
 #include "DocumentSource.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
-#include "ProblemMessage.h"
 #include "Targets.h"
 #include "mox/Text.h"
 #include "mox/check/MaterialCheck.h"
-#include "mox/document/DocumentInputs.h"
+#include "mox/document/DocumentTextures.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
 #include "mox/pictures/Graphviz.h"
 #include "mox/pictures/MaterialPicture.h"
 #include "mox/pictures/ShaderPicture.h"
-#include "mox/program/ExportInputs.h"
 #include "mox/program/MaterialProgram.h"
+#include "mox/program/ProgramExporter.h"
 #ifdef MOX_HAS_PREVIEW
 #include "DecodeOptions.h"
 #include "Thumbnails.h"
@@ -142,8 +141,7 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
         images = MakeImages(options, graph, plugins, environment, problems);
     const Host::Drawing picture = options.IsShader ? DrawFunctions(graph, environment, problems)
                                                    : Host::DrawMaterial(graph, problems, images);
-    for (const Host::Problem& problem : problems.Problems())
-        std::cerr << FormatMessage(problem) << '\n';
+    PrintProblems(problems);
     Write(format == "dot"
               ? picture.Dot
               : Host::RenderPicture(picture, format == "svg" ? Host::PictureFormat::Svg

@@ -1,6 +1,6 @@
 #include "LoadPlugins.h"
 
-#include "mox/host/SearchPath.h"
+#include "mox/host/SearchFolders.h"
 #include "mox/nodefile/NodeFolders.h"
 
 #include <cstdlib>

@@ -1,9 +1,18 @@
 #pragma once
 
-#include "CommonOptions.h"
 #include "mox/host/PluginSet.h"
 
+#include <string>
+#include <vector>
+
 namespace Mox::Tool {
+
+/// Options that every command shares.
+struct CommonOptions
+{
+    std::vector<std::string> PluginFolders; ///< searched before the default one
+    std::vector<std::string> NodeFolders;   ///< with node files, searched before all others
+};
 
 /// The plug-ins of the folders that the user named as options, of those in the environment variable
 /// MOX_PLUGIN_PATH, and those beside the program, in this order: the first to offer a type supplies

@@ -1,6 +1,6 @@
 #include "Commands.h"
 #include "LoadPlugins.h"
-#include "mox/document/NodeFragment.h"
+#include "mox/document/Catalogue.h"
 
 #include <iostream>
 

@@ -3,9 +3,8 @@
 #include "DocumentSource.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
-#include "ProblemMessage.h"
 #include "mox/Text.h"
-#include "mox/document/DocumentInputs.h"
+#include "mox/document/DocumentTextures.h"
 #include "mox/document/PropertyText.h"
 #include "mox/host/File.h"
 #include "mox/preview/MaterialPreview.h"
@@ -123,8 +122,7 @@ void Preview(const PreviewArguments& arguments, const CommonOptions& common)
     Host::RequireNoInput(arguments.Output,
                          Host::TextureFiles(document, SourceName(arguments.File)));
     const Host::Picture picture = preview.RenderMaterial(document, mesh, options, problems);
-    for (const Host::Problem& problem : problems.Problems())
-        std::cerr << FormatMessage(problem) << '\n';
+    PrintProblems(problems);
     Host::WritePng(picture, arguments.Output);
     if (problems.HasErrors())
         throw CLI::RuntimeError(failureStatus);

@@ -1,12 +1,12 @@
 #include "Targets.h"
 
-#include "mox/program/CgFormat.h"
+#include "mox/program/ProgramFormat.h"
 #include "mox/targets/TargetCheck.h"
 #include "mox/targets/TargetFormat.h"
 
 #include <algorithm>
 #ifdef MOX_HAS_COMPILER
-#include "mox/compile/ProgramCompiler.h"
+#include "mox/targets/ProgramCompiler.h"
 #endif
 
 namespace Mox::Tool {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/decode/DecodeLimits.h"
+#include "mox/decode/DecodedFile.h"
 #include "mox/graph/MaterialGraph.h"
 #include "mox/host/Picture.h"
 #include "mox/host/PluginSet.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/compile/SpirvCompiler.h"
+#include "mox/targets/ProgramCompiler.h"
 
 namespace Mox::Host {
 

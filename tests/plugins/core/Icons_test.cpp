@@ -1,0 +1,74 @@
+#include "mox/host/Picture.h"
+#include "mox/host/Plugin.h"
+#include "tests/support/Golden.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <set>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+using namespace Mox;
+
+namespace {
+
+constexpr std::size_t side = 32;
+
+bool IsUpperCaseColour(std::string_view text)
+{
+    return text.size() == 7 && text[0] == '#' &&
+           text.find_first_not_of("0123456789ABCDEF", 1) == text.npos;
+}
+
+/// The colour of a decoded pixel, in the format of XPM tables.
+std::string ColourOf(const std::uint8_t* pixel)
+{
+    char text[] = "#RRGGBB";
+    std::snprintf(text, sizeof(text), "#%02X%02X%02X", pixel[0], pixel[1], pixel[2]);
+    return pixel[3] == 0 ? "None" : text;
+}
+
+/// @returns the first line of the table and the colour after the transparent one
+std::string CheckIcon(const Host::XpmTable& table)
+{
+    const std::string& header = table[0];
+    std::size_t width = 0, height = 0, colourCount = 0, keyLength = 0;
+    std::istringstream(header) >> width >> height >> colourCount >> keyLength;
+    EXPECT_TRUE(width == side && height == side) << header;
+    std::set<std::string> declared;
+    for (std::size_t i = 0; i < colourCount; ++i) {
+        const std::string_view text = table[1 + i];
+        const std::string_view colour = text.substr(keyLength + 3);
+        EXPECT_EQ(text.substr(keyLength, 3), "\tc ");
+        EXPECT_TRUE(i == 0 ? colour == "None" : IsUpperCaseColour(colour)) << text;
+        EXPECT_EQ(i == 0, text.find_first_not_of(' ') == keyLength) << text;
+        EXPECT_TRUE(declared.emplace(colour).second) << "colour twice: " << text;
+    }
+    for (std::size_t y = 0; y < side; ++y)
+        EXPECT_EQ(std::string_view(table[1 + colourCount + y]).size(), side * keyLength) << y;
+
+    const Host::Picture icon = Host::DecodeXpm(table);
+    EXPECT_EQ(icon.Pixels.size(), side * side * 4);
+    std::set<std::string> used;
+    for (std::size_t i = 0; i < icon.Pixels.size(); i += 4)
+        used.insert(ColourOf(&icon.Pixels[i]));
+    EXPECT_EQ(used, declared);
+    return header + " " + table[2].substr(keyLength + 3);
+}
+
+TEST(Icons, EveryTableIsWellFormedAndDecodes)
+{
+    std::string text;
+    for (const char* file : {MOX_CORE_PLUGIN, MOX_SURFACE_PLUGIN}) {
+        const Host::Plugin plugin(file);
+        for (const auto& row : plugin.Types()) {
+            SCOPED_TRACE(row.TypeName);
+            text += row.TypeName + ": " + (row.Icon.empty() ? "none" : CheckIcon(row.Icon)) + "\n";
+        }
+    }
+    ExpectGolden("plugins/core/icons.txt", text);
+}
+
+} // namespace
