@@ -33,7 +33,9 @@ void MeasureEdit(benchmark::State& state, const Workshop& workshop)
         // The first change runs with a cold cache; the result is meant for continuous editing.
         constexpr int changes = 100;
         for (int i = 0; i < changes; ++i) {
-            graph.SetProperty(node, "Default Value 2", std::to_string(i));
+            graph.Apply({{Host::SetProperties{
+                {{node,
+                  {"Default Value 2", Materials::GuiPropertyKind::Float, std::to_string(i)}}}}}});
             resolve();
         }
         again += watch.Lap() / changes;

@@ -99,7 +99,6 @@ mox_add_headers(mox_host
   program/ShaderGeneration.h
   program/ShaderGraphText.h
   program/ShaderOrigins.h
-  program/StageCopies.h
   targets/CompileTarget.h
   targets/CompiledProgram.h
   targets/MadePrograms.h

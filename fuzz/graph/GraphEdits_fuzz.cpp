@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Choices choices(data, size);
     const NodeMaker maker(TestPlugins());
     MaterialGraph graph(maker);
-    graph.AddNode("n0", "CoreMaths");
+    graph.Apply({{AddNode{{"n0", "CoreMaths", 0, {}}, {}}}});
     int edits = 0;
     CheckEdits(
         graph, maker, [&](std::size_t end) { return choices.Below(end); },

@@ -11,22 +11,10 @@ using Materials::Compose;
 
 namespace {
 
-const std::string_view* FindValue(std::span<const XmlAttribute> values, std::string_view name)
-{
-    for (const XmlAttribute& value : values) {
-        if (value.Name == name)
-            return &value.Value;
-    }
-    return nullptr;
-}
-
 const AttributeRule* FindRule(std::span<const AttributeRule> rules, std::string_view name)
 {
-    for (const AttributeRule& rule : rules) {
-        if (rule.Name == name)
-            return &rule;
-    }
-    return nullptr;
+    const auto found = std::ranges::find(rules, name, &AttributeRule::Name);
+    return found == rules.end() ? nullptr : &*found;
 }
 
 /// a, b or c
@@ -62,7 +50,7 @@ AttributeProblem Missing(std::string_view name, const std::string& expected)
 bool ValueRule::Accepts(std::string_view value) const
 {
     if (!Words.empty())
-        return std::find(Words.begin(), Words.end(), value) != Words.end();
+        return std::ranges::find(Words, value) != Words.end();
     return !IsValid || IsValid(value);
 }
 
@@ -136,11 +124,8 @@ std::string ElementRule::ExpectedChildren(std::size_t first) const
 
 const ElementRule::Variant* ElementRule::FindVariant(std::string_view word) const
 {
-    for (const Variant& variant : Variants) {
-        if (variant.Word == word)
-            return &variant;
-    }
-    return nullptr;
+    const auto found = std::ranges::find(Variants, word, &Variant::Word);
+    return found == Variants.end() ? nullptr : &*found;
 }
 
 std::string ElementRule::ExpectedWords() const

@@ -10,9 +10,9 @@
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/host/ContentHash.h"
+#include "mox/host/Excerpt.h"
 #include "mox/json/RecordJson.h"
 #include "mox/program/MaterialProgram.h"
-#include "mox/xml/XmlWriter.h"
 
 #include <exception>
 #include <new>

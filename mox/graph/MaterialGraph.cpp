@@ -109,53 +109,6 @@ DocumentChange MaterialGraph::Undo(DocumentChange inverse)
     return CommitAnew(edit);
 }
 
-DocumentChange MaterialGraph::AddNode(const std::string& id, const std::string& type,
-                                      const std::string& before)
-{
-    const MadeNode sample = _maker.Make(type, {Document().File, 0, id});
-    const std::int32_t version = sample.IsPlaceholder ? 0 : sample.Gui.Properties().Version;
-    return Apply({{Host::AddNode{{id, type, version, {}}, before}}});
-}
-
-DocumentChange MaterialGraph::RemoveNode(const std::string& id)
-{
-    return Apply({{Host::RemoveNode{id}}});
-}
-
-DocumentChange MaterialGraph::RenameNode(const std::string& id, const std::string& newId)
-{
-    return Apply({{Host::RenameNode{id, newId}}});
-}
-
-DocumentChange MaterialGraph::Connect(const std::string& tail, const std::string& tailPort,
-                                      const std::string& head, const std::string& headPort)
-{
-    return Apply({{AddEdge{{tail, tailPort, head, headPort}, {}, {}}}});
-}
-
-DocumentChange MaterialGraph::Disconnect(const std::string& tail, const std::string& tailPort,
-                                         const std::string& head, const std::string& headPort)
-{
-    return Apply({{RemoveEdge{{tail, tailPort, head, headPort}}}});
-}
-
-DocumentChange MaterialGraph::SetProperty(const std::string& node, const std::string& property,
-                                          const std::string& value)
-{
-    const std::size_t index = FindNode(node, {Document().File});
-    const auto& declared = _view.Node(index).Gui.Properties().Index;
-    DocumentProperty setting{property, GuiPropertyKind::String, value};
-    if (const auto known = declared.find(property); known != declared.end()) {
-        setting.Kind = known->second->Kind;
-    } else {
-        for (const DocumentProperty& unknown : Document().Nodes[index].Properties) {
-            if (unknown.Name == property)
-                setting.Kind = unknown.Kind;
-        }
-    }
-    return Apply({{SetProperties{{{node, setting}}}}});
-}
-
 DocumentNode MaterialGraph::WithoutReferences(std::size_t node,
                                               const std::vector<std::string>& ids) const
 {

@@ -71,22 +71,6 @@ public:
     /// @returns the inverse of this, which does it again
     DocumentChange Undo(DocumentChange inverse);
 
-    /// The single steps; each returns its inverse and raises what Apply raises.
-
-    /// Adds a new node of a type, ahead of another one or at the end.
-    DocumentChange AddNode(const std::string& id, const std::string& type,
-                           const std::string& before = {});
-    DocumentChange RemoveNode(const std::string& id);
-    DocumentChange RenameNode(const std::string& id, const std::string& newId);
-    DocumentChange Connect(const std::string& tail, const std::string& tailPort,
-                           const std::string& head, const std::string& headPort);
-    DocumentChange Disconnect(const std::string& tail, const std::string& tailPort,
-                              const std::string& head, const std::string& headPort);
-
-    /// Gives a property the value that a text means for its kind.
-    DocumentChange SetProperty(const std::string& node, const std::string& property,
-                               const std::string& value);
-
     /// The record that a node would have if its references to some ids were emptied.
     DocumentNode WithoutReferences(std::size_t node, const std::vector<std::string>& ids) const;
 

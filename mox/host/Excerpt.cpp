@@ -1,5 +1,10 @@
 #include "mox/host/Excerpt.h"
 
+#include <libxml/parserInternals.h>
+#include <libxml/xmlstring.h>
+
+#include <algorithm>
+
 namespace Mox::Host {
 
 namespace {
@@ -64,6 +69,19 @@ std::string MessageLine(std::string_view message)
 {
     constexpr std::size_t mostBytes = 4000;
     return Shorten(message, mostBytes);
+}
+
+bool IsXmlText(std::string_view text)
+{
+    while (!text.empty()) {
+        int size = static_cast<int>(std::min<std::size_t>(text.size(), 4));
+        const int character =
+            xmlGetUTF8Char(reinterpret_cast<const unsigned char*>(text.data()), &size);
+        if (character < 0 || !IS_CHAR(character))
+            return false;
+        text.remove_prefix(static_cast<std::size_t>(size));
+    }
+    return true;
 }
 
 } // namespace Mox::Host

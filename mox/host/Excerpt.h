@@ -15,4 +15,8 @@ std::string Excerpt(std::string_view text);
 /// bytes is replaced by three dots.
 std::string MessageLine(std::string_view message);
 
+/// Whether XML, and with it a document, can hold a text: it is UTF-8 and has no control characters
+/// other than tabs and line ends.
+bool IsXmlText(std::string_view text);
+
 } // namespace Mox::Host

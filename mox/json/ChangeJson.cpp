@@ -127,16 +127,11 @@ GraphStep ReadAddEdge(const JsonCursor& step)
     return AddEdge{ReadEdge(step), step.TextOf("beforeHead"), step.TextOf("beforeHeadPort")};
 }
 
-GraphStep ReadRemoveEdge(const JsonCursor& step)
+template <class Step>
+GraphStep ReadEdgeStep(const JsonCursor& step)
 {
     step.AllowOnly({"do", "tail", "tailPort", "head", "headPort", "points", "comments"});
-    return RemoveEdge{ReadEdge(step)};
-}
-
-GraphStep ReadSetPoints(const JsonCursor& step)
-{
-    step.AllowOnly({"do", "tail", "tailPort", "head", "headPort", "points", "comments"});
-    return SetPoints{ReadEdge(step)};
+    return Step{ReadEdge(step)};
 }
 
 GraphStep ReadSetProperties(const JsonCursor& step)
@@ -194,8 +189,8 @@ constexpr std::pair<std::string_view, GraphStep (*)(const JsonCursor&)> stepRead
     {"removeNode", ReadRemoveNode},
     {"renameNode", ReadRenameNode},
     {"addEdge", ReadAddEdge},
-    {"removeEdge", ReadRemoveEdge},
-    {"setPoints", ReadSetPoints},
+    {"removeEdge", ReadEdgeStep<RemoveEdge>},
+    {"setPoints", ReadEdgeStep<SetPoints>},
     {"setProperties", ReadSetProperties},
     {"setDescription", ReadSetDescription},
     {"setRenderState", ReadSetRenderState},

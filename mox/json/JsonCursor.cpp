@@ -2,7 +2,6 @@
 
 #include "mox/Text.h"
 #include "mox/host/Excerpt.h"
-#include "mox/xml/XmlWriter.h"
 
 #include <algorithm>
 #include <limits>

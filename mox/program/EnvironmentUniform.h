@@ -2,6 +2,7 @@
 
 #include "mox/shader/ShaderType.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -18,7 +19,11 @@ constexpr UniformRate uniformRates[] = {UniformRate::Frame, UniformRate::Materia
                                         UniformRate::Object};
 
 /// "frame", "material" or "object".
-std::string_view GetRateName(UniformRate rate);
+constexpr std::string_view GetRateName(UniformRate rate)
+{
+    constexpr std::string_view names[] = {"frame", "material", "object"}; // in the rates' order
+    return names[static_cast<std::size_t>(rate)];
+}
 
 /// A run-time constant that an environment declares.
 struct EnvironmentUniform

@@ -2,9 +2,9 @@
 
 #include "mox/Text.h"
 #include "mox/host/Excerpt.h"
+#include "mox/program/CalledCode.h"
 #include "mox/program/CodeCheck.h"
 #include "mox/program/EnvironmentNodes.h"
-#include "mox/program/HelperFunctions.h"
 #include "mox/program/ProgramPlanner.h"
 
 #include <boost/smart_ptr/make_shared.hpp>

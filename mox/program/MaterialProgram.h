@@ -5,8 +5,8 @@
 #include "mox/program/CgWriter.h"
 #include "mox/program/Environment.h"
 #include "mox/program/ProgramFormat.h"
+#include "mox/program/ProgramStage.h"
 #include "mox/program/ShaderGeneration.h"
-#include "mox/program/StageCopies.h"
 
 #include <filesystem>
 

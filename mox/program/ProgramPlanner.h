@@ -3,8 +3,8 @@
 #include "mox/host/Problem.h"
 #include "mox/program/Environment.h"
 #include "mox/program/ProgramPlan.h"
+#include "mox/program/ProgramStage.h"
 #include "mox/program/ShaderOrigins.h"
-#include "mox/program/StageCopies.h"
 #include "mox/shader/ShaderGraph.h"
 
 namespace Mox::Host {

@@ -20,4 +20,12 @@ constexpr std::string_view GetStageName(ProgramStage stage)
     return stage == ProgramStage::Vertex ? "vertex" : "fragment";
 }
 
+/// What to do with copies of interpolated values that both stages need. The choice does not change
+/// the image.
+enum class StageCopies
+{
+    HandedOn,  ///< computed in the vertex stage and passed on; saves work in the fragment stage
+    MadeTwice, ///< computed in each stage, and only the components that are read
+};
+
 } // namespace Mox::Host

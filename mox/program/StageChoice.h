@@ -3,7 +3,7 @@
 #include "mox/host/Problem.h"
 #include "mox/program/FunctionBody.h"
 #include "mox/program/ProgramGraph.h"
-#include "mox/program/StageCopies.h"
+#include "mox/program/ProgramStage.h"
 
 #include <cstdint>
 #include <initializer_list>

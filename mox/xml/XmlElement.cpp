@@ -41,13 +41,10 @@ std::size_t FindInTag(std::string_view text, std::size_t begin, std::string_view
 
 } // namespace
 
-const std::string_view* XmlElement::Find(std::string_view attribute) const
+const std::string_view* FindValue(std::span<const XmlAttribute> attributes, std::string_view name)
 {
-    for (const XmlAttribute& candidate : Attributes) {
-        if (candidate.Name == attribute)
-            return &candidate.Value;
-    }
-    return nullptr;
+    const auto found = std::ranges::find(attributes, name, &XmlAttribute::Name);
+    return found == attributes.end() ? nullptr : &found->Value;
 }
 
 Place XmlElement::PlaceIn(const std::string& file) const

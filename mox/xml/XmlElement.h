@@ -14,6 +14,9 @@ struct XmlAttribute
     std::string_view Value;
 };
 
+/// The value of an attribute, or null.
+const std::string_view* FindValue(std::span<const XmlAttribute> attributes, std::string_view name);
+
 /// An element at its start tag. It only lives while a handler is told of it.
 struct XmlElement
 {
@@ -24,7 +27,10 @@ struct XmlElement
     std::size_t Begin = 0; ///< of the start tag in the text
 
     /// The value of an attribute, or null.
-    const std::string_view* Find(std::string_view attribute) const;
+    const std::string_view* Find(std::string_view attribute) const
+    {
+        return FindValue(Attributes, attribute);
+    }
 
     /// The place of the start tag in a file.
     Place PlaceIn(const std::string& file) const;

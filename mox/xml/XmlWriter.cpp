@@ -1,11 +1,8 @@
 #include "mox/xml/XmlWriter.h"
 
 #include "mox/Text.h"
+#include "mox/host/Excerpt.h"
 
-#include <libxml/parserInternals.h>
-#include <libxml/xmlstring.h>
-
-#include <algorithm>
 #include <utility>
 
 namespace Mox::Host {
@@ -46,19 +43,6 @@ void AppendEscaped(std::string& text, std::string_view value)
 }
 
 } // namespace
-
-bool IsXmlText(std::string_view text)
-{
-    while (!text.empty()) {
-        int size = static_cast<int>(std::min<std::size_t>(text.size(), 4));
-        const int character =
-            xmlGetUTF8Char(reinterpret_cast<const unsigned char*>(text.data()), &size);
-        if (character < 0 || !IS_CHAR(character))
-            return false;
-        text.remove_prefix(static_cast<std::size_t>(size));
-    }
-    return true;
-}
 
 void XmlWriter::StartDocument()
 {

@@ -8,10 +8,6 @@
 
 namespace Mox::Host {
 
-/// Whether XML can hold a text: it is UTF-8 and has no control characters other than tabs and line
-/// ends.
-bool IsXmlText(std::string_view text);
-
 /// Writes XML in UTF-8 with one element or comment on a line, indented by two spaces. Attributes
 /// are escaped so that reading yields the same characters, line ends included; characters outside
 /// ASCII are written as they are.

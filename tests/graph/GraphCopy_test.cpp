@@ -1,5 +1,6 @@
 #include "mox/graph/GraphCopy.h"
 #include "tests/support/GraphText.h"
+#include "tests/support/MaterialText.h"
 #include "tests/support/ProbeNode.h"
 
 #include <gtest/gtest.h>
@@ -15,17 +16,17 @@ MaterialGraph Source()
 {
     MaterialGraph graph(ProbeMaker());
     for (const char* id : {"rim", "out", "rim2"})
-        graph.AddNode(id, "Probe");
-    graph.SetProperty("rim", "PositionX", "0.1");
-    graph.SetProperty("rim2", "Master", "out");
-    graph.SetProperty("rim", "Master", "rim2");
+        graph.Apply({{AddNode{{id, "Probe", 0, {}}, {}}}});
+    graph.Apply({{Set("rim; PositionX:float=0.1")}});
+    graph.Apply({{Set("rim2; Master:node=out")}});
+    graph.Apply({{Set("rim; Master:node=rim2")}});
     graph.Apply(
         {{AddNode{{"x9", "Alien", 2, {{"Twin", GuiPropertyKind::Node, "rim", 0}}, 0}, {}}}});
     graph.Apply({{AddEdge{{"rim", "out", "rim2", "in_1", 0, {}, {{3, 4}}}, {}, {}}}});
     for (const char* id : {"f", "g"})
         graph.Apply({{AddAnnotation{{AnnotationKind::Frame, id, "Rim", {1, 2}, 30, 40, ""}}}});
-    graph.Connect("x9", "o", "rim2", "in_2");
-    graph.Connect("rim2", "out", "out", "in_1");
+    graph.Apply({{Edge("x9.o -> rim2.in_2")}});
+    graph.Apply({{Edge("rim2.out -> out.in_1")}});
     return graph;
 }
 
@@ -58,7 +59,7 @@ TEST(GraphCopy, IntoAnotherMaterial)
 {
     const MaterialGraph source = Source();
     MaterialGraph target(ProbeMaker());
-    target.AddNode("x9", "Probe");
+    target.Apply({{AddNode{{"x9", "Probe", 0, {}}, {}}}});
     target.Apply(CopyParts(source, part, target));
     EXPECT_EQ(FormatDocument(target.Document()),
               "node x9 Probe 0\n"

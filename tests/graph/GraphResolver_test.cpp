@@ -3,6 +3,7 @@
 #include "mox/graph/OpenMaterial.h"
 #include "tests/support/Failure.h"
 #include "tests/support/GraphText.h"
+#include "tests/support/MaterialText.h"
 #include "tests/support/ProbeNode.h"
 
 #include <gtest/gtest.h>
@@ -69,29 +70,29 @@ TEST(GraphResolver, CallsOnlyWhatAChangeReaches)
 {
     Resolution chain(Chain(8));
     EXPECT_EQ(chain.Calls(), "");
-    chain.Graph.SetProperty("3", "PositionX", "5");
+    chain.Graph.Apply({{Set("3; PositionX:float=5")}});
     EXPECT_EQ(chain.Calls(), "");
-    chain.Graph.SetProperty("3", "Failure", "");
+    chain.Graph.Apply({{Set("3; Failure:string=")}});
     EXPECT_EQ(chain.Calls(), "");
 
     // A wider output affects all following nodes up to the one whose own output is fixed.
-    chain.Graph.SetProperty("6", "Width", "2");
+    chain.Graph.Apply({{Set("6; Width:integer=2")}});
     EXPECT_EQ(chain.Calls(), "6:1/1 7:1/1 ");
-    chain.Graph.SetProperty("3", "Width", "3");
+    chain.Graph.Apply({{Set("3; Width:integer=3")}});
     EXPECT_EQ(chain.Calls(), "3:1/1 4:1/1 5:1/1 6:1/1 ");
     EXPECT_EQ(chain.At(6).InputPorts[0].GetComponentCount(), 3);
     EXPECT_EQ(chain.At(7).InputPorts[0].GetComponentCount(), 2);
-    chain.Graph.SetProperty("3", "Inputs", "3");
+    chain.Graph.Apply({{Set("3; Inputs:integer=3")}});
     EXPECT_EQ(chain.Calls(), "3:1/1 ");
 
     // Precision propagates in the opposite direction.
-    chain.Graph.SetProperty("4", "Float", "true");
+    chain.Graph.Apply({{Set("4; Float:bool=true")}});
     EXPECT_EQ(chain.Calls(), "0:0/1 1:0/1 2:0/1 3:0/1 4:1/1 ");
     EXPECT_EQ(chain.At(0).OutputPorts[0].GetPrecision(), ComponentType::Float);
     EXPECT_EQ(chain.At(5).OutputPorts[0].GetPrecision(), ComponentType::Half);
 
     // Removing an edge affects both of its ends.
-    const DocumentChange inverse = chain.Graph.Disconnect("1", "out", "2", "in_1");
+    const DocumentChange inverse = chain.Graph.Apply({{RemoveEdge{{"1", "out", "2", "in_1"}}}});
     EXPECT_EQ(chain.Calls(), "0:0/1 1:1/1 2:1/1 ");
     chain.Graph.Undo(inverse);
     EXPECT_EQ(chain.Calls(), "0:0/1 1:1/1 2:1/1 ");
@@ -103,14 +104,14 @@ TEST(GraphResolver, LongChainInAnyOrder)
     Resolution chain(Chain(count));
     EXPECT_TRUE(chain.Problems.Problems().empty());
     EXPECT_NE(HostFailureOf([&] {
-                  chain.Graph.Connect(std::to_string(count - 1), "out", "0", "in_1");
+                  chain.Graph.Apply({{Edge(Compose(count - 1, ".out -> 0.in_1"))}});
               }).find(Compose("edges run in a circle: \"", count - 1, "\" -> \"0\" -> \"1\"")),
               std::string::npos);
-    chain.Graph.SetProperty("0", "Width", "4");
+    chain.Graph.Apply({{Set("0; Width:integer=4")}});
     const auto called = chain.Resolver.Resolve(chain.Problems);
     EXPECT_EQ(called.size(), static_cast<std::size_t>(count));
     EXPECT_EQ(chain.At(count - 1).OutputPorts[0].GetComponentCount(), 4);
-    chain.Graph.SetProperty("100", "Inputs", "1");
+    chain.Graph.Apply({{Set("100; Inputs:integer=1")}});
     EXPECT_EQ(chain.Resolver.Resolve(chain.Problems).size(), 1u);
 }
 

@@ -33,24 +33,6 @@ ProbeNode& Probe(const MaterialGraph& graph, const std::string& id)
     return dynamic_cast<ProbeNode&>(*graph.Nodes()[graph.FindNode(id, {})].Gui.Handle());
 }
 
-GraphStep Add(const char* node)
-{
-    return AddNode{MaterialFromText(node).Nodes[0], {}};
-}
-
-GraphStep Edge(const char* edge)
-{
-    return AddEdge{MaterialFromText(edge).Edges[0], {}, {}};
-}
-
-/// @param setting such as "a; Name:string=x"
-GraphStep Set(const std::string& setting)
-{
-    const std::size_t end = setting.find(';');
-    const DocumentNode node = MaterialFromText("node Type" + setting.substr(end)).Nodes[0];
-    return SetProperties{{{setting.substr(0, end), node.Properties[0]}}};
-}
-
 /// An invalid change is refused, and its earlier steps are undone.
 TEST(MaterialGraph, RefusalsChangeNothing)
 {
@@ -91,8 +73,8 @@ TEST(MaterialGraph, RefusalsChangeNothing)
         Set("c; Master:node=a"),
     };
     MaterialGraph graph = Row();
-    graph.SetProperty("a", "Master", "b");
-    graph.SetProperty("b", "Master", "c");
+    graph.Apply({{Set("a; Master:node=b")}});
+    graph.Apply({{Set("b; Master:node=c")}});
     const std::string before = DescribeGraph(graph);
     std::string refusals;
     for (const GraphStep& step : refused) {
@@ -114,14 +96,14 @@ TEST(MaterialGraph, RefusalsChangeNothing)
 TEST(MaterialGraph, PortsAreBuiltOnlyWhereTheyMayChange)
 {
     MaterialGraph graph = Row();
-    graph.SetProperty("c", "Master", "b");
-    graph.SetProperty("d", "Master", "c");
+    graph.Apply({{Set("c; Master:node=b")}});
+    graph.Apply({{Set("d; Master:node=c")}});
     for (const char* id : {"a", "b", "c", "d"})
         Probe(graph, id).PortCalls = 0;
-    graph.SetProperty("b", "PositionX", "3");
-    graph.SetProperty("b", "Inputs", "2");
+    graph.Apply({{Set("b; PositionX:float=3")}});
+    graph.Apply({{Set("b; Inputs:integer=2")}});
     EXPECT_EQ(Probe(graph, "b").PortCalls, 0);
-    graph.SetProperty("b", "Width", "3");
+    graph.Apply({{Set("b; Width:integer=3")}});
     EXPECT_EQ(Probe(graph, "a").PortCalls, 0);
     for (const char* id : {"b", "c", "d"})
         EXPECT_EQ(Probe(graph, id).PortCalls, 1);
@@ -142,7 +124,7 @@ TEST(MaterialGraph, AnnotationsAndPointsTouchNoNode)
     EXPECT_TRUE(graph.Touched().empty());
     EXPECT_TRUE(graph.Apply({{SetPoints{{"a", "out", "b", "in_1", 0, {}, {{50, 60}}}}}}).IsEmpty());
     const std::string drawn = FormatDocument(graph.Document());
-    inverses.push_back(graph.RemoveNode("a"));
+    inverses.push_back(graph.Apply({{RemoveNode{"a"}}}));
     graph.Undo(std::move(inverses.back()));
     EXPECT_EQ(FormatDocument(graph.Document()), drawn);
     inverses.pop_back();
@@ -169,7 +151,7 @@ TEST(MaterialGraph, WideFanAndLongChain)
     }
     graph.Apply(change);
     EXPECT_EQ(Probe(graph, "source").OutEdges.size(), static_cast<std::size_t>(readers));
-    const DocumentChange inverse = graph.RemoveNode("source");
+    const DocumentChange inverse = graph.Apply({{RemoveNode{"source"}}});
     EXPECT_EQ(graph.Edges().size(), static_cast<std::size_t>(readers - 1));
     EXPECT_FALSE(Probe(graph, "7").InputPorts[0].Connected);
     graph.Undo(inverse);

@@ -50,7 +50,8 @@ MaterialGraph MakeGraph(const MaterialDocument& material, ProblemList& problems)
             feeds.push_back(node.Id);
     }
     for (const std::string& feed : feeds)
-        graph.SetProperty(feed, "Name", feed);
+        graph.Apply(
+            {{SetProperties{{{feed, {"Name", Mox::Materials::GuiPropertyKind::String, feed}}}}}});
     ResolveGraph(graph, problems);
     ReportCountConflicts(graph, problems);
     return graph;

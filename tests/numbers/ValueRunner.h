@@ -4,7 +4,7 @@
 #include "mox/document/MaterialDocument.h"
 #include "mox/preview/Scene.h"
 #include "mox/program/Environment.h"
-#include "mox/program/StageCopies.h"
+#include "mox/program/ProgramStage.h"
 #include "mox/targets/ProgramCompiler.h"
 #include "tests/numbers/FloatTarget.h"
 

@@ -183,7 +183,7 @@ TEST(MaterialProgram, OfAChangedGraphNeedsItResolved)
     const std::string changed = "the graph was changed here and has not been resolved since";
     EXPECT_NE(build(false).find(changed), std::string::npos);
     EXPECT_EQ(build(true), "");
-    const DocumentChange inverse = graph.SetProperty("tint", "Constant Type", "Scalar");
+    const DocumentChange inverse = graph.Apply({{Set("tint; Constant Type:enum=Scalar")}});
     EXPECT_NE(build(false).find("\"tint\": " + changed), std::string::npos) << build(false);
     EXPECT_EQ(build(true), "");
     graph.Undo(inverse);

@@ -82,3 +82,20 @@ MaterialDocument MaterialFromText(const std::string& text)
     }
     return document;
 }
+
+GraphStep Add(const std::string& node)
+{
+    return AddNode{MaterialFromText(node).Nodes[0], {}};
+}
+
+GraphStep Edge(const std::string& edge)
+{
+    return AddEdge{MaterialFromText(edge).Edges[0], {}, {}};
+}
+
+GraphStep Set(const std::string& setting)
+{
+    const std::size_t end = setting.find(';');
+    const DocumentNode node = MaterialFromText("node Type" + setting.substr(end)).Nodes[0];
+    return SetProperties{{{setting.substr(0, end), node.Properties[0]}}};
+}
