@@ -47,11 +47,11 @@ mox_add_headers(mox_host
   batch/MaterialFiles.h
   check/EnvironmentCheck.h
   check/MaterialCheck.h
-  check/MaterialDiff.h
   check/NodeFileCheck.h
   document/Catalogue.h
   document/DocumentTextures.h
   document/IndexedDocument.h
+  document/MaterialDiff.h
   document/MaterialDocument.h
   document/OrderedSlots.h
   document/PropertyText.h

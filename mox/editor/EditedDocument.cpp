@@ -1,7 +1,7 @@
 #include "mox/editor/EditedDocument.h"
 
 #include "mox/Text.h"
-#include "mox/check/MaterialDiff.h"
+#include "mox/document/MaterialDiff.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
 

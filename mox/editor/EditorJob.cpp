@@ -2,7 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/check/MaterialCheck.h"
-#include "mox/check/MaterialDiff.h"
+#include "mox/document/MaterialDiff.h"
 #include "mox/editor/EditedDocument.h"
 #include "mox/editor/ErrorJson.h"
 #include "mox/editor/StateJson.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/check/MaterialDiff.h"
+#include "mox/document/MaterialDiff.h"
 #include "mox/document/MaterialDocument.h"
 #include "mox/host/PluginBinding.h"
 #include "mox/host/Problem.h"

@@ -6,7 +6,7 @@
 #include "Painting.h"
 #include "Programs.h"
 #include "Views.h"
-#include "mox/check/MaterialDiff.h"
+#include "mox/document/MaterialDiff.h"
 #include "mox/editor/StateJson.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/interchange/ReadMaterial.h"

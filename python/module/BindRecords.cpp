@@ -1,6 +1,6 @@
 #include "Bindings.h"
 #include "Convert.h"
-#include "mox/check/MaterialDiff.h"
+#include "mox/document/MaterialDiff.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphChange.h"
 #include "mox/host/Excerpt.h"

@@ -1,7 +1,7 @@
 #include "mox/Text.h"
 #include "mox/check/MaterialCheck.h"
-#include "mox/check/MaterialDiff.h"
 #include "mox/document/Catalogue.h"
+#include "mox/document/MaterialDiff.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"

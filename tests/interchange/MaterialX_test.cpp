@@ -1,6 +1,6 @@
 #include "mox/Text.h"
 #include "mox/check/MaterialCheck.h"
-#include "mox/check/MaterialDiff.h"
+#include "mox/document/MaterialDiff.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/interchange/CompleteMaterial.h"

@@ -19,7 +19,7 @@ TEST(ProblemReport, EveryFormHoldsTheSame)
     const std::string sarif = FormatProblemsAsSarif(problems, "1.2");
     EXPECT_TRUE(nlohmann::json::accept(json));
     EXPECT_TRUE(nlohmann::json::accept(sarif));
-    ExpectGolden("check/report.txt", FormatProblemsAsText(problems) + json + sarif);
+    ExpectGolden("json/report.txt", FormatProblemsAsText(problems) + json + sarif);
     EXPECT_EQ(FormatProblemsAsText({}), "");
 }
 

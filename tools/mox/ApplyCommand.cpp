@@ -71,9 +71,7 @@ void AddApplyCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand("apply", "Make a change of a material, given as JSON");
     const auto options = std::make_shared<ApplyOptions>();
-    command->add_option("FILE", options->File, "Material document; - for standard input")
-        ->type_name("")
-        ->required();
+    AddDocument(*command, "FILE", options->File);
     command
         ->add_option("CHANGE", options->Change,
                      "File with the change as JSON; - for standard input")

@@ -35,9 +35,7 @@ void AddBindingsCommand(CLI::App& program, const CommonOptions& common)
     auto file = std::make_shared<std::string>();
     auto isRead = std::make_shared<bool>(false);
     auto isJson = std::make_shared<bool>(false);
-    command->add_option("FILE", *file, "Material document; - for standard input")
-        ->type_name("")
-        ->required();
+    AddDocument(*command, "FILE", *file);
     command->add_flag("--read", *isRead, "FILE is a bindings document: read it back");
     command->add_flag("--json", *isJson, "Print JSON for programs instead of XML");
     command->footer(bindingsFooter);

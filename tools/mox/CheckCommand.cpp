@@ -93,9 +93,7 @@ void AddCheckCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand("check", "Find all problems of materials");
     const auto options = std::make_shared<CheckOptions>();
-    command
-        ->add_option("FILE", options->Files, "Material documents and folders; - for standard input")
-        ->type_name("");
+    AddDocuments(*command, options->Files);
     auto* json = command->add_flag("--json", options->IsJson, "A list for programs");
     command->add_flag("--sarif", options->IsSarif, "A SARIF log for build systems and code review")
         ->excludes(json);

@@ -1,7 +1,7 @@
 #include "Commands.h"
 #include "DocumentSource.h"
 #include "LoadPlugins.h"
-#include "mox/check/MaterialDiff.h"
+#include "mox/document/MaterialDiff.h"
 #include "mox/host/Excerpt.h"
 #include "mox/json/RecordJson.h"
 
@@ -74,12 +74,8 @@ void AddDiffCommand(CLI::App& program, const CommonOptions& common)
     auto* command =
         program.add_subcommand("diff", "Say in words how the meaning of two materials differs");
     const auto options = std::make_shared<DiffOptions>();
-    command->add_option("BEFORE", options->Before, "Material document; - for standard input")
-        ->type_name("")
-        ->required();
-    command->add_option("AFTER", options->After, "Material document; - for standard input")
-        ->type_name("")
-        ->required();
+    AddDocument(*command, "BEFORE", options->Before);
+    AddDocument(*command, "AFTER", options->After);
     command->add_flag("--json", options->IsJson, "Print JSON for programs");
     command->footer(diffFooter);
     command->callback([options, &common] { Diff(*options, common); });

@@ -6,8 +6,6 @@
 #include "mox/host/HostError.h"
 #include "mox/interchange/ReadMaterial.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <cstdio>
 #include <iostream>
@@ -23,6 +21,20 @@ namespace {
 }
 
 } // namespace
+
+void AddDocument(CLI::App& command, const std::string& name, std::string& file)
+{
+    command.add_option(name, file, "Material document; - for standard input")
+        ->type_name("")
+        ->required();
+}
+
+CLI::Option* AddDocuments(CLI::App& command, std::vector<std::string>& files)
+{
+    return command
+        .add_option("FILE", files, "Material documents and folders; - for standard input")
+        ->type_name("");
+}
 
 bool IsStandardInput(const std::string& file)
 {

@@ -4,6 +4,8 @@
 #include "mox/document/MaterialDocument.h"
 #include "mox/host/Problem.h"
 
+#include <CLI/CLI.hpp>
+
 #include <string>
 #include <vector>
 
@@ -12,6 +14,12 @@ namespace Mox::Tool {
 /// The documents that a command line names: files, and "-" for standard input, which can be read
 /// once. A document from standard input has no folder, so its textures are looked up in the current
 /// one.
+
+/// Adds an argument for a document.
+void AddDocument(CLI::App& command, const std::string& name, std::string& file);
+
+/// Adds the argument FILE for documents and folders.
+CLI::Option* AddDocuments(CLI::App& command, std::vector<std::string>& files);
 
 /// Whether a document comes from standard input.
 bool IsStandardInput(const std::string& file);

@@ -272,10 +272,7 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand("export", "Write the shader programs of materials");
     const auto options = std::make_shared<ExportOptions>();
-    command
-        ->add_option("FILE", options->Files, "Material documents and folders; - for standard input")
-        ->type_name("")
-        ->required();
+    AddDocuments(*command, options->Files)->required();
     auto* output =
         command
             ->add_option("-o,--output", options->Folder,

@@ -98,10 +98,7 @@ void AddFormatCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand("format", "Bring material documents into the one form");
     const auto options = std::make_shared<FormatOptions>();
-    command
-        ->add_option("FILE", options->Files, "Material documents and folders; - for standard input")
-        ->type_name("")
-        ->required();
+    AddDocuments(*command, options->Files)->required();
     auto* check =
         command->add_flag("--check", options->IsCheck, "Only list the documents that would change");
     command

@@ -158,9 +158,7 @@ void AddGraphCommand(CLI::App& program, const CommonOptions& common)
     auto* command =
         program.add_subcommand("graph", "Draw the graph of a material, wrong parts in red");
     const auto options = std::make_shared<GraphOptions>();
-    command->add_option("FILE", options->File, "Material document; - for standard input")
-        ->type_name("")
-        ->required();
+    AddDocument(*command, "FILE", options->File);
     command
         ->add_option("-o,--output", options->Output,
                      "Picture file; without it the picture goes to standard output")

@@ -134,9 +134,7 @@ void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand("preview", "Draw a picture of a material");
     const auto arguments = std::make_shared<PreviewArguments>();
-    command->add_option("FILE", arguments->File, "Material document; - for standard input")
-        ->type_name("")
-        ->required();
+    AddDocument(*command, "FILE", arguments->File);
     command->add_option("-o,--output", arguments->Output, "Picture to write, a PNG file")
         ->type_name("FILE")
         ->required();

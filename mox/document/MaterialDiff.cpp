@@ -1,4 +1,4 @@
-#include "mox/check/MaterialDiff.h"
+#include "mox/document/MaterialDiff.h"
 
 #include "mox/Text.h"
 #include "mox/document/AnnotationText.h"

@@ -1,4 +1,4 @@
-#include "mox/check/MaterialDiff.h"
+#include "mox/document/MaterialDiff.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/MaterialText.h"
 #include "tests/support/Session.h"
@@ -56,7 +56,7 @@ TEST(MaterialDiff, MeaningCountsAndNotWriting)
 /// Each line changes the material; the right-hand side is the new version.
 TEST(MaterialDiff, SaysInWordsWhatChanged)
 {
-    ExpectSession("check/differences.txt", [](const std::string& change) {
+    ExpectSession("document/differences.txt", [](const std::string& change) {
         const std::size_t arrow = change.find(" => ");
         return Differences(
             MaterialFromText(material),
