@@ -170,7 +170,7 @@ def main(folder, materials):
                      entry[0].split("/")[0], entry[0].split("/")[1], len(entry[0])))
                  if name.startswith("parts/")]))
     bindings = rows["bindings/1000"]
-    print(f"\nA binding of four floats takes {ratio(bindings['write'] / floor[1000])} of the baseline "
+    print(f"\nA binding of four floats takes {ratio(bindings['write'] / floor[1000])} of the baseline's time "
           f"to write as XML and {ratio(bindings['read'] / floor[1000])} to read from a file.")
 
     print("\n## Nodes\n\nCreating and freeing a node of each type, 1,000 at a time, relative to the plain "

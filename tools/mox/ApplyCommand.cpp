@@ -17,9 +17,9 @@ namespace {
 using Materials::Compose;
 
 constexpr const char* applyFooter =
-    R"(The change is made as a whole or not at all: if one of its steps does not fit,
-nothing is written. What was wrong with the material before is no obstacle.
-docs/json.md describes the form of a change.
+    R"(The change is applied completely or not at all: if one of its steps is invalid,
+nothing is written. Existing problems of the material do not prevent a change.
+docs/json.md describes the format of a change.
 
 Examples:
   mox apply rim.xml brighter.json
@@ -69,7 +69,7 @@ void Apply(const ApplyOptions& options, const CommonOptions& common)
 
 void AddApplyCommand(CLI::App& program, const CommonOptions& common)
 {
-    auto* command = program.add_subcommand("apply", "Make a change of a material, given as JSON");
+    auto* command = program.add_subcommand("apply", "Apply a change to a material, given as JSON");
     const auto options = std::make_shared<ApplyOptions>();
     AddDocument(*command, "FILE", options->File);
     command

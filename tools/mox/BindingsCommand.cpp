@@ -36,8 +36,8 @@ void AddBindingsCommand(CLI::App& program, const CommonOptions& common)
     auto isRead = std::make_shared<bool>(false);
     auto isJson = std::make_shared<bool>(false);
     AddDocument(*command, "FILE", *file);
-    command->add_flag("--read", *isRead, "FILE is a bindings document: read it back");
-    command->add_flag("--json", *isJson, "Print JSON for programs instead of XML");
+    command->add_flag("--read", *isRead, "Read FILE as a bindings document");
+    command->add_flag("--json", *isJson, "Print JSON instead of XML");
     command->footer(bindingsFooter);
     command->callback([=, &common] {
         const auto bindings = *isRead ? Host::ParseBindings(SourceName(*file), ReadSource(*file))

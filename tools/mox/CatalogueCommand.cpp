@@ -24,8 +24,8 @@ using Materials::Compose;
 using Materials::GuiProperty;
 
 constexpr const char* catalogueFooter =
-    R"(Where the ports hang on a property, those of its other values stand below
-those of a new node, as far as they differ.
+    R"(Where ports depend on a property, the ports of a new node are listed first, then
+for each other value of the property those that differ.
 
 Examples:
   mox catalogue
@@ -179,10 +179,11 @@ void AddCatalogueCommand(CLI::App& program, const CommonOptions& common)
     auto types = std::make_shared<std::vector<std::string>>();
     auto isJson = std::make_shared<bool>(false);
     auto iconFolder = std::make_shared<std::string>();
-    command->add_option("TYPE", *types, "The only node types to list")->type_name("");
-    command->add_flag("--json", *isJson, "Print JSON for programs");
+    command->add_option("TYPE", *types, "Node types to list; by default all")->type_name("");
+    command->add_flag("--json", *isJson, "Print JSON");
     command
-        ->add_option("--icons", *iconFolder, "Also write each type's icon to this folder, as PNG")
+        ->add_option("--icons", *iconFolder,
+                     "Also write the icon of each type to this folder, as PNG")
         ->type_name("DIR");
     command->footer(catalogueFooter);
     command->callback([=, &common] {

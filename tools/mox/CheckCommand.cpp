@@ -17,9 +17,9 @@ namespace Mox::Tool {
 namespace {
 
 constexpr const char* checkFooter =
-    R"(A folder stands for every material in it and below. All problems of a
-material are found in one go. With --nodes, the node files of those folders
-are checked too, and with --environment that environment; they need no
+    R"(A folder includes every material in it and in its subfolders. All problems of a
+material are reported at once. With --nodes, the node files in those folders
+are checked too, and with --environment that environment; neither needs a
 material. The exit status is 1 if there is an error, or with --strict a
 warning, and 0 otherwise.
 
@@ -94,10 +94,12 @@ void AddCheckCommand(CLI::App& program, const CommonOptions& common)
     auto* command = program.add_subcommand("check", "Find all problems of materials");
     const auto options = std::make_shared<CheckOptions>();
     AddDocuments(*command, options->Files);
-    auto* json = command->add_flag("--json", options->IsJson, "A list for programs");
-    command->add_flag("--sarif", options->IsSarif, "A SARIF log for build systems and code review")
+    auto* json = command->add_flag("--json", options->IsJson, "Print the problems as JSON");
+    command
+        ->add_flag("--sarif", options->IsSarif,
+                   "Print a SARIF log for build systems and code review")
         ->excludes(json);
-    command->add_flag("--strict", options->IsStrict, "Warnings count as errors");
+    command->add_flag("--strict", options->IsStrict, "Treat warnings as errors");
     AddEnvironmentOption(*command, options->Environment);
     command->footer(checkFooter);
     command->callback([options, &common] { Check(*options, common); });

@@ -279,8 +279,7 @@ std::string FormatFishCompletion(const ProgramHelp& help)
 
 void AddCompletionCommand(CLI::App& program)
 {
-    auto* command = program.add_subcommand(
-        "completion", "Print a script by which a shell completes the command line of this program");
+    auto* command = program.add_subcommand("completion", "Print a completion script for a shell");
     auto shell = std::make_shared<std::string>();
     command->add_option("SHELL", *shell, "The shell")
         ->type_name("")

@@ -16,10 +16,10 @@ namespace Mox::Tool {
 namespace {
 
 constexpr const char* convertFooter =
-    R"(The format of the output follows from its extension: ".mtlx" is MaterialX 1.39,
-all others are material documents. What is not carried over as it is, or not
-at all, is a warning with its place in FILE. Names of textures that are
-relative are changed so that they lead to the same files from the output.
+    R"(The extension of the output selects its format: ".mtlx" is MaterialX 1.39, and
+anything else is a material document. A warning with a place in FILE reports
+whatever is changed or dropped. Relative names of textures are adjusted so that
+they lead to the same files from the output.
 
 Examples:
   mox convert brass.mtlx -o brass.xml
@@ -85,7 +85,7 @@ void ConvertMaterial(const ConvertOptions& options, const CommonOptions& common)
 
 void AddConvertCommand(CLI::App& program, const CommonOptions& common)
 {
-    auto* command = program.add_subcommand("convert", "Convert a material from or to MaterialX");
+    auto* command = program.add_subcommand("convert", "Convert a material to or from MaterialX");
     const auto options = std::make_shared<ConvertOptions>();
     command
         ->add_option("FILE", options->File,

@@ -16,15 +16,16 @@ void AddDecodeOptions(CLI::App& command, Host::DecodeLimits& limits)
             ->type_name(unit)
             ->check(CLI::Range(std::uint64_t(1), most).description(""))
             ->default_str(std::to_string(now))
-            ->group("Limits of textures and meshes");
+            ->group("Limits for textures and meshes");
     };
-    add("--max-texture", "Largest width and height of a texture", "TEXELS", largestSide,
+    add("--max-texture", "Maximum width and height of a texture", "TEXELS", largestSide,
         limits.Side,
         [&limits](std::uint64_t side) { limits.Side = static_cast<std::uint32_t>(side); });
-    add("--max-decoded", "Most memory of a decoded file, and largest file", "MB", mostMegabytes,
-        limits.Bytes >> bitsOfMegabyte,
+    add("--max-decoded", "Maximum memory for a decoded file, and maximum file size", "MB",
+        mostMegabytes, limits.Bytes >> bitsOfMegabyte,
         [&limits](std::uint64_t megabytes) { limits.Bytes = megabytes << bitsOfMegabyte; });
-    add("--max-decode-time", "Most time to decode a file", "SECONDS", mostSeconds, limits.Seconds,
+    add("--max-decode-time", "Maximum time to decode a file", "SECONDS", mostSeconds,
+        limits.Seconds,
         [&limits](std::uint64_t seconds) { limits.Seconds = static_cast<std::uint32_t>(seconds); });
 }
 

@@ -16,9 +16,9 @@ constexpr int differentStatus = 1;
 constexpr int troubleStatus = 2; ///< as people and scripts know it from other comparing programs
 
 constexpr const char* diffFooter =
-    R"(The order of nodes, edges and properties does not count, nor how a number is
-written. The exit status is 0 if the materials mean the same, 1 if they differ
-and 2 if one of them cannot be read.
+    R"(The order of nodes, edges and properties is ignored, and so is the way a number
+is written. The exit status is 0 if the materials mean the same, 1 if they
+differ, and 2 if one of them cannot be read.
 
 Examples:
   mox diff old/rim.xml new/rim.xml
@@ -72,11 +72,11 @@ void Diff(const DiffOptions& options, const CommonOptions& common)
 void AddDiffCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command =
-        program.add_subcommand("diff", "Say in words how the meaning of two materials differs");
+        program.add_subcommand("diff", "Describe the differences between two materials");
     const auto options = std::make_shared<DiffOptions>();
     AddDocument(*command, "BEFORE", options->Before);
     AddDocument(*command, "AFTER", options->After);
-    command->add_flag("--json", options->IsJson, "Print JSON for programs");
+    command->add_flag("--json", options->IsJson, "Print the differences as JSON");
     command->footer(diffFooter);
     command->callback([options, &common] { Diff(*options, common); });
 }

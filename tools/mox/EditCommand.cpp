@@ -20,11 +20,11 @@ namespace Mox::Tool {
 namespace {
 
 constexpr const char* editFooter =
-    R"(Prints the address of the editor, which works only on this machine, and opens
-it in a browser. The address contains a secret: whoever knows it can change the
-material. The program ends ten seconds after the last page is closed, or on
-Ctrl+C. Unsaved changes are kept beside the document and offered when it is
-edited next.
+    R"(Prints the address of the editor, which works on this machine only, and opens
+it in a browser. The address contains a secret: anyone who knows it can change
+the material. The program ends ten seconds after the last page is closed, or on
+Ctrl+C. Unsaved changes are kept next to the document and offered the next time
+it is edited.
 
 Examples:
   mox edit rim.xml
@@ -109,16 +109,15 @@ void AddEditCommand(CLI::App& program, const CommonOptions& common)
     const auto options = std::make_shared<EditOptions>();
     command
         ->add_option("FILE", options->File,
-                     "Material document; it need not exist before it is saved")
+                     "Material document; saving creates it if it does not exist")
         ->type_name("")
         ->required();
-    command
-        ->add_option("--port", options->Port,
-                     "Port of the address; by default the system chooses one")
+    command->add_option("--port", options->Port, "TCP port; by default the system chooses one")
         ->type_name("N")
         ->check(CLI::Range(1, largestPort).description(""));
     command->add_flag_callback(
-        "--no-browser", [options] { options->HasBrowser = false; }, "Only print the address");
+        "--no-browser", [options] { options->HasBrowser = false; },
+        "Print the address, but do not open a browser");
     AddEnvironmentOption(*command, options->Environment);
 #ifdef MOX_HAS_PREVIEW
     command

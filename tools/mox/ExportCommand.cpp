@@ -27,31 +27,32 @@ namespace {
 using Materials::Compose;
 
 constexpr const char* exportFooter =
-    R"(A folder stands for every material in it and below. The texts of a material
-lie under its name in the output folder, and those of a material in a folder
-under the path that it has there. A text that comes out as it is on the disk
-is not touched.
+    R"(A folder includes every material in it and in its subfolders. The programs
+of a material are named after the material; those of a material in a folder
+keep its path relative to that folder. A file whose content has not changed is
+not touched.
 
 The file .mox-outputs in the output folder lists what exports have written
-there. From it an export finds outputs whose material is gone, and reports
-them. --prune removes them, unless they have been changed.
+there. Later exports use it to find and report outputs whose material no longer
+exists. --prune removes them unless they have been modified.
 
 Examples:
   mox export rim.xml
-      Print the result of one material.
+      Print the programs of one material.
   make_material.py | mox export - --target essl
-      The same for a document that another program writes.
+      Do the same for a document that another program generates.
   mox export materials extra/rim.xml -o shaders -j 8
-      Export all materials of a folder, and one more, on eight threads.
+      Export all materials in a folder and one more, on eight threads.
   mox export materials -o shaders --target cg,glsl,spirv
-      Write programs in several languages, with a file that says what stands where.
+      Write programs in several languages, with a reflection file that lists
+      locations and bindings.
   mox export materials -o shaders --prune
       Export all materials, and remove the outputs of those that were deleted.
   mox export rim.xml -o shaders --depfile rim.d
-      Tell Make or Ninja what shaders/rim.vertex.cg and rim.fragment.cg depend on.
+      List for Make or Ninja what shaders/rim.vertex.cg and rim.fragment.cg depend on.
   mox export materials -o shaders --depfile all.d --depfile-target all.stamp && touch all.stamp
-      The same for a whole folder behind one stamp. A rule for it should name the
-      materials too, as the file cannot say that one is new.
+      Do the same for a whole folder with one stamp file. The build rule should list
+      the materials too, because a dependency file cannot list new ones.
 )";
 
 constexpr const char* relaxedWord = "relaxed";
@@ -275,61 +276,62 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
     AddDocuments(*command, options->Files)->required();
     auto* output =
         command
-            ->add_option("-o,--output", options->Folder,
-                         "Folder to write to; without it one material goes to standard output")
+            ->add_option(
+                "-o,--output", options->Folder,
+                "Output folder; without it, the programs of one material go to standard output")
             ->type_name("DIR");
     command
         ->add_option("-j,--jobs", options->Workers,
-                     "Number of threads; as many as there are processors otherwise")
+                     "Number of threads; by default, the number of processors")
         ->type_name("N")
         ->check(CLI::Range(1, 1024).description(""));
     auto* depfile =
         command
             ->add_option(
                 "--depfile", options->Depfile,
-                "Write what the outputs depend on to this file, as rules for Make and Ninja")
+                "Write the dependencies of the outputs to this file, as rules for Make and Ninja")
             ->type_name("FILE")
             ->needs(output);
     command
         ->add_option("--depfile-target", options->DepfileTarget,
-                     "Target to name in these rules instead of the outputs")
+                     "Target of these rules instead of the outputs")
         ->type_name("FILE")
         ->needs(depfile);
     auto* target = command
                        ->add_option("--target", options->Targets,
-                                    "Languages to write, with commas between them; cg otherwise")
+                                    "Languages to write, separated by commas; by default cg")
                        ->type_name("LIST")
                        ->delimiter(',')
+                       ->allow_extra_args(false)
                        ->check(CLI::IsMember(TargetWords()));
     command
         ->add_option("--precision", options->Precision,
-                     "\"full\" computes half as float, \"relaxed\" as the language's own type for "
-                     "such numbers; full otherwise")
+                     "\"full\" (the default) computes half as float, \"relaxed\" uses the "
+                     "reduced-precision type of each language")
         ->type_name("WORD")
         ->check(CLI::IsMember({"full", relaxedWord}).description(""));
     command->add_flag("--optimise", options->IsOptimised,
-                      "Also optimise SPIR-V, which takes far longer than writing it");
-    command->add_flag("--plain", options->IsPlain, "Without comments in the programs");
+                      "Also optimise SPIR-V, which takes much longer than generating it");
+    command->add_flag("--plain", options->IsPlain, "Write programs without comments");
     command
         ->add_flag(
             "--by-content", options->IsByContent,
-            "Store equal programs once, in the folder \"programs\" of the output, and for each "
-            "material a file that names them")
+            "Store identical programs once, in the subfolder \"programs\", and write for each "
+            "material a file that names its programs")
         ->needs(output);
     command
         ->add_flag("--shader-graph", options->IsShaderGraph,
-                   "Instead of programs, the finished shader graph as text")
+                   "Write the finished shader graph as text instead of programs")
         ->excludes(target);
     command
-        ->add_flag("--prune", options->Prunes,
-                   "Remove outputs of earlier exports whose material is gone, unless they were "
-                   "changed; no other export may write to the folder meanwhile")
+        ->add_flag(
+            "--prune", options->Prunes,
+            "Remove unmodified outputs of earlier exports whose material no longer exists; no "
+            "other export may write to the folder at the same time")
         ->needs(output);
     command->add_flag("-q,--quiet", options->IsQuiet,
-                      "Print errors and warnings only: neither progress nor a summary");
-    command
-        ->add_flag("--json", options->IsJson,
-                   "Print the summary as JSON for programs, on standard output")
+                      "Print only errors and warnings, no progress and no summary");
+    command->add_flag("--json", options->IsJson, "Print the summary as JSON on standard output")
         ->needs(output);
     AddEnvironmentOption(*command, options->Environment);
     command->footer(exportFooter);

@@ -15,13 +15,13 @@ namespace Mox::Tool {
 namespace {
 
 constexpr const char* formatFooter =
-    R"(A document in the one form stays as it is when it is written again, and a
-changed value changes one line. Nothing of a document is lost. With --check
-the exit status is 1 if a document is in another form. One that cannot be read
-stops no other. A document that is read-only or has hard links is written with
---force only: it is replaced, and the other names keep the old document.
-With --tidy the nodes also get new positions, in columns from left to right.
-A document from standard input goes to standard output.
+    R"(Formatting is stable: writing a canonical document again does not change it, and
+changing a value changes one line. Nothing in a document is lost. With --check,
+the exit status is 1 if a document is not canonical. A document that cannot be
+read does not stop the others. A document that is read-only or has other hard
+links is written only with --force: it is replaced, and its other names keep
+the old content. With --tidy, the nodes also get new positions, in columns from
+left to right. A document from standard input goes to standard output.
 
 Examples:
   mox format rim.xml
@@ -96,16 +96,17 @@ void FormatDocuments(const FormatOptions& options, const CommonOptions& common)
 
 void AddFormatCommand(CLI::App& program, const CommonOptions& common)
 {
-    auto* command = program.add_subcommand("format", "Bring material documents into the one form");
+    auto* command =
+        program.add_subcommand("format", "Rewrite material documents in canonical form");
     const auto options = std::make_shared<FormatOptions>();
     AddDocuments(*command, options->Files)->required();
-    auto* check =
-        command->add_flag("--check", options->IsCheck, "Only list the documents that would change");
+    auto* check = command->add_flag("--check", options->IsCheck,
+                                    "List the documents that would change, and change none");
     command
         ->add_flag("--force", options->IsForced,
                    "Also replace documents that are read-only or have other hard links")
         ->excludes(check);
-    command->add_flag("--tidy", options->IsTidied, "Also lay out the nodes anew");
+    command->add_flag("--tidy", options->IsTidied, "Also lay out the nodes");
     command->footer(formatFooter);
     command->callback([=, &common] { FormatDocuments(*options, common); });
 }

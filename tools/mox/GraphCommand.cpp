@@ -28,18 +28,18 @@ namespace Mox::Tool {
 namespace {
 
 constexpr const char* graphFooter =
-    R"(A material with errors is drawn as far as it goes. What is wrong is red, and
-amber where it is only a warning.
+    R"(A material with errors is drawn as far as possible. Errors are red and warnings
+are amber.
 
 Examples:
   mox graph rim.xml -o rim.svg
       Draw the nodes and edges of a material, with the types at the ports.
   mox graph rim.xml --thumbnails -o rim.png
-      Show at each node what it puts out.
+      Show an image of the output at each node.
   mox graph rim.xml --shader -o rim.png
-      Draw the functions that it becomes, in the stages in which they run.
+      Draw the functions of its programs, grouped by stage.
   mox graph rim.xml | dot -Tpdf -o rim.pdf
-      Have it drawn in any other format of Graphviz, without icons.
+      Use any other format that Graphviz supports, without icons.
 )";
 
 struct GraphOptions
@@ -156,12 +156,10 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
 void AddGraphCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command =
-        program.add_subcommand("graph", "Draw the graph of a material, wrong parts in red");
+        program.add_subcommand("graph", "Draw a diagram of a material, with errors in red");
     const auto options = std::make_shared<GraphOptions>();
     AddDocument(*command, "FILE", options->File);
-    command
-        ->add_option("-o,--output", options->Output,
-                     "Picture file; without it the picture goes to standard output")
+    command->add_option("-o,--output", options->Output, "Output file; by default standard output")
         ->type_name("FILE");
     command
         ->add_option(
@@ -175,7 +173,7 @@ void AddGraphCommand(CLI::App& program, const CommonOptions& common)
 #ifdef MOX_HAS_PREVIEW
     command
         ->add_flag("--thumbnails", options->HasThumbnails,
-                   "Show at each node a picture of what it puts out instead of its icon")
+                   "Show an image of the output at each node instead of its icon")
         ->excludes(shader);
     AddDecodeOptions(*command, options->Limits);
 #else

@@ -6,7 +6,7 @@ void AddEnvironmentOption(CLI::App& command, std::string& folder)
 {
     command
         .add_option("--environment", folder,
-                    "Folder with an environment instead of the one that belongs to the program")
+                    "Environment folder; by default the one installed with mox")
         ->type_name("DIR");
 }
 

@@ -13,14 +13,14 @@
 namespace {
 
 constexpr const char* programFooter = R"(Environment:
-  MOX_PLUGIN_PATH  Folders with plug-ins, separated by colons; searched behind those of --plugins and
-                   before the one that belongs to the program.
-  MOX_NODE_PATH    Folders with node files, likewise; searched after those of --nodes.
+  MOX_PLUGIN_PATH  Plug-in folders, separated by colons; searched after those of --plugins and
+                   before the one installed with mox.
+  MOX_NODE_PATH    Node file folders, separated by colons; searched after those of --nodes.
 
 Exit status:
-  0  All went well.
-  1  An input is bad, or an output cannot be written; or the materials of mox diff differ.
-  2  The command line is bad; or an input of mox diff is.
+  0  Success.
+  1  An input is invalid, or an output cannot be written. For mox diff: the materials differ.
+  2  The command line is invalid. For mox diff: also if a material cannot be read.
 
 Examples:
   mox export examples/two_maths.xml
@@ -54,7 +54,7 @@ void OccupyStandardStreams()
 int RunProgram(int argc, char** argv)
 {
     using namespace Mox::Tool;
-    CLI::App program("Works with materials: their documents, node types and shader programs.",
+    CLI::App program("Create, check and preview materials, and export their shader programs.",
                      "mox");
     program.require_subcommand(1);
     program.fallthrough();
@@ -63,14 +63,12 @@ int RunProgram(int argc, char** argv)
     CommonOptions common;
     program
         .add_option("--plugins", common.PluginFolders,
-                    "Folder with plug-ins, besides the one that belongs to the program; may be "
-                    "given several times")
+                    "Additional folder with plug-ins; may be repeated")
         ->type_name("DIR")
         ->allow_extra_args(false);
     program
         .add_option("--nodes", common.NodeFolders,
-                    "Folder with node files, besides the one that belongs to the program; may be "
-                    "given several times")
+                    "Additional folder with node files; may be repeated")
         ->type_name("DIR")
         ->allow_extra_args(false);
     AddExportCommand(program, common);

@@ -27,13 +27,13 @@ void PrintNew(const std::string& type, const std::string& id, const CommonOption
 void AddNewCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand(
-        "new", "Print a node of a type, with all its defaults, as a document fragment");
+        "new", "Print a new node with its default properties, for pasting into a document");
     auto type = std::make_shared<std::string>();
     auto id = std::make_shared<std::string>();
-    command->add_option("TYPE", *type, "Node type, as the catalogue lists it")
+    command->add_option("TYPE", *type, "Node type, as listed by mox catalogue")
         ->type_name("")
         ->required();
-    command->add_option("--id", *id, "Id of the node; its name otherwise")->type_name("ID");
+    command->add_option("--id", *id, "Id of the node; by default its name")->type_name("ID");
     command->footer(newFooter);
     command->callback([=, &common] { PrintNew(*type, *id, common); });
 }

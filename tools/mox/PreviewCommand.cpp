@@ -20,23 +20,23 @@ namespace Mox::Tool {
 namespace {
 
 constexpr const char* previewFooter =
-    R"(Textures whose names are relative lie beside the material. --set takes numbers
-with commas between them for a constant, the last of which counts for all that
-are left out; a file for a texture; and a number for the uv or vertex colour
-set of the mesh that a stream reads. It also takes what the environment
-supplies, such as lightDirection=0,1,0.
+    R"(Relative names of textures are resolved from the folder of the material. --set
+accepts numbers separated by commas for a constant, the last of which applies
+to all components that are left out; a file for a texture; and for a vertex
+stream the number of the uv or vertex colour set of the mesh. It also sets what
+the environment reads, for example lightDirection=0,1,0.
 
 Examples:
   mox preview rim.xml -o rim.png
-      Draw a material on a sphere.
+      Render a material on a sphere.
   mox preview brick.xml -o brick.png --mesh house.glb --set tint=1,0.5,0.5
-      Draw it on a mesh, with another colour.
+      Render it on a mesh, with another colour.
   mox preview paint.xml -o paint.png --light garage.hdr --set toneMapping=0
-      Light a physical surface by a panorama, and cut off what is brighter than white.
+      Light a physical surface with a panorama, and clip colours brighter than white.
   mox preview brick.xml -o mask.png --node noise.out_red --mesh plane
-      Show what one output of a node puts out.
+      Show one output of a node.
   mox preview fire.xml -o fire.png --frames 0..7 --size 128
-      Draw eight frames side by side.
+      Render eight frames side by side.
 )";
 
 struct PreviewArguments
@@ -132,13 +132,13 @@ void Preview(const PreviewArguments& arguments, const CommonOptions& common)
 
 void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
 {
-    auto* command = program.add_subcommand("preview", "Draw a picture of a material");
+    auto* command = program.add_subcommand("preview", "Render an image of a material");
     const auto arguments = std::make_shared<PreviewArguments>();
     AddDocument(*command, "FILE", arguments->File);
-    command->add_option("-o,--output", arguments->Output, "Picture to write, a PNG file")
+    command->add_option("-o,--output", arguments->Output, "PNG file to write")
         ->type_name("FILE")
         ->required();
-    command->add_option("--size", arguments->Size, "Size of the picture, or of each frame")
+    command->add_option("--size", arguments->Size, "Size of the image, or of each frame")
         ->type_name("W[xH]")
         ->capture_default_str();
     command
@@ -146,21 +146,22 @@ void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
                      "\"sphere\", \"plane\", \"cube\", or an .obj, .gltf or .glb file")
         ->type_name("MESH")
         ->capture_default_str();
-    auto* frame = command->add_option("--frame", arguments->Frame, "Number of the frame")
+    auto* frame = command->add_option("--frame", arguments->Frame, "Frame number")
                       ->type_name("N")
                       ->capture_default_str();
     command
         ->add_option("--frames", arguments->Frames,
-                     "Frames to draw side by side, the last included")
+                     "Frames to render side by side, including the last")
         ->type_name("A..B")
         ->excludes(frame);
     command
-        ->add_option("--light", arguments->Light,
-                     "Panorama that alone lights a physical surface, an image of twice the width")
+        ->add_option(
+            "--light", arguments->Light,
+            "Panorama image, twice as wide as high, that replaces the lights of a physical surface")
         ->type_name("FILE");
-    command->add_option("--node", arguments->Node, "Show what a node puts out instead")
+    command->add_option("--node", arguments->Node, "Show an output of a node instead")
         ->type_name("ID[.PORT]");
-    command->add_option("--set", arguments->Values, "Value of a binding; may be repeated")
+    command->add_option("--set", arguments->Values, "Set a binding; may be repeated")
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false);
     AddEnvironmentOption(*command, arguments->Environment);
