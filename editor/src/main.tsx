@@ -59,4 +59,4 @@ const token = takeToken();
 if (token) show(token);
 else
     document.getElementById('root')!.textContent =
-        'Open the address that “mox edit” has printed; this page alone does not know the way to your document.';
+        'Open the address that “mox edit” printed; this address does not contain the key to your document.';

@@ -59,12 +59,12 @@ export function whyNot(document: DocumentState, catalogue: Catalogue, edge: Edge
     if (!tail || !head) return 'One end is gone.';
     const output = tail.outputs?.find((port) => port.name === edge.tailPort);
     const input = head.inputs?.find((port) => port.name === edge.headPort);
-    if (!output || !input) return 'An edge leads from an output to an input.';
+    if (!output || !input) return 'An edge connects an output with an input.';
     if (edge.tail === edge.head) return 'A node cannot feed itself.';
     const path = findPath(document, edge.head, edge.tail);
     if (path) {
         const titles = [...path, edge.head].map((id) => titleOf(nodeById(document, id)!));
-        return `This would be a circle: ${titles.join(' → ')}.`;
+        return `This would close a cycle: ${titles.join(' → ')}.`;
     }
     if (isFixed(catalogue, head, edge.headPort) && !countsConvert(output.components, input.components)) {
         return `${countWords(output.components!)} do not fit an input of ${countWords(input.components!)}.`;

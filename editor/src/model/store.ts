@@ -187,7 +187,7 @@ export class Editor {
     lose(unanswered: object[]): void {
         this.set({
             lost: [...(this.snapshot.lost ?? []), ...unanswered],
-            message: 'The editor has lost its server.',
+            message: 'The connection to mox is lost.',
         });
     }
 
@@ -474,7 +474,7 @@ export class Editor {
     redo(): void {
         const title = this.snapshot.redo;
         void this.change({ do: 'redo' }).then((answer) => {
-            if (!answer.error) this.say(`Done again: ${title}`);
+            if (!answer.error) this.say(`Redone: ${title}`);
         });
     }
 
@@ -558,7 +558,7 @@ export class Editor {
         const place = at ?? annotations.middleOf(document, edge);
         const { points, index } = annotations.withPoint(document, edge, place);
         this.setPoints(edge, points, index);
-        this.say(`Point ${index + 1} of ${points.length} on the edge is added.`);
+        this.say(`Point ${index + 1} of ${points.length} added to the edge.`);
     }
 
     removePoint(edge: EdgeState, index: number): void {
@@ -723,7 +723,7 @@ export class Editor {
         const isPart = held.ids.length + held.annotations.length > 1;
         void this.change({ do: 'layout', ...(isPart ? held : {}) }).then((answer) => {
             if (answer.error) return;
-            this.say(isPart ? 'The selection is laid out.' : 'All is laid out.');
+            this.say(isPart ? 'The selection is laid out.' : 'The graph is laid out.');
         });
     }
 
@@ -768,7 +768,7 @@ export class Editor {
     }
 
     keepMine(): void {
-        this.set({ fileChange: null, message: 'Saving will replace what the file says now.' });
+        this.set({ fileChange: null, message: 'Saving will replace the changed file.' });
     }
 
     restore(isWanted: boolean): void {

@@ -16,7 +16,7 @@ interface AddChoice extends Choice {
 
 const annotationChoices: AddChoice[] = [
     { key: frameKey, label: 'Frame', detail: 'G', help: 'A titled frame around the selection.' },
-    { key: noteKey, label: 'Note', detail: 'N', help: 'Text for those who read the graph.' },
+    { key: noteKey, label: 'Note', detail: 'N', help: 'Text for readers of the graph.' },
 ];
 
 function recentTypes(): string[] {
@@ -31,13 +31,13 @@ function remember(type: string): void {
 function titleFor(placement: Placement): string {
     switch (placement.kind) {
         case 'behind':
-            return `Add a node behind “${placement.node}”`;
+            return `Add a node after “${placement.node}”`;
         case 'into':
-            return 'Add a node into the edge';
+            return 'Insert a node into the edge';
         case 'at':
             return placement.port.side === 'output'
-                ? 'Add a node that takes this'
-                : 'Add a node that gives this';
+                ? 'Add a node that accepts this output'
+                : 'Add a node that provides this input';
         case 'free':
             return 'Add a node';
     }

@@ -7,7 +7,7 @@ export function DifferenceList({ jump }: { jump: (id: string) => void }) {
     const comparison = useSnapshot((all) => all.comparison);
     const graph = useSnapshot((all) => all.document);
     if (!comparison) return null;
-    if (comparison.differences.length === 0) return <p>The file on disk says the same.</p>;
+    if (comparison.differences.length === 0) return <p>There are no differences from the file on disk.</p>;
     return (
         <ul className="problems">
             {comparison.differences.map(({ kind, node, edgeAfter, edgeBefore, text }) => {

@@ -49,8 +49,8 @@ export function Notices() {
             <div className="notice" role="alert">
                 <p>
                     {waiting.error
-                        ? `An earlier editor of this file has left changes that cannot be read: ${waiting.error}`
-                        : `An earlier editor of this file ended without saving ${waiting.changes} changes.`}
+                        ? `An earlier session left unsaved changes that cannot be read: ${waiting.error}`
+                        : `An earlier session ended with ${waiting.changes} unsaved changes.`}
                 </p>
                 {!waiting.error && <button onClick={() => editor.restore(true)}>Restore them</button>}
                 <button onClick={() => editor.restore(false)}>Discard them</button>
@@ -82,7 +82,7 @@ export function Notices() {
     if (!isPlaced)
         return (
             <div className="notice">
-                <p>The nodes of this file have no places yet, so they lie on one another.</p>
+                <p>The nodes of this file have no positions yet, so they overlap.</p>
                 <button onClick={() => editor.layOut()}>Lay out</button>
             </div>
         );

@@ -2,7 +2,7 @@ import { useSnapshot } from '../useEditor.ts';
 
 export function ProblemList({ jump }: { jump: (id: string) => void }) {
     const problems = useSnapshot((all) => all.problems);
-    if (problems.length === 0) return <p>Nothing is wrong with this material.</p>;
+    if (problems.length === 0) return <p>This material has no problems.</p>;
     return (
         <ul className="problems">
             {problems.map((problem, i) => (

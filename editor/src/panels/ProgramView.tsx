@@ -146,7 +146,7 @@ export function ProgramView({ light }: Lighting) {
                 </button>
                 {answer?.error && <span className="problem error">{answer.error.message}</span>}
                 {answer && !files && !answer.error && (
-                    <span className="problem error">There are no programs until the errors are mended.</span>
+                    <span className="problem error">Programs are available once the errors are fixed.</span>
                 )}
             </div>
             <CodeView

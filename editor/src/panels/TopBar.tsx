@@ -8,7 +8,7 @@ export async function saveCopy(editor: Editor): Promise<void> {
     const text = await editor.text();
     if (text === '') return;
     download(file.replace(/(\.[^.]*)?$/, '_copy$1'), 'application/xml', text);
-    editor.say('The browser stores the copy; images that it names must be beside it.');
+    editor.say('The browser stores the copy. Copy its textures to the same folder.');
 }
 
 export function TopBar({

@@ -88,7 +88,7 @@ export class Renderer {
     /** @throws Error if there is no WebGL2 */
     constructor(private readonly canvas: HTMLCanvasElement) {
         const gl = canvas.getContext('webgl2', { antialias: false, preserveDrawingBuffer: true });
-        if (!gl) throw new Error('This browser does not offer WebGL2, which the picture needs.');
+        if (!gl) throw new Error('This browser does not support WebGL2, which the preview requires.');
         this.gl = gl;
         this.sky = this.link(screenVertex, skyFragment);
         this.encode = this.link(screenVertex, encodeFragment);
@@ -343,12 +343,12 @@ export class Renderer {
             gl.compileShader(shader);
             gl.attachShader(program, shader);
             if (!gl.getShaderParameter(shader, gl.COMPILE_STATUS) && !gl.isContextLost())
-                throw new Error(`The graphics driver refuses the program: ${gl.getShaderInfoLog(shader)}`);
+                throw new Error(`The graphics driver rejects the program: ${gl.getShaderInfoLog(shader)}`);
             gl.deleteShader(shader);
         }
         gl.linkProgram(program);
         if (!gl.getProgramParameter(program, gl.LINK_STATUS) && !gl.isContextLost())
-            throw new Error(`The graphics driver refuses the programs: ${gl.getProgramInfoLog(program)}`);
+            throw new Error(`The graphics driver rejects the programs: ${gl.getProgramInfoLog(program)}`);
         return program;
     }
 }

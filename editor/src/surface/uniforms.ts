@@ -49,7 +49,7 @@ interface Type {
 /** Reads a type such as "float4x4", "half3" or "float[8]". */
 export function readType(text: string): Type {
     const match = /^([a-z]+?)(\d)?(?:x(\d))?(?:\[(\d+)\])?$/.exec(text);
-    if (!match) throw new Error(`The reflection has a type that is not known: ${text}`);
+    if (!match) throw new Error(`The reflection contains an unknown type: ${text}`);
     const [, word, first, second, length] = match;
     const isMatrix = second !== undefined;
     return {
