@@ -652,7 +652,7 @@ test('a server that dies loses nothing that it confirmed', async () => {
     });
     await until(page, () => window.moxEditor.get().unsaved);
     server.kill('SIGKILL');
-    await page.getByRole('alert').getByText('lost its server').waitFor();
+    await page.getByRole('alert').getByText('The connection to mox is lost').waitFor();
     await page.evaluate(() => window.moxEditor.selectIds(['rim']));
     await page.keyboard.press('Delete');
     assert.ok(!(await page.evaluate(() => window.moxEditor.get().document.numbers.has('base'))));

@@ -34,7 +34,7 @@ test('edges are refused with their reason', () => {
         ['uv.read end.colour', /2 components do not fit an input of 3/],
         ['uv.read maths.b', ''], // its inputs take any number
         ['maths.value maths.a', /itself/],
-        ['maths.value texture.in', /circle: texture → maths → texture/],
+        ['maths.value texture.in', /cycle: texture → maths → texture/],
         ['gone.read end.colour', /gone/],
         ['uv.other end.colour', /output to an input/],
     ];
