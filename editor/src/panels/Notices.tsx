@@ -24,9 +24,9 @@ export function Notices() {
         return (
             <div className="notice error" role="alert">
                 <p>
-                    The editor has lost its server, so nothing more can be changed here. All changes that it
-                    confirmed are safe{unsaved ? ' in a journal beside the file' : ''}: start “mox edit {file}
-                    ” again and it offers to restore them.
+                    The connection to mox is lost, so this page can no longer change the material. All confirmed
+                    changes are safe{unsaved ? ' in a journal next to the file' : ''}: start “mox edit {file}” again
+                    to restore them.
                 </p>
                 {steps.length > 0 && (
                     <button
@@ -38,7 +38,7 @@ export function Notices() {
                             )
                         }
                     >
-                        Download what was not confirmed ({steps.length} steps for “mox apply”)
+                        Download unconfirmed changes ({steps.length} steps for “mox apply”)
                     </button>
                 )}
             </div>
