@@ -1,0 +1,32 @@
+#!/usr/bin/env python3
+"""Every relative link and image of the documents leads to a file, and to a heading in it. Usage: links_test.py SOURCE_TREE"""
+
+import re
+import sys
+from pathlib import Path
+
+root = Path(sys.argv[1]).resolve()
+documents = [root / "README.md", root / "CHANGELOG.md", *sorted(root.glob("docs/**/*.md"))]
+
+
+def text_of(file):
+    return re.sub(r"^```.*?^```$", "", file.read_text(encoding="utf-8"), flags=re.MULTILINE | re.DOTALL)
+
+
+def anchors_of(file):
+    headings = re.findall(r"^#+ (.*)$", text_of(file), re.MULTILINE)
+    return {re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-") for heading in headings}
+
+
+wrong = []
+for document in documents:
+    for link in re.findall(r"\]\(([^)\s]+)\)", text_of(document)):
+        if "://" in link:
+            continue
+        path, _, anchor = link.partition("#")
+        target = (document.parent / path).resolve() if path else document
+        if not target.exists():
+            wrong.append(f"{document}: {link} does not exist")
+        elif anchor and anchor not in anchors_of(target):
+            wrong.append(f"{document}: {link} names no heading")
+sys.exit("\n".join(wrong) if wrong else 0)
