@@ -15,13 +15,14 @@ namespace Mox::Tool {
 namespace {
 
 constexpr const char* formatFooter =
-    R"(Formatting is stable: writing a canonical document again does not change it, and
-changing a value changes one line. Nothing in a document is lost. With --check,
-the exit status is 1 if a document is not canonical. A document that cannot be
-read does not stop the others. A document that is read-only or has other hard
-links is written only with --force: it is replaced, and its other names keep
-the old content. With --tidy, the nodes also get new positions, in columns from
-left to right. A document from standard input goes to standard output.
+    R"(Formatting is stable: writing a canonical document again does not change it,
+and changing a value changes one line. Nothing in a document is lost. With
+--check, the exit status is 1 if a document is not canonical. A document that
+cannot be read does not stop the others. A document that is read-only or has
+other hard links is written only with --force: it is replaced, and its other
+names keep the old content. With --tidy, the nodes also get new positions, in
+columns from left to right. A document from standard input goes to standard
+output.
 
 Examples:
   mox format rim.xml
