@@ -8,6 +8,7 @@ import { positionOf } from './model/document.ts';
 import { AddMenu } from './panels/AddMenu.tsx';
 import { ConnectMenu } from './panels/ConnectMenu.tsx';
 import { Drawer } from './panels/Drawer.tsx';
+import { Grip } from './panels/Grip.tsx';
 import { Inspector } from './panels/Inspector.tsx';
 import { KeyList } from './panels/KeyList.tsx';
 import { Notices } from './panels/Notices.tsx';
@@ -59,13 +60,7 @@ function walk(editor: Editor, direction: Direction, isAlongEdges: boolean, canva
     const inputs = next.inputs?.length ?? 0;
     const outputs = next.outputs?.length ?? 0;
     editor.say(`${titleOf(next)}, ${next.record.id}: ${inputs} inputs, ${outputs} outputs`);
-    const corner = canvas.toScreen(positionOf(next));
-    const isSeen =
-        corner.x > 0 &&
-        corner.y > 0 &&
-        corner.x < window.innerWidth - 350 &&
-        corner.y < window.innerHeight - 150;
-    if (!isSeen) canvas.frame([next.number]);
+    if (!canvas.shows(positionOf(next))) canvas.frame([next.number]);
 }
 
 export function App() {
@@ -78,6 +73,8 @@ export function App() {
     const spaceIsTap = useRef(false);
     const [dialog, setDialog] = useState<Dialog>(null);
     const [lit, setLit] = useState<ReadonlySet<string>>(new Set());
+    const [isGraphShown, setGraphShown] = useState(false);
+    const [panelWidth, setPanelWidth] = useState(300);
 
     const light = useCallback(
         (ids: readonly string[]) =>
@@ -94,7 +91,10 @@ export function App() {
     useEffect(() => {
         if (!isLoaded) return;
         canvas.current?.frame();
-        const afterThatFrame = () => performance.mark('graph-shown'); // for benchmarks
+        const afterThatFrame = () => {
+            performance.mark('graph-shown'); // for benchmarks
+            setGraphShown(true);
+        };
         requestAnimationFrame(() => requestAnimationFrame(afterThatFrame));
     }, [isLoaded]);
 
@@ -268,9 +268,10 @@ export function App() {
                     });
                 }}
             >
-                <Canvas lit={lit} onReady={ready} />
-                <aside>
-                    <Surface />
+                <Canvas lit={lit} covered={panelWidth + 30} onReady={ready} />
+                <aside style={{ width: panelWidth }}>
+                    <Grip width={panelWidth} onChange={setPanelWidth} />
+                    <Surface isGraphShown={isGraphShown} side={panelWidth - 44} />
                     <PinnedPicture />
                     <Inspector light={light} />
                 </aside>
@@ -295,7 +296,7 @@ export function App() {
                         ...[...graph.annotations.values()].map((annotation) => ({
                             key: `annotation-${annotation.number}`,
                             label: titleOfAnnotation(annotation),
-                            detail: annotation.record.text,
+                            detail: annotation.record.text.split('\n').slice(1).join(' '),
                             ids: [[], [annotation.record.id]] as [string[], string[]],
                         })),
                     ]}

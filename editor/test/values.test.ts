@@ -86,7 +86,7 @@ test('zooming keeps the point below the pointer, and wheels do as they are', () 
 test('what is framed lies inside of what no panel covers', () => {
     const box = { x: -500, y: 100, width: 4000, height: 300 };
     const size = { width: 1280, height: 700 };
-    const view = frame(box, size, { right: 330, bottom: 40 });
+    const view = frame(box, { width: size.width - 330, height: size.height - 40 });
     const left = box.x * view.zoom + view.x;
     assert.ok(left >= 0 && left + box.width * view.zoom <= size.width - 330);
 });

@@ -6,8 +6,9 @@ import {
     type FinalConnectionState,
     type NodeHandle,
     type ReactFlowInstance,
+    type ReactFlowProps,
 } from '@xyflow/react';
-import { useCallback, useEffect, useMemo, useRef, useState } from 'react';
+import { memo, useCallback, useEffect, useMemo, useRef, useState } from 'react';
 import { isEmpty, moved as movedBy, noMoves, resized, titleOfAnnotation } from '../model/annotations.ts';
 import type { Moves } from '../model/annotations.ts';
 import { componentsAt, whyNot } from '../model/connect.ts';
@@ -15,11 +16,12 @@ import type { Point } from '../model/document.ts';
 import type { AnnotationState, EdgeRecord, EdgeState, NodeState, Problem } from '../model/messages.ts';
 import { portTop, shapeOf, titleOf } from '../model/shape.ts';
 import type { Editor, Snapshot } from '../model/store.ts';
-import { contains, frame, greatestZoom, leastZoom, overlap, toGraph } from '../model/viewport.ts';
+import { contains, frame, greatestZoom, leastZoom, overlap, toGraph, toScreen } from '../model/viewport.ts';
 import { visibleBox, wheel, around, type Box, type Viewport } from '../model/viewport.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 import { Minimap } from './minimap.ts';
 import { NodeCard, type CardNode } from './NodeCard.tsx';
+import { AnnotationText } from './AnnotationText.tsx';
 import { annotationAt } from './annotationPainter.ts';
 import { boxOf, edgeAt, nodeAt, paint, pointAt, readColours } from './painter.ts';
 import { paintRemoved } from './removed.ts';
@@ -35,7 +37,8 @@ export interface CanvasHandle {
     viewport(): Viewport;
     /** A point of the screen in the graph. */
     toGraph(at: Point): Point;
-    toScreen(at: Point): Point;
+    /** Whether a point of the graph is in view and no panel covers it. */
+    shows(at: Point): boolean;
     pointer(): Point;
     /** Shows nodes and annotations; everything if neither are given. */
     frame(numbers?: Iterable<number>, annotations?: Iterable<number>): void;
@@ -47,12 +50,14 @@ const regionMargin = 0.3; // on each side of what is seen, as a share of it
 const largestRegion = 2.5; // as often as wide as what is seen
 const nodeTypes = { card: NodeCard };
 const noProblems: readonly Problem[] = [];
+const panButtons = [1, 2];
+/** Renders again only if a property is another object, since React Flow then renders every node again. */
+const Flow = memo(ReactFlow<CardNode>);
 
-type Flow = ReactFlowInstance<CardNode>;
-
-/** React Flow's nodes; those that are as before stay the same objects, so that they do not render. */
+/** React Flow's nodes; those that are as before, and their list, stay the same objects, so that they do not render. */
 class CardCache {
     private cards = new Map<number, { card: CardNode; parts: unknown[] }>();
+    private list: CardNode[] = [];
 
     cardsOf(editor: Editor, snapshot: Snapshot, region: Box, lit: ReadonlySet<string>): CardNode[] {
         const problems = new Map<string, Problem[]>();
@@ -80,7 +85,10 @@ class CardCache {
             next.set(node.number, isSame ? old : { card: makeCard(node, place, isSelected, data), parts });
         }
         this.cards = next;
-        return [...next.values()].map(({ card }) => card);
+        const list = [...next.values()].map(({ card }) => card);
+        const isSameList = list.length === this.list.length && list.every((card, i) => card === this.list[i]);
+        if (!isSameList) this.list = list;
+        return this.list;
     }
 }
 
@@ -108,6 +116,21 @@ function makeCard(node: NodeState, position: Point, selected: boolean, data: Car
             ...(node.outputs ?? []).map((port, i) => handle(port.name, i, 'source')),
         ],
     };
+}
+
+/** Functions that stay the same objects and do what those of the last render do. */
+function useSteady<T extends object>(functions: T): T {
+    const last = useRef(functions);
+    last.current = functions;
+    const [steady] = useState(() => {
+        const names = Object.keys(functions) as (keyof T)[];
+        const call =
+            (name: keyof T) =>
+            (...values: unknown[]) =>
+                (last.current[name] as (...values: unknown[]) => unknown)(...values);
+        return Object.fromEntries(names.map((name) => [name, call(name)])) as T;
+    });
+    return steady;
 }
 
 function recordOf(snapshot: Snapshot, connection: Connection): EdgeRecord | undefined {
@@ -155,6 +178,8 @@ function ConnectionHint() {
     );
 }
 
+const connectionHint = <ConnectionHint />; // one object, so that Flow does not render again
+
 type Gesture =
     | { kind: 'box'; from: Point; added: ReadonlySet<number>; addedAnnotations: ReadonlySet<number> }
     | { kind: 'move'; from: Point; places: Moves }
@@ -163,9 +188,12 @@ type Gesture =
 
 export function Canvas({
     lit,
+    covered,
     onReady,
 }: {
     lit: ReadonlySet<string>;
+    /** How much of the right side panels cover, in pixels. */
+    covered: number;
     onReady: (handle: CanvasHandle) => void;
 }) {
     const editor = useEditor();
@@ -174,7 +202,9 @@ export function Canvas({
     const canvas = useRef<HTMLCanvasElement>(null);
     const map = useRef<HTMLCanvasElement>(null);
     const minimap = useRef<Minimap | null>(null);
-    const flow = useRef<Flow | null>(null);
+    const flow = useRef<ReactFlowInstance<CardNode> | null>(null);
+    const latestCovered = useRef(covered);
+    latestCovered.current = covered;
     const viewport = useRef<Viewport>({ x: 0, y: 0, zoom: 1 });
     const pointer = useRef<Point>({ x: 300, y: 300 });
     const gesture = useRef<Gesture | null>(null);
@@ -182,6 +212,7 @@ export function Canvas({
     const [isFar, setFar] = useState(false);
     const [region, setRegion] = useState<Box | null>(null); // until the first view is known
     const [box, setBox] = useState<Box | null>(null);
+    const [edited, setEdited] = useState<number | null>(null); // the annotation whose text has a field
     const colours = useRef<ReturnType<typeof readColours> | null>(null);
 
     const frameRequest = useRef(0);
@@ -203,6 +234,8 @@ export function Canvas({
     const moved = useCallback(
         (next: Viewport) => {
             viewport.current = next;
+            root.current!.querySelector<HTMLElement>('.annotation-text')?.blur(); // it stays where it is
+            if (editor.get().file === '') return; // the first view comes with the document
             const far = next.zoom < farZoom;
             setFar(far);
             const size = { width: root.current!.clientWidth, height: root.current!.clientHeight };
@@ -212,7 +245,7 @@ export function Canvas({
                 setRegion((old) => (old && isFitting(old) ? old : visibleBox(next, size, regionMargin)));
             draw();
         },
-        [draw],
+        [draw, editor],
     );
 
     const goTo = useCallback((next: Viewport) => void flow.current?.setViewport(next), []);
@@ -223,6 +256,11 @@ export function Canvas({
             return { x: point.x - corner.x, y: point.y - corner.y };
         };
         const element = root.current!;
+        const free = () => {
+            const { clientWidth, clientHeight } = element;
+            const width = clientWidth - latestCovered.current;
+            return { width: width > clientWidth / 2 ? width : clientWidth, height: clientHeight };
+        };
         const turn = (event: WheelEvent) => {
             event.preventDefault();
             event.stopPropagation();
@@ -240,10 +278,11 @@ export function Canvas({
         onReady({
             viewport: () => viewport.current,
             toGraph: (point) => toGraph(viewport.current, at(point)),
-            toScreen: (point) => ({
-                x: point.x * viewport.current.zoom + viewport.current.x,
-                y: point.y * viewport.current.zoom + viewport.current.y,
-            }),
+            shows: (point) => {
+                const { x, y } = toScreen(viewport.current, point);
+                const { width, height } = free();
+                return x > 0 && y > 0 && x < width - 20 && y < height - 100;
+            },
             pointer: () => pointer.current,
             frame: (numbers, chosenAnnotations = []) => {
                 const { nodes, annotations } = editor.get().document;
@@ -256,9 +295,8 @@ export function Canvas({
                     ...chosen.map((node) => boxOf(editor, node)),
                     ...areas.map((annotation) => editor.areaOf(annotation)),
                 ]);
-                const covered = { right: element.clientWidth > 900 ? 330 : 0, bottom: 40 };
-                const size = { width: element.clientWidth, height: element.clientHeight };
-                const next = wanted ? frame(wanted, size, covered) : viewport.current;
+                const { width, height } = free();
+                const next = wanted ? frame(wanted, { width, height: height - 40 }) : viewport.current;
                 goTo(next);
                 moved(next);
             },
@@ -415,6 +453,41 @@ export function Canvas({
         });
     };
 
+    const onFlow = useSteady<ReactFlowProps<CardNode>>({
+        onInit: (instance) => {
+            flow.current = instance;
+            goTo(viewport.current); // the document may have come, and been framed, before
+        },
+        onMove: (_, next) => moved(next),
+        onViewportChange: moved,
+        onNodeClick: (event, node) => {
+            root.current!.focus();
+            if (event.shiftKey || !editor.get().selection.has(Number(node.id)))
+                pick(Number(node.id), event.shiftKey);
+            else editor.select([Number(node.id)]);
+        },
+        onNodeDragStart: (event, node) => {
+            pick(Number(node.id), event.shiftKey && !editor.get().selection.has(Number(node.id)));
+            gesture.current = {
+                kind: 'move',
+                from: editor.placeOf(node.data.node),
+                places: editor.heldPlaces(),
+            };
+        },
+        onNodeDrag: (_, node) => {
+            if (gesture.current?.kind !== 'move') return;
+            const { from } = gesture.current;
+            dragBy(gesture.current, { x: node.position.x - from.x, y: node.position.y - from.y });
+        },
+        onNodeDragStop: release,
+        isValidConnection: judge,
+        onConnect: (connection) => {
+            const record = recordOf(editor.get(), connection);
+            if (record) editor.connect(record);
+        },
+        onConnectEnd: endConnection,
+    });
+
     const goToMap = (event: React.PointerEvent) => {
         const corner = event.currentTarget.getBoundingClientRect();
         const at = minimap.current?.toGraph({ x: event.clientX - corner.x, y: event.clientY - corner.y });
@@ -424,9 +497,11 @@ export function Canvas({
         goTo({ x: clientWidth / 2 - at.x * zoom, y: clientHeight / 2 - at.y * zoom, zoom });
     };
 
+    const editedAnnotation = snapshot.document.annotations.get(edited ?? -1);
+    const boxCorner = box && toScreen(viewport.current, box);
     const shownBox = box && {
-        left: box.x * viewport.current.zoom + viewport.current.x,
-        top: box.y * viewport.current.zoom + viewport.current.y,
+        left: boxCorner!.x,
+        top: boxCorner!.y,
         width: box.width * viewport.current.zoom,
         height: box.height * viewport.current.zoom,
     };
@@ -453,10 +528,11 @@ export function Canvas({
                 const distance = hitDistance / viewport.current.zoom;
                 if (pointAt(editor, point, distance)) return;
                 const edge = edgeAt(editor, point, distance);
+                const held = annotationAt(editor, point, viewport.current.zoom);
                 if (edge !== null) {
                     editor.addPoint(editor.get().document.edges.get(edge)!, point);
-                } else if (annotationAt(editor, point, viewport.current.zoom)) {
-                    document.querySelector<HTMLElement>('#inspector input, #inspector textarea')?.focus();
+                } else if (held) {
+                    setEdited(held.annotation.number);
                 } else {
                     editor.openAddMenu({
                         at: { x: event.clientX, y: event.clientY },
@@ -468,18 +544,12 @@ export function Canvas({
             onContextMenu={(event) => event.preventDefault()}
         >
             <canvas ref={canvas} aria-hidden="true" />
-            <ReactFlow<CardNode>
+            <Flow
                 nodes={cards}
                 nodeTypes={nodeTypes}
-                onInit={(instance) => {
-                    flow.current = instance;
-                    goTo(viewport.current); // the document may have come, and been framed, before
-                }}
-                onMove={(_, next) => moved(next)}
-                onViewportChange={moved}
                 minZoom={leastZoom}
                 maxZoom={greatestZoom}
-                panOnDrag={[1, 2]}
+                panOnDrag={panButtons}
                 panActivationKeyCode="Space"
                 zoomOnScroll={false}
                 zoomOnPinch={false}
@@ -493,36 +563,11 @@ export function Canvas({
                 multiSelectionKeyCode={null}
                 nodeDragThreshold={2}
                 connectionRadius={18}
-                onNodeClick={(event, node) => {
-                    root.current!.focus();
-                    if (event.shiftKey || !editor.get().selection.has(Number(node.id)))
-                        pick(Number(node.id), event.shiftKey);
-                    else editor.select([Number(node.id)]);
-                }}
-                onNodeDragStart={(event, node) => {
-                    pick(Number(node.id), event.shiftKey && !editor.get().selection.has(Number(node.id)));
-                    gesture.current = {
-                        kind: 'move',
-                        from: editor.placeOf(node.data.node),
-                        places: editor.heldPlaces(),
-                    };
-                }}
-                onNodeDrag={(_, node) => {
-                    if (gesture.current?.kind !== 'move') return;
-                    const { from } = gesture.current;
-                    dragBy(gesture.current, { x: node.position.x - from.x, y: node.position.y - from.y });
-                }}
-                onNodeDragStop={release}
-                isValidConnection={judge}
-                onConnect={(connection) => {
-                    const record = recordOf(editor.get(), connection);
-                    if (record) editor.connect(record);
-                }}
-                onConnectEnd={endConnection}
-                proOptions={{ hideAttribution: false }}
+                attributionPosition="bottom-center"
+                {...onFlow}
             >
-                <ConnectionHint />
-            </ReactFlow>
+                {connectionHint}
+            </Flow>
             <canvas
                 ref={map}
                 className="minimap"
@@ -539,6 +584,14 @@ export function Canvas({
                     if (event.buttons !== 0) goToMap(event);
                 }}
             />
+            {editedAnnotation && (
+                <AnnotationText
+                    key={edited}
+                    annotation={editedAnnotation}
+                    viewport={viewport.current}
+                    onClose={() => setEdited(null)}
+                />
+            )}
             {shownBox && <div className="selection-box" style={shownBox} />}
         </div>
     );

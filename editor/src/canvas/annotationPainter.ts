@@ -1,5 +1,5 @@
-import { titleHeight } from '../model/annotations.ts';
-import type { Point } from '../model/document.ts';
+import { colourOf, titleHeight } from '../model/annotations.ts';
+import type { DocumentState, Point } from '../model/document.ts';
 import type { AnnotationState, EdgeState } from '../model/messages.ts';
 import type { Editor } from '../model/store.ts';
 import { overlap, type Box, type Viewport } from '../model/viewport.ts';
@@ -7,8 +7,6 @@ import type { Colours, Curve } from './painter.ts';
 
 /** Draws frames and notes behind edges and nodes, and the points of edges; finds them under the pointer. */
 
-const greyFrame = '#808080';
-const yellowNote = '#d8b020';
 const handleSide = 14;
 const pointRadius = 5;
 const lineHeight = 18;
@@ -51,6 +49,12 @@ function isNote({ record }: AnnotationState): boolean {
     return record.kind === 'note';
 }
 
+/** Frames and notes in the order in which they are drawn. */
+export function framesFirst({ annotations }: DocumentState): AnnotationState[] {
+    const all = [...annotations.values()];
+    return [...all.filter((annotation) => !isNote(annotation)), ...all.filter(isNote)];
+}
+
 export function drawAnnotations(
     context: CanvasRenderingContext2D,
     editor: Editor,
@@ -59,8 +63,7 @@ export function drawAnnotations(
     colours: Colours,
 ): void {
     const { document, selectedAnnotations } = editor.get();
-    const all = [...document.annotations.values()];
-    for (const annotation of [...all.filter((each) => !isNote(each)), ...all.filter(isNote)]) {
+    for (const annotation of framesFirst(document)) {
         const area = editor.areaOf(annotation);
         if (!overlap(view, area)) continue;
         const isSelected = selectedAnnotations.has(annotation.number);
@@ -77,10 +80,10 @@ function drawOne(
     isSelected: boolean,
     colours: Colours,
 ): void {
-    const { text, colour } = annotation.record;
+    const { text } = annotation.record;
     const { x, y, width, height } = area;
     const note = isNote(annotation);
-    context.fillStyle = colour ?? (note ? yellowNote : greyFrame);
+    context.fillStyle = colourOf(annotation);
     context.globalAlpha = note ? 0.25 : 0.12;
     context.fillRect(x, y, width, height);
     if (!note) context.fillRect(x, y, width, titleHeight);

@@ -1,6 +1,8 @@
-import type { Point } from '../model/document.ts';
+import { colourOf } from '../model/annotations.ts';
+import type { DocumentState, Point } from '../model/document.ts';
 import type { Editor } from '../model/store.ts';
 import { around, contains, type Box } from '../model/viewport.ts';
+import { framesFirst } from './annotationPainter.ts';
 import { boxesOf, css } from './painter.ts';
 
 const filledPart = 0.92;
@@ -8,7 +10,8 @@ const filledPart = 0.92;
 /** A small map of the whole graph that shows which part is in view. */
 export class Minimap {
     private readonly graph: HTMLCanvasElement;
-    private boxes: ReturnType<typeof boxesOf> = [];
+    private document: DocumentState | undefined;
+    private isDrawn = false;
     private bounds: Box | undefined;
 
     constructor(private readonly canvas: HTMLCanvasElement) {
@@ -17,17 +20,19 @@ export class Minimap {
         this.graph.height = canvas.height;
     }
 
-    /** Hides itself while everything is in view. */
+    /** Hides itself while everything is in view. What is being dragged is where it was until it is dropped. */
     paint(editor: Editor, view: Box, accent: string): void {
-        const boxes = boxesOf(editor);
-        if (boxes !== this.boxes) {
-            this.boxes = boxes;
-            this.bounds = around(boxes.map(({ box }) => box));
-            this.drawGraph();
+        const { document } = editor.get();
+        if (document !== this.document) {
+            this.document = document;
+            this.isDrawn = false;
+            const areas = [...document.annotations.values()].map((annotation) => editor.areaOf(annotation));
+            this.bounds = around([...boxesOf(editor).map(({ box }) => box), ...areas]);
         }
         const { canvas, bounds } = this;
         canvas.hidden = !bounds || contains(view, bounds);
         if (canvas.hidden) return;
+        if (!this.isDrawn) this.drawGraph(editor);
         const context = canvas.getContext('2d')!;
         context.clearRect(0, 0, canvas.width, canvas.height);
         context.drawImage(this.graph, 0, 0);
@@ -44,20 +49,22 @@ export class Minimap {
         return { x: (at.x - origin.x) / this.scale(), y: (at.y - origin.y) / this.scale() };
     }
 
-    private drawGraph(): void {
+    private drawGraph(editor: Editor): void {
+        this.isDrawn = true;
         const context = this.graph.getContext('2d')!;
         context.clearRect(0, 0, this.graph.width, this.graph.height);
         const scale = this.scale();
-        for (const { node, box } of this.boxes) {
+        const fill = (box: Box, colour: string) => {
             const corner = this.toMap(box);
-            context.fillStyle = css(node.background);
-            context.fillRect(
-                corner.x,
-                corner.y,
-                Math.max(box.width * scale, 1.5),
-                Math.max(box.height * scale, 1.5),
-            );
-        }
+            const [width, height] = [box.width * scale, box.height * scale];
+            context.fillStyle = colour;
+            context.fillRect(corner.x, corner.y, Math.max(width, 1.5), Math.max(height, 1.5));
+        };
+        context.globalAlpha = 0.4;
+        for (const annotation of framesFirst(editor.get().document))
+            fill(editor.areaOf(annotation), colourOf(annotation));
+        context.globalAlpha = 1;
+        for (const { node, box } of boxesOf(editor)) fill(box, css(node.background));
     }
 
     private scale(): number {

@@ -28,6 +28,10 @@ export function areaOf({ record }: AnnotationState): Box {
     return { x, y, width, height };
 }
 
+export function colourOf({ record }: AnnotationState): string {
+    return record.colour ?? (record.kind === 'note' ? '#d8b020' : '#808080');
+}
+
 export function titleOfAnnotation({ record }: AnnotationState): string {
     const [line = ''] = record.text.split('\n');
     return `${record.kind} “${line === '' ? record.id : line}”`;

@@ -81,13 +81,19 @@ export function valueOf(node: NodeState, property: string): string | undefined {
     return (node.properties?.find(named) ?? node.record.properties?.find(named))?.value;
 }
 
+const knownPositions = new WeakMap<NodeState, Point>();
+
 /** The upper left corner of a node. */
 export function positionOf(node: NodeState): Point {
+    const known = knownPositions.get(node);
+    if (known) return known;
     const coordinate = (name: string) => {
         const value = Number(valueOf(node, name) ?? 0);
         return Number.isFinite(value) ? value : 0;
     };
-    return { x: coordinate('PositionX'), y: coordinate('PositionY') };
+    const position = { x: coordinate('PositionX'), y: coordinate('PositionY') };
+    knownPositions.set(node, position);
+    return position;
 }
 
 /** Edges by the id of the node at one of their ends. */

@@ -145,6 +145,7 @@ export class Editor {
     private comparisonsWanted = 0;
     private comparisonsDone = 0;
     private compileTimer: ReturnType<typeof setTimeout> | undefined;
+    private pinnedMesh = 'sphere';
 
     get(): Snapshot {
         return this.snapshot;
@@ -350,16 +351,26 @@ export class Editor {
         void this.drawPinned();
     }
 
+    /** Pinned pictures show what the surface shows, as far as the server has the mesh. */
+    pinOn(mesh: string): void {
+        if (mesh === this.pinnedMesh) return;
+        this.pinnedMesh = mesh;
+        void this.drawPinned();
+    }
+
     private async drawPinned(): Promise<void> {
         const { pinned } = this.snapshot;
         if (!pinned) return;
         const node = `${pinned.node}.${pinned.port}`;
-        const reply = await this.connection.request({ do: 'picture', node, width: 192, height: 192 });
+        const mesh = this.pinnedMesh;
+        const message = { do: 'picture', node, mesh, width: 192, height: 192 };
+        const reply = await this.connection.request(message);
         const picture = toImage(reply);
         if (reply.answer.outOfDate) this.compileAgain();
         if (reply.answer.error) this.say(describeError(reply.answer));
         if (
             picture &&
+            mesh === this.pinnedMesh &&
             this.snapshot.pinned?.node === pinned.node &&
             this.snapshot.pinned.port === pinned.port
         )

@@ -18,6 +18,10 @@ export function toGraph(viewport: Viewport, at: Point): Point {
     return { x: (at.x - viewport.x) / viewport.zoom, y: (at.y - viewport.y) / viewport.zoom };
 }
 
+export function toScreen({ x, y, zoom }: Viewport, at: Point): Point {
+    return { x: at.x * zoom + x, y: at.y * zoom + y };
+}
+
 export function zoomAt(viewport: Viewport, at: Point, factor: number): Viewport {
     const zoom = Math.min(greatestZoom, Math.max(leastZoom, viewport.zoom * factor));
     const fixed = toGraph(viewport, at);
@@ -54,11 +58,11 @@ export function around(boxes: Iterable<Box>): Box | undefined {
     return left <= right ? { x: left, y: top, width: right - left, height: bottom - top } : undefined;
 }
 
-/** The viewport in which a box fills the part of a window that no panel covers. */
-export function frame(box: Box, window: Shape, covered: { right: number; bottom: number }): Viewport {
+/** The viewport in which a box fills a part of a window that begins at its upper left corner. */
+export function frame(box: Box, part: Shape): Viewport {
     const margin = 40;
-    const width = Math.max(window.width - covered.right - 2 * margin, 100);
-    const height = Math.max(window.height - covered.bottom - 2 * margin, 100);
+    const width = Math.max(part.width - 2 * margin, 100);
+    const height = Math.max(part.height - 2 * margin, 100);
     const fitting = Math.min(width / box.width, height / box.height, 1);
     const zoom = Math.max(leastZoom, fitting);
     return {

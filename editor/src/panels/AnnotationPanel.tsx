@@ -1,10 +1,8 @@
 import { useRef } from 'react';
-import { withContents } from '../model/annotations.ts';
+import { colourOf, withContents } from '../model/annotations.ts';
 import type { AnnotationRecord, AnnotationState } from '../model/messages.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 import { newGesture, NumberField, TextField } from './fields.tsx';
-
-const greyForPicker = '#808080';
 
 /** The text, colour and place of a frame or a note. */
 export function AnnotationPanel({ annotation }: { annotation: AnnotationState }) {
@@ -33,7 +31,7 @@ export function AnnotationPanel({ annotation }: { annotation: AnnotationState })
                 <label>colour</label>
                 <ColourPicker
                     key={number}
-                    value={record.colour ?? greyForPicker}
+                    value={colourOf(annotation)}
                     onChange={(colour, gesture) => set({ colour }, gesture)}
                 />
                 <button

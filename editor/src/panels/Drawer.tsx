@@ -1,10 +1,12 @@
-import { useState } from 'react';
+import { lazy, Suspense, useState } from 'react';
 import { DifferenceList } from './DifferenceList.tsx';
 import type { Lighting } from './Inspector.tsx';
 import { Parameters } from './Parameters.tsx';
 import { ProblemList } from './ProblemList.tsx';
-import { ProgramView } from './ProgramView.tsx';
 import { useSnapshot } from '../useEditor.ts';
+
+/** The view of code is large and not needed at first. */
+const ProgramView = lazy(async () => ({ default: (await import('./ProgramView.tsx')).ProgramView }));
 
 type Tab = 'problems' | 'parameters' | 'programs' | 'differences';
 
@@ -70,7 +72,11 @@ export function Drawer({ light, jump }: Lighting & { jump: (id: string) => void 
                 {open === 'problems' && <ProblemList jump={jump} />}
                 {open === 'parameters' && <Parameters jump={jump} />}
                 {open === 'differences' && <DifferenceList jump={jump} />}
-                {open === 'programs' && <ProgramView light={light} />}
+                {open === 'programs' && (
+                    <Suspense>
+                        <ProgramView light={light} />
+                    </Suspense>
+                )}
             </div>
         </footer>
     );

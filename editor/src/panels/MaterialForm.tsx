@@ -12,10 +12,11 @@ function Part({ part }: { part: keyof MaterialParts }) {
         const set = (next: string) => editor.setMaterial(part, name, next);
         return (
             <div key={name} className="row">
-                <label>{name}</label>
+                <label title={name}>{name}</label>
                 {choices ? (
                     <select aria-label={name} value={value} onChange={(event) => set(event.target.value)}>
-                        {['', ...choices].map((choice) => (
+                        <option value="">–</option>
+                        {choices.map((choice) => (
                             <option key={choice}>{choice}</option>
                         ))}
                     </select>

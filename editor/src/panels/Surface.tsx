@@ -5,7 +5,6 @@ import { meshFrom, meshMakers, type Mesh } from '../surface/meshes.ts';
 import { Renderer, type View } from '../surface/renderer.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 
-const side = 256;
 const openFile = 'open a file…';
 
 /** Keeps one renderer in step with the document, and draws at most once a frame. */
@@ -85,25 +84,35 @@ class LivePicture {
     }
 }
 
-/** The living surface, with what it is shown on and how it is lit. */
-export function Surface() {
+/**
+ * The living surface, with what it is shown on and how it is lit. It is drawn once the graph is on the screen, as without a
+ * graphics card it takes the processor's time.
+ * @param side of the picture, in pixels
+ */
+export function Surface({ isGraphShown, side }: { isGraphShown: boolean; side: number }) {
     const editor = useEditor();
     const isStale = useSnapshot((all) => all.isPictureStale);
     const canvas = useRef<HTMLCanvasElement>(null);
     const live = useRef<LivePicture | null>(null);
     const ownMeshName = useSnapshot((all) => all.ownMesh);
     const chooser = useRef<HTMLInputElement>(null);
-    const [mesh, setMesh] = useState<Mesh>(meshMakers.sphere!);
+    const [meshName, setMeshName] = useState('sphere');
     const [own, setOwn] = useState<Mesh | null>(null);
     const [meshFailure, setMeshFailure] = useState('');
     const [light, setLight] = useState(0);
+    const [isPlain, setPlain] = useState(false);
     const [isPlaying, setPlaying] = useState(false);
     const [isOpen, setOpen] = useState(true);
     const [failure, setFailure] = useState('');
     const [missing, setMissing] = useState<readonly string[]>([]);
 
+    const makeMesh = () => (meshName === own?.name ? own : meshMakers[meshName]!());
+    const background: View['background'] = isPlain ? 'grey' : 'sky';
+    const latest = useRef({ makeMesh, light, background });
+    latest.current = { makeMesh, light, background };
+
     useEffect(() => {
-        if (!isOpen) return undefined;
+        if (!isOpen || !isGraphShown) return undefined;
         const element = canvas.current!;
         const start = () => {
             try {
@@ -112,12 +121,13 @@ export function Surface() {
                 setFailure((error as Error).message);
                 return;
             }
-            live.current.setMesh(mesh);
-            live.current.view.light = light;
+            live.current.setMesh(latest.current.makeMesh());
+            live.current.view.light = latest.current.light;
+            live.current.view.background = latest.current.background;
             live.current.take(editor.get());
         };
         start();
-        Object.assign(window, { moxPicture: live.current });
+        Object.assign(window, { moxPicture: live.current }); // for tests and benchmarks
         const stop = editor.subscribe(() => {
             live.current?.take(editor.get());
             setFailure(live.current?.failure ?? '');
@@ -132,13 +142,13 @@ export function Surface() {
             element.removeEventListener('webglcontextrestored', start);
             live.current = null;
         };
-        // The mesh and the light of a picture that exists are set below.
-    }, [editor, isOpen]);
+    }, [editor, isGraphShown, isOpen]);
 
     useEffect(() => {
-        live.current?.setMesh(mesh);
+        live.current?.setMesh(latest.current.makeMesh());
         setMissing(live.current?.renderer.missing ?? []);
-    }, [mesh]);
+        editor.pinOn(meshName in meshMakers ? meshName : 'sphere');
+    }, [editor, meshName, own]);
 
     const show = useCallback(
         async (name?: string, file?: Blob) => {
@@ -148,7 +158,7 @@ export function Surface() {
             if (!answer.mesh || !data) return;
             const read = meshFrom(answer.mesh, data);
             setOwn(read);
-            setMesh(read);
+            setMeshName(read.name);
         },
         [editor],
     );
@@ -159,14 +169,14 @@ export function Surface() {
 
     const chooseMesh = (choice: string) => {
         if (choice === openFile) chooser.current?.click();
-        else setMesh(choice === own?.name ? own : meshMakers[choice]!());
+        else setMeshName(choice);
     };
 
     useEffect(() => {
         if (!live.current) return;
-        live.current.view.light = light;
+        Object.assign(live.current.view, { light, background });
         live.current.drawSoon();
-    }, [light]);
+    }, [background, light, side]); // another size empties the canvas
 
     useEffect(() => {
         if (!isPlaying) return undefined;
@@ -242,7 +252,7 @@ export function Surface() {
                         className={isStale ? 'stale' : ''}
                         tabIndex={0}
                         role="img"
-                        aria-label={`The material on the mesh ${mesh.name}. Drag or use arrow keys to turn it, + and - to zoom.`}
+                        aria-label={`The material on the mesh ${meshName}. Drag or use arrow keys to turn it, + and - to zoom.`}
                         onPointerDown={(event) => event.currentTarget.setPointerCapture(event.pointerId)}
                         onPointerMove={(event) => {
                             if (event.buttons !== 0) orbit(-event.movementX / 100, event.movementY / 100, 1);
@@ -267,7 +277,7 @@ export function Surface() {
                         <select
                             aria-label="Mesh"
                             title="What the material is shown on; a mesh file can be dropped here too"
-                            value={mesh.name}
+                            value={meshName}
                             onChange={(event) => chooseMesh(event.target.value)}
                         >
                             {[...Object.keys(meshMakers), ...(own ? [own.name] : []), openFile].map(
@@ -310,6 +320,7 @@ export function Surface() {
                         </button>
                         <button
                             title="Back to the first frame"
+                            aria-label="Back to the first frame"
                             onClick={() => {
                                 setPlaying(false);
                                 if (!live.current) return;
@@ -317,7 +328,15 @@ export function Surface() {
                                 live.current.drawSoon();
                             }}
                         >
-                            Start
+                            ❙◀
+                        </button>
+                        <button
+                            aria-pressed={isPlain}
+                            title="A plain grey background in place of the sky"
+                            aria-label="Plain background"
+                            onClick={() => setPlain(!isPlain)}
+                        >
+                            ◐
                         </button>
                     </div>
                 </>
