@@ -36,7 +36,7 @@ export async function open(browser, address, { dist, ...options } = {}) {
     const context = await browser.newContext({ viewport: { width: 1400, height: 800 }, ...options });
     await context.grantPermissions(['clipboard-read', 'clipboard-write']);
     const page = await context.newPage();
-    page.setDefaultTimeout(20000);
+    page.setDefaultTimeout(60000);
     page.complaints = [];
     page.on('pageerror', (error) => page.complaints.push(error.message));
     page.on('console', (message) => {
@@ -57,7 +57,7 @@ export async function settle(page) {
     await page.waitForFunction(
         () => {
             const { programs, isPictureStale } = window.moxEditor.get();
-            return programs !== null && !isPictureStale && window.moxPicture.isReady();
+            return programs !== null && !isPictureStale && window.moxPicture?.isReady();
         },
         null,
         { timeout: 90000 },
