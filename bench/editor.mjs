@@ -4,8 +4,8 @@
 // picture, `value` that from a new value of a parameter, and `frame` that of the picture alone, all of 256 by 256 pixels
 // and until its pixels can be read. `far` and `near` are frames of panning with all nodes in view and at zoom 1, `drag`
 // those of moving a node at zoom 1. Then come the bars, each with what it is compared with.
-// Usage: node bench/editor.mjs MOX [DIST], with DIST the folder of a page other than the one in MOX; the page's
-// packages must be installed (npm ci in editor/)
+// Usage: node bench/editor.mjs MOX [DIST], with DIST the folder of a page other than the one in MOX, which takes longer to
+// open as it goes through this script; the page's packages must be installed (npm ci in editor/)
 
 import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
@@ -127,6 +127,23 @@ async function withPage(count, work) {
 const pan = (page) =>
     page.evaluate(() => window.bench.frames(40, (i) => window.bench.wheel(i % 2 ? 9 : -7, 5)));
 
+/** Drags the selected node with the mouse, as far as a page can do that by itself. */
+async function drag() {
+    const node = document.querySelector('.card.selected').closest('.react-flow__node');
+    const { x, y } = node.getBoundingClientRect();
+    const mouse = (type, way) => {
+        const at = { clientX: x + 20 + way, clientY: y + 20 + way };
+        return new MouseEvent(type, { view: window, bubbles: true, cancelable: true, ...at });
+    };
+    const nothingMoves = () => window.moxEditor.get().moves.nodes.size === 0;
+    node.dispatchEvent(mouse('mousedown', 0));
+    window.dispatchEvent(mouse('mousemove', 5));
+    const time = await window.bench.frames(40, (i) => window.dispatchEvent(mouse('mousemove', 6 + i)));
+    if (nothingMoves()) throw new Error('the node does not follow the mouse');
+    window.dispatchEvent(mouse('mouseup', 46));
+    return time;
+}
+
 async function view(page) {
     const far = await pan(page);
     await page.evaluate(() => {
@@ -136,18 +153,12 @@ async function view(page) {
     await page.keyboard.press('f'); // to zoom 1
     await page.locator('.card').first().waitFor();
     const near = await pan(page);
-    const drag = await page.evaluate(() => {
-        const editor = window.moxEditor;
-        const node = editor.selectedNodes()[0];
-        const from = editor.placeOf(node);
-        const step = (i) => editor.drag(new Map([[node.number, { x: from.x + i, y: from.y + i }]]));
-        return window.bench.frames(40, step);
-    });
-    return { far, near, drag };
+    return { far, near, drag: await page.evaluate(drag) };
 }
 
 async function edit(page) {
     await page.waitForFunction(() => window.moxPicture?.renderer.compileCount > 0);
+    await page.waitForFunction(() => window.moxPicture.isReady());
     return page.evaluate(async () => {
         const editor = window.moxEditor;
         const { renderer } = window.moxPicture;
