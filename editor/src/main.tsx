@@ -1,3 +1,4 @@
+import { firstSocket, openSocket } from './socket.ts';
 import '@xyflow/react/dist/base.css';
 import './style.css';
 import { createRoot } from 'react-dom/client';
@@ -6,30 +7,18 @@ import { Connection } from './model/connection.ts';
 import { Editor } from './model/store.ts';
 import { EditorContext } from './useEditor.ts';
 
-const tokenKey = 'mox-token';
-
-/** The token is in the address once; it is taken out, so that it is in no history. */
-function takeToken(): string | null {
-    if (location.hash.length > 1) {
-        sessionStorage.setItem(tokenKey, location.hash.slice(1));
-        history.replaceState(null, '', '/');
-    }
-    return sessionStorage.getItem(tokenKey);
-}
-
 const retryDelay = 3000; // milliseconds
 const mostRetries = 20;
 const serverEnds = 1001;
 
 /** Connects, and again if the connection is lost while the server is still there. */
-function connect(editor: Editor, token: string, retries: number): void {
-    const socket = new WebSocket(`ws://${location.host}/socket`, ['mox-editor-1', token]);
+function connect(editor: Editor, socket: WebSocket, retries: number): void {
     const connection = new Connection(socket, {
         onNotice: (notice) => editor.notice(notice),
         onClosed: (unanswered, code) => {
             editor.lose(unanswered);
             if (code !== serverEnds && retries > 0)
-                setTimeout(() => connect(editor, token, retries - 1), retryDelay);
+                setTimeout(() => connect(editor, openSocket(), retries - 1), retryDelay);
         },
     });
     const goodbye = () => socket.close(1000);
@@ -41,10 +30,10 @@ function connect(editor: Editor, token: string, retries: number): void {
     window.addEventListener('pagehide', goodbye);
 }
 
-function show(token: string): void {
+function show(socket: WebSocket): void {
     const editor = new Editor();
     Object.assign(window, { moxEditor: editor }); // for tests and benchmarks
-    connect(editor, token, mostRetries);
+    connect(editor, socket, mostRetries);
     window.addEventListener('beforeunload', (event) => {
         if (editor.get().unsaved && !editor.get().lost) event.preventDefault();
     });
@@ -55,8 +44,7 @@ function show(token: string): void {
     );
 }
 
-const token = takeToken();
-if (token) show(token);
+if (firstSocket) show(firstSocket);
 else
     document.getElementById('root')!.textContent =
         'Open the address that “mox edit” printed; this address does not contain the key to your document.';
