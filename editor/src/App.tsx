@@ -94,9 +94,10 @@ export function App() {
         const afterThatFrame = () => {
             performance.mark('graph-shown'); // for benchmarks
             setGraphShown(true);
+            editor.wantPrograms();
         };
         requestAnimationFrame(() => requestAnimationFrame(afterThatFrame));
-    }, [isLoaded]);
+    }, [editor, isLoaded]);
 
     const jumpTo = useCallback(
         (ids: readonly string[], annotations: readonly string[]) => {
@@ -151,7 +152,7 @@ export function App() {
             },
             a: () => canvas.current!.frame(),
             l: () => editor.layOut(),
-            p: () => pinSelected(editor),
+            p: () => pinNext(editor),
             t: () => editor.toggleThumbnails(),
             d: () => editor.toggleComparison(),
             enter: () => document.querySelector<HTMLElement>(firstField)?.focus(),
@@ -312,11 +313,13 @@ export function App() {
     );
 }
 
-function pinSelected(editor: Editor): void {
+/** Pins the picture of the first output, or that of the one after the pinned one; after the last there is none. */
+function pinNext(editor: Editor): void {
     const node = editor.selectedNodes()[0];
-    const port = node?.outputs?.[0];
+    if (!node) return;
     const { pinned } = editor.get();
-    if (!node || !port) return;
-    const isOn = pinned?.node === node.record.id;
-    editor.pin(isOn ? null : { node: node.record.id, port: port.name });
+    const ports = node.outputs ?? [];
+    const last = pinned?.node === node.record.id ? ports.findIndex(({ name }) => name === pinned.port) : -1;
+    const next = ports[last + 1];
+    editor.pin(next ? { node: node.record.id, port: next.name } : null);
 }

@@ -668,8 +668,17 @@ test('a server that dies loses nothing that it confirmed', async () => {
         window.moxEditor.deleteSelected(false);
     });
     await until(page, () => window.moxEditor.get().unsaved);
+    server.kill('SIGSTOP');
+    await page.evaluate(() => {
+        window.moxEditor.selectIds(['rim']);
+        window.moxEditor.deleteSelected(false);
+    });
     server.kill('SIGKILL');
     await page.getByRole('alert').getByText('The connection to mox is lost').waitFor();
+    const download = page.waitForEvent('download');
+    await page.getByRole('button', { name: 'Download unconfirmed changes (1 step for' }).click();
+    const unconfirmed = `${folder}/unconfirmed.json`;
+    await (await download).saveAs(unconfirmed);
     await page.evaluate(() => window.moxEditor.selectIds(['rim']));
     await page.keyboard.press('Delete');
     assert.ok(!(await page.evaluate(() => window.moxEditor.get().document.numbers.has('base'))));
@@ -679,6 +688,13 @@ test('a server that dies loses nothing that it confirmed', async () => {
     await again.getByRole('button', { name: 'Restore them' }).click();
     await until(again, () => !window.moxEditor.get().document.numbers.has('base'));
     await until(again, () => window.moxEditor.get().waiting === null);
+    assert.ok(await again.evaluate(() => window.moxEditor.get().document.numbers.has('rim')));
+    await again.keyboard.press('Control+s');
+    await until(again, () => !window.moxEditor.get().unsaved);
+    execFileSync(mox, ['apply', file, unconfirmed]);
+    await until(again, () =>
+        window.moxEditor.get().fileChange?.differences.some((text) => text.includes('"rim"')),
+    );
     assert.deepEqual(again.complaints, []);
     await again.context().close();
 });

@@ -146,6 +146,7 @@ export class Editor {
     private comparisonsDone = 0;
     private compileTimer: ReturnType<typeof setTimeout> | undefined;
     private pinnedMesh = 'sphere';
+    private areProgramsWanted = false;
 
     get(): Snapshot {
         return this.snapshot;
@@ -281,7 +282,14 @@ export class Editor {
 
     // Programs and problems
 
+    /** The page shows the graph. Before, the work on programs would hold it up. */
+    wantPrograms(): void {
+        this.areProgramsWanted = true;
+        this.compileSoon(0);
+    }
+
     private compileSoon(delay: number): void {
+        if (!this.areProgramsWanted) return;
         clearTimeout(this.compileTimer);
         this.compileTimer = setTimeout(() => {
             this.compileTimer = undefined;

@@ -19,7 +19,7 @@ const keys: readonly (readonly [string, string])[] = [
     ['Ctrl + A', 'select all'],
     ['F, A', 'show the selection, show all'],
     ['L', 'lay out the selection, or all'],
-    ['P', 'pin the picture of the selected node’s first output'],
+    ['P', 'pin the picture of the selected node’s first output; again, of the next'],
     ['T', 'small pictures on the nodes, on or off'],
     ['D', 'mark what differs from the file on disk, on or off'],
     ['Wheel; two fingers', 'zoom; move'],

@@ -38,7 +38,8 @@ export function Notices() {
                             )
                         }
                     >
-                        Download unconfirmed changes ({steps.length} steps for “mox apply”)
+                        Download unconfirmed changes (
+                        {steps.length === 1 ? '1 step' : `${steps.length} steps`} for “mox apply”)
                     </button>
                 )}
             </div>
