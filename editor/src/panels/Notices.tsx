@@ -24,9 +24,9 @@ export function Notices() {
         return (
             <div className="notice error" role="alert">
                 <p>
-                    The connection to mox is lost, so this page can no longer change the material. All confirmed
-                    changes are safe{unsaved ? ' in a journal next to the file' : ''}: start “mox edit {file}” again
-                    to restore them.
+                    The connection to mox is lost, so this page can no longer change the material. All
+                    confirmed changes are safe{unsaved ? ' in a journal next to the file' : ''}: start “mox
+                    edit {file}” again to restore them.
                 </p>
                 {steps.length > 0 && (
                     <button
