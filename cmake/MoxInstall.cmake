@@ -134,6 +134,8 @@ if(MOX_BUILD_PYTHON)
     "mox-materials (= ${PROJECT_VERSION}), python3 (>= 3.11), python3 (<< 3.12)")
   set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "graphviz, libvulkan1, mesa-vulkan-drivers")
   set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "python3-numpy")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+    "${PROJECT_SOURCE_DIR}/cmake/python3-mox/postinst;${PROJECT_SOURCE_DIR}/cmake/python3-mox/prerm")
   set(CPACK_COMPONENT_PYTHON_DESCRIPTION
     "Materials for shader programs: package for Python\nOpening, checking, changing, compiling and drawing materials from Python.")
 endif()
