@@ -5,7 +5,7 @@ from xml.sax.saxutils import quoteattr
 
 # The property whose choices make different functions of a type, where it is not the first enumeration.
 FUNCTION_PROPERTY = {"CoreTexture": "Colour Type"}
-NO_IMAGE = {("TextureRead", "Cube"), ("TextureRead", "Volume")}  # a preview cannot fill these textures
+NO_IMAGE = {("TextureRead", "Cube"), ("TextureRead", "Volume")}  # the examples have no such textures
 
 # Functions of one number, which are plotted. The others are shown over u and v.
 PLOTTED = {
