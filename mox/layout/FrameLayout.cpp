@@ -3,6 +3,7 @@
 #include "mox/layout/NodeShape.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace Mox::Host {
 
@@ -11,12 +12,14 @@ namespace {
 constexpr double framePadding = 24;     ///< between a frame and its content
 constexpr double frameTitleHeight = 32; ///< of a frame
 
+/// Of an item without nodes.
+constexpr std::ptrdiff_t noRank = std::numeric_limits<std::ptrdiff_t>::max();
+
 } // namespace
 
 FrameLayout::FrameLayout(const MaterialGraph& graph, const FramePlan& plan)
-    : _graph(graph), _plan(plan), _points(plan.ItemCount()),
-      _ranks(plan.ItemCount(), FramePlan::None), _groups(plan.ItemCount() + 1),
-      _positions(plan.ItemCount())
+    : _graph(graph), _plan(plan), _points(plan.ItemCount()), _ranks(plan.ItemCount(), noRank),
+      _groups(plan.ItemCount() + 1), _positions(plan.ItemCount())
 {
     for (const std::size_t node : plan.Nodes) {
         const NodeShape shape = ShapeOf(graph.Nodes()[node]);

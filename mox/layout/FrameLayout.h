@@ -42,7 +42,7 @@ private:
     std::vector<LayoutNode> _sizes;
     std::vector<LayoutPoint> _points;    ///< relative to the enclosing frame while frames are being
                                          ///< placed
-    std::vector<std::size_t> _ranks;     ///< rank of the first node in each item; edges run from
+    std::vector<std::ptrdiff_t> _ranks;  ///< rank of the first node in each item; edges run from
                                          ///< lower to higher ranks
     std::vector<Group> _groups;          ///< one per item, for its content; the last group is
                                          ///< outside all frames

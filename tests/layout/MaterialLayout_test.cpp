@@ -144,4 +144,19 @@ TEST(MaterialLayout, FramesStayAroundWhatIsInThem)
     EXPECT_EQ(BoxOf(graph, "b").X, 5000);
 }
 
+TEST(MaterialLayout, DoesNotDependOnTheOrderInWhichNodesCame)
+{
+    MaterialGraph drawn({}, NodeMaker(TestPlugins())); // from the output backwards, as artists do
+    for (const std::string name : {"first", "second"}) {
+        drawn.Apply({{AddNode{{name, "CoreTexture", 0, {}}, ""}}});
+        drawn.Apply({{AddNode{{name + "Uv", "CoreUv", 0, {}}, ""},
+                      AddEdge{{name + "Uv", "read", name, "in_uv"}, "", ""}}});
+    }
+    MaterialGraph read(drawn.Document(), NodeMaker(TestPlugins()));
+    for (MaterialGraph* graph : {&drawn, &read})
+        graph->Apply(LayOutMaterial(*graph));
+    EXPECT_EQ(FormatDocument(drawn.Document()), FormatDocument(read.Document()));
+    EXPECT_LT(BoxOf(drawn, "secondUv").X, BoxOf(drawn, "second").X);
+}
+
 } // namespace
