@@ -319,8 +319,8 @@ export function Surface({ isGraphShown, side }: { isGraphShown: boolean; side: n
                             {isPlaying ? '❚❚' : '▶'}
                         </button>
                         <button
-                            title="Back to the first frame"
-                            aria-label="Back to the first frame"
+                            title="Start again at time 0"
+                            aria-label="Start again at time 0"
                             onClick={() => {
                                 setPlaying(false);
                                 if (!live.current) return;
