@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 using namespace Mox::Host;
@@ -36,11 +37,21 @@ MaterialDocument Parse(std::string_view text, ProblemList& problems)
     return document;
 }
 
-/// What is written is the same graph again, with the same problems.
-void ClaimWrittenLoads(const MaterialGraph& graph, const std::string& written)
+/// The document that is written for another one.
+MaterialDocument WriteAndParse(const MaterialDocument& document, ProblemList& problems)
+{
+    const std::string written = FormatMaterialDocument(document);
+    MaterialDocument again = Parse(written, problems);
+    ClaimEqual(FormatMaterialDocument(again), written, "a document has one form");
+    Claim(!problems.HasErrors(), "what is written can be read");
+    return again;
+}
+
+/// What was written is the same graph again, with the same problems.
+void ClaimSameGraph(const MaterialGraph& graph, const MaterialDocument& written)
 {
     ProblemList problems;
-    MaterialGraph again(Parse(written, problems), NodeMaker(TestPlugins()));
+    MaterialGraph again(written, NodeMaker(TestPlugins()));
     ResolveGraph(again, problems);
     ClaimEqual(DescribeGraph(again), DescribeGraph(graph), "what is written is the graph");
 }
@@ -51,20 +62,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     ProblemList problems;
     const MaterialDocument document = Parse({reinterpret_cast<const char*>(data), size}, problems);
-    const bool isAccepted = !problems.HasErrors();
-    std::string written;
-    if (isAccepted) {
-        written = FormatMaterialDocument(document);
-        ClaimEqual(FormatMaterialDocument(Parse(written, problems)), written,
-                   "a document has one form");
-        Claim(!problems.HasErrors(), "what is written can be read");
-    }
+    std::optional<MaterialDocument> written;
+    if (!problems.HasErrors())
+        written = WriteAndParse(document, problems);
 
     MaterialGraph graph = LoadMaterial(document, TestPlugins(), problems);
     ResolveGraph(graph, problems);
     ReportCountConflicts(graph, problems);
-    if (isAccepted)
-        ClaimWrittenLoads(graph, written);
+    if (written)
+        ClaimSameGraph(graph, *written);
 
     ProblemList found;
     const CgFormat format;

@@ -14,7 +14,7 @@ using namespace Mox::Host;
 
 namespace {
 
-constexpr int mostMessages = 40;
+constexpr int mostMessages = 20;
 constexpr int mostJobs = 3;
 
 const char* const document = R"(<material version="1"><nodes>
@@ -79,8 +79,9 @@ private:
 
     void Begin()
     {
+        const Json state = State();
         for (EditorMirror& mirror : _mirrors)
-            mirror.TakeState(State());
+            mirror.TakeState(state);
         _start = Text(_session);
     }
 

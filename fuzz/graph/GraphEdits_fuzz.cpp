@@ -8,7 +8,7 @@ using namespace Mox::Host;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    constexpr int mostEdits = 40; // each is followed by a look at the whole graph
+    constexpr int mostEdits = 24; // each is made, undone and made again
     Choices choices(data, size);
     const NodeMaker maker(TestPlugins());
     MaterialGraph graph(maker);

@@ -10,6 +10,7 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -58,19 +59,21 @@ struct FilledGraph
     ShaderGraphGenerator Generator{Graph};
 };
 
-/// What graphs, generators and nodes hold, in numbers that are equal for equal contents.
+/// What graphs, generators and nodes hold, as a hash.
 class Contents
 {
 public:
     void Add(const FilledGraph& filled)
     {
+        Add(filled.Graph.NodeSet.size());
+        Add(filled.Graph.EdgeSet.size());
         AddObjects(filled.Graph.Nodes);
         AddObjects(filled.Graph.Edges);
         for (const ShaderNodeHandle& node : filled.Graph.Nodes)
             AddEntries(*node);
         for (const auto& [key, node] : filled.Graph.InterfaceNodes) {
             Add(key.first);
-            _numbers.push_back(static_cast<std::uintptr_t>(key.second));
+            Add(static_cast<std::uintptr_t>(key.second));
             Add(node.get());
         }
         for (const auto& [given, standing] : filled.Generator.NodeMap) {
@@ -90,7 +93,7 @@ public:
     void AddEntries(const ShaderNode& node)
     {
         for (const auto* entries : {&node.InEdges, &node.OutEdges}) {
-            _numbers.push_back(entries->size());
+            Add(entries->size());
             for (const auto& entry : *entries)
                 Add(entry.lock().get());
         }
@@ -99,18 +102,22 @@ public:
     bool operator==(const Contents&) const = default;
 
 private:
-    void Add(const void* object) { _numbers.push_back(reinterpret_cast<std::uintptr_t>(object)); }
-    void Add(const std::string& text) { _numbers.push_back(std::hash<std::string>()(text)); }
+    void Add(std::uintptr_t number)
+    {
+        _hash = (std::rotl(_hash, 23) ^ number) * 0x9E3779B97F4A7C15u;
+    }
+    void Add(const void* object) { Add(reinterpret_cast<std::uintptr_t>(object)); }
+    void Add(const std::string& text) { Add(std::hash<std::string>()(text)); }
 
     template <class Handles>
     void AddObjects(const Handles& handles)
     {
-        _numbers.push_back(handles.size());
+        Add(handles.size());
         for (const auto& handle : handles)
             Add(handle.get());
     }
 
-    std::vector<std::uintptr_t> _numbers;
+    std::uint64_t _hash = 0;
 };
 
 /// How often an edge, be it alive or not, stands in a node's list.
@@ -125,7 +132,16 @@ std::ptrdiff_t CountEntries(const Entries& entries, const boost::weak_ptr<Shader
 template <class List, class Set>
 void CheckSet(const List& list, const Set& set)
 {
-    Claim(set.size() == list.size() && set == Set(list.begin(), list.end()),
+    std::vector<const void*> objects;
+    objects.reserve(list.size());
+    bool isInSet = true;
+    for (const auto& object : list) {
+        objects.push_back(object.get());
+        isInSet = isInSet && set.contains(object);
+    }
+    std::ranges::sort(objects);
+    Claim(isInSet && set.size() == list.size() &&
+              std::ranges::adjacent_find(objects) == objects.end(),
           "list and set agree, and nothing is in them twice");
 }
 
@@ -178,6 +194,7 @@ public:
             graph = std::make_unique<FilledGraph>();
         for (auto& edge : _guiEdges)
             edge = boost::make_shared<GuiEdge>();
+        _contents = ContentsNow();
     }
 
     void Run()
@@ -185,12 +202,7 @@ public:
         constexpr int mostSteps = 150;
         for (int step = 0; step < mostSteps && !_choices.IsAtEnd(); ++step) {
             Step();
-            for (const auto& graph : _graphs) {
-                CheckGraph(graph->Graph);
-                CheckGenerator(graph->Generator);
-            }
-            for (const ShaderNodeHandle& node : _nodes)
-                CheckEntries(*node);
+            Look();
         }
     }
 
@@ -217,11 +229,25 @@ private:
         return contents;
     }
 
-    /// Whether a call succeeds. If not, it must have changed nothing.
+    /// Claims that all agrees, unless nothing has changed since the last look.
+    void Look()
+    {
+        const Contents now = ContentsNow();
+        if (now == _contents)
+            return;
+        _contents = now;
+        for (const auto& graph : _graphs) {
+            CheckGraph(graph->Graph);
+            CheckGenerator(graph->Generator);
+        }
+        for (const ShaderNodeHandle& node : _nodes)
+            CheckEntries(*node);
+    }
+
+    /// Whether a call succeeds. If not, it must have changed nothing since the last look.
     template <class Call>
     bool Succeeds(Call call)
     {
-        const Contents before = ContentsNow();
         bool isRefused = false;
         const auto attempt = [&] {
             try {
@@ -234,7 +260,7 @@ private:
             }
         };
         const auto compare = [&] {
-            Claim(ContentsNow() == before, "a call that fails changes nothing");
+            Claim(ContentsNow() == _contents, "a call that fails changes nothing");
         };
         _makeCall(attempt, compare);
         if (isRefused)
@@ -372,6 +398,7 @@ private:
         } else {
             Claim(!isOwn, "the graph finds its own nodes");
         }
+        Look();
         if (Succeeds([&] { found = graph.GetInterfaceNode(key.first, key.second, type); }))
             Claim(found->Type == type, "a node that is found has the type asked for");
     }
@@ -420,6 +447,7 @@ private:
     std::vector<ShaderEdgeHandle> _edges;
     boost::shared_ptr<GuiEdge> _guiEdges[4];
     std::unique_ptr<FilledGraph> _graphs[2];
+    Contents _contents; ///< at the last look
 };
 
 } // namespace

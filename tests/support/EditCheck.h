@@ -5,9 +5,9 @@
 
 #include <functional>
 
-/// Makes edits of a graph until isOver, occasionally undoing one, and at the end undoes and redoes
-/// all of them. After every tenth edit and at the end, the graph must equal the one loaded from its
-/// written document.
+/// Makes edits of a graph until isOver and undoes about every fourth one. At the end it undoes and
+/// redoes all of them. After about every eighth edit, and at the end, the graph must equal the one
+/// loaded from its written document.
 /// @param maker of the graph
 /// @returns the number of edits that were accepted
 /// @throws std::logic_error if an invariant does not hold
