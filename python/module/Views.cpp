@@ -17,10 +17,10 @@ using Materials::GuiPort;
 using Materials::GuiProperty;
 using Materials::GuiPropertyKind;
 
-Value ReadValue(const Host::MaterialGraph& graph, const GuiProperty& property)
+Value ValueOf(const Host::MaterialGraph& graph, const GuiProperty& property)
 {
     const std::string id = graph.IdOf(property.Node.get());
-    return property.Kind == GuiPropertyKind::Node && !id.empty() ? id : Python::ReadValue(property);
+    return property.Kind == GuiPropertyKind::Node && !id.empty() ? id : ReadValue(property);
 }
 
 /// Finds a port by name. An input takes precedence over an output with the same name.
@@ -95,7 +95,7 @@ std::vector<std::pair<std::string, Value>> NodeView::Values() const
     return Owner->UseNode(Id, [](const auto& graph, std::size_t number) {
         std::vector<std::pair<std::string, Value>> values;
         for (const auto& property : graph.Nodes()[number].Gui.Properties().Properties)
-            values.emplace_back(property->Name, ReadValue(graph, *property));
+            values.emplace_back(property->Name, ValueOf(graph, *property));
         return values;
     });
 }
