@@ -1,9 +1,12 @@
 #include "mox/editor/StateJson.h"
 
 #include "mox/document/PropertyText.h"
+#include "mox/host/JsonObject.h"
 #include "mox/host/PluginNode.h"
 #include "mox/json/RecordJson.h"
 #include "mox/layout/NodeShape.h"
+
+#include <utility>
 
 namespace Mox::Host {
 
@@ -18,33 +21,44 @@ Json DescribeColour(const float (&colour)[4])
     return Json(colour);
 }
 
+Json MakeNumbered(std::size_t number, Json record)
+{
+    Json json = MakeJsonObject();
+    json["number"] = number;
+    json["record"] = std::move(record);
+    return json;
+}
+
 Json DescribePorts(const std::vector<GuiPort>& ports)
 {
     Json list = Json::array();
     for (const GuiPort& port : ports) {
         const std::string precision = PrecisionOf(port);
-        list.push_back({{"name", port.Name},
-                        {"label", port.Label.empty() ? port.Name : port.Label},
-                        {"components", port.CountKnown ? Json(port.ComponentCount) : Json()},
-                        {"precision", precision.empty() ? Json() : Json(precision)},
-                        {"connected", port.Connected},
-                        {"conflict", port.CountConflict}});
+        Json& object = list.emplace_back(MakeJsonObject());
+        object["name"] = port.Name;
+        object["label"] = port.Label.empty() ? port.Name : port.Label;
+        object["components"] = port.CountKnown ? Json(port.ComponentCount) : Json();
+        object["precision"] = precision.empty() ? Json() : Json(precision);
+        object["connected"] = port.Connected;
+        object["conflict"] = port.CountConflict;
     }
     return list;
 }
 
 Json DescribeProperty(const MaterialGraph& graph, const GuiProperty& property)
 {
-    return {{"name", property.Name},
-            {"kind", FormatKind(property.Kind)},
-            {"value", property.Kind == GuiPropertyKind::Node ? graph.IdOf(property.Node.get())
-                                                             : FormatValue(property)},
-            {"editable", property.Editable}};
+    Json json = MakeJsonObject();
+    json["name"] = property.Name;
+    json["kind"] = FormatKind(property.Kind);
+    json["value"] = property.Kind == GuiPropertyKind::Node ? graph.IdOf(property.Node.get())
+                                                           : FormatValue(property);
+    json["editable"] = property.Editable;
+    return json;
 }
 
 Json DescribeNode(const MaterialGraph& graph, std::size_t number)
 {
-    Json json = {{"number", number}, {"record", ToJson(graph.Document().Nodes[number])}};
+    Json json = MakeNumbered(number, ToJson(graph.Document().Nodes[number]));
     if (!graph.Nodes().Holds(number))
         return json; // not even a placeholder could be created
     const GraphNode& node = graph.Nodes()[number];
@@ -65,12 +79,12 @@ Json DescribeNode(const MaterialGraph& graph, std::size_t number)
 
 Json DescribeEdge(const MaterialGraph& graph, std::size_t number)
 {
-    return {{"number", number}, {"record", ToJson(graph.Document().Edges[number])}};
+    return MakeNumbered(number, ToJson(graph.Document().Edges[number]));
 }
 
 Json DescribeAnnotation(const MaterialGraph& graph, std::size_t number)
 {
-    return {{"number", number}, {"record", ToJson(graph.Document().Annotations[number])}};
+    return MakeNumbered(number, ToJson(graph.Document().Annotations[number]));
 }
 
 void AddOtherParts(const MaterialDocument& document, Json& json)
@@ -108,9 +122,10 @@ Json DescribeState(const MaterialGraph& graph)
     Json annotations = Json::array();
     for (auto note = document.Annotations.begin(); note != document.Annotations.end(); ++note)
         annotations.push_back(DescribeAnnotation(graph, note.Index()));
-    Json json = {{"nodes", std::move(nodes)},
-                 {"edges", std::move(edges)},
-                 {"annotations", std::move(annotations)}};
+    Json json = MakeJsonObject();
+    json["nodes"] = std::move(nodes);
+    json["edges"] = std::move(edges);
+    json["annotations"] = std::move(annotations);
     AddOtherParts(document, json);
     return json;
 }

@@ -5,6 +5,7 @@
 #include "mox/document/MaterialRules.h"
 #include "mox/document/PropertyText.h"
 #include "mox/graph/BindingsDocument.h"
+#include "mox/host/JsonObject.h"
 
 #include <utility>
 
@@ -80,8 +81,10 @@ std::vector<DocumentValue> ReadValues(const JsonCursor& object, const ElementRul
 
 Json ToJson(const DocumentProperty& property)
 {
-    Json object = {
-        {"name", property.Name}, {"kind", FormatKind(property.Kind)}, {"value", property.Value}};
+    Json object = MakeJsonObject();
+    object["name"] = property.Name;
+    object["kind"] = FormatKind(property.Kind);
+    object["value"] = property.Value;
     AddComments(object, "comments", property.Comments);
     return object;
 }
@@ -91,10 +94,11 @@ Json ToJson(const DocumentNode& node)
     Json properties = Json::array();
     for (const DocumentProperty& property : node.Properties)
         properties.push_back(ToJson(property));
-    Json object = {{"id", node.Id},
-                   {"type", node.Type},
-                   {"version", node.Version},
-                   {"properties", std::move(properties)}};
+    Json object = MakeJsonObject();
+    object["id"] = node.Id;
+    object["type"] = node.Type;
+    object["version"] = node.Version;
+    object["properties"] = std::move(properties);
     AddComments(object, "comments", node.Comments);
     AddComments(object, "lastComments", node.LastComments);
     return object;
@@ -102,10 +106,11 @@ Json ToJson(const DocumentNode& node)
 
 Json ToJson(const DocumentEdge& edge)
 {
-    Json object = {{"tail", edge.Tail},
-                   {"tailPort", edge.TailPort},
-                   {"head", edge.Head},
-                   {"headPort", edge.HeadPort}};
+    Json object = MakeJsonObject();
+    object["tail"] = edge.Tail;
+    object["tailPort"] = edge.TailPort;
+    object["head"] = edge.Head;
+    object["headPort"] = edge.HeadPort;
     if (!edge.Points.empty()) {
         Json points = Json::array();
         for (const DocumentPoint& point : edge.Points)

@@ -27,8 +27,7 @@ ParameterKind KindOf(const ShaderNode& node)
 
 std::string DescribeOwner(const ProgramParameter& parameter)
 {
-    return parameter.IsBinding ? Compose("node \"", parameter.Nodes.front(), "\"")
-                               : "the environment";
+    return parameter.IsBinding ? Compose("node \"", parameter.Node, "\"") : "the environment";
 }
 
 const char* DescribeKind(ParameterKind kind)
@@ -72,8 +71,8 @@ void ParameterTable::Collect(const ProgramGraph& graph, const StageChoice& stage
         const auto [entry, isNew] =
             known.try_emplace({isStream, !owner.empty(), name}, _parameters.size());
         if (isNew) {
-            _parameters.push_back(
-                {KindOf(node), name, "", node.Type, node.Register, !owner.empty(), false, false});
+            _parameters.push_back({KindOf(node), name, "", node.Type, node.Register, !owner.empty(),
+                                   false, false, owner});
         }
         ProgramParameter& parameter = _parameters[entry->second];
         if (parameter.Type != node.Type) {
@@ -82,8 +81,6 @@ void ParameterTable::Collect(const ProgramGraph& graph, const StageChoice& stage
                                   parameter.Type.Format(), " at ", DescribeOwner(parameter),
                                   "; another name for one of them makes them two"));
         }
-        if (!owner.empty())
-            parameter.Nodes.push_back(owner);
         parameter.InVertex = parameter.InVertex || stages.InVertex(i);
         parameter.InFragment = parameter.InFragment || stages.InFragment(i);
         _indices.emplace(i, entry->second);
@@ -102,7 +99,7 @@ void ParameterTable::WarnOfEnvironmentNames(ProblemList& problems) const
         if (!parameter.IsBinding || other == ofEnvironment.end())
             continue;
         Place where;
-        where.Node = parameter.Nodes.front();
+        where.Node = parameter.Node;
         problems.Warn("name-of-environment", where,
                       Compose("the environment reads a ", DescribeKind(other->second->Kind), " \"",
                               parameter.Name,

@@ -5,6 +5,9 @@
 #include "mox/program/FunctionSet.h"
 
 #include <algorithm>
+#include <map>
+#include <string>
+#include <tuple>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -261,8 +264,24 @@ private:
                 return; // the source has its own problem, already reported
             entry.Inputs.push_back({_places[feed.Node], feed.Port});
         }
-        _places[node] = _nodes.size();
-        _nodes.push_back(std::move(entry));
+        _places[node] = PlaceFor(entry);
+        if (_places[node] == _nodes.size())
+            _nodes.push_back(std::move(entry));
+    }
+
+    /// Returns the index of the node in the program. Parameters of the same name are one value,
+    /// whichever nodes read it.
+    std::size_t PlaceFor(const ProgramNode& node)
+    {
+        const ShaderNodeKind kind = node.Shader->Kind;
+        if (kind != ShaderNodeKind::UniformParameter && kind != ShaderNodeKind::VaryingParameter)
+            return _nodes.size();
+        const bool isBinding = !node.Origin->Node.empty();
+        const auto known =
+            _parameters.try_emplace({kind, isBinding, NameOf(node)}, _nodes.size()).first;
+        const bool isSame = known->second < _nodes.size() &&
+                            _nodes[known->second].Shader->Type == node.Shader->Type;
+        return isSame ? known->second : _nodes.size();
     }
 
     /// Follows interface parameters to the value written to them.
@@ -311,6 +330,8 @@ private:
     std::vector<std::size_t> _places; ///< index in _nodes of each node
     std::vector<Visited> _path;
     std::vector<ProgramNode> _nodes;
+    std::map<std::tuple<ShaderNodeKind, bool, std::string>, std::size_t>
+        _parameters; ///< index of each parameter in _nodes, by kind, owner and name
 };
 
 } // namespace

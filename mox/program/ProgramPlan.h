@@ -32,13 +32,13 @@ struct ProgramParameter
                         ///< value
     std::string CgName; ///< in Cg sources; unique among parameters and functions
     ShaderType Type;
-    ShaderRegister Register; ///< attribute or texture unit; unknown for a uniform without a
-                             ///< register
-    bool IsBinding;          ///< whether it belongs to the material rather than the environment
-    bool InVertex;           ///< read by the vertex program
-    bool InFragment;         ///< read by the fragment program
-    std::vector<std::string> Nodes = {}; ///< for a binding, ids of the nodes that read it
-    SamplerState Sampler = {};           ///< for a texture of the material, as in the document
+    ShaderRegister Register;   ///< attribute or texture unit; unknown for a uniform without a
+                               ///< register
+    bool IsBinding;            ///< whether it belongs to the material rather than the environment
+    bool InVertex;             ///< read by the vertex program
+    bool InFragment;           ///< read by the fragment program
+    std::string Node = {};     ///< for a binding, the id of the first node that reads it
+    SamplerState Sampler = {}; ///< for a texture of the material, as in the document
 };
 
 /// A function that both stages may call.

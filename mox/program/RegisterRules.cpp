@@ -75,12 +75,11 @@ void RegisterRules::Take(const ShaderRegister& place, const Owner& owner, const 
 void RegisterRules::GiveRegister(ProgramParameter& parameter)
 {
     const std::vector<ShaderRegisterType> classes = ClassesOf(parameter);
-    const Owner owner{Compose("parameter \"", parameter.Name, "\" of ",
-                              DescribeOrigin(parameter.IsBinding ? parameter.Nodes.front() : "")),
-                      parameter.Type, false};
+    const Owner owner{
+        Compose("parameter \"", parameter.Name, "\" of ", DescribeOrigin(parameter.Node)),
+        parameter.Type, false};
     Place where;
-    if (parameter.IsBinding)
-        where.Node = parameter.Nodes.front();
+    where.Node = parameter.Node;
     if (parameter.Register.Type != ShaderRegisterType::RegisterUnknown) {
         Take(parameter.Register, owner, where);
         for (const ShaderRegisterType type : classes) {

@@ -2,8 +2,8 @@
 
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
+#include "mox/host/JsonObject.h"
 
-#include <cstddef>
 #include <nlohmann/json.hpp>
 
 namespace Mox::Host {
@@ -13,19 +13,10 @@ using Materials::Compose;
 
 namespace {
 
-/// An object with room for its members: while it grows it copies them, and all that is in them.
-Json MakeObject()
-{
-    constexpr std::size_t mostMembers = 12;
-    Json::object_t object;
-    object.reserve(mostMembers);
-    return object;
-}
-
 /// An object with a name.
 Json MakeNamed(const std::string& name)
 {
-    Json json = MakeObject();
+    Json json = MakeJsonObject();
     json["name"] = name;
     return json;
 }
@@ -66,7 +57,7 @@ Json DescribeMember(const UniformMember& member, const ProgramParameter& paramet
 
 Json DescribeBlocks(const CompiledProgram& program)
 {
-    Json json = MakeObject();
+    Json json = MakeJsonObject();
     for (const UniformBlock& block : program.Blocks) {
         Json& entry = json[GetRateName(block.Rate)] = MakeNamed(block.Name);
         entry["set"] = NumberOf(block.Rate);
@@ -111,7 +102,7 @@ void DescribeSampling(const SamplerState& state, Json& entry)
 
 Json DescribeStage(const StageInterface& stage, const std::vector<ProgramParameter>& parameters)
 {
-    Json json = MakeObject();
+    Json json = MakeJsonObject();
     Json& samplers = json["samplers"] = Json::array();
     for (const SamplerSlot& sampler : stage.Samplers) {
         Json& entry =
@@ -203,7 +194,7 @@ Json PlaceInput(const StageVariable& input, const std::string& name, CompileTarg
 Json DescribeTarget(const TargetProgram& program, const std::vector<UniformBlock>& blocks,
                     const StageInterface& stage)
 {
-    Json json = MakeObject();
+    Json json = MakeJsonObject();
     json["entryPoint"] = program.EntryPoint;
     for (const UniformBlock& block : blocks) {
         if (!IsReadIn(block, program.Stage))
@@ -227,14 +218,14 @@ Json DescribeTarget(const TargetProgram& program, const std::vector<UniformBlock
 
 std::string FormatReflection(const CompiledProgram& program)
 {
-    Json json = MakeObject();
+    Json json = MakeJsonObject();
     json["version"] = 1;
     json["uniformBlocks"] = DescribeBlocks(program);
-    Json& stages = json["stages"] = MakeObject();
+    Json& stages = json["stages"] = MakeJsonObject();
     stages[GetStageName(ProgramStage::Vertex)] = DescribeStage(program.Vertex, program.Parameters);
     stages[GetStageName(ProgramStage::Fragment)] =
         DescribeStage(program.Fragment, program.Parameters);
-    Json& targets = json["targets"] = MakeObject();
+    Json& targets = json["targets"] = MakeJsonObject();
     for (const TargetProgram& target : program.Programs) {
         targets[GetTargetName(target.Target)][GetStageName(target.Stage)] =
             DescribeTarget(target, program.Blocks, program.InterfaceOf(target.Stage));

@@ -127,7 +127,7 @@ void CheckTargets(const ProgramPlan& plan, const std::vector<CompileTarget>& tar
         CheckHandedOver(plan, file, problems);
     for (const ProgramParameter& parameter : plan.Parameters) {
         const ComponentType type = parameter.Type.Component;
-        check(parameter.Nodes.empty() ? std::string() : parameter.Nodes.front(),
+        check(parameter.Node,
               Compose("the type ", parameter.Type.Format(), " of \"", parameter.Name, "\""),
               ListLacking(targets, [type](CompileTarget t) { return HasType(t, type); }));
     }

@@ -76,7 +76,7 @@ TEST(MaterialProgram, OfMaterialsWithAPoint)
         const std::string golden = "program/materials/" + entry.path().stem().string() + ".cg";
         ExpectGolden(golden, Describe(MaterialFromText(ReadText(entry.path()))));
     }
-    EXPECT_EQ(count, 17);
+    EXPECT_EQ(count, 18);
 }
 
 TEST(MaterialProgram, HasANodeForEveryLineThatOneWrote)
