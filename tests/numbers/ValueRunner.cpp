@@ -80,9 +80,8 @@ std::vector<DrawTexture> MakeTextures(const CompiledProgram& program, const RunI
 {
     std::vector<DrawTexture> textures;
     for (const SamplerSlot& slot : program.Fragment.Samplers) {
-        textures.push_back({slot.Binding,
-                            slot.Type.Component == ComponentType::Sampler1D,
-                            {inputs.Textures.at(slot.Name)}});
+        textures.push_back(
+            {slot.Binding, ShapeOf(slot.Type.Component).value(), {inputs.Textures.at(slot.Name)}});
     }
     return textures;
 }
