@@ -36,7 +36,7 @@ test('edges are refused with their reason', () => {
         ['maths.value maths.a', /itself/],
         ['maths.value texture.in', /cycle: texture → maths → texture/],
         ['gone.read end.colour', /gone/],
-        ['uv.other end.colour', /output to an input/],
+        ['uv.other end.colour', /connects an output with an input/],
     ];
     for (const [text, reason] of cases) {
         const [tail, tailPort, head, headPort] = text.split(/[. ]/) as [string, string, string, string];
