@@ -2,6 +2,7 @@
 
 #include "mox/document/DocumentTextures.h"
 #include "mox/graph/OpenMaterial.h"
+#include "mox/interchange/ReadMaterial.h"
 #include "mox/program/EnvironmentNodes.h"
 #include "mox/program/MaterialProgram.h"
 #include "mox/program/ShaderGeneration.h"
@@ -30,7 +31,7 @@ MaterialExporter::MaterialExporter(const PluginSet& plugins, Host::Environment e
 ExportedMaterial MaterialExporter::Export(const std::filesystem::path& file) const
 {
     ProblemList problems;
-    MaterialDocument document = ReadMaterialDocument(file, problems);
+    MaterialDocument document = ReadMaterial(file, problems);
     return Export(std::move(document), std::move(problems));
 }
 
