@@ -140,14 +140,14 @@ struct MaterialDocument
 /// Makes a document of a text.
 /// @param file as it is named in messages
 /// @param problems takes what is wrong with the text
-using DocumentParser = MaterialDocument (*)(const std::string& file, std::string_view text,
-                                            ProblemList& problems);
+using DocumentParser = std::function<MaterialDocument(
+    const std::string& file, std::string_view text, ProblemList& problems)>;
 
 /// Reads a text and makes a document of it.
 /// @param read gives the text; if it throws HostError, that is a problem of the rule "unreadable",
 ///        and the document is empty
 MaterialDocument ReadDocumentText(const std::string& file, const std::function<std::string()>& read,
-                                  DocumentParser parse, ProblemList& problems);
+                                  const DocumentParser& parse, ProblemList& problems);
 
 /// Reads a material document. It opens no other file and no network connection, and refuses
 /// document type declarations, and with them entities.

@@ -4,6 +4,7 @@
 #include "mox/document/MaterialDiff.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
+#include "mox/interchange/ReadMaterial.h"
 
 #include <utility>
 
@@ -35,6 +36,7 @@ std::string ReadExisting(const std::filesystem::path& file)
 
 MaterialDocument ParseEdited(const std::string& file, const std::string& text)
 {
+    RefuseMaterialX(file, text);
     if (!text.empty())
         return Parse(file, text);
     MaterialDocument document;

@@ -28,6 +28,22 @@ bool AreNumbers(const InterchangeNode& node, const InputValues& inputs)
     return true;
 }
 
+/// The number of a texture in sRGB as light.
+float DecodeSrgb(float number)
+{
+    return number <= 0.04045f ? number / 12.92f : std::pow((number + 0.055f) / 1.055f, 2.4f);
+}
+
+/// One value of several single numbers.
+InterchangeValue Combine(const InterchangeNode& node, const InputValues& inputs)
+{
+    InterchangeValue result;
+    for (const auto& [name, text] : node.Inputs)
+        result.Numbers.push_back(At(inputs.at(name), 0));
+    result.Width = static_cast<int>(result.Numbers.size());
+    return result;
+}
+
 std::optional<InterchangeValue> FoldNumbers(const InterchangeNode& node, const InputValues& inputs)
 {
     const InterchangeValue& first = inputs.at(node.Inputs.front().first);
@@ -57,6 +73,10 @@ std::optional<InterchangeValue> FoldNumbers(const InterchangeNode& node, const I
             result.Numbers.push_back(a * b);
         else if (node.Name == "divide")
             result.Numbers.push_back(a / b);
+        else if (node.Name == "mox_gamma")
+            result.Numbers.push_back(std::pow(std::max(a, 0.0f), b));
+        else if (node.Name == "mox_srgb")
+            result.Numbers.push_back(DecodeSrgb(a));
         else
             return std::nullopt;
     }
@@ -83,8 +103,11 @@ std::optional<InterchangeValue> FoldCall(const InterchangeNode& node, const Inpu
         if (EqualsText(inputs.at("mix"), "1"))
             return inputs.at("fg");
     }
-    const bool isCandidate = node.Inputs.size() == 2 && AreNumbers(node, inputs);
-    return isCandidate ? FoldNumbers(node, inputs) : std::nullopt;
+    if (node.Inputs.empty() || !AreNumbers(node, inputs))
+        return std::nullopt;
+    if (node.Name == "combine3")
+        return Combine(node, inputs);
+    return node.Inputs.size() <= 2 ? FoldNumbers(node, inputs) : std::nullopt;
 }
 
 } // namespace Mox::Host

@@ -10,6 +10,16 @@ using Materials::Compose;
 using Materials::GuiPropertyKind;
 using Site = InterchangeGraph::Site;
 
+namespace {
+
+/// Whether a texture is read as a colour, so that the colour space of its file counts.
+bool HoldsColours(const Site& site)
+{
+    return site.Type.starts_with("color") || site.Type == "multioutput";
+}
+
+} // namespace
+
 InterchangeGraph::Values InterchangeGraph::MakeTexture(const InterchangeAlternative& alternative,
                                                        const InputValues& inputs, const Site& site)
 {
@@ -18,10 +28,15 @@ InterchangeGraph::Values InterchangeGraph::MakeTexture(const InterchangeAlternat
     InputValues known = inputs;
     InputValues outputs;
     known["value"] = ReadTexture(file, inputs, coordinate, site);
+    const std::string texture = known["value"].Node;
     const int width = known["value"].Width;
+    const InterchangeNode* conversion = FindColourConversion(file.ColourSpace);
+    if (conversion && HoldsColours(site) && file.ColourSpace != "srgb_texture")
+        known["value"] = Evaluate(ParseFormula(Compose(conversion->Name, "( value )")), known,
+                                  site.Step("linear"));
     const bool hasAlpha = site.Type == "multioutput";
     if (hasAlpha)
-        outputs["a"] = outputs["outa"] = MakePortValue(known["value"].Node, "out_alpha", 1);
+        outputs["a"] = outputs["outa"] = MakePortValue(texture, "out_alpha", 1);
     if (alternative.After.IsEmpty()) {
         outputs["out"] = known["value"];
         return outputs;
@@ -41,13 +56,11 @@ InterchangeValue InterchangeGraph::ReadTexture(const InterchangeValue& file,
 {
     const bool isTriple = site.IsNormalMap || site.Type == "multioutput";
     const int width = isTriple ? 3 : WidthOfType(site.Type);
-    const bool isColour = site.Type.starts_with("color") || site.Type == "multioutput";
     const char* kind = site.IsNormalMap ? "Normal"
                        : width <= 2     ? "Component"
                        : width == 3     ? "Colour"
                                         : "Vector";
-    const bool isSrgb = isColour && (file.ColourSpace == "srgb_texture" ||
-                                     file.ColourSpace.starts_with("g22_rec709"));
+    const bool isSrgb = HoldsColours(site) && file.ColourSpace == "srgb_texture";
     DocumentNode record = site.Record("CoreTexture");
     DocumentBinding binding{"texture", {}, {}, site.Line, {}};
     if (!file.Text.empty())

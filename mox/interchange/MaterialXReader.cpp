@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
+#include "mox/interchange/MaterialXIncludes.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,9 +16,7 @@ using Materials::Compose;
 using Materials::GuiPropertyKind;
 using InputValues = InterchangeGraph::Values;
 
-constexpr std::size_t mostMaterialXBytes = 64U << 20U;
-constexpr float pixelsOfUnit = 200.0f; ///< one unit of position is the width of a node including
-                                       ///< its gap
+constexpr float pixelsOfUnit = 200.0f; ///< a unit of positions is the size of a node with its gap
 
 std::optional<float> ReadPosition(const XmlTree& element, std::string_view attribute)
 {
@@ -44,16 +43,20 @@ const char* RefuseType(const std::string& type)
 
 } // namespace
 
-MaterialXReader::MaterialXReader(const std::string& file, ProblemList& problems)
-    : _file(file), _problems(problems), _builder(file), _graph(_builder)
+MaterialXReader::MaterialXReader(const std::string& file, const MaterialXOptions& options,
+                                 ProblemList& problems)
+    : _file(file), _options(options), _problems(problems), _builder(file), _graph(_builder)
 {}
 
 MaterialDocument MaterialXReader::Read(std::string_view text)
 {
     try {
-        if (text.size() > mostMaterialXBytes)
+        if (text.size() > MaterialXIncludes::MostBytes)
             throw HostError(_file, "is larger than 64 MiB, the most that is read of MaterialX");
-        if (const auto root = ParseXmlTree(_file, text, _problems))
+        auto root = ParseXmlTree(_file, text, _problems);
+        if (root && _options.ReadsIncludes)
+            MaterialXIncludes(_problems).Resolve(*root, text.size());
+        if (root)
             ReadRoot(*root);
     } catch (const HostError& error) {
         _problems.Fail("interchange-file", error);
@@ -75,12 +78,18 @@ void MaterialXReader::ReadRoot(const XmlTree& root)
         if (child.Name == "xi:include") {
             Report(Carry::None, child,
                    Compose("the file \"", child.Get("href"),
-                           "\" is not read; only the document itself is"));
+                           "\" is not read, as the document is not read from a file"));
         }
+    }
+    if (!IsPlainColourSpace(root.Get("colorspace"))) {
+        Report(Carry::Approximated, root,
+               Compose("colours are computed in linear light with the primaries of Rec. 709 and "
+                       "not in \"",
+                       root.Get("colorspace"), "\""));
     }
     MaterialXScopes scopes(root, _problems);
     _scopes = &scopes;
-    const MaterialXSource shader = FindShader(root, scopes);
+    const MaterialXSource shader = FindShader(root);
     if (shader.Element)
         ReadShader(shader);
     WarnOfUnread();
@@ -170,6 +179,9 @@ void MaterialXReader::EvaluateNode(const Key& key)
         Report(Carry::None, element, Compose(element.Name, ": ", error.what()));
         return;
     }
+    const auto file = inputs.find("file");
+    if (file != inputs.end() && (type == "multioutput" || type.starts_with("color")))
+        WarnOfColourSpace(file->second.ColourSpace, element);
     for (auto& [name, value] : evaluated.Outputs) {
         if (value.Count == 1 && type != "multioutput" && name == "out")
             value.Width = std::max(value.Width, WidthOfType(type));
@@ -238,7 +250,7 @@ InterchangeValue MaterialXReader::ReadInput(const MaterialXSource& source, const
         return value;
     InterchangeGraph::Site site;
     site.Id = source.Element->Get("name");
-    site.Line = source.Element->Where.Line;
+    site.Line = LineOf(*source.Element);
     site.Description = source.Element->Get("doc");
     const InterchangeNode& constant = *GetStandardNodes().Find("constant");
     value = _graph.Make(constant, constant.Alternatives.front(), {{"value", value}}, site)["out"];
@@ -283,7 +295,44 @@ InterchangeValue MaterialXReader::ReadLiteral(const MaterialXSource& source, boo
         return value;
     }
     value.Numbers.resize(width, value.Numbers.front());
+    if (value.Type.starts_with("color"))
+        MakeLinear(value, source);
     return value;
+}
+
+/// Converts the numbers of a colour from the space that the file says.
+void MaterialXReader::MakeLinear(InterchangeValue& colour, const MaterialXSource& source)
+{
+    const std::string* space = _scopes->FindInherited(source.Scope, *source.Element, "colorspace");
+    if (!space || IsPlainColourSpace(*space))
+        return;
+    const InterchangeNode* conversion = FindColourConversion(*space);
+    if (!conversion) {
+        WarnOfColourSpace(*space, *source.Element);
+        return;
+    }
+    InterchangeValue light;
+    light.Numbers.assign(colour.Numbers.begin(), colour.Numbers.begin() + 3);
+    light.Width = 3;
+    light = _graph.Evaluate(ParseFormula(Compose(conversion->Name, "( in )")), {{"in", light}}, {});
+    if (light.Numbers.size() != 3)
+        throw HostError(PlaceOf(*source.Element), "the colour is too large to be converted");
+    std::copy(light.Numbers.begin(), light.Numbers.end(), colour.Numbers.begin());
+    colour.Text.clear();
+}
+
+/// Reports what becomes of a file or value with colours of a space.
+void MaterialXReader::WarnOfColourSpace(const std::string& space, const XmlTree& element)
+{
+    if (IsPlainColourSpace(space) || space == "srgb_texture")
+        return;
+    if (!FindColourConversion(space))
+        Report(Carry::Approximated, element,
+               Compose("the colour space \"", space, "\" is not known; its colours are taken as ",
+                       "linear"));
+    else
+        Report(FindColourConversion(space)->Alternatives.front().Kind, element,
+               Compose("the colours are converted from \"", space, "\" by other nodes"));
 }
 
 InterchangeGraph::Site MaterialXReader::SiteOf(const Key& key)
@@ -294,7 +343,7 @@ InterchangeGraph::Site MaterialXReader::SiteOf(const Key& key)
     if (site.Id.empty())
         site.Id = element.Name;
     site.Type = element.Get("type");
-    site.Line = element.Where.Line;
+    site.Line = LineOf(element);
     site.Description = element.Get("doc");
     site.PositionX = ReadPosition(element, "xpos");
     site.PositionY = ReadPosition(element, "ypos");
@@ -316,9 +365,15 @@ void MaterialXReader::Report(Carry kind, const XmlTree& element, const std::stri
         _problems.Warn("interchange-dropped", PlaceOf(element), message);
 }
 
-Place MaterialXReader::PlaceOf(const XmlTree& element) const
+Place MaterialXReader::PlaceOf(const XmlTree& element)
 {
-    return {_file, element.Where.Line, element.Get("name")};
+    return {element.Where.File, element.Where.Line, element.Get("name")};
+}
+
+/// The line in the document; 0 for what it includes.
+int MaterialXReader::LineOf(const XmlTree& element) const
+{
+    return element.Where.File == _file ? element.Where.Line : 0;
 }
 
 } // namespace Mox::Host

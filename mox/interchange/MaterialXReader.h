@@ -11,6 +11,13 @@
 
 namespace Mox::Host {
 
+/// How a MaterialX document is read.
+struct MaterialXOptions
+{
+    bool ReadsIncludes = false; ///< whether to read the files in its folder that it includes
+    std::string Material;       ///< name of the material to read; empty for the first one
+};
+
 /// Reads a MaterialX document as a material: node graphs are expanded, and the shader becomes an
 /// output node. Anything that is not converted exactly is reported as a problem with a rule
 /// "interchange-...".
@@ -19,7 +26,8 @@ class MaterialXReader
 public:
     /// @param file name of the file, for messages
     /// @param problems must outlive the reader
-    MaterialXReader(const std::string& file, ProblemList& problems);
+    MaterialXReader(const std::string& file, const MaterialXOptions& options,
+                    ProblemList& problems);
 
     /// May be called only once.
     MaterialDocument Read(std::string_view text);
@@ -34,7 +42,9 @@ private:
     };
 
     void ReadRoot(const XmlTree& root);
-    MaterialXSource FindShader(const XmlTree& root, MaterialXScopes& scopes);
+    const XmlTree* ChooseMaterial(const XmlTree& root);
+    MaterialXSource FindShader(const XmlTree& root);
+    MaterialXSource ReadSurfaceMaterial(const XmlTree& material);
     void ReadShader(const MaterialXSource& shader);
     void FeedSurface(const InterchangeSurface& surface, const InterchangeGraph::Values& inputs,
                      const XmlTree& element);
@@ -50,12 +60,16 @@ private:
     InterchangeValue ReadInput(const MaterialXSource& source, const XmlTree& input,
                                const std::string& category);
     InterchangeValue ReadLiteral(const MaterialXSource& source, bool isKept);
+    void MakeLinear(InterchangeValue& colour, const MaterialXSource& source);
+    void WarnOfColourSpace(const std::string& space, const XmlTree& element);
     InterchangeGraph::Site SiteOf(const Key& key);
 
     void Report(Carry kind, const XmlTree& element, const std::string& message);
-    Place PlaceOf(const XmlTree& element) const;
+    static Place PlaceOf(const XmlTree& element);
+    int LineOf(const XmlTree& element) const;
 
     std::string _file;
+    MaterialXOptions _options;
     ProblemList& _problems;
     MaterialBuilder _builder;
     InterchangeGraph _graph;

@@ -25,34 +25,40 @@ bool IsNear(const InterchangeValue& value, const std::string& text)
 
 } // namespace
 
-/// Finds the shader of the first material; if there is no material, the first shader.
-MaterialXSource MaterialXReader::FindShader(const XmlTree& root, MaterialXScopes& scopes)
+/// The material that is read, or null. Others are reported.
+const XmlTree* MaterialXReader::ChooseMaterial(const XmlTree& root)
 {
-    MaterialXSource shader;
-    const XmlTree* material = nullptr;
+    std::vector<const XmlTree*> materials;
+    const XmlTree* chosen = nullptr;
+    std::string names;
     for (const XmlTree& child : root.Children) {
         if (child.Name != "surfacematerial")
             continue;
-        if (material) {
-            Report(Carry::None, child,
-                   Compose("a document is one material; this is \"", material->Get("name"), "\""));
-            continue;
-        }
-        material = &child;
-        const XmlTree* input = MaterialXScopes::FindInput(child, "surfaceshader");
-        if (input)
-            shader = scopes.Follow(MaterialXScopes::Root, *input);
-        for (const char* other : {"backsurfaceshader", "displacementshader"}) {
-            const XmlTree* unread = MaterialXScopes::FindInput(child, other);
-            if (unread &&
-                scopes.Follow(MaterialXScopes::Root, *unread).What == MaterialXSource::Kind::Output)
-                Report(Carry::None, *unread,
-                       Compose("the input \"", other, "\" has no counterpart"));
-        }
-        _builder.Document().Description.push_back({"name", child.Get("name")});
-        if (const std::string* text = child.Find("doc"))
-            _builder.Document().Description.push_back({"desc", *text});
+        materials.push_back(&child);
+        names += Compose(names.empty() ? "" : ", ", "\"", child.Get("name"), "\"");
+        if (!chosen && (_options.Material.empty() || child.Get("name") == _options.Material))
+            chosen = &child;
     }
+    if (!chosen && !_options.Material.empty()) {
+        throw HostError(root.Where, Compose("there is no material \"", _options.Material,
+                                            "\"; there ", materials.size() == 1 ? "is " : "are ",
+                                            names.empty() ? "none" : names));
+    }
+    for (const XmlTree* other : materials) {
+        if (other != chosen && _options.Material.empty())
+            Report(Carry::None, *other,
+                   Compose("only the material \"", chosen->Get("name"), "\" is read"));
+    }
+    return chosen;
+}
+
+/// The shader of the material, or else the first shader.
+MaterialXSource MaterialXReader::FindShader(const XmlTree& root)
+{
+    const XmlTree* material = ChooseMaterial(root);
+    MaterialXSource shader;
+    if (material)
+        shader = ReadSurfaceMaterial(*material);
     if (shader.What == MaterialXSource::Kind::Output)
         return shader;
     if (!material) {
@@ -64,6 +70,23 @@ MaterialXSource MaterialXReader::FindShader(const XmlTree& root, MaterialXScopes
     throw HostError(material ? material->Where : root.Where,
                     material ? "the material has no surface shader"
                              : "the document has no material");
+}
+
+/// Reads what a material says of itself.
+/// @returns its shader
+MaterialXSource MaterialXReader::ReadSurfaceMaterial(const XmlTree& material)
+{
+    for (const char* other : {"backsurfaceshader", "displacementshader"}) {
+        const XmlTree* unread = MaterialXScopes::FindInput(material, other);
+        if (unread &&
+            _scopes->Follow(MaterialXScopes::Root, *unread).What == MaterialXSource::Kind::Output)
+            Report(Carry::None, *unread, Compose("the input \"", other, "\" has no counterpart"));
+    }
+    _builder.Document().Description.push_back({"name", material.Get("name")});
+    if (const std::string* text = material.Find("doc"))
+        _builder.Document().Description.push_back({"desc", *text});
+    const XmlTree* input = MaterialXScopes::FindInput(material, "surfaceshader");
+    return input ? _scopes->Follow(MaterialXScopes::Root, *input) : MaterialXSource();
 }
 
 void MaterialXReader::ReadShader(const MaterialXSource& shader)
@@ -91,7 +114,7 @@ void MaterialXReader::FeedSurface(const InterchangeSurface& surface, const Input
     const InterchangeGraph::Site site = SiteOf({MaterialXScopes::Root, &element});
     DocumentNode node;
     node.Type = surface.Type;
-    node.Line = element.Where.Line;
+    node.Line = LineOf(element);
     node.Id = site.Id;
     if (site.PositionX)
         MaterialBuilder::Set(node, "PositionX", GuiPropertyKind::Float,
@@ -106,7 +129,7 @@ void MaterialXReader::FeedSurface(const InterchangeSurface& surface, const Input
         InterchangeGraph::Site step;
         step.Owner = site.Id;
         step.Id = Compose(site.Id, "_", port.Name.substr(3));
-        step.Line = element.Where.Line;
+        step.Line = LineOf(element);
         step.IsStep = true;
         const std::size_t nodesBefore = _builder.Document().Nodes.size();
         InterchangeValue value = _graph.Supply(_graph.Evaluate(port.Is, inputs, step), step);
@@ -127,7 +150,7 @@ void MaterialXReader::FeedSurface(const InterchangeSurface& surface, const Input
             }
             DocumentNode constant;
             constant.Id = result.IsCall ? port.Name.substr(3) : result.Name;
-            constant.Line = element.Where.Line;
+            constant.Line = LineOf(element);
             const std::string name = constant.Id;
             value = _builder.Parameter(value.Numbers, std::move(constant), name);
         }
@@ -135,7 +158,7 @@ void MaterialXReader::FeedSurface(const InterchangeSurface& surface, const Input
     }
     const std::string id = _builder.Add(std::move(node));
     for (const auto& [port, value] : feeds)
-        _builder.Connect(value, id, port, element.Where.Line);
+        _builder.Connect(value, id, port, LineOf(element));
 }
 
 void MaterialXReader::SetRenderState(const InterchangeSurface& surface, const InputValues& inputs)

@@ -33,6 +33,12 @@ std::string Lower(std::string word)
     return word;
 }
 
+/// Whether a word is among others with commas between them.
+bool IsListed(const std::string& words, const std::string& word)
+{
+    return Compose(",", words, ",").find(Compose(",", word, ",")) != std::string::npos;
+}
+
 void WriteInput(XmlWriter& writer, const MaterialXInput& input, const char* kind)
 {
     const auto write = [&](const char* attribute, const std::string& value) {
@@ -177,7 +183,8 @@ MaterialXWriter::Ports MaterialXWriter::WriteByTable()
     for (const InterchangeNode& node : GetStandardNodes().Nodes) {
         for (const InterchangeAlternative& alternative : node.Alternatives) {
             if (node.IsHelper || alternative.Kind != Carry::Direct || !alternative.Code.empty() ||
-                alternative.Type != _current.Node->Type || !Matches(alternative.Settings))
+                alternative.Type != _current.Node->Type || !Allows(alternative) ||
+                !Matches(alternative.Settings))
                 continue;
             return WriteDirect(node, alternative);
         }
@@ -245,8 +252,23 @@ MaterialXWriter::Ports MaterialXWriter::WriteByFormula()
     }
     return {};
 }
-/// Whether the node has these property values. Properties that are converted in another way always
-/// match.
+/// Whether MaterialX has words for the properties that an alternative takes over.
+bool MaterialXWriter::Allows(const InterchangeAlternative& alternative) const
+{
+    for (const auto& [name, text] : alternative.Settings) {
+        const auto property = _current.Node->Properties.find(name);
+        for (const InterchangeCondition& condition : alternative.When) {
+            const bool isAbout = condition.What == InterchangeCondition::Test::OneOf &&
+                                 text == Compose("^", condition.Input);
+            if (isAbout && property != _current.Node->Properties.end() &&
+                !IsListed(condition.Text, Lower(property->second.Value)))
+                return false;
+        }
+    }
+    return true;
+}
+
+/// Whether the node has these properties. Those that are carried over in another way count as such.
 bool MaterialXWriter::Matches(const NamedTexts& settings)
 {
     for (const auto& [name, text] : settings) {

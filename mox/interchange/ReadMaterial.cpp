@@ -1,5 +1,6 @@
 #include "mox/interchange/ReadMaterial.h"
 
+#include "mox/Text.h"
 #include "mox/host/File.h"
 #include "mox/interchange/MaterialXReader.h"
 #include "mox/xml/XmlParser.h"
@@ -36,6 +37,17 @@ private:
     XmlParser* _parser = nullptr;
 };
 
+MaterialDocument ParseEither(const std::string& file, std::string_view text,
+                             const MaterialXOptions& options, ProblemList& problems)
+{
+    if (IsMaterialX(file, text))
+        return MaterialXReader(file, options, problems).Read(text);
+    if (!options.Material.empty())
+        problems.Fail("interchange-file", {file},
+                      "is not a MaterialX document, so no material can be chosen");
+    return ParseMaterialDocument(file, text, problems);
+}
+
 } // namespace
 
 bool IsMaterialX(const std::filesystem::path& file, std::string_view text)
@@ -43,10 +55,15 @@ bool IsMaterialX(const std::filesystem::path& file, std::string_view text)
     return file.extension() == ".mtlx" || RootName(text).Name == "materialx";
 }
 
-MaterialDocument ReadMaterial(const std::filesystem::path& file, ProblemList& problems)
+MaterialDocument ReadMaterial(const std::filesystem::path& file, ProblemList& problems,
+                              const std::string& material)
 {
     return ReadDocumentText(
-        file.string(), [&] { return ReadFile(file); }, ParseMaterial, problems);
+        file.string(), [&] { return ReadFile(file); },
+        [&](const std::string& name, std::string_view text, ProblemList& found) {
+            return ParseEither(name, text, {true, material}, found);
+        },
+        problems);
 }
 
 MaterialDocument ReadMaterial(const std::filesystem::path& file)
@@ -55,16 +72,25 @@ MaterialDocument ReadMaterial(const std::filesystem::path& file)
 }
 
 MaterialDocument ParseMaterial(const std::string& file, std::string_view text,
-                               ProblemList& problems)
+                               ProblemList& problems, const std::string& material)
 {
-    return IsMaterialX(file, text) ? ParseMaterialX(file, text, problems)
-                                   : ParseMaterialDocument(file, text, problems);
+    return ParseEither(file, text, {false, material}, problems);
 }
 
 MaterialDocument ParseMaterialX(const std::string& file, std::string_view text,
                                 ProblemList& problems)
 {
-    return MaterialXReader(file, problems).Read(text);
+    return MaterialXReader(file, {}, problems).Read(text);
+}
+
+void RefuseMaterialX(const std::filesystem::path& file, std::string_view text)
+{
+    if (!IsMaterialX(file, text))
+        return;
+    const std::filesystem::path document = std::filesystem::path(file).replace_extension(".xml");
+    throw HostError(file.string(),
+                    Materials::Compose("is a MaterialX document; \"mox convert ", file.string(),
+                                       " -o ", document.string(), "\" makes a material of it"));
 }
 
 } // namespace Mox::Host

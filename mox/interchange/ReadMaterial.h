@@ -11,25 +11,32 @@ namespace Mox::Host {
 /// Whether a file is a MaterialX document, judging by its extension ".mtlx" or its root element.
 bool IsMaterialX(const std::filesystem::path& file, std::string_view text);
 
-/// Reads a material from a file: either a material document or a MaterialX document, which is
-/// converted.
+/// Reads a material from a file: either a material document, or a MaterialX document, which is
+/// converted together with the files in its folder that it includes.
 /// @param problems receives errors in the file and, for MaterialX, a warning with a rule
 ///        "interchange-..." for everything that is not converted exactly
+/// @param material name of the material to read if a MaterialX document has several; empty for the
+///        first one
 /// @returns what could be read; it is complete only if problems receives no errors
-MaterialDocument ReadMaterial(const std::filesystem::path& file, ProblemList& problems);
+MaterialDocument ReadMaterial(const std::filesystem::path& file, ProblemList& problems,
+                              const std::string& material = {});
 
 /// Like the function above, but stops at the first error.
 /// @throws HostError with that error
 MaterialDocument ReadMaterial(const std::filesystem::path& file);
 
-/// Reads a material from a string in memory.
+/// Reads a material from a string in memory, without the files that it includes.
 /// @param file name of the file, for messages
 MaterialDocument ParseMaterial(const std::string& file, std::string_view text,
-                               ProblemList& problems);
+                               ProblemList& problems, const std::string& material = {});
 
 /// Reads a MaterialX document from a string in memory.
 /// @param file name of the file, for messages
 MaterialDocument ParseMaterialX(const std::string& file, std::string_view text,
                                 ProblemList& problems);
+
+/// Ends work that only a material document allows.
+/// @throws HostError that says how to make one, if the file is a MaterialX document
+void RefuseMaterialX(const std::filesystem::path& file, std::string_view text);
 
 } // namespace Mox::Host

@@ -6,6 +6,7 @@
 #include "mox/xml/XmlTree.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 
 namespace Mox::Host {
@@ -236,18 +237,43 @@ const StandardNodes& GetStandardNodes()
 std::string FormatStandardNodes()
 {
     constexpr const char* kinds[] = {"direct", "composed", "approximated", "none"};
+    std::array<int, 4> counts = {};
     std::string text = "| MaterialX | carried over | becomes |\n|---|---|---|\n";
     for (const InterchangeNode& node : GetStandardNodes().Nodes) {
         if (node.IsHelper)
             continue;
         const InterchangeAlternative& first = node.Alternatives.front();
+        ++counts.at(static_cast<std::size_t>(first.Kind));
         text += Compose("| `", node.Name, "` | ", kinds[static_cast<std::size_t>(first.Kind)],
                         " | ", FormatAlternative(first));
         if (node.Alternatives.size() > 1)
             text += Compose("; otherwise ", FormatAlternative(node.Alternatives.back()));
         text += " |\n";
     }
-    return text;
+    return Compose("By the first line of each node, ", counts[0], " nodes are direct, ", counts[1],
+                   " composed and ", counts[2], " approximated; ", counts[3],
+                   " have no counterpart.\n\n", text);
+}
+
+bool IsPlainColourSpace(std::string_view space)
+{
+    constexpr std::array<std::string_view, 5> words = {"", "lin_rec709", "linear", "none", "raw"};
+    return std::find(words.begin(), words.end(), space) != words.end();
+}
+
+const InterchangeNode* FindColourConversion(std::string_view space)
+{
+    constexpr std::array<std::pair<std::string_view, std::string_view>, 4> formerNames = {{
+        {"gamma18", "g18_rec709"},
+        {"gamma22", "g22_rec709"},
+        {"gamma24", "rec709_display"},
+        {"lin_ap1", "acescg"},
+    }};
+    for (const auto& [former, name] : formerNames) {
+        if (space == former)
+            space = name;
+    }
+    return GetStandardNodes().Find(Compose(std::string(space), "_to_lin_rec709"));
 }
 
 bool IsGeometryName(std::string_view text)

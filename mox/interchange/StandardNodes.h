@@ -145,8 +145,16 @@ struct StandardNodes
 /// The table, which is compiled into the program.
 const StandardNodes& GetStandardNodes();
 
-/// Formats the table as Markdown documentation: how each standard node is converted.
+/// Formats the table as Markdown documentation: how each standard node is converted, and counts.
 std::string FormatStandardNodes();
+
+/// Whether colours of a space need no conversion: it is linear with the primaries of Rec. 709, or
+/// marks data.
+bool IsPlainColourSpace(std::string_view space);
+
+/// Returns the node that converts colours of a space to linear light with the primaries of
+/// Rec. 709, or null if there is none.
+const InterchangeNode* FindColourConversion(std::string_view space);
 
 /// Whether a string names data that the mesh or the scene supplies, such as "UV0".
 bool IsGeometryName(std::string_view text);

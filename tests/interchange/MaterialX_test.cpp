@@ -4,11 +4,13 @@
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/interchange/CompleteMaterial.h"
+#include "mox/interchange/InterchangeValue.h"
 #include "mox/interchange/ReadMaterial.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/Files.h"
 #include "tests/support/Golden.h"
 #include "tests/support/MaterialText.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -221,6 +223,15 @@ constexpr ReadCase readCases[] = {
      "type='material'>"
      "<input name='surfaceshader' type='surfaceshader' nodename='s'/></surfacematerial>",
      "1: node \"s\": the shader \"disney_principled\" is not one that is read"},
+    {"a colour space that is not known",
+     "<gltf_pbr name='s' type='surfaceshader'>\n<input name='base_color' type='color3' value='1, "
+     "1, 1' "
+     "colorspace='film'/></gltf_pbr>",
+     "2: node \"base_color\": the colour space \"film\" is not known; its colours are taken as "
+     "linear"},
+    {"an include in a text",
+     "<xi:include xmlns:xi='http://www.w3.org/2001/XInclude' href='a.mtlx'/>",
+     "1: the file \"a.mtlx\" is not read, as the document is not read from a file"},
     {"a matrix",
      "<gltf_pbr name='s' type='surfaceshader'><input name='base_color' type='color3' "
      "nodename='x'/></gltf_pbr>\n"
@@ -270,13 +281,112 @@ TEST(MaterialX, ThatIsLongOrWideEnds)
     }
 }
 
-/// Converts the files of the MaterialX project if they are available next to the tree.
+/// The numbers that a material has for the base colour of a shader.
+std::vector<float> ReadColour(const std::string& space)
+{
+    ProblemList problems;
+    const MaterialDocument document = ParseMaterialX(
+        "x.mtlx",
+        Compose("<materialx version='1.39'><gltf_pbr name='s' type='surfaceshader'><input "
+                "name='base_color' type='color3' value='0.2, 0.5, 0.8' colorspace='",
+                space, "'/></gltf_pbr></materialx>"),
+        problems);
+    EXPECT_TRUE(problems.Problems().empty()) << space;
+    for (const DocumentProperty& property : document.Nodes.begin()->Properties) {
+        if (property.Name == "Default Colour")
+            return ParsePropertyNumbers(property.Value);
+    }
+    return {};
+}
+
+/// The numbers were computed with the matrices and curves that define the spaces.
+TEST(MaterialX, ColoursOfAllSpacesBecomeLinear)
+{
+    for (const auto& [space, light] : std::map<std::string, std::vector<float>>{
+             {"lin_rec709", {0.2f, 0.5f, 0.8f}},
+             {"srgb_texture", {0.033105f, 0.214041f, 0.603827f}},
+             {"gamma22", {0.028991f, 0.217638f, 0.612066f}},
+             {"g18_rec709", {0.055189f, 0.287175f, 0.669209f}},
+             {"rec709_display", {0.021012f, 0.189465f, 0.585350f}},
+             {"acescg", {-0.036493f, 0.535912f, 0.853093f}},
+             {"g22_ap1", {-0.136854f, 0.238050f, 0.676930f}},
+             {"lin_adobergb", {0.080493f, 0.5f, 0.812879f}},
+             {"adobergb", {-0.046153f, 0.217756f, 0.629104f}},
+             {"lin_displayp3", {0.132521f, 0.512618f, 0.835379f}},
+             {"srgb_displayp3", {-0.007593f, 0.221651f, 0.645693f}}}) {
+        const std::vector<float> found = ReadColour(space);
+        ASSERT_EQ(found.size(), 3u) << space;
+        for (std::size_t i = 0; i < 3; ++i)
+            EXPECT_NEAR(found[i], light[i], 2e-5f) << space << i;
+    }
+}
+
+TEST(MaterialX, IncludesWhatLiesBesideIt)
+{
+    const TemporaryFolder folder;
+    const auto write = [&](const std::string& name, const std::string& text) {
+        return folder.Write(name, Compose("<materialx version=\"1.39\" "
+                                          "xmlns:xi=\"http://www.w3.org/2001/XInclude\">",
+                                          text, "</materialx>"));
+    };
+    const auto include = [](const std::string& name) {
+        return Compose("<xi:include href=\"", name, "\"/>\n");
+    };
+    const auto material = [](const std::string& name) {
+        return Compose("<surfacematerial name=\"", name, "\" type=\"material\"><input ",
+                       "name=\"surfaceshader\" type=\"surfaceshader\" nodename=\"",
+                       name == "Rust" ? "rough" : "smooth", "\"/></surfacematerial>\n");
+    };
+    write("rough.mtlx", "<gltf_pbr name=\"rough\" type=\"surfaceshader\"/>");
+    write("smooth.mtlx", include("rough.mtlx") +
+                             "<gltf_pbr name=\"smooth\" type=\"surfaceshader\"><input "
+                             "name=\"clearcoat\" type=\"float\" value=\"0.5\"/></gltf_pbr>");
+    const auto file =
+        write("all.mtlx", include("smooth.mtlx") + include("../x.mtlx") + include("rough.mtlx") +
+                              material("Rust") + material("Glaze"));
+    ProblemList problems;
+    const MaterialDocument first = ReadMaterial(file, problems);
+    EXPECT_EQ(first.Description.front().Value, "Rust");
+    ASSERT_EQ(problems.Problems().size(), 2u);
+    EXPECT_EQ(problems.Problems()[0].Format(),
+              Compose(file.string(),
+                      ":2: the file \"../x.mtlx\" is not read, as it is not beside this one"));
+    EXPECT_EQ(problems.Problems()[1].Format(),
+              Compose(file.string(), ":5: node \"Glaze\": only the material \"Rust\" is read"));
+    ProblemList none;
+    const MaterialDocument other = ReadMaterial(file, none, "Glaze");
+    EXPECT_EQ(none.Problems().size(), 1u);
+    EXPECT_EQ(other.Description.front().Value, "Glaze");
+    EXPECT_GT(other.Nodes.size(), first.Nodes.size()); // the coat
+
+    write("again.mtlx", include("itself.mtlx"));
+    const auto itself = write("itself.mtlx", include("again.mtlx"));
+    write("broken.mtlx", "<gltf_pbr name=");
+    std::string chain = "chain0.mtlx";
+    for (int i = 0; i < 40; ++i)
+        write(Compose("chain", i, ".mtlx"), include(Compose("chain", i + 1, ".mtlx")));
+    for (const auto& [name, message] :
+         {std::pair(itself, "again.mtlx:1: the file includes itself"),
+          std::pair(write("user.mtlx", include("broken.mtlx")), "broken.mtlx:1"),
+          std::pair(folder.Path() / chain, "files include one another more than 16 deep"),
+          std::pair(write("none.mtlx", material("A")), "there is no material \"Glaze\"")}) {
+        ProblemList found;
+        ReadMaterial(name, found, name.filename() == "none.mtlx" ? "Glaze" : "");
+        ASSERT_TRUE(found.HasErrors()) << name;
+        EXPECT_NE(found.Problems().back().Format().find(message), std::string::npos)
+            << found.Problems().back().Format();
+    }
+}
+
+/// The files of the MaterialX project, as far as they are beside the tree: what carries over.
 TEST(MaterialX, OfItsProjectCarriesOver)
 {
     const std::filesystem::path folder = MOX_TEST_DATA "/../../shared/mtlx";
     if (!std::filesystem::exists(folder))
         GTEST_SKIP() << "the files are not beside the tree";
     std::map<std::string, std::string> lines;
+    std::size_t nodes = 0;
+    int whole = 0;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
         if (entry.path().extension() != ".mtlx")
             continue;
@@ -290,6 +400,8 @@ TEST(MaterialX, OfItsProjectCarriesOver)
         for (const auto& [rule, count] : counts)
             line += Compose(", ", count, " ", rule);
         lines[entry.path().filename().string()] = line + "\n";
+        nodes += document.Nodes.size();
+        whole += problems.Problems().empty() ? 1 : 0;
         if (problems.HasErrors())
             continue;
         MaterialGraph graph = LoadMaterial(document, TestPlugins(), problems);
@@ -298,7 +410,8 @@ TEST(MaterialX, OfItsProjectCarriesOver)
         CheckMaterial(graph, "x.mtlx", TestEnvironment(), nullptr, problems);
         EXPECT_FALSE(problems.HasErrors()) << entry.path();
     }
-    std::string text;
+    std::string text =
+        Compose(lines.size(), " files, ", nodes, " nodes, ", whole, " files without a report\n");
     for (const auto& [file, line] : lines)
         text += line;
     ExpectGolden("interchange/project_files.txt", text);

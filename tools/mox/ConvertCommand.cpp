@@ -21,8 +21,12 @@ anything else is a material document. A warning with a place in FILE reports
 whatever is changed or dropped. Relative names of textures are adjusted so that
 they lead to the same files from the output.
 
+A MaterialX document may include others, of which only those in its folder and
+below are read.
+
 Examples:
   mox convert brass.mtlx -o brass.xml
+  mox convert metals.mtlx --material Brass -o brass.xml
   mox convert rim.xml -o rim.mtlx
 )";
 
@@ -30,6 +34,7 @@ struct ConvertOptions
 {
     std::string File;
     std::string Output;
+    std::string Material;
 };
 
 /// Makes relative names of textures lead from the output's folder to where they led before.
@@ -71,7 +76,7 @@ void ConvertMaterial(const ConvertOptions& options, const CommonOptions& common)
 {
     Host::ProblemList problems;
     Host::RequireNoInput(options.Output, {options.File});
-    Host::MaterialDocument document = ReadDocument(options.File, problems);
+    Host::MaterialDocument document = ReadDocument(options.File, problems, options.Material);
     std::string text;
     if (!problems.HasErrors())
         text = Convert(std::move(document), options, common, problems);
@@ -95,6 +100,11 @@ void AddConvertCommand(CLI::App& program, const CommonOptions& common)
     command->add_option("-o,--output", options->Output, "Document to write")
         ->type_name("FILE")
         ->required();
+    command
+        ->add_option("--material", options->Material,
+                     "Name of the material to read, of several in a MaterialX document; by default "
+                     "the first one")
+        ->type_name("NAME");
     command->footer(convertFooter);
     command->callback([options, &common] { ConvertMaterial(*options, common); });
 }

@@ -56,10 +56,17 @@ std::string ReadSource(const std::string& file)
     return text;
 }
 
-Host::MaterialDocument ReadDocument(const std::string& file, Host::ProblemList& problems)
+Host::MaterialDocument ReadDocument(const std::string& file, Host::ProblemList& problems,
+                                    const std::string& material)
 {
+    if (!IsStandardInput(file))
+        return Host::ReadMaterial(file, problems, material);
+    const auto parse = [&](const std::string& name, std::string_view text,
+                           Host::ProblemList& found) {
+        return Host::ParseMaterial(name, text, found, material);
+    };
     return Host::ReadDocumentText(
-        SourceName(file), [&] { return ReadSource(file); }, Host::ParseMaterial, problems);
+        SourceName(file), [&] { return ReadSource(file); }, parse, problems);
 }
 
 Host::MaterialDocument ReadDocument(const std::string& file)

@@ -30,7 +30,11 @@ std::string SourceName(const std::string& file);
 /// @throws HostError if it cannot be read
 std::string ReadSource(const std::string& file);
 
-Host::MaterialDocument ReadDocument(const std::string& file, Host::ProblemList& problems);
+/// @param material name of the one that is read, of several in a MaterialX document; the first one
+/// if
+///        empty
+Host::MaterialDocument ReadDocument(const std::string& file, Host::ProblemList& problems,
+                                    const std::string& material = {});
 
 /// @throws HostError with the first error
 Host::MaterialDocument ReadDocument(const std::string& file);

@@ -5,6 +5,7 @@
 #include "mox/graph/MaterialGraph.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/HostError.h"
+#include "mox/interchange/ReadMaterial.h"
 #include "mox/layout/MaterialLayout.h"
 
 #include <iostream>
@@ -43,6 +44,7 @@ struct FormatOptions
 std::string FormatText(const std::string& name, const std::string& text,
                        const Host::PluginSet* plugins)
 {
+    Host::RefuseMaterialX(name, text);
     Host::MaterialDocument document = Host::WithoutErrors(
         [&](auto& problems) { return Host::ParseMaterialDocument(name, text, problems); });
     if (!plugins)
