@@ -369,7 +369,7 @@ void MaterialReader::Fail(ProblemRule rule, Place where, const std::string& mess
 }
 
 MaterialDocument ReadDocumentText(const std::string& file, const std::function<std::string()>& read,
-                                  DocumentParser parse, ProblemList& problems)
+                                  const DocumentParser& parse, ProblemList& problems)
 {
     std::string text;
     try {

@@ -80,9 +80,7 @@ std::string TypeOfInput(const InterchangeNode& node, const InterchangeAlternativ
     if (!required.empty())
         return required;
     const int count = CountOf(alternative, input);
-    return count == 0 ? type
-                      : TypeOfWidth(count, !HasWord(node.Kinds, "vector") &&
-                                               node.Name != "transformpoint");
+    return count == 0 ? type : TypeOfWidth(count, !HasWord(node.Kinds, "vector"));
 }
 
 /// Whether the node accepts single numbers for some inputs together with a vector for others.
@@ -148,11 +146,6 @@ std::string TypeOfWidth(int width, bool isColour)
 std::string MaterialXElements::UniqueName(const std::string& wanted)
 {
     return MakeName(_names, wanted);
-}
-
-std::string MaterialXElements::UniqueInput(const std::string& wanted)
-{
-    return MakeName(_inputs, wanted);
 }
 
 MaterialXElement& MaterialXElements::Add(const std::string& category, const std::string& name,

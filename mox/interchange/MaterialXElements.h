@@ -57,12 +57,9 @@ class MaterialXElements
 public:
     using Values = std::map<std::string, MaterialXValue>;
 
-    /// Makes a unique element name from the name of a node, replacing characters that MaterialX
-    /// does not allow.
+    /// Makes a unique name for an element, an input or an output, replacing characters that
+    /// MaterialX does not allow.
     std::string UniqueName(const std::string& wanted);
-
-    /// Makes a unique name for an input of the node graph; these have a namespace of their own.
-    std::string UniqueInput(const std::string& wanted);
 
     /// Adds a node to the graph; the reference remains valid.
     MaterialXElement& Add(const std::string& category, const std::string& name,
@@ -93,9 +90,8 @@ private:
     MaterialXValue EvaluateExpression(const Expression& expression, const Values& known,
                                       const std::string& name);
 
-    std::unordered_map<std::string, int> _names;  ///< used names, each with the last number
-                                                  ///< appended to it
-    std::unordered_map<std::string, int> _inputs; ///< used input names, likewise
+    std::unordered_map<std::string, int> _names; ///< used names, each with the last number
+                                                 ///< appended to it
     std::map<std::string, MaterialXValue> _converted;
 };
 

@@ -342,6 +342,12 @@ InterchangeGraph::Site MaterialXReader::SiteOf(const Key& key)
     site.Id = element.Get("name");
     if (site.Id.empty())
         site.Id = element.Name;
+    if (site.Id.ends_with(InputReaderEnding)) {
+        const std::string input = site.Id.substr(0, site.Id.size() - InputReaderEnding.size());
+        if (std::any_of(element.Children.begin(), element.Children.end(),
+                        [&](const auto& child) { return child.Get("interfacename") == input; }))
+            site.Id = input;
+    }
     site.Type = element.Get("type");
     site.Line = LineOf(element);
     site.Description = element.Get("doc");

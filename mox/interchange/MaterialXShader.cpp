@@ -54,7 +54,7 @@ void MaterialXWriter::FeedShader(const std::string& input, const MaterialXValue&
         return;
     }
     MaterialXInput& output = _elements.GraphOutputs.emplace_back();
-    output.Name = input + "_out";
+    output.Name = _elements.UniqueName(input + "_out");
     output.Type = type;
     output.Node = converted.Node;
     output.Output = converted.Output;

@@ -65,7 +65,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteConstant()
     value.Value = FormatNumbers(numbers);
     if (!isLocked) {
         MaterialXInput& input = _elements.GraphInputs.emplace_back();
-        input.Name = _elements.UniqueInput(name);
+        input.Name = _elements.UniqueName(name);
         input.Type = type;
         input.Value = value.Value;
         value.Interface = input.Name;
@@ -195,7 +195,7 @@ std::string MaterialXWriter::AddFile(const std::string& binding, bool isSrgb)
     if (known != _files.end())
         return known->second;
     MaterialXInput& input = _elements.GraphInputs.emplace_back();
-    input.Name = _elements.UniqueInput(binding);
+    input.Name = _elements.UniqueName(binding);
     input.Type = "filename";
     const auto values = BindingValues("texture", binding);
     const auto file = values.find("default");

@@ -99,8 +99,9 @@ std::string MaterialXWriter::Write()
             surface = &node;
             continue;
         }
-        _current = {&node, _elements.UniqueName(node.Id), {}};
-        if (_current.Name != node.Id)
+        const std::string wanted = ElementName(node);
+        _current = {&node, _elements.UniqueName(wanted), {}};
+        if (_current.Name != wanted)
             Report(Carry::Approximated, Compose("the id becomes \"", _current.Name, "\""));
         WriteNode();
     }
@@ -110,6 +111,19 @@ std::string MaterialXWriter::Write()
     WriteSurface();
     WarnOfDocument();
     return Finish();
+}
+
+/// What the element of a node is to be called. Nodes and inputs of a node graph share their names,
+/// so a node with an input of its own name makes way for it; readers know it by its ending.
+std::string MaterialXWriter::ElementName(const CompleteNode& node) const
+{
+    const auto has = [&](const char* property, const std::string& value) {
+        const auto found = node.Properties.find(property);
+        return found != node.Properties.end() && found->second.Value == value;
+    };
+    const bool hasInput = (node.Type == "CoreConstant" && !has("Lock", "true")) ||
+                          (node.Type == "CoreTexture" && !Referred(node));
+    return hasInput && has("Name", node.Id) ? node.Id + std::string(InputReaderEnding) : node.Id;
 }
 
 std::string MaterialXWriter::Finish()

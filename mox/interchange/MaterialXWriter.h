@@ -83,6 +83,7 @@ private:
     void WriteRenderState();
     std::string Finish();
 
+    std::string ElementName(const CompleteNode& node) const;
     bool Allows(const InterchangeAlternative& alternative) const;
     bool Matches(const NamedTexts& settings);
     const std::string& PropertyOf(const std::string& name);

@@ -148,6 +148,9 @@ const StandardNodes& GetStandardNodes();
 /// Formats the table as Markdown documentation: how each standard node is converted, and counts.
 std::string FormatStandardNodes();
 
+/// Ends the name of an element that only reads an input of the node graph, after the input's name.
+constexpr std::string_view InputReaderEnding = "_node";
+
 /// Whether colours of a space need no conversion: it is linear with the primaries of Rec. 709, or
 /// marks data.
 bool IsPlainColourSpace(std::string_view space);
