@@ -1,29 +1,10 @@
 // MaterialX's shader generator, compiled to WebAssembly: from MaterialX XML to GLSL ES source. The
 // standard libraries are loaded beforehand and not measured.
 
-import fs from 'node:fs';
-import path from 'node:path';
-import { createRequire } from 'node:module';
+import { loadGenerator } from './generator.mjs';
 import { makeShape, valueOf, report } from './shapes.mjs';
 
-const bin = path.join(import.meta.dirname, 'node_modules/@needle-tools/materialx/bin');
-
-// The package contains one script for browsers, written as an ES module; here it is run as
-// CommonJS.
-const source = fs.readFileSync(path.join(bin, 'JsMaterialXGenShader.js'), 'utf8')
-  .replace(/export default MaterialX;\s*$/, '');
-const exported = { exports: {} };
-new Function('module', 'exports', 'require', '__filename', '__dirname', source)(
-  exported, exported.exports, createRequire(import.meta.url), path.join(bin, 'x.js'), bin);
-const data = fs.readFileSync(path.join(bin, 'JsMaterialXGenShader.data.txt'));
-const mx = await exported.exports({
-  locateFile: (name) => path.join(bin, name),
-  wasmBinary: fs.readFileSync(path.join(bin, 'JsMaterialXGenShader.wasm')),
-  getPreloadedPackage: () => data.buffer.slice(data.byteOffset, data.byteOffset + data.length),
-});
-const generator = mx.EsslShaderGenerator.create();
-const context = new mx.GenContext(generator);
-const library = mx.loadStandardLibraries(context);
+const { mx, generator, context, library } = await loadGenerator();
 
 function makeDocument(shape, count) {
   const nodes = makeShape(shape, count);

@@ -39,7 +39,8 @@ bool Holds(const InterchangeCondition& condition, const InputValues& inputs,
                Compose(",", condition.Text, ",").find(Compose(",", value.Text, ",")) !=
                    std::string::npos;
     default:
-        return value.Text == condition.Text || EqualsText(value, condition.Text);
+        return !value.IsConnected() &&
+               (value.Text == condition.Text || EqualsText(value, condition.Text));
     }
 }
 

@@ -41,6 +41,17 @@ InterchangeGraph::Values InterchangeGraph::MakeTexture(const InterchangeAlternat
         outputs["out"] = known["value"];
         return outputs;
     }
+    if (hasAlpha) {
+        InputValues ofAlpha = known;
+        for (auto& [name, value] : ofAlpha) {
+            if (value.Numbers.size() == 4)
+                value.Numbers = {value.Numbers.back()};
+            else if (value.IsConnected() && value.Count == 4)
+                value = Component(value, 3, site.Step(name));
+        }
+        ofAlpha["value"] = outputs["a"];
+        outputs["a"] = outputs["outa"] = Evaluate(alternative.After, ofAlpha, site.Step("alpha"));
+    }
     for (auto& [name, value] : known) {
         if (name != "value" && value.Width > width &&
             !(value.Numbers.empty() && !value.IsConnected()))

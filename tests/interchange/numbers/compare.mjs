@@ -1,0 +1,227 @@
+// Compares what nodes of MaterialX compute with what becomes of them here: documents with one node each are drawn by
+// programs of MaterialX's own generator and by those of `mox export`, and so are the documents that come back from
+// `mox convert`. All are drawn in one browser.
+// Usage: node compare.mjs MOX [WORD], to take only nodes with names that match WORD, a regular expression. With --quick
+// each node has only its first signature. Ends with 77 if there is no browser, or MaterialX's package cannot be installed.
+
+import { execFile, spawnSync } from 'node:child_process';
+import fs from 'node:fs';
+import os from 'node:os';
+import path from 'node:path';
+import { promisify } from 'node:util';
+import { makeCases } from './cases.mjs';
+import { makeDocuments } from './documents.mjs';
+import { eye, frame, picture, size, streams, time, viewProjection, world, worldInverse,
+  worldInverseTranspose, worldTranspose, worldViewProjection } from './scene.mjs';
+
+const root = path.join(import.meta.dirname, '../../..');
+const [mox, word = ''] = process.argv.slice(2).filter((word) => word !== '--quick');
+const isQuick = process.argv.includes('--quick');
+const bound = 1e-4; // of the larger number, and at least of 1
+const run = promisify(execFile);
+
+async function loadPeer() {
+  if (spawnSync('chromium', ['--version']).status !== 0) {
+    console.log('there is no Chromium');
+    process.exit(77);
+  }
+  const peers = path.join(root, 'bench/peers');
+  if (!fs.existsSync(path.join(peers, 'node_modules/@needle-tools'))) {
+    const options = { cwd: peers, stdio: 'inherit', timeout: 120000 };
+    if (spawnSync('npm', ['ci', '--ignore-scripts', '--no-audit', '--no-fund'], options).status !== 0) {
+      console.log('the package of MaterialX cannot be installed');
+      process.exit(77);
+    }
+  }
+  return (await import('../../../bench/peers/generator.mjs')).loadGenerator();
+}
+
+/** The nodes of the table that have something of the same meaning here. */
+function categoriesOf(table) {
+  const categories = [];
+  for (const [, names, alternatives] of table.matchAll(/<node name="([^"]+)"[^>]*>(.*?)<\/node>/gs)) {
+    if (/<(direct|composed)/.test(alternatives))
+      categories.push(...names.split(' '));
+  }
+  return categories;
+}
+
+const { mx, generator, context, library } = await loadPeer();
+context.getOptions().hwImplicitBitangents = false; // the mesh has its own
+
+/** The names of streams and uniforms in the programs of the generator. */
+const peerStreams = {
+  i_position: 'position', i_normal: 'normal', i_tangent: 'tangent', i_bitangent: 'binormal', i_texcoord_0: 'uv0',
+  i_texcoord_1: 'uv1', i_color_0: 'colour0', i_geomprop_stain: 'stain',
+};
+const peerUniforms = {
+  u_worldMatrix: world, u_worldInverseTransposeMatrix: worldInverseTranspose, u_viewProjectionMatrix: viewProjection,
+  u_worldInverseMatrix: worldInverse, u_worldTransposeMatrix: worldTranspose, u_viewPosition: eye, u_frame: [frame], u_time: [time],
+};
+
+/** Numbers of a value; some of the generator's own uniforms have none. */
+const numbersOf = (value) =>
+  (value?.getValueString() ?? '0').split(',').map((word) => word === 'true' ? 1 : Number(word) || 0);
+
+/** The output of a node graph that the shader reads as its light; a constant becomes one. */
+async function findOutput(document, text) {
+  const name = /<nodegraph name="([^"]*)"/.exec(text)?.[1]; // those of the library are in the document too
+  if (name)
+    return document.getNodeGraph(name).getOutputs()[0];
+  const value = /name="emission_color" type="color3" value="([^"]*)"/.exec(text)?.[1] ?? '0, 0, 0';
+  await mx.readFromXmlString(document, '<materialx version="1.39"><nodegraph name="g">' +
+    `<constant name="c" type="color3"><input name="value" type="color3" value="${value}"/></constant>` +
+    '<output name="out" type="color3" nodename="c"/></nodegraph></materialx>', '');
+  return document.getNodeGraph('g').getOutput('out');
+}
+
+async function makePeerProgram(text) {
+  try {
+    return await generateProgram(text);
+  } catch (error) {
+    return { error: typeof error === 'number' ? mx.getExceptionMessage(error) : String(error) };
+  }
+}
+
+async function generateProgram(text) {
+  const document = mx.createDocument();
+  document.setDataLibrary(library);
+  await mx.readFromXmlString(document, text, '');
+  const shader = generator.generate('material', await findOutput(document, text), context);
+  const highp = (stage) => shader.getSourceCode(stage).replace('precision mediump float', 'precision highp float');
+  const program = { vertex: highp('vertex'), fragment: highp('pixel'), uniforms: {}, blocks: [], samplers: [] };
+  program.inputs = [...program.vertex.matchAll(/^in \w+ (\w+);/gm)]
+    .map(([, name]) => ({ name, stream: peerStreams[name] }));
+  for (const stage of ['vertex', 'pixel']) {
+    const blocks = shader.getStage(stage).getUniformBlocks();
+    for (const block of [blocks.PrivateUniforms, blocks.PublicUniforms]) {
+      for (let i = 0; i < block.size(); ++i) {
+        const variable = block.get(i);
+        const name = variable.getVariable();
+        const type = variable.getType().getName();
+        if (type === 'filename')
+          program.samplers.push(name);
+        else if (type !== 'string')
+          program.uniforms[name] = { type, numbers: peerUniforms[name] ?? numbersOf(variable.getValue()) };
+      }
+    }
+  }
+  shader.delete();
+  document.delete();
+  return program;
+}
+
+const values = {
+  world, worldInverseTranspose, worldViewProjection, eyePosition: eye, time: [time], frame: [frame],
+};
+
+/** The values of the material's own inputs. */
+async function readBindings(file) {
+  const { stdout } = await run(mox, ['bindings', file]);
+  return Object.fromEntries([...stdout.matchAll(/stream="float" tag="(\w+)".*? default="([^"]*)"/g)]
+    .map(([, tag, numbers]) => [tag, numbers.split(',').map(Number)]));
+}
+
+async function makeOwnProgram(base) {
+  const reflection = JSON.parse(fs.readFileSync(`${base}.reflection.json`, 'utf8'));
+  const text = (stage) => fs.readFileSync(`${base}.${stage}.essl`, 'utf8');
+  const own = reflection.uniformBlocks.material ? await readBindings(`${base}.xml`) : {};
+  const blocks = Object.values(reflection.uniformBlocks).map((block) => {
+    const numbers = new Float32Array(block.size / 4);
+    for (const member of block.members.filter(({ stages }) => stages.length > 0))
+      numbers.set(values[member.environment] ?? own[member.name], member.offset / 4);
+    return { name: block.name, number: block.set, bytes: Array.from(new Uint8Array(numbers.buffer)) };
+  });
+  return {
+    vertex: text('vertex'), fragment: text('fragment'), blocks, uniforms: {},
+    inputs: reflection.stages.vertex.inputs.map(({ location, environment, name }) =>
+      ({ location, stream: environment ?? name })),
+    samplers: Object.values(reflection.targets.essl.fragment.samplers ?? {}).map(({ name }) => name),
+  };
+}
+
+/** The largest difference between two drawings, as a part of the numbers; infinite where only one has a number. */
+function differ(one, other) {
+  let most = 0;
+  for (const [i, a] of one.entries()) {
+    const b = other[i];
+    if (i % 4 === 3 || a === b)
+      continue;
+    const difference = Math.abs(a - b) / Math.max(1, Math.abs(a), Math.abs(b));
+    most = Math.max(most, Number.isNaN(difference) ? Infinity : difference);
+  }
+  return most;
+}
+
+const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'mox_numbers_'));
+process.on('exit', () => process.env.MOX_KEEP ? console.log(folder) : fs.rmSync(folder, { recursive: true }));
+const at = (name) => path.join(folder, name);
+
+const table = fs.readFileSync(path.join(root, 'mox/interchange/standard_nodes.xml'), 'utf8');
+const cases = [...makeCases(library, categoriesOf(table)), ...makeDocuments(table)]
+  .filter(({ name, isFirst }) => name.match(word) && (isFirst || !isQuick));
+
+/** Of MaterialX one of our documents is made, and from it MaterialX again. */
+async function convertCases(part) {
+  for (const { name, document, text } of part) {
+    fs.writeFileSync(at(`${name}.${document ? 'xml' : 'mtlx'}`), document ?? text);
+    if (!document)
+      await run(mox, ['convert', at(`${name}.mtlx`), '-o', at(`${name}.xml`)]);
+    await run(mox, ['convert', at(`${name}.xml`), '-o', at(`${name}.back.mtlx`)]);
+  }
+}
+await Promise.all([0, 1].map((part) => convertCases(cases.filter((_, i) => i % 2 === part))));
+await run(mox, ['export', ...cases.map(({ name }) => at(`${name}.xml`)), '-o', folder, '--target', 'essl', '--quiet',
+  '--environment', path.join(root, 'environment/unlit')], { maxBuffer: 1 << 26 });
+
+/** What the browser draws of programs, some at a time, as it has to answer within minutes. */
+async function draw(programs) {
+  const answers = [];
+  for (let begin = 0; begin < programs.length; begin += 100) {
+    const request = { size, streams, picture, programs: programs.slice(begin, begin + 100) };
+    fs.writeFileSync(at('request.json'), JSON.stringify(request));
+    await run('node', [path.join(root, 'tests/languages/browser/draw.js'), at('request.json'), at('answer.json'),
+      import.meta.dirname]);
+    answers.push(...JSON.parse(fs.readFileSync(at('answer.json'), 'utf8')));
+  }
+  return answers;
+}
+
+const programs = new Map(); // by what they are, as what comes back is often the same
+const numbered = [];
+function addProgram(program) {
+  const key = JSON.stringify(program);
+  if (!programs.has(key)) {
+    programs.set(key, numbered.length);
+    numbered.push(program);
+  }
+  return programs.get(key);
+}
+const drawings = [];
+for (const { name, text } of cases) {
+  const drawn = [await makeOwnProgram(at(name)), await makePeerProgram(fs.readFileSync(at(`${name}.back.mtlx`), 'utf8'))];
+  if (text)
+    drawn.push(await makePeerProgram(text));
+  drawings.push(drawn.map(addProgram));
+}
+console.log(`${numbered.length} programs`);
+const answers = await draw(numbered);
+
+let failures = 0;
+const worst = new Map();
+for (const [i, { name, category }] of cases.entries()) {
+  const [ours, back, theirs] = drawings[i].map((number) => answers[number]);
+  for (const [what, drawn] of [['what is written', back], ['what is read', theirs ?? back]]) {
+    const error = ours.error ?? drawn.error;
+    const most = error ? Infinity : differ(ours.pixels, drawn.pixels);
+    worst.set(category, Math.max(worst.get(category) ?? 0, most));
+    if (most > bound) {
+      ++failures;
+      console.log(`${name}: ${what}: ${error ?? most}`);
+    }
+  }
+}
+const greatest = [...worst].sort((a, b) => b[1] - a[1]).slice(0, 8);
+console.log(`${cases.length} cases of ${worst.size} nodes, ${failures} differences above ${bound}`);
+console.log('greatest:', greatest.map(([category, most]) => `${category} ${most.toExponential(1)}`).join(', '));
+process.exitCode = failures > 0 ? 1 : 0;
