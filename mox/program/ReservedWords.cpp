@@ -14,7 +14,7 @@ using Words = std::set<std::string, std::less<>>;
 
 /// Reserved words, and types that are followed by their dimensions, such as "float" for "float3"
 /// and "float4x4".
-struct Language
+struct LanguageWords
 {
     Words Reserved;
     Words Vectors;
@@ -31,9 +31,9 @@ Words Split(const char* text)
 
 /// Includes functions: a parameter with the name of a function would be legal, but not every
 /// compiler tells them apart.
-const Language& Cg()
+const LanguageWords& Cg()
 {
-    static const Language language{
+    static const LanguageWords language{
         Split(R"(
 asm asm_fragment auto bool break case cast catch char class column_major compile const const_cast
 continue decl default delete discard do double dword dynamic_cast else emit enum explicit extern
@@ -55,9 +55,9 @@ unpack_4ubyte)"),
     return language;
 }
 
-const Language& Hlsl()
+const LanguageWords& Hlsl()
 {
-    static const Language language{
+    static const LanguageWords language{
         Split(R"(
 AppendStructuredBuffer BlendState Buffer ByteAddressBuffer CompileShader ComputeShader
 ConstantBuffer ConsumeStructuredBuffer DepthStencilState DepthStencilView DomainShader
@@ -83,9 +83,9 @@ virtual void volatile while)"),
     return language;
 }
 
-const Language& Glsl()
+const LanguageWords& Glsl()
 {
-    static const Language language{Split(R"(
+    static const LanguageWords language{Split(R"(
 active asm atomic_uint attribute bool break buffer case cast centroid class coherent common const
 continue default discard do double else enum extern external false filter fixed flat float for
 goto half highp if iimage1D iimage1DArray iimage2D iimage2DArray iimage2DMS iimage2DMSArray
@@ -110,7 +110,7 @@ usampler2DMS usampler2DMSArray usampler2DRect usampler3D usamplerBuffer usampler
 usamplerCubeArray using usubpassInput usubpassInputMS utexture1D utexture1DArray utexture2D
 utexture2DArray utexture2DMS utexture2DMSArray utexture2DRect utexture3D utextureBuffer
 utextureCube utextureCubeArray varying void volatile while writeonly)"),
-                                   Split("bvec dmat dvec fvec hvec ivec mat uvec vec")};
+                                        Split("bvec dmat dvec fvec hvec ivec mat uvec vec")};
     return language;
 }
 
@@ -130,9 +130,9 @@ uintBitsToFloat unpackHalf2x16 unpackSnorm2x16 unpackUnorm2x16)");
     return words;
 }
 
-const Language& Msl()
+const LanguageWords& Msl()
 {
-    static const Language language{
+    static const LanguageWords language{
         Split(R"(
 alignas alignof and and_eq array asm atomic_bool atomic_int atomic_uint auto bitand bitor bool
 break case catch char char16_t char32_t class compl const const_cast constant constexpr continue
@@ -153,7 +153,7 @@ using vec vertex virtual void volatile wchar_t while xor xor_eq)"),
     return language;
 }
 
-const Language& LanguageOf(ProgramLanguage language)
+const LanguageWords& LanguageOf(ProgramLanguage language)
 {
     switch (language) {
     case ProgramLanguage::Cg:
@@ -247,7 +247,7 @@ bool HasReservedForm(std::string_view name, ProgramLanguage language)
 
 bool IsReservedWord(std::string_view name, ProgramLanguage wanted)
 {
-    const Language& language = LanguageOf(wanted);
+    const LanguageWords& language = LanguageOf(wanted);
     if (wanted == ProgramLanguage::Essl && EsslFunctions().contains(name))
         return true;
     return HasReservedForm(name, wanted) || language.Reserved.contains(name) ||
