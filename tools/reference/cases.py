@@ -5,7 +5,7 @@ from xml.sax.saxutils import quoteattr
 
 # The property whose choices make different functions of a type, where it is not the first enumeration.
 FUNCTION_PROPERTY = {"CoreTexture": "Colour Type"}
-NO_IMAGE = {("TextureRead", "Cube"), ("TextureRead", "Volume")}  # the examples have no such textures
+NO_IMAGE = {("TextureRead", "Cube")}  # the examples have no cube map
 
 # Functions of one number, which are plotted. The others are shown over u and v.
 PLOTTED = {
@@ -162,7 +162,7 @@ def _feed(material, case, port):
         return material.texture("normal", "Normal", 4.0)
     if name == "in_height":
         return material.add("NoiseFractal", {"Default Scale": 6.0}, in_uv=material.uv()), "out_value"
-    if name in ("in_position", "in_vector"):
+    if name in ("in_position", "in_vector", "in_place"):
         return material.add("SurfaceObjectPosition"), "read"
     if name == "in_vector2":
         return material.add("SurfaceWorldNormal"), "read"
@@ -202,7 +202,7 @@ def image_material(case, kinds):
     if functions is None or case.value in functions:
         return _plot(material, case)
     if type_name in ("CoreTexture", "TextureRead"):
-        name = "normal" if "Normal" in case.value else "paint"
+        name = {"Normal": "normal", "DXT5 Normal": "normal", "Volume": "flames"}.get(case.value, "paint")
         settings["Name"] = name
         material.bind(name)
     settings |= IMAGE_SETTINGS.get(type_name, {}) | IMAGE_SETTINGS.get(case.value, {})
