@@ -24,7 +24,7 @@ before(async () => {
 after(async () => {
     await browser.close();
     for (const server of servers) server.kill('SIGKILL');
-    rmSync(folder, { recursive: true });
+    rmSync(folder, { recursive: true, maxRetries: 20 });
 });
 
 async function serve(file, environment) {

@@ -447,7 +447,7 @@ async function rebuild(browser, mox, example, dist, isPlain) {
     } finally {
         await page.context().close();
         server.kill();
-        rmSync(folder, { recursive: true });
+        rmSync(folder, { recursive: true, maxRetries: 20 });
     }
 }
 

@@ -18,7 +18,8 @@ function end(status, message) {
     console.error(message);
   if (browser) {
     browser.on('exit', () => {
-      fs.rmSync(profile, { recursive: true, force: true });
+      // Processes of the browser may still write into its profile.
+      fs.rmSync(profile, { recursive: true, force: true, maxRetries: 20, retryDelay: 100 });
       process.exit(status);
     });
     browser.kill();
