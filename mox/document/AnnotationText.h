@@ -10,35 +10,37 @@
 
 namespace Mox::Host {
 
-/// The text forms of what documents hold for editors alone. No locale has an influence.
+/// The string forms of the parts of a document that only editors use. They do not depend on the
+/// locale.
 
-/// "frame" or "note".
+/// Returns "frame" or "note".
 constexpr std::string_view FormatAnnotationKind(AnnotationKind kind)
 {
     return kind == AnnotationKind::Frame ? "frame" : "note";
 }
 
-/// Frame for "frame", Note for any other word.
+/// Returns Frame for "frame" and Note for any other keyword.
 constexpr AnnotationKind ParseAnnotationKind(std::string_view word)
 {
     return word == FormatAnnotationKind(AnnotationKind::Frame) ? AnnotationKind::Frame
                                                                : AnnotationKind::Note;
 }
 
-/// The largest coordinate, on both sides of the origin, and the largest width and height.
+/// The largest absolute coordinate, and the largest width and height.
 constexpr std::int32_t farthestCoordinate = 10'000'000;
 
 bool IsCoordinate(std::string_view text);
-bool IsExtent(std::string_view text); ///< a width or height
+bool IsExtent(std::string_view text); ///< for widths and heights
 bool IsDisplayColour(std::string_view text);
 bool ArePoints(std::string_view text);
 
-/// Points such as "10,20 -30,40"; nothing if the text is not one or more of them.
+/// Parses points such as "10,20 -30,40"; returns nothing if the string is not a list of one or more
+/// points.
 std::optional<std::vector<DocumentPoint>> ParsePoints(std::string_view text);
 std::string FormatPoints(const std::vector<DocumentPoint>& points);
 
-/// The attributes of an element in the canonical order, without points or a colour if there are
-/// none.
+/// Returns the attributes of an element in canonical order, without points or a colour if the
+/// element has none.
 std::vector<DocumentValue> AttributesOf(const DocumentEdge& edge);
 std::vector<DocumentValue> AttributesOf(const DocumentAnnotation& annotation);
 

@@ -16,7 +16,7 @@ using Materials::GuiPort;
 using Materials::GuiProperty;
 using Materials::GuiPropertyKind;
 
-/// All values of a property, as far as they can be listed.
+/// Returns all values of a property if they can be enumerated.
 std::vector<std::string> ListValues(const GuiProperty& property)
 {
     if (property.Kind == GuiPropertyKind::Enum)
@@ -58,7 +58,7 @@ public:
 private:
     PluginNode Create() const { return _plugin.CreateNode(_type.TypeName, _where); }
 
-    /// A new node for each value: what one value sets besides the ports must not reach the next.
+    /// Creates a new node for each value, because setting one value may affect more than the ports.
     CatalogueVariant DescribeVariant(const CatalogueEntry& entry, const std::string& name,
                                      const std::string& value) const
     {
@@ -84,7 +84,7 @@ private:
             added.Label = port.Label;
             if (port.CountFixed)
                 added.Components = port.ComponentCount;
-            if (port.PrecisionFixed) // a node may set what is no precision
+            if (port.PrecisionFixed) // a node may set an invalid precision
                 added.Precision =
                     CallLibrary(_where, [&] { return GetComponentName(port.Precision); });
         }
@@ -140,7 +140,7 @@ std::string FormatNodeFragment(const PluginNode& node, const std::string& id)
     record.Type = node.Type();
     record.Version = node.Properties().Version;
     for (const auto& property : node.Properties().Properties) {
-        if (property != node.TypeProperty()) // which the element's attribute says
+        if (property != node.TypeProperty()) // the type is an attribute of the element
             record.Properties.push_back(
                 {property->Name, property->Kind, FormatValue(*property), 0, {}});
     }

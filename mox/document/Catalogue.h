@@ -19,46 +19,46 @@ struct CataloguePort
 {
     std::string Name;
     std::string Label;
-    std::optional<std::int32_t> Components; ///< if the node fixes their number
-    std::string Precision;                  ///< word of the component type if the node fixes it
+    std::optional<std::int32_t> Components; ///< if the node fixes the number
+    std::string Precision;                  ///< keyword of the component type, if the node fixes it
 
     bool operator==(const CataloguePort& other) const = default;
 };
 
 using CataloguePorts = std::vector<CataloguePort>;
 
-/// The ports that a new node has after one value of one property was set.
+/// The ports of a new node after one property has been set to one value.
 struct CatalogueVariant
 {
     std::string Property;
     std::string Value;
-    std::optional<CataloguePorts> Inputs;  ///< if they differ from the usual ones
-    std::optional<CataloguePorts> Outputs; ///< likewise
+    std::optional<CataloguePorts> Inputs;  ///< if they differ from the default ports
+    std::optional<CataloguePorts> Outputs; ///< if they differ from the default ports
 };
 
-/// A node type with what a new node of it has.
+/// A node type with the ports and properties of a new node.
 struct CatalogueEntry
 {
-    std::filesystem::path Plugin; ///< file of the plug-in that offers it
+    std::filesystem::path Plugin; ///< file of the plug-in that offers the type
     PluginType Type;
-    std::int32_t Version = 0; ///< of the properties
+    std::int32_t Version = 0; ///< version of the properties
     CataloguePorts Inputs;
     CataloguePorts Outputs;
-    std::vector<CatalogueVariant> Variants; ///< in the order of properties and of their values
+    std::vector<CatalogueVariant> Variants; ///< in the order of the properties and their values
     std::vector<boost::shared_ptr<Materials::GuiProperty>> Properties; ///< with their defaults
 };
 
-/// Describes the types of all plug-ins, or of those named, in the order of the plug-ins.
-/// @param types the only ones, or nothing for all
-/// @param problems takes the types that cannot be created, and node files whose types another
-///        plug-in supplies; the result lacks both
-/// @throws HostError if no plug-in offers one of them
+/// Describes the types of all plug-ins, or only the given types, in the order of the plug-ins.
+/// @param types the types to describe; empty for all
+/// @param problems receives the types that cannot be created, and the node files whose types
+///        another plug-in supplies; the result contains neither
+/// @throws HostError if no plug-in offers one of the types
 std::vector<CatalogueEntry> DescribeCatalogue(const PluginSet& plugins,
                                               const std::vector<std::string>& types,
                                               ProblemList& problems);
 
-/// A node as it stands in a document, with all its properties in the order of its bag.
-/// @param id under which the node stands in the document
+/// Formats a node as it appears in a document, with all its properties in the order of its bag.
+/// @param id id of the node in the document
 std::string FormatNodeFragment(const PluginNode& node, const std::string& id);
 
 } // namespace Mox::Host

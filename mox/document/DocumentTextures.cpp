@@ -8,7 +8,7 @@ namespace Mox::Host {
 
 namespace {
 
-/// Calls use for each texture, with the binding and the name in the document.
+/// Calls use for each texture with its binding and its name in the document.
 template <class Use>
 void ForEachTexture(const MaterialDocument& document, Use use)
 {

@@ -10,18 +10,19 @@
 
 namespace Mox::Host {
 
-/// The texture files that a document puts into its bindings, as paths from where the program runs:
-/// the document names them from its own folder. They need not exist.
-/// @param file that the document was read from
+/// Returns the texture files that the bindings of a document reference. The document names them
+/// relative to its own folder; the returned paths are relative to the working directory. The files
+/// need not exist.
+/// @param file file that the document was read from
 std::vector<std::filesystem::path> TextureFiles(const MaterialDocument& document,
                                                 const std::filesystem::path& file);
 
-/// Warns of each of these files that does not exist.
+/// Adds a warning for each texture file that does not exist.
 void WarnOfMissingTextures(const MaterialDocument& document, const std::filesystem::path& file,
                            ProblemList& problems);
 
-/// Attributes of texture bindings in documents that say how the host reads the texture, and their
-/// words.
+/// Attributes of texture bindings in documents that control how the host samples the texture, and
+/// their keywords.
 namespace SamplerKeys {
 
 inline constexpr std::string_view WrapU = "wrap_u";
@@ -35,16 +36,16 @@ inline constexpr std::string_view AnisotropyWords[] = {"1", "2", "4", "8", "16"}
 
 } // namespace SamplerKeys
 
-/// How a texture is read, in the words of documents; empty for what is the host's to choose.
+/// How a texture is sampled, as keywords of the document; empty where the host chooses.
 struct SamplerState
 {
-    std::string WrapU;      ///< beyond the left and the right side
-    std::string WrapV;      ///< beyond the upper and the lower side
-    std::string Filter;     ///< between texels; "trilinear" mixes levels too
-    std::string Anisotropy; ///< how many samples there may be where the surface is seen at an angle
+    std::string WrapU;      ///< beyond the left and right edges
+    std::string WrapV;      ///< beyond the top and bottom edges
+    std::string Filter;     ///< between texels; "trilinear" also blends mip levels
+    std::string Anisotropy; ///< maximum number of samples for surfaces viewed at an angle
 };
 
-/// The sampler state that a document sets for the texture binding of that name.
+/// Returns the sampler state that a document sets for the texture binding with this name.
 SamplerState FindSamplerState(const MaterialDocument& document, std::string_view tag);
 
 } // namespace Mox::Host

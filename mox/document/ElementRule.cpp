@@ -17,7 +17,7 @@ const AttributeRule* FindRule(std::span<const AttributeRule> rules, std::string_
     return found == rules.end() ? nullptr : &*found;
 }
 
-/// a, b or c
+/// Joins words as in "a, b or c".
 std::string Join(const std::vector<std::string>& words, std::string_view conjunction)
 {
     std::string text;
@@ -83,7 +83,7 @@ std::vector<AttributeProblem> ElementRule::Check(std::span<const XmlAttribute> v
         } else if (variant || !OrderOf(value.Name)) {
             problems.push_back({std::string(value.Name), DescribeUnexpected(value.Name, variant)});
         }
-        // Without a known word in the selector the attributes of variants cannot be judged.
+        // Without a valid selector, the attributes of variants cannot be checked.
     }
 
     for (const auto rules : {Attributes, more}) {

@@ -11,17 +11,18 @@
 
 namespace Mox::Host {
 
-/// What an attribute may hold: one of some words, what a predicate accepts, or any text.
+/// The permitted values of an attribute: one of several keywords, a value that a predicate accepts,
+/// or any string.
 struct ValueRule
 {
     bool Accepts(std::string_view value) const;
 
-    /// What the attribute may hold, as a phrase that follows "expected".
+    /// Describes the permitted values as a phrase that follows "expected".
     std::string Expected() const;
 
-    std::span<const std::string_view> Words = {}; ///< the only values, if there are any
-    bool (*IsValid)(std::string_view) = nullptr;  ///< null for any text
-    std::string_view Meaning = "a text";          ///< of what IsValid accepts
+    std::span<const std::string_view> Words = {}; ///< the only permitted values, if not empty
+    bool (*IsValid)(std::string_view) = nullptr;  ///< null if any string is valid
+    std::string_view Meaning = "a text";          ///< describes the values that IsValid accepts
 };
 
 struct AttributeRule
@@ -31,14 +32,15 @@ struct AttributeRule
     ValueRule Value = {};
 };
 
-/// What is wrong with the attributes of an element.
+/// An error in the attributes of an element.
 struct AttributeProblem
 {
-    std::string Attribute; ///< empty if it is missing
+    std::string Attribute; ///< empty if the attribute is missing
     std::string Message;
 };
 
-/// What an element of a document may have. The rules are constants that refer to each other.
+/// The attributes and children that an element of a document may have. The rules are constants that
+/// refer to each other.
 struct ElementRule
 {
     struct Child
@@ -47,7 +49,7 @@ struct ElementRule
         bool IsRepeated = false;
     };
 
-    /// Further attributes of elements whose selector is a certain word.
+    /// Additional attributes of elements whose selector has a certain value.
     struct Variant
     {
         std::string_view Word;
@@ -56,17 +58,17 @@ struct ElementRule
 
     std::vector<AttributeProblem> Check(std::span<const XmlAttribute> values) const;
 
-    /// The position of an attribute in the canonical order; nothing for an attribute that no such
-    /// element has.
+    /// Returns the position of an attribute in the canonical order; nothing if such an element does
+    /// not have the attribute.
     std::optional<std::size_t> OrderOf(std::string_view attribute) const;
 
-    /// The children that may follow, as a phrase that follows "expected".
-    /// @param first index of the first child that may still come
+    /// Describes the children that may follow, as a phrase that follows "expected".
+    /// @param first index of the first child that is still allowed
     std::string ExpectedChildren(std::size_t first) const;
 
     std::string_view Name;
     std::span<const AttributeRule> Attributes = {};
-    std::span<const Child> Children = {}; ///< in the order in which they may come; none is required
+    std::span<const Child> Children = {}; ///< in the required order; all are optional
     std::string_view Selector = {}; ///< a required attribute, or empty if there are no variants
     std::span<const Variant> Variants = {};
 

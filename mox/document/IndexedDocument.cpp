@@ -14,7 +14,7 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-/// The smallest number of a record that entries with these names stand for and that has them still.
+/// Returns the lowest index among the entries with these names whose records still have them.
 template <class Entries, class Names, class IsTrue>
 std::optional<std::size_t> First(const Entries& entries, const Names& names, IsTrue isTrue)
 {
@@ -27,8 +27,8 @@ std::optional<std::size_t> First(const Entries& entries, const Names& names, IsT
     return std::nullopt;
 }
 
-/// The numbers of the records that entries with these names stand for, as far as they are true.
-/// @param isTrue takes the number and the entry
+/// Returns the indices of the records for the entries with these names, excluding outdated entries.
+/// @param isTrue receives the index and the entry
 template <class Entries, class Names, class IsTrue>
 std::vector<std::size_t> Collect(const Entries& entries, const Names& names, IsTrue isTrue)
 {
@@ -41,7 +41,7 @@ std::vector<std::size_t> Collect(const Entries& entries, const Names& names, IsT
     return found;
 }
 
-/// Calls use with the number and the record of a step that has a record.
+/// Calls use with the index and the record of a step that has a record.
 template <class Use>
 void ForContent(const DocumentStep& step, Use use)
 {
@@ -55,7 +55,7 @@ void ForContent(const DocumentStep& step, Use use)
         step);
 }
 
-/// Exchanges what a step holds with what the document holds.
+/// Swaps the content of a step with that of the document.
 struct Exchanger
 {
     template <class Record>

@@ -16,19 +16,19 @@
 
 namespace Mox::Host {
 
-/// What the description of a material becomes.
+/// The new description of a material.
 struct DescriptionChange
 {
     std::vector<DocumentValue> Values;
 };
 
-/// What the render state of a material becomes.
+/// The new render state of a material.
 struct RenderStateChange
 {
     std::vector<DocumentValue> Values;
 };
 
-/// The nodes, edges, bindings or annotations of a document.
+/// Returns the nodes, edges, bindings or annotations of a document.
 template <class Record, class Document>
 auto& RecordsOf(Document& document)
 {
@@ -46,8 +46,8 @@ using DocumentStep = std::variant<RecordChange<DocumentNode>, RecordChange<Docum
                                   RecordChange<DocumentBinding>, RecordChange<DocumentAnnotation>,
                                   DescriptionChange, RenderStateChange>;
 
-/// Changes of the records of a document, in the order in which they are made. It fits one state of
-/// one document, since it names records by number. An edit gives such a change as its inverse.
+/// A sequence of changes to the records of a document. It applies only to one state of one
+/// document, because it refers to records by index. An edit returns its inverse in this form.
 struct DocumentChange
 {
     std::vector<DocumentStep> Steps;
@@ -55,10 +55,10 @@ struct DocumentChange
     bool IsEmpty() const { return Steps.empty(); }
 };
 
-/// A document that is being edited, with tables of which of its records name an id.
+/// A document that is being edited, with tables that map ids to the records that contain them.
 ///
-/// The tables may name more than there is: what a change replaces stays in them until the change is
-/// final. So a change can be taken back without any memory. Every question checks the record
+/// The tables may contain outdated entries: replaced values remain in them until the change is
+/// final. A change can therefore be undone without allocating memory. Every query checks the record
 /// itself.
 class IndexedDocument
 {
@@ -67,32 +67,32 @@ public:
 
     const MaterialDocument& Document() const { return _document; }
 
-    /// The number of the node with an id; of several with the same one, the smallest.
+    /// Returns the index of the node with this id; the lowest if there are several.
     std::optional<std::size_t> FindNode(const std::string& id) const;
 
-    /// The nodes with a property that refers to the id, whether there is such a node or not.
+    /// Returns the nodes with a property that refers to the id, whether or not the node exists.
     std::vector<std::size_t> Referrers(const std::string& id) const;
 
-    /// The edges that leave or reach the node with an id, whether there is such a node or not.
+    /// Return the edges that start or end at the node with this id, whether or not the node exists.
     std::vector<std::size_t> EdgesFrom(const std::string& id) const;
     std::vector<std::size_t> EdgesTo(const std::string& id) const;
     std::vector<std::size_t> EdgesInto(const std::string& id, const std::string& port) const;
 
-    /// The number of the binding of a stream and a name; of several, the smallest.
+    /// Returns the index of the binding with this stream and name; the lowest if there are several.
     std::optional<std::size_t> FindBinding(const std::string& stream, const std::string& tag) const;
 
-    /// The number of the annotation with an id; of several with the same one, the smallest.
+    /// Returns the index of the annotation with this id; the lowest if there are several.
     std::optional<std::size_t> FindAnnotation(const std::string& id) const;
 
-    /// The same for callers that need one.
-    /// @throws HostError if there is none
+    /// Does the same for callers that require the annotation to exist.
+    /// @throws HostError if there is no such annotation
     std::size_t RequireAnnotation(const std::string& id) const;
 
 private:
     friend class DocumentEdit;
 
-    /// Compares as many elements as both tuples have, so that the first names find all entries that
-    /// begin with them, without a copy.
+    /// Compares only the elements that both tuples have, so that a lookup by the leading names
+    /// finds all entries that begin with them, without copying.
     struct PrefixLess
     {
         using is_transparent = void;
@@ -110,17 +110,17 @@ private:
         }
     };
 
-    /// Names in a record, and its number.
+    /// Names in a record, followed by the index of the record.
     template <class... Names>
     using Entries = std::set<std::tuple<Names..., std::size_t>, PrefixLess>;
 
-    /// Enters in the tables what a step brings. The step itself may follow then.
+    /// Adds the new values of a step to the tables. Afterwards, the step itself can be applied.
     void Prepare(const DocumentStep& step);
 
-    /// Makes a prepared step, or takes one back, and turns it into its inverse.
+    /// Applies a prepared step or undoes one, and turns it into its inverse.
     void Exchange(DocumentStep& step) noexcept;
 
-    /// Removes from the tables what only the old record of a step was in them for.
+    /// Removes the entries from the tables that only the old record of a step required.
     /// @param done a step after Exchange
     void Forget(const DocumentStep& done) noexcept;
 
@@ -142,15 +142,15 @@ private:
 
     MaterialDocument _document;
     Entries<std::string> _ids;
-    Entries<std::string> _referrers;             ///< id that is referred to; nodes
-    Entries<std::string> _tails;                 ///< id of the tail; edges
-    Entries<std::string, std::string> _heads;    ///< id and port of the head; edges
+    Entries<std::string> _referrers;             ///< id that is referred to; index of the node
+    Entries<std::string> _tails;                 ///< id of the tail; index of the edge
+    Entries<std::string, std::string> _heads;    ///< id and port of the head; index of the edge
     Entries<std::string, std::string> _bindings; ///< stream and tag
     Entries<std::string> _annotations;
 };
 
-/// One run of changes over the records of a document. Unless it is finished, it takes all of them
-/// back in the end.
+/// A transaction on the records of a document. Unless Finish is called, the destructor undoes all
+/// its changes.
 class DocumentEdit
 {
 public:
@@ -161,12 +161,12 @@ public:
 
     const IndexedDocument& Document() const { return _document; }
 
-    /// Makes a step. A new record needs a number that is free.
+    /// Applies a step. A new record requires an unused index.
     void Do(DocumentStep step);
 
-    /// Steps for a node, an edge, a binding or an annotation. Each number is that of a record.
-    /// @param before number of the record that follows, or None
-    /// @returns the number of the new record
+    /// Steps for a node, an edge, a binding or an annotation. Each index must belong to a record.
+    /// @param before index of the record that follows, or None
+    /// @returns the index of the new record
     template <class Record>
     std::size_t Insert(Record record, std::size_t before)
     {
@@ -188,11 +188,11 @@ public:
         Do(RecordChange<Record>{index, std::nullopt});
     }
 
-    /// The steps so far, each turned into the one that takes it back, in the order of doing.
+    /// Returns the inverses of the steps so far, in the order in which the steps were applied.
     const std::vector<DocumentStep>& Done() const { return _done; }
 
-    /// Makes what was done final.
-    /// @returns the change that takes it back
+    /// Commits the changes.
+    /// @returns the change that undoes them
     DocumentChange Finish() noexcept;
 
 private:

@@ -21,7 +21,7 @@ using Materials::GuiPropertyKind;
 
 using Values = std::map<std::string, std::string>;
 
-/// A value in its one text form, so that "1" and "1.0" are the same.
+/// Converts a value to its canonical string, so that "1" and "1.0" are equal.
 std::string Normalise(const DocumentProperty& property)
 {
     const auto parsed = GuiProperty::Create(property.Name);
@@ -34,8 +34,8 @@ std::string Normalise(const DocumentProperty& property)
 struct ComparedNode
 {
     std::string Type;
-    Values Properties; ///< but for those that refer to nodes
-    Values References; ///< ids, by name of the property
+    Values Properties; ///< except those that refer to nodes
+    Values References; ///< ids by property name
 
     friend bool operator==(const ComparedNode& a, const ComparedNode& b) = default;
 };
@@ -50,7 +50,7 @@ struct ComparedEdge
     std::string Points;
 };
 
-/// By the input that an edge feeds.
+/// By the input at which an edge ends.
 using ComparedEdges = std::map<End, ComparedEdge>;
 
 class Reader
@@ -154,7 +154,7 @@ private:
         return difference;
     }
 
-    /// Says something of a node.
+    /// Adds a difference that belongs to a node.
     template <class... Parts>
     MaterialDifference& SayOf(const std::string& node, DifferenceKind kind, const Parts&... parts)
     {
@@ -172,7 +172,7 @@ private:
         return map;
     }
 
-    /// @param node whose properties these are, if they are those of a node
+    /// @param node id of the node, if the values are its properties
     void CompareValues(const std::string& owner, const Values& before, const Values& after,
                        const std::string& node = {})
     {
@@ -195,7 +195,7 @@ private:
         }
     }
 
-    /// A node that went is the same as one that came if they are equal and no other pair is.
+    /// A removed and an added node are the same if they are equal and no other node equals them.
     void FindRenamed()
     {
         for (const auto& [id, node] : _nodesBefore) {

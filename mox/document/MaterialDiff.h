@@ -20,25 +20,26 @@ enum class DifferenceKind
 struct MaterialDifference
 {
     DifferenceKind Kind = DifferenceKind::Changed;
-    std::string Text;     ///< all of it in words, a line
-    std::string Node;     ///< id of the node it belongs to, in the first material if it is removed
-    std::string Property; ///< of that node; empty if the node as a whole is meant
+    std::string Text;     ///< complete description in one line
+    std::string Node;     ///< id of the affected node; in the first material if it was removed
+    std::string Property; ///< property of that node; empty if the whole node is affected
     std::optional<DocumentEdge> EdgeBefore; ///< an edge that only the first material has
-    std::optional<DocumentEdge> EdgeAfter;  ///< an edge that only the second one has
+    std::optional<DocumentEdge> EdgeAfter;  ///< an edge that only the second material has
 };
 
-/// Compares two materials by meaning; nothing if they mean the same.
+/// Compares two materials by meaning; returns nothing if they are equivalent.
 ///
-/// Numbers are compared as numbers, a property that is left out as its default, and the order of
-/// nodes, edges and properties does not count. A node that only got another id is told as renamed,
-/// and edges that follow its new id are the same; EdgeBefore has the ids of the second material
-/// for nodes that both have.
-/// @param plugins know the defaults; of a type that none offers only what is stored is compared
+/// Numbers are compared as numbers, a missing property as its default value, and the order of
+/// nodes, edges and properties is ignored. A node of which only the id changed is reported as
+/// renamed, and edges that follow its new id are considered equal; EdgeBefore uses the ids of the
+/// second material for nodes that both materials have.
+/// @param plugins provide the default values; for a type that no plug-in offers, only the stored
+///        properties are compared
 std::vector<MaterialDifference> FindDifferences(const MaterialDocument& before,
                                                 const MaterialDocument& after,
                                                 const PluginSet& plugins);
 
-/// The same in words alone.
+/// Returns only the descriptions of the differences.
 std::vector<std::string> DescribeDifferences(const MaterialDocument& before,
                                              const MaterialDocument& after,
                                              const PluginSet& plugins);

@@ -37,7 +37,7 @@ std::vector<DocumentValue> ValuesOf(const XmlElement& element)
     return values;
 }
 
-/// An element without children keeps what stands inside it in front of itself.
+/// Moves the comments inside an element without children to the position before the element.
 DocumentComments Flatten(SectionComments comments)
 {
     Append(comments.Before, std::move(comments.Last));
@@ -63,7 +63,7 @@ MaterialReader::MaterialReader(const std::string& file, ProblemList& problems)
 MaterialDocument MaterialReader::Read(std::string_view text)
 {
     if (!_parser.Parse(text)) {
-        // Of a part nobody can say what is missing in it.
+        // The missing parts of an incomplete document cannot be determined.
         MaterialDocument nothing;
         nothing.File = _document.File;
         return nothing;
@@ -118,7 +118,7 @@ void MaterialReader::Instruction(int line)
     _parser.Stop();
 }
 
-/// The rule of an element whose parent may have it, be it at another place.
+/// Returns the rule of an element that its parent may have, even if it is out of order.
 const ElementRule* MaterialReader::FindRule(const XmlElement& element)
 {
     const auto fail = [&](const std::string& place, const std::string& expected) {
@@ -148,14 +148,14 @@ const ElementRule* MaterialReader::FindRule(const XmlElement& element)
         }
         return children[i].Rule;
     }
-    // Behind an end tag that is missing all that follows is out of place.
+    // If an end tag is missing, all elements that follow it are out of place.
     if (parent.Stranger != element.Name)
         fail({}, parent.Rule->ExpectedChildren(parent.NextChild));
     parent.Stranger = element.Name;
     return nullptr;
 }
 
-/// The rules are those of known versions, so documents of others are not judged by them.
+/// The rules apply only to known versions, so documents of other versions are not checked.
 bool MaterialReader::IsOtherVersion(const ElementRule& rule, const XmlElement& element)
 {
     if (&rule != &MaterialRule)
@@ -171,8 +171,8 @@ bool MaterialReader::IsOtherVersion(const ElementRule& rule, const XmlElement& e
     return true;
 }
 
-/// A reader of plain documents would refuse what only annotated ones may have, so it is refused
-/// here too.
+/// Readers of plain documents would reject elements and attributes that only annotated documents
+/// may have, so this reader rejects them too.
 void MaterialReader::CheckVersionOf(const XmlElement& element)
 {
     if (!_isPlain)
@@ -193,7 +193,7 @@ void MaterialReader::CheckAttributes(const ElementRule& rule, const XmlElement& 
 {
     for (const AttributeProblem& problem : rule.Check(element.Attributes)) {
         if (_failureCount > mostFailures)
-            return; // finding the place of an attribute takes its time
+            return; // locating an attribute is expensive
         Fail("schema",
              problem.Attribute.empty() ? element.PlaceIn(_document.File)
                                        : element.PlaceOf(problem.Attribute, _document.File),

@@ -14,28 +14,28 @@
 
 namespace Mox::Host {
 
-/// Reads one material document. Whatever the rules of documents do not allow becomes a problem that
-/// says what was expected there, and reading goes on.
+/// Reads one material document. Each violation of the document rules becomes a problem that states
+/// what was expected, and reading continues.
 class MaterialReader : private XmlHandler
 {
 public:
-    /// @param file as it is named in messages
+    /// @param file file name for messages
     /// @param problems must outlive the reader
     MaterialReader(const std::string& file, ProblemList& problems);
 
-    /// To be called once.
+    /// Must be called only once.
     MaterialDocument Read(std::string_view text);
 
 private:
-    /// An element whose end has not come yet.
+    /// An element whose end tag has not been read yet.
     struct OpenElement
     {
-        const ElementRule* Rule = nullptr;      ///< null in what the schema does not know
-        std::size_t NextChild = 0;              ///< the first child of the rule that may still come
-        const ElementRule* LastChild = nullptr; ///< the last child that came in its place
-        std::string Stranger; ///< the last child that the rule does not have, which was reported
-        bool HasText = false; ///< which has been reported
-        DocumentComments Comments; ///< in front of it
+        const ElementRule* Rule = nullptr; ///< null inside elements that the schema does not define
+        std::size_t NextChild = 0;         ///< the first child of the rule that is still allowed
+        const ElementRule* LastChild = nullptr; ///< the last child in the correct order
+        std::string Stranger; ///< the last child that the rule does not allow, already reported
+        bool HasText = false; ///< whether text was found and reported
+        DocumentComments Comments; ///< before the element
     };
 
     void StartElement(const XmlElement& element) override;
@@ -66,7 +66,7 @@ private:
     std::vector<OpenElement> _open;
     DocumentComments _comments; ///< since the last tag
     std::optional<DocumentNode> _node;
-    bool _isDoubled = false; ///< the node has the id of another one and is left out
+    bool _isDoubled = false; ///< the node has the id of an earlier node and is skipped
     std::optional<DocumentProperty> _property;
     std::optional<DocumentEdge> _edge;
     std::optional<DocumentBinding> _binding;

@@ -25,8 +25,8 @@ bool IsWholeNumber(std::string_view text)
     return ParseInteger(text).has_value();
 }
 
-/// Whether a text is numbers with a comma between two, and perhaps spaces after it. A
-/// binding would ignore anything else without an error.
+/// Returns whether a string is a list of numbers separated by commas and optional spaces. A binding
+/// would silently ignore any other string.
 bool IsNumberList(std::string_view text)
 {
     while (true) {
@@ -42,7 +42,7 @@ bool IsNumberList(std::string_view text)
     }
 }
 
-/// Whether a text is a decimal number from 0 to 1.
+/// Returns whether a string is a decimal number from 0 to 1.
 bool IsFraction(std::string_view text)
 {
     const std::string_view digits = text.starts_with('0') ? "0123456789" : "0";
@@ -155,7 +155,7 @@ constexpr AttributeRule edgeAttributes[] = {
     Required("headPort", portName), Optional("points", points),
 };
 
-// What a binding would ignore without an error as it reads its values is not allowed.
+// The rules reject attribute values that a binding would silently ignore.
 constexpr AttributeRule bindingAttributes[] = {
     Required(BindingKeys::Tag, someText),
     Optional(BindingKeys::Gui, {BindingKeys::UiTypeWords}),

@@ -6,11 +6,11 @@
 
 namespace Mox::Host {
 
-/// The rules of material documents, by which they are judged while they are read. They allow
-/// exactly what document/schema/material.rng allows, which is there for other programs; the order
-/// of attributes is that of the canonical form.
+/// The rules that the reader applies to material documents. They allow exactly the same documents
+/// as document/schema/material.rng, which is provided for other programs; the order of the
+/// attributes is the canonical order.
 
-/// Versions of documents. The second one adds annotations and points of edges.
+/// Versions of documents. The second version adds annotations and edge points.
 constexpr std::string_view PlainVersion = "1";
 constexpr std::string_view AnnotatedVersion = "2";
 

@@ -26,7 +26,7 @@ std::string_view VersionOf(const MaterialDocument& document)
     return isPlain ? PlainVersion : AnnotatedVersion;
 }
 
-/// Writes documents, or single nodes as they stand in one, in the canonical form.
+/// Writes documents, or single nodes, in canonical form.
 class MaterialWriter
 {
 public:
@@ -109,7 +109,7 @@ private:
         _writer.EndElement();
     }
 
-    /// @param isRequired whether it is there even if it holds nothing
+    /// @param isRequired whether to write the part even if it is empty
     template <class Records>
     void WritePart(std::string_view name, const Records& records, const SectionComments& comments,
                    bool isRequired)
@@ -124,7 +124,7 @@ private:
         _writer.EndElement();
     }
 
-    /// An element of attributes alone, which is left out if there are none.
+    /// Writes an element that has only attributes; omits it if there are none.
     void WriteValues(const ElementRule& rule, const std::vector<DocumentValue>& values,
                      const DocumentComments& comments)
     {

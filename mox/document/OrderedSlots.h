@@ -9,19 +9,19 @@
 
 namespace Mox::Host {
 
-/// Puts a record in a place, replaces the record there, or takes it away.
+/// Inserts, replaces or removes a record.
 template <class Record>
 struct RecordChange
 {
     static constexpr std::size_t None = static_cast<std::size_t>(-1);
 
-    std::size_t Index = None;      ///< number of the record
-    std::optional<Record> Content; ///< what it becomes; nothing: it goes
-    std::size_t Before = None;     ///< number of the record that follows it; None: it is the last
+    std::size_t Index = None;      ///< index of the record
+    std::optional<Record> Content; ///< the new record; nothing to remove it
+    std::size_t Before = None;     ///< index of the record that follows it; None if it is the last
 };
 
-/// Records in an order of their own. Each has a number that stays the same as long as the record
-/// is there, whatever is added and removed beside it. Numbers of removed records are used again.
+/// Records in an explicit order. The index of a record does not change while the record exists,
+/// even if other records are added or removed. The indices of removed records are reused.
 template <class Record>
 class OrderedSlots
 {
@@ -98,7 +98,7 @@ public:
         Exchange(change);
     }
 
-    /// The number that the next new record can have. Makes the room for it.
+    /// Returns the index for the next new record and allocates memory for it.
     std::size_t ReserveIndex()
     {
         if (_free.First == None) {
@@ -108,8 +108,8 @@ public:
         return _free.First;
     }
 
-    /// Makes a change, and turns it into the one that takes it back. A new record needs a reserved
-    /// number that is free, and other changes the number of a record.
+    /// Applies a change, and turns it into its inverse. A new record requires a reserved, unused
+    /// index; other changes require the index of an existing record.
     void Exchange(RecordChange<Record>& change) noexcept
     {
         Slot& slot = _slots[change.Index];
@@ -144,7 +144,7 @@ public:
     Record& operator[](std::size_t index) { return *_slots[index].Content; }
     Record& back() { return (*this)[_records.Last]; }
 
-    /// The number of the record that follows, or None.
+    /// Returns the index of the record that follows, or None.
     std::size_t Next(std::size_t index) const { return _slots[index].Next; }
 
     iterator begin() { return {*this, _records.First}; }
@@ -154,18 +154,19 @@ public:
     std::size_t size() const { return _size; }
     bool empty() const { return _size == 0; }
 
-    /// All numbers are below this one: the size of an array with an entry for each.
+    /// All indices are less than this value, so it is the size of an array with one entry per
+    /// index.
     std::size_t IndexEnd() const { return _slots.size(); }
 
 private:
     struct Slot
     {
-        std::optional<Record> Content; ///< nothing: the number is free
+        std::optional<Record> Content; ///< nothing if the index is unused
         std::size_t Previous = None;
         std::size_t Next = None;
     };
 
-    /// Ends of a chain of slots: the records in order, or the free numbers.
+    /// The first and last slot of a chain: the records in order, or the unused indices.
     struct Chain
     {
         std::size_t First = None;

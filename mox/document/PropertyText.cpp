@@ -11,7 +11,7 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-/// Reads the whole of a text as a number.
+/// Parses the whole string as a number.
 template <class Number>
 std::errc ReadNumber(std::string_view text, Number& value)
 {
@@ -21,7 +21,7 @@ std::errc ReadNumber(std::string_view text, Number& value)
 
 std::errc ReadFloat(std::string_view text, float& value)
 {
-    // from_chars knows more words than documents do, such as "INFINITY" and "nan(7)".
+    // from_chars accepts more keywords than documents allow, such as "INFINITY" and "nan(7)".
     const std::string_view size = text.substr(text.starts_with('-') ? 1 : 0);
     const bool isWord = size == "inf" || size == "nan";
     if (!isWord && size.find_first_not_of("0123456789.eE+-") != std::string_view::npos)
@@ -29,8 +29,8 @@ std::errc ReadFloat(std::string_view text, float& value)
     return ReadNumber(text, value);
 }
 
-/// Calls take with each of three texts that have one space between them.
-/// @returns false if there are fewer, or if take returned false
+/// Calls take with each of three strings separated by single spaces.
+/// @returns false if there are fewer than three, or if take returned false
 template <class Take>
 bool ForEachOfThree(std::string_view text, Take take)
 {
@@ -53,7 +53,7 @@ std::optional<std::array<float, 3>> ParseColour(std::string_view text)
     return ForEachOfThree(text, take) ? std::optional(colour) : std::nullopt;
 }
 
-/// The shortest text that reads back as the same float.
+/// Returns the shortest string that parses to the same float.
 std::string FormatExactly(float value)
 {
     std::array<char, 32> buffer;
@@ -126,7 +126,7 @@ bool SetFromText(GuiProperty& property, GuiPropertyKind kind, const std::string&
         property.SetString(text);
         return true;
     case GuiPropertyKind::Enum:
-        // A stored word stands for itself; the node that it is loaded into knows the choices.
+        // The keyword is stored as it is; the node that loads it knows the choices.
         property.SetString(text);
         property.Kind = GuiPropertyKind::Enum;
         return true;

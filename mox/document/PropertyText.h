@@ -11,41 +11,41 @@
 
 namespace Mox::Host {
 
-/// The text forms of property kinds and values in documents. No locale has an influence.
+/// The string forms of property kinds and values in documents. They do not depend on the locale.
 
-/// The word of a kind, such as "colour", or an empty text for a value that is not a kind.
+/// Returns the keyword of a kind, such as "colour", or an empty string for an invalid kind.
 constexpr std::string_view FormatKind(Materials::GuiPropertyKind kind)
 {
     constexpr std::string_view words[] = {"bool",   "integer", "float", "string",
-                                          "colour", "enum",    "node"}; // in the kinds' order
+                                          "colour", "enum",    "node"}; // in the order of the kinds
     const auto index = static_cast<std::size_t>(kind);
     return index < std::size(words) ? words[index] : std::string_view();
 }
 
 std::optional<Materials::GuiPropertyKind> ParseKind(std::string_view word);
 
-/// A whole decimal number of 32 bits, without blanks; else nothing.
+/// Parses a 32-bit decimal integer without spaces; returns nothing for any other string.
 std::optional<std::int32_t> ParseInteger(std::string_view text);
 
-/// Whether a text is a number: decimal with a point, without spaces, or "inf" or "nan", perhaps
-/// with a minus. It may be out of the range of a float.
+/// Returns whether a string is a number: decimal with a point, without spaces, or "inf" or "nan",
+/// with an optional minus sign. The number may exceed the range of a float.
 bool IsNumber(std::string_view text);
 
-/// A number in the range of a float; else nothing.
+/// Parses a number in the range of a float; returns nothing for any other string.
 std::optional<float> ParseFloat(std::string_view text);
 
-/// Whether a text is three numbers with one space between them.
+/// Returns whether a string consists of three numbers separated by single spaces.
 bool IsColour(std::string_view text);
 
-/// Gives property the kind and the value of a text: "true" or "false", a whole number, a number,
-/// any text, three numbers with a blank between them, an enum word. A Node property takes its kind
-/// only; which node an id means is the caller's to know.
-/// @returns false, without any change, if the text is no value of that kind
+/// Sets the kind and the value of a property from a string: "true" or "false", an integer, a
+/// number, any string, three numbers separated by single spaces, or an enumeration keyword. For a
+/// Node property, it sets only the kind; the caller must resolve the id.
+/// @returns false, without changing the property, if the string is not a value of that kind
 bool SetFromText(Materials::GuiProperty& property, Materials::GuiPropertyKind kind,
                  const std::string& text);
 
-/// The text that SetFromText reads the value back from, to the last bit. For a Node property it is
-/// empty.
+/// Formats a value so that SetFromText restores it exactly, to the last bit. Returns an empty
+/// string for a Node property.
 std::string FormatValue(const Materials::GuiProperty& property);
 
 } // namespace Mox::Host
