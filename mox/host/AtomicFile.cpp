@@ -22,7 +22,7 @@ namespace {
 
 using Materials::Compose;
 
-constexpr mode_t newFileMode = 0666; ///< less the process's mask
+constexpr mode_t newFileMode = 0666; ///< before the umask is applied
 constexpr mode_t permissionBits = 07777;
 
 HostError WriteError(const std::filesystem::path& file, int error)
@@ -30,24 +30,24 @@ HostError WriteError(const std::filesystem::path& file, int error)
     return {file.string(), Compose("cannot be written: ", std::generic_category().message(error))};
 }
 
-/// Under which the system knows an open file, whether that has a name or not.
+/// Returns the path under which the system provides access to an open file, even if it is unnamed.
 std::string NumberedName(int descriptor)
 {
     return Compose("/proc/self/fd/", descriptor);
 }
 
-/// A file that no folder has yet, so nothing remains of it if the process is killed.
-/// @returns -1 where the file system cannot do that
+/// Opens an unnamed file, so that nothing remains if the process is killed.
+/// @returns -1 if the file system does not support this
 int OpenUnnamed(const std::filesystem::path& folder)
 {
     const int descriptor = open(folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, newFileMode);
     if (descriptor < 0 || access(NumberedName(descriptor).c_str(), F_OK) == 0)
         return descriptor;
-    close(descriptor); // without /proc it could not be given a name
+    close(descriptor); // without /proc, the file could not be given a name
     return -1;
 }
 
-/// Whether a file holds these bytes.
+/// Returns whether a file has this content.
 bool Holds(const std::filesystem::path& file, std::string_view bytes)
 {
     std::error_code error;
@@ -61,7 +61,7 @@ bool GiveName(int descriptor, const std::filesystem::path& name)
                   AT_SYMLINK_FOLLOW) == 0;
 }
 
-/// Replaces the files that do not have their bytes, as close together as can be.
+/// Replaces the files with different content, as close together in time as possible.
 void ReplaceOthers(const std::vector<FileContent>& files)
 {
     std::list<AtomicFile> changed;
@@ -78,13 +78,13 @@ void ReplaceOthers(const std::vector<FileContent>& files)
 
 std::filesystem::path TargetOf(const std::filesystem::path& file)
 {
-    constexpr int mostLinks = 40; // as many as the system follows
+    constexpr int mostLinks = 40; // the limit of the system
     std::filesystem::path target = file;
     for (int i = 0; i < mostLinks; ++i) {
         std::error_code error;
         const std::filesystem::path next = std::filesystem::read_symlink(target, error);
         if (error)
-            return target; // which is not a link
+            return target; // not a link
         target = target.parent_path() / next;
     }
     throw WriteError(file, ELOOP);
@@ -138,7 +138,8 @@ void AtomicFile::Write(std::string_view bytes)
     }
 }
 
-/// Processes on other machines may share the folder and the number, hence the search.
+/// Processes on other machines may share the folder and have the same process id, so this searches
+/// for an unused name.
 template <class Take>
 void AtomicFile::TakeTemporaryName(Take take)
 {
@@ -157,14 +158,14 @@ void AtomicFile::TakeTemporaryName(Take take)
 
 void AtomicFile::Commit(Durability durability)
 {
-    // Without it a loss of power could leave the new name with none of the bytes.
+    // Without this, a power failure could leave an empty file under the new name.
     if (durability == Durability::Immediate && fsync(_descriptor) != 0)
         throw WriteError(_file, errno);
     const auto delay = DelayEnd();
     bool isInPlace = false;
     if (_temporary.empty()) {
         isInPlace = GiveName(_descriptor, _target);
-        if (!isInPlace) // another file may have come to the place
+        if (!isInPlace) // another process may have created the target
             TakeTemporaryName([this] { return GiveName(_descriptor, _temporary); });
     }
     const int descriptor = std::exchange(_descriptor, -1);
@@ -201,11 +202,12 @@ void WriteTogether(const std::vector<FileContent>& files)
 {
     constexpr unsigned mostRounds = 12;
     const auto isDone = [](const FileContent& file) { return Holds(file.File, file.Bytes); };
-    // Whoever replaces a file last finds all files its own afterwards, or was not the last.
+    // The process that replaces a file last finds its own content in all files afterwards;
+    // otherwise it was not the last.
     for (unsigned round = 0; round < mostRounds; ++round) {
         if (std::all_of(files.begin(), files.end(), isDone))
             return;
-        // Processes in step with each other would not come to an end.
+        // A random delay prevents processes from replacing each other's files forever.
         if (round > 0) {
             const unsigned limit = 4U << round;
             std::this_thread::sleep_for(std::chrono::milliseconds(std::random_device()() % limit));

@@ -10,41 +10,41 @@
 
 namespace Mox::Host {
 
-/// When written bytes outlive a loss of power.
+/// When written data survives a power failure.
 enum class Durability
 {
-    Immediate, ///< as soon as they stand under their name
-    Deferred,  ///< once the system, or FlushFolder, has brought them to the disk
+    Immediate, ///< as soon as the file has its final name
+    Deferred,  ///< after the system or FlushFolder has flushed the data to disk
 };
 
-/// The file itself, or the file that a symbolic link of that name leads to. It need not exist.
+/// Returns the file itself, or the target if it is a symbolic link. The file need not exist.
 /// @throws HostError if the links form a cycle
 std::filesystem::path TargetOf(const std::filesystem::path& file);
 
-/// A file that appears under its name only when it is whole. The bytes go to a file without a name,
-/// or to a hidden temporary file in the same folder where the file system has no files without
-/// names. Commit gives it its name, so that a reader finds the old file or the new one whatever
-/// happens in between. A file that is replaced keeps its permissions, and a symbolic link keeps
-/// pointing to it. CleanUpForEnd removes temporary files, and no file gets its name after it.
+/// A file that appears under its name only when it is complete. The data is written to an unnamed
+/// file, or to a hidden temporary file in the same folder if the file system does not support
+/// unnamed files. Commit gives the file its name, so that a reader always finds either the old file
+/// or the new one. A replaced file keeps its permissions, and symbolic links remain valid.
+/// CleanUpForEnd removes temporary files; after that, no file can be committed.
 class AtomicFile
 {
 public:
     /// Opens the file for writing.
-    /// @throws HostError naming the file, if that fails or the name belongs to something else than
-    ///         a regular file
+    /// @throws HostError naming the file, if opening fails or the name belongs to something other
+    ///         than a regular file
     explicit AtomicFile(const std::filesystem::path& file);
 
-    /// What was not committed is gone.
+    /// Discards data that was not committed.
     ~AtomicFile();
 
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
 
-    /// @throws HostError naming the file, for example when the disk is full
+    /// @throws HostError naming the file, for example if the disk is full
     void Write(std::string_view bytes);
 
-    /// Moves what was written to the name. Nothing may be written behind it.
-    /// @throws HostError naming the file; the old file stands then
+    /// Gives the file its final name. Nothing may be written afterwards.
+    /// @throws HostError naming the file; the old file is then unchanged
     void Commit(Durability durability = Durability::Immediate);
 
 private:
@@ -52,39 +52,40 @@ private:
     void TakeTemporaryName(Take take);
     void RemoveTemporary();
 
-    std::filesystem::path _file;        ///< as it is named in messages
-    std::filesystem::path _target;      ///< behind symbolic links
-    std::filesystem::path _temporary;   ///< empty while the file has no name
-    std::optional<EndCleanup> _cleanup; ///< of the temporary name
+    std::filesystem::path _file;        ///< file name for messages
+    std::filesystem::path _target;      ///< with symbolic links resolved
+    std::filesystem::path _temporary;   ///< empty if the file is unnamed
+    std::optional<EndCleanup> _cleanup; ///< removes the temporary file
     int _descriptor = -1;
 };
 
-/// Makes a file hold these bytes. One that does so already is not touched, so that build systems
-/// see no change.
+/// Writes data to a file. If the file already has this content, it is not modified, so that build
+/// systems see no change.
 /// @returns whether the file was written
 /// @throws HostError as AtomicFile does
 bool WriteIfChanged(const std::filesystem::path& file, std::string_view bytes);
 
-/// What replacing a file would change besides its content, in words that follow its name: it is
-/// read-only or has other hard links. Empty if it may be replaced, or if there is no such file.
+/// Describes side effects of replacing a file, as a phrase that follows its name: the file is
+/// read-only or has other hard links. Returns an empty string if the file may be replaced or does
+/// not exist.
 std::string ObstacleToReplacing(const std::filesystem::path& file);
 
-/// A file and the bytes that it is to hold.
+/// A file and its intended content.
 struct FileContent
 {
     std::filesystem::path File;
     std::string_view Bytes;
 };
 
-/// Makes files hold these bytes that mean something only together. All are written before the first
-/// one is replaced, so a full disk leaves all old files. If several processes do this with the same
-/// files at the same time, the files that remain are all from one of them. Files that have their
-/// bytes already are not touched. A loss of power may cost what FlushFolder has not brought to the
+/// Writes files that are only valid together. All data is written before the first file is
+/// replaced, so a full disk leaves all old files unchanged. If several processes write the same
+/// files at the same time, all resulting files are from one of them. Files that already have their
+/// content are not modified. A power failure may lose data that FlushFolder has not flushed to
 /// disk.
 /// @throws HostError as AtomicFile does, or if another process does not stop replacing the files
 void WriteTogether(const std::vector<FileContent>& files);
 
-/// Brings all that was written to the file system of a folder to the disk.
+/// Flushes all data written to the file system of a folder to disk.
 /// @throws HostError naming the folder
 void FlushFolder(const std::filesystem::path& folder);
 

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view spaces = " \t\r\n";
 
-/// The parts between separators, trimmed.
+/// Splits a string at a separator and trims the parts.
 std::vector<std::string_view> Split(std::string_view text, char separator)
 {
     std::vector<std::string_view> parts;

@@ -9,21 +9,22 @@
 
 namespace Mox::Host {
 
-/// The text without spaces, tabs and line ends at its ends.
+/// Removes spaces, tabs and line breaks from both ends of a string.
 std::string_view TrimSpaces(std::string_view text);
 
-/// Something that is named and, if there are values, must have one of them.
+/// A named item that, if there are values, must have one of them.
 struct Condition
 {
     std::string Name;
     std::vector<std::string> Values;
 };
 
-/// All of them must hold.
+/// A conjunction of conditions.
 using Conditions = std::vector<Condition>;
 
-/// Reads conditions such as "Function=Sine, Cosine; Alpha=true": semicolons separate them, commas
-/// their values. Spaces around names and values are ignored. Names and values may come out empty.
+/// Parses conditions such as "Function=Sine, Cosine; Alpha=true": semicolons separate conditions,
+/// commas separate values. Spaces around names and values are ignored. Names and values may be
+/// empty.
 Conditions ParseConditions(std::string_view text);
 
 /// Parses a Cg type such as "half3", "float4x4" or "sampler2D"; returns nothing for any other

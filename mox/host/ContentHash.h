@@ -6,7 +6,7 @@
 
 namespace Mox::Host {
 
-/// Two lower-case hexadecimal digits for each byte.
+/// Formats each byte as two lower-case hexadecimal digits.
 std::string HexDigits(std::string_view bytes);
 
 /// Computes a name of 32 hexadecimal digits from several strings together. Equal input yields equal

@@ -9,10 +9,10 @@ namespace {
 struct Registry
 {
     std::recursive_mutex Mutex;
-    std::list<std::function<void()>> Actions; ///< the latest first
+    std::list<std::function<void()>> Actions; ///< in reverse order of registration
 };
 
-/// Lives as long as the process: threads may still register while static objects are destroyed.
+/// Never destroyed, because threads may still register actions while static objects are destroyed.
 Registry& TheRegistry()
 {
     static Registry& registry = *new Registry;
@@ -41,7 +41,7 @@ std::unique_lock<std::recursive_mutex> DelayEnd()
 
 void CleanUpForEnd()
 {
-    TheRegistry().Mutex.lock(); // and never unlocked
+    TheRegistry().Mutex.lock(); // never unlocked
     for (const std::function<void()>& action : TheRegistry().Actions)
         action();
 }

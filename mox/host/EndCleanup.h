@@ -6,17 +6,17 @@
 
 namespace Mox::Host {
 
-/// Removes something that must not outlive the process, such as a temporary file, if the process is
-/// told to end in the middle of its work. Objects belong to the whole process and any thread.
+/// Removes a resource that must not outlive the process, such as a temporary file, if the process
+/// is terminated during its work. The registered actions are shared by all threads of the process.
 class EndCleanup
 {
 public:
-    /// Registers an action, which runs in CleanUpForEnd while this object exists. Actions that were
-    /// registered later run first.
+    /// Registers an action that CleanUpForEnd runs if this object still exists. The actions run in
+    /// reverse order of registration.
     /// @param action must not throw
     explicit EndCleanup(std::function<void()> action);
 
-    /// Forgets the action without running it.
+    /// Unregisters the action without running it.
     ~EndCleanup();
 
     EndCleanup(const EndCleanup&) = delete;
@@ -26,12 +26,12 @@ private:
     std::list<std::function<void()>>::iterator _entry;
 };
 
-/// Keeps CleanUpForEnd waiting as long as the lock is held, which should be short: for steps that
-/// belong together, such as making a temporary file and registering its removal.
+/// Delays CleanUpForEnd while the lock is held, which should be brief. Use it for steps that must
+/// not be separated, such as creating a temporary file and registering its removal.
 [[nodiscard]] std::unique_lock<std::recursive_mutex> DelayEnd();
 
-/// Runs the actions of all objects. Every other thread that begins or ends the life of an
-/// EndCleanup or calls DelayEnd afterwards waits for good, so the caller has to end the process.
+/// Runs the actions of all objects. Afterwards, any other thread that creates or destroys an
+/// EndCleanup or calls DelayEnd blocks forever, so the caller must end the process.
 void CleanUpForEnd();
 
 } // namespace Mox::Host

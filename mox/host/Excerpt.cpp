@@ -15,8 +15,8 @@ struct Character
     std::size_t Length; ///< in bytes
 };
 
-/// The character at the start of a text that is not empty. A byte that begins no UTF-8 character
-/// stands for the code of its own value.
+/// Decodes the first character of a non-empty string. A byte that does not start a UTF-8 character
+/// is returned as a code point of the same value.
 Character FirstCharacter(std::string_view text)
 {
     const auto lead = static_cast<unsigned char>(text.front());
@@ -30,8 +30,8 @@ Character FirstCharacter(std::string_view text)
     return {code, length};
 }
 
-/// Whether a terminal acts on a character or starts a line at it, or it changes the direction in
-/// which its neighbours are shown.
+/// Returns whether a character controls the terminal, starts a new line, or changes the direction
+/// of the surrounding text.
 bool IsControl(char32_t code)
 {
     const bool isC0OrC1 = code < 0x20 || (code >= 0x7F && code <= 0x9F);

@@ -5,18 +5,18 @@
 
 namespace Mox::Host {
 
-/// The beginning of a text in double quotes, fit for a message of one line: control characters,
-/// among them those that change the direction of writing, are replaced by spaces and a long rest by
-/// three dots. UTF-8 stays UTF-8.
+/// Returns the beginning of a string in double quotes for a one-line message: control characters,
+/// including those that change the text direction, are replaced by spaces, and the end of a long
+/// string is replaced by an ellipsis. UTF-8 is preserved.
 std::string Excerpt(std::string_view text);
 
-/// A message that is printed as one line, whatever names and texts of documents and plug-ins it
-/// contains: control characters are replaced as in Excerpt, and what follows after some thousand
-/// bytes is replaced by three dots.
+/// Formats a message as a single line, even if it contains arbitrary strings from documents and
+/// plug-ins: control characters are replaced as in Excerpt, and the end of a message of more than a
+/// few thousand bytes is replaced by an ellipsis.
 std::string MessageLine(std::string_view message);
 
-/// Whether XML, and with it a document, can hold a text: it is UTF-8 and has no control characters
-/// other than tabs and line ends.
+/// Returns whether XML, and therefore a document, can contain a string: it must be UTF-8 without
+/// control characters other than tabs and line breaks.
 bool IsXmlText(std::string_view text);
 
 } // namespace Mox::Host

@@ -37,7 +37,8 @@ std::string ReadFile(const std::filesystem::path& file)
 std::string ReadStream(std::istream& stream, const std::string& name)
 {
     constexpr std::size_t largest = std::size_t(1) << 30;
-    // What is not a regular file may have no end, and its size is only known after it.
+    // A file that is not regular may be endless, and its size is unknown until its end has been
+    // read.
     std::string bytes;
     std::vector<char> chunk(std::size_t(1) << 16);
     while (stream) {

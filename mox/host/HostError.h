@@ -6,12 +6,13 @@
 
 namespace Mox::Host {
 
-/// Where in a material something is wrong. Empty fields and line 0 mean "not known" or "the whole".
+/// The location of an error in a material. Empty fields and line 0 mean that the value is unknown
+/// or that the error concerns the whole.
 struct Place
 {
     Place() = default;
 
-    /// What is left out is not known.
+    /// Omitted arguments are unknown.
     Place(std::string file, int line = 0, std::string node = {}, std::string port = {},
           int column = 0)
         : File(std::move(file)), Line(line), Node(std::move(node)), Port(std::move(port)),
@@ -28,29 +29,31 @@ struct Place
     std::string Port; ///< Cg name of the port
     int Column = 0;   ///< 1-based
 
-    /// "file:line:column: node "id": port "name": ", as far as known.
+    /// Formats the known fields as "file:line:column: node "id": port "name": ".
     std::string Format() const;
 };
 
-/// A failure of the host, with the place of its cause. what() is place and message in one line.
+/// An error of the host with its location. what() returns the location and the message in one line.
 class HostError : public std::runtime_error
 {
 public:
     HostError(const Place& where, const std::string& message);
 
     Place Where;
-    std::string Message; ///< without the place
+    std::string Message; ///< without the location
 };
 
-/// Turns the exception that is being handled into a HostError at a place. Call it in a catch block.
-/// @param callee what failed, such as "GetTitle of the type "Rim""; it appears in the message of
-///        failures that the library does not raise itself. May be empty.
+/// Converts the exception that is being handled into a HostError with a location. Must be called in
+/// a catch block.
+/// @param callee the operation that failed, such as "GetTitle of the type "Rim""; it appears in the
+///        message unless the library itself raised the error. May be empty.
 /// @throws HostError for ShaderErrors, for the plain string of a duplicate parameter name, for an
-///         edge that has gone, and for any exception of a plug-in's own; HostErrors and
-///         std::bad_alloc leave as what they are. None of them refers to the code of a plug-in.
+///         edge that no longer exists, and for any exception of a plug-in; HostErrors and
+///         std::bad_alloc are rethrown. The exceptions thrown do not refer to the code of a
+///         plug-in.
 [[noreturn]] void ThrowAsHostError(const Place& where, const std::string& callee = {});
 
-/// Calls into the library and gives every failure its place.
+/// Calls the library and adds the location to every error.
 /// @throws as ThrowAsHostError
 template <class Call>
 decltype(auto) CallLibrary(const Place& where, Call call)

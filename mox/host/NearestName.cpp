@@ -14,7 +14,7 @@ namespace {
 
 using Materials::Compose;
 
-/// How many letters have to be changed, added or removed, whatever their case.
+/// Returns the number of letters to change, add or remove, ignoring case.
 std::size_t EditDistance(std::string_view a, std::string_view b)
 {
     const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
@@ -32,7 +32,7 @@ std::size_t EditDistance(std::string_view a, std::string_view b)
     return row.back();
 }
 
-/// A port's name without "in_" or "out_", which its label does not have.
+/// Removes "in_" or "out_" from the name of a port, because its label does not have this prefix.
 std::string_view WithoutDirection(std::string_view name)
 {
     for (const std::string_view prefix : {"in_", "out_"}) {
@@ -53,11 +53,11 @@ std::string Show(const RightName& name)
 
 std::string SuggestName(std::string_view name, const std::vector<RightName>& names)
 {
-    constexpr std::size_t longestName = 100; // longer ones are no typing errors
+    constexpr std::size_t longestName = 100; // longer names are not typing errors
     constexpr std::size_t mostListed = 12;
     if (names.empty() || name.size() > longestName)
         return {};
-    constexpr std::size_t longEnough = 4; // to tell what a name is the beginning of
+    constexpr std::size_t longEnough = 4; // to recognise the name as a prefix of another name
     const auto distanceTo = [&](const RightName& right) {
         if (name.size() >= longEnough && right.Name.starts_with(name))
             return std::size_t(1);

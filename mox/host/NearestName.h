@@ -6,16 +6,16 @@
 
 namespace Mox::Host {
 
-/// A name that would be right, and what people call it.
+/// A valid name and its label.
 struct RightName
 {
     std::string Name;
     std::string Label = {};
 };
 
-/// What follows the message that there is no such name: the one that is most like it, by its name
-/// or its label, if it is alike at all, and the others if they are few. Empty if there is nothing
-/// to tell.
+/// Returns a suggestion to append to an error message about an unknown name: the name whose
+/// spelling or label is most similar, if any is similar enough, and the other names if there are
+/// only a few. Returns an empty string if there is no suggestion.
 std::string SuggestName(std::string_view name, const std::vector<RightName>& names);
 
 } // namespace Mox::Host

@@ -19,7 +19,7 @@ namespace {
 using Materials::Compose;
 using Rgba = std::array<std::uint8_t, 4>;
 
-/// "None" or "#RRGGBB".
+/// Parses "None" or "#RRGGBB".
 Rgba ParseColour(std::string_view text)
 {
     constexpr std::uint8_t opaque = 255;
@@ -41,7 +41,7 @@ struct XpmHeader
 
 XpmHeader ReadHeader(const std::string& row)
 {
-    constexpr std::size_t mostPixels = 1024; // on a side
+    constexpr std::size_t mostPixels = 1024; // per side
     constexpr std::size_t mostColours = 65536;
     constexpr std::size_t longestKey = 4;
     XpmHeader header;
@@ -65,8 +65,8 @@ bool IsBlank(char c)
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-/// Takes the next word off a text.
-/// @returns nothing at its end
+/// Removes the next word from a string.
+/// @returns an empty view at the end of the string
 std::string_view TakeWord(std::string_view& text)
 {
     const auto* begin = std::find_if_not(text.begin(), text.end(), IsBlank);
@@ -75,8 +75,8 @@ std::string_view TakeWord(std::string_view& text)
     return {begin, end};
 }
 
-/// The colour for colour screens in a colour row: the value of "c" after the key. Empty if there is
-/// none.
+/// Returns the colour for colour displays from a colour row: the value of "c" after the key.
+/// Returns an empty string if there is none.
 std::string_view FindColour(std::string_view row, std::size_t keyLength)
 {
     if (row.size() < keyLength)

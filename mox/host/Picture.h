@@ -7,7 +7,8 @@
 
 namespace Mox::Host {
 
-/// Rows from top to bottom, four bytes for each pixel: red, green, blue in sRGB, and alpha.
+/// Pixels in rows from top to bottom, with four bytes per pixel: red, green and blue in sRGB, and
+/// alpha.
 struct Picture
 {
     std::uint32_t Width = 0;
@@ -15,7 +16,7 @@ struct Picture
     std::vector<std::uint8_t> Pixels;
 };
 
-/// Largest width and height of a picture in a PNG file.
+/// Maximum width and height of a PNG file.
 constexpr std::uint32_t maxPngSide = 1'000'000;
 
 /// @throws HostError if the file cannot be written
@@ -24,14 +25,15 @@ void WritePng(const Picture& picture, const std::filesystem::path& file);
 /// The rows of an XPM image: header, colours, pixels.
 using XpmTable = std::vector<std::string>;
 
-/// Copies the icon of a catalogue row and checks that it can be decoded: a header of four numbers,
-/// every row that it promises, a colour in each colour row, and pixel rows of the full width. The
-/// length of the table itself is unknown here, so a table that has fewer rows than it promises and
-/// does not end with a null is read beyond its end.
-/// @throws HostError naming the row that is wrong
+/// Copies the icon of a catalogue row and checks that it can be decoded: it must have a header of
+/// four numbers, all rows that the header declares, a colour in each colour row, and pixel rows of
+/// the full width. The length of the table is unknown here, so if a table has fewer rows than
+/// declared and is not null-terminated, it is read out of bounds.
+/// @throws HostError naming the invalid row
 XpmTable CopyXpm(const char* const* table);
 
-/// The pixels of an icon. Colours are "None" or "#RRGGBB"; a colour's name counts as "None".
+/// Decodes the pixels of an icon. Colours are "None" or "#RRGGBB"; a colour name is treated as
+/// "None".
 /// @throws HostError as CopyXpm does, or if a pixel uses a key that the table does not define
 Picture DecodeXpm(const XpmTable& table);
 

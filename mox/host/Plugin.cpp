@@ -22,7 +22,7 @@ using Materials::GuiNodeDescription;
 using Materials::GuiNodeFactory;
 using Materials::InterfaceVersion;
 
-/// Releases the node first and only then its library, in whose code the node's destructor lies.
+/// Releases the node before its library, which contains the code of the node's destructor.
 struct NodeRelease
 {
     boost::shared_ptr<boost::dll::shared_library> Library;
@@ -40,7 +40,7 @@ Function& FindExport(const boost::dll::shared_library& library, const Place& whe
     return library.get<Function>(name);
 }
 
-/// What an exported function returns.
+/// Calls an exported function and returns its result.
 template <class Result>
 Result CallExport(const boost::dll::shared_library& library, const Place& where, const char* name)
 {

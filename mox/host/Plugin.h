@@ -19,29 +19,29 @@ class GuiNodeFactory;
 
 namespace Mox::Host {
 
-/// A node type that a plug-in offers. The texts are UTF-8.
+/// A node type that a plug-in offers. The strings are UTF-8.
 struct PluginType
 {
     std::string TypeName;
     std::string Library; ///< name of the library that supplies the type
-    std::string Label;   ///< text that hosts show for the type
+    std::string Label;   ///< name of the type in the user interface
     bool Listed = true;  ///< whether hosts offer the type to the user
-    XpmTable Icon;       ///< empty if the type has none
+    XpmTable Icon;       ///< empty if the type does not have an icon
 };
 
 /// A loaded plug-in with its factory.
 ///
-/// Its library stays loaded as long as this object or any node that it created lives: each node
-/// handle carries the library along.
+/// Its library stays loaded as long as this object or any node that it created exists: each node
+/// handle holds a reference to the library.
 class Plugin
 {
 public:
     /// Loads a plug-in, checks its interface version, creates its factory, and copies and checks
     /// its catalogue.
-    /// @throws HostError naming the file, if any of that fails
+    /// @throws HostError naming the file, if any of these steps fails
     explicit Plugin(const std::filesystem::path& file);
 
-    // Assignment would let the old library go before its factory.
+    // Assignment would unload the old library before destroying its factory.
     Plugin(const Plugin&) = delete;
     Plugin& operator=(const Plugin&) = delete;
     ~Plugin();
@@ -53,18 +53,18 @@ public:
 
     bool Offers(const std::string& typeName) const;
 
-    /// Whether this is the plug-in mox_library, whose node types are files.
+    /// Returns whether this is the plug-in mox_library, whose node types are defined by files.
     bool OffersNodeFiles() const;
 
-    /// A new node that keeps the library loaded.
-    /// @param where the place of the node in its document, for failures
+    /// Creates a node that keeps the library loaded.
+    /// @param where location of the node in its document, for errors
     /// @throws HostError if the factory cannot create the type or returns nothing
     PluginNode CreateNode(const std::string& typeName, const Place& where = {}) const;
 
 private:
     std::filesystem::path _file;
     boost::shared_ptr<boost::dll::shared_library> _library;
-    std::unique_ptr<Materials::GuiNodeFactory> _factory; ///< after _library, so destroyed first
+    std::unique_ptr<Materials::GuiNodeFactory> _factory; ///< destroyed before _library
     std::vector<PluginType> _types;
 };
 

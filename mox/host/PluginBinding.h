@@ -18,45 +18,46 @@ class Binding;
 
 namespace Mox::Host {
 
-/// What a texture binding says about its texture.
+/// The texture settings of a texture binding.
 struct TextureSettings
 {
-    std::string File; ///< the value: the host's name for the texture
+    std::string File; ///< value of the binding: the name of the texture in the host
     bool IsSrgb = false;
     std::string UsageHint; ///< such as "Normal"
 };
 
-/// A binding, and the only way by which the host calls it, since a plug-in may derive classes from
-/// the library's. What PluginNode says about operations, the incomplete type and copies holds here
-/// for Binding.
+/// A wrapper around a binding. The host calls bindings only through this class, because a plug-in
+/// may derive classes from those of the library. The notes on operations, the incomplete type and
+/// copies in PluginNode apply to Binding accordingly.
 class PluginBinding
 {
 public:
-    /// Takes a binding.
-    /// @param where of the node or element that it comes from; its failures are reported there
-    /// @param maker the node that made it, which keeps the code of the binding loaded; may be empty
+    /// Wraps a binding.
+    /// @param where location of the node or element that the binding comes from, for errors
+    /// @param maker the node that created the binding, which keeps the binding's code loaded; may
+    ///        be empty
     /// @throws HostError if the handle is empty
     explicit PluginBinding(boost::shared_ptr<Materials::Binding> binding, Place where = {},
                            boost::shared_ptr<const void> maker = {});
 
-    /// A new binding of the library's class for a stream type, without a name.
-    /// @throws HostError if there is no such class or the count is 0
+    /// Creates an unnamed binding of the library's class for a stream type.
+    /// @throws HostError if the library has no such class or the count is 0
     static PluginBinding Create(Materials::StreamType stream, std::uint32_t count, Place where);
 
     /// The virtual operations.
-    /// @throws HostError at the place of the binding, whatever it throws
+    /// @throws HostError with the location of the binding, whatever the operation throws
     std::uint32_t GetCount() const;
     float GetDefault(std::uint32_t index) const;
     std::string GetDefaultText() const;
     void SetDefaultText(const std::string& text) const;
     void WriteXml(xmlNodePtr element) const;
 
-    /// @param where the place of the element, at which failures are reported
+    /// @param where location of the element, for errors
     void ReadXml(const Place& where, xmlNodePtr element) const;
 
-    /// The records of the binding. Reading them calls nothing of the plug-in.
+    /// The data members of the binding. Reading them does not execute plug-in code.
     Materials::StreamType Stream() const;
-    std::string StreamName() const; ///< the word of the stream type
+    std::string StreamName() const; ///< keyword of the stream type
     const std::string& Tag() const;
     const std::string& Group() const;
     void SetGroup(const std::string& group) const;
@@ -72,7 +73,7 @@ private:
     Place _where;
 };
 
-/// The stream type with that word.
+/// Returns the stream type with this keyword.
 std::optional<Materials::StreamType> ParseStreamType(const std::string& word);
 
 } // namespace Mox::Host

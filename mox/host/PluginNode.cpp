@@ -25,7 +25,7 @@ static_assert(std::is_same_v<PluginNode::EdgeList, GuiNode::EdgeList>);
 
 namespace {
 
-/// The property of that name in the list of the bag, or a new one.
+/// Returns the property with this name from the list of the bag, or a new property.
 boost::shared_ptr<GuiProperty> FindListed(const GuiPropertyBag& bag, const std::string& name)
 {
     for (const auto& property : bag.Properties) {
@@ -35,7 +35,7 @@ boost::shared_ptr<GuiProperty> FindListed(const GuiPropertyBag& bag, const std::
     return GuiProperty::Create(name);
 }
 
-/// A property in the index of the bag that its list lacks, or a new one.
+/// Returns a property that is in the index of the bag but not in its list, or a new property.
 boost::shared_ptr<GuiProperty> FindUnlisted(const GuiPropertyBag& bag)
 {
     for (const auto& [name, property] : bag.Index) {
@@ -46,9 +46,9 @@ boost::shared_ptr<GuiProperty> FindUnlisted(const GuiPropertyBag& bag)
     return GuiProperty::Create("");
 }
 
-/// Gives the node its bag back and replaces each record that is null, so that the host can read the
-/// node after its failure.
-/// @returns what the node had lost, or an empty text
+/// Restores the bag of the node and replaces each data member that is null, so that the host can
+/// still read the node after the error.
+/// @returns a description of the missing data members, or an empty string
 std::string MendRecords(GuiNode& node, const boost::shared_ptr<GuiPropertyBag>& bag)
 {
     std::string lost;

@@ -24,36 +24,37 @@ class GuiNode;
 
 namespace Mox::Host {
 
-/// A node, and the only way by which the host calls it.
+/// A wrapper around a node. The host calls nodes only through this class.
 ///
-/// Nodes come from plug-ins, whose code may throw anything. Each virtual operation is a member here
-/// that lets nothing out but HostErrors and std::bad_alloc, and that leaves no null among the
-/// records of the node. GuiNode itself is an incomplete type in host code: only the sources of
-/// PluginNode and Plugin, and sources that define nodes, include its header, so no other source can
-/// call an operation.
+/// Nodes come from plug-ins, whose code may throw any exception. Each virtual operation has a
+/// member function here that throws only HostError and std::bad_alloc, and that replaces null
+/// pointers in the data members of the node. GuiNode itself is an incomplete type in host code:
+/// only the sources of PluginNode and Plugin, and sources that define nodes, include its header, so
+/// other sources cannot call the operations.
 ///
-/// A destructor must not throw: if that of a node does, the language ends the program.
+/// A destructor must not throw: if the destructor of a node throws, the program terminates.
 ///
-/// It works like a pointer: copies lead to the same node, and a const one allows changes of the
-/// node. The node's plug-in stays loaded as long as a copy lives.
+/// The class behaves like a pointer: copies refer to the same node, and a const wrapper allows
+/// changes to the node. The plug-in of the node stays loaded as long as a copy exists.
 class PluginNode
 {
 public:
     using EdgeList = std::list<boost::weak_ptr<Materials::GuiEdge>>;
 
-    /// Leads to no node; nothing but Handle and the tests for a node may be called.
+    /// Creates an empty wrapper; only Handle and the tests for a node may be called.
     PluginNode() = default;
 
-    /// Takes a node that was just created.
-    /// @throws HostError if the handle is empty or the node lacks one of its records
+    /// Wraps a node that was just created.
+    /// @throws HostError if the handle is empty or one of the node's data members is missing
     explicit PluginNode(boost::shared_ptr<Materials::GuiNode> node, const Place& where = {});
 
     explicit operator bool() const { return static_cast<bool>(_node); }
     friend bool operator==(const PluginNode& left, const PluginNode& right) = default;
 
-    /// The virtual operations. Each takes the place of the node in its document.
-    /// @throws HostError at this place, whatever the node throws; the message names operation and
-    ///         type unless it is one of the library's own. Also if the node loses a record.
+    /// The virtual operations. Each accepts the location of the node in its document.
+    /// @throws HostError with this location, whatever the node throws, and if one of the node's
+    ///         data members is missing afterwards; the message names the operation and the type
+    ///         unless the library itself raised the error
     void UpdatePorts(const Place& where) const;
     std::string GetTitle(const Place& where) const;
     void ResolveComponentCounts(const Place& where) const;
@@ -61,13 +62,13 @@ public:
     void GenerateShader(const Place& where, ShaderGraphGenerator& generator) const;
     bool HasBinding(const Place& where) const;
 
-    /// The bindings of the node in its order; none if it says that it has none.
+    /// Creates the bindings of the node in its order; none if the node reports that it has none.
     /// @throws HostError also if one of them is null
     std::vector<PluginBinding> CreateBindings(const Place& where) const;
     void LoadProperties(const Place& where,
                         const boost::shared_ptr<Materials::GuiPropertyBag>& stored) const;
 
-    /// The records of the node. Reading them calls nothing of the plug-in.
+    /// The data members of the node. Reading them does not execute plug-in code.
     Materials::GuiPropertyBag& Properties() const;
     std::vector<Materials::GuiPort>& InputPorts() const;
     std::vector<Materials::GuiPort>& OutputPorts() const;
@@ -85,18 +86,18 @@ public:
     const boost::shared_ptr<Materials::GuiProperty>& TypeProperty() const;
     const boost::shared_ptr<Materials::GuiProperty>& NameProperty() const;
 
-    /// The node as messages name it: name, then type.
+    /// Describes the node for messages: its name, followed by its type.
     std::string Describe() const;
 
-    /// Position of the first port with that name, or -1.
+    /// Returns the index of the first port with this name, or -1.
     std::int32_t FindInputPort(const std::string& name) const;
     std::int32_t FindOutputPort(const std::string& name) const;
 
-    /// @throws HostError at the place if there is no such port
+    /// @throws HostError with the location if there is no such port
     Materials::GuiPort& GetInputPort(const Place& where, const std::string& name) const;
     Materials::GuiPort& GetOutputPort(const Place& where, const std::string& name) const;
 
-    /// The node as properties that refer to it and edges hold it.
+    /// The handle that edges and properties use to refer to the node.
     const boost::shared_ptr<Materials::GuiNode>& Handle() const { return _node; }
 
 private:
@@ -104,11 +105,11 @@ private:
     void Call(const Place& where, const char* name, Operation operation) const;
 
     boost::shared_ptr<Materials::GuiNode> _node;
-    boost::shared_ptr<Materials::GuiPropertyBag> _bag; ///< that of the node, which may lose it
+    boost::shared_ptr<Materials::GuiPropertyBag> _bag; ///< kept because the node may lose it
 };
 
-/// The word of a port's precision, such as "half"; empty if it is not known, or if the node has set
-/// what is no precision.
+/// Returns the keyword of a port's precision, such as "half"; an empty string if the precision is
+/// unknown or invalid.
 std::string PrecisionOf(const Materials::GuiPort& port);
 
 } // namespace Mox::Host

@@ -10,14 +10,14 @@ namespace Mox::Host {
 
 enum class Severity
 {
-    Warning, ///< the material can be exported, but somebody should look at it
-    Error,   ///< the material cannot be exported as it stands
+    Warning, ///< the material can be exported, but should be checked
+    Error,   ///< the material cannot be exported in its current state
 };
 
-/// "warning" or "error".
+/// Returns "warning" or "error".
 const char* GetSeverityName(Severity severity);
 
-/// One thing that is wrong with a material.
+/// A problem in a material.
 struct Problem
 {
     Severity Level = Severity::Error;
@@ -25,31 +25,31 @@ struct Problem
     Place Where;
     std::string Message;
 
-    /// "file:line: node "id": port "name": message", as far as the place is known: one line, the
-    /// end of which is cut if it is very long.
+    /// Formats the problem as "file:line: node "id": port "name": message" in one line, without the
+    /// unknown parts of the location. A very long line is truncated.
     std::string Format() const;
 };
 
-/// What was found on the way through a material, in the order of finding. Work goes on behind a
-/// problem as far as it makes sense, so that one does not hide the others.
+/// The problems found while processing a material, in order. Processing continues after a problem
+/// as far as possible, so that one problem does not hide the others.
 class ProblemList
 {
 public:
     void Warn(ProblemRule rule, const Place& where, const std::string& message);
     void Fail(ProblemRule rule, const Place& where, const std::string& message);
 
-    /// Takes over a failure of the host.
+    /// Adds an error of the host.
     void Fail(ProblemRule rule, const HostError& error);
 
     void Add(const Problem& problem) { _problems.push_back(problem); }
 
-    /// Takes over the problems of a step that kept a list of its own.
+    /// Adds the problems of a step that has its own list.
     void Append(const ProblemList& other);
 
     bool HasErrors() const;
     const std::vector<Problem>& Problems() const { return _problems; }
 
-    /// For callers that stop at the first error.
+    /// Throws the first error, for callers that stop at it.
     /// @throws HostError with the first error, if there is one
     void ThrowFirstError() const;
 
@@ -57,8 +57,9 @@ private:
     std::vector<Problem> _problems;
 };
 
-/// What a call returns that takes a list for problems, for callers that stop at the first error.
-/// @throws HostError with it
+/// Returns the result of a call that accepts a problem list, for callers that stop at the first
+/// error.
+/// @throws HostError with that error
 template <class Call>
 auto WithoutErrors(Call call)
 {

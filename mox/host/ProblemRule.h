@@ -7,8 +7,8 @@
 
 namespace Mox::Host {
 
-/// All rules that problems are reported by. Build systems and baselines use the words, so none of
-/// them changes its meaning; docs/checks.md says what each means.
+/// All rules under which problems are reported. Build systems and baselines use these names, so
+/// their meanings must not change; docs/checks.md explains them.
 inline constexpr std::string_view problemRules[] = {
     // the document
     "unreadable",
@@ -100,7 +100,7 @@ inline constexpr std::string_view problemRules[] = {
     "preview-colour",
 };
 
-/// One of problemRules. A word that is not among them does not compile.
+/// One of problemRules. Any other string does not compile.
 class ProblemRule
 {
 public:

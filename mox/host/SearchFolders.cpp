@@ -12,8 +12,8 @@ namespace Mox::Host {
 
 std::filesystem::path LibraryFolder()
 {
-    // A constant inside the library. The address of a function may be that of a jump table in the
-    // program instead.
+    // This is a constant inside the library. The address of a function could instead be that of a
+    // jump table entry in the program.
     const void* inside = GetComponentName(ComponentType::Void);
     return std::filesystem::canonical(boost::dll::symbol_location_ptr(inside)).parent_path();
 }

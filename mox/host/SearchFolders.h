@@ -6,12 +6,13 @@
 
 namespace Mox::Host {
 
-/// The folder of the library mox_materials that the program has loaded. Plug-ins and environment
-/// lie in fixed places relative to it, in a build tree as in an installed one, so that they belong
-/// to that very library, whatever program loads it.
+/// Returns the folder of the library mox_materials that the program has loaded. Plug-ins and the
+/// environment are in fixed locations relative to it, both in a build tree and in an installation,
+/// so that they match this library in any program that loads it.
 std::filesystem::path LibraryFolder();
 
-/// The folders that an environment variable lists with colons between them; none if it is not set.
+/// Returns the folders that an environment variable lists, separated by colons; empty if the
+/// variable is not set.
 std::vector<std::string> ReadSearchPath(const char* variable);
 
 } // namespace Mox::Host
