@@ -13,7 +13,7 @@ struct TargetRow
     std::string_view Ending;
 };
 
-/// In the order of the enumeration.
+/// In the order of the enumerators.
 constexpr TargetRow rows[] = {
     {CompileTarget::Hlsl, "hlsl", "hlsl"},
     {CompileTarget::Glsl, "glsl", "glsl"},

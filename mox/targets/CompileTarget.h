@@ -7,26 +7,26 @@
 
 namespace Mox::Host {
 
-/// A language that programs are exported in, besides Cg.
+/// A language other than Cg in which programs are exported.
 enum class CompileTarget
 {
     Hlsl,       ///< shader model 5.0
     Glsl,       ///< 4.50 for OpenGL, with explicit bindings and locations
     GlslVulkan, ///< 4.50 for Vulkan, with descriptor sets
-    Essl,       ///< 3.00, as OpenGL ES 3 and browsers read it
+    Essl,       ///< 3.00, for OpenGL ES 3 and WebGL 2
     Msl,        ///< 2.0
     Wgsl,
     Spirv, ///< 1.0 for Vulkan 1.0, binary
 };
 
-/// Every target, in the order of the enumeration.
+/// Returns all targets, in the order of the enumerators.
 const std::vector<CompileTarget>& AllCompileTargets();
 
-/// The word on command lines and in reflection files: "hlsl", "glsl", "glsl-vulkan", "essl", "msl",
-/// "wgsl", "spirv".
+/// Returns the name of a target on command lines and in reflection files: "hlsl", "glsl",
+/// "glsl-vulkan", "essl", "msl", "wgsl" or "spirv".
 std::string_view GetTargetName(CompileTarget target);
 
-/// What files in the language end in, as other tools know it, without the dot in front.
+/// Returns the conventional file extension of the language, without the dot.
 std::string_view GetTargetEnding(CompileTarget target);
 
 } // namespace Mox::Host

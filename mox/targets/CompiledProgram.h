@@ -15,46 +15,46 @@
 
 namespace Mox::Host {
 
-/// The number of a uniform block: its descriptor set, or its own number where the target has no
-/// sets.
+/// Returns the number of a uniform block: its descriptor set, or its block number if the target
+/// does not have descriptor sets.
 constexpr std::uint32_t NumberOf(UniformRate rate)
 {
     return static_cast<std::uint32_t>(rate);
 }
 constexpr std::uint32_t descriptorSetCount = 3;
-constexpr std::uint32_t blockBinding = 0; ///< in its set
+constexpr std::uint32_t blockBinding = 0; ///< in its descriptor set
 
-/// All textures go with the material.
+/// All textures are in the descriptor set of the material.
 constexpr std::uint32_t samplerSet = NumberOf(UniformRate::Material);
 constexpr std::uint32_t firstSamplerBinding = 1;
 
-/// A uniform in its block.
+/// A uniform in a block.
 struct UniformMember
 {
     std::size_t Parameter; ///< index into the program's parameters
-    std::string Name;      ///< as the reflection has it
+    std::string Name;      ///< name in the reflection
     ShaderType Type;
-    std::uint32_t Offset;       ///< bytes from the start of the block
-    std::uint32_t Size;         ///< bytes
-    std::uint32_t ArrayStride;  ///< bytes from element to element; 0 if it is no array
-    std::uint32_t MatrixStride; ///< bytes from column to column; 0 if it is no matrix
-    bool InVertex;              ///< read by the vertex stage
-    bool InFragment;            ///< read by the fragment stage
+    std::uint32_t Offset;       ///< in bytes from the start of the block
+    std::uint32_t Size;         ///< in bytes
+    std::uint32_t ArrayStride;  ///< in bytes between elements; 0 if it is not an array
+    std::uint32_t MatrixStride; ///< in bytes between columns; 0 if it is not a matrix
+    bool InVertex;              ///< whether the vertex stage reads it
+    bool InFragment;            ///< whether the fragment stage reads it
 
     bool IsRead() const { return InVertex || InFragment; }
 };
 
-/// The uniforms that a host sets together, in the layout "std140". A stage declares the whole block
-/// if it reads a member of it.
+/// The uniforms that a host sets together, in the std140 layout. A stage declares the whole block
+/// if it reads one of its members.
 struct UniformBlock
 {
     UniformRate Rate;
     std::string Name;
-    std::uint32_t Size; ///< bytes, a multiple of 16
+    std::uint32_t Size; ///< in bytes, a multiple of 16
     std::vector<UniformMember> Members;
 };
 
-/// Whether a stage declares a block.
+/// Returns whether a stage declares a block.
 inline bool IsReadIn(const UniformBlock& block, ProgramStage stage)
 {
     return std::any_of(block.Members.begin(), block.Members.end(), [&](const auto& member) {
@@ -66,23 +66,23 @@ inline bool IsReadIn(const UniformBlock& block, ProgramStage stage)
 struct SamplerSlot
 {
     std::size_t Parameter; ///< index into the program's parameters
-    std::string Name;      ///< as the reflection has it
+    std::string Name;      ///< name in the reflection
     ShaderType Type;
-    std::uint32_t Binding; ///< of the descriptor set samplerSet
-    std::uint32_t Unit;    ///< where the target counts textures apart
+    std::uint32_t Binding; ///< in the descriptor set samplerSet
+    std::uint32_t Unit;    ///< for targets that number textures separately
 };
 
 /// A vertex input or an interpolant.
 struct StageVariable
 {
-    std::optional<std::size_t> Parameter; ///< of a vertex input: index of the parameter
-    std::string Name;                     ///< as the reflection has it
+    std::optional<std::size_t> Parameter; ///< index of the parameter, for a vertex input
+    std::string Name;                     ///< name in the reflection
     ShaderType Type;
     std::uint32_t Location;
 };
 
-/// What one stage declares, the same in every target. What has no effect on the surface is not
-/// declared.
+/// The declarations of one stage, which are the same in all targets. Inputs without an effect on
+/// the surface are not declared.
 struct StageInterface
 {
     std::vector<SamplerSlot> Samplers;
@@ -90,26 +90,26 @@ struct StageInterface
     std::vector<StageVariable> Outputs;
 };
 
-/// One stage in one target.
+/// One stage in one target language.
 struct TargetProgram
 {
     CompileTarget Target;
     ProgramStage Stage;
-    std::string Bytes;      ///< text, or the words of the module in the machine's byte order
-    std::string EntryPoint; ///< name of the function at which it starts
-    std::vector<std::string> Names; ///< of the parameters in it; empty for one that it does not
-                                    ///< declare
+    std::string Bytes;      ///< source, or the words of the SPIR-V module in native byte order
+    std::string EntryPoint; ///< name of the entry function
+    std::vector<std::string> Names; ///< of the parameters; empty if the stage does not declare it
 };
 
-/// A pair of programs in all wanted targets.
+/// A pair of programs in all requested targets.
 struct CompiledProgram
 {
-    std::vector<ProgramParameter> Parameters; ///< those of the program, in its order, and then what
-                                              ///< else the environment declares
-    std::vector<UniformBlock> Blocks; ///< those that a stage reads, in the order of their numbers
+    std::vector<ProgramParameter> Parameters; ///< parameters of the program in its order, then the
+                                              ///< remaining environment uniforms
+    std::vector<UniformBlock> Blocks;         ///< blocks that a stage reads, in numeric order
     StageInterface Vertex;
     StageInterface Fragment;
-    std::vector<TargetProgram> Programs; ///< vertex before fragment for each target, in their order
+    std::vector<TargetProgram> Programs; ///< for each target in order: vertex stage, then fragment
+                                         ///< stage
 
     const StageInterface& InterfaceOf(ProgramStage stage) const
     {

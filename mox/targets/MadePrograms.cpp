@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::size_t mostBytes = std::size_t(32) << 20;
 
-/// The same for programs of which the same is made, but for the header. It must hold all that a
-/// text or a reflection depends on.
+/// Computes a key that is equal for programs whose results differ only in the header. It must
+/// include all data that affects the sources or the reflection.
 std::string HashProgram(const CgProgram& program)
 {
     std::vector<std::string> parts{program.Vertex.Text, program.Fragment.Text};

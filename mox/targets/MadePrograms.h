@@ -14,37 +14,40 @@
 
 namespace Mox::Host {
 
-/// Keeps what was made of programs, so that it is made once for all programs that are equal but for
-/// their header. It keeps the last 32 MB. Safe in parallel.
+/// Caches the results for programs, so that they are computed only once for programs that differ
+/// only in their header. It keeps the most recent 32 MB. Thread-safe.
 class MadePrograms
 {
 public:
     using Texts = std::vector<std::string>;
 
-    /// @param make makes the texts of the program; none if it cannot. While a thread makes them,
-    ///        others that want the same wait. May throw
-    /// @returns the texts of an equal program with the header of this one, or what make returns
+    /// @param make creates the output files of the program; returns none if that is impossible.
+    ///        While one thread runs it, other threads with the same request wait. May throw
+    /// @returns the files of an equal program with the header of this one, or the result of make
     Texts Get(const CgProgram& program, const std::function<Texts()>& make);
 
 private:
-    /// Texts without the line that holds their header.
+    /// Files without the line that contains their header.
     struct Headless
     {
         Headless(Texts texts, const std::string& header);
         Texts With(const std::string& header) const;
 
         Texts Parts;
-        std::vector<std::size_t> HeaderAt; ///< by part; npos if it has none
+        std::vector<std::size_t> HeaderAt; ///< position of the header in each file; npos if there
+                                           ///< is none
     };
-    using Made = std::shared_future<std::shared_ptr<const Headless>>; ///< null if there is none
+    using Made = std::shared_future<std::shared_ptr<const Headless>>; ///< null if there is no
+                                                                      ///< result
 
     void Keep(const std::string& key, std::size_t size);
     void Forget(const std::string& key);
 
     std::mutex _mutex;
-    std::map<std::string, Made> _made;                     ///< by content of the program
-    std::deque<std::pair<std::string, std::size_t>> _kept; ///< keys and bytes, the oldest first
-    std::size_t _size = 0;                                 ///< bytes of all that is kept
+    std::map<std::string, Made> _made;                     ///< keyed by the content of the program
+    std::deque<std::pair<std::string, std::size_t>> _kept; ///< keys and sizes in bytes, oldest
+                                                           ///< first
+    std::size_t _size = 0;                                 ///< total size in bytes
 };
 
 } // namespace Mox::Host

@@ -56,7 +56,7 @@ SpirvWords OptimiseModule(const SpirvWords& words)
     optimiser.RegisterPerformancePasses();
     optimiser.RegisterPass(spvtools::CreateCompactIdsPass());
     spvtools::OptimizerOptions options;
-    options.set_run_validator(false); // its time grows with the square of the number of functions
+    options.set_run_validator(false); // its running time is quadratic in the number of functions
     SpirvWords optimised;
     if (!optimiser.Run(words.data(), words.size(), &optimised, options))
         throw std::runtime_error(failure);

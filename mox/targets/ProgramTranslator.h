@@ -11,17 +11,17 @@
 
 namespace Mox::Host {
 
-/// Turns the text of a stage in GLSL for Vulkan into the words of a SPIR-V module.
-/// @throws std::runtime_error if there is something wrong with the text
+/// Compiles the Vulkan GLSL source of a stage to the words of a SPIR-V module.
+/// @throws std::runtime_error if the source is invalid
 using SpirvMaker = std::function<std::string(const std::string& text, ProgramStage stage)>;
 
-/// Spells both stages of a program in each of the targets. The result is the same to the byte for
-/// the same program. Safe in parallel.
-/// @param makeSpirv needed for SPIR-V alone
-/// @param file of the material, for messages
-/// @param problems gets an error of the rule "code" or "target" with its node for everything that
-///        is wrong with the program, or one of the rule "compile" if writing fails
-/// @returns incomplete if errors were added
+/// Translates both stages of a program to each target. The result for the same program is always
+/// identical, byte for byte. Thread-safe.
+/// @param makeSpirv required only for SPIR-V
+/// @param file file of the material, for messages
+/// @param problems receives an error under the rule "code" or "target" with the node for each error
+///        in the program, or one under the rule "compile" if writing fails
+/// @returns an incomplete result if errors were added
 CompiledProgram Translate(const CgProgram& program, const std::vector<CompileTarget>& targets,
                           Languages::Precision precision, const SpirvMaker& makeSpirv,
                           const std::string& file, ProblemList& problems);

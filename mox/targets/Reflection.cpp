@@ -13,7 +13,7 @@ using Materials::Compose;
 
 namespace {
 
-/// An object with a name.
+/// Creates an object with a name.
 Json MakeNamed(const std::string& name)
 {
     Json json = MakeJsonObject();
@@ -21,7 +21,7 @@ Json MakeNamed(const std::string& name)
     return json;
 }
 
-/// Names a parameter, and if the environment reads it what it is called there.
+/// Describes the name of a parameter and, if the environment reads it, its name there.
 Json DescribeName(const std::string& name, const ProgramParameter& parameter)
 {
     Json json = MakeNamed(name);
@@ -30,7 +30,7 @@ Json DescribeName(const std::string& name, const ProgramParameter& parameter)
     return json;
 }
 
-/// The stages that read a member.
+/// Lists the stages that read a member.
 Json DescribeReaders(bool inVertex, bool inFragment)
 {
     Json json = Json::array();
@@ -87,7 +87,7 @@ Json DescribeVariables(const std::vector<StageVariable>& variables,
     return json;
 }
 
-/// What the document sets, and nothing else.
+/// Adds only the sampler states that the document sets.
 void DescribeSampling(const SamplerState& state, Json& entry)
 {
     if (!state.WrapU.empty())
@@ -118,7 +118,7 @@ Json DescribeStage(const StageInterface& stage, const std::vector<ProgramParamet
     return json;
 }
 
-/// Where a uniform block stands in a target, in the words of that target.
+/// Describes the location of a uniform block in the terms of the target.
 Json PlaceBlock(const UniformBlock& block, CompileTarget target)
 {
     const std::uint32_t number = NumberOf(block.Rate);
@@ -169,7 +169,7 @@ Json PlaceSampler(const SamplerSlot& sampler, const std::string& name, CompileTa
                 {"sampler", name + "Sampler"},
                 {"samplerIndex", sampler.Unit}};
     case CompileTarget::Wgsl: {
-        // A texture and its sampler have numbers of their own.
+        // A texture and its sampler have separate numbers.
         const std::uint32_t binding = firstSamplerBinding + 2 * sampler.Unit;
         return {{"group", samplerSet},
                 {"texture", name},

@@ -6,8 +6,8 @@
 
 namespace Mox::Host {
 
-/// A JSON document that tells a host which parameter stands where, in general and under which name
-/// in each target. docs/targets.md explains the fields.
+/// Formats a JSON document that describes the location of each parameter, both in general and under
+/// its name in each target. docs/targets.md explains the fields.
 std::string FormatReflection(const CompiledProgram& program);
 
 } // namespace Mox::Host

@@ -24,8 +24,8 @@ void SortByLocation(std::vector<StageSlot>& slots)
     });
 }
 
-/// What the reflection calls parameters. A binding has its own name, and so has a value of the
-/// environment unless a binding has it too.
+/// Returns the names of the parameters in the reflection. A binding keeps its name, and so does an
+/// environment value unless a binding has the same name.
 std::vector<std::string> NameInReflection(const std::vector<ProgramParameter>& parameters)
 {
     std::set<std::string> taken;
@@ -61,7 +61,7 @@ StagePair::StagePair(const CgProgram& program, const ProgramCode& code)
         Describe(stage);
 }
 
-/// @returns the uniforms among them
+/// @returns the uniforms among the parameters
 UniformBlocks::BothUniforms StagePair::FindParameters()
 {
     UniformBlocks::BothUniforms uniforms;
@@ -87,7 +87,7 @@ UniformBlocks::BothUniforms StagePair::FindParameters()
     return uniforms;
 }
 
-/// Names that differ from one another in all that both stages declare.
+/// Assigns names that are unique among the declarations of both stages.
 void StagePair::GiveNames()
 {
     static const Languages::Words none;
@@ -114,7 +114,7 @@ void StagePair::GiveNames()
     }
 }
 
-/// What crosses in a register, with underscores between the names.
+/// Joins the names of the values in an interpolant register with underscores.
 std::string StagePair::NameOfInterpolant(int location) const
 {
     std::vector<std::pair<std::int32_t, const std::string*>> parts;
@@ -168,7 +168,7 @@ void StagePair::Describe(ProgramStage stage)
     DescribeSamplers(described);
 }
 
-/// Samplers count in the order of the program's parameters, through both stages.
+/// Samplers are numbered across both stages in the order of the program's parameters.
 void StagePair::DescribeSamplers(Languages::StageProgram& described) const
 {
     std::vector<int> units;

@@ -13,15 +13,15 @@
 
 namespace Mox::Host {
 
-/// Both stages of a program as writers spell them. They declare the same interpolants under the
-/// same names in the same order.
+/// Both stages of a program in the form that the writers require. They declare the same
+/// interpolants with the same names in the same order.
 class StagePair
 {
 public:
-    /// @param program in which CheckCode and CheckTargets find nothing wrong; must outlive the
+    /// @param program a program without errors from CheckCode and CheckTargets; must outlive the
     ///        object
-    /// @param code of the program, from CheckCode; must outlive the object
-    /// @throws std::logic_error if there is something wrong
+    /// @param code code of the program, from CheckCode; must outlive the object
+    /// @throws std::logic_error if the program has errors
     StagePair(const CgProgram& program, const ProgramCode& code);
 
     const Languages::StageProgram& StageOf(ProgramStage stage) const
@@ -29,13 +29,13 @@ public:
         return _stages[static_cast<std::size_t>(stage)];
     }
 
-    /// Those of the program, and then what else the environment declares.
+    /// The parameters of the program, followed by the remaining environment uniforms.
     const std::vector<ProgramParameter>& Parameters() const { return _parameters; }
 
     std::vector<UniformBlock> DescribeBlocks() const { return _blocks->Describe(_reflected); }
     StageInterface DescribeInterface(ProgramStage stage) const;
 
-    /// Names by parameter, from those by variable.
+    /// Converts names by variable to names by parameter.
     std::vector<std::string>
     NamesOfParameters(const std::vector<std::pair<const Cg::Variable*, std::string>>& names) const;
 
@@ -51,9 +51,10 @@ private:
     const ProgramCode& _code;
     const std::vector<ProgramParameter> _parameters;
     std::array<Languages::StageProgram, programStageCount> _stages;
-    std::unordered_map<const Cg::Variable*, std::size_t> _byVariable; ///< parameters
-    std::vector<std::string> _names;                                  ///< wanted, by parameter
-    std::vector<std::string> _reflected;                              ///< by parameter
+    std::unordered_map<const Cg::Variable*, std::size_t> _byVariable; ///< index of the parameter
+    std::vector<std::string> _names;                                  ///< requested, by parameter
+    std::vector<std::string> _reflected;                              ///< in the reflection, by
+                                                                      ///< parameter
     std::optional<UniformBlocks> _blocks;
     std::unordered_map<int, std::string> _interpolants; ///< names by location
 };

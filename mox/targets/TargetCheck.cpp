@@ -10,7 +10,8 @@ namespace {
 
 using Materials::Compose;
 
-/// Whether a target has a counterpart for a class of registers. So far all of them have the same.
+/// Returns whether a target supports a type of register. Currently, all targets support the same
+/// types.
 bool HasRegister(CompileTarget, ShaderRegisterType type)
 {
     switch (type) {
@@ -38,13 +39,13 @@ bool HasRegister(CompileTarget, ShaderRegisterType type)
     return false;
 }
 
-/// Likewise for types of parameters.
+/// Returns whether a target supports a parameter type.
 bool HasType(CompileTarget, ComponentType type)
 {
     return type != ComponentType::SamplerRect;
 }
 
-/// Those of the targets for which a predicate does not hold, as a list; empty if it holds for all.
+/// Lists the targets that do not satisfy a predicate; empty if all do.
 template <class Has>
 std::string ListLacking(const std::vector<CompileTarget>& targets, Has has)
 {
@@ -56,7 +57,8 @@ std::string ListLacking(const std::vector<CompileTarget>& targets, Has has)
     return list;
 }
 
-/// The node that uses a register, by its call in the stage; empty for the environment.
+/// Returns the node that reads a register, based on its call in the stage; empty for the
+/// environment.
 std::string NodeOfInput(const PlannedStage& stage, std::size_t input)
 {
     for (const PlannedCall& call : stage.Calls) {
@@ -74,8 +76,8 @@ std::string NodeOfOutput(const PlannedStage& stage, const PlannedOutput& output)
                                                             : std::string();
 }
 
-/// Cg lets a fragment program read what no vertex program has written, or has written as another
-/// type; no other language does.
+/// In Cg, a fragment program may read a register that the vertex program has not written, or has
+/// written as a different type; other languages do not allow this.
 void CheckHandedOver(const ProgramPlan& plan, const std::string& file, ProblemList& problems)
 {
     const PlannedStage& fragment = plan.StageOf(ProgramStage::Fragment);

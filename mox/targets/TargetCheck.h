@@ -10,14 +10,14 @@
 
 namespace Mox::Host {
 
-/// Finds what a program needs that targets have no counterpart for: registers, and kinds of
-/// textures. Each is an error of the rule "target" with the node that needs it.
-/// @param file of the material, for messages
+/// Finds registers and texture types that the program needs but the targets do not support. Each is
+/// reported as an error under the rule "target" with the node that needs it.
+/// @param file file of the material, for messages
 void CheckTargets(const ProgramPlan& plan, const std::vector<CompileTarget>& targets,
                   const std::string& file, ProblemList& problems);
 
-/// A format without texts, which finds what a program needs that some target has no counterpart
-/// for.
+/// A format without output files, which only reports registers and texture types that some target
+/// does not support.
 class TargetCheck : public ProgramFormat
 {
 public:

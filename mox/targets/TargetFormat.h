@@ -6,13 +6,13 @@
 
 namespace Mox::Host {
 
-/// Programs in other languages than Cg, with a reflection document that says what is where. Equal
-/// programs are made once.
+/// Writes programs in languages other than Cg, with a reflection document. Equal programs are
+/// translated only once.
 class TargetFormat : public ProgramFormat
 {
 public:
-    /// @param targets at least one
-    /// @param makeSpirv needed for SPIR-V alone
+    /// @param targets must not be empty
+    /// @param makeSpirv required only for SPIR-V
     TargetFormat(std::vector<CompileTarget> targets, Languages::Precision precision,
                  SpirvMaker makeSpirv);
 

@@ -17,7 +17,7 @@ bool IsOfEnvironment(const ProgramParameter& parameter)
     return parameter.Kind == ParameterKind::Uniform && !parameter.IsBinding;
 }
 
-/// @returns the number of parameters if there is none
+/// @returns the number of parameters if the name is not found
 std::size_t FindOfEnvironment(const std::vector<ProgramParameter>& parameters,
                               const std::string& name)
 {

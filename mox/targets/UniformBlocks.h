@@ -12,34 +12,34 @@
 
 namespace Mox::Host {
 
-/// The parameters of a program, and then those that the environment declares and nothing reads.
+/// Returns the parameters of a program, followed by the environment uniforms that are not read.
 std::vector<ProgramParameter> CompleteParameters(const ProgramPlan& plan);
 
-/// The uniform blocks of a program, laid out once for both stages. The block of the material holds
-/// what either stage reads; those of frame and object hold all that the environment declares, so
-/// that they are the same for every material.
+/// The uniform blocks of a program, with one layout for both stages. The block of the material
+/// contains the uniforms that either stage reads; those of the frame and the object contain all
+/// environment uniforms, so that they are the same for all materials.
 class UniformBlocks
 {
 public:
-    /// The variables of a stage's code that are uniforms, by parameter.
+    /// The uniform variables in the code of a stage, by parameter.
     using StageUniforms = std::unordered_map<std::size_t, const Cg::Variable*>;
     using BothUniforms = std::array<StageUniforms, programStageCount>;
 
-    /// @param parameters of CompleteParameters; must outlive the object, like the code
-    /// @param names that members are to have in texts, by parameter
-    /// @throws std::logic_error if a stage reads what the environment does not declare
+    /// @param parameters result of CompleteParameters; must outlive the object, like the code
+    /// @param names requested names of members in the sources, by parameter
+    /// @throws std::logic_error if a stage reads a uniform that the environment does not declare
     UniformBlocks(const ProgramPlan& plan, const std::vector<ProgramParameter>& parameters,
                   const std::vector<std::string>& names, BothUniforms uniforms);
 
-    /// The blocks of which a stage reads a member, whole.
-    /// @returns what must not outlive the object
+    /// Returns the complete blocks of which a stage reads a member.
+    /// @returns blocks that must not outlive the object
     std::vector<Languages::UniformBlock> DeclaredIn(ProgramStage stage) const;
 
-    /// The blocks that either stage declares.
-    /// @param names of the parameters in the reflection
+    /// Describes the blocks that either stage declares.
+    /// @param names names of the parameters in the reflection
     std::vector<UniformBlock> Describe(const std::vector<std::string>& names) const;
 
-    /// The variables that stand in blocks for what a stage does not read, with their parameters.
+    /// The variables that represent unread members in blocks, with their parameters.
     const std::unordered_map<const Cg::Variable*, std::size_t>& Unread() const { return _unread; }
 
 private:
