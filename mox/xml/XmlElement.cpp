@@ -6,7 +6,8 @@ namespace Mox::Host {
 
 namespace {
 
-/// Column of a place in a text, in characters; 0, not known, if the line is very long.
+/// Returns the column of a position in a string, in characters; 0 (unknown) if the line is very
+/// long.
 int ColumnOf(std::string_view text, std::size_t place)
 {
     constexpr std::size_t longest = 10000;
@@ -20,7 +21,7 @@ int ColumnOf(std::string_view text, std::size_t place)
     return column;
 }
 
-/// Where an attribute begins in the start tag that begins at a place.
+/// Returns the position of an attribute in the start tag that begins at a given position.
 std::size_t FindInTag(std::string_view text, std::size_t begin, std::string_view attribute)
 {
     std::size_t place = text.find_first_of(" \t\r\n/>", begin);

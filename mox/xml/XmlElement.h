@@ -14,28 +14,28 @@ struct XmlAttribute
     std::string_view Value;
 };
 
-/// The value of an attribute, or null.
+/// Returns the value of an attribute, or null.
 const std::string_view* FindValue(std::span<const XmlAttribute> attributes, std::string_view name);
 
-/// An element at its start tag. It only lives while a handler is told of it.
+/// An element at its start tag. It is valid only during the call of the handler.
 struct XmlElement
 {
     std::string_view Name;
-    std::span<const XmlAttribute> Attributes; ///< namespace declarations too
+    std::span<const XmlAttribute> Attributes; ///< including namespace declarations
     int Line = 0;
-    std::string_view Text; ///< the whole document
-    std::size_t Begin = 0; ///< of the start tag in the text
+    std::string_view Text; ///< source of the whole document
+    std::size_t Begin = 0; ///< position of the start tag in Text
 
-    /// The value of an attribute, or null.
+    /// Returns the value of an attribute, or null.
     const std::string_view* Find(std::string_view attribute) const
     {
         return FindValue(Attributes, attribute);
     }
 
-    /// The place of the start tag in a file.
+    /// Returns the location of the start tag in a file.
     Place PlaceIn(const std::string& file) const;
 
-    /// The place of one of the attributes.
+    /// Returns the location of one of the attributes.
     Place PlaceOf(std::string_view attribute, const std::string& file) const;
 };
 

@@ -32,11 +32,12 @@ int CountLines(std::string_view text)
     return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
 }
 
-/// Whether a start tag has more than a number of attributes.
+/// Returns whether a start tag has more than the given number of attributes.
 bool IsCrowded(std::string_view tag, std::size_t mostAttributes)
 {
     if (tag.size() < 2 * mostAttributes)
-        return false; // as nearly all: not even the quotes of so many find room
+        return false; // shortcut for nearly all tags: too short for the quotes of so many
+                      // attributes
     std::size_t count = 0;
     for (std::size_t place = tag.find_first_of("\"'>");
          place != std::string_view::npos && tag[place] != '>';
@@ -50,8 +51,8 @@ bool IsCrowded(std::string_view tag, std::size_t mostAttributes)
     return false;
 }
 
-/// Line of the first start tag that has too many attributes, or 0: libxml2 compares every two of
-/// them.
+/// Returns the line of the first start tag with too many attributes, or 0. libxml2 compares each
+/// pair of attributes.
 int FindCrowdedTag(std::string_view text, std::size_t mostAttributes)
 {
     std::size_t place = text.find('<');
@@ -124,7 +125,7 @@ bool XmlParser::Parse(std::string_view text)
     _isStopped = false;
     _depth = 0;
     const QuietErrors quiet;
-    // There are no entities but those of XML itself, and they are to stand for their characters.
+    // Only the predefined entities of XML are allowed, and they are replaced by their characters.
     constexpr int options = XML_PARSE_NONET | XML_PARSE_BIG_LINES | XML_PARSE_NOENT;
     const xmlDocPtr document = xmlCtxtReadMemory(
         context.get(), text.data(), static_cast<int>(text.size()), nullptr, nullptr, options);
@@ -133,7 +134,7 @@ bool XmlParser::Parse(std::string_view text)
     _context = nullptr;
     if (_failure)
         std::rethrow_exception(std::exchange(_failure, nullptr));
-    // Without memory to begin with, libxml2 gives up without a word.
+    // If libxml2 cannot allocate memory at the start, it fails without an error.
     if (!isRead && !_isStopped)
         throw std::bad_alloc();
     return !_isStopped;
@@ -142,12 +143,13 @@ bool XmlParser::Parse(std::string_view text)
 void XmlParser::Stop()
 {
     _isStopped = true;
-    // xmlStopParser would free the text while libxml2, which tells of an error, may be amid a tag.
+    // libxml2 may report an error in the middle of a tag, and xmlStopParser would then free the
+    // source that it is still reading.
     _context->disableSAX = 1;
     _context->instate = XML_PARSER_EOF;
 }
 
-/// Exceptions cannot pass through libxml2: they wait until it has returned.
+/// Exceptions must not propagate through libxml2: they are stored until it has returned.
 template <class Action>
 void XmlParser::Guard(void* context, Action action)
 {
@@ -181,7 +183,7 @@ void XmlParser::OnStartElement(void* context, const xmlChar* name, const xmlChar
     Guard(context, [&](XmlParser& self) {
         const xmlChar* next = self._context->input->cur;
         if (next[0] != '>' && (next[0] != '/' || next[1] != '>'))
-            return; // a part of a tag, of which libxml2 is about to complain
+            return; // an incomplete tag, for which libxml2 reports an error next
         constexpr int deepest = 32;
         if (++self._depth > deepest) {
             return self.FailHere("too-deep",
@@ -240,7 +242,7 @@ void XmlParser::OnError(void* context, xmlErrorPtr error)
             throw std::bad_alloc();
         if (error->code == XML_ERR_UNSUPPORTED_ENCODING)
             return self.FailEncoding(ViewOf(reinterpret_cast<xmlChar*>(error->str1)));
-        // Its own error in words: it looks no further ahead for the end of something.
+        // A clearer message: libxml2 limits how far ahead it searches for the end of a construct.
         if (error->code == XML_ERR_INTERNAL_ERROR)
             return self.FailHere("not-well-formed",
                                  "something is too long, such as a name or a tag");
@@ -267,7 +269,7 @@ XmlElement XmlParser::DescribeElement(const xmlChar* name, const xmlChar* prefix
     element.Name = QualifiedName(prefix, name);
     element.Attributes = _attributes;
     element.Text = _text;
-    // No attribute may hold this character itself.
+    // The value of an attribute cannot contain an unescaped "<".
     element.Begin = before.rfind('<');
     element.Line = _context->input->line - CountLines(before.substr(element.Begin));
     return element;
@@ -282,7 +284,7 @@ std::string_view XmlParser::QualifiedName(const xmlChar* prefix, const xmlChar* 
 
 void XmlParser::AddDeclarations(int count, const xmlChar** namespaces)
 {
-    constexpr std::ptrdiff_t fields = 2; // prefix and namespace
+    constexpr std::ptrdiff_t fields = 2; // prefix and URI
     for (const xmlChar** field = namespaces; field != namespaces + count * fields;
          field += fields) {
         const xmlChar* xmlns = BAD_CAST "xmlns";
@@ -302,7 +304,7 @@ void XmlParser::AddAttributes(int count, const xmlChar** attributes)
     }
 }
 
-/// @returns false, for callers that give up
+/// @returns false, for callers that return immediately
 bool XmlParser::Fail(ProblemRule rule, int line, int column, const std::string& message)
 {
     _problems.Fail(rule, {_file, line, column}, message);

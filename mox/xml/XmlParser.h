@@ -14,7 +14,7 @@
 
 namespace Mox::Host {
 
-/// Receives the contents of a document from an XmlParser, in their order.
+/// Receives the contents of a document from an XmlParser in document order.
 class XmlHandler
 {
 public:
@@ -23,19 +23,19 @@ public:
     virtual void StartElement(const XmlElement& element) = 0;
     virtual void EndElement() = 0;
 
-    /// A part of the characters in the innermost open element.
-    /// @param line of the first character that is not a space, 0 if all are spaces
+    /// Receives part of the character data in the innermost open element.
+    /// @param line line of the first character that is not a space; 0 if all are spaces
     virtual void Text(std::string_view text, int line) = 0;
 
     virtual void Comment(std::string_view text) = 0;
 
-    /// A processing instruction.
-    /// @param line of its end
+    /// Receives a processing instruction.
+    /// @param line line of its end
     virtual void Instruction(int line) = 0;
 };
 
-/// As long as it lives, keeps libxml2 from printing what it reports to no parser, such as errors of
-/// converting from another encoding. To be used on one thread, whose state it changes.
+/// While it exists, suppresses libxml2 errors that do not belong to a parser, such as those from
+/// encoding conversions. It must be used on a single thread, whose state it changes.
 class QuietErrors
 {
 public:
@@ -50,22 +50,22 @@ private:
     void* _context;
 };
 
-/// Parses XML in UTF-8 from memory and keeps nothing of it. It opens no file and no network
-/// connection, and refuses document type declarations, and with them entities; elements nested too
-/// deep; and elements with very many attributes.
+/// Parses XML in UTF-8 from memory without storing it. It opens no file and no network connection,
+/// and rejects document type declarations and therefore entities, elements that are nested too
+/// deeply, and elements with too many attributes.
 class XmlParser
 {
 public:
-    /// @param file as it is named in messages
-    /// @param problems takes what is wrong; must outlive the parser, like handler
+    /// @param file file name for messages
+    /// @param problems receives the errors; must outlive the parser, like handler
     XmlParser(std::string file, XmlHandler& handler, ProblemList& problems);
 
-    /// Parses to the end or to the first error in the form of the text. What the handler throws
-    /// passes through.
-    /// @returns whether it came to the end
+    /// Parses to the end, or to the first well-formedness error. Exceptions of the handler are
+    /// propagated.
+    /// @returns whether the whole document was parsed
     bool Parse(std::string_view text);
 
-    /// Ends parsing; to be called by the handler.
+    /// Stops parsing; may be called only by the handler.
     void Stop();
 
 private:
@@ -99,7 +99,7 @@ private:
     std::string_view _text;
     xmlParserCtxtPtr _context = nullptr;
     bool _isStopped = false;
-    int _depth = 0;                                ///< of open elements
+    int _depth = 0;                                ///< number of open elements
     std::vector<XmlAttribute> _attributes;         ///< of the last start tag
     std::forward_list<std::string> _prefixedNames; ///< in the last start tag
     std::exception_ptr _failure;

@@ -45,12 +45,12 @@ public:
     void Comment(std::string_view) override {}
     void Instruction(int) override {}
 
-    /// To be called once, after the end of the document.
+    /// Must be called only once, after the end of the document.
     XmlTree TakeRoot() { return std::move(_open.front().Children.front()); }
 
 private:
     std::string _file;
-    std::vector<XmlTree> _open{1}; ///< from the document itself down to the innermost element
+    std::vector<XmlTree> _open{1}; ///< from the document node to the innermost open element
 };
 
 } // namespace

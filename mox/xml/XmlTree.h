@@ -10,7 +10,7 @@
 
 namespace Mox::Host {
 
-/// An element of an XML document that is small enough to be held in memory as a whole.
+/// An element of an XML document that is small enough to fit in memory.
 struct XmlTree
 {
     struct Attribute
@@ -19,40 +19,41 @@ struct XmlTree
         std::string Value;
     };
 
-    /// The value of an attribute, or null.
+    /// Returns the value of an attribute, or null.
     const std::string* Find(std::string_view attribute) const;
 
-    /// The same, with an empty text for an attribute that is missing.
+    /// Returns the value of an attribute, or an empty string if it is missing.
     std::string Get(std::string_view attribute) const;
 
     std::string Name;                  ///< with its prefix, if it has one
-    std::vector<Attribute> Attributes; ///< namespace declarations too
+    std::vector<Attribute> Attributes; ///< including namespace declarations
     std::vector<XmlTree> Children;
-    std::string Text; ///< all characters directly in the element
-    Place Where;      ///< file and line of the start tag
-    Place WhereText;  ///< of the first character of Text that is not a space; line 0 if all are
+    std::string Text; ///< character data directly in the element
+    Place Where;      ///< location of the start tag
+    Place WhereText;  ///< location of the first character of Text that is not a space; line 0 if
+                      ///< all are spaces
 };
 
-/// Reads an XML document. Comments and processing instructions are left out; all that an XmlParser
-/// refuses is an error.
+/// Reads an XML document without its comments and processing instructions. A document that
+/// XmlParser rejects is an error.
 /// @returns the root element
 /// @throws HostError if the file cannot be read or is not a well-formed document
 XmlTree ReadXmlTree(const std::filesystem::path& file);
 
-/// The same for a document in memory.
-/// @param file as it is named in messages
+/// Does the same for a document in memory.
+/// @param file file name for messages
 XmlTree ParseXmlTree(const std::string& file, std::string_view text);
 
-/// The same for callers that want to know by which rule it failed.
-/// @param problems takes what is wrong
-/// @returns nothing if the document is not well-formed or refused
+/// Does the same for callers that need the rule of the error.
+/// @param problems receives the errors
+/// @returns nothing if the document is not well-formed or is rejected
 std::optional<XmlTree> ParseXmlTree(const std::string& file, std::string_view text,
                                     ProblemList& problems);
 
-/// Whether the root element of an XML file may have this name: it has it, or the file cannot be
-/// read or is not well-formed before it. Reads no further than the root's start tag, and accepts
-/// what an XmlParser refuses, such as other encodings, so that files of other programs are
-/// recognised.
+/// Returns whether the root element of an XML file could have this name: it has the name, or the
+/// file cannot be read or is not well-formed before the root element. It reads only up to the
+/// root's start tag, and accepts documents that XmlParser rejects, such as those in other
+/// encodings, so that files of other programs are recognised.
 bool MayHaveRoot(const std::string& file, std::string_view name) noexcept;
 
 } // namespace Mox::Host

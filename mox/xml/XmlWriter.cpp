@@ -78,7 +78,7 @@ void XmlWriter::Comment(std::string_view text)
     Indent();
     _text += "<!--";
     for (const char c : text) {
-        // A carriage return would be read as a line end.
+        // A parser would convert a carriage return to a line feed.
         if (c == '\r')
             continue;
         if (c == '-' && _text.back() == '-')

@@ -8,27 +8,28 @@
 
 namespace Mox::Host {
 
-/// Writes XML in UTF-8 with one element or comment on a line, indented by two spaces. Attributes
-/// are escaped so that reading yields the same characters, line ends included; characters outside
-/// ASCII are written as they are.
+/// Writes XML in UTF-8 with one element or comment per line, indented by two spaces. Attributes are
+/// escaped so that reading them restores the same characters, including line breaks; non-ASCII
+/// characters are written unescaped.
 class XmlWriter
 {
 public:
     void StartDocument();
     void StartElement(std::string_view name);
 
-    /// @throws HostError if XML cannot hold the value
+    /// @throws HostError if XML cannot represent the value
     void Attribute(std::string_view name, std::string_view value);
 
-    /// Two hyphens in a row, which a comment may not have, get a space between them.
-    /// @throws HostError as for an attribute
+    /// Writes a comment and inserts a space between two consecutive hyphens, which XML does not
+    /// allow.
+    /// @throws HostError if XML cannot represent the comment
     void Comment(std::string_view text);
     void EndElement();
 
-    /// Returns the document; to be called once, when all elements have ended.
+    /// Returns the document; must be called only once, after all elements have ended.
     std::string Finish();
 
-    Place Where; ///< of what is being written, for errors
+    Place Where; ///< location of the data being written, for errors
 
 private:
     [[noreturn]] void Refuse(const std::string& what) const;
