@@ -5,8 +5,8 @@
 
 namespace Mox::Host {
 
-/// Collects what writers of other formats need from a material: its nodes with the values of all
-/// properties, ordered so that each node follows those that feed it.
+/// Collects the data that writers of other formats need from a material: its nodes with the values
+/// of all properties, in topological order.
 /// @param graph resolved; must outlive the result
 /// @param plugins supply the default values
 CompleteMaterial DescribeMaterial(const MaterialGraph& graph, const PluginSet& plugins);

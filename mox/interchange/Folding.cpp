@@ -28,13 +28,13 @@ bool AreNumbers(const InterchangeNode& node, const InputValues& inputs)
     return true;
 }
 
-/// The number of a texture in sRGB as light.
+/// Converts a texture value from sRGB to linear light.
 float DecodeSrgb(float number)
 {
     return number <= 0.04045f ? number / 12.92f : std::pow((number + 0.055f) / 1.055f, 2.4f);
 }
 
-/// One value of several single numbers.
+/// Combines single numbers into one value.
 InterchangeValue Combine(const InterchangeNode& node, const InputValues& inputs)
 {
     InterchangeValue result;

@@ -20,16 +20,16 @@ struct Formula
 {
     struct Step
     {
-        std::string Name; ///< by which later steps refer to the value; empty for the result
+        std::string Name; ///< name for references in later steps; empty for the result
         Expression Value;
     };
 
     bool IsEmpty() const { return Steps.empty(); }
 
-    std::vector<Step> Steps; ///< the last one yields the result
+    std::vector<Step> Steps; ///< the last step computes the result
 };
 
-/// Parses a formula, in which calls may be nested at most 32 levels deep.
+/// Parses a formula. Calls may be nested up to 32 levels deep.
 /// @throws HostError if it is not a valid formula
 Formula ParseFormula(std::string_view text);
 

@@ -73,7 +73,7 @@ void SetFromTable(DocumentNode& record, const std::string& property, const std::
         MaterialBuilder::Set(record, property, GuiPropertyKind::Float, FormatNumber(number));
 }
 
-/// The number of components that a node operates on.
+/// Returns the number of components that a node operates on.
 int FreeCount(const InterchangeNode& node, const InterchangeAlternative& alternative,
               const InputValues& inputs)
 {
@@ -257,7 +257,7 @@ InterchangeValue InterchangeGraph::Call(const Expression& call, const InputValue
         throw NoCounterpart(Compose("no counterpart for these inputs of ", node->Name));
     Site step = site;
     step.IsStep = step.IsStep || alternative->Code == "extract";
-    step.Type.clear(); // it is the type of the whole formula, not of this step
+    step.Type.clear(); // the type belongs to the whole formula, not to this step
     InputValues outputs = Make(*node, *alternative, inputs, step);
     return FindOutput(outputs, "out", site);
 }

@@ -27,11 +27,11 @@ public:
     /// The MaterialX node that is being converted.
     struct Site
     {
-        /// The site of a step of a formula, with a name of its own.
+        /// Returns the site of a formula step with its own name.
         Site Step(const std::string& name) const;
 
-        /// Creates a node record of the given type; unless the site is a step, with position and
-        /// description.
+        /// Creates a node record of the given type, with a position and a description unless the
+        /// site is a step.
         DocumentNode Record(const std::string& type) const;
 
         std::string Id;
@@ -55,8 +55,8 @@ public:
     static bool Holds(const std::vector<InterchangeCondition>& conditions, const Values& inputs,
                       const std::string& type);
 
-    /// Parses the value of an unconnected input without a value in the file: numbers, a string, or
-    /// the name of data that the mesh or the scene supplies.
+    /// Parses the default value of an unconnected input: numbers, a string, or the name of data
+    /// that the mesh or the scene supplies.
     static InterchangeValue Default(const std::string& text);
 
     /// Creates the node for data that the mesh or the scene supplies; other values are returned

@@ -12,7 +12,7 @@ using Site = InterchangeGraph::Site;
 
 namespace {
 
-/// Whether a texture is read as a colour, so that the colour space of its file counts.
+/// Returns whether a texture contains colours, so that the colour space of its file applies.
 bool HoldsColours(const Site& site)
 {
     return site.Type.starts_with("color") || site.Type == "multioutput";

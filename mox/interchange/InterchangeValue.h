@@ -12,7 +12,7 @@ struct InterchangeValue
 {
     bool IsConnected() const { return !Node.empty(); }
 
-    /// Whether all numbers are equal.
+    /// Returns whether all numbers are equal.
     bool IsUniform() const
     {
         for (const float number : Numbers) {
@@ -27,7 +27,7 @@ struct InterchangeValue
     std::string ColourSpace;    ///< of a texture file
     std::string Parameter;      ///< name of the node graph input that holds the value
     std::string Lowest;         ///< minimum of the parameter, if the file specifies one
-    std::string Highest;        ///< maximum, likewise
+    std::string Highest;        ///< maximum of the parameter, if the file specifies one
     std::string Node;           ///< id of the node that has the port
     std::string Port;
     int Count = 1;           ///< number of components of the port
@@ -37,21 +37,21 @@ struct InterchangeValue
     bool IsUnpacked = false; ///< a normal in the range -1 to 1 where MaterialX has 0 to 1
 };
 
-/// Makes a value that refers to an output port of a node.
+/// Creates a value that refers to an output port of a node.
 InterchangeValue MakePortValue(const std::string& node, const std::string& port, int count);
 
-/// The number of components of a MaterialX type; 1 for types without components.
+/// Returns the number of components of a MaterialX type; 1 for types without components.
 int WidthOfType(const std::string& type);
 
-/// Parses the numbers of a MaterialX value, reading "true" as 1; empty if anything else is found or
-/// a number is infinite.
+/// Parses the numbers of a MaterialX value, with "true" as 1; returns an empty list if the string
+/// contains anything else or a number is infinite.
 std::vector<float> ParseNumbers(const std::string& text);
 
-/// Parses the numbers of a property, which separates the components of colours by spaces.
+/// Parses the numbers of a property; the components of colours are separated by spaces.
 std::vector<float> ParsePropertyNumbers(std::string text);
 
-/// Whether a value is unconnected and equals a string, compared numerically if both are numbers. A
-/// single number stands for all components.
+/// Returns whether a value is unconnected and equals a string, compared numerically if both are
+/// numbers. A single number represents all components.
 bool EqualsText(const InterchangeValue& value, const std::string& text);
 
 /// Formats a number as documents store it, without loss of precision.

@@ -39,7 +39,7 @@ public:
                                const std::string& name);
 
     /// Converts a value to the given number of components: a single component is broadcast;
-    /// otherwise missing components are 0 and a missing fourth one is 1.
+    /// otherwise, missing components are 0 and a missing fourth component is 1.
     InterchangeValue Resize(const InterchangeValue& value, int count, const std::string& id,
                             int line);
 
@@ -48,17 +48,17 @@ public:
 
     void Bind(DocumentBinding binding) { _document.Bindings.push_back(std::move(binding)); }
 
-    /// Removes unread nodes of a type that was created in case something would read it.
+    /// Removes unread nodes of a type whose nodes are created in advance.
     void Prune(const std::string& type);
 
-    /// Gives access to the document for settings that do not concern nodes.
+    /// Returns the document, for settings that do not concern nodes.
     MaterialDocument& Document() { return _document; }
 
     static void Set(DocumentNode& node, const std::string& property,
                     Materials::GuiPropertyKind kind, const std::string& value);
 
     /// Sets a property whose type is derived from the format of the value: a boolean, an integer, a
-    /// number with a decimal point or exponent, or otherwise a choice.
+    /// number with a decimal point or exponent, or a choice.
     static void Set(DocumentNode& node, const std::string& property, const std::string& value);
 
 private:

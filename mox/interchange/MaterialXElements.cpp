@@ -20,8 +20,8 @@ bool HasWord(const std::string& words, const std::string& word)
     return Compose(" ", words, " ").find(Compose(" ", word, " ")) != std::string::npos;
 }
 
-/// The component count of the port connected to an input; 0 if it is not fixed or the node has no
-/// ports.
+/// Returns the component count of the port connected to an input; 0 if it is not fixed or the node
+/// has no ports.
 int CountOf(const InterchangeAlternative& alternative, const std::string& input)
 {
     for (const InterchangePort& port : alternative.Inputs) {
@@ -41,7 +41,7 @@ std::string RequiredType(const InterchangeAlternative& alternative, Test test,
     return {};
 }
 
-/// The type shared by the inputs of a node whose component count is not fixed.
+/// Returns the common type of the inputs whose component count is not fixed.
 std::string CommonType(const InterchangeNode& node, const InterchangeAlternative& alternative,
                        const MaterialXElements::Values& inputs)
 {
@@ -68,7 +68,7 @@ std::string CommonType(const InterchangeNode& node, const InterchangeAlternative
     return TypeOfWidth(width, mayBeColour && (isColour || !isVector || !mayBeVector));
 }
 
-/// The type of an input, given the type of the inputs whose component count is not fixed.
+/// Returns the type of an input, given the type of the inputs whose component count is not fixed.
 std::string TypeOfInput(const InterchangeNode& node, const InterchangeAlternative& alternative,
                         const std::string& input, const std::string& type)
 {
@@ -83,7 +83,8 @@ std::string TypeOfInput(const InterchangeNode& node, const InterchangeAlternativ
     return count == 0 ? type : TypeOfWidth(count, !HasWord(node.Kinds, "vector"));
 }
 
-/// Whether the node accepts single numbers for some inputs together with a vector for others.
+/// Returns whether the node accepts single numbers for some inputs together with a vector for
+/// others.
 bool KeepsFloats(const InterchangeNode& node, const MaterialXElements::Values& inputs)
 {
     bool hasConnection = false;

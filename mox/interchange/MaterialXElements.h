@@ -22,7 +22,7 @@ struct MaterialXValue
     bool IsPacked = false; ///< a normal encoded in the range 0 to 1, which represents -1 to 1
 };
 
-/// Makes a value that refers to an output of a written node.
+/// Creates a value that refers to an output of a written node.
 MaterialXValue MakeOutput(const std::string& node, const std::string& type,
                           const std::string& output = {});
 
@@ -33,12 +33,12 @@ struct MaterialXInput
 {
     std::string Name;
     std::string Type;
-    std::string Value;     ///< set unless one of the following is
+    std::string Value;     ///< set unless one of the following fields is
     std::string Node;      ///< node that the input is connected to
     std::string Output;    ///< output of that node
-    std::string Interface; ///< input of the node graph that it is connected to
+    std::string Interface; ///< node graph input that it is connected to
     std::string ColourSpace;
-    std::vector<std::pair<std::string, std::string>> More; ///< further attributes
+    std::vector<std::pair<std::string, std::string>> More; ///< additional attributes
 };
 
 /// A node or a shader.
@@ -57,7 +57,7 @@ class MaterialXElements
 public:
     using Values = std::map<std::string, MaterialXValue>;
 
-    /// Makes a unique name for an element, an input or an output, replacing characters that
+    /// Creates a unique name for an element, an input or an output, replacing characters that
     /// MaterialX does not allow.
     std::string UniqueName(const std::string& wanted);
 
@@ -95,10 +95,10 @@ private:
     std::map<std::string, MaterialXValue> _converted;
 };
 
-/// Formats numbers as MaterialX writes them.
+/// Formats numbers in MaterialX syntax.
 std::string FormatNumbers(const std::vector<float>& numbers);
 
-/// The MaterialX type for a number of components: "color3" or "vector3" where there is a choice.
+/// Returns the MaterialX type for a number of components: "color3" or "vector3" if there are both.
 std::string TypeOfWidth(int width, bool isColour);
 
 } // namespace Mox::Host

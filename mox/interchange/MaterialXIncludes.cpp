@@ -16,7 +16,7 @@ using Materials::Compose;
 
 constexpr std::size_t deepestMaterialXInclude = 16;
 
-/// The same for all roads to a file.
+/// Returns a name that is the same for all paths to a file.
 std::filesystem::path RealName(const std::filesystem::path& file)
 {
     std::error_code error;
@@ -24,7 +24,7 @@ std::filesystem::path RealName(const std::filesystem::path& file)
     return error ? file : real;
 }
 
-/// Elements of an included file keep what its root says of all of them.
+/// Copies the attributes of the root of an included file that apply to all its elements.
 void InheritFromRoot(XmlTree& child, const XmlTree& root)
 {
     for (const char* attribute : {"colorspace", "fileprefix"}) {

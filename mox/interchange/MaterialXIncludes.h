@@ -10,21 +10,21 @@
 
 namespace Mox::Host {
 
-/// Puts the contents of other MaterialX files in the place of a document's includes. Only files in
-/// the folder of the including file or below are read, and each only once.
+/// Replaces the includes of a MaterialX document by the contents of the files. Only files in the
+/// folder of the including file or its subfolders are read, and each file only once.
 class MaterialXIncludes
 {
 public:
-    /// The most that is read of a document and all that it includes.
+    /// The maximum total size of a document and all its includes.
     static constexpr std::size_t MostBytes = 64U << 20U;
 
-    /// @param problems must outlive the object; takes what is wrong with includes, as errors, and
-    ///        which files are not read, as warnings
+    /// @param problems must outlive the object; receives errors in includes, and warnings for files
+    ///        that are not read
     explicit MaterialXIncludes(ProblemList& problems) : _problems(problems) {}
 
-    /// To be called once.
-    /// @param root of the document; its place tells the file
-    /// @param bytes of the document's text
+    /// Must be called only once.
+    /// @param root root element of the document; its location contains the file name
+    /// @param bytes size of the document
     void Resolve(XmlTree& root, std::size_t bytes);
 
 private:
@@ -33,7 +33,7 @@ private:
     XmlTree Read(const std::filesystem::path& file, const XmlTree& include);
 
     ProblemList& _problems;
-    std::size_t _bytes = 0; ///< read so far
+    std::size_t _bytes = 0; ///< number of bytes read so far
     std::vector<std::filesystem::path> _open;
     std::set<std::filesystem::path> _seen;
 };

@@ -16,7 +16,8 @@ using Materials::Compose;
 using Materials::GuiPropertyKind;
 using InputValues = InterchangeGraph::Values;
 
-constexpr float pixelsOfUnit = 200.0f; ///< a unit of positions is the size of a node with its gap
+constexpr float pixelsOfUnit = 200.0f; ///< a unit of positions is the size of a node including the
+                                       ///< gap
 
 std::optional<float> ReadPosition(const XmlTree& element, std::string_view attribute)
 {
@@ -31,7 +32,7 @@ bool IsNumericType(const std::string& type)
     return type == "float" || type == "integer" || type == "boolean" || WidthOfType(type) > 1;
 }
 
-/// Returns why no port can carry values of a type.
+/// Returns the reason why a port cannot carry values of a type.
 const char* RefuseType(const std::string& type)
 {
     if (type.starts_with("matrix"))
@@ -115,7 +116,7 @@ void MaterialXReader::WarnOfUnread()
     }
 }
 
-/// Converts the node that a source leads to, after everything on which it depends.
+/// Converts the node at the end of a source, after all its dependencies.
 void MaterialXReader::Evaluate(const MaterialXSource& source)
 {
     if (source.What != MaterialXSource::Kind::Output)
@@ -258,7 +259,7 @@ InterchangeValue MaterialXReader::ReadInput(const MaterialXSource& source, const
     return _parameters[source.Element] = value;
 }
 
-/// @param isParameter whether the value belongs to an input of a node graph, whose name it keeps
+/// @param isParameter whether the value belongs to a node graph input, whose name it keeps
 InterchangeValue MaterialXReader::ReadLiteral(const MaterialXSource& source, bool isParameter)
 {
     const XmlTree& element = *source.Element;
@@ -300,7 +301,7 @@ InterchangeValue MaterialXReader::ReadLiteral(const MaterialXSource& source, boo
     return value;
 }
 
-/// Converts the numbers of a colour from the space that the file says.
+/// Converts the numbers of a colour from the colour space specified in the file.
 void MaterialXReader::MakeLinear(InterchangeValue& colour, const MaterialXSource& source)
 {
     const std::string* space = _scopes->FindInherited(source.Scope, *source.Element, "colorspace");
@@ -321,7 +322,7 @@ void MaterialXReader::MakeLinear(InterchangeValue& colour, const MaterialXSource
     colour.Text.clear();
 }
 
-/// Reports what becomes of a file or value with colours of a space.
+/// Reports how the colour space of a file or value is converted.
 void MaterialXReader::WarnOfColourSpace(const std::string& space, const XmlTree& element)
 {
     if (IsPlainColourSpace(space) || space == "srgb_texture")
@@ -376,7 +377,7 @@ Place MaterialXReader::PlaceOf(const XmlTree& element)
     return {element.Where.File, element.Where.Line, element.Get("name")};
 }
 
-/// The line in the document; 0 for what it includes.
+/// Returns the line in the document; 0 for elements of included files.
 int MaterialXReader::LineOf(const XmlTree& element) const
 {
     return element.Where.File == _file ? element.Where.Line : 0;

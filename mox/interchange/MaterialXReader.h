@@ -11,10 +11,10 @@
 
 namespace Mox::Host {
 
-/// How a MaterialX document is read.
+/// Options for reading a MaterialX document.
 struct MaterialXOptions
 {
-    bool ReadsIncludes = false; ///< whether to read the files in its folder that it includes
+    bool ReadsIncludes = false; ///< whether to read included files from its folder
     std::string Material;       ///< name of the material to read; empty for the first one
 };
 
@@ -37,7 +37,7 @@ private:
 
     struct Evaluated
     {
-        bool IsDone = false; ///< if false, it is waiting for its inputs
+        bool IsDone = false; ///< if false, its inputs have not been evaluated yet
         InterchangeGraph::Values Outputs;
     };
 

@@ -11,7 +11,7 @@ using Materials::Compose;
 
 constexpr int deepestScope = 32;
 constexpr std::size_t mostScopes = 2000;
-constexpr int longestWay = 1000; ///< limit on the number of interfaces followed in one chain
+constexpr int longestWay = 1000; ///< maximum number of interfaces followed in one chain
 
 } // namespace
 
@@ -116,9 +116,9 @@ std::size_t MaterialXScopes::Enter(std::size_t parent, const XmlTree& graph,
     return _scopes.size() - 1;
 }
 
-/// Moves from a use of an input of the scope's graph to the value supplied for that input.
+/// Moves from a use of an input of the scope's graph to the value that is supplied for this input.
 /// @param input becomes null if there is no such input
-/// @returns whether that is a value that the user may set
+/// @returns whether it is a value that the user may set
 bool MaterialXScopes::StepToInterface(std::size_t& scope, const XmlTree*& input,
                                       const std::string& name)
 {

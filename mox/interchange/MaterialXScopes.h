@@ -13,7 +13,7 @@
 
 namespace Mox::Host {
 
-/// Where an input of a MaterialX node gets its value once all node graphs are expanded.
+/// The source of the value of a MaterialX input after all node graphs have been expanded.
 struct MaterialXSource
 {
     enum class Kind
@@ -38,7 +38,7 @@ public:
     /// The scope of the document itself.
     static constexpr std::size_t Root = 0;
 
-    /// @param document must outlive the scopes, as must problems
+    /// @param document must outlive the scopes, like problems
     MaterialXScopes(const XmlTree& document, ProblemList& problems);
 
     /// Follows an input, or an output of a node graph, to the source of its value. A dangling

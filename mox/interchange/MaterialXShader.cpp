@@ -64,8 +64,8 @@ void MaterialXWriter::FeedShader(const std::string& input, const MaterialXValue&
     connection.More = {{"nodegraph", GraphName}, {"output", output.Name}};
 }
 
-/// A surface without metalness follows the lighting rules of the environment; MaterialX can express
-/// it only as emission.
+/// A surface without metalness uses the lighting rules of the environment; MaterialX can express it
+/// only as emission.
 void MaterialXWriter::FeedUnlit()
 {
     Report(Carry::Approximated,

@@ -25,7 +25,7 @@ bool IsNear(const InterchangeValue& value, const std::string& text)
 
 } // namespace
 
-/// The material that is read, or null. Others are reported.
+/// Returns the material to read, or null. Other materials are reported.
 const XmlTree* MaterialXReader::ChooseMaterial(const XmlTree& root)
 {
     std::vector<const XmlTree*> materials;
@@ -52,7 +52,7 @@ const XmlTree* MaterialXReader::ChooseMaterial(const XmlTree& root)
     return chosen;
 }
 
-/// The shader of the material, or else the first shader.
+/// Returns the shader of the material, or the first shader if there is no material.
 MaterialXSource MaterialXReader::FindShader(const XmlTree& root)
 {
     const XmlTree* material = ChooseMaterial(root);
@@ -72,7 +72,7 @@ MaterialXSource MaterialXReader::FindShader(const XmlTree& root)
                              : "the document has no material");
 }
 
-/// Reads what a material says of itself.
+/// Reads the name, the description and the inputs of a material.
 /// @returns its shader
 MaterialXSource MaterialXReader::ReadSurfaceMaterial(const XmlTree& material)
 {

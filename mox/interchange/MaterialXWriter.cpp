@@ -18,7 +18,7 @@ using Materials::GuiPropertyKind;
 
 constexpr float unitOfPixels = 1.0f / 200.0f;
 
-/// The type of a value in a condition of the table.
+/// Returns the type of a value in a condition of the table.
 std::string TypeOfText(const std::string& text)
 {
     if (text == "true" || text == "false")
@@ -33,7 +33,7 @@ std::string Lower(std::string word)
     return word;
 }
 
-/// Whether a word is among others with commas between them.
+/// Returns whether a comma-separated list contains a word.
 bool IsListed(const std::string& words, const std::string& word)
 {
     return Compose(",", words, ",").find(Compose(",", word, ",")) != std::string::npos;
@@ -113,8 +113,9 @@ std::string MaterialXWriter::Write()
     return Finish();
 }
 
-/// What the element of a node is to be called. Nodes and inputs of a node graph share their names,
-/// so a node with an input of its own name makes way for it; readers know it by its ending.
+/// Returns the element name of a node. Nodes and inputs of a node graph share a namespace, so if a
+/// node has an input with the same name, a suffix is appended to the node's name, which readers
+/// recognise.
 std::string MaterialXWriter::ElementName(const CompleteNode& node) const
 {
     const auto has = [&](const char* property, const std::string& value) {
@@ -191,7 +192,7 @@ void MaterialXWriter::Describe(MaterialXElement& element)
         element.Attributes.emplace_back("doc", PropertyOf("Description"));
 }
 
-/// Writes a node that the table maps directly; returns nothing if it has no such mapping.
+/// Writes a node by its direct mapping in the table; returns nothing if there is none.
 MaterialXWriter::Ports MaterialXWriter::WriteByTable()
 {
     for (const InterchangeNode& node : GetStandardNodes().Nodes) {
@@ -266,7 +267,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteByFormula()
     }
     return {};
 }
-/// Whether MaterialX has words for the properties that an alternative takes over.
+/// Returns whether MaterialX supports the property values that an alternative transfers.
 bool MaterialXWriter::Allows(const InterchangeAlternative& alternative) const
 {
     for (const auto& [name, text] : alternative.Settings) {
@@ -282,7 +283,8 @@ bool MaterialXWriter::Allows(const InterchangeAlternative& alternative) const
     return true;
 }
 
-/// Whether the node has these properties. Those that are carried over in another way count as such.
+/// Returns whether the node has these properties. Properties that are transferred in other ways
+/// match any value.
 bool MaterialXWriter::Matches(const NamedTexts& settings)
 {
     for (const auto& [name, text] : settings) {
@@ -309,7 +311,7 @@ const std::string& MaterialXWriter::PropertyOf(const std::string& name)
     return property == _current.Node->Properties.end() ? none : property->second.Value;
 }
 
-/// The value that an input port of the node reads.
+/// Returns the value that an input port of the node reads.
 MaterialXValue MaterialXWriter::InputOf(const std::string& port)
 {
     const std::string* property = GetStandardNodes().FindProperty(_current.Node->Type, port);
@@ -337,7 +339,8 @@ MaterialXValue MaterialXWriter::InputOf(const std::string& port)
     return unpacked->second;
 }
 
-/// Whether an edge supplies a value; an edge from a node that could not be converted does not.
+/// Returns whether an edge supplies a value; false for edges from nodes that could not be
+/// converted.
 bool MaterialXWriter::IsConnected(const std::string& port) const
 {
     const auto feed = _feeds.find({_current.Node->Id, port});

@@ -12,7 +12,8 @@
 
 namespace Mox::Host {
 
-/// A node of a material, including the values that its document leaves to the node type's defaults.
+/// A node of a material, including values that the document omits because they are the defaults of
+/// the node type.
 struct CompleteNode
 {
     struct Property
@@ -35,7 +36,7 @@ struct CompleteNode
 struct CompleteMaterial
 {
     const MaterialDocument& Document;
-    std::vector<CompleteNode> Nodes; ///< each after the nodes that feed it
+    std::vector<CompleteNode> Nodes; ///< in topological order
 };
 
 /// Writes a material as a MaterialX document, with its graph as a node graph and its surface as a
@@ -44,7 +45,7 @@ struct CompleteMaterial
 class MaterialXWriter
 {
 public:
-    /// @param material must outlive the writer, as must problems
+    /// @param material must outlive the writer, like problems
     MaterialXWriter(const CompleteMaterial& material, ProblemList& problems);
 
     /// Returns the document; may be called only once.

@@ -8,7 +8,8 @@
 
 namespace Mox::Host {
 
-/// Whether a file is a MaterialX document, judging by its extension ".mtlx" or its root element.
+/// Returns whether a file is a MaterialX document, based on its extension ".mtlx" or its root
+/// element.
 bool IsMaterialX(const std::filesystem::path& file, std::string_view text);
 
 /// Reads a material from a file: either a material document, or a MaterialX document, which is
@@ -21,7 +22,7 @@ bool IsMaterialX(const std::filesystem::path& file, std::string_view text);
 MaterialDocument ReadMaterial(const std::filesystem::path& file, ProblemList& problems,
                               const std::string& material = {});
 
-/// Like the function above, but stops at the first error.
+/// Does the same, but stops at the first error.
 /// @throws HostError with that error
 MaterialDocument ReadMaterial(const std::filesystem::path& file);
 
@@ -35,8 +36,8 @@ MaterialDocument ParseMaterial(const std::string& file, std::string_view text,
 MaterialDocument ParseMaterialX(const std::string& file, std::string_view text,
                                 ProblemList& problems);
 
-/// Ends work that only a material document allows.
-/// @throws HostError that says how to make one, if the file is a MaterialX document
+/// Rejects MaterialX documents in operations that support only material documents.
+/// @throws HostError that explains how to create one, if the file is a MaterialX document
 void RefuseMaterialX(const std::filesystem::path& file, std::string_view text);
 
 } // namespace Mox::Host

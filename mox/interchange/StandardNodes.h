@@ -20,7 +20,7 @@ enum class Carry
     None,         ///< not at all
 };
 
-/// Names with values, such as properties of a node.
+/// Pairs of names and values, such as the properties of a node.
 using NamedTexts = std::vector<std::pair<std::string, std::string>>;
 
 /// A condition of an alternative.
@@ -29,7 +29,7 @@ struct InterchangeCondition
     enum class Test
     {
         Equals,    ///< the input is unconnected and has this value
-        OneOf,     ///< the same with one of several values, separated by commas
+        OneOf,     ///< the input is unconnected and has one of several values, separated by commas
         Width,     ///< the input has this number of components
         InputType, ///< the input has this MaterialX type
         NodeType,  ///< the node has this MaterialX type
@@ -46,7 +46,7 @@ struct InterchangePort
 {
     std::string Input;
     std::string Port;
-    int Count = 0; ///< 0: the port's number of components is not fixed
+    int Count = 0; ///< 0 if the port's number of components is not fixed
 };
 
 /// One of the ways to convert a MaterialX node; standard_nodes.xml explains the fields.
@@ -61,7 +61,7 @@ struct InterchangeAlternative
     std::vector<InterchangePort> Outputs;
     Formula Is;
     Formula After;    ///< formula applied to the value read from the texture
-    std::string Text; ///< source of the formula, for display
+    std::string Text; ///< source of the formula, for the documentation
     std::string Note;
 };
 
@@ -89,7 +89,7 @@ struct InterchangeSurface
         std::string Name;
         Formula Is;
         std::vector<InterchangeCondition> Unless;
-        std::string Unfed; ///< value of the port without an edge; empty if it cannot be expressed
+        std::string Unfed; ///< value of the port if it has no edge; empty if it cannot be expressed
     };
 
     struct State
@@ -104,7 +104,7 @@ struct InterchangeSurface
         std::string Input;
         std::string Neutral; ///< value for which the input has no effect
         std::string Note;
-        bool IsApproximated = false; ///< part of the meaning is preserved
+        bool IsApproximated = false; ///< if true, part of the meaning is preserved
     };
 
     std::string Name;
@@ -131,7 +131,7 @@ struct StandardNodes
     const InterchangeNode* Find(std::string_view name) const;
     const InterchangeSurface* FindSurface(std::string_view name) const;
 
-    /// Returns the property that holds the value of a port without an edge, or null.
+    /// Returns the property that contains the value of a port without an edge, or null.
     const std::string* FindProperty(const std::string& type, const std::string& port) const;
 
     std::vector<InterchangeNode> Nodes;
@@ -142,24 +142,25 @@ struct StandardNodes
     std::map<std::string, std::size_t, std::less<>> NodeIndex;
 };
 
-/// The table, which is compiled into the program.
+/// Returns the table, which is compiled into the program.
 const StandardNodes& GetStandardNodes();
 
-/// Formats the table as Markdown documentation: how each standard node is converted, and counts.
+/// Formats the table as Markdown documentation: the conversion of each standard node, and
+/// statistics.
 std::string FormatStandardNodes();
 
-/// Ends the name of an element that only reads an input of the node graph, after the input's name.
+/// Suffix for the name of an element that only reads a node graph input, appended to the input's
+/// name.
 constexpr std::string_view InputReaderEnding = "_node";
 
-/// Whether colours of a space need no conversion: it is linear with the primaries of Rec. 709, or
-/// marks data.
+/// Returns whether colours of a space require no conversion: the space is linear with Rec. 709
+/// primaries, or is for data.
 bool IsPlainColourSpace(std::string_view space);
 
-/// Returns the node that converts colours of a space to linear light with the primaries of
-/// Rec. 709, or null if there is none.
+/// Returns the node that converts colours of a space to linear Rec. 709, or null if there is none.
 const InterchangeNode* FindColourConversion(std::string_view space);
 
-/// Whether a string names data that the mesh or the scene supplies, such as "UV0".
+/// Returns whether a string is the name of data that the mesh or the scene supplies, such as "UV0".
 bool IsGeometryName(std::string_view text);
 
 } // namespace Mox::Host
