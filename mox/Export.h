@@ -1,7 +1,7 @@
 #pragma once
 
-/// Marks what mox_materials offers to hosts and plug-ins; everything else in it is hidden.
+/// Marks symbols that mox_materials exports to hosts and plug-ins; all others are hidden.
 #define MOX_API __attribute__((visibility("default")))
 
-/// Marks the two functions by which a plug-in is entered; everything else in it is hidden.
+/// Marks the two entry points of a plug-in; all other symbols are hidden.
 #define MOX_PLUGIN_EXPORT extern "C" __attribute__((visibility("default")))

@@ -6,8 +6,8 @@
 
 namespace Mox {
 
-/// Identifiers as C and all shading languages have them: an ASCII letter or underscore, then
-/// letters, digits and underscores. The character classes of <cctype> would follow the locale.
+/// Identifiers of C and all shading languages: an ASCII letter or underscore, followed by letters,
+/// digits and underscores. The character classes of <cctype> depend on the locale.
 
 constexpr bool IsIdentifierStart(char c)
 {
@@ -19,14 +19,14 @@ constexpr bool IsIdentifierPart(char c)
     return IsIdentifierStart(c) || (c >= '0' && c <= '9');
 }
 
-/// Whether all of a text is one identifier. Reserved words pass.
+/// Returns whether the whole string is one identifier. Reserved words are accepted.
 constexpr bool IsIdentifier(std::string_view text)
 {
     return !text.empty() && IsIdentifierStart(text.front()) &&
            std::all_of(text.begin(), text.end(), IsIdentifierPart);
 }
 
-/// Calls visit with each word of a text and its position: identifiers, and numbers such as "1e5",
+/// Calls visit with each word of a string and its position: identifiers, and numbers such as "1e5",
 /// which start with a digit.
 template <class Visit>
 constexpr void ForEachWord(std::string_view text, Visit visit)

@@ -5,11 +5,10 @@
 #include <exception>
 #include <string>
 
-/// The failure of every operation of the library that can name what went wrong.
+/// The error that every operation of the library throws if it can describe the cause.
 ///
-/// Caught by type on either side of the border between host and plug-in. It is final, and its code
-/// lies in mox_materials, so an error that a plug-in raised stays valid after that plug-in has been
-/// unloaded.
+/// Both hosts and plug-ins can catch it by type. It is final, and its code is in mox_materials, so
+/// an error thrown by a plug-in remains valid after the plug-in has been unloaded.
 class MOX_API ShaderError final : public std::exception
 {
 public:
@@ -18,10 +17,10 @@ public:
     ShaderError& operator=(const ShaderError& other);
     ~ShaderError() override;
 
-    /// The characters of Message, zero-terminated, valid as long as this object lives and Message
-    /// is not assigned.
+    /// Returns Message as a null-terminated string, valid as long as this object exists and Message
+    /// is not modified.
     const char* what() const noexcept override;
 
-    /// The whole text for people: no prefix, no location, no trailing newline.
+    /// The complete message for the user, without a prefix, a location or a trailing newline.
     std::string Message;
 };

@@ -11,7 +11,7 @@ std::string FormatFloat(float value)
     std::array<char, 32> buffer;
     const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                                             std::chars_format::general, significantDigits);
-    static_cast<void>(error); // the longest text, "-1.17549e-38", fits
+    static_cast<void>(error); // the longest result, "-1.17549e-38", fits
     return {buffer.data(), end};
 }
 

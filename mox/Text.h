@@ -11,8 +11,8 @@
 
 namespace Mox::Materials {
 
-/// The value as a text stream in the classic locale prints it by default: six significant digits,
-/// no trailing zeros, 1.0 as "1". The global locale has no influence.
+/// Formats a number like a stream in the classic locale with default settings: six significant
+/// digits, no trailing zeros, 1.0 as "1". It does not depend on the global locale.
 MOX_API std::string FormatFloat(float value);
 
 inline void AppendPart(std::string& text, std::string_view part)
@@ -27,14 +27,14 @@ inline void AppendPart(std::string& text, float value)
 
 inline void AppendPart(std::string& text, std::integral auto value)
 {
-    std::array<char, 24> digits; // the longest number of 64 bits has 20
-    // The sum has a type that has digits, which that of a truth value has not.
+    std::array<char, 24> digits; // the longest 64-bit number has 20
+    // Adding 0 promotes the value to an integer type, because to_chars does not accept bool.
     const auto [end, error] = std::to_chars(digits.begin(), digits.end(), value + 0);
     static_cast<void>(error);
     text.append(digits.begin(), end);
 }
 
-/// Strings and numbers one after another as one text, independent of any locale.
+/// Concatenates strings and numbers, independently of the locale.
 template <class... Parts>
 std::string Compose(const Parts&... parts)
 {
