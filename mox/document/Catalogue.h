@@ -58,7 +58,7 @@ std::vector<CatalogueEntry> DescribeCatalogue(const PluginSet& plugins,
                                               ProblemList& problems);
 
 /// Formats a node as it appears in a document, with all its properties in the order of its bag.
-/// @param id id of the node in the document
+/// @param id the id of the node in the document
 std::string FormatNodeFragment(const PluginNode& node, const std::string& id);
 
 } // namespace Mox::Host

@@ -13,7 +13,7 @@ namespace Mox::Host {
 /// Returns the texture files that the bindings of a document reference. The document names them
 /// relative to its own folder; the returned paths are relative to the working directory. The files
 /// need not exist.
-/// @param file file that the document was read from
+/// @param file the file that the document was read from
 std::vector<std::filesystem::path> TextureFiles(const MaterialDocument& document,
                                                 const std::filesystem::path& file);
 

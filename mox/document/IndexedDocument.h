@@ -120,7 +120,7 @@ private:
     /// Applies a prepared step or undoes one, and turns it into its inverse.
     void Exchange(DocumentStep& step) noexcept;
 
-    /// Removes the entries from the tables that only the old record of a step required.
+    /// Removes the table entries that only the old record of a step required.
     /// @param done a step after Exchange
     void Forget(const DocumentStep& done) noexcept;
 

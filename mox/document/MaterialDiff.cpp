@@ -172,7 +172,7 @@ private:
         return map;
     }
 
-    /// @param node id of the node, if the values are its properties
+    /// @param node the id of the node, if the values are its properties
     void CompareValues(const std::string& owner, const Values& before, const Values& after,
                        const std::string& node = {})
     {

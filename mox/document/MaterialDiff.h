@@ -30,9 +30,9 @@ struct MaterialDifference
 /// Compares two materials by meaning; returns nothing if they are equivalent.
 ///
 /// Numbers are compared as numbers, a missing property as its default value, and the order of
-/// nodes, edges and properties is ignored. A node of which only the id changed is reported as
-/// renamed, and edges that follow its new id are considered equal; EdgeBefore uses the ids of the
-/// second material for nodes that both materials have.
+/// nodes, edges and properties is ignored. If only the id of a node changed, the node is
+/// reported as renamed, and edges that only follow the new id are considered equal; EdgeBefore uses
+/// the ids of the second material for nodes that both materials have.
 /// @param plugins provide the default values; for a type that no plug-in offers, only the stored
 ///        properties are compared
 std::vector<MaterialDifference> FindDifferences(const MaterialDocument& before,

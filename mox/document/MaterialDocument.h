@@ -59,7 +59,7 @@ struct DocumentEdge
     std::string HeadPort;
     int Line = 0;
     DocumentComments Comments = {};         ///< before the edge
-    std::vector<DocumentPoint> Points = {}; ///< of the path in editors, from tail to head
+    std::vector<DocumentPoint> Points = {}; ///< path of the edge in editors, from tail to head
 };
 
 /// A named value of the whole material, as a string.
@@ -83,7 +83,7 @@ struct DocumentBinding
 enum class AnnotationKind
 {
     Frame, ///< a titled rectangle that is drawn behind nodes
-    Note   ///< a string in a rectangle
+    Note   ///< a rectangle with text
 };
 
 /// A note or frame for the users who edit the document. It does not affect programs.
@@ -139,7 +139,7 @@ struct MaterialDocument
 };
 
 /// Parses the source of a document.
-/// @param file file name for messages
+/// @param file the file name for messages
 /// @param problems receives the errors in the source
 using DocumentParser = std::function<MaterialDocument(
     const std::string& file, std::string_view text, ProblemList& problems)>;
@@ -163,7 +163,7 @@ MaterialDocument ReadMaterialDocument(const std::filesystem::path& file);
 MaterialDocument ReadMaterialDocument(const std::filesystem::path& file, ProblemList& problems);
 
 /// Does the same for a document in memory.
-/// @param file file name for messages
+/// @param file the file name for messages
 MaterialDocument ParseMaterialDocument(const std::string& file, std::string_view text,
                                        ProblemList& problems);
 

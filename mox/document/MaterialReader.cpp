@@ -148,7 +148,8 @@ const ElementRule* MaterialReader::FindRule(const XmlElement& element)
         }
         return children[i].Rule;
     }
-    // If an end tag is missing, all elements that follow it are out of place.
+    // If an end tag is missing, all elements that follow it are out of place. Consecutive elements
+    // with the same name are reported only once.
     if (parent.Stranger != element.Name)
         fail({}, parent.Rule->ExpectedChildren(parent.NextChild));
     parent.Stranger = element.Name;

@@ -19,7 +19,7 @@ namespace Mox::Host {
 class MaterialReader : private XmlHandler
 {
 public:
-    /// @param file file name for messages
+    /// @param file the file name for messages
     /// @param problems must outlive the reader
     MaterialReader(const std::string& file, ProblemList& problems);
 

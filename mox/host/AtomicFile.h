@@ -10,7 +10,7 @@
 
 namespace Mox::Host {
 
-/// When written data survives a power failure.
+/// The time from which written data survives a power failure.
 enum class Durability
 {
     Immediate, ///< as soon as the file has its final name
@@ -24,7 +24,7 @@ std::filesystem::path TargetOf(const std::filesystem::path& file);
 /// A file that appears under its name only when it is complete. The data is written to an unnamed
 /// file, or to a hidden temporary file in the same folder if the file system does not support
 /// unnamed files. Commit gives the file its name, so that a reader always finds either the old file
-/// or the new one. A replaced file keeps its permissions, and symbolic links remain valid.
+/// or the new one. A replaced file keeps its permissions, and symbolic links still point to it.
 /// CleanUpForEnd removes temporary files; after that, no file can be committed.
 class AtomicFile
 {

@@ -7,7 +7,8 @@
 namespace Mox::Host {
 
 /// Removes a resource that must not outlive the process, such as a temporary file, if the process
-/// is terminated during its work. The registered actions are shared by all threads of the process.
+/// is asked to terminate during its work. The registered actions are shared by all threads of the
+/// process.
 class EndCleanup
 {
 public:

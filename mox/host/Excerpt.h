@@ -7,12 +7,12 @@ namespace Mox::Host {
 
 /// Returns the beginning of a string in double quotes for a one-line message: control characters,
 /// including those that change the text direction, are replaced by spaces, and the end of a long
-/// string is replaced by an ellipsis. UTF-8 is preserved.
+/// string is replaced by "...". UTF-8 is preserved.
 std::string Excerpt(std::string_view text);
 
 /// Formats a message as a single line, even if it contains arbitrary strings from documents and
 /// plug-ins: control characters are replaced as in Excerpt, and the end of a message of more than a
-/// few thousand bytes is replaced by an ellipsis.
+/// few thousand bytes is replaced by "...".
 std::string MessageLine(std::string_view message);
 
 /// Returns whether XML, and therefore a document, can contain a string: it must be UTF-8 without

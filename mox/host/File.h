@@ -12,7 +12,7 @@ namespace Mox::Host {
 std::string ReadFile(const std::filesystem::path& file);
 
 /// Reads the remaining bytes of a stream, such as standard input.
-/// @param name name of the stream for messages
+/// @param name the name of the stream for messages
 /// @throws HostError as ReadFile does
 std::string ReadStream(std::istream& stream, const std::string& name);
 

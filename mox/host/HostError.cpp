@@ -47,7 +47,7 @@ void ThrowAsHostError(const Place& where, const std::string& callee)
     } catch (const HostError& error) {
         throw HostError(error.Where, error.Message);
     } catch (const std::bad_alloc&) {
-        throw std::bad_alloc(); // the class of the handled one may be in a plug-in
+        throw std::bad_alloc(); // the handled exception's class may be in a plug-in
     } catch (const std::exception& error) {
         const char* text = error.what();
         throw HostError(where, Compose(prefix, text ? text : "failed without a message"));

@@ -49,7 +49,7 @@ public:
 ///        message unless the library itself raised the error. May be empty.
 /// @throws HostError for ShaderErrors, for the plain string of a duplicate parameter name, for an
 ///         edge that no longer exists, and for any exception of a plug-in; HostErrors and
-///         std::bad_alloc are rethrown. The exceptions thrown do not refer to the code of a
+///         std::bad_alloc are passed on. The exceptions thrown do not refer to the code of a
 ///         plug-in.
 [[noreturn]] void ThrowAsHostError(const Place& where, const std::string& callee = {});
 

@@ -57,7 +57,7 @@ public:
     bool OffersNodeFiles() const;
 
     /// Creates a node that keeps the library loaded.
-    /// @param where location of the node in its document, for errors
+    /// @param where the location of the node in its document, for errors
     /// @throws HostError if the factory cannot create the type or returns nothing
     PluginNode CreateNode(const std::string& typeName, const Place& where = {}) const;
 

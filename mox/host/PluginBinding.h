@@ -33,7 +33,7 @@ class PluginBinding
 {
 public:
     /// Wraps a binding.
-    /// @param where location of the node or element that the binding comes from, for errors
+    /// @param where the location of the node or element that the binding comes from, for errors
     /// @param maker the node that created the binding, which keeps the binding's code loaded; may
     ///        be empty
     /// @throws HostError if the handle is empty
@@ -52,7 +52,7 @@ public:
     void SetDefaultText(const std::string& text) const;
     void WriteXml(xmlNodePtr element) const;
 
-    /// @param where location of the element, for errors
+    /// @param where the location of the element, for errors
     void ReadXml(const Place& where, xmlNodePtr element) const;
 
     /// The data members of the binding. Reading them does not execute plug-in code.

@@ -31,7 +31,7 @@ public:
     const Plugin* FindSupplier(const std::string& typeName) const;
 
     /// Creates a node of a type.
-    /// @param where location of the node in its document, for errors
+    /// @param where the location of the node in its document, for errors
     /// @returns an empty handle if no plug-in offers the type
     /// @throws HostError if the construction of the node fails
     PluginNode CreateNode(const std::string& typeName, const Place& where = {}) const;

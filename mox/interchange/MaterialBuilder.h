@@ -15,7 +15,7 @@ namespace Mox::Host {
 class MaterialBuilder
 {
 public:
-    /// @param file name of the file, for messages
+    /// @param file the name of the file, for messages
     explicit MaterialBuilder(const std::string& file) { _document.File = file; }
 
     /// Adds a node. A number is appended to its id if another node already has it.
@@ -27,14 +27,14 @@ public:
                  int line);
 
     /// Returns a node whose numbers are compiled into the program; equal numbers share one node.
-    /// @param id of a new node, made unique if necessary
+    /// @param id the id of a new node, made unique if necessary
     InterchangeValue Constant(const std::vector<float>& numbers, const std::string& id, int line);
 
     /// Like Constant, but always creates a new node.
     InterchangeValue Locked(const std::vector<float>& numbers, DocumentNode node);
 
     /// Creates a node whose numbers the user of the material sets.
-    /// @param name of the binding, made unique by a number if necessary
+    /// @param name the name of the binding, made unique by a number if necessary
     InterchangeValue Parameter(const std::vector<float>& numbers, DocumentNode node,
                                const std::string& name);
 

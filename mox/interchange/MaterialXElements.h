@@ -67,12 +67,12 @@ public:
 
     /// Adds a standard node with the given inputs, each converted to the type that the node
     /// expects.
-    /// @param type of the node if known; otherwise it is derived from the inputs
+    /// @param type the type of the node if known; otherwise it is derived from the inputs
     MaterialXValue Call(const InterchangeNode& node, const InterchangeAlternative& alternative,
                         const Values& inputs, const std::string& name, std::string type = {});
 
     /// Evaluates a formula of standard nodes.
-    /// @param name of the node with the result; names of the steps are derived from it
+    /// @param name the name of the node with the result; names of the steps are derived from it
     MaterialXValue Evaluate(const Formula& formula, Values known, const std::string& name);
 
     /// Converts a value to another type; a single number is broadcast to all components.
@@ -98,7 +98,8 @@ private:
 /// Formats numbers in MaterialX syntax.
 std::string FormatNumbers(const std::vector<float>& numbers);
 
-/// Returns the MaterialX type for a number of components: "color3" or "vector3" if there are both.
+/// Returns the MaterialX type for a number of components; isColour selects "color3" instead of
+/// "vector3" if both exist.
 std::string TypeOfWidth(int width, bool isColour);
 
 } // namespace Mox::Host

@@ -23,8 +23,8 @@ public:
     explicit MaterialXIncludes(ProblemList& problems) : _problems(problems) {}
 
     /// Must be called only once.
-    /// @param root root element of the document; its location contains the file name
-    /// @param bytes size of the document
+    /// @param root the root element of the document; its location contains the file name
+    /// @param bytes the size of the document
     void Resolve(XmlTree& root, std::size_t bytes);
 
 private:

@@ -16,8 +16,7 @@ using Materials::Compose;
 using Materials::GuiPropertyKind;
 using InputValues = InterchangeGraph::Values;
 
-constexpr float pixelsOfUnit = 200.0f; ///< a unit of positions is the size of a node including the
-                                       ///< gap
+constexpr float pixelsOfUnit = 200.0f; ///< a position unit is the size of a node with its gap
 
 std::optional<float> ReadPosition(const XmlTree& element, std::string_view attribute)
 {

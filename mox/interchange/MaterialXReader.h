@@ -24,7 +24,7 @@ struct MaterialXOptions
 class MaterialXReader
 {
 public:
-    /// @param file name of the file, for messages
+    /// @param file the name of the file, for messages
     /// @param problems must outlive the reader
     MaterialXReader(const std::string& file, const MaterialXOptions& options,
                     ProblemList& problems);

@@ -16,9 +16,10 @@ bool IsMaterialX(const std::filesystem::path& file, std::string_view text);
 /// converted together with the files in its folder that it includes.
 /// @param problems receives errors in the file and, for MaterialX, a warning with a rule
 ///        "interchange-..." for everything that is not converted exactly
-/// @param material name of the material to read if a MaterialX document has several; empty for the
+/// @param material the name of the material to read if a MaterialX document has several; empty for
+/// the
 ///        first one
-/// @returns what could be read; it is complete only if problems receives no errors
+/// @returns the parts that could be read; complete only if problems receives no errors
 MaterialDocument ReadMaterial(const std::filesystem::path& file, ProblemList& problems,
                               const std::string& material = {});
 
@@ -27,12 +28,12 @@ MaterialDocument ReadMaterial(const std::filesystem::path& file, ProblemList& pr
 MaterialDocument ReadMaterial(const std::filesystem::path& file);
 
 /// Reads a material from a string in memory, without the files that it includes.
-/// @param file name of the file, for messages
+/// @param file the name of the file, for messages
 MaterialDocument ParseMaterial(const std::string& file, std::string_view text,
                                ProblemList& problems, const std::string& material = {});
 
 /// Reads a MaterialX document from a string in memory.
-/// @param file name of the file, for messages
+/// @param file the name of the file, for messages
 MaterialDocument ParseMaterialX(const std::string& file, std::string_view text,
                                 ProblemList& problems);
 

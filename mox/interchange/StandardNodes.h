@@ -122,7 +122,7 @@ struct InterchangeBack
     NamedTexts Settings;
     NamedTexts Inputs; ///< values of ports that have neither an edge nor a property
     Formula Is;
-    std::string Note; ///< what the formula omits; empty if it is equivalent
+    std::string Note; ///< the features that the formula omits; empty if it is equivalent
 };
 
 /// The table in standard_nodes.xml.

@@ -108,8 +108,7 @@ struct CompiledProgram
     std::vector<UniformBlock> Blocks;         ///< blocks that a stage reads, in numeric order
     StageInterface Vertex;
     StageInterface Fragment;
-    std::vector<TargetProgram> Programs; ///< for each target in order: vertex stage, then fragment
-                                         ///< stage
+    std::vector<TargetProgram> Programs; ///< vertex, then fragment, for each target in order
 
     const StageInterface& InterfaceOf(ProgramStage stage) const
     {

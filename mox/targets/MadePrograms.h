@@ -34,19 +34,16 @@ private:
         Texts With(const std::string& header) const;
 
         Texts Parts;
-        std::vector<std::size_t> HeaderAt; ///< position of the header in each file; npos if there
-                                           ///< is none
+        std::vector<std::size_t> HeaderAt; ///< its position in each file, or npos
     };
-    using Made = std::shared_future<std::shared_ptr<const Headless>>; ///< null if there is no
-                                                                      ///< result
+    using Made = std::shared_future<std::shared_ptr<const Headless>>; ///< null without a result
 
     void Keep(const std::string& key, std::size_t size);
     void Forget(const std::string& key);
 
     std::mutex _mutex;
     std::map<std::string, Made> _made;                     ///< keyed by the content of the program
-    std::deque<std::pair<std::string, std::size_t>> _kept; ///< keys and sizes in bytes, oldest
-                                                           ///< first
+    std::deque<std::pair<std::string, std::size_t>> _kept; ///< keys and bytes, oldest first
     std::size_t _size = 0;                                 ///< total size in bytes
 };
 

@@ -18,7 +18,7 @@ using SpirvMaker = std::function<std::string(const std::string& text, ProgramSta
 /// Translates both stages of a program to each target. The result for the same program is always
 /// identical, byte for byte. Thread-safe.
 /// @param makeSpirv required only for SPIR-V
-/// @param file file of the material, for messages
+/// @param file the file of the material, for messages
 /// @param problems receives an error under the rule "code" or "target" with the node for each error
 ///        in the program, or one under the rule "compile" if writing fails
 /// @returns an incomplete result if errors were added

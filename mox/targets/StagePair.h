@@ -20,7 +20,7 @@ class StagePair
 public:
     /// @param program a program without errors from CheckCode and CheckTargets; must outlive the
     ///        object
-    /// @param code code of the program, from CheckCode; must outlive the object
+    /// @param code the code of the program, from CheckCode; must outlive the object
     /// @throws std::logic_error if the program has errors
     StagePair(const CgProgram& program, const ProgramCode& code);
 
@@ -53,8 +53,7 @@ private:
     std::array<Languages::StageProgram, programStageCount> _stages;
     std::unordered_map<const Cg::Variable*, std::size_t> _byVariable; ///< index of the parameter
     std::vector<std::string> _names;                                  ///< requested, by parameter
-    std::vector<std::string> _reflected;                              ///< in the reflection, by
-                                                                      ///< parameter
+    std::vector<std::string> _reflected;                              ///< reflected, by parameter
     std::optional<UniformBlocks> _blocks;
     std::unordered_map<int, std::string> _interpolants; ///< names by location
 };

@@ -12,7 +12,7 @@ namespace Mox::Host {
 
 /// Finds registers and texture types that the program needs but the targets do not support. Each is
 /// reported as an error under the rule "target" with the node that needs it.
-/// @param file file of the material, for messages
+/// @param file the file of the material, for messages
 void CheckTargets(const ProgramPlan& plan, const std::vector<CompileTarget>& targets,
                   const std::string& file, ProblemList& problems);
 

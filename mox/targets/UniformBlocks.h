@@ -36,7 +36,7 @@ public:
     std::vector<Languages::UniformBlock> DeclaredIn(ProgramStage stage) const;
 
     /// Describes the blocks that either stage declares.
-    /// @param names names of the parameters in the reflection
+    /// @param names the names of the parameters in the reflection
     std::vector<UniformBlock> Describe(const std::vector<std::string>& names) const;
 
     /// The variables that represent unread members in blocks, with their parameters.

@@ -36,8 +36,7 @@ int CountLines(std::string_view text)
 bool IsCrowded(std::string_view tag, std::size_t mostAttributes)
 {
     if (tag.size() < 2 * mostAttributes)
-        return false; // shortcut for nearly all tags: too short for the quotes of so many
-                      // attributes
+        return false; // too short for the quotes of so many attributes, like nearly all tags
     std::size_t count = 0;
     for (std::size_t place = tag.find_first_of("\"'>");
          place != std::string_view::npos && tag[place] != '>';

@@ -24,13 +24,13 @@ public:
     virtual void EndElement() = 0;
 
     /// Receives part of the character data in the innermost open element.
-    /// @param line line of the first character that is not a space; 0 if all are spaces
+    /// @param line the line of the first character that is not a space; 0 if all are spaces
     virtual void Text(std::string_view text, int line) = 0;
 
     virtual void Comment(std::string_view text) = 0;
 
     /// Receives a processing instruction.
-    /// @param line line of its end
+    /// @param line the line of its end
     virtual void Instruction(int line) = 0;
 };
 
@@ -56,12 +56,12 @@ private:
 class XmlParser
 {
 public:
-    /// @param file file name for messages
+    /// @param file the file name for messages
     /// @param problems receives the errors; must outlive the parser, like handler
     XmlParser(std::string file, XmlHandler& handler, ProblemList& problems);
 
-    /// Parses to the end, or to the first well-formedness error. Exceptions of the handler are
-    /// propagated.
+    /// Parses to the end, or to the first well-formedness error. Exceptions thrown by the
+    /// handler are propagated.
     /// @returns whether the whole document was parsed
     bool Parse(std::string_view text);
 

@@ -41,7 +41,7 @@ struct XmlTree
 XmlTree ReadXmlTree(const std::filesystem::path& file);
 
 /// Does the same for a document in memory.
-/// @param file file name for messages
+/// @param file the file name for messages
 XmlTree ParseXmlTree(const std::string& file, std::string_view text);
 
 /// Does the same for callers that need the rule of the error.
