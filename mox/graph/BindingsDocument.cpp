@@ -30,14 +30,14 @@ constexpr const char* streamAttribute = "stream";
 constexpr const char* countAttribute = "count";
 constexpr const char* groupAttribute = "group";
 
-/// An element outside any document, which bindings write themselves to and read themselves from.
+/// A standalone XML element that bindings are written to and read from.
 class BindingElement
 {
 public:
     explicit BindingElement(const std::string& name)
         : _node(xmlNewNode(nullptr, reinterpret_cast<const xmlChar*>(name.c_str())), xmlFreeNode)
     {
-        // libxml2 does not report that it had no memory for the name.
+        // libxml2 does not report a failure to allocate the name.
         if (!_node || !_node->name)
             throw std::bad_alloc();
     }
@@ -97,11 +97,12 @@ PluginBinding ReadBinding(const XmlTree& tree)
     });
 }
 
-/// Lays values of a document over those of a binding; what the document leaves out stays.
+/// Overrides a binding's values with the document's; values that it omits are kept.
 void ApplyValues(const Place& where, const DocumentBinding& values, const PluginBinding& binding)
 {
     const BindingElement element(bindingElement);
-    // The element starts with what the binding has, so that values the document leaves out stay.
+    // Initialised with the binding's current values, so that values omitted by the document are
+    // kept.
     binding.WriteXml(element.Get());
     for (const DocumentValue& value : values.Values)
         SetXmlAttribute(element.Get(), value.Name, value.Value);
@@ -125,7 +126,7 @@ std::vector<PluginBinding> CreateBindings(const MaterialGraph& graph)
             bindings.push_back(std::move(binding));
     }
     std::map<std::pair<std::string, std::string>, const PluginBinding*> byName;
-    for (const PluginBinding& binding : bindings) // the first of each name counts
+    for (const PluginBinding& binding : bindings) // the first of each name takes precedence
         byName.emplace(std::pair(binding.StreamName(), binding.Tag()), &binding);
     for (const DocumentBinding& values : graph.Document().Bindings) {
         const auto binding = byName.find({values.Stream, values.Tag});

@@ -9,28 +9,30 @@
 
 namespace Mox::Host {
 
-/// The run-time parameters that one node makes. A node that has refused to build its ports makes
-/// none: what made it refuse, such as a count, may size its bindings too.
+/// Creates the run-time parameters of one node. A node that failed to build its ports has none,
+/// because the value that caused the failure, such as a count, may also determine the size of its
+/// bindings.
 /// @throws HostError if the node fails
 std::vector<PluginBinding> CreateNodeBindings(const GraphNode& node);
 
-/// The run-time parameters of a material, in the order of its nodes, with the document's own values
-/// on them.
+/// Creates the run-time parameters of a material, in the order of its nodes, and applies the values
+/// that the document stores for them.
 /// @throws HostError naming the node that fails
 std::vector<PluginBinding> CreateBindings(const MaterialGraph& graph);
 
-/// A binding with all its values as a document could have them.
+/// Converts a binding to a record with all values that a document can store.
 DocumentBinding DescribeBinding(const PluginBinding& binding);
 
-/// Bindings as an XML document: one element each, with the stream type, the component count and the
-/// group that the element's other attributes do not say.
+/// Formats bindings as an XML document with one element per binding. Each element includes the
+/// stream type, the component count and the group, which cannot be derived from its other
+/// attributes.
 std::string FormatBindings(const std::vector<PluginBinding>& bindings);
 
-/// Reads such a document back.
-/// @throws HostError with file and line if it is no such document
+/// Reads a document written by FormatBindings.
+/// @throws HostError with file and line if the file is not such a document
 std::vector<PluginBinding> ReadBindings(const std::filesystem::path& file);
 
-/// The same for a document in memory.
+/// Parses such a document from a string.
 /// @param file the name of the document in messages
 std::vector<PluginBinding> ParseBindings(const std::string& file, std::string_view text);
 

@@ -33,7 +33,7 @@ bool OnlySetsProperties(const GraphChange& change)
 ChangedRecords ChangeHistory::Do(const GraphChange& change, const std::string& gesture,
                                  const std::string& title)
 {
-    // The room comes first, so that nothing fails after the change.
+    // Allocated first, so that nothing can fail after the change.
     _undo.push_back({{}, title.empty() ? change.Summary() : title, gesture, _lastState + 1, {}});
     try {
         _undo.back().Inverse = _graph.Apply(change);
@@ -56,7 +56,8 @@ ChangedRecords ChangeHistory::Do(const GraphChange& change, const std::string& g
     return records;
 }
 
-/// A value that is dragged replaces the same records again and again: the oldest ones suffice.
+/// Merges the last two entries if they set properties of the same nodes in one gesture, such as a
+/// drag. Only the older entry's inverse is needed.
 void ChangeHistory::JoinLast()
 {
     if (_undo.size() < 2)

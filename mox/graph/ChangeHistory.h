@@ -12,7 +12,7 @@
 
 namespace Mox::Host {
 
-/// The records of a document that a change has added, changed or removed, by number.
+/// The indices of the records of a document that a change has added, modified or removed.
 struct ChangedRecords
 {
     std::set<std::size_t> Nodes;
@@ -25,36 +25,35 @@ struct ChangedRecords
     }
 };
 
-/// The changes of a graph, to go back and forth through them. As long as it is used, every change
-/// of the graph must go through it.
+/// The undo and redo history of a graph. While it is in use, every change of the graph must go
+/// through it.
 class ChangeHistory
 {
 public:
     explicit ChangeHistory(MaterialGraph& graph) : _graph(graph) {}
 
-    /// Applies a change; what has been undone can no longer be redone. A change without effect is
-    /// not remembered.
-    /// @param gesture changes that follow each other and have the same name here are one step for
-    ///        Undo and Redo; an empty one is a step of its own
-    /// @param title of the step; an empty one is the summary of the change
-    /// @returns nothing for a change without effect
-    /// @throws HostError as MaterialGraph::Apply does; graph and history are as before then
+    /// Applies a change and clears the redo history. A change without effect is not recorded.
+    /// @param gesture consecutive changes with the same gesture name form one step for Undo and
+    ///        Redo; a change with an empty name is a step of its own
+    /// @param title of the step; if empty, the summary of the change
+    /// @returns an empty value for a change without effect
+    /// @throws HostError as MaterialGraph::Apply does; graph and history are then unchanged
     ChangedRecords Do(const GraphChange& change, const std::string& gesture = {},
                       const std::string& title = {});
 
     bool CanUndo() const { return !_undo.empty(); }
     bool CanRedo() const { return !_redo.empty(); }
 
-    /// Take the last step back, or do it again. Without one they do nothing.
+    /// Undo the last step, or redo the last undone step. They do nothing if there is none.
     ChangedRecords Undo() { return Move(_undo, _redo); }
     ChangedRecords Redo() { return Move(_redo, _undo); }
 
-    /// What Undo would take back and Redo would do, in words for people; empty if there is nothing.
+    /// The titles of the steps that Undo and Redo would apply, for display; empty if there is none.
     std::string UndoTitle() const { return CanUndo() ? _undo.back().Title : std::string(); }
     std::string RedoTitle() const { return CanRedo() ? _redo.back().Title : std::string(); }
 
-    /// A number for the state of the graph. Undo and Redo bring back the number with the state; two
-    /// different states never have the same one.
+    /// A number that identifies the state of the graph. Undo and Redo restore the number together
+    /// with the state; two different states never have the same number.
     std::uint64_t State() const { return _undo.empty() ? 0 : _undo.back().State; }
 
 private:
@@ -64,14 +63,14 @@ private:
         std::string Title;
         std::string Gesture;
         std::uint64_t State = 0;        ///< after the change
-        std::set<std::size_t> SetNodes; ///< those whose properties it sets, if it does nothing else
+        std::set<std::size_t> SetNodes; ///< nodes whose properties are set, if nothing else is
     };
 
     void JoinLast();
     ChangedRecords Move(std::vector<Entry>& from, std::vector<Entry>& to);
 
     MaterialGraph& _graph;
-    std::vector<Entry> _undo; ///< last change last
+    std::vector<Entry> _undo; ///< most recent change last
     std::vector<Entry> _redo;
     std::uint64_t _lastState = 0;
 };

@@ -15,8 +15,8 @@ using Materials::GuiEdge;
 
 namespace {
 
-/// Each circle that is reported costs a walk over all edges, so that a document full of them is
-/// given up on after some.
+/// Reporting a cycle requires a traversal of all edges, so the number of reported cycles per
+/// document is limited.
 constexpr int mostCircles = 100;
 
 std::vector<RightName> NamesOf(const std::vector<Materials::GuiPort>& ports)
@@ -28,7 +28,7 @@ std::vector<RightName> NamesOf(const std::vector<Materials::GuiPort>& ports)
     return names;
 }
 
-/// Reports the failure of looking a port up that has not been found among some.
+/// Returns whether a node has a port; if not, reports the error of the lookup.
 template <class LookUp>
 bool HasPort(const GraphNode& node, std::int32_t found, const std::string& name,
              const std::vector<Materials::GuiPort>& ports, ProblemList& problems, LookUp lookUp)
@@ -45,9 +45,9 @@ bool HasPort(const GraphNode& node, std::int32_t found, const std::string& name,
     }
 }
 
-/// Whether an edge fits between two nodes that are shown: both ports are there, and the nodes are
-/// not one. Ports of a placeholder are taken on trust. What does not fit is reported. Second edges
-/// into an input and cycles are left to others.
+/// Checks whether an edge between two shown nodes is valid: both ports must exist, and the nodes
+/// must differ. Ports of a placeholder are assumed to exist. Reports all failures. Duplicate edges
+/// into an input and cycles are checked elsewhere.
 bool CheckEdge(const GraphNode& tail, const GraphNode& head, const DocumentEdge& edge,
                const Place& where, ProblemList& problems)
 {
@@ -198,8 +198,8 @@ void EdgeStage::CommitNew() noexcept
     }
 }
 
-/// The inputs at which something may change: those of the edges that steps concern, and of all
-/// edges at new nodes. Each once.
+/// Collects the inputs that may be affected: those of the edges changed by steps, and of all edges
+/// at new nodes, without duplicates.
 std::vector<EdgeStage::Input> EdgeStage::FindInputs(const std::vector<DocumentStep>& done) const
 {
     const auto& edges = _document.Document().Edges;
@@ -250,7 +250,7 @@ std::vector<std::size_t> EdgeStage::InDocumentOrder(std::vector<std::size_t> edg
     return edges;
 }
 
-/// Whether the record of a shown edge still says what is shown.
+/// Whether the record of a shown edge still matches the view.
 bool EdgeStage::IsAsShown(std::size_t edge) const
 {
     if (!_document.Document().Edges.Holds(edge))
@@ -262,7 +262,7 @@ bool EdgeStage::IsAsShown(std::size_t edge) const
            record.TailPort == shown.Gui->TailPort && record.HeadPort == shown.Gui->HeadPort;
 }
 
-/// Whether an edge was in the document before, but not shown.
+/// Whether an edge was already in the document but not shown.
 bool EdgeStage::WasProblem(const Verdict& verdict) const
 {
     return !verdict.IsInserted && !_view.Edge(verdict.Index).IsShown();
@@ -282,7 +282,7 @@ EdgeStage::Verdict EdgeStage::JudgeOne(std::size_t index) const
     const GraphNode& headNode = _nodes.At(*head);
     for (const GraphNode* node : {&tailNode, &headNode}) {
         if (!node->IsShown() || node->Problems.Building.HasErrors())
-            return verdict; // which is reported with the node
+            return verdict; // the problem is reported with the node
     }
     verdict.IsShown = CheckEdge(tailNode, headNode, record, edge.Where, edge.Problems);
     edge.Tail = *tail;
@@ -291,7 +291,7 @@ EdgeStage::Verdict EdgeStage::JudgeOne(std::size_t index) const
     return verdict;
 }
 
-/// Leaves an edge out whose input another one feeds, if it would be shown otherwise.
+/// Hides an edge that would otherwise be shown if its input already has an edge.
 void EdgeStage::RefuseSecond(Verdict& verdict) const
 {
     if (!verdict.IsShown)
@@ -322,7 +322,7 @@ std::vector<OrderLink> EdgeStage::LinksOfVerdicts(const std::vector<std::size_t>
     return links;
 }
 
-/// Looks at all edges at once, and keeps the order of the nodes that results.
+/// Checks all edges for cycles, omits edges that close one, and stores the resulting node order.
 void EdgeStage::LeaveOutCircles()
 {
     const auto& records = _document.Document().Nodes;
@@ -351,7 +351,7 @@ void EdgeStage::LeaveOutCircles()
     _view.Order().Assign(order.Order);
 }
 
-/// Compares verdicts with what is shown.
+/// Compares the verdicts with the view and collects the differences.
 void EdgeStage::Prepare()
 {
     _new.reserve(_verdicts.size());

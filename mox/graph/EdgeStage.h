@@ -14,8 +14,8 @@
 
 namespace Mox::Host {
 
-/// The edges of an update: which of those that a change concerns are to be shown, and what is wrong
-/// with the others. Before Commit the nodes and edges of the view stay as they are.
+/// The edges of an update: determines which of the edges affected by a change are shown, and
+/// collects the problems of the others. Nodes and edges of the view are not modified before Commit.
 class EdgeStage
 {
 public:
@@ -27,39 +27,39 @@ public:
     EdgeStage& operator=(const EdgeStage&) = delete;
     ~EdgeStage();
 
-    /// Erases the records of shown edges whose port a new node does not have.
+    /// Erases the records of shown edges whose port does not exist on a new node.
     void EraseLost(DocumentEdit& edit) const;
 
-    /// Judges the edges that steps and new nodes concern, by themselves.
-    /// @param done as DocumentEdit has it
+    /// Checks the edges affected by steps and new nodes, each individually.
+    /// @param done as in DocumentEdit
     void Judge(const std::vector<DocumentStep>& done);
 
-    /// Judges all edges of the document. Where they run in circles, some are left out.
+    /// Checks all edges of the document. If edges form cycles, some of them are omitted.
     void JudgeAll();
 
-    /// Reports what is wrong with edges that were shown before or are new.
+    /// Reports the problems of edges that were shown before or are new.
     void ReportNewErrors(ProblemList& problems) const;
 
     /// An edge that would close a cycle.
     struct Circle
     {
         HostError Error;
-        bool IsNew; ///< false if the edge was there before but not shown: a problem already
+        bool IsNew; ///< false if the edge existed before but was not shown
     };
 
-    /// Puts what was judged in the table of links, edge by edge, and edges that were problems last.
-    /// So a cycle that is found among the others is one that the change makes.
-    /// @returns the first edge that closes a cycle, or nothing
+    /// Adds the checked edges to the link table one by one; edges that had problems before come
+    /// last. A cycle found among the other edges is therefore caused by the change.
+    /// @returns the first edge that closes a cycle, or nullopt
     std::optional<Circle> Admit();
 
-    /// Whether there is nothing to do.
+    /// Whether there is nothing to commit.
     bool IsEmpty() const { return _new.empty() && _hidden.empty() && _notes.empty(); }
 
-    /// Take edges out of the view, and put new ones in; nodes change in between.
+    /// Remove edges from the view, and add new ones; nodes are replaced between the two calls.
     void CommitHidden() noexcept;
     void CommitNew() noexcept;
 
-    /// Where edges run in circles, as JudgeAll found them.
+    /// The cycles of edges that JudgeAll found.
     ProblemList Circles;
 
 private:
@@ -89,15 +89,15 @@ private:
     const IndexedDocument& _document;
     const NodeStage& _nodes;
     std::vector<Verdict> _verdicts;
-    std::vector<std::size_t> _ranks; ///< place in the document by edge, once it is needed
+    std::vector<std::size_t> _ranks; ///< positions of edges in the document, computed on demand
 
-    /// What is to be done.
+    /// The pending changes.
     std::vector<std::size_t> _hidden;
     std::vector<std::pair<std::size_t, GraphView::NewEdge>> _new;
-    std::size_t _firstRevived = 0;   ///< place in _new from which edges were problems before
-    std::vector<std::size_t> _notes; ///< verdicts of other edges
+    std::size_t _firstRevived = 0;   ///< index in _new of the first edge that had a problem before
+    std::vector<std::size_t> _notes; ///< indices of the verdicts on all other edges
 
-    /// What Admit has done to the links: those are edges of _hidden and _new.
+    /// The changes that Admit has made to the links, as numbers of edges in _hidden and _new.
     std::size_t _removedLinks = 0;
     std::size_t _addedLinks = 0;
 };

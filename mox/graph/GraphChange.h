@@ -10,48 +10,48 @@
 
 namespace Mox::Host {
 
-/// Changes of a material as a user makes them, as plain values. They name nodes by id and hold
-/// values as documents do, so that they can be printed, stored and applied to any material in which
-/// they make sense.
+/// Changes that a user makes to a material, as plain values. They refer to nodes by id and store
+/// values as documents do, so they can be printed, stored and applied to any material in which they
+/// are valid.
 
-/// A node comes.
+/// Adds a node.
 struct AddNode
 {
-    DocumentNode Node;  ///< as a document has it
-    std::string Before; ///< node that it stands ahead of; empty: at the end
+    DocumentNode Node;  ///< as stored in a document
+    std::string Before; ///< node to insert it before; if empty, appended
 };
 
-/// A node goes, and with it its edges; references to it are emptied.
+/// Removes a node with its edges; references to it are cleared.
 struct RemoveNode
 {
     std::string Id;
 };
 
-/// A node gets another id; references and edges follow.
+/// Changes the id of a node; references and edges are updated.
 struct RenameNode
 {
     std::string Id;
     std::string NewId;
 };
 
-/// An edge comes.
+/// Adds an edge.
 struct AddEdge
 {
     DocumentEdge Edge;
-    std::string BeforeHead;     ///< the edge that it stands ahead of feeds this node; empty: last
-    std::string BeforeHeadPort; ///< and this input
+    std::string BeforeHead;     ///< head of the edge to insert it before; if empty, appended
+    std::string BeforeHeadPort; ///< head port of that edge
 };
 
-/// An edge goes.
+/// Removes an edge.
 struct RemoveEdge
 {
     DocumentEdge Edge;
 };
 
-/// An edge gets the points that it is drawn through.
+/// Sets the points that an edge is drawn through.
 struct SetPoints
 {
-    DocumentEdge Edge; ///< with the points
+    DocumentEdge Edge; ///< including the points
 };
 
 struct PropertySetting
@@ -60,13 +60,13 @@ struct PropertySetting
     DocumentProperty Property;
 };
 
-/// Properties get values, all of them before any node rebuilds its ports.
+/// Sets properties. All values are set before any node rebuilds its ports.
 struct SetProperties
 {
     std::vector<PropertySetting> Settings;
 };
 
-/// The description or the render state of the material becomes another one.
+/// Replaces the description or the render state of the material.
 struct SetDescription
 {
     std::vector<DocumentValue> Values;
@@ -77,32 +77,32 @@ struct SetRenderState
     std::vector<DocumentValue> Values;
 };
 
-/// The values of a binding are replaced; a binding that is not there comes at the end.
+/// Replaces the values of a binding; a binding that does not exist is appended.
 struct SetBinding
 {
     DocumentBinding Binding;
 };
 
-/// A binding goes.
+/// Removes a binding.
 struct RemoveBinding
 {
     std::string Stream;
     std::string Tag;
 };
 
-/// An annotation is added at the end.
+/// Appends an annotation.
 struct AddAnnotation
 {
     DocumentAnnotation Annotation;
 };
 
-/// The annotation with the same id becomes another one; it keeps its comments.
+/// Replaces the annotation with the same id; its comments are kept.
 struct SetAnnotation
 {
     DocumentAnnotation Annotation;
 };
 
-/// An annotation is removed, and nothing of what is in it.
+/// Removes an annotation but none of its content.
 struct RemoveAnnotation
 {
     std::string Id;
@@ -112,25 +112,26 @@ using GraphStep = std::variant<AddNode, RemoveNode, RenameNode, AddEdge, RemoveE
                                SetProperties, SetDescription, SetRenderState, SetBinding,
                                RemoveBinding, AddAnnotation, SetAnnotation, RemoveAnnotation>;
 
-/// Steps that are done together or not at all.
+/// Steps that are applied all together or not at all.
 struct GraphChange
 {
     std::vector<GraphStep> Steps;
 
-    /// One line for each step, and below it one for each value that the step brings.
+    /// Formats the change with one line per step, followed by one line per value of the step.
     std::string Format() const;
 
-    /// The first step, and how many values or steps follow it, in a line for people.
+    /// Describes the first step in one line for display, with the number of further values or
+    /// steps.
     std::string Summary() const;
 };
 
-/// A change is refused because of one of its steps.
+/// Reports that a change was rejected because of one of its steps.
 class RefusedStep : public HostError
 {
 public:
     RefusedStep(const HostError& cause, std::size_t step) : HostError(cause), Step(step) {}
 
-    std::size_t Step; ///< position in the change
+    std::size_t Step; ///< index of the step in the change
 };
 
 } // namespace Mox::Host

@@ -11,7 +11,7 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-/// Chooses ids that are free in a material.
+/// Generates ids that are unused in a material.
 class FreshIds
 {
 public:
@@ -49,7 +49,7 @@ private:
 
     Test _isTaken;
     std::set<std::string> _taken;
-    std::unordered_map<std::string, std::size_t> _numbers; ///< last one tried, by stem
+    std::unordered_map<std::string, std::size_t> _numbers; ///< last number tried, by stem
 };
 
 class GraphCopier

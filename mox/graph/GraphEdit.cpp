@@ -213,7 +213,7 @@ std::size_t GraphEdit::FindNode(const std::string& id) const
     return *index;
 }
 
-/// Of several equal edges it is the last one, which the graph does not show.
+/// Finds an edge. Among duplicates, it is the last one, which the graph does not show.
 std::size_t GraphEdit::FindEdge(const DocumentEdge& edge) const
 {
     std::size_t found = None;
@@ -227,7 +227,7 @@ std::size_t GraphEdit::FindEdge(const DocumentEdge& edge) const
     return found;
 }
 
-/// Refuses what would make a document that cannot be read again.
+/// Rejects values with which the document could not be read again.
 void GraphEdit::RequireWritable(const ElementRule& rule,
                                 const std::vector<DocumentValue>& values) const
 {
@@ -244,7 +244,7 @@ Place GraphEdit::PlaceOf(std::size_t node) const
     return {Document().File, Document().Nodes[node].Line, Document().Nodes[node].Id};
 }
 
-/// Builds the nodes whose properties are set, and all that refer to them.
+/// Builds the nodes whose properties were set, and all nodes that refer to them.
 void GraphEdit::Settle(std::vector<PropertyEdit>& edits)
 {
     std::vector<std::size_t> changed;

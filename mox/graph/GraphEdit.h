@@ -13,16 +13,16 @@
 
 namespace Mox::Host {
 
-/// Turns the steps of a user's change into changes of records, one after another, and has the nodes
-/// built that they concern. Edges are judged when all steps are done.
+/// Converts the steps of a user's change into record changes, one by one, and rebuilds the affected
+/// nodes. Edges are checked after all steps.
 class GraphEdit
 {
 public:
-    /// @param edit and nodes must outlive this
+    /// @param edit and nodes must outlive the object
     GraphEdit(DocumentEdit& edit, NodeStage& nodes) : _edit(edit), _nodes(nodes) {}
 
-    /// Do one step.
-    /// @throws HostError if it does not fit
+    /// Apply one step.
+    /// @throws HostError if the step is not valid
     void operator()(const AddNode& step);
     void operator()(const RemoveNode& step);
     void operator()(const RenameNode& step);

@@ -7,7 +7,8 @@ namespace Mox::Host {
 
 namespace {
 
-/// Every node that waits has a predecessor that waits too, so walking backwards must come round.
+/// Finds a cycle. Each waiting node has a waiting predecessor, so a backward walk must reach a
+/// cycle.
 std::vector<std::size_t> FindCycle(const std::vector<std::size_t>& waitingFor,
                                    const std::vector<OrderLink>& links)
 {
@@ -32,14 +33,14 @@ std::vector<std::size_t> FindCycle(const std::vector<std::size_t>& waitingFor,
     return walk;
 }
 
-/// Makes room for an element, in steps that grow with the list.
+/// Reserves memory for one more element, with geometric growth.
 void ReserveOneMore(std::vector<std::size_t>& list)
 {
     if (list.size() == list.capacity())
         list.reserve(std::max<std::size_t>(2, 2 * list.size()));
 }
 
-/// The nodes that a search has met, in the order of meeting, each with the one it was met from.
+/// The nodes visited by a search, in the order of their visits, each with its predecessor.
 class Search
 {
 public:
@@ -53,7 +54,7 @@ public:
 
     std::vector<std::size_t>& Nodes() { return _nodes; }
 
-    /// The way by which the search came to a node, backwards.
+    /// The path by which the search reached a node, in reverse.
     std::vector<std::size_t> WayBack(std::size_t node) const
     {
         std::vector<std::size_t> way{node};
@@ -175,8 +176,8 @@ std::vector<std::size_t> OnlineOrder::Admit(const LinkTable& links, std::size_t 
         }
     }
 
-    // What leads to the tail takes the first of all these places, what follows the head the rest;
-    // among themselves both keep their order.
+    // Nodes that lead to the tail are assigned the first of these positions, and nodes reachable
+    // from the head the rest; both groups keep their internal order.
     const auto isAhead = [this](std::size_t left, std::size_t right) {
         return _position[left] < _position[right];
     };

@@ -33,7 +33,7 @@ void ForgetPrecisions(std::vector<GuiPort>& ports)
 
 } // namespace
 
-/// The nodes that wait for their turn, each once, in an order of positions that only grow.
+/// A queue of nodes without duplicates, processed in monotonic order of their positions.
 class GraphResolver::Agenda
 {
 public:
@@ -67,7 +67,7 @@ private:
     const OnlineOrder& _order;
     bool _isForward;
     std::vector<bool> _isWaiting;
-    std::vector<std::pair<std::ptrdiff_t, std::size_t>> _waiting; ///< a heap: rank, node
+    std::vector<std::pair<std::ptrdiff_t, std::size_t>> _waiting; ///< a heap of rank and node
 };
 
 std::vector<std::size_t> GraphResolver::Resolve(ProblemList& problems)

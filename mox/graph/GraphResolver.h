@@ -9,30 +9,30 @@
 
 namespace Mox::Host {
 
-/// Settles the component counts of nodes, from sources to sinks, and then the precisions, from
-/// sinks to sources. Counts that do not agree are no failure: the ports show it as CountConflict,
-/// and ReportCountConflicts tells it.
+/// Resolves the component counts of nodes, from sources to sinks, and then the precisions, from
+/// sinks to sources. Conflicting counts are not an error: the ports indicate them as CountConflict,
+/// and ReportCountConflicts reports them.
 ///
-/// The first run settles the whole graph, later ones only what changes since then can reach: a node
-/// is called again if it was changed, if an edge at it came or went, or if a neighbour hands it
-/// another value than before. The result is the same as if all were settled anew. The graph must
-/// not be moved, and only one resolver follows it.
+/// The first run resolves the entire graph, later runs only the parts affected by changes since
+/// then: a node is called again if it was changed, if one of its edges was added or removed, or if
+/// a neighbour passes a different value to it than before. The result is the same as that of
+/// resolving the entire graph. The graph must not be moved, and must have only one resolver.
 class GraphResolver
 {
 public:
     explicit GraphResolver(MaterialGraph& graph) : _graph(graph) {}
 
-    /// Brings the graph up to date. A node that fails is reported and leaves its free ports
-    /// unknown; the others go on.
-    /// @returns the nodes that were called, by index, in no particular order: what has to be
-    ///          checked again
+    /// Updates the graph. A node that fails is reported, and its free ports stay unknown; the other
+    /// nodes are still resolved.
+    /// @returns the indices of the nodes that were called, which must be checked again, in
+    ///          unspecified order
     std::vector<std::size_t> Resolve(ProblemList& problems);
 
 private:
-    /// What an edge carried last.
+    /// The values that an edge passed last.
     struct Carried
     {
-        std::int32_t Count = 0; ///< 0: not known
+        std::int32_t Count = 0; ///< 0: unknown
         bool IsFloat = false;
     };
 
@@ -46,13 +46,13 @@ private:
     bool _hasRun = false;
 };
 
-/// Settles a whole graph once.
+/// Resolves an entire graph once.
 void ResolveGraph(MaterialGraph& graph, ProblemList& problems);
 
-/// Reports the counts at the inputs of a node that do not agree.
+/// Reports conflicting counts at the inputs of a node.
 void ReportCountConflict(const MaterialGraph::Node& node, ProblemList& problems);
 
-/// The same for all nodes.
+/// Reports the count conflicts of all nodes.
 void ReportCountConflicts(const MaterialGraph& graph, ProblemList& problems);
 
 } // namespace Mox::Host

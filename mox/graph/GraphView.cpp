@@ -200,7 +200,7 @@ void GraphView::Swap(GraphView& other) noexcept
     _isTouched.swap(other._isTouched);
 }
 
-/// Sets the Connected flags of a node's ports by the edges that are shown.
+/// Sets the Connected flags of a node's ports according to the shown edges.
 void GraphView::JoinPorts(std::size_t index) noexcept
 {
     GraphNode& node = _nodes[index];

@@ -18,20 +18,20 @@
 
 namespace Mox::Host {
 
-/// What is wrong with a node, by the step at which it showed.
+/// The problems of a node, by the stage at which they occurred.
 struct NodeProblems
 {
     ProblemList Making;
-    ProblemList Loading;  ///< of the stored properties
-    ProblemList Building; ///< of the ports; a node that refuses to build them has no edges
+    ProblemList Loading;  ///< loading the stored properties
+    ProblemList Building; ///< building the ports; a node that fails here has no edges
 };
 
 /// A node of an authoring graph.
 struct GraphNode
 {
     std::string Id;
-    PluginNode Gui;             ///< none if not even a placeholder can be made
-    bool IsPlaceholder = false; ///< stands for a type that no plug-in offers; it has no ports
+    PluginNode Gui;             ///< null if not even a placeholder can be created
+    bool IsPlaceholder = false; ///< represents a type that no plug-in provides; it has no ports
     Place Where;
     NodeProblems Problems;
 
@@ -43,10 +43,10 @@ struct GraphNode
 /// An edge of an authoring graph.
 struct GraphEdge
 {
-    boost::shared_ptr<Materials::GuiEdge> Gui; ///< none if the graph cannot show the edge
-    std::size_t Tail = 0;                      ///< number of the node that it leaves
-    std::size_t Head = 0;                      ///< number of the node that it arrives at
-    bool IsLoose = false; ///< a placeholder stands at one of its ends, so that it joins no ports
+    boost::shared_ptr<Materials::GuiEdge> Gui; ///< null if the graph cannot show the edge
+    std::size_t Tail = 0;                      ///< index of the source node
+    std::size_t Head = 0;                      ///< index of the target node
+    bool IsLoose = false; ///< one of its nodes is a placeholder, so it connects no ports
     Place Where;
     ProblemList Problems;
 
@@ -55,22 +55,23 @@ struct GraphEdge
 private:
     friend class GraphView;
 
-    PluginNode::EdgeList::iterator OutEntry; ///< in the list of the tail, unless it is loose
+    PluginNode::EdgeList::iterator OutEntry; ///< in the tail's list, unless the edge is loose
     PluginNode::EdgeList::iterator InEntry;
 };
 
-/// Empties the references of a node that goes, since a cycle of them would never be released.
+/// Clears the references of a node that is removed, since a cycle of references would never be
+/// released.
 void EmptyReferences(const PluginNode& node) noexcept;
 
-/// A pair of nodes by number, the first of which refers to the second.
+/// A pair of node indices; the first node refers to the second.
 using NodeReference = std::pair<std::size_t, std::size_t>;
 
-/// The nodes and edges that stand for the records of a document, under the numbers of the records,
-/// and all that must agree with them: edge lists, Connected flags, topological order. It does what
-/// it is told; GraphUpdate knows what a document asks for.
+/// The nodes and edges for the records of a document, with the same indices as the records, and all
+/// data derived from them: edge lists, Connected flags, topological order. It performs only the
+/// requested operations; its callers determine which ones a document requires.
 ///
-/// Whatever may fail happens before the operations that change the view, so that none of these
-/// does.
+/// All operations that can fail are separate from those that modify the view and precede them, so
+/// that the latter cannot fail.
 class GraphView
 {
 public:
@@ -84,56 +85,56 @@ public:
 
     ~GraphView();
 
-    /// Also for numbers without a record, for which they are empty.
+    /// Also valid for indices without a record, for which they return empty items.
     const GraphNode& Node(std::size_t index) const;
     const GraphEdge& Edge(std::size_t index) const;
 
-    const std::vector<GraphNode>& Nodes() const { return _nodes; } ///< by number
-    const std::vector<GraphEdge>& Edges() const { return _edges; } ///< by number
+    const std::vector<GraphNode>& Nodes() const { return _nodes; } ///< by index
+    const std::vector<GraphEdge>& Edges() const { return _edges; } ///< by index
 
-    std::size_t NodeCount() const { return _nodeCount; } ///< of those that are shown
-    std::size_t EdgeCount() const { return _edgeCount; } ///< of those that are shown
+    std::size_t NodeCount() const { return _nodeCount; } ///< shown nodes only
+    std::size_t EdgeCount() const { return _edgeCount; } ///< shown edges only
 
-    /// The edges that are shown.
+    /// The shown edges.
     const LinkTable& Links() const { return _links; }
     LinkTable& Links() { return _links; }
 
-    /// An order in which the tail of each edge comes before its head; references have no say.
+    /// An order in which the tail of each edge precedes its head; references are not considered.
     const OnlineOrder& Order() const { return _order; }
     OnlineOrder& Order() { return _order; }
 
-    /// The number of a node object.
+    /// The index of a node object.
     std::optional<std::size_t> Find(const Materials::GuiNode* node) const;
 
-    /// References that are left out because they run in a circle with others.
+    /// References that are omitted because they are part of a cycle.
     const std::set<NodeReference>& BrokenReferences() const { return _brokenReferences; }
 
-    /// Whether edges or references run in circles, so that some of them are left out.
+    /// Whether there are cycles of edges or references, so that some of them are omitted.
     bool HasCircles() const;
 
-    /// What is wrong with the document, in the order of its records.
+    /// Reports the problems of the document, in the order of its records.
     void Report(const MaterialDocument& document, ProblemList& problems) const;
 
-    /// Makes the room for records with numbers below these.
+    /// Allocates memory for records with indices below these limits.
     void Reserve(std::size_t nodeEnd, std::size_t edgeEnd);
 
-    /// Enters a new node object, which is to stand under a number soon, and removes one.
+    /// Register a new node object for an index that it will soon occupy, and unregister one.
     void Enter(const PluginNode& node, std::size_t index);
     void Leave(const PluginNode& node) noexcept;
 
-    /// Keeps what BuildAll found about circles.
+    /// Stores the cycles that BuildAll found.
     void SetCircles(std::set<NodeReference> brokenReferences, ProblemList references,
                     ProblemList edges) noexcept;
 
-    /// Replaces a node, or removes it, in which case it has no edges. The new object takes over the
-    /// edges of the old one.
+    /// Replaces a node, or removes it, in which case it must not have edges. The new object
+    /// inherits the edges of the old one.
     void Replace(std::size_t index, GraphNode&& node) noexcept;
 
-    /// Gives a node that stays the same object the host's own values of another one, and its
-    /// problems of loading.
+    /// Copies the host's own values and the loading problems from another node; the object of the
+    /// node stays the same.
     void TakeHostValues(std::size_t index, GraphNode&& source) noexcept;
 
-    /// An edge with the entries for the lists of its nodes.
+    /// An edge with its entries for the lists of its nodes.
     struct NewEdge
     {
         explicit NewEdge(GraphEdge edge);
@@ -143,17 +144,17 @@ public:
         PluginNode::EdgeList In;
     };
 
-    /// Show and hide an edge in the lists and flags of its nodes; Links is left to the caller.
+    /// Show and hide an edge in the lists and flags of its nodes; the caller must update Links.
     void Show(std::size_t index, NewEdge&& edge) noexcept;
     void Hide(std::size_t index) noexcept;
 
-    /// Keeps the place of an edge and what is wrong with it.
+    /// Stores the source location of an edge and its problems.
     void Note(std::size_t edge, Place&& where, ProblemList&& problems) noexcept;
 
-    /// Notes that a node is to be resolved again.
+    /// Marks a node to be resolved again.
     void Touch(std::size_t node) noexcept;
 
-    /// The nodes that have been touched since the last call; some may have gone.
+    /// Returns the nodes that have been touched since the last call; some may no longer exist.
     std::vector<std::size_t> TakeTouched();
 
     const std::vector<std::size_t>& Touched() const { return _touched; }
@@ -174,7 +175,7 @@ private:
     std::set<NodeReference> _brokenReferences;
     ProblemList _referenceCircles;
     ProblemList _edgeCircles;
-    std::vector<std::size_t> _touched; ///< each once, with room for all
+    std::vector<std::size_t> _touched; ///< without duplicates, with capacity for all nodes
     std::vector<bool> _isTouched;      ///< by node
 };
 

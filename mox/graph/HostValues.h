@@ -7,21 +7,22 @@
 
 namespace Mox::Host {
 
-/// The properties of a node that hold its upper left corner in an editor, in pixels.
+/// The properties of a node that store the position of its upper-left corner in an editor, in
+/// pixels.
 constexpr const char* positionX = "PositionX";
 constexpr const char* positionY = "PositionY";
 
-/// Farther from the origin, floats are coarser than pixels.
+/// Beyond this distance from the origin, floats are coarser than pixels.
 constexpr float farthestPosition = 1e6f;
 
-/// Properties that the host alone keeps on a node: "BindingIndex", "PositionX" and "PositionY". No
-/// class builds its ports by them.
+/// Whether only the host uses a property: "BindingIndex", "PositionX" or "PositionY". No class uses
+/// these to build its ports.
 bool IsHostValue(const std::string& property);
 
-/// Whether two records mean the same node but for the host's own values.
+/// Whether two records describe the same node apart from the host's own values.
 bool AreSameButForHostValues(const DocumentNode& left, const DocumentNode& right);
 
-/// Gives a node the host's own values of another one of its type.
+/// Copies the host's own values between nodes of the same type.
 void CopyHostValues(const PluginNode& from, const PluginNode& to) noexcept;
 
 } // namespace Mox::Host

@@ -24,13 +24,13 @@ MaterialDocument EmptyDocument(std::string file)
     return document;
 }
 
-/// Builds the nodes of the records that steps have changed.
-/// @returns whether that works: references do not run in circles
+/// Rebuilds the nodes whose records were changed by steps.
+/// @returns whether it succeeded, i.e. references do not form a cycle
 bool Follow(const std::vector<DocumentStep>& done, const MaterialDocument& document,
             NodeStage& nodes)
 {
     std::map<std::size_t, const RecordChange<DocumentNode>*>
-        firsts; // which have the oldest records
+        firsts; // changes with the oldest records
     for (const DocumentStep& step : done) {
         if (const auto* node = std::get_if<RecordChange<DocumentNode>>(&step))
             firsts.emplace(node->Index, node);
@@ -97,7 +97,7 @@ DocumentChange MaterialGraph::Undo(DocumentChange inverse)
     {
         NodeStage nodes(_view, _document, _maker);
         EdgeStage edges(_view, _document, nodes);
-        bool isFree = Follow(edit.Done(), Document(), nodes); // of circles
+        bool isFree = Follow(edit.Done(), Document(), nodes); // of cycles
         if (isFree) {
             edges.Judge(edit.Done());
             isFree = !edges.Admit() &&
@@ -151,7 +151,7 @@ bool MaterialGraph::HasLooseEdge(std::size_t head, const std::string& headPort) 
     });
 }
 
-/// Builds what the document shows from nothing.
+/// Builds a new view from the document.
 GraphView MaterialGraph::BuildView() const
 {
     GraphView view;
@@ -170,7 +170,7 @@ GraphView MaterialGraph::BuildView() const
     return view;
 }
 
-/// Brings what was built into the view.
+/// Moves the new nodes and edges into the view.
 DocumentChange MaterialGraph::Commit(DocumentEdit& edit, NodeStage& nodes,
                                      EdgeStage& edges) noexcept
 {
@@ -180,7 +180,7 @@ DocumentChange MaterialGraph::Commit(DocumentEdit& edit, NodeStage& nodes,
     return edit.Finish();
 }
 
-/// Where something runs in circles, what is left out depends on the whole document.
+/// Rebuilds the view: if there are cycles, the omitted links depend on the whole document.
 DocumentChange MaterialGraph::CommitAnew(DocumentEdit& edit)
 {
     _view = BuildView();

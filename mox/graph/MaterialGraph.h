@@ -17,64 +17,66 @@ namespace Mox::Host {
 class EdgeStage;
 class NodeStage;
 
-/// A material that can be edited: its document, and the authoring graph that shows it.
+/// An editable material: its document, and the authoring graph that shows it.
 ///
-/// The document is the whole state, and to save the material is to write it. The graph holds
-/// nothing that the document does not say: a node is always as one that is loaded from its record
-/// and builds its ports. A record that the graph cannot show, such as an edge whose port is not
-/// there, stays in the document, and ReportProblems says what is wrong with it.
+/// The document is the entire state; saving the material means writing the document. The graph
+/// holds no information that is not in the document: a node is always the same as one that is
+/// loaded from its record and then builds its ports. A record that the graph cannot show, such as
+/// an edge whose port does not exist, stays in the document, and ReportProblems reports its
+/// problem.
 ///
-/// A change is done whole or not at all, whatever a node's construction or UpdatePorts raises. It
-/// builds new objects for the nodes whose records change and for those that refer to them, so hosts
-/// find nodes by their ids and do not keep the objects. Only the values of the host's own
-/// ("BindingIndex", "PositionX", "PositionY") leave the object what it is. Nodes and edges have the
-/// numbers of their records, which stay theirs as long as they are there. Values and ports of nodes
-/// may be read freely.
+/// A change is applied completely or not at all, even if the construction of a node or its
+/// UpdatePorts throws. It creates new objects for the nodes whose records change and for the nodes
+/// that refer to them, so hosts must look up nodes by id instead of keeping the objects. Only
+/// changes of the host's own values ("BindingIndex", "PositionX", "PositionY") keep the object.
+/// Nodes and edges have the indices of their records, which stay the same as long as the records
+/// exist. Values and ports of nodes can be read freely.
 class MaterialGraph
 {
 public:
     using Node = GraphNode;
     using Edge = GraphEdge;
 
-    /// An empty material.
-    /// @param file as it is named in messages
+    /// Creates an empty material.
+    /// @param file name of the document in messages
     explicit MaterialGraph(NodeMaker maker, std::string file = {});
 
-    /// @param maker what it makes nodes from must outlive the graph
+    /// @param maker the source of its nodes must outlive the graph
     MaterialGraph(MaterialDocument document, NodeMaker maker);
 
     const MaterialDocument& Document() const { return _document.Document(); }
 
-    /// All that is wrong with the document now.
+    /// Reports all current problems of the document.
     void ReportProblems(ProblemList& problems) const { _view.Report(Document(), problems); }
 
-    /// Does the steps of a change one after another, and then looks at the edges.
+    /// Applies the steps of a change one by one, and then checks the edges.
     ///
     /// A node whose property is set rebuilds its ports, and so do all nodes that refer to it, each
-    /// after those that it refers to itself. The record of the node takes over what a node that is
-    /// loaded from it would not settle to the same value by itself; the records of the others stay
-    /// as they are. An edge whose port vanishes by that is removed.
+    /// after the nodes it refers to. The node's record stores the values that a node loaded from it
+    /// would not derive by itself; the records of the other nodes are not modified. An edge whose
+    /// port disappears as a result is removed.
     ///
-    /// Removing a node removes its edges and empties the properties that refer to it. An edge at a
-    /// placeholder is kept, though it joins nothing, and the placeholder's port is taken on trust.
-    /// @returns the inverse: applied next, it brings the document back to what it was
-    /// @throws HostError naming nodes and ports if a step does not fit: a missing node, port or
-    ///         edge, an id that is taken, a second edge into an input, a circle of edges or
-    ///         references with the whole way round, a value that a property does not take, a node
-    ///         that cannot be made or cannot build its ports; nothing has changed then. What was
-    ///         wrong before is no reason. It is a RefusedStep unless only all steps together do not
-    ///         fit, as with edges.
+    /// Removing a node removes its edges and clears the properties that refer to it. An edge at a
+    /// placeholder is kept although it connects no ports, and the placeholder's port is assumed to
+    /// exist.
+    /// @returns the inverse; applied next, it restores the previous document
+    /// @throws HostError naming nodes and ports if a step is not valid: a missing node, port or
+    ///         edge, a duplicate id, a second edge into an input, a cycle of edges or references
+    ///         (with its full path), a value that a property does not accept, or a node that cannot
+    ///         be created or cannot build its ports. Nothing is changed then. Problems that existed
+    ///         before do not cause a failure. The error is a RefusedStep unless it only arises from
+    ///         all steps together, as with edges.
     DocumentChange Apply(const GraphChange& change);
 
-    /// Takes back what has been done last, and brings back what was wrong then.
-    /// @param inverse what Apply or Undo has given for it
-    /// @returns the inverse of this, which does it again
+    /// Undoes the last change and restores the earlier problems.
+    /// @param inverse as returned by Apply or Undo for that change
+    /// @returns the inverse of the undo, which redoes the change
     DocumentChange Undo(DocumentChange inverse);
 
-    /// The record that a node would have if its references to some ids were emptied.
+    /// Returns the record that a node would have if its references to some ids were cleared.
     DocumentNode WithoutReferences(std::size_t node, const std::vector<std::string>& ids) const;
 
-    /// In the order of the document; [] takes a number.
+    /// In document order; [] accepts an index.
     ShownItems<DocumentNode, Node> Nodes() const
     {
         return {Document().Nodes, _view.Nodes(), _view.NodeCount()};
@@ -84,16 +86,16 @@ public:
         return {Document().Edges, _view.Edges(), _view.EdgeCount()};
     }
 
-    /// The edges at each node by number, those at placeholders included.
+    /// The edges at each node by index, including edges at placeholders.
     const LinkTable& Links() const { return _view.Links(); }
 
-    /// An order in which the tail of each edge comes before its head.
+    /// An order in which the tail of each edge precedes its head.
     const OnlineOrder& Order() const { return _view.Order(); }
 
-    /// Whether a node of the document has this id, be it shown or not.
+    /// Whether the document has a node with this id, shown or not.
     bool HasId(const std::string& id) const { return _document.FindNode(id).has_value(); }
 
-    /// Number of a node.
+    /// The index of a node.
     std::optional<std::size_t> FindNode(const std::string& id) const;
 
     /// @throws HostError if there is no such node
@@ -104,23 +106,23 @@ public:
         return _document.FindAnnotation(id).has_value();
     }
 
-    /// Number of an annotation.
-    /// @throws HostError if there is none
+    /// The index of an annotation.
+    /// @throws HostError if it does not exist
     std::size_t FindAnnotation(const std::string& id) const
     {
         return _document.RequireAnnotation(id);
     }
 
-    /// The id under which a node object stands here, or an empty text.
+    /// The id of a node object in this graph, or an empty string.
     std::string IdOf(const Materials::GuiNode* node) const;
 
-    /// Whether the edge that leads to an input joins nothing, since a placeholder stands at it.
+    /// Whether the edge at an input connects no ports because one of its nodes is a placeholder.
     bool HasLooseEdge(std::size_t head, const std::string& headPort) const;
 
-    /// The nodes that must be resolved again since the last call; some may have gone.
+    /// Returns the nodes to be resolved again since the last call; some may no longer exist.
     std::vector<std::size_t> TakeTouched() { return _view.TakeTouched(); }
 
-    /// The same without taking them: empty if the graph is resolved.
+    /// The same nodes without clearing the list; empty if the graph is resolved.
     const std::vector<std::size_t>& Touched() const { return _view.Touched(); }
 
 private:
@@ -133,7 +135,7 @@ private:
     GraphView _view;
 };
 
-/// Some nodes and annotations of a material, by id.
+/// A selection of nodes and annotations of a material, by id.
 struct GraphParts
 {
     std::vector<std::string> Nodes;

@@ -21,10 +21,10 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-/// Gives property the kind and value of a text.
-/// @param index number of the node's record
-/// @param fail is called with rule and message if that cannot be
-/// @returns whether the value counts
+/// Sets the kind and value of a property from a string.
+/// @param index of the node's record
+/// @param fail is called with rule and message if that fails
+/// @returns whether the value is valid
 template <class Fail>
 bool Parse(GuiProperty& property, const DocumentProperty& value, const NodeBuilder& builder,
            std::size_t index, Fail fail)
@@ -45,7 +45,7 @@ bool Parse(GuiProperty& property, const DocumentProperty& value, const NodeBuild
     return *target != nullptr;
 }
 
-/// The properties that people see.
+/// The names of all visible properties.
 std::vector<RightName> NamesOf(const GuiPropertyBag& properties)
 {
     std::vector<RightName> names;
@@ -56,7 +56,7 @@ std::vector<RightName> NamesOf(const GuiPropertyBag& properties)
     return names;
 }
 
-/// What follows the message that a stored value does not fit a property.
+/// Returns a suggestion to append to the message that a stored value does not fit a property.
 std::string SuggestChoice(const GuiProperty& property, const GuiProperty& stored)
 {
     if (property.Kind != GuiPropertyKind::Enum || stored.Kind != GuiPropertyKind::Enum)
@@ -130,7 +130,7 @@ private:
         }
     }
 
-    /// A set that is refused as a whole is searched for the properties that are the cause.
+    /// Loads the properties individually after the set as a whole was rejected, to find the cause.
     void LoadWhatFits()
     {
         const GuiPropertyBag& own = _node.Gui.Properties();
@@ -171,7 +171,7 @@ private:
     const GraphNode& _node;
     ProblemList& _problems;
     boost::shared_ptr<GuiPropertyBag> _bag;
-    std::vector<const DocumentProperty*> _filledIn; ///< what the bag has from the record
+    std::vector<const DocumentProperty*> _filledIn; ///< record properties in the bag
     std::set<std::string> _leftOut;
 };
 
@@ -190,7 +190,7 @@ GraphNode NodeBuilder::Make(std::size_t index, const DocumentNode& record) const
     MadeNode made;
     try {
         made = _maker.Make(record.Type, node.Where);
-        // A document without the type has been reported by its reader.
+        // A missing type has already been reported by the reader of the document.
         if (made.IsPlaceholder && !record.Type.empty()) {
             problems.Warn("unknown-type", node.Where,
                           UnknownType(record.Type).Message + _maker.SuggestType(record.Type));
@@ -205,7 +205,7 @@ GraphNode NodeBuilder::Make(std::size_t index, const DocumentNode& record) const
     }
     node.Gui = made.Gui;
     node.IsPlaceholder = made.IsPlaceholder;
-    // Others may look at the type before the placeholder has loaded it.
+    // The type may be read before the placeholder has loaded it.
     if (node.IsPlaceholder && node.Gui)
         node.Gui.TypeProperty()->SetString(record.Type);
     return node;

@@ -16,11 +16,11 @@
 
 namespace Mox::Host {
 
-/// Builds nodes from records. What is wrong is kept with the node.
+/// Builds nodes from records. Problems are stored in the node.
 class NodeBuilder
 {
 public:
-    /// The node that another one means, by number.
+    /// Returns the node that a reference resolves to, by index.
     using NodeAt = std::function<const GraphNode&(std::size_t)>;
 
     /// @param view, document and maker must outlive the builder
@@ -30,40 +30,41 @@ public:
           _maker(maker), _nodeAt(std::move(nodeAt))
     {}
 
-    /// Makes a node with default values, or a placeholder if its type fails.
-    /// @param index number of the record in the document
+    /// Creates a node with default values, or a placeholder if its type fails.
+    /// @param index of the record in the document
     GraphNode Make(std::size_t index, const DocumentNode& record) const;
 
-    /// Loads the properties of a record into a node that is shown. What does not fit is left out.
-    /// @returns the names of the properties that were left out
+    /// Loads the properties of a record into a shown node. Invalid properties are omitted.
+    /// @returns the names of the omitted properties
     std::set<std::string> Load(GraphNode& node, std::size_t index,
                                const DocumentNode& record) const;
 
-    /// Lets a node that is shown build its ports.
+    /// Makes a shown node build its ports.
     void BuildPorts(GraphNode& node) const;
 
-    /// All three steps.
+    /// Performs all three steps.
     GraphNode Build(std::size_t index, const DocumentNode& record) const;
 
-    /// Gives a property of a node a value as documents have it.
-    /// @param index number of the node's record
-    /// @throws HostError if the property does not accept the value; it is as before then
+    /// Sets a property of a node to a value in document format.
+    /// @param index of the node's record
+    /// @throws HostError if the property does not accept the value; the property is then unchanged
     void Set(Materials::GuiProperty& property, const DocumentProperty& value, std::size_t index,
              const Place& where) const;
 
-    /// The node that another one means by an id: nothing if there is none, an empty handle if
-    /// references to it are left out without a problem.
+    /// Resolves an id that a node refers to.
+    /// @returns nullopt if there is no such node, or a null handle if references to it are omitted
+    ///          without a problem
     std::optional<boost::shared_ptr<Materials::GuiNode>> LookUp(std::size_t referrer,
                                                                 const std::string& id) const;
 
-    /// The id of a node object, or an empty text.
+    /// The id of a node object, or an empty string.
     std::string IdOf(const Materials::GuiNode* node) const;
 
-    /// The object that stands for a node from now on.
+    /// Returns the current object of a node, which may have been replaced.
     boost::shared_ptr<Materials::GuiNode>
     Renew(const boost::shared_ptr<Materials::GuiNode>& node) const;
 
-    /// References that are left out.
+    /// References that are omitted.
     std::set<NodeReference> BrokenReferences;
 
 private:

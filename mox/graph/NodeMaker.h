@@ -11,33 +11,36 @@ namespace Mox::Host {
 struct MadeNode
 {
     PluginNode Gui;
-    bool IsPlaceholder = false; ///< stands for a type that nothing offers
+    bool IsPlaceholder = false; ///< represents a type that no plug-in provides
 };
 
-/// Makes the nodes of a graph, and placeholders for types that nothing offers.
+/// Creates the nodes of a graph, and placeholders for types that are not available.
 class NodeMaker
 {
 public:
-    /// A new node of a type, or an empty handle if the type is not offered.
+    /// Creates a node of a type; returns a null handle if the type is not available.
     using Factory = std::function<PluginNode(const std::string& type, const Place& where)>;
 
     explicit NodeMaker(Factory factory) : _factory(std::move(factory)) {}
 
-    /// Makes what plug-ins offer; they must outlive the maker and the graph that has it.
+    /// Creates nodes of the types that the plug-ins provide; they must outlive the maker and its
+    /// graph.
     explicit NodeMaker(const PluginSet& plugins);
 
-    /// @throws HostError if the node's construction fails, or if there is no placeholder either
+    /// @throws HostError if the construction of the node fails, or if no placeholder is available
+    ///         either
     MadeNode Make(const std::string& type, const Place& where) const;
 
-    /// @throws HostError if there is no placeholder
+    /// @throws HostError if no placeholder is available
     PluginNode MakePlaceholder(const std::string& type, const Place& where) const;
 
-    /// What follows the message that a type is not offered: the one that is most like it.
+    /// Returns a suggestion of the most similar type, to append to the message that a type is not
+    /// available.
     std::string SuggestType(const std::string& type) const;
 
 private:
     Factory _factory;
-    const PluginSet* _plugins = nullptr; ///< null if the factory is not theirs
+    const PluginSet* _plugins = nullptr; ///< null if the factory does not use plug-ins
 };
 
 } // namespace Mox::Host

@@ -14,8 +14,8 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-/// Each circle that is reported costs a walk over all references, so that a document full of them
-/// is given up on after some.
+/// Reporting a cycle requires a traversal of all references, so the number of reported cycles per
+/// document is limited.
 constexpr int mostCircles = 100;
 
 std::size_t CountErrors(const ProblemList& problems)
@@ -26,7 +26,7 @@ std::size_t CountErrors(const ProblemList& problems)
     }));
 }
 
-/// Reports errors that are not among the old ones, if there are more than before.
+/// Reports the errors that are new, if there are more errors than before.
 void ReportMore(const ProblemList& before, const ProblemList& after, ProblemList& problems)
 {
     if (CountErrors(after) <= CountErrors(before))
@@ -184,7 +184,7 @@ GraphOrder NodeStage::Order(const std::vector<std::size_t>& nodes,
         for (std::size_t& place : *places)
             place = nodes[place];
     }
-    // References run against the order that they ask for.
+    // References point in the opposite direction of the order.
     std::reverse(order.Cycle.begin(), order.Cycle.end());
     return order;
 }
@@ -218,8 +218,8 @@ void NodeStage::Commit() noexcept
     _staged.clear();
 }
 
-/// Makes nodes and loads their properties.
-/// @returns those that are shown, which still need their ports
+/// Creates nodes and loads their properties.
+/// @returns the nodes that are shown, whose ports must still be built
 std::vector<std::size_t> NodeStage::MakeAll(const std::vector<std::size_t>& nodes)
 {
     const auto& records = _document.Document().Nodes;

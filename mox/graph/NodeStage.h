@@ -15,8 +15,8 @@
 
 namespace Mox::Host {
 
-/// The new nodes of an update, built beside those of a view. Before Commit the nodes of the view
-/// stay as they are.
+/// The new nodes of an update, built separately from the view. Nodes of the view are not modified
+/// before Commit.
 class NodeStage
 {
 public:
@@ -28,52 +28,54 @@ public:
 
     const NodeBuilder& Builder() const { return _builder; }
 
-    /// A node as it is to be: the new one if there is one, else that of the view.
+    /// Returns the new node at an index if there is one, otherwise the view's node.
     const GraphNode& At(std::size_t index) const;
 
-    /// The numbers of the new nodes, in the order of coming.
+    /// The indices of the new nodes, in the order in which they were added.
     const std::vector<std::size_t>& Staged() const { return _order; }
 
-    /// Puts a new node in its place.
+    /// Adds a new node at an index.
     void Put(std::size_t index, GraphNode node);
 
-    /// Builds the nodes of records that have come, gone or changed, and those of all records that
-    /// refer to them, each after those that it refers to itself.
-    /// @returns the nodes of a circle of references, which prevents that, or none
+    /// Builds the nodes of records that were added, removed or changed, and of all records that
+    /// refer to them, each after the nodes it refers to.
+    /// @returns the nodes of a cycle of references, which prevents this; empty on success
     std::vector<std::size_t> Rebuild(const std::vector<std::size_t>& changed);
 
-    /// Follows a record in which only what the host alone keeps has changed. The node stays the
-    /// same object.
+    /// Updates the host's own values of a node after a record change that affects nothing else. The
+    /// node keeps its object.
     void RereadHostValues(std::size_t index);
 
-    /// Builds all nodes of the document. Where references run in circles, some are left out.
+    /// Builds all nodes of the document. If references form cycles, some of them are omitted.
     void BuildAll();
 
-    /// Nodes and all that refer to them by their records, directly or not, in the order of meeting.
+    /// Returns nodes and all nodes whose records refer to them, directly or indirectly, in the
+    /// order in which they are found.
     std::vector<std::size_t> WithReferrers(const std::vector<std::size_t>& nodes) const;
 
-    /// What a node refers to: by its values, and by properties that only its record has.
+    /// Returns the nodes that a node refers to, by its values and by properties that only its
+    /// record has.
     std::vector<std::size_t> TargetsOf(std::size_t index, const GraphNode& node,
                                        const DocumentNode& record) const;
 
-    /// Orders some nodes so that each comes after those among them that it refers to.
+    /// Orders nodes so that each follows those among them that it refers to.
     /// @param targets of each of the nodes
     GraphOrder Order(const std::vector<std::size_t>& nodes,
                      const std::vector<std::vector<std::size_t>>& targets) const;
 
-    /// The error that links run in a cycle of nodes.
+    /// Creates the error for a cycle of nodes.
     /// @param links "edges" or "references"
-    /// @param circle nodes, each of which leads to the next and the last one to the first
+    /// @param circle nodes, each linked to the next and the last one to the first
     HostError Circle(const char* links, const std::vector<std::size_t>& circle,
                      const Place& where) const;
 
-    /// Reports the errors by which a new node is worse than the one that the view has.
+    /// Reports the errors of new nodes that the replaced nodes did not have.
     void ReportNewErrors(ProblemList& problems) const;
 
-    /// Moves the new nodes into the view, which has reserved the room.
+    /// Moves the new nodes into the view, which must have reserved memory for them.
     void Commit() noexcept;
 
-    /// Where references run in circles, as BuildAll found them.
+    /// The cycles of references that BuildAll found.
     ProblemList ReferenceCircles;
 
 private:
@@ -86,9 +88,9 @@ private:
     const IndexedDocument& _document;
     NodeBuilder _builder;
     std::unordered_map<std::size_t, GraphNode> _staged;
-    std::vector<PluginNode> _replaced; ///< new objects in whose place newer ones have come
+    std::vector<PluginNode> _replaced; ///< new objects that were replaced by newer ones
     std::vector<std::size_t> _order;
-    std::vector<std::pair<std::size_t, GraphNode>> _reread; ///< whose host values are to be copied
+    std::vector<std::pair<std::size_t, GraphNode>> _reread; ///< sources of host values to be copied
 };
 
 } // namespace Mox::Host

@@ -23,8 +23,8 @@ bool AreSameBits(float left, float right)
     return std::bit_cast<std::uint32_t>(left) == std::bit_cast<std::uint32_t>(right);
 }
 
-/// Whether two properties have the same kind and the same value to the last bit; references are the
-/// same if they lead to one object.
+/// Whether two properties have the same kind and bitwise the same value; references are equal if
+/// they refer to the same object.
 bool HaveSameValue(const GuiProperty& left, const GuiProperty& right)
 {
     if (left.Kind != right.Kind)
@@ -66,7 +66,7 @@ std::vector<DocumentProperty>::iterator Find(std::vector<DocumentProperty>& prop
                         [&](const DocumentProperty& property) { return property.Name == name; });
 }
 
-/// Puts a property that a record does not have behind those that the node declares before it.
+/// Inserts a property that a record lacks after the properties that the node declares before it.
 void Insert(std::vector<DocumentProperty>& properties, const PluginNode& node,
             DocumentProperty property)
 {
@@ -82,7 +82,7 @@ void Insert(std::vector<DocumentProperty>& properties, const PluginNode& node,
     properties.insert(last.base(), std::move(property));
 }
 
-/// Whether a property has another value at another node of its type.
+/// Whether a property has a different value in another node of the same type.
 bool Differs(const GuiProperty& property, const GraphNode& node)
 {
     if (!node.IsShown())
@@ -164,10 +164,10 @@ GraphNode PropertyEdit::Settle()
     try {
         _live.Gui.UpdatePorts(_live.Where);
     } catch (const HostError&) {
-        // The node that is built from the record refuses as well, and that is reported.
+        // Building the node from the record fails as well, and that error is reported.
     }
     const std::set<std::string> dropped = DropSettled();
-    // What the user has set comes first, since it may bring the rest with it.
+    // Values set by the user are written first, since the others may follow from them.
     TakeOver([&](const GuiProperty& property) {
         return IsSet(property) && !dropped.contains(property.Name);
     });
@@ -181,8 +181,8 @@ GraphNode PropertyEdit::Settle()
     return shown;
 }
 
-/// Removes properties from the record that have been set to what the node settles without them,
-/// unless there is a comment with them.
+/// Removes set properties from the record if the node derives the same values without them, unless
+/// they have comments.
 /// @returns their names
 std::set<std::string> PropertyEdit::DropSettled()
 {
@@ -205,15 +205,15 @@ std::set<std::string> PropertyEdit::DropSettled()
     return set;
 }
 
-/// Whether the user has set an editable property to another value, but for the host's own.
+/// Whether the user has changed the value of an editable property that is not the host's own.
 bool PropertyEdit::IsSet(const GuiProperty& property) const
 {
     return property.Editable && !IsHostValue(property.Name) && _before.contains(property.Name) &&
            IsChanged(property.Name);
 }
 
-/// Writes the wanted ones of the node's values to the record.
-/// @returns whether that changes it
+/// Writes the selected values of the node to the record.
+/// @returns whether the record was changed
 template <class IsWanted>
 bool PropertyEdit::TakeOver(IsWanted isWanted)
 {
@@ -233,7 +233,7 @@ bool PropertyEdit::IsChanged(const std::string& name) const
            !HaveSameValue(*_live.Gui.Properties().Index.at(name), *_before.at(name));
 }
 
-/// The type does not know the property, so it can be set only where the record has it.
+/// Sets a property that is unknown to the type, which is possible only if the record has it.
 void PropertyEdit::SetInRecord(const DocumentProperty& value)
 {
     const auto stored = Find(_record.Properties, value.Name);
@@ -248,7 +248,7 @@ void PropertyEdit::SetInRecord(const DocumentProperty& value)
     stored->Value = value.Value;
 }
 
-/// @returns whether that changes the record
+/// @returns whether the record was changed
 bool PropertyEdit::Write(const GuiProperty& property)
 {
     const std::string value = property.Kind == GuiPropertyKind::Node

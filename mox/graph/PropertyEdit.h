@@ -12,43 +12,42 @@
 
 namespace Mox::Host {
 
-/// Sets properties of one node as the library does it for a user, and finds the record that
-/// results.
+/// Sets properties of one node as the library does for a user, and determines the resulting record.
 ///
 /// A node is loaded from the old record and builds its ports; then the values are set, and it
-/// builds its ports again. The record takes over what a node that is loaded from it would not
-/// settle to the same value by itself, and nothing else.
+/// builds its ports again. The only values added to the record are those that a node loaded from it
+/// would not derive by itself.
 class PropertyEdit
 {
 public:
-    /// @param index number of the record
+    /// @param index of the record
     /// @param builder must outlive the edit
     PropertyEdit(const NodeBuilder& builder, std::size_t index, const DocumentNode& record);
 
     std::size_t Index() const { return _index; }
 
-    /// The record; after Settle, the new one.
+    /// The record; after Settle, the new record.
     const DocumentNode& Record() const { return _record; }
 
-    /// The node with the values that are set, for what it refers to.
+    /// The node with the values set so far, which determine its references.
     const GraphNode& Live() const { return _live; }
 
-    /// Sets a property. One that the type does not know is set in the record, if it is there.
-    /// @throws HostError if the property does not take the value
+    /// Sets a property. A property unknown to the type is set in the record if the record has it.
+    /// @throws HostError if the property does not accept the value
     void Set(const DocumentProperty& value);
 
-    /// Whether values have changed by Set, but for those that the host alone keeps.
+    /// Whether Set has changed any values other than the host's own.
     bool HasChanged() const;
 
-    /// Writes the host's own values to the record. Enough if nothing else has changed.
+    /// Writes the host's own values to the record. Sufficient if nothing else has changed.
     /// @returns whether they have changed
     bool WriteHostValues();
 
-    /// Empties all properties that refer to an id.
+    /// Clears all properties that refer to an id.
     void EmptyReferences(const std::string& id);
 
-    /// Builds the ports and finds the new record.
-    /// @returns the node that is loaded from the new record
+    /// Builds the ports and determines the new record.
+    /// @returns the node loaded from the new record
     GraphNode Settle();
 
 private:
@@ -64,10 +63,10 @@ private:
     const NodeBuilder& _builder;
     std::size_t _index;
     DocumentNode _record;
-    bool _isRecordChanged = false; ///< by what the type does not know
+    bool _isRecordChanged = false; ///< by properties unknown to the type
     GraphNode _live;
-    std::set<std::string> _leftOut; ///< properties of the old record that were left out
-    std::map<std::string, boost::shared_ptr<Materials::GuiProperty>> _before; ///< of those set
+    std::set<std::string> _leftOut; ///< properties of the old record that were omitted
+    std::map<std::string, boost::shared_ptr<Materials::GuiProperty>> _before; ///< values before Set
 };
 
 } // namespace Mox::Host

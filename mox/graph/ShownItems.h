@@ -8,8 +8,8 @@
 
 namespace Mox::Host {
 
-/// The nodes or edges that a graph shows of the records of its document, in their order and under
-/// their numbers. Valid until the next change.
+/// The shown nodes or edges of a graph, in the order and with the indices of the document's
+/// records. Valid until the next change.
 template <class Record, class Item>
 class ShownItems
 {
@@ -60,7 +60,7 @@ public:
     };
 
     ShownItems() = default;
-    /// @param count of the items that are shown
+    /// @param count number of shown items
     ShownItems(const OrderedSlots<Record>& records, const std::vector<Item>& items,
                std::size_t count)
         : _records(&records), _items(&items), _count(count)
@@ -68,7 +68,7 @@ public:
 
     const Item& operator[](std::size_t index) const { return (*_items)[index]; }
 
-    /// Whether there is an item with a number, which may be any.
+    /// Whether there is a shown item with an index; accepts any index.
     bool Holds(std::size_t index) const
     {
         return _records->Holds(index) && (*_items)[index].IsShown();
@@ -80,7 +80,7 @@ public:
     std::size_t size() const { return _count; }
     bool empty() const { return _count == 0; }
 
-    /// All numbers are below this one: the size of an array with an entry for each.
+    /// An upper bound of all indices: the size of an array with an entry for each.
     std::size_t IndexEnd() const { return _records->IndexEnd(); }
 
 private:
