@@ -24,10 +24,10 @@ namespace {
 
 using Materials::Compose;
 
-/// Of the descriptors that the program finds open, the last one.
+/// The last of the descriptors that are open in the program.
 constexpr int folderDescriptor = 3;
 
-/// What a new process is to find: which files, and no signal that is blocked or ignored here.
+/// The initial state of a new process: its files, and no blocked or ignored signals.
 class SpawnSettings : private boost::noncopyable
 {
 public:
@@ -141,7 +141,7 @@ void DecodeProcess::RequireEnd()
 std::size_t DecodeProcess::ReadSome(std::span<std::byte> bytes)
 {
     using namespace std::chrono;
-    constexpr milliseconds longestWait = 1min; // of a call
+    constexpr milliseconds longestWait = 1min; // per call of poll
     while (true) {
         const auto left = ceil<milliseconds>(_deadline - steady_clock::now());
         if (left <= 0ms) {
@@ -165,7 +165,8 @@ int DecodeProcess::End()
     const auto delay = DelayEnd();
     if (_process == 0)
         return 0;
-    // One that has closed its answer may still run. One that has ended keeps its status.
+    // A process that has closed its output may still be running. If it has exited, it keeps its
+    // status.
     kill(_process, SIGKILL);
     int status = 0;
     pid_t ended = 0;

@@ -16,40 +16,41 @@
 
 namespace Mox::Host {
 
-/// One run of the decoding program, and its answer. A decoder that crashes, takes too long or
-/// writes nonsense ends there and not in this process.
+/// One run of the decoding program, and its response. A decoder that crashes, exceeds the time
+/// limit or writes invalid data does not affect this process.
 class DecodeProcess : private boost::noncopyable
 {
 public:
     /// Starts the program.
-    /// @param what first argument of the program: what the file holds
-    /// @param folder in which the file may name further ones; not open if it may name none
-    /// @throws DecodeError naming the program if it cannot run
+    /// @param what first argument of the program: the content of the file
+    /// @param folder in which the file may refer to other files; not open if it must not refer to
+    ///        any
+    /// @throws DecodeError naming the program if it cannot be run
     DecodeProcess(const std::filesystem::path& program, const std::string& what, OpenFile file,
                   OpenFile folder, const DecodeLimits& limits);
 
-    /// Ends the program.
+    /// Kills the program.
     ~DecodeProcess();
 
-    /// Fills all of the bytes with the next ones of the answer.
-    /// @throws DecodeError if the answer ends before, or the time is up
+    /// Fills the buffer with the next bytes of the response.
+    /// @throws DecodeError if the response is too short, or on timeout
     void Read(std::span<std::byte> bytes);
 
-    /// @throws DecodeError if the answer goes on
+    /// @throws DecodeError if there is more data in the response
     void RequireEnd();
 
 private:
-    /// @returns 0 at the end of the answer
+    /// @returns 0 at the end of the response
     std::size_t ReadSome(std::span<std::byte> bytes);
 
-    /// @returns the status that waitpid gave; 0 if somebody else has taken it
+    /// @returns the status from waitpid; 0 if the process was already reaped elsewhere
     int End();
 
     std::chrono::steady_clock::time_point _deadline;
     std::uint32_t _seconds;
     OpenFile _answer;
-    std::atomic<pid_t> _process = 0; ///< 0 if it has ended
-    const EndCleanup _cleanup;       ///< ends it with this process
+    std::atomic<pid_t> _process = 0; ///< 0 after it has ended
+    const EndCleanup _cleanup;       ///< kills it when this process ends
 };
 
 } // namespace Mox::Host

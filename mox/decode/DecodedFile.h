@@ -11,21 +11,22 @@
 
 namespace Mox::Host {
 
-/// What the decoding of one texture or mesh may cost. Files may come from anybody, and a few
-/// hundred bytes can announce an image of gigabytes.
+/// The resource limits for decoding one texture or mesh. Files are untrusted, and a few hundred
+/// bytes can declare an image of gigabytes.
 struct DecodeLimits
 {
     std::uint32_t Side = 16384; ///< width and height of a texture, in texels
     std::uint64_t Bytes = std::uint64_t(512)
                           << 20; ///< of the file, and of the decoded texture or mesh
-    std::uint32_t Seconds = 60;  ///< until the file is decoded
+    std::uint32_t Seconds = 60;  ///< time limit for decoding
 
-    /// What the decoding program may take of its address space, in bytes: room for its own code,
-    /// for the file, for the result and for what decoders need beside these.
+    /// The limit of the decoding program's address space, in bytes: for its own code, the file, the
+    /// result and the decoder's working memory.
     std::uint64_t Memory() const { return 4 * Bytes + (std::uint64_t(256) << 20); }
 };
 
-/// Why a file cannot be decoded. The message does not name the file: decoders do not know its name.
+/// The reason that a file cannot be decoded. The message does not include the file's name because
+/// decoders do not know it.
 class DecodeError : public std::runtime_error
 {
 public:
@@ -43,30 +44,31 @@ constexpr std::size_t SizeOfTexel(TexelFormat format)
     return format == TexelFormat::Unorm8 ? 4 : 4 * sizeof(float);
 }
 
-/// The texels of a texture: one layer after another, rows from top to bottom, each texel red,
-/// green, blue, alpha. Values are those that the file stores; colours are not converted.
+/// The texels of a texture: layer by layer, rows from top to bottom, each texel as red, green,
+/// blue, alpha. Values are as stored in the file; colours are not converted.
 struct TextureImage
 {
     std::uint32_t Width = 0;
     std::uint32_t Height = 0;
     TexelFormat Format = TexelFormat::Unorm8;
     std::vector<std::byte> Bytes;
-    std::uint32_t Layers = 1; ///< faces of a cube map or slices of a volume, each of this size
+    std::uint32_t Layers = 1; ///< faces of a cube map or slices of a volume, all of the same size
 };
 
-/// Triangles with all that a vertex may carry. Every stream has one entry for each vertex, or is
-/// empty if the mesh lacks it. y points up, and outlines run anticlockwise seen from outside.
+/// Triangles with all supported vertex attributes. Each stream has one entry per vertex, or is
+/// empty if the mesh lacks it. The y axis points up, and front faces are anticlockwise as seen from
+/// outside.
 struct Mesh
 {
     std::string Name; ///< for messages
     std::vector<glm::vec3> Positions;
     std::vector<glm::vec3> Normals;
-    std::vector<glm::vec3> Tangents;            ///< where u grows
-    std::vector<glm::vec3> Binormals;           ///< where v grows
-    std::vector<std::vector<glm::vec2>> UvSets; ///< u to the right, v up in the image
+    std::vector<glm::vec3> Tangents;            ///< direction of increasing u
+    std::vector<glm::vec3> Binormals;           ///< direction of increasing v
+    std::vector<std::vector<glm::vec2>> UvSets; ///< u points right, v points up in the image
     std::vector<std::vector<glm::vec4>> ColourSets;
-    std::vector<std::uint32_t> Indices;   ///< three for each triangle
-    glm::vec3 ViewFrom{0.0f, 0.0f, 1.0f}; ///< the side from which the mesh is looked at
+    std::vector<std::uint32_t> Indices;   ///< three per triangle
+    glm::vec3 ViewFrom{0.0f, 0.0f, 1.0f}; ///< the direction towards the viewer
 };
 
 } // namespace Mox::Host

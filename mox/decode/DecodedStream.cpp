@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::array<char, 8> magic = {'m', 'o', 'x', 'd', 'e', 'c', '0', '1'};
 constexpr std::size_t longestMessage = 1000;
-constexpr std::uint32_t mostSets = 8; ///< of uv, and of vertex colours
+constexpr std::uint32_t mostSets = 8; ///< limit for uv sets, and for colour sets
 
 enum class AnswerKind : std::uint32_t
 {
@@ -63,7 +63,7 @@ void Require(bool holds)
         throw DecodeError("the decoder's answer is not valid");
 }
 
-/// What a decoder says may quote the file, so only plain characters of it are kept.
+/// A decoder's message may contain parts of the file, so unprintable characters are replaced.
 std::string ReadMessage(const AnswerHeader& header, const ReadBytes& read)
 {
     Require(header.MessageLength <= longestMessage);
@@ -74,7 +74,7 @@ std::string ReadMessage(const AnswerHeader& header, const ReadBytes& read)
     return message;
 }
 
-/// @throws DecodeError unless the answer is of the kind
+/// @throws DecodeError unless the response is of this kind
 AnswerHeader ReadHeader(const ReadBytes& read, AnswerKind kind)
 {
     AnswerHeader header;
@@ -86,7 +86,7 @@ AnswerHeader ReadHeader(const ReadBytes& read, AnswerKind kind)
     return header;
 }
 
-/// Of a mesh, with numbers that cannot overflow 64 bits.
+/// The size of a mesh, computed from numbers that cannot overflow 64 bits.
 std::uint64_t CountBytes(const AnswerHeader& header)
 {
     const std::uint64_t vectors = header.HasTangents == 1 ? 4 : 2;

@@ -52,7 +52,7 @@ OpenFile OpenFolderOf(const std::filesystem::path& file)
     return opened;
 }
 
-/// Decodes a file in a process and reads the answer with a function of DecodedStream.h.
+/// Decodes a file in a process and reads the response with a function of DecodedStream.h.
 template <class Result>
 Result Decode(const DecodeSettings& settings, const std::string& what, OpenFile file,
               OpenFile folder, Result (*readAnswer)(const ReadBytes&, const DecodeLimits&))
@@ -120,7 +120,7 @@ Mesh FileDecoder::ReadMesh(const std::string& name, std::string_view bytes) cons
     return DecodeMesh(name, MakeMemoryFile(bytes), OpenFile(-1));
 }
 
-/// @param folder in which the file may name others; not open if it may name none
+/// @param folder in which the file may refer to other files; not open if it must not refer to any
 Mesh FileDecoder::DecodeMesh(const std::filesystem::path& name, OpenFile file,
                              OpenFile folder) const
 {

@@ -11,8 +11,8 @@
 
 namespace Mox::Host {
 
-/// The program mox-decode that belongs to the library mox_materials: it lies in a fixed place
-/// relative to it, in a build tree as in an installed one.
+/// The program mox-decode that belongs to the library mox_materials. Its path relative to the
+/// library is fixed, both in a build tree and in an installation.
 std::filesystem::path DefaultDecodeProgram();
 
 struct DecodeSettings
@@ -21,13 +21,12 @@ struct DecodeSettings
     std::filesystem::path Program = DefaultDecodeProgram(); ///< the decoding program
 };
 
-/// Whether a file is a mesh by its extension: .obj, .gltf or .glb.
+/// Whether a file is a mesh according to its extension: .obj, .gltf or .glb.
 bool IsMeshFile(const std::filesystem::path& file);
 
-/// Reads textures and meshes that may come from anybody. Each file is decoded in a process of its
-/// own with limits of memory and time, so that the worst that a file can do is not to be read. Keep
-/// an object for many files: it remembers the last textures, and does not decode them again until
-/// their files change. Only one thread at a time may use an object.
+/// Reads untrusted textures and meshes. Each file is decoded in a separate process with memory and
+/// time limits, so a malicious file can at worst fail to load. Use one object for many files: it
+/// caches recent textures and decodes them again only if their files change. Not thread-safe.
 class FileDecoder
 {
 public:
@@ -35,23 +34,23 @@ public:
 
     const DecodeLimits& Limits() const { return _settings.Limits; }
 
-    /// Reads a PNG, JPEG, OpenEXR or Radiance HDR file; its content decides which. More than eight
-    /// bits become floats.
-    /// @throws HostError naming the file if it is not a regular file, is none of these, is damaged,
-    ///         exceeds a limit, or if its decoder fails
+    /// Reads a PNG, JPEG, OpenEXR or Radiance HDR file; the format is detected from its content.
+    /// Components of more than eight bits are converted to floats.
+    /// @throws HostError naming the file if it is not a regular file, has an unsupported format, is
+    ///         damaged or exceeds a limit, or if its decoder fails
     std::shared_ptr<const TextureImage> ReadTexture(const std::filesystem::path& file);
 
-    /// Reads an OBJ or glTF file, all its parts as one mesh. Missing normals are computed, and
-    /// missing tangents and binormals where there are texture coordinates. A part that lacks what
-    /// another part has gets zero uv and white vertex colours. Buffers that a glTF file names must
-    /// lie in its folder or below.
+    /// Reads an OBJ or glTF file and merges all its parts into one mesh. Missing normals are
+    /// computed; so are missing tangents and binormals if there are texture coordinates. Attributes
+    /// that only some parts have are set to zero uv or white vertex colours in the others. Buffers
+    /// that a glTF file refers to must be in its folder or below.
     /// @throws HostError as ReadTexture does, or if there are no triangles
     Mesh ReadMesh(const std::filesystem::path& file) const;
 
-    /// Reads the bytes of such a file. It may not name others.
-    /// @param name of the file; its extension tells the format
-    /// @throws HostError naming it if it is neither of these, is damaged, exceeds a limit, or if
-    ///         its decoder fails
+    /// Reads a mesh from the bytes of such a file. It must not refer to other files.
+    /// @param name of the file; its extension determines the format
+    /// @throws HostError naming the file if it is in neither format, is damaged or exceeds a limit,
+    ///         or if its decoder fails
     Mesh ReadMesh(const std::string& name, std::string_view bytes) const;
 
 private:

@@ -40,7 +40,7 @@ OpenFile OpenFile::Above(int descriptor) &&
 OpenFile OpenRegularFile(const std::filesystem::path& file)
 {
     const Place where{file.string()};
-    // Without O_NONBLOCK, opening a pipe waits for somebody to write.
+    // Without O_NONBLOCK, opening a pipe blocks until another process opens it for writing.
     OpenFile opened(open(file.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!opened.IsOpen()) {
         throw HostError(

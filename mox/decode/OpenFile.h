@@ -5,11 +5,11 @@
 
 namespace Mox::Host {
 
-/// An open file, which is closed with the object.
+/// An open file, which is closed by the destructor.
 class OpenFile
 {
 public:
-    /// @param descriptor becomes the object's; -1 for none
+    /// @param descriptor owned by the object; -1 for none
     explicit OpenFile(int descriptor) : _descriptor(descriptor) {}
     ~OpenFile() { Close(); }
 
@@ -20,21 +20,22 @@ public:
     bool IsOpen() const { return _descriptor >= 0; }
     void Close();
 
-    /// The same file under a descriptor that is not one of the first four, which a child process
-    /// uses for its own files.
-    /// @throws std::system_error if there is no further descriptor
+    /// Returns the same file with a descriptor above the given one, since a child process uses the
+    /// first four for its own files.
+    /// @throws std::system_error if no descriptor is available
     OpenFile Above(int descriptor) &&;
 
 private:
     int _descriptor;
 };
 
-/// Opens a file to read it. Pipes and devices, which may have no end or wait for ever, are refused.
+/// Opens a file for reading. Pipes and devices are rejected because reading them may never end or
+/// may block forever.
 /// @throws HostError naming the file if it cannot be opened or is not a regular file
 OpenFile OpenRegularFile(const std::filesystem::path& file);
 
-/// A new file that has no name and holds some bytes in memory, to be read from its start.
-/// @throws std::system_error if there is no memory for it
+/// Creates an unnamed in-memory file with the given bytes, positioned at its start.
+/// @throws std::system_error if there is not enough memory
 OpenFile MakeMemoryFile(std::string_view bytes);
 
 } // namespace Mox::Host

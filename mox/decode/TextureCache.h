@@ -11,7 +11,7 @@
 
 namespace Mox::Host {
 
-/// By which a file is known again, whatever its name, as long as nobody changes it.
+/// Identifies an unmodified file regardless of its name.
 struct FileIdentity
 {
     dev_t Device = 0;
@@ -23,21 +23,21 @@ struct FileIdentity
     bool operator==(const FileIdentity&) const = default;
 };
 
-/// What has come of decoding a texture.
+/// The result of decoding a texture.
 struct DecodedTexture
 {
-    std::shared_ptr<const TextureImage> Image; ///< null after a failure
+    std::shared_ptr<const TextureImage> Image; ///< null on failure
     std::string Failure;
 };
 
-/// The textures that were decoded last, and those that could not be. The images together take a
-/// bounded number of bytes; one alone may take more.
+/// The most recently decoded textures, and the errors of those that failed. The total size of the
+/// images is limited, but a single image may exceed the limit.
 class TextureCache
 {
 public:
     explicit TextureCache(std::uint64_t bytes) : _maxBytes(bytes) {}
 
-    /// @returns null if the file is not among them. Valid until the next call of Add.
+    /// @returns null if the file is not cached. Valid until the next call of Add.
     const DecodedTexture* Find(const FileIdentity& file);
 
     const DecodedTexture& Add(const FileIdentity& file, DecodedTexture texture);
@@ -50,7 +50,7 @@ private:
     };
 
     std::uint64_t _maxBytes;
-    std::list<Entry> _entries; ///< the last used first
+    std::list<Entry> _entries; ///< most recently used first
 };
 
 } // namespace Mox::Host
