@@ -8,11 +8,11 @@
 
 namespace Mox::Host {
 
-/// The catalogue for programs: an array of objects, one for each type.
-/// @param files have help of the types and ranges of their properties
+/// The catalogue in JSON: an array with one object per type.
+/// @param files provide the help of types and the ranges of their properties
 Json CatalogueToJson(const std::vector<CatalogueEntry>& entries, const NodeFiles& files);
 
-/// The value of a property as JSON has it; null for a reference to a node.
+/// The value of a property in JSON; null for a reference to a node.
 Json ValueToJson(const Materials::GuiProperty& property);
 
 } // namespace Mox::Host

@@ -12,7 +12,7 @@ using Materials::Compose;
 
 namespace {
 
-/// The word of a step ahead of its other members.
+/// Creates a step with its keyword before its other members.
 Json Named(const char* word, const Json& members = Json::object())
 {
     Json step = {{"do", word}};

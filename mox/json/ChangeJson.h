@@ -7,17 +7,17 @@
 
 namespace Mox::Host {
 
-/// Version of the JSON form of changes, see docs/json.md.
+/// Version of the JSON format of changes, see docs/json.md.
 constexpr int ChangeJsonVersion = 1;
 
-/// A change as JSON in lines, with its version.
+/// Formats a change with its version as JSON, with indented lines.
 std::string FormatChangeAsJson(const GraphChange& change);
 
-/// Reads a change back. What it names need not be there, but no value can be one that a document
-/// cannot hold.
-/// @param source name of the text in messages, such as that of its file
-/// @throws HostError with line and column where the text is not JSON, and else with the JSON
-///         pointer, node and port of the first value that is not what belongs there
+/// Parses a change. The nodes and other items that it refers to need not exist, but each value must
+/// be one that a document can store.
+/// @param source name of the input in messages, such as its file name
+/// @throws HostError with line and column if the input is not valid JSON, otherwise with the JSON
+///         pointer, node and port of the first invalid value
 GraphChange ParseChangeJson(std::string_view text, const std::string& source);
 
 } // namespace Mox::Host

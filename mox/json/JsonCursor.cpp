@@ -12,7 +12,7 @@ using Materials::Compose;
 
 namespace {
 
-/// A name as a part of a JSON pointer.
+/// Escapes a name as a token of a JSON pointer.
 std::string EscapeToken(std::string_view name)
 {
     std::string token;

@@ -13,37 +13,37 @@
 
 namespace Mox::Host {
 
-/// A value of a JSON text together with where it is, for readers that refuse whatever they do not
-/// expect. Each operation throws HostError that names source, JSON pointer, node and port.
+/// A JSON value and its location in the document, for parsers that reject all unexpected content.
+/// Each operation throws a HostError that names source, JSON pointer, node and port.
 class JsonCursor
 {
 public:
-    /// @param value must outlive the cursor and those made from it
+    /// @param value must outlive the cursor and all cursors derived from it
     JsonCursor(const Json& value, const std::string& source) : _value(&value), _where(source) {}
 
-    /// A member of an object, which must be there.
+    /// A required member of an object.
     JsonCursor Member(std::string_view name) const;
 
-    /// A member of an object, if it is there.
+    /// An optional member of an object.
     std::optional<JsonCursor> Find(std::string_view name) const;
 
-    /// Refuses members of an object that have none of these names.
+    /// Rejects all other members of an object.
     void AllowOnly(std::initializer_list<std::string_view> names) const;
 
     std::vector<std::pair<std::string, JsonCursor>> Members() const;
     std::vector<JsonCursor> Items() const; ///< of an array
 
-    /// A string that a document can hold.
+    /// A string that a document can store.
     std::string Text() const;
     std::int32_t Integer() const;
-    std::uint64_t Count() const; ///< a whole number that is not negative
+    std::uint64_t Count() const; ///< a non-negative integer
     float Number() const;
     bool Flag() const;
 
-    /// The text of an optional member; without it, the other text.
+    /// The string in an optional member, or a default if it is missing.
     std::string TextOf(std::string_view name, const std::string& otherwise = {}) const;
 
-    /// Names node and port in messages about this value and those inside it from now on.
+    /// Sets the node and port that messages about this value and its content name from now on.
     void Concern(const std::string& node, const std::string& port = {});
 
     [[noreturn]] void Refuse(const std::string& message) const;

@@ -14,7 +14,7 @@ namespace {
 
 using Materials::Compose;
 
-/// The place of a byte of a text.
+/// Converts a byte offset in a document to its line and column.
 Place PlaceOf(std::string_view text, std::size_t position, const std::string& source)
 {
     const std::string_view before = text.substr(0, position);
@@ -23,7 +23,8 @@ Place PlaceOf(std::string_view text, std::size_t position, const std::string& so
     return {source, static_cast<int>(line), {}, {}, static_cast<int>(column)};
 }
 
-/// What the parser says without the number of its failure and the place, which is given otherwise.
+/// Removes the error number and location from a parser's message, since the location is reported
+/// separately.
 std::string CauseOf(std::string_view message)
 {
     for (const std::string_view end : {"] ", "parse error at line ", ": "}) {
@@ -35,7 +36,7 @@ std::string CauseOf(std::string_view message)
     return std::string(message);
 }
 
-/// Reads a text without making values of it, and stops at the first thing that is not allowed.
+/// Parses a document without creating values, and stops at the first violation.
 class JsonGuard : public nlohmann::json_sax<Json>
 {
 public:
@@ -102,7 +103,7 @@ private:
     const std::string& _source;
     JsonLimits _limits;
     std::size_t _count = 0;
-    std::vector<std::set<std::string>> _names; ///< of each open object; of an array none
+    std::vector<std::set<std::string>> _names; ///< of each open object; empty for an array
 };
 
 } // namespace
@@ -111,7 +112,7 @@ Json ParseJson(std::string_view text, const std::string& source, const JsonLimit
 {
     if (text.size() > limits.Bytes)
         throw HostError({source}, Compose("more than ", limits.Bytes, " bytes"));
-    // The parser takes a null byte for the end of the text.
+    // The parser treats a null byte as the end of the input.
     if (const std::size_t null = text.find('\0'); null != text.npos)
         throw HostError(PlaceOf(text, null, source), "this is not JSON: it has a null byte");
     JsonGuard guard(text, source, limits);

@@ -13,7 +13,7 @@ namespace {
 
 using Materials::Compose;
 
-/// A path as a reference within a SARIF log, where other characters than these are escaped.
+/// Converts a path to a URI reference for a SARIF log, in which all other characters are escaped.
 std::string ToUri(const std::string& path)
 {
     constexpr std::string_view unescaped = "-._~/";

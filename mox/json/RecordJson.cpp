@@ -21,7 +21,7 @@ void AddComments(Json& object, const char* name, const DocumentComments& comment
         object[name] = comments;
 }
 
-/// Whether a comment is the same after it has been written and read.
+/// Whether a comment is unchanged after it has been written and read.
 bool IsLastingComment(const std::string& text)
 {
     return text.find("--") == std::string::npos && !text.starts_with('-') && !text.ends_with('-') &&
@@ -44,7 +44,7 @@ DocumentComments ReadComments(const JsonCursor& object, std::string_view name)
     return comments;
 }
 
-/// Refuses values that the element of a document could not have as its attributes.
+/// Rejects values that are not valid as attributes of a document's element.
 void RequireAttributes(const ElementRule& rule, const std::vector<XmlAttribute>& values,
                        const JsonCursor& where)
 {

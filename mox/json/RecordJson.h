@@ -11,11 +11,11 @@
 
 namespace Mox::Host {
 
-/// Version of the JSON forms that Mox prints, see docs/json.md.
+/// Version of the JSON formats that Mox outputs, see docs/json.md.
 constexpr int RecordJsonVersion = 1;
 
-/// The JSON form of what a material is made of, as docs/json.md describes it. What is read has
-/// passed the rules of material documents, so that a document that holds it can be written and read
+/// The JSON format of the parts of a material, as described in docs/json.md. All input is checked
+/// against the rules for material documents, so that a document with it can be written and read
 /// again.
 
 Json ToJson(const DocumentNode& node);
@@ -25,23 +25,23 @@ Json ToJson(const DocumentBinding& binding);
 Json ToJson(const DocumentAnnotation& annotation);
 Json ToJson(const std::vector<DocumentValue>& values); ///< an object
 
-/// All parts of a document but for the comments that stand with none of its records.
+/// All parts of a document except comments that do not belong to a record.
 Json ToJson(const MaterialDocument& document);
 
-/// Severity, rule, message, and the place.
+/// Severity, rule, message and location.
 Json ToJson(const Problem& problem);
 
-/// Problems as an array, in their order.
+/// Problems as an array, in the same order.
 Json ToJson(const std::vector<Problem>& problems);
 
-/// What a difference is of, and its text.
+/// The subject of a difference, and its description.
 Json ToJson(const MaterialDifference& difference);
 
-/// Adds what is known of a place to an object.
+/// Adds the known parts of a location to an object.
 void AddPlace(const Place& place, Json& object);
 
-/// Read records from objects, which may have other members too.
-/// @throws HostError as JsonCursor does, also for a value that the rules of documents refuse
+/// Read records from objects, which may have additional members.
+/// @throws HostError as JsonCursor does, also for a value that the rules for documents do not allow
 DocumentNode ReadNode(const JsonCursor& object);
 DocumentProperty ReadProperty(const JsonCursor& object);
 DocumentEdge ReadEdge(const JsonCursor& object);
@@ -50,7 +50,7 @@ DocumentAnnotation ReadAnnotation(const JsonCursor& object);
 std::vector<DocumentValue> ReadDescription(const JsonCursor& object);
 std::vector<DocumentValue> ReadRenderState(const JsonCursor& object);
 
-/// Bindings as JSON in lines, as docs/json.md describes it.
+/// Formats bindings as JSON with indented lines, as described in docs/json.md.
 std::string FormatBindingsAsJson(const std::vector<PluginBinding>& bindings);
 
 } // namespace Mox::Host
