@@ -23,12 +23,12 @@ namespace {
 
 using Materials::Compose;
 
-/// A text that is put together from parts of files, and knows from where each line is.
+/// A string assembled from parts of files that keeps the origin of each line.
 class PlacedText
 {
 public:
-    /// Adds whole lines.
-    /// @param where the first line is from
+    /// Appends whole lines.
+    /// @param where origin of the first line
     void Append(std::string_view text, const Place& where)
     {
         if (text.empty())
@@ -44,7 +44,7 @@ public:
 
     const std::string& Text() const { return _text; }
 
-    /// The place that a line is from.
+    /// The origin of a line.
     /// @param line 1-based
     Place PlaceOf(int line) const
     {
@@ -63,7 +63,7 @@ private:
     std::map<int, Place> _parts; ///< by the number of their first line
 };
 
-/// Whether a condition holds wherever others do.
+/// Whether a condition is implied by others.
 bool FollowsFrom(const Condition& condition, const Conditions& others)
 {
     return std::any_of(others.begin(), others.end(), [&](const Condition& other) {
@@ -82,7 +82,7 @@ bool FollowFrom(const Conditions& conditions, const Conditions& others)
                        [&](const Condition& condition) { return FollowsFrom(condition, others); });
 }
 
-/// What an entry is known by to others of its kind.
+/// Describes an entry in messages about other entries of its kind.
 std::string DescribeEntry(const EnvironmentEntry& entry)
 {
     return Compose(entry.Register ? "the output " : "the value ", Excerpt(entry.Name));
@@ -124,12 +124,12 @@ private:
             CheckFunctions(*module, text);
     }
 
-    /// Every name that a file provides is that of a function in it, and every other function is
-    /// called by something.
+    /// Checks that each name provided by a file is a function in that file, and that all other
+    /// functions are called.
     void CheckFunctions(const Cg::Module& module, const PlacedText& text)
     {
         std::map<std::string, std::set<std::string_view>> defined; // by file
-        std::map<std::string_view, int> unseen;                    // uses that are definitions
+        std::map<std::string_view, int> unseen;                    // number of definitions
         for (const Cg::Function* function : module.Functions) {
             defined[text.PlaceOf(function->Where.Line).File].insert(function->Name);
             ++unseen[function->Name];
@@ -162,8 +162,8 @@ private:
         }
     }
 
-    /// Reads a body with the code that programs would have for it.
-    /// @param withDefaults takes each value that has a default for missing
+    /// Checks a body together with the code that programs include for it.
+    /// @param withDefaults treats all values that have defaults as missing
     void CheckBody(const EnvironmentEntry& entry, bool withDefaults)
     {
         if (entry.Body.empty())
@@ -193,7 +193,7 @@ private:
             Fail(text.PlaceOf(error.Where.Line), error.Message);
     }
 
-    /// A body is read more than once, and code that several bodies call too.
+    /// Reports an error once, since bodies and the code they share are checked repeatedly.
     void Fail(const Place& where, const std::string& message)
     {
         if (_reported.insert(Compose(where.File, ":", where.Line, " ", message)).second)
@@ -237,7 +237,7 @@ private:
         }
     }
 
-    /// Whether the environment expects elsewhere that materials may write a value.
+    /// Whether other parts of the environment expect that materials may write a value.
     bool IsWrittenByMaterials(const std::string& name) const
     {
         return std::any_of(_entries.begin(), _entries.end(), [&](const EnvironmentEntry* entry) {
@@ -250,8 +250,8 @@ private:
         });
     }
 
-    /// Of the values of one name, and of the outputs to one register, each must have a chance. To
-    /// replace what is included is no fault.
+    /// Checks that each of the values with one name, and of the outputs to one register, can apply.
+    /// Replacing an included entry is not an error.
     void CheckOrder()
     {
         for (std::size_t i = 0; i < _entries.size(); ++i) {
@@ -276,7 +276,7 @@ private:
     const Environment& _environment;
     ProblemList& _problems;
     std::vector<const EnvironmentEntry*> _entries; ///< values, then outputs
-    std::set<std::string> _reported;               ///< places and messages
+    std::set<std::string> _reported;               ///< locations and messages
 };
 
 } // namespace

@@ -5,10 +5,10 @@
 
 namespace Mox::Host {
 
-/// Finds what is wrong with an environment, whatever the materials are: code and bodies that are
-/// not understood at the types of their inputs, defaults that do not fit, values that nothing
-/// defines, entries that never apply, and functions that nothing can call.
-/// @param problems takes each with the file and the line of its cause
+/// Finds the problems of an environment that do not depend on a material: code and bodies that do
+/// not compile with the types of their inputs, invalid defaults, undefined values, entries that
+/// never apply, and functions that are never called.
+/// @param problems receives each problem with the file and line of its cause
 void CheckEnvironment(const Environment& environment, ProblemList& problems);
 
 } // namespace Mox::Host

@@ -27,7 +27,7 @@ using Materials::GuiPort;
 using Materials::GuiPropertyKind;
 using Materials::StreamType;
 
-/// Calls visit with each binding and the node that makes it. A node that fails makes none.
+/// Calls visit with each node and its bindings. A node that fails has no bindings.
 template <class Visit>
 void ForEachBinding(const MaterialGraph& graph, Visit visit)
 {
@@ -36,14 +36,14 @@ void ForEachBinding(const MaterialGraph& graph, Visit visit)
         try {
             bindings = CreateNodeBindings(node);
         } catch (const HostError&) {
-            continue; // ReportFailedBindings reports it
+            continue; // reported by ReportFailedBindings
         }
         for (const PluginBinding& binding : bindings)
             visit(node, binding);
     }
 }
 
-using BindingKey = std::pair<std::string, std::string>; ///< word of the stream type, name
+using BindingKey = std::pair<std::string, std::string>; ///< keyword of the stream type, name
 
 std::set<BindingKey> FindBindings(const MaterialGraph& graph)
 {
@@ -54,7 +54,7 @@ std::set<BindingKey> FindBindings(const MaterialGraph& graph)
     return keys;
 }
 
-/// Whether the user can say numbers at the node, which may stand in for inputs.
+/// Whether the user can set numbers in the node, which may replace inputs.
 bool HasNumbers(const PluginNode& node)
 {
     const auto& properties = node.Properties().Properties;
@@ -64,7 +64,7 @@ bool HasNumbers(const PluginNode& node)
     });
 }
 
-/// What a node writes by itself; nothing if it fails.
+/// The functions that a node generates on its own; empty if it fails.
 std::list<ShaderNodeHandle> WriteFunctions(const MaterialGraph::Node& node)
 {
     ShaderGraph graph;
@@ -72,12 +72,13 @@ std::list<ShaderNodeHandle> WriteFunctions(const MaterialGraph::Node& node)
     try {
         node.Gui.GenerateShader(node.Where, generator);
     } catch (const HostError&) {
-        return {}; // generation says what is wrong with the node
+        return {}; // generation reports the problem of the node
     }
     return graph.Nodes;
 }
 
-/// An error for each node that fails to make its bindings, unless another error names it already.
+/// Reports an error for each node that fails to create its bindings, unless it already has an
+/// error.
 void ReportFailedBindings(const MaterialGraph& graph, ProblemList& problems)
 {
     std::set<std::string> failed;
@@ -96,7 +97,8 @@ void ReportFailedBindings(const MaterialGraph& graph, ProblemList& problems)
     }
 }
 
-/// A name of a binding that is no Cg name, or a word that Cg has itself: the program bears another.
+/// Warns of bindings whose names are not Cg identifiers or are Cg keywords, so that programs use
+/// different names.
 void WarnOfAwkwardNames(const MaterialGraph& graph, ProblemList& problems)
 {
     ForEachBinding(graph, [&](const MaterialGraph::Node& node, const PluginBinding& binding) {
@@ -113,7 +115,7 @@ void WarnOfAwkwardNames(const MaterialGraph& graph, ProblemList& problems)
     });
 }
 
-/// Two bindings with one name, which the host cannot tell apart.
+/// Warns of bindings with the same name, which the host cannot distinguish.
 void WarnOfEqualBindings(const MaterialGraph& graph, ProblemList& problems)
 {
     std::map<std::string, std::string> owners;
@@ -127,7 +129,7 @@ void WarnOfEqualBindings(const MaterialGraph& graph, ProblemList& problems)
     });
 }
 
-/// More than one constant, or more than one texture, as the basic colour.
+/// Warns if more than one constant, or more than one texture, is the basic colour.
 void WarnOfBasicColours(const MaterialGraph& graph, ProblemList& problems)
 {
     std::map<StreamType, std::string> owners;
@@ -142,7 +144,7 @@ void WarnOfBasicColours(const MaterialGraph& graph, ProblemList& problems)
     });
 }
 
-/// A grid of frames without rows or columns, whose text does not compile.
+/// Warns of frame grids with zero or negative numbers of rows or columns.
 void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems)
 {
     for (const MaterialGraph::Node& node : graph.Nodes()) {
@@ -160,8 +162,8 @@ void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems)
     }
 }
 
-/// An input without an edge that reads as 0 at a node without a number, so that no value of its own
-/// can be meant.
+/// Warns of unconnected inputs that read as 0 at a node without numbers, so that the node cannot
+/// provide a value of its own.
 void WarnOfOpenInputs(const MaterialGraph& graph, const Environment& environment,
                       ProblemList& problems)
 {
@@ -190,7 +192,7 @@ void WarnOfOpenInputs(const MaterialGraph& graph, const Environment& environment
     }
 }
 
-/// Values that the document holds for a binding that no node makes.
+/// Warns of values in the document for a binding that no node creates.
 void WarnOfStrayBindings(const MaterialGraph& graph, const std::filesystem::path& document,
                          ProblemList& problems)
 {

@@ -9,13 +9,12 @@
 
 namespace Mox::Host {
 
-/// Finds all that can be found out about one material in one go: what keeps it from being exported,
-/// and what somebody should look at, such as two bindings of one name. The rules are listed in
-/// docs/checks.md.
-/// @param graph as OpenMaterial gives it
-/// @param file from which texture files are looked for
-/// @param format a format in which the programs are written to see that they can be, or null
-/// @param problems of reading and opening the material; takes what else is found
+/// Finds all problems of a material in one pass: errors that prevent its export, and possible
+/// mistakes, such as two bindings with the same name. The rules are listed in docs/checks.md.
+/// @param graph as returned by OpenMaterial
+/// @param file that texture file names are relative to
+/// @param format in which programs are generated to check that this succeeds, or null
+/// @param problems of reading and opening the material; receives all others
 void CheckMaterial(const MaterialGraph& graph, const std::filesystem::path& file,
                    const Environment& environment, const ProgramFormat* format,
                    ProblemList& problems);

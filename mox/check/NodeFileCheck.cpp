@@ -30,7 +30,7 @@ int CountLines(const std::string& text)
     return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
 }
 
-/// How a node is used when it writes its function.
+/// The configuration in which a node generates its function.
 struct NodeUse
 {
     NodeSettings Settings;
@@ -47,7 +47,7 @@ struct NodeUse
     }
 };
 
-/// Has a node of one type write its function in every way.
+/// Makes a node of one type generate its function in every configuration.
 class NodeCodeCheck
 {
 public:
@@ -147,7 +147,7 @@ private:
         }
     }
 
-    /// The line of the input that reads a value which a message names; 0 if there is none.
+    /// The line of the input that reads a value named in a message; 0 if there is none.
     int LineOfValue(const std::string& message) const
     {
         for (const NodeInput& input : _file.Inputs) {
@@ -158,7 +158,7 @@ private:
         return 0;
     }
 
-    /// The line of the file in which a line of the helper functions is; 0 if it is not in them.
+    /// Maps a line of the helper functions to a line of the file; 0 if it is outside of them.
     int LineOfHelper(int line) const
     {
         for (const NodeFunction& helper : _file.Functions) {
@@ -170,7 +170,8 @@ private:
         return 0;
     }
 
-    /// The line of the file from which a line of the function comes. Bodies are its last lines.
+    /// Maps a line of the function to a line of the file. The bodies are the last lines of the
+    /// function.
     int LineOfCode(const ShaderNode& function, int line, const NodeSettings& settings) const
     {
         int bodyLines = 0;
@@ -186,7 +187,7 @@ private:
         return 0;
     }
 
-    /// Once for each line and message, with the first use in which it was found.
+    /// Reports each error once per line and message, with the first configuration that causes it.
     void Report(int line, const std::string& message, const NodeUse& use)
     {
         if (_reported.insert(Compose(line, " ", message)).second) {
@@ -199,7 +200,7 @@ private:
     const PluginSet& _plugins;
     const Environment& _environment;
     ProblemList& _problems;
-    std::set<std::string> _seen;     ///< texts that have been read
+    std::set<std::string> _seen;     ///< sources that have been checked
     std::set<std::string> _reported; ///< lines and messages
 };
 

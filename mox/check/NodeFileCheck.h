@@ -9,11 +9,11 @@
 
 namespace Mox::Host {
 
-/// Finds what is wrong with the node files of folders: files that cannot be read, types that exist
-/// twice, defaults outside their range, and code that is not understood. Each function is written
-/// by a node of the type for one to four components, float and half, every setting, and with and
-/// without edges at its ports.
-/// @param plugins must have been loaded with these folders among those of node files
+/// Finds the problems of the node files in folders: unreadable files, duplicate types, defaults
+/// outside their range, and code that does not compile. For each type, a node generates its
+/// function for one to four components, float and half, every setting, and with and without edges
+/// at its ports.
+/// @param plugins must have been loaded with these folders as node file folders
 void CheckNodeFiles(const std::vector<std::string>& folders, const PluginSet& plugins,
                     const Environment& environment, ProblemList& problems);
 
