@@ -9,10 +9,10 @@ namespace Mox::Host {
 
 namespace {
 
-constexpr double framePadding = 24;     ///< between a frame and its content
-constexpr double frameTitleHeight = 32; ///< of a frame
+constexpr double framePadding = 24; ///< between a frame and its content
+constexpr double frameTitleHeight = 32;
 
-/// Of an item without nodes.
+/// The rank of an item without nodes.
 constexpr std::ptrdiff_t noRank = std::numeric_limits<std::ptrdiff_t>::max();
 
 } // namespace
