@@ -32,7 +32,7 @@ struct ApplyOptions
 {
     std::string File;
     std::string Change;
-    std::string Output; ///< empty for the document itself, or standard output
+    std::string Output; ///< if empty, the document itself or standard output
     bool IsForced = false;
 };
 

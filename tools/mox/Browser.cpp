@@ -19,7 +19,7 @@ bool IsSet(const char* name)
     return value && *value;
 }
 
-/// Creates a folder that only this user can read, in a place that the system cleans up.
+/// Creates a folder that only this user can read, in a location that the system cleans up.
 std::filesystem::path MakePrivateFolder()
 {
     const std::filesystem::path parent = IsSet("XDG_RUNTIME_DIR")
@@ -29,8 +29,8 @@ std::filesystem::path MakePrivateFolder()
     return mkdtemp(pattern.data()) ? std::filesystem::path(pattern) : std::filesystem::path();
 }
 
-/// Opens a file with the desktop's program for it. That runs on independently, with none of this
-/// program's open files, so nothing waits for its end.
+/// Opens a file with the desktop's default program. It runs independently and does not inherit this
+/// program's open files, so that no other process waits for it to end.
 bool StartDesktopProgram(const std::string& file)
 {
     posix_spawn_file_actions_t files;

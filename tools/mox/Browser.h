@@ -9,8 +9,8 @@
 namespace Mox::Tool {
 
 /// Opens an address in the user's browser. The address contains a secret, and other users can see
-/// the arguments of programs, so the browser gets a file that redirects to it and that nobody else
-/// can read. The destructor removes the file.
+/// the arguments of programs. The browser therefore opens a file that redirects to the address and
+/// that only this user can read. The destructor removes the file.
 class Browser
 {
 public:
@@ -20,8 +20,8 @@ public:
     Browser(const Browser&) = delete;
     Browser& operator=(const Browser&) = delete;
 
-    /// Does nothing without a display.
-    /// @returns whether the desktop's program was started; the browser may still fail to appear
+    /// Does nothing if there is no display.
+    /// @returns whether the desktop's program was started; the browser may still fail to open
     bool Open(const std::string& address);
 
 private:

@@ -64,7 +64,7 @@ std::string FormatPorts(const CataloguePorts& ports)
     return text.empty() ? "none" : text;
 }
 
-/// Lines of at most a hundred characters, each after the indent; only spaces become line ends.
+/// Wraps a string into indented lines of at most 100 characters, at spaces if possible.
 std::string Wrap(std::string_view text, std::string_view indent)
 {
     constexpr std::size_t lineLength = 100;
@@ -79,13 +79,13 @@ std::string Wrap(std::string_view text, std::string_view indent)
     return lines + Compose(indent, text, "\n");
 }
 
-/// The text after a heading, further lines below its first.
+/// Formats a string after a heading, with further lines aligned to the first.
 std::string WrapAfter(std::string_view heading, std::string_view text)
 {
     return Wrap(text, std::string(heading.size(), ' ')).replace(0, heading.size(), heading);
 }
 
-/// Text padded with spaces to a width.
+/// Pads a string with spaces to a width.
 std::string Pad(std::string_view text, std::size_t width)
 {
     std::string padded(text);
@@ -129,7 +129,7 @@ std::string FormatProperty(const GuiProperty& property, const Host::NodeFile* fi
     return text;
 }
 
-/// The lines of the overview: columns with two spaces after the longest entry.
+/// Formats the overview as columns, two spaces wider than their longest entries.
 std::string FormatOverview(const std::vector<CatalogueEntry>& entries)
 {
     std::vector<std::array<std::string, 4>> rows = {{"TYPE", "LABEL", "LIBRARY", "LISTED"}};

@@ -60,7 +60,7 @@ Words OptionNames(const CommandHelp& command)
     return names;
 }
 
-/// Text for between single quotes.
+/// Escapes quotes and special characters for use between single quotes.
 std::string Escape(const std::string& text, std::string_view specials, const char* escapedQuote)
 {
     std::string escaped;
@@ -74,7 +74,7 @@ std::string Escape(const std::string& text, std::string_view specials, const cha
     return escaped;
 }
 
-/// Arguments of compgen that list what a value may be.
+/// The arguments of compgen that list the possible values of an argument.
 std::string BashSource(const ArgumentHelp& argument)
 {
     if (!argument.Choices.empty())
@@ -97,7 +97,7 @@ std::string BashCommandCase(const CommandHelp& command, const Words& programOpti
                    ") ;;\n");
 }
 
-/// Sources for the values of a command's options, by the word before them.
+/// Generates the cases that complete the values of a command's options by the previous word.
 std::string BashValueCases(const CommandHelp& command, const std::string& pattern)
 {
     std::string text;
@@ -127,7 +127,7 @@ std::string ZshAction(const ArgumentHelp& argument)
     return IsFolder(argument) ? "_files -/" : " ";
 }
 
-/// One argument as _arguments takes it.
+/// Formats an argument as a specification for _arguments.
 std::string ZshArgument(const ArgumentHelp& argument)
 {
     const std::string value =

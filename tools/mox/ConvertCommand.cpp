@@ -37,7 +37,7 @@ struct ConvertOptions
     std::string Material;
 };
 
-/// Makes relative names of textures lead from the output's folder to where they led before.
+/// Rewrites relative texture paths so that they refer to the same files from the output's folder.
 void MoveTextures(Host::MaterialDocument& document, const ConvertOptions& options)
 {
     const auto folder = [](const std::string& file) {

@@ -6,7 +6,7 @@
 
 namespace Mox::Tool {
 
-/// Adds the options that change the limits of textures and meshes.
+/// Adds the options that set the limits of textures and meshes.
 /// @param limits must live as long as the command
 void AddDecodeOptions(CLI::App& command, Host::DecodeLimits& limits);
 

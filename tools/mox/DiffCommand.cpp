@@ -13,7 +13,7 @@ namespace Mox::Tool {
 namespace {
 
 constexpr int differentStatus = 1;
-constexpr int troubleStatus = 2; ///< as people and scripts know it from other comparing programs
+constexpr int troubleStatus = 2; ///< as in other comparison programs
 
 constexpr const char* diffFooter =
     R"(The order of nodes, edges and properties is ignored, and so is the way a number

@@ -51,7 +51,7 @@ std::string ReadSource(const std::string& file)
     if (!IsStandardInput(file))
         return Host::ReadFile(file);
     std::string text = Host::ReadStream(std::cin, SourceName(file));
-    if (std::ferror(stdin) != 0) // which the stream takes for the end
+    if (std::ferror(stdin) != 0) // the stream treats an error as the end
         throw Host::HostError(SourceName(file), "cannot be read");
     return text;
 }

@@ -11,9 +11,9 @@
 
 namespace Mox::Tool {
 
-/// The documents that a command line names: files, and "-" for standard input, which can be read
-/// once. A document from standard input has no folder, so its textures are looked up in the current
-/// one.
+/// The documents on a command line: files, and "-" for standard input, which can be read only once.
+/// A document from standard input has no folder, so its textures are looked up in the current
+/// folder.
 
 /// Adds an argument for a document.
 void AddDocument(CLI::App& command, const std::string& name, std::string& file);
@@ -30,17 +30,16 @@ std::string SourceName(const std::string& file);
 /// @throws HostError if it cannot be read
 std::string ReadSource(const std::string& file);
 
-/// @param material name of the one that is read, of several in a MaterialX document; the first one
-/// if
-///        empty
+/// @param material name of the material to read from a MaterialX document with several materials;
+///        if empty, the first one
 Host::MaterialDocument ReadDocument(const std::string& file, Host::ProblemList& problems,
                                     const std::string& material = {});
 
 /// @throws HostError with the first error
 Host::MaterialDocument ReadDocument(const std::string& file);
 
-/// Host::FindMaterials, with standard input first.
-/// @throws CLI::ValidationError if standard input is named twice
+/// Calls Host::FindMaterials and puts standard input first.
+/// @throws CLI::ValidationError if standard input is given twice
 std::vector<Host::MaterialFile> FindDocuments(const std::vector<std::string>& files,
                                               unsigned workers);
 
@@ -48,15 +47,15 @@ std::vector<Host::MaterialFile> FindDocuments(const std::vector<std::string>& fi
 /// @throws CLI::ValidationError if both are standard input
 void RequireOneStandardInput(const std::string& first, const std::string& second);
 
-/// For commands that replace a document and have an option --force.
-/// @throws HostError if replacing it changes more than its content: it is read-only or has other
-///         hard links
+/// For commands that replace a document and have the option --force.
+/// @throws HostError if replacing the file would affect more than its content: it is read-only or
+///         has other hard links
 void RequireReplaceable(const std::string& file);
 
-/// A problem as the program tells it, in one line without its end.
+/// Formats a problem for the program's output, as one line without a newline.
 std::string FormatMessage(const Host::Problem& problem);
 
-/// Prints these lines to standard error.
+/// Prints the messages of problems to standard error.
 void PrintProblems(const Host::ProblemList& problems);
 
 } // namespace Mox::Tool

@@ -53,8 +53,8 @@ std::map<std::string, std::shared_ptr<const Host::ProgramFormat>> MakeAllFormats
     return made;
 }
 
-/// Serves the document until the server ends.
-/// @returns the signal that ended it, or 0
+/// Serves the document until the server stops.
+/// @returns the signal that stopped it, or 0
 int Serve(const EditOptions& options, const CommonOptions& common)
 {
     if (IsStandardInput(options.File))
@@ -78,7 +78,7 @@ int Serve(const EditOptions& options, const CommonOptions& common)
     settings.Port = options.Port;
     StopOnSignal stop;
     Host::EditorServer server(session, settings);
-    std::cout << server.Address() << std::endl; // flushed, as the caller waits for it
+    std::cout << server.Address() << std::endl; // flushed because the caller waits for it
     Browser browser;
     if (settings.Pages.empty())
         std::cerr << "mox: this program was built without the pages of the editor, so only "

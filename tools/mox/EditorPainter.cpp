@@ -22,11 +22,12 @@ namespace {
 
 using Materials::Compose;
 
-/// The largest side of a texture that common browsers support.
+/// The maximum width and height of a texture that common browsers support.
 constexpr std::uint32_t largestSide = 8192;
 constexpr std::uint32_t largestVolume = 2048;
 
-/// Browsers have no textures of one row, so programs read these as images.
+/// Maps a sampler type to a texture shape. Browsers do not support 1D textures, so programs sample
+/// 2D textures instead.
 Host::TextureShape ShapeOf(const std::string& sampler)
 {
     if (sampler == "sampler1D" || sampler == "sampler2D")
@@ -42,7 +43,7 @@ std::optional<Host::TextureSettings> FindTexture(const Host::MaterialDocument& d
                                                  const std::string& tag,
                                                  const Host::PluginSet& plugins)
 {
-    Host::ProblemList problems; // which do not concern the texture
+    Host::ProblemList problems; // not reported, since they do not concern the texture
     Host::MaterialGraph graph = Host::LoadMaterial(document, plugins, problems);
     Host::ResolveGraph(graph, problems);
     for (const Host::PluginBinding& binding : Host::CreateBindings(graph)) {
@@ -52,7 +53,7 @@ std::optional<Host::TextureSettings> FindTexture(const Host::MaterialDocument& d
     return std::nullopt;
 }
 
-/// Appends the texels; 32-bit floats become 16-bit floats.
+/// Appends the texels; 32-bit floats are converted to 16-bit floats.
 void Append(const Host::TextureImage& image, std::vector<std::uint8_t>& bytes)
 {
     const auto* begin = reinterpret_cast<const std::uint8_t*>(image.Bytes.data());
@@ -170,7 +171,7 @@ std::vector<Host::TextureImage> EditorPainter::LoadLevels(const Host::MaterialDo
                                                           Host::ProblemList& problems)
 {
     const auto settings = FindTexture(document, tag, _plugins);
-    if (!settings && tag == "lightPanorama") { // the environment's
+    if (!settings && tag == "lightPanorama") { // provided by the environment
         if (_studio.empty())
             _studio = Host::PrepareLight(Host::MakeStudioImage(), false).Levels;
         return _studio;

@@ -10,8 +10,8 @@
 
 namespace Mox::Tool {
 
-/// Draws the pictures that pages of the editor request. It looks for a device when the first
-/// picture is requested.
+/// Draws the images that pages of the editor request. It looks for a device when the first image is
+/// requested.
 class EditorPainter : public Host::Painter
 {
 public:
@@ -19,16 +19,17 @@ public:
     EditorPainter(const Host::PluginSet& plugins, Host::Environment environment,
                   Host::DecodeSettings settings);
 
-    /// Only the built-in meshes are available, and a value cannot name a file.
+    /// Supports only the built-in meshes; values cannot refer to files.
     Host::Picture Draw(const Host::MaterialDocument& document, const Host::PictureRequest& request,
                        Host::ProblemList& problems) override;
 
-    /// A texture of the material, or "lightPanorama", the light of the studio that previews of
-    /// physical surfaces have.
+    /// Loads a texture of the material, or "lightPanorama", the studio lighting used for previews
+    /// of physical surfaces.
     Host::LoadedTexture Load(const Host::MaterialDocument& document, const std::string& tag,
                              const std::string& sampler, Host::ProblemList& problems) override;
 
-    /// The answer to a page is bounded, so a mesh may take less than with other commands.
+    /// The response to a page is limited in size, so the limit for meshes is lower than in other
+    /// commands.
     Host::LoadedMesh ReadMesh(const std::string& name, std::string_view bytes) override;
 
 private:
@@ -40,11 +41,11 @@ private:
     Host::Environment _environment;
     Host::FileDecoder _files;
     const Host::FileDecoder _meshes;
-    std::unique_ptr<const Host::MaterialPreview> _preview; ///< once a picture was requested
+    std::unique_ptr<const Host::MaterialPreview> _preview; ///< created for the first image
     std::vector<Host::TextureImage> _studio;               ///< likewise
 };
 
-/// A mesh in the form that pages receive.
+/// Converts a mesh to the format that pages receive.
 Host::LoadedMesh PackMesh(const Host::Mesh& mesh);
 
 } // namespace Mox::Tool

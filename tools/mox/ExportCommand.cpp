@@ -139,8 +139,8 @@ std::vector<std::filesystem::path> FilesOf(const std::vector<Host::ExportedFile>
     return files;
 }
 
-/// Exports everything and prints what happened. Only whole materials are on the disk when a signal
-/// stops it, so it does not wait for those that are in the middle.
+/// Exports all materials and prints the results. After a signal, it stops without waiting for
+/// unfinished materials, since only complete ones are written to disk.
 Tally RunBatch(const Host::ExportBatch& batch, std::optional<Host::Depfile>& depfile,
                Host::OutputRecord& record, const ExportOptions& options)
 {
@@ -180,7 +180,7 @@ Tally RunBatch(const Host::ExportBatch& batch, std::optional<Host::Depfile>& dep
         const std::size_t left = batch.Size() - tally.Exported - tally.Failed;
         if (options.IsJson)
             std::cout << tally.FormatAsJson(left)
-                      << std::flush; // a signal may end the program next
+                      << std::flush; // in case a signal ends the program
         else if (!options.IsQuiet)
             bar.Print(tally.Format(left));
     };
@@ -218,7 +218,7 @@ void ExportToFolder(const Host::Exporter& exporter, std::vector<Host::MaterialFi
     const Tally tally = RunBatch(batch, depfile, record, options);
     if (tally.Failed > 0)
         throw CLI::RuntimeError(failureStatus);
-    // Whoever finds the dependency file, or status 0, relies on the programs.
+    // Both the dependency file and status 0 indicate that the programs are on disk.
     if (tally.Exported > 0)
         Host::FlushFolder(folder);
     if (depfile)

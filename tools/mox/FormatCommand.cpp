@@ -40,7 +40,7 @@ struct FormatOptions
     bool IsTidied = false;
 };
 
-/// @param plugins null if the nodes keep their positions
+/// @param plugins null to keep the positions of nodes
 std::string FormatText(const std::string& name, const std::string& text,
                        const Host::PluginSet* plugins)
 {
@@ -54,7 +54,7 @@ std::string FormatText(const std::string& name, const std::string& text,
     return Host::FormatMaterialDocument(graph.Document());
 }
 
-/// @returns whether the document is in the canonical form afterwards
+/// @returns whether the document is in canonical form afterwards
 bool FormatDocument(const std::string& file, const FormatOptions& options,
                     const Host::PluginSet* plugins)
 {

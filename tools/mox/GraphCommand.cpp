@@ -46,7 +46,7 @@ struct GraphOptions
 {
     std::string File;
     std::string Output; ///< empty for standard output
-    std::string Format; ///< empty for that of the output's name
+    std::string Format; ///< if empty, determined by the output's extension
     std::string Environment;
     bool IsShader = false;
     bool HasThumbnails = false;
@@ -55,7 +55,7 @@ struct GraphOptions
 #endif
 };
 
-/// The word for a format.
+/// Returns the format from the options, or the default for the output file.
 std::string FormatOf(const GraphOptions& options)
 {
     if (!options.Format.empty())
@@ -98,7 +98,7 @@ Host::Drawing DrawFunctions(const Host::MaterialGraph& graph, const Host::Enviro
     return Host::DrawShader(shader, problems);
 }
 
-/// @throws HostError if the output is a file that the drawing is made from
+/// @throws HostError if the output is one of the input files
 void RequireSeparateOutput(const GraphOptions& options, const Host::MaterialGraph& graph,
                            const Host::Environment& environment, const Host::PluginSet& plugins)
 {
@@ -128,14 +128,14 @@ void PrintGraph(const GraphOptions& options, const CommonOptions& common)
     Host::MaterialDocument document = ReadDocument(options.File, problems);
     const Host::MaterialGraph graph = Host::OpenMaterial(std::move(document), plugins, problems);
     if (graph.Nodes().size() == 0)
-        problems.ThrowFirstError(); // there is nothing to draw
+        problems.ThrowFirstError(); // nothing to draw
     RequireSeparateOutput(options, graph, environment, plugins);
     if (!options.IsShader) {
         const auto targetCheck = MakeTargetCheck();
         Host::CheckMaterial(graph, SourceName(options.File), environment, targetCheck.get(),
                             problems);
     }
-    // Images are left out of text: it could only name files that are not there.
+    // DOT output has no images, because it could only refer to files that do not exist.
     std::map<std::string, Host::Picture> images;
     if (!options.IsShader && format != "dot")
         images = MakeImages(options, graph, plugins, environment, problems);

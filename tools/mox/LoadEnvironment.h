@@ -8,10 +8,10 @@
 
 namespace Mox::Tool {
 
-/// Adds the option that names another environment.
+/// Adds the option that selects a different environment.
 void AddEnvironmentOption(CLI::App& command, std::string& folder);
 
-/// The environment of a folder, or the one that belongs to the program if none is named.
+/// Loads the environment from a folder, or the program's own environment if none is specified.
 /// @throws Host::HostError as Host::ReadEnvironment does
 Host::Environment LoadEnvironment(const std::string& folder);
 

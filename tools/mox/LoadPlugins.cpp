@@ -11,9 +11,9 @@ namespace Mox::Tool {
 
 namespace {
 
-/// Puts the folders of the option before those of the environment variable, where the plug-in for
-/// node files looks for them.
-/// @throws Host::HostError if one of all these is not a folder
+/// Prepends the folders given as options to the environment variable from which the plug-in for
+/// node files reads its folders.
+/// @throws Host::HostError if one of these folders, or of those in the variable, is not a folder
 void SetNodePath(const CommonOptions& common)
 {
     std::vector<std::string> folders = common.NodeFolders;

@@ -29,7 +29,7 @@ Examples:
   mox export --help
 )";
 
-/// A word that nobody knows tells more than what is missing in its place.
+/// Reports an unknown argument, if any, because it is more informative than a missing one.
 std::string FormatUsageError(const CLI::App* program, const CLI::Error& error)
 {
     constexpr bool withCommands = true;
@@ -39,14 +39,14 @@ std::string FormatUsageError(const CLI::App* program, const CLI::Error& error)
     return "mox: " + Mox::Host::MessageLine(text) + "\nRun with --help for more information.\n";
 }
 
-/// Occupies the descriptors of the standard streams that are closed, so that no file gets the
-/// number of one and, with it, what the program prints. They stay unusable: input cannot be read
-/// from a file that is open for writing, and the other way round.
+/// Opens the standard streams that are closed, so that no other file gets one of their descriptors
+/// and receives the program's output. They remain unusable: input is opened only for writing, and
+/// outputs only for reading.
 void OccupyStandardStreams()
 {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) < 0)
-            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY); // the lowest number
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY); // lowest free number
     }
 }
 
@@ -91,7 +91,7 @@ int RunProgram(int argc, char** argv)
 #endif
     AddCompletionCommand(program);
     AddManualCommand(program);
-    program.footer(programFooter); // commands would inherit it if it came before them
+    program.footer(programFooter); // commands would inherit it if it were set earlier
     int status = 0;
     try {
         program.parse(argc, argv);
@@ -113,7 +113,7 @@ int RunProgram(int argc, char** argv)
 int main(int argc, char** argv)
 {
     OccupyStandardStreams();
-    std::signal(SIGXFSZ, SIG_IGN); // so that writing fails, as on a full disk, and says so
+    std::signal(SIGXFSZ, SIG_IGN); // so that writing reports an error, as on a full disk
     Mox::Tool::CleanUpOnSignals();
     try {
         return RunProgram(argc, argv);

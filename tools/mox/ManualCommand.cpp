@@ -17,7 +17,7 @@ constexpr const char* manualFooter = R"(Examples:
   mox manual > /usr/local/share/man/man1/mox.1
 )";
 
-/// Breaks prose into lines of a length that tools for manual pages like.
+/// Wraps prose at the line length that is customary in manual pages.
 std::string Wrap(const std::string& text)
 {
     constexpr std::size_t lineLength = 70;
@@ -35,14 +35,14 @@ std::string Wrap(const std::string& text)
     return wrapped;
 }
 
-/// Text that roff prints as it stands.
+/// Escapes a string so that roff prints it unchanged.
 std::string Escape(const std::string& text)
 {
     std::string escaped;
     bool isLineStart = true;
     for (const char c : text) {
         if (isLineStart && (c == '.' || c == '\''))
-            escaped += "\\&"; // not a request
+            escaped += "\\&"; // prevents a request
         isLineStart = c == '\n';
         if (c == '\\')
             escaped += "\\e";
@@ -100,7 +100,8 @@ std::string FormatSynopsis(const CommandHelp& command)
     return text + "\n";
 }
 
-/// Headings become what heading says, indented lines stand as they are, and other lines are prose.
+/// Formats headings with formatHeading, keeps indented lines as they are, and treats other lines as
+/// prose.
 template <class FormatHeading>
 std::string FormatFooter(const std::string& footer, FormatHeading formatHeading)
 {

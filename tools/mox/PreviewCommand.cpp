@@ -54,7 +54,7 @@ struct PreviewArguments
     Host::DecodeSettings Files;
 };
 
-/// Two whole numbers with a separator between them.
+/// Parses two integers with a separator between them.
 std::optional<std::pair<std::int32_t, std::int32_t>> ParsePair(const std::string& text,
                                                                const std::string& separator)
 {
@@ -68,7 +68,7 @@ std::optional<std::pair<std::int32_t, std::int32_t>> ParsePair(const std::string
     return std::pair(*first, *second);
 }
 
-/// A width and a height; one number stands for both.
+/// Parses a width and a height; a single number sets both.
 std::optional<std::pair<std::int32_t, std::int32_t>> ParseSize(const std::string& text)
 {
     if (const auto side = Host::ParseInteger(text))

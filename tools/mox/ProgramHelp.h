@@ -7,26 +7,26 @@
 
 namespace Mox::Tool {
 
-/// What the command line says of one option or positional argument.
+/// The documentation of an option or positional argument.
 struct ArgumentHelp
 {
-    std::vector<std::string> Names;   ///< as they are typed; of a positional its placeholder
+    std::vector<std::string> Names;   ///< as typed; the placeholder if positional
     std::string Value;                ///< placeholder, such as "DIR"; empty for a flag
-    std::vector<std::string> Choices; ///< all values, where they are few
-    std::string Default;              ///< value where the option is not given, if the help shows it
+    std::vector<std::string> Choices; ///< all values, if there are few
+    std::string Default;              ///< default value, if shown in the help
     std::string Text;
     bool IsPositional;
     bool IsRequired;
-    bool IsRepeated; ///< takes several values or may stand several times
+    bool IsRepeated; ///< accepts several values or may be repeated
 };
 
-/// What the command line says of one command, or of the program as a whole.
+/// The documentation of a command, or of the program as a whole.
 struct CommandHelp
 {
     std::string Name;
     std::string Text;
-    std::vector<ArgumentHelp> Arguments; ///< of a command its own; those of the program go with all
-    std::string Footer;                  ///< lines that begin at the left are headings or prose
+    std::vector<ArgumentHelp> Arguments; ///< of the command; the program's apply to all
+    std::string Footer;                  ///< lines without indentation are headings or prose
 };
 
 struct ProgramHelp
@@ -35,7 +35,8 @@ struct ProgramHelp
     std::vector<CommandHelp> Commands;
 };
 
-/// Reads the definition of a command line, so that manual and completions never fall behind it.
+/// Extracts the documentation from a command line, so that manual and completions are always up to
+/// date.
 ProgramHelp DescribeProgram(const CLI::App& program);
 
 } // namespace Mox::Tool

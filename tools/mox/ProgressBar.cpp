@@ -17,7 +17,7 @@ constexpr std::size_t width = 40;
 constexpr std::chrono::milliseconds interval{100};
 constexpr const char* clearLine = "\r\x1b[K";
 
-/// Whether standard error understands clearLine.
+/// Whether standard error supports clearLine.
 bool IsTerminal()
 {
     const char* kind = std::getenv("TERM");

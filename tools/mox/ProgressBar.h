@@ -5,15 +5,15 @@
 
 namespace Mox::Tool {
 
-/// A bar on standard error that shows how far a run has got. It exists on a terminal only;
-/// elsewhere nothing of it is written, and Print passes its lines through.
+/// A progress bar on standard error. It is only shown on a terminal; otherwise Print only writes
+/// its lines.
 class ProgressBar
 {
 public:
-    /// @param isWanted whether there is a bar at all
+    /// @param isWanted whether to show a bar at all
     ProgressBar(std::size_t count, bool isWanted);
 
-    /// Takes the bar away.
+    /// Removes the bar.
     ~ProgressBar();
 
     ProgressBar(const ProgressBar&) = delete;
@@ -21,7 +21,7 @@ public:
 
     void Advance();
 
-    /// Writes a line above the bar.
+    /// Prints a line above the bar.
     void Print(const std::string& line);
 
 private:

@@ -21,7 +21,7 @@ std::atomic<int> arrived = 0; // the latest signal
 std::mutex receiverMutex;
 StopOnSignal* receiver = nullptr;
 
-/// A handler may do next to nothing, so a thread does the work.
+/// The signal handler. It must only call async-signal-safe functions, so a thread does the work.
 void Note(int signal)
 {
     arrived = signal;
@@ -51,12 +51,12 @@ void CleanUpOnSignals()
     try {
         std::thread(HandleSignals).detach();
     } catch (const std::system_error&) {
-        return; // without a thread the signals keep their effect
+        return; // without a thread, signals keep their default effect
     }
     for (const int signal : endingSignals) {
         struct sigaction action = {};
         sigaction(signal, nullptr, &action);
-        if (action.sa_handler == SIG_IGN) // by nohup and the like
+        if (action.sa_handler == SIG_IGN) // set by nohup, for example
             continue;
         action.sa_handler = Note;
         action.sa_flags = SA_RESTART;
@@ -69,7 +69,7 @@ void EndBySignal(int signal)
     Host::CleanUpForEnd();
     std::signal(signal, SIG_DFL);
     std::raise(signal);
-    std::_Exit(signalStatus + signal); // where the signal is blocked
+    std::_Exit(signalStatus + signal); // if the signal is blocked
 }
 
 StopOnSignal::StopOnSignal()

@@ -5,16 +5,15 @@
 
 namespace Mox::Tool {
 
-/// From now on the signals with which people and build systems end a program (SIGINT, SIGTERM,
-/// SIGHUP, unless they are ignored) make it remove what it would leave behind before it ends. To be
-/// called once.
+/// Makes the program clean up before it is ended by the signals that users and build systems send
+/// (SIGINT, SIGTERM and SIGHUP, unless ignored). Must be called only once.
 void CleanUpOnSignals();
 
-/// Removes what the program would leave behind and ends it as the signal would have.
+/// Cleans up and ends the program as the signal would have.
 [[noreturn]] void EndBySignal(int signal);
 
-/// While an object of this class exists, the first signal requests a stop and does not end the
-/// program. There is at most one object at a time.
+/// While an object of this class exists, the first signal requests a stop instead of ending the
+/// program. Only one object may exist at a time.
 class StopOnSignal
 {
 public:
@@ -26,11 +25,11 @@ public:
 
     std::stop_token Token() const { return _source.get_token(); }
 
-    /// The signal that arrived, or 0.
+    /// The signal that was received, or 0.
     int Signal() const { return _signal; }
 
     /// Requests the stop.
-    /// @returns false if that was done before
+    /// @returns false if it was already requested
     bool Take(int signal);
 
 private:

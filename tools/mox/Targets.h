@@ -10,19 +10,19 @@
 
 namespace Mox::Tool {
 
-/// The words that name what programs can be exported as; "spirv" is among them if a compiler is
-/// built in.
+/// The names of the languages in which programs can be exported; "spirv" is included if a compiler
+/// is built in.
 std::vector<std::string> TargetWords();
 
-/// Whether a word's programs are bytes and no text.
+/// Whether the programs of a target are binary.
 bool IsBinaryTarget(std::string_view word);
 
-/// The formats of these words, in order and without doubles.
-/// @param optimises whether SPIR-V goes through an optimiser
+/// Creates the formats with these names, in order and without duplicates.
+/// @param optimises whether SPIR-V is optimised
 std::vector<std::unique_ptr<Host::ProgramFormat>>
 MakeFormats(const std::vector<std::string>& words, Languages::Precision precision, bool optimises);
 
-/// A format that shows whether programs can be exported in every language.
+/// Creates a format that checks whether programs can be exported in every language.
 std::unique_ptr<Host::ProgramFormat> MakeTargetCheck();
 
 } // namespace Mox::Tool

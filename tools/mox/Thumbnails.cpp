@@ -14,7 +14,8 @@ namespace Mox::Tool {
 
 namespace {
 
-/// Pictures warn of the same textures. All else the drawing of the graph says already.
+/// Adds texture warnings without duplicates from several images. Other problems are already
+/// reported when the graph is drawn.
 void TakeTextureWarnings(const Host::ProblemList& found, Host::ProblemList& problems)
 {
     for (const Host::Problem& problem : found.Problems()) {

@@ -12,10 +12,10 @@
 
 namespace Mox::Tool {
 
-/// What each node of a material puts out, as a small picture by node id. A node without outputs,
-/// such as the surface, shows the whole material.
+/// Renders the outputs of each node of a material as a small image, by node id. The image of a node
+/// without outputs, such as the surface, shows the whole material.
 /// @param limits of textures
-/// @param problems takes a warning for each texture that cannot be read
+/// @param problems receives a warning for each texture that cannot be read
 /// @throws Host::HostError if there is no Vulkan device
 std::map<std::string, Host::Picture> DrawThumbnails(const Host::MaterialGraph& graph,
                                                     const Host::PluginSet& plugins,
