@@ -12,7 +12,7 @@ namespace Mox::Host {
 
 namespace {
 
-/// A file in memory, as OpenEXR reads it.
+/// An in-memory file as an input stream for OpenEXR.
 class ExrInput : public Imf::IStream
 {
 public:
@@ -41,7 +41,7 @@ private:
     std::size_t _position = 0;
 };
 
-/// Pixels from min to max, both included. Corners are 32-bit numbers of any size.
+/// Pixels from min to max, both included. The corners are arbitrary 32-bit numbers.
 struct Window
 {
     explicit Window(const Imath::Box2i& box)
@@ -65,9 +65,9 @@ TextureImage MakeWindowImage(const Window& window, const DecodeLimits& limits)
 TextureImage DecodePixels(FileBytes bytes, const DecodeLimits& limits)
 {
     ExrInput input(bytes);
-    // OpenEXR makes tables of rows and tiles as it opens a file. MakeImage limits the size more
-    // closely.
-    constexpr int mostPixels = 1'000'000; // on a side
+    // OpenEXR allocates tables of rows and tiles when it opens a file. MakeImage applies stricter
+    // limits.
+    constexpr int mostPixels = 1'000'000; // per side
     Imf::Header::setMaxImageSize(mostPixels, mostPixels);
     Imf::Header::setMaxTileSize(mostPixels, mostPixels);
     Imf::RgbaInputFile file(input, 1);
@@ -78,7 +78,7 @@ TextureImage DecodePixels(FileBytes bytes, const DecodeLimits& limits)
     if ((file.channels() & (Imf::WRITE_RGB | Imf::WRITE_Y)) == 0)
         throw DecodeError("it has none of the channels R, G, B and Y");
     Imf::Array<Imf::Rgba> pixels(stored.Width * stored.Height);
-    // OpenEXR counts from a pixel at 0, 0, which need not exist.
+    // OpenEXR expects the address of the pixel at 0, 0, which need not exist.
     file.setFrameBuffer(&pixels[0] - stored.Left - stored.Top * stored.Width, 1,
                         static_cast<std::size_t>(stored.Width));
     file.readPixels(file.dataWindow().min.y, file.dataWindow().max.y);

@@ -1,5 +1,5 @@
-// Radiance images. The one library of Debian for them that is small loops for ever on files that
-// end too early.
+// A reader for Radiance images. The only small library for them in Debian enters an infinite loop
+// if a file is truncated.
 
 #include "mox/decode/DecodedFile.h"
 #include "tools/decode/ImageDecoder.h"
@@ -16,7 +16,7 @@ namespace Mox::Host {
 
 namespace {
 
-constexpr std::size_t channels = 4; ///< red, green, blue and the exponent that they share
+constexpr std::size_t channels = 4; ///< red, green, blue and their shared exponent
 
 class HdrReader
 {
@@ -48,7 +48,7 @@ private:
         return line;
     }
 
-    /// The lines before the size. What they say of exposure and the like is left to the material.
+    /// Reads the lines before the size. Exposure and similar variables are left to the material.
     void ReadVariables()
     {
         bool hasFormat = false;
@@ -94,8 +94,8 @@ private:
         return byte;
     }
 
-    /// Rows of some widths may be packed, channel by channel. They begin with two twos and the
-    /// width.
+    /// Consumes the mark of a packed row, if present. Rows of certain widths may be packed, channel
+    /// by channel; they begin with two bytes of value 2 and the width.
     bool TakePackedMark(std::uint32_t width)
     {
         constexpr std::uint32_t narrowest = 8;
@@ -117,7 +117,8 @@ private:
         }
         for (std::size_t channel = 0; channel < channels; ++channel) {
             for (std::size_t x = 0; x < width;) {
-                // Up to 128 is a number of bytes that follow, above it one byte is repeated.
+                // Codes up to 128 are the number of literal bytes that follow; larger codes repeat
+                // one byte.
                 constexpr std::size_t mostBytes = 128;
                 const std::size_t code = TakeByte();
                 const bool isRun = code > mostBytes;
@@ -135,7 +136,7 @@ private:
 
     static void Store(const std::vector<unsigned char>& row, std::byte* target)
     {
-        constexpr int exponentOfOne = 128 + 8; // of a mantissa of 8 bits
+        constexpr int exponentOfOne = 128 + 8; // for an 8-bit mantissa
         for (std::size_t i = 0; i < row.size(); i += channels) {
             const float scale =
                 row[i + 3] == 0 ? 0.0f : std::ldexp(1.0f, row[i + 3] - exponentOfOne);
@@ -146,7 +147,7 @@ private:
         }
     }
 
-    std::string_view _rest; ///< of the file
+    std::string_view _rest; ///< unread part of the file
 };
 
 } // namespace

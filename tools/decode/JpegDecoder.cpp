@@ -9,7 +9,7 @@ namespace Mox::Host {
 
 namespace {
 
-/// Files for printing hold how much light each ink lets through, times 255.
+/// Converts from CMYK. Print files store the fraction of light that each ink transmits, times 255.
 void ConvertFromInks(TextureImage& image)
 {
     constexpr unsigned int brightest = 255;

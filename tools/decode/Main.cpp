@@ -1,11 +1,10 @@
-// mox-decode: decodes a texture or a mesh, which may come from anybody, for the program that
-// started it. It reads standard input and writes the answer that mox/decode/DecodedStream.h
-// describes. If a decoder crashes or takes too much memory or time, this program ends and not the
-// one that started it.
+// mox-decode: decodes an untrusted texture or mesh for the program that started it. It reads
+// standard input and writes the response described in mox/decode/DecodedStream.h. A decoder that
+// crashes or uses too much memory or time only ends this program and not the caller.
 //
 // Usage: mox-decode image|obj|gltf TEXELS BYTES SECONDS, with the limits of
-// mox/decode/DecodedFile.h. For gltf, descriptor 3 is the folder in which a file may name others;
-// it is not open if the file may name none.
+// mox/decode/DecodedFile.h. For gltf, descriptor 3 is the folder in which a file may refer to other
+// files; it is not open if the file must not refer to any.
 
 #include "mox/decode/DecodedFile.h"
 #include "mox/decode/DecodedStream.h"
@@ -68,13 +67,13 @@ void SetLimit(__rlimit_resource resource, rlim_t most)
         throw std::system_error(errno, std::generic_category(), "a limit cannot be set");
 }
 
-/// What a decoder can do from here on, even if a file has taken it over, is little more than
-/// compute.
+/// Restricts the process so that even a decoder controlled by a malicious file can do little more
+/// than compute.
 void SetLimits(const Arguments& arguments)
 {
     SetLimit(RLIMIT_CORE, 0);
     SetLimit(RLIMIT_FSIZE, 0);
-    SetLimit(RLIMIT_CPU, rlim_t(arguments.Limits.Seconds) + 1); // whoever waits ends it before
+    SetLimit(RLIMIT_CPU, rlim_t(arguments.Limits.Seconds) + 1); // the caller kills it earlier
 #ifndef MOX_SANITIZED // sanitizers reserve terabytes and probe memory through pipes
     const bool hasFolder = arguments.What == "gltf";
     SetLimit(RLIMIT_NOFILE, hasFolder ? folderDescriptor + 2 : folderDescriptor);
@@ -98,7 +97,7 @@ std::vector<std::byte> ReadAll(int descriptor, const DecodeLimits& limits)
         if (count < 0 && errno != EINTR)
             throw DecodeError(std::generic_category().message(errno));
         if (count == 0)
-            break; // it was cut short meanwhile
+            break; // the file has been truncated
         done += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
     }
     bytes.resize(done);
@@ -112,7 +111,7 @@ std::vector<std::byte> ReadBuffer(const std::string& name, const DecodeLimits& l
     if (path.is_absolute() || std::ranges::count(path, "..") > 0)
         throw DecodeError("the buffer \"" + name + "\" lies outside the folder of the file");
     const int descriptor = openat(folderDescriptor, name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY);
-    if (descriptor < 0 && errno == EBADF) { // whoever started the program gave it no folder
+    if (descriptor < 0 && errno == EBADF) { // the caller provided no folder
         throw DecodeError("the buffer \"" + name +
                           "\" is a file of its own, which cannot be reached from here; a .glb file "
                           "holds everything");
@@ -178,7 +177,7 @@ int main(int argc, char** argv)
                          WriteOut);
         }
     } catch (const std::exception&) {
-        std::_Exit(1); // the answer ends too early, which says enough
+        std::_Exit(1); // the truncated response indicates the failure
     }
-    std::_Exit(0); // freeing everything takes longer than ending
+    std::_Exit(0); // skips deallocation, which would take longer
 }

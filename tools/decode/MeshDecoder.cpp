@@ -22,11 +22,11 @@ namespace Mox::Host {
 
 namespace {
 
-/// All files that assimp can see: the mesh, and the buffers that a glTF file names.
+/// All files that assimp can access: the mesh, and the buffers that a glTF file refers to.
 class MeshInput : public Assimp::IOSystem
 {
 public:
-    /// @param name by which assimp knows the mesh
+    /// @param name of the mesh for assimp
     /// @param file must outlive the object
     MeshInput(std::string name, FileBytes file, ReadBeside readBeside)
         : _name(std::move(name)), _file(file), _readBeside(std::move(readBeside))
@@ -35,7 +35,7 @@ public:
     bool Exists(const char* name) const override { return name == _name; }
     char getOsSeparator() const override { return '/'; }
 
-    /// @returns null if there is no such file; why is in Failure
+    /// @returns null if the file cannot be opened; Failure returns the reason
     Assimp::IOStream* Open(const char* name, const char*) override
     {
         FileBytes bytes = _file;
@@ -58,7 +58,7 @@ public:
 
     void Close(Assimp::IOStream* stream) override { delete stream; }
 
-    /// Why a file could not be opened, or empty.
+    /// The reason that a file could not be opened, or an empty string.
     const std::string& Failure() const { return _failure; }
 
 private:
@@ -74,7 +74,7 @@ constexpr unsigned int preparation =
     aiProcess_CalcTangentSpace | aiProcess_PreTransformVertices | aiProcess_JoinIdenticalVertices |
     aiProcess_ValidateDataStructure;
 
-/// assimp chooses among all its importers, by a file's name and content. The others are taken away.
+/// Unregisters all other importers, among which assimp would choose by a file's name and content.
 void KeepImporters(Assimp::Importer& importer, std::string_view extension)
 {
     for (std::size_t i = importer.GetImporterCount(); i-- > 0;) {
@@ -84,7 +84,7 @@ void KeepImporters(Assimp::Importer& importer, std::string_view extension)
     }
 }
 
-/// @returns a name for the file, from which assimp takes its form
+/// @returns a file name from which assimp detects the format
 std::string NameMesh(FileBytes file, MeshFormat format)
 {
     if (format == MeshFormat::Obj)
@@ -106,7 +106,7 @@ std::string NameMesh(FileBytes file, MeshFormat format)
         } catch (const std::bad_alloc&) {
             throw;
         } catch (const std::exception&) {
-            // Its text is the importer's, too.
+            // The importer has the same message.
         }
     }
     throw DecodeError(importer.GetErrorString());
@@ -117,7 +117,7 @@ glm::vec3 ToVector(const aiVector3D& vector)
     return {vector.x, vector.y, vector.z};
 }
 
-/// Joins the parts of a scene.
+/// Merges the parts of a scene.
 class MeshJoiner
 {
 public:
@@ -131,7 +131,7 @@ public:
         _mesh.ColourSets.resize(_colourSets);
     }
 
-    /// Of the joined mesh.
+    /// The size of the merged mesh.
     std::uint64_t CountBytes() const
     {
         const std::size_t vectors = _uvSets > 0 ? 4 : 2;
@@ -207,8 +207,8 @@ Mesh DecodeMesh(FileBytes file, MeshFormat format, const ReadBeside& readBeside,
     Assimp::Importer importer;
     KeepImporters(importer, format == MeshFormat::Obj ? "obj" : "gltf");
     auto* input = new MeshInput(name, file, readBeside);
-    importer.SetIOHandler(input); // which owns it now
-    // Only triangles are drawn.
+    importer.SetIOHandler(input); // takes ownership
+    // Removes points and lines, which are not drawn.
     importer.SetPropertyInteger(AI_CONFIG_PP_SBP_REMOVE,
                                 aiPrimitiveType_POINT | aiPrimitiveType_LINE);
     const aiScene* scene = importer.ReadFile(name, preparation);

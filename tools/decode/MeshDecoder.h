@@ -12,16 +12,16 @@ namespace Mox::Host {
 enum class MeshFormat
 {
     Obj,
-    Gltf, ///< as text or as bytes
+    Gltf, ///< in text or binary form
 };
 
-/// Reads a file that a mesh names.
+/// Reads a file that a mesh refers to.
 /// @throws DecodeError if it cannot be read
 using ReadBeside = std::function<std::vector<std::byte>(const std::string& name)>;
 
-/// Decodes a mesh, all its parts as one, as FileDecoder promises. assimp crashes on some files, so
-/// this belongs into a process of its own.
-/// @throws DecodeError if the file is not of the format, has no triangles or exceeds a limit
+/// Decodes a mesh and merges all its parts, as described for FileDecoder. assimp crashes on some
+/// files, so this must run in a separate process.
+/// @throws DecodeError if the file is not in the format, has no triangles or exceeds a limit
 Mesh DecodeMesh(FileBytes file, MeshFormat format, const ReadBeside& readBeside,
                 const DecodeLimits& limits);
 

@@ -13,10 +13,10 @@ namespace Mox::Host {
 
 namespace {
 
-constexpr int depthOfWords = 16; ///< bits of a component
+constexpr int depthOfWords = 16; ///< bits per component
 
-/// libpng with one file. After an error it jumps back, past all destructors, to the setjmp of the
-/// operation that called it; so these operations keep no objects of their own.
+/// Wraps libpng for one file. On an error, libpng jumps to the setjmp of the calling operation
+/// without running destructors, so these operations must not define local objects.
 class PngFile
 {
 public:
@@ -37,7 +37,7 @@ public:
     PngFile(const PngFile&) = delete;
     PngFile& operator=(const PngFile&) = delete;
 
-    /// Reads the header, and has rows come as red, green, blue, alpha.
+    /// Reads the header, and configures the rows as red, green, blue, alpha.
     void ReadHeader()
     {
         if (setjmp(png_jmpbuf(_png)) != 0) // NOLINT(cert-err52-cpp)
@@ -52,7 +52,7 @@ public:
         png_read_update_info(_png, _info);
     }
 
-    /// @param rows as many as the image has, each with room for a row
+    /// @param rows one buffer per row of the image, each large enough for a row
     void ReadRows(std::vector<png_bytep>& rows)
     {
         if (setjmp(png_jmpbuf(_png)) != 0) // NOLINT(cert-err52-cpp)
@@ -83,7 +83,7 @@ private:
         rest = rest.subspan(size);
     }
 
-    FileBytes _rest; ///< of the file
+    FileBytes _rest; ///< unread part of the file
     std::string _error;
     png_structp _png = nullptr;
     png_infop _info = nullptr;
