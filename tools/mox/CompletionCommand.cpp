@@ -127,7 +127,7 @@ std::string ZshAction(const ArgumentHelp& argument)
     return IsFolder(argument) ? "_files -/" : " ";
 }
 
-/// Formats an argument as a specification for _arguments.
+/// Formats an argument in the syntax of _arguments.
 std::string ZshArgument(const ArgumentHelp& argument)
 {
     const std::string value =

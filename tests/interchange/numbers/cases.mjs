@@ -48,7 +48,7 @@ const choices = {
  * What is left out. The generator does not find the name of a property that "UsdPrimvarReader" reads, writes a program for
  * "geompropvalue" that no browser takes, and one for the four components of "UsdUVTexture" likewise; it turns view directions
  * to object space as if they were normals, and gives colours with alpha an alpha of 1 on the way from and to HSV, where
- * the specification keeps theirs. A component that is not there has no meaning, and two strengths of a normal map have no
+ * MaterialX defines that it is kept. A component that is not there has no meaning, and two strengths of a normal map have no
  * counterpart.
  */
 function isLeftOut(definition, output, given) {
