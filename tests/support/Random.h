@@ -2,14 +2,19 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <iostream>
 #include <iterator>
 #include <random>
+#include <string>
 
-/// Returns a new random seed and prints it, so that a failure can be reproduced.
+/// Returns the seed in the environment variable MOX_RANDOM_SEED, otherwise a new random seed.
+/// Prints it, so that a failure can be reproduced.
 inline std::uint32_t DrawSeed()
 {
-    const std::uint32_t seed = std::random_device()();
+    const char* const wanted = std::getenv("MOX_RANDOM_SEED");
+    const std::uint32_t seed =
+        wanted ? static_cast<std::uint32_t>(std::stoul(wanted)) : std::random_device()();
     std::cout << "seed " << seed << "\n";
     return seed;
 }

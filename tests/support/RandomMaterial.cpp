@@ -21,7 +21,7 @@ std::vector<std::string> ListTypes(RandomTypes types)
 {
     std::vector<std::string> listed;
     for (const Plugin& plugin : TestPlugins().Plugins()) {
-        if (types == RandomTypes::Compiled && plugin.OffersNodeFiles())
+        if (types == RandomTypes::DefinedEverywhere && plugin.OffersNodeFiles())
             continue;
         for (const auto& row : plugin.Types()) {
             if (row.Listed && row.TypeName != "Surface" && row.TypeName != "SurfacePbr")
@@ -45,7 +45,8 @@ struct Source
 class RandomMaterial
 {
 public:
-    RandomMaterial(std::uint32_t seed, RandomTypes types) : _random(seed), _types(ListTypes(types))
+    RandomMaterial(std::uint32_t seed, RandomTypes types)
+        : _random(seed), _allows(types), _types(ListTypes(types))
     {
         _document.File = Compose("random_", seed, ".xml");
     }
@@ -105,10 +106,22 @@ private:
         case GuiPropertyKind::Colour:
             return _random.Below(2) ? "1 0.5 0" : "0.2 0.4 0.8";
         case GuiPropertyKind::Enum:
-            return _random.Pick(property.Choices);
+            return AnyChoice(property.Choices);
         default:
             return "";
         }
+    }
+
+    std::string AnyChoice(const std::vector<std::string>& choices)
+    {
+        // These may divide by zero, or compute a root or power of a negative number.
+        static const std::set<std::string> partlyUndefined = {
+            "Range",       "Power",       "Fresnel",    "Colour Dodge",
+            "Colour Burn", "Vivid Light", "DXT5 Normal"};
+        std::string choice = _random.Pick(choices);
+        while (_allows == RandomTypes::DefinedEverywhere && partlyUndefined.contains(choice))
+            choice = _random.Pick(choices);
+        return choice;
     }
 
     /// The choice that a property has, or nothing if the node lacks it.
@@ -190,6 +203,7 @@ private:
     }
 
     Random _random;
+    const RandomTypes _allows;
     const std::vector<std::string> _types;
     MaterialDocument _document;
     std::vector<Source> _sources;

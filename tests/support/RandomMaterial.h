@@ -7,7 +7,9 @@
 enum class RandomTypes
 {
     All,
-    Compiled ///< without types defined by node files
+    /// Without types defined by node files, which contain steep functions, and without functions
+    /// that are undefined for some values: programs may compute anything for those.
+    DefinedEverywhere
 };
 
 /// Makes a valid material with random nodes, types, settings and edges, which exports without an
