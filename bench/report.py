@@ -64,7 +64,7 @@ def main(folder, materials):
     cost = lambda row: row["create"] + row["free"]
     floor = {size: cost(row) for size, row in plain.items()}
     languages = read_medians(sorted(folder.glob("essl-*.json")))
-    essl = lambda shape, size: languages[f"essl/{shape}/{size}"]["total"]
+    essl = lambda shape, size: languages[f"essl/{shape}/{size}"]
 
     print("# Results of a run\n")
     print(f"Written by `bench/run` on {os.cpu_count()} processors ({platform.machine()}), "
@@ -98,10 +98,13 @@ def main(folder, materials):
                          ratio(seconds / own, 10 if size == "1000" else None, False)])
     for shape in ("chain", "values"):
         for size in SIZES[:4]:
+            # Both times come from the same runs: ESSL is written from the Cg program, and the speed
+            # of two processes differs by more than what is measured here.
+            total, spell = essl(shape, size)["total"], essl(shape, size)["spell"]
             bars.append([f"document to ESSL / document to Cg, {shape} of {size:,}", "at most 1.5",
-                         ratio(essl(shape, size) / languages[f"pipeline/{shape}/{size}"]["total"], 1.5)])
+                         ratio(total / (total - spell), 1.5)])
         bars.append([f"node of 10,000 / node of 100 to ESSL, {shape}", "at most 1.5",
-                     ratio(essl(shape, 10000) / essl(shape, 100), 1.5)])
+                     ratio(essl(shape, 10000)["total"] / essl(shape, 100)["total"], 1.5)])
     process = read_seconds(folder / "process.txt")
     bars.append(["a process for 30 nodes to ESSL / to Cg", "at most 1.2",
                  ratio(process["essl"] / process["cg"], 1.2)])
