@@ -34,8 +34,8 @@ public:
     /// @throws HostError if no placeholder is available
     PluginNode MakePlaceholder(const std::string& type, const Place& where) const;
 
-    /// Returns a suggestion of the most similar type, to append to the message that a type is not
-    /// available.
+    /// Returns a suggestion to append to the message that a type is not available, as
+    /// PluginSet::SuggestType does.
     std::string SuggestType(const std::string& type) const;
 
 private:

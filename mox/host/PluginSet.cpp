@@ -62,7 +62,8 @@ std::string PluginSet::SuggestType(const std::string& typeName) const
                 names.push_back({type.TypeName, type.Label});
         }
     }
-    return SuggestName(typeName, names);
+    const std::string suggestion = SuggestName(typeName, names);
+    return suggestion.empty() && !_sourceHint.empty() ? "; " + _sourceHint : suggestion;
 }
 
 HostError UnknownType(const std::string& type)

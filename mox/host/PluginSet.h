@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <list>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Mox::Host {
@@ -36,12 +37,17 @@ public:
     /// @throws HostError if the construction of the node fails
     PluginNode CreateNode(const std::string& typeName, const Place& where = {}) const;
 
+    /// Sets the hint on how the user of the program can load more types, without punctuation at its
+    /// ends.
+    void SetSourceHint(std::string hint) { _sourceHint = std::move(hint); }
+
     /// Returns a suggestion to append to an error message about an unknown type: the listed type
-    /// with the most similar name.
+    /// with the most similar name, otherwise the source hint.
     std::string SuggestType(const std::string& typeName) const;
 
 private:
     std::list<Plugin> _plugins;
+    std::string _sourceHint; ///< may be empty
 };
 
 /// Creates the error for a type that no plug-in offers.

@@ -43,6 +43,8 @@ Host::PluginSet LoadPlugins(const CommonOptions& common)
     folders.push_back(Host::DefaultPluginFolder().string());
 
     Host::PluginSet plugins;
+    plugins.SetSourceHint("--nodes DIR or MOX_NODE_PATH adds node files, "
+                          "--plugins DIR or MOX_PLUGIN_PATH adds plug-ins");
     std::set<std::filesystem::path> searched;
     for (const std::string& folder : folders) {
         if (searched.insert(std::filesystem::weakly_canonical(folder)).second)

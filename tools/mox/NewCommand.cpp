@@ -18,7 +18,7 @@ void PrintNew(const std::string& type, const std::string& id, const CommonOption
     const Host::PluginSet plugins = LoadPlugins(common);
     const auto node = plugins.CreateNode(type);
     if (!node)
-        throw Host::UnknownType(type);
+        throw Host::HostError({}, Host::UnknownType(type).Message + plugins.SuggestType(type));
     std::cout << Host::FormatNodeFragment(node, id.empty() ? node.Name() : id);
 }
 

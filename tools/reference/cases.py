@@ -5,7 +5,6 @@ from xml.sax.saxutils import quoteattr
 
 # The property whose choices make different functions of a type, where it is not the first enumeration.
 FUNCTION_PROPERTY = {"CoreTexture": "Colour Type"}
-NO_IMAGE = {("TextureRead", "Cube")}  # the examples have no cube map
 
 # Functions of one number, which are plotted. The others are shown over u and v.
 PLOTTED = {
@@ -14,7 +13,7 @@ PLOTTED = {
     "MathsTrigonometry": ["Sine", "Cosine", "Tangent", "Arc Sine", "Arc Cosine", "Arc Tangent"],
 }
 ON_SPHERE = {"Surface", "SurfacePbr", "VectorTransform", "CoreVertexColour"}
-SPHERE_FUNCTIONS = {"Cross Product", "Reflect", "Refract", "Triplanar"}
+SPHERE_FUNCTIONS = {"Cross Product", "Reflect", "Refract", "Cube", "Triplanar"}
 # Properties that show more than the defaults do, by type or function.
 IMAGE_SETTINGS = {
     "CoreConstant": {"Default Colour": "0.9 0.5 0.1"},
@@ -152,6 +151,8 @@ def _feed(material, case, port):
     type_name = case.kind["type"]
     if type_name in ("Surface", "SurfacePbr"):
         return material.texture("paint") if name == "in_colour" else None
+    if value == "Cube":
+        return material.add("SurfaceWorldNormal"), "read"
     if name == "in_normal":
         if type_name == "NormalMaths":
             return material.texture("normal", "Normal")
@@ -202,7 +203,7 @@ def image_material(case, kinds):
     if functions is None or case.value in functions:
         return _plot(material, case)
     if type_name in ("CoreTexture", "TextureRead"):
-        name = {"Normal": "normal", "DXT5 Normal": "normal", "Volume": "flames"}.get(case.value, "paint")
+        name = {"Normal": "normal", "DXT5 Normal": "normal", "Cube": "sky", "Volume": "flames"}.get(case.value, "paint")
         settings["Name"] = name
         material.bind(name)
     settings |= IMAGE_SETTINGS.get(type_name, {}) | IMAGE_SETTINGS.get(case.value, {})

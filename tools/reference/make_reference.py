@@ -16,7 +16,7 @@ import tempfile
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
-from cases import NO_IMAGE, SHOWN_TIMES, cases_of, formula_material, image_material
+from cases import SHOWN_TIMES, cases_of, formula_material, image_material
 
 ROOT = Path(__file__).resolve().parents[2]
 IMAGES = ROOT / "docs/pictures/nodes"
@@ -103,7 +103,7 @@ def section(kind, cases, graphs):
         if len(formula) > LONG_FORMULA:
             long.append((case, formula))
             shown = "below"
-        image = "none" if (kind["type"], case.value) in NO_IMAGE else f"![{case.value or kind['label']}](pictures/nodes/{case.name}.png)"
+        image = f"![{case.value or kind['label']}](pictures/nodes/{case.name}.png)"
         lines.append(f"| {image} | {case.value or kind['label']} | {port_text(case.inputs)} | {port_text(case.outputs)} "
                      f"| {stage} | {shown} |")
     lines.append("")
@@ -178,8 +178,7 @@ def main():
             graphs[case.name] = (folder / f"graphs/{case.name}.graph.txt").read_text(encoding="utf-8")
         if options.images is not None:
             IMAGES.mkdir(exist_ok=True)
-            shown = [case for case in every if (case.kind["type"], case.value) not in NO_IMAGE
-                     and case.name.startswith(options.images)]
+            shown = [case for case in every if case.name.startswith(options.images)]
             with ThreadPoolExecutor() as workers:
                 list(workers.map(lambda case: render(mox, case, by_type, folder), shown))
 

@@ -1,12 +1,14 @@
 #!/usr/bin/env python3
-"""Draws the textures of the examples. Usage: tools/textures/draw_textures.py [folder]
+"""Draws the textures of the examples and of the node reference.
+
+Usage: tools/textures/draw_textures.py [folder]
 
 The textures go into examples/textures, or into the folder that is named. The result is committed;
-the build does not draw. All but the flag repeat without a seam.
+the build does not draw. All but the flag repeat without a seam; the sky does so to the sides.
 """
 
 import sys
-from math import cos, hypot, pi, sqrt
+from math import cos, hypot, pi, sin, sqrt
 from pathlib import Path
 
 import png
@@ -16,6 +18,8 @@ from noise import Noise, mix, smooth
 COLUMNS, ROWS, JOINT = 8, 8, 0.06
 BEVEL = 0.10
 RELIEF = 0.055  # height of a tile as a part of its width
+
+SUN = 0.48, 0.64, 0.6  # direction in the sky
 
 FLAME_ROWS, FLAME_COLUMNS, FLAME_SIZE = 4, 8, 48
 
@@ -127,6 +131,21 @@ def flag(u, v):
     return 178, 38, 46
 
 
+def sky(u, v):
+    """A panorama for cube maps: mountains under a clear sky. The middle column is in the direction -z."""
+    across, down = 2 * pi * (u - 0.5), pi * v
+    direction = sin(down) * sin(across), cos(down), -sin(down) * cos(across)
+    height = direction[1]
+    ridge = 0.6 * Noise(37, 10).fractal(u, 0.5, 8, 3) - 0.1
+    if height < 0:
+        return mix((104, 132, 62), (58, 74, 36), round(-height * 20) / 20)
+    if height < ridge:
+        return mix((78, 88, 104), (236, 240, 244), round(height / 0.35 * 20) / 20)
+    if sum(a * b for a, b in zip(direction, SUN)) > 0.97:
+        return 255, 244, 204
+    return mix((206, 224, 238), (44, 98, 182), round(height * 40) / 40)
+
+
 TEXTURES = [
     ("paint", 192, 192, paint),
     ("normal", 256, 256, normal),
@@ -135,6 +154,7 @@ TEXTURES = [
     ("noise", 128, 128, noise),
     ("flames", FLAME_COLUMNS * FLAME_SIZE, FLAME_ROWS * FLAME_SIZE, flames),
     ("flag", 384, 256, flag),
+    ("sky", 256, 128, sky),
 ]
 
 
