@@ -3,10 +3,12 @@
 #include "mox/Text.h"
 #include "mox/batch/StartThreads.h"
 #include "mox/host/HostError.h"
+#include "mox/interchange/ReadMaterial.h"
 #include "mox/xml/XmlTree.h"
 
 #include <algorithm>
 #include <atomic>
+#include <string_view>
 #include <system_error>
 #include <unordered_set>
 #include <utility>
@@ -18,11 +20,24 @@ namespace {
 
 using std::filesystem::path;
 
+constexpr std::string_view materialXEnding = ".mtlx";
+
+bool HasEndingOf(const path& file, FoundFormats formats)
+{
+    const path extension = file.extension();
+    return extension == ".xml" || (formats == FoundFormats::All && extension == materialXEnding);
+}
+
 /// An entry that cannot be inspected counts as a file, so that reading it reports the error.
 bool MayBeFile(const std::filesystem::directory_entry& entry)
 {
     std::error_code error;
     return entry.is_regular_file(error) || error;
+}
+
+bool MayBeMaterial(const std::string& file) noexcept
+{
+    return file.ends_with(materialXEnding) ? MayHoldMaterialX(file) : MayHaveRoot(file, "material");
 }
 
 std::vector<std::string> KeepMaterials(std::vector<std::string> files, unsigned workers)
@@ -32,7 +47,7 @@ std::vector<std::string> KeepMaterials(std::vector<std::string> files, unsigned 
     std::atomic<std::size_t> next = 0;
     const auto look = [&] {
         for (std::size_t i = next++; i < files.size(); i = next++)
-            mayBeMaterial[i] = MayHaveRoot(files[i], "material") ? 1 : 0;
+            mayBeMaterial[i] = MayBeMaterial(files[i]) ? 1 : 0;
     };
     {
         const std::vector<std::jthread> others = StartThreads(workers - 1, look);
@@ -46,13 +61,13 @@ std::vector<std::string> KeepMaterials(std::vector<std::string> files, unsigned 
     return materials;
 }
 
-std::vector<std::string> FindIn(const path& folder, unsigned workers)
+std::vector<std::string> FindIn(const path& folder, unsigned workers, FoundFormats formats)
 {
     std::vector<std::string> files;
     std::error_code error;
     std::filesystem::recursive_directory_iterator entry(folder, error);
     for (; !error && entry != std::filesystem::end(entry); entry.increment(error)) {
-        if (entry->path().extension() == ".xml" && MayBeFile(*entry))
+        if (HasEndingOf(entry->path(), formats) && MayBeFile(*entry))
             files.push_back(entry->path().string());
     }
     const Place where{folder.string()};
@@ -78,7 +93,8 @@ path WithoutLinks(const path& folder)
 
 } // namespace
 
-std::vector<MaterialFile> FindMaterials(const std::vector<path>& filesAndFolders, unsigned workers)
+std::vector<MaterialFile> FindMaterials(const std::vector<path>& filesAndFolders, unsigned workers,
+                                        FoundFormats formats)
 {
     std::vector<MaterialFile> materials;
     std::unordered_set<std::string> seen;
@@ -93,7 +109,7 @@ std::vector<MaterialFile> FindMaterials(const std::vector<path>& filesAndFolders
             continue;
         }
         const path folder = WithoutLinks(argument);
-        for (const std::string& document : FindIn(argument, workers))
+        for (const std::string& document : FindIn(argument, workers, formats))
             add(folder, path(document).lexically_relative(argument), document);
     }
     return materials;

@@ -128,9 +128,10 @@ struct MaterialComments
 /// a material: graphs are built from it, and edits modify it.
 struct MaterialDocument
 {
-    std::string File;                       ///< file name for messages
-    std::vector<DocumentValue> Description; ///< description for users and catalogues
-    std::vector<DocumentValue> RenderState; ///< blending, tests and culling
+    std::string File;                            ///< file name for messages
+    std::vector<std::filesystem::path> Includes; ///< files that it included when it was read
+    std::vector<DocumentValue> Description;      ///< description for users and catalogues
+    std::vector<DocumentValue> RenderState;      ///< blending, tests and culling
     OrderedSlots<DocumentNode> Nodes;
     OrderedSlots<DocumentEdge> Edges;
     OrderedSlots<DocumentBinding> Bindings;

@@ -36,12 +36,13 @@ void InheritFromRoot(XmlTree& child, const XmlTree& root)
 
 } // namespace
 
-void MaterialXIncludes::Resolve(XmlTree& root, std::size_t bytes)
+std::vector<std::filesystem::path> MaterialXIncludes::Resolve(XmlTree& root, std::size_t bytes)
 {
     _bytes = bytes;
     _open.push_back(RealName(root.Where.File));
     _seen.insert(_open.front());
     Expand(root);
+    return std::move(_files);
 }
 
 void MaterialXIncludes::Expand(XmlTree& root)
@@ -94,6 +95,7 @@ XmlTree MaterialXIncludes::Read(const std::filesystem::path& file, const XmlTree
         throw HostError(include.Where, "the document and what it includes are larger than 64 MiB");
     const std::string text = ReadFile(file);
     _bytes += text.size();
+    _files.push_back(file);
     XmlTree root = ParseXmlTree(file.string(), text);
     if (root.Name != "materialx")
         throw HostError(root.Where,

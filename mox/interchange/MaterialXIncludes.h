@@ -25,7 +25,8 @@ public:
     /// Must be called only once.
     /// @param root the root element of the document; its location contains the file name
     /// @param bytes the size of the document
-    void Resolve(XmlTree& root, std::size_t bytes);
+    /// @returns the files that were read
+    std::vector<std::filesystem::path> Resolve(XmlTree& root, std::size_t bytes);
 
 private:
     void Expand(XmlTree& root);
@@ -36,6 +37,7 @@ private:
     std::size_t _bytes = 0; ///< number of bytes read so far
     std::vector<std::filesystem::path> _open;
     std::set<std::filesystem::path> _seen;
+    std::vector<std::filesystem::path> _files; ///< those read so far, as their includes name them
 };
 
 } // namespace Mox::Host

@@ -55,7 +55,7 @@ MaterialDocument MaterialXReader::Read(std::string_view text)
             throw HostError(_file, "is larger than 64 MiB, the most that is read of MaterialX");
         auto root = ParseXmlTree(_file, text, _problems);
         if (root && _options.ReadsIncludes)
-            MaterialXIncludes(_problems).Resolve(*root, text.size());
+            _builder.Document().Includes = MaterialXIncludes(_problems).Resolve(*root, text.size());
         if (root)
             ReadRoot(*root);
     } catch (const HostError& error) {

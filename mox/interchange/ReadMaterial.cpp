@@ -2,8 +2,13 @@
 
 #include "mox/Text.h"
 #include "mox/host/File.h"
+#include "mox/interchange/MaterialXIncludes.h"
 #include "mox/interchange/MaterialXReader.h"
+#include "mox/interchange/StandardNodes.h"
 #include "mox/xml/XmlParser.h"
+#include "mox/xml/XmlTree.h"
+
+#include <algorithm>
 
 namespace Mox::Host {
 
@@ -53,6 +58,25 @@ MaterialDocument ParseEither(const std::string& file, std::string_view text,
 bool IsMaterialX(const std::filesystem::path& file, std::string_view text)
 {
     return file.extension() == ".mtlx" || RootName(text).Name == "materialx";
+}
+
+bool MayHoldMaterialX(const std::string& file) noexcept
+{
+    try {
+        const std::string text = ReadFile(file);
+        if (text.size() > MaterialXIncludes::MostBytes)
+            return true;
+        XmlTree root = ParseXmlTree(file, text);
+        ProblemList problems; // discarded; reading the document reports them
+        MaterialXIncludes(problems).Resolve(root, text.size());
+        return root.Name != "materialx" ||
+               std::ranges::any_of(root.Children, [](const XmlTree& child) {
+                   return child.Name == "surfacematerial" ||
+                          GetStandardNodes().FindSurface(child.Name);
+               });
+    } catch (...) {
+        return true;
+    }
 }
 
 MaterialDocument ReadMaterial(const std::filesystem::path& file, ProblemList& problems,

@@ -12,6 +12,10 @@ namespace Mox::Host {
 /// element.
 bool IsMaterialX(const std::filesystem::path& file, std::string_view text);
 
+/// Returns whether a MaterialX file could be read as a material: it or a file that it includes has
+/// a material or a shader, or it cannot be parsed. A file of definitions for others has neither.
+bool MayHoldMaterialX(const std::string& file) noexcept;
+
 /// Reads a material from a file: either a material document, or a MaterialX document, which is
 /// converted together with the files in its folder that it includes.
 /// @param problems receives errors in the file and, for MaterialX, a warning with a rule

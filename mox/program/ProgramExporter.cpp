@@ -10,6 +10,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -44,7 +45,8 @@ ExportedMaterial MaterialExporter::Export(MaterialDocument document, ProblemList
         return exported;
     WarnOfMissingTextures(graph.Document(), graph.Document().File, exported.Problems);
     Write(graph, exported);
-    exported.Inputs = ExportInputs(_environment, _plugins);
+    exported.Inputs = graph.Document().Includes;
+    std::ranges::move(ExportInputs(_environment, _plugins), std::back_inserter(exported.Inputs));
     return exported;
 }
 

@@ -261,7 +261,8 @@ void BindLibraryClass(py::module_& module)
             },
             "files"_a, WithoutLock(),
             "The materials of files and folders. A folder stands for every material in it and "
-            "below.\n\nRaises Error if a folder cannot be read or has no material.")
+            "below, in .xml and .mtlx files.\n\nRaises Error if a folder cannot be read or has no "
+            "material.")
         .def(
             "check",
             [](const Library& library, const Paths& files, std::size_t threads) {

@@ -337,16 +337,18 @@ TEST(MaterialX, IncludesWhatLiesBesideIt)
                        "name=\"surfaceshader\" type=\"surfaceshader\" nodename=\"",
                        name == "Rust" ? "rough" : "smooth", "\"/></surfacematerial>\n");
     };
-    write("rough.mtlx", "<gltf_pbr name=\"rough\" type=\"surfaceshader\"/>");
-    write("smooth.mtlx", include("rough.mtlx") +
-                             "<gltf_pbr name=\"smooth\" type=\"surfaceshader\"><input "
-                             "name=\"clearcoat\" type=\"float\" value=\"0.5\"/></gltf_pbr>");
+    const auto rough = write("rough.mtlx", "<gltf_pbr name=\"rough\" type=\"surfaceshader\"/>");
+    const auto smooth =
+        write("smooth.mtlx", include("rough.mtlx") +
+                                 "<gltf_pbr name=\"smooth\" type=\"surfaceshader\"><input "
+                                 "name=\"clearcoat\" type=\"float\" value=\"0.5\"/></gltf_pbr>");
     const auto file =
         write("all.mtlx", include("smooth.mtlx") + include("../x.mtlx") + include("rough.mtlx") +
                               material("Rust") + material("Glaze"));
     ProblemList problems;
     const MaterialDocument first = ReadMaterial(file, problems);
     EXPECT_EQ(first.Description.front().Value, "Rust");
+    EXPECT_EQ(first.Includes, std::vector({smooth, rough}));
     ASSERT_EQ(problems.Problems().size(), 2u);
     EXPECT_EQ(problems.Problems()[0].Format(),
               Compose(file.string(),

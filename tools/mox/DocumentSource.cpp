@@ -56,6 +56,17 @@ std::string ReadSource(const std::string& file)
     return text;
 }
 
+std::string ReadReplacedSource(const std::string& file)
+{
+    std::string text = ReadSource(file);
+    if (!IsStandardInput(file))
+        Host::RefuseMaterialX(file, text);
+    else if (Host::IsMaterialX({}, text))
+        throw Host::HostError(SourceName(file), "is a MaterialX document; \"mox convert - -o "
+                                                "FILE\" makes a material of it");
+    return text;
+}
+
 Host::MaterialDocument ReadDocument(const std::string& file, Host::ProblemList& problems,
                                     const std::string& material)
 {
@@ -76,11 +87,11 @@ Host::MaterialDocument ReadDocument(const std::string& file)
 }
 
 std::vector<Host::MaterialFile> FindDocuments(const std::vector<std::string>& files,
-                                              unsigned workers)
+                                              unsigned workers, Host::FoundFormats formats)
 {
     std::vector<std::filesystem::path> others;
     std::ranges::remove_copy_if(files, std::back_inserter(others), IsStandardInput);
-    std::vector<Host::MaterialFile> materials = Host::FindMaterials(others, workers);
+    std::vector<Host::MaterialFile> materials = Host::FindMaterials(others, workers, formats);
     const std::size_t count = files.size() - others.size();
     if (count > 1)
         RefuseSecondStandardInput();

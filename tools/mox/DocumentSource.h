@@ -30,6 +30,10 @@ std::string SourceName(const std::string& file);
 /// @throws HostError if it cannot be read
 std::string ReadSource(const std::string& file);
 
+/// Reads the source of a document that the command writes back.
+/// @throws HostError if it cannot be read, or is a MaterialX document
+std::string ReadReplacedSource(const std::string& file);
+
 /// @param material name of the material to read from a MaterialX document with several materials;
 ///        if empty, the first one
 Host::MaterialDocument ReadDocument(const std::string& file, Host::ProblemList& problems,
@@ -39,9 +43,11 @@ Host::MaterialDocument ReadDocument(const std::string& file, Host::ProblemList& 
 Host::MaterialDocument ReadDocument(const std::string& file);
 
 /// Calls Host::FindMaterials and puts standard input first.
+/// @param formats of the files of folders
 /// @throws CLI::ValidationError if standard input is given twice
 std::vector<Host::MaterialFile> FindDocuments(const std::vector<std::string>& files,
-                                              unsigned workers);
+                                              unsigned workers,
+                                              Host::FoundFormats formats = Host::FoundFormats::All);
 
 /// For commands that read two documents.
 /// @throws CLI::ValidationError if both are standard input

@@ -27,10 +27,10 @@ namespace {
 using Materials::Compose;
 
 constexpr const char* exportFooter =
-    R"(A folder includes every material in it and in its subfolders. The programs
-of a material are named after the material; those of a material in a folder
-keep its path relative to that folder. A file whose content has not changed is
-not touched.
+    R"(A folder includes every material in it and in its subfolders, in .xml and .mtlx
+files. The programs of a material are named after the material; those of a
+material in a folder keep its path relative to that folder. A file whose content
+has not changed is not touched.
 
 The file .mox-outputs in the output folder lists what exports have written
 there. Later exports use it to find and report outputs whose material no longer

@@ -5,7 +5,6 @@
 #include "mox/graph/MaterialGraph.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/HostError.h"
-#include "mox/interchange/ReadMaterial.h"
 #include "mox/layout/MaterialLayout.h"
 
 #include <iostream>
@@ -23,7 +22,8 @@ cannot be read does not stop the others. A document that is read-only or has
 other hard links is written only with --force: it is replaced, and its other
 names keep the old content. With --tidy, the nodes also get new positions, in
 columns from left to right. A document from standard input goes to standard
-output.
+output. A folder includes every material document in it and in its subfolders,
+but no MaterialX documents.
 
 Examples:
   mox format rim.xml
@@ -44,7 +44,6 @@ struct FormatOptions
 std::string FormatText(const std::string& name, const std::string& text,
                        const Host::PluginSet* plugins)
 {
-    Host::RefuseMaterialX(name, text);
     Host::MaterialDocument document = Host::WithoutErrors(
         [&](auto& problems) { return Host::ParseMaterialDocument(name, text, problems); });
     if (!plugins)
@@ -59,7 +58,7 @@ bool FormatDocument(const std::string& file, const FormatOptions& options,
                     const Host::PluginSet* plugins)
 {
     const std::string name = SourceName(file);
-    const std::string original = ReadSource(file);
+    const std::string original = ReadReplacedSource(file);
     const std::string text = FormatText(name, original, plugins);
     if (IsStandardInput(file) && !options.IsCheck) {
         std::cout << text;
@@ -83,7 +82,8 @@ void FormatDocuments(const FormatOptions& options, const CommonOptions& common)
     if (options.IsTidied)
         plugins = LoadPlugins(common);
     bool isInForm = true;
-    for (const Host::MaterialFile& material : FindDocuments(options.Files, 1)) {
+    for (const Host::MaterialFile& material :
+         FindDocuments(options.Files, 1, Host::FoundFormats::MaterialDocument)) {
         try {
             isInForm &= FormatDocument(material.Document, options, plugins ? &*plugins : nullptr);
         } catch (const Host::HostError& error) {
