@@ -20,11 +20,11 @@ install(FILES mox/document/schema/material.rng mox/nodefile/schema/node.rng
   DESTINATION ${MOX_DATA_FOLDER} COMPONENT Runtime)
 install(FILES ${PROJECT_BINARY_DIR}/help/mox.1
   DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Runtime)
-install(FILES ${PROJECT_BINARY_DIR}/help/mox.bash
+install(FILES tools/mox/completions/mox.bash
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME mox COMPONENT Runtime)
-install(FILES ${PROJECT_BINARY_DIR}/help/mox.fish
+install(FILES tools/mox/completions/mox.fish
   DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT Runtime)
-install(FILES ${PROJECT_BINARY_DIR}/help/mox.zsh
+install(FILES tools/mox/completions/mox.zsh
   DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions RENAME _mox COMPONENT Runtime)
 
 # For authors of plug-ins and programs: the libraries and their public headers, for CMake and

@@ -149,7 +149,7 @@ done
 unset MOX_PLUGIN_PATH
 
 begin 'command lines'
-words=(export check diff format bindings catalogue graph new preview completion manual --json -o
+words=(export check diff format bindings catalogue graph new preview complete manual --json -o
     --depfile --target glsl,spirv --set 'a=1;2' --frame nan --size 0 -1 '' . in/attack_1.xml
     /dev/null "$(printf '\033[31m\302\233')" CoreMaths ../../x)
 for i in {1..60}; do

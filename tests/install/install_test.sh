@@ -19,7 +19,8 @@ for file in bin/mox libexec/mox/mox-decode lib*/libmox_materials.so lib*/libmox_
     lib*/pkgconfig/mox{,-host,-compile,-preview,-pictures,-editor}.pc \
     include/mox/authoring/GuiNode.h include/mox/host/PluginSet.h include/mox/preview/MaterialPreview.h \
     share/mox/environment/environment.xml share/mox/environment/{unlit,depth,skinned}/environment.xml \
-    share/mox/material.rng share/mox/node.rng share/man/man1/mox.1 share/bash-completion/completions/mox \
+    share/mox/material.rng share/mox/node.rng share/man/man1/mox.1 \
+    share/{bash-completion/completions/mox,fish/vendor_completions.d/mox.fish,zsh/site-functions/_mox} \
     share/doc/mox-materials/{README.md,docs/architecture.md,examples/rim_light.xml,examples/host/Main.cpp}; do
     [ -s "$file" ] || { echo "$file is missing"; exit 1; }
 done

@@ -59,7 +59,8 @@ CommandHelp DescribeCommand(const CLI::App& command)
 ProgramHelp DescribeProgram(const CLI::App& program)
 {
     ProgramHelp help{DescribeCommand(program), {}};
-    for (const CLI::App* command : program.get_subcommands({}))
+    const auto isListed = [](const CLI::App* command) { return !command->get_group().empty(); };
+    for (const CLI::App* command : program.get_subcommands(isListed))
         help.Commands.push_back(DescribeCommand(*command));
     return help;
 }

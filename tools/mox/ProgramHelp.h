@@ -35,8 +35,8 @@ struct ProgramHelp
     std::vector<CommandHelp> Commands;
 };
 
-/// Extracts the documentation from a command line, so that manual and completions are always up to
-/// date.
+/// Extracts the documentation from a command line, without hidden commands, so that manual and
+/// completions are always up to date.
 ProgramHelp DescribeProgram(const CLI::App& program);
 
 } // namespace Mox::Tool
