@@ -19,9 +19,9 @@ namespace {
 constexpr const char* checkFooter =
     R"(A folder includes every material in it and in its subfolders, in .xml and .mtlx
 files. All problems of a material are reported at once. With --nodes, the node
-files in those folders are checked too, and with --environment that environment;
-neither needs a material. The exit status is 1 if there is an error, or with
---strict a warning, and 0 otherwise.
+files in those folders are checked too, and with --environment that
+environment; neither needs a material. The exit status is 1 if there is an
+error, or with --strict a warning, and 0 otherwise.
 
 Examples:
   mox check rim.xml
