@@ -184,7 +184,7 @@ GraphNode NodeBuilder::Make(std::size_t index, const DocumentNode& record) const
     node.Where = {_document.Document().File, record.Line, record.Id};
     ProblemList& problems = node.Problems.Making;
     if (_document.FindNode(record.Id) != index) {
-        problems.Fail("doubled-id", node.Where, "another node has this id already");
+        problems.Fail("doubled-id", node.Where, "another node already has this id");
         return node;
     }
     MadeNode made;

@@ -99,7 +99,7 @@ std::int32_t JsonCursor::Integer() const
         _value->is_number_unsigned() && _value->get<std::uint64_t>() > std::uint64_t(high);
     const auto number = isLarge ? 0 : _value->get<std::int64_t>();
     if (isLarge || number < low || number > high)
-        RefuseKind("a whole number of 32 bits");
+        RefuseKind("a 32-bit integer");
     return static_cast<std::int32_t>(number);
 }
 

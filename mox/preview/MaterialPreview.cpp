@@ -152,9 +152,9 @@ void SetValues(const PreviewOptions& options, PreparedMaterial& material, Unifor
         if (const std::size_t count = CountNumbers(program, scene, name); count > 0) {
             const auto numbers = ParseNumbers(value);
             if (!numbers || numbers->size() != count) {
-                throw HostError({}, Compose("\"", value, "\" is no value for \"", name,
-                                            "\", which takes ", count,
-                                            " numbers with commas between them"));
+                throw HostError({},
+                                Compose("\"", value, "\" is no value for \"", name,
+                                        "\", which takes ", count, " numbers separated by commas"));
             }
             scene[name] = *numbers;
         } else if (!material.IsPart) {
