@@ -147,8 +147,8 @@ TEST_F(OutputRecordTest, HostileListsRemoveNothing)
     Remove("out/.mox-outputs");
     std::filesystem::create_directory(Folder.Path() / "out/.mox-outputs");
     EXPECT_EQ(Update({{"a.xml", {"a.cg"}}}, true),
-              "warning export: out/.mox-outputs: cannot be written: something else than a regular "
-              "file has this name\n");
+              "warning export: out/.mox-outputs: cannot be written: it exists but is not a regular "
+              "file\n");
 }
 
 } // namespace
