@@ -214,7 +214,8 @@ private:
         else if (level == "fragment")
             entry.Level = ShaderLevel::Fragment;
         else if (!level.empty())
-            throw HostError(element.Where, "level is neither \"vertex\" nor \"fragment\"");
+            throw HostError(element.Where,
+                            "attribute \"level\" is neither \"vertex\" nor \"fragment\"");
         for (const XmlTree& child : ChildrenOf(element)) {
             if (child.Name == "in")
                 entry.Inputs.push_back(ReadInput(child));

@@ -25,7 +25,7 @@ TEST(Environment, EachFaultIsNamedWithItsLine)
         {"\n\n<value name=''/>", "3: attribute \"name\" is missing"},
         {"<value name='a' type='float5'/>", "1: \"float5\" is no Cg type"},
         {"<value name='a' type='half' level='pixel'/>",
-         "1: level is neither \"vertex\" nor \"fragment\""},
+         "1: attribute \"level\" is neither \"vertex\" nor \"fragment\""},
         {"<value name='a' type='half'/>", "1: without a <body> there must be exactly one <in>"},
         {"<value name='a' type='half'>\n<out/></value>",
          "2: only <in> and <body> are allowed here"},
