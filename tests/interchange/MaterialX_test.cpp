@@ -368,7 +368,7 @@ TEST(MaterialX, IncludesWhatLiesBesideIt)
     for (const auto& [name, message] :
          {std::pair(itself, "again.mtlx:1: the file includes itself"),
           std::pair(write("user.mtlx", include("broken.mtlx")), "broken.mtlx:1"),
-          std::pair(folder.Path() / chain, "files include one another more than 16 deep"),
+          std::pair(folder.Path() / chain, "files include one another more than 16 levels deep"),
           std::pair(write("none.mtlx", material("A")), "there is no material \"Glaze\"")}) {
         ProblemList found;
         ReadMaterial(name, found, name.filename() == "none.mtlx" ? "Glaze" : "");
