@@ -112,7 +112,7 @@ Host::Picture EditorPainter::Draw(const Host::MaterialDocument& document,
     for (const auto& [name, value] : request.Values) {
         if (!Host::ParseNumbers(value)) {
             throw Host::HostError({}, Compose(Host::Excerpt(value), " is no value for \"", name,
-                                              "\": expected numbers separated by commas"));
+                                              "\": expected numbers with commas between them"));
         }
     }
     Host::PreviewOptions options;
