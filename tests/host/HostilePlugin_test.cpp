@@ -162,8 +162,8 @@ TEST(HostilePlugin, WhatIsNullIsReportedAndReplaced)
         const std::string messages = Pipeline(Compose("Create-", fault)).Messages();
         EXPECT_NE(messages.find("the node "), std::string::npos) << messages;
     }
-    EXPECT_NE(Pipeline("Create-nothing").Messages().find("gave no node"), std::string::npos);
-    EXPECT_NE(Pipeline("CreateBindings-nothing").Messages().find("a binding that is null"),
+    EXPECT_NE(Pipeline("Create-nothing").Messages().find("returned no node"), std::string::npos);
+    EXPECT_NE(Pipeline("CreateBindings-nothing").Messages().find("a null binding"),
               std::string::npos);
 }
 
