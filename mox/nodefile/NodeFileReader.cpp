@@ -31,7 +31,8 @@ public:
     {
         for (const XmlTree::Attribute& attribute : tree.Attributes) {
             if (std::find(allowed.begin(), allowed.end(), attribute.Name) == allowed.end())
-                Fail(Compose("<", tree.Name, "> has no attribute ", Excerpt(attribute.Name)));
+                Fail(Compose("unexpected attribute ", Excerpt(attribute.Name), " in <", tree.Name,
+                             ">"));
         }
     }
 

@@ -107,7 +107,7 @@ int RunProgram(std::vector<std::string> arguments, const fs::path& messages)
         posix_spawnattr_destroy(&ownGroup);
         if (error != 0) {
             throw HostError({},
-                            Compose("\"", arguments.front(), "\" cannot run: ", strerror(error)));
+                            Compose("cannot run \"", arguments.front(), "\": ", strerror(error)));
         }
         child = started;
     }
