@@ -816,7 +816,7 @@ test('a mesh that is dropped onto the surface carries the material as in the pre
     const failure = page.locator('#surface .problem.error');
     const reasons = [
         ['bad.obj', 'no mesh', /bad\.obj.*cannot be read/],
-        ['bad.ply', 'ply', /expected a file that ends in \.obj, \.gltf or \.glb/],
+        ['bad.ply', 'ply', /expected a file with the extension \.obj, \.gltf or \.glb/],
         ['bad.obj', '', /empty/],
     ];
     for (const [name, text, reason] of reasons) {

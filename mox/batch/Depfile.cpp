@@ -75,8 +75,8 @@ std::string Escape(const path& name)
 void WarnOfName(const path& name, ProblemList& problems)
 {
     problems.Warn("dependency-file", name.string(),
-                  "is left out of the dependency file, since Make and Ninja read such a name in "
-                  "different ways");
+                  "is left out of the dependency file, because Make and Ninja interpret this name "
+                  "differently");
 }
 
 } // namespace

@@ -39,7 +39,7 @@ void AddFailure(const std::exception_ptr& failure, const ExportJob& job, ExportO
     } catch (const std::exception& error) {
         outcome.Problems.Fail(exportRule, document, error.what());
     } catch (...) {
-        outcome.Problems.Fail(exportRule, document, "an exception of an unknown type");
+        outcome.Problems.Fail(exportRule, document, "unknown exception");
     }
 }
 

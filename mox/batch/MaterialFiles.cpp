@@ -77,7 +77,7 @@ std::vector<std::string> FindIn(const path& folder, unsigned workers, FoundForma
     }
     std::vector<std::string> found = KeepMaterials(std::move(files), workers);
     if (found.empty())
-        throw HostError(where, "holds no material");
+        throw HostError(where, "contains no material");
     std::sort(found.begin(), found.end());
     return found;
 }

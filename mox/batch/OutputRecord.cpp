@@ -176,7 +176,7 @@ std::vector<LeftOutput> OutputRecord::Update(bool prunes, ProblemList& problems)
                 left.push_back({file, reason, prunes});
             else
                 problems.Warn(exportRule, file.string(),
-                              Compose(reason, "; it is kept, as ", obstacle));
+                              Compose(reason, "; it is kept because ", obstacle));
         }
         entry = isListed ? std::next(entry) : entries.erase(entry);
     }
@@ -215,10 +215,10 @@ std::set<std::string> OutputRecord::Merge(Entries& known, const path& folder) co
 std::string OutputRecord::DescribeLeft(const Entry& entry) const
 {
     if (entry.Documents.empty())
-        return "is a program that no material has any longer";
+        return "is a program that no material uses any more";
     return Compose("is left from ",
                    (_folder / *entry.Documents.begin()).lexically_normal().string(),
-                   ", which is gone");
+                   ", which no longer exists");
 }
 
 OutputRecord::Entries OutputRecord::Read(ProblemList& problems) const
@@ -230,8 +230,8 @@ OutputRecord::Entries OutputRecord::Read(ProblemList& problems) const
         if (!std::filesystem::is_regular_file(file, error) || Parse(ReadFile(file), entries))
             return entries;
         problems.Warn(exportRule, file.string(),
-                      "is not a list of outputs, so it is begun anew; outputs of materials that "
-                      "are gone already are not known");
+                      "is not a list of outputs, so it is started again; outputs of materials that "
+                      "no longer exist are unknown");
     } catch (const HostError& failure) {
         problems.Warn(exportRule, failure.Where, failure.Message);
     }

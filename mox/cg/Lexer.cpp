@@ -75,9 +75,10 @@ Token Lexer::Next()
         token.Kind = TokenKind::Symbol;
         length = SymbolLength(_rest);
         if (length == 0)
-            throw Failure(_where, _rest[0] == '#' ? std::string("there is no preprocessor")
-                                                  : Compose("unexpected character ",
-                                                            Quote(_rest.substr(0, 1))));
+            throw Failure(_where,
+                          _rest[0] == '#'
+                              ? std::string("preprocessor directives are not supported")
+                              : Compose("unexpected character ", Quote(_rest.substr(0, 1))));
     }
     token.Text = _rest.substr(0, length);
     Advance(length);
@@ -106,7 +107,7 @@ void Lexer::SkipComment(std::string_view end)
     const std::size_t at = _rest.find(end, 2);
     const bool isLine = end == "\n";
     if (at == std::string_view::npos && !isLine)
-        throw Failure(_where, "this comment does not end");
+        throw Failure(_where, "unterminated comment");
     Advance(std::min(_rest.size(), at + (isLine ? 0 : end.size())));
     if (line == _tokenLine)
         return; // a comment on the same line as a token does not belong to the next token

@@ -81,7 +81,7 @@ public:
     explicit Nesting(Parser& parser) : _parser(parser)
     {
         if (_parser._nesting >= deepestNesting)
-            throw Failure(_parser._token.Where, "this is nested too deeply");
+            throw Failure(_parser._token.Where, "the code is nested too deeply");
         ++_parser._nesting;
     }
     ~Nesting() { --_parser._nesting; }
@@ -206,9 +206,9 @@ Token Parser::Take()
 
 void Parser::FailExpected(std::string_view what) const
 {
-    throw Failure(_token.Where,
-                  Compose("expected ", what, ", not ",
-                          _token.Kind == TokenKind::End ? "the end" : Quote(_token.Text)));
+    throw Failure(_token.Where, Compose("expected ", what, ", not ",
+                                        _token.Kind == TokenKind::End ? "the end of the source"
+                                                                      : Quote(_token.Text)));
 }
 
 // ---- declarations
@@ -277,7 +277,7 @@ void Parser::ParseStruct()
     }
     Expect(";");
     if (structure.Members.empty())
-        throw Failure(name.Where, "a struct has at least one member");
+        throw Failure(name.Where, "a struct needs at least one member");
     _module.Structs.push_back(std::move(structure));
     if (!_structs.emplace(name.Text, &_module.Structs.back()).second)
         throw Failure(name.Where, Compose(Quote(name.Text), " is declared twice"));
@@ -286,7 +286,7 @@ void Parser::ParseStruct()
 void Parser::ParseGlobals(const Specifiers& specifiers, const Type& type, Token name)
 {
     if (specifiers.IsStatic && !specifiers.IsConst)
-        throw Failure(name.Where, "a global variable is either uniform or const");
+        throw Failure(name.Where, "a global variable must be uniform or const");
     for (;;) {
         Variable variable;
         variable.Name = name.Text;
@@ -297,8 +297,7 @@ void Parser::ParseGlobals(const Specifiers& specifiers, const Type& type, Token 
             Expect("=");
             variable.Value = ParseInitializer(variable.Of);
             if (!IsConstantValue(*variable.Value))
-                throw Failure(variable.Value->Where,
-                              "expected numbers, as the value of a constant");
+                throw Failure(variable.Value->Where, "expected numbers as the value of a constant");
         } else {
             variable.Semantic = ParseSemantic();
         }
@@ -348,7 +347,7 @@ void Parser::ParseFunction(const Type& result, const Token& name, std::string_vi
         made->Does = _typing.Does;
         if (result.Of != Element::Void && !Returns(made->Body))
             throw Failure(name.Where,
-                          Compose(Quote(name.Text), " does not return a value at its end"));
+                          Compose(Quote(name.Text), " can end without returning a value"));
     } catch (const Failure& failure) {
         // Continue with the other functions, so that all errors are found at once.
         Report(failure);
@@ -453,8 +452,9 @@ Type Parser::ParseType()
     if (_token.Kind != TokenKind::Word || !FindType(_token.Text, type))
         FailExpected("a type");
     if (type.IsMatrix() && !type.HasFloats())
-        throw Failure(_token.Where, Compose(Quote(_token.Text),
-                                            " is not supported: a matrix consists of floats"));
+        throw Failure(_token.Where,
+                      Compose(Quote(_token.Text),
+                              " is not supported: the elements of a matrix must be floats"));
     Take();
     return type;
 }
@@ -562,7 +562,7 @@ Statement* Parser::ParseStatement()
         if (!Is(word))
             continue;
         if (kind != StatementKind::Discard && _loops == 0)
-            throw Failure(_token.Where, Compose(Quote(word), " is outside of any loop"));
+            throw Failure(_token.Where, Compose(Quote(word), " is not inside a loop"));
         _typing.Does.Discards |= kind == StatementKind::Discard;
         Statement* statement = Make(kind);
         Take();
@@ -650,8 +650,8 @@ Statement* Parser::ParseReturn()
         statement->Value = ParseExpression();
     const bool returnsNothing = _function->Result.Of == Element::Void;
     if (returnsNothing != (statement->Value == nullptr))
-        throw Failure(where, returnsNothing ? "this function returns nothing"
-                                            : "this function returns a value");
+        throw Failure(where, returnsNothing ? "this function cannot return a value"
+                                            : "this function must return a value");
     if (statement->Value)
         statement->Value = _typing.Convert(statement->Value, _function->Result);
     Expect(";");
@@ -663,7 +663,7 @@ void Parser::ParseDeclaration(std::vector<Statement*>& statements)
     Statement* first = Make(StatementKind::Declare);
     const Specifiers specifiers = ParseSpecifiers();
     if (specifiers.IsStatic && !specifiers.IsConst)
-        throw Failure(_token.Where, "a static variable is const");
+        throw Failure(_token.Where, "a static variable must be const");
     const Type type = ParseType();
     do {
         const Token name = ExpectName("a name");
@@ -831,7 +831,7 @@ Expression* Parser::ParsePrimary()
     if (variable == _variables.end() || !variable->second.Known)
         throw Failure(name.Where, Compose("there is no variable ", Quote(name.Text)));
     if (variable->second.Known->Where == Storage::Uniform && _function && _function->Name != "main")
-        throw Failure(name.Where, Compose("only \"main\" reads the uniform ", Quote(name.Text)));
+        throw Failure(name.Where, Compose("only \"main\" can read the uniform ", Quote(name.Text)));
     return _typing.Name(*variable->second.Known, name.Where);
 }
 

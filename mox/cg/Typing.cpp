@@ -129,9 +129,9 @@ Expression* Typing::Number(const Token& token)
         const auto [end, error] =
             std::from_chars(text.data(), text.data() + text.size(), value, isHex ? 16 : 10);
         if (error != std::errc() || end != text.data() + text.size())
-            throw Failure(token.Where, Compose("not an integer of 32 bits: ", Quote(token.Text)));
+            throw Failure(token.Where, Compose("not a 32-bit integer: ", Quote(token.Text)));
         if (text.size() > 1 && text[0] == '0' && !isHex)
-            throw Failure(token.Where, "an integer does not begin with 0");
+            throw Failure(token.Where, "an integer cannot begin with 0");
         return number;
     }
     number->Of.Of = Element::Float;
@@ -149,7 +149,7 @@ Expression* Typing::Number(const Token& token)
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     const bool isTiny = error == std::errc::result_out_of_range && text.find("e-") != text.npos;
     if ((error != std::errc() && !isTiny) || end != text.data() + text.size())
-        throw Failure(token.Where, Compose("not a float of 32 bits: ", Quote(token.Text)));
+        throw Failure(token.Where, Compose("not a 32-bit float: ", Quote(token.Text)));
     return number;
 }
 
@@ -204,7 +204,7 @@ Expression* Typing::Binary(Operator op, Expression* left, Expression* right, Pos
     if (op == Operator::Modulo && precision.Of != Element::Int)
         throw Failure(where, "\"%\" expects ints; \"fmod\" is for floats");
     if (type.IsMatrix() && (!type.HasFloats() || op == Operator::Modulo || IsComparison(op)))
-        throw Failure(where, "there is no such operator for matrices");
+        throw Failure(where, "this operator is not supported for matrices");
     const bool isBool = IsComparison(op) || precision.Of == Element::Bool;
     Expression* result = MakeBinary(op, type.With(isBool ? Element::Bool : precision.Of),
                                     Convert(left, type), Convert(right, type), where);
@@ -330,7 +330,7 @@ Expression* Typing::SelectElements(Expression* matrix, const Token& name)
     if (elements.size() == 1)
         return elements[0];
     if (matrix->Kind != ExpressionKind::Name)
-        throw Failure(name.Where, "several elements can be selected only of a variable");
+        throw Failure(name.Where, "several elements can be selected only from a variable");
     const Type vector = VectorType(type.Of, static_cast<int>(elements.size()));
     return Make(ExpressionKind::Construct, vector, elements, name.Where);
 }
@@ -345,7 +345,7 @@ Expression* Typing::Construct(const Type& type, std::vector<Expression*> parts, 
     for (Expression*& part : parts) {
         RequireNumeric(part);
         if (part->Of.IsMatrix())
-            throw Failure(part->Where, "a matrix is no part of a constructor");
+            throw Failure(part->Where, "a constructor argument cannot be a matrix");
         components += part->Of.Columns;
         part = Convert(part, part->Of.With(type.Of));
     }
@@ -415,7 +415,8 @@ Expression* Typing::Convert(Expression* value, const Type& type)
 Expression* Typing::Condition(Expression* value)
 {
     if (!value->Of.IsScalar())
-        throw Failure(value->Where, Compose("expected one bool, not ", value->Of.Format()));
+        throw Failure(value->Where,
+                      Compose("expected a scalar condition, not ", value->Of.Format()));
     return Convert(value, VectorType(Element::Bool, 1));
 }
 
@@ -440,7 +441,7 @@ void Typing::Target(const Expression* target)
         Target(target->Operands[0]);
         return;
     default:
-        throw Failure(target->Where, "expected something that can be assigned to");
+        throw Failure(target->Where, "this expression cannot be assigned to");
     }
 }
 

@@ -266,9 +266,9 @@ private:
             const auto earlier = std::find_if(_entries.begin(), end, hides);
             if (earlier != end) {
                 _problems.Warn("environment-hidden", later.Where,
-                               Compose(DescribeEntry(later), " never applies, as ",
-                                       DescribeEntry(**earlier), " in line ",
-                                       (*earlier)->Where.Line, " always comes before it"));
+                               Compose(DescribeEntry(later), " never applies, because ",
+                                       DescribeEntry(**earlier), " on line ",
+                                       (*earlier)->Where.Line, " always takes precedence"));
             }
         }
     }

@@ -106,11 +106,13 @@ void WarnOfAwkwardNames(const MaterialGraph& graph, ProblemList& problems)
         if (!ShaderNode::IsValidCgName(binding.Tag())) {
             problems.Warn("name-no-cg-name", node.Where,
                           Compose("the name \"", binding.Tag(),
-                                  "\" is no Cg name; made safe it is \"", safe, "\""));
+                                  "\" is not a valid Cg name; a valid name would be \"", safe,
+                                  "\""));
         } else if (IsReservedWord(binding.Tag(), ProgramLanguage::Cg)) {
             problems.Warn("name-reserved", node.Where,
                           Compose("the name \"", binding.Tag(),
-                                  "\" is a word of Cg; made safe it is \"", safe, "\""));
+                                  "\" is a reserved word in Cg; a valid name would be \"", safe,
+                                  "\""));
         }
     });
 }
@@ -123,8 +125,8 @@ void WarnOfEqualBindings(const MaterialGraph& graph, ProblemList& problems)
         const auto [owner, isFirst] = owners.emplace(binding.Tag(), node.Id);
         if (!isFirst) {
             problems.Warn("equal-bindings", node.Where,
-                          Compose("node \"", owner->second, "\" has a binding \"", binding.Tag(),
-                                  "\" too; another \"Name\" for one of them tells them apart"));
+                          Compose("node \"", owner->second, "\" also has a binding \"",
+                                  binding.Tag(), "\"; give one of them a different \"Name\""));
         }
     });
 }
@@ -139,7 +141,7 @@ void WarnOfBasicColours(const MaterialGraph& graph, ProblemList& problems)
         const auto [owner, isFirst] = owners.emplace(binding.Stream(), node.Id);
         if (!isFirst) {
             problems.Warn("two-basic-colours", node.Where,
-                          Compose("node \"", owner->second, "\" forms the basic colour already"));
+                          Compose("node \"", owner->second, "\" is already the basic colour"));
         }
     });
 }
@@ -155,8 +157,8 @@ void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems)
             if (count <= 0) {
                 problems.Warn("empty-grid", node.Where,
                               Compose("property \"", name, "\" is ", count, ", so the ",
-                                      count == 0 ? "Cg text of the node does not compile"
-                                                 : "node reads frames that are not there"));
+                                      count == 0 ? "Cg source of the node does not compile"
+                                                 : "node reads frames that do not exist"));
             }
         }
     }
@@ -203,7 +205,7 @@ void WarnOfStrayBindings(const MaterialGraph& graph, const std::filesystem::path
         if (!made.contains({binding.Stream, binding.Tag})) {
             problems.Warn(
                 "stray-binding", {document.string(), binding.Line},
-                Compose("no node makes a ", binding.Stream, " binding \"", binding.Tag, "\""));
+                Compose("no node has a ", binding.Stream, " binding \"", binding.Tag, "\""));
         }
     }
 }

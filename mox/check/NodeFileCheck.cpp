@@ -251,22 +251,24 @@ private:
     {
         for (const std::string& other : _files.FilesOf(file.TypeName)) {
             if (!std::filesystem::equivalent(other, name)) {
-                _problems.Fail("node-twice", Place(name),
-                               Compose("the type \"", file.TypeName, "\" is in ", other, " too"));
+                _problems.Fail(
+                    "node-twice", Place(name),
+                    Compose("the type \"", file.TypeName, "\" is also defined in ", other));
                 return false;
             }
         }
         const Plugin* supplier = _plugins.FindSupplier(file.TypeName);
         if (!supplier) {
-            _problems.Fail("node-file", Place(name),
-                           Compose("no plug-in offers the type \"", file.TypeName,
-                                   "\": the start tag has references, or begins too late"));
+            _problems.Fail(
+                "node-file", Place(name),
+                Compose("no plug-in offers the type \"", file.TypeName,
+                        "\": its start tag contains references or begins too late in the file"));
             return false;
         }
         if (!supplier->OffersNodeFiles()) {
             _problems.Fail("node-twice", Place(name),
                            Compose("the plug-in ", supplier->File().filename().string(),
-                                   " has the type \"", file.TypeName, "\" already"));
+                                   " already has the type \"", file.TypeName, "\""));
             return false;
         }
         return true;
@@ -277,7 +279,7 @@ private:
         const PluginNode node = _plugins.CreateNode(file.TypeName);
         if (!node) {
             _problems.Fail("node-file", Place(file.File),
-                           Compose("no plug-in has the type \"", file.TypeName, "\""));
+                           Compose("no plug-in offers the type \"", file.TypeName, "\""));
             return;
         }
         for (const NodeProperty& property : file.Properties) {

@@ -78,8 +78,8 @@ pid_t Start(const std::filesystem::path& program, std::vector<std::string> argum
     if (error == ENOMEM)
         throw std::bad_alloc();
     if (error != 0) {
-        throw DecodeError(Compose("the program \"", name, "\", which decodes files, cannot run: ",
-                                  std::generic_category().message(error)));
+        throw DecodeError(Compose("cannot run the decoder \"", name,
+                                  "\": ", std::generic_category().message(error)));
     }
     return process;
 }
@@ -96,7 +96,8 @@ DecodeProcess::DecodeProcess(const std::filesystem::path& program, const std::st
 {
     std::array<int, 2> ends = {};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
-        throw std::system_error(errno, std::generic_category(), "a decoder cannot be reached");
+        throw std::system_error(errno, std::generic_category(),
+                                "cannot create a pipe to a decoder");
     _answer = OpenFile(ends[0]);
     OpenFile output(ends[1]);
     output = std::move(output).Above(folderDescriptor);
@@ -124,10 +125,9 @@ void DecodeProcess::Read(std::span<std::byte> bytes)
         const int status = End();
         if (WIFSIGNALED(status)) {
             const char* name = sigdescr_np(WTERMSIG(status));
-            throw DecodeError(
-                Compose("the decoder failed: ", name ? name : "an unknown signal ended it"));
+            throw DecodeError(Compose("the decoder failed: ", name ? name : "unknown signal"));
         }
-        throw DecodeError("the decoder failed: its answer ends too early");
+        throw DecodeError("the decoder failed: its output is incomplete");
     }
 }
 
@@ -135,7 +135,7 @@ void DecodeProcess::RequireEnd()
 {
     std::byte next{};
     if (ReadSome({&next, 1}) > 0)
-        throw DecodeError("the decoder failed: its answer is too long");
+        throw DecodeError("the decoder failed: its output is too long");
 }
 
 std::size_t DecodeProcess::ReadSome(std::span<std::byte> bytes)
@@ -145,8 +145,8 @@ std::size_t DecodeProcess::ReadSome(std::span<std::byte> bytes)
     while (true) {
         const auto left = ceil<milliseconds>(_deadline - steady_clock::now());
         if (left <= 0ms) {
-            throw DecodeError(Compose("it is not decoded within ", _seconds,
-                                      " seconds, the most that a file may take"));
+            throw DecodeError(
+                Compose("decoding takes longer than the limit of ", _seconds, " seconds"));
         }
         pollfd answer = {_answer.Descriptor(), POLLIN, 0};
         const int ready = poll(&answer, 1, static_cast<int>(std::min(left, longestWait).count()));
@@ -156,7 +156,7 @@ std::size_t DecodeProcess::ReadSome(std::span<std::byte> bytes)
                 return static_cast<std::size_t>(count);
         }
         if (ready != 0 && errno != EINTR)
-            throw std::system_error(errno, std::generic_category(), "a decoder cannot be read");
+            throw std::system_error(errno, std::generic_category(), "cannot read from a decoder");
     }
 }
 

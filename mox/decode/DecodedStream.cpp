@@ -60,7 +60,7 @@ std::vector<Value> ReadAll(std::size_t count, const ReadBytes& read)
 void Require(bool holds)
 {
     if (!holds)
-        throw DecodeError("the decoder's answer is not valid");
+        throw DecodeError("the output of the decoder is invalid");
 }
 
 /// A decoder's message may contain parts of the file, so unprintable characters are replaced.
@@ -179,7 +179,7 @@ Mesh ReadMesh(const ReadBytes& read, const DecodeLimits& limits)
     Require(std::all_of(mesh.Indices.begin(), mesh.Indices.end(),
                         [count](std::uint32_t index) { return index < count; }));
     if (!std::all_of(mesh.Positions.begin(), mesh.Positions.end(), IsFinite))
-        throw DecodeError("a vertex has a position that is not finite");
+        throw DecodeError("a vertex position is not finite");
     return mesh;
 }
 

@@ -114,8 +114,8 @@ Mesh FileDecoder::ReadMesh(const std::filesystem::path& file) const
 Mesh FileDecoder::ReadMesh(const std::string& name, std::string_view bytes) const
 {
     if (!IsMeshFile(name)) {
-        throw HostError({}, Compose(Excerpt(name), " is not the name of a mesh: expected a file "
-                                                   "that ends in .obj, .gltf or .glb"));
+        throw HostError({}, Compose(Excerpt(name), " is not the name of a mesh; expected a file "
+                                                   "with the extension .obj, .gltf or .glb"));
     }
     return DecodeMesh(name, MakeMemoryFile(bytes), OpenFile(-1));
 }

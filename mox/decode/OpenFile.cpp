@@ -33,7 +33,8 @@ OpenFile OpenFile::Above(int descriptor) &&
     OpenFile original = std::move(*this);
     OpenFile copy(fcntl(original.Descriptor(), F_DUPFD_CLOEXEC, descriptor + 1));
     if (!copy.IsOpen())
-        throw std::system_error(errno, std::generic_category(), "a file cannot be handed over");
+        throw std::system_error(errno, std::generic_category(),
+                                "cannot duplicate a file descriptor");
     return copy;
 }
 
@@ -56,7 +57,7 @@ OpenFile MakeMemoryFile(std::string_view bytes)
 {
     OpenFile file(memfd_create("mox", MFD_CLOEXEC));
     const auto fail = [] {
-        throw std::system_error(errno, std::generic_category(), "a file in memory");
+        throw std::system_error(errno, std::generic_category(), "cannot create a file in memory");
     };
     if (!file.IsOpen())
         fail();

@@ -113,10 +113,10 @@ std::vector<CatalogueEntry> DescribeCatalogue(const PluginSet& plugins,
             const Plugin* supplier = plugins.FindSupplier(type.TypeName);
             if (plugin.OffersNodeFiles() && !supplier->OffersNodeFiles()) {
                 problems.Warn("node-twice", Place(plugin.File().string()),
-                              Materials::Compose("a node file of the type \"", type.TypeName,
-                                                 "\" is not used, since the plug-in ",
+                              Materials::Compose("the node file for the type \"", type.TypeName,
+                                                 "\" is ignored, because the plug-in ",
                                                  supplier->File().filename().string(),
-                                                 " has this type"));
+                                                 " already offers this type"));
                 continue;
             }
             try {

@@ -41,8 +41,8 @@ void WarnOfMissingTextures(const MaterialDocument& document, const std::filesyst
         std::error_code error;
         if (!std::filesystem::exists(file.parent_path() / name, error)) {
             problems.Warn("missing-texture", {file.string(), binding.Line},
-                          Materials::Compose("binding \"", binding.Tag, "\": there is no file \"",
-                                             name, "\""));
+                          Materials::Compose("binding \"", binding.Tag, "\": the file \"", name,
+                                             "\" does not exist"));
         }
     });
 }

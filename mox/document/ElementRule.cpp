@@ -147,10 +147,10 @@ std::string ElementRule::DescribeUnexpected(std::string_view attribute,
         names.push_back(Quote(Selector));
         for (const AttributeRule& rule : variant->Attributes)
             names.push_back(Quote(rule.Name));
-        beside = Compose(" beside ", Selector, " ", Quote(variant->Word));
+        beside = Compose(" with the ", Selector, " ", Quote(variant->Word));
     }
     return Compose("unexpected attribute ", Excerpt(attribute), beside, ", expected ",
-                   names.empty() ? "none here" : "only " + Join(names, "and"));
+                   names.empty() ? "no attributes" : "only " + Join(names, "and"));
 }
 
 } // namespace Mox::Host

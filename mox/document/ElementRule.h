@@ -22,7 +22,7 @@ struct ValueRule
 
     std::span<const std::string_view> Words = {}; ///< the only permitted values, if not empty
     bool (*IsValid)(std::string_view) = nullptr;  ///< null if any string is valid
-    std::string_view Meaning = "a text";          ///< describes the values that IsValid accepts
+    std::string_view Meaning = "a string";        ///< describes the values that IsValid accepts
 };
 
 struct AttributeRule

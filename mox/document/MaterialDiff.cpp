@@ -185,13 +185,13 @@ private:
         for (const auto& [name, value] : before) {
             const auto now = after.find(name);
             if (now == after.end())
-                say(name, "\" is gone, it was ", Quote(value));
+                say(name, "\" was removed; it was ", Quote(value));
             else if (now->second != value)
                 say(name, "\" changed from ", Quote(value), " to ", Quote(now->second));
         }
         for (const auto& [name, value] : after) {
             if (!before.contains(name))
-                say(name, "\" is new, it is ", Quote(value));
+                say(name, "\" was added with the value ", Quote(value));
         }
     }
 
@@ -213,7 +213,7 @@ private:
                 std::count_if(_nodesBefore.begin(), _nodesBefore.end(), isTwin) != 1)
                 continue;
             _renamed.emplace(id, twins.front());
-            SayOf(twins.front(), DifferenceKind::Changed, "node \"", id, "\" is renamed to ",
+            SayOf(twins.front(), DifferenceKind::Changed, "node \"", id, "\" was renamed to ",
                   Quote(twins.front()));
         }
     }
@@ -231,7 +231,8 @@ private:
             const auto now = _nodesAfter.find(IdAfter(id));
             cameFrom.emplace(IdAfter(id), id);
             if (now == _nodesAfter.end())
-                SayOf(id, DifferenceKind::Removed, "node \"", id, "\" (", node.Type, ") is gone");
+                SayOf(id, DifferenceKind::Removed, "node \"", id, "\" (", node.Type,
+                      ") was removed");
             else if (now->second.Type != node.Type)
                 SayOf(id, DifferenceKind::Changed, "node \"", id, "\" changed its type from ",
                       Quote(node.Type), " to ", Quote(now->second.Type));
@@ -240,7 +241,7 @@ private:
         }
         for (const auto& [id, node] : _nodesAfter) {
             if (!cameFrom.contains(id))
-                SayOf(id, DifferenceKind::Added, "node \"", id, "\" (", node.Type, ") is new");
+                SayOf(id, DifferenceKind::Added, "node \"", id, "\" (", node.Type, ") was added");
         }
     }
 
@@ -266,7 +267,7 @@ private:
             const auto now = after.find(head);
             const std::string name = DescribeEdge(edge.Tail, head);
             if (now == after.end()) {
-                MaterialDifference& difference = Say(name, " is gone");
+                MaterialDifference& difference = Say(name, " was removed");
                 difference.Kind = DifferenceKind::Removed;
                 difference.EdgeBefore = MakeEdge(edge.Tail, head);
             } else if (now->second.Tail != edge.Tail) {
@@ -281,7 +282,7 @@ private:
         }
         for (const auto& [head, edge] : after) {
             if (!before.contains(head)) {
-                MaterialDifference& difference = Say(DescribeEdge(edge.Tail, head), " is new");
+                MaterialDifference& difference = Say(DescribeEdge(edge.Tail, head), " was added");
                 difference.Kind = DifferenceKind::Added;
                 difference.EdgeAfter = MakeEdge(edge.Tail, head);
             }
@@ -310,13 +311,13 @@ private:
         for (const auto& [name, values] : before) {
             const auto now = after.find(name);
             if (now == after.end())
-                Say(name, " (", values.at("kind"), ") is gone").Kind = DifferenceKind::Removed;
+                Say(name, " (", values.at("kind"), ") was removed").Kind = DifferenceKind::Removed;
             else
                 CompareValues(name, values, now->second);
         }
         for (const auto& [name, values] : after) {
             if (!before.contains(name))
-                Say(name, " (", values.at("kind"), ") is new").Kind = DifferenceKind::Added;
+                Say(name, " (", values.at("kind"), ") was added").Kind = DifferenceKind::Added;
         }
     }
 

@@ -140,7 +140,7 @@ const ElementRule* MaterialReader::FindRule(const XmlElement& element)
             continue;
         parent.Stranger.clear();
         if (i < parent.NextChild) {
-            fail(Compose(" behind <", parent.LastChild->Name, ">"),
+            fail(Compose(" after <", parent.LastChild->Name, ">"),
                  parent.Rule->ExpectedChildren(parent.NextChild));
         } else {
             parent.NextChild = children[i].IsRepeated ? i : i + 1;
@@ -180,7 +180,7 @@ void MaterialReader::CheckVersionOf(const XmlElement& element)
         return;
     const auto fail = [&](const Place& where, std::string_view what) {
         Fail("schema", where,
-             Compose(what, " must not be in a document of version \"", PlainVersion,
+             Compose(what, " is not allowed in a document of version \"", PlainVersion,
                      "\", expected version \"", AnnotatedVersion, "\""));
     };
     constexpr const char* points = "points";
@@ -239,7 +239,7 @@ void MaterialReader::StartNode(const XmlElement& element)
     _isDoubled = !isNew;
     if (_isDoubled) {
         Fail("doubled-id", element.PlaceOf("id", _document.File),
-             Compose("the node on line ", other->second, " has this id already"));
+             Compose("the node on line ", other->second, " already has this id"));
     }
 }
 
@@ -282,7 +282,7 @@ void MaterialReader::StartBinding(const XmlElement& element)
         _lineOfBinding.emplace(std::pair(_binding->Stream, _binding->Tag), element.Line);
     if (!isNew) {
         Fail("doubled-binding", element.PlaceOf("tag", _document.File),
-             Compose("the binding on line ", other->second, " has this stream and tag already"));
+             Compose("the binding on line ", other->second, " already has this stream and tag"));
     }
 }
 
@@ -305,7 +305,7 @@ void MaterialReader::StartAnnotation(const XmlElement& element)
     const auto [other, isNew] = _lineOfAnnotation.emplace(_annotation->Id, element.Line);
     if (!isNew) {
         Fail("doubled-id", element.PlaceOf("id", _document.File),
-             Compose("the annotation on line ", other->second, " has this id already"));
+             Compose("the annotation on line ", other->second, " already has this id"));
     }
 }
 
@@ -359,9 +359,9 @@ void MaterialReader::Fail(ProblemRule rule, Place where, const std::string& mess
     if (_failureCount > mostFailures)
         return;
     if (_failureCount++ == mostFailures) {
-        _problems.Fail(
-            "too-many-problems", where,
-            Compose("more than ", mostFailures, " problems; what follows was not looked at"));
+        _problems.Fail("too-many-problems", where,
+                       Compose("more than ", mostFailures,
+                               " problems; the rest of the document was not checked"));
         return _parser.Stop();
     }
     if (_node)

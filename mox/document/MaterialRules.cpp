@@ -55,16 +55,16 @@ bool IsFraction(std::string_view text)
 }
 
 constexpr ValueRule anyText;
-constexpr ValueRule someText = {{}, IsNotEmpty, "a text that is not empty"};
+constexpr ValueRule someText = {{}, IsNotEmpty, "a non-empty string"};
 constexpr ValueRule typeKey = {{}, nullptr, "the key of a node type"};
 constexpr ValueRule nodeId = {{}, nullptr, "the id of a node"};
 constexpr ValueRule portName = {{}, nullptr, "the Cg name of a port"};
 constexpr ValueRule propertyName = {{}, nullptr, "the name of a property"};
-constexpr ValueRule wholeNumber = {{}, IsWholeNumber, "a whole number of 32 bits"};
+constexpr ValueRule wholeNumber = {{}, IsWholeNumber, "a 32-bit integer"};
 constexpr ValueRule number = {
     {}, IsNumber, "a number with a decimal point, or \"inf\", \"-inf\" or \"nan\""};
-constexpr ValueRule colour = {{}, IsColour, "three numbers with one blank between them"};
-constexpr ValueRule numberList = {{}, IsNumberList, "numbers with commas between them"};
+constexpr ValueRule colour = {{}, IsColour, "three numbers separated by single spaces"};
+constexpr ValueRule numberList = {{}, IsNumberList, "numbers separated by commas"};
 constexpr ValueRule fraction = {{}, IsFraction, "a number from 0 to 1"};
 
 constexpr ValueRule coordinate = {

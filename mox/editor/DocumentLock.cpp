@@ -47,10 +47,10 @@ std::string DescribeForeign(const std::filesystem::path& file, uid_t owner)
     if (descriptor >= 0)
         close(descriptor);
     if (isHeld)
-        return Compose("is being edited by ", holder, " of ", NameUser(owner), " already");
-    return Compose("cannot be edited, as the file ", file.filename().string(),
-                   " beside it belongs to ", NameUser(owner),
-                   ": if nobody edits the document, have it removed");
+        return Compose("is already being edited by ", holder, " of ", NameUser(owner));
+    return Compose("cannot be edited, because the file ", file.filename().string(),
+                   " in its folder belongs to ", NameUser(owner),
+                   "; if nobody is editing the document, ask this user to remove the file");
 }
 
 } // namespace
@@ -78,11 +78,12 @@ bool DocumentLock::Take()
         throw HostError(where, DescribeForeign(_file, named.st_uid));
     _descriptor = open(_file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, readable);
     if (_descriptor < 0 && (errno == ENOENT || errno == ENOTDIR))
-        throw HostError(where, "cannot be edited, as its folder does not exist");
+        throw HostError(where, "cannot be edited, because its folder does not exist");
     if (_descriptor < 0) {
-        throw HostError(where, Compose("cannot be edited, as the file ", _file.filename().string(),
-                                       " beside it cannot be opened: ",
-                                       std::generic_category().message(errno)));
+        throw HostError(
+            where,
+            Compose("cannot be edited, because the file ", _file.filename().string(),
+                    " in its folder cannot be opened: ", std::generic_category().message(errno)));
     }
     if (flock(_descriptor, LOCK_EX | LOCK_NB) != 0) {
         const int error = errno;
@@ -90,7 +91,7 @@ bool DocumentLock::Take()
         close(_descriptor);
         throw HostError(
             where, error == EWOULDBLOCK
-                       ? Compose("is being edited by ", holder, " already")
+                       ? Compose("is already being edited by ", holder)
                        : Compose("cannot be locked: ", std::generic_category().message(error)));
     }
     struct stat opened = {};

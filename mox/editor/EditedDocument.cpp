@@ -101,7 +101,7 @@ void EditedDocument::Save(bool force)
     RequireNoneWaiting();
     if (!force && HasFileChanged()) {
         throw HostError(Place(_file.string()),
-                        "has changed on disk since it was read; what is there would be lost");
+                        "has changed on disk since it was read, and these changes would be lost");
     }
     const std::string obstacle = force ? "" : ObstacleToReplacing(_file);
     if (!obstacle.empty())
@@ -145,7 +145,7 @@ void EditedDocument::Reload()
 void EditedDocument::Restore()
 {
     if (!_waiting)
-        throw HostError(Place(_file.string()), "no earlier changes wait to be restored");
+        throw HostError(Place(_file.string()), "there are no unsaved changes to restore");
     std::unique_ptr<Opened> opened = Replay(*_waiting);
     _journal.Start(FormatMaterialDocument(opened->Graph.Document()));
     _waiting.reset();
@@ -156,7 +156,7 @@ void EditedDocument::Restore()
 void EditedDocument::Discard()
 {
     if (!_waiting && _journalFailure.empty())
-        throw HostError(Place(_file.string()), "no earlier changes wait to be discarded");
+        throw HostError(Place(_file.string()), "there are no unsaved changes to discard");
     _journal.Remove();
     _waiting.reset();
     _journalFailure.clear();
@@ -204,8 +204,8 @@ void EditedDocument::FindJournal()
 void EditedDocument::RequireNoneWaiting() const
 {
     if (_waiting || !_journalFailure.empty()) {
-        throw HostError(Place(_file.string()), "changes that were not saved earlier wait to be "
-                                               "restored or discarded");
+        throw HostError(Place(_file.string()),
+                        "restore or discard the unsaved changes from the earlier session first");
     }
 }
 

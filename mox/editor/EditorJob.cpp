@@ -64,9 +64,9 @@ EditorReply EditorJob::Run() const
     } catch (const std::bad_alloc&) {
         answer = Refuse(HostError({}, "there is not enough memory"));
     } catch (const std::exception& error) { // a bug in this program or in a plug-in
-        answer = Refuse(HostError({}, Compose("something failed: ", error.what())));
+        answer = Refuse(HostError({}, Compose("internal error: ", error.what())));
     } catch (...) {
-        answer = Refuse(HostError({}, "something failed"));
+        answer = Refuse(HostError({}, "internal error"));
     }
     if (IsOutOfDate())
         return {FormatJson({{"id", _id}, {"revision", _snapshot.Revision}, {"outOfDate", true}}),

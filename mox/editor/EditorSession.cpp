@@ -189,7 +189,7 @@ void EditorSession::Dispatch(const Request& request, EditorAnswer& answer, Json&
     const auto* command = std::find_if(std::begin(commands), std::end(commands),
                                        [&](const Command& known) { return known.Word == text; });
     if (command == std::end(commands))
-        word.Refuse(Compose("there is no message ", Excerpt(text)));
+        word.Refuse(Compose("unknown message ", Excerpt(text)));
     (this->*command->Do)(request, answer, reply);
 }
 
@@ -235,7 +235,7 @@ void EditorSession::StartJob(const Request& request, EditorJob::Work work, Edito
 void EditorSession::RequirePainter(const Request& request) const
 {
     if (!_services.Pictures)
-        request.Message.Refuse("nothing here can draw pictures");
+        request.Message.Refuse("this server cannot render images");
 }
 
 void EditorSession::Apply(const Request& request, EditorAnswer& answer, Json& reply)
@@ -370,7 +370,7 @@ void EditorSession::Compile(const Request& request, EditorAnswer& answer, Json&)
     for (const JsonCursor& target : request.Message.Member("targets").Items()) {
         const std::string name = target.Text();
         if (!_services.Formats.contains(name))
-            target.Refuse("there is no such target here");
+            target.Refuse("this target is not available");
         targets.insert(name);
     }
     StartJob(request, CompilePrograms(_services, _document.File().string(), targets), answer);
@@ -405,12 +405,12 @@ void EditorSession::GetMesh(const Request& request, EditorAnswer& answer, Json&)
     request.Message.AllowOnly({"id", "do", "name"});
     const auto name = request.Message.Find("name");
     if (!name && !_services.Mesh)
-        request.Message.Refuse("there is no mesh here unless a file is sent with its name");
+        request.Message.Refuse("the server has no mesh; send a mesh file together with its name");
     std::shared_ptr<const std::string> bytes;
     if (name) {
         RequirePainter(request);
         if (name->Text().empty() || request.Bytes.empty())
-            name->Refuse("the file of the mesh is empty");
+            name->Refuse("the mesh file or its name is empty");
         if (!_meshFile.expired()) // several at a time could use too much memory
             name->Refuse("another mesh is being read");
         bytes = std::make_shared<const std::string>(request.Bytes);

@@ -50,7 +50,7 @@ std::string ReadHeader(const JsonCursor& header)
     const JsonCursor version = header.Member("version");
     if (version.Integer() != journalVersion)
         version.Refuse(
-            Compose("a journal of this version is not supported, expected ", journalVersion));
+            Compose("this version of the journal is not supported, expected ", journalVersion));
     return header.Member("document").Text();
 }
 

@@ -67,10 +67,10 @@ std::string AddTexture(const std::filesystem::path& folder, const std::string& n
                        std::string_view bytes)
 {
     if (!IsTextureName(name)) {
-        throw HostError({}, Compose(Excerpt(name),
-                                    " is not the name of a texture: expected a file name "
-                                    "without a folder that ends in .png, .jpg, .jpeg, "
-                                    ".exr or .hdr"));
+        throw HostError({},
+                        Compose(Excerpt(name),
+                                " is not the name of a texture; expected a file name without a "
+                                "folder and with the extension .png, .jpg, .jpeg, .exr or .hdr"));
     }
     if (bytes.empty())
         throw HostError({}, Compose(Excerpt(name), " is empty"));
@@ -94,7 +94,7 @@ std::string AddTexture(const std::filesystem::path& folder, const std::string& n
         }
         return candidate;
     }
-    throw HostError(Place((folder / name).string()), "there are too many files of this name");
+    throw HostError(Place((folder / name).string()), "there are too many files with this name");
 }
 
 } // namespace Mox::Host

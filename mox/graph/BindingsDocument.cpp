@@ -81,12 +81,12 @@ PluginBinding ReadBinding(const XmlTree& tree)
         const std::string word = GetXmlAttribute(element.Get(), streamAttribute);
         const auto streamType = ParseStreamType(word);
         if (!streamType)
-            throw HostError(where, Compose("there is no stream type \"", word, "\""));
+            throw HostError(where, Compose("unknown stream type \"", word, "\""));
         const std::string countText = GetXmlAttribute(element.Get(), countAttribute);
         const auto count = ParseInteger(countText);
         if (!count || *count < 1 || *count > mostComponents) {
-            throw HostError(where,
-                            Compose("\"", countText, "\" is no count from 1 to ", mostComponents));
+            throw HostError(
+                where, Compose("\"", countText, "\" is not a count from 1 to ", mostComponents));
         }
         const auto binding =
             PluginBinding::Create(*streamType, static_cast<std::uint32_t>(*count), where);
@@ -179,9 +179,9 @@ std::vector<PluginBinding> ParseBindings(const std::string& file, std::string_vi
     const std::string version = CallLibrary(
         root.Where, [&] { return GetXmlAttribute(BindingElement(root).Get(), versionAttribute); });
     if (version != documentVersion) {
-        throw HostError(root.Where, Compose("bindings version \"", version,
-                                            "\" is not supported; this program reads version ",
-                                            documentVersion));
+        throw HostError(root.Where,
+                        Compose("bindings version \"", version,
+                                "\" is not supported, expected version ", documentVersion));
     }
     constexpr const char* onlyBindings = "only <binding> elements are allowed here";
     if (root.WhereText.Line > 0)

@@ -155,7 +155,8 @@ void EdgeStage::ReportNewErrors(ProblemList& problems) const
             continue;
         problems.Append(verdict.Edge.Problems);
         if (!verdict.Edge.Problems.HasErrors())
-            problems.Fail("unknown-port", verdict.Edge.Where, "a node at its end has no ports");
+            problems.Fail("unknown-port", verdict.Edge.Where,
+                          "the node at one end of the edge has no ports");
     }
 }
 
@@ -300,8 +301,8 @@ void EdgeStage::RefuseSecond(Verdict& verdict) const
     verdict.IsShown = false;
     verdict.Edge.Problems.Fail("doubled-input", verdict.Edge.Where,
                                Compose("input port \"", edge.HeadPort, "\" of node \"", edge.Head,
-                                       "\" has an edge already, so output port \"", edge.TailPort,
-                                       "\" of node \"", edge.Tail, "\" cannot feed it too"));
+                                       "\" already has an edge, so output port \"", edge.TailPort,
+                                       "\" of node \"", edge.Tail, "\" cannot feed it as well"));
 }
 
 std::optional<std::size_t> EdgeStage::FindEnd(const std::string& id, GraphEdge& edge) const

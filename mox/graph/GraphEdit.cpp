@@ -39,7 +39,7 @@ void GraphEdit::operator()(const AddNode& step)
     if (step.Node.Id.empty())
         throw HostError(where, "a node needs an id");
     if (_edit.Document().FindNode(step.Node.Id))
-        throw HostError(where, "another node has this id already");
+        throw HostError(where, "another node already has this id");
     Rebuild(_edit.Insert(step.Node, step.Before.empty() ? None : FindNode(step.Before)));
 }
 
@@ -71,7 +71,7 @@ void GraphEdit::operator()(const RenameNode& step)
         throw HostError(PlaceOf(index), "a node needs an id");
     if (_edit.Document().FindNode(step.NewId)) {
         throw HostError(PlaceOf(index),
-                        Compose("another node has the id \"", step.NewId, "\" already"));
+                        Compose("another node already has the id \"", step.NewId, "\""));
     }
     const std::vector<std::size_t> referrers = _edit.Document().Referrers(step.Id);
     DocumentNode renamed = Document().Nodes[index];

@@ -175,7 +175,7 @@ void ReportCountConflict(const MaterialGraph::Node& node, ProblemList& problems)
     }
     if (!counts.empty()) {
         problems.Fail("count-conflict", node.Where,
-                      Compose("component counts do not agree: ", counts));
+                      Compose("component counts do not match: ", counts));
     }
 }
 

@@ -31,7 +31,7 @@ bool Parse(GuiProperty& property, const DocumentProperty& value, const NodeBuild
 {
     if (!SetFromText(property, value.Kind, value.Value)) {
         fail("bad-value", Compose("property ", Excerpt(value.Name), ": ", Excerpt(value.Value),
-                                  " is no ", FormatKind(value.Kind), " value"));
+                                  " is not a valid ", FormatKind(value.Kind), " value"));
         return false;
     }
     if (value.Kind != GuiPropertyKind::Node || value.Value.empty())
@@ -114,7 +114,7 @@ private:
         if (!_node.IsPlaceholder && !_node.Gui.Properties().Index.contains(stored.Name)) {
             _problems.Warn("unknown-property", PlaceOf(stored.Line),
                            Compose("the type \"", _record.Type, "\" has no property \"",
-                                   stored.Name, "\"; it is kept but has no effect",
+                                   stored.Name, "\"; the property is kept but has no effect",
                                    SuggestName(stored.Name, NamesOf(_node.Gui.Properties()))));
         }
         return true;
@@ -184,7 +184,7 @@ GraphNode NodeBuilder::Make(std::size_t index, const DocumentNode& record) const
     node.Where = {_document.Document().File, record.Line, record.Id};
     ProblemList& problems = node.Problems.Making;
     if (_document.FindNode(record.Id) != index) {
-        problems.Fail("doubled-id", node.Where, "another node has this id already");
+        problems.Fail("doubled-id", node.Where, "another node already has this id");
         return node;
     }
     MadeNode made;

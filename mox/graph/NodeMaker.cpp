@@ -38,7 +38,7 @@ PluginNode NodeMaker::MakePlaceholder(const std::string& type, const Place& wher
     auto node = CallLibrary(where, [&] { return _factory(placeholderType, where); });
     if (!node) {
         throw HostError(
-            where, Compose("no plug-in offers the type \"", type, "\", nor a placeholder for it"));
+            where, Compose("no plug-in offers the type \"", type, "\" or a placeholder for it"));
     }
     return node;
 }

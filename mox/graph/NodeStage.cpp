@@ -195,7 +195,7 @@ HostError NodeStage::Circle(const char* links, const std::vector<std::size_t>& c
     std::string path;
     for (const std::size_t node : circle)
         path += Compose("\"", At(node).Id, "\" -> ");
-    return {where, Compose(links, " run in a circle: ", path, "\"", At(circle.front()).Id, "\"")};
+    return {where, Compose(links, " form a cycle: ", path, "\"", At(circle.front()).Id, "\"")};
 }
 
 void NodeStage::ReportNewErrors(ProblemList& problems) const

@@ -95,8 +95,7 @@ AtomicFile::AtomicFile(const std::filesystem::path& file) : _file(file), _target
     struct stat old = {};
     const bool isThere = stat(_target.c_str(), &old) == 0;
     if (isThere && !S_ISREG(old.st_mode)) {
-        throw HostError(file.string(),
-                        "cannot be written: something else than a regular file has this name");
+        throw HostError(file.string(), "cannot be written: it exists but is not a regular file");
     }
     _descriptor = OpenUnnamed(_target.has_parent_path() ? _target.parent_path() : ".");
     if (_descriptor < 0) {

@@ -24,7 +24,7 @@ HostError ReadingFailure(const std::string& name, int error)
 std::string ReadFile(const std::filesystem::path& file)
 {
     if (file.empty())
-        throw HostError({}, "the name of a file is empty");
+        throw HostError({}, "the file name is empty");
     std::error_code error;
     if (std::filesystem::is_directory(file, error))
         throw ReadingFailure(file.string(), EISDIR);
@@ -45,7 +45,7 @@ std::string ReadStream(std::istream& stream, const std::string& name)
         stream.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
         bytes.append(chunk.data(), static_cast<std::size_t>(stream.gcount()));
         if (bytes.size() > largest)
-            throw HostError(Place(name), "is larger than 1 GiB, the most that is read");
+            throw HostError(Place(name), "is larger than the limit of 1 GiB");
     }
     if (stream.bad())
         throw ReadingFailure(name, errno);

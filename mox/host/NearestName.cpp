@@ -85,7 +85,7 @@ std::string SuggestName(std::string_view name, const std::vector<RightName>& nam
             others += (others.empty() ? "" : ", ") + Show(names[i]);
     }
     if (!others.empty())
-        text += Compose(isAlike ? " There is also " : "; there is ", others);
+        text += Compose(isAlike ? " Also available: " : "; available: ", others);
     return text;
 }
 

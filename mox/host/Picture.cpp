@@ -53,8 +53,8 @@ XpmHeader ReadHeader(const std::string& row)
     if (!stream || !(stream >> std::ws).eof() || !isWithin(header.Width, mostPixels) ||
         !isWithin(header.Height, mostPixels) || !isWithin(header.ColourCount, mostColours) ||
         !isWithin(header.KeyLength, longestKey)) {
-        throw HostError({}, Compose("the header of the icon is not width, height, number of "
-                                    "colours and length of keys, but \"",
+        throw HostError({}, Compose("invalid icon header, expected the width, height, number of "
+                                    "colours and key length: \"",
                                     row, "\""));
     }
     return header;
@@ -163,9 +163,9 @@ Picture DecodeXpm(const XpmTable& table)
         for (std::size_t x = 0; x < header.Width; ++x) {
             const auto colour = colours.find(row.substr(x * header.KeyLength, header.KeyLength));
             if (colour == colours.end())
-                throw HostError({}, Compose("row ", i + 1,
-                                            " of the icon has a pixel whose key is "
-                                            "not among its colours"));
+                throw HostError(
+                    {}, Compose("row ", i + 1,
+                                " of the icon contains a pixel with an undefined colour key"));
             icon.Pixels.insert(icon.Pixels.end(), colour->second.begin(), colour->second.end());
         }
     }

@@ -36,7 +36,7 @@ Function& FindExport(const boost::dll::shared_library& library, const Place& whe
                      const char* name)
 {
     if (!library.has(name))
-        throw HostError(where, Compose("is no plug-in: it does not export ", name));
+        throw HostError(where, Compose("is not a plug-in: it does not export ", name));
     return library.get<Function>(name);
 }
 
@@ -83,12 +83,12 @@ Plugin::Plugin(const std::filesystem::path& file) : _file(file)
 
     const auto version = CallExport<std::int32_t>(*_library, where, "GetMaterialLibVersion");
     if (version != InterfaceVersion) {
-        throw HostError(where, Compose("has interface version ", version, ", but version ",
-                                       InterfaceVersion, " is needed"));
+        throw HostError(where, Compose("has interface version ", version, ", expected version ",
+                                       InterfaceVersion));
     }
     _factory.reset(CallExport<GuiNodeFactory*>(*_library, where, "CreateNodeFactory"));
     if (!_factory)
-        throw HostError(where, "gave no factory");
+        throw HostError(where, "returned no factory");
     for (const GuiNodeDescription& row : _factory->Descriptions)
         _types.push_back(CopyRow(row, where));
 }
@@ -115,7 +115,8 @@ PluginNode Plugin::CreateNode(const std::string& typeName, const Place& where) c
         ThrowAsHostError(where, Compose("Create of the type \"", typeName, "\""));
     }
     if (!node) {
-        throw HostError(where, Compose("the plug-in gave no node of the type \"", typeName, "\""));
+        throw HostError(where,
+                        Compose("the plug-in returned no node of the type \"", typeName, "\""));
     }
     GuiNode* address = node.get();
     return PluginNode({address, NodeRelease{_library, std::move(node)}}, where);

@@ -30,7 +30,7 @@ PluginBinding::PluginBinding(boost::shared_ptr<Binding> binding, Place where,
     : _where(std::move(where))
 {
     if (!binding)
-        throw HostError(_where, "the node added a binding that is null");
+        throw HostError(_where, "the node added a null binding");
     Binding* address = binding.get();
     _binding.reset(address, BindingRelease{std::move(maker), std::move(binding)});
 }

@@ -90,7 +90,7 @@ std::string DescribeCallee(const char* operation, const std::string& type)
 PluginNode::PluginNode(boost::shared_ptr<GuiNode> node, const Place& where) : _node(std::move(node))
 {
     if (!_node)
-        throw HostError(where, "there is no node");
+        throw HostError(where, "the node is null");
     _bag = _node->Properties;
     if (!_bag)
         throw HostError(where, "the node has no properties");

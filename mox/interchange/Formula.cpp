@@ -103,7 +103,7 @@ private:
 
     [[noreturn]] void Refuse() const
     {
-        throw HostError({}, Materials::Compose("not a formula at character ", _position, ": ",
+        throw HostError({}, Materials::Compose("invalid formula at character ", _position, ": ",
                                                std::string(_text)));
     }
 

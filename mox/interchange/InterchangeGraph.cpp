@@ -63,7 +63,7 @@ void SetFromTable(DocumentNode& record, const std::string& property, const std::
     }
     if (value.Numbers.empty()) {
         throw NoCounterpart(Compose("the input \"", name, "\" of ", node.Name,
-                                    " must be a value and not a connection"));
+                                    " must be a value, not a connection"));
     }
     const float number = value.Numbers.front();
     if (sign == '$')
@@ -227,7 +227,7 @@ InterchangeValue InterchangeGraph::EvaluateExpression(const Expression& expressi
     if (!expression.Name.empty()) {
         const auto value = known.find(expression.Name);
         if (value == known.end())
-            throw HostError({}, Compose("no value ", expression.Name, " in a formula"));
+            throw HostError({}, Compose("unknown value ", expression.Name, " in a formula"));
         return value->second;
     }
     InterchangeValue value;
@@ -241,7 +241,7 @@ InterchangeValue InterchangeGraph::Call(const Expression& call, const InputValue
 {
     const InterchangeNode* node = GetStandardNodes().Find(call.Name);
     if (!node || call.Arguments.size() > node->Inputs.size())
-        throw HostError({}, Compose("a formula calls ", call.Name));
+        throw HostError({}, Compose("a formula calls the unknown node ", call.Name));
     InputValues inputs;
     for (std::size_t i = 0; i < node->Inputs.size(); ++i) {
         const auto& [name, text] = node->Inputs[i];

@@ -215,7 +215,7 @@ MaterialXValue MaterialXElements::EvaluateExpression(const Expression& expressio
     if (!expression.IsCall && !expression.Name.empty()) {
         const auto value = known.find(expression.Name);
         if (value == known.end())
-            throw HostError({}, Compose("no value ", expression.Name, " in a formula"));
+            throw HostError({}, Compose("unknown value ", expression.Name, " in a formula"));
         return value->second;
     }
     MaterialXValue value;
@@ -225,7 +225,7 @@ MaterialXValue MaterialXElements::EvaluateExpression(const Expression& expressio
         return value;
     const InterchangeNode* node = GetStandardNodes().Find(expression.Name);
     if (!node || expression.Arguments.size() > node->Inputs.size())
-        throw HostError({}, Compose("a formula calls ", expression.Name));
+        throw HostError({}, Compose("a formula calls the unknown node ", expression.Name));
     Values inputs;
     for (std::size_t i = 0; i < expression.Arguments.size(); ++i) {
         const Expression& argument = expression.Arguments[i];

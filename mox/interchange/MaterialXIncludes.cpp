@@ -68,11 +68,12 @@ void MaterialXIncludes::Append(std::vector<XmlTree>& children, const XmlTree& in
         throw HostError(include.Where, "the file includes itself");
     if (_open.size() > deepestMaterialXInclude)
         throw HostError(include.Where, Compose("files include one another more than ",
-                                               deepestMaterialXInclude, " deep"));
+                                               deepestMaterialXInclude, " levels deep"));
     if (!StaysInFolder(name) || !std::filesystem::is_regular_file(file, error)) {
         _problems.Warn(
             "interchange-dropped", include.Where,
-            Compose("the file \"", name.string(), "\" is not read, as it is not beside this one"));
+            Compose("the file \"", name.string(),
+                    "\" is ignored, because it is missing or outside the folder of this file"));
         return;
     }
     if (!_seen.insert(identity).second)
@@ -92,14 +93,15 @@ XmlTree MaterialXIncludes::Read(const std::filesystem::path& file, const XmlTree
     std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(file, error);
     if (error || size > MostBytes - std::min(_bytes, MostBytes))
-        throw HostError(include.Where, "the document and what it includes are larger than 64 MiB");
+        throw HostError(include.Where,
+                        "the document and its includes are larger than the limit of 64 MiB");
     const std::string text = ReadFile(file);
     _bytes += text.size();
     _files.push_back(file);
     XmlTree root = ParseXmlTree(file.string(), text);
     if (root.Name != "materialx")
         throw HostError(root.Where,
-                        Compose("the root is \"", root.Name, "\" and not \"materialx\""));
+                        Compose("the root element is \"", root.Name, "\", expected \"materialx\""));
     return root;
 }
 

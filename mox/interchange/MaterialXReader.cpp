@@ -35,9 +35,9 @@ bool IsNumericType(const std::string& type)
 const char* RefuseType(const std::string& type)
 {
     if (type.starts_with("matrix"))
-        return "no port carries a matrix";
+        return "ports cannot have matrix types";
     if (type == "BSDF" || type == "EDF" || type == "VDF")
-        return "only whole shaders are read, not closures";
+        return "only complete shaders are supported, not closures";
     return nullptr;
 }
 
@@ -52,7 +52,7 @@ MaterialDocument MaterialXReader::Read(std::string_view text)
 {
     try {
         if (text.size() > MaterialXIncludes::MostBytes)
-            throw HostError(_file, "is larger than 64 MiB, the most that is read of MaterialX");
+            throw HostError(_file, "is larger than 64 MiB, the limit for MaterialX");
         auto root = ParseXmlTree(_file, text, _problems);
         if (root && _options.ReadsIncludes)
             _builder.Document().Includes = MaterialXIncludes(_problems).Resolve(*root, text.size());
@@ -68,7 +68,7 @@ void MaterialXReader::ReadRoot(const XmlTree& root)
 {
     if (root.Name != "materialx")
         throw HostError(root.Where,
-                        Compose("the root is \"", root.Name, "\" and not \"materialx\""));
+                        Compose("the root element is \"", root.Name, "\", expected \"materialx\""));
     const std::string version = root.Get("version");
     if (!version.starts_with("1.38") && !version.starts_with("1.39")) {
         _problems.Warn("interchange-approximated", root.Where,
@@ -78,14 +78,14 @@ void MaterialXReader::ReadRoot(const XmlTree& root)
         if (child.Name == "xi:include") {
             Report(Carry::None, child,
                    Compose("the file \"", child.Get("href"),
-                           "\" is not read, as the document is not read from a file"));
+                           "\" is ignored, because only documents in files can include others"));
         }
     }
     if (!IsPlainColourSpace(root.Get("colorspace"))) {
         Report(Carry::Approximated, root,
-               Compose("colours are computed in linear light with the primaries of Rec. 709 and "
-                       "not in \"",
-                       root.Get("colorspace"), "\""));
+               Compose(
+                   "colours are computed in linear light with the primaries of Rec. 709, not in \"",
+                   root.Get("colorspace"), "\""));
     }
     MaterialXScopes scopes(root, _problems);
     _scopes = &scopes;
@@ -110,7 +110,7 @@ void MaterialXReader::WarnOfUnread()
         for (const XmlTree& child : _scopes->GraphOf(scope).Children) {
             if (child.Name != "input" && child.Name != "output" && child.Name != "backdrop" &&
                 !read.contains(&child) && reported.insert(&child).second)
-                Report(Carry::None, child, "nothing of it reaches the material");
+                Report(Carry::None, child, "this node does not contribute to the material");
         }
     }
 }
@@ -148,7 +148,7 @@ void MaterialXReader::Evaluate(const MaterialXSource& source)
             if (known == _evaluated.end())
                 waiting.emplace_back(input.Scope, input.Element);
             else if (!known->second.IsDone)
-                _problems.Fail("interchange-file", PlaceOf(child), "the nodes lead in a cycle");
+                _problems.Fail("interchange-file", PlaceOf(child), "the nodes form a cycle");
         }
     }
 }
@@ -316,7 +316,7 @@ void MaterialXReader::MakeLinear(InterchangeValue& colour, const MaterialXSource
     light.Width = 3;
     light = _graph.Evaluate(ParseFormula(Compose(conversion->Name, "( in )")), {{"in", light}}, {});
     if (light.Numbers.size() != 3)
-        throw HostError(PlaceOf(*source.Element), "the colour is too large to be converted");
+        throw HostError(PlaceOf(*source.Element), "the colour is too large to convert");
     std::copy(light.Numbers.begin(), light.Numbers.end(), colour.Numbers.begin());
     colour.Text.clear();
 }
@@ -328,11 +328,11 @@ void MaterialXReader::WarnOfColourSpace(const std::string& space, const XmlTree&
         return;
     if (!FindColourConversion(space))
         Report(Carry::Approximated, element,
-               Compose("the colour space \"", space, "\" is not known; its colours are taken as ",
-                       "linear"));
+               Compose("the colour space \"", space,
+                       "\" is unknown; its colours are treated as linear"));
     else
         Report(FindColourConversion(space)->Alternatives.front().Kind, element,
-               Compose("the colours are converted from \"", space, "\" by other nodes"));
+               Compose("additional nodes convert the colours from \"", space, "\""));
 }
 
 InterchangeGraph::Site MaterialXReader::SiteOf(const Key& key)

@@ -74,7 +74,7 @@ MaterialXSource MaterialXScopes::Follow(std::size_t scope, const XmlTree& start)
             return {Kind::Output, node, scope, input->Get("output")};
         }
     }
-    return fail("inputs and outputs of node graphs lead in a cycle");
+    return fail("the inputs and outputs of node graphs form a cycle");
 }
 
 const XmlTree* MaterialXScopes::FindInput(const XmlTree& node, std::string_view name)
@@ -147,7 +147,7 @@ bool MaterialXScopes::StepToGraph(std::size_t& scope, const XmlTree*& input, con
         if (_scopes[scope].Depth >= deepestScope || _scopes.size() >= mostScopes) {
             _entered.erase(entry);
             _problems.Fail("interchange-file", input->Where,
-                           "node graphs are used within each other too often");
+                           "node graphs are nested too deeply or used too often");
             return false;
         }
         Enter(scope, graph, instance, definition);

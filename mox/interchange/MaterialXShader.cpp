@@ -23,7 +23,7 @@ void MaterialXWriter::WriteSurface()
     else
         FeedPhysical(surface);
     if (IsConnected("in_offset"))
-        Report(Carry::None, "an offset of vertices has no counterpart", "in_offset");
+        Report(Carry::None, "vertex offsets have no counterpart", "in_offset");
     WarnOfLosses();
     _surfaceMaterial = {"surfacematerial", {}, "material", {}, {}};
     for (const DocumentValue& value : _material.Document.Description) {
@@ -32,12 +32,12 @@ void MaterialXWriter::WriteSurface()
         else if (value.Name == "desc")
             _surfaceMaterial.Attributes.emplace_back("doc", value.Value);
         if (value.Name == "name" && value.Value != _surfaceMaterial.Name)
-            ReportDocument(Carry::Approximated, Compose("the name of the material becomes \"",
-                                                        _surfaceMaterial.Name, "\""));
+            ReportDocument(Carry::Approximated,
+                           Compose("the material is renamed to \"", _surfaceMaterial.Name, "\""));
     }
     if (_surfaceMaterial.Name.empty()) {
         _surfaceMaterial.Name = _elements.UniqueName("Material");
-        ReportDocument(Carry::Approximated, Compose("the material has no name; it is called \"",
+        ReportDocument(Carry::Approximated, Compose("the material has no name, so it is named \"",
                                                     _surfaceMaterial.Name, "\""));
     }
     _surfaceMaterial.Inputs.push_back(
@@ -70,8 +70,8 @@ void MaterialXWriter::FeedUnlit()
 {
     Report(Carry::Approximated,
            IsConnected("in_colour")
-               ? "the colour becomes light of its own, as MaterialX has no such surface"
-               : "the surface becomes one without a colour that is lit",
+               ? "the colour becomes emission, because MaterialX has no such surface"
+               : "the surface becomes an emissive surface without a lit colour",
            "in_colour");
     if (IsConnected("in_colour")) {
         MaterialXValue light = InputOf("in_colour");
@@ -90,7 +90,7 @@ void MaterialXWriter::FeedUnlit()
     if (IsConnected("in_alpha"))
         FeedShader("opacity", InputOf("in_alpha"), "float");
     if (IsConnected("in_normal"))
-        Report(Carry::None, "a surface without light has no normal", "in_normal");
+        Report(Carry::None, "an unlit surface has no normal", "in_normal");
 }
 
 void MaterialXWriter::FeedPhysical(const InterchangeSurface& surface)
@@ -114,7 +114,8 @@ void MaterialXWriter::FeedPhysical(const InterchangeSurface& surface)
                 value = _elements.Evaluate(ParseFormula("multiply( specular, 2 )"),
                                            {{"specular", value}},
                                            _elements.UniqueName(_current.Name + "_specular"));
-                Report(Carry::Composed, "the reflectance is twice that of MaterialX", port.Name);
+                Report(Carry::Composed, "the reflectance is multiplied by 2 for MaterialX",
+                       port.Name);
             }
         }
         const auto usual = std::find_if(surface.Inputs.begin(), surface.Inputs.end(),
@@ -159,7 +160,7 @@ void MaterialXWriter::WriteRenderState()
     if (isMask && !state["alphaRef"].empty())
         _shader.Inputs.push_back({"alpha_cutoff", "float", state["alphaRef"], {}, {}, {}, {}, {}});
     if (!isMask && !isBlend && IsConnected("in_opacity"))
-        Report(Carry::Approximated, "the opacity blends the surface with what is behind",
+        Report(Carry::Approximated, "the opacity blends the surface with the background",
                "in_opacity");
 }
 

@@ -41,13 +41,13 @@ const XmlTree* MaterialXReader::ChooseMaterial(const XmlTree& root)
     }
     if (!chosen && !_options.Material.empty()) {
         throw HostError(root.Where, Compose("there is no material \"", _options.Material,
-                                            "\"; there ", materials.size() == 1 ? "is " : "are ",
-                                            names.empty() ? "none" : names));
+                                            "\"; available: ", names.empty() ? "none" : names));
     }
     for (const XmlTree* other : materials) {
         if (other != chosen && _options.Material.empty())
             Report(Carry::None, *other,
-                   Compose("only the material \"", chosen->Get("name"), "\" is read"));
+                   Compose("this material is ignored; only the material \"", chosen->Get("name"),
+                           "\" is read"));
     }
     return chosen;
 }
@@ -93,8 +93,8 @@ void MaterialXReader::ReadShader(const MaterialXSource& shader)
 {
     const InterchangeSurface* surface = GetStandardNodes().FindSurface(shader.Element->Name);
     if (!surface) {
-        throw HostError(PlaceOf(*shader.Element), Compose("the shader \"", shader.Element->Name,
-                                                          "\" is not one that is read"));
+        throw HostError(PlaceOf(*shader.Element),
+                        Compose("the shader \"", shader.Element->Name, "\" is not supported"));
     }
     const Key key(shader.Scope, shader.Element);
     for (const auto& [name, text] : surface->Inputs) {

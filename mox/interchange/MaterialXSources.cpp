@@ -55,7 +55,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteConstant()
         const bool isUniform =
             std::all_of(numbers.begin(), numbers.end(), [&](float n) { return n == numbers[0]; });
         if (isColour || isUniform)
-            Report(Carry::Approximated, "the value of the binding becomes that of the node");
+            Report(Carry::Approximated, "the value of the binding becomes the value of the node");
     }
     const std::string type = TypeOfWidth(static_cast<int>(numbers.size()), isColour);
     MaterialXElement& element = _elements.Add("constant", _current.Name, type);
@@ -71,7 +71,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteConstant()
         value.Interface = input.Name;
         if (input.Name != name)
             Report(Carry::Approximated,
-                   Compose("the binding \"", name, "\" becomes \"", input.Name, "\""));
+                   Compose("the binding \"", name, "\" is renamed to \"", input.Name, "\""));
         if (type == "float" && (limits.first != "0" || numbers[0] < 0.0f))
             input.More.emplace_back("uimin", limits.first);
         if (type == "float" && (limits.second != "1" || numbers[0] > 1.0f))
@@ -80,7 +80,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteConstant()
     const MaterialXValue result = MakeOutput(element.Name, type);
     if (kind != "Component" && !hasAlpha)
         return {{"read", result}};
-    Report(Carry::Composed, "a constant with components of its own is composed of other nodes");
+    Report(Carry::Composed, "a constant with separate components becomes several nodes");
     return Split(result,
                  kind == "Component" ? std::vector<std::string>{"red", "green", "blue", "alpha"}
                                      : std::vector<std::string>{"", "", "", "alpha"},
@@ -112,7 +112,7 @@ MaterialXWriter::Ports MaterialXWriter::Split(const MaterialXValue& value,
 void MaterialXWriter::WarnOfUnreadAlpha(bool isUnread)
 {
     if (isUnread)
-        Report(Carry::None, "the alpha, which nothing reads, is left out");
+        Report(Carry::None, "the alpha is left out, because nothing reads it");
 }
 
 MaterialXWriter::Ports MaterialXWriter::WriteTexture()
@@ -140,9 +140,10 @@ MaterialXWriter::Ports MaterialXWriter::WriteTexture()
                              : kind == "Vector" ? (isSrgb ? "color4" : "vector4")
                                                 : "color3";
     if (property("Texture Type") == "1D")
-        Report(Carry::Approximated, "a texture of one dimension is read in the middle of an image");
+        Report(Carry::Approximated,
+               "a one-dimensional texture is read along the middle of an image");
     if (kind == "DXT5 Normal")
-        Report(Carry::Approximated, "the normal is not packed in two components");
+        Report(Carry::Approximated, "the normal is not packed into two components");
 
     MaterialXValue uv = InputOf("in_uv");
     if (WidthOfType(uv.Type) == 1 && uv.IsConnected()) {
@@ -174,7 +175,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteTexture()
             Report(Carry::None,
                    Compose("the value \"", value, "\" of the binding has no counterpart"));
         if (value.starts_with("wrap") && text == "repeat")
-            Report(Carry::Approximated, Compose("\"", value, "\" is what MaterialX does anyway"));
+            Report(Carry::Approximated, Compose("\"", value, "\" is the default in MaterialX"));
     }
     MaterialXValue result = MakeOutput(element.Name, type);
     result.IsPacked = isNormal;
@@ -182,7 +183,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteTexture()
         return {{"out_red", result}};
     if (kind != "Component" && !hasAlpha)
         return {{"out_colour", result}};
-    Report(Carry::Composed, "components of the texture are taken out by nodes of their own");
+    Report(Carry::Composed, "separate nodes extract the components of the texture");
     return kind == "Component"
                ? Split(result, {"out_red", "out_green", "out_blue", "out_alpha"}, "")
                : Split(result, {"", "", "", "out_alpha"}, "out_colour");
@@ -203,7 +204,7 @@ std::string MaterialXWriter::AddFile(const std::string& binding, bool isSrgb)
     input.ColourSpace = isSrgb ? "srgb_texture" : "lin_rec709";
     if (input.Name != binding)
         Report(Carry::Approximated,
-               Compose("the binding \"", binding, "\" becomes \"", input.Name, "\""));
+               Compose("the binding \"", binding, "\" is renamed to \"", input.Name, "\""));
     return _files[binding] = input.Name;
 }
 
@@ -236,7 +237,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteStream()
         return {{"out_red", result}};
     if (kind != "Component" && !hasAlpha)
         return {{"out_colour", result}};
-    Report(Carry::Composed, "components of the colour are taken out by nodes of their own");
+    Report(Carry::Composed, "separate nodes extract the components of the colour");
     return kind == "Component"
                ? Split(result, {"out_red", "out_green", "out_blue", "out_alpha"}, "")
                : Split(result, {"", "", "", "out_alpha"}, "out_colour");

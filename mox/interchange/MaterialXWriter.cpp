@@ -102,7 +102,7 @@ std::string MaterialXWriter::Write()
         const std::string wanted = ElementName(node);
         _current = {&node, _elements.UniqueName(wanted), {}};
         if (_current.Name != wanted)
-            Report(Carry::Approximated, Compose("the id becomes \"", _current.Name, "\""));
+            Report(Carry::Approximated, Compose("the id is changed to \"", _current.Name, "\""));
         WriteNode();
     }
     if (!surface)
@@ -334,7 +334,7 @@ MaterialXValue MaterialXWriter::InputOf(const std::string& port)
         unpacked->second = _elements.Evaluate(
             ParseFormula("subtract( multiply( normal, 2 ), 1 )"), {{"normal", output->second}},
             _elements.UniqueName(output->second.Node + "_unpacked"));
-        Report(Carry::Composed, "the normal of the texture is unpacked by nodes", port);
+        Report(Carry::Composed, "additional nodes unpack the normal of the texture", port);
     }
     return unpacked->second;
 }
@@ -369,7 +369,7 @@ void MaterialXWriter::WarnOfLosses()
 {
     for (const std::string& port : _current.Node->Inputs) {
         if (_feeds.contains({_current.Node->Id, port}) && !IsConnected(port))
-            Report(Carry::None, "what feeds it has no counterpart", port);
+            Report(Carry::None, "the node that feeds this input has no counterpart", port);
     }
     for (const auto& [name, property] : _current.Node->Properties) {
         if (property.IsDefault || !property.IsVisible || _current.Used.contains(name))

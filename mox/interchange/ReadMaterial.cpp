@@ -114,7 +114,7 @@ void RefuseMaterialX(const std::filesystem::path& file, std::string_view text)
     const std::filesystem::path document = std::filesystem::path(file).replace_extension(".xml");
     throw HostError(file.string(),
                     Materials::Compose("is a MaterialX document; \"mox convert ", file.string(),
-                                       " -o ", document.string(), "\" makes a material of it"));
+                                       " -o ", document.string(), "\" converts it to a material"));
 }
 
 } // namespace Mox::Host

@@ -47,7 +47,7 @@ InterchangeCondition ParseCondition(const std::string& word)
         return {Test::NodeWidth, {}, word.substr(2)};
     const std::size_t sign = word.find_first_of("#=~@");
     if (sign == word.npos)
-        throw HostError({}, Compose("not a condition: ", word));
+        throw HostError({}, Compose("invalid condition: ", word));
     const Test test = word[sign] == '#'   ? Test::Width
                       : word[sign] == '~' ? Test::OneOf
                       : word[sign] == '@' ? Test::InputType
@@ -156,7 +156,7 @@ void AddNodes(StandardNodes& table, const XmlTree& element)
     for (const std::string& name : SplitWords(element.Get("name"), ' ')) {
         node.Name = name;
         if (!table.NodeIndex.emplace(name, table.Nodes.size()).second)
-            throw HostError(element.Where, Compose("a second ", name));
+            throw HostError(element.Where, Compose("duplicate node ", name));
         table.Nodes.push_back(node);
     }
 }

@@ -85,28 +85,28 @@ std::string JsonCursor::Text() const
         RefuseKind("a string");
     const auto& text = _value->get_ref<const std::string&>();
     if (!IsXmlText(text))
-        Refuse("the string has a character that a document cannot hold");
+        Refuse("the string contains a character that is not allowed in a document");
     return text;
 }
 
 std::int32_t JsonCursor::Integer() const
 {
     if (!_value->is_number_integer())
-        RefuseKind("a whole number");
+        RefuseKind("an integer");
     constexpr auto low = std::numeric_limits<std::int32_t>::min();
     constexpr auto high = std::numeric_limits<std::int32_t>::max();
     const bool isLarge =
         _value->is_number_unsigned() && _value->get<std::uint64_t>() > std::uint64_t(high);
     const auto number = isLarge ? 0 : _value->get<std::int64_t>();
     if (isLarge || number < low || number > high)
-        RefuseKind("a whole number of 32 bits");
+        RefuseKind("a 32-bit integer");
     return static_cast<std::int32_t>(number);
 }
 
 std::uint64_t JsonCursor::Count() const
 {
     if (!_value->is_number_unsigned())
-        RefuseKind("a whole number that is not negative");
+        RefuseKind("a non-negative integer");
     return _value->get<std::uint64_t>();
 }
 
@@ -117,7 +117,7 @@ float JsonCursor::Number() const
     const auto number = _value->get<double>();
     constexpr double most = std::numeric_limits<float>::max();
     if (number < -most || number > most)
-        RefuseKind("a number in the range of a float");
+        RefuseKind("a number within the range of a float");
     return static_cast<float>(number);
 }
 

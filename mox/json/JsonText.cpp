@@ -60,7 +60,7 @@ public:
     bool key(string_t& name) override
     {
         if (!_names.back().insert(name).second)
-            throw HostError({_source}, Compose("an object has two members ", Excerpt(name)));
+            throw HostError({_source}, Compose("an object has two members named ", Excerpt(name)));
         if (_names.back().size() > _limits.Members) {
             throw HostError({_source},
                             Compose("an object has more than ", _limits.Members, " members"));
@@ -72,7 +72,7 @@ public:
                      const nlohmann::detail::exception& error) override
     {
         throw HostError(PlaceOf(_text, position > 0 ? position - 1 : 0, _source),
-                        Compose("this is not JSON: ", CauseOf(error.what())));
+                        Compose("invalid JSON: ", CauseOf(error.what())));
     }
 
 private:
@@ -87,8 +87,8 @@ private:
     {
         _names.emplace_back();
         if (_names.size() > _limits.Depth) {
-            throw HostError({_source}, Compose("more than ", _limits.Depth,
-                                               " arrays and objects inside each other"));
+            throw HostError({_source}, Compose("arrays and objects are nested more than ",
+                                               _limits.Depth, " levels deep"));
         }
         return Count();
     }
@@ -114,7 +114,7 @@ Json ParseJson(std::string_view text, const std::string& source, const JsonLimit
         throw HostError({source}, Compose("more than ", limits.Bytes, " bytes"));
     // The parser treats a null byte as the end of the input.
     if (const std::size_t null = text.find('\0'); null != text.npos)
-        throw HostError(PlaceOf(text, null, source), "this is not JSON: it has a null byte");
+        throw HostError(PlaceOf(text, null, source), "invalid JSON: it contains a null byte");
     JsonGuard guard(text, source, limits);
     Json::sax_parse(text, &guard);
     return Json::parse(text);

@@ -37,8 +37,8 @@ DocumentComments ReadComments(const JsonCursor& object, std::string_view name)
     for (const JsonCursor& item : list->Items()) {
         comments.push_back(item.Text());
         if (!IsLastingComment(comments.back())) {
-            item.Refuse("a comment cannot begin or end with a hyphen, nor hold two in a row or a "
-                        "carriage return");
+            item.Refuse("a comment cannot begin or end with a hyphen, or contain two hyphens in a "
+                        "row or a carriage return");
         }
     }
     return comments;
@@ -274,7 +274,7 @@ DocumentBinding ReadBinding(const JsonCursor& object)
     std::vector<XmlAttribute> attributes = {{"stream", binding.Stream}, {"tag", binding.Tag}};
     for (const DocumentValue& value : binding.Values) {
         if (value.Name == "stream" || value.Name == "tag")
-            object.Refuse(Compose("the values cannot have \"", value.Name, "\" once more"));
+            object.Refuse(Compose("the values cannot contain \"", value.Name, "\" again"));
         attributes.push_back({value.Name, value.Value});
     }
     RequireAttributes(BindingRule, attributes, object);

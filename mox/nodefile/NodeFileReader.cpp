@@ -31,7 +31,8 @@ public:
     {
         for (const XmlTree::Attribute& attribute : tree.Attributes) {
             if (std::find(allowed.begin(), allowed.end(), attribute.Name) == allowed.end())
-                Fail(Compose("<", tree.Name, "> has no attribute ", Excerpt(attribute.Name)));
+                Fail(Compose("unexpected attribute ", Excerpt(attribute.Name), " in <", tree.Name,
+                             ">"));
         }
     }
 
@@ -65,7 +66,7 @@ public:
     {
         std::string name = Required("name");
         if (!ShaderNode::IsValidCgName(name))
-            Fail(Compose(Excerpt(name), " is not a name in Cg"));
+            Fail(Compose(Excerpt(name), " is not a valid Cg name"));
         if (!name.starts_with(prefix))
             Fail(Compose("the name \"", name, "\" does not start with \"", prefix, "\""));
         return name;
@@ -106,7 +107,7 @@ public:
         if (text.empty())
             return std::nullopt;
         if (text != "vertex" && text != "fragment")
-            Fail("level is neither \"vertex\" nor \"fragment\"");
+            Fail("attribute \"level\" is neither \"vertex\" nor \"fragment\"");
         return text == "vertex" ? ShaderLevel::Vertex : ShaderLevel::Fragment;
     }
 
@@ -129,7 +130,7 @@ public:
         const std::string text = Required("type");
         const auto type = ParseShaderType(text);
         if (!type)
-            Fail(Compose(Excerpt(text), " is not a type of Cg"));
+            Fail(Compose(Excerpt(text), " is not a Cg type"));
         return *type;
     }
 
@@ -144,7 +145,7 @@ public:
     void RequireEmpty() const
     {
         if (!Children().empty())
-            throw HostError(_tree.Children.front().Where, "no element is allowed here");
+            throw HostError(_tree.Children.front().Where, "child elements are not allowed here");
     }
 
     /// Returns the text of the element; child elements are not allowed.
@@ -185,10 +186,10 @@ private:
     void ReadHead(const NodeElement& element)
     {
         if (element.Required("version") != "1")
-            element.Fail("only version 1 of a node file is read");
+            element.Fail("only version 1 of the node file format is supported");
         _file.TypeName = element.Required("type");
         if (!ShaderNode::IsValidCgName(_file.TypeName))
-            element.Fail(Compose(Excerpt(_file.TypeName), " is not a name in Cg"));
+            element.Fail(Compose(Excerpt(_file.TypeName), " is not a valid Cg name"));
         _file.IsCompiled = element.Flag("compiled");
         if (_file.IsCompiled)
             return;
@@ -198,13 +199,13 @@ private:
         if (element.Has("propertiesVersion")) {
             const auto version = ParseInteger(element.Required("propertiesVersion"));
             if (!version || *version < 0)
-                element.Fail("attribute \"propertiesVersion\" is not a whole number from 0");
+                element.Fail("attribute \"propertiesVersion\" is not a non-negative integer");
             _file.PropertiesVersion = *version;
         }
         if (element.Has("colour")) {
             const auto colour = Materials::GuiProperty::Create("colour");
             if (!SetFromText(*colour, GuiPropertyKind::Colour, element.Required("colour")))
-                element.Fail("attribute \"colour\" is not three numbers with a space between them");
+                element.Fail("attribute \"colour\" is not three numbers separated by spaces");
             colour->GetColour(_file.Colour[0], _file.Colour[1], _file.Colour[2]);
         }
     }
@@ -239,13 +240,14 @@ private:
         property.Line = element.Line();
         property.Name = element.Required("name");
         if (_file.FindProperty(property.Name))
-            element.Fail(Compose("there are two properties ", Excerpt(property.Name)));
+            element.Fail(Compose("the property ", Excerpt(property.Name), " is defined twice"));
         if (const std::string help = TakeWords(element.Optional("help")); !help.empty())
             property.Help = Compose(property.Name, ": ", help);
         const std::string kind = element.Required("kind");
         const auto known = ParseKind(kind);
         if (!known || *known == GuiPropertyKind::String || *known == GuiPropertyKind::Node)
-            element.Fail("kind is none of \"bool\", \"integer\", \"float\", \"colour\", \"enum\"");
+            element.Fail("attribute \"kind\" is not one of \"bool\", \"integer\", \"float\", "
+                         "\"colour\" or \"enum\"");
         property.Kind = *known;
         for (const XmlTree& child : element.Children())
             property.Choices.push_back(ReadChoice(child, property));
@@ -260,15 +262,17 @@ private:
     static NodeChoice ReadChoice(const XmlTree& child, const NodeProperty& property)
     {
         if (child.Name != "choice" || property.Kind != GuiPropertyKind::Enum)
-            throw HostError(child.Where, "only <choice> in an enum is allowed here");
+            throw HostError(child.Where,
+                            "only <choice> elements of an enum property are allowed here");
         const NodeElement element(child, {"name", "level"});
         element.RequireEmpty();
         NodeChoice choice{element.Required("name"), element.Level()};
         if (choice.Name.find_first_of(",;=") != std::string::npos)
-            element.Fail("the name of a choice has a comma, a semicolon or an equals sign");
+            element.Fail(
+                "the name of a choice cannot contain a comma, a semicolon or an equals sign");
         for (const NodeChoice& other : property.Choices) {
             if (other.Name == choice.Name)
-                element.Fail(Compose("there are two choices ", Excerpt(choice.Name)));
+                element.Fail(Compose("the choice ", Excerpt(choice.Name), " is defined twice"));
         }
         return choice;
     }
@@ -277,17 +281,17 @@ private:
     {
         if (property.Kind == GuiPropertyKind::Enum) {
             if (property.Choices.empty())
-                element.Fail("an enum has no <choice>");
+                element.Fail("an enum property needs at least one <choice>");
             if (!property.Value.empty() &&
                 std::none_of(property.Choices.begin(), property.Choices.end(),
                              [&](const auto& choice) { return choice.Name == property.Value; }))
-                element.Fail(Compose("there is no choice ", Excerpt(property.Value)));
+                element.Fail(Compose(Excerpt(property.Value), " is not one of the choices"));
             return;
         }
         if (!property.Value.empty() && !SetFromText(*Materials::GuiProperty::Create(property.Name),
                                                     property.Kind, property.Value)) {
-            element.Fail(Compose(Excerpt(property.Value), " is not a ", FormatKind(property.Kind),
-                                 " value"));
+            element.Fail(Compose(Excerpt(property.Value), " is not a valid ",
+                                 FormatKind(property.Kind), " value"));
         }
     }
 
@@ -295,7 +299,7 @@ private:
                                              const NodeElement& element)
     {
         if (property.Kind != GuiPropertyKind::Integer && property.Kind != GuiPropertyKind::Float)
-            element.Fail("only a number has a range");
+            element.Fail("only integer and float properties can have a range");
         const std::string text = element.Required("range");
         const std::size_t space = text.find(' ');
         const auto low = ParseFloat(std::string_view(text).substr(0, space));
@@ -303,7 +307,7 @@ private:
                               ? std::nullopt
                               : ParseFloat(std::string_view(text).substr(space + 1));
         if (!low || !high || !(*low <= *high))
-            element.Fail("attribute \"range\" is not two numbers, the lowest value first");
+            element.Fail("attribute \"range\" is not two numbers, the lower one first");
         return {*low, *high};
     }
 
@@ -322,19 +326,21 @@ private:
         ReadSource(element, input);
         if (input.IsPort()) {
             if (element.Has("type"))
-                element.Fail("a port has \"count\" and \"precision\" and no \"type\"");
+                element.Fail(
+                    "a port cannot have a \"type\"; use \"count\" and \"precision\" instead");
             if (input.Source == NodeSource::Value) {
                 if (!input.Count || !input.Precision)
-                    element.Fail("a port that reads a value has a fixed count and precision");
+                    element.Fail("a port that reads a value needs a \"count\" and a \"precision\"");
                 input.Type = ShaderType(*input.Precision, *input.Count, 1, 1);
             }
         } else {
             if (input.Count || input.Precision)
-                element.Fail("only a port has \"count\" and \"precision\"; a port has a label");
+                element.Fail("only an input with a \"label\" can have \"count\" and \"precision\"");
             if (input.Source != NodeSource::Property && input.Source != NodeSource::Value)
-                element.Fail("an input without a label reads a \"property\" or a \"value\"");
+                element.Fail("an input without a \"label\" needs a \"property\" or a \"value\"");
             if ((input.Source == NodeSource::Value) != element.Has("type"))
-                element.Fail("\"type\" belongs to an input that reads a \"value\"");
+                element.Fail("\"type\" is required for an input with a \"value\" and not allowed "
+                             "for any other");
             if (input.Source == NodeSource::Value)
                 input.Type = element.Type();
         }
@@ -357,13 +363,13 @@ private:
         if (element.Flag("required"))
             take("required", NodeSource::Edge);
         if (sources > 1) {
-            element.Fail("at most one of \"property\", \"value\", \"default\" and \"required\" may "
-                         "be there");
+            element.Fail("an input can have at most one of \"property\", \"value\", \"default\" "
+                         "and \"required\"");
         }
         if (input.Source == NodeSource::Expression)
             RequireClosedCode(input.SourceText, element.Line(), true);
         if (input.Source == NodeSource::Value && !ShaderNode::IsValidCgName(input.SourceText))
-            element.Fail(Compose(Excerpt(input.SourceText), " is not a name in Cg"));
+            element.Fail(Compose(Excerpt(input.SourceText), " is not a valid Cg name"));
     }
 
     void ReadOutput(const XmlTree& part)
@@ -385,8 +391,8 @@ private:
         sampler.Type = element.Type();
         if (sampler.Type.Component < ComponentType::Sampler1D ||
             sampler.Type.Component > ComponentType::SamplerCube || sampler.Type.ArrayLength != 1)
-            element.Fail("type is none of \"sampler1D\", \"sampler2D\", \"sampler3D\" and "
-                         "\"samplerCUBE\"");
+            element.Fail("attribute \"type\" is not one of \"sampler1D\", \"sampler2D\", "
+                         "\"sampler3D\" or \"samplerCUBE\"");
         sampler.Suffix = element.Optional("suffix");
         sampler.Usage = element.Optional("usage");
         sampler.Srgb = element.OptionalConditions("srgb");
@@ -401,8 +407,8 @@ private:
         NodeFunction function{element.Name(""), TakeLines(element.Text(), ""), element.TextLine()};
         if (!function.Name.starts_with(_file.Library)) {
             element.Fail(Compose("the name \"", function.Name,
-                                 "\" does not start with that of the library, \"", _file.Library,
-                                 "\""));
+                                 "\" does not start with the name of the library, \"",
+                                 _file.Library, "\""));
         }
         RequireClosedCode(function.Text, function.Line, false);
         _file.Functions.push_back(std::move(function));
@@ -439,7 +445,7 @@ NodeFile ReadNodeFile(const std::filesystem::path& file)
     }
     const std::uintmax_t size = std::filesystem::file_size(file, error);
     if (!error && size > largestFile)
-        throw HostError(Place(file.string()), "is larger than 1 MiB");
+        throw HostError(Place(file.string()), "is larger than the limit of 1 MiB");
     return NodeFileReader(file.string()).Read(ReadXmlTree(file));
 }
 

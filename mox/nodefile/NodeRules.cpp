@@ -60,7 +60,7 @@ private:
     void CheckHead() const
     {
         if (!ShaderNode::IsValidCgName(_file.Library))
-            throw HostError(_where, Compose(Excerpt(_file.Library), " is not a name in Cg"));
+            throw HostError(_where, Compose(Excerpt(_file.Library), " is not a valid Cg name"));
         if (!_file.TypeName.starts_with(_file.Library)) {
             throw HostError(_where, Compose("the type \"", _file.TypeName,
                                             "\" does not start with the name of its library, \"",
@@ -80,7 +80,7 @@ private:
             if (std::find(std::begin(standardProperties), std::end(standardProperties),
                           property.Name) != std::end(standardProperties)) {
                 Fail(property.Line,
-                     Compose("every node has a property \"", property.Name, "\" already"));
+                     Compose("every node already has a property \"", property.Name, "\""));
             }
         }
     }
@@ -128,8 +128,8 @@ private:
             return;
         if (property->Kind == GuiPropertyKind::Colour ? input.Count != 3
                                                       : property->Kind != GuiPropertyKind::Float) {
-            Fail(input.Line, "a port reads a float property, or a colour property if its count "
-                             "is 3");
+            Fail(input.Line,
+                 "a port can read only a float property, or a colour property if its count is 3");
         }
     }
 
@@ -149,8 +149,8 @@ private:
     {
         const std::vector<NodeSettings> all = ListSettings(_file, mostSettings);
         if (all.empty()) {
-            throw HostError(_where, Compose("conditions tell more than ", mostSettings,
-                                            " combinations of values apart"));
+            throw HostError(_where, Compose("the conditions distinguish more than ", mostSettings,
+                                            " combinations of values"));
         }
         for (const NodeSettings& settings : all) {
             std::set<std::string> names;

@@ -38,30 +38,29 @@ std::optional<OpenCode> FindOpenCode(std::string_view code, bool isExpression)
         if (c == '\n') {
             ++line;
         } else if (isExpression && (c == ';' || two == "//" || two == "/*")) {
-            return OpenCode{line, "an expression has a semicolon or a comment"};
+            return OpenCode{line, "an expression cannot contain a semicolon or a comment"};
         } else if (two == "//") {
             at = std::min(code.find('\n', at), code.size()) - 1;
         } else if (two == "/*") {
             const std::size_t end = code.find("*/", at + 2);
             if (end == std::string_view::npos)
-                return OpenCode{line, "a comment does not end"};
+                return OpenCode{line, "unterminated comment"};
             line +=
                 static_cast<int>(std::count(code.begin() + static_cast<std::ptrdiff_t>(at),
                                             code.begin() + static_cast<std::ptrdiff_t>(end), '\n'));
             at = end + 1;
         } else if (c == '#' || c == '\\' || c == '"') {
-            return OpenCode{line, Compose("the character ", Excerpt(code.substr(at, 1)),
-                                          " has no meaning here")};
+            return OpenCode{line, Compose("unexpected character ", Excerpt(code.substr(at, 1)))};
         } else if (c == '(' || c == '[' || c == '{') {
             open += c == '(' ? ')' : c == '[' ? ']' : '}';
         } else if (c == ')' || c == ']' || c == '}') {
             if (open.empty() || open.back() != c)
-                return OpenCode{line, Compose("a \"", code.substr(at, 1), "\" closes nothing")};
+                return OpenCode{line, Compose("unmatched \"", code.substr(at, 1), "\"")};
             open.pop_back();
         }
     }
     if (!open.empty())
-        return OpenCode{line, Compose("a \"", open.substr(open.size() - 1), "\" is missing")};
+        return OpenCode{line, Compose("missing \"", open.substr(open.size() - 1), "\"")};
     return std::nullopt;
 }
 

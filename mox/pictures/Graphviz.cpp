@@ -107,14 +107,14 @@ int RunProgram(std::vector<std::string> arguments, const fs::path& messages)
         posix_spawnattr_destroy(&ownGroup);
         if (error != 0) {
             throw HostError({},
-                            Compose("\"", arguments.front(), "\" cannot run: ", strerror(error)));
+                            Compose("cannot run \"", arguments.front(), "\": ", strerror(error)));
         }
         child = started;
     }
     const std::optional<int> result = WaitFor(child);
     child = 0;
     if (!result)
-        throw HostError({}, "the process that runs Graphviz is lost");
+        throw HostError({}, "cannot wait for the process that runs Graphviz");
     const int status = *result;
     constexpr int signalStatus = 128;
     return WIFEXITED(status) ? WEXITSTATUS(status) : signalStatus + WTERMSIG(status);
@@ -129,9 +129,9 @@ void RequireSuccess(int status, const fs::path& messages)
     if (status == 0)
         return;
     if (status == notFound)
-        throw HostError({}, "the program \"dot\" of Graphviz, which draws pictures, is not there");
+        throw HostError({}, "cannot find the Graphviz program \"dot\", which draws diagrams");
     if (status == timedOut || status == killed)
-        throw HostError({}, "Graphviz is not done with the drawing in two minutes");
+        throw HostError({}, "Graphviz did not finish the diagram within two minutes");
     const std::string text = ReadFile(messages);
     throw HostError({}, Compose("Graphviz cannot draw the graph: status ", status, " ",
                                 text.substr(0, text.find('\n'))));
@@ -170,7 +170,7 @@ std::string RenderPicture(const Drawing& drawing, PictureFormat format)
 {
     constexpr std::size_t maxDotSize = std::size_t(32) << 20; // a larger graph takes too long
     if (drawing.Dot.size() > maxDotSize)
-        throw HostError({}, "the graph is too large to be drawn");
+        throw HostError({}, "the graph is too large to draw");
     const TemporaryFolder folder;
     AtomicFile dot(folder / "drawing.dot");
     dot.Write(drawing.Dot);

@@ -46,14 +46,14 @@ SceneTexture LoadTexture(const ProgramParameter& parameter, const DrawSources& s
     const PluginBinding* found = sources.Bindings ? sources.Bindings->Find(parameter) : nullptr;
     const auto binding = found ? found->Texture() : std::nullopt;
     if (!binding) {
-        throw HostError({}, Compose("the environment asks for the texture \"", parameter.Name,
-                                    "\", which a preview does not have: give it with --set ",
+        throw HostError({}, Compose("the environment reads the texture \"", parameter.Name,
+                                    "\", which previews do not provide; set it with --set ",
                                     parameter.Name, "=FILE"));
     }
     const std::optional<TextureShape> shape = ShapeOf(parameter.Type.Component);
     if (!shape) {
-        throw HostError({}, Compose("the texture \"", parameter.Name, "\" is a ",
-                                    parameter.Type.Format(), ", which a preview cannot fill"));
+        throw HostError({}, Compose("the texture \"", parameter.Name, "\" has the type ",
+                                    parameter.Type.Format(), ", which previews do not support"));
     }
     return {sources.Textures->Load(*binding, *shape), parameter.Sampler};
 }
@@ -124,10 +124,9 @@ DrawCall BuildDraw(const CompiledProgram& program, const DrawSources& sources,
     draw.Indices = sources.Geometry.Indices;
     draw.WritesColour = !program.Fragment.Outputs.empty();
     if (!draw.WritesColour) {
-        problems.Warn(
-            "preview-colour", {},
-            "the environment writes no colour for this material, so the picture shows the "
-            "background only");
+        problems.Warn("preview-colour", {},
+                      "the environment writes no colour for this material, so the image shows only "
+                      "the background");
     }
     for (const StageVariable& input : program.Vertex.Inputs) {
         try {
@@ -173,8 +172,8 @@ std::vector<DrawUniforms> FillUniforms(const CompiledProgram& program,
                 FindValues(program.Parameters[member.Parameter], bindings, scene);
             if (values.empty()) {
                 problems.Fail(uniformRule, {},
-                              Compose("the environment asks for the value \"", member.Name,
-                                      "\", which a preview does not have: give it with --set ",
+                              Compose("the environment reads the value \"", member.Name,
+                                      "\", which previews do not provide; set it with --set ",
                                       member.Name, "=NUMBERS"));
                 continue;
             }

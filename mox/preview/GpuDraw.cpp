@@ -72,7 +72,7 @@ Value MeaningOf(const Word<Value> (&words)[Count], const std::string& text)
         if (word.Text == text)
             return word.Meaning;
     }
-    throw HostError({}, Compose("the render state has no word \"", text, "\""));
+    throw HostError({}, Compose("unknown render state value \"", text, "\""));
 }
 
 template <class Value>

@@ -82,7 +82,7 @@ private:
         std::string port = output.Port;
         if (port.empty()) {
             if (node.Gui.OutputPorts().empty())
-                throw HostError(node.Where, "the node has no output that could be shown");
+                throw HostError(node.Where, "the node has no output to show");
             port = node.Gui.OutputPorts().front().Name;
         }
         const std::string type = NodeProbe::TypeName(number);
@@ -152,15 +152,15 @@ void SetValues(const PreviewOptions& options, PreparedMaterial& material, Unifor
         if (const std::size_t count = CountNumbers(program, scene, name); count > 0) {
             const auto numbers = ParseNumbers(value);
             if (!numbers || numbers->size() != count) {
-                throw HostError({}, Compose("\"", value, "\" is no value for \"", name,
-                                            "\", which takes ", count,
-                                            " numbers with commas between them"));
+                throw HostError({},
+                                Compose("\"", value, "\" is not a valid value for \"", name,
+                                        "\"; expected ", count, " numbers separated by commas"));
             }
             scene[name] = *numbers;
         } else if (!material.IsPart) {
             const std::string known = material.Bindings.ListNames();
-            throw HostError({}, Compose("the material has no binding \"", name, "\"; it has ",
-                                        known.empty() ? "none" : known));
+            throw HostError({}, Compose("the material has no binding \"", name,
+                                        "\"; available: ", known.empty() ? "none" : known));
         }
     }
 }
@@ -240,12 +240,12 @@ void CheckSize(const PreviewOptions& options)
     const std::uint64_t row = std::uint64_t(options.Width) * options.FrameCount;
     if (options.FrameCount == 0 || row == 0 || options.Height == 0 ||
         options.Height > mostPixels / row) {
-        throw HostError({}, Compose("a picture must have 1 to ", mostPixels, " pixels"));
+        throw HostError({}, Compose("an image must have 1 to ", mostPixels, " pixels"));
     }
     if (row > maxPngSide || options.Height > maxPngSide) {
-        throw HostError({}, Compose("a picture of ", row, " by ", options.Height,
-                                    " pixels is larger than the limit of PNG files, ", maxPngSide,
-                                    " on a side"));
+        throw HostError({}, Compose("an image of ", row, " by ", options.Height,
+                                    " pixels is larger than the PNG limit of ", maxPngSide,
+                                    " pixels on a side"));
     }
 }
 

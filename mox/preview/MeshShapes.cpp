@@ -124,8 +124,8 @@ Mesh FindMesh(const std::string& nameOrFile, const FileDecoder& files)
     if (auto shape = FindShape(nameOrFile))
         return *std::move(shape);
     if (!IsMeshFile(nameOrFile)) {
-        throw HostError(nameOrFile,
-                        "is neither sphere, plane nor cube, nor an .obj, .gltf or .glb file");
+        throw HostError(nameOrFile, "is not a mesh; expected \"sphere\", \"plane\", \"cube\", or "
+                                    "an .obj, .gltf or .glb file");
     }
     Mesh mesh = files.ReadMesh(nameOrFile);
     mesh.ViewFrom = meshFileView;

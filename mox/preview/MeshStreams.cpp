@@ -75,7 +75,7 @@ std::string DescribeStream(const std::string& word)
     if (word == "colour")
         return "vertex colours";
     if (word == "tangent" || word == "binormal")
-        return Compose(word, "s, which are worked out from texture coordinates");
+        return Compose(word, "s, which are computed from texture coordinates");
     return Compose("stream \"", word, "\"");
 }
 
@@ -117,13 +117,14 @@ void ApplyModifiers(const std::string& modifiers, MeshStream& stream)
                                         ? std::string("xyzw").substr(0, stream.Components)
                                         : modifier.substr(bar + 1);
         if (operation != "oneminus" && operation != "negate")
-            throw HostError({}, Compose("there is no dataset modifier \"", modifier, "\""));
+            throw HostError({}, Compose("unknown dataset modifier \"", modifier, "\""));
         const float offset = operation == "oneminus" ? 1.0f : 0.0f;
         for (const char letter : letters) {
             const std::size_t component = ComponentOf(letter);
             if (component >= stream.Components) {
-                throw HostError({}, Compose("the dataset modifier \"", modifier,
-                                            "\" names a component that the stream does not have"));
+                throw HostError({},
+                                Compose("the dataset modifier \"", modifier,
+                                        "\" refers to a component that the stream does not have"));
             }
             for (std::size_t i = component; i < stream.Values.size(); i += stream.Components)
                 stream.Values[i] = offset - stream.Values[i];

@@ -32,10 +32,9 @@ void SetValue(const PluginBinding& binding, const std::string& value)
     if (binding.Stream() == StreamType::Float) {
         const auto numbers = ParseNumbers(value);
         if (!numbers || numbers->size() > binding.GetCount()) {
-            throw HostError({},
-                            Compose("\"", value, "\" is no value for \"", binding.Tag(),
-                                    "\", which takes numbers with commas between them, at most ",
-                                    binding.GetCount()));
+            throw HostError({}, Compose("\"", value, "\" is not a valid value for \"",
+                                        binding.Tag(), "\"; expected at most ", binding.GetCount(),
+                                        " numbers separated by commas"));
         }
     }
     binding.SetDefaultText(value);

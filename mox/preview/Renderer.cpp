@@ -43,8 +43,8 @@ Renderer::Renderer(const VulkanDevice& device, std::uint32_t width, std::uint32_
     const vk::PhysicalDeviceLimits& limits = device.Limits();
     if (width == 0 || height == 0 || width > limits.maxFramebufferWidth ||
         height > limits.maxFramebufferHeight) {
-        throw HostError({}, Compose("pictures of ", width, " by ", height,
-                                    " pixels cannot be drawn: the Vulkan device takes 1 to ",
+        throw HostError({}, Compose("cannot render images of ", width, " by ", height,
+                                    " pixels: the Vulkan device supports 1 to ",
                                     limits.maxFramebufferWidth, " by 1 to ",
                                     limits.maxFramebufferHeight));
     }

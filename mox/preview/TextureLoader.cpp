@@ -58,9 +58,9 @@ TextureImage TextureLoader::Read(const std::filesystem::path& file, TextureShape
     }
     const std::uint64_t most = largestTextures * _files.Limits().Bytes;
     if (image.Bytes.size() > most - _bytes) {
-        throw HostError(where, Compose("the textures of the picture together take more memory than "
-                                       "the limit of ",
-                                       most >> 20, " MB"));
+        throw HostError(
+            where, Compose("the textures of the image together need more memory than the limit of ",
+                           most >> 20, " MB"));
     }
     _bytes += image.Bytes.size();
     return image;

@@ -26,7 +26,7 @@ vk::raii::Context OpenLoader()
     try {
         return {};
     } catch (const std::runtime_error&) {
-        throw HostError({}, Compose(noDevice, ": there is no Vulkan loader"));
+        throw HostError({}, Compose(noDevice, ": the Vulkan loader is not installed"));
     }
 }
 
@@ -160,7 +160,7 @@ vk::raii::DeviceMemory VulkanDevice::Allocate(const vk::MemoryRequirements& requ
             (memory.memoryTypes[type].propertyFlags & properties) == properties)
             return _device.allocateMemory({requirements.size, type});
     }
-    throw HostError({}, "the Vulkan device has no memory of the kind that is needed");
+    throw HostError({}, "the Vulkan device has no memory of the required type");
 }
 
 GpuBuffer VulkanDevice::MakeBuffer(vk::DeviceSize size, vk::BufferUsageFlags usage) const

@@ -48,7 +48,7 @@ FindHelperFunctions(const ShaderGraph& graph, const ShaderOrigins& origins, Prob
         } else if (entry->second->Code != node->Code) {
             problems.Fail("two-helpers", Place({}, 0, origins.Of(*node).Node),
                           Materials::Compose("the function ", Excerpt(node->Name),
-                                             " is defined otherwise by node \"",
+                                             " is defined differently by node \"",
                                              origins.Of(*entry->second).Node, "\""));
         }
     }

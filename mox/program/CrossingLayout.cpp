@@ -92,8 +92,9 @@ void ReportCrowd(const ProgramGraph& graph, const StageChoice& stages, std::size
     }
     problems.Fail(
         "too-many-interpolants", {},
-        Compose("what the vertex program hands to the fragment program does not fit into ",
-                registers, " registers of four components: ", values));
+        Compose(
+            "the values passed from the vertex program to the fragment program do not fit into ",
+            registers, " registers of four components: ", values));
 }
 
 } // namespace

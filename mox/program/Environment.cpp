@@ -94,7 +94,7 @@ private:
         if (root.Name != "environment")
             throw HostError(root.Where, "the root element is not <environment>");
         if (Attribute(root, "version") != "1")
-            throw HostError(root.Where, "only version 1 of an environment is read");
+            throw HostError(root.Where, "only version 1 of the environment format is supported");
         Manifest manifest;
         const std::vector<XmlTree>& children = ChildrenOf(root);
         for (auto child = children.rbegin(); child != children.rend(); ++child) {
@@ -124,10 +124,10 @@ private:
             throw HostError(element.Where, "the file includes itself");
         if (_open.size() == deepestInclude)
             throw HostError(element.Where, Compose("files include one another more than ",
-                                                   deepestInclude, " deep"));
+                                                   deepestInclude, " levels deep"));
         const std::string only = OptionalAttribute(element, "only");
         if (!only.empty() && only != "values")
-            throw HostError(element.Where, "only is not \"values\"");
+            throw HostError(element.Where, "attribute \"only\" is not \"values\"");
         return {ReadManifest(file), only.empty()};
     }
 
@@ -214,7 +214,8 @@ private:
         else if (level == "fragment")
             entry.Level = ShaderLevel::Fragment;
         else if (!level.empty())
-            throw HostError(element.Where, "level is neither \"vertex\" nor \"fragment\"");
+            throw HostError(element.Where,
+                            "attribute \"level\" is neither \"vertex\" nor \"fragment\"");
         for (const XmlTree& child : ChildrenOf(element)) {
             if (child.Name == "in")
                 entry.Inputs.push_back(ReadInput(child));
@@ -224,14 +225,14 @@ private:
                 throw HostError(child.Where, "only <in> and <body> are allowed here");
         }
         if (entry.Body.empty() && entry.Inputs.size() != 1)
-            throw HostError(element.Where, "without a <body> there must be exactly one <in>");
+            throw HostError(element.Where, "an element without a <body> needs exactly one <in>");
         return entry;
     }
 
     static void CheckCondition(const XmlTree& element, const Condition& condition)
     {
         if (condition.Name.empty())
-            throw HostError(element.Where, "a condition is empty");
+            throw HostError(element.Where, "attribute \"when\" contains an empty condition");
         for (const std::string& value : condition.Values)
             CheckState(element, condition.Name, value);
     }
@@ -265,8 +266,9 @@ private:
         else if (word == "FragmentDepth")
             entry.Register = ShaderRegister(ShaderRegisterType::FragmentDepth, 0);
         else
-            throw HostError(element.Where, "register is none of \"VertexPosition\", "
-                                           "\"FragmentColorOut\" and \"FragmentDepth\"");
+            throw HostError(element.Where,
+                            "attribute \"register\" is not one of \"VertexPosition\", "
+                            "\"FragmentColorOut\" or \"FragmentDepth\"");
         return entry;
     }
 
@@ -284,8 +286,9 @@ private:
         const std::string value = OptionalAttribute(element, "value");
         const std::string state = OptionalAttribute(element, "state");
         if (stream.empty() + uniform.empty() + value.empty() + state.empty() != 3) {
-            throw HostError(element.Where, "exactly one of \"stream\", \"uniform\", \"value\" and "
-                                           "\"state\" must be there");
+            throw HostError(
+                element.Where,
+                "exactly one of \"stream\", \"uniform\", \"value\" and \"state\" is required");
         }
         if (!stream.empty())
             input.Source = EnvironmentSource::Stream;
@@ -301,7 +304,8 @@ private:
         if (!uniform.empty() && !IsSampler(input.Type))
             DeclareUniform(element, input);
         else if (element.Find("per"))
-            throw HostError(element.Where, "\"per\" is for a \"uniform\" that is no texture");
+            throw HostError(element.Where,
+                            "\"per\" is allowed only with a \"uniform\" that is not a texture");
         return input;
     }
 
@@ -312,15 +316,16 @@ private:
     {
         const std::string* per = element.Find("per");
         if (per && *per != "frame" && *per != "object")
-            throw HostError(element.Where, "per is neither \"frame\" nor \"object\"");
+            throw HostError(element.Where, "attribute \"per\" is neither \"frame\" nor \"object\"");
         const UniformRate rate = per && *per == "frame" ? UniformRate::Frame : UniformRate::Object;
         for (const EnvironmentUniform& known : _environment.Uniforms) {
             if (known.Name != input.SourceName)
                 continue;
             if (known.Type != input.Type || known.Rate != rate)
                 throw HostError(element.Where,
-                                Compose("the uniform \"", known.Name, "\" is ", known.Type.Format(),
-                                        " per ", GetRateName(known.Rate), " elsewhere"));
+                                Compose("the uniform \"", known.Name, "\" is declared as ",
+                                        known.Type.Format(), " per ", GetRateName(known.Rate),
+                                        " elsewhere"));
             return;
         }
         _environment.Uniforms.push_back({input.SourceName, input.Type, rate});
@@ -329,7 +334,7 @@ private:
     void RequireCgName(const XmlTree& element, const std::string& name) const
     {
         if (!ShaderNode::IsValidCgName(name))
-            throw HostError(element.Where, Compose("\"", name, "\" is no Cg name"));
+            throw HostError(element.Where, Compose("\"", name, "\" is not a valid Cg name"));
     }
 
     ShaderType TypeOf(const XmlTree& element) const
@@ -338,7 +343,7 @@ private:
         const auto type = ParseShaderType(text);
         Cg::Type known;
         if (!type || !Cg::FindBuiltInType(text.substr(0, text.find('[')), known))
-            throw HostError(element.Where, Compose("\"", text, "\" is no Cg type"));
+            throw HostError(element.Where, Compose("\"", text, "\" is not a Cg type"));
         return *type;
     }
 

@@ -189,7 +189,7 @@ private:
 
     static std::string MissingValue(const EnvironmentInput& input)
     {
-        return Compose("nobody writes the value \"", input.SourceName, "\", and input \"",
+        return Compose("nothing defines the value \"", input.SourceName, "\", and input \"",
                        input.Name, "\" has no default");
     }
 

@@ -32,9 +32,9 @@ void WarnOfSecondEnds(const MaterialGraph& graph, ProblemList& problems)
             continue;
         const auto [first, isNew] = firstEnds.emplace(node.Gui.Type(), node.Id);
         if (!isNew) {
-            problems.Warn(
-                "two-ends", node.Where,
-                Materials::Compose("the material ends in node \"", first->second, "\" too"));
+            problems.Warn("two-ends", node.Where,
+                          Materials::Compose("node \"", first->second,
+                                             "\" is also an output node of this type"));
         }
     }
 }
@@ -119,16 +119,15 @@ ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& e
         return plan;
     const std::set<std::string> alive = FindNodesBeforeEnds(shader);
     if (alive.empty()) {
-        problems.Warn(
-            "no-end", Place(graph.Document().File),
-            "nothing reaches the surface: no edge leads to a node that ends the material, "
-            "such as a \"Surface\" node");
+        problems.Warn("no-end", Place(graph.Document().File),
+                      "nothing reaches the surface: no edge leads to an output node of the "
+                      "material, such as \"Surface\"");
         return plan; // this warning covers every node
     }
     for (const std::string& node : plan.DeadNodes) {
         if (!alive.contains(node)) {
             problems.Warn("dead-node", graph.Nodes()[graph.FindNode(node, {})].Where,
-                          "nothing of this node reaches the surface");
+                          "this node does not contribute to the surface");
         }
     }
     return plan;

@@ -77,9 +77,9 @@ void ParameterTable::Collect(const ProgramGraph& graph, const StageChoice& stage
         ProgramParameter& parameter = _parameters[entry->second];
         if (parameter.Type != node.Type) {
             problems.Fail("two-types", PlaceOf(*program.Origin),
-                          Compose("parameter \"", name, "\" is ", node.Type.Format(), " here and ",
-                                  parameter.Type.Format(), " at ", DescribeOwner(parameter),
-                                  "; another name for one of them makes them two"));
+                          Compose("parameter \"", name, "\" is ", node.Type.Format(), " here but ",
+                                  parameter.Type.Format(), " in ", DescribeOwner(parameter),
+                                  "; give one of them a different name"));
         }
         parameter.InVertex = parameter.InVertex || stages.InVertex(i);
         parameter.InFragment = parameter.InFragment || stages.InFragment(i);
@@ -101,10 +101,10 @@ void ParameterTable::WarnOfEnvironmentNames(ProblemList& problems) const
         Place where;
         where.Node = parameter.Node;
         problems.Warn("name-of-environment", where,
-                      Compose("the environment reads a ", DescribeKind(other->second->Kind), " \"",
-                              parameter.Name,
-                              "\" too, which is another value; another name here keeps hosts from "
-                              "mistaking one for the other"));
+                      Compose("the environment also reads a ", DescribeKind(other->second->Kind),
+                              " \"", parameter.Name,
+                              "\", which is a different value; use a different name here so that "
+                              "hosts do not confuse the two"));
     }
 }
 

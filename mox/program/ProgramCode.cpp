@@ -29,7 +29,7 @@ int LocationOf(const Cg::Variable& variable, std::string_view semantic)
                 digits.data() + digits.size())
             return number;
     }
-    throw std::logic_error(Compose("no language has the register ", text));
+    throw std::logic_error(Compose("no language supports the register ", text));
 }
 
 bool IsPosition(const Cg::Variable& variable)

@@ -316,7 +316,7 @@ private:
         for (std::size_t i = _path.size(); i-- > first;)
             text += Compose(_sources[_path[i].Node].Shader->Describe(), " -> ");
         _problems.Fail("circle", PlaceOf(*_sources[start].Origin),
-                       Compose("the shader graph runs in a circle: ", text,
+                       Compose("the shader graph contains a cycle: ", text,
                                _sources[_path.back().Node].Shader->Describe()));
     }
 

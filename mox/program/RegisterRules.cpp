@@ -56,8 +56,8 @@ void RegisterRules::Take(const ShaderRegister& place, const Owner& owner, const 
     const std::int32_t count = GetRegisterInfo(place.Type).Count;
     if (place.Index < 0 || (place.Index >= count && count > 1)) {
         _problems.Fail("register-conflict", where,
-                       Compose("there is no register ", place.FormatRegister(), ", only ", count,
-                               " of that kind"));
+                       Compose("register ", place.FormatRegister(),
+                               " does not exist; there are only ", count, " of this kind"));
         return;
     }
     // For a kind with only one register the index has no meaning.
@@ -67,7 +67,7 @@ void RegisterRules::Take(const ShaderRegister& place, const Owner& owner, const 
     if (isNew || (other.IsReadable && owner.IsReadable && other.Type == owner.Type))
         return;
     _problems.Fail("register-conflict", where,
-                   Compose("two values are in register ", place.FormatRegister(), ": ",
+                   Compose("two values use register ", place.FormatRegister(), ": ",
                            owner.Type.Format(), " of ", owner.Text, " and ", other.Type.Format(),
                            " of ", other.Text));
 }
@@ -143,9 +143,9 @@ void RegisterRules::CheckCounts(const std::vector<ProgramParameter>& parameters)
             if (takes(parameter))
                 users += Compose(users.empty() ? "" : ", ", "\"", parameter.Name, "\"");
         }
-        _problems.Fail(
-            "too-many-registers", {},
-            Compose(what, " need ", count, " registers, but there are ", limit, ": ", users));
+        _problems.Fail("too-many-registers", {},
+                       Compose(what, " need ", count, " registers, but only ", limit,
+                               " are available: ", users));
     }
 }
 

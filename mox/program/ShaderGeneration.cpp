@@ -202,8 +202,8 @@ void GenerateShaderGraph(const MaterialGraph& graph, GeneratedShader& shader, Pr
     for (const std::size_t node : graph.Touched()) {
         if (graph.Nodes().Holds(node)) {
             problems.Fail("not-resolved", graph.Nodes()[node].Where,
-                          "the graph was changed here and has not been resolved since, so no "
-                          "program can be made of it");
+                          "this node was changed after the graph was last resolved; resolve the "
+                          "graph before you generate programs");
             return;
         }
     }

@@ -236,7 +236,7 @@ void StageChoice::ReportWhatCannotCross()
         _problems.Fail(
             "cannot-cross", PlaceOf(*_graph.Nodes()[value.Node].Origin),
             Compose(DescribeValue(_graph, value), " is ", type.Format(),
-                    ", which cannot be handed from the vertex to the fragment program, where ",
+                    ", which cannot be passed from the vertex to the fragment program, where ",
                     read.Shader->Describe(),
                     read.Origin->Node.empty() ? " of the environment"
                                               : Compose(" of node \"", read.Origin->Node, "\""),

@@ -33,7 +33,7 @@ bool EditorHub::Handle(std::size_t number, std::string_view message, std::string
         return true;
     }
     if (answer.Job) {
-        const HostError reason({}, "too many requests of this page have no answer yet");
+        const HostError reason({}, "too many requests from this page are still unanswered");
         answer.Reply = answer.Job->Refuse(reason).Text;
     }
     _pages.at(number)->Send(

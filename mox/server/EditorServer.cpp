@@ -53,8 +53,7 @@ private:
         if (!error)
             _acceptor.listen(asio::socket_base::max_listen_connections, error);
         if (error)
-            throw HostError(
-                {}, Compose("port ", port, " of this machine cannot be used: ", error.message()));
+            throw HostError({}, Compose("cannot listen on port ", port, ": ", error.message()));
         return Port();
     }
 

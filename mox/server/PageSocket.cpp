@@ -45,7 +45,7 @@ void PageSocket::Open(const http::request<http::empty_body>& request)
 void PageSocket::Begin()
 {
     if (_parts.Hub.PageCount() >= _parts.Settings.PageCount) {
-        Close({websocket::close_code::try_again_later, "there are too many pages"});
+        Close({websocket::close_code::try_again_later, "too many pages are open"});
         return;
     }
     if (_parts.Life.IsEnding()) {
@@ -88,7 +88,7 @@ void PageSocket::Handle(std::string_view content)
         const auto split = SplitBinary(content);
         if (!split) {
             Close({websocket::close_code::policy_error,
-                   "the message is shorter than its length field says"});
+                   "the message is shorter than its length field states"});
             return;
         }
         parts = *split;

@@ -14,7 +14,8 @@ std::string RandomDigits(std::size_t bytes)
     for (std::size_t filled = 0; filled < bytes;) {
         const ssize_t count = getrandom(random.data() + filled, bytes - filled, 0);
         if (count < 0 && errno != EINTR)
-            throw std::system_error(errno, std::generic_category(), "there are no random numbers");
+            throw std::system_error(errno, std::generic_category(),
+                                    "cannot get random numbers from the system");
         filled += count < 0 ? 0 : static_cast<std::size_t>(count);
     }
     return HexDigits(random);

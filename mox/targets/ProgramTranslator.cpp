@@ -50,7 +50,8 @@ TargetProgram TranslateStage(const StagePair& stages, ProgramStage stage, Compil
 
 void ReportInternal(const std::exception& error, const std::string& file, ProblemList& problems)
 {
-    problems.Fail("compile", Place(file), Compose("internal error of the writers: ", error.what()));
+    problems.Fail("compile", Place(file),
+                  Compose("internal error of the code generator: ", error.what()));
 }
 
 } // namespace

@@ -71,7 +71,7 @@ UniformBlocks::BothUniforms StagePair::FindParameters()
     const auto find = [&](const Cg::Variable* variable) {
         const auto parameter = byName.find(variable->Name);
         if (parameter == byName.end())
-            throw std::logic_error(Compose("\"", variable->Name, "\" is no parameter"));
+            throw std::logic_error(Compose("\"", variable->Name, "\" is not a parameter"));
         _byVariable.emplace(variable, parameter->second);
         return parameter->second;
     };

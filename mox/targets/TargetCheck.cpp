@@ -98,7 +98,7 @@ void CheckHandedOver(const ProgramPlan& plan, const std::string& file, ProblemLi
                               input.Type.Format(), ", but ",
                               output == outputs.end()
                                   ? "nothing writes it"
-                                  : "written as " + output->Target.Type.Format(),
+                                  : "it is written as " + output->Target.Type.Format(),
                               ", which only Cg allows"));
     }
 }

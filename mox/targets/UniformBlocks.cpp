@@ -34,7 +34,7 @@ Cg::Type CgTypeOf(const ShaderType& type)
     element.ArrayLength = 1;
     Cg::Type result;
     if (!Cg::FindBuiltInType(element.Format(), result))
-        throw std::logic_error(Compose(element.Format(), " is no type of Cg"));
+        throw std::logic_error(Compose(element.Format(), " is not a Cg type"));
     if (type.ArrayLength > 1)
         result.Length = static_cast<std::uint16_t>(type.ArrayLength);
     return result;

@@ -96,7 +96,8 @@ bool XmlParser::Parse(std::string_view text)
     if (text.empty())
         return Fail("not-well-formed", 0, 0, "the document is empty");
     if (text.substr(0, 100).find('\0') != std::string_view::npos)
-        return Fail("encoding", 0, 0, "the text is no UTF-8, the one encoding that is read");
+        return Fail("encoding", 0, 0,
+                    "the document is not valid UTF-8, the only supported encoding");
     constexpr std::size_t mostAttributes = 256;
     if (const int line = FindCrowdedTag(text, mostAttributes)) {
         return Fail("too-many-attributes", line, 0,
@@ -185,8 +186,8 @@ void XmlParser::OnStartElement(void* context, const xmlChar* name, const xmlChar
             return; // an incomplete tag, for which libxml2 reports an error next
         constexpr int deepest = 32;
         if (++self._depth > deepest) {
-            return self.FailHere("too-deep",
-                                 Compose("elements are nested more than ", deepest, " deep"));
+            return self.FailHere(
+                "too-deep", Compose("elements are nested more than ", deepest, " levels deep"));
         }
         self._attributes.clear();
         self._prefixedNames.clear();
@@ -244,7 +245,7 @@ void XmlParser::OnError(void* context, xmlErrorPtr error)
         // A clearer message: libxml2 limits how far ahead it searches for the end of a construct.
         if (error->code == XML_ERR_INTERNAL_ERROR)
             return self.FailHere("not-well-formed",
-                                 "something is too long, such as a name or a tag");
+                                 "a name, a tag or another part of the document is too long");
         std::string_view message = ViewOf(reinterpret_cast<xmlChar*>(error->message));
         message = message.substr(0, message.find('\n'));
         const xmlParserInput& input = *self._context->input;
@@ -253,7 +254,7 @@ void XmlParser::OnError(void* context, xmlErrorPtr error)
                                     (size > 0 && xmlGetUTF8Char(input.cur, &size) < 0);
         self.Fail(isBadCharacter ? ProblemRule("encoding") : ProblemRule("not-well-formed"),
                   error->line, error->int2,
-                  isBadCharacter ? "the text is no UTF-8, the one encoding that is read"
+                  isBadCharacter ? "the document is not valid UTF-8, the only supported encoding"
                                  : Compose("not well-formed: ", message));
     });
 }

@@ -111,8 +111,8 @@ std::string XmlWriter::Finish()
 
 void XmlWriter::Refuse(const std::string& what) const
 {
-    throw HostError(Where,
-                    Compose("cannot be written: ", what, " has a character that XML cannot hold"));
+    throw HostError(Where, Compose("cannot be written: ", what,
+                                   " contains a character that is not allowed in XML"));
 }
 
 void XmlWriter::CloseStartTag()

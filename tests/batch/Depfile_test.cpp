@@ -83,9 +83,8 @@ TEST(Depfile, LeavesOutNamesThatMakeAndNinjaReadDifferently)
     depfile.Add({"a|c"}, {"in", "alone"}, problems);
     depfile.Commit();
     EXPECT_EQ(folder.Read("d"), "out: \\\n  in\nin:\nout: \\\n  in\n");
-    const std::string why =
-        ": is left out of the dependency file, since Make and Ninja read such a "
-        "name in different ways\n";
+    const std::string why = ": is left out of the dependency file, because Make and Ninja "
+                            "interpret this name differently\n";
     EXPECT_EQ(FormatProblems(problems),
               "warning dependency-file: a;b" + why + "warning dependency-file: line break" + why +
                   "warning dependency-file: a|b" + why + "warning dependency-file: a|c" + why);

@@ -105,7 +105,7 @@ TEST_F(ExportBatchTest, WritesTextsAndReportsInOrder)
                             "warning environment: odd: is odd\n"
                             "error export: sub/worse: came to an end\n"
                             "error export: big: there is not enough memory\n"
-                            "error export: wild: an exception of an unknown type\n");
+                            "error export: wild: unknown exception\n");
         EXPECT_EQ(Folder.Read("sub/fine.two"), "two of fine");
     }
 }

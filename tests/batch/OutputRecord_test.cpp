@@ -65,20 +65,21 @@ TEST_F(OutputRecordTest, FindsAndRemovesWhatIsLeft)
     std::filesystem::create_directory(Folder.Path() / "in/moved");
     std::filesystem::rename(Folder.Path() / "in/a.xml", Folder.Path() / "in/moved/a.xml");
     EXPECT_EQ(Update({{"moved/a.xml", {"a.vertex.cg"}}}),
-              "out/a.fragment.cg is left from in/a.xml, which is gone\n");
+              "out/a.fragment.cg is left from in/a.xml, which no longer exists\n");
     Remove("in/b.xml");
     Folder.Write("out/b.cg", "edited");
-    const std::string left = "out/a.fragment.cg is left from in/a.xml, which is gone\n"
-                             "out/b.cg is left from in/b.xml, which is gone\n"
-                             "out/b\\\n.cg is left from in/b.xml, which is gone\n";
+    const std::string left = "out/a.fragment.cg is left from in/a.xml, which no longer exists\n"
+                             "out/b.cg is left from in/b.xml, which no longer exists\n"
+                             "out/b\\\n.cg is left from in/b.xml, which no longer exists\n";
     EXPECT_EQ(Update({}), left);
     EXPECT_EQ(Update({}), left);
-    const std::string kept =
-        "warning export: out/b.cg: is left from in/b.xml, which is gone; it is kept, as it was "
-        "changed after it was exported\n";
-    EXPECT_EQ(Update({}, true), "out/a.fragment.cg is left from in/a.xml, which is gone, removed\n"
-                                "out/b\\\n.cg is left from in/b.xml, which is gone, removed\n" +
-                                    kept);
+    const std::string kept = "warning export: out/b.cg: is left from in/b.xml, which no longer "
+                             "exists; it is kept because it was "
+                             "changed after it was exported\n";
+    EXPECT_EQ(Update({}, true),
+              "out/a.fragment.cg is left from in/a.xml, which no longer exists, removed\n"
+              "out/b\\\n.cg is left from in/b.xml, which no longer exists, removed\n" +
+                  kept);
     EXPECT_EQ(Update({}, true), kept);
     EXPECT_FALSE(Exists("out/a.fragment.cg") || Exists("out/b\\\n.cg"));
     EXPECT_TRUE(Exists("out/a.vertex.cg") && Exists("out/c.cg") && Exists("out/other"));
@@ -96,10 +97,11 @@ TEST_F(OutputRecordTest, ProgramsByContentGoWithTheLastMaterial)
               "");
     EXPECT_EQ(update({{"a.xml", {"programs/2.cg", "a.programs"}}}), "");
     EXPECT_EQ(update({{"a.xml", {"programs/3.cg", "a.programs"}}}),
-              "out/programs/2.cg is a program that no material has any longer, removed\n");
+              "out/programs/2.cg is a program that no material uses any more, removed\n");
     Remove("in/b.xml");
-    EXPECT_EQ(update({}), "out/b.programs is left from in/b.xml, which is gone, removed\n"
-                          "out/programs/1.cg is left from in/b.xml, which is gone, removed\n");
+    EXPECT_EQ(update({}),
+              "out/b.programs is left from in/b.xml, which no longer exists, removed\n"
+              "out/programs/1.cg is left from in/b.xml, which no longer exists, removed\n");
     EXPECT_TRUE(Exists("out/programs/3.cg") && Exists("out/a.programs"));
 }
 
@@ -116,9 +118,10 @@ TEST_F(OutputRecordTest, HostileListsRemoveNothing)
     const std::string first = "mox outputs 1\n";
     const std::string hash = HashContent({"content"}, "") + " ";
     const std::string damaged =
-        "warning export: out/.mox-outputs: is not a list of outputs, so it is begun anew; "
-        "outputs of materials that are gone already are not known\n";
-    const std::string kept = " is a program that no material has any longer; it is kept, as it is ";
+        "warning export: out/.mox-outputs: is not a list of outputs, so it is started again; "
+        "outputs of materials that no longer exist are unknown\n";
+    const std::string kept =
+        " is a program that no material uses any more; it is kept because it is ";
     const std::pair<std::string, std::string> cases[] = {
         {first + hash + "../victim\n", damaged},
         {first + hash + (Folder.Path() / "victim").string() + "\n", damaged},
@@ -147,8 +150,8 @@ TEST_F(OutputRecordTest, HostileListsRemoveNothing)
     Remove("out/.mox-outputs");
     std::filesystem::create_directory(Folder.Path() / "out/.mox-outputs");
     EXPECT_EQ(Update({{"a.xml", {"a.cg"}}}, true),
-              "warning export: out/.mox-outputs: cannot be written: something else than a regular "
-              "file has this name\n");
+              "warning export: out/.mox-outputs: cannot be written: it exists but is not a regular "
+              "file\n");
 }
 
 } // namespace

@@ -88,8 +88,8 @@ TEST(ProgramCompiler, TextAndParametersMustMeet)
     CgProgram program = ReadProgram("painted");
     std::erase_if(program.Plan.Parameters,
                   [](const auto& p) { return p.Name == "world" || p.Name == "rampTexture"; });
-    const std::string internal = "error compile: test.xml: internal error of the writers: ";
-    EXPECT_EQ(ErrorsOf(program), internal + "\"world\" is no parameter\n");
+    const std::string internal = "error compile: test.xml: internal error of the code generator: ";
+    EXPECT_EQ(ErrorsOf(program), internal + "\"world\" is not a parameter\n");
     EXPECT_EQ(ErrorsOf(MakeFragmentProgram("void main( in float4 interpolant3 : TEXCOORD3, "
                                            "out half4 colour : COLOR0 )\n"
                                            "{\n\tcolour = interpolant3;\n}\n")),

@@ -60,15 +60,15 @@ TEST_F(FileDecoderTest, SurvivesItsProgram)
 {
     const std::string program = DefaultDecodeProgram();
     const std::pair<std::string, std::string> cases[] = {
-        {"exec sleep 600", "it is not decoded within 1 seconds, the most that a file may take"},
+        {"exec sleep 600", "decoding takes longer than the limit of 1 seconds"},
         {"exec >&-; exec sleep 600", "the decoder failed: Killed"},
         {"kill -SEGV $$", "the decoder failed: Segmentation fault"},
         {"kill -KILL $$", "the decoder failed: Killed"},
-        {"exit 3", "the decoder failed: its answer ends too early"},
-        {"printf moxdec01", "the decoder failed: its answer ends too early"},
-        {"'" + program + "' \"$@\" | head -c 50", "the decoder failed: its answer ends too early"},
-        {"'" + program + "' \"$@\"; echo", "the decoder failed: its answer is too long"},
-        {"yes", "the decoder's answer is not valid"},
+        {"exit 3", "the decoder failed: its output is incomplete"},
+        {"printf moxdec01", "the decoder failed: its output is incomplete"},
+        {"'" + program + "' \"$@\" | head -c 50", "the decoder failed: its output is incomplete"},
+        {"'" + program + "' \"$@\"; echo", "the decoder failed: its output is too long"},
+        {"yes", "the output of the decoder is invalid"},
         {"'" + program + "' obj 1 1 1", "it is larger than the limit of 0 MB"},
     };
     _settings.Limits.Seconds = 1;
@@ -79,8 +79,7 @@ TEST_F(FileDecoderTest, SurvivesItsProgram)
     for (const char* name : {"gone", "white.png"}) {
         _settings.Program = _folder.Path() / name;
         EXPECT_EQ(FailureOfTexture(_white),
-                  Compose("the program \"", _settings.Program.string(),
-                          "\", which decodes files, cannot run: ",
+                  Compose("cannot run the decoder \"", _settings.Program.string(), "\": ",
                           name == std::string("gone") ? "No such file or directory"
                                                       : "Permission denied"));
     }

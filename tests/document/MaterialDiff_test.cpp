@@ -80,17 +80,17 @@ TEST(MaterialDiff, WhatDocumentsHoldBesideNodes)
     after.Annotations.push_back({AnnotationKind::Note, "m", "Why", {0, 0}, 10, 20, ""});
     after.Annotations.push_back({AnnotationKind::Frame, "f", "Stone", {0, 0}, 10, 21, ""});
     EXPECT_EQ(Differences(before, after),
-              "description: \"desc\" is gone, it was \"Old\"\n"
+              "description: \"desc\" was removed; it was \"Old\"\n"
               "description: \"name\" changed from \"Rock\" to \"Stone\"\n"
-              "render state: \"alphaTest\" is new, it is \"Yes\"\n"
+              "render state: \"alphaTest\" was added with the value \"Yes\"\n"
               "edge from \"a\" port \"o\" to \"b\" port \"i\": \"points\" changed from \"1,2\" to "
               "\"1,3 4,5\"\n"
               "binding \"rock\" (texture): \"default\" changed from \"a.png\" to \"b.png\"\n"
-              "annotation \"f\": \"colour\" is gone, it was \"#ffffff\"\n"
+              "annotation \"f\": \"colour\" was removed; it was \"#ffffff\"\n"
               "annotation \"f\": \"height\" changed from \"20\" to \"21\"\n"
               "annotation \"f\": \"text\" changed from \"Wood\" to \"Stone\"\n"
-              "annotation \"n\" (note) is gone\n"
-              "annotation \"m\" (note) is new\n");
+              "annotation \"n\" (note) was removed\n"
+              "annotation \"m\" (note) was added\n");
 }
 
 } // namespace

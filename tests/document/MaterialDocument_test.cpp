@@ -237,13 +237,13 @@ TEST(MaterialDocument, WhatNoDocumentCanHoldIsRefused)
         document.File = "x.xml";
         document.Nodes.push_back(
             {"a", "t", 0, {{"p", GuiPropertyKind::String, text, 0, {}}}, 0, {}, {}});
-        EXPECT_EQ(failure(document),
-                  "x.xml: node \"a\": cannot be written: attribute \"value\" has "
-                  "a character that XML cannot hold");
+        EXPECT_EQ(failure(document), "x.xml: node \"a\": cannot be written: attribute \"value\" "
+                                     "contains a character that is not allowed in XML");
         document.Nodes.clear();
         document.Comments.Document.Before = {text};
-        EXPECT_EQ(failure(document),
-                  "x.xml: cannot be written: a comment has a character that XML cannot hold");
+        EXPECT_EQ(
+            failure(document),
+            "x.xml: cannot be written: a comment contains a character that is not allowed in XML");
     }
     MaterialDocument document;
     document.RenderState = {{"gloss", "1"}};

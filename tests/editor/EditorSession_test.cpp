@@ -236,11 +236,12 @@ TEST(EditorSession, LeavesTheLockFileOfAnotherUser)
             return error.Message;
         }
     };
-    EXPECT_EQ(refusal(), "cannot be edited, as the file .m.xml.mox-lock beside it belongs to the "
-                         "user 65533: if nobody edits the document, have it removed");
+    EXPECT_EQ(refusal(),
+              "cannot be edited, because the file .m.xml.mox-lock in its folder belongs to the "
+              "user 65533; if nobody is editing the document, ask this user to remove the file");
     const int held = open(lock.c_str(), O_RDONLY);
     ASSERT_EQ(flock(held, LOCK_EX), 0);
-    EXPECT_EQ(refusal(), "is being edited by process 123 of the user 65533 already");
+    EXPECT_EQ(refusal(), "is already being edited by process 123 of the user 65533");
     close(held);
     EXPECT_EQ(folder.Read(".m.xml.mox-lock"), "123");
 }

@@ -143,7 +143,7 @@ TEST(PluginExhaustion, CreateThroughTheHost)
             return std::make_unique<Host::Plugin>(MOX_CORE_PLUGIN);
         } catch (const Host::HostError& error) {
             // How the plug-in reports that it has no memory for a factory.
-            EXPECT_EQ(error.Message, "gave no factory");
+            EXPECT_EQ(error.Message, "returned no factory");
             throw std::bad_alloc();
         }
     };

@@ -105,7 +105,7 @@ TEST(GraphResolver, LongChainInAnyOrder)
     EXPECT_TRUE(chain.Problems.Problems().empty());
     EXPECT_NE(HostFailureOf([&] {
                   chain.Graph.Apply({{Edge(Compose(count - 1, ".out -> 0.in_1"))}});
-              }).find(Compose("edges run in a circle: \"", count - 1, "\" -> \"0\" -> \"1\"")),
+              }).find(Compose("edges form a cycle: \"", count - 1, "\" -> \"0\" -> \"1\"")),
               std::string::npos);
     chain.Graph.Apply({{Set("0; Width:integer=4")}});
     const auto called = chain.Resolver.Resolve(chain.Problems);

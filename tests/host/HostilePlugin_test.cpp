@@ -113,7 +113,7 @@ TEST(HostilePlugin, EveryFailureOfEveryOperationIsReported)
     } thrown[] = {
         {"ShaderError", "a ShaderError"},
         {"string", "a string"},
-        {"edge", "an edge was destroyed while the node still lists it"},
+        {"edge", "an edge was destroyed while the node still refers to it"},
         {"memory", "no memory"},
         {"exception", "an exception of its own"},
         {"silent", "failed without a message"},
@@ -162,8 +162,8 @@ TEST(HostilePlugin, WhatIsNullIsReportedAndReplaced)
         const std::string messages = Pipeline(Compose("Create-", fault)).Messages();
         EXPECT_NE(messages.find("the node "), std::string::npos) << messages;
     }
-    EXPECT_NE(Pipeline("Create-nothing").Messages().find("gave no node"), std::string::npos);
-    EXPECT_NE(Pipeline("CreateBindings-nothing").Messages().find("a binding that is null"),
+    EXPECT_NE(Pipeline("Create-nothing").Messages().find("returned no node"), std::string::npos);
+    EXPECT_NE(Pipeline("CreateBindings-nothing").Messages().find("a null binding"),
               std::string::npos);
 }
 
@@ -182,10 +182,10 @@ TEST(HostilePlugin, FaultyRowsOfCataloguesAreRefused)
         {"null row", "type \"Faulty\": row 4 of the icon is null"},
         {"no colour", "type \"Faulty\": row 2 of the icon has no colour"},
         {"short row", "type \"Faulty\": row 3 of the icon is too short"},
-        {"wrong header", "type \"Faulty\": the header of the icon is not width, height, number of "
-                         "colours and length of keys, but \"1 -1 1 1\""},
-        {"huge header", "type \"Faulty\": the header of the icon is not width, height, number of "
-                        "colours and length of keys, but \"99999 99999 1 1\""},
+        {"wrong header", "type \"Faulty\": invalid icon header, expected the width, height, number "
+                         "of colours and key length: \"1 -1 1 1\""},
+        {"huge header", "type \"Faulty\": invalid icon header, expected the width, height, number "
+                        "of colours and key length: \"99999 99999 1 1\""},
         {"none", "no failure"},
     };
     for (const auto& [fault, message] : cases) {

@@ -44,7 +44,7 @@ TEST(Plugin, GivesNoEmptyNode)
 {
     const auto file = MOX_ODD_PLUGIN_FOLDER / std::filesystem::path("odd_no_node.so");
     EXPECT_EQ(HostFailureOf([&] { Host::Plugin(file).CreateNode("Odd"); }),
-              "the plug-in gave no node of the type \"Odd\"");
+              "the plug-in returned no node of the type \"Odd\"");
 }
 
 /// A library is unloaded after its last node, and errors outlive it.
@@ -110,11 +110,11 @@ TEST(Plugin, WhatIsNoPluginIsRefused)
         {"nowhere.so", "cannot be loaded: "},
         {__FILE__, "cannot be loaded: "},
         {MOX_PLUGIN_FOLDER, "cannot be loaded: "},
-        {MOX_MATERIALS_LIBRARY, "is no plug-in: it does not export GetMaterialLibVersion"},
-        {"odd_version.so", "has interface version 4, but version 5 is needed"},
+        {MOX_MATERIALS_LIBRARY, "is not a plug-in: it does not export GetMaterialLibVersion"},
+        {"odd_version.so", "has interface version 4, expected version 5"},
         {"odd_version_throws.so", "GetMaterialLibVersion: failed without a message"},
-        {"odd_no_factory_export.so", "is no plug-in: it does not export CreateNodeFactory"},
-        {"odd_null.so", "gave no factory"},
+        {"odd_no_factory_export.so", "is not a plug-in: it does not export CreateNodeFactory"},
+        {"odd_null.so", "returned no factory"},
         {"odd_shader_error.so", "no licence"},
         {"odd_string.so", "a plain string"},
         {"odd_own_failure.so", "CreateNodeFactory: an exception of the module's own"},

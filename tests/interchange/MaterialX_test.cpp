@@ -190,7 +190,7 @@ constexpr ReadCase readCases[] = {
      "nodename='a'/></gltf_pbr>\n"
      "<add name='a' type='color3'><input name='in1' type='color3' nodename='b'/></add>\n"
      "<add name='b' type='color3'>\n<input name='in1' type='color3' nodename='a'/></add>",
-     "4: node \"in1\": the nodes lead in a cycle"},
+     "4: node \"in1\": the nodes form a cycle"},
     {"a node graph that uses itself",
      "<nodedef name='d' node='mine'><output name='out' type='color3'/></nodedef>\n"
      "<nodegraph name='g' nodedef='d'><mine name='m' type='color3'/><output name='out' "
@@ -198,13 +198,13 @@ constexpr ReadCase readCases[] = {
      "<mine name='x' type='color3'/>\n"
      "<gltf_pbr name='s' type='surfaceshader'><input name='base_color' type='color3' "
      "nodename='x'/></gltf_pbr>",
-     "2: node graphs are used within each other too often"},
+     "2: node graphs are nested too deeply or used too often"},
     {"interfaces in a cycle",
      "<nodegraph name='g'><input name='i' type='color3' nodegraph='g' output='o'/>"
      "<output name='o' type='color3' interfacename='i'/></nodegraph>\n"
      "<gltf_pbr name='s' type='surfaceshader'><input name='base_color' type='color3' "
      "nodegraph='g'/></gltf_pbr>",
-     "1: inputs and outputs of node graphs lead in a cycle"},
+     "1: the inputs and outputs of node graphs form a cycle"},
     {"a value that is none",
      "<gltf_pbr name='s' type='surfaceshader'>\n<input name='base_color' type='color3' value='1, "
      "x'/></gltf_pbr>",
@@ -222,21 +222,21 @@ constexpr ReadCase readCases[] = {
      "<disney_principled name='s' type='surfaceshader'/>\n<surfacematerial name='m' "
      "type='material'>"
      "<input name='surfaceshader' type='surfaceshader' nodename='s'/></surfacematerial>",
-     "1: node \"s\": the shader \"disney_principled\" is not one that is read"},
+     "1: node \"s\": the shader \"disney_principled\" is not supported"},
     {"a colour space that is not known",
      "<gltf_pbr name='s' type='surfaceshader'>\n<input name='base_color' type='color3' value='1, "
      "1, 1' "
      "colorspace='film'/></gltf_pbr>",
-     "2: node \"base_color\": the colour space \"film\" is not known; its colours are taken as "
+     "2: node \"base_color\": the colour space \"film\" is unknown; its colours are treated as "
      "linear"},
     {"an include in a text",
      "<xi:include xmlns:xi='http://www.w3.org/2001/XInclude' href='a.mtlx'/>",
-     "1: the file \"a.mtlx\" is not read, as the document is not read from a file"},
+     "1: the file \"a.mtlx\" is ignored, because only documents in files can include others"},
     {"a matrix",
      "<gltf_pbr name='s' type='surfaceshader'><input name='base_color' type='color3' "
      "nodename='x'/></gltf_pbr>\n"
      "<add name='x' type='matrix33'/>",
-     "2: node \"x\": add: no port carries a matrix"},
+     "2: node \"x\": add: ports cannot have matrix types"},
 };
 
 TEST(MaterialX, ThatIsBrokenIsReportedWithItsPlace)
@@ -351,10 +351,13 @@ TEST(MaterialX, IncludesWhatLiesBesideIt)
     EXPECT_EQ(first.Includes, std::vector({smooth, rough}));
     ASSERT_EQ(problems.Problems().size(), 2u);
     EXPECT_EQ(problems.Problems()[0].Format(),
-              Compose(file.string(),
-                      ":2: the file \"../x.mtlx\" is not read, as it is not beside this one"));
-    EXPECT_EQ(problems.Problems()[1].Format(),
-              Compose(file.string(), ":5: node \"Glaze\": only the material \"Rust\" is read"));
+              Compose(file.string(), ":2: the file \"../x.mtlx\" is ignored, because it is missing "
+                                     "or outside the folder of this file"));
+    EXPECT_EQ(
+        problems.Problems()[1].Format(),
+        Compose(
+            file.string(),
+            ":5: node \"Glaze\": this material is ignored; only the material \"Rust\" is read"));
     ProblemList none;
     const MaterialDocument other = ReadMaterial(file, none, "Glaze");
     EXPECT_EQ(none.Problems().size(), 1u);
@@ -370,7 +373,7 @@ TEST(MaterialX, IncludesWhatLiesBesideIt)
     for (const auto& [name, message] :
          {std::pair(itself, "again.mtlx:1: the file includes itself"),
           std::pair(write("user.mtlx", include("broken.mtlx")), "broken.mtlx:1"),
-          std::pair(folder.Path() / chain, "files include one another more than 16 deep"),
+          std::pair(folder.Path() / chain, "files include one another more than 16 levels deep"),
           std::pair(write("none.mtlx", material("A")), "there is no material \"Glaze\"")}) {
         ProblemList found;
         ReadMaterial(name, found, name.filename() == "none.mtlx" ? "Glaze" : "");

@@ -79,14 +79,14 @@ TEST(ChangeJson, RefusesWhatWouldTakeTooMuch)
         members += Compose(i == 0 ? "{" : ",", "\"", i, "\":0");
     const JsonLimits limits = {.Bytes = 1'000'000, .Depth = 16, .Values = 1000, .Members = 64};
     const std::pair<std::string, std::string> cases[] = {
-        {repeat("[", 100'000), "x: more than 16 arrays and objects inside each other"},
-        {repeat("{\"a\":", 100'000), "x: more than 16 arrays and objects inside each other"},
+        {repeat("[", 100'000), "x: arrays and objects are nested more than 16 levels deep"},
+        {repeat("{\"a\":", 100'000), "x: arrays and objects are nested more than 16 levels deep"},
         {"[" + repeat("0,", 1001), "x: more than 1000 values"},
         {members + "}", "x: an object has more than 64 members"},
         {std::string(1'000'001, ' '), "x: more than 1000000 bytes"},
-        {"[\n \"\xff\"]", "x:2:3: this is not JSON: syntax error while parsing value - invalid "
+        {"[\n \"\xff\"]", "x:2:3: invalid JSON: syntax error while parsing value - invalid "
                           "string: ill-formed UTF-8 byte; last read: '\"\xff'"},
-        {std::string("[1]\0[", 5), "x:1:4: this is not JSON: it has a null byte"},
+        {std::string("[1]\0[", 5), "x:1:4: invalid JSON: it contains a null byte"},
     };
     for (const auto& example : cases)
         EXPECT_EQ(HostFailureOf([&] { ParseJson(example.first, "x", limits); }), example.second);

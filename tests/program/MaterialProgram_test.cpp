@@ -180,7 +180,7 @@ TEST(MaterialProgram, OfAChangedGraphNeedsItResolved)
         BuildMaterialProgram(graph, TestEnvironment(), {}, problems);
         return FormatProblems(problems);
     };
-    const std::string changed = "the graph was changed here and has not been resolved since";
+    const std::string changed = "this node was changed after the graph was last resolved";
     EXPECT_NE(build(false).find(changed), std::string::npos);
     EXPECT_EQ(build(true), "");
     const DocumentChange inverse = graph.Apply({{Set("tint; Constant Type:enum=Scalar")}});

@@ -210,7 +210,7 @@ TEST(EditorServer, AnswersAllJobsOfAPageThatSendsTooMany)
     RunningServer server(settings);
     PageClient page(server.Port(), server.Token());
     page.Send({{"id", 0}, {"do", "picture"}, {"node", "faulty"}});
-    EXPECT_EQ(page.Receive()["error"]["message"], "something failed: a fault");
+    EXPECT_EQ(page.Receive()["error"]["message"], "internal error: a fault");
     for (int id = 1; id <= 6; ++id)
         page.Send({{"id", id}, {"do", "picture"}, {"node", "slow"}});
     page.Send({{"id", 7}, {"do", "state"}});
@@ -335,8 +335,7 @@ TEST(EditorServer, LosesNothingThatItAcknowledgedWhenItIsKilled)
         const EditorSession second(file, TestEditorServices());
         ADD_FAILURE() << "two processes edit one document";
     } catch (const HostError& error) {
-        EXPECT_EQ(error.Message,
-                  "is being edited by process " + std::to_string(child) + " already");
+        EXPECT_EQ(error.Message, "is already being edited by process " + std::to_string(child));
     }
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);

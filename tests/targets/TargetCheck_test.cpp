@@ -45,7 +45,7 @@ TEST(TargetCheck, SaysWhichNodeNeedsWhatAndWhereItIsMissing)
               "wgsl\n"
               "error target: m.xml: node \"place\": the register DEPTH has no counterpart in hlsl, "
               "wgsl\n"
-              "error target: m.xml: the register TEXCOORD1 is read as float4, but written as "
+              "error target: m.xml: the register TEXCOORD1 is read as float4, but it is written as "
               "float2, which only Cg allows\n"
               "error target: m.xml: the register TEXCOORD2 is read as float4, but nothing writes "
               "it, which only Cg allows\n"

@@ -63,7 +63,7 @@ std::string ReadReplacedSource(const std::string& file)
         Host::RefuseMaterialX(file, text);
     else if (Host::IsMaterialX({}, text))
         throw Host::HostError(SourceName(file), "is a MaterialX document; \"mox convert - -o "
-                                                "FILE\" makes a material of it");
+                                                "FILE\" converts it to a material");
     return text;
 }
 
