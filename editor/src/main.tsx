@@ -47,4 +47,4 @@ function show(socket: WebSocket): void {
 if (firstSocket) show(firstSocket);
 else
     document.getElementById('root')!.textContent =
-        'Open the address that “mox edit” printed; this address does not contain the key to your document.';
+        'Open the address that “mox edit” printed. This address does not contain the token that gives access to your document.';

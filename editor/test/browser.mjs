@@ -674,7 +674,7 @@ test('a server that dies loses nothing that it confirmed', async () => {
         window.moxEditor.deleteSelected(false);
     });
     server.kill('SIGKILL');
-    await page.getByRole('alert').getByText('The connection to mox is lost').waitFor();
+    await page.getByRole('alert').getByText('The connection to mox was lost').waitFor();
     const download = page.waitForEvent('download');
     await page.getByRole('button', { name: 'Download unconfirmed changes (1 step for' }).click();
     const unconfirmed = `${folder}/unconfirmed.json`;

@@ -31,12 +31,12 @@ test('edges are refused with their reason', () => {
     const cases: [string, RegExp | ''][] = [
         ['grey.read maths.b', ''],
         ['grey.read end.colour', ''], // a scalar widens
-        ['uv.read end.colour', /2 components do not fit an input of 3/],
+        ['uv.read end.colour', /output with 2 components cannot be connected to an input with 3/],
         ['uv.read maths.b', ''], // its inputs take any number
         ['maths.value maths.a', /itself/],
         ['maths.value texture.in', /cycle: texture → maths → texture/],
-        ['gone.read end.colour', /gone/],
-        ['uv.other end.colour', /connects an output with an input/],
+        ['gone.read end.colour', /no longer exists/],
+        ['uv.other end.colour', /must connect an output to an input/],
     ];
     for (const [text, reason] of cases) {
         const [tail, tailPort, head, headPort] = text.split(/[. ]/) as [string, string, string, string];

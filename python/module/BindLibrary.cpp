@@ -78,47 +78,50 @@ void BindTypeParts(py::module_& module)
 {
     using Host::CataloguePort;
     py::class_<CataloguePort> port(module, "TypePort", py::is_final(),
-                                   "A port that a new node of a type has.");
+                                   "A port that new nodes of a type have.");
     port.def_property_readonly(
-            "name", [](const CataloguePort& p) { return ToPython(p.Name); }, "Cg name of the port.")
+            "name", [](const CataloguePort& p) { return ToPython(p.Name); },
+            "The Cg name of the port.")
         .def_property_readonly(
             "label", [](const CataloguePort& p) { return ToPython(p.Label); },
-            "Text that editors show.")
+            "The label that editors show.")
         .def_readonly("components", &CataloguePort::Components,
-                      "Number of components if the type fixes it, or None.")
+                      "The number of components if the type fixes it, otherwise None.")
         .def_property_readonly(
             "precision", [](const CataloguePort& p) { return TextOrNone(p.Precision); },
-            "\"float\", \"half\" and so on if the type fixes it, or None.");
+            "The precision, such as \"float\" or \"half\", if the type fixes it, otherwise None.");
     MakeRecord(port, {"name", "label", "components", "precision"});
 
     py::class_<TypeProperty> property(module, "TypeProperty", py::is_final(),
-                                      "A property that nodes of a type have.");
+                                      "A property of the nodes of a type.");
     property
         .def_property_readonly(
             "name", [](const TypeProperty& p) { return ToPython(p.Property->Name); },
-            "Name of the property.")
+            "The name of the property.")
         .def_property_readonly(
             "kind", [](const TypeProperty& p) { return Host::FormatKind(p.Property->Kind); },
-            "\"bool\", \"integer\", \"float\", \"string\", \"colour\", \"enum\" or \"node\".")
+            "The kind of the property: \"bool\", \"integer\", \"float\", \"string\", \"colour\", "
+            "\"enum\" or \"node\".")
         .def_property_readonly(
             "default", [](const TypeProperty& p) { return ToPython(ReadValue(*p.Property)); },
-            "Value of a new node: a bool, a number, a string, three numbers of a colour, or None.")
+            "The value in a new node: a bool, a number, a string, three numbers for a colour, or "
+            "None.")
         .def_property_readonly(
             "help", [](const TypeProperty& p) { return ToPython(p.Property->Help); },
-            "What the property does.")
+            "A description of the property for users.")
         .def_property_readonly(
             "choices",
             [](const TypeProperty& p) { return py::tuple(py::cast(p.Property->Choices)); },
-            "The values of an enum, or the types that a node property accepts.")
+            "The allowed values of an enum, or the node types that a reference accepts.")
         .def_property_readonly(
             "range", [](const TypeProperty& p) { return p.Range; },
-            "Lowest and highest sensible value, or None.")
+            "The lowest and the highest sensible value, or None.")
         .def_property_readonly(
             "visible", [](const TypeProperty& p) { return p.Property->Visible; },
-            "Whether editors show it.")
+            "Whether editors show the property.")
         .def_property_readonly(
             "editable", [](const TypeProperty& p) { return p.Property->Editable; },
-            "Whether people may change it.");
+            "Whether users may change the property.");
     MakeRecord(property,
                {"name", "kind", "default", "help", "choices", "range", "visible", "editable"});
 }
@@ -127,44 +130,44 @@ void BindTypes(py::module_& module)
 {
     BindTypeParts(module);
     py::class_<TypeView> type(module, "NodeType", py::is_final(),
-                              "A type of nodes that a plug-in offers.");
+                              "A node type that a plug-in provides.");
     const auto text = [&type](const char* name, auto member, const char* help) {
         type.def_property_readonly(
             name, [member](const TypeView& t) { return ToPython(member(*t.Entry)); }, help);
     };
     text(
         "name", [](const auto& e) -> const std::string& { return e.Type.TypeName; },
-        "Name of the type, as documents have it.");
+        "The name of the type in documents.");
     text(
         "label", [](const auto& e) -> const std::string& { return e.Type.Label; },
-        "Text that editors show.");
+        "The label that editors show.");
     text(
         "library", [](const auto& e) -> const std::string& { return e.Type.Library; },
-        "Name of the library that supplies the type.");
+        "The name of the library that supplies the type.");
     type.def_property_readonly(
-            "plugin", [](const TypeView& t) { return t.Entry->Plugin; }, "File of the plug-in.")
+            "plugin", [](const TypeView& t) { return t.Entry->Plugin; }, "The file of the plug-in.")
         .def_property_readonly(
             "listed", [](const TypeView& t) { return t.Entry->Type.Listed; },
             "Whether editors offer the type.")
         .def_property_readonly(
             "version", [](const TypeView& t) { return t.Entry->Version; },
-            "Version of its properties.")
+            "The version of the properties.")
         .def_property_readonly(
             "help",
             [](const TypeView& t) {
                 const auto file = t.File();
                 return ToPython(file ? file->Help : std::string());
             },
-            "What nodes of the type do; empty if nothing describes it.")
+            "A description of the type for users. Empty if there is none.")
         .def_property_readonly(
             "inputs", [](const TypeView& t) { return py::tuple(py::cast(t.Entry->Inputs)); },
-            "Input ports of a new node, as TypePort.")
+            "The input ports of a new node, as TypePort objects.")
         .def_property_readonly(
             "outputs", [](const TypeView& t) { return py::tuple(py::cast(t.Entry->Outputs)); },
-            "Output ports of a new node, as TypePort.")
+            "The output ports of a new node, as TypePort objects.")
         .def_property_readonly(
             "properties", [](const TypeView& t) { return py::tuple(py::cast(PropertiesOf(t))); },
-            "Its properties in order, as TypeProperty.")
+            "The properties in order, as TypeProperty objects.")
         .def_property_readonly(
             "icon",
             [](const TypeView& t) -> std::optional<Image> {
@@ -172,13 +175,14 @@ void BindTypes(py::module_& module)
                     return std::nullopt;
                 return Image{Host::DecodeXpm(t.Entry->Type.Icon)};
             },
-            "The icon, or None.")
+            "The icon, or None if the type has none.")
         .def("__repr__", [](const TypeView& t) {
             return py::str("<mox.NodeType {!r}>").format(ToPython(t.Entry->Type.TypeName));
         });
 
-    py::class_<TypeMap>(module, "Types", py::is_final(),
-                        "The node types of a library by name, in catalogue order.")
+    py::class_<TypeMap>(
+        module, "Types", py::is_final(),
+        "A mapping from names to the node types of a library, in the order of the catalogue.")
         .def(
             "__getitem__",
             [](const TypeMap& map, const std::string& name) {
@@ -197,8 +201,8 @@ void BindTypes(py::module_& module)
             "name"_a)
         .def("__len__", [](const TypeMap& map) { return map.Owner->Catalogue().size(); })
         .def("__iter__", [](const TypeMap& map) { return py::iter(NamesOf(map)); })
-        .def("keys", &NamesOf, "The names.")
-        .def("values", &TypesOf, "The types.")
+        .def("keys", &NamesOf, "The names of the types.")
+        .def("values", &TypesOf, "The types, as NodeType objects.")
         .def(
             "items",
             [](const TypeMap& map) {
@@ -207,7 +211,7 @@ void BindTypes(py::module_& module)
                     pairs.append(py::make_tuple(type.attr("name"), type));
                 return py::tuple(pairs);
             },
-            "Pairs of name and type.")
+            "The types as pairs of name and NodeType.")
         .def("__repr__", [](const TypeMap& map) {
             return py::str("<mox.Types: {} types>").format(map.Owner->Catalogue().size());
         });
@@ -226,11 +230,11 @@ void BindLibraryClass(py::module_& module)
 {
     py::class_<Library, LibraryHandle> type(
         module, "Library", py::is_final(),
-        "The plug-ins with their node types, and the environment.\n\n"
-        "plugins and nodes are folders that are searched for plug-ins and node files before the "
-        "usual ones, which are those of MOX_PLUGIN_PATH and MOX_NODE_PATH and those that belong "
-        "to the program mox. environment is a folder that replaces the environment of the "
-        "program. Raises Error if one of them cannot be used. Any thread may use the object.");
+        "A set of plug-ins with their node types, and an environment.\n\nThe folders in plugins "
+        "and nodes are searched for plug-ins and node files before the default folders, which are "
+        "those in MOX_PLUGIN_PATH and MOX_NODE_PATH and those installed with mox. The folder "
+        "environment replaces the environment that is installed with mox. Raises Error if one of "
+        "the folders cannot be used. Several threads may use one Library at the same time.");
     DefineNew(
         type,
         [](const py::handle&, const Paths& plugins, const Paths& nodes,
@@ -241,16 +245,17 @@ void BindLibraryClass(py::module_& module)
         "environment"_a = py::none());
     type.def_property_readonly(
             "types", [](const Library& library) { return TypeMap{library.shared_from_this()}; },
-            "The node types by name.")
+            "A mapping from names to node types.")
         .def(
             "catalogue",
             [](const Library& library) {
                 return ToPython(Host::CatalogueToJson(library.Catalogue(), library.NodeFiles()));
             },
-            "The types as mox catalogue --json prints them: a list of dictionaries.")
+            "Returns the node types as a list of dictionaries, in the form that mox catalogue "
+            "--json prints.")
         .def("new_node", &NewNode, "type"_a, "id"_a = py::none(), WithoutLock(),
-             "A node of a type with all its defaults as it is written in a document, as mox new "
-             "prints it.\n\nRaises Error if there is no such type.")
+             "Returns the XML element of a new node with its default properties, as mox new prints "
+             "it.\n\nRaises Error if the type does not exist.")
         .def(
             "find",
             [](const Library&, const Paths& files) {
@@ -260,19 +265,20 @@ void BindLibraryClass(py::module_& module)
                 return found;
             },
             "files"_a, WithoutLock(),
-            "The materials of files and folders. A folder stands for every material in it and "
-            "below, in .xml and .mtlx files.\n\nRaises Error if a folder cannot be read or has no "
-            "material.")
+             "Returns the material files that files lists. A folder in it stands for all materials "
+             "in the folder and its subfolders, in .xml and .mtlx files.\n\nRaises Error if a folder "
+             "cannot be read or contains no material.")
         .def(
             "check",
             [](const Library& library, const Paths& files, std::size_t threads) {
                 return library.Check(files, threads).Problems();
             },
             "files"_a = py::tuple(), py::kw_only(), "threads"_a = 0, WithoutLock(),
-            "All problems of files and folders, as mox check finds them, in order. Also those of "
-            "the node files and the environment for which the library was given folders.\n\n"
-            "threads is the number of threads, 0 for as many as there are processors. Raises "
-            "Error if a folder cannot be read or has no material.")
+            "Returns all problems that mox check reports for the files and folders, in order. The "
+            "list also contains the problems of the node files and of the environment if the "
+            "Library was created with folders for them.\n\nthreads is the number of threads; 0 "
+            "means one per processor. Raises Error if a folder cannot be read or contains no "
+            "material.")
         .def("__repr__", [](const Library& library) {
             return py::str("<mox.Library: {} plug-ins>").format(library.Plugins().Plugins().size());
         });

@@ -50,30 +50,31 @@ std::size_t HashOf(const MaterialHandle& material, const std::string& text)
 void BindPort(py::module_& module)
 {
     py::class_<PortView> port(module, "Port", py::is_final(),
-                              "A port of a node. It is found by its name whenever it is used, and "
-                              "raises StaleError if it is gone.");
+                              "A port of a node. Each use looks up the port by its name and raises "
+                              "StaleError if the port no longer exists.");
     const auto state = [&port](const char* name, auto member, const char* help) {
         port.def_property_readonly(
             name, [member](const PortView& p) { return py::cast(p.State().*member); }, help);
     };
     port.def_property_readonly(
-            "node", [](const PortView& p) { return p.Node; }, "The node.")
+            "node", [](const PortView& p) { return p.Node; }, "The node that the port belongs to.")
         .def_property_readonly(
-            "name", [](const PortView& p) { return ToPython(p.Name); }, "Cg name of the port.")
+            "name", [](const PortView& p) { return ToPython(p.Name); }, "The Cg name of the port.")
         .def_property_readonly(
             "source", [](const PortView& p) { return p.Source(); },
-            "The output that feeds this input, or None.")
+            "The output that is connected to this input, or None.")
         .def_property_readonly(
             "readers", [](const PortView& p) { return p.Readers(); },
-            "The inputs that this output feeds, in no particular order.");
-    state("label", &PortState::Label, "Text that editors show.");
-    state("is_input", &PortState::IsInput, "Whether it is an input.");
+            "The inputs that are connected to this output, in no particular order.");
+    state("label", &PortState::Label, "The label that editors show.");
+    state("is_input", &PortState::IsInput, "Whether the port is an input.");
     state("components", &PortState::Components,
-          "Number of components, or None while nothing determines it.");
+          "The number of components, or None if it is not known.");
     state("precision", &PortState::Precision,
-          "\"float\", \"half\" and so on, or None while nothing determines it.");
-    state("connected", &PortState::IsConnected, "Whether an edge leads to or from it.");
-    state("conflict", &PortState::HasConflict, "Whether component counts do not agree here.");
+          "The precision, such as \"float\" or \"half\", or None if it is not known.");
+    state("connected", &PortState::IsConnected, "Whether the port has an edge.");
+    state("conflict", &PortState::HasConflict,
+          "Whether there is a conflict between component counts at the port.");
     port.def(py::self == py::self)
         .def("__hash__",
              [](const PortView& p) { return HashOf(p.Node.Owner, p.Node.Id + "." + p.Name); })
@@ -81,40 +82,48 @@ void BindPort(py::module_& module)
             return py::str("<mox.Port {!r} of {!r}>").format(ToPython(p.Name), ToPython(p.Node.Id));
         });
 
-    py::class_<EdgeView> edge(module, "Edge", py::is_final(), "An edge as the document has it.");
-    edge.def_readonly("tail", &EdgeView::Tail, "The output that it leaves.")
-        .def_readonly("head", &EdgeView::Head, "The input that it feeds.");
+    py::class_<EdgeView> edge(module, "Edge", py::is_final(), "An edge of a material.");
+    edge.def_readonly("tail", &EdgeView::Tail, "The output at which the edge starts.")
+        .def_readonly("head", &EdgeView::Head, "The input at which the edge ends.");
     MakeRecord(edge, {"tail", "head"});
 }
 
 void BindNode(py::module_& module)
 {
-    py::class_<NodeView>(module, "Node", py::is_final(),
-                         "A node of a material. It is found by its id whenever it is used, and "
-                         "raises StaleError if it is gone. node[\"out_colour\"] is a port.")
+    py::class_<NodeView>(
+        module, "Node", py::is_final(),
+        "A node of a material. Each use looks up the node by its id and raises StaleError if the "
+        "node no longer exists. node[\"out_colour\"] returns the port with this name.")
         .def_property_readonly(
-            "id", [](const NodeView& n) { return ToPython(n.Id); }, "Id in the document.")
+            "id", [](const NodeView& n) { return ToPython(n.Id); },
+            "The id of the node in the document.")
         .def_property_readonly(
-            "material", [](const NodeView& n) { return n.Owner; }, "The material.")
+            "material", [](const NodeView& n) { return n.Owner; },
+            "The material that the node belongs to.")
         .def_property_readonly(
-            "type", [](const NodeView& n) { return ToPython(n.Type()); }, "Name of its type.")
+            "type", [](const NodeView& n) { return ToPython(n.Type()); },
+            "The name of the node type.")
         .def_property_readonly(
             "title", [](const NodeView& n) { return ToPython(n.Title()); },
-            "Title that editors show.")
+            "The title that editors show.")
         .def_property_readonly("line", &NodeView::Line,
-                               "Line in the file, from 1; 0 for a node that was added since.")
-        .def_property_readonly("is_placeholder", &NodeView::IsPlaceholder,
-                               "Whether no plug-in offers its type.")
+                               "The line of the node in the file, counted from 1. It is 0 if the "
+                               "node was added after the file was read.")
+        .def_property_readonly(
+            "is_placeholder", &NodeView::IsPlaceholder,
+            "Whether the node is a placeholder because no plug-in provides its type.")
         .def_property_readonly(
             "values", [](const NodeView& n) { return ToDict(n.Values()); },
-            "Values of its properties by name, as a new dictionary: bool, int, float, str, three "
-            "numbers for a colour, and for a reference the id of a node or None.")
-        .def_property_readonly("position", &NodeView::Position,
-                               "Upper left corner in an editor: x and y in pixels.")
+            "The values of the properties, as a new dictionary with the names as keys. A value is "
+            "a bool, an int, a float or a str. A colour is a tuple of three numbers, and a "
+            "reference is the id of a node or None.")
         .def_property_readonly(
-            "inputs", [](const NodeView& n) { return PortsOf(n, true); }, "Its input ports.")
+            "position", &NodeView::Position,
+            "The position of the upper left corner in an editor: x and y in pixels.")
         .def_property_readonly(
-            "outputs", [](const NodeView& n) { return PortsOf(n, false); }, "Its output ports.")
+            "inputs", [](const NodeView& n) { return PortsOf(n, true); }, "The input ports.")
+        .def_property_readonly(
+            "outputs", [](const NodeView& n) { return PortsOf(n, false); }, "The output ports.")
         .def(
             "__getitem__",
             [](const NodeView& n, const std::string& name) {
@@ -139,9 +148,9 @@ void BindEdit(py::module_& module)
 {
     py::class_<Edit, std::shared_ptr<Edit>>(
         module, "Edit", py::is_final(),
-        "A change that is being put together. When its with block ends it is made as one step to "
-        "undo; if a step does not fit, or if the block raises, nothing changes. Nodes are named "
-        "by their ids or by Node. The material itself does not change before the end.")
+        "A change under construction. The end of the with block applies the change to the material "
+        "as a single undo step. If a step is invalid or the block raises an exception, the "
+        "material does not change. Arguments identify a node by its id or by a Node object.")
         .def("__enter__", [](Edit& edit) { return edit.shared_from_this(); })
         .def("__exit__",
              [](Edit& edit, const py::object& type, const py::object&, const py::object&) {
@@ -159,23 +168,23 @@ void BindEdit(py::module_& module)
             },
             "type"_a, py::kw_only(), "id"_a = py::none(), "values"_a = py::dict(),
             "before"_a = py::none(),
-            "Adds a node.\n\nid is made from the type if it is left out. values has properties "
-            "that differ from their defaults. before is the node that follows in the document. "
-            "Returns the node, whose ports can be connected at once.")
+            "Adds a node.\n\nBy default, the id is derived from the type. values contains the "
+            "properties that differ from their defaults. before is the node that follows the new "
+            "node in the document. Returns the new node, whose ports can be connected immediately.")
         .def(
             "remove", [](Edit& edit, const py::object& node) { edit.Remove(ToId(node)); }, "node"_a,
-            "Removes a node with its edges, and empties references to it.")
+            "Removes a node and its edges, and clears all references to the node.")
         .def(
             "rename",
             [](Edit& edit, const py::object& node, const std::string& id) {
                 return edit.Rename(ToId(node), id);
             },
             "node"_a, "id"_a,
-            "Gives a node another id; edges and references follow. Returns the node under its "
-            "new id.")
+            "Changes the id of a node, and updates its edges and all references to it. Returns the "
+            "node with its new id.")
         .def("connect", &Edit::Connect, "tail"_a, "head"_a, py::kw_only(), "replace"_a = false,
-             "Adds an edge from an output to an input.\n\nreplace removes the edge that feeds the "
-             "input now; without it, a second edge is refused.")
+             "Adds an edge from an output to an input.\n\nIf the input already has an edge, "
+             "replace=True removes that edge first. Otherwise the change is refused.")
         .def("disconnect", &Edit::Disconnect, "tail"_a, "head"_a, "Removes an edge.")
         .def(
             "set",
@@ -183,8 +192,9 @@ void BindEdit(py::module_& module)
                 edit.Set(ToId(node), ToGivenValues(values));
             },
             "node"_a, "values"_a,
-            "Sets properties of a node: numbers, strings, bools, three numbers for a colour, a "
-            "node for a reference, None for no reference.")
+            "Sets properties of a node.\n\nvalues maps names of properties to numbers, strings or "
+            "bools. A colour is a sequence of three numbers. A reference is a node or an id, or "
+            "None for no node.")
         .def(
             "set_description",
             [](Edit& edit, const py::dict& values) { edit.SetDescription(ToTexts(values, " ")); },
@@ -198,10 +208,12 @@ void BindEdit(py::module_& module)
             [](Edit& edit, const std::string& stream, const std::string& name,
                const py::dict& values) { edit.SetBinding(stream, name, ToTexts(values, ",")); },
             "stream"_a, "name"_a, "values"_a,
-            "Replaces the document's values of a binding: attributes such as \"default\" by name.")
+            "Replaces the values that the document contains for a binding.\n\nvalues maps names of "
+            "attributes, such as \"default\", to their values.")
         .def("remove_binding", &Edit::RemoveBinding, "stream"_a, "name"_a,
-             "Removes the document's values of a binding.")
-        .def_property_readonly("change", &Edit::Change, "The steps so far, as a Change.")
+             "Removes the values that the document contains for a binding.")
+        .def_property_readonly("change", &Edit::Change,
+                               "A Change with the steps that have been added so far.")
         .def("__repr__", [](const Edit& edit) {
             return edit.IsOpen() ? "<mox.Edit, open>" : "<mox.Edit, ended>";
         });
@@ -215,17 +227,19 @@ void BindReading(py::class_<Material, MaterialHandle>& type)
                 const std::filesystem::path file = m.File();
                 return file.empty() ? std::nullopt : std::optional(file);
             },
-            "The file, or None if it has none yet.")
+            "The file of the material, or None if the material has no file yet.")
         .def_property_readonly(
-            "library", [](const Material& m) { return m.LibraryHandle(); }, "The library.")
+            "library", [](const Material& m) { return m.LibraryHandle(); },
+            "The Library that the material was created with.")
         .def_property_readonly(
             "problems", [](const Material& m) { return py::tuple(py::cast(m.Problems())); },
-            "What is wrong with the material, as mox check finds it: a tuple of Problem. It is "
-            "found once for each state of the material.")
+            "The problems that mox check reports for the material, as a tuple of Problem objects. "
+            "The material is checked only once after each change.")
         .def("check", &Material::Check,
-             "The same found again, as a list: files beside the material may have changed.")
-        .def_property_readonly("nodes", &NodesOf, "The nodes in the order of the document.")
-        .def_property_readonly("edges", &EdgesOf, "The edges in the order of the document.")
+             "Checks the material again and returns the problems as a list. Use it when files that "
+             "the material refers to, such as textures, may have changed.")
+        .def_property_readonly("nodes", &NodesOf, "The nodes, in the order of the document.")
+        .def_property_readonly("edges", &EdgesOf, "The edges, in the order of the document.")
         .def("__getitem__", &FindNode, "node"_a)
         .def(
             "__contains__",
@@ -247,29 +261,28 @@ void BindReading(py::class_<Material, MaterialHandle>& type)
                 return ToDict(
                     m.Use([](const auto& graph) { return graph.Document().Description; }));
             },
-            "What the material is: attributes by name, as a new dictionary.")
+            "The description of the material, as a new dictionary of attributes.")
         .def_property_readonly(
             "render_state",
             [](const Material& m) {
                 return ToDict(
                     m.Use([](const auto& graph) { return graph.Document().RenderState; }));
             },
-            "Blending, tests and culling: attributes by name, as a new dictionary.")
+            "The render state (blending, tests and culling), as a new dictionary of attributes.")
         .def_property_readonly("bindings", &Material::Bindings,
-                               "Its run-time parameters, as a list of Binding. Raises Error if "
-                               "the material has an error.")
-        .def_property_readonly(
-            "text", &Material::Text,
-            "The document in its canonical form, as mox format writes it. Raises Error if "
-            "something in the file could not be read.")
+                               "The run-time parameters of the material, as a list of Binding "
+                               "objects. Raises Error if the material has an error.")
+        .def_property_readonly("text", &Material::Text,
+                               "The XML document in canonical form, as mox format writes it. "
+                               "Raises Error if a part of the file could not be read.")
         .def(
             "state",
             [](const Material& m) {
                 return ToPython(
                     m.Use([](const auto& graph) { return Host::DescribeState(graph); }));
             },
-            "The whole material in the form that editors use, see docs/json.md: dictionaries and "
-            "lists.");
+            "Returns the complete material as dictionaries and lists, in the form that "
+            "docs/json.md describes for editors.");
 }
 
 void BindChanging(py::class_<Material, MaterialHandle>& type)
@@ -279,19 +292,22 @@ void BindChanging(py::class_<Material, MaterialHandle>& type)
             [](Material& m, const std::string& title) {
                 return std::make_shared<Edit>(m.shared_from_this(), title);
             },
-            "title"_a = "", "Begins a change for a with block. title is what undo_title shows.")
+            "title"_a = "",
+            "Returns an Edit for use in a with block. title is the title of the undo step.")
         .def("apply", &Material::Apply, "change"_a, "title"_a = "",
-             "Makes a change as one step to undo. Returns whether it had an effect.\n\nRaises "
-             "RefusedError or Error, with node and port, if it does not fit; nothing has changed "
-             "then.")
-        .def("undo", &Material::Undo, "Takes the last step back. Returns False if there is none.")
-        .def("redo", &Material::Redo, "Makes a step again. Returns False if there is none.")
+             "Applies a change as a single undo step. Returns whether the material "
+             "changed.\n\nRaises RefusedError or Error, with the node and the port, if the change "
+             "is invalid. The material does not change in that case.")
+        .def("undo", &Material::Undo,
+             "Undoes the last step. Returns False if there is no step to undo.")
+        .def("redo", &Material::Redo,
+             "Redoes the step that was undone last. Returns False if there is no step to redo.")
         .def_property_readonly(
             "undo_title", [](const Material& m) { return ToPython(m.UndoTitle()); },
-            "What undo would take back; empty if there is nothing.")
+            "The title of the step that undo() reverts. Empty if there is no such step.")
         .def_property_readonly(
             "redo_title", [](const Material& m) { return ToPython(m.RedoTitle()); },
-            "What redo would do; empty if there is nothing.")
+            "The title of the step that redo() repeats. Empty if there is no such step.")
         .def_property_readonly("unsaved", &Material::IsUnsaved,
                                "Whether the material differs from its file.")
         .def(
@@ -303,19 +319,19 @@ void BindChanging(py::class_<Material, MaterialHandle>& type)
                 return m.LayOut(ids);
             },
             "nodes"_a = py::tuple(),
-            "Gives nodes positions in columns from left to right, all of them if none are named, "
-            "as one step to undo. Returns whether one has moved.")
+            "Arranges nodes in columns from left to right, as a single undo step. By default, all "
+            "nodes are arranged. Returns whether a node moved.")
         .def(
             "save", [](Material& m, bool force) { m.Save(std::nullopt, force); }, py::kw_only(),
             "force"_a = false,
-            "Writes the document to its file.\n\nRaises Error if it has no file, if the file has "
-            "changed on disk, is read-only or has other hard links, unless force is set; and if "
-            "something in the file could not be read and would be lost.")
+            "Writes the document to its file.\n\nRaises Error if the material has no file, or if a "
+            "part of the file could not be read and would be lost. Unless force is True, it also "
+            "raises Error if the file has changed on disk, is read-only or has other hard links.")
         .def(
             "save_as",
             [](Material& m, const std::filesystem::path& file, bool force) { m.Save(file, force); },
             "file"_a, py::kw_only(), "force"_a = false,
-            "Writes the document to another file, which becomes that of the material. An existing "
+            "Writes the document to a file, which becomes the file of the material. An existing "
             "file is replaced.");
 }
 
@@ -335,28 +351,29 @@ void BindResults(py::class_<Material, MaterialHandle>& type)
                 return program;
             },
             py::kw_only(), "precision"_a = "full", "optimise"_a = false, "plain"_a = false,
-            "The programs in some targets, Cg if none is named; mox.targets lists them.\n\n"
-            "precision is \"full\" or \"relaxed\", optimise optimises SPIR-V, plain leaves "
-            "comments out. Raises Error, whose attribute problems has all that is wrong, if the "
-            "material has an error.")
-        .def(
-            "materialx", &FormatMaterialX,
-            "The material as a MaterialX document, as mox convert writes it: its text, and what is "
-            "not carried over as it is, as a list of Problem.\n\n"
-            "Names of textures stay relative to the folder of the material. Raises Error if the "
-            "material has an error.")
+            "Compiles the material for the given targets. The default target is \"cg\". "
+            "mox.targets lists all targets.\n\nprecision is \"full\" or \"relaxed\". optimise=True "
+            "optimises SPIR-V, and plain=True omits comments. Raises Error if the material has an "
+            "error. The attribute problems of the exception contains all problems of the material.")
+        .def("materialx", &FormatMaterialX,
+             "Converts the material to MaterialX. Returns the document as a string, and a list of "
+             "Problem objects for everything that cannot be converted exactly.\n\nFile names of "
+             "textures stay relative to the folder of the material. Raises Error if the material "
+             "has an error.")
         .def("shader_graph", &FormatShaderGraph,
-             "The finished shader graph as text, as mox export --shader-graph prints it.")
+             "Returns the finished shader graph as a string, in the form that mox export "
+             "--shader-graph prints.")
         .def(
             "graph",
             [](const Material& m, const std::string& format, bool shader, bool thumbnails) {
                 return py::bytes(DrawGraph(m, {format, shader, thumbnails}));
             },
             py::kw_only(), "format"_a = "svg", "shader"_a = false, "thumbnails"_a = false,
-            "A diagram of the graph, as mox graph draws it: the bytes of a file.\n\n"
-            "format is \"svg\", \"png\" or \"dot\". shader draws the finished shader graph with "
-            "its stages, thumbnails shows what each node outputs. Raises Error if Graphviz is "
-            "missing, or for thumbnails a Vulkan device.")
+            "Draws a diagram of the graph, as mox graph does. Returns the content of the image "
+            "file as bytes.\n\nformat is \"svg\", \"png\" or \"dot\". shader=True draws the "
+            "finished shader graph with its stages, and thumbnails=True shows an image of the "
+            "output at each node. Raises Error if Graphviz is missing, or if thumbnails are "
+            "requested and there is no Vulkan device.")
         .def("__repr__", [](const Material& m) {
             const std::filesystem::path file = m.File();
             return py::str("<mox.Material {}>")
@@ -375,18 +392,17 @@ void BindOpening(py::module_& module)
                 return Material::Open(self.shared_from_this(), file);
             },
             "file"_a, WithoutLock(),
-            "Opens a material. What is wrong with it is in its problems.\n\nA MaterialX document "
-            "is "
-            "converted; the material has no file then, and save_as gives it one. Raises Error if "
-            "the file cannot be read at all.")
+            "Opens a material. Its attribute problems lists the problems of the material.\n\nA "
+            "MaterialX document is converted. In that case the material has no file until "
+            "save_as() is called. Raises Error if the file cannot be read at all.")
         .def(
             "parse",
             [](const Library& self, const std::string& text, const std::string& file) {
                 return Material::Parse(self.shared_from_this(), text, file);
             },
             "text"_a, py::kw_only(), "file"_a = "<text>", WithoutLock(),
-            "A material from the text of a document. file is its name in messages; the material "
-            "has no file to save it to.")
+            "Creates a material from the source of an XML document. file is the name that messages "
+            "use for the source. The material has no file until save_as() is called.")
         .def(
             "new",
             [](const Library& self) {
@@ -394,7 +410,7 @@ void BindOpening(py::module_& module)
                                                   std::filesystem::path(), std::string(),
                                                   Host::ProblemList());
             },
-            WithoutLock(), "An empty material without a file.")
+            WithoutLock(), "Creates an empty material without a file.")
         .def(
             "open_many",
             [](const Library& self, const Paths& files, std::size_t threads) {
@@ -405,9 +421,9 @@ void BindOpening(py::module_& module)
                 return materials;
             },
             "files"_a, py::kw_only(), "threads"_a = 0, WithoutLock(),
-            "Opens many materials, in order, on several threads.\n\nthreads is the number of "
-            "threads, 0 for as many as there are processors. Raises the first Error if a file "
-            "cannot be read.");
+            "Opens several materials in parallel and returns them in the order of "
+            "files.\n\nthreads is the number of threads; 0 means one per processor. Raises the "
+            "first Error if a file cannot be read.");
 }
 
 /// The document of a material object or of a file.
@@ -444,8 +460,9 @@ void BindMaterial(py::module_& module)
 {
     py::class_<Material, MaterialHandle> material(
         module, "Material", py::is_final(),
-        "A material that can be read, changed, compiled and saved. material[\"tint\"] is the node "
-        "with this id. Threads may share it: each operation waits for the one that is going on.");
+        "A material that can be read, changed, compiled and saved. material[\"tint\"] returns the "
+        "node with this id. Several threads may use one Material; its operations run one after the "
+        "other.");
     BindNode(module);
     BindPort(module);
     BindEdit(module);
@@ -454,11 +471,11 @@ void BindMaterial(py::module_& module)
     BindResults(material);
     BindOpening(module);
     module.def("diff", &Diff, "before"_a, "after"_a, py::kw_only(), "library"_a = py::none(),
-               "How the meaning of two materials differs, as a list of Difference; empty if it "
-               "does not. str(difference) is the line that mox diff prints.\n\n"
-               "before and after are files or Materials. library knows the defaults of the types; "
-               "without it, that of a Material, else a new Library. Raises Error if a file is not "
-               "a material document.");
+               "Compares the meaning of two materials. Returns a list of Difference objects, which "
+               "is empty if the materials mean the same. str(difference) returns the line that mox "
+               "diff prints.\n\nbefore and after are files or Material objects. library provides "
+               "the defaults of the node types; by default, the library of a Material argument or "
+               "a new Library is used. Raises Error if a file is not a material document.");
 }
 
 } // namespace Mox::Python

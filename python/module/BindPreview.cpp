@@ -34,10 +34,12 @@ Image CopyPicture(const py::handle&, const py::buffer& pixels)
     const py::buffer_info source = pixels.request();
     if (source.format != py::format_descriptor<std::uint8_t>::format() || source.ndim != 3 ||
         source.shape[2] != channelCount)
-        throw py::value_error("a picture is made of bytes in the shape (height, width, 4)");
+        throw py::value_error(
+            "a Picture requires an array of bytes with the shape (height, width, 4)");
     for (const py::ssize_t side : {source.shape[0], source.shape[1]}) {
         if (side < 1 || side > Host::maxPngSide)
-            throw py::value_error("a picture has from 1 to 1000000 rows and columns");
+            throw py::value_error(
+                "the width and the height of a Picture must be from 1 to 1000000");
     }
     Image image;
     image.Content.Height = static_cast<std::uint32_t>(source.shape[0]);
@@ -60,34 +62,35 @@ void BindPicture(py::module_& module)
 {
     py::class_<Image> type(
         module, "Picture", py::is_final(), py::buffer_protocol(),
-        "An image that never changes. Its buffer has the shape (height, width, 4) of "
-        "bytes: rows from top to bottom; red, green and blue in sRGB, and alpha. "
-        "numpy.asarray(picture) reads it without a copy. Picture(array) copies an "
-        "array of this shape; it raises ValueError for another one.");
+        "An immutable image. Its buffer contains bytes in the shape (height, width, 4): the rows "
+        "run from top to bottom, and each pixel has red, green and blue in sRGB, and alpha. "
+        "numpy.asarray(picture) reads the buffer without a copy. Picture(array) copies an array of "
+        "bytes with this shape, and raises ValueError for any other array.");
     DefineNew(type, &CopyPicture, "pixels"_a);
     type.def_buffer(&DescribeBuffer)
         .def_property_readonly(
-            "width", [](const Image& image) { return image.Content.Width; }, "Width in pixels.")
+            "width", [](const Image& image) { return image.Content.Width; }, "The width in pixels.")
         .def_property_readonly(
-            "height", [](const Image& image) { return image.Content.Height; }, "Height in pixels.")
+            "height", [](const Image& image) { return image.Content.Height; },
+            "The height in pixels.")
         .def_property_readonly(
             "problems", [](const Image& image) { return py::tuple(py::cast(image.Problems)); },
-            "What was wrong with the material, as Problem. With an error among it the picture is "
-            "a pattern of magenta and black.")
+            "The problems of the material, as a tuple of Problem objects. If one of them is an "
+            "error, the picture shows a pattern of magenta and black.")
         .def(
             "save",
             [](const Image& image, const std::filesystem::path& file) {
                 Host::WritePng(image.Content, file);
             },
             "file"_a, py::call_guard<py::gil_scoped_release>(),
-            "Writes a PNG file. Raises Error if it cannot be written.")
+            "Writes the picture to a PNG file. Raises Error if the file cannot be written.")
         .def(
             "tobytes",
             [](const Image& image) {
                 const auto& pixels = image.Content.Pixels;
                 return py::bytes(reinterpret_cast<const char*>(pixels.data()), pixels.size());
             },
-            "A copy of the bytes.")
+            "Returns a copy of the pixels as bytes.")
         .def("__repr__", [](const Image& image) {
             return py::str("<mox.Picture, {} by {}>")
                 .format(image.Content.Width, image.Content.Height);
@@ -133,7 +136,8 @@ Host::DecodeLimits MakeLimits(std::uint32_t side, std::uint64_t megabytes, std::
     constexpr std::uint32_t most = 1'000'000;
     if (side < 1 || side > most || megabytes < 1 || megabytes > most || seconds < 1 ||
         seconds > most)
-        throw py::value_error("a limit must be from 1 to 1000000");
+        throw py::value_error(
+            "max_texture, max_decoded and max_decode_time must be from 1 to 1000000");
     return {side, megabytes << 20U, seconds};
 }
 
@@ -144,11 +148,11 @@ void BindPreview(py::module_& module)
     BindPicture(module);
     py::class_<Preview> type(
         module, "Preview", py::is_final(),
-        "Draws pictures of materials with Vulkan, without a window. Keep it for many pictures. Any "
-        "thread may use it; it draws one picture at a time.\n\n"
-        "max_texture is the largest width and height of a texture in texels, max_decoded the most "
-        "memory of a decoded file in megabytes, max_decode_time the most seconds to decode one. "
-        "Raises Error if there is no Vulkan device.");
+        "Renders images of materials with Vulkan, without a window. Creating a Preview is slow, so "
+        "keep one for many images. Several threads may use one Preview; it renders one image at a "
+        "time.\n\nmax_texture is the maximum width and height of a texture in texels. max_decoded "
+        "is the maximum size of a decoded file in megabytes, and max_decode_time is the maximum "
+        "time to decode a file in seconds. Raises Error if there is no Vulkan device.");
     DefineNew(
         type,
         [](const py::handle&, const Library& library, std::uint32_t side, std::uint64_t megabytes,
@@ -159,7 +163,7 @@ void BindPreview(py::module_& module)
         },
         "library"_a, py::kw_only(), "max_texture"_a = 16384, "max_decoded"_a = 512,
         "max_decode_time"_a = 60);
-    type.def_property_readonly("device", &Preview::DeviceName, "Name of the device that draws.")
+    type.def_property_readonly("device", &Preview::DeviceName, "The name of the Vulkan device.")
         .def(
             "render",
             [](const Preview& self, const Material& material, const py::object& mesh,
@@ -179,15 +183,15 @@ void BindPreview(py::module_& module)
             "material"_a, py::kw_only(), "mesh"_a = "sphere", "size"_a = py::make_tuple(512, 512),
             "frame"_a = 0.0f, "frames"_a = 1, "time"_a = py::none(), "light"_a = py::none(),
             "node"_a = py::none(), "values"_a = py::dict(),
-            "Draws a material as it is now, as mox preview does.\n\n"
-            "mesh is \"sphere\", \"plane\", \"cube\" or a mesh file. size is a width and a height "
-            "in pixels, or one number for both. frame is the number of the first frame, and frames "
-            "how many are drawn side by side. time is in seconds at the first frame; without it 30 "
-            "frames make a second. light is a panorama that alone lights a physical surface. node "
-            "is a Node, a Port, \"id\" or \"id.port\" to show instead of the material. values are "
-            "those of bindings and of what the environment reads: numbers or texture files by "
-            "name.\n\n"
-            "Raises Error if a size, mesh or value cannot be used.")
+            "Renders the current state of a material, as mox preview does, and returns a "
+            "Picture.\n\nmesh is \"sphere\", \"plane\", \"cube\" or a mesh file. size is a width "
+            "and a height in pixels, or one number for both. frame is the number of the first "
+            "frame, and frames is the number of frames to render side by side. time is the time of "
+            "the first frame in seconds; by default, it is computed for 30 frames per second. "
+            "light is the file of a panorama that replaces the lights of a physical surface. node "
+            "selects an output to show instead of the material: a Node, a Port, \"id\" or "
+            "\"id.port\". values maps names of bindings and of environment values to numbers or "
+            "texture files.\n\nRaises Error if a size, a mesh or a value cannot be used.")
         .def(
             "render_nodes",
             [](const Preview& self, const Material& material, const py::iterable& nodes,
@@ -204,8 +208,8 @@ void BindPreview(py::module_& module)
             },
             "material"_a, "nodes"_a, py::kw_only(), "mesh"_a = "plane",
             "size"_a = py::make_tuple(96, 96), "frame"_a = 0.0f, "values"_a = py::dict(),
-            "What nodes put out, as a list of pictures in order. Far quicker than one render for "
-            "each.")
+            "Renders the outputs of several nodes. Returns a list of Picture objects in the order "
+            "of nodes. This is much faster than one call of render() for each node.")
         .def("__repr__", [](const Preview& self) {
             return py::str("<mox.Preview on {}>").format(ToPython(self.DeviceName()));
         });

@@ -57,24 +57,23 @@ py::object ReadReflection(const Program& program)
 void BindStages(py::module_& module)
 {
     py::class_<StageView>(module, "Stage", py::is_final(),
-                          "The program of one stage in one target.")
+                          "The program of one stage for one target.")
         .def_property_readonly(
             "text",
             [](const StageView& stage) {
                 if (Tool::IsBinaryTarget(stage.Target))
-                    throw py::type_error("a SPIR-V module is not text; use bytes");
+                    throw py::type_error("a SPIR-V module has no text; use the attribute bytes");
                 return ToPython(*stage.Bytes);
             },
-            "The source. Raises TypeError for SPIR-V.")
+            "The source of the program. Raises TypeError for SPIR-V.")
         .def_property_readonly(
             "bytes", [](const StageView& stage) { return py::bytes(*stage.Bytes); },
-            "The source in UTF-8, or the words of a SPIR-V module in the byte order of the "
-            "machine.")
+            "The source in UTF-8, or a SPIR-V module in the byte order of the machine.")
         .def("__repr__", [](const StageView& stage) {
             return py::str("<mox.Stage in {}, {} bytes>").format(stage.Target, stage.Bytes->size());
         });
     py::class_<TargetView>(module, "TargetProgram", py::is_final(),
-                           "A vertex and a fragment program in a target.")
+                           "A vertex program and a fragment program for one target.")
         .def_property_readonly(
             "vertex", [](const TargetView& target) { return target.Stage("vertex"); },
             "The vertex program.")
@@ -90,12 +89,12 @@ void BindProgram(py::module_& module)
 {
     py::class_<Program, std::shared_ptr<Program>>(
         module, "Program", py::is_final(),
-        "The programs of a material in some targets. A material with an error has none: what is "
-        "looked up then raises the first error.")
+        "The programs of a material for one or more targets. If the material has an error, it has "
+        "no programs, and looking up a program raises the first error.")
         .def_property_readonly(
             "problems",
             [](const Program& program) { return py::tuple(py::cast(program.Problems.Problems())); },
-            "What is wrong with the material, as Problem.")
+            "The problems of the material, as a tuple of Problem objects.")
         .def_property_readonly(
             "failed", [](const Program& program) { return program.Problems.HasErrors(); },
             "Whether the material has an error.")
@@ -108,7 +107,7 @@ void BindProgram(py::module_& module)
                 if (!program)
                     throw py::type_error("expected a Program");
                 if (std::ranges::find(program->Targets, target) == program->Targets.end())
-                    throw py::key_error("not compiled for this target: " + target);
+                    throw py::key_error("the program was not compiled for the target " + target);
                 program->Find(ExtensionOf(target, "vertex"));
                 return TargetView{program, target};
             },
@@ -129,18 +128,18 @@ void BindProgram(py::module_& module)
                     files[ToPython(extension)] = py::bytes(bytes);
                 return files;
             },
-            "The files that mox export writes: bytes by extension, such as \".vertex.cg\".")
-        .def_property_readonly(
-            "reflection", &ReadReflection,
-            "What is where in the programs, as docs/targets.md describes it: a dictionary, "
-            "empty if Cg was the only target.")
+            "The contents of the files that mox export writes, as a dictionary from extensions, "
+            "such as \".vertex.cg\", to bytes.")
+        .def_property_readonly("reflection", &ReadReflection,
+                               "The reflection of the programs as a dictionary, in the form that "
+                               "docs/targets.md describes. It is empty if Cg was the only target.")
         .def_property_readonly(
             "vertex_nodes", [](const Program& program) { return LineNodes(program, 0); },
-            "For each line of the vertex program in Cg the id of the node that it comes from, or "
-            "None.")
+            "The id of the node that each line of the vertex program in Cg comes from, or None for "
+            "a line that comes from no node.")
         .def_property_readonly(
             "fragment_nodes", [](const Program& program) { return LineNodes(program, 1); },
-            "The same for the fragment program.")
+            "The same as vertex_nodes, but for the fragment program.")
         .def("__repr__", [](const Program& program) {
             return py::str("<mox.Program in {}{}>")
                 .format(py::str(", ").attr("join")(program.Targets),
@@ -150,32 +149,36 @@ void BindProgram(py::module_& module)
 
 void BindExport(py::module_& module)
 {
-    py::class_<Host::LeftOutput> left(module, "LeftOutput", py::is_final(),
-                                      "An output of an earlier export whose material is gone.");
+    py::class_<Host::LeftOutput> left(
+        module, "LeftOutput", py::is_final(),
+        "An output of an earlier export whose material no longer exists.");
     left.def_property_readonly(
-            "file", [](const Host::LeftOutput& output) { return output.File; }, "The output.")
+            "file", [](const Host::LeftOutput& output) { return output.File; },
+            "The file of the output.")
         .def_property_readonly(
             "reason", [](const Host::LeftOutput& output) { return ToPython(output.Reason); },
-            "Why no material has it.")
-        .def_readonly("removed", &Host::LeftOutput::IsRemoved, "Whether it was removed.");
+            "The reason why the output belongs to no material.")
+        .def_readonly("removed", &Host::LeftOutput::IsRemoved, "Whether the output was removed.");
     MakeRecord(left, {"file", "reason", "removed"});
 
     py::class_<ExportSummary> summary(module, "ExportSummary", py::is_final(),
-                                      "What an export has done.");
+                                      "The results of an export.");
     summary
-        .def_readonly("exported", &ExportSummary::Exported, "Number of materials without errors.")
-        .def_readonly("failed", &ExportSummary::Failed, "Number of materials with errors.")
+        .def_readonly("exported", &ExportSummary::Exported,
+                      "The number of materials that were exported.")
+        .def_readonly("failed", &ExportSummary::Failed,
+                      "The number of materials with errors, which were not exported.")
         .def_readonly("distinct", &ExportSummary::Distinct,
-                      "Number of programs that differ from one another.")
+                      "The number of different programs among the exported materials.")
         .def_property_readonly(
             "problems", [](const ExportSummary& s) { return py::tuple(py::cast(s.Problems)); },
-            "Problems of all materials in order.")
+            "The problems of all materials, in order.")
         .def_property_readonly(
             "outputs", [](const ExportSummary& s) { return py::tuple(py::cast(s.Outputs)); },
-            "The files, whether they had to be written or not.")
+            "All output files, including those that were already up to date.")
         .def_property_readonly(
             "left", [](const ExportSummary& s) { return py::tuple(py::cast(s.Left)); },
-            "Outputs of earlier exports whose materials are gone.");
+            "The outputs of earlier exports whose materials no longer exist.");
     MakeRecord(summary, {"exported", "failed", "distinct", "problems", "outputs", "left"});
 }
 
@@ -196,9 +199,9 @@ void BindPrograms(py::module_& module)
         },
         "files"_a, "targets"_a = py::make_tuple("cg"), py::kw_only(), "threads"_a = 0,
         "precision"_a = "full", "optimise"_a = false, "plain"_a = false, WithoutLock(),
-        "The programs of the materials of files, in order, made on several threads. A material "
-        "with an error has a Program that has failed.\n\n"
-        "threads is the number of threads, 0 for as many as there are processors.");
+        "Compiles several materials in parallel. Returns a list of Program objects in the order of "
+        "files. If a material has an error, the attribute failed of its Program is "
+        "True.\n\nthreads is the number of threads; 0 means one per processor.");
     library.def(
         "export",
         [](const Library& self, const Paths& files, const std::filesystem::path& output,
@@ -219,9 +222,9 @@ void BindPrograms(py::module_& module)
         "precision"_a = "full", "optimise"_a = false, "plain"_a = false, "by_content"_a = false,
         "shader_graph"_a = false, "prune"_a = false, "depfile"_a = py::none(),
         "depfile_target"_a = "", WithoutLock(),
-        "Exports materials of files and folders to a folder, as mox export does. A material that "
-        "fails stops no other.\n\n"
-        "Raises Error if a file or folder cannot be used at all.");
+        "Exports materials to the folder output, as mox export does, and returns an ExportSummary. "
+        "files lists files and folders. If a material fails, the export continues with the "
+        "others.\n\nRaises Error if a file or a folder cannot be used at all.");
 }
 
 } // namespace Mox::Python

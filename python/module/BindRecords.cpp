@@ -26,7 +26,7 @@ Host::Problem MakeProblem(const py::handle&, const std::string& rule, const std:
                           const std::optional<std::string>& port)
 {
     if (severity != "error" && severity != "warning")
-        throw py::value_error("the severity of a problem is \"error\" or \"warning\"");
+        throw py::value_error("the severity of a problem must be \"error\" or \"warning\"");
     return {severity == "error" ? Host::Severity::Error : Host::Severity::Warning, rule,
             Host::Place(file ? file->string() : "", line.value_or(0), node.value_or(""),
                         port.value_or(""), column.value_or(0)),
@@ -37,36 +37,37 @@ void BindProblem(py::module_& module)
 {
     using Host::Problem;
     py::class_<Problem> problem(module, "Problem", py::is_final(),
-                                "One thing that is wrong with a material, as mox check reports it. "
-                                "Rules of a studio make their own.");
+                                "A problem of a material, as mox check reports it. Custom rules "
+                                "can create problems of their own.");
     problem
         .def_property_readonly(
             "severity", [](const Problem& p) { return Host::GetSeverityName(p.Level); },
-            "\"error\" if the material cannot be exported, else \"warning\".")
+            "The severity: \"error\" if the material cannot be exported, otherwise \"warning\".")
         .def_property_readonly(
             "rule", [](const Problem& p) { return ToPython(p.Rule); },
-            "Word for the kind of problem, such as \"open-input\"; docs/checks.md lists them.")
+            "The rule that the material breaks, such as \"open-input\". docs/checks.md lists all "
+            "rules.")
         .def_property_readonly(
             "file", [](const Problem& p) { return TextOrNone(p.Where.File); },
-            "Name of the file, or None.")
+            "The name of the file, or None if it is not known.")
         .def_property_readonly(
             "line", [](const Problem& p) { return NumberOrNone(p.Where.Line); },
-            "Line in the file, from 1, or None.")
+            "The line in the file, counted from 1, or None if it is not known.")
         .def_property_readonly(
             "column", [](const Problem& p) { return NumberOrNone(p.Where.Column); },
-            "Column in the line, from 1, or None.")
+            "The column in the line, counted from 1, or None if it is not known.")
         .def_property_readonly(
             "node", [](const Problem& p) { return TextOrNone(p.Where.Node); },
-            "Id of the node, or None.")
+            "The id of the node, or None if the problem does not concern a node.")
         .def_property_readonly(
             "port", [](const Problem& p) { return TextOrNone(p.Where.Port); },
-            "Cg name of the port, or None.")
+            "The Cg name of the port, or None if the problem does not concern a port.")
         .def_property_readonly(
             "message", [](const Problem& p) { return ToPython(p.Message); },
-            "What is wrong, without the place.")
+            "The message, without the location.")
         .def(
             "__str__", [](const Problem& p) { return ToPython(p.Format()); },
-            "Place and message in one line.");
+            "Returns the location and the message in one line.");
     DefineNew(problem, &MakeProblem, "rule"_a, "message"_a, py::kw_only(), "severity"_a = "warning",
               "file"_a = py::none(), "line"_a = py::none(), "column"_a = py::none(),
               "node"_a = py::none(), "port"_a = py::none());
@@ -77,30 +78,30 @@ void BindChange(py::module_& module)
 {
     using Host::GraphChange;
     py::class_<GraphChange>(module, "Change", py::is_final(),
-                            "A change of a material: steps that are made together or not at all. "
-                            "It can be stored, and applied to any material in which it makes "
-                            "sense.")
+                            "A change to a material: a list of steps that are applied completely "
+                            "or not at all. A change can be stored, and it can be applied to any "
+                            "material for which its steps are valid.")
         .def_static(
             "from_json",
             [](const std::string& text, const std::string& source) {
                 return Host::ParseChangeJson(text, source);
             },
             "text"_a, py::kw_only(), "source"_a = "change", WithoutLock(),
-            "Reads the JSON form that docs/json.md describes.\n\n"
-            "source is the name of the text in messages. Raises Error with the line, or with the "
-            "JSON pointer of the value that is wrong.")
+            "Creates a change from the JSON that docs/json.md describes.\n\nsource is the name "
+            "that messages use for the JSON. Raises Error with the line, or with the JSON pointer "
+            "of the invalid value.")
         .def(
             "to_json", [](const GraphChange& change) { return Host::FormatChangeAsJson(change); },
-            "The change as JSON in lines.")
+            "Returns the change as JSON.")
         .def_property_readonly(
             "summary", [](const GraphChange& change) { return ToPython(change.Summary()); },
-            "The first step, and how many follow, in one line.")
+            "A description of the first step and the number of further steps, in one line.")
         .def(
             "__len__", [](const GraphChange& change) { return change.Steps.size(); },
-            "Number of steps.")
+            "Returns the number of steps.")
         .def(
             "__str__", [](const GraphChange& change) { return ToPython(change.Format()); },
-            "One line for each step.")
+            "Returns a description with one line for each step.")
         .def("__repr__", [](const GraphChange& change) {
             return py::str("<mox.Change: {}>").format(ToPython(change.Summary()));
         });
@@ -122,16 +123,16 @@ void BindBinding(py::module_& module)
     using Host::PluginBinding;
     py::class_<PluginBinding>(module, "Binding", py::is_final(),
                               "A run-time parameter of a material: a constant, a texture or a "
-                              "stream of the mesh, with the value that it has at first.")
+                              "stream of the mesh, with its initial value.")
         .def_property_readonly(
             "name", [](const PluginBinding& b) { return ToPython(b.Tag()); },
-            "Name of the parameter.")
+            "The name of the parameter.")
         .def_property_readonly(
             "stream", [](const PluginBinding& b) { return ToPython(b.StreamName()); },
-            "What it carries: \"float\", \"texture\", \"uv\" and so on.")
+            "The kind of data, such as \"float\", \"texture\" or \"uv\".")
         .def_property_readonly(
             "group", [](const PluginBinding& b) { return ToPython(b.Group()); },
-            "Group in which editors show it.")
+            "The group in which editors show the parameter.")
         .def_property_readonly(
             "values",
             [](const PluginBinding& b) -> py::object {
@@ -143,29 +144,31 @@ void BindBinding(py::module_& module)
                     numbers[i] = ToPython(Value((*values)[i]));
                 return numbers;
             },
-            "The numbers of a constant; None for textures and streams.")
+            "The numbers of a constant, or None for a texture or a stream.")
         .def_property_readonly(
             "file",
             [](const PluginBinding& b) { return TextOrNone(b.Texture() ? b.Texture()->File : ""); },
-            "The file of a texture, relative to the folder of the material, or None.")
+            "The file of a texture, relative to the folder of the material, or None if there is no "
+            "file.")
         .def_property_readonly(
             "is_srgb", [](const PluginBinding& b) { return b.Texture() && b.Texture()->IsSrgb; },
-            "Whether it is a texture that holds sRGB colours.")
+            "Whether the parameter is a texture with sRGB colours.")
         .def_property_readonly(
             "usage",
             [](const PluginBinding& b) {
                 return TextOrNone(b.Texture() ? b.Texture()->UsageHint : "");
             },
-            "What a texture is for, such as \"Normal\", or None.")
+            "The purpose of a texture, such as \"Normal\", or None if it is not specified.")
         .def("__repr__", [](const PluginBinding& b) {
             return py::str("<mox.Binding {!r} ({})>")
                 .format(ToPython(b.Tag()), ToPython(b.StreamName()));
         });
-    module.def("read_bindings", &Host::ReadBindings, "file"_a, WithoutLock(),
-               "Reads a bindings document, as mox bindings --read does.\n\n"
-               "Raises Error with file and line if it is not one.");
+    module.def(
+        "read_bindings", &Host::ReadBindings, "file"_a, WithoutLock(),
+        "Reads a bindings document, as mox bindings --read does, and returns a list of Binding "
+        "objects.\n\nRaises Error with the file and the line if the document is invalid.");
     module.def("format_bindings", &Host::FormatBindings, "bindings"_a,
-               "Bindings as an XML document.");
+               "Returns bindings as an XML document, as mox bindings prints it.");
 }
 
 /// Converts an edge to a tuple (tail, tail port, head, head port), or None.
@@ -181,7 +184,7 @@ void BindDifference(py::module_& module)
 {
     using Host::MaterialDifference;
     py::class_<MaterialDifference> difference(module, "Difference", py::is_final(),
-                                              "One thing in which two materials differ.");
+                                              "A difference between two materials.");
     difference
         .def_property_readonly(
             "kind",
@@ -189,23 +192,25 @@ void BindDifference(py::module_& module)
                 constexpr const char* words[] = {"added", "removed", "changed"};
                 return words[static_cast<std::size_t>(d.Kind)];
             },
-            "\"added\", \"removed\" or \"changed\".")
+            "The kind of difference: \"added\", \"removed\" or \"changed\".")
         .def_property_readonly(
             "node", [](const MaterialDifference& d) { return TextOrNone(d.Node); },
-            "Id of the node that it belongs to, in the first material if it is removed, or None.")
+            "The id of the node that differs, or None if the difference does not concern a node. "
+            "For a removed node, it is the id in the first material.")
         .def_property_readonly(
             "property", [](const MaterialDifference& d) { return TextOrNone(d.Property); },
-            "Name of the node's property, or None if it is not about one.")
+            "The name of the property that differs, or None if the difference does not concern a "
+            "property.")
         .def_property_readonly(
             "edge_before", [](const MaterialDifference& d) { return ToTuple(d.EdgeBefore); },
-            "An edge that only the first material has: tail, tail port, head and head port; or "
-            "None.")
+            "An edge that only the first material has, as a tuple of tail, tail port, head and "
+            "head port, or None.")
         .def_property_readonly(
             "edge_after", [](const MaterialDifference& d) { return ToTuple(d.EdgeAfter); },
-            "An edge that only the second material has, or None.")
+            "An edge that only the second material has, as a tuple like edge_before, or None.")
         .def_property_readonly(
             "text", [](const MaterialDifference& d) { return ToPython(d.Text); },
-            "All of it as a sentence.")
+            "A description of the difference.")
         .def("__str__",
              [](const MaterialDifference& d) { return ToPython(Host::MessageLine(d.Text)); });
     MakeRecord(difference, {"kind", "node", "property", "edge_before", "edge_after", "text"});
@@ -222,10 +227,11 @@ void BindReports(py::module_& module)
                 return ToPython(Host::FormatProblemsAsJson(problems));
             if (format == "sarif")
                 return ToPython(Host::FormatProblemsAsSarif(problems, MOX_VERSION));
-            throw py::value_error("the format is \"text\", \"json\" or \"sarif\"");
+            throw py::value_error("the format must be \"text\", \"json\" or \"sarif\"");
         },
         "problems"_a, "format"_a = "text",
-        "Problems as mox check prints them: \"text\", \"json\" or \"sarif\".");
+        "Returns problems as a string in the form that mox check prints.\n\nformat is \"text\", "
+        "\"json\" or \"sarif\".");
 }
 
 } // namespace

@@ -180,8 +180,9 @@ std::string ToText(py::handle value, const char* separator)
     }
     if (PyNumber_Check(value.ptr()))
         return ReadNumber(value);
-    throw py::type_error("expected a number, a string, a bool, numbers or a node, not " +
-                         py::str(py::type::of(value).attr("__name__")).cast<std::string>());
+    throw py::type_error(
+        "expected a number, a string, a bool, a sequence of numbers, a path or a node, not " +
+        py::str(py::type::of(value).attr("__name__")).cast<std::string>());
 }
 
 std::vector<GivenValue> ToGivenValues(const py::dict& values)
@@ -208,7 +209,7 @@ void RefuseNew(const py::object& type)
     base.attr("__new__") = py::cpp_function(
         [](const py::handle& of, const py::args&, const py::kwargs&) -> py::object {
             throw py::type_error("objects of " + py::str(of).cast<std::string>() +
-                                 " cannot be made directly");
+                                 " cannot be created directly");
         },
         py::name("__new__"), py::scope(base));
 }

@@ -125,7 +125,7 @@ void Edit::Finish()
 void Edit::AddStep(Host::Json step)
 {
     if (!_isOpen)
-        throw Host::HostError({}, "the edit has ended");
+        throw Host::HostError({}, "the with block of this Edit has ended");
     _steps.push_back(std::move(step));
 }
 

@@ -197,19 +197,20 @@ void Material::RequireSaveable(const std::filesystem::path& file, bool isOwn, bo
 {
     const Host::Place where(file.string());
     if (file.empty())
-        throw Host::HostError(where, "the material has no file yet; save_as gives it one");
+        throw Host::HostError(where, "the material has no file yet; use save_as()");
     for (const Host::Problem& problem : _reading.Problems()) {
         if (problem.Level == Host::Severity::Error) {
-            throw Host::HostError(where, Compose("is not written, since what could not be read "
-                                                 "would be lost: ",
-                                                 problem.Format()));
+            throw Host::HostError(
+                where,
+                Compose("is not written, because the part that could not be read would be lost: ",
+                        problem.Format()));
         }
     }
     if (force)
         return;
     if (isOwn && (!std::filesystem::exists(file) || Host::ReadFile(file) != _saved)) {
-        throw Host::HostError(where, "has changed on disk since it was read; what is there would "
-                                     "be lost");
+        throw Host::HostError(
+            where, "has changed on disk since it was read, and these changes would be lost");
     }
     const std::string obstacle = Host::ObstacleToReplacing(file);
     if (!obstacle.empty())

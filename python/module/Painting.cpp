@@ -22,7 +22,8 @@ namespace {
 void RequireUsable(const Host::PreviewOptions& options)
 {
     if (options.Width == 0 || options.Height == 0 || options.FrameCount == 0)
-        throw Host::HostError({}, "a picture needs a width, a height and a frame");
+        throw Host::HostError({},
+                              "the width, the height and the number of frames must be at least 1");
     if (!std::isfinite(options.FirstFrame) || (options.Time && !std::isfinite(*options.Time)))
         throw Host::HostError({}, "the frame and the time must be finite numbers");
 }
@@ -69,7 +70,7 @@ std::string DrawGraph(const Material& material, const GraphSettings& settings)
     const std::string& format = settings.Format;
     if (format != "svg" && format != "png" && format != "dot") {
         throw Host::HostError(
-            {}, Materials::Compose("there is no format ", Host::Excerpt(format),
+            {}, Materials::Compose("unknown format ", Host::Excerpt(format),
                                    Host::SuggestName(format, {{"svg"}, {"png"}, {"dot"}})));
     }
     const Library& library = material.GetLibrary();

@@ -42,8 +42,8 @@ using Formats = std::vector<std::unique_ptr<Host::ProgramFormat>>;
     std::vector<Host::RightName> names;
     for (const std::string& right : words)
         names.push_back({right});
-    throw Host::HostError({}, Compose("there is no ", what, " ", Host::Excerpt(word),
-                                      Host::SuggestName(word, names)));
+    throw Host::HostError(
+        {}, Compose("unknown ", what, " ", Host::Excerpt(word), Host::SuggestName(word, names)));
 }
 
 Formats MakeFormats(const ProgramSettings& settings)
@@ -197,7 +197,7 @@ ExportSummary Export(const Library& library, const Paths& files,
     const auto threads = static_cast<unsigned>(ThreadCount(settings.Threads));
     if (!settings.DepfileTarget.empty() && !Host::IsDepfileName(settings.DepfileTarget))
         throw Host::HostError(Host::Place(settings.DepfileTarget),
-                              "Make and Ninja read such a name in different ways");
+                              "Make and Ninja interpret this name differently");
     const std::unique_ptr<Host::Exporter> exporter = MakeExporter(library, settings);
     const Host::ExportLayout layout =
         settings.IsByContent ? Host::ExportLayout::ByContent : Host::ExportLayout::ByMaterial;

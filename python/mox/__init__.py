@@ -1,4 +1,4 @@
-"""Opens, checks, edits, compiles and renders materials for shader programs."""
+"""Opens, checks, edits, compiles and renders materials."""
 
 from ._errors import Error, RefusedError, StaleError
 from ._mox import (

@@ -15,10 +15,10 @@ def _parse() -> argparse.Namespace:
     commands = parser.add_subparsers(required=True, metavar="COMMAND")
     check = commands.add_parser(
         "check",
-        help="find all problems of materials, by the rules of mox and of a studio",
-        description="Find all problems of materials, by the rules of mox and of a studio. The exit "
-        "status is 1 if there is an error, or with --strict a warning, 2 if the command line is "
-        "bad, and 0 otherwise.",
+        help="find all problems of materials with the built-in rules and with custom rules",
+        description="Find all problems of materials with the built-in rules and with custom rules. "
+        "The exit status is 1 if there is an error, or a warning with --strict. It is 2 if the "
+        "command line is invalid, and 0 otherwise.",
     )
     check.add_argument("files", nargs="+", metavar="FILE", help="material documents and folders")
     check.add_argument(
@@ -26,26 +26,36 @@ def _parse() -> argparse.Namespace:
         action="append",
         default=[],
         metavar="FILE.py",
-        help="file with rules, see mox.lint; may be given several times",
+        help="Python file with custom rules (see mox.lint); may be repeated",
     )
     form = check.add_mutually_exclusive_group()
-    form.add_argument("--json", action="store_const", const="json", dest="form", help="a list for programs")
+    form.add_argument(
+        "--json",
+        action="store_const",
+        const="json",
+        dest="form",
+        help="print the problems as JSON",
+    )
     form.add_argument(
         "--sarif",
         action="store_const",
         const="sarif",
         dest="form",
-        help="a SARIF log for build systems and code review",
+        help="print a SARIF log for build systems and code review",
     )
-    check.add_argument("--strict", action="store_true", help="warnings count as errors")
-    check.add_argument("--environment", metavar="DIR", help="folder with another environment")
+    check.add_argument("--strict", action="store_true", help="treat warnings as errors")
+    check.add_argument(
+        "--environment",
+        metavar="DIR",
+        help="environment folder; by default the one installed with mox",
+    )
     for name, what in (("plugins", "plug-ins"), ("nodes", "node files")):
         check.add_argument(
             f"--{name}",
             action="append",
             default=[],
             metavar="DIR",
-            help=f"folder with {what}, besides the usual ones; may be given several times",
+            help=f"additional folder with {what}; may be repeated",
         )
     return parser.parse_args()
 

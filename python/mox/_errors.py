@@ -9,11 +9,11 @@ if typing.TYPE_CHECKING:
 
 
 class Error(Exception):
-    """An operation failed; the location of the cause is included where it is known.
+    """An operation failed. The exception contains the location of the cause if it is known.
 
-    message is the message without the location; file, line and column (from 1), node (an id) and
-    port (its Cg name) are None if unknown. problems lists everything that is wrong with a
-    material, if the material is the cause.
+    message is the message without the location. file, line and column (both counted from 1), node
+    (an id) and port (a Cg name) are None if they are unknown. If the cause is an invalid material,
+    problems lists all problems of that material.
     """
 
     def __init__(
@@ -47,7 +47,10 @@ class Error(Exception):
 
 
 class RefusedError(Error):
-    """A step of a change cannot be applied; nothing has changed. step is its number, from 0."""
+    """A step of a change cannot be applied, so nothing has changed.
+
+    step is the number of the step, counted from 0.
+    """
 
     def __init__(self, message: str = "", *, step: int | None = None, **place: typing.Any) -> None:
         super().__init__(message, **place)
@@ -55,4 +58,4 @@ class RefusedError(Error):
 
 
 class StaleError(Error):
-    """A node or port was used that no longer exists."""
+    """The program used a node or port that no longer exists."""

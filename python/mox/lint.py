@@ -1,6 +1,6 @@
-"""Rules of a studio: Python functions that look at a material.
+"""Custom rules: Python functions that check a material.
 
-A rule is a function with the decorator rule. It gets a Material and yields what it finds:
+A rule is a function with the decorator rule. It receives a Material and yields its findings:
 
     @mox.rule("studio/lower-case-ids")
     def lower_case_ids(material):
@@ -8,7 +8,7 @@ A rule is a function with the decorator rule. It gets a Material and yields what
             if node.id != node.id.lower():
                 yield node, "the id is not in lower case"
 
-What it yields is a message; a Node or Port and a message; or a Problem.
+A finding is a message, a tuple of a Node or Port and a message, or a Problem.
 """
 
 from __future__ import annotations
@@ -45,11 +45,11 @@ def rule(
 ) -> Callable[[Function], Function]:
     """Turns a function into a rule.
 
-    name is the rule of its problems. It must contain a slash, as in "studio/names", to
-    distinguish it from the built-in rules. Raises ValueError for any other name.
+    name becomes the rule of the problems that the function reports. It must contain a slash, as in
+    "studio/names", to distinguish it from the built-in rules. Raises ValueError if it does not.
     """
     if "/" not in name:
-        raise ValueError(f'the name of a rule has a slash, such as "studio/{name}"')
+        raise ValueError(f'the name of a rule must contain a slash, as in "studio/{name}"')
 
     def register(function: Function) -> Function:
         _registered.append(Rule(name, severity, function))
@@ -75,9 +75,9 @@ def load_rules(file: str | os.PathLike[str]) -> list[Rule]:
 
 
 def apply_rules(material: Material, rules: Iterable[Rule]) -> list[Problem]:
-    """Returns what the rules find in a material, in the order of the rules.
+    """Returns the findings of rules for a material, in the order of the rules.
 
-    If a rule raises an exception, that is reported as an error of the rule "rule-failed".
+    If a rule raises an exception, an error of the rule "rule-failed" reports it.
     """
     problems = []
     for one in rules:
@@ -100,10 +100,10 @@ def apply_rules(material: Material, rules: Iterable[Rule]) -> list[Problem]:
 def check(
     library: Library, files: Iterable[str | os.PathLike[str]], rules: Iterable[Rule] = ()
 ) -> list[Problem]:
-    """Returns all problems of materials; the built-in checks of each are followed by the rules'
-    findings.
+    """Returns all problems of materials. For each material, the findings of rules follow the
+    problems that the built-in checks find.
 
-    files lists files and folders. Raises Error as Library.check does.
+    files lists files and folders. Raises Error in the same cases as Library.check.
     """
     rules = list(rules)
     problems = library.check()

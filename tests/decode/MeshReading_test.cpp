@@ -145,9 +145,10 @@ TEST_F(MeshReading, ReadsBytesThatNameNoOtherFile)
             return error.Message;
         }
     };
-    EXPECT_EQ(failure("a.gltf", MakeGltf("a.bin")),
-              "cannot be read: the buffer \"a.bin\" is a file of its own, which cannot be reached "
-              "from here; a .glb file holds everything");
+    EXPECT_EQ(
+        failure("a.gltf", MakeGltf("a.bin")),
+        "cannot be read: the buffer \"a.bin\" is in a separate file, which cannot be read here; "
+        "use a .glb file, which contains all buffers");
     EXPECT_NE(failure("a.obj", "nothing"), "");
     EXPECT_EQ(failure("/etc/passwd", "v"), "\"/etc/passwd\" is not the name of a mesh; expected a "
                                            "file with the extension .obj, .gltf or .glb");

@@ -41,7 +41,7 @@ end() {
 "$mox" export long.xml short.xml -o out -j 2 --depfile out.d 2>messages &
 await test -s out/short.fragment.cg
 end $!
-grep -q '^mox: 1 exported, 1 distinct, 0 failed, .*; stopped before 1 more$' messages ||
+grep -q '^mox: 1 exported, 1 distinct, 0 failed, .*; stopped before exporting 1 more$' messages ||
     fail "another summary: $(cat messages)"
 [ "$(find . -newer short.xml -type f | sort | tr '\n' ' ')" = \
     "./messages ./out/.mox-outputs ./out/short.fragment.cg ./out/short.vertex.cg " ] || fail "$(find .)"

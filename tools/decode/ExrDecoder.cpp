@@ -76,7 +76,7 @@ TextureImage DecodePixels(FileBytes bytes, const DecodeLimits& limits)
     TextureImage image = MakeWindowImage(shown, limits);
     MakeWindowImage(stored, limits);
     if ((file.channels() & (Imf::WRITE_RGB | Imf::WRITE_Y)) == 0)
-        throw DecodeError("it has none of the channels R, G, B and Y");
+        throw DecodeError("it contains none of the channels R, G, B and Y");
     Imf::Array<Imf::Rgba> pixels(stored.Width * stored.Height);
     // OpenEXR expects the address of the pixel at 0, 0, which need not exist.
     file.setFrameBuffer(&pixels[0] - stored.Left - stored.Top * stored.Width, 1,

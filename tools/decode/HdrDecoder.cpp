@@ -42,7 +42,7 @@ private:
     {
         const std::size_t end = _rest.find('\n');
         if (end == _rest.npos)
-            throw DecodeError("the header is not complete");
+            throw DecodeError("the header is incomplete");
         const std::string_view line = _rest.substr(0, end);
         _rest.remove_prefix(end + 1);
         return line;
@@ -82,7 +82,7 @@ private:
                     return MakeImage(*width, *height, TexelFormat::Float, limits);
             }
         }
-        throw DecodeError("its size has not the form \"-Y height +X width\"");
+        throw DecodeError("its size does not have the form \"-Y height +X width\"");
     }
 
     unsigned char TakeByte()
@@ -124,7 +124,7 @@ private:
                 const bool isRun = code > mostBytes;
                 const std::size_t count = isRun ? code - mostBytes : code;
                 if (count == 0 || count > width - x)
-                    throw DecodeError("a row is not packed correctly");
+                    throw DecodeError("the compressed data of a row is invalid");
                 unsigned char byte = isRun ? TakeByte() : 0;
                 for (std::size_t i = 0; i < count; ++i) {
                     byte = isRun ? byte : TakeByte();

@@ -43,7 +43,7 @@ Number ParseNumber(std::string_view text)
     Number number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc() || end != text.data() + text.size())
-        throw std::invalid_argument("is not a number");
+        throw std::invalid_argument("an argument is not a number");
     return number;
 }
 
@@ -51,7 +51,7 @@ Arguments ParseArguments(int count, char** words)
 {
     constexpr std::string_view kinds[] = {"image", "obj", "gltf"};
     if (count != 5 || std::ranges::count(kinds, std::string_view(words[1])) == 0)
-        throw std::invalid_argument("wrong arguments");
+        throw std::invalid_argument("the arguments are invalid");
     return {words[1],
             {ParseNumber<std::uint32_t>(words[2]), ParseNumber<std::uint64_t>(words[3]),
              ParseNumber<std::uint32_t>(words[4])}};
@@ -113,8 +113,8 @@ std::vector<std::byte> ReadBuffer(const std::string& name, const DecodeLimits& l
     const int descriptor = openat(folderDescriptor, name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0 && errno == EBADF) { // the caller provided no folder
         throw DecodeError("the buffer \"" + name +
-                          "\" is a file of its own, which cannot be reached from here; a .glb file "
-                          "holds everything");
+                          "\" is in a separate file, which cannot be read here; use a .glb file, "
+                          "which contains all buffers");
     }
     if (descriptor < 0) {
         throw DecodeError("the buffer \"" + name +

@@ -69,18 +69,17 @@ void Apply(const ApplyOptions& options, const CommonOptions& common)
 
 void AddApplyCommand(CLI::App& program, const CommonOptions& common)
 {
-    auto* command = program.add_subcommand("apply", "Apply a change to a material, given as JSON");
+    auto* command = program.add_subcommand("apply", "Apply a change in JSON format to a material");
     const auto options = std::make_shared<ApplyOptions>();
     AddDocument(*command, "FILE", options->File);
     command
-        ->add_option("CHANGE", options->Change,
-                     "File with the change as JSON; - for standard input")
+        ->add_option("CHANGE", options->Change, "JSON file with the change; - for standard input")
         ->type_name("")
         ->required();
     command
         ->add_option("-o,--output", options->Output,
-                     "Write the document to this file and not back to its own, or to standard "
-                     "output if it comes from standard input")
+                     "Write the document to this file instead of to FILE, or instead of to "
+                     "standard output if FILE is -")
         ->type_name("FILE");
     command->add_flag("--force", options->IsForced,
                       "Also replace a document that is read-only or has other hard links");

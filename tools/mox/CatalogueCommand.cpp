@@ -24,8 +24,8 @@ using Materials::Compose;
 using Materials::GuiProperty;
 
 constexpr const char* catalogueFooter =
-    R"(Where ports depend on a property, the ports of a new node are listed first, then
-for each other value of the property those that differ.
+    R"(If ports depend on a property, the ports of a new node are listed first, followed
+by the ports that differ for each other value of the property.
 
 Examples:
   mox catalogue
@@ -179,7 +179,8 @@ void AddCatalogueCommand(CLI::App& program, const CommonOptions& common)
     auto types = std::make_shared<std::vector<std::string>>();
     auto isJson = std::make_shared<bool>(false);
     auto iconFolder = std::make_shared<std::string>();
-    command->add_option("TYPE", *types, "Node types to list; by default all")->type_name("");
+    command->add_option("TYPE", *types, "Node types to list; by default, all types are listed")
+        ->type_name("");
     command->add_flag("--json", *isJson, "Print JSON");
     command
         ->add_option("--icons", *iconFolder,

@@ -17,11 +17,11 @@ namespace Mox::Tool {
 namespace {
 
 constexpr const char* checkFooter =
-    R"(A folder includes every material in it and in its subfolders, in .xml and .mtlx
+    R"(A folder stands for all materials in it and in its subfolders, in .xml and .mtlx
 files. All problems of a material are reported at once. With --nodes, the node
-files in those folders are checked too, and with --environment that
-environment; neither needs a material. The exit status is 1 if there is an
-error, or with --strict a warning, and 0 otherwise.
+files in the given folders are also checked, and with --environment, the given
+environment. Neither option requires a material. The exit status is 1 if there
+is an error, or a warning with --strict, and 0 otherwise.
 
 Examples:
   mox check rim.xml

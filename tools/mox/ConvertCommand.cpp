@@ -17,12 +17,12 @@ namespace {
 
 constexpr const char* convertFooter =
     R"(The extension of the output selects its format: ".mtlx" is MaterialX 1.39, and
-anything else is a material document. A warning with a place in FILE reports
-whatever is changed or dropped. Relative names of textures are adjusted so that
-they lead to the same files from the output.
+anything else is a material document. Warnings with locations in FILE report
+everything that is changed or dropped. Relative file names of textures are
+adjusted so that they refer to the same files from the folder of the output.
 
-A MaterialX document may include others, of which only those in its folder and
-below are read.
+A MaterialX document may include other documents. Only documents in the same
+folder and its subfolders are read.
 
 Examples:
   mox convert brass.mtlx -o brass.xml
@@ -102,8 +102,8 @@ void AddConvertCommand(CLI::App& program, const CommonOptions& common)
         ->required();
     command
         ->add_option("--material", options->Material,
-                     "Name of the material to read, of several in a MaterialX document; by default "
-                     "the first one")
+                     "Name of the material to read if a MaterialX document contains several; by "
+                     "default, the first one")
         ->type_name("NAME");
     command->footer(convertFooter);
     command->callback([options, &common] { ConvertMaterial(*options, common); });

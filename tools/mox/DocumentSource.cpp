@@ -110,7 +110,7 @@ void RequireReplaceable(const std::string& file)
 {
     const std::string obstacle = Host::ObstacleToReplacing(file);
     if (!obstacle.empty())
-        throw Host::HostError(Host::Place(file), obstacle + "; --force replaces it all the same");
+        throw Host::HostError(Host::Place(file), obstacle + "; use --force to replace it anyway");
 }
 
 std::string FormatMessage(const Host::Problem& problem)

@@ -20,11 +20,11 @@ namespace Mox::Tool {
 namespace {
 
 constexpr const char* editFooter =
-    R"(Prints the address of the editor, which works on this machine only, and opens
-it in a browser. The address contains a secret: anyone who knows it can change
+    R"(Prints the address of the editor and opens it in a browser. The address works on
+this machine only. It contains a secret: anyone who knows the address can change
 the material. The program ends ten seconds after the last page is closed, or on
-Ctrl+C. Unsaved changes are kept next to the document and offered the next time
-it is edited.
+Ctrl+C. Unsaved changes are stored next to the document. The next mox edit of the
+document offers to restore them.
 
 Examples:
   mox edit rim.xml
@@ -58,7 +58,8 @@ std::map<std::string, std::shared_ptr<const Host::ProgramFormat>> MakeAllFormats
 int Serve(const EditOptions& options, const CommonOptions& common)
 {
     if (IsStandardInput(options.File))
-        throw CLI::ValidationError("FILE", "the editor saves to a file, so it cannot be -");
+        throw CLI::ValidationError("FILE",
+                                   "the editor saves to a file, so it cannot edit standard input");
     const Host::PluginSet plugins = LoadPlugins(common);
     const Host::Environment environment = LoadEnvironment(options.Environment);
     Host::EditorServices services;
@@ -81,14 +82,14 @@ int Serve(const EditOptions& options, const CommonOptions& common)
     std::cout << server.Address() << std::endl; // flushed because the caller waits for it
     Browser browser;
     if (settings.Pages.empty())
-        std::cerr << "mox: this program was built without the pages of the editor, so only "
-                     "programs can use the address\n";
+        std::cerr << "mox: this program was built without the page of the editor, so a browser "
+                     "cannot use the address\n";
     else if (options.HasBrowser)
         browser.Open(server.Address());
     server.Run(stop.Token());
     if (session.Document().IsUnsaved())
         std::cerr << "mox: " << options.File
-                  << ": unsaved changes are kept until it is edited again\n";
+                  << ": the next mox edit of this file offers to restore the unsaved changes\n";
     return stop.Signal();
 }
 
@@ -117,13 +118,13 @@ void AddEditCommand(CLI::App& program, const CommonOptions& common)
         ->check(CLI::Range(1, largestPort).description(""));
     command->add_flag_callback(
         "--no-browser", [options] { options->HasBrowser = false; },
-        "Print the address, but do not open a browser");
+        "Print the address without opening a browser");
     AddEnvironmentOption(*command, options->Environment);
 #ifdef MOX_HAS_PREVIEW
     command
         ->add_option("--mesh", options->Mesh,
-                     "What to show the material on: sphere, plane, cube or a mesh file, which "
-                     "ends in .obj, .gltf or .glb")
+                     "Mesh to show the material on: \"sphere\", \"plane\", \"cube\", or an .obj, "
+                     ".gltf or .glb file")
         ->type_name("MESH");
     AddDecodeOptions(*command, options->Files.Limits);
 #endif

@@ -36,7 +36,8 @@ Host::TextureShape ShapeOf(const std::string& sampler)
         return Host::TextureShape::Cube;
     if (sampler == "sampler3D")
         return Host::TextureShape::Volume;
-    throw Host::HostError({}, Compose("there are no textures for a ", Host::Excerpt(sampler)));
+    throw Host::HostError(
+        {}, Compose("the editor does not support textures of the type ", Host::Excerpt(sampler)));
 }
 
 std::optional<Host::TextureSettings> FindTexture(const Host::MaterialDocument& document,
@@ -106,13 +107,13 @@ Host::Picture EditorPainter::Draw(const Host::MaterialDocument& document,
 {
     const std::optional<Host::Mesh> mesh = Host::FindShape(request.Mesh);
     if (!mesh) {
-        throw Host::HostError({}, Compose("there is no mesh ", Host::Excerpt(request.Mesh),
-                                          "; expected sphere, plane or cube"));
+        throw Host::HostError({}, Compose("unknown mesh ", Host::Excerpt(request.Mesh),
+                                          "; expected \"sphere\", \"plane\" or \"cube\""));
     }
     for (const auto& [name, value] : request.Values) {
         if (!Host::ParseNumbers(value)) {
-            throw Host::HostError({}, Compose(Host::Excerpt(value), " is no value for \"", name,
-                                              "\": expected numbers with commas between them"));
+            throw Host::HostError({}, Compose(Host::Excerpt(value), " is not a valid value for \"",
+                                              name, "\"; expected numbers separated by commas"));
         }
     }
     Host::PreviewOptions options;

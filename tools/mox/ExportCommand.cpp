@@ -27,14 +27,14 @@ namespace {
 using Materials::Compose;
 
 constexpr const char* exportFooter =
-    R"(A folder includes every material in it and in its subfolders, in .xml and .mtlx
-files. The programs of a material are named after the material; those of a
-material in a folder keep its path relative to that folder. A file whose content
-has not changed is not touched.
+    R"(A folder stands for all materials in it and in its subfolders, in .xml and .mtlx
+files. The programs of a material are named after the material. For a material in
+a folder, the names also contain its path relative to that folder. A file is not
+written again if its content has not changed.
 
-The file .mox-outputs in the output folder lists what exports have written
-there. Later exports use it to find and report outputs whose material no longer
-exists. --prune removes them unless they have been modified.
+The file .mox-outputs in the output folder lists the files that exports have
+written there. Later exports use it to find and report outputs whose material no
+longer exists. --prune removes them unless they have been modified.
 
 Examples:
   mox export rim.xml
@@ -49,7 +49,7 @@ Examples:
   mox export materials -o shaders --prune
       Export all materials, and remove the outputs of those that were deleted.
   mox export rim.xml -o shaders --depfile rim.d
-      List for Make or Ninja what shaders/rim.vertex.cg and rim.fragment.cg depend on.
+      Write a dependency file for Make or Ninja for the two programs.
   mox export materials -o shaders --depfile all.d --depfile-target all.stamp && touch all.stamp
       Do the same for a whole folder with one stamp file. The build rule should list
       the materials too, because a dependency file cannot list new ones.
@@ -107,7 +107,7 @@ struct Tally
     {
         return Compose("mox: ", Exported, " exported, ", Contents.size(), " distinct, ", Failed,
                        " failed, ", Warnings, Warnings == 1 ? " warning" : " warnings",
-                       left > 0 ? Compose("; stopped before ", left, " more") : "");
+                       left > 0 ? Compose("; stopped before exporting ", left, " more") : "");
     }
 
     std::string FormatAsJson(std::size_t left) const
@@ -247,17 +247,20 @@ void Export(const ExportOptions& options, const CommonOptions& common)
     auto materials = FindDocuments(options.Files, options.Workers);
     if (!options.Folder.empty() && IsStandardInput(materials.front().Document)) {
         throw CLI::ValidationError(
-            "export", "a document from standard input has no name for files in a folder");
+            "export",
+            "a document from standard input has no name, so it cannot be exported to a folder");
     }
     if (options.Folder.empty() && materials.size() > 1)
-        throw CLI::ValidationError("export", "more than one material needs --output");
+        throw CLI::ValidationError("export",
+                                   "--output is required to export more than one material");
     for (const std::string& word : options.Targets) {
         if (options.Folder.empty() && IsBinaryTarget(word))
-            throw CLI::ValidationError("--target", word + " is no text and needs --output");
+            throw CLI::ValidationError("--target",
+                                       word + " is a binary format and requires --output");
     }
     if (!options.DepfileTarget.empty() && !Host::IsDepfileName(options.DepfileTarget)) {
         throw CLI::ValidationError("--depfile-target",
-                                   "Make and Ninja read such a name in different ways");
+                                   "Make and Ninja interpret this name differently");
     }
     const Host::PluginSet plugins = LoadPlugins(common);
     const std::unique_ptr<Host::MaterialExporter> exporter = MakeExporter(options, plugins);
@@ -294,7 +297,7 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
             ->needs(output);
     command
         ->add_option("--depfile-target", options->DepfileTarget,
-                     "Target of these rules instead of the outputs")
+                     "Target of these rules, instead of the outputs")
         ->type_name("FILE")
         ->needs(depfile);
     auto* target = command
@@ -306,7 +309,7 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
                        ->check(CLI::IsMember(TargetWords()));
     command
         ->add_option("--precision", options->Precision,
-                     "\"full\" (the default) computes half as float, \"relaxed\" uses the "
+                     "\"full\" (the default) computes half as float, and \"relaxed\" uses the "
                      "reduced-precision type of each language")
         ->type_name("WORD")
         ->check(CLI::IsMember({"full", relaxedWord}).description(""));
@@ -314,10 +317,9 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
                       "Also optimise SPIR-V, which takes much longer than generating it");
     command->add_flag("--plain", options->IsPlain, "Write programs without comments");
     command
-        ->add_flag(
-            "--by-content", options->IsByContent,
-            "Store identical programs once, in the subfolder \"programs\", and write for each "
-            "material a file that names its programs")
+        ->add_flag("--by-content", options->IsByContent,
+                   "Store identical programs once, in the subfolder \"programs\", and write a file "
+                   "for each material that lists its programs")
         ->needs(output);
     command
         ->add_flag("--shader-graph", options->IsShaderGraph,
@@ -330,7 +332,7 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
             "other export may write to the folder at the same time")
         ->needs(output);
     command->add_flag("-q,--quiet", options->IsQuiet,
-                      "Print only errors and warnings, no progress and no summary");
+                      "Print only errors and warnings, without progress or a summary");
     command->add_flag("--json", options->IsJson, "Print the summary as JSON on standard output")
         ->needs(output);
     AddEnvironmentOption(*command, options->Environment);

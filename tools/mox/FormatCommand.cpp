@@ -20,10 +20,10 @@ and changing a value changes one line. Nothing in a document is lost. With
 --check, the exit status is 1 if a document is not canonical. A document that
 cannot be read does not stop the others. A document that is read-only or has
 other hard links is written only with --force: it is replaced, and its other
-names keep the old content. With --tidy, the nodes also get new positions, in
-columns from left to right. A document from standard input goes to standard
-output. A folder includes every material document in it and in its subfolders,
-but no MaterialX documents.
+names keep the old content. With --tidy, the nodes are also arranged in columns
+from left to right. A document from standard input goes to standard output. A
+folder stands for all material documents in it and in its subfolders, but not
+for MaterialX documents.
 
 Examples:
   mox format rim.xml
@@ -104,12 +104,12 @@ void AddFormatCommand(CLI::App& program, const CommonOptions& common)
     const auto options = std::make_shared<FormatOptions>();
     AddDocuments(*command, options->Files)->required();
     auto* check = command->add_flag("--check", options->IsCheck,
-                                    "List the documents that would change, and change none");
+                                    "List the documents that would change, without changing them");
     command
         ->add_flag("--force", options->IsForced,
                    "Also replace documents that are read-only or have other hard links")
         ->excludes(check);
-    command->add_flag("--tidy", options->IsTidied, "Also lay out the nodes");
+    command->add_flag("--tidy", options->IsTidied, "Also arrange the nodes");
     command->footer(formatFooter);
     command->callback([=, &common] { FormatDocuments(*options, common); });
 }

@@ -33,9 +33,9 @@ are amber.
 
 Examples:
   mox graph rim.xml -o rim.svg
-      Draw the nodes and edges of a material, with the types at the ports.
+      Draw the nodes and edges of a material, with the types of the ports.
   mox graph rim.xml --thumbnails -o rim.png
-      Show an image of the output at each node.
+      Show an image of the output of each node.
   mox graph rim.xml --shader -o rim.png
       Draw the functions of its programs, grouped by stage.
   mox graph rim.xml | dot -Tpdf -o rim.pdf
@@ -67,9 +67,9 @@ std::string FormatOf(const GraphOptions& options)
         if (extension == std::string(".") + format)
             return format;
     }
-    throw CLI::ValidationError("--output",
-                               "the name of the file must end in .svg, .png or .dot, unless "
-                               "--format is given");
+    throw CLI::ValidationError(
+        "--output",
+        "the name of the file must end in .svg, .png or .dot, unless --format is given");
 }
 
 std::map<std::string, Host::Picture> MakeImages(const GraphOptions& options,
@@ -162,10 +162,9 @@ void AddGraphCommand(CLI::App& program, const CommonOptions& common)
     command->add_option("-o,--output", options->Output, "Output file; by default standard output")
         ->type_name("FILE");
     command
-        ->add_option(
-            "--format", options->Format,
-            "svg, png or dot; what the name of the file ends in otherwise, and dot without "
-            "a file")
+        ->add_option("--format", options->Format,
+                     "\"svg\", \"png\" or \"dot\"; by default, the extension of the output file, "
+                     "or \"dot\" for standard output")
         ->type_name("FORMAT")
         ->check(CLI::IsMember({"svg", "png", "dot"}).description(""));
     auto* shader = command->add_flag("--shader", options->IsShader,
@@ -173,7 +172,7 @@ void AddGraphCommand(CLI::App& program, const CommonOptions& common)
 #ifdef MOX_HAS_PREVIEW
     command
         ->add_flag("--thumbnails", options->HasThumbnails,
-                   "Show an image of the output at each node instead of its icon")
+                   "Show an image of the output of each node instead of its icon")
         ->excludes(shader);
     AddDecodeOptions(*command, options->Limits);
 #else

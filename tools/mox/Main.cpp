@@ -13,14 +13,15 @@
 namespace {
 
 constexpr const char* programFooter = R"(Environment:
-  MOX_PLUGIN_PATH  Plug-in folders, separated by colons; searched after those of --plugins and
-                   before the one installed with mox.
-  MOX_NODE_PATH    Node file folders, separated by colons; searched after those of --nodes.
+  MOX_PLUGIN_PATH  Folders with plug-ins, separated by colons. They are searched after the folders
+                   of --plugins and before the folder installed with mox.
+  MOX_NODE_PATH    Folders with node files, separated by colons. They are searched after the
+                   folders of --nodes.
 
 Exit status:
   0  Success.
   1  An input is invalid, or an output cannot be written. For mox diff: the materials differ.
-  2  The command line is invalid. For mox diff: also if a material cannot be read.
+  2  The command line is invalid. For mox diff: or a material cannot be read.
 
 Examples:
   mox export examples/two_maths.xml

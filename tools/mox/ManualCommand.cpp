@@ -84,7 +84,7 @@ std::string FormatArgument(const ArgumentHelp& argument)
     for (const std::string& choice : argument.Choices)
         values += (values.empty() ? ";\none of\n" : ",\n") + Bold(choice);
     if (!argument.Default.empty())
-        values += ";\n" + Bold(argument.Default) + "\notherwise";
+        values += ";\nthe default is\n" + Bold(argument.Default);
     return Compose(".TP\n", names, "\n", Escape(Wrap(argument.Text)), values, ".\n");
 }
 

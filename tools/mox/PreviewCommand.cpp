@@ -20,17 +20,18 @@ namespace Mox::Tool {
 namespace {
 
 constexpr const char* previewFooter =
-    R"(Relative names of textures are resolved from the folder of the material. --set
-accepts numbers separated by commas for a constant, the last of which applies
-to all components that are left out; a file for a texture; and for a vertex
-stream the number of the uv or vertex colour set of the mesh. It also sets what
-the environment reads, for example lightDirection=0,1,0.
+    R"(Relative file names of textures are resolved from the folder of the material.
+With --set, the value of a constant is a list of numbers separated by commas, and
+the last number also applies to all components that are left out. The value of a
+texture is a file, and the value of a vertex stream is the number of a uv set or
+vertex colour set of the mesh. --set also sets values that the environment reads,
+for example lightDirection=0,1,0.
 
 Examples:
   mox preview rim.xml -o rim.png
       Render a material on a sphere.
   mox preview brick.xml -o brick.png --mesh house.glb --set tint=1,0.5,0.5
-      Render it on a mesh, with another colour.
+      Render it on a mesh, with a different colour.
   mox preview paint.xml -o paint.png --light garage.hdr --set toneMapping=0
       Light a physical surface with a panorama, and clip colours brighter than white.
   mox preview brick.xml -o mask.png --node noise.out_red --mesh plane
@@ -81,7 +82,8 @@ Host::PreviewOptions ReadOptions(const PreviewArguments& arguments)
     Host::PreviewOptions options;
     const std::string ending = std::filesystem::path(arguments.Output).extension().string();
     if (!ending.empty() && ending != ".png" && ending != ".PNG")
-        throw CLI::ValidationError("--output", "is a PNG file, so its name must end in .png");
+        throw CLI::ValidationError("--output",
+                                   "the output is a PNG file, so its name must end in .png");
     const auto size = ParseSize(arguments.Size);
     if (!size || size->first < 1 || size->second < 1)
         throw CLI::ValidationError("--size",
@@ -151,7 +153,7 @@ void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
                       ->capture_default_str();
     command
         ->add_option("--frames", arguments->Frames,
-                     "Frames to render side by side, including the last")
+                     "Range of frames to render side by side, including the last one")
         ->type_name("A..B")
         ->excludes(frame);
     command
@@ -159,7 +161,8 @@ void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
             "--light", arguments->Light,
             "Panorama image, twice as wide as high, that replaces the lights of a physical surface")
         ->type_name("FILE");
-    command->add_option("--node", arguments->Node, "Show an output of a node instead")
+    command
+        ->add_option("--node", arguments->Node, "Show an output of a node instead of the material")
         ->type_name("ID[.PORT]");
     command->add_option("--set", arguments->Values, "Set a binding; may be repeated")
         ->type_name("NAME=VALUE")

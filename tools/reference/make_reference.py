@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Writes docs/nodes.md, the reference of all node types, from the catalogue and from what nodes write.
+"""Writes docs/nodes.md, the reference of all node types, from the catalogue and from the Cg that the nodes generate.
 
 Usage: tools/reference/make_reference.py MOX [--images [NAME] | --check]
 
-MOX is the program. --images also renders the images in docs/pictures/nodes, which needs a Vulkan device.
---check writes nothing and fails if the page or the table in README.md is out of date, or an image is missing.
+MOX is the program mox. --images also renders the images in docs/pictures/nodes and requires a Vulkan device.
+--check writes nothing. It fails if the page or the table in README.md is out of date, or if an image is missing.
 """
 
 import argparse
@@ -157,7 +157,7 @@ def main():
     parser.add_argument("mox", type=Path, help="the program mox")
     what = parser.add_mutually_exclusive_group()
     what.add_argument("--images", nargs="?", const="", metavar="NAME", help="also render the images whose names begin with NAME")
-    what.add_argument("--check", action="store_true", help="write nothing, and fail if anything is out of date")
+    what.add_argument("--check", action="store_true", help="write nothing, but fail if a file is out of date")
     options = parser.parse_args()
     mox = options.mox.resolve()
 
@@ -195,7 +195,7 @@ def main():
             file.write_text(text, encoding="utf-8")
     named = set(re.findall(r"pictures/nodes/([\w.]+)", page))
     there = {file.name for file in IMAGES.glob("*.png")}
-    for what, names in (("have no image", named - there), ("are not shown any more", there - named)):
+    for what, names in (("have no image", named - there), ("are no longer used", there - named)):
         if names:
             wrong.append(f"docs/pictures/nodes: {', '.join(sorted(names))} {what}: run tools/reference/make_reference.py --images")
     sys.exit("\n".join(wrong) if wrong else 0)

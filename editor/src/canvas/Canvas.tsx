@@ -575,7 +575,7 @@ export function Canvas({
                 height={120}
                 hidden
                 aria-hidden="true"
-                title="The whole graph; click or drag to go there"
+                title="The whole graph. Click or drag to move the view."
                 onPointerDown={(event) => {
                     event.currentTarget.setPointerCapture(event.pointerId);
                     goToMap(event);

@@ -17,7 +17,7 @@ export type CardNode = Node<
     'card'
 >;
 
-const markWords = { added: 'not in the file', changed: 'other than in the file' };
+const markWords = { added: 'not in the file', changed: 'differs from the file' };
 
 function rgb(colour: number[] | undefined): string {
     const [r, g, b] = (colour ?? [0.4, 0.4, 0.4]).map((value) => Math.round(255 * value));
@@ -45,7 +45,7 @@ function PortRow({
                 position={side === 'input' ? Position.Left : Position.Right}
                 className={`port shape-${shape} ${port.connected ? 'full' : 'hollow'} ${port.conflict ? 'conflict' : ''}`}
                 style={{ top: portTop(index), ['--port' as string]: typeColour(port.components) }}
-                title={`${port.name}: ${typeName(port)}${port.conflict ? '; the numbers of components do not agree' : ''}`}
+                title={`${port.name}: ${typeName(port)}${port.conflict ? '; the component counts do not match' : ''}`}
                 role="img"
                 aria-label={name}
             />

@@ -56,18 +56,18 @@ export function componentsAt(
 export function whyNot(document: DocumentState, catalogue: Catalogue, edge: EdgeRecord): string {
     const tail = nodeById(document, edge.tail);
     const head = nodeById(document, edge.head);
-    if (!tail || !head) return 'One end is gone.';
+    if (!tail || !head) return 'One of the two nodes no longer exists.';
     const output = tail.outputs?.find((port) => port.name === edge.tailPort);
     const input = head.inputs?.find((port) => port.name === edge.headPort);
-    if (!output || !input) return 'An edge connects an output with an input.';
-    if (edge.tail === edge.head) return 'A node cannot feed itself.';
+    if (!output || !input) return 'An edge must connect an output to an input.';
+    if (edge.tail === edge.head) return 'A node cannot be connected to itself.';
     const path = findPath(document, edge.head, edge.tail);
     if (path) {
         const titles = [...path, edge.head].map((id) => titleOf(nodeById(document, id)!));
-        return `This would close a cycle: ${titles.join(' → ')}.`;
+        return `This edge would create a cycle: ${titles.join(' → ')}.`;
     }
     if (isFixed(catalogue, head, edge.headPort) && !countsConvert(output.components, input.components)) {
-        return `${countWords(output.components!)} do not fit an input of ${countWords(input.components!)}.`;
+        return `An output with ${countWords(output.components!)} cannot be connected to an input with ${countWords(input.components!)}.`;
     }
     return '';
 }

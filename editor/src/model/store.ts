@@ -174,7 +174,7 @@ export class Editor {
         this.pendingChanges = 0;
         this.isDrawing = false; // what the lost connection was asked for has no answer
         this.comparisonsDone = this.comparisonsWanted;
-        if (this.snapshot.lost) this.set({ lost: null, message: 'The connection is back.' });
+        if (this.snapshot.lost) this.set({ lost: null, message: 'The connection has been restored.' });
         const state = this.fetchState();
         const catalogue = await connection.request({ do: 'catalogue' });
         await state;
@@ -189,7 +189,7 @@ export class Editor {
     lose(unanswered: object[]): void {
         this.set({
             lost: [...(this.snapshot.lost ?? []), ...unanswered],
-            message: 'The connection to mox is lost.',
+            message: 'The connection to mox was lost.',
         });
     }
 
@@ -205,7 +205,7 @@ export class Editor {
             this.set({ fileChange: notice.changed || error !== '' ? { differences, error } : null });
             void this.compare();
         } else if (notice.event === 'saved') {
-            this.set({ fileChange: null, message: 'Saved by another window.' });
+            this.set({ fileChange: null, message: 'Another window has saved the material.' });
             void this.compare();
         }
     }
@@ -577,7 +577,7 @@ export class Editor {
         const place = at ?? annotations.middleOf(document, edge);
         const { points, index } = annotations.withPoint(document, edge, place);
         this.setPoints(edge, points, index);
-        this.say(`Point ${index + 1} of ${points.length} added to the edge.`);
+        this.say(`Added point ${index + 1} of ${points.length} to the edge.`);
     }
 
     removePoint(edge: EdgeState, index: number): void {
@@ -742,7 +742,7 @@ export class Editor {
         const isPart = held.ids.length + held.annotations.length > 1;
         void this.change({ do: 'layout', ...(isPart ? held : {}) }).then((answer) => {
             if (answer.error) return;
-            this.say(isPart ? 'The selection is laid out.' : 'The graph is laid out.');
+            this.say(isPart ? 'Laid out the selection.' : 'Laid out the graph.');
         });
     }
 

@@ -15,8 +15,8 @@ interface AddChoice extends Choice {
 }
 
 const annotationChoices: AddChoice[] = [
-    { key: frameKey, label: 'Frame', detail: 'G', help: 'A titled frame around the selection.' },
-    { key: noteKey, label: 'Note', detail: 'N', help: 'Text for readers of the graph.' },
+    { key: frameKey, label: 'Frame', detail: 'G', help: 'Adds a titled frame around the selection.' },
+    { key: noteKey, label: 'Note', detail: 'N', help: 'Adds a note for people who read the graph.' },
 ];
 
 function recentTypes(): string[] {

@@ -37,8 +37,8 @@ export function AnnotationPanel({ annotation }: { annotation: AnnotationState })
                 <button
                     className="reset"
                     hidden={record.colour === undefined}
-                    title="Back to the default"
-                    aria-label="colour: back to the default"
+                    title="Reset to the default"
+                    aria-label="colour: reset to the default"
                     onClick={() => {
                         const { colour: _, ...others } = record;
                         editor.setAnnotation(others);
@@ -60,7 +60,7 @@ export function AnnotationPanel({ annotation }: { annotation: AnnotationState })
             ))}
             {isFrame && (
                 <button onClick={() => editor.select(contents.nodes, contents.annotations)}>
-                    Select what is in it ({count === 1 ? '1 node' : `${count} nodes`})
+                    Select its contents ({count === 1 ? '1 node' : `${count} nodes`})
                 </button>
             )}
         </section>

@@ -49,7 +49,7 @@ export function ConnectMenu({ node, onClose, light }: { node: NodeState; onClose
     return (
         <Palette
             key={from ? 'to' : 'from'}
-            title={from ? `Connect ${from.port} with` : `Connect which port of ${titleOf(node)}?`}
+            title={from ? `Connect ${from.port} to` : `Choose a port of ${titleOf(node)} to connect`}
             choices={choices}
             onPointTo={(choice) => light(from && choice ? [choice.at.node] : [])}
             onClose={close}

@@ -1,6 +1,6 @@
 import { useSnapshot } from '../useEditor.ts';
 
-const words = { added: 'only here', removed: 'only in the file', changed: 'changed' };
+const words = { added: 'not in the file', removed: 'only in the file', changed: 'changed' };
 
 /** How the document differs from its file. */
 export function DifferenceList({ jump }: { jump: (id: string) => void }) {

@@ -96,7 +96,7 @@ function NodeField({ row, onChange, light }: { row: Row; onChange: OnChange; lig
             </button>
             {isOpen && (
                 <Palette
-                    title="Refer to a node"
+                    title="Choose a node"
                     choices={choices}
                     onPointTo={(choice) => light(choice?.key ? [choice.key] : [])}
                     onClose={() => {
@@ -229,7 +229,7 @@ export function Inspector({ light }: Lighting) {
             <h2>{nodes.length === 1 ? titleOf(first) : `${nodes.length} nodes`}</h2>
             {nodes.length === 1 && (
                 <div className="row id">
-                    <label title="What edges and other nodes call the node.">id</label>
+                    <label title="Edges and other nodes refer to the node by this id.">id</label>
                     <TextField
                         label="id"
                         value={first.record.id}
@@ -247,8 +247,8 @@ export function Inspector({ light }: Lighting) {
                         <button
                             className="reset"
                             hidden={!canReset}
-                            title="Back to the default"
-                            aria-label={`${name}: back to the default`}
+                            title="Reset to the default"
+                            aria-label={`${name}: reset to the default`}
                             onClick={() => set(row)(defaultText(row.described!)!)}
                         >
                             ↺

@@ -24,9 +24,9 @@ export function Notices() {
         return (
             <div className="notice error" role="alert">
                 <p>
-                    The connection to mox is lost, so this page can no longer change the material. All
-                    confirmed changes are safe{unsaved ? ' in a journal next to the file' : ''}: start “mox
-                    edit {file}” again to restore them.
+                    The connection to mox was lost, so this page can no longer change the material. All
+                    confirmed changes are safe{unsaved ? ' in a journal next to the file' : ''}. To continue,
+                    run “mox edit {file}” again.
                 </p>
                 {steps.length > 0 && (
                     <button
@@ -62,8 +62,8 @@ export function Notices() {
             <div className="notice" role="alert">
                 <p>
                     {fileChange.error === ''
-                        ? `${file} has changed on disk. It differs from what is shown here:`
-                        : `${file} cannot be read any more: ${fileChange.error}`}
+                        ? `${file} has changed on disk. It differs from the material on this page:`
+                        : `${file} can no longer be read: ${fileChange.error}`}
                 </p>
                 {fileChange.differences.length > 0 && (
                     <ul className="differences">
@@ -73,9 +73,11 @@ export function Notices() {
                     </ul>
                 )}
                 {fileChange.error === '' && !isComparing && (
-                    <button onClick={() => editor.toggleComparison()}>Show it in the graph</button>
+                    <button onClick={() => editor.toggleComparison()}>
+                        Show the differences in the graph
+                    </button>
                 )}
-                <button onClick={() => editor.keepMine()}>Keep mine</button>
+                <button onClick={() => editor.keepMine()}>Keep my version</button>
                 {fileChange.error === '' && <button onClick={() => editor.reload()}>Load the file</button>}
                 <button onClick={() => void editor.save(true)}>Replace the file</button>
             </div>

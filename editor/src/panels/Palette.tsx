@@ -117,7 +117,7 @@ export function Palette<T extends Choice>({
                         {choice.detail && <small>{choice.detail}</small>}
                     </li>
                 ))}
-                {found.length === 0 && <li className="nothing">Nothing fits.</li>}
+                {found.length === 0 && <li className="nothing">There are no matches.</li>}
             </ul>
             {chosen?.help && <p className="palette-help">{chosen.help}</p>}
         </div>

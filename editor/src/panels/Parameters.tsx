@@ -82,8 +82,8 @@ export function Parameters({ jump }: { jump: (id: string) => void }) {
                                 {isOwn(parameter) && (
                                     <button
                                         className="reset"
-                                        title="Take the value of the node again"
-                                        aria-label={`${parameter.tag}: take the value of the node again`}
+                                        title="Reset to the value of the node"
+                                        aria-label={`${parameter.tag}: reset to the value of the node`}
                                         onClick={() => editor.resetParameter(parameter)}
                                     >
                                         ↺

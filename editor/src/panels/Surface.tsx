@@ -241,7 +241,7 @@ export function Surface({ isGraphShown, side }: { isGraphShown: boolean; side: n
                 >
                     {isOpen ? '▾' : '▸'}
                 </button>
-                Surface{isStale ? ', as it was before the errors' : ''}
+                Surface{isStale ? ' (last version without errors)' : ''}
             </h2>
             {isOpen && (
                 <>
@@ -252,7 +252,7 @@ export function Surface({ isGraphShown, side }: { isGraphShown: boolean; side: n
                         className={isStale ? 'stale' : ''}
                         tabIndex={0}
                         role="img"
-                        aria-label={`The material on the mesh ${meshName}. Drag or use arrow keys to turn it, + and - to zoom.`}
+                        aria-label={`The material on the mesh ${meshName}. Drag or use the arrow keys to turn it. Press + or - to zoom.`}
                         onPointerDown={(event) => event.currentTarget.setPointerCapture(event.pointerId)}
                         onPointerMove={(event) => {
                             if (event.buttons !== 0) orbit(-event.movementX / 100, event.movementY / 100, 1);
@@ -276,7 +276,7 @@ export function Surface({ isGraphShown, side }: { isGraphShown: boolean; side: n
                     <div className="bar">
                         <select
                             aria-label="Mesh"
-                            title="What the material is shown on; a mesh file can be dropped here too"
+                            title="The mesh that shows the material. You can also drop a mesh file here."
                             value={meshName}
                             onChange={(event) => chooseMesh(event.target.value)}
                         >
@@ -312,15 +312,15 @@ export function Surface({ isGraphShown, side }: { isGraphShown: boolean; side: n
                         </label>
                         <button
                             aria-pressed={isPlaying}
-                            title={isPlaying ? 'Stop the time' : 'Let time run'}
+                            title={isPlaying ? 'Stop the animation' : 'Play the animation'}
                             aria-label="Time"
                             onClick={() => setPlaying(!isPlaying)}
                         >
                             {isPlaying ? '❚❚' : '▶'}
                         </button>
                         <button
-                            title="Start again at time 0"
-                            aria-label="Start again at time 0"
+                            title="Go back to time 0"
+                            aria-label="Go back to time 0"
                             onClick={() => {
                                 setPlaying(false);
                                 if (!live.current) return;
@@ -332,7 +332,7 @@ export function Surface({ isGraphShown, side }: { isGraphShown: boolean; side: n
                         </button>
                         <button
                             aria-pressed={isPlain}
-                            title="A plain grey background in place of the sky"
+                            title="Show a plain grey background instead of the sky"
                             aria-label="Plain background"
                             onClick={() => setPlain(!isPlain)}
                         >

@@ -8,7 +8,7 @@ export async function saveCopy(editor: Editor): Promise<void> {
     const text = await editor.text();
     if (text === '') return;
     download(file.replace(/(\.[^.]*)?$/, '_copy$1'), 'application/xml', text);
-    editor.say('The browser stores the copy. Copy its textures to the same folder.');
+    editor.say('The browser saves the copy. Copy the textures to the same folder.');
 }
 
 export function TopBar({
@@ -33,7 +33,7 @@ export function TopBar({
         <header>
             <h1>
                 {file}
-                {unsaved && <span title="There are changes that are not saved."> ●</span>}
+                {unsaved && <span title="There are unsaved changes."> ●</span>}
             </h1>
             <button disabled={undo === ''} title={undo && `Undo: ${undo}`} onClick={() => editor.undo()}>
                 Undo
@@ -45,7 +45,7 @@ export function TopBar({
                 Save
             </button>
             <button
-                title="Store the material as it is now under another name or elsewhere; editing goes on here"
+                title="Save a copy of the material under a different name or in a different folder"
                 onClick={() => void saveCopy(editor)}
             >
                 Save a copy
@@ -56,19 +56,19 @@ export function TopBar({
             <button title="Show the whole graph" onClick={onFrame}>
                 Frame
             </button>
-            <button title="Lay out the selected nodes, or all" onClick={() => editor.layOut()}>
+            <button title="Lay out the selected nodes, or the whole graph" onClick={() => editor.layOut()}>
                 Lay out
             </button>
             <button
                 aria-pressed={hasThumbnails}
-                title="Small pictures on the nodes"
+                title="Show small pictures on the nodes"
                 onClick={() => editor.toggleThumbnails()}
             >
                 Pictures
             </button>
             <button
                 aria-pressed={isComparing}
-                title="Mark what differs from the file on disk"
+                title="Show the differences from the file on disk"
                 onClick={() => editor.toggleComparison()}
             >
                 Compare

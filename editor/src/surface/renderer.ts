@@ -24,8 +24,8 @@ const samples = 4;
 const streamWords: Readonly<Record<string, string>> = {
     uv: 'texture coordinates',
     colour: 'vertex colours',
-    tangent: 'tangents, which are worked out from texture coordinates',
-    binormal: 'binormals, which are worked out from texture coordinates',
+    tangent: 'tangents, which are computed from texture coordinates',
+    binormal: 'binormals, which are computed from texture coordinates',
 };
 
 const screenVertex = `#version 300 es
@@ -343,12 +343,12 @@ export class Renderer {
             gl.compileShader(shader);
             gl.attachShader(program, shader);
             if (!gl.getShaderParameter(shader, gl.COMPILE_STATUS) && !gl.isContextLost())
-                throw new Error(`The graphics driver rejects the program: ${gl.getShaderInfoLog(shader)}`);
+                throw new Error(`The graphics driver rejected the program: ${gl.getShaderInfoLog(shader)}`);
             gl.deleteShader(shader);
         }
         gl.linkProgram(program);
         if (!gl.getProgramParameter(program, gl.LINK_STATUS) && !gl.isContextLost())
-            throw new Error(`The graphics driver rejects the programs: ${gl.getProgramInfoLog(program)}`);
+            throw new Error(`The graphics driver rejected the programs: ${gl.getProgramInfoLog(program)}`);
         return program;
     }
 }
