@@ -265,9 +265,10 @@ void BindLibraryClass(py::module_& module)
                 return found;
             },
             "files"_a, WithoutLock(),
-             "Returns the material files that files lists. A folder in it stands for all materials "
-             "in the folder and its subfolders, in .xml and .mtlx files.\n\nRaises Error if a folder "
-             "cannot be read or contains no material.")
+            "Returns the material files that files lists. A folder in it stands for all materials "
+            "in the folder and its subfolders, in .xml and .mtlx files.\n\nRaises Error if a "
+            "folder "
+            "cannot be read or contains no material.")
         .def(
             "check",
             [](const Library& library, const Paths& files, std::size_t threads) {
