@@ -48,11 +48,11 @@ TEST(DecodedStream, KeepsEveryStreamOfAMesh)
 TEST(DecodedStream, RefusesWhatIsNotAMesh)
 {
     const std::pair<const char*, std::function<void(Mesh&)>> cases[] = {
-        {"not valid", [](Mesh& mesh) { mesh.Indices[1] = 3; }},
-        {"not valid", [](Mesh& mesh) { mesh.Indices.pop_back(); }},
-        {"not valid", [](Mesh& mesh) { mesh.Indices.clear(); }},
-        {"not valid", [](Mesh& mesh) { mesh.UvSets.resize(9, mesh.UvSets.front()); }},
-        {"not valid", [](Mesh& mesh) { mesh.ColourSets.resize(9, std::vector<glm::vec4>(3)); }},
+        {"invalid", [](Mesh& mesh) { mesh.Indices[1] = 3; }},
+        {"invalid", [](Mesh& mesh) { mesh.Indices.pop_back(); }},
+        {"invalid", [](Mesh& mesh) { mesh.Indices.clear(); }},
+        {"invalid", [](Mesh& mesh) { mesh.UvSets.resize(9, mesh.UvSets.front()); }},
+        {"invalid", [](Mesh& mesh) { mesh.ColourSets.resize(9, std::vector<glm::vec4>(3)); }},
         {"not finite",
          [](Mesh& mesh) { mesh.Positions[2].y = std::numeric_limits<float>::infinity(); }},
         {"end", [](Mesh& mesh) { mesh.Normals.clear(); }},

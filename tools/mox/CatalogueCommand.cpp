@@ -24,8 +24,8 @@ using Materials::Compose;
 using Materials::GuiProperty;
 
 constexpr const char* catalogueFooter =
-    R"(If ports depend on a property, the ports of a new node are listed first, followed
-by the ports that differ for each other value of the property.
+    R"(If ports depend on a property, the ports of a new node are listed first,
+followed by the ports that differ for each other value of the property.
 
 Examples:
   mox catalogue

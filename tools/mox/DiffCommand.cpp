@@ -16,9 +16,9 @@ constexpr int differentStatus = 1;
 constexpr int troubleStatus = 2; ///< as in other comparison programs
 
 constexpr const char* diffFooter =
-    R"(The order of nodes, edges and properties and the notation of numbers are ignored.
-The exit status is 0 if the materials mean the same, 1 if they differ, and 2 if
-one of them cannot be read.
+    R"(The order of nodes, edges and properties and the notation of numbers are
+ignored. The exit status is 0 if the materials mean the same, 1 if they
+differ, and 2 if one of them cannot be read.
 
 Examples:
   mox diff old/rim.xml new/rim.xml

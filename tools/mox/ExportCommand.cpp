@@ -27,10 +27,10 @@ namespace {
 using Materials::Compose;
 
 constexpr const char* exportFooter =
-    R"(A folder stands for all materials in it and in its subfolders, in .xml and .mtlx
-files. The programs of a material are named after the material. For a material in
-a folder, the names also contain its path relative to that folder. A file is not
-written again if its content has not changed.
+    R"(A folder stands for all materials (.xml and .mtlx files) in it and in its
+subfolders. The programs of a material are named after the material. For a
+material in a folder, the names also contain its path relative to that
+folder. A file is not written again if its content has not changed.
 
 The file .mox-outputs in the output folder lists the files that exports have
 written there. Later exports use it to find and report outputs whose material no

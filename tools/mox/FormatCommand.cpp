@@ -17,13 +17,13 @@ namespace {
 constexpr const char* formatFooter =
     R"(Formatting is stable: writing a canonical document again does not change it,
 and changing a value changes one line. Nothing in a document is lost. With
---check, the exit status is 1 if a document is not canonical. A document that
-cannot be read does not stop the others. A document that is read-only or has
-other hard links is written only with --force: it is replaced, and its other
-names keep the old content. With --tidy, the nodes are also arranged in columns
-from left to right. A document from standard input goes to standard output. A
-folder stands for all material documents in it and in its subfolders, but not
-for MaterialX documents.
+--check, the exit status is 1 if a document is not canonical. A document
+that cannot be read does not stop the others. A document that is read-only
+or has other hard links is written only with --force: it is replaced, and
+its other names keep the old content. With --tidy, the nodes are also
+arranged in columns from left to right. A document from standard input goes
+to standard output. A folder stands for all material documents in it and in
+its subfolders, but not for MaterialX documents.
 
 Examples:
   mox format rim.xml
