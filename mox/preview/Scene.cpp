@@ -21,7 +21,8 @@ const glm::vec3 keyLight(-0.5f, 0.6f, 0.65f);
 struct Camera
 {
     glm::vec3 Eye;
-    glm::mat4 ViewProjection;
+    glm::mat4 View;
+    glm::mat4 Projection;
 };
 
 glm::vec3 FindMiddle(const Mesh& mesh)
@@ -56,8 +57,8 @@ Camera PlaceCamera(const Mesh& mesh, float aspect)
     const glm::vec3 eye = middle + distance * back;
     const float nearest = 0.05f * distance;
     const float farthest = distance + 4.0f * radius;
-    return {eye, glm::perspective(2.0f * halfViewAngle, aspect, nearest, farthest) *
-                     glm::lookAt(eye, middle, up)};
+    return {eye, glm::lookAt(eye, middle, up),
+            glm::perspective(2.0f * halfViewAngle, aspect, nearest, farthest)};
 }
 
 std::vector<float> ValuesOf(const glm::mat4& matrix)
@@ -94,7 +95,8 @@ UniformValues MakeSceneValues(const Mesh& mesh, float aspect)
     return {
         {"world", ValuesOf(world)},
         {"worldInverseTranspose", ValuesOf(world)},
-        {"worldViewProjection", ValuesOf(camera.ViewProjection * world)},
+        {"worldViewProjection", ValuesOf(camera.Projection * camera.View * world)},
+        {"worldToView", ValuesOf(camera.View)},
         {"eyePosition", ValuesOf(camera.Eye)},
         {"lightDirection", ValuesOf(glm::normalize(keyLight))},
         {"lightColour", {0.85f, 0.82f, 0.76f}},

@@ -338,21 +338,32 @@ const Function normals[] = {
      3},
 };
 
-/// The frame of the test environment: a matrix that rotates, scales and translates; a position and
-/// three perpendicular directions.
+/// The object space of the test environment: a matrix that rotates, scales and translates.
 constexpr std::array<std::array<double, 4>, 3> world = {
     {{0.0, -2.0, 0.0, 1.0}, {4.0, 0.0, 0.0, -2.0}, {0.0, 0.0, 0.5, 4.0}}};
-constexpr std::array<Triple, 3> frame = {{{0.6, 0.8, 0.0}, {-0.8, 0.6, 0.0}, {0.0, 0.0, 1.0}}};
-constexpr Triple place = {1.0, 2.0, 3.0};
+
+/// One of its other spaces: three perpendicular directions and an origin, in world space.
+struct Frame
+{
+    std::array<Triple, 3> Axes;
+    Triple Origin;
+};
+
+constexpr Frame tangentFrame = {{{{0.6, 0.8, 0.0}, {-0.8, 0.6, 0.0}, {0.0, 0.0, 1.0}}},
+                                {1.0, 2.0, 3.0}};
+constexpr Frame viewFrame = {{{{0.0, 0.8, -0.6}, {1.0, 0.0, 0.0}, {0.0, -0.6, -0.8}}},
+                             {2.0, 5.0, 5.0}};
 
 enum class Space
 {
     Object,
     World,
+    View,
     Tangent
 };
 
-constexpr const char* spaceNames[] = {"Object", "World", "Tangent"};
+constexpr Space spaces[] = {Space::Object, Space::World, Space::View, Space::Tangent};
+constexpr const char* spaceNames[] = {"Object", "World", "View", "Tangent"};
 
 double Dot(const Triple& a, const Triple& b)
 {
@@ -375,33 +386,52 @@ Triple Add(const Triple& a, const Triple& b, double factor = 1.0)
     return {a[0] + factor * b[0], a[1] + factor * b[1], a[2] + factor * b[2]};
 }
 
-constexpr Triple origin = {world[0][3], world[1][3], world[2][3]};
+const std::array<Triple, 3>& AxesOf(Space space)
+{
+    return space == Space::View ? viewFrame.Axes : tangentFrame.Axes;
+}
+
+Triple OriginOf(Space space)
+{
+    switch (space) {
+    case Space::Object:
+        return {world[0][3], world[1][3], world[2][3]};
+    case Space::World:
+        break;
+    case Space::View:
+        return viewFrame.Origin;
+    case Space::Tangent:
+        return tangentFrame.Origin;
+    }
+    return {};
+}
 
 Triple ToWorld(Triple v, const std::string& kind, Space from)
 {
     if (from == Space::Object && kind == "Normal") // the inverse transpose: the reciprocal of each
                                                    // factor
         return {v[1] / -2.0, v[0] / 4.0, v[2] / 0.5};
-    if (from == Space::Object)
+    if (from == Space::Object) {
         v = DoWorld(v);
-    if (from == Space::Tangent)
-        v = Add(Add(Add({}, frame[0], v[0]), frame[1], v[1]), frame[2], v[2]);
-    if (kind != "Point" || from == Space::World)
-        return v;
-    return Add(v, from == Space::Object ? origin : place);
+    } else if (from != Space::World) {
+        const auto& [x, y, z] = AxesOf(from);
+        v = Add(Add(Add({}, x, v[0]), y, v[1]), z, v[2]);
+    }
+    return kind == "Point" ? Add(v, OriginOf(from)) : v;
 }
 
 Triple FromWorld(Triple v, const std::string& kind, Space to)
 {
     if (to == Space::Object && kind == "Normal") // the transpose
         return {4.0 * v[1], -2.0 * v[0], 0.5 * v[2]};
-    if (kind == "Point" && to != Space::World)
-        v = Add(v, to == Space::Object ? origin : place, -1.0);
+    if (kind == "Point")
+        v = Add(v, OriginOf(to), -1.0);
     if (to == Space::Object)
         return UndoWorld(v);
-    if (to == Space::Tangent)
-        return {Dot(v, frame[0]), Dot(v, frame[1]), Dot(v, frame[2])};
-    return v;
+    if (to == Space::World)
+        return v;
+    const auto& [x, y, z] = AxesOf(to);
+    return {Dot(v, x), Dot(v, y), Dot(v, z)};
 }
 
 class ImageNumbers : public FunctionNumbers
@@ -432,8 +462,8 @@ TEST_F(ImageNumbers, OfTransforms)
 {
     for (const std::string kind : {"Direction", "Point", "Normal"}) {
         Comparison comparison("Transform of " + kind, quotients);
-        for (const Space from : {Space::Object, Space::World, Space::Tangent}) {
-            for (const Space to : {Space::Object, Space::World, Space::Tangent}) {
+        for (const Space from : spaces) {
+            for (const Space to : spaces) {
                 RunInputs inputs;
                 inputs.Streams["feed"] = MakeValues(7, 256);
                 const std::string material = Compose("node VectorTransform; Kind=", kind,

@@ -14,6 +14,7 @@ export interface Orbit {
 
 export interface Camera {
     eye: Vector;
+    view: Matrix;
     viewProjection: Matrix;
 }
 
@@ -72,7 +73,8 @@ export function placeCamera({ middle, radius, fitting }: Extent, orbit: Orbit, a
     const distance = fitting * orbit.distance;
     const eye = add(middle, scale(back, distance));
     const projection = perspective(angle, aspect, 0.05 * distance, distance + 4 * radius);
-    return { eye, viewProjection: multiply(projection, lookAt(eye, middle, [0, 1, 0])) };
+    const view = lookAt(eye, middle, [0, 1, 0]);
+    return { eye, view, viewProjection: multiply(projection, view) };
 }
 
 export function turn(orbit: Orbit, x: number, y: number): Orbit {
@@ -100,6 +102,7 @@ export function sceneValues(camera: Camera, light: number, seconds: number): Map
         ['world', identity],
         ['worldInverseTranspose', identity],
         ['worldViewProjection', camera.viewProjection],
+        ['worldToView', camera.view],
         ['eyePosition', camera.eye],
         ['lightDirection', directionTo(keyLight)],
         ['lightColour', [0.85, 0.82, 0.76]],
