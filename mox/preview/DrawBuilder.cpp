@@ -31,11 +31,27 @@ DrawShader TakeShader(const CompiledProgram& program, ProgramStage stage)
     return {};
 }
 
+bool IsFloatVector(const ShaderType& type)
+{
+    const bool isFloat = type.Component == ComponentType::Float ||
+                         type.Component == ComponentType::Half ||
+                         type.Component == ComponentType::Fixed;
+    return isFloat && type.Rows <= 1 && type.ArrayLength <= 1;
+}
+
 MeshStream ReadStream(const ProgramParameter& parameter, const DrawSources& sources)
 {
+    if (!IsFloatVector(parameter.Type)) {
+        throw HostError({}, Compose("the vertex stream \"", parameter.Name, "\" has the type ",
+                                    parameter.Type.Format(), ", which previews do not support"));
+    }
     const PluginBinding* binding = sources.Bindings ? sources.Bindings->Find(parameter) : nullptr;
-    return binding ? ReadBoundStream(sources.Geometry, *binding)
-                   : ReadNamedStream(sources.Geometry, parameter.Name);
+    if (binding)
+        return ReadBoundStream(sources.Geometry, *binding, parameter.Type);
+    const auto constant = sources.Streams.find(parameter.Name);
+    return constant != sources.Streams.end()
+               ? MakeConstantStream(sources.Geometry, constant->second)
+               : ReadNamedStream(sources.Geometry, parameter.Name, parameter.Type);
 }
 
 SceneTexture LoadTexture(const ProgramParameter& parameter, const DrawSources& sources)

@@ -16,6 +16,7 @@ struct DrawSources
     const PreviewBindings* Bindings; ///< null for a program without a material
     TextureLoader* Textures;         ///< likewise
     const SceneTextures& Scene;      ///< textures that the environment reads
+    const StreamConstants& Streams;  ///< take precedence over the streams of the mesh
 };
 
 /// Makes a draw call for a program, with values for its vertex inputs and textures. Uniforms are

@@ -140,8 +140,21 @@ std::size_t CountNumbers(const CompiledProgram& program, const UniformValues& sc
     return parameter ? ComponentCount(parameter->Type) : 0;
 }
 
-/// Assigns the caller's values to bindings or, failing that, to values of the environment.
-void SetValues(const PreviewOptions& options, PreparedMaterial& material, UniformValues& scene)
+/// Parses the caller's value of something that the environment reads.
+std::vector<float> RequireNumbers(const std::string& name, const std::string& value,
+                                  std::size_t count)
+{
+    const auto numbers = ParseNumbers(value);
+    if (!numbers || numbers->size() != count) {
+        throw HostError({}, Compose("\"", value, "\" is not a valid value for \"", name,
+                                    "\"; expected ", count, " numbers separated by commas"));
+    }
+    return *numbers;
+}
+
+/// Assigns the caller's values to bindings or, failing that, to what the environment reads.
+void SetValues(const PreviewOptions& options, PreparedMaterial& material, UniformValues& scene,
+               StreamConstants& streams)
 {
     const CompiledProgram& program = material.Program;
     for (const auto& [name, value] : options.Values) {
@@ -149,14 +162,11 @@ void SetValues(const PreviewOptions& options, PreparedMaterial& material, Unifor
             continue;
         if (FindSceneParameter(program, ParameterKind::Sampler, name))
             continue;
-        if (const std::size_t count = CountNumbers(program, scene, name); count > 0) {
-            const auto numbers = ParseNumbers(value);
-            if (!numbers || numbers->size() != count) {
-                throw HostError({},
-                                Compose("\"", value, "\" is not a valid value for \"", name,
-                                        "\"; expected ", count, " numbers separated by commas"));
-            }
-            scene[name] = *numbers;
+        if (const ProgramParameter* stream =
+                FindSceneParameter(program, ParameterKind::VertexStream, name)) {
+            streams[name] = RequireNumbers(name, value, ComponentCount(stream->Type));
+        } else if (const std::size_t count = CountNumbers(program, scene, name); count > 0) {
+            scene[name] = RequireNumbers(name, value, count);
         } else if (!material.IsPart) {
             const std::string known = material.Bindings.ListNames();
             throw HostError({}, Compose("the material has no binding \"", name,
@@ -211,7 +221,7 @@ DrawCall MakeBackground(const CompiledProgram& program, const UniformValues& sce
                         ProblemList& problems)
 {
     const Mesh mesh = MakeBackgroundMesh();
-    DrawCall background = BuildDraw(program, {mesh, nullptr, nullptr, {}}, problems);
+    DrawCall background = BuildDraw(program, {mesh, nullptr, nullptr, {}, {}}, problems);
     background.Uniforms = FillUniforms(program, nullptr, scene, problems);
     background.State.TestsDepth = false;
     background.State.WritesDepth = false;
@@ -344,7 +354,8 @@ std::vector<Picture> MaterialPreview::RenderFrames(PreparedMaterial& material,
                                                     static_cast<float>(options.Height));
     if (!options.Light.empty())
         std::fill(scene["lightColours"].begin(), scene["lightColours"].end(), 0.0f);
-    SetValues(options, material, scene);
+    StreamConstants streams;
+    SetValues(options, material, scene, streams);
     set(scene, 0);
 
     const vk::PhysicalDeviceLimits& limits = _device->Limits();
@@ -355,7 +366,7 @@ std::vector<Picture> MaterialPreview::RenderFrames(PreparedMaterial& material,
                            problems);
     const SceneTextures sceneTextures = LoadSceneTextures(program, options, textures, scene);
     DrawCall surface =
-        BuildDraw(program, {mesh, &material.Bindings, &textures, sceneTextures}, problems);
+        BuildDraw(program, {mesh, &material.Bindings, &textures, sceneTextures, streams}, problems);
     surface.Uniforms = FillUniforms(program, &material.Bindings, scene, problems);
     if (!material.IsPart)
         surface.State = ReadDrawState(document);

@@ -3,9 +3,12 @@
 #include "mox/Text.h"
 #include "mox/bindings/FloatList.h"
 #include "mox/document/PropertyText.h"
+#include "mox/preview/PreviewBindings.h"
+#include "mox/program/FunctionBody.h"
 
 #include <glm/gtc/type_ptr.hpp>
 #include <string_view>
+#include <utility>
 
 namespace Mox::Host {
 
@@ -61,10 +64,15 @@ MeshStream ReadStream(const Mesh& mesh, StreamType type, std::size_t set)
     }
 }
 
-MeshStream Require(MeshStream stream, const Mesh& mesh, const std::string& what)
+/// @param name of the vertex input
+MeshStream Require(MeshStream stream, const Mesh& mesh, const std::string& what,
+                   const std::string& name, const ShaderType& type)
 {
-    if (stream.Values.empty())
-        throw HostError({}, Compose("the mesh \"", mesh.Name, "\" has no ", what));
+    if (stream.Values.empty()) {
+        throw HostError({}, Compose("the mesh \"", mesh.Name, "\" has no ", what,
+                                    "; set a constant of type ", type.Format(), " with --set ",
+                                    name, "=NUMBERS"));
+    }
     return stream;
 }
 
@@ -90,22 +98,37 @@ std::size_t ComponentOf(char letter)
 
 } // namespace
 
-MeshStream ReadBoundStream(const Mesh& mesh, const PluginBinding& binding)
+MeshStream ReadBoundStream(const Mesh& mesh, const PluginBinding& binding, const ShaderType& type)
 {
     const std::string value = binding.GetDefaultText();
-    MeshStream stream = Require(
-        ReadStream(mesh, binding.Stream(), NumberAtEnd(value.empty() ? binding.Tag() : value)),
-        mesh,
-        Compose(DescribeStream(binding.StreamName()), ", which the material reads as \"",
-                binding.Tag(), "\""));
+    MeshStream stream =
+        ReadStream(mesh, binding.Stream(), NumberAtEnd(value.empty() ? binding.Tag() : value));
+    if (stream.Values.empty()) {
+        const auto constant = ParseNumbers(value);
+        if (constant && constant->size() == ComponentCount(type))
+            stream = MakeConstantStream(mesh, *constant);
+    }
+    stream = Require(std::move(stream), mesh,
+                     Compose(DescribeStream(binding.StreamName()),
+                             ", which the material reads as \"", binding.Tag(), "\""),
+                     binding.Tag(), type);
     ApplyModifiers(binding.DatasetModifiers(), stream);
     return stream;
 }
 
-MeshStream ReadNamedStream(const Mesh& mesh, const std::string& name)
+MeshStream ReadNamedStream(const Mesh& mesh, const std::string& name, const ShaderType& type)
 {
-    const auto type = ParseStreamType(name);
-    return Require(type ? ReadStream(mesh, *type, 0) : MeshStream(), mesh, DescribeStream(name));
+    const auto stream = ParseStreamType(name);
+    return Require(stream ? ReadStream(mesh, *stream, 0) : MeshStream(), mesh, DescribeStream(name),
+                   name, type);
+}
+
+MeshStream MakeConstantStream(const Mesh& mesh, const std::vector<float>& value)
+{
+    MeshStream stream{static_cast<std::uint32_t>(value.size()), {}};
+    for (std::size_t i = 0; i < mesh.Positions.size(); ++i)
+        stream.Values.insert(stream.Values.end(), value.begin(), value.end());
+    return stream;
 }
 
 void ApplyModifiers(const std::string& modifiers, MeshStream& stream)

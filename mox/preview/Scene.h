@@ -12,6 +12,9 @@ namespace Mox::Host {
 /// Values of uniforms by name; matrices in column order.
 using UniformValues = std::map<std::string, std::vector<float>>;
 
+/// Constants for vertex streams that the environment reads, by name.
+using StreamConstants = std::map<std::string, std::vector<float>>;
+
 /// A texture that the environment reads.
 struct SceneTexture
 {

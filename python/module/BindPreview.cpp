@@ -190,8 +190,9 @@ void BindPreview(py::module_& module)
             "the first frame in seconds; by default, it is computed for 30 frames per second. "
             "light is the file of a panorama that replaces the lights of a physical surface. node "
             "selects an output to show instead of the material: a Node, a Port, \"id\" or "
-            "\"id.port\". values maps names of bindings and of environment values to numbers or "
-            "texture files.\n\nRaises Error if a size, a mesh or a value cannot be used.")
+            "\"id.port\". values maps names to numbers or texture files: names of bindings, of "
+            "environment values, and of vertex streams that the mesh does not have.\n\nRaises "
+            "Error if a size, a mesh or a value cannot be used.")
         .def(
             "render_nodes",
             [](const Preview& self, const Material& material, const py::iterable& nodes,

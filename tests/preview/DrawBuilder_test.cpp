@@ -33,6 +33,30 @@ TEST(DrawBuilder, IntegersTakeAnyFloat)
     }
 }
 
+TEST(DrawBuilder, OnlyStreamsOfFloatsCanBeSet)
+{
+    const std::pair<ShaderType, bool> rows[] = {{{ComponentType::Float, 4, 1, 1}, true},
+                                                {{ComponentType::Half, 4, 1, 1}, true},
+                                                {{ComponentType::Int, 4, 1, 1}, false},
+                                                {{ComponentType::Float, 2, 2, 1}, false},
+                                                {{ComponentType::Float, 2, 1, 2}, false}};
+    Mesh mesh;
+    mesh.Positions = {{}, {}};
+    for (const auto& [type, isPossible] : rows) {
+        CompiledProgram program;
+        program.Parameters = {
+            {ParameterKind::VertexStream, "bones", "bones", type, {}, false, true, false}};
+        program.Vertex.Inputs = {{0, "bones", type, 0}};
+        ProblemList problems;
+        const DrawCall draw =
+            BuildDraw(program, {mesh, nullptr, nullptr, {}, {{"bones", {1, 2, 3, 4}}}}, problems);
+        EXPECT_EQ(problems.HasErrors(), !isPossible) << type;
+        ASSERT_EQ(draw.Streams.empty(), !isPossible) << type;
+        for (const DrawStream& stream : draw.Streams)
+            EXPECT_EQ(stream.Values, (std::vector<float>{1, 2, 3, 4, 1, 2, 3, 4})) << type;
+    }
+}
+
 TEST(DrawBuilder, NumbersOfTheCommandLine)
 {
     using Numbers = std::vector<float>;

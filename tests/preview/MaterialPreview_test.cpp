@@ -39,6 +39,14 @@ Rgb PixelAt(const Picture& picture, float x, float y)
     return {pixel[0], pixel[1], pixel[2]};
 }
 
+/// The colours of the four quarters of an image.
+Rgb QuarterColour(float u, float v)
+{
+    if (v < 0.5f)
+        return u < 0.5f ? red : green;
+    return u < 0.5f ? blue : white;
+}
+
 void ExpectPixel(const Picture& picture, float x, float y, const Rgb& expected, int tolerance = 1)
 {
     const Rgb pixel = PixelAt(picture, x, y);
@@ -53,15 +61,16 @@ int LightAt(const Picture& picture, float x, float y)
 }
 
 /// Writes a texture with the colours of a function of u (to the right) and v (downwards).
+/// @param squares the number of squares side by side; u is from 0 to this number
 void WriteTexture(const std::filesystem::path& file, std::uint32_t size,
-                  const std::function<Rgb(float u, float v)>& colourAt)
+                  const std::function<Rgb(float u, float v)>& colourAt, std::uint32_t squares = 1)
 {
-    Picture picture{size, size, {}};
+    Picture picture{size * squares, size, {}};
     const auto middle = [size](std::uint32_t texel) {
         return (static_cast<float>(texel) + 0.5f) / static_cast<float>(size);
     };
     for (std::uint32_t y = 0; y < size; ++y) {
-        for (std::uint32_t x = 0; x < size; ++x) {
+        for (std::uint32_t x = 0; x < picture.Width; ++x) {
             for (const int component : colourAt(middle(x), middle(y)))
                 picture.Pixels.push_back(static_cast<std::uint8_t>(component));
             picture.Pixels.push_back(255);
@@ -143,11 +152,18 @@ protected:
 
 TEST_F(MaterialPreviewTest, PixelsAreThoseOfTheFile)
 {
-    WriteTexture(_folder.Path() / "corners.png", 64, [](float u, float v) {
-        if (v < 0.5f)
-            return u < 0.5f ? red : green;
-        return u < 0.5f ? blue : white;
-    });
+    WriteTexture(_folder.Path() / "corners.png", 64, QuarterColour);
+    WriteTexture(
+        _folder.Path() / "faces.png", 4,
+        [](float u, float v) {
+            constexpr std::array flat = {red, green, blue, white, black};
+            const auto face = static_cast<std::size_t>(u);
+            return face < flat.size() ? flat[face] : QuarterColour(u - std::floor(u), v);
+        },
+        6);
+    WriteTexture(
+        _folder.Path() / "slices.png", 2,
+        [](float u, float v) { return u < 1.0f ? QuarterColour(u, v) : black; }, 2);
     WriteTexture(_folder.Path() / "grey.png", 4, [](float, float) { return Rgb{100, 128, 200}; });
     WriteTexture(_folder.Path() / "fine.png", 1024, [](float u, float v) {
         return (static_cast<int>(u * 1024) + static_cast<int>(v * 1024)) % 2 == 0 ? white : black;

@@ -13,6 +13,9 @@ using Materials::StreamType;
 
 namespace {
 
+const ShaderType uvType(ComponentType::Float, 2, 1, 1);
+const ShaderType colourType(ComponentType::Half, 4, 1, 1);
+
 TEST(MeshStreams, ModifiersChangeTheComponentsThatTheyName)
 {
     struct Case
@@ -42,7 +45,7 @@ TEST(MeshStreams, SetsGoByTheNumberInTheBinding)
     const auto setOf = [&](const std::string& tag, const std::string& value) {
         const auto binding = CreateBinding(StreamType::Uv, tag, 1);
         binding->SetDefaultText(value);
-        return ReadBoundStream(mesh, PluginBinding(binding)).Values.front();
+        return ReadBoundStream(mesh, PluginBinding(binding), uvType).Values.front();
     };
     EXPECT_EQ(setOf("base", ""), 0.0f);
     EXPECT_EQ(setOf("uv1", ""), 1.0f);
@@ -51,20 +54,37 @@ TEST(MeshStreams, SetsGoByTheNumberInTheBinding)
     EXPECT_EQ(setOf("uv7", ""), 0.0f) << "the mesh has no eighth set";
 }
 
+TEST(MeshStreams, ValuesReplaceWhatTheMeshLacks)
+{
+    Mesh mesh;
+    mesh.Positions = {{}, {}};
+    const auto read = [&](const std::string& value) {
+        const auto binding = CreateBinding(StreamType::Uv, "base", 1);
+        binding->SetDefaultText(value);
+        return ReadBoundStream(mesh, PluginBinding(binding), uvType).Values;
+    };
+    EXPECT_EQ(read("0.25, 0.5"), (std::vector<float>{0.25f, 0.5f, 0.25f, 0.5f}));
+    for (const char* value : {"", "1", "1,2,3", "TEXCOORD_0"})
+        EXPECT_THROW(read(value), HostError) << value;
+}
+
 TEST(MeshStreams, SayWhatTheMeshLacks)
 {
     Mesh mesh;
     mesh.Name = "bare.obj";
     mesh.Positions = {{}};
     EXPECT_EQ(HostFailureOf([&] {
-                  ReadBoundStream(mesh,
-                                  PluginBinding(CreateBinding(StreamType::Colour, "mask", 1)));
+                  ReadBoundStream(mesh, PluginBinding(CreateBinding(StreamType::Colour, "mask", 1)),
+                                  colourType);
               }),
-              "the mesh \"bare.obj\" has no vertex colours, which the material reads as \"mask\"");
-    EXPECT_EQ(HostFailureOf([&] { ReadNamedStream(mesh, "tangent"); }),
-              "the mesh \"bare.obj\" has no tangents, which are computed from texture coordinates");
-    EXPECT_EQ(HostFailureOf([&] { ReadNamedStream(mesh, "windWeight"); }),
-              "the mesh \"bare.obj\" has no stream \"windWeight\"");
+              "the mesh \"bare.obj\" has no vertex colours, which the material reads as \"mask\"; "
+              "set a constant of type half4 with --set mask=NUMBERS");
+    EXPECT_EQ(HostFailureOf([&] { ReadNamedStream(mesh, "tangent", colourType); }),
+              "the mesh \"bare.obj\" has no tangents, which are computed from texture coordinates; "
+              "set a constant of type half4 with --set tangent=NUMBERS");
+    EXPECT_EQ(HostFailureOf([&] { ReadNamedStream(mesh, "windWeight", uvType); }),
+              "the mesh \"bare.obj\" has no stream \"windWeight\"; set a constant of type float2 "
+              "with --set windWeight=NUMBERS");
 }
 
 } // namespace

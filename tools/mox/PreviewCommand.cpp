@@ -24,8 +24,10 @@ constexpr const char* previewFooter =
 material. With --set, the value of a constant is a list of numbers separated
 by commas, and the last number also applies to all components that are left
 out. The value of a texture is a file, and the value of a vertex stream is
-the number of a uv set or vertex colour set of the mesh. --set also sets
-values that the environment reads, for example lightDirection=0,1,0.
+the number of a uv set or vertex colour set of the mesh. If the mesh has no
+such stream, the value is a list of numbers for all vertices. --set also
+sets values and vertex streams that the environment reads, for example
+lightDirection=0,1,0.
 
 Examples:
   mox preview rim.xml -o rim.png
