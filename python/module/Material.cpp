@@ -6,7 +6,6 @@
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/host/AtomicFile.h"
-#include "mox/host/Excerpt.h"
 #include "mox/host/File.h"
 #include "mox/interchange/ReadMaterial.h"
 #include "mox/layout/MaterialLayout.h"
@@ -52,10 +51,8 @@ std::shared_ptr<Material> Material::Parse(std::shared_ptr<const Library> library
 std::size_t Material::FindNode(const Host::MaterialGraph& graph, const std::string& id)
 {
     const auto number = graph.FindNode(id);
-    if (!number) {
-        throw StaleView(Host::Place(graph.Document().File),
-                        Compose("the material has no node ", Host::Excerpt(id)));
-    }
+    if (!number)
+        throw StaleView(Host::Place(graph.Document().File, 0, id), "the material has no such node");
     return *number;
 }
 
