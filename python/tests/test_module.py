@@ -89,7 +89,9 @@ class Reading(TestInFolder):
         self.assertEqual(material.text, Path("rim_light.xml").read_text())
         bindings = {binding.name: binding.values for binding in material.bindings}
         self.assertEqual(bindings["rimColour"], (1.0, 0.7, 0.3))
-        self.assertEqual(mox.format_bindings(material.bindings), run(PROGRAM, "bindings", "rim_light.xml").stdout)
+        for form, option in (("xml", ()), ("json", ("--json",))):
+            printed = run(PROGRAM, "bindings", "rim_light.xml", *option).stdout
+            self.assertEqual(mox.format_bindings(material.bindings, form), printed)
 
     def test_views_keep_what_they_need(self):
         port = mox.Library().open("rim_light.xml")["rim"]["in_facing"]
@@ -185,7 +187,10 @@ class Changing(TestInFolder):
         self.add_tint()
         self.material.save_as("new.xml")
         found = mox.diff("rim_light.xml", self.material)
-        self.assertEqual("".join(f"{one}\n" for one in found), run(PROGRAM, "diff", "rim_light.xml", "new.xml").stdout)
+        for form, option in (("text", ()), ("json", ("--json",))):
+            printed = run(PROGRAM, "diff", "rim_light.xml", "new.xml", *option).stdout
+            self.assertEqual(mox.format_differences(found, form), printed)
+        self.assertEqual("".join(f"{one}\n" for one in found), mox.format_differences(found))
         self.assertIn(("changed", "rim"), [(one.kind, one.node) for one in found if one.property == "Default Power"])
         fed = next(one for one in found if one.edge_before)
         self.assertEqual((fed.edge_before, fed.edge_after), tuple((tail, "read", "surface", "in_colour") for tail in ("base", "CoreConstant")))
