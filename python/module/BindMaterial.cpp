@@ -413,8 +413,10 @@ void BindOpening(py::module_& module)
                 return Material::Parse(self.shared_from_this(), text, file);
             },
             "text"_a, py::kw_only(), "file"_a = "<text>", WithoutLock(),
-            "Creates a material from the source of an XML document. file is the name that messages "
-            "use for the source. The material has no file until save_as() is called.")
+            "Creates a material from the source of an XML document, which is a string, or bytes in "
+            "UTF-8. file is the name that messages use for the source. The material has no file "
+            "until save_as() is called.\n\nA MaterialX document is converted, without the files "
+            "that it includes.")
         .def(
             "new",
             [](const Library& self) {

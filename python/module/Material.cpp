@@ -43,7 +43,7 @@ std::shared_ptr<Material> Material::Parse(std::shared_ptr<const Library> library
                                           const std::string& text, const std::string& file)
 {
     Host::ProblemList problems;
-    Host::MaterialDocument document = Host::ParseMaterialDocument(file, text, problems);
+    Host::MaterialDocument document = Host::ParseMaterial(file, text, problems);
     return std::make_shared<Material>(std::move(library), std::move(document),
                                       std::filesystem::path(), std::string(), std::move(problems));
 }
