@@ -418,6 +418,19 @@ void BindOpening(py::module_& module)
             "until save_as() is called.\n\nA MaterialX document is converted, without the files "
             "that it includes.")
         .def(
+            "from_state",
+            [](const Library& self, const py::dict& state, const std::string& file) {
+                const Host::Json json = FromPython(state, file);
+                const py::gil_scoped_release release;
+                return Material::FromState(self.shared_from_this(), json, file);
+            },
+            "state"_a, py::kw_only(), "file"_a = "<state>",
+            "Creates a material from a dictionary in the form that Material.state() returns. Only "
+            "the records in it are used: the other values of a node depend on its record and its "
+            "type. Comments that do not belong to a record are not part of a state. file is the "
+            "name that messages use for the state. The material has no file until save_as() is "
+            "called.\n\nRaises Error with the JSON pointer of an invalid value.")
+        .def(
             "new",
             [](const Library& self) {
                 return std::make_shared<Material>(self.shared_from_this(), Host::MaterialDocument(),

@@ -3,6 +3,7 @@
 #include "Errors.h"
 #include "mox/Text.h"
 #include "mox/check/MaterialCheck.h"
+#include "mox/editor/StateJson.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/host/AtomicFile.h"
@@ -44,6 +45,18 @@ std::shared_ptr<Material> Material::Parse(std::shared_ptr<const Library> library
 {
     Host::ProblemList problems;
     Host::MaterialDocument document = Host::ParseMaterial(file, text, problems);
+    return std::make_shared<Material>(std::move(library), std::move(document),
+                                      std::filesystem::path(), std::string(), std::move(problems));
+}
+
+std::shared_ptr<Material> Material::FromState(std::shared_ptr<const Library> library,
+                                              const Host::Json& state, const std::string& file)
+{
+    const std::string text =
+        Host::FormatMaterialDocument(Host::ReadState(Host::JsonCursor(state, file)));
+    Host::ProblemList problems;
+    // Only reading the document checks rules that concern several records, such as unique ids.
+    Host::MaterialDocument document = Host::ParseMaterialDocument(file, text, problems);
     return std::make_shared<Material>(std::move(library), std::move(document),
                                       std::filesystem::path(), std::string(), std::move(problems));
 }

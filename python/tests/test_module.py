@@ -68,6 +68,31 @@ class Reading(TestInFolder):
             self.library.open("missing.xml")
         self.assertEqual(caught.exception.file, "missing.xml")
 
+    def test_a_state_becomes_a_material(self):
+        Path("faulty.xml").write_text(FAULTY)
+        for file in self.library.find(["."]):
+            with self.subTest(file=file):
+                material = self.library.open(file)
+                copy = self.library.from_state(json.loads(json.dumps(material.state())), file=str(file))
+                self.assertEqual((copy.file, copy.state()), (None, material.state()))
+                self.assertEqual(mox.diff(material, copy), [])
+                self.assertEqual(*([p.message for p in one.problems] for one in (material, copy)))
+        for spoil, message in (
+            (lambda state: state.pop("edges"), '"edges" is missing'),
+            (lambda state: state["nodes"][0]["record"].update(proprties=[]), "/nodes/0/record.*proprties"),
+            (lambda state: state["nodes"][0]["record"].update(version="0"), "/nodes/0/record/version"),
+            (lambda state: state["renderState"].update(colour="red"), "/renderState/colour"),
+            (lambda state: state["description"].update(name=float("nan")), "JSON"),
+        ):
+            state = material.state()
+            spoil(state)
+            with self.assertRaisesRegex(mox.Error, message):
+                self.library.from_state(state)
+        self.assertRaises(TypeError, self.library.from_state, {"nodes": object()})
+        state = material.state()
+        state["nodes"] *= 2
+        self.assertIn("doubled-id", [problem.rule for problem in self.library.from_state(state).problems])
+
     def test_views(self):
         material = self.library.open("rim_light.xml")
         rim = material["rim"]
