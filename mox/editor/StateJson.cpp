@@ -130,6 +130,34 @@ Json DescribeState(const MaterialGraph& graph)
     return json;
 }
 
+MaterialDocument ReadState(const JsonCursor& state)
+{
+    state.AllowOnly({"nodes", "edges", "annotations", "description", "renderState", "bindings"});
+    MaterialDocument document;
+    for (const JsonCursor& node : state.Member("nodes").Items()) {
+        const JsonCursor record = node.Member("record");
+        record.AllowOnly({"id", "type", "version", "properties", "comments", "lastComments"});
+        document.Nodes.push_back(ReadNode(record));
+    }
+    for (const JsonCursor& edge : state.Member("edges").Items()) {
+        const JsonCursor record = edge.Member("record");
+        record.AllowOnly({"tail", "tailPort", "head", "headPort", "points", "comments"});
+        document.Edges.push_back(ReadEdge(record));
+    }
+    for (const JsonCursor& annotation : state.Member("annotations").Items()) {
+        const JsonCursor record = annotation.Member("record");
+        record.AllowOnly({"id", "kind", "text", "x", "y", "width", "height", "colour", "comments"});
+        document.Annotations.push_back(ReadAnnotation(record));
+    }
+    for (const JsonCursor& binding : state.Member("bindings").Items()) {
+        binding.AllowOnly({"stream", "tag", "values", "comments"});
+        document.Bindings.push_back(ReadBinding(binding));
+    }
+    document.Description = ReadDescription(state.Member("description"));
+    document.RenderState = ReadRenderState(state.Member("renderState"));
+    return document;
+}
+
 Json DescribeChanges(const MaterialGraph& graph, const ChangedRecords& records)
 {
     const MaterialDocument& document = graph.Document();

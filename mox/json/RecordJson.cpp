@@ -323,4 +323,12 @@ std::string FormatBindingsAsJson(const std::vector<PluginBinding>& bindings)
     return FormatJsonLines({{"version", RecordJsonVersion}, {"bindings", std::move(list)}});
 }
 
+std::string FormatDifferencesAsJson(const std::vector<MaterialDifference>& differences)
+{
+    Json list = Json::array();
+    for (const MaterialDifference& difference : differences)
+        list.push_back(ToJson(difference));
+    return FormatJsonLines({{"version", RecordJsonVersion}, {"differences", std::move(list)}});
+}
+
 } // namespace Mox::Host

@@ -50,7 +50,8 @@ DocumentAnnotation ReadAnnotation(const JsonCursor& object);
 std::vector<DocumentValue> ReadDescription(const JsonCursor& object);
 std::vector<DocumentValue> ReadRenderState(const JsonCursor& object);
 
-/// Formats bindings as JSON with indented lines, as described in docs/json.md.
+/// Format records as JSON with a version and indented lines, as described in docs/json.md.
 std::string FormatBindingsAsJson(const std::vector<PluginBinding>& bindings);
+std::string FormatDifferencesAsJson(const std::vector<MaterialDifference>& differences);
 
 } // namespace Mox::Host

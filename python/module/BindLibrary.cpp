@@ -47,6 +47,12 @@ struct TypeProperty
     std::optional<std::pair<float, float>> Range;
 };
 
+/// The message about a type that no plug-in offers, with a suggestion.
+std::string UnknownType(const Library& library, const std::string& type)
+{
+    return Host::UnknownType(type).Message + library.Plugins().SuggestType(type);
+}
+
 std::vector<TypeProperty> PropertiesOf(const TypeView& type)
 {
     const auto file = type.File();
@@ -188,8 +194,7 @@ void BindTypes(py::module_& module)
             [](const TypeMap& map, const std::string& name) {
                 if (const auto* entry = map.Owner->FindType(name))
                     return TypeView{map.Owner, entry};
-                throw py::key_error(name + ": no plug-in offers this type" +
-                                    map.Owner->Plugins().SuggestType(name));
+                throw py::key_error(UnknownType(*map.Owner, name));
             },
             "name"_a)
         .def(
@@ -222,7 +227,7 @@ std::string NewNode(const Library& library, const std::string& type,
 {
     const auto node = library.Plugins().CreateNode(type);
     if (!node)
-        throw Host::UnknownType(type);
+        throw Host::HostError({}, UnknownType(library, type));
     return Host::FormatNodeFragment(node, id.value_or(node.Name()));
 }
 

@@ -6,9 +6,12 @@
 #include "Painting.h"
 #include "Programs.h"
 #include "Views.h"
+#include "mox/Text.h"
 #include "mox/document/MaterialDiff.h"
 #include "mox/editor/StateJson.h"
 #include "mox/graph/BindingsDocument.h"
+#include "mox/host/Excerpt.h"
+#include "mox/host/NearestName.h"
 #include "mox/interchange/ReadMaterial.h"
 
 #include <functional>
@@ -20,6 +23,7 @@ namespace Mox::Python {
 
 namespace {
 
+using Materials::Compose;
 using py::literals::operator""_a;
 
 using WithoutLock = py::call_guard<py::gil_scoped_release>;
@@ -37,8 +41,13 @@ std::string ToId(const py::object& node)
 /// @throws py::key_error if there is none
 NodeView FindNode(Material& material, const std::string& id)
 {
-    if (!material.Use([&](const auto& graph) { return graph.FindNode(id).has_value(); }))
-        throw py::key_error("the material has no node \"" + id + "\"");
+    if (!material.Use([&](const auto& graph) { return graph.FindNode(id).has_value(); })) {
+        std::vector<Host::RightName> ids;
+        for (const NodeView& node : NodesOf(material))
+            ids.push_back({node.Id});
+        throw py::key_error(
+            Compose("the material has no node ", Host::Excerpt(id), Host::SuggestName(id, ids)));
+    }
     return {material.shared_from_this(), id};
 }
 
@@ -127,8 +136,11 @@ void BindNode(py::module_& module)
         .def(
             "__getitem__",
             [](const NodeView& n, const std::string& name) {
-                if (!HasPort(n, name))
-                    throw py::key_error("node \"" + n.Id + "\" has no port \"" + name + "\"");
+                if (!HasPort(n, name)) {
+                    throw py::key_error(Compose("node ", Host::Excerpt(n.Id), " has no port ",
+                                                Host::Excerpt(name),
+                                                Host::SuggestName(name, PortNamesOf(n))));
+                }
                 return PortView{n, name};
             },
             "port"_a)
@@ -401,8 +413,23 @@ void BindOpening(py::module_& module)
                 return Material::Parse(self.shared_from_this(), text, file);
             },
             "text"_a, py::kw_only(), "file"_a = "<text>", WithoutLock(),
-            "Creates a material from the source of an XML document. file is the name that messages "
-            "use for the source. The material has no file until save_as() is called.")
+            "Creates a material from the source of an XML document, which is a string, or bytes in "
+            "UTF-8. file is the name that messages use for the source. The material has no file "
+            "until save_as() is called.\n\nA MaterialX document is converted, without the files "
+            "that it includes.")
+        .def(
+            "from_state",
+            [](const Library& self, const py::dict& state, const std::string& file) {
+                const Host::Json json = FromPython(state, file);
+                const py::gil_scoped_release release;
+                return Material::FromState(self.shared_from_this(), json, file);
+            },
+            "state"_a, py::kw_only(), "file"_a = "<state>",
+            "Creates a material from a dictionary in the form that Material.state() returns. Only "
+            "the records in it are used: the other values of a node depend on its record and its "
+            "type. Comments that do not belong to a record are not part of a state. file is the "
+            "name that messages use for the state. The material has no file until save_as() is "
+            "called.\n\nRaises Error with the JSON pointer of an invalid value.")
         .def(
             "new",
             [](const Library& self) {

@@ -7,6 +7,7 @@
 #include "mox/host/Problem.h"
 #include "mox/json/ChangeJson.h"
 #include "mox/json/ProblemReport.h"
+#include "mox/json/RecordJson.h"
 
 #include <pybind11/stl.h>
 #include <pybind11/stl/filesystem.h>
@@ -167,8 +168,6 @@ void BindBinding(py::module_& module)
         "read_bindings", &Host::ReadBindings, "file"_a, WithoutLock(),
         "Reads a bindings document, as mox bindings --read does, and returns a list of Binding "
         "objects.\n\nRaises Error with the file and the line if the document is invalid.");
-    module.def("format_bindings", &Host::FormatBindings, "bindings"_a,
-               "Returns bindings as an XML document, as mox bindings prints it.");
 }
 
 /// Converts an edge to a tuple (tail, tail port, head, head port), or None.
@@ -232,6 +231,33 @@ void BindReports(py::module_& module)
         "problems"_a, "format"_a = "text",
         "Returns problems as a string in the form that mox check prints.\n\nformat is \"text\", "
         "\"json\" or \"sarif\".");
+    module.def(
+        "format_differences",
+        [](const std::vector<Host::MaterialDifference>& differences, const std::string& format) {
+            if (format == "json")
+                return ToPython(Host::FormatDifferencesAsJson(differences));
+            if (format != "text")
+                throw py::value_error("the format must be \"text\" or \"json\"");
+            std::string text;
+            for (const Host::MaterialDifference& difference : differences)
+                text += Host::MessageLine(difference.Text) + "\n";
+            return ToPython(text);
+        },
+        "differences"_a, "format"_a = "text",
+        "Returns differences as a string in the form that mox diff prints.\n\nformat is \"text\" "
+        "or \"json\".");
+    module.def(
+        "format_bindings",
+        [](const std::vector<Host::PluginBinding>& bindings, const std::string& format) {
+            if (format == "xml")
+                return ToPython(Host::FormatBindings(bindings));
+            if (format == "json")
+                return ToPython(Host::FormatBindingsAsJson(bindings));
+            throw py::value_error("the format must be \"xml\" or \"json\"");
+        },
+        "bindings"_a, "format"_a = "xml",
+        "Returns bindings as a document in the form that mox bindings prints.\n\nformat is \"xml\" "
+        "or \"json\".");
 }
 
 } // namespace

@@ -135,6 +135,15 @@ py::object ToPython(const Host::Json& value)
     }
 }
 
+Host::Json FromPython(const py::dict& dict, const std::string& source)
+{
+    const auto text = py::module_::import("json").attr("dumps")(dict).cast<std::string>();
+    const py::gil_scoped_release release;
+    Host::JsonLimits limits;
+    limits.Bytes = limits.Values = text.size(); // the dictionary is in memory anyway
+    return Host::ParseJson(text, source, limits);
+}
+
 py::str ToPython(const std::string& text)
 {
     PyObject* string =

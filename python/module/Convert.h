@@ -27,6 +27,11 @@ Value ReadValue(const Materials::GuiProperty& property);
 py::object ToPython(const Value& value);
 py::object ToPython(const Host::Json& value);
 
+/// Converts a dictionary of strings, numbers, lists and further dictionaries.
+/// @param source name of the dictionary, for messages
+/// @throws HostError if a value cannot be part of a JSON document
+Host::Json FromPython(const py::dict& dict, const std::string& source);
+
 /// Converts a string that need not be UTF-8, such as a file name in a message; other bytes are
 /// decoded like os.fsdecode does.
 py::str ToPython(const std::string& text);

@@ -3,10 +3,10 @@
 #include "Errors.h"
 #include "mox/Text.h"
 #include "mox/check/MaterialCheck.h"
+#include "mox/editor/StateJson.h"
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/host/AtomicFile.h"
-#include "mox/host/Excerpt.h"
 #include "mox/host/File.h"
 #include "mox/interchange/ReadMaterial.h"
 #include "mox/layout/MaterialLayout.h"
@@ -44,6 +44,18 @@ std::shared_ptr<Material> Material::Parse(std::shared_ptr<const Library> library
                                           const std::string& text, const std::string& file)
 {
     Host::ProblemList problems;
+    Host::MaterialDocument document = Host::ParseMaterial(file, text, problems);
+    return std::make_shared<Material>(std::move(library), std::move(document),
+                                      std::filesystem::path(), std::string(), std::move(problems));
+}
+
+std::shared_ptr<Material> Material::FromState(std::shared_ptr<const Library> library,
+                                              const Host::Json& state, const std::string& file)
+{
+    const std::string text =
+        Host::FormatMaterialDocument(Host::ReadState(Host::JsonCursor(state, file)));
+    Host::ProblemList problems;
+    // Only reading the document checks rules that concern several records, such as unique ids.
     Host::MaterialDocument document = Host::ParseMaterialDocument(file, text, problems);
     return std::make_shared<Material>(std::move(library), std::move(document),
                                       std::filesystem::path(), std::string(), std::move(problems));
@@ -52,10 +64,8 @@ std::shared_ptr<Material> Material::Parse(std::shared_ptr<const Library> library
 std::size_t Material::FindNode(const Host::MaterialGraph& graph, const std::string& id)
 {
     const auto number = graph.FindNode(id);
-    if (!number) {
-        throw StaleView(Host::Place(graph.Document().File),
-                        Compose("the material has no node ", Host::Excerpt(id)));
-    }
+    if (!number)
+        throw StaleView(Host::Place(graph.Document().File, 0, id), "the material has no such node");
     return *number;
 }
 

@@ -47,6 +47,12 @@ public:
     static std::shared_ptr<Material> Parse(std::shared_ptr<const Library> library,
                                            const std::string& text, const std::string& file);
 
+    /// @param state as DescribeState returns it
+    /// @param file name of the state, for messages
+    /// @throws HostError if it is not a state; violations of the rules of documents become problems
+    static std::shared_ptr<Material> FromState(std::shared_ptr<const Library> library,
+                                               const Host::Json& state, const std::string& file);
+
     const Library& GetLibrary() const { return *_library; }
     const std::shared_ptr<const Library>& LibraryHandle() const { return _library; }
 

@@ -2,7 +2,6 @@
 
 #include "Edit.h"
 #include "Errors.h"
-#include "mox/Text.h"
 #include "mox/authoring/GuiPort.h"
 #include "mox/authoring/GuiPropertyBag.h"
 #include "mox/graph/HostValues.h"
@@ -115,8 +114,8 @@ PortState PortView::State() const
         bool isInput = false;
         const GuiPort* port = FindPort(graph.Nodes()[number].Gui, Name, isInput);
         if (!port) {
-            throw StaleView(Host::Place(graph.Document().File, 0, Node.Id),
-                            Materials::Compose("the node has no port \"", Name, "\""));
+            throw StaleView(Host::Place(graph.Document().File, 0, Node.Id, Name),
+                            "the node has no such port");
         }
         return StateOf(*port, isInput, graph.Nodes()[number].Where);
     });
@@ -179,6 +178,19 @@ std::vector<PortView> PortsOf(const NodeView& node, bool inputs)
         for (const GuiPort& port : inputs ? gui.InputPorts() : gui.OutputPorts())
             ports.push_back({{node.Owner, node.Id}, port.Name});
         return ports;
+    });
+}
+
+std::vector<Host::RightName> PortNamesOf(const NodeView& node)
+{
+    return node.Owner->UseNode(node.Id, [](const auto& graph, std::size_t number) {
+        const Host::PluginNode& gui = graph.Nodes()[number].Gui;
+        std::vector<Host::RightName> names;
+        for (const auto* ports : {&gui.InputPorts(), &gui.OutputPorts()}) {
+            for (const GuiPort& port : *ports)
+                names.push_back({port.Name, port.Label});
+        }
+        return names;
     });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Material.h"
+#include "mox/host/NearestName.h"
 
 #include <memory>
 #include <optional>
@@ -79,6 +80,10 @@ std::vector<EdgeView> EdgesOf(Material& material);
 
 /// @throws StaleView if the node no longer exists
 std::vector<PortView> PortsOf(const NodeView& node, bool inputs);
+
+/// The names and labels of the ports, inputs before outputs.
+/// @throws StaleView if the node no longer exists
+std::vector<Host::RightName> PortNamesOf(const NodeView& node);
 
 /// Whether the node has a port of this name; true for any name while the node is being added.
 bool HasPort(const NodeView& node, const std::string& name);

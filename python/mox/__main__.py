@@ -17,10 +17,17 @@ def _parse() -> argparse.Namespace:
         "check",
         help="find all problems of materials with the built-in rules and with custom rules",
         description="Find all problems of materials with the built-in rules and with custom rules. "
-        "The exit status is 1 if there is an error, or a warning with --strict. It is 2 if the "
-        "command line is invalid, and 0 otherwise.",
+        "With --nodes, the node files in the given folders are also checked, and with "
+        "--environment, the given environment. Neither option requires a material. The exit status "
+        "is 1 if there is an error, or a warning with --strict. It is 2 if the command line is "
+        "invalid, and 0 otherwise.",
     )
-    check.add_argument("files", nargs="+", metavar="FILE", help="material documents and folders")
+    check.add_argument(
+        "files",
+        nargs="*",
+        metavar="FILE",
+        help="material documents and folders; - for standard input",
+    )
     check.add_argument(
         "--rules",
         action="append",
@@ -57,7 +64,12 @@ def _parse() -> argparse.Namespace:
             metavar="DIR",
             help=f"additional folder with {what}; may be repeated",
         )
-    return parser.parse_args()
+    options = parser.parse_args()
+    if not (options.files or options.nodes or options.environment):
+        check.error("FILE is required")
+    if options.files.count("-") > 1:
+        check.error("-: standard input can be read only once")
+    return options
 
 
 def _main() -> int:

@@ -58,4 +58,7 @@ class RefusedError(Error):
 
 
 class StaleError(Error):
-    """The program used a node or port that no longer exists."""
+    """The program used a node or port that no longer exists.
+
+    node is the id that was looked up. If only the port is missing, port is its name.
+    """

@@ -74,24 +74,28 @@ def load_rules(file: str | os.PathLike[str]) -> list[Rule]:
     return rules
 
 
-def apply_rules(material: Material, rules: Iterable[Rule]) -> list[Problem]:
+def apply_rules(
+    material: Material, rules: Iterable[Rule], *, file: str | os.PathLike[str] | None = None
+) -> list[Problem]:
     """Returns the findings of rules for a material, in the order of the rules.
 
-    If a rule raises an exception, an error of the rule "rule-failed" reports it.
+    file is the name of the material in the findings; by default, the name of its file. If a rule
+    raises an exception, an error of the rule "rule-failed" reports it.
     """
+    name = file or material.file
     problems = []
     for one in rules:
         try:
-            problems += [_place(material, one, finding) for finding in one.function(material) or ()]
+            problems += [_place(name, one, finding) for finding in one.function(material) or ()]
         except Exception as error:
-            file = one.function.__code__.co_filename
+            source = one.function.__code__.co_filename
             problems.append(
                 Problem(
                     _FAILED,
                     f'the rule "{one.name}" failed: {type(error).__name__}: {error}',
                     severity="error",
-                    file=file,
-                    line=_line_in(file, error),
+                    file=source,
+                    line=_line_in(source, error),
                 )
             )
     return problems
@@ -103,21 +107,36 @@ def check(
     """Returns all problems of materials. For each material, the findings of rules follow the
     problems that the built-in checks find.
 
-    files lists files and folders. Raises Error in the same cases as Library.check.
+    files lists files and folders. In it, the string "-" stands for standard input, which is checked
+    before the files. Raises Error in the same cases as Library.check.
     """
     rules = list(rules)
+    files = list(files)
+    others = [file for file in files if file != "-"]
     problems = library.check()
-    for file in library.find(list(files)):
+    if len(others) < len(files):
+        problems += _check_standard_input(library, rules)
+    for file in library.find(others):
         try:
             material = library.open(file)
         except Error:
             problems += library.check([file])  # reports why it cannot be read
             continue
-        problems += [*material.problems, *apply_rules(material, rules)]
+        problems += [*material.problems, *apply_rules(material, rules, file=file)]
     return problems
 
 
-def _place(material: Material, one: Rule, finding: Finding) -> Problem:
+def _check_standard_input(library: Library, rules: list[Rule]) -> list[Problem]:
+    name = "standard input"
+    try:
+        with open(0, "rb", closefd=False) as stream:
+            material = library.parse(stream.read(), file=name)
+    except OSError:
+        return [Problem("unreadable", "cannot be read", severity="error", file=name)]
+    return [*material.problems, *apply_rules(material, rules, file=name)]
+
+
+def _place(file: str | os.PathLike[str] | None, one: Rule, finding: Finding) -> Problem:
     if isinstance(finding, Problem):
         return finding
     where, message = (None, finding) if isinstance(finding, str) else finding
@@ -126,7 +145,7 @@ def _place(material: Material, one: Rule, finding: Finding) -> Problem:
         one.name,
         message,
         severity=one.severity,
-        file=material.file,
+        file=file,
         line=node.line or None if node else None,
         node=node.id if node else None,
         port=where.name if isinstance(where, Port) else None,

@@ -81,8 +81,8 @@ class Recipes(Documented):
 
 
 class Lint(Documented):
-    def check(self, *arguments):
-        return run(sys.executable, "-m", "mox", "check", *arguments)
+    def check(self, *arguments, **settings):
+        return run(sys.executable, "-m", "mox", "check", *arguments, **settings)
 
     def test_rules_beside_built_in_ones(self):
         rules = ("--rules", "scripts/studio_rules.py")
@@ -111,8 +111,34 @@ class Lint(Documented):
             Path("odd.py").write_text(text)
             done = self.check("--rules", "odd.py", "rim_light.xml")
             self.assertEqual((done.returncode, message in done.stderr, "Traceback" in done.stderr), (1, True, False))
-        self.assertEqual(self.check().returncode, 2)
         self.assertEqual(self.check("missing.xml").returncode, 1)
+
+    def test_what_is_checked(self):
+        run(PROGRAM, "convert", "rim_light.xml", "-o", "theirs.mtlx")
+        Path("bad.xml").write_text("<material")
+        Path("encoding.xml").write_bytes(b"\xff\0")
+        tests = ROOT / "tests/mox"
+        for source, *arguments in (
+            ("two_maths.xml", "-"),
+            ("theirs.mtlx", "-", "--strict"),
+            ("bad.xml", "rim_light.xml", "-", "two_maths.xml", "--json"),
+            ("encoding.xml", "-"),
+            ("bad.xml", "-", "-"),
+            ("bad.xml",),
+            ("bad.xml", "--nodes", tests / "bad_nodes"),
+            ("two_maths.xml", "--environment", tests / "bad_environment", "--nodes", tests / "bad_nodes", "-"),
+        ):
+            with self.subTest(source=source, arguments=arguments):
+                outcomes = []
+                for call in (self.check, lambda *rest, **settings: run(PROGRAM, "check", *rest, **settings)):
+                    with open(source, "rb") as stream:
+                        done = call(*arguments, stdin=stream)
+                    outcomes.append((done.stdout, done.returncode))
+                self.assertEqual(*outcomes)
+        with open("rim_light.xml", "rb") as stream:
+            done = self.check("--rules", "scripts/studio_rules.py", "-", "theirs.mtlx", stdin=stream)
+        self.assertRegex(done.stdout, r"standard input:\d+: warning: .*\[studio/lower-case-ids\]")
+        self.assertRegex(done.stdout, r"theirs.mtlx(:\d+)?: warning: .*\[studio/lower-case-ids\]")
 
 
 class Commands(Documented):

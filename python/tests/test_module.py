@@ -35,9 +35,10 @@ class Reading(TestInFolder):
         self.assertEqual([port.name for port in maths.outputs], ["out_value"])
         self.assertIn("Fresnel", next(p for p in maths.properties if p.name == "Function").choices)
         self.assertEqual((maths.icon.width > 0, len(maths.icon.tobytes())), (True, maths.icon.width * maths.icon.height * 4))
-        with self.assertRaisesRegex(KeyError, "CoreMaths"):
-            self.library.types["CoreMats"]
         self.assertEqual(self.library.new_node("CoreUv", "uv"), run(PROGRAM, "new", "CoreUv", "--id", "uv").stdout)
+        with self.assertRaises(mox.Error) as caught:
+            self.library.new_node("CoreMats")
+        self.assertEqual(f"mox: {caught.exception}\n", run(PROGRAM, "new", "CoreMats").stderr)
 
     def test_faults_are_problems(self):
         Path("faulty.xml").write_text(FAULTY)
@@ -67,6 +68,31 @@ class Reading(TestInFolder):
             self.library.open("missing.xml")
         self.assertEqual(caught.exception.file, "missing.xml")
 
+    def test_a_state_becomes_a_material(self):
+        Path("faulty.xml").write_text(FAULTY)
+        for file in self.library.find(["."]):
+            with self.subTest(file=file):
+                material = self.library.open(file)
+                copy = self.library.from_state(json.loads(json.dumps(material.state())), file=str(file))
+                self.assertEqual((copy.file, copy.state()), (None, material.state()))
+                self.assertEqual(mox.diff(material, copy), [])
+                self.assertEqual(*([p.message for p in one.problems] for one in (material, copy)))
+        for spoil, message in (
+            (lambda state: state.pop("edges"), '"edges" is missing'),
+            (lambda state: state["nodes"][0]["record"].update(proprties=[]), "/nodes/0/record.*proprties"),
+            (lambda state: state["nodes"][0]["record"].update(version="0"), "/nodes/0/record/version"),
+            (lambda state: state["renderState"].update(colour="red"), "/renderState/colour"),
+            (lambda state: state["description"].update(name=float("nan")), "JSON"),
+        ):
+            state = material.state()
+            spoil(state)
+            with self.assertRaisesRegex(mox.Error, message):
+                self.library.from_state(state)
+        self.assertRaises(TypeError, self.library.from_state, {"nodes": object()})
+        state = material.state()
+        state["nodes"] *= 2
+        self.assertIn("doubled-id", [problem.rule for problem in self.library.from_state(state).problems])
+
     def test_views(self):
         material = self.library.open("rim_light.xml")
         rim = material["rim"]
@@ -77,12 +103,20 @@ class Reading(TestInFolder):
         self.assertEqual((rim["out_value"].components, rim["out_value"].precision, rim["out_value"].is_input), (1, "half", False))
         self.assertEqual(len({edge.head for edge in material.edges}), len(material.edges))
         self.assertEqual([node.id for node in material], [record["record"]["id"] for record in material.state()["nodes"]])
-        for missing in (lambda: material["nothing"], lambda: rim["nothing"]):
-            self.assertRaises(KeyError, missing)
+        for mapping, wrong, right in (
+            (material, "rimm", "rim"),
+            (rim, "in_fading", "in_facing"),
+            (rim, "out_valeu", "out_value"),
+            (self.library.types, "CoreMats", "CoreMaths"),
+        ):
+            with self.assertRaisesRegex(KeyError, f'"{wrong}".*did you mean "{right}"'):
+                mapping[wrong]
         self.assertEqual(material.text, Path("rim_light.xml").read_text())
         bindings = {binding.name: binding.values for binding in material.bindings}
         self.assertEqual(bindings["rimColour"], (1.0, 0.7, 0.3))
-        self.assertEqual(mox.format_bindings(material.bindings), run(PROGRAM, "bindings", "rim_light.xml").stdout)
+        for form, option in (("xml", ()), ("json", ("--json",))):
+            printed = run(PROGRAM, "bindings", "rim_light.xml", *option).stdout
+            self.assertEqual(mox.format_bindings(material.bindings, form), printed)
 
     def test_views_keep_what_they_need(self):
         port = mox.Library().open("rim_light.xml")["rim"]["in_facing"]
@@ -114,6 +148,21 @@ class Changing(TestInFolder):
         self.assertTrue(self.material.redo())
         self.assertEqual(tint.type, "CoreConstant")
         self.assertFalse(self.material.redo())
+
+    def test_stale_views_name_what_they_viewed(self):
+        tint, facing = self.add_tint(), self.material["rim"]["in_facing"]
+        self.material.undo()
+        with self.material.edit() as edit:
+            edit.set("rim", {"Function": "Multiply"})
+        for use, place in (
+            (lambda: tint.title, ("CoreConstant", None)),
+            (lambda: tint["read"], ("CoreConstant", None)),
+            (lambda: facing.components, ("rim", "in_facing")),
+        ):
+            with self.assertRaises(mox.StaleError) as caught:
+                use()
+            error = caught.exception
+            self.assertEqual((error.file, error.node, error.port), ("rim_light.xml", *place))
 
     def test_all_or_nothing(self):
         before = self.material.text
@@ -163,7 +212,10 @@ class Changing(TestInFolder):
         self.add_tint()
         self.material.save_as("new.xml")
         found = mox.diff("rim_light.xml", self.material)
-        self.assertEqual("".join(f"{one}\n" for one in found), run(PROGRAM, "diff", "rim_light.xml", "new.xml").stdout)
+        for form, option in (("text", ()), ("json", ("--json",))):
+            printed = run(PROGRAM, "diff", "rim_light.xml", "new.xml", *option).stdout
+            self.assertEqual(mox.format_differences(found, form), printed)
+        self.assertEqual("".join(f"{one}\n" for one in found), mox.format_differences(found))
         self.assertIn(("changed", "rim"), [(one.kind, one.node) for one in found if one.property == "Default Power"])
         fed = next(one for one in found if one.edge_before)
         self.assertEqual((fed.edge_before, fed.edge_after), tuple((tail, "read", "surface", "in_colour") for tail in ("base", "CoreConstant")))

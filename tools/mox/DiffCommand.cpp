@@ -6,7 +6,6 @@
 #include "mox/json/RecordJson.h"
 
 #include <iostream>
-#include <utility>
 
 namespace Mox::Tool {
 
@@ -44,21 +43,12 @@ std::vector<Host::MaterialDifference> FindDifferences(const DiffOptions& options
     }
 }
 
-std::string FormatAsJson(const std::vector<Host::MaterialDifference>& differences)
-{
-    Host::Json list = Host::Json::array();
-    for (const Host::MaterialDifference& difference : differences)
-        list.push_back(Host::ToJson(difference));
-    return Host::FormatJsonLines(
-        {{"version", Host::RecordJsonVersion}, {"differences", std::move(list)}});
-}
-
 void Diff(const DiffOptions& options, const CommonOptions& common)
 {
     RequireOneStandardInput(options.Before, options.After);
     const std::vector<Host::MaterialDifference> differences = FindDifferences(options, common);
     if (options.IsJson) {
-        std::cout << FormatAsJson(differences);
+        std::cout << Host::FormatDifferencesAsJson(differences);
     } else {
         for (const Host::MaterialDifference& difference : differences)
             std::cout << Host::MessageLine(difference.Text) << '\n';
