@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
+#include "mox/graph/HostValues.h"
 #include "mox/host/Excerpt.h"
 #include "mox/host/HostError.h"
 #include "mox/host/NearestName.h"
@@ -45,12 +46,14 @@ bool Parse(GuiProperty& property, const DocumentProperty& value, const NodeBuild
     return *target != nullptr;
 }
 
-/// The names of all visible properties.
-std::vector<RightName> NamesOf(const GuiPropertyBag& properties)
+/// The names of the properties that a user can set.
+/// @param withHidden whether to include those that only matter for other choices of the node
+std::vector<RightName> NamesOf(const PluginNode& node, bool withHidden)
 {
     std::vector<RightName> names;
-    for (const auto& property : properties.Properties) {
-        if (property->Visible)
+    for (const auto& property : node.Properties().Properties) {
+        if (property != node.TypeProperty() && !IsHostValue(property->Name) &&
+            (withHidden || property->Visible))
             names.push_back({property->Name});
     }
     return names;
@@ -115,7 +118,7 @@ private:
             _problems.Warn("unknown-property", PlaceOf(stored.Line),
                            Compose("the type \"", _record.Type, "\" has no property \"",
                                    stored.Name, "\"; the property is kept but has no effect",
-                                   SuggestName(stored.Name, NamesOf(_node.Gui.Properties()))));
+                                   SuggestProperty(stored.Name, _node)));
         }
         return true;
     }
@@ -176,6 +179,14 @@ private:
 };
 
 } // namespace
+
+std::string SuggestProperty(std::string_view name, const GraphNode& node)
+{
+    if (!node.IsShown() || node.IsPlaceholder)
+        return {};
+    const std::string suggestion = SuggestName(name, NamesOf(node.Gui, true));
+    return suggestion.empty() ? SuggestName(name, NamesOf(node.Gui, false)) : suggestion;
+}
 
 GraphNode NodeBuilder::Make(std::size_t index, const DocumentNode& record) const
 {

@@ -12,6 +12,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace Mox::Host {
@@ -73,5 +74,9 @@ private:
     const NodeMaker& _maker;
     NodeAt _nodeAt;
 };
+
+/// Returns a suggestion to append to the message that a node has no property with this name.
+/// Returns an empty string for a placeholder, because the properties of its type are unknown.
+std::string SuggestProperty(std::string_view name, const GraphNode& node);
 
 } // namespace Mox::Host

@@ -238,7 +238,8 @@ void PropertyEdit::SetInRecord(const DocumentProperty& value)
 {
     const auto stored = Find(_record.Properties, value.Name);
     if (stored == _record.Properties.end())
-        throw HostError(_live.Where, Compose("failed to find property \"", value.Name, "\""));
+        throw HostError(_live.Where, Compose("failed to find property \"", value.Name, "\"",
+                                             SuggestProperty(value.Name, _live)));
     const auto parsed = GuiProperty::Create(value.Name);
     parsed->Kind = stored->Kind;
     if (stored->Kind == GuiPropertyKind::Enum)

@@ -5,6 +5,7 @@
 #include "mox/program/StandInNames.h"
 
 #include <algorithm>
+#include <string_view>
 #include <tuple>
 #include <unordered_set>
 #include <vector>
@@ -14,6 +15,8 @@ namespace Mox::Host {
 namespace {
 
 using Materials::Compose;
+using Materials::GuiProperty;
+using Materials::GuiPropertyKind;
 
 /// Moves the entries of an edge list out while an operation runs that would search the list for its
 /// edge, and afterwards puts them back at the front. While a graph only grows, its edges are alive
@@ -31,6 +34,16 @@ private:
     ShaderNode::EdgeList& _list;
     ShaderNode::EdgeList _entries;
 };
+
+/// Whether changing a property to the value "to" moves the functions of its node to another stage:
+/// its value is "from" or leaves the choice of the stage to the node.
+bool CanMove(const GuiProperty& property, std::string_view from, std::string_view to)
+{
+    return property.Kind == GuiPropertyKind::Enum &&
+           (property.Text == from || property.Text == "Automatic") &&
+           std::find(property.Choices.begin(), property.Choices.end(), to) !=
+               property.Choices.end();
+}
 
 class ShaderGeneration
 {
@@ -129,7 +142,7 @@ private:
                 FeedStandIn(edge, record.Heads[i], record.HeadPorts[i]);
             }
         }
-        NoteOrigins({_graph.Nodes()[edge.Head].Id, "conversion", {}, {}, {}});
+        NoteOrigins({_graph.Nodes()[edge.Head].Id, "conversion"});
     }
 
     /// Connects a uniform to an input whose value is missing because of a failure, so that the rest
@@ -159,11 +172,12 @@ private:
 
     static ShaderOrigin OriginOf(const MaterialGraph::Node& node)
     {
-        ShaderOrigin origin{node.Id, node.Gui.Type(), {}, {}, {}};
+        ShaderOrigin origin{node.Id, node.Gui.Type()};
         for (const auto& property : node.Gui.Properties().Properties) {
-            if (property->Kind == Materials::GuiPropertyKind::Enum &&
-                (property->GetEnum() == "Vertex" || property->GetEnum() == "Fragment"))
-                origin.LevelProperty = property->Name;
+            if (CanMove(*property, "Fragment", "Vertex"))
+                origin.VertexProperty = property->Name;
+            if (CanMove(*property, "Vertex", "Fragment"))
+                origin.FragmentProperty = property->Name;
         }
         return origin;
     }

@@ -12,12 +12,14 @@ namespace Mox::Host {
 /// The origin of a shader node.
 struct ShaderOrigin
 {
-    std::string Node;          ///< id of the authoring node; empty for the environment
-    std::string Type;          ///< type of that node, or "conversion"
-    std::string Port;          ///< for a parameter that receives the value of an input of that
-                               ///< node: the input
-    std::string Name;          ///< for a parameter with a stand-in name: the name of the binding
-    std::string LevelProperty; ///< property of that node that sets the function's level
+    std::string Node;      ///< id of the authoring node; empty for the environment
+    std::string Type;      ///< type of that node, or "conversion"
+    std::string Port = {}; ///< for a parameter that receives the value of an input of that node:
+                           ///< the input
+    std::string Name = {}; ///< for a parameter with a stand-in name: the name of the binding
+    std::string VertexProperty = {};   ///< property of that node that moves its functions to the
+                                       ///< vertex stage if it is changed to "Vertex"
+    std::string FragmentProperty = {}; ///< likewise for the fragment stage and "Fragment"
 };
 
 /// Origins of the nodes of one shader graph. Nodes without an entry belong to the environment.

@@ -240,7 +240,7 @@ void StageChoice::ReportWhatCannotCross()
                     read.Shader->Describe(),
                     read.Origin->Node.empty() ? " of the environment"
                                               : Compose(" of node \"", read.Origin->Node, "\""),
-                    " reads it", FormatReasons({value.Node, reader})));
+                    " reads it", FormatRemedy(reader, value.Node)));
     }
 }
 
@@ -281,18 +281,23 @@ const ShaderOrigin* StageChoice::EndBehind(std::size_t node) const
     return _graph.EndBefore(reader, static_cast<std::size_t>(input - inputs.begin()));
 }
 
-/// Lists the properties by which the material's author set the stages of some nodes.
-std::string StageChoice::FormatReasons(std::initializer_list<std::size_t> nodes) const
+/// Lists the properties that can move one node to the vertex stage or the other to the fragment
+/// stage.
+std::string StageChoice::FormatRemedy(std::size_t toVertex, std::size_t toFragment) const
 {
-    std::string reasons;
-    for (const std::size_t node : nodes) {
-        const ShaderOrigin& origin = *_graph.Nodes()[node].Origin;
-        if (!origin.LevelProperty.empty()) {
-            reasons += Compose(reasons.empty() ? "; set by property \"" : " and by property \"",
-                               origin.LevelProperty, "\" of node \"", origin.Node, "\"");
+    std::string remedy;
+    const auto add = [&](const std::string& property, const std::string& node, const char* value) {
+        if (!property.empty()) {
+            remedy +=
+                Compose(remedy.empty() ? "; to resolve this, set property \"" : " or property \"",
+                        property, "\" of node \"", node, "\" to \"", value, "\"");
         }
-    }
-    return reasons;
+    };
+    const ShaderOrigin& perFragment = *_graph.Nodes()[toVertex].Origin;
+    const ShaderOrigin& perVertex = *_graph.Nodes()[toFragment].Origin;
+    add(perFragment.VertexProperty, perFragment.Node, "Vertex");
+    add(perVertex.FragmentProperty, perVertex.Node, "Fragment");
+    return remedy;
 }
 
 void StageChoice::ReportConflict(std::size_t node)
@@ -303,7 +308,7 @@ void StageChoice::ReportConflict(std::size_t node)
     _problems.Fail("stage-conflict", PlaceOf(*_graph.Nodes()[node].Origin),
                    Compose(_graph.Nodes()[node].Shader->Describe(),
                            " runs per fragment, but its result is needed per vertex: ",
-                           FormatPath(node), FormatReasons({node, last})));
+                           FormatPath(node), FormatRemedy(node, last)));
 }
 
 std::string DescribeValue(const ProgramGraph& graph, const ProgramValue& value)

@@ -6,7 +6,6 @@
 #include "mox/program/ProgramStage.h"
 
 #include <cstdint>
-#include <initializer_list>
 #include <map>
 #include <optional>
 #include <string>
@@ -67,7 +66,7 @@ private:
     void ReportConflict(std::size_t node);
     void ReportWhatCannotCross();
     std::string FormatPath(std::size_t node) const;
-    std::string FormatReasons(std::initializer_list<std::size_t> nodes) const;
+    std::string FormatRemedy(std::size_t toVertex, std::size_t toFragment) const;
     const ShaderOrigin* EndBehind(std::size_t node) const;
 
     const ProgramGraph& _graph;
