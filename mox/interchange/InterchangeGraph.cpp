@@ -62,8 +62,8 @@ void SetFromTable(DocumentNode& record, const std::string& property, const std::
         return;
     }
     if (value.Numbers.empty()) {
-        throw NoCounterpart(Compose("the input \"", name, "\" of ", node.Name,
-                                    " must be a value, not a connection"));
+        throw NoCounterpart(
+            Compose("the input \"", name, "\" of ", node.Name, " must be a number"));
     }
     const float number = value.Numbers.front();
     if (sign == '$')

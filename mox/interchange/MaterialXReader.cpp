@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <set>
 
 namespace Mox::Host {
 
@@ -109,7 +108,8 @@ void MaterialXReader::WarnOfUnread()
     for (const std::size_t scope : scopes) {
         for (const XmlTree& child : _scopes->GraphOf(scope).Children) {
             if (child.Name != "input" && child.Name != "output" && child.Name != "backdrop" &&
-                !read.contains(&child) && reported.insert(&child).second)
+                !read.contains(&child) && !_fixed.contains(&child) &&
+                reported.insert(&child).second)
                 Report(Carry::None, child, "this node does not contribute to the material");
         }
     }
@@ -134,7 +134,8 @@ void MaterialXReader::Evaluate(const MaterialXSource& source)
             continue;
         }
         for (const XmlTree& child : key.second->Children) {
-            if (child.Name != "input")
+            if (child.Name != "input" ||
+                GetStandardNodes().HasFixedInput(key.second->Name, child.Get("name")))
                 continue;
             const MaterialXSource input = _scopes->Follow(key.first, child);
             if (input.What != MaterialXSource::Kind::Output)
@@ -205,8 +206,10 @@ InputValues MaterialXReader::ReadInputs(const Key& key, const NamedTexts& inputs
             values[name] = InterchangeGraph::Default(text);
             continue;
         }
-        const MaterialXSource source = _scopes->Follow(key.first, *input);
-        InterchangeValue value = ReadInput(source, *input, category);
+        InterchangeValue value =
+            GetStandardNodes().HasFixedInput(category, name)
+                ? ReadFixedInput(key, *input)
+                : ReadInput(_scopes->Follow(key.first, *input), *input, category);
         // A constant normal of 0, 0, 1 in a file means the unmodified surface normal.
         const bool isPlainNormal = text == "Nworld" && EqualsText(value, "0,0,1");
         const bool isNothing = !value.IsConnected() && value.Numbers.empty() &&
@@ -256,6 +259,38 @@ InterchangeValue MaterialXReader::ReadInput(const MaterialXSource& source, const
     value = _graph.Make(constant, constant.Alternatives.front(), {{"value", value}}, site)["out"];
     value.Type = source.Element->Get("type");
     return _parameters[source.Element] = value;
+}
+
+/// Reads an input that must be a value. The value may come through inputs of node graphs, constants
+/// and dots.
+/// @returns nothing if other nodes compute the value, which is reported
+InterchangeValue MaterialXReader::ReadFixedInput(const Key& key, const XmlTree& input)
+{
+    using Kind = MaterialXSource::Kind;
+    MaterialXSource source = _scopes->Follow(key.first, input);
+    std::set<Key> passed;
+    while (source.What == Kind::Output && passed.emplace(source.Scope, source.Element).second) {
+        const XmlTree& node = *source.Element;
+        const XmlTree* next = node.Name == "constant" ? MaterialXScopes::FindInput(node, "value")
+                              : node.Name == "dot"    ? MaterialXScopes::FindInput(node, "in")
+                                                      : nullptr;
+        if (next)
+            source = _scopes->Follow(source.Scope, *next);
+    }
+    if (source.What == Kind::Output) {
+        Report(Carry::None, input,
+               Compose("the input \"", input.Get("name"),
+                       "\" must be a value; its default replaces the computed one"));
+        return {};
+    }
+    for (const auto& [scope, node] : passed)
+        _fixed.insert(node);
+    if (source.What == Kind::Nothing)
+        return {};
+    if (source.What == Kind::Parameter && _fixed.insert(source.Element).second)
+        Report(Carry::Approximated, *source.Element,
+               "this value becomes fixed, because a node cannot read it through a port");
+    return ReadLiteral(source, false);
 }
 
 /// @param isParameter whether the value belongs to a node graph input, whose name it keeps

@@ -4,6 +4,7 @@
 #include "mox/interchange/MaterialXScopes.h"
 
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -59,7 +60,8 @@ private:
                                         const std::string& category);
     InterchangeValue ReadInput(const MaterialXSource& source, const XmlTree& input,
                                const std::string& category);
-    InterchangeValue ReadLiteral(const MaterialXSource& source, bool isKept);
+    InterchangeValue ReadFixedInput(const Key& key, const XmlTree& input);
+    InterchangeValue ReadLiteral(const MaterialXSource& source, bool isParameter);
     void MakeLinear(InterchangeValue& colour, const MaterialXSource& source);
     void WarnOfColourSpace(const std::string& space, const XmlTree& element);
     InterchangeGraph::Site SiteOf(const Key& key);
@@ -76,8 +78,9 @@ private:
     MaterialXScopes* _scopes = nullptr; ///< valid while reading
     std::map<Key, Evaluated> _evaluated;
     std::map<const XmlTree*, InterchangeValue> _parameters; ///< keyed by node graph input
-    std::map<const XmlTree*, bool> _readByNormalMapsOnly;   ///< whether each connected node is read
-                                                            ///< only by normal maps
+    std::set<const XmlTree*> _fixed; ///< graph inputs, constants and dots that fixed inputs read
+    std::map<const XmlTree*, bool> _readByNormalMapsOnly; ///< whether each connected node is read
+                                                          ///< only by normal maps
 };
 
 } // namespace Mox::Host

@@ -121,6 +121,7 @@ InterchangeNode ReadNode(const XmlTree& element)
     node.FloatInputs = element.Get("float");
     node.SingleInputs = element.Get("single");
     node.IntegerInputs = element.Get("integer");
+    node.FixedInputs = SplitWords(element.Get("fixed"), ' ');
     node.Gives = element.Get("gives");
     for (const XmlTree& child : element.Children)
         node.Alternatives.push_back(ReadAlternative(child));
@@ -133,6 +134,7 @@ InterchangeSurface ReadSurface(const XmlTree& element)
     surface.Name = element.Get("name");
     surface.Type = element.Get("type");
     surface.Inputs = ParsePairs(element.Get("inputs"), ' ');
+    surface.FixedInputs = SplitWords(element.Get("fixed"), ' ');
     for (const XmlTree& child : element.Children) {
         if (child.Name == "port") {
             surface.Ports.push_back({child.Get("name"), ParseOptional(child, "is"),
@@ -219,6 +221,15 @@ const InterchangeSurface* StandardNodes::FindSurface(std::string_view name) cons
     const auto surface = std::find_if(Surfaces.begin(), Surfaces.end(),
                                       [&](const auto& entry) { return entry.Name == name; });
     return surface == Surfaces.end() ? nullptr : &*surface;
+}
+
+bool StandardNodes::HasFixedInput(std::string_view category, const std::string& input) const
+{
+    const auto has = [&](const auto* entry) {
+        return entry && std::find(entry->FixedInputs.begin(), entry->FixedInputs.end(), input) !=
+                            entry->FixedInputs.end();
+    };
+    return has(Find(category)) || has(FindSurface(category));
 }
 
 const std::string* StandardNodes::FindProperty(const std::string& type,

@@ -77,6 +77,7 @@ struct InterchangeNode
     std::string FloatInputs; ///< space-separated list, like the following
     std::string SingleInputs;
     std::string IntegerInputs;
+    std::vector<std::string> FixedInputs; ///< inputs that must be values
     std::string Gives;
     std::vector<InterchangeAlternative> Alternatives;
 };
@@ -110,6 +111,7 @@ struct InterchangeSurface
     std::string Name;
     std::string Type;
     NamedTexts Inputs;
+    std::vector<std::string> FixedInputs; ///< inputs that must be values
     std::vector<Port> Ports;
     std::vector<State> States;
     std::vector<Ignored> IgnoredInputs;
@@ -130,6 +132,9 @@ struct StandardNodes
 {
     const InterchangeNode* Find(std::string_view name) const;
     const InterchangeSurface* FindSurface(std::string_view name) const;
+
+    /// Returns whether an input of a node or shader must be a value.
+    bool HasFixedInput(std::string_view category, const std::string& input) const;
 
     /// Returns the property that contains the value of a port without an edge, or null.
     const std::string* FindProperty(const std::string& type, const std::string& port) const;

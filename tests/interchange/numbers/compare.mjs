@@ -8,13 +8,15 @@ import { execFile, spawnSync } from 'node:child_process';
 import fs from 'node:fs';
 import os from 'node:os';
 import path from 'node:path';
+import { fileURLToPath } from 'node:url';
 import { promisify } from 'node:util';
 import { makeCases } from './cases.mjs';
 import { makeDocuments } from './documents.mjs';
 import { eye, frame, picture, size, streams, time, viewProjection, world, worldInverse,
   worldInverseTranspose, worldTranspose, worldViewProjection } from './scene.mjs';
 
-const root = path.join(import.meta.dirname, '../../..');
+const here = fileURLToPath(new URL('.', import.meta.url));
+const root = path.join(here, '../../..');
 const [mox, word = ''] = process.argv.slice(2).filter((word) => word !== '--quick');
 const isQuick = process.argv.includes('--quick');
 const bound = 1e-4; // of the larger number, and at least of 1
@@ -181,7 +183,7 @@ async function draw(programs) {
     const request = { size, streams, picture, programs: programs.slice(begin, begin + 100) };
     fs.writeFileSync(at('request.json'), JSON.stringify(request));
     await run('node', [path.join(root, 'tests/languages/browser/draw.js'), at('request.json'), at('answer.json'),
-      import.meta.dirname]);
+      here]);
     answers.push(...JSON.parse(fs.readFileSync(at('answer.json'), 'utf8')));
   }
   return answers;
