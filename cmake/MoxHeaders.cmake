@@ -80,6 +80,7 @@ mox_add_headers(mox_host
   host/PluginSet.h
   host/Problem.h
   host/ProblemRule.h
+  host/Xpm.h
   interchange/ReadMaterial.h
   json/ChangeJson.h
   json/ProblemReport.h

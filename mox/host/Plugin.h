@@ -1,7 +1,7 @@
 #pragma once
 
-#include "mox/host/Picture.h"
 #include "mox/host/PluginNode.h"
+#include "mox/host/Xpm.h"
 
 #include <boost/dll/shared_library.hpp>
 #include <boost/shared_ptr.hpp>
@@ -26,7 +26,7 @@ struct PluginType
     std::string Library; ///< name of the library that supplies the type
     std::string Label;   ///< name of the type in the user interface
     bool Listed = true;  ///< whether hosts offer the type to the user
-    XpmTable Icon;       ///< empty if the type does not have an icon
+    XpmTable Icon;       ///< empty if the plug-in does not supply one
 };
 
 /// A loaded plug-in with its factory.

@@ -9,7 +9,7 @@
 namespace Mox::Host {
 
 /// The catalogue in JSON: an array with one object per type.
-/// @param files provide the help of types and the ranges of their properties
+/// @param files provide the help and the icons of types and the ranges of their properties
 Json CatalogueToJson(const std::vector<CatalogueEntry>& entries, const NodeFiles& files);
 
 /// The value of a property in JSON; null for a reference to a node.

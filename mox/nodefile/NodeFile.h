@@ -2,6 +2,7 @@
 
 #include "mox/authoring/GuiPropertyBag.h"
 #include "mox/host/AttributeText.h"
+#include "mox/host/Xpm.h"
 #include "mox/shader/ShaderNode.h"
 
 #include <cstdint>
@@ -120,6 +121,7 @@ struct NodeFile
     std::string Help;
     std::string Title; ///< enum property whose value is the title; may be empty
     float Colour[3] = {0.9f, 0.9f, 0.9f};
+    XpmTable Icon; ///< a valid table, or empty
     std::vector<NodeProperty> Properties;
     std::vector<NodeInput> Inputs;
     std::vector<NodeOutput> Outputs;

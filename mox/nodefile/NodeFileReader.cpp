@@ -228,9 +228,11 @@ private:
             ReadFunction(part);
         else if (part.Name == "body")
             ReadBody(part);
+        else if (part.Name == "icon")
+            ReadIcon(part);
         else
             throw HostError(part.Where, "only <help>, <property>, <in>, <out>, <sampler>, "
-                                        "<function> and <body> are allowed here");
+                                        "<function>, <body> and <icon> are allowed here");
     }
 
     void ReadProperty(const XmlTree& part)
@@ -421,6 +423,19 @@ private:
                       element.TextLine()};
         RequireClosedCode(body.Text, body.Line, false);
         _file.Bodies.push_back(std::move(body));
+    }
+
+    void ReadIcon(const XmlTree& part)
+    {
+        const NodeElement element(part, {});
+        if (!_file.Icon.empty())
+            element.Fail("a node can have only one <icon>");
+        const std::string& source = element.Text();
+        try {
+            _file.Icon = ParseXpm(source);
+        } catch (const HostError& error) {
+            element.Fail(error.Message);
+        }
     }
 
     /// Rejects code that does not end where its element ends.

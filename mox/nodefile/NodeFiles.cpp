@@ -39,6 +39,14 @@ std::shared_ptr<const NodeFile> NodeFiles::Find(const std::string& typeName) con
     }
 }
 
+XpmTable NodeFiles::FindIcon(const PluginType& type) const
+{
+    if (!type.Icon.empty())
+        return type.Icon;
+    const auto file = Find(type.TypeName);
+    return file ? file->Icon : XpmTable();
+}
+
 std::vector<std::string> NodeFiles::FilesOf(const std::string& typeName) const
 {
     const auto files = _definitions.find(typeName);

@@ -11,7 +11,7 @@
 namespace Mox::Host {
 
 /// The node files that plug-ins find. They provide what a plug-in cannot report about its types:
-/// help, ranges of properties, and errors in the files.
+/// help, ranges of properties, icons of file types, and errors in the files.
 class NodeFiles
 {
 public:
@@ -21,6 +21,10 @@ public:
 
     /// Returns the description of a type; null if no file describes it or the file is invalid.
     std::shared_ptr<const NodeFile> Find(const std::string& typeName) const;
+
+    /// Returns the icon of a type: the one of its plug-in, otherwise the one of its file, which is
+    /// read for this; empty if the type has none.
+    XpmTable FindIcon(const PluginType& type) const;
 
     /// Returns the files that claim to define a type, in search order.
     std::vector<std::string> FilesOf(const std::string& typeName) const;

@@ -1,8 +1,8 @@
 #include "mox/pictures/MaterialPicture.h"
 
 #include "mox/Text.h"
-#include "mox/host/Picture.h"
 #include "mox/host/PluginNode.h"
+#include "mox/host/Xpm.h"
 #include "mox/layout/FramePlan.h"
 #include "mox/pictures/DotText.h"
 #include "mox/pictures/PictureStyle.h"
@@ -331,18 +331,25 @@ private:
 
 } // namespace
 
-std::map<std::string, Picture> IconsOfNodes(const MaterialGraph& graph, const PluginSet& plugins)
+std::map<std::string, Picture> IconsOfNodes(const MaterialGraph& graph, const PluginSet& plugins,
+                                            const NodeFiles& files)
 {
-    std::unordered_map<std::string, const XpmTable*> tables;
+    std::unordered_map<std::string, const PluginType*> types;
     for (const Plugin& plugin : plugins.Plugins()) {
         for (const PluginType& type : plugin.Types())
-            tables.emplace(type.TypeName, &type.Icon);
+            types.emplace(type.TypeName, &type);
     }
+    std::unordered_map<std::string, XpmTable> tables; // of the types in the graph
     std::map<std::string, Picture> icons;
     for (const MaterialGraph::Node& node : graph.Nodes()) {
-        const auto table = tables.find(node.Gui.Type());
-        if (table != tables.end() && !table->second->empty())
-            icons.emplace(node.Id, DecodeXpm(*table->second));
+        const auto type = types.find(node.Gui.Type());
+        if (type == types.end())
+            continue;
+        const auto [table, isNew] = tables.try_emplace(type->first);
+        if (isNew)
+            table->second = files.FindIcon(*type->second);
+        if (!table->second.empty())
+            icons.emplace(node.Id, DecodeXpm(table->second));
     }
     return icons;
 }

@@ -3,6 +3,7 @@
 #include "mox/graph/MaterialGraph.h"
 #include "mox/host/PluginSet.h"
 #include "mox/host/Problem.h"
+#include "mox/nodefile/NodeFiles.h"
 #include "mox/pictures/Graphviz.h"
 
 #include <map>
@@ -11,7 +12,8 @@
 namespace Mox::Host {
 
 /// Returns the icon of each node's type, by node id. Types without an icon are left out.
-std::map<std::string, Picture> IconsOfNodes(const MaterialGraph& graph, const PluginSet& plugins);
+std::map<std::string, Picture> IconsOfNodes(const MaterialGraph& graph, const PluginSet& plugins,
+                                            const NodeFiles& files);
 
 /// Draws an authoring graph, whether or not it is resolved: each node in its own colours with its
 /// title, id and ports, and each port with its label and its type as far as that is known.

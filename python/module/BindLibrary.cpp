@@ -177,9 +177,10 @@ void BindTypes(py::module_& module)
         .def_property_readonly(
             "icon",
             [](const TypeView& t) -> std::optional<Image> {
-                if (t.Entry->Type.Icon.empty())
+                const Host::XpmTable icon = t.Owner->NodeFiles().FindIcon(t.Entry->Type);
+                if (icon.empty())
                     return std::nullopt;
-                return Image{Host::DecodeXpm(t.Entry->Type.Icon)};
+                return Image{Host::DecodeXpm(icon)};
             },
             "The icon, or None if the type has none.")
         .def("__repr__", [](const TypeView& t) {

@@ -89,7 +89,7 @@ std::string DrawGraph(const Material& material, const GraphSettings& settings)
             images = settings.HasThumbnails
                          ? Tool::DrawThumbnails(copy.Graph, library.Plugins(),
                                                 library.Environment(), {}, copy.Problems)
-                         : Host::IconsOfNodes(copy.Graph, library.Plugins());
+                         : Host::IconsOfNodes(copy.Graph, library.Plugins(), library.NodeFiles());
         }
         drawing = Host::DrawMaterial(copy.Graph, copy.Problems, images);
     }

@@ -35,6 +35,7 @@ class Reading(TestInFolder):
         self.assertEqual([port.name for port in maths.outputs], ["out_value"])
         self.assertIn("Fresnel", next(p for p in maths.properties if p.name == "Function").choices)
         self.assertEqual((maths.icon.width > 0, len(maths.icon.tobytes())), (True, maths.icon.width * maths.icon.height * 4))
+        self.assertEqual(self.library.types["NoiseFractal"].icon.width, 32, "the icon of a node file")
         self.assertEqual(self.library.new_node("CoreUv", "uv"), run(PROGRAM, "new", "CoreUv", "--id", "uv").stdout)
         with self.assertRaises(mox.Error) as caught:
             self.library.new_node("CoreMats")

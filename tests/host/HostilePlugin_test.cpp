@@ -177,9 +177,9 @@ TEST(HostilePlugin, FaultyRowsOfCataloguesAreRefused)
         {"label", "the label \"caf\xe9\" is not UTF-8"},
         {"type", "the type name \"\xff\" is not UTF-8"},
         {"library", "the library \"\xc3\" is not UTF-8"},
-        {"null header", "type \"Faulty\": row 1 of the icon is null"},
-        {"null colour", "type \"Faulty\": row 3 of the icon is null"},
-        {"null row", "type \"Faulty\": row 4 of the icon is null"},
+        {"null header", "type \"Faulty\": row 1 of the icon is missing"},
+        {"null colour", "type \"Faulty\": row 3 of the icon is missing"},
+        {"null row", "type \"Faulty\": row 4 of the icon is missing"},
         {"no colour", "type \"Faulty\": row 2 of the icon has no colour"},
         {"short row", "type \"Faulty\": row 3 of the icon is too short"},
         {"wrong header", "type \"Faulty\": invalid icon header, expected the width, height, number "

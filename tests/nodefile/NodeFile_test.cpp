@@ -1,6 +1,8 @@
+#include "mox/Text.h"
 #include "mox/host/File.h"
 #include "mox/host/HostError.h"
 #include "mox/nodefile/NodeFileReader.h"
+#include "tests/support/Failure.h"
 #include "tests/support/SchemaVerdict.h"
 
 #include <gtest/gtest.h>
@@ -63,6 +65,41 @@ TEST(NodeFile, AnswersAsItsSchema)
             EXPECT_FALSE(IsRead(broken)) << file << text.substr(place, 30);
             EXPECT_FALSE(FollowsSchema(broken, MOX_NODE_SCHEMA)) << file << text.substr(place, 30);
         }
+    }
+}
+
+TEST(NodeFile, RefusesIconsThatAreNotImages)
+{
+    const struct
+    {
+        const char* Icon;
+        const char* Failure;
+        bool FollowsSchema;
+    } cases[] = {
+        {R"(<icon>"1 1 1 1" "a c None" "a"</icon>)", "no failure", true},
+        {R"(<icon>"1 1 1 1", " c None", /* black */ " " };</icon>)", "no failure", true},
+        {R"(<icon/>)", "<icon> is empty", false},
+        {R"(<icon>1 1 1 1</icon>)", "row 1 of the icon is missing", false},
+        {R"(<icon>"1 1 1 1" "a c None</icon>)", "row 2 of the icon has no closing quotation mark",
+         false},
+        {"<icon>\"1 1\n1 1\" \"a c None\" \"a\"</icon>",
+         "row 1 of the icon has no closing quotation mark", false},
+        {R"(<icon>"1 2 1 1" "a c None" "a"</icon>)", "row 4 of the icon is missing", true},
+        {R"(<icon>"1 1 1 1" "a c None" "b"</icon>)",
+         "row 3 of the icon contains a pixel with an undefined colour key", true},
+        {R"(<icon>"1 1 1 1" "a c None" "a"</icon><icon>"1 1 1 1" "a c None" "a"</icon>)",
+         "a node can have only one <icon>", false},
+    };
+    for (const auto& [icon, failure, followsSchema] : cases) {
+        const std::string text =
+            Mox::Materials::Compose(R"(<node version="1" type="AbC" label="L" library="Ab">
+<out name="out_value" label="out"/><body>out_value = 1.0;</body>
+)",
+                                    icon, "</node>");
+        const std::string found = HostFailureOf([&] { ParseNodeFile("node.xml", text); });
+        EXPECT_TRUE(found.ends_with(failure)) << icon << found;
+        EXPECT_TRUE(found == "no failure" || found.starts_with("node.xml:3: ")) << icon << found;
+        EXPECT_EQ(FollowsSchema(text, MOX_NODE_SCHEMA), followsSchema) << icon;
     }
 }
 

@@ -41,7 +41,8 @@ Drawing DrawDocument(const MaterialDocument& document, ProblemList& problems)
     MaterialGraph graph = LoadMaterial(document, TestPlugins(), problems);
     ResolveGraph(graph, problems);
     ReportCountConflicts(graph, problems);
-    return DrawMaterial(graph, problems, IconsOfNodes(graph, TestPlugins()));
+    return DrawMaterial(graph, problems,
+                        IconsOfNodes(graph, TestPlugins(), NodeFiles(TestPlugins())));
 }
 
 Drawing DrawExampleShader(const std::string& name)

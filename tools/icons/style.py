@@ -1,7 +1,23 @@
 """What all icons share: a rounded tile, a light from the upper left, soft shadows to the lower
-right, and a few tones."""
+right, arrows, and a few tones."""
 
-from canvas import SIZE, Canvas, box, colour, common, cut, down, grown, mix, moved
+from math import sqrt
+
+from canvas import (
+    SIZE,
+    Canvas,
+    box,
+    colour,
+    common,
+    cut,
+    down,
+    grown,
+    line,
+    mix,
+    moved,
+    polygon,
+    union,
+)
 
 WHITE, BLACK = (255, 255, 255), (0, 0, 0)
 RED, GREEN, BLUE = colour("#E5383B"), colour("#2FA84F"), colour("#2F6BE0")
@@ -22,3 +38,14 @@ def tile(base, shade=0.14):
 
 def shadow(canvas, shape, opacity=0.4, blur=4, offset=1.2):
     canvas.paint(moved(shape, offset, offset), BLACK, opacity, blur)
+
+
+def arrow(start, end, width=2.2, head=4.2):
+    """A straight arrow from start to its point at end."""
+    (ax, ay), (bx, by) = start, end
+    length = sqrt((bx - ax) * (bx - ax) + (by - ay) * (by - ay))
+    ux, uy = (bx - ax) / length, (by - ay) / length
+    nx, ny = bx - ux * head, by - uy * head
+    side = head * 0.7
+    point = polygon([end, (nx - uy * side, ny + ux * side), (nx + uy * side, ny - ux * side)])
+    return union(line([start, (nx, ny)], width), point)

@@ -1,7 +1,5 @@
 """The icons of the surface nodes."""
 
-from math import sqrt
-
 from canvas import (
     ball,
     box,
@@ -17,20 +15,9 @@ from canvas import (
     polygon,
     union,
 )
-from style import BLACK, BLUE, GREEN, RED, WHITE, shadow, tile
+from style import BLACK, BLUE, GREEN, RED, WHITE, arrow, shadow, tile
 
 INK = colour("#1F4E55")
-
-
-def arrow(start, end, width=2.2, head=4.2):
-    """A straight arrow from start to its point at end."""
-    (ax, ay), (bx, by) = start, end
-    length = sqrt((bx - ax) * (bx - ax) + (by - ay) * (by - ay))
-    ux, uy = (bx - ax) / length, (by - ay) / length
-    nx, ny = bx - ux * head, by - uy * head
-    side = head * 0.7
-    point = polygon([end, (nx - uy * side, ny + ux * side), (nx + uy * side, ny - ux * side)])
-    return union(line([start, (nx, ny)], width), point)
 
 
 def surface(base):

@@ -1,6 +1,7 @@
 """Reduces a picture to a number of colours and writes it as an XPM table."""
 
 import heapq
+import re
 from collections import Counter
 
 # No quotation mark, backslash or question mark, since the table is C source as well.
@@ -51,16 +52,28 @@ def reduce_colours(rows, count, pinned):
 
 
 def write(file, name, rows, base):
-    """Writes rows as the static table name: transparent first, then base, then as they appear."""
+    """Writes rows as the static table name."""
+    lines = _lines(rows, base)
+    # Some readers look for the words "static char", so const has to come after them.
+    file.write_text(f"/* XPM */\nstatic char const* const {name}[] = {{\n{lines}\n}};\n", "ascii")
+
+
+def write_element(file, rows, base):
+    """Writes rows as the icon of a node file, in place of the one that it has."""
+    text = re.sub(r"  <icon>.*?</icon>\n", "", file.read_text("utf-8"), flags=re.DOTALL)
+    element = f"  <icon><![CDATA[\n{_lines(rows, base)}\n  ]]></icon>\n"
+    file.write_text(text.replace("</node>", element + "</node>"), "utf-8")
+
+
+def _lines(rows, base):
+    """The strings of the table: transparent first, then base, then colours as they appear."""
     colours = list(dict.fromkeys([None, base, *(pixel for row in rows for pixel in row)]))
     length = 1 if len(colours) <= len(KEY_CHARACTERS) else 2
     keys = {pixel: _key(index, length) for index, pixel in enumerate(colours)}
     strings = [f"{len(rows[0])} {len(rows)} {len(colours)} {length}"]
     strings += [f"{key}\tc {_text(pixel)}" for pixel, key in keys.items()]
     strings += ["".join(keys[pixel] for pixel in row) for row in rows]
-    lines = ",\n".join(f'"{string}"' for string in strings)
-    # Some readers look for the words "static char", so const has to come after them.
-    file.write_text(f"/* XPM */\nstatic char const* const {name}[] = {{\n{lines}\n}};\n", "ascii")
+    return ",\n".join(f'"{string}"' for string in strings)
 
 
 def _key(index, length):

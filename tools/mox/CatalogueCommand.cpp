@@ -34,12 +34,13 @@ Examples:
   mox catalogue --icons icons
 )";
 
-void WriteIcons(const std::vector<Host::CatalogueEntry>& entries,
+void WriteIcons(const std::vector<Host::CatalogueEntry>& entries, const Host::NodeFiles& files,
                 const std::filesystem::path& folder)
 {
     Host::CreateFolder(folder);
     for (const Host::CatalogueEntry& entry : entries) {
-        if (entry.Type.Icon.empty())
+        const Host::XpmTable icon = files.FindIcon(entry.Type);
+        if (icon.empty())
             continue;
         const std::string name = entry.Type.TypeName + ".png";
         if (!Host::StaysInFolder(name)) {
@@ -47,7 +48,7 @@ void WriteIcons(const std::vector<Host::CatalogueEntry>& entries,
                                   Materials::Compose("the icon of the type \"", entry.Type.TypeName,
                                                      "\" would be written outside the folder"));
         }
-        Host::WritePng(Host::DecodeXpm(entry.Type.Icon), folder / name);
+        Host::WritePng(Host::DecodeXpm(icon), folder / name);
     }
 }
 
@@ -193,7 +194,7 @@ void AddCatalogueCommand(CLI::App& program, const CommonOptions& common)
         const auto entries = Host::DescribeCatalogue(plugins, *types, problems);
         const Host::NodeFiles files(plugins);
         if (!iconFolder->empty())
-            WriteIcons(entries, *iconFolder);
+            WriteIcons(entries, files, *iconFolder);
         std::cout << (*isJson ? Host::FormatJsonLines(Host::CatalogueToJson(entries, files))
                               : FormatCatalogueAsTable(entries, files));
         PrintProblems(problems);

@@ -9,6 +9,7 @@
 #include "mox/graph/OpenMaterial.h"
 #include "mox/host/AtomicFile.h"
 #include "mox/host/File.h"
+#include "mox/nodefile/NodeFiles.h"
 #include "mox/pictures/Graphviz.h"
 #include "mox/pictures/MaterialPicture.h"
 #include "mox/pictures/ShaderPicture.h"
@@ -87,7 +88,7 @@ std::map<std::string, Host::Picture> MakeImages(const GraphOptions& options,
     static_cast<void>(environment);
     static_cast<void>(problems);
 #endif
-    return Host::IconsOfNodes(graph, plugins);
+    return Host::IconsOfNodes(graph, plugins, Host::NodeFiles(plugins));
 }
 
 Host::Drawing DrawFunctions(const Host::MaterialGraph& graph, const Host::Environment& environment,

@@ -1,5 +1,6 @@
-#include "mox/host/Picture.h"
-#include "mox/host/Plugin.h"
+#include "mox/host/Xpm.h"
+#include "mox/nodefile/NodeFiles.h"
+#include "tests/support/BuildTree.h"
 #include "tests/support/Golden.h"
 
 #include <gtest/gtest.h>
@@ -60,12 +61,13 @@ std::string CheckIcon(const Host::XpmTable& table)
 
 TEST(Icons, EveryTableIsWellFormedAndDecodes)
 {
+    const Host::NodeFiles files(TestPlugins());
     std::string text;
-    for (const char* file : {MOX_CORE_PLUGIN, MOX_SURFACE_PLUGIN}) {
-        const Host::Plugin plugin(file);
-        for (const auto& row : plugin.Types()) {
-            SCOPED_TRACE(row.TypeName);
-            text += row.TypeName + ": " + (row.Icon.empty() ? "none" : CheckIcon(row.Icon)) + "\n";
+    for (const Host::Plugin& plugin : TestPlugins().Plugins()) {
+        for (const Host::PluginType& type : plugin.Types()) {
+            SCOPED_TRACE(type.TypeName);
+            const Host::XpmTable icon = files.FindIcon(type);
+            text += type.TypeName + ": " + (icon.empty() ? "none" : CheckIcon(icon)) + "\n";
         }
     }
     ExpectGolden("plugins/core/icons.txt", text);
