@@ -36,8 +36,7 @@ public:
     CatalogueEntry Describe() const
     {
         const PluginNode node = Create();
-        CatalogueEntry entry{_plugin.File(),
-                             _type,
+        CatalogueEntry entry{_type,
                              node.Properties().Version,
                              DescribePorts(node.InputPorts()),
                              DescribePorts(node.OutputPorts()),

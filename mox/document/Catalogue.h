@@ -7,7 +7,6 @@
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -39,7 +38,6 @@ struct CatalogueVariant
 /// A node type with the ports and properties of a new node.
 struct CatalogueEntry
 {
-    std::filesystem::path Plugin; ///< file of the plug-in that offers the type
     PluginType Type;
     std::int32_t Version = 0; ///< version of the properties
     CataloguePorts Inputs;

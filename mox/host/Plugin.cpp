@@ -61,15 +61,21 @@ PluginType CopyRow(const GuiNodeDescription& row, const Place& where)
             throw HostError(where, Compose("the ", field, " \"", *text, "\" is not UTF-8"));
         }
     }
-    try {
-        return {row.TypeName, row.Library, row.Label, row.Listed,
-                row.Icon ? CopyXpm(row.Icon) : XpmTable()};
-    } catch (const HostError& error) {
-        throw HostError(where, Compose("type \"", row.TypeName, "\": ", error.Message));
-    }
+    return {where.File, row.TypeName, row.Library, row.Label, row.Listed, row.Icon};
 }
 
 } // namespace
+
+XpmTable PluginType::CopyIcon() const
+{
+    if (!Icon)
+        return {};
+    try {
+        return CopyXpm(Icon);
+    } catch (const HostError& error) {
+        throw HostError(File.string(), Compose("type \"", TypeName, "\": ", error.Message));
+    }
+}
 
 Plugin::Plugin(const std::filesystem::path& file) : _file(file)
 {

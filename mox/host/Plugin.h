@@ -22,11 +22,18 @@ namespace Mox::Host {
 /// A node type that a plug-in offers. The strings are UTF-8.
 struct PluginType
 {
+    std::filesystem::path File; ///< file of the plug-in
     std::string TypeName;
     std::string Library; ///< name of the library that supplies the type
     std::string Label;   ///< name of the type in the user interface
     bool Listed = true;  ///< whether hosts offer the type to the user
-    XpmTable Icon;       ///< empty if the plug-in does not supply one
+    /// An XPM image in the memory of the plug-in, or null. CopyIcon checks it.
+    const char* const* Icon = nullptr;
+
+    /// Returns the icon, which is empty if the plug-in does not supply one. The plug-in must still
+    /// be loaded. Most programs need no icons, so loading a plug-in does not copy them.
+    /// @throws HostError as CopyXpm does, naming the plug-in and the type
+    XpmTable CopyIcon() const;
 };
 
 /// A loaded plug-in with its factory.
@@ -37,7 +44,7 @@ class Plugin
 {
 public:
     /// Loads a plug-in, checks its interface version, creates its factory, and copies and checks
-    /// its catalogue.
+    /// its catalogue except for the icons.
     /// @throws HostError naming the file, if any of these steps fails
     explicit Plugin(const std::filesystem::path& file);
 

@@ -41,8 +41,8 @@ std::shared_ptr<const NodeFile> NodeFiles::Find(const std::string& typeName) con
 
 XpmTable NodeFiles::FindIcon(const PluginType& type) const
 {
-    if (!type.Icon.empty())
-        return type.Icon;
+    if (type.Icon)
+        return type.CopyIcon();
     const auto file = Find(type.TypeName);
     return file ? file->Icon : XpmTable();
 }

@@ -192,7 +192,7 @@ TEST(HostilePlugin, FaultyRowsOfCataloguesAreRefused)
         setenv("HOSTILE_ROW", fault, 1);
         const std::string failure = HostFailureOf([] {
             const Plugin plugin(hostilePlugin);
-            EXPECT_EQ(DecodeXpm(plugin.Types().back().Icon).Pixels,
+            EXPECT_EQ(DecodeXpm(plugin.Types().back().CopyIcon()).Pixels,
                       (std::vector<std::uint8_t>{0, 0, 0, 0, 255, 128, 1, 255}));
         });
         EXPECT_TRUE(failure.ends_with(message)) << failure;
