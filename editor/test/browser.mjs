@@ -541,6 +541,13 @@ test('lines of programs and nodes find each other', async () => {
         .click();
     await page.locator('.card.lit').waitFor();
     assert.match(await page.locator('.card.lit').getAttribute('aria-label'), /node tinted$/);
+    const language = page.getByLabel('Language');
+    const targets = await language.locator('option').allTextContents();
+    assert.ok(targets.includes('wgsl'), `${targets}`);
+    for (const target of targets) {
+        await language.selectOption(target);
+        await until(page, () => document.querySelector('.cm-content')?.textContent.length > 100);
+    }
     assert.deepEqual(page.complaints, []);
     await page.context().close();
 });

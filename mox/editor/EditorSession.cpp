@@ -311,6 +311,10 @@ void EditorSession::GetCatalogue(const Request& request, EditorAnswer&, Json& re
                                      NodeFiles(*_services.Plugins));
     reply["material"] = {{"description", DescribeAttributes(DescriptionRule)},
                          {"renderState", DescribeAttributes(RenderStateRule)}};
+    Json targets = Json::array();
+    for (const auto& [name, format] : _services.Formats)
+        targets.push_back(name);
+    reply["targets"] = std::move(targets);
     reply["problems"] = ToJson(problems.Problems());
 }
 

@@ -230,5 +230,7 @@ export interface Answer {
     ownMesh?: string;
     types?: CatalogueType[];
     material?: MaterialParts;
+    /** The languages in which the server can compile. */
+    targets?: string[];
     saved?: boolean;
 }

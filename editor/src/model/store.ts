@@ -62,6 +62,8 @@ export interface Snapshot {
     document: DocumentState;
     catalogue: Catalogue;
     materialParts: MaterialParts;
+    /** The languages in which the server can compile. */
+    targets: readonly string[];
     revision: number;
     unsaved: boolean;
     undo: string;
@@ -100,6 +102,7 @@ const empty: Snapshot = {
     document: emptyDocument,
     catalogue: new Map(),
     materialParts: { description: [], renderState: [] },
+    targets: [],
     revision: 0,
     unsaved: false,
     undo: '',
@@ -182,6 +185,7 @@ export class Editor {
         this.set({
             catalogue: new Map(types.map((type) => [type.type, type])),
             ...(catalogue.answer.material ? { materialParts: catalogue.answer.material } : {}),
+            targets: catalogue.answer.targets ?? [],
         });
         this.compileSoon(0);
     }

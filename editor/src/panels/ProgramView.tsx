@@ -8,7 +8,6 @@ import type { Answer } from '../model/messages.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 import type { Lighting } from './Inspector.tsx';
 
-const targets = ['cg', 'hlsl', 'glsl', 'glsl-vulkan', 'essl', 'msl', 'spirv'];
 const setLines = StateEffect.define<readonly number[]>();
 const marked = Decoration.line({ class: 'marked' });
 
@@ -94,6 +93,7 @@ export function ProgramView({ light }: Lighting) {
     const revision = useSnapshot((all) => all.revision);
     const selection = useSnapshot((all) => all.selection);
     const nodes = useSnapshot((all) => all.document.nodes);
+    const targets = useSnapshot((all) => all.targets);
     const [target, setTarget] = useState('cg');
     const [stage, setStage] = useState<'vertex' | 'fragment'>('fragment');
     const [answer, setAnswer] = useState<Answer | null>(null);
