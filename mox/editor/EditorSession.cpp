@@ -294,7 +294,7 @@ void EditorSession::GetState(const Request& request, EditorAnswer&, Json& reply)
     reply["state"] = DescribeState(_document.Graph());
     reply["file"] = _document.File().filename().string();
     if (_services.Mesh)
-        reply["mesh"] = _services.Mesh->Name;
+        reply["ownMesh"] = _services.Mesh->Name;
 }
 
 void EditorSession::GetText(const Request& request, EditorAnswer&, Json& reply)
