@@ -292,6 +292,40 @@ test('the same is built by keyboard alone', async () => {
     await page.context().close();
 });
 
+test('several nodes are selected by keyboard', async () => {
+    const { page } = await prepare('tinted_texture');
+    await page.getByRole('button', { name: 'Lay out' }).last().click();
+    await until(page, () => window.moxEditor.get().undo !== '');
+    await page.locator('#canvas').focus();
+    const find = async (id, key) => {
+        await page.keyboard.press('Control+f');
+        await page.locator('.palette input').fill(id);
+        await page.keyboard.press(key);
+    };
+    const press = (key) => page.keyboard.press(key);
+    const walks = [
+        [() => find('paint', 'Enter'), ['paint']],
+        [() => press('Alt+Shift+ArrowRight'), ['paint', 'tinted']],
+        [() => press('Alt+Shift+ArrowRight'), ['paint', 'tinted', 'surface']],
+        [() => press('Alt+Shift+ArrowLeft'), ['paint', 'surface', 'tinted']], // it is the last one again
+        [() => find('bumps', 'Shift+Enter'), ['paint', 'surface', 'tinted', 'bumps']],
+        [() => press('Alt+ArrowLeft'), ['uv']],
+        [() => press('Shift+ArrowRight'), null],
+    ];
+    for (const [walk, expected] of walks) {
+        await walk();
+        const ids = await page.evaluate(() =>
+            window.moxEditor.selectedNodes().map(({ record }) => record.id),
+        );
+        if (expected) assert.deepEqual(ids, expected);
+        else assert.equal(ids.length, 2, `${ids}`);
+    }
+    await change(page, () => press('Control+d'));
+    assert.equal((await state(page)).ids.length, 8);
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
 test('a value goes to the picture without compiling; structure does not', async () => {
     const { page } = await prepare('rim_light');
     await page.getByRole('button', { name: 'Lay out' }).last().click();
@@ -496,7 +530,7 @@ test('frames, notes and points of edges are drawn, moved, copied and undone', as
     await change(page, () => drag(page, held, [held[0] + 10, held[1] + 70]));
     const [dragged] = (await layers()).points;
     assert.ok(dragged.y > point.y);
-    await change(page, () => page.keyboard.press('Shift+ArrowDown'));
+    await change(page, () => page.keyboard.press('Control+Shift+ArrowDown'));
     assert.equal((await layers()).points[0].y, dragged.y + 40);
     await change(page, () => page.keyboard.press('Delete'));
     assert.deepEqual((await layers()).points, []);
@@ -638,7 +672,7 @@ test('the graph shows what differs from the file', async () => {
     await page.keyboard.press('d');
     const tab = (name) => page.getByRole('tab', { name });
     await tab('0 differences').waitFor();
-    await change(page, () => page.keyboard.press('Shift+ArrowLeft'));
+    await change(page, () => page.keyboard.press('Control+Shift+ArrowLeft'));
     await tab('1 difference').waitFor();
     assert.equal(await page.locator('.badge.mark').count(), 0, 'a move is no mark');
     await change(page, () => page.keyboard.press('Delete'));
@@ -875,7 +909,7 @@ test('a lost plug-in leaves a thousand nodes, which keep what they had', async (
     await change(page, () => page.keyboard.press('Control+z'));
     assert.deepEqual((await state(page)).edges, start.edges);
     await page.evaluate(() => window.moxEditor.selectIds(['lost7']));
-    await change(page, () => page.keyboard.press('Shift+ArrowLeft'));
+    await change(page, () => page.keyboard.press('Control+Shift+ArrowLeft'));
     await page.keyboard.press('Control+s');
     await until(page, () => !window.moxEditor.get().unsaved);
     const original = `${folder}/original.xml`;

@@ -443,13 +443,15 @@ export class Editor {
         this.set({ selectedEdge: edge, selectedPoint: point });
     }
 
-    selectIds(ids: readonly string[], chosen: readonly string[] = []): void {
-        const { numbers, annotations: all } = this.snapshot.document;
-        const wanted = [...all.values()].filter(({ record }) => chosen.includes(record.id));
-        this.select(
-            ids.flatMap((id) => numbers.get(id) ?? []),
-            wanted.map(({ number }) => number),
-        );
+    /** @param isAdding whether to extend the selection; the given nodes and annotations are then its last ones */
+    selectIds(ids: readonly string[], chosen: readonly string[] = [], isAdding = false): void {
+        const { document, selection, selectedAnnotations } = this.snapshot;
+        const nodes = ids.flatMap((id) => document.numbers.get(id) ?? []);
+        const wanted = [...document.annotations.values()]
+            .filter(({ record }) => chosen.includes(record.id))
+            .map(({ number }) => number);
+        if (isAdding) this.select(moveToEnd(selection, nodes), moveToEnd(selectedAnnotations, wanted));
+        else this.select(nodes, wanted);
     }
 
     /** The first edge at the selected node, or the one that follows the selected edge in the document. */
@@ -797,6 +799,10 @@ export class Editor {
     restore(isWanted: boolean): void {
         void this.change({ do: isWanted ? 'restore' : 'discard' });
     }
+}
+
+function moveToEnd(numbers: ReadonlySet<number>, last: readonly number[]): number[] {
+    return [...[...numbers].filter((number) => !last.includes(number)), ...last];
 }
 
 function isSame(a: Programs, b: Programs | null): boolean {
