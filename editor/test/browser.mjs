@@ -586,6 +586,20 @@ test('lines of programs and nodes find each other', async () => {
     await page.context().close();
 });
 
+test('a problem of a port has a badge at the port', async () => {
+    const nodes =
+        '<node id="uv" type="CoreUv" version="0"/><node id="grid" type="CoreAnimatedUv" version="0"/>';
+    const edge = '<edge tail="uv" tailPort="read" head="grid" headPort="in_uv"/>';
+    const text = `<material version="1"><nodes>${nodes}</nodes><edges>${edge}</edges></material>`;
+    const { page } = await prepare('open_input', text);
+    const marked = card(page, 'grid').locator('.port-label', { has: page.locator('.badge') });
+    await marked.first().waitFor();
+    assert.deepEqual(await marked.allTextContents(), ['frame▲1']);
+    const words = await marked.locator('.badge').getAttribute('aria-label');
+    assert.match(words, /^Problem: the input has no edge/);
+    await page.context().close();
+});
+
 test('a checker of accessibility finds nothing serious, in light and dark', async () => {
     const { page } = await prepare('tinted_texture');
     await page.getByRole('button', { name: 'Lay out' }).last().click();

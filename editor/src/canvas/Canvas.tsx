@@ -75,7 +75,7 @@ class CardCache {
             const isSelected = snapshot.selection.has(node.number);
             const pinned = snapshot.pinned?.node === node.record.id ? snapshot.pinned.port : null;
             const isLit = lit.has(node.record.id);
-            const text = own.map((problem) => problem.severity + problem.message).join();
+            const text = own.map(({ severity, port, message }) => [severity, port, message]).join();
             const thumbnail = snapshot.thumbnails?.get(node.record.id)?.picture ?? null;
             const mark = snapshot.comparison?.nodes.get(node.record.id) ?? null;
             const parts = [node, place.x, place.y, text, isSelected, pinned, isLit, thumbnail, mark];

@@ -24,15 +24,35 @@ function rgb(colour: number[] | undefined): string {
     return `rgb(${r} ${g} ${b})`;
 }
 
+function ProblemBadge({ problems }: { problems: readonly Problem[] }) {
+    if (problems.length === 0) return null;
+    const isError = problems.some(({ severity }) => severity === 'error');
+    const counted = problems.length === 1 ? 'Problem' : `${problems.length} problems`;
+    return (
+        <span
+            className={`badge ${isError ? 'error' : 'warning'}`}
+            title={problems.map((problem) => problem.message).join('\n')}
+            role="img"
+            aria-label={`${counted}: ${problems[0]!.message}`}
+        >
+            {isError ? '!' : '▲'}
+            {problems.length}
+        </span>
+    );
+}
+
 function PortRow({
     port,
     index,
     side,
+    problems,
     children,
 }: {
     port: Port;
     index: number;
     side: 'input' | 'output';
+    /** All problems of the node. */
+    problems: readonly Problem[];
     children?: ReactNode;
 }) {
     const shape = port.components && port.components <= 4 ? port.components : 'unknown';
@@ -52,6 +72,7 @@ function PortRow({
             <span className={`port-label ${side}`} style={{ top: portTop(index) }}>
                 {children}
                 {port.label}
+                <ProblemBadge problems={problems.filter((problem) => problem.port === port.name)} />
             </span>
         </>
     );
@@ -93,7 +114,6 @@ function Thumbnail({ picture }: { picture: ImageData }) {
 /** A node near enough to read. */
 export const NodeCard = memo(function NodeCard({ data, selected }: NodeProps<CardNode>) {
     const { node, problems, pinned, isLit, thumbnail, mark } = data;
-    const errors = problems.filter((problem) => problem.severity === 'error').length;
     const id = node.record.id;
     return (
         <div
@@ -114,22 +134,12 @@ export const NodeCard = memo(function NodeCard({ data, selected }: NodeProps<Car
                     {mark === 'added' ? '+' : '≠'}
                 </span>
             )}
-            {problems.length > 0 && (
-                <span
-                    className={`badge ${errors > 0 ? 'error' : 'warning'}`}
-                    title={problems.map((problem) => problem.message).join('\n')}
-                    role="img"
-                    aria-label={`${problems.length} problems: ${problems[0]!.message}`}
-                >
-                    {errors > 0 ? '!' : '▲'}
-                    {problems.length}
-                </span>
-            )}
+            <ProblemBadge problems={problems} />
             {node.inputs?.map((port, i) => (
-                <PortRow key={port.name} port={port} index={i} side="input" />
+                <PortRow key={port.name} port={port} index={i} side="input" problems={problems} />
             ))}
             {node.outputs?.map((port, i) => (
-                <PortRow key={port.name} port={port} index={i} side="output">
+                <PortRow key={port.name} port={port} index={i} side="output" problems={problems}>
                     <PinButton node={id} port={port} isOn={pinned === port.name} />
                 </PortRow>
             ))}
