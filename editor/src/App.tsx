@@ -162,6 +162,7 @@ export function App() {
             l: () => editor.layOut(),
             p: () => pinNext(editor),
             t: () => editor.toggleThumbnails(),
+            'shift+t': () => editor.toggleThumbnailsOf(editor.selectedNodes()),
             d: () => editor.toggleComparison(),
             enter: () => document.querySelector<HTMLElement>(firstField)?.focus(),
             escape: () => editor.select([]),

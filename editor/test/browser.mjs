@@ -586,6 +586,27 @@ test('lines of programs and nodes find each other', async () => {
     await page.context().close();
 });
 
+test('small images are shown on all nodes or on some', async () => {
+    const { page } = await prepare('rim_light');
+    await page.getByRole('button', { name: 'Lay out' }).last().click();
+    await until(page, () => window.moxEditor.get().undo !== '');
+    await page.locator('#canvas').focus();
+    await page.keyboard.press('a');
+    await page.evaluate(() => window.moxEditor.selectIds(['base', 'surface'])); // a surface has no output
+    const isShown = async (...ids) => {
+        for (const id of ids) await card(page, id).locator('.thumbnail').waitFor();
+        assert.equal(await page.locator('.thumbnail').count(), ids.length);
+    };
+    await page.keyboard.press('Shift+T');
+    await isShown('base');
+    await page.keyboard.press('t');
+    await isShown('base', 'facing', 'rim', 'glow', 'rimGlow');
+    await page.getByRole('button', { name: 'Small images' }).click();
+    await isShown('facing', 'rim', 'glow', 'rimGlow');
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
 test('a problem of a port has a badge at the port', async () => {
     const nodes =
         '<node id="uv" type="CoreUv" version="0"/><node id="grid" type="CoreAnimatedUv" version="0"/>';

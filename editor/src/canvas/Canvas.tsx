@@ -76,7 +76,8 @@ class CardCache {
             const pinned = snapshot.pinned?.node === node.record.id ? snapshot.pinned.port : null;
             const isLit = lit.has(node.record.id);
             const text = own.map(({ severity, port, message }) => [severity, port, message]).join();
-            const thumbnail = snapshot.thumbnails?.get(node.record.id)?.picture ?? null;
+            const shown = editor.showsThumbnail(node) && snapshot.thumbnails.get(node.record.id)?.picture;
+            const thumbnail = shown || null;
             const mark = snapshot.comparison?.nodes.get(node.record.id) ?? null;
             const parts = [node, place.x, place.y, text, isSelected, pinned, isLit, thumbnail, mark];
             const old = this.cards.get(node.number);
@@ -316,10 +317,7 @@ export function Canvas({
     );
 
     const ids = cards.map((card) => card.data.node.record.id).join(' ');
-    const hasThumbnails = snapshot.thumbnails !== null;
-    useEffect(() => {
-        if (hasThumbnails) editor.want(ids.split(' '));
-    }, [editor, hasThumbnails, ids]);
+    useEffect(() => editor.want(ids.split(' ')), [editor, ids]);
 
     const place = (event: { clientX: number; clientY: number }) => {
         const corner = root.current!.getBoundingClientRect();

@@ -88,8 +88,12 @@ export interface Snapshot {
     isPictureStale: boolean;
     parameters: readonly Parameter[];
     pinned: Pinned | null;
-    /** Pictures of nodes by their ids; null if they are not to be seen. */
-    thumbnails: ReadonlyMap<string, Thumbnail> | null;
+    /** Whether nodes show a small image of their first output. */
+    hasThumbnails: boolean;
+    /** The numbers of the nodes for which the opposite of hasThumbnails applies. */
+    thumbnailExceptions: ReadonlySet<number>;
+    /** Small images by node id. */
+    thumbnails: ReadonlyMap<string, Thumbnail>;
     addMenu: AddMenu | null;
     /** The name of the mesh that the host wants shown; empty if it leaves that to the page. */
     ownMesh: string;
@@ -121,7 +125,9 @@ const empty: Snapshot = {
     isPictureStale: false,
     parameters: [],
     pinned: null,
-    thumbnails: null,
+    hasThumbnails: false,
+    thumbnailExceptions: new Set(),
+    thumbnails: new Map(),
     addMenu: null,
     ownMesh: '',
     message: '',
@@ -232,6 +238,7 @@ export class Editor {
             selectedEdge: null,
             selectedPoint: null,
             moves: annotations.noMoves,
+            thumbnailExceptions: new Set(),
             fileChange: null,
         });
     }
@@ -389,9 +396,28 @@ export class Editor {
             this.set({ pinned: { ...pinned, picture } });
     }
 
+    /** Shows or hides the small images of all nodes. */
     toggleThumbnails(): void {
-        this.set({ thumbnails: this.snapshot.thumbnails ? null : new Map() });
+        const hasThumbnails = !this.snapshot.hasThumbnails;
+        this.set({ hasThumbnails, thumbnailExceptions: new Set(), thumbnails: new Map() });
         void this.drawThumbnails();
+    }
+
+    /** Shows the small images of some nodes, or hides them if all of these nodes show theirs. */
+    toggleThumbnailsOf(nodes: readonly NodeState[]): void {
+        const { hasThumbnails, thumbnailExceptions } = this.snapshot;
+        const isShown = !nodes.every((node) => this.showsThumbnail(node));
+        const exceptions = new Set(thumbnailExceptions);
+        for (const { number } of nodes)
+            if (isShown === hasThumbnails) exceptions.delete(number);
+            else exceptions.add(number);
+        this.set({ thumbnailExceptions: exceptions });
+        void this.drawThumbnails();
+    }
+
+    showsThumbnail(node: NodeState): boolean {
+        const { hasThumbnails, thumbnailExceptions } = this.snapshot;
+        return hasThumbnails !== thumbnailExceptions.has(node.number);
     }
 
     /** Says which nodes are in view, so that their pictures are drawn and no others. */
@@ -414,16 +440,18 @@ export class Editor {
             const picture = isGood ? toImage(reply) : undefined;
             const thumbnails = new Map(this.snapshot.thumbnails);
             thumbnails.set(id, { meaning, ...(picture ? { picture } : {}) });
-            if (this.snapshot.thumbnails) this.set({ thumbnails });
+            this.set({ thumbnails });
         }
         this.isDrawing = false;
     }
 
     private nextThumbnail(): string | undefined {
         const { thumbnails, document } = this.snapshot;
-        if (!thumbnails) return undefined;
-        const isMissing = (id: string) => thumbnails.get(id)?.meaning !== this.meaning;
-        return this.wanted.find((id) => isMissing(id) && (nodeById(document, id)?.outputs?.length ?? 0) > 0);
+        return this.wanted.find((id) => {
+            const node = nodeById(document, id);
+            if (!node?.outputs?.length || !this.showsThumbnail(node)) return false;
+            return thumbnails.get(id)?.meaning !== this.meaning;
+        });
     }
 
     // Selection

@@ -200,6 +200,9 @@ export function Inspector({ light }: Lighting) {
     const catalogue = useSnapshot((all) => all.catalogue);
     const problems = useSnapshot((all) => all.problems);
     const differences = useSnapshot((all) => all.comparison)?.differences ?? [];
+    const haveThumbnails = useSnapshot(() =>
+        editor.selectedNodes().every((node) => editor.showsThumbnail(node)),
+    );
     const nodes = [...selection].flatMap((number) => document.nodes.get(number) ?? []);
     const edge = selectedEdge === null ? undefined : document.edges.get(selectedEdge);
     if (edge) return <EdgePanel edge={edge} />;
@@ -226,7 +229,20 @@ export function Inspector({ light }: Lighting) {
     const own = problems.filter((problem) => nodes.some((node) => node.record.id === problem.node));
     return (
         <section className="panel" id="inspector" aria-label="Inspector">
-            <h2>{nodes.length === 1 ? titleOf(first) : `${nodes.length} nodes`}</h2>
+            <h2>
+                {nodes.length === 1 ? titleOf(first) : `${nodes.length} nodes`}
+                {nodes.some(({ outputs }) => outputs?.length) && (
+                    <button
+                        className="fold"
+                        aria-pressed={haveThumbnails}
+                        aria-label="Small images"
+                        title="Show small images on the selected nodes"
+                        onClick={() => editor.toggleThumbnailsOf(nodes)}
+                    >
+                        ▣
+                    </button>
+                )}
+            </h2>
             {nodes.length === 1 && (
                 <div className="row id">
                     <label title="Edges and other nodes refer to the node by this id.">id</label>

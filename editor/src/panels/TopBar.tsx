@@ -27,7 +27,7 @@ export function TopBar({
     const unsaved = useSnapshot((all) => all.unsaved);
     const undo = useSnapshot((all) => all.undo);
     const redo = useSnapshot((all) => all.redo);
-    const hasThumbnails = useSnapshot((all) => all.thumbnails !== null);
+    const hasThumbnails = useSnapshot((all) => all.hasThumbnails);
     const isComparing = useSnapshot((all) => all.comparison !== null);
     return (
         <header>
@@ -61,7 +61,7 @@ export function TopBar({
             </button>
             <button
                 aria-pressed={hasThumbnails}
-                title="Show small pictures on the nodes"
+                title="Show small images on all nodes"
                 onClick={() => editor.toggleThumbnails()}
             >
                 Pictures
