@@ -748,9 +748,13 @@ test('a server that dies loses nothing that it confirmed', async () => {
     await page.evaluate(() => {
         window.moxEditor.selectIds(['rim']);
         window.moxEditor.deleteSelected(false);
+        window.moxEditor.layOut();
+        window.moxEditor.undo();
+        window.moxEditor.undo();
     });
     server.kill('SIGKILL');
     await page.getByRole('alert').getByText('The connection to mox was lost').waitFor();
+    await page.getByText('cannot be downloaded: layout, undo.').waitFor();
     const download = page.waitForEvent('download');
     await page.getByRole('button', { name: 'Download unconfirmed changes (1 step for' }).click();
     const unconfirmed = `${folder}/unconfirmed.json`;
