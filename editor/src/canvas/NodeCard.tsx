@@ -63,7 +63,7 @@ function PortRow({
                 id={port.name}
                 type={side === 'input' ? 'target' : 'source'}
                 position={side === 'input' ? Position.Left : Position.Right}
-                className={`port shape-${shape} ${port.connected ? 'full' : 'hollow'} ${port.conflict ? 'conflict' : ''}`}
+                className={`port shape-${shape} ${port.precision ?? ''} ${port.connected ? 'full' : 'hollow'} ${port.conflict ? 'conflict' : ''}`}
                 style={{ top: portTop(index), ['--port' as string]: typeColour(port.components) }}
                 title={`${port.name}: ${typeName(port)}${port.conflict ? '; the component counts do not match' : ''}`}
                 role="img"
