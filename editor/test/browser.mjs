@@ -662,6 +662,37 @@ test('a checker of accessibility finds nothing serious, in light and dark', asyn
     await page.context().close();
 });
 
+test('markup in names is shown as text', async () => {
+    const markup = '<img src=x onerror=alert(1)>';
+    const escaped = markup.replaceAll('<', '&lt;');
+    const property = (name) => `<property name="${name}" kind="string" value="${escaped}"/>`;
+    const annotation = (kind) =>
+        `<annotation id="${kind}" kind="${kind}" text="${escaped}" x="0" y="0" width="300" height="200"/>`;
+    const text = `<material version="2"><description name="${escaped}"/><nodes>
+        <node id="${escaped}" type="CoreConstant" version="0">${property('Name')}${property('Description')}</node>
+        <node id="lost" type="${escaped}" version="0"/>
+        <node id="surface" type="Surface" version="0"/></nodes>
+        <edges><edge tail="${escaped}" tailPort="read" head="surface" headPort="in_colour"/></edges>
+        <annotations>${annotation('frame')}${annotation('note')}</annotations></material>`;
+    const { page } = await prepare(markup, text);
+    await page.getByRole('button', { name: 'Lay out' }).last().click();
+    await until(page, () => window.moxEditor.get().undo !== '');
+    await page.getByRole('button', { name: 'Compare' }).click();
+    await page.evaluate((id) => {
+        window.moxEditor.selectIds([id]);
+        window.moxEditor.pin({ node: id, port: 'read' });
+    }, markup);
+    for (const tab of ['problems', 'parameters', 'programs', 'differences'])
+        await page.locator(`#tab-${tab}`).click();
+    await page.locator('.difference').first().waitFor();
+    await page.keyboard.press('Control+f');
+    await page.locator('.palette li', { hasText: markup }).first().waitFor();
+    assert.ok((await page.title()).includes(markup));
+    assert.equal(await page.locator('img').count(), 0);
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
 test('two windows show one document', async () => {
     const file = `${folder}/two.xml`;
     copyFileSync(`${examples}tinted_texture.xml`, file);
