@@ -27,9 +27,9 @@ import { boxOf, edgeAt, nodeAt, paint, pointAt, readColours } from './painter.ts
 import { paintRemoved } from './removed.ts';
 
 /**
- * The graph. React Flow shows the nodes near the view and takes care of dragging and of new edges;
- * a canvas below it shows all edges, and all nodes where they are too small to read. Nothing
- * outside this file knows either.
+ * The graph. React Flow shows the nodes near the view and handles dragging and new edges; a canvas
+ * below it shows all edges, and all nodes if they are too small to read. Only this file and NodeCard
+ * use React Flow.
  */
 
 /** What the rest of the page may ask of the canvas. */
