@@ -28,12 +28,12 @@ const firstField = ['input', 'select', 'textarea']
     .map((field) => `#inspector .row:not(.id) ${field}:enabled`)
     .join();
 
-/** Goes to the text of what has just been added. */
+/** Focuses the text field of the frame or note that was just added. */
 function editText(): void {
     requestAnimationFrame(() => document.querySelector<HTMLElement>(firstField)?.focus());
 }
 
-/** Sends what is being typed into a field. */
+/** Commits the text that is being typed into a field. */
 function finishField(): void {
     const field = document.activeElement;
     if (!(field instanceof HTMLElement) || !isTyping(field)) return;
@@ -47,7 +47,7 @@ function openAddMenu(editor: Editor, canvas: CanvasHandle): void {
     editor.openAddMenu({ at, point: canvas.toGraph(at), placement });
 }
 
-/** Goes from the last selected node to another one: along an edge with Alt; Shift extends the selection. */
+/** Goes from the last selected node to another node: along an edge with Alt; Shift extends the selection. */
 function walk(
     editor: Editor,
     direction: Direction,
@@ -94,7 +94,7 @@ export function App() {
         document.title = `${unsaved ? '● ' : ''}${file || 'Mox'}`;
     }, [file, unsaved]);
 
-    // The first view shows all of the graph.
+    // The first view shows the whole graph.
     const isLoaded = graph.nodes.size > 0 || file !== '';
     useEffect(() => {
         if (!isLoaded) return;
@@ -322,7 +322,7 @@ export function App() {
     );
 }
 
-/** Pins the picture of the first output, or that of the one after the pinned one; after the last there is none. */
+/** Pins the image of the first output or, if one is pinned, of the next output; after the last one, pins none. */
 function pinNext(editor: Editor): void {
     const node = editor.selectedNodes()[0];
     if (!node) return;

@@ -11,7 +11,7 @@ export type CardNode = Node<
         pinned: string | null;
         isLit: boolean;
         thumbnail: ImageData | null;
-        /** How it differs from the file on disk. */
+        /** How the node differs from the file on disk. */
         mark: 'added' | 'changed' | null;
     },
     'card'
@@ -111,7 +111,7 @@ function Thumbnail({ picture }: { picture: ImageData }) {
     );
 }
 
-/** A node near enough to read. */
+/** A node at a zoom at which its text is readable. */
 export const NodeCard = memo(function NodeCard({ data, selected }: NodeProps<CardNode>) {
     const { node, problems, pinned, isLit, thumbnail, mark } = data;
     const id = node.record.id;

@@ -1,6 +1,6 @@
 import type { Step } from './messages.ts';
 
-/** Messages that change the document or its folder, other than those with steps. */
+/** Messages without steps that change the document or its folder. */
 const otherActions: Record<string, string> = {
     undo: 'undo',
     redo: 'redo',
@@ -13,7 +13,7 @@ const otherActions: Record<string, string> = {
     discard: 'discarding the unsaved changes',
 };
 
-/** The changes in messages without an answer: steps, and the names of actions that only the server can turn into steps. */
+/** The changes in unanswered messages: steps, and the names of actions that consist of no steps. */
 export function changesIn(messages: readonly object[]): { steps: Step[]; others: string[] } {
     const steps: Step[] = [];
     const others: string[] = [];

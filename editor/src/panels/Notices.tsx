@@ -9,7 +9,7 @@ function hasPlaces(document: DocumentState): boolean {
     return document.nodes.size < 2 || [...document.nodes.values()].some(isElsewhere);
 }
 
-/** What the artist has to decide or to know: the server is gone, the file is another one. */
+/** Notices that require a decision, such as a lost connection or a file that has changed on disk. */
 export function Notices() {
     const editor = useEditor();
     const lost = useSnapshot((all) => all.lost);

@@ -5,16 +5,16 @@ import { fuzzyScore, rank } from '../model/fuzzy.ts';
 export interface Choice {
     key: string;
     label: string;
-    /** What else is searched and shown behind the label. */
+    /** Shown after the label; the search includes it. */
     detail?: string;
     help?: string;
-    /** Shown only if something is searched. */
+    /** Shown only during a search. */
     isMinor?: boolean;
 }
 
 const mostShown = 60;
 
-/** A list to search and choose from, at a place of the window. */
+/** A searchable list of choices, at a point of the window. */
 export function Palette<T extends Choice>({
     title,
     choices,

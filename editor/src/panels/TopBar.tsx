@@ -2,7 +2,7 @@ import type { Editor } from '../model/store.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 import { download } from './download.ts';
 
-/** The server writes no other file than the document, so the browser stores the copy. */
+/** The server does not write copies of the document, so the browser saves the copy. */
 export async function saveCopy(editor: Editor): Promise<void> {
     const { file } = editor.get();
     const text = await editor.text();
