@@ -84,8 +84,8 @@ function PinButton({ node, port, isOn }: { node: string; port: Port; isOn: boole
         <button
             className={`pin nodrag ${isOn ? 'on' : ''}`}
             aria-pressed={isOn}
-            aria-label={`Pin the picture of ${port.label}`}
-            title="Pin the picture of this output"
+            aria-label={`Pin the image of ${port.label}`}
+            title="Pin the image of this output"
             tabIndex={-1}
             onClick={(event) => {
                 event.stopPropagation();

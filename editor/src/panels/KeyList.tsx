@@ -22,7 +22,7 @@ const keys: readonly (readonly [string, string])[] = [
     ['Ctrl + A', 'select all'],
     ['F, A', 'show the selection; show the whole graph'],
     ['L', 'lay out the selection, or the whole graph'],
-    ['P', 'pin the picture of the first output of the selected node; press again for the next output'],
+    ['P', 'pin the image of the first output of the selected node; press again for the next output'],
     ['T', 'show or hide small images on all nodes; with Shift, on the selected nodes'],
     ['D', 'show or hide the differences from the file on disk'],
     ['Wheel; two fingers', 'zoom; move the view'],

@@ -25,7 +25,7 @@ export function PinnedPicture() {
                 width={picture?.width ?? 192}
                 height={picture?.height ?? 192}
                 role="img"
-                aria-label={`Picture of ${name}`}
+                aria-label={`Image of ${name}`}
             />
         </section>
     );
