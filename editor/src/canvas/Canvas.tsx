@@ -316,8 +316,7 @@ export function Canvas({
         [cache, editor, isFar, lit, region, snapshot],
     );
 
-    const ids = cards.map((card) => card.data.node.record.id).join(' ');
-    useEffect(() => editor.want(ids.split(' ')), [editor, ids]);
+    useEffect(() => editor.want(cards.map((card) => card.data.node.record.id)), [cards, editor]);
 
     const place = (event: { clientX: number; clientY: number }) => {
         const corner = root.current!.getBoundingClientRect();
