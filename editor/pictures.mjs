@@ -1,5 +1,5 @@
-// Takes the pictures of docs/editor.md: makes its first material in the page, step by step.
-// Usage: node pictures.mjs MOX [DIST], with MOX the program and DIST the folder of a page other than the one in it
+// Takes the screenshots in docs/editor.md while building its first material in the page, step by step.
+// Usage: node pictures.mjs MOX [DIST]. MOX is the program, and DIST is the folder of a page to use instead of the page in it.
 
 import { copyFileSync, cpSync, mkdtempSync, readFileSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
@@ -12,7 +12,7 @@ const servers = [];
 const browser = await launch();
 
 async function shoot(page, name, clip) {
-    await page.waitForTimeout(300); // the frame after the last change
+    await page.waitForTimeout(300); // until a frame after the last change
     await page.screenshot({ path: `${root}docs/pictures/editor-${name}.png`, ...(clip ? { clip } : {}) });
 }
 
@@ -21,7 +21,7 @@ const hasNodes = (page, count) =>
 
 const card = (page, id) => page.locator(`.card[aria-label$="node ${id}"]`);
 
-/** Lays all out and shows it. */
+/** Lays out the graph and shows all of it. */
 async function layOut(page) {
     const button = page.locator('header').getByRole('button', { name: 'Lay out' });
     const before = await page.evaluate(() => window.moxEditor.get().revision);
@@ -43,7 +43,7 @@ async function drag(page, from, to) {
     await page.mouse.up();
 }
 
-/** Drags from a port of a node to a place, and adds what the list offers for some letters. */
+/** Drags from a port of a node to a point, and adds the first entry that the list shows for some letters. */
 async function addAt(page, id, port, to, letters) {
     await drag(page, await middle(card(page, id).locator(`[data-handleid="${port}"]`)), to);
     await page.locator('.palette input').fill(letters);
@@ -54,7 +54,7 @@ async function pick(page, count) {
     await hasNodes(page, count);
 }
 
-/** Drops a file onto the page, as a file manager does. */
+/** Drops a file onto the page, like a file manager. */
 async function drop(page, file, to) {
     const bytes = [...readFileSync(file)];
     const name = file.split('/').pop();
@@ -109,7 +109,7 @@ async function firstMaterial() {
     await page.context().close();
 }
 
-/** The picture that README opens with. */
+/** The screenshot at the top of the README. */
 async function overview() {
     cpSync(`${root}examples/textures`, `${folder}/textures`, { recursive: true });
     const file = `${folder}/layers_by_vertex_colour.xml`;

@@ -28,12 +28,12 @@ const firstField = ['input', 'select', 'textarea']
     .map((field) => `#inspector .row:not(.id) ${field}:enabled`)
     .join();
 
-/** Goes to the text of what has just been added. */
+/** Focuses the text field of the frame or note that was just added. */
 function editText(): void {
     requestAnimationFrame(() => document.querySelector<HTMLElement>(firstField)?.focus());
 }
 
-/** Sends what is being typed into a field. */
+/** Commits the text that is being typed into a field. */
 function finishField(): void {
     const field = document.activeElement;
     if (!(field instanceof HTMLElement) || !isTyping(field)) return;
@@ -47,19 +47,27 @@ function openAddMenu(editor: Editor, canvas: CanvasHandle): void {
     editor.openAddMenu({ at, point: canvas.toGraph(at), placement });
 }
 
-function walk(editor: Editor, direction: Direction, isAlongEdges: boolean, canvas: CanvasHandle): void {
+/** Goes from the last selected node to another node: along an edge with Alt; Shift extends the selection. */
+function walk(
+    editor: Editor,
+    direction: Direction,
+    { altKey, shiftKey }: KeyboardEvent,
+    canvas: CanvasHandle,
+): void {
     const { document } = editor.get();
-    const from = editor.selectedNodes()[0];
-    const go = isAlongEdges ? alongEdge : neighbour;
+    const from = editor.selectedNodes().at(-1);
+    const go = altKey ? alongEdge : neighbour;
     const next = from ? go(document, from, direction) : [...document.nodes.values()][0];
     if (!next) {
         editor.say('There is no node in this direction.');
         return;
     }
-    editor.select([next.number]);
+    editor.selectIds([next.record.id], [], shiftKey);
     const inputs = next.inputs?.length ?? 0;
     const outputs = next.outputs?.length ?? 0;
-    editor.say(`${titleOf(next)}, ${next.record.id}: ${inputs} inputs, ${outputs} outputs`);
+    const count = editor.get().selection.size;
+    const counted = count > 1 ? `; ${count} nodes are selected` : '';
+    editor.say(`${titleOf(next)}, ${next.record.id}: ${inputs} inputs, ${outputs} outputs${counted}`);
     if (!canvas.shows(positionOf(next))) canvas.frame([next.number]);
 }
 
@@ -86,7 +94,7 @@ export function App() {
         document.title = `${unsaved ? '● ' : ''}${file || 'Mox'}`;
     }, [file, unsaved]);
 
-    // The first view shows all of the graph.
+    // The first view shows the whole graph.
     const isLoaded = graph.nodes.size > 0 || file !== '';
     useEffect(() => {
         if (!isLoaded) return;
@@ -100,8 +108,8 @@ export function App() {
     }, [editor, isLoaded]);
 
     const jumpTo = useCallback(
-        (ids: readonly string[], annotations: readonly string[]) => {
-            editor.selectIds(ids, annotations);
+        (ids: readonly string[], annotations: readonly string[], isAdding = false) => {
+            editor.selectIds(ids, annotations, isAdding);
             canvas.current?.frame(editor.get().selection, editor.get().selectedAnnotations);
             document.getElementById('canvas')?.focus();
         },
@@ -154,6 +162,7 @@ export function App() {
             l: () => editor.layOut(),
             p: () => pinNext(editor),
             t: () => editor.toggleThumbnails(),
+            'shift+t': () => editor.toggleThumbnailsOf(editor.selectedNodes()),
             d: () => editor.toggleComparison(),
             enter: () => document.querySelector<HTMLElement>(firstField)?.focus(),
             escape: () => editor.select([]),
@@ -188,8 +197,8 @@ export function App() {
                     ArrowDown: [0, step],
                 };
                 const [x, y] = moves[event.key];
-                if (control || event.shiftKey) editor.nudge({ x, y });
-                else walk(editor, event.key, event.altKey, canvas.current!);
+                if (control) editor.nudge({ x, y });
+                else walk(editor, event.key, event, canvas.current!);
             } else if (plain[name]) {
                 event.preventDefault();
                 plain[name]();
@@ -302,9 +311,9 @@ export function App() {
                         })),
                     ]}
                     onClose={closeDialog}
-                    onPick={(choice) => {
+                    onPick={(choice, isAdding) => {
                         closeDialog();
-                        jumpTo(...choice.ids);
+                        jumpTo(...choice.ids, isAdding);
                         editor.say(`Selected: ${choice.label}`);
                     }}
                 />
@@ -313,7 +322,7 @@ export function App() {
     );
 }
 
-/** Pins the picture of the first output, or that of the one after the pinned one; after the last there is none. */
+/** Pins the image of the first output or, if one is pinned, of the next output; after the last one, pins none. */
 function pinNext(editor: Editor): void {
     const node = editor.selectedNodes()[0];
     if (!node) return;

@@ -11,7 +11,7 @@ const retryDelay = 3000; // milliseconds
 const mostRetries = 20;
 const serverEnds = 1001;
 
-/** Connects, and again if the connection is lost while the server is still there. */
+/** Connects to the server, and reconnects if the connection is lost while the server is still running. */
 function connect(editor: Editor, socket: WebSocket, retries: number): void {
     const connection = new Connection(socket, {
         onNotice: (notice) => editor.notice(notice),

@@ -1,8 +1,8 @@
-/** The way to the server. This is evaluated first, so that the connection is made while the rest of the page is. */
+/** The connection to the server. This module is evaluated first, to connect while the rest of the page loads. */
 
 const tokenKey = 'mox-token';
 
-/** The token is in the address once; it is taken out, so that it is in no history. */
+/** Reads the token from the address, and removes it there so that the history does not contain it. */
 function takeToken(): string | null {
     if (location.hash.length > 1) {
         sessionStorage.setItem(tokenKey, location.hash.slice(1));
@@ -17,5 +17,5 @@ export function openSocket(): WebSocket {
     return new WebSocket(`ws://${location.host}/socket`, ['mox-editor-1', token!]);
 }
 
-/** Null if this page does not know its token. */
+/** Null if this page does not have a token. */
 export const firstSocket = token ? openSocket() : null;

@@ -7,7 +7,7 @@ export function useEditor(): Editor {
     return useContext(EditorContext)!;
 }
 
-/** A part of what the page shows; renders again when that part is another value. */
+/** Returns a part of the snapshot; the component re-renders when that part changes. */
 export function useSnapshot<T>(select: (snapshot: Snapshot) => T): T {
     const editor = useEditor();
     const last = useRef<{ snapshot: Snapshot; value: T } | null>(null);

@@ -1,6 +1,6 @@
-// Proof in a browser: drives Debian's Chromium through the page that `mox edit` serves.
-// Usage: node test/browser.mjs MOX [DIST], with MOX the program and DIST the folder of a page that is
-// tested in place of the one in the program
+// Tests the page that `mox edit` serves in Debian's Chromium.
+// Usage: node test/browser.mjs MOX [DIST]. MOX is the program, and DIST is the folder of a page to test instead
+// of the page in the program.
 
 import assert from 'node:assert/strict';
 import { execFileSync, spawnSync } from 'node:child_process';
@@ -74,7 +74,7 @@ async function drag(page, from, to) {
     await page.mouse.up();
 }
 
-/** Drags from a port to the empty graph, and takes what the list offers for some letters. */
+/** Drags from a port to the empty graph, and chooses the first entry that the list shows for some letters. */
 async function add(page, id, name, by, letters, newId) {
     const from = await middle(port(page, id, name));
     await drag(page, from, [from[0] + by[0], from[1] + by[1]]);
@@ -83,7 +83,7 @@ async function add(page, id, name, by, letters, newId) {
     await hasNode(page, newId);
 }
 
-/** The mean and the spread of the middle of the picture. */
+/** The mean colour in the middle of the image. */
 const picture = (page) =>
     page.evaluate(async () => {
         await new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve)));
@@ -98,14 +98,14 @@ const picture = (page) =>
         return { mean };
     });
 
-/** Does something that changes the document, and waits for the change. */
+/** Performs an action that changes the document, and waits for the change. */
 async function change(page, action) {
     const before = await page.evaluate(() => window.moxEditor.get().revision);
     await action();
     await until(page, (revision) => window.moxEditor.get().revision > revision, before);
 }
 
-// What the nodes of a painted brick wall are called at first and in the end, and what is set in the inspector.
+// The nodes of a painted brick wall: the initial id, the final id, and the properties to set in the inspector.
 const brickNodes = [
     ['uvSet', 'uv', [['Name', 'uv0']]],
     [
@@ -143,7 +143,7 @@ const brickTextures = [
     ['normalTexture', 'textures/normal.png'],
 ];
 
-/** Saves, and compares with the example: nothing but the places of nodes may differ. */
+/** Saves, and compares the file with the example: only the positions of nodes may differ. */
 async function expectBricks(page, file) {
     await page.keyboard.press('Control+s');
     await until(page, () => !window.moxEditor.get().unsaved);
@@ -202,7 +202,7 @@ test('a brick wall is built from nothing by mouse, undone and done again, and sa
     await drive.settle(page);
     const built = await state(page);
 
-    // One step for each action, down to nothing, and up again.
+    // Undo and redo have one step per action.
     let steps = 0;
     for (; (await state(page)).undo !== ''; ++steps)
         await change(page, () => page.getByRole('button', { name: 'Undo' }).click());
@@ -292,6 +292,40 @@ test('the same is built by keyboard alone', async () => {
     await page.context().close();
 });
 
+test('several nodes are selected by keyboard', async () => {
+    const { page } = await prepare('tinted_texture');
+    await page.getByRole('button', { name: 'Lay out' }).last().click();
+    await until(page, () => window.moxEditor.get().undo !== '');
+    await page.locator('#canvas').focus();
+    const find = async (id, key) => {
+        await page.keyboard.press('Control+f');
+        await page.locator('.palette input').fill(id);
+        await page.keyboard.press(key);
+    };
+    const press = (key) => page.keyboard.press(key);
+    const walks = [
+        [() => find('paint', 'Enter'), ['paint']],
+        [() => press('Alt+Shift+ArrowRight'), ['paint', 'tinted']],
+        [() => press('Alt+Shift+ArrowRight'), ['paint', 'tinted', 'surface']],
+        [() => press('Alt+Shift+ArrowLeft'), ['paint', 'surface', 'tinted']], // becomes the last one again
+        [() => find('bumps', 'Shift+Enter'), ['paint', 'surface', 'tinted', 'bumps']],
+        [() => press('Alt+ArrowLeft'), ['uv']],
+        [() => press('Shift+ArrowRight'), null],
+    ];
+    for (const [walk, expected] of walks) {
+        await walk();
+        const ids = await page.evaluate(() =>
+            window.moxEditor.selectedNodes().map(({ record }) => record.id),
+        );
+        if (expected) assert.deepEqual(ids, expected);
+        else assert.equal(ids.length, 2, `${ids}`);
+    }
+    await change(page, () => press('Control+d'));
+    assert.equal((await state(page)).ids.length, 8);
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
 test('a value goes to the picture without compiling; structure does not', async () => {
     const { page } = await prepare('rim_light');
     await page.getByRole('button', { name: 'Lay out' }).last().click();
@@ -302,7 +336,7 @@ test('a value goes to the picture without compiling; structure does not', async 
     await page.evaluate(() => window.moxEditor.selectIds(['base']));
     const red = page.getByLabel('Default Colour, red');
     await drag(page, await middle(red), [(await middle(red))[0] + 80, (await middle(red))[1]]);
-    await until(page, () => window.moxEditor.sentValues.size === 0); // the server has compiled and agrees
+    await until(page, () => window.moxEditor.sentValues.size === 0); // a compilation has confirmed the values
     const after = await picture(page);
     assert.ok(after.mean[0] > before.mean[0] + 20, `${before.mean} and ${after.mean}`);
     assert.equal(await page.evaluate(() => window.moxPicture.renderer.compileCount), 1);
@@ -378,7 +412,7 @@ test('nodes are copied, cut, pasted and edited together', async () => {
     await page.context().close();
 });
 
-/** Where a point of the graph is on the screen, by the place of a node. */
+/** Converts a point of the graph to the screen, relative to a node. */
 const onScreen = (page, id, { x, y }) =>
     card(page, id).evaluate(
         (element, at) => {
@@ -413,7 +447,7 @@ test('frames, notes and points of edges are drawn, moved, copied and undone', as
     const holds = ({ x, y, width, height }, at) =>
         x <= at.x && at.x <= x + width && y <= at.y && at.y <= y + height;
 
-    // A frame around two nodes moves with them, and is resized at its corner.
+    // A frame around two nodes is moved together with them, and resized at its corner.
     await until(page, () => window.moxEditor.get().fileChange === null);
     await selectNodes(['facing', 'rim']);
     await page.locator('#canvas').focus();
@@ -444,7 +478,7 @@ test('frames, notes and points of edges are drawn, moved, copied and undone', as
     assert.ok(resized.width > frame.width && resized.height > frame.height && resized.x === frame.x);
     await page.getByLabel(/Graph of .* frame “Rim” is selected/).waitFor();
 
-    // A copy has what is in the frame; deleting the frame leaves it.
+    // A copy includes the contents of the frame; deleting the frame does not delete them.
     await page.locator('#canvas').focus();
     await page.keyboard.press('Control+c');
     await until(page, () => window.moxEditor.get().message === 'Copied.');
@@ -458,7 +492,7 @@ test('frames, notes and points of edges are drawn, moved, copied and undone', as
     assert.equal((await state(page)).ids.length, 6);
     await change(page, () => page.keyboard.press('Control+z'));
 
-    // A note, whose text is edited after a search for it.
+    // A note is found by its text, and the inspector shows the text.
     await change(page, () => page.keyboard.press('n'));
     await until(page, () => window.document.activeElement?.getAttribute('aria-label') === 'text');
     await page.keyboard.type('Shines at the edge.');
@@ -469,7 +503,7 @@ test('frames, notes and points of edges are drawn, moved, copied and undone', as
     await page.keyboard.press('Enter');
     await until(page, () => document.querySelector('#inspector textarea')?.value === 'Shines at the edge.');
 
-    // It is edited at its place too, as is the title of a frame; Esc leaves it as it was.
+    // The text of a note and the title of a frame are edited in place; Esc discards the changes.
     await page.keyboard.press('a');
     const textAt = (kind) => layers().then((all) => all.annotations.find((each) => each.kind === kind));
     for (const [kind, key, text] of [
@@ -486,7 +520,7 @@ test('frames, notes and points of edges are drawn, moved, copied and undone', as
         assert.equal((await textAt(kind)).text, text);
     }
 
-    // Points of an edge, by mouse and by keyboard.
+    // Points of an edge are added, moved and deleted by mouse and by keyboard.
     await page.keyboard.press('a');
     const ends = [port(page, 'base', 'read'), port(page, 'surface', 'in_colour')];
     const [[x1, y1], [x2, y2]] = [await middle(ends[0]), await middle(ends[1])];
@@ -496,7 +530,7 @@ test('frames, notes and points of edges are drawn, moved, copied and undone', as
     await change(page, () => drag(page, held, [held[0] + 10, held[1] + 70]));
     const [dragged] = (await layers()).points;
     assert.ok(dragged.y > point.y);
-    await change(page, () => page.keyboard.press('Shift+ArrowDown'));
+    await change(page, () => page.keyboard.press('Control+Shift+ArrowDown'));
     assert.equal((await layers()).points[0].y, dragged.y + 40);
     await change(page, () => page.keyboard.press('Delete'));
     assert.deepEqual((await layers()).points, []);
@@ -541,7 +575,49 @@ test('lines of programs and nodes find each other', async () => {
         .click();
     await page.locator('.card.lit').waitFor();
     assert.match(await page.locator('.card.lit').getAttribute('aria-label'), /node tinted$/);
+    const language = page.getByLabel('Language');
+    const targets = await language.locator('option').allTextContents();
+    assert.ok(targets.includes('wgsl'), `${targets}`);
+    for (const target of targets) {
+        await language.selectOption(target);
+        await until(page, () => document.querySelector('.cm-content')?.textContent.length > 100);
+    }
     assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
+test('small images are shown on all nodes or on some', async () => {
+    const { page } = await prepare('rim_light');
+    await page.getByRole('button', { name: 'Lay out' }).last().click();
+    await until(page, () => window.moxEditor.get().undo !== '');
+    await page.locator('#canvas').focus();
+    await page.keyboard.press('a');
+    await page.evaluate(() => window.moxEditor.selectIds(['base', 'surface'])); // a surface has no output
+    const isShown = async (...ids) => {
+        for (const id of ids) await card(page, id).locator('.thumbnail').waitFor();
+        assert.equal(await page.locator('.thumbnail').count(), ids.length);
+    };
+    await page.keyboard.press('Shift+T');
+    await isShown('base');
+    await page.keyboard.press('t');
+    await isShown('base', 'facing', 'rim', 'glow', 'rimGlow');
+    await page.getByRole('button', { name: 'Small images' }).click();
+    await isShown('facing', 'rim', 'glow', 'rimGlow');
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
+test('a problem of a port has a badge at the port', async () => {
+    const nodes =
+        '<node id="uv" type="CoreUv" version="0"/><node id="grid" type="CoreAnimatedUv" version="0"/>';
+    const edge = '<edge tail="uv" tailPort="read" head="grid" headPort="in_uv"/>';
+    const text = `<material version="1"><nodes>${nodes}</nodes><edges>${edge}</edges></material>`;
+    const { page } = await prepare('open_input', text);
+    const marked = card(page, 'grid').locator('.port-label', { has: page.locator('.badge') });
+    await marked.first().waitFor();
+    assert.deepEqual(await marked.allTextContents(), ['frame▲1']);
+    const words = await marked.locator('.badge').getAttribute('aria-label');
+    assert.match(words, /^Problem: the input has no edge/);
     await page.context().close();
 });
 
@@ -586,6 +662,37 @@ test('a checker of accessibility finds nothing serious, in light and dark', asyn
     await page.context().close();
 });
 
+test('markup in names is shown as text', async () => {
+    const markup = '<img src=x onerror=alert(1)>';
+    const escaped = markup.replaceAll('<', '&lt;');
+    const property = (name) => `<property name="${name}" kind="string" value="${escaped}"/>`;
+    const annotation = (kind) =>
+        `<annotation id="${kind}" kind="${kind}" text="${escaped}" x="0" y="0" width="300" height="200"/>`;
+    const text = `<material version="2"><description name="${escaped}"/><nodes>
+        <node id="${escaped}" type="CoreConstant" version="0">${property('Name')}${property('Description')}</node>
+        <node id="lost" type="${escaped}" version="0"/>
+        <node id="surface" type="Surface" version="0"/></nodes>
+        <edges><edge tail="${escaped}" tailPort="read" head="surface" headPort="in_colour"/></edges>
+        <annotations>${annotation('frame')}${annotation('note')}</annotations></material>`;
+    const { page } = await prepare(markup, text);
+    await page.getByRole('button', { name: 'Lay out' }).last().click();
+    await until(page, () => window.moxEditor.get().undo !== '');
+    await page.getByRole('button', { name: 'Compare' }).click();
+    await page.evaluate((id) => {
+        window.moxEditor.selectIds([id]);
+        window.moxEditor.pin({ node: id, port: 'read' });
+    }, markup);
+    for (const tab of ['problems', 'parameters', 'programs', 'differences'])
+        await page.locator(`#tab-${tab}`).click();
+    await page.locator('.difference').first().waitFor();
+    await page.keyboard.press('Control+f');
+    await page.locator('.palette li', { hasText: markup }).first().waitFor();
+    assert.ok((await page.title()).includes(markup));
+    assert.equal(await page.locator('img').count(), 0);
+    assert.deepEqual(page.complaints, []);
+    await page.context().close();
+});
+
 test('two windows show one document', async () => {
     const file = `${folder}/two.xml`;
     copyFileSync(`${examples}tinted_texture.xml`, file);
@@ -598,7 +705,7 @@ test('two windows show one document', async () => {
     await until(right, () => !window.moxEditor.get().document.numbers.has('tint'));
     await right.keyboard.press('Control+z');
     await until(left, () => window.moxEditor.get().document.numbers.has('tint'));
-    // Problems come when the server has looked for them: two textures do not lie beside the copy.
+    // The server reports problems later; two textures are missing next to the copy.
     for (const page of [left, right]) await until(page, () => window.moxEditor.get().problems.length === 2);
     assert.deepEqual(await state(left), await state(right));
     assert.deepEqual([...left.complaints, ...right.complaints], []);
@@ -631,7 +738,7 @@ test('the graph shows what differs from the file', async () => {
     await page.keyboard.press('d');
     const tab = (name) => page.getByRole('tab', { name });
     await tab('0 differences').waitFor();
-    await change(page, () => page.keyboard.press('Shift+ArrowLeft'));
+    await change(page, () => page.keyboard.press('Control+Shift+ArrowLeft'));
     await tab('1 difference').waitFor();
     assert.equal(await page.locator('.badge.mark').count(), 0, 'a move is no mark');
     await change(page, () => page.keyboard.press('Delete'));
@@ -649,7 +756,7 @@ test('the graph shows what differs from the file', async () => {
     );
     await tab('4 differences').click();
     await page.getByRole('button', { name: 'changed node "tint"' }).waitFor();
-    // The file changes too: what it has now is the other side.
+    // If the file changes too, the comparison uses its new content.
     writeFileSync(file, readFileSync(file, 'utf8').replace('1 0.9 0.8', '0.5 0.9 0.8'));
     await page.getByRole('alert').waitFor();
     await tab('3 differences').waitFor();
@@ -672,9 +779,13 @@ test('a server that dies loses nothing that it confirmed', async () => {
     await page.evaluate(() => {
         window.moxEditor.selectIds(['rim']);
         window.moxEditor.deleteSelected(false);
+        window.moxEditor.layOut();
+        window.moxEditor.undo();
+        window.moxEditor.undo();
     });
     server.kill('SIGKILL');
     await page.getByRole('alert').getByText('The connection to mox was lost').waitFor();
+    await page.getByText('cannot be downloaded: layout, undo.').waitFor();
     const download = page.waitForEvent('download');
     await page.getByRole('button', { name: 'Download unconfirmed changes (1 step for' }).click();
     const unconfirmed = `${folder}/unconfirmed.json`;
@@ -699,7 +810,7 @@ test('a server that dies loses nothing that it confirmed', async () => {
     await again.context().close();
 });
 
-/** How far the picture of the page and that of the preview are apart, of 255. */
+/** The difference between the image of the page and that of the preview, out of 255. */
 const difference = (page, mesh, frame) =>
     page.evaluate(
         async ([meshName, frameNumber]) => {
@@ -729,7 +840,7 @@ const difference = (page, mesh, frame) =>
         [mesh, frame],
     );
 
-/** A material that glows as a texture that is not a plane; flames.png is a panorama and a row of two slices. */
+/** A material that emits a cube map or a volume; flames.png serves as a panorama and as two slices in a row. */
 const readsTexture = (read, source, input) => `<?xml version="1.0" encoding="UTF-8"?>
 <material version="1">
   <nodes>
@@ -783,7 +894,7 @@ async function dropMesh(page, name, bytes) {
     await page.dispatchEvent('#surface', 'drop', { dataTransfer: transfer });
 }
 
-/** How far the surface and a picture file are apart, of 255. */
+/** The mean difference between the surface and an image file, out of 255. */
 const distanceTo = (page, png) =>
     page.evaluate(async (data) => {
         const image = new Image();
@@ -868,7 +979,7 @@ test('a lost plug-in leaves a thousand nodes, which keep what they had', async (
     await change(page, () => page.keyboard.press('Control+z'));
     assert.deepEqual((await state(page)).edges, start.edges);
     await page.evaluate(() => window.moxEditor.selectIds(['lost7']));
-    await change(page, () => page.keyboard.press('Shift+ArrowLeft'));
+    await change(page, () => page.keyboard.press('Control+Shift+ArrowLeft'));
     await page.keyboard.press('Control+s');
     await until(page, () => !window.moxEditor.get().unsaved);
     const original = `${folder}/original.xml`;

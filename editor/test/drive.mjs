@@ -1,4 +1,4 @@
-// Starts `mox edit` and Debian's Chromium for the scripts that drive the page: tests, benchmarks, pictures.
+// Starts `mox edit` and Debian's Chromium for the scripts that control the page: tests, benchmarks, screenshots.
 
 import { spawn } from 'node:child_process';
 import { chromium } from 'playwright-core';
@@ -10,7 +10,7 @@ export function launch() {
     });
 }
 
-/** Starts the editor of a file; gives the process and the address that it prints. */
+/** Starts the editor for a file. Returns the process and the address that it prints. */
 export async function serve(mox, file, environment = {}) {
     const server = spawn(mox, ['edit', '--no-browser', file], {
         stdio: ['ignore', 'pipe', 'inherit'],
@@ -29,8 +29,8 @@ export async function serve(mox, file, environment = {}) {
 }
 
 /**
- * A page that has loaded the document. What it complains about is listed in `complaints`.
- * @param dist folder of a page that is shown in place of the one in the program, if given
+ * Opens a page and waits until it has loaded the document. `complaints` lists its errors.
+ * @param dist folder of a page to use instead of the page in the program
  */
 export async function open(browser, address, { dist, ...options } = {}) {
     const context = await browser.newContext({ viewport: { width: 1400, height: 800 }, ...options });
@@ -52,7 +52,7 @@ export async function open(browser, address, { dist, ...options } = {}) {
     return page;
 }
 
-/** Waits until the picture shows the document as it is. */
+/** Waits until the image shows the current document. */
 export async function settle(page) {
     await page.waitForFunction(
         () => {

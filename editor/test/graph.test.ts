@@ -30,9 +30,9 @@ const catalogue = new Map(types.map((each) => [each.type, each]));
 test('edges are refused with their reason', () => {
     const cases: [string, RegExp | ''][] = [
         ['grey.read maths.b', ''],
-        ['grey.read end.colour', ''], // a scalar widens
+        ['grey.read end.colour', ''], // a scalar is widened
         ['uv.read end.colour', /output with 2 components cannot be connected to an input with 3/],
-        ['uv.read maths.b', ''], // its inputs take any number
+        ['uv.read maths.b', ''], // its inputs accept any number
         ['maths.value maths.a', /itself/],
         ['maths.value texture.in', /cycle: texture → maths → texture/],
         ['gone.read end.colour', /no longer exists/],
@@ -174,7 +174,7 @@ test('deleting with rewiring joins what is left, as far as it converts', () => {
         );
     assert.deepEqual(edges(['maths']), ['texture.colour end.colour']);
     assert.deepEqual(edges(['texture']), ['uv.read maths.a']);
-    assert.deepEqual(edges(['texture', 'maths']), []); // 2 components do not fit 3
+    assert.deepEqual(edges(['texture', 'maths']), []); // 2 components do not convert to 3
     assert.deepEqual(edges(['uv']), []);
 });
 
@@ -216,7 +216,7 @@ test('frames hold what is in them, and points move with both ends of their edge'
     ) => ({ number, record: { id: String(number), kind, text: '', x, y, width, height } });
     const list = [
         annotation(1, 'frame', [-10, -10, 300, 250]),
-        annotation(2, 'frame', [0, 0, 300, 10]), // reaches out of the first
+        annotation(2, 'frame', [0, 0, 300, 10]), // extends beyond the first
         annotation(3, 'note', [100, 100, 900, 10]),
     ];
     const framed: DocumentState = {

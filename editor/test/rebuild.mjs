@@ -1,8 +1,8 @@
-// Rebuilds a material in the editor as an artist does, by mouse and keys alone, and counts what that takes. What to build
-// is read from a document; nodes are added from the output backwards.
-// Usage: node test/rebuild.mjs MOX [DIST] [--plain] EXAMPLE..., with DIST the folder of a page other than the one in MOX; prints
-// the counts. With --plain the artist neither looks for functions in the list of nodes nor relies on a click to select what
-// a field holds, as it was before the editor had these.
+// Rebuilds a material in the editor with mouse and keyboard, as an artist does, and counts the actions. The material is read
+// from a document; nodes are added from the output backwards.
+// Usage: node test/rebuild.mjs MOX [DIST] [--plain] EXAMPLE... DIST is the folder of a page to use instead of that in MOX.
+// The script prints the counts. With --plain, it does not search for functions in the list of nodes, and does not expect a
+// click to select the content of a field, because earlier editors had neither.
 
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
@@ -10,7 +10,7 @@ import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import * as drive from './drive.mjs';
 
-/** A hand on the mouse and one on the keys. A word is typed in one go; its letters are counted apart. */
+/** Uses the mouse and the keyboard, and counts the actions. A word is one action; its letters are counted separately. */
 class Hands {
     counts = { clicks: 0, drags: 0, wheels: 0, keys: 0, words: 0, letters: 0 };
 
@@ -23,13 +23,13 @@ class Hands {
         await locator.click();
     }
 
-    /** Clicks into a field, unless a key has led there already. */
+    /** Clicks a field, unless it already has the focus. */
     async enter(locator) {
         if (await locator.evaluate((element) => element === document.activeElement)) return;
         await this.click(locator);
     }
 
-    /** Opens a list and takes an entry. */
+    /** Opens a list and chooses an entry. */
     async choose(locator, value) {
         this.counts.clicks += 2;
         await locator.selectOption(value);
@@ -71,7 +71,7 @@ const isPlace = (name) => name === 'PositionX' || name === 'PositionY';
 const middleOf = ({ x, y, width, height }) => [x + width / 2, y + height / 2];
 
 class Artist {
-    /** What the nodes of the description are called here. */
+    /** The ids of the new nodes, by their ids in the document to rebuild. */
     ids = new Map();
 
     constructor(page, wanted, isPlain) {
@@ -85,7 +85,7 @@ class Artist {
         await this.page.waitForFunction(isDone, argument);
     }
 
-    /** Does something that changes the document, and waits for the change. */
+    /** Performs an action that changes the document, and waits for the change. */
     async change(action) {
         const before = await this.page.evaluate(() => window.moxEditor.get().revision);
         await action();
@@ -119,7 +119,7 @@ class Artist {
         return x > 5 && y > 40 && y < 1040 ? [x, y] : undefined;
     }
 
-    /** Tidies up and shows all. */
+    /** Lays out the graph and shows all of it. */
     async layOut() {
         await this.page.locator('#canvas').evaluate((canvas) => canvas.focus());
         await this.hands.press('Escape');
@@ -128,7 +128,7 @@ class Artist {
         await this.still();
     }
 
-    /** Waits until nothing in the graph moves any more. */
+    /** Waits until nothing in the graph moves. */
     async still() {
         const places = () =>
             this.page
@@ -144,7 +144,7 @@ class Artist {
         }
     }
 
-    /** A place of the empty graph for a new node left of a port, or nothing. */
+    /** Finds space for a new node to the left of a port; undefined if there is none. */
     async freePlace(from) {
         const boxes = await this.page.locator('.card').evaluateAll((cards) =>
             cards.map((card) => {
@@ -158,9 +158,9 @@ class Artist {
             return box ? box.width / document.querySelector('.card').offsetWidth : 1;
         });
         const [width, height] = [230 * zoom, 170 * zoom];
-        const margin = 30; // nearer, a port would catch the edge
+        const margin = 30; // closer to a port, the edge would snap to it
         const isFree = (x, y) =>
-            x > canvas.x + 20 && // the node itself may reach out of view
+            x > canvas.x + 20 && // the node may extend out of view
             y - height / 2 > canvas.y &&
             y + height / 2 < canvas.y + canvas.height - 40 &&
             boxes.every(
@@ -179,7 +179,7 @@ class Artist {
         return undefined;
     }
 
-    /** Takes a type from the list that is open; false if the list does not have it. */
+    /** Chooses a type from the open list. Returns false if the list does not contain it. */
     async pickType(node) {
         const field = this.page.locator('.palette input');
         await field.waitFor();
@@ -199,14 +199,14 @@ class Artist {
         return true;
     }
 
-    /** What the list of nodes calls a node, with the setting that it brings along. */
+    /** The label of a node in the list of nodes, including its setting. */
     fullLabel({ type, properties }) {
         const { label, deciding } = this.wanted.types[type];
         const setting = properties.find(({ name, value }) => deciding[name]?.includes(value));
         return setting && !this.isPlain ? `${label}: ${setting.value}` : label;
     }
 
-    /** The fewest letters that bring a type to the top of the list: an artist knows them after a while. */
+    /** The fewest letters for which a type is at the top of the list; an experienced artist knows them. */
     async shortest(full) {
         const words = full.split(': ').reverse();
         const field = this.page.locator('.palette input');
@@ -239,7 +239,7 @@ class Artist {
         assert.ok(to, 'there is room for a node');
         await this.hands.drag(from, to);
         if (await this.pickType(node)) return;
-        await this.hands.press('Escape'); // nothing of this name fits the port as it is at first
+        await this.hands.press('Escape'); // no type with this label fits the port yet
         await this.addFree(node, to);
     }
 
@@ -273,7 +273,7 @@ class Artist {
         );
     }
 
-    /** Sets what differs from the description in the inspector, which shows the new node. */
+    /** Sets the properties that differ from the document in the inspector, which shows the new node. */
     async setProperties(node) {
         let left = node.properties.filter(({ name }) => !isPlace(name));
         while (left.length > 0) {
@@ -378,7 +378,7 @@ class Artist {
     }
 }
 
-/** What a document holds, as the page is told, and what the types of its nodes are called. */
+/** Describes a document as the page receives it, with the labels of its node types. */
 async function describe(browser, mox, example, dist) {
     const copy = `${mkdtempSync(`${tmpdir()}/mox-example-`)}/example.xml`;
     writeFileSync(copy, readFileSync(example));
@@ -415,7 +415,7 @@ async function describe(browser, mox, example, dist) {
 }
 
 /**
- * Rebuilds an example and compares it: nothing but ids and places may differ.
+ * Rebuilds an example and compares the result: only ids and positions may differ.
  * @returns the counts
  */
 async function rebuild(browser, mox, example, dist, isPlain) {

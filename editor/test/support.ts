@@ -21,7 +21,7 @@ export function node(id: string, inputs: Port[], outputs: Port[], at: [number, n
     };
 }
 
-/** Edges are written "tail.port head.port". */
+/** @param edges in the form "tail.port head.port" */
 export function documentOf(nodes: NodeState[], edges: string[]): DocumentState {
     const edgeStates = edges.map((text): EdgeState => {
         const [tail, tailPort, head, headPort] = text.split(/[. ]/) as [string, string, string, string];

@@ -84,7 +84,7 @@ test('a mesh of the server has the streams that it names, each set by its number
     };
     const data = new Uint8Array(1 + 40);
     data.set(new Uint8Array(new Float32Array([9, 8, 7, 1, 2, 3, 4]).buffer), 1);
-    const mesh = meshFrom(described, data.subarray(1)); // at an odd place, as in messages
+    const mesh = meshFrom(described, data.subarray(1)); // unaligned, as in messages
     const uv = (name: string) => [...streamOf(mesh, 'uv', name)!.values];
     assert.deepEqual(
         [uv('uv0'), uv('map1'), uv('uv7'), uv('')],

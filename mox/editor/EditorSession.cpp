@@ -294,7 +294,7 @@ void EditorSession::GetState(const Request& request, EditorAnswer&, Json& reply)
     reply["state"] = DescribeState(_document.Graph());
     reply["file"] = _document.File().filename().string();
     if (_services.Mesh)
-        reply["mesh"] = _services.Mesh->Name;
+        reply["ownMesh"] = _services.Mesh->Name;
 }
 
 void EditorSession::GetText(const Request& request, EditorAnswer&, Json& reply)
@@ -311,6 +311,10 @@ void EditorSession::GetCatalogue(const Request& request, EditorAnswer&, Json& re
                                      NodeFiles(*_services.Plugins));
     reply["material"] = {{"description", DescribeAttributes(DescriptionRule)},
                          {"renderState", DescribeAttributes(RenderStateRule)}};
+    Json targets = Json::array();
+    for (const auto& [name, format] : _services.Formats)
+        targets.push_back(name);
+    reply["targets"] = std::move(targets);
     reply["problems"] = ToJson(problems.Problems());
 }
 

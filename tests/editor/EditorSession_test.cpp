@@ -269,6 +269,18 @@ TEST(EditorSession, KeepsTheDocumentWhenItsFileIsNoDocumentAnyMore)
     EXPECT_THROW(EditorSession(folder.Path() / "no" / "m.xml", TestEditorServices()), HostError);
 }
 
+TEST(EditorSession, NamesTheMeshOfItsHost)
+{
+    const TemporaryFolder folder;
+    const auto file = folder.Write("m.xml", oneNode);
+    EditorServices services = TestEditorServices();
+    LoadedMesh mesh;
+    mesh.Name = "house.glb";
+    services.Mesh = std::make_shared<const LoadedMesh>(mesh);
+    EditorSession session(file, services);
+    EXPECT_EQ(StateOf(session)["ownMesh"], "house.glb");
+}
+
 /// A drag uses a bounded amount of memory and journal space.
 TEST(EditorSession, RemembersADragAsOneStep)
 {

@@ -140,6 +140,16 @@ TEST(Attacks, RequestsAreLetInOrRefused)
     }
 }
 
+TEST(Attacks, OtherAddressesOfTheMachineAreNotServed)
+{
+    const RunningServer server;
+    asio::io_context context;
+    asio::ip::tcp::socket socket(context);
+    beast::error_code error;
+    socket.connect({asio::ip::make_address("127.0.0.2"), server.Port()}, error);
+    EXPECT_EQ(error, asio::error::connection_refused);
+}
+
 TEST(Attacks, EachAnswerHasANonceOfItsOwn)
 {
     RunningServer server;

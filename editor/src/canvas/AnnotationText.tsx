@@ -4,7 +4,7 @@ import type { AnnotationState } from '../model/messages.ts';
 import { toScreen, type Viewport } from '../model/viewport.ts';
 import { useEditor } from '../useEditor.ts';
 
-/** A field over a note, or over the title of a frame, in which its text is edited. Leaving it keeps the text; Esc does not. */
+/** A text field over a note or over the title of a frame. Losing the focus saves the text; Esc discards it. */
 export function AnnotationText({
     annotation,
     viewport,

@@ -27,34 +27,34 @@ import { boxOf, edgeAt, nodeAt, paint, pointAt, readColours } from './painter.ts
 import { paintRemoved } from './removed.ts';
 
 /**
- * The graph. React Flow shows the nodes near the view and takes care of dragging and of new edges;
- * a canvas below it shows all edges, and all nodes where they are too small to read. Nothing
- * outside this file knows either.
+ * The graph. React Flow shows the nodes near the view and handles dragging and new edges; a canvas
+ * below it shows all edges, and all nodes if they are too small to read. Only this file and NodeCard
+ * use React Flow.
  */
 
-/** What the rest of the page may ask of the canvas. */
+/** The canvas as the rest of the page can use it. */
 export interface CanvasHandle {
     viewport(): Viewport;
-    /** A point of the screen in the graph. */
+    /** Converts a point on the screen to graph coordinates. */
     toGraph(at: Point): Point;
-    /** Whether a point of the graph is in view and no panel covers it. */
+    /** Whether a point of the graph is in view and not covered by a panel. */
     shows(at: Point): boolean;
     pointer(): Point;
-    /** Shows nodes and annotations; everything if neither are given. */
+    /** Moves the view to nodes and annotations, or to the whole graph if neither are given. */
     frame(numbers?: Iterable<number>, annotations?: Iterable<number>): void;
 }
 
-const farZoom = 0.4; // below, text cannot be read
-const hitDistance = 7; // pixels
-const regionMargin = 0.3; // on each side of what is seen, as a share of it
-const largestRegion = 2.5; // as often as wide as what is seen
+const farZoom = 0.4; // below this, text is too small to read
+const hitDistance = 7; // in screen pixels
+const regionMargin = 0.3; // on each side of the visible area, relative to its size
+const largestRegion = 2.5; // width relative to that of the visible area
 const nodeTypes = { card: NodeCard };
 const noProblems: readonly Problem[] = [];
 const panButtons = [1, 2];
-/** Renders again only if a property is another object, since React Flow then renders every node again. */
+/** Re-renders only if a property is a different object, because React Flow then re-renders every node. */
 const Flow = memo(ReactFlow<CardNode>);
 
-/** React Flow's nodes; those that are as before, and their list, stay the same objects, so that they do not render. */
+/** Creates React Flow's nodes. Unchanged nodes and lists remain the same objects, so they are not re-rendered. */
 class CardCache {
     private cards = new Map<number, { card: CardNode; parts: unknown[] }>();
     private list: CardNode[] = [];
@@ -75,8 +75,9 @@ class CardCache {
             const isSelected = snapshot.selection.has(node.number);
             const pinned = snapshot.pinned?.node === node.record.id ? snapshot.pinned.port : null;
             const isLit = lit.has(node.record.id);
-            const text = own.map((problem) => problem.severity + problem.message).join();
-            const thumbnail = snapshot.thumbnails?.get(node.record.id)?.picture ?? null;
+            const text = own.map(({ severity, port, message }) => [severity, port, message]).join();
+            const shown = editor.showsThumbnail(node) && snapshot.thumbnails.get(node.record.id)?.picture;
+            const thumbnail = shown || null;
             const mark = snapshot.comparison?.nodes.get(node.record.id) ?? null;
             const parts = [node, place.x, place.y, text, isSelected, pinned, isLit, thumbnail, mark];
             const old = this.cards.get(node.number);
@@ -118,7 +119,7 @@ function makeCard(node: NodeState, position: Point, selected: boolean, data: Car
     };
 }
 
-/** Functions that stay the same objects and do what those of the last render do. */
+/** Returns functions that remain the same objects and call the functions of the latest render. */
 function useSteady<T extends object>(functions: T): T {
     const last = useRef(functions);
     last.current = functions;
@@ -145,7 +146,7 @@ function recordOf(snapshot: Snapshot, connection: Connection): EdgeRecord | unde
     };
 }
 
-/** Says beside the pointer why an edge cannot be where it is being dragged. */
+/** Shows next to the pointer why the edge that is being dragged cannot be connected there. */
 function ConnectionHint() {
     const editor = useEditor();
     const { inProgress, fromHandle, toHandle, isValid } = useConnection();
@@ -178,7 +179,7 @@ function ConnectionHint() {
     );
 }
 
-const connectionHint = <ConnectionHint />; // one object, so that Flow does not render again
+const connectionHint = <ConnectionHint />; // a single object, so that Flow is not re-rendered
 
 type Gesture =
     | { kind: 'box'; from: Point; added: ReadonlySet<number>; addedAnnotations: ReadonlySet<number> }
@@ -192,7 +193,7 @@ export function Canvas({
     onReady,
 }: {
     lit: ReadonlySet<string>;
-    /** How much of the right side panels cover, in pixels. */
+    /** Width of the panels that cover the right side, in pixels. */
     covered: number;
     onReady: (handle: CanvasHandle) => void;
 }) {
@@ -210,9 +211,9 @@ export function Canvas({
     const gesture = useRef<Gesture | null>(null);
     const [cache] = useState(() => new CardCache());
     const [isFar, setFar] = useState(false);
-    const [region, setRegion] = useState<Box | null>(null); // until the first view is known
+    const [region, setRegion] = useState<Box | null>(null); // null until the first view is known
     const [box, setBox] = useState<Box | null>(null);
-    const [edited, setEdited] = useState<number | null>(null); // the annotation whose text has a field
+    const [edited, setEdited] = useState<number | null>(null); // the annotation whose text is being edited
     const colours = useRef<ReturnType<typeof readColours> | null>(null);
 
     const frameRequest = useRef(0);
@@ -234,8 +235,8 @@ export function Canvas({
     const moved = useCallback(
         (next: Viewport) => {
             viewport.current = next;
-            root.current!.querySelector<HTMLElement>('.annotation-text')?.blur(); // it stays where it is
-            if (editor.get().file === '') return; // the first view comes with the document
+            root.current!.querySelector<HTMLElement>('.annotation-text')?.blur(); // it does not move with the view
+            if (editor.get().file === '') return; // the first view is set when the document arrives
             const far = next.zoom < farZoom;
             setFar(far);
             const size = { width: root.current!.clientWidth, height: root.current!.clientHeight };
@@ -315,11 +316,7 @@ export function Canvas({
         [cache, editor, isFar, lit, region, snapshot],
     );
 
-    const ids = cards.map((card) => card.data.node.record.id).join(' ');
-    const hasThumbnails = snapshot.thumbnails !== null;
-    useEffect(() => {
-        if (hasThumbnails) editor.want(ids.split(' '));
-    }, [editor, hasThumbnails, ids]);
+    useEffect(() => editor.want(cards.map((card) => card.data.node.record.id)), [cards, editor]);
 
     const place = (event: { clientX: number; clientY: number }) => {
         const corner = root.current!.getBoundingClientRect();
@@ -456,7 +453,7 @@ export function Canvas({
     const onFlow = useSteady<ReactFlowProps<CardNode>>({
         onInit: (instance) => {
             flow.current = instance;
-            goTo(viewport.current); // the document may have come, and been framed, before
+            goTo(viewport.current); // the document may have arrived and been framed earlier
         },
         onMove: (_, next) => moved(next),
         onViewportChange: moved,

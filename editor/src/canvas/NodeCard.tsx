@@ -11,7 +11,7 @@ export type CardNode = Node<
         pinned: string | null;
         isLit: boolean;
         thumbnail: ImageData | null;
-        /** How it differs from the file on disk. */
+        /** How the node differs from the file on disk. */
         mark: 'added' | 'changed' | null;
     },
     'card'
@@ -24,15 +24,35 @@ function rgb(colour: number[] | undefined): string {
     return `rgb(${r} ${g} ${b})`;
 }
 
+function ProblemBadge({ problems }: { problems: readonly Problem[] }) {
+    if (problems.length === 0) return null;
+    const isError = problems.some(({ severity }) => severity === 'error');
+    const counted = problems.length === 1 ? 'Problem' : `${problems.length} problems`;
+    return (
+        <span
+            className={`badge ${isError ? 'error' : 'warning'}`}
+            title={problems.map((problem) => problem.message).join('\n')}
+            role="img"
+            aria-label={`${counted}: ${problems[0]!.message}`}
+        >
+            {isError ? '!' : '▲'}
+            {problems.length}
+        </span>
+    );
+}
+
 function PortRow({
     port,
     index,
     side,
+    problems,
     children,
 }: {
     port: Port;
     index: number;
     side: 'input' | 'output';
+    /** All problems of the node. */
+    problems: readonly Problem[];
     children?: ReactNode;
 }) {
     const shape = port.components && port.components <= 4 ? port.components : 'unknown';
@@ -43,7 +63,7 @@ function PortRow({
                 id={port.name}
                 type={side === 'input' ? 'target' : 'source'}
                 position={side === 'input' ? Position.Left : Position.Right}
-                className={`port shape-${shape} ${port.connected ? 'full' : 'hollow'} ${port.conflict ? 'conflict' : ''}`}
+                className={`port shape-${shape} ${port.precision ?? ''} ${port.connected ? 'full' : 'hollow'} ${port.conflict ? 'conflict' : ''}`}
                 style={{ top: portTop(index), ['--port' as string]: typeColour(port.components) }}
                 title={`${port.name}: ${typeName(port)}${port.conflict ? '; the component counts do not match' : ''}`}
                 role="img"
@@ -52,6 +72,7 @@ function PortRow({
             <span className={`port-label ${side}`} style={{ top: portTop(index) }}>
                 {children}
                 {port.label}
+                <ProblemBadge problems={problems.filter((problem) => problem.port === port.name)} />
             </span>
         </>
     );
@@ -63,8 +84,8 @@ function PinButton({ node, port, isOn }: { node: string; port: Port; isOn: boole
         <button
             className={`pin nodrag ${isOn ? 'on' : ''}`}
             aria-pressed={isOn}
-            aria-label={`Pin the picture of ${port.label}`}
-            title="Pin the picture of this output"
+            aria-label={`Pin the image of ${port.label}`}
+            title="Pin the image of this output"
             tabIndex={-1}
             onClick={(event) => {
                 event.stopPropagation();
@@ -90,10 +111,9 @@ function Thumbnail({ picture }: { picture: ImageData }) {
     );
 }
 
-/** A node near enough to read. */
+/** A node at a zoom at which its text is readable. */
 export const NodeCard = memo(function NodeCard({ data, selected }: NodeProps<CardNode>) {
     const { node, problems, pinned, isLit, thumbnail, mark } = data;
-    const errors = problems.filter((problem) => problem.severity === 'error').length;
     const id = node.record.id;
     return (
         <div
@@ -114,22 +134,12 @@ export const NodeCard = memo(function NodeCard({ data, selected }: NodeProps<Car
                     {mark === 'added' ? '+' : '≠'}
                 </span>
             )}
-            {problems.length > 0 && (
-                <span
-                    className={`badge ${errors > 0 ? 'error' : 'warning'}`}
-                    title={problems.map((problem) => problem.message).join('\n')}
-                    role="img"
-                    aria-label={`${problems.length} problems: ${problems[0]!.message}`}
-                >
-                    {errors > 0 ? '!' : '▲'}
-                    {problems.length}
-                </span>
-            )}
+            <ProblemBadge problems={problems} />
             {node.inputs?.map((port, i) => (
-                <PortRow key={port.name} port={port} index={i} side="input" />
+                <PortRow key={port.name} port={port} index={i} side="input" problems={problems} />
             ))}
             {node.outputs?.map((port, i) => (
-                <PortRow key={port.name} port={port} index={i} side="output">
+                <PortRow key={port.name} port={port} index={i} side="output" problems={problems}>
                     <PinButton node={id} port={port} isOn={pinned === port.name} />
                 </PortRow>
             ))}

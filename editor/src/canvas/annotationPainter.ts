@@ -5,18 +5,18 @@ import type { Editor } from '../model/store.ts';
 import { overlap, type Box, type Viewport } from '../model/viewport.ts';
 import type { Colours, Curve } from './painter.ts';
 
-/** Draws frames and notes behind edges and nodes, and the points of edges; finds them under the pointer. */
+/** Draws frames, notes and the points of edges, and finds frames and notes at a point. */
 
 const handleSide = 14;
 const pointRadius = 5;
 const lineHeight = 18;
-const leastTextZoom = 0.25; // below, the text of notes cannot be read
+const leastTextZoom = 0.25; // below this, the text of notes is too small to read
 
 export type AnnotationPart = 'title' | 'corner' | 'inside';
 
 /**
- * The frontmost note or frame at a point. Inside a frame there may be other things; a frame is held at
- * its title or edge, a note anywhere.
+ * The topmost note or frame at a point. A note can be dragged anywhere, but a frame only at its title or
+ * border, because there may be nodes inside it.
  */
 export function annotationAt(
     editor: Editor,
@@ -112,7 +112,7 @@ function drawOne(
             context.fillText(line, x + 8, y + 16 + i * lineHeight),
         );
     } else if (!note) {
-        // The title can be read from afar, as long as the frame is large enough.
+        // The title remains readable at a small zoom if the frame is large enough.
         const size = Math.min(Math.max(15, 12 / zoom), Math.max(15, height / 4));
         context.font = `600 ${size}px system-ui, sans-serif`;
         context.fillText(text.split('\n')[0]!, x + 10, y + Math.max(titleHeight, 1.4 * size) / 2, width - 20);
@@ -120,7 +120,7 @@ function drawOne(
     context.restore();
 }
 
-/** Breaks lines at blanks, as far as words are no longer than a line. */
+/** Breaks lines at spaces. A word that is longer than a line is not broken. */
 function linesOf(context: CanvasRenderingContext2D, text: string, width: number): string[] {
     return text.split('\n').flatMap((paragraph) => {
         const lines: string[] = [];

@@ -20,7 +20,7 @@ export class Minimap {
         this.graph.height = canvas.height;
     }
 
-    /** Hides itself while everything is in view. What is being dragged is where it was until it is dropped. */
+    /** Hides the map while everything is in view. Dragged nodes remain at their old positions until they are dropped. */
     paint(editor: Editor, view: Box, accent: string): void {
         const { document } = editor.get();
         if (document !== this.document) {
@@ -43,7 +43,7 @@ export class Minimap {
         context.strokeRect(corner.x, corner.y, view.width * scale, view.height * scale);
     }
 
-    /** The point of the graph at one of the map. */
+    /** Converts a point of the map to graph coordinates. */
     toGraph(at: Point): Point {
         const origin = this.toMap({ x: 0, y: 0 });
         return { x: (at.x - origin.x) / this.scale(), y: (at.y - origin.y) / this.scale() };

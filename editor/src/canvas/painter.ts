@@ -7,7 +7,7 @@ import { edgeKey } from '../model/comparison.ts';
 import { around, overlap, visibleBox, type Box, type Viewport } from '../model/viewport.ts';
 import { drawAnnotations, drawPoints } from './annotationPainter.ts';
 
-/** Draws edges, and far away the nodes as well, on one canvas. */
+/** Draws the edges and, at a small zoom, the nodes on one canvas. */
 
 export interface Colours {
     types: string[];
@@ -37,12 +37,12 @@ export function boxOf(editor: Editor, node: NodeState): Box {
     return { ...editor.placeOf(node), ...shapeOf(node) };
 }
 
-/** A cubic curve: its ends, and the two points that pull it. */
+/** A cubic Bézier curve: its ends and its two control points. */
 type Piece = readonly [from: Point, leave: Point, arrive: Point, to: Point];
 
 export interface Curve {
     pieces: readonly Piece[];
-    /** Where pieces meet. */
+    /** The points where pieces meet. */
     through: readonly Point[];
     colour: number;
 }
@@ -60,13 +60,13 @@ export function curveOf(editor: Editor, snapshot: Snapshot, edge: EdgeState): Cu
     };
 }
 
-/** How far the points that pull a curve reach sideways at a port. */
+/** The horizontal distance of a control point from its port. */
 export function reachOf({ from, to }: { from: Point; to: Point }): number {
     const across = to.x - from.x;
     return across >= 0 ? Math.max(across / 2, 24) : Math.min(24 + Math.abs(across) / 2, 160);
 }
 
-/** Leaves and reaches ports sideways, and passes the points in between in the direction of their neighbours. */
+/** The curve is horizontal at ports; at each point in between, it is parallel to the line between the neighbours. */
 function piecesOf(way: readonly Point[]): Piece[] {
     const last = way.length - 1;
     const pull = (i: number, share: number, reach: number): Point => {
@@ -86,7 +86,7 @@ function boxOfCurve({ pieces }: Curve): Box {
     return around(pieces.flat().map((point) => ({ ...point, width: 0, height: 0 })))!;
 }
 
-/** The edge that passes within some pixels of a point of the graph. */
+/** The edge nearest to a point of the graph, within a distance in graph units. */
 export function edgeAt(editor: Editor, point: Point, distance: number): number | null {
     let nearest: number | null = null;
     let least = distance;
@@ -132,7 +132,7 @@ function distanceToPiece([from, leave, arrive, to]: Piece, point: Point): number
     return least;
 }
 
-/** The point of an edge within some pixels; that of the selected edge if there are several. */
+/** The point of an edge within a distance; if there are several, one of the selected edge. */
 export function pointAt(
     editor: Editor,
     at: Point,
@@ -168,7 +168,7 @@ export function css(rgba: number[] | undefined): string {
     return `rgb(${r} ${g} ${b})`;
 }
 
-/** Curves and boxes of everything, which stay the same while only the view moves. */
+/** The curves of all edges and the boxes of all nodes. They do not depend on the view. */
 interface Scene {
     snapshot: Snapshot;
     curves: { curve: Curve; box: Box; edge: EdgeState }[];
@@ -185,7 +185,7 @@ function sceneOf(editor: Editor): Scene {
     return lastScene!;
 }
 
-/** Where all nodes are; the same list as long as none is changed. */
+/** The boxes of all nodes; the same list until a node changes. */
 export function boxesOf(editor: Editor): Scene['boxes'] {
     return sceneOf(editor).boxes;
 }
@@ -199,7 +199,7 @@ function makeScene(editor: Editor, snapshot: Snapshot): Scene {
     return { snapshot, curves, boxes };
 }
 
-/** Makes again what hangs on the nodes that are being dragged; the rest stays. */
+/** Updates only what depends on the nodes that are being dragged. */
 function moveScene(editor: Editor, snapshot: Snapshot, old: Scene): Scene {
     const both = [snapshot.moves, old.snapshot.moves];
     const moved = new Set(both.flatMap(({ nodes }) => [...nodes.keys()]));
@@ -217,9 +217,9 @@ function moveScene(editor: Editor, snapshot: Snapshot, old: Scene): Scene {
     return { snapshot, curves, boxes };
 }
 
-const pathLength = 32; // edges; longer paths are slow to fill without a graphics card
+const pathLength = 32; // in edges; longer paths are slow to draw without a graphics card
 
-/** Strokes edges of one colour together, which is far quicker than one by one. */
+/** Strokes all edges of a colour together, which is much faster than stroking each separately. */
 function drawEdges(
     context: CanvasRenderingContext2D,
     editor: Editor,

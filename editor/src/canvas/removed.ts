@@ -6,11 +6,11 @@ import type { Editor } from '../model/store.ts';
 import { overlap, visibleBox, type Viewport } from '../model/viewport.ts';
 import { reachOf } from './painter.ts';
 
-/** Draws what only the file on disk has, faint and where it was. */
+/** Draws nodes and edges that only the file on disk contains, faintly and at their old positions. */
 
-const dash = [6, 4]; // pixels of the screen
+const dash = [6, 4]; // in screen pixels
 
-/** To be called after `paint`, on the same canvas. */
+/** Must be called after `paint`, with the same canvas. */
 export function paintRemoved(
     canvas: HTMLCanvasElement,
     editor: Editor,

@@ -4,7 +4,7 @@ import { moveNodes } from './edits.ts';
 import { portPoint, shapeOf } from './shape.ts';
 import { around, type Box } from './viewport.ts';
 
-/** Frames, notes and points of edges: what is in a frame, and changes of them as steps for the server. */
+/** Frames, notes and points of edges: the contents of frames, and changes as steps for the server. */
 
 const padding = 24;
 export const titleHeight = 32;
@@ -14,7 +14,7 @@ const leastSide = 40;
 export const noteSize = { width: 220, height: 90 };
 export const emptyFrameSize = { width: 360, height: 240 };
 
-/** What is being moved, by number: where nodes and annotations go, and the new points of edges. */
+/** New positions of nodes, areas of annotations and points of edges, by number. */
 export interface Moves {
     nodes: ReadonlyMap<number, Point>;
     areas: ReadonlyMap<number, Box>;
@@ -37,7 +37,7 @@ export function titleOfAnnotation({ record }: AnnotationState): string {
     return `${record.kind} “${line === '' ? record.id : line}”`;
 }
 
-/** Numbers of nodes and annotations. */
+/** Nodes and annotations, by number. */
 export interface Items {
     nodes: Set<number>;
     annotations: Set<number>;
@@ -49,7 +49,7 @@ function isIn(area: Box, { x, y }: Point, width = 0, height = 0): boolean {
     );
 }
 
-/** Some items and all that is in the frames among them: nodes and notes by their corners, frames as a whole. */
+/** Adds the contents of the given frames: nodes and notes with their corner inside, and enclosed frames. */
 export function withContents(
     document: DocumentState,
     nodes: Iterable<number>,
@@ -73,7 +73,7 @@ export function withContents(
     return items;
 }
 
-/** Where items are, and the points of edges both of whose nodes are among them. */
+/** The positions of items, and the points of edges between two of the nodes. */
 export function placesOf(document: DocumentState, pending: Moves, items: Items): Moves {
     const nodes = new Map<number, Point>();
     const ids = new Set<string>();
@@ -110,7 +110,7 @@ export function isEmpty({ nodes, areas, points }: Moves): boolean {
     return nodes.size + areas.size + points.size === 0;
 }
 
-/** An area whose lower right corner is moved. */
+/** The area after its lower right corner is moved. */
 export function resized(area: Box, by: Point): Box {
     return {
         ...area,
@@ -159,7 +159,7 @@ export function remove(list: readonly AnnotationState[]): Step[] {
     return list.map(({ record }) => ({ do: 'removeAnnotation', id: record.id }));
 }
 
-/** An annotation of a kind with an id that is free. */
+/** Adds an annotation with an unused id. */
 export function addAnnotation(
     document: DocumentState,
     kind: AnnotationRecord['kind'],
@@ -180,7 +180,7 @@ export function addAnnotation(
     return { id, steps: [{ do: 'addAnnotation', ...step }] };
 }
 
-/** The area of a frame around items; nothing without any. */
+/** The area of a frame around items; undefined if there are none. */
 export function areaAround(document: DocumentState, items: Items): Box | undefined {
     const nodes = [...items.nodes].flatMap((number) => document.nodes.get(number) ?? []);
     const annotations = [...items.annotations].flatMap((number) => document.annotations.get(number) ?? []);
@@ -198,7 +198,7 @@ export function areaAround(document: DocumentState, items: Items): Box | undefin
     );
 }
 
-/** Where an edge begins and ends; nothing if a node is missing. */
+/** The start and the end of an edge; undefined if a node is missing. */
 export function endsOf(
     document: DocumentState,
     edge: EdgeRecord,
@@ -215,7 +215,7 @@ export function endsOf(
     ];
 }
 
-/** The points of an edge with another one where it makes the way the least longer. */
+/** Inserts a point into an edge at the position that lengthens the edge the least. */
 export function withPoint(
     document: DocumentState,
     edge: EdgeState,
@@ -238,7 +238,7 @@ export function withPoint(
     return { points: [...points.slice(0, index), point, ...points.slice(index)], index };
 }
 
-/** The middle of the longest part of an edge, for a new point that no pointer places. */
+/** The middle of the longest segment of an edge, for a new point that is added by keyboard. */
 export function middleOf(document: DocumentState, edge: EdgeState): Point {
     const ends = endsOf(document, edge.record);
     const way = ends ? [ends[0], ...(edge.record.points ?? []), ends[1]] : [];

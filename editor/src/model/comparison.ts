@@ -3,11 +3,11 @@ import type { ComparisonJson, Difference, EdgeRecord, NodeState } from './messag
 /** How the document differs from the file on disk, as the graph shows it. */
 export interface Comparison {
     differences: readonly Difference[];
-    /** By the ids of the nodes. Those that were only moved are not among them. */
+    /** By node id. Does not contain nodes that were only moved. */
     nodes: ReadonlyMap<string, 'added' | 'changed'>;
     /** The keys of edges that the file does not have. */
     newEdges: ReadonlySet<string>;
-    /** What only the file has. */
+    /** Nodes and edges that only the file contains. */
     removedNodes: readonly NodeState[];
     removedEdges: readonly EdgeRecord[];
 }
@@ -41,7 +41,7 @@ export function comparisonFrom({ differences, removedNodes }: ComparisonJson): C
     };
 }
 
-/** What a difference says of a node, without its name. */
+/** The text of a difference, without the name of its node. */
 export function textOf({ text, node }: Difference): string {
     return text.replace(`node "${node}" `, '').replace(/^\([^)]*\):? /, '');
 }

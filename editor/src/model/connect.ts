@@ -4,12 +4,12 @@ import { titleOf } from './shape.ts';
 
 export type Catalogue = ReadonlyMap<string, CatalogueType>;
 
-/** Whether a value of so many components converts to another number of them. */
+/** Whether a value can be converted from one number of components to another. */
 export function countsConvert(from: number | null | undefined, to: number | null | undefined): boolean {
     return !from || !to || from === to || from === 1;
 }
 
-/** Nodes from one to another along edges; nothing if there is no way. */
+/** The ids of the nodes on a path along edges; undefined if there is no path. */
 export function findPath(document: DocumentState, from: string, to: string): string[] | undefined {
     const leaving = edgesAt(document, 'tail');
     const cameFrom = new Map<string, string | undefined>([[from, undefined]]);
@@ -30,7 +30,7 @@ export function findPath(document: DocumentState, from: string, to: string): str
     return undefined;
 }
 
-/** Whether the type of a node decides how many components an input takes. */
+/** Whether the type of a node determines the number of components of an input. */
 function isFixed(catalogue: Catalogue, node: NodeState, port: string): boolean {
     const type = catalogue.get(node.record.type);
     const lists: (CataloguePort[] | undefined)[] = [
@@ -40,7 +40,7 @@ function isFixed(catalogue: Catalogue, node: NodeState, port: string): boolean {
     return lists.some((list) => list?.some((p) => p.name === port && p.components !== undefined));
 }
 
-/** How many components an edge at a port has to have; nothing if the node adapts. */
+/** The number of components that an edge at a port must have; null if the node adapts to the edge. */
 export function componentsAt(
     catalogue: Catalogue,
     node: NodeState,
@@ -52,7 +52,7 @@ export function componentsAt(
     return ports.find((candidate) => candidate.name === port)?.components ?? null;
 }
 
-/** Why an edge cannot be, in words for the artist; nothing if it can. */
+/** Explains to the user why an edge is not possible; an empty string if it is. */
 export function whyNot(document: DocumentState, catalogue: Catalogue, edge: EdgeRecord): string {
     const tail = nodeById(document, edge.tail);
     const head = nodeById(document, edge.head);
@@ -72,7 +72,7 @@ export function whyNot(document: DocumentState, catalogue: Catalogue, edge: Edge
     return '';
 }
 
-/** An end of an edge to be: a port of a node. */
+/** A port of a node, as one end of a new edge. */
 export interface PortAt {
     node: string;
     port: string;
@@ -80,11 +80,11 @@ export interface PortAt {
     components: number | null;
 }
 
-/** All ports to which an edge from a port could lead. */
+/** All ports to which a port can be connected. */
 export function partnersOf(document: DocumentState, catalogue: Catalogue, from: PortAt): PortAt[] {
     const isOutput = from.side === 'output';
     const next = edgesAt(document, isOutput ? 'head' : 'tail');
-    const excluded = new Set([from.node]); // they would close a circle
+    const excluded = new Set([from.node]); // edges to these would create a cycle
     for (const id of excluded)
         for (const edge of next.get(id) ?? []) excluded.add(isOutput ? edge.record.tail : edge.record.head);
     const own = nodeById(document, from.node);
@@ -108,7 +108,7 @@ function countWords(count: number): string {
     return count === 1 ? '1 component' : `${count} components`;
 }
 
-/** The first port of a type that could take part in an edge; those of equal size come first. */
+/** The first port that can be connected; ports with the same number of components take precedence. */
 export function fittingPort(
     ports: readonly CataloguePort[],
     components: number | null,

@@ -2,13 +2,13 @@ import type { Answer } from './messages.ts';
 
 export interface Reply {
     answer: Answer;
-    /** Of a picture or a texture. */
+    /** Of an image, a texture or a mesh. */
     bytes?: Uint8Array;
 }
 
 export interface Listener {
     onNotice(notice: Answer): void;
-    /** The server is gone; messages without an answer are lost. */
+    /** The connection is closed; messages without an answer are lost. */
     onClosed(unanswered: object[], code: number): void;
 }
 
@@ -17,7 +17,7 @@ interface Pending {
     resolve: (reply: Reply) => void;
 }
 
-/** The messages of one window. Answers come by the numbers of their messages. */
+/** The messages of one window. The id of a message assigns its answer to it. */
 export class Connection {
     private readonly pending = new Map<number, Pending>();
     private next = 1;
@@ -33,8 +33,8 @@ export class Connection {
     }
 
     /**
-     * Never fails: what went wrong is in the answer's error.
-     * @param bytes go along, such as those of a texture
+     * Never rejects: the answer contains the error.
+     * @param bytes binary data to send with the message, such as a texture
      */
     request(message: object, bytes?: Uint8Array): Promise<Reply> {
         const id = this.next++;
@@ -72,7 +72,7 @@ export class Connection {
     }
 }
 
-/** A binary message: the length of the JSON in four bytes, the JSON, and the bytes. */
+/** Splits a binary message: the length of the JSON in four bytes, the JSON, and the binary data. */
 export function splitBytes(data: ArrayBuffer): { json: Answer; bytes: Uint8Array } {
     const length = new DataView(data).getUint32(0, true);
     const json = JSON.parse(new TextDecoder().decode(new Uint8Array(data, 4, length))) as Answer;

@@ -5,13 +5,13 @@ export interface Point {
     y: number;
 }
 
-/** A mirror of the server's document. It is a value: changes make another one. */
+/** A copy of the server's document. It is immutable: each change creates a new copy. */
 export interface DocumentState {
     nodes: ReadonlyMap<number, NodeState>;
     edges: ReadonlyMap<number, EdgeState>;
-    /** Frames and notes, the hindmost first. */
+    /** Frames and notes, from back to front. */
     annotations: ReadonlyMap<number, AnnotationState>;
-    /** Numbers of nodes by their ids. */
+    /** The numbers of nodes, by id. */
     numbers: ReadonlyMap<string, number>;
     bindings: readonly Binding[];
     description: Readonly<Record<string, string>>;
@@ -75,7 +75,7 @@ export function nodeById(document: DocumentState, id: string): NodeState | undef
     return number === undefined ? undefined : document.nodes.get(number);
 }
 
-/** The value of a property as the node has it, or as the document says. */
+/** The value of a property in the node or, if the node does not have it, in the document. */
 export function valueOf(node: NodeState, property: string): string | undefined {
     const named = (candidate: { name: string }) => candidate.name === property;
     return (node.properties?.find(named) ?? node.record.properties?.find(named))?.value;
@@ -96,7 +96,7 @@ export function positionOf(node: NodeState): Point {
     return position;
 }
 
-/** Edges by the id of the node at one of their ends. */
+/** Edges by the id of the node at the given end. */
 export function edgesAt(document: DocumentState, end: 'head' | 'tail'): Map<string, EdgeState[]> {
     const found = new Map<string, EdgeState[]>();
     for (const edge of document.edges.values()) {
@@ -109,7 +109,7 @@ export function edgesAt(document: DocumentState, end: 'head' | 'tail'): Map<stri
 
 const positions = new Set(['PositionX', 'PositionY']);
 
-/** What of a node can change programs or pictures. */
+/** The parts of a node that affect programs or images, as a string. */
 function meaningOf(node: NodeState): string {
     const others = <T extends { name: string }>(list: readonly T[] | undefined) =>
         list?.filter((property) => !positions.has(property.name));
@@ -117,7 +117,7 @@ function meaningOf(node: NodeState): string {
     return JSON.stringify({ ...node, record, properties: others(node.properties) });
 }
 
-/** Whether changes do more than move nodes, edges and annotations. */
+/** Whether changes affect programs or images, unlike new positions and annotations. */
 export function changesMeaning(document: DocumentState, changes: ChangesJson): boolean {
     const isOther = (node: NodeState) => {
         const old = document.nodes.get(node.number);

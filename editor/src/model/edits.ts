@@ -3,20 +3,20 @@ import type { CatalogueType, EdgeRecord, NodeState, Property, Step } from './mes
 import { fittingPort, whyNot, type Catalogue, type PortAt } from './connect.ts';
 import { portTop, shapeFor, shapeOf } from './shape.ts';
 
-/** Changes of a document as steps for the server. None of these functions changes anything. */
+/** Changes of a document as steps for the server. None of these functions changes the document. */
 
 export type NodeProperty = { node: string } & Property;
 
-/** Where a new node goes. */
+/** Where a new node is added. */
 export type Placement =
     | { kind: 'free' }
     | { kind: 'behind'; node: string }
     | { kind: 'into'; edge: EdgeRecord }
     | { kind: 'at'; port: PortAt };
 
-/** A type to add, perhaps with a choice that decides what it does, such as the function of Maths. */
+/** A node type, with an optional setting that determines what the node does, such as the function of Maths. */
 export interface TypeChoice {
-    /** With the ports that the choice gives it. */
+    /** With the ports that result from the setting. */
     type: CatalogueType;
     setting?: Property;
 }
@@ -48,7 +48,7 @@ export function moveNodes(moves: ReadonlyMap<number, Point>, document: DocumentS
     return settings.length > 0 ? [{ do: 'setProperties', settings }] : [];
 }
 
-/** An edge; one that feeds the input already makes room. */
+/** Adds an edge, and removes the edge that the input already has. */
 export function connect(document: DocumentState, edge: EdgeRecord): Step[] {
     const before = edgesAt(document, 'head')
         .get(edge.head)
@@ -67,8 +67,8 @@ export function removeNodes(nodes: readonly NodeState[]): Step[] {
 }
 
 /**
- * Removes nodes, and what fed the first connected input of each goes to what it fed, as far as the
- * values convert.
+ * Removes nodes, and connects the source of the first connected input of each to the inputs that the
+ * node was connected to, if the values can be converted.
  */
 export function removeAndRewire(
     document: DocumentState,
@@ -102,7 +102,7 @@ export function removeAndRewire(
     return steps;
 }
 
-/** Adds a node of a type and connects it as its placement says, as far as ports fit. */
+/** Adds a node and, if it has suitable ports, connects it according to its placement. */
 export function addNode(
     document: DocumentState,
     choice: TypeChoice,
@@ -134,7 +134,7 @@ export function addNode(
     return { id, steps };
 }
 
-/** The upper left corner of a new node. A port that is connected at once comes to the point itself. */
+/** The upper left corner of a new node. If it is connected to a port, its own port is at the point. */
 function placePoint(
     document: DocumentState,
     type: CatalogueType,
@@ -182,10 +182,10 @@ function splitEdge(document: DocumentState, id: string, type: CatalogueType, edg
     ];
 }
 
-/** The type of nodes that read a texture by its binding. */
+/** The node type that reads a texture through a binding. */
 export const textureType = 'CoreTexture';
 
-/** Adds a node that reads a file; its parameter is called as the file is. */
+/** Adds a node that reads a texture file; its parameter is named after the file. */
 export function addTextureNode(
     document: DocumentState,
     type: CatalogueType,
@@ -217,7 +217,7 @@ export function setBinding(
     return { do: 'setBinding', stream, tag, values: { ...old?.values, ...values } };
 }
 
-/** A type, and what it is with each value of the properties that decide what it does. */
+/** A type without a setting, and with each setting that determines what the node does. */
 function choicesOf(type: CatalogueType): TypeChoice[] {
     const isDeciding = (name: string) =>
         name === 'Function' || type.variants.some((variant) => variant.property === name);
@@ -239,7 +239,7 @@ function choicesOf(type: CatalogueType): TypeChoice[] {
     ];
 }
 
-/** What may be added at a placement. */
+/** The choices that can be added at a placement. */
 export function typesFor(placement: Placement, catalogue: Catalogue): TypeChoice[] {
     const fits = ({ type: { inputs, outputs } }: TypeChoice) => {
         if (placement.kind === 'into') return inputs.length > 0 && outputs.length > 0;

@@ -1,6 +1,6 @@
 /**
- * How well a text answers what somebody typed: 0 if a letter is missing, more for letters in a row
- * and at the beginnings of words.
+ * How well a string matches a query: 0 if a letter is missing, and higher for consecutive letters and
+ * for letters at the start of words.
  */
 export function fuzzyScore(query: string, text: string): number {
     const wanted = query.toLowerCase().replace(/\s+/g, '');
@@ -35,7 +35,7 @@ function isWordStart(text: string, at: number): boolean {
     return !/[\p{L}\p{N}]/u.test(before) || (/\p{Lu}/u.test(here) && /\p{Ll}/u.test(before));
 }
 
-/** Items in the order of their score, the best first; equal ones stay in order. */
+/** Sorts items by descending score and omits those with score 0. Items with equal scores keep their order. */
 export function rank<T>(items: readonly T[], score: (item: T) => number): T[] {
     return items
         .map((item, index) => ({ item, index, score: score(item) }))

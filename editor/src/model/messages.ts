@@ -1,4 +1,4 @@
-/** What the server and the page say to each other; docs/json.md describes it. */
+/** The messages between the server and the page, which docs/json.md describes. */
 
 export interface Property {
     name: string;
@@ -18,7 +18,7 @@ export interface EdgeRecord {
     tailPort: string;
     head: string;
     headPort: string;
-    /** That it is drawn through, from tail to head. */
+    /** The points that the edge passes through, from tail to head. */
     points?: readonly { x: number; y: number }[];
 }
 
@@ -56,7 +56,7 @@ export interface NodeState {
     background?: number[];
     inputs?: Port[];
     outputs?: Port[];
-    /** Those that are visible now. */
+    /** The properties that are currently visible. */
     properties?: ShownProperty[];
 }
 
@@ -168,13 +168,13 @@ export interface Waiting {
     error?: string;
 }
 
-/** What the description and the render state of a material may have. */
+/** The attributes that the description and the render state of a material can have. */
 export interface MaterialParts {
     description: { name: string; choices?: string[] }[];
     renderState: { name: string; choices?: string[] }[];
 }
 
-/** The streams follow as bytes in 32-bit floats, and then the indices in 32 bits. */
+/** The message also contains binary data: the streams as 32-bit floats, followed by 32-bit indices. */
 export interface MeshJson {
     name: string;
     vertices: number;
@@ -183,7 +183,7 @@ export interface MeshJson {
     viewFrom: [number, number, number];
 }
 
-/** One way in which the document differs from the file. */
+/** One difference between the document and the file. */
 export interface Difference {
     kind: 'added' | 'removed' | 'changed';
     text: string;
@@ -195,11 +195,11 @@ export interface Difference {
 
 export interface ComparisonJson {
     differences: Difference[];
-    /** As the file has them. */
+    /** In their state in the file. */
     removedNodes: NodeState[];
 }
 
-/** An answer of the server, or a notice of what another window did. */
+/** An answer of the server, or a notice about the action of another window. */
 export interface Answer {
     id?: number | null;
     event?: string;
@@ -226,9 +226,11 @@ export interface Answer {
     texture?: { format: 'unorm8' | 'half'; levels: { width: number; height: number; layers?: number }[] };
     picture?: { width: number; height: number };
     mesh?: MeshJson;
-    /** The name of a mesh that the host wants shown. */
+    /** The name of the mesh that the host provides. */
     ownMesh?: string;
     types?: CatalogueType[];
     material?: MaterialParts;
+    /** The languages in which the server can compile. */
+    targets?: string[];
     saved?: boolean;
 }

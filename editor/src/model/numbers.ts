@@ -1,6 +1,6 @@
-/** Numbers as artists type them, and values as documents hold them. */
+/** Conversion of numbers that users type, and of values in documents. */
 
-/** The value of a sum such as "1/3" or "0.5*2"; nothing if it is none. */
+/** The value of a calculation such as "1/3" or "0.5*2"; undefined if it is invalid. */
 export function evaluate(text: string): number | undefined {
     let at = 0;
     const skip = () => {
@@ -52,7 +52,7 @@ export function parseNumbers(text: string): number[] {
         .filter((number) => Number.isFinite(number));
 }
 
-/** The shortest text that is the same number among those of 32 bits. */
+/** The shortest string that represents the same 32-bit float. */
 export function formatNumber(value: number): string {
     const wanted = Math.fround(value);
     for (let digits = 1; digits < 9; ++digits) {
@@ -71,7 +71,7 @@ export function decodeSrgb(stored: number): number {
     return stored <= 0.04045 ? stored / 12.92 : ((stored + 0.055) / 1.055) ** 2.4;
 }
 
-/** Linear light as the text that a colour field of the browser takes. */
+/** Converts linear light to the format of colour fields in browsers. */
 export function toHex(linear: readonly number[]): string {
     const byte = (value: number) =>
         Math.round(255 * encodeSrgb(value))

@@ -7,11 +7,11 @@ export interface Parameter {
     stream: string;
     tag: string;
     count: number;
-    /** All attributes as `mox bindings` prints them. */
+    /** All attributes, as `mox bindings` prints them. */
     values: Record<string, string>;
 }
 
-/** Reads what `mox bindings` prints. Needs a browser, which has a parser of XML. */
+/** Parses the output of `mox bindings`. Requires a browser, because it uses its XML parser. */
 export function readParameters(xml: string): Parameter[] {
     const elements = new DOMParser().parseFromString(xml, 'application/xml').querySelectorAll('binding');
     return [...elements].map((element) => {
@@ -25,17 +25,16 @@ export function readParameters(xml: string): Parameter[] {
     });
 }
 
-/** The numbers of a parameter; the last one serves where there is no further one. */
+/** The numbers of a parameter. If there are too few, the last one is repeated. */
 export function parameterNumbers(parameter: Parameter): number[] {
     const numbers = parseNumbers(parameter.values.default ?? '');
     return Array.from({ length: parameter.count }, (_, i) => numbers[Math.min(i, numbers.length - 1)] ?? 0);
 }
 
 /**
- * The parameter whose value a property of a node is. Nothing tells it outright: it is the one that
- * bears the node's name and has the property's numbers. A compilation that follows shows whether
- * that was right.
- * @param value of the property, if it is already another one than the node has
+ * The parameter whose value a property of a node sets. This is an assumption: it is the parameter with
+ * the name of the node and the numbers of the property. The next compilation corrects a wrong result.
+ * @param value current value of the property, if it differs from that of the node
  */
 export function parameterOf(
     parameters: readonly Parameter[],

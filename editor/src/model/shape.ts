@@ -1,7 +1,7 @@
 import type { NodeState, Port } from './messages.ts';
 import type { Point } from './document.ts';
 
-/** Sizes of nodes in pixels, as the automatic layout of the server counts with them. */
+/** Sizes of nodes in pixels. The layout of the server uses the same sizes. */
 
 export const headerHeight = 44;
 export const rowHeight = 23;
@@ -53,14 +53,14 @@ export function portTop(index: number): number {
     return headerHeight + (Math.max(index, 0) + 0.5) * rowHeight;
 }
 
-/** Where the edge at a port begins or ends, from the node's upper left corner. */
+/** Where the edge at a port begins or ends, relative to the node's upper left corner. */
 export function portPoint(node: NodeState, side: 'input' | 'output', port: string): Point {
     const ports = (side === 'input' ? node.inputs : node.outputs) ?? [];
     const index = ports.findIndex((candidate) => candidate.name === port);
     return { x: side === 'input' ? 0 : shapeOf(node).width, y: portTop(index) };
 }
 
-/** The colour of a number of components; the style sheet has one for light and one for dark. */
+/** The colour for a number of components. The style sheet defines it for light and dark mode. */
 export function typeColour(components: number | null | undefined): string {
     return `var(--type-${components && components <= 4 ? components : 'unknown'})`;
 }

@@ -28,25 +28,25 @@ export interface Programs {
     reflection: string;
 }
 
-/** The levels of a texture, the largest first. */
+/** The mip levels of a texture, the largest first. */
 export interface TextureLevels {
-    /** Whether texels are 16-bit floats and not bytes. */
+    /** Whether the texels are 16-bit floats instead of bytes. */
     isHalf: boolean;
     levels: { width: number; height: number; layers: number; texels: Uint8Array | Uint16Array }[];
 }
 
 export interface AddMenu {
-    /** Of the menu on the screen. */
+    /** The position of the menu on the screen. */
     at: Point;
-    /** Of the new node in the graph. */
+    /** The position of the new node in the graph. */
     point: Point;
     placement: Placement;
 }
 
 export interface Thumbnail {
-    /** Of the document when it was drawn. */
+    /** The document's meaning when the image was rendered, see Editor.meaning. */
     meaning: number;
-    /** Missing if the node cannot be drawn. */
+    /** Missing if the node cannot be rendered. */
     picture?: ImageData;
 }
 
@@ -56,42 +56,48 @@ export interface Pinned {
     picture?: ImageData;
 }
 
-/** All that the page shows. A value: every change makes another one. */
+/** Everything that the page shows. It is immutable: each change creates a new snapshot. */
 export interface Snapshot {
     file: string;
     document: DocumentState;
     catalogue: Catalogue;
     materialParts: MaterialParts;
+    /** The languages in which the server can compile. */
+    targets: readonly string[];
     revision: number;
     unsaved: boolean;
     undo: string;
     redo: string;
     waiting: Waiting | null;
-    /** The server is gone; these messages have no answer. */
+    /** The unanswered messages if the connection is lost, otherwise null. */
     lost: object[] | null;
-    /** How the document differs from the file; null if that is not to be seen. */
+    /** How the document differs from the file; null if the differences are not shown. */
     comparison: Comparison | null;
     fileChange: { differences: string[]; error: string } | null;
     selection: ReadonlySet<number>;
-    /** Frames and notes, by number. */
+    /** The numbers of the selected frames and notes. */
     selectedAnnotations: ReadonlySet<number>;
     selectedEdge: number | null;
-    /** Of the selected edge. */
+    /** The index of the selected point in the selected edge. */
     selectedPoint: number | null;
-    /** What is being dragged, or whose move the server has not answered yet. */
+    /** The positions of items that are being dragged or whose move is not confirmed yet. */
     moves: Moves;
     problems: readonly Problem[];
-    /** The programs of the picture; those of an earlier revision where the material is wrong now. */
+    /** The programs of the preview. While the material has errors, they are those of an earlier revision. */
     programs: Programs | null;
     isPictureStale: boolean;
     parameters: readonly Parameter[];
     pinned: Pinned | null;
-    /** Pictures of nodes by their ids; null if they are not to be seen. */
-    thumbnails: ReadonlyMap<string, Thumbnail> | null;
+    /** Whether nodes show a small image of their first output. */
+    hasThumbnails: boolean;
+    /** The numbers of the nodes for which the opposite of hasThumbnails applies. */
+    thumbnailExceptions: ReadonlySet<number>;
+    /** Small images by node id. */
+    thumbnails: ReadonlyMap<string, Thumbnail>;
     addMenu: AddMenu | null;
-    /** The name of the mesh that the host wants shown; empty if it leaves that to the page. */
+    /** The name of the mesh that the host provides; empty if there is none. */
     ownMesh: string;
-    /** The last thing that happened, for the line at the bottom and for screen readers. */
+    /** The latest message, for the status line and for screen readers. */
     message: string;
 }
 
@@ -100,6 +106,7 @@ const empty: Snapshot = {
     document: emptyDocument,
     catalogue: new Map(),
     materialParts: { description: [], renderState: [] },
+    targets: [],
     revision: 0,
     unsaved: false,
     undo: '',
@@ -118,26 +125,28 @@ const empty: Snapshot = {
     isPictureStale: false,
     parameters: [],
     pinned: null,
-    thumbnails: null,
+    hasThumbnails: false,
+    thumbnailExceptions: new Set(),
+    thumbnails: new Map(),
     addMenu: null,
     ownMesh: '',
     message: '',
 };
 
-const compileDelay = 15; // milliseconds; several answers in a row make one compilation
-const verifyDelay = 400; // after the last value of a parameter
+const compileDelay = 15; // in milliseconds, so that consecutive answers cause a single compilation
+const verifyDelay = 400; // in milliseconds, after the last value of a parameter
 
 /**
- * The document as the page sees it, and all that can be done to it. Every change is a message to
- * the server and shows when it comes back; only what is being dragged is ahead of it.
+ * The state of the page and all actions on the document. A change is sent to the server, and the page
+ * shows it when the server has confirmed it. Only dragged items and values of parameters are shown earlier.
  */
 export class Editor {
     private snapshot = empty;
     private readonly listeners = new Set<() => void>();
     private connection!: Connection;
-    /** Grows when programs and pictures may be others than before. */
+    /** Incremented by each change that can affect programs or images. */
     private meaning = 0;
-    /** Values of parameters that were shown before the server has confirmed them, by node and property. */
+    /** Values of parameters that are shown but not confirmed yet, by node and property. */
     private readonly sentValues = new Map<string, string>();
     private pendingChanges = 0;
     private wanted: readonly string[] = [];
@@ -168,11 +177,11 @@ export class Editor {
 
     // The server
 
-    /** Begins, or begins again when the connection had been lost. */
+    /** Uses a new connection, either the first one or one that replaces a lost connection. */
     async open(connection: Connection): Promise<void> {
         this.connection = connection;
         this.pendingChanges = 0;
-        this.isDrawing = false; // what the lost connection was asked for has no answer
+        this.isDrawing = false; // requests on a lost connection are never answered
         this.comparisonsDone = this.comparisonsWanted;
         if (this.snapshot.lost) this.set({ lost: null, message: 'The connection has been restored.' });
         const state = this.fetchState();
@@ -182,6 +191,7 @@ export class Editor {
         this.set({
             catalogue: new Map(types.map((type) => [type.type, type])),
             ...(catalogue.answer.material ? { materialParts: catalogue.answer.material } : {}),
+            targets: catalogue.answer.targets ?? [],
         });
         this.compileSoon(0);
     }
@@ -228,6 +238,7 @@ export class Editor {
             selectedEdge: null,
             selectedPoint: null,
             moves: annotations.noMoves,
+            thumbnailExceptions: new Set(),
             fileChange: null,
         });
     }
@@ -240,7 +251,7 @@ export class Editor {
         if (isOther) void this.compare();
     }
 
-    /** @returns whether programs and pictures may be others now */
+    /** @returns whether programs and images may have changed */
     private takeChanges(answer: Answer): boolean {
         if (!answer.changes) return false;
         const hasMeaning = changesMeaning(this.snapshot.document, answer.changes);
@@ -282,7 +293,7 @@ export class Editor {
 
     // Programs and problems
 
-    /** The page shows the graph. Before, the work on programs would hold it up. */
+    /** Allows compilation. Called once the page shows the graph, because compilation would delay that. */
     wantPrograms(): void {
         this.areProgramsWanted = true;
         this.compileSoon(0);
@@ -298,8 +309,8 @@ export class Editor {
     }
 
     /**
-     * Compiles and draws again what a later change has made out of date. That change may be one
-     * that asks for nothing itself, such as the move of a node.
+     * Repeats a compilation whose result is out of date. This is necessary because the change that made it
+     * so may not start a compilation, for example if it moved a node.
      */
     private compileAgain(): void {
         if (this.compileTimer === undefined) this.compileSoon(compileDelay);
@@ -307,7 +318,7 @@ export class Editor {
 
     private async compile(): Promise<void> {
         const { answer } = await this.connection.request({ do: 'compile', targets: ['essl'] });
-        // A change that is on its way makes the answer out of date too, and may be shown already.
+        // A change that is not confirmed yet also makes the answer out of date, and the page may already show it.
         if (answer.outOfDate || this.pendingChanges > 0) {
             this.compileAgain();
             return;
@@ -333,12 +344,12 @@ export class Editor {
         void this.drawThumbnails();
     }
 
-    /** Programs in other languages, with the node that each line of Cg comes from. */
+    /** The programs in a language, and for each line of the Cg programs the node that it comes from. */
     async programsIn(target: string): Promise<Answer> {
         return (await this.connection.request({ do: 'compile', targets: [target] })).answer;
     }
 
-    /** @param sampler type of the sampler that reads the texture */
+    /** @param sampler the type of the sampler that reads the texture */
     async texture(tag: string, sampler: string): Promise<TextureLevels | undefined> {
         const reply = await this.connection.request({ do: 'texture', tag, sampler });
         const [problem] = reply.answer.problems ?? [];
@@ -346,7 +357,7 @@ export class Editor {
         return levelsOf(reply);
     }
 
-    /** Reads the file of a mesh, or that of the host if there is none. */
+    /** Loads a mesh file, or the mesh of the host if no file is given. */
     async mesh(name?: string, bytes?: Uint8Array): Promise<Reply> {
         const reply = await this.connection.request({ do: 'mesh', ...(name ? { name } : {}) }, bytes);
         if (reply.answer.error) this.say(describeError(reply.answer));
@@ -359,7 +370,7 @@ export class Editor {
         void this.drawPinned();
     }
 
-    /** Pinned pictures show what the surface shows, as far as the server has the mesh. */
+    /** Sets the mesh for pinned images; it must be one of the shapes of the server. */
     pinOn(mesh: string): void {
         if (mesh === this.pinnedMesh) return;
         this.pinnedMesh = mesh;
@@ -385,18 +396,37 @@ export class Editor {
             this.set({ pinned: { ...pinned, picture } });
     }
 
+    /** Shows or hides the small images of all nodes. */
     toggleThumbnails(): void {
-        this.set({ thumbnails: this.snapshot.thumbnails ? null : new Map() });
+        const hasThumbnails = !this.snapshot.hasThumbnails;
+        this.set({ hasThumbnails, thumbnailExceptions: new Set(), thumbnails: new Map() });
         void this.drawThumbnails();
     }
 
-    /** Says which nodes are in view, so that their pictures are drawn and no others. */
+    /** Shows the small images of some nodes, or hides them if all of these nodes show theirs. */
+    toggleThumbnailsOf(nodes: readonly NodeState[]): void {
+        const { hasThumbnails, thumbnailExceptions } = this.snapshot;
+        const isShown = !nodes.every((node) => this.showsThumbnail(node));
+        const exceptions = new Set(thumbnailExceptions);
+        for (const { number } of nodes)
+            if (isShown === hasThumbnails) exceptions.delete(number);
+            else exceptions.add(number);
+        this.set({ thumbnailExceptions: exceptions });
+        void this.drawThumbnails();
+    }
+
+    showsThumbnail(node: NodeState): boolean {
+        const { hasThumbnails, thumbnailExceptions } = this.snapshot;
+        return hasThumbnails !== thumbnailExceptions.has(node.number);
+    }
+
+    /** Sets the nodes in view; small images are rendered only for these. */
     want(ids: readonly string[]): void {
         this.wanted = ids;
         void this.drawThumbnails();
     }
 
-    /** Draws the pictures that are missing or out of date, one after the other. */
+    /** Renders the images that are missing or out of date, one after another. */
     private async drawThumbnails(): Promise<void> {
         if (this.isDrawing) return;
         this.isDrawing = true;
@@ -410,21 +440,23 @@ export class Editor {
             const picture = isGood ? toImage(reply) : undefined;
             const thumbnails = new Map(this.snapshot.thumbnails);
             thumbnails.set(id, { meaning, ...(picture ? { picture } : {}) });
-            if (this.snapshot.thumbnails) this.set({ thumbnails });
+            this.set({ thumbnails });
         }
         this.isDrawing = false;
     }
 
     private nextThumbnail(): string | undefined {
         const { thumbnails, document } = this.snapshot;
-        if (!thumbnails) return undefined;
-        const isMissing = (id: string) => thumbnails.get(id)?.meaning !== this.meaning;
-        return this.wanted.find((id) => isMissing(id) && (nodeById(document, id)?.outputs?.length ?? 0) > 0);
+        return this.wanted.find((id) => {
+            const node = nodeById(document, id);
+            if (!node?.outputs?.length || !this.showsThumbnail(node)) return false;
+            return thumbnails.get(id)?.meaning !== this.meaning;
+        });
     }
 
     // Selection
 
-    /** Selects nodes and annotations, and nothing else. */
+    /** Selects nodes and annotations, and deselects everything else. */
     select(nodes: Iterable<number>, chosen: Iterable<number> = []): void {
         this.set({
             selection: new Set(nodes),
@@ -439,16 +471,18 @@ export class Editor {
         this.set({ selectedEdge: edge, selectedPoint: point });
     }
 
-    selectIds(ids: readonly string[], chosen: readonly string[] = []): void {
-        const { numbers, annotations: all } = this.snapshot.document;
-        const wanted = [...all.values()].filter(({ record }) => chosen.includes(record.id));
-        this.select(
-            ids.flatMap((id) => numbers.get(id) ?? []),
-            wanted.map(({ number }) => number),
-        );
+    /** @param isAdding whether to extend the selection, at its end */
+    selectIds(ids: readonly string[], chosen: readonly string[] = [], isAdding = false): void {
+        const { document, selection, selectedAnnotations } = this.snapshot;
+        const nodes = ids.flatMap((id) => document.numbers.get(id) ?? []);
+        const wanted = [...document.annotations.values()]
+            .filter(({ record }) => chosen.includes(record.id))
+            .map(({ number }) => number);
+        if (isAdding) this.select(moveToEnd(selection, nodes), moveToEnd(selectedAnnotations, wanted));
+        else this.select(nodes, wanted);
     }
 
-    /** The first edge at the selected node, or the one that follows the selected edge in the document. */
+    /** Selects the first edge of the selected nodes, or the edge that follows the selected edge in the document. */
     selectNextEdge(): void {
         const { document, selectedEdge } = this.snapshot;
         const ids = this.selectedNodes().map(({ record }) => record.id);
@@ -470,7 +504,7 @@ export class Editor {
         return [...selectedAnnotations].flatMap((number) => document.annotations.get(number) ?? []);
     }
 
-    /** What is selected, and what is in the selected frames. */
+    /** The selection and the contents of the selected frames. */
     private held(): annotations.Items {
         const { document, selection, selectedAnnotations } = this.snapshot;
         return annotations.withContents(document, selection, selectedAnnotations);
@@ -501,10 +535,10 @@ export class Editor {
         this.set({ moves });
     }
 
-    /** Where a node is, or where it is being dragged to. */
+    /** The position of a node, including a drag in progress. */
     placeOf = (node: NodeState): Point => this.snapshot.moves.nodes.get(node.number) ?? positionOf(node);
 
-    /** The same of an annotation and of the points of an edge. */
+    /** The area of an annotation, including a drag in progress. */
     areaOf(annotation: AnnotationState): Box {
         return this.snapshot.moves.areas.get(annotation.number) ?? annotations.areaOf(annotation);
     }
@@ -513,7 +547,7 @@ export class Editor {
         return this.snapshot.moves.points.get(edge.number) ?? edge.record.points ?? [];
     }
 
-    /** Where everything is that moves with the selection. */
+    /** The positions of everything that moves with the selection. */
     heldPlaces(): Moves {
         const { document, moves } = this.snapshot;
         return annotations.placesOf(document, moves, this.held());
@@ -544,7 +578,7 @@ export class Editor {
 
     // Frames, notes, points of edges
 
-    /** A frame around the selection, or an empty one; it is selected then. */
+    /** Adds a frame around the selection, or an empty frame at a point, and selects it. */
     async addFrame(point: Point): Promise<void> {
         const { document } = this.snapshot;
         const area = annotations.areaAround(document, this.held());
@@ -571,7 +605,7 @@ export class Editor {
         });
     }
 
-    /** Adds a point to an edge; without a place for it, in the middle of the longest part. */
+    /** Adds a point to an edge, by default in the middle of its longest segment. */
     addPoint(edge: EdgeState, at?: Point): void {
         const { document } = this.snapshot;
         const place = at ?? annotations.middleOf(document, edge);
@@ -607,7 +641,7 @@ export class Editor {
         ]);
     }
 
-    /** Removes what is selected and what is in the selected frames, as copying takes it along. */
+    /** Removes the selection and the contents of the selected frames, which are the items that are copied. */
     cutSelected(): void {
         const { nodes, annotations: chosen } = this.held();
         this.select(nodes, chosen);
@@ -623,7 +657,10 @@ export class Editor {
         );
     }
 
-    /** Shows new values in the picture at once where they are those of parameters. */
+    /**
+     * Shows new values in the preview immediately if they are values of parameters.
+     * @returns whether all of them are
+     */
     private showParameters(settings: readonly NodeProperty[]): boolean {
         const { document, parameters } = this.snapshot;
         const next = [...parameters];
@@ -639,7 +676,7 @@ export class Editor {
         return true;
     }
 
-    /** Gives a parameter of the document a value of its own; no program changes by that. */
+    /** Sets a value of a parameter in the bindings of the document, which does not change the programs. */
     setParameter(parameter: Parameter, values: Record<string, string>, gesture?: string): void {
         const parameters = this.snapshot.parameters.map((other) =>
             other.stream === parameter.stream && other.tag === parameter.tag
@@ -656,7 +693,7 @@ export class Editor {
         void this.apply([{ do: 'removeBinding', stream, tag }]);
     }
 
-    /** Sets a value of the material as a whole; an empty one leaves it to the reader. */
+    /** Sets an attribute of the description or the render state; an empty value removes it. */
     setMaterial(part: keyof MaterialParts, name: string, value: string): void {
         const { [name]: _, ...others } = this.snapshot.document[part];
         const values = value === '' ? others : { ...others, [name]: value };
@@ -673,7 +710,7 @@ export class Editor {
         this.set({ addMenu: menu });
     }
 
-    /** Where a node goes that is added without a word: into the selected edge or behind the node. */
+    /** The default placement of a new node: in the selected edge, or after the selected node. */
     placement(): Placement {
         const { document, selectedEdge } = this.snapshot;
         const edge = selectedEdge === null ? undefined : document.edges.get(selectedEdge);
@@ -690,7 +727,7 @@ export class Editor {
         if (answer && !answer.error) this.selectIds([id]);
     }
 
-    /** Lays a picture beside the document and adds a node that reads it. */
+    /** Copies an image file to the folder of the document and adds a node that reads it. */
     async addTexture(name: string, bytes: Uint8Array, point: Point): Promise<void> {
         const { answer } = await this.connection.request({ do: 'addTexture', name }, bytes);
         const type = this.snapshot.catalogue.get(textureType);
@@ -703,7 +740,7 @@ export class Editor {
         if (added && !added.error) this.selectIds([id]);
     }
 
-    /** What the selection and the selected frames hold, for messages. */
+    /** The ids of the selection and of the contents of the selected frames, for messages. */
     private heldIds(): { ids: string[]; annotations: string[] } {
         const { document } = this.snapshot;
         const held = this.held();
@@ -755,7 +792,7 @@ export class Editor {
         void this.compare();
     }
 
-    /** Marks in the graph what differs from the file on disk, or no longer. */
+    /** Shows or hides the differences from the file on disk. */
     toggleComparison(): void {
         this.set({ comparison: this.snapshot.comparison ? null : noDifferences });
         void this.compare();
@@ -775,7 +812,7 @@ export class Editor {
         }
     }
 
-    /** The whole document as a file has it. */
+    /** The whole document in canonical form, as it would be saved. */
     async text(): Promise<string> {
         const { answer } = await this.connection.request({ do: 'text' });
         if (answer.error) this.say(describeError(answer));
@@ -793,6 +830,10 @@ export class Editor {
     restore(isWanted: boolean): void {
         void this.change({ do: isWanted ? 'restore' : 'discard' });
     }
+}
+
+function moveToEnd(numbers: ReadonlySet<number>, last: readonly number[]): number[] {
+    return [...[...numbers].filter((number) => !last.includes(number)), ...last];
 }
 
 function isSame(a: Programs, b: Programs | null): boolean {

@@ -1,7 +1,7 @@
 import type { Point } from './document.ts';
 import type { Shape } from './shape.ts';
 
-/** Screen coordinates are x * zoom + x of the viewport. */
+/** A point x of the graph is at the screen coordinate x * zoom + viewport.x, and likewise for y. */
 export interface Viewport extends Point {
     zoom: number;
 }
@@ -28,7 +28,7 @@ export function zoomAt(viewport: Viewport, at: Point, factor: number): Viewport 
     return { x: at.x - fixed.x * zoom, y: at.y - fixed.y * zoom, zoom };
 }
 
-/** What a turn of the wheel does: a mouse and a pinch zoom, two fingers on a trackpad move. */
+/** Handles a wheel event: the wheel of a mouse and a pinch zoom; two fingers on a trackpad move the view. */
 export function wheel(
     viewport: Viewport,
     event: { deltaX: number; deltaY: number; deltaMode: number; ctrlKey: boolean; shiftKey: boolean },
@@ -58,7 +58,7 @@ export function around(boxes: Iterable<Box>): Box | undefined {
     return left <= right ? { x: left, y: top, width: right - left, height: bottom - top } : undefined;
 }
 
-/** The viewport in which a box fills a part of a window that begins at its upper left corner. */
+/** The viewport in which a box fills the given part of the window, which starts at the upper left corner. */
 export function frame(box: Box, part: Shape): Viewport {
     const margin = 40;
     const width = Math.max(part.width - 2 * margin, 100);

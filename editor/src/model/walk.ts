@@ -2,7 +2,7 @@ import { edgesAt, positionOf, type DocumentState } from './document.ts';
 import type { NodeState } from './messages.ts';
 import { shapeOf } from './shape.ts';
 
-/** Ways through the graph for those who use the keyboard. */
+/** Navigation in the graph by keyboard. */
 
 export type Direction = 'ArrowLeft' | 'ArrowRight' | 'ArrowUp' | 'ArrowDown';
 
@@ -23,7 +23,7 @@ function middleOf(node: NodeState): readonly [number, number] {
     return [x + width / 2, y + height / 2];
 }
 
-/** The nearest node in a direction; what lies to the side counts as farther away. */
+/** The nearest node in a direction. Distances to the side have a greater weight. */
 export function neighbour(
     document: DocumentState,
     from: NodeState,
@@ -48,7 +48,7 @@ export function neighbour(
     return nearest;
 }
 
-/** The node that an edge leads to (right, down) or comes from (left, up). */
+/** The node at the other end of the first edge: an outgoing edge for right and down, an incoming one for left and up. */
 export function alongEdge(
     document: DocumentState,
     from: NodeState,

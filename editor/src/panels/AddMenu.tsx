@@ -7,10 +7,10 @@ import { Palette, type Choice } from './Palette.tsx';
 const recentKey = 'mox-recent';
 const mostRecent = 5;
 
-const frameKey = '.frame'; // no type begins with a dot
+const frameKey = '.frame'; // no type starts with a dot
 const noteKey = '.note';
 interface AddChoice extends Choice {
-    /** Missing for what is no node. */
+    /** Missing for frames and notes. */
     choice?: TypeChoice;
 }
 
@@ -43,7 +43,7 @@ function titleFor(placement: Placement): string {
     }
 }
 
-/** Types of nodes to search; those used last come first. */
+/** A searchable list of node types, with the most recently used first. */
 export function AddMenu() {
     const editor = useEditor();
     const menu = useSnapshot((all) => all.addMenu);

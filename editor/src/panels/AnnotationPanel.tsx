@@ -4,7 +4,7 @@ import type { AnnotationRecord, AnnotationState } from '../model/messages.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 import { newGesture, NumberField, TextField } from './fields.tsx';
 
-/** The text, colour and place of a frame or a note. */
+/** The text, colour, position and size of a frame or a note. */
 export function AnnotationPanel({ annotation }: { annotation: AnnotationState }) {
     const editor = useEditor();
     const document = useSnapshot((all) => all.document);

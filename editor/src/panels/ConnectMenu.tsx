@@ -20,7 +20,7 @@ function portChoice(node: NodeState, port: Port, side: 'input' | 'output'): Port
     };
 }
 
-/** Connects a node without a mouse: first its port, then the port at the other end. */
+/** Connects a node without a mouse: the user chooses its port and then the port at the other end. */
 export function ConnectMenu({ node, onClose, light }: { node: NodeState; onClose: () => void } & Lighting) {
     const editor = useEditor();
     const document = useSnapshot((all) => all.document);

@@ -5,7 +5,7 @@ import { Parameters } from './Parameters.tsx';
 import { ProblemList } from './ProblemList.tsx';
 import { useSnapshot } from '../useEditor.ts';
 
-/** The view of code is large and not needed at first. */
+/** Loaded later, because the code view is large and not needed at first. */
 const ProgramView = lazy(async () => ({ default: (await import('./ProgramView.tsx')).ProgramView }));
 
 type Tab = 'problems' | 'parameters' | 'programs' | 'differences';

@@ -2,7 +2,7 @@ import type { EdgeState } from '../model/messages.ts';
 import { useEditor } from '../useEditor.ts';
 import { NumberField } from './fields.tsx';
 
-/** The ends of an edge, and the points that it is drawn through. */
+/** The ends of an edge, and the points that it passes through. */
 export function EdgePanel({ edge }: { edge: EdgeState }) {
     const editor = useEditor();
     const { tail, tailPort, head, headPort, points = [] } = edge.record;

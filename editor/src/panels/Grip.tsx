@@ -2,7 +2,7 @@ const least = 300;
 const most = 800;
 const step = 20;
 
-/** The left edge of the panels, which makes them and the picture of the surface larger. */
+/** The left edge of the panels. Dragging it resizes them and the image of the surface. */
 export function Grip({ width, onChange }: { width: number; onChange: (width: number) => void }) {
     const set = (wanted: number) => onChange(Math.round(Math.min(most, Math.max(least, wanted))));
     return (

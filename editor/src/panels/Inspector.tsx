@@ -20,7 +20,7 @@ interface Row {
     isMixed: boolean;
 }
 
-/** The help of a property, which begins with its name again. */
+/** The help of a property, without the name of the property at its start. */
 function helpOf(row: Row): string {
     const help = row.described?.help ?? '';
     const prefix = `${row.property.name}: `;
@@ -45,7 +45,7 @@ function isDefault(row: Row): boolean {
     );
 }
 
-/** The properties that all nodes show, as the first has them. */
+/** The properties that all nodes have in common, with the values of the first node. */
 export function sharedRows(
     nodes: readonly NodeState[],
     describe: (node: NodeState, name: string) => CatalogueProperty | undefined,
@@ -69,7 +69,7 @@ export function sharedRows(
     });
 }
 
-/** Words about the node come last: they are rarely set. */
+/** Properties that describe the node. They come last because they are rarely changed. */
 const aboutTheNode = ['Type', 'Description', 'Help Url'];
 
 function inOrderOfUse(rows: readonly Row[]): Row[] {
@@ -190,7 +190,7 @@ function order(described: CatalogueProperty | undefined, choice: string): number
     return at < 0 ? 1e6 : at;
 }
 
-/** The properties of what is selected. */
+/** The properties of the selection. */
 export function Inspector({ light }: Lighting) {
     const editor = useEditor();
     const document = useSnapshot((all) => all.document);
@@ -200,6 +200,9 @@ export function Inspector({ light }: Lighting) {
     const catalogue = useSnapshot((all) => all.catalogue);
     const problems = useSnapshot((all) => all.problems);
     const differences = useSnapshot((all) => all.comparison)?.differences ?? [];
+    const haveThumbnails = useSnapshot(() =>
+        editor.selectedNodes().every((node) => editor.showsThumbnail(node)),
+    );
     const nodes = [...selection].flatMap((number) => document.nodes.get(number) ?? []);
     const edge = selectedEdge === null ? undefined : document.edges.get(selectedEdge);
     if (edge) return <EdgePanel edge={edge} />;
@@ -226,7 +229,20 @@ export function Inspector({ light }: Lighting) {
     const own = problems.filter((problem) => nodes.some((node) => node.record.id === problem.node));
     return (
         <section className="panel" id="inspector" aria-label="Inspector">
-            <h2>{nodes.length === 1 ? titleOf(first) : `${nodes.length} nodes`}</h2>
+            <h2>
+                {nodes.length === 1 ? titleOf(first) : `${nodes.length} nodes`}
+                {nodes.some(({ outputs }) => outputs?.length) && (
+                    <button
+                        className="fold"
+                        aria-pressed={haveThumbnails}
+                        aria-label="Small images"
+                        title="Show small images on the selected nodes"
+                        onClick={() => editor.toggleThumbnailsOf(nodes)}
+                    >
+                        ▣
+                    </button>
+                )}
+            </h2>
             {nodes.length === 1 && (
                 <div className="row id">
                     <label title="Edges and other nodes refer to the node by this id.">id</label>

@@ -2,7 +2,7 @@ import type { MaterialParts } from '../model/messages.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 import { TextField } from './fields.tsx';
 
-/** What belongs to the material as a whole; what is empty is left to the reader of the document. */
+/** Attributes of the material as a whole. For an empty attribute, each host chooses a value. */
 function Part({ part }: { part: keyof MaterialParts }) {
     const editor = useEditor();
     const attributes = useSnapshot((all) => all.materialParts)[part];

@@ -1,5 +1,6 @@
 import { positionOf, type DocumentState } from '../model/document.ts';
 import type { NodeState } from '../model/messages.ts';
+import { changesIn } from '../model/unconfirmed.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 import { download } from './download.ts';
 
@@ -8,7 +9,7 @@ function hasPlaces(document: DocumentState): boolean {
     return document.nodes.size < 2 || [...document.nodes.values()].some(isElsewhere);
 }
 
-/** What the artist has to decide or to know: the server is gone, the file is another one. */
+/** Notices that require a decision, such as a lost connection or a file that has changed on disk. */
 export function Notices() {
     const editor = useEditor();
     const lost = useSnapshot((all) => all.lost);
@@ -19,8 +20,7 @@ export function Notices() {
     const isComparing = useSnapshot((all) => all.comparison !== null);
     const isPlaced = useSnapshot((all) => hasPlaces(all.document));
     if (lost) {
-        const changes = lost.filter((message) => (message as { do: string }).do === 'apply');
-        const steps = changes.flatMap((message) => (message as { steps: object[] }).steps);
+        const { steps, others } = changesIn(lost);
         return (
             <div className="notice error" role="alert">
                 <p>
@@ -28,6 +28,11 @@ export function Notices() {
                     confirmed changes are safe{unsaved ? ' in a journal next to the file' : ''}. To continue,
                     run “mox edit {file}” again.
                 </p>
+                {others.length > 0 && (
+                    <p>
+                        {`The following actions were not confirmed and cannot be downloaded: ${others.join(', ')}.`}
+                    </p>
+                )}
                 {steps.length > 0 && (
                     <button
                         onClick={() =>

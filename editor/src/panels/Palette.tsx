@@ -5,16 +5,16 @@ import { fuzzyScore, rank } from '../model/fuzzy.ts';
 export interface Choice {
     key: string;
     label: string;
-    /** What else is searched and shown behind the label. */
+    /** Shown after the label; the search includes it. */
     detail?: string;
     help?: string;
-    /** Shown only if something is searched. */
+    /** Shown only during a search. */
     isMinor?: boolean;
 }
 
 const mostShown = 60;
 
-/** A list to search and choose from, at a place of the window. */
+/** A searchable list of choices, at a point of the window. */
 export function Palette<T extends Choice>({
     title,
     choices,
@@ -27,7 +27,8 @@ export function Palette<T extends Choice>({
     title: string;
     choices: readonly T[];
     at?: Point;
-    onPick: (choice: T) => void;
+    /** @param isAdding whether Shift was held down */
+    onPick: (choice: T, isAdding: boolean) => void;
     onClose: () => void;
     onPointTo?: (choice: T | undefined) => void;
     children?: ReactNode;
@@ -65,7 +66,7 @@ export function Palette<T extends Choice>({
         if (move !== undefined) {
             setCurrent(Math.min(found.length - 1, Math.max(0, current + move)));
         } else if (event.key === 'Enter') {
-            if (chosen) onPick(chosen);
+            if (chosen) onPick(chosen, event.shiftKey);
         } else if (event.key === 'Escape' || event.key === 'Tab') {
             onClose();
         } else {
@@ -111,7 +112,7 @@ export function Palette<T extends Choice>({
                         aria-selected={choice === chosen}
                         title={choice.help}
                         onPointerMove={() => setCurrent(found.indexOf(choice))}
-                        onClick={() => onPick(choice)}
+                        onClick={(event) => onPick(choice, event.shiftKey)}
                     >
                         <span>{choice.label}</span>
                         {choice.detail && <small>{choice.detail}</small>}

@@ -38,7 +38,7 @@ function Value({ parameter }: { parameter: Parameter }) {
     );
 }
 
-/** All parameters of the material. Their values need no compilation. */
+/** All parameters of the material. Changing a value does not require recompilation. */
 export function Parameters({ jump }: { jump: (id: string) => void }) {
     const editor = useEditor();
     const parameters = useSnapshot((all) => all.parameters);

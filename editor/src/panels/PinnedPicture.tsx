@@ -1,7 +1,7 @@
 import { useEffect, useRef } from 'react';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 
-/** The picture of one output. */
+/** The image of the pinned output. */
 export function PinnedPicture() {
     const editor = useEditor();
     const pinned = useSnapshot((all) => all.pinned);
@@ -25,7 +25,7 @@ export function PinnedPicture() {
                 width={picture?.width ?? 192}
                 height={picture?.height ?? 192}
                 role="img"
-                aria-label={`Picture of ${name}`}
+                aria-label={`Image of ${name}`}
             />
         </section>
     );

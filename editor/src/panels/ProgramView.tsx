@@ -8,7 +8,6 @@ import type { Answer } from '../model/messages.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 import type { Lighting } from './Inspector.tsx';
 
-const targets = ['cg', 'hlsl', 'glsl', 'glsl-vulkan', 'essl', 'msl', 'spirv'];
 const setLines = StateEffect.define<readonly number[]>();
 const marked = Decoration.line({ class: 'marked' });
 
@@ -27,7 +26,7 @@ const marks = StateField.define<DecorationSet>({
     provide: (field) => EditorView.decorations.from(field),
 });
 
-/** The lines of a program that come from some nodes, counted from 1. */
+/** The numbers of the lines that come from the given nodes, starting at 1. */
 export function linesOf(lineNodes: readonly string[], ids: ReadonlySet<string>): number[] {
     return lineNodes.flatMap((id, i) => (ids.has(id) ? [i + 1] : []));
 }
@@ -67,7 +66,7 @@ function CodeView({
                 ],
             }),
         });
-        view.current.scrollDOM.tabIndex = 0; // can be scrolled by keyboard
+        view.current.scrollDOM.tabIndex = 0; // makes it scrollable by keyboard
         return () => view.current?.destroy();
     }, [text]);
     useEffect(() => {
@@ -88,12 +87,13 @@ function CodeView({
     return <div className="code" ref={parent} />;
 }
 
-/** The programs of the material in any language. Lines and nodes find each other in Cg. */
+/** The programs of the material in any language. In Cg, lines and the nodes that they come from are highlighted. */
 export function ProgramView({ light }: Lighting) {
     const editor = useEditor();
     const revision = useSnapshot((all) => all.revision);
     const selection = useSnapshot((all) => all.selection);
     const nodes = useSnapshot((all) => all.document.nodes);
+    const targets = useSnapshot((all) => all.targets);
     const [target, setTarget] = useState('cg');
     const [stage, setStage] = useState<'vertex' | 'fragment'>('fragment');
     const [answer, setAnswer] = useState<Answer | null>(null);

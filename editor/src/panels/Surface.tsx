@@ -7,7 +7,7 @@ import { useEditor, useSnapshot } from '../useEditor.ts';
 
 const openFile = 'open a file…';
 
-/** Keeps one renderer in step with the document, and draws at most once a frame. */
+/** Keeps a renderer up to date with the document, and draws at most once per frame. */
 class LivePicture {
     readonly renderer: Renderer;
     private last: Partial<Snapshot> = {};
@@ -48,7 +48,7 @@ class LivePicture {
         this.drawSoon();
     }
 
-    /** Asks for textures that are new or come from another file now. */
+    /** Requests textures that are new or whose file has changed. */
     private async loadTextures({ parameters }: Snapshot): Promise<void> {
         for (const [tag, sampler] of this.renderer.textureTypes()) {
             const parameter = parameters.find((p) => p.tag === tag && p.stream === 'texture');
@@ -78,16 +78,16 @@ class LivePicture {
         });
     }
 
-    /** Whether all that is known by now is in the picture; for scripts that look at it. */
+    /** Whether the image is up to date; for scripts that read it. */
     isReady(): boolean {
         return this.loading === 0 && this.request === 0;
     }
 }
 
 /**
- * The living surface, with what it is shown on and how it is lit. It is drawn once the graph is on the screen, as without a
- * graphics card it takes the processor's time.
- * @param side of the picture, in pixels
+ * The live preview, with controls for the mesh, the light and the background. Drawing starts when the graph is on the
+ * screen, because without a graphics card it takes processor time.
+ * @param side side of the image, in pixels
  */
 export function Surface({ isGraphShown, side }: { isGraphShown: boolean; side: number }) {
     const editor = useEditor();
@@ -176,7 +176,7 @@ export function Surface({ isGraphShown, side }: { isGraphShown: boolean; side: n
         if (!live.current) return;
         Object.assign(live.current.view, { light, background });
         live.current.drawSoon();
-    }, [background, light, side]); // another size empties the canvas
+    }, [background, light, side]); // resizing clears the canvas
 
     useEffect(() => {
         if (!isPlaying) return undefined;
@@ -227,7 +227,7 @@ export function Surface({ isGraphShown, side }: { isGraphShown: boolean; side: n
             onDragOver={(event) => event.preventDefault()}
             onDrop={(event) => {
                 event.preventDefault();
-                event.stopPropagation(); // on the graph a file is a texture
+                event.stopPropagation(); // otherwise the file would be added to the graph as a texture
                 const file = event.dataTransfer.files[0];
                 if (file) void show(file.name, file);
             }}

@@ -2,7 +2,7 @@ import type { Editor } from '../model/store.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 import { download } from './download.ts';
 
-/** The server writes no other file than the document, so the browser stores the copy. */
+/** The server does not write copies of the document, so the browser saves the copy. */
 export async function saveCopy(editor: Editor): Promise<void> {
     const { file } = editor.get();
     const text = await editor.text();
@@ -27,7 +27,7 @@ export function TopBar({
     const unsaved = useSnapshot((all) => all.unsaved);
     const undo = useSnapshot((all) => all.undo);
     const redo = useSnapshot((all) => all.redo);
-    const hasThumbnails = useSnapshot((all) => all.thumbnails !== null);
+    const hasThumbnails = useSnapshot((all) => all.hasThumbnails);
     const isComparing = useSnapshot((all) => all.comparison !== null);
     return (
         <header>
@@ -61,7 +61,7 @@ export function TopBar({
             </button>
             <button
                 aria-pressed={hasThumbnails}
-                title="Show small pictures on the nodes"
+                title="Show small images on all nodes"
                 onClick={() => editor.toggleThumbnails()}
             >
                 Pictures

@@ -1,4 +1,4 @@
-/** Hands a text to the browser, which asks where to put it or takes its folder of downloads. */
+/** Passes a file to the browser, which saves it in its download folder or asks where to save it. */
 export function download(name: string, type: string, text: string): void {
     const address = URL.createObjectURL(new Blob([text], { type }));
     const link = document.createElement('a');

@@ -1,7 +1,7 @@
 import { useRef, useState } from 'react';
 import { evaluate, formatNumber, fromHex, parseNumbers, toHex } from '../model/numbers.ts';
 
-/** Fields for values. They give every value of a drag the same gesture, so that it is one step. */
+/** Fields for values. All values of a drag have the same gesture, so that the drag is a single undo step. */
 
 export type OnChange = (value: string, gesture?: string) => void;
 
@@ -11,7 +11,7 @@ export function newGesture(): string {
     return `drag ${++gestureCount}`;
 }
 
-/** A number: typed, also as a sum such as 1/3; dragged sideways; with arrow keys. */
+/** A number. It can be typed, also as a calculation such as 1/3, dragged sideways, or changed with the arrow keys. */
 export function NumberField({
     value,
     label,
@@ -90,7 +90,7 @@ export function NumberField({
     );
 }
 
-/** A colour of linear light: the browser's picker, and its components as numbers. */
+/** A colour in linear light, with the browser's colour picker and a number field for each component. */
 export function ColourField({
     value,
     label,
@@ -147,7 +147,7 @@ export function ColourField({
     );
 }
 
-/** A text that is sent when the field is left, or with Enter; with Ctrl + Enter if it is long. */
+/** A text field. Losing the focus or pressing Enter (Ctrl + Enter if it is long) commits the text. */
 export function TextField({
     value,
     label,
@@ -191,7 +191,7 @@ export function TextField({
                 wasFocused.current = document.activeElement === event.currentTarget;
             }}
             onPointerUp={(event) => {
-                if (!wasFocused.current) event.currentTarget.select(); // what is typed replaces it
+                if (!wasFocused.current) event.currentTarget.select(); // so that typing replaces the text
             }}
         />
     );

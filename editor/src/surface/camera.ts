@@ -3,12 +3,12 @@ import { normalise, perspective, scale, subtract } from './matrices.ts';
 import type { Matrix, Vector } from './matrices.ts';
 import type { Mesh } from './meshes.ts';
 
-/** From where the picture is taken, around the middle of the mesh. */
+/** The position of the camera, which orbits the centre of the mesh. */
 export interface Orbit {
-    /** Radians; 0 and 0 look along -z. */
+    /** In radians; if both angles are 0, the camera looks along -z. */
     longitude: number;
     latitude: number;
-    /** 1 is a mesh that fills nine tenths of the picture. */
+    /** At 1, the mesh fills nine tenths of the image. */
     distance: number;
 }
 
@@ -26,16 +26,16 @@ export function orbitOf(mesh: Mesh): Orbit {
     return { longitude: Math.atan2(x, z), latitude: Math.asin(y), distance: 1 };
 }
 
-/** What the camera needs to know of a mesh. */
+/** The measurements of a mesh that the camera requires. */
 export interface Extent {
     middle: Vector;
-    /** From the middle to the farthest vertex. */
+    /** Distance from the middle to the farthest vertex. */
     radius: number;
-    /** From the middle to the eye at which the first view is filled. */
+    /** Distance from the middle to the eye at which the mesh fills the first view. */
     fitting: number;
 }
 
-/** Measures a mesh; takes as long as it has vertices. */
+/** Measures a mesh, in time proportional to its vertices. */
 export function measure(mesh: Mesh, aspect: number): Extent {
     const positions = mesh.streams.get('position')?.[0]?.values ?? [];
     const at = (i: number): Vector => [positions[i]!, positions[i + 1]!, positions[i + 2]!];
@@ -62,7 +62,7 @@ export function measure(mesh: Mesh, aspect: number): Extent {
     return { middle, radius, fitting: fitting > 0 ? fitting : 1 };
 }
 
-/** The mesh keeps its size when it is turned, as only the first view is made to fit. */
+/** The distance does not depend on the angle, so the mesh does not change its size when it is rotated. */
 export function placeCamera({ middle, radius, fitting }: Extent, orbit: Orbit, aspect: number): Camera {
     const around = Math.cos(orbit.latitude);
     const back: Vector = [
@@ -87,7 +87,7 @@ const keyLight: Vector = [-0.5, 0.6, 0.65];
 const rimLight: Vector = [0.8, 0.5, -0.7];
 const noLight: Vector = [0, 1, 0];
 
-/** What the environment of a material reads, by its names; as the previews have it while the light is 0. */
+/** The values that the environment requires, by name. If the light is 0, they are those of `mox preview`. */
 export function sceneValues(camera: Camera, light: number, seconds: number): Map<string, readonly number[]> {
     const turn = ([x, y, z]: Vector): Vector => [
         Math.cos(light) * x + Math.sin(light) * z,
@@ -95,7 +95,7 @@ export function sceneValues(camera: Camera, light: number, seconds: number): Map
         Math.cos(light) * z - Math.sin(light) * x,
     ];
     const directionTo = (place: Vector) => turn(normalise(place));
-    const isFar = 0; // the fourth number of a light that is a direction
+    const isFar = 0; // the fourth component of a directional light
     const lights = [keyLight, rimLight, noLight, noLight];
     const framesPerSecond = 30;
     return new Map<string, readonly number[]>([

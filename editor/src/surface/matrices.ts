@@ -1,4 +1,4 @@
-/** Vectors and matrices; a matrix is 16 numbers, column by column. */
+/** Vectors and matrices. A matrix consists of 16 numbers in column-major order. */
 
 export type Vector = readonly [number, number, number];
 export type Matrix = readonly number[];
@@ -37,7 +37,7 @@ export function multiply(a: Matrix, b: Matrix): Matrix {
     });
 }
 
-/** Looks along -z and maps depth to -1 to 1, as WebGL has it. */
+/** A projection that looks along -z and maps depth to the range from -1 to 1, as in WebGL. */
 export function perspective(angle: number, aspect: number, near: number, far: number): Matrix {
     const f = 1 / Math.tan(angle / 2);
     const depth = 1 / (near - far);

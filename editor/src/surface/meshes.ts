@@ -1,14 +1,14 @@
 import type { MeshJson } from '../model/messages.ts';
 import { add, cross, scale, type Vector } from './matrices.ts';
 
-/** Meshes with the streams that materials read, as `mox preview` has them. */
+/** The meshes of `mox preview`, with the streams that materials read. */
 
 export interface Mesh {
     name: string;
-    /** By their type; of texture coordinates and colours there may be several sets. */
+    /** Streams by type. There may be several sets of texture coordinates and colours. */
     streams: ReadonlyMap<string, readonly Stream[]>;
     indices: Uint32Array;
-    /** From where the picture shows it at first. */
+    /** Direction from which the mesh is viewed initially. */
     viewFrom: Vector;
 }
 
@@ -53,7 +53,7 @@ class MeshBuilder {
     }
 }
 
-/** Adds a sheet of quads over the square of u and v from 0 to 1. */
+/** Adds a grid of quads for u and v from 0 to 1. */
 function addSheet(
     mesh: MeshBuilder,
     columns: number,
@@ -129,10 +129,10 @@ export const meshMakers: Readonly<Record<string, () => Mesh>> = {
     cube: makeCube,
 };
 
-/** A mesh that the server has read. */
+/** Creates a mesh from the answer of the server. */
 export function meshFrom(described: MeshJson, bytes: Uint8Array): Mesh {
     const streams = new Map<string, Stream[]>();
-    const data = bytes.slice().buffer; // typed arrays begin at multiples of their size
+    const data = bytes.slice().buffer; // typed arrays require aligned offsets
     const size = 4;
     let from = 0;
     for (const { stream, components } of described.streams) {
@@ -150,15 +150,15 @@ function numberAtEnd(name: string): number {
 }
 
 /**
- * A stream by its type; nothing if the mesh has none such.
- * @param name says which of several sets it is by the number at its end
+ * Finds a stream by type; undefined if the mesh has no stream of this type.
+ * @param name if there are several sets, the number at its end selects one
  */
 export function streamOf(mesh: Mesh, type: string, name = ''): Stream | undefined {
     const sets = mesh.streams.get(type) ?? [];
     return sets[numberAtEnd(name)] ?? sets[0];
 }
 
-/** Changes values as a text such as "oneminus|v" or "negate" says. */
+/** Applies modifiers such as "oneminus|v" or "negate" to the values of a stream. */
 export function applyModifiers(stream: Stream, modifiers: string): Stream {
     const values = stream.values.slice();
     for (const modifier of modifiers.split(' ').filter((word) => word !== '')) {

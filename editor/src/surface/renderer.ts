@@ -4,7 +4,7 @@ import { measure, placeCamera, sceneValues, type Extent, type Orbit } from './ca
 import { applyModifiers, streamOf, type Mesh } from './meshes.ts';
 import { fillBlock, type Block, type Member, type Reflection, type Stage } from './uniforms.ts';
 
-/** How a program reads a texture, as far as its document says. */
+/** The sampler state of a texture; the document may omit each part. */
 interface SamplerState {
     wrapU?: 'repeat' | 'mirror' | 'clamp';
     wrapV?: 'repeat' | 'mirror' | 'clamp';
@@ -13,7 +13,7 @@ interface SamplerState {
 
 export interface View {
     orbit: Orbit;
-    /** Radians by which the light is turned around the vertical. */
+    /** Rotation of the lights around the vertical axis, in radians. */
     light: number;
     seconds: number;
     background: 'sky' | 'grey';
@@ -47,7 +47,7 @@ void main()
     colour = vec4(mix(ground, sky, smoothstep(0.0, 1.0, place.y)), 1.0);
 }`;
 
-/** The picture holds light; screens want it encoded. */
+/** Encodes the image from linear light to sRGB. */
 const encodeFragment = `#version 300 es
 precision highp float;
 uniform sampler2D picture;
@@ -60,7 +60,7 @@ void main()
     colour = vec4(mix(high, 12.92 * light, lessThanEqual(light, vec3(0.0031308))), 1.0);
 }`;
 
-/** Draws the material on a mesh with WebGL2, from its ESSL programs and their reflection. */
+/** Draws the material on a mesh with WebGL2, using its ESSL programs and their reflection. */
 export class Renderer {
     private readonly gl: WebGL2RenderingContext;
     private readonly sky: WebGLProgram;
@@ -80,12 +80,12 @@ export class Renderer {
     private resolved: WebGLFramebuffer | null = null;
     private picture: WebGLTexture | null = null;
     private storages: WebGLRenderbuffer[] = [];
-    /** What the mesh lacks of what the material reads, in words. */
+    /** Messages about streams that the material reads but the mesh lacks. */
     missing: readonly string[] = [];
-    /** How often programs were compiled, for tests and benchmarks. */
+    /** Number of compilations, for tests and benchmarks. */
     compileCount = 0;
 
-    /** @throws Error if there is no WebGL2 */
+    /** @throws Error if WebGL2 is not available */
     constructor(private readonly canvas: HTMLCanvasElement) {
         const gl = canvas.getContext('webgl2', { antialias: false, preserveDrawingBuffer: true });
         if (!gl) throw new Error('This browser does not support WebGL2, which the preview requires.');
@@ -96,7 +96,7 @@ export class Renderer {
         this.blocks = [gl.createBuffer(), gl.createBuffer(), gl.createBuffer()];
     }
 
-    /** @throws Error with the driver's words if it refuses a program; the last picture stays */
+    /** @throws Error with the driver's message if it rejects a program; the previous programs remain in use */
     setPrograms(programs: Programs): void {
         const reflection = JSON.parse(programs.reflection) as Reflection;
         const program = this.link(programs.vertex, programs.fragment);
@@ -133,7 +133,7 @@ export class Renderer {
         this.bindStreams();
     }
 
-    /** The textures that the programs read: tags, and types of the samplers. */
+    /** The sampler types of the textures that the programs read, by tag. */
     textureTypes(): Map<string, string> {
         const { stages } = this.reflection ?? {};
         const samplers = [...(stages?.vertex.samplers ?? []), ...(stages?.fragment.samplers ?? [])];
@@ -226,7 +226,7 @@ export class Renderer {
         gl.drawElements(gl.TRIANGLES, this.mesh!.indices.length, gl.UNSIGNED_INT, 0);
     }
 
-    /** Sets how the texture that is bound is read. The rows of an environment's panorama do not go around. */
+    /** Sets the sampler state of the bound texture. The panorama of an environment does not repeat vertically. */
     private setSampler(sampler: Stage['samplers'][number] & SamplerState): void {
         const { gl } = this;
         const wraps = { repeat: gl.REPEAT, mirror: gl.MIRRORED_REPEAT, clamp: gl.CLAMP_TO_EDGE };
@@ -251,7 +251,7 @@ export class Renderer {
         gl.bufferData(gl.UNIFORM_BUFFER, fillBlock(block, values).bytes, gl.DYNAMIC_DRAW);
     }
 
-    /** The parameter that a stream of the mesh feeds. */
+    /** The parameter for a stream of the mesh. */
     private streamParameter(tag: string): Parameter | undefined {
         return this.parameters.find((p) => p.tag === tag && p.stream !== 'float' && p.stream !== 'texture');
     }
@@ -261,7 +261,7 @@ export class Renderer {
         return parameter && parameterNumbers(parameter);
     }
 
-    /** Connects the mesh to the inputs of the program. What it lacks is 0. */
+    /** Binds the streams of the mesh to the inputs of the program. Missing streams read as 0. */
     private bindStreams(): void {
         const { gl, mesh, reflection } = this;
         if (!mesh || !reflection) return;
@@ -298,7 +298,7 @@ export class Renderer {
         return buffer;
     }
 
-    /** Makes what is drawn into as large as the canvas. */
+    /** Resizes the render targets to the size of the canvas. */
     private fit(): void {
         const { gl, canvas } = this;
         if (this.size.width === canvas.width && this.size.height === canvas.height) return;

@@ -1,21 +1,21 @@
-/** Uniform blocks from what the reflection says: which value lies where. */
+/** Fills uniform blocks, using the layout in the reflection. */
 
 export interface Member {
     name: string;
-    /** What the environment calls it; missing for a parameter of the material. */
+    /** Its name in the environment; missing for a parameter of the material. */
     environment?: string;
     type: string;
     offset: number;
     size: number;
     arrayStride?: number;
     matrixStride?: number;
-    /** Which stages read it; a block may hold what none reads. */
+    /** The stages that read it; may be empty. */
     stages: string[];
 }
 
 export interface Block {
     name: string;
-    /** The number of the block where a target has no sets. */
+    /** The descriptor set; for targets without sets, the number of the block. */
     set: number;
     size: number;
     members: Member[];
@@ -33,7 +33,7 @@ export interface StageTarget {
 
 export interface Reflection {
     version: number;
-    /** By how often they change: "frame", "material", "object". */
+    /** By frequency of change: "frame", "material" and "object". */
     uniformBlocks: Record<string, Block>;
     stages: { vertex: Stage; fragment: Stage };
     targets: Record<string, { vertex: StageTarget; fragment: StageTarget }>;
@@ -46,7 +46,7 @@ interface Type {
     length: number;
 }
 
-/** Reads a type such as "float4x4", "half3" or "float[8]". */
+/** Parses a type such as "float4x4", "half3" or "float[8]". */
 export function readType(text: string): Type {
     const match = /^([a-z]+?)(\d)?(?:x(\d))?(?:\[(\d+)\])?$/.exec(text);
     if (!match) throw new Error(`The reflection contains an unknown type: ${text}`);
@@ -60,7 +60,7 @@ export function readType(text: string): Type {
     };
 }
 
-/** Writes values into a block; the last value serves where there is no further one. */
+/** Writes values to a block. If there are too few, the last value is repeated. */
 export function fillMember(member: Member, values: readonly number[], block: DataView): void {
     const type = readType(member.type);
     let next = 0;
@@ -80,7 +80,7 @@ export function fillMember(member: Member, values: readonly number[], block: Dat
     }
 }
 
-/** The bytes of a block. What no value is known for stays 0 and, if a stage reads it, is named in `missing`. */
+/** The bytes of a block. Members without a value are 0; those that a stage reads are listed in `missing`. */
 export function fillBlock(
     block: Block,
     valueOf: (member: Member) => readonly number[] | undefined,
