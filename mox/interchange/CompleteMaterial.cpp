@@ -14,6 +14,7 @@ using Materials::GuiPropertyKind;
 std::vector<std::string> PortNames(const std::vector<GuiPort>& ports)
 {
     std::vector<std::string> names;
+    names.reserve(ports.size());
     for (const GuiPort& port : ports)
         names.push_back(port.Name);
     return names;

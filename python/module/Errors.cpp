@@ -65,6 +65,8 @@ FaultyMaterial::FaultyMaterial(const Host::ProblemList& problems)
 
 void TranslateErrors()
 {
+    // pybind11 prescribes the type of the parameter.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param)
     py::register_local_exception_translator([](std::exception_ptr exception) {
         try {
             if (exception)

@@ -60,6 +60,7 @@ std::vector<Image> Preview::RenderNodes(const Material& material, const std::str
     std::vector<Host::Picture> pictures =
         _preview.RenderNodes(document, Host::FindMesh(mesh, _files), options, nodes, problems);
     std::vector<Image> images;
+    images.reserve(pictures.size());
     for (Host::Picture& picture : pictures)
         images.push_back({std::move(picture), problems.Problems()});
     return images;

@@ -40,6 +40,7 @@ using Formats = std::vector<std::unique_ptr<Host::ProgramFormat>>;
                              const std::vector<std::string>& words)
 {
     std::vector<Host::RightName> names;
+    names.reserve(words.size());
     for (const std::string& right : words)
         names.push_back({right});
     throw Host::HostError(
