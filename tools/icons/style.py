@@ -1,5 +1,5 @@
-"""What all icons share: a rounded tile, a light from the upper left, soft shadows to the lower
-right, and a few tones."""
+"""The style that all icons share: a rounded tile, light from the upper left, soft shadows to the
+lower right, and a few colours."""
 
 from canvas import SIZE, Canvas, box, colour, common, cut, down, grown, mix, moved
 
