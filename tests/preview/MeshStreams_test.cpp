@@ -62,7 +62,7 @@ TEST(MeshStreams, SayWhatTheMeshLacks)
               }),
               "the mesh \"bare.obj\" has no vertex colours, which the material reads as \"mask\"");
     EXPECT_EQ(HostFailureOf([&] { ReadNamedStream(mesh, "tangent"); }),
-              "the mesh \"bare.obj\" has no tangents, which are computed from texture coordinates");
+              "the mesh \"bare.obj\" has no tangents (computed from texture coordinates)");
     EXPECT_EQ(HostFailureOf([&] { ReadNamedStream(mesh, "windWeight"); }),
               "the mesh \"bare.obj\" has no stream \"windWeight\"");
 }
