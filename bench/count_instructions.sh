@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Compares the instruction counts of three fixed exports with the record next to this script, and
-# fails if one has grown by more than 10 %.
+# fails if one has grown by more than 10%.
 # Usage: bench/count_instructions.sh MOX MATERIAL_MAKER [--update]
 # --update rewrites the record; commit it together with the change that causes the difference.
 set -euo pipefail

@@ -1,11 +1,11 @@
-// Measures the editor in Debian's Chromium, without a graphics card. Times are medians in milliseconds. Of opening:
-// `shown` is when the first frame of the graph was on the screen, `pageTime` and `serverTime` are the processor times that
-// the page's process and the server had used by then. `structure` is the time from an edit of the structure to the new
-// picture, `value` that from a new value of a parameter, and `frame` that of the picture alone, all of 256 by 256 pixels
-// and until its pixels can be read. `far` and `near` are frames of panning with all nodes in view and at zoom 1, `drag`
-// those of moving a node at zoom 1. Then come the bars, each with what it is compared with.
-// Usage: node bench/editor.mjs MOX [DIST], with DIST the folder of a page other than the one in MOX, which takes longer to
-// open as it goes through this script; the page's packages must be installed (npm ci in editor/)
+// Measures the editor in Debian's Chromium, without a graphics card. Times are medians in milliseconds. `shown` is the
+// time until the first frame of the graph is on the screen; `pageTime` and `serverTime` are the processor times that
+// the page's process and the server have used by then. `structure` is the time from an edit of the structure to the new
+// image, `value` that from a new value of a parameter, and `frame` that of the image alone; images have 256 by 256
+// pixels, and a time ends when they can be read. `far` and `near` are frame times of panning with all nodes in view and
+// at zoom 1, and `drag` that of moving a node at zoom 1. The last table compares measurements with their limits.
+// Usage: node bench/editor.mjs MOX [DIST], where DIST is the folder of a page that replaces the one in MOX. Such a page
+// takes longer to open, because this script serves it. The page's packages must be installed (npm ci in editor/).
 
 import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
@@ -15,7 +15,7 @@ const [mox, dist] = process.argv.slice(2);
 const folder = mkdtempSync(`${tmpdir()}/mox-editor-bench-`);
 const browser = await launch();
 
-/** Chains of additions, one below the other, that all come together in a surface. */
+/** Chains of additions, one below the other, that all lead to one surface. */
 function material(count, length) {
     const nodes = [];
     const edges = [];
@@ -41,14 +41,14 @@ function material(count, length) {
     return `<?xml version="1.0" encoding="UTF-8"?>\n<material version="1">${lists}</material>\n`;
 }
 
-/** Processor time of a process so far. */
+/** Processor time that a process has used so far. */
 function processorTime(pid) {
     const fields = readFileSync(`/proc/${pid}/stat`, 'utf8').split(') ')[1].split(' ');
     const tick = 10;
     return tick * (Number(fields[11]) + Number(fields[12]));
 }
 
-/** Processor time of the page's process so far. */
+/** Processor time that the page's process has used so far. */
 async function pageTime(page) {
     const client = await page.context().newCDPSession(page);
     await client.send('Performance.enable');
@@ -97,12 +97,12 @@ async function withPage(count, work) {
                     const before = performance.now();
                     step(i);
                     await frame();
-                    await frame(); // what the first one has changed is drawn before this one
+                    await frame(); // changes made in the first one are drawn before this one
                     times.push((performance.now() - before) / 2);
                 }
                 return window.bench.median(times);
             },
-            /** From an action to the moment at which the pixels that show it can be read. */
+            /** Measures the time from an action until the pixels that show it can be read. */
             async picture(action, isShown = () => true) {
                 const before = performance.now();
                 action();
@@ -127,7 +127,7 @@ async function withPage(count, work) {
 const pan = (page) =>
     page.evaluate(() => window.bench.frames(40, (i) => window.bench.wheel(i % 2 ? 9 : -7, 5)));
 
-/** Drags the selected node with the mouse, as far as a page can do that by itself. */
+/** Drags the selected node with synthetic mouse events. */
 async function drag() {
     const node = document.querySelector('.card.selected').closest('.react-flow__node');
     const { x, y } = node.getBoundingClientRect();

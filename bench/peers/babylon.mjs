@@ -1,4 +1,4 @@
-// Babylon.js node materials: from their JSON source to GLSL source, in the engine without a screen.
+// Babylon.js node materials: from their JSON source to GLSL source, with its NullEngine, which draws nothing.
 
 import { makeShape, valueOf, report } from './shapes.mjs';
 import {

@@ -1,5 +1,5 @@
-// Elements of bindings with any attributes: reading fails for bad booleans alone, and what is
-// written reads back as the same.
+// Elements of bindings with arbitrary attributes: reading fails only for invalid booleans, and what
+// is written reads back as the same.
 
 #include "fuzz/support/Choices.h"
 #include "mox/ShaderError.h"
@@ -27,7 +27,7 @@ std::string Written(const Binding& binding)
     return element.Attributes();
 }
 
-/// Calls that are made between reading and writing.
+/// Makes arbitrary calls on a new binding before it is read.
 void ChangeValues(Binding& binding, Choices& choices)
 {
     while (choices.Flip()) {
@@ -87,7 +87,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     again->SetCount(binding->GetCount());
     again->ReadXml(stored.Get());
     const std::string second = Written(*again);
-    // Storage formats are read in lower case, and one of them has capitals.
+    // Storage formats are converted to lower case when they are read, but one contains capitals.
     if (binding->streamFormat != "X11Y11Z10n")
         ClaimEqual(second, first, "what is written reads back as the same");
 

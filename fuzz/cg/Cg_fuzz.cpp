@@ -1,5 +1,5 @@
-// Sources of Cg: whatever they hold, the front end ends with errors in them or with a tree; the
-// tree is lowered and spelled in every language.
+// Arbitrary Cg sources: the front end returns errors in the source or a tree, and the tree is
+// lowered and written in every language.
 
 #include "mox/cg/Liveness.h"
 #include "mox/cg/Lowering.h"
@@ -20,7 +20,7 @@ void WriteStages(const Cg::Module& module, Languages::Precision precision)
         try {
             stage = Languages::MakeStage(module, isVertex);
         } catch (const std::exception&) {
-            continue; // its semantics are of no stage
+            continue; // its semantics do not belong to a stage
         }
         for (int language = 0; language < 6; ++language) {
             Claim(
@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Cg::LowerModule(*module);
     if (!module->Main())
         return 0;
-    // Writing takes most of the time, so the length of the input decides what is left out.
+    // Writing takes most of the time, so the length of the input determines what is omitted.
     const bool isFullFirst = size % 2 == 0;
     WriteStages(*module, isFullFirst ? Languages::Precision::Full : Languages::Precision::Relaxed);
     Cg::DropDead(*module, [](const Cg::Variable& output) { return output.Name.size() % 2 == 0; });

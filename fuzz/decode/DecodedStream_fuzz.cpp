@@ -1,4 +1,4 @@
-// Answers of a decoding program: a valid image or mesh comes out of them, or a message.
+// Responses of a decoding program: each yields a valid image or mesh, or a message.
 
 #include "mox/decode/DecodedFile.h"
 #include "mox/decode/DecodedStream.h"
@@ -50,7 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             else
                 ClaimImage(ReadImage(tape.Reader(), limits));
         } catch (const DecodeError&) {
-            continue; // it is not of this kind
+            continue; // not of this kind
         }
     }
     return 0;

@@ -1,5 +1,5 @@
-// Mesh files: whatever they hold, a mesh comes out of the decoding process, or a message that names
-// the file. The first byte of the input decides the extension.
+// Arbitrary mesh files: the decoding process returns a mesh, or a message that names the file. The
+// first byte of the input selects the extension.
 
 #include "fuzz/support/Choices.h"
 #include "mox/decode/FileDecoder.h"

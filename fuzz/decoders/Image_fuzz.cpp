@@ -1,4 +1,4 @@
-// Image files: whatever they hold, a decoder makes an image within the limits, or says why not.
+// Arbitrary image files: a decoder returns an image within the limits, or an error message.
 
 #include "mox/decode/DecodedFile.h"
 #include "mox/decode/DecodedStream.h"

@@ -1,5 +1,5 @@
-// Material documents: whatever stands in the file, it is read, loaded, settled, checked and saved,
-// or refused with a place and one line.
+// Arbitrary material documents: each is read, loaded, resolved, checked and saved, or refused with
+// a place and a one-line message.
 
 #include "mox/check/MaterialCheck.h"
 #include "mox/document/MaterialDocument.h"
@@ -37,7 +37,7 @@ MaterialDocument Parse(std::string_view text, ProblemList& problems)
     return document;
 }
 
-/// The document that is written for another one.
+/// Writes a document and reads the result.
 MaterialDocument WriteAndParse(const MaterialDocument& document, ProblemList& problems)
 {
     const std::string written = FormatMaterialDocument(document);
@@ -47,7 +47,7 @@ MaterialDocument WriteAndParse(const MaterialDocument& document, ProblemList& pr
     return again;
 }
 
-/// What was written is the same graph again, with the same problems.
+/// The written document must yield the same graph with the same problems.
 void ClaimSameGraph(const MaterialGraph& graph, const MaterialDocument& written)
 {
     ProblemList problems;

@@ -1,5 +1,5 @@
-// Texts of property values: what is read is written as a text that means the same, and what is no
-// value changes nothing.
+// Property values as strings: a value that can be read is written as an equivalent string, and an
+// invalid one changes nothing.
 
 #include "fuzz/support/Choices.h"
 #include "mox/document/PropertyText.h"
@@ -21,7 +21,7 @@ std::string DescribeAll(const GuiProperty& property)
     return text + " " + property.Text;
 }
 
-/// The numbers that documents may have.
+/// Whether documents may contain this string as a number.
 bool IsNumber(const std::string& text)
 {
     static const std::regex form(R"(-?((\d+\.?\d*|\.\d+)([eE][+-]?\d+)?|inf|nan))");
@@ -41,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto property = GuiProperty::Create("p");
     const std::string before = DescribeAll(*property);
     if (!SetFromText(*property, kind, text)) {
-        ClaimEqual(DescribeAll(*property), before, "a text that is no value changes nothing");
+        ClaimEqual(DescribeAll(*property), before, "an invalid value changes nothing");
         return 0;
     }
     Claim(property->Kind == kind, "the property has the kind of the text");

@@ -1,6 +1,6 @@
-// Messages of two clients to an editor, a line each. Whatever they hold, both clients know what the
-// document is by what they are told, the document can be written and read, the journal has it, and
-// undoing everything leads back to the start.
+// Arbitrary messages of two clients to an editor, one per line: each client knows the document from
+// the messages it receives, the document can be written and read, the journal contains it, and
+// undoing everything restores the initial state.
 
 #include "mox/editor/EditorSession.h"
 #include "tests/support/Claim.h"

@@ -1,5 +1,5 @@
-// Environments: whatever is in the files, they are refused with a place and one line, or all that
-// is wrong with them is found. The input is the manifest, and after a zero the file a.cg.
+// Arbitrary environments: each is refused with a place and a one-line message, or all its problems
+// are found. The input is the manifest, followed by a null byte and the file a.cg.
 
 #include "mox/check/EnvironmentCheck.h"
 #include "mox/host/Excerpt.h"

@@ -1,4 +1,4 @@
-// Edits of a graph over the nodes of the plug-ins, from one node on.
+// Edits of a graph with nodes of the plug-ins, starting from a single node.
 
 #include "fuzz/support/Choices.h"
 #include "tests/support/BuildTree.h"
@@ -8,7 +8,7 @@ using namespace Mox::Host;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    constexpr int mostEdits = 24; // each is made, undone and made again
+    constexpr int mostEdits = 24; // each is made, undone and redone
     Choices choices(data, size);
     const NodeMaker maker(TestPlugins());
     MaterialGraph graph(maker);

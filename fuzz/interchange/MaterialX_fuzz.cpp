@@ -1,5 +1,5 @@
-// MaterialX documents: whatever is in the file, it becomes a material document that can be saved,
-// loaded, checked and written as MaterialX again, or is refused with a place and one line.
+// Arbitrary MaterialX documents: each becomes a material document that can be saved, loaded,
+// checked and written as MaterialX again, or is refused with a place and a one-line message.
 
 #include "mox/check/MaterialCheck.h"
 #include "mox/graph/GraphResolver.h"

@@ -1,4 +1,4 @@
-// Node files: whatever is in the file, it is refused with a place and one line, or it is a type
+// Arbitrary node files: each is refused with a place and a one-line message, or defines a type
 // whose nodes build their ports and write functions that end where they should.
 
 #include "mox/cg/Module.h"
@@ -27,7 +27,7 @@ void ClaimClear(const HostError& error)
     Claim(MessageLine(line).size() < 5000, "a failure is one line of bearable length");
 }
 
-/// A function that is good Cg is a single one, whatever its body contains.
+/// A function that is valid Cg must remain a single function, whatever its body contains.
 void ClaimClosed(const ShaderNode& function)
 {
     const auto module = Mox::Cg::ReadModule(
@@ -49,7 +49,7 @@ void ClaimWrites(GuiNode& node)
     try {
         CallLibrary(Place("fuzz.xml"), [&] { node.GenerateShader(generator); });
     } catch (const HostError& error) {
-        ClaimClear(error); // such as a value that nothing supplies here
+        ClaimClear(error); // such as a value that no source provides
         return;
     }
     for (const ShaderNodeHandle& shader : graph.Nodes) {

@@ -10,7 +10,7 @@ namespace {
 
 constexpr Page page = {"/", "text/html", "page"};
 
-/// Whether the text stands somewhere in the bytes.
+/// Whether the bytes contain the string.
 bool Holds(std::string_view bytes, std::string_view text)
 {
     return bytes.find(text) != bytes.npos;
@@ -18,7 +18,7 @@ bool Holds(std::string_view bytes, std::string_view text)
 
 } // namespace
 
-/// The bytes are what a stranger sends, who does not know the token: first as a request, then as a
+/// The input is sent by an attacker who does not know the token, first as a request and then as a
 /// binary message.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
@@ -29,12 +29,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     parser.put(asio::buffer(bytes.data(), bytes.size()), error);
     if (!error && parser.is_header_done()) {
         const Verdict verdict = door.Judge(parser.get());
-        Claim(!verdict.IsSocket, "nobody opens the socket without the token");
+        Claim(!verdict.IsSocket, "the WebSocket is not opened without the token");
         Claim((verdict.Answer != nullptr) == (verdict.Status == http::status::ok),
-              "a page is the answer to what is let in");
+              "an accepted request is answered with a page");
         if (verdict.Answer)
             Claim(Holds(bytes, "127.0.0.1:7") || Holds(bytes, "localhost:7"),
-                  "only requests for this machine are let in");
+                  "only requests to this machine are accepted");
     }
     if (const auto parts = SplitBinary(bytes))
         Claim(parts->Json.size() + parts->Bytes.size() + 4 == size, "no byte is lost");

@@ -1,4 +1,4 @@
-// Calls on shader graphs and generators: they stay consistent, and a call that fails changes
+// Calls on shader graphs and generators: the objects remain consistent, and a failed call changes
 // nothing.
 
 #include "fuzz/shader/ShaderSession.h"

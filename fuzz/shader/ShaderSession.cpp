@@ -28,7 +28,7 @@ const ShaderType types[] = {{f, 1, 1, 1}, {f, 3, 1, 1}, {f, 4, 1, 1},
                             {h, 1, 1, 1}, {h, 3, 1, 1}, {ComponentType::Sampler2D, 1, 1, 1},
                             {f, 3, 1, 2}, {f, 4, 4, 1}, {f, 3, 4, 1}};
 
-// Most names are too long for a string's own buffer.
+// Most names are too long for a string's internal buffer.
 constexpr const char* input = "inputOfAFunction";
 constexpr const char* output = "outputOfAFunction";
 constexpr const char* ports[] = {input, output, "read", "write", "portThatNobodyHas"};
@@ -59,7 +59,7 @@ struct FilledGraph
     ShaderGraphGenerator Generator{Graph};
 };
 
-/// What graphs, generators and nodes hold, as a hash.
+/// A hash of the contents of graphs, generators and nodes.
 class Contents
 {
 public:
@@ -120,7 +120,7 @@ private:
     std::uint64_t _hash = 0;
 };
 
-/// How often an edge, be it alive or not, stands in a node's list.
+/// Counts the occurrences of an edge in a node's list, even if the edge no longer exists.
 template <class Entries>
 std::ptrdiff_t CountEntries(const Entries& entries, const boost::weak_ptr<ShaderEdge>& edge)
 {
@@ -180,7 +180,7 @@ void CheckGraph(const ShaderGraph& graph)
 void CheckGenerator(const ShaderGraphGenerator& generator)
 {
     for (const auto& [given, standing] : generator.NodeMap)
-        Claim(generator.Graph->NodeSet.contains(standing), "an added node stands in the graph");
+        Claim(generator.Graph->NodeSet.contains(standing), "an added node is in the graph");
     for (const auto& [edge, record] : generator.EdgeMap)
         Claim(record.Heads.size() == record.HeadPorts.size(), "each head has its port");
 }
@@ -229,7 +229,7 @@ private:
         return contents;
     }
 
-    /// Claims that all agrees, unless nothing has changed since the last look.
+    /// Checks that everything is consistent, unless nothing has changed since the last check.
     void Look()
     {
         const Contents now = ContentsNow();
@@ -244,7 +244,8 @@ private:
             CheckEntries(*node);
     }
 
-    /// Whether a call succeeds. If not, it must have changed nothing since the last look.
+    /// Returns whether a call succeeds. A failed call must have changed nothing since the last
+    /// check.
     template <class Call>
     bool Succeeds(Call call)
     {
@@ -323,7 +324,7 @@ private:
         case 14:
             return Record(generator, node);
         case 15:
-            // The generator and the graph go, with all that nobody else keeps.
+            // Destroys the generator and the graph, with everything that has no other owner.
             if (_choices.Flip())
                 filled = std::make_unique<FilledGraph>();
             return;
@@ -403,7 +404,7 @@ private:
             Claim(found->Type == type, "a node that is found has the type asked for");
     }
 
-    /// The types of the ports are equal at every edge that Connect lays.
+    /// Every edge that Connect creates must connect ports of the same type.
     void Connect(FilledGraph& filled, const ShaderNodeHandle& tail, const ShaderNodeHandle& head)
     {
         const std::string tailPort = Pick(ports);
@@ -416,7 +417,7 @@ private:
         const ShaderNode& to = *filled.Generator.NodeMap.at(head);
         const bool isConverted = filled.Graph.Nodes.size() != nodeCount;
         Claim(isConverted == (from.GetOutputPort(tailPort).Type != to.GetInputPort(headPort).Type),
-              "a conversion stands where the types differ");
+              "a conversion is added if the types differ");
         Claim(filled.Graph.Edges.size() == edgeCount + (isConverted ? 2 : 1),
               "a conversion has two edges");
         if (!isConverted)
@@ -443,11 +444,11 @@ private:
 
     Choices _choices;
     const CallMaker& _makeCall;
-    std::vector<ShaderNodeHandle> _nodes; ///< that the program holds itself, as are the edges
+    std::vector<ShaderNodeHandle> _nodes; ///< owned by the session itself, like the edges
     std::vector<ShaderEdgeHandle> _edges;
     boost::shared_ptr<GuiEdge> _guiEdges[4];
     std::unique_ptr<FilledGraph> _graphs[2];
-    Contents _contents; ///< at the last look
+    Contents _contents; ///< at the last check
 };
 
 } // namespace

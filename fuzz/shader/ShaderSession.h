@@ -4,11 +4,11 @@
 
 #include <functional>
 
-/// Makes a call. After an attempt from which std::bad_alloc comes it calls compare, which claims
-/// that nothing has changed, and then makes the next attempt.
+/// Makes a call. After each attempt that throws std::bad_alloc, it calls compare, which claims that
+/// nothing has changed, and then makes the next attempt.
 using CallMaker =
     std::function<void(const std::function<void()>& call, const std::function<void()>& compare)>;
 
-/// Makes calls on two shader graphs, their generators and the nodes that they share, and claims
-/// that each does what it says or changes nothing, and that all lists agree with each other.
+/// Makes calls on two shader graphs, their generators and the nodes that they share. Claims that
+/// each call has its documented effect or changes nothing, and that all lists are consistent.
 void RunShaderSession(Choices choices, const CallMaker& makeCall);

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-/// The input of a fuzz target, read as choices one after another. Behind its end every choice is
-/// the first one.
+/// Reads the input of a fuzz target as a sequence of choices. After its end, every choice is the
+/// first one.
 class Choices
 {
 public:
@@ -16,7 +16,7 @@ public:
 
     bool IsAtEnd() const { return _bytes.empty(); }
 
-    /// One of the numbers below end, which is 256 at most.
+    /// Returns a number below end, which must be at most 256.
     std::size_t Below(std::size_t end)
     {
         if (_bytes.empty())
@@ -28,7 +28,7 @@ public:
 
     bool Flip() { return Below(2) == 1; }
 
-    /// What stands up to the next null byte, or to the end.
+    /// Returns the string up to the next null byte or to the end.
     std::string Text()
     {
         const std::size_t end = _bytes.find('\0');

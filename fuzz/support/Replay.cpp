@@ -1,4 +1,4 @@
-// Runs a fuzz target over inputs that are known, without the fuzzer. Usage: PROGRAM FILE|FOLDER...
+// Runs a fuzz target on known inputs, without the fuzzer. Usage: PROGRAM FILE|FOLDER...
 
 #include <cstdint>
 #include <exception>
@@ -18,7 +18,7 @@ void Replay(const std::filesystem::path& file)
 {
     std::ifstream stream(file, std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-    std::cout << file.string() << std::endl; // now, so that it is known what a crash came from
+    std::cout << file.string() << std::endl; // flushed, to show which input causes a crash
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
     ++count;
 }

@@ -74,7 +74,7 @@ struct StepFormatter
     {
         return Compose("add ", FormatEdge(step.Edge),
                        step.BeforeHead.empty() ? ""
-                                               : Compose(" before that of \"", step.BeforeHead,
+                                               : Compose(" before the edge to \"", step.BeforeHead,
                                                          "\" port \"", step.BeforeHeadPort, "\""),
                        "\n", FormatPointsOf(step.Edge));
     }

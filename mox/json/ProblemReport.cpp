@@ -13,7 +13,8 @@ namespace {
 
 using Materials::Compose;
 
-/// Converts a path to a URI reference for a SARIF log, in which all other characters are escaped.
+/// Converts a path to a URI reference for a SARIF log. All characters except ASCII letters, digits
+/// and "-._~/" are escaped.
 std::string ToUri(const std::string& path)
 {
     constexpr std::string_view unescaped = "-._~/";

@@ -91,8 +91,8 @@ FramePlan PlanFrames(const MaterialGraph& graph, const GraphParts& parts)
     });
 
     plan.Parents.assign(areas.size(), FramePlan::None);
-    std::vector<std::size_t> places(areas.size()); // by frame: position in Frames of the next
-                                                   // larger one
+    // For each frame, the position in Frames of the next larger one.
+    std::vector<std::size_t> places(areas.size());
     for (std::size_t place = 0; place < plan.Frames.size(); ++place)
         places[plan.Frames[place]] = place + 1;
     for (std::size_t item = 0; item < areas.size(); ++item) {

@@ -83,7 +83,7 @@ std::string DescribeStream(const std::string& word)
     if (word == "colour")
         return "vertex colours";
     if (word == "tangent" || word == "binormal")
-        return Compose(word, "s, which are computed from texture coordinates");
+        return Compose(word, "s (computed from texture coordinates)");
     return Compose("stream \"", word, "\"");
 }
 

@@ -53,8 +53,8 @@ ShaderLevel LevelOf(const ShaderNode& node)
 
 std::string DescribeEdge(const ShaderEdge& edge, const ShaderNode& tail, const ShaderNode& head)
 {
-    return Compose("an edge from ", tail.Describe(), " port \"", edge.TailPort, "\" to ",
-                   head.Describe(), " port \"", edge.HeadPort, "\": ");
+    return Compose("the edge from port \"", edge.TailPort, "\" of ", tail.Describe(), " to port \"",
+                   edge.HeadPort, "\" of ", head.Describe(), ": ");
 }
 
 /// Whether a value can be passed to a parameter. Connect only creates edges between equal types,

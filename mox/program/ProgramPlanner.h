@@ -14,8 +14,8 @@ namespace Mox::Host {
 /// The plan depends only on the graph, not on addresses, the locale or the order of edges.
 /// @param copies what to do with copies of interpolated values that both stages need; does not
 ///        change the image
-/// @param problems receives everything that prevents a program; if there is an error, the result
-///        must not be used
+/// @param problems receives the problems of the graph; if there is an error, the result must not be
+///        used
 ProgramPlan PlanProgram(const ShaderGraph& graph, const ShaderOrigins& origins,
                         const Environment& environment, StageCopies copies, ProblemList& problems);
 

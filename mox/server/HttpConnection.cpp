@@ -18,7 +18,7 @@ HttpConnection::HttpConnection(asio::ip::tcp::socket socket, Seat seat, ServerPa
 
 void HttpConnection::Start()
 {
-    _stream.expires_after(_parts.Settings.RequestTime); // for the request and its answer together
+    _stream.expires_after(_parts.Settings.RequestTime); // for the request and its response together
     http::async_read_header(
         _stream, _buffer, _parser,
         [self = shared_from_this()](beast::error_code error, std::size_t) { self->Answer(error); });

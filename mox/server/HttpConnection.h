@@ -7,8 +7,8 @@
 
 namespace Mox::Host {
 
-/// A connection for a single request and its answer. It keeps itself alive until the answer is sent
-/// or the connection has been upgraded to the WebSocket of a page.
+/// A connection for a single request and its response. It keeps itself alive until the response has
+/// been sent or the connection has been upgraded to the WebSocket of a page.
 class HttpConnection : public std::enable_shared_from_this<HttpConnection>
 {
 public:

@@ -31,7 +31,7 @@ public:
 
     Verdict Judge(const RequestHeader& request) const;
 
-    /// Adds the headers that every answer carries.
+    /// Adds the headers that every response contains.
     /// @param nonce allows the inline styles of a page
     void AddPolicies(std::string_view nonce, http::fields& answer) const;
 

@@ -52,8 +52,10 @@ private:
     const std::vector<ProgramParameter> _parameters;
     std::array<Languages::StageProgram, programStageCount> _stages;
     std::unordered_map<const Cg::Variable*, std::size_t> _byVariable; ///< index of the parameter
-    std::vector<std::string> _names;                                  ///< requested, by parameter
-    std::vector<std::string> _reflected;                              ///< reflected, by parameter
+    /// Requested names, indexed by parameter.
+    std::vector<std::string> _names;
+    /// Names in the reflection, indexed by parameter.
+    std::vector<std::string> _reflected;
     std::optional<UniformBlocks> _blocks;
     std::unordered_map<int, std::string> _interpolants; ///< names by location
 };

@@ -14,8 +14,8 @@ using namespace Mox::Materials;
 
 namespace {
 
-/// Parses ports from words up to "->": a count, or "?" for an unknown one, with a fixed count after
-/// "=".
+/// Parses one port from each word up to "->": a component count, after "=" if it is fixed, or with
+/// "?" instead of or after the count if it is unknown.
 std::vector<GuiPort> MakePorts(std::istream& words)
 {
     std::vector<GuiPort> ports;

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Every relative link and image of the documents leads to a file, and to a heading in it. Usage: links_test.py SOURCE_TREE"""
+"""Checks that relative links and images in the documents lead to existing files and headings. Usage: links_test.py SOURCE_TREE"""
 
 import re
 import sys

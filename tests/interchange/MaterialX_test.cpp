@@ -383,7 +383,7 @@ TEST(MaterialX, IncludesWhatLiesBesideIt)
     }
 }
 
-/// The files of the MaterialX project, as far as they are beside the tree: what carries over.
+/// Records what is read from the files of the MaterialX project, if a copy is available.
 TEST(MaterialX, OfItsProjectCarriesOver)
 {
     const std::filesystem::path folder = MOX_TEST_DATA "/../../shared/mtlx";

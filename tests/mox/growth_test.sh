@@ -89,7 +89,7 @@ towards='<edge tail="n@" tailPort="out_value" head="n%" headPort="in_value1"/>'
 grows 'export --target essl' CoreMaths "$own" "$towards" '' 5000
 surface=()
 
-# A hundred node types from files add at most 5 % to the work for a material that uses none of them.
+# A hundred node types from files add at most 5% to the work for a material that uses none of them.
 mkdir nodes
 for i in $(seq 100); do
     sed "s/type=\"TestDetail\"/type=\"Test$i\"/" "$tests/nodes/TestDetail.xml" >"nodes/$i.xml"

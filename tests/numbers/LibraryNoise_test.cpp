@@ -38,7 +38,7 @@ Triple Floor(const Triple& point)
     return {std::floor(point[0]), std::floor(point[1]), std::floor(point[2])};
 }
 
-/// Interpolates the contributions of the cell corners at a point smoothly.
+/// Smoothly interpolates the contributions of the corners of a cell at a point.
 template <class Corner>
 double Blend(const Triple& point, Corner corner)
 {

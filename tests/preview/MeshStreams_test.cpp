@@ -80,7 +80,7 @@ TEST(MeshStreams, SayWhatTheMeshLacks)
               "the mesh \"bare.obj\" has no vertex colours, which the material reads as \"mask\"; "
               "set a constant of type half4 with --set mask=NUMBERS");
     EXPECT_EQ(HostFailureOf([&] { ReadNamedStream(mesh, "tangent", colourType); }),
-              "the mesh \"bare.obj\" has no tangents, which are computed from texture coordinates; "
+              "the mesh \"bare.obj\" has no tangents (computed from texture coordinates); "
               "set a constant of type half4 with --set tangent=NUMBERS");
     EXPECT_EQ(HostFailureOf([&] { ReadNamedStream(mesh, "windWeight", uvType); }),
               "the mesh \"bare.obj\" has no stream \"windWeight\"; set a constant of type float2 "

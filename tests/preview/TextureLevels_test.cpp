@@ -76,7 +76,8 @@ TEST(TextureLevels, CubesAreMadeOfFacesOrOfAPanorama)
         ToShape(MakeImage(6, 1, {1, 2, 3, 4, 5, 6}), TextureShape::Cube, false);
     EXPECT_EQ(RedsOf(faces), (std::vector{1, 2, 3, 4, 5, 6}));
     EXPECT_EQ(MakeMipLevels(faces, TextureShape::Cube, false).size(), 1u);
-    // Columns look at z, -x, -z and x; between columns it is the mean.
+    // The columns are in the directions z, -x, -z and x; directions between two columns have their
+    // mean.
     const TextureImage cube =
         ToShape(MakeImage(4, 2, {20, 40, 60, 80, 20, 40, 60, 80}), TextureShape::Cube, false);
     EXPECT_EQ(cube.Layers, 6u);

@@ -84,8 +84,9 @@ TEST_F(WebGlExampleTest, DrawsWhatPreviewsDraw)
             Get().Drawer.RenderMaterial(ReadMaterialDocument(file), mesh, options, problems);
         problems.ThrowFirstError();
 
-        // The canvas starts at the bottom and has neither a sky nor antialiasing. The mip levels of
-        // its textures average encoded colours, those of previews linear light.
+        // The pixels of the canvas start with the bottom row, and it has neither a sky nor
+        // antialiasing. The mip levels of its textures average encoded colours, whereas those of
+        // previews average linear light.
         int drawn = 0;
         int different = 0;
         for (std::size_t y = 0; y < size; ++y) {

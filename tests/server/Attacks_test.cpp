@@ -256,9 +256,9 @@ TEST(Attacks, APageThatDoesNotReadIsCut)
     settings.UnreadBytes = 1U << 20U;
     RunningServer server(settings);
     PageClient page(server.Port(), server.Token());
-    for (int i = 0; i < count; ++i) // each answer is a megabyte
+    for (int i = 0; i < count; ++i) // each reply is a megabyte
         page.Send({{"id", i}, {"do", "picture"}, {"width", 512}, {"height", 512}});
-    PageClient other(server.Port(), server.Token()); // its answer follows all of these
+    PageClient other(server.Port(), server.Token()); // its reply follows all of these
     EXPECT_TRUE(other.Ask({{"do", "picture"}}).contains("picture"));
     int received = 0;
     try {

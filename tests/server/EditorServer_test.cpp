@@ -159,7 +159,7 @@ TEST(EditorServer, RandomEditsOfTwoPagesEndWithWhatBothShow)
     if (std::getenv("MOX_RANDOM_EDITS")) { // too few edits to measure otherwise
         EXPECT_LT(ResidentBytes(), bytesAtHalf + laterEdits * mostBytesPerEdit + allocatorBytes);
     }
-    for (Window& window : windows) { // this answer follows all notices
+    for (Window& window : windows) { // this reply follows all notices
         window.Send({{"do", "copy"}, {"ids", Json::array()}});
         window.TakeAll();
     }

@@ -79,7 +79,7 @@ public:
     /// Receives the next message and its binary data.
     Mox::Host::Json Receive(std::string* bytes = nullptr);
 
-    /// @returns the answer; notices before it are dropped
+    /// @returns the reply; notices before it are dropped
     Mox::Host::Json Ask(const Mox::Host::Json& message, std::string* bytes = nullptr);
 
     /// Waits until the server closes the connection.

@@ -18,7 +18,7 @@ ShaderNodeHandle FunctionOf(const ShaderType& type)
     return builder.Build(ShaderLevel::Automatic, "f");
 }
 
-/// Parses a type from its formatted form, with its rows after "@" where they are not part of it.
+/// Parses a type from its formatted form; its rows follow after "@" if that form omits them.
 ShaderType ReadType(const std::string& text)
 {
     const std::size_t mark = text.find_first_of("[@");

@@ -17,6 +17,6 @@ bool HasBrowser();
 
 /// Sends a request to a headless browser with software rendering. The page is
 /// tests/languages/browser/draw.html, which describes the request, or "index.html" of a folder.
-/// @returns one answer per run
-/// @throws std::runtime_error if it does not answer
+/// @returns one result per run
+/// @throws std::runtime_error if it does not respond
 nlohmann::json AskBrowser(const nlohmann::json& request, const std::filesystem::path& page = {});

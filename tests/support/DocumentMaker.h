@@ -7,7 +7,7 @@
 #include <vector>
 
 /// Makes random documents that follow the schema but no other rule: parts of the sample document,
-/// with wild strings, whose nodes and edges have no meaning.
+/// with arbitrary strings, whose nodes and edges have no meaning.
 class DocumentMaker
 {
 public:

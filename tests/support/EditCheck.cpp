@@ -65,7 +65,7 @@ public:
 
     const ChangeHistory& History() const { return _history; }
 
-    /// All that the graph is; nodes and edges must agree.
+    /// Describes the complete graph; its nodes must agree with its edges.
     std::string Text() const
     {
         ClaimEqual(FindDisagreement(_graph), "", "nodes agree with the edges");
@@ -120,16 +120,16 @@ private:
     GraphResolver _resolver;
 };
 
-/// What CheckEdits looks at after an edit. The whole graph as text takes far longer than the edit,
-/// so most edits are looked at together with later ones.
+/// What CheckEdits checks after an edit. Describing the whole graph takes far longer than the edit,
+/// so most edits are checked together with later ones.
 enum class Look
 {
     Undoing,
-    Redoing, ///< and undoing before
+    Redoing, ///< after undoing
     Document
 };
 
-constexpr std::size_t looks = 8; ///< those that stand for nothing included
+constexpr std::size_t looks = 8; ///< including numbers after which nothing is checked
 
 /// @param before the graph before the last change
 void CheckUndo(EditedGraph& edited, const std::string& before, bool isRedone)

@@ -14,7 +14,7 @@ using Mox::Materials::GuiPropertyKind;
 
 namespace {
 
-/// Some are valid for one type, some for another, some for none.
+/// Property settings, each valid for some node types or for none.
 const std::vector<DocumentProperty>& Settings()
 {
     static const MaterialDocument settings = MaterialFromText(R"(

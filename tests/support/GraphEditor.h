@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-/// Makes up changes of a graph, valid and invalid ones, from choices that the caller supplies.
+/// Generates valid and invalid changes of a graph from choices that the caller supplies.
 class GraphEditor
 {
 public:

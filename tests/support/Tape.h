@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-/// An in-memory answer of the decoding program, for writing and reading.
+/// An in-memory response of the decoding program, for writing and reading.
 class Tape
 {
 public:

@@ -38,7 +38,7 @@ public:
     LoadedMesh ReadMesh(const std::string& name, std::string_view bytes) override
     {
         if (bytes != "triangle")
-            throw HostError({}, "this is no triangle");
+            throw HostError({}, "this is not a triangle");
         return {name, 3, 3, {{"position", 3}}, {0, 0, 1}, std::vector<std::uint8_t>(48, 7)};
     }
 };

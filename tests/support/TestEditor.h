@@ -9,8 +9,8 @@
 #include <string>
 
 /// The plug-ins and the environment of the build tree, Cg as the only target, and a painter that
-/// paints every pixel in one colour, as in the only texture, "grey". The node "slow" takes 200
-/// milliseconds, and "faulty" has a fault.
+/// fills images with a single colour. The only texture, "grey", is filled with the same colour.
+/// Drawing the node "slow" takes 200 milliseconds, and drawing "faulty" throws std::logic_error.
 const Mox::Host::EditorServices& TestEditorServices();
 
 /// The document that another process would restore if the process that edits it were killed now.

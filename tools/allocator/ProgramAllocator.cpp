@@ -1,4 +1,4 @@
-// How a program allocates that links mimalloc.
+// The allocator of a program that links mimalloc.
 
 #include <cstddef>
 #include <cstdlib>
@@ -10,16 +10,17 @@
 
 namespace {
 
-/// Memory that one material has freed is for the next one. Giving it back to the system and
-/// fetching it again takes a fifth of the time of large materials. The environment may say
-/// otherwise.
+/// Keeps memory that one material has freed for the next one. Returning it to the system and
+/// requesting it again takes a fifth of the time for large materials. Environment variables of
+/// mimalloc take precedence.
 [[maybe_unused]] const bool keepsMemory = [] {
     mi_option_set_enabled_default(mi_option_allow_decommit, false);
     return true;
 }();
 
-/// Where not even the exception finds memory, or nothing catches it yet, as before main, the
-/// runtime calls this instead of ending the program as if by a fault of its own.
+/// The terminate handler. It is called if there is no memory for the exception itself, or if
+/// nothing catches the exception, as before main. The default handler would abort, which looks like
+/// a crash.
 [[noreturn]] void EndWithoutMemory()
 {
     constexpr std::string_view message = "there is not enough memory\n";
@@ -38,8 +39,9 @@ void* OrThrow(void* block)
 
 } // namespace
 
-// mimalloc brings operators of its own. It is C, though, and its new ends the program when memory
-// runs out, where these throw. They stand in the program, which comes before any library.
+// mimalloc provides operators too, but it is compiled as C, so its operator new ends the program
+// when memory runs out instead of throwing an exception. Operators that the program defines take
+// precedence over those of libraries.
 
 void* operator new(std::size_t size)
 {

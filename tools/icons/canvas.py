@@ -1,8 +1,8 @@
-"""Shapes and a small canvas to paint them on.
+"""Shapes and a small canvas on which they are painted.
 
-A shape is a function from a point to its signed distance from the outline, negative inside. That
-one number gives smooth edges, soft shadows and bevels alike. Only operations that IEEE arithmetic
-rounds exactly are used, so a picture comes out the same to the last bit on every machine.
+A shape is a function from a point to its signed distance from the outline, which is negative
+inside. The distance is used for smooth edges, soft shadows and bevels. Only operations that IEEE
+arithmetic rounds exactly are used, so an image is identical on every machine.
 """
 
 from math import sqrt
@@ -11,7 +11,7 @@ SIZE = 32
 
 
 def colour(text):
-    """(red, green, blue) of "#RRGGBB"."""
+    """Parses "#RRGGBB" and returns (red, green, blue)."""
     return tuple(int(text[i : i + 2], 16) for i in (1, 3, 5))
 
 
@@ -71,7 +71,7 @@ def curve(start, pull, other_pull, end, width):
 
 
 def polygon(points):
-    """The inside of a closed outline, corners in any order round it."""
+    """The inside of a closed outline with these corners, in either direction."""
     outline = line(points + points[:1], 0)
     edges = list(zip(points, points[1:] + points[:1]))
 
@@ -111,7 +111,7 @@ def down(top_colour, bottom_colour, top, bottom):
 
 
 def ball(base, cx, cy, radius):
-    """A paint that rounds a disc, lit from the upper left."""
+    """A paint that makes a disc look like a ball, lit from the upper left."""
     light, dark = mix(base, (255, 255, 255), 0.65), mix(base, (0, 0, 0), 0.35)
     spot = disc(cx - radius * 0.35, cy - radius * 0.4, 0)
 
@@ -123,7 +123,7 @@ def ball(base, cx, cy, radius):
 
 
 class Canvas:
-    """SIZE by SIZE pixels of which those outside the outline stay transparent."""
+    """SIZE by SIZE pixels; those outside the outline remain transparent."""
 
     def __init__(self, outline, base):
         self._pixels = {}
@@ -133,7 +133,7 @@ class Canvas:
                     self._pixels[column, row] = base
 
     def paint(self, shape, paint, opacity=1, blur=1):
-        """Lays a colour, or a function from a point to one, over the shape.
+        """Paints the shape with a colour, or with a function from a point to a colour.
 
         The edge fades over blur pixels, half of them outside.
         """
@@ -146,7 +146,7 @@ class Canvas:
                 self._pixels[column, row] = mix(below, above, min(cover, 1) * opacity)
 
     def rows(self):
-        """Rows of (red, green, blue) in whole numbers, None where transparent."""
+        """Returns rows of (red, green, blue) as integers, with None for transparent pixels."""
         return [[self._rounded(column, row) for column in range(SIZE)] for row in range(SIZE)]
 
     def _rounded(self, column, row):

@@ -37,7 +37,7 @@ def maths(base):
 
 
 def layer_blend(base):
-    """Two translucent discs, one over the other, on a flat tile: the few colours are theirs."""
+    """Two overlapping translucent discs; the tile is flat, because there are few colours."""
     canvas = tile(base, shade=0)
     back, front = disc(12, 12.5, 7.75), disc(19.5, 19, 7.75)
     canvas.paint(back, colour("#FFE45C"))
@@ -47,7 +47,7 @@ def layer_blend(base):
 
 
 def swizzle(base):
-    """A vector of three cells that comes apart into its components."""
+    """A vector of three cells that is split into its components."""
     canvas = tile(base)
     parts = list(zip((RED, GREEN, BLUE), (10.5, 16, 21.5), (6.5, 16, 25.5)))
     wires = [curve((8, a), (16, a), (15, b), (23, b), 1.8) for _, a, b in parts]
@@ -123,7 +123,7 @@ def texture(base):
 
 
 def animated_uv(base):
-    """A strip of film whose frame is a cell that moves over a grid."""
+    """A strip of film, with a cell of a grid as its frame."""
     canvas = tile(base)
     film = box(3, 5, 29, 27, 1.5)
     shadow(canvas, film, 0.5, 4, 1.6)
@@ -200,7 +200,7 @@ def vertex_colour(base):
     return canvas
 
 
-# Name, picture, base colour and number of colours with the transparent one.
+# Name, drawing function, base colour, and number of colours including transparent.
 ICONS = [
     ("CoreVertexColour", vertex_colour, "#FDCFFD", 443),
     ("CoreUv", uv, "#CFCFFC", 233),

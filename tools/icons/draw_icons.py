@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Draws the icons of all plug-ins. Usage: tools/icons/draw_icons.py [folder]
 
-The icons go into the folders of their plug-ins, and into the node files of the standard library, in
-this tree or in the one that folder names. The result is committed; the build does not draw.
+The icons are written to the folders of their plug-ins and to the node files of the standard library,
+in this tree or in the given folder. They are committed, and the build does not regenerate them.
 """
 
 import sys

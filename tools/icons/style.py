@@ -1,5 +1,5 @@
-"""What all icons share: a rounded tile, a light from the upper left, soft shadows to the lower
-right, arrows, and a few tones."""
+"""The style that all icons share: a rounded tile, light from the upper left, soft shadows to the
+lower right, arrows, and a few colours."""
 
 from math import sqrt
 

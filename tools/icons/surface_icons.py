@@ -21,7 +21,7 @@ INK = colour("#1F4E55")
 
 
 def surface(base):
-    """A ball, half in paint and half in a grid: a shape that gets its look."""
+    """A ball, one half painted and the other half a grid, for a shape that receives its look."""
     canvas = tile(base)
     whole = disc(16, 15.5, 10.5)
     shadow(canvas, whole, 0.5, 6, 2)
@@ -79,7 +79,7 @@ def time(base):
 
 
 def frame(base):
-    """Frames behind one another, the foremost with a play mark."""
+    """Three overlapping frames, the front one with a play symbol."""
     canvas = tile(base)
     for step, tone in enumerate((0.45, 0.25, 0)):
         left, top = 13 - 4 * step, 5 + 4 * step
@@ -107,7 +107,7 @@ def world_position(base):
 
 
 def world_normal(base):
-    """A bent surface and the arrow that stands on it."""
+    """A curved surface and an arrow perpendicular to it."""
     canvas = tile(base)
     hill = common(disc(16, 36, 18.5), box(3.5, 0, 28.5, 27.5, 2))
     up = arrow((16, 20.5), (16, 3.5), 2.8, 5.5)
@@ -121,7 +121,7 @@ def world_normal(base):
 
 
 def view_direction(base):
-    """An eye, and the arrow that runs to it."""
+    """An eye, and an arrow that points to it."""
     canvas = tile(base)
     eye = common(disc(18, 18.5, 12), disc(18, 2.5, 12))
     ray = arrow((6, 27.5), (15, 16.5), 2.6, 5)
@@ -155,7 +155,7 @@ def object_position(base):
 
 
 def on_a_hill(base, start, end, tone, bumps=()):
-    """A bent surface, with bumps, and an arrow."""
+    """A curved surface with bumps, and an arrow."""
     canvas = tile(base)
     hill = common(disc(16, 36, 18.5), box(3.5, 0, 28.5, 27.5, 2))
     for x, y, radius in bumps:
@@ -186,7 +186,7 @@ def bumped_normal(base):
 
 
 def eye_distance(base):
-    """An eye, a ruler's line and a wall."""
+    """An eye, a wall, and a dimension line between them."""
     canvas = tile(base)
     wall = box(24, 5, 28, 27, 1)
     path = union(arrow((15, 22), (6, 22), 2, 4), arrow((13, 22), (23, 22), 2, 4))
@@ -202,7 +202,7 @@ def eye_distance(base):
 
 
 def screen_uv(base):
-    """A screen with its two directions."""
+    """A screen with its two axes."""
     canvas = tile(base)
     screen = box(4, 6, 28, 24, 2)
     shadow(canvas, screen, 0.45, 5)
@@ -229,7 +229,7 @@ def face_sign(base):
 
 
 def light_direction(base):
-    """A lamp, and the arrow that runs to it."""
+    """A lamp, and an arrow that points to it."""
     canvas = tile(base)
     lamp = disc(22, 10, 5.2)
     ray = arrow((6, 27), (17, 15), 2.6, 5)
@@ -242,7 +242,7 @@ def light_direction(base):
     return canvas
 
 
-# Name, picture, base colour and number of colours with the transparent one.
+# Name, drawing function, base colour, and number of colours including transparent.
 ICONS = [
     ("Surface", surface, "#FFB24D", 240),
     ("SurfacePbr", physical_surface, "#FFB24D", 240),

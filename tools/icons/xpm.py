@@ -1,10 +1,10 @@
-"""Reduces a picture to a number of colours and writes it as an XPM table."""
+"""Reduces an image to a number of colours and writes it as an XPM table."""
 
 import heapq
 import re
 from collections import Counter
 
-# No quotation mark, backslash or question mark, since the table is C source as well.
+# No quotation mark, backslash or question mark, because the table is also C source.
 KEY_CHARACTERS = (
     " .+@#$%&*=-;>,!~^_:<|1234567890"
     "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
@@ -12,10 +12,10 @@ KEY_CHARACTERS = (
 
 
 def reduce_colours(rows, count, pinned):
-    """The rows with exactly count opaque colours, of which pinned is one.
+    """Returns the rows with exactly count opaque colours, one of which is pinned.
 
-    Replaces, again and again, the colour by another whose loss changes the picture least. Refuses
-    a picture that has too few colours, since more of them would show nothing.
+    Repeatedly replaces one colour by another, choosing the pair that changes the image least.
+    Raises ValueError if the image has too few colours.
     """
     weights = Counter(pixel for row in rows for pixel in row if pixel)
     if pinned not in weights:
@@ -54,19 +54,20 @@ def reduce_colours(rows, count, pinned):
 def write(file, name, rows, base):
     """Writes rows as the static table name."""
     lines = _lines(rows, base)
-    # Some readers look for the words "static char", so const has to come after them.
+    # Some readers look for the words "static char", so const must come after them.
     file.write_text(f"/* XPM */\nstatic char const* const {name}[] = {{\n{lines}\n}};\n", "ascii")
 
 
 def write_element(file, rows, base):
-    """Writes rows as the icon of a node file, in place of the one that it has."""
+    """Writes rows as the icon of a node file and replaces its previous icon."""
     text = re.sub(r"  <icon>.*?</icon>\n", "", file.read_text("utf-8"), flags=re.DOTALL)
     element = f"  <icon><![CDATA[\n{_lines(rows, base)}\n  ]]></icon>\n"
     file.write_text(text.replace("</node>", element + "</node>"), "utf-8")
 
 
 def _lines(rows, base):
-    """The strings of the table: transparent first, then base, then colours as they appear."""
+    """The strings of the table. Its colours are transparent, base, and then the others in order of
+    appearance."""
     colours = list(dict.fromkeys([None, base, *(pixel for row in rows for pixel in row)]))
     length = 1 if len(colours) <= len(KEY_CHARACTERS) else 2
     keys = {pixel: _key(index, length) for index, pixel in enumerate(colours)}

@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
-"""Fits the two functions by which environment/physical.cg knows how much a rough mirror reflects.
+"""Fits the two functions from which environment/physical.cg computes how much a rough mirror reflects.
 
 Usage: tools/lighting/fit_reflectance.py
 
-A surface of microscopic mirrors, distributed by GGX with Smith's shadowing of both directions, and with
-the reflectance f at normal incidence, reflects f*( E - B ) + B of an even light. E and B depend on the
-cosine c between normal and eye and on the roughness, of which a is the square. They are integrated
-numerically and approximated by polynomials in a and t = a/( a + c ), B with the factor ( 1 - c )^5.
-The script prints the coefficients as Cg and the largest errors. Run it by hand after changing the model.
+A surface of microscopic mirrors, with the GGX distribution, Smith's shadowing for both directions and
+the reflectance f at normal incidence, reflects f*( E - B ) + B of uniform light. E and B depend on the
+cosine c of the angle between normal and eye, and on the roughness, whose square is a. They are integrated
+numerically and approximated by polynomials in a and t = a/( a + c ), with the factor ( 1 - c )^5 for B.
+The script prints the coefficients as Cg, and the largest errors. Run it manually after changing the model.
 """
 
 from math import cos, pi, sin, sqrt
@@ -20,7 +20,7 @@ ROUNDS = 8
 
 
 def integrate(cosine, roughness):
-    """(E, B), by sampling the visible normals."""
+    """Returns (E, B), computed by sampling the visible normals."""
     alpha = roughness * roughness
     eye = (sqrt(1 - cosine * cosine), 0.0, cosine)
     length = sqrt((alpha * eye[0]) ** 2 + eye[2] ** 2)
@@ -53,7 +53,7 @@ def integrate(cosine, roughness):
 
 
 def solve(matrix, vector):
-    """The solution of a system of linear equations, by elimination."""
+    """Solves a system of linear equations by elimination."""
     size = len(vector)
     rows = [row[:] + [value] for row, value in zip(matrix, vector)]
     for i in range(size):
@@ -73,7 +73,10 @@ def terms(cosine, roughness):
 
 
 def fit(rows, values):
-    """Coefficients with a small largest error, by least squares whose weights follow the errors."""
+    """Returns coefficients with a small maximum error, and this error.
+
+    Repeats a least-squares fit with weights that follow the errors.
+    """
     size = len(rows[0])
     weights = [1.0] * len(rows)
     best, best_error = None, float("inf")
@@ -99,7 +102,7 @@ def fit(rows, values):
 
 
 def as_cg(coefficients):
-    """Rows are powers of t, columns of a."""
+    """Formats coefficients, whose rows are powers of t and whose columns are powers of a."""
     lines = []
     for i in range(0, len(coefficients), DEGREE + 1):
         numbers = ", ".join(f"{c:.4f}" for c in coefficients[i : i + DEGREE + 1])

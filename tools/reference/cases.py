@@ -3,10 +3,10 @@
 from dataclasses import dataclass, field
 from xml.sax.saxutils import quoteattr
 
-# The property whose choices make different functions of a type, where it is not the first enumeration.
+# The property that selects the function of a type, if it is not the first enumeration.
 FUNCTION_PROPERTY = {"CoreTexture": "Colour Type"}
 
-# Functions of one number, which are plotted. The others are shown over u and v.
+# Functions of one number, which are plotted. All others are shown over u and v.
 PLOTTED = {
     "CoreMaths": ["Invert", "Power", "Clamp", "Range", "Ceil", "Floor", "Frac", "Abs"],
     "MathsArithmetic": None,
@@ -14,7 +14,7 @@ PLOTTED = {
 }
 ON_SPHERE = {"Surface", "SurfacePbr", "VectorTransform", "CoreVertexColour"}
 SPHERE_FUNCTIONS = {"Cross Product", "Reflect", "Refract", "Cube", "Triplanar"}
-# Properties that show more than the defaults do, by type or function.
+# Property values that are more informative than the defaults, by type or function.
 IMAGE_SETTINGS = {
     "CoreConstant": {"Default Colour": "0.9 0.5 0.1"},
     "Tile": {"Default U": 3.0, "Default V": 2.0},
@@ -66,7 +66,7 @@ def cases_of(kind):
 
 
 class Material:
-    """A material document that is put together."""
+    """A material document that is built step by step."""
 
     def __init__(self, kinds):
         self._kinds = kinds
@@ -104,7 +104,7 @@ class Material:
         return self._uv, "read"
 
     def coordinate(self, axis, low=0.0, high=1.0):
-        """u (axis "x") or v, from low at the left or top to high."""
+        """Adds u (axis "x") or v, scaled from low at the left or top to high."""
         part = self.add("CoreSwizzle", {"Vector Type": "Uv"}, in_vec=self.uv())
         scaled = self.add("CoreMaths", {"Function": "Multiply", "Default Value 2": float(high - low)},
                           in_value1=(part, f"out_{axis}"))
@@ -146,7 +146,7 @@ def formula_material(case, kinds):
 
 
 def _feed(material, case, port):
-    """What feeds an input in an image, or None where its default says more."""
+    """Returns what feeds an input in an image, or None if its default is more informative."""
     name, value = port["name"], case.value
     type_name = case.kind["type"]
     if type_name in ("Surface", "SurfacePbr"):
@@ -224,7 +224,7 @@ def image_material(case, kinds):
 
 
 def _plot(material, case):
-    """Light below the curve of the function and dark above, from -3 to 3 both ways."""
+    """Light below the curve of the function and dark above, from -3 to 3 on both axes."""
     x, y = material.coordinate("x", -3, 3), material.coordinate("y", 3, -3)  # v grows downwards
     names = [port["name"] for port in case.inputs]
     first = "in_value1" if "in_value1" in names else names[0]

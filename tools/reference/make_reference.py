@@ -50,7 +50,7 @@ def code_of(function):
 
 
 def describe(case, graph):
-    """The formula of a case as lines for people or of Cg, and its stage, from its shader graph as text."""
+    """Returns the formula of a case, as lines of prose or Cg, and its stage, from the printed shader graph."""
     own = [match for match in FUNCTION.finditer(graph) if " out_" in match.group(3).partition("{")[0]]
     written = [name for how, name, _ in PARAMETER.findall(graph) if how == "interface"]
     if not case.outputs:

@@ -3,8 +3,8 @@
 
 Usage: tools/textures/draw_textures.py [folder]
 
-The textures go into examples/textures, or into the folder that is named. The result is committed;
-the build does not draw. All but the flag repeat without a seam; the sky does so to the sides.
+The textures are written to examples/textures, or to the given folder. They are committed, and the
+build does not regenerate them. All except the flag tile seamlessly; the sky tiles only horizontally.
 """
 
 import sys
@@ -14,18 +14,18 @@ from pathlib import Path
 import png
 from noise import Noise, mix, smooth
 
-# Tiles: columns, rows, and the width of a joint as a part of a tile.
+# Tiles: columns, rows, and the width of a joint as a fraction of a tile.
 COLUMNS, ROWS, JOINT = 8, 8, 0.06
 BEVEL = 0.10
-RELIEF = 0.055  # height of a tile as a part of its width
+RELIEF = 0.055  # height of a tile as a fraction of its width
 
-SUN = 0.48, 0.64, 0.6  # direction in the sky
+SUN = 0.48, 0.64, 0.6  # its direction in the sky
 
 FLAME_ROWS, FLAME_COLUMNS, FLAME_SIZE = 4, 8, 48
 
 
 def tile_at(u, v):
-    """(column, row, distance to the joint, as parts of a tile) at a point; v grows downwards."""
+    """Returns (column, row, distance to the joint) at a point, in tiles; v grows downwards."""
     row = int(v * ROWS) % ROWS
     x = u * COLUMNS + (0.5 if row % 2 else 0)
     column = int(x) % COLUMNS
@@ -48,7 +48,7 @@ def paint(u, v):
 
 
 def normal(u, v):
-    """Red to the right, green up, blue out of the image."""
+    """A normal: red points to the right, green up, and blue out of the image."""
     step = 1 / 512
     dx = (tile_height(u + step, v) - tile_height(u - step, v)) / (2 * step)
     dy = (tile_height(u, v - step) - tile_height(u, v + step)) / (2 * step)
@@ -78,20 +78,20 @@ def noise(u, v):
 
 
 def flame_heat(x, y, phase):
-    """Heat from 0 to 1 at x from -1 to 1 and y from 0 at the foot to 1; phase from 0 to 1 runs round."""
+    """Heat from 0 to 1 at x from -1 to 1 and y from 0 at the bottom to 1; phases 0 and 1 are the same."""
     field = Noise(31, 9)
-    # The noise rises by whole periods while the phase runs round once.
+    # The noise rises by whole periods while the phase goes from 0 to 1.
     turbulence = field.fractal(x * 0.25 + 0.5, (y * 0.5 - 2 * phase) % 1, 4, 4)
     sway = 0.35 * (field.fractal(0.3, (y * 0.4 - phase) % 1, 3, 2) - 0.5) * y
     width = 0.62 * max(1 - y, 0) ** 0.7 * (0.35 + 0.65 * smooth((y + 0.12) / 0.3))
     body = 1 - abs(x - sway) / max(width, 0.02)
     heat = min(max(body * 1.1 + (turbulence - 0.55) * (0.6 + 1.6 * y), 0), 1)
-    # Frames are black along their edges, so that neighbours do not shine through.
+    # Frames are black along their edges, so that neighbouring frames do not bleed into them.
     return heat * smooth((1 - y) * 4) * smooth(y / 0.1)
 
 
 def flame_colour(heat):
-    """From black through red and orange to a pale yellow."""
+    """A gradient from black through red and orange to pale yellow."""
     stops = ((0, 0, 0), (110, 14, 4), (226, 74, 8), (255, 164, 32), (255, 236, 150))
     place = heat * (len(stops) - 1)
     first = min(int(place), len(stops) - 2)
@@ -108,7 +108,7 @@ def flames(u, v):
 
 
 def flag(u, v):
-    """Waves under a sun that stands by the pole, which is on the left."""
+    """Waves under a sun near the pole, which is on the left."""
     sea = 0.66 + 0.045 * cos(6 * pi * u)
     second = sea + 0.13
     x, y = (u - 0.3) * 1.5, v - 0.34

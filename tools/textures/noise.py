@@ -1,4 +1,4 @@
-"""Noise that repeats over the unit square, and what goes with it."""
+"""Noise that repeats over the unit square, and functions used with it."""
 
 from functools import lru_cache
 
@@ -15,7 +15,7 @@ def smooth(t):
 
 @lru_cache(maxsize=None)
 def lattice(x, y, seed, salt):
-    """A number from 0 to 1 that looks random."""
+    """A pseudorandom number from 0 to 1."""
     n = (x * 374761393 + y * 668265263 + seed * 2246822519 + salt * 3266489917) & 0xFFFFFFFF
     n = ((n ^ (n >> 13)) * 1274126177) & 0xFFFFFFFF
     n = ((n ^ (n >> 16)) * 2246822519) & 0xFFFFFFFF
@@ -27,7 +27,7 @@ class Noise:
         self.seed, self.salt = seed, salt
 
     def value(self, u, v, cells):
-        """Smooth noise from 0 to 1 with so many cells along each side."""
+        """Smooth noise from 0 to 1 with the given number of cells along each side."""
         x, y = u * cells, v * cells
         left, top = int(x // 1), int(y // 1)
         fx, fy = smooth(x - left), smooth(y - top)
@@ -40,7 +40,7 @@ class Noise:
         return upper + (lower - upper) * fy
 
     def fractal(self, u, v, cells, octaves):
-        """Octaves of noise, each twice as fine and half as strong as the one before."""
+        """A weighted mean of octaves, each twice as fine and half as strong as the previous one."""
         total, weight = 0.0, 0.0
         for octave in range(octaves):
             strength = 0.5**octave

@@ -1,11 +1,11 @@
-"""Writes PNG files: with a palette where 256 colours do, else with three bytes for each pixel."""
+"""Writes PNG files: with a palette if 256 colours suffice, otherwise with three bytes per pixel."""
 
 import struct
 import zlib
 
 
 def filtered(rows, width):
-    """The rows, each with the filter that leaves the smallest numbers."""
+    """Yields the rows, each with the filter that gives the smallest numbers."""
     above = bytes(len(rows[0]))
     for row in rows:
         left = bytes(width) + row[:-width]
@@ -32,14 +32,14 @@ def chunk(kind, data):
 
 
 def write(path, pixels):
-    """pixels: rows of (red, green, blue) from 0 to 255."""
+    """Writes pixels, which are rows of (red, green, blue) from 0 to 255."""
     palette = sorted({pixel for row in pixels for pixel in row})
     is_indexed = len(palette) <= 256
     header = struct.pack(">IIBBBBB", len(pixels[0]), len(pixels), 8, 3 if is_indexed else 2, 0, 0, 0)
     data = b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header)
     if is_indexed:
         index = {colour: i for i, colour in enumerate(palette)}
-        # Differences of indices mean nothing, so rows stay as they are.
+        # Differences between palette indices have no meaning, so rows are not filtered.
         rows = (b"\0" + bytes(index[pixel] for pixel in row) for row in pixels)
         data += chunk(b"PLTE", bytes(c for colour in palette for c in colour))
     else:

@@ -24,8 +24,8 @@ const samples = 4;
 const streamWords: Readonly<Record<string, string>> = {
     uv: 'texture coordinates',
     colour: 'vertex colours',
-    tangent: 'tangents, which are computed from texture coordinates',
-    binormal: 'binormals, which are computed from texture coordinates',
+    tangent: 'tangents (computed from texture coordinates)',
+    binormal: 'binormals (computed from texture coordinates)',
 };
 
 const screenVertex = `#version 300 es

@@ -1,9 +1,9 @@
-// MaterialX documents with one standard node each, whose inputs vary over the surface: for each signature that the
-// standard libraries have of a node.
+// MaterialX documents with one standard node each, for each signature of a node in the standard libraries. The inputs
+// vary over the surface.
 
 const components = { float: 1, integer: 1, boolean: 1, vector2: 2, vector3: 3, vector4: 4, color3: 3, color4: 4 };
 
-/** Where inputs lie, when not from -1.5 to 2.5: by node, then by input; "" stands for all its inputs. */
+/** Ranges of inputs that differ from -1.5 to 2.5, by node and input; "" is the range of all other inputs of a node. */
 const positive = [0.1, 3];
 const unit = [0.05, 0.95];
 const low = [-0.8, 0.2];
@@ -25,7 +25,7 @@ const ranges = {
   gltf_image: { scale: positive, rotate: [-90, 200] }, gltf_colorimage: { scale: positive, rotate: [-90, 200] },
 };
 
-/** Inputs whose value chooses what the node does; each entry is a case of its own. */
+/** Inputs whose values select what the node does; each entry is a separate case. */
 const choices = {
   invert: [{}, { amount: '1' }],
   power: [{}, { in2: '2' }],
@@ -45,11 +45,11 @@ const choices = {
 };
 
 /**
- * What is left out. The generator does not find the name of a property that "UsdPrimvarReader" reads, writes a program for
- * "geompropvalue" that no browser takes, and one for the four components of "UsdUVTexture" likewise; it turns view directions
- * to object space as if they were normals, and gives colours with alpha an alpha of 1 on the way from and to HSV, where
- * MaterialX defines that it is kept. A component that is not there has no meaning, and two strengths of a normal map have no
- * counterpart.
+ * Whether a case is omitted. The generator does not find the name of the property that "UsdPrimvarReader" reads, and its
+ * programs for "geompropvalue" and for the four components of "UsdUVTexture" are refused by all browsers. It transforms
+ * view directions to object space as if they were normals, and sets the alpha of colours to 1 when it converts them from
+ * and to HSV, although MaterialX defines that alpha is kept. A component that does not exist has no meaning, and two
+ * strengths of a normal map have no counterpart.
  */
 function isLeftOut(definition, output, given) {
   const category = definition.getNodeString();
@@ -62,7 +62,7 @@ function isLeftOut(definition, output, given) {
     /hsv|colorcorrect/.test(category) && typeOf('in') === 'color4';
 }
 
-/** Nodes whose truth values vary; elsewhere they choose what the node does. */
+/** Nodes whose booleans vary; those of other nodes select what the node does. */
 const logic = ['and', 'or', 'xor', 'not', 'ifequal'];
 
 const text = (name, type, value) => `<input name="${name}" type="${type}" value="${value}"/>`;
@@ -80,9 +80,9 @@ class Writer {
     return name;
   }
 
-  /** A number that goes from one end to the other over the surface, each time in another direction. */
+  /** Adds a number that varies linearly over the surface, each time in a different direction. */
   number([from, to]) {
-    const angle = 0.7 + 2.4 * this.count; // which is close to no simple fraction of a circle
+    const angle = 0.7 + 2.4 * this.count; // not close to any simple fraction of a circle
     const [x, y] = [Math.cos(angle), Math.sin(angle)];
     const length = (to - from) / (Math.abs(x) + Math.abs(y));
     const start = from - Math.min(x, 0) * length - Math.min(y, 0) * length;
@@ -103,7 +103,7 @@ class Writer {
     return this.add(`combine${components[type]}`, type, ...parts);
   }
 
-  /** An output as the colour that is drawn. */
+  /** Converts an output to the colour that is drawn. */
   show(node, type, output) {
     const input = link('in', type, node, output);
     if (type === 'color3')
@@ -136,7 +136,7 @@ function writeCase(definition, output, given, isWhole) {
     const name = input.getName();
     const type = input.getType();
     if (name in given) {
-      const isNumber = components[type] > 1 && !given[name].includes(','); // which stands for all components
+      const isNumber = components[type] > 1 && !given[name].includes(','); // one number for all components
       inputs.push(text(name, type, isNumber ? Array(components[type]).fill(given[name]).join(', ') : given[name]));
     } else if (type === 'filename') {
       inputs.push(text(name, type, 'picture.png'));
@@ -154,14 +154,15 @@ function writeCase(definition, output, given, isWhole) {
 }
 
 /**
- * The cases for some nodes: name, category, text, and whether it is of the first signature of its node. All inputs vary; for
- * that signature there is a case in which only the first one does beside defaults.
- * @param library of MaterialX
+ * Makes the cases for some nodes, each with a name, a category, a document as text, and whether it is for the first
+ * signature of its node. All inputs vary; for the first signature, in a second case only the first input varies and the
+ * others have their default values.
+ * @param library standard libraries of MaterialX
  * @param categories names of nodes
  */
 export function makeCases(library, categories) {
   const cases = [];
-  const known = new Set(); // nodes with their choices
+  const known = new Set(); // categories with the numbers of their choices
   for (const definition of library.getNodeDefs()) {
     const category = definition.getNodeString();
     const outputs = definition.getActiveOutputs();

@@ -1,8 +1,9 @@
-// Compares what nodes of MaterialX compute with what becomes of them here: documents with one node each are drawn by
-// programs of MaterialX's own generator and by those of `mox export`, and so are the documents that come back from
-// `mox convert`. All are drawn in one browser.
-// Usage: node compare.mjs MOX [WORD], to take only nodes with names that match WORD, a regular expression. With --quick
-// each node has only its first signature. Ends with 77 if there is no browser, or MaterialX's package cannot be installed.
+// Compares the results of MaterialX's nodes with those of their counterparts here. Documents with one node each are
+// drawn with programs of MaterialX's own generator and with those of `mox export`; the documents that `mox convert`
+// writes back are drawn as well. The same browser draws all of them.
+// Usage: node compare.mjs MOX [WORD] [--quick]. WORD is a regular expression that selects cases by name. With --quick,
+// only the first signature of each node is compared. Exits with 77 if there is no browser, or if MaterialX's package
+// cannot be installed.
 
 import { execFile, spawnSync } from 'node:child_process';
 import fs from 'node:fs';
@@ -19,7 +20,7 @@ const here = fileURLToPath(new URL('.', import.meta.url));
 const root = path.join(here, '../../..');
 const [mox, word = ''] = process.argv.slice(2).filter((word) => word !== '--quick');
 const isQuick = process.argv.includes('--quick');
-const bound = 1e-4; // of the larger number, and at least of 1
+const bound = 1e-4; // relative to the larger number, or absolute for numbers below 1
 const run = promisify(execFile);
 
 async function loadPeer() {
@@ -38,7 +39,7 @@ async function loadPeer() {
   return (await import('../../../bench/peers/generator.mjs')).loadGenerator();
 }
 
-/** The nodes of the table that have something of the same meaning here. */
+/** The nodes of the table that have a counterpart here. */
 function categoriesOf(table) {
   const categories = [];
   for (const [, names, alternatives] of table.matchAll(/<node name="([^"]+)"[^>]*>(.*?)<\/node>/gs)) {
@@ -49,9 +50,9 @@ function categoriesOf(table) {
 }
 
 const { mx, generator, context, library } = await loadPeer();
-context.getOptions().hwImplicitBitangents = false; // the mesh has its own
+context.getOptions().hwImplicitBitangents = false; // the mesh contains bitangents
 
-/** The names of streams and uniforms in the programs of the generator. */
+/** Streams and uniforms by their names in the generator's programs. */
 const peerStreams = {
   i_position: 'position', i_normal: 'normal', i_tangent: 'tangent', i_bitangent: 'binormal', i_texcoord_0: 'uv0',
   i_texcoord_1: 'uv1', i_color_0: 'colour0', i_geomprop_stain: 'stain',
@@ -61,13 +62,13 @@ const peerUniforms = {
   u_worldInverseMatrix: worldInverse, u_worldTransposeMatrix: worldTranspose, u_viewPosition: eye, u_frame: [frame], u_time: [time],
 };
 
-/** Numbers of a value; some of the generator's own uniforms have none. */
+/** The numbers of a value, or 0 for uniforms of the generator that have no value. */
 const numbersOf = (value) =>
   (value?.getValueString() ?? '0').split(',').map((word) => word === 'true' ? 1 : Number(word) || 0);
 
-/** The output of a node graph that the shader reads as its light; a constant becomes one. */
+/** The output that the shader reads as its emission. Adds a node graph if the emission is constant. */
 async function findOutput(document, text) {
-  const name = /<nodegraph name="([^"]*)"/.exec(text)?.[1]; // those of the library are in the document too
+  const name = /<nodegraph name="([^"]*)"/.exec(text)?.[1]; // the document also contains node graphs of the library
   if (name)
     return document.getNodeGraph(name).getOutputs()[0];
   const value = /name="emission_color" type="color3" value="([^"]*)"/.exec(text)?.[1] ?? '0, 0, 0';
@@ -117,7 +118,7 @@ const values = {
   world, worldInverseTranspose, worldViewProjection, eyePosition: eye, time: [time], frame: [frame],
 };
 
-/** The values of the material's own inputs. */
+/** Reads the values of the material's bindings. */
 async function readBindings(file) {
   const { stdout } = await run(mox, ['bindings', file]);
   return Object.fromEntries([...stdout.matchAll(/stream="float" tag="(\w+)".*? default="([^"]*)"/g)]
@@ -142,7 +143,7 @@ async function makeOwnProgram(base) {
   };
 }
 
-/** The largest difference between two drawings, as a part of the numbers; infinite where only one has a number. */
+/** The largest difference between two images, measured like bound; infinite if a pixel is NaN. */
 function differ(one, other) {
   let most = 0;
   for (const [i, a] of one.entries()) {
@@ -163,7 +164,7 @@ const table = fs.readFileSync(path.join(root, 'mox/interchange/standard_nodes.xm
 const cases = [...makeCases(library, categoriesOf(table)), ...makeDocuments(table)]
   .filter(({ name, isFirst }) => name.match(word) && (isFirst || !isQuick));
 
-/** Of MaterialX one of our documents is made, and from it MaterialX again. */
+/** Converts MaterialX documents to our format, and all documents to MaterialX. */
 async function convertCases(part) {
   for (const { name, document, text } of part) {
     fs.writeFileSync(at(`${name}.${document ? 'xml' : 'mtlx'}`), document ?? text);
@@ -176,7 +177,7 @@ await Promise.all([0, 1].map((part) => convertCases(cases.filter((_, i) => i % 2
 await run(mox, ['export', ...cases.map(({ name }) => at(`${name}.xml`)), '-o', folder, '--target', 'essl', '--quiet',
   '--environment', path.join(root, 'environment/unlit')], { maxBuffer: 1 << 26 });
 
-/** What the browser draws of programs, some at a time, as it has to answer within minutes. */
+/** Draws programs in the browser. It must respond within minutes, so they are drawn in batches. */
 async function draw(programs) {
   const answers = [];
   for (let begin = 0; begin < programs.length; begin += 100) {
@@ -189,7 +190,7 @@ async function draw(programs) {
   return answers;
 }
 
-const programs = new Map(); // by what they are, as what comes back is often the same
+const programs = new Map(); // numbers by content; a converted document often yields the same program
 const numbered = [];
 function addProgram(program) {
   const key = JSON.stringify(program);

@@ -1,6 +1,6 @@
-// Material documents with one node each, of the types and settings that are written as several nodes of MaterialX.
+// Material documents with one node each, with the types and settings that are written as several MaterialX nodes.
 
-/** The ports whose number of components is not 3. */
+/** Component counts of the ports whose count is not 3. */
 const counts = [
   [/^in_uv$/, 2],
   [/^in_(amount|u|v|angle|centre[uv]|power|scale|min|facing|blend|width|height)$/, 1],
@@ -8,7 +8,7 @@ const counts = [
 const countOf = (type, port) =>
   type === 'ColourRamp' && port === 'in_value' ? 1 : counts.find(([name]) => name.test(port))?.[1] ?? 3;
 
-/** Where inputs lie, when not from 0.05 to 0.95. */
+/** Ranges of inputs that differ from 0.05 to 0.95, by the settings of the node. */
 const ranges = {
   'Reciprocal': [0.3, 2], 'Inverse Square Root': [0.3, 2], 'Exponent 2': [-2, 2], 'Logarithm 2': [0.3, 3],
   'Truncate': [-2.5, 2.5], 'Negate': [-2, 2], 'Arc Tangent': [-3, 3], 'Step': [-1, 1], 'Hue': [0.1, 0.9],
@@ -39,7 +39,7 @@ class Writer {
     return { tail, tailPort: 'out_value' };
   }
 
-  /** A number that goes from one end to the other over the surface, each time in another direction. */
+  /** Adds a number that varies linearly over the surface, each time in a different direction. */
   number([from, to]) {
     this.axes ??= this.node('CoreSwizzle', { 'Vector Type': 'Uv' },
       { in_vec: { tail: this.node('CoreUv', { Name: 'uv0' }), tailPort: 'read' } });
@@ -75,7 +75,7 @@ const outputs = {
 };
 
 /**
- * A case for each formula of the table for a type of node, but for those that only come near.
+ * Makes a case for each formula that the table has for a type of node, except for approximations.
  * @param table standard_nodes.xml
  */
 export function makeDocuments(table) {

@@ -1,5 +1,5 @@
-// Opens a page in a headless Chromium with software rendering; request and answer are files. The
-// page is draw.html, or index.html of a folder whose other files the page may fetch.
+// Opens a page in a headless Chromium with software rendering. The request and the response are
+// files. The page is draw.html, or index.html in a folder whose other files the page may fetch.
 // Usage: node draw.js REQUEST ANSWER [FOLDER]
 
 const fs = require('fs');

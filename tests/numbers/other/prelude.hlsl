@@ -1,7 +1,7 @@
-// What Cg has and the HLSL front end lacks. It stands before each program; MOX_VERTEX is defined
-// for the vertex stage.
+// Defines the parts of Cg that the HLSL front end lacks. It is prepended to each program.
+// MOX_VERTEX is defined for the vertex stage.
 
-// Types. A fixed number may have more precision than its name says, as half may.
+// Types. A fixed number may be more precise than its name implies, like a half.
 
 #define fixed half
 #define fixed1 half1
@@ -18,7 +18,7 @@
 #define COLOR2 SV_Target2
 #define COLOR3 SV_Target3
 
-// Texture reads. Outside the fragment stage there are no derivatives and the finest level is read.
+// Texture reads. Outside the fragment stage there are no derivatives, so the finest level is read.
 
 #ifdef MOX_VERTEX
 half4 MoxRead1D( sampler1D s, float c ) { return tex1Dlod( s, float4( c, 0, 0, 0 ) ); }
@@ -88,7 +88,7 @@ half4 MoxReadCUBE( samplerCUBE s, float3 c ) { return texCUBE( s, c ); }
 #define x3texCUBE( s, c ) MoxReadCUBE( s, c ).xyz
 #define x4texCUBE( s, c ) MoxReadCUBE( s, c )
 
-// Words that the front end keeps for itself and Cg leaves to programs.
+// Words that the front end reserves and Cg does not.
 
 #define BlendState MoxWord_BlendState
 #define Buffer MoxWord_Buffer
