@@ -25,16 +25,16 @@ using Mox::Materials::Compose;
 
 namespace {
 
-constexpr std::uint32_t size = 384;
+constexpr std::uint32_t side = 384;
 constexpr std::size_t channels = 3;
 constexpr std::size_t bytesPerPixel = 4;
 
 /// Of 255. Each of the preview's samples, and their mean, is rounded to a byte, and devices may
 /// filter textures with weights of eight bits.
-constexpr int bound = 3;
+constexpr int rangeLimit = 3;
 
 /// Of 255: the mean difference of a picture.
-constexpr double meanBound = 1.0;
+constexpr double meanLimit = 1.0;
 
 struct LanguagePreview
 {
@@ -89,7 +89,7 @@ Json DescribeTexture(const DrawTexture& texture, const SamplerSlot& slot, const 
 /// @param draw without programs
 Json DescribeDraw(const DrawCall& draw, const CompiledProgram& program)
 {
-    Json request{{"width", size}, {"height", size}, {"indices", draw.Indices}};
+    Json request{{"width", side}, {"height", side}, {"indices", draw.Indices}};
     for (const DrawStream& stream : draw.Streams)
         request["streams"].push_back({{"location", stream.Location},
                                       {"components", stream.Components},
@@ -171,7 +171,7 @@ public:
 private:
     float At(std::size_t x, std::size_t y, std::size_t channel) const
     {
-        return _values[bytesPerPixel * ((size - 1 - y) * size + x) + channel];
+        return _values[bytesPerPixel * ((side - 1 - y) * side + x) + channel];
     }
 
     std::vector<float> _values;
@@ -179,7 +179,7 @@ private:
 
 /// Compares each pixel of a preview that lies inside the browser's picture with that pixel and its
 /// eight neighbours. The preview takes several samples per pixel, and triangles meet within pixels,
-/// but the result cannot be outside the range of the neighbours by more than the bound.
+/// but the result cannot be outside the range of the neighbours by more than the limit.
 void Compare(const BrowserPicture& browser, const Picture& preview)
 {
     std::size_t compared = 0;
@@ -187,8 +187,8 @@ void Compare(const BrowserPicture& browser, const Picture& preview)
     double sum = 0.0;
     int worst = 0;
     std::string where;
-    for (std::size_t y = 1; y + 1 < size; ++y) {
-        for (std::size_t x = 1; x + 1 < size; ++x) {
+    for (std::size_t y = 1; y + 1 < side; ++y) {
+        for (std::size_t x = 1; x + 1 < side; ++x) {
             bool isInside = true;
             for (std::size_t i = 0; i < 9; ++i)
                 isInside = isInside && browser.IsDrawn(x + i % 3 - 1, y + i / 3 - 1);
@@ -196,7 +196,7 @@ void Compare(const BrowserPicture& browser, const Picture& preview)
                 continue;
             ++compared;
             for (std::size_t channel = 0; channel < channels; ++channel) {
-                const int value = preview.Pixels[bytesPerPixel * (y * size + x) + channel];
+                const int value = preview.Pixels[bytesPerPixel * (y * side + x) + channel];
                 const int there = browser.ByteAt(x, y, channel);
                 int least = there;
                 int most = there;
@@ -207,7 +207,7 @@ void Compare(const BrowserPicture& browser, const Picture& preview)
                 }
                 sum += std::abs(value - there);
                 const int distance = std::max(least - value, value - most);
-                outside += distance > bound ? 1 : 0;
+                outside += distance > rangeLimit ? 1 : 0;
                 if (distance > worst) {
                     worst = distance;
                     where = Compose("channel ", channel, " at ", x, ", ", y, ": ", value,
@@ -220,9 +220,9 @@ void Compare(const BrowserPicture& browser, const Picture& preview)
     const double mean = sum / static_cast<double>(channels * std::max<std::size_t>(compared, 1));
     testing::Test::RecordProperty("worst", worst);
     testing::Test::RecordProperty("mean", Compose(mean));
-    EXPECT_GT(compared, size * size / 4);
+    EXPECT_GT(compared, side * side / 4);
     EXPECT_EQ(outside, 0u) << "of " << channels * compared << " values; " << where;
-    EXPECT_LE(mean, meanBound);
+    EXPECT_LE(mean, meanLimit);
 }
 
 class LanguagePicturesTest : public DeviceTest<LanguagePreview>
@@ -240,7 +240,7 @@ TEST_F(LanguagePicturesTest, OfEveryExample)
         const Json request = MakeRequest(file, mesh, Get().Files);
         const Json answers = AskBrowser(request);
         PreviewOptions options;
-        options.Width = options.Height = size;
+        options.Width = options.Height = side;
         ProblemList problems;
         const Picture preview =
             Get().Drawer.RenderMaterial(ReadMaterialDocument(file), mesh, options, problems);
