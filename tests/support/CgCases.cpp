@@ -492,7 +492,7 @@ std::vector<CgCases> MakeCgCases(const std::function<bool(const std::string&)>& 
         AddMatrix(cases, "half", rowCount, columnCount);
     }
     static const std::regex undefined(R"(sampler|\( inf \)|\( 0 \)[^]*/in_value2)");
-    std::set<std::string> known = NodeFunctions();
+    const std::set<std::string> known = NodeFunctions();
     for (const std::string& function : known) {
         if (!std::regex_search(function, undefined))
             cases.Add(function);
