@@ -7,6 +7,7 @@
 #include "mox/targets/Reflection.h"
 #include "tests/compile/Recheck.h"
 #include "tests/compile/SampleProgram.h"
+#include "tests/compile/WgslFaults.h"
 #include "tests/support/Browser.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/CgCases.h"
@@ -14,6 +15,7 @@
 #include "tests/support/Golden.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/MaterialText.h"
+#include "tests/support/NodeModes.h"
 #include "tests/support/RandomMaterial.h"
 #include "tests/support/Session.h"
 
@@ -175,6 +177,36 @@ TEST(ProgramCompiler, EveryExample)
     }
 }
 
+/// Every node type in its first mode, or in all modes if the environment variable MOX_EVERY_MODE is
+/// set.
+std::vector<NodeMode> ModesToTest()
+{
+    std::vector<NodeMode> modes = ModesOfEveryNode();
+    std::set<std::string> types;
+    if (!std::getenv("MOX_EVERY_MODE"))
+        std::erase_if(modes, [&](const NodeMode& mode) { return !types.insert(mode.Type).second; });
+    return modes;
+}
+
+TEST(ProgramCompiler, WgslOfEveryExampleAndEveryNodeKeepsToTheBaseLanguage)
+{
+    std::vector<std::pair<std::string, MaterialDocument>> materials;
+    for (const std::filesystem::path& file : ExampleDocuments())
+        materials.emplace_back(file, ReadMaterialDocument(file));
+    for (NodeMode& mode : ModesToTest())
+        materials.emplace_back(mode.Name, std::move(mode.Material));
+    for (const auto& [name, document] : materials) {
+        SCOPED_TRACE(name);
+        ProblemList problems;
+        const CompiledProgram result =
+            Translate(BuildMaterial(document, problems), {CompileTarget::Wgsl},
+                      Mox::Languages::Precision::Full, {}, "test.xml", problems);
+        EXPECT_FALSE(problems.HasErrors()) << FormatProblems(problems);
+        for (const TargetProgram& program : result.Programs)
+            EXPECT_EQ(FindWgslFaults(program.Bytes), std::vector<std::string>()) << program.Bytes;
+    }
+}
+
 class BrowserPrograms : public testing::Test
 {
 protected:
@@ -184,27 +216,29 @@ protected:
             GTEST_SKIP() << "no browser was found";
     }
 
-    void Add(const CgProgram& program)
+    /// @param name for messages
+    void Add(const std::string& name, const CgProgram& program)
     {
         ProblemList problems;
         const std::vector<TargetProgram> texts =
             Translate(program, {CompileTarget::Essl, CompileTarget::Wgsl},
                       Mox::Languages::Precision::Full, {}, "test.xml", problems)
                 .Programs;
-        ASSERT_FALSE(problems.HasErrors()) << FormatProblems(problems);
+        ASSERT_FALSE(problems.HasErrors()) << name << "\n" << FormatProblems(problems);
         for (std::size_t i = 0; i < texts.size(); i += 2) {
+            _names.push_back(Compose(name, ", ", GetTargetName(texts[i].Target)));
             _request["runs"].push_back({{"language", GetTargetName(texts[i].Target)},
                                         {"vertex", texts[i].Bytes},
                                         {"fragment", texts[i + 1].Bytes}});
         }
     }
 
-    void Add(const MaterialDocument& document)
+    void Add(const std::string& name, const MaterialDocument& document)
     {
         ProblemList problems;
         const CgProgram program = BuildMaterial(document, problems);
-        ASSERT_FALSE(problems.HasErrors()) << FormatProblems(problems);
-        Add(program);
+        ASSERT_FALSE(problems.HasErrors()) << name << "\n" << FormatProblems(problems);
+        Add(name, program);
     }
 
     void ExpectAccepted()
@@ -217,33 +251,37 @@ protected:
         ASSERT_EQ(answers.size(), runs.size());
         EXPECT_TRUE(answers.back().contains("error"));
         for (std::size_t i = 0; i + 1 < runs.size(); ++i)
-            EXPECT_FALSE(answers[i].contains("error")) << answers[i] << "\n"
-                                                       << runs[i]["fragment"].get<std::string>();
+            EXPECT_FALSE(answers[i].contains("error"))
+                << _names[i] << ": " << answers[i] << "\n"
+                << runs[i]["vertex"].get<std::string>() << runs[i]["fragment"].get<std::string>();
     }
 
 private:
+    std::vector<std::string> _names; ///< of the runs
     nlohmann::json _request;
 };
 
 TEST_F(BrowserPrograms, OfEveryExample)
 {
     for (const std::filesystem::path& file : ExampleDocuments())
-        Add(ReadMaterialDocument(file));
+        Add(file, ReadMaterialDocument(file));
     ExpectAccepted();
 }
 
 TEST_F(BrowserPrograms, OfEveryNodeAndOfAThousand)
 {
+    for (const NodeMode& mode : ModesToTest())
+        Add(mode.Name, mode.Material);
     for (const std::string& function : NodeFunctions()) {
         if (function.find("float( inf )") == std::string::npos)
-            Add(WrapFunction(function));
+            Add(function.substr(0, function.find('\n')), WrapFunction(function));
     }
     std::string chain = "node0 CoreConstant; Name=start\nsurface Surface\n";
     for (int i = 1; i <= 1000; ++i) {
         chain += Compose("node", i, " CoreMaths; Function=Multiply; Default Value 2=0.5\nnode",
                          i - 1, i == 1 ? ".read" : ".out_value", " -> node", i, ".in_value1\n");
     }
-    Add(MaterialFromText(chain + "node1000.out_value -> surface.in_colour\n"));
+    Add("chain", MaterialFromText(chain + "node1000.out_value -> surface.in_colour\n"));
     ExpectAccepted();
 }
 

@@ -36,8 +36,17 @@ std::string Write(const std::string& code, bool isVertex, Language language)
 /// Each implementation approximates angles differently; Vulkan requires an error below 2^-11.
 float BoundOf(const std::string& name)
 {
-    static const std::regex angle("sin|cos|tan");
+    static const std::regex angle(R"((sin|cos|tan)[h2]?\()");
     return std::regex_search(name, angle) ? 5e-4f : 1e-5f;
+}
+
+/// The first lines of the names, which name the expressions.
+std::string ListTitles(const CgCases& cases)
+{
+    std::string titles;
+    for (const std::string& name : cases.Names)
+        titles += Compose(name.substr(0, name.find('\n')), "\n");
+    return titles;
 }
 
 /// The programs in Vulkan GLSL are the reference for all other languages.
@@ -59,7 +68,8 @@ protected:
             language == Language::Hlsl ? GlslangInput::Hlsl : GlslangInput::VulkanGlsl, isVertex);
     }
 
-    void Compare(const CgCases& cases, const std::vector<Numbers>& actual)
+    /// @param language for messages
+    void Compare(const CgCases& cases, const std::vector<Numbers>& actual, const char* language)
     {
         const std::vector<Numbers> expected = Draw(cases, Language::VulkanGlsl);
         for (std::size_t i = 0; i < cases.Names.size(); ++i) {
@@ -72,10 +82,10 @@ protected:
                     const bool isSame = (std::isnan(want) && std::isnan(is)) || want == is ||
                                         std::abs(want - is) <= bound * (1 + std::abs(want));
                     EXPECT_TRUE(isSame)
-                        << cases.Names[i] << "\ncase " << at << ", component " << component << ": "
-                        << is << " in place of " << want << "\n"
-                        << Show(_inputs[3 * at]) << "; " << Show(_inputs[3 * at + 1]) << "; "
-                        << Show(_inputs[3 * at + 2]);
+                        << language << ": component " << component << " is " << is
+                        << " in place of " << want << " for a = " << Show(_inputs[3 * at])
+                        << ", b = " << Show(_inputs[3 * at + 1])
+                        << ", c = " << Show(_inputs[3 * at + 2]) << " in " << cases.Names[i];
                     ++_compared;
                     if (!isSame)
                         at = CaseDrawer::Count - 1; // one message per expression is enough
@@ -124,19 +134,27 @@ TEST_F(LanguagesTest, TheOtherCompilerComputesTheSame)
 {
     for (const CgCases& cases : MakeCgCases(IsOldFault)) {
         // It treats half as float, so overloads for both would define the same function twice.
-        const std::string fragment =
+        std::string fragment =
             std::regex_replace(cases.Fragment, std::regex(R"(pick\( (\(?half))"), "pickHalf( $1");
-        // Its vertex program has no outputs for what the fragment stage does not read.
-        Compare(cases, Get().Draw(Compile(cases.Vertex, true, Language::VulkanGlsl),
-                                  CompileAsHlsl(fragment, Host::ProgramStage::Fragment),
-                                  cases.Names.size(), _inputs));
+        // The word is reserved in HLSL.
+        fragment = std::regex_replace(fragment, std::regex("\\bpoint\\b"), "where");
+        try {
+            // Its vertex program has no outputs for what the fragment stage does not read.
+            Compare(cases,
+                    Get().Draw(Compile(cases.Vertex, true, Language::VulkanGlsl),
+                               CompileAsHlsl(fragment, Host::ProgramStage::Fragment),
+                               cases.Names.size(), _inputs),
+                    "other compiler");
+        } catch (const std::runtime_error& error) {
+            ADD_FAILURE() << error.what() << "one of:\n" << ListTitles(cases);
+        }
     }
 }
 
 TEST_F(LanguagesTest, HlslComputesTheSame)
 {
     for (const CgCases& cases : _cases)
-        Compare(cases, Draw(cases, Language::Hlsl));
+        Compare(cases, Draw(cases, Language::Hlsl), "HLSL");
 }
 
 TEST_F(LanguagesTest, MslComputesTheSame)
@@ -149,7 +167,7 @@ TEST_F(LanguagesTest, MslComputesTheSame)
     }
     const std::vector<RunResult> results = RunMsl(programs, rows, _inputs);
     for (std::size_t i = 0; i < _cases.size(); ++i)
-        Compare(_cases[i], results[i].Pixels);
+        Compare(_cases[i], results[i].Pixels, "MSL");
 }
 
 TEST_F(LanguagesTest, BrowsersComputeTheSame)
@@ -168,9 +186,10 @@ TEST_F(LanguagesTest, BrowsersComputeTheSame)
     const std::vector<RunResult> results = DrawInBrowser(runs, rows, _inputs);
     ASSERT_EQ(results.size(), runs.size());
     for (std::size_t i = 0; i < results.size(); ++i) {
-        EXPECT_EQ(results[i].Error, "") << runs[i].Fragment;
+        EXPECT_EQ(results[i].Error, "") << runs[i].Language << ", one of:\n"
+                                        << ListTitles(_cases[i / 2]) << runs[i].Fragment;
         if (results[i].Error.empty())
-            Compare(_cases[i / 2], results[i].Pixels);
+            Compare(_cases[i / 2], results[i].Pixels, runs[i].Language);
     }
 }
 

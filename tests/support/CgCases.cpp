@@ -2,10 +2,12 @@
 
 #include "mox/Text.h"
 #include "mox/host/File.h"
+#include "tests/support/NodeModes.h"
 #include "tests/support/RandomBody.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <regex>
 
@@ -152,7 +154,67 @@ Pair swapped( Pair p ) { Pair q = p; q.one = p.two.x; q.two = p.one; return q; }
 float pick( half x ) { return x + 1; }
 float pick( float x ) { return x*2; }
 float pick( int x ) { return x*3; }
+float4 texel4( float at ) { return float4( at, 0.25, 0.5, 1 ); }
+float4 texel4( float2 at ) { return float4( at, 0.5, 1 ); }
+float4 texel4( float3 at ) { return float4( at, 1 ); }
+float4 texel4( float4 at ) { return at; }
+float3 texel3( float at ) { return texel4( at ).xyz; }
+float3 texel3( float2 at ) { return texel4( at ).xyz; }
+float3 texel3( float3 at ) { return at; }
 )";
+
+/// The inputs for which the functions of nodes and of the environment are compared.
+struct Domain
+{
+    const char* Functions; ///< pattern of their names; the first row that matches counts
+    const char* Input;     ///< Cg expression of an input "x"; null if they are not compared
+};
+
+constexpr const char* positive = "( abs( x ) + 0.25 )"; // from 1/4 to 17/4
+constexpr const char* inside = "( abs( x )/8 + 0.25 )"; // from 1/4 to 3/4
+
+constexpr Domain domains[] = {
+    // the root of a negative number
+    {"DXT5 Normal", nullptr},
+    // differences between neighbouring pixels, but each case is one pixel
+    {"NormalMaths.*From Height", nullptr},
+    // division by zero at 0 or 1
+    {"CoreLayerBlend.*(Colour Dodge|Colour Burn|Vivid Light)", inside},
+    // powers of negative numbers, and equal bounds of a range
+    {"^CoreMaths", positive},
+    {"ColourAdjust.*Gamma", positive},
+    // division by zero, and remainders of a quotient that is close to an integer
+    {"MathsArithmetic.*(Divide|Modulo|Reciprocal)", positive},
+    // zero and negative numbers
+    {"MathsArithmetic.*(Inverse Square Root|Logarithm)", positive},
+    // poles
+    {"MathsTrigonometry.*=Tangent", inside},
+    // the angle at the origin
+    {"MathsTrigonometry.*Arc Tangent 2", positive},
+    // directions of length zero, negative shares of light, and division by w
+    {"environment (physicalLight|coatedLight|pixelColour|screenUv)", inside},
+    {"", "x"},
+};
+
+const char* DomainOf(const std::string& name)
+{
+    return std::find_if(std::begin(domains), std::end(domains),
+                        [&](const Domain& domain) {
+                            return std::regex_search(name, std::regex(domain.Functions));
+                        })
+        ->Input;
+}
+
+/// Replaces texels by the coordinates that are read, because the cases have no textures.
+std::string WithoutTextures(std::string text)
+{
+    static const std::regex sampler(R"(\bsampler(1D|2D|3D|CUBE)\b)");
+    static const std::regex three(R"(\b[hf]3tex\w+\( \w+, )");
+    static const std::regex four(R"(\b([hf]4)?tex(1D|2D|3D|CUBE)\w*\( \w+, )");
+    text = std::regex_replace(text, sampler, "float");
+    text = std::regex_replace(text, three, "texel3( ");
+    return std::regex_replace(text, four, "texel4( ");
+}
 
 const char* const vertexCode =
     R"(void main( in float2 place : ATTR0, in float4 a : ATTR1, in float4 b : ATTR2,
@@ -221,7 +283,7 @@ public:
         _functions += std::regex_replace(function, head, Compose("void f", number, "("));
         std::string outputs, arguments, sum;
         std::size_t inputs = 0;
-        for (const auto& [isOut, type, name] : ParametersOf(function)) {
+        for (const auto& [isOut, type, name, length] : ParametersOf(function)) {
             arguments += arguments.empty() ? " " : ", ";
             if (!isOut) {
                 arguments += Compose("(", type, ")( abs( in_", std::string(1, "abc"[inputs++ % 3]),
@@ -238,6 +300,55 @@ public:
         EndCase();
     }
 
+    /// Adds a function with inputs from its domain.
+    void Add(const ModeFunction& function)
+    {
+        const char* const domain = DomainOf(function.Name);
+        const std::string text = WithoutTextures(function.Text);
+        std::string name = function.Name + "\n";
+        std::vector<std::string> code;
+        for (const std::string& piece : function.Code) {
+            code.push_back(WithoutTextures(piece));
+            name += code.back();
+        }
+        name += text;
+        if (!domain || _isExcluded(name))
+            return;
+        for (const std::string& piece : code) {
+            if (_code.find(piece) == std::string::npos)
+                _code += piece + "\n";
+        }
+        const std::string number = std::to_string(_current.Names.size());
+        _current.Names.push_back(name);
+        _functions +=
+            std::regex_replace(text, std::regex(R"(^void \w+\()"), Compose("void f", number, "("),
+                               std::regex_constants::format_first_only);
+        std::string locals, arguments, sum;
+        std::size_t inputs = 0;
+        for (const auto& [isOut, type, parameter, length] : ParametersOf(text)) {
+            arguments += arguments.empty() ? " " : ", ";
+            if (isOut) {
+                locals += Compose("\t", type, " ", parameter, ";\n");
+                arguments += parameter;
+                sum += Compose(sum.empty() ? "" : " + ", "wide( ", parameter, " )");
+                continue;
+            }
+            if (length == 0) {
+                arguments += MakeInput(type, inputs++, domain);
+                continue;
+            }
+            locals += Compose("\t", type, " ", parameter, "[", length, "] = { ");
+            for (int i = 0; i < length; ++i)
+                locals += Compose(i > 0 ? ", " : "", MakeInput(type, inputs++, domain));
+            locals += " };\n";
+            arguments += parameter;
+        }
+        _functions +=
+            Compose("float4 e", number, "( float4 in_a, float4 in_b, float4 in_c )\n{\n", locals,
+                    "\tf", number, "(", arguments, " );\n\treturn ", sum, ";\n}\n");
+        EndCase();
+    }
+
     std::vector<CgCases> Take()
     {
         if (!_current.Names.empty())
@@ -246,6 +357,18 @@ public:
     }
 
 private:
+    /// @param index of the input: the first three are "in_a" to "in_c", and so on
+    static std::string MakeInput(const std::string& type, std::size_t index, const char* domain)
+    {
+        const auto vector = [&](std::size_t i) {
+            return ReplaceWord(domain, "x", Compose("in_", std::string(1, "abc"[i % 3])));
+        };
+        if (type != "float4x4")
+            return Compose("(", type, ")", vector(index));
+        return Compose("float4x4( ", vector(index), ", ", vector(index + 1), ", ",
+                       vector(index + 2), ", ", vector(index), ".wzyx )");
+    }
+
     void EndCase()
     {
         constexpr std::size_t most = 16;
@@ -261,9 +384,10 @@ private:
         for (std::size_t i = 0; i < _current.Names.size(); ++i)
             main += Compose("\tif( pk == ", i, " ) colour = e", i, "( pa, pb, pc );\n");
         _current.Vertex = vertexCode;
-        _current.Fragment = helpers + _types + _functions + main + "}\n";
+        _current.Fragment = helpers + _types + _code + _functions + main + "}\n";
         _cases.push_back(std::move(_current));
         _current = {};
+        _code.clear();
         _functions.clear();
         _types.clear();
     }
@@ -271,6 +395,7 @@ private:
     const std::function<bool(const std::string&)>& _isExcluded;
     std::vector<CgCases> _cases;
     CgCases _current;
+    std::string _code; ///< of the library and the environment
     std::string _functions;
     std::string _types;
 };
@@ -341,11 +466,12 @@ std::set<std::string> NodeFunctions()
 
 std::vector<CgParameter> ParametersOf(const std::string& function)
 {
-    static const std::regex pattern(R"((in|out) (\w+) (\w+))");
+    static const std::regex pattern(R"((in|out) (\w+) (\w+)(?:\[(\d+)\])?)");
     const std::string head = function.substr(0, function.find('\n'));
     std::vector<CgParameter> parameters;
     for (std::sregex_iterator it(head.begin(), head.end(), pattern), end; it != end; ++it)
-        parameters.push_back({(*it)[1] == "out", (*it)[2], (*it)[3]});
+        parameters.push_back(
+            {(*it)[1] == "out", (*it)[2], (*it)[3], (*it)[4].matched ? std::stoi((*it)[4]) : 0});
     return parameters;
 }
 
@@ -366,8 +492,15 @@ std::vector<CgCases> MakeCgCases(const std::function<bool(const std::string&)>& 
         AddMatrix(cases, "half", rowCount, columnCount);
     }
     static const std::regex undefined(R"(sampler|\( inf \)|\( 0 \)[^]*/in_value2)");
-    for (const std::string& function : NodeFunctions()) {
+    const std::set<std::string> known = NodeFunctions();
+    for (const std::string& function : known) {
         if (!std::regex_search(function, undefined))
+            cases.Add(function);
+    }
+    static const std::vector<ModeFunction> functionsOfModes = FunctionsOfEveryMode();
+    for (const ModeFunction& function : functionsOfModes) {
+        const bool readsTexture = function.Text.find("sampler") != std::string::npos;
+        if (readsTexture || !known.contains(function.Text))
             cases.Add(function);
     }
     constexpr std::uint32_t bodies = 12;

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "mox/document/MaterialDocument.h"
+
+#include <string>
+#include <vector>
+
+/// A node type in one of its modes.
+struct NodeMode
+{
+    std::string Type;
+    std::string Name;                     ///< for messages: the type with its settings
+    Mox::Host::MaterialDocument Material; ///< the node with edges at all its ports
+};
+
+/// All listed node types with every combination of choices and flags. Nodes with ports of any
+/// component count occur with one and with three components.
+std::vector<NodeMode> ModesOfEveryNode();
+
+/// A Cg function of a node or of the environment.
+struct ModeFunction
+{
+    std::string Name;              ///< for messages, in one line
+    std::vector<std::string> Code; ///< the code that the function calls, in order of definition
+    std::string Text;
+};
+
+/// The distinct functions of the materials of ModesOfEveryNode: those of the nodes, and those of
+/// the environment of the build tree.
+std::vector<ModeFunction> FunctionsOfEveryMode();
