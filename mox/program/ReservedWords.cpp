@@ -1,5 +1,7 @@
 #include "mox/program/ReservedWords.h"
 
+#include "mox/Identifier.h"
+
 #include <algorithm>
 #include <iterator>
 #include <set>
@@ -67,11 +69,6 @@ std::string_view WithoutDimensions(std::string_view name)
         dropDimension();
     }
     return name;
-}
-
-bool IsDigit(char c)
-{
-    return c >= '0' && c <= '9';
 }
 
 /// Whether a digit is a valid vector size.
