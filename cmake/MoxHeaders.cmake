@@ -79,7 +79,6 @@ mox_add_headers(mox_host
   host/PluginNode.h
   host/PluginSet.h
   host/Problem.h
-  host/ProblemRule.h
   host/Xpm.h
   interchange/ReadMaterial.h
   json/ChangeJson.h

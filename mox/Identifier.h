@@ -9,6 +9,11 @@ namespace Mox {
 /// Identifiers of C and all shading languages: an ASCII letter or underscore, followed by letters,
 /// digits and underscores. The character classes of <cctype> depend on the locale.
 
+constexpr bool IsDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
 constexpr bool IsIdentifierStart(char c)
 {
     return c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
@@ -16,7 +21,7 @@ constexpr bool IsIdentifierStart(char c)
 
 constexpr bool IsIdentifierPart(char c)
 {
-    return IsIdentifierStart(c) || (c >= '0' && c <= '9');
+    return IsIdentifierStart(c) || IsDigit(c);
 }
 
 /// Returns whether the whole string is one identifier. Reserved words are accepted.

@@ -1,5 +1,6 @@
 #include "mox/cg/Lexer.h"
 
+#include "mox/Identifier.h"
 #include "mox/Text.h"
 
 #include <algorithm>
@@ -9,21 +10,6 @@ namespace Mox::Cg {
 namespace {
 
 using Materials::Compose;
-
-bool IsDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-bool IsWordStart(char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
-bool IsWordPart(char c)
-{
-    return IsWordStart(c) || IsDigit(c);
-}
 
 bool IsOneOf(char c, std::string_view characters)
 {
@@ -64,10 +50,10 @@ Token Lexer::Next()
     if (_rest.empty())
         return token;
     std::size_t length = 1;
-    if (IsWordStart(_rest[0])) {
+    if (IsIdentifierStart(_rest[0])) {
         token.Kind = TokenKind::Word;
-        length = static_cast<std::size_t>(std::find_if_not(_rest.begin(), _rest.end(), IsWordPart) -
-                                          _rest.begin());
+        length = static_cast<std::size_t>(
+            std::find_if_not(_rest.begin(), _rest.end(), IsIdentifierPart) - _rest.begin());
     } else if (IsDigit(_rest[0]) || (_rest[0] == '.' && _rest.size() > 1 && IsDigit(_rest[1]))) {
         token.Kind = TokenKind::Number;
         length = NumberLength();
@@ -144,18 +130,19 @@ std::size_t Lexer::NumberLength() const
     const auto suffixEnd = [&](std::size_t i) {
         const bool isSuffix =
             peek(i) != '\0' && std::string_view("fFhHxX").find(peek(i)) != std::string_view::npos;
-        return isSuffix && !IsWordPart(peek(i + 1)) ? i + 1 : i;
+        return isSuffix && !IsIdentifierPart(peek(i + 1)) ? i + 1 : i;
     };
-    if (peek(0) == '0' && (peek(1) == 'x' || peek(1) == 'X') && IsWordPart(peek(2))) {
+    if (peek(0) == '0' && (peek(1) == 'x' || peek(1) == 'X') && IsIdentifierPart(peek(2))) {
         at = 2;
-        while (IsWordPart(peek(at)))
+        while (IsIdentifierPart(peek(at)))
             ++at;
         return at;
     }
     skipDigits();
     if (peek(at) == '.') {
         const std::size_t end = at + 1;
-        if (IsDigit(peek(end)) || !IsWordStart(peek(end)) || suffixEnd(exponentEnd(end)) > end) {
+        if (IsDigit(peek(end)) || !IsIdentifierStart(peek(end)) ||
+            suffixEnd(exponentEnd(end)) > end) {
             ++at;
             skipDigits();
         }

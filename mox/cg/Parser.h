@@ -37,11 +37,18 @@ private:
         bool IsUniform = false;
     };
 
+    static constexpr std::size_t mostParts = 256; ///< in a struct or a parameter list
+    static constexpr int longestArray = 1024;
+
     // Tokens
     bool Is(std::string_view symbol) const;
     bool Accept(std::string_view symbol);
     void Expect(std::string_view symbol);
     Token ExpectName(const char* what);
+
+    /// Whether a word cannot be used as a name.
+    static bool IsKeyword(std::string_view word);
+
     Token Take();
     [[noreturn]] void FailExpected(std::string_view what) const;
 

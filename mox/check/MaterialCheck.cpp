@@ -108,7 +108,7 @@ void WarnOfAwkwardNames(const MaterialGraph& graph, ProblemList& problems)
                           Compose("the name \"", binding.Tag(),
                                   "\" is not a valid Cg name; a valid name would be \"", safe,
                                   "\""));
-        } else if (IsReservedWord(binding.Tag(), ProgramLanguage::Cg)) {
+        } else if (IsReservedWord(binding.Tag())) {
             problems.Warn("name-reserved", node.Where,
                           Compose("the name \"", binding.Tag(),
                                   "\" is a reserved word in Cg; a valid name would be \"", safe,

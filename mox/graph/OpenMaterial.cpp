@@ -19,13 +19,6 @@ MaterialGraph LoadMaterial(MaterialDocument document, const PluginSet& plugins,
     return LoadMaterial(std::move(document), NodeMaker(plugins), problems);
 }
 
-MaterialGraph LoadMaterial(MaterialDocument document, const PluginSet& plugins)
-{
-    return WithoutErrors([&](ProblemList& problems) {
-        return LoadMaterial(std::move(document), plugins, problems);
-    });
-}
-
 MaterialGraph OpenMaterial(const std::filesystem::path& file, const PluginSet& plugins,
                            ProblemList& problems)
 {

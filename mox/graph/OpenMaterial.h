@@ -23,10 +23,6 @@ MaterialGraph LoadMaterial(MaterialDocument document, NodeMaker maker, ProblemLi
 MaterialGraph LoadMaterial(MaterialDocument document, const PluginSet& plugins,
                            ProblemList& problems);
 
-/// The same for callers that stop at the first error.
-/// @throws HostError with that error
-MaterialGraph LoadMaterial(MaterialDocument document, const PluginSet& plugins);
-
 /// Reads a material from a file, builds its authoring graph and resolves it.
 /// @param problems receives all problems; if there are errors, the graph lacks the items they name
 MaterialGraph OpenMaterial(const std::filesystem::path& file, const PluginSet& plugins,

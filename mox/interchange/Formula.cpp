@@ -1,10 +1,9 @@
 #include "mox/interchange/Formula.h"
 
+#include "mox/Identifier.h"
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
 #include "mox/host/HostError.h"
-
-#include <cctype>
 
 namespace Mox::Host {
 
@@ -45,7 +44,7 @@ private:
             return expression;
         }
         SkipSpaces();
-        if (_position < _text.size() && !IsLetter(_text[_position])) {
+        if (_position < _text.size() && !IsIdentifierStart(_text[_position])) {
             expression.Numbers.push_back(ParseNumber());
             return expression;
         }
@@ -67,8 +66,6 @@ private:
             Refuse();
         return *number;
     }
-
-    static bool IsLetter(char c) { return std::isalpha(static_cast<unsigned char>(c)) || c == '_'; }
 
     std::string Word()
     {

@@ -1,5 +1,6 @@
 #include "mox/interchange/MaterialBuilder.h"
 
+#include "mox/Identifier.h"
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
 #include "mox/host/HostError.h"
@@ -193,8 +194,7 @@ void MaterialBuilder::Set(DocumentNode& node, const std::string& property, GuiPr
 
 void MaterialBuilder::Set(DocumentNode& node, const std::string& property, const std::string& value)
 {
-    const bool isNumber =
-        IsNumber(value) && (std::isdigit(static_cast<unsigned char>(value.back())) != 0);
+    const bool isNumber = IsNumber(value) && IsDigit(value.back());
     GuiPropertyKind kind = GuiPropertyKind::Enum;
     if (value == "true" || value == "false")
         kind = GuiPropertyKind::Bool;

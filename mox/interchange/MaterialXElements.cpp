@@ -1,11 +1,11 @@
 #include "mox/interchange/MaterialXElements.h"
 
+#include "mox/Identifier.h"
 #include "mox/Text.h"
 #include "mox/host/HostError.h"
 #include "mox/interchange/InterchangeValue.h"
 
 #include <algorithm>
-#include <cctype>
 #include <functional>
 
 namespace Mox::Host {
@@ -102,10 +102,10 @@ std::string MakeName(std::unordered_map<std::string, int>& taken, const std::str
 {
     std::string name = wanted;
     for (char& c : name) {
-        if (std::isalnum(static_cast<unsigned char>(c)) == 0)
+        if (!IsIdentifierPart(c))
             c = '_';
     }
-    if (name.empty() || std::isdigit(static_cast<unsigned char>(name.front())) != 0)
+    if (!IsIdentifier(name))
         name = "_" + name;
     return MakeUnique(taken, name);
 }

@@ -79,14 +79,9 @@ protected:
 
     void PutMainHead(const Cg::Function&) override
     {
-        if (!_inputType.empty()) {
-            InputName = Names.Claim("input");
+        if (!Program.Inputs.empty())
             Parameters.insert(Parameters.begin(),
-                              Compose(_inputType, " ", InputName, " [[stage_in]]"));
-        }
-        for (const StageSlot& input : Program.Inputs)
-            SetMember(*input.Of, MemberName(input.Name),
-                      Compose(InputName, ".", MemberName(input.Name)));
+                              Compose(_inputType, " ", NameInputs(), " [[stage_in]]"));
         for (const StageSlot& sampler : Program.Samplers) {
             const auto [texture, state] = DeclareSampler(*sampler.Of, sampler.Name);
             Parameters.push_back(Compose(TypeName(sampler.Of->Of), " ", texture, " [[texture(",
@@ -236,15 +231,10 @@ protected:
 
     void PutSelect(const Expression& expression, Binding around) override
     {
-        if (expression.Operands[0]->Of.IsScalar()) {
+        if (expression.Operands[0]->Of.IsScalar())
+            Writer::PutSelect(expression, around);
+        else
             StructWriter::PutSelect(expression, around);
-            return;
-        }
-        Text += "select(";
-        for (const std::size_t i : {2, 1, 0}) {
-            Put(*expression.Operands[i], Binding::Assign);
-            Text += i > 0 ? ", " : ")";
-        }
     }
 
     std::string_view FunctionName(const Cg::Intrinsic& intrinsic) const override

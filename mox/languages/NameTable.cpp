@@ -1,5 +1,6 @@
 #include "mox/languages/NameTable.h"
 
+#include "mox/Identifier.h"
 #include "mox/Text.h"
 
 #include <algorithm>
@@ -31,7 +32,7 @@ std::string NameTable::Claim(std::string_view wanted)
         if (c != '_' || !name.ends_with('_'))
             name += c;
     }
-    if (name.empty() || name == "_" || (name[0] >= '0' && name[0] <= '9'))
+    if (name.empty() || name == "_" || IsDigit(name[0]))
         name.insert(0, "v");
     const auto addUnderscore = [&] {
         if (!name.ends_with('_'))

@@ -28,6 +28,16 @@ bool IsStored(const Cg::Variable& variable)
 
 } // namespace
 
+std::string StructWriter::NameInputs()
+{
+    const std::string parameter = Names.Claim("input");
+    for (const StageSlot& input : Program.Inputs) {
+        const std::string name = MemberName(input.Name);
+        SetMember(*input.Of, name, Compose(parameter, ".", name));
+    }
+    return parameter;
+}
+
 std::string StructWriter::OutputNames() const
 {
     std::string names;
@@ -151,6 +161,15 @@ void StructWriter::PutBinary(const Expression& expression, Binding around)
         PutByVectors(expression, Symbol(expression.Op), expression.Of.Columns);
     else
         Writer::PutBinary(expression, around);
+}
+
+void StructWriter::PutSelect(const Expression& expression, Binding)
+{
+    Text += "select(";
+    for (const std::size_t i : {2, 1, 0}) {
+        Put(*expression.Operands[i], Binding::Assign);
+        Text += i > 0 ? ", " : ")";
+    }
 }
 
 void StructWriter::PutConstruct(const Expression& expression)

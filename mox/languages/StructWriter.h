@@ -23,6 +23,7 @@ protected:
     void PutIndex(const Cg::Expression& expression) override;
     void PutArgument(const Cg::Variable& parameter, const Cg::Expression& argument) override;
     void PutBinary(const Cg::Expression& expression, Binding around) override;
+    void PutSelect(const Cg::Expression& expression, Binding around) override;
     void PutConstruct(const Cg::Expression& expression) override;
     void PutConvert(const Cg::Expression& expression, Binding around) override;
     bool ReturnsOutputs() const override { return !Program.Outputs.empty(); }
@@ -43,6 +44,10 @@ protected:
     /// @returns the name of the variable that it is read by
     std::string PutBlockStruct(const UniformBlock& block, std::string_view separator);
 
+    /// Names the parameter of the entry point that contains the inputs, and the inputs after it.
+    /// @returns the name of the parameter
+    std::string NameInputs();
+
     /// The names of the outputs, separated by commas.
     std::string OutputNames() const;
 
@@ -51,8 +56,6 @@ protected:
 
     /// Returns the source of an expression as a string.
     std::string TextOf(const Cg::Expression& expression);
-
-    std::string InputName; ///< name of the parameter of the entry point that contains the inputs
 
 private:
     void PutStoredElement(const Cg::Type& element, const std::string& member,

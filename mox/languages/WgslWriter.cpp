@@ -93,15 +93,10 @@ protected:
     void PutMainHead(const Cg::Function&) override
     {
         Text += Compose(Program.IsVertex ? "@vertex" : "@fragment", "\nfn ", EntryPoint(), "(");
-        if (!_inputType.empty()) {
-            InputName = Names.Claim("input");
-            Text += Compose(InputName, ": ", _inputType);
-        }
+        if (!Program.Inputs.empty())
+            Text += Compose(NameInputs(), ": ", _inputType);
         Text += _outputType.empty() ? std::string(")") : Compose(") -> ", _outputType);
         Text += " {\n";
-        for (const StageSlot& input : Program.Inputs)
-            SetMember(*input.Of, MemberName(input.Name),
-                      Compose(InputName, ".", MemberName(input.Name)));
         for (const StageSlot& output : Program.Outputs) {
             Text += "\tvar ";
             PutDeclarator(output.Of->Of, Declare(*output.Of, output.Name));
@@ -177,13 +172,8 @@ protected:
         const bool isFixed = declaration.Value && !variable.IsAssigned;
         Text += isFixed ? "let " : "var ";
         // The value is written before the variable is declared, since it cannot refer to it.
-        std::string value;
-        if (declaration.Value) {
-            const std::size_t begin = Text.size();
-            Put(*declaration.Value, Binding::Assign);
-            value = " = " + Text.substr(begin);
-            Text.resize(begin);
-        }
+        const std::string value =
+            declaration.Value ? " = " + TextOf(*declaration.Value) : std::string();
         PutDeclarator(variable.Of, Declare(variable, variable.Name));
         Text += value;
     }
@@ -342,15 +332,6 @@ protected:
                      Binding::Assign, around);
         else
             StructWriter::PutBinary(expression, around);
-    }
-
-    void PutSelect(const Expression& expression, Binding) override
-    {
-        Text += "select(";
-        for (const std::size_t i : {2, 1, 0}) {
-            Put(*expression.Operands[i], Binding::Assign);
-            Text += i > 0 ? ", " : ")";
-        }
     }
 
     std::string_view FunctionName(const Cg::Intrinsic& intrinsic) const override

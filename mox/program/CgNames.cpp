@@ -31,7 +31,7 @@ std::string ReplaceBadCharacters(const std::string& text)
 std::string ToSafeCgName(const std::string& text)
 {
     std::string name = IsIdentifier(text) ? text : ReplaceBadCharacters(text);
-    if (IsReservedWord(name, ProgramLanguage::Cg))
+    if (IsReservedWord(name))
         name += '_';
     return name;
 }

@@ -3,10 +3,11 @@
 #include "mox/Text.h"
 #include "mox/program/CgNames.h"
 #include "mox/program/CrossingLayout.h"
-#include "mox/program/ProgramText.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <map>
+#include <string_view>
 #include <tuple>
 #include <utility>
 
@@ -85,6 +86,56 @@ std::vector<CrossingLine> SortPieces(const ProgramPlan& plan)
     });
     return lines;
 }
+
+/// Collects the lines of a program together with the node that each line comes from.
+class ProgramText
+{
+public:
+    /// Appends whole lines; adds a newline at the end if it is missing.
+    /// @param node id of the node that they come from, if any
+    void Append(std::string_view lines, const std::string& node = "")
+    {
+        _program.Lines.insert(_program.Lines.end(), AppendText(lines), {node});
+    }
+
+    /// Appends the body of a node's function in braces.
+    void AppendBody(std::string_view lines, const std::string& node)
+    {
+        Append("{\n");
+        const std::size_t count = AppendText(lines);
+        for (std::size_t line = 1; line <= count; ++line)
+            _program.Lines.push_back({node, line});
+        _program.Lines.insert(_program.Lines.end(), AppendText("}\n"), {node, count});
+    }
+
+    /// Appends an empty line, unless the text is empty or ends with one.
+    void Separate()
+    {
+        if (!_program.Text.empty() && !_program.Text.ends_with("\n\n"))
+            Append("\n");
+    }
+
+    /// Marks the start of the entry point.
+    void BeginMain() { _program.MainBegin = _program.Text.size(); }
+
+    StageProgram Take() { return std::move(_program); }
+
+private:
+    /// @returns the number of lines appended
+    std::size_t AppendText(std::string_view lines)
+    {
+        if (lines.empty())
+            return 0;
+        _program.Text += lines;
+        const auto count = static_cast<std::size_t>(std::count(lines.begin(), lines.end(), '\n'));
+        if (lines.back() == '\n')
+            return count;
+        _program.Text += '\n';
+        return count + 1;
+    }
+
+    StageProgram _program;
+};
 
 /// Writes the source of one stage: parameters, functions, and the entry point that calls them.
 class StageWriter

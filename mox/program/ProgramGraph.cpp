@@ -2,9 +2,9 @@
 
 #include "mox/Text.h"
 #include "mox/cg/Type.h"
-#include "mox/program/FunctionSet.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <string>
 #include <tuple>
@@ -68,6 +68,47 @@ bool IsPassedAs(const ShaderType& value, const ShaderType& parameter)
     return Cg::FindBuiltInType(value.Format(), from) &&
            Cg::FindBuiltInType(parameter.Format(), to) && Cg::Converts(from, to);
 }
+
+bool HaveSamePorts(const std::vector<ShaderPort>& a, const std::vector<ShaderPort>& b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const ShaderPort& left, const ShaderPort& right) {
+                          return left.Name == right.Name && left.Type == right.Type;
+                      });
+}
+
+/// Merges functions with equal name, parameters and body into one definition. Their levels may
+/// differ.
+class FunctionSet
+{
+public:
+    /// Returns the first function passed to this set that equals the given one.
+    /// @param function must outlive the set
+    const ShaderNode& DefinitionOf(const ShaderNode& function)
+    {
+        return **_definitions.insert(&function).first;
+    }
+
+private:
+    struct Hash
+    {
+        std::size_t operator()(const ShaderNode* function) const
+        {
+            return std::hash<std::string>()(function->Code);
+        }
+    };
+
+    struct Same
+    {
+        bool operator()(const ShaderNode* a, const ShaderNode* b) const
+        {
+            return a->Code == b->Code && a->Name == b->Name &&
+                   HaveSamePorts(a->Inputs, b->Inputs) && HaveSamePorts(a->Outputs, b->Outputs);
+        }
+    };
+
+    std::unordered_set<const ShaderNode*, Hash, Same> _definitions;
+};
 
 /// Collects the nodes of the program, starting from its outputs.
 class Collector

@@ -1,5 +1,6 @@
 #include "plugins/core/CoreConstantNode.h"
 
+#include "mox/ShaderError.h"
 #include "mox/Text.h"
 #include "mox/bindings/Binding.h"
 #include "mox/bindings/Material.h"
@@ -26,7 +27,7 @@ std::uint32_t BindingCount(const GuiProperty& property)
 {
     const std::int32_t count = property.GetInt();
     if (count < 1)
-        return static_cast<std::uint32_t>(GetVectorCount(property)); // throws
+        throw ShaderError("component count must be between 2 and 4");
     return static_cast<std::uint32_t>(count);
 }
 

@@ -160,7 +160,7 @@ TEST(ProgramCompiler, ErrorsNameTheNode)
 
 CgProgram BuildMaterial(const MaterialDocument& document, ProblemList& problems)
 {
-    MaterialGraph graph = LoadMaterial(document, TestPlugins());
+    MaterialGraph graph = LoadMaterial(document, TestPlugins(), problems);
     ResolveGraph(graph, problems);
     return BuildMaterialProgram(graph, TestEnvironment(), {}, problems);
 }

@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$1"
 
-table=mox/host/ProblemRule.h
+table=mox/host/Problem.h
 rules=$(sed -n '/problemRules\[\]/,/};/p' $table | grep -oE '"[a-z-]+"' | tr -d '"' | sort)
 explained=$(grep -E '^\| `' docs/checks.md | cut -d'|' -f2 | grep -oE '`[a-z-]+`' | tr -d '`' | sort)
 diff <(echo "$rules") <(echo "$explained")

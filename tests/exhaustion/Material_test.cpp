@@ -124,7 +124,9 @@ TEST(MaterialExhaustion, EnvironmentIsReadWholeOrNotAtAll)
 
 TEST(MaterialExhaustion, BindingsAreWrittenAndReadWholeOrNotAtAll)
 {
-    const auto graph = Host::LoadMaterial(Host::ReadMaterialDocument(example), TestPlugins());
+    Host::ProblemList problems;
+    const auto graph =
+        Host::LoadMaterial(Host::ReadMaterialDocument(example), TestPlugins(), problems);
     const auto bindings = Host::CreateBindings(graph);
     ExpectResult([&] { return Host::FormatBindings(Host::CreateBindings(graph)); });
     ExpectNoFalseResult([&] { return Host::FormatBindings(bindings); });

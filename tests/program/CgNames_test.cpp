@@ -14,7 +14,7 @@ TEST(CgNames, EveryTextBecomesALegalName)
     ExpectSession("program/names.txt", [](const std::string& text) {
         const std::string name = ToSafeCgName(text);
         EXPECT_TRUE(ShaderNode::IsValidCgName(name));
-        EXPECT_FALSE(IsReservedWord(name, ProgramLanguage::Cg));
+        EXPECT_FALSE(IsReservedWord(name));
         return name + "\n";
     });
     EXPECT_EQ(ToSafeCgName(""), "_");

@@ -24,7 +24,7 @@ namespace {
 CgProgram Build(const MaterialDocument& document, ProblemList& problems,
                 const ProgramOptions& options = {})
 {
-    MaterialGraph graph = LoadMaterial(document, TestPlugins());
+    MaterialGraph graph = LoadMaterial(document, TestPlugins(), problems);
     ResolveGraph(graph, problems);
     return BuildMaterialProgram(graph, TestEnvironment(), options, problems);
 }
@@ -172,7 +172,8 @@ TEST(MaterialProgram, WhatTheEnvironmentLacksIsToldOnce)
 
 TEST(MaterialProgram, OfAChangedGraphNeedsItResolved)
 {
-    MaterialGraph graph = LoadMaterial(MaterialFromText(tinted), TestPlugins());
+    ProblemList loading;
+    MaterialGraph graph = LoadMaterial(MaterialFromText(tinted), TestPlugins(), loading);
     const auto build = [&](bool isResolved) {
         ProblemList problems;
         if (isResolved)
