@@ -135,8 +135,8 @@ Json MakeRequest(const std::filesystem::path& file, const Mesh& mesh, FileDecode
     const PreviewBindings bindings(graph);
     constexpr std::uint32_t largest = 4096;
     TextureLoader textures(files, file.parent_path(), {largest, largest}, problems);
-    DrawCall draw =
-        BuildDraw(program, {mesh, &bindings, &textures, {{"lightPanorama", panorama}}}, problems);
+    DrawCall draw = BuildDraw(
+        program, {mesh, &bindings, &textures, {{"lightPanorama", panorama}}, {}}, problems);
     draw.Uniforms = FillUniforms(program, &bindings, scene, problems);
     problems.ThrowFirstError();
     return DescribeDraw(draw, program);
