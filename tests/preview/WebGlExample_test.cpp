@@ -86,8 +86,8 @@ TEST_F(WebGlExampleTest, DrawsWhatPreviewsDraw)
             Get().Drawer.RenderMaterial(ReadMaterialDocument(file), mesh, options, problems);
         problems.ThrowFirstError();
 
-        // The example encodes colours twice. The mip levels of its textures average encoded colours,
-        // whereas those of previews average linear light.
+        // The example encodes colours twice. The mip levels of its textures average encoded
+        // colours, whereas those of previews average linear light.
         ExpectSamePicture(pixels.get<std::vector<std::uint8_t>>(), picture, {6, 2.0});
     }
 }
