@@ -1,4 +1,4 @@
-// Babylon.js node materials: from their JSON source to GLSL source, with its NullEngine, which draws nothing.
+// Compiles Babylon.js node materials from JSON to GLSL with Babylon's NullEngine, which renders nothing.
 
 import { makeShape, valueOf, report } from './shapes.mjs';
 import {

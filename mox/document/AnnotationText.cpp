@@ -20,7 +20,7 @@ bool HasOnly(std::string_view text, std::string_view characters)
     return text.find_first_not_of(characters) == std::string_view::npos;
 }
 
-/// Returns whether a string is an integer from 0 to the farthest coordinate.
+/// Returns whether a string is an integer from 0 to the largest coordinate.
 bool IsDistance(std::string_view text)
 {
     return text == farthestText ||

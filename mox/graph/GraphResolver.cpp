@@ -37,7 +37,7 @@ void ForgetPrecisions(std::vector<GuiPort>& ports)
 class GraphResolver::Agenda
 {
 public:
-    /// @param isForward from tails to heads
+    /// @param isForward whether nodes are processed from tails to heads
     Agenda(const MaterialGraph& graph, bool isForward)
         : _order(graph.Order()), _isForward(isForward), _isWaiting(graph.Nodes().IndexEnd())
     {}

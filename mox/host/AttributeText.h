@@ -12,7 +12,7 @@ namespace Mox::Host {
 /// Removes spaces, tabs and line breaks from both ends of a string.
 std::string_view TrimSpaces(std::string_view text);
 
-/// A named item that, if there are values, must have one of them.
+/// Requires an item with this name and, if Values is not empty, one of these values for it.
 struct Condition
 {
     std::string Name;

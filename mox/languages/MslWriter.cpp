@@ -232,9 +232,9 @@ protected:
     void PutSelect(const Expression& expression, Binding around) override
     {
         if (expression.Operands[0]->Of.IsScalar())
-            Writer::PutSelect(expression, around);
-        else
             StructWriter::PutSelect(expression, around);
+        else
+            PutSelectCall(expression);
     }
 
     std::string_view FunctionName(const Cg::Intrinsic& intrinsic) const override

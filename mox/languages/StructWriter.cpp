@@ -163,7 +163,7 @@ void StructWriter::PutBinary(const Expression& expression, Binding around)
         Writer::PutBinary(expression, around);
 }
 
-void StructWriter::PutSelect(const Expression& expression, Binding)
+void StructWriter::PutSelectCall(const Expression& expression)
 {
     Text += "select(";
     for (const std::size_t i : {2, 1, 0}) {

@@ -23,10 +23,12 @@ protected:
     void PutIndex(const Cg::Expression& expression) override;
     void PutArgument(const Cg::Variable& parameter, const Cg::Expression& argument) override;
     void PutBinary(const Cg::Expression& expression, Binding around) override;
-    void PutSelect(const Cg::Expression& expression, Binding around) override;
     void PutConstruct(const Cg::Expression& expression) override;
     void PutConvert(const Cg::Expression& expression, Binding around) override;
     bool ReturnsOutputs() const override { return !Program.Outputs.empty(); }
+
+    /// Writes a conditional expression as a call of select.
+    void PutSelectCall(const Cg::Expression& expression);
 
     /// Formats a member of a block, with the type in which it is stored.
     virtual std::string StoredMember(const Cg::Type& type, const std::string& name) const = 0;

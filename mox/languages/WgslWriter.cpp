@@ -219,6 +219,8 @@ protected:
         StructWriter::PutName(variable);
     }
 
+    void PutSelect(const Expression& expression, Binding) override { PutSelectCall(expression); }
+
     void PutSelected(const Expression& expression) override
     {
         if (expression.Kind == ExpressionKind::Name && IsPointer(*expression.Refers))

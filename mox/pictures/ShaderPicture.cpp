@@ -103,8 +103,8 @@ private:
                        ", tooltip=", QuoteTooltip(TooltipOf(node, mark)), "]\n");
     }
 
-    /// Returns the mark of a node. Problems without a node do not belong to nodes of the
-    /// environment.
+    /// Returns the mark of a node. Nodes of the environment have no mark, even if there are
+    /// problems that name no node.
     ProblemMark MarkOf(const ShaderNode& node) const
     {
         const std::string& origin = _shader.Origins.Of(node).Node;

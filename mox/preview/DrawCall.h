@@ -33,7 +33,7 @@ struct DrawTexture
 /// The contents of a uniform block.
 struct DrawUniforms
 {
-    std::uint32_t Set = 0; ///< index of the set, where its binding is blockBinding
+    std::uint32_t Set = 0; ///< index of the descriptor set; the binding in it is blockBinding
     std::vector<std::byte> Bytes;
 };
 

@@ -413,10 +413,9 @@ void BindOpening(py::module_& module)
                 return Material::Parse(self.shared_from_this(), text, file);
             },
             "text"_a, py::kw_only(), "file"_a = "<text>", WithoutLock(),
-            "Creates a material from the source of an XML document, which is a string, or bytes in "
-            "UTF-8. file is the name that messages use for the source. The material has no file "
-            "until save_as() is called.\n\nA MaterialX document is converted, without the files "
-            "that it includes.")
+            "Creates a material from an XML document, given as a string or as UTF-8 bytes. file is "
+            "the name that messages use for the document. The material has no file until save_as() "
+            "is called.\n\nA MaterialX document is converted; files that it includes are not read.")
         .def(
             "from_state",
             [](const Library& self, const py::dict& state, const std::string& file) {

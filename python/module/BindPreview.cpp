@@ -62,10 +62,10 @@ void BindPicture(py::module_& module)
 {
     py::class_<Image> type(
         module, "Picture", py::is_final(), py::buffer_protocol(),
-        "An immutable image. Its buffer contains bytes in the shape (height, width, 4): the rows "
+        "An immutable image. Its buffer is an array of bytes of shape (height, width, 4): the rows "
         "run from top to bottom, and each pixel has red, green and blue in sRGB, and alpha. "
-        "numpy.asarray(picture) reads the buffer without a copy. Picture(array) copies an array of "
-        "bytes with this shape, and raises ValueError for any other array.");
+        "numpy.asarray(picture) reads the buffer without copying it. Picture(array) copies a byte "
+        "array of this shape, and raises ValueError for any other array.");
     DefineNew(type, &CopyPicture, "pixels"_a);
     type.def_buffer(&DescribeBuffer)
         .def_property_readonly(

@@ -166,7 +166,7 @@ TEST(MaterialRules, RulesAndSchemaJudgeAlike)
     EXPECT_GT(valid, 200);
 }
 
-/// The same for the values of every attribute with a data type of its own.
+/// The rules and the schema accept the same values for every attribute that has its own data type.
 TEST(MaterialRules, RulesAndSchemaJudgeValuesAlike)
 {
     static constexpr const char* frames[] = {

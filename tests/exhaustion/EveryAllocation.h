@@ -64,11 +64,11 @@ void ForEachAllocation(Allocations::Owner failing, Allocations::Owner watched, A
     }
 }
 
-/// Lets each allocation of an operation fail in turn, each time with a new subject.
+/// Makes each allocation of an operation fail in turn, each time with a new subject.
 ///
-/// After every failure, either std::bad_alloc was thrown, or the operation did not depend on the
-/// memory and has its complete result; nothing leaks; the subject passes the check; and the same
-/// call succeeds on it once memory is available, with the same result as without a failure.
+/// After each failure, the operation has either thrown std::bad_alloc or succeeded without the
+/// memory, with its complete result; nothing leaks; the subject passes the check; and the same call
+/// succeeds on it once memory is available, with the same result as without a failure.
 ///
 /// @param owner whose allocations fail
 /// @param make creates a new subject

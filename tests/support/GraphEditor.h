@@ -17,8 +17,8 @@ public:
 
     GraphEditor(const Mox::Host::MaterialGraph& graph, Choice choose);
 
-    /// Returns a change of the graph in its current state; it may be invalid. The graph must have
-    /// at least one node.
+    /// Returns a change to the graph in its current state. The change may be invalid. The graph
+    /// must have at least one node.
     Mox::Host::GraphChange Next();
 
 private:

@@ -13,8 +13,8 @@ struct NodeMode
     Mox::Host::MaterialDocument Material; ///< the node with edges at all its ports
 };
 
-/// All listed node types with every combination of choices and flags. Nodes with ports of any
-/// component count occur with one and with three components.
+/// All listed node types with every combination of choices and flags. Nodes whose ports
+/// accept any component count are included with one and with three components.
 std::vector<NodeMode> ModesOfEveryNode();
 
 /// A Cg function of a node or of the environment.

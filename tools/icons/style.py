@@ -41,7 +41,7 @@ def shadow(canvas, shape, opacity=0.4, blur=4, offset=1.2):
 
 
 def arrow(start, end, width=2.2, head=4.2):
-    """A straight arrow from start to its point at end."""
+    """A straight arrow from start to end, with its head at end."""
     (ax, ay), (bx, by) = start, end
     length = sqrt((bx - ax) * (bx - ax) + (by - ay) * (by - ay))
     ux, uy = (bx - ax) / length, (by - ay) / length

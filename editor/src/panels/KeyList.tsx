@@ -26,7 +26,7 @@ const keys: readonly (readonly [string, string])[] = [
     ['T', 'show or hide small images on all nodes; with Shift, on the selected nodes'],
     ['D', 'show or hide the differences from the file on disk'],
     ['Wheel; two fingers', 'zoom; move the view'],
-    ['Middle or right button, or Space and drag', 'move the view'],
+    ['Drag with the middle or right button; Space + drag', 'move the view'],
     ['?', 'show this list'],
 ];
 

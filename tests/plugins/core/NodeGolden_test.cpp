@@ -53,7 +53,7 @@ TEST(NodeGolden, WhatEveryNodeWritesInEveryMode)
 {
     ExpectNodes();
     const std::locale before = std::locale::global(std::locale("de_DE.UTF-8"));
-    ExpectNodes(); // otherwise a decimal comma or grouped digits appeared in the output
+    ExpectNodes(); // in this locale, numbers have a decimal comma and grouped digits
     std::locale::global(before);
 }
 
