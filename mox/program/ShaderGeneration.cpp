@@ -5,7 +5,6 @@
 #include "mox/program/StandInNames.h"
 
 #include <algorithm>
-#include <string_view>
 #include <tuple>
 #include <unordered_set>
 #include <vector>
@@ -15,8 +14,6 @@ namespace Mox::Host {
 namespace {
 
 using Materials::Compose;
-using Materials::GuiProperty;
-using Materials::GuiPropertyKind;
 
 /// Moves the entries of an edge list out while an operation runs that would search the list for its
 /// edge, and afterwards puts them back at the front. While a graph only grows, its edges are alive
@@ -34,16 +31,6 @@ private:
     ShaderNode::EdgeList& _list;
     ShaderNode::EdgeList _entries;
 };
-
-/// Whether changing a property to the value "to" moves the functions of its node to another stage:
-/// its value is "from" or leaves the choice of the stage to the node.
-bool CanMove(const GuiProperty& property, std::string_view from, std::string_view to)
-{
-    return property.Kind == GuiPropertyKind::Enum &&
-           (property.Text == from || property.Text == "Automatic") &&
-           std::find(property.Choices.begin(), property.Choices.end(), to) !=
-               property.Choices.end();
-}
 
 class ShaderGeneration
 {
@@ -173,12 +160,7 @@ private:
     static ShaderOrigin OriginOf(const MaterialGraph::Node& node)
     {
         ShaderOrigin origin{node.Id, node.Gui.Type()};
-        for (const auto& property : node.Gui.Properties().Properties) {
-            if (CanMove(*property, "Fragment", "Vertex"))
-                origin.VertexProperty = property->Name;
-            if (CanMove(*property, "Vertex", "Fragment"))
-                origin.FragmentProperty = property->Name;
-        }
+        origin.Properties = &node.Gui.Properties();
         return origin;
     }
 

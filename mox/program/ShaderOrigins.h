@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mox/authoring/GuiPropertyBag.h"
 #include "mox/shader/ShaderNode.h"
 
 #include <cstddef>
@@ -17,9 +18,9 @@ struct ShaderOrigin
     std::string Port = {}; ///< for a parameter that receives the value of an input of that node:
                            ///< the input
     std::string Name = {}; ///< for a parameter with a stand-in name: the name of the binding
-    std::string VertexProperty = {};   ///< property of that node that moves its functions to the
-                                       ///< vertex stage if it is changed to "Vertex"
-    std::string FragmentProperty = {}; ///< likewise for the fragment stage and "Fragment"
+    /// Properties of that node, as long as its graph exists. Null for a conversion and for the
+    /// environment.
+    const Materials::GuiPropertyBag* Properties = nullptr;
 };
 
 /// Origins of the nodes of one shader graph. Nodes without an entry belong to the environment.

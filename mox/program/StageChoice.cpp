@@ -3,12 +3,15 @@
 #include "mox/Text.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace Mox::Host {
 
 namespace {
 
 using Materials::Compose;
+using Materials::GuiProperty;
+using Materials::GuiPropertyKind;
 
 constexpr std::size_t nobody = static_cast<std::size_t>(-1);
 
@@ -33,6 +36,23 @@ bool CanCross(const ShaderType& type)
 ComponentMask MaskOf(const ShaderType& type)
 {
     return CanCross(type) ? (ComponentMask(1) << type.Columns) - 1 : all;
+}
+
+/// Returns the property that moves the functions of a node to another stage if it is changed to the
+/// value "to": its value is "from" or leaves the choice of the stage to the node. Null if the node
+/// has no such property.
+const GuiProperty* FindStageProperty(const ShaderOrigin& origin, std::string_view from,
+                                     std::string_view to)
+{
+    if (!origin.Properties)
+        return nullptr;
+    for (const auto& property : origin.Properties->Properties) {
+        if (property->Kind == GuiPropertyKind::Enum &&
+            (property->Text == from || property->Text == "Automatic") &&
+            std::ranges::count(property->Choices, to) > 0)
+            return property.get();
+    }
+    return nullptr;
 }
 
 } // namespace
@@ -286,17 +306,15 @@ const ShaderOrigin* StageChoice::EndBehind(std::size_t node) const
 std::string StageChoice::FormatRemedy(std::size_t toVertex, std::size_t toFragment) const
 {
     std::string remedy;
-    const auto add = [&](const std::string& property, const std::string& node, const char* value) {
-        if (!property.empty()) {
+    const auto add = [&](const ShaderOrigin& origin, const char* from, const char* to) {
+        if (const GuiProperty* property = FindStageProperty(origin, from, to)) {
             remedy +=
                 Compose(remedy.empty() ? "; to resolve this, set property \"" : " or property \"",
-                        property, "\" of node \"", node, "\" to \"", value, "\"");
+                        property->Name, "\" of node \"", origin.Node, "\" to \"", to, "\"");
         }
     };
-    const ShaderOrigin& perFragment = *_graph.Nodes()[toVertex].Origin;
-    const ShaderOrigin& perVertex = *_graph.Nodes()[toFragment].Origin;
-    add(perFragment.VertexProperty, perFragment.Node, "Vertex");
-    add(perVertex.FragmentProperty, perVertex.Node, "Fragment");
+    add(*_graph.Nodes()[toVertex].Origin, "Fragment", "Vertex");
+    add(*_graph.Nodes()[toFragment].Origin, "Vertex", "Fragment");
     return remedy;
 }
 

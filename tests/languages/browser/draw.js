@@ -18,11 +18,11 @@ function end(status, message) {
     console.error(message);
   if (browser) {
     browser.on('exit', () => {
-      // Processes of the browser may still write into its profile.
+      // Processes of the browser may still exist for a moment and write into its profile.
       fs.rmSync(profile, { recursive: true, force: true, maxRetries: 20, retryDelay: 100 });
       process.exit(status);
     });
-    browser.kill();
+    process.kill(-browser.pid, 'SIGKILL'); // all processes of the browser
   }
 }
 
@@ -56,7 +56,7 @@ server.listen(0, '127.0.0.1', () => {
   browser = spawn('chromium', [
     '--headless', '--no-sandbox', '--disable-gpu-sandbox', '--enable-unsafe-swiftshader',
     '--enable-unsafe-webgpu', '--use-webgpu-adapter=swiftshader', `--user-data-dir=${profile}`,
-    `http://127.0.0.1:${server.address().port}/`], { stdio: 'ignore' });
+    `http://127.0.0.1:${server.address().port}/`], { stdio: 'ignore', detached: true });
   browser.on('error', error => {
     console.error(String(error));
     process.exit(1);
