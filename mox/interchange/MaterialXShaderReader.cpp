@@ -98,6 +98,8 @@ void MaterialXReader::ReadShader(const MaterialXSource& shader)
     }
     const Key key(shader.Scope, shader.Element);
     for (const auto& [name, text] : surface->Inputs) {
+        if (GetStandardNodes().HasFixedInput(surface->Name, name))
+            continue;
         if (const XmlTree* input = MaterialXScopes::FindInput(*shader.Element, name))
             Evaluate(_scopes->Follow(shader.Scope, *input));
     }

@@ -89,7 +89,7 @@ Json CatalogueToJson(const std::vector<CatalogueEntry>& entries, const NodeFiles
                         {"library", entry.Type.Library},
                         {"help", file ? file->Help : ""},
                         {"listed", entry.Type.Listed},
-                        {"hasIcon", !files.FindIcon(entry.Type).empty()},
+                        {"hasIcon", entry.Type.Icon || (file && !file->Icon.empty())},
                         {"version", entry.Version},
                         {"inputs", DescribePorts(entry.Inputs)},
                         {"outputs", DescribePorts(entry.Outputs)},

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <sstream>
 #include <string>
@@ -230,6 +231,11 @@ TEST(MaterialXReader, ConvertsEachShaderToAPhysicalSurface)
             ASSERT_EQ(numbers.size(), isExpected ? expected.size() : 0) << port;
             for (std::size_t i = 0; i < numbers.size(); ++i)
                 EXPECT_NEAR(numbers[i], expected[i], 1e-6f) << port << i;
+        }
+        for (const DocumentNode& node : document.Nodes) {
+            EXPECT_TRUE(node.Id == "s" ||
+                        std::ranges::count(document.Edges, node.Id, &DocumentEdge::Tail) > 0)
+                << node.Id << " has no reader";
         }
         std::string reports;
         for (const Problem& problem : problems.Problems())

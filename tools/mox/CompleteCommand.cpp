@@ -23,7 +23,7 @@ public:
     {
         if (_option)
             _option.reset(); // the word is its value
-        else if (word.starts_with('-'))
+        else if (word.starts_with('-') && word != "-")
             ReadOption(word);
         else if (_hasCommand)
             ++_positionalCount;

@@ -187,6 +187,7 @@ export class Editor {
         const state = this.fetchState();
         const catalogue = await connection.request({ do: 'catalogue' });
         await state;
+        if (catalogue.answer.error) this.say(describeError(catalogue.answer));
         const types = catalogue.answer.types ?? [];
         this.set({
             catalogue: new Map(types.map((type) => [type.type, type])),
@@ -261,12 +262,16 @@ export class Editor {
         const selectedAnnotations = new Set(
             [...this.snapshot.selectedAnnotations].filter((n) => document.annotations.has(n)),
         );
+        const thumbnailExceptions = new Set(
+            [...this.snapshot.thumbnailExceptions].filter((n) => document.nodes.has(n)),
+        );
         const edge = document.edges.get(this.snapshot.selectedEdge ?? -1);
         const point = this.snapshot.selectedPoint;
         this.set({
             document,
             selection,
             selectedAnnotations,
+            thumbnailExceptions,
             selectedEdge: edge?.number ?? null,
             selectedPoint: point !== null && point < (edge?.record.points?.length ?? 0) ? point : null,
         });
