@@ -48,7 +48,13 @@ public:
         _path = name;
     }
 
-    ~TemporaryFolder() { Remove(); }
+    ~TemporaryFolder()
+    {
+        // If two threads removed the folder at the same time, each could stop at a file that the
+        // other has just removed.
+        const auto delay = DelayEnd();
+        Remove();
+    }
 
     fs::path operator/(const std::string& name) const { return _path / name; }
     const fs::path& Path() const { return _path; }
