@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iostream>
 #include <optional>
+#include <string_view>
 
 namespace Mox::Tool {
 
@@ -91,7 +92,11 @@ private:
 
     static void PrintValues(const ArgumentHelp& argument)
     {
-        if (argument.Value.starts_with("FILE"))
+        constexpr std::string_view filePlaceholders[] = {"FILE", "BEFORE", "AFTER", "CHANGE",
+                                                         "MESH"};
+        if (std::ranges::any_of(filePlaceholders, [&](std::string_view placeholder) {
+                return argument.Value.starts_with(placeholder);
+            }))
             std::cout << ":files\n";
         if (argument.Value.starts_with("DIR"))
             std::cout << ":folders\n";

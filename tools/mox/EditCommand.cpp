@@ -13,7 +13,9 @@
 #include "mox/preview/MeshShapes.h"
 #endif
 
+#include <filesystem>
 #include <iostream>
+#include <system_error>
 
 namespace Mox::Tool {
 
@@ -80,6 +82,8 @@ int Serve(const EditOptions& options, const CommonOptions& common)
     StopOnSignal stop;
     Host::EditorServer server(session, settings);
     std::cout << server.Address() << std::endl; // flushed because the caller waits for it
+    if (std::error_code error; !std::filesystem::exists(options.File, error))
+        std::cerr << "mox: " << options.File << ": does not exist yet; saving creates it\n";
     Browser browser;
     if (settings.Pages.empty())
         std::cerr << "mox: this program was built without the page of the editor, so a browser "
