@@ -10,7 +10,7 @@ using namespace Mox::Materials;
 GuiNodeFactoryChecker::GuiNodeFactoryChecker()
 {
     GuiNodeDescription row(CheckerNode::TypeName());
-    row.Library = "Example";
+    row.Library = "Checker";
     row.Label = "Checker";
     Descriptions.push_back(row);
 }

@@ -50,12 +50,15 @@ class Recipes(Documented):
         Path("rock").mkdir()
         for source, name in (("rock", "rock_colour"), ("normal", "rock_normal"), ("noise", "rock_roughness")):
             shutil.copy(f"textures/{source}.png", f"rock/{name}.png")
-        self.succeed("textures.py", "rock", "rock.xml")
-        material = self.library.open("rock.xml")
-        self.assertEqual(material.problems, ())
-        files = {binding.name: binding.file for binding in material.bindings if binding.stream == "texture"}
-        self.assertEqual(files["normalTexture"], "rock/rock_normal.png")
-        self.assertEqual(material["surface"]["in_roughness"].source.node.id, "roughness")
+        Path("materials").mkdir()
+        for output, normal in (("rock.xml", "rock/rock_normal.png"), ("materials/rock.xml", "../rock/rock_normal.png")):
+            with self.subTest(output):
+                self.succeed("textures.py", "rock", output)
+                material = self.library.open(output)
+                self.assertEqual(material.problems, ())
+                files = {binding.name: binding.file for binding in material.bindings if binding.stream == "texture"}
+                self.assertEqual(files["normalTexture"], normal)
+                self.assertEqual(material["surface"]["in_roughness"].source.node.id, "roughness")
 
     def test_sweep(self):
         make_preview(self.library)
@@ -78,6 +81,7 @@ class Recipes(Documented):
                                                    values={"worldViewProjection": [float(i % 5 == 0) for i in range(16)]})
         self.assertEqual(len(set(picture.tobytes()[i:i + 4] for i in range(0, 1024, 4))), 1)  # fills it
         self.assertEqual(Path("glow.png").read_bytes()[16:24], bytes([0, 0, 1, 0, 0, 0, 1, 0]))
+        self.assertEqual(self.script("bake.py", "rim_light.xml", "missing", "missing.png").returncode, 1)
 
 
 class Lint(Documented):
