@@ -73,7 +73,7 @@ XpmTable PluginType::CopyIcon() const
     try {
         return CopyXpm(Icon);
     } catch (const HostError& error) {
-        throw HostError(File.string(), Compose("type \"", TypeName, "\": ", error.Message));
+        throw HostError(File, Compose("type \"", TypeName, "\": ", error.Message));
     }
 }
 

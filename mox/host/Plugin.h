@@ -22,7 +22,7 @@ namespace Mox::Host {
 /// A node type that a plug-in offers. The strings are UTF-8.
 struct PluginType
 {
-    std::filesystem::path File; ///< file of the plug-in
+    std::string File; ///< path of the plug-in
     std::string TypeName;
     std::string Library; ///< name of the library that supplies the type
     std::string Label;   ///< name of the type in the user interface

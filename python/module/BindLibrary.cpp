@@ -151,7 +151,7 @@ void BindTypes(py::module_& module)
         "library", [](const auto& e) -> const std::string& { return e.Type.Library; },
         "The name of the library that supplies the type.");
     type.def_property_readonly(
-            "plugin", [](const TypeView& t) { return t.Entry->Type.File; },
+            "plugin", [](const TypeView& t) { return std::filesystem::path(t.Entry->Type.File); },
             "The file of the plug-in.")
         .def_property_readonly(
             "listed", [](const TypeView& t) { return t.Entry->Type.Listed; },

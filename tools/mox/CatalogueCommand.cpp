@@ -44,7 +44,7 @@ void WriteIcons(const std::vector<Host::CatalogueEntry>& entries, const Host::No
             continue;
         const std::string name = entry.Type.TypeName + ".png";
         if (!Host::StaysInFolder(name)) {
-            throw Host::HostError(entry.Type.File.string(),
+            throw Host::HostError(entry.Type.File,
                                   Materials::Compose("the icon of the type \"", entry.Type.TypeName,
                                                      "\" would be written outside the folder"));
         }
