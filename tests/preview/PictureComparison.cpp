@@ -81,7 +81,8 @@ void ExpectSamePicture(const std::vector<std::uint8_t>& browser, const Picture& 
     }
     const double mean = sum / static_cast<double>(std::max<std::size_t>(compared, 1));
     EXPECT_GT(compared, channelCount * preview.Width * preview.Height / 4);
-    EXPECT_LE(outside, compared / 5000)
+    EXPECT_LE(static_cast<double>(outside), limits.Outside * static_cast<double>(compared))
+
         << "of " << compared << " values; " << where << "; mean " << mean;
     EXPECT_LE(mean, limits.Mean);
 }
