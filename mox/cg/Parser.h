@@ -37,7 +37,7 @@ private:
         bool IsUniform = false;
     };
 
-    static constexpr std::size_t mostParts = 256; ///< in a struct, a list of parameters or an initial value
+    static constexpr std::size_t mostParts = 256; ///< in a struct or a list of values
     static constexpr int longestArray = 1024;
 
     // Tokens

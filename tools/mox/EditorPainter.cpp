@@ -97,7 +97,7 @@ void AddStream(const char* name, const std::vector<Vector>& values, Host::Loaded
 } // namespace
 
 EditorPainter::EditorPainter(const Host::PluginSet& plugins, Host::Environment environment,
-                             Host::DecodeSettings settings)
+                             const Host::DecodeSettings& settings)
     : _plugins(plugins), _environment(std::move(environment)), _files(settings),
       _meshes(LimitMeshes(settings))
 {}

@@ -17,7 +17,7 @@ class EditorPainter : public Host::Painter
 public:
     /// @param plugins must outlive the object
     EditorPainter(const Host::PluginSet& plugins, Host::Environment environment,
-                  Host::DecodeSettings settings);
+                  const Host::DecodeSettings& settings);
 
     /// Supports only the built-in meshes; values cannot refer to files.
     Host::Picture Draw(const Host::MaterialDocument& document, const Host::PictureRequest& request,
