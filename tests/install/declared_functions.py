@@ -36,6 +36,13 @@ def needs_library(cursor):
     return not (cursor.is_default_method() or is_deleted(cursor))
 
 
+def symbol(cursor):
+    # An abstract class has no objects of its own, so not all compilers write the constructor for
+    # them, which has C1 in its name; C2 is the one that derived classes call.
+    is_abstract = cursor.kind == CursorKind.CONSTRUCTOR and cursor.semantic_parent.is_abstract_record()
+    return cursor.mangled_name.replace("C1E", "C2E", 1) if is_abstract else cursor.mangled_name
+
+
 def declared(scope, folder):
     for cursor in scope.get_children():
         file = cursor.location.file
@@ -44,7 +51,7 @@ def declared(scope, folder):
         if cursor.kind in SCOPES:
             yield from declared(cursor, folder)
         elif needs_library(cursor):
-            yield cursor.mangled_name
+            yield symbol(cursor)
 
 
 def main():
