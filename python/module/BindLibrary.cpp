@@ -214,8 +214,8 @@ void BindTypes(py::module_& module)
             "items",
             [](const TypeMap& map) {
                 py::list pairs;
-                for (const py::handle type : TypesOf(map))
-                    pairs.append(py::make_tuple(type.attr("name"), type));
+                for (const py::handle view : TypesOf(map))
+                    pairs.append(py::make_tuple(view.attr("name"), view));
                 return py::tuple(pairs);
             },
             "The types as pairs of name and NodeType.")
