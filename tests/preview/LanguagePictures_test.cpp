@@ -2,10 +2,10 @@
 #include "mox/graph/OpenMaterial.h"
 #include "mox/preview/DrawBuilder.h"
 #include "mox/preview/LightPanorama.h"
-#include "mox/preview/MaterialPreview.h"
 #include "mox/preview/MeshShapes.h"
 #include "mox/program/MaterialProgram.h"
 #include "mox/targets/ProgramTranslator.h"
+#include "tests/preview/ExamplePreview.h"
 #include "tests/preview/PictureComparison.h"
 #include "tests/support/Browser.h"
 #include "tests/support/BuildTree.h"
@@ -40,19 +40,6 @@ bool ReadsDerivatives(const std::string& source)
 {
     return source.find("dFdx(") != source.npos || source.find("dpdx(") != source.npos;
 }
-
-struct LanguagePreview
-{
-    LanguagePreview() : Drawer(TestPlugins(), TestEnvironment(), Files, true) {}
-
-    const std::vector<std::string>& ValidationMessages() const
-    {
-        return Drawer.ValidationMessages();
-    }
-
-    FileDecoder Files;
-    MaterialPreview Drawer;
-};
 
 Json DescribeTexels(const TextureImage& level)
 {
@@ -173,7 +160,7 @@ std::vector<std::uint8_t> EncodePixels(const Json& bits)
     return bytes;
 }
 
-class LanguagePicturesTest : public DeviceTest<LanguagePreview>
+class LanguagePicturesTest : public DeviceTest<ExamplePreview>
 {};
 
 /// Set the environment variable MOX_EVERY_PICTURE to draw all examples instead of the first one.

@@ -1,11 +1,11 @@
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/OpenMaterial.h"
-#include "mox/preview/MaterialPreview.h"
 #include "mox/preview/MeshShapes.h"
 #include "mox/preview/Scene.h"
 #include "mox/program/MaterialProgram.h"
 #include "mox/targets/ProgramTranslator.h"
 #include "mox/targets/Reflection.h"
+#include "tests/preview/ExamplePreview.h"
 #include "tests/preview/PictureComparison.h"
 #include "tests/support/Browser.h"
 #include "tests/support/BuildTree.h"
@@ -19,19 +19,6 @@ using namespace Mox::Host;
 namespace {
 
 const std::filesystem::path examples = MOX_EXAMPLES;
-
-struct ExamplePreview
-{
-    ExamplePreview() : Drawer(TestPlugins(), TestEnvironment(), Files, true) {}
-
-    const std::vector<std::string>& ValidationMessages() const
-    {
-        return Drawer.ValidationMessages();
-    }
-
-    FileDecoder Files;
-    MaterialPreview Drawer;
-};
 
 class WebGlExampleTest : public DeviceTest<ExamplePreview>
 {
