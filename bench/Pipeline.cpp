@@ -36,7 +36,7 @@ PipelineTimes RunPipeline(const Workshop& workshop, const std::filesystem::path&
         Host::BuildMaterialProgram(*graph, workshop.Environment, {}, *problems);
     times.Write = watch.Lap();
     if (language == Language::Essl) {
-        const std::vector<std::string> texts = essl.Write(*program, document.string(), *problems);
+        const auto files = essl.Write(*program, document.string(), *problems);
         times.Spell = watch.Lap();
     }
     problems->ThrowFirstError();

@@ -51,11 +51,11 @@ void WritePrograms(const MaterialGraph& graph, const Library& library, const fs:
                    const fs::path& output, ProblemList& problems)
 {
     const CgProgram program = BuildMaterialProgram(graph, library.Surroundings, {}, problems);
-    const std::vector<std::string> texts =
+    const std::vector<ProgramFile> files =
         WriteProgram(library.Essl, program, graph, file, problems);
     problems.ThrowFirstError();
-    for (std::size_t i = 0; i < texts.size(); ++i)
-        WriteIfChanged(output.string() + library.Essl.Endings()[i], texts[i]);
+    for (std::size_t i = 0; i < files.size(); ++i)
+        WriteIfChanged(output.string() + library.Essl.Endings()[i], files[i].Text);
 }
 
 /// On a machine without a Vulkan device, everything else still works.

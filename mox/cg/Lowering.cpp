@@ -45,6 +45,8 @@ private:
         for (Statement* statement : list) {
             const std::size_t before = lowered.size();
             LowerOne(*statement, lowered);
+            for (std::size_t i = before; i < lowered.size(); ++i)
+                lowered[i]->Line = statement->Line;
             // The comment belongs to the first of the statements that replace this one.
             if (lowered.size() > before && lowered[before] != statement) {
                 lowered[before]->Comment = statement->Comment;

@@ -13,6 +13,7 @@ Statement* Parser::Make(StatementKind kind)
 {
     Statement statement;
     statement.Kind = kind;
+    statement.Line = _token.Where.Line;
     statement.Comment = _token.Comment;
     return _module.Nodes.Make(statement);
 }

@@ -40,15 +40,6 @@ Json DescribeProgram(const std::string& bytes)
     return IsXmlText(bytes) ? bytes : HexDigits(bytes);
 }
 
-/// Lists, for each line of a program, the id of the node that produced it.
-Json DescribeLines(const StageProgram& program)
-{
-    Json lines = Json::array();
-    for (const LineOrigin& line : program.Lines)
-        lines.push_back(line.Node);
-    return lines;
-}
-
 } // namespace
 
 EditorReply EditorJob::Run() const
@@ -101,24 +92,26 @@ EditorJob::Work CompilePrograms(const EditorServices& services, const std::strin
         const MaterialGraph graph = Open(snapshot.Document(), *services.Plugins, problems);
         const CgProgram program = BuildMaterialProgram(graph, *services.Environment, {}, problems);
         Json programs = Json::object();
+        Json lineNodes = Json::object();
         if (!problems.HasErrors()) {
             for (const std::string& target : targets) {
                 if (snapshot.IsOutOfDate())
                     return;
                 const ProgramFormat& format = *services.Formats.at(target);
-                const std::vector<std::string> texts =
+                const std::vector<ProgramFile> files =
                     WriteProgram(format, program, graph, file, problems);
-                Json files = Json::object();
-                for (std::size_t i = 0; i < texts.size(); ++i)
-                    files[format.Endings()[i]] = DescribeProgram(texts[i]);
-                programs[target] = std::move(files);
+                for (std::size_t i = 0; i < files.size(); ++i) {
+                    const std::string& ending = format.Endings()[i];
+                    programs[target][ending] = DescribeProgram(files[i].Text);
+                    if (!files[i].CgLines.empty())
+                        lineNodes[target][ending] = FindNodesOfLines(files[i], program);
+                }
             }
         }
         if (!problems.HasErrors()) {
             reply["programs"] = std::move(programs);
             reply["bindings"] = FormatBindings(CreateBindings(graph));
-            reply["lineNodes"] = {{"vertex", DescribeLines(program.Vertex)},
-                                  {"fragment", DescribeLines(program.Fragment)}};
+            reply["lineNodes"] = std::move(lineNodes);
         }
         reply["problems"] = ToJson(problems.Problems());
     };

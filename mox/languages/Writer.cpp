@@ -40,7 +40,8 @@ WrittenStage Writer::Write()
             Names.Show(_own);
         PutFunction(*function);
     }
-    WrittenStage written{std::move(Text), std::string(EntryPoint()), {}};
+    std::vector<int> lines = SourceLines();
+    WrittenStage written{std::move(Text), std::move(lines), std::string(EntryPoint()), {}};
     const auto note = [&](const Cg::Variable* variable) {
         const auto found = _names.find(variable);
         if (found != _names.end())
@@ -55,6 +56,26 @@ WrittenStage Writer::Write()
             note(member.Of);
     }
     return written;
+}
+
+void Writer::BeginSource(int line)
+{
+    if (line > 0)
+        _sources.emplace_back(Text.size(), line);
+}
+
+std::vector<int> Writer::SourceLines() const
+{
+    std::vector<int> lines;
+    auto next = _sources.begin();
+    int source = 0;
+    for (std::size_t i = 0; i < Text.size(); ++i) {
+        for (; next != _sources.end() && next->first <= i; ++next)
+            source = next->second;
+        lines.push_back(source);
+        i = std::min(Text.find('\n', i), Text.size());
+    }
+    return lines;
 }
 
 // ---- names
@@ -213,6 +234,7 @@ void Writer::PutFunction(const Cg::Function& function)
     constexpr std::size_t longestLine = 100;
     if (!Text.ends_with("\n\n"))
         Text += '\n';
+    BeginSource(function.Where.Line);
     PutComment(function.Comment);
     Names.OpenScope();
     IsInMain = function.Name == "main";
@@ -235,6 +257,7 @@ void Writer::PutFunction(const Cg::Function& function)
     }
     ++Indentation;
     PutStatements(function.Body);
+    BeginSource(function.Where.Line);
     if (IsInMain)
         PutMainEnd();
     --Indentation;
@@ -265,6 +288,7 @@ void Writer::PutBlock(Statements statements)
 
 void Writer::PutStatement(const Statement& statement)
 {
+    BeginSource(statement.Line);
     PutComment(statement.Comment);
     StartLine();
     switch (statement.Kind) {

@@ -176,6 +176,11 @@ protected:
 
 private:
     std::string Claim(std::string_view wanted);
+
+    /// Notes that the text from here on comes from a line of the source. 0 changes nothing.
+    void BeginSource(int line);
+    std::vector<int> SourceLines() const;
+
     void PutFunction(const Cg::Function& function);
     void PutStatement(const Cg::Statement& statement);
     void PutIf(const Cg::Statement& statement);
@@ -185,6 +190,7 @@ private:
     std::unordered_map<const Cg::Variable*, std::string> _texts; ///< set by SetMember
     std::vector<std::string> _own; ///< names of inputs, outputs and uniforms
     bool _isInInterface = false;
+    std::vector<std::pair<std::size_t, int>> _sources; ///< where in Text which source line begins
     std::unordered_map<const Cg::Function*, std::string> _functions;
 };
 

@@ -101,7 +101,7 @@ public:
     /// Appends the body of a node's function in braces.
     void AppendBody(std::string_view lines, const std::string& node)
     {
-        Append("{\n");
+        Append("{\n", node);
         const std::size_t count = AppendText(lines);
         for (std::size_t line = 1; line <= count; ++line)
             _program.Lines.push_back({node, line});
@@ -182,7 +182,7 @@ private:
             const PlannedFunction& function = _plan.Functions[use.Function];
             _text.Separate();
             if (_options.WithComments)
-                _text.Append(DescribeOrigins(function, use));
+                _text.Append(DescribeOrigins(function, use), function.Node);
             _text.Append(
                 WrapSignature(FormatSignature(function.CgName, function.Inputs, function.Outputs)),
                 function.Node);

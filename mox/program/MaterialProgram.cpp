@@ -151,14 +151,14 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
     return program;
 }
 
-std::vector<std::string> WriteProgram(const ProgramFormat& format, const CgProgram& program,
+std::vector<ProgramFile> WriteProgram(const ProgramFormat& format, const CgProgram& program,
                                       const MaterialGraph& graph, const std::filesystem::path& file,
                                       ProblemList& problems)
 {
     ProblemList found;
-    std::vector<std::string> texts = format.Write(program, file.string(), found);
+    std::vector<ProgramFile> files = format.Write(program, file.string(), found);
     AppendWithLines(found, graph, problems);
-    return texts;
+    return files;
 }
 
 } // namespace Mox::Host

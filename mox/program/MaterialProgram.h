@@ -38,7 +38,7 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
 
 /// Writes a material's program in a format.
 /// @param problems receives what the format cannot express, at the lines of the material's nodes
-std::vector<std::string> WriteProgram(const ProgramFormat& format, const CgProgram& program,
+std::vector<ProgramFile> WriteProgram(const ProgramFormat& format, const CgProgram& program,
                                       const MaterialGraph& graph, const std::filesystem::path& file,
                                       ProblemList& problems);
 

@@ -67,9 +67,9 @@ void ProgramExporter::Write(const MaterialGraph& graph, ExportedMaterial& export
     if (exported.Problems.HasErrors())
         return;
     for (const auto& format : _formats) {
-        std::vector<std::string> texts =
-            WriteProgram(*format, program, graph, graph.Document().File, exported.Problems);
-        std::move(texts.begin(), texts.end(), std::back_inserter(exported.Texts));
+        for (ProgramFile& file :
+             WriteProgram(*format, program, graph, graph.Document().File, exported.Problems))
+            exported.Texts.push_back(std::move(file.Text));
     }
     exported.Header = program.Header;
 }

@@ -47,27 +47,32 @@ std::string HeaderLine(const std::string& header)
 
 } // namespace
 
-MadePrograms::Headless::Headless(Texts texts, const std::string& header) : Parts(std::move(texts))
+MadePrograms::Headless::Headless(Files files, const std::string& header) : Parts(std::move(files))
 {
     const std::string line = HeaderLine(header);
-    for (std::string& part : Parts) {
-        HeaderAt.push_back(header.empty() ? std::string::npos : part.find(line));
-        if (HeaderAt.back() != std::string::npos)
-            part.erase(HeaderAt.back(), line.size());
+    for (ProgramFile& part : Parts) {
+        const bool hasHeader = !header.empty() && !part.CgLines.empty(); // only sources have one
+        HeaderAt.push_back(hasHeader ? part.Text.find(line) : std::string::npos);
+        if (HeaderAt.back() == std::string::npos)
+            continue;
+        part.Text.erase(HeaderAt.back(), line.size());
+        part.CgLines.erase(part.CgLines.begin()); // the header and the lines before it have no source
     }
 }
 
-MadePrograms::Texts MadePrograms::Headless::With(const std::string& header) const
+MadePrograms::Files MadePrograms::Headless::With(const std::string& header) const
 {
-    Texts texts = Parts;
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        if (HeaderAt[i] != std::string::npos)
-            texts[i].insert(HeaderAt[i], HeaderLine(header));
+    Files files = Parts;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (HeaderAt[i] == std::string::npos)
+            continue;
+        files[i].Text.insert(HeaderAt[i], HeaderLine(header));
+        files[i].CgLines.insert(files[i].CgLines.begin(), 0);
     }
-    return texts;
+    return files;
 }
 
-MadePrograms::Texts MadePrograms::Get(const CgProgram& program, const std::function<Texts()>& make)
+MadePrograms::Files MadePrograms::Get(const CgProgram& program, const std::function<Files()>& make)
 {
     const std::string key = HashProgram(program);
     std::promise<std::shared_ptr<const Headless>> promise;
@@ -87,12 +92,12 @@ MadePrograms::Texts MadePrograms::Get(const CgProgram& program, const std::funct
     }
     std::shared_ptr<const Headless> result;
     try {
-        Texts texts = make();
+        Files files = make();
         std::size_t size = 0;
-        for (const std::string& text : texts)
-            size += text.size();
-        if (!texts.empty()) {
-            result = std::make_shared<const Headless>(std::move(texts), program.Header);
+        for (const ProgramFile& file : files)
+            size += file.Text.size() + file.CgLines.size() * sizeof(int);
+        if (!files.empty()) {
+            result = std::make_shared<const Headless>(std::move(files), program.Header);
             Keep(key, size);
         } else {
             Forget(key);
@@ -103,7 +108,7 @@ MadePrograms::Texts MadePrograms::Get(const CgProgram& program, const std::funct
         throw;
     }
     promise.set_value(result);
-    return result ? result->With(program.Header) : Texts();
+    return result ? result->With(program.Header) : Files();
 }
 
 void MadePrograms::Keep(const std::string& key, std::size_t size)

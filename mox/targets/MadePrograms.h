@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mox/program/CgProgram.h"
+#include "mox/program/ProgramFormat.h"
 
 #include <cstddef>
 #include <deque>
@@ -19,21 +19,21 @@ namespace Mox::Host {
 class MadePrograms
 {
 public:
-    using Texts = std::vector<std::string>;
+    using Files = std::vector<ProgramFile>;
 
     /// @param make creates the output files of the program; returns none if that is impossible.
     ///        While one thread runs it, other threads with the same request wait. May throw
     /// @returns the files of an equal program with the header of this one, or the result of make
-    Texts Get(const CgProgram& program, const std::function<Texts()>& make);
+    Files Get(const CgProgram& program, const std::function<Files()>& make);
 
 private:
     /// Files without the line that contains their header.
     struct Headless
     {
-        Headless(Texts texts, const std::string& header);
-        Texts With(const std::string& header) const;
+        Headless(Files texts, const std::string& header);
+        Files With(const std::string& header) const;
 
-        Texts Parts;
+        Files Parts;
         std::vector<std::size_t> HeaderAt; ///< its position in each file, or npos
     };
     using Made = std::shared_future<std::shared_ptr<const Headless>>; ///< null without a result

@@ -42,9 +42,15 @@ TargetProgram TranslateStage(const StagePair& stages, ProgramStage stage, Compil
     Languages::StageProgram program = stages.StageOf(stage);
     program.Header = header;
     Languages::WrittenStage written = Languages::WriteStage(program, LanguageOf(target), precision);
-    if (target == CompileTarget::Spirv)
+    if (target == CompileTarget::Spirv) {
         written.Text = makeSpirv(written.Text, stage);
-    return {target, stage, std::move(written.Text), std::move(written.EntryPoint),
+        written.SourceLines.clear();
+    }
+    return {target,
+            stage,
+            std::move(written.Text),
+            std::move(written.SourceLines),
+            std::move(written.EntryPoint),
             stages.NamesOfParameters(written.Names)};
 }
 

@@ -19,20 +19,20 @@ TargetFormat::TargetFormat(std::vector<CompileTarget> targets, Languages::Precis
     _endings.emplace_back(".reflection.json");
 }
 
-std::vector<std::string> TargetFormat::Write(const CgProgram& program, const std::string& file,
+std::vector<ProgramFile> TargetFormat::Write(const CgProgram& program, const std::string& file,
                                              ProblemList& problems) const
 {
-    return _made.Get(program, [&]() -> std::vector<std::string> {
+    return _made.Get(program, [&]() -> std::vector<ProgramFile> {
         CompiledProgram translated =
             Translate(program, _targets, _precision, _makeSpirv, file, problems);
         if (problems.HasErrors())
             return {};
-        std::vector<std::string> texts;
-        const std::string reflection = FormatReflection(translated);
+        std::vector<ProgramFile> files;
+        std::string reflection = FormatReflection(translated);
         for (TargetProgram& target : translated.Programs)
-            texts.push_back(std::move(target.Bytes));
-        texts.push_back(reflection);
-        return texts;
+            files.push_back({std::move(target.Bytes), target.Stage, std::move(target.CgLines)});
+        files.push_back({std::move(reflection)});
+        return files;
     });
 }
 

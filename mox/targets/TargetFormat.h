@@ -17,7 +17,7 @@ public:
                  SpirvMaker makeSpirv);
 
     const std::vector<std::string>& Endings() const override { return _endings; }
-    std::vector<std::string> Write(const CgProgram& program, const std::string& file,
+    std::vector<ProgramFile> Write(const CgProgram& program, const std::string& file,
                                    ProblemList& problems) const override;
 
 private:

@@ -21,7 +21,7 @@ struct StageView
 {
     ProgramHandle Owner;
     std::string Target;
-    const std::string* Bytes;
+    const Program::File* File;
 };
 
 /// Both stages in one target language.
@@ -36,9 +36,9 @@ struct TargetView
     }
 };
 
-py::tuple LineNodes(const Program& program, std::size_t stage)
+py::tuple LineNodes(const StageView& stage)
 {
-    const std::vector<std::string>& ids = program.LineNodes[stage];
+    const std::vector<std::string>& ids = stage.File->LineNodes;
     py::tuple nodes(ids.size());
     for (std::size_t i = 0; i < ids.size(); ++i)
         nodes[i] = ids[i].empty() ? py::object(py::none()) : ToPython(ids[i]);
@@ -47,9 +47,9 @@ py::tuple LineNodes(const Program& program, std::size_t stage)
 
 py::object ReadReflection(const Program& program)
 {
-    for (const auto& [extension, text] : program.Files) {
-        if (extension == ".reflection.json")
-            return ToPython(Host::Json::parse(text));
+    for (const Program::File& file : program.Files) {
+        if (file.Extension == ".reflection.json")
+            return ToPython(Host::Json::parse(file.Bytes));
     }
     return py::dict();
 }
@@ -63,14 +63,17 @@ void BindStages(py::module_& module)
             [](const StageView& stage) {
                 if (Tool::IsBinaryTarget(stage.Target))
                     throw py::type_error("a SPIR-V module has no text; use the attribute bytes");
-                return ToPython(*stage.Bytes);
+                return ToPython(stage.File->Bytes);
             },
             "The source of the program. Raises TypeError for SPIR-V.")
         .def_property_readonly(
-            "bytes", [](const StageView& stage) { return py::bytes(*stage.Bytes); },
+            "bytes", [](const StageView& stage) { return py::bytes(stage.File->Bytes); },
             "The source in UTF-8, or a SPIR-V module in the byte order of the machine.")
+        .def_property_readonly("nodes", &LineNodes,
+                               "The id of the node that each line of the source comes from, or "
+                               "None for a line that comes from no node. It is empty for SPIR-V.")
         .def("__repr__", [](const StageView& stage) {
-            return py::str("<mox.Stage in {}, {} bytes>").format(stage.Target, stage.Bytes->size());
+            return py::str("<mox.Stage in {}, {} bytes>").format(stage.Target, stage.File->Bytes.size());
         });
     py::class_<TargetView>(module, "TargetProgram", py::is_final(),
                            "A vertex program and a fragment program for one target.")
@@ -124,8 +127,8 @@ void BindProgram(py::module_& module)
             "files",
             [](const Program& program) {
                 py::dict files;
-                for (const auto& [extension, bytes] : program.Files)
-                    files[ToPython(extension)] = py::bytes(bytes);
+                for (const Program::File& file : program.Files)
+                    files[ToPython(file.Extension)] = py::bytes(file.Bytes);
                 return files;
             },
             "The contents of the files that mox export writes, as a dictionary from extensions, "
@@ -133,13 +136,6 @@ void BindProgram(py::module_& module)
         .def_property_readonly("reflection", &ReadReflection,
                                "The reflection of the programs as a dictionary, in the form that "
                                "docs/targets.md describes. It is empty if Cg was the only target.")
-        .def_property_readonly(
-            "vertex_nodes", [](const Program& program) { return LineNodes(program, 0); },
-            "The id of the node that each line of the vertex program in Cg comes from, or None for "
-            "a line that comes from no node.")
-        .def_property_readonly(
-            "fragment_nodes", [](const Program& program) { return LineNodes(program, 1); },
-            "The same as vertex_nodes, but for the fragment program.")
         .def("__repr__", [](const Program& program) {
             return py::str("<mox.Program in {}{}>")
                 .format(py::str(", ").attr("join")(program.Targets),

@@ -70,18 +70,10 @@ Host::ProgramOptions MakeOptions(const ProgramSettings& settings, bool isByConte
     return options;
 }
 
-std::vector<std::string> NodesOfLines(const Host::StageProgram& program)
-{
-    std::vector<std::string> nodes;
-    for (const Host::LineOrigin& line : program.Lines)
-        nodes.push_back(line.Node);
-    return nodes;
-}
-
 Program Compile(const OpenedCopy& copy, const Library& library, const Formats& formats,
                 const ProgramSettings& settings)
 {
-    Program program{copy.Problems, settings.Targets, {}, {}};
+    Program program{copy.Problems, settings.Targets, {}};
     Host::ProblemList& problems = program.Problems;
     if (problems.HasErrors())
         return program;
@@ -91,12 +83,14 @@ Program Compile(const OpenedCopy& copy, const Library& library, const Formats& f
     if (problems.HasErrors())
         return program;
     for (const auto& format : formats) {
-        std::vector<std::string> texts =
+        std::vector<Host::ProgramFile> files =
             Host::WriteProgram(*format, cg, copy.Graph, copy.File, problems);
-        for (std::size_t i = 0; i < texts.size(); ++i)
-            program.Files.emplace_back(format->Endings()[i], std::move(texts[i]));
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            std::vector<std::string> nodes = Host::FindNodesOfLines(files[i], cg);
+            program.Files.push_back(
+                {format->Endings()[i], std::move(files[i].Text), std::move(nodes)});
+        }
     }
-    program.LineNodes = {NodesOfLines(cg.Vertex), NodesOfLines(cg.Fragment)};
     return program;
 }
 
@@ -121,15 +115,14 @@ std::vector<Host::ExportJob> MakeJobs(const Paths& files, const std::filesystem:
 
 } // namespace
 
-const std::string& Program::Find(const std::string& extension) const
+const Program::File& Program::Find(const std::string& extension) const
 {
     if (Problems.HasErrors())
         throw FaultyMaterial(Problems);
-    const auto file =
-        std::ranges::find(Files, extension, &std::pair<std::string, std::string>::first);
+    const auto file = std::ranges::find(Files, extension, &File::Extension);
     if (file == Files.end())
         throw Host::HostError({}, Compose("the program has no file ", Host::Excerpt(extension)));
-    return file->second;
+    return *file;
 }
 
 Program Compile(const Material& material, const ProgramSettings& settings)

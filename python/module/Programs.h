@@ -5,7 +5,6 @@
 #include "mox/batch/OutputRecord.h"
 #include "mox/host/Problem.h"
 
-#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,16 +27,19 @@ struct Program
 {
     Host::ProblemList Problems;
     std::vector<std::string> Targets;
-    std::vector<std::pair<std::string, std::string>> Files; ///< content, with the extension of the
-                                                            ///< file
-    std::array<std::vector<std::string>, 2> LineNodes; ///< for each line of the Cg programs, vertex
-                                                       ///< before fragment, the id of the node that
-                                                       ///< produced it
+    struct File
+    {
+        std::string Extension;
+        std::string Bytes;
+        std::vector<std::string> LineNodes; ///< for each line of a source, the id of the node that it
+                                            ///< comes from; empty if there is none
+    };
+    std::vector<File> Files;
 
     /// Returns the file with this extension.
     /// @throws FaultyMaterial if the material has an error
     /// @throws HostError if there is no such file
-    const std::string& Find(const std::string& extension) const;
+    const File& Find(const std::string& extension) const;
 };
 
 /// Compiles a material in its current state.

@@ -2,6 +2,7 @@
 
 import gc
 import json
+import re
 import threading
 import unittest
 from pathlib import Path
@@ -262,9 +263,16 @@ class Programs(TestInFolder):
         self.assertEqual(program["essl"].fragment.text.encode(), files[".fragment.essl"])
         self.assertEqual(program["spirv"].vertex.bytes, files[".vertex.spv"])
         self.assertEqual(program.reflection, json.loads(files[".reflection.json"]))
-        lines = program["cg"].fragment.text.splitlines()
-        self.assertEqual(len(program.fragment_nodes), len(lines))
-        self.assertIn("bumps", program.fragment_nodes)
+        callers = {}
+        for target in set(targets) - {"spirv"}:
+            stage = program[target].fragment
+            lines = stage.text.splitlines()
+            self.assertEqual(len(stage.nodes), len(lines))
+            calls = [(re.match(r"\t(\w+Code\w*)\(", line), node) for line, node in zip(lines, stage.nodes)]
+            callers[target] = {call[1]: node for call, node in calls if call}
+            self.assertEqual(callers[target], callers.get("cg", callers[target]), target)
+        self.assertIn("bumps", callers["cg"].values())
+        self.assertEqual(program["spirv"].fragment.nodes, ())
         self.assertRaises(TypeError, lambda: program["spirv"].vertex.text)
         self.assertRaises(KeyError, lambda: self.library.open("rim_light.xml").compile("cg")["msl"])
         with self.assertRaisesRegex(mox.Error, "essl"):

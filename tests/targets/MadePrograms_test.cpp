@@ -25,21 +25,24 @@ TEST(MadePrograms, MakesEqualProgramsOnce)
             ++count;
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
             const std::string line = header.empty() ? "" : "// " + header + "\n";
-            return MadePrograms::Texts{"#version\n" + line + text, "{}"};
+            std::vector<int> lines(header.empty() ? 2 : 3);
+            lines.back() = 7;
+            return MadePrograms::Files{{"#version\n" + line + text, {}, lines}, {"{}"}};
         });
     };
     {
         std::vector<std::jthread> threads;
         for (const char* header : {"one", "two", "three"})
             threads.emplace_back([&get, header] {
-                EXPECT_EQ(
-                    get("same", header),
-                    (MadePrograms::Texts{std::string("#version\n// ") + header + "\nsame", "{}"}));
+                EXPECT_EQ(get("same", header),
+                          (MadePrograms::Files{
+                              {std::string("#version\n// ") + header + "\nsame", {}, {0, 0, 7}},
+                              {"{}"}}));
             });
     }
     EXPECT_EQ(count, 1);
-    EXPECT_EQ(get("same", "")[0], "#version\nsame");
-    EXPECT_EQ(get("other", "one")[0], "#version\n// one\nother");
+    EXPECT_EQ(get("same", "")[0], (ProgramFile{"#version\nsame", {}, {0, 7}}));
+    EXPECT_EQ(get("other", "one")[0].Text, "#version\n// one\nother");
 }
 
 TEST(MadePrograms, TellsApartWhatReflectionsTell)
@@ -54,7 +57,7 @@ TEST(MadePrograms, TellsApartWhatReflectionsTell)
     const auto get = [&] {
         CgProgram program = ProgramOf("same", "");
         program.Plan = plan;
-        made.Get(program, [&] { return MadePrograms::Texts{std::to_string(++count)}; });
+        made.Get(program, [&] { return MadePrograms::Files{{std::to_string(++count)}}; });
         return count;
     };
     EXPECT_EQ(get(), 1);
@@ -75,11 +78,11 @@ TEST(MadePrograms, KeepsNoFailuresAndNotEverything)
     MadePrograms made;
     int count = 0;
     const auto get = [&](const std::string& text, std::size_t size) {
-        return made.Get(ProgramOf(text, ""), [&]() -> MadePrograms::Texts {
+        return made.Get(ProgramOf(text, ""), [&]() -> MadePrograms::Files {
             ++count;
             if (text == "throws")
                 throw std::runtime_error("no");
-            return size > 0 ? MadePrograms::Texts{std::string(size, 'x')} : MadePrograms::Texts{};
+            return MadePrograms::Files(size > 0 ? 1 : 0, {std::string(size, 'x')});
         });
     };
     for (int i = 0; i < 2; ++i) {
@@ -89,7 +92,7 @@ TEST(MadePrograms, KeepsNoFailuresAndNotEverything)
     EXPECT_EQ(count, 4);
     constexpr std::size_t half = 17 << 20;
     for (const char* text : {"a", "b", "b", "a"})
-        EXPECT_EQ(get(text, half).at(0).size(), half);
+        EXPECT_EQ(get(text, half).at(0).Text.size(), half);
     EXPECT_EQ(count, 7) << "what was made first is dropped first";
 }
 

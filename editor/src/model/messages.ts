@@ -221,7 +221,7 @@ export interface Answer {
     annotations?: string[];
     problems?: Problem[];
     programs?: Record<string, Record<string, string>>;
-    lineNodes?: { vertex: string[]; fragment: string[] };
+    lineNodes?: Record<string, Record<string, string[]>>;
     bindings?: string;
     texture?: { format: 'unorm8' | 'half'; levels: { width: number; height: number; layers?: number }[] };
     picture?: { width: number; height: number };

@@ -87,7 +87,7 @@ function CodeView({
     return <div className="code" ref={parent} />;
 }
 
-/** The programs of the material in any language. In Cg, lines and the nodes that they come from are highlighted. */
+/** The programs of the material in any language. Lines and the nodes that they come from find each other. */
 export function ProgramView({ light }: Lighting) {
     const editor = useEditor();
     const revision = useSnapshot((all) => all.revision);
@@ -114,10 +114,9 @@ export function ProgramView({ light }: Lighting) {
     useEffect(() => () => light([]), [light]);
 
     const files = answer?.programs?.[target];
-    const text = files
-        ? (Object.entries(files).find(([ending]) => ending.startsWith(`.${stage}.`))?.[1] ?? '')
-        : '';
-    const lineNodes = target === 'cg' ? answer?.lineNodes?.[stage] : undefined;
+    const ending = Object.keys(files ?? {}).find((name) => name.startsWith(`.${stage}.`)) ?? '';
+    const text = files?.[ending] ?? '';
+    const lineNodes = answer?.lineNodes?.[target]?.[ending];
     const lines = useMemo(() => {
         const ids = new Set([...selection].map((number) => nodes.get(number)?.record.id ?? ''));
         ids.delete('');
