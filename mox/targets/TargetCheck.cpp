@@ -135,7 +135,7 @@ void CheckTargets(const ProgramPlan& plan, const std::vector<CompileTarget>& tar
     }
 }
 
-std::vector<std::string> TargetCheck::Write(const CgProgram& program, const std::string& file,
+std::vector<ProgramFile> TargetCheck::Write(const CgProgram& program, const std::string& file,
                                             ProblemList& problems) const
 {
     CheckTargets(program.Plan, AllCompileTargets(), file, problems);

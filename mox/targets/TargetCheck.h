@@ -22,7 +22,7 @@ class TargetCheck : public ProgramFormat
 {
 public:
     const std::vector<std::string>& Endings() const override { return _endings; }
-    std::vector<std::string> Write(const CgProgram& program, const std::string& file,
+    std::vector<ProgramFile> Write(const CgProgram& program, const std::string& file,
                                    ProblemList& problems) const override;
 
 private:
