@@ -589,7 +589,7 @@ test('a box selects, a refused edge says why, an edge takes a node, a dropped fi
     const { file, page } = await prepare('tinted_texture');
     await page.getByRole('button', { name: 'Lay out' }).last().click();
     await drive.settle(page);
-    const boxes = await Promise.all(['paint', 'bumps'].map((id) => card(page, id).boundingBox()));
+    const boxes = await Promise.all(['paint', 'tint'].map((id) => card(page, id).boundingBox()));
     const [left, top] = [Math.min(...boxes.map((b) => b.x)), Math.min(...boxes.map((b) => b.y))];
     const right = Math.max(...boxes.map((b) => b.x + b.width));
     const bottom = Math.max(...boxes.map((b) => b.y + b.height));
@@ -597,7 +597,7 @@ test('a box selects, a refused edge says why, an edge takes a node, a dropped fi
     await until(page, () => window.moxEditor.get().selection.size === 2);
     assert.deepEqual(
         await page.evaluate(() => window.moxEditor.selectedNodes().map((node) => node.record.id).sort()),
-        ['bumps', 'paint'],
+        ['paint', 'tint'],
     );
 
     const start = await state(page);
@@ -606,7 +606,7 @@ test('a box selects, a refused edge says why, an edge takes a node, a dropped fi
     await page.mouse.down();
     await page.mouse.move(...(await middle(to)), { steps: 5 });
     const reason = await page.locator('.hint').textContent();
-    assert.match(reason, /paint.*tinted|tinted.*paint/);
+    assert.match(reason, /cycle: paintTexture → Multiply → paintTexture/);
     await page.mouse.up();
     assert.deepEqual((await state(page)).edges, start.edges);
 
@@ -630,7 +630,7 @@ test('a box selects, a refused edge says why, an edge takes a node, a dropped fi
             new DragEvent('drop', { dataTransfer, bubbles: true, cancelable: true, ...place }),
         );
     }, bytes);
-    await hasNode(page, 'dropped');
+    await hasNode(page, 'texture');
     assert.deepEqual([...readFileSync(`${folder}/dropped.png`)], bytes);
 
     let asks = 0;
