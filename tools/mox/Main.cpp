@@ -112,7 +112,7 @@ int RunProgram(int argc, char** argv)
 #ifdef MOX_HAS_PREVIEW
     AddPreviewCommand(program, common);
 #endif
-    AddCompleteCommand(program);
+    AddCompleteCommand(program, common);
     AddManualCommand(program);
     program.footer(programFooter); // commands would inherit it if it were set earlier
     int status = 0;
