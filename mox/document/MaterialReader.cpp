@@ -128,7 +128,11 @@ const ElementRule* MaterialReader::FindRule(const XmlElement& element)
     if (_open.empty()) {
         if (element.Name == MaterialRule.Name)
             return &MaterialRule;
-        fail({}, Compose("<", MaterialRule.Name, ">"));
+        // A node of a material that was copied without the elements around it has an id.
+        const bool isNodeFile = element.Name == "node" && !element.Find("id");
+        fail({},
+             Compose("<", MaterialRule.Name, ">",
+                     isNodeFile ? "; this is a node file, so give its folder with --nodes" : ""));
         return nullptr;
     }
     OpenElement& parent = _open.back();

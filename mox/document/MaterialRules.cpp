@@ -62,7 +62,7 @@ constexpr ValueRule portName = {{}, nullptr, "the Cg name of a port"};
 constexpr ValueRule propertyName = {{}, nullptr, "the name of a property"};
 constexpr ValueRule wholeNumber = {{}, IsWholeNumber, "a 32-bit integer"};
 constexpr ValueRule number = {
-    {}, IsNumber, "a number with a decimal point, or \"inf\", \"-inf\" or \"nan\""};
+    {}, IsNumber, "a number such as \"3\", \"-0.5\" or \"1e-07\", or \"inf\", \"-inf\" or \"nan\""};
 constexpr ValueRule colour = {{}, IsColour, "three numbers separated by single spaces"};
 constexpr ValueRule numberList = {{}, IsNumberList, "numbers separated by commas"};
 constexpr ValueRule fraction = {{}, IsFraction, "a number from 0 to 1"};

@@ -1,6 +1,7 @@
 #include "mox/graph/EdgeStage.h"
 
 #include "mox/Text.h"
+#include "mox/document/UnknownNode.h"
 #include "mox/host/NearestName.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -309,7 +310,7 @@ std::optional<std::size_t> EdgeStage::FindEnd(const std::string& id, GraphEdge& 
 {
     const auto index = _document.FindNode(id);
     if (!index)
-        edge.Problems.Fail("unknown-node", edge.Where, Compose("there is no node \"", id, "\""));
+        edge.Problems.Fail("unknown-node", edge.Where, UnknownNode(id));
     return index;
 }
 

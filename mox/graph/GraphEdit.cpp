@@ -3,6 +3,7 @@
 #include "mox/Text.h"
 #include "mox/document/AnnotationText.h"
 #include "mox/document/MaterialRules.h"
+#include "mox/document/UnknownNode.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -209,7 +210,7 @@ std::size_t GraphEdit::FindNode(const std::string& id) const
 {
     const auto index = _edit.Document().FindNode(id);
     if (!index)
-        throw HostError({Document().File}, Compose("there is no node \"", id, "\""));
+        throw HostError({Document().File}, UnknownNode(id, Document()));
     return *index;
 }
 

@@ -1,7 +1,7 @@
 #include "mox/graph/MaterialGraph.h"
 
-#include "mox/Text.h"
 #include "mox/document/PropertyText.h"
+#include "mox/document/UnknownNode.h"
 #include "mox/graph/EdgeStage.h"
 #include "mox/graph/GraphEdit.h"
 #include "mox/graph/HostValues.h"
@@ -12,7 +12,6 @@
 
 namespace Mox::Host {
 
-using Materials::Compose;
 using Materials::GuiPropertyKind;
 
 namespace {
@@ -79,7 +78,7 @@ DocumentChange MaterialGraph::Apply(const GraphChange& change)
         ProblemList broken;
         nodes.ReportNewErrors(broken);
         edges.ReportNewErrors(broken);
-        broken.ThrowFirstError();
+        WithSuggestions(broken, Document()).ThrowFirstError();
         const auto circle = edges.Admit();
         if (circle && circle->IsNew)
             throw circle->Error;
@@ -133,7 +132,7 @@ std::size_t MaterialGraph::FindNode(const std::string& id, const Place& where) c
 {
     const auto index = FindNode(id);
     if (!index)
-        throw HostError(where, Compose("there is no node \"", id, "\""));
+        throw HostError(where, UnknownNode(id, Document()));
     return *index;
 }
 

@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
+#include "mox/document/UnknownNode.h"
 #include "mox/graph/HostValues.h"
 #include "mox/host/Excerpt.h"
 #include "mox/host/HostError.h"
@@ -39,7 +40,7 @@ bool Parse(GuiProperty& property, const DocumentProperty& value, const NodeBuild
         return true;
     const auto target = builder.LookUp(index, value.Value);
     if (!target) {
-        fail("unknown-node", Compose("there is no node \"", value.Value, "\""));
+        fail("unknown-node", UnknownNode(value.Value));
         return false;
     }
     property.Node = *target;
@@ -251,6 +252,9 @@ GraphNode NodeBuilder::Build(std::size_t index, const DocumentNode& record) cons
 void NodeBuilder::Set(GuiProperty& property, const DocumentProperty& value, std::size_t index,
                       const Place& where) const
 {
+    if (value.Kind == GuiPropertyKind::Node && !value.Value.empty() &&
+        !_document.FindNode(value.Value))
+        throw HostError(where, UnknownNode(value.Value, _document.Document()));
     const auto fail = [&](const char*, const std::string& message) {
         throw HostError(where, message);
     };

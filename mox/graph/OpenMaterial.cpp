@@ -1,5 +1,6 @@
 #include "mox/graph/OpenMaterial.h"
 
+#include "mox/document/UnknownNode.h"
 #include "mox/graph/GraphResolver.h"
 
 #include <utility>
@@ -9,7 +10,10 @@ namespace Mox::Host {
 MaterialGraph LoadMaterial(MaterialDocument document, NodeMaker maker, ProblemList& problems)
 {
     MaterialGraph material(std::move(document), std::move(maker));
-    material.ReportProblems(problems);
+    // The graph does not store suggestions, because they depend on nodes that may change.
+    ProblemList found;
+    material.ReportProblems(found);
+    problems.Append(WithSuggestions(found, material.Document()));
     return material;
 }
 

@@ -74,7 +74,8 @@ std::string SuggestName(std::string_view name, const std::vector<RightName>& nam
         distances.push_back(distanceTo(right));
     const auto nearest = std::min_element(distances.begin(), distances.end());
     const auto best = static_cast<std::size_t>(nearest - distances.begin());
-    const bool isAlike = *nearest <= std::max<std::size_t>(2, name.size() / 3);
+    const bool isAlike =
+        *nearest < name.size() && *nearest <= std::max<std::size_t>(2, name.size() / 3);
 
     std::string text;
     if (isAlike)

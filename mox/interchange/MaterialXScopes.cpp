@@ -1,6 +1,8 @@
 #include "mox/interchange/MaterialXScopes.h"
 
 #include "mox/Text.h"
+#include "mox/document/UnknownNode.h"
+#include "mox/host/NearestName.h"
 #include "mox/interchange/StandardNodes.h"
 
 namespace Mox::Host {
@@ -60,7 +62,7 @@ MaterialXSource MaterialXScopes::Follow(std::size_t scope, const XmlTree& start)
         }
         const XmlTree* node = FindNamed(scope, *name);
         if (!node)
-            return fail(Compose("there is no node \"", *name, "\""));
+            return fail(UnknownNode(*name) + SuggestNode(scope, *name));
         isParameter = false;
         const auto definition = _definitions.find(node->Name);
         if (node->Name == "nodegraph") {
@@ -175,6 +177,24 @@ const XmlTree* MaterialXScopes::FindNamed(std::size_t scope, const std::string& 
 {
     const auto found = _scopes[scope].Children.find(name);
     return found == _scopes[scope].Children.end() ? nullptr : found->second;
+}
+
+/// Returns a suggestion to append to the message that a scope has no node with this name. Comparing
+/// names takes time, so there are no suggestions in a large graph or after many problems.
+std::string MaterialXScopes::SuggestNode(std::size_t scope, const std::string& name) const
+{
+    constexpr std::size_t mostNodes = 1000;
+    constexpr std::size_t mostProblems = 100;
+    const std::vector<XmlTree>& children = GraphOf(scope).Children;
+    if (children.size() > mostNodes || _problems.Problems().size() >= mostProblems)
+        return {};
+    std::vector<RightName> names;
+    for (const XmlTree& child : children) {
+        const std::string other = child.Get("name");
+        if (FindNamed(scope, other) == &child)
+            names.push_back({other});
+    }
+    return SuggestName(name, names);
 }
 
 } // namespace Mox::Host

@@ -73,6 +73,7 @@ private:
     bool StepToGraph(std::size_t& scope, const XmlTree*& input, const XmlTree& graph,
                      const XmlTree* instance, const XmlTree& definition);
     const XmlTree* FindNamed(std::size_t scope, const std::string& name) const;
+    std::string SuggestNode(std::size_t scope, const std::string& name) const;
 
     ProblemList& _problems;
     std::vector<Scope> _scopes;

@@ -213,7 +213,7 @@ private:
     void ReadPart(const XmlTree& part)
     {
         if (part.Name == "help")
-            _file.Help = TakeWords(NodeElement(part, {}).Text());
+            ReadHelp(part);
         else if (part.Name == "property")
             ReadProperty(part);
         else if (_file.IsCompiled)
@@ -233,6 +233,14 @@ private:
         else
             throw HostError(part.Where, "only <help>, <property>, <in>, <out>, <sampler>, "
                                         "<function>, <body> and <icon> are allowed here");
+    }
+
+    void ReadHelp(const XmlTree& part)
+    {
+        const NodeElement element(part, {});
+        if (!_file.Help.empty())
+            element.Fail("a node can have only one <help>");
+        _file.Help = TakeWords(element.Text());
     }
 
     void ReadProperty(const XmlTree& part)

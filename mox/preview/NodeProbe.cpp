@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/authoring/GuiNode.h"
+#include "mox/document/UnknownNode.h"
 #include "mox/host/HostError.h"
 #include "mox/shader/ShaderFunctionBuilder.h"
 #include "mox/shader/ShaderGraphGenerator.h"
@@ -107,7 +108,7 @@ ProbedOutput FindNodeOutput(const MaterialDocument& document, const std::string&
     const std::size_t dot = text.rfind('.');
     if (dot != text.npos && HasNode(document, text.substr(0, dot)))
         return {text.substr(0, dot), text.substr(dot + 1)};
-    throw HostError(document.File, Compose("there is no node \"", text, "\""));
+    throw HostError(document.File, UnknownNode(text.substr(0, dot), document));
 }
 
 MaterialDocument CutUpstream(const MaterialDocument& document,

@@ -18,6 +18,7 @@ TEST(NearestName, IsFoundByNameAndLabel)
         "; did you mean \"out_alpha\"? Also available: \"out_colour\" (normal), \"out_roughness\"");
     EXPECT_EQ(SuggestName("out_rough", {{"out_roughness"}}), "; did you mean \"out_roughness\"?");
     EXPECT_EQ(SuggestName("in_uv", {{"out_roughness"}}), "; available: \"out_roughness\"");
+    EXPECT_EQ(SuggestName("b", {{"a"}}), "; available: \"a\"") << "nothing in common";
     EXPECT_EQ(SuggestName("in_uv", {}), "");
     EXPECT_EQ(SuggestName(std::string(100000, 'a'), ports), "");
     EXPECT_EQ(SuggestName("zzzzz", std::vector<RightName>(13, {"x"})), "") << "too many to list";

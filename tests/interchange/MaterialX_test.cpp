@@ -212,7 +212,7 @@ constexpr ReadCase readCases[] = {
     {"a node that is not there",
      "<gltf_pbr name='s' type='surfaceshader'><input name='base_color' type='color3' "
      "nodename='x'/></gltf_pbr>",
-     "1: there is no node \"x\""},
+     "1: there is no node \"x\"; available: \"s\""},
     {"an unknown node",
      "<gltf_pbr name='s' type='surfaceshader'><input name='base_color' type='color3' "
      "nodename='x'/></gltf_pbr>\n"

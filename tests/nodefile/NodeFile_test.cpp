@@ -68,11 +68,11 @@ TEST(NodeFile, AnswersAsItsSchema)
     }
 }
 
-TEST(NodeFile, RefusesIconsThatAreNotImages)
+TEST(NodeFile, RefusesBadIconsAndRepeatedHelp)
 {
     const struct
     {
-        const char* Icon;
+        const char* Part;
         const char* Failure;
         bool FollowsSchema;
     } cases[] = {
@@ -89,17 +89,18 @@ TEST(NodeFile, RefusesIconsThatAreNotImages)
          "row 3 of the icon contains a pixel with an undefined colour key", true},
         {R"(<icon>"1 1 1 1" "a c None" "a"</icon><icon>"1 1 1 1" "a c None" "a"</icon>)",
          "a node can have only one <icon>", false},
+        {"<help>One.</help><help>Two.</help>", "a node can have only one <help>", false},
     };
-    for (const auto& [icon, failure, followsSchema] : cases) {
+    for (const auto& [part, failure, followsSchema] : cases) {
         const std::string text =
             Mox::Materials::Compose(R"(<node version="1" type="AbC" label="L" library="Ab">
 <out name="out_value" label="out"/><body>out_value = 1.0;</body>
 )",
-                                    icon, "</node>");
+                                    part, "</node>");
         const std::string found = HostFailureOf([&] { ParseNodeFile("node.xml", text); });
-        EXPECT_TRUE(found.ends_with(failure)) << icon << found;
-        EXPECT_TRUE(found == "no failure" || found.starts_with("node.xml:3: ")) << icon << found;
-        EXPECT_EQ(FollowsSchema(text, MOX_NODE_SCHEMA), followsSchema) << icon;
+        EXPECT_TRUE(found.ends_with(failure)) << part << found;
+        EXPECT_TRUE(found == "no failure" || found.starts_with("node.xml:3: ")) << part << found;
+        EXPECT_EQ(FollowsSchema(text, MOX_NODE_SCHEMA), followsSchema) << part;
     }
 }
 

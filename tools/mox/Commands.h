@@ -27,7 +27,7 @@ void AddNewCommand(CLI::App& program, const CommonOptions& common);
 void AddPreviewCommand(CLI::App& program, const CommonOptions& common);
 
 /// These two commands describe the command line itself, which is complete when they run.
-void AddCompleteCommand(CLI::App& program);
+void AddCompleteCommand(CLI::App& program, const CommonOptions& common);
 void AddManualCommand(CLI::App& program);
 
 } // namespace Mox::Tool

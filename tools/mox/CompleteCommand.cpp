@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "LoadPlugins.h"
 #include "ProgramHelp.h"
 
 #include <algorithm>
@@ -16,8 +17,9 @@ namespace {
 class Completion
 {
 public:
-    explicit Completion(const ProgramHelp& help)
-        : _commands(help.Commands), _arguments(help.Program.Arguments)
+    /// @param common must outlive the completion
+    Completion(const ProgramHelp& help, const CommonOptions& common)
+        : _common(common), _commands(help.Commands), _arguments(help.Program.Arguments)
     {}
 
     void Read(const std::string& word)
@@ -90,7 +92,7 @@ private:
         }
     }
 
-    static void PrintValues(const ArgumentHelp& argument)
+    void PrintValues(const ArgumentHelp& argument) const
     {
         constexpr std::string_view filePlaceholders[] = {"FILE", "BEFORE", "AFTER", "CHANGE",
                                                          "MESH"};
@@ -100,10 +102,24 @@ private:
             std::cout << ":files\n";
         if (argument.Value.starts_with("DIR"))
             std::cout << ":folders\n";
+        if (argument.Value == "TYPE")
+            PrintTypes();
         for (const std::string& choice : argument.Choices)
             std::cout << choice << '\n';
     }
 
+    void PrintTypes() const
+    {
+        const Host::PluginSet plugins = LoadPlugins(_common);
+        for (const Host::Plugin& plugin : plugins.Plugins()) {
+            for (const Host::PluginType& type : plugin.Types()) {
+                if (type.Listed)
+                    std::cout << type.TypeName << '\t' << type.Label << '\n';
+            }
+        }
+    }
+
+    const CommonOptions& _common;
     std::vector<CommandHelp> _commands;
     std::vector<ArgumentHelp> _arguments; ///< of the command, if it has been read, and the program
     std::optional<ArgumentHelp> _option;  ///< expects its value as the next word
@@ -113,7 +129,7 @@ private:
 
 } // namespace
 
-void AddCompleteCommand(CLI::App& program)
+void AddCompleteCommand(CLI::App& program, const CommonOptions& common)
 {
     auto* command = program.add_subcommand("complete", "Print how a command line can continue");
     command->group(""); // hides it, because only shells need it
@@ -121,8 +137,8 @@ void AddCompleteCommand(CLI::App& program)
     command->add_option("WORD", *words, "The command line without the program, after --")
         ->type_name("")
         ->required();
-    command->callback([words, &program] {
-        Completion completion(DescribeProgram(program));
+    command->callback([words, &program, &common] {
+        Completion completion(DescribeProgram(program), common);
         const std::string start = words->back();
         words->pop_back();
         for (const std::string& word : *words)

@@ -17,9 +17,10 @@ namespace {
 
 constexpr const char* convertFooter =
     R"(The extension of the output selects its format: ".mtlx" is MaterialX 1.39, and
-anything else is a material document. Warnings with locations in FILE report
-everything that is changed or dropped. Relative file names of textures are
-adjusted so that they refer to the same files from the folder of the output.
+".xml" is a material document, as is an output without an extension. Other
+extensions are rejected. Warnings with locations in FILE report everything that
+is changed or dropped. Relative file names of textures are adjusted so that they
+refer to the same files from the folder of the output.
 
 A MaterialX document may include other documents. Only documents in the same
 folder and its subfolders are read.
@@ -72,8 +73,19 @@ std::string Convert(Host::MaterialDocument document, const ConvertOptions& optio
     return Host::WriteMaterialX(Host::DescribeMaterial(graph, plugins), problems);
 }
 
+/// @throws CLI::ValidationError if the extension belongs to neither format
+void CheckOutput(const std::filesystem::path& output)
+{
+    const std::string extension = output.extension().string();
+    if (!extension.empty() && extension != ".xml" && extension != ".mtlx") {
+        throw CLI::ValidationError("--output", "the name of the output must end in .xml for a "
+                                               "material, or in .mtlx for MaterialX");
+    }
+}
+
 void ConvertMaterial(const ConvertOptions& options, const CommonOptions& common)
 {
+    CheckOutput(options.Output);
     Host::ProblemList problems;
     Host::RequireNoInput(options.Output, {options.File});
     Host::MaterialDocument document = ReadDocument(options.File, problems, options.Material);

@@ -1,13 +1,17 @@
 #include "Commands.h"
+#include "ProgramHelp.h"
 #include "Signals.h"
 #include "mox/host/Excerpt.h"
+#include "mox/host/NearestName.h"
 
 #include <algorithm>
 #include <csignal>
 #include <exception>
 #include <fcntl.h>
+#include <filesystem>
 #include <iostream>
 #include <new>
+#include <system_error>
 #include <unistd.h>
 
 namespace {
@@ -30,13 +34,31 @@ Examples:
   mox export --help
 )";
 
+/// Describes the first argument if it should be a command but is not.
+std::string FormatUnknownCommand(const CLI::App& program, const std::string& argument)
+{
+    const std::string text = "there is no command \"" + argument + "\"";
+    std::error_code error;
+    if (std::filesystem::exists(argument, error))
+        return text + "; the command comes before the file, as in \"mox check FILE\"";
+    std::vector<Mox::Host::RightName> names;
+    for (const Mox::Tool::CommandHelp& command : Mox::Tool::DescribeProgram(program).Commands)
+        names.push_back({command.Name});
+    return text + Mox::Host::SuggestName(argument, names);
+}
+
 /// Reports an unknown argument, if any, because it is more informative than a missing one.
 std::string FormatUsageError(const CLI::App* program, const CLI::Error& error)
 {
     constexpr bool withCommands = true;
     const std::vector<std::string> unknown = program->remaining(withCommands);
-    const std::string text =
-        unknown.empty() ? error.what() : "\"" + unknown.front() + "\" was not expected";
+    std::string text = error.what();
+    if (!unknown.empty()) {
+        const bool isOption = unknown.front().starts_with('-');
+        text = isOption || !program->get_subcommands().empty()
+                   ? "\"" + unknown.front() + "\" was not expected"
+                   : FormatUnknownCommand(*program, unknown.front());
+    }
     return "mox: " + Mox::Host::MessageLine(text) + "\nRun with --help for more information.\n";
 }
 
@@ -90,7 +112,7 @@ int RunProgram(int argc, char** argv)
 #ifdef MOX_HAS_PREVIEW
     AddPreviewCommand(program, common);
 #endif
-    AddCompleteCommand(program);
+    AddCompleteCommand(program, common);
     AddManualCommand(program);
     program.footer(programFooter); // commands would inherit it if it were set earlier
     int status = 0;

@@ -1,0 +1,55 @@
+#include "mox/document/UnknownNode.h"
+
+#include "mox/Text.h"
+#include "mox/host/NearestName.h"
+
+#include <string_view>
+#include <vector>
+
+namespace Mox::Host {
+
+namespace {
+
+using Materials::Compose;
+
+constexpr std::string_view beforeId = "there is no node \"";
+constexpr std::string_view afterId = "\"";
+
+} // namespace
+
+std::string UnknownNode(const std::string& id)
+{
+    return Compose(beforeId, id, afterId);
+}
+
+std::string UnknownNode(const std::string& id, const MaterialDocument& document)
+{
+    constexpr std::size_t mostNodes = 1000;
+    std::vector<RightName> names;
+    if (document.Nodes.size() <= mostNodes) {
+        names.reserve(document.Nodes.size());
+        for (const DocumentNode& node : document.Nodes) {
+            if (node.Id != id) // equal if the graph cannot show the node
+                names.push_back({node.Id});
+        }
+    }
+    return UnknownNode(id) + SuggestName(id, names);
+}
+
+ProblemList WithSuggestions(const ProblemList& problems, const MaterialDocument& document)
+{
+    constexpr int mostSuggestions = 100;
+    ProblemList result;
+    int suggestions = 0;
+    for (Problem problem : problems.Problems()) {
+        if (problem.Rule == "unknown-node" && suggestions++ < mostSuggestions) {
+            const std::size_t length = problem.Message.size() - beforeId.size() - afterId.size();
+            problem.Message =
+                UnknownNode(problem.Message.substr(beforeId.size(), length), document);
+        }
+        result.Add(problem);
+    }
+    return result;
+}
+
+} // namespace Mox::Host
