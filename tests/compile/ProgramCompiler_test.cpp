@@ -367,9 +367,22 @@ TEST(ProgramCompiler, EqualNamesAreDifferentParameters)
         }
         text += "\n";
     }
-    const std::string reflection = FormatReflection(result);
-    ExpectGolden("compile/equal_names.txt",
-                 text + reflection.substr(0, reflection.find("\"targets\"")));
+    const auto list = [&](const std::string& place, const nlohmann::json& entries) {
+        for (const nlohmann::json& entry : entries) {
+            text += Compose(place, ": ", entry.at("name").get<std::string>());
+            if (entry.contains("environment"))
+                text += " is " + entry["environment"].get<std::string>();
+            text += "\n";
+        }
+    };
+    const auto reflection = nlohmann::json::parse(FormatReflection(result));
+    for (const auto& [rate, block] : reflection.at("uniformBlocks").items())
+        list(rate, block.at("members"));
+    for (const auto& [stage, interface] : reflection.at("stages").items()) {
+        for (const char* part : {"samplers", "inputs", "outputs"})
+            list(Compose(stage, " ", part), interface.at(part));
+    }
+    ExpectGolden("compile/equal_names.txt", text);
 }
 
 /// Describes a block of the environment without the stages that read it.

@@ -13,14 +13,14 @@ namespace {
 
 using Texel = std::array<double, 4>;
 
-constexpr std::uint32_t width = 16;
+constexpr std::uint32_t imageWidth = 16;
 
 /// Texels with values that a device stores without rounding: bytes, or floats that fit into halfs.
 std::vector<Texel> MakeTexels(std::uint32_t height, TexelFormat format)
 {
     std::vector<Texel> texels;
     std::mt19937 random(61);
-    for (std::uint32_t i = 0; i < width * height; ++i) {
+    for (std::uint32_t i = 0; i < imageWidth * height; ++i) {
         Texel texel;
         for (double& value : texel) {
             value = format == TexelFormat::Unorm8
@@ -39,8 +39,8 @@ std::vector<Texel> MakeTexels(std::uint32_t height, TexelFormat format)
 
 TextureImage ToTexture(const std::vector<Texel>& texels, TexelFormat format)
 {
-    const auto height = static_cast<std::uint32_t>(texels.size()) / width;
-    TextureImage texture{width, height, format, {}};
+    const auto height = static_cast<std::uint32_t>(texels.size()) / imageWidth;
+    TextureImage texture{imageWidth, height, format, {}};
     for (const Texel& texel : texels) {
         for (const double value : texel) {
             if (format == TexelFormat::Unorm8) {
@@ -147,9 +147,9 @@ protected:
         RunInputs inputs;
         inputs.Textures["image"] = ToTexture(texels, reading.Format);
         for (std::uint32_t y = 0; y < height; ++y) {
-            for (std::uint32_t x = 0; x < width; ++x)
+            for (std::uint32_t x = 0; x < imageWidth; ++x)
                 inputs.Streams["place"].push_back(
-                    {(static_cast<float>(x) + 0.5f) / width,
+                    {(static_cast<float>(x) + 0.5f) / imageWidth,
                      (static_cast<float>(y) + 0.5f) / static_cast<float>(height)});
         }
         Compare(
