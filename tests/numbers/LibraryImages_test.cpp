@@ -27,7 +27,7 @@ bool IsNearWhole(double x)
     return std::abs(x - std::round(x)) < 1e-3;
 }
 
-Triple TripleOf(const Arguments& in, std::size_t port)
+Triple TripleOf(In in, std::size_t port)
 {
     return {in.Ports[port][0], in.Ports[port][1], in.Ports[port][2]};
 }
@@ -51,12 +51,12 @@ const Port centreU = {"in_centreu", "Centre U", 0.25, Kind::Scalar};
 const Port centreV = {"in_centrev", "Centre V", 0.25, Kind::Scalar};
 
 /// The port "u" for the first component, "v" for the second.
-double WayOf(const Arguments& in)
+double WayOf(In in)
 {
     return in.Ports[1 + in.Component][0];
 }
 
-Result Scroll(const Arguments& in)
+Result Scroll(In in)
 {
     const double way = in.Ports[3][0] * WayOf(in);
     if (IsNearWhole(way))
@@ -64,7 +64,7 @@ Result Scroll(const Arguments& in)
     return OfScale(std::abs(in[0]) + std::abs(way) + 1.0, in[0] + Frac(way));
 }
 
-Result Rotate(const Arguments& in)
+Result Rotate(In in)
 {
     const double x = in.Ports[0][0] - in.Ports[2][0];
     const double y = in.Ports[0][1] - in.Ports[3][0];
@@ -77,7 +77,7 @@ Result Rotate(const Arguments& in)
     return OfScale(std::abs(centre) + reach * (1.0 + std::abs(turn)), centre + moved);
 }
 
-Result Polar(const Arguments& in)
+Result Polar(In in)
 {
     const double x = in.Ports[0][0] - in.Ports[1][0];
     const double y = in.Ports[0][1] - in.Ports[2][0];
@@ -94,16 +94,8 @@ Result Polar(const Arguments& in)
 }
 
 const Function uvTransforms[] = {
-    {"Tile",
-     {uv, wayU, wayV},
-     once,
-     [](const Arguments& in) { return Rounded(in[0] * WayOf(in)); },
-     2},
-    {"Offset",
-     {uv, wayU, wayV},
-     once,
-     [](const Arguments& in) { return Rounded(in[0] + WayOf(in)); },
-     2},
+    {"Tile", {uv, wayU, wayV}, once, [](In in) { return Rounded(in[0] * WayOf(in)); }, 2},
+    {"Offset", {uv, wayU, wayV}, once, [](In in) { return Rounded(in[0] + WayOf(in)); }, 2},
     {"Scroll", {uv, wayU, wayV, time}, products, Scroll, 2},
     {"Rotate", {uv, angle, centreU, centreV}, turned, Rotate, 2},
     {"Polar", {uv, centreU, centreV}, angles, Polar, 2},
@@ -151,7 +143,7 @@ bool HasHue(const Triple& rgb)
     return low >= 0.0 && high <= 4.0 && high - low > 0.1;
 }
 
-Result RgbToHsv(const Arguments& in)
+Result RgbToHsv(In in)
 {
     const Triple rgb = TripleOf(in, 0);
     const Triple hsv = ToHsv(rgb);
@@ -160,14 +152,14 @@ Result RgbToHsv(const Arguments& in)
     return OfScale(10.0 * SumOfSizes(rgb), hsv[in.Component]);
 }
 
-Result HsvToRgb(const Arguments& in)
+Result HsvToRgb(In in)
 {
     const Triple hsv = TripleOf(in, 0);
     return OfScale((1.0 + std::abs(hsv[0])) * 6.0 * (1.0 + std::abs(hsv[1])) * std::abs(hsv[2]),
                    FromHsv(hsv)[in.Component]);
 }
 
-Result Hue(const Arguments& in)
+Result Hue(In in)
 {
     const Triple rgb = TripleOf(in, 0);
     Triple hsv = ToHsv(rgb);
@@ -178,40 +170,32 @@ Result Hue(const Arguments& in)
                    FromHsv(hsv)[in.Component]);
 }
 
-Result Saturation(const Arguments& in)
+Result Saturation(In in)
 {
     const double grey = Luminance(TripleOf(in, 0));
     return OfScale(SumOfSizes(TripleOf(in, 0)) * (1.0 + std::abs(in.Ports[1][0])),
                    grey + (in[0] - grey) * in.Ports[1][0]);
 }
 
-Result Contrast(const Arguments& in)
+Result Contrast(In in)
 {
     return OfScale((0.5 + std::abs(in[0])) * (1.0 + std::abs(in.Ports[1][0])),
                    0.5 + (in[0] - 0.5) * in.Ports[1][0]);
-}
-
-Result Gamma(const Arguments& in)
-{
-    const double base = std::max(in[0], 0.0);
-    const double exponent = in.Ports[1][0];
-    if (base == 0.0)
-        return exponent <= 0.0 ? std::nullopt : Rounded(0.0);
-    const double value = std::pow(base, exponent);
-    return OfScale(value * (1.0 + std::abs(exponent) * (1.0 + std::abs(std::log2(base)))), value);
 }
 
 const Function colourAdjustments[] = {
     {"Hue", {shown, amount}, quotients, Hue, 3},
     {"Saturation", {colour, amount}, products, Saturation, 3},
     {"Contrast", {colour, amount}, products, Contrast, 3},
-    {"Gamma", {colour, amount}, powered, Gamma, 3},
+    {"Gamma",
+     {colour, amount},
+     powered,
+     [](In in) { return Power(std::max(in[0], 0.0), in.Ports[1][0]); },
+     3},
     {"Luminance",
      {colour},
      products,
-     [](const Arguments& in) {
-         return OfScale(SumOfSizes(TripleOf(in, 0)), Luminance(TripleOf(in, 0)));
-     },
+     [](In in) { return OfScale(SumOfSizes(TripleOf(in, 0)), Luminance(TripleOf(in, 0))); },
      1},
     {"Rgb To Hsv", {shown}, quotients, RgbToHsv, 3},
     {"Hsv To Rgb", {colour}, products, HsvToRgb, 3},
@@ -241,26 +225,24 @@ const Function ramps[] = {
     {"Linear",
      {{"in_value", "", 0.0, Kind::Connected}},
      products,
-     [](const Arguments& in) { return Ramp(in[0], [](double x) { return x; }); },
+     [](In in) { return Ramp(in[0], [](double x) { return x; }); },
      3},
     {"Smooth",
      {{"in_value", "", 0.0, Kind::Connected}},
      products,
-     [](const Arguments& in) {
-         return Ramp(in[0], [](double x) { return x * x * (3.0 - 2.0 * x); });
-     },
+     [](In in) { return Ramp(in[0], [](double x) { return x * x * (3.0 - 2.0 * x); }); },
      3},
     {"Constant",
      {{"in_value", "", 0.0, Kind::Connected}},
      exact,
-     [](const Arguments& in) { return Ramp(in[0], [](double x) { return std::floor(x); }); },
+     [](In in) { return Ramp(in[0], [](double x) { return std::floor(x); }); },
      3},
 };
 
 const Port frequency = {"in_scale", "Default Scale", 2.5, Kind::Scalar};
 const Port width = {"in_width", "Default Width", 0.75, Kind::Scalar};
 
-Result Checks(const Arguments& in)
+Result Checks(In in)
 {
     double sum = 0.0;
     for (std::size_t i = 0; i < 2; ++i) {
@@ -276,13 +258,13 @@ Result Checks(const Arguments& in)
 constexpr const char* softness = "; Softness=0.25";
 
 /// @param reach magnitude of the coordinates, which limits the precision of the distance
-Result Edge(const Arguments& in, double distance, double reach)
+Result Edge(In in, double distance, double reach)
 {
     const double size = in.Ports[2][0];
     return OfScale((1.0 + std::abs(size) + reach) / 0.5, Saturate(0.5 + (size - distance) / 0.5));
 }
 
-Result Stripes(const Arguments& in)
+Result Stripes(In in)
 {
     const double place = in.Ports[0][0] * in.Ports[1][0];
     if (IsNearWhole(place))
@@ -290,7 +272,7 @@ Result Stripes(const Arguments& in)
     return Edge(in, std::abs(2.0 * Frac(place) - 1.0), std::abs(place));
 }
 
-Result Circles(const Arguments& in)
+Result Circles(In in)
 {
     const double x = in.Ports[0][0] * in.Ports[1][0];
     const double y = in.Ports[0][1] * in.Ports[1][0];
@@ -309,7 +291,7 @@ const Function patterns[] = {
 const Port surfaceNormal = {"in_normal", "", 0.0, Kind::Vector};
 const Port detail = {"in_detail", "", 0.0, Kind::Vector};
 
-Result Direction(const Triple& vector, const Arguments& in)
+Result Direction(const Triple& vector, In in)
 {
     const double length = Length(vector);
     return length < 1e-3 ? std::nullopt : OfScale(1.0, vector[in.Component] / length);
@@ -319,7 +301,7 @@ const Function normals[] = {
     {"Blend",
      {surfaceNormal, detail},
      quotients,
-     [](const Arguments& in) -> Result {
+     [](In in) -> Result {
          const Triple sum = {in.Ports[0][0] + in.Ports[1][0], in.Ports[0][1] + in.Ports[1][1],
                              in.Ports[0][2] * in.Ports[1][2]};
          // Where x and y cancel, the difference has lost its precision.
@@ -331,7 +313,7 @@ const Function normals[] = {
     {"Strength",
      {surfaceNormal, amount},
      products,
-     [](const Arguments& in) {
+     [](In in) {
          const double factor = in.Ports[1][0];
          return Direction({in.Ports[0][0] * factor, in.Ports[0][1] * factor, in.Ports[0][2]}, in);
      },
