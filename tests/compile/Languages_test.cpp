@@ -2,17 +2,13 @@
 #include "mox/cg/Lowering.h"
 #include "mox/languages/Languages.h"
 #include "tests/compile/WgslFaults.h"
+#include "tests/support/Browser.h"
 #include "tests/support/CgCases.h"
 #include "tests/support/GlslModule.h"
 #include "tests/support/PlainStage.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <regex>
-#include <unistd.h>
 
 using namespace Mox;
 using namespace Mox::Languages;
@@ -119,23 +115,18 @@ TEST(Languages, GlslangTakesEveryText)
 /// language.
 TEST(Languages, ACompilerTakesEveryMsl)
 {
-    const std::filesystem::path file =
-        std::filesystem::temp_directory_path() / Compose("mox_msl_", getpid(), ".cpp");
-    {
-        std::ofstream stream(file);
-        stream << "#include <metal_stdlib>\n";
-        int number = 0;
-        for (const Source& source : MakeSources()) {
-            for (const auto precision : {Precision::Full, Precision::Relaxed})
-                stream << "namespace stage" << number++ << " {\n"
-                       << Write(source, Language::Msl, precision) << "}\n";
-        }
+    std::string text = "#include <metal_stdlib>\n";
+    int number = 0;
+    for (const Source& source : MakeSources()) {
+        for (const auto precision : {Precision::Full, Precision::Relaxed})
+            text += Compose("namespace stage", number++, " {\n",
+                            Write(source, Language::Msl, precision), "}\n");
     }
-    const std::string command = Compose(
-        MOX_CXX_COMPILER " -std=c++20 -w -fsyntax-only -I" MOX_TEST_DATA "/languages/metal ",
-        file.string());
-    EXPECT_EQ(std::system(command.c_str()), 0);
-    std::filesystem::remove(file);
+    const TemporaryFolder folder;
+    RunCommand(Compose(MOX_CXX_COMPILER " -std=c++20 -w -fsyntax-only -I" MOX_TEST_DATA
+                                        "/languages/metal ",
+                       Quoted(folder.Write("stages.cpp", text))),
+               folder.Path() / "log");
 }
 
 TEST(Languages, WgslKeepsToTheBaseLanguage)
