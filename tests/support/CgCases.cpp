@@ -176,7 +176,7 @@ constexpr Domain domains[] = {
     {"NormalMaths.*From Height", nullptr},
     // division by zero at 0 or 1
     {"CoreLayerBlend.*(Colour Dodge|Colour Burn|Vivid Light)", inside},
-    // powers of negative numbers, and the rows of Animated Uv before the first one
+    // powers of negative numbers, and frames before the first one
     {"^Core(?!Texture)", positive},
     {"ColourAdjust.*Gamma", positive},
     // division by zero, and remainders of a quotient that is close to an integer
@@ -237,6 +237,26 @@ std::string OutFunctions(const std::string& type)
         "void twoOut( T x, out T y, inout T z ) { y = -x; if( x.x > 0 ) { y = x; } z += x; }\n"
         "T andOut( T x, out T y ) { y = x + 1; return x*2; }\n",
         "T", type);
+}
+
+struct CgParameter
+{
+    bool IsOut;
+    std::string Type;
+    std::string Name;
+    int Length; ///< of an array; otherwise 0
+};
+
+/// Parses the parameters in the head of a node's function.
+std::vector<CgParameter> ParametersOf(const std::string& function)
+{
+    static const std::regex pattern(R"((in|out) (\w+) (\w+)(?:\[(\d+)\])?)");
+    const std::string head = function.substr(0, function.find('\n'));
+    std::vector<CgParameter> parameters;
+    for (std::sregex_iterator it(head.begin(), head.end(), pattern), end; it != end; ++it)
+        parameters.push_back(
+            {(*it)[1] == "out", (*it)[2], (*it)[3], (*it)[4].matched ? std::stoi((*it)[4]) : 0});
+    return parameters;
 }
 
 class Collector
@@ -415,17 +435,6 @@ void AddMatrix(Collector& cases, const std::string& element, int rowCount, int c
 }
 
 } // namespace
-
-std::vector<CgParameter> ParametersOf(const std::string& function)
-{
-    static const std::regex pattern(R"((in|out) (\w+) (\w+)(?:\[(\d+)\])?)");
-    const std::string head = function.substr(0, function.find('\n'));
-    std::vector<CgParameter> parameters;
-    for (std::sregex_iterator it(head.begin(), head.end(), pattern), end; it != end; ++it)
-        parameters.push_back(
-            {(*it)[1] == "out", (*it)[2], (*it)[3], (*it)[4].matched ? std::stoi((*it)[4]) : 0});
-    return parameters;
-}
 
 std::vector<CgCases> MakeCgCases(const std::function<bool(const std::string&)>& isExcluded)
 {

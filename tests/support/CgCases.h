@@ -14,17 +14,6 @@ struct CgCases
     std::string Fragment;
 };
 
-struct CgParameter
-{
-    bool IsOut;
-    std::string Type;
-    std::string Name;
-    int Length; ///< of an array; otherwise 0
-};
-
-/// Parses the parameters in the head of a node's function.
-std::vector<CgParameter> ParametersOf(const std::string& function);
-
 /// Cases for every function, operator and conversion with every type that it accepts, the functions
 /// of all nodes and of the environment, and random bodies. Where inputs would be outside the
 /// defined range, the expression maps them into it. In place of a texel, functions receive the
