@@ -10,7 +10,6 @@
 #include "tests/compile/WgslFaults.h"
 #include "tests/support/Browser.h"
 #include "tests/support/BuildTree.h"
-#include "tests/support/CgCases.h"
 #include "tests/support/Files.h"
 #include "tests/support/Golden.h"
 #include "tests/support/GraphText.h"
@@ -98,51 +97,6 @@ TEST(ProgramCompiler, TextAndParametersMustMeet)
               internal + "nothing writes TEXCOORD3\n");
 }
 
-/// Makes a program that calls one function in each stage with uniforms as its inputs.
-CgProgram WrapFunction(const std::string& function)
-{
-    const std::string name = function.substr(5, function.find('(') - 5);
-    std::string uniforms, locals, arguments, sum = "0.0";
-    int unit = 0;
-    for (const CgParameter& parameter : ParametersOf(function)) {
-        const std::string& type = parameter.Type;
-        const std::string variable = "the_" + parameter.Name;
-        arguments += (arguments.empty() ? " " : ", ") + variable;
-        if (parameter.IsOut) {
-            locals += Compose("\t", type, " ", variable, ";\n");
-            sum += Compose(" + dot( ", variable, ", ", variable, " )");
-        } else if (type.starts_with("sampler")) {
-            uniforms += Compose("uniform ", type, " ", variable, " : TEXUNIT", unit++, ";\n");
-        } else {
-            uniforms += Compose("uniform ", type, " ", variable, ";\n");
-        }
-    }
-    const std::string head =
-        uniforms + "half3 MoxSrgbToLinear( half3 colour ) { return colour*colour; }\n" + function;
-    const std::string body = Compose("{\n", locals, "\t", name, "(", arguments, " );\n");
-    return MakeProgram(Compose(head,
-                               "void main( out float4 clip : POSITION, "
-                               "out float4 interpolant0 : TEXCOORD0 )\n",
-                               body, "\tclip = float4( 0, 0, 0, 1 );\n\tinterpolant0 = ", sum,
-                               ";\n}\n"),
-                       Compose(head,
-                               "void main( in float4 interpolant0 : TEXCOORD0, "
-                               "out half4 colour : COLOR0 )\n",
-                               body, "\tcolour = interpolant0 + ", sum, ";\n}\n"));
-}
-
-TEST(ProgramCompiler, EveryBodyThatANodeWrites)
-{
-    const ProgramCompiler compiler;
-    for (const std::string& function : NodeFunctions()) {
-        SCOPED_TRACE(function);
-        if (function.find("float( inf )") == std::string::npos)
-            CompileAndRecheck(compiler, WrapFunction(function));
-        else
-            EXPECT_NE(ErrorsOf(WrapFunction(function)).find("\"inf\""), std::string::npos);
-    }
-}
-
 /// Each line is the body of a node's function.
 TEST(ProgramCompiler, ErrorsNameTheNode)
 {
@@ -217,11 +171,11 @@ protected:
     }
 
     /// @param name for messages
-    void Add(const std::string& name, const CgProgram& program)
+    void Add(const std::string& name, const MaterialDocument& document)
     {
         ProblemList problems;
         const std::vector<TargetProgram> texts =
-            Translate(program, {CompileTarget::Essl, CompileTarget::Wgsl},
+            Translate(BuildMaterial(document, problems), {CompileTarget::Essl, CompileTarget::Wgsl},
                       Mox::Languages::Precision::Full, {}, "test.xml", problems)
                 .Programs;
         ASSERT_FALSE(problems.HasErrors()) << name << "\n" << FormatProblems(problems);
@@ -231,14 +185,6 @@ protected:
                                         {"vertex", texts[i].Bytes},
                                         {"fragment", texts[i + 1].Bytes}});
         }
-    }
-
-    void Add(const std::string& name, const MaterialDocument& document)
-    {
-        ProblemList problems;
-        const CgProgram program = BuildMaterial(document, problems);
-        ASSERT_FALSE(problems.HasErrors()) << name << "\n" << FormatProblems(problems);
-        Add(name, program);
     }
 
     void ExpectAccepted()
@@ -272,10 +218,6 @@ TEST_F(BrowserPrograms, OfEveryNodeAndOfAThousand)
 {
     for (const NodeMode& mode : ModesToTest())
         Add(mode.Name, mode.Material);
-    for (const std::string& function : NodeFunctions()) {
-        if (function.find("float( inf )") == std::string::npos)
-            Add(function.substr(0, function.find('\n')), WrapFunction(function));
-    }
     std::string chain = "node0 CoreConstant; Name=start\nsurface Surface\n";
     for (int i = 1; i <= 1000; ++i) {
         chain += Compose("node", i, " CoreMaths; Function=Multiply; Default Value 2=0.5\nnode",
@@ -425,9 +367,22 @@ TEST(ProgramCompiler, EqualNamesAreDifferentParameters)
         }
         text += "\n";
     }
-    const std::string reflection = FormatReflection(result);
-    ExpectGolden("compile/equal_names.txt",
-                 text + reflection.substr(0, reflection.find("\"targets\"")));
+    const auto list = [&](const std::string& place, const nlohmann::json& entries) {
+        for (const nlohmann::json& entry : entries) {
+            text += Compose(place, ": ", entry.at("name").get<std::string>());
+            if (entry.contains("environment"))
+                text += " is " + entry["environment"].get<std::string>();
+            text += "\n";
+        }
+    };
+    const auto reflection = nlohmann::json::parse(FormatReflection(result));
+    for (const auto& [rate, block] : reflection.at("uniformBlocks").items())
+        list(rate, block.at("members"));
+    for (const auto& [stage, interface] : reflection.at("stages").items()) {
+        for (const char* part : {"samplers", "inputs", "outputs"})
+            list(Compose(stage, " ", part), interface.at(part));
+    }
+    ExpectGolden("compile/equal_names.txt", text);
 }
 
 /// Describes a block of the environment without the stages that read it.

@@ -11,7 +11,6 @@ namespace {
 constexpr std::size_t caseCount = 256;
 constexpr Tolerance sixDigits = {50.0, "text holds six digits: up to 5e-6 of the value"};
 constexpr const char* precisions[] = {"float", "half"};
-constexpr const char* letters[] = {"x", "y", "z", "w"};
 
 Result Exactly(double value)
 {
@@ -27,70 +26,6 @@ struct Outputs
     const char* Ports; ///< separated by spaces
     std::size_t Count; ///< total number of components of the ports
 };
-
-constexpr Outputs splitVectors[] = {
-    {"Vector Type=Colour", "out_x out_y out_z", 3},
-    {"Vector Type=Uv", "out_x out_y", 2},
-    {"Vector Type=Vector; Component Count=2", "out_x out_y", 2},
-    {"Vector Type=Vector; Component Count=3", "out_x out_y out_z", 3},
-    {"Vector Type=Vector; Component Count=4", "out_x out_y out_z out_w", 4},
-};
-
-/// An unconnected alpha output is omitted; a connected one follows the others.
-constexpr Outputs vertexColours[] = {
-    {"Colour Type=Colour", "out_colour", 3},
-    {"Colour Type=Colour; Alpha=true", "out_colour", 3},
-    {"Colour Type=Colour; Alpha=true", "out_colour out_alpha", 4},
-    {"Colour Type=Component", "out_red out_green out_blue", 3},
-    {"Colour Type=Component; Alpha=true", "out_red out_green out_blue", 3},
-    {"Colour Type=Component; Alpha=true", "out_red out_green out_blue out_alpha", 4},
-    {"Colour Type=Vector", "out_colour", 4},
-};
-
-/// The components of a stream keep their order.
-TEST_F(CopiedNumbers, OfSplitVectorsAndVertexColours)
-{
-    RunInputs inputs;
-    const auto& values = inputs.Streams["v"] = MakeValues(21, caseCount);
-    const auto same = [&](std::size_t i, std::size_t at) { return Exactly(values[i][at]); };
-    Comparison split("Swizzle", exact);
-    Comparison colours("Vertex colour", exact);
-    for (const char* precision : precisions) {
-        for (const auto& [settings, ports, count] : splitVectors)
-            Compare(Compose("v Feed:", count, "\nnode CoreSwizzle; ", settings,
-                            "\nv.read -> node.in_vec\n", WriteSink(precision, ports)),
-                    inputs, count, same, split);
-        for (const auto& [settings, ports, count] : vertexColours)
-            Compare(Compose("node CoreVertexColour; Name=v; ", settings, "\n",
-                            WriteSink(precision, ports)),
-                    inputs, count, same, colours);
-    }
-}
-
-/// Every combination of connected inputs; unconnected ones read as zero.
-TEST_F(CopiedNumbers, OfAMergedVector)
-{
-    Comparison comparison("Merge", exact);
-    for (const Outputs& kind : splitVectors) {
-        for (unsigned connected = 0; connected < 1u << kind.Count; ++connected) {
-            std::string material = Compose("node CoreSwizzle; ", kind.Settings, "; Reverse=true\n",
-                                           WriteSink(precisions[connected % 2], "out_vec"));
-            RunInputs inputs;
-            for (std::size_t i = 0; i < kind.Count; ++i) {
-                if ((connected >> i & 1u) == 0)
-                    continue;
-                const char* name = letters[i];
-                material += Compose(name, " Feed:1\n", name, ".read -> node.in_", name, "\n");
-                inputs.Streams[name] = MakeValues(31 + i, caseCount);
-            }
-            const auto expected = [&](std::size_t i, std::size_t at) {
-                const auto stream = inputs.Streams.find(letters[at]);
-                return Exactly(stream == inputs.Streams.end() ? 0.0 : stream->second[i][0]);
-            };
-            Compare(material, inputs, kind.Count, expected, comparison);
-        }
-    }
-}
 
 struct ConstantKind
 {

@@ -117,6 +117,16 @@ private:
 
 } // namespace
 
+Result Power(double base, double exponent)
+{
+    if (base < 0.0 || (base == 0.0 && exponent <= 0.0))
+        return std::nullopt;
+    if (base == 0.0)
+        return Rounded(0.0);
+    const double value = std::pow(base, exponent);
+    return Expected{value, value * (1.0 + std::abs(exponent) * (1.0 + std::abs(std::log2(base))))};
+}
+
 void FunctionNumbers::CompareAll(const std::string& type, std::span<const Function> functions,
                                  const std::vector<Use>& moreUses, const char* output) const
 {

@@ -22,6 +22,9 @@ struct Arguments
     double operator[](std::size_t port) const { return Ports[port][Component]; }
 };
 
+/// The parameter of reference implementations.
+using In = const Arguments&;
+
 /// A result with a single rounding.
 inline Result Rounded(double value)
 {
@@ -37,6 +40,10 @@ inline Result OfScale(double scale, double value)
 {
     return Expected{value, scale};
 }
+
+/// A power is computed from a logarithm and an exponential, so its error grows with the exponent.
+/// The logarithm is undefined below zero, and at zero for exponents of zero or less.
+Result Power(double base, double exponent);
 
 enum class Kind
 {
@@ -67,7 +74,7 @@ struct Function
     const char* Name;
     Ports Inputs;
     Tolerance Allowed;
-    Result (*Of)(const Arguments& in);
+    Result (*Of)(In in);
     std::size_t Width = 0; ///< width of the result; 0 is the node's count
 };
 

@@ -5,53 +5,41 @@
 
 namespace {
 
-/// A power is computed from a logarithm and an exponential, so its error grows with the exponent.
-/// The logarithm is undefined below zero, and at zero for exponents of zero or less.
-Result Power(double base, double exponent)
-{
-    if (base < 0.0 || (base == 0.0 && exponent <= 0.0))
-        return std::nullopt;
-    if (base == 0.0)
-        return Rounded(0.0);
-    const double value = std::pow(base, exponent);
-    return Expected{value, value * (1.0 + std::abs(exponent) * (1.0 + std::abs(std::log2(base))))};
-}
-
 Result Mix(double a, double b, double share)
 {
     return OfScale((std::abs(a) + std::abs(b)) * (1.0 + std::abs(share)),
                    (1.0 - share) * a + share * b);
 }
 
-Result Clamp(const Arguments& in)
+Result Clamp(In in)
 {
     return in[1] > in[2] ? std::nullopt : Rounded(std::clamp(in[0], in[1], in[2]));
 }
 
-Result Range(const Arguments& in)
+Result Range(In in)
 {
     if (in[3] == in[4])
         return std::nullopt;
     return Mix(in[1], in[2], Saturate((in[0] - in[3]) / (in[4] - in[3])));
 }
 
-Result SmoothStep(const Arguments& in)
+Result SmoothStep(In in)
 {
     const double x = Saturate(in[2]);
     return Mix(in[0], in[1], 3.0 * x * x - 2.0 * x * x * x);
 }
 
-Result Choose(const Arguments& in)
+Result Choose(In in)
 {
     return Rounded(in[2] < in[3] ? in[0] : in[1]);
 }
 
-Result Frac(const Arguments& in)
+Result Frac(In in)
 {
     return OfScale(1.0, in[0] - std::floor(in[0]));
 }
 
-Result DotProduct(const Arguments& in)
+Result DotProduct(In in)
 {
     Expected sum{0.0, 0.0};
     for (std::size_t i = 0; i < in.Count; ++i) {
@@ -61,7 +49,7 @@ Result DotProduct(const Arguments& in)
     return sum;
 }
 
-Result Fresnel(const Arguments& in)
+Result Fresnel(In in)
 {
     const Result raised = Power(Saturate(1.0 - in[0]), in[3]);
     if (!raised)
@@ -82,7 +70,7 @@ double Size(double a, double b)
     return (1.0 + std::abs(a)) * (1.0 + std::abs(b));
 }
 
-Result Exclusion(const Arguments& in)
+Result Exclusion(In in)
 {
     return OfScale(Size(in[0], in[1]), in[0] * (1.0 - in[1]) + in[1] * (1.0 - in[0]));
 }
@@ -136,37 +124,36 @@ constexpr Tolerance divided = {8.0, "a quotient of 2.5 steps before two rounding
 constexpr Tolerance smoothed = {8.0, "a cubic before the mixture"};
 
 const Function mathsFunctions[] = {
-    {"Multiply", twoValues, once, [](const Arguments& in) { return Rounded(in[0] * in[1]); }},
-    {"Addition", twoValues, once, [](const Arguments& in) { return Rounded(in[0] + in[1]); }},
-    {"Subtraction", twoValues, once, [](const Arguments& in) { return Rounded(in[0] - in[1]); }},
-    {"Invert", {value1}, once, [](const Arguments& in) { return Rounded(1.0 - in[0]); }},
-    {"Power", {value1, power}, powered, [](const Arguments& in) { return Power(in[0], in[1]); }},
+    {"Multiply", twoValues, once, [](In in) { return Rounded(in[0] * in[1]); }},
+    {"Addition", twoValues, once, [](In in) { return Rounded(in[0] + in[1]); }},
+    {"Subtraction", twoValues, once, [](In in) { return Rounded(in[0] - in[1]); }},
+    {"Invert", {value1}, once, [](In in) { return Rounded(1.0 - in[0]); }},
+    {"Power", {value1, power}, powered, [](In in) { return Power(in[0], in[1]); }},
     {"Clamp", {value1, minimum, maximum}, exact, Clamp},
     {"Range", {value1, minimum, maximum, oldMinimum, oldMaximum}, divided, Range},
-    {"Lerp", mixture, mixed, [](const Arguments& in) { return Mix(in[0], in[1], in[2]); }},
+    {"Lerp", mixture, mixed, [](In in) { return Mix(in[0], in[1], in[2]); }},
     {"SmoothStep", mixture, smoothed, SmoothStep},
     {"Compare", {value1, value2, test1, test2}, exact, Choose},
     {"Dot Product", twoValues, summed, DotProduct, 1},
     {"Fresnel", {facing, minimum, scale, power}, powered, Fresnel, 1},
-    {"Ceil", {value1}, exact, [](const Arguments& in) { return Rounded(std::ceil(in[0])); }},
-    {"Floor", {value1}, exact, [](const Arguments& in) { return Rounded(std::floor(in[0])); }},
+    {"Ceil", {value1}, exact, [](In in) { return Rounded(std::ceil(in[0])); }},
+    {"Floor", {value1}, exact, [](In in) { return Rounded(std::floor(in[0])); }},
     {"Frac", {value1}, below1, Frac},
-    {"Abs", {value1}, exact, [](const Arguments& in) { return Rounded(std::abs(in[0])); }},
+    {"Abs", {value1}, exact, [](In in) { return Rounded(std::abs(in[0])); }},
 };
 
 const Function blendModes[] = {
-    {"Darken", layers, exact, [](const Arguments& in) { return Rounded(std::min(in[0], in[1])); }},
-    {"Lighten", layers, exact, [](const Arguments& in) { return Rounded(std::max(in[0], in[1])); }},
-    {"Multiply", layers, once, [](const Arguments& in) { return Rounded(in[0] * in[1]); }},
+    {"Darken", layers, exact, [](In in) { return Rounded(std::min(in[0], in[1])); }},
+    {"Lighten", layers, exact, [](In in) { return Rounded(std::max(in[0], in[1])); }},
+    {"Multiply", layers, once, [](In in) { return Rounded(in[0] * in[1]); }},
     {"Screen", layers, several,
-     [](const Arguments& in) { return OfScale(Size(in[0], in[1]), Screen(in[0], in[1])); }},
-    {"Overlay", layers, several, [](const Arguments& in) { return Contrast(in[0], in[1]); }},
-    {"Colour Dodge", layers, quotient, [](const Arguments& in) { return Dodge(in[0], in[1]); }},
-    {"Colour Burn", layers, quotient, [](const Arguments& in) { return Burn(in[0], in[1]); }},
-    {"Hard Light", layers, several, [](const Arguments& in) { return Contrast(in[1], in[0]); }},
-    {"Vivid Light", layers, quotient, [](const Arguments& in) { return VividLight(in[0], in[1]); }},
-    {"Difference", layers, once,
-     [](const Arguments& in) { return Rounded(std::abs(in[0] - in[1])); }},
+     [](In in) { return OfScale(Size(in[0], in[1]), Screen(in[0], in[1])); }},
+    {"Overlay", layers, several, [](In in) { return Contrast(in[0], in[1]); }},
+    {"Colour Dodge", layers, quotient, [](In in) { return Dodge(in[0], in[1]); }},
+    {"Colour Burn", layers, quotient, [](In in) { return Burn(in[0], in[1]); }},
+    {"Hard Light", layers, several, [](In in) { return Contrast(in[1], in[0]); }},
+    {"Vivid Light", layers, quotient, [](In in) { return VividLight(in[0], in[1]); }},
+    {"Difference", layers, once, [](In in) { return Rounded(std::abs(in[0] - in[1])); }},
     {"Exclusion", layers, several, Exclusion},
 };
 

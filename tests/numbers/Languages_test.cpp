@@ -142,8 +142,7 @@ TEST_F(LanguagesTest, TheOtherCompilerComputesTheSame)
             // Its vertex program has no outputs for what the fragment stage does not read.
             Compare(cases,
                     Get().Draw(Compile(cases.Vertex, true, Language::VulkanGlsl),
-                               CompileAsHlsl(fragment, Host::ProgramStage::Fragment),
-                               cases.Names.size(), _inputs),
+                               CompileAsHlsl(fragment), cases.Names.size(), _inputs),
                     "other compiler");
         } catch (const std::runtime_error& error) {
             ADD_FAILURE() << error.what() << "one of:\n" << ListTitles(cases);

@@ -21,7 +21,7 @@ Result Wave(double (*function)(double), double x)
     return std::abs(x) > 4.0 ? std::nullopt : OfScale(1.0, function(x));
 }
 
-Result Tangent(const Arguments& in)
+Result Tangent(In in)
 {
     // Both operands have an absolute error, so the quotient is undefined where the cosine is small.
     const double cosine = std::cos(in[0]);
@@ -30,7 +30,7 @@ Result Tangent(const Arguments& in)
     return OfScale(1.0 / (cosine * cosine) + std::abs(std::tan(in[0])), std::tan(in[0]));
 }
 
-Result ArcTangent2(const Arguments& in)
+Result ArcTangent2(In in)
 {
     // The angle is undefined at the origin and ambiguous on the negative axis.
     if (in[1] == 0.0 || (in[0] == 0.0 && in[1] <= 0.0))
@@ -39,32 +39,27 @@ Result ArcTangent2(const Arguments& in)
 }
 
 const Function trigonometry[] = {
-    {"Sine", {value1}, wave, [](const Arguments& in) { return Wave(std::sin, in[0]); }},
-    {"Cosine", {value1}, wave, [](const Arguments& in) { return Wave(std::cos, in[0]); }},
+    {"Sine", {value1}, wave, [](In in) { return Wave(std::sin, in[0]); }},
+    {"Cosine", {value1}, wave, [](In in) { return Wave(std::cos, in[0]); }},
     {"Tangent", {value1}, wave, Tangent},
     {"Arc Sine",
      {value1},
      inverse,
-     [](const Arguments& in) { return OfScale(1.6, std::asin(std::clamp(in[0], -1.0, 1.0))); }},
+     [](In in) { return OfScale(1.6, std::asin(std::clamp(in[0], -1.0, 1.0))); }},
     {"Arc Cosine",
      {value1},
      inverse,
-     [](const Arguments& in) { return OfScale(3.15, std::acos(std::clamp(in[0], -1.0, 1.0))); }},
-    {"Arc Tangent",
-     {value1},
-     inverse,
-     [](const Arguments& in) { return OfScale(1.6, std::atan(in[0])); }},
+     [](In in) { return OfScale(3.15, std::acos(std::clamp(in[0], -1.0, 1.0))); }},
+    {"Arc Tangent", {value1}, inverse, [](In in) { return OfScale(1.6, std::atan(in[0])); }},
     {"Arc Tangent 2", {value1, value2}, inverse, ArcTangent2},
 };
 
 /// The result is discontinuous where the quotient is an integer, so values close to that are
 /// excluded.
-Result Modulo(const Arguments& in)
+Result Modulo(In in)
 {
     const double share = in[0] / in[1];
-    if (in[1] == 0.0 || (share != std::round(share) && std::abs(share - std::round(share)) < 1e-3))
-        return std::nullopt;
-    if (share == std::round(share))
+    if (in[1] == 0.0 || std::abs(share - std::round(share)) < 1e-3)
         return std::nullopt;
     return OfScale(std::abs(in[0]) + std::abs(in[1]), in[0] - in[1] * std::floor(share));
 }
@@ -88,66 +83,46 @@ const Function arithmetic[] = {
     {"Divide",
      {value1, value2},
      ratio,
-     [](const Arguments& in) { return in[1] == 0.0 ? std::nullopt : Rounded(in[0] / in[1]); }},
+     [](In in) { return in[1] == 0.0 ? std::nullopt : Rounded(in[0] / in[1]); }},
     {"Modulo", {value1, value2}, ratio, Modulo},
     {"Reciprocal",
      {value1},
      ratio,
-     [](const Arguments& in) { return in[0] == 0.0 ? std::nullopt : Rounded(1.0 / in[0]); }},
-    {"Negate", {value1}, exact, [](const Arguments& in) { return Rounded(-in[0]); }},
+     [](In in) { return in[0] == 0.0 ? std::nullopt : Rounded(1.0 / in[0]); }},
+    {"Negate", {value1}, exact, [](In in) { return Rounded(-in[0]); }},
     {"Square Root",
      {value1},
      ratio,
-     [](const Arguments& in) { return Rounded(std::sqrt(std::max(in[0], 0.0))); }},
+     [](In in) { return Rounded(std::sqrt(std::max(in[0], 0.0))); }},
     {"Inverse Square Root",
      {value1},
      ratio,
-     [](const Arguments& in) {
-         return in[0] <= 0.0 ? std::nullopt : Rounded(1.0 / std::sqrt(in[0]));
-     }},
-    {"Exponent",
-     {value1},
-     exponential,
-     [](const Arguments& in) { return Exponential(std::exp(1.0), in[0]); }},
-    {"Exponent 2",
-     {value1},
-     exponential,
-     [](const Arguments& in) { return Exponential(2.0, in[0]); }},
-    {"Logarithm",
-     {value1},
-     logarithm,
-     [](const Arguments& in) { return Logarithm(std::exp(1.0), in[0]); }},
-    {"Logarithm 2", {value1}, logarithm, [](const Arguments& in) { return Logarithm(2.0, in[0]); }},
-    {"Minimum",
-     {value1, value2},
-     exact,
-     [](const Arguments& in) { return Rounded(std::min(in[0], in[1])); }},
-    {"Maximum",
-     {value1, value2},
-     exact,
-     [](const Arguments& in) { return Rounded(std::max(in[0], in[1])); }},
-    {"Step",
-     {value1, value2},
-     exact,
-     [](const Arguments& in) { return Rounded(in[0] >= in[1] ? 1.0 : 0.0); }},
+     [](In in) { return in[0] <= 0.0 ? std::nullopt : Rounded(1.0 / std::sqrt(in[0])); }},
+    {"Exponent", {value1}, exponential, [](In in) { return Exponential(std::exp(1.0), in[0]); }},
+    {"Exponent 2", {value1}, exponential, [](In in) { return Exponential(2.0, in[0]); }},
+    {"Logarithm", {value1}, logarithm, [](In in) { return Logarithm(std::exp(1.0), in[0]); }},
+    {"Logarithm 2", {value1}, logarithm, [](In in) { return Logarithm(2.0, in[0]); }},
+    {"Minimum", {value1, value2}, exact, [](In in) { return Rounded(std::min(in[0], in[1])); }},
+    {"Maximum", {value1, value2}, exact, [](In in) { return Rounded(std::max(in[0], in[1])); }},
+    {"Step", {value1, value2}, exact, [](In in) { return Rounded(in[0] >= in[1] ? 1.0 : 0.0); }},
     {"Sign",
      {value1},
      exact,
-     [](const Arguments& in) {
+     [](In in) {
          return Rounded(in[0] > 0.0 ? 1.0 : in[0] < 0.0 ? -1.0 : 0.0);
      }},
     // A number just below one half may be rounded up to it before truncation.
     {"Round",
      {value1},
      exact,
-     [](const Arguments& in) {
+     [](In in) {
          return in[0] == std::nextafter(0.5f, 0.0f) ? std::nullopt
                                                     : Rounded(std::floor(in[0] + 0.5));
      }},
-    {"Truncate", {value1}, exact, [](const Arguments& in) { return Rounded(std::trunc(in[0])); }},
+    {"Truncate", {value1}, exact, [](In in) { return Rounded(std::trunc(in[0])); }},
 };
 
-double Dot(const Arguments& in, std::size_t a, std::size_t b, std::size_t count)
+double Dot(In in, std::size_t a, std::size_t b, std::size_t count)
 {
     double sum = 0.0;
     for (std::size_t i = 0; i < count; ++i)
@@ -155,18 +130,18 @@ double Dot(const Arguments& in, std::size_t a, std::size_t b, std::size_t count)
     return sum;
 }
 
-double SizeOf(const Arguments& in, std::size_t port, std::size_t count)
+double SizeOf(In in, std::size_t port, std::size_t count)
 {
     return std::sqrt(Dot(in, port, port, count));
 }
 
-Result Normalise(const Arguments& in)
+Result Normalise(In in)
 {
     const double size = SizeOf(in, 0, in.Count);
     return OfScale(1.0, size == 0.0 ? 0.0 : in[0] / size);
 }
 
-Result Distance(const Arguments& in)
+Result Distance(In in)
 {
     double sum = 0.0;
     double scale = 0.0;
@@ -178,7 +153,7 @@ Result Distance(const Arguments& in)
     return OfScale(scale, std::sqrt(sum));
 }
 
-Result Cross(const Arguments& in)
+Result Cross(In in)
 {
     const std::size_t next = (in.Component + 1) % 3;
     const std::size_t last = (in.Component + 2) % 3;
@@ -187,17 +162,17 @@ Result Cross(const Arguments& in)
     return OfScale(std::abs(first) + std::abs(second), first - second);
 }
 
-double MirrorScale(const Arguments& in)
+double MirrorScale(In in)
 {
     return SizeOf(in, 0, 3) * (1.0 + SizeOf(in, 1, 3) * SizeOf(in, 1, 3));
 }
 
-Result Reflect(const Arguments& in)
+Result Reflect(In in)
 {
     return OfScale(2.0 * MirrorScale(in), in[0] - 2.0 * Dot(in, 0, 1, 3) * in[1]);
 }
 
-Result Refract(const Arguments& in)
+Result Refract(In in)
 {
     const double facing = Dot(in, 0, 1, 3);
     const double index = in[2];
@@ -220,11 +195,7 @@ const Port index = {"in_index", "Default Index", 0.625, Kind::Scalar};
 
 const Function vectorMaths[] = {
     {"Normalise", {wide1}, product, Normalise},
-    {"Length",
-     {wide1},
-     product,
-     [](const Arguments& in) { return Rounded(SizeOf(in, 0, in.Count)); },
-     1},
+    {"Length", {wide1}, product, [](In in) { return Rounded(SizeOf(in, 0, in.Count)); }, 1},
     {"Distance", {wide1, wide2}, product, Distance, 1},
     {"Cross Product", {vector1, vector2}, product, Cross, 3},
     {"Reflect", {direction, normal}, product, Reflect, 3},

@@ -129,13 +129,6 @@ std::vector<Numbers> ValueRunner::Evaluate(const MaterialDocument& material,
     return pixels;
 }
 
-std::vector<Numbers> ValueRunner::DrawOnGrid(const std::string& material, const RunInputs& inputs,
-                                             const GridSize& grid)
-{
-    return DrawMaterial(MaterialFromText(material), _environment, StageCopies::HandedOn, inputs,
-                        grid);
-}
-
 std::vector<Numbers> ValueRunner::DrawMaterial(const MaterialDocument& material,
                                                const Environment& environment, StageCopies copies,
                                                const RunInputs& inputs, const GridSize& grid)

@@ -54,12 +54,8 @@ public:
                                   const Mox::Host::Environment& environment,
                                   const RunInputs& inputs);
 
-    /// Returns what the sink receives at each pixel when the streams are functions of the position.
-    /// @param inputs streams with one entry per vertex, in the order of GridPlaces
-    std::vector<Numbers> DrawOnGrid(const std::string& material, const RunInputs& inputs,
-                                    const GridSize& grid);
-
     /// Returns the colour output of another environment at each pixel.
+    /// @param inputs streams with one entry per vertex, in the order of GridPlaces
     std::vector<Numbers> DrawMaterial(const Mox::Host::MaterialDocument& material,
                                       const Mox::Host::Environment& environment,
                                       Mox::Host::StageCopies copies, const RunInputs& inputs,

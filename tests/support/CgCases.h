@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -15,24 +14,10 @@ struct CgCases
     std::string Fragment;
 };
 
-/// The functions of the node types in tests/plugins/core in all modes, with and without edges.
-std::set<std::string> NodeFunctions();
-
-struct CgParameter
-{
-    bool IsOut;
-    std::string Type;
-    std::string Name;
-    int Length; ///< of an array; otherwise 0
-};
-
-/// Parses the parameters in the head of a node's function.
-std::vector<CgParameter> ParametersOf(const std::string& function);
-
 /// Cases for every function, operator and conversion with every type that it accepts, the functions
-/// of all nodes and of the environment except those that are undefined without an edge, and random
-/// bodies. Where inputs would be outside the defined range, the expression maps them into it. In
-/// place of a texel, functions receive the coordinates that they would read.
+/// of all nodes and of the environment, and random bodies. Where inputs would be outside the
+/// defined range, the expression maps them into it. In place of a texel, functions receive the
+/// coordinates that they would read.
 /// @param isExcluded whether to leave out the case with a name
 std::vector<CgCases> MakeCgCases(const std::function<bool(const std::string&)>& isExcluded =
                                      [](const std::string&) { return false; });

@@ -1,25 +1,19 @@
 #include "tests/numbers/other/OtherCompiler.h"
 
-#include "tests/numbers/other/FrontEnd.h"
-#include "tests/numbers/other/ModuleLayout.h"
+#include "tests/support/Files.h"
+#include "tests/support/GlslModule.h"
 
 #include <spirv-tools/libspirv.hpp>
 #include <spirv-tools/optimizer.hpp>
 #include <stdexcept>
 
-using namespace Mox::Host;
+using Mox::Host::SpirvWords;
 
-SpirvWords CompileAsHlsl(const std::string& text, ProgramStage stage)
+SpirvWords CompileAsHlsl(const std::string& text)
 {
-    static const FrontEnd frontEnd;
+    static const std::string prelude = ReadText(MOX_TEST_DATA "/numbers/other/prelude.hlsl");
+    const SpirvWords plain = CompileWithGlslang(prelude + text, GlslangInput::Hlsl, false);
     std::string failure;
-    const FrontEndResult read = frontEnd.Read(text, stage);
-    for (const FrontEndMessage& message : read.Messages)
-        failure += message.Text + "\n";
-    if (!failure.empty())
-        throw std::runtime_error(failure);
-    const SpirvWords placed = LayOutModule(read.Module);
-
     const auto listen = [&](spv_message_level_t level, const char*, const spv_position_t&,
                             const char* message) {
         if (level <= SPV_MSG_ERROR)
@@ -32,7 +26,7 @@ SpirvWords CompileAsHlsl(const std::string& text, ProgramStage stage)
     spvtools::OptimizerOptions options;
     options.set_run_validator(false); // the module is not legal yet
     SpirvWords module;
-    const bool isOptimised = optimiser.Run(placed.data(), placed.size(), &module, options);
+    const bool isOptimised = optimiser.Run(plain.data(), plain.size(), &module, options);
     spvtools::SpirvTools validator(SPV_ENV_VULKAN_1_0);
     validator.SetMessageConsumer(listen);
     if (!isOptimised || !validator.Validate(module))

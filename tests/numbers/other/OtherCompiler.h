@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// Compiles a stage of Cg independently of the product, so that results can be compared. It uses an
-/// HLSL front end, since HLSL and Cg have much in common.
+/// Compiles a fragment program in Cg independently of the product, so that results can be compared.
+/// It uses an HLSL front end, since HLSL and Cg have much in common. Inputs are numbered in order.
 /// @throws std::runtime_error with messages if the front end or the optimiser refuses the program
-Mox::Host::SpirvWords CompileAsHlsl(const std::string& text, Mox::Host::ProgramStage stage);
+Mox::Host::SpirvWords CompileAsHlsl(const std::string& text);

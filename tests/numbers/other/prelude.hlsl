@@ -1,5 +1,4 @@
-// Defines the parts of Cg that the HLSL front end lacks. It is prepended to each program.
-// MOX_VERTEX is defined for the vertex stage.
+// Defines the parts of Cg that the HLSL front end lacks. It is prepended to each fragment program.
 
 // Types. A fixed number may be more precise than its name implies, like a half.
 
@@ -17,76 +16,6 @@
 #define COLOR1 SV_Target1
 #define COLOR2 SV_Target2
 #define COLOR3 SV_Target3
-
-// Texture reads. Outside the fragment stage there are no derivatives, so the finest level is read.
-
-#ifdef MOX_VERTEX
-half4 MoxRead1D( sampler1D s, float c ) { return tex1Dlod( s, float4( c, 0, 0, 0 ) ); }
-half4 MoxRead2D( sampler2D s, float2 c ) { return tex2Dlod( s, float4( c, 0, 0 ) ); }
-half4 MoxRead3D( sampler3D s, float3 c ) { return tex3Dlod( s, float4( c, 0 ) ); }
-half4 MoxReadCUBE( samplerCUBE s, float3 c ) { return texCUBElod( s, float4( c, 0 ) ); }
-#else
-half4 MoxRead1D( sampler1D s, float c ) { return tex1D( s, c ); }
-half4 MoxRead2D( sampler2D s, float2 c ) { return tex2D( s, c ); }
-half4 MoxRead3D( sampler3D s, float3 c ) { return tex3D( s, c ); }
-half4 MoxReadCUBE( samplerCUBE s, float3 c ) { return texCUBE( s, c ); }
-#endif
-
-#define tex1D( s, c ) MoxRead1D( s, c )
-#define h1tex1D( s, c ) MoxRead1D( s, c ).x
-#define h2tex1D( s, c ) MoxRead1D( s, c ).xy
-#define h3tex1D( s, c ) MoxRead1D( s, c ).xyz
-#define h4tex1D( s, c ) MoxRead1D( s, c )
-#define f1tex1D( s, c ) MoxRead1D( s, c ).x
-#define f2tex1D( s, c ) MoxRead1D( s, c ).xy
-#define f3tex1D( s, c ) MoxRead1D( s, c ).xyz
-#define f4tex1D( s, c ) MoxRead1D( s, c )
-#define x1tex1D( s, c ) MoxRead1D( s, c ).x
-#define x2tex1D( s, c ) MoxRead1D( s, c ).xy
-#define x3tex1D( s, c ) MoxRead1D( s, c ).xyz
-#define x4tex1D( s, c ) MoxRead1D( s, c )
-
-#define tex2D( s, c ) MoxRead2D( s, c )
-#define h1tex2D( s, c ) MoxRead2D( s, c ).x
-#define h2tex2D( s, c ) MoxRead2D( s, c ).xy
-#define h3tex2D( s, c ) MoxRead2D( s, c ).xyz
-#define h4tex2D( s, c ) MoxRead2D( s, c )
-#define f1tex2D( s, c ) MoxRead2D( s, c ).x
-#define f2tex2D( s, c ) MoxRead2D( s, c ).xy
-#define f3tex2D( s, c ) MoxRead2D( s, c ).xyz
-#define f4tex2D( s, c ) MoxRead2D( s, c )
-#define x1tex2D( s, c ) MoxRead2D( s, c ).x
-#define x2tex2D( s, c ) MoxRead2D( s, c ).xy
-#define x3tex2D( s, c ) MoxRead2D( s, c ).xyz
-#define x4tex2D( s, c ) MoxRead2D( s, c )
-
-#define tex3D( s, c ) MoxRead3D( s, c )
-#define h1tex3D( s, c ) MoxRead3D( s, c ).x
-#define h2tex3D( s, c ) MoxRead3D( s, c ).xy
-#define h3tex3D( s, c ) MoxRead3D( s, c ).xyz
-#define h4tex3D( s, c ) MoxRead3D( s, c )
-#define f1tex3D( s, c ) MoxRead3D( s, c ).x
-#define f2tex3D( s, c ) MoxRead3D( s, c ).xy
-#define f3tex3D( s, c ) MoxRead3D( s, c ).xyz
-#define f4tex3D( s, c ) MoxRead3D( s, c )
-#define x1tex3D( s, c ) MoxRead3D( s, c ).x
-#define x2tex3D( s, c ) MoxRead3D( s, c ).xy
-#define x3tex3D( s, c ) MoxRead3D( s, c ).xyz
-#define x4tex3D( s, c ) MoxRead3D( s, c )
-
-#define texCUBE( s, c ) MoxReadCUBE( s, c )
-#define h1texCUBE( s, c ) MoxReadCUBE( s, c ).x
-#define h2texCUBE( s, c ) MoxReadCUBE( s, c ).xy
-#define h3texCUBE( s, c ) MoxReadCUBE( s, c ).xyz
-#define h4texCUBE( s, c ) MoxReadCUBE( s, c )
-#define f1texCUBE( s, c ) MoxReadCUBE( s, c ).x
-#define f2texCUBE( s, c ) MoxReadCUBE( s, c ).xy
-#define f3texCUBE( s, c ) MoxReadCUBE( s, c ).xyz
-#define f4texCUBE( s, c ) MoxReadCUBE( s, c )
-#define x1texCUBE( s, c ) MoxReadCUBE( s, c ).x
-#define x2texCUBE( s, c ) MoxReadCUBE( s, c ).xy
-#define x3texCUBE( s, c ) MoxReadCUBE( s, c ).xyz
-#define x4texCUBE( s, c ) MoxReadCUBE( s, c )
 
 // Words that the front end reserves and Cg does not.
 
