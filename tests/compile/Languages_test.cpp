@@ -140,12 +140,43 @@ TEST(Languages, WgslKeepsToTheBaseLanguage)
 /// Otherwise the test above and that of all nodes would prove nothing.
 TEST(Languages, EachFaultOfWgslIsFound)
 {
-    for (const char* statement : {"v.xy = w.xy;", "(*p).zw *= 2.0;", "change(&v.x);",
-                                  "change(&list[1]);", "change(&(*p).x);", "let x__y: f32 = 1.0;"})
-        EXPECT_EQ(FindWgslFaults(statement).size(), 1u) << statement;
-    for (const char* statement :
-         {"v.x = w.y;", "both(&v, 1.0, &w);", "let b: bool = (x & y) == z && w == v;"})
-        EXPECT_EQ(FindWgslFaults(statement), std::vector<std::string>()) << statement;
+    constexpr const char* statements[] = {
+        "v.xy = w.xy;",
+        "(*p).zw *= 2.0;",
+        "change(&v.x);",
+        "change(&list[1]);",
+        "change(&(*p).x);",
+        "both(&v, 1.0, &v);",
+        "both(p, p);",
+        "let x: f32 = 1.0 / 0.0;",
+        "let x: i32 = count / 0;",
+        "let x: f32 = 1e39;",
+        "let x: f32 = 3e38 * 10.0;",
+        "let x: f32 = sqrt(-1.0);",
+        "let x: f32 = v.x + pow(0.0, -1.0);",
+        "let x: f32 = clamp(0.5, 1.0, 0.0);",
+        "let x__y: f32 = 1.0;",
+        "if (v.x > 0.0) {\n\t\tv = textureSample(t, s, w);\n\t}",
+        "for (var i: i32 = 0; i < 4; i += 1) {\n\t\tv += reader(w);\n\t}",
+        "if (v.x > 0.0) {\n\t\treturn v;\n\t}\n\tv = dpdx(w);",
+    };
+    constexpr const char* allowed[] = {
+        "v.x = w.y;",
+        "both(&v, 1.0, &w);",
+        "both(p, w);",
+        "let x: f32 = sqrt(4.0) / 0.5 + pow(2.0, -1.0) * operand / 0.0;",
+        "let b: bool = (x & y) == z && w == v;",
+        "if (v.x > 0.0) {\n\t\tv = textureSampleLevel(t, s, w, 0.0);\n\t}\n\tv = reader(w);",
+    };
+    const auto wrap = [](const std::string& statement) {
+        return "fn reader(w: vec2f) -> vec2f {\n\treturn textureSample(t, s, w);\n}\n\n"
+               "fn tested(\n\tv: vec2f,\n\tp: ptr<function, vec2f>) -> vec2f {\n\t" +
+               statement + "\n\treturn v;\n}\n";
+    };
+    for (const char* statement : statements)
+        EXPECT_EQ(FindWgslFaults(wrap(statement)).size(), 1u) << statement;
+    for (const char* statement : allowed)
+        EXPECT_EQ(FindWgslFaults(wrap(statement)), std::vector<std::string>()) << statement;
 }
 
 } // namespace
