@@ -77,6 +77,7 @@ export function App() {
     const unsaved = useSnapshot((all) => all.unsaved);
     const selection = useSnapshot((all) => all.selection);
     const graph = useSnapshot((all) => all.document);
+    const layouts = useSnapshot((all) => all.layouts);
     const canvas = useRef<CanvasHandle | null>(null);
     const spaceIsTap = useRef(false);
     const [dialog, setDialog] = useState<Dialog>(null);
@@ -106,6 +107,10 @@ export function App() {
         };
         requestAnimationFrame(() => requestAnimationFrame(afterThatFrame));
     }, [editor, isLoaded]);
+
+    useEffect(() => {
+        if (layouts > 0) canvas.current?.frame();
+    }, [layouts]);
 
     const jumpTo = useCallback(
         (ids: readonly string[], annotations: readonly string[], isAdding = false) => {

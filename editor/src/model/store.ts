@@ -97,6 +97,8 @@ export interface Snapshot {
     addMenu: AddMenu | null;
     /** The name of the mesh that the host provides; empty if there is none. */
     ownMesh: string;
+    /** How often this page laid out the whole graph. */
+    layouts: number;
     /** The latest message, for the status line and for screen readers. */
     message: string;
 }
@@ -130,6 +132,7 @@ const empty: Snapshot = {
     thumbnails: new Map(),
     addMenu: null,
     ownMesh: '',
+    layouts: 0,
     message: '',
 };
 
@@ -784,6 +787,7 @@ export class Editor {
         const isPart = held.ids.length + held.annotations.length > 1;
         void this.change({ do: 'layout', ...(isPart ? held : {}) }).then((answer) => {
             if (answer.error) return;
+            if (!isPart) this.set({ layouts: this.snapshot.layouts + 1 });
             this.say(isPart ? 'Laid out the selection.' : 'Laid out the graph.');
         });
     }
