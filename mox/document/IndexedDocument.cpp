@@ -4,7 +4,6 @@
 #include "mox/host/HostError.h"
 
 #include <algorithm>
-#include <type_traits>
 #include <utility>
 
 namespace Mox::Host {

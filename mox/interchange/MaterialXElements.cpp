@@ -6,7 +6,6 @@
 #include "mox/interchange/InterchangeValue.h"
 
 #include <algorithm>
-#include <functional>
 
 namespace Mox::Host {
 

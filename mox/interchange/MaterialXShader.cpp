@@ -1,7 +1,6 @@
 // The members of MaterialXWriter that write the surface.
 
 #include "mox/Text.h"
-#include "mox/document/PropertyText.h"
 #include "mox/interchange/InterchangeValue.h"
 #include "mox/interchange/MaterialXWriter.h"
 

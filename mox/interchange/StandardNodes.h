@@ -3,7 +3,6 @@
 #include "mox/interchange/Formula.h"
 
 #include <map>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>

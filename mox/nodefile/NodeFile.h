@@ -6,7 +6,6 @@
 #include "mox/shader/ShaderNode.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <map>
 #include <optional>
 #include <string>
