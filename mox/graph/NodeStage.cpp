@@ -14,10 +14,6 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-/// Reporting a cycle requires a traversal of all references, so the number of reported cycles per
-/// document is limited.
-constexpr int mostCircles = 100;
-
 std::size_t CountErrors(const ProblemList& problems)
 {
     const auto& all = problems.Problems();

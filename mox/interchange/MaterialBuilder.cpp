@@ -117,10 +117,7 @@ InterchangeValue MaterialBuilder::Parameter(const std::vector<float>& numbers, D
         if (!has("Max Scalar") && numbers[0] > 1.0f)
             Set(node, "Max Scalar", GuiPropertyKind::Float, FormatNumber(numbers[0]));
     } else if (numbers.size() != 3 && numbers != std::vector(numbers.size(), numbers.front())) {
-        std::string text;
-        for (const float number : numbers)
-            text += Compose(text.empty() ? "" : ", ", FormatNumber(number));
-        Bind({"float", binding, {{"default", text}}, node.Line, {}});
+        Bind({"float", binding, {{"default", FormatNumbers(numbers)}}, node.Line, {}});
     }
     return MakePortValue(Add(std::move(node)), "read", static_cast<int>(numbers.size()));
 }

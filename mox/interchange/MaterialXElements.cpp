@@ -128,14 +128,6 @@ MaterialXValue MakeNumber(float number)
     return value;
 }
 
-std::string FormatNumbers(const std::vector<float>& numbers)
-{
-    std::string text;
-    for (const float number : numbers)
-        text += Compose(text.empty() ? "" : ", ", FormatNumber(number));
-    return text;
-}
-
 std::string TypeOfWidth(int width, bool isColour)
 {
     if (width <= 1)

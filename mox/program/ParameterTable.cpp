@@ -133,7 +133,7 @@ void ParameterTable::GiveRegisters(const ProgramGraph& graph, ProblemList& probl
         if (node.Shader->Kind == ShaderNodeKind::CgRegisterParameter)
             rules.Enter(node);
     }
-    const auto bothStages = [](const ProgramParameter& parameter) {
+    const auto isInBoth = [](const ProgramParameter& parameter) {
         return parameter.InVertex && parameter.InFragment;
     };
     // Explicitly chosen registers come first, then parameters that need one register in both
@@ -143,8 +143,8 @@ void ParameterTable::GiveRegisters(const ProgramGraph& graph, ProblemList& probl
         order.push_back(&parameter);
     std::stable_sort(order.begin(), order.end(), [&](const auto* a, const auto* b) {
         constexpr auto none = ShaderRegisterType::RegisterUnknown;
-        return std::tuple(a->Register.Type == none, !bothStages(*a)) <
-               std::tuple(b->Register.Type == none, !bothStages(*b));
+        return std::tuple(a->Register.Type == none, !isInBoth(*a)) <
+               std::tuple(b->Register.Type == none, !isInBoth(*b));
     });
     for (ProgramParameter* parameter : order)
         rules.GiveRegister(*parameter);
