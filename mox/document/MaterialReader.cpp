@@ -392,8 +392,17 @@ MaterialDocument ReadMaterialDocument(const std::filesystem::path& file)
 
 MaterialDocument ReadMaterialDocument(const std::filesystem::path& file, ProblemList& problems)
 {
+    const auto parse = [](const std::string& name, std::string_view text, ProblemList& found) {
+        return ParseMaterialDocument(name, text, found);
+    };
     return ReadDocumentText(
-        file.string(), [&] { return ReadFile(file); }, ParseMaterialDocument, problems);
+        file.string(), [&] { return ReadFile(file); }, parse, problems);
+}
+
+MaterialDocument ParseMaterialDocument(const std::string& file, std::string_view text)
+{
+    return WithoutErrors(
+        [&](ProblemList& problems) { return ParseMaterialDocument(file, text, problems); });
 }
 
 MaterialDocument ParseMaterialDocument(const std::string& file, std::string_view text,

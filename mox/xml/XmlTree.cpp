@@ -77,10 +77,8 @@ XmlTree ReadXmlTree(const std::filesystem::path& file)
 
 XmlTree ParseXmlTree(const std::string& file, std::string_view text)
 {
-    ProblemList problems;
-    std::optional<XmlTree> root = ParseXmlTree(file, text, problems);
-    problems.ThrowFirstError();
-    return std::move(*root);
+    return *WithoutErrors(
+        [&](ProblemList& problems) { return ParseXmlTree(file, text, problems); });
 }
 
 std::optional<XmlTree> ParseXmlTree(const std::string& file, std::string_view text,
