@@ -406,20 +406,12 @@ void MaterialXWriter::Report(Carry kind, const std::string& message, const std::
 {
     Place where = _current.Node->Where;
     where.Port = port;
-    if (kind == Carry::Composed)
-        _problems.Warn("interchange-composed", where, message);
-    else if (kind == Carry::Approximated)
-        _problems.Warn("interchange-approximated", where, message);
-    else
-        _problems.Warn("interchange-dropped", where, message);
+    _problems.Warn(RuleOf(kind), where, message);
 }
 
 void MaterialXWriter::ReportDocument(Carry kind, const std::string& message)
 {
-    if (kind == Carry::Approximated)
-        _problems.Warn("interchange-approximated", _material.Document.File, message);
-    else
-        _problems.Warn("interchange-dropped", _material.Document.File, message);
+    _problems.Warn(RuleOf(kind), _material.Document.File, message);
 }
 
 } // namespace Mox::Host
