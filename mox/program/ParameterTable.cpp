@@ -12,12 +12,6 @@ namespace {
 
 using Materials::Compose;
 
-bool IsParameter(const ShaderNode& node)
-{
-    return node.Kind == ShaderNodeKind::UniformParameter ||
-           node.Kind == ShaderNodeKind::VaryingParameter;
-}
-
 ParameterKind KindOf(const ShaderNode& node)
 {
     if (node.Kind == ShaderNodeKind::VaryingParameter)
@@ -98,9 +92,7 @@ void ParameterTable::WarnOfEnvironmentNames(ProblemList& problems) const
         const auto other = ofEnvironment.find(parameter.Name);
         if (!parameter.IsBinding || other == ofEnvironment.end())
             continue;
-        Place where;
-        where.Node = parameter.Node;
-        problems.Warn("name-of-environment", where,
+        problems.Warn("name-of-environment", Place({}, 0, parameter.Node),
                       Compose("the environment also reads a ", DescribeKind(other->second->Kind),
                               " \"", parameter.Name,
                               "\", which is a different value; use a different name here so that "

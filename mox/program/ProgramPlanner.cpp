@@ -62,11 +62,9 @@ private:
 
     std::string CrossingName(const ProgramValue& value) const
     {
-        const ShaderNodeKind kind = _graph.Nodes()[value.Node].Definition->Kind;
-        const bool isParameter =
-            kind == ShaderNodeKind::VaryingParameter || kind == ShaderNodeKind::UniformParameter;
-        return isParameter ? _plan.Parameters[_parameters.IndexOf(value.Node)].CgName
-                           : _graph.NameOf(value);
+        return IsParameter(*_graph.Nodes()[value.Node].Definition)
+                   ? _plan.Parameters[_parameters.IndexOf(value.Node)].CgName
+                   : _graph.NameOf(value);
     }
 
     /// Adds one function for each definition, in the order of the first calls.

@@ -332,8 +332,7 @@ void StageChoice::ReportConflict(std::size_t node)
 std::string DescribeValue(const ProgramGraph& graph, const ProgramValue& value)
 {
     const ProgramNode& node = graph.Nodes()[value.Node];
-    if (node.Definition->Kind == ShaderNodeKind::VaryingParameter ||
-        node.Definition->Kind == ShaderNodeKind::UniformParameter)
+    if (IsParameter(*node.Definition))
         return Compose("\"", NameOf(node), "\"");
     if (node.Definition->Kind != ShaderNodeKind::Function)
         return node.Definition->Describe();
