@@ -108,9 +108,8 @@ InterchangeValue MaterialBuilder::Parameter(const std::vector<float>& numbers, D
     SetConstant(node, numbers);
     if (numbers.size() == 1) {
         // Sliders range from 0 to 1 unless the file specifies otherwise.
-        const auto has = [&](const char* property) {
-            return std::any_of(node.Properties.begin(), node.Properties.end(),
-                               [&](const auto& entry) { return entry.Name == property; });
+        const auto has = [&](std::string_view property) {
+            return std::ranges::count(node.Properties, property, &DocumentProperty::Name) > 0;
         };
         if (!has("Min Scalar") && numbers[0] < 0.0f)
             Set(node, "Min Scalar", GuiPropertyKind::Float, FormatNumber(numbers[0]));

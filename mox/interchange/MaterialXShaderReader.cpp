@@ -184,8 +184,7 @@ void MaterialXReader::WarnOfIgnored(const InterchangeSurface& surface, const Inp
     for (const XmlTree& child : element.Children) {
         const std::string name = child.Get("name");
         if (child.Name == "input" &&
-            std::none_of(surface.Inputs.begin(), surface.Inputs.end(),
-                         [&](const auto& input) { return input.first == name; }))
+            std::ranges::count(surface.Inputs, name, &NamedTexts::value_type::first) == 0)
             Report(Carry::None, child, Compose("the shader has no input \"", name, "\""));
     }
 }

@@ -54,8 +54,7 @@ std::vector<std::string> ValuesOf(const NodeProperty& property)
 
 const NodeProperty* NodeFile::FindProperty(std::string_view name) const
 {
-    const auto found = std::find_if(Properties.begin(), Properties.end(),
-                                    [&](const auto& property) { return property.Name == name; });
+    const auto found = std::ranges::find(Properties, name, &NodeProperty::Name);
     return found == Properties.end() ? nullptr : &*found;
 }
 

@@ -285,8 +285,7 @@ private:
             if (property.Choices.empty())
                 element.Fail("an enum property needs at least one <choice>");
             if (!property.Value.empty() &&
-                std::none_of(property.Choices.begin(), property.Choices.end(),
-                             [&](const auto& choice) { return choice.Name == property.Value; }))
+                std::ranges::count(property.Choices, property.Value, &NodeChoice::Name) == 0)
                 element.Fail(Compose(Excerpt(property.Value), " is not one of the choices"));
             return;
         }

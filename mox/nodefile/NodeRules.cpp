@@ -105,8 +105,7 @@ private:
                 const bool isKnown =
                     property->Kind == GuiPropertyKind::Bool
                         ? value == "true" || value == "false"
-                        : std::any_of(property->Choices.begin(), property->Choices.end(),
-                                      [&](const auto& choice) { return choice.Name == value; });
+                        : std::ranges::count(property->Choices, value, &NodeChoice::Name) > 0;
                 if (!isKnown) {
                     Fail(line, Compose("the property \"", property->Name, "\" has no value ",
                                        Excerpt(value)));

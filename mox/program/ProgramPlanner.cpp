@@ -122,9 +122,8 @@ private:
                 planned.Outputs.push_back({place, OperandOf(node.Inputs.front(), stage)});
                 return;
             }
-            const auto known = std::find_if(
-                planned.Inputs.begin(), planned.Inputs.end(),
-                [&](const PlannedRegister& input) { return input.Register == place.Register; });
+            const auto known =
+                std::ranges::find(planned.Inputs, place.Register, &PlannedRegister::Register);
             _results[_graph.NumberOf({index, 0})] = PlanOperand{
                 Source::Register, static_cast<std::size_t>(known - planned.Inputs.begin())};
             if (known == planned.Inputs.end())

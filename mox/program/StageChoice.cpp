@@ -296,8 +296,7 @@ const ShaderOrigin* StageChoice::EndBehind(std::size_t node) const
     if (reader == nobody)
         return nullptr;
     const std::vector<ProgramValue>& inputs = _graph.Nodes()[reader].Inputs;
-    const auto input = std::find_if(inputs.begin(), inputs.end(),
-                                    [&](const ProgramValue& value) { return value.Node == node; });
+    const auto input = std::ranges::find(inputs, node, &ProgramValue::Node);
     return _graph.EndBefore(reader, static_cast<std::size_t>(input - inputs.begin()));
 }
 

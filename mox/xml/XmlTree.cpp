@@ -5,6 +5,7 @@
 
 #include <libxml/xmlreader.h>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -57,11 +58,8 @@ private:
 
 const std::string* XmlTree::Find(std::string_view attribute) const
 {
-    for (const Attribute& candidate : Attributes) {
-        if (candidate.Name == attribute)
-            return &candidate.Value;
-    }
-    return nullptr;
+    const auto found = std::ranges::find(Attributes, attribute, &Attribute::Name);
+    return found == Attributes.end() ? nullptr : &found->Value;
 }
 
 std::string XmlTree::Get(std::string_view attribute) const
