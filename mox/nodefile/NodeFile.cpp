@@ -79,7 +79,7 @@ NodeSettings SettingsOf(const NodeFile& file, const Materials::GuiPropertyBag& p
     return settings;
 }
 
-std::vector<NodeSettings> ListSettings(const NodeFile& file, std::size_t most)
+std::vector<NodeSettings> ListSettings(const NodeFile& file)
 {
     NodeSettings first;
     for (const NodeProperty& property : file.Properties) {
@@ -89,7 +89,7 @@ std::vector<NodeSettings> ListSettings(const NodeFile& file, std::size_t most)
     std::vector<NodeSettings> all = {first};
     for (const std::string& name : DecidingProperties(file)) {
         const std::vector<std::string> values = ValuesOf(*file.FindProperty(name));
-        if (values.size() > most / all.size())
+        if (values.size() > mostSettings / all.size())
             return {};
         std::vector<NodeSettings> more;
         for (const NodeSettings& settings : all) {

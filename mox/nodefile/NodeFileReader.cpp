@@ -46,11 +46,7 @@ public:
     bool Has(std::string_view name) const { return _tree.Find(name) != nullptr; }
 
     /// Returns an empty string if the attribute is missing.
-    std::string Optional(std::string_view name) const
-    {
-        const std::string* value = _tree.Find(name);
-        return value ? *value : std::string();
-    }
+    std::string Optional(std::string_view name) const { return _tree.Get(name); }
 
     std::string Required(std::string_view name) const
     {

@@ -15,7 +15,6 @@ using Materials::Compose;
 using Materials::GuiPropertyKind;
 
 constexpr std::size_t mostParts = 200; ///< elements below the root
-constexpr std::size_t mostSettings = 1024;
 
 /// Names of the properties that every node has.
 constexpr std::string_view standardProperties[] = {"Type",         "Name",      "BindingIndex",
@@ -146,7 +145,7 @@ private:
 
     void CheckEverySetting() const
     {
-        const std::vector<NodeSettings> all = ListSettings(_file, mostSettings);
+        const std::vector<NodeSettings> all = ListSettings(_file);
         if (all.empty()) {
             throw HostError(_where, Compose("the conditions distinguish more than ", mostSettings,
                                             " combinations of values"));
