@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
 #include <string_view>
+#include <unordered_map>
 
 namespace Mox {
 
@@ -44,6 +46,21 @@ constexpr void ForEachWord(std::string_view text, Visit visit)
             visit(text.substr(begin, end - begin), begin);
         begin = std::max(end, begin + 1);
     }
+}
+
+/// Makes a name unique by appending "_2", "_3" and so on if it is already in use.
+/// @param taken used names, each with the last number appended to it; receives the new name
+inline std::string MakeUnique(std::unordered_map<std::string, int>& taken, const std::string& name)
+{
+    const auto [entry, isNew] = taken.try_emplace(name, 1);
+    if (isNew)
+        return name;
+    int& number = entry->second;
+    std::string unique;
+    do
+        unique = name + "_" + std::to_string(++number);
+    while (!taken.try_emplace(unique, 1).second);
+    return unique;
 }
 
 } // namespace Mox

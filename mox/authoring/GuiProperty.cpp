@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <new>
-#include <utility>
 
 namespace Mox::Materials {
 

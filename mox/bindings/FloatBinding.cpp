@@ -4,7 +4,6 @@
 #include "mox/bindings/ClassicLocale.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace Mox::Materials {
 

@@ -4,7 +4,6 @@
 #include "mox/cg/RiskyConstants.h"
 
 #include <algorithm>
-#include <array>
 
 namespace Mox::Cg {
 

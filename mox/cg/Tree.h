@@ -4,10 +4,8 @@
 #include "mox/cg/Lexer.h"
 #include "mox/cg/Type.h"
 
-#include <deque>
 #include <span>
 #include <string_view>
-#include <vector>
 
 namespace Mox::Cg {
 

@@ -1,7 +1,5 @@
 #include "mox/cg/TreeBuilder.h"
 
-#include "mox/Text.h"
-
 namespace Mox::Cg {
 
 Expression* TreeBuilder::Make(ExpressionKind kind, const Type& type,

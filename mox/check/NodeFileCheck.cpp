@@ -23,8 +23,6 @@ namespace {
 using Materials::Compose;
 using Materials::GuiPort;
 
-constexpr std::size_t mostSettings = 1024;
-
 int CountLines(const std::string& text)
 {
     return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
@@ -58,7 +56,7 @@ public:
 
     void Check()
     {
-        for (const NodeSettings& settings : ListSettings(_file, mostSettings)) {
+        for (const NodeSettings& settings : ListSettings(_file)) {
             for (std::int32_t count = 1; count <= 4; ++count) {
                 for (const auto precision : {ComponentType::Float, ComponentType::Half}) {
                     for (const bool isConnected : {false, true})

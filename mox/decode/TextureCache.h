@@ -3,7 +3,6 @@
 #include "mox/decode/DecodedFile.h"
 
 #include <cstdint>
-#include <ctime>
 #include <list>
 #include <memory>
 #include <string>

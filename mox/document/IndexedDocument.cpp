@@ -4,7 +4,6 @@
 #include "mox/host/HostError.h"
 
 #include <algorithm>
-#include <type_traits>
 #include <utility>
 
 namespace Mox::Host {
@@ -80,20 +79,27 @@ void Erase(Entries& entries, const Key& key) noexcept
 
 IndexedDocument::IndexedDocument(MaterialDocument document) : _document(std::move(document))
 {
-    for (auto node = _document.Nodes.begin(); node != _document.Nodes.end(); ++node)
-        Enter(node.Index(), *node);
-    for (auto edge = _document.Edges.begin(); edge != _document.Edges.end(); ++edge)
-        Enter(edge.Index(), *edge);
-    for (auto binding = _document.Bindings.begin(); binding != _document.Bindings.end(); ++binding)
-        Enter(binding.Index(), *binding);
-    const auto& annotations = _document.Annotations;
-    for (auto annotation = annotations.begin(); annotation != annotations.end(); ++annotation)
-        Enter(annotation.Index(), *annotation);
+    const auto enterAll = [this](const auto& records) {
+        for (auto record = records.begin(); record != records.end(); ++record)
+            Enter(record.Index(), *record);
+    };
+    enterAll(_document.Nodes);
+    enterAll(_document.Edges);
+    enterAll(_document.Bindings);
+    enterAll(_document.Annotations);
+}
+
+template <class Record>
+bool IndexedDocument::HasId(std::size_t index, const std::string& id) const
+{
+    const auto& records = RecordsOf<Record>(_document);
+    return records.Holds(index) && records[index].Id == id;
 }
 
 std::optional<std::size_t> IndexedDocument::FindNode(const std::string& id) const
 {
-    return First(_ids, std::tie(id), [&](std::size_t node) { return HasId(node, id); });
+    return First(_ids, std::tie(id),
+                 [&](std::size_t node) { return HasId<DocumentNode>(node, id); });
 }
 
 std::vector<std::size_t> IndexedDocument::Referrers(const std::string& id) const
@@ -132,7 +138,7 @@ std::optional<std::size_t> IndexedDocument::FindBinding(const std::string& strea
 std::optional<std::size_t> IndexedDocument::FindAnnotation(const std::string& id) const
 {
     return First(_annotations, std::tie(id),
-                 [&](std::size_t annotation) { return HasAnnotationId(annotation, id); });
+                 [&](std::size_t index) { return HasId<DocumentAnnotation>(index, id); });
 }
 
 std::size_t IndexedDocument::RequireAnnotation(const std::string& id) const
@@ -158,21 +164,11 @@ void IndexedDocument::Forget(const DocumentStep& done) noexcept
     ForContent(done, [this](std::size_t index, const auto& record) { Leave(index, record); });
 }
 
-bool IndexedDocument::HasId(std::size_t node, const std::string& id) const
-{
-    return _document.Nodes.Holds(node) && _document.Nodes[node].Id == id;
-}
-
 bool IndexedDocument::IsOf(std::size_t binding, const std::string& stream,
                            const std::string& tag) const
 {
     return _document.Bindings.Holds(binding) && _document.Bindings[binding].Stream == stream &&
            _document.Bindings[binding].Tag == tag;
-}
-
-bool IndexedDocument::HasAnnotationId(std::size_t annotation, const std::string& id) const
-{
-    return _document.Annotations.Holds(annotation) && _document.Annotations[annotation].Id == id;
 }
 
 bool IndexedDocument::RefersTo(std::size_t node, const std::string& id) const
@@ -224,7 +220,7 @@ void IndexedDocument::Enter(std::size_t index, const DocumentAnnotation& annotat
 
 void IndexedDocument::Leave(std::size_t index, const DocumentNode& node) noexcept
 {
-    if (!HasId(index, node.Id))
+    if (!HasId<DocumentNode>(index, node.Id))
         Erase(_ids, std::tie(node.Id, index));
     for (const DocumentProperty& property : node.Properties) {
         if (property.Kind == GuiPropertyKind::Node && !RefersTo(index, property.Value))
@@ -248,7 +244,7 @@ void IndexedDocument::Leave(std::size_t index, const DocumentBinding& binding) n
 
 void IndexedDocument::Leave(std::size_t index, const DocumentAnnotation& annotation) noexcept
 {
-    if (!HasAnnotationId(index, annotation.Id))
+    if (!HasId<DocumentAnnotation>(index, annotation.Id))
         Erase(_annotations, std::tie(annotation.Id, index));
 }
 

@@ -124,9 +124,9 @@ private:
     /// @param done a step after Exchange
     void Forget(const DocumentStep& done) noexcept;
 
-    bool HasId(std::size_t node, const std::string& id) const;
+    template <class Record>
+    bool HasId(std::size_t index, const std::string& id) const;
     bool IsOf(std::size_t binding, const std::string& stream, const std::string& tag) const;
-    bool HasAnnotationId(std::size_t annotation, const std::string& id) const;
     bool RefersTo(std::size_t node, const std::string& id) const;
     bool HasTail(std::size_t edge, const std::string& id) const;
     bool HasHead(std::size_t edge, const std::string& id, const std::string& port) const;

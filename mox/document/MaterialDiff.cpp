@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <map>
-#include <tuple>
 #include <utility>
 
 namespace Mox::Host {

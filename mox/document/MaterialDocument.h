@@ -163,8 +163,9 @@ MaterialDocument ReadMaterialDocument(const std::filesystem::path& file);
 ///          errors
 MaterialDocument ReadMaterialDocument(const std::filesystem::path& file, ProblemList& problems);
 
-/// Does the same for a document in memory.
+/// Do the same for a document in memory.
 /// @param file the file name for messages
+MaterialDocument ParseMaterialDocument(const std::string& file, std::string_view text);
 MaterialDocument ParseMaterialDocument(const std::string& file, std::string_view text,
                                        ProblemList& problems);
 

@@ -45,10 +45,12 @@ DocumentComments Flatten(SectionComments comments)
 }
 
 template <class Records, class Record>
-void MoveInto(Records& records, std::optional<Record>& record)
+void MoveInto(Records& records, std::optional<Record>& record, SectionComments comments)
 {
-    if (record)
+    if (record) {
+        record->Comments = Flatten(std::move(comments));
         records.push_back(std::move(*record));
+    }
     record.reset();
 }
 
@@ -316,31 +318,22 @@ void MaterialReader::StartAnnotation(const XmlElement& element)
 void MaterialReader::EndRecord(std::string_view name, SectionComments comments)
 {
     if (name == "property") {
-        if (_property)
-            _property->Comments = Flatten(std::move(comments));
         if (_node)
-            MoveInto(_node->Properties, _property);
+            MoveInto(_node->Properties, _property, std::move(comments));
         _property.reset();
     } else if (name == "node") {
-        if (_node) {
+        if (_node && !_isDoubled) {
             _node->Comments = std::move(comments.Before);
             _node->LastComments = std::move(comments.Last);
+            _document.Nodes.push_back(std::move(*_node));
         }
-        if (_isDoubled)
-            _node.reset();
-        MoveInto(_document.Nodes, _node);
+        _node.reset();
     } else if (name == "edge") {
-        if (_edge)
-            _edge->Comments = Flatten(std::move(comments));
-        MoveInto(_document.Edges, _edge);
+        MoveInto(_document.Edges, _edge, std::move(comments));
     } else if (name == "binding") {
-        if (_binding)
-            _binding->Comments = Flatten(std::move(comments));
-        MoveInto(_document.Bindings, _binding);
+        MoveInto(_document.Bindings, _binding, std::move(comments));
     } else if (name == "annotation") {
-        if (_annotation)
-            _annotation->Comments = Flatten(std::move(comments));
-        MoveInto(_document.Annotations, _annotation);
+        MoveInto(_document.Annotations, _annotation, std::move(comments));
     } else if (name == "description") {
         _document.Comments.Description = Flatten(std::move(comments));
     } else if (name == "renderState") {
@@ -396,8 +389,17 @@ MaterialDocument ReadMaterialDocument(const std::filesystem::path& file)
 
 MaterialDocument ReadMaterialDocument(const std::filesystem::path& file, ProblemList& problems)
 {
+    const auto parse = [](const std::string& name, std::string_view text, ProblemList& found) {
+        return ParseMaterialDocument(name, text, found);
+    };
     return ReadDocumentText(
-        file.string(), [&] { return ReadFile(file); }, ParseMaterialDocument, problems);
+        file.string(), [&] { return ReadFile(file); }, parse, problems);
+}
+
+MaterialDocument ParseMaterialDocument(const std::string& file, std::string_view text)
+{
+    return WithoutErrors(
+        [&](ProblemList& problems) { return ParseMaterialDocument(file, text, problems); });
 }
 
 MaterialDocument ParseMaterialDocument(const std::string& file, std::string_view text,

@@ -53,14 +53,6 @@ std::optional<std::array<float, 3>> ParseColour(std::string_view text)
     return ForEachOfThree(text, take) ? std::optional(colour) : std::nullopt;
 }
 
-/// Returns the shortest string that parses to the same float.
-std::string FormatExactly(float value)
-{
-    std::array<char, 32> buffer;
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
-    return {buffer.data(), end};
-}
-
 } // namespace
 
 std::optional<GuiPropertyKind> ParseKind(std::string_view word)
@@ -137,6 +129,13 @@ bool SetFromText(GuiProperty& property, GuiPropertyKind kind, const std::string&
     return false;
 }
 
+std::string FormatNumber(float value)
+{
+    std::array<char, 32> buffer;
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
+    return {buffer.data(), end};
+}
+
 std::string FormatValue(const GuiProperty& property)
 {
     switch (property.Kind) {
@@ -145,10 +144,10 @@ std::string FormatValue(const GuiProperty& property)
     case GuiPropertyKind::Integer:
         return std::to_string(property.Integer);
     case GuiPropertyKind::Float:
-        return FormatExactly(property.Floats[0]);
+        return FormatNumber(property.Floats[0]);
     case GuiPropertyKind::Colour:
-        return FormatExactly(property.Floats[0]) + " " + FormatExactly(property.Floats[1]) + " " +
-               FormatExactly(property.Floats[2]);
+        return FormatNumber(property.Floats[0]) + " " + FormatNumber(property.Floats[1]) + " " +
+               FormatNumber(property.Floats[2]);
     case GuiPropertyKind::String:
     case GuiPropertyKind::Enum:
         return property.Text;

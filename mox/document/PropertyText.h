@@ -44,6 +44,9 @@ bool IsColour(std::string_view text);
 bool SetFromText(Materials::GuiProperty& property, Materials::GuiPropertyKind kind,
                  const std::string& text);
 
+/// Formats a number so that ParseFloat restores it exactly.
+std::string FormatNumber(float value);
+
 /// Formats a value so that SetFromText restores it exactly, to the last bit. Returns an empty
 /// string for a Node property.
 std::string FormatValue(const Materials::GuiProperty& property);

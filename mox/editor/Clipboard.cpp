@@ -39,10 +39,7 @@ std::set<BindingKey> BindingsOf(const MaterialGraph& graph, const std::vector<st
 
 MaterialDocument Parse(std::string_view text)
 {
-    ProblemList problems;
-    MaterialDocument document = ParseMaterialDocument("pasted text", text, problems);
-    problems.ThrowFirstError();
-    return document;
+    return ParseMaterialDocument("pasted text", text);
 }
 
 /// Returns a stored position, or 0 if it is missing or too far out to be moved precisely.

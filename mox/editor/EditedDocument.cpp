@@ -15,14 +15,6 @@ namespace {
 /// A larger journal is replaced by one that starts with the current document.
 constexpr std::size_t mostJournalBytes = 8U << 20U;
 
-MaterialDocument Parse(const std::string& name, const std::string& text)
-{
-    ProblemList problems;
-    MaterialDocument document = ParseMaterialDocument(name, text, problems);
-    problems.ThrowFirstError();
-    return document;
-}
-
 /// Only regular files are read: reading from something like a pipe might never end.
 std::string ReadExisting(const std::filesystem::path& file)
 {
@@ -38,7 +30,7 @@ MaterialDocument ParseEdited(const std::string& file, const std::string& text)
 {
     RefuseMaterialX(file, text);
     if (!text.empty())
-        return Parse(file, text);
+        return ParseMaterialDocument(file, text);
     MaterialDocument document;
     document.File = file;
     return document;
@@ -47,13 +39,18 @@ MaterialDocument ParseEdited(const std::string& file, const std::string& text)
 EditedDocument::Opened::Opened(MaterialDocument document, const PluginSet& plugins)
     : Graph(std::move(document), NodeMaker(plugins)), History(Graph), Resolver(Graph)
 {
+    Resolve();
+}
+
+std::vector<std::size_t> EditedDocument::Opened::Resolve()
+{
     ProblemList problems; // discarded; problems are computed again on request
-    Resolver.Resolve(problems);
+    return Resolver.Resolve(problems);
 }
 
 EditedDocument::EditedDocument(const std::filesystem::path& file, const PluginSet& plugins)
-    : _file(file), _lock(file), _plugins(plugins), _saved(ReadText()),
-      _opened(Open(file.string(), _saved)), _savedState(_opened->History.State()), _journal(file)
+    : _file(file), _lock(file), _plugins(plugins), _saved(ReadText()), _opened(Open(_saved)),
+      _savedState(_opened->History.State()), _journal(file)
 {
     FindJournal();
 }
@@ -127,15 +124,15 @@ bool EditedDocument::HasFileChanged() const
 
 std::vector<std::string> EditedDocument::CompareWithFile() const
 {
-    return DescribeDifferences(Graph().Document(), Parse(_file.string(), ReadExisting(_file)),
-                               _plugins);
+    return DescribeDifferences(
+        Graph().Document(), ParseMaterialDocument(_file.string(), ReadExisting(_file)), _plugins);
 }
 
 void EditedDocument::Reload()
 {
     RequireNoneWaiting();
     std::string text = ReadExisting(_file);
-    auto opened = std::make_unique<Opened>(Parse(_file.string(), text), _plugins);
+    auto opened = std::make_unique<Opened>(ParseMaterialDocument(_file.string(), text), _plugins);
     _journal.Remove();
     _saved = std::move(text);
     Begin(std::move(opened));
@@ -162,17 +159,16 @@ void EditedDocument::Discard()
     _journalFailure.clear();
 }
 
-std::unique_ptr<EditedDocument::Opened> EditedDocument::Open(const std::string& name,
-                                                             const std::string& text) const
+std::unique_ptr<EditedDocument::Opened> EditedDocument::Open(const std::string& text) const
 {
-    return std::make_unique<Opened>(ParseEdited(name, text), _plugins);
+    return std::make_unique<Opened>(ParseEdited(_file.string(), text), _plugins);
 }
 
 /// Rebuilds the document of an earlier process. Only its last change may be invalid: the process
 /// may have ended before it could remove a refused change from the journal.
 std::unique_ptr<EditedDocument::Opened> EditedDocument::Replay(const JournalContent& content) const
 {
-    std::unique_ptr<Opened> opened = Open(_file.string(), content.Document);
+    std::unique_ptr<Opened> opened = Open(content.Document);
     for (const GraphChange& change : content.Changes) {
         try {
             opened->History.Do(change);
@@ -181,8 +177,7 @@ std::unique_ptr<EditedDocument::Opened> EditedDocument::Replay(const JournalCont
                 throw;
         }
     }
-    ProblemList problems;
-    opened->Resolver.Resolve(problems);
+    opened->Resolve();
     return opened;
 }
 
@@ -220,7 +215,7 @@ ChangedRecords EditedDocument::Go(HistoryStep step, HistoryStep back)
         KeepState();
     } catch (...) {
         (_opened->History.*back)();
-        Resolve();
+        _opened->Resolve();
         throw;
     }
     return Finish(std::move(records));
@@ -246,16 +241,9 @@ ChangedRecords EditedDocument::Finish(ChangedRecords records)
     if (records.IsEmpty())
         return records;
     ++_revision;
-    for (const std::size_t node : Resolve())
+    for (const std::size_t node : _opened->Resolve())
         records.Nodes.insert(node);
     return records;
-}
-
-/// @returns the nodes that were resolved
-std::vector<std::size_t> EditedDocument::Resolve()
-{
-    ProblemList problems; // discarded; problems are computed again on request
-    return _opened->Resolver.Resolve(problems);
 }
 
 } // namespace Mox::Host

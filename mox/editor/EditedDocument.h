@@ -98,6 +98,9 @@ private:
     {
         Opened(MaterialDocument document, const PluginSet& plugins);
 
+        /// @returns the nodes that were resolved
+        std::vector<std::size_t> Resolve();
+
         MaterialGraph Graph;
         ChangeHistory History;
         GraphResolver Resolver;
@@ -105,7 +108,7 @@ private:
 
     using HistoryStep = ChangedRecords (ChangeHistory::*)();
 
-    std::unique_ptr<Opened> Open(const std::string& name, const std::string& text) const;
+    std::unique_ptr<Opened> Open(const std::string& text) const;
     std::unique_ptr<Opened> Replay(const JournalContent& content) const;
     void FindJournal();
     void RequireNoneWaiting() const;
@@ -113,7 +116,6 @@ private:
     void KeepState();
     void Begin(std::unique_ptr<Opened> opened);
     ChangedRecords Finish(ChangedRecords records);
-    std::vector<std::size_t> Resolve();
 
     std::filesystem::path _file;
     DocumentLock _lock;

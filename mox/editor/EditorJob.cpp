@@ -7,7 +7,6 @@
 #include "mox/editor/ErrorJson.h"
 #include "mox/editor/StateJson.h"
 #include "mox/graph/BindingsDocument.h"
-#include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/host/ContentHash.h"
 #include "mox/host/Excerpt.h"
@@ -23,15 +22,6 @@ namespace Mox::Host {
 using Materials::Compose;
 
 namespace {
-
-MaterialGraph Open(const MaterialDocument& document, const PluginSet& plugins,
-                   ProblemList& problems)
-{
-    MaterialGraph graph = LoadMaterial(document, plugins, problems);
-    ResolveGraph(graph, problems);
-    ReportCountConflicts(graph, problems);
-    return graph;
-}
 
 /// Makes a program representable in JSON: source code is kept as it is; a SPIR-V module, which
 /// starts with control characters, becomes hexadecimal digits.
@@ -76,7 +66,7 @@ EditorJob::Work FindProblems(const EditorServices& services, const std::string& 
 {
     return [services, file](const DocumentSnapshot& snapshot, Json& reply, EditorReply&) {
         ProblemList problems;
-        const MaterialGraph graph = Open(snapshot.Document(), *services.Plugins, problems);
+        const MaterialGraph graph = OpenMaterial(snapshot.Document(), *services.Plugins, problems);
         if (snapshot.IsOutOfDate())
             return;
         CheckMaterial(graph, file, *services.Environment, services.Proof.get(), problems);
@@ -89,7 +79,7 @@ EditorJob::Work CompilePrograms(const EditorServices& services, const std::strin
 {
     return [services, file, targets](const DocumentSnapshot& snapshot, Json& reply, EditorReply&) {
         ProblemList problems;
-        const MaterialGraph graph = Open(snapshot.Document(), *services.Plugins, problems);
+        const MaterialGraph graph = OpenMaterial(snapshot.Document(), *services.Plugins, problems);
         const CgProgram program = BuildMaterialProgram(graph, *services.Environment, {}, problems);
         Json programs = Json::object();
         Json lineNodes = Json::object();
@@ -180,7 +170,7 @@ EditorJob::Work CompareWithText(const EditorServices& services, const std::strin
                 removed.insert(difference.Node);
         }
         ProblemList problems; // problems of the file, not of the document
-        const MaterialGraph graph = Open(before, *services.Plugins, problems);
+        const MaterialGraph graph = OpenMaterial(before, *services.Plugins, problems);
         reply["comparison"] = {{"differences", std::move(list)},
                                {"removedNodes", DescribeNodes(graph, removed)}};
     };

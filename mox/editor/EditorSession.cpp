@@ -141,8 +141,7 @@ EditorAnswer EditorSession::Handle(std::size_t client, std::string_view message,
     *_revision = _document.Revision();
     if (answer.Job)
         return answer;
-    AddStatus(reply);
-    answer.Reply = FormatJson(reply);
+    answer.Reply = FormatAnswer(std::move(reply));
     return answer;
 }
 
@@ -166,8 +165,7 @@ std::string EditorSession::LookAtFile()
             return {};
     }
     _seenFile = std::move(seen);
-    AddStatus(notice);
-    return FormatJson(notice);
+    return FormatAnswer(std::move(notice));
 }
 
 void EditorSession::Dispatch(const Request& request, EditorAnswer& answer, Json& reply)
@@ -197,16 +195,13 @@ void EditorSession::Dispatch(const Request& request, EditorAnswer& answer, Json&
 void EditorSession::Publish(const ChangedRecords& records, EditorAnswer& answer, Json& reply)
 {
     Json changes = DescribeChanges(_document.Graph(), records);
-    if (!records.IsEmpty()) {
-        Json notice = {{"event", "changed"}, {"changes", changes}};
-        AddStatus(notice);
-        answer.Notice = FormatJson(notice);
-    }
+    if (!records.IsEmpty())
+        answer.Notice = FormatAnswer({{"event", "changed"}, {"changes", changes}});
     reply["changes"] = std::move(changes);
 }
 
-/// Adds the members that every answer contains.
-void EditorSession::AddStatus(Json& json) const
+/// Formats a reply or a notice with the members that each of them contains.
+std::string EditorSession::FormatAnswer(Json json) const
 {
     json["revision"] = _document.Revision();
     json["unsaved"] = _document.IsUnsaved();
@@ -216,6 +211,7 @@ void EditorSession::AddStatus(Json& json) const
         json["waiting"] = {{"changes", _document.Waiting()->Changes.size()}};
     if (!_document.JournalFailure().empty())
         json["waiting"] = {{"error", _document.JournalFailure()}};
+    return FormatJson(json);
 }
 
 DocumentSnapshot EditorSession::TakeSnapshot()
@@ -324,18 +320,14 @@ void EditorSession::Save(const Request& request, EditorAnswer& answer, Json& rep
     const auto force = request.Message.Find("force");
     _document.Save(force && force->Flag());
     _seenFile = _document.ReadText();
-    Json notice = {{"event", "saved"}};
-    AddStatus(notice);
-    answer.Notice = FormatJson(notice);
+    answer.Notice = FormatAnswer({{"event", "saved"}});
     reply["saved"] = true;
 }
 
 /// Reports that the whole document was replaced.
 void EditorSession::Replace(EditorAnswer& answer, Json& reply)
 {
-    Json notice = {{"event", "replaced"}};
-    AddStatus(notice);
-    answer.Notice = FormatJson(notice);
+    answer.Notice = FormatAnswer({{"event", "replaced"}});
     reply["state"] = DescribeState(_document.Graph());
 }
 

@@ -56,7 +56,7 @@ private:
     void Dispatch(const Request& request, EditorAnswer& answer, Json& reply);
     void Publish(const ChangedRecords& records, EditorAnswer& answer, Json& reply);
     void Replace(EditorAnswer& answer, Json& reply);
-    void AddStatus(Json& json) const;
+    std::string FormatAnswer(Json json) const;
     DocumentSnapshot TakeSnapshot();
     void RequirePainter(const Request& request) const;
     void StartJob(const Request& request, EditorJob::Work work, EditorAnswer& answer);

@@ -113,19 +113,16 @@ Json DescribeNodes(const MaterialGraph& graph, const std::set<std::string>& ids)
 Json DescribeState(const MaterialGraph& graph)
 {
     const MaterialDocument& document = graph.Document();
-    Json nodes = Json::array();
-    for (auto node = document.Nodes.begin(); node != document.Nodes.end(); ++node)
-        nodes.push_back(DescribeNode(graph, node.Index()));
-    Json edges = Json::array();
-    for (auto edge = document.Edges.begin(); edge != document.Edges.end(); ++edge)
-        edges.push_back(DescribeEdge(graph, edge.Index()));
-    Json annotations = Json::array();
-    for (auto note = document.Annotations.begin(); note != document.Annotations.end(); ++note)
-        annotations.push_back(DescribeAnnotation(graph, note.Index()));
+    const auto describeAll = [&](const auto& records, auto describe) {
+        Json list = Json::array();
+        for (auto record = records.begin(); record != records.end(); ++record)
+            list.push_back(describe(graph, record.Index()));
+        return list;
+    };
     Json json = MakeJsonObject();
-    json["nodes"] = std::move(nodes);
-    json["edges"] = std::move(edges);
-    json["annotations"] = std::move(annotations);
+    json["nodes"] = describeAll(document.Nodes, DescribeNode);
+    json["edges"] = describeAll(document.Edges, DescribeEdge);
+    json["annotations"] = describeAll(document.Annotations, DescribeAnnotation);
     AddOtherParts(document, json);
     return json;
 }

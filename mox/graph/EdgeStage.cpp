@@ -16,10 +16,6 @@ using Materials::GuiEdge;
 
 namespace {
 
-/// Reporting a cycle requires a traversal of all edges, so the number of reported cycles per
-/// document is limited.
-constexpr int mostCircles = 100;
-
 std::vector<RightName> NamesOf(const std::vector<Materials::GuiPort>& ports)
 {
     std::vector<RightName> names;

@@ -17,6 +17,10 @@ struct GraphOrder
     std::vector<std::size_t> Cycle; ///< nodes of one cycle, in link order; empty if there is none
 };
 
+/// Reporting a cycle requires a traversal of all links, so the number of reported cycles per
+/// document and kind of link is limited.
+constexpr int mostCircles = 100;
+
 /// Orders nodeCount nodes so that the first node of each link precedes the second; otherwise the
 /// nodes keep their order. Not recursive; linear in nodes and links.
 GraphOrder OrderNodes(std::size_t nodeCount, const std::vector<OrderLink>& links);

@@ -16,13 +16,6 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-MaterialDocument EmptyDocument(std::string file)
-{
-    MaterialDocument document;
-    document.File = std::move(file);
-    return document;
-}
-
 /// Rebuilds the nodes whose records were changed by steps.
 /// @returns whether it succeeded, i.e. references do not form a cycle
 bool Follow(const std::vector<DocumentStep>& done, const MaterialDocument& document,
@@ -50,8 +43,7 @@ bool Follow(const std::vector<DocumentStep>& done, const MaterialDocument& docum
 
 } // namespace
 
-MaterialGraph::MaterialGraph(NodeMaker maker, std::string file)
-    : MaterialGraph(EmptyDocument(std::move(file)), std::move(maker))
+MaterialGraph::MaterialGraph(NodeMaker maker) : MaterialGraph({}, std::move(maker))
 {}
 
 MaterialGraph::MaterialGraph(MaterialDocument document, NodeMaker maker)

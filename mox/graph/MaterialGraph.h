@@ -38,8 +38,7 @@ public:
     using Edge = GraphEdge;
 
     /// Creates an empty material.
-    /// @param file name of the document in messages
-    explicit MaterialGraph(NodeMaker maker, std::string file = {});
+    explicit MaterialGraph(NodeMaker maker);
 
     /// @param maker the source of its nodes must outlive the graph
     MaterialGraph(MaterialDocument document, NodeMaker maker);

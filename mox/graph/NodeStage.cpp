@@ -14,16 +14,10 @@ using Materials::GuiPropertyKind;
 
 namespace {
 
-/// Reporting a cycle requires a traversal of all references, so the number of reported cycles per
-/// document is limited.
-constexpr int mostCircles = 100;
-
 std::size_t CountErrors(const ProblemList& problems)
 {
-    const auto& all = problems.Problems();
-    return static_cast<std::size_t>(std::count_if(all.begin(), all.end(), [](const auto& problem) {
-        return problem.Level == Severity::Error;
-    }));
+    return static_cast<std::size_t>(
+        std::ranges::count(problems.Problems(), Severity::Error, &Problem::Level));
 }
 
 /// Reports the errors that are new, if there are more errors than before.

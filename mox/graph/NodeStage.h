@@ -8,7 +8,6 @@
 #include "mox/host/HostError.h"
 
 #include <cstddef>
-#include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>

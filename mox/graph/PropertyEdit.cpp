@@ -62,8 +62,7 @@ boost::shared_ptr<GuiProperty> CopyValue(const GuiProperty& property)
 std::vector<DocumentProperty>::iterator Find(std::vector<DocumentProperty>& properties,
                                              const std::string& name)
 {
-    return std::find_if(properties.begin(), properties.end(),
-                        [&](const DocumentProperty& property) { return property.Name == name; });
+    return std::ranges::find(properties, name, &DocumentProperty::Name);
 }
 
 /// Inserts a property that a record lacks after the properties that the node declares before it.

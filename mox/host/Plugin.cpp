@@ -103,8 +103,7 @@ Plugin::~Plugin() = default;
 
 bool Plugin::Offers(const std::string& typeName) const
 {
-    return std::any_of(_types.begin(), _types.end(),
-                       [&](const PluginType& type) { return type.TypeName == typeName; });
+    return std::ranges::find(_types, typeName, &PluginType::TypeName) != _types.end();
 }
 
 bool Plugin::OffersNodeFiles() const

@@ -6,7 +6,6 @@
 #include <list>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace Mox::Host {
 

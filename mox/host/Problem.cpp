@@ -6,15 +6,6 @@
 
 namespace Mox::Host {
 
-namespace {
-
-bool IsError(const Problem& problem)
-{
-    return problem.Level == Severity::Error;
-}
-
-} // namespace
-
 const char* GetSeverityName(Severity severity)
 {
     return severity == Severity::Error ? "error" : "warning";
@@ -47,12 +38,12 @@ void ProblemList::Append(const ProblemList& other)
 
 bool ProblemList::HasErrors() const
 {
-    return std::any_of(_problems.begin(), _problems.end(), IsError);
+    return std::ranges::find(_problems, Severity::Error, &Problem::Level) != _problems.end();
 }
 
 void ProblemList::ThrowFirstError() const
 {
-    const auto first = std::find_if(_problems.begin(), _problems.end(), IsError);
+    const auto first = std::ranges::find(_problems, Severity::Error, &Problem::Level);
     if (first != _problems.end())
         throw HostError(first->Where, first->Message);
 }

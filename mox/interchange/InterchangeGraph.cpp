@@ -1,6 +1,7 @@
 #include "mox/interchange/InterchangeGraph.h"
 
 #include "mox/Text.h"
+#include "mox/document/PropertyText.h"
 #include "mox/host/HostError.h"
 #include "mox/interchange/Folding.h"
 

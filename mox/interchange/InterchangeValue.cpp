@@ -1,16 +1,11 @@
 #include "mox/interchange/InterchangeValue.h"
 
-#include "mox/Text.h"
 #include "mox/document/PropertyText.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 
 namespace Mox::Host {
-
-using Materials::Compose;
 
 InterchangeValue MakePortValue(const std::string& node, const std::string& port, int count)
 {
@@ -70,22 +65,12 @@ bool EqualsText(const InterchangeValue& value, const std::string& text)
     return wanted == value.Numbers;
 }
 
-std::string FormatNumber(float number)
+std::string FormatNumbers(const std::vector<float>& numbers)
 {
-    std::array<char, 32> digits;
-    const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
-    return {digits.begin(), end};
-}
-
-std::string MakeUnique(std::unordered_map<std::string, int>& taken, const std::string& name)
-{
-    if (taken.emplace(name, 1).second)
-        return name;
-    for (;;) {
-        std::string numbered = Compose(name, "_", ++taken[name]);
-        if (taken.emplace(numbered, 1).second)
-            return numbered;
-    }
+    std::string text;
+    for (const float number : numbers)
+        text += (text.empty() ? "" : ", ") + FormatNumber(number);
+    return text;
 }
 
 } // namespace Mox::Host

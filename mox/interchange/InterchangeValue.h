@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace Mox::Host {
@@ -54,11 +53,7 @@ std::vector<float> ParsePropertyNumbers(std::string text);
 /// numbers. A single number represents all components.
 bool EqualsText(const InterchangeValue& value, const std::string& text);
 
-/// Formats a number as documents store it, without loss of precision.
-std::string FormatNumber(float number);
-
-/// Makes a name unique by appending a number if it is already in use.
-/// @param taken used names, each with the last number appended to it; receives the new name
-std::string MakeUnique(std::unordered_map<std::string, int>& taken, const std::string& name);
+/// Formats numbers so that ParseNumbers restores them exactly.
+std::string FormatNumbers(const std::vector<float>& numbers);
 
 } // namespace Mox::Host

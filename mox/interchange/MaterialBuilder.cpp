@@ -108,19 +108,15 @@ InterchangeValue MaterialBuilder::Parameter(const std::vector<float>& numbers, D
     SetConstant(node, numbers);
     if (numbers.size() == 1) {
         // Sliders range from 0 to 1 unless the file specifies otherwise.
-        const auto has = [&](const char* property) {
-            return std::any_of(node.Properties.begin(), node.Properties.end(),
-                               [&](const auto& entry) { return entry.Name == property; });
+        const auto has = [&](std::string_view property) {
+            return std::ranges::count(node.Properties, property, &DocumentProperty::Name) > 0;
         };
         if (!has("Min Scalar") && numbers[0] < 0.0f)
             Set(node, "Min Scalar", GuiPropertyKind::Float, FormatNumber(numbers[0]));
         if (!has("Max Scalar") && numbers[0] > 1.0f)
             Set(node, "Max Scalar", GuiPropertyKind::Float, FormatNumber(numbers[0]));
     } else if (numbers.size() != 3 && numbers != std::vector(numbers.size(), numbers.front())) {
-        std::string text;
-        for (const float number : numbers)
-            text += Compose(text.empty() ? "" : ", ", FormatNumber(number));
-        Bind({"float", binding, {{"default", text}}, node.Line, {}});
+        Bind({"float", binding, {{"default", FormatNumbers(numbers)}}, node.Line, {}});
     }
     return MakePortValue(Add(std::move(node)), "read", static_cast<int>(numbers.size()));
 }

@@ -5,7 +5,6 @@
 
 #include <map>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 #include <vector>
 

@@ -6,7 +6,6 @@
 #include "mox/interchange/InterchangeValue.h"
 
 #include <algorithm>
-#include <functional>
 
 namespace Mox::Host {
 
@@ -127,14 +126,6 @@ MaterialXValue MakeNumber(float number)
     MaterialXValue value;
     value.Numbers = {number};
     return value;
-}
-
-std::string FormatNumbers(const std::vector<float>& numbers)
-{
-    std::string text;
-    for (const float number : numbers)
-        text += Compose(text.empty() ? "" : ", ", FormatNumber(number));
-    return text;
 }
 
 std::string TypeOfWidth(int width, bool isColour)

@@ -95,9 +95,6 @@ private:
     std::map<std::string, MaterialXValue> _converted;
 };
 
-/// Formats numbers in MaterialX syntax.
-std::string FormatNumbers(const std::vector<float>& numbers);
-
 /// Returns the MaterialX type for a number of components; isColour selects "color3" instead of
 /// "vector3" if both exist.
 std::string TypeOfWidth(int width, bool isColour);

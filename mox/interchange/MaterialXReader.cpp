@@ -398,12 +398,7 @@ InterchangeGraph::Site MaterialXReader::SiteOf(const Key& key)
 
 void MaterialXReader::Report(Carry kind, const XmlTree& element, const std::string& message)
 {
-    if (kind == Carry::Composed)
-        _problems.Warn("interchange-composed", PlaceOf(element), message);
-    else if (kind == Carry::Approximated)
-        _problems.Warn("interchange-approximated", PlaceOf(element), message);
-    else
-        _problems.Warn("interchange-dropped", PlaceOf(element), message);
+    _problems.Warn(RuleOf(kind), PlaceOf(element), message);
 }
 
 Place MaterialXReader::PlaceOf(const XmlTree& element)

@@ -1,7 +1,6 @@
 // The members of MaterialXWriter that write the surface.
 
 #include "mox/Text.h"
-#include "mox/document/PropertyText.h"
 #include "mox/interchange/InterchangeValue.h"
 #include "mox/interchange/MaterialXWriter.h"
 
@@ -118,8 +117,7 @@ void MaterialXWriter::FeedPhysical(const InterchangeSurface& surface)
                        port.Name);
             }
         }
-        const auto usual = std::find_if(surface.Inputs.begin(), surface.Inputs.end(),
-                                        [&](const auto& entry) { return entry.first == input; });
+        const auto usual = std::ranges::find(surface.Inputs, input, &NamedTexts::value_type::first);
         if (IsConnected(port.Name))
             FeedShader(input, value, type);
         else if (input != "specular" && input != "alpha" &&

@@ -11,7 +11,6 @@ namespace Mox::Host {
 
 using InputValues = InterchangeGraph::Values;
 using Materials::Compose;
-using Materials::GuiPropertyKind;
 
 namespace {
 
@@ -113,26 +112,14 @@ void MaterialXReader::ReadShader(const MaterialXSource& shader)
 void MaterialXReader::FeedSurface(const InterchangeSurface& surface, const InputValues& inputs,
                                   const XmlTree& element)
 {
-    const InterchangeGraph::Site site = SiteOf({MaterialXScopes::Root, &element});
-    DocumentNode node;
-    node.Type = surface.Type;
-    node.Line = LineOf(element);
-    node.Id = site.Id;
-    if (site.PositionX)
-        MaterialBuilder::Set(node, "PositionX", GuiPropertyKind::Float,
-                             FormatNumber(*site.PositionX));
-    if (site.PositionY)
-        MaterialBuilder::Set(node, "PositionY", GuiPropertyKind::Float,
-                             FormatNumber(*site.PositionY));
+    InterchangeGraph::Site site = SiteOf({MaterialXScopes::Root, &element});
+    site.Description.clear(); // only nodes keep it
+    DocumentNode node = site.Record(surface.Type);
     std::vector<std::pair<std::string, InterchangeValue>> feeds;
     for (const InterchangeSurface::Port& port : surface.Ports) {
         if (!port.Unless.empty() && InterchangeGraph::Holds(port.Unless, inputs, {}))
             continue;
-        InterchangeGraph::Site step;
-        step.Owner = site.Id;
-        step.Id = Compose(site.Id, "_", port.Name.substr(3));
-        step.Line = LineOf(element);
-        step.IsStep = true;
+        const InterchangeGraph::Site step = site.Step(port.Name.substr(3));
         const std::size_t nodesBefore = _builder.Document().Nodes.size();
         InterchangeValue value = _graph.Supply(_graph.Evaluate(port.Is, inputs, step), step);
         if (IsNear(value, port.Unfed))
@@ -197,8 +184,7 @@ void MaterialXReader::WarnOfIgnored(const InterchangeSurface& surface, const Inp
     for (const XmlTree& child : element.Children) {
         const std::string name = child.Get("name");
         if (child.Name == "input" &&
-            std::none_of(surface.Inputs.begin(), surface.Inputs.end(),
-                         [&](const auto& input) { return input.first == name; }))
+            std::ranges::count(surface.Inputs, name, &NamedTexts::value_type::first) == 0)
             Report(Carry::None, child, Compose("the shader has no input \"", name, "\""));
     }
 }

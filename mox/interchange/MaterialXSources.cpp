@@ -109,6 +109,18 @@ MaterialXWriter::Ports MaterialXWriter::Split(const MaterialXValue& value,
     return outputs;
 }
 
+/// Returns the outputs of a texture or a colour stream.
+MaterialXWriter::Ports MaterialXWriter::SplitColour(const MaterialXValue& value,
+                                                    const std::string& kind, bool hasAlpha,
+                                                    const char* what)
+{
+    if (kind != "Component" && !hasAlpha)
+        return {{"out_colour", value}};
+    Report(Carry::Composed, Compose("separate nodes extract the components of the ", what));
+    return kind == "Component" ? Split(value, {"out_red", "out_green", "out_blue", "out_alpha"}, "")
+                               : Split(value, {"", "", "", "out_alpha"}, "out_colour");
+}
+
 void MaterialXWriter::WarnOfUnreadAlpha(bool isUnread)
 {
     if (isUnread)
@@ -179,14 +191,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteTexture()
     }
     MaterialXValue result = MakeOutput(element.Name, type);
     result.IsPacked = isNormal;
-    if (isRedOnly)
-        return {{"out_red", result}};
-    if (kind != "Component" && !hasAlpha)
-        return {{"out_colour", result}};
-    Report(Carry::Composed, "separate nodes extract the components of the texture");
-    return kind == "Component"
-               ? Split(result, {"out_red", "out_green", "out_blue", "out_alpha"}, "")
-               : Split(result, {"", "", "", "out_alpha"}, "out_colour");
+    return isRedOnly ? Ports{{"out_red", result}} : SplitColour(result, kind, hasAlpha, "texture");
 }
 
 /// Returns the node graph input that holds the file name of a texture.
@@ -233,14 +238,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteStream()
     const MaterialXValue result = MakeOutput(element.Name, type);
     if (isUv)
         return {{"read", result}};
-    if (isRedOnly)
-        return {{"out_red", result}};
-    if (kind != "Component" && !hasAlpha)
-        return {{"out_colour", result}};
-    Report(Carry::Composed, "separate nodes extract the components of the colour");
-    return kind == "Component"
-               ? Split(result, {"out_red", "out_green", "out_blue", "out_alpha"}, "")
-               : Split(result, {"", "", "", "out_alpha"}, "out_colour");
+    return isRedOnly ? Ports{{"out_red", result}} : SplitColour(result, kind, hasAlpha, "colour");
 }
 
 const CompleteNode* MaterialXWriter::Referred(const CompleteNode& node) const

@@ -174,8 +174,7 @@ void MaterialXWriter::WriteNode()
     for (auto& [port, value] : outputs)
         _outputs[{_current.Node->Id, port}] = value;
     if (_elements.Graph.size() > nodesBefore)
-        Describe(*std::find_if(_elements.Graph.begin(), _elements.Graph.end(),
-                               [&](const auto& element) { return element.Name == _current.Name; }));
+        Describe(*std::ranges::find(_elements.Graph, _current.Name, &MaterialXElement::Name));
     WarnOfLosses();
 }
 
@@ -220,8 +219,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteDirect(const InterchangeNode& node,
         if (condition.What != InterchangeCondition::Test::Equals)
             continue;
         const auto usual =
-            std::find_if(node.Inputs.begin(), node.Inputs.end(),
-                         [&](const auto& input) { return input.first == condition.Input; });
+            std::ranges::find(node.Inputs, condition.Input, &NamedTexts::value_type::first);
         if (usual == node.Inputs.end() || usual->second != condition.Text)
             element.Inputs.push_back(
                 {condition.Input, TypeOfText(condition.Text), condition.Text, {}, {}, {}, {}, {}});
@@ -406,20 +404,12 @@ void MaterialXWriter::Report(Carry kind, const std::string& message, const std::
 {
     Place where = _current.Node->Where;
     where.Port = port;
-    if (kind == Carry::Composed)
-        _problems.Warn("interchange-composed", where, message);
-    else if (kind == Carry::Approximated)
-        _problems.Warn("interchange-approximated", where, message);
-    else
-        _problems.Warn("interchange-dropped", where, message);
+    _problems.Warn(RuleOf(kind), where, message);
 }
 
 void MaterialXWriter::ReportDocument(Carry kind, const std::string& message)
 {
-    if (kind == Carry::Approximated)
-        _problems.Warn("interchange-approximated", _material.Document.File, message);
-    else
-        _problems.Warn("interchange-dropped", _material.Document.File, message);
+    _problems.Warn(RuleOf(kind), _material.Document.File, message);
 }
 
 } // namespace Mox::Host

@@ -73,6 +73,8 @@ private:
     Ports WriteStream();
     Ports Split(const MaterialXValue& value, const std::vector<std::string>& components,
                 const std::string& whole);
+    Ports SplitColour(const MaterialXValue& value, const std::string& kind, bool hasAlpha,
+                      const char* what);
     void Describe(MaterialXElement& element);
     std::string AddFile(const std::string& binding, bool isSrgb);
 

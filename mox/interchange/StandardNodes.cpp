@@ -218,8 +218,7 @@ const InterchangeNode* StandardNodes::Find(std::string_view name) const
 
 const InterchangeSurface* StandardNodes::FindSurface(std::string_view name) const
 {
-    const auto surface = std::find_if(Surfaces.begin(), Surfaces.end(),
-                                      [&](const auto& entry) { return entry.Name == name; });
+    const auto surface = std::ranges::find(Surfaces, name, &InterchangeSurface::Name);
     return surface == Surfaces.end() ? nullptr : &*surface;
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "mox/host/Problem.h"
 #include "mox/interchange/Formula.h"
 
 #include <map>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -19,6 +19,19 @@ enum class Carry
     Approximated, ///< to nodes that approximate it
     None,         ///< not at all
 };
+
+/// Returns the rule of the warning about a conversion that is not direct.
+constexpr ProblemRule RuleOf(Carry kind)
+{
+    switch (kind) {
+    case Carry::Composed:
+        return "interchange-composed";
+    case Carry::Approximated:
+        return "interchange-approximated";
+    default:
+        return "interchange-dropped";
+    }
+}
 
 /// Pairs of names and values, such as the properties of a node.
 using NamedTexts = std::vector<std::pair<std::string, std::string>>;

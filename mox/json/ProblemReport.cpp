@@ -56,12 +56,8 @@ std::string FormatProblemsAsText(const std::vector<Problem>& problems)
 {
     std::string text;
     for (const Problem& problem : problems) {
-        Place line = problem.Where;
-        line.Node.clear();
-        line.Port.clear();
-        Place node;
-        node.Node = problem.Where.Node;
-        node.Port = problem.Where.Port;
+        const Place line(problem.Where.File, problem.Where.Line, problem.Where.Column);
+        const Place node({}, 0, problem.Where.Node, problem.Where.Port);
         text += MessageLine(Compose(line.Format(), GetSeverityName(problem.Level), ": ",
                                     node.Format(), problem.Message));
         text += Compose(" [", problem.Rule, "]\n");

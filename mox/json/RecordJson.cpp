@@ -15,6 +15,15 @@ using Materials::Compose;
 
 namespace {
 
+template <class Records>
+Json ListToJson(const Records& records)
+{
+    Json list = Json::array();
+    for (const auto& record : records)
+        list.push_back(ToJson(record));
+    return list;
+}
+
 void AddComments(Json& object, const char* name, const DocumentComments& comments)
 {
     if (!comments.empty())
@@ -91,14 +100,11 @@ Json ToJson(const DocumentProperty& property)
 
 Json ToJson(const DocumentNode& node)
 {
-    Json properties = Json::array();
-    for (const DocumentProperty& property : node.Properties)
-        properties.push_back(ToJson(property));
     Json object = MakeJsonObject();
     object["id"] = node.Id;
     object["type"] = node.Type;
     object["version"] = node.Version;
-    object["properties"] = std::move(properties);
+    object["properties"] = ListToJson(node.Properties);
     AddComments(object, "comments", node.Comments);
     AddComments(object, "lastComments", node.LastComments);
     return object;
@@ -151,18 +157,12 @@ Json ToJson(const DocumentAnnotation& annotation)
 
 Json ToJson(const MaterialDocument& document)
 {
-    const auto listOf = [](const auto& records) {
-        Json list = Json::array();
-        for (const auto& record : records)
-            list.push_back(ToJson(record));
-        return list;
-    };
     return {{"description", ToJson(document.Description)},
             {"renderState", ToJson(document.RenderState)},
-            {"nodes", listOf(document.Nodes)},
-            {"edges", listOf(document.Edges)},
-            {"bindings", listOf(document.Bindings)},
-            {"annotations", listOf(document.Annotations)}};
+            {"nodes", ListToJson(document.Nodes)},
+            {"edges", ListToJson(document.Edges)},
+            {"bindings", ListToJson(document.Bindings)},
+            {"annotations", ListToJson(document.Annotations)}};
 }
 
 void AddPlace(const Place& place, Json& object)
@@ -189,10 +189,7 @@ Json ToJson(const Problem& problem)
 
 Json ToJson(const std::vector<Problem>& problems)
 {
-    Json list = Json::array();
-    for (const Problem& problem : problems)
-        list.push_back(ToJson(problem));
-    return list;
+    return ListToJson(problems);
 }
 
 Json ToJson(const MaterialDifference& difference)
@@ -325,10 +322,8 @@ std::string FormatBindingsAsJson(const std::vector<PluginBinding>& bindings)
 
 std::string FormatDifferencesAsJson(const std::vector<MaterialDifference>& differences)
 {
-    Json list = Json::array();
-    for (const MaterialDifference& difference : differences)
-        list.push_back(ToJson(difference));
-    return FormatJsonLines({{"version", RecordJsonVersion}, {"differences", std::move(list)}});
+    return FormatJsonLines(
+        {{"version", RecordJsonVersion}, {"differences", ListToJson(differences)}});
 }
 
 } // namespace Mox::Host

@@ -2,8 +2,6 @@
 #include "mox/languages/Languages.h"
 #include "mox/languages/Writer.h"
 
-#include <algorithm>
-
 namespace Mox::Languages {
 
 namespace {

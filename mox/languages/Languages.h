@@ -3,8 +3,6 @@
 #include "mox/languages/Precision.h"
 #include "mox/languages/StageProgram.h"
 
-#include <string_view>
-
 namespace Mox::Languages {
 
 enum class Language

@@ -2,8 +2,6 @@
 
 #include "mox/Text.h"
 
-#include <algorithm>
-
 namespace Mox::Languages {
 
 using Cg::Element;

@@ -54,8 +54,7 @@ std::vector<std::string> ValuesOf(const NodeProperty& property)
 
 const NodeProperty* NodeFile::FindProperty(std::string_view name) const
 {
-    const auto found = std::find_if(Properties.begin(), Properties.end(),
-                                    [&](const auto& property) { return property.Name == name; });
+    const auto found = std::ranges::find(Properties, name, &NodeProperty::Name);
     return found == Properties.end() ? nullptr : &*found;
 }
 
@@ -80,7 +79,7 @@ NodeSettings SettingsOf(const NodeFile& file, const Materials::GuiPropertyBag& p
     return settings;
 }
 
-std::vector<NodeSettings> ListSettings(const NodeFile& file, std::size_t most)
+std::vector<NodeSettings> ListSettings(const NodeFile& file)
 {
     NodeSettings first;
     for (const NodeProperty& property : file.Properties) {
@@ -90,7 +89,7 @@ std::vector<NodeSettings> ListSettings(const NodeFile& file, std::size_t most)
     std::vector<NodeSettings> all = {first};
     for (const std::string& name : DecidingProperties(file)) {
         const std::vector<std::string> values = ValuesOf(*file.FindProperty(name));
-        if (values.size() > most / all.size())
+        if (values.size() > mostSettings / all.size())
             return {};
         std::vector<NodeSettings> more;
         for (const NodeSettings& settings : all) {

@@ -6,7 +6,6 @@
 #include "mox/shader/ShaderNode.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <map>
 #include <optional>
 #include <string>
@@ -138,9 +137,10 @@ bool Holds(const NodeConditions& conditions, const NodeSettings& settings);
 /// @param properties must include all properties of the file
 NodeSettings SettingsOf(const NodeFile& file, const Materials::GuiPropertyBag& properties);
 
-/// Returns every combination of values that the conditions of a file distinguish.
-/// @param most maximum number of combinations; if there are more, the result is empty
-std::vector<NodeSettings> ListSettings(const NodeFile& file, std::size_t most);
+/// Returns every combination of values that the conditions of a file distinguish; nothing if there
+/// are more than mostSettings.
+std::vector<NodeSettings> ListSettings(const NodeFile& file);
+constexpr std::size_t mostSettings = 1024;
 
 /// Replaces the placeholders in Cg code: "$type" by the type of the node, "$scalar" by its
 /// precision, "$count" by its number of components. Line numbers do not change.

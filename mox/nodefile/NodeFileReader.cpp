@@ -46,11 +46,7 @@ public:
     bool Has(std::string_view name) const { return _tree.Find(name) != nullptr; }
 
     /// Returns an empty string if the attribute is missing.
-    std::string Optional(std::string_view name) const
-    {
-        const std::string* value = _tree.Find(name);
-        return value ? *value : std::string();
-    }
+    std::string Optional(std::string_view name) const { return _tree.Get(name); }
 
     std::string Required(std::string_view name) const
     {
@@ -293,8 +289,7 @@ private:
             if (property.Choices.empty())
                 element.Fail("an enum property needs at least one <choice>");
             if (!property.Value.empty() &&
-                std::none_of(property.Choices.begin(), property.Choices.end(),
-                             [&](const auto& choice) { return choice.Name == property.Value; }))
+                std::ranges::count(property.Choices, property.Value, &NodeChoice::Name) == 0)
                 element.Fail(Compose(Excerpt(property.Value), " is not one of the choices"));
             return;
         }

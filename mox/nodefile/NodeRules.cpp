@@ -15,7 +15,6 @@ using Materials::Compose;
 using Materials::GuiPropertyKind;
 
 constexpr std::size_t mostParts = 200; ///< elements below the root
-constexpr std::size_t mostSettings = 1024;
 
 /// Names of the properties that every node has.
 constexpr std::string_view standardProperties[] = {"Type",         "Name",      "BindingIndex",
@@ -105,8 +104,7 @@ private:
                 const bool isKnown =
                     property->Kind == GuiPropertyKind::Bool
                         ? value == "true" || value == "false"
-                        : std::any_of(property->Choices.begin(), property->Choices.end(),
-                                      [&](const auto& choice) { return choice.Name == value; });
+                        : std::ranges::count(property->Choices, value, &NodeChoice::Name) > 0;
                 if (!isKnown) {
                     Fail(line, Compose("the property \"", property->Name, "\" has no value ",
                                        Excerpt(value)));
@@ -147,7 +145,7 @@ private:
 
     void CheckEverySetting() const
     {
-        const std::vector<NodeSettings> all = ListSettings(_file, mostSettings);
+        const std::vector<NodeSettings> all = ListSettings(_file);
         if (all.empty()) {
             throw HostError(_where, Compose("the conditions distinguish more than ", mostSettings,
                                             " combinations of values"));

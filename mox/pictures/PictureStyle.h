@@ -5,7 +5,6 @@
 #include "mox/pictures/Colour.h"
 #include "mox/pictures/ProblemMarks.h"
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>

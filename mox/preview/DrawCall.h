@@ -3,7 +3,6 @@
 #include "mox/decode/DecodedFile.h"
 #include "mox/document/DocumentTextures.h"
 #include "mox/preview/TextureShape.h"
-#include "mox/targets/CompiledProgram.h"
 #include "mox/targets/ProgramCompiler.h"
 
 #include <cstddef>

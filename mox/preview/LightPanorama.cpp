@@ -14,7 +14,6 @@
 #include <glm/vec2.hpp>
 #include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
-#include <span>
 
 namespace Mox::Host {
 

@@ -210,11 +210,10 @@ void SetTime(UniformValues& scene, const PreviewOptions& options, std::uint32_t 
 
 CompiledProgram CompileBackground(const ProgramCompiler& compiler)
 {
-    ProblemList problems;
-    CompiledProgram program =
-        compiler.Compile(MakeBackgroundProgram(), {CompileTarget::Spirv}, "background", problems);
-    problems.ThrowFirstError();
-    return program;
+    return WithoutErrors([&](ProblemList& problems) {
+        return compiler.Compile(MakeBackgroundProgram(), {CompileTarget::Spirv}, "background",
+                                problems);
+    });
 }
 
 DrawCall MakeBackground(const CompiledProgram& program, const UniformValues& scene,

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <glm/geometric.hpp>
-#include <utility>
 
 namespace Mox::Host {
 

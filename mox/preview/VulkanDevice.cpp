@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
-#include <limits>
 #include <optional>
 
 namespace Mox::Host {

@@ -1,7 +1,6 @@
 #include "mox/program/CgNames.h"
 
 #include "mox/Identifier.h"
-#include "mox/Text.h"
 #include "mox/program/ReservedWords.h"
 
 namespace Mox::Host {
@@ -38,16 +37,7 @@ std::string ToSafeCgName(const std::string& text)
 
 std::string CgNames::Claim(const std::string& wanted)
 {
-    std::string name = ToSafeCgName(wanted);
-    const auto [entry, isNew] = _taken.try_emplace(name, firstNumber);
-    if (isNew)
-        return name;
-    const std::string& safe = entry->first;
-    int& number = entry->second;
-    do
-        name = Materials::Compose(safe, "_", number++);
-    while (!_taken.try_emplace(name, firstNumber).second);
-    return name;
+    return MakeUnique(_taken, ToSafeCgName(wanted));
 }
 
 } // namespace Mox::Host

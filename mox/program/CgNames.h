@@ -15,17 +15,14 @@ class CgNames
 {
 public:
     /// Marks a name as used.
-    void Take(const std::string& name) { _taken.try_emplace(name, firstNumber); }
+    void Take(const std::string& name) { _taken.try_emplace(name, 1); }
 
     /// Reserves and returns an unused name: the result of ToSafeCgName or, if that is in use, the
     /// same with "_2", "_3" and so on appended.
     std::string Claim(const std::string& wanted);
 
 private:
-    static constexpr int firstNumber = 2;
-
-    /// For each used name, the number to append when the name is requested again.
-    std::unordered_map<std::string, int> _taken;
+    std::unordered_map<std::string, int> _taken; ///< with the last number appended to each name
 };
 
 } // namespace Mox::Host

@@ -35,7 +35,7 @@ std::shared_ptr<const ProgramCode> CheckCode(const CgProgram& program, const std
 {
     auto code = std::make_shared<const ProgramCode>(program.Vertex, program.Fragment);
     std::set<std::string> found; // both stages may contain the same function
-    for (const ProgramStage which : {ProgramStage::Vertex, ProgramStage::Fragment}) {
+    for (const ProgramStage which : bothStages) {
         const std::vector<Cg::SourceError>& errors = code->ErrorsOf(which);
         if (errors.empty())
             continue;

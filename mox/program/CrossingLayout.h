@@ -6,7 +6,6 @@
 
 #include <map>
 #include <optional>
-#include <set>
 #include <span>
 #include <string_view>
 #include <vector>

@@ -125,7 +125,7 @@ private:
         if (_open.size() == deepestInclude)
             throw HostError(element.Where, Compose("files include one another more than ",
                                                    deepestInclude, " levels deep"));
-        const std::string only = OptionalAttribute(element, "only");
+        const std::string only = element.Get("only");
         if (!only.empty() && only != "values")
             throw HostError(element.Where, "attribute \"only\" is not \"values\"");
         return {ReadManifest(file), only.empty()};
@@ -205,10 +205,10 @@ private:
         entry.Name = Attribute(element, "name");
         entry.Type = TypeOf(element);
         entry.Where = element.Where;
-        entry.When = ParseConditions(OptionalAttribute(element, "when"));
+        entry.When = ParseConditions(element.Get("when"));
         for (const Condition& condition : entry.When)
             CheckCondition(element, condition);
-        const std::string level = OptionalAttribute(element, "level");
+        const std::string level = element.Get("level");
         if (level == "vertex")
             entry.Level = ShaderLevel::Vertex;
         else if (level == "fragment")
@@ -274,17 +274,14 @@ private:
 
     EnvironmentInput ReadInput(const XmlTree& element)
     {
-        EnvironmentInput input{Attribute(element, "name"),
-                               TypeOf(element),
-                               EnvironmentSource::Value,
-                               "",
-                               OptionalAttribute(element, "default"),
-                               element.Where};
+        EnvironmentInput input{Attribute(element, "name"), TypeOf(element),
+                               EnvironmentSource::Value,   "",
+                               element.Get("default"),     element.Where};
         RequireCgName(element, input.Name);
-        const std::string stream = OptionalAttribute(element, "stream");
-        const std::string uniform = OptionalAttribute(element, "uniform");
-        const std::string value = OptionalAttribute(element, "value");
-        const std::string state = OptionalAttribute(element, "state");
+        const std::string stream = element.Get("stream");
+        const std::string uniform = element.Get("uniform");
+        const std::string value = element.Get("value");
+        const std::string state = element.Get("state");
         if (stream.empty() + uniform.empty() + value.empty() + state.empty() != 3) {
             throw HostError(
                 element.Where,
@@ -354,15 +351,9 @@ private:
         return element.Children;
     }
 
-    static std::string OptionalAttribute(const XmlTree& element, const char* name)
-    {
-        const std::string* value = element.Find(name);
-        return value ? *value : std::string();
-    }
-
     static std::string Attribute(const XmlTree& element, const char* name)
     {
-        std::string value = OptionalAttribute(element, name);
+        std::string value = element.Get(name);
         if (value.empty())
             throw HostError(element.Where, Compose("attribute \"", name, "\" is missing"));
         return value;

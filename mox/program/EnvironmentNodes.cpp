@@ -98,11 +98,10 @@ private:
 
     bool IsReadBy(const std::string& written, const std::string& value)
     {
-        const auto known = _reads.find(written);
-        const std::set<std::string>& names =
-            known == _reads.end() ? _reads.emplace(written, FindReads(written)).first->second
-                                  : known->second;
-        return names.contains(value);
+        const auto [reads, isNew] = _reads.try_emplace(written);
+        if (isNew)
+            reads->second = FindReads(written);
+        return reads->second.contains(value);
     }
 
     /// Returns the names of all values that the material reads to compute what it writes under a

@@ -30,9 +30,7 @@ std::optional<Operand> ReadOperand(const Cg::Expression& expression,
     const Cg::Expression& value = isSwizzle ? *expression.Operands[0] : expression;
     if (value.Kind != Cg::ExpressionKind::Name)
         return std::nullopt;
-    const auto port = std::find_if(ports.begin(), ports.end(), [&](const ShaderPort& candidate) {
-        return candidate.Name == value.Refers->Name;
-    });
+    const auto port = std::ranges::find(ports, value.Refers->Name, &ShaderPort::Name);
     if (port == ports.end())
         return std::nullopt;
     Operand operand{static_cast<std::size_t>(port - ports.begin()), {}};

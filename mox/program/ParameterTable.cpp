@@ -12,12 +12,6 @@ namespace {
 
 using Materials::Compose;
 
-bool IsParameter(const ShaderNode& node)
-{
-    return node.Kind == ShaderNodeKind::UniformParameter ||
-           node.Kind == ShaderNodeKind::VaryingParameter;
-}
-
 ParameterKind KindOf(const ShaderNode& node)
 {
     if (node.Kind == ShaderNodeKind::VaryingParameter)
@@ -98,9 +92,7 @@ void ParameterTable::WarnOfEnvironmentNames(ProblemList& problems) const
         const auto other = ofEnvironment.find(parameter.Name);
         if (!parameter.IsBinding || other == ofEnvironment.end())
             continue;
-        Place where;
-        where.Node = parameter.Node;
-        problems.Warn("name-of-environment", where,
+        problems.Warn("name-of-environment", Place({}, 0, parameter.Node),
                       Compose("the environment also reads a ", DescribeKind(other->second->Kind),
                               " \"", parameter.Name,
                               "\", which is a different value; use a different name here so that "
@@ -133,7 +125,7 @@ void ParameterTable::GiveRegisters(const ProgramGraph& graph, ProblemList& probl
         if (node.Shader->Kind == ShaderNodeKind::CgRegisterParameter)
             rules.Enter(node);
     }
-    const auto bothStages = [](const ProgramParameter& parameter) {
+    const auto isInBoth = [](const ProgramParameter& parameter) {
         return parameter.InVertex && parameter.InFragment;
     };
     // Explicitly chosen registers come first, then parameters that need one register in both
@@ -143,8 +135,8 @@ void ParameterTable::GiveRegisters(const ProgramGraph& graph, ProblemList& probl
         order.push_back(&parameter);
     std::stable_sort(order.begin(), order.end(), [&](const auto* a, const auto* b) {
         constexpr auto none = ShaderRegisterType::RegisterUnknown;
-        return std::tuple(a->Register.Type == none, !bothStages(*a)) <
-               std::tuple(b->Register.Type == none, !bothStages(*b));
+        return std::tuple(a->Register.Type == none, !isInBoth(*a)) <
+               std::tuple(b->Register.Type == none, !isInBoth(*b));
     });
     for (ProgramParameter* parameter : order)
         rules.GiveRegister(*parameter);

@@ -7,7 +7,6 @@
 
 #include <cstddef>
 #include <map>
-#include <string>
 #include <vector>
 
 namespace Mox::Host {

@@ -12,12 +12,6 @@ namespace Mox::Host {
 
 using Materials::Compose;
 
-namespace {
-
-constexpr ProgramStage bothStages[] = {ProgramStage::Vertex, ProgramStage::Fragment};
-
-}
-
 int LocationOf(const Cg::Variable& variable, std::string_view semantic)
 {
     int number = 0;

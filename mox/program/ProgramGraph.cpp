@@ -314,12 +314,12 @@ private:
     /// whichever nodes read it.
     std::size_t PlaceFor(const ProgramNode& node)
     {
-        const ShaderNodeKind kind = node.Shader->Kind;
-        if (kind != ShaderNodeKind::UniformParameter && kind != ShaderNodeKind::VaryingParameter)
+        if (!IsParameter(*node.Shader))
             return _nodes.size();
         const bool isBinding = !node.Origin->Node.empty();
         const auto known =
-            _parameters.try_emplace({kind, isBinding, NameOf(node)}, _nodes.size()).first;
+            _parameters.try_emplace({node.Shader->Kind, isBinding, NameOf(node)}, _nodes.size())
+                .first;
         const bool isSame = known->second < _nodes.size() &&
                             _nodes[known->second].Shader->Type == node.Shader->Type;
         return isSame ? known->second : _nodes.size();
@@ -411,6 +411,12 @@ bool IsSampler(const ShaderType& type)
            type.Component <= ComponentType::SamplerRect;
 }
 
+bool IsParameter(const ShaderNode& node)
+{
+    return node.Kind == ShaderNodeKind::UniformParameter ||
+           node.Kind == ShaderNodeKind::VaryingParameter;
+}
+
 const std::string& NameOf(const ProgramNode& parameter)
 {
     return parameter.Origin->Name.empty() ? parameter.Shader->Name : parameter.Origin->Name;
@@ -418,9 +424,7 @@ const std::string& NameOf(const ProgramNode& parameter)
 
 Place PlaceOf(const ShaderOrigin& origin)
 {
-    Place place;
-    place.Node = origin.Node;
-    return place;
+    return {{}, 0, origin.Node};
 }
 
 } // namespace Mox::Host

@@ -81,6 +81,9 @@ private:
 
 bool IsSampler(const ShaderType& type);
 
+/// Whether a node is a uniform or a vertex attribute of the program.
+bool IsParameter(const ShaderNode& node);
+
 /// The name of a parameter as the author of a material knows it.
 const std::string& NameOf(const ProgramNode& parameter);
 

@@ -62,11 +62,9 @@ private:
 
     std::string CrossingName(const ProgramValue& value) const
     {
-        const ShaderNodeKind kind = _graph.Nodes()[value.Node].Definition->Kind;
-        const bool isParameter =
-            kind == ShaderNodeKind::VaryingParameter || kind == ShaderNodeKind::UniformParameter;
-        return isParameter ? _plan.Parameters[_parameters.IndexOf(value.Node)].CgName
-                           : _graph.NameOf(value);
+        return IsParameter(*_graph.Nodes()[value.Node].Definition)
+                   ? _plan.Parameters[_parameters.IndexOf(value.Node)].CgName
+                   : _graph.NameOf(value);
     }
 
     /// Adds one function for each definition, in the order of the first calls.
@@ -124,9 +122,8 @@ private:
                 planned.Outputs.push_back({place, OperandOf(node.Inputs.front(), stage)});
                 return;
             }
-            const auto known = std::find_if(
-                planned.Inputs.begin(), planned.Inputs.end(),
-                [&](const PlannedRegister& input) { return input.Register == place.Register; });
+            const auto known =
+                std::ranges::find(planned.Inputs, place.Register, &PlannedRegister::Register);
             _results[_graph.NumberOf({index, 0})] = PlanOperand{
                 Source::Register, static_cast<std::size_t>(known - planned.Inputs.begin())};
             if (known == planned.Inputs.end())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <iterator>
 #include <string_view>
 
 namespace Mox::Host {
@@ -12,7 +13,8 @@ enum class ProgramStage
     Fragment, ///< runs for each pixel
 };
 
-inline constexpr std::size_t programStageCount = 2;
+inline constexpr ProgramStage bothStages[] = {ProgramStage::Vertex, ProgramStage::Fragment};
+inline constexpr std::size_t programStageCount = std::size(bothStages);
 
 /// "vertex" or "fragment".
 constexpr std::string_view GetStageName(ProgramStage stage)

@@ -78,8 +78,7 @@ void RegisterRules::GiveRegister(ProgramParameter& parameter)
     const Owner owner{
         Compose("parameter \"", parameter.Name, "\" of ", DescribeOrigin(parameter.Node)),
         parameter.Type, false};
-    Place where;
-    where.Node = parameter.Node;
+    const Place where({}, 0, parameter.Node);
     if (parameter.Register.Type != ShaderRegisterType::RegisterUnknown) {
         Take(parameter.Register, owner, where);
         for (const ShaderRegisterType type : classes) {

@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/host/HostError.h"
+#include "mox/program/ProgramGraph.h"
 #include "mox/program/StandInNames.h"
 
 #include <algorithm>
@@ -174,9 +175,7 @@ private:
             const ShaderNode& shader = **entry;
             if (shader.Kind != ShaderNodeKind::Function && !_generator.NodeMap.contains(*entry))
                 continue;
-            const bool isParameter = shader.Kind == ShaderNodeKind::UniformParameter ||
-                                     shader.Kind == ShaderNodeKind::VaryingParameter;
-            origin.Name = names && isParameter ? names->OriginalOf(shader.Name) : "";
+            origin.Name = names && IsParameter(shader) ? names->OriginalOf(shader.Name) : "";
             _shader.Origins.Set(shader, origin);
         }
         _noted = _shader.Graph.Nodes.size();

@@ -3,7 +3,6 @@
 #include "mox/authoring/GuiPropertyBag.h"
 #include "mox/shader/ShaderNode.h"
 
-#include <cstddef>
 #include <string>
 #include <unordered_map>
 #include <utility>

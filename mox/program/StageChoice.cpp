@@ -296,8 +296,7 @@ const ShaderOrigin* StageChoice::EndBehind(std::size_t node) const
     if (reader == nobody)
         return nullptr;
     const std::vector<ProgramValue>& inputs = _graph.Nodes()[reader].Inputs;
-    const auto input = std::find_if(inputs.begin(), inputs.end(),
-                                    [&](const ProgramValue& value) { return value.Node == node; });
+    const auto input = std::ranges::find(inputs, node, &ProgramValue::Node);
     return _graph.EndBefore(reader, static_cast<std::size_t>(input - inputs.begin()));
 }
 
@@ -332,8 +331,7 @@ void StageChoice::ReportConflict(std::size_t node)
 std::string DescribeValue(const ProgramGraph& graph, const ProgramValue& value)
 {
     const ProgramNode& node = graph.Nodes()[value.Node];
-    if (node.Definition->Kind == ShaderNodeKind::VaryingParameter ||
-        node.Definition->Kind == ShaderNodeKind::UniformParameter)
+    if (IsParameter(*node.Definition))
         return Compose("\"", NameOf(node), "\"");
     if (node.Definition->Kind != ShaderNodeKind::Function)
         return node.Definition->Describe();

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "mox/program/ProgramStage.h"
-
 #include <string_view>
 #include <vector>
 

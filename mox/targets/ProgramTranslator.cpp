@@ -81,7 +81,7 @@ CompiledProgram Translate(const CgProgram& program, const std::vector<CompileTar
         result.Vertex = stages.DescribeInterface(ProgramStage::Vertex);
         result.Fragment = stages.DescribeInterface(ProgramStage::Fragment);
         for (const CompileTarget target : targets) {
-            for (const ProgramStage stage : {ProgramStage::Vertex, ProgramStage::Fragment})
+            for (const ProgramStage stage : bothStages)
                 result.Programs.push_back(
                     TranslateStage(stages, stage, target, precision, program.Header, makeSpirv));
         }

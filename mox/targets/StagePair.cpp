@@ -15,8 +15,6 @@ using Materials::Compose;
 
 namespace {
 
-constexpr ProgramStage bothStages[] = {ProgramStage::Vertex, ProgramStage::Fragment};
-
 void SortByLocation(std::vector<StageSlot>& slots)
 {
     std::stable_sort(slots.begin(), slots.end(), [](const StageSlot& a, const StageSlot& b) {
@@ -28,21 +26,18 @@ void SortByLocation(std::vector<StageSlot>& slots)
 /// environment value unless a binding has the same name.
 std::vector<std::string> NameInReflection(const std::vector<ProgramParameter>& parameters)
 {
-    std::set<std::string> taken;
+    std::unordered_map<std::string, int> taken;
     std::set<std::string> ofBindings;
     for (const ProgramParameter& parameter : parameters) {
-        taken.insert(parameter.Name);
+        taken.try_emplace(parameter.Name, 1);
         if (parameter.IsBinding)
             ofBindings.insert(parameter.Name);
     }
     std::vector<std::string> names;
     for (const ProgramParameter& parameter : parameters) {
-        std::string name = parameter.Name;
-        if (!parameter.IsBinding && ofBindings.contains(name)) {
-            for (int number = 2; !taken.insert(name).second; ++number)
-                name = Compose(parameter.Name, "_", number);
-        }
-        names.push_back(std::move(name));
+        const std::string& name = parameter.Name;
+        const bool isAmbiguous = !parameter.IsBinding && ofBindings.contains(name);
+        names.push_back(isAmbiguous ? MakeUnique(taken, name) : name);
     }
     return names;
 }

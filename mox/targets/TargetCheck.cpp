@@ -10,9 +10,8 @@ namespace {
 
 using Materials::Compose;
 
-/// Returns whether a target supports a type of register. Currently, all targets support the same
-/// types.
-bool HasRegister(CompileTarget, ShaderRegisterType type)
+/// Returns whether the targets support a type of register; they all support the same types.
+bool HasRegister(ShaderRegisterType type)
 {
     switch (type) {
     case ShaderRegisterType::RegisterUnknown:
@@ -37,24 +36,6 @@ bool HasRegister(CompileTarget, ShaderRegisterType type)
         break;
     }
     return false;
-}
-
-/// Returns whether a target supports a parameter type.
-bool HasType(CompileTarget, ComponentType type)
-{
-    return type != ComponentType::SamplerRect;
-}
-
-/// Lists the targets that do not satisfy a predicate; empty if all do.
-template <class Has>
-std::string ListLacking(const std::vector<CompileTarget>& targets, Has has)
-{
-    std::string list;
-    for (const CompileTarget target : targets) {
-        if (!has(target))
-            list += Compose(list.empty() ? "" : ", ", GetTargetName(target));
-    }
-    return list;
 }
 
 /// Returns the node that reads a register, based on its call in the stage; empty for the
@@ -108,30 +89,30 @@ void CheckHandedOver(const ProgramPlan& plan, const std::string& file, ProblemLi
 void CheckTargets(const ProgramPlan& plan, const std::vector<CompileTarget>& targets,
                   const std::string& file, ProblemList& problems)
 {
-    const auto check = [&](const std::string& node, const std::string& what,
-                           const std::string& lacking) {
-        if (!lacking.empty())
-            problems.Fail("target", Place(file, 0, node),
-                          Compose(what, " has no counterpart in ", lacking));
+    if (targets.empty())
+        return;
+    std::string names;
+    for (const CompileTarget target : targets)
+        names += Compose(names.empty() ? "" : ", ", GetTargetName(target));
+    const auto refuse = [&](const std::string& node, const std::string& what) {
+        problems.Fail("target", Place(file, 0, node),
+                      Compose(what, " has no counterpart in ", names));
     };
     for (const PlannedStage& stage : plan.Stages) {
         const auto checkRegister = [&](const PlannedRegister& place, const std::string& node) {
-            const ShaderRegisterType type = place.Register.Type;
-            check(node, Compose("the register ", place.Register.FormatRegister()),
-                  ListLacking(targets, [type](CompileTarget t) { return HasRegister(t, type); }));
+            if (!HasRegister(place.Register.Type))
+                refuse(node, Compose("the register ", place.Register.FormatRegister()));
         };
         for (std::size_t i = 0; i < stage.Inputs.size(); ++i)
             checkRegister(stage.Inputs[i], NodeOfInput(stage, i));
         for (const PlannedOutput& output : stage.Outputs)
             checkRegister(output.Target, NodeOfOutput(stage, output));
     }
-    if (!targets.empty())
-        CheckHandedOver(plan, file, problems);
+    CheckHandedOver(plan, file, problems);
     for (const ProgramParameter& parameter : plan.Parameters) {
-        const ComponentType type = parameter.Type.Component;
-        check(parameter.Node,
-              Compose("the type ", parameter.Type.Format(), " of \"", parameter.Name, "\""),
-              ListLacking(targets, [type](CompileTarget t) { return HasType(t, type); }));
+        if (parameter.Type.Component == ComponentType::SamplerRect)
+            refuse(parameter.Node,
+                   Compose("the type ", parameter.Type.Format(), " of \"", parameter.Name, "\""));
     }
 }
 

@@ -12,7 +12,7 @@ TargetFormat::TargetFormat(std::vector<CompileTarget> targets, Languages::Precis
     : _targets(std::move(targets)), _precision(precision), _makeSpirv(std::move(makeSpirv))
 {
     for (const CompileTarget target : _targets) {
-        for (const ProgramStage stage : {ProgramStage::Vertex, ProgramStage::Fragment})
+        for (const ProgramStage stage : bothStages)
             _endings.push_back(
                 Materials::Compose(".", GetStageName(stage), ".", GetTargetEnding(target)));
     }

@@ -5,6 +5,7 @@
 
 #include <libxml/xmlreader.h>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -57,11 +58,8 @@ private:
 
 const std::string* XmlTree::Find(std::string_view attribute) const
 {
-    for (const Attribute& candidate : Attributes) {
-        if (candidate.Name == attribute)
-            return &candidate.Value;
-    }
-    return nullptr;
+    const auto found = std::ranges::find(Attributes, attribute, &Attribute::Name);
+    return found == Attributes.end() ? nullptr : &found->Value;
 }
 
 std::string XmlTree::Get(std::string_view attribute) const
@@ -77,10 +75,8 @@ XmlTree ReadXmlTree(const std::filesystem::path& file)
 
 XmlTree ParseXmlTree(const std::string& file, std::string_view text)
 {
-    ProblemList problems;
-    std::optional<XmlTree> root = ParseXmlTree(file, text, problems);
-    problems.ThrowFirstError();
-    return std::move(*root);
+    return *WithoutErrors(
+        [&](ProblemList& problems) { return ParseXmlTree(file, text, problems); });
 }
 
 std::optional<XmlTree> ParseXmlTree(const std::string& file, std::string_view text,

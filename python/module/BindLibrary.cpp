@@ -6,7 +6,6 @@
 #include "mox/batch/MaterialFiles.h"
 #include "mox/document/Catalogue.h"
 #include "mox/document/PropertyText.h"
-#include "mox/host/Picture.h"
 #include "mox/json/CatalogueJson.h"
 
 #include <pybind11/stl.h>

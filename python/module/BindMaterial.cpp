@@ -9,7 +9,6 @@
 #include "mox/Text.h"
 #include "mox/document/MaterialDiff.h"
 #include "mox/editor/StateJson.h"
-#include "mox/graph/BindingsDocument.h"
 #include "mox/host/Excerpt.h"
 #include "mox/host/NearestName.h"
 #include "mox/interchange/ReadMaterial.h"

@@ -3,8 +3,6 @@
 #include "mox/host/HostError.h"
 #include "mox/host/Problem.h"
 
-#include <string>
-
 namespace Mox::Python {
 
 /// A view was used whose node or port no longer exists.

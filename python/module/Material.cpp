@@ -115,9 +115,7 @@ OpenedCopy Material::OpenCopy() const
     const std::filesystem::path file = document.File;
     Host::ProblemList problems = _reading;
     Host::MaterialGraph graph =
-        Host::LoadMaterial(std::move(document), _library->Plugins(), problems);
-    Host::ResolveGraph(graph, problems);
-    Host::ReportCountConflicts(graph, problems);
+        Host::OpenMaterial(std::move(document), _library->Plugins(), problems);
     return {std::move(graph), std::move(problems), file};
 }
 

@@ -6,7 +6,6 @@
 #include "mox/host/Problem.h"
 #include "mox/preview/MaterialPreview.h"
 
-#include <filesystem>
 #include <memory>
 #include <mutex>
 #include <string>

@@ -5,8 +5,6 @@
 #include "mox/batch/OutputRecord.h"
 #include "mox/host/Problem.h"
 
-#include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>

@@ -3,7 +3,6 @@
 #include "Edit.h"
 #include "Errors.h"
 #include "mox/authoring/GuiPort.h"
-#include "mox/authoring/GuiPropertyBag.h"
 #include "mox/graph/HostValues.h"
 #include "mox/host/HostError.h"
 #include "mox/layout/NodeShape.h"

@@ -42,10 +42,8 @@ void Apply(const ApplyOptions& options, const CommonOptions& common)
     const Host::PluginSet plugins = LoadPlugins(common);
     const Host::GraphChange change =
         Host::ParseChangeJson(ReadSource(options.Change), SourceName(options.Change));
-    Host::MaterialDocument document = Host::WithoutErrors([&](auto& problems) {
-        return Host::ParseMaterialDocument(SourceName(options.File),
-                                           ReadReplacedSource(options.File), problems);
-    });
+    Host::MaterialDocument document =
+        Host::ParseMaterialDocument(SourceName(options.File), ReadReplacedSource(options.File));
     Host::MaterialGraph graph(std::move(document), Host::NodeMaker(plugins));
     try {
         graph.Apply(change);

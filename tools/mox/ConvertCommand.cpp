@@ -9,7 +9,6 @@
 #include "mox/interchange/ReadMaterial.h"
 
 #include <filesystem>
-#include <iostream>
 
 namespace Mox::Tool {
 

@@ -44,8 +44,7 @@ struct FormatOptions
 std::string FormatText(const std::string& name, const std::string& text,
                        const Host::PluginSet* plugins)
 {
-    Host::MaterialDocument document = Host::WithoutErrors(
-        [&](auto& problems) { return Host::ParseMaterialDocument(name, text, problems); });
+    Host::MaterialDocument document = Host::ParseMaterialDocument(name, text);
     if (!plugins)
         return Host::FormatMaterialDocument(document);
     Host::MaterialGraph graph(std::move(document), Host::NodeMaker(*plugins));

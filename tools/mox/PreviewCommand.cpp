@@ -11,7 +11,6 @@
 #include "mox/preview/MeshShapes.h"
 
 #include <cmath>
-#include <iostream>
 #include <optional>
 #include <utility>
 
