@@ -7,9 +7,7 @@
 #include "mox/targets/ProgramTranslator.h"
 #include "tests/preview/ExamplePreview.h"
 #include "tests/preview/PictureComparison.h"
-#include "tests/support/Browser.h"
 #include "tests/support/BuildTree.h"
-#include "tests/support/DeviceTest.h"
 #include "tests/support/Files.h"
 
 #include <algorithm>
@@ -160,26 +158,16 @@ std::vector<std::uint8_t> EncodePixels(const Json& bits)
     return bytes;
 }
 
-class LanguagePicturesTest : public DeviceTest<ExamplePreview>
-{};
+using LanguagePicturesTest = BrowserPictureTest;
 
 /// Set the environment variable MOX_EVERY_PICTURE to draw all examples instead of the first one.
 TEST_F(LanguagePicturesTest, OfEveryExample)
 {
-    if (!HasBrowser())
-        GTEST_SKIP() << "no browser was found";
-    if (Get().Drawer.DeviceName().find("llvmpipe") == std::string::npos)
-        GTEST_SKIP() << "other devices filter textures anisotropically";
     const Mesh mesh = MakeSphere();
     for (const std::filesystem::path& file : ExampleDocuments()) {
         const Json request = MakeRequest(file, mesh, Get().Files);
         const Json answers = AskBrowser(request);
-        PreviewOptions options;
-        options.Width = options.Height = side;
-        ProblemList problems;
-        const Picture preview =
-            Get().Drawer.RenderMaterial(ReadMaterialDocument(file), mesh, options, problems);
-        problems.ThrowFirstError();
+        const Picture preview = Draw(file, mesh, side);
         ASSERT_EQ(answers.size(), request["runs"].size());
         for (std::size_t i = 0; i < answers.size(); ++i) {
             SCOPED_TRACE(Compose(file.stem().string(), " in ",
