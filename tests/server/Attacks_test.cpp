@@ -17,17 +17,22 @@ struct RequestCase
 /// Expands placeholders to the headers that a page sends, and those for opening the WebSocket.
 std::string Expand(std::string text, const RunningServer& server)
 {
-    boost::algorithm::replace_all(text, "{upgrade}",
-                                  "Connection: Upgrade\nUpgrade: websocket\nSec-WebSocket-Version: "
-                                  "13\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\n");
-    boost::algorithm::replace_all(text, "{host}", "Host: 127.0.0.1:{port}\n");
-    boost::algorithm::replace_all(text, "{origin}", "Origin: http://127.0.0.1:{port}\n");
-    boost::algorithm::replace_all(text, "{secret}",
-                                  "Sec-WebSocket-Protocol: mox-editor-1, {token}\n");
-    boost::algorithm::replace_all(text, "{long}", std::string(20'000, 'x'));
-    boost::algorithm::replace_all(text, "{port}", std::to_string(server.Port()));
-    boost::algorithm::replace_all(text, "{token}", server.Token());
-    boost::algorithm::replace_all(text, "\n", "\r\n");
+    const std::string port = std::to_string(server.Port());
+    const std::pair<const char*, std::string> replacements[] = {
+        {"{upgrade}", "Connection: Upgrade\nUpgrade: websocket\nSec-WebSocket-Version: 13\n"
+                      "Sec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\n"},
+        {"{host}", "Host: 127.0.0.1:" + port + "\n"},
+        {"{origin}", "Origin: http://127.0.0.1:" + port + "\n"},
+        {"{navigation}", "Sec-Fetch-Site: cross-site\nSec-Fetch-Mode: navigate\n"},
+        {"{secret}", "{protocol}1, {token}\n"},
+        {"{protocol}", "Sec-WebSocket-Protocol: mox-editor-"},
+        {"{long}", std::string(20'000, 'x')},
+        {"{zeros}", std::string(64, '0')},
+        {"{port}", port},
+        {"{token}", server.Token()},
+        {"\n", "\r\n"}};
+    for (const auto& [name, replacement] : replacements)
+        boost::algorithm::replace_all(text, name, replacement);
     return text;
 }
 
@@ -58,10 +63,8 @@ constexpr RequestCase requests[] = {
     {"GET /app.js HTTP/1.1", "{host}Sec-Fetch-Site: same-site\n", 403},
     {"GET /app.js HTTP/1.1", "{host}Sec-Fetch-Site: none\nSec-Fetch-Site: none\n", 403},
     {"GET /app.js HTTP/1.1", "{host}Sec-Fetch-Site: same-origin\n", 200},
-    {"GET / HTTP/1.1",
-     "{host}Sec-Fetch-Site: cross-site\nSec-Fetch-Mode: navigate\nSec-Fetch-Dest: iframe\n", 403},
-    {"GET / HTTP/1.1",
-     "{host}Sec-Fetch-Site: cross-site\nSec-Fetch-Mode: navigate\nSec-Fetch-Dest: document\n", 200},
+    {"GET / HTTP/1.1", "{host}{navigation}Sec-Fetch-Dest: iframe\n", 403},
+    {"GET / HTTP/1.1", "{host}{navigation}Sec-Fetch-Dest: document\n", 200},
     {"OPTIONS /socket HTTP/1.1",
      "{host}Origin: http://attacker.example\nAccess-Control-Request-Method: GET\n", 403},
     // Other methods, bodies and targets.
@@ -102,15 +105,10 @@ constexpr RequestCase requests[] = {
     {"GET /socket HTTP/1.1", "{host}{origin}{upgrade}", 403},
     {"GET /socket HTTP/1.1",
      "{host}{origin}Cookie: token={token}\nAuthorization: Bearer {token}\n{upgrade}", 403},
-    {"GET /socket HTTP/1.1", "{host}{origin}Sec-WebSocket-Protocol: mox-editor-1\n{upgrade}", 403},
-    {"GET /socket HTTP/1.1",
-     "{host}{origin}Sec-WebSocket-Protocol: mox-editor-1, {token}0\n{upgrade}", 403},
-    {"GET /socket HTTP/1.1",
-     "{host}{origin}Sec-WebSocket-Protocol: mox-editor-1, "
-     "0000000000000000000000000000000000000000000000000000000000000000\n{upgrade}",
-     403},
-    {"GET /socket HTTP/1.1",
-     "{host}{origin}Sec-WebSocket-Protocol: mox-editor-2, {token}\n{upgrade}", 403},
+    {"GET /socket HTTP/1.1", "{host}{origin}{protocol}1\n{upgrade}", 403},
+    {"GET /socket HTTP/1.1", "{host}{origin}{protocol}1, {token}0\n{upgrade}", 403},
+    {"GET /socket HTTP/1.1", "{host}{origin}{protocol}1, {zeros}\n{upgrade}", 403},
+    {"GET /socket HTTP/1.1", "{host}{origin}{protocol}2, {token}\n{upgrade}", 403},
     {"GET /socket HTTP/1.1", "{host}{origin}{secret}{secret}{upgrade}", 403},
     {"GET /socket?{token} HTTP/1.1", "{host}{origin}{secret}{upgrade}", 404},
 };
@@ -293,9 +291,7 @@ TEST(Attacks, TexturesGoNowhereElseAndReplaceNothing)
     std::filesystem::create_symlink("/tmp/elsewhere.png", server.Folder().Path() / "link.png");
     PageClient page(server.Port(), server.Token());
     const auto put = [&](const std::string& name, const std::string& bytes) {
-        const std::string json = FormatJson({{"id", 1}, {"do", "addTexture"}, {"name", name}});
-        std::string content = {static_cast<char>(json.size()), 0, 0, 0};
-        page.SendBinary(content + json + bytes);
+        page.Send({{"id", 1}, {"do", "addTexture"}, {"name", name}}, bytes);
         return page.Receive();
     };
     for (const char* name : {"../a.png", "/tmp/a.png", "a/b.png", "a\\b.png", ".png", ".a.png", "",

@@ -221,8 +221,7 @@ TEST(EditorServer, ReadsOneMeshAtATime)
     RunningServer server;
     PageClient page(server.Port(), server.Token());
     const auto put = [&](const std::string& bytes) {
-        const std::string json = FormatJson({{"id", 1}, {"do", "mesh"}, {"name", "t.obj"}});
-        page.SendBinary(std::string{static_cast<char>(json.size()), 0, 0, 0} + json + bytes);
+        page.Send({{"id", 1}, {"do", "mesh"}, {"name", "t.obj"}}, bytes);
     };
     page.Send({{"id", 0}, {"do", "picture"}, {"node", "slow"}}); // keeps the first mesh waiting
     put("triangle");
