@@ -44,7 +44,7 @@ async function prepare(material, name = 'material') {
     if (material.startsWith('<')) writeFileSync(file, material);
     else copyFileSync(`${examples}${material}.xml`, file);
     const { server, address } = await serve(file);
-    return { file, server, page: await open(address) };
+    return { file, server, address, page: await open(address) };
 }
 
 const pageTest = (title, material, run) =>
@@ -84,6 +84,12 @@ async function layOut(page) {
     await page.getByRole('button', { name: 'Lay out' }).last().click();
     await until(page, () => window.moxEditor.get().undo !== '');
 }
+
+const remove = (page, id) =>
+    page.evaluate((wanted) => {
+        window.moxEditor.selectIds([wanted]);
+        window.moxEditor.deleteSelected(false);
+    }, id);
 
 const undo = (page) => change(page, () => page.keyboard.press('Control+z'));
 const select = (page, ...ids) => page.evaluate((wanted) => window.moxEditor.selectIds(wanted), ids);
@@ -264,6 +270,8 @@ pageTest('several nodes are selected by keyboard', 'tinted_texture', async ({ pa
         await page.keyboard.press(key);
     };
     const press = (key) => page.keyboard.press(key);
+    const selected = () =>
+        page.evaluate(() => window.moxEditor.selectedNodes().map(({ record }) => record.id));
     const walks = [
         [() => find('paint', 'Enter'), ['paint']],
         [() => press('Alt+Shift+ArrowRight'), ['paint', 'tinted']],
@@ -271,68 +279,57 @@ pageTest('several nodes are selected by keyboard', 'tinted_texture', async ({ pa
         [() => press('Alt+Shift+ArrowLeft'), ['paint', 'surface', 'tinted']], // becomes the last one again
         [() => find('bumps', 'Shift+Enter'), ['paint', 'surface', 'tinted', 'bumps']],
         [() => press('Alt+ArrowLeft'), ['uv']],
-        [() => press('Shift+ArrowRight'), null],
     ];
     for (const [walk, expected] of walks) {
         await walk();
-        const ids = await page.evaluate(() =>
-            window.moxEditor.selectedNodes().map(({ record }) => record.id),
-        );
-        if (expected) assert.deepEqual(ids, expected);
-        else assert.equal(ids.length, 2, `${ids}`);
+        assert.deepEqual(await selected(), expected);
     }
+    await press('Shift+ArrowRight');
+    assert.equal((await selected()).length, 2);
     await change(page, () => press('Control+d'));
     assert.equal((await state(page)).ids.length, 8);
 });
 
-pageTest(
-    'a value goes to the picture without compiling; structure does not',
-    'rim_light',
-    async ({ page }) => {
-        await layOut(page);
-        await until(page, () => window.moxPicture?.renderer.compileCount === 1);
-        const before = await picture(page);
-        const values = () => JSON.stringify(window.moxEditor.get().parameters);
-        const valuesBefore = await page.evaluate(values);
-        await select(page, 'base');
-        const [x, y] = await middle(page.getByLabel('Default Colour, red'));
-        await drag(page, [x, y], [x + 80, y]);
-        await until(page, () => window.moxEditor.sentValues.size === 0); // a compilation has confirmed the values
-        const after = await picture(page);
-        assert.ok(after[0] > before[0] + 20, `${before} and ${after}`);
-        assert.equal(await page.evaluate(() => window.moxPicture.renderer.compileCount), 1);
-        await page.keyboard.press('Escape');
-        await page.getByRole('button', { name: 'Undo' }).click();
-        await until(page, (old) => JSON.stringify(window.moxEditor.get().parameters) === old, valuesBefore);
-        const undone = await picture(page);
-        undone.forEach((value, i) => assert.ok(Math.abs(value - before[i]) < 1));
-    },
-);
+pageTest('a value reaches the picture without compiling', 'rim_light', async ({ page }) => {
+    await layOut(page);
+    await until(page, () => window.moxPicture?.renderer.compileCount === 1);
+    const before = await picture(page);
+    const values = () => JSON.stringify(window.moxEditor.get().parameters);
+    const valuesBefore = await page.evaluate(values);
+    await select(page, 'base');
+    const [x, y] = await middle(page.getByLabel('Default Colour, red'));
+    await drag(page, [x, y], [x + 80, y]);
+    await until(page, () => window.moxEditor.sentValues.size === 0); // a compilation has confirmed the values
+    const after = await picture(page);
+    assert.ok(after[0] > before[0] + 20, `${before} and ${after}`);
+    assert.equal(await page.evaluate(() => window.moxPicture.renderer.compileCount), 1);
+    await page.keyboard.press('Escape');
+    await page.getByRole('button', { name: 'Undo' }).click();
+    await until(page, (old) => JSON.stringify(window.moxEditor.get().parameters) === old, valuesBefore);
+    const undone = await picture(page);
+    undone.forEach((value, i) => assert.ok(Math.abs(value - before[i]) < 1));
+});
 
-pageTest(
-    'a node that moves during a compilation does not delay its result',
-    'rim_light',
-    async ({ page }) => {
-        await drive.settle(page);
-        const before = await page.evaluate(() => {
-            const editor = window.moxEditor;
-            editor.selectIds(['base']);
-            const { request } = editor.connection;
-            editor.connection.request = function (message, bytes) {
-                const reply = request.call(this, message, bytes);
-                if (message.do === 'compile') {
-                    editor.connection.request = request;
-                    editor.nudge({ x: 1, y: 0 });
-                }
-                return reply;
-            };
-            const value = { node: 'rimGlow', name: 'Function', kind: 'enum', value: 'Addition' };
-            editor.setProperties([value]);
-            return editor.get().programs.fragment;
-        });
-        await until(page, (text) => window.moxEditor.get().programs.fragment !== text, before);
-    },
-);
+pageTest('a move during a compilation does not delay its result', 'rim_light', async ({ page }) => {
+    await drive.settle(page);
+    const before = await page.evaluate(() => {
+        const editor = window.moxEditor;
+        editor.selectIds(['base']);
+        const { request } = editor.connection;
+        editor.connection.request = function (message, bytes) {
+            const reply = request.call(this, message, bytes);
+            if (message.do === 'compile') {
+                editor.connection.request = request;
+                editor.nudge({ x: 1, y: 0 });
+            }
+            return reply;
+        };
+        const value = { node: 'rimGlow', name: 'Function', kind: 'enum', value: 'Addition' };
+        editor.setProperties([value]);
+        return editor.get().programs.fragment;
+    });
+    await until(page, (text) => window.moxEditor.get().programs.fragment !== text, before);
+});
 
 pageTest('nodes are copied, cut, pasted and edited together', 'tinted_texture', async ({ page }) => {
     await layOut(page);
@@ -375,142 +372,132 @@ const onScreen = (page, id, { x, y }) =>
         { id, x, y },
     );
 
-pageTest(
-    'frames, notes and points of edges are drawn, moved, copied and undone',
-    'rim_light',
-    async ({ file, page }) => {
-        execFileSync(mox, ['format', '--tidy', file]);
-        await page.getByRole('button', { name: 'Load the file' }).click();
-        const original = readFileSync(file, 'utf8');
-        const layers = () =>
-            page.evaluate(() => {
-                const editor = window.moxEditor;
-                const { document } = editor.get();
-                const entries = (map, value) =>
-                    [...map.values()].map((each) => [each.record.id, value(each)]);
-                return {
-                    places: Object.fromEntries(entries(document.nodes, (node) => editor.placeOf(node))),
-                    annotations: [...document.annotations.values()].map(({ record }) => record),
-                    points: [...document.edges.values()].flatMap(({ record }) => record.points ?? []),
-                };
-            });
-        const isFocused = (label) =>
-            until(page, (wanted) => document.activeElement?.getAttribute('aria-label') === wanted, label);
-        const holds = ({ x, y, width, height }, at) =>
-            x <= at.x && at.x <= x + width && y <= at.y && at.y <= y + height;
-
-        // A frame around two nodes is moved together with them, and resized at its corner.
-        await until(page, () => window.moxEditor.get().fileChange === null);
-        await select(page, 'facing', 'rim');
-        await page.locator('#canvas').focus();
-        await change(page, () => page.keyboard.press('g'));
-        await isFocused('title');
-        await page.keyboard.type('Rim');
-        await change(page, () => page.keyboard.press('Enter'));
-        const before = await layers();
-        const [frame] = before.annotations;
-        assert.equal(frame.text, 'Rim');
-        const title = { x: frame.x + frame.width / 2, y: frame.y + 8 };
-        const from = await onScreen(page, 'facing', title);
-        await change(page, () => drag(page, from, [from[0] - 30, from[1] + 40]));
-        const after = await layers();
-        assert.ok(Object.values(before.places).some(({ x }) => x > frame.x + frame.width));
-        const way = { x: after.annotations[0].x - frame.x, y: after.annotations[0].y - frame.y };
-        assert.ok(way.x < 0 && way.y > 0);
-        for (const [id, { x, y }] of Object.entries(before.places)) {
-            const { x: wayX, y: wayY } = holds(frame, { x, y }) ? way : { x: 0, y: 0 };
-            assert.deepEqual(after.places[id], { x: x + wayX, y: y + wayY }, id);
-        }
-        await undo(page);
-        assert.deepEqual(await layers(), before);
-        const corner = await onScreen(page, 'facing', {
-            x: frame.x + frame.width,
-            y: frame.y + frame.height,
+pageTest('frames, notes and points are drawn, moved and copied', 'rim_light', async ({ file, page }) => {
+    execFileSync(mox, ['format', '--tidy', file]);
+    await page.getByRole('button', { name: 'Load the file' }).click();
+    const original = readFileSync(file, 'utf8');
+    const layers = () =>
+        page.evaluate(() => {
+            const editor = window.moxEditor;
+            const { document } = editor.get();
+            const entries = (map, value) => [...map.values()].map((each) => [each.record.id, value(each)]);
+            return {
+                places: Object.fromEntries(entries(document.nodes, (node) => editor.placeOf(node))),
+                annotations: [...document.annotations.values()].map(({ record }) => record),
+                points: [...document.edges.values()].flatMap(({ record }) => record.points ?? []),
+            };
         });
-        await change(page, () =>
-            drag(page, [corner[0] - 2, corner[1] - 2], [corner[0] + 38, corner[1] + 18]),
-        );
-        const [resized] = (await layers()).annotations;
-        assert.ok(resized.width > frame.width && resized.height > frame.height && resized.x === frame.x);
-        await page.getByLabel(/Graph of .* frame “Rim” is selected/).waitFor();
+    const isFocused = (label) =>
+        until(page, (wanted) => document.activeElement?.getAttribute('aria-label') === wanted, label);
+    const holds = ({ x, y, width, height }, at) =>
+        x <= at.x && at.x <= x + width && y <= at.y && at.y <= y + height;
 
-        // A copy includes the contents of the frame; deleting the frame does not delete them.
-        await page.locator('#canvas').focus();
-        await page.keyboard.press('Control+c');
-        await until(page, () => window.moxEditor.get().message === 'Copied.');
-        await change(page, () => page.keyboard.press('Control+v'));
-        const heldCount = Object.values(before.places).filter((place) => holds(resized, place)).length;
-        assert.equal((await state(page)).ids.length, 6 + heldCount);
-        assert.equal((await layers()).annotations.length, 2);
-        await undo(page);
-        await page.evaluate(() => window.moxEditor.selectIds([], ['frame']));
-        await change(page, () => page.keyboard.press('Delete'));
-        assert.equal((await state(page)).ids.length, 6);
-        await undo(page);
+    // A frame around two nodes is moved together with them, and resized at its corner.
+    await until(page, () => window.moxEditor.get().fileChange === null);
+    await select(page, 'facing', 'rim');
+    await page.locator('#canvas').focus();
+    await change(page, () => page.keyboard.press('g'));
+    await isFocused('title');
+    await page.keyboard.type('Rim');
+    await change(page, () => page.keyboard.press('Enter'));
+    const before = await layers();
+    const [frame] = before.annotations;
+    assert.equal(frame.text, 'Rim');
+    const title = { x: frame.x + frame.width / 2, y: frame.y + 8 };
+    const from = await onScreen(page, 'facing', title);
+    await change(page, () => drag(page, from, [from[0] - 30, from[1] + 40]));
+    const after = await layers();
+    assert.ok(Object.values(before.places).some(({ x }) => x > frame.x + frame.width));
+    const way = { x: after.annotations[0].x - frame.x, y: after.annotations[0].y - frame.y };
+    assert.ok(way.x < 0 && way.y > 0);
+    for (const [id, { x, y }] of Object.entries(before.places)) {
+        const { x: wayX, y: wayY } = holds(frame, { x, y }) ? way : { x: 0, y: 0 };
+        assert.deepEqual(after.places[id], { x: x + wayX, y: y + wayY }, id);
+    }
+    await undo(page);
+    assert.deepEqual(await layers(), before);
+    const corner = await onScreen(page, 'facing', {
+        x: frame.x + frame.width,
+        y: frame.y + frame.height,
+    });
+    await change(page, () => drag(page, [corner[0] - 2, corner[1] - 2], [corner[0] + 38, corner[1] + 18]));
+    const [resized] = (await layers()).annotations;
+    assert.ok(resized.width > frame.width && resized.height > frame.height && resized.x === frame.x);
+    await page.getByLabel(/Graph of .* frame “Rim” is selected/).waitFor();
 
-        // A note is found by its text, and the inspector shows the text.
-        await change(page, () => page.keyboard.press('n'));
-        await isFocused('text');
-        await page.keyboard.type('Shines at the edge.');
-        await change(page, () => page.keyboard.press('Control+Enter'));
-        await page.locator('#canvas').focus();
-        await page.keyboard.press('Control+f');
-        await page.locator('.palette input').fill('shines');
-        await page.keyboard.press('Enter');
-        await until(
-            page,
-            () => document.querySelector('#inspector textarea')?.value === 'Shines at the edge.',
-        );
+    // A copy includes the contents of the frame; deleting the frame does not delete them.
+    await page.locator('#canvas').focus();
+    await page.keyboard.press('Control+c');
+    await until(page, () => window.moxEditor.get().message === 'Copied.');
+    await change(page, () => page.keyboard.press('Control+v'));
+    const heldCount = Object.values(before.places).filter((place) => holds(resized, place)).length;
+    assert.equal((await state(page)).ids.length, 6 + heldCount);
+    assert.equal((await layers()).annotations.length, 2);
+    await undo(page);
+    await page.evaluate(() => window.moxEditor.selectIds([], ['frame']));
+    await change(page, () => page.keyboard.press('Delete'));
+    assert.equal((await state(page)).ids.length, 6);
+    await undo(page);
 
-        // The text of a note and the title of a frame are edited in place; Esc discards the changes.
-        await page.keyboard.press('a');
-        const textAt = (kind) => layers().then((all) => all.annotations.find((each) => each.kind === kind));
-        for (const [kind, key, text] of [
-            ['note', 'Control+Enter', 'Shines.'],
-            ['frame', 'Enter', 'Edge'],
-        ]) {
-            const { x, y } = await textAt(kind);
-            await page.mouse.dblclick(...(await onScreen(page, 'facing', { x: x + 12, y: y + 12 })));
-            await page.locator('.annotation-text').fill('Not this');
-            await page.keyboard.press('Escape');
-            await page.mouse.dblclick(...(await onScreen(page, 'facing', { x: x + 12, y: y + 12 })));
-            await page.locator('.annotation-text').fill(text);
-            await change(page, () => page.keyboard.press(key));
-            assert.equal((await textAt(kind)).text, text);
-        }
+    // A note is found by its text, and the inspector shows the text.
+    await change(page, () => page.keyboard.press('n'));
+    await isFocused('text');
+    await page.keyboard.type('Shines at the edge.');
+    await change(page, () => page.keyboard.press('Control+Enter'));
+    await page.locator('#canvas').focus();
+    await page.keyboard.press('Control+f');
+    await page.locator('.palette input').fill('shines');
+    await page.keyboard.press('Enter');
+    await until(page, () => document.querySelector('#inspector textarea')?.value === 'Shines at the edge.');
 
-        // Points of an edge are added, moved and deleted by mouse and by keyboard.
-        await page.keyboard.press('a');
-        const ends = [port(page, 'base', 'read'), port(page, 'surface', 'in_colour')];
-        const [[x1, y1], [x2, y2]] = [await middle(ends[0]), await middle(ends[1])];
-        await change(page, () => page.mouse.dblclick((x1 + x2) / 2, (y1 + y2) / 2));
-        const [point] = (await layers()).points;
-        const held = await onScreen(page, 'base', point);
-        await change(page, () => drag(page, held, [held[0] + 10, held[1] + 70]));
-        const [dragged] = (await layers()).points;
-        assert.ok(dragged.y > point.y);
-        await change(page, () => page.keyboard.press('Control+Shift+ArrowDown'));
-        assert.equal((await layers()).points[0].y, dragged.y + 40);
-        await change(page, () => page.keyboard.press('Delete'));
-        assert.deepEqual((await layers()).points, []);
-        assert.equal((await state(page)).edges.length, 5, 'the edge is still there');
-        await select(page, 'base');
-        await page.keyboard.press('e');
-        await change(page, () => page.keyboard.press('b'));
-        await page.getByLabel('point 1, y', { exact: true }).fill('-40');
-        await change(page, () => page.keyboard.press('Enter'));
-        assert.equal((await layers()).points[0].y, -40);
+    // The text of a note and the title of a frame are edited in place; Esc discards the changes.
+    await page.keyboard.press('a');
+    const textAt = (kind) => layers().then((all) => all.annotations.find((each) => each.kind === kind));
+    for (const [kind, key, text] of [
+        ['note', 'Control+Enter', 'Shines.'],
+        ['frame', 'Enter', 'Edge'],
+    ]) {
+        const { x, y } = await textAt(kind);
+        await page.mouse.dblclick(...(await onScreen(page, 'facing', { x: x + 12, y: y + 12 })));
+        await page.locator('.annotation-text').fill('Not this');
+        await page.keyboard.press('Escape');
+        await page.mouse.dblclick(...(await onScreen(page, 'facing', { x: x + 12, y: y + 12 })));
+        await page.locator('.annotation-text').fill(text);
+        await change(page, () => page.keyboard.press(key));
+        assert.equal((await textAt(kind)).text, text);
+    }
 
-        await page.locator('#canvas').focus();
-        await save(page);
-        const saved = readFileSync(file, 'utf8');
-        assert.match(saved, /<material version="2">/);
-        execFileSync(mox, ['format', '--check', file]);
-        while ((await state(page)).undo !== '') await undo(page);
-        await save(page);
-        assert.equal(readFileSync(file, 'utf8'), original, 'without the new parts it is as before');
-    },
-);
+    // Points of an edge are added, moved and deleted by mouse and by keyboard.
+    await page.keyboard.press('a');
+    const ends = [port(page, 'base', 'read'), port(page, 'surface', 'in_colour')];
+    const [[x1, y1], [x2, y2]] = [await middle(ends[0]), await middle(ends[1])];
+    await change(page, () => page.mouse.dblclick((x1 + x2) / 2, (y1 + y2) / 2));
+    const [point] = (await layers()).points;
+    const held = await onScreen(page, 'base', point);
+    await change(page, () => drag(page, held, [held[0] + 10, held[1] + 70]));
+    const [dragged] = (await layers()).points;
+    assert.ok(dragged.y > point.y);
+    await change(page, () => page.keyboard.press('Control+Shift+ArrowDown'));
+    assert.equal((await layers()).points[0].y, dragged.y + 40);
+    await change(page, () => page.keyboard.press('Delete'));
+    assert.deepEqual((await layers()).points, []);
+    assert.equal((await state(page)).edges.length, 5, 'the edge is still there');
+    await select(page, 'base');
+    await page.keyboard.press('e');
+    await change(page, () => page.keyboard.press('b'));
+    await page.getByLabel('point 1, y', { exact: true }).fill('-40');
+    await change(page, () => page.keyboard.press('Enter'));
+    assert.equal((await layers()).points[0].y, -40);
+
+    await page.locator('#canvas').focus();
+    await save(page);
+    const saved = readFileSync(file, 'utf8');
+    assert.match(saved, /<material version="2">/);
+    execFileSync(mox, ['format', '--check', file]);
+    while ((await state(page)).undo !== '') await undo(page);
+    await save(page);
+    assert.equal(readFileSync(file, 'utf8'), original, 'without the new parts it is as before');
+});
 
 pageTest('lines of programs and nodes find each other', 'tinted_texture', async ({ page }) => {
     await layOut(page);
@@ -572,23 +559,18 @@ pageTest('axe finds nothing serious, in light and dark', 'tinted_texture', async
         window.moxEditor.pin({ node: 'tint', port: 'read' });
     });
     await page.evaluate(readFileSync(axe, 'utf8'));
+    const click = (name) => page.getByRole('button', { name }).click();
     const views = [
         async () => {},
         () => page.getByRole('tab', { name: 'Programs' }).click(),
         () => page.getByRole('tab', { name: 'Parameters' }).click(),
-        () => page.getByRole('button', { name: 'Find' }).click(),
-        async () => {
-            await page.keyboard.press('Escape');
-            await page.getByRole('button', { name: 'Add' }).click();
-        },
+        () => click('Find'),
+        () => page.keyboard.press('Escape').then(() => click('Add')),
         async () => {
             await page.locator('.palette input').fill('note');
             await change(page, () => page.keyboard.press('Enter'));
         },
-        async () => {
-            await page.keyboard.press('Escape');
-            await page.getByRole('button', { name: 'Keys' }).click();
-        },
+        () => page.keyboard.press('Escape').then(() => click('Keys')),
     ];
     const found = new Set();
     for (const view of views) {
@@ -634,31 +616,22 @@ test('markup in names is shown as text', async () => {
     await page.context().close();
 });
 
-test('two windows show one document', async () => {
-    const file = `${folder}/two.xml`;
-    copyFileSync(`${examples}tinted_texture.xml`, file);
-    const { address } = await serve(file);
-    const [left, right] = [await open(address), await open(address)];
-    await left.evaluate(() => {
-        window.moxEditor.selectIds(['tint']);
-        window.moxEditor.deleteSelected(false);
-    });
+pageTest('two windows show one document', 'tinted_texture', async ({ address, page: left }) => {
+    const right = await open(address);
+    await remove(left, 'tint');
     await until(right, () => !window.moxEditor.get().document.numbers.has('tint'));
     await right.keyboard.press('Control+z');
-    await until(left, () => window.moxEditor.get().document.numbers.has('tint'));
+    await hasNode(left, 'tint');
     // The server reports problems later; two textures are missing next to the copy.
     for (const page of [left, right]) await until(page, () => window.moxEditor.get().problems.length === 2);
     assert.deepEqual(await state(left), await state(right));
-    assert.deepEqual([...left.complaints, ...right.complaints], []);
-    await left.context().close();
+    assert.deepEqual(right.complaints, []);
     await right.context().close();
 });
 
 pageTest('the graph shows what differs from the file', 'tinted_texture', async ({ file, page }) => {
-    await page.evaluate(() => {
-        window.moxEditor.selectIds(['paint']);
-        document.getElementById('canvas').focus();
-    });
+    await select(page, 'paint');
+    await page.locator('#canvas').focus();
     await page.keyboard.press('d');
     const tab = (name) => page.getByRole('tab', { name });
     await tab('0 differences').waitFor();
@@ -684,7 +657,7 @@ pageTest('the graph shows what differs from the file', 'tinted_texture', async (
     writeFileSync(file, readFileSync(file, 'utf8').replace('1 0.9 0.8', '0.5 0.9 0.8'));
     await page
         .getByRole('alert')
-        .getByText(/has changed on disk.*tint/s)
+        .filter({ hasText: /has changed on disk.*tint/s })
         .waitFor();
     await tab('3 differences').waitFor();
     await page.getByRole('button', { name: 'Replace the file' }).click();
@@ -695,15 +668,11 @@ pageTest('the graph shows what differs from the file', 'tinted_texture', async (
 
 test('a server that dies loses nothing that it confirmed', async () => {
     const { file, server, page } = await prepare('rim_light');
-    await page.evaluate(() => {
-        window.moxEditor.selectIds(['base']);
-        window.moxEditor.deleteSelected(false);
-    });
+    await remove(page, 'base');
     await until(page, () => window.moxEditor.get().unsaved);
     server.kill('SIGSTOP');
+    await remove(page, 'rim');
     await page.evaluate(() => {
-        window.moxEditor.selectIds(['rim']);
-        window.moxEditor.deleteSelected(false);
         window.moxEditor.layOut();
         window.moxEditor.undo();
         window.moxEditor.undo();
