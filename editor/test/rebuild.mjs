@@ -279,12 +279,16 @@ class Artist {
                 else await this.change(enter);
             }
         } else {
-            await this.hands.enter(field(name));
-            await this.change(async () => {
-                await this.hands.type(value);
-                await this.hands.press('Tab');
-            });
+            await this.enterText(field(name), value, 'Tab');
         }
+    }
+
+    async enterText(field, text, key) {
+        await this.hands.enter(field);
+        await this.change(async () => {
+            await this.hands.type(text);
+            await this.hands.press(key);
+        });
     }
 
     async build() {
@@ -324,15 +328,8 @@ class Artist {
         await this.hands.press('Escape', 'Escape');
         for (const [name, value] of values) {
             const field = this.page.locator('#inspector').getByLabel(name, { exact: true });
-            if ((await field.evaluate((element) => element.tagName)) === 'SELECT')
-                await this.change(() => this.hands.choose(field, value));
-            else {
-                await this.hands.click(field);
-                await this.change(async () => {
-                    await this.hands.type(value);
-                    await this.hands.press('Enter');
-                });
-            }
+            const isList = (await field.evaluate((element) => element.tagName)) === 'SELECT';
+            await this.setProperty({ name, kind: isList ? 'enum' : 'string', value });
         }
     }
 
@@ -340,11 +337,7 @@ class Artist {
         if (this.wanted.bindings.length === 0) return;
         await this.hands.click(this.page.getByRole('tab', { name: 'Parameters' }));
         for (const { tag, values } of this.wanted.bindings) {
-            await this.hands.enter(this.page.getByLabel(tag, { exact: true }));
-            await this.change(async () => {
-                await this.hands.type(values.default);
-                await this.hands.press('Enter');
-            });
+            await this.enterText(this.page.getByLabel(tag, { exact: true }), values.default, 'Enter');
         }
     }
 }

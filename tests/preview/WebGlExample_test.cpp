@@ -1,13 +1,8 @@
-#include "mox/graph/BindingsDocument.h"
-#include "mox/graph/OpenMaterial.h"
+#include "mox/Text.h"
 #include "mox/preview/MeshShapes.h"
 #include "mox/preview/Scene.h"
-#include "mox/program/MaterialProgram.h"
-#include "mox/targets/ProgramTranslator.h"
-#include "mox/targets/Reflection.h"
 #include "tests/preview/ExamplePreview.h"
 #include "tests/preview/PictureComparison.h"
-#include "tests/support/BuildTree.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <nlohmann/json.hpp>
@@ -24,18 +19,12 @@ protected:
     /// Writes what a user obtains from "mox export" and "mox bindings".
     void Export(const std::filesystem::path& file) const
     {
-        ProblemList problems;
-        const MaterialGraph graph = OpenMaterial(file, TestPlugins(), problems);
-        const CgProgram program = BuildMaterialProgram(graph, TestEnvironment(), {}, problems);
-        const CompiledProgram compiled =
-            Translate(program, {CompileTarget::Essl}, Mox::Languages::Precision::Full, {},
-                      file.string(), problems);
-        problems.ThrowFirstError();
-        const std::string stem = file.stem();
-        _folder.Write(stem + ".vertex.essl", compiled.Programs[0].Bytes);
-        _folder.Write(stem + ".fragment.essl", compiled.Programs[1].Bytes);
-        _folder.Write(stem + ".reflection.json", FormatReflection(compiled));
-        _folder.Write(stem + ".bindings.xml", FormatBindings(CreateBindings(graph)));
+        using Mox::Materials::Compose;
+        RunCommand(Compose(MOX_PROGRAM " export --target essl -o ", Quoted(_folder.Path()), " ",
+                           Quoted(file)),
+                   _folder.Path() / "log");
+        RunCommand(Compose(MOX_PROGRAM " bindings ", Quoted(file)),
+                   _folder.Path() / Compose(file.stem().string(), ".bindings.xml"));
     }
 
     const TemporaryFolder _folder;
