@@ -109,20 +109,11 @@ test('menus offer what fits', () => {
     assert.deepEqual(names('output', 2), ['texture', 'maths']);
     assert.deepEqual(names('output', 1), ['texture', 'maths', 'end']);
     assert.deepEqual(names('input', 3), ['grey', 'texture', 'maths']);
+    const shown = { help: '', visible: true, editable: true };
     const sort = {
         ...type('sort', [['in', 1]], [['out', 1]]),
         variants: [{ property: 'Function', value: 'Mix', inputs: type('', [['in', 3]], []).inputs }],
-        properties: [
-            {
-                name: 'Function',
-                kind: 'enum',
-                default: 'Add',
-                help: '',
-                visible: true,
-                editable: true,
-                choices: ['Add', 'Mix'],
-            },
-        ],
+        properties: [{ ...shown, name: 'Function', kind: 'enum', default: 'Add', choices: ['Add', 'Mix'] }],
     };
     const port = { node: 'x', port: 'y', side: 'output', components: 3 } as const;
     const [mix, ...others] = typesFor({ kind: 'at', port }, new Map([['sort', sort]]));

@@ -223,27 +223,20 @@ class Artist {
     }
 
     async connect(edge) {
-        const ends = async () => [
-            await this.port(this.ids.get(edge.tail), edge.tailPort),
-            await this.port(this.ids.get(edge.head), edge.headPort),
-        ];
-        let [tail, head] = await ends();
-        if (!tail || !head) {
-            await this.layOut();
-            [tail, head] = await ends();
-        }
+        let tail, head;
+        const look = async () => {
+            tail = await this.port(this.ids.get(edge.tail), edge.tailPort);
+            head = await this.port(this.ids.get(edge.head), edge.headPort);
+        };
+        await look();
+        if (!tail || !head) await this.layOut().then(look);
         await this.change(() => this.hands.drag(tail, head));
     }
 
-    async hasEdge(edge) {
-        const [tail, head] = [this.ids.get(edge.tail), this.ids.get(edge.head)];
-        return (await this.edges()).some(
-            (e) =>
-                e.tail === tail &&
-                e.head === head &&
-                e.tailPort === edge.tailPort &&
-                e.headPort === edge.headPort,
-        );
+    async hasEdge({ tail, tailPort, head, headPort }) {
+        const wanted = [this.ids.get(tail), tailPort, this.ids.get(head), headPort].join();
+        const edges = await this.edges();
+        return edges.some((e) => [e.tail, e.tailPort, e.head, e.headPort].join() === wanted);
     }
 
     /** Sets the properties that differ from the document in the inspector, which shows the new node. */

@@ -56,11 +56,7 @@ attack() {
     fail "left $(processes): $*"
 }
 
-begin() {
-    echo "$1, $SECONDS s"
-}
-
-begin documents
+# Documents
 cp "$source/examples/rim_light.xml" "$source/examples/two_maths.xml" . # the second one causes a warning
 attack 0 "$mox" export rim_light.xml two_maths.xml -o expected
 "$maker" "$RANDOM" 300 in "$source"/examples/*.xml "$source"/tests/mox/bad/*.xml
@@ -93,7 +89,7 @@ for i in {0..29}; do
     attack '0|1' "$mox" graph "$file" -o graph.dot --shader
 done
 
-begin pictures
+# Pictures
 head -c 300 "$source/tests/preview/square.gltf" >broken.gltf
 printf '#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 0 +X 0\n' >in/empty.hdr
 printf '\x89PNG\r\n\x1a\n\0\0\0\rIHDR\x7f\xff\xff\xff\x7f\xff\xff\xff\x08\x02\0\0\0' >in/huge.png
@@ -110,7 +106,7 @@ for mesh in broken.gltf in/fifo in/huge.png /dev/zero.obj in; do
     attack '0|1' "$mox" preview in/tinted_texture.xml -o preview.png --size 16 --mesh "$mesh"
 done
 
-begin plug-ins
+# Plug-ins
 hostile=$asan/tests/host/hostile
 export MOX_PLUGIN_PATH=$hostile # its node types are named OPERATION-FAULT
 words_of() {
@@ -138,7 +134,7 @@ for row in label type library 'null row' 'null colour' 'no colour' 'short row' '
 done
 unset MOX_PLUGIN_PATH
 
-begin 'command lines'
+# Command lines
 words=(export check diff format bindings catalogue graph new preview complete manual --json -o
     --depfile --target glsl,spirv --set 'a=1;2' --frame nan --size 0 -1 '' . in/attack_1.xml
     /dev/null "$(printf '\033[31m\302\233')" CoreMaths ../../x)
@@ -150,7 +146,7 @@ for i in {1..60}; do
     attack '0|1|2' "$mox" "${line[@]}"
 done
 
-begin descriptors
+# Descriptors
 for closed in '<&-' '>&-' '2>&-' '<&- >&-' '>&- 2>&-' '<&- >&- 2>&-'; do
     rm -rf out
     attack '0|1' bash -c \
@@ -159,7 +155,7 @@ for closed in '<&-' '>&-' '2>&-' '<&- >&-' '>&- 2>&-' '<&- >&- 2>&-'; do
     ! grep -q 'warning' dependencies || fail "messages in a file with $closed"
 done
 
-begin limits
+# Limits
 for kilobytes in 30000 60000 100000 140000 180000 250000; do
     for command in 'export in -o low -j 2' 'export in -o low -j 8 --target glsl' 'check in' \
         'format --check in' catalogue; do
@@ -171,4 +167,3 @@ for files in 4 6 8 12; do
 done
 attack '0|1' bash -c "ulimit -f 1; '$ordinary' export in -o low -j 2 --depfile dependencies"
 
-begin done

@@ -53,11 +53,8 @@ TEST_F(FileDecoderTest, ReadsRegularFilesOnly)
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     const std::filesystem::path link = _folder.Path() / "link.png";
     std::filesystem::create_symlink("/dev/zero", link);
-    const std::string irregular = "it is not a regular file";
-    EXPECT_EQ(FailureOfTexture(pipe), irregular);
-    EXPECT_EQ(FailureOfTexture("/dev/zero"), irregular);
-    EXPECT_EQ(FailureOfTexture(link), irregular);
-    EXPECT_EQ(FailureOfTexture(_folder.Path()), irregular);
+    for (const auto& file : {pipe, std::filesystem::path("/dev/zero"), link, _folder.Path()})
+        EXPECT_EQ(FailureOfTexture(file), "it is not a regular file") << file;
     EXPECT_EQ(FailureOfTexture(_folder.Path() / "gone.png"), "No such file or directory");
     EXPECT_EQ(FailureOfTexture(_folder.Write("empty.png")),
               "it is not a PNG, JPEG, OpenEXR or HDR image");

@@ -14,13 +14,6 @@ using namespace Mox::Host;
 
 namespace {
 
-Json SetName(const std::string& name)
-{
-    return Json::parse(R"({"id": 1, "do": "apply", "steps": [{"do": "setProperties", "settings":
-        [{"node": "n0", "name": "Name", "kind": "string", "value": ")" +
-                       name + R"("}]}]})");
-}
-
 /// A random edit, which may or may not be valid, or a step through the history.
 Json MakeEdit(Random& random)
 {
@@ -102,13 +95,6 @@ private:
     int _answered = 0;
 };
 
-/// The number of edits in a test; the environment variable MOX_RANDOM_EDITS increases it.
-int WantedEdits()
-{
-    const char* wanted = std::getenv("MOX_RANDOM_EDITS");
-    return wanted ? std::stoi(wanted) : 600;
-}
-
 /// Memory that this process currently occupies.
 std::size_t ResidentBytes()
 {
@@ -118,10 +104,12 @@ std::size_t ResidentBytes()
     return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
+/// The environment variable MOX_RANDOM_EDITS increases the number of edits.
 TEST(EditorServer, RandomEditsOfTwoPagesEndWithWhatBothShow)
 {
     constexpr int batch = 100; // edits in flight at a time
-    const int editCount = WantedEdits();
+    const char* wanted = std::getenv("MOX_RANDOM_EDITS");
+    const int editCount = wanted ? std::stoi(wanted) : 600;
     Random random(DrawSeed());
     RunningServer server;
     const std::string start =
@@ -143,7 +131,7 @@ TEST(EditorServer, RandomEditsOfTwoPagesEndWithWhatBothShow)
     constexpr std::size_t mostBytesPerEdit = 4096;
     constexpr std::size_t allocatorBytes = 16U << 20U;
     const auto laterEdits = static_cast<std::size_t>(editCount / 2);
-    if (std::getenv("MOX_RANDOM_EDITS")) { // too few edits to measure otherwise
+    if (wanted) { // too few edits to measure otherwise
         EXPECT_LT(ResidentBytes(), bytesAtHalf + laterEdits * mostBytesPerEdit + allocatorBytes);
     }
     for (Window& window : windows) { // this reply follows all notices
@@ -180,7 +168,7 @@ TEST(EditorServer, AnswersJobsInOrderAndDropsWhatIsOutOfDate)
     constexpr int count = 60;
     for (int id = 1; id <= count; ++id)
         page.Send({{"id", id}, {"do", "picture"}, {"width", 8}, {"height", id}});
-    other.Send(SetName("new"));
+    other.Send(Json::parse(R"({"do": "apply", "steps": [{"do": "removeNode", "id": "n0"}]})"));
     for (int id = 1; id <= count;) {
         const Json answer = page.Receive(&bytes);
         if (answer.contains("event"))

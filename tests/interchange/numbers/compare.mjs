@@ -76,13 +76,8 @@ async function findOutput(document, text) {
   return document.getNodeGraph('g').getOutput('out');
 }
 
-async function makePeerProgram(text) {
-  try {
-    return await generateProgram(text);
-  } catch (error) {
-    return { error: typeof error === 'number' ? mx.getExceptionMessage(error) : String(error) };
-  }
-}
+const makePeerProgram = (text) => generateProgram(text).catch((error) =>
+  ({ error: typeof error === 'number' ? mx.getExceptionMessage(error) : String(error) }));
 
 async function generateProgram(text) {
   const document = mx.createDocument();
