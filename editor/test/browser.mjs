@@ -66,6 +66,7 @@ const state = (page) =>
     });
 
 const hasNode = (page, id) => until(page, (name) => window.moxEditor.get().document.numbers.has(name), id);
+
 /** Drags from a port to the empty graph, and chooses the first entry that the list shows for some letters. */
 async function add(page, id, name, by, letters, newId) {
     const from = await middle(port(page, id, name));
@@ -137,59 +138,55 @@ async function expectBricks(page, file) {
     assert.deepEqual(others, []);
 }
 
-pageTest(
-    'a brick wall is built by mouse, undone, redone and saved',
-    emptyMaterial,
-    async ({ file, page }) => {
-        await page.mouse.dblclick(700, 300);
-        await pick(page, 'surface');
-        await hasNode(page, 'surface');
-        await add(page, 'surface', 'in_colour', [-140, -60], 'maths', 'maths');
-        await add(page, 'maths', 'in_value1', [-130, -60], 'texture', 'texture');
-        await add(page, 'texture', 'in_uv', [60, 320], 'uv set', 'uvSet');
-        await add(page, 'maths', 'in_value2', [-130, 80], 'constant', 'constant');
-        await add(page, 'surface', 'in_normal', [-240, 220], 'texture', 'texture2');
-        const uv = [port(page, 'uvSet', 'read'), port(page, 'texture2', 'in_uv')];
-        await change(page, async () => drag(page, await middle(uv[0]), await middle(uv[1])));
-        let actions = 7;
-        for (const [id, newId, values] of brickNodes) {
-            await card(page, id).locator('.card-header').click();
-            for (const [label, value] of [...values, ['id', newId]]) {
-                const field = page.locator('#inspector').getByLabel(label, { exact: true });
-                await change(page, async () => {
-                    if (value === 'true') await field.click();
-                    else if ((await field.evaluate((element) => element.tagName)) === 'SELECT')
-                        await field.selectOption(value);
-                    else {
-                        await field.fill(value);
-                        await field.blur();
-                    }
-                });
-                ++actions;
-            }
-        }
-        await page.getByRole('tab', { name: 'Parameters' }).click();
-        for (const [name, value] of brickTextures) {
-            const field = page.getByLabel(name, { exact: true });
-            await field.fill(value);
-            await change(page, () => field.blur());
+pageTest('a brick wall is built by mouse, undone and redone', emptyMaterial, async ({ file, page }) => {
+    await page.mouse.dblclick(700, 300);
+    await pick(page, 'surface');
+    await hasNode(page, 'surface');
+    await add(page, 'surface', 'in_colour', [-140, -60], 'maths', 'maths');
+    await add(page, 'maths', 'in_value1', [-130, -60], 'texture', 'texture');
+    await add(page, 'texture', 'in_uv', [60, 320], 'uv set', 'uvSet');
+    await add(page, 'maths', 'in_value2', [-130, 80], 'constant', 'constant');
+    await add(page, 'surface', 'in_normal', [-240, 220], 'texture', 'texture2');
+    const uv = [port(page, 'uvSet', 'read'), port(page, 'texture2', 'in_uv')];
+    await change(page, async () => drag(page, await middle(uv[0]), await middle(uv[1])));
+    let actions = 7;
+    for (const [id, newId, values] of brickNodes) {
+        await card(page, id).locator('.card-header').click();
+        for (const [label, value] of [...values, ['id', newId]]) {
+            const field = page.locator('#inspector').getByLabel(label, { exact: true });
+            await change(page, async () => {
+                if (value === 'true') await field.click();
+                else if ((await field.evaluate((element) => element.tagName)) === 'SELECT')
+                    await field.selectOption(value);
+                else {
+                    await field.fill(value);
+                    await field.blur();
+                }
+            });
             ++actions;
         }
-        await drive.settle(page);
-        const built = await state(page);
+    }
+    await page.getByRole('tab', { name: 'Parameters' }).click();
+    for (const [name, value] of brickTextures) {
+        const field = page.getByLabel(name, { exact: true });
+        await field.fill(value);
+        await change(page, () => field.blur());
+        ++actions;
+    }
+    await drive.settle(page);
+    const built = await state(page);
 
-        // Undo and redo have one step per action.
-        let steps = 0;
-        for (; (await state(page)).undo !== ''; ++steps)
-            await change(page, () => page.getByRole('button', { name: 'Undo' }).click());
-        assert.equal(steps, actions);
-        assert.deepEqual((await state(page)).ids, []);
-        for (; steps > 0; --steps) await change(page, () => page.keyboard.press('Control+Shift+Z'));
-        const again = await state(page);
-        assert.deepEqual([again.ids, again.edges, again.undo], [built.ids, built.edges, built.undo]);
-        await expectBricks(page, file);
-    },
-);
+    // Undo and redo have one step per action.
+    let steps = 0;
+    for (; (await state(page)).undo !== ''; ++steps)
+        await change(page, () => page.getByRole('button', { name: 'Undo' }).click());
+    assert.equal(steps, actions);
+    assert.deepEqual((await state(page)).ids, []);
+    for (; steps > 0; --steps) await change(page, () => page.keyboard.press('Control+Shift+Z'));
+    const again = await state(page);
+    assert.deepEqual([again.ids, again.edges, again.undo], [built.ids, built.edges, built.undo]);
+    await expectBricks(page, file);
+});
 
 pageTest('the same is built by keyboard alone', emptyMaterial, async ({ file, page }) => {
     const keys = async (...names) => {
