@@ -509,7 +509,7 @@ pageTest('lines of programs and nodes find each other', 'tinted_texture', async 
         await until(page, () => document.querySelector('.cm-content')?.textContent.length > 100);
         if (target === 'spirv') continue;
         await select(page, 'tinted');
-        await until(page, () => document.querySelectorAll('.cm-line.marked').length > 3, null, target);
+        await until(page, () => document.querySelectorAll('.cm-line.marked').length > 3);
         const call = (await marked.allTextContents()).at(-1);
         assert.match(call, /^\s+\w+\(/, `${target}: the last line is the call`);
         await page.evaluate(() => window.moxEditor.select([]));
