@@ -510,14 +510,72 @@ pageTest('lines of programs and nodes find each other', 'tinted_texture', async 
         if (target === 'spirv') continue;
         await select(page, 'tinted');
         await until(page, () => document.querySelectorAll('.cm-line.marked').length > 3);
-        const call = (await marked.allTextContents()).at(-1);
-        assert.match(call, /^\s+\w+\(/, `${target}: the last line is the call`);
+        const [first] = await marked.allTextContents();
+        assert.match(first, /"tinted"/, target);
         await page.evaluate(() => window.moxEditor.select([]));
         await until(page, () => document.querySelectorAll('.cm-line.marked').length === 0);
-        await page.locator('.cm-line', { hasText: call.trim() }).first().click();
+        await page.locator('.cm-line', { hasText: first.trim() }).first().click();
         await page.locator('.card.lit').waitFor();
         assert.match(await page.locator('.card.lit').getAttribute('aria-label'), /node tinted$/);
     }
+});
+
+test('a box selects, a refused edge says why, an edge takes a node, a dropped file becomes a texture', async () => {
+    const { file, page } = await prepare('tinted_texture');
+    await layOut(page);
+    await drive.settle(page);
+    const boxes = await Promise.all(['paint', 'tint'].map((id) => card(page, id).boundingBox()));
+    const [left, top] = [Math.min(...boxes.map((b) => b.x)), Math.min(...boxes.map((b) => b.y))];
+    const right = Math.max(...boxes.map((b) => b.x + b.width));
+    const bottom = Math.max(...boxes.map((b) => b.y + b.height));
+    await drag(page, [left - 8, top - 8], [right + 8, bottom + 8]);
+    await until(page, () => window.moxEditor.get().selection.size === 2);
+    assert.deepEqual(
+        await page.evaluate(() => window.moxEditor.selectedNodes().map((node) => node.record.id).sort()),
+        ['paint', 'tint'],
+    );
+
+    const start = await state(page);
+    const [from, to] = [port(page, 'tinted', 'out_value'), port(page, 'paint', 'in_uv')];
+    await page.mouse.move(...(await middle(from)));
+    await page.mouse.down();
+    await page.mouse.move(...(await middle(to)), { steps: 5 });
+    const reason = await page.locator('.hint').textContent();
+    assert.match(reason, /cycle: paintTexture → Multiply → paintTexture/);
+    await page.mouse.up();
+    assert.deepEqual((await state(page)).edges, start.edges);
+
+    const ends = [port(page, 'tint', 'read'), port(page, 'tinted', 'in_value2')];
+    const [a, b] = await Promise.all(ends.map(middle));
+    await page.mouse.click((a[0] + b[0]) / 2, (a[1] + b[1]) / 2);
+    await page.keyboard.press('Tab');
+    await pick(page, 'maths');
+    await hasNode(page, 'maths');
+    const { edges } = await state(page);
+    assert.equal(edges.length, start.edges.length + 1);
+    assert.ok(edges.includes('maths.out_value tinted.in_value2'), `${edges}`);
+
+    const bytes = [...readFileSync(`${examples}textures/paint.png`)];
+    await page.evaluate((content) => {
+        const dataTransfer = new DataTransfer();
+        dataTransfer.items.add(new File([new Uint8Array(content)], 'dropped.png'));
+        const place = { clientX: 300, clientY: 600 };
+        document.querySelector('main').dispatchEvent(
+            new DragEvent('drop', { dataTransfer, bubbles: true, cancelable: true, ...place }),
+        );
+    }, bytes);
+    await hasNode(page, 'texture');
+    assert.deepEqual([...readFileSync(`${folder}/dropped.png`)], bytes);
+
+    let asks = 0;
+    page.on('dialog', (dialog) => {
+        ++asks;
+        void dialog.accept();
+    });
+    const closed = page.waitForEvent('close');
+    await page.close({ runBeforeUnload: true });
+    await closed;
+    assert.equal(asks, 1, `${file} has unsaved changes`);
 });
 
 pageTest('small images are shown on all nodes or on some', 'rim_light', async ({ page }) => {
