@@ -531,7 +531,12 @@ test('a box selects, a refused edge says why, an edge takes a node, a dropped fi
     await drag(page, [left - 8, top - 8], [right + 8, bottom + 8]);
     await until(page, () => window.moxEditor.get().selection.size === 2);
     assert.deepEqual(
-        await page.evaluate(() => window.moxEditor.selectedNodes().map((node) => node.record.id).sort()),
+        await page.evaluate(() =>
+            window.moxEditor
+                .selectedNodes()
+                .map((node) => node.record.id)
+                .sort(),
+        ),
         ['paint', 'tint'],
     );
 
@@ -560,9 +565,11 @@ test('a box selects, a refused edge says why, an edge takes a node, a dropped fi
         const dataTransfer = new DataTransfer();
         dataTransfer.items.add(new File([new Uint8Array(content)], 'dropped.png'));
         const place = { clientX: 300, clientY: 600 };
-        document.querySelector('main').dispatchEvent(
-            new DragEvent('drop', { dataTransfer, bubbles: true, cancelable: true, ...place }),
-        );
+        document
+            .querySelector('main')
+            .dispatchEvent(
+                new DragEvent('drop', { dataTransfer, bubbles: true, cancelable: true, ...place }),
+            );
     }, bytes);
     await hasNode(page, 'texture');
     assert.deepEqual([...readFileSync(`${folder}/dropped.png`)], bytes);
