@@ -63,3 +63,34 @@ export async function settle(page) {
         { timeout: 90000 },
     );
 }
+
+export const until = (page, isDone, argument) => page.waitForFunction(isDone, argument);
+
+/** Performs an action that changes the document, and waits for the change. */
+export async function change(page, action) {
+    const before = await page.evaluate(() => window.moxEditor.get().revision);
+    await action();
+    await until(page, (revision) => window.moxEditor.get().revision > revision, before);
+}
+
+export async function save(page) {
+    await page.keyboard.press('Control+s');
+    await until(page, () => !window.moxEditor.get().unsaved);
+}
+
+export const card = (page, id) => page.locator(`.card[aria-label$="node ${id}"]`);
+export const port = (page, id, name) =>
+    card(page, id).locator(`.react-flow__handle[data-handleid="${name}"]`);
+
+export async function middle(locator) {
+    const { x, y, width, height } = await locator.boundingBox();
+    return [x + width / 2, y + height / 2];
+}
+
+export async function drag(page, from, to) {
+    await page.mouse.move(...from);
+    await page.mouse.down();
+    await page.mouse.move((from[0] + to[0]) / 2, (from[1] + to[1]) / 2, { steps: 3 });
+    await page.mouse.move(...to, { steps: 3 });
+    await page.mouse.up();
+}

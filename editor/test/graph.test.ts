@@ -8,7 +8,7 @@ import type { DocumentState } from '../src/model/document.ts';
 import { addNode, connect, removeAndRewire, typesFor } from '../src/model/edits.ts';
 import { alongEdge, neighbour } from '../src/model/walk.ts';
 import { portPoint, shapeOf } from '../src/model/shape.ts';
-import { documentOf, node, port, type } from './support.ts';
+import { documentOf, edgeFrom, edgesOf, node, port, type } from './support.ts';
 
 const uv = node('uv', [], [port('read', 2)]);
 const grey = node('grey', [], [port('read', 1)], [0, 200]);
@@ -39,8 +39,7 @@ test('edges are refused with their reason', () => {
         ['uv.other end.colour', /must connect an output to an input/],
     ];
     for (const [text, reason] of cases) {
-        const [tail, tailPort, head, headPort] = text.split(/[. ]/) as [string, string, string, string];
-        const words = whyNot(graph, catalogue, { tail, tailPort, head, headPort });
+        const words = whyNot(graph, catalogue, edgeFrom(text));
         if (reason === '') assert.equal(words, '', text);
         else assert.match(words, reason);
     }
@@ -53,55 +52,28 @@ test('the partners of a port are those that nothing is said against', () => {
             ['input', each.inputs!],
         ] as const)
             for (const { name, components } of ports) {
-                const found = partnersOf(graph, catalogue, {
-                    node: each.record.id,
-                    port: name,
-                    side,
-                    components,
-                });
-                const keys = new Set(found.map((at) => `${at.node}.${at.port}`));
+                const at = { node: each.record.id, port: name, side, components };
+                const found = partnersOf(graph, catalogue, at).map((end) => `${end.node}.${end.port}`);
                 for (const other of nodes)
                     for (const end of (side === 'output' ? other.inputs : other.outputs)!) {
-                        const here = { id: each.record.id, port: name };
-                        const there = { id: other.record.id, port: end.name };
-                        const [tail, head] = side === 'output' ? [here, there] : [there, here];
-                        const edge = {
-                            tail: tail.id,
-                            tailPort: tail.port,
-                            head: head.id,
-                            headPort: head.port,
-                        };
-                        const isFree = whyNot(graph, catalogue, edge) === '';
-                        assert.equal(keys.has(`${there.id}.${there.port}`), isFree, JSON.stringify(edge));
+                        const [here, there] = [`${at.node}.${name}`, `${other.record.id}.${end.name}`];
+                        const edge = side === 'output' ? `${here} ${there}` : `${there} ${here}`;
+                        const isFree = whyNot(graph, catalogue, edgeFrom(edge)) === '';
+                        assert.equal(found.includes(there), isFree, edge);
                     }
             }
 });
 
 test('a connected input gives way to another edge', () => {
-    const edge = { tail: 'grey', tailPort: 'read', head: 'texture', headPort: 'in' };
-    const steps = connect(graph, edge);
-    assert.deepEqual(
-        steps.map((step) => step.do),
-        ['removeEdge', 'addEdge'],
-    );
-    assert.deepEqual(connect(graph, { ...edge, tail: 'uv' }), []);
+    assert.deepEqual(edgesOf(connect(graph, edgeFrom('grey.read texture.in'))), [
+        'removeEdge uv.read texture.in',
+        'addEdge grey.read texture.in',
+    ]);
+    assert.deepEqual(connect(graph, edgeFrom('uv.read texture.in')), []);
 });
 
 test('a node is added where its placement says', () => {
     const at = { x: 10.4, y: 20 };
-    const edgesOf = (steps: object[]) =>
-        steps
-            .filter((step) => (step as { do: string }).do !== 'addNode')
-            .map((step) => {
-                const edge = step as {
-                    do: string;
-                    tail: string;
-                    tailPort: string;
-                    head: string;
-                    headPort: string;
-                };
-                return `${edge.do} ${edge.tail}.${edge.tailPort} ${edge.head}.${edge.headPort}`;
-            });
     const free = addNode(graph, { type: types[3]! }, at, { kind: 'free' });
     assert.equal(free.id, 'maths2');
     assert.deepEqual(free.steps[0], {
@@ -116,7 +88,7 @@ test('a node is added where its placement says', () => {
     });
     const behind = addNode(graph, { type: types[3]! }, at, { kind: 'behind', node: 'texture' });
     assert.deepEqual(edgesOf(behind.steps), ['addEdge texture.colour maths2.a']);
-    const edge = { tail: 'texture', tailPort: 'colour', head: 'maths', headPort: 'a' };
+    const edge = edgeFrom('texture.colour maths.a');
     assert.deepEqual(edgesOf(addNode(graph, { type: types[3]! }, at, { kind: 'into', edge }).steps), [
         'removeEdge texture.colour maths.a',
         'addEdge texture.colour maths2.a',
@@ -137,20 +109,11 @@ test('menus offer what fits', () => {
     assert.deepEqual(names('output', 2), ['texture', 'maths']);
     assert.deepEqual(names('output', 1), ['texture', 'maths', 'end']);
     assert.deepEqual(names('input', 3), ['grey', 'texture', 'maths']);
+    const shown = { help: '', visible: true, editable: true };
     const sort = {
         ...type('sort', [['in', 1]], [['out', 1]]),
         variants: [{ property: 'Function', value: 'Mix', inputs: type('', [['in', 3]], []).inputs }],
-        properties: [
-            {
-                name: 'Function',
-                kind: 'enum',
-                default: 'Add',
-                help: '',
-                visible: true,
-                editable: true,
-                choices: ['Add', 'Mix'],
-            },
-        ],
+        properties: [{ ...shown, name: 'Function', kind: 'enum', default: 'Add', choices: ['Add', 'Mix'] }],
     };
     const port = { node: 'x', port: 'y', side: 'output', components: 3 } as const;
     const [mix, ...others] = typesFor({ kind: 'at', port }, new Map([['sort', sort]]));
@@ -164,16 +127,12 @@ test('menus offer what fits', () => {
 });
 
 test('deleting with rewiring joins what is left, as far as it converts', () => {
-    const edges = (ids: string[]) =>
-        removeAndRewire(
-            graph,
-            catalogue,
-            ids.map((id) => nodes.find((each) => each.record.id === id)!),
-        ).flatMap((step) =>
-            step.do === 'addEdge' ? [`${step.tail}.${step.tailPort} ${step.head}.${step.headPort}`] : [],
-        );
-    assert.deepEqual(edges(['maths']), ['texture.colour end.colour']);
-    assert.deepEqual(edges(['texture']), ['uv.read maths.a']);
+    const edges = (ids: string[]) => {
+        const chosen = nodes.filter(({ record }) => ids.includes(record.id));
+        return edgesOf(removeAndRewire(graph, catalogue, chosen)).filter((step) => step.startsWith('add'));
+    };
+    assert.deepEqual(edges(['maths']), ['addEdge texture.colour end.colour']);
+    assert.deepEqual(edges(['texture']), ['addEdge uv.read maths.a']);
     assert.deepEqual(edges(['texture', 'maths']), []); // 2 components do not convert to 3
     assert.deepEqual(edges(['uv']), []);
 });
@@ -209,16 +168,14 @@ test('ports stand on the sides of their node, one below the other', () => {
 });
 
 test('frames hold what is in them, and points move with both ends of their edge', () => {
-    const annotation = (
-        number: number,
-        kind: 'frame' | 'note',
-        [x, y, width, height]: [number, number, number, number],
-    ) => ({ number, record: { id: String(number), kind, text: '', x, y, width, height } });
     const list = [
-        annotation(1, 'frame', [-10, -10, 300, 250]),
-        annotation(2, 'frame', [0, 0, 300, 10]), // extends beyond the first
-        annotation(3, 'note', [100, 100, 900, 10]),
-    ];
+        ['frame', -10, -10, 300, 250] as const,
+        ['frame', 0, 0, 300, 10] as const, // extends beyond the first
+        ['note', 100, 100, 900, 10] as const,
+    ].map(([kind, x, y, width, height], i) => ({
+        number: i + 1,
+        record: { id: String(i + 1), kind, text: '', x, y, width, height },
+    }));
     const framed: DocumentState = {
         ...graph,
         annotations: new Map(list.map((each) => [each.number, each])),

@@ -1,14 +1,14 @@
 // Rebuilds a material in the editor with mouse and keyboard, as an artist does, and counts the actions. The material is read
 // from a document; nodes are added from the output backwards.
-// Usage: node test/rebuild.mjs MOX [DIST] [--plain] EXAMPLE... DIST is the folder of a page to use instead of that in MOX.
-// The script prints the counts. With --plain, it does not search for functions in the list of nodes, and does not expect a
-// click to select the content of a field, because earlier editors had neither.
+// Usage: node test/rebuild.mjs MOX [DIST] EXAMPLE... DIST is the folder of a page to use instead of that in MOX.
+// The script prints the counts.
 
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import * as drive from './drive.mjs';
+import { middle, port, save, until } from './drive.mjs';
 
 /** Uses the mouse and the keyboard, and counts the actions. A word is one action; its letters are counted separately. */
 class Hands {
@@ -37,12 +37,7 @@ class Hands {
 
     async drag(from, to) {
         ++this.counts.drags;
-        const { mouse } = this.page;
-        await mouse.move(...from);
-        await mouse.down();
-        await mouse.move((from[0] + to[0]) / 2, (from[1] + to[1]) / 2, { steps: 3 });
-        await mouse.move(...to, { steps: 3 });
-        await mouse.up();
+        await drive.drag(this.page, from, to);
     }
 
     async zoomOut() {
@@ -68,28 +63,19 @@ class Hands {
 }
 
 const isPlace = (name) => name === 'PositionX' || name === 'PositionY';
-const middleOf = ({ x, y, width, height }) => [x + width / 2, y + height / 2];
 
 class Artist {
     /** The ids of the new nodes, by their ids in the document to rebuild. */
     ids = new Map();
 
-    constructor(page, wanted, isPlain) {
+    constructor(page, wanted) {
         this.page = page;
         this.wanted = wanted;
-        this.isPlain = isPlain;
         this.hands = new Hands(page);
     }
 
-    async until(isDone, argument) {
-        await this.page.waitForFunction(isDone, argument);
-    }
-
-    /** Performs an action that changes the document, and waits for the change. */
-    async change(action) {
-        const before = await this.page.evaluate(() => window.moxEditor.get().revision);
-        await action();
-        await this.until((revision) => window.moxEditor.get().revision > revision, before);
+    change(action) {
+        return drive.change(this.page, action);
     }
 
     nodes() {
@@ -107,15 +93,11 @@ class Artist {
         );
     }
 
-    card(id) {
-        return this.page.locator(`.card[aria-label$="node ${id}"]`);
-    }
-
+    /** The middle of a port; undefined if it is out of view. */
     async port(id, name) {
-        const handle = this.card(id).locator(`.react-flow__handle[data-handleid="${name}"]`);
-        const box = (await handle.count()) > 0 ? await handle.boundingBox() : null;
-        if (!box) return undefined;
-        const [x, y] = middleOf(box);
+        const handle = port(this.page, id, name);
+        if ((await handle.count()) === 0 || !(await handle.boundingBox())) return undefined;
+        const [x, y] = await middle(handle);
         return x > 5 && y > 40 && y < 1040 ? [x, y] : undefined;
     }
 
@@ -128,17 +110,17 @@ class Artist {
         await this.still();
     }
 
+    boxes() {
+        return this.page
+            .locator('.card')
+            .evaluateAll((cards) => cards.map((card) => card.getBoundingClientRect().toJSON()));
+    }
+
     /** Waits until nothing in the graph moves. */
     async still() {
-        const places = () =>
-            this.page
-                .locator('.card')
-                .evaluateAll((cards) =>
-                    cards.map((card) => Object.values(card.getBoundingClientRect().toJSON())).join(),
-                );
         for (let last = ''; ;) {
             await this.page.waitForTimeout(120);
-            const now = await places();
+            const now = JSON.stringify(await this.boxes());
             if (now === last) return;
             last = now;
         }
@@ -146,17 +128,12 @@ class Artist {
 
     /** Finds space for a new node to the left of a port; undefined if there is none. */
     async freePlace(from) {
-        const boxes = await this.page.locator('.card').evaluateAll((cards) =>
-            cards.map((card) => {
-                const { x, y, width, height } = card.getBoundingClientRect();
-                return { x, y, width, height };
-            }),
-        );
+        const boxes = await this.boxes();
         const canvas = await this.page.locator('#canvas').boundingBox();
-        const zoom = await this.page.evaluate(() => {
-            const box = document.querySelector('.card')?.getBoundingClientRect();
-            return box ? box.width / document.querySelector('.card').offsetWidth : 1;
-        });
+        const zoom = await this.page
+            .locator('.card')
+            .first()
+            .evaluate((first) => first.getBoundingClientRect().width / first.offsetWidth);
         const [width, height] = [230 * zoom, 170 * zoom];
         const margin = 30; // closer to a port, the edge would snap to it
         const isFree = (x, y) =>
@@ -195,7 +172,7 @@ class Artist {
         const added = (await this.nodes()).filter(({ id }) => !before.has(id));
         assert.equal(added.length, 1);
         this.ids.set(node.id, added[0].id);
-        await this.until(() => window.moxEditor.get().selection.size === 1);
+        await until(this.page, () => window.moxEditor.get().selection.size === 1);
         return true;
     }
 
@@ -203,7 +180,7 @@ class Artist {
     fullLabel({ type, properties }) {
         const { label, deciding } = this.wanted.types[type];
         const setting = properties.find(({ name, value }) => deciding[name]?.includes(value));
-        return setting && !this.isPlain ? `${label}: ${setting.value}` : label;
+        return setting ? `${label}: ${setting.value}` : label;
     }
 
     /** The fewest letters for which a type is at the top of the list; an experienced artist knows them. */
@@ -224,18 +201,14 @@ class Artist {
     }
 
     async addBehind(edge, node) {
-        let from = await this.port(this.ids.get(edge.head), edge.headPort);
-        let to = from && (await this.freePlace(from));
-        if (!to) {
-            await this.layOut();
+        let from, to;
+        const look = async () => {
             from = await this.port(this.ids.get(edge.head), edge.headPort);
-            to = await this.freePlace(from);
-        }
-        if (!to) {
-            await this.hands.zoomOut();
-            from = await this.port(this.ids.get(edge.head), edge.headPort);
-            to = await this.freePlace(from);
-        }
+            to = from && (await this.freePlace(from));
+        };
+        await look();
+        if (!to) await this.layOut().then(look);
+        if (!to) await this.hands.zoomOut().then(look);
         assert.ok(to, 'there is room for a node');
         await this.hands.drag(from, to);
         if (await this.pickType(node)) return;
@@ -250,27 +223,20 @@ class Artist {
     }
 
     async connect(edge) {
-        const ends = async () => [
-            await this.port(this.ids.get(edge.tail), edge.tailPort),
-            await this.port(this.ids.get(edge.head), edge.headPort),
-        ];
-        let [tail, head] = await ends();
-        if (!tail || !head) {
-            await this.layOut();
-            [tail, head] = await ends();
-        }
+        let tail, head;
+        const look = async () => {
+            tail = await this.port(this.ids.get(edge.tail), edge.tailPort);
+            head = await this.port(this.ids.get(edge.head), edge.headPort);
+        };
+        await look();
+        if (!tail || !head) await this.layOut().then(look);
         await this.change(() => this.hands.drag(tail, head));
     }
 
-    async hasEdge(edge) {
-        const [tail, head] = [this.ids.get(edge.tail), this.ids.get(edge.head)];
-        return (await this.edges()).some(
-            (e) =>
-                e.tail === tail &&
-                e.head === head &&
-                e.tailPort === edge.tailPort &&
-                e.headPort === edge.headPort,
-        );
+    async hasEdge({ tail, tailPort, head, headPort }) {
+        const wanted = [this.ids.get(tail), tailPort, this.ids.get(head), headPort].join();
+        const edges = await this.edges();
+        return edges.some((e) => [e.tail, e.tailPort, e.head, e.headPort].join() === wanted);
     }
 
     /** Sets the properties that differ from the document in the inspector, which shows the new node. */
@@ -295,7 +261,6 @@ class Artist {
         else if (kind === 'colour') {
             const parts = value.split(' ');
             await this.hands.enter(field(`${name}, red`));
-            if (this.isPlain) await this.hands.press('Control+a');
             for (const [i, part] of parts.entries()) {
                 const enter = async () => {
                     await this.hands.type(part);
@@ -307,13 +272,16 @@ class Artist {
                 else await this.change(enter);
             }
         } else {
-            await this.hands.enter(field(name));
-            if (this.isPlain) await this.hands.press('Control+a');
-            await this.change(async () => {
-                await this.hands.type(value);
-                await this.hands.press('Tab');
-            });
+            await this.enterText(field(name), value, 'Tab');
         }
+    }
+
+    async enterText(field, text, key) {
+        await this.hands.enter(field);
+        await this.change(async () => {
+            await this.hands.type(text);
+            await this.hands.press(key);
+        });
     }
 
     async build() {
@@ -342,8 +310,8 @@ class Artist {
         }
         await this.setMaterial();
         await this.setBindings();
-        await this.change(() => this.hands.press('Control+s')).catch(() => {});
-        await this.until(() => !window.moxEditor.get().unsaved);
+        ++this.hands.counts.keys;
+        await save(this.page);
     }
 
     async setMaterial() {
@@ -353,15 +321,8 @@ class Artist {
         await this.hands.press('Escape', 'Escape');
         for (const [name, value] of values) {
             const field = this.page.locator('#inspector').getByLabel(name, { exact: true });
-            if ((await field.evaluate((element) => element.tagName)) === 'SELECT')
-                await this.change(() => this.hands.choose(field, value));
-            else {
-                await this.hands.click(field);
-                await this.change(async () => {
-                    await this.hands.type(value);
-                    await this.hands.press('Enter');
-                });
-            }
+            const isList = (await field.evaluate((element) => element.tagName)) === 'SELECT';
+            await this.setProperty({ name, kind: isList ? 'enum' : 'string', value });
         }
     }
 
@@ -369,11 +330,7 @@ class Artist {
         if (this.wanted.bindings.length === 0) return;
         await this.hands.click(this.page.getByRole('tab', { name: 'Parameters' }));
         for (const { tag, values } of this.wanted.bindings) {
-            await this.hands.enter(this.page.getByLabel(tag, { exact: true }));
-            await this.change(async () => {
-                await this.hands.type(values.default);
-                await this.hands.press('Enter');
-            });
+            await this.enterText(this.page.getByLabel(tag, { exact: true }), values.default, 'Enter');
         }
     }
 }
@@ -418,14 +375,14 @@ async function describe(browser, mox, example, dist) {
  * Rebuilds an example and compares the result: only ids and positions may differ.
  * @returns the counts
  */
-async function rebuild(browser, mox, example, dist, isPlain) {
+async function rebuild(browser, mox, example, dist) {
     const wanted = await describe(browser, mox, example, dist);
     const folder = mkdtempSync(`${tmpdir()}/mox-rebuild-`);
     const file = `${folder}/built.xml`;
     const { server, address } = await drive.serve(mox, file);
     const page = await drive.open(browser, address, { dist, viewport: { width: 1920, height: 1080 } });
     try {
-        const artist = new Artist(page, wanted, isPlain);
+        const artist = new Artist(page, wanted);
         await artist.build();
         let text = readFileSync(file, 'utf8');
         const old = new Map([...artist.ids].map(([there, here]) => [here, there]));
@@ -451,9 +408,8 @@ async function rebuild(browser, mox, example, dist, isPlain) {
     }
 }
 
-const isPlain = process.argv.includes('--plain');
-const [mox, ...others] = process.argv.slice(2).filter((argument) => argument !== '--plain');
+const [mox, ...others] = process.argv.slice(2);
 const dist = others[0].endsWith('.xml') ? undefined : others.shift();
 const browser = await drive.launch();
-for (const example of others) console.log(example, await rebuild(browser, mox, example, dist, isPlain));
+for (const example of others) console.log(example, await rebuild(browser, mox, example, dist));
 await browser.close();

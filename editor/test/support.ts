@@ -1,5 +1,5 @@
 import { documentFrom, type DocumentState } from '../src/model/document.ts';
-import type { CatalogueType, EdgeState, NodeState, Port } from '../src/model/messages.ts';
+import type { CatalogueType, EdgeRecord, EdgeState, NodeState, Port, Step } from '../src/model/messages.ts';
 
 export function port(name: string, components: number | null = null): Port {
     return { name, label: name, components, precision: null, connected: false, conflict: false };
@@ -21,12 +21,22 @@ export function node(id: string, inputs: Port[], outputs: Port[], at: [number, n
     };
 }
 
-/** @param edges in the form "tail.port head.port" */
+/** @param text "tail.port head.port" */
+export function edgeFrom(text: string): EdgeRecord {
+    const [tail, tailPort, head, headPort] = text.split(/[. ]/) as [string, string, string, string];
+    return { tail, tailPort, head, headPort };
+}
+
+/** The steps that concern edges, each as "addEdge tail.port head.port" or with another name. */
+export function edgesOf(steps: Step[]): string[] {
+    return steps.flatMap((step) =>
+        'tail' in step ? [`${step.do} ${step.tail}.${step.tailPort} ${step.head}.${step.headPort}`] : [],
+    );
+}
+
+/** @param edges each as "tail.port head.port" */
 export function documentOf(nodes: NodeState[], edges: string[]): DocumentState {
-    const edgeStates = edges.map((text): EdgeState => {
-        const [tail, tailPort, head, headPort] = text.split(/[. ]/) as [string, string, string, string];
-        return { number: ++lastNumber, record: { tail, tailPort, head, headPort } };
-    });
+    const edgeStates = edges.map((text): EdgeState => ({ number: ++lastNumber, record: edgeFrom(text) }));
     return documentFrom({
         nodes,
         edges: edgeStates,

@@ -10,28 +10,21 @@ import { node } from './support.ts';
 test('fuzzy search puts first what an artist means', () => {
     const labels = ['Uv Set', 'Vertex Colour Set', 'Layer Blend', 'Animated Uv', 'Colour Ramp', 'Maths'];
     const found = (query: string) => rank(labels, (label) => fuzzyScore(query, label));
-    assert.equal(found('vcs')[0], 'Vertex Colour Set');
-    assert.equal(found('lb')[0], 'Layer Blend');
-    assert.equal(found('uv')[0], 'Uv Set');
-    assert.equal(found('col')[0], 'Colour Ramp');
-    assert.equal(found('ma')[0], 'Maths');
+    const bests = ['vcs', 'lb', 'uv', 'col', 'ma'].map((query) => found(query)[0]);
+    assert.deepEqual(bests, ['Vertex Colour Set', 'Layer Blend', 'Uv Set', 'Colour Ramp', 'Maths']);
     assert.deepEqual(found('zz'), []);
     assert.deepEqual(found(''), labels);
 });
 
 test('numbers may be sums', () => {
-    const cases: [string, number | undefined][] = [
+    const cases: [string, number][] = [
         ['0.5', 0.5],
         ['1/3', 1 / 3],
         ['2*(3-1)+-1', 3],
         [' .5e1 ', 5],
-        ['1/0', undefined],
-        ['2+', undefined],
-        ['alert(1)', undefined],
-        ['1 2', undefined],
-        ['', undefined],
     ];
     for (const [text, value] of cases) assert.equal(evaluate(text), value, text);
+    for (const text of ['1/0', '2+', 'alert(1)', '1 2', '']) assert.equal(evaluate(text), undefined, text);
     for (const value of [0.1, 1 / 3, 1e-7, 16777217, -2.5, 0])
         assert.equal(Math.fround(Number(formatNumber(value))), Math.fround(value));
     assert.equal(formatNumber(Math.fround(0.1)), '0.1');
@@ -50,12 +43,7 @@ test('a property is a parameter if it bears its name and value', () => {
         values: { default: '1, 0.9, 0.8' },
     };
     const constant = node('c', [], []);
-    const add = (name: string, kind: string, value: string) => ({
-        name,
-        kind,
-        value,
-        editable: true,
-    });
+    const add = (name: string, kind: string, value: string) => ({ name, kind, value, editable: true });
     constant.properties = [
         add('Name', 'string', 'tint'),
         add('Default Colour', 'colour', '1 0.9 0.8'),

@@ -10,19 +10,7 @@ from pathlib import Path
 import mox
 from support import PROGRAM, TestInFolder, make_preview, run
 
-FAULTY = """<?xml version="1.0" encoding="UTF-8"?>
-<material version="1">
-  <nodes>
-    <node id="rim" type="CoreMaths" version="0">
-      <property name="Function" kind="enum" value="Fresnell"/>
-    </node>
-    <node id="lost" type="Lost" version="0"/>
-  </nodes>
-  <edges>
-    <edge tail="rim" tailPort="out_value" head="nowhere" headPort="in_value1"/>
-  </edges>
-</material>
-"""
+FAULTY = Path(__file__).with_name("faulty.xml").read_text()
 
 
 class Reading(TestInFolder):

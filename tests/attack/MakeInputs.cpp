@@ -16,46 +16,17 @@
 namespace {
 
 /// Values that attributes should not have, and a few valid ones.
-const std::vector<std::string>& HostileValues()
+std::vector<std::string> HostileValues()
 {
-    static const std::vector<std::string> values = {
-        "",
-        "0",
-        "-1",
-        "2147483647",
-        "-2147483648",
-        "3e38",
-        "inf",
-        "-nan",
-        "1 inf nan",
-        "true",
-        "Vector",
-        "Normal",
-        "CoreTexture",
-        "in_uv",
-        "a",
-        "b",
-        "../../../../etc/passwd",
-        "/dev/zero",
-        "fifo",
-        ".",
-        "broken.png",
-        "x!=touch${IFS}PWNED;true",
-        "$(touch PWNED) `touch PWNED` | # % : ;",
-        "two&#10;lines&#9;and&#13;more",
-        "&#x9b;31m&#x202e;&#x2028;",
-        "&quot;&lt;&amp;&gt;'\\",
-        "float",
-        "gl_Position",
-        "a__b",
-        "\xf0\x9f\x8e\xa8",
-        std::string(1001, 'n'),
-        std::string(70000, 'n'),
-        std::string(5000, '('),
-    };
+    std::vector<std::string> values = {std::string(1001, 'n'), std::string(70000, 'n'),
+                                       std::string(5000, '(')};
+    std::ifstream file(MOX_TEST_DATA "/attack/values.txt");
+    for (std::string line; std::getline(file, line);)
+        values.push_back(line);
     return values;
 }
 
+/// Corrupts a few places of a document.
 class Breaker
 {
 public:
@@ -64,6 +35,8 @@ public:
     std::string Break(std::string text)
     {
         for (std::size_t count = _random.Below(6); count > 0 && !text.empty(); --count) {
+            const std::size_t line = LineAt(text);
+            const std::size_t length = text.find('\n', line) + 1 - line;
             switch (_random.Below(8)) {
             case 0:
                 text.erase(_random.Below(text.size()));
@@ -72,10 +45,10 @@ public:
                 text[_random.Below(text.size())] = static_cast<char>(_random.Below(256));
                 break;
             case 2:
-                CopyLine(text);
+                text.insert(LineAt(text), text.substr(line, length));
                 break;
             case 3:
-                RemoveLine(text);
+                text.erase(line, length);
                 break;
             default:
                 ReplaceValue(text);
@@ -85,29 +58,10 @@ public:
     }
 
 private:
+    /// The start of some line.
     std::size_t LineAt(const std::string& text) const
     {
-        const std::size_t end = text.rfind('\n', _random.Below(text.size()));
-        return end == std::string::npos ? 0 : end + 1;
-    }
-
-    static std::size_t LineEnd(const std::string& text, std::size_t line)
-    {
-        return std::min(text.find('\n', line), text.size() - 1) + 1;
-    }
-
-    void CopyLine(std::string& text) const
-    {
-        const std::size_t line = LineAt(text);
-        if (line < text.size())
-            text.insert(LineAt(text), text.substr(line, LineEnd(text, line) - line));
-    }
-
-    void RemoveLine(std::string& text) const
-    {
-        const std::size_t line = LineAt(text);
-        if (line < text.size())
-            text.erase(line, LineEnd(text, line) - line);
+        return text.rfind('\n', _random.Below(text.size())) + 1;
     }
 
     void ReplaceValue(std::string& text) const
@@ -116,10 +70,11 @@ private:
         if (equals == std::string::npos)
             return;
         const std::size_t end = std::min(text.find('"', equals + 2), text.size());
-        text.replace(equals + 2, end - equals - 2, _random.Pick(HostileValues()));
+        text.replace(equals + 2, end - equals - 2, _random.Pick(_values));
     }
 
     Random& _random;
+    const std::vector<std::string> _values = HostileValues();
 };
 
 } // namespace
@@ -133,6 +88,7 @@ int main(int argumentCount, char** arguments)
         const std::filesystem::path folder = arguments[3];
         const std::vector<std::string> documents(arguments + 4, arguments + argumentCount);
         Random random(seed);
+        Breaker breaker(random);
         for (std::uint32_t i = 0; i < count; ++i) {
             const int nodes = 1 + static_cast<int>(random.Below(12));
             const std::string text =
@@ -140,7 +96,7 @@ int main(int argumentCount, char** arguments)
                     ? Mox::Host::ReadFile(random.Pick(documents))
                     : Mox::Host::FormatMaterialDocument(MakeRandomMaterial(seed + i, nodes));
             std::ofstream(folder / Mox::Materials::Compose("attack_", i, ".xml"), std::ios::binary)
-                << Breaker(random).Break(text);
+                << breaker.Break(text);
         }
         return 0;
     } catch (const std::exception& error) {

@@ -35,14 +35,11 @@ processes() {
     find /proc/[0-9]*/cwd -maxdepth 0 -lname "$work*" ! -path "/proc/$$/*" 2>/dev/null || true
 }
 
-undisturbed=(--kill-after 10 60)
-ending=("${undisturbed[@]}") # how timeout ends the command
-
 # Runs a command and checks how it ends. Usage: attack STATUS|STATUS... COMMAND...
 attack() {
     local statuses=$1 status=0 i
     shift
-    timeout "${ending[@]}" "$@" >"$work/output" 2>"$work/messages" </dev/null || status=$?
+    timeout --kill-after 10 60 "$@" >"$work/output" 2>"$work/messages" </dev/null || status=$?
     [[ $status =~ ^($statuses)$ ]] || fail "status $status: $*"
     ! grep -q -e Sanitizer -e 'runtime error:' -e 'the decoder failed' "$work/messages" ||
         fail "a fault: $*"
@@ -59,20 +56,9 @@ attack() {
     fail "left $(processes): $*"
 }
 
-begin() {
-    echo "$1, $SECONDS s"
-}
-
-begin 'sound inputs'
+# Documents
 cp "$source/examples/rim_light.xml" "$source/examples/two_maths.xml" . # the second one causes a warning
-for command in 'export rim_light.xml two_maths.xml -o expected' 'check rim_light.xml' \
-    'diff rim_light.xml rim_light.xml' 'format --check rim_light.xml' 'bindings rim_light.xml' \
-    catalogue 'graph rim_light.xml -o graph.svg' 'new CoreMaths' \
-    'preview rim_light.xml -o preview.png --size 16'; do
-    attack 0 "$mox" $command
-done
-
-begin documents
+attack 0 "$mox" export rim_light.xml two_maths.xml -o expected
 "$maker" "$RANDOM" 300 in "$source"/examples/*.xml "$source"/tests/mox/bad/*.xml
 mkfifo in/fifo
 head -c 200 "$source/examples/textures/rock.png" >in/broken.png
@@ -103,7 +89,7 @@ for i in {0..29}; do
     attack '0|1' "$mox" graph "$file" -o graph.dot --shader
 done
 
-begin pictures
+# Pictures
 head -c 300 "$source/tests/preview/square.gltf" >broken.gltf
 printf '#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 0 +X 0\n' >in/empty.hdr
 printf '\x89PNG\r\n\x1a\n\0\0\0\rIHDR\x7f\xff\xff\xff\x7f\xff\xff\xff\x08\x02\0\0\0' >in/huge.png
@@ -120,7 +106,7 @@ for mesh in broken.gltf in/fifo in/huge.png /dev/zero.obj in; do
     attack '0|1' "$mox" preview in/tinted_texture.xml -o preview.png --size 16 --mesh "$mesh"
 done
 
-begin plug-ins
+# Plug-ins
 hostile=$asan/tests/host/hostile
 export MOX_PLUGIN_PATH=$hostile # its node types are named OPERATION-FAULT
 words_of() {
@@ -148,7 +134,7 @@ for row in label type library 'null row' 'null colour' 'no colour' 'short row' '
 done
 unset MOX_PLUGIN_PATH
 
-begin 'command lines'
+# Command lines
 words=(export check diff format bindings catalogue graph new preview complete manual --json -o
     --depfile --target glsl,spirv --set 'a=1;2' --frame nan --size 0 -1 '' . in/attack_1.xml
     /dev/null "$(printf '\033[31m\302\233')" CoreMaths ../../x)
@@ -160,7 +146,7 @@ for i in {1..60}; do
     attack '0|1|2' "$mox" "${line[@]}"
 done
 
-begin descriptors
+# Descriptors
 for closed in '<&-' '>&-' '2>&-' '<&- >&-' '>&- 2>&-' '<&- >&- 2>&-'; do
     rm -rf out
     attack '0|1' bash -c \
@@ -169,7 +155,7 @@ for closed in '<&-' '>&-' '2>&-' '<&- >&-' '>&- 2>&-' '<&- >&- 2>&-'; do
     ! grep -q 'warning' dependencies || fail "messages in a file with $closed"
 done
 
-begin limits
+# Limits
 for kilobytes in 30000 60000 100000 140000 180000 250000; do
     for command in 'export in -o low -j 2' 'export in -o low -j 8 --target glsl' 'check in' \
         'format --check in' catalogue; do
@@ -181,21 +167,3 @@ for files in 4 6 8 12; do
 done
 attack '0|1' bash -c "ulimit -f 1; '$ordinary' export in -o low -j 2 --depfile dependencies"
 
-begin signals
-export ASAN_OPTIONS=detect_leaks=0 # a signal during the leak check would hang it
-signals=(TERM INT HUP)
-commands=('export in -o out -j 2' 'format formatted' 'graph rim_light.xml -o graph.svg'
-    'preview rim_light.xml -o preview.png --size 16')
-for command in "${commands[@]}"; do
-    start=${EPOCHREALTIME/./}
-    ending=("${undisturbed[@]}")
-    attack '0|1' "$mox" $command
-    duration=$((${EPOCHREALTIME/./} - start))
-    for moment in {1..10}; do
-        microseconds=$((RANDOM % 100 * duration / 100))
-        seconds=$(printf '%d.%06d' $((microseconds / 1000000)) $((microseconds % 1000000)))
-        ending=(--preserve-status --signal "${signals[RANDOM % 3]}" --kill-after 60 "$seconds")
-        attack '0|1|129|130|143' "$mox" $command
-    done
-done
-begin done

@@ -1,7 +1,7 @@
-#include "SampleImages.h"
 #include "mox/Text.h"
 #include "mox/decode/FileDecoder.h"
 #include "mox/host/HostError.h"
+#include "mox/host/Picture.h"
 #include "tests/support/Failure.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -35,8 +35,15 @@ protected:
         return failure.substr(std::min(start.size(), failure.size()));
     }
 
+    std::filesystem::path WriteWhite(const std::string& name, std::uint32_t side) const
+    {
+        const std::vector<std::uint8_t> pixels(std::size_t(4) * side * side, 255);
+        WritePng({side, side, pixels}, _folder.Path() / name);
+        return _folder.Path() / name;
+    }
+
     TemporaryFolder _folder;
-    std::filesystem::path _white = _folder.Write("white.png", MakePng(1, 1, {255, 255, 255, 255}));
+    std::filesystem::path _white = WriteWhite("white.png", 1);
     DecodeSettings _settings;
 };
 
@@ -46,11 +53,8 @@ TEST_F(FileDecoderTest, ReadsRegularFilesOnly)
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     const std::filesystem::path link = _folder.Path() / "link.png";
     std::filesystem::create_symlink("/dev/zero", link);
-    const std::string irregular = "it is not a regular file";
-    EXPECT_EQ(FailureOfTexture(pipe), irregular);
-    EXPECT_EQ(FailureOfTexture("/dev/zero"), irregular);
-    EXPECT_EQ(FailureOfTexture(link), irregular);
-    EXPECT_EQ(FailureOfTexture(_folder.Path()), irregular);
+    for (const auto& file : {pipe, std::filesystem::path("/dev/zero"), link, _folder.Path()})
+        EXPECT_EQ(FailureOfTexture(file), "it is not a regular file") << file;
     EXPECT_EQ(FailureOfTexture(_folder.Path() / "gone.png"), "No such file or directory");
     EXPECT_EQ(FailureOfTexture(_folder.Write("empty.png")),
               "it is not a PNG, JPEG, OpenEXR or HDR image");
@@ -123,7 +127,7 @@ TEST_F(FileDecoderTest, DecodesEachFileOnce)
     for (int i = 0; i < 2; ++i)
         EXPECT_THROW(decoder.ReadTexture(bad), HostError);
     EXPECT_EQ(runs(), 2u);
-    _folder.Write("bad.png", MakePng(2, 1, {0, 0, 0, 255, 0, 0, 0, 255}));
+    WriteWhite("bad.png", 2);
     EXPECT_EQ(decoder.ReadTexture(bad)->Width, 2u);
     EXPECT_EQ(runs(), 3u);
 }
@@ -132,11 +136,10 @@ TEST_F(FileDecoderTest, ForgetsWhatTakesTooMuchMemory)
 {
     _settings.Limits.Bytes = 4096;
     FileDecoder decoder(_settings);
-    const std::vector<std::uint8_t> components(std::size_t(4) * 30 * 30, 255);
-    const std::filesystem::path large = _folder.Write("a.png", MakePng(30, 30, components));
+    const std::filesystem::path large = WriteWhite("a.png", 30);
     const auto first = decoder.ReadTexture(large);
     EXPECT_EQ(decoder.ReadTexture(large), first);
-    decoder.ReadTexture(_folder.Write("b.png", MakePng(30, 30, components)));
+    decoder.ReadTexture(WriteWhite("b.png", 30));
     EXPECT_NE(decoder.ReadTexture(large), first);
 }
 

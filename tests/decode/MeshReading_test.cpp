@@ -1,5 +1,6 @@
 #include "mox/Text.h"
 #include "mox/decode/FileDecoder.h"
+#include "mox/host/File.h"
 #include "mox/host/HostError.h"
 #include "tests/support/Failure.h"
 #include "tests/support/TemporaryFolder.h"
@@ -13,67 +14,33 @@ using Mox::Materials::Compose;
 
 namespace {
 
-/// Positions of one triangle as a glTF buffer.
-const std::string triangle = [] {
-    const float positions[] = {0, 0, 0, 1, 0, 0, 0, 1, 0};
-    return std::string(reinterpret_cast<const char*>(positions), sizeof(positions));
-}();
+/// A binary glTF file of one triangle. It ends with the buffer of its positions.
+const std::string triangleGlb = ReadFile(MOX_TEST_DATA "/decode/samples/triangle.glb");
 
-/// The same buffer as a data URI.
+/// This buffer as a data URI.
 const std::string triangleUri = "data:application/octet-stream;base64,"
                                 "AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA";
 
 /// A glTF document with one node and one triangle.
-/// @param uri of the buffer; empty in a binary file
 /// @param accessor further members of the accessor for positions
 std::string MakeGltf(const std::string& uri, const std::string& accessor = "",
                      const std::string& nodes = R"({"mesh":0})", int vertices = 3)
 {
-    return Compose(
-        R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":[)", nodes,
-        R"(],"meshes":[{"primitives":[{"attributes":{"POSITION":0}}]}],)",
-        R"("buffers":[{"byteLength":36)", uri.empty() ? "" : Compose(R"(,"uri":")", uri, "\""),
-        R"(}],"bufferViews":[{"buffer":0,"byteLength":36}],"accessors":[{)", accessor,
-        R"("bufferView":0,"componentType":5126,"type":"VEC3","count":)", vertices, "}]}");
+    return Compose(R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":[)",
+                   nodes, R"(],"meshes":[{"primitives":[{"attributes":{"POSITION":0}}]}],)",
+                   R"("buffers":[{"byteLength":36,"uri":")", uri,
+                   R"("}],"bufferViews":[{"buffer":0,"byteLength":36}],"accessors":[{)", accessor,
+                   R"("bufferView":0,"componentType":5126,"type":"VEC3","count":)", vertices,
+                   "}]}");
 }
 
-/// A binary glTF file: JSON and binary chunks, each after its length and type.
-std::string MakeGlb()
-{
-    const auto number = [](std::size_t value) {
-        const auto word = static_cast<std::uint32_t>(value);
-        return std::string(reinterpret_cast<const char*>(&word), sizeof(word));
-    };
-    std::string text = MakeGltf("");
-    text.resize((text.size() + 3) / 4 * 4, ' ');
-    const std::string pieces = number(text.size()) + "JSON" + text + number(triangle.size()) +
-                               std::string("BIN\0", 4) + triangle;
-    return "glTF" + number(2) + number(pieces.size() + 12) + pieces;
-}
-
-std::string Repeat(const std::string& text, int count)
-{
-    std::string repeated;
-    for (int i = 0; i < count; ++i)
-        repeated += text;
-    return repeated;
-}
-
-/// Each node refers to the next one twice, so the number of instances doubles with every node.
-std::string MakeDoublingNodes(int count)
+/// A chain of nodes. If each refers to the next one twice, the number of instances doubles with
+/// every node.
+std::string MakeChain(int count, bool isDoubling = false)
 {
     std::string nodes;
     for (int i = 1; i < count; ++i)
-        nodes += Compose(R"({"children":[)", i, ",", i, "]},");
-    return nodes + R"({"mesh":0})";
-}
-
-/// A chain of nodes.
-std::string MakeDeepNodes(int count)
-{
-    std::string nodes;
-    for (int i = 1; i < count; ++i)
-        nodes += Compose(R"({"children":[)", i, "]},");
+        nodes += Compose(R"({"children":[)", i, isDoubling ? Compose(",", i) : "", "]},");
     return nodes + R"({"mesh":0})";
 }
 
@@ -123,19 +90,19 @@ TEST_F(MeshReading, JoinsPartsWithDifferentStreams)
 
 TEST_F(MeshReading, FindsTheBuffersOfGltf)
 {
-    _folder.Write("data/a b.bin", triangle);
+    _folder.Write("data/a b.bin", triangleGlb.substr(triangleGlb.size() - 36));
     const std::string text = MakeGltf("data/a b.bin");
     EXPECT_EQ(Read("a.gltf", text).Positions.size(), 3u);
     EXPECT_EQ(Read("a.GLTF", "\n  " + text).Positions.size(), 3u);
     EXPECT_EQ(Read("b.gltf", MakeGltf(triangleUri)).Positions[1], glm::vec3(1.0f, 0.0f, 0.0f));
-    EXPECT_EQ(Read("c.glb", MakeGlb()).Positions[2], glm::vec3(0.0f, 1.0f, 0.0f));
-    EXPECT_EQ(Read("c.gltf", MakeGlb()).Indices.size(), 3u);
+    EXPECT_EQ(Read("c.glb", triangleGlb).Positions[2], glm::vec3(0.0f, 1.0f, 0.0f));
+    EXPECT_EQ(Read("c.gltf", triangleGlb).Indices.size(), 3u);
 }
 
 TEST_F(MeshReading, ReadsBytesThatNameNoOtherFile)
 {
     const FileDecoder files(_settings);
-    EXPECT_EQ(files.ReadMesh("c.glb", MakeGlb()).Positions.size(), 3u);
+    EXPECT_EQ(files.ReadMesh("c.glb", triangleGlb).Positions.size(), 3u);
     EXPECT_EQ(files.ReadMesh("b.gltf", MakeGltf(triangleUri)).Name, "b.gltf");
     const auto failure = [&](const std::string& name, const std::string& bytes) -> std::string {
         try {
@@ -173,7 +140,7 @@ TEST_F(MeshReading, SaysWhyItIsNone)
     const std::tuple<const char*, std::string, const char*> cases[] = {
         {"a.gltf", "{", ""},
         {"a.glb", "glTF", ""},
-        {"a.glb", MakeGlb().substr(0, MakeGlb().size() - 20), ""},
+        {"a.glb", triangleGlb.substr(0, triangleGlb.size() - 20), ""},
         {"a.obj", "no mesh", ""},
         {"a.obj", "", ""},
         {"a.obj", "v 0 0 0\nv 1 0 0\nl 1 2\n", ""},
@@ -193,8 +160,8 @@ TEST_F(MeshReading, SaysWhyItIsNone)
         {"a.gltf", MakeGltf("/etc/passwd"), "\"/etc/passwd\" lies outside the folder of the file"},
         {"a.gltf", MakeGltf(triangleUri, sparse), ""},
         {"a.gltf", MakeGltf(triangleUri, "", R"({"mesh":0})", 1000000000), ""},
-        {"a.gltf", Repeat("{\"a\":", 200000), ""},
-        {"a.gltf", MakeGltf(triangleUri, "", MakeDeepNodes(200000)), ""},
+        {"a.gltf", R"({"a":)" + std::string(200000, '['), ""},
+        {"a.gltf", MakeGltf(triangleUri, "", MakeChain(200000)), ""},
     };
     for (const auto& [name, bytes, message] : cases) {
         SCOPED_TRACE(std::string_view(bytes).substr(0, 400));
@@ -214,7 +181,7 @@ TEST_F(MeshReading, BoundsWhatItTakes)
               std::string::npos);
     _settings.Limits.Bytes = std::uint64_t(64) << 20;
     _settings.Limits.Seconds = 5;
-    FailureOfFile("a.gltf", MakeGltf(triangleUri, "", MakeDoublingNodes(60)));
+    FailureOfFile("a.gltf", MakeGltf(triangleUri, "", MakeChain(60, true)));
 }
 
 } // namespace

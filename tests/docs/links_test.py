@@ -1,5 +1,8 @@
 #!/usr/bin/env python3
-"""Checks that relative links and images in the documents lead to existing files and headings. Usage: links_test.py SOURCE_TREE"""
+"""Checks that relative links and images in the documents lead to existing files and headings, and
+that a snippet whose opening line names a file after the language appears verbatim in that file.
+
+Usage: links_test.py SOURCE_TREE"""
 
 import re
 import sys
@@ -29,4 +32,11 @@ for document in documents:
             wrong.append(f"{document}: {link} does not exist")
         elif anchor and anchor not in anchors_of(target):
             wrong.append(f"{document}: {link} names no heading")
+for name in ("README.md", "docs/embedding.md", "docs/engines.md", "docs/plugin-guide.md"):
+    text = (root / name).read_text(encoding="utf-8")
+    snippets = re.findall(r"^```\S* (\S+)\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
+    wrong += [f"{name}: {file} no longer contains:\n{snippet}" for file, snippet in snippets
+              if snippet not in (root / file).read_text(encoding="utf-8")]
+    if len(snippets) < 2:
+        wrong.append(f"{name} has no snippets")
 sys.exit("\n".join(wrong) if wrong else 0)

@@ -44,9 +44,10 @@ done
 
 rm -rf out
 stopped=0
+signals=(TERM INT HUP)
 for run in {1..12}; do
-    kill_one "$run" TERM
-    if [ "$status" -eq 143 ] && grep -q 'stopped before' messages; then stopped=$((stopped + 1)); fi
+    kill_one "$run" "${signals[run % 3]}"
+    if [ "$status" -gt 128 ] && grep -q 'stopped before' messages; then stopped=$((stopped + 1)); fi
     left=$(find . -name '.mox-*.tmp')
     [ -z "$left" ] || { echo "an ended export left $left" >&2; exit 1; }
 done

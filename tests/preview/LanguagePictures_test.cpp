@@ -3,20 +3,19 @@
 #include "mox/preview/DrawBuilder.h"
 #include "mox/preview/LightPanorama.h"
 #include "mox/preview/MeshShapes.h"
+#include "mox/preview/TexelCodec.h"
 #include "mox/program/MaterialProgram.h"
 #include "mox/targets/ProgramTranslator.h"
 #include "tests/preview/ExamplePreview.h"
 #include "tests/preview/PictureComparison.h"
-#include "tests/support/Browser.h"
 #include "tests/support/BuildTree.h"
-#include "tests/support/DeviceTest.h"
 #include "tests/support/Files.h"
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <glm/common.hpp>
 #include <glm/gtc/packing.hpp>
 #include <nlohmann/json.hpp>
 
@@ -138,48 +137,32 @@ Json MakeRequest(const std::filesystem::path& file, const Mesh& mesh, FileDecode
     return DescribeDraw(draw, program);
 }
 
-/// Converts linear light to the byte that stands for it in sRGB.
-std::uint8_t EncodeByte(float light)
-{
-    const float inside = std::clamp(light, 0.0f, 1.0f);
-    const float encoded =
-        inside <= 0.0031308f ? 12.92f * inside : 1.055f * std::pow(inside, 1.0f / 2.4f) - 0.055f;
-    return static_cast<std::uint8_t>(std::lround(255.0f * encoded));
-}
-
 /// @param bits of floats, four for each pixel
 std::vector<std::uint8_t> EncodePixels(const Json& bits)
 {
-    std::vector<std::uint8_t> bytes;
-    bytes.reserve(bits.size());
-    for (const Json& word : bits) {
-        const auto value = std::bit_cast<float>(word.get<std::uint32_t>());
-        const bool isAlpha = bytes.size() % 4 == 3;
-        bytes.push_back(isAlpha ? (value > 0.0f ? 255 : 0) : EncodeByte(value));
+    const TexelCodec codec(TexelFormat::Unorm8, true);
+    TextureImage image;
+    for (std::size_t at = 0; at < bits.size(); at += 4) {
+        const auto value = [&](std::size_t i) {
+            return std::bit_cast<float>(bits[at + i].get<std::uint32_t>());
+        };
+        const float alpha = value(3) > 0.0f ? 1.0f : 0.0f;
+        codec.Append(glm::clamp(glm::vec4(value(0), value(1), value(2), alpha), 0.0f, 1.0f), image);
     }
-    return bytes;
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(image.Bytes.data());
+    return {bytes, bytes + image.Bytes.size()};
 }
 
-class LanguagePicturesTest : public DeviceTest<ExamplePreview>
-{};
+using LanguagePicturesTest = BrowserPictureTest;
 
 /// Set the environment variable MOX_EVERY_PICTURE to draw all examples instead of the first one.
 TEST_F(LanguagePicturesTest, OfEveryExample)
 {
-    if (!HasBrowser())
-        GTEST_SKIP() << "no browser was found";
-    if (Get().Drawer.DeviceName().find("llvmpipe") == std::string::npos)
-        GTEST_SKIP() << "other devices filter textures anisotropically";
     const Mesh mesh = MakeSphere();
     for (const std::filesystem::path& file : ExampleDocuments()) {
         const Json request = MakeRequest(file, mesh, Get().Files);
         const Json answers = AskBrowser(request);
-        PreviewOptions options;
-        options.Width = options.Height = side;
-        ProblemList problems;
-        const Picture preview =
-            Get().Drawer.RenderMaterial(ReadMaterialDocument(file), mesh, options, problems);
-        problems.ThrowFirstError();
+        const Picture preview = Draw(file, mesh, side);
         ASSERT_EQ(answers.size(), request["runs"].size());
         for (std::size_t i = 0; i < answers.size(); ++i) {
             SCOPED_TRACE(Compose(file.stem().string(), " in ",

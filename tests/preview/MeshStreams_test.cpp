@@ -18,23 +18,26 @@ const ShaderType colourType(ComponentType::Half, 4, 1, 1);
 
 TEST(MeshStreams, ModifiersChangeTheComponentsThatTheyName)
 {
-    struct Case
-    {
-        const char* Modifiers;
-        std::vector<float> Values;
-    };
-    for (const Case& expected :
-         {Case{"", {0.25f, 0.5f}}, Case{"oneminus|v", {0.25f, 0.5f}},
-          Case{"oneminus|u", {0.75f, 0.5f}}, Case{"negate", {-0.25f, -0.5f}},
-          Case{"negate|y", {0.25f, -0.5f}}, Case{"negate|v oneminus|v", {0.25f, 1.5f}}}) {
-        MeshStream stream{2, {0.25f, 0.5f}};
-        ApplyModifiers(expected.Modifiers, stream);
-        EXPECT_EQ(stream.Values, expected.Values) << expected.Modifiers;
+    const std::pair<const char*, std::vector<float>> cases[] = {
+        {"", {0.25f, 0.75f}},           {"oneminus|v", {0.25f, 0.25f}},
+        {"oneminus|u", {0.75f, 0.75f}}, {"negate", {-0.25f, -0.75f}},
+        {"negate|y", {0.25f, -0.75f}},  {"negate|v oneminus|v", {0.25f, 1.75f}}};
+    for (const auto& [modifiers, values] : cases) {
+        MeshStream stream{2, {0.25f, 0.75f}};
+        ApplyModifiers(modifiers, stream);
+        EXPECT_EQ(stream.Values, values) << modifiers;
     }
-    MeshStream stream{2, {0.25f, 0.5f}};
+    MeshStream stream{2, {0.25f, 0.75f}};
     EXPECT_THROW(ApplyModifiers("halve", stream), HostError);
     EXPECT_THROW(ApplyModifiers("negate|z", stream), HostError);
     EXPECT_THROW(ApplyModifiers("negate|q", stream), HostError);
+}
+
+std::vector<float> ReadUv(const Mesh& mesh, const std::string& tag, const std::string& value)
+{
+    const auto binding = CreateBinding(StreamType::Uv, tag, 1);
+    binding->SetDefaultText(value);
+    return ReadBoundStream(mesh, PluginBinding(binding), uvType).Values;
 }
 
 TEST(MeshStreams, SetsGoByTheNumberInTheBinding)
@@ -43,9 +46,7 @@ TEST(MeshStreams, SetsGoByTheNumberInTheBinding)
     mesh.Positions = {{}};
     mesh.UvSets = {{{0.0f, 1.0f}}, {{1.0f, 1.0f}}};
     const auto setOf = [&](const std::string& tag, const std::string& value) {
-        const auto binding = CreateBinding(StreamType::Uv, tag, 1);
-        binding->SetDefaultText(value);
-        return ReadBoundStream(mesh, PluginBinding(binding), uvType).Values.front();
+        return ReadUv(mesh, tag, value).front();
     };
     EXPECT_EQ(setOf("base", ""), 0.0f);
     EXPECT_EQ(setOf("uv1", ""), 1.0f);
@@ -58,14 +59,9 @@ TEST(MeshStreams, ValuesReplaceWhatTheMeshLacks)
 {
     Mesh mesh;
     mesh.Positions = {{}, {}};
-    const auto read = [&](const std::string& value) {
-        const auto binding = CreateBinding(StreamType::Uv, "base", 1);
-        binding->SetDefaultText(value);
-        return ReadBoundStream(mesh, PluginBinding(binding), uvType).Values;
-    };
-    EXPECT_EQ(read("0.25, 0.5"), (std::vector<float>{0.25f, 0.5f, 0.25f, 0.5f}));
+    EXPECT_EQ(ReadUv(mesh, "base", "0.25, 0.5"), (std::vector<float>{0.25f, 0.5f, 0.25f, 0.5f}));
     for (const char* value : {"", "1", "1,2,3", "TEXCOORD_0"})
-        EXPECT_THROW(read(value), HostError) << value;
+        EXPECT_THROW(ReadUv(mesh, "base", value), HostError) << value;
 }
 
 TEST(MeshStreams, SayWhatTheMeshLacks)

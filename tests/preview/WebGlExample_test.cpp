@@ -1,15 +1,8 @@
-#include "mox/graph/BindingsDocument.h"
-#include "mox/graph/OpenMaterial.h"
+#include "mox/Text.h"
 #include "mox/preview/MeshShapes.h"
 #include "mox/preview/Scene.h"
-#include "mox/program/MaterialProgram.h"
-#include "mox/targets/ProgramTranslator.h"
-#include "mox/targets/Reflection.h"
 #include "tests/preview/ExamplePreview.h"
 #include "tests/preview/PictureComparison.h"
-#include "tests/support/Browser.h"
-#include "tests/support/BuildTree.h"
-#include "tests/support/DeviceTest.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <nlohmann/json.hpp>
@@ -20,24 +13,18 @@ namespace {
 
 const std::filesystem::path examples = MOX_EXAMPLES;
 
-class WebGlExampleTest : public DeviceTest<ExamplePreview>
+class WebGlExampleTest : public BrowserPictureTest
 {
 protected:
     /// Writes what a user obtains from "mox export" and "mox bindings".
     void Export(const std::filesystem::path& file) const
     {
-        ProblemList problems;
-        const MaterialGraph graph = OpenMaterial(file, TestPlugins(), problems);
-        const CgProgram program = BuildMaterialProgram(graph, TestEnvironment(), {}, problems);
-        const CompiledProgram compiled =
-            Translate(program, {CompileTarget::Essl}, Mox::Languages::Precision::Full, {},
-                      file.string(), problems);
-        problems.ThrowFirstError();
-        const std::string stem = file.stem();
-        _folder.Write(stem + ".vertex.essl", compiled.Programs[0].Bytes);
-        _folder.Write(stem + ".fragment.essl", compiled.Programs[1].Bytes);
-        _folder.Write(stem + ".reflection.json", FormatReflection(compiled));
-        _folder.Write(stem + ".bindings.xml", FormatBindings(CreateBindings(graph)));
+        using Mox::Materials::Compose;
+        RunCommand(Compose(MOX_PROGRAM " export --target essl -o ", Quoted(_folder.Path()), " ",
+                           Quoted(file)),
+                   _folder.Path() / "log");
+        RunCommand(Compose(MOX_PROGRAM " bindings ", Quoted(file)),
+                   _folder.Path() / Compose(file.stem().string(), ".bindings.xml"));
     }
 
     const TemporaryFolder _folder;
@@ -45,10 +32,6 @@ protected:
 
 TEST_F(WebGlExampleTest, DrawsWhatPreviewsDraw)
 {
-    if (!HasBrowser())
-        GTEST_SKIP() << "no browser was found";
-    if (Get().Drawer.DeviceName().find("llvmpipe") == std::string::npos)
-        GTEST_SKIP() << "other devices filter textures anisotropically";
     constexpr std::uint32_t size = 192;
     for (const auto& entry : std::filesystem::directory_iterator(examples / "webgl")) {
         if (entry.path().extension() == ".js")
@@ -62,20 +45,13 @@ TEST_F(WebGlExampleTest, DrawsWhatPreviewsDraw)
         const std::filesystem::path file = examples / (material + ".xml");
         Export(file);
         nlohmann::json values = MakeSceneValues(mesh, 1.0f);
-        values["time"] = {0.0f};
-        values["frame"] = {0.0f};
+        values["time"] = values["frame"] = {0.0f};
         const nlohmann::json pixels = AskBrowser(
             {{"material", material}, {"size", size}, {"values", values}}, _folder.Path());
-        PreviewOptions options;
-        options.Width = options.Height = size;
-        ProblemList problems;
-        const Picture picture =
-            Get().Drawer.RenderMaterial(ReadMaterialDocument(file), mesh, options, problems);
-        problems.ThrowFirstError();
-
         // The example encodes colours twice. The mip levels of its textures average encoded
         // colours, whereas those of previews average linear light.
-        ExpectSamePicture(pixels.get<std::vector<std::uint8_t>>(), picture, {6, 2.0});
+        ExpectSamePicture(pixels.get<std::vector<std::uint8_t>>(), Draw(file, mesh, size),
+                          {6, 2.0});
     }
 }
 

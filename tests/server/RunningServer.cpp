@@ -62,11 +62,10 @@ RawClient::RawClient(std::uint16_t port) : _socket(_context)
     _socket.connect(Endpoint(port));
 }
 
-bool RawClient::Send(std::string_view bytes)
+void RawClient::Send(std::string_view bytes)
 {
     beast::error_code error;
     asio::write(_socket, asio::buffer(bytes.data(), bytes.size()), error);
-    return !error;
 }
 
 std::string RawClient::ReadHeader()
@@ -103,10 +102,12 @@ void PageClient::Send(const Json& message)
     _stream.write(asio::buffer(FormatJson(message)));
 }
 
-void PageClient::SendBinary(const std::string& content)
+void PageClient::Send(const Json& message, const std::string& bytes)
 {
+    const std::string json = FormatJson(message);
     _stream.binary(true);
-    _stream.write(asio::buffer(content));
+    _stream.write(
+        asio::buffer(std::string{static_cast<char>(json.size()), 0, 0, 0} + json + bytes));
 }
 
 Json PageClient::Receive(std::string* bytes)

@@ -52,8 +52,7 @@ class RawClient
 public:
     explicit RawClient(std::uint16_t port);
 
-    /// @returns whether everything could be sent
-    bool Send(std::string_view bytes);
+    void Send(std::string_view bytes);
 
     /// Reads up to the end of a header.
     std::string ReadHeader();
@@ -74,7 +73,7 @@ public:
     PageClient(std::uint16_t port, const std::string& token);
 
     void Send(const Mox::Host::Json& message);
-    void SendBinary(const std::string& content);
+    void Send(const Mox::Host::Json& message, const std::string& bytes);
 
     /// Receives the next message and its binary data.
     Mox::Host::Json Receive(std::string* bytes = nullptr);

@@ -4,7 +4,19 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
+
+std::vector<std::string> SessionNames(const std::string& room)
+{
+    std::vector<std::string> names;
+    for (const auto& entry :
+         std::filesystem::directory_iterator(MOX_TEST_DATA "/" + room + "/sessions"))
+        names.push_back(entry.path().stem().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
 
 void ExpectSession(const std::string& name, const SessionAttempt& attempt)
 {

@@ -1,6 +1,8 @@
 // MaterialX documents with one standard node each, for each signature of a node in the standard libraries. The inputs
 // vary over the surface.
 
+import { slope } from './scene.mjs';
+
 const components = { float: 1, integer: 1, boolean: 1, vector2: 2, vector3: 3, vector4: 4, color3: 3, color4: 4 };
 
 /** Ranges of inputs that differ from -1.5 to 2.5, by node and input; "" is the range of all other inputs of a node. */
@@ -81,13 +83,10 @@ class Writer {
   }
 
   /** Adds a number that varies linearly over the surface, each time in a different direction. */
-  number([from, to]) {
-    const angle = 0.7 + 2.4 * this.count; // not close to any simple fraction of a circle
-    const [x, y] = [Math.cos(angle), Math.sin(angle)];
-    const length = (to - from) / (Math.abs(x) + Math.abs(y));
-    const start = from - Math.min(x, 0) * length - Math.min(y, 0) * length;
+  number(range) {
+    const { x, y, start } = slope(this.count, range);
     const along = this.add('dotproduct', 'float', link('in1', 'vector2', 'uv'),
-      text('in2', 'vector2', `${(x * length).toFixed(5)}, ${(y * length).toFixed(5)}`));
+      text('in2', 'vector2', `${x.toFixed(5)}, ${y.toFixed(5)}`));
     return this.add('add', 'float', link('in1', 'float', along), text('in2', 'float', start.toFixed(5)));
   }
 
@@ -154,8 +153,7 @@ function writeCase(definition, output, given, isWhole) {
 }
 
 /**
- * Makes the cases for some nodes, each with a name, a category, a document as text, and whether it is for the first
- * signature of its node. All inputs vary; for the first signature, in a second case only the first input varies and the
+ * Makes the cases for some nodes, each with a name, a category and a document as text. All inputs vary; for the first signature, in a second case only the first input varies and the
  * others have their default values.
  * @param library standard libraries of MaterialX
  * @param categories names of nodes
@@ -181,10 +179,10 @@ export function makeCases(library, categories) {
         const name = [definition.getName().slice(3), outputs.length > 1 && output.getName(), i > 0 && `choice${i}`]
           .filter(Boolean).join('_');
         const material = writeCase(definition, output, given, true);
-        cases.push({ name, category, isFirst, text: material });
+        cases.push({ name, category, text: material });
         const plain = writeCase(definition, output, given, false);
         if (isFirst && plain !== material)
-          cases.push({ name: `${name}_defaults`, category, isFirst, text: plain });
+          cases.push({ name: `${name}_defaults`, category, text: plain });
       }
     }
   }

@@ -1,8 +1,7 @@
 // Compares the results of MaterialX's nodes with those of their counterparts here. Documents with one node each are
 // drawn with programs of MaterialX's own generator and with those of `mox export`; the documents that `mox convert`
 // writes back are drawn as well. The same browser draws all of them.
-// Usage: node compare.mjs MOX [WORD] [--quick]. WORD is a regular expression that selects cases by name. With --quick,
-// only the first signature of each node is compared. Exits with 77 if there is no browser, or if MaterialX's package
+// Usage: node compare.mjs MOX [WORD]. WORD is a regular expression that selects cases by name. Exits with 77 if there is no browser, or if MaterialX's package
 // cannot be installed.
 
 import { execFile, spawnSync } from 'node:child_process';
@@ -18,8 +17,7 @@ import { eye, frame, picture, size, streams, time, viewProjection, world, worldI
 
 const here = fileURLToPath(new URL('.', import.meta.url));
 const root = path.join(here, '../../..');
-const [mox, word = ''] = process.argv.slice(2).filter((word) => word !== '--quick');
-const isQuick = process.argv.includes('--quick');
+const [mox, word = ''] = process.argv.slice(2);
 const bound = 1e-4; // relative to the larger number, or absolute for numbers below 1
 const run = promisify(execFile);
 
@@ -78,13 +76,8 @@ async function findOutput(document, text) {
   return document.getNodeGraph('g').getOutput('out');
 }
 
-async function makePeerProgram(text) {
-  try {
-    return await generateProgram(text);
-  } catch (error) {
-    return { error: typeof error === 'number' ? mx.getExceptionMessage(error) : String(error) };
-  }
-}
+const makePeerProgram = (text) => generateProgram(text).catch((error) =>
+  ({ error: typeof error === 'number' ? mx.getExceptionMessage(error) : String(error) }));
 
 async function generateProgram(text) {
   const document = mx.createDocument();
@@ -157,12 +150,12 @@ function differ(one, other) {
 }
 
 const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'mox_numbers_'));
-process.on('exit', () => process.env.MOX_KEEP ? console.log(folder) : fs.rmSync(folder, { recursive: true }));
+process.on('exit', () => fs.rmSync(folder, { recursive: true }));
 const at = (name) => path.join(folder, name);
 
 const table = fs.readFileSync(path.join(root, 'mox/interchange/standard_nodes.xml'), 'utf8');
 const cases = [...makeCases(library, categoriesOf(table)), ...makeDocuments(table)]
-  .filter(({ name, isFirst }) => name.match(word) && (isFirst || !isQuick));
+  .filter(({ name }) => name.match(word));
 
 /** Converts MaterialX documents to our format, and all documents to MaterialX. */
 async function convertCases(part) {

@@ -1,5 +1,7 @@
 // Material documents with one node each, with the types and settings that are written as several MaterialX nodes.
 
+import { slope } from './scene.mjs';
+
 /** Component counts of the ports whose count is not 3. */
 const counts = [
   [/^in_uv$/, 2],
@@ -40,14 +42,11 @@ class Writer {
   }
 
   /** Adds a number that varies linearly over the surface, each time in a different direction. */
-  number([from, to]) {
+  number(range) {
     this.axes ??= this.node('CoreSwizzle', { 'Vector Type': 'Uv' },
       { in_vec: { tail: this.node('CoreUv', { Name: 'uv0' }), tailPort: 'read' } });
-    const angle = 0.7 + 2.4 * this.count;
-    const [x, y] = [Math.cos(angle), Math.sin(angle)];
-    const length = (to - from) / (Math.abs(x) + Math.abs(y));
-    const along = (port, part) => this.maths('Multiply', { tail: this.axes, tailPort: port }, part * length);
-    const start = from - Math.min(x, 0) * length - Math.min(y, 0) * length;
+    const { x, y, start } = slope(this.count, range);
+    const along = (port, part) => this.maths('Multiply', { tail: this.axes, tailPort: port }, part);
     return this.maths('Addition', this.maths('Addition', along('out_x', x), along('out_y', y)), start);
   }
 
@@ -96,7 +95,7 @@ export function makeDocuments(table) {
     const part = (name) => ({ tail: writer.split ??= writer.node('CoreSwizzle', { 'Vector Type': 'Uv' }, { in_vec: result }),
       tailPort: name });
     const light = count === 2 ? writer.combine([part('out_x'), part('out_y'), part('out_y')]) : result;
-    cases.push({ name: `${type}_${choice}`.replace(/\W+/g, '_'), category: `${type} ${choice}`, isFirst: true,
+    cases.push({ name: `${type}_${choice}`.replace(/\W+/g, '_'), category: `${type} ${choice}`,
       document: writer.finish(light) });
   }
   return cases;

@@ -4,6 +4,15 @@ export const size = 8;
 
 const corners = [[-1, -1], [1, -1], [-1, 1], [1, 1]];
 
+/** A linear function of uv that covers a range on the square; each number gives a different direction. */
+export function slope(number, [from, to]) {
+  const angle = 0.7 + 2.4 * number; // not close to any simple fraction of a circle
+  const [cosine, sine] = [Math.cos(angle), Math.sin(angle)];
+  const length = (to - from) / (Math.abs(cosine) + Math.abs(sine));
+  const [x, y] = [cosine * length, sine * length];
+  return { x, y, start: from - Math.min(x, 0) - Math.min(y, 0) };
+}
+
 export const streams = {
   position: corners.map(([x, y]) => [x, y, 0.25]),
   uv0: corners.map(([x, y]) => [0.5 + 0.5 * x, 0.5 + 0.5 * y]),
