@@ -303,20 +303,29 @@ private:
     {
         const char* name = Pick(names);
         const ShaderType& type = Pick(types);
-        switch (_choices.Below(6)) {
+        const std::size_t kind = _choices.Below(6);
+        const std::int32_t nodeFlags = kind == 0 ? Pick(flags) : 0;
+        const ShaderType& result = kind > 3 ? Pick(types) : type;
+        Attempt([&] { _nodes.push_back(CreateNode(kind, name, nodeFlags, type, result)); });
+    }
+
+    static ShaderNodeHandle CreateNode(std::size_t kind, const char* name, std::int32_t nodeFlags,
+                                       const ShaderType& type, const ShaderType& result)
+    {
+        switch (kind) {
         case 0:
-            return _nodes.push_back(ShaderNode::CreateInterfaceParameter(name, Pick(flags), type));
+            return ShaderNode::CreateInterfaceParameter(name, nodeFlags, type);
         case 1:
-            return _nodes.push_back(ShaderNode::CreateVaryingParameter(name, type));
+            return ShaderNode::CreateVaryingParameter(name, type);
         case 2:
-            return _nodes.push_back(ShaderNode::CreateUniformParameter(name, type));
+            return ShaderNode::CreateUniformParameter(name, type);
         case 3:
-            return _nodes.push_back(ShaderNode::CreateInterpolantParameter(type));
+            return ShaderNode::CreateInterpolantParameter(type);
         default:
             ShaderFunctionBuilder builder;
             builder.AddInput(type, input);
-            builder.AddOutput(Pick(types), output);
-            _nodes.push_back(builder.Build(ShaderLevel::Automatic, name));
+            builder.AddOutput(result, output);
+            return builder.Build(ShaderLevel::Automatic, name);
         }
     }
 

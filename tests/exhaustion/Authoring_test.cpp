@@ -76,19 +76,6 @@ TEST(AuthoringExhaustion, ListAndIndexOfABagAgree)
     ExpectSurvival(make, addTwice, describe);
 }
 
-TEST(AuthoringExhaustion, EdgeLists)
-{
-    const auto edge = boost::make_shared<GuiEdge>();
-    const auto make = [] { return boost::make_shared<TestNode>("test"); };
-    const auto describe = [](const auto& node) {
-        return Compose(node->InEdges.size(), " ", node->OutEdges.size());
-    };
-    ExpectSurvival(
-        make, [&](const auto& node) { node->AddInEdge(edge); }, describe);
-    ExpectSurvival(
-        make, [&](const auto& node) { node->AddOutEdge(edge); }, describe);
-}
-
 /// @param make returns a handle that keeps many nodes alive
 /// @returns whether releasing them tried to allocate memory and coped without it
 template <class Make>

@@ -1,12 +1,10 @@
 #include "mox/Text.h"
 #include "mox/bindings/Binding.h"
-#include "mox/bindings/XmlAttributes.h"
+#include "mox/graph/BindingsDocument.h"
 #include "tests/exhaustion/EveryAllocation.h"
 #include "tests/support/XmlElement.h"
 
-#include <algorithm>
-#include <memory>
-#include <sstream>
+#include <vector>
 
 using namespace Mox::Materials;
 
@@ -34,54 +32,15 @@ std::string DescribeBinding(const boost::shared_ptr<Binding>& binding)
     return element.Attributes();
 }
 
-/// One attribute per line, sorted, because an attribute that is lost and written again moves.
-std::string DescribeAttributes(const std::unique_ptr<XmlElement>& element)
+TEST(BindingExhaustion, AreWrittenAndReadWholeOrNotAtAll)
 {
-    std::vector<std::string> attributes = element->AttributeList();
-    std::sort(attributes.begin(), attributes.end());
-    std::string lines;
-    for (const std::string& attribute : attributes)
-        lines += attribute + "\n";
-    return lines;
-}
-
-TEST(BindingExhaustion, AttributesAreWrittenWhole)
-{
-    for (const auto type : {StreamType::Float, StreamType::Texture, StreamType::Uv}) {
-        const auto binding = MakeFull(type);
-        const std::string whole = DescribeBinding(binding) + " ";
-        const auto expectWhole = [&](const std::string&, const std::string& after) {
-            std::istringstream attributes(after);
-            for (std::string attribute; std::getline(attributes, attribute);)
-                EXPECT_TRUE(whole.find(attribute + " ") != std::string::npos ||
-                            attribute.ends_with("=\"old\""))
-                    << attribute;
-        };
-        for (const char* present : {"", "tag='old' cgname='old'"}) {
-            ExpectSurvival([&] { return std::make_unique<XmlElement>(present); },
-                           [&](const auto& element) { binding->WriteXml(element->Get()); },
-                           DescribeAttributes, expectWhole);
-        }
-    }
-}
-
-TEST(BindingExhaustion, AttributesAreReadOrReported)
-{
-    for (const auto type : {StreamType::Float, StreamType::Texture, StreamType::Uv}) {
-        const XmlElement element;
-        MakeFull(type)->WriteXml(element.Get());
-        ExpectSurvival([&] { return CreateBinding(type, longText + "2", 3); },
-                       [&](const auto& binding) { binding->ReadXml(element.Get()); },
-                       DescribeBinding, ExpectUsable);
-    }
-}
-
-TEST(BindingExhaustion, AttributeCalls)
-{
-    const XmlElement element("present='" + longText + "'");
-    const auto failureOf = [](auto call) { return [=] { return FailureOf(call); }; };
-    ExpectText([&] { return GetXmlAttribute(element.Get(), "present"); });
-    ExpectText(failureOf([&] { GetXmlAttribute(element.Get(), "absent" + longText); }));
+    std::vector<Mox::Host::PluginBinding> bindings;
+    for (const auto type : {StreamType::Float, StreamType::Texture, StreamType::Uv})
+        bindings.emplace_back(MakeFull(type));
+    const std::string text = Mox::Host::FormatBindings(bindings);
+    ExpectAllOrNothing([&] { return Mox::Host::FormatBindings(bindings); });
+    ExpectAllOrNothing(
+        [&] { return Mox::Host::FormatBindings(Mox::Host::ParseBindings("x.xml", text)); });
 }
 
 TEST(BindingExhaustion, ValuesAreSetWhole)

@@ -7,6 +7,7 @@
 #include "mox/host/Plugin.h"
 #include "mox/shader/ShaderGraphGenerator.h"
 #include "tests/exhaustion/EveryAllocation.h"
+#include "tests/support/NodeModes.h"
 #include "tests/support/NodeText.h"
 
 #include <boost/dll/shared_library.hpp>
@@ -19,7 +20,6 @@ using namespace Mox::Materials;
 
 namespace {
 
-constexpr std::size_t standardProperties = 8;
 using NodeHandle = boost::shared_ptr<GuiNode>;
 using Factory = std::unique_ptr<GuiNodeFactory>;
 
@@ -50,33 +50,12 @@ void ForEachType(Call call)
     }
 }
 
-/// Settings for every combination of a node's choices and flags.
-std::vector<std::string> ModesOf(const GuiNode& node)
-{
-    std::vector<std::string> modes = {""};
-    const auto& properties = node.Properties->Properties;
-    for (std::size_t i = standardProperties; i < properties.size(); ++i) {
-        std::vector<std::string> values = properties[i]->Choices;
-        if (properties[i]->Kind == GuiPropertyKind::Bool)
-            values = {"false", "true"};
-        else if (properties[i]->Kind != GuiPropertyKind::Enum)
-            continue;
-        std::vector<std::string> longer;
-        for (const std::string& mode : modes) {
-            for (const std::string& value : values)
-                longer.push_back(Compose(mode, properties[i]->Name, "=", value, "; "));
-        }
-        modes = longer;
-    }
-    return modes;
-}
-
 /// Calls a function for a factory, each of its types and each mode of the type.
 template <class Call>
 void ForEachMode(Call call)
 {
     ForEachType([&](GuiNodeFactory& factory, const std::string& type) {
-        for (const std::string& mode : ModesOf(*factory.Create(type))) {
+        for (const std::string& mode : CombineSettings(*factory.Create(type))) {
             SCOPED_TRACE(mode);
             call([&, mode] {
                 NodeHandle node = factory.Create(type);
@@ -100,25 +79,15 @@ std::string DescribeNode(const NodeHandle& node)
 TEST(PluginExhaustion, FactoryWithoutMemoryIsNull)
 {
     for (const char* file : pluginFiles) {
-        const boost::dll::shared_library& library = Library(file);
-        auto& create = library.get<GuiNodeFactory*()>("CreateNodeFactory");
-        Allocations::FailAt(1, Allocations::Shortage::Lasting);
-        const GuiNodeFactory* factory = create();
-        EXPECT_TRUE(Allocations::EndFailing()) << "the plug-in has another operator new";
-        EXPECT_EQ(factory, nullptr);
-    }
-}
-
-TEST(PluginExhaustion, Factory)
-{
-    for (const char* file : pluginFiles) {
-        const auto create = [&] {
-            Factory factory = CreateFactory(file);
+        auto& create = Library(file).get<GuiNodeFactory*()>("CreateNodeFactory");
+        const auto make = [&] {
+            Factory factory;
+            EXPECT_NO_THROW(factory.reset(create()));
             if (!factory)
                 throw std::bad_alloc();
             return factory;
         };
-        ExpectMade(create, [](const Factory& factory) {
+        ExpectMade(make, [](const Factory& factory) {
             std::string text;
             for (std::size_t i = 0; factory && i < factory->Descriptions.size(); ++i)
                 text += factory->Descriptions[i].Label + "\n";
