@@ -226,10 +226,11 @@ constexpr const char* operations[] = {"Create",
 /// The faults that throw nothing.
 constexpr const char* quietFaults[] = {"nothing", "bag", "property", "name", "kind"};
 
-/// Icons that would crash a host that does not check for null.
+/// Icons that would crash a host that does not check them.
 constexpr const char* nullRow[] = {"1 2 1 1", " c None", " ", nullptr};
 constexpr const char* nullColour[] = {"1 1 2 1", " c None", nullptr};
 constexpr const char* nullHeader[] = {nullptr};
+constexpr const char* shortRow[] = {"2 1 1 1", " c None", " "};
 constexpr const char* goodIcon[] = {"2 1 2 1", "  c None", "x m white c #FF8001", " x"};
 
 GuiNodeDescription FaultyRow(const std::string& fault)
@@ -246,6 +247,8 @@ GuiNodeDescription FaultyRow(const std::string& fault)
         row.Icon = nullRow;
     else if (fault == "null colour")
         row.Icon = nullColour;
+    else if (fault == "short row")
+        row.Icon = shortRow;
     else if (fault == "null header")
         row.Icon = nullHeader;
     return row;
