@@ -21,44 +21,31 @@ using namespace Mox::Materials;
 namespace {
 
 using NodeHandle = boost::shared_ptr<GuiNode>;
-using Factory = std::unique_ptr<GuiNodeFactory>;
-
-const boost::dll::shared_library& Library(const char* file)
-{
-    static const boost::dll::shared_library core(MOX_CORE_PLUGIN);
-    static const boost::dll::shared_library surface(MOX_SURFACE_PLUGIN);
-    return std::string_view(file) == MOX_CORE_PLUGIN ? core : surface;
-}
-
-Factory CreateFactory(const char* file)
-{
-    return Factory(Library(file).get<GuiNodeFactory*()>("CreateNodeFactory")());
-}
 
 constexpr const char* pluginFiles[] = {MOX_CORE_PLUGIN, MOX_SURFACE_PLUGIN};
 
-/// Calls a function for a factory and each of its types.
+/// Calls a function for each type of these plug-ins, with a function that creates a node.
 template <class Call>
 void ForEachType(Call call)
 {
     for (const char* file : pluginFiles) {
-        const Factory factory = CreateFactory(file);
-        for (const auto& row : factory->Descriptions) {
+        const Host::Plugin plugin(file);
+        for (const Host::PluginType& row : plugin.Types()) {
             SCOPED_TRACE(row.TypeName);
-            call(*factory, row.TypeName);
+            call([&] { return plugin.CreateNode(row.TypeName).Handle(); });
         }
     }
 }
 
-/// Calls a function for a factory, each of its types and each mode of the type.
+/// The same for each mode of each type.
 template <class Call>
 void ForEachMode(Call call)
 {
-    ForEachType([&](GuiNodeFactory& factory, const std::string& type) {
-        for (const std::string& mode : CombineSettings(*factory.Create(type))) {
+    ForEachType([&](auto create) {
+        for (const std::string& mode : CombineSettings(*create())) {
             SCOPED_TRACE(mode);
-            call([&, mode] {
-                NodeHandle node = factory.Create(type);
+            call([&] {
+                NodeHandle node = create();
                 ApplySettings(*node, mode);
                 return node;
             });
@@ -79,15 +66,16 @@ std::string DescribeNode(const NodeHandle& node)
 TEST(PluginExhaustion, FactoryWithoutMemoryIsNull)
 {
     for (const char* file : pluginFiles) {
-        auto& create = Library(file).get<GuiNodeFactory*()>("CreateNodeFactory");
+        const boost::dll::shared_library library(file);
+        auto& create = library.get<GuiNodeFactory*()>("CreateNodeFactory");
         const auto make = [&] {
-            Factory factory;
+            std::unique_ptr<GuiNodeFactory> factory;
             EXPECT_NO_THROW(factory.reset(create()));
             if (!factory)
                 throw std::bad_alloc();
             return factory;
         };
-        ExpectMade(make, [](const Factory& factory) {
+        ExpectMade(make, [](const auto& factory) {
             std::string text;
             for (std::size_t i = 0; factory && i < factory->Descriptions.size(); ++i)
                 text += factory->Descriptions[i].Label + "\n";
@@ -98,15 +86,12 @@ TEST(PluginExhaustion, FactoryWithoutMemoryIsNull)
 
 TEST(PluginExhaustion, Create)
 {
-    ForEachType([](GuiNodeFactory& factory, const std::string& type) {
-        ExpectMade([&] { return factory.Create(type); }, DescribeNode);
-    });
+    ForEachType([](auto create) { ExpectMade(create, DescribeNode); });
 }
 
-TEST(PluginExhaustion, CreateThroughTheHost)
+TEST(PluginExhaustion, Load)
 {
-    const Host::Plugin plugin(MOX_CORE_PLUGIN);
-    ExpectMade([&] { return plugin.CreateNode("CoreMaths").Handle(); }, DescribeNode);
+    const Host::Plugin keepsTheLibraryLoaded(MOX_CORE_PLUGIN);
     const auto load = [] {
         try {
             return std::make_unique<Host::Plugin>(MOX_CORE_PLUGIN);
@@ -142,16 +127,16 @@ TEST(PluginExhaustion, UpdatePorts)
 
 TEST(PluginExhaustion, LoadProperties)
 {
-    ForEachType([](GuiNodeFactory& factory, const std::string& type) {
-        const NodeHandle stored = factory.Create(type);
+    ForEachType([](auto create) {
+        const NodeHandle stored = create();
         for (const auto& property : stored->Properties->Properties) {
             if (property->Kind == GuiPropertyKind::String)
                 property->Text = longText;
             property->Floats[0] = 0.5f;
         }
-        ExpectSurvival([&] { return factory.Create(type); },
-                       [&](const NodeHandle& node) { node->LoadProperties(stored->Properties); },
-                       DescribeNode, ExpectUsable);
+        ExpectSurvival(
+            create, [&](const NodeHandle& node) { node->LoadProperties(stored->Properties); },
+            DescribeNode, ExpectUsable);
     });
 }
 
@@ -204,7 +189,7 @@ TEST(PluginExhaustion, CreateBindings)
 /// An edge that no longer exists is reported as such, unless there is no memory for the message.
 TEST(PluginExhaustion, EdgesThatHaveGone)
 {
-    const NodeHandle node = CreateFactory(MOX_CORE_PLUGIN)->Create("CoreMaths");
+    const NodeHandle node = Host::Plugin(MOX_CORE_PLUGIN).CreateNode("CoreMaths").Handle();
     node->UpdatePorts({});
     ResolveAlone(*node, "", 3, ComponentType::Float);
     node->AddOutEdge(boost::make_shared<GuiEdge>());

@@ -101,24 +101,4 @@ TEST(Environment, OwnEntriesComeFirstAndOwnUniformsLast)
     EXPECT_EQ(environment.Files.size(), 4);
 }
 
-TEST(Environment, UniformsAreInOrderAndOnce)
-{
-    const TemporaryFolder folder;
-    folder.Write("environment.xml", R"(<environment version="1">
-        <value name="a" type="float"><in name="i" type="float" uniform="time" per="frame"/></value>
-        <value name="b" type="float3">
-          <in name="i" type="float3" uniform="place" per="object"/>
-          <in name="j" type="float" uniform="time" per="frame"/>
-          <in name="k" type="sampler2D" uniform="map"/>
-          <body>b</body>
-        </value>
-        <value name="c" type="half"><in name="i" type="half" uniform="wear"/></value>
-      </environment>)");
-    std::string text;
-    for (const EnvironmentUniform& uniform : ReadEnvironment(folder.Path()).Uniforms)
-        text += uniform.Type.Format() + " " + uniform.Name + " per " +
-                std::string(GetRateName(uniform.Rate)) + "\n";
-    EXPECT_EQ(text, "float time per frame\nfloat3 place per object\nhalf wear per object\n");
-}
-
 } // namespace
