@@ -140,20 +140,6 @@ TEST(PluginExhaustion, LoadProperties)
     });
 }
 
-/// Adds everything that nodes of the Surface plug-in request.
-void Provide(ShaderGraph& graph)
-{
-    constexpr std::pair<const char*, int> values[] = {
-        {"facingRatio", 1},  {"time", 1},          {"frame", 1},          {"worldPosition", 3},
-        {"worldNormal", 3},  {"viewDirection", 3}, {"objectPosition", 3}, {"objectNormal", 3},
-        {"worldTangent", 3}, {"worldBinormal", 3}, {"shadingNormal", 3},  {"eyeDistance", 1},
-        {"screenUv", 2},     {"faceSign", 1},      {"lightDirection", 3},
-    };
-    for (const auto& [name, columns] : values)
-        graph.InsertNode(ShaderNode::CreateInterfaceParameter(
-            name, 0, ShaderType(ComponentType::Float, columns, 1, 1)));
-}
-
 TEST(PluginExhaustion, GenerateShader)
 {
     ForEachMode([](auto make) {
@@ -164,7 +150,8 @@ TEST(PluginExhaustion, GenerateShader)
         ResolveAlone(*node, "*", 3, ComponentType::Float);
         const auto generate = [&] {
             ShaderGraph graph;
-            Provide(graph);
+            for (const auto& [name, type] : SurfaceValues())
+                graph.InsertNode(ShaderNode::CreateInterfaceParameter(name, 0, type));
             return DescribeShader(*node, graph);
         };
         EXPECT_FALSE(generate().starts_with("failure"));
