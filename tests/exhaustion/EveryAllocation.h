@@ -2,7 +2,6 @@
 
 #include "mox/host/HostError.h"
 #include "tests/exhaustion/Allocations.h"
-#include "tests/support/Failure.h"
 
 #include <gtest/gtest.h>
 #include <libxml/xmlerror.h>
@@ -128,13 +127,6 @@ void ExpectText(Call call, Allocations::Owner owner = Allocations::Owner::All)
 {
     ExpectMade(
         call, [](const std::string& text) { return text; }, owner);
-}
-
-/// For operations that must refuse their input, with any message.
-template <class Call>
-void ExpectRefused(Call call)
-{
-    EXPECT_NE(FailureOf(call), "no failure");
 }
 
 /// For operations that return a string while libxml2's allocations fail. libxml2 then leaks blocks

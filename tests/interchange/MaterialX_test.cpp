@@ -45,7 +45,7 @@ bool IsReported(const std::string& difference, const std::set<std::string>& repo
     if (!difference.starts_with("node") && !difference.starts_with("edge") &&
         !difference.starts_with("\""))
         return reported.contains("");
-    return std::any_of(reported.begin(), reported.end(), [&](const std::string& node) {
+    return std::ranges::any_of(reported, [&](const std::string& node) {
         return !node.empty() && (difference.find(Compose("\"", node, "\"")) != difference.npos ||
                                  difference.find(Compose("\"", node, "_")) != difference.npos);
     });
@@ -73,11 +73,8 @@ TEST(MaterialX, OfTheExamplesComesBackButForWhatIsReported)
 {
     for (const auto& file : ExampleDocuments()) {
         const MaterialDocument document = ReadMaterialDocument(file);
-        const bool hasSurface =
-            std::any_of(document.Nodes.begin(), document.Nodes.end(), [](const DocumentNode& node) {
-                return node.Type == "Surface" || node.Type == "SurfacePbr";
-            });
-        if (hasSurface)
+        if (std::ranges::count(document.Nodes, "Surface", &DocumentNode::Type) > 0 ||
+            std::ranges::count(document.Nodes, "SurfacePbr", &DocumentNode::Type) > 0)
             ExpectRoundTrip(document);
     }
 }
