@@ -10,6 +10,7 @@
 #include "tests/support/Files.h"
 #include "tests/support/Golden.h"
 #include "tests/support/MaterialText.h"
+#include "tests/support/Session.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -173,65 +174,14 @@ TEST(MaterialX, OfEveryChoiceComesBackButForWhatIsReported)
     }
 }
 
-struct ReadCase
-{
-    const char* What;
-    const char* Colour;  ///< attributes of a shader's colour; without them, there is no shader
-    const char* Text;    ///< further elements, from line 2
-    const char* Problem; ///< the first one, without the file
-};
-
-constexpr ReadCase readCases[] = {
-    {"nothing", "", "", "1: the document has no material"},
-    {"a cycle of nodes", "nodename='a'",
-     "<add name='a' type='color3'><input name='in1' type='color3' nodename='b'/></add>\n"
-     "<add name='b' type='color3'>\n<input name='in1' type='color3' nodename='a'/></add>",
-     "4: node \"in1\": the nodes form a cycle"},
-    {"a node graph that uses itself", "nodename='x'",
-     "<nodedef name='d' node='mine'><output name='out' type='color3'/></nodedef>\n"
-     "<nodegraph name='g' nodedef='d'><mine name='m' type='color3'/><output name='out' "
-     "type='color3' nodename='m'/></nodegraph>\n"
-     "<mine name='x' type='color3'/>",
-     "3: node graphs are nested too deeply or used too often"},
-    {"interfaces in a cycle", "nodegraph='g'",
-     "<nodegraph name='g'><input name='i' type='color3' nodegraph='g' output='o'/>"
-     "<output name='o' type='color3' interfacename='i'/></nodegraph>",
-     "2: the inputs and outputs of node graphs form a cycle"},
-    {"a value that is none", "value='1, x'", "",
-     "1: node \"base_color\": \"1, x\" is not a value of type \"color3\""},
-    {"a node that is not there", "nodename='x'", "", "1: there is no node \"x\""},
-    {"an unknown node", "nodename='x'", "<wood3d name='x' type='color3'/>",
-     "2: node \"x\": \"wood3d\" is not a standard node of MaterialX"},
-    {"a matrix", "nodename='x'", "<add name='x' type='matrix33'/>",
-     "2: node \"x\": add: ports cannot have matrix types"},
-    {"a colour space that is not known", "value='1, 1, 1' colorspace='film'", "",
-     "1: node \"base_color\": the colour space \"film\" is unknown; its colours are treated as "
-     "linear"},
-    {"a shader that is not read", "",
-     "<disney_principled name='s' type='surfaceshader'/>\n<surfacematerial name='m' "
-     "type='material'>"
-     "<input name='surfaceshader' type='surfaceshader' nodename='s'/></surfacematerial>",
-     "2: node \"s\": the shader \"disney_principled\" is not supported"},
-    {"an include in a text", "",
-     "<xi:include xmlns:xi='http://www.w3.org/2001/XInclude' href='a.mtlx'/>",
-     "2: the file \"a.mtlx\" is ignored, because only documents in files can include others"},
-};
-
+/// The first problem of each document.
 TEST(MaterialX, ThatIsBrokenIsReportedWithItsPlace)
 {
-    for (const auto& [what, colour, text, problem] : readCases) {
-        const std::string shader =
-            Compose("<gltf_pbr name='s' type='surfaceshader'><input name='base_color' "
-                    "type='color3' ",
-                    colour, "/></gltf_pbr>");
+    ExpectSession("interchange/broken.txt", [](const std::string& text) {
         ProblemList problems;
-        ParseMaterialX("x.mtlx",
-                       Compose("<materialx version=\"1.39\">", *colour ? shader : "", "\n", text,
-                               "</materialx>"),
-                       problems);
-        ASSERT_FALSE(problems.Problems().empty()) << what;
-        EXPECT_EQ(problems.Problems().front().Format(), Compose("x.mtlx:", problem)) << what;
-    }
+        ParseMaterialX("x.mtlx", text, problems);
+        return problems.Problems().empty() ? "" : problems.Problems().front().Format() + "\n";
+    });
 }
 
 TEST(MaterialX, ThatIsLongOrWideEnds)
