@@ -11,7 +11,6 @@
 #include "tests/support/Golden.h"
 #include "tests/support/MaterialText.h"
 #include "tests/support/Session.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -250,68 +249,6 @@ TEST(MaterialX, ColoursOfAllSpacesBecomeLinear)
         ASSERT_EQ(found.size(), 3u) << space;
         for (std::size_t i = 0; i < 3; ++i)
             EXPECT_NEAR(found[i], light[i], 2e-5f) << space << i;
-    }
-}
-
-TEST(MaterialX, IncludesWhatLiesBesideIt)
-{
-    const TemporaryFolder folder;
-    const auto write = [&](const std::string& name, const std::string& text) {
-        return folder.Write(name, Compose("<materialx version=\"1.39\" "
-                                          "xmlns:xi=\"http://www.w3.org/2001/XInclude\">",
-                                          text, "</materialx>"));
-    };
-    const auto include = [](const std::string& name) {
-        return Compose("<xi:include href=\"", name, "\"/>\n");
-    };
-    const auto material = [](const std::string& name) {
-        return Compose("<surfacematerial name=\"", name, "\" type=\"material\"><input ",
-                       "name=\"surfaceshader\" type=\"surfaceshader\" nodename=\"",
-                       name == "Rust" ? "rough" : "smooth", "\"/></surfacematerial>\n");
-    };
-    const auto rough = write("rough.mtlx", "<gltf_pbr name=\"rough\" type=\"surfaceshader\"/>");
-    const auto smooth =
-        write("smooth.mtlx", include("rough.mtlx") +
-                                 "<gltf_pbr name=\"smooth\" type=\"surfaceshader\"><input "
-                                 "name=\"clearcoat\" type=\"float\" value=\"0.5\"/></gltf_pbr>");
-    const auto file =
-        write("all.mtlx", include("smooth.mtlx") + include("../x.mtlx") + include("rough.mtlx") +
-                              material("Rust") + material("Glaze"));
-    ProblemList problems;
-    const MaterialDocument first = ReadMaterial(file, problems);
-    EXPECT_EQ(first.Description.front().Value, "Rust");
-    EXPECT_EQ(first.Includes, std::vector({smooth, rough}));
-    ASSERT_EQ(problems.Problems().size(), 2u);
-    EXPECT_EQ(problems.Problems()[0].Format(),
-              Compose(file.string(), ":2: the file \"../x.mtlx\" is ignored, because it is missing "
-                                     "or outside the folder of this file"));
-    EXPECT_EQ(
-        problems.Problems()[1].Format(),
-        Compose(
-            file.string(),
-            ":5: node \"Glaze\": this material is ignored; only the material \"Rust\" is read"));
-    ProblemList none;
-    const MaterialDocument other = ReadMaterial(file, none, "Glaze");
-    EXPECT_EQ(none.Problems().size(), 1u);
-    EXPECT_EQ(other.Description.front().Value, "Glaze");
-    EXPECT_GT(other.Nodes.size(), first.Nodes.size()); // the coat
-
-    write("again.mtlx", include("itself.mtlx"));
-    const auto itself = write("itself.mtlx", include("again.mtlx"));
-    write("broken.mtlx", "<gltf_pbr name=");
-    std::string chain = "chain0.mtlx";
-    for (int i = 0; i < 40; ++i)
-        write(Compose("chain", i, ".mtlx"), include(Compose("chain", i + 1, ".mtlx")));
-    for (const auto& [name, message] :
-         {std::pair(itself, "again.mtlx:1: the file includes itself"),
-          std::pair(write("user.mtlx", include("broken.mtlx")), "broken.mtlx:1"),
-          std::pair(folder.Path() / chain, "files include one another more than 16 levels deep"),
-          std::pair(write("none.mtlx", material("A")), "there is no material \"Glaze\"")}) {
-        ProblemList found;
-        ReadMaterial(name, found, name.filename() == "none.mtlx" ? "Glaze" : "");
-        ASSERT_TRUE(found.HasErrors()) << name;
-        EXPECT_NE(found.Problems().back().Format().find(message), std::string::npos)
-            << found.Problems().back().Format();
     }
 }
 
