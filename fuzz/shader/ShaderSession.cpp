@@ -14,7 +14,6 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <string_view>
 #include <vector>
 
 using Mox::Materials::GuiEdge;
@@ -34,24 +33,6 @@ constexpr const char* output = "outputOfAFunction";
 constexpr const char* ports[] = {input, output, "read", "write", "portThatNobodyHas"};
 constexpr const char* names[] = {"firstOfSomeNames", "secondOfSomeNames", "third"};
 constexpr std::int32_t flags[] = {0, 1, -1};
-
-class Provider : public InterfaceNodeProvider
-{
-public:
-    Provider(std::string name, const ShaderType& type) : _name(std::move(name)), _type(type) {}
-
-    ShaderNodeHandle ProvideInterfaceNode(const std::string& name, std::int32_t nodeFlags,
-                                          ShaderGraph&) override
-    {
-        if (name != _name)
-            return {};
-        return ShaderNode::CreateInterfaceParameter(name, nodeFlags, _type);
-    }
-
-private:
-    std::string _name;
-    ShaderType _type;
-};
 
 struct FilledGraph
 {
@@ -132,16 +113,7 @@ std::ptrdiff_t CountEntries(const Entries& entries, const boost::weak_ptr<Shader
 template <class List, class Set>
 void CheckSet(const List& list, const Set& set)
 {
-    std::vector<const void*> objects;
-    objects.reserve(list.size());
-    bool isInSet = true;
-    for (const auto& object : list) {
-        objects.push_back(object.get());
-        isInSet = isInSet && set.contains(object);
-    }
-    std::ranges::sort(objects);
-    Claim(isInSet && set.size() == list.size() &&
-              std::ranges::adjacent_find(objects) == objects.end(),
+    Claim(std::ranges::is_permutation(list, set),
           "list and set agree, and nothing is in them twice");
 }
 
@@ -244,10 +216,8 @@ private:
             CheckEntries(*node);
     }
 
-    /// Returns whether a call succeeds. A failed call must have changed nothing since the last
-    /// check.
-    template <class Call>
-    bool Succeeds(Call call)
+    /// Makes a call. If it fails, it must have changed nothing since the last check.
+    void Attempt(const std::function<void()>& call)
     {
         bool isRefused = false;
         const auto attempt = [&] {
@@ -266,7 +236,6 @@ private:
         _makeCall(attempt, compare);
         if (isRefused)
             compare();
-        return !isRefused;
     }
 
     void Step()
@@ -281,46 +250,25 @@ private:
         const ShaderNodeHandle other = PickHandle(_nodes);
         const ShaderEdgeHandle edge = PickHandle(_edges);
         switch (call) {
-        case 3: {
-            const char* tailPort = Pick(ports);
-            _edges.push_back(
-                boost::make_shared<ShaderEdge>(node, tailPort, other, Pick(ports), false));
-            return;
-        }
+        case 3:
+            return MakeEdge(node, other);
         case 4:
-            if (Succeeds([&] { graph.InsertNode(node); }))
-                Claim(graph.Nodes.back() == node, "a node is inserted at the end");
-            return;
+            return Attempt([&] { graph.InsertNode(node); });
         case 5:
             return FindNode(graph);
-        case 6: {
-            const std::string tailPort = Pick(ports);
-            const std::string headPort = Pick(ports);
-            if (Succeeds([&] { graph.ConnectPorts(node, tailPort, other, headPort, false); }))
-                CheckLastEdge(graph, *node, tailPort, *other, headPort);
-            return;
-        }
-        case 7: {
-            const auto columns = static_cast<std::int32_t>(1 + graph.Providers.size() % 4);
-            return graph.Providers.push_back(
-                boost::make_shared<Provider>(Pick(names), ShaderType(f, columns, 1, 1)));
-        }
+        case 6:
+        case 12:
+        case 13:
+            return Connect(*filled, call == 6, node, other);
+        case 7:
         case 8:
             node->Flags = Pick(flags);
             return;
         case 9:
         case 10:
-            Succeeds([&] { generator.AddNode(node); });
-            return;
-        case 11: {
-            ShaderNodeHandle found;
-            if (Succeeds([&] { found = generator.GetShaderNode(node); }))
-                Claim(found == generator.NodeMap.at(node), "an added node is found");
-            return;
-        }
-        case 12:
-        case 13:
-            return Connect(*filled, node, other);
+            return Attempt([&] { generator.AddNode(node); });
+        case 11:
+            return Attempt([&] { generator.GetShaderNode(node); });
         case 14:
             return Record(generator, node);
         case 15:
@@ -341,105 +289,84 @@ private:
                       const ShaderEdgeHandle& edge)
     {
         const std::size_t use = _choices.Below(8);
-        if (call != 17) {
-            if (Succeeds([&] { graph.InsertEdge(edge); }))
-                Claim(graph.Edges.back() == edge, "an edge is inserted at the end");
-        } else if (use == 0) {
-            Succeeds([&] { node.AddOutEdge(edge); });
-        } else if (use == 1) {
-            Succeeds([&] { node.AddInEdge(edge); });
-        } else {
+        if (call != 17)
+            Attempt([&] { graph.InsertEdge(edge); });
+        else if (use == 0)
+            Attempt([&] { node.AddOutEdge(edge); });
+        else if (use == 1)
+            Attempt([&] { node.AddInEdge(edge); });
+        else
             std::erase(_edges, edge);
-        }
     }
 
     void MakeNode()
     {
         const char* name = Pick(names);
         const ShaderType& type = Pick(types);
-        switch (_choices.Below(6)) {
+        const std::size_t kind = _choices.Below(6);
+        const std::int32_t nodeFlags = kind == 0 ? Pick(flags) : 0;
+        const ShaderType& result = kind > 3 ? Pick(types) : type;
+        Attempt([&] { _nodes.push_back(CreateNode(kind, name, nodeFlags, type, result)); });
+    }
+
+    static ShaderNodeHandle CreateNode(std::size_t kind, const char* name, std::int32_t nodeFlags,
+                                       const ShaderType& type, const ShaderType& result)
+    {
+        switch (kind) {
         case 0:
-            return _nodes.push_back(ShaderNode::CreateInterfaceParameter(name, Pick(flags), type));
+            return ShaderNode::CreateInterfaceParameter(name, nodeFlags, type);
         case 1:
-            return _nodes.push_back(ShaderNode::CreateVaryingParameter(name, type));
+            return ShaderNode::CreateVaryingParameter(name, type);
         case 2:
-            return _nodes.push_back(ShaderNode::CreateUniformParameter(name, type));
+            return ShaderNode::CreateUniformParameter(name, type);
         case 3:
-            return _nodes.push_back(ShaderNode::CreateInterpolantParameter(type));
+            return ShaderNode::CreateInterpolantParameter(type);
         default:
             ShaderFunctionBuilder builder;
             builder.AddInput(type, input);
-            builder.AddOutput(Pick(types), output);
-            _nodes.push_back(builder.Build(ShaderLevel::Automatic, name));
+            builder.AddOutput(result, output);
+            return builder.Build(ShaderLevel::Automatic, name);
         }
     }
 
-    static void CheckLastEdge(const ShaderGraph& graph, const ShaderNode& tail,
-                              std::string_view tailPort, const ShaderNode& head,
-                              std::string_view headPort)
+    void MakeEdge(const ShaderNodeHandle& tail, const ShaderNodeHandle& head)
     {
-        const ShaderEdge& edge = *graph.Edges.back();
-        Claim(edge.Tail.lock().get() == &tail && edge.TailPort == tailPort &&
-                  edge.Head.lock().get() == &head && edge.HeadPort == headPort && !edge.EdgeFlag,
-              "the last edge is the one that was asked for");
+        const char* tailPort = Pick(ports);
+        _edges.push_back(boost::make_shared<ShaderEdge>(tail, tailPort, head, Pick(ports), false));
     }
 
     void FindNode(ShaderGraph& graph)
     {
         const ShaderGraph::InterfaceKey key(Pick(names), Pick(flags));
         const ShaderType& type = Pick(types);
-        const auto own = graph.InterfaceNodes.find(key);
-        const bool isOwn = own != graph.InterfaceNodes.end();
-        Claim(graph.HasInterfaceNode(key.first, key.second) == isOwn,
-              "the graph knows its own keys");
-        ShaderNodeHandle found;
-        if (Succeeds([&] { found = graph.FindInterfaceNode(key.first, key.second); })) {
-            Claim(isOwn ? found == own->second : found->Name == key.first,
-                  "the graph's own node comes before those of providers");
-        } else {
-            Claim(!isOwn, "the graph finds its own nodes");
-        }
-        Look();
-        if (Succeeds([&] { found = graph.GetInterfaceNode(key.first, key.second, type); }))
-            Claim(found->Type == type, "a node that is found has the type asked for");
+        Attempt([&] { graph.FindInterfaceNode(key.first, key.second); });
+        Attempt([&] { graph.GetInterfaceNode(key.first, key.second, type); });
     }
 
-    /// Every edge that Connect creates must connect ports of the same type.
-    void Connect(FilledGraph& filled, const ShaderNodeHandle& tail, const ShaderNodeHandle& head)
+    void Connect(FilledGraph& filled, bool isPlain, const ShaderNodeHandle& tail,
+                 const ShaderNodeHandle& head)
     {
         const std::string tailPort = Pick(ports);
         const std::string headPort = Pick(ports);
-        const std::size_t edgeCount = filled.Graph.Edges.size();
-        const std::size_t nodeCount = filled.Graph.Nodes.size();
-        if (!Succeeds([&] { filled.Generator.Connect(tail, tailPort, head, headPort); }))
-            return;
-        const ShaderNode& from = *filled.Generator.NodeMap.at(tail);
-        const ShaderNode& to = *filled.Generator.NodeMap.at(head);
-        const bool isConverted = filled.Graph.Nodes.size() != nodeCount;
-        Claim(isConverted == (from.GetOutputPort(tailPort).Type != to.GetInputPort(headPort).Type),
-              "a conversion is added if the types differ");
-        Claim(filled.Graph.Edges.size() == edgeCount + (isConverted ? 2 : 1),
-              "a conversion has two edges");
-        if (!isConverted)
-            return CheckLastEdge(filled.Graph, from, tailPort, to, headPort);
-        const ShaderNode& conversion = *filled.Graph.Nodes.back();
-        CheckLastEdge(filled.Graph, conversion, "out_value", to, headPort);
-        Claim(conversion.GetInputPort("in_value").Type == from.GetOutputPort(tailPort).Type &&
-                  conversion.GetOutputPort("out_value").Type == to.GetInputPort(headPort).Type,
-              "a conversion leads from one type to the other");
+        Attempt([&] {
+            if (isPlain)
+                filled.Graph.ConnectPorts(tail, tailPort, head, headPort, false);
+            else
+                filled.Generator.Connect(tail, tailPort, head, headPort);
+        });
     }
 
     void Record(ShaderGraphGenerator& generator, const ShaderNodeHandle& node)
     {
         const auto& edge = Pick(_guiEdges);
         const std::string port = Pick(ports);
-        if (_choices.Flip()) {
-            Succeeds([&] { generator.RecordEdgeTail(edge, node, port); });
-            Claim(generator.EdgeMap.at(edge).Tail == node, "the last tail counts");
-        } else {
-            Succeeds([&] { generator.RecordEdgeHead(edge, node, port); });
-            Claim(generator.EdgeMap.at(edge).Heads.back() == node, "heads are in their order");
-        }
+        const bool isTail = _choices.Flip();
+        Attempt([&] {
+            if (isTail)
+                generator.RecordEdgeTail(edge, node, port);
+            else
+                generator.RecordEdgeHead(edge, node, port);
+        });
     }
 
     Choices _choices;

@@ -9,17 +9,6 @@ using namespace Mox::Materials;
 
 namespace {
 
-template <class Property>
-concept CanBeMadeWithoutCreate = requires(const std::string& name)
-{
-    Property({}, name);
-}
-|| requires(const std::string& name)
-{
-    Property(name);
-};
-static_assert(!CanBeMadeWithoutCreate<GuiProperty>);
-
 boost::shared_ptr<GuiProperty> EnumOf(std::initializer_list<const char*> words)
 {
     auto property = GuiProperty::Create("p");

@@ -1,6 +1,5 @@
 #include "mox/Text.h"
 #include "mox/batch/Depfile.h"
-#include "tests/support/Failure.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -146,24 +145,6 @@ TEST(Depfile, NinjaReadsEveryName)
     RunIn(folder, "ninja");
     const std::string read = RunIn(folder, "ninja -t deps 'o/xAy'");
     EXPECT_EQ(read.substr(read.find('\n') + 1), expected + "\n");
-}
-
-TEST(Depfile, OverwritesNoFileOfItsRules)
-{
-    const TemporaryFolder folder;
-    const auto material = folder.Write("a.xml", "material");
-    std::filesystem::create_symlink("a.xml", folder.Path() / "link");
-    for (const char* name : {"a.xml", "link", "new"}) {
-        const auto file = folder.Path() / name;
-        Depfile depfile(file);
-        ProblemList problems;
-        depfile.Add({folder.Path() / "new"}, {material}, problems);
-        EXPECT_EQ(HostFailureOf([&] { depfile.Commit(); }),
-                  file.string() +
-                      ": is an input or output of the export, so it is not overwritten");
-    }
-    EXPECT_EQ(folder.Read("a.xml"), "material");
-    EXPECT_EQ(folder.Count(), 2);
 }
 
 } // namespace

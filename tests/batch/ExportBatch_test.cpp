@@ -1,6 +1,5 @@
 #include "mox/batch/ExportBatch.h"
 #include "mox/host/HostError.h"
-#include "tests/support/Failure.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -108,16 +107,6 @@ TEST_F(ExportBatchTest, WritesTextsAndReportsInOrder)
                             "error export: wild: unknown exception\n");
         EXPECT_EQ(Folder.Read("sub/fine.two"), "two of fine");
     }
-}
-
-TEST_F(ExportBatchTest, RefusesTwoWritersOfOneFile)
-{
-    EXPECT_EQ(HostFailureOf([this] {
-                  const ExportBatch batch(Exporter,
-                                          {{"a.xml", "out/a"}, {"b", "o/b"}, {"x/a", "out/./a"}});
-              }),
-              "out/a.one: would be written for both a.xml and x/a");
-    EXPECT_EQ(Exporter.Begun, 0);
 }
 
 TEST_F(ExportBatchTest, StopLeavesOutWhatHasNotBegun)

@@ -9,8 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
-#include <sstream>
 
 namespace {
 
@@ -47,15 +47,6 @@ std::string Repeat(const std::string& text, int count)
     return all;
 }
 
-std::vector<std::string> Lines(const std::string& text)
-{
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
-    return lines;
-}
-
 TEST(MaterialDocument, ExamplesAreInTheCanonicalForm)
 {
     std::vector<std::filesystem::path> files = ExampleDocuments();
@@ -77,39 +68,6 @@ TEST(MaterialDocument, WritingIsAFixedPointAndLosesNothing)
         const MaterialDocument read = Parse(text);
         ASSERT_EQ(FormatMaterialDocument(read), text);
         ASSERT_EQ(FormatDocument(read), FormatDocument(document));
-    }
-}
-
-TEST(MaterialDocument, AChangedValueChangesOneLine)
-{
-    const MaterialDocument everything = ReadMaterialDocument(folder / "everything.xml");
-    const std::vector<std::string> before = Lines(FormatMaterialDocument(everything));
-    using Change = void (*)(MaterialDocument&);
-    const Change changes[] = {
-        [](MaterialDocument& d) { d.Description[0].Value = "two\nlines"; },
-        [](MaterialDocument& d) { d.RenderState[1].Value = "0.75"; },
-        [](MaterialDocument& d) { d.Nodes[0].Type = "u"; },
-        [](MaterialDocument& d) { d.Nodes[0].Properties[0].Value = "\r\n"; },
-        [](MaterialDocument& d) { d.Edges[0].Head = ""; },
-        [](MaterialDocument& d) {
-            d.Edges[1].Points = {{1, 2}};
-        },
-        [](MaterialDocument& d) { d.Annotations[0].Corner.X = 5; },
-        [](MaterialDocument& d) { d.Annotations[0].Colour.clear(); },
-        [](MaterialDocument& d) { d.Bindings[0].Values[0].Value = "0, 1"; },
-        [](MaterialDocument& d) {
-            d.Bindings[0].Values.push_back({"gui", "slider"});
-        },
-    };
-    for (const Change change : changes) {
-        MaterialDocument document = everything;
-        change(document);
-        const std::vector<std::string> after = Lines(FormatMaterialDocument(document));
-        ASSERT_EQ(before.size(), after.size());
-        int count = 0;
-        for (std::size_t i = 0; i < before.size(); ++i)
-            count += before[i] != after[i];
-        EXPECT_EQ(count, 1);
     }
 }
 
@@ -176,15 +134,12 @@ TEST(MaterialDocument, HostileTexts)
     EXPECT_EQ(ProblemsOf("<material xmlns=\"urn:x\" version=\"1\"/>"),
               "error schema: x.xml:1:11: unexpected attribute \"xmlns\", expected only "
               "\"version\"\n");
-    EXPECT_EQ(
-        ProblemsOf("<!--<a b='c'-->\n<material version=\"1\"" + Repeat(" a=\"\"", 100000) + "/>"),
-        "error too-many-attributes: x.xml:2: an element has more than 256 attributes\n");
     // One long line with very many problems: both the list and the parser stop.
     const std::string many = ProblemsOf("<material version=\"1\">" + Repeat("<a/><b/>", 500000));
-    EXPECT_EQ(Lines(many).size(), 1001u);
+    EXPECT_EQ(std::ranges::count(many, '\n'), 1001);
     const std::string longValue =
         ProblemsOf("<material version=\"" + Repeat("\xC3\xA9\n", 1000) + "\"/>");
-    EXPECT_EQ(Lines(longValue).size(), 1u);
+    EXPECT_EQ(std::ranges::count(longValue, '\n'), 1);
     EXPECT_LT(longValue.size(), 200u);
 }
 

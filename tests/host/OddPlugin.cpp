@@ -1,6 +1,5 @@
 #include "mox/Export.h"
 #include "mox/InterfaceVersion.h"
-#include "mox/ShaderError.h"
 #include "mox/authoring/GuiNode.h"
 #include "mox/authoring/GuiNodeFactory.h"
 

@@ -21,18 +21,11 @@ using Mox::Materials::GuiPort;
 
 namespace {
 
-const GuiPort* FindPort(const std::vector<GuiPort>& ports, const std::string& name)
-{
-    const auto port = std::find_if(ports.begin(), ports.end(),
-                                   [&](const GuiPort& entry) { return entry.Name == name; });
-    return port == ports.end() ? nullptr : &*port;
-}
-
 void ExpectPorts(const std::vector<InterchangePort>& expected, const std::vector<GuiPort>& ports)
 {
     for (const InterchangePort& entry : expected) {
-        const GuiPort* port = FindPort(ports, entry.Port);
-        ASSERT_TRUE(port) << entry.Port;
+        const auto port = std::ranges::find(ports, entry.Port, &GuiPort::Name);
+        ASSERT_NE(port, ports.end()) << entry.Port;
         EXPECT_EQ(port->CountFixed ? port->ComponentCount : 0, entry.Count) << entry.Port;
     }
 }

@@ -24,9 +24,6 @@ namespace {
 
 using Types = std::map<std::string, ShaderType>;
 
-const ShaderType scalar{ComponentType::Float, 1, 1, 1};
-const ShaderType vector{ComponentType::Float, 3, 1, 1};
-
 /// Provides interface parameters like a host: creates each one on its first request and adds it.
 class TestProvider : public InterfaceNodeProvider
 {
@@ -61,23 +58,7 @@ std::string Generate(const std::string& material, const Types& provided)
     return FormatProblems(problems) + Host::FormatShaderGraph(shader.Graph) + "\n";
 }
 
-const Types everything = {
-    {"facingRatio", scalar},
-    {"time", scalar},
-    {"frame", scalar},
-    {"worldPosition", vector},
-    {"worldNormal", vector},
-    {"viewDirection", vector},
-    {"objectPosition", vector},
-    {"objectNormal", vector},
-    {"worldTangent", vector},
-    {"worldBinormal", vector},
-    {"shadingNormal", vector},
-    {"eyeDistance", scalar},
-    {"screenUv", ShaderType(ComponentType::Float, 2, 1, 1)},
-    {"faceSign", scalar},
-    {"lightDirection", vector},
-};
+const Types everything = SurfaceValues();
 
 TEST(Surface, WhatEachTypeShowsAndWrites)
 {

@@ -22,11 +22,12 @@ using Materials::Compose;
 namespace {
 
 CgProgram Build(const MaterialDocument& document, ProblemList& problems,
-                const ProgramOptions& options = {})
+                const ProgramOptions& options = {},
+                const Environment& environment = TestEnvironment())
 {
     MaterialGraph graph = LoadMaterial(document, TestPlugins(), problems);
     ResolveGraph(graph, problems);
-    return BuildMaterialProgram(graph, TestEnvironment(), options, problems);
+    return BuildMaterialProgram(graph, environment, options, problems);
 }
 
 /// Describes the problems of a material or, if there are none, its parameters and both programs.
@@ -147,12 +148,11 @@ TEST(MaterialProgram, WhatTheEnvironmentLacksIsToldOnce)
 {
     Environment environment = TestEnvironment();
     const auto normal =
-        std::find_if(environment.Values.begin(), environment.Values.end(),
-                     [](const EnvironmentEntry& value) { return value.Name == "worldNormal"; });
+        std::ranges::find(environment.Values, "worldNormal", &EnvironmentEntry::Name);
     ASSERT_NE(normal, environment.Values.end());
     normal->Inputs.front().SourceName = "lost";
     ProblemList problems;
-    MaterialGraph graph = LoadMaterial(MaterialFromText(R"(
+    Build(MaterialFromText(R"(
         facing SurfaceFacingRatio
         one CoreMaths
         two CoreMaths
@@ -161,9 +161,7 @@ TEST(MaterialProgram, WhatTheEnvironmentLacksIsToldOnce)
         one.out_value -> two.in_value1
         two.out_value -> surface.in_alpha
     )"),
-                                       TestPlugins(), problems);
-    ResolveGraph(graph, problems);
-    BuildMaterialProgram(graph, environment, {}, problems);
+          problems, {}, environment);
     std::string rules;
     for (const Problem& problem : problems.Problems())
         rules += problem.Rule + " ";

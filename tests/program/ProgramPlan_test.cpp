@@ -30,8 +30,8 @@ class GraphMaker
 public:
     GraphMaker()
     {
-        Output("clip", Register::VertexPosition, 0, vector4);
-        Output("pixel", Register::FragmentColorOut, 0, vector4);
+        Fixed("clip", Register::VertexPosition, 0, vector4);
+        Fixed("pixel", Register::FragmentColorOut, 0, vector4);
     }
 
     ShaderNodeHandle Add(const std::string& id, const ShaderNodeHandle& node)
@@ -41,18 +41,13 @@ public:
         return node;
     }
 
-    ShaderNodeHandle Output(const std::string& id, Register type, std::int32_t index,
-                            const ShaderType& value)
+    /// Adds an input or output in a given register.
+    ShaderNodeHandle Fixed(const std::string& id, Register type, std::int32_t index,
+                           const ShaderType& value)
     {
         const auto node = ShaderNode::CreateRegisterParameter({type, index}, value);
         node->Name = id;
         return Add(id, node);
-    }
-
-    ShaderNodeHandle Input(const std::string& id, Register type, std::int32_t index,
-                           const ShaderType& value)
-    {
-        return Output(id, type, index, value);
     }
 
     ShaderNodeHandle Stream(const std::string& id, const ShaderType& type)
@@ -151,33 +146,33 @@ TEST(ProgramPlan, OfParametersThatPlugInsMake)
     });
     tell("two outputs in one register", [](GraphMaker& graph) {
         const auto uv = graph.Stream("uv", vector4);
-        graph.Connect(uv, "read", graph.Output("again", Register::VertexPosition, 0, vector4),
+        graph.Connect(uv, "read", graph.Fixed("again", Register::VertexPosition, 0, vector4),
                       "write");
         graph.End({uv}, {uv});
     });
     tell("two values of the vertex stage in one register", [](GraphMaker& graph) {
         const auto uv = graph.Stream("uv", vector2);
         for (const char* name : {"one", "two"})
-            graph.Connect(uv, "read", graph.Output(name, Register::VertexTexCoord, 0, vector2),
+            graph.Connect(uv, "read", graph.Fixed(name, Register::VertexTexCoord, 0, vector2),
                           "write");
-        graph.End({uv}, {graph.Input("own", Register::FragmentTexCoord, 0, vector2)});
+        graph.End({uv}, {graph.Fixed("own", Register::FragmentTexCoord, 0, vector2)});
     });
     tell("two inputs in one register", [](GraphMaker& graph) {
-        graph.End({graph.Input("one", Register::VertexAttribute, 0, vector4),
-                   graph.Input("two", Register::VertexAttribute, 0, vector2)},
+        graph.End({graph.Fixed("one", Register::VertexAttribute, 0, vector4),
+                   graph.Fixed("two", Register::VertexAttribute, 0, vector2)},
                   {});
     });
     tell("one input twice, beside which streams and crossing values find their own registers",
          [](GraphMaker& graph) {
              const auto uv = graph.Stream("uv", vector2);
-             graph.Connect(uv, "read", graph.Output("own", Register::VertexTexCoord, 0, vector2),
+             graph.Connect(uv, "read", graph.Fixed("own", Register::VertexTexCoord, 0, vector2),
                            "write");
-             graph.End({graph.Input("one", Register::VertexAttribute, 0, vector4),
-                        graph.Input("two", Register::VertexAttribute, 0, vector4)},
-                       {uv, graph.Input("own", Register::FragmentTexCoord, 0, vector2)});
+             graph.End({graph.Fixed("one", Register::VertexAttribute, 0, vector4),
+                        graph.Fixed("two", Register::VertexAttribute, 0, vector4)},
+                       {uv, graph.Fixed("own", Register::FragmentTexCoord, 0, vector2)});
          });
     tell("a register beyond the last", [](GraphMaker& graph) {
-        graph.End({graph.Input("far", Register::VertexAttribute, 16, vector4)}, {});
+        graph.End({graph.Fixed("far", Register::VertexAttribute, 16, vector4)}, {});
     });
     tell("edges to ports that do not exist, or of another type", [](GraphMaker& graph) {
         const auto uv = graph.Stream("uv", vector2);

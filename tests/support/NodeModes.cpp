@@ -1,7 +1,6 @@
 #include "tests/support/NodeModes.h"
 
 #include "mox/Text.h"
-#include "mox/authoring/GuiNode.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/program/MaterialProgram.h"
@@ -25,31 +24,6 @@ using namespace Mox::Materials;
 namespace {
 
 constexpr const char* testedNode = "tested";
-
-/// Combines the values of all choices and flags of a type, as lists of settings.
-std::vector<std::string> CombineSettings(const GuiNode& node)
-{
-    constexpr std::size_t standardProperties = 8;
-    std::vector<std::string> combinations{""};
-    const auto& properties = node.Properties->Properties;
-    for (std::size_t i = standardProperties; i < properties.size(); ++i) {
-        std::vector<std::string> values;
-        if (properties[i]->Kind == GuiPropertyKind::Enum)
-            values = properties[i]->Choices;
-        else if (properties[i]->Kind == GuiPropertyKind::Bool)
-            values = {"false", "true"};
-        else
-            continue;
-        std::vector<std::string> longer;
-        for (const std::string& combination : combinations) {
-            for (const std::string& value : values)
-                longer.push_back(Compose(combination, combination.empty() ? "" : "; ",
-                                         properties[i]->Name, "=", value));
-        }
-        combinations = std::move(longer);
-    }
-    return combinations;
-}
 
 /// Writes a material with a node in one mode: sources at its inputs and, unless it is an output
 /// node, a sum of all its outputs that becomes the colour of a surface.
@@ -143,6 +117,30 @@ std::vector<std::string> CodeCalledBy(const std::string& function,
 }
 
 } // namespace
+
+std::vector<std::string> CombineSettings(const GuiNode& node)
+{
+    constexpr std::size_t standardProperties = 8;
+    std::vector<std::string> combinations{""};
+    const auto& properties = node.Properties->Properties;
+    for (std::size_t i = standardProperties; i < properties.size(); ++i) {
+        std::vector<std::string> values;
+        if (properties[i]->Kind == GuiPropertyKind::Enum)
+            values = properties[i]->Choices;
+        else if (properties[i]->Kind == GuiPropertyKind::Bool)
+            values = {"false", "true"};
+        else
+            continue;
+        std::vector<std::string> longer;
+        for (const std::string& combination : combinations) {
+            for (const std::string& value : values)
+                longer.push_back(Compose(combination, combination.empty() ? "" : "; ",
+                                         properties[i]->Name, "=", value));
+        }
+        combinations = std::move(longer);
+    }
+    return combinations;
+}
 
 std::vector<NodeMode> ModesOfEveryNode()
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mox/authoring/GuiNode.h"
 #include "mox/document/MaterialDocument.h"
 
 #include <string>
@@ -12,6 +13,9 @@ struct NodeMode
     std::string Name;                     ///< for messages: the type with its settings
     Mox::Host::MaterialDocument Material; ///< the node with edges at all its ports
 };
+
+/// Combines the values of all choices and flags of a node, as settings for ApplySettings.
+std::vector<std::string> CombineSettings(const Mox::Materials::GuiNode& node);
 
 /// All listed node types with every combination of choices and flags. Nodes whose ports
 /// accept any component count are included with one and with three components.

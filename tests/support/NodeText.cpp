@@ -181,3 +181,17 @@ std::string DescribeBindings(GuiNode& node)
     EXPECT_EQ(node.HasBinding(), !material->Bindings.empty());
     return material->Bindings.empty() ? "no binding\n" : FormatBindings(*material);
 }
+
+std::map<std::string, ShaderType> SurfaceValues()
+{
+    constexpr std::pair<const char*, int> columns[] = {
+        {"facingRatio", 1},  {"time", 1},          {"frame", 1},          {"worldPosition", 3},
+        {"worldNormal", 3},  {"viewDirection", 3}, {"objectPosition", 3}, {"objectNormal", 3},
+        {"worldTangent", 3}, {"worldBinormal", 3}, {"shadingNormal", 3},  {"eyeDistance", 1},
+        {"screenUv", 2},     {"faceSign", 1},      {"lightDirection", 3},
+    };
+    std::map<std::string, ShaderType> values;
+    for (const auto& [name, count] : columns)
+        values.emplace(name, ShaderType(ComponentType::Float, count, 1, 1));
+    return values;
+}

@@ -4,6 +4,7 @@
 #include "mox/shader/ShaderGraph.h"
 
 #include <cstdint>
+#include <map>
 #include <string>
 
 /// Sets properties from a string such as "Colour Type=Normal; Alpha=true", with values as in
@@ -30,3 +31,6 @@ std::string FormatBindings(const Mox::Materials::Material& material);
 
 /// The bindings that the node creates, as a document, or "no binding".
 std::string DescribeBindings(Mox::Materials::GuiNode& node);
+
+/// The values that nodes of the Surface plug-in request, with their types.
+std::map<std::string, ShaderType> SurfaceValues();

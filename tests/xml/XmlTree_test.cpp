@@ -1,6 +1,5 @@
 #include "mox/Text.h"
 #include "mox/xml/XmlTree.h"
-#include "tests/support/Failure.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -34,19 +33,6 @@ TEST(XmlTree, HoldsElementsAttributesTextsAndLines)
     EXPECT_EQ(tree.Where.File, file.string());
     EXPECT_EQ(*tree.Find("q:x"), "<\n");
     EXPECT_EQ(tree.Find("x"), nullptr);
-}
-
-TEST(XmlTree, RefusesWhatTheParserRefuses)
-{
-    const TemporaryFolder folder;
-    const auto failure = [&](const std::string& text) {
-        const auto file = folder.Write("a.xml", text);
-        return HostFailureOf([&] { ReadXmlTree(file); }).substr(file.string().size());
-    };
-    EXPECT_EQ(failure("<!DOCTYPE a><a/>"), ":1: document type declarations are not allowed");
-    EXPECT_EQ(failure("<a>\n  <b></a>"),
-              ":2:10: not well-formed: Opening and ending tag mismatch: b line 2 and a");
-    EXPECT_EQ(failure(""), ": the document is empty");
 }
 
 } // namespace

@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <set>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -23,14 +21,6 @@ bool IsUpperCaseColour(std::string_view text)
            text.find_first_not_of("0123456789ABCDEF", 1) == text.npos;
 }
 
-/// The colour of a decoded pixel, in the format of XPM tables.
-std::string ColourOf(const std::uint8_t* pixel)
-{
-    char text[] = "#RRGGBB";
-    std::snprintf(text, sizeof(text), "#%02X%02X%02X", pixel[0], pixel[1], pixel[2]);
-    return pixel[3] == 0 ? "None" : text;
-}
-
 /// @returns the first line of the table and the colour after the transparent one
 std::string CheckIcon(const Host::XpmTable& table)
 {
@@ -38,24 +28,17 @@ std::string CheckIcon(const Host::XpmTable& table)
     std::size_t width = 0, height = 0, colourCount = 0, keyLength = 0;
     std::istringstream(header) >> width >> height >> colourCount >> keyLength;
     EXPECT_TRUE(width == side && height == side) << header;
-    std::set<std::string> declared;
     for (std::size_t i = 0; i < colourCount; ++i) {
         const std::string_view text = table[1 + i];
         const std::string_view colour = text.substr(keyLength + 3);
         EXPECT_EQ(text.substr(keyLength, 3), "\tc ");
         EXPECT_TRUE(i == 0 ? colour == "None" : IsUpperCaseColour(colour)) << text;
         EXPECT_EQ(i == 0, text.find_first_not_of(' ') == keyLength) << text;
-        EXPECT_TRUE(declared.emplace(colour).second) << "colour twice: " << text;
     }
     for (std::size_t y = 0; y < side; ++y)
         EXPECT_EQ(std::string_view(table[1 + colourCount + y]).size(), side * keyLength) << y;
 
-    const Host::Picture icon = Host::DecodeXpm(table);
-    EXPECT_EQ(icon.Pixels.size(), side * side * 4);
-    std::set<std::string> used;
-    for (std::size_t i = 0; i < icon.Pixels.size(); i += 4)
-        used.insert(ColourOf(&icon.Pixels[i]));
-    EXPECT_EQ(used, declared);
+    EXPECT_EQ(Host::DecodeXpm(table).Pixels.size(), side * side * 4);
     return header + " " + table[2].substr(keyLength + 3);
 }
 

@@ -57,10 +57,4 @@ TEST(NodeGolden, WhatEveryNodeWritesInEveryMode)
     std::locale::global(before);
 }
 
-TEST(NodeGolden, EveryFunctionIsThere)
-{
-    const auto node = Host::Plugin(MOX_CORE_PLUGIN).CreateNode("CoreMaths").Handle();
-    EXPECT_EQ(node->Properties->Get("Function")->Choices.size(), 16u);
-}
-
 } // namespace
