@@ -68,9 +68,12 @@ TEST(PluginExhaustion, FactoryWithoutMemoryIsNull)
     for (const char* file : pluginFiles) {
         const boost::dll::shared_library library(file);
         auto& create = library.get<GuiNodeFactory*()>("CreateNodeFactory");
+        Allocations::FailAt(1, Allocations::Shortage::Lasting);
+        const GuiNodeFactory* none = create();
+        EXPECT_TRUE(Allocations::EndFailing()) << "the plug-in has another operator new";
+        EXPECT_EQ(none, nullptr);
         const auto make = [&] {
-            std::unique_ptr<GuiNodeFactory> factory;
-            EXPECT_NO_THROW(factory.reset(create()));
+            std::unique_ptr<GuiNodeFactory> factory(create());
             if (!factory)
                 throw std::bad_alloc();
             return factory;
