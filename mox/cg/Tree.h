@@ -114,7 +114,7 @@ using Statements = std::span<Statement*>;
 struct Statement
 {
     StatementKind Kind = StatementKind::Block;
-    int Line = 0;             ///< of the source; 0 for a statement that lowering adds inside another
+    int Line = 0; ///< of the source; 0 for a statement that lowering adds inside another
     std::string_view Comment; ///< the comment above the statement
     Variable* Refers = nullptr;
     Expression* Value = nullptr;

@@ -53,8 +53,8 @@ struct StageProgram
 struct WrittenStage
 {
     std::string Text;
-    std::vector<int> SourceLines; ///< for each line of Text, the line of the Cg source that it comes
-                                  ///< from, or 0
+    std::vector<int> SourceLines; ///< for each line of Text, the line of the Cg source that it
+                                  ///< comes from, or 0
     std::string EntryPoint;
     std::vector<std::pair<const Cg::Variable*, std::string>> Names; ///< names written for slots and
                                                                     ///< block members

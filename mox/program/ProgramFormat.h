@@ -13,8 +13,8 @@ struct ProgramFile
 {
     std::string Text;
     ProgramStage Stage = ProgramStage::Vertex; ///< of a source
-    std::vector<int> CgLines = {}; ///< for each line of a source, the line of the stage's Cg program
-                                   ///< that it comes from, or 0; empty for other files
+    std::vector<int> CgLines = {}; ///< for each line of a source, the line of the stage's Cg
+                                   ///< program that it comes from, or 0; empty for other files
 
     friend bool operator==(const ProgramFile& a, const ProgramFile& b) = default;
 };

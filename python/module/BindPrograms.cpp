@@ -73,7 +73,8 @@ void BindStages(py::module_& module)
                                "The id of the node that each line of the source comes from, or "
                                "None for a line that comes from no node. It is empty for SPIR-V.")
         .def("__repr__", [](const StageView& stage) {
-            return py::str("<mox.Stage in {}, {} bytes>").format(stage.Target, stage.File->Bytes.size());
+            return py::str("<mox.Stage in {}, {} bytes>")
+                .format(stage.Target, stage.File->Bytes.size());
         });
     py::class_<TargetView>(module, "TargetProgram", py::is_final(),
                            "A vertex program and a fragment program for one target.")

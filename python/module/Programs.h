@@ -29,8 +29,8 @@ struct Program
     {
         std::string Extension;
         std::string Bytes;
-        std::vector<std::string> LineNodes; ///< for each line of a source, the id of the node that it
-                                            ///< comes from; empty if there is none
+        std::vector<std::string> LineNodes; ///< for each line of a source, the id of the node that
+                                            ///< it comes from; empty if there is none
     };
     std::vector<File> Files;
 
