@@ -98,7 +98,7 @@ struct TargetProgram
     std::string Bytes;        ///< source, or the words of the SPIR-V module in native byte order
     std::vector<int> CgLines; ///< for each line of a source, the line of the stage's Cg program
                               ///< that it comes from, or 0
-    std::string EntryPoint;         ///< name of the entry function
+    std::string EntryPoint;   ///< name of the entry function
     std::vector<std::string> Names; ///< of the parameters; empty if the stage does not declare it
 };
 
