@@ -40,6 +40,7 @@ end() {
 "$2" chain 2 >short.xml
 "$mox" export long.xml short.xml -o out -j 2 --depfile out.d 2>messages &
 await test -s out/short.fragment.cg
+sleep 1 # until the export has counted it
 end $!
 grep -q '^mox: 1 exported, 1 distinct, 0 failed, .*; stopped before exporting 1 more$' messages ||
     fail "another summary: $(cat messages)"
