@@ -6,7 +6,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <algorithm>
+#include <compare>
 #include <map>
 #include <utility>
 
@@ -36,10 +36,18 @@ struct ComparedNode
     Values Properties; ///< except those that refer to nodes
     Values References; ///< ids by property name
 
-    friend bool operator==(const ComparedNode& a, const ComparedNode& b) = default;
+    friend auto operator<=>(const ComparedNode& a, const ComparedNode& b) = default;
 };
 
 using ComparedNodes = std::map<std::string, ComparedNode>;
+
+struct ByContent
+{
+    bool operator()(const ComparedNode* a, const ComparedNode* b) const { return *a < *b; }
+};
+
+/// Ids of nodes with the same content.
+using IdsByContent = std::map<const ComparedNode*, std::vector<std::string>, ByContent>;
 
 using End = std::pair<std::string, std::string>; ///< node and port
 
@@ -197,24 +205,28 @@ private:
     /// A removed and an added node are the same if they are equal and no other node equals them.
     void FindRenamed()
     {
+        const IdsByContent removed = IdsMissingIn(_nodesAfter, _nodesBefore);
+        const IdsByContent added = IdsMissingIn(_nodesBefore, _nodesAfter);
         for (const auto& [id, node] : _nodesBefore) {
-            if (_nodesAfter.contains(id))
+            const auto twins = added.find(&node);
+            if (_nodesAfter.contains(id) || twins == added.end() || twins->second.size() != 1 ||
+                removed.at(&node).size() != 1)
                 continue;
-            std::vector<std::string> twins;
-            for (const auto& [otherId, other] : _nodesAfter) {
-                if (!_nodesBefore.contains(otherId) && other == node)
-                    twins.push_back(otherId);
-            }
-            const auto isTwin = [this, &gone = node](const auto& entry) {
-                return !_nodesAfter.contains(entry.first) && entry.second == gone;
-            };
-            if (twins.size() != 1 ||
-                std::count_if(_nodesBefore.begin(), _nodesBefore.end(), isTwin) != 1)
-                continue;
-            _renamed.emplace(id, twins.front());
-            SayOf(twins.front(), DifferenceKind::Changed, "node \"", id, "\" was renamed to ",
-                  Quote(twins.front()));
+            const std::string& newId = twins->second.front();
+            _renamed.emplace(id, newId);
+            SayOf(newId, DifferenceKind::Changed, "node \"", id, "\" was renamed to ",
+                  Quote(newId));
         }
+    }
+
+    static IdsByContent IdsMissingIn(const ComparedNodes& others, const ComparedNodes& nodes)
+    {
+        IdsByContent ids;
+        for (const auto& [id, node] : nodes) {
+            if (!others.contains(id))
+                ids[&node].push_back(id);
+        }
+        return ids;
     }
 
     const std::string& IdAfter(const std::string& idBefore) const
