@@ -6,9 +6,9 @@ set -euo pipefail
 
 mox=$1
 tests=$(cd "$(dirname "$0")" && pwd)
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-cd "$work"
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cd "$folder"
 
 # lines N TEXT: prints N lines, with @ replaced by their numbers from 1 and % by the preceding
 # number.
@@ -48,17 +48,17 @@ count() {
     sed -n 's/.*I *refs: *//p' messages | tr -d ,
 }
 
-# grows COMMAND TYPE NODES EDGES BINDINGS [N]: checks the growth; arguments as for material
+# grows COMMAND TYPE NODES EDGES BINDINGS [N]: checks the growth; arguments as for material. The
+# command may name renamed.xml, which is the material with other ids.
 grows() {
-    local n=${6-2000} none once twice
-    material 0 "${@:2:4}" >m.xml
-    none=$(count $1 m.xml)
-    material $n "${@:2:4}" >m.xml
-    once=$(count $1 m.xml)
-    material $((2 * n)) "${@:2:4}" >m.xml
-    twice=$(count $1 m.xml)
-    echo "$1: $none, $once, $twice instructions"
-    [ $(((twice - once) * 5)) -lt $(((once - none) * 6)) ] || {
+    local n=${6-2000} size work=()
+    for size in 0 $n $((2 * n)); do
+        material $size "${@:2:4}" >m.xml
+        sed 's/="n\([0-9]\)/="m\1/g' m.xml >renamed.xml
+        work+=("$(count $1 m.xml)")
+    done
+    echo "$1: ${work[*]} instructions"
+    [ $(((work[2] - work[1]) * 5)) -lt $(((work[1] - work[0]) * 6)) ] || {
         echo "the work of mox $1 grows too fast with $2 $3" >&2
         exit 1
     }
@@ -75,6 +75,7 @@ values='<binding stream="float" tag="c@" default="1"/>'
 
 grows 'export --shader-graph' CoreMaths "$maths" "$chain" ''
 grows 'export --shader-graph' CoreMaths "$maths" "$fan" ''
+grows 'diff renamed.xml' CoreMaths "$maths" "$chain" ''
 grows graph Lost "$maths" "$from" ''
 grows check Lost "$maths" "$into" ''
 grows check CoreTexture "$referring" '' ''
