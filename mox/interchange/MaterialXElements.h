@@ -2,7 +2,7 @@
 
 #include "mox/interchange/StandardNodes.h"
 
-#include <list>
+#include <deque>
 #include <map>
 #include <string>
 #include <unordered_map>
@@ -82,7 +82,7 @@ public:
     static void Feed(MaterialXElement& element, const std::string& input,
                      const MaterialXValue& value);
 
-    std::list<MaterialXElement> Graph; ///< nodes of the node graph
+    std::deque<MaterialXElement> Graph; ///< nodes of the node graph
     std::vector<MaterialXInput> GraphInputs;
     std::vector<MaterialXInput> GraphOutputs;
 

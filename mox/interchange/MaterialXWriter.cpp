@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <ranges>
 
 namespace Mox::Host {
 
@@ -174,7 +175,8 @@ void MaterialXWriter::WriteNode()
     for (auto& [port, value] : outputs)
         _outputs[{_current.Node->Id, port}] = value;
     if (_elements.Graph.size() > nodesBefore)
-        Describe(*std::ranges::find(_elements.Graph, _current.Name, &MaterialXElement::Name));
+        Describe(*std::ranges::find(_elements.Graph | std::views::drop(nodesBefore), _current.Name,
+                                    &MaterialXElement::Name));
     WarnOfLosses();
 }
 
