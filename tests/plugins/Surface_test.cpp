@@ -86,6 +86,8 @@ TEST(Surface, Materials)
             provided = {{name, Host::ParseShaderType(type).value()}};
         return Generate(text.substr(end + 1), provided);
     });
+    const std::string refused = Generate("first SurfacePbr\nother Surface", everything);
+    EXPECT_NE(refused.find("\"surfacePbr\" is written already"), refused.npos) << refused;
 }
 
 } // namespace
