@@ -68,6 +68,7 @@ TEST(CgLiveness, KeepsWhatOutputsDependOn)
             "{ x = v.x*k; y = v.y; }\n"
             "float first( in float x, in float y ) { return x; }\n"
             "void cut( in float x, in float y ) { if( x > 0.5 ) discard; }\n"
+            "void below( in float x ) { clip( x ); }\n"
             "void flow( in float n, in float x, in float y, out float r ) "
             "{ r = y; for( int i = 0; i < n; ++i ) { if( x > 0 ) return; r += 1; } }\n"
             "void both( inout float x, out float y ) { y = x; }\n"

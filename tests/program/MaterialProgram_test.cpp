@@ -95,6 +95,18 @@ TEST(MaterialProgram, HasANodeForEveryLineThatOneWrote)
     EXPECT_EQ(program.Fragment.Lines[static_cast<std::size_t>(line)].Node, "tinted");
 }
 
+TEST(MaterialProgram, CommentsNameEachNodeOnce)
+{
+    const std::string text = Describe(MaterialFromText(R"(
+        place SurfaceWorldPosition
+        normal SurfaceWorldNormal
+        surface Surface
+        place.read -> surface.in_colour
+        normal.read -> surface.in_emission
+    )"));
+    EXPECT_NE(text.find("// \"surface\" (conversion)\n"), std::string::npos) << text;
+}
+
 TEST(MaterialProgram, TextHangsOnTheMeaningOnly)
 {
     const std::string text = Describe(MaterialFromText(tinted));

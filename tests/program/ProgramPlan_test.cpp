@@ -212,7 +212,8 @@ TEST(ProgramPlan, OfParametersThatPlugInsMake)
 /// and both stages read three two-component copies of some wider vectors.
 TEST(ProgramPlan, FitsWhateverComponentsFit)
 {
-    const auto plan = [](int vectors, int pairs) {
+    std::string programs;
+    const auto plan = [&](int vectors, int pairs) {
         GraphMaker graph;
         std::vector<ShaderNodeHandle> vertex;
         std::vector<ShaderNodeHandle> fragment(vectors);
@@ -228,6 +229,7 @@ TEST(ProgramPlan, FitsWhateverComponentsFit)
             }
         }
         graph.End(vertex, fragment);
+        programs = graph.Describe();
         ProblemList problems;
         std::int32_t components = 0;
         for (const PlannedCrossing& crossing : graph.Plan(problems).Crossings) {
@@ -243,6 +245,10 @@ TEST(ProgramPlan, FitsWhateverComponentsFit)
     EXPECT_EQ(plan(10, 5), "40");
     EXPECT_EQ(plan(10, 6), "too-many-interpolants");
     EXPECT_EQ(plan(10, 1), "36");
+    // The second source is in the second half of its register.
+    EXPECT_EQ(plan(8, 3), "30");
+    EXPECT_NE(programs.find("float4( interpolant8.z, interpolant8.w, 0.0, 0.0 )"), programs.npos)
+        << programs;
 }
 
 } // namespace
