@@ -410,6 +410,22 @@ TEST(ProgramCompiler, BlocksOfTheEnvironmentAreThoseOfEveryMaterial)
     EXPECT_EQ(blocks["object"].size(), 1u);
 }
 
+TEST(ProgramCompiler, AMemberNamesEachStageThatReadsIt)
+{
+    ProblemList problems;
+    const CgProgram program = BuildMaterial(MaterialFromText(R"(
+        shift CoreConstant; Name=shift
+        surface Surface
+        shift.read -> surface.in_offset
+        shift.read -> surface.in_colour
+    )"),
+                                            problems);
+    const auto reflection = nlohmann::json::parse(FormatReflection(
+        Translate(program, {}, Mox::Languages::Precision::Full, {}, "test.xml", problems)));
+    EXPECT_EQ(reflection.at("uniformBlocks").at("material").at("members")[0].at("stages").dump(),
+              R"(["vertex","fragment"])");
+}
+
 TEST(ProgramCompiler, SameBytesEveryTime)
 {
     const CgProgram program = ReadProgram("painted");
