@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -130,6 +131,11 @@ TEST_F(FileDecoderTest, DecodesEachFileOnce)
     WriteWhite("bad.png", 2);
     EXPECT_EQ(decoder.ReadTexture(bad)->Width, 2u);
     EXPECT_EQ(runs(), 3u);
+    // A file that is overwritten in place may keep its size.
+    const auto time = std::filesystem::last_write_time(_white);
+    _folder.Write("white.png", std::string(std::filesystem::file_size(_white), 'x'));
+    std::filesystem::last_write_time(_white, time + std::chrono::seconds(1));
+    EXPECT_THROW(decoder.ReadTexture(_white), HostError);
 }
 
 TEST_F(FileDecoderTest, ForgetsWhatTakesTooMuchMemory)

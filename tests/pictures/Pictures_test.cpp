@@ -187,6 +187,11 @@ TEST(Pictures, MarkWhatIsWrong)
     const Drawing second = DrawMaterial(graph, others, {});
     ExpectGolden("pictures/warned.dot", second.Dot);
     EXPECT_NE(DescribeSvg(RenderPicture(second, PictureFormat::Svg)), "not well-formed");
+
+    // The frame of "uv" is red although its warning came before its error.
+    others.Fail("compile", {{}, 0, "uv", {}}, "worse");
+    EXPECT_NE(DrawMaterial(graph, others, {}).Dot.find(R"(COLOR="#cc0d0d" BGCOLOR="#d1d1ff")"),
+              std::string::npos);
 }
 
 /// The placeholder "wobble" has the ports of its edges, in their order.

@@ -240,6 +240,9 @@ TEST(Attacks, TexturesGoNowhereElseAndReplaceNothing)
     EXPECT_EQ(server.Folder().Read("taken-2.png"), "mine");
     EXPECT_EQ(server.Folder().Read("new.PNG"), "bytes");
     EXPECT_EQ(server.Folder().Count(), count + 3);
+    const std::string longest = std::string(96, 'a') + ".png";
+    EXPECT_EQ(put(longest, "bytes")["file"], longest);
+    EXPECT_TRUE(put("a" + longest, "bytes").contains("error"));
 }
 
 } // namespace
