@@ -188,6 +188,14 @@ class Changing(TestInFolder):
         self.assertEqual((renamed.values["Default Power"], renamed["in_scale"].source.node.id), (8.0, "glow"))
         self.assertNotIn("rim", self.material)
 
+    def test_problems_follow_each_change(self):
+        self.assertEqual(self.material.problems, ())
+        with self.material.edit() as edit:
+            idle = [edit.add("CoreMaths") for _ in range(2)]
+        found = {(p.rule, p.node) for p in self.material.problems}
+        self.assertEqual(found, {("dead-node", idle[0].id), ("dead-node", idle[1].id)})
+        self.assertNotEqual(idle[0].id, idle[1].id)
+
     def test_changes_travel_as_json(self):
         with self.material.edit() as edit:
             edit.set_description({"name": "Rim"})
