@@ -94,6 +94,10 @@ const std::string* MaterialXScopes::FindInherited(std::size_t scope, const XmlTr
 {
     if (const std::string* value = element.Find(attribute))
         return value;
+    if (const auto owner = _owners.find(&element); owner != _owners.end()) {
+        if (const std::string* value = owner->second->Find(attribute))
+            return value;
+    }
     for (;; scope = _scopes[scope].Parent) {
         if (const std::string* value = _scopes[scope].Graph->Find(attribute))
             return value;
@@ -112,8 +116,11 @@ std::size_t MaterialXScopes::Enter(std::size_t parent, const XmlTree& graph,
     scope.Parent = parent;
     scope.Depth = _scopes.size() == 1 ? 0 : _scopes[parent].Depth + 1;
     for (const XmlTree& child : graph.Children) {
-        if (child.Name != "input" && child.Name != "output")
-            scope.Children.emplace(child.Get("name"), &child);
+        if (child.Name == "input" || child.Name == "output")
+            continue;
+        scope.Children.emplace(child.Get("name"), &child);
+        for (const XmlTree& input : child.Children)
+            _owners.emplace(&input, &child);
     }
     return _scopes.size() - 1;
 }
