@@ -4,7 +4,7 @@ set -euo pipefail
 
 packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-json3-dev
     libpng-dev libxxhash-dev libmimalloc-dev
-    glslang-dev glslang-tools spirv-headers spirv-tools
+    glslang-dev glslang-tools spirv-tools
     graphviz fonts-dejavu-core
     libvulkan-dev mesa-vulkan-drivers libglm-dev
     libassimp-dev libopenexr-dev libturbojpeg0-dev)
