@@ -7,7 +7,7 @@ packages=(g++ cmake ninja-build libboost-dev libxml2-dev libcli11-dev nlohmann-j
     glslang-dev glslang-tools spirv-tools
     graphviz fonts-dejavu-core
     libvulkan-dev mesa-vulkan-drivers libglm-dev
-    libassimp-dev libopenexr-dev libturbojpeg0-dev)
+    libassimp-dev libopenexr-dev libturbojpeg0-dev libjpeg62-turbo-dev)
 # Node.js packages from other sources include npm and conflict with Debian's npm.
 command -v npm >/dev/null || packages+=(nodejs npm)
 # For the Python package. mypy checks its stubs; the tests load lxml and numpy into the same
