@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <ranges>
 
 namespace Mox::Host {
 
@@ -174,9 +173,11 @@ void MaterialXWriter::WriteNode()
         Report(Carry::None, Compose(type, " has no counterpart in MaterialX"));
     for (auto& [port, value] : outputs)
         _outputs[{_current.Node->Id, port}] = value;
-    if (_elements.Graph.size() > nodesBefore)
-        Describe(*std::ranges::find(_elements.Graph | std::views::drop(nodesBefore), _current.Name,
+    if (_elements.Graph.size() > nodesBefore) {
+        const auto first = _elements.Graph.begin() + static_cast<std::ptrdiff_t>(nodesBefore);
+        Describe(*std::ranges::find(first, _elements.Graph.end(), _current.Name,
                                     &MaterialXElement::Name));
+    }
     WarnOfLosses();
 }
 
