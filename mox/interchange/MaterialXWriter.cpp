@@ -173,11 +173,11 @@ void MaterialXWriter::WriteNode()
         Report(Carry::None, Compose(type, " has no counterpart in MaterialX"));
     for (auto& [port, value] : outputs)
         _outputs[{_current.Node->Id, port}] = value;
-    if (_elements.Graph.size() > nodesBefore) {
-        const auto first = _elements.Graph.begin() + static_cast<std::ptrdiff_t>(nodesBefore);
-        Describe(*std::ranges::find(first, _elements.Graph.end(), _current.Name,
-                                    &MaterialXElement::Name));
-    }
+    const auto first = _elements.Graph.begin() + static_cast<std::ptrdiff_t>(nodesBefore);
+    const auto element =
+        std::ranges::find(first, _elements.Graph.end(), _current.Name, &MaterialXElement::Name);
+    if (element != _elements.Graph.end())
+        Describe(*element);
     WarnOfLosses();
 }
 
