@@ -3,6 +3,7 @@
 #include "mox/Text.h"
 #include "mox/host/NearestName.h"
 
+#include <set>
 #include <string_view>
 #include <vector>
 
@@ -27,9 +28,9 @@ std::string UnknownNode(const std::string& id, const MaterialDocument& document)
     constexpr std::size_t mostNodes = 1000;
     std::vector<RightName> names;
     if (document.Nodes.size() <= mostNodes) {
-        names.reserve(document.Nodes.size());
+        std::set<std::string_view> listed{id}; // a node that the graph cannot show may have this id
         for (const DocumentNode& node : document.Nodes) {
-            if (node.Id != id) // equal if the graph cannot show the node
+            if (listed.insert(node.Id).second)
                 names.push_back({node.Id});
         }
     }

@@ -198,7 +198,7 @@ std::string MaterialXScopes::SuggestNode(std::size_t scope, const std::string& n
     std::vector<RightName> names;
     for (const XmlTree& child : children) {
         const std::string other = child.Get("name");
-        if (FindNamed(scope, other) == &child)
+        if (!other.empty() && FindNamed(scope, other) == &child)
             names.push_back({other});
     }
     return SuggestName(name, names);
