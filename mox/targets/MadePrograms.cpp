@@ -56,8 +56,8 @@ MadePrograms::Headless::Headless(Files files, const std::string& header) : Parts
         if (HeaderAt.back() == std::string::npos)
             continue;
         part.Text.erase(HeaderAt.back(), line.size());
-        part.CgLines.erase(
-            part.CgLines.begin()); // the header and the lines before it have no source
+        // Neither the header nor a line before it comes from a line of Cg.
+        part.CgLines.erase(part.CgLines.begin());
     }
 }
 

@@ -30,7 +30,7 @@ private:
     /// Files without the line that contains their header.
     struct Headless
     {
-        Headless(Files texts, const std::string& header);
+        Headless(Files files, const std::string& header);
         Files With(const std::string& header) const;
 
         Files Parts;
