@@ -1,6 +1,5 @@
 #include "tests/numbers/ValueRunner.h"
 
-#include "mox/Text.h"
 #include "mox/graph/GraphResolver.h"
 #include "mox/graph/OpenMaterial.h"
 #include "mox/host/AttributeText.h"

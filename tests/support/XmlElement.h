@@ -5,7 +5,6 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 /// An XML element with its document.
 class XmlElement
@@ -21,26 +20,18 @@ public:
 
     xmlNodePtr Get() const { return xmlDocGetRootElement(_document.get()); }
 
-    /// The attributes in the order in which they were set, such as `gui="slider"`.
-    std::vector<std::string> AttributeList() const
+    /// The attributes in the order in which they were set, such as `gui="slider" uv="a"`.
+    std::string Attributes() const
     {
-        std::vector<std::string> list;
+        std::string text;
         for (const xmlAttr* attribute = Get()->properties; attribute; attribute = attribute->next) {
-            std::string& text = list.emplace_back(reinterpret_cast<const char*>(attribute->name));
+            text += text.empty() ? "" : " ";
+            text += reinterpret_cast<const char*>(attribute->name);
             text += "=\"";
             if (attribute->children)
                 text += reinterpret_cast<const char*>(attribute->children->content);
             text += "\"";
         }
-        return list;
-    }
-
-    /// The same as one string, separated by spaces.
-    std::string Attributes() const
-    {
-        std::string text;
-        for (const std::string& attribute : AttributeList())
-            text += (text.empty() ? "" : " ") + attribute;
         return text;
     }
 
