@@ -520,7 +520,7 @@ pageTest('lines of programs and nodes find each other', 'tinted_texture', async 
     }
 });
 
-test('a box selects, a refused edge says why, an edge takes a node, a dropped file becomes a texture', async () => {
+test('a box selects, a refused edge shows why, an edge takes a node, a dropped file becomes a texture', async () => {
     const { file, page } = await prepare('tinted_texture');
     await layOut(page);
     await drive.settle(page);

@@ -165,4 +165,3 @@ for files in 4 6 8 12; do
     attack '0|1|127' bash -c "ulimit -n $files; '$ordinary' export in -o low -j 2"
 done
 attack '0|1' bash -c "ulimit -f 1; '$ordinary' export in -o low -j 2 --depfile dependencies"
-

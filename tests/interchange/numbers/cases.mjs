@@ -153,8 +153,8 @@ function writeCase(definition, output, given, isWhole) {
 }
 
 /**
- * Makes the cases for some nodes, each with a name, a category and a document as text. All inputs vary; for the first signature, in a second case only the first input varies and the
- * others have their default values.
+ * Makes the cases for some nodes, each with a name, a category and a document as text. All inputs vary; for the first
+ * signature, in a second case only the first input varies and the others have their default values.
  * @param library standard libraries of MaterialX
  * @param categories names of nodes
  */

@@ -1,8 +1,8 @@
 // Compares the results of MaterialX's nodes with those of their counterparts here. Documents with one node each are
 // drawn with programs of MaterialX's own generator and with those of `mox export`; the documents that `mox convert`
 // writes back are drawn as well. The same browser draws all of them.
-// Usage: node compare.mjs MOX [WORD]. WORD is a regular expression that selects cases by name. Exits with 77 if there is no browser, or if MaterialX's package
-// cannot be installed.
+// Usage: node compare.mjs MOX [WORD]. WORD is a regular expression that selects cases by name. Exits with 77 if there is
+// no browser, or if MaterialX's package cannot be installed.
 
 import { execFile, spawnSync } from 'node:child_process';
 import fs from 'node:fs';
