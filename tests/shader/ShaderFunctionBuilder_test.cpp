@@ -31,6 +31,18 @@ TEST(ShaderFunctionBuilder, ComposesAndBuildsAgain)
     EXPECT_EQ(builder.Code, "");
 }
 
+TEST(ShaderFunctionBuilder, ADuplicateParameterThrowsAString)
+{
+    ShaderFunctionBuilder builder;
+    builder.AddInput(TypeOf(ComponentType::Float, 1), "a");
+    try {
+        builder.AddOutput(TypeOf(ComponentType::Float, 1), "a");
+        ADD_FAILURE() << "the name is taken";
+    } catch (const std::string& message) {
+        EXPECT_EQ(message, "parameter name \"a\" is duplicated in function \"unknown\"");
+    }
+}
+
 /// Runs in a locale with decimal commas and digit grouping, which must not affect the output.
 TEST(ShaderFunctionBuilder, Constants)
 {
