@@ -79,9 +79,9 @@ configure "$work/host" by-cmake && cmake --build "$work/by-cmake" >>"$work/log" 
 mkdir "$work/by-pkgconf"
 # shellcheck disable=SC2046 # the flags are words, and pkg-config quotes blanks in them
 eval g++ -std=c++20 -o "'$work/by-pkgconf/build_material'" "'$work/host/Main.cpp'" \
-    $(pkg-config --cflags --libs mox-host mox-preview)
+    $(pkg-config --cflags --libs mox-host mox-preview) "'-Wl,-rpath,$libraries'"
 for tool in by-cmake by-pkgconf; do
-    LD_LIBRARY_PATH=$libraries "$work/$tool/build_material" "$example" "$work/$tool/out" >"$work/log" \
+    "$work/$tool/build_material" "$example" "$work/$tool/out" >"$work/log" \
         2>"$work/errors" || { cat "$work/errors"; exit 1; }
     run "$installed/bin/mox" export "$example" --target essl -o "$work/essl" -q
     for text in vertex.essl fragment.essl reflection.json; do
