@@ -35,7 +35,7 @@ void RegisterPlainBenchmarks(const Workshop& workshop)
 {
     const auto node = workshop.Plugins.CreateNode("CoreMaths").Handle();
     const std::vector<PlainRow> rows = RowsOf(*node);
-    for (const std::int64_t count : {1000, 100000}) {
+    for (const std::int64_t count : {100, 1000, 10000, 100000}) {
         benchmark::RegisterBenchmark("plain/CoreMaths", [node, rows](benchmark::State& state) {
             MeasureNodes(state, [&] { return CreatePlainNode(rows); });
         })->Arg(count);

@@ -60,7 +60,7 @@ def main(folder, materials):
     beside = read_medians([folder / "beside.json"])
     system = read_medians(sorted(folder.glob("plain-*.json")))
     pipeline = lambda shape, size: rows[f"pipeline/{shape}/{size}"]
-    plain = {size: rows[f"plain/CoreMaths/{size}"] for size in (1000, 100000)}
+    plain = {size: rows[f"plain/CoreMaths/{size}"] for size in SIZES[1:]}
     cost = lambda row: row["create"] + row["free"]
     floor = {size: cost(row) for size, row in plain.items()}
     languages = read_medians(sorted(folder.glob("essl-*.json")))
@@ -105,6 +105,8 @@ def main(folder, materials):
                          ratio(total / (total - spell), 1.5)])
         bars.append([f"node of 10,000 / node of 100 to ESSL, {shape}", "at most 1.5",
                      ratio(essl(shape, 10000)["total"] / essl(shape, 100)["total"], 1.5)])
+    bars.append(["the same for the plain baseline on the pipeline's allocator", "",
+                 ratio(floor[10000] / floor[100])])
     process = read_seconds(folder / "process.txt")
     bars.append(["a process for 30 nodes to ESSL / to Cg", "at most 1.2",
                  ratio(process["essl"] / process["cg"], 1.2)])
@@ -157,7 +159,7 @@ def main(folder, materials):
           "plain struct with the same properties is created and freed with the same allocator. `read` "
           "reads the document, `load` creates nodes and edges, `write` covers every node's shader, the "
           "final pass and both programs.\n")
-    near = lambda size: floor[1000 if size <= 10000 else 100000]
+    near = lambda size: floor[max(size, 100)]
     print(table(["nodes"] + STAGES + ["total"],
                 [[f"{size:,}"] + [ratio(pipeline("chain", size)[stage] / near(size))
                                   for stage in STAGES + ["total"]] for size in SIZES]))
