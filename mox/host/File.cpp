@@ -58,7 +58,7 @@ void CreateFolder(const std::filesystem::path& folder)
     std::filesystem::create_directories(folder, error);
     if (error) {
         throw HostError(folder.string(),
-                        Materials::Compose("cannot be created: ", error.message()));
+                        Materials::Compose("the folder cannot be created: ", error.message()));
     }
 }
 

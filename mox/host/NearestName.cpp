@@ -14,9 +14,13 @@ namespace {
 
 using Materials::Compose;
 
-/// Returns the number of letters to change, add or remove, ignoring case.
-std::size_t EditDistance(std::string_view a, std::string_view b)
+/// Returns the number of letters to change, add or remove, ignoring case. If the lengths differ by
+/// more than most, returns only this difference.
+std::size_t EditDistance(std::string_view a, std::string_view b, std::size_t most)
 {
+    const std::size_t difference = std::max(a.size(), b.size()) - std::min(a.size(), b.size());
+    if (difference > most)
+        return difference;
     const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
     std::vector<std::size_t> row(b.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t(0));
@@ -58,13 +62,17 @@ std::string SuggestName(std::string_view name, const std::vector<RightName>& nam
     if (names.empty() || name.size() > longestName)
         return {};
     constexpr std::size_t longEnough = 4; // to recognise the name as a prefix of another name
+    const std::size_t mostErrors = std::max<std::size_t>(2, name.size() / 3);
     const auto distanceTo = [&](const RightName& right) {
         if (name.size() >= longEnough && right.Name.starts_with(name))
             return std::size_t(1);
-        std::size_t distance = EditDistance(name, right.Name.substr(0, longestName));
+        std::size_t distance =
+            EditDistance(name, std::string_view(right.Name).substr(0, longestName), mostErrors);
         if (!right.Label.empty()) {
-            distance = std::min(
-                distance, EditDistance(WithoutDirection(name), right.Label.substr(0, longestName)));
+            distance = std::min(distance,
+                                EditDistance(WithoutDirection(name),
+                                             std::string_view(right.Label).substr(0, longestName),
+                                             mostErrors));
         }
         return distance;
     };
@@ -74,8 +82,7 @@ std::string SuggestName(std::string_view name, const std::vector<RightName>& nam
         distances.push_back(distanceTo(right));
     const auto nearest = std::min_element(distances.begin(), distances.end());
     const auto best = static_cast<std::size_t>(nearest - distances.begin());
-    const bool isAlike =
-        *nearest < name.size() && *nearest <= std::max<std::size_t>(2, name.size() / 3);
+    const bool isAlike = *nearest < name.size() && *nearest <= mostErrors;
 
     std::string text;
     if (isAlike)

@@ -88,8 +88,10 @@ int Serve(const EditOptions& options, const CommonOptions& common)
     if (settings.Pages.empty())
         std::cerr << "mox: this program was built without the page of the editor, so a browser "
                      "cannot use the address\n";
-    else if (options.HasBrowser)
-        browser.Open(server.Address());
+    else if (options.HasBrowser && !browser.Open(server.Address()))
+        std::cerr
+            << "mox: no browser could be started; open the address in one, or press Ctrl+C to "
+               "end the program\n";
     server.Run(stop.Token());
     if (session.Document().IsUnsaved())
         std::cerr << "mox: " << options.File

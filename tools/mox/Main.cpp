@@ -47,6 +47,28 @@ std::string FormatUnknownCommand(const CLI::App& program, const std::string& arg
     return text + Mox::Host::SuggestName(argument, names);
 }
 
+/// Describes an option that neither the command nor the program has.
+std::string FormatUnknownOption(const CLI::App& program, const std::string& argument)
+{
+    std::vector<Mox::Host::RightName> names;
+    const auto addOptions = [&](const Mox::Tool::CommandHelp& command) {
+        for (const Mox::Tool::ArgumentHelp& option : command.Arguments) {
+            for (const std::string& name : option.Names) {
+                if (name.starts_with("--"))
+                    names.push_back({name});
+            }
+        }
+    };
+    const Mox::Tool::ProgramHelp help = Mox::Tool::DescribeProgram(program);
+    for (const Mox::Tool::CommandHelp& command : help.Commands) {
+        if (program.got_subcommand(command.Name))
+            addOptions(command);
+    }
+    addOptions(help.Program);
+    const std::string option = argument.substr(0, argument.find('='));
+    return "there is no option \"" + option + "\"" + Mox::Host::SuggestName(option, names);
+}
+
 /// Reports an unknown argument, if any, because it is more informative than a missing one.
 std::string FormatUsageError(const CLI::App* program, const CLI::Error& error)
 {
@@ -54,10 +76,12 @@ std::string FormatUsageError(const CLI::App* program, const CLI::Error& error)
     const std::vector<std::string> unknown = program->remaining(withCommands);
     std::string text = error.what();
     if (!unknown.empty()) {
-        const bool isOption = unknown.front().starts_with('-');
-        text = isOption || !program->get_subcommands().empty()
-                   ? "\"" + unknown.front() + "\" was not expected"
-                   : FormatUnknownCommand(*program, unknown.front());
+        if (unknown.front().starts_with('-'))
+            text = FormatUnknownOption(*program, unknown.front());
+        else if (program->get_subcommands().empty())
+            text = FormatUnknownCommand(*program, unknown.front());
+        else
+            text = "\"" + unknown.front() + "\" was not expected";
     }
     return "mox: " + Mox::Host::MessageLine(text) + "\nRun with --help for more information.\n";
 }
