@@ -29,13 +29,6 @@ using WithoutLock = py::call_guard<py::gil_scoped_release>;
 
 using MaterialHandle = std::shared_ptr<Material>;
 
-/// Converts an argument that identifies a node to its id.
-std::string ToId(const py::object& node)
-{
-    return py::isinstance<NodeView>(node) ? node.cast<const NodeView&>().Id
-                                          : node.cast<std::string>();
-}
-
 /// Finds a node of a material by id.
 /// @throws py::key_error if there is none
 NodeView FindNode(Material& material, const std::string& id)
@@ -48,186 +41,6 @@ NodeView FindNode(Material& material, const std::string& id)
             Compose("the material has no node ", Host::Excerpt(id), Host::SuggestName(id, ids)));
     }
     return {material.shared_from_this(), id};
-}
-
-std::size_t HashOf(const MaterialHandle& material, const std::string& text)
-{
-    return std::hash<const void*>()(material.get()) ^ std::hash<std::string>()(text);
-}
-
-void BindPort(py::module_& module)
-{
-    py::class_<PortView> port(module, "Port", py::is_final(),
-                              "A port of a node. Each use looks up the port by its name and raises "
-                              "StaleError if the port no longer exists.");
-    const auto state = [&port](const char* name, auto member, const char* help) {
-        port.def_property_readonly(
-            name, [member](const PortView& p) { return py::cast(p.State().*member); }, help);
-    };
-    port.def_property_readonly(
-            "node", [](const PortView& p) { return p.Node; }, "The node that the port belongs to.")
-        .def_property_readonly(
-            "name", [](const PortView& p) { return ToPython(p.Name); }, "The Cg name of the port.")
-        .def_property_readonly(
-            "source", [](const PortView& p) { return p.Source(); },
-            "The output that is connected to this input, or None.")
-        .def_property_readonly(
-            "readers", [](const PortView& p) { return p.Readers(); },
-            "The inputs that are connected to this output, in no particular order.");
-    state("label", &PortState::Label, "The label that editors show.");
-    state("is_input", &PortState::IsInput, "Whether the port is an input.");
-    state("components", &PortState::Components,
-          "The number of components, or None if it is not known.");
-    state("precision", &PortState::Precision,
-          "The precision, such as \"float\" or \"half\", or None if it is not known.");
-    state("connected", &PortState::IsConnected, "Whether the port has an edge.");
-    state("conflict", &PortState::HasConflict,
-          "Whether there is a conflict between component counts at the port.");
-    port.def(py::self == py::self)
-        .def("__hash__",
-             [](const PortView& p) { return HashOf(p.Node.Owner, p.Node.Id + "." + p.Name); })
-        .def("__repr__", [](const PortView& p) {
-            return py::str("<mox.Port {!r} of {!r}>").format(ToPython(p.Name), ToPython(p.Node.Id));
-        });
-
-    py::class_<EdgeView> edge(module, "Edge", py::is_final(), "An edge of a material.");
-    edge.def_readonly("tail", &EdgeView::Tail, "The output at which the edge starts.")
-        .def_readonly("head", &EdgeView::Head, "The input at which the edge ends.");
-    MakeRecord(edge, {"tail", "head"});
-}
-
-void BindNode(py::module_& module)
-{
-    py::class_<NodeView>(
-        module, "Node", py::is_final(),
-        "A node of a material. Each use looks up the node by its id and raises StaleError if the "
-        "node no longer exists. node[\"out_colour\"] returns the port with this name.")
-        .def_property_readonly(
-            "id", [](const NodeView& n) { return ToPython(n.Id); },
-            "The id of the node in the document.")
-        .def_property_readonly(
-            "material", [](const NodeView& n) { return n.Owner; },
-            "The material that the node belongs to.")
-        .def_property_readonly(
-            "type", [](const NodeView& n) { return ToPython(n.Type()); },
-            "The name of the node type.")
-        .def_property_readonly(
-            "title", [](const NodeView& n) { return ToPython(n.Title()); },
-            "The title that editors show.")
-        .def_property_readonly("line", &NodeView::Line,
-                               "The line of the node in the file, counted from 1. It is 0 if the "
-                               "node was added after the file was read.")
-        .def_property_readonly(
-            "is_placeholder", &NodeView::IsPlaceholder,
-            "Whether the node is a placeholder because no plug-in provides its type.")
-        .def_property_readonly(
-            "values", [](const NodeView& n) { return ToDict(n.Values()); },
-            "The values of the properties, as a new dictionary with the names as keys. A value is "
-            "a bool, an int, a float or a str. A colour is a tuple of three numbers, and a "
-            "reference is the id of a node or None.")
-        .def_property_readonly(
-            "position", &NodeView::Position,
-            "The position of the upper left corner in an editor: x and y in pixels.")
-        .def_property_readonly(
-            "inputs", [](const NodeView& n) { return PortsOf(n, true); }, "The input ports.")
-        .def_property_readonly(
-            "outputs", [](const NodeView& n) { return PortsOf(n, false); }, "The output ports.")
-        .def(
-            "__getitem__",
-            [](const NodeView& n, const std::string& name) {
-                if (!HasPort(n, name)) {
-                    throw py::key_error(Compose("node ", Host::Excerpt(n.Id), " has no port ",
-                                                Host::Excerpt(name),
-                                                Host::SuggestName(name, PortNamesOf(n))));
-                }
-                return PortView{n, name};
-            },
-            "port"_a)
-        .def(
-            "__contains__",
-            [](const NodeView& n, const py::object& name) {
-                return py::isinstance<py::str>(name) && HasPort(n, name.cast<std::string>());
-            },
-            "port"_a)
-        .def(py::self == py::self)
-        .def("__hash__", [](const NodeView& n) { return HashOf(n.Owner, n.Id); })
-        .def("__repr__",
-             [](const NodeView& n) { return py::str("<mox.Node {!r}>").format(ToPython(n.Id)); });
-}
-
-void BindEdit(py::module_& module)
-{
-    py::class_<Edit, std::shared_ptr<Edit>>(
-        module, "Edit", py::is_final(),
-        "A change under construction. The end of the with block applies the change to the material "
-        "as a single undo step. If a step is invalid or the block raises an exception, the "
-        "material does not change. Arguments identify a node by its id or by a Node object.")
-        .def("__enter__", [](Edit& edit) { return edit.shared_from_this(); })
-        .def("__exit__",
-             [](Edit& edit, const py::object& type, const py::object&, const py::object&) {
-                 if (type.is_none())
-                     edit.Finish();
-                 else
-                     edit.Discard();
-             })
-        .def(
-            "add",
-            [](Edit& edit, const std::string& type, const std::optional<std::string>& id,
-               const py::dict& values, const py::object& before) {
-                return edit.Add(type, id, ToGivenValues(values),
-                                before.is_none() ? "" : ToId(before));
-            },
-            "type"_a, py::kw_only(), "id"_a = py::none(), "values"_a = py::dict(),
-            "before"_a = py::none(),
-            "Adds a node.\n\nBy default, the id is derived from the type. values contains the "
-            "properties that differ from their defaults. before is the node that follows the new "
-            "node in the document. Returns the new node, whose ports can be connected immediately.")
-        .def(
-            "remove", [](Edit& edit, const py::object& node) { edit.Remove(ToId(node)); }, "node"_a,
-            "Removes a node and its edges, and clears all references to the node.")
-        .def(
-            "rename",
-            [](Edit& edit, const py::object& node, const std::string& id) {
-                return edit.Rename(ToId(node), id);
-            },
-            "node"_a, "id"_a,
-            "Changes the id of a node, and updates its edges and all references to it. Returns the "
-            "node with its new id.")
-        .def("connect", &Edit::Connect, "tail"_a, "head"_a, py::kw_only(), "replace"_a = false,
-             "Adds an edge from an output to an input.\n\nIf the input already has an edge, "
-             "replace=True removes that edge first. Otherwise the change is refused.")
-        .def("disconnect", &Edit::Disconnect, "tail"_a, "head"_a, "Removes an edge.")
-        .def(
-            "set",
-            [](Edit& edit, const py::object& node, const py::dict& values) {
-                edit.Set(ToId(node), ToGivenValues(values));
-            },
-            "node"_a, "values"_a,
-            "Sets properties of a node.\n\nvalues maps names of properties to numbers, strings or "
-            "bools. A colour is a sequence of three numbers. A reference is a node or an id, or "
-            "None for no node.")
-        .def(
-            "set_description",
-            [](Edit& edit, const py::dict& values) { edit.SetDescription(ToTexts(values, " ")); },
-            "values"_a, "Replaces the description of the material.")
-        .def(
-            "set_render_state",
-            [](Edit& edit, const py::dict& values) { edit.SetRenderState(ToTexts(values, " ")); },
-            "values"_a, "Replaces the render state of the material.")
-        .def(
-            "set_binding",
-            [](Edit& edit, const std::string& stream, const std::string& name,
-               const py::dict& values) { edit.SetBinding(stream, name, ToTexts(values, ",")); },
-            "stream"_a, "name"_a, "values"_a,
-            "Replaces the values that the document contains for a binding.\n\nvalues maps names of "
-            "attributes, such as \"default\", to their values.")
-        .def("remove_binding", &Edit::RemoveBinding, "stream"_a, "name"_a,
-             "Removes the values that the document contains for a binding.")
-        .def_property_readonly("change", &Edit::Change,
-                               "A Change with the steps that have been added so far.")
-        .def("__repr__", [](const Edit& edit) {
-            return edit.IsOpen() ? "<mox.Edit, open>" : "<mox.Edit, ended>";
-        });
 }
 
 void BindReading(py::class_<Material, MaterialHandle>& type)
@@ -488,8 +301,7 @@ void BindMaterial(py::module_& module)
         "A material that can be read, changed, compiled and saved. material[\"tint\"] returns the "
         "node with this id. Several threads may use one Material; its operations run one after the "
         "other.");
-    BindNode(module);
-    BindPort(module);
+    BindViews(module);
     BindEdit(module);
     BindReading(material);
     BindChanging(material);

@@ -194,6 +194,12 @@ std::string ToText(py::handle value, const char* separator)
         py::str(py::type::of(value).attr("__name__")).cast<std::string>());
 }
 
+std::string ToId(const py::object& node)
+{
+    return py::isinstance<NodeView>(node) ? node.cast<const NodeView&>().Id
+                                          : node.cast<std::string>();
+}
+
 std::vector<GivenValue> ToGivenValues(const py::dict& values)
 {
     std::vector<GivenValue> given;

@@ -46,6 +46,9 @@ py::object NumberOrNone(int number);
 /// @throws py::type_error for any other value
 std::string ToText(py::handle value, const char* separator);
 
+/// Returns the id of a node that an argument identifies: a node or its id.
+std::string ToId(const py::object& node);
+
 /// A value for a property whose kind is not yet known.
 struct GivenValue
 {
