@@ -1,5 +1,4 @@
 #include "mox/Text.h"
-#include "mox/bindings/FloatBinding.h"
 #include "tests/numbers/NumbersTest.h"
 
 #include <cmath>
