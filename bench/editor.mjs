@@ -135,7 +135,7 @@ async function drag() {
         const at = { clientX: x + 20 + way, clientY: y + 20 + way };
         return new MouseEvent(type, { view: window, bubbles: true, cancelable: true, ...at });
     };
-    const nothingMoves = () => window.moxEditor.get().moves.nodes.size === 0;
+    const nothingMoves = () => window.moxEditor.store.get().moves.nodes.size === 0;
     node.dispatchEvent(mouse('mousedown', 0));
     window.dispatchEvent(mouse('mousemove', 5));
     const time = await window.bench.frames(40, (i) => window.dispatchEvent(mouse('mousemove', 6 + i)));
@@ -147,7 +147,7 @@ async function drag() {
 async function view(page) {
     const far = await pan(page);
     await page.evaluate(() => {
-        window.moxEditor.selectIds([[...window.moxEditor.get().document.numbers.keys()][30]]);
+        window.moxEditor.selection.selectIds([[...window.moxEditor.store.get().document.numbers.keys()][30]]);
         document.getElementById('canvas').focus();
     });
     await page.keyboard.press('f'); // to zoom 1
@@ -167,14 +167,14 @@ async function edit(page) {
             const value = i % 2 ? 'Addition' : 'Multiply';
             const count = renderer.compileCount;
             const change = () =>
-                editor.setProperties([{ node: 'n0', name: 'Function', kind: 'enum', value }]);
+                editor.values.setProperties([{ node: 'n0', name: 'Function', kind: 'enum', value }]);
             structure.push(await window.bench.picture(change, () => renderer.compileCount > count));
         }
         const count = renderer.compileCount;
         const value = await window.bench.pictures(30, (i) => {
             const text = `${(i % 10) / 10} 0.5 0.5`;
             const colour = { node: 'tint', name: 'Default Colour', kind: 'colour', value: text };
-            editor.setProperties([colour], 'bench');
+            editor.values.setProperties([colour], 'bench');
         });
         const frame = await window.bench.pictures(30, () => window.moxPicture.drawSoon());
         await new Promise((resolve) => setTimeout(resolve, 1500));

@@ -17,16 +17,16 @@ async function shoot(page, name, clip) {
 }
 
 const hasNodes = (page, count) =>
-    page.waitForFunction((wanted) => window.moxEditor.get().document.nodes.size === wanted, count);
+    page.waitForFunction((wanted) => window.moxEditor.store.get().document.nodes.size === wanted, count);
 
 const card = (page, id) => page.locator(`.card[aria-label$="node ${id}"]`);
 
 /** Lays out the graph and shows all of it. */
 async function layOut(page) {
     const button = page.locator('header').getByRole('button', { name: 'Lay out' });
-    const before = await page.evaluate(() => window.moxEditor.get().revision);
+    const before = await page.evaluate(() => window.moxEditor.store.get().revision);
     await button.click();
-    await page.waitForFunction((revision) => window.moxEditor.get().revision > revision, before);
+    await page.waitForFunction((revision) => window.moxEditor.store.get().revision > revision, before);
     await page.getByRole('button', { name: 'Frame' }).click();
     await settle(page);
 }
@@ -93,7 +93,7 @@ async function firstMaterial() {
 
     await page.evaluate(() => {
         const editor = window.moxEditor;
-        editor.selectEdge([...editor.get().document.edges.values()][0].number);
+        editor.selection.selectEdge([...editor.store.get().document.edges.values()][0].number);
     });
     await page.mouse.move(420, 380);
     await page.locator('#canvas').focus();

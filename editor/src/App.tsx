@@ -3,7 +3,7 @@ import { Canvas, type CanvasHandle } from './canvas/Canvas.tsx';
 import { titleOfAnnotation } from './model/annotations.ts';
 import { titleOf } from './model/shape.ts';
 import { alongEdge, isDirection, neighbour, type Direction } from './model/walk.ts';
-import type { Editor } from './model/store.ts';
+import type { Editor } from './editor.ts';
 import { positionOf } from './model/document.ts';
 import { AddMenu } from './panels/AddMenu.tsx';
 import { ConnectMenu } from './panels/ConnectMenu.tsx';
@@ -42,9 +42,9 @@ function finishField(): void {
 }
 
 function openAddMenu(editor: Editor, canvas: CanvasHandle): void {
-    const placement = editor.placement();
+    const placement = editor.graph.placement();
     const at = canvas.pointer();
-    editor.openAddMenu({ at, point: canvas.toGraph(at), placement });
+    editor.graph.openAddMenu({ at, point: canvas.toGraph(at), placement });
 }
 
 /** Goes from the last selected node to another node: along an edge with Alt; Shift extends the selection. */
@@ -54,20 +54,20 @@ function walk(
     { altKey, shiftKey }: KeyboardEvent,
     canvas: CanvasHandle,
 ): void {
-    const { document } = editor.get();
-    const from = editor.selectedNodes().at(-1);
+    const { document } = editor.store.get();
+    const from = editor.selection.nodes().at(-1);
     const go = altKey ? alongEdge : neighbour;
     const next = from ? go(document, from, direction) : [...document.nodes.values()][0];
     if (!next) {
-        editor.say('There is no node in this direction.');
+        editor.store.say('There is no node in this direction.');
         return;
     }
-    editor.selectIds([next.record.id], [], shiftKey);
+    editor.selection.selectIds([next.record.id], [], shiftKey);
     const inputs = next.inputs?.length ?? 0;
     const outputs = next.outputs?.length ?? 0;
-    const count = editor.get().selection.size;
+    const count = editor.store.get().selection.size;
     const counted = count > 1 ? `; ${count} nodes are selected` : '';
-    editor.say(`${titleOf(next)}, ${next.record.id}: ${inputs} inputs, ${outputs} outputs${counted}`);
+    editor.store.say(`${titleOf(next)}, ${next.record.id}: ${inputs} inputs, ${outputs} outputs${counted}`);
     if (!canvas.shows(positionOf(next))) canvas.frame([next.number]);
 }
 
@@ -103,7 +103,7 @@ export function App() {
         const afterThatFrame = () => {
             performance.mark('graph-shown'); // for benchmarks
             setGraphShown(true);
-            editor.wantPrograms();
+            editor.compileTimer.start();
         };
         requestAnimationFrame(() => requestAnimationFrame(afterThatFrame));
     }, [editor, isLoaded]);
@@ -114,8 +114,9 @@ export function App() {
 
     const jumpTo = useCallback(
         (ids: readonly string[], annotations: readonly string[], isAdding = false) => {
-            editor.selectIds(ids, annotations, isAdding);
-            canvas.current?.frame(editor.get().selection, editor.get().selectedAnnotations);
+            editor.selection.selectIds(ids, annotations, isAdding);
+            const { selection, selectedAnnotations } = editor.store.get();
+            canvas.current?.frame(selection, selectedAnnotations);
             document.getElementById('canvas')?.focus();
         },
         [editor],
@@ -125,52 +126,52 @@ export function App() {
     useEffect(() => {
         const pointOnCanvas = () => canvas.current!.toGraph(canvas.current!.pointer());
         const commands: Record<string, () => void> = {
-            'ctrl+z': () => editor.undo(),
-            'ctrl+shift+z': () => editor.redo(),
-            'ctrl+y': () => editor.redo(),
+            'ctrl+z': () => editor.changes.undo(),
+            'ctrl+shift+z': () => editor.changes.redo(),
+            'ctrl+y': () => editor.changes.redo(),
             'ctrl+s': () => {
                 finishField();
-                void editor.save();
+                void editor.file.save();
             },
             'ctrl+shift+s': () => {
                 finishField();
                 void saveCopy(editor);
             },
-            'ctrl+d': () => void editor.duplicate(),
+            'ctrl+d': () => void editor.clipboard.duplicate(),
             'ctrl+f': () => setDialog('find'),
             'ctrl+a': () => {
-                const { nodes, annotations } = editor.get().document;
-                editor.select(nodes.keys(), annotations.keys());
+                const { nodes, annotations } = editor.store.get().document;
+                editor.selection.select(nodes.keys(), annotations.keys());
             },
         };
         const plain: Record<string, () => void> = {
             tab: () => openAddMenu(editor, canvas.current!),
-            c: () => setDialog(editor.selectedNodes().length === 1 ? 'connect' : null),
-            delete: () => editor.deleteSelected(false),
-            backspace: () => editor.deleteSelected(false),
-            'ctrl+delete': () => editor.deleteSelected(true),
-            'ctrl+backspace': () => editor.deleteSelected(true),
-            g: () => void editor.addFrame(pointOnCanvas()).then(editText),
-            n: () => void editor.addNote(pointOnCanvas()).then(editText),
-            e: () => editor.selectNextEdge(),
+            c: () => setDialog(editor.selection.nodes().length === 1 ? 'connect' : null),
+            delete: () => editor.graph.deleteSelected(false),
+            backspace: () => editor.graph.deleteSelected(false),
+            'ctrl+delete': () => editor.graph.deleteSelected(true),
+            'ctrl+backspace': () => editor.graph.deleteSelected(true),
+            g: () => void editor.annotations.addFrame(pointOnCanvas()).then(editText),
+            n: () => void editor.annotations.addNote(pointOnCanvas()).then(editText),
+            e: () => editor.selection.selectNextEdge(),
             b: () => {
-                const { document: graph, selectedEdge } = editor.get();
+                const { document: graph, selectedEdge } = editor.store.get();
                 const edge = graph.edges.get(selectedEdge ?? -1);
-                if (edge) editor.addPoint(edge);
+                if (edge) editor.annotations.addPoint(edge);
             },
             f: () => {
-                const { selection, selectedAnnotations } = editor.get();
+                const { selection, selectedAnnotations } = editor.store.get();
                 const isAll = selection.size + selectedAnnotations.size === 0;
                 canvas.current!.frame(isAll ? undefined : selection, selectedAnnotations);
             },
             a: () => canvas.current!.frame(),
-            l: () => editor.layOut(),
+            l: () => editor.places.layOut(),
             p: () => pinNext(editor),
-            t: () => editor.toggleThumbnails(),
-            'shift+t': () => editor.toggleThumbnailsOf(editor.selectedNodes()),
-            d: () => editor.toggleComparison(),
+            t: () => editor.thumbnails.toggle(),
+            'shift+t': () => editor.thumbnails.toggleOf(editor.selection.nodes()),
+            d: () => editor.comparer.toggle(),
             enter: () => document.querySelector<HTMLElement>(firstField)?.focus(),
-            escape: () => editor.select([]),
+            escape: () => editor.selection.select([]),
             '?': () => setDialog('keys'),
             'shift+?': () => setDialog('keys'),
         };
@@ -202,7 +203,7 @@ export function App() {
                     ArrowDown: [0, step],
                 };
                 const [x, y] = moves[event.key];
-                if (control) editor.nudge({ x, y });
+                if (control) editor.places.nudge({ x, y });
                 else walk(editor, event.key, event, canvas.current!);
             } else if (plain[name]) {
                 event.preventDefault();
@@ -218,14 +219,14 @@ export function App() {
             spaceIsTap.current = false;
         };
         const copy = (event: ClipboardEvent, isCut: boolean) => {
-            const { selection, selectedAnnotations } = editor.get();
+            const { selection, selectedAnnotations } = editor.store.get();
             if (isTyping(event.target) || selection.size + selectedAnnotations.size === 0) return;
             event.preventDefault();
-            void editor.copySelected().then(async (text) => {
+            void editor.clipboard.copy().then(async (text) => {
                 if (text === '') return;
                 await navigator.clipboard.writeText(text);
-                if (isCut) editor.cutSelected();
-                else editor.say('Copied.');
+                if (isCut) editor.clipboard.cut();
+                else editor.store.say('Copied.');
             });
         };
         const cut = (event: ClipboardEvent) => copy(event, true);
@@ -234,7 +235,7 @@ export function App() {
             if (isTyping(event.target)) return;
             event.preventDefault();
             const point = canvas.current!.toGraph(canvas.current!.pointer());
-            void editor.paste(event.clipboardData?.getData('text/plain') ?? '', point);
+            void editor.clipboard.paste(event.clipboardData?.getData('text/plain') ?? '', point);
         };
         window.addEventListener('keydown', press);
         window.addEventListener('keyup', release);
@@ -279,7 +280,9 @@ export function App() {
                         const place = { x: point.x, y: point.y + 120 * i };
                         void dropped
                             .arrayBuffer()
-                            .then((bytes) => editor.addTexture(dropped.name, new Uint8Array(bytes), place));
+                            .then((bytes) =>
+                                editor.graph.addTexture(dropped.name, new Uint8Array(bytes), place),
+                            );
                     });
                 }}
             >
@@ -319,7 +322,7 @@ export function App() {
                     onPick={(choice, isAdding) => {
                         closeDialog();
                         jumpTo(...choice.ids, isAdding);
-                        editor.say(`Selected: ${choice.label}`);
+                        editor.store.say(`Selected: ${choice.label}`);
                     }}
                 />
             )}
@@ -329,11 +332,11 @@ export function App() {
 
 /** Pins the image of the first output or, if one is pinned, of the next output; after the last one, pins none. */
 function pinNext(editor: Editor): void {
-    const node = editor.selectedNodes()[0];
+    const node = editor.selection.nodes()[0];
     if (!node) return;
-    const { pinned } = editor.get();
+    const { pinned } = editor.store.get();
     const ports = node.outputs ?? [];
     const last = pinned?.node === node.record.id ? ports.findIndex(({ name }) => name === pinned.port) : -1;
     const next = ports[last + 1];
-    editor.pin(next ? { node: node.record.id, port: next.name } : null);
+    editor.pinned.pin(next ? { node: node.record.id, port: next.name } : null);
 }

@@ -4,7 +4,7 @@ import './style.css';
 import { createRoot } from 'react-dom/client';
 import { App } from './App.tsx';
 import { Connection } from './model/connection.ts';
-import { Editor } from './model/store.ts';
+import { Editor } from './editor.ts';
 import { EditorContext } from './useEditor.ts';
 
 const retryDelay = 3000; // milliseconds
@@ -14,9 +14,9 @@ const serverEnds = 1001;
 /** Connects to the server, and reconnects if the connection is lost while the server is still running. */
 function connect(editor: Editor, socket: WebSocket, retries: number): void {
     const connection = new Connection(socket, {
-        onNotice: (notice) => editor.notice(notice),
+        onNotice: (notice) => editor.receiver.notice(notice),
         onClosed: (unanswered, code) => {
-            editor.lose(unanswered);
+            editor.receiver.lose(unanswered);
             if (code !== serverEnds && retries > 0)
                 setTimeout(() => connect(editor, openSocket(), retries - 1), retryDelay);
         },
@@ -24,7 +24,7 @@ function connect(editor: Editor, socket: WebSocket, retries: number): void {
     const goodbye = () => socket.close(1000);
     socket.addEventListener('open', () => {
         retries = mostRetries;
-        void editor.open(connection);
+        void editor.receiver.open(connection);
     });
     socket.addEventListener('close', () => window.removeEventListener('pagehide', goodbye));
     window.addEventListener('pagehide', goodbye);
@@ -35,7 +35,7 @@ function show(socket: WebSocket): void {
     Object.assign(window, { moxEditor: editor }); // for tests and benchmarks
     connect(editor, socket, mostRetries);
     window.addEventListener('beforeunload', (event) => {
-        if (editor.get().unsaved && !editor.get().lost) event.preventDefault();
+        if (editor.store.get().unsaved && !editor.store.get().lost) event.preventDefault();
     });
     createRoot(document.getElementById('root')!).render(
         <EditorContext value={editor}>

@@ -1,5 +1,6 @@
 import { createContext, useContext, useRef, useSyncExternalStore } from 'react';
-import type { Editor, Snapshot } from './model/store.ts';
+import type { Editor } from './editor.ts';
+import type { Snapshot } from './model/store.ts';
 
 export const EditorContext = createContext<Editor | null>(null);
 
@@ -11,8 +12,8 @@ export function useEditor(): Editor {
 export function useSnapshot<T>(select: (snapshot: Snapshot) => T): T {
     const editor = useEditor();
     const last = useRef<{ snapshot: Snapshot; value: T } | null>(null);
-    return useSyncExternalStore(editor.subscribe, () => {
-        const snapshot = editor.get();
+    return useSyncExternalStore(editor.store.subscribe, () => {
+        const snapshot = editor.store.get();
         if (last.current?.snapshot !== snapshot) last.current = { snapshot, value: select(snapshot) };
         return last.current.value;
     });

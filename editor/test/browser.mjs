@@ -57,7 +57,7 @@ const pageTest = (title, material, run) =>
 
 const state = (page) =>
     page.evaluate(() => {
-        const { document, undo, problems, unsaved } = window.moxEditor.get();
+        const { document, undo, problems, unsaved } = window.moxEditor.store.get();
         const edges = [...document.edges.values()].map(({ record: e }) =>
             [`${e.tail}.${e.tailPort}`, `${e.head}.${e.headPort}`].join(' '),
         );
@@ -65,7 +65,8 @@ const state = (page) =>
         return { ids: ids.sort(), edges: edges.sort(), undo, problems, unsaved };
     });
 
-const hasNode = (page, id) => until(page, (name) => window.moxEditor.get().document.numbers.has(name), id);
+const hasNode = (page, id) =>
+    until(page, (name) => window.moxEditor.store.get().document.numbers.has(name), id);
 
 /** Drags from a port to the empty graph, and chooses the first entry that the list shows for some letters. */
 async function add(page, id, name, by, letters, newId) {
@@ -83,17 +84,17 @@ async function pick(page, letters) {
 
 async function layOut(page) {
     await page.getByRole('button', { name: 'Lay out' }).last().click();
-    await until(page, () => window.moxEditor.get().undo !== '');
+    await until(page, () => window.moxEditor.store.get().undo !== '');
 }
 
 const remove = (page, id) =>
     page.evaluate((wanted) => {
-        window.moxEditor.selectIds([wanted]);
-        window.moxEditor.deleteSelected(false);
+        window.moxEditor.selection.selectIds([wanted]);
+        window.moxEditor.graph.deleteSelected(false);
     }, id);
 
 const undo = (page) => change(page, () => page.keyboard.press('Control+z'));
-const select = (page, ...ids) => page.evaluate((wanted) => window.moxEditor.selectIds(wanted), ids);
+const select = (page, ...ids) => page.evaluate((wanted) => window.moxEditor.selection.selectIds(wanted), ids);
 
 /** The mean colour in the middle of the image. */
 const picture = (page) =>
@@ -229,7 +230,7 @@ pageTest('the same is built by keyboard alone', emptyMaterial, async ({ file, pa
     await choose('uv set');
     await hasNode(page, 'uvSet');
     for (const id of ['texture', 'maths', 'surface']) {
-        await until(page, () => window.moxEditor.get().selection.size === 1);
+        await until(page, () => window.moxEditor.store.get().selection.size === 1);
         await keys('Tab');
         await choose(id);
         await hasNode(page, id);
@@ -241,7 +242,7 @@ pageTest('the same is built by keyboard alone', emptyMaterial, async ({ file, pa
         await keys('Escape', 'Space');
         await choose(id.replace('2', ''));
         await hasNode(page, id);
-        await until(page, () => window.moxEditor.get().selection.size === 1);
+        await until(page, () => window.moxEditor.store.get().selection.size === 1);
         await connect(output, input);
     }
     await connect('uv', 'uv set');
@@ -268,7 +269,7 @@ pageTest('several nodes are selected by keyboard', 'tinted_texture', async ({ pa
     };
     const press = (key) => page.keyboard.press(key);
     const selected = () =>
-        page.evaluate(() => window.moxEditor.selectedNodes().map(({ record }) => record.id));
+        page.evaluate(() => window.moxEditor.selection.nodes().map(({ record }) => record.id));
     const walks = [
         [() => find('paint', 'Enter'), ['paint']],
         [() => press('Alt+Shift+ArrowRight'), ['paint', 'tinted']],
@@ -291,18 +292,18 @@ pageTest('a value reaches the picture without compiling', 'rim_light', async ({ 
     await layOut(page);
     await until(page, () => window.moxPicture?.renderer.compileCount === 1);
     const before = await picture(page);
-    const values = () => JSON.stringify(window.moxEditor.get().parameters);
+    const values = () => JSON.stringify(window.moxEditor.store.get().parameters);
     const valuesBefore = await page.evaluate(values);
     await select(page, 'base');
     const [x, y] = await middle(page.getByLabel('Default Colour, red'));
     await drag(page, [x, y], [x + 80, y]);
-    await until(page, () => window.moxEditor.sentValues.size === 0); // a compilation has confirmed the values
+    await until(page, () => window.moxEditor.store.get().sentValues.size === 0); // a compilation has confirmed the values
     const after = await picture(page);
     assert.ok(after[0] > before[0] + 20, `${before} and ${after}`);
     assert.equal(await page.evaluate(() => window.moxPicture.renderer.compileCount), 1);
     await page.keyboard.press('Escape');
     await page.getByRole('button', { name: 'Undo' }).click();
-    await until(page, (old) => JSON.stringify(window.moxEditor.get().parameters) === old, valuesBefore);
+    await until(page, (old) => JSON.stringify(window.moxEditor.store.get().parameters) === old, valuesBefore);
     const undone = await picture(page);
     undone.forEach((value, i) => assert.ok(Math.abs(value - before[i]) < 1));
 });
@@ -311,21 +312,21 @@ pageTest('a move during a compilation does not delay its result', 'rim_light', a
     await drive.settle(page);
     const before = await page.evaluate(() => {
         const editor = window.moxEditor;
-        editor.selectIds(['base']);
-        const { request } = editor.connection;
-        editor.connection.request = function (message, bytes) {
+        editor.selection.selectIds(['base']);
+        const { request } = editor.server.connection;
+        editor.server.connection.request = function (message, bytes) {
             const reply = request.call(this, message, bytes);
             if (message.do === 'compile') {
-                editor.connection.request = request;
-                editor.nudge({ x: 1, y: 0 });
+                editor.server.connection.request = request;
+                editor.places.nudge({ x: 1, y: 0 });
             }
             return reply;
         };
         const value = { node: 'rimGlow', name: 'Function', kind: 'enum', value: 'Addition' };
-        editor.setProperties([value]);
-        return editor.get().programs.fragment;
+        editor.values.setProperties([value]);
+        return editor.store.get().programs.fragment;
     });
-    await until(page, (text) => window.moxEditor.get().programs.fragment !== text, before);
+    await until(page, (text) => window.moxEditor.store.get().programs.fragment !== text, before);
 });
 
 pageTest('nodes are copied, cut, pasted and edited together', 'tinted_texture', async ({ page }) => {
@@ -334,18 +335,18 @@ pageTest('nodes are copied, cut, pasted and edited together', 'tinted_texture', 
     const press = async (key, count) => {
         await page.locator('#canvas').focus();
         await page.keyboard.press(key);
-        await until(page, (wanted) => window.moxEditor.get().document.nodes.size === wanted, count);
+        await until(page, (wanted) => window.moxEditor.store.get().document.nodes.size === wanted, count);
     };
     await select(page, 'paint', 'bumps');
     await press('Control+c', 6);
-    await until(page, () => window.moxEditor.get().message === 'Copied.');
+    await until(page, () => window.moxEditor.store.get().message === 'Copied.');
     await press('Control+v', 8);
     const help = page.getByLabel('Help Url', { exact: true }); // the new nodes are selected
     await help.fill('https://example.org/');
     await help.press('Enter');
     await until(page, () =>
-        window.moxEditor
-            .selectedNodes()
+        window.moxEditor.selection
+            .nodes()
             .every((node) => node.properties.some(({ value }) => value === 'https://example.org/')),
     );
     await press('Control+x', 6);
@@ -360,8 +361,8 @@ pageTest('nodes are copied, cut, pasted and edited together', 'tinted_texture', 
 const onScreen = (page, id, { x, y }) =>
     card(page, id).evaluate(
         (element, at) => {
-            const { document } = window.moxEditor.get();
-            const place = window.moxEditor.placeOf(document.nodes.get(document.numbers.get(at.id)));
+            const { document } = window.moxEditor.store.get();
+            const place = window.moxEditor.places.placeOf(document.nodes.get(document.numbers.get(at.id)));
             const box = element.getBoundingClientRect();
             const zoom = box.width / element.offsetWidth;
             return [box.x + (at.x - place.x) * zoom, box.y + (at.y - place.y) * zoom];
@@ -376,10 +377,10 @@ pageTest('frames, notes and points are drawn, moved and copied', 'rim_light', as
     const layers = () =>
         page.evaluate(() => {
             const editor = window.moxEditor;
-            const { document } = editor.get();
+            const { document } = editor.store.get();
             const entries = (map, value) => [...map.values()].map((each) => [each.record.id, value(each)]);
             return {
-                places: Object.fromEntries(entries(document.nodes, (node) => editor.placeOf(node))),
+                places: Object.fromEntries(entries(document.nodes, (node) => editor.places.placeOf(node))),
                 annotations: [...document.annotations.values()].map(({ record }) => record),
                 points: [...document.edges.values()].flatMap(({ record }) => record.points ?? []),
             };
@@ -390,7 +391,7 @@ pageTest('frames, notes and points are drawn, moved and copied', 'rim_light', as
         x <= at.x && at.x <= x + width && y <= at.y && at.y <= y + height;
 
     // A frame around two nodes is moved together with them, and resized at its corner.
-    await until(page, () => window.moxEditor.get().fileChange === null);
+    await until(page, () => window.moxEditor.store.get().fileChange === null);
     await select(page, 'facing', 'rim');
     await page.locator('#canvas').focus();
     await change(page, () => page.keyboard.press('g'));
@@ -425,13 +426,13 @@ pageTest('frames, notes and points are drawn, moved and copied', 'rim_light', as
     // A copy includes the contents of the frame; deleting the frame does not delete them.
     await page.locator('#canvas').focus();
     await page.keyboard.press('Control+c');
-    await until(page, () => window.moxEditor.get().message === 'Copied.');
+    await until(page, () => window.moxEditor.store.get().message === 'Copied.');
     await change(page, () => page.keyboard.press('Control+v'));
     const heldCount = Object.values(before.places).filter((place) => holds(resized, place)).length;
     assert.equal((await state(page)).ids.length, 6 + heldCount);
     assert.equal((await layers()).annotations.length, 2);
     await undo(page);
-    await page.evaluate(() => window.moxEditor.selectIds([], ['frame']));
+    await page.evaluate(() => window.moxEditor.selection.selectIds([], ['frame']));
     await change(page, () => page.keyboard.press('Delete'));
     assert.equal((await state(page)).ids.length, 6);
     await undo(page);
@@ -512,7 +513,7 @@ pageTest('lines of programs and nodes find each other', 'tinted_texture', async 
         await until(page, () => document.querySelectorAll('.cm-line.marked').length > 3);
         const [first] = await marked.allTextContents();
         assert.match(first, /"tinted"/, target);
-        await page.evaluate(() => window.moxEditor.select([]));
+        await page.evaluate(() => window.moxEditor.selection.select([]));
         await until(page, () => document.querySelectorAll('.cm-line.marked').length === 0);
         await page.locator('.cm-line', { hasText: first.trim() }).first().click();
         await page.locator('.card.lit').waitFor();
@@ -529,11 +530,11 @@ test('a box selects, a refused edge shows why, an edge takes a node, a dropped f
     const right = Math.max(...boxes.map((b) => b.x + b.width));
     const bottom = Math.max(...boxes.map((b) => b.y + b.height));
     await drag(page, [left - 8, top - 8], [right + 8, bottom + 8]);
-    await until(page, () => window.moxEditor.get().selection.size === 2);
+    await until(page, () => window.moxEditor.store.get().selection.size === 2);
     assert.deepEqual(
         await page.evaluate(() =>
-            window.moxEditor
-                .selectedNodes()
+            window.moxEditor.selection
+                .nodes()
                 .map((node) => node.record.id)
                 .sort(),
         ),
@@ -617,8 +618,8 @@ pageTest('a problem of a port has a badge at the port', openInput, async ({ page
 pageTest('axe finds nothing serious, in light and dark', 'tinted_texture', async ({ page }) => {
     await layOut(page);
     await page.evaluate(() => {
-        window.moxEditor.selectIds(['tint']);
-        window.moxEditor.pin({ node: 'tint', port: 'read' });
+        window.moxEditor.selection.selectIds(['tint']);
+        window.moxEditor.pinned.pin({ node: 'tint', port: 'read' });
     });
     await page.evaluate(readFileSync(axe, 'utf8'));
     const click = (name) => page.getByRole('button', { name }).click();
@@ -664,8 +665,8 @@ test('markup in names is shown as text', async () => {
     await layOut(page);
     await page.getByRole('button', { name: 'Compare' }).click();
     await page.evaluate((id) => {
-        window.moxEditor.selectIds([id]);
-        window.moxEditor.pin({ node: id, port: 'read' });
+        window.moxEditor.selection.selectIds([id]);
+        window.moxEditor.pinned.pin({ node: id, port: 'read' });
     }, markup);
     for (const tab of ['problems', 'parameters', 'programs', 'differences'])
         await page.locator(`#tab-${tab}`).click();
@@ -681,11 +682,12 @@ test('markup in names is shown as text', async () => {
 pageTest('two windows show one document', 'tinted_texture', async ({ address, page: left }) => {
     const right = await open(address);
     await remove(left, 'tint');
-    await until(right, () => !window.moxEditor.get().document.numbers.has('tint'));
+    await until(right, () => !window.moxEditor.store.get().document.numbers.has('tint'));
     await right.keyboard.press('Control+z');
     await hasNode(left, 'tint');
     // The server reports problems later; two textures are missing next to the copy.
-    for (const page of [left, right]) await until(page, () => window.moxEditor.get().problems.length === 2);
+    for (const page of [left, right])
+        await until(page, () => window.moxEditor.store.get().problems.length === 2);
     assert.deepEqual(await state(left), await state(right));
     assert.deepEqual(right.complaints, []);
     await right.context().close();
@@ -708,7 +710,7 @@ pageTest('the graph shows what differs from the file', 'tinted_texture', async (
     });
     await page.locator('.card.changed[aria-label$="node tint"] .badge.mark').waitFor();
     await page.locator('#inspector .difference', { hasText: '"Default Colour" changed' }).waitFor();
-    const { removedNodes, removedEdges } = await page.evaluate(() => window.moxEditor.get().comparison);
+    const { removedNodes, removedEdges } = await page.evaluate(() => window.moxEditor.store.get().comparison);
     assert.deepEqual(
         [removedNodes.map(({ record }) => record.id), removedEdges.map(({ tail }) => tail).sort()],
         [['paint'], ['paint', 'uv']],
@@ -731,13 +733,13 @@ pageTest('the graph shows what differs from the file', 'tinted_texture', async (
 test('a server that dies loses nothing that it confirmed', async () => {
     const { file, server, page } = await prepare('rim_light');
     await remove(page, 'base');
-    await until(page, () => window.moxEditor.get().unsaved);
+    await until(page, () => window.moxEditor.store.get().unsaved);
     server.kill('SIGSTOP');
     await remove(page, 'rim');
     await page.evaluate(() => {
-        window.moxEditor.layOut();
-        window.moxEditor.undo();
-        window.moxEditor.undo();
+        window.moxEditor.places.layOut();
+        window.moxEditor.changes.undo();
+        window.moxEditor.changes.undo();
     });
     server.kill('SIGKILL');
     await page.getByRole('alert').getByText('The connection to mox was lost').waitFor();
@@ -748,18 +750,18 @@ test('a server that dies loses nothing that it confirmed', async () => {
     await (await download).saveAs(unconfirmed);
     await select(page, 'rim');
     await page.keyboard.press('Delete');
-    assert.ok(!(await page.evaluate(() => window.moxEditor.get().document.numbers.has('base'))));
+    assert.ok(!(await page.evaluate(() => window.moxEditor.store.get().document.numbers.has('base'))));
     await page.context().close();
 
     const again = await open((await serve(file)).address);
     await again.getByRole('button', { name: 'Restore them' }).click();
-    await until(again, () => !window.moxEditor.get().document.numbers.has('base'));
-    await until(again, () => window.moxEditor.get().waiting === null);
-    assert.ok(await again.evaluate(() => window.moxEditor.get().document.numbers.has('rim')));
+    await until(again, () => !window.moxEditor.store.get().document.numbers.has('base'));
+    await until(again, () => window.moxEditor.store.get().waiting === null);
+    assert.ok(await again.evaluate(() => window.moxEditor.store.get().document.numbers.has('rim')));
     await save(again);
     execFileSync(mox, ['apply', file, unconfirmed]);
     await until(again, () =>
-        window.moxEditor.get().fileChange?.differences.some((text) => text.includes('"rim"')),
+        window.moxEditor.store.get().fileChange?.differences.some((text) => text.includes('"rim"')),
     );
     assert.deepEqual(again.complaints, []);
     await again.context().close();
@@ -785,7 +787,7 @@ const difference = (page, file) =>
                 wanted = pixelsOf(image);
             } else {
                 const message = { do: 'picture', mesh: 'sphere', frame: 0, width: 256, height: 256 };
-                const { answer, bytes } = await window.moxEditor.connection.request(message);
+                const { answer, bytes } = await window.moxEditor.server.connection.request(message);
                 if (!bytes) return { failure: JSON.stringify(answer) };
                 wanted = bytes;
                 window.moxPicture.view.seconds = 0;

@@ -47,7 +47,7 @@ export async function open(browser, address, { dist, ...options } = {}) {
             await page.route(`**/${name}`, (route) => route.fulfill({ path: `${dist}/${name}` }));
     await page.goto(address);
     await page.waitForFunction(
-        () => document.title.includes('.xml') && window.moxEditor.get().catalogue.size > 0,
+        () => document.title.includes('.xml') && window.moxEditor.store.get().catalogue.size > 0,
     );
     return page;
 }
@@ -56,7 +56,7 @@ export async function open(browser, address, { dist, ...options } = {}) {
 export async function settle(page) {
     await page.waitForFunction(
         () => {
-            const { programs, isPictureStale } = window.moxEditor.get();
+            const { programs, isPictureStale } = window.moxEditor.store.get();
             return programs !== null && !isPictureStale && window.moxPicture?.isReady();
         },
         null,
@@ -68,14 +68,14 @@ export const until = (page, isDone, argument) => page.waitForFunction(isDone, ar
 
 /** Performs an action that changes the document, and waits for the change. */
 export async function change(page, action) {
-    const before = await page.evaluate(() => window.moxEditor.get().revision);
+    const before = await page.evaluate(() => window.moxEditor.store.get().revision);
     await action();
-    await until(page, (revision) => window.moxEditor.get().revision > revision, before);
+    await until(page, (revision) => window.moxEditor.store.get().revision > revision, before);
 }
 
 export async function save(page) {
     await page.keyboard.press('Control+s');
-    await until(page, () => !window.moxEditor.get().unsaved);
+    await until(page, () => !window.moxEditor.store.get().unsaved);
 }
 
 export const card = (page, id) => page.locator(`.card[aria-label$="node ${id}"]`);

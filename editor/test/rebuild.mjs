@@ -80,7 +80,7 @@ class Artist {
 
     nodes() {
         return this.page.evaluate(() =>
-            [...window.moxEditor.get().document.nodes.values()].map(({ record, properties }) => ({
+            [...window.moxEditor.store.get().document.nodes.values()].map(({ record, properties }) => ({
                 id: record.id,
                 properties,
             })),
@@ -89,7 +89,7 @@ class Artist {
 
     edges() {
         return this.page.evaluate(() =>
-            [...window.moxEditor.get().document.edges.values()].map(({ record }) => record),
+            [...window.moxEditor.store.get().document.edges.values()].map(({ record }) => record),
         );
     }
 
@@ -172,7 +172,7 @@ class Artist {
         const added = (await this.nodes()).filter(({ id }) => !before.has(id));
         assert.equal(added.length, 1);
         this.ids.set(node.id, added[0].id);
-        await until(this.page, () => window.moxEditor.get().selection.size === 1);
+        await until(this.page, () => window.moxEditor.store.get().selection.size === 1);
         return true;
     }
 
@@ -342,7 +342,7 @@ async function describe(browser, mox, example, dist) {
     const { server, address } = await drive.serve(mox, copy);
     const page = await drive.open(browser, address, { dist });
     const wanted = await page.evaluate(() => {
-        const { document, catalogue } = window.moxEditor.get();
+        const { document, catalogue } = window.moxEditor.store.get();
         const deciding = (type) =>
             type.properties.filter(
                 ({ name, kind, visible }) =>

@@ -3,9 +3,10 @@ import { test } from 'node:test';
 import { joinBytes, splitBytes } from '../src/model/connection.ts';
 import { fuzzyScore, rank } from '../src/model/fuzzy.ts';
 import { evaluate, formatNumber, fromHex, parseNumbers, toHex } from '../src/model/numbers.ts';
-import { parameterNumbers, parameterOf, withNumbers, type Parameter } from '../src/model/parameters.ts';
+import { parameterNumbers, parameterOf, withNumbers, withSettings } from '../src/model/parameters.ts';
+import type { Parameter } from '../src/model/parameters.ts';
 import { frame, toGraph, wheel, zoomAt } from '../src/model/viewport.ts';
-import { node } from './support.ts';
+import { documentOf, node } from './support.ts';
 
 test('fuzzy search puts first what an artist means', () => {
     const labels = ['Uv Set', 'Vertex Colour Set', 'Layer Blend', 'Animated Uv', 'Colour Ramp', 'Maths'];
@@ -55,6 +56,20 @@ test('a property is a parameter if it bears its name and value', () => {
     assert.deepEqual(parameterNumbers(withNumbers(parameter, [0, 0.5, 1, 7])), [0, 0.5, 1]);
     assert.deepEqual(parameterNumbers({ ...parameter, values: {} }), [0, 0, 0]);
     assert.deepEqual(parseNumbers('1, 2  x 3'), [1, 2, 3]);
+
+    // A drag sets further values before the first is confirmed.
+    const document = documentOf([constant], []);
+    const colour = { node: 'c', name: 'Default Colour', kind: 'colour' };
+    const first = withSettings(document, [parameter], new Map(), [{ ...colour, value: '0.5 0 0' }])!;
+    const second = withSettings(document, first.parameters, first.sentValues, [
+        { ...colour, value: '1 0 0' },
+    ]);
+    assert.deepEqual(parameterNumbers(second!.parameters[0]!), [1, 0, 0]);
+    const others = [
+        { ...colour, value: '1 0 0' },
+        { ...colour, name: 'Name', value: 'shade' },
+    ];
+    assert.equal(withSettings(document, [parameter], new Map(), others), undefined, 'a name is no parameter');
 });
 
 test('zooming keeps the point below the pointer, and wheels do as they are', () => {

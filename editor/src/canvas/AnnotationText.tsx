@@ -18,7 +18,7 @@ export function AnnotationText({
     const field = useRef<HTMLTextAreaElement>(null);
     const { record } = annotation;
     const isFrame = record.kind === 'frame';
-    const area = editor.areaOf(annotation);
+    const area = editor.places.areaOf(annotation);
     const corner = toScreen(viewport, area);
     const height = (isFrame ? titleHeight : area.height) * viewport.zoom;
     useEffect(() => field.current!.select(), []);
@@ -37,7 +37,7 @@ export function AnnotationText({
             }}
             onBlur={(event) => {
                 const text = event.target.value;
-                if (text !== record.text) editor.setAnnotation({ ...record, text });
+                if (text !== record.text) editor.annotations.set({ ...record, text });
                 onClose();
             }}
             onKeyDown={(event) => {

@@ -15,7 +15,8 @@ import { componentsAt, whyNot } from '../model/connect.ts';
 import type { Point } from '../model/document.ts';
 import type { AnnotationState, EdgeRecord, EdgeState, NodeState, Problem } from '../model/messages.ts';
 import { portTop, shapeOf, titleOf } from '../model/shape.ts';
-import type { Editor, Snapshot } from '../model/store.ts';
+import type { Editor } from '../editor.ts';
+import type { Snapshot } from '../model/store.ts';
 import { contains, frame, greatestZoom, leastZoom, overlap, toGraph, toScreen } from '../model/viewport.ts';
 import { visibleBox, wheel, around, type Box, type Viewport } from '../model/viewport.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
@@ -69,14 +70,15 @@ class CardCache {
         }
         const next = new Map<number, { card: CardNode; parts: unknown[] }>();
         for (const node of snapshot.document.nodes.values()) {
-            const place = editor.placeOf(node);
+            const place = editor.places.placeOf(node);
             if (!overlap(region, { ...place, ...shapeOf(node) })) continue;
             const own = problems.get(node.record.id) ?? noProblems;
             const isSelected = snapshot.selection.has(node.number);
             const pinned = snapshot.pinned?.node === node.record.id ? snapshot.pinned.port : null;
             const isLit = lit.has(node.record.id);
             const text = own.map(({ severity, port, message }) => [severity, port, message]).join();
-            const shown = editor.showsThumbnail(node) && snapshot.thumbnails.get(node.record.id)?.picture;
+            const shown =
+                editor.thumbnails.isShownOn(node) && snapshot.thumbnails.get(node.record.id)?.picture;
             const thumbnail = shown || null;
             const mark = snapshot.comparison?.nodes.get(node.record.id) ?? null;
             const parts = [node, place.x, place.y, text, isSelected, pinned, isLit, thumbnail, mark];
@@ -160,13 +162,14 @@ function ConnectionHint() {
     }, []);
     if (!inProgress || !toHandle || isValid || toHandle === fromHandle) return null;
     const [tail, head] = fromHandle.type === 'source' ? [fromHandle, toHandle] : [toHandle, fromHandle];
-    const record = recordOf(editor.get(), {
+    const now = editor.store.get();
+    const record = recordOf(now, {
         source: tail.nodeId,
         target: head.nodeId,
         sourceHandle: tail.id ?? null,
         targetHandle: head.id ?? null,
     });
-    const reason = record ? whyNot(editor.get().document, editor.get().catalogue, record) : '';
+    const reason = record ? whyNot(now.document, now.catalogue, record) : '';
     if (reason === '') return null;
     return (
         <div
@@ -223,7 +226,7 @@ export function Canvas({
             if (!canvas.current) return;
             colours.current ??= readColours(canvas.current);
             paint(canvas.current, editor, viewport.current, colours.current, viewport.current.zoom < farZoom);
-            const { comparison } = editor.get();
+            const { comparison } = editor.store.get();
             if (comparison)
                 paintRemoved(canvas.current, editor, comparison, viewport.current, colours.current.removed);
             const size = { width: canvas.current.clientWidth, height: canvas.current.clientHeight };
@@ -236,7 +239,7 @@ export function Canvas({
         (next: Viewport) => {
             viewport.current = next;
             root.current!.querySelector<HTMLElement>('.annotation-text')?.blur(); // it does not move with the view
-            if (editor.get().file === '') return; // the first view is set when the document arrives
+            if (editor.store.get().file === '') return; // the first view is set when the document arrives
             const far = next.zoom < farZoom;
             setFar(far);
             const size = { width: root.current!.clientWidth, height: root.current!.clientHeight };
@@ -286,7 +289,7 @@ export function Canvas({
             },
             pointer: () => pointer.current,
             frame: (numbers, chosenAnnotations = []) => {
-                const { nodes, annotations } = editor.get().document;
+                const { nodes, annotations } = editor.store.get().document;
                 const isAll = numbers === undefined;
                 const chosen = isAll ? [...nodes.values()] : [...numbers].flatMap((n) => nodes.get(n) ?? []);
                 const areas = isAll
@@ -294,7 +297,7 @@ export function Canvas({
                     : [...chosenAnnotations].flatMap((n) => annotations.get(n) ?? []);
                 const wanted = around([
                     ...chosen.map((node) => boxOf(editor, node)),
-                    ...areas.map((annotation) => editor.areaOf(annotation)),
+                    ...areas.map((annotation) => editor.places.areaOf(annotation)),
                 ]);
                 const { width, height } = free();
                 const next = wanted ? frame(wanted, { width, height: height - 40 }) : viewport.current;
@@ -316,7 +319,7 @@ export function Canvas({
         [cache, editor, isFar, lit, region, snapshot],
     );
 
-    useEffect(() => editor.want(cards.map((card) => card.data.node.record.id)), [cards, editor]);
+    useEffect(() => editor.thumbnails.want(cards.map((card) => card.data.node.record.id)), [cards, editor]);
 
     const place = (event: { clientX: number; clientY: number }) => {
         const corner = root.current!.getBoundingClientRect();
@@ -330,15 +333,15 @@ export function Canvas({
     };
 
     const pick = (number: number, isAdding: boolean) => {
-        const { selection, selectedAnnotations } = editor.get();
-        if (isAdding) editor.select(toggled(selection, number), selectedAnnotations);
-        else if (!selection.has(number)) editor.select([number]);
+        const { selection, selectedAnnotations } = editor.store.get();
+        if (isAdding) editor.selection.select(toggled(selection, number), selectedAnnotations);
+        else if (!selection.has(number)) editor.selection.select([number]);
     };
 
     const pickAnnotation = (number: number, isAdding: boolean) => {
-        const { selection, selectedAnnotations } = editor.get();
-        if (isAdding) editor.select(selection, toggled(selectedAnnotations, number));
-        else if (!selectedAnnotations.has(number)) editor.select([], [number]);
+        const { selection, selectedAnnotations } = editor.store.get();
+        if (isAdding) editor.selection.select(selection, toggled(selectedAnnotations, number));
+        else if (!selectedAnnotations.has(number)) editor.selection.select([], [number]);
     };
 
     const pressOnPane = (event: React.PointerEvent) => {
@@ -352,30 +355,30 @@ export function Canvas({
         const bend = isFar ? undefined : pointAt(editor, point, hitDistance / zoom);
         const held = annotationAt(editor, point, zoom);
         const isResized =
-            held?.part === 'corner' && editor.get().selectedAnnotations.has(held.annotation.number);
+            held?.part === 'corner' && editor.store.get().selectedAnnotations.has(held.annotation.number);
         const edge = node || bend || isResized ? null : edgeAt(editor, point, hitDistance / zoom);
         if (node) {
             pick(node.number, event.shiftKey);
-            gesture.current = { kind: 'move', from: point, places: editor.heldPlaces() };
+            gesture.current = { kind: 'move', from: point, places: editor.places.held() };
         } else if (bend) {
-            editor.selectEdge(bend.edge.number, bend.index);
+            editor.selection.selectEdge(bend.edge.number, bend.index);
             gesture.current = { kind: 'point', from: point, ...bend };
         } else if (edge !== null) {
-            editor.selectEdge(edge);
+            editor.selection.selectEdge(edge);
             return;
         } else if (held) {
             const { annotation, part } = held;
             pickAnnotation(annotation.number, event.shiftKey);
             gesture.current =
                 part === 'corner'
-                    ? { kind: 'resize', from: point, annotation, area: editor.areaOf(annotation) }
-                    : { kind: 'move', from: point, places: editor.heldPlaces() };
+                    ? { kind: 'resize', from: point, annotation, area: editor.places.areaOf(annotation) }
+                    : { kind: 'move', from: point, places: editor.places.held() };
         } else {
-            const { selection, selectedAnnotations } = editor.get();
+            const { selection, selectedAnnotations } = editor.store.get();
             const added = event.shiftKey ? selection : new Set<number>();
             const addedAnnotations = event.shiftKey ? selectedAnnotations : new Set<number>();
             gesture.current = { kind: 'box', from: point, added, addedAnnotations };
-            editor.select(added, addedAnnotations);
+            editor.selection.select(added, addedAnnotations);
         }
         root.current!.setPointerCapture(event.pointerId);
     };
@@ -398,52 +401,54 @@ export function Canvas({
             height: Math.abs(point.y - current.from.y),
         };
         setBox(drawn);
-        const inside = [...editor.get().document.nodes.values()].filter((node) =>
-            overlap(drawn, boxOf(editor, node)),
+        const { nodes, annotations } = editor.store.get().document;
+        const inside = [...nodes.values()].filter((node) => overlap(drawn, boxOf(editor, node)));
+        const enclosed = [...annotations.values()].filter((annotation) =>
+            contains(drawn, editor.places.areaOf(annotation)),
         );
-        const enclosed = [...editor.get().document.annotations.values()].filter((annotation) =>
-            contains(drawn, editor.areaOf(annotation)),
-        );
-        editor.select(
+        editor.selection.select(
             [...current.added, ...inside.map((node) => node.number)],
             [...current.addedAnnotations, ...enclosed.map((annotation) => annotation.number)],
         );
     };
 
     const release = () => {
-        if (gesture.current && gesture.current.kind !== 'box' && !isEmpty(editor.get().moves))
-            void editor.drop();
+        if (gesture.current && gesture.current.kind !== 'box' && !isEmpty(editor.store.get().moves))
+            void editor.places.drop();
         if (gesture.current?.kind === 'box') {
-            const count = editor.get().selection.size;
-            if (count > 0) editor.say(count === 1 ? '1 node is selected.' : `${count} nodes are selected.`);
+            const count = editor.store.get().selection.size;
+            if (count > 0)
+                editor.store.say(count === 1 ? '1 node is selected.' : `${count} nodes are selected.`);
         }
         gesture.current = null;
         setBox(null);
     };
 
     const dragBy = (current: Exclude<Gesture, { kind: 'box' }>, by: Point) => {
-        if (current.kind === 'move') editor.drag(movedBy(current.places, by));
-        else if (current.kind === 'point') editor.drag(editor.pointMoved(current.edge, current.index, by));
+        if (current.kind === 'move') editor.places.drag(movedBy(current.places, by));
+        else if (current.kind === 'point')
+            editor.places.drag(editor.places.pointMoved(current.edge, current.index, by));
         else
-            editor.drag({
+            editor.places.drag({
                 ...noMoves,
                 areas: new Map([[current.annotation.number, resized(current.area, by)]]),
             });
     };
 
     const judge = (connection: Connection | { source: string; target: string }) => {
-        const record = recordOf(editor.get(), connection as Connection);
-        return record !== undefined && whyNot(editor.get().document, editor.get().catalogue, record) === '';
+        const now = editor.store.get();
+        const record = recordOf(now, connection as Connection);
+        return record !== undefined && whyNot(now.document, now.catalogue, record) === '';
     };
 
     const endConnection = (event: MouseEvent | TouchEvent, state: FinalConnectionState) => {
         const { fromHandle, toHandle, isValid } = state;
         if (isValid || !fromHandle?.id || !('clientX' in event)) return;
-        const node = editor.get().document.nodes.get(Number(fromHandle.nodeId));
+        const node = editor.store.get().document.nodes.get(Number(fromHandle.nodeId));
         if (!node || (toHandle && toHandle !== fromHandle)) return;
         const side = fromHandle.type === 'source' ? 'output' : 'input';
-        const components = componentsAt(editor.get().catalogue, node, side, fromHandle.id);
-        editor.openAddMenu({
+        const components = componentsAt(editor.store.get().catalogue, node, side, fromHandle.id);
+        editor.graph.openAddMenu({
             at: { x: event.clientX, y: event.clientY },
             point: place(event),
             placement: { kind: 'at', port: { node: node.record.id, port: fromHandle.id, side, components } },
@@ -459,16 +464,16 @@ export function Canvas({
         onViewportChange: moved,
         onNodeClick: (event, node) => {
             root.current!.focus();
-            if (event.shiftKey || !editor.get().selection.has(Number(node.id)))
+            if (event.shiftKey || !editor.store.get().selection.has(Number(node.id)))
                 pick(Number(node.id), event.shiftKey);
-            else editor.select([Number(node.id)]);
+            else editor.selection.select([Number(node.id)]);
         },
         onNodeDragStart: (event, node) => {
-            pick(Number(node.id), event.shiftKey && !editor.get().selection.has(Number(node.id)));
+            pick(Number(node.id), event.shiftKey && !editor.store.get().selection.has(Number(node.id)));
             gesture.current = {
                 kind: 'move',
-                from: editor.placeOf(node.data.node),
-                places: editor.heldPlaces(),
+                from: editor.places.placeOf(node.data.node),
+                places: editor.places.held(),
             };
         },
         onNodeDrag: (_, node) => {
@@ -479,8 +484,8 @@ export function Canvas({
         onNodeDragStop: release,
         isValidConnection: judge,
         onConnect: (connection) => {
-            const record = recordOf(editor.get(), connection);
-            if (record) editor.connect(record);
+            const record = recordOf(editor.store.get(), connection);
+            if (record) editor.graph.connect(record);
         },
         onConnectEnd: endConnection,
     });
@@ -503,8 +508,8 @@ export function Canvas({
         height: box.height * viewport.current.zoom,
     };
     const count = snapshot.document.nodes.size;
-    const first = editor.selectedNodes()[0];
-    const [annotation] = editor.selectedAnnotations();
+    const first = editor.selection.nodes()[0];
+    const [annotation] = editor.selection.annotations();
     const selected = first ? titleOf(first) : annotation && titleOfAnnotation(annotation);
 
     return (
@@ -527,11 +532,11 @@ export function Canvas({
                 const edge = edgeAt(editor, point, distance);
                 const held = annotationAt(editor, point, viewport.current.zoom);
                 if (edge !== null) {
-                    editor.addPoint(editor.get().document.edges.get(edge)!, point);
+                    editor.annotations.addPoint(editor.store.get().document.edges.get(edge)!, point);
                 } else if (held) {
                     setEdited(held.annotation.number);
                 } else {
-                    editor.openAddMenu({
+                    editor.graph.openAddMenu({
                         at: { x: event.clientX, y: event.clientY },
                         point,
                         placement: { kind: 'free' },

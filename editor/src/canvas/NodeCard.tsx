@@ -89,7 +89,7 @@ function PinButton({ node, port, isOn }: { node: string; port: Port; isOn: boole
             tabIndex={-1}
             onClick={(event) => {
                 event.stopPropagation();
-                editor.pin(isOn ? null : { node, port: port.name });
+                editor.pinned.pin(isOn ? null : { node, port: port.name });
             }}
         >
             ◉

@@ -1,7 +1,7 @@
 import { colourOf, titleHeight } from '../model/annotations.ts';
 import type { DocumentState, Point } from '../model/document.ts';
 import type { AnnotationState, EdgeState } from '../model/messages.ts';
-import type { Editor } from '../model/store.ts';
+import type { Editor } from '../editor.ts';
 import { overlap, type Box, type Viewport } from '../model/viewport.ts';
 import type { Colours, Curve } from './painter.ts';
 
@@ -23,11 +23,11 @@ export function annotationAt(
     at: Point,
     zoom: number,
 ): { annotation: AnnotationState; part: AnnotationPart } | undefined {
-    const all = [...editor.get().document.annotations.values()].reverse();
+    const all = [...editor.store.get().document.annotations.values()].reverse();
     const notesFirst = [...all.filter(isNote), ...all.filter((annotation) => !isNote(annotation))];
     const border = 5 / zoom;
     for (const annotation of notesFirst) {
-        const area = editor.areaOf(annotation);
+        const area = editor.places.areaOf(annotation);
         const [right, bottom] = [area.x + area.width, area.y + area.height];
         const isIn = (left: number, top: number) =>
             left <= at.x && at.x <= right + border && top <= at.y && at.y <= bottom + border;
@@ -62,9 +62,9 @@ export function drawAnnotations(
     view: Box,
     colours: Colours,
 ): void {
-    const { document, selectedAnnotations } = editor.get();
+    const { document, selectedAnnotations } = editor.store.get();
     for (const annotation of framesFirst(document)) {
-        const area = editor.areaOf(annotation);
+        const area = editor.places.areaOf(annotation);
         if (!overlap(view, area)) continue;
         const isSelected = selectedAnnotations.has(annotation.number);
         drawOne(context, annotation, area, viewport.zoom, isSelected, colours);
@@ -145,7 +145,7 @@ export function drawPoints(
     view: Box,
     colours: Colours,
 ): void {
-    const { selectedEdge, selectedPoint } = editor.get();
+    const { selectedEdge, selectedPoint } = editor.store.get();
     for (const { curve, box, edge } of curves) {
         if (curve.through.length === 0 || !overlap(view, box)) continue;
         const isBright = edge.number === selectedEdge;

@@ -1,6 +1,6 @@
 import { colourOf } from '../model/annotations.ts';
 import type { DocumentState, Point } from '../model/document.ts';
-import type { Editor } from '../model/store.ts';
+import type { Editor } from '../editor.ts';
 import { around, contains, type Box } from '../model/viewport.ts';
 import { framesFirst } from './annotationPainter.ts';
 import { boxesOf, css } from './painter.ts';
@@ -22,11 +22,13 @@ export class Minimap {
 
     /** Hides the map while everything is in view. Dragged nodes remain at their old positions until they are dropped. */
     paint(editor: Editor, view: Box, accent: string): void {
-        const { document } = editor.get();
+        const { document } = editor.store.get();
         if (document !== this.document) {
             this.document = document;
             this.isDrawn = false;
-            const areas = [...document.annotations.values()].map((annotation) => editor.areaOf(annotation));
+            const areas = [...document.annotations.values()].map((annotation) =>
+                editor.places.areaOf(annotation),
+            );
             this.bounds = around([...boxesOf(editor).map(({ box }) => box), ...areas]);
         }
         const { canvas, bounds } = this;
@@ -61,8 +63,8 @@ export class Minimap {
             context.fillRect(corner.x, corner.y, Math.max(width, 1.5), Math.max(height, 1.5));
         };
         context.globalAlpha = 0.4;
-        for (const annotation of framesFirst(editor.get().document))
-            fill(editor.areaOf(annotation), colourOf(annotation));
+        for (const annotation of framesFirst(editor.store.get().document))
+            fill(editor.places.areaOf(annotation), colourOf(annotation));
         context.globalAlpha = 1;
         for (const { node, box } of boxesOf(editor)) fill(box, css(node.background));
     }

@@ -2,7 +2,8 @@ import { endsOf } from '../model/annotations.ts';
 import { nodeById, type Point } from '../model/document.ts';
 import type { EdgeState, NodeState } from '../model/messages.ts';
 import { shapeOf, titleOf } from '../model/shape.ts';
-import type { Editor, Snapshot } from '../model/store.ts';
+import type { Editor } from '../editor.ts';
+import type { Snapshot } from '../model/store.ts';
 import { edgeKey } from '../model/comparison.ts';
 import { around, overlap, visibleBox, type Box, type Viewport } from '../model/viewport.ts';
 import { drawAnnotations, drawPoints } from './annotationPainter.ts';
@@ -34,7 +35,7 @@ export function readColours(element: Element): Colours {
 }
 
 export function boxOf(editor: Editor, node: NodeState): Box {
-    return { ...editor.placeOf(node), ...shapeOf(node) };
+    return { ...editor.places.placeOf(node), ...shapeOf(node) };
 }
 
 /** A cubic Bézier curve: its ends and its two control points. */
@@ -49,10 +50,10 @@ export interface Curve {
 
 export function curveOf(editor: Editor, snapshot: Snapshot, edge: EdgeState): Curve | undefined {
     const tail = nodeById(snapshot.document, edge.record.tail);
-    const ends = endsOf(snapshot.document, edge.record, editor.placeOf);
+    const ends = endsOf(snapshot.document, edge.record, editor.places.placeOf);
     if (!tail || !ends) return undefined;
     const components = tail.outputs?.find((port) => port.name === edge.record.tailPort)?.components;
-    const through = editor.pointsOf(edge);
+    const through = editor.places.pointsOf(edge);
     return {
         pieces: piecesOf([ends[0], ...through, ends[1]]),
         through,
@@ -142,7 +143,7 @@ export function pointAt(
     for (const { curve, edge } of sceneOf(editor).curves)
         curve.through.forEach((point, index) => {
             const isNear = Math.hypot(point.x - at.x, point.y - at.y) <= distance;
-            const isFirst = !found || edge.number === editor.get().selectedEdge;
+            const isFirst = !found || edge.number === editor.store.get().selectedEdge;
             if (isNear && isFirst) found = { edge, index };
         });
     return found;
@@ -178,7 +179,7 @@ interface Scene {
 let lastScene: Scene | undefined;
 
 function sceneOf(editor: Editor): Scene {
-    const snapshot = editor.get();
+    const snapshot = editor.store.get();
     const old = lastScene;
     if (old?.snapshot.document !== snapshot.document) lastScene = makeScene(editor, snapshot);
     else if (old.snapshot.moves !== snapshot.moves) lastScene = moveScene(editor, snapshot, old);
@@ -227,7 +228,7 @@ function drawEdges(
     view: Box,
     colours: Colours,
 ): void {
-    const { document, selection, selectedEdge, comparison } = editor.get();
+    const { document, selection, selectedEdge, comparison } = editor.store.get();
     const isCurved = viewport.zoom > 0.15;
     const strokes = [...colours.types, colours.added, colours.selected];
     const groups: Curve[][] = strokes.map(() => []);
@@ -269,7 +270,7 @@ function drawNodes(
     view: Box,
     colours: Colours,
 ): void {
-    const { selection, problems, comparison } = editor.get();
+    const { selection, problems, comparison } = editor.store.get();
     const severities = new Map<string, string>();
     for (const problem of problems)
         if (problem.node && severities.get(problem.node) !== 'error')

@@ -2,7 +2,7 @@ import type { Comparison } from '../model/comparison.ts';
 import { nodeById, positionOf, type Point } from '../model/document.ts';
 import type { EdgeRecord, NodeState } from '../model/messages.ts';
 import { portPoint, shapeOf, titleOf } from '../model/shape.ts';
-import type { Editor } from '../model/store.ts';
+import type { Editor } from '../editor.ts';
 import { overlap, visibleBox, type Viewport } from '../model/viewport.ts';
 import { reachOf } from './painter.ts';
 
@@ -47,12 +47,12 @@ function strokeEdge(
     removed: ReadonlyMap<string, NodeState>,
     edge: EdgeRecord,
 ): void {
-    const { document } = editor.get();
+    const { document } = editor.store.get();
     const end = (id: string, side: 'input' | 'output', port: string): Point | undefined => {
         const now = nodeById(document, id);
         const node = now ?? removed.get(id);
         if (!node) return undefined;
-        const corner = now ? editor.placeOf(now) : positionOf(node);
+        const corner = now ? editor.places.placeOf(now) : positionOf(node);
         const at = portPoint(node, side, port);
         return { x: corner.x + at.x, y: corner.y + at.y };
     };

@@ -1,5 +1,6 @@
 import { parseNumbers } from './numbers.ts';
-import { valueOf } from './document.ts';
+import { nodeById, valueOf, type DocumentState } from './document.ts';
+import type { NodeProperty } from './edits.ts';
 import type { NodeState } from './messages.ts';
 
 /** A parameter of the material: a value, a texture or a stream of the mesh. */
@@ -10,6 +11,9 @@ export interface Parameter {
     /** All attributes, as `mox bindings` prints them. */
     values: Record<string, string>;
 }
+
+/** Values of properties that are shown but not confirmed yet, by node and property. */
+export type SentValues = ReadonlyMap<string, string>;
 
 /** Parses the output of `mox bindings`. Requires a browser, because it uses its XML parser. */
 export function readParameters(xml: string): Parameter[] {
@@ -58,4 +62,24 @@ export function parameterOf(
 export function withNumbers(parameter: Parameter, numbers: readonly number[]): Parameter {
     const text = numbers.slice(0, parameter.count).join(', ');
     return { ...parameter, values: { ...parameter.values, default: text } };
+}
+
+/** Parameters with new values of properties; undefined if one of the properties does not set a parameter. */
+export function withSettings(
+    document: DocumentState,
+    parameters: readonly Parameter[],
+    sentValues: SentValues,
+    settings: readonly NodeProperty[],
+): { parameters: Parameter[]; sentValues: SentValues } | undefined {
+    const next = [...parameters];
+    const sent = new Map(sentValues);
+    for (const { node: id, name, value } of settings) {
+        const node = nodeById(document, id);
+        const key = `${id} ${name}`;
+        const parameter = node && parameterOf(next, node, name, sent.get(key));
+        if (!parameter) return undefined;
+        sent.set(key, value);
+        next[next.indexOf(parameter)] = withNumbers(parameter, parseNumbers(value));
+    }
+    return { parameters: next, sentValues: sent };
 }

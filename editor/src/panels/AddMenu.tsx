@@ -72,7 +72,7 @@ export function AddMenu() {
     }, [catalogue, menu]);
     if (!menu) return null;
     const close = () => {
-        editor.openAddMenu(null);
+        editor.graph.openAddMenu(null);
         document.getElementById('canvas')?.focus();
     };
     return (
@@ -83,11 +83,11 @@ export function AddMenu() {
             onClose={close}
             onPick={({ key, choice }) => {
                 close();
-                if (key === frameKey) return void editor.addFrame(menu.point);
-                if (key === noteKey) return void editor.addNote(menu.point);
+                if (key === frameKey) return void editor.annotations.addFrame(menu.point);
+                if (key === noteKey) return void editor.annotations.addNote(menu.point);
                 if (!choice) return;
                 remember(key);
-                void editor.add(choice, menu.point, menu.placement);
+                void editor.graph.add(choice, menu.point, menu.placement);
             }}
         />
     );

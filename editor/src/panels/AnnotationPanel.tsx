@@ -11,7 +11,7 @@ export function AnnotationPanel({ annotation }: { annotation: AnnotationState })
     const { record, number } = annotation;
     const isFrame = record.kind === 'frame';
     const set = (changes: Partial<AnnotationRecord>, gesture?: string) =>
-        editor.setAnnotation({ ...record, ...changes }, gesture);
+        editor.annotations.set({ ...record, ...changes }, gesture);
     const contents = withContents(document, [], [number]);
     const count = contents.nodes.size;
     const textName = isFrame ? 'title' : 'text';
@@ -41,7 +41,7 @@ export function AnnotationPanel({ annotation }: { annotation: AnnotationState })
                     aria-label="colour: reset to the default"
                     onClick={() => {
                         const { colour: _, ...others } = record;
-                        editor.setAnnotation(others);
+                        editor.annotations.set(others);
                     }}
                 >
                     ↺
@@ -59,7 +59,7 @@ export function AnnotationPanel({ annotation }: { annotation: AnnotationState })
                 </div>
             ))}
             {isFrame && (
-                <button onClick={() => editor.select(contents.nodes, contents.annotations)}>
+                <button onClick={() => editor.selection.select(contents.nodes, contents.annotations)}>
                     Select its contents ({count === 1 ? '1 node' : `${count} nodes`})
                 </button>
             )}

@@ -60,7 +60,7 @@ export function ConnectMenu({ node, onClose, light }: { node: NodeState; onClose
                 }
                 const [tail, head] = from.side === 'output' ? [from, at] : [at, from];
                 close();
-                editor.connect({
+                editor.graph.connect({
                     tail: tail.node,
                     tailPort: tail.port,
                     head: head.node,

@@ -7,7 +7,7 @@ export function EdgePanel({ edge }: { edge: EdgeState }) {
     const editor = useEditor();
     const { tail, tailPort, head, headPort, points = [] } = edge.record;
     const set = (index: number, name: 'x' | 'y', value: number, gesture?: string) =>
-        editor.setPoints(
+        editor.annotations.setPoints(
             edge,
             points.map((point, i) => (i === index ? { ...point, [name]: value } : point)),
             index,
@@ -37,13 +37,13 @@ export function EdgePanel({ edge }: { edge: EdgeState }) {
                         className="reset"
                         title="Remove the point"
                         aria-label={`Remove point ${i + 1}`}
-                        onClick={() => editor.removePoint(edge, i)}
+                        onClick={() => editor.annotations.removePoint(edge, i)}
                     >
                         ✕
                     </button>
                 </div>
             ))}
-            <button onClick={() => editor.addPoint(edge)}>Add a point</button>
+            <button onClick={() => editor.annotations.addPoint(edge)}>Add a point</button>
         </section>
     );
 }

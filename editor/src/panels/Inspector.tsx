@@ -201,13 +201,13 @@ export function Inspector({ light }: Lighting) {
     const problems = useSnapshot((all) => all.problems);
     const differences = useSnapshot((all) => all.comparison)?.differences ?? [];
     const haveThumbnails = useSnapshot(() =>
-        editor.selectedNodes().every((node) => editor.showsThumbnail(node)),
+        editor.selection.nodes().every((node) => editor.thumbnails.isShownOn(node)),
     );
     const nodes = [...selection].flatMap((number) => document.nodes.get(number) ?? []);
     const edge = selectedEdge === null ? undefined : document.edges.get(selectedEdge);
     if (edge) return <EdgePanel edge={edge} />;
     const first = nodes[0];
-    const [annotation] = editor.selectedAnnotations();
+    const [annotation] = editor.selection.annotations();
     if (!first && annotation && selectedAnnotations.size === 1)
         return <AnnotationPanel annotation={annotation} />;
     if (!first) return <MaterialForm />;
@@ -217,7 +217,7 @@ export function Inspector({ light }: Lighting) {
     const set =
         (row: Row): OnChange =>
         (value, gesture) =>
-            editor.setProperties(
+            editor.values.setProperties(
                 nodes.map((node) => ({
                     node: node.record.id,
                     name: row.property.name,
@@ -237,7 +237,7 @@ export function Inspector({ light }: Lighting) {
                         aria-pressed={haveThumbnails}
                         aria-label="Small images"
                         title="Show small images on the selected nodes"
-                        onClick={() => editor.toggleThumbnailsOf(nodes)}
+                        onClick={() => editor.thumbnails.toggleOf(nodes)}
                     >
                         ▣
                     </button>
@@ -249,7 +249,7 @@ export function Inspector({ light }: Lighting) {
                     <TextField
                         label="id"
                         value={first.record.id}
-                        onChange={(id) => editor.rename(first.record.id, id)}
+                        onChange={(id) => editor.graph.rename(first.record.id, id)}
                     />
                 </div>
             )}

@@ -9,7 +9,7 @@ function Part({ part }: { part: keyof MaterialParts }) {
     const values = useSnapshot((all) => all.document)[part];
     return attributes.map(({ name, choices }) => {
         const value = values[name] ?? '';
-        const set = (next: string) => editor.setMaterial(part, name, next);
+        const set = (next: string) => editor.values.setMaterial(part, name, next);
         return (
             <div key={name} className="row">
                 <label title={name}>{name}</label>

@@ -58,8 +58,8 @@ export function Notices() {
                         ? `An earlier session left unsaved changes that cannot be read: ${waiting.error}`
                         : `An earlier session ended with ${waiting.changes} unsaved changes.`}
                 </p>
-                {!waiting.error && <button onClick={() => editor.restore(true)}>Restore them</button>}
-                <button onClick={() => editor.restore(false)}>Discard them</button>
+                {!waiting.error && <button onClick={() => editor.file.restore(true)}>Restore them</button>}
+                <button onClick={() => editor.file.restore(false)}>Discard them</button>
             </div>
         );
     if (fileChange)
@@ -78,20 +78,22 @@ export function Notices() {
                     </ul>
                 )}
                 {fileChange.error === '' && !isComparing && (
-                    <button onClick={() => editor.toggleComparison()}>
+                    <button onClick={() => editor.comparer.toggle()}>
                         Show the differences in the graph
                     </button>
                 )}
-                <button onClick={() => editor.keepMine()}>Keep my version</button>
-                {fileChange.error === '' && <button onClick={() => editor.reload()}>Load the file</button>}
-                <button onClick={() => void editor.save(true)}>Replace the file</button>
+                <button onClick={() => editor.file.keepMine()}>Keep my version</button>
+                {fileChange.error === '' && (
+                    <button onClick={() => editor.file.reload()}>Load the file</button>
+                )}
+                <button onClick={() => void editor.file.save(true)}>Replace the file</button>
             </div>
         );
     if (!isPlaced)
         return (
             <div className="notice">
                 <p>The nodes of this file have no positions yet, so they overlap.</p>
-                <button onClick={() => editor.layOut()}>Lay out</button>
+                <button onClick={() => editor.places.layOut()}>Lay out</button>
             </div>
         );
     return null;

@@ -6,7 +6,7 @@ import { ColourField, NumberField, TextField } from './fields.tsx';
 function Value({ parameter }: { parameter: Parameter }) {
     const editor = useEditor();
     const set = (value: string, gesture?: string) =>
-        editor.setParameter(parameter, { default: value }, gesture);
+        editor.values.setParameter(parameter, { default: value }, gesture);
     if (parameter.stream !== 'float')
         return <TextField label={parameter.tag} value={parameter.values.default ?? ''} onChange={set} />;
     const numbers = parameterNumbers(parameter);
@@ -84,7 +84,7 @@ export function Parameters({ jump }: { jump: (id: string) => void }) {
                                         className="reset"
                                         title="Reset to the value of the node"
                                         aria-label={`${parameter.tag}: reset to the value of the node`}
-                                        onClick={() => editor.resetParameter(parameter)}
+                                        onClick={() => editor.values.resetParameter(parameter)}
                                     >
                                         ↺
                                     </button>

@@ -16,7 +16,7 @@ export function PinnedPicture() {
         <section className="panel" id="pinned" aria-label="Pinned output">
             <h2>
                 {name}
-                <button className="fold" aria-label="Unpin" onClick={() => editor.pin(null)}>
+                <button className="fold" aria-label="Unpin" onClick={() => editor.pinned.pin(null)}>
                     ✕
                 </button>
             </h2>

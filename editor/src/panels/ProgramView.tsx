@@ -101,7 +101,7 @@ export function ProgramView({ light }: Lighting) {
     useEffect(() => {
         let isCurrent = true;
         const timer = setTimeout(() => {
-            void editor.programsIn(target).then((next) => {
+            void editor.compiler.programsIn(target).then((next) => {
                 if (isCurrent && !next.outOfDate) setAnswer(next);
             });
         }, 100);

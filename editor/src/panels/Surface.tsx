@@ -38,7 +38,7 @@ class LivePicture {
                 this.failure = '';
             } catch (error) {
                 this.failure = (error as Error).message;
-                this.editor.say(this.failure);
+                this.editor.store.say(this.failure);
             }
         }
         const isOther = programs !== this.last.programs || parameters !== this.last.parameters;
@@ -56,7 +56,7 @@ class LivePicture {
             if (this.files.get(tag) === source) continue;
             this.files.set(tag, source);
             ++this.loading;
-            const image = await this.editor.texture(tag, sampler);
+            const image = await this.editor.assets.texture(tag, sampler);
             --this.loading;
             if (!image) this.files.delete(tag);
             else this.renderer.setTexture(tag, sampler, image);
@@ -124,12 +124,12 @@ export function Surface({ isGraphShown, side }: { isGraphShown: boolean; side: n
             live.current.setMesh(latest.current.makeMesh());
             live.current.view.light = latest.current.light;
             live.current.view.background = latest.current.background;
-            live.current.take(editor.get());
+            live.current.take(editor.store.get());
         };
         start();
         Object.assign(window, { moxPicture: live.current }); // for tests and benchmarks
-        const stop = editor.subscribe(() => {
-            live.current?.take(editor.get());
+        const stop = editor.store.subscribe(() => {
+            live.current?.take(editor.store.get());
             setFailure(live.current?.failure ?? '');
             setMissing(live.current?.renderer.missing ?? []);
         });
@@ -147,13 +147,13 @@ export function Surface({ isGraphShown, side }: { isGraphShown: boolean; side: n
     useEffect(() => {
         live.current?.setMesh(latest.current.makeMesh());
         setMissing(live.current?.renderer.missing ?? []);
-        editor.pinOn(meshName in meshMakers ? meshName : 'sphere');
+        editor.pinned.pinOn(meshName in meshMakers ? meshName : 'sphere');
     }, [editor, meshName, own]);
 
     const show = useCallback(
         async (name?: string, file?: Blob) => {
             const bytes = file && new Uint8Array(await file.arrayBuffer());
-            const { answer, bytes: data } = await editor.mesh(name, bytes);
+            const { answer, bytes: data } = await editor.assets.mesh(name, bytes);
             setMeshFailure(answer.error ? `${name}: ${answer.error.message}` : '');
             if (!answer.mesh || !data) return;
             const read = meshFrom(answer.mesh, data);

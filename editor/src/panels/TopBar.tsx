@@ -1,14 +1,14 @@
-import type { Editor } from '../model/store.ts';
+import type { Editor } from '../editor.ts';
 import { useEditor, useSnapshot } from '../useEditor.ts';
 import { download } from './download.ts';
 
 /** The server does not write copies of the document, so the browser saves the copy. */
 export async function saveCopy(editor: Editor): Promise<void> {
-    const { file } = editor.get();
-    const text = await editor.text();
+    const { file } = editor.store.get();
+    const text = await editor.file.text();
     if (text === '') return;
     download(file.replace(/(\.[^.]*)?$/, '_copy$1'), 'application/xml', text);
-    editor.say('The browser saves the copy. Copy the textures to the same folder.');
+    editor.store.say('The browser saves the copy. Copy the textures to the same folder.');
 }
 
 export function TopBar({
@@ -35,13 +35,21 @@ export function TopBar({
                 {file}
                 {unsaved && <span title="There are unsaved changes."> ●</span>}
             </h1>
-            <button disabled={undo === ''} title={undo && `Undo: ${undo}`} onClick={() => editor.undo()}>
+            <button
+                disabled={undo === ''}
+                title={undo && `Undo: ${undo}`}
+                onClick={() => editor.changes.undo()}
+            >
                 Undo
             </button>
-            <button disabled={redo === ''} title={redo && `Redo: ${redo}`} onClick={() => editor.redo()}>
+            <button
+                disabled={redo === ''}
+                title={redo && `Redo: ${redo}`}
+                onClick={() => editor.changes.redo()}
+            >
                 Redo
             </button>
-            <button disabled={!unsaved} onClick={() => void editor.save()}>
+            <button disabled={!unsaved} onClick={() => void editor.file.save()}>
                 Save
             </button>
             <button
@@ -56,20 +64,23 @@ export function TopBar({
             <button title="Show the whole graph" onClick={onFrame}>
                 Frame
             </button>
-            <button title="Lay out the selected nodes, or the whole graph" onClick={() => editor.layOut()}>
+            <button
+                title="Lay out the selected nodes, or the whole graph"
+                onClick={() => editor.places.layOut()}
+            >
                 Lay out
             </button>
             <button
                 aria-pressed={hasThumbnails}
                 title="Show small images on all nodes"
-                onClick={() => editor.toggleThumbnails()}
+                onClick={() => editor.thumbnails.toggle()}
             >
                 Pictures
             </button>
             <button
                 aria-pressed={isComparing}
                 title="Show the differences from the file on disk"
-                onClick={() => editor.toggleComparison()}
+                onClick={() => editor.comparer.toggle()}
             >
                 Compare
             </button>

@@ -1,5 +1,6 @@
 import { parameterNumbers, type Parameter } from '../model/parameters.ts';
-import type { Programs, TextureLevels } from '../model/store.ts';
+import type { TextureLevels } from '../model/assets.ts';
+import type { Programs } from '../model/store.ts';
 import { measure, placeCamera, sceneValues, type Extent, type Orbit } from './camera.ts';
 import { applyModifiers, streamOf, type Mesh } from './meshes.ts';
 import { fillBlock, type Block, type Member, type Reflection, type Stage } from './uniforms.ts';
