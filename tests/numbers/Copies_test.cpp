@@ -1,4 +1,5 @@
 #include "mox/Text.h"
+#include "mox/bindings/FloatList.h"
 #include "tests/numbers/NumbersTest.h"
 
 #include <cmath>
