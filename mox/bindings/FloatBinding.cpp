@@ -4,6 +4,7 @@
 #include "mox/bindings/ClassicLocale.h"
 
 #include <algorithm>
+#include <cstdio>
 
 namespace Mox::Materials {
 

@@ -51,7 +51,7 @@ public:
     std::string GetMaxText() const override;
     std::string GetDefaultText() const override;
 
-    std::vector<FloatRange> ranges; ///< one entry per component; its length equals count
+    std::vector<FloatRange> ranges; ///< one entry per component; GetCount returns its length
 };
 
 } // namespace Mox::Materials
