@@ -16,11 +16,13 @@ enum class ShaderLevel : std::int32_t
     Automatic = 2, ///< chosen when the stages are assembled
 };
 
-enum class ShaderDirection : std::int32_t
-{
-    Input = 0,
-    Output = 1,
-};
+/// Values of ShaderParameter::Direction. Every value other than 0 is an output.
+namespace ShaderDirection {
+
+inline constexpr std::int32_t Input = 0;
+inline constexpr std::int32_t Output = 1;
+
+} // namespace ShaderDirection
 
 /// An annotation that a host may attach to a function or a parameter. The library creates none and
 /// only copies existing ones.
@@ -36,7 +38,7 @@ struct MOX_API ShaderExtra
 /// One parameter of a function.
 struct MOX_API ShaderParameter
 {
-    ShaderDirection Direction = ShaderDirection::Input;
+    std::int32_t Direction = ShaderDirection::Input;
     ShaderType Type = ShaderType(ComponentType::Unknown, 1, 1, 1);
     std::uint32_t Reserved = 0; ///< for hosts; the library sets it to 0
     std::string Name;

@@ -2,12 +2,9 @@
 
 #include "mox/ShaderError.h"
 #include "mox/Text.h"
-#include "mox/authoring/GuiPort.h"
-#include "mox/shader/ShaderNode.h"
-
-#include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
+#include <cstdint>
 #include <locale>
 #include <utility>
 
@@ -28,6 +25,22 @@ const char* LiteralOpening(const ShaderType& type)
     }
 }
 
+void AddParameter(ShaderFunction& function, std::int32_t direction, const ShaderType& type,
+                  const std::string& name)
+{
+    for (const ShaderParameter& present : function.Parameters) {
+        if (present.Name == name) {
+            throw Compose("parameter name \"", name, "\" is duplicated in function \"",
+                          function.Name, "\"");
+        }
+    }
+    ShaderParameter parameter;
+    parameter.Direction = direction;
+    parameter.Type = type;
+    parameter.Name = name;
+    function.Parameters.push_back(std::move(parameter));
+}
+
 } // namespace
 
 ShaderFunctionBuilder::ShaderFunctionBuilder()
@@ -41,12 +54,12 @@ ShaderFunctionBuilder::~ShaderFunctionBuilder() = default;
 
 void ShaderFunctionBuilder::AddInput(const ShaderType& type, const std::string& name)
 {
-    AddParameter(ShaderDirection::Input, type, name);
+    AddParameter(*this, ShaderDirection::Input, type, name);
 }
 
 void ShaderFunctionBuilder::AddOutput(const ShaderType& type, const std::string& name)
 {
-    AddParameter(ShaderDirection::Output, type, name);
+    AddParameter(*this, ShaderDirection::Output, type, name);
 }
 
 void ShaderFunctionBuilder::AddInputPort(const GuiPort& port)
@@ -80,26 +93,9 @@ void ShaderFunctionBuilder::DeclareConstantForPort(const GuiPort& port, float va
 
 ShaderNodeHandle ShaderFunctionBuilder::Build(ShaderLevel level, const std::string& name) const
 {
-    auto node = boost::make_shared<ShaderNode>(ShaderNodeKind::Function);
-    node->LoadFunction(*this);
-    node->Name = name;
-    node->Level = level;
-    node->Code = Body.str();
-    node->ValidateNames();
-    return node;
-}
-
-void ShaderFunctionBuilder::AddParameter(ShaderDirection direction, const ShaderType& type,
-                                         const std::string& name)
-{
-    for (const ShaderParameter& present : Parameters) {
-        if (present.Name == name) {
-            throw Compose("parameter name \"", name, "\" is duplicated in function \"", Name, "\"");
-        }
-    }
-    ShaderParameter parameter;
-    parameter.Direction = direction;
-    parameter.Type = type;
-    parameter.Name = name;
-    Parameters.push_back(std::move(parameter));
+    ShaderFunction function(*this);
+    function.SetName(name);
+    function.SetLevel(level);
+    function.SetCode(Body.str());
+    return ShaderNode::CreateFunctionNode(function);
 }

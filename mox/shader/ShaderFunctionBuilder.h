@@ -1,16 +1,13 @@
 #pragma once
 
 #include "mox/Export.h"
-#include "mox/shader/ShaderEdge.h"
+#include "mox/authoring/GuiPort.h"
 #include "mox/shader/ShaderFunction.h"
+#include "mox/shader/ShaderNode.h"
 #include "mox/shader/ShaderType.h"
 
 #include <sstream>
 #include <string>
-
-namespace Mox::Materials {
-class GuiPort;
-}
 
 /// Builds one Cg function: parameters and body code can be added in any order, followed by Build.
 ///
@@ -51,7 +48,4 @@ public:
     ShaderNodeHandle Build(ShaderLevel level, const std::string& name) const;
 
     std::ostringstream Body; ///< in the classic locale
-
-private:
-    void AddParameter(ShaderDirection direction, const ShaderType& type, const std::string& name);
 };

@@ -128,8 +128,10 @@ void CoreTextureNode::UpdatePorts(const boost::shared_ptr<void>&)
     const float grey = isReferring ? 0.6f : 0.0f;
     SetForegroundColour(grey, grey, grey);
     if (const CoreTextureNode* referred = Referred(*this)) {
-        for (const auto& property : {TextureType, ColourType, Alpha, Srgb, BasicColour})
-            property->CopyFrom(referred->Properties->Get(property->Name));
+        for (const auto setting :
+             {&CoreTextureNode::TextureType, &CoreTextureNode::ColourType, &CoreTextureNode::Alpha,
+              &CoreTextureNode::Srgb, &CoreTextureNode::BasicColour})
+            (this->*setting)->CopyFrom(referred->*setting);
     }
 
     const ColourKind& kind = KindOf(*this);

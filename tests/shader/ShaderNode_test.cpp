@@ -13,7 +13,7 @@ ShaderFunction TwoToOne(ShaderLevel level)
     ShaderFunction function;
     function.SetName("f");
     function.SetLevel(level);
-    const auto add = [&](ShaderDirection direction, const char* name) {
+    const auto add = [&](std::int32_t direction, const char* name) {
         ShaderParameter parameter;
         parameter.Direction = direction;
         parameter.Name = name;
