@@ -22,12 +22,8 @@ void WriteStages(const Cg::Module& module, Languages::Precision precision)
         } catch (const std::exception&) {
             continue; // its semantics do not belong to a stage
         }
-        for (int language = 0; language < 6; ++language) {
-            Claim(
-                !Languages::WriteStage(stage, static_cast<Languages::Language>(language), precision)
-                     .Text.empty(),
-                "there is a text");
-        }
+        for (const Languages::Language* language : Languages::allLanguages)
+            Claim(!language->Write(stage, precision).Text.empty(), "there is a text");
     }
 }
 

@@ -429,21 +429,58 @@ private:
     bool _isEssl;
 };
 
+template <Dialect dialect>
+WrittenStage WriteDialect(const StageProgram& program, Precision precision)
+{
+    return GlslWriter(program, precision, dialect).Write();
+}
+
+PlaceFields PlaceAtLocation(const std::string& name, std::uint32_t location)
+{
+    return {{"name", name}, {"location", location}};
+}
+
 } // namespace
 
-WrittenStage WriteGlsl(const StageProgram& program, Precision precision)
-{
-    return GlslWriter(program, precision, Dialect::OpenGl).Write();
-}
+constinit const Language Language::Glsl = {
+    .Name = "glsl",
+    .Ending = "glsl",
+    .Write = WriteDialect<Dialect::OpenGl>,
+    .PlaceBlock = [](const std::string& name, std::uint32_t number) -> PlaceFields {
+        return {{"name", name}, {"binding", number}};
+    },
+    .PlaceSampler = [](const SamplerPlace& sampler) -> PlaceFields {
+        return {{"name", sampler.Name}, {"binding", sampler.Unit}};
+    },
+    .PlaceInput = PlaceAtLocation,
+};
 
-WrittenStage WriteVulkanGlsl(const StageProgram& program, Precision precision)
-{
-    return GlslWriter(program, precision, Dialect::Vulkan).Write();
-}
+constinit const Language Language::VulkanGlsl = {
+    .Name = "glsl-vulkan",
+    .Ending = "vulkan.glsl",
+    .Write = WriteDialect<Dialect::Vulkan>,
+    .PlaceBlock = [](const std::string& name, std::uint32_t number) -> PlaceFields {
+        return {{"name", name}, {"set", number}, {"binding", 0u}};
+    },
+    .PlaceSampler = [](const SamplerPlace& sampler) -> PlaceFields {
+        return {{"name", sampler.Name},
+                {"set", sampler.Set},
+                {"binding", sampler.FirstBinding + sampler.Unit}};
+    },
+    .PlaceInput = PlaceAtLocation,
+};
 
-WrittenStage WriteEssl(const StageProgram& program, Precision precision)
-{
-    return GlslWriter(program, precision, Dialect::Essl).Write();
-}
+constinit const Language Language::Essl = {
+    .Name = "essl",
+    .Ending = "essl",
+    .Write = WriteDialect<Dialect::Essl>,
+    .PlaceBlock = [](const std::string& name, std::uint32_t) -> PlaceFields {
+        return {{"name", name}};
+    },
+    .PlaceSampler = [](const SamplerPlace& sampler) -> PlaceFields {
+        return {{"name", sampler.Name}};
+    },
+    .PlaceInput = PlaceAtLocation,
+};
 
 } // namespace Mox::Languages

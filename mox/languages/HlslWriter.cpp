@@ -317,9 +317,23 @@ private:
 
 } // namespace
 
-WrittenStage WriteHlsl(const StageProgram& program, Precision precision)
-{
-    return HlslWriter(program, precision).Write();
-}
+constinit const Language Language::Hlsl = {
+    .Name = "hlsl",
+    .Ending = "hlsl",
+    .Write = [](const StageProgram& program,
+                Precision precision) { return HlslWriter(program, precision).Write(); },
+    .PlaceBlock = [](const std::string& name, std::uint32_t number) -> PlaceFields {
+        return {{"name", name}, {"register", Compose("b", number)}};
+    },
+    .PlaceSampler = [](const SamplerPlace& sampler) -> PlaceFields {
+        return {{"texture", sampler.Name},
+                {"textureRegister", Compose("t", sampler.Unit)},
+                {"sampler", sampler.Name + "Sampler"},
+                {"samplerRegister", Compose("s", sampler.Unit)}};
+    },
+    .PlaceInput = [](const std::string& name, std::uint32_t location) -> PlaceFields {
+        return {{"name", name}, {"semantic", Compose("ATTR", location)}};
+    },
+};
 
 } // namespace Mox::Languages

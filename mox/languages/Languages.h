@@ -3,27 +3,53 @@
 #include "mox/languages/Precision.h"
 #include "mox/languages/StageProgram.h"
 
+#include <string_view>
+#include <variant>
+
 namespace Mox::Languages {
 
-enum class Language
+/// Where a host finds a parameter: keys and values of the reflection.
+struct PlaceField
 {
-    Glsl,       ///< 4.50 for OpenGL
-    VulkanGlsl, ///< 4.50 for Vulkan
-    Essl,       ///< 3.00
-    Hlsl,       ///< shader model 5.0
-    Msl,        ///< 2.0
-    Wgsl,
+    std::string_view Key;
+    std::variant<std::uint32_t, std::string> Value;
+};
+using PlaceFields = std::vector<PlaceField>;
+
+struct SamplerPlace
+{
+    std::string Name;           ///< in the text
+    std::uint32_t Unit;         ///< number of the texture
+    std::uint32_t Set;          ///< as StageProgram::SamplerSet
+    std::uint32_t FirstBinding; ///< as StageProgram::FirstSamplerBinding
 };
 
-/// Writes a stage in a language. The same stage always gives the same source.
-WrittenStage WriteStage(const StageProgram& program, Language language, Precision precision);
+/// A language in which programs are written. The file of its writer defines it.
+struct Language
+{
+    std::string_view Name;   ///< on command lines and in reflection files
+    std::string_view Ending; ///< conventional file extension, without the dot
 
-// One function per language, each in its own file.
-WrittenStage WriteGlsl(const StageProgram& program, Precision precision);
-WrittenStage WriteVulkanGlsl(const StageProgram& program, Precision precision);
-WrittenStage WriteEssl(const StageProgram& program, Precision precision);
-WrittenStage WriteHlsl(const StageProgram& program, Precision precision);
-WrittenStage WriteMsl(const StageProgram& program, Precision precision);
-WrittenStage WriteWgsl(const StageProgram& program, Precision precision);
+    /// Writes a stage. The same stage always gives the same source.
+    WrittenStage (*Write)(const StageProgram& program, Precision precision);
+
+    // Each returns the place of a parameter with a name in the text.
+    PlaceFields (*PlaceBlock)(const std::string& name, std::uint32_t number);
+    PlaceFields (*PlaceSampler)(const SamplerPlace& sampler);
+    PlaceFields (*PlaceInput)(const std::string& name, std::uint32_t location);
+
+    static const Language Hlsl;       ///< shader model 5.0
+    static const Language Glsl;       ///< 4.50 for OpenGL
+    static const Language VulkanGlsl; ///< 4.50 for Vulkan
+    static const Language Essl;       ///< 3.00
+    static const Language Msl;        ///< 2.0
+    static const Language Wgsl;
+};
+
+/// In the order of the targets.
+inline constexpr const Language* allLanguages[] = {
+    &Language::Hlsl, &Language::Glsl, &Language::VulkanGlsl,
+    &Language::Essl, &Language::Msl,  &Language::Wgsl,
+};
 
 } // namespace Mox::Languages

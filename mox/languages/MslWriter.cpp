@@ -325,9 +325,23 @@ private:
 
 } // namespace
 
-WrittenStage WriteMsl(const StageProgram& program, Precision precision)
-{
-    return MslWriter(program, precision).Write();
-}
+constinit const Language Language::Msl = {
+    .Name = "msl",
+    .Ending = "metal",
+    .Write = [](const StageProgram& program,
+                Precision precision) { return MslWriter(program, precision).Write(); },
+    .PlaceBlock = [](const std::string& name, std::uint32_t number) -> PlaceFields {
+        return {{"name", name}, {"buffer", number}};
+    },
+    .PlaceSampler = [](const SamplerPlace& sampler) -> PlaceFields {
+        return {{"texture", sampler.Name},
+                {"textureIndex", sampler.Unit},
+                {"sampler", sampler.Name + "Sampler"},
+                {"samplerIndex", sampler.Unit}};
+    },
+    .PlaceInput = [](const std::string& name, std::uint32_t location) -> PlaceFields {
+        return {{"name", name}, {"attribute", location}};
+    },
+};
 
 } // namespace Mox::Languages

@@ -484,9 +484,26 @@ private:
 
 } // namespace
 
-WrittenStage WriteWgsl(const StageProgram& program, Precision precision)
-{
-    return WgslWriter(program, precision).Write();
-}
+constinit const Language Language::Wgsl = {
+    .Name = "wgsl",
+    .Ending = "wgsl",
+    .Write = [](const StageProgram& program,
+                Precision precision) { return WgslWriter(program, precision).Write(); },
+    .PlaceBlock = [](const std::string& name, std::uint32_t number) -> PlaceFields {
+        return {{"name", name}, {"group", number}, {"binding", 0u}};
+    },
+    .PlaceSampler = [](const SamplerPlace& sampler) -> PlaceFields {
+        // A texture and its sampler have separate numbers.
+        const std::uint32_t binding = sampler.FirstBinding + 2 * sampler.Unit;
+        return {{"group", sampler.Set},
+                {"texture", sampler.Name},
+                {"textureBinding", binding},
+                {"sampler", sampler.Name + "Sampler"},
+                {"samplerBinding", binding + 1}};
+    },
+    .PlaceInput = [](const std::string& name, std::uint32_t location) -> PlaceFields {
+        return {{"name", name}, {"location", location}};
+    },
+};
 
 } // namespace Mox::Languages

@@ -1,42 +1,21 @@
 #include "mox/targets/CompileTarget.h"
 
-#include <cstddef>
+#include "mox/languages/Languages.h"
+
+#include <iterator>
 
 namespace Mox::Host {
 
-namespace {
+using Languages::allLanguages;
 
-struct TargetRow
-{
-    CompileTarget Target;
-    std::string_view Name;
-    std::string_view Ending;
-};
-
-/// In the order of the enumerators.
-constexpr TargetRow rows[] = {
-    {CompileTarget::Hlsl, "hlsl", "hlsl"},
-    {CompileTarget::Glsl, "glsl", "glsl"},
-    {CompileTarget::GlslVulkan, "glsl-vulkan", "vulkan.glsl"},
-    {CompileTarget::Essl, "essl", "essl"},
-    {CompileTarget::Msl, "msl", "metal"},
-    {CompileTarget::Wgsl, "wgsl", "wgsl"},
-    {CompileTarget::Spirv, "spirv", "spv"},
-};
-
-const TargetRow& RowOf(CompileTarget target)
-{
-    return rows[static_cast<std::size_t>(target)];
-}
-
-} // namespace
+static_assert(std::size(allLanguages) == static_cast<std::size_t>(CompileTarget::Spirv));
 
 const std::vector<CompileTarget>& AllCompileTargets()
 {
     static const std::vector<CompileTarget> targets = [] {
         std::vector<CompileTarget> all;
-        for (const TargetRow& row : rows)
-            all.push_back(row.Target);
+        for (std::size_t i = 0; i <= std::size(allLanguages); ++i)
+            all.push_back(static_cast<CompileTarget>(i));
         return all;
     }();
     return targets;
@@ -44,12 +23,18 @@ const std::vector<CompileTarget>& AllCompileTargets()
 
 std::string_view GetTargetName(CompileTarget target)
 {
-    return RowOf(target).Name;
+    return target == CompileTarget::Spirv ? "spirv" : GetTargetLanguage(target).Name;
 }
 
 std::string_view GetTargetEnding(CompileTarget target)
 {
-    return RowOf(target).Ending;
+    return target == CompileTarget::Spirv ? "spv" : GetTargetLanguage(target).Ending;
+}
+
+const Languages::Language& GetTargetLanguage(CompileTarget target)
+{
+    return target == CompileTarget::Spirv ? Languages::Language::VulkanGlsl
+                                          : *allLanguages[static_cast<std::size_t>(target)];
 }
 
 } // namespace Mox::Host

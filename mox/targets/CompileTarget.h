@@ -3,9 +3,14 @@
 #include <string_view>
 #include <vector>
 
+namespace Mox::Languages {
+struct Language;
+}
+
 namespace Mox::Host {
 
-/// A language other than Cg in which programs are exported.
+/// A language other than Cg in which programs are exported: those of Languages::allLanguages in
+/// their order, and SPIR-V.
 enum class CompileTarget
 {
     Hlsl,       ///< shader model 5.0
@@ -20,11 +25,13 @@ enum class CompileTarget
 /// Returns all targets, in the order of the enumerators.
 const std::vector<CompileTarget>& AllCompileTargets();
 
-/// Returns the name of a target on command lines and in reflection files: "hlsl", "glsl",
-/// "glsl-vulkan", "essl", "msl", "wgsl" or "spirv".
+/// Returns the name of a target on command lines and in reflection files, such as "glsl-vulkan".
 std::string_view GetTargetName(CompileTarget target);
 
 /// Returns the conventional file extension of the language, without the dot.
 std::string_view GetTargetEnding(CompileTarget target);
+
+/// Returns the language of the text; for SPIR-V, the language that it is compiled from.
+const Languages::Language& GetTargetLanguage(CompileTarget target);
 
 } // namespace Mox::Host

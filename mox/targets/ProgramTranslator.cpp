@@ -12,28 +12,7 @@ namespace Mox::Host {
 
 namespace {
 
-using Languages::Language;
 using Materials::Compose;
-
-Language LanguageOf(CompileTarget target)
-{
-    switch (target) {
-    case CompileTarget::Hlsl:
-        return Language::Hlsl;
-    case CompileTarget::Glsl:
-        return Language::Glsl;
-    case CompileTarget::GlslVulkan:
-    case CompileTarget::Spirv:
-        return Language::VulkanGlsl;
-    case CompileTarget::Essl:
-        return Language::Essl;
-    case CompileTarget::Msl:
-        return Language::Msl;
-    case CompileTarget::Wgsl:
-        return Language::Wgsl;
-    }
-    return Language::VulkanGlsl;
-}
 
 TargetProgram TranslateStage(const StagePair& stages, ProgramStage stage, CompileTarget target,
                              Languages::Precision precision, const std::string& header,
@@ -41,7 +20,7 @@ TargetProgram TranslateStage(const StagePair& stages, ProgramStage stage, Compil
 {
     Languages::StageProgram program = stages.StageOf(stage);
     program.Header = header;
-    Languages::WrittenStage written = Languages::WriteStage(program, LanguageOf(target), precision);
+    Languages::WrittenStage written = GetTargetLanguage(target).Write(program, precision);
     if (target == CompileTarget::Spirv) {
         written.Text = makeSpirv(written.Text, stage);
         written.SourceLines.clear();

@@ -1,15 +1,14 @@
 #include "mox/targets/Reflection.h"
 
-#include "mox/Text.h"
 #include "mox/document/PropertyText.h"
 #include "mox/host/JsonObject.h"
+#include "mox/languages/Languages.h"
 
 #include <nlohmann/json.hpp>
 
 namespace Mox::Host {
 
 using Json = nlohmann::ordered_json;
-using Materials::Compose;
 
 namespace {
 
@@ -118,99 +117,35 @@ Json DescribeStage(const StageInterface& stage, const std::vector<ProgramParamet
     return json;
 }
 
-/// Describes the location of a uniform block in the terms of the target.
-Json PlaceBlock(const UniformBlock& block, CompileTarget target)
+Json DescribePlace(const Languages::PlaceFields& fields)
 {
-    const std::uint32_t number = NumberOf(block.Rate);
-    Json json = MakeNamed(block.Name);
-    switch (target) {
-    case CompileTarget::Hlsl:
-        json["register"] = Compose("b", number);
-        break;
-    case CompileTarget::Glsl:
-        json["binding"] = number;
-        break;
-    case CompileTarget::GlslVulkan:
-    case CompileTarget::Spirv:
-        json["set"] = number;
-        json["binding"] = blockBinding;
-        break;
-    case CompileTarget::Essl:
-        break;
-    case CompileTarget::Msl:
-        json["buffer"] = number;
-        break;
-    case CompileTarget::Wgsl:
-        json["group"] = number;
-        json["binding"] = blockBinding;
-        break;
-    }
-    return json;
-}
-
-Json PlaceSampler(const SamplerSlot& sampler, const std::string& name, CompileTarget target)
-{
-    switch (target) {
-    case CompileTarget::Hlsl:
-        return {{"texture", name},
-                {"textureRegister", Compose("t", sampler.Unit)},
-                {"sampler", name + "Sampler"},
-                {"samplerRegister", Compose("s", sampler.Unit)}};
-    case CompileTarget::Glsl:
-        return {{"name", name}, {"binding", sampler.Unit}};
-    case CompileTarget::GlslVulkan:
-    case CompileTarget::Spirv:
-        return {{"name", name}, {"set", samplerSet}, {"binding", sampler.Binding}};
-    case CompileTarget::Essl:
-        return {{"name", name}};
-    case CompileTarget::Msl:
-        return {{"texture", name},
-                {"textureIndex", sampler.Unit},
-                {"sampler", name + "Sampler"},
-                {"samplerIndex", sampler.Unit}};
-    case CompileTarget::Wgsl: {
-        // A texture and its sampler have separate numbers.
-        const std::uint32_t binding = firstSamplerBinding + 2 * sampler.Unit;
-        return {{"group", samplerSet},
-                {"texture", name},
-                {"textureBinding", binding},
-                {"sampler", name + "Sampler"},
-                {"samplerBinding", binding + 1}};
-    }
-    }
-    return {};
-}
-
-Json PlaceInput(const StageVariable& input, const std::string& name, CompileTarget target)
-{
-    Json json = MakeNamed(name);
-    if (target == CompileTarget::Hlsl)
-        json["semantic"] = Compose("ATTR", input.Location);
-    else
-        json[target == CompileTarget::Msl ? "attribute" : "location"] = input.Location;
+    Json json = MakeJsonObject();
+    for (const Languages::PlaceField& field : fields)
+        std::visit([&](const auto& value) { json[field.Key] = value; }, field.Value);
     return json;
 }
 
 Json DescribeTarget(const TargetProgram& program, const std::vector<UniformBlock>& blocks,
                     const StageInterface& stage)
 {
+    const Languages::Language& language = GetTargetLanguage(program.Target);
     Json json = MakeJsonObject();
     json["entryPoint"] = program.EntryPoint;
     for (const UniformBlock& block : blocks) {
         if (!IsReadIn(block, program.Stage))
             continue;
         Json& place = json["uniformBlocks"][GetRateName(block.Rate)];
-        place = PlaceBlock(block, program.Target);
+        place = DescribePlace(language.PlaceBlock(block.Name, NumberOf(block.Rate)));
         for (const UniformMember& member : block.Members)
             place["uniforms"][member.Name] = program.Names[member.Parameter];
     }
     for (const SamplerSlot& sampler : stage.Samplers)
-        json["samplers"][sampler.Name] =
-            PlaceSampler(sampler, program.Names[sampler.Parameter], program.Target);
+        json["samplers"][sampler.Name] = DescribePlace(language.PlaceSampler(
+            {program.Names[sampler.Parameter], sampler.Unit, samplerSet, firstSamplerBinding}));
     if (program.Stage == ProgramStage::Vertex)
         for (const StageVariable& input : stage.Inputs)
             json["inputs"][input.Name] =
-                PlaceInput(input, program.Names[*input.Parameter], program.Target);
+                DescribePlace(language.PlaceInput(program.Names[*input.Parameter], input.Location));
     return json;
 }
 

@@ -18,14 +18,12 @@ TEST(CgLowering, LeavesNothingToTheLanguages)
     using Languages::Language;
     ExpectSession("cg/lowering.txt", [](const std::string& tried) {
         const std::string words = tried.substr(0, tried.find(": "));
-        const std::pair<const char*, Language> languages[] = {
-            {"glsl", Language::Glsl}, {"essl", Language::Essl}, {"hlsl", Language::Hlsl},
-            {"msl", Language::Msl},   {"wgsl", Language::Wgsl},
-        };
+        const Language* const languages[] = {&Language::Glsl, &Language::Essl, &Language::Hlsl,
+                                             &Language::Msl, &Language::Wgsl};
         std::string body = tried;
         std::string text;
-        for (const auto& [word, language] : languages) {
-            if (words.find(word) == std::string::npos || words == tried)
+        for (const Language* language : languages) {
+            if (words.find(language->Name) == std::string::npos || words == tried)
                 continue;
             body = tried.substr(words.size() + 2);
             const auto precision = words.ends_with("relaxed") ? Languages::Precision::Relaxed
@@ -46,12 +44,11 @@ TEST(CgLowering, LeavesNothingToTheLanguages)
                 return std::optional(text);
             Cg::LowerModule(*module);
             const std::string whole =
-                Languages::WriteStage(Languages::MakeStage(*module, false), language, precision)
-                    .Text;
+                language->Write(Languages::MakeStage(*module, false), precision).Text;
             const std::size_t begin = whole.find("o3", whole.find(" f("));
             const std::size_t open = whole.find("{\n", begin) + 2;
             const std::size_t close = whole.find("\n}\n", open);
-            text += Compose(word, "\n", whole.substr(open, close - open), "\n");
+            text += Compose(language->Name, "\n", whole.substr(open, close - open), "\n");
         }
         return std::optional(text);
     });
@@ -85,7 +82,8 @@ TEST(CgLiveness, KeepsWhatOutputsDependOn)
         for (const Cg::Variable* uniform : module->Uniforms)
             text += Compose(uniform->Name, " ");
         const std::string whole =
-            Languages::WriteGlsl(Languages::MakeStage(*module, false), Languages::Precision::Full)
+            Languages::Language::Glsl
+                .Write(Languages::MakeStage(*module, false), Languages::Precision::Full)
                 .Text;
         const std::size_t open = whole.find("{\n", whole.find("void main()")) + 2;
         return std::optional(Compose(text, "\n", whole.substr(open, whole.size() - open - 2)));

@@ -83,7 +83,7 @@ std::vector<Source> MakeSources()
 }
 
 /// Writes a source in a language; it is parsed again each time, since lowering changes the tree.
-std::string Write(const Source& source, Language language, Precision precision)
+std::string Write(const Source& source, const Language& language, Precision precision)
 {
     const auto module = Cg::ReadModule(source.Code);
     for (const Cg::SourceError& error : module->Errors)
@@ -91,7 +91,7 @@ std::string Write(const Source& source, Language language, Precision precision)
     if (!module->Errors.empty())
         return {};
     Cg::LowerModule(*module);
-    return WriteStage(MakeStage(*module, source.IsVertex), language, precision).Text;
+    return language.Write(MakeStage(*module, source.IsVertex), precision).Text;
 }
 
 TEST(Languages, GlslangTakesEveryText)

@@ -22,15 +22,13 @@ using Materials::Compose;
 
 namespace {
 
-std::string Write(const std::string& code, bool isVertex, Language language)
+std::string Write(const std::string& code, bool isVertex, const Language& language)
 {
     const auto module = Cg::ReadModule(code);
     for (const Cg::SourceError& error : module->Errors)
         throw std::runtime_error(Compose(error.Where.Line, ": ", error.Message, "\n", code));
     Cg::LowerModule(*module);
-    return Languages::WriteStage(Languages::MakeStage(*module, isVertex), language,
-                                 Languages::Precision::Full)
-        .Text;
+    return language.Write(Languages::MakeStage(*module, isVertex), Languages::Precision::Full).Text;
 }
 
 /// Each implementation approximates angles differently; Vulkan requires an error below 2^-11.
@@ -55,17 +53,17 @@ class LanguagesTest : public DeviceTest<CaseDrawer>
 protected:
     LanguagesTest() : _cases(MakeCgCases()), _inputs(CaseDrawer::MakeInputs(1)) {}
 
-    std::vector<Numbers> Draw(const CgCases& cases, Language language) const
+    std::vector<Numbers> Draw(const CgCases& cases, const Language& language) const
     {
         return Get().Draw(Compile(cases.Vertex, true, language),
                           Compile(cases.Fragment, false, language), cases.Names.size(), _inputs);
     }
 
-    static SpirvWords Compile(const std::string& code, bool isVertex, Language language)
+    static SpirvWords Compile(const std::string& code, bool isVertex, const Language& language)
     {
         return CompileWithGlslang(
             Write(code, isVertex, language),
-            language == Language::Hlsl ? GlslangInput::Hlsl : GlslangInput::VulkanGlsl, isVertex);
+            &language == &Language::Hlsl ? GlslangInput::Hlsl : GlslangInput::VulkanGlsl, isVertex);
     }
 
     /// @param language for messages
