@@ -62,3 +62,9 @@ private:
         return false;
     }
 };
+
+namespace Mox::Materials {
+
+using ::DiGraphNode; // the base of both graphs, also found with the authoring classes
+
+} // namespace Mox::Materials

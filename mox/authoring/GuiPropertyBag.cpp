@@ -33,9 +33,11 @@ boost::shared_ptr<GuiProperty>& GuiPropertyBag::Get(const std::string& name)
 
 void GuiPropertyBag::CopyFrom(const boost::shared_ptr<GuiPropertyBag>& source)
 {
+    // Copying a reference may destroy the node that owns the source.
+    const boost::shared_ptr<GuiPropertyBag> kept = source;
     for (const auto& property : Properties) {
-        const auto stored = source->Index.find(property->Name);
-        if (stored != source->Index.end())
+        const auto stored = kept->Index.find(property->Name);
+        if (stored != kept->Index.end())
             property->CopyFrom(stored->second);
     }
 }

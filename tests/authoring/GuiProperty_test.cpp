@@ -141,4 +141,24 @@ TEST(GuiPropertyBag, CopyFromStopsAtTheFirstFailure)
     EXPECT_EQ(target.Properties.size(), 3u);
 }
 
+TEST(GuiPropertyBag, CopyFromMayDestroyTheOwnerOfItsSource)
+{
+    GuiPropertyBag target;
+    const auto reference = GuiProperty::Create("first");
+    reference->AddNodeTypename("Owner");
+    const auto number = GuiProperty::Create("second");
+    number->SetInt(0);
+    target.Add(reference);
+    target.Add(number);
+    reference->Node = boost::make_shared<TestNode>("Owner");
+    GuiPropertyBag& source = *reference->Node->Properties;
+    source.Add(GuiProperty::Create("first"));
+    source.Get("first")->AddNodeTypename("Owner");
+    source.Add(GuiProperty::Create("second"));
+    source.Get("second")->SetInt(7);
+    target.CopyFrom(reference->Node->Properties);
+    EXPECT_FALSE(reference->GetNode());
+    EXPECT_EQ(number->GetInt(), 7);
+}
+
 } // namespace
