@@ -1,5 +1,5 @@
 import type { Editor } from '../editor.ts';
-import { isEmpty, moved, noMoves, resized, type Moves } from '../model/annotations.ts';
+import { isEmpty, moved, noMoves, pointMoved, resized, type Moves } from '../model/annotations.ts';
 import type { Point } from '../model/document.ts';
 import type { AnnotationState, EdgeState } from '../model/messages.ts';
 import { contains, overlap, type Box } from '../model/viewport.ts';
@@ -36,7 +36,8 @@ export function dragSelection(editor: Editor, from: Point): Gesture {
 
 /** Drags a point of an edge. */
 export function dragPoint(editor: Editor, from: Point, edge: EdgeState, index: number): Gesture {
-    return new Drag(editor, from, (by) => editor.places.pointMoved(edge, index, by));
+    const points = editor.places.pointsOf(edge);
+    return new Drag(editor, from, (by) => pointMoved(edge, points, index, by));
 }
 
 /** Drags the lower right corner of a frame or note. */
