@@ -472,9 +472,11 @@ pageTest('frames, notes and points are drawn, moved and copied', 'rim_light', as
     await change(page, () => page.mouse.dblclick((x1 + x2) / 2, (y1 + y2) / 2));
     const [point] = (await layers()).points;
     const held = await onScreen(page, 'base', point);
-    await change(page, () => drag(page, held, [held[0] + 10, held[1] + 70]));
+    const target = [held[0] + 10, held[1] + 70];
+    await change(page, () => drag(page, held, target));
     const [dragged] = (await layers()).points;
-    assert.ok(dragged.y > point.y);
+    const shown = await onScreen(page, 'base', dragged);
+    assert.ok(Math.hypot(shown[0] - target[0], shown[1] - target[1]) < 2, `the point is at ${shown}`);
     await change(page, () => page.keyboard.press('Control+Shift+ArrowDown'));
     assert.equal((await layers()).points[0].y, dragged.y + 40);
     await change(page, () => page.keyboard.press('Delete'));

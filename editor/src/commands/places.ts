@@ -1,4 +1,4 @@
-import { areaOf, moved, noMoves, placesOf, stepsOf, type Moves } from '../model/annotations.ts';
+import { areaOf, moved, noMoves, placesOf, pointMoved, stepsOf, type Moves } from '../model/annotations.ts';
 import type { Changes } from '../model/changes.ts';
 import { positionOf, type Point } from '../model/document.ts';
 import type { AnnotationState, EdgeState, NodeState } from '../model/messages.ts';
@@ -30,12 +30,6 @@ export class Places {
         return placesOf(document, moves, this.selection.held());
     }
 
-    pointMoved(edge: EdgeState, index: number, by: Point): Moves {
-        const move = (at: Point) => ({ x: at.x + by.x, y: at.y + by.y });
-        const points = this.pointsOf(edge).map((at, i) => (i === index ? move(at) : at));
-        return { ...noMoves, points: new Map([[edge.number, points]]) };
-    }
-
     drag(moves: Moves): void {
         this.store.set({ moves });
     }
@@ -51,7 +45,7 @@ export class Places {
         const edge = this.selection.edge();
         this.drag(
             edge && selectedPoint !== null
-                ? this.pointMoved(edge, selectedPoint, by)
+                ? pointMoved(edge, this.pointsOf(edge), selectedPoint, by)
                 : moved(this.held(), by),
         );
         void this.drop();

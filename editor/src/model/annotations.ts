@@ -106,6 +106,13 @@ export function moved({ nodes, areas, points }: Moves, by: Point): Moves {
     };
 }
 
+/** Moves one of the points of an edge. */
+export function pointMoved(edge: EdgeState, points: readonly Point[], index: number, by: Point): Moves {
+    const move = (at: Point) => ({ x: at.x + by.x, y: at.y + by.y });
+    const next = points.map((at, i) => (i === index ? move(at) : at));
+    return { ...noMoves, points: new Map([[edge.number, next]]) };
+}
+
 export function isEmpty({ nodes, areas, points }: Moves): boolean {
     return nodes.size + areas.size + points.size === 0;
 }

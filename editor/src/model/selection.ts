@@ -16,6 +16,19 @@ export class Selection {
         });
     }
 
+    /** Selects a node that the user points at. A selected node stays selected, and adding deselects it. */
+    pick(number: number, isAdding: boolean): void {
+        const { selection, selectedAnnotations } = this.store.get();
+        if (isAdding) this.select(toggled(selection, number), selectedAnnotations);
+        else if (!selection.has(number)) this.select([number]);
+    }
+
+    pickAnnotation(number: number, isAdding: boolean): void {
+        const { selection, selectedAnnotations } = this.store.get();
+        if (isAdding) this.select(selection, toggled(selectedAnnotations, number));
+        else if (!selectedAnnotations.has(number)) this.select([], [number]);
+    }
+
     selectEdge(edge: number | null, point: number | null = null): void {
         this.select([]);
         this.store.set({ selectedEdge: edge, selectedPoint: point });
@@ -83,4 +96,10 @@ export class Selection {
 
 function moveToEnd(numbers: ReadonlySet<number>, last: readonly number[]): number[] {
     return [...[...numbers].filter((number) => !last.includes(number)), ...last];
+}
+
+function toggled(numbers: ReadonlySet<number>, number: number): Set<number> {
+    const next = new Set(numbers);
+    if (!next.delete(number)) next.add(number);
+    return next;
 }
