@@ -528,14 +528,14 @@ export class Editor {
     undo(): void {
         const title = this.snapshot.undo;
         void this.change({ do: 'undo' }).then((answer) => {
-            if (!answer.error) this.say(`Undone: ${title}`);
+            if (!answer.error) this.say(title ? `Undone: ${title}` : 'There is nothing to undo.');
         });
     }
 
     redo(): void {
         const title = this.snapshot.redo;
         void this.change({ do: 'redo' }).then((answer) => {
-            if (!answer.error) this.say(`Redone: ${title}`);
+            if (!answer.error) this.say(title ? `Redone: ${title}` : 'There is nothing to redo.');
         });
     }
 
