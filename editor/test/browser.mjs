@@ -288,6 +288,24 @@ pageTest('several nodes are selected by keyboard', 'tinted_texture', async ({ pa
     assert.equal((await state(page)).ids.length, 8);
 });
 
+const adjusting = emptyMaterial.replace(
+    '</material>',
+    '<nodes><node id="adjust" type="ColourAdjust" version="0"/></nodes>\n</material>',
+);
+pageTest('a typed number may be outside the range of its field', adjusting, async ({ page }) => {
+    await select(page, 'adjust');
+    const field = page.getByLabel('Default Amount', { exact: true });
+    await field.fill('9');
+    await change(page, () => page.keyboard.press('Enter'));
+    assert.equal(await field.inputValue(), '9');
+    await change(page, () => page.keyboard.press('ArrowUp'));
+    assert.equal(await field.inputValue(), '4');
+    await field.fill('0,5');
+    await page.keyboard.press('Enter');
+    await until(page, () => window.moxEditor.get().message.startsWith('"0,5" is neither'));
+    assert.equal(await field.inputValue(), '4');
+});
+
 pageTest('a value reaches the picture without compiling', 'rim_light', async ({ page }) => {
     await layOut(page);
     await until(page, () => window.moxPicture?.renderer.compileCount === 1);

@@ -3,7 +3,7 @@
 
 /** Fetches the files written for a material, BASE.vertex.essl and so on, and the textures next to them. */
 export async function loadMaterial(gl, base) {
-  const text = async ending => (await fetch(base + ending)).text();
+  const text = async ending => (await fetchFile(base + ending)).text();
   const reflection = JSON.parse(await text('.reflection.json'));
   const bindings = readBindings(await text('.bindings.xml'));
   const program = makeProgram(gl, await text('.vertex.essl'), await text('.fragment.essl'), reflection);
@@ -12,6 +12,13 @@ export async function loadMaterial(gl, base) {
     textures.set(attributes.tag, await loadTexture(gl, new URL(attributes.default, new URL(base, location))));
   const buffers = new Map(Object.keys(reflection.uniformBlocks).map(rate => [rate, gl.createBuffer()]));
   return { program, reflection, bindings, textures, buffers };
+}
+
+async function fetchFile(url) {
+  const response = await fetch(url);
+  if (!response.ok)
+    throw new Error(`${url}: ${response.status} ${response.statusText}`);
+  return response;
 }
 
 function readBindings(xml) {
@@ -48,7 +55,7 @@ function makeProgram(gl, vertex, fragment, reflection) {
 
 /** Loads texels unconverted: the program itself converts from sRGB where the material specifies it. */
 async function loadTexture(gl, url) {
-  const file = await (await fetch(url)).blob();
+  const file = await (await fetchFile(url)).blob();
   const image = await createImageBitmap(file, { colorSpaceConversion: 'none', premultiplyAlpha: 'none' });
   const texture = gl.createTexture();
   gl.bindTexture(gl.TEXTURE_2D, texture);

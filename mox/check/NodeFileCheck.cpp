@@ -134,11 +134,17 @@ private:
             Compose(FormatSignature(function->Name, function->Inputs, function->Outputs), "\n{\n");
         const int firstLine = CountLines(text);
         text += function->Code + "}\n";
+        const int lastLine = firstLine + CountLines(function->Code) - 1;
         if (!_seen.insert(text).second)
             return;
         const auto module = Cg::ReadModule(text);
         for (const Cg::SourceError& error : module->Errors) {
             const int line = error.Where.Line - 1;
+            if (line > lastLine) { // at the bracket after the code
+                Report(LineOfCode(*function, lastLine - firstLine, use.Settings),
+                       Compose("at the end: ", error.Message), use);
+                continue;
+            }
             Report(line < firstLine ? LineOfHelper(line - firstHelper)
                                     : LineOfCode(*function, line - firstLine, use.Settings),
                    Compose("column ", error.Where.Column, ": ", error.Message), use);

@@ -94,6 +94,8 @@ public:
         }
         if (!TryLoad())
             LoadWhatFits();
+        if (!_node.IsPlaceholder)
+            WarnOfUnknown();
         return std::move(_leftOut);
     }
 
@@ -115,12 +117,6 @@ private:
             return false;
         }
         _filledIn.push_back(&stored);
-        if (!_node.IsPlaceholder && !_node.Gui.Properties().Index.contains(stored.Name)) {
-            _problems.Warn("unknown-property", PlaceOf(stored.Line),
-                           Compose("the type \"", _record.Type, "\" has no property \"",
-                                   stored.Name, "\"; the property is kept but has no effect",
-                                   SuggestProperty(stored.Name, _node)));
-        }
         return true;
     }
 
@@ -167,6 +163,34 @@ private:
         std::erase(_bag->Properties, entry->second);
         _bag->Index.erase(entry);
         _leftOut.insert(name);
+    }
+
+    void WarnOfUnknown()
+    {
+        std::vector<const DocumentProperty*> unknown;
+        for (const DocumentProperty* stored : _filledIn) {
+            if (!_node.Gui.Properties().Index.contains(stored->Name))
+                unknown.push_back(stored);
+        }
+        if (unknown.empty())
+            return;
+        ShowProperties();
+        for (const DocumentProperty* stored : unknown) {
+            _problems.Warn("unknown-property", PlaceOf(stored->Line),
+                           Compose("the type \"", _record.Type, "\" has no property \"",
+                                   stored->Name, "\"; the property is kept but has no effect",
+                                   SuggestProperty(stored->Name, _node)));
+        }
+    }
+
+    /// Shows the properties that matter for the loaded choices, which a node does when it updates
+    /// its ports. BuildPorts does so again, and reports a failure.
+    void ShowProperties()
+    {
+        try {
+            _node.Gui.UpdatePorts(PlaceOf(_record.Line));
+        } catch (const HostError&) {
+        }
     }
 
     const NodeBuilder& _builder;

@@ -73,6 +73,8 @@ void MaterialXReader::ReadRoot(const XmlTree& root)
         _problems.Warn("interchange-approximated", root.Where,
                        Compose("version \"", version, "\" is read as 1.39"));
     }
+    MaterialXScopes scopes(root, _problems);
+    _scopes = &scopes;
     for (const XmlTree& child : root.Children) {
         if (child.Name == "xi:include") {
             Report(Carry::None, child,
@@ -86,8 +88,6 @@ void MaterialXReader::ReadRoot(const XmlTree& root)
                    "colours are computed in linear light with the primaries of Rec. 709, not in \"",
                    root.Get("colorspace"), "\""));
     }
-    MaterialXScopes scopes(root, _problems);
-    _scopes = &scopes;
     const MaterialXSource shader = FindShader(root);
     if (shader.Element)
         ReadShader(shader);
@@ -279,8 +279,7 @@ InterchangeValue MaterialXReader::ReadFixedInput(const Key& key, const XmlTree& 
     }
     if (source.What == Kind::Output) {
         Report(Carry::None, input,
-               Compose("the input \"", input.Get("name"),
-                       "\" must be a value; its default replaces the computed one"));
+               "the input must be a value; its default replaces the computed one");
         return {};
     }
     for (const auto& [scope, node] : passed)
@@ -399,11 +398,6 @@ InterchangeGraph::Site MaterialXReader::SiteOf(const Key& key)
 void MaterialXReader::Report(Carry kind, const XmlTree& element, const std::string& message)
 {
     _problems.Warn(RuleOf(kind), PlaceOf(element), message);
-}
-
-Place MaterialXReader::PlaceOf(const XmlTree& element)
-{
-    return {element.Where.File, element.Where.Line, element.Get("name")};
 }
 
 /// Returns the line in the document; 0 for elements of included files.

@@ -66,7 +66,7 @@ private:
     InterchangeGraph::Site SiteOf(const Key& key);
 
     void Report(Carry kind, const XmlTree& element, const std::string& message);
-    static Place PlaceOf(const XmlTree& element);
+    Place PlaceOf(const XmlTree& element) const { return _scopes->PlaceOf(element); }
     int LineOf(const XmlTree& element) const;
 
     std::string _file;

@@ -40,7 +40,7 @@ MaterialXSource MaterialXScopes::Follow(std::size_t scope, const XmlTree& start)
     const XmlTree* input = &start;
     bool isParameter = false;
     const auto fail = [&](const std::string& message) {
-        _problems.Fail("interchange-file", input->Where, message);
+        Fail(*input, message);
         return MaterialXSource();
     };
     for (int steps = 0; steps < longestWay; ++steps) {
@@ -106,6 +106,15 @@ const std::string* MaterialXScopes::FindInherited(std::size_t scope, const XmlTr
     }
 }
 
+Place MaterialXScopes::PlaceOf(const XmlTree& element) const
+{
+    const std::string name = element.Get("name");
+    const auto owner = _owners.find(&element);
+    if (owner == _owners.end() || (element.Name != "input" && element.Name != "output"))
+        return {element.Where.File, element.Where.Line, name};
+    return {element.Where.File, element.Where.Line, owner->second->Get("name"), name};
+}
+
 std::size_t MaterialXScopes::Enter(std::size_t parent, const XmlTree& graph,
                                    const XmlTree* instance, const XmlTree& definition)
 {
@@ -118,7 +127,11 @@ std::size_t MaterialXScopes::Enter(std::size_t parent, const XmlTree& graph,
     for (const XmlTree& child : graph.Children) {
         if (child.Name == "input" || child.Name == "output")
             continue;
-        scope.Children.emplace(child.Get("name"), &child);
+        const std::string name = child.Get("name");
+        const bool isNew = scope.Children.emplace(name, &child).second;
+        if (!isNew && !name.empty() && _reported.insert(&child).second)
+            _problems.Warn("interchange-dropped", PlaceOf(child),
+                           "another node already has this name, so this one is ignored");
         for (const XmlTree& input : child.Children)
             _owners.emplace(&input, &child);
     }
@@ -155,8 +168,7 @@ bool MaterialXScopes::StepToGraph(std::size_t& scope, const XmlTree*& input, con
     if (isNew) {
         if (_scopes[scope].Depth >= deepestScope || _scopes.size() >= mostScopes) {
             _entered.erase(entry);
-            _problems.Fail("interchange-file", input->Where,
-                           "node graphs are nested too deeply or used too often");
+            Fail(*input, "node graphs are nested too deeply or used too often");
             return false;
         }
         Enter(scope, graph, instance, definition);
@@ -170,9 +182,8 @@ bool MaterialXScopes::StepToGraph(std::size_t& scope, const XmlTree*& input, con
             first = &child;
     }
     if (!first) {
-        _problems.Fail("interchange-file", input->Where,
-                       Compose("the node graph \"", graph.Get("name"), "\" has no output",
-                               wanted ? Compose(" \"", *wanted, "\"") : std::string()));
+        Fail(*input, Compose("the node graph \"", graph.Get("name"), "\" has no output",
+                             wanted ? Compose(" \"", *wanted, "\"") : std::string()));
         return false;
     }
     scope = entry->second;
@@ -202,6 +213,13 @@ std::string MaterialXScopes::SuggestNode(std::size_t scope, const std::string& n
             names.push_back({other});
     }
     return SuggestName(name, names);
+}
+
+/// Reports a problem of an input once, although several nodes may follow it.
+void MaterialXScopes::Fail(const XmlTree& input, const std::string& message)
+{
+    if (_reported.insert(&input).second)
+        _problems.Fail("interchange-file", PlaceOf(input), message);
 }
 
 } // namespace Mox::Host

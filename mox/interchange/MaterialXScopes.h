@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -53,6 +54,9 @@ public:
     const std::string* FindInherited(std::size_t scope, const XmlTree& element,
                                      std::string_view attribute) const;
 
+    /// Returns the location of an element. An input is a port of its node.
+    Place PlaceOf(const XmlTree& element) const;
+
     /// The node graph of a scope.
     const XmlTree& GraphOf(std::size_t scope) const { return *_scopes[scope].Graph; }
 
@@ -74,6 +78,7 @@ private:
                      const XmlTree* instance, const XmlTree& definition);
     const XmlTree* FindNamed(std::size_t scope, const std::string& name) const;
     std::string SuggestNode(std::size_t scope, const std::string& name) const;
+    void Fail(const XmlTree& input, const std::string& message);
 
     ProblemList& _problems;
     std::vector<Scope> _scopes;
@@ -83,6 +88,7 @@ private:
     std::unordered_map<const XmlTree*, const XmlTree*> _owners; ///< nodes, keyed by their inputs
     std::unordered_map<std::string, std::pair<const XmlTree*, const XmlTree*>>
         _definitions; ///< pairs of nodedef and node graph, keyed by node category
+    std::unordered_set<const XmlTree*> _reported; ///< elements with a reported problem
 };
 
 } // namespace Mox::Host

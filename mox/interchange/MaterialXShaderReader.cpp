@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
+#include "mox/host/NearestName.h"
 #include "mox/interchange/MaterialXReader.h"
 
 #include <algorithm>
@@ -79,7 +80,7 @@ MaterialXSource MaterialXReader::ReadSurfaceMaterial(const XmlTree& material)
         const XmlTree* unread = MaterialXScopes::FindInput(material, other);
         if (unread &&
             _scopes->Follow(MaterialXScopes::Root, *unread).What == MaterialXSource::Kind::Output)
-            Report(Carry::None, *unread, Compose("the input \"", other, "\" has no counterpart"));
+            Report(Carry::None, *unread, "the input has no counterpart");
     }
     _builder.Document().Description.push_back({"name", material.Get("name")});
     if (const std::string* text = material.Find("doc"))
@@ -179,13 +180,16 @@ void MaterialXReader::WarnOfIgnored(const InterchangeSurface& surface, const Inp
         const XmlTree* input = MaterialXScopes::FindInput(element, ignored.Input);
         if (input && value.Text != ignored.Neutral && !EqualsText(value, ignored.Neutral))
             Report(ignored.IsApproximated ? Carry::Approximated : Carry::None, *input,
-                   Compose("the input \"", ignored.Input, "\": ", ignored.Note));
+                   ignored.Note);
     }
+    std::vector<RightName> names;
+    for (const auto& [name, text] : surface.Inputs)
+        names.push_back({name});
     for (const XmlTree& child : element.Children) {
         const std::string name = child.Get("name");
-        if (child.Name == "input" &&
-            std::ranges::count(surface.Inputs, name, &NamedTexts::value_type::first) == 0)
-            Report(Carry::None, child, Compose("the shader has no input \"", name, "\""));
+        if (child.Name == "input" && std::ranges::count(names, name, &RightName::Name) == 0)
+            Report(Carry::None, child,
+                   Compose("the shader has no input \"", name, "\"", SuggestName(name, names)));
     }
 }
 

@@ -106,8 +106,8 @@ TEST(MaterialXReader, FollowsValuesThatNoPortCarries)
         EXPECT_NE(DescribeDifferences(usual.Document, given.Document, TestPlugins()),
                   std::vector<std::string>());
         ExpectSame(given, ReadFixed(entry, "<input name='i' " + value, "interfacename='i'"),
-                   {"x.mtlx:1: node \"i\": this value becomes fixed, because a node cannot read it "
-                    "through a port"});
+                   {"x.mtlx:1: node \"g\": port \"i\": this value becomes fixed, because a node "
+                    "cannot read it through a port"});
         ExpectSame(given,
                    ReadFixed(entry,
                              node("constant", "value") +
@@ -117,8 +117,8 @@ TEST(MaterialXReader, FollowsValuesThatNoPortCarries)
                              "nodename='d'"),
                    {});
         ExpectSame(usual, ReadFixed(entry, node("absval", "in"), "nodename='c'"),
-                   {Compose("x.mtlx:2: node \"", entry.Input, "\": the input \"", entry.Input,
-                            "\" must be a value; its default replaces the computed one"),
+                   {Compose("x.mtlx:2: node \"n\": port \"", entry.Input,
+                            "\": the input must be a value; its default replaces the computed one"),
                     "x.mtlx:1: node \"c\": this node does not contribute to the material"});
     }
 }
@@ -128,7 +128,7 @@ struct ShaderCase
     const char* Shader;
     const char* Inputs; ///< a word is the name of a node
     bool HasOcclusion;
-    const char* Reports; ///< rules and elements
+    const char* Reports; ///< rules, and nodes or inputs
     const char* RenderState;
 };
 
@@ -238,8 +238,11 @@ TEST(MaterialXReader, ConvertsEachShaderToAPhysicalSurface)
                 << node.Id << " has no reader";
         }
         std::string reports;
-        for (const Problem& problem : problems.Problems())
-            reports += Compose(problem.Rule, " ", problem.Where.Node, "; ");
+        for (const Problem& problem : problems.Problems()) {
+            const Place& where = problem.Where;
+            reports +=
+                Compose(problem.Rule, " ", where.Port.empty() ? where.Node : where.Port, "; ");
+        }
         EXPECT_EQ(reports, entry.Reports);
         std::string state;
         for (const DocumentValue& value : document.RenderState)

@@ -82,6 +82,8 @@ std::string FormatUsageError(const CLI::App* program, const CLI::Error& error)
             text = FormatUnknownCommand(*program, unknown.front());
         else
             text = "\"" + unknown.front() + "\" was not expected";
+    } else if (program->get_subcommands().empty() && error.get_name() == "RequiredError") {
+        text = "a command is required, as in \"mox check FILE\"";
     }
     return "mox: " + Mox::Host::MessageLine(text) + "\nRun with --help for more information.\n";
 }

@@ -165,7 +165,11 @@ void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
     command
         ->add_option("--node", arguments->Node, "Show an output of a node instead of the material")
         ->type_name("ID[.PORT]");
-    command->add_option("--set", arguments->Values, "Set a binding; may be repeated")
+    command
+        ->add_option(
+            "--set", arguments->Values,
+            "Set a binding; may be repeated. The file of a texture is relative to the folder of "
+            "the material")
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false);
     AddEnvironmentOption(*command, arguments->Environment);

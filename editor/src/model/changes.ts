@@ -32,14 +32,14 @@ export class Changes {
     undo(): void {
         const title = this.store.get().undo;
         void this.send({ do: 'undo' }).then((answer) => {
-            if (!answer.error) this.store.say(`Undone: ${title}`);
+            if (!answer.error) this.store.say(title ? `Undone: ${title}` : 'There is nothing to undo.');
         });
     }
 
     redo(): void {
         const title = this.store.get().redo;
         void this.send({ do: 'redo' }).then((answer) => {
-            if (!answer.error) this.store.say(`Redone: ${title}`);
+            if (!answer.error) this.store.say(title ? `Redone: ${title}` : 'There is nothing to redo.');
         });
     }
 }

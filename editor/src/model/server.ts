@@ -21,6 +21,6 @@ export class Server {
 export function describeError(answer: Answer): string {
     const { error } = answer;
     if (!error) return '';
-    const place = [error.node && `"${error.node}"`, error.port && `port "${error.port}"`];
+    const place = [error.node ? `"${error.node}"` : error.file, error.port && `port "${error.port}"`];
     return [...place, error.message].filter(Boolean).join(': ');
 }

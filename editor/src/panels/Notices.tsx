@@ -56,7 +56,7 @@ export function Notices() {
                 <p>
                     {waiting.error
                         ? `An earlier session left unsaved changes that cannot be read: ${waiting.error}`
-                        : `An earlier session ended with ${waiting.changes} unsaved changes.`}
+                        : `An earlier session ended with ${waiting.changes === 1 ? '1 unsaved change' : `${waiting.changes} unsaved changes`}.`}
                 </p>
                 {!waiting.error && <button onClick={() => editor.file.restore(true)}>Restore them</button>}
                 <button onClick={() => editor.file.restore(false)}>Discard them</button>
@@ -68,7 +68,7 @@ export function Notices() {
                 <p>
                     {fileChange.error === ''
                         ? `${file} has changed on disk. It differs from the material on this page:`
-                        : `${file} can no longer be read: ${fileChange.error}`}
+                        : `The changed file cannot be loaded: ${file}: ${fileChange.error}`}
                 </p>
                 {fileChange.differences.length > 0 && (
                     <ul className="differences">

@@ -1,5 +1,6 @@
 import { useRef, useState } from 'react';
 import { evaluate, formatNumber, fromHex, parseNumbers, toHex } from '../model/numbers.ts';
+import { useEditor } from '../useEditor.ts';
 
 /** Fields for values. All values of a drag have the same gesture, so that the drag is a single undo step. */
 
@@ -11,7 +12,10 @@ export function newGesture(): string {
     return `drag ${++gestureCount}`;
 }
 
-/** A number. It can be typed, also as a calculation such as 1/3, dragged sideways, or changed with the arrow keys. */
+/**
+ * A number. It can be typed, also as a calculation such as 1/3, dragged sideways, or changed with the arrow keys.
+ * Only a typed number can be outside the range.
+ */
 export function NumberField({
     value,
     label,
@@ -29,19 +33,21 @@ export function NumberField({
     mixed?: boolean;
     onChange: OnChange;
 }) {
+    const editor = useEditor();
     const [text, setText] = useState<string | null>(null);
     const drag = useRef<{ x: number; start: number; gesture: string; hasMoved: boolean } | null>(null);
     const span = range ? range[1] - range[0] : 0;
     const step = isWhole ? 1 : span > 0 ? span / 200 : 0.01;
-    const limit = (next: number) => {
-        const whole = isWhole ? Math.round(next) : next;
-        return range ? Math.min(range[1], Math.max(range[0], whole)) : whole;
-    };
-    const send = (next: number, gesture?: string) => onChange(formatNumber(limit(next)), gesture);
+    const send = (next: number, gesture?: string) =>
+        onChange(formatNumber(isWhole ? Math.round(next) : next), gesture);
+    const sendInRange = (next: number, gesture: string) =>
+        send(range ? Math.min(range[1], Math.max(range[0], next)) : next, gesture);
     const finish = () => {
         if (text !== null) {
             const next = evaluate(text);
-            if (next !== undefined && (mixed || next !== value)) send(next);
+            if (next === undefined)
+                editor.say(`"${text}" is neither a number such as 0.5 nor a calculation such as 1/3.`);
+            else if (mixed || next !== value) send(next);
         }
         setText(null);
     };
@@ -65,7 +71,7 @@ export function NumberField({
                     setText(null);
                     const factor = event.shiftKey ? 10 : 1;
                     const rounded = Math.round((value + direction * factor * step) / step) * step;
-                    send(rounded, `arrows ${label}`);
+                    sendInRange(rounded, `arrows ${label}`);
                 }
             }}
             onPointerDown={(event) => {
@@ -80,7 +86,10 @@ export function NumberField({
                 if (!current.hasMoved && Math.abs(way) < 3) return;
                 current.hasMoved = true;
                 event.currentTarget.blur();
-                send(current.start + Math.round(way) * step * (event.shiftKey ? 10 : 1), current.gesture);
+                sendInRange(
+                    current.start + Math.round(way) * step * (event.shiftKey ? 10 : 1),
+                    current.gesture,
+                );
             }}
             onPointerUp={(event) => {
                 if (drag.current && !drag.current.hasMoved) event.currentTarget.select();
