@@ -46,7 +46,7 @@ export function NumberField({
         if (text !== null) {
             const next = evaluate(text);
             if (next === undefined)
-                editor.say(`"${text}" is neither a number such as 0.5 nor a calculation such as 1/3.`);
+                editor.store.say(`"${text}" is neither a number such as 0.5 nor a calculation such as 1/3.`);
             else if (mixed || next !== value) send(next);
         }
         setText(null);
