@@ -11,10 +11,12 @@
 #include "mox/shader/ShaderNode.h"
 
 #include <algorithm>
+#include <cmath>
 #include <list>
 #include <map>
 #include <optional>
 #include <set>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -164,6 +166,23 @@ void WarnOfEmptyGrids(const MaterialGraph& graph, ProblemList& problems)
     }
 }
 
+/// Warns of numbers that are infinite or NaN, because bindings pass them on to the host.
+void WarnOfInfiniteNumbers(const MaterialGraph& graph, ProblemList& problems)
+{
+    for (const MaterialGraph::Node& node : graph.Nodes()) {
+        for (const auto& property : node.Gui.Properties().Properties) {
+            const bool isColour = property->Kind == GuiPropertyKind::Colour;
+            if (!property->Visible || (!isColour && property->Kind != GuiPropertyKind::Float))
+                continue;
+            const std::span<const float> numbers(property->Floats, isColour ? 3 : 1);
+            if (!std::ranges::all_of(numbers, [](float number) { return std::isfinite(number); })) {
+                problems.Warn("not-finite", node.Where,
+                              Compose("property \"", property->Name, "\" is not finite"));
+            }
+        }
+    }
+}
+
 /// Warns of unconnected inputs that read as 0 at a node without numbers, so that the node cannot
 /// provide a value of its own.
 void WarnOfOpenInputs(const MaterialGraph& graph, const Environment& environment,
@@ -220,6 +239,7 @@ void CheckMaterial(const MaterialGraph& graph, const std::filesystem::path& file
     WarnOfEqualBindings(graph, problems);
     WarnOfBasicColours(graph, problems);
     WarnOfEmptyGrids(graph, problems);
+    WarnOfInfiniteNumbers(graph, problems);
     WarnOfOpenInputs(graph, environment, problems);
     WarnOfMissingTextures(graph.Document(), file, problems);
     WarnOfStrayBindings(graph, file, problems);
