@@ -149,6 +149,19 @@ private:
                                     : LineOfCode(*function, line - firstLine, use.Settings),
                    Compose("column ", error.Where.Column, ": ", error.Message), use);
         }
+        if (module->Errors.empty())
+            CheckOutputs(*module->Functions.back(), use);
+    }
+
+    void CheckOutputs(const Cg::Function& function, const NodeUse& use)
+    {
+        for (const NodeOutput& output : _file.Outputs) {
+            const auto isUnassigned = [&](const Cg::Variable* parameter) {
+                return parameter->Name == output.Name && !parameter->IsAssigned;
+            };
+            if (std::ranges::any_of(function.Parameters, isUnassigned))
+                Report(output.Line, Compose("no body assigns \"", output.Name, "\""), use);
+        }
     }
 
     /// The line of the input that reads a value named in a message; 0 if there is none.

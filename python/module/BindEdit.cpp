@@ -35,7 +35,9 @@ void BindEdit(py::module_& module)
             "before"_a = py::none(),
             "Adds a node.\n\nBy default, the id is derived from the type. values contains the "
             "properties that differ from their defaults. before is the node that follows the new "
-            "node in the document. Returns the new node, whose ports can be connected immediately.")
+            "node in the document. Returns the new node, whose ports can be connected immediately. "
+            "If no plug-in offers the type, the node is a placeholder, and Material.problems "
+            "contains a warning.")
         .def(
             "remove", [](Edit& edit, const py::object& node) { edit.Remove(ToId(node)); }, "node"_a,
             "Removes a node and its edges, and clears all references to the node.")
