@@ -183,8 +183,13 @@ void MaterialXReader::WarnOfIgnored(const InterchangeSurface& surface, const Inp
                    ignored.Note);
     }
     std::vector<RightName> names;
-    for (const auto& [name, text] : surface.Inputs)
+    for (const auto& [name, text] : surface.Inputs) {
         names.push_back({name});
+        const XmlTree* input = MaterialXScopes::FindInput(element, name);
+        if (input && ParseNumbers(text).size() == 1 && WidthOfType(input->Get("type")) > 1)
+            Report(Carry::Approximated, *input,
+                   "the input is a single number, so only the first component is used");
+    }
     for (const XmlTree& child : element.Children) {
         const std::string name = child.Get("name");
         if (child.Name == "input" && std::ranges::count(names, name, &RightName::Name) == 0)

@@ -2,6 +2,7 @@
 #include "DocumentSource.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
+#include "OneOf.h"
 #include "ProgressBar.h"
 #include "Signals.h"
 #include "Targets.h"
@@ -306,13 +307,13 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
                        ->type_name("LIST")
                        ->delimiter(',')
                        ->allow_extra_args(false)
-                       ->check(CLI::IsMember(TargetWords()));
+                       ->check(OneOf(TargetWords()));
     command
         ->add_option("--precision", options->Precision,
                      "\"full\" (the default) computes half as float, and \"relaxed\" uses the "
                      "reduced-precision type of each language")
         ->type_name("WORD")
-        ->check(CLI::IsMember({"full", relaxedWord}).description(""));
+        ->check(OneOf({"full", relaxedWord}).description(""));
     command->add_flag("--optimise", options->IsOptimised,
                       "Also optimise SPIR-V, which takes much longer than generating it");
     command->add_flag("--plain", options->IsPlain, "Write programs without comments");

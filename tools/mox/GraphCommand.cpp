@@ -2,6 +2,7 @@
 #include "DocumentSource.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
+#include "OneOf.h"
 #include "Targets.h"
 #include "mox/Text.h"
 #include "mox/check/MaterialCheck.h"
@@ -167,7 +168,7 @@ void AddGraphCommand(CLI::App& program, const CommonOptions& common)
                      "\"svg\", \"png\" or \"dot\"; by default, the extension of the output file, "
                      "or \"dot\" for standard output")
         ->type_name("FORMAT")
-        ->check(CLI::IsMember({"svg", "png", "dot"}).description(""));
+        ->check(OneOf({"svg", "png", "dot"}).description(""));
     auto* shader = command->add_flag("--shader", options->IsShader,
                                      "Draw the finished shader graph with its stages");
 #ifdef MOX_HAS_PREVIEW
