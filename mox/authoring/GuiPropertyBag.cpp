@@ -34,6 +34,7 @@ boost::shared_ptr<GuiProperty>& GuiPropertyBag::Get(const std::string& name)
 void GuiPropertyBag::CopyFrom(const boost::shared_ptr<GuiPropertyBag>& source)
 {
     // Copying a reference may destroy the node that owns the source.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const boost::shared_ptr<GuiPropertyBag> kept = source;
     for (const auto& property : Properties) {
         const auto stored = kept->Index.find(property->Name);
