@@ -155,7 +155,7 @@ def main(folder, materials):
                             for size in SIZES]
                  for shape in ("chain", "values", "tree", "fan", "layered")]))
 
-    print("\n## Stages\n\nEach stage of a chain relative to the plain baseline of the nearest size, in which a "
+    print("\n## Stages\n\nEach stage of a chain relative to the plain baseline of the same size (of 100 nodes for 10), in which a "
           "plain struct with the same properties is created and freed with the same allocator. `read` "
           "reads the document, `load` creates nodes and edges, `write` covers every node's shader, the "
           "final pass and both programs.\n")
@@ -165,7 +165,7 @@ def main(folder, materials):
                                   for stage in STAGES + ["total"]] for size in SIZES]))
 
     print("\n## Parts\n\nThe steps that follow a resolved graph, per node, relative to the plain baseline of the "
-          "nearest size. `generate` is every node's shader and `join` the final pass, both using the "
+          "same size. `generate` is every node's shader and `join` the final pass, both using the "
           "library alone; `programs` writes the source of both stages, `save` the graph as a document.\n")
     parts = ["generate", "join", "programs", "save"]
     print(table(["shape", "nodes"] + parts,

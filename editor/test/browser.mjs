@@ -302,7 +302,7 @@ pageTest('a typed number may be outside the range of its field', adjusting, asyn
     assert.equal(await field.inputValue(), '4');
     await field.fill('0,5');
     await page.keyboard.press('Enter');
-    await until(page, () => window.moxEditor.get().message.startsWith('"0,5" is neither'));
+    await until(page, () => window.moxEditor.store.get().message.startsWith('"0,5" is neither'));
     assert.equal(await field.inputValue(), '4');
 });
 

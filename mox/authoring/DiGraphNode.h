@@ -65,6 +65,6 @@ private:
 
 namespace Mox::Materials {
 
-using ::DiGraphNode; // the base of both graphs, also found with the authoring classes
+using ::DiGraphNode; // the base of the nodes of both graphs, also found with the authoring classes
 
 } // namespace Mox::Materials

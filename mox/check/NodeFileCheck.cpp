@@ -159,7 +159,8 @@ private:
             const auto isUnassigned = [&](const Cg::Variable* parameter) {
                 return parameter->Name == output.Name && !parameter->IsAssigned;
             };
-            if (std::ranges::any_of(function.Parameters, isUnassigned))
+            if (Holds(output.When, use.Settings) &&
+                std::ranges::any_of(function.Parameters, isUnassigned))
                 Report(output.Line, Compose("no body assigns \"", output.Name, "\""), use);
         }
     }

@@ -36,7 +36,7 @@ struct ComparedNode
     Values Properties; ///< except those that refer to nodes
     Values References; ///< ids by property name
 
-    // NOLINTNEXTLINE(modernize-use-nullptr): takes the 0 of a defaulted comparison for a pointer
+    // NOLINTNEXTLINE(modernize-use-nullptr): mistakes the 0 of a defaulted comparison for a pointer
     friend auto operator<=>(const ComparedNode& a, const ComparedNode& b) = default;
 };
 

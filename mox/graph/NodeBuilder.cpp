@@ -183,8 +183,8 @@ private:
         }
     }
 
-    /// Shows the properties that matter for the loaded choices, which a node does when it updates
-    /// its ports. BuildPorts does so again, and reports a failure.
+    /// Makes the properties visible that matter for the loaded choices. A node does this when it
+    /// updates its ports. BuildPorts updates them again and reports a failure.
     void ShowProperties()
     {
         try {

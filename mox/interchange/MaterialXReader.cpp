@@ -322,8 +322,8 @@ InterchangeValue MaterialXReader::ReadLiteral(const MaterialXSource& source, boo
     value.Numbers = ParseNumbers(value.Text);
     const auto width = static_cast<std::size_t>(value.Width);
     if (value.Numbers.empty() || (value.Numbers.size() != 1 && value.Numbers.size() != width)) {
-        _problems.Fail("interchange-file", PlaceOf(element),
-                       Compose("\"", value.Text, "\" is not a value of type \"", value.Type, "\""));
+        _scopes->Fail(element,
+                      Compose("\"", value.Text, "\" is not a value of type \"", value.Type, "\""));
         value.Numbers.clear();
         value.Text.clear();
         return value;

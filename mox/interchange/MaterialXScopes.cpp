@@ -129,7 +129,9 @@ std::size_t MaterialXScopes::Enter(std::size_t parent, const XmlTree& graph,
             continue;
         const std::string name = child.Get("name");
         const bool isNew = scope.Children.emplace(name, &child).second;
-        if (!isNew && !name.empty() && _reported.insert(&child).second)
+        const bool isNode = child.Name != "surfacematerial" && child.Name != "nodedef" &&
+                            child.Name != "look" && !child.Find("nodedef");
+        if (!isNew && isNode && !name.empty() && _reported.insert(&child).second)
             _problems.Warn("interchange-dropped", PlaceOf(child),
                            "another node already has this name, so this one is ignored");
         for (const XmlTree& input : child.Children)
@@ -215,11 +217,10 @@ std::string MaterialXScopes::SuggestNode(std::size_t scope, const std::string& n
     return SuggestName(name, names);
 }
 
-/// Reports a problem of an input once, although several nodes may follow it.
-void MaterialXScopes::Fail(const XmlTree& input, const std::string& message)
+void MaterialXScopes::Fail(const XmlTree& element, const std::string& message)
 {
-    if (_reported.insert(&input).second)
-        _problems.Fail("interchange-file", PlaceOf(input), message);
+    if (_reported.insert(&element).second)
+        _problems.Fail("interchange-file", PlaceOf(element), message);
 }
 
 } // namespace Mox::Host

@@ -54,8 +54,12 @@ public:
     const std::string* FindInherited(std::size_t scope, const XmlTree& element,
                                      std::string_view attribute) const;
 
-    /// Returns the location of an element. An input is a port of its node.
+    /// Returns the location of an element. An input or output is a port of the node that contains
+    /// it.
     Place PlaceOf(const XmlTree& element) const;
+
+    /// Reports a problem of an element once, although several nodes may use it.
+    void Fail(const XmlTree& element, const std::string& message);
 
     /// The node graph of a scope.
     const XmlTree& GraphOf(std::size_t scope) const { return *_scopes[scope].Graph; }
@@ -78,14 +82,13 @@ private:
                      const XmlTree* instance, const XmlTree& definition);
     const XmlTree* FindNamed(std::size_t scope, const std::string& name) const;
     std::string SuggestNode(std::size_t scope, const std::string& name) const;
-    void Fail(const XmlTree& input, const std::string& message);
 
     ProblemList& _problems;
     std::vector<Scope> _scopes;
     std::map<std::pair<std::size_t, const XmlTree*>, std::size_t> _entered; ///< scopes, keyed by
                                                                             ///< parent scope and
                                                                             ///< node
-    std::unordered_map<const XmlTree*, const XmlTree*> _owners; ///< nodes, keyed by their inputs
+    std::unordered_map<const XmlTree*, const XmlTree*> _owners; ///< nodes, keyed by inputs, outputs
     std::unordered_map<std::string, std::pair<const XmlTree*, const XmlTree*>>
         _definitions; ///< pairs of nodedef and node graph, keyed by node category
     std::unordered_set<const XmlTree*> _reported; ///< elements with a reported problem

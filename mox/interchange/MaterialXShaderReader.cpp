@@ -188,7 +188,7 @@ void MaterialXReader::WarnOfIgnored(const InterchangeSurface& surface, const Inp
         const XmlTree* input = MaterialXScopes::FindInput(element, name);
         if (input && ParseNumbers(text).size() == 1 && WidthOfType(input->Get("type")) > 1)
             Report(Carry::Approximated, *input,
-                   "the input is a single number, so only the first component is used");
+                   "the input is a single number, so all components but the first are ignored");
     }
     for (const XmlTree& child : element.Children) {
         const std::string name = child.Get("name");

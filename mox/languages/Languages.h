@@ -18,7 +18,7 @@ using PlaceFields = std::vector<PlaceField>;
 
 struct SamplerPlace
 {
-    std::string Name;           ///< in the text
+    std::string Name;           ///< in the source
     std::uint32_t Unit;         ///< number of the texture
     std::uint32_t Set;          ///< as StageProgram::SamplerSet
     std::uint32_t FirstBinding; ///< as StageProgram::FirstSamplerBinding
@@ -30,10 +30,10 @@ struct Language
     std::string_view Name;   ///< on command lines and in reflection files
     std::string_view Ending; ///< conventional file extension, without the dot
 
-    /// Writes a stage. The same stage always gives the same source.
+    /// Writes a stage. The same stage always yields the same source.
     WrittenStage (*Write)(const StageProgram& program, Precision precision);
 
-    // Each returns the place of a parameter with a name in the text.
+    // Each returns the place of a parameter, whose name is that in the source.
     PlaceFields (*PlaceBlock)(const std::string& name, std::uint32_t number);
     PlaceFields (*PlaceSampler)(const SamplerPlace& sampler);
     PlaceFields (*PlaceInput)(const std::string& name, std::uint32_t location);

@@ -18,7 +18,7 @@ struct ProgramValue
     std::size_t Node; ///< index into ProgramGraph::Nodes
     std::size_t Port; ///< index into the outputs of the shader node
 
-    // NOLINTNEXTLINE(modernize-use-nullptr): takes the 0 of a defaulted comparison for a pointer
+    // NOLINTNEXTLINE(modernize-use-nullptr): mistakes the 0 of a defaulted comparison for a pointer
     friend auto operator<=>(const ProgramValue& a, const ProgramValue& b) = default;
 };
 

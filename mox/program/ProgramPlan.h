@@ -68,7 +68,7 @@ struct PlanOperand
     std::size_t Index;
     std::size_t Output = 0; ///< index of the call's output
 
-    // NOLINTNEXTLINE(modernize-use-nullptr): takes the 0 of a defaulted comparison for a pointer
+    // NOLINTNEXTLINE(modernize-use-nullptr): mistakes the 0 of a defaulted comparison for a pointer
     friend auto operator<=>(const PlanOperand& a, const PlanOperand& b) = default;
 };
 

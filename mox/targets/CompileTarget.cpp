@@ -2,6 +2,7 @@
 
 #include "mox/languages/Languages.h"
 
+#include <cstddef>
 #include <iterator>
 
 namespace Mox::Host {

@@ -9,8 +9,8 @@ struct Language;
 
 namespace Mox::Host {
 
-/// A language other than Cg in which programs are exported: those of Languages::allLanguages in
-/// their order, and SPIR-V.
+/// The languages other than Cg in which programs are exported: Languages::allLanguages in their
+/// order, then SPIR-V.
 enum class CompileTarget
 {
     Hlsl,       ///< shader model 5.0
@@ -31,7 +31,7 @@ std::string_view GetTargetName(CompileTarget target);
 /// Returns the conventional file extension of the language, without the dot.
 std::string_view GetTargetEnding(CompileTarget target);
 
-/// Returns the language of the text; for SPIR-V, the language that it is compiled from.
+/// Returns the language of the source; for SPIR-V, the language that it is compiled from.
 const Languages::Language& GetTargetLanguage(CompileTarget target);
 
 } // namespace Mox::Host

@@ -22,7 +22,8 @@ constexpr std::uint32_t NumberOf(UniformRate rate)
     return static_cast<std::uint32_t>(rate);
 }
 constexpr std::uint32_t descriptorSetCount = 3;
-constexpr std::uint32_t blockBinding = 0; ///< in its descriptor set
+constexpr std::uint32_t blockBinding =
+    0; ///< in its descriptor set; the writers write the same number
 
 /// All textures are in the descriptor set of the material.
 constexpr std::uint32_t samplerSet = NumberOf(UniformRate::Material);

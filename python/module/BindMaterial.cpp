@@ -13,8 +13,6 @@
 #include "mox/host/NearestName.h"
 #include "mox/interchange/ReadMaterial.h"
 
-#include <functional>
-#include <pybind11/operators.h>
 #include <pybind11/stl.h>
 #include <pybind11/stl/filesystem.h>
 

@@ -2,6 +2,9 @@
 #include "Convert.h"
 #include "Material.h"
 #include "Views.h"
+#include "mox/Text.h"
+#include "mox/host/Excerpt.h"
+#include "mox/host/NearestName.h"
 
 #include <functional>
 #include <pybind11/operators.h>
@@ -9,6 +12,7 @@
 
 namespace Mox::Python {
 
+using Materials::Compose;
 using py::literals::operator""_a;
 
 namespace {

@@ -25,7 +25,7 @@ constexpr const char* editFooter =
     R"(Prints the address of the editor and opens it in a browser. The address
 works on this machine only. It contains a secret: anyone who knows the
 address can change the material. The program ends ten seconds after the last
-page is closed, thirty minutes after a browser crashed, or on Ctrl+C. Unsaved
+page is closed, after thirty minutes without a page, or on Ctrl+C. Unsaved
 changes are stored next to the document. The next mox edit of the document
 offers to restore them.
 

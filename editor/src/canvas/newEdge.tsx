@@ -5,7 +5,7 @@ import type { Snapshot } from '../model/store.ts';
 import { useEditor } from '../useEditor.ts';
 import type { Pointer } from './pointer.ts';
 
-/** Judges the edge that React Flow drags, and converts it to that of the document. */
+/** Checks the edge that is being dragged, and converts connections of React Flow to edges of the document. */
 
 export function recordOf({ document }: Snapshot, connection: Connection): EdgeRecord | undefined {
     const tail = document.nodes.get(Number(connection.source));
@@ -24,7 +24,7 @@ export function isPossible(snapshot: Snapshot, connection: Connection): boolean 
     return record !== undefined && whyNot(snapshot.document, snapshot.catalogue, record) === '';
 }
 
-/** The port at which an edge began that was dropped on no port; undefined if it was dropped on a port. */
+/** The port at which a dragged edge starts if it was not dropped on another port; otherwise undefined. */
 export function looseEnd(
     { document, catalogue }: Snapshot,
     { fromHandle, toHandle, isValid }: FinalConnectionState,

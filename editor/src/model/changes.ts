@@ -1,5 +1,5 @@
 import { compileDelay, type CompileTimer } from './compileTimer.ts';
-import type { Answer, Step } from './messages.ts';
+import type { Answer, ChangesJson, Step } from './messages.ts';
 import type { Receiver } from './receiver.ts';
 import { describeError, type Server } from './server.ts';
 import type { Store } from './store.ts';
@@ -30,16 +30,18 @@ export class Changes {
     }
 
     undo(): void {
-        const title = this.store.get().undo;
-        void this.send({ do: 'undo' }).then((answer) => {
-            if (!answer.error) this.store.say(title ? `Undone: ${title}` : 'There is nothing to undo.');
+        void this.send({ do: 'undo' }).then(({ error, changes, redo }) => {
+            if (!error) this.store.say(isEmpty(changes) ? 'There is nothing to undo.' : `Undone: ${redo}`);
         });
     }
 
     redo(): void {
-        const title = this.store.get().redo;
-        void this.send({ do: 'redo' }).then((answer) => {
-            if (!answer.error) this.store.say(title ? `Redone: ${title}` : 'There is nothing to redo.');
+        void this.send({ do: 'redo' }).then(({ error, changes, undo }) => {
+            if (!error) this.store.say(isEmpty(changes) ? 'There is nothing to redo.' : `Redone: ${undo}`);
         });
     }
+}
+
+function isEmpty(changes: ChangesJson | undefined): boolean {
+    return Object.values(changes ?? {}).every((part) => Array.isArray(part) && part.length === 0);
 }

@@ -5,7 +5,7 @@ import { describeError, type Server } from './server.ts';
 import type { Programs, Store } from './store.ts';
 import type { PinnedOutput, Thumbnails } from './pictures.ts';
 
-/** Compiles the document, and then updates all that depends on it: programs, parameters, problems, images. */
+/** Compiles the document, and then updates everything that depends on it: programs, parameters, problems, images. */
 export class Compiler {
     constructor(
         private readonly store: Store,
