@@ -5,7 +5,8 @@ set -euo pipefail
 
 mox=$1
 work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+# A child that a signal ends before it runs its program also runs this.
+trap '[ "$BASHPID" != $$ ] || rm -rf "$work"' EXIT
 cd "$work"
 mkdir tmp
 export TMPDIR=$work/tmp
