@@ -12,7 +12,6 @@ namespace Mox::Host {
 namespace {
 
 using Materials::Compose;
-using Materials::GuiPropertyKind;
 using InputValues = InterchangeGraph::Values;
 
 constexpr float pixelsOfUnit = 200.0f; ///< a position unit is the size of a node with its gap

@@ -14,7 +14,6 @@ namespace Mox::Host {
 namespace {
 
 using Materials::Compose;
-using Materials::GuiPropertyKind;
 
 constexpr float unitOfPixels = 1.0f / 200.0f;
 
