@@ -129,6 +129,7 @@ std::size_t MaterialXScopes::Enter(std::size_t parent, const XmlTree& graph,
             continue;
         const std::string name = child.Get("name");
         const bool isNew = scope.Children.emplace(name, &child).second;
+        // Other elements are not looked up by name, so one with the name of a node is not ignored.
         const bool isNode = child.Name != "surfacematerial" && child.Name != "nodedef" &&
                             child.Name != "look" && !child.Find("nodedef");
         if (!isNew && isNode && !name.empty() && _reported.insert(&child).second)
