@@ -196,16 +196,7 @@ protected:
             return;
         }
         if (expression.Op == Operator::Modulo) {
-            // The operator of the language is undefined for negative numbers.
-            const bool isNested = Binding::Sum < around;
-            Text += isNested ? "(" : "";
-            PutSelected(*expression.Operands[0]);
-            Text += " - ";
-            PutSelected(*expression.Operands[1]);
-            Text += " * (";
-            PutInfix(*expression.Operands[0], "/", *expression.Operands[1], Binding::Product,
-                     Binding::Comma);
-            Text += isNested ? "))" : ")";
+            PutRemainder(expression, around);
             return;
         }
         if (!operands.IsVector() || expression.Op < Operator::Less) {

@@ -231,6 +231,8 @@ protected:
         if (isProduct && expression.Operands[0]->Of.IsMatrix() &&
             expression.Operands[1]->Of.IsMatrix())
             PutByVectors(expression, Symbol(expression.Op), expression.Of.Rows);
+        else if (expression.Op == Cg::Operator::Modulo)
+            PutRemainder(expression, around);
         else
             Writer::PutBinary(expression, around);
     }

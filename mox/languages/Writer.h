@@ -113,6 +113,10 @@ protected:
     void PutInfix(const Cg::Expression& left, std::string_view symbol, const Cg::Expression& right,
                   Binding own, Binding around);
 
+    /// Writes a "%" as "a - b * (a / b)", for languages in which the operator is undefined for
+    /// negative numbers.
+    void PutRemainder(const Cg::Expression& expression, Binding around);
+
     /// Writes a matrix operation as one operation per vector of the matrix: "type(a[0] * b[0],
     /// ...)".
     void PutByVectors(const Cg::Expression& expression, std::string_view symbol, int count);

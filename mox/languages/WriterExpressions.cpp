@@ -295,6 +295,19 @@ void Writer::PutProduct(const Expression& call, Binding around)
     PutInfix(*call.Operands[0], "*", *call.Operands[1], Binding::Product, around);
 }
 
+void Writer::PutRemainder(const Expression& expression, Binding around)
+{
+    const bool isNested = Binding::Sum < around;
+    Text += isNested ? "(" : "";
+    PutSelected(*expression.Operands[0]);
+    Text += " - ";
+    PutSelected(*expression.Operands[1]);
+    Text += " * (";
+    PutInfix(*expression.Operands[0], "/", *expression.Operands[1], Binding::Product,
+             Binding::Comma);
+    Text += isNested ? "))" : ")";
+}
+
 void Writer::PutByVectors(const Expression& expression, std::string_view symbol, int count)
 {
     Text += TypeName(expression.Of);
