@@ -11,10 +11,9 @@ export function launch() {
 }
 
 /** Starts the editor for a file. Returns the process and the address that it prints. */
-export async function serve(mox, file, environment = {}) {
+export async function serve(mox, file) {
     const server = spawn(mox, ['edit', '--no-browser', file], {
         stdio: ['ignore', 'pipe', 'inherit'],
-        env: { ...process.env, ...environment },
     });
     const address = await new Promise((resolve, reject) => {
         let text = '';
