@@ -9,7 +9,6 @@ import { change, drag, middle, port, until } from './drive.mjs';
 
 export const [mox, dist] = process.argv.slice(2);
 export const examples = new URL('../../examples/', import.meta.url).pathname;
-export const emptyMaterial = '<?xml version="1.0" encoding="UTF-8"?>\n<material version="1">\n</material>\n';
 const browser = await drive.launch();
 const root = mkdtempSync(`${tmpdir()}/mox-editor-`);
 const servers = [];
@@ -26,20 +25,17 @@ export async function serve(file) {
     return served;
 }
 
-/** Opens a page that is closed after the test. Its errors fail the test. */
+/** Opens a page until the end of the test. Errors of the page fail the test. */
 export async function open(t, address) {
     const page = await drive.open(browser, address, { dist });
     t.after(async () => {
-        assert.deepEqual(page.complaints, []);
         await page.context().close();
+        assert.deepEqual(page.complaints, []);
     });
     return page;
 }
 
-/**
- * Opens a material in a new folder.
- * @param material the name of an example, or a document
- */
+/** Opens a material in a new folder: an example, given by its name, or a document. */
 export async function prepare(t, material, { name = 'material', hasTextures = false } = {}) {
     const folder = mkdtempSync(`${root}/`);
     const file = `${folder}/${name}.xml`;
@@ -52,9 +48,7 @@ export async function prepare(t, material, { name = 'material', hasTextures = fa
 
 /** Runs a test with what `prepare` returns. */
 export const pageTest = (title, material, run) =>
-    test(title, async (t) => {
-        await run(await prepare(t, material), t);
-    });
+    test(title, async (t) => run(await prepare(t, material), t));
 
 /** Also lays out the graph and focuses it before the test. */
 export const laidOutTest = (title, material, run) =>
@@ -87,8 +81,10 @@ export const state = (page) =>
         };
     });
 
+/** Waits until the document has a node. */
 export const hasNode = (page, id) =>
     until(page, (name) => window.moxEditor.store.get().document.numbers.has(name), id);
+/** Waits until so many nodes are selected. */
 export const selects = (page, count) =>
     until(page, (wanted) => window.moxEditor.store.get().selection.size === wanted, count);
 export const select = (page, ...ids) =>
@@ -132,18 +128,4 @@ export const dragBy = (page, from, [x, y]) => drag(page, from, [from[0] + x, fro
 export async function halfway(page, ...ends) {
     const [[x1, y1], [x2, y2]] = await Promise.all(ends.map(([id, name]) => middle(port(page, id, name))));
     return [(x1 + x2) / 2, (y1 + y2) / 2];
-}
-
-/** Drops a file onto an element. */
-export async function drop(page, selector, name, content, place = {}) {
-    const dataTransfer = await page.evaluateHandle(
-        ([fileName, text]) => {
-            const transfer = new DataTransfer();
-            const bytes = Uint8Array.from(atob(text), (letter) => letter.charCodeAt(0));
-            transfer.items.add(new File([bytes], fileName));
-            return transfer;
-        },
-        [name, Buffer.from(content).toString('base64')],
-    );
-    await page.dispatchEvent(selector, 'drop', { dataTransfer, ...place });
 }

@@ -33,17 +33,14 @@ const holds = ({ x, y, width, height }, at) =>
     x <= at.x && at.x <= x + width && y <= at.y && at.y <= y + height;
 
 /** Converts a point of the graph to the screen, relative to a node. */
-const onScreen = (page, id, { x, y }) =>
-    card(page, id).evaluate(
-        (element, at) => {
-            const { document } = window.moxEditor.store.get();
-            const place = window.moxEditor.places.placeOf(document.nodes.get(document.numbers.get(at.id)));
-            const box = element.getBoundingClientRect();
-            const zoom = box.width / element.offsetWidth;
-            return [box.x + (at.x - place.x) * zoom, box.y + (at.y - place.y) * zoom];
-        },
-        { id, x, y },
-    );
+const onScreen = (page, point) =>
+    card(page, 'base').evaluate((element, { x, y }) => {
+        const { document } = window.moxEditor.store.get();
+        const place = window.moxEditor.places.placeOf(document.nodes.get(document.numbers.get('base')));
+        const box = element.getBoundingClientRect();
+        const zoom = box.width / element.offsetWidth;
+        return [box.x + (x - place.x) * zoom, box.y + (y - place.y) * zoom];
+    }, point);
 
 // The key that adds an annotation, the label of the field for its text, and the key that ends the text.
 const keys = { frame: ['g', 'title', 'Enter'], note: ['n', 'text', 'Control+Enter'] };
@@ -67,7 +64,7 @@ annotationTest('a frame is moved with the nodes in it, and resized at its corner
     const before = await state(page);
     const [frame] = before.annotations;
     assert.equal(frame.text, 'Rim');
-    const title = await onScreen(page, 'facing', { x: frame.x + frame.width / 2, y: frame.y + 8 });
+    const title = await onScreen(page, { x: frame.x + frame.width / 2, y: frame.y + 8 });
     await change(page, () => dragBy(page, title, [-30, 40]));
     const after = await state(page);
     assert.ok(Object.values(before.places).some(({ x }) => x > frame.x + frame.width));
@@ -81,7 +78,7 @@ annotationTest('a frame is moved with the nodes in it, and resized at its corner
     assert.deepEqual(await state(page), before);
 
     const corner = { x: frame.x + frame.width, y: frame.y + frame.height };
-    const [right, bottom] = await onScreen(page, 'facing', corner);
+    const [right, bottom] = await onScreen(page, corner);
     await change(page, () => dragBy(page, [right - 2, bottom - 2], [40, 20]));
     const [resized] = (await state(page)).annotations;
     assert.ok(resized.width > frame.width && resized.height > frame.height && resized.x === frame.x);
@@ -113,12 +110,12 @@ annotationTest('a note is found by its text, which the inspector shows', async (
 annotationTest('a title and a text are edited in place; Esc discards the changes', async (page) => {
     await addFrame(page);
     const { x, y, width, height } = await annotation(page, 'frame');
-    await page.mouse.move(...(await onScreen(page, 'facing', { x: x + width + 20, y: y + height + 20 })));
+    await page.mouse.move(...(await onScreen(page, { x: x + width + 20, y: y + height + 20 })));
     await add(page, 'note', 'Shines at the edge.');
     await page.keyboard.press('a');
     for (const [kind, text] of Object.entries({ note: 'Shines.', frame: 'Edge' })) {
         const place = await annotation(page, kind);
-        const inside = await onScreen(page, 'facing', { x: place.x + 12, y: place.y + 12 });
+        const inside = await onScreen(page, { x: place.x + 12, y: place.y + 12 });
         const field = page.locator('.annotation-text');
         await page.mouse.dblclick(...inside);
         await field.fill('Not this');
@@ -135,11 +132,10 @@ annotationTest('points of an edge are added, moved and deleted', async (page) =>
     const points = async () => (await state(page)).points;
     const middle = await halfway(page, ['base', 'read'], ['surface', 'in_colour']);
     await change(page, () => page.mouse.dblclick(...middle));
-    const [point] = await points();
-    const held = await onScreen(page, 'base', point);
+    const held = await onScreen(page, (await points())[0]);
     await change(page, () => dragBy(page, held, [10, 70]));
     const [dragged] = await points();
-    const shown = await onScreen(page, 'base', dragged);
+    const shown = await onScreen(page, dragged);
     const distance = Math.hypot(shown[0] - held[0] - 10, shown[1] - held[1] - 70);
     assert.ok(distance < 2, `the point is at ${shown}`);
     await changeByKey(page, 'Control+Shift+ArrowDown');

@@ -4,9 +4,10 @@ import assert from 'node:assert/strict';
 import { execFileSync, spawnSync } from 'node:child_process';
 import { readFileSync } from 'node:fs';
 import { card, change, drag, middle, port, save, settle } from '../drive.mjs';
-import { button, changeByKey, dragBy, emptyMaterial, examples, hasNode, mox, pageTest } from '../session.mjs';
+import { button, changeByKey, dragBy, examples, hasNode, mox, pageTest } from '../session.mjs';
 import { pick, selects, state, tab } from '../session.mjs';
 
+const emptyMaterial = '<?xml version="1.0" encoding="UTF-8"?>\n<material version="1">\n</material>\n';
 const colour = { 'Default Colour, red': '1', 'Default Colour, green': '0.9', 'Default Colour, blue': '0.8' };
 // The nodes: the initial id, the final id, and the properties to set in the inspector.
 const nodes = [
@@ -120,18 +121,14 @@ class Keyboard {
 
     /** Goes to a field with the Tab key, and sets it. */
     async set(label, value) {
-        const focused = () =>
-            this.page.evaluate(() => {
-                const { ariaLabel, tagName } = document.activeElement;
-                return { ariaLabel, tagName };
-            });
-        for (let count = 0; (await focused()).ariaLabel !== label; ++count) {
+        const focused = (name) => this.page.evaluate((key) => document.activeElement[key], name);
+        for (let count = 0; (await focused('ariaLabel')) !== label; ++count) {
             assert.ok(count < 80, `the Tab key does not lead to ${label}`);
             await this.press('Tab');
         }
         await change(this.page, async () => {
             if (value === true) return this.press('Space');
-            if ((await focused()).tagName !== 'SELECT') await this.press('Control+a');
+            if ((await focused('tagName')) !== 'SELECT') await this.press('Control+a');
             await this.page.keyboard.type(value);
             await this.press('Tab');
         });

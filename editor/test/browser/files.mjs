@@ -10,11 +10,10 @@ import { serve, state, tab } from '../session.mjs';
 const lacksNode = (page, id) =>
     until(page, (name) => !window.moxEditor.store.get().document.numbers.has(name), id);
 
-const remove = (page, id) =>
-    page.evaluate((wanted) => {
-        window.moxEditor.selection.selectIds([wanted]);
-        window.moxEditor.graph.deleteSelected(false);
-    }, id);
+async function remove(page, id) {
+    await select(page, id);
+    await page.evaluate(() => window.moxEditor.graph.deleteSelected(false));
+}
 
 pageTest('two windows show one document', 'tinted_texture', async ({ address, page: left }, t) => {
     const right = await open(t, address);
@@ -51,10 +50,7 @@ pageTest('the graph shows what differs from the file', 'tinted_texture', async (
 
     // If the file changes too, the comparison uses its new content.
     writeFileSync(file, readFileSync(file, 'utf8').replace('1 0.9 0.8', '0.5 0.9 0.8'));
-    await page
-        .getByRole('alert')
-        .filter({ hasText: /has changed on disk.*tint/s })
-        .waitFor();
+    await page.locator('[role=alert]', { hasText: /has changed on disk.*tint/s }).waitFor();
     await tab(page, '3 differences').waitFor();
     await button(page, 'Replace the file').click();
     await tab(page, '0 differences').waitFor();

@@ -3,8 +3,8 @@
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { readFileSync, writeFileSync } from 'node:fs';
-import { card, drag, middle, port, save, settle, until } from '../drive.mjs';
-import { button, changeByKey, copy, drop, enter, examples, find, focusGraph, halfway } from '../session.mjs';
+import { card, drag, drop, middle, port, save, settle, until } from '../drive.mjs';
+import { button, changeByKey, copy, enter, examples, find, focusGraph, halfway } from '../session.mjs';
 import { hasNode, laidOutTest, mox, pageTest, pick, select, selects, state, tab, undo } from '../session.mjs';
 
 const selectedIds = (page) =>
@@ -72,8 +72,7 @@ laidOutTest('a refused edge shows why', 'tinted_texture', async ({ page }) => {
     await page.mouse.move(...(await middle(from)));
     await page.mouse.down();
     await page.mouse.move(...(await middle(to)), { steps: 5 });
-    const reason = await page.locator('.hint').textContent();
-    assert.match(reason, /cycle: paintTexture → Multiply → paintTexture/);
+    assert.match(await page.locator('.hint').textContent(), /cycle: paintTexture → Multiply → paintTexture/);
     await page.mouse.up();
     assert.deepEqual((await state(page)).edges, edges);
 });

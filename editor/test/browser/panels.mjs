@@ -77,18 +77,17 @@ laidOutTest('axe finds nothing serious, in light and dark', 'tinted_texture', as
     await page.evaluate(() => window.moxEditor.pinned.pin({ node: 'tint', port: 'read' }));
     const axe = new URL('../../node_modules/axe-core/axe.min.js', import.meta.url);
     await page.evaluate(readFileSync(axe, 'utf8'));
-    const closeList = () => page.keyboard.press('Escape');
     const views = [
         async () => {},
         () => tab(page, 'Programs').click(),
         () => tab(page, 'Parameters').click(),
         () => button(page, 'Find').click(),
-        () => closeList().then(() => button(page, 'Add').click()),
+        () => page.keyboard.press('Escape').then(() => button(page, 'Add').click()),
         async () => {
             await page.locator('.palette input').fill('note');
             await changeByKey(page, 'Enter');
         },
-        () => closeList().then(() => button(page, 'Keys').click()),
+        () => page.keyboard.press('Escape').then(() => button(page, 'Keys').click()),
     ];
     const found = new Set();
     for (const view of views) {
