@@ -11,11 +11,8 @@ export function launch() {
 }
 
 /** Starts the editor for a file. Returns the process and the address that it prints. */
-export async function serve(mox, file, environment = {}) {
-    const server = spawn(mox, ['edit', '--no-browser', file], {
-        stdio: ['ignore', 'pipe', 'inherit'],
-        env: { ...process.env, ...environment },
-    });
+export async function serve(mox, file) {
+    const server = spawn(mox, ['edit', '--no-browser', file], { stdio: ['ignore', 'pipe', 'inherit'] });
     const address = await new Promise((resolve, reject) => {
         let text = '';
         server.stdout.on('data', (data) => {
@@ -93,4 +90,17 @@ export async function drag(page, from, to) {
     await page.mouse.move((from[0] + to[0]) / 2, (from[1] + to[1]) / 2, { steps: 3 });
     await page.mouse.move(...to, { steps: 3 });
     await page.mouse.up();
+}
+
+/** Drops a file onto an element. */
+export async function drop(page, selector, name, content, place = {}) {
+    const dataTransfer = await page.evaluateHandle(
+        ([fileName, bytes]) => {
+            const transfer = new DataTransfer();
+            transfer.items.add(new File([new Uint8Array(bytes)], fileName));
+            return transfer;
+        },
+        [name, [...Buffer.from(content)]],
+    );
+    await page.dispatchEvent(selector, 'drop', { dataTransfer, ...place });
 }
