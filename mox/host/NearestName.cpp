@@ -14,21 +14,28 @@ namespace {
 
 using Materials::Compose;
 
-/// Returns the number of letters to change, add or remove, ignoring case. If the lengths differ by
-/// more than most, returns only this difference.
+std::string ToLower(std::string_view text)
+{
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return lower;
+}
+
+/// Returns the number of letters to change, add or remove. If the lengths differ by more than most,
+/// returns only this difference.
 std::size_t EditDistance(std::string_view a, std::string_view b, std::size_t most)
 {
     const std::size_t difference = std::max(a.size(), b.size()) - std::min(a.size(), b.size());
     if (difference > most)
         return difference;
-    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
     std::vector<std::size_t> row(b.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t(0));
     for (std::size_t i = 0; i < a.size(); ++i) {
         std::size_t diagonal = row[0];
         row[0] = i + 1;
         for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t changed = diagonal + (lower(a[i]) == lower(b[j]) ? 0 : 1);
+            const std::size_t changed = diagonal + (a[i] == b[j] ? 0 : 1);
             diagonal = row[j + 1];
             row[j + 1] = std::min({row[j] + 1, row[j + 1] + 1, changed});
         }
@@ -63,18 +70,17 @@ std::string SuggestName(std::string_view name, const std::vector<RightName>& nam
         return {};
     constexpr std::size_t longEnough = 4; // to recognise the name as a prefix of another name
     const std::size_t mostErrors = std::max<std::size_t>(2, name.size() / 3);
+    const std::string wanted = ToLower(name);
+    const auto distance = [&](std::string_view from, std::string_view to) {
+        return EditDistance(from, ToLower(to.substr(0, longestName)), mostErrors);
+    };
     const auto distanceTo = [&](const RightName& right) {
         if (name.size() >= longEnough && right.Name.starts_with(name))
             return std::size_t(1);
-        std::size_t distance =
-            EditDistance(name, std::string_view(right.Name).substr(0, longestName), mostErrors);
-        if (!right.Label.empty()) {
-            distance = std::min(distance,
-                                EditDistance(WithoutDirection(name),
-                                             std::string_view(right.Label).substr(0, longestName),
-                                             mostErrors));
-        }
-        return distance;
+        const std::size_t toName = distance(wanted, right.Name);
+        return right.Label.empty()
+                   ? toName
+                   : std::min(toName, distance(WithoutDirection(wanted), right.Label));
     };
     std::vector<std::size_t> distances;
     distances.reserve(names.size());

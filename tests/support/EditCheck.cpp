@@ -171,7 +171,6 @@ int CheckEdits(MaterialGraph& graph, const NodeMaker& maker, const GraphEditor::
             edited.Undo();
     }
 
-    edited.CompareWithDocument();
     const std::string end = edited.Text();
     int undone = 0;
     for (; edited.History().CanUndo(); ++undone)

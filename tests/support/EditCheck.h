@@ -5,9 +5,9 @@
 
 #include <functional>
 
-/// Edits a graph until isOver returns true, and undoes about every fourth edit. At the end it
-/// undoes and redoes all edits. After about every eighth edit, and at the end, the graph must equal
-/// the one loaded from its written document.
+/// Edits a graph until isOver returns true, and undoes about every fourth edit. After about every
+/// eighth edit, the graph must equal the one loaded from its written document. At the end, all
+/// edits are undone and redone.
 /// @param maker that creates the nodes of the graph
 /// @returns the number of edits that were accepted
 /// @throws std::logic_error if an invariant does not hold
