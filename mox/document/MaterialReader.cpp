@@ -134,7 +134,9 @@ const ElementRule* MaterialReader::FindRule(const XmlElement& element)
         const bool isNodeFile = element.Name == "node" && !element.Find("id");
         fail({},
              Compose("<", MaterialRule.Name, ">",
-                     isNodeFile ? "; this is a node file, so give its folder with --nodes" : ""));
+                     isNodeFile
+                         ? "; this is a node file, so give its folder as a folder with node files"
+                         : ""));
         return nullptr;
     }
     OpenElement& parent = _open.back();

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <dlfcn.h>
 #include <system_error>
 
 namespace Mox::Host {
@@ -30,6 +31,17 @@ struct NodeRelease
 
     void operator()(GuiNode*) { Node.reset(); }
 };
+
+/// Returns the dynamic loader's own message about the last library, without the name of the file.
+std::string DescribeLoadError(const std::error_code& error, const std::string& file)
+{
+    const char* message = dlerror();
+    if (!message)
+        return error.message();
+    const std::string text = message;
+    const std::string prefix = file + ": ";
+    return text.starts_with(prefix) ? text.substr(prefix.size()) : text;
+}
 
 template <class Function>
 Function& FindExport(const boost::dll::shared_library& library, const Place& where,
@@ -80,11 +92,12 @@ XpmTable PluginType::CopyIcon() const
 Plugin::Plugin(const std::filesystem::path& file) : _file(file)
 {
     const Place where(file.string());
-    try {
-        _library =
-            boost::make_shared<boost::dll::shared_library>(file, boost::dll::load_mode::rtld_now);
-    } catch (const std::system_error& error) {
-        throw HostError(where, Compose("cannot be loaded: ", error.what()));
+    std::error_code error;
+    _library = boost::make_shared<boost::dll::shared_library>(file, error,
+                                                              boost::dll::load_mode::rtld_now);
+    if (error) {
+        throw HostError(where, Compose("cannot be loaded as a plug-in: ",
+                                       DescribeLoadError(error, where.File)));
     }
 
     const auto version = CallExport<std::int32_t>(*_library, where, "GetMaterialLibVersion");

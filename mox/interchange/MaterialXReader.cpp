@@ -2,6 +2,7 @@
 
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
+#include "mox/host/NearestName.h"
 #include "mox/interchange/MaterialXIncludes.h"
 
 #include <algorithm>
@@ -162,7 +163,8 @@ void MaterialXReader::EvaluateNode(const Key& key)
     const InterchangeNode* node = GetStandardNodes().Find(element.Name);
     if (!node || node->IsHelper) {
         Report(Carry::None, element,
-               Compose("\"", element.Name, "\" is not a standard node of MaterialX"));
+               Compose("\"", element.Name, "\" is not a standard node of MaterialX",
+                       SuggestNode(element.Name)));
         return;
     }
     if (const char* reason = RefuseType(type)) {
@@ -193,6 +195,21 @@ void MaterialXReader::EvaluateNode(const Key& key)
                isSame ? Compose(element.Name, " is composed of other nodes")
                       : Compose(element.Name, " is approximated: ", alternative->Note));
     }
+}
+
+/// Returns a suggestion to append to the message that MaterialX has no standard node with this
+/// name. Comparing names takes time, so there are no suggestions after many problems.
+std::string MaterialXReader::SuggestNode(const std::string& name) const
+{
+    constexpr std::size_t mostProblems = 100;
+    if (_problems.Problems().size() >= mostProblems)
+        return {};
+    std::vector<RightName> names;
+    for (const InterchangeNode& node : GetStandardNodes().Nodes) {
+        if (!node.IsHelper)
+            names.push_back({node.Name});
+    }
+    return SuggestName(name, names);
 }
 
 InputValues MaterialXReader::ReadInputs(const Key& key, const NamedTexts& inputs,

@@ -55,6 +55,7 @@ private:
 
     void Evaluate(const MaterialXSource& source);
     void EvaluateNode(const Key& key);
+    std::string SuggestNode(const std::string& name) const;
     InterchangeGraph::Values ReadInputs(const Key& key, const NamedTexts& inputs,
                                         const std::string& category);
     InterchangeValue ReadInput(const MaterialXSource& source, const XmlTree& input,

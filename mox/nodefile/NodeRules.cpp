@@ -2,8 +2,10 @@
 
 #include "mox/Text.h"
 #include "mox/host/Excerpt.h"
+#include "mox/host/NearestName.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <iterator>
 #include <set>
 
@@ -56,6 +58,18 @@ private:
         throw HostError(Place(_file.File, line), message);
     }
 
+    /// Returns a suggestion to append to the message that no property of these kinds has this name.
+    std::string SuggestProperty(const std::string& name,
+                                std::initializer_list<GuiPropertyKind> kinds) const
+    {
+        std::vector<RightName> names;
+        for (const NodeProperty& property : _file.Properties) {
+            if (std::ranges::count(kinds, property.Kind) > 0)
+                names.push_back({property.Name});
+        }
+        return SuggestName(name, names);
+    }
+
     void CheckHead() const
     {
         if (!ShaderNode::IsValidCgName(_file.Library))
@@ -70,7 +84,8 @@ private:
         const NodeProperty* title = _file.FindProperty(_file.Title);
         if (!title || title->Kind != GuiPropertyKind::Enum)
             throw HostError(_where, Compose("the title is ", Excerpt(_file.Title),
-                                            ", which is not an enum property"));
+                                            ", which is not an enum property",
+                                            SuggestProperty(_file.Title, {GuiPropertyKind::Enum})));
     }
 
     void CheckProperties() const
@@ -98,7 +113,9 @@ private:
             if (!property || (property->Kind != GuiPropertyKind::Enum &&
                               property->Kind != GuiPropertyKind::Bool)) {
                 Fail(line, Compose("a condition reads ", Excerpt(condition.Name),
-                                   ", which is not an enum or bool property"));
+                                   ", which is not an enum or bool property",
+                                   SuggestProperty(condition.Name, {GuiPropertyKind::Enum,
+                                                                    GuiPropertyKind::Bool})));
             }
             for (const std::string& value : condition.Values) {
                 const bool isKnown =
@@ -119,8 +136,12 @@ private:
             return;
         const NodeProperty* property = _file.FindProperty(input.SourceText);
         if (!property || property->Kind == GuiPropertyKind::Enum) {
-            Fail(input.Line, Compose("the input reads ", Excerpt(input.SourceText),
-                                     ", which is not a bool, integer, float or colour property"));
+            Fail(input.Line,
+                 Compose("the input reads ", Excerpt(input.SourceText),
+                         ", which is not a bool, integer, float or colour property",
+                         SuggestProperty(input.SourceText,
+                                         {GuiPropertyKind::Bool, GuiPropertyKind::Integer,
+                                          GuiPropertyKind::Float, GuiPropertyKind::Colour})));
         }
         if (!input.IsPort())
             return;

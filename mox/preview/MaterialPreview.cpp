@@ -243,6 +243,8 @@ Picture JoinPictures(const std::vector<Picture>& pictures)
     return strip;
 }
 
+} // namespace
+
 void CheckSize(const PreviewOptions& options)
 {
     constexpr std::uint64_t mostPixels = 1u << 28;
@@ -257,8 +259,6 @@ void CheckSize(const PreviewOptions& options)
                                     " pixels on a side"));
     }
 }
-
-} // namespace
 
 MaterialPreview::MaterialPreview(const PluginSet& plugins, Environment environment,
                                  FileDecoder& files, bool withValidation)

@@ -40,6 +40,9 @@ struct PreviewOptions
     std::string Node;            ///< "id" or "id.port" of a node to show instead of the material
 };
 
+/// @throws HostError if the image would have no pixels or too many
+void CheckSize(const PreviewOptions& options);
+
 /// Renders materials on meshes, without a window. Creating an object is expensive, so it should be
 /// reused for many images.
 class MaterialPreview

@@ -61,13 +61,17 @@ def rule(
 def load_rules(file: str | os.PathLike[str]) -> list[Rule]:
     """Runs a Python file and returns the rules that it defines.
 
-    Raises Error with file and line if the file cannot be run.
+    Raises Error if the file cannot be read, or with file and line if it cannot be run.
     """
     before = len(_registered)
     try:
         runpy.run_path(str(file))
     except Exception as error:
-        raise Error(f"{type(error).__name__}: {error}", file=str(file), line=_line_in(file, error))
+        line = _line_in(file, error)
+        message = f"{type(error).__name__}: {error}"
+        if isinstance(error, OSError) and line is None:
+            message = f"cannot be read: {error.strerror}"
+        raise Error(message, file=str(file), line=line)
     finally:
         rules = _registered[before:]
         del _registered[before:]

@@ -115,6 +115,8 @@ class Lint(Documented):
             Path("odd.py").write_text(text)
             done = self.check("--rules", "odd.py", "rim_light.xml")
             self.assertEqual((done.returncode, message in done.stderr, "Traceback" in done.stderr), (1, True, False))
+        done = self.check("--rules", "missing.py", "rim_light.xml")
+        self.assertEqual((done.returncode, done.stderr), (1, "mox: missing.py: cannot be read: No such file or directory\n"))
         self.assertEqual(self.check("missing.xml").returncode, 1)
 
     def test_what_is_checked(self):

@@ -107,16 +107,16 @@ TEST(Plugin, WhatIsNoPluginIsRefused)
         std::filesystem::path File;
         std::string Message; ///< or its beginning, if followed by the dynamic loader's own message
     } cases[] = {
-        {"nowhere.so", "cannot be loaded: "},
-        {__FILE__, "cannot be loaded: "},
-        {MOX_PLUGIN_FOLDER, "cannot be loaded: "},
+        {"nowhere.so", "cannot be loaded as a plug-in: "},
+        {__FILE__, "cannot be loaded as a plug-in: "},
+        {MOX_PLUGIN_FOLDER, "cannot be loaded as a plug-in: "},
         {MOX_MATERIALS_LIBRARY, "is not a plug-in: it does not export GetMaterialLibVersion"},
         {"odd_version.so", "has interface version 4, expected version 5"},
         {"odd_version_throws.so", "GetMaterialLibVersion: failed without a message"},
         {"odd_no_factory_export.so", "is not a plug-in: it does not export CreateNodeFactory"},
         {"odd_null.so", "returned no factory"},
         {"odd_own_failure.so", "CreateNodeFactory: an exception of the module's own"},
-        {"odd_symbol.so", "cannot be loaded: "},
+        {"odd_symbol.so", "cannot be loaded as a plug-in: "},
     };
     for (const auto& [name, message] : cases) {
         const bool isOdd = name.string().starts_with("odd_");

@@ -1,20 +1,22 @@
 #include "DecodeOptions.h"
 
+#include "NumberCheck.h"
+
 #include <cstdint>
 
 namespace Mox::Tool {
 
 void AddDecodeOptions(CLI::App& command, Host::DecodeLimits& limits)
 {
-    constexpr std::uint64_t largestSide = 1'000'000;
-    constexpr std::uint64_t mostMegabytes = 1'000'000;
-    constexpr std::uint64_t mostSeconds = 86'400;
+    constexpr std::int32_t largestSide = 1'000'000;
+    constexpr std::int32_t mostMegabytes = 1'000'000;
+    constexpr std::int32_t mostSeconds = 86'400;
     constexpr int bitsOfMegabyte = 20;
-    const auto add = [&](const char* name, const char* help, const char* unit, std::uint64_t most,
+    const auto add = [&](const char* name, const char* help, const char* unit, std::int32_t most,
                          std::uint64_t now, const std::function<void(std::uint64_t)>& set) {
         command.add_option_function<std::uint64_t>(name, set, help)
             ->type_name(unit)
-            ->check(CLI::Range(std::uint64_t(1), most).description(""))
+            ->transform(IntegerIn(1, most))
             ->default_str(std::to_string(now))
             ->group("Limits for textures and meshes");
     };

@@ -3,6 +3,7 @@
 #include "DocumentSource.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
+#include "NumberCheck.h"
 #include "Signals.h"
 #include "Targets.h"
 #include "mox/server/EditorServer.h"
@@ -122,7 +123,7 @@ void AddEditCommand(CLI::App& program, const CommonOptions& common)
         ->required();
     command->add_option("--port", options->Port, "TCP port; by default the system chooses one")
         ->type_name("N")
-        ->check(CLI::Range(1, largestPort).description(""));
+        ->transform(IntegerIn(1, largestPort));
     command->add_flag_callback(
         "--no-browser", [options] { options->HasBrowser = false; },
         "Print the address without opening a browser");

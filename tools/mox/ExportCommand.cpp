@@ -2,6 +2,7 @@
 #include "DocumentSource.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
+#include "NumberCheck.h"
 #include "OneOf.h"
 #include "ProgressBar.h"
 #include "Signals.h"
@@ -288,7 +289,7 @@ void AddExportCommand(CLI::App& program, const CommonOptions& common)
         ->add_option("-j,--jobs", options->Workers,
                      "Number of threads; by default, the number of processors")
         ->type_name("N")
-        ->check(CLI::Range(1, 1024).description(""));
+        ->transform(IntegerIn(1, 1024));
     auto* depfile =
         command
             ->add_option(

@@ -3,6 +3,7 @@
 #include "DocumentSource.h"
 #include "LoadEnvironment.h"
 #include "LoadPlugins.h"
+#include "NumberCheck.h"
 #include "mox/Text.h"
 #include "mox/document/DocumentTextures.h"
 #include "mox/document/PropertyText.h"
@@ -10,7 +11,6 @@
 #include "mox/preview/MaterialPreview.h"
 #include "mox/preview/MeshShapes.h"
 
-#include <cmath>
 #include <optional>
 #include <utility>
 
@@ -91,8 +91,6 @@ Host::PreviewOptions ReadOptions(const PreviewArguments& arguments)
                                    "must be a width and a height, such as 640x480, or one number");
     options.Width = static_cast<std::uint32_t>(size->first);
     options.Height = static_cast<std::uint32_t>(size->second);
-    if (!std::isfinite(arguments.Frame))
-        throw CLI::ValidationError("--frame", "must be a finite number");
     options.FirstFrame = arguments.Frame;
     if (!arguments.Frames.empty()) {
         const auto frames = ParsePair(arguments.Frames, "..");
@@ -101,6 +99,12 @@ Host::PreviewOptions ReadOptions(const PreviewArguments& arguments)
         options.FirstFrame = static_cast<float>(frames->first);
         options.FrameCount = static_cast<std::uint32_t>(frames->second) -
                              static_cast<std::uint32_t>(frames->first) + 1;
+    }
+    try {
+        Host::CheckSize(options);
+    } catch (const Host::HostError& error) {
+        throw CLI::ValidationError(arguments.Frames.empty() ? "--size" : "--size and --frames",
+                                   error.Message);
     }
     options.Light = arguments.Light;
     options.Node = arguments.Node;
@@ -151,6 +155,7 @@ void AddPreviewCommand(CLI::App& program, const CommonOptions& common)
         ->capture_default_str();
     auto* frame = command->add_option("--frame", arguments->Frame, "Frame number")
                       ->type_name("N")
+                      ->check(FiniteNumber())
                       ->capture_default_str();
     command
         ->add_option("--frames", arguments->Frames,
