@@ -352,7 +352,7 @@ private:
         std::size_t first = _path.size();
         while (_path[--first].Node != start) {
         }
-        // The path runs from each reader to what it reads.
+        // The path leads from each node to the node that it reads.
         std::string text;
         for (std::size_t i = _path.size(); i-- > first;)
             text += Compose(_sources[_path[i].Node].Shader->Describe(), " -> ");

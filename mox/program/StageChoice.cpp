@@ -128,8 +128,8 @@ void StageChoice::FindRatesOf(std::size_t index)
     }
 }
 
-/// Whether a node is a copy that both stages need, and everything that the fragment stage reads of
-/// it can cross and is interpolated. Constant components do not cross.
+/// Whether a node is a copy that both stages need, and the fragment stage can read all its values
+/// from interpolants. Constant components need none.
 bool StageChoice::CanHandOn(std::size_t index)
 {
     const ProgramNode& node = _graph.Nodes()[index];
