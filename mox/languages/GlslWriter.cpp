@@ -115,6 +115,8 @@ protected:
 
     void PutMainHead(const Cg::Function&) override { Text += "void main()\n{\n"; }
 
+    bool HasRemainder() const override { return false; }
+
     std::string TypeName(const Cg::Type& type) const override
     {
         if (type.Structure)
@@ -193,10 +195,6 @@ protected:
         if (operands.IsMatrix() && expression.Op == Operator::Multiply &&
             expression.Operands[1]->Of.IsMatrix()) {
             PutCall("matrixCompMult", expression.Operands);
-            return;
-        }
-        if (expression.Op == Operator::Modulo) {
-            PutRemainder(expression, around);
             return;
         }
         if (!operands.IsVector() || expression.Op < Operator::Less) {

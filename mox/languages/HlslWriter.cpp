@@ -108,6 +108,8 @@ protected:
         Text += ")\n{\n";
     }
 
+    bool HasRemainder() const override { return false; }
+
     std::string TypeName(const Cg::Type& type) const override
     {
         if (type.Structure)
@@ -231,8 +233,6 @@ protected:
         if (isProduct && expression.Operands[0]->Of.IsMatrix() &&
             expression.Operands[1]->Of.IsMatrix())
             PutByVectors(expression, Symbol(expression.Op), expression.Of.Rows);
-        else if (expression.Op == Cg::Operator::Modulo)
-            PutRemainder(expression, around);
         else
             Writer::PutBinary(expression, around);
     }

@@ -430,7 +430,8 @@ void Writer::PutAssign(const Expression& assignment)
     const Expression& value = *assignment.Operands[1];
     Put(target, Binding::Unary);
     const bool isCompound = value.Kind == ExpressionKind::Binary && value.Operands[0] == &target &&
-                            value.Op <= Cg::Operator::Subtract && !value.Of.IsMatrix();
+                            value.Op <= Cg::Operator::Subtract && !value.Of.IsMatrix() &&
+                            (value.Op != Cg::Operator::Modulo || HasRemainder());
     if (isCompound) {
         Text += ' ';
         Text += Symbol(value.Op);

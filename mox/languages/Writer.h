@@ -60,6 +60,9 @@ protected:
     virtual void PutMainEnd() {}
     virtual bool ReturnsOutputs() const { return false; }
 
+    /// Whether the language's "%" is defined for negative integers.
+    virtual bool HasRemainder() const { return true; }
+
     virtual std::string TypeName(const Cg::Type& type) const = 0;
 
     /// Writes the declaration of a variable or member, without qualifiers and initial value.
@@ -112,10 +115,6 @@ protected:
     /// Writes a binary operator and its operands.
     void PutInfix(const Cg::Expression& left, std::string_view symbol, const Cg::Expression& right,
                   Binding own, Binding around);
-
-    /// Writes a "%" as "a - b * (a / b)", for languages in which the operator is undefined for
-    /// negative numbers.
-    void PutRemainder(const Cg::Expression& expression, Binding around);
 
     /// Writes a matrix operation as one operation per vector of the matrix: "type(a[0] * b[0],
     /// ...)".
@@ -189,6 +188,7 @@ private:
     void PutStatement(const Cg::Statement& statement);
     void PutIf(const Cg::Statement& statement);
     void PutUserCall(const Cg::Expression& call);
+    void PutRemainder(const Cg::Expression& expression, Binding around);
 
     std::unordered_map<const Cg::Variable*, std::string> _names;
     std::unordered_map<const Cg::Variable*, std::string> _texts; ///< set by SetMember

@@ -203,6 +203,10 @@ void Writer::PutInfix(const Expression& left, std::string_view symbol, const Exp
 
 void Writer::PutBinary(const Expression& expression, Binding around)
 {
+    if (expression.Op == Operator::Modulo && !HasRemainder()) {
+        PutRemainder(expression, around);
+        return;
+    }
     const auto& [symbol, own] = symbols[static_cast<std::size_t>(expression.Op)];
     const Expression* left = expression.Operands[0];
     const Expression* right = expression.Operands[1];
@@ -295,6 +299,7 @@ void Writer::PutProduct(const Expression& call, Binding around)
     PutInfix(*call.Operands[0], "*", *call.Operands[1], Binding::Product, around);
 }
 
+/// Writes "a - b * (a / b)".
 void Writer::PutRemainder(const Expression& expression, Binding around)
 {
     const bool isNested = Binding::Sum < around;

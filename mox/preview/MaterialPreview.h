@@ -40,7 +40,7 @@ struct PreviewOptions
     std::string Node;            ///< "id" or "id.port" of a node to show instead of the material
 };
 
-/// @throws HostError if the image would have no pixels or too many
+/// @throws HostError if the image would have no pixels, or more than previews or PNG files can have
 void CheckSize(const PreviewOptions& options);
 
 /// Renders materials on meshes, without a window. Creating an object is expensive, so it should be

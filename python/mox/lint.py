@@ -61,7 +61,7 @@ def rule(
 def load_rules(file: str | os.PathLike[str]) -> list[Rule]:
     """Runs a Python file and returns the rules that it defines.
 
-    Raises Error if the file cannot be read, or with file and line if it cannot be run.
+    Raises Error with the file, and the line if there is one, if the file cannot be read or run.
     """
     before = len(_registered)
     try:

@@ -106,6 +106,9 @@ TEST(Languages, GlslangTakesEveryText)
                 const std::string text = Write(source, language, precision);
                 ASSERT_EQ(ReadWithGlslang(text, input, source.IsVertex), "") << text;
                 ASSERT_EQ(text.find("__"), text.npos) << text;
+                // These languages do not define the remainder of negative numbers.
+                ASSERT_EQ(text.find(" % "), text.npos) << text;
+                ASSERT_EQ(text.find(" %= "), text.npos) << text;
             }
         }
     }

@@ -123,7 +123,7 @@ bool IsOldFault(const std::string& name)
         std::regex("^half.*Out\\("), // treats half as float, so both overloads are the same
                                      // function
         std::regex("m = m\\*m"),     // does not multiply component-wise
-        std::regex("^int.*a%"),      // its instruction is undefined for negative numbers
+        std::regex("^int.*%"),       // its instruction is undefined for negative numbers
     };
     return std::any_of(std::begin(faults), std::end(faults),
                        [&](const std::regex& fault) { return std::regex_search(name, fault); });

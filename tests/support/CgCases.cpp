@@ -70,6 +70,7 @@ constexpr Row rows[] = {
     {"F", "T r = a; return ( r = b, r + c );"},
     {"I", "a + b*c - a/( b*b + 1 )"},
     {"I", "a%( abs( b ) + 1 )"},
+    {"I", "T r = a; r %= abs( b ) + 1; return r;"},
     {"I", "a < b ? b : c"},
     {"I", "a < b && b != c ? -a : !a"},
     {"B", "a && b || !c"},

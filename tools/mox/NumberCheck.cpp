@@ -16,7 +16,7 @@ CLI::Validator FiniteNumber()
         const auto number = Host::ParseFloat(word);
         if (number && std::isfinite(*number))
             return {};
-        return Compose(Host::Excerpt(word), " is not a finite number");
+        return Compose(Host::Excerpt(word), " is not a valid number");
     };
     return {check, ""};
 }
