@@ -54,7 +54,7 @@ bool HasCommonBackslashes(std::string_view name)
 }
 
 /// Escapes a name for use in a rule: a backslash before spaces and special characters, twice as
-/// many backslashes before a space, and two dollars for one.
+/// many backslashes before a space, and two dollar signs for one.
 std::string Escape(const path& name)
 {
     std::string text;
@@ -149,8 +149,8 @@ void Depfile::RequireOther(const path& named)
     }
 }
 
-/// Only the first failure counts. The partial file is removed at once, which helps when a disk is
-/// full.
+/// Only the first failure counts. The partial file is removed immediately, which helps when a disk
+/// is full.
 void Depfile::Fail(const HostError& error)
 {
     if (!_failure)

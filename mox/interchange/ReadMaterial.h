@@ -42,7 +42,7 @@ MaterialDocument ParseMaterialX(const std::string& file, std::string_view text,
                                 ProblemList& problems);
 
 /// Rejects MaterialX documents in operations that support only material documents.
-/// @throws HostError that explains how to create one, if the file is a MaterialX document
+/// @throws HostError that explains how to convert the file, if it is a MaterialX document
 void RefuseMaterialX(const std::filesystem::path& file, std::string_view text);
 
 } // namespace Mox::Host

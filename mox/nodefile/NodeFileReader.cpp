@@ -312,7 +312,7 @@ private:
                               ? std::nullopt
                               : ParseFloat(std::string_view(text).substr(space + 1));
         if (!low || !high || !(*low <= *high))
-            element.Fail("attribute \"range\" is not two numbers, the lower one first");
+            element.Fail("attribute \"range\" must contain two numbers, the lower one first");
         return {*low, *high};
     }
 
