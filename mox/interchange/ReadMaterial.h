@@ -21,8 +21,7 @@ bool MayHoldMaterialX(const std::string& file) noexcept;
 /// @param problems receives errors in the file and, for MaterialX, a warning with a rule
 ///        "interchange-..." for everything that is not converted exactly
 /// @param material the name of the material to read if a MaterialX document has several; empty for
-/// the
-///        first one
+///        the first one
 /// @returns the parts that could be read; complete only if problems receives no errors
 MaterialDocument ReadMaterial(const std::filesystem::path& file, ProblemList& problems,
                               const std::string& material = {});

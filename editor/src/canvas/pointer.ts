@@ -56,7 +56,7 @@ export class Pointer {
         else editor.graph.openAddMenu({ at: pointOf(event), point, placement: { kind: 'free' } });
     };
 
-    /** Selects what is at a point. An edge is only selected, which is no gesture. */
+    /** Selects what is at a point. An edge is only selected, which is not a gesture. */
     private gestureAt(point: Point, isAdding: boolean): Gesture | null {
         const { editor, view } = this;
         const { zoom } = view.viewport;
