@@ -45,7 +45,7 @@ struct Program
 Program Compile(const Material& material, const ProgramSettings& settings);
 
 /// Compiles material files on several threads. If a file cannot be read, its program has a problem
-/// that says so.
+/// that reports this.
 std::vector<Program> CompileMany(const Library& library, const Paths& files,
                                  const ProgramSettings& settings, std::size_t threads);
 
