@@ -61,7 +61,7 @@ std::string FormatShaderGraph(const Material& material);
 /// @throws FaultyMaterial if the material has an error
 std::pair<std::string, std::vector<Host::Problem>> FormatMaterialX(const Material& material);
 
-/// Options of mox export that do not concern the programs themselves.
+/// The options of mox export: how programs are written, and how materials are processed.
 struct ExportSettings
 {
     ProgramSettings Programs;
