@@ -135,7 +135,7 @@ const ElementRule* MaterialReader::FindRule(const XmlElement& element)
         fail({},
              Compose("<", MaterialRule.Name, ">",
                      isNodeFile
-                         ? "; this is a node file, so specify its folder as a folder of node files"
+                         ? "; this is a node file, so give its folder as a folder with node files"
                          : ""));
         return nullptr;
     }
