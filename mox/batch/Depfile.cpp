@@ -35,8 +35,8 @@ bool IsSpecialTarget(std::string_view name)
            name.find('/') == std::string_view::npos;
 }
 
-/// Whether the last character keeps its meaning: it could be mistaken for an escape, a space
-/// between names, the end of a target, or an archive member.
+/// Whether the last character has no special meaning. Others could be mistaken for an escape, a
+/// space between names, the end of a target, or an archive member.
 bool HasCommonEnd(std::string_view name)
 {
     return !name.empty() && std::string_view("\\ :)").find(name.back()) == std::string_view::npos;
