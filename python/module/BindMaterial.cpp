@@ -263,7 +263,7 @@ void BindOpening(py::module_& module)
 }
 
 /// The document of a material object or of a file.
-/// @param library set to the library of a material if it is empty
+/// @param library if empty, set to the library of the material object
 Host::MaterialDocument ReadDocument(const py::object& source,
                                     std::shared_ptr<const Library>& library)
 {
