@@ -109,7 +109,7 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS
   "fonts-dejavu-core, graphviz, libvulkan1, mesa-vulkan-drivers")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
-  "Materials for shader programs\nThe program mox, its node types and what surrounds every material.")
+  "Materials for shader programs\nThe program mox, its node types and the environments.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME mox-materials-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS

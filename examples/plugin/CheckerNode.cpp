@@ -18,7 +18,7 @@ CheckerNode::CheckerNode() : GuiNode(TypeName())
     SetBackgroundColour(0.9f, 0.9f, 0.6f);
     Name->Visible = false;
 
-    Squares = DeclareInt(*this, "Squares", "Squares: how many lie along each side.", 8);
+    Squares = DeclareInt(*this, "Squares", "Squares: the number of squares along each side.", 8);
 
     AppendPort(InputPorts, {"in_uv", "uv", 2, ComponentType::Float});
     AppendPort(OutputPorts, {"out_value", "value", 1});

@@ -65,6 +65,6 @@ private:
 
 namespace Mox::Materials {
 
-using ::DiGraphNode; // the base of the nodes of both graphs, also found with the authoring classes
+using ::DiGraphNode; // also available in the namespace of the classes derived from it
 
 } // namespace Mox::Materials

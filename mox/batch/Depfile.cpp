@@ -35,8 +35,8 @@ bool IsSpecialTarget(std::string_view name)
            name.find('/') == std::string_view::npos;
 }
 
-/// Whether the last character keeps its meaning: it could be mistaken for an escape, a space
-/// between names, the end of a target, or an archive member.
+/// Whether the last character has no special meaning. Others could be mistaken for an escape, a
+/// space between names, the end of a target, or an archive member.
 bool HasCommonEnd(std::string_view name)
 {
     return !name.empty() && std::string_view("\\ :)").find(name.back()) == std::string_view::npos;
@@ -54,7 +54,7 @@ bool HasCommonBackslashes(std::string_view name)
 }
 
 /// Escapes a name for use in a rule: a backslash before spaces and special characters, twice as
-/// many backslashes before a space, and two dollars for one.
+/// many backslashes before a space, and two dollar signs for one.
 std::string Escape(const path& name)
 {
     std::string text;
@@ -149,8 +149,8 @@ void Depfile::RequireOther(const path& named)
     }
 }
 
-/// Only the first failure counts. The partial file is removed at once, which helps when a disk is
-/// full.
+/// Only the first failure counts. The partial file is removed immediately, which helps when a disk
+/// is full.
 void Depfile::Fail(const HostError& error)
 {
     if (!_failure)

@@ -229,9 +229,10 @@ OutputRecord::Entries OutputRecord::Read(ProblemList& problems) const
     try {
         if (!std::filesystem::is_regular_file(file, error) || Parse(ReadFile(file), entries))
             return entries;
-        problems.Warn(exportRule, file.string(),
-                      "is not a list of outputs, so it is started again; outputs of materials that "
-                      "no longer exist are unknown");
+        problems.Warn(
+            exportRule, file.string(),
+            "is not a list of outputs, so a new list is started; outputs of materials that "
+            "no longer exist are unknown");
     } catch (const HostError& failure) {
         problems.Warn(exportRule, failure.Where, failure.Message);
     }

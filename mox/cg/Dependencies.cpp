@@ -41,8 +41,8 @@ private:
         case StatementKind::Evaluate:
             if (statement.Value->Kind == ExpressionKind::Assign) {
                 const Variable* target = RootOf(*statement.Value->Operands[0]);
-                Store(target, *statement.Value->Operands[0]); // expressions that select a part of
-                                                              // the target
+                // The indices that select a part of the target flow into it, too.
+                Store(target, *statement.Value->Operands[0]);
                 Store(target, *statement.Value->Operands[1]);
             } else {
                 Store(nullptr, *statement.Value);

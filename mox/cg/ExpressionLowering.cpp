@@ -118,7 +118,7 @@ void ExpressionLowering::LowerEffect(Expression* expression)
             _hoister.Emit(_build.Make(StatementKind::Evaluate, call));
         return;
     default:
-        // An unused value is dropped, unless computing it may discard the fragment.
+        // An unused value is dropped, unless it is bound: computing it may discard the fragment.
         if (Expression* value = Lower(expression); value && IsBound(*value))
             _hoister.Hoist(value, "unused");
     }

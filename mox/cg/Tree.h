@@ -71,7 +71,7 @@ enum class ExpressionKind : std::uint8_t
     Swizzle,   ///< one scalar or vector; Text holds letters of "xyzw"
     Element,   ///< of a matrix, at Row and Column; when lowered: matrix, row, column
     Index,     ///< an element of an array or vector, or a row of a matrix: value, index
-    Member,    ///< of a struct; Text
+    Member,    ///< of a struct; Text holds its name
     Sequence,  ///< operands evaluated in order; the last one is the value
 };
 

@@ -183,8 +183,8 @@ void WarnOfInfiniteNumbers(const MaterialGraph& graph, ProblemList& problems)
     }
 }
 
-/// Warns of unconnected inputs that read as 0 at a node without numbers, so that the node cannot
-/// provide a value of its own.
+/// Warns of unconnected inputs that read as 0 at nodes without numeric properties, which offer no
+/// other way to set a value.
 void WarnOfOpenInputs(const MaterialGraph& graph, const Environment& environment,
                       ProblemList& problems)
 {

@@ -48,8 +48,8 @@ struct CatalogueEntry
 
 /// Describes the types of all plug-ins, or only the given types, in the order of the plug-ins.
 /// @param types the types to describe; empty for all
-/// @param problems receives the types that cannot be created, and the node files whose types
-///        another plug-in supplies; the result contains neither
+/// @param problems receives an error for each type that cannot be created, and a warning for each
+///        node file whose type another plug-in supplies; the result contains neither
 /// @throws HostError if no plug-in offers one of the types
 std::vector<CatalogueEntry> DescribeCatalogue(const PluginSet& plugins,
                                               const std::vector<std::string>& types,

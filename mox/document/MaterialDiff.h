@@ -20,7 +20,7 @@ enum class DifferenceKind
 struct MaterialDifference
 {
     DifferenceKind Kind = DifferenceKind::Changed;
-    std::string Text;     ///< complete description in one line
+    std::string Text;     ///< complete description on one line
     std::string Node;     ///< id of the affected node; in the first material if it was removed
     std::string Property; ///< property of that node; empty if the whole node is affected
     std::optional<DocumentEdge> EdgeBefore; ///< an edge that only the first material has

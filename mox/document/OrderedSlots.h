@@ -16,7 +16,7 @@ struct RecordChange
     static constexpr std::size_t None = static_cast<std::size_t>(-1);
 
     std::size_t Index = None;      ///< index of the record
-    std::optional<Record> Content; ///< the new record; nothing to remove it
+    std::optional<Record> Content; ///< the new record; empty to remove the record
     std::size_t Before = None;     ///< index of the record that follows it; None if it is the last
 };
 

@@ -38,7 +38,7 @@ std::string NameUser(uid_t user)
 }
 
 /// Explains why only the owner of a lock file may edit its document. A lock file left behind by
-/// another user is not removed here: the folder may not allow it, and the owner may know better.
+/// another user is not removed here: the folder may not allow it, and the owner may still need it.
 std::string DescribeForeign(const std::filesystem::path& file, uid_t owner)
 {
     const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);

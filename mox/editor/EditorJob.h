@@ -54,8 +54,8 @@ struct EditorReply
 
 /// Long-running work: building programs, checking, drawing. A job does not refer to the session, so
 /// Run may be called on any thread. If the document has changed in the meantime, the job is
-/// dropped: it does nothing, and its reply says so. Run does not throw; an exception becomes the
-/// reply.
+/// dropped: it does nothing, and its reply is "outOfDate". Run does not throw; an exception becomes
+/// the reply.
 class EditorJob
 {
 public:

@@ -88,7 +88,7 @@ void Journal::Start(const std::string& document)
 {
     const std::string header =
         FormatJson({{"version", journalVersion}, {"document", document}}) + "\n";
-    IsThere(); // opening a symbolic link would lead to a file elsewhere
+    IsThere(); // rejects a symbolic link, whose target AtomicFile would replace
     AtomicFile file(_file);
     file.Write(header);
     file.Commit(Durability::Deferred);

@@ -17,10 +17,10 @@ struct JournalContent
     std::vector<GraphChange> Changes;
 };
 
-/// A file next to a document that records the changes since the last save, so that they survive the
-/// process. Each line is JSON: first the document as it was, then the changes in order. Appended
-/// data is handed to the operating system: nothing is lost if the process is killed, but a power
-/// failure may lose the last changes.
+/// A file next to a document that records the changes since the last save, so that they survive a
+/// crash. Each line is JSON: first the document without the changes, then the changes in order.
+/// Appended data is passed to the operating system: nothing is lost if the process is killed, but a
+/// power failure may lose the last changes.
 class Journal
 {
 public:

@@ -120,7 +120,7 @@ struct GraphChange
     /// Formats the change with one line per step, followed by one line per value of the step.
     std::string Format() const;
 
-    /// Describes the first step in one line for display, with the number of further values or
+    /// Describes the first step on one line for display, with the number of further values or
     /// steps.
     std::string Summary() const;
 };

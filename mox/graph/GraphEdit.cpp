@@ -182,8 +182,8 @@ void GraphEdit::operator()(const AddAnnotation& step)
 {
     RequireWritable(AnnotationRule, AttributesOf(step.Annotation));
     if (_edit.Document().FindAnnotation(step.Annotation.Id)) {
-        throw HostError({Document().File}, Compose("another annotation has the id \"",
-                                                   step.Annotation.Id, "\" already"));
+        throw HostError({Document().File}, Compose("another annotation already has the id \"",
+                                                   step.Annotation.Id, "\""));
     }
     _edit.Insert(step.Annotation, None);
 }

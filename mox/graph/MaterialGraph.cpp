@@ -88,7 +88,7 @@ DocumentChange MaterialGraph::Undo(DocumentChange inverse)
     {
         NodeStage nodes(_view, _document, _maker);
         EdgeStage edges(_view, _document, nodes);
-        bool isFree = Follow(edit.Done(), Document(), nodes); // of cycles
+        bool isFree = Follow(edit.Done(), Document(), nodes); // whether there are no cycles
         if (isFree) {
             edges.Judge(edit.Done());
             isFree = !edges.Admit() &&

@@ -62,9 +62,9 @@ public:
     /// @throws HostError naming nodes and ports if a step is not valid: a missing node, port or
     ///         edge, a duplicate id, a second edge into an input, a cycle of edges or references
     ///         (with its full path), a value that a property does not accept, or a node that cannot
-    ///         be created or cannot build its ports. Nothing is changed then. Problems that existed
-    ///         before do not cause a failure. The error is a RefusedStep unless it only arises from
-    ///         all steps together, as with edges.
+    ///         be created or cannot build its ports. In that case, nothing changes. Problems that
+    ///         existed before do not cause a failure. The error is a RefusedStep unless it only
+    ///         arises from all steps together, as with edges.
     DocumentChange Apply(const GraphChange& change);
 
     /// Undoes the last change and restores the earlier problems.

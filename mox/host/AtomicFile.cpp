@@ -201,8 +201,8 @@ void WriteTogether(const std::vector<FileContent>& files)
 {
     constexpr unsigned mostRounds = 12;
     const auto isDone = [](const FileContent& file) { return Holds(file.File, file.Bytes); };
-    // The process that replaces a file last finds its own content in all files afterwards;
-    // otherwise it was not the last.
+    // The last process to replace files finds its own content in all of them afterwards. A process
+    // that finds other content tries again.
     for (unsigned round = 0; round < mostRounds; ++round) {
         if (std::all_of(files.begin(), files.end(), isDone))
             return;

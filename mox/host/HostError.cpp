@@ -43,7 +43,7 @@ void ThrowAsHostError(const Place& where, const std::string& callee)
     } catch (const std::string& message) {
         throw HostError(where, message);
     } catch (const boost::bad_weak_ptr&) {
-        throw HostError(where, "an edge was destroyed while the node still refers to it");
+        throw HostError(where, "an edge was destroyed although the node still refers to it");
     } catch (const HostError& error) {
         throw HostError(error.Where, error.Message);
     } catch (const std::bad_alloc&) {

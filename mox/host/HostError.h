@@ -33,7 +33,7 @@ struct Place
     std::string Format() const;
 };
 
-/// An error of the host with its location. what() returns the location and the message in one line.
+/// An error of the host with its location. what() returns the location and the message on one line.
 class HostError : public std::runtime_error
 {
 public:

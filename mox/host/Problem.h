@@ -137,7 +137,7 @@ struct Problem
     Place Where;
     std::string Message;
 
-    /// Formats the problem as "file:line: node "id": port "name": message" in one line, without the
+    /// Formats the problem as "file:line: node "id": port "name": message" on one line, without the
     /// unknown parts of the location. A very long line is truncated.
     std::string Format() const;
 };

@@ -21,7 +21,7 @@ XpmTable CopyXpm(const char* const* table);
 /// Parses the C source of an XPM image. Only its strings are read, so a variable around them can be
 /// left out; a string cannot contain escape sequences.
 /// @returns the strings, which DecodeXpm accepts
-/// @throws HostError as DecodeXpm does, or if a string is not closed in its line
+/// @throws HostError as DecodeXpm does, or if a string is not closed on its line
 XpmTable ParseXpm(std::string_view source);
 
 /// Decodes the pixels of an icon. Colours are "None" or "#RRGGBB"; a colour name is treated as

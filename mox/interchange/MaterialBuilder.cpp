@@ -56,7 +56,7 @@ std::string MaterialBuilder::Add(DocumentNode node)
 {
     if (_document.Nodes.size() >= mostNodes)
         throw HostError({_document.File, node.Line},
-                        Compose("the graph has more than ", mostNodes, " nodes when unfolded"));
+                        Compose("the graph has more than ", mostNodes, " nodes after expansion"));
     node.Id = MakeUnique(_ids, node.Id);
     std::string id = node.Id;
     _document.Nodes.push_back(std::move(node));

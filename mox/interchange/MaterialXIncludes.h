@@ -10,7 +10,7 @@
 
 namespace Mox::Host {
 
-/// Replaces the includes of a MaterialX document by the contents of the files. Only files in the
+/// Replaces the includes of a MaterialX document with the contents of the files. Only files in the
 /// folder of the including file or its subfolders are read, and each file only once.
 class MaterialXIncludes
 {

@@ -88,7 +88,7 @@ private:
     std::map<std::pair<std::size_t, const XmlTree*>, std::size_t> _entered; ///< scopes, keyed by
                                                                             ///< parent scope and
                                                                             ///< node
-    std::unordered_map<const XmlTree*, const XmlTree*> _owners; ///< nodes, keyed by inputs, outputs
+    std::unordered_map<const XmlTree*, const XmlTree*> _owners; ///< node of each input or output
     std::unordered_map<std::string, std::pair<const XmlTree*, const XmlTree*>>
         _definitions; ///< pairs of nodedef and node graph, keyed by node category
     std::unordered_set<const XmlTree*> _reported; ///< elements with a reported problem

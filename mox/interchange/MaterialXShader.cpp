@@ -68,9 +68,8 @@ void MaterialXWriter::FeedShader(const std::string& input, const MaterialXValue&
 void MaterialXWriter::FeedUnlit()
 {
     Report(Carry::Approximated,
-           IsConnected("in_colour")
-               ? "the colour becomes emission, because MaterialX has no such surface"
-               : "the surface becomes an emissive surface without a lit colour",
+           IsConnected("in_colour") ? "the surface becomes unlit, with its colour as emission"
+                                    : "the surface becomes unlit, with only its emission",
            "in_colour");
     if (IsConnected("in_colour")) {
         MaterialXValue light = InputOf("in_colour");

@@ -21,8 +21,7 @@ bool MayHoldMaterialX(const std::string& file) noexcept;
 /// @param problems receives errors in the file and, for MaterialX, a warning with a rule
 ///        "interchange-..." for everything that is not converted exactly
 /// @param material the name of the material to read if a MaterialX document has several; empty for
-/// the
-///        first one
+///        the first one
 /// @returns the parts that could be read; complete only if problems receives no errors
 MaterialDocument ReadMaterial(const std::filesystem::path& file, ProblemList& problems,
                               const std::string& material = {});
@@ -42,7 +41,7 @@ MaterialDocument ParseMaterialX(const std::string& file, std::string_view text,
                                 ProblemList& problems);
 
 /// Rejects MaterialX documents in operations that support only material documents.
-/// @throws HostError that explains how to create one, if the file is a MaterialX document
+/// @throws HostError that explains how to convert the file, if it is a MaterialX document
 void RefuseMaterialX(const std::filesystem::path& file, std::string_view text);
 
 } // namespace Mox::Host

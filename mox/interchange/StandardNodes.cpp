@@ -260,8 +260,8 @@ std::string FormatStandardNodes()
             text += Compose("; otherwise ", FormatAlternative(node.Alternatives.back()));
         text += " |\n";
     }
-    return Compose("By the first line of each node, ", counts[0], " nodes are direct, ", counts[1],
-                   " composed and ", counts[2], " approximated; ", counts[3],
+    return Compose("Counting the first entry of each node, ", counts[0], " nodes are direct, ",
+                   counts[1], " composed and ", counts[2], " approximated; ", counts[3],
                    " have no counterpart.\n\n", text);
 }
 

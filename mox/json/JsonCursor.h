@@ -43,7 +43,7 @@ public:
     /// The string in an optional member, or a default if it is missing.
     std::string TextOf(std::string_view name, const std::string& otherwise = {}) const;
 
-    /// Sets the node and port that messages about this value and its content name from now on.
+    /// Sets the node and port that later messages about this value and its content will name.
     void Concern(const std::string& node, const std::string& port = {});
 
     [[noreturn]] void Refuse(const std::string& message) const;

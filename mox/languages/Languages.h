@@ -33,7 +33,7 @@ struct Language
     /// Writes a stage. The same stage always yields the same source.
     WrittenStage (*Write)(const StageProgram& program, Precision precision);
 
-    // Each returns the place of a parameter, whose name is that in the source.
+    // Each returns the place of a parameter, given its name in the source.
     PlaceFields (*PlaceBlock)(const std::string& name, std::uint32_t number);
     PlaceFields (*PlaceSampler)(const SamplerPlace& sampler);
     PlaceFields (*PlaceInput)(const std::string& name, std::uint32_t location);

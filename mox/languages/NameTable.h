@@ -8,8 +8,9 @@
 
 namespace Mox::Languages {
 
-/// Splits a list of words separated by spaces into a set.
 using Words = std::unordered_set<std::string>;
+
+/// Splits a list of words separated by spaces into a set.
 Words SplitWords(std::string_view list);
 
 /// The names used in a program, in nested scopes.

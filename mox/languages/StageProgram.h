@@ -28,8 +28,8 @@ struct BlockMember
 struct UniformBlock
 {
     std::string Name;     ///< name of the block, in every language
-    std::string Variable; ///< name of the variable that the block is read by, where a language has
-                          ///< one
+    std::string Variable; ///< name of the variable through which the block is read, in languages
+                          ///< that have one
     int Number; ///< number of the set or group in which it is the first binding; in a language
                 ///< without sets, number of the block
     std::vector<BlockMember> Members;

@@ -43,10 +43,11 @@ protected:
     virtual std::pair<const char*, const char*> ArrayBrackets() const = 0;
 
     /// Writes a struct for a block, with the block's name.
-    /// @returns the name of the variable that it is read by
+    /// @returns the name of the variable through which it is read
     std::string PutBlockStruct(const UniformBlock& block, std::string_view separator);
 
-    /// Names the parameter of the entry point that contains the inputs, and the inputs after it.
+    /// Names the parameter of the entry point that contains the inputs, and the inputs as its
+    /// members.
     /// @returns the name of the parameter
     std::string NameInputs();
 

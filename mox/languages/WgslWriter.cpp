@@ -138,7 +138,7 @@ protected:
         return Compose("vec", type.Columns, isBool ? "<bool>" : isInt ? "i" : "f");
     }
 
-    /// There is only one precision of floats.
+    /// Floats have only one precision.
     Element Computed(Element element) const override
     {
         return element == Element::Half || element == Element::Fixed ? Element::Float : element;

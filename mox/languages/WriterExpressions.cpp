@@ -210,7 +210,7 @@ void Writer::PutBinary(const Expression& expression, Binding around)
     const auto& [symbol, own] = symbols[static_cast<std::size_t>(expression.Op)];
     const Expression* left = expression.Operands[0];
     const Expression* right = expression.Operands[1];
-    // Arithmetic operators accept a scalar and a vector.
+    // Arithmetic operators accept a scalar with a vector, so one operand need not be repeated.
     if (expression.Op <= Operator::Subtract && expression.Of.IsVector()) {
         if (&Unrepeated(*right) != right)
             right = &Unrepeated(*right);

@@ -137,13 +137,13 @@ bool Holds(const NodeConditions& conditions, const NodeSettings& settings);
 /// @param properties must include all properties of the file
 NodeSettings SettingsOf(const NodeFile& file, const Materials::GuiPropertyBag& properties);
 
-/// Returns every combination of values that the conditions of a file distinguish; nothing if there
-/// are more than mostSettings.
+/// Returns every combination of values that the conditions of a file distinguish; an empty list if
+/// there are more than mostSettings.
 std::vector<NodeSettings> ListSettings(const NodeFile& file);
 constexpr std::size_t mostSettings = 1024;
 
-/// Replaces the placeholders in Cg code: "$type" by the type of the node, "$scalar" by its
-/// precision, "$count" by its number of components. Line numbers do not change.
+/// Replaces the placeholders in Cg code: "$type" with the type of the node, "$scalar" with its
+/// precision, and "$count" with its number of components. Line numbers do not change.
 std::string FillPlaceholders(std::string text, const ShaderType& type);
 
 } // namespace Mox::Host

@@ -201,7 +201,7 @@ private:
         if (element.Has("colour")) {
             const auto colour = Materials::GuiProperty::Create("colour");
             if (!SetFromText(*colour, GuiPropertyKind::Colour, element.Required("colour")))
-                element.Fail("attribute \"colour\" is not three numbers separated by spaces");
+                element.Fail("attribute \"colour\" must contain three numbers separated by spaces");
             colour->GetColour(_file.Colour[0], _file.Colour[1], _file.Colour[2]);
         }
     }
@@ -312,7 +312,7 @@ private:
                               ? std::nullopt
                               : ParseFloat(std::string_view(text).substr(space + 1));
         if (!low || !high || !(*low <= *high))
-            element.Fail("attribute \"range\" is not two numbers, the lower one first");
+            element.Fail("attribute \"range\" must contain two numbers, the lower one first");
         return {*low, *high};
     }
 

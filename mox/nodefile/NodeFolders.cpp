@@ -92,7 +92,7 @@ void ReadHead(std::string_view text, NodeHead& head)
         std::string_view(" \t\r\n").find(tag[start.size()]) == std::string_view::npos)
         return;
     TagAttributes attributes(tag.substr(start.size()));
-    // A file for a compiled type has neither label nor library.
+    // A file for a compiled type has neither a label nor a library.
     for (std::string_view name, value;
          (head.TypeName.empty() || head.Label.empty() || head.Library.empty()) &&
          attributes.Next(name, value);) {

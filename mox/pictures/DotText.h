@@ -15,7 +15,7 @@ std::string QuoteTooltip(std::string_view text);
 /// Escapes text between the tags of an HTML-like label, as a single line.
 std::string EscapeLabel(std::string_view text);
 
-/// Escapes the tooltip of a tag in a label, which is between quotes.
+/// Escapes a tooltip for a quoted attribute of a tag in a label. Line breaks are kept.
 std::string EscapeTooltip(std::string_view text);
 
 /// Shortens text to at most maxLength characters, including an ellipsis if it is cut.

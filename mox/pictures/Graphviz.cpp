@@ -152,7 +152,7 @@ std::string EncodeBase64(const std::string& bytes)
     return text;
 }
 
-/// Replaces the file names of images by their data. No text in a drawing can be mistaken for the
+/// Replaces the file names of images with their data. No text in a drawing can be mistaken for the
 /// start of an element, since "<" is always escaped.
 std::string EmbedImages(const std::string& svg, const TemporaryFolder& folder)
 {

@@ -243,7 +243,7 @@ private:
         const PluginNode& gui = node.Node->Gui;
         const Colour text = TextColourOf(gui);
         const Colour muted = MutedColourOf(gui);
-        // Extra width is distributed over the columns; these keep icon and title together.
+        // Extra width is distributed over the columns. Fillers keep icon and title together.
         constexpr const char* filler = "<TD COLSPAN=\"12\"></TD>";
         std::string id = EscapeLabel(Shorten(node.Node->Id, maxNameLength));
         if (node.Node->IsPlaceholder)

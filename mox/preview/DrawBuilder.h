@@ -22,14 +22,14 @@ struct DrawSources
 /// Makes a draw call for a program, with values for its vertex inputs and textures. Uniforms are
 /// set separately, see FillUniforms.
 /// @param program compiled to the target Spirv
-/// @param problems receives inputs of the program that no source provides
+/// @param problems receives an error for each input of the program that no source provides
 DrawCall BuildDraw(const CompiledProgram& program, const DrawSources& sources,
                    ProblemList& problems);
 
 /// Returns the contents of a program's uniform blocks.
 /// @param bindings null for a program without a material
 /// @param scene values supplied by the environment
-/// @param problems receives uniforms of the program that no source provides
+/// @param problems receives an error for each uniform of the program that no source provides
 std::vector<DrawUniforms> FillUniforms(const CompiledProgram& program,
                                        const PreviewBindings* bindings, const UniformValues& scene,
                                        ProblemList& problems);

@@ -33,10 +33,10 @@ struct PreviewOptions
     float FirstFrame = 0.0f;
     std::uint32_t FrameCount = 1; ///< number of consecutive frames, side by side from the left
     std::optional<float> Time;    ///< in seconds, at the first frame; by default FirstFrame / 30
-    std::map<std::string, std::string> Values; ///< by name: values of bindings, or of what the
-                                               ///< environment reads
+    std::map<std::string, std::string> Values; ///< values of bindings and of inputs of the
+                                               ///< environment, by name
     std::filesystem::path Light; ///< panorama that lights physical surfaces; if empty, a studio
-                                 ///< does
+                                 ///< lights them
     std::string Node;            ///< "id" or "id.port" of a node to show instead of the material
 };
 

@@ -15,7 +15,7 @@ public:
     /// @param isSrgb whether bytes hold sRGB colours
     TexelCodec(TexelFormat format, bool isSrgb);
 
-    /// @param y row among those of all layers
+    /// @param y the row, counted from the first row of the first layer
     glm::vec4 Read(const TextureImage& image, std::uint32_t x, std::uint32_t y) const;
 
     void Append(const glm::vec4& value, TextureImage& image) const;

@@ -40,7 +40,7 @@ TextureImage Halve(const TextureImage& image, bool halvesLayers, const TexelCode
     for (std::uint32_t z = 0; z < half.Layers; ++z) {
         for (std::uint32_t y = 0; y < half.Height; ++y) {
             for (std::uint32_t x = 0; x < half.Width; ++x) {
-                // With odd sizes, some texels cover three.
+                // If a size is odd, some texels cover three texels of the image along it.
                 const Span columns = Covered(x, image.Width, half.Width);
                 const Span rows = Covered(y, image.Height, half.Height);
                 const Span layers = Covered(z, image.Layers, half.Layers);

@@ -22,10 +22,10 @@ constexpr std::uint32_t cubeFaces = 6;
 std::optional<TextureShape> ShapeOf(ComponentType sampler);
 
 /// Converts an image to the layers of a shape. A cube map is stored as a row of six square faces,
-/// or as a panorama twice as wide as high, with the layout of a light's. A volume is stored as a
-/// row of square slices.
+/// or as a panorama twice as wide as high, with the same layout as that of a light. A volume is
+/// stored as a row of square slices.
 /// @param isSrgb whether colours are sRGB, in which case a panorama is filtered in linear light
-/// @throws HostError without a place if the image has other proportions
+/// @throws HostError without a location if the image has other proportions
 TextureImage ToShape(TextureImage image, TextureShape shape, bool isSrgb);
 
 } // namespace Mox::Host

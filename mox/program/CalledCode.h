@@ -20,7 +20,8 @@ std::set<std::size_t> FindCalledCode(const std::vector<EnvironmentCode>& code,
 /// Finds the helper functions that nodes supply for their bodies to call. In the shader graph, each
 /// is a function node without ports: its name is that of the helper and its code the definition.
 /// It has no edges and is only reached by name. Nodes that supply the same helper share it.
-/// @param problems receives names with two definitions, at the node that supplied the second
+/// @param problems receives an error for each name with two definitions, at the node that supplied
+///        the second one
 std::vector<EnvironmentCode>
 FindHelperFunctions(const ShaderGraph& graph, const ShaderOrigins& origins, ProblemList& problems);
 

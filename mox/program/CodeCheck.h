@@ -8,9 +8,9 @@
 
 namespace Mox::Host {
 
-/// Parses the functions of both stages as Cg. Code that cannot be parsed is an error of the rule
-/// "code". It names the node that the function belongs to, and the line and column within the
-/// function's body, or within the function's head or the environment's code if the error is there.
+/// Parses the functions of both stages as Cg. Code that cannot be parsed is an error with the rule
+/// "code". The error names the node that the function belongs to, and the line and column within
+/// the function's body, or within its head or the environment's code if the error is there.
 /// The entry points are not parsed: they only call these functions, with arguments whose types
 /// ProgramGraph has checked.
 /// @param file of the material, for messages

@@ -28,15 +28,15 @@ std::string_view LettersOf(std::int32_t first, std::int32_t width);
 /// Assigns the nodes of a program to stages, and the values that cross between the stages to
 /// registers.
 ///
-/// Copies that both stages need are first computed once, in the vertex stage, and passed on whole.
-/// If the registers cannot hold that, the fragment stage repeats the copies and only the components
-/// that it reads cross. So a layout is found whenever one exists.
+/// The first attempt computes copies that both stages need only in the vertex stage, and passes all
+/// their components on. If there are too few registers for this, the fragment stage repeats the
+/// copies, and only the components that it reads cross. So a layout is found whenever one exists.
 class CrossingLayout
 {
 public:
     /// @param graph must outlive this object
-    /// @param problems must outlive this object; receives what StageChoice reports, and values that
-    ///        do not fit into the registers
+    /// @param problems must outlive this object; receives the problems that StageChoice reports,
+    ///        and an error if the values do not fit into the registers
     CrossingLayout(const ProgramGraph& graph, StageCopies copies, ProblemList& problems);
 
     const StageChoice& Stages() const { return *_stages; }

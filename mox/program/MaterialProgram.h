@@ -19,16 +19,14 @@ void AppendWithLines(const ProblemList& found, const MaterialGraph& graph, Probl
 /// Completes the shader graph of a resolved material with the material's own nodes and those of the
 /// environment.
 /// @param shader must have an empty graph without providers
-/// @param problems receives everything that goes wrong; if there is an error, the graph is
-///        incomplete
+/// @param problems receives the problems found; if there is an error, the graph is incomplete
 void CompleteShader(const MaterialGraph& graph, const Environment& environment,
                     GeneratedShader& shader, ProblemList& problems);
 
 /// Plans the programs of a resolved material. Nodes that do not affect the surface are left out
 /// with a warning. A material with no output node, or with more than one, also causes a warning.
 /// @param copies does not change the image
-/// @param problems receives everything that goes wrong; if there is an error, the result must not
-///        be used
+/// @param problems receives the problems found; if there is an error, the result must not be used
 ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& environment,
                                 StageCopies copies, ProblemList& problems);
 
@@ -37,7 +35,8 @@ CgProgram BuildMaterialProgram(const MaterialGraph& graph, const Environment& en
                                const ProgramOptions& options, ProblemList& problems);
 
 /// Writes a material's program in a format.
-/// @param problems receives what the format cannot express, at the lines of the material's nodes
+/// @param problems receives an error for everything that the format cannot express, at the line of
+///        the material's node
 std::vector<ProgramFile> WriteProgram(const ProgramFormat& format, const CgProgram& program,
                                       const MaterialGraph& graph, const std::filesystem::path& file,
                                       ProblemList& problems);

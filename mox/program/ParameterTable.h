@@ -16,9 +16,9 @@ namespace Mox::Host {
 class ParameterTable
 {
 public:
-    /// @param problems receives a name with two types, a binding with the name of an environment
-    ///        value, two values in one register, and more samplers, streams or constants than there
-    ///        are registers
+    /// @param problems receives an error for a name with two types, for two values in one register,
+    ///        and for more samplers, streams or constants than there are registers; and a warning
+    ///        for a binding with the name of an environment value
     ParameterTable(const ProgramGraph& graph, const StageChoice& stages, CgNames& names,
                    ProblemList& problems);
 

@@ -11,8 +11,8 @@
 
 namespace Mox::Host {
 
-/// The syntax trees of both stages of a program. Functions are parsed at once; the entry points,
-/// which only call them, are parsed when a language other than Cg needs them.
+/// The syntax trees of both stages of a program. Functions are parsed immediately; the entry
+/// points, which only call them, are parsed when a language other than Cg needs them.
 class ProgramCode
 {
 public:

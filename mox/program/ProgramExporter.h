@@ -65,7 +65,7 @@ private:
 };
 
 /// Exports the connected shader graph of a material as readable text, without the parts that the
-/// environment adds to make programs of it.
+/// environment adds to turn it into programs.
 class ShaderGraphExporter : public MaterialExporter
 {
 public:

@@ -42,7 +42,8 @@ class ProgramGraph
 public:
     /// @param graph must outlive this object
     /// @param origins must outlive this object
-    /// @param problems receives inputs with no source or more than one, and cycles
+    /// @param problems receives an error for each input with no source or more than one, and for
+    ///        cycles
     ProgramGraph(const ShaderGraph& graph, const ShaderOrigins& origins, ProblemList& problems);
 
     const std::vector<ProgramNode>& Nodes() const { return _nodes; }

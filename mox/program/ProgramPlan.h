@@ -58,9 +58,9 @@ struct PlanOperand
 {
     enum class Source
     {
-        Parameter, ///< Index into ProgramPlan::Parameters
-        Crossing,  ///< Index into ProgramPlan::Crossings; only in the fragment stage
-        Register,  ///< Index into PlannedStage::Inputs
+        Parameter, ///< index into ProgramPlan::Parameters
+        Crossing,  ///< index into ProgramPlan::Crossings; only in the fragment stage
+        Register,  ///< index into PlannedStage::Inputs
         Result,    ///< index into PlannedStage::Calls, of an earlier call
     };
 

@@ -16,7 +16,8 @@ namespace Mox::Host {
 class RegisterRules
 {
 public:
-    /// @param problems receives two values in one register, and registers that do not exist
+    /// @param problems receives an error for two values in one register, and for a register that
+    ///        does not exist
     explicit RegisterRules(ProblemList& problems) : _problems(problems) {}
 
     /// Reserves the register of a register parameter. Parameters that read the same register with

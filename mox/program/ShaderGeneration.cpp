@@ -66,7 +66,8 @@ private:
         const ShaderEdgeRecord* Record;
     };
 
-    /// Whether an edge of the node connects nothing because of a placeholder, which is reported.
+    /// Whether an edge of the node connects no ports because of a placeholder, whose unknown type
+    /// has been reported.
     bool MissesPlaceholder(std::size_t node) const
     {
         const auto& inputs = _graph.Nodes()[node].Gui.InputPorts();

@@ -19,8 +19,9 @@ struct GeneratedShader
 /// the results. If a node fails, the others are still written; uniforms replace its missing
 /// results, so that later stages can find further problems.
 /// @param shader must have an empty graph; nodes use its providers
-/// @param problems receives each node that cannot be exported and each edge that cannot be
-///        converted, or that the graph is not resolved, in which case nothing is written
+/// @param problems receives an error for each node that cannot be exported and each edge that
+///        cannot be converted. If the graph is not resolved, receives only an error that reports
+///        this, and nothing is written
 void GenerateShaderGraph(const MaterialGraph& graph, GeneratedShader& shader,
                          ProblemList& problems);
 

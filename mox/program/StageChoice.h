@@ -27,8 +27,9 @@ class StageChoice
 {
 public:
     /// @param graph must outlive this object
-    /// @param problems receives functions of the fragment stage that the vertex stage needs, with
-    ///        the path between the two, and values that would have to cross but cannot
+    /// @param problems receives an error for each function of the fragment stage that the vertex
+    ///        stage needs, with the path between the two, and for each value that would have to
+    ///        cross but cannot
     StageChoice(const ProgramGraph& graph, StageCopies copies, ProblemList& problems);
 
     bool InVertex(std::size_t node) const { return _inVertex[node]; }

@@ -19,7 +19,8 @@ namespace Mox::Host {
 class StandInNames : private boost::noncopyable
 {
 public:
-    /// @param problems receives each node that fails to report whether it has a binding
+    /// @param problems receives an error for each node that fails to report whether it has a
+    ///        binding
     StandInNames(const MaterialGraph& graph, ProblemList& problems);
     ~StandInNames();
 

@@ -68,7 +68,7 @@ private:
                 std::make_shared<HttpConnection>(std::move(socket),
                                                  std::make_unique<TakenSeat>(_seats), _parts)
                     ->Start();
-            } // else it is closed at once
+            } // else it is closed immediately
             Accept();
         });
     }

@@ -37,7 +37,7 @@ public:
     /// Adds a shader node. If the graph already contains an interface parameter with the same key,
     /// the node is merged with it; the caller continues to use its own handle.
     /// @throws ShaderError if the handle was already added, or if the types of merged parameters
-    ///        differ; nothing changes then
+    ///        differ, in which case nothing changes
     void AddNode(const ShaderNodeHandle& node);
 
     /// Returns the node in the graph for a handle passed to AddNode.
@@ -47,7 +47,7 @@ public:
     /// Connects two added nodes. If the types differ, a conversion function is inserted: any
     /// component type converts to any other, and a scalar to a vector with equal components.
     /// @throws ShaderError if a handle was never added, a port does not exist or the shapes cannot
-    ///        be converted; nothing changes then
+    ///        be converted, in which case nothing changes
     void Connect(const ShaderNodeHandle& tail, const std::string& tailPort,
                  const ShaderNodeHandle& head, const std::string& headPort);
 

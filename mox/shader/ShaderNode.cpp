@@ -137,7 +137,7 @@ void ShaderNode::CreateParameterPorts()
 {
     Inputs.clear();
     Outputs.clear();
-    Inputs.reserve(1); // allocations beyond this point cannot fail
+    Inputs.reserve(1); // so that adding a port cannot fail
     Outputs.reserve(1);
     switch (Kind) {
     case ShaderNodeKind::InterfaceParameter:

@@ -65,7 +65,7 @@ public:
     /// Copies name, code, level and parameters; the previous ports are removed.
     void LoadFunction(const ShaderFunction& function);
 
-    /// Replaces the ports by those of a parameter with this Kind, Type and Register.
+    /// Replaces the ports with those of a parameter with this Kind, Type and Register.
     /// @throws ShaderError if Kind is not a parameter or the type of the register is unknown; the
     ///        node then has no ports
     void CreateParameterPorts();
@@ -75,7 +75,7 @@ public:
     /// @throws ShaderError for the first invalid name
     void ValidateNames() const;
 
-    /// Describes the node for messages, in one line.
+    /// Describes the node for messages, on one line.
     /// @throws ShaderError if Kind, or the type of a parameter, is invalid
     std::string Describe() const;
 

@@ -35,7 +35,7 @@ public:
     std::vector<UniformBlock> DescribeBlocks() const { return _blocks->Describe(_reflected); }
     StageInterface DescribeInterface(ProgramStage stage) const;
 
-    /// Converts names by variable to names by parameter.
+    /// Converts names listed by variable to names listed by parameter.
     std::vector<std::string>
     NamesOfParameters(const std::vector<std::pair<const Cg::Variable*, std::string>>& names) const;
 

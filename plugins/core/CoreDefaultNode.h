@@ -15,6 +15,6 @@ public:
     void GenerateShader(ShaderGraphGenerator& generator) override;
 
     /// Copies the standard properties, including "Type", from a set of any version, and replaces
-    /// the description by an explanation.
+    /// the description with an explanation.
     void LoadProperties(const boost::shared_ptr<Mox::Materials::GuiPropertyBag>& stored) override;
 };

@@ -164,8 +164,7 @@ std::string CoreTextureNode::GetBindingName()
     while (const CoreTextureNode* next = Referred(*node)) {
         node = next;
         if (node == mark) {
-            throw ShaderError(
-                Compose(Describe(), ": its chain of references closes into a circle"));
+            throw ShaderError(Compose(Describe(), ": its chain of references leads into a cycle"));
         }
         if (++steps == stepsToMark) {
             mark = node;

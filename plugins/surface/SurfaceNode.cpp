@@ -103,7 +103,7 @@ void SurfaceNode::RequireUnwritten(const ShaderGraphGenerator& generator,
 {
     if (generator.Graph->HasInterfaceNode(parameter, flags)) {
         throw ShaderError(Compose(Describe(), ": \"", parameter,
-                                  "\" is written already: a material has one surface node"));
+                                  "\" is already written; only one surface node is allowed"));
     }
 }
 

@@ -5,7 +5,7 @@
 
 #include <span>
 
-/// A value that the host knows about the surface or the current time.
+/// A value that the host provides: a property of the shaded point, or the time.
 struct SurfaceSource
 {
     const char* TypeName;

@@ -263,7 +263,7 @@ void BindOpening(py::module_& module)
 }
 
 /// The document of a material object or of a file.
-/// @param library set to the library of a material if it is empty
+/// @param library if empty, set to the library of the material object
 Host::MaterialDocument ReadDocument(const py::object& source,
                                     std::shared_ptr<const Library>& library)
 {
@@ -307,10 +307,11 @@ void BindMaterial(py::module_& module)
     BindOpening(module);
     module.def("diff", &Diff, "before"_a, "after"_a, py::kw_only(), "library"_a = py::none(),
                "Compares the meaning of two materials. Returns a list of Difference objects, which "
-               "is empty if the materials mean the same. str(difference) returns the line that mox "
-               "diff prints.\n\nbefore and after are files or Material objects. library provides "
-               "the defaults of the node types; by default, the library of a Material argument or "
-               "a new Library is used. Raises Error if a file is not a material document.");
+               "is empty if the materials are equivalent. str(difference) returns the line that "
+               "mox diff prints.\n\nbefore and after are files or Material objects. library "
+               "provides the defaults of the node types; by default, the library of a Material "
+               "argument or a new Library is used. Raises Error if a file is not a material "
+               "document.");
 }
 
 } // namespace Mox::Python

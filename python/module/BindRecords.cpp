@@ -68,7 +68,7 @@ void BindProblem(py::module_& module)
             "The message, without the location.")
         .def(
             "__str__", [](const Problem& p) { return ToPython(p.Format()); },
-            "Returns the location and the message in one line.");
+            "Returns the location and the message on one line.");
     DefineNew(problem, &MakeProblem, "rule"_a, "message"_a, py::kw_only(), "severity"_a = "warning",
               "file"_a = py::none(), "line"_a = py::none(), "column"_a = py::none(),
               "node"_a = py::none(), "port"_a = py::none());
@@ -96,7 +96,7 @@ void BindChange(py::module_& module)
             "Returns the change as JSON.")
         .def_property_readonly(
             "summary", [](const GraphChange& change) { return ToPython(change.Summary()); },
-            "A description of the first step and the number of further steps, in one line.")
+            "A description of the first step and the number of further steps, on one line.")
         .def(
             "__len__", [](const GraphChange& change) { return change.Steps.size(); },
             "Returns the number of steps.")

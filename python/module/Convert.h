@@ -33,7 +33,7 @@ py::object ToPython(const Host::Json& value);
 Host::Json FromPython(const py::dict& dict, const std::string& source);
 
 /// Converts a string that need not be UTF-8, such as a file name in a message; other bytes are
-/// decoded like os.fsdecode does.
+/// decoded as os.fsdecode does.
 py::str ToPython(const std::string& text);
 
 /// Return None for an empty string or for 0.

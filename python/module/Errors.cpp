@@ -47,7 +47,8 @@ void RaiseCurrent()
     }
 }
 
-/// Does the same where no C++ exception may escape.
+/// Like RaiseCurrent, but if Python fails to create the exception, raises the reason in Python
+/// instead of throwing it.
 void RaiseSafely()
 {
     try {

@@ -23,7 +23,7 @@ namespace Mox::Python {
 namespace {
 
 /// Sets the environment variable with the folders of node files for the lifetime of the object,
-/// then restores it. Libraries with different folders in one process take turns.
+/// then restores it. Only one such object can exist at a time; others wait for it.
 class NodePath
 {
 public:

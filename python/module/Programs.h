@@ -45,7 +45,7 @@ struct Program
 Program Compile(const Material& material, const ProgramSettings& settings);
 
 /// Compiles material files on several threads. If a file cannot be read, its program has a problem
-/// that says so.
+/// that reports this.
 std::vector<Program> CompileMany(const Library& library, const Paths& files,
                                  const ProgramSettings& settings, std::size_t threads);
 
@@ -61,7 +61,7 @@ std::string FormatShaderGraph(const Material& material);
 /// @throws FaultyMaterial if the material has an error
 std::pair<std::string, std::vector<Host::Problem>> FormatMaterialX(const Material& material);
 
-/// Options of mox export that do not concern the programs themselves.
+/// The options of mox export: how programs are written, and how materials are processed.
 struct ExportSettings
 {
     ProgramSettings Programs;

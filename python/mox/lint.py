@@ -84,7 +84,7 @@ def apply_rules(
     """Returns the findings of rules for a material, in the order of the rules.
 
     file is the name of the material in the findings; by default, the name of its file. If a rule
-    raises an exception, an error of the rule "rule-failed" reports it.
+    raises an exception, an error with the rule "rule-failed" reports it.
     """
     name = file or material.file
     problems = []

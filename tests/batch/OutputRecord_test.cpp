@@ -118,7 +118,7 @@ TEST_F(OutputRecordTest, HostileListsRemoveNothing)
     const std::string first = "mox outputs 1\n";
     const std::string hash = HashContent({"content"}, "") + " ";
     const std::string damaged =
-        "warning export: out/.mox-outputs: is not a list of outputs, so it is started again; "
+        "warning export: out/.mox-outputs: is not a list of outputs, so a new list is started; "
         "outputs of materials that no longer exist are unknown\n";
     const std::string kept =
         " is a program that no material uses any more; it is kept because it is ";

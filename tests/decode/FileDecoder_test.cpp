@@ -20,7 +20,7 @@ namespace {
 class FileDecoderTest : public testing::Test
 {
 protected:
-    /// Replaces the decoding program by a shell script.
+    /// Replaces the decoding program with a shell script.
     void UseScript(const std::string& lines)
     {
         _settings.Program = _folder.Write("decode.sh", "#!/bin/sh\n" + lines + "\n");

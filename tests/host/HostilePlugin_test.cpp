@@ -104,7 +104,7 @@ TEST(HostilePlugin, EveryFailureOfEveryOperationIsReported)
     } thrown[] = {
         {"ShaderError", "a ShaderError"},
         {"string", "a string"},
-        {"edge", "an edge was destroyed while the node still refers to it"},
+        {"edge", "an edge was destroyed although the node still refers to it"},
         {"memory", "no memory"},
         {"exception", "an exception of its own"},
         {"silent", "failed without a message"},

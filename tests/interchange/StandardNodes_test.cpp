@@ -117,7 +117,7 @@ TEST(StandardNodes, AreTheTableInTheDocumentation)
 {
     const std::string file = MOX_TEST_DATA "/../docs/materialx.md";
     const std::string text = ReadText(file);
-    const std::size_t begin = text.find("By the first line of each node");
+    const std::size_t begin = text.find("Counting the first entry of each node");
     ASSERT_NE(begin, text.npos);
     std::size_t end = text.find('|', begin);
     while (end < text.size() && text[end] == '|')

@@ -87,7 +87,7 @@ TEST(Surface, Materials)
         return Generate(text.substr(end + 1), provided);
     });
     const std::string refused = Generate("first SurfacePbr\nother Surface", everything);
-    EXPECT_NE(refused.find("\"surfacePbr\" is written already"), refused.npos) << refused;
+    EXPECT_NE(refused.find("\"surfacePbr\" is already written"), refused.npos) << refused;
 }
 
 } // namespace

@@ -202,7 +202,7 @@ const char* DomainOf(const std::string& name)
         ->Input;
 }
 
-/// Replaces texels by the coordinates that are read, because the cases have no textures.
+/// Replaces texels with the coordinates that are read, because the cases have no textures.
 std::string WithoutTextures(std::string text)
 {
     static const std::regex sampler(R"(\bsampler(1D|2D|3D|CUBE)\b)");

@@ -24,7 +24,7 @@ std::vector<NodeMode> ModesOfEveryNode();
 /// A Cg function of a node or of the environment.
 struct ModeFunction
 {
-    std::string Name;              ///< for messages, in one line
+    std::string Name;              ///< for messages, on one line
     std::vector<std::string> Code; ///< the code that the function calls, in order of definition
     std::string Text;
 };

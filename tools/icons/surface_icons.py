@@ -21,7 +21,7 @@ INK = colour("#1F4E55")
 
 
 def surface(base):
-    """A ball, one half painted and the other half a grid, for a shape that receives its look."""
+    """A ball, of which one half is painted and the other half is a grid."""
     canvas = tile(base)
     whole = disc(16, 15.5, 10.5)
     shadow(canvas, whole, 0.5, 6, 2)

@@ -14,12 +14,12 @@ KEY_CHARACTERS = (
 def reduce_colours(rows, count, pinned):
     """Returns the rows with exactly count opaque colours, one of which is pinned.
 
-    Repeatedly replaces one colour by another, choosing the pair that changes the image least.
+    Repeatedly replaces one colour with another, choosing the pair that changes the image least.
     Raises ValueError if the image has too few colours.
     """
     weights = Counter(pixel for row in rows for pixel in row if pixel)
     if pinned not in weights:
-        raise ValueError("the base colour is nowhere to be seen")
+        raise ValueError("the image does not contain the base colour")
     if len(weights) < count:
         raise ValueError(f"only {len(weights)} of {count} colours")
 

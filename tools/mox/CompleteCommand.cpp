@@ -13,7 +13,7 @@ namespace {
 
 /// Reads the words of an incomplete command line and prints what the next word can be: one
 /// candidate per line, with a tab and a description where there is one. The line ":files" or
-/// ":folders" asks the shell for the names of its files or folders.
+/// ":folders" means that the shell should add the names of files or folders.
 class Completion
 {
 public:

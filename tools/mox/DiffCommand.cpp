@@ -16,7 +16,7 @@ constexpr int troubleStatus = 2; ///< as in other comparison programs
 
 constexpr const char* diffFooter =
     R"(The order of nodes, edges and properties and the notation of numbers are
-ignored. The exit status is 0 if the materials mean the same, 1 if they
+ignored. The exit status is 0 if the materials are equivalent, 1 if they
 differ, and 2 if one of them cannot be read.
 
 Examples:

@@ -94,8 +94,8 @@ std::string FormatUsageError(const CLI::App* program, const CLI::Error& error)
 void OccupyStandardStreams()
 {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        if (fcntl(stream, F_GETFD) < 0)
-            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY); // lowest free number
+        if (fcntl(stream, F_GETFD) < 0) // open uses the lowest free number, which is this one
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
     }
 }
 

@@ -6,7 +6,7 @@
 
 namespace Mox::Tool {
 
-/// Returns a check for an option that is a number. It accepts no infinity and no NaN.
+/// Returns a check for an option that is a number. It rejects infinity and NaN.
 CLI::Validator FiniteNumber();
 
 /// Returns a check for an option that is a decimal integer. It removes leading zeros, because CLI11

@@ -13,7 +13,7 @@ const hitDistance = 7; // in screen pixels
 export class Pointer {
     /** The latest position on the screen. */
     at: Point = { x: 300, y: 300 };
-    /** What the pressed button does. React Flow recognises the drag of a node, so the canvas sets it then. */
+    /** What a drag does. The canvas sets it for the drag of a node, which React Flow recognises. */
     gesture: Gesture | null = null;
 
     constructor(
@@ -56,7 +56,7 @@ export class Pointer {
         else editor.graph.openAddMenu({ at: pointOf(event), point, placement: { kind: 'free' } });
     };
 
-    /** Selects what is at a point. An edge is only selected, which is no gesture. */
+    /** Selects what is at a point. An edge is only selected, which is not a gesture. */
     private gestureAt(point: Point, isAdding: boolean): Gesture | null {
         const { editor, view } = this;
         const { zoom } = view.viewport;

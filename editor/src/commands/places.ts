@@ -6,7 +6,7 @@ import type { Selection } from '../model/selection.ts';
 import type { Store } from '../model/store.ts';
 import type { Box } from '../model/viewport.ts';
 
-/** The positions of items. Dragged items are shown at their new positions before the server has confirmed these. */
+/** The positions of items. Dragged items are shown at their new positions before the server has confirmed them. */
 export class Places {
     constructor(
         private readonly store: Store,

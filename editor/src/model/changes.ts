@@ -4,7 +4,7 @@ import type { Receiver } from './receiver.ts';
 import { describeError, type Server } from './server.ts';
 import type { Store } from './store.ts';
 
-/** Sends changes of the document. The page shows a change when the server has confirmed it. */
+/** Sends changes to the document. The page shows a change when the server has confirmed it. */
 export class Changes {
     constructor(
         private readonly store: Store,

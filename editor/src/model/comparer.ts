@@ -18,7 +18,7 @@ export class Comparer {
         void this.compare();
     }
 
-    /** Must be called when the connection is replaced, because the comparison in progress never arrives. */
+    /** Must be called when the connection is replaced: a running comparison never gets its result. */
     stop(): void {
         this.done = this.wanted;
     }

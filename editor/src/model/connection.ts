@@ -17,7 +17,7 @@ interface Pending {
     resolve: (reply: Reply) => void;
 }
 
-/** The messages of one window. The id of a message assigns its answer to it. */
+/** The messages of one window. Answers are matched to messages by their ids. */
 export class Connection {
     private readonly pending = new Map<number, Pending>();
     private next = 1;

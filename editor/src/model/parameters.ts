@@ -15,7 +15,7 @@ export interface Parameter {
 /** Values of properties that are shown but not confirmed yet, by node and property. */
 export type SentValues = ReadonlyMap<string, string>;
 
-/** Parses the output of `mox bindings`. Requires a browser, because it uses its XML parser. */
+/** Parses the output of `mox bindings`. Requires a browser, because it uses the XML parser of the browser. */
 export function readParameters(xml: string): Parameter[] {
     const elements = new DOMParser().parseFromString(xml, 'application/xml').querySelectorAll('binding');
     return [...elements].map((element) => {

@@ -16,7 +16,7 @@ export class Selection {
         });
     }
 
-    /** Selects a node that the user points at. A selected node stays selected, and adding deselects it. */
+    /** Selects a node that the user points at. A selected node stays selected, or is deselected if isAdding. */
     pick(number: number, isAdding: boolean): void {
         const { selection, selectedAnnotations } = this.store.get();
         if (isAdding) this.select(toggled(selection, number), selectedAnnotations);

@@ -77,7 +77,7 @@ export interface Snapshot {
     addMenu: AddMenu | null;
     /** The name of the mesh that the host provides; empty if there is none. */
     ownMesh: string;
-    /** How often this page laid out the whole graph. */
+    /** How many times this page has laid out the whole graph. */
     layouts: number;
     /** The latest message, for the status line and for screen readers. */
     message: string;

@@ -87,7 +87,7 @@ function CodeView({
     return <div className="code" ref={parent} />;
 }
 
-/** The programs of the material in any language. Lines and the nodes that they come from find each other. */
+/** The programs in any language. Marks the lines of the selected nodes, and the node of the current line. */
 export function ProgramView({ light }: Lighting) {
     const editor = useEditor();
     const revision = useSnapshot((all) => all.revision);
