@@ -273,6 +273,7 @@ Host::MaterialDocument ReadDocument(const py::object& source,
         return Host::ReadMaterial(file);
     }
     const auto& material = source.cast<const Material&>();
+    material.RequireComplete(); // what could not be read would appear to be missing
     if (!library)
         library = material.LibraryHandle();
     return material.CopyDocument();
@@ -310,7 +311,7 @@ void BindMaterial(py::module_& module)
                "is empty if the materials mean the same. str(difference) returns the line that mox "
                "diff prints.\n\nbefore and after are files or Material objects. library provides "
                "the defaults of the node types; by default, the library of a Material argument or "
-               "a new Library is used. Raises Error if a file is not a material document.");
+               "a new Library is used. Raises Error if a part of one of them could not be read.");
 }
 
 } // namespace Mox::Python
