@@ -89,10 +89,15 @@ install(FILES ${PROJECT_BINARY_DIR}/MoxConfig.cmake ${PROJECT_BINARY_DIR}/MoxCon
   cmake/MoxPlugin.cmake cmake/MoxPlugin.map
   DESTINATION ${package_folder} COMPONENT Development)
 
-# Documentation.
+# Documentation, with the files and folders to which it has relative links.
 set(document_folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/mox-materials)
 install(FILES README.md CHANGELOG.md DESTINATION ${document_folder} COMPONENT Documentation)
-install(DIRECTORY docs examples DESTINATION ${document_folder} COMPONENT Documentation)
+install(DIRECTORY docs examples environment
+  DESTINATION ${document_folder} COMPONENT Documentation)
+install(FILES bench/results.md DESTINATION ${document_folder}/bench COMPONENT Documentation)
+install(FILES tools/setup.sh DESTINATION ${document_folder}/tools COMPONENT Documentation)
+install(DIRECTORY plugins/surface
+  DESTINATION ${document_folder}/plugins COMPONENT Documentation)
 
 # Debian packages: run cpack in the build folder.
 set(CPACK_GENERATOR DEB)

@@ -273,6 +273,7 @@ Host::MaterialDocument ReadDocument(const py::object& source,
         return Host::ReadMaterial(file);
     }
     const auto& material = source.cast<const Material&>();
+    material.RequireComplete(); // what could not be read would appear to be missing
     if (!library)
         library = material.LibraryHandle();
     return material.CopyDocument();

@@ -74,9 +74,14 @@ std::filesystem::path Material::File() const
     return Use([this](const auto&) { return _file; });
 }
 
+void Material::RequireComplete() const
+{
+    _reading.ThrowFirstError();
+}
+
 std::string Material::Text() const
 {
-    _reading.ThrowFirstError(); // otherwise anything that could not be read would be lost
+    RequireComplete(); // otherwise anything that could not be read would be lost
     return Use([](const auto& graph) { return Host::FormatMaterialDocument(graph.Document()); });
 }
 

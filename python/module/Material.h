@@ -76,6 +76,9 @@ public:
 
     std::filesystem::path File() const;
 
+    /// @throws HostError if something in the file could not be read
+    void RequireComplete() const;
+
     /// The document in canonical form.
     /// @throws HostError if something in the file could not be read
     std::string Text() const;

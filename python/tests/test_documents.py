@@ -179,11 +179,13 @@ class Commands(Documented):
             (0, "diff", "rim_light.xml", "rim_light.xml"),
             (1, "diff", "rim_light.xml", "other.xml"),
             (2, "diff", "rim_light.xml", "missing.xml"),
+            (2, "diff", "rim_light.xml", "bad.xml"),
             (1, "format", "--check", "spaced.xml", "rim_light.xml", "bad.xml"),
             (0, "format", "spaced.xml", "rim_light.xml"),
             (0, "format", "--tidy", "rim_light.xml"),
             (0, "apply", "rim_light.xml", "change.json.xml"),
             (1, "apply", "rim_light.xml", "refused.json.xml"),
+            (1, "apply", "bad.xml", "change.json.xml"),
             (0, "export", "rim_light.xml", "tinted_texture.xml", "-o", "out", "--target", "cg,spirv"),
             (1, "export", ".", "-o", "out", "-j", "2"),
         ):

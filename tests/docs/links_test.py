@@ -2,13 +2,13 @@
 """Checks that relative links and images in the documents lead to existing files and headings, and
 that a snippet whose opening line names a file after the language appears verbatim in that file.
 
-Usage: links_test.py SOURCE_TREE"""
+Usage: links_test.py FOLDER_OF_README SOURCE_TREE"""
 
 import re
 import sys
 from pathlib import Path
 
-root = Path(sys.argv[1]).resolve()
+root, source = (Path(argument).resolve() for argument in sys.argv[1:])
 documents = [root / "README.md", root / "CHANGELOG.md", *sorted(root.glob("docs/**/*.md"))]
 
 
@@ -36,7 +36,7 @@ for name in ("README.md", "docs/embedding.md", "docs/engines.md", "docs/plugin-g
     text = (root / name).read_text(encoding="utf-8")
     snippets = re.findall(r"^```\S* (\S+)\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
     wrong += [f"{name}: {file} no longer contains:\n{snippet}" for file, snippet in snippets
-              if snippet not in (root / file).read_text(encoding="utf-8")]
+              if snippet not in (source / file).read_text(encoding="utf-8")]
     if len(snippets) < 2:
         wrong.append(f"{name} has no snippets")
 sys.exit("\n".join(wrong) if wrong else 0)

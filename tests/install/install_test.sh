@@ -31,6 +31,8 @@ grep -rhoE '#include "[^"]+"' include | sort -u | sed -E 's/#include "(.*)"/\1/'
         [ -f "include/$header" ] || { echo "$header is included but not installed"; exit 1; }
     done
 
+/usr/bin/python3 -B "$source/tests/docs/links_test.py" share/doc/mox-materials "$source"
+
 # Nothing refers to the build or source tree.
 if grep -rlIF -e "$build" -e "$source" .; then
     echo "the files above name the build tree"
