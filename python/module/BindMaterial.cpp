@@ -311,8 +311,8 @@ void BindMaterial(py::module_& module)
                "is empty if the materials are equivalent. str(difference) returns the line that "
                "mox diff prints.\n\nbefore and after are files or Material objects. library "
                "provides the defaults of the node types; by default, the library of a Material "
-               "argument or a new Library is used. Raises Error if a file is not a material "
-               "document.");
+               "argument or a new Library is used. Raises Error if a part of a file could not be "
+               "read.");
 }
 
 } // namespace Mox::Python
