@@ -69,8 +69,7 @@ GraphChange GraphEditor::NextStep() const
     case 5:
         return RemoveSomeEdge();
     case 6:
-        return {{SetProperties{
-            {{AnyId(), {"Reference", GuiPropertyKind::Node, _choose(4) ? AnyId() : ""}}}}}};
+        return {{SetSomeReference()}};
     case 7:
     case 8:
         return {{SetProperties{{AnySetting(), AnySetting()}}}};
@@ -104,6 +103,16 @@ std::string GraphEditor::AnyId() const
     return std::next(nodes.begin(), Position(nodes.size()))->Id;
 }
 
+std::string GraphEditor::IdForReference() const
+{
+    std::vector<std::string> ids;
+    for (const DocumentNode& node : _graph.Document().Nodes) {
+        if (node.Type == "CoreTexture")
+            ids.push_back(node.Id);
+    }
+    return ids.empty() || _choose(4) == 0 ? AnyId() : ids[_choose(ids.size())];
+}
+
 std::string GraphEditor::AnyPort(const std::vector<GuiPort>& ports) const
 {
     return ports.empty() ? Compose("p", _choose(3)) : ports[_choose(ports.size())].Name;
@@ -116,7 +125,8 @@ DocumentNode GraphEditor::StoredNode() const
         node.Properties.push_back(Settings()[_choose(Settings().size())]);
     }
     if (_choose(3) == 0)
-        node.Properties.push_back({"Elsewhere", GuiPropertyKind::Node, AnyId()});
+        node.Properties.push_back(
+            {_choose(3) ? "Reference" : "Elsewhere", GuiPropertyKind::Node, AnyId()});
     return node;
 }
 
@@ -138,6 +148,12 @@ GraphChange GraphEditor::SetSomeValue() const
     default:
         return {{SetBinding{{"texture", tag, {{"default", Compose(_choose(9), ".png")}}}}}};
     }
+}
+
+SetProperties GraphEditor::SetSomeReference() const
+{
+    const std::string id = IdForReference();
+    return {{{id, {"Reference", GuiPropertyKind::Node, _choose(8) ? IdForReference() : ""}}}};
 }
 
 GraphChange GraphEditor::AddSomeEdge() const

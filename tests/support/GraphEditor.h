@@ -25,11 +25,14 @@ private:
     std::ptrdiff_t Position(std::size_t size) const;
     const Mox::Host::MaterialGraph::Node& AnyNode() const;
     std::string AnyId() const;
+    /// Returns an id, in most cases that of a node that can refer to another node.
+    std::string IdForReference() const;
     std::string AnyPort(const std::vector<Mox::Materials::GuiPort>& ports) const;
     Mox::Host::DocumentNode StoredNode() const;
     Mox::Host::PropertySetting AnySetting() const;
     Mox::Host::GraphChange NextStep() const;
     Mox::Host::GraphChange SetSomeValue() const;
+    Mox::Host::SetProperties SetSomeReference() const;
     Mox::Host::GraphChange AddSomeEdge() const;
     Mox::Host::GraphChange RemoveSomeEdge() const;
     Mox::Host::GraphChange ChangeSomeAnnotation() const;
