@@ -126,7 +126,7 @@ DocumentNode GraphEditor::StoredNode() const
     }
     if (_choose(3) == 0)
         node.Properties.push_back(
-            {_choose(3) ? "Reference" : "Elsewhere", GuiPropertyKind::Node, AnyId()});
+            {_choose(3) ? "Reference" : "Elsewhere", GuiPropertyKind::Node, IdForReference()});
     return node;
 }
 
