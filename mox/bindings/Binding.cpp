@@ -1,6 +1,6 @@
 #include "mox/bindings/Binding.h"
 
-#include "mox/bindings/ClassicLocale.h"
+#include "mox/LetterCase.h"
 #include "mox/bindings/DocumentKeys.h"
 #include "mox/bindings/FloatBinding.h"
 #include "mox/bindings/StringBinding.h"
@@ -9,7 +9,6 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <cctype>
 #include <cstddef>
 #include <iterator>
 
@@ -81,15 +80,6 @@ Value ValueOf(const std::string_view (&words)[Count], const std::string& word)
             return static_cast<Value>(index);
     }
     return static_cast<Value>(0);
-}
-
-/// Converts A to Z to lower case, independently of the locale.
-std::string ToLower(std::string text)
-{
-    const ClassicLocale scope;
-    for (char& c : text)
-        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return text;
 }
 
 constexpr const char* trueWords[] = {"1", "y", "yes", "true"};

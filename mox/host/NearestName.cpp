@@ -1,10 +1,10 @@
 #include "mox/host/NearestName.h"
 
+#include "mox/LetterCase.h"
 #include "mox/Text.h"
 #include "mox/host/Excerpt.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstddef>
 #include <numeric>
 
@@ -13,14 +13,7 @@ namespace Mox::Host {
 namespace {
 
 using Materials::Compose;
-
-std::string ToLower(std::string_view text)
-{
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return lower;
-}
+using Materials::ToLower;
 
 /// Returns the number of letters to change, add or remove. If the lengths differ by more than most,
 /// returns only this difference.

@@ -1,5 +1,6 @@
 #include "mox/interchange/MaterialXWriter.h"
 
+#include "mox/LetterCase.h"
 #include "mox/Text.h"
 #include "mox/document/PropertyText.h"
 #include "mox/host/HostError.h"
@@ -7,13 +8,13 @@
 #include "mox/xml/XmlWriter.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace Mox::Host {
 
 namespace {
 
 using Materials::Compose;
+using Materials::ToLower;
 
 constexpr float unitOfPixels = 1.0f / 200.0f;
 
@@ -23,13 +24,6 @@ std::string TypeOfText(const std::string& text)
     if (text == "true" || text == "false")
         return "boolean";
     return ParseNumbers(text).empty() ? "string" : "float";
-}
-
-std::string Lower(std::string word)
-{
-    for (char& c : word)
-        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return word;
 }
 
 /// Returns whether a comma-separated list contains a word.
@@ -229,7 +223,7 @@ MaterialXWriter::Ports MaterialXWriter::WriteDirect(const InterchangeNode& node,
     for (const auto& [property, text] : alternative.Settings) {
         if (text.front() == '^')
             element.Inputs.push_back(
-                {text.substr(1), "string", Lower(PropertyOf(property)), {}, {}, {}, {}, {}});
+                {text.substr(1), "string", ToLower(PropertyOf(property)), {}, {}, {}, {}, {}});
     }
     Ports outputs;
     for (const InterchangePort& port : alternative.Outputs) {
@@ -276,7 +270,7 @@ bool MaterialXWriter::Allows(const InterchangeAlternative& alternative) const
             const bool isAbout = condition.What == InterchangeCondition::Test::OneOf &&
                                  text == Compose("^", condition.Input);
             if (isAbout && property != _current.Node->Properties.end() &&
-                !IsListed(condition.Text, Lower(property->second.Value)))
+                !IsListed(condition.Text, ToLower(property->second.Value)))
                 return false;
         }
     }
