@@ -7,7 +7,6 @@ endfunction()
 
 mox_add_headers(mox_materials
   Export.h
-  Identifier.h
   InterfaceVersion.h
   ShaderError.h
   Text.h

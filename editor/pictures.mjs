@@ -88,7 +88,7 @@ async function overview() {
     const look = { viewport: { width: 1280, height: 800 }, colorScheme: 'dark' };
     const page = await open(browser, address, { dist, ...look });
     await page.getByRole('tab', { name: 'Programs' }).click();
-    await page.getByRole('button', { name: 'Pictures' }).click();
+    await page.getByRole('button', { name: 'Images' }).click();
     await layOut(page);
     await page.locator('.thumbnail').nth(5).waitFor();
     await card(page, 'mossOnRock').locator('.card-header').click();

@@ -271,7 +271,8 @@ DocumentBinding ReadBinding(const JsonCursor& object)
     std::vector<XmlAttribute> attributes = {{"stream", binding.Stream}, {"tag", binding.Tag}};
     for (const DocumentValue& value : binding.Values) {
         if (value.Name == "stream" || value.Name == "tag")
-            object.Refuse(Compose("the values cannot contain \"", value.Name, "\" again"));
+            object.Refuse(Compose("the values must not contain \"", value.Name,
+                                  "\", which is a member of the binding"));
         attributes.push_back({value.Name, value.Value});
     }
     RequireAttributes(BindingRule, attributes, object);

@@ -39,7 +39,7 @@ if grep -rlIF -e "$build" -e "$source" .; then
     exit 1
 fi
 if readelf -d bin/mox libexec/mox/mox-decode lib*/*.so lib*/mox/*.so $(find . -name '_mox.*.so') | grep -E 'R(UN)?PATH' | grep -vF '[$ORIGIN'; then
-    echo "the search paths above hang on a place"
+    echo "the search paths above are not relative"
     exit 1
 fi
 

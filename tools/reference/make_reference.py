@@ -26,7 +26,8 @@ LONG_FORMULA = 5  # lines; longer ones are shown after the table
 COMMON = {"Type", "Name", "BindingIndex", "BindingGroup", "PositionX", "PositionY", "Description", "Help Url"}
 IDENTITY = "1,0,0,0,0,1,0,0,0,0,1,0,0,0,0,1"
 
-FUNCTION = re.compile(r'^\[\d+\] function "(\w+)" \(\d+/\d+/(.)\)\n(.*?)^\}', re.MULTILINE | re.DOTALL)
+FUNCTION = re.compile(r'^\[\d+\] function "(\w+)" \(\d+/\d+/(.)\)\n(.*?)^\}\n\n(?=\[|edges)',
+                      re.MULTILINE | re.DOTALL)
 PARAMETER = re.compile(r'^\[\d+\] (\w+) parameter "(\w+)" \(([^)]*)\)', re.MULTILINE)
 
 
@@ -54,13 +55,29 @@ def describe(case, graph):
     own = [match for match in FUNCTION.finditer(graph) if " out_" in match.group(3).partition("{")[0]]
     written = [name for how, name, _ in PARAMETER.findall(graph) if how == "interface"]
     if not case.outputs:
-        return [f"writes `{name}`" for name in written], "chosen by the environment"
+        return ["writes " + ", ".join(f"`{name}`" for name in written)], "chosen by the environment"
     if own:
         lines = [line for match in own for line in code_of(match.group(3))]
         return lines, ", ".join(dict.fromkeys(STAGES[match.group(2)] for match in own))
     words = {"interface": "environment value", "uniform": "binding", "varying": "vertex stream"}
     return [f"reads the {words[how]} `{name}` ({kind.partition(',')[0]})"
             for how, name, kind in PARAMETER.findall(graph)], STAGES["*"]
+
+
+def called_functions(graphs, formulas):
+    """The Cg functions that the formulas call, directly or through each other, in the order of their definition."""
+    defined = {}
+    for graph in graphs:
+        for match in FUNCTION.finditer(graph):
+            if " out_" not in match.group(3).partition("{")[0]:
+                defined[match.group(1)] = code_of(match.group(3))
+    called = set()
+    waiting = [line for formula in formulas for line in formula]
+    while waiting:
+        names = set(re.findall(r"\w+", waiting.pop())) & defined.keys() - called
+        called |= names
+        waiting += [line for name in names for line in defined[name]]
+    return [code for name, code in defined.items() if name in called]
 
 
 def port_text(ports):
@@ -97,8 +114,10 @@ def section(kind, cases, graphs):
         lines += [f"Properties, with their defaults: {properties}.", ""]
     lines += ["| image | function | inputs | outputs | stage | formula |", "|---|---|---|---|---|---|"]
     long = []
+    formulas = []
     for case in cases:
         formula, stage = describe(case, graphs[case.name])
+        formulas.append(formula)
         shown = cell(formula)
         if len(formula) > LONG_FORMULA:
             long.append((case, formula))
@@ -111,6 +130,11 @@ def section(kind, cases, graphs):
         lines += [f"The image shows {SHOWN_TIMES[kind['type']]:g} times the value.", ""]
     for case, formula in long:
         lines += [f"{case.value or kind['label']}:", "", "```", *formula, "```", ""]
+    functions = called_functions([graphs[case.name] for case in cases], formulas)
+    if functions:
+        lines += ["Functions that these formulas call:", "", "```"]
+        lines += [line for code in functions for line in [*code, ""]][:-1]
+        lines += ["```", ""]
     return lines
 
 

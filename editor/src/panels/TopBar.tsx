@@ -75,7 +75,7 @@ export function TopBar({
                 title="Show small images on all nodes"
                 onClick={() => editor.thumbnails.toggle()}
             >
-                Pictures
+                Images
             </button>
             <button
                 aria-pressed={isComparing}
