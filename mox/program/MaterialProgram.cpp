@@ -99,14 +99,14 @@ ProgramPlan PlanMaterialProgram(const MaterialGraph& graph, const Environment& e
 {
     WarnOfSecondEnds(graph, problems);
     GeneratedShader shader;
+    ProblemList generated;
+    CompleteShader(graph, environment, shader, generated);
+    const bool isComplete = !generated.HasErrors();
+    problems.Append(generated);
     ProblemList found;
-    CompleteShader(graph, environment, shader, found);
     Environment surroundings = environment;
     for (EnvironmentCode& helper : FindHelperFunctions(shader.Graph, shader.Origins, found))
         surroundings.Code.push_back(std::move(helper));
-    const bool isComplete = !found.HasErrors();
-    problems.Append(found);
-    found = {};
     ProgramPlan plan = PlanProgram(shader.Graph, shader.Origins, surroundings, copies, found);
     AppendWithLines(found, graph, problems);
     for (ProgramParameter& parameter : plan.Parameters) {

@@ -45,6 +45,8 @@ public:
         const StandInNames names(_graph, _problems);
         for (auto entry = _graph.Nodes().begin(); entry != _graph.Nodes().end(); ++entry) {
             const MaterialGraph::Node& node = *entry;
+            if (node.Problems.Building.HasErrors())
+                continue; // without ports, its function would be invalid
             try {
                 node.Gui.GenerateShader(node.Where, _generator);
             } catch (const HostError& error) {
